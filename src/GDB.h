@@ -1,0 +1,204 @@
+// The text table that every file of the program is held in: model, reader and writer.
+//
+// A table has named columns (VARS), a printf-style item for each (FORMAT), rows of text cells
+// numbered from 1, DATA pairs, REMARK lines and the protein's sequence. The sources:
+//   table_model.cpp   rows, columns, pairs, remarks, residues
+//   table_index.cpp   how rows are found by value
+//   table_text.cpp    splitting and white space
+//   table_reader.cpp  from a file
+//   table_writer.cpp  to a file, and the two standard layouts
+#pragma once
+
+#include <cstddef>      // for std::size_t
+#include <cstdlib>      // for std::exit
+#include <map>          // for std::map
+#include <string>       // for std::string
+#include <string_view>  // for std::string_view
+#include <utility>      // for std::pair
+#include <vector>       // for std::vector
+
+/// Ends the process with an exit status. Every early end of a run goes through this pointer, so that
+/// a program which must outlive a bad file (the companion, the fuzzers) can put a function that
+/// throws in its place.
+inline void (*endRun)(int status) = std::exit;
+
+/// Where the rows with a given cell text are, per column. Built on the first search of a column and
+/// forgotten at every change of the rows. It holds row numbers and hashes only, never addresses: each
+/// hit is compared with the table itself, and a copied table starts without an index.
+class RowIndex {
+ public:
+  /// Hash of a cell text and number of its row, ordered by hash, then by row.
+  using Column = std::vector<std::pair<std::size_t, int>>;
+
+  RowIndex() = default;
+  RowIndex(const RowIndex&) {}
+  RowIndex(RowIndex&&) noexcept {}
+  RowIndex& operator=(const RowIndex&) { return forget(); }
+  RowIndex& operator=(RowIndex&&) noexcept { return forget(); }
+  ~RowIndex() = default;
+
+  RowIndex& forget() {
+    columns.clear();
+    return *this;
+  }
+
+  std::map<std::string, Column> columns;
+};
+
+class GDB {
+ public:
+  /// A row: column name to cell text. A row need not hold every column.
+  using Row = std::map<std::string, std::string>;
+
+  /// An empty table.
+  GDB() = default;
+  /// The table in the file; see `loadGDB`.
+  explicit GDB(const std::string& fileName);
+
+  // --- Rows -----------------------------------------------------------------------------------
+
+  /// Number of rows.
+  int getEntryCount() const;
+  /// A copy of the row with that number. An absent number gives an empty row and is added as one,
+  /// so walk the rows through `entries`, never by counting.
+  Row getEntry(int row);
+  /// A copy of the n-th row (from 1, in row order) whose cell `col` is exactly `value`; an empty row
+  /// if there is none. A cell that a row lacks counts as empty text.
+  Row getEntry(const std::string& col, const std::string& value, int n) const;
+  /// The same for two cells at once.
+  Row getEntry(const std::string& col1, const std::string& value1, const std::string& col2,
+               const std::string& value2, int n) const;
+  /// What the searching `getEntry` copies; nullptr if no row matches. Valid until the table changes.
+  const Row* findEntry(const std::string& col, const std::string& value, int n) const;
+  /// The same for two cells at once.
+  const Row* findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
+                       const std::string& value2, int n) const;
+  /// The text of a cell; empty text if the row lacks it.
+  static const std::string& cell(const Row& row, const std::string& col);
+
+  /// Sets a cell, making the row and the cell as needed; `col` need not be a column of the table.
+  void setEntry(int row, const std::string& col, const std::string& value);
+  /// Starts a new row, numbered one past the row count, with this cell.
+  void addEntry(const std::string& col, const std::string& value);
+
+  // --- Columns ----------------------------------------------------------------------------------
+
+  /// Whether the column (index from 0, or the first of that name) has a format with exactly one "d",
+  /// "f" or "s". False for a column that does not exist or has no format.
+  bool isVarInt(int i) const;
+  bool isVarFloat(int i) const;
+  bool isVarString(int i) const;
+  bool isVarInt(const std::string& name) const;
+  bool isVarFloat(const std::string& name) const;
+  bool isVarString(const std::string& name) const;
+
+  /// Names and formats column `i`, counted from 1 here; one past the last adds a column. A bad
+  /// format, a name with a blank or another index: a message on standard error, no change.
+  void setVAR(int i, const std::string& name, const std::string& format);
+  /// Adds a column at the end; messages as for `setVAR`.
+  void addVAR(const std::string& name, const std::string& format);
+  /// Sets all column names from blank-separated text and empties the rows.
+  void VARS_str_parser(const std::string& text);
+  /// Sets all formats from "%4d %1s ..." and empties the rows. As many "%" as columns, else the table
+  /// has no formats; a bad item ends the process with status 0 after a message.
+  void FORMAT_str_parser(const std::string& text);
+  /// Whether a format item is one the format knows: one "%", first; digits, "-" and "."; one of s, d
+  /// and f, last. Blanks around it do not count.
+  static bool checkFormat(const std::string& item);
+
+  // --- Pairs, remarks, residues -------------------------------------------------------------------
+
+  /// Adds a DATA pair; an earlier pair of the same key stays.
+  void setData(const std::string& key, const std::string& value);
+  /// The values of all pairs with this key, joined without a separator. A pair without a blank is its
+  /// own key and value.
+  std::string getData(const std::string& key) const;
+  void addRemark(const std::string& text);
+  /// One-letter name of a residue; empty text, which is then stored, outside the sequence.
+  std::string getResidName(int resid);
+
+  // --- Files ----------------------------------------------------------------------------------
+
+  /// Reads a table file into this table. Lines that are no table line are skipped without a word; a
+  /// directory or an empty file gives an empty table. A file that cannot be opened, or a bad FORMAT
+  /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
+  /// line throws std::out_of_range.
+  void loadGDB(const std::string& fileName);
+  /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
+  /// standard error and nothing else.
+  void saveGDB(const std::string& fileName);
+  /// The layout "KIVRA_SHIFT" (chemical shifts) or "KIVRA_PRED" (predicted angles), without rows;
+  /// another name changes nothing.
+  void presetClass(const std::string& name);
+  /// From now on `saveGDB` writes the rows alone.
+  void set_plaintext();
+
+  // --- Text -------------------------------------------------------------------------------------
+
+  /// Whether the character is one of 0 to 9.
+  static bool isDigit(const char& c);
+  /// Whether the character is a blank, tab, line feed, vertical tab, form feed or carriage return.
+  static bool isSpace(const char& c);
+  /// Without white space at the ends, and one blank for each run of it inside.
+  static std::string simplifyWhiteSpace(const std::string& text);
+  /// The non-empty pieces between occurrences of the separator; an empty separator occurs nowhere.
+  static std::vector<std::string> split(const std::string& separator, const std::string& text);
+  static std::vector<std::string> split(const char& separator, const std::string& text);
+  /// The runs of other characters than white space; an empty text gives one empty piece.
+  static std::vector<std::string> split_WhiteSpace(const std::string& text);
+  /// How often the character occurs.
+  static int contains(const std::string& text, const char& c);
+  /// At how many positions `part` begins, overlaps counted.
+  static int contains(const std::string& text, const std::string& part);
+  /// Copies fields `first` to `last` (from 0, empty ones dropped) into `out`, joined by the separator,
+  /// which also ends the result where the text has fewer fields than `last` + 1. Nothing where `first`
+  /// is past the last field or past `last`. `out` must hold the text and two characters more.
+  static char* section(const std::string& text, const char& separator, char* out, int first, int last);
+
+  // --- State ------------------------------------------------------------------------------------
+
+  static constexpr std::size_t kScratchSize = 256;
+
+  std::string className;               ///< name given to `presetClass`
+  bool plaintext = false;              ///< write rows only
+  char formatScratch[kScratchSize] = {};  ///< a formatted cell; longer ones go past it, never over it
+  std::string fileName;                ///< file last read
+  std::string formatText;              ///< last FORMAT line, after the keyword
+  std::string varsText;                ///< last VARS line, after the keyword, white space simplified
+  int columnCount = 0;
+  int firstSeqResid = 1;               ///< residue number of the first letter of the sequence
+  std::map<std::string, std::string> keyValues;  ///< not used
+  std::map<int, std::string> residNames;         ///< residue number to one-letter name
+  std::vector<std::string> remarks;
+  std::vector<std::string> dataLines;            ///< key, one blank, value
+  std::map<int, std::string> columnNames;        ///< by index from 0
+  std::map<int, std::string> columnFormats;      ///< by index from 0, with the blanks that follow
+  std::map<int, Row> entries;                    ///< by row number; rows of a file count from 1
+
+ private:
+  // Columns.
+  bool formatHoldsOnce(int i, char letter) const;
+  int columnOf(const std::string& name) const;
+  static bool acceptsColumn(const std::string& name, const std::string& format);
+  void clearRows();
+
+  // Searches.
+  template <class Matches>
+  const Row* findMatch(const std::string& col, const std::string& value, int n, Matches matches) const;
+  const RowIndex::Column& indexOf(const std::string& col) const;
+
+  // Reading.
+  struct ReadState;
+  void readLine(const std::string& line, ReadState& state);
+  bool storeRow(const ReadState& state);
+  void readSequence();
+
+  // Writing.
+  void writeDataLines(std::ostream& out) const;
+  void writeHeader(std::ostream& out) const;
+  void writeRow(std::ostream& out, const Row& row);
+  template <class Value>
+  void writeCell(std::ostream& out, const std::string& item, Value value);
+
+  mutable RowIndex index;
+};

@@ -1,0 +1,59 @@
+// zorvela-kit: files in, predictions out, and the tables behind them.
+#include <exception>  // for std::exception
+#include <iostream>   // for std::cerr
+#include <new>        // for std::bad_alloc
+#include <string>     // for std::string
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "common.h"
+
+namespace {
+
+constexpr const char* kName = "zorvela-kit";
+
+void addCommands([[maybe_unused]] CLI::App& app) {
+#ifdef ZORVELA_KIT_IMPORT
+  kit::addImport(app);
+#endif
+#ifdef ZORVELA_KIT_RUN
+  kit::addRun(app);
+#endif
+#ifdef ZORVELA_KIT_TRAIN
+  kit::addTrain(app);
+#endif
+#ifdef ZORVELA_KIT_EVALUATE
+  kit::addEvaluate(app);
+#endif
+}
+
+int fail(const std::string& message) {
+  std::cerr << kName << ": " << message << std::endl;
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", kName);
+  app.set_version_flag("--version", std::string(kName) + " " + ZORVELA_VERSION);
+  app.require_subcommand(1);
+  app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
+  kit::throwInsteadOfExit();
+  addCommands(app);
+  try {
+    app.parse(argc, argv);
+    return 0;
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e);
+  } catch (const kit::ReportedFailure&) {
+    return 1;
+  } catch (const kit::UserError& e) {
+    return fail(e.what());
+  } catch (const std::bad_alloc&) {
+    return fail("out of memory; give fewer or smaller files");
+  } catch (const std::exception& e) {
+    return fail(std::string("unexpected error: ") + e.what());
+  }
+}

@@ -11,9 +11,9 @@ namespace kit {
 /// One shift of a backbone atom, CB, or CG of proline. Atom names are those of the shift table: HN for
 /// the amide proton, HA2 and HA3 for glycine.
 struct Shift {
-  int resid = 0;         ///< from 1, position in `Protein::sequence`
-  std::string atom;      ///< N, HN, HA, HA2, HA3, C, CA, CB, CG
-  std::string shift;     ///< ppm, as the file writes it (a plain decimal number)
+  int resid = 0;      ///< from 1, position in `Protein::sequence`
+  std::string atom;   ///< N, HN, HA, HA2, HA3, C, CA, CB, CG
+  std::string shift;  ///< ppm, as the file writes it (a plain decimal number)
 };
 
 /// A chain. Residue 1 is the first of the sequence.

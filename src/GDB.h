@@ -11,6 +11,7 @@
 
 #include <cstddef>      // for std::size_t
 #include <cstdlib>      // for std::exit
+#include <iosfwd>       // for std::ostream
 #include <map>          // for std::map
 #include <string>       // for std::string
 #include <string_view>  // for std::string_view
@@ -127,6 +128,8 @@ class GDB {
   /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
   /// standard error and nothing else.
   void saveGDB(const std::string& fileName);
+  /// What `saveGDB` writes, to a stream.
+  void writeTable(std::ostream& out);
   /// The layout "KIVRA_SHIFT" (chemical shifts) or "KIVRA_PRED" (predicted angles), without rows;
   /// another name changes nothing.
   void presetClass(const std::string& name);
@@ -155,25 +158,32 @@ class GDB {
   /// is past the last field or past `last`. `out` must hold the text and two characters more.
   static char* section(const std::string& text, const char& separator, char* out, int first, int last);
 
+  // --- Numbers in cells ---------------------------------------------------------------------------
+
+  /// The number that a text starts with, 0 where it starts with none. An integer is read in base 10 and
+  /// wraps beyond 32 bits; a real is kept in single precision and can be infinite or not a number.
+  static int toInt(const std::string& text);
+  static float toFloat(const std::string& text);
+
   // --- State ------------------------------------------------------------------------------------
 
   static constexpr std::size_t kScratchSize = 256;
 
-  std::string className;               ///< name given to `presetClass`
-  bool plaintext = false;              ///< write rows only
+  std::string className;                  ///< name given to `presetClass`
+  bool plaintext = false;                 ///< write rows only
   char formatScratch[kScratchSize] = {};  ///< a formatted cell; longer ones go past it, never over it
-  std::string fileName;                ///< file last read
-  std::string formatText;              ///< last FORMAT line, after the keyword
-  std::string varsText;                ///< last VARS line, after the keyword, white space simplified
+  std::string fileName;                   ///< file last read
+  std::string formatText;                 ///< last FORMAT line, after the keyword
+  std::string varsText;                   ///< last VARS line, after the keyword, white space simplified
   int columnCount = 0;
-  int firstSeqResid = 1;               ///< residue number of the first letter of the sequence
+  int firstSeqResid = 1;                         ///< residue number of the first letter of the sequence
   std::map<std::string, std::string> keyValues;  ///< not used
   std::map<int, std::string> residNames;         ///< residue number to one-letter name
   std::vector<std::string> remarks;
-  std::vector<std::string> dataLines;            ///< key, one blank, value
-  std::map<int, std::string> columnNames;        ///< by index from 0
-  std::map<int, std::string> columnFormats;      ///< by index from 0, with the blanks that follow
-  std::map<int, Row> entries;                    ///< by row number; rows of a file count from 1
+  std::vector<std::string> dataLines;        ///< key, one blank, value
+  std::map<int, std::string> columnNames;    ///< by index from 0
+  std::map<int, std::string> columnFormats;  ///< by index from 0, with the blanks that follow
+  std::map<int, Row> entries;                ///< by row number; rows of a file count from 1
 
  private:
   // Columns.
@@ -181,6 +191,7 @@ class GDB {
   int columnOf(const std::string& name) const;
   static bool acceptsColumn(const std::string& name, const std::string& format);
   void clearRows();
+  static std::pair<std::string_view, std::string_view> splitPair(const std::string& line);
 
   // Searches.
   template <class Matches>
@@ -190,15 +201,17 @@ class GDB {
   // Reading.
   struct ReadState;
   void readLine(const std::string& line, ReadState& state);
-  bool storeRow(const ReadState& state);
+  void storeRow(ReadState& state);
+  void readKeyword(const std::string& line, std::string_view word, ReadState& state);
   void readSequence();
 
   // Writing.
-  void writeDataLines(std::ostream& out) const;
   void writeHeader(std::ostream& out) const;
+  static void writeSequence(std::ostream& out, const std::string& sequence);
   void writeRow(std::ostream& out, const Row& row);
+  void writeCell(std::ostream& out, const std::string& item, const std::string& text);
   template <class Value>
-  void writeCell(std::ostream& out, const std::string& item, Value value);
+  void writeFormatted(std::ostream& out, const std::string& item, Value value);
 
   mutable RowIndex index;
 };

@@ -32,20 +32,20 @@ inline constexpr int kProlineCG = kTripletShifts;
 
 /// What the program says of one proline.
 struct ProlinePrediction {
-  int resid = 0;                   ///< residue number of the proline
+  int resid = 0;                     ///< residue number of the proline
   std::array<std::string, 3> names;  ///< one-letter names: previous residue, proline, next residue
   std::array<int, 3> shiftCounts{};  ///< how many of the six backbone shifts each of them has
-  float cgShift = kMissingShift;   ///< CG of the proline as observed (ppm), 9999 if absent
-  float pCis = 0;                  ///< probability of cis under equal odds
-  float pCisNorm = 0;              ///< probability of cis where 1 proline in 20 is cis
+  float cgShift = kMissingShift;     ///< CG of the proline as observed (ppm), 9999 if absent
+  float pCis = 0;                    ///< probability of cis under equal odds
+  float pCisNorm = 0;                ///< probability of cis where 1 proline in 20 is cis
 };
 
 /// A straight-line estimate of a referencing offset, as the check report prints it.
 struct ReferencingOffset {
-  std::string atom;       ///< "CA", "CB", "HA" or "C"
-  float offset = 0;       ///< ppm; can be infinite or not a number where there are too few residues
-  float error = 0;        ///< ppm, of the fit
-  int size = 0;           ///< residues in the fit
+  std::string atom;          ///< "CA", "CB", "HA" or "C"
+  float offset = 0;          ///< ppm; can be infinite or not a number where there are too few residues
+  float error = 0;           ///< ppm, of the fit
+  int size = 0;              ///< residues in the fit
   bool recommended = false;  ///< the offset calls for a correction
 };
 
@@ -145,16 +145,16 @@ class ZORVELA {
 
   // --- State ------------------------------------------------------------------------------------
 
-  std::string mainDir;   ///< main directory
-  std::string predDir;   ///< directory for prediction results
-  std::string tabDir;    ///< directory of the reference tables
-  std::string spareDir;  ///< not used
-  std::string pathSep;   ///< "/", a backslash or empty
+  std::string mainDir;      ///< main directory
+  std::string predDir;      ///< directory for prediction results
+  std::string tabDir;       ///< directory of the reference tables
+  std::string spareDir;     ///< not used
+  std::string pathSep;      ///< "/", a backslash or empty
   char numBuffer[32] = {};  ///< a number on its way to text
 
   std::string inName;  ///< input shift table
   GDB csTable;
-  GDB resTable;  ///< secondary shifts: six rows a residue
+  GDB resTable;         ///< secondary shifts: six rows a residue
   std::string refName;  ///< not used
 
   std::string rcName;  ///< random-coil shifts
@@ -171,10 +171,10 @@ class ZORVELA {
   std::string sumName;  ///< output table
   std::string sumBase;  ///< its name without the extension
 
-  int firstResid = 1;     ///< first residue to predict
-  int lastResid = 9999;   ///< last residue to predict
-  int minResid = 999;     ///< smallest residue number among the shifts
-  int maxResid = -999;    ///< largest residue number among the shifts
+  int firstResid = 1;    ///< first residue to predict
+  int lastResid = 9999;  ///< last residue to predict
+  int minResid = 999;    ///< smallest residue number among the shifts
+  int maxResid = -999;   ///< largest residue number among the shifts
   bool clipShifts = true;
   bool showDetail = false;
   bool checkShifts = false;
@@ -191,9 +191,9 @@ class ZORVELA {
 
   std::map<int, std::map<std::string, float>> rcShifts;  ///< residue, atom to reference shift (ppm)
 
-  std::string proCsName;   ///< shift statistics of prolines
-  std::string proSeqName;  ///< neighbour statistics of prolines
-  std::map<std::string, std::map<int, float>> proSeqCis;    ///< residue name, position 1 or 3 to share
+  std::string proCsName;                                  ///< shift statistics of prolines
+  std::string proSeqName;                                 ///< neighbour statistics of prolines
+  std::map<std::string, std::map<int, float>> proSeqCis;  ///< residue name, position 1 or 3 to share
   std::map<std::string, std::map<int, float>> proSeqTrans;
   std::map<int, float> avgCis;  ///< shift index to mean (ppm)
   std::map<int, float> stdCis;  ///< shift index to standard deviation (ppm)
@@ -202,4 +202,24 @@ class ZORVELA {
   std::map<int, float> cgShifts;  ///< residue number of a proline to its CG shift (ppm), 9999 if absent
 
   std::vector<std::string> argNames;  ///< option names that the command line accepts
+
+ private:
+  // Shift assembly.
+  void startResTable();
+  void checkSequence();
+  void clampRange();
+  void assembleResidues();
+  GDB::Row& addResRow(const GDB::Row* observed, int resid, const std::string& name, const std::string& atom);
+  std::string shiftText(float shift);
+
+  // Shift checks.
+  void printClipping(int resid, const std::string& name, const std::string& atom, float shift, float limit);
+  void reportOutlier(const GDB::Row& row);
+
+  // Prediction.
+  std::vector<int> residuesToVisit() const;
+  float cisProbability(std::map<std::string, std::string>& triplet, const std::array<std::string, 3>& names,
+                       float cgShift);
+  void addPrediction(GDB& table, const ProlinePrediction& prediction);
+  void printListing(const GDB& table);
 };

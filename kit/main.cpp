@@ -29,7 +29,7 @@ void addCommands([[maybe_unused]] CLI::App& app) {
 }
 
 int fail(const std::string& message) {
-  std::cerr << kName << ": " << message << std::endl;
+  std::cerr << kName << ": " << kit::printable(message) << std::endl;
   return 1;
 }
 

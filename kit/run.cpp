@@ -1,0 +1,188 @@
+// The sub-command `run`: import, predict and collect, for one file or thousands.
+#include <unistd.h>  // for STDOUT_FILENO
+
+#include <algorithm>     // for std::min
+#include <atomic>        // for std::atomic
+#include <cstdlib>       // for std::getenv
+#include <functional>    // for std::ref
+#include <iostream>      // for std::cerr
+#include <memory>        // for std::shared_ptr
+#include <new>           // for std::bad_alloc
+#include <string>        // for std::string
+#include <system_error>  // for std::system_error
+#include <thread>        // for std::thread
+#include <vector>        // for std::vector
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "common.h"
+#include "predictor.h"
+#include "report.h"
+#include "shift_file.h"
+
+namespace kit {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+
+struct RunSettings {
+  std::vector<std::string> files;
+  ImportOptions import;
+  std::string tables;
+  std::string format = "table";
+  std::string output = "-";
+  unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
+};
+
+// --- Predicting ---------------------------------------------------------------------------------
+
+/// One file; what goes wrong with it stays with it.
+FileReport predictFile(Predictor& predictor, const std::string& file, const ImportOptions& import) {
+  FileReport report;
+  report.file = file;
+  try {
+    for (const Protein& protein : readShiftFile(file, import))
+      report.proteins.push_back(predictor.predict(protein));
+    return report;
+  } catch (const UserError& e) {
+    report.error = e.what();
+  } catch (const std::bad_alloc&) {
+    report.error = UserError(file, 0, "does not fit into memory", "give a smaller file").what();
+  } catch (const std::exception& e) {
+    report.error = UserError(file, 0, std::string("cannot be predicted: ") + e.what(), "").what();
+  }
+  report.proteins.clear();
+  return report;
+}
+
+/// Each job takes the next file that nobody has; results go to the place of the file, so their order
+/// does not depend on the number of jobs.
+std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA& tables) {
+  std::vector<FileReport> reports(settings.files.size());
+  const std::size_t jobs = std::min<std::size_t>(settings.jobs, reports.size());
+  std::vector<std::unique_ptr<Predictor>> predictors;
+  while (predictors.size() < jobs) predictors.push_back(std::make_unique<Predictor>(tables));
+
+  std::atomic<std::size_t> next{0};
+  Progress progress("Predicting", settings.files.size());
+  const auto work = [&](Predictor& predictor) {
+    for (std::size_t i = next++; i < reports.size(); i = next++) {
+      reports[i] = predictFile(predictor, settings.files[i], settings.import);
+      progress.step();
+    }
+  };
+
+  std::vector<std::thread> helpers;
+  try {
+    for (std::size_t i = 1; i < jobs; ++i) helpers.emplace_back(work, std::ref(*predictors[i]));
+  } catch (const std::system_error&) {
+    // The system gives no more threads: those that there are do the work.
+  }
+  work(*predictors.front());
+  for (std::thread& helper : helpers) helper.join();
+  return reports;
+}
+
+// --- Reporting ----------------------------------------------------------------------------------
+
+std::string nameOf(const ProteinResult& protein) {
+  return protein.chain.empty() ? protein.file : protein.file + ", chain " + protein.chain;
+}
+
+void warn(const std::string& text) {
+  std::cerr << "zorvela-kit: " << printable(text) << '\n';
+}
+
+void tellNotes(const ProteinResult& protein) {
+  const std::size_t shown = std::min(kNotesShown, protein.notes.size());
+  for (std::size_t i = 0; i < shown; ++i) warn("note: " + protein.notes[i]);
+  if (protein.notes.size() > shown)
+    warn("note: " + nameOf(protein) + ": " + std::to_string(protein.notes.size() - shown) +
+         " more notes; see them with zorvela-kit import or --format json");
+}
+
+void tellOffsets(const ProteinResult& protein) {
+  for (const ReferencingOffset& offset : protein.offsets) {
+    if (!callsForCorrection(offset)) continue;
+    const std::string atom = offset.atom == "C" ? "C'" : offset.atom;
+    warn("warning: " + nameOf(protein) + ": " + atom + " shifts seem referenced " +
+         numberText(offset.offset) + " ppm off (" + std::to_string(offset.size) +
+         " residues); check the referencing and correct it");
+  }
+}
+
+void tellAll(const RunReport& report) {
+  for (const FileReport& file : report.files) {
+    for (const ProteinResult& protein : file.proteins) {
+      tellNotes(protein);
+      tellOffsets(protein);
+    }
+    if (!file.error.empty()) warn(file.error);
+  }
+}
+
+bool wantsColour(const std::string& output) {
+  const char* refused = std::getenv("NO_COLOR");
+  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
+}
+
+void writeReport(const RunSettings& settings, const RunReport& report) {
+  writeWhole(settings.output, [&](std::ostream& out) {
+    if (settings.format == "csv")
+      writeCsv(report, out);
+    else if (settings.format == "json")
+      writeJson(report, out);
+    else
+      writeTable(report, wantsColour(settings.output), out);
+  });
+}
+
+void run(const RunSettings& settings) {
+  RunReport report;
+  report.tables = findTables(settings.tables);
+  const std::unique_ptr<ZORVELA> tables = loadReferenceTables(report.tables);
+  report.files = predictFiles(settings, *tables);
+  tellAll(report);
+  writeReport(settings, report);
+  if (const std::size_t errors = countErrors(report); errors > 0) {
+    warn(std::to_string(errors) + " of " + std::to_string(report.files.size()) +
+         " files could not be predicted");
+    throw ReportedFailure();
+  }
+}
+
+std::string footer() {
+  return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
+         numberText(kTransUpTo) +
+         ", undecided between.\n"
+         "Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else "
+         "./tab.\n"
+         "Exit status: 0 if every file was predicted, 1 if one was not.";
+}
+
+}  // namespace
+
+void addRun(CLI::App& app) {
+  const auto settings = std::make_shared<RunSettings>();
+  CLI::App* command = app.add_subcommand("run", "Predict the prolines of any shift files");
+  command
+      ->add_option("FILE", settings->files,
+                   "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+      ->required();
+  command->add_option("--format", settings->format, "table, csv or json")
+      ->check(CLI::IsMember({"table", "csv", "json"}))
+      ->capture_default_str();
+  command->add_option("--output", settings->output, "Write to this file instead of standard output");
+  command->add_option("--tables", settings->tables, "Folder of the seven reference tables");
+  command->add_option("--chain", settings->import.chain, "Only the chain of this name");
+  command->add_option("--list", settings->import.list, "Only the shift list of this name");
+  command
+      ->add_option("--jobs", settings->jobs, "Files worked on at the same time; default: one for each core")
+      ->check(CLI::PositiveNumber);
+  command->footer(footer());
+  command->callback([settings] { run(*settings); });
+}
+
+}  // namespace kit

@@ -139,6 +139,14 @@ class Readme(DocumentCase):
     def test_links(self):
         self.check_links(ROOT / "README.md")
 
+    def test_odds_are_divided_by_19(self):
+        text = (ROOT / "README.md").read_text(encoding="utf-8")
+        rows = [re.search(rf"^\| `{name}` \| (.*) \|$", text, re.MULTILINE) for name in ("P_CIS", "P_CIS_NORM")]
+        equal, natural = ([float(cell) for cell in row.group(1).split("|")] for row in rows)
+        for p, norm in zip(equal, natural):
+            odds = p / (1 - p) / 19
+            self.assertAlmostEqual(odds / (1 + odds), norm, delta=0.0005)
+
 
 class FileFormat(DocumentCase):
     """The rules of doc/file-format.md, tried on its own example."""

@@ -1,0 +1,368 @@
+// The table in memory: rows, column types, column editing, data pairs, remarks, residues.
+#include "support.h"
+
+namespace {
+
+using support::addRow;
+using support::Output;
+using support::outputOf;
+
+// Ten rows; rows 3 and 7 hold residue 12.
+GDB residueTable() {
+  GDB table;
+  for (int i = 1; i <= 10; ++i) {
+    addRow(table, {{"RESID", i == 3 || i == 7 ? "12" : std::to_string(100 + i)},
+                   {"ATOMNAME", i == 7 ? "CB" : "CA"},
+                   {"SHIFT", std::to_string(i) + ".5"}});
+  }
+  return table;
+}
+
+GDB shiftColumns() {
+  GDB table;
+  table.VARS_str_parser("RESID RESNAME ATOMNAME SHIFT");
+  table.FORMAT_str_parser("%4d %1s %4s  %8.3f");
+  return table;
+}
+
+// Columns, formats and rows as one text, to see that nothing changed.
+std::string stateOf(const GDB& table) {
+  std::string state = std::to_string(table.columnCount) + ";";
+  for (const auto& [i, name] : table.columnNames) state += std::to_string(i) + name + ";";
+  for (const auto& [i, item] : table.columnFormats) state += std::to_string(i) + item + ";";
+  for (const auto& [number, row] : table.entries) {
+    state += std::to_string(number);
+    for (const auto& [col, text] : row) state += " " + col + "=" + text;
+    state += ";";
+  }
+  return state;
+}
+
+}  // namespace
+
+// --- An empty table -----------------------------------------------------------------------------
+
+TEST(TableModel, StartsEmpty) {
+  const GDB table;
+  EXPECT_EQ(table.className, "");
+  EXPECT_FALSE(table.plaintext);
+  EXPECT_EQ(table.fileName, "");
+  EXPECT_EQ(table.formatText, "");
+  EXPECT_EQ(table.varsText, "");
+  EXPECT_EQ(table.columnCount, 0);
+  EXPECT_EQ(table.firstSeqResid, 1);
+  EXPECT_TRUE(table.keyValues.empty());
+  EXPECT_TRUE(table.residNames.empty());
+  EXPECT_TRUE(table.remarks.empty());
+  EXPECT_TRUE(table.dataLines.empty());
+  EXPECT_TRUE(table.columnNames.empty());
+  EXPECT_TRUE(table.columnFormats.empty());
+  EXPECT_TRUE(table.entries.empty());
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_GE(sizeof table.formatScratch, 100U);
+}
+
+// --- Rows ---------------------------------------------------------------------------------------
+
+TEST(TableModel, SearchTakesTheSecondOccurrence) {
+  const GDB table = residueTable();
+  EXPECT_EQ(table.getEntry("RESID", "12", 1).at("SHIFT"), "3.5");
+  EXPECT_EQ(table.getEntry("RESID", "12", 2).at("SHIFT"), "7.5");
+}
+
+TEST(TableModel, SearchPastTheLastOccurrenceGivesAnEmptyRow) {
+  EXPECT_TRUE(residueTable().getEntry("RESID", "12", 3).empty());
+}
+
+TEST(TableModel, SearchForOccurrenceZeroGivesAnEmptyRowAlthoughRowsMatch) {
+  const GDB table = residueTable();
+  EXPECT_TRUE(table.getEntry("RESID", "12", 0).empty());
+  EXPECT_TRUE(table.getEntry("RESID", "12", -1).empty());
+}
+
+TEST(TableModel, SearchByTwoCellsNeedsBoth) {
+  const GDB table = residueTable();
+  EXPECT_EQ(table.getEntry("RESID", "12", "ATOMNAME", "CB", 1).at("SHIFT"), "7.5");
+  EXPECT_TRUE(table.getEntry("RESID", "12", "ATOMNAME", "CB", 2).empty());
+  EXPECT_TRUE(table.getEntry("RESID", "101", "ATOMNAME", "CB", 1).empty());
+}
+
+TEST(TableModel, SearchGivesACopy) {
+  GDB table = residueTable();
+  GDB::Row row = table.getEntry("RESID", "12", 1);
+  row["SHIFT"] = "0";
+  EXPECT_EQ(table.getEntry(3).at("SHIFT"), "3.5");
+}
+
+TEST(TableModel, EmptyNameMatchesTheFirstRowOfATableWithoutTheKeyColumn) {
+  GDB table;
+  addRow(table, {{"CA_MIN", "-1"}});
+  addRow(table, {{"CA_MIN", "-2"}});
+  EXPECT_EQ(table.getEntry("RESNAME", "", 1).at("CA_MIN"), "-1");
+  EXPECT_TRUE(table.getEntry("RESNAME", "A", 1).empty());
+}
+
+TEST(TableModel, RowByNumberIsACopyOfIt) {
+  GDB table = residueTable();
+  EXPECT_EQ(table.getEntry(7), (GDB::Row{{"RESID", "12"}, {"ATOMNAME", "CB"}, {"SHIFT", "7.5"}}));
+  EXPECT_EQ(table.getEntryCount(), 10);
+}
+
+TEST(TableModel, RowNumberFiveOfThreeRowsIsEmptyAndIsInserted) {
+  GDB table;
+  for (int i = 1; i <= 3; ++i) table.addEntry("RESID", std::to_string(i));
+  EXPECT_TRUE(table.getEntry(5).empty());
+  EXPECT_EQ(table.getEntryCount(), 4);
+  ASSERT_EQ(table.entries.count(5), 1U);
+  EXPECT_TRUE(table.entries.at(5).empty());
+  EXPECT_TRUE(table.getEntry(5).empty());
+  EXPECT_EQ(table.getEntryCount(), 4) << "only the first time";
+}
+
+TEST(TableModel, AddEntryOnAnEmptyTableMakesRow1AndSetEntryFillsIt) {
+  GDB table;
+  table.addEntry("RESID", "2");
+  table.setEntry(1, "RESNAME", "K");
+  EXPECT_EQ(table.getEntryCount(), 1);
+  EXPECT_EQ(table.entries.at(1), (GDB::Row{{"RESID", "2"}, {"RESNAME", "K"}}));
+}
+
+TEST(TableModel, AddEntryGoesOnFromTheRowCount) {
+  GDB table;
+  table.addEntry("RESID", "1");
+  table.addEntry("RESID", "2");
+  EXPECT_EQ(table.entries.at(2), (GDB::Row{{"RESID", "2"}}));
+  // With rows 1, 2 and 9 the count is 3: the next row is row 4.
+  table.setEntry(9, "RESID", "9");
+  table.addEntry("RESID", "4");
+  EXPECT_EQ(table.entries.at(4), (GDB::Row{{"RESID", "4"}}));
+}
+
+TEST(TableModel, AddEntryCanMeetARowThatIsThere) {
+  // One row, number 2: the next number is 2 as well.
+  GDB table;
+  table.setEntry(2, "RESID", "2");
+  table.addEntry("SHIFT", "8.1");
+  EXPECT_EQ(table.getEntryCount(), 1);
+  EXPECT_EQ(table.entries.at(2), (GDB::Row{{"RESID", "2"}, {"SHIFT", "8.1"}}));
+}
+
+TEST(TableModel, SetEntryReplacesACellAndTakesAnyColumnNameAndRowNumber) {
+  GDB table = shiftColumns();
+  table.setEntry(-3, "NOTE", "a");
+  table.setEntry(-3, "NOTE", "b");
+  EXPECT_EQ(table.entries.at(-3), (GDB::Row{{"NOTE", "b"}}));
+  EXPECT_EQ(table.columnCount, 4);
+}
+
+TEST(TableModel, CellThatARowLacksReadsAsEmptyText) {
+  const GDB::Row row{{"RESID", "1"}};
+  EXPECT_EQ(GDB::cell(row, "RESID"), "1");
+  EXPECT_EQ(GDB::cell(row, "SHIFT"), "");
+}
+
+TEST(TableModel, CopyOwnsItsRows) {
+  GDB table = residueTable();
+  GDB copy = table;
+  copy.setEntry(1, "SHIFT", "0");
+  EXPECT_EQ(table.entries.at(1).at("SHIFT"), "1.5");
+}
+
+// --- Column types -------------------------------------------------------------------------------
+
+TEST(TableModel, ColumnTypesByIndexCountFromZero) {
+  const GDB table = shiftColumns();
+  EXPECT_TRUE(table.isVarInt(0));
+  EXPECT_FALSE(table.isVarInt(1));
+  EXPECT_TRUE(table.isVarString(1));
+  EXPECT_TRUE(table.isVarString(2));
+  EXPECT_TRUE(table.isVarFloat(3));
+  EXPECT_FALSE(table.isVarFloat(0));
+  EXPECT_FALSE(table.isVarString(3));
+}
+
+TEST(TableModel, ColumnTypesOfAColumnThatDoesNotExistAreFalse) {
+  const GDB table = shiftColumns();
+  for (const int i : {-1, 4, 100}) {
+    EXPECT_FALSE(table.isVarInt(i));
+    EXPECT_FALSE(table.isVarFloat(i));
+    EXPECT_FALSE(table.isVarString(i));
+  }
+}
+
+TEST(TableModel, ColumnTypesOfAColumnWithoutFormatAreFalse) {
+  GDB table;
+  table.VARS_str_parser("RESID SHIFT");
+  EXPECT_FALSE(table.isVarInt(0));
+  EXPECT_FALSE(table.isVarFloat("SHIFT"));
+  EXPECT_FALSE(table.isVarString("SHIFT"));
+}
+
+TEST(TableModel, ColumnTypesByName) {
+  const GDB table = shiftColumns();
+  EXPECT_TRUE(table.isVarInt("RESID"));
+  EXPECT_TRUE(table.isVarString("RESNAME"));
+  EXPECT_TRUE(table.isVarFloat("SHIFT"));
+  EXPECT_FALSE(table.isVarFloat("RESID"));
+  EXPECT_FALSE(table.isVarInt("NOSUCH"));
+  EXPECT_FALSE(table.isVarFloat("shift"));
+}
+
+TEST(TableModel, ColumnTypesOfADoubledNameAreThoseOfTheFirstColumn) {
+  GDB table;
+  table.VARS_str_parser("SHIFT SHIFT");
+  table.FORMAT_str_parser("%d %f");
+  EXPECT_TRUE(table.isVarInt("SHIFT"));
+  EXPECT_FALSE(table.isVarFloat("SHIFT"));
+}
+
+TEST(TableModel, ColumnTypeNeedsTheLetterExactlyOnce) {
+  GDB table;
+  table.columnFormats[0] = "%dd";
+  table.columnFormats[1] = "%ds";
+  EXPECT_FALSE(table.isVarInt(0));
+  EXPECT_TRUE(table.isVarInt(1));
+  EXPECT_TRUE(table.isVarString(1));
+}
+
+// --- Column editing -----------------------------------------------------------------------------
+
+TEST(TableModel, IsVarIntCountsFromZeroWhereSetVarCountsFromOne) {
+  GDB table;
+  table.setVAR(1, "RESID", "%4d");
+  EXPECT_TRUE(table.isVarInt(0));
+  EXPECT_FALSE(table.isVarInt(1));
+}
+
+TEST(TableModel, SetVarReplacesAColumnAndLeavesTheRows) {
+  GDB table = shiftColumns();
+  table.addEntry("SHIFT", "8.1");
+  const Output output = outputOf([&] { table.setVAR(4, "PPM", "%9.4f"); });
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(table.columnNames.at(3), "PPM");
+  EXPECT_EQ(table.columnFormats.at(3), "%9.4f");
+  EXPECT_EQ(table.columnCount, 4);
+  EXPECT_EQ(table.entries.at(1), (GDB::Row{{"SHIFT", "8.1"}}));
+}
+
+TEST(TableModel, SetVarOnePastTheLastAddsAColumn) {
+  GDB table = shiftColumns();
+  const Output output = outputOf([&] { table.setVAR(5, "NOTE", "%s"); });
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(table.columnCount, 5);
+  EXPECT_EQ(table.columnNames.at(4), "NOTE");
+  EXPECT_EQ(table.columnFormats.at(4), "%s");
+}
+
+TEST(TableModel, SetVarZeroSaysWhichNumbersAreGoodAndChangesNothing) {
+  GDB table = shiftColumns();
+  const std::string before = stateOf(table);
+  const Output output = outputOf([&] { table.setVAR(0, "NOTE", "%s"); });
+  EXPECT_EQ(output.err, "\tPlease use number 1-5 as index for varible 'NOTE' with format '%s'\n");
+  EXPECT_EQ(output.out, "");
+  EXPECT_EQ(stateOf(table), before);
+}
+
+TEST(TableModel, SetVarTwoPastTheLastSaysWhichNumbersAreGoodAndChangesNothing) {
+  GDB table = shiftColumns();
+  const std::string before = stateOf(table);
+  const Output output = outputOf([&] {
+    table.setVAR(6, "NOTE", "%-4s");
+    table.setVAR(-1, "NOTE", "%-4s");
+  });
+  const std::string message = "\tPlease use number 1-5 as index for varible 'NOTE' with format '%-4s'\n";
+  EXPECT_EQ(output.err, message + message);
+  EXPECT_EQ(stateOf(table), before);
+}
+
+TEST(TableModel, SetVarWithABadFormatSaysSoAndChangesNothing) {
+  GDB table = shiftColumns();
+  const std::string before = stateOf(table);
+  const Output output = outputOf([&] { table.setVAR(1, "RESID", "%5.1e"); });
+  EXPECT_EQ(output.err, "\tBad format syntax '%5.1e'\n");
+  EXPECT_EQ(stateOf(table), before);
+}
+
+TEST(TableModel, SetVarWithABlankInTheNameSaysSoAndChangesNothing) {
+  GDB table = shiftColumns();
+  const std::string before = stateOf(table);
+  const Output output = outputOf([&] { table.setVAR(1, "RES ID", "%4d"); });
+  EXPECT_EQ(output.err, "\tInvalid varible name 'RES ID' (with space)\n");
+  EXPECT_EQ(stateOf(table), before);
+}
+
+TEST(TableModel, SetVarChecksTheFormatThenTheNameThenTheIndex) {
+  GDB table;
+  const Output all = outputOf([&] { table.setVAR(7, "A B", "%x"); });
+  EXPECT_EQ(all.err, "\tBad format syntax '%x'\n");
+  const Output nameAndIndex = outputOf([&] { table.setVAR(7, "A B", "%d"); });
+  EXPECT_EQ(nameAndIndex.err, "\tInvalid varible name 'A B' (with space)\n");
+}
+
+TEST(TableModel, AddVarAppendsAColumnAndLeavesTheRows) {
+  GDB table = shiftColumns();
+  table.addEntry("SHIFT", "8.1");
+  table.addVAR("NOTE", "%s ");
+  EXPECT_EQ(table.columnCount, 5);
+  EXPECT_EQ(table.columnNames.at(4), "NOTE");
+  EXPECT_EQ(table.columnFormats.at(4), "%s ");
+  EXPECT_EQ(table.getEntryCount(), 1);
+}
+
+TEST(TableModel, AddVarChecksFormatAndNameAsSetVarDoes) {
+  GDB table = shiftColumns();
+  const std::string before = stateOf(table);
+  const Output output = outputOf([&] {
+    table.addVAR("NOTE", "%ld");
+    table.addVAR("MY NOTE", "%s");
+  });
+  EXPECT_EQ(output.err, "\tBad format syntax '%ld'\n\tInvalid varible name 'MY NOTE' (with space)\n");
+  EXPECT_EQ(stateOf(table), before);
+}
+
+// --- Data pairs, remarks, residues --------------------------------------------------------------
+
+TEST(TableModel, TwoSequencePairsJoin) {
+  GDB table;
+  table.setData("SEQUENCE", "MKT");
+  table.setData("SEQUENCE", "AYI");
+  EXPECT_EQ(table.getData("SEQUENCE"), "MKTAYI");
+  EXPECT_EQ(table.dataLines, (std::vector<std::string>{"SEQUENCE MKT", "SEQUENCE AYI"}));
+}
+
+TEST(TableModel, GetDataTakesTheTextAfterTheFirstBlankAsItStands) {
+  GDB table;
+  table.setData("NOTE", "two  words ");
+  EXPECT_EQ(table.getData("NOTE"), "two  words ");
+  EXPECT_EQ(table.getData("note"), "");
+  EXPECT_EQ(table.getData("NOT"), "");
+}
+
+TEST(TableModel, GetDataOfABarePairIsTheKeyItself) {
+  GDB table;
+  table.dataLines.push_back("K");
+  EXPECT_EQ(table.getData("K"), "K");
+}
+
+TEST(TableModel, GetDataOfAnEmptyValueIsEmpty) {
+  GDB table;
+  table.setData("K", "");
+  EXPECT_EQ(table.dataLines.at(0), "K ");
+  EXPECT_EQ(table.getData("K"), "");
+}
+
+TEST(TableModel, AddRemarkKeepsTheOrder) {
+  GDB table;
+  table.addRemark("first");
+  table.addRemark("");
+  table.addRemark("third");
+  EXPECT_EQ(table.remarks, (std::vector<std::string>{"first", "", "third"}));
+}
+
+TEST(TableModel, ResidNameOutsideTheSequenceIsEmptyAndIsInserted) {
+  GDB table;
+  table.residNames[5] = "P";
+  EXPECT_EQ(table.getResidName(5), "P");
+  EXPECT_EQ(table.getResidName(6), "");
+  EXPECT_EQ(table.residNames.size(), 2U);
+}

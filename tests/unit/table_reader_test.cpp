@@ -1,0 +1,449 @@
+// Reading table files: kinds of lines, rows, formats, the sequence, and what is no table at all.
+#include <random>     // for std::mt19937
+#include <stdexcept>  // for std::out_of_range
+#include <vector>     // for std::vector
+
+#include "support.h"
+
+namespace {
+
+using support::Output;
+using support::outputOf;
+using support::tableOf;
+using support::TempDir;
+using testing::Eq;
+using testing::ExitedWithCode;
+
+const std::string kShiftHeader = "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n";
+
+std::map<int, std::string> sequenceOf(const std::string& data) {
+  return tableOf(data).residNames;
+}
+
+}  // namespace
+
+// --- A whole file -------------------------------------------------------------------------------
+
+TEST(TableReader, ReadsEveryKindOfLine) {
+  const TempDir dir;
+  const std::string path = dir.write("shifts.tab",
+                                     "REMARK Ubiquitin  fragment\n"
+                                     "\n"
+                                     "DATA SEQUENCE MKP\n"
+                                     "DATA FIRST_RESID 5\n"
+                                     " \t\n"
+                                     "VARS   RESID  RESNAME ATOMNAME SHIFT \n"
+                                     "FORMAT %4d %1s %4s  %8.3f\n"
+                                     "\n"
+                                     "   5 M   CA    54.450\n"
+                                     "\t6\tK\tHA\t4.3\n");
+  const GDB table(path);
+  EXPECT_EQ(table.fileName, path);
+  EXPECT_EQ(table.remarks, std::vector<std::string>{"Ubiquitin  fragment"});
+  EXPECT_EQ(table.dataLines, (std::vector<std::string>{"SEQUENCE MKP", "FIRST_RESID 5"}));
+  EXPECT_EQ(table.varsText, "RESID RESNAME ATOMNAME SHIFT");
+  EXPECT_EQ(table.formatText, " %4d %1s %4s  %8.3f");
+  EXPECT_EQ(table.columnCount, 4);
+  EXPECT_EQ(table.columnNames,
+            (std::map<int, std::string>{{0, "RESID"}, {1, "RESNAME"}, {2, "ATOMNAME"}, {3, "SHIFT"}}));
+  EXPECT_EQ(table.columnFormats,
+            (std::map<int, std::string>{{0, "%4d "}, {1, "%1s "}, {2, "%4s  "}, {3, "%8.3f"}}));
+  ASSERT_EQ(table.getEntryCount(), 2);
+  EXPECT_EQ(table.entries.at(1),
+            (GDB::Row{{"RESID", "5"}, {"RESNAME", "M"}, {"ATOMNAME", "CA"}, {"SHIFT", "54.450"}}));
+  EXPECT_EQ(table.entries.at(2),
+            (GDB::Row{{"RESID", "6"}, {"RESNAME", "K"}, {"ATOMNAME", "HA"}, {"SHIFT", "4.3"}}));
+  EXPECT_EQ(table.firstSeqResid, 5);
+  EXPECT_EQ(table.residNames, (std::map<int, std::string>{{5, "M"}, {6, "K"}, {7, "P"}}));
+  EXPECT_FALSE(table.plaintext);
+}
+
+TEST(TableReader, LoadClearsPlaintext) {
+  const TempDir dir;
+  GDB table;
+  table.set_plaintext();
+  table.loadGDB(dir.write("a.tab", kShiftHeader));
+  EXPECT_FALSE(table.plaintext);
+}
+
+TEST(TableReader, SecondLoadReplacesRowsAndColumnsAndAddsPairsAndRemarks) {
+  const TempDir dir;
+  GDB table(dir.write("a.tab", "REMARK a\nDATA SEQUENCE MK\n" + kShiftHeader + "1 M CA 54\n2 K CA 56\n"));
+  table.loadGDB(dir.write("b.tab", "REMARK b\nDATA SEQUENCE P\nVARS X\nFORMAT %d\n7\n"));
+  EXPECT_EQ(table.fileName, dir.file("b.tab"));
+  EXPECT_EQ(table.columnCount, 1);
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"X", "7"}}}}));
+  EXPECT_EQ(table.remarks, (std::vector<std::string>{"a", "b"}));
+  EXPECT_EQ(table.getData("SEQUENCE"), "MKP");
+  // Two names are stored: the joined sequence is numbered on from the third.
+  EXPECT_EQ(table.residNames, (std::map<int, std::string>{{1, "M"}, {2, "K"}, {3, "M"}, {4, "K"}, {5, "P"}}));
+}
+
+TEST(TableReader, MissingFileEndsTheRunWithStatus0AfterTheMessage) {
+  const TempDir dir;
+  const std::string path = dir.file("no such.tab");
+  EXPECT_EXIT(GDB{path}, ExitedWithCode(0), Eq("\tCan't open file " + path + " for reading\n"));
+}
+
+TEST(TableReader, EmptyNameIsAFileThatCannotBeOpened) {
+  GDB table;
+  EXPECT_EXIT(table.loadGDB(""), ExitedWithCode(0), Eq("\tCan't open file  for reading\n"));
+}
+
+TEST(TableReader, DirectoryReadsAsAnEmptyTable) {
+  const TempDir dir;
+  const GDB table(dir.path());
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_EQ(table.columnCount, 0);
+  EXPECT_EQ(table.firstSeqResid, 1);
+}
+
+// --- Remarks and pairs --------------------------------------------------------------------------
+
+TEST(TableReader, RemarkWithOneBlankIsAnEmptyRemark) {
+  EXPECT_EQ(tableOf("REMARK \n").remarks, std::vector<std::string>{""});
+}
+
+TEST(TableReader, BareRemarkThrowsOutOfRange) {
+  EXPECT_THROW(tableOf("REMARK\n"), std::out_of_range);
+  EXPECT_THROW(tableOf("REMARK a\nREMARK"), std::out_of_range) << "without a line end";
+}
+
+TEST(TableReader, BareDataThrowsOutOfRange) {
+  EXPECT_THROW(tableOf("DATA\n"), std::out_of_range);
+}
+
+TEST(TableReader, DataWithOneBlankIsAnEmptyPair) {
+  EXPECT_EQ(tableOf("DATA \n").dataLines, std::vector<std::string>{""});
+}
+
+TEST(TableReader, RemarkWithACarriageReturnOrABlankBeforeItIsLongEnough) {
+  EXPECT_EQ(tableOf("REMARK\r\n").remarks, std::vector<std::string>{""});
+  EXPECT_EQ(tableOf(" REMARK\n").remarks, std::vector<std::string>{""});
+}
+
+TEST(TableReader, LeadingBlanksLeaveTheCutWhereItIs) {
+  const GDB table = tableOf("  REMARK ab\n DATA K v\n VARS A B\n");
+  // Seven characters of "  REMARK ab" and five of " DATA K v" go; of " VARS A B" the first four.
+  EXPECT_EQ(table.remarks, std::vector<std::string>{"K ab"});
+  EXPECT_EQ(table.dataLines, std::vector<std::string>{" K v"});
+  EXPECT_EQ(table.columnNames, (std::map<int, std::string>{{0, "S"}, {1, "A"}, {2, "B"}}));
+}
+
+TEST(TableReader, KeywordsAreComparedExactly) {
+  const GDB table = tableOf("remark a\nREMARKS b\nData SEQUENCE MK\nVARS: A\n");
+  EXPECT_TRUE(table.remarks.empty());
+  EXPECT_TRUE(table.dataLines.empty());
+  EXPECT_EQ(table.columnCount, 0);
+}
+
+TEST(TableReader, PairKeepsItsTextBehindTheKey) {
+  const GDB table = tableOf("DATA NOTE  two  words \n");
+  EXPECT_EQ(table.dataLines, std::vector<std::string>{"NOTE  two  words "});
+  EXPECT_EQ(table.getData("NOTE"), " two  words ");
+}
+
+// --- Rows ---------------------------------------------------------------------------------------
+
+TEST(TableReader, RowWithOneTokenTooManyIsSkippedAndTakesNoNumber) {
+  const GDB table = tableOf(kShiftHeader + "1 M CA 54.4\n2 K CA 56.5 extra\n3 P CA 63.3\n");
+  ASSERT_EQ(table.getEntryCount(), 2);
+  EXPECT_EQ(table.entries.at(1).at("RESID"), "1");
+  EXPECT_EQ(table.entries.at(2).at("RESID"), "3");
+}
+
+TEST(TableReader, RowWithTooFewTokensIsSkipped) {
+  const GDB table = tableOf(kShiftHeader + "1 M CA\n2 K CA 56.5\n");
+  ASSERT_EQ(table.getEntryCount(), 1);
+  EXPECT_EQ(table.entries.at(1).at("RESID"), "2");
+}
+
+TEST(TableReader, SkippedLinesSayNothing) {
+  const Output output = outputOf([] { tableOf("what is this\n" + kShiftHeader + "1 M CA\nnoise\n"); });
+  EXPECT_EQ(output.out, "");
+  EXPECT_EQ(output.err, "");
+}
+
+TEST(TableReader, RowsBeforeTheFormatLineAreSkipped) {
+  const GDB table = tableOf("VARS A B\n1 2\nFORMAT %d %d\n3 4\n");
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"A", "3"}, {"B", "4"}}}}));
+}
+
+TEST(TableReader, FileWithoutFormatHasRemarksAndPairsButNoRows) {
+  const GDB table = tableOf("REMARK a\nDATA SEQUENCE MK\nVARS A B\n1 2\n");
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_EQ(table.columnCount, 2);
+  EXPECT_EQ(table.remarks.size(), 1U);
+  EXPECT_EQ(table.residNames.size(), 2U);
+}
+
+TEST(TableReader, ThreeItemsForFourColumnsReadsRowsSilentlyAndHasNoFormats) {
+  GDB table;
+  const TempDir dir;
+  const std::string path =
+      dir.write("a.tab", "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %8.3f\n1 M CA 54.4\n");
+  const Output output = outputOf([&] { table.loadGDB(path); });
+  EXPECT_EQ(output.out, "");
+  EXPECT_EQ(output.err, "");
+  EXPECT_TRUE(table.columnFormats.empty());
+  ASSERT_EQ(table.getEntryCount(), 1);
+  EXPECT_EQ(table.entries.at(1).at("SHIFT"), "54.4");
+}
+
+TEST(TableReader, FormatBeforeVarsReadsRowsWithoutFormats) {
+  const GDB table = tableOf("FORMAT %d %d\nVARS A B\n1 2\n");
+  EXPECT_TRUE(table.columnFormats.empty());
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"A", "1"}, {"B", "2"}}}}));
+}
+
+TEST(TableReader, BareFormatLineIsEnoughForRowsToBeRead) {
+  const GDB table = tableOf("VARS A B\nFORMAT\n1 2\n");
+  EXPECT_TRUE(table.columnFormats.empty());
+  EXPECT_EQ(table.getEntryCount(), 1);
+}
+
+TEST(TableReader, SecondFormatDropsTheRowsAndTheirNumbersGoOn) {
+  const GDB table = tableOf("VARS A\nFORMAT %d\n1\n2\nFORMAT %d\n3\n4\n");
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{3, {{"A", "3"}}}, {4, {{"A", "4"}}}}));
+}
+
+TEST(TableReader, SecondVarsDropsTheRowsAndTheirNumbersGoOn) {
+  const GDB table = tableOf("VARS A\nFORMAT %d\n1\n2\nVARS B C\n3 4\n");
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{3, {{"B", "3"}, {"C", "4"}}}}));
+}
+
+TEST(TableReader, RowWhoseFirstCellIsAKeywordIsARowAndAKeywordLine) {
+  const GDB table = tableOf("VARS KEY VALUE\nFORMAT %s %s\nREMARK text\nDATA pair\n");
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"KEY", "REMARK"}, {"VALUE", "text"}}},
+                                                    {2, {{"KEY", "DATA"}, {"VALUE", "pair"}}}}));
+  EXPECT_EQ(table.remarks, std::vector<std::string>{"text"});
+  EXPECT_EQ(table.dataLines, std::vector<std::string>{"pair"});
+}
+
+TEST(TableReader, RowWhoseFirstCellIsVarsTakesANumberAndIsDropped) {
+  const GDB table = tableOf("VARS KEY VALUE\nFORMAT %s %s\nVARS A\n1\n");
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{2, {{"A", "1"}}}}));
+}
+
+TEST(TableReader, BareRemarkAsARowOfOneColumnThrowsOutOfRange) {
+  EXPECT_THROW(tableOf("VARS A\nFORMAT %s\nREMARK\n"), std::out_of_range);
+}
+
+TEST(TableReader, OfTwoColumnsWithOneNameTheLaterCellStays) {
+  const GDB table = tableOf("VARS A B A\nFORMAT %s %s %s\n1 2 3\n");
+  EXPECT_EQ(table.entries.at(1), (GDB::Row{{"A", "3"}, {"B", "2"}}));
+}
+
+// --- Formats ------------------------------------------------------------------------------------
+
+TEST(TableReader, FormatItemInExponentFormEndsTheRunWithStatus0) {
+  EXPECT_EXIT(tableOf("VARS A\nFORMAT %5.1e\n"), ExitedWithCode(0), Eq("\tBad format syntax '%5.1e'\n"));
+}
+
+TEST(TableReader, MessageHoldsTheBadItemWithItsBlanks) {
+  EXPECT_EXIT(tableOf("VARS A B C\nFORMAT %4d %5.1e  %s\n"), ExitedWithCode(0),
+              Eq("\tBad format syntax '%5.1e  '\n"));
+}
+
+TEST(TableReader, MissingPieceOfADoubledPercentIsABadItem) {
+  // Three "%" for three columns, but two pieces behind the first blank: the third item is "%" alone.
+  EXPECT_EXIT(tableOf("VARS A B C\nFORMAT %4d %%s\n"), ExitedWithCode(0), Eq("\tBad format syntax '%'\n"));
+}
+
+TEST(TableReader, TextBeforeTheFirstPercentIsNoItem) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  table.FORMAT_str_parser("junk %d %s");
+  EXPECT_EQ(table.columnFormats, (std::map<int, std::string>{{0, "%d "}, {1, "%s"}}));
+}
+
+TEST(TableReader, VarsParserSetsColumnsAndEmptiesRows) {
+  GDB table;
+  table.VARS_str_parser("OLD");
+  table.addEntry("OLD", "1");
+  table.VARS_str_parser("  RESID RESNAME_PREV   P_CIS ");
+  EXPECT_EQ(table.columnCount, 3);
+  EXPECT_EQ(table.columnNames, (std::map<int, std::string>{{0, "RESID"}, {1, "RESNAME_PREV"}, {2, "P_CIS"}}));
+  EXPECT_EQ(table.getEntryCount(), 0);
+  table.VARS_str_parser("");
+  EXPECT_EQ(table.columnCount, 0);
+  EXPECT_TRUE(table.columnNames.empty());
+}
+
+TEST(TableReader, VarsParserSplitsAtBlanksOnly) {
+  GDB table;
+  table.VARS_str_parser("A\tB C");
+  EXPECT_EQ(table.columnNames, (std::map<int, std::string>{{0, "A\tB"}, {1, "C"}}));
+}
+
+TEST(TableReader, FormatParserKeepsTheBlanksBehindAnItemAndEmptiesRows) {
+  GDB table;
+  table.VARS_str_parser("A B C");
+  table.addEntry("A", "1");
+  table.FORMAT_str_parser("%2d %1s   %8.3f ");
+  EXPECT_EQ(table.columnFormats, (std::map<int, std::string>{{0, "%2d "}, {1, "%1s   "}, {2, "%8.3f "}}));
+  EXPECT_EQ(table.getEntryCount(), 0);
+}
+
+TEST(TableReader, FormatParserWithAnotherCountEmptiesFormatsAndRowsSilently) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  table.FORMAT_str_parser("%d %d");
+  table.addEntry("A", "1");
+  const Output output = outputOf([&] { table.FORMAT_str_parser("%d %d %e"); });
+  EXPECT_EQ(output.err, "");
+  EXPECT_TRUE(table.columnFormats.empty());
+  EXPECT_EQ(table.getEntryCount(), 0);
+}
+
+TEST(TableReader, FormatParserOfATableWithoutColumnsSetsNothing) {
+  GDB table;
+  table.FORMAT_str_parser("");
+  table.FORMAT_str_parser("%e");
+  EXPECT_TRUE(table.columnFormats.empty());
+}
+
+TEST(TableReader, FormatItemsMayBeLongerThanTheScratchBuffer) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  const std::string wide = "%" + std::string(500, '0') + "4d" + std::string(500, ' ');
+  table.FORMAT_str_parser(wide + "%s");
+  EXPECT_EQ(table.columnFormats, (std::map<int, std::string>{{0, wide}, {1, "%s"}}));
+}
+
+TEST(TableReader, CheckFormatAcceptsTheItemsOfTheFormat) {
+  for (const char* item : {"%s", "%d", "%f", "%4d", "%-4s", "%8.3f", "%4d ", "  %8.3f\t", "%-08.3f", "%5.f"})
+    EXPECT_TRUE(GDB::checkFormat(item)) << item;
+}
+
+TEST(TableReader, CheckFormatAcceptsWhatPrintfWouldReadOtherwise) {
+  for (const char* item : {"%--5d", "%5-d", "%1.2.3f", "%-.-s", "%90000d"})
+    EXPECT_TRUE(GDB::checkFormat(item)) << item;
+}
+
+TEST(TableReader, CheckFormatRejectsEverythingElse) {
+  for (const char* item :
+       {"",    "%",   "d",   "4d",   " ",   "%+5d", "%5.2e", "%4dx", "%ld", "%4 d", "% d", "%%d", "%d%",
+        "%dd", "%sd", "%ds", "%d d", "x%d", "%x",   "%c",    "%*d",  "%#f", "%'d",  "%5",  "%lf", "%5."})
+    EXPECT_FALSE(GDB::checkFormat(item)) << item;
+}
+
+// --- Sequence -----------------------------------------------------------------------------------
+
+TEST(TableReader, SequenceWithBlanksAndFirstResid10) {
+  EXPECT_EQ(sequenceOf("DATA SEQUENCE MK TA\nDATA FIRST_RESID 10\n"),
+            (std::map<int, std::string>{{10, "M"}, {11, "K"}, {12, "T"}, {13, "A"}}));
+}
+
+TEST(TableReader, SequenceKeepsXAndLowerCaseCAndPAndSkipsZ) {
+  EXPECT_EQ(sequenceOf("DATA SEQUENCE MXcZp\n"),
+            (std::map<int, std::string>{{1, "M"}, {2, "X"}, {3, "c"}, {4, "p"}}));
+}
+
+TEST(TableReader, SequenceKeepsQuestionMarksAndSkipsOtherCharacters) {
+  EXPECT_EQ(sequenceOf("DATA SEQUENCE A?-y1*aYB\n"),
+            (std::map<int, std::string>{{1, "A"}, {2, "?"}, {3, "Y"}, {4, "B"}}));
+}
+
+TEST(TableReader, TwoSequenceLinesJoinAndAreNumberedOn) {
+  EXPECT_EQ(sequenceOf("DATA SEQUENCE MK\nREMARK between\nDATA SEQUENCE TA\n"),
+            (std::map<int, std::string>{{1, "M"}, {2, "K"}, {3, "T"}, {4, "A"}}));
+}
+
+TEST(TableReader, BareSequencePairIsItsOwnValue) {
+  // S, E, Q, U, E, N, C, E are all residue letters.
+  const std::map<int, std::string> sequence = sequenceOf("DATA SEQUENCE\n");
+  EXPECT_EQ(sequence, (std::map<int, std::string>{
+                          {1, "S"}, {2, "E"}, {3, "Q"}, {4, "U"}, {5, "E"}, {6, "N"}, {7, "C"}, {8, "E"}}));
+}
+
+TEST(TableReader, FirstResidPairsJoin) {
+  const GDB table = tableOf("DATA FIRST_RESID 1\nDATA FIRST_RESID 2\nDATA SEQUENCE M\n");
+  EXPECT_EQ(table.firstSeqResid, 12);
+  EXPECT_EQ(table.residNames, (std::map<int, std::string>{{12, "M"}}));
+}
+
+TEST(TableReader, FirstResidMayBeZeroOrNegativeOrNoNumber) {
+  EXPECT_EQ(sequenceOf("DATA FIRST_RESID -1\nDATA SEQUENCE MKP\n"),
+            (std::map<int, std::string>{{-1, "M"}, {0, "K"}, {1, "P"}}));
+  EXPECT_EQ(tableOf("DATA FIRST_RESID x\n").firstSeqResid, 0);
+  EXPECT_EQ(tableOf("DATA FIRST_RESID\n").firstSeqResid, 0) << "the bare pair's value is FIRST_RESID";
+}
+
+TEST(TableReader, FirstResidAtTheEndOfTheNumbersDoesNotOverflow) {
+  EXPECT_EQ(tableOf("DATA FIRST_RESID 2147483647\nDATA SEQUENCE MKP\n").residNames.size(), 3U);
+  EXPECT_EQ(tableOf("DATA FIRST_RESID 99999999999999999999\nDATA SEQUENCE MKP\n").residNames.size(), 3U);
+}
+
+TEST(TableReader, SequenceInAnyPlaceOfTheFileIsRead) {
+  const GDB table = tableOf(kShiftHeader + "1 M CA 54.4\nDATA SEQUENCE MK\n");
+  EXPECT_EQ(table.residNames.size(), 2U);
+  EXPECT_EQ(table.getEntryCount(), 1) << "a DATA line drops no rows";
+}
+
+TEST(TableReader, TableWithoutSequenceHasNoResidues) {
+  const GDB table = tableOf(kShiftHeader + "1 M CA 54.4\n");
+  EXPECT_TRUE(table.residNames.empty());
+  EXPECT_EQ(table.firstSeqResid, 1);
+}
+
+// --- Bad input ----------------------------------------------------------------------------------
+
+TEST(TableReader, EmptyFileIsAnEmptyTable) {
+  const GDB table = tableOf("");
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_EQ(table.columnCount, 0);
+  EXPECT_TRUE(table.dataLines.empty());
+}
+
+TEST(TableReader, LastLineWithoutALineEndIsRead) {
+  EXPECT_EQ(tableOf(kShiftHeader + "1 M CA 54.4").getEntryCount(), 1);
+  EXPECT_EQ(tableOf("DATA SEQUENCE MK").residNames.size(), 2U);
+}
+
+TEST(TableReader, CarriageReturnsBeforeLineEndsAreWhiteSpaceOfRowsAndNames) {
+  const GDB table = tableOf("DATA SEQUENCE MK\r\nVARS RESID SHIFT\r\nFORMAT %d %f\r\n\r\n1 54.4\r\n");
+  EXPECT_EQ(table.columnNames, (std::map<int, std::string>{{0, "RESID"}, {1, "SHIFT"}}));
+  EXPECT_EQ(table.columnFormats.at(1), "%f\r") << "kept as it stands";
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"RESID", "1"}, {"SHIFT", "54.4"}}}}));
+  EXPECT_EQ(table.residNames, (std::map<int, std::string>{{1, "M"}, {2, "K"}}));
+}
+
+TEST(TableReader, FileOfZeroBytesIsAnEmptyTable) {
+  const GDB table = tableOf(std::string(5000, '\0'));
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_EQ(table.columnCount, 0);
+}
+
+TEST(TableReader, ZeroByteInACellIsPartOfTheCell) {
+  const GDB table = tableOf("VARS A B\nFORMAT %s %s\n" + std::string("a\0b c\n", 6));
+  EXPECT_EQ(table.entries.at(1).at("A"), std::string("a\0b", 3));
+}
+
+TEST(TableReader, BinaryNoiseIsSkipped) {
+  std::mt19937 random(1);
+  std::string noise;
+  for (int i = 0; i < 200000; ++i) noise += static_cast<char>(random() % 256);
+  const GDB table = tableOf(noise + "\n" + kShiftHeader + "1 M CA 54.4\n");
+  EXPECT_EQ(table.getEntryCount(), 1);
+}
+
+TEST(TableReader, LineOfMillionsOfWordsIsSkipped) {
+  std::string line;
+  for (int i = 0; i < 3000000; ++i) line += "1 ";
+  const GDB table = tableOf(kShiftHeader + line + "\n1 M CA 54.4\n");
+  EXPECT_EQ(table.getEntryCount(), 1);
+}
+
+TEST(TableReader, CellOf10000CharactersIsKept) {
+  const std::string cell(10000, 'x');
+  EXPECT_EQ(tableOf("VARS A B\nFORMAT %s %s\n" + cell + " b\n").entries.at(1).at("A"), cell);
+}
+
+TEST(TableReader, OddNumbersStayTheTextThatTheyAre) {
+  const GDB table = tableOf("VARS A\nFORMAT %f\nnan\ninf\n1e400\n0x10\n-5\n99999999999\n");
+  ASSERT_EQ(table.getEntryCount(), 6);
+  EXPECT_EQ(table.entries.at(1).at("A"), "nan");
+  EXPECT_EQ(table.entries.at(3).at("A"), "1e400");
+  EXPECT_EQ(table.entries.at(6).at("A"), "99999999999");
+}

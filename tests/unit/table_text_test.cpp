@@ -1,0 +1,166 @@
+// Text utilities of the table: splitting, white space, counting, numbers.
+#include <climits>  // for INT_MAX
+#include <cmath>    // for std::isnan, std::isinf
+#include <vector>   // for std::vector
+
+#include "support.h"
+
+namespace {
+
+using Pieces = std::vector<std::string>;
+
+// Every character that counts as white space, and one of each neighbour that does not.
+const std::string kAllSpace = " \t\n\v\f\r";
+
+std::string sectionOf(const std::string& text, int first, int last) {
+  char out[64] = "untouched";
+  char* returned = GDB::section(text, ',', out, first, last);
+  EXPECT_EQ(returned, out) << "section gives back the caller's buffer";
+  return out;
+}
+
+}  // namespace
+
+TEST(TableText, IsDigitHoldsForZeroToNineOnly) {
+  for (const char c : std::string("0123456789")) EXPECT_TRUE(GDB::isDigit(c)) << c;
+  for (const char c : std::string("/:aA -.\0", 8)) EXPECT_FALSE(GDB::isDigit(c)) << c;
+  EXPECT_FALSE(GDB::isDigit('\xB2')) << "a superscript two is no digit";
+}
+
+TEST(TableText, IsSpaceHoldsForCodes9To13And32Only) {
+  for (int code = 0; code < 256; ++code) {
+    const char c = static_cast<char>(code);
+    EXPECT_EQ(GDB::isSpace(c), (code >= 9 && code <= 13) || code == 32) << code;
+  }
+}
+
+TEST(TableText, SimplifyWhiteSpaceTrimsAndKeepsOneBlankForEachInnerRun) {
+  EXPECT_EQ(GDB::simplifyWhiteSpace("  my \t\n file.tab \r"), "my file.tab");
+  EXPECT_EQ(GDB::simplifyWhiteSpace("plain"), "plain");
+  EXPECT_EQ(GDB::simplifyWhiteSpace("a" + kAllSpace + "b"), "a b");
+}
+
+TEST(TableText, SimplifyWhiteSpaceOfNothingOrOfWhiteSpaceIsEmpty) {
+  EXPECT_EQ(GDB::simplifyWhiteSpace(""), "");
+  EXPECT_EQ(GDB::simplifyWhiteSpace(kAllSpace), "");
+}
+
+TEST(TableText, SplitAtTextTakesTheWholeSeparator) {
+  EXPECT_EQ(GDB::split(" -", " -in a.tab -noclip"), (Pieces{"in a.tab", "noclip"}));
+  EXPECT_EQ(GDB::split(" -", "a-b - c"), (Pieces{"a-b", " c"}));
+}
+
+TEST(TableText, SplitDropsEmptyPiecesOfLeadingTrailingAndDoubledSeparators) {
+  EXPECT_EQ(GDB::split(',', ",,a,,b,"), (Pieces{"a", "b"}));
+  EXPECT_EQ(GDB::split("ab", "ababXabab"), Pieces{"X"});
+  EXPECT_EQ(GDB::split(',', ",,,"), Pieces{});
+}
+
+TEST(TableText, SplitOfATextWithoutTheSeparatorYieldsItAlone) {
+  EXPECT_EQ(GDB::split(',', "abc"), Pieces{"abc"});
+  EXPECT_EQ(GDB::split("--", "a-b"), Pieces{"a-b"});
+}
+
+TEST(TableText, SplitOfAnEmptyTextYieldsNoPiece) {
+  EXPECT_EQ(GDB::split(',', ""), Pieces{});
+  EXPECT_EQ(GDB::split(" -", ""), Pieces{});
+}
+
+TEST(TableText, SplitFindsSeparatorsFromLeftToRight) {
+  // In "aaa" the first two letters are the separator, the third is left.
+  EXPECT_EQ(GDB::split("aa", "aaa"), Pieces{"a"});
+}
+
+TEST(TableText, SplitAtAnEmptySeparatorEnds) {
+  EXPECT_EQ(GDB::split("", "abc"), Pieces{"abc"});
+}
+
+TEST(TableText, SplitWhiteSpaceYieldsTheRunsOfOtherCharacters) {
+  EXPECT_EQ(GDB::split_WhiteSpace("  1 M\tCA\r\n 56.5 "), (Pieces{"1", "M", "CA", "56.5"}));
+  EXPECT_EQ(GDB::split_WhiteSpace("word"), Pieces{"word"});
+}
+
+TEST(TableText, SplitWhiteSpaceOfWhiteSpaceOnlyYieldsNoPiece) {
+  EXPECT_EQ(GDB::split_WhiteSpace(kAllSpace), Pieces{});
+  EXPECT_EQ(GDB::split_WhiteSpace(" "), Pieces{});
+}
+
+TEST(TableText, SplitWhiteSpaceOfAnEmptyTextYieldsOneEmptyPiece) {
+  EXPECT_EQ(GDB::split_WhiteSpace(""), Pieces{""});
+}
+
+TEST(TableText, ContainsCountsACharacter) {
+  EXPECT_EQ(GDB::contains("%4d %1s", '%'), 2);
+  EXPECT_EQ(GDB::contains("%4d %1s", 'f'), 0);
+  EXPECT_EQ(GDB::contains("", 'f'), 0);
+}
+
+TEST(TableText, ContainsCountsOverlappingOccurrencesOfAText) {
+  EXPECT_EQ(GDB::contains("AAA", std::string("AA")), 2);
+  EXPECT_EQ(GDB::contains("ABAB", std::string("AB")), 2);
+  EXPECT_EQ(GDB::contains("AB", std::string("ABC")), 0);
+  EXPECT_EQ(GDB::contains("", std::string("A")), 0);
+}
+
+TEST(TableText, SectionJoinsTheFieldsFromFirstToLast) {
+  EXPECT_EQ(sectionOf("a,b,c,d", 1, 2), "b,c");
+  EXPECT_EQ(sectionOf("a,b,c,d", 0, 0), "a");
+  EXPECT_EQ(sectionOf("a,b,c,d", 3, 3), "d");
+}
+
+TEST(TableText, SectionCountsFieldsWithoutTheEmptyOnes) {
+  EXPECT_EQ(sectionOf(",,a,,b,", 1, 1), "b");
+}
+
+TEST(TableText, SectionEndsWithASeparatorWhereTheTextHasFewerFields) {
+  EXPECT_EQ(sectionOf("a,b", 0, 2), "a,b,");
+  EXPECT_EQ(sectionOf("a,b", 1, 9), "b,");
+  EXPECT_EQ(sectionOf("a,b", 0, 1), "a,b") << "just enough fields";
+}
+
+TEST(TableText, SectionIsEmptyWhereFirstIsPastTheLastFieldOrPastLast) {
+  EXPECT_EQ(sectionOf("a,b", 2, 5), "");
+  EXPECT_EQ(sectionOf("a,b", 1, 0), "");
+  EXPECT_EQ(sectionOf("", 0, 0), "");
+}
+
+TEST(TableText, SectionTakesANegativeFirstAsTheFirstField) {
+  EXPECT_EQ(sectionOf("a,b,c", -2, 1), "a,b");
+}
+
+TEST(TableText, IntegersAreReadInBase10FromTheLeadingPart) {
+  EXPECT_EQ(GDB::toInt("42"), 42);
+  EXPECT_EQ(GDB::toInt("  -7x"), -7);
+  EXPECT_EQ(GDB::toInt("007"), 7) << "no octal";
+  EXPECT_EQ(GDB::toInt("0x10"), 0) << "no hexadecimal";
+  EXPECT_EQ(GDB::toInt("3.9"), 3);
+}
+
+TEST(TableText, TextThatIsNoNumberReadsAsZero) {
+  EXPECT_EQ(GDB::toInt(""), 0);
+  EXPECT_EQ(GDB::toInt("abc"), 0);
+  EXPECT_EQ(GDB::toFloat(""), 0.0F);
+  EXPECT_EQ(GDB::toFloat("abc"), 0.0F);
+  EXPECT_EQ(GDB::toFloat("-"), 0.0F);
+}
+
+TEST(TableText, IntegersBeyond32BitsDoNotCrash) {
+  EXPECT_EQ(GDB::toInt("2147483647"), INT_MAX);
+  EXPECT_EQ(GDB::toInt("4294967297"), 1) << "2^32 + 1 keeps its low 32 bits";
+  GDB::toInt(std::string(10000, '9'));
+}
+
+TEST(TableText, RealsAreReadToSinglePrecision) {
+  // 0.1 in single precision is 13421773 / 2^27.
+  EXPECT_EQ(GDB::toFloat("0.1"), 13421773.0F / 134217728.0F);
+  EXPECT_EQ(GDB::toFloat("56.5xyz"), 56.5F);
+  EXPECT_EQ(GDB::toFloat("-1.25e2"), -125.0F);
+}
+
+TEST(TableText, RealsOfTheStandardLibraryReadAsSuch) {
+  EXPECT_TRUE(std::isnan(GDB::toFloat("nan")));
+  EXPECT_TRUE(std::isinf(GDB::toFloat("inf")));
+  EXPECT_TRUE(std::isinf(GDB::toFloat("1e400")));
+  EXPECT_EQ(GDB::toFloat("0x10"), 16.0F);
+  EXPECT_EQ(GDB::toFloat("1e-400"), 0.0F);
+}

@@ -1,0 +1,324 @@
+// Writing table files, and the standard layouts.
+#include <sstream>  // for std::ostringstream
+
+#include "support.h"
+
+namespace {
+
+using support::addRow;
+using support::outputOf;
+using support::readFile;
+using support::TempDir;
+
+GDB shiftTable() {
+  GDB table;
+  table.presetClass("KIVRA_SHIFT");
+  return table;
+}
+
+std::string savedText(GDB& table) {
+  const TempDir dir;
+  table.saveGDB(dir.file("out.tab"));
+  return readFile(dir.file("out.tab"));
+}
+
+// The one line that a table of one column writes for a cell.
+std::string rowText(const std::string& item, const std::string& cell) {
+  GDB table;
+  table.columnCount = 1;
+  table.columnNames[0] = "A";
+  table.columnFormats[0] = item;
+  table.setEntry(1, "A", cell);
+  table.set_plaintext();
+  return savedText(table);
+}
+
+// The DATA SEQUENCE lines of a sequence.
+std::string sequenceText(const std::string& sequence) {
+  GDB table;
+  table.setData("SEQUENCE", sequence);
+  const std::string text = savedText(table);
+  const std::string frame = "\nVARS   \nFORMAT \n\n";
+  EXPECT_EQ(text.substr(0, 1), "\n");
+  EXPECT_EQ(text.substr(text.size() - frame.size()), frame);
+  return text.substr(1, text.size() - 1 - frame.size());
+}
+
+const std::string kShiftHeader = "VARS   RESID RESNAME ATOMNAME SHIFT \nFORMAT %4d %1s %4s  %8.3f\n\n";
+
+}  // namespace
+
+// --- The whole file -----------------------------------------------------------------------------
+
+TEST(TableWriter, WritesPairColumnsFormatsAndRowOfTheShiftPreset) {
+  GDB table = shiftTable();
+  table.setData("SEQUENCE", "MKT");
+  addRow(table, {{"RESID", "2"}, {"RESNAME", "K"}, {"ATOMNAME", "CA"}, {"SHIFT", "56.5"}});
+  EXPECT_EQ(savedText(table), "\nDATA SEQUENCE MKT\n\n" + kShiftHeader + "   2 K   CA    56.500\n");
+}
+
+TEST(TableWriter, WritesRemarksAndOtherPairsInTheirOrder) {
+  GDB table = shiftTable();
+  table.addRemark("first");
+  table.addRemark("");
+  table.setData("FIRST_RESID", "5");
+  table.setData("SEQUENCE", "MK");
+  table.setData("NOTE", " two  words ");
+  EXPECT_EQ(savedText(table),
+            "REMARK first\nREMARK \n\nDATA FIRST_RESID 5\nDATA SEQUENCE MK\nDATA NOTE  two  words \n\n" +
+                kShiftHeader);
+}
+
+TEST(TableWriter, EmptyTableIsTheFrameAlone) {
+  GDB table;
+  EXPECT_EQ(savedText(table), "\n\nVARS   \nFORMAT \n\n");
+}
+
+TEST(TableWriter, TableWithoutColumnsWritesAnEmptyLineForEachRow) {
+  GDB table;
+  table.addEntry("A", "1");
+  table.addEntry("A", "2");
+  EXPECT_EQ(savedText(table), "\n\nVARS   \nFORMAT \n\n\n\n");
+}
+
+TEST(TableWriter, RowsAscendByNumber) {
+  GDB table;
+  table.VARS_str_parser("A");
+  table.FORMAT_str_parser("%d");
+  table.setEntry(40, "A", "40");
+  table.setEntry(7, "A", "7");
+  table.setEntry(-1, "A", "-1");
+  table.set_plaintext();
+  EXPECT_EQ(savedText(table), "-1\n7\n40\n");
+}
+
+TEST(TableWriter, ReplacesTheFileOfThatName) {
+  const TempDir dir;
+  const std::string path = dir.write("out.tab", std::string(5000, 'x'));
+  GDB table;
+  table.saveGDB(path);
+  EXPECT_EQ(readFile(path), "\n\nVARS   \nFORMAT \n\n");
+}
+
+TEST(TableWriter, WritesToAStreamWhatItSaves) {
+  GDB table = shiftTable();
+  table.setData("SEQUENCE", "MKT");
+  table.addEntry("RESID", "2");
+  std::ostringstream stream;
+  table.writeTable(stream);
+  EXPECT_EQ(stream.str(), savedText(table));
+}
+
+TEST(TableWriter, WhatIsSavedReadsBack) {
+  const TempDir dir;
+  GDB table = shiftTable();
+  table.addRemark("a remark");
+  table.setData("FIRST_RESID", "5");
+  table.setData("SEQUENCE", "MKP");
+  addRow(table, {{"RESID", "5"}, {"RESNAME", "M"}, {"ATOMNAME", "CA"}, {"SHIFT", "54.450"}});
+  table.saveGDB(dir.file("out.tab"));
+  const GDB read(dir.file("out.tab"));
+  EXPECT_EQ(read.remarks, table.remarks);
+  EXPECT_EQ(read.dataLines, table.dataLines);
+  EXPECT_EQ(read.columnNames, table.columnNames);
+  EXPECT_EQ(read.columnFormats, table.columnFormats);
+  EXPECT_EQ(read.entries, table.entries);
+  EXPECT_EQ(read.residNames, (std::map<int, std::string>{{5, "M"}, {6, "K"}, {7, "P"}}));
+}
+
+// --- Sequence lines -----------------------------------------------------------------------------
+
+TEST(TableWriter, SequenceOf54LettersIsOneLine) {
+  EXPECT_EQ(sequenceText(std::string(54, 'A')), "DATA SEQUENCE " + std::string(54, 'A') + "\n");
+}
+
+TEST(TableWriter, SequenceOf55LettersIsFollowedByALineWithoutLetters) {
+  EXPECT_EQ(sequenceText(std::string(55, 'A')),
+            "DATA SEQUENCE " + std::string(55, 'A') + "\nDATA SEQUENCE \n");
+}
+
+TEST(TableWriter, SequenceOf56LettersPutsTheLastOnALineOfItsOwn) {
+  EXPECT_EQ(sequenceText(std::string(55, 'A') + "G"),
+            "DATA SEQUENCE " + std::string(55, 'A') + "\nDATA SEQUENCE G\n");
+}
+
+TEST(TableWriter, SequenceOf110LettersEndsWithALineWithoutLetters) {
+  const std::string line = "DATA SEQUENCE " + std::string(55, 'A') + "\n";
+  EXPECT_EQ(sequenceText(std::string(110, 'A')), line + line + "DATA SEQUENCE \n");
+}
+
+TEST(TableWriter, BlanksOfASequenceAreSimplifiedAndCounted) {
+  EXPECT_EQ(sequenceText("  MK   TA "), "DATA SEQUENCE MK TA\n");
+  // Fifty letters, one blank and five letters are 56 characters.
+  EXPECT_EQ(sequenceText(std::string(50, 'A') + "  GGGGG"),
+            "DATA SEQUENCE " + std::string(50, 'A') + " GGGG\nDATA SEQUENCE G\n");
+}
+
+TEST(TableWriter, EmptySequenceWritesNoLine) {
+  EXPECT_EQ(sequenceText(""), "");
+  EXPECT_EQ(sequenceText("   "), "");
+}
+
+TEST(TableWriter, ThreeSequenceLinesOfAFileStayThreeGroups) {
+  GDB table =
+      support::tableOf("DATA SEQUENCE MK\nDATA SEQUENCE " + std::string(56, 'A') + "\nDATA SEQUENCE TA\n");
+  EXPECT_EQ(savedText(table), "\nDATA SEQUENCE MK\nDATA SEQUENCE " + std::string(55, 'A') +
+                                  "\nDATA SEQUENCE A\nDATA SEQUENCE TA\n\nVARS   \nFORMAT \n\n");
+}
+
+// --- Cells --------------------------------------------------------------------------------------
+
+TEST(TableWriter, CellsFollowTheirItems) {
+  EXPECT_EQ(rowText("%4d ", "2"), "   2 \n");
+  EXPECT_EQ(rowText("%-4s|", "CA"), "CA  |\n");
+  EXPECT_EQ(rowText("%8.3f", "0.0123457"), "   0.012\n");
+  EXPECT_EQ(rowText("%s", "two words"), "two words\n");
+}
+
+TEST(TableWriter, NumbersAreTheLeadingPartOfTheText) {
+  EXPECT_EQ(rowText("%d", "12abc"), "12\n");
+  EXPECT_EQ(rowText("%d", "3.9"), "3\n");
+  EXPECT_EQ(rowText("%.2f", "1.5ppm"), "1.50\n");
+}
+
+TEST(TableWriter, TextThatIsNoNumberIsZero) {
+  EXPECT_EQ(rowText("%3d", "abc"), "  0\n");
+  EXPECT_EQ(rowText("%.1f", "abc"), "0.0\n");
+}
+
+TEST(TableWriter, RealsAreWrittenInDoublePrecision) {
+  // In single precision this would be 0.12345679104 ...
+  EXPECT_EQ(rowText("%.12f", "0.123456789012"), "0.123456789012\n");
+}
+
+TEST(TableWriter, NotANumberAndInfinityAreWrittenAsSuch) {
+  EXPECT_EQ(rowText("%8.3f", "nan"), "     nan\n");
+  EXPECT_EQ(rowText("%8.3f", "-nan"), "    -nan\n");
+  EXPECT_EQ(rowText("%8.3f", "1e400"), "     inf\n");
+}
+
+TEST(TableWriter, RowWithoutAShiftWritesThreeBlanksAndZero) {
+  GDB table = shiftTable();
+  addRow(table, {{"RESID", "2"}, {"RESNAME", "K"}, {"ATOMNAME", "CA"}});
+  table.set_plaintext();
+  EXPECT_EQ(savedText(table), "   2 K   CA     0.000\n");
+}
+
+TEST(TableWriter, EmptyRowWritesEmptyTextAndZeros) {
+  GDB table = shiftTable();
+  table.getEntry(1);
+  table.set_plaintext();
+  EXPECT_EQ(savedText(table), "   0" + std::string(12, ' ') + "0.000\n");
+}
+
+TEST(TableWriter, ItemWithoutALetterThatOccursOnceWritesNothing) {
+  EXPECT_EQ(rowText("%", "1"), "\n");
+  EXPECT_EQ(rowText("ss dd ff", "1"), "\n");
+}
+
+TEST(TableWriter, ColumnWithoutFormatWritesNothing) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  table.addEntry("A", "1");
+  EXPECT_EQ(savedText(table), "\n\nVARS   A B \nFORMAT \n\n\n");
+}
+
+TEST(TableWriter, CellOf10000CharactersIsWrittenWhole) {
+  const std::string cell(10000, 'x');
+  EXPECT_EQ(rowText("%s ", cell), cell + " \n");
+}
+
+TEST(TableWriter, CellsAtTheSizeOfTheScratchBufferAreWrittenWhole) {
+  for (std::size_t size = GDB::kScratchSize - 2; size <= GDB::kScratchSize + 2; ++size)
+    EXPECT_EQ(rowText("%s", std::string(size, 'x')), std::string(size, 'x') + "\n");
+}
+
+TEST(TableWriter, WidthOf90000IsWrittenWhole) {
+  EXPECT_EQ(rowText("%90000d", "7"), std::string(89999, ' ') + "7\n");
+  EXPECT_EQ(rowText("%-90000s", "x"), "x" + std::string(89999, ' ') + "\n");
+}
+
+TEST(TableWriter, RealOf300DigitsIsWrittenWhole) {
+  EXPECT_EQ(rowText("%.1f", "1e300").size(), 301U + 2U + 1U);
+}
+
+// --- Plain text ---------------------------------------------------------------------------------
+
+TEST(TableWriter, PlaintextWritesTheRowsAlone) {
+  GDB table = shiftTable();
+  table.addRemark("not written");
+  table.setData("SEQUENCE", "MKT");
+  addRow(table, {{"RESID", "2"}, {"RESNAME", "K"}, {"ATOMNAME", "CA"}, {"SHIFT", "56.5"}});
+  table.set_plaintext();
+  EXPECT_TRUE(table.plaintext);
+  EXPECT_EQ(savedText(table), "   2 K   CA    56.500\n");
+}
+
+TEST(TableWriter, PlaintextTableWithoutRowsIsAnEmptyFile) {
+  const TempDir dir;
+  GDB table = shiftTable();
+  table.setData("SEQUENCE", "MKT");
+  table.set_plaintext();
+  table.saveGDB(dir.file("out.tab"));
+  EXPECT_TRUE(std::filesystem::exists(dir.file("out.tab")));
+  EXPECT_EQ(readFile(dir.file("out.tab")), "");
+}
+
+// --- Files that cannot be written ---------------------------------------------------------------
+
+TEST(TableWriter, DirectoryThatDoesNotExistIsAMessageAndTheRunGoesOn) {
+  const TempDir dir;
+  const std::string path = dir.file("none/out.tab");
+  GDB table = shiftTable();
+  const support::Output output = outputOf([&] { table.saveGDB(path); });
+  EXPECT_EQ(output.err, "\tCan't save file " + path + "\n");
+  EXPECT_EQ(output.out, "");
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(TableWriter, DirectoryInPlaceOfAFileIsAMessage) {
+  const TempDir dir;
+  GDB table = shiftTable();
+  const support::Output output = outputOf([&] { table.saveGDB(dir.path()); });
+  EXPECT_EQ(output.err, "\tCan't save file " + dir.path() + "\n");
+}
+
+TEST(TableWriter, FullDeviceSaysNothing) {
+  GDB table = shiftTable();
+  const support::Output output = outputOf([&] { table.saveGDB("/dev/full"); });
+  EXPECT_EQ(output.err, "");
+}
+
+// --- Standard layouts ---------------------------------------------------------------------------
+
+TEST(TableWriter, ShiftPreset) {
+  GDB table;
+  table.addEntry("OLD", "1");
+  table.presetClass("KIVRA_SHIFT");
+  EXPECT_EQ(table.className, "KIVRA_SHIFT");
+  EXPECT_EQ(table.getEntryCount(), 0);
+  EXPECT_EQ(savedText(table), "\n\n" + kShiftHeader);
+  EXPECT_EQ(table.columnFormats.at(0), "%4d ") << "with the blank behind it";
+}
+
+TEST(TableWriter, PredictionPreset) {
+  GDB table;
+  table.presetClass("KIVRA_PRED");
+  EXPECT_EQ(table.className, "KIVRA_PRED");
+  EXPECT_EQ(savedText(table),
+            "\n\nVARS   INDEX PHI PSI DIST W R1 R2 R3 SOURCE \n"
+            "FORMAT %2d %9.3f %9.3f %8.3f %5.3f %-4s %-4s %-4s %s\n\n");
+}
+
+TEST(TableWriter, UnknownPresetLeavesColumnsFormatsAndRows) {
+  GDB table = shiftTable();
+  table.addEntry("RESID", "1");
+  for (const char* name : {"", "kivra_shift", "OTHER"}) {
+    const support::Output output = outputOf([&] { table.presetClass(name); });
+    EXPECT_EQ(output.err, "");
+    EXPECT_EQ(table.className, "KIVRA_SHIFT");
+    EXPECT_EQ(table.columnCount, 4);
+    EXPECT_EQ(table.columnFormats.size(), 4U);
+    EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"RESID", "1"}}}}));
+  }
+}

@@ -18,6 +18,8 @@
 #include <utility>      // for std::pair
 #include <vector>       // for std::vector
 
+#include "Row.h"
+
 /// Ends the process with an exit status. Every early end of a run goes through this pointer, so that
 /// a program which must outlive a bad file (the companion, the fuzzers) can put a function that
 /// throws in its place.
@@ -28,8 +30,17 @@ inline void (*endRun)(int status) = std::exit;
 /// hit is compared with the table itself, and a copied table starts without an index.
 class RowIndex {
  public:
-  /// Hash of a cell text and number of its row, ordered by hash, then by row.
-  using Column = std::vector<std::pair<std::size_t, int>>;
+  /// Consecutive rows whose cells have the same hash: the rows of one residue stand together.
+  struct Run {
+    std::size_t hash;
+    int firstRow;
+    int lastRow;
+  };
+  /// By hash, then by row.
+  struct Column {
+    std::size_t rowCount = 0;
+    std::vector<Run> runs;
+  };
 
   RowIndex() = default;
   RowIndex(const RowIndex&) {}
@@ -48,8 +59,10 @@ class RowIndex {
 
 class GDB {
  public:
-  /// A row: column name to cell text. A row need not hold every column.
-  using Row = std::map<std::string, std::string>;
+  /// A row: column name to cell text, ordered by name. A row need not hold every column.
+  using Row = ::Row;
+  /// Rows by number.
+  using Rows = PooledMap<int, Row>;
 
   /// An empty table.
   GDB() = default;
@@ -74,6 +87,8 @@ class GDB {
   /// The same for two cells at once.
   const Row* findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
                        const std::string& value2, int n) const;
+  /// All rows whose cell `col` is exactly `value`, in row order. Valid until the table changes.
+  std::vector<const Row*> findEntries(const std::string& col, const std::string& value) const;
   /// The text of a cell; empty text if the row lacks it.
   static const std::string& cell(const Row& row, const std::string& col);
 
@@ -139,9 +154,9 @@ class GDB {
   // --- Text -------------------------------------------------------------------------------------
 
   /// Whether the character is one of 0 to 9.
-  static bool isDigit(const char& c);
+  static bool isDigit(const char& c) { return c >= '0' && c <= '9'; }
   /// Whether the character is a blank, tab, line feed, vertical tab, form feed or carriage return.
-  static bool isSpace(const char& c);
+  static bool isSpace(const char& c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
   /// Without white space at the ends, and one blank for each run of it inside.
   static std::string simplifyWhiteSpace(const std::string& text);
   /// The non-empty pieces between occurrences of the separator; an empty separator occurs nowhere.
@@ -161,9 +176,10 @@ class GDB {
   // --- Numbers in cells ---------------------------------------------------------------------------
 
   /// The number that a text starts with, 0 where it starts with none. An integer is read in base 10 and
-  /// wraps beyond 32 bits; a real is kept in single precision and can be infinite or not a number.
+  /// wraps beyond 32 bits; a real can be infinite or not a number.
   static int toInt(const std::string& text);
   static float toFloat(const std::string& text);
+  static double toDouble(const std::string& text);
 
   // --- State ------------------------------------------------------------------------------------
 
@@ -183,7 +199,7 @@ class GDB {
   std::vector<std::string> dataLines;        ///< key, one blank, value
   std::map<int, std::string> columnNames;    ///< by index from 0
   std::map<int, std::string> columnFormats;  ///< by index from 0, with the blanks that follow
-  std::map<int, Row> entries;                ///< by row number; rows of a file count from 1
+  Rows entries;                              ///< by row number; rows of a file count from 1
 
  private:
   // Columns.
@@ -194,14 +210,15 @@ class GDB {
   static std::pair<std::string_view, std::string_view> splitPair(const std::string& line);
 
   // Searches.
-  template <class Matches>
-  const Row* findMatch(const std::string& col, const std::string& value, int n, Matches matches) const;
+  template <class Visit>
+  void visitMatches(const std::string& col, const std::string& value, Visit visit) const;
   const RowIndex::Column& indexOf(const std::string& col) const;
 
   // Reading.
   struct ReadState;
   void readLine(const std::string& line, ReadState& state);
   void storeRow(ReadState& state);
+  void nameRows(ReadState& state) const;
   void readKeyword(const std::string& line, std::string_view word, ReadState& state);
   void readSequence();
 

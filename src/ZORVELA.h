@@ -189,7 +189,7 @@ class ZORVELA {
   int seqLength = 0;      ///< residues in the sequence
   std::string spareName;  ///< not used
 
-  std::map<int, std::map<std::string, float>> rcShifts;  ///< residue, atom to reference shift (ppm)
+  PooledMap<int, PooledMap<std::string, float>> rcShifts;  ///< residue, atom to reference shift (ppm)
 
   std::string proCsName;                                  ///< shift statistics of prolines
   std::string proSeqName;                                 ///< neighbour statistics of prolines
@@ -218,6 +218,7 @@ class ZORVELA {
 
   // Prediction.
   std::vector<int> residuesToVisit() const;
+  bool hasEnoughShifts(const std::map<std::string, std::string>& triplet);
   float cisProbability(std::map<std::string, std::string>& triplet, const std::array<std::string, 3>& names,
                        float cgShift);
   void addPrediction(GDB& table, const ProlinePrediction& prediction);

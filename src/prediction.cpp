@@ -1,7 +1,6 @@
 // Proline databases, triplets, the probability of cis, and how it is printed and saved.
 #include <cmath>     // for std::exp
 #include <cstdio>    // for std::printf, std::puts
-#include <cstdlib>   // for std::strtod
 #include <iostream>  // for std::cout
 
 #include "ZORVELA.h"
@@ -29,6 +28,13 @@ constexpr const char* kFormats = "%2d %1s %1s %1s %2d %2d %2d %8.3f %8.3f %8.3f 
 // The residue `offset` further on. Wraps at the ends of the residue numbers instead of overflowing.
 int residueAt(int resid, int offset) {
   return static_cast<int>(static_cast<unsigned>(resid) + static_cast<unsigned>(offset));
+}
+
+// The secondary shift (ppm) in the first of a residue's rows that is of that atom; 0 if none is.
+float shiftOf(const std::vector<const GDB::Row*>& rows, const std::string& atom) {
+  for (const GDB::Row* row : rows)
+    if (GDB::cell(*row, "ATOMNAME") == atom) return GDB::toFloat(GDB::cell(*row, "SHIFT"));
+  return 0.0F;
 }
 
 std::string atPosition(const std::string& key, int position) {
@@ -124,9 +130,9 @@ std::map<std::string, std::string> ZORVELA::getTriplet(int r) {
     const std::string residText = itoa(resid, numBuffer, 10);
     record[atPosition("RESID", position)] = residText;
     record[atPosition("RESNAME", position)] = resNames[resid];
+    const std::vector<const GDB::Row*> rows = resTable.findEntries("RESID", residText);
     for (const auto& [key, atom] : atomNames) {
-      const GDB::Row* row = resTable.findEntry("RESID", residText, "ATOMNAME", atom, 1);
-      float shift = row ? GDB::toFloat(GDB::cell(*row, "SHIFT")) : 0.0F;
+      float shift = shiftOf(rows, atom);
       if (clipShifts) shift = clipSShift(resid, shift, atom);
       record[atPosition(atom, position)] = shiftText(shift);
     }
@@ -135,20 +141,26 @@ std::map<std::string, std::string> ZORVELA::getTriplet(int r) {
 }
 
 bool ZORVELA::testTriplet(std::map<std::string, std::string> record) {
-  const int centre = GDB::toInt(record["RESID_R2"]);
+  return hasEnoughShifts(record);
+}
+
+bool ZORVELA::hasEnoughShifts(const std::map<std::string, std::string>& triplet) {
+  const auto number = [&](const char* key) {
+    const auto found = triplet.find(key);
+    return found == triplet.end() ? 0 : GDB::toInt(found->second);
+  };
+  const int centre = number("RESID_R2");
   int poorResidues = 0;
   for (const int offset : {-1, 0, 1})
     if (missingCount[residueAt(centre, offset)] > kMostMissing) ++poorResidues;
-  const int previous = GDB::toInt(record["RESID_R1"]);
-  const int next = GDB::toInt(record["RESID_R3"]);
-  return poorResidues <= kMostPoorResidues && previous > 0 && next <= seqLength;
+  return poorResidues <= kMostPoorResidues && number("RESID_R1") > 0 && number("RESID_R3") <= seqLength;
 }
 
 // --- Probability --------------------------------------------------------------------------------
 
 std::optional<ProlinePrediction> ZORVELA::predictProline(int r) {
   std::map<std::string, std::string> triplet = getTriplet(r);
-  if (!testTriplet(triplet) || triplet["RESNAME_R2"] != kProline) return std::nullopt;
+  if (!hasEnoughShifts(triplet) || triplet["RESNAME_R2"] != kProline) return std::nullopt;
 
   ProlinePrediction prediction;
   prediction.resid = r;
@@ -211,8 +223,8 @@ void ZORVELA::printListing(const GDB& table) {
   std::puts("  #RES1 RES2 RES3 P_CIS  P_CIS_NORM\n");
   for (const auto& [number, row] : table.entries) {
     const int resid = GDB::toInt(GDB::cell(row, "RESID"));
-    const double pCis = std::strtod(GDB::cell(row, "P_CIS").c_str(), nullptr);
-    const double pCisNorm = std::strtod(GDB::cell(row, "P_CIS_NORM").c_str(), nullptr);
+    const double pCis = GDB::toDouble(GDB::cell(row, "P_CIS"));
+    const double pCisNorm = GDB::toDouble(GDB::cell(row, "P_CIS_NORM"));
     std::printf("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f\n", GDB::cell(row, "RESNAME_PREV").c_str(),
                 resid - 1, kProline.c_str(), resid, GDB::cell(row, "RESNAME_NEXT").c_str(), resid + 1, pCis,
                 pCisNorm);

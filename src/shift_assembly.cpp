@@ -1,5 +1,5 @@
 // Loads the tables of a run and turns the input shifts into secondary shifts, residue by residue.
-#include <algorithm>      // for std::stable_sort, std::min, std::max
+#include <algorithm>      // for std::is_sorted, std::stable_sort, std::find_if, std::min, std::max
 #include <charconv>       // for std::from_chars
 #include <iostream>       // for std::cout, std::cerr
 #include <unordered_map>  // for std::unordered_map
@@ -11,10 +11,16 @@ namespace {
 
 const std::string kProline = "P";
 const std::string kGlycine = "G";
+const std::string kAlphaProton = "HA";
+
+const std::string kResid = "RESID";
+const std::string kResname = "RESNAME";
+const std::string kAtomName = "ATOMNAME";
+const std::string kShift = "SHIFT";
 
 // The value of an atom in the row of a residue type; `absent` where the table has no such row.
 float typeValue(const GDB& table, const std::string& resName, const std::string& atomName, float absent) {
-  const GDB::Row* row = table.findEntry("RESNAME", resName, 1);
+  const GDB::Row* row = table.findEntry(kResname, resName, 1);
   return row && !row->empty() ? GDB::toFloat(GDB::cell(*row, atomName)) : absent;
 }
 
@@ -51,42 +57,48 @@ class ReferenceCache {
 // 007 is no residue 7.
 class InputRows {
  public:
+  struct Entry {
+    int resid;
+    const GDB::Row* row;
+    const std::string* atomName;
+    const std::string* shift;
+  };
+
   explicit InputRows(const GDB& table) {
-    rows.reserve(table.entries.size());
+    entries.reserve(table.entries.size());
     for (const auto& [number, row] : table.entries) {
-      const int resid = plainNumber(GDB::cell(row, "RESID"));
-      if (resid > 0) rows.emplace_back(resid, &row);
+      const int resid = plainNumber(GDB::cell(row, kResid));
+      if (resid > 0) entries.push_back({resid, &row, &GDB::cell(row, kAtomName), &GDB::cell(row, kShift)});
     }
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    current = rows.begin();
-    end = rows.begin();
+    const auto byResidue = [](const Entry& a, const Entry& b) { return a.resid < b.resid; };
+    const bool inOrder = std::is_sorted(entries.begin(), entries.end(), byResidue);
+    if (!inOrder) std::stable_sort(entries.begin(), entries.end(), byResidue);
+    first = entries.begin();
+    end = entries.begin();
   }
 
   // Goes on to a residue; residues must be visited in ascending order.
   void moveTo(int resid) {
-    current = end;
-    while (current != rows.end() && current->first < resid) ++current;
-    end = current;
-    while (end != rows.end() && end->first == resid) ++end;
+    first = end;
+    while (first != entries.end() && first->resid < resid) ++first;
+    end = first;
+    while (end != entries.end() && end->resid == resid) ++end;
   }
 
   // The first row of that atom in the residue; nullptr if there is none.
-  const GDB::Row* find(const std::string& atomName) const {
-    for (auto at = current; at != end; ++at)
-      if (GDB::cell(*at->second, "ATOMNAME") == atomName) return at->second;
-    return nullptr;
+  const Entry* find(const std::string& atomName) const {
+    const auto found =
+        std::find_if(first, end, [&](const Entry& entry) { return *entry.atomName == atomName; });
+    return found == end ? nullptr : &*found;
   }
 
   // The observed shift of an atom (ppm), or `absent`.
   float shiftOf(const std::string& atomName, float absent) const {
-    const GDB::Row* row = find(atomName);
-    return row ? GDB::toFloat(GDB::cell(*row, "SHIFT")) : absent;
+    const Entry* entry = find(atomName);
+    return entry ? GDB::toFloat(*entry->shift) : absent;
   }
 
  private:
-  using Entry = std::pair<int, const GDB::Row*>;
-
   static int plainNumber(const std::string& text) {
     int number = 0;
     const char* last = text.data() + text.size();
@@ -95,8 +107,8 @@ class InputRows {
     return plain ? number : 0;
   }
 
-  std::vector<Entry> rows;
-  std::vector<Entry>::const_iterator current;
+  std::vector<Entry> entries;
+  std::vector<Entry>::const_iterator first;
   std::vector<Entry>::const_iterator end;
 };
 
@@ -163,7 +175,7 @@ void ZORVELA::getResInfo() {
 
 // The table of secondary shifts has the input's header, and no rows yet.
 void ZORVELA::startResTable() {
-  std::map<int, GDB::Row> inputRows;
+  GDB::Rows inputRows;
   std::swap(inputRows, csTable.entries);  // so that they are not copied
   resTable = csTable;
   std::swap(inputRows, csTable.entries);
@@ -175,14 +187,17 @@ void ZORVELA::startResTable() {
 void ZORVELA::checkSequence() {
   minResid = 999;
   maxResid = -999;
+  int namedResid = 0;
+  const std::string* headerName = nullptr;  // of namedResid: rows of one residue stand together
   for (const auto& [number, row] : csTable.entries) {
-    const int resid = GDB::toInt(GDB::cell(row, "RESID"));
+    const int resid = GDB::toInt(GDB::cell(row, kResid));
     minResid = std::min(minResid, resid);
     maxResid = std::max(maxResid, resid);
-    const std::string& headerName = resNames[resid];
-    const std::string& rowName = GDB::cell(row, "RESNAME");
-    if (rowName != headerName)
-      std::cerr << "WARNING: Unmatched name for residue " << resid << " between header (" << headerName
+    if (!headerName || resid != namedResid) headerName = &resNames[resid];
+    namedResid = resid;
+    const std::string& rowName = GDB::cell(row, kResname);
+    if (rowName != *headerName)
+      std::cerr << "WARNING: Unmatched name for residue " << resid << " between header (" << *headerName
                 << ") and chemical shift table (" << rowName << ")" << std::endl;
   }
 }
@@ -207,7 +222,7 @@ void ZORVELA::assembleResidues() {
     const std::vector<TypeShifts>& own = references.of(name);
     const std::vector<TypeShifts>& prev = references.of(resNames[resid - 1]);
     const std::vector<TypeShifts>& next = references.of(resNames[resid + 1]);
-    std::map<std::string, float>& reference = rcShifts[resid];
+    PooledMap<std::string, float>& reference = rcShifts[resid];
     int missing = 0;
     std::size_t k = 0;
     for (const auto& [key, atom] : atomNames) {
@@ -215,20 +230,19 @@ void ZORVELA::assembleResidues() {
       reference[atom] = ref;
       ++k;
 
-      const GDB::Row* observed = input.find(atom);
-      GDB::Row& row = addResRow(observed, resid, name, atom);
-      std::string& shift = row["SHIFT"];
-      if (name == kGlycine && atom == "HA") {
-        const float ha = glycineHA(input);
-        if (ha == kMissingShift) ++missing;
-        shift = shiftText(ref < kMissingBound ? ha - ref : ha);
+      const InputRows::Entry* observed = input.find(atom);
+      float shift = kMissingShift;
+      if (name == kGlycine && atom == kAlphaProton) {
+        shift = glycineHA(input);
+        if (shift == kMissingShift) ++missing;
+        if (ref < kMissingBound) shift -= ref;
       } else if (!observed) {
         ++missing;
-        shift = shiftText(kMissingShift);
-      } else {
-        shift = shiftText(ref >= kMissingBound ? kMissingShift : GDB::toFloat(shift) - ref);
+      } else if (!(ref >= kMissingBound)) {
+        shift = GDB::toFloat(*observed->shift) - ref;
       }
-      if (name == kProline && isUnusedInProline(atom)) shift = shiftText(kMissingShift);
+      if (name == kProline && isUnusedInProline(atom)) shift = kMissingShift;
+      addResRow(observed ? observed->row : nullptr, resid, name, atom)[kShift] = shiftText(shift);
     }
     missingCount[resid] = missing;
     if (name == kProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);
@@ -238,12 +252,16 @@ void ZORVELA::assembleResidues() {
 // A new row of secondary shifts: a copy of the input row where there is one.
 GDB::Row& ZORVELA::addResRow(const GDB::Row* observed, int resid, const std::string& name,
                              const std::string& atom) {
+  static const GDB::Row unobserved = {{kResid, ""}, {kResname, ""}, {kAtomName, ""}, {kShift, ""}};
   const int number = resTable.getEntryCount() + 1;
-  if (observed) return resTable.entries.emplace_hint(resTable.entries.end(), number, *observed)->second;
-  GDB::Row& row = resTable.entries.try_emplace(resTable.entries.end(), number)->second;
-  row["RESID"] = itoa(resid, numBuffer, 10);
-  row["RESNAME"] = name;
-  row["ATOMNAME"] = atom;
+  GDB::Row& row =
+      resTable.entries.emplace_hint(resTable.entries.end(), number, observed ? *observed : unobserved)
+          ->second;
+  if (!observed) {
+    row[kResid] = itoa(resid, numBuffer, 10);
+    row[kResname] = name;
+    row[kAtomName] = atom;
+  }
   return row;
 }
 

@@ -1,7 +1,9 @@
 // Numbers to text, means and deviations of shifts and angles.
-#include <cmath>    // for std::sqrt, std::sin, std::cos, std::atan2
-#include <cstdio>   // for std::snprintf
-#include <cstring>  // for std::strchr
+#include <algorithm>  // for std::min
+#include <charconv>   // for std::to_chars
+#include <cmath>      // for std::sqrt, std::sin, std::cos, std::atan2, std::isfinite
+#include <cstdio>     // for std::snprintf
+#include <cstring>    // for std::strchr
 
 #include "ZORVELA.h"
 
@@ -13,7 +15,9 @@ constexpr float kAbsentAngle = 999.0F;
 constexpr double kPi = 3.1415927410125732;
 constexpr double kPerDegree = 0.005555555555555556;
 constexpr double kDegreesPerRadian = 57.29577791868204;
-// Room for any float with 99 decimals.
+// Digits behind the point, or significant ones, at the most.
+constexpr int kMostDigits = 99;
+// Room for any float with that many decimals.
 constexpr std::size_t kLongestNumber = 160;
 constexpr std::size_t kLongestInteger = 12;
 
@@ -26,8 +30,16 @@ double sampleCount(const std::vector<float>& v) {
 
 char* ZORVELA::ftoa(float value, char* buffer, char conversion, int precision) {
   if (conversion == '\0' || !std::strchr("fFeEgG", conversion)) conversion = 'f';
+  const int digits = std::min(precision, kMostDigits);
+  if (conversion == 'g' && digits >= 0 && std::isfinite(value)) {
+    // The same text as printf's, in a tenth of its time: this is the number of every table cell.
+    *std::to_chars(buffer, buffer + kLongestNumber, static_cast<double>(value), std::chars_format::general,
+                   digits)
+         .ptr = '\0';
+    return buffer;
+  }
   std::string format = "%";
-  if (precision >= 0) format += "." + std::to_string(precision > 99 ? 99 : precision);
+  if (digits >= 0) format += "." + std::to_string(digits);
   format += 'l';
   format += conversion;
   std::snprintf(buffer, kLongestNumber, format.c_str(), static_cast<double>(value));

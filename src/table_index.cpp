@@ -7,55 +7,81 @@
 namespace {
 
 // Up to this many rows a scan is as fast as an index and needs no memory.
-constexpr std::size_t kScanLimit = 64;
+constexpr std::size_t kScanLimit = 16;
 
 const std::string kNoText;
 
 }  // namespace
 
 const std::string& GDB::cell(const Row& row, const std::string& col) {
-  const auto found = row.find(col);
-  return found == row.end() ? kNoText : found->second;
+  const std::string* text = row.find(col);
+  return text ? *text : kNoText;
 }
 
 const GDB::Row* GDB::findEntry(const std::string& col, const std::string& value, int n) const {
-  return findMatch(col, value, n, [&](const Row& row) { return cell(row, col) == value; });
+  if (n <= 0) return nullptr;
+  const Row* match = nullptr;
+  visitMatches(col, value, [&](const Row& row) {
+    if (--n == 0) match = &row;
+    return n > 0;
+  });
+  return match;
 }
 
 const GDB::Row* GDB::findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
                                const std::string& value2, int n) const {
-  return findMatch(col1, value1, n,
-                   [&](const Row& row) { return cell(row, col1) == value1 && cell(row, col2) == value2; });
+  if (n <= 0) return nullptr;
+  const Row* match = nullptr;
+  visitMatches(col1, value1, [&](const Row& row) {
+    if (cell(row, col2) == value2 && --n == 0) match = &row;
+    return n > 0;
+  });
+  return match;
 }
 
-// The n-th row that matches, among those whose cell `col` may be `value`.
-template <class Matches>
-const GDB::Row* GDB::findMatch(const std::string& col, const std::string& value, int n,
-                               Matches matches) const {
-  if (n <= 0) return nullptr;
+std::vector<const GDB::Row*> GDB::findEntries(const std::string& col, const std::string& value) const {
+  std::vector<const Row*> matches;
+  visitMatches(col, value, [&](const Row& row) {
+    matches.push_back(&row);
+    return true;
+  });
+  return matches;
+}
+
+// Shows the rows whose cell `col` is `value` to `visit`, in row order, for as long as that returns true.
+template <class Visit>
+void GDB::visitMatches(const std::string& col, const std::string& value, Visit visit) const {
   if (entries.size() <= kScanLimit) {
     for (const auto& [number, row] : entries)
-      if (matches(row) && --n == 0) return &row;
-    return nullptr;
+      if (cell(row, col) == value && !visit(row)) return;
+    return;
   }
-  const RowIndex::Column& column = indexOf(col);
+  const std::vector<RowIndex::Run>& runs = indexOf(col).runs;
   const std::size_t hash = std::hash<std::string>{}(value);
-  auto hit = std::lower_bound(column.begin(), column.end(), hash,
-                              [](const auto& entry, std::size_t wanted) { return entry.first < wanted; });
-  for (; hit != column.end() && hit->first == hash; ++hit) {
-    const auto found = entries.find(hit->second);
-    if (found != entries.end() && matches(found->second) && --n == 0) return &found->second;
+  auto run = std::lower_bound(runs.begin(), runs.end(), hash,
+                              [](const RowIndex::Run& a, std::size_t wanted) { return a.hash < wanted; });
+  for (; run != runs.end() && run->hash == hash; ++run) {
+    auto at = entries.lower_bound(run->firstRow);
+    for (; at != entries.end() && at->first <= run->lastRow; ++at)
+      if (cell(at->second, col) == value && !visit(at->second)) return;
   }
-  return nullptr;
 }
 
 const RowIndex::Column& GDB::indexOf(const std::string& col) const {
   RowIndex::Column& column = index.columns[col];
-  if (column.size() == entries.size()) return column;
-  column.clear();
-  column.reserve(entries.size());
-  for (const auto& [number, row] : entries)
-    column.emplace_back(std::hash<std::string>{}(cell(row, col)), number);
-  std::sort(column.begin(), column.end());
+  if (column.rowCount == entries.size()) return column;
+  column.rowCount = entries.size();
+  std::vector<RowIndex::Run>& runs = column.runs;
+  runs.clear();
+  for (const auto& [number, row] : entries) {
+    const std::size_t hash = std::hash<std::string>{}(cell(row, col));
+    if (runs.empty() || runs.back().hash != hash)
+      runs.push_back({hash, number, number});
+    else
+      runs.back().lastRow = number;
+  }
+  std::sort(runs.begin(), runs.end(), [](const RowIndex::Run& a, const RowIndex::Run& b) {
+    return std::pair(a.hash, a.firstRow) < std::pair(b.hash, b.firstRow);
+  });
   return column;
 }

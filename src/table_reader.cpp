@@ -42,6 +42,9 @@ struct GDB::ReadState {
   int nextRow = 1;
   bool formatSeen = false;
   std::vector<std::string_view> words;
+  // The names that the rows share, and for each of them the index of its word in the line.
+  std::shared_ptr<Row::Names> names;
+  std::vector<std::size_t> wordOfName;
 };
 
 void GDB::loadGDB(const std::string& file) {
@@ -55,6 +58,7 @@ void GDB::loadGDB(const std::string& file) {
   index.forget();
   plaintext = false;
   ReadState state;
+  nameRows(state);
   for (std::string line; std::getline(in, line);) readLine(line, state);
   readSequence();
 }
@@ -71,7 +75,24 @@ void GDB::readLine(const std::string& line, ReadState& state) {
 
 void GDB::storeRow(ReadState& state) {
   Row& row = entries.try_emplace(entries.end(), state.nextRow++)->second;
-  for (int i = 0; i < columnCount; ++i) row[columnNames[i]] = state.words[static_cast<std::size_t>(i)];
+  const bool isNew = row.empty();
+  if (isNew) row = Row(state.names);
+  for (std::size_t i = 0; i < state.wordOfName.size(); ++i) {
+    std::string& text = isNew ? row[i] : row[(*state.names)[i]];
+    text = state.words[state.wordOfName[i]];
+  }
+}
+
+// Of two columns with one name the later one stays.
+void GDB::nameRows(ReadState& state) const {
+  std::map<std::string, std::size_t> wordOfName;
+  for (const auto& [i, name] : columnNames) wordOfName[name] = static_cast<std::size_t>(i);
+  state.names = std::make_shared<Row::Names>();
+  state.wordOfName.clear();
+  for (const auto& [name, word] : wordOfName) {
+    state.names->push_back(name);
+    state.wordOfName.push_back(word);
+  }
 }
 
 // The text of a remark or pair starts one character after the keyword, whatever that character is; a
@@ -84,6 +105,7 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
   } else if (word == kVars) {
     varsText = simplifyWhiteSpace(line.substr(kVars.size()));
     VARS_str_parser(varsText);
+    nameRows(state);
   } else if (word == kFormat) {
     formatText = line.substr(kFormat.size());
     FORMAT_str_parser(formatText);

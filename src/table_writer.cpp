@@ -1,6 +1,5 @@
 // Writes a table file, and knows the two standard layouts.
 #include <cstdio>    // for std::snprintf
-#include <cstdlib>   // for std::strtod
 #include <fstream>   // for std::ofstream
 #include <iostream>  // for std::cerr
 
@@ -67,7 +66,7 @@ void GDB::writeCell(std::ostream& out, const std::string& item, const std::strin
   else if (contains(item, 'd') == 1)
     writeFormatted(out, item, toInt(text));
   else if (contains(item, 'f') == 1)
-    writeFormatted(out, item, std::strtod(text.c_str(), nullptr));
+    writeFormatted(out, item, toDouble(text));
 }
 
 // A cell longer than the scratch buffer is formatted again into memory of its own.

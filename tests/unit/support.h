@@ -8,6 +8,7 @@
 #include <filesystem>  // for std::filesystem::remove_all
 #include <fstream>     // for std::ifstream, std::ofstream
 #include <iterator>    // for std::istreambuf_iterator
+#include <map>         // for std::map
 #include <optional>    // for std::optional
 #include <stdexcept>   // for std::runtime_error
 #include <string>      // for std::string
@@ -95,6 +96,15 @@ inline void sendOutputToError() {
 inline GDB tableOf(const std::string& text) {
   const TempDir dir;
   return GDB(dir.write("table.tab", text));
+}
+
+/// The rows of a table as plain maps: row number, column name, cell text.
+using Rows = std::map<int, std::map<std::string, std::string>>;
+inline Rows rowsOf(const GDB& table) {
+  Rows rows;
+  for (const auto& [number, row] : table.entries)
+    for (const auto& [col, text] : row) rows[number][col] = text;
+  return rows;
 }
 
 /// Adds a row with several cells.

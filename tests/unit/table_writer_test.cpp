@@ -8,6 +8,8 @@ namespace {
 using support::addRow;
 using support::outputOf;
 using support::readFile;
+using support::Rows;
+using support::rowsOf;
 using support::TempDir;
 
 GDB shiftTable() {
@@ -122,7 +124,7 @@ TEST(TableWriter, WhatIsSavedReadsBack) {
   EXPECT_EQ(read.dataLines, table.dataLines);
   EXPECT_EQ(read.columnNames, table.columnNames);
   EXPECT_EQ(read.columnFormats, table.columnFormats);
-  EXPECT_EQ(read.entries, table.entries);
+  EXPECT_EQ(rowsOf(read), rowsOf(table));
   EXPECT_EQ(read.residNames, (std::map<int, std::string>{{5, "M"}, {6, "K"}, {7, "P"}}));
 }
 
@@ -319,6 +321,6 @@ TEST(TableWriter, UnknownPresetLeavesColumnsFormatsAndRows) {
     EXPECT_EQ(table.className, "KIVRA_SHIFT");
     EXPECT_EQ(table.columnCount, 4);
     EXPECT_EQ(table.columnFormats.size(), 4U);
-    EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"RESID", "1"}}}}));
+    EXPECT_EQ(rowsOf(table), (Rows{{1, {{"RESID", "1"}}}}));
   }
 }

@@ -1,0 +1,212 @@
+// Numbers to text, means and deviations of shifts and angles.
+#include <cfloat>   // for FLT_MAX
+#include <climits>  // for INT_MIN
+#include <cmath>    // for std::signbit, std::isnan, std::isinf
+#include <limits>   // for std::numeric_limits
+
+#include "support.h"
+// The run object comes after the files and variables of its tests.
+#include "ZORVELA.h"
+
+namespace {
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+}  // namespace
+
+class Statistics : public testing::Test {
+ protected:
+  std::string text(float value, char conversion, int precision) {
+    char buffer[200];
+    char* returned = zorvela.ftoa(value, buffer, conversion, precision);
+    EXPECT_EQ(returned, buffer) << "ftoa gives back the caller's buffer";
+    return buffer;
+  }
+  std::string shiftText(float value) { return text(value, 'g', 6); }
+
+  ZORVELA zorvela;
+};
+
+// --- ftoa and itoa ------------------------------------------------------------------------------
+
+TEST_F(Statistics, FtoaFallsBackToF) {
+  EXPECT_EQ(text(0.5F, 'x', 3), "0.500");
+  EXPECT_EQ(text(0.5F, 'd', 1), "0.5");
+  EXPECT_EQ(text(0.5F, '\0', 2), "0.50");
+}
+
+TEST_F(Statistics, FtoaWithSixSignificantDigits) {
+  EXPECT_EQ(shiftText(1234567.0F), "1.23457e+06");
+  EXPECT_EQ(shiftText(9999.0F), "9999");
+  EXPECT_EQ(shiftText(0.5F), "0.5");
+  EXPECT_EQ(shiftText(-0.0F), "-0");
+  EXPECT_EQ(shiftText(0.0001F), "0.0001");
+  EXPECT_EQ(shiftText(0.00001F), "1e-05");
+  EXPECT_EQ(shiftText(56.123456F), "56.1235");
+}
+
+TEST_F(Statistics, FtoaWithEveryConversion) {
+  EXPECT_EQ(text(1.5F, 'f', 2), "1.50");
+  EXPECT_EQ(text(1.5F, 'F', 2), "1.50");
+  EXPECT_EQ(text(1.5F, 'e', 2), "1.50e+00");
+  EXPECT_EQ(text(1.5F, 'E', 2), "1.50E+00");
+  EXPECT_EQ(text(1e-7F, 'g', 3), "1e-07");
+  EXPECT_EQ(text(1e-7F, 'G', 3), "1E-07");
+}
+
+TEST_F(Statistics, FtoaPrecisionOfNoneOneAndTwoDigits) {
+  EXPECT_EQ(text(1.5F, 'e', -1), "1.500000e+00") << "no precision: printf's six";
+  EXPECT_EQ(text(2.5F, 'f', 0), "2") << "ties to even";
+  EXPECT_EQ(text(1.5F, 'f', 12), "1.500000000000");
+}
+
+TEST_F(Statistics, FtoaPrecisionOf100AndMoreIs99) {
+  const std::string expected = "0.5" + std::string(98, '0');
+  EXPECT_EQ(text(0.5F, 'f', 99), expected);
+  EXPECT_EQ(text(0.5F, 'f', 100), expected);
+  EXPECT_EQ(text(0.5F, 'f', 1000000), expected);
+}
+
+TEST_F(Statistics, FtoaWidensTheFloatToADouble) {
+  // The float nearest to 0.1 is 0.100000001490116119...
+  EXPECT_EQ(text(0.1F, 'f', 12), "0.100000001490");
+}
+
+TEST_F(Statistics, FtoaOfTheLargestFloatAndOfNoNumber) {
+  EXPECT_EQ(text(-FLT_MAX, 'f', 99).size(), 1U + 39U + 1U + 99U);
+  EXPECT_EQ(shiftText(kNaN), "nan");
+  EXPECT_EQ(shiftText(-kNaN), "-nan");
+  EXPECT_EQ(shiftText(HUGE_VALF), "inf");
+}
+
+TEST_F(Statistics, ItoaIsDecimalWhateverTheBase) {
+  char buffer[32];
+  EXPECT_STREQ(zorvela.itoa(255, buffer, 16), "255");
+  EXPECT_EQ(zorvela.itoa(-12, buffer, 2), buffer);
+  EXPECT_STREQ(buffer, "-12");
+  EXPECT_STREQ(zorvela.itoa(INT_MIN, buffer, 10), "-2147483648");
+}
+
+// --- Weights and differences --------------------------------------------------------------------
+
+TEST_F(Statistics, WeightIsAlways9999) {
+  EXPECT_EQ(zorvela.getWeight("P", "CA"), 9999.0F);
+  EXPECT_EQ(zorvela.getWeight("", ""), 9999.0F);
+}
+
+TEST_F(Statistics, DiffWrapsAround) {
+  EXPECT_EQ(zorvela.getDiff(-179.0F, 179.0F), 2.0F);
+  EXPECT_EQ(zorvela.getDiff(100.0F, -100.0F), 160.0F);
+  EXPECT_EQ(zorvela.getDiff(170.0F, -170.0F), 20.0F);
+  EXPECT_EQ(zorvela.getDiff(-170.0F, 170.0F), 20.0F);
+}
+
+TEST_F(Statistics, DiffOfTheSameSignDoesNotWrap) {
+  EXPECT_EQ(zorvela.getDiff(10.0F, 200.0F), 190.0F);
+  EXPECT_EQ(zorvela.getDiff(0.0F, 200.0F), 200.0F) << "a zero has no sign";
+}
+
+TEST_F(Statistics, DiffUpTo180DoesNotWrap) {
+  EXPECT_EQ(zorvela.getDiff(90.0F, -90.0F), 180.0F);
+  EXPECT_EQ(zorvela.getDiff(-10.0F, 10.0F), 20.0F);
+}
+
+TEST_F(Statistics, DiffOf999IsKeptAndAbove999IsZero) {
+  EXPECT_EQ(zorvela.getDiff(0.0F, 999.0F), 999.0F);
+  EXPECT_EQ(zorvela.getDiff(0.0F, 1000.0F), 0.0F);
+  EXPECT_EQ(zorvela.getDiff(5.0F, 9999.0F), 0.0F);
+  EXPECT_EQ(zorvela.getDiff(-1.0F, 998.0F), 999.0F) << "opposite signs, but not below 999";
+}
+
+// --- Means and deviations -----------------------------------------------------------------------
+
+TEST_F(Statistics, AverageIsSumOverCount) {
+  EXPECT_EQ(zorvela.getAverage({1.0F, 2.0F, 6.0F}), 3.0F);
+  EXPECT_EQ(zorvela.getAverage({-4.5F}), -4.5F);
+}
+
+TEST_F(Statistics, AverageOfNoValuesIsZero) {
+  EXPECT_EQ(zorvela.getAverage({}), 0.0F);
+}
+
+TEST_F(Statistics, AverageIsSummedBeyondSinglePrecision) {
+  // In single precision the two ones vanish beside 2^25.
+  EXPECT_EQ(zorvela.getAverage({33554432.0F, 1.0F, 1.0F, -33554432.0F}), 0.5F);
+}
+
+TEST_F(Statistics, STDevOf3And4Is5) {
+  EXPECT_EQ(zorvela.getSTDev({3.0F, 4.0F}), 5.0F);
+}
+
+TEST_F(Statistics, STDevDoesNotSubtractTheMean) {
+  // sqrt((1 + 1 + 4) / 2)
+  EXPECT_EQ(zorvela.getSTDev({1.0F, 1.0F, 2.0F}), static_cast<float>(std::sqrt(3.0)));
+}
+
+TEST_F(Statistics, STDevOfNoValuesIsNegativeZero) {
+  const float deviation = zorvela.getSTDev({});
+  EXPECT_EQ(deviation, 0.0F);
+  EXPECT_TRUE(std::signbit(deviation));
+}
+
+TEST_F(Statistics, STDevOfOneValueDividesByZero) {
+  EXPECT_TRUE(std::isinf(zorvela.getSTDev({2.0F})));
+  EXPECT_TRUE(std::isnan(zorvela.getSTDev({0.0F})));
+}
+
+TEST_F(Statistics, STDevSquaresBeyondSinglePrecision) {
+  // (1e30)^2 is past the largest float; sqrt(2 * 1e60) is not.
+  EXPECT_NEAR(zorvela.getSTDev({1e30F, 1e30F}), std::sqrt(2.0) * 1e30, 1e24);
+}
+
+// --- Angles -------------------------------------------------------------------------------------
+
+TEST_F(Statistics, AVGAngleAcross180IsThere) {
+  EXPECT_EQ(std::fabs(zorvela.getAVGAngle({170.0F, -170.0F})), 180.0F);
+}
+
+TEST_F(Statistics, AVGAngleOfAbsentAnglesOnlyIsZero) {
+  EXPECT_EQ(zorvela.getAVGAngle({9999.0F}), 0.0F);
+  EXPECT_EQ(zorvela.getAVGAngle({9999.0F, 999.5F}), 0.0F);
+}
+
+TEST_F(Statistics, AVGAngleOfNoValuesIs9999) {
+  EXPECT_EQ(zorvela.getAVGAngle({}), 9999.0F);
+}
+
+TEST_F(Statistics, AVGAngleIsCircular) {
+  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({10.0F, 20.0F}), 15.0F);
+  // The mean direction of 170 and 200 degrees, in the range -180 to 180.
+  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({170.0F, 200.0F}), -175.0F);
+  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({-90.0F}), -90.0F);
+  // atan2(sin 30 + sin 60 + sin 120, cos 30 + cos 60 + cos 120) = atan2(2.232051, 0.866025) = 68.79398
+  EXPECT_NEAR(zorvela.getAVGAngle({30.0F, 60.0F, 120.0F}), 68.79398, 1e-4);
+}
+
+TEST_F(Statistics, AVGAngleSkipsAnglesAbove999Only) {
+  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({10.0F, 9999.0F}), 10.0F);
+  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({999.0F}), -81.0F) << "999 - 3 x 360: a bound that still counts";
+}
+
+TEST_F(Statistics, STDAngleOfOneValueIs180) {
+  EXPECT_EQ(zorvela.getSTDAngle({10.0F}), 180.0F);
+  EXPECT_EQ(zorvela.getSTDAngle({9999.0F}), 180.0F);
+}
+
+TEST_F(Statistics, STDAngleOfNoValuesIsZero) {
+  EXPECT_EQ(zorvela.getSTDAngle({}), 0.0F);
+}
+
+TEST_F(Statistics, STDAngleCountsAnAbsentAngleWithItsNumber) {
+  // The mean is that of 0 alone; 9999 - 0 goes down by 360 once: sqrt(9639^2 / 1).
+  EXPECT_EQ(zorvela.getSTDAngle({0.0F, 9999.0F}), 9639.0F);
+}
+
+TEST_F(Statistics, STDAngleIsTheSpreadAroundTheCircularMean) {
+  // 5 degrees on each side: sqrt(50 / 1).
+  EXPECT_NEAR(zorvela.getSTDAngle({10.0F, 20.0F}), std::sqrt(50.0), 1e-5);
+  // 10 degrees on each side of 180: sqrt(200 / 1).
+  EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -170.0F}), std::sqrt(200.0), 1e-4);
+  // 15 degrees on each side of -175, from above and below: sqrt(450 / 1).
+  EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -160.0F}), std::sqrt(450.0), 1e-4);
+}

@@ -1,4 +1,6 @@
 // zorvela-kit: files in, predictions out, and the tables behind them.
+#include <fcntl.h>  // for open, fcntl
+
 #include <exception>  // for std::exception
 #include <iostream>   // for std::cerr
 #include <new>        // for std::bad_alloc
@@ -28,6 +30,14 @@ void addCommands([[maybe_unused]] CLI::App& app) {
 #endif
 }
 
+/// A standard stream that the caller closed must not be taken by the next file that is opened, or
+/// messages would end up in it. What takes its place cannot be written, so writing still fails.
+void reserveStandardStreams() {
+  for (int descriptor = 0; descriptor <= 2; ++descriptor)
+    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) < 0)
+      return;
+}
+
 int fail(const std::string& message) {
   std::cerr << kName << ": " << kit::printable(message) << std::endl;
   return 1;
@@ -36,6 +46,7 @@ int fail(const std::string& message) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  reserveStandardStreams();
   CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", kName);
   app.set_version_flag("--version", std::string(kName) + " " + ZORVELA_VERSION);
   app.require_subcommand(1);

@@ -222,7 +222,7 @@ ProlineResult Predictor::predictProline(const Protein& protein, int position) {
   }
   proline.call = callOf(prediction->pCisNorm);
   if (proline.call == Call::none) {
-    proline.reason = reason::kNoNumber;
+    proline.reason = reason::kNeitherFits;
     return proline;
   }
   proline.pCis = prediction->pCis;

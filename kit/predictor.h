@@ -47,7 +47,7 @@ inline const std::string kFirstResidue = "first residue";
 inline const std::string kLastResidue = "last residue";
 inline const std::string kTooFewShifts = "too few shifts";
 inline const std::string kLowerCase = "written as lower-case p";
-inline const std::string kNoNumber = "shifts too far from both classes";
+inline const std::string kNeitherFits = "neither class fits";
 }  // namespace reason
 
 /// One chain with all its prolines.

@@ -180,10 +180,10 @@ std::string offsetText(const ProteinResult& protein, const std::string& atom) {
 }
 
 void writeOffsets(const RunReport& report, std::ostream& out) {
-  TextTable table({"", "File", "Chain", "Residues", "Shifts", "CA", "CB", "HA", "C'"});
+  TextTable table({" ", "File", "Chain", "Residues", "Shifts", "CA", "CB", "HA", "C'"});
   bool anyCorrection = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    TextTable::Cells cells = {"", protein.file, orAbsent(protein.chain), std::to_string(protein.length),
+    TextTable::Cells cells = {" ", protein.file, orAbsent(protein.chain), std::to_string(protein.length),
                               std::to_string(protein.shiftCount)};
     for (const std::string& atom : kOffsetAtoms) {
       cells.push_back(offsetText(protein, atom));
@@ -201,21 +201,27 @@ void writeErrors(const RunReport& report, std::ostream& out) {
   forEachError(report, [&](const FileReport& file) { out << "   " << printable(file.error) << '\n'; });
 }
 
+std::size_t countProteins(const RunReport& report) {
+  std::size_t count = 0;
+  forEachProtein(report, [&](const ProteinResult&) { ++count; });
+  return count;
+}
+
+std::size_t countProlines(const RunReport& report) {
+  std::size_t count = 0;
+  forEachProtein(report, [&](const ProteinResult& protein) { count += protein.prolines.size(); });
+  return count;
+}
+
 std::string counted(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 void writeSummary(const RunReport& report, std::ostream& out) {
-  std::size_t proteins = 0;
-  std::size_t prolines = 0;
-  forEachProtein(report, [&](const ProteinResult& protein) {
-    ++proteins;
-    prolines += protein.prolines.size();
-  });
   out << '\n'
-      << counted(prolines, "proline") << " in " << counted(proteins, "chain") << " of "
-      << counted(report.files.size(), "file") << ": " << countCalls(report, Call::cis) << " cis (*), "
-      << countCalls(report, Call::trans) << " trans, " << countCalls(report, Call::undecided)
+      << counted(countProlines(report), "proline") << " in " << counted(countProteins(report), "chain")
+      << " of " << counted(report.files.size(), "file") << ": " << countCalls(report, Call::cis)
+      << " cis (*), " << countCalls(report, Call::trans) << " trans, " << countCalls(report, Call::undecided)
       << " undecided (?), " << countCalls(report, Call::none) << " without a prediction\n"
       << "cis: P_CIS_NORM at least " << numberText(kCisFrom) << "; trans: at most " << numberText(kTransUpTo)
       << "; undecided: between\n";
@@ -224,8 +230,8 @@ void writeSummary(const RunReport& report, std::ostream& out) {
 }  // namespace
 
 void writeTable(const RunReport& report, bool colour, std::ostream& out) {
-  writeProlines(report, colour, out);
-  writeOffsets(report, out);
+  if (countProlines(report) > 0) writeProlines(report, colour, out);
+  if (countProteins(report) > 0) writeOffsets(report, out);
   writeErrors(report, out);
   writeSummary(report, out);
 }

@@ -1,7 +1,8 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
-#include <unistd.h>  // for STDOUT_FILENO
+#include <sys/stat.h>  // for stat
+#include <unistd.h>    // for STDOUT_FILENO
 
-#include <algorithm>     // for std::min
+#include <algorithm>     // for std::clamp, std::min
 #include <atomic>        // for std::atomic
 #include <cstdlib>       // for std::getenv
 #include <functional>    // for std::ref
@@ -26,6 +27,7 @@ namespace kit {
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
+constexpr int kMostJobs = 256;
 
 struct RunSettings {
   std::vector<std::string> files;
@@ -33,7 +35,7 @@ struct RunSettings {
   std::string tables;
   std::string format = "table";
   std::string output = "-";
-  unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
+  int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
 };
 
 // --- Predicting ---------------------------------------------------------------------------------
@@ -61,7 +63,7 @@ FileReport predictFile(Predictor& predictor, const std::string& file, const Impo
 /// does not depend on the number of jobs.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA& tables) {
   std::vector<FileReport> reports(settings.files.size());
-  const std::size_t jobs = std::min<std::size_t>(settings.jobs, reports.size());
+  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
   std::vector<std::unique_ptr<Predictor>> predictors;
   while (predictors.size() < jobs) predictors.push_back(std::make_unique<Predictor>(tables));
 
@@ -139,7 +141,21 @@ void writeReport(const RunSettings& settings, const RunReport& report) {
   });
 }
 
+/// The results must not take the place of the shifts that they come from.
+void checkOutput(const RunSettings& settings) {
+  struct stat output {};
+  if (settings.output == "-" || stat(settings.output.c_str(), &output) != 0 || !S_ISREG(output.st_mode))
+    return;
+  for (const std::string& file : settings.files) {
+    struct stat input {};
+    if (stat(file.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino)
+      throw UserError(settings.output, 0, "is one of the input files and would be replaced",
+                      "give another name with --output");
+  }
+}
+
 void run(const RunSettings& settings) {
+  checkOutput(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
   const std::unique_ptr<ZORVELA> tables = loadReferenceTables(report.tables);
@@ -147,19 +163,18 @@ void run(const RunSettings& settings) {
   tellAll(report);
   writeReport(settings, report);
   if (const std::size_t errors = countErrors(report); errors > 0) {
-    warn(std::to_string(errors) + " of " + std::to_string(report.files.size()) +
-         " files could not be predicted");
+    if (report.files.size() > 1)
+      warn(std::to_string(errors) + " of " + std::to_string(report.files.size()) +
+           " files could not be predicted");
     throw ReportedFailure();
   }
 }
 
 std::string footer() {
   return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
-         numberText(kTransUpTo) +
-         ", undecided between.\n"
-         "Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else "
-         "./tab.\n"
-         "Exit status: 0 if every file was predicted, 1 if one was not.";
+         numberText(kTransUpTo) + R"(, undecided between.
+Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else ./tab.
+Exit status: 0 if every file was predicted, 1 if one was not.)";
 }
 
 }  // namespace
@@ -167,20 +182,32 @@ std::string footer() {
 void addRun(CLI::App& app) {
   const auto settings = std::make_shared<RunSettings>();
   CLI::App* command = app.add_subcommand("run", "Predict the prolines of any shift files");
-  command
-      ->add_option("FILE", settings->files,
-                   "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
-      ->required();
-  command->add_option("--format", settings->format, "table, csv or json")
+  command->add_option("FILE", settings->files)
+      ->required()
+      ->type_name("")
+      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
+  command->add_option("--format", settings->format)
+      ->type_name("FORMAT")
       ->check(CLI::IsMember({"table", "csv", "json"}))
-      ->capture_default_str();
-  command->add_option("--output", settings->output, "Write to this file instead of standard output");
-  command->add_option("--tables", settings->tables, "Folder of the seven reference tables");
-  command->add_option("--chain", settings->import.chain, "Only the chain of this name");
-  command->add_option("--list", settings->import.list, "Only the shift list of this name");
-  command
-      ->add_option("--jobs", settings->jobs, "Files worked on at the same time; default: one for each core")
-      ->check(CLI::PositiveNumber);
+      ->description("default: table");
+  command->add_option("--output", settings->output)
+      ->type_name("FILE")
+      ->description("Write to this file instead of standard output");
+  command->add_option("--tables", settings->tables)
+      ->type_name("DIR")
+      ->description("Folder of the seven reference tables");
+  command->add_option("--chain", settings->import.chains)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the chain of this name; may be repeated");
+  command->add_option("--list", settings->import.lists)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the shift list of this name, or all; may be repeated");
+  command->add_option("--jobs", settings->jobs)
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostJobs))
+      ->description("Files worked on at the same time; default: one for each core");
   command->footer(footer());
   command->callback([settings] { run(*settings); });
 }

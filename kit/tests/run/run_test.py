@@ -1,0 +1,454 @@
+"""zorvela-kit run as a whole program: streams, exit statuses, formats, order, interruption, terminals."""
+import contextlib
+import csv
+import io
+import json
+import os
+import pty
+import select
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import jsonschema
+
+import program
+
+CIS = {(2, "CB"): 34.0, (2, "CG"): 24.0}    # on the cis side of both means: +4 ppm from random coil, CG of cis
+TRANS = {(2, "CB"): 30.0, (2, "CG"): 27.0}  # on the means of trans
+HEADER = ",".join(program.COLUMNS)
+SUMMARY_END = "cis: P_CIS_NORM at least 0.5; trans: at most 0.1; undecided: between\n"
+
+
+class InFolder(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        with contextlib.ExitStack() as stack:
+            self.folder = stack.enter_context(tempfile.TemporaryDirectory())
+            self.addCleanup(stack.pop_all().close)
+
+    def put(self, name, text):
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="utf-8", newline="") as file:
+            file.write(text)
+        return path
+
+    def read(self, name):
+        with open(os.path.join(self.folder, name), encoding="utf-8", newline="") as file:
+            return file.read()
+
+    def cis(self, name="cis.tab"):
+        return self.put(name, program.full_table("APK", CIS))
+
+    def trans(self, name="trans.tab"):
+        return self.put(name, program.full_table("APK", TRANS))
+
+
+class Formats(InFolder):
+    def test_table(self):
+        self.cis()
+        self.trans()
+        result = program.run("cis.tab", "trans.tab", cwd=self.folder)
+        # CB: +4 is 2 ppm from cis and 4 from trans; CG: 0 and 3: odds exp(6 + 4.5). Trans: the other way, exp(-6.5).
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr, "")
+        lines = result.stdout.splitlines()
+        self.assertEqual(lines[0].split(),
+                         ["File", "Chain", "Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"])
+        self.assertEqual(lines[1].split(),
+                         ["*", "cis.tab", "-", "A1", "P2", "K3", "6", "4", "6", "24.000", "1.000", "0.999", "cis"])
+        self.assertEqual(lines[2].split(),
+                         ["trans.tab", "-", "A1", "P2", "K3", "6", "4", "6", "27.000", "0.002", "0.000", "trans"])
+        self.assertIn("\n2 prolines in 2 chains of 2 files: 1 cis (*), 1 trans, 0 undecided (?), "
+                      "0 without a prediction\n" + SUMMARY_END, result.stdout)
+
+    def test_csv(self):
+        result = program.run("--format", "csv", self.cis())
+        self.assertEqual(result.stderr, "")
+        self.assertEqual(result.stdout.split("\n")[0], HEADER)
+        (row,) = program.csv_rows(result.stdout)
+        expected = {"file": os.path.join(self.folder, "cis.tab"), "chain": "", "resid": "2", "position": "2",
+                    "prev": "A", "next": "K", "cs_cnt_prev": "6", "cs_cnt": "4", "cs_cnt_next": "6", "cg_shift": "24",
+                    "call": "cis", "reason": "", "to_correct": ""}
+        self.assertEqual({name: row[name] for name in expected}, expected)
+        odds = 36315.502674  # exp(10.5)
+        self.assertAlmostEqual(float(row["p_cis"]), odds / (1 + odds), delta=1e-6)
+        self.assertAlmostEqual(float(row["p_cis_norm"]), odds / 19 / (1 + odds / 19), delta=1e-6)
+
+    def test_json_follows_its_schema(self):
+        with open(program.SCHEMA, encoding="utf-8") as file:
+            schema = json.load(file)
+        jsonschema.Draft202012Validator.check_schema(schema)
+        unknown_neighbour = self.put("x.tab", program.full_table("UPK"))
+        ends = self.put("ends.tab", program.full_table("PAP") + "\n")
+        bare = self.put("bare.tab", program.shift_table("APA", [(1, "CA", 53.0)]))
+        result = program.run("--format", "json", self.cis(), unknown_neighbour, ends, bare, "missing.tab")
+        document = json.loads(result.stdout)
+        jsonschema.Draft202012Validator(schema).validate(document)
+        self.assertEqual([p["reason"] for protein in document["proteins"] for p in protein["prolines"]],
+                         [None, "neither class fits", "first residue", "last residue", "too few shifts"])
+        self.assertEqual([e["file"] for e in document["errors"]], ["missing.tab"])
+        self.assertEqual(document["tables"], str(program.MADE_TABLES))
+
+    def test_the_schema_refuses_what_is_wrong(self):
+        with open(program.SCHEMA, encoding="utf-8") as file:
+            validator = jsonschema.Draft202012Validator(json.load(file))
+        document = json.loads(program.run("--format", "json", self.cis()).stdout)
+        self.assertTrue(validator.is_valid(document))
+        for change in ({"call": "maybe"}, {"p_cis": 1.5}, {"p_cis": None}, {"reason": "too few shifts"}, {"resid": 2},
+                       {"cs_cnt": 7}, {"extra": 1}):
+            with self.subTest(change=change):
+                wrong = json.loads(json.dumps(document))
+                wrong["proteins"][0]["prolines"][0].update(change)
+                self.assertFalse(validator.is_valid(wrong))
+
+    def test_examples_follow_the_schema(self):
+        with open(program.SCHEMA, encoding="utf-8") as file:
+            schema = json.load(file)
+        result = program.run("--format", "json", *program.EXAMPLES, tables=program.TABLES)
+        jsonschema.Draft202012Validator(schema).validate(json.loads(result.stdout))
+
+    def test_full_precision(self):
+        """CSV and JSON hold the same number, the shortest text of a single-precision value."""
+        arguments = [*program.EXAMPLES]
+        rows = program.csv_rows(program.run("--format", "csv", *arguments, tables=program.TABLES).stdout)
+        prolines = [p for protein in program.proteins(*arguments) for p in protein["prolines"]]
+        self.assertEqual(len(rows), len(prolines))
+        for row, proline in zip(rows, prolines):
+            for name in ("p_cis", "p_cis_norm", "cg_shift"):
+                if proline[name] is None:
+                    self.assertEqual(row[name], "")
+                else:
+                    self.assertEqual(float(row[name]), proline[name])
+                    self.assertEqual(program.single(float(row[name])), program.single(proline[name]))
+
+    def test_unknown_format_is_a_usage_error(self):
+        result = program.run("--format", "xml", self.cis())
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual(result.stdout, "")
+        self.assertIn("--format", result.stderr)
+
+
+class ResidueNumbers(InFolder):
+    def test_the_numbers_of_the_file_are_given_back(self):
+        text = program.full_table("APKPA").replace("DATA SEQUENCE", "DATA FIRST_RESID 101\nDATA SEQUENCE")
+        for resid in range(1, 6):
+            text = text.replace("\n   %d " % resid, "\n %d " % (100 + resid))
+        (protein,) = json.loads(program.run("--format", "json", self.put("n.tab", text)).stdout)["proteins"]
+        self.assertEqual([(p["prev_resid"], p["resid"], p["next_resid"], p["position"], p["cs_cnt"])
+                          for p in protein["prolines"]], [("101", "102", "103", 2, 4), ("103", "104", "105", 4, 4)])
+
+
+class Errors(InFolder):
+    def test_one_bad_file_does_not_stop_the_others(self):
+        bad = self.put("bad.tab", "nothing here\n")
+        for fmt in ("table", "csv", "json"):
+            with self.subTest(format=fmt):
+                result = program.run("--format", fmt, self.cis(), bad, "none.tab", self.trans())
+                self.assertEqual(result.returncode, 1)
+                lines = result.stderr.splitlines()
+                self.assertEqual(len(lines), 3)
+                self.assertTrue(lines[0].startswith("zorvela-kit: " + bad + ": "), lines)
+                self.assertTrue(lines[1].startswith("zorvela-kit: none.tab: "), lines)
+                self.assertEqual(lines[2], "zorvela-kit: 2 of 4 files could not be predicted")
+                messages = [line[len("zorvela-kit: "):] for line in lines[:2]]
+                if fmt == "table":
+                    self.assertIn("\nNot predicted\n   %s\n   %s\n" % tuple(messages), result.stdout)
+                    self.assertIn("2 prolines in 2 chains of 4 files", result.stdout)
+                elif fmt == "csv":
+                    rows = program.csv_rows(result.stdout)
+                    self.assertEqual([row["call"] for row in rows], ["cis", "trans", "error", "error"])
+                    self.assertEqual([row["reason"] for row in rows[2:]], messages)
+                    self.assertTrue(all(len(row) == len(program.COLUMNS) and None not in row.values() for row in rows))
+                else:
+                    self.assertEqual([e["message"] for e in json.loads(result.stdout)["errors"]], messages)
+
+    def test_a_single_bad_file_has_one_line(self):
+        result = program.run("none.tab")
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(len(result.stderr.splitlines()), 1)
+
+    def test_missing_tables_are_one_line_with_a_remedy(self):
+        result = program.run(self.cis(), tables=os.path.join(self.folder, "none"))
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout, "")
+        self.assertEqual(result.stderr, "zorvela-kit: %s/none: there is no such folder; name the folder of the seven "
+                         "reference tables with --tables or its parent with ZORVELA_DIR\n" % self.folder)
+
+    def test_a_missing_table_is_one_line_with_a_remedy(self):
+        result = program.run(self.cis(), tables=self.folder)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout, "")
+        self.assertEqual(result.stderr, "zorvela-kit: %s/randcoil.tab: No such file or directory; name the folder of "
+                         "the seven reference tables with --tables or its parent with ZORVELA_DIR\n" % self.folder)
+
+    def test_tables_are_found_in_the_main_directory_or_the_working_directory(self):
+        file = self.cis()
+        os.symlink(program.MADE_TABLES, os.path.join(self.folder, "tab"))
+        by_variable = program.kit("run", "--format", "json", file, env=program.environment(ZORVELA_DIR=self.folder))
+        self.assertEqual(json.loads(by_variable.stdout)["tables"], self.folder + "/tab")
+        here = program.kit("run", "--format", "json", file, cwd=self.folder)
+        self.assertEqual(json.loads(here.stdout)["tables"], "./tab")
+
+    def test_no_file_and_no_job_are_usage_errors(self):
+        for arguments in ([], ["--jobs", "0", "a"], ["--jobs", "-1", "a"], ["--jobs", "two", "a"], ["--bogus", "a"]):
+            with self.subTest(arguments=arguments):
+                result = program.kit("run", *arguments)
+                self.assertNotEqual(result.returncode, 0)
+                self.assertEqual(result.stdout, "")
+                self.assertIn("--help", result.stderr)
+
+    def test_help_names_the_thresholds(self):
+        result = program.kit("run", "--help")
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr, "")
+        self.assertIn("cis where P_CIS_NORM is at least 0.5, trans where it is at most 0.1, undecided between.",
+                      result.stdout)
+
+    def test_referencing_that_calls_for_a_correction_is_a_warning(self):
+        # CA, CB and CA - CB on a line with an offset of +3 ppm: CA = 3 + d/2, CB = 3 - d/2 for d below 0.
+        sequence = "A" * 30 + "PA"
+        changes = {}
+        for resid in range(1, 31):
+            d = -resid / 10
+            coil = 53.0 if resid == 30 else 55.0
+            changes[resid, "CA"] = coil + 3 + d / 2
+            changes[resid, "CB"] = 30 + 3 - d / 2
+        file = self.put("off.tab", program.full_table(sequence, changes))
+        result = program.run("--format", "csv", file)
+        self.assertEqual(result.returncode, 0)
+        (row,) = program.csv_rows(result.stdout)
+        self.assertEqual(row["to_correct"], "CA CB")
+        warnings = result.stderr.splitlines()
+        self.assertEqual(len(warnings), 2)
+        for atom, warning in zip(("CA", "CB"), warnings):
+            self.assertRegex(warning, "^zorvela-kit: warning: %s: %s shifts seem referenced [0-9.]+ ppm off "
+                             r"\(30 residues\); check the referencing and correct it$" % (file, atom))
+        self.assertRegex(program.run(file).stdout, r"\n   \S+off\.tab +- +32 +[0-9]+ +[0-9.]+! +[0-9.]+! +")
+
+
+class Jobs(InFolder):
+    def test_results_and_order_do_not_depend_on_the_number_of_jobs(self):
+        files = []
+        for i in range(60):
+            sequence = "AKPA" * (1 + (i * 7) % 40) + "PK"  # long and short in turn
+            files.append(self.put("f%02d.tab" % i, program.full_table(sequence)))
+            if i % 10 == 5:
+                files.append(self.put("bad%02d.tab" % i, "no table\n"))
+        for fmt in ("csv", "json", "table"):
+            results = [program.run("--jobs", jobs, "--format", fmt, *files) for jobs in (1, 2, 8)]
+            self.assertEqual([r.returncode for r in results], [1, 1, 1])
+            self.assertEqual(results[0].stdout, results[1].stdout)
+            self.assertEqual(results[0].stdout, results[2].stdout)
+            self.assertEqual(results[0].stderr, results[2].stderr)
+            if fmt == "csv":
+                rows = program.csv_rows(results[0].stdout)
+                order = list(dict.fromkeys(row["file"] for row in rows))
+                good, bad = ([f for f in files if ("bad" in f) == is_bad] for is_bad in (False, True))
+                self.assertEqual(order, good + bad)
+
+
+class Output(InFolder):
+    def test_a_file_holds_what_standard_output_would(self):
+        file = self.cis()
+        for fmt in ("table", "csv", "json"):
+            out = os.path.join(self.folder, "out." + fmt)
+            result = program.run("--format", fmt, "--output", out, file)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+            self.assertEqual(self.read("out." + fmt), program.run("--format", fmt, file).stdout)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["cis.tab", "out.csv", "out.json", "out.table"])
+
+    def test_a_full_device_is_an_error(self):
+        message = "cannot be written: No space left on device; choose another place with --output, or make room\n"
+        result = program.run("--output", "/dev/full", self.cis())
+        self.assertEqual((result.returncode, result.stderr), (1, "zorvela-kit: /dev/full: " + message))
+        with open("/dev/full", "w", encoding="ascii") as full:
+            result = program.run(self.cis(), stdout=full)
+        self.assertEqual((result.returncode, result.stderr), (1, "zorvela-kit: standard output: " + message))
+
+    def test_a_folder_that_is_missing_is_an_error(self):
+        out = os.path.join(self.folder, "none", "out.csv")
+        result = program.run("--output", out, self.cis())
+        self.assertEqual((result.returncode, result.stderr),
+                         (1, "zorvela-kit: %s: cannot be written: No such file or directory; choose another place "
+                          "with --output, or make room\n" % out))
+
+    def test_an_input_file_is_not_replaced(self):
+        file = self.cis()
+        before = self.read("cis.tab")
+        result = program.run("--output", file, file)
+        self.assertEqual((result.returncode, result.stderr),
+                         (1, "zorvela-kit: %s: is one of the input files and would be replaced; give another name "
+                          "with --output\n" % file))
+        self.assertEqual(self.read("cis.tab"), before)
+
+    def test_a_closed_pipe_ends_the_run_quietly(self):
+        for ignored in (False, True):
+            with self.subTest(ignored=ignored):
+                reader, writer = os.pipe()
+                os.close(reader)
+                result = program.run(self.cis(), stdout=writer,
+                                     preexec_fn=(lambda: signal.signal(signal.SIGPIPE, signal.SIG_IGN)) if ignored
+                                     else None)
+                os.close(writer)
+                if ignored:
+                    self.assertEqual((result.returncode, result.stderr),
+                                     (1, "zorvela-kit: standard output: cannot be written: Broken pipe; choose another "
+                                      "place with --output, or make room\n"))
+                else:
+                    self.assertEqual((result.returncode, result.stderr), (-signal.SIGPIPE, ""))
+
+    def test_closed_standard_streams_do_not_end_up_in_the_output(self):
+        out = os.path.join(self.folder, "out.csv")
+        result = program.kit("run", "--tables", program.MADE_TABLES, "--format", "csv", "--output", out, self.cis(),
+                             "none.tab", preexec_fn=lambda: os.closerange(0, 3))
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual([row["call"] for row in program.csv_rows(self.read("out.csv"))], ["cis", "error"])
+
+    def test_closed_standard_output_is_an_error(self):
+        result = program.run(self.cis(), preexec_fn=lambda: os.close(1))
+        self.assertEqual((result.returncode, result.stderr),
+                         (1, "zorvela-kit: standard output: cannot be written: Bad file descriptor; choose another "
+                          "place with --output, or make room\n"))
+
+
+class Waiting:
+    """A run that has done everything but standard input, which is held open."""
+
+    def __init__(self, *arguments, **options):
+        options.setdefault("env", program.environment())
+        options.setdefault("stdout", subprocess.PIPE)
+        options.setdefault("stderr", subprocess.PIPE)
+        self.process = subprocess.Popen([program.KIT, "run", "--tables", str(program.MADE_TABLES),
+                                         *map(str, arguments), "-"], stdin=subprocess.PIPE, **options)
+
+    def until_reading(self):
+        """Waits until the program sleeps in a read of standard input (a pipe)."""
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline:
+            for task in os.listdir("/proc/%d/task" % self.process.pid):
+                with contextlib.suppress(OSError), open(
+                        "/proc/%d/task/%s/wchan" % (self.process.pid, task), encoding="ascii") as wchan:
+                    if "pipe" in wchan.read():
+                        return
+            if self.process.poll() is not None:
+                return
+            time.sleep(0.02)
+            if deadline - time.monotonic() < 59:  # no wchan on this system: a second must do
+                return
+
+
+class Interruption(InFolder):
+    def test_an_interrupted_run_leaves_no_output(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(signal=number):
+                out = os.path.join(self.folder, "out.csv")
+                run = Waiting("--format", "csv", "--output", out, self.cis())
+                run.until_reading()
+                run.process.send_signal(number)
+                stdout, stderr = run.process.communicate(timeout=60)
+                self.assertEqual(run.process.returncode, -number)
+                self.assertEqual((stdout, stderr), (b"", b""))
+                self.assertEqual(os.listdir(self.folder), ["cis.tab"])
+
+    def test_an_interrupted_run_keeps_the_output_of_the_one_before(self):
+        out = self.put("out.csv", "before\n")
+        run = Waiting("--format", "csv", "--output", out, self.cis())
+        run.until_reading()
+        run.process.send_signal(signal.SIGINT)
+        run.process.communicate(timeout=60)
+        self.assertEqual(run.process.returncode, -signal.SIGINT)
+        self.assertEqual(self.read("out.csv"), "before\n")
+        self.assertEqual(sorted(os.listdir(self.folder)), ["cis.tab", "out.csv"])
+
+    def test_standard_input_is_a_file_like_any_other(self):
+        result = program.run("--format", "csv", "-", input=program.full_table("APK", CIS))
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        (row,) = program.csv_rows(result.stdout)
+        self.assertEqual((row["file"], row["call"]), ("-", "cis"))
+
+
+class Terminal(InFolder):
+    """Runs with standard output, or standard error, on a pseudo-terminal."""
+
+    def on_terminal(self, *arguments, env):
+        master, slave = pty.openpty()
+        process = subprocess.Popen([program.KIT, "run", "--tables", str(program.MADE_TABLES), *map(str, arguments)],
+                                   stdin=subprocess.DEVNULL, stdout=slave, stderr=subprocess.PIPE, env=env)
+        os.close(slave)
+        text = read_terminal(master)
+        _, stderr = process.communicate(timeout=60)
+        self.assertEqual((process.returncode, stderr), (0, b""))
+        return text
+
+    def test_cis_rows_are_coloured_on_a_terminal(self):
+        text = self.on_terminal(self.cis(), self.trans(), env=program.environment(TERM="xterm"))
+        coloured = [line for line in text.splitlines() if "\033" in line]
+        self.assertEqual(len(coloured), 1)
+        self.assertTrue(coloured[0].startswith("\033[1;35m*  ") and coloured[0].endswith("cis\033[0m"), coloured)
+
+    def test_no_colour_where_it_is_not_wanted_or_not_understood(self):
+        plain = program.run(self.cis()).stdout
+        self.assertNotIn("\033", plain)
+        for env in ({"TERM": "xterm", "NO_COLOR": "1"}, {"TERM": "dumb"}, {}):
+            with self.subTest(env=env):
+                self.assertEqual(self.on_terminal(self.cis(), env=program.environment(**env)), plain)
+
+    def test_an_empty_no_color_does_not_count(self):
+        self.assertIn("\033[1;35m", self.on_terminal(self.cis(), env=program.environment(TERM="xterm", NO_COLOR="")))
+
+    def test_csv_and_json_are_never_coloured(self):
+        for fmt in ("csv", "json"):
+            text = self.on_terminal("--format", fmt, self.cis(), env=program.environment(TERM="xterm"))
+            self.assertNotIn("\033", text)
+
+    def progress(self, term, wait):
+        master, slave = pty.openpty()
+        run = Waiting("--jobs", "1", self.cis(), stderr=slave, env=program.environment(TERM=term))
+        os.close(slave)
+        time.sleep(wait)
+        stdout, _ = run.process.communicate(program.full_table("APK", CIS).encode(), timeout=60)
+        self.assertEqual(run.process.returncode, 0)
+        self.assertIn(b"2 prolines in 2 chains of 2 files", stdout)
+        return read_terminal(master)
+
+    def test_work_above_a_second_has_a_progress_bar_that_goes_away(self):
+        text = self.progress("xterm", 1.3)
+        self.assertEqual(text, "\rPredicting [" + "#" * 40 + "] 2/2\033[K" + "\r\033[K")
+
+    def test_short_work_and_plain_terminals_have_none(self):
+        self.assertEqual(self.progress("xterm", 0), "")
+        self.assertEqual(self.progress("dumb", 1.3), "")
+
+
+def read_terminal(master):
+    """All that is written to a pseudo-terminal until its other side is closed, line ends as written."""
+    parts = []
+    while True:
+        ready, _, _ = select.select([master], [], [], 60)
+        if not ready:
+            break
+        try:
+            part = os.read(master, 65536)
+        except OSError:
+            break
+        if not part:
+            break
+        parts.append(part)
+    os.close(master)
+    return b"".join(parts).decode().replace("\r\n", "\n")
+
+
+class Quoting(InFolder):
+    def test_csv_reads_back_names_with_commas_quotes_and_line_ends(self):
+        name = 'a,"b"\nc.tab'
+        result = program.run("--format", "csv", self.cis(name))
+        (row,) = csv.DictReader(io.StringIO(result.stdout, newline=""))
+        self.assertEqual(row["file"], os.path.join(self.folder, name))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

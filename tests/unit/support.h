@@ -99,9 +99,9 @@ inline GDB tableOf(const std::string& text) {
 }
 
 /// The rows of a table as plain maps: row number, column name, cell text.
-using Rows = std::map<int, std::map<std::string, std::string>>;
-inline Rows rowsOf(const GDB& table) {
-  Rows rows;
+using PlainRows = std::map<int, std::map<std::string, std::string>>;
+inline PlainRows rowsOf(const GDB& table) {
+  PlainRows rows;
   for (const auto& [number, row] : table.entries)
     for (const auto& [col, text] : row) rows[number][col] = text;
   return rows;

@@ -9,7 +9,7 @@ namespace {
 
 using support::Output;
 using support::outputOf;
-using support::Rows;
+using support::PlainRows;
 using support::rowsOf;
 using support::tableOf;
 using support::TempDir;
@@ -74,7 +74,7 @@ TEST(TableReader, SecondLoadReplacesRowsAndColumnsAndAddsPairsAndRemarks) {
   table.loadGDB(dir.write("b.tab", "REMARK b\nDATA SEQUENCE P\nVARS X\nFORMAT %d\n7\n"));
   EXPECT_EQ(table.fileName, dir.file("b.tab"));
   EXPECT_EQ(table.columnCount, 1);
-  EXPECT_EQ(rowsOf(table), (Rows{{1, {{"X", "7"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"X", "7"}}}}));
   EXPECT_EQ(table.remarks, (std::vector<std::string>{"a", "b"}));
   EXPECT_EQ(table.getData("SEQUENCE"), "MKP");
   // Two names are stored: the joined sequence is numbered on from the third.
@@ -168,7 +168,7 @@ TEST(TableReader, SkippedLinesSayNothing) {
 
 TEST(TableReader, RowsBeforeTheFormatLineAreSkipped) {
   const GDB table = tableOf("VARS A B\n1 2\nFORMAT %d %d\n3 4\n");
-  EXPECT_EQ(rowsOf(table), (Rows{{1, {{"A", "3"}, {"B", "4"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"A", "3"}, {"B", "4"}}}}));
 }
 
 TEST(TableReader, FileWithoutFormatHasRemarksAndPairsButNoRows) {
@@ -195,7 +195,7 @@ TEST(TableReader, ThreeItemsForFourColumnsReadsRowsSilentlyAndHasNoFormats) {
 TEST(TableReader, FormatBeforeVarsReadsRowsWithoutFormats) {
   const GDB table = tableOf("FORMAT %d %d\nVARS A B\n1 2\n");
   EXPECT_TRUE(table.columnFormats.empty());
-  EXPECT_EQ(rowsOf(table), (Rows{{1, {{"A", "1"}, {"B", "2"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"A", "1"}, {"B", "2"}}}}));
 }
 
 TEST(TableReader, BareFormatLineIsEnoughForRowsToBeRead) {
@@ -206,25 +206,25 @@ TEST(TableReader, BareFormatLineIsEnoughForRowsToBeRead) {
 
 TEST(TableReader, SecondFormatDropsTheRowsAndTheirNumbersGoOn) {
   const GDB table = tableOf("VARS A\nFORMAT %d\n1\n2\nFORMAT %d\n3\n4\n");
-  EXPECT_EQ(rowsOf(table), (Rows{{3, {{"A", "3"}}}, {4, {{"A", "4"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{3, {{"A", "3"}}}, {4, {{"A", "4"}}}}));
 }
 
 TEST(TableReader, SecondVarsDropsTheRowsAndTheirNumbersGoOn) {
   const GDB table = tableOf("VARS A\nFORMAT %d\n1\n2\nVARS B C\n3 4\n");
-  EXPECT_EQ(rowsOf(table), (Rows{{3, {{"B", "3"}, {"C", "4"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{3, {{"B", "3"}, {"C", "4"}}}}));
 }
 
 TEST(TableReader, RowWhoseFirstCellIsAKeywordIsARowAndAKeywordLine) {
   const GDB table = tableOf("VARS KEY VALUE\nFORMAT %s %s\nREMARK text\nDATA pair\n");
   EXPECT_EQ(rowsOf(table),
-            (Rows{{1, {{"KEY", "REMARK"}, {"VALUE", "text"}}}, {2, {{"KEY", "DATA"}, {"VALUE", "pair"}}}}));
+            (PlainRows{{1, {{"KEY", "REMARK"}, {"VALUE", "text"}}}, {2, {{"KEY", "DATA"}, {"VALUE", "pair"}}}}));
   EXPECT_EQ(table.remarks, std::vector<std::string>{"text"});
   EXPECT_EQ(table.dataLines, std::vector<std::string>{"pair"});
 }
 
 TEST(TableReader, RowWhoseFirstCellIsVarsTakesANumberAndIsDropped) {
   const GDB table = tableOf("VARS KEY VALUE\nFORMAT %s %s\nVARS A\n1\n");
-  EXPECT_EQ(rowsOf(table), (Rows{{2, {{"A", "1"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{2, {{"A", "1"}}}}));
 }
 
 TEST(TableReader, BareRemarkAsARowOfOneColumnThrowsOutOfRange) {
@@ -407,7 +407,7 @@ TEST(TableReader, CarriageReturnsBeforeLineEndsAreWhiteSpaceOfRowsAndNames) {
   const GDB table = tableOf("DATA SEQUENCE MK\r\nVARS RESID SHIFT\r\nFORMAT %d %f\r\n\r\n1 54.4\r\n");
   EXPECT_EQ(table.columnNames, (std::map<int, std::string>{{0, "RESID"}, {1, "SHIFT"}}));
   EXPECT_EQ(table.columnFormats.at(1), "%f\r") << "kept as it stands";
-  EXPECT_EQ(rowsOf(table), (Rows{{1, {{"RESID", "1"}, {"SHIFT", "54.4"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"RESID", "1"}, {"SHIFT", "54.4"}}}}));
   EXPECT_EQ(table.residNames, (std::map<int, std::string>{{1, "M"}, {2, "K"}}));
 }
 

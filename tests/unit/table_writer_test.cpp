@@ -8,7 +8,7 @@ namespace {
 using support::addRow;
 using support::outputOf;
 using support::readFile;
-using support::Rows;
+using support::PlainRows;
 using support::rowsOf;
 using support::TempDir;
 
@@ -321,6 +321,6 @@ TEST(TableWriter, UnknownPresetLeavesColumnsFormatsAndRows) {
     EXPECT_EQ(table.className, "KIVRA_SHIFT");
     EXPECT_EQ(table.columnCount, 4);
     EXPECT_EQ(table.columnFormats.size(), 4U);
-    EXPECT_EQ(rowsOf(table), (Rows{{1, {{"RESID", "1"}}}}));
+    EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"RESID", "1"}}}}));
   }
 }

@@ -1,0 +1,644 @@
+// Reference tables, and the way from input shifts to secondary shifts.
+#include <climits>  // for INT_MAX
+
+#include "run_files.h"
+#include "support.h"
+// The run object comes after the files and variables of its tests.
+#include "ZORVELA.h"
+
+namespace {
+
+using support::addRow;
+using support::Output;
+using support::outputOf;
+using support::RunFiles;
+using support::tableOf;
+using testing::Eq;
+using testing::ExitedWithCode;
+
+const std::string kHeader = "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n";
+
+// All values are exact in single precision.
+GDB randomCoil() {
+  return tableOf(
+      "VARS RESNAME N HA C CA CB HN\nFORMAT %s %f %f %f %f %f %f\n"
+      "A 124 4.25 178 52.5 19 8.25\n"
+      "G 109 4 174 45 0 8.5\n"
+      "K 120.5 4.5 176.5 56.5 33 8\n"
+      "P 136.5 4.5 177 63.5 32 0\n");
+}
+
+}  // namespace
+
+// --- Lookups ------------------------------------------------------------------------------------
+
+class ReferenceShifts : public testing::Test {
+ protected:
+  ReferenceShifts() {
+    zorvela.rcTable = randomCoil();
+    addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "0.25"}});
+    addRow(zorvela.prevTable, {{"RESNAME", "A"}, {"CA", "0.5"}});
+    addRow(zorvela.nextTable, {{"RESNAME", "A"}, {"CA", "-1.5"}});
+  }
+
+  ZORVELA zorvela;
+};
+
+TEST_F(ReferenceShifts, EachLookupReadsItsOwnTable) {
+  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
+  EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
+  EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.5F);
+  EXPECT_EQ(zorvela.getNextRCadj("A", "CA"), -1.5F);
+}
+
+TEST_F(ReferenceShifts, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
+  EXPECT_EQ(zorvela.getRC("W", "CA"), 9999.0F);
+  EXPECT_EQ(zorvela.getRCadj("W", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getPrevRCadj("W", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getNextRCadj("W", "CA"), 0.0F);
+}
+
+TEST_F(ReferenceShifts, KnownResidueTypeWithoutTheAtomColumnIsZero) {
+  EXPECT_EQ(zorvela.getRC("A", "CG"), 0.0F);
+  EXPECT_EQ(zorvela.getRCadj("A", "N"), 0.0F);
+  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), 0.0F);
+  EXPECT_EQ(zorvela.getNextRCadj("A", "N"), 0.0F);
+}
+
+TEST_F(ReferenceShifts, EmptyResidueNameFindsNoRow) {
+  EXPECT_EQ(zorvela.getRCadj("", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getNextRCadj("", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getRC("", "CA"), 9999.0F);
+}
+
+TEST_F(ReferenceShifts, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {
+  zorvela.prevTable = tableOf("VARS CA\nFORMAT %f\n0.75\n0.5\n");
+  EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.75F);
+  EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.0F);
+}
+
+TEST_F(ReferenceShifts, ResidueNamesAreCaseSensitive) {
+  EXPECT_EQ(zorvela.getRC("a", "CA"), 9999.0F);
+}
+
+TEST_F(ReferenceShifts, FirstRowOfATypeWins) {
+  addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "7"}});
+  EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
+}
+
+TEST_F(ReferenceShifts, TextThatIsNoNumberIsZero) {
+  addRow(zorvela.rcTable, {{"RESNAME", "X"}, {"CA", "none"}, {"CB", ""}});
+  EXPECT_EQ(zorvela.getRC("X", "CA"), 0.0F);
+  EXPECT_EQ(zorvela.getRC("X", "CB"), 0.0F);
+}
+
+TEST_F(ReferenceShifts, EmptyTablesKnowNothing) {
+  ZORVELA empty;
+  EXPECT_EQ(empty.getRC("A", "CA"), 9999.0F);
+  EXPECT_EQ(empty.getRCadj("A", "CA"), 0.0F);
+}
+
+// --- Loading ------------------------------------------------------------------------------------
+
+TEST(ReferenceTables, InitPrintsExactlyFiveProgressLinesAndLoadsEveryTable) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  const Output output = outputOf([&] { zorvela.init(); });
+  EXPECT_EQ(output.out, files.progress());
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(zorvela.csTable.residNames.size(), 11U);
+  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
+  EXPECT_EQ(zorvela.getRCadj("P", "CA"), -0.25F);
+  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), -0.5F);
+  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), -2.0F);
+  EXPECT_EQ(zorvela.limitTable.getEntryCount(), 7);
+  EXPECT_EQ(zorvela.avgCis.size(), 19U);
+  EXPECT_EQ(zorvela.proSeqCis.size(), 5U);
+}
+
+TEST(ReferenceTables, ProgressLinesNameTheTablesInTheOrderOfReading) {
+  const RunFiles files;
+  const std::string tab = files.path() + "/tab/";
+  EXPECT_EQ(files.progress(), "Reading Random Coil Shifts from " + tab +
+                                  "randcoil.tab\n"
+                                  "Reading RC Adjustments from " +
+                                  tab +
+                                  "rcadj.tab\n"
+                                  "Reading Previous Residue RC Adjustments from " +
+                                  tab +
+                                  "rcprev.tab\n"
+                                  "Reading Next Residue RC Adjustments from " +
+                                  tab +
+                                  "rcnext.tab\n"
+                                  "Reading Secondary Shift Limits from " +
+                                  tab + "sslimit.tab\n");
+}
+
+TEST(ReferenceTables, MissingTableEndsTheRunBehindItsProgressLine) {
+  const RunFiles files;
+  const std::string adj = files.file("tab/rcadj.tab");
+  std::filesystem::remove(adj);
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0),
+      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
+         "\nReading RC Adjustments from " + adj + "\n\tCan't open file " + adj + " for reading\n"));
+}
+
+TEST(ReferenceTables, MissingDatabaseEndsTheRunBehindTheProgressLines) {
+  const RunFiles files;
+  const std::string database = files.file("tab/Pro.seq.tab");
+  std::filesystem::remove(database);
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0), Eq(files.progress() + "\tCan't open file " + database + " for reading\n"));
+}
+
+TEST(ReferenceTables, MissingInputEndsTheRunBeforeAnyProgressLine) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["in"] = files.file("no.tab");
+  zorvela.setArgs(args);
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0), Eq("\tCan't open file " + files.file("no.tab") + " for reading\n"));
+}
+
+TEST(ReferenceTables, NoneIsTheNameOfAFile) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["adj"] = "None";
+  zorvela.setArgs(args);
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0),
+      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
+         "\nReading RC Adjustments from None\n\tCan't open file None for reading\n"));
+}
+
+TEST(ReferenceTables, EmptyCorrectionTableMeansNoCorrection) {
+  const RunFiles files;
+  files.write("none.tab", "");
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["next"] = files.file("none.tab");
+  zorvela.setArgs(args);
+  outputOf([&] { zorvela.init(); });
+  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), 0.0F);
+}
+
+// --- Secondary shifts ---------------------------------------------------------------------------
+
+class ShiftAssembly : public testing::Test {
+ protected:
+  ShiftAssembly() { zorvela.rcTable = randomCoil(); }
+
+  // Assembles an input table with this sequence (and other DATA lines) and these rows.
+  Output assemble(const std::string& sequence, const std::string& rows) {
+    zorvela.csTable = tableOf("DATA SEQUENCE " + sequence + "\n" + kHeader + rows);
+    return outputOf([&] { zorvela.getResInfo(); });
+  }
+
+  GDB::Row resRow(int resid, const std::string& atom) const {
+    return zorvela.resTable.getEntry("RESID", std::to_string(resid), "ATOMNAME", atom, 1);
+  }
+  std::string shift(int resid, const std::string& atom) const {
+    return GDB::cell(resRow(resid, atom), "SHIFT");
+  }
+  void rangeAfter(int first, int last) {
+    zorvela.firstResid = first;
+    zorvela.lastResid = last;
+    outputOf([&] { zorvela.getResInfo(); });
+  }
+
+  ZORVELA zorvela;
+};
+
+TEST_F(ShiftAssembly, ResidueWithSixShiftsOfAKnownTypeHasSixRowsAndNoneMissing) {
+  const Output output = assemble("KAK",
+                                 "2 A N 123\n2 A HA 4.5\n2 A C 177\n2 A CA 52.75\n2 A CB 18\n2 A HN 8.5\n");
+  EXPECT_EQ(output.out, "");
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(zorvela.missingCount.at(2), 0);
+  EXPECT_EQ(shift(2, "N"), "-1");
+  EXPECT_EQ(shift(2, "HA"), "0.25");
+  EXPECT_EQ(shift(2, "C"), "-1");
+  EXPECT_EQ(shift(2, "CA"), "0.25");
+  EXPECT_EQ(shift(2, "CB"), "-1");
+  EXPECT_EQ(shift(2, "HN"), "0.25");
+}
+
+TEST_F(ShiftAssembly, ReferenceIsRandomCoilPlusThreeCorrections) {
+  zorvela.adjTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nA 1\nK 100\n");
+  zorvela.prevTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nK 0.5\nA 100\nP 100\n");
+  zorvela.nextTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nP 0.25\nA 100\nK 100\n");
+  assemble("KAP", "2 A CA 60\n");
+  // 52.5 + 1 (alanine) + 0.5 (after lysine) + 0.25 (before proline) = 54.25
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 54.25F);
+  EXPECT_EQ(shift(2, "CA"), "5.75");
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CB"), 19.0F);
+}
+
+TEST_F(ShiftAssembly, FirstAndLastResidueHaveNoNeighbourBeyond) {
+  zorvela.prevTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nA 0.5\n");
+  zorvela.nextTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nA 0.25\n");
+  assemble("AA", "1 A CA 52.5\n2 A CA 52.5\n");
+  EXPECT_EQ(zorvela.rcShifts.at(1).at("CA"), 52.75F) << "a next residue only";
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 53.0F) << "a previous residue only";
+}
+
+TEST_F(ShiftAssembly, RowsCountFromOneByResidueThenByAtom) {
+  assemble("KA", "2 A CA 52.5\n1 K HN 8\n");
+  ASSERT_EQ(zorvela.resTable.getEntryCount(), 12);
+  const std::vector<std::string> atoms = {"N", "HA", "C", "CA", "CB", "HN"};
+  int expected = 0;
+  for (const auto& [number, row] : zorvela.resTable.entries) {
+    EXPECT_EQ(number, expected + 1);
+    EXPECT_EQ(GDB::cell(row, "RESID"), expected < 6 ? "1" : "2");
+    EXPECT_EQ(GDB::cell(row, "RESNAME"), expected < 6 ? "K" : "A");
+    EXPECT_EQ(GDB::cell(row, "ATOMNAME"), atoms[static_cast<std::size_t>(expected % 6)]);
+    ++expected;
+  }
+  EXPECT_EQ(shift(1, "HN"), "0");
+  EXPECT_EQ(shift(1, "CA"), "9999");
+}
+
+TEST_F(ShiftAssembly, TableOfSecondaryShiftsKeepsHeaderAndOtherColumns) {
+  zorvela.csTable = tableOf(
+      "REMARK a remark\nDATA SEQUENCE KA\nVARS RESID RESNAME ATOMNAME SHIFT NOTE\n"
+      "FORMAT %4d %1s %4s %8.3f %s\n2 A CA 53 strong\n");
+  outputOf([&] { zorvela.getResInfo(); });
+  EXPECT_EQ(zorvela.resTable.remarks, std::vector<std::string>{"a remark"});
+  EXPECT_EQ(zorvela.resTable.columnCount, 5);
+  EXPECT_EQ(zorvela.resTable.columnFormats.size(), 5U);
+  EXPECT_EQ(zorvela.resTable.residNames.size(), 2U);
+  EXPECT_EQ(resRow(2, "CA").at("NOTE"), "strong");
+  EXPECT_EQ(resRow(2, "CA").at("SHIFT"), "0.5");
+  EXPECT_EQ(resRow(2, "CB").count("NOTE"), 0U);
+  EXPECT_EQ(zorvela.csTable.getEntryCount(), 1) << "the input stays";
+  EXPECT_EQ(zorvela.csTable.getEntry(1).at("SHIFT"), "53");
+}
+
+TEST_F(ShiftAssembly, MissingShiftsAreCounted) {
+  assemble("KA", "2 A CA 52.5\n2 A HB 1.4\n");
+  EXPECT_EQ(zorvela.missingCount.at(1), 6);
+  EXPECT_EQ(zorvela.missingCount.at(2), 5);
+  EXPECT_EQ(shift(2, "N"), "9999");
+}
+
+TEST_F(ShiftAssembly, ObservedShiftIsReadToSinglePrecisionBeforeTheReferenceIsSubtracted) {
+  // 176.123456 and 176.123 in single precision differ by 30 x 2^-16 = 0.000457764; in double by 0.000456.
+  zorvela.rcTable = tableOf("VARS RESNAME C\nFORMAT %s %f\nA 176.123\n");
+  assemble("A", "1 A C 176.123456\n");
+  EXPECT_EQ(shift(1, "C"), "0.000457764");
+}
+
+TEST_F(ShiftAssembly, ReferenceIsSummedInSinglePrecisionFromLeftToRight) {
+  // 3e-6 is less than half of the step of single precision at 100, so each sum stays at 100. The
+  // corrections alone would sum to 9e-6, more than one step.
+  zorvela.rcTable = tableOf("VARS RESNAME C\nFORMAT %s %f\nA 100\n");
+  zorvela.adjTable = tableOf("VARS RESNAME C\nFORMAT %s %f\nA 3e-6\n");
+  zorvela.prevTable = zorvela.adjTable;
+  zorvela.nextTable = zorvela.adjTable;
+  assemble("AAA", "2 A C 100\n");
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("C"), 100.0F);
+  EXPECT_EQ(shift(2, "C"), "0");
+}
+
+TEST_F(ShiftAssembly, UnknownTypeHasNoSecondaryShiftButMissesNothing) {
+  zorvela.adjTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nX -5\n");
+  assemble("KX", "2 X CA 50\n2 X CB 30\n");
+  EXPECT_EQ(shift(2, "CA"), "9999");
+  EXPECT_EQ(shift(2, "CB"), "9999");
+  EXPECT_EQ(zorvela.missingCount.at(2), 4);
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 9994.0F) << "kept as it is summed";
+}
+
+TEST_F(ShiftAssembly, ReferenceOf999IsUnknownAndJustBelowItIsNot) {
+  zorvela.rcTable = tableOf("VARS RESNAME CA CB\nFORMAT %s %f %f\nA 999 998.5\n");
+  assemble("A", "1 A CA 1000\n1 A CB 1000\n");
+  EXPECT_EQ(shift(1, "CA"), "9999");
+  EXPECT_EQ(shift(1, "CB"), "1.5");
+}
+
+TEST_F(ShiftAssembly, ObservedShiftIsNotTested) {
+  assemble("A", "1 A CA 9999\n");
+  EXPECT_EQ(shift(1, "CA"), "9946.5");
+  EXPECT_EQ(zorvela.missingCount.at(1), 5);
+}
+
+TEST_F(ShiftAssembly, KnownTypeWithoutTheAtomColumnHasTheObservedShift) {
+  zorvela.rcTable = tableOf("VARS RESNAME CA\nFORMAT %s %f\nA 52.5\n");
+  assemble("A", "1 A CB 19\n");
+  EXPECT_EQ(shift(1, "CB"), "19");
+}
+
+TEST_F(ShiftAssembly, FirstOfTwoRowsOfOneAtomIsUsed) {
+  assemble("A", "1 A CA 53.5\n1 A CA 60\n");
+  EXPECT_EQ(shift(1, "CA"), "1");
+  EXPECT_EQ(zorvela.resTable.getEntryCount(), 6);
+}
+
+TEST_F(ShiftAssembly, ResidWithLeadingZerosIsNoResidueButCountsInRangeAndNameCheck) {
+  const Output output = assemble("AAAAAAAA", "007 K CA 53.5\n2 A CA 52.5\n");
+  EXPECT_EQ(shift(7, "CA"), "9999");
+  EXPECT_EQ(zorvela.missingCount.at(7), 6);
+  EXPECT_EQ(zorvela.minResid, 2);
+  EXPECT_EQ(zorvela.maxResid, 8) << "7, and one further";
+  EXPECT_EQ(output.err,
+            "WARNING: Unmatched name for residue 7 between header (A) and chemical shift table (K)\n");
+}
+
+TEST_F(ShiftAssembly, ResidThatIsNotThePlainNumberIsNoResidue) {
+  assemble("AAA", "+2 A CA 53.5\n2.0 A CB 20\n2x A N 120\n");
+  EXPECT_EQ(zorvela.missingCount.at(2), 6);
+}
+
+TEST_F(ShiftAssembly, InputWithoutShiftColumnHasShiftsOfZero) {
+  zorvela.csTable = tableOf("DATA SEQUENCE A\nVARS RESID RESNAME ATOMNAME\nFORMAT %d %s %s\n1 A CA\n");
+  outputOf([&] { zorvela.getResInfo(); });
+  EXPECT_EQ(shift(1, "CA"), "-52.5");
+  EXPECT_EQ(zorvela.missingCount.at(1), 5);
+}
+
+TEST_F(ShiftAssembly, OddShiftsAreNumbersOfTheStandardLibrary) {
+  assemble("AAAA", "1 A CA inf\n2 A CA nan\n3 A CA 0x40\n4 A CA text\n");
+  EXPECT_EQ(shift(1, "CA"), "inf");
+  EXPECT_EQ(shift(2, "CA"), "nan");
+  EXPECT_EQ(shift(3, "CA"), "11.5") << "64 - 52.5";
+  EXPECT_EQ(shift(4, "CA"), "-52.5");
+}
+
+// --- Glycine ------------------------------------------------------------------------------------
+
+class GlycineAssembly : public ShiftAssembly {
+ protected:
+  GlycineAssembly() {
+    zorvela.rcTable = tableOf("VARS RESNAME HA\nFORMAT %s %f\nG 3.96\nA 4.25\n");
+  }
+  // The missing shifts beside HA are the other five.
+  int missingHA() const { return zorvela.missingCount.at(1) - 5; }
+};
+
+TEST_F(GlycineAssembly, BothAlphaProtonsGiveTheirMean) {
+  assemble("G", "1 G HA2 3.90\n1 G HA3 4.10\n");
+  EXPECT_EQ(shift(1, "HA"), "0.04");
+  EXPECT_EQ(missingHA(), 0);
+}
+
+TEST_F(GlycineAssembly, HA3AloneIsTaken) {
+  assemble("G", "1 G HA3 4.10\n");
+  EXPECT_EQ(shift(1, "HA"), "0.14");
+  EXPECT_EQ(missingHA(), 0);
+}
+
+TEST_F(GlycineAssembly, HA2AloneIsTaken) {
+  // 3.9 - 3.96 in single precision: -0.0599999427795...
+  assemble("G", "1 G HA2 3.90\n");
+  EXPECT_EQ(shift(1, "HA"), "-0.0599999");
+  EXPECT_EQ(missingHA(), 0);
+}
+
+TEST_F(GlycineAssembly, NeitherAlphaProtonStores9999MinusTheReferenceAndCountsOne) {
+  assemble("G", "1 G CA 45\n");
+  EXPECT_EQ(shift(1, "HA"), "9995.04");
+  EXPECT_EQ(zorvela.missingCount.at(1), 5) << "all but CA, HA once";
+}
+
+TEST_F(GlycineAssembly, RowNamedHAIsOverridden) {
+  assemble("G", "1 G HA 5\n1 G HA2 4.46\n");
+  EXPECT_EQ(shift(1, "HA"), "0.5");
+  EXPECT_EQ(missingHA(), 0);
+}
+
+TEST_F(GlycineAssembly, RowNamedHAAloneIsMissing) {
+  assemble("G", "1 G HA 5\n");
+  EXPECT_EQ(shift(1, "HA"), "9995.04");
+  EXPECT_EQ(missingHA(), 1);
+}
+
+TEST_F(GlycineAssembly, AlphaProtonOf999OrMoreIsAbsent) {
+  assemble("G", "1 G HA2 999\n1 G HA3 4.46\n");
+  EXPECT_EQ(shift(1, "HA"), "0.5");
+  assemble("G", "1 G HA2 9999\n1 G HA3 9999\n");
+  EXPECT_EQ(shift(1, "HA"), "9995.04");
+  EXPECT_EQ(missingHA(), 1);
+}
+
+TEST_F(GlycineAssembly, UnknownReferenceKeepsTheMeanItself) {
+  zorvela.rcTable = tableOf("VARS RESNAME HA\nFORMAT %s %f\nA 4.25\n");
+  assemble("G", "1 G HA2 3.75\n1 G HA3 4.25\n");
+  EXPECT_EQ(shift(1, "HA"), "4");
+  assemble("G", "1 G CA 45\n");
+  EXPECT_EQ(shift(1, "HA"), "9999");
+}
+
+TEST_F(GlycineAssembly, OtherResiduesDoNotUseHA2AndHA3) {
+  assemble("A", "1 A HA2 3.75\n1 A HA3 4.25\n");
+  EXPECT_EQ(shift(1, "HA"), "9999");
+  EXPECT_EQ(missingHA(), 1);
+}
+
+// --- Proline ------------------------------------------------------------------------------------
+
+TEST_F(ShiftAssembly, ProlineHasNoNitrogenAndNoAmideProtonEvenIfListed) {
+  assemble("AP", "2 P N 136\n2 P HN 8\n2 P HA 4.75\n2 P C 177\n2 P CA 63\n2 P CB 32\n");
+  EXPECT_EQ(shift(2, "N"), "9999");
+  EXPECT_EQ(shift(2, "HN"), "9999");
+  EXPECT_EQ(shift(2, "HA"), "0.25");
+  EXPECT_EQ(zorvela.missingCount.at(2), 0);
+}
+
+TEST_F(ShiftAssembly, ProlineWithoutAnAmideProtonRowMissesOne) {
+  assemble("AP", "2 P N 136\n2 P HA 4.75\n2 P C 177\n2 P CA 63\n2 P CB 32\n");
+  EXPECT_EQ(zorvela.missingCount.at(2), 1);
+}
+
+TEST_F(ShiftAssembly, ProlineCGIsTheObservedShift) {
+  assemble("APAP", "2 P CG 24.5\n");
+  EXPECT_EQ(zorvela.cgShifts, (std::map<int, float>{{2, 24.5F}, {4, 9999.0F}}));
+}
+
+TEST_F(ShiftAssembly, LowerCasePIsNoProline) {
+  zorvela.rcTable = tableOf("VARS RESNAME N\nFORMAT %s %f\np 136.5\n");
+  assemble("Ap", "2 p N 136\n2 p CG 24.5\n");
+  EXPECT_EQ(shift(2, "N"), "-0.5");
+  EXPECT_TRUE(zorvela.cgShifts.empty());
+}
+
+// --- Range and names ----------------------------------------------------------------------------
+
+TEST_F(ShiftAssembly, DefaultRangeBecomesThatOfTheShiftsAndOneFurther) {
+  assemble(std::string(76, 'A'), "5 A CA 52\n60 A CA 52\n");
+  EXPECT_EQ(zorvela.minResid, 5);
+  EXPECT_EQ(zorvela.maxResid, 61);
+  EXPECT_EQ(zorvela.firstResid, 5);
+  EXPECT_EQ(zorvela.lastResid, 61);
+  EXPECT_EQ(zorvela.seqLength, 76);
+}
+
+TEST_F(ShiftAssembly, RangeDoesNotReachPastTheSequence) {
+  assemble("AAAAA", "2 A CA 52\n5 A CA 52\n");
+  EXPECT_EQ(zorvela.maxResid, 5);
+  assemble("AAAAA", "2 A CA 52\n9 A CA 52\n");
+  EXPECT_EQ(zorvela.maxResid, 9) << "a stray row counts";
+}
+
+TEST_F(ShiftAssembly, FirstAboveLastIsSwapped) {
+  zorvela.csTable = tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader +
+                            "5 A CA 52\n60 A CA 52\n");
+  rangeAfter(50, 10);
+  EXPECT_EQ(zorvela.firstResid, 10);
+  EXPECT_EQ(zorvela.lastResid, 50);
+}
+
+TEST_F(ShiftAssembly, FirstAndLastAreBroughtIntoTheRange) {
+  zorvela.csTable = tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader +
+                            "5 A CA 52\n60 A CA 52\n");
+  const auto range = [&](int first, int last) {
+    rangeAfter(first, last);
+    return std::make_pair(zorvela.firstResid, zorvela.lastResid);
+  };
+  EXPECT_EQ(range(0, 0), std::make_pair(5, 5));
+  EXPECT_EQ(range(20, 3), std::make_pair(5, 20)) << "last goes up to 5, then the two are swapped";
+  EXPECT_EQ(range(100, 200), std::make_pair(61, 61));
+  EXPECT_EQ(range(100, 20), std::make_pair(20, 61)) << "first goes down to 61, then the two are swapped";
+  EXPECT_EQ(range(7, 7), std::make_pair(7, 7));
+  EXPECT_EQ(range(-50, INT_MAX), std::make_pair(5, 61));
+}
+
+TEST_F(ShiftAssembly, SmallestResidueNumberStartsAt999) {
+  assemble("AA", "1500 A CA 52\n");
+  EXPECT_EQ(zorvela.minResid, 999);
+  EXPECT_EQ(zorvela.maxResid, 1500);
+}
+
+TEST_F(ShiftAssembly, InputWithoutRowsHasAnEmptyRange) {
+  const Output output = assemble("AP", "");
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(zorvela.minResid, 999);
+  EXPECT_EQ(zorvela.maxResid, -998);
+  EXPECT_EQ(zorvela.firstResid, -998);
+  EXPECT_EQ(zorvela.lastResid, -998);
+  EXPECT_EQ(zorvela.missingCount.at(2), 6);
+}
+
+TEST_F(ShiftAssembly, InputWithoutSequenceWarnsForEachRowAndHasNoResidues) {
+  zorvela.csTable = tableOf(kHeader + "1 A CA 52\n1 A CB 19\n");
+  const Output output = outputOf([&] { zorvela.getResInfo(); });
+  const std::string warning =
+      "WARNING: Unmatched name for residue 1 between header () and chemical shift table (A)\n";
+  EXPECT_EQ(output.err, warning + warning);
+  EXPECT_EQ(zorvela.seqLength, 0);
+  EXPECT_EQ(zorvela.resTable.getEntryCount(), 0);
+}
+
+TEST_F(ShiftAssembly, RowOutsideTheSequenceWarnsWithAnEmptyHeaderName) {
+  const Output output = assemble("AA", "2 A CA 52\n30 K CA 56\n");
+  EXPECT_EQ(output.err,
+            "WARNING: Unmatched name for residue 30 between header () and chemical shift table (K)\n");
+  EXPECT_EQ(output.out, "");
+  EXPECT_EQ(zorvela.maxResid, 30);
+  EXPECT_EQ(zorvela.seqLength, 2) << "a look-up beyond the sequence makes it no longer";
+}
+
+TEST_F(ShiftAssembly, MismatchWarnsAndTheRowIsUsedWithTheHeadersReference) {
+  const Output output = assemble("AKA", "2 A CA 57.5\n");
+  EXPECT_EQ(output.err,
+            "WARNING: Unmatched name for residue 2 between header (K) and chemical shift table (A)\n");
+  EXPECT_EQ(shift(2, "CA"), "1") << "57.5 - 56.5 of lysine";
+  EXPECT_EQ(resRow(2, "CA").at("RESNAME"), "A") << "the row is a copy of the input row";
+}
+
+TEST_F(ShiftAssembly, NamesAreComparedExactly) {
+  const Output output = assemble("A", "1 a CA 52\n1 ALA CB 19\n");
+  EXPECT_EQ(output.err,
+            "WARNING: Unmatched name for residue 1 between header (A) and chemical shift table (a)\n"
+            "WARNING: Unmatched name for residue 1 between header (A) and chemical shift table (ALA)\n");
+}
+
+TEST_F(ShiftAssembly, StrayResidueNumbersCostNothing) {
+  const Output output = assemble("AP", "2000000000 A CA 52\n-2000000000 A CA 52\n99999999999 A CA 52\n");
+  EXPECT_EQ(zorvela.minResid, -2000000000);
+  EXPECT_EQ(zorvela.maxResid, 2000000000);
+  EXPECT_EQ(zorvela.resTable.getEntryCount(), 12);
+  // 99999999999 keeps its low 32 bits: 99999999999 - 23 x 2^32 = 1215752191.
+  EXPECT_NE(output.err.find("residue 1215752191 between"), std::string::npos);
+}
+
+TEST_F(ShiftAssembly, SequenceFromAnotherNumberIsCoveredWhereItOverlapsOneToItsLength) {
+  assemble("KAPAK\nDATA FIRST_RESID 3", "3 K CA 57.5\n5 P CA 64\n6 A CA 52\n");
+  // Residues 3 to 7; rows for 1 to 5.
+  EXPECT_EQ(zorvela.resTable.getEntryCount(), 30);
+  EXPECT_EQ(resRow(1, "CA").at("RESNAME"), "");
+  EXPECT_EQ(zorvela.missingCount.at(1), 6);
+  EXPECT_EQ(shift(3, "CA"), "1");
+  EXPECT_EQ(shift(5, "CA"), "0.5");
+  EXPECT_EQ(zorvela.missingCount.count(6), 0U);
+}
+
+TEST_F(ShiftAssembly, SecondCallRebuildsTheRows) {
+  assemble("KA", "2 A CA 53\n");
+  assemble("AK", "2 K CA 57\n");
+  EXPECT_EQ(zorvela.resTable.getEntryCount(), 12);
+  EXPECT_EQ(shift(2, "CA"), "0.5");
+  EXPECT_EQ(resRow(2, "CB").at("RESNAME"), "K");
+  // The range of the first call is the user's range of the second.
+  EXPECT_EQ(zorvela.lastResid, 2);
+}
+
+TEST_F(ShiftAssembly, RowNumbersBehindASecondFormatNeedNotStartAtOne) {
+  zorvela.csTable = tableOf("DATA SEQUENCE KA\n" + kHeader + "1 K CA 1\n2 A CA 1\nFORMAT %4d %1s %4s %8.3f\n" +
+                            "1 K CA 57\n2 A CA 53\n");
+  ASSERT_EQ(zorvela.csTable.entries.begin()->first, 3);
+  const Output output = outputOf([&] { zorvela.getResInfo(); });
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(zorvela.csTable.getEntryCount(), 2) << "no row was added by counting";
+  EXPECT_EQ(shift(1, "CA"), "0.5");
+  EXPECT_EQ(shift(2, "CA"), "0.5");
+}
+
+TEST_F(ShiftAssembly, HundredsOfResiduesInAnyOrderOfRows) {
+  // Rows from the last residue to the first; residue i has CA 52.5 + i / 8, which is exact.
+  std::string rows;
+  for (int i = 300; i >= 1; --i) rows += std::to_string(i) + " A CA " + std::to_string(52.5 + i / 8.0) + "\n";
+  const Output output = assemble(std::string(300, 'A'), rows);
+  EXPECT_EQ(output.err, "");
+  for (int i = 1; i <= 300; ++i) {
+    EXPECT_EQ(std::stod(shift(i, "CA")), i / 8.0);
+    EXPECT_EQ(zorvela.missingCount.at(i), 5);
+  }
+}
+
+// --- The check option ---------------------------------------------------------------------------
+
+TEST_F(ShiftAssembly, CheckOptionEndsTheRunAfterTheReportWithStatus255) {
+  zorvela.csTable = tableOf("DATA SEQUENCE AP\n" + kHeader + "1 A CA 52.5\n");
+  zorvela.checkShifts = true;
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.getResInfo();
+      },
+      ExitedWithCode(255), testing::ContainsRegex("outlier checking.*referencing checking"));
+}

@@ -18,7 +18,7 @@
 #include <utility>      // for std::pair
 #include <vector>       // for std::vector
 
-#include "Row.h"
+#include "Rows.h"
 
 /// Ends the process with an exit status. Every early end of a run goes through this pointer, so that
 /// a program which must outlive a bad file (the companion, the fuzzers) can put a function that
@@ -62,7 +62,7 @@ class GDB {
   /// A row: column name to cell text, ordered by name. A row need not hold every column.
   using Row = ::Row;
   /// Rows by number.
-  using Rows = PooledMap<int, Row>;
+  using Rows = ::Rows;
 
   /// An empty table.
   GDB() = default;

@@ -13,6 +13,7 @@
 #include <memory>            // for std::shared_ptr
 #include <stdexcept>         // for std::out_of_range
 #include <string>            // for std::string
+#include <string_view>       // for std::string_view
 #include <utility>           // for std::pair
 #include <vector>            // for std::vector
 
@@ -43,8 +44,9 @@ class Row {
   };
 
   Row() = default;
-  /// A row with these columns, all cells empty.
-  explicit Row(std::shared_ptr<Names> columns) : names(std::move(columns)), texts(names->size()) {}
+  /// A row with these columns and their cells.
+  Row(std::shared_ptr<Names> columns, const std::vector<std::string_view>& cells)
+      : names(std::move(columns)), texts(cells.begin(), cells.end()) {}
   Row(std::initializer_list<Map::value_type> cells) : Row(Map(cells)) {}
   Row(const Map& cells) {
     for (const auto& [name, text] : cells) (*this)[name] = text;
@@ -77,8 +79,33 @@ class Row {
     if (const std::string* text = find(name)) return const_cast<std::string&>(*text);
     return insert(name);
   }
-  /// The text of the i-th cell in the order of the names.
-  std::string& operator[](std::size_t i) { return texts[i]; }
+
+  /// Reads one column row after row. Rows of one file share their names, so that the cell's place is
+  /// looked up once.
+  class Column {
+   public:
+    explicit Column(const std::string& column) : name(column) {}
+    /// The text of the cell; empty text if the row lacks it.
+    const std::string& of(const Row& row) {
+      if (row.names.get() != names) {
+        names = row.names.get();
+        const std::string* text = row.find(name);
+        place = text ? static_cast<std::size_t>(text - row.texts.data()) : row.texts.size();
+      }
+      return place < row.texts.size() ? row.texts[place] : noText();
+    }
+
+   private:
+    std::string name;
+    const Names* names = nullptr;
+    std::size_t place = 0;
+  };
+
+  /// What a cell that a row lacks reads as.
+  static const std::string& noText() {
+    static const std::string empty;
+    return empty;
+  }
 
   friend bool operator==(const Row& a, const Row& b) {
     return a.texts == b.texts && (a.names == b.names || a.empty() || *a.names == *b.names);

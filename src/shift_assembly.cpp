@@ -18,11 +18,20 @@ const std::string kResname = "RESNAME";
 const std::string kAtomName = "ATOMNAME";
 const std::string kShift = "SHIFT";
 
-// The value of an atom in the row of a residue type; `absent` where the table has no such row.
-float typeValue(const GDB& table, const std::string& resName, const std::string& atomName, float absent) {
+// The row of a residue type in a reference table; nullptr if it has none.
+const GDB::Row* typeRow(const GDB& table, const std::string& resName) {
   const GDB::Row* row = table.findEntry(kResname, resName, 1);
-  return row && !row->empty() ? GDB::toFloat(GDB::cell(*row, atomName)) : absent;
+  return row && !row->empty() ? row : nullptr;
 }
+
+// The value of an atom in the row of a residue type (ppm); `absent` where there is no such row.
+float typeValue(const GDB::Row* row, const std::string& atomName, float absent) {
+  return row ? GDB::toFloat(GDB::cell(*row, atomName)) : absent;
+}
+
+// An unknown residue type has no random-coil shift; a correction that is unknown is none.
+constexpr float kNoRandomCoil = kMissingShift;
+constexpr float kNoCorrection = 0.0F;
 
 // What the four reference tables say of one atom in, after or before one residue type (ppm).
 struct TypeShifts {
@@ -35,21 +44,29 @@ struct TypeShifts {
 // Each residue type is looked up once in a run, however many residues of it there are.
 class ReferenceCache {
  public:
-  explicit ReferenceCache(ZORVELA& run) : zorvela(run) {}
+  explicit ReferenceCache(const ZORVELA& run) : zorvela(run) {}
 
   // One entry an atom, in the order of the atom names.
   const std::vector<TypeShifts>& of(const std::string& resName) {
     const auto [found, isNew] = types.try_emplace(resName);
-    if (isNew) {
-      for (const auto& [key, atom] : zorvela.atomNames)
-        found->second.push_back({zorvela.getRC(resName, atom), zorvela.getRCadj(resName, atom),
-                                 zorvela.getPrevRCadj(resName, atom), zorvela.getNextRCadj(resName, atom)});
-    }
+    if (isNew) found->second = lookUp(resName);
     return found->second;
   }
 
  private:
-  ZORVELA& zorvela;
+  std::vector<TypeShifts> lookUp(const std::string& resName) const {
+    const GDB::Row* randomCoil = typeRow(zorvela.rcTable, resName);
+    const GDB::Row* own = typeRow(zorvela.adjTable, resName);
+    const GDB::Row* previous = typeRow(zorvela.prevTable, resName);
+    const GDB::Row* next = typeRow(zorvela.nextTable, resName);
+    std::vector<TypeShifts> shifts;
+    for (const auto& [key, atom] : zorvela.atomNames)
+      shifts.push_back({typeValue(randomCoil, atom, kNoRandomCoil), typeValue(own, atom, kNoCorrection),
+                        typeValue(previous, atom, kNoCorrection), typeValue(next, atom, kNoCorrection)});
+    return shifts;
+  }
+
+  const ZORVELA& zorvela;
   std::unordered_map<std::string, std::vector<TypeShifts>> types;
 };
 
@@ -66,9 +83,12 @@ class InputRows {
 
   explicit InputRows(const GDB& table) {
     entries.reserve(table.entries.size());
+    Row::Column resids(kResid);
+    Row::Column atomNames(kAtomName);
+    Row::Column shifts(kShift);
     for (const auto& [number, row] : table.entries) {
-      const int resid = plainNumber(GDB::cell(row, kResid));
-      if (resid > 0) entries.push_back({resid, &row, &GDB::cell(row, kAtomName), &GDB::cell(row, kShift)});
+      const int resid = plainNumber(resids.of(row));
+      if (resid > 0) entries.push_back({resid, &row, &atomNames.of(row), &shifts.of(row)});
     }
     const auto byResidue = [](const Entry& a, const Entry& b) { return a.resid < b.resid; };
     const bool inOrder = std::is_sorted(entries.begin(), entries.end(), byResidue);
@@ -122,10 +142,18 @@ float glycineHA(const InputRows& input) {
   return kMissingShift;
 }
 
-// Proline has no amide proton, and its nitrogen, which carries none, is not used.
-bool isUnusedInProline(const std::string& atomName) {
-  return atomName == "HN" || atomName == "H" || atomName == "N";
-}
+// A backbone atom and the rules of its own.
+struct Atom {
+  explicit Atom(const std::string& atomName)
+      : name(atomName),
+        isAlphaProton(name == "HA"),
+        // Proline has no amide proton, and its nitrogen, which carries none, is not used.
+        isUnusedInProline(name == "HN" || name == "H" || name == "N") {}
+
+  std::string name;
+  bool isAlphaProton;
+  bool isUnusedInProline;
+};
 
 }  // namespace
 
@@ -146,18 +174,17 @@ void ZORVELA::init() {
   getProSeqOccurence(proSeqName);
 }
 
-// An unknown residue type has no random-coil shift; a correction that is unknown is none.
 float ZORVELA::getRC(const std::string& resName, const std::string& atomName) {
-  return typeValue(rcTable, resName, atomName, kMissingShift);
+  return typeValue(typeRow(rcTable, resName), atomName, kNoRandomCoil);
 }
 float ZORVELA::getRCadj(const std::string& resName, const std::string& atomName) {
-  return typeValue(adjTable, resName, atomName, 0.0F);
+  return typeValue(typeRow(adjTable, resName), atomName, kNoCorrection);
 }
 float ZORVELA::getPrevRCadj(const std::string& resName, const std::string& atomName) {
-  return typeValue(prevTable, resName, atomName, 0.0F);
+  return typeValue(typeRow(prevTable, resName), atomName, kNoCorrection);
 }
 float ZORVELA::getNextRCadj(const std::string& resName, const std::string& atomName) {
-  return typeValue(nextTable, resName, atomName, 0.0F);
+  return typeValue(typeRow(nextTable, resName), atomName, kNoCorrection);
 }
 
 // --- Residues -----------------------------------------------------------------------------------
@@ -189,13 +216,15 @@ void ZORVELA::checkSequence() {
   maxResid = -999;
   int namedResid = 0;
   const std::string* headerName = nullptr;  // of namedResid: rows of one residue stand together
+  Row::Column resids(kResid);
+  Row::Column names(kResname);
   for (const auto& [number, row] : csTable.entries) {
-    const int resid = GDB::toInt(GDB::cell(row, kResid));
+    const int resid = GDB::toInt(resids.of(row));
     minResid = std::min(minResid, resid);
     maxResid = std::max(maxResid, resid);
     if (!headerName || resid != namedResid) headerName = &resNames[resid];
     namedResid = resid;
-    const std::string& rowName = GDB::cell(row, kResname);
+    const std::string& rowName = names.of(row);
     if (rowName != *headerName)
       std::cerr << "WARNING: Unmatched name for residue " << resid << " between header (" << *headerName
                 << ") and chemical shift table (" << rowName << ")" << std::endl;
@@ -216,23 +245,26 @@ void ZORVELA::clampRange() {
 void ZORVELA::assembleResidues() {
   InputRows input(csTable);
   ReferenceCache references(*this);
+  std::vector<Atom> atoms;
+  for (const auto& [key, name] : atomNames) atoms.emplace_back(name);
   for (int resid = 1; resid <= seqLength; ++resid) {
     input.moveTo(resid);
     const std::string& name = resNames[resid];
+    const bool isGlycine = name == kGlycine;
+    const bool isProline = name == kProline;
     const std::vector<TypeShifts>& own = references.of(name);
     const std::vector<TypeShifts>& prev = references.of(resNames[resid - 1]);
     const std::vector<TypeShifts>& next = references.of(resNames[resid + 1]);
     PooledMap<std::string, float>& reference = rcShifts[resid];
     int missing = 0;
-    std::size_t k = 0;
-    for (const auto& [key, atom] : atomNames) {
+    for (std::size_t k = 0; k < atoms.size(); ++k) {
+      const Atom& atom = atoms[k];
       const float ref = own[k].randomCoil + own[k].own + prev[k].asPrevious + next[k].asNext;
-      reference[atom] = ref;
-      ++k;
+      reference[atom.name] = ref;
 
-      const InputRows::Entry* observed = input.find(atom);
+      const InputRows::Entry* observed = input.find(atom.name);
       float shift = kMissingShift;
-      if (name == kGlycine && atom == kAlphaProton) {
+      if (isGlycine && atom.isAlphaProton) {
         shift = glycineHA(input);
         if (shift == kMissingShift) ++missing;
         if (ref < kMissingBound) shift -= ref;
@@ -241,11 +273,11 @@ void ZORVELA::assembleResidues() {
       } else if (!(ref >= kMissingBound)) {
         shift = GDB::toFloat(*observed->shift) - ref;
       }
-      if (name == kProline && isUnusedInProline(atom)) shift = kMissingShift;
-      addResRow(observed ? observed->row : nullptr, resid, name, atom)[kShift] = shiftText(shift);
+      if (isProline && atom.isUnusedInProline) shift = kMissingShift;
+      addResRow(observed ? observed->row : nullptr, resid, name, atom.name)[kShift] = shiftText(shift);
     }
     missingCount[resid] = missing;
-    if (name == kProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);
+    if (isProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);
   }
 }
 
@@ -254,9 +286,7 @@ GDB::Row& ZORVELA::addResRow(const GDB::Row* observed, int resid, const std::str
                              const std::string& atom) {
   static const GDB::Row unobserved = {{kResid, ""}, {kResname, ""}, {kAtomName, ""}, {kShift, ""}};
   const int number = resTable.getEntryCount() + 1;
-  GDB::Row& row =
-      resTable.entries.emplace_hint(resTable.entries.end(), number, observed ? *observed : unobserved)
-          ->second;
+  GDB::Row& row = resTable.entries.append(number, observed ? *observed : unobserved);
   if (!observed) {
     row[kResid] = itoa(resid, numBuffer, 10);
     row[kResname] = name;

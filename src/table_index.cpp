@@ -9,13 +9,11 @@ namespace {
 // Up to this many rows a scan is as fast as an index and needs no memory.
 constexpr std::size_t kScanLimit = 16;
 
-const std::string kNoText;
-
 }  // namespace
 
 const std::string& GDB::cell(const Row& row, const std::string& col) {
   const std::string* text = row.find(col);
-  return text ? *text : kNoText;
+  return text ? *text : Row::noText();
 }
 
 const GDB::Row* GDB::findEntry(const std::string& col, const std::string& value, int n) const {
@@ -51,9 +49,10 @@ std::vector<const GDB::Row*> GDB::findEntries(const std::string& col, const std:
 // Shows the rows whose cell `col` is `value` to `visit`, in row order, for as long as that returns true.
 template <class Visit>
 void GDB::visitMatches(const std::string& col, const std::string& value, Visit visit) const {
+  Row::Column column(col);
   if (entries.size() <= kScanLimit) {
     for (const auto& [number, row] : entries)
-      if (cell(row, col) == value && !visit(row)) return;
+      if (column.of(row) == value && !visit(row)) return;
     return;
   }
   const std::vector<RowIndex::Run>& runs = indexOf(col).runs;
@@ -63,7 +62,7 @@ void GDB::visitMatches(const std::string& col, const std::string& value, Visit v
   for (; run != runs.end() && run->hash == hash; ++run) {
     auto at = entries.lower_bound(run->firstRow);
     for (; at != entries.end() && at->first <= run->lastRow; ++at)
-      if (cell(at->second, col) == value && !visit(at->second)) return;
+      if (column.of(at->second) == value && !visit(at->second)) return;
   }
 }
 
@@ -73,8 +72,9 @@ const RowIndex::Column& GDB::indexOf(const std::string& col) const {
   column.rowCount = entries.size();
   std::vector<RowIndex::Run>& runs = column.runs;
   runs.clear();
+  Row::Column cells(col);
   for (const auto& [number, row] : entries) {
-    const std::size_t hash = std::hash<std::string>{}(cell(row, col));
+    const std::size_t hash = std::hash<std::string>{}(cells.of(row));
     if (runs.empty() || runs.back().hash != hash)
       runs.push_back({hash, number, number});
     else

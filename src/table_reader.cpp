@@ -45,6 +45,7 @@ struct GDB::ReadState {
   // The names that the rows share, and for each of them the index of its word in the line.
   std::shared_ptr<Row::Names> names;
   std::vector<std::size_t> wordOfName;
+  std::vector<std::string_view> cells;
 };
 
 void GDB::loadGDB(const std::string& file) {
@@ -74,12 +75,13 @@ void GDB::readLine(const std::string& line, ReadState& state) {
 }
 
 void GDB::storeRow(ReadState& state) {
-  Row& row = entries.try_emplace(entries.end(), state.nextRow++)->second;
-  const bool isNew = row.empty();
-  if (isNew) row = Row(state.names);
-  for (std::size_t i = 0; i < state.wordOfName.size(); ++i) {
-    std::string& text = isNew ? row[i] : row[(*state.names)[i]];
-    text = state.words[state.wordOfName[i]];
+  state.cells.clear();
+  for (const std::size_t word : state.wordOfName) state.cells.push_back(state.words[word]);
+  Row& row = entries[state.nextRow++];
+  if (row.empty()) {
+    row = Row(state.names, state.cells);
+  } else {
+    for (std::size_t i = 0; i < state.cells.size(); ++i) row[(*state.names)[i]] = state.cells[i];
   }
 }
 
@@ -98,6 +100,8 @@ void GDB::nameRows(ReadState& state) const {
 // The text of a remark or pair starts one character after the keyword, whatever that character is; a
 // line that ends with the keyword is an error of the string library.
 void GDB::readKeyword(const std::string& line, std::string_view word, ReadState& state) {
+  const bool startsLikeKeyword = word[0] >= 'A' && word[0] <= 'Z';  // a row starts with a number, mostly
+  if (!startsLikeKeyword) return;
   if (word == kRemark) {
     remarks.push_back(line.substr(kRemark.size() + 1));
   } else if (word == kData) {

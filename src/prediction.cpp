@@ -1,6 +1,6 @@
 // Proline databases, triplets, the probability of cis, and how it is printed and saved.
 #include <cmath>     // for std::exp
-#include <cstdio>    // for std::printf, std::puts
+#include <cstdio>    // for std::printf, std::puts, std::fflush
 #include <iostream>  // for std::cout
 
 #include "ZORVELA.h"
@@ -229,4 +229,5 @@ void ZORVELA::printListing(const GDB& table) {
                 resid - 1, kProline.c_str(), resid, GDB::cell(row, "RESNAME_NEXT").c_str(), resid + 1, pCis,
                 pCisNorm);
   }
+  std::fflush(stdout);  // the table may go to the same pipe, and stands behind the listing there
 }

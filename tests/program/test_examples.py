@@ -1,0 +1,64 @@
+"""The two proteins that come with the program, run from the repository's root as the README says."""
+
+import os
+
+import expected
+from support import ROOT, ProgramTest
+
+
+class Examples(ProgramTest):
+    def read_from_root(self, name):
+        with open(os.path.join(ROOT, name), "rb") as file:
+            return file.read().decode("latin-1")
+
+    def compare(self, name, options, kind, status=0):
+        result = self.run_program("-in", "examples/" + name + ".tab", "-sum", self.path("pred.tab"), *options,
+                                  directory=ROOT)
+        self.assertEqual(result.stderr, "")
+        self.assertEqual(result.stdout, self.read_from_root(kind + ".out"))
+        self.assertEqual(result.status, status)
+        if status == 0:
+            self.assertEqual(self.read("pred.tab"), self.read_from_root(kind + ".pred.tab"))
+        else:
+            self.assertEqual(self.files(), set())
+
+    def test_ubiquitin(self):
+        self.compare("ubiquitin", [], "examples/ubiquitin")
+
+    def test_nuclease(self):
+        self.compare("nuclease", [], "examples/nuclease")
+
+    def test_ubiquitin_without_clipping(self):
+        self.compare("ubiquitin", ["-noclip"], expected.HERE + "/ubiquitin.noclip")
+
+    def test_nuclease_without_clipping(self):
+        self.compare("nuclease", ["-noclip"], expected.HERE + "/nuclease.noclip")
+
+    def test_ubiquitin_check_report(self):
+        self.compare("ubiquitin", ["-check"], expected.HERE + "/ubiquitin.check", 255)
+
+    def test_nuclease_check_report(self):
+        self.compare("nuclease", ["-check"], expected.HERE + "/nuclease.check", 255)
+
+    def test_default_table_is_pred_tab_in_the_current_directory(self):
+        result = self.run_program("-in", os.path.join(ROOT, "examples/ubiquitin.tab"),
+                                  environment={"ZORVELA_DIR": ROOT})
+        self.assertEqual(result.status, 0)
+        self.assertEqual(self.files(), {"pred.tab"})
+        self.assertEqual(self.read("pred.tab"), self.read_from_root("examples/ubiquitin.pred.tab"))
+
+    def test_ubiquitin_lists_its_prolines(self):
+        lines = self.read_from_root("examples/ubiquitin.out").split("\n")
+        self.assertEqual([line.split()[1] for line in lines if line.startswith("   ")], ["P19", "P37", "P38"])
+
+    def test_nuclease_proline_117_is_the_one_that_looks_cis(self):
+        listed = {line.split()[1]: float(line.split()[3])
+                  for line in self.read_from_root("examples/nuclease.out").split("\n") if line.startswith("   ")}
+        self.assertEqual(sorted(listed), ["P11", "P117", "P31", "P42", "P47"])
+        self.assertEqual(max(listed, key=listed.get), "P117")
+        self.assertGreater(listed["P117"], 0.8)
+
+    def test_expected_files_are_up_to_date(self):
+        for name, text in expected.expected_files().items():
+            self.assertEqual(self.read_from_root(name), text,
+                             name + " is older than tab/: run python3 tests/program/expected.py")

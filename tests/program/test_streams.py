@@ -1,0 +1,156 @@
+"""Which stream takes what, in which order, and what happens when a stream or the output file takes nothing."""
+
+import os
+import signal
+import subprocess
+
+from reference import TIME_LINE
+from support import LISTING_HEAD, TABLE_HEAD, ProgramTest, coil_shifts, mask, progress, protein
+
+HEAD = progress() + "Analyzing in.tab:\n"
+LISTING = LISTING_HEAD + "   A1   P2   G3   0.500  0.050 \n"
+WARNING = "WARNING: Unmatched name for residue 4 between header (A) and chemical shift table (K)\n"
+TABLE = TABLE_HEAD + " 2 A P G  6  5  5 9999.000    0.500    0.050 \n"
+
+
+class Streams(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.write_tables()
+        # The rows of residue 4 call it K: one warning for each.
+        rows = coil_shifts("APGA")
+        rows = [row for row in rows if row[0] < 4] + [(4, "K", "CA", "55.000"), (4, "K", "CB", "35.000")]
+        self.write("in.tab", protein("APGA", rows))
+
+
+class Order(Streams):
+    def both(self, *arguments):
+        """Standard output and standard error on one pipe."""
+        result = self.run_program(*arguments, stderr=subprocess.STDOUT)
+        return mask(result.stdout)
+
+    def test_warnings_stand_between_the_analyzing_line_and_the_listing(self):
+        self.assertEqual(self.both("-in", "in.tab"), HEAD + WARNING * 2 + LISTING + TIME_LINE)
+
+    def test_each_stream_on_its_own(self):
+        self.expect(["-in", "in.tab"], HEAD + LISTING + TIME_LINE, WARNING * 2, written={"pred.tab": TABLE})
+
+    def test_warnings_stand_before_the_check_report(self):
+        text = self.both("-in", "in.tab", "-check")
+        self.assertTrue(text.startswith(HEAD + WARNING * 2 + "\nChemical shift outlier checking...\n"
+                                        "\nChemical shift referencing checking...\n  Estimated CA"), text)
+
+    def test_a_table_that_cannot_be_read_is_told_behind_its_progress_line(self):
+        os.remove(self.path("tab/rcprev.tab"))
+        self.assertEqual(self.both("-in", "in.tab"), "".join(progress().splitlines(keepends=True)[:3])
+                         + "\tCan't open file ./tab/rcprev.tab for reading\n")
+
+    def test_a_bad_format_is_told_behind_its_progress_line(self):
+        self.write("tab/sslimit.tab", "VARS RESNAME\nFORMAT %x\n")
+        self.assertEqual(self.both("-in", "in.tab"), progress() + "\tBad format syntax '%x'\n")
+
+    def test_an_output_file_that_cannot_be_written_is_told_behind_the_listing(self):
+        self.assertEqual(self.both("-in", "in.tab", "-sum", "no/pred.tab"), HEAD + WARNING * 2 + LISTING
+                         + "\tCan't save file no/pred.tab\n" + TIME_LINE)
+
+    def test_the_running_time_is_a_number_of_seconds(self):
+        raw = subprocess.run([os.environ["ZORVELA_PROGRAM"], "-in", "in.tab"], cwd=self.directory, check=True,
+                             capture_output=True, env=self.environment()).stdout.decode().split("\n")[-2]
+        self.assertRegex(raw, r"^ Running time: [0-9.e-]+ seconds$")
+        seconds = float(raw.split()[2])
+        self.assertEqual("%g" % seconds, raw.split()[2])
+        self.assertGreaterEqual(seconds, 0)
+        self.assertLess(seconds, 10)
+
+
+class Unwritable(Streams):
+    def expect_unsaved(self, name):
+        self.expect(["-in", "in.tab", "-sum", name], HEAD + LISTING + TIME_LINE,
+                    WARNING * 2 + "\tCan't save file " + name + "\n")
+
+    def test_a_folder_that_is_not_there(self):
+        self.expect_unsaved("nowhere/pred.tab")
+
+    def test_a_folder(self):
+        self.expect_unsaved("tab")
+        self.expect_unsaved(".")
+
+    def test_a_path_through_a_file(self):
+        self.expect_unsaved("in.tab/pred.tab")
+
+    def test_a_name_that_is_too_long(self):
+        self.expect_unsaved("x" * 5000)
+
+    def test_a_full_device(self):
+        for option in ("-sum", "-out"):
+            with self.subTest(option):
+                self.expect(["-in", "in.tab", option, "/dev/full"], HEAD + LISTING + TIME_LINE, WARNING * 2)
+
+    def test_nowhere(self):
+        self.expect(["-in", "in.tab", "-out", "/dev/null"], HEAD + LISTING + TIME_LINE, WARNING * 2)
+
+    def test_standard_output(self):
+        self.expect(["-in", "in.tab", "-out", "/dev/stdout"], HEAD + LISTING + TABLE + TIME_LINE, WARNING * 2)
+
+
+class BrokenStreams(Streams):
+    """The table is written whatever becomes of the listing."""
+
+    def finish(self, status=0, stderr=WARNING * 2, **streams):
+        result = self.run_program("-in", "in.tab", **streams)
+        self.assertEqual((result.stderr, result.status), (stderr, status))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+        self.assertEqual(self.read("in.tab").count("SEQUENCE"), 1)
+        return result
+
+    def test_standard_output_full(self):
+        with open("/dev/full", "wb") as full:
+            self.finish(stdout=full)
+
+    def test_standard_error_full(self):
+        with open("/dev/full", "wb") as full:
+            result = self.run_program("-in", "in.tab", stderr=full)
+        self.assertEqual((result.stdout, result.status), (HEAD + LISTING + TIME_LINE, 0))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def shell(self, redirection):
+        return subprocess.run(["/bin/sh", "-c", '"$0" -in in.tab ' + redirection, os.environ["ZORVELA_PROGRAM"]],
+                              cwd=self.directory, env=self.environment(), capture_output=True, timeout=100, check=False)
+
+    def test_standard_output_closed(self):
+        done = self.shell(">&-")
+        self.assertEqual((done.stdout, done.stderr.decode(), done.returncode), (b"", WARNING * 2, 0))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def test_standard_output_and_error_closed(self):
+        done = self.shell(">&- 2>&-")
+        self.assertEqual((done.stdout, done.stderr, done.returncode), (b"", b"", 0))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def test_all_streams_closed(self):
+        done = self.shell("<&- >&- 2>&-")
+        self.assertEqual((done.stdout, done.stderr, done.returncode), (b"", b"", 0))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def test_standard_error_closed(self):
+        done = self.shell("2>&-")
+        self.assertEqual((mask(done.stdout.decode()), done.returncode), (HEAD + LISTING + TIME_LINE, 0))
+        self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def test_a_pipe_that_is_read_no_more(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        result = self.run_program("-in", "in.tab", stdout=writer)
+        os.close(writer)
+        self.assertEqual(result.status, -signal.SIGPIPE)
+
+    def test_a_pipe_that_is_read_no_more_and_the_signal_ignored(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        # Python itself ignores the signal; the child inherits that unless it is put back.
+        self.finish(stdout=writer, restore_signals=False)
+        os.close(writer)
+
+    def test_head(self):
+        done = self.shell("2>&1 | head -1")
+        self.assertEqual((done.stdout.decode(), done.stderr), (HEAD.split("\n")[0] + "\n", b""))

@@ -1,0 +1,65 @@
+// The sub-command `train`: the seven reference tables from proteins with known prolines.
+#include <iostream>  // for std::cout
+#include <memory>    // for std::make_shared
+#include <string>    // for std::string
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "labelled_prolines.h"
+#include "table_training.h"
+
+namespace kit {
+
+namespace {
+
+struct TrainSettings {
+  std::string entries;
+  std::string labels;
+  PublishedData published;
+  std::string output;
+  TrainingChoices choices;
+};
+
+void train(const TrainSettings& settings) {
+  ReferenceTables tables = publishedTables(settings.published);
+  ZORVELA run;
+  useTables(tables, run);
+  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);
+  trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
+              std::vector<bool>(data.windows.size(), true), settings.choices);
+  writeTables(tables, settings.output);
+  std::cout << "Seven tables written to " << settings.output << std::endl;
+}
+
+}  // namespace
+
+void addTrain(CLI::App& app) {
+  auto settings = std::make_shared<TrainSettings>();
+  CLI::App* command =
+      app.add_subcommand("train", "Make the seven reference tables from proteins with known prolines");
+  command->add_option("--entries", settings->entries, "folder of shift tables, one NAME.tab for each entry")
+      ->required();
+  command
+      ->add_option("--labels", settings->labels,
+                   "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster")
+      ->required();
+  command
+      ->add_option("--neighbours", settings->published.neighbours,
+                   "CSV of counts: resname, cis_prev, cis_next, trans_prev, trans_next")
+      ->required();
+  command
+      ->add_option("--random-coil", settings->published.randomCoil,
+                   "CSV of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)")
+      ->required();
+  command
+      ->add_option("--neighbour-effects", settings->published.neighbourEffects,
+                   "CSV of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)")
+      ->required();
+  command->add_option("--output", settings->output, "folder for the tables; made if it is not there")
+      ->required();
+  addTrainingOptions(*command, settings->choices);
+  command->callback([settings] { train(*settings); });
+}
+
+}  // namespace kit

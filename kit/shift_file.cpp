@@ -1,0 +1,107 @@
+// Any shift file as proteins: tells the format by content and hands over to the reader for it.
+#include "shift_file.h"
+
+#include <algorithm>  // for std::min, std::replace
+#include <utility>    // for std::move
+
+#include "common.h"
+#include "input_bytes.h"
+#include "make_proteins.h"
+#include "readers.h"
+#include "star_document.h"
+#include "text.h"
+
+namespace kit {
+
+namespace {
+
+constexpr const char* kFormatRemedy =
+    "give NMR-STAR, NEF, text with a header line (resid,resname,atom,shift) or the program's shift table";
+
+struct Signature {
+  std::string_view start;
+  const char* what;
+};
+
+// Files that people give by mistake, by how they begin.
+constexpr Signature kForeignFiles[] = {
+    {"PK\x03\x04", "a zip archive or spreadsheet (xlsx, ods); save the sheet as CSV"},
+    {"\xD0\xCF\x11\xE0", "a spreadsheet (xls); save the sheet as CSV"},
+    {"%PDF", "a PDF file"},
+    {"\xFF\xFE", "text in UTF-16; save it as UTF-8"},
+    {"\xFE\xFF", "text in UTF-16; save it as UTF-8"},
+    {"BZh", "packed with bzip2; unpack it first"},
+    {"\xFD"
+     "7zXZ",
+     "packed with xz; unpack it first"},
+    {"{", "a JSON file"},
+    {"<", "an HTML or XML file, perhaps the error page of a web server"},
+    {"HEADER ", "a PDB coordinate file"},
+    {"ATOM  ", "a PDB coordinate file"},
+    {">", "a FASTA sequence"},
+};
+
+void checkForeign(std::string_view bytes, const std::string& name) {
+  for (const Signature& signature : kForeignFiles)
+    if (bytes.substr(0, signature.start.size()) == signature.start)
+      throw UserError(name, 0, std::string("is no shift file but ") + signature.what, kFormatRemedy);
+  if (bytes.find('\0') != std::string_view::npos) throw UserError(name, 0, "is no text file", kFormatRemedy);
+}
+
+/// Drops a byte order mark, and turns the lone CR of old Macintosh files into LF.
+void normalise(std::string& text) {
+  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  if (text.find('\n') == std::string::npos) std::replace(text.begin(), text.end(), '\r', '\n');
+}
+
+/// The first word outside comments; empty if there is none.
+std::string firstWord(std::string_view text) {
+  constexpr std::size_t kMost = 80;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    const std::string_view core = trimmed(*line);
+    if (core.empty() || core.front() == '#') continue;
+    return lower(core.substr(0, std::min(core.find_first_of(" \t"), kMost)));
+  }
+  return {};
+}
+
+bool isStar(std::string_view text) {
+  const std::string word = firstWord(text);
+  for (const std::string_view start : {"data_", "save_", "loop_", "global_", "_"})
+    if (word.rfind(start, 0) == 0) return true;
+  return false;
+}
+
+ShiftFile readAnyStar(std::string_view text, const std::string& file) {
+  const gemmi::cif::Document document = parseStar(text, inputName(file));
+  return isNef(document) ? readNef(document, file) : readStar(document, file);
+}
+
+/// A table is one chain without a name.
+std::vector<Protein> readTableAlone(std::string_view text, const std::string& file,
+                                    const ImportOptions& options) {
+  if (!options.chains.empty() || !options.lists.empty())
+    throw UserError(inputName(file), 0, "is a shift table, with one chain and one list",
+                    "leave out --chain and --list for it");
+  return {readTable(text, file)};
+}
+
+}  // namespace
+
+std::vector<Protein> readShiftFile(const std::string& path, const ImportOptions& options) {
+  return readShiftBytes(readBytes(path), path, options);
+}
+
+std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
+                                    const ImportOptions& options) {
+  checkForeign(bytes, inputName(file));
+  normalise(bytes);
+  if (trimmed(bytes).empty())
+    throw UserError(inputName(file), 0, "is empty", "give a file with chemical shifts");
+  // A table first: it may begin with remarks of any kind.
+  if (!isStar(bytes) && isTable(bytes)) return readTableAlone(bytes, file, options);
+  ShiftFile shifts = isStar(bytes) ? readAnyStar(bytes, file) : readCsv(bytes, file);
+  return makeProteins(std::move(shifts), file, options);
+}
+
+}  // namespace kit

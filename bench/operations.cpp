@@ -1,0 +1,158 @@
+// Benchmarks of the operations that a run spends its time in, each beside the plain way of doing it.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>   // for std::snprintf
+#include <cstdlib>  // for std::strtod
+#include <fstream>  // for std::ofstream
+#include <map>      // for std::map
+#include <string>   // for std::string
+#include <vector>   // for std::vector
+
+#include "ZORVELA.h"
+
+namespace {
+
+const std::string kTypes = "ACDEFGHIKLMNQRSTVWYP";
+const std::vector<std::string> kAtoms = {"N", "HN", "HA", "C", "CA", "CB", "HB"};
+
+// A protein with seven rows a residue, a proline in every 20.
+GDB madeProtein(int residues) {
+  GDB table;
+  table.presetClass("KIVRA_SHIFT");
+  for (int resid = 1; resid <= residues; ++resid) {
+    const std::string name(1, kTypes[static_cast<std::size_t>(resid - 1) % kTypes.size()]);
+    table.residNames[resid] = name;
+    for (const std::string& atom : kAtoms) {
+      table.addEntry("RESID", std::to_string(resid));
+      const int row = table.getEntryCount();
+      table.setEntry(row, "RESNAME", name);
+      table.setEntry(row, "ATOMNAME", atom);
+      table.setEntry(row, "SHIFT", std::to_string(50 + row % 100) + "." + std::to_string(100 + row % 900));
+    }
+  }
+  return table;
+}
+
+// --- Finding rows -------------------------------------------------------------------------------
+
+void searchByIndex(benchmark::State& state) {
+  const int residues = static_cast<int>(state.range(0));
+  const GDB table = madeProtein(residues);
+  int resid = 0;
+  for (auto _ : state) {
+    resid = resid % residues + 1;
+    benchmark::DoNotOptimize(table.findEntry("RESID", std::to_string(resid), "ATOMNAME", "CB", 1));
+  }
+}
+BENCHMARK(searchByIndex)->RangeMultiplier(10)->Range(50, 50000);
+
+void searchByWalk(benchmark::State& state) {
+  const int residues = static_cast<int>(state.range(0));
+  const GDB table = madeProtein(residues);
+  int resid = 0;
+  for (auto _ : state) {
+    resid = resid % residues + 1;
+    const std::string wanted = std::to_string(resid);
+    const GDB::Row* found = nullptr;
+    for (const auto& [number, row] : table.entries) {
+      if (GDB::cell(row, "RESID") != wanted || GDB::cell(row, "ATOMNAME") != "CB") continue;
+      found = &row;
+      break;
+    }
+    benchmark::DoNotOptimize(found);
+  }
+}
+BENCHMARK(searchByWalk)->RangeMultiplier(10)->Range(50, 50000);
+
+// --- Rows ---------------------------------------------------------------------------------------
+
+void copyRows(benchmark::State& state) {
+  const GDB table = madeProtein(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    GDB::Rows copy = table.entries;
+    benchmark::DoNotOptimize(copy);
+  }
+}
+BENCHMARK(copyRows)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMillisecond);
+
+void copyRowsAsMaps(benchmark::State& state) {
+  const GDB table = madeProtein(static_cast<int>(state.range(0)));
+  std::map<int, std::map<std::string, std::string>> rows;
+  for (const auto& [number, row] : table.entries) rows.emplace(number, row);
+  for (auto _ : state) {
+    auto copy = rows;
+    benchmark::DoNotOptimize(copy);
+  }
+}
+BENCHMARK(copyRowsAsMaps)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMillisecond);
+
+// --- Numbers ------------------------------------------------------------------------------------
+
+void numberToText(benchmark::State& state) {
+  ZORVELA zorvela;
+  float shift = -3.0F;
+  for (auto _ : state) {
+    shift += 0.013F;
+    benchmark::DoNotOptimize(zorvela.ftoa(shift, zorvela.numBuffer, 'g', 6));
+  }
+}
+BENCHMARK(numberToText);
+
+void numberToTextByPrintf(benchmark::State& state) {
+  char text[32];
+  float shift = -3.0F;
+  for (auto _ : state) {
+    shift += 0.013F;
+    benchmark::DoNotOptimize(std::snprintf(text, sizeof text, "%.6lg", static_cast<double>(shift)));
+  }
+}
+BENCHMARK(numberToTextByPrintf);
+
+void textToNumber(benchmark::State& state) {
+  const std::string text = "175.250";
+  for (auto _ : state) benchmark::DoNotOptimize(GDB::toFloat(text));
+}
+BENCHMARK(textToNumber);
+
+void textToNumberByStrtod(benchmark::State& state) {
+  const std::string text = "175.250";
+  for (auto _ : state) benchmark::DoNotOptimize(std::strtod(text.c_str(), nullptr));
+}
+BENCHMARK(textToNumberByStrtod);
+
+// --- Steps of a run -----------------------------------------------------------------------------
+
+// A run object with a made protein and the tables of the directory ZORVELA_DIR.
+void prepare(ZORVELA& zorvela, int residues) {
+  zorvela.setArgs({{"last", std::to_string(residues)}});
+  zorvela.rcTable.loadGDB(zorvela.rcName);
+  zorvela.adjTable.loadGDB(zorvela.adjName);
+  zorvela.prevTable.loadGDB(zorvela.prevName);
+  zorvela.nextTable.loadGDB(zorvela.nextName);
+  zorvela.limitTable.loadGDB(zorvela.limitName);
+  zorvela.getProCSValue(zorvela.proCsName);
+  zorvela.getProSeqOccurence(zorvela.proSeqName);
+  zorvela.csTable = madeProtein(residues);
+}
+
+void secondaryShifts(benchmark::State& state) {
+  ZORVELA zorvela;
+  prepare(zorvela, static_cast<int>(state.range(0)));
+  for (auto _ : state) zorvela.getResInfo();
+  state.SetComplexityN(state.range(0));
+}
+BENCHMARK(secondaryShifts)
+    ->RangeMultiplier(10)
+    ->Range(50, 50000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
+
+void predictOneProline(benchmark::State& state) {
+  ZORVELA zorvela;
+  prepare(zorvela, static_cast<int>(state.range(0)));
+  zorvela.getResInfo();
+  for (auto _ : state) benchmark::DoNotOptimize(zorvela.predictProline(20));
+}
+BENCHMARK(predictOneProline)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
+
+}  // namespace

@@ -1,7 +1,7 @@
 // Text utilities of the table: splitting, white space and numbers.
-#include <charconv>  // for std::from_chars
-#include <cstdlib>   // for std::strtol, std::strtod
-#include <cstring>   // for std::memcpy
+#include <cstdlib>  // for std::strtol, std::strtod
+#include <cstring>  // for std::memcpy
+#include <limits>   // for std::numeric_limits
 
 #include "GDB.h"
 
@@ -77,21 +77,49 @@ char* GDB::section(const std::string& text, const char& separator, char* out, in
 
 namespace {
 
-// Reads a text that is a plain decimal number from end to end, as almost every cell is, in a quarter of
-// strtol's or strtod's time.
-template <class Number>
-bool readPlain(const std::string& text, Number& number) {
-  if (text.empty() || !(GDB::isDigit(text.front()) || text.front() == '-')) return false;
-  const char* last = text.data() + text.size();
-  const auto [parsed, error] = std::from_chars(text.data(), last, number);
-  return error == std::errc() && parsed == last;
+// The largest power of ten with an exact double, and digits that always fit one.
+constexpr int kMostDecimals = 22;
+constexpr int kMostDigits = 15;
+constexpr double kPowers[kMostDecimals + 1] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                               1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                               1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// A decimal number without exponent, such as 12, -0.25 or 175.300, as almost every cell is: its digits as
+// an integer and how many of them stand behind the point.
+struct PlainNumber {
+  bool negative = false;
+  long long digits = 0;
+  int decimals = 0;
+};
+
+// False where the text is anything else, or has more digits than a double holds.
+bool readPlain(const std::string& text, PlainNumber& number) {
+  std::size_t i = 0;
+  number.negative = !text.empty() && text[0] == '-';
+  if (number.negative) ++i;
+  int digitCount = 0;
+  bool behindPoint = false;
+  for (; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '.' && !behindPoint) {
+      behindPoint = true;
+    } else if (GDB::isDigit(c) && ++digitCount <= kMostDigits) {
+      number.digits = number.digits * 10 + (c - '0');
+      if (behindPoint) ++number.decimals;
+    } else {
+      return false;
+    }
+  }
+  return digitCount > 0;
 }
 
 }  // namespace
 
 int GDB::toInt(const std::string& text) {
-  int number = 0;
-  return readPlain(text, number) ? number : static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+  PlainNumber number;
+  if (readPlain(text, number) && number.decimals == 0 && number.digits <= std::numeric_limits<int>::max())
+    return static_cast<int>(number.negative ? -number.digits : number.digits);
+  return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
 }
 
 float GDB::toFloat(const std::string& text) {
@@ -99,6 +127,10 @@ float GDB::toFloat(const std::string& text) {
 }
 
 double GDB::toDouble(const std::string& text) {
-  double number = 0.0;
-  return readPlain(text, number) ? number : std::strtod(text.c_str(), nullptr);
+  // Both numbers are exact, so that the quotient is rounded once, as strtod does it, in a quarter of its
+  // time.
+  PlainNumber number;
+  if (!readPlain(text, number)) return std::strtod(text.c_str(), nullptr);
+  const double size = static_cast<double>(number.digits) / kPowers[number.decimals];
+  return number.negative ? -size : size;
 }

@@ -47,14 +47,13 @@ class RunFiles : public TempDir {
     };
     return line("Random Coil Shifts", "randcoil.tab") + line("RC Adjustments", "rcadj.tab") +
            line("Previous Residue RC Adjustments", "rcprev.tab") +
-           line("Next Residue RC Adjustments", "rcnext.tab") +
-           line("Secondary Shift Limits", "sslimit.tab");
+           line("Next Residue RC Adjustments", "rcnext.tab") + line("Secondary Shift Limits", "sslimit.tab");
   }
 
  private:
   static std::string shiftsOfFirstProline() {
     return "3 A N 123.2\n3 A HA 4.55\n3 A C 175.1\n3 A CA 50.7\n3 A CB 18.2\n3 A HN 8.05\n"
-           "4 P N 135\n4 P HA 4.7\n4 P C 176.2\n4 P CA 63.1\n4 P CB 34.4\n4 P CG 24.6\n"
+           "4 P N 135\n4 P HA 4.7\n4 P C 176.2\n4 P CA 63.1\n4 P CB 33.4\n4 P CG 26.5\n"
            "5 G N 109.5\n5 G HA2 3.9\n5 G HA3 4.1\n5 G C 173.8\n5 G CA 45.3\n5 G HN 8.4\n";
   }
   static std::string shiftsOfSecondProline() {

@@ -235,8 +235,8 @@ class ShiftAssembly : public testing::Test {
 };
 
 TEST_F(ShiftAssembly, ResidueWithSixShiftsOfAKnownTypeHasSixRowsAndNoneMissing) {
-  const Output output = assemble("KAK",
-                                 "2 A N 123\n2 A HA 4.5\n2 A C 177\n2 A CA 52.75\n2 A CB 18\n2 A HN 8.5\n");
+  const Output output =
+      assemble("KAK", "2 A N 123\n2 A HA 4.5\n2 A C 177\n2 A CA 52.75\n2 A CB 18\n2 A HN 8.5\n");
   EXPECT_EQ(output.out, "");
   EXPECT_EQ(output.err, "");
   EXPECT_EQ(zorvela.missingCount.at(2), 0);
@@ -393,9 +393,7 @@ TEST_F(ShiftAssembly, OddShiftsAreNumbersOfTheStandardLibrary) {
 
 class GlycineAssembly : public ShiftAssembly {
  protected:
-  GlycineAssembly() {
-    zorvela.rcTable = tableOf("VARS RESNAME HA\nFORMAT %s %f\nG 3.96\nA 4.25\n");
-  }
+  GlycineAssembly() { zorvela.rcTable = tableOf("VARS RESNAME HA\nFORMAT %s %f\nG 3.96\nA 4.25\n"); }
   // The missing shifts beside HA are the other five.
   int missingHA() const { return zorvela.missingCount.at(1) - 5; }
 };
@@ -505,16 +503,16 @@ TEST_F(ShiftAssembly, RangeDoesNotReachPastTheSequence) {
 }
 
 TEST_F(ShiftAssembly, FirstAboveLastIsSwapped) {
-  zorvela.csTable = tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader +
-                            "5 A CA 52\n60 A CA 52\n");
+  zorvela.csTable =
+      tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader + "5 A CA 52\n60 A CA 52\n");
   rangeAfter(50, 10);
   EXPECT_EQ(zorvela.firstResid, 10);
   EXPECT_EQ(zorvela.lastResid, 50);
 }
 
 TEST_F(ShiftAssembly, FirstAndLastAreBroughtIntoTheRange) {
-  zorvela.csTable = tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader +
-                            "5 A CA 52\n60 A CA 52\n");
+  zorvela.csTable =
+      tableOf("DATA SEQUENCE " + std::string(76, 'A') + "\n" + kHeader + "5 A CA 52\n60 A CA 52\n");
   const auto range = [&](int first, int last) {
     rangeAfter(first, last);
     return std::make_pair(zorvela.firstResid, zorvela.lastResid);
@@ -608,8 +606,8 @@ TEST_F(ShiftAssembly, SecondCallRebuildsTheRows) {
 }
 
 TEST_F(ShiftAssembly, RowNumbersBehindASecondFormatNeedNotStartAtOne) {
-  zorvela.csTable = tableOf("DATA SEQUENCE KA\n" + kHeader + "1 K CA 1\n2 A CA 1\nFORMAT %4d %1s %4s %8.3f\n" +
-                            "1 K CA 57\n2 A CA 53\n");
+  zorvela.csTable = tableOf("DATA SEQUENCE KA\n" + kHeader +
+                            "1 K CA 1\n2 A CA 1\nFORMAT %4d %1s %4s %8.3f\n" + "1 K CA 57\n2 A CA 53\n");
   ASSERT_EQ(zorvela.csTable.entries.begin()->first, 3);
   const Output output = outputOf([&] { zorvela.getResInfo(); });
   EXPECT_EQ(output.err, "");

@@ -216,8 +216,8 @@ TEST(TableReader, SecondVarsDropsTheRowsAndTheirNumbersGoOn) {
 
 TEST(TableReader, RowWhoseFirstCellIsAKeywordIsARowAndAKeywordLine) {
   const GDB table = tableOf("VARS KEY VALUE\nFORMAT %s %s\nREMARK text\nDATA pair\n");
-  EXPECT_EQ(rowsOf(table),
-            (PlainRows{{1, {{"KEY", "REMARK"}, {"VALUE", "text"}}}, {2, {{"KEY", "DATA"}, {"VALUE", "pair"}}}}));
+  EXPECT_EQ(rowsOf(table), (PlainRows{{1, {{"KEY", "REMARK"}, {"VALUE", "text"}}},
+                                      {2, {{"KEY", "DATA"}, {"VALUE", "pair"}}}}));
   EXPECT_EQ(table.remarks, std::vector<std::string>{"text"});
   EXPECT_EQ(table.dataLines, std::vector<std::string>{"pair"});
 }

@@ -7,8 +7,8 @@ namespace {
 
 using support::addRow;
 using support::outputOf;
-using support::readFile;
 using support::PlainRows;
+using support::readFile;
 using support::rowsOf;
 using support::TempDir;
 

@@ -1,0 +1,455 @@
+// Clipping, the straight-line fit, and the report on outliers and referencing.
+#include <cmath>   // for std::isnan, std::isinf, std::signbit
+#include <cstdio>  // for std::snprintf
+
+#include "support.h"
+// The run object comes after the files and variables of its tests.
+#include "ZORVELA.h"
+
+namespace {
+
+using support::addRow;
+using support::Output;
+using support::outputOf;
+using support::tableOf;
+
+using Floats = std::vector<float>;
+
+const std::string kOutlierHeading = "\nChemical shift outlier checking...\n";
+const std::string kReferencingHeading = "\nChemical shift referencing checking...\n";
+
+std::string offsetLine(const std::string& atom, const std::string& offset, const std::string& error,
+                       const std::string& size, bool recommended) {
+  return "  Estimated " + atom + " shift referencing offset " + offset + " ppm (fitting error: " + error +
+         ", size: " + size + ")" + (recommended ? " A referencing correction is recommended!" : "") + "\n";
+}
+
+// How this machine prints 0/0, with the sign that its division gives.
+std::string notANumber(const char* format) {
+  volatile float zero = 0.0F;
+  char text[32];
+  std::snprintf(text, sizeof text, format, static_cast<double>(zero / zero));
+  return text;
+}
+
+}  // namespace
+
+// --- Clipping -----------------------------------------------------------------------------------
+
+class Clipping : public testing::Test {
+ protected:
+  Clipping() {
+    zorvela.limitTable = tableOf(
+        "VARS RESNAME CA_MIN CA_MAX HA_MIN HA_MAX\nFORMAT %s %f %f %f %f\n"
+        "K -1 2 -0.3 0.3\n"
+        "A -3 3 -0.1 0.1\n"
+        "K -9 9 -9 9\n");
+    zorvela.resNames = {{12, "K"}, {13, "A"}, {14, "W"}};
+  }
+
+  ZORVELA zorvela;
+};
+
+TEST_F(Clipping, ShiftBeyondALimitIsBroughtToIt) {
+  EXPECT_EQ(zorvela.clipSShift(12, 3.25F, "CA"), 2.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, -1.5F, "CA"), -1.0F);
+  EXPECT_EQ(zorvela.clipSShift(13, 3.25F, "CA"), 3.0F);
+}
+
+TEST_F(Clipping, ShiftWithinTheLimitsStays) {
+  EXPECT_EQ(zorvela.clipSShift(12, 1.5F, "CA"), 1.5F);
+  EXPECT_EQ(zorvela.clipSShift(12, 0.0F, "CA"), 0.0F);
+}
+
+TEST_F(Clipping, ShiftEqualToALimitStays) {
+  EXPECT_EQ(zorvela.clipSShift(12, -1.0F, "CA"), -1.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, 2.0F, "CA"), 2.0F);
+  EXPECT_EQ(zorvela.clipSShift(13, 0.1F, "HA"), 0.1F) << "limits are kept in single precision";
+}
+
+TEST_F(Clipping, ShiftOf999AndMoreStaysEvenAboveTheLimit) {
+  EXPECT_EQ(zorvela.clipSShift(12, 999.0F, "CA"), 999.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, 9999.0F, "CA"), 9999.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, 998.5F, "CA"), 2.0F);
+}
+
+TEST_F(Clipping, ShiftOfMinus999IsClippedToTheLowerLimit) {
+  EXPECT_EQ(zorvela.clipSShift(12, -999.0F, "CA"), -1.0F);
+}
+
+TEST_F(Clipping, ShiftOf999BelowTheLowerLimitStays) {
+  zorvela.limitTable = tableOf("VARS RESNAME CA_MIN CA_MAX\nFORMAT %s %f %f\nK 2000 3000\n");
+  EXPECT_EQ(zorvela.clipSShift(12, 999.0F, "CA"), 999.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, 998.0F, "CA"), 2000.0F);
+}
+
+TEST_F(Clipping, ResidueTypeWithoutLimitsIsClippedToZero) {
+  EXPECT_EQ(zorvela.clipSShift(14, 1.5F, "CA"), 0.0F);
+  EXPECT_EQ(zorvela.clipSShift(14, -2.0F, "CA"), 0.0F);
+  EXPECT_EQ(zorvela.clipSShift(14, 0.0F, "CA"), 0.0F);
+}
+
+TEST_F(Clipping, AtomWithoutLimitsIsClippedToZero) {
+  EXPECT_EQ(zorvela.clipSShift(12, 1.5F, "CB"), 0.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, -1.5F, "CB"), 0.0F);
+}
+
+TEST_F(Clipping, ResidueOutsideTheSequenceHasNoLimitsAndAnEmptyNameFromThenOn) {
+  EXPECT_EQ(zorvela.clipSShift(99, 1.5F, "CA"), 0.0F);
+  EXPECT_EQ(zorvela.resNames.count(99), 1U);
+  EXPECT_EQ(zorvela.resNames.at(99), "");
+}
+
+TEST_F(Clipping, EmptyNameMatchesTheFirstRowOfATableWithoutNames) {
+  zorvela.limitTable = tableOf("VARS CA_MIN CA_MAX\nFORMAT %f %f\n-1 1\n-5 5\n");
+  EXPECT_EQ(zorvela.clipSShift(99, 1.5F, "CA"), 1.0F);
+  EXPECT_EQ(zorvela.clipSShift(12, 1.5F, "CA"), 0.0F);
+}
+
+TEST_F(Clipping, DetailIsOneLineForAClippedShift) {
+  zorvela.showDetail = true;
+  float clipped = 0.0F;
+  const Output output = outputOf([&] { clipped = zorvela.clipSShift(12, 3.25F, "CA"); });
+  EXPECT_EQ(clipped, 2.0F);
+  EXPECT_EQ(output.out, " Clipped  12 K  CA Secondary Shift:    3.250 Limit:    2.000\n");
+  EXPECT_EQ(output.err, "");
+}
+
+TEST_F(Clipping, DetailOfALowerLimitShowsThatLimit) {
+  zorvela.showDetail = true;
+  const Output output = outputOf([&] { zorvela.clipSShift(12, -3.25F, "HA"); });
+  EXPECT_EQ(output.out, " Clipped  12 K  HA Secondary Shift:   -3.250 Limit:   -0.300\n");
+}
+
+TEST_F(Clipping, DetailSaysNothingOfAShiftThatStays) {
+  zorvela.showDetail = true;
+  const Output output = outputOf([&] {
+    zorvela.clipSShift(12, 2.0F, "CA");
+    zorvela.clipSShift(12, 9999.0F, "CA");
+  });
+  EXPECT_EQ(output.out, "");
+}
+
+TEST_F(Clipping, WithoutDetailNothingIsPrinted) {
+  const Output output = outputOf([&] { zorvela.clipSShift(12, 3.25F, "CA"); });
+  EXPECT_EQ(output.out, "");
+}
+
+TEST_F(Clipping, DetailOfALongNameIsWholeOnItsLine) {
+  zorvela.showDetail = true;
+  zorvela.resNames[12] = std::string(5000, 'K');
+  const Output output = outputOf([&] { zorvela.clipSShift(12, 1.0F, "CA"); });
+  EXPECT_EQ(output.out,
+            " Clipped  12 " + std::string(5000, 'K') + "  CA Secondary Shift:    1.000 Limit:    0.000\n");
+}
+
+// --- Straight-line fit --------------------------------------------------------------------------
+
+class StraightLine : public testing::Test {
+ protected:
+  // Values that stay where nothing is fitted.
+  bool fit(const Floats& x, const Floats& y) {
+    return zorvela.LinearLeastSquareFitting(x, y, slope, intercept, error);
+  }
+
+  ZORVELA zorvela;
+  float slope = -7.0F;
+  float intercept = -8.0F;
+  float error = -9.0F;
+};
+
+TEST_F(StraightLine, FirstPairCountsInTheMeansOnly) {
+  ASSERT_TRUE(fit({0.0F, 1.0F, 2.0F, 3.0F}, {1.0F, 3.0F, 5.0F, 7.0F}));
+  // (34/3 x 4 - 1.5 x 16) / (14/3 x 4 - 1.5 x 6) = (64/3) / (29/3); 4 - 64/29 x 1.5 = 20/29
+  EXPECT_FLOAT_EQ(slope, 64.0F / 29.0F);
+  EXPECT_NEAR(intercept, 20.0 / 29.0, 1e-6);
+  // Residuals 3, 5 and 7 less 84/29, 148/29 and 212/29: 3/29, -3/29 and -9/29.
+  // sqrt((9 + 9 + 81) / 841 / 2) / sqrt(4)
+  EXPECT_NEAR(error, std::sqrt(99.0 / 841.0 / 2.0) / 2.0, 1e-6);
+}
+
+TEST_F(StraightLine, OtherLine) {
+  ASSERT_TRUE(fit({1.0F, 2.0F, 3.0F}, {2.0F, 4.0F, 7.0F}));
+  // xy: 8 and 21, xx: 4 and 9, means 14.5 and 6.5; (43.5 - 2 x 13) / (19.5 - 2 x 6) = 17.5 / 7.5 = 7/3;
+  // 13/3 - 14/3 = -1/3. Residuals 4 - 13/3 = -1/3 and 7 - 20/3 = 1/3: sqrt((2/9) / 1) / sqrt(3).
+  EXPECT_FLOAT_EQ(slope, 7.0F / 3.0F);
+  EXPECT_NEAR(intercept, -1.0 / 3.0, 1e-6);
+  EXPECT_NEAR(error, std::sqrt(2.0 / 27.0), 1e-6);
+}
+
+TEST_F(StraightLine, VectorsOfDifferentLengthsAreNotFittedAndChangeNothing) {
+  EXPECT_FALSE(fit({0.0F, 1.0F, 2.0F}, {1.0F, 3.0F, 5.0F, 7.0F}));
+  EXPECT_FALSE(fit({1.0F}, {}));
+  EXPECT_EQ(slope, -7.0F);
+  EXPECT_EQ(intercept, -8.0F);
+  EXPECT_EQ(error, -9.0F);
+}
+
+TEST_F(StraightLine, TwoPairsDivideTheErrorByZero) {
+  ASSERT_TRUE(fit({1.0F, 2.0F}, {3.0F, 5.0F}));
+  // (10 x 2 - 1.5 x 8) / (4 x 2 - 1.5 x 3) = 8 / 3.5; 4 - 1.5 x 16/7 = 4/7
+  EXPECT_FLOAT_EQ(slope, 16.0F / 7.0F);
+  EXPECT_NEAR(intercept, 4.0 / 7.0, 1e-6);
+  EXPECT_TRUE(std::isinf(error)) << "a residual that is not 0, over 0";
+}
+
+TEST_F(StraightLine, TwoPairsWithoutResidualHaveNoNumberForAnError) {
+  // (1 x 2 - 0 x 0) / (1 x 2 - 0 x 0) = 1; 0 - 1 x 0 = 0; residual 1 - 1 = 0; 0 / 0
+  ASSERT_TRUE(fit({-1.0F, 1.0F}, {-1.0F, 1.0F}));
+  EXPECT_EQ(slope, 1.0F);
+  EXPECT_EQ(intercept, 0.0F);
+  EXPECT_TRUE(std::isnan(error));
+}
+
+TEST_F(StraightLine, OnePairIsALineThroughZeroWithAnErrorOfMinusZero) {
+  ASSERT_TRUE(fit({2.0F}, {3.0F}));
+  EXPECT_EQ(slope, 1.5F);
+  EXPECT_EQ(intercept, 0.0F);
+  EXPECT_EQ(error, 0.0F);
+  EXPECT_TRUE(std::signbit(error));
+}
+
+TEST_F(StraightLine, NoPairsGiveNoNumbers) {
+  ASSERT_TRUE(fit({}, {}));
+  EXPECT_TRUE(std::isnan(slope));
+  EXPECT_TRUE(std::isnan(intercept));
+  EXPECT_TRUE(std::isnan(error));
+}
+
+TEST_F(StraightLine, EqualXDivideByZero) {
+  // The pairs behind the first: xy 2 and 3, xx 1 and 1. (2.5 x 3 - 1 x 6) / (3 - 3)
+  ASSERT_TRUE(fit({1.0F, 1.0F, 1.0F}, {1.0F, 2.0F, 3.0F}));
+  EXPECT_TRUE(std::isinf(slope));
+  EXPECT_TRUE(std::isinf(intercept));
+  EXPECT_TRUE(std::isnan(error));
+}
+
+// --- Report -------------------------------------------------------------------------------------
+
+class CheckReport : public testing::Test {
+ protected:
+  CheckReport() {
+    std::string columns;
+    std::string formats;
+    std::string cells;
+    for (const char* atom : {"N", "HA", "C", "CA", "CB", "HN"}) {
+      columns += std::string(" ") + atom + "_MIN " + atom + "_MAX";
+      formats += " %f %f";
+      cells += std::string(atom) == "HA" ? " -0.3 0.3" : std::string(atom) == "CA" ? " -3 3" : " -50 50";
+    }
+    zorvela.limitTable = tableOf("VARS RESNAME" + columns + "\nFORMAT %s" + formats + "\nK" + cells + "\n");
+    for (int i = 0; i < 30; ++i) zorvela.resNames[i] = "K";
+  }
+
+  void add(const std::string& resid, const std::string& atom, const std::string& shift) {
+    addRow(zorvela.resTable, {{"RESID", resid}, {"RESNAME", "K"}, {"ATOMNAME", atom}, {"SHIFT", shift}});
+  }
+  std::string report() {
+    const Output output = outputOf([&] { zorvela.checkCS(); });
+    EXPECT_EQ(output.err, "");
+    return output.out;
+  }
+  // What stands between the two headings.
+  std::string outliers() {
+    const std::string text = report();
+    EXPECT_EQ(text.substr(0, kOutlierHeading.size()), kOutlierHeading);
+    const std::size_t end = text.find(kReferencingHeading);
+    return text.substr(kOutlierHeading.size(), end - kOutlierHeading.size());
+  }
+  std::string outliersOf(const std::string& atom, const std::string& shift) {
+    zorvela.resTable = GDB();
+    add("12", atom, shift);
+    return outliers();
+  }
+  // What stands behind the second heading.
+  std::string offsets() {
+    const std::string text = report();
+    return text.substr(text.find(kReferencingHeading) + kReferencingHeading.size());
+  }
+
+  ZORVELA zorvela;
+};
+
+TEST_F(CheckReport, OutlierOf5AtALimitOf3IsListedWithoutAMarkAndOf7WithOne) {
+  EXPECT_EQ(outliersOf("CA", "5"), "   12 K  CA Secondary Shift:    5.000    Limit:    3.000\n");
+  EXPECT_EQ(outliersOf("CA", "7"), "   12 K  CA Secondary Shift:    7.000    Limit:    3.000 !\n");
+}
+
+TEST_F(CheckReport, OutlierOfTwiceItsLimitHasNoMark) {
+  EXPECT_EQ(outliersOf("CA", "6"), "   12 K  CA Secondary Shift:    6.000    Limit:    3.000\n");
+  EXPECT_EQ(outliersOf("CA", "-6"), "   12 K  CA Secondary Shift:   -6.000    Limit:   -3.000\n");
+  EXPECT_EQ(outliersOf("CA", "-6.1"), "   12 K  CA Secondary Shift:   -6.100    Limit:   -3.000 !\n");
+}
+
+TEST_F(CheckReport, AlphaProtonIsMarkedAboveThreeTimesItsLimit) {
+  EXPECT_EQ(outliersOf("HA", "0.8"), "   12 K  HA Secondary Shift:    0.800    Limit:    0.300\n");
+  EXPECT_EQ(outliersOf("HA", "1.0"), "   12 K  HA Secondary Shift:    1.000    Limit:    0.300 !\n");
+  EXPECT_EQ(outliersOf("HA", "-1.0"), "   12 K  HA Secondary Shift:   -1.000    Limit:   -0.300 !\n");
+}
+
+TEST_F(CheckReport, MarkIsDecidedInDoublePrecision) {
+  // Three times 0.05 in single precision is 0.150000002235 in double. In single precision it would be
+  // rounded up to 0.150000006, and a shift of just that would not be above it.
+  zorvela.limitTable = tableOf("VARS RESNAME HA_MIN HA_MAX\nFORMAT %s %f %f\nK -0.05 0.05\n");
+  EXPECT_EQ(outliersOf("HA", "0.150000006"), "   12 K  HA Secondary Shift:    0.150    Limit:    0.050 !\n");
+  EXPECT_EQ(outliersOf("HA", "0.15"), "   12 K  HA Secondary Shift:    0.150    Limit:    0.050 !\n");
+  EXPECT_EQ(outliersOf("HA", "0.149999"), "   12 K  HA Secondary Shift:    0.150    Limit:    0.050\n");
+}
+
+TEST_F(CheckReport, ShiftEqualToALimitIsNoOutlier) {
+  EXPECT_EQ(outliersOf("CA", "3"), "");
+  EXPECT_EQ(outliersOf("CA", "-3"), "");
+  EXPECT_EQ(outliersOf("HA", "0.3"), "");
+}
+
+TEST_F(CheckReport, ShiftOf999IsNeverAnOutlier) {
+  EXPECT_EQ(outliersOf("CA", "999"), "");
+  EXPECT_EQ(outliersOf("CA", "9999"), "");
+}
+
+TEST_F(CheckReport, ShiftWithoutLimitsIsAnOutlierOfZero) {
+  EXPECT_EQ(outliersOf("CG", "0.001"), "   12 K  CG Secondary Shift:    0.001    Limit:    0.000 !\n");
+  EXPECT_EQ(outliersOf("CG", "0"), "");
+}
+
+TEST_F(CheckReport, OutliersStandInRowOrder) {
+  add("9", "CA", "4");
+  add("10", "HA", "-0.5");
+  add("10", "CA", "2");
+  add("8", "CA", "-4");
+  EXPECT_EQ(outliers(),
+            "    9 K  CA Secondary Shift:    4.000    Limit:    3.000\n"
+            "   10 K  HA Secondary Shift:   -0.500    Limit:   -0.300\n"
+            "    8 K  CA Secondary Shift:   -4.000    Limit:   -3.000\n");
+}
+
+TEST_F(CheckReport, DetailAddsTheClippingLineBeforeTheOutlier) {
+  zorvela.showDetail = true;
+  EXPECT_EQ(outliersOf("CA", "5"),
+            " Clipped  12 K  CA Secondary Shift:    5.000 Limit:    3.000\n"
+            "   12 K  CA Secondary Shift:    5.000    Limit:    3.000\n");
+}
+
+TEST_F(CheckReport, ProteinWithoutResiduesBelowZeroGivesFourFitsOnEmptyVectors) {
+  const std::string nan = notANumber("%7.3f");
+  const std::string error = notANumber("%6.3f");
+  std::string expected;
+  for (const char* atom : {"CA", "CB", "HA", "C'"}) expected += offsetLine(atom, nan, error, "  0", false);
+  EXPECT_EQ(report(), kOutlierHeading + kReferencingHeading + expected);
+  // A difference of 0 is not below 0; a residue that lacks CB is skipped.
+  add("1", "CA", "1");
+  add("1", "CB", "1");
+  add("2", "CA", "3");
+  add("2", "CB", "1");
+  add("3", "CA", "-2");
+  add("3", "CB", "9999");
+  add("4", "CA", "999");
+  add("4", "CB", "1000");
+  EXPECT_EQ(offsets(), expected);
+}
+
+TEST_F(CheckReport, OffsetsOfFourResiduesFittedInTheOrderOfTheirNumbersAsText) {
+  // CA, CB, HA and C of residues 9 to 12, "9" last; the fit leaves out the pair of residue 10. The
+  // offsets are those that expected.py computes.
+  const std::vector<std::vector<std::string>> residues = {{"9", "1.0", "2.5", "0.3", "9999"},
+                                                          {"10", "0.5", "4.0", "0.4", "-1.2"},
+                                                          {"11", "1.5", "3.4", "0.2", "-0.3"},
+                                                          {"12", "0.2", "4.5", "9999", "-1.0"}};
+  for (const auto& residue : residues) {
+    add(residue[0], "CA", residue[1]);
+    add(residue[0], "CB", residue[2]);
+    add(residue[0], "HA", residue[3]);
+    add(residue[0], "C", residue[4]);
+  }
+  EXPECT_EQ(offsets(), offsetLine("CA", "  5.894", " 1.124", "  4", true) +
+                           offsetLine("CB", "  5.894", " 1.124", "  4", true) +
+                           offsetLine("HA", "  0.032", " 0.062", "  3", false) +
+                           offsetLine("C'", " -2.242", " 0.739", "  3", true));
+}
+
+TEST_F(CheckReport, OffsetsAtTheirBoundsNeedNoCorrection) {
+  // d = -2, -1 and -3; CA, HA and C are constant. The mean of d without the first is that of all: the
+  // slope is 0 and the offset is the constant. CB = 1 - d: slope -1, offset 1.
+  const auto addResidues = [&](const std::string& ca, const std::vector<std::string>& cb,
+                               const std::string& ha, const std::string& c) {
+    zorvela.resTable = GDB();
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::string resid = std::to_string(i + 1);
+      add(resid, "CA", ca);
+      add(resid, "CB", cb[i]);
+      add(resid, "HA", ha);
+      add(resid, "C", c);
+    }
+  };
+  addResidues("1", {"3", "2", "4"}, "0.25", "-1");
+  EXPECT_EQ(offsets(), offsetLine("CA", "  1.000", " 0.000", "  3", false) +
+                           offsetLine("CB", "  1.000", " 0.000", "  3", false) +
+                           offsetLine("HA", "  0.250", " 0.000", "  3", false) +
+                           offsetLine("C'", " -1.000", " 0.000", "  3", false));
+  addResidues("1.25", {"3.25", "2.25", "4.25"}, "-0.3125", "-1.5");
+  EXPECT_EQ(offsets(), offsetLine("CA", "  1.250", " 0.000", "  3", true) +
+                           offsetLine("CB", "  1.250", " 0.000", "  3", true) +
+                           offsetLine("HA", " -0.312", " 0.000", "  3", true) +
+                           offsetLine("C'", " -1.500", " 0.000", "  3", true));
+}
+
+TEST_F(CheckReport, OneResidueHasOffsetsOfZeroAndErrorsOfMinusZero) {
+  add("5", "CA", "-3");
+  add("5", "CB", "1");
+  add("5", "HA", "0.25");
+  add("5", "C", "9999");
+  EXPECT_EQ(offsets(), offsetLine("CA", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("CB", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("HA", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("C'", notANumber("%7.3f"), notANumber("%6.3f"), "  0", false));
+}
+
+TEST_F(CheckReport, AtomWithoutARowCountsAsAShiftOfZero) {
+  // Residue 5 has CB alone: CA, HA and C read as 0, d = -2. Slopes 0, -1 / ..., intercepts 0.
+  add("5", "CB", "2");
+  EXPECT_EQ(offsets(), offsetLine("CA", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("CB", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("HA", "  0.000", "-0.000", "  1", false) +
+                           offsetLine("C'", "  0.000", "-0.000", "  1", false));
+}
+
+TEST_F(CheckReport, LaterRowOfAnAtomReplacesTheEarlierOne) {
+  add("5", "CA", "1");
+  add("5", "CB", "0");
+  add("5", "CA", "-3");
+  // With CA = 1 the difference would not be below 0.
+  EXPECT_EQ(offsets().substr(0, offsets().find('\n') + 1),
+            offsetLine("CA", "  0.000", "-0.000", "  1", false));
+}
+
+TEST_F(CheckReport, OffsetsAreEstimatedFromUnclippedShifts) {
+  // d as above; CA is constant at 5, beyond its limit of 3.
+  const std::vector<std::string> cb = {"7", "6", "8"};
+  for (std::size_t i = 0; i < 3; ++i) {
+    add(std::to_string(i + 1), "CA", "5");
+    add(std::to_string(i + 1), "CB", cb[i]);
+  }
+  EXPECT_EQ(offsets().substr(0, offsets().find('\n') + 1),
+            offsetLine("CA", "  5.000", " 0.000", "  3", true));
+}
+
+TEST_F(CheckReport, OffsetsOfTheReportAreThoseGivenAsNumbers) {
+  for (const std::string resid : {"1", "2", "3"}) {
+    add(resid, "CA", "1.5");
+    add(resid, "CB", resid == "1" ? "3.5" : resid == "2" ? "2.5" : "4.5");
+    add(resid, "HA", "9999");
+    add(resid, "C", "0.5");
+  }
+  const std::vector<ReferencingOffset> fits = zorvela.referencingOffsets();
+  ASSERT_EQ(fits.size(), 4U);
+  EXPECT_EQ(fits[0].atom, "CA");
+  EXPECT_EQ(fits[0].offset, 1.5F);
+  EXPECT_EQ(fits[0].size, 3);
+  EXPECT_TRUE(fits[0].recommended);
+  EXPECT_EQ(fits[2].atom, "HA");
+  EXPECT_EQ(fits[2].size, 0);
+  EXPECT_FALSE(fits[2].recommended);
+  EXPECT_EQ(fits[3].atom, "C");
+  EXPECT_EQ(fits[3].offset, 0.5F);
+  EXPECT_FALSE(fits[3].recommended);
+}

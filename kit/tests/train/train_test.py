@@ -1,0 +1,368 @@
+"""zorvela-kit train: known means and deviations are found, the same bytes every time, bad input is named."""
+import os
+import statistics
+import subprocess
+import tempfile
+import unittest
+
+import made_data
+
+KIT = os.environ["ZORVELA_KIT"]
+TABLES = ["Pro.cs.tab", "Pro.seq.tab", "randcoil.tab", "rcadj.tab", "rcnext.tab", "rcprev.tab", "sslimit.tab"]
+CIS = [1.0, 2.0, 3.0, 6.0]
+TRANS = [-2.0, -1.0, 0.0, 0.5, 1.0, 3.5]
+CIS_CG = [24.0, 25.0, 24.5, 24.7]
+TRANS_CG = [27.0, 27.5, 28.0, 27.2, 27.3, 26.8]
+# Every value counts, none is clipped, each class has its own deviation, nothing is widened.
+PLAIN = ["--limit-percent", "0", "--trim", "0", "--pool", "none", "--widen-proline", "1", "--widen-neighbours",
+         "1"]
+
+
+def run(arguments):
+    return subprocess.run([KIT, *arguments], capture_output=True, text=True, check=False)
+
+
+def three(value):
+    return "%.3f" % value
+
+
+class Train(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.data = made_data.Data(folder.name)
+
+    def add_classes(self):
+        for i, (shift, cg) in enumerate(zip(CIS, CIS_CG)):
+            self.data.add(f"c{i}", made_data.sequence(i), "cis", shift, cg)
+        for i, (shift, cg) in enumerate(zip(TRANS, TRANS_CG)):
+            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", shift, cg)
+        self.data.write_labels()
+
+    def train(self, *options, output="tab"):
+        result = run(self.data.train(output, *options))
+        self.assertEqual("", result.stderr)
+        self.assertEqual(f"Seven tables written to {self.data.path(output)}\n", result.stdout)
+        self.assertEqual(0, result.returncode)
+        return self.data.path(output)
+
+    def shifts(self, *options):
+        folder = self.train(*options)
+        return made_data.rows_of(os.path.join(folder, "Pro.cs.tab"))
+
+    # --- What is found ---
+
+    def test_finds_means_and_deviations(self):
+        self.add_classes()
+        rows = self.shifts(*PLAIN)
+        self.assertEqual([str(i) for i in range(19)], [row["index"] for row in rows])
+        for row in rows:
+            index = int(row["index"])
+            cis, trans = (CIS_CG, TRANS_CG) if index == 18 else (CIS, TRANS)
+            if index in (6, 11):
+                expected = ["0.000", "0.000", "1.000", "1.000", "0", "0"]
+            else:
+                expected = [three(statistics.mean(cis)), three(statistics.mean(trans)),
+                            three(statistics.stdev(cis)), three(statistics.stdev(trans)), "4", "6"]
+            columns = ["avg_cis", "avg_trans", "std_cis", "std_trans", "n_cis", "n_trans"]
+            self.assertEqual(expected, [row[c] for c in columns], f"index {index}")
+
+    def test_pools_and_widens(self):
+        self.add_classes()
+        rows = self.shifts("--limit-percent", "0", "--trim", "0", "--pool", "natural", "--widen-proline", "1.5",
+                           "--widen-neighbours", "3")
+        variance = 0.05 * statistics.variance(CIS) + 0.95 * statistics.variance(TRANS)
+        cg = 0.05 * statistics.variance(CIS_CG) + 0.95 * statistics.variance(TRANS_CG)
+        for row in rows:
+            index = int(row["index"])
+            if index in (6, 11):
+                continue
+            factor = 1.5 if index == 18 or 6 <= index <= 11 else 3
+            expected = three(factor * (cg if index == 18 else variance) ** 0.5)
+            self.assertEqual([expected, expected], [row["std_cis"], row["std_trans"]], f"index {index}")
+            own = CIS_CG if index == 18 else CIS
+            self.assertEqual(three(statistics.stdev(own)), row["sd_cis"])
+
+    def test_pools_equally(self):
+        self.add_classes()
+        rows = self.shifts("--limit-percent", "0", "--trim", "0", "--pool", "equal", "--widen-proline", "1",
+                           "--widen-neighbours", "1")
+        expected = three(((statistics.variance(CIS) + statistics.variance(TRANS)) / 2) ** 0.5)
+        self.assertEqual([expected, expected], [rows[10]["std_cis"], rows[10]["std_trans"]])
+
+    def test_leaves_outliers_out(self):
+        self.add_classes()
+        self.data.add("far", made_data.sequence(70), "trans", 40.0, 60.0)
+        self.data.write_labels()
+        # Median of trans with 40: 0.5; median distance 1.5: 5 robust deviations are 11.1 ppm, which
+        # leaves out 40 alone. CG: median 27.3, median distance 0.3: 2.2 ppm, which leaves out 60 alone.
+        rows = self.shifts("--limit-percent", "0", "--trim", "5", "--pool", "none", "--widen-proline", "1",
+                           "--widen-neighbours", "1")
+        self.assertEqual([three(statistics.mean(TRANS)), "6"], [rows[10]["avg_trans"], rows[10]["n_trans"]])
+        self.assertEqual([three(statistics.mean(TRANS_CG)), "6"], [rows[18]["avg_trans"], rows[18]["n_trans"]])
+
+    def test_one_window_counts_once_with_its_median(self):
+        self.add_classes()
+        for i, shift in enumerate((4.0, 9.0)):  # with the entry of 1.0: median 4.0
+            self.data.add(f"again{i}", made_data.sequence(0), "cis", shift)
+        self.data.write_labels()
+        rows = self.shifts(*PLAIN)
+        cis = [4.0, 2.0, 3.0, 6.0]
+        self.assertEqual([three(statistics.mean(cis)), three(statistics.stdev(cis)), "4"],
+                         [rows[0]["avg_cis"], rows[0]["std_cis"], rows[0]["n_cis"]])
+
+    def test_labels_without_structure_do_not_count(self):
+        self.add_classes()
+        self.data.labels.append("t0,5,,,x\n")
+        self.data.labels = [line for line in self.data.labels if not line.startswith("t0,5,trans")]
+        self.data.write_labels()
+        rows = self.shifts(*PLAIN)
+        self.assertEqual([three(statistics.mean(TRANS[1:])), "5"], [rows[0]["avg_trans"], rows[0]["n_trans"]])
+
+    def test_a_shift_that_one_class_lacks_says_nothing(self):
+        for i, shift in enumerate(CIS):
+            self.data.add(f"c{i}", made_data.sequence(i), "cis", shift)  # no CG
+        for i, (shift, cg) in enumerate(zip(TRANS, TRANS_CG)):
+            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", shift, cg)
+        self.data.write_labels()
+        row = self.shifts(*PLAIN)[18]
+        mean, deviation = three(statistics.mean(TRANS_CG)), three(statistics.stdev(TRANS_CG))
+        self.assertEqual([mean, mean, deviation, deviation, "0", "6"],
+                         [row["avg_cis"], row["avg_trans"], row["std_cis"], row["std_trans"], row["n_cis"],
+                          row["n_trans"]])
+
+    def test_a_proline_with_too_few_shifts_does_not_count(self):
+        self.add_classes()
+        letters = made_data.sequence(80)
+        rows = [(4, "CA", 95.0), (5, "CA", 95.0)] + [(6, a, 9.0) for a in made_data.ATOMS]
+        self.data.put("entries/poor.tab", made_data.table(letters, rows))
+        self.data.labels.append("poor,5,cis,,poor\n")
+        self.data.write_labels()
+        self.assertEqual("4", self.shifts(*PLAIN)[9]["n_cis"])
+
+    # --- The other tables ---
+
+    def test_limits_are_percentiles(self):
+        self.add_classes()
+        folder = self.train("--limit-percent", "10")
+        rows = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}
+        self.assertEqual(list(made_data.TYPES) + ["c", "p"], list(rows))
+        # Each protein gives N two values, both in alanine: 20 in all, fewer than a type needs, so all
+        # types have the limits of all: percentile 10 lies at place 1.9 of the sorted values, 90 at 17.1.
+        values = sorted(CIS * 2 + TRANS * 2)
+        low = values[1] + 0.9 * (values[2] - values[1])
+        high = values[17] + 0.1 * (values[18] - values[17])
+        for name in "AGW":
+            self.assertEqual([three(low), three(high)], [rows[name]["N_MIN"], rows[name]["N_MAX"]])
+        self.assertEqual(["0.000", "0.000"], [rows["P"]["N_MIN"], rows["P"]["HN_MAX"]])  # never used
+        self.assertEqual(rows["P"]["CB_MAX"], rows["p"]["CB_MAX"])
+
+    def test_limits_of_a_type_with_enough_shifts_are_its_own(self):
+        letters = "GDEAPAGGGG"
+        shifts = [i / 10 for i in range(30)]
+        for i, shift in enumerate(shifts):  # alanine: 60 values an atom, proline 30
+            self.data.add(f"e{i}", letters, "cis" if i % 2 else "trans", shift, own=0.05 + shift)
+        self.data.write_labels()
+        folder = self.train("--limit-percent", "0")
+        rows = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}
+        self.assertEqual(["0.000", "2.900"], [rows["A"]["CB_MIN"], rows["A"]["CB_MAX"]])
+        self.assertEqual(["0.000", "2.950"], [rows["P"]["CB_MIN"], rows["P"]["CB_MAX"]])
+
+    def test_class_means_are_those_of_clipped_shifts(self):
+        self.add_classes()
+        folder = self.train("--limit-percent", "10", *PLAIN[2:])
+        limits = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}["A"]
+        low, high = float(limits["N_MIN"]), float(limits["N_MAX"])
+        rows = made_data.rows_of(os.path.join(folder, "Pro.cs.tab"))
+        clipped = [min(max(value, low), high) for value in CIS]
+        self.assertNotEqual(CIS, clipped)
+        self.assertAlmostEqual(statistics.mean(clipped), float(rows[0]["avg_cis"]), delta=0.0006)
+
+    def test_shares_add_up_to_one(self):
+        self.add_classes()
+        rows = made_data.rows_of(os.path.join(self.train(), "Pro.seq.tab"))
+        by_name = {row["resname"]: row for row in rows}
+        self.assertEqual(list(made_data.TYPES) + ["c", "p"] + list("BJOUX?"), [r["resname"] for r in rows])
+        # Counts of cis_prev are 0 to 19, one added to each: 210 in all.
+        for i, name in enumerate(made_data.TYPES):
+            self.assertEqual("%.6f" % ((i + 1) / 210), by_name[name]["cis_prev"])
+            self.assertEqual("%.6f" % ((2 * i + 1) / 400), by_name[name]["cis_next"])
+            self.assertEqual("0.050000", by_name[name]["trans_prev"])
+            self.assertEqual("%.6f" % ((20 - i) / 210), by_name[name]["trans_next"])
+        for column in ("cis_prev", "cis_next", "trans_prev", "trans_next"):
+            self.assertAlmostEqual(1.0, sum(float(by_name[t][column]) for t in made_data.TYPES), delta=2e-5)
+            self.assertEqual(by_name["C"][column], by_name["c"][column])
+            self.assertEqual(by_name["P"][column], by_name["p"][column])
+            self.assertEqual("0.050000", by_name["?"][column])
+
+    def test_random_coil_and_neighbour_effects(self):
+        lines = ["res," + ",".join(made_data.ATOMS)]
+        for i, name in enumerate(made_data.TYPES):
+            cb = "" if name == "G" else "30.5"
+            lines.append(f"{name},{100 + i}.25,4.125,175,55,{cb},{0 if name == 'P' else 8}")
+        self.add_classes()
+        self.data.put("coil.csv", "\n".join(lines) + "\n")
+        effects = ["neighbour,atom,nbr_at_i-1,nbr_at_i+1"]
+        effects += [f"{t},{a},{i + 0.5},{-i - 0.25}" for i, t in enumerate(made_data.TYPES)
+                    for a in made_data.ATOMS]
+        self.data.put("effects.csv", "\n".join(effects) + "\n")
+        folder = self.train()
+        coil, previous, after, adjustments = (
+            {r["RESNAME"]: r for r in made_data.rows_of(os.path.join(folder, name))}
+            for name in ("randcoil.tab", "rcprev.tab", "rcnext.tab", "rcadj.tab"))
+        names = list(made_data.TYPES) + ["c", "p"]
+        for rows in (coil, previous, after, adjustments):
+            self.assertEqual(names, list(rows))
+        self.assertEqual("9999.000", coil["G"]["CB"])
+        self.assertEqual("9999.000", coil["P"]["HN"])
+        self.assertEqual(["101.250", "30.500"], [coil["C"]["N"], coil["C"]["CB"]])
+        # Oxidised less reduced cysteine: -0.2, 0.16, 0, -2.8, 13.1, 0.11 ppm.
+        self.assertEqual(["101.050", "4.285", "175.000", "52.200", "43.600", "8.110"],
+                         [coil["c"][a] for a in made_data.ATOMS])
+        for i, name in enumerate(made_data.TYPES):
+            self.assertEqual([three(i + 0.5), three(-i - 0.25)], [previous[name]["CA"], after[name]["CA"]])
+        self.assertEqual(["1.500", "-1.250"], [previous["c"]["N"], after["c"]["N"]])
+        self.assertEqual({"0.000"}, {adjustments[n][a] for n in names for a in made_data.ATOMS})
+
+    def test_every_table_says_where_it_comes_from(self):
+        self.add_classes()
+        folder = self.train()
+        for name in TABLES:
+            with open(os.path.join(folder, name), encoding="utf-8") as file:
+                self.assertTrue(file.readline().startswith("REMARK "), name)
+
+    def test_twice_is_the_same(self):
+        self.add_classes()
+        first, second = self.train(), self.train(output="again/and/again")
+        self.assertEqual(TABLES, sorted(os.listdir(first)))
+        self.assertEqual(TABLES, sorted(os.listdir(second)))
+        for name in TABLES:
+            with open(os.path.join(first, name), "rb") as a, open(os.path.join(second, name), "rb") as b:
+                self.assertEqual(a.read(), b.read(), name)
+
+    # --- Bad input ---
+
+    def fails(self, message, *options):
+        result = run(self.data.train("tab", *options))
+        self.assertEqual(("zorvela-kit: " + message + "\n", "", 1),
+                         (result.stderr, result.stdout, result.returncode))
+        self.assertFalse(os.path.exists(self.data.path("tab")))
+
+    def test_no_cis_at_all(self):
+        for i, shift in enumerate(TRANS):
+            self.data.add(f"t{i}", made_data.sequence(i), "trans", shift)
+        self.data.write_labels()
+        self.fails(self.data.path("labels.csv") + ": no cis proline with enough shifts is labelled by structure; "
+                   "add entries with cis prolines")
+
+    def test_no_trans_at_all(self):
+        self.data.add("c", made_data.sequence(0), "cis", 1.0)
+        self.data.write_labels()
+        self.fails(self.data.path("labels.csv") + ": no trans proline with enough shifts is labelled by structure; "
+                   "add entries with trans prolines")
+
+    def test_entry_without_a_file(self):
+        self.add_classes()
+        os.remove(self.data.path("entries/t1.tab"))
+        self.fails(self.data.path("labels.csv") + ":7: there is no shift table " +
+                   self.data.path("entries") + "/t1.tab for entry t1; add the file or remove the lines of the entry")
+
+    def test_label_of_another_residue(self):
+        self.add_classes()
+        self.data.labels[2] = "c2,6,cis,,c2\n"
+        self.data.write_labels()
+        self.fails(self.data.path("labels.csv") + ":4: residue 6 of c2 is A, no proline; correct or remove the line")
+
+    def test_label_outside_the_sequence(self):
+        self.add_classes()
+        for resid in ("11", "0", "-3"):
+            self.data.labels[2] = f"c2,{resid},cis,,c2\n"
+            self.data.write_labels()
+            self.fails(self.data.path("labels.csv") + f":4: residue {resid} of c2 is outside the sequence of 10 "
+                       "residues; correct or remove the line")
+
+    def test_malformed_labels(self):
+        self.add_classes()
+        good = self.data.labels[3]
+        remedy = "; correct or remove the line"
+        for line, cause in (
+                ("c3,5,cis,,c3,more\n", "6 fields where the header has 5" + remedy),
+                ("c3\n", "1 field where the header has 5" + remedy),
+                ("c3,five,cis,,c3\n", 'resid is "five", no whole number' + remedy),
+                ("c3,99999999999,cis,,c3\n", 'resid is "99999999999", no whole number' + remedy),
+                ("c3,5,sis,,c3\n", 'label_structure is "sis", not cis, trans or empty' + remedy),
+                ("c3,5,cis,maybe,c3\n", 'label_shift is "maybe", not cis, trans, unclear or empty' + remedy),
+                ("c3,5,cis,,\n", "cluster is empty; give each protein a cluster"),
+                (",5,cis,,c3\n", 'entry is "", no name of a shift table' + remedy),
+                ("../c3,5,cis,,c3\n", 'entry is "../c3", no name of a shift table' + remedy),
+                ('"c3",5,cis,,c3\n', "a field is quoted; write fields without quotes"),
+                ("c1,5,cis,,c1\n", "residue 5 of c1 is labelled twice; remove one of the lines")):
+            self.data.labels[3] = line
+            self.data.write_labels()
+            self.fails(self.data.path("labels.csv") + ":5: " + cause)
+        self.data.labels[3] = good
+
+    def test_labels_without_a_column(self):
+        self.add_classes()
+        self.data.put("labels.csv", "entry,resid,label_structure\nc1,5,cis\n")
+        self.fails(self.data.path("labels.csv") + ":1: the header has no column cluster; add the column or give "
+                   "another file")
+
+    def test_empty_and_missing_files(self):
+        self.add_classes()
+        self.data.put("labels.csv", "")
+        self.fails(self.data.path("labels.csv") + ": is empty; give a CSV file with a header line")
+        self.data.put("labels.csv", made_data.LABELS)
+        self.fails(self.data.path("labels.csv") + ": has no prolines; give a file with a line for each proline")
+        os.remove(self.data.path("labels.csv"))
+        self.fails(self.data.path("labels.csv") + ": No such file or directory; give the path of a CSV file")
+
+    def test_entry_that_is_no_table(self):
+        self.add_classes()
+        self.data.put("entries/t1.tab", "VARS A B\nFORMAT %x %s\n")
+        result = run(self.data.train("tab"))
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("zorvela-kit: " + self.data.path("entries") + "/t1.tab: Bad format syntax '%x '; "
+                         "give a shift table in the program's format\n", result.stderr)
+
+    def test_bad_published_data(self):
+        self.add_classes()
+        atoms = ",".join(made_data.ATOMS)
+        good = {name: open(self.data.path(name), encoding="utf-8").read()
+                for name in ("coil.csv", "effects.csv", "counts.csv")}
+        for name, text, cause in (
+                ("coil.csv", f"res,{atoms}\nA,120,4,175,55,x,8\n",
+                 ':2: CB is "x", no number; correct or remove the line'),
+                ("coil.csv", f"res,{atoms}\nA,120,4,175,55,nan,8\n",
+                 ':2: CB is "nan", no number; correct or remove the line'),
+                ("coil.csv", f"res,{atoms}\nA,120,4,175,55,30,8\n",
+                 ": has no line for residue type C; add the line"),
+                ("effects.csv", "neighbour,atom,nbr_at_i-1,nbr_at_i+1\nA,CD,0,0\n",
+                 ':2: atom is "CD", not one of N, HA, C, CA, CB, HN; correct or remove the line'),
+                ("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\nA,-1,0,0,0\n",
+                 ":2: cis_prev is negative; give the count"),
+                ("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\nZ,1,0,0,0\n",
+                 ':2: resname is "Z", not one of the 20 residue types; correct or remove the line'),
+                ("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\nA,1,0,0,0\n",
+                 ": has no line for residue type C; add the line")):
+            self.data.put(name, text)
+            self.fails(self.data.path(name) + cause)
+            self.data.put(name, good[name])
+
+    def test_folder_that_cannot_be_made(self):
+        self.add_classes()
+        result = run(self.data.train("labels.csv"))
+        self.assertEqual(1, result.returncode)
+        self.assertTrue(result.stderr.startswith("zorvela-kit: " + self.data.path("labels.csv") + ": cannot be made"),
+                        result.stderr)
+
+    def test_missing_options(self):
+        result = run(["train", "--entries", "x"])
+        self.assertNotEqual(0, result.returncode)
+        self.assertIn("--labels is required", result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()

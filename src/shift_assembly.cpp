@@ -247,15 +247,19 @@ void ZORVELA::assembleResidues() {
   ReferenceCache references(*this);
   std::vector<Atom> atoms;
   for (const auto& [key, name] : atomNames) atoms.emplace_back(name);
+  const std::string* before = &resNames[0];
+  const std::string* after = &resNames[1];
   for (int resid = 1; resid <= seqLength; ++resid) {
     input.moveTo(resid);
-    const std::string& name = resNames[resid];
+    const std::string& name = *after;
+    after = &resNames[resid + 1];
     const bool isGlycine = name == kGlycine;
     const bool isProline = name == kProline;
     const std::vector<TypeShifts>& own = references.of(name);
-    const std::vector<TypeShifts>& prev = references.of(resNames[resid - 1]);
-    const std::vector<TypeShifts>& next = references.of(resNames[resid + 1]);
-    PooledMap<std::string, float>& reference = rcShifts[resid];
+    const std::vector<TypeShifts>& prev = references.of(*before);
+    const std::vector<TypeShifts>& next = references.of(*after);
+    before = &name;
+    PooledMap<std::string, float>& reference = rcShifts.try_emplace(rcShifts.end(), resid)->second;
     int missing = 0;
     for (std::size_t k = 0; k < atoms.size(); ++k) {
       const Atom& atom = atoms[k];
@@ -276,7 +280,7 @@ void ZORVELA::assembleResidues() {
       if (isProline && atom.isUnusedInProline) shift = kMissingShift;
       addResRow(observed ? observed->row : nullptr, resid, name, atom.name)[kShift] = shiftText(shift);
     }
-    missingCount[resid] = missing;
+    missingCount.insert_or_assign(missingCount.end(), resid, missing);
     if (isProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);
   }
 }

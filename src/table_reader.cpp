@@ -124,7 +124,7 @@ void GDB::readSequence() {
     if (!isResidueLetter(c)) continue;
     // Unsigned, so that numbers past the largest residue number wrap instead of overflowing.
     const unsigned resid = static_cast<unsigned>(firstSeqResid) + static_cast<unsigned>(residNames.size());
-    residNames[static_cast<int>(resid)] = c;
+    residNames.insert_or_assign(residNames.end(), static_cast<int>(resid), std::string(1, c));
   }
 }
 

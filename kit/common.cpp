@@ -48,7 +48,7 @@ UserError::UserError(const std::string& file, std::size_t line, const std::strin
                      const std::string& remedy)
     : std::runtime_error(located(file, line, what, remedy)) {}
 
-std::string printable(std::string text) {
+std::string withoutControls(std::string text) {
   for (char& c : text)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
   return text;

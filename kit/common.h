@@ -40,7 +40,7 @@ void throwInsteadOfExit();
 GDB loadTable(const std::string& path, const std::string& remedy);
 
 /// Text from a file, safe to show: control characters, which a terminal would obey, become "?".
-std::string printable(std::string text);
+std::string withoutControls(std::string text);
 
 /// Whether a stream of the process (0, 1, 2) is a terminal that understands control sequences.
 bool isCapableTerminal(int descriptor);

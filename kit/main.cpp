@@ -15,21 +15,6 @@ namespace {
 
 constexpr const char* kName = "zorvela-kit";
 
-void addCommands([[maybe_unused]] CLI::App& app) {
-#ifdef ZORVELA_KIT_IMPORT
-  kit::addImport(app);
-#endif
-#ifdef ZORVELA_KIT_RUN
-  kit::addRun(app);
-#endif
-#ifdef ZORVELA_KIT_TRAIN
-  kit::addTrain(app);
-#endif
-#ifdef ZORVELA_KIT_EVALUATE
-  kit::addEvaluate(app);
-#endif
-}
-
 /// A standard stream that the caller closed must not be taken by the next file that is opened, or
 /// messages would end up in it. What takes its place cannot be written, so writing still fails.
 void reserveStandardStreams() {
@@ -39,7 +24,7 @@ void reserveStandardStreams() {
 }
 
 int fail(const std::string& message) {
-  std::cerr << kName << ": " << kit::printable(message) << std::endl;
+  std::cerr << kName << ": " << kit::withoutControls(message) << std::endl;
   return 1;
 }
 
@@ -52,7 +37,10 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
   kit::throwInsteadOfExit();
-  addCommands(app);
+  kit::addRun(app);
+  kit::addImport(app);
+  kit::addTrain(app);
+  kit::addEvaluate(app);
   try {
     app.parse(argc, argv);
     return 0;

@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "common.h"
+#include "text.h"
 
 namespace kit {
 
@@ -100,7 +101,7 @@ class TextTable {
   void add(Cells cells, bool standsOut) {
     widths.resize(std::max(widths.size(), cells.size()), 0);
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      cells[i] = printable(cells[i]);
+      cells[i] = withoutControls(cells[i]);
       widths[i] = std::max(widths[i], screenWidth(cells[i]));
     }
     rows.push_back({std::move(cells), standsOut});
@@ -198,7 +199,7 @@ void writeOffsets(const RunReport& report, std::ostream& out) {
 void writeErrors(const RunReport& report, std::ostream& out) {
   if (countErrors(report) == 0) return;
   out << "\nNot predicted\n";
-  forEachError(report, [&](const FileReport& file) { out << "   " << printable(file.error) << '\n'; });
+  forEachError(report, [&](const FileReport& file) { out << "   " << withoutControls(file.error) << '\n'; });
 }
 
 std::size_t countProteins(const RunReport& report) {
@@ -213,14 +214,11 @@ std::size_t countProlines(const RunReport& report) {
   return count;
 }
 
-std::string counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 void writeSummary(const RunReport& report, std::ostream& out) {
   out << '\n'
-      << counted(countProlines(report), "proline") << " in " << counted(countProteins(report), "chain")
-      << " of " << counted(report.files.size(), "file") << ": " << countCalls(report, Call::cis)
+      << counted(countProlines(report), "proline", "prolines") << " in "
+      << counted(countProteins(report), "chain", "chains") << " of "
+      << counted(report.files.size(), "file", "files") << ": " << countCalls(report, Call::cis)
       << " cis (*), " << countCalls(report, Call::trans) << " trans, " << countCalls(report, Call::undecided)
       << " undecided (?), " << countCalls(report, Call::none) << " without a prediction\n"
       << "cis: P_CIS_NORM at least " << numberText(kCisFrom) << "; trans: at most " << numberText(kTransUpTo)

@@ -3,7 +3,10 @@
 #include <unistd.h>    // for STDOUT_FILENO
 
 #include <algorithm>     // for std::clamp, std::min
+#include <array>         // for std::array
 #include <atomic>        // for std::atomic
+#include <cmath>         // for std::fabs
+#include <cstdio>        // for std::snprintf
 #include <cstdlib>       // for std::getenv
 #include <functional>    // for std::ref
 #include <iostream>      // for std::cerr
@@ -18,15 +21,18 @@
 
 #include "commands.h"
 #include "common.h"
+#include "input_bytes.h"
 #include "predictor.h"
 #include "report.h"
 #include "shift_file.h"
+#include "text.h"
 
 namespace kit {
 
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
+constexpr int kResiduesForCertainty = 20;  // in a referencing fit
 constexpr int kMostJobs = 256;
 
 struct RunSettings {
@@ -90,29 +96,34 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA&
 // --- Reporting ----------------------------------------------------------------------------------
 
 std::string nameOf(const ProteinResult& protein) {
-  return protein.chain.empty() ? protein.file : protein.file + ", chain " + protein.chain;
+  const std::string file = inputName(protein.file);
+  return protein.chain.empty() ? file : file + ", chain " + protein.chain;
 }
 
 void warn(const std::string& text) {
-  std::cerr << "zorvela-kit: " << printable(text) << '\n';
+  std::cerr << "zorvela-kit: " << withoutControls(text) << '\n';
 }
 
 void tellNotes(const ProteinResult& protein) {
   const std::size_t shown = std::min(kNotesShown, protein.notes.size());
-  for (std::size_t i = 0; i < shown; ++i) warn("note: " + protein.notes[i]);
+  for (std::size_t i = 0; i < shown; ++i) warn("note: " + nameOf(protein) + ": " + protein.notes[i]);
   if (protein.notes.size() > shown)
-    warn("note: " + nameOf(protein) + ": " + std::to_string(protein.notes.size() - shown) +
-         " more notes; see them with zorvela-kit import or --format json");
+    warn("note: " + nameOf(protein) + ": " +
+         counted(protein.notes.size() - shown, "more note", "more notes") + "; --format json has them all");
+}
+
+std::string offsetWarning(const ReferencingOffset& offset) {
+  std::array<char, 64> size{};
+  std::snprintf(size.data(), size.size(), "%.2f", std::fabs(static_cast<double>(offset.offset)));
+  const bool isCertain = offset.size >= kResiduesForCertainty;
+  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size.data() + " ppm too " +
+         (offset.offset > 0 ? "high" : "low") + (isCertain ? " (" : " (only ") + std::to_string(offset.size) +
+         " residues); check the referencing and correct it";
 }
 
 void tellOffsets(const ProteinResult& protein) {
-  for (const ReferencingOffset& offset : protein.offsets) {
-    if (!callsForCorrection(offset)) continue;
-    const std::string atom = offset.atom == "C" ? "C'" : offset.atom;
-    warn("warning: " + nameOf(protein) + ": " + atom + " shifts seem referenced " +
-         numberText(offset.offset) + " ppm off (" + std::to_string(offset.size) +
-         " residues); check the referencing and correct it");
-  }
+  for (const ReferencingOffset& offset : protein.offsets)
+    if (callsForCorrection(offset)) warn("warning: " + nameOf(protein) + ": " + offsetWarning(offset));
 }
 
 void tellAll(const RunReport& report) {

@@ -151,7 +151,7 @@ class Errors(InFolder):
                 self.assertEqual(result.returncode, 1)
                 lines = result.stderr.splitlines()
                 self.assertEqual(len(lines), 3)
-                self.assertTrue(lines[0].startswith("zorvela-kit: " + bad + ": "), lines)
+                self.assertTrue(lines[0].startswith("zorvela-kit: " + bad + ":1: "), lines)
                 self.assertTrue(lines[1].startswith("zorvela-kit: none.tab: "), lines)
                 self.assertEqual(lines[2], "zorvela-kit: 2 of 4 files could not be predicted")
                 messages = [line[len("zorvela-kit: "):] for line in lines[:2]]
@@ -225,7 +225,7 @@ class Errors(InFolder):
         warnings = result.stderr.splitlines()
         self.assertEqual(len(warnings), 2)
         for atom, warning in zip(("CA", "CB"), warnings):
-            self.assertRegex(warning, "^zorvela-kit: warning: %s: %s shifts seem referenced [0-9.]+ ppm off "
+            self.assertRegex(warning, r"^zorvela-kit: warning: %s: %s shifts seem [0-9]\.[0-9]{2} ppm too high "
                              r"\(30 residues\); check the referencing and correct it$" % (file, atom))
         self.assertRegex(program.run(file).stdout, r"\n   \S+off\.tab +- +32 +[0-9]+ +[0-9.]+! +[0-9.]+! +")
 

@@ -84,6 +84,14 @@ def divide(a, b):
     return math.copysign(math.inf, a) * math.copysign(1.0, b)
 
 
+def total(values):
+    """The sum in double precision, one value after the other."""
+    result = 0.0
+    for value in values:
+        result += value
+    return result
+
+
 _REAL = re.compile(r"[\t\n\v\f\r ]*([+-]?)(?:"
                    r"(0[xX](?:[0-9a-fA-F]+\.?[0-9a-fA-F]*|\.[0-9a-fA-F]+)(?:[pP][+-]?[0-9]+)?)"
                    r"|([iI][nN][fF])|([nN][aA][nN])"
@@ -523,7 +531,7 @@ class Run:
         count = len(x)
 
         def mean(values):
-            return single(math.fsum(values) / len(values)) if values else 0.0
+            return single(total(values) / len(values)) if values else 0.0
 
         mean_x, mean_y = mean(x), mean(y)
         mean_xy = mean([single(b * a) for a, b in zip(x[1:], y[1:])])
@@ -532,7 +540,7 @@ class Run:
                               keep(keep(mean_xx * count) - keep(mean_x * keep(mean_x * count)))))
         offset = single(mean_y - keep(slope * mean_x))
         residuals = [single(b - keep(keep(a * slope) + offset)) for a, b in zip(x[1:], y[1:])]
-        spread = single(math.sqrt(divide(sum(r * r for r in residuals), len(residuals) - 1)))
+        spread = single(math.sqrt(divide(total(r * r for r in residuals), len(residuals) - 1)))
         return offset, single(divide(spread, single(math.sqrt(count))))
 
     # -- prediction

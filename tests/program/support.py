@@ -16,7 +16,7 @@ import reference
 PROGRAM = os.environ.get("ZORVELA_PROGRAM", "")
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SHARED_DATA = os.environ.get("ZORVELA_SHARED_DATA") or os.path.join(os.path.dirname(ROOT), "shared", "data")
-MEMORY_LIMIT_MIB = int(os.environ.get("ZORVELA_MEMORY_LIMIT_MIB", "1024"))
+MEMORY_LIMIT_MIB = int(os.environ.get("ZORVELA_MEMORY_LIMIT_MIB", "512"))
 PATIENCE = 100  # seconds after which a run counts as hung
 
 RESIDUES = "ACDEFGHIKLMNPQRSTVWY"

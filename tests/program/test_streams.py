@@ -5,7 +5,7 @@ import signal
 import subprocess
 
 from reference import TIME_LINE
-from support import LISTING_HEAD, TABLE_HEAD, ProgramTest, coil_shifts, mask, progress, protein
+from support import LISTING_HEAD, PATIENCE, PROGRAM, TABLE_HEAD, ProgramTest, coil_shifts, mask, progress, protein
 
 HEAD = progress() + "Analyzing in.tab:\n"
 LISTING = LISTING_HEAD + "   A1   P2   G3   0.500  0.050 \n"
@@ -54,7 +54,7 @@ class Order(Streams):
                          + "\tCan't save file no/pred.tab\n" + TIME_LINE)
 
     def test_the_running_time_is_a_number_of_seconds(self):
-        raw = subprocess.run([os.environ["ZORVELA_PROGRAM"], "-in", "in.tab"], cwd=self.directory, check=True,
+        raw = subprocess.run([PROGRAM, "-in", "in.tab"], cwd=self.directory, check=True,
                              capture_output=True, env=self.environment()).stdout.decode().split("\n")[-2]
         self.assertRegex(raw, r"^ Running time: [0-9.e-]+ seconds$")
         seconds = float(raw.split()[2])
@@ -113,9 +113,9 @@ class BrokenStreams(Streams):
         self.assertEqual((result.stdout, result.status), (HEAD + LISTING + TIME_LINE, 0))
         self.assertEqual(self.read("pred.tab"), TABLE)
 
-    def shell(self, redirection):
-        return subprocess.run(["/bin/sh", "-c", '"$0" -in in.tab ' + redirection, os.environ["ZORVELA_PROGRAM"]],
-                              cwd=self.directory, env=self.environment(), capture_output=True, timeout=100, check=False)
+    def shell(self, redirection, options="-in in.tab"):
+        return subprocess.run(["/bin/sh", "-c", '"$0" ' + options + " " + redirection, PROGRAM], cwd=self.directory,
+                              env=self.environment(), capture_output=True, timeout=PATIENCE, check=False)
 
     def test_standard_output_closed(self):
         done = self.shell(">&-")
@@ -136,6 +136,14 @@ class BrokenStreams(Streams):
         done = self.shell("2>&-")
         self.assertEqual((mask(done.stdout.decode()), done.returncode), (HEAD + LISTING + TIME_LINE, 0))
         self.assertEqual(self.read("pred.tab"), TABLE)
+
+    def test_early_ends_with_closed_or_full_streams(self):
+        for redirection in (">&- 2>&-", ">/dev/full 2>/dev/full"):
+            for options, status in (("-in in.tab -check", 255), ("-help", 0), ("", 0), ("-bogus", 0), ("-in no", 0)):
+                with self.subTest(redirection=redirection, options=options):
+                    done = self.shell(redirection, options)
+                    self.assertEqual((done.stdout, done.stderr, done.returncode), (b"", b"", status))
+        self.assertNotIn("pred.tab", self.files())
 
     def test_a_pipe_that_is_read_no_more(self):
         reader, writer = os.pipe()

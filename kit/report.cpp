@@ -8,6 +8,8 @@
 #include <cstdio>     // for std::snprintf
 #include <cstdlib>    // for std::strtod
 #include <ostream>    // for std::ostream
+#include <set>        // for std::set
+#include <utility>    // for std::move
 
 #include <nlohmann/json.hpp>
 
@@ -159,17 +161,45 @@ std::string callText(const ProlineResult& proline) {
   return proline.reason.empty() ? toText(proline.call) : kAbsent + " (" + proline.reason + ")";
 }
 
+/// Whether a chain comes with several shift lists, so that rows must name theirs.
+bool hasSeveralLists(const RunReport& report) {
+  for (const FileReport& file : report.files) {
+    std::set<std::string> chains;
+    for (const ProteinResult& protein : file.proteins)
+      if (!chains.insert(protein.chain).second) return true;
+  }
+  return false;
+}
+
+/// Where a row comes from. The first cell is left for the mark.
+TextTable::Cells originTitles(bool withList) {
+  if (withList) return {" ", "File", "Chain", "List"};
+  return {" ", "File", "Chain"};
+}
+
+TextTable::Cells originOf(const ProteinResult& protein, bool withList) {
+  if (withList) return {" ", protein.file, orAbsent(protein.chain), orAbsent(protein.list)};
+  return {" ", protein.file, orAbsent(protein.chain)};
+}
+
+TextTable::Cells joined(TextTable::Cells first, const TextTable::Cells& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
 void writeProlines(const RunReport& report, bool colour, std::ostream& out) {
-  TextTable table(
-      {"", "File", "Chain", "Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"});
+  const bool withList = hasSeveralLists(report);
+  TextTable table(joined(originTitles(withList),
+                         {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"}));
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
-    table.add(
-        {markOf(proline.call), protein.file, orAbsent(protein.chain),
-         neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
+    TextTable::Cells cells = joined(
+        originOf(protein, withList),
+        {neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
          neighbourText(proline.next, proline.nextNumber),
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
-         orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm), callText(proline)},
-        proline.call == Call::cis);
+         orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm), callText(proline)});
+    cells.front() = markOf(proline.call);
+    table.add(std::move(cells), proline.call == Call::cis);
   });
   table.write(colour, out);
 }
@@ -181,16 +211,17 @@ std::string offsetText(const ProteinResult& protein, const std::string& atom) {
 }
 
 void writeOffsets(const RunReport& report, std::ostream& out) {
-  TextTable table({" ", "File", "Chain", "Residues", "Shifts", "CA", "CB", "HA", "C'"});
+  const bool withList = hasSeveralLists(report);
+  TextTable table(joined(originTitles(withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
   bool anyCorrection = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    TextTable::Cells cells = {" ", protein.file, orAbsent(protein.chain), std::to_string(protein.length),
-                              std::to_string(protein.shiftCount)};
+    TextTable::Cells cells = joined(originOf(protein, withList),
+                                    {std::to_string(protein.length), std::to_string(protein.shiftCount)});
     for (const std::string& atom : kOffsetAtoms) {
       cells.push_back(offsetText(protein, atom));
       anyCorrection = anyCorrection || cells.back().back() == '!';
     }
-    table.add(cells, false);
+    table.add(std::move(cells), false);
   });
   out << "\nReferencing offsets (ppm)" << (anyCorrection ? "; ! a correction is recommended\n" : "\n");
   table.write(false, out);

@@ -138,6 +138,29 @@ TEST(ReportTable, AnUndecidedProlineHasAQuestionMark) {
       std::string::npos);
 }
 
+TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
+  kit::RunReport report = sample();
+  kit::ProteinResult second = report.files[0].proteins[0];
+  second.list = "2";
+  second.prolines.resize(1);
+  report.files[0].proteins.push_back(second);
+  const std::string text = written([&](std::ostream& out) { kit::writeTable(report, false, out); });
+  EXPECT_EQ(
+      text.substr(0, text.find("\n\n")),
+      "   File   Chain  List  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
+      "*  a.str  A      1     K116    P117     N118   6 4 5   24.310  0.999  0.981       cis\n"
+      "   a.str  A      1     c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
+      "*  a.str  A      2     K116    P117     N118   6 4 5   24.310  0.999  0.981       cis");
+  EXPECT_NE(text.find("\n   a.str  A      2     40        200     1.500!"), std::string::npos);
+}
+
+TEST(ReportTable, KeepsTheMarginWithoutMarks) {
+  kit::RunReport report = sample();
+  report.files[0].proteins[0].prolines[0].call = Call::trans;
+  const std::string text = written([&](std::ostream& out) { kit::writeTable(report, false, out); });
+  EXPECT_EQ(text.substr(0, 18), "   File   Chain  B");
+}
+
 TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   kit::RunReport report;
   report.files = {{"b", {}, "b: is empty"}};

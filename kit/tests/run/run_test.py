@@ -1,11 +1,14 @@
 """zorvela-kit run as a whole program: streams, exit statuses, formats, order, interruption, terminals."""
 import contextlib
 import csv
+import gzip
 import io
 import json
+import math
 import os
 import pty
 import select
+import shutil
 import signal
 import subprocess
 import tempfile
@@ -142,6 +145,53 @@ class ResidueNumbers(InFolder):
                           for p in protein["prolines"]], [("101", "102", "103", 2, 4), ("103", "104", "105", 4, 4)])
 
 
+class ShiftFiles(InFolder):
+    """Other files than shift tables; how each format is read is tested beside its reader."""
+
+    TWO_CHAINS = "chain,resid,resname,atom,shift\n" + "".join(
+        "%s,%d,%s,%s,%s\n" % (chain, resid + start, {"A": "ALA", "P": "PRO", "K": "LYS"}["APK"[resid - 1]], atom, shift)
+        for chain, start in (("A", 100), ("B", 0))
+        for resid in (1, 2, 3) for _, atom, shift in program.full_residue("APK", resid))
+
+    def test_an_nmr_star_file_gives_the_same_as_the_shift_table(self):
+        star = program.SOURCE / "examples" / "nuclease.str"
+        with open(star, "rb") as file:
+            packed = os.path.join(self.folder, "no_ending")
+            with gzip.open(packed, "wb") as out:
+                out.write(file.read())
+        table = program.SOURCE / "examples" / "nuclease.tab"
+        expected, plain, unpacked = program.proteins(table, star, packed)
+        for protein in (plain, unpacked):
+            self.assertEqual(protein["prolines"], expected["prolines"])
+            self.assertEqual(protein["referencing"], expected["referencing"])
+            self.assertEqual(protein["length"], expected["length"])
+
+    def test_every_chain_is_predicted_in_its_own_numbering(self):
+        file = self.put("two.csv", self.TWO_CHAINS)
+        rows = program.csv_rows(program.run("--format", "csv", file).stdout)
+        self.assertEqual([(r["chain"], r["resid"], r["position"], r["cs_cnt_prev"], r["cs_cnt"], r["call"])
+                          for r in rows], [("A", "102", "2", "6", "4", "trans"), ("B", "2", "2", "6", "4", "trans")])
+        self.assertAlmostEqual(float(rows[0]["p_cis"]), 1 / (1 + math.exp(2)), delta=1e-6)  # CB on the mean of trans
+
+    def test_one_chain_can_be_chosen(self):
+        file = self.put("two.csv", self.TWO_CHAINS)
+        for chains in (["B"], ["A", "B"]):
+            options = [word for chain in chains for word in ("--chain", chain)]
+            rows = program.csv_rows(program.run("--format", "csv", *options, file).stdout)
+            self.assertEqual([r["chain"] for r in rows], chains)
+        result = program.run("--chain", "C", file)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, 'zorvela-kit: %s: has no chain "C"; it has: A, B\n' % file)
+
+    def test_notes_of_the_import_are_told_and_kept(self):
+        file = self.put("two.csv", self.TWO_CHAINS)
+        result = program.run("--format", "json", file)
+        notes = [(p["chain"], note) for p in json.loads(result.stdout)["proteins"] for note in p["notes"]]
+        self.assertGreater(len(notes), 0)
+        self.assertEqual(result.stderr.splitlines(),
+                         ["zorvela-kit: note: %s, chain %s: %s" % (file, chain, note) for chain, note in notes])
+
+
 class Errors(InFolder):
     def test_one_bad_file_does_not_stop_the_others(self):
         bad = self.put("bad.tab", "nothing here\n")
@@ -192,6 +242,17 @@ class Errors(InFolder):
         self.assertEqual(json.loads(by_variable.stdout)["tables"], self.folder + "/tab")
         here = program.kit("run", "--format", "json", file, cwd=self.folder)
         self.assertEqual(json.loads(here.stdout)["tables"], "./tab")
+
+    def test_an_installed_program_finds_its_tables(self):
+        file = self.cis()
+        os.makedirs(os.path.join(self.folder, "bin"))
+        shutil.copy(program.KIT, os.path.join(self.folder, "bin", "zorvela-kit"))
+        shutil.copytree(program.MADE_TABLES, os.path.join(self.folder, "share", "zorvela", "tab"))
+        result = subprocess.run([os.path.join(self.folder, "bin", "zorvela-kit"), "run", "--format", "json", file],
+                                cwd="/", env=program.environment(), capture_output=True, check=False, timeout=60)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.assertEqual(os.path.realpath(json.loads(result.stdout)["tables"]),
+                         os.path.realpath(os.path.join(self.folder, "share", "zorvela", "tab")))
 
     def test_no_file_and_no_job_are_usage_errors(self):
         for arguments in ([], ["--jobs", "0", "a"], ["--jobs", "-1", "a"], ["--jobs", "two", "a"], ["--bogus", "a"]):

@@ -56,6 +56,11 @@ class Outliers(CheckReport):
         rows = coil_shifts("AKA", {(2, "CA"): 999.0, (3, "N"): 5000.0})
         self.expect_report("AKA", rows)
 
+    def test_missing_shifts_below_a_limit_are_no_outliers(self):
+        self.write("tab/sslimit.tab", table("RESNAME CA_MIN CA_MAX", "%s %f %f", [["A", 2000, 3000]]))
+        self.expect_report("A", [(1, "A", "CA", "1555.0")])
+        self.expect_report("A", [(1, "A", "CA", "1053.0")], self.line(1, "A", "CA", "998.000", "2000.000"))
+
     def test_the_limits_of_a_residue_without_limits_are_0(self):
         self.write("tab/sslimit.tab", table("RESNAME CA_MIN CA_MAX", "%s %f %f", []))
         self.expect_report("A", coil_shifts("A", {(1, "CA"): 0.5, (1, "N"): -0.25}),

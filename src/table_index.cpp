@@ -7,7 +7,7 @@
 namespace {
 
 // Up to this many rows a scan is as fast as an index and needs no memory.
-constexpr std::size_t kScanLimit = 16;
+constexpr std::size_t kScanLimit = 32;
 
 }  // namespace
 

@@ -6,7 +6,7 @@ import os
 import reference
 from support import ROOT, SHARED_DATA, ProgramTest, mask, skip_without_shared_data
 
-PARTS = 4
+QUARTERS = 4
 WITH_CIS = 50
 OTHERS = 50
 
@@ -22,11 +22,11 @@ def chosen_entries(folder):
 
 
 class RealEntries(ProgramTest):
-    def compare(self, part):
+    def compare(self, quarter):
         folder = skip_without_shared_data(self)
         names = chosen_entries(folder)
         self.assertEqual(len(set(names)), WITH_CIS + OTHERS)
-        for count, name in enumerate(names[part::PARTS]):
+        for count, name in enumerate(names[quarter::QUARTERS]):
             for options in ([], ["-check"], ["-noclip"])[:3 if count % 5 == 0 else 2]:
                 with self.subTest(name, options=options):
                     self.compare_one(os.path.join(folder, name), options)

@@ -222,11 +222,15 @@ class ShiftCollector {
     } else if (isOfHydroxylRing(resid, row.atom)) {
       hydroxylRing.push_back(numbered);
     } else if (const auto shift = usableValue(row, numbered)) {
-      if (isAmbiguous(row.ambiguity)) ambiguous[row.ambiguity].push_back(numbered);
+      if (isAmbiguous(row.ambiguity)) addOnce(ambiguous[row.ambiguity], numbered);
       if (atom.kind == AtomReading::Kind::pseudo) pseudo.push_back(sequence.number(resid));
       for (const char* name : atom.names)
         if (name != nullptr) offer({{resid, name, *shift}, row.occupancy, isPseudoAtom(atom)}, row);
     }
+  }
+
+  static void addOnce(std::vector<std::string>& items, const std::string& item) {
+    if (items.empty() || items.back() != item) items.push_back(item);
   }
 
   static bool isPseudoAtom(const AtomReading& atom) { return atom.kind == AtomReading::Kind::pseudo; }
@@ -337,8 +341,8 @@ class ShiftCollector {
     }
     if (withoutValue > 0) notes.push_back(counted(withoutValue, "row", "rows") + " without a value left out");
     if (missingMarks > 0)
-      notes.push_back(counted(missingMarks, "value", "values") +
-                      " that mark a missing shift (0 or 999 and above) left out");
+      notes.push_back(counted(missingMarks, "mark of a missing shift", "marks of missing shifts") +
+                      " (0, or 999 and above) left out");
     if (repeated > 0)
       notes.push_back(counted(repeated, "shift is", "shifts are") + " given twice with the same value");
     if (otherAtoms > 0)

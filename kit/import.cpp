@@ -27,6 +27,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kName = "zorvela-kit: ";
 constexpr const char* kStandardOutput = "-";
+constexpr std::size_t kMostPathsTold = 20;
 
 struct ImportArguments {
   std::vector<std::string> files;
@@ -106,12 +107,20 @@ class Importer {
     const std::vector<std::string> paths = tablePaths();
     checkPaths(paths);
     if (!given.output.empty()) makeFolder();
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-      writeTable(paths[i], proteins[i]);
+    for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
+    tellPaths(paths);
+  }
+
+  void tellPaths(const std::vector<std::string>& paths) const {
+    if (paths.size() > kMostPathsTold) {
+      std::cerr << kName << "wrote " << paths.size() << " tables to "
+                << (given.output.empty() ? "the current folder" : given.output) << std::endl;
+      return;
+    }
+    for (std::size_t i = 0; i < paths.size(); ++i)
       std::cerr << kName << "wrote " << paths[i] << " ("
                 << counted(proteins[i].sequence.size(), "residue", "residues") << ", "
                 << counted(proteins[i].shifts.size(), "shift", "shifts") << ")" << std::endl;
-    }
   }
 
   /// Whether all goes to one file or stream, and not to named files in a folder.

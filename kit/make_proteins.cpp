@@ -18,6 +18,7 @@ namespace kit {
 namespace {
 
 constexpr std::size_t kLongestNote = 400;
+constexpr std::size_t kMostReasons = 4;
 constexpr const char* kAllLists = "all";
 
 /// A user's name for a chain or list: nothing if it names none of them.
@@ -215,7 +216,7 @@ class ProteinMaker {
     if (protein.shifts.empty()) {
       leftOut.push_back(shownName(from) + " (" + listText(list) +
                         "): " + counted(rowsOf[list][chain].size(), "shift", "shifts") +
-                        ", none of backbone, CB or proline CG");
+                        ", none for the table (" + enumerated(protein.notes, kMostReasons) + ")");
       return;
     }
     markDisulfides(from, sequence, protein);
@@ -231,7 +232,7 @@ class ProteinMaker {
                   Protein& protein) const {
     std::string origin = "Imported from " + baseName() + " (" + file.format + ")";
     if (!chain.name.empty()) origin += ", chain " + chain.name;
-    if (!chain.molecule.empty()) origin += ", " + chain.molecule;
+    if (!chain.molecule.empty() && chain.molecule != chain.name) origin += ", " + chain.molecule;
     if (!file.lists[list].name.empty()) origin += ", shift list " + file.lists[list].name;
     protein.remarks.push_back(printable(origin));
     for (const std::string& remark : numberingRemarks(protein.numbers))
@@ -241,9 +242,9 @@ class ProteinMaker {
       if (const auto found = sequence.byKey.find(key); found != sequence.byKey.end())
         cis.push_back(sequence.letter(found->second) + sequence.number(found->second));
     if (cis.empty()) return;
-    const std::string text = "The file marks as cis peptide bond: " + enumerated(cis, cis.size());
-    protein.remarks.push_back(printable(text, kLongestNote));
-    protein.notes.push_back(text + "; this is kept as a remark and not used");
+    const std::string text = "he file marks as cis peptide bond: " + enumerated(cis, cis.size());
+    protein.remarks.push_back(printable("T" + text, kLongestNote));
+    protein.notes.push_back("t" + text + "; this is kept as a remark and not used");
   }
 
   std::string baseName() const {

@@ -32,7 +32,7 @@ bool isNoValue(const std::string& cell) {
   const std::string text = lower(cell);
   return text.empty() || text == "-" || text == "--" || text == "." || text == "?" || text == "na" ||
          text == "n/a" || text == "nan" || text == "none" || text == "null" || text == "nd" ||
-         text == "n.d." || text == "*" || text == "x";
+         text == "n.d." || text == "n.a." || text == "*";
 }
 
 /// A residue number as a spreadsheet writes it: "12.0" is 12.

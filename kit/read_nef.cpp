@@ -39,6 +39,13 @@ bool bondsBackward(const std::string& linking) {
   return isInside(linking) || equalIgnoringCase(linking, "end");
 }
 
+/// Whether the words for two neighbours tell that no bond is between them.
+bool isBreak(const std::string& before, const std::string& after) {
+  const bool isEnd = equalIgnoringCase(before, "end") || equalIgnoringCase(before, "single");
+  const bool isStart = equalIgnoringCase(after, "start") || equalIgnoringCase(after, "single");
+  return isEnd || isStart || (equalIgnoringCase(before, "break") && equalIgnoringCase(after, "break"));
+}
+
 bool isYes(const std::string& flag) {
   return equalIgnoringCase(flag, "true") || equalIgnoringCase(flag, "yes");
 }
@@ -70,6 +77,8 @@ class NefReader {
     const std::size_t name = table.columnOfAny({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
     const std::size_t linking = table.column("_nef_sequence.linking");
     const std::size_t cis = table.column("_nef_sequence.cis_peptide");
+    FileResidue before;
+    std::string chainBefore;
     std::string linkingBefore;
     for (std::size_t row = 0; row < table.rows(); ++row) {
       FileChain& chain = chainNamed(table.text(row, chainColumn));
@@ -78,7 +87,13 @@ class NefReader {
       residue.name = table.text(row, name);
       const std::string own = table.text(row, linking);
       residue.bondedToPrevious = bondsForward(linkingBefore) && bondsBackward(own);
+      if (chain.name == chainBefore && isBreak(linkingBefore, own) && nextNumber(before.key) == residue.key)
+        file.notes.push_back("the file tells of a chain break between " + before.key + " and " + residue.key +
+                             " of chain " + chain.name +
+                             "; no residue is missing there, so they stay neighbours");
       linkingBefore = own;
+      chainBefore = chain.name;
+      before = residue;
       if (isYes(table.text(row, cis))) chain.cisBonds.push_back(residue.key);
       chain.residues.push_back(std::move(residue));
     }

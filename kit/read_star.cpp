@@ -65,6 +65,7 @@ class Star3Reader {
     for (FileShiftList& list : file.lists) placeByNames(list.shifts, file.chains, file.notes);
     setNumbers();
     makeNamesDiffer(file.chains);
+    if (file.chains.empty() && file.lists.empty()) file.format = "STAR or CIF";
     file.contents = starContents(source);
     return std::move(file);
   }

@@ -114,8 +114,9 @@ class Star2Reader {
     FileShiftList list;
     list.name = frame.name;
     const std::string component = frameValue(frame, "_Mol_system_component_name");
+    // The loop of the reference compounds has the tag as well, but no atom names.
     for (const StarTable& table : tablesWith(frame, "_Chem_shift_value"))
-      readShifts(table, component, list.shifts);
+      if (table.has("_Atom_name")) readShifts(table, component, list.shifts);
     if (list.shifts.empty()) return;
     list.aliases = {std::to_string(file.lists.size() + 1)};
     file.lists.push_back(std::move(list));

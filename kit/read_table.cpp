@@ -238,7 +238,7 @@ class TableReader {
 
   void readShift(const GDB::Row& row, int position, char letter) {
     const std::string atom = printable(GDB::cell(row, "ATOMNAME"), 20);
-    const std::string label = std::to_string(position) + " " + atom;
+    const std::string label = printable(GDB::cell(row, "RESID"), 20) + " " + atom;
     const auto shift = toDecimal(GDB::cell(row, "SHIFT"));
     const std::vector<std::string> names = tableNames(letter, atom);
     if (names.empty())

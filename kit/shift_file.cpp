@@ -1,8 +1,9 @@
 // Any shift file as proteins: tells the format by content and hands over to the reader for it.
 #include "shift_file.h"
 
-#include <algorithm>  // for std::min, std::replace
-#include <utility>    // for std::move
+#include <algorithm>         // for std::count_if, std::min, std::replace
+#include <initializer_list>  // for std::initializer_list
+#include <utility>           // for std::move
 
 #include "common.h"
 #include "input_bytes.h"
@@ -72,9 +73,54 @@ bool isStar(std::string_view text) {
   return false;
 }
 
-ShiftFile readAnyStar(std::string_view text, const std::string& file) {
+std::vector<Protein> readBlocks(const gemmi::cif::Document& document, const std::string& file,
+                                const ImportOptions& options) {
+  return makeProteins(isNef(document) ? readNef(document, file) : readStar(document, file), file, options);
+}
+
+bool hasAny(const gemmi::cif::Block& block, std::initializer_list<std::string_view> tagStarts) {
+  for (const gemmi::cif::Block* frame : framesOf(block))
+    for (const std::string_view start : tagStarts)
+      if (!tablesOf(*frame, start).empty()) return true;
+  return false;
+}
+
+/// Whether a data block is an entry of its own, with molecules and shifts.
+bool isEntry(const gemmi::cif::Block& block) {
+  return hasAny(block, {"_Entity.", "_nef_sequence.", "_Mol_polymer_class", "_Mol_residue_sequence"}) &&
+         hasAny(block, {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."});
+}
+
+/// Entries that stand one after the other in a file number their molecules alike, so each is read alone.
+/// Its name goes in front of those of its chains. Entries without protein shifts are passed over.
+std::vector<Protein> readEntries(const gemmi::cif::Document& document, const std::string& file,
+                                 const ImportOptions& options) {
+  std::vector<Protein> proteins;
+  std::vector<std::string> passedOver;
+  for (const gemmi::cif::Block& block : document.blocks) {
+    if (!isEntry(block)) continue;
+    gemmi::cif::Document entry;
+    entry.blocks.push_back(block);
+    try {
+      for (Protein& protein : readBlocks(entry, file, options)) {
+        protein.chain = block.name + (protein.chain.empty() ? "" : "_" + protein.chain);
+        proteins.push_back(std::move(protein));
+      }
+    } catch (const UserError& error) {
+      passedOver.emplace_back(error.what());
+    }
+  }
+  if (proteins.empty()) throw UserError(passedOver.front());
+  for (const std::string& why : passedOver)
+    proteins.front().notes.push_back("a data block is left out: " + printable(why, 300));
+  return proteins;
+}
+
+std::vector<Protein> readAnyStar(std::string_view text, const std::string& file,
+                                 const ImportOptions& options) {
   const gemmi::cif::Document document = parseStar(text, inputName(file));
-  return isNef(document) ? readNef(document, file) : readStar(document, file);
+  const auto entries = std::count_if(document.blocks.begin(), document.blocks.end(), isEntry);
+  return entries > 1 ? readEntries(document, file, options) : readBlocks(document, file, options);
 }
 
 /// A table is one chain without a name.
@@ -100,8 +146,8 @@ std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
     throw UserError(inputName(file), 0, "is empty", "give a file with chemical shifts");
   // A table first: it may begin with remarks of any kind.
   if (!isStar(bytes) && isTable(bytes)) return readTableAlone(bytes, file, options);
-  ShiftFile shifts = isStar(bytes) ? readAnyStar(bytes, file) : readCsv(bytes, file);
-  return makeProteins(std::move(shifts), file, options);
+  if (isStar(bytes)) return readAnyStar(bytes, file, options);
+  return makeProteins(readCsv(bytes, file), file, options);
 }
 
 }  // namespace kit

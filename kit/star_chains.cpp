@@ -114,6 +114,7 @@ bool isDisulfideBond(const std::string& type, const std::string& atom1, const st
 
 Polymer polymerOfWords(const std::string& words) {
   const std::string text = lower(words);
+  if (contains(text, "nucleic")) return Polymer::other;  // also peptide nucleic acids
   if (contains(text, "peptide") || contains(text, "protein")) return Polymer::polypeptide;
   const bool isOther = contains(text, "nucleotide") || contains(text, "saccharide") ||
                        contains(text, "dna") || contains(text, "rna") || contains(text, "non-polymer") ||

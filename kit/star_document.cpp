@@ -26,11 +26,13 @@ bool startsWith(std::string_view text, std::string_view start) {
 
 [[noreturn]] void throwSyntaxError(const std::string& name, const StarText& star,
                                    const tao::pegtl::parse_error& error) {
-  const TextPlace place = star.placeOf(error.positions().front().byte);
-  throw UserError(
-      name, place.line,
-      "not valid STAR at column " + std::to_string(place.column) + ": " + printable(error.message()),
-      kSyntaxRemedy);
+  const std::size_t offset = error.positions().front().byte;
+  const TextPlace place = star.placeOf(offset);
+  const bool isAtEnd = offset >= star.text().size();
+  throw UserError(name, place.line,
+                  "not valid STAR at column " + std::to_string(place.column) + ": " +
+                      printable(error.message()) + (isAtEnd ? " (the file ends too early)" : ""),
+                  kSyntaxRemedy);
 }
 
 /// Whether any tag of the item fits.

@@ -418,7 +418,7 @@ void evaluate(const EvaluateSettings& settings) {
   ReferenceTables published;
   std::string tables;
   if (settings.folds > 0) {
-    published = publishedTables(besideLabels(settings.published, settings.labels));
+    published = publishedTables(besideLabels(settings.published, settings.labels), settings.choices);
     run = std::make_unique<ZORVELA>();
     useTables(published, *run);
     tables = "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";

@@ -198,10 +198,8 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
 // --- Neighbours of prolines -----------------------------------------------------------------------
 
 const std::array<std::string, 4> kShareColumns = {"cis_prev", "cis_next", "trans_prev", "trans_next"};
-// Added to each count, so that no residue type is impossible.
-constexpr int kPseudocount = 1;
 
-GDB sequenceTable(const std::string& path) {
+GDB sequenceTable(const std::string& path, int pseudocount) {
   const StrictCsv csv(path);
   const std::size_t type = csv.column("resname");
   std::map<std::string, std::array<double, 4>> counts;
@@ -217,8 +215,8 @@ GDB sequenceTable(const std::string& path) {
       const int count = csv.integer(row, column);
       if (count < 0) csv.fail(row, kShareColumns[i] + " is negative", "give the count");
       observed[i] += count;
-      counts[name][i] = count + kPseudocount;
-      totals[i] += count + kPseudocount;
+      counts[name][i] = count + pseudocount;
+      totals[i] += count + pseudocount;
     }
   }
   for (const char name : kResidueTypes)
@@ -232,7 +230,7 @@ GDB sequenceTable(const std::string& path) {
        "Source: " + citation(path) + ";",
        std::to_string(observed[0]) + " and " + std::to_string(observed[1]) + " neighbours of cis, " +
            std::to_string(observed[2]) + " and " + std::to_string(observed[3]) + " of trans prolines; " +
-           std::to_string(kPseudocount) + " added to each count.",
+           std::to_string(pseudocount) + " added to each count.",
        "c: as C. p: as P. B, J, O, U, X and ? (other residue, unknown, gap): even shares, which favour "
        "neither."},
       "resname cis_prev cis_next trans_prev trans_next", "%s" + repeated(" %9.6f", 4) + " ");
@@ -256,13 +254,13 @@ GDB sequenceTable(const std::string& path) {
 
 }  // namespace
 
-ReferenceTables publishedTables(const PublishedData& data) {
+ReferenceTables publishedTables(const PublishedData& data, const TrainingChoices& choices) {
   ReferenceTables tables;
   tables.randomCoil = randomCoilTable(data.randomCoil);
   tables.adjustments = noAdjustments();
   tables.previous = neighbourTable(data.neighbourEffects, "nbr_at_i-1", "preceding");
   tables.next = neighbourTable(data.neighbourEffects, "nbr_at_i+1", "following");
-  tables.sequence = sequenceTable(data.neighbours);
+  tables.sequence = sequenceTable(data.neighbours, choices.pseudocount);
   return tables;
 }
 
@@ -603,6 +601,10 @@ void addTrainingOptions(CLI::App& command, TrainingChoices& choices) {
       .add_option("--widen-neighbours", choices.widenNeighbours,
                   "factor on deviations of the neighbours' shifts")
       ->check(CLI::Range(0.1, 100.0))
+      ->capture_default_str()
+      ->group(group);
+  command.add_option("--pseudocount", choices.pseudocount, "added to each count of neighbours")
+      ->check(CLI::Range(0, 1000000))
       ->capture_default_str()
       ->group(group);
 }

@@ -29,6 +29,7 @@ struct TrainingChoices {
   Pooling pooling = Pooling::natural;
   double widenProline = 1.5;     ///< factor on the deviations of the proline's own shifts
   double widenNeighbours = 2.0;  ///< factor on the deviations of the neighbours' shifts
+  int pseudocount = 1;           ///< added to each count of neighbours, so that no type is impossible
 };
 
 /// Paths of the published data.
@@ -54,7 +55,7 @@ void addTrainingOptions(CLI::App& command, TrainingChoices& choices);
 
 /// The five tables that hold nothing of the proteins: all but limits and shifts. UserError for a file
 /// that is malformed or lacks one of the 20 residue types.
-ReferenceTables publishedTables(const PublishedData& data);
+ReferenceTables publishedTables(const PublishedData& data, const TrainingChoices& choices);
 
 /// Fills in limits and shifts from the entries and labels that are marked as used. UserError if no cis,
 /// or no trans, proline with enough shifts is among them.

@@ -22,7 +22,7 @@ struct TrainSettings {
 };
 
 void train(const TrainSettings& settings) {
-  ReferenceTables tables = publishedTables(settings.published);
+  ReferenceTables tables = publishedTables(settings.published, settings.choices);
   ZORVELA run;
   useTables(tables, run);
   const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);

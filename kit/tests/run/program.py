@@ -6,7 +6,6 @@ import os
 import pathlib
 import struct
 import subprocess
-import sys
 
 KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
 ZORVELA = os.environ.get("ZORVELA", "zorvela")
@@ -24,11 +23,6 @@ def shared_entries():
     """The shift tables of the shared data; none where the folder is not there."""
     data = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", SOURCE.parent / "shared" / "data"))
     return sorted((data / "entries").glob("*.tab"))
-
-
-def skip_note(text):
-    """Shown by ctest -V and kept in its log."""
-    print("SKIPPED: " + text, file=sys.stderr)
 
 
 def environment(**changes):

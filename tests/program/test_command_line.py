@@ -266,6 +266,20 @@ class Range(CommandLine):
                 self.expect_reference("-in", "in.tab", "-first", value)
                 self.expect_reference("-in", "in.tab", "-last", value)
 
+    def test_a_range_before_the_first_shift_is_moved_to_it(self):
+        # Shifts from 5 on; -last 3 becomes 5, so that proline 5 is the one residue that is left.
+        self.write("part.tab", protein(SEQUENCE + "A", [row for row in coil_shifts(SEQUENCE + "A") if row[0] >= 5]))
+        self.expect(["-in", "part.tab", "-last", "3"], finished("part.tab", LINES[5]), written={
+            "pred.tab": TABLE_HEAD + " 5 A P G  0  5  5 9999.000    0.500    0.050 \n"})
+
+    def test_a_range_behind_the_last_shift_is_moved_to_the_residue_after_it(self):
+        # Shifts up to 5; -first 9 becomes 6, which is no proline. Proline 5 would have passed.
+        rows = [row for row in coil_shifts(SEQUENCE + "A") if row[0] <= 5]
+        self.write("part.tab", protein(SEQUENCE + "A", rows))
+        self.expect(["-in", "part.tab", "-first", "9"], finished("part.tab"), written={"pred.tab": TABLE_HEAD})
+        self.expect(["-in", "part.tab"], finished("part.tab", LINES[2] + LINES[5]), written={
+            "pred.tab": TABLE_HEAD + ROWS[2] + " 5 A P G  6  5  0 9999.000    0.500    0.050 \n"})
+
     def test_prolines_beside_residues_without_shifts(self):
         # Shifts for 4 to 7 only: proline 8 lacks two of its three residues. With 9 as well it lacks only its own.
         rows = coil_shifts(SEQUENCE + "A")

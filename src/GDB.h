@@ -45,14 +45,17 @@ class RowIndex {
   RowIndex() = default;
   RowIndex(const RowIndex&) {}
   RowIndex(RowIndex&&) noexcept {}
-  RowIndex& operator=(const RowIndex&) { return forget(); }
-  RowIndex& operator=(RowIndex&&) noexcept { return forget(); }
-  ~RowIndex() = default;
-
-  RowIndex& forget() {
-    columns.clear();
+  RowIndex& operator=(const RowIndex&) {
+    forget();
     return *this;
   }
+  RowIndex& operator=(RowIndex&&) noexcept {
+    forget();
+    return *this;
+  }
+  ~RowIndex() = default;
+
+  void forget() { columns.clear(); }
 
   std::map<std::string, Column> columns;
 };

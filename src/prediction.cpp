@@ -140,6 +140,7 @@ std::map<std::string, std::string> ZORVELA::getTriplet(int r) {
   return record;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): part of the interface
 bool ZORVELA::testTriplet(std::map<std::string, std::string> record) {
   return hasEnoughShifts(record);
 }

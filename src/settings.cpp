@@ -103,7 +103,8 @@ ZORVELA::ZORVELA() {
 }
 
 ZORVELA::ZORVELA(const std::string& inputName) {
-  ZORVELA();  // a temporary of its own: this object keeps no default but the input name
+  // A temporary of its own: this object keeps no default but the input name.
+  ZORVELA();  // NOLINT(bugprone-unused-raii,bugprone-undelegated-constructor)
   inName = inputName;
 }
 
@@ -155,6 +156,7 @@ void ZORVELA::printSyntax() {
   endRun(0);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): part of the interface
 void ZORVELA::printEntry(std::map<std::string, std::string> entry) {
   for (const auto& [key, value] : entry)
     if (!value.empty()) std::cout << value << ' ';

@@ -1,7 +1,7 @@
 // Names of residues and of backbone atoms, as the many files write them.
 #include "residues.h"
 
-#include <algorithm>      // for std::find
+#include <algorithm>      // for std::all_of, std::find
 #include <unordered_map>  // for std::unordered_map
 #include <unordered_set>  // for std::unordered_set
 
@@ -68,6 +68,12 @@ bool isHydroxyproline(std::string_view name) {
   return name == "HYP" || name == "HY3";
 }
 
+// The library's table; it takes names of ASCII letters and digits only.
+gemmi::ResidueInfo tabulated(const std::string& name) {
+  const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+  return gemmi::find_tabulated_residue(isPlain ? name : std::string());
+}
+
 bool isLetterOfAminoAcid(char c) {
   return contains("ACDEFGHIKLMNPQRSTVWY", std::string_view(&c, 1));
 }
@@ -123,7 +129,7 @@ ResidueType residueType(std::string_view name) {
     return modified(key, parent->second);
   if (isWithoutParent(key)) return {};
   // The library's "standard" residues are the 20; the parent of another is in lower case.
-  const gemmi::ResidueInfo info = gemmi::find_tabulated_residue(key);
+  const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
   if (!info.is_amino_acid() || !isLetterOfAminoAcid(letter)) return {};
   if (!info.is_standard()) return modified(key, letter);
@@ -147,7 +153,7 @@ bool isNucleotide(std::string_view name) {
       "A",  "C",  "G",   "T",   "U",   "I",   "DA",  "DC",  "DG", "DT", "DU", "DI", "RA", "RC",
       "RG", "RU", "ADE", "CYT", "GUA", "THY", "URA", "URI", "A5", "A3", "C5", "C3", "G5", "G3"};
   const std::string key = upper(name);
-  return names.count(key) > 0 || gemmi::find_tabulated_residue(key).is_nucleic_acid();
+  return names.count(key) > 0 || tabulated(key).is_nucleic_acid();
 }
 
 AtomReading readAtom(char letter, std::string_view atom) {

@@ -37,7 +37,7 @@ TEST(Residues, ModifiedOnesGoToTheirParent) {
 
 TEST(Residues, WithoutAParentTheyAreUnknown) {
   for (const char* name :
-       {"ACE", "NH2", "ZN", "HEM", "ORN", "AIB", "CRO", "DA", "A", "UNK", "ASX", "", "???", "NLE"})
+       {"ACE", "NH2", "ZN", "HEM", "ORN", "AIB", "CRO", "DA", "A", "UNK", "ASX", "", "???", "NLE", "S\x93-"})
     EXPECT_EQ(residueType(name).letter, '?') << name;
 }
 

@@ -13,8 +13,9 @@ namespace kit {
 
 /// A proline at least this likely (P_CIS_NORM) is called cis.
 inline constexpr float kCisFrom = 0.5F;
-/// A proline at most this likely (P_CIS_NORM) is called trans; between the two it is undecided.
-inline constexpr float kTransUpTo = 0.1F;
+/// A proline at most this likely (P_CIS_NORM) is called trans: 1 in 20 is cis before any shift is known,
+/// so up to here the shifts speak against cis. Between the two bounds it is undecided.
+inline constexpr float kTransUpTo = 0.05F;
 
 /// What is said of one proline in plain words.
 enum class Call { cis, trans, undecided, none };

@@ -99,7 +99,7 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
             "   b,c.str:3: no shifts; add some\n"
             "\n"
             "2 prolines in 1 chain of 2 files: 1 cis (*), 0 trans, 0 undecided (?), 1 without a prediction\n"
-            "cis: P_CIS_NORM at least 0.5; trans: at most 0.1; undecided: between\n");
+            "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
 TEST(ReportTable, ColoursTheCisRowsAlone) {
@@ -167,7 +167,7 @@ TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   EXPECT_EQ(written([&](std::ostream& out) { kit::writeTable(report, false, out); }),
             "\nNot predicted\n   b: is empty\n\n"
             "0 prolines in 0 chains of 1 file: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
-            "cis: P_CIS_NORM at least 0.5; trans: at most 0.1; undecided: between\n");
+            "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
 TEST(ReportCsv, HasARowForEachProlineAndEachError) {
@@ -193,7 +193,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
     "version": 1,
     "program": "zorvela-kit )" ZORVELA_VERSION R"(",
     "tables": "tab",
-    "thresholds": {"cis_from": 0.5, "trans_up_to": 0.1},
+    "thresholds": {"cis_from": 0.5, "trans_up_to": 0.05},
     "proteins": [{
       "file": "a.str", "chain": "A", "list": "1", "length": 40, "shifts": 200,
       "referencing": [

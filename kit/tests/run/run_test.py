@@ -22,7 +22,7 @@ import program
 CIS = {(2, "CB"): 34.0, (2, "CG"): 24.0}    # on the cis side of both means: +4 ppm from random coil, CG of cis
 TRANS = {(2, "CB"): 30.0, (2, "CG"): 27.0}  # on the means of trans
 HEADER = ",".join(program.COLUMNS)
-SUMMARY_END = "cis: P_CIS_NORM at least 0.5; trans: at most 0.1; undecided: between\n"
+SUMMARY_END = "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n"
 
 
 class InFolder(unittest.TestCase):
@@ -266,7 +266,7 @@ class Errors(InFolder):
         result = program.kit("run", "--help")
         self.assertEqual(result.returncode, 0)
         self.assertEqual(result.stderr, "")
-        self.assertIn("cis where P_CIS_NORM is at least 0.5, trans where it is at most 0.1, undecided between.",
+        self.assertIn("cis where P_CIS_NORM is at least 0.5, trans where it is at most 0.05, undecided between.",
                       result.stdout)
 
     def test_referencing_that_calls_for_a_correction_is_a_warning(self):

@@ -116,6 +116,10 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
     columns.residues.push_back(residue);
   }
   if (columns.name == kNoColumn && columns.residues.empty()) columns.name = taker.take(kWeakNameNames);
+  // Beside a column that may hold both, "type" counts only where that one gives no name.
+  if (columns.name == kNoColumn)
+    if (const std::size_t weak = taker.take(kWeakNameNames); weak != kNoColumn)
+      columns.residues.push_back(weak);
   if (columns.atom == kNoColumn || columns.shift == kNoColumn)
     for (std::size_t i = 0; i < names.size(); ++i)
       if (isTableAtom(taker.nameAt(i))) columns.atoms.emplace_back(i, upper(taker.nameAt(i)));

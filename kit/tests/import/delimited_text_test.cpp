@@ -57,6 +57,8 @@ TEST(CsvColumns, OneColumnForNameAndNumber) {
   const auto columns = kit::readColumns({"residue", "atom", "shift"});
   EXPECT_TRUE(columns.areEnough());
   EXPECT_EQ(columns.residues, std::vector<std::size_t>{0});
+  const auto weak = kit::readColumns({"residue", "type", "atom", "shift"});
+  EXPECT_EQ(weak.residues, (std::vector<std::size_t>{0, 1}));
   const auto two = kit::readColumns({"res", "residue", "atom", "shift"});
   EXPECT_EQ(two.residues, (std::vector<std::size_t>{1, 0}));
 }

@@ -339,6 +339,16 @@ class CsvTest(ImportTest):
         self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
                          "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
+    def test_residue_and_type(self):
+        """Whether "residue" holds numbers, names or both is told by its cells."""
+        for data in (b"residue,type,atom,shift\n4,A,CA,52\n5,PRO,CA,63\n",
+                     b"residue,type,atom,shift\nA4,13C,CA,52\nP5,13C,CA,63\n",
+                     b"res,residue,atom,shift\nALA,4,CA,52\nPRO,5,CA,63\n",
+                     b"residue;name;atom;shift\n4;Ala;CA;52\n5;Pro;CA;63\n"):
+            self.assertEqual(self.run_kit("-", data=data)[1], table(
+                ["Imported from standard input (CSV)", "Residue 1 here is residue 4 there"], "AP",
+                ["1 CA 52.000", "2 CA 63.000"]))
+
     def test_lower_case_names_of_a_whole_file(self):
         """Where all letters are lower case, c is no sign of a disulfide bond."""
         _, out, _ = self.run_kit("-", data=b"resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n")

@@ -191,6 +191,18 @@ class ShiftFiles(InFolder):
         self.assertEqual(result.stderr.splitlines(),
                          ["zorvela-kit: note: %s, chain %s: %s" % (file, chain, note) for chain, note in notes])
 
+    def test_of_many_notes_five_are_told(self):
+        rows = self.TWO_CHAINS + "".join("A,101,ALA,%s,1.5\n" % atom for atom in ("N", "HN", "HA", "C", "CA", "CB"))
+        file = self.put("many.csv", rows)
+        result = program.run("--format", "json", "--chain", "A", file)
+        (protein,) = json.loads(result.stdout)["proteins"]
+        notes = protein["notes"]
+        self.assertGreater(len(notes), 6)
+        start = "zorvela-kit: note: %s, chain A: " % file
+        self.assertEqual(result.stderr.splitlines(),
+                         [start + note for note in notes[:5]] +
+                         [start + "%d more notes; --format json has them all" % (len(notes) - 5)])
+
 
 class Errors(InFolder):
     def test_one_bad_file_does_not_stop_the_others(self):

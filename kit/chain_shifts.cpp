@@ -235,7 +235,7 @@ class ShiftCollector {
 
   static bool isPseudoAtom(const AtomReading& atom) { return atom.kind == AtomReading::Kind::pseudo; }
 
-  // The hydroxyl group moves CG of hydroxyproline by 45 ppm and CB by 7: no cis or trans proline is alike.
+  // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
   bool isOfHydroxylRing(int resid, const std::string& atom) const {
     return sequence.type(resid).isHydroxyproline &&
            (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));

@@ -105,6 +105,14 @@ TEST_P(TableSearch, SeesARowAddedAfterASearch) {
   EXPECT_EQ(shiftOf(table, "new"), "1.5");
 }
 
+TEST_P(TableSearch, SeesARowAddedThroughTheRowsThemselves) {
+  ASSERT_EQ(shiftOf(table, "new"), "");
+  const int number = rows() + 1;
+  table.entries[number]["RESID"] = "new";
+  table.entries[number]["SHIFT"] = "1.5";
+  EXPECT_EQ(shiftOf(table, "new"), "1.5");
+}
+
 TEST_P(TableSearch, SeesAnEarlierRowSetAfterASearch) {
   ASSERT_EQ(shiftOf(table, "7"), "70");
   table.setEntry(-4, "RESID", "7");

@@ -239,17 +239,22 @@ TEST(TableReader, OfTwoColumnsWithOneNameTheLaterCellStays) {
 // --- Formats ------------------------------------------------------------------------------------
 
 TEST(TableReader, FormatItemInExponentFormEndsTheRunWithStatus0) {
-  EXPECT_EXIT(tableOf("VARS A\nFORMAT %5.1e\n"), ExitedWithCode(0), Eq("\tBad format syntax '%5.1e'\n"));
+  const TempDir dir;
+  const std::string path = dir.write("bad.tab", "VARS A\nFORMAT %5.1e\n");
+  EXPECT_EXIT(GDB{path}, ExitedWithCode(0), Eq("\tBad format syntax '%5.1e'\n"));
 }
 
 TEST(TableReader, MessageHoldsTheBadItemWithItsBlanks) {
-  EXPECT_EXIT(tableOf("VARS A B C\nFORMAT %4d %5.1e  %s\n"), ExitedWithCode(0),
-              Eq("\tBad format syntax '%5.1e  '\n"));
+  const TempDir dir;
+  const std::string path = dir.write("bad.tab", "VARS A B C\nFORMAT %4d %5.1e  %s\n");
+  EXPECT_EXIT(GDB{path}, ExitedWithCode(0), Eq("\tBad format syntax '%5.1e  '\n"));
 }
 
 TEST(TableReader, MissingPieceOfADoubledPercentIsABadItem) {
   // Three "%" for three columns, but two pieces behind the first blank: the third item is "%" alone.
-  EXPECT_EXIT(tableOf("VARS A B C\nFORMAT %4d %%s\n"), ExitedWithCode(0), Eq("\tBad format syntax '%'\n"));
+  const TempDir dir;
+  const std::string path = dir.write("bad.tab", "VARS A B C\nFORMAT %4d %%s\n");
+  EXPECT_EXIT(GDB{path}, ExitedWithCode(0), Eq("\tBad format syntax '%'\n"));
 }
 
 TEST(TableReader, TextBeforeTheFirstPercentIsNoItem) {

@@ -1,14 +1,14 @@
-"""On the development data: the tables in tab/ are what train writes, and reach the figures that we state.
+"""On the development data: the tables in tab/ are what train writes, and reach the figures that the documents state.
 
 The data are not part of the repository. They are looked for in ZORVELA_SHARED_DATA, else in
 ../shared/data beside the checkout; without them these tests are skipped.
 """
 import json
 import os
+import resource
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 KIT = os.environ["ZORVELA_KIT"]
@@ -21,12 +21,25 @@ SOURCES = ["--neighbours", os.path.join(DATA, "proline_neighbour_counts.csv"), "
 SKIPPED = 77
 
 
+def processor_time():
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
+
+
+def document(name):
+    with open(os.path.join(SOURCE, "doc", name), encoding="utf-8") as file:
+        return file.read()
+
+
 class SharedData(unittest.TestCase):
+    maxDiff = None
+
     def run_kit(self, *arguments):
-        begin = time.monotonic()
+        """Output, and processor time in seconds: it does not depend on what else the machine does."""
+        begin = processor_time()
         result = subprocess.run([KIT, *arguments], capture_output=True, text=True, check=False)
         self.assertEqual(("", 0), (result.stderr, result.returncode))
-        return result.stdout, time.monotonic() - begin
+        return result.stdout, processor_time() - begin
 
     def test_tables_are_those_that_train_writes(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -57,6 +70,19 @@ class SharedData(unittest.TestCase):
     def test_one_evaluation_is_quick(self):
         _, seconds = self.run_kit("evaluate", *PROTEINS, "--tables", os.path.join(SOURCE, "tab"))
         self.assertLess(seconds, 20)
+
+    def test_documents_hold_what_is_printed(self):
+        with tempfile.TemporaryDirectory() as folder:
+            calibration = os.path.join(folder, "calibration.csv")
+            output, _ = self.run_kit("evaluate", *PROTEINS, "--cross-validate", "10", "--calibration", calibration)
+            with open(calibration, encoding="utf-8") as file:
+                bins = "".join(",".join(line.split(",")[:6]) + "\n" for line in file)
+        command = "$ zorvela-kit evaluate --entries DATA/entries --labels DATA/prolines.csv --cross-validate 10"
+        self.assertIn(f"```console\n{command}\n{output}```\n", document("accuracy.md"))
+        self.assertIn(f"$ cut -d, -f1-6 calibration.csv\n{bins}```\n", document("accuracy.md"))
+        sources = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "tables-sources"), DATA], check=True,
+                                 capture_output=True, text=True).stdout
+        self.assertTrue(document("tables.md").endswith(sources.rstrip("\n") + "\n"))
 
 
 if __name__ == "__main__":

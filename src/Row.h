@@ -11,7 +11,6 @@
 #include <initializer_list>  // for std::initializer_list
 #include <map>               // for std::map
 #include <memory>            // for std::shared_ptr
-#include <stdexcept>         // for std::out_of_range
 #include <string>            // for std::string
 #include <string_view>       // for std::string_view
 #include <utility>           // for std::pair
@@ -31,6 +30,11 @@ class Row {
    public:
     const_iterator(const Row* walked, std::size_t at) : row(walked), i(at) {}
     Cell operator*() const { return {(*row->names)[i], row->texts[i]}; }
+    struct Arrow {
+      Cell cell;
+      const Cell* operator->() const { return &cell; }
+    };
+    Arrow operator->() const { return {**this}; }
     const_iterator& operator++() {
       ++i;
       return *this;
@@ -61,23 +65,18 @@ class Row {
   std::size_t size() const { return texts.size(); }
   const_iterator begin() const { return {this, 0}; }
   const_iterator end() const { return {this, size()}; }
-  std::size_t count(const std::string& name) const { return find(name) ? 1 : 0; }
+  std::size_t count(const std::string& name) const { return placeOf(name) < size() ? 1 : 0; }
 
-  /// The text of a cell; nullptr if the row lacks it.
-  const std::string* find(const std::string& name) const {
-    for (std::size_t i = 0; i < texts.size(); ++i)
-      if ((*names)[i] == name) return &texts[i];
-    return nullptr;
-  }
+  /// The cell of that column; `end()` if the row lacks it.
+  const_iterator find(const std::string& name) const { return {this, placeOf(name)}; }
+  /// The text of a cell; empty text if the row lacks it.
+  const std::string& text(const std::string& name) const { return textAt(placeOf(name)); }
   /// The text of a cell; throws std::out_of_range if the row lacks it.
-  const std::string& at(const std::string& name) const {
-    if (const std::string* text = find(name)) return *text;
-    throw std::out_of_range("no column " + name);
-  }
+  const std::string& at(const std::string& name) const { return texts.at(placeOf(name)); }
   /// The text of a cell, which is made if the row lacks it.
   std::string& operator[](const std::string& name) {
-    if (const std::string* text = find(name)) return const_cast<std::string&>(*text);
-    return insert(name);
+    const std::size_t place = placeOf(name);
+    return place < size() ? texts[place] : insert(name);
   }
 
   /// Reads one column row after row. Rows of one file share their names, so that the cell's place is
@@ -89,10 +88,9 @@ class Row {
     const std::string& of(const Row& row) {
       if (row.names.get() != names) {
         names = row.names.get();
-        const std::string* text = row.find(name);
-        place = text ? static_cast<std::size_t>(text - row.texts.data()) : row.texts.size();
+        place = row.placeOf(name);
       }
-      return place < row.texts.size() ? row.texts[place] : noText();
+      return row.textAt(place);
     }
 
    private:
@@ -101,18 +99,24 @@ class Row {
     std::size_t place = 0;
   };
 
-  /// What a cell that a row lacks reads as.
-  static const std::string& noText() {
-    static const std::string empty;
-    return empty;
-  }
-
   friend bool operator==(const Row& a, const Row& b) {
     return a.texts == b.texts && (a.names == b.names || a.empty() || *a.names == *b.names);
   }
   friend bool operator!=(const Row& a, const Row& b) { return !(a == b); }
 
  private:
+  // Index of the cell of that column; the size of the row if it lacks it.
+  std::size_t placeOf(const std::string& name) const {
+    std::size_t i = 0;
+    while (i < texts.size() && (*names)[i] != name) ++i;
+    return i;
+  }
+
+  const std::string& textAt(std::size_t place) const {
+    static const std::string none;
+    return place < texts.size() ? texts[place] : none;
+  }
+
   // A new column belongs to this row alone.
   std::string& insert(const std::string& name) {
     if (!names)

@@ -12,8 +12,7 @@ constexpr std::size_t kScanLimit = 32;
 }  // namespace
 
 const std::string& GDB::cell(const Row& row, const std::string& col) {
-  const std::string* text = row.find(col);
-  return text ? *text : Row::noText();
+  return row.text(col);
 }
 
 const GDB::Row* GDB::findEntry(const std::string& col, const std::string& value, int n) const {

@@ -29,7 +29,7 @@ TEST(RowTest, StartsEmpty) {
   EXPECT_TRUE(row.empty());
   EXPECT_EQ(row.size(), 0U);
   EXPECT_EQ(row.count("RESID"), 0U);
-  EXPECT_EQ(row.find("RESID"), nullptr);
+  EXPECT_EQ(row.find("RESID"), row.end());
   EXPECT_TRUE(row.begin() == row.end());
   EXPECT_EQ(mapOf(row), Row::Map());
 }

@@ -465,11 +465,13 @@ void addEvaluate(CLI::App& app) {
       ->required();
   CLI::Option* tables = command->add_option("--tables", settings->tables,
                                             "folder of the seven tables (default: those of zorvela)");
-  command
-      ->add_option("--cross-validate", settings->folds,
-                   "instead of given tables: train all tables anew without the clusters of each of N folds")
-      ->check(CLI::Range(std::size_t{2}, std::size_t{1000}))
-      ->excludes(tables);
+  CLI::Option* folds =
+      command
+          ->add_option(
+              "--cross-validate", settings->folds,
+              "instead of given tables: train all tables anew without the clusters of each of N folds")
+          ->check(CLI::Range(std::size_t{2}, std::size_t{1000}))
+          ->excludes(tables);
   command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
   command->add_option("--output", settings->output, "file for the figures (default: standard output)");
   command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
@@ -483,20 +485,17 @@ void addEvaluate(CLI::App& app) {
       ->add_option("--calibration", settings->calibration,
                    "predicted probability against observed share of cis")
       ->group(files);
-  const std::string sources = "Published data for --cross-validate (default: beside the labels)";
-  command
-      ->add_option("--neighbours", settings->published.neighbours,
-                   "CSV of counts (proline_neighbour_counts.csv)")
-      ->group(sources);
-  command
-      ->add_option("--random-coil", settings->published.randomCoil,
-                   "CSV of random-coil shifts (random_coil/nielsen_mulder_2018.csv)")
-      ->group(sources);
-  command
-      ->add_option("--neighbour-effects", settings->published.neighbourEffects,
-                   "CSV of neighbour effects (random_coil/nielsen_mulder_2018_neighbours.csv)")
-      ->group(sources);
-  addTrainingOptions(*command, settings->choices);
+  std::vector<CLI::Option*> forFolds = addTrainingOptions(*command, settings->choices);
+  const auto addSource = [&](const char* name, std::string& path, const char* description) {
+    forFolds.push_back(command->add_option(name, path, description)
+                           ->group("Published data for --cross-validate (default: beside the labels)"));
+  };
+  addSource("--neighbours", settings->published.neighbours, "CSV of counts (proline_neighbour_counts.csv)");
+  addSource("--random-coil", settings->published.randomCoil,
+            "CSV of random-coil shifts (random_coil/nielsen_mulder_2018.csv)");
+  addSource("--neighbour-effects", settings->published.neighbourEffects,
+            "CSV of neighbour effects (random_coil/nielsen_mulder_2018_neighbours.csv)");
+  for (CLI::Option* option : forFolds) option->needs(folds);
   command->callback([settings] { evaluate(*settings); });
 }
 

@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace kit {
 
@@ -50,8 +51,8 @@ struct ReferenceTables {
   GDB sequence;     ///< Pro.seq.tab
 };
 
-/// Adds the options for `TrainingChoices` to a sub-command.
-void addTrainingOptions(CLI::App& command, TrainingChoices& choices);
+/// Adds the options for `TrainingChoices` to a sub-command, and returns them.
+std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices& choices);
 
 /// The five tables that hold nothing of the proteins: all but limits and shifts. UserError for a file
 /// that is malformed or lacks one of the 20 residue types.

@@ -239,6 +239,12 @@ class Evaluate(unittest.TestCase):
         self.assertNotEqual(0, result.returncode)
         self.assertIn("excludes", result.stderr)
 
+    def test_choices_in_training_need_folds(self):
+        for option in (["--trim", "3"], ["--pool", "equal"], ["--neighbours", "x"]):
+            result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), *option])
+            self.assertNotEqual(0, result.returncode)
+            self.assertIn(option[0] + " requires --cross-validate", result.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -246,7 +246,7 @@ class ShiftCollector {
       ++withoutValue;
       return std::nullopt;
     }
-    const auto shift = toDecimal(row.value);
+    auto shift = toDecimal(row.value);
     if (!shift) {
       badValues.add(located(row) + numbered + ": \"" + printable(row.value, 30) +
                     "\" is no number; left out");

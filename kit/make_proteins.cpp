@@ -50,7 +50,7 @@ template <class Named>
 }
 
 std::string shownName(const FileChain& chain) {
-  return chain.name.empty() ? "the only chain" : "chain " + chain.name;
+  return chain.name.empty() ? "the chain without a name" : "chain " + chain.name;
 }
 
 /// Builds the proteins of one file.
@@ -225,7 +225,7 @@ class ProteinMaker {
   }
 
   std::string listText(std::size_t list) const {
-    return file.lists[list].name.empty() ? "the only list" : "list " + file.lists[list].name;
+    return file.lists[list].name.empty() ? "the list without a name" : "list " + file.lists[list].name;
   }
 
   void addRemarks(const FileChain& chain, std::size_t list, const ChainSequence& sequence,

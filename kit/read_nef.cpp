@@ -112,7 +112,7 @@ class NefReader {
 
   void readList(const Block& frame) {
     FileShiftList list;
-    list.name = frame.name;
+    list.name = listName(frame);
     constexpr std::string_view kFramePrefix = "nef_chemical_shift_list_";
     if (lower(frame.name).rfind(kFramePrefix, 0) == 0)
       list.aliases.push_back(frame.name.substr(kFramePrefix.size()));

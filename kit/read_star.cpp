@@ -88,6 +88,7 @@ class Star3Reader {
         entity.chain.kind = cell("_Entity.Polymer_type");
         if (entity.chain.kind.empty()) entity.chain.kind = cell("_Entity.Type");
         entity.chain.polymer = polymerOfWords(entity.chain.kind);
+        noteCautions(entity.chain.molecule, "", cell("_Entity.Paramagnetic"), file.notes);
         entityIndex.emplace(entity.id, entities.size());
         entityIndex.emplace("$" + entity.frame, entities.size());
         entities.push_back(std::move(entity));
@@ -154,6 +155,7 @@ class Star3Reader {
         const auto entity = entityIndex.find(entityId);
         const std::size_t chain =
             addCopy(entity != entityIndex.end() ? entities[entity->second] : Entity(), id);
+        noteCautions(file.chains[chain].molecule, cell("_Entity_assembly.Physical_state"), "", file.notes);
         describeCopy(chain, cell("_Entity_assembly.Asym_ID"), cell("_Entity_assembly.PDB_chain_ID"),
                      cell("_Entity_assembly.Entity_assembly_name"));
       }
@@ -252,7 +254,7 @@ class Star3Reader {
     const auto tables = tablesOf(frame, "_Atom_chem_shift.");
     if (tables.empty()) return;
     FileShiftList list;
-    list.name = frame.name;
+    list.name = listName(frame);
     list.aliases = {frameValue(frame, "_Assigned_chem_shift_list.ID"),
                     frameValue(frame, "_Assigned_chem_shift_list.Name")};
     for (const StarTable& table : tables) readShifts(table, list.shifts);

@@ -83,6 +83,8 @@ class Star2Reader {
 
   void readSystem(const Block& frame) {
     const Thiol ofAll = thiolOfWords(frameValue(frame, "_System_thiol_state"));
+    noteCautions(frameValue(frame, "_Mol_system_name"), frameValue(frame, "_System_physical_state"),
+                 frameValue(frame, "_System_paramagnetic"), file.notes);
     for (const StarTable& table : tablesWith(frame, "_Mol_label")) {
       const std::size_t component = table.column("_Mol_system_component_name");
       const std::size_t label = table.column("_Mol_label");
@@ -112,7 +114,7 @@ class Star2Reader {
 
   void readList(const Block& frame) {
     FileShiftList list;
-    list.name = frame.name;
+    list.name = listName(frame);
     const std::string component = frameValue(frame, "_Mol_system_component_name");
     // The loop of the reference compounds has the tag as well, but no atom names.
     for (const StarTable& table : tablesWith(frame, "_Chem_shift_value"))

@@ -122,6 +122,24 @@ Polymer polymerOfWords(const std::string& words) {
   return isOther ? Polymer::other : Polymer::unknown;
 }
 
+void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
+                  std::vector<std::string>& notes) {
+  const std::string words = lower(state);
+  const std::string subject = "the file calls " + (molecule.empty() ? "the molecule" : molecule) + " ";
+  for (const char* unfolded : {"denatured", "unfolded", "disordered", "molten"})
+    if (contains(words, unfolded)) {
+      notes.push_back(subject + words + ": predictions are made for folded proteins");
+      break;
+    }
+  if (equalIgnoringCase(paramagnetic, "yes"))
+    notes.push_back(subject + "paramagnetic: shifts near the centre are moved by it");
+}
+
+std::string listName(const gemmi::cif::Block& frame) {
+  // The parser's name for a block without one.
+  return frame.name == "#" ? std::string() : frame.name;
+}
+
 std::vector<std::string> starContents(const gemmi::cif::Document& document) {
   std::map<std::string, std::size_t> frames;
   std::vector<std::string> contents;

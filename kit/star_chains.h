@@ -48,6 +48,14 @@ bool isDisulfideBond(const std::string& type, const std::string& atom1, const st
 /// that leave it open.
 Polymer polymerOfWords(const std::string& words);
 
+/// Notes on what a molecule's own words say against a prediction: a paramagnetic centre, a state that is
+/// not folded. `state` and `paramagnetic` as the file has them, empty where it is silent.
+void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
+                  std::vector<std::string>& notes);
+
+/// The name of the save frame or data block that a list stands in; empty for a block without a name.
+std::string listName(const gemmi::cif::Block& frame);
+
 /// What a document holds, for messages: save frames by category, with their number.
 std::vector<std::string> starContents(const gemmi::cif::Document& document);
 

@@ -1,6 +1,6 @@
-"""doc/kit.md shows what zorvela-kit prints; with --update the real output is written into it.
+"""doc/kit.md and README.md show what zorvela-kit prints; with --update the real output is written into them.
 
-A block behind <!-- run: zorvela-kit ... --> holds the command and what it prints, run from the root of the
+A block behind <!-- run: zorvela-kit ... --> (in README.md <!-- kit: zorvela-kit ... -->) holds the command and what it prints, run from the root of the
 checkout with its own tables.
 """
 import re
@@ -11,7 +11,8 @@ import unittest
 import program
 
 DOCUMENT = program.SOURCE / "doc" / "kit.md"
-BLOCK = re.compile(r"<!-- run: (?P<command>zorvela-kit [^\n]+) -->\n```console\n(?P<text>.*?)^```$",
+README = program.SOURCE / "README.md"
+BLOCK = re.compile(r"<!-- (?:run|kit): (?P<command>zorvela-kit [^\n]+) -->\n```console\n(?P<text>.*?)^```$",
                    re.MULTILINE | re.DOTALL)
 
 
@@ -26,11 +27,12 @@ class Document(unittest.TestCase):
     maxDiff = None
 
     def test_output_is_real(self):
-        blocks = list(BLOCK.finditer(DOCUMENT.read_text(encoding="utf-8")))
-        self.assertGreater(len(blocks), 0)
-        for block in blocks:
-            with self.subTest(command=block["command"]):
-                self.assertEqual(block["text"], shown(block["command"]), "to mend: doc_test.py --update")
+        for document in (DOCUMENT, README):
+            blocks = list(BLOCK.finditer(document.read_text(encoding="utf-8")))
+            self.assertGreater(len(blocks), 0)
+            for block in blocks:
+                with self.subTest(document=document.name, command=block["command"]):
+                    self.assertEqual(block["text"], shown(block["command"]), "to mend: doc_test.py --update")
 
     def test_names_every_column_reason_and_threshold(self):
         text = DOCUMENT.read_text(encoding="utf-8")
@@ -61,7 +63,8 @@ def update():
     def renewed(block):
         before = block[0][:block.start("text") - block.start()]
         return before + shown(block["command"]) + "```"
-    DOCUMENT.write_text(BLOCK.sub(renewed, DOCUMENT.read_text(encoding="utf-8")), encoding="utf-8")
+    for document in (DOCUMENT, README):
+        document.write_text(BLOCK.sub(renewed, document.read_text(encoding="utf-8")), encoding="utf-8")
 
 
 if __name__ == "__main__":

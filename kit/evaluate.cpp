@@ -1,24 +1,25 @@
 // The sub-command `evaluate`: how often the predictor is right, on prolines known from structures.
-#include <algorithm>   // for std::find_if, std::max
-#include <cmath>       // for std::isnan
+#include <cstdint>     // for std::uint64_t
 #include <cstdio>      // for std::snprintf
 #include <filesystem>  // for std::filesystem::path
 #include <functional>  // for std::function
 #include <iostream>    // for std::cout
 #include <memory>      // for std::make_shared
-#include <set>         // for std::set
 #include <string>      // for std::string
-#include <utility>     // for std::swap
+#include <vector>      // for std::vector
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
 #include "common.h"
+#include "evaluation.h"
 #include "labelled_prolines.h"
 #include "metrics.h"
 #include "predictor.h"
+#include "published_tables.h"
 #include "table_training.h"
+#include "training_options.h"
 
 namespace kit {
 
@@ -30,8 +31,7 @@ using Json = nlohmann::ordered_json;
 constexpr double kCalledCisAbove = 0.5;
 // The rule of the bench: CB - CG of the proline above this (ppm) is cis (Schubert et al. 2002).
 constexpr double kRuleCisAbove = 7.1;
-// Seeds of the folds and of the bootstrap; any number does, but always the same one.
-constexpr std::uint64_t kFoldSeed = 20;
+// Seed of the bootstrap; any number does, but always the same one.
 constexpr std::uint64_t kBootstrapSeed = 7;
 const std::vector<double> kCalibrationEdges = {0, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 0.8, 0.95, 1};
 
@@ -49,159 +49,6 @@ struct EvaluateSettings {
   std::string roc;
   std::string calibration;
 };
-
-/// A labelled proline that the program predicts.
-struct Evaluated {
-  std::size_t label = 0;  ///< index of its label
-  bool isCis = false;
-  double pCis = 0;
-  double pCisNorm = 0;
-  std::array<int, 3> shiftCounts{};  ///< backbone shifts of previous residue, proline, next residue
-  bool hasCB = false;
-  bool hasCG = false;
-  double cbMinusCg = 0;  ///< ppm, where the proline has both
-  ShiftLabel byShift = ShiftLabel::none;
-  std::size_t cluster = 0;
-
-  bool ruleApplies() const { return hasCB && hasCG; }
-  bool isContradicted() const { return byShift == (isCis ? ShiftLabel::trans : ShiftLabel::cis); }
-  int shiftCount() const { return shiftCounts[0] + shiftCounts[1] + shiftCounts[2] + (hasCG ? 1 : 0); }
-};
-
-/// All that was predicted, one proline for each distinct window.
-struct Evaluation {
-  std::vector<Evaluated> prolines;
-  std::size_t labelled = 0;             ///< prolines with a label by structure
-  std::size_t notPredicted = 0;         ///< of these, too few shifts or at an end of the chain
-  std::size_t repeated = 0;             ///< of these, same window as one before
-  std::vector<std::size_t> notANumber;  ///< labels whose probability is none: shifts far from both classes
-};
-
-// --- Predicting -----------------------------------------------------------------------------------
-
-using Predictions = std::vector<std::optional<ProlinePrediction>>;
-
-/// Predicts the labels that are marked, entry by entry.
-void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted, Predictions& out) {
-  std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
-  for (std::size_t i = 0; i < wanted.size(); ++i)
-    if (wanted[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
-  for (std::size_t e = 0; e < byEntry.size(); ++e) {
-    if (byEntry[e].empty()) continue;
-    EntryView view(run, data.entries[e]);
-    for (const std::size_t i : byEntry[e]) {
-      view.focus(data.labels.prolines[i].resid);
-      out[i] = run.predictProline(data.labels.prolines[i].resid);
-    }
-  }
-}
-
-/// Number of each label's cluster, from 0 in order of first appearance.
-std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
-  std::map<std::string, std::size_t> numbers;
-  std::vector<std::size_t> ofLabel;
-  for (const ProlineLabel& label : data.labels.prolines)
-    ofLabel.push_back(numbers.emplace(label.cluster, numbers.size()).first->second);
-  count = numbers.size();
-  return ofLabel;
-}
-
-/// Deals the clusters out to the folds in random order.
-std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) {
-  std::vector<std::size_t> order(clusters);
-  for (std::size_t i = 0; i < clusters; ++i) order[i] = i;
-  Draw draw(kFoldSeed);
-  for (std::size_t i = clusters; i > 1; --i) std::swap(order[i - 1], order[draw.below(i)]);
-  std::vector<std::size_t> fold(clusters);
-  for (std::size_t i = 0; i < clusters; ++i) fold[order[i]] = i % folds;
-  return fold;
-}
-
-/// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
-void predictFold(const ReferenceTables& published, const LabelledProlines& data,
-                 const std::vector<bool>& inFold, const TrainingChoices& choices, Predictions& out) {
-  std::vector<bool> useEntry(data.entries.size(), true);
-  std::set<std::string> windows;
-  for (std::size_t i = 0; i < inFold.size(); ++i) {
-    if (!inFold[i]) continue;
-    useEntry[data.entryOf[i]] = false;
-    windows.insert(data.windows[i]);
-  }
-  std::vector<bool> useLabel(inFold.size());
-  for (std::size_t i = 0; i < inFold.size(); ++i)
-    useLabel[i] = !inFold[i] && useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
-
-  ReferenceTables tables = published;
-  trainTables(tables, data, useEntry, useLabel, choices);
-  ZORVELA run;
-  useTables(tables, run);
-  predict(run, data, inFold, out);
-}
-
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
-                          const EvaluateSettings& settings) {
-  std::size_t clusters = 0;
-  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
-  if (clusters < settings.folds)
-    throw UserError(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
-                    "ask for fewer folds with --cross-validate");
-  const std::vector<std::size_t> fold = foldOfCluster(clusters, settings.folds);
-  Predictions out(cluster.size());
-  Progress progress("Cross-validating", settings.folds);
-  for (std::size_t f = 0; f < settings.folds; ++f) {
-    std::vector<bool> inFold(cluster.size());
-    for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
-    predictFold(published, data, inFold, settings.choices, out);
-    progress.step();
-  }
-  return out;
-}
-
-// --- Choosing what is scored ------------------------------------------------------------------------
-
-Evaluated evaluated(const LabelledProlines& data, std::size_t label, const ProlinePrediction& prediction,
-                    std::size_t cluster) {
-  const ProlineLabel& known = data.labels.prolines[label];
-  const EntryShifts& entry = data.entry(label);
-  Evaluated proline;
-  proline.label = label;
-  proline.isCis = known.structure == Omega::cis;
-  proline.pCis = prediction.pCis;
-  proline.pCisNorm = prediction.pCisNorm;
-  proline.shiftCounts = prediction.shiftCounts;
-  const auto cb = entry.cb.find(known.resid);
-  proline.hasCB = cb != entry.cb.end();
-  proline.hasCG = prediction.cgShift < kMissingBound;
-  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(cb->second) - prediction.cgShift;
-  proline.byShift = known.byShift;
-  proline.cluster = cluster;
-  return proline;
-}
-
-/// The first proline of each window, in the order of the labels.
-Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions) {
-  std::size_t clusters = 0;
-  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
-  Evaluation result;
-  std::set<std::string> seen;
-  for (std::size_t i = 0; i < predictions.size(); ++i) {
-    if (!data.labels.prolines[i].structure) continue;
-    ++result.labelled;
-    if (!predictions[i]) {
-      ++result.notPredicted;
-    } else if (!seen.insert(data.windows[i]).second) {
-      ++result.repeated;
-    } else if (std::isnan(predictions[i]->pCisNorm)) {
-      result.notANumber.push_back(i);
-    } else {
-      result.prolines.push_back(evaluated(data, i, *predictions[i], cluster[i]));
-    }
-  }
-  if (result.prolines.empty())
-    throw UserError(data.labels.path, 0, "no proline with a label by structure has enough shifts",
-                    "add entries with more shifts");
-  return result;
-}
 
 // --- Groups ---------------------------------------------------------------------------------------
 
@@ -418,7 +265,8 @@ void evaluate(const EvaluateSettings& settings) {
   ReferenceTables published;
   std::string tables;
   if (settings.folds > 0) {
-    published = publishedTables(besideLabels(settings.published, settings.labels), settings.choices);
+    published =
+        publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount);
     run = std::make_unique<ZORVELA>();
     useTables(published, *run);
     tables = "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";
@@ -427,11 +275,9 @@ void evaluate(const EvaluateSettings& settings) {
     run = loadReferenceTables(tables);
   }
   const LabelledProlines data = readLabelled(settings.labels, settings.entries, *run);
-  Predictions predictions(data.windows.size());
-  if (settings.folds > 0)
-    predictions = crossValidate(published, data, settings);
-  else
-    predict(*run, data, std::vector<bool>(data.windows.size(), true), predictions);
+  const Predictions predictions = settings.folds > 0
+                                      ? crossValidate(published, data, settings.folds, settings.choices)
+                                      : predictAll(*run, data);
 
   const Evaluation result = evaluation(data, predictions);
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);

@@ -7,7 +7,9 @@
 
 #include "commands.h"
 #include "labelled_prolines.h"
+#include "published_tables.h"
 #include "table_training.h"
+#include "training_options.h"
 
 namespace kit {
 
@@ -22,7 +24,7 @@ struct TrainSettings {
 };
 
 void train(const TrainSettings& settings) {
-  ReferenceTables tables = publishedTables(settings.published, settings.choices);
+  ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
   ZORVELA run;
   useTables(tables, run);
   const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);

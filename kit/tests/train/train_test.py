@@ -346,10 +346,33 @@ class Train(unittest.TestCase):
                 ("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\nZ,1,0,0,0\n",
                  ':2: resname is "Z", not one of the 20 residue types; correct or remove the line'),
                 ("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\nA,1,0,0,0\n",
-                 ": has no line for residue type C; add the line")):
+                 ": has no line for residue type C; add the line"),
+                ("coil.csv", good["coil.csv"] + "A,1,1,1,1,1,1\n",
+                 ":22: A has a line before this one; remove one of the lines"),
+                ("effects.csv", good["effects.csv"] + "A,N,1,1\n",
+                 ":122: N beside A has a line before this one; remove one of the lines"),
+                ("counts.csv", good["counts.csv"] + "A,1,1,1,1\n",
+                 ":22: A has a line before this one; remove one of the lines")):
             self.data.put(name, text)
             self.fails(self.data.path(name) + cause)
             self.data.put(name, good[name])
+
+    def test_no_counts(self):
+        self.add_classes()
+        self.data.put("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\n" +
+                      "".join(f"{t},1,0,1,1\n" for t in made_data.TYPES))
+        self.fails(self.data.path("counts.csv") + ": cis_next holds no counts; give the counts", "--pseudocount",
+                   "0")
+
+    def test_a_class_without_spread_still_has_a_deviation(self):
+        for i in range(3):
+            self.data.add(f"c{i}", made_data.sequence(i), "cis", 1.0, 25.0)
+            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", 0.001 * i, 27.0)
+        self.data.write_labels()
+        rows = self.shifts(*PLAIN)
+        # Cis takes the deviation of trans where it has none; the table holds 0.001 at least.
+        self.assertEqual(["0.001", "0.001"], [rows[0]["std_cis"], rows[0]["std_trans"]])
+        self.assertEqual(["1.000", "1.000"], [rows[18]["std_cis"], rows[18]["std_trans"]])  # neither has one
 
     def test_folder_that_cannot_be_made(self):
         self.add_classes()

@@ -1,8 +1,12 @@
 // Numbers to text, means and deviations of shifts and angles.
 #include <cfloat>   // for FLT_MAX
 #include <climits>  // for INT_MIN
-#include <cmath>    // for std::signbit, std::isnan, std::isinf
+#include <cmath>    // for std::signbit, std::isnan, std::isinf, std::pow
+#include <cstdint>  // for std::uint32_t
+#include <cstdio>   // for std::snprintf
+#include <cstring>  // for std::memcpy
 #include <limits>   // for std::numeric_limits
+#include <random>   // for std::mt19937_64
 
 #include "support.h"
 // The run object comes after the files and variables of its tests.
@@ -209,4 +213,39 @@ TEST_F(Statistics, STDAngleIsTheSpreadAroundTheCircularMean) {
   EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -170.0F}), std::sqrt(200.0), 1e-4);
   // 15 degrees on each side of -175, from above and below: sqrt(450 / 1).
   EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -160.0F}), std::sqrt(450.0), 1e-4);
+}
+
+// --- The fast way and printf's ------------------------------------------------------------------
+
+// Floats of every size, and decimal numbers as tables hold them.
+TEST(Ftoa, WritesWhatPrintfWrites) {
+  ZORVELA zorvela;
+  std::mt19937_64 draw(6);
+  for (int i = 0; i < 400000; ++i) {
+    float value = 0.0F;
+    if (i % 2 == 0) {
+      const auto bits = static_cast<std::uint32_t>(draw());
+      std::memcpy(&value, &bits, sizeof value);
+    } else {
+      value =
+          static_cast<float>((static_cast<double>(draw() % 2000001) - 1e6) * std::pow(10.0, -(i / 2 % 10)));
+    }
+    char expected[160];
+    char written[160];
+    std::snprintf(expected, sizeof expected, "%.6lg", static_cast<double>(value));
+    ASSERT_STREQ(zorvela.ftoa(value, written, 'g', 6), expected);
+  }
+}
+
+TEST(Ftoa, WritesWhatPrintfWritesWhereTheNotationChanges) {
+  ZORVELA zorvela;
+  for (const float value : {0.0F, 1e-4F, 9.9999997e-05F, 1.0000001e-4F, 99999.95F, 100000.5F, 100001.5F,
+                            123456.5F, 123457.5F, 999999.0F, 999999.44F, 999999.5F, 1e6F, 0.5F, 2.5F}) {
+    for (const float sign : {1.0F, -1.0F}) {
+      char expected[160];
+      char written[160];
+      std::snprintf(expected, sizeof expected, "%.6lg", static_cast<double>(sign * value));
+      EXPECT_STREQ(zorvela.ftoa(sign * value, written, 'g', 6), expected);
+    }
+  }
 }

@@ -1,6 +1,9 @@
 // Text utilities of the table: splitting, white space, counting, numbers.
 #include <climits>  // for INT_MAX
 #include <cmath>    // for std::isnan, std::isinf
+#include <cstdlib>  // for std::strtod, std::strtol
+#include <cstring>  // for std::memcmp
+#include <random>   // for std::mt19937_64
 #include <vector>   // for std::vector
 
 #include "support.h"
@@ -163,4 +166,36 @@ TEST(TableText, RealsOfTheStandardLibraryReadAsSuch) {
   EXPECT_TRUE(std::isinf(GDB::toFloat("1e400")));
   EXPECT_EQ(GDB::toFloat("0x10"), 16.0F);
   EXPECT_EQ(GDB::toFloat("1e-400"), 0.0F);
+}
+
+// --- Numbers ------------------------------------------------------------------------------------
+
+// Texts of digits, points and signs, and of whatever else a number may hold.
+TEST(TableText, ReadsNumbersAsStrtodAndStrtolDo) {
+  const std::string usual = "0123456789.-";
+  const std::string unusual = "0123456789..-+eExXnaif \t";
+  std::mt19937_64 draw(7);
+  for (int i = 0; i < 400000; ++i) {
+    const std::string& letters = i % 3 == 0 ? unusual : usual;
+    std::string text;
+    for (std::size_t length = draw() % 20; text.size() < length;) text += letters[draw() % letters.size()];
+    const double expected = std::strtod(text.c_str(), nullptr);
+    const double read = GDB::toDouble(text);
+    if (std::isnan(expected))
+      ASSERT_TRUE(std::isnan(read)) << text;
+    else
+      ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
+    ASSERT_EQ(GDB::toInt(text), static_cast<int>(std::strtol(text.c_str(), nullptr, 10))) << text;
+  }
+}
+
+TEST(TableText, ReadsNumbersOfTheLargestSizes) {
+  EXPECT_EQ(GDB::toDouble("123456789012345"), 123456789012345.0);
+  EXPECT_EQ(GDB::toDouble("0.00000000000001"), 1e-14);
+  EXPECT_EQ(GDB::toDouble("9007199254740993"), 9007199254740992.0);  // 2^53 + 1 has no double
+  EXPECT_EQ(GDB::toInt("2147483647"), 2147483647);
+  EXPECT_EQ(GDB::toInt("-2147483648"), -2147483647 - 1);
+  EXPECT_EQ(GDB::toInt("4294967301"), 5);  // wraps beyond 32 bits
+  EXPECT_TRUE(std::isinf(GDB::toDouble("1e400")));
+  EXPECT_EQ(GDB::toDouble("0x10"), 16.0);
 }

@@ -276,6 +276,7 @@ class ProteinMaker {
     std::size_t unplaced = 0;
     for (const std::size_t count : withoutChain) unplaced += count;
     if (unplaced > 0) held.push_back(counted(unplaced, "shift", "shifts") + " of no chain");
+    if (held.empty() && !file.notes.empty()) held.push_back(enumerated(file.notes, kMostReasons));
     const std::string text = held.empty() ? "no shifts at all" : enumerated(held);
     throw UserError(inputName(path), 0, "holds no backbone shifts of a protein",
                     "this " + file.format + " file holds: " + printable(text, kLongestNote));

@@ -144,7 +144,8 @@ class CsvReader {
       return;
     FileShift row = readResidue(*cells);
     if (!readResidueNumber(row.key)) {
-      addBadLine("\"" + printable(row.key, 30) + "\" is no residue number");
+      const std::string cell = row.key.empty() ? cellAt(*cells, columns.number) : row.key;
+      addBadLine("\"" + printable(cell, 30) + "\" is no residue number");
       return;
     }
     row.chain = chainOf(cellAt(*cells, columns.chain));

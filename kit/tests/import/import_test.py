@@ -394,6 +394,8 @@ class CsvTest(ImportTest):
         self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
                          "table, or text with a header line such as resid,resname,atom,shift", "-",
                          data=b"resid,resname,shift\n1,A,52\n")
+        self.check_error('standard input: holds no backbone shifts of a protein; this CSV file holds: line 2 left out: '
+                         '"x" is no residue number', "-", data=b"resid,aa,atom,shift\nx,A,CA,52\n")
         self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
                          "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 

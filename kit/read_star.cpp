@@ -170,6 +170,7 @@ class Star3Reader {
     const std::size_t index = finder.add(assemblyName(id), std::move(chain));
     finder.alias(entityName(entity.id), index);
     copiesOf[entity.id].push_back(index);
+    entityOfCopy.push_back(entity.id);
     return index;
   }
 
@@ -299,7 +300,7 @@ class Star3Reader {
     const std::string asym = firstText(table, row, columns.asym, columns.authAsym);
     if (!assembly.empty()) {
       const std::size_t known = finder.find(assemblyName(assembly));
-      return known != kNoChain ? known : addUndescribed(assembly, entity, asym);
+      return known != kNoChain ? ofEntity(known, entity) : addUndescribed(assembly, entity, asym);
     }
     if (const std::size_t known = finder.find(entityName(entity)); !entity.empty() && known != kNoChain)
       return known;
@@ -308,6 +309,20 @@ class Star3Reader {
     const bool isNamed = !entity.empty() || !asym.empty();
     if (isNamed || file.chains.empty()) return addUndescribed(assembly, entity, asym);
     return kNoChain;
+  }
+
+  /// The chain, or the first copy of the entity where the row names another one than the chain's: some
+  /// entries write copy 1 in all rows.
+  std::size_t ofEntity(std::size_t chain, const std::string& entity) {
+    if (entity.empty() || entity == entityOfCopy[chain]) return chain;
+    const auto copies = copiesOf.find(entity);
+    if (copies == copiesOf.end()) return chain;
+    const std::size_t other = copies->second.front();
+    if (corrected.insert(other).second)
+      file.notes.push_back("shift rows of entity " + entity +
+                           " name a copy of another one; they are taken as of chain " +
+                           file.chains[other].name);
+    return other;
   }
 
   std::size_t addUndescribed(const std::string& assembly, const std::string& entity,
@@ -363,6 +378,8 @@ class Star3Reader {
   std::vector<Entity> entities;
   std::map<std::string, std::size_t> entityIndex;  ///< by number, and by "$" and frame name
   std::map<std::string, std::vector<std::size_t>> copiesOf;
+  std::vector<std::string> entityOfCopy;  ///< by chain
+  std::unordered_set<std::size_t> corrected;
   ShiftFile file;
   ChainFinder finder;
 };

@@ -277,6 +277,17 @@ class StarPartsTest(ImportTest):
         self.assertIn("DATA SEQUENCE GAPGS\n", out)
         self.assertEqual(notes, ["shifts that name no chain fit the sequence of chain 2 best"])
 
+    def test_rows_that_all_name_the_first_copy(self):
+        """The entity decides where it contradicts the copy."""
+        entity = "save_%d _Entity.ID %d _Entity.Polymer_type polypeptide(L) _Entity.Polymer_seq_one_letter_code %s save_ "
+        out, notes = self.imported("data_x loop_ _Entity_assembly.ID _Entity_assembly.Entity_ID 1 1 2 2 stop_ " +
+                                   entity % (1, 1, "MKTAY") + entity % (2, 2, "GAPGS") +
+                                   "loop_ _Atom_chem_shift.Entity_assembly_ID _Atom_chem_shift.Entity_ID "
+                                   "_Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+                                   "_Atom_chem_shift.Val 1 2 3 PRO CA 63 1 2 4 GLY CA 45")
+        self.assertIn("DATA SEQUENCE GAPGS\n", out)
+        self.assertEqual(notes, ["shift rows of entity 2 name a copy of another one; they are taken as of chain 2"])
+
     def test_bonds_within_an_entity(self):
         out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
                                "_Entity.Polymer_seq_one_letter_code CPC loop_ _Entity_bond.Type "

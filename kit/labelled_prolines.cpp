@@ -104,7 +104,7 @@ EntryShifts readEntry(const std::string& name, const std::string& path, ZORVELA&
 }
 
 std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
-  const std::string path = folder + "/" + label.entry + ".tab";
+  std::string path = folder + "/" + label.entry + ".tab";
   struct stat info {};
   if (stat(path.c_str(), &info) != 0)
     throw UserError(labels.path, label.line, "there is no shift table " + path + " for entry " + label.entry,

@@ -127,10 +127,12 @@ class Spread {
 
 FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint64_t seed) {
   std::vector<std::size_t> clusters;
+  clusters.reserve(set.size());
   for (const Scored& proline : set) clusters.push_back(proline.cluster);
   std::sort(clusters.begin(), clusters.end());
   clusters.erase(std::unique(clusters.begin(), clusters.end()), clusters.end());
   std::vector<std::size_t> place;  // of the cluster of each proline among those of the set
+  place.reserve(set.size());
   for (const Scored& proline : set)
     place.push_back(static_cast<std::size_t>(
         std::lower_bound(clusters.begin(), clusters.end(), proline.cluster) - clusters.begin()));

@@ -189,8 +189,8 @@ GDB startSequenceTable(const std::string& path, const Counts& observed, int pseu
        fixed(observed[0], 0) + " and " + fixed(observed[1], 0) + " neighbours of cis, " +
            fixed(observed[2], 0) + " and " + fixed(observed[3], 0) + " of trans prolines; " +
            std::to_string(pseudocount) + " added to each count.",
-       "c: as C. p: as P. B, J, O, U, X and ? (other residue, unknown, gap): even shares, which favour "
-       "neither."},
+       std::string("c: as C. p: as P. ") +
+           "B, J, O, U, X and ? (other residue, unknown, gap): even shares, which favour neither."},
       "resname cis_prev cis_next trans_prev trans_next",
       "%s" + repeated(" %9.6f", kShareColumns.size()) + " ");
 }

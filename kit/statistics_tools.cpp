@@ -27,6 +27,7 @@ constexpr double kDeviationsPerMedianDistance = 1.4826;
 std::vector<double> withoutOutliers(const std::vector<double>& values, double trim) {
   const double centre = median(values);
   std::vector<double> distances;
+  distances.reserve(values.size());
   for (const double value : values) distances.push_back(std::abs(value - centre));
   const double farthest = trim * kDeviationsPerMedianDistance * median(distances);
   if (!(farthest > 0)) return values;

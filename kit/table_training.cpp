@@ -100,10 +100,11 @@ class LimitFinder {
 
 GDB startLimitsTable(std::size_t shifts, std::ptrdiff_t entries, double percent) {
   std::string columns = "RESNAME";
-  for (const std::string& atom : kAtoms) columns += " " + atom + "_MIN " + atom + "_MAX";
+  for (const std::string& atom : kAtoms)
+    columns.append(" ").append(atom).append("_MIN ").append(atom).append("_MAX");
   return startTable(
-      {"Limits of secondary shifts. RESNAME: one-letter code of the residue; for each atom the lowest and "
-       "the",
+      {std::string("Limits of secondary shifts. RESNAME: one-letter code of the residue; ") +
+           "for each atom the lowest and the",
        "highest secondary shift (observed - random coil) that is used, ppm. 0 and 0: no such atom.",
        "Percentiles " + shortest(percent) + " and " + shortest(100.0 - percent) + " of " +
            std::to_string(shifts) + " secondary shifts in " + std::to_string(entries) +

@@ -11,7 +11,7 @@ namespace kit {
 std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices& choices) {
   const std::map<std::string, Pooling> poolings = {
       {"natural", Pooling::natural}, {"equal", Pooling::equal}, {"none", Pooling::none}};
-  const std::vector<CLI::Option*> options = {
+  std::vector<CLI::Option*> options = {
       command
           .add_option("--limit-percent", choices.limitPercent,
                       "clip secondary shifts below this percentile and above its mirror")

@@ -82,5 +82,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const EndOfRun&) {           // a FORMAT item that is none
   } catch (const std::out_of_range&) {  // a bare REMARK or DATA line
   }
+  std::remove(inputName().c_str());
   return 0;
 }

@@ -1,13 +1,10 @@
 // Reads the program's own shift table, through the program's own reader.
-#include <sys/mman.h>  // for memfd_create
-#include <unistd.h>    // for close, write
-
 #include <algorithm>  // for std::count, std::stable_sort
 #include <array>      // for std::array
-#include <cerrno>     // for errno
 #include <limits>     // for std::numeric_limits
 #include <map>        // for std::map
 #include <set>        // for std::set
+#include <sstream>    // for std::istringstream
 
 #include "chain_shifts.h"
 #include "common.h"
@@ -41,28 +38,6 @@ std::size_t countWords(std::string_view line, std::size_t most) {
     if (!GDB::isSpace(line[i]) && (i == 0 || GDB::isSpace(line[i - 1]))) ++count;
   return count;
 }
-
-/// An unnamed file in memory: the program's reader takes its tables from files.
-class MemoryFile {
- public:
-  explicit MemoryFile(const std::string& content) : descriptor(memfd_create("table", MFD_CLOEXEC)) {
-    for (std::size_t done = 0; descriptor >= 0 && done < content.size();) {
-      const ssize_t count = write(descriptor, content.data() + done, content.size() - done);
-      if (count < 0) throw UserError("a temporary table in memory cannot be written; close other programs");
-      done += static_cast<std::size_t>(count);
-    }
-  }
-  ~MemoryFile() {
-    if (descriptor >= 0) close(descriptor);
-  }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-
-  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
-
- private:
-  int descriptor;
-};
 
 /// Checks a table line by line for what the program's reader passes over or stops at, and prepares the
 /// text for it: a bare REMARK or DATA line gets the blank that the reader needs.
@@ -144,8 +119,8 @@ class TableReader {
   TableReader(std::string_view text, const std::string& filePath)
       : path(filePath), fileName(inputName(filePath)) {
     TableChecker checker(text, fileName);
-    const MemoryFile copy(checker.prepared());
-    table.loadGDB(copy.path());
+    std::istringstream prepared(checker.prepared());
+    table.readTable(prepared);
     protein.file = path;
     protein.notes = checker.notes();
   }

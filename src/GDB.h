@@ -143,6 +143,8 @@ class GDB {
   /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
   /// line throws std::out_of_range.
   void loadGDB(const std::string& fileName);
+  /// What `loadGDB` reads, from a stream.
+  void readTable(std::istream& in);
   /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
   /// standard error and nothing else.
   void saveGDB(const std::string& fileName);

@@ -56,6 +56,10 @@ void GDB::loadGDB(const std::string& file) {
     endRun(0);
     return;
   }
+  readTable(in);
+}
+
+void GDB::readTable(std::istream& in) {
   index.forget();
   plaintext = false;
   ReadState state;

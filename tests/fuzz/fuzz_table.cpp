@@ -3,15 +3,11 @@
 // Beside crashes and sanitizer reports it finds: a search by the index that differs from a plain walk
 // through the rows, and a table that is not written the same way twice.
 #include <cstdint>    // for std::uint8_t
-#include <cstdio>     // for std::remove
-#include <cstdlib>    // for std::abort, std::getenv
-#include <fstream>    // for std::ofstream
+#include <cstdlib>    // for std::abort
 #include <iostream>   // for std::cerr
-#include <sstream>    // for std::ostringstream
+#include <sstream>    // for std::istringstream, std::ostringstream
 #include <stdexcept>  // for std::out_of_range
 #include <string>     // for std::string
-
-#include <unistd.h>  // for getpid
 
 #include "GDB.h"
 
@@ -21,14 +17,6 @@ struct EndOfRun {};
 
 [[noreturn]] void throwEnd(int) {
   throw EndOfRun();
-}
-
-const std::string& inputName() {
-  static const std::string name = [] {
-    const char* dir = std::getenv("TMPDIR");
-    return std::string(dir ? dir : "/tmp") + "/fuzz_table." + std::to_string(getpid());
-  }();
-  return name;
 }
 
 void check(bool holds) {
@@ -68,11 +56,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::ofstream(inputName(), std::ios::binary)
-      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
   GDB table;
   try {
-    table.loadGDB(inputName());
+    table.readTable(in);
     table.getData("SEQUENCE");
     checkSearches(table);
     // A width of millions is the user's to ask for, not worth the fuzzer's time.
@@ -82,6 +69,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const EndOfRun&) {           // a FORMAT item that is none
   } catch (const std::out_of_range&) {  // a bare REMARK or DATA line
   }
-  std::remove(inputName().c_str());
   return 0;
 }

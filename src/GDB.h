@@ -30,16 +30,18 @@ inline void (*endRun)(int status) = std::exit;
 /// hit is compared with the table itself, and a copied table starts without an index.
 class RowIndex {
  public:
+  static constexpr int kNone = -1;
   /// Consecutive rows whose cells have the same hash: the rows of one residue stand together.
   struct Run {
     std::size_t hash;
     int firstRow;
     int lastRow;
+    int next = kNone;  ///< the next run in the same bucket
   };
-  /// By hash, then by row.
   struct Column {
     std::size_t rowCount = 0;
-    std::vector<Run> runs;
+    std::vector<Run> runs;           ///< in the order of the rows
+    std::vector<int> firstInBucket;  ///< by hash modulo the number of buckets
   };
 
   RowIndex() = default;

@@ -47,12 +47,12 @@ class Pool {
     Free* next;
   };
 
-  static constexpr std::size_t kUnit = 16;
+  static constexpr std::size_t kUnit = 8;
   static constexpr std::size_t kChunk = std::size_t{1} << 16;
 #ifdef ZORVELA_PLAIN_HEAP
   static constexpr std::size_t kMostUnits = 0;  // sanitizers watch each piece of the heap
 #else
-  static constexpr std::size_t kMostUnits = 32;
+  static constexpr std::size_t kMostUnits = 64;
 #endif
 
   static std::size_t unitsOf(std::size_t size) {

@@ -206,9 +206,10 @@ class ZORVELA {
  private:
   // Shift assembly.
   void startResTable();
-  void checkSequence();
+  class InputRows;
+  void checkSequence(InputRows& input);
   void clampRange();
-  void assembleResidues();
+  void assembleResidues(InputRows& input);
   GDB::Row& addResRow(const GDB::Row* observed, int resid, const std::string& name, const std::string& atom);
   std::string shiftText(float shift);
 

@@ -70,26 +70,40 @@ class ReferenceCache {
   std::unordered_map<std::string, std::vector<TypeShifts>> types;
 };
 
+// A backbone atom and the rules of its own.
+struct Atom {
+  explicit Atom(const std::string& atomName)
+      : name(atomName),
+        isAlphaProton(name == "HA"),
+        // Proline has no amide proton, and its nitrogen, which carries none, is not used.
+        isUnusedInProline(name == "HN" || name == "H" || name == "N") {}
+
+  std::string name;
+  bool isAlphaProton;
+  bool isUnusedInProline;
+};
+
+}  // namespace
+
 // The input rows by residue. A row belongs to a residue only if its RESID is the plain decimal number:
 // 007 is no residue 7.
-class InputRows {
+class ZORVELA::InputRows {
  public:
   struct Entry {
     int resid;
     const GDB::Row* row;
-    const std::string* atomName;
-    const std::string* shift;
   };
 
-  explicit InputRows(const GDB& table) {
-    entries.reserve(table.entries.size());
-    Row::Column resids(kResid);
-    Row::Column atomNames(kAtomName);
-    Row::Column shifts(kShift);
-    for (const auto& [number, row] : table.entries) {
-      const int resid = plainNumber(resids.of(row));
-      if (resid > 0) entries.push_back({resid, &row, &atomNames.of(row), &shifts.of(row)});
-    }
+  void reserve(std::size_t rowCount) { entries.reserve(rowCount); }
+
+  // Rows are added in the order of the table.
+  void add(const std::string& resid, const GDB::Row& row) {
+    const int number = plainNumber(resid);
+    if (number > 0) entries.push_back({number, &row});
+  }
+
+  // Before the first residue, when all rows are there.
+  void start() {
     const auto byResidue = [](const Entry& a, const Entry& b) { return a.resid < b.resid; };
     const bool inOrder = std::is_sorted(entries.begin(), entries.end(), byResidue);
     if (!inOrder) std::stable_sort(entries.begin(), entries.end(), byResidue);
@@ -106,16 +120,27 @@ class InputRows {
   }
 
   // The first row of that atom in the residue; nullptr if there is none.
-  const Entry* find(const std::string& atomName) const {
+  const GDB::Row* find(const std::string& atomName) {
     const auto found =
-        std::find_if(first, end, [&](const Entry& entry) { return *entry.atomName == atomName; });
-    return found == end ? nullptr : &*found;
+        std::find_if(first, end, [&](const Entry& entry) { return atomNames.of(*entry.row) == atomName; });
+    return found == end ? nullptr : found->row;
   }
 
   // The observed shift of an atom (ppm), or `absent`.
-  float shiftOf(const std::string& atomName, float absent) const {
-    const Entry* entry = find(atomName);
-    return entry ? GDB::toFloat(*entry->shift) : absent;
+  float shiftOf(const std::string& atomName, float absent) {
+    const GDB::Row* row = find(atomName);
+    return row ? shiftOf(*row) : absent;
+  }
+  float shiftOf(const GDB::Row& row) { return GDB::toFloat(shifts.of(row)); }
+
+  // Glycine has two HA: their mean where both are resolved, the one there is, else missing (ppm).
+  float glycineHA() {
+    const float ha2 = shiftOf("HA2", kMissingBound);
+    const float ha3 = shiftOf("HA3", kMissingBound);
+    if (ha2 < kMissingBound && ha3 < kMissingBound) return (ha2 + ha3) * 0.5F;
+    if (ha2 < kMissingBound) return ha2;
+    if (ha3 < kMissingBound) return ha3;
+    return kMissingShift;
   }
 
  private:
@@ -127,35 +152,12 @@ class InputRows {
     return plain ? number : 0;
   }
 
+  Row::Column atomNames{kAtomName};
+  Row::Column shifts{kShift};
   std::vector<Entry> entries;
-  std::vector<Entry>::const_iterator first;
-  std::vector<Entry>::const_iterator end;
+  std::vector<Entry>::const_iterator first{};
+  std::vector<Entry>::const_iterator end{};
 };
-
-// Glycine has two HA: their mean where both are resolved, the one there is, else missing.
-float glycineHA(const InputRows& input) {
-  const float ha2 = input.shiftOf("HA2", kMissingBound);
-  const float ha3 = input.shiftOf("HA3", kMissingBound);
-  if (ha2 < kMissingBound && ha3 < kMissingBound) return (ha2 + ha3) * 0.5F;
-  if (ha2 < kMissingBound) return ha2;
-  if (ha3 < kMissingBound) return ha3;
-  return kMissingShift;
-}
-
-// A backbone atom and the rules of its own.
-struct Atom {
-  explicit Atom(const std::string& atomName)
-      : name(atomName),
-        isAlphaProton(name == "HA"),
-        // Proline has no amide proton, and its nitrogen, which carries none, is not used.
-        isUnusedInProline(name == "HN" || name == "H" || name == "N") {}
-
-  std::string name;
-  bool isAlphaProton;
-  bool isUnusedInProline;
-};
-
-}  // namespace
 
 // --- Tables -------------------------------------------------------------------------------------
 
@@ -191,9 +193,10 @@ float ZORVELA::getNextRCadj(const std::string& resName, const std::string& atomN
 
 void ZORVELA::getResInfo() {
   startResTable();
-  checkSequence();
+  InputRows input;
+  checkSequence(input);
   clampRange();
-  assembleResidues();
+  assembleResidues(input);
   if (checkShifts) {
     checkCS();
     endRun(-1);
@@ -210,8 +213,10 @@ void ZORVELA::startResTable() {
   seqLength = static_cast<int>(resNames.size());
 }
 
-// Finds the range of residue numbers and warns where a row and the sequence name different residues.
-void ZORVELA::checkSequence() {
+// Finds the range of residue numbers and warns where a row and the sequence name different residues; takes
+// the rows down by residue on the way, for the walk through a large table is not free.
+void ZORVELA::checkSequence(InputRows& input) {
+  input.reserve(csTable.entries.size());
   minResid = 999;
   maxResid = -999;
   int namedResid = 0;
@@ -219,7 +224,9 @@ void ZORVELA::checkSequence() {
   Row::Column resids(kResid);
   Row::Column names(kResname);
   for (const auto& [number, row] : csTable.entries) {
-    const int resid = GDB::toInt(resids.of(row));
+    const std::string& residText = resids.of(row);
+    input.add(residText, row);
+    const int resid = GDB::toInt(residText);
     minResid = std::min(minResid, resid);
     maxResid = std::max(maxResid, resid);
     if (!headerName || resid != namedResid) headerName = &resNames[resid];
@@ -242,8 +249,8 @@ void ZORVELA::clampRange() {
   if (firstResid > lastResid) std::swap(firstResid, lastResid);
 }
 
-void ZORVELA::assembleResidues() {
-  InputRows input(csTable);
+void ZORVELA::assembleResidues(InputRows& input) {
+  input.start();
   ReferenceCache references(*this);
   std::vector<Atom> atoms;
   for (const auto& [key, name] : atomNames) atoms.emplace_back(name);
@@ -266,19 +273,19 @@ void ZORVELA::assembleResidues() {
       const float ref = own[k].randomCoil + own[k].own + prev[k].asPrevious + next[k].asNext;
       reference[atom.name] = ref;
 
-      const InputRows::Entry* observed = input.find(atom.name);
+      const GDB::Row* observed = input.find(atom.name);
       float shift = kMissingShift;
       if (isGlycine && atom.isAlphaProton) {
-        shift = glycineHA(input);
+        shift = input.glycineHA();
         if (shift == kMissingShift) ++missing;
         if (ref < kMissingBound) shift -= ref;
       } else if (!observed) {
         ++missing;
       } else if (!(ref >= kMissingBound)) {
-        shift = GDB::toFloat(*observed->shift) - ref;
+        shift = input.shiftOf(*observed) - ref;
       }
       if (isProline && atom.isUnusedInProline) shift = kMissingShift;
-      addResRow(observed ? observed->row : nullptr, resid, name, atom.name)[kShift] = shiftText(shift);
+      addResRow(observed, resid, name, atom.name)[kShift] = shiftText(shift);
     }
     missingCount.insert_or_assign(missingCount.end(), resid, missing);
     if (isProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);

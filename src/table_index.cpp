@@ -1,5 +1,4 @@
 // How rows are found by value: a scan in a small table, an index by cell text in a large one.
-#include <algorithm>   // for std::sort, std::lower_bound
 #include <functional>  // for std::hash
 
 #include "GDB.h"
@@ -54,13 +53,14 @@ void GDB::visitMatches(const std::string& col, const std::string& value, Visit v
       if (column.of(row) == value && !visit(row)) return;
     return;
   }
-  const std::vector<RowIndex::Run>& runs = indexOf(col).runs;
+  const RowIndex::Column& rows = indexOf(col);
   const std::size_t hash = std::hash<std::string>{}(value);
-  auto run = std::lower_bound(runs.begin(), runs.end(), hash,
-                              [](const RowIndex::Run& a, std::size_t wanted) { return a.hash < wanted; });
-  for (; run != runs.end() && run->hash == hash; ++run) {
-    auto at = entries.lower_bound(run->firstRow);
-    for (; at != entries.end() && at->first <= run->lastRow; ++at)
+  int run = rows.firstInBucket[hash % rows.firstInBucket.size()];
+  for (; run != RowIndex::kNone; run = rows.runs[static_cast<std::size_t>(run)].next) {
+    const RowIndex::Run& candidates = rows.runs[static_cast<std::size_t>(run)];
+    if (candidates.hash != hash) continue;
+    auto at = entries.lower_bound(candidates.firstRow);
+    for (; at != entries.end() && at->first <= candidates.lastRow; ++at)
       if (column.of(at->second) == value && !visit(at->second)) return;
   }
 }
@@ -79,8 +79,12 @@ const RowIndex::Column& GDB::indexOf(const std::string& col) const {
     else
       runs.back().lastRow = number;
   }
-  std::sort(runs.begin(), runs.end(), [](const RowIndex::Run& a, const RowIndex::Run& b) {
-    return std::pair(a.hash, a.firstRow) < std::pair(b.hash, b.firstRow);
-  });
+  // Backwards, so that a bucket holds its runs in the order of the rows.
+  column.firstInBucket.assign(runs.size(), RowIndex::kNone);
+  for (std::size_t i = runs.size(); i-- > 0;) {
+    int& first = column.firstInBucket[runs[i].hash % runs.size()];
+    runs[i].next = first;
+    first = static_cast<int>(i);
+  }
   return column;
 }

@@ -1,8 +1,9 @@
-// One row of a table: an ordered map from column name to cell text.
+// Small ordered maps by name that come in great numbers: the rows of a table (column name to cell text) and
+// the reference shifts of a residue (atom name to ppm).
 //
-// The rows of a file share the names of their columns, and a row's cells are one piece of memory. As a
+// Maps that are copies of one another share their names, and the values are one piece of memory. As a
 // std::map each row would be four or more pieces with the names in each of them, and making, copying and
-// releasing 650,000 of those (a protein of 50,000 residues) is most of a run: bench/ shows it. A row
+// releasing 650,000 of those (a protein of 50,000 residues) is most of a run: bench/ shows it. A named map
 // converts to and from std::map and is used like one.
 #pragma once
 
@@ -18,18 +19,19 @@
 
 #include "Pool.h"
 
-class Row {
+template <class Value>
+class NamedMap {
  public:
-  using Map = std::map<std::string, std::string>;
-  /// Column names in ascending order, each once.
+  using Map = std::map<std::string, Value>;
+  /// In ascending order, each once.
   using Names = std::vector<std::string>;
 
-  /// A cell as seen in a walk through the row: its column's name and its text.
-  using Cell = std::pair<const std::string&, const std::string&>;
+  /// An entry as seen in a walk: its name and its value.
+  using Cell = std::pair<const std::string&, const Value&>;
   class const_iterator {
    public:
-    const_iterator(const Row* walked, std::size_t at) : row(walked), i(at) {}
-    Cell operator*() const { return {(*row->names)[i], row->texts[i]}; }
+    const_iterator(const NamedMap* walked, std::size_t at) : row(walked), i(at) {}
+    Cell operator*() const { return {(*row->names)[i], row->values[i]}; }
     struct Arrow {
       Cell cell;
       const Cell* operator->() const { return &cell; }
@@ -43,54 +45,54 @@ class Row {
     bool operator!=(const const_iterator& other) const { return i != other.i; }
 
    private:
-    const Row* row;
+    const NamedMap* row;
     std::size_t i;
   };
 
-  Row() = default;
-  /// A row with these columns and their cells.
-  Row(std::shared_ptr<Names> columns, const std::vector<std::string_view>& cells)
-      : names(std::move(columns)), texts(cells.begin(), cells.end()) {}
-  Row(std::initializer_list<Map::value_type> cells) : Row(Map(cells)) {}
-  Row(const Map& cells) {
-    for (const auto& [name, text] : cells) (*this)[name] = text;
+  NamedMap() = default;
+  /// These names with their values.
+  NamedMap(std::shared_ptr<Names> sharedNames, const std::vector<std::string_view>& cells)
+      : names(std::move(sharedNames)), values(cells.begin(), cells.end()) {}
+  NamedMap(std::initializer_list<typename Map::value_type> cells) : NamedMap(Map(cells)) {}
+  NamedMap(const Map& cells) {
+    for (const auto& [name, value] : cells) (*this)[name] = value;
   }
   operator Map() const {
     Map cells;
-    for (const auto& [name, text] : *this) cells.emplace_hint(cells.end(), name, text);
+    for (const auto& [name, value] : *this) cells.emplace_hint(cells.end(), name, value);
     return cells;
   }
 
-  bool empty() const { return texts.empty(); }
-  std::size_t size() const { return texts.size(); }
+  bool empty() const { return values.empty(); }
+  std::size_t size() const { return values.size(); }
   const_iterator begin() const { return {this, 0}; }
   const_iterator end() const { return {this, size()}; }
   std::size_t count(const std::string& name) const { return placeOf(name) < size() ? 1 : 0; }
 
-  /// The cell of that column; `end()` if the row lacks it.
+  /// The entry of that name; `end()` if there is none.
   const_iterator find(const std::string& name) const { return {this, placeOf(name)}; }
-  /// The text of a cell; empty text if the row lacks it.
-  const std::string& text(const std::string& name) const { return textAt(placeOf(name)); }
-  /// The text of a cell; throws std::out_of_range if the row lacks it.
-  const std::string& at(const std::string& name) const { return texts.at(placeOf(name)); }
-  /// The text of a cell, which is made if the row lacks it.
-  std::string& operator[](const std::string& name) {
+  /// The value of that name; an empty one if there is none.
+  const Value& value(const std::string& name) const { return valueAt(placeOf(name)); }
+  /// The value of that name; throws std::out_of_range if there is none.
+  const Value& at(const std::string& name) const { return values.at(placeOf(name)); }
+  /// The value of that name, which is made if there is none.
+  Value& operator[](const std::string& name) {
     const std::size_t place = placeOf(name);
-    return place < size() ? texts[place] : insert(name);
+    return place < size() ? values[place] : insert(name);
   }
 
-  /// Reads one column row after row. Rows of one file share their names, so that the cell's place is
-  /// looked up once.
+  /// Reads one name in map after map. Rows of one file share their names, so that the place is looked up
+  /// once.
   class Column {
    public:
     explicit Column(const std::string& column) : name(column) {}
-    /// The text of the cell; empty text if the row lacks it.
-    const std::string& of(const Row& row) {
+    /// The value; an empty one if the map lacks the name.
+    const Value& of(const NamedMap& row) {
       if (row.names.get() != names) {
         names = row.names.get();
         place = row.placeOf(name);
       }
-      return row.textAt(place);
+      return row.valueAt(place);
     }
 
    private:
@@ -99,26 +101,26 @@ class Row {
     std::size_t place = 0;
   };
 
-  friend bool operator==(const Row& a, const Row& b) {
-    return a.texts == b.texts && (a.names == b.names || a.empty() || *a.names == *b.names);
+  friend bool operator==(const NamedMap& a, const NamedMap& b) {
+    return a.values == b.values && (a.names == b.names || a.empty() || *a.names == *b.names);
   }
-  friend bool operator!=(const Row& a, const Row& b) { return !(a == b); }
+  friend bool operator!=(const NamedMap& a, const NamedMap& b) { return !(a == b); }
 
  private:
-  // Index of the cell of that column; the size of the row if it lacks it.
+  // Index of the value of that name; the number of values if there is none.
   std::size_t placeOf(const std::string& name) const {
     std::size_t i = 0;
-    while (i < texts.size() && (*names)[i] != name) ++i;
+    while (i < values.size() && (*names)[i] != name) ++i;
     return i;
   }
 
-  const std::string& textAt(std::size_t place) const {
-    static const std::string none;
-    return place < texts.size() ? texts[place] : none;
+  const Value& valueAt(std::size_t place) const {
+    static const Value none{};
+    return place < values.size() ? values[place] : none;
   }
 
-  // A new column belongs to this row alone.
-  std::string& insert(const std::string& name) {
+  // A new name belongs to this map alone.
+  Value& insert(const std::string& name) {
     if (!names)
       names = std::make_shared<Names>();
     else if (names.use_count() > 1)
@@ -126,9 +128,12 @@ class Row {
     const auto at = std::lower_bound(names->begin(), names->end(), name);
     const auto i = at - names->begin();
     names->insert(at, name);
-    return *texts.emplace(texts.begin() + i);
+    return *values.emplace(values.begin() + i);
   }
 
   std::shared_ptr<Names> names;
-  std::vector<std::string, PoolAllocator<std::string>> texts;
+  std::vector<Value, PoolAllocator<Value>> values;
 };
+
+/// A row of a table: column name to cell text.
+using Row = NamedMap<std::string>;

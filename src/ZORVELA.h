@@ -189,7 +189,7 @@ class ZORVELA {
   int seqLength = 0;      ///< residues in the sequence
   std::string spareName;  ///< not used
 
-  PooledMap<int, PooledMap<std::string, float>> rcShifts;  ///< residue, atom to reference shift (ppm)
+  PooledMap<int, NamedMap<float>> rcShifts;  ///< residue, atom to reference shift (ppm)
 
   std::string proCsName;                                  ///< shift statistics of prolines
   std::string proSeqName;                                 ///< neighbour statistics of prolines

@@ -253,7 +253,11 @@ void ZORVELA::assembleResidues(InputRows& input) {
   input.start();
   ReferenceCache references(*this);
   std::vector<Atom> atoms;
-  for (const auto& [key, name] : atomNames) atoms.emplace_back(name);
+  NamedMap<float> noReference;
+  for (const auto& [key, name] : atomNames) {
+    atoms.emplace_back(name);
+    noReference[name] = kMissingShift;
+  }
   const std::string* before = &resNames[0];
   const std::string* after = &resNames[1];
   for (int resid = 1; resid <= seqLength; ++resid) {
@@ -266,7 +270,7 @@ void ZORVELA::assembleResidues(InputRows& input) {
     const std::vector<TypeShifts>& prev = references.of(*before);
     const std::vector<TypeShifts>& next = references.of(*after);
     before = &name;
-    PooledMap<std::string, float>& reference = rcShifts.try_emplace(rcShifts.end(), resid)->second;
+    NamedMap<float>& reference = rcShifts.try_emplace(rcShifts.end(), resid, noReference)->second;
     int missing = 0;
     for (std::size_t k = 0; k < atoms.size(); ++k) {
       const Atom& atom = atoms[k];

@@ -11,7 +11,7 @@ constexpr std::size_t kScanLimit = 32;
 }  // namespace
 
 const std::string& GDB::cell(const Row& row, const std::string& col) {
-  return row.text(col);
+  return row.value(col);
 }
 
 const GDB::Row* GDB::findEntry(const std::string& col, const std::string& value, int n) const {

@@ -55,8 +55,9 @@ class Pool {
   static constexpr std::size_t kMostUnits = 64;
 #endif
 
+  // At least one: a free piece holds the address of the next.
   static std::size_t unitsOf(std::size_t size) {
-    return (size + kUnit - 1) / kUnit;
+    return size == 0 ? 1 : (size + kUnit - 1) / kUnit;
   }
 
   static void* cut(std::size_t size) {

@@ -89,10 +89,9 @@ std::vector<std::string> limitColumns(const ZORVELA& run) {
 }
 
 void loadDatabases(ZORVELA& run) {
-  loadChecked(run.proCsName, {"index", "avg_cis", "avg_trans", "std_cis", "std_trans"});
-  loadChecked(run.proSeqName, {"resname", "cis_prev", "cis_next", "trans_prev", "trans_next"});
-  run.getProCSValue(run.proCsName);
-  run.getProSeqOccurence(run.proSeqName);
+  run.useProCSTable(loadChecked(run.proCsName, {"index", "avg_cis", "avg_trans", "std_cis", "std_trans"}));
+  run.useProSeqTable(
+      loadChecked(run.proSeqName, {"resname", "cis_prev", "cis_next", "trans_prev", "trans_next"}));
   for (int index = 0; index <= kProlineCG; ++index)
     if (run.avgCis.count(index) == 0)
       throw UserError(run.proCsName, 0, "has no row with index " + std::to_string(index), kRemedy);

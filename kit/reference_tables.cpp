@@ -16,20 +16,8 @@ void useTables(const ReferenceTables& tables, ZORVELA& run) {
   run.prevTable = tables.previous;
   run.nextTable = tables.next;
   run.limitTable = tables.limits;
-  for (const auto& [number, row] : tables.shifts.entries) {
-    const int index = GDB::toInt(GDB::cell(row, "index"));
-    run.avgCis[index] = GDB::toFloat(GDB::cell(row, "avg_cis"));
-    run.avgTrans[index] = GDB::toFloat(GDB::cell(row, "avg_trans"));
-    run.stdCis[index] = GDB::toFloat(GDB::cell(row, "std_cis"));
-    run.stdTrans[index] = GDB::toFloat(GDB::cell(row, "std_trans"));
-  }
-  for (const auto& [number, row] : tables.sequence.entries) {
-    const std::string& name = GDB::cell(row, "resname");
-    run.proSeqCis[name][1] = GDB::toFloat(GDB::cell(row, "cis_prev"));
-    run.proSeqCis[name][3] = GDB::toFloat(GDB::cell(row, "cis_next"));
-    run.proSeqTrans[name][1] = GDB::toFloat(GDB::cell(row, "trans_prev"));
-    run.proSeqTrans[name][3] = GDB::toFloat(GDB::cell(row, "trans_next"));
-  }
+  run.useProCSTable(tables.shifts);
+  run.useProSeqTable(tables.sequence);
 }
 
 void writeTables(ReferenceTables& tables, const std::string& folder) {

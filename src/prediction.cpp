@@ -100,7 +100,10 @@ std::vector<int> ZORVELA::residuesToVisit() const {
 // --- Databases ----------------------------------------------------------------------------------
 
 void ZORVELA::getProCSValue(const std::string& fileName) {
-  const GDB table(fileName);
+  useProCSTable(GDB(fileName));
+}
+
+void ZORVELA::useProCSTable(const GDB& table) {
   for (const auto& [number, row] : table.entries) {
     const int index = GDB::toInt(GDB::cell(row, "index"));
     avgCis[index] = GDB::toFloat(GDB::cell(row, "avg_cis"));
@@ -111,7 +114,10 @@ void ZORVELA::getProCSValue(const std::string& fileName) {
 }
 
 void ZORVELA::getProSeqOccurence(const std::string& fileName) {
-  const GDB table(fileName);
+  useProSeqTable(GDB(fileName));
+}
+
+void ZORVELA::useProSeqTable(const GDB& table) {
   for (const auto& [number, row] : table.entries) {
     const std::string& name = GDB::cell(row, "resname");
     proSeqCis[name][kPrevious] = GDB::toFloat(GDB::cell(row, "cis_prev"));

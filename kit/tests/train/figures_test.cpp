@@ -2,15 +2,15 @@
 // Expected values are worked out by hand in the comments.
 #include <gtest/gtest.h>
 
-#include <cmath>   // for std::log
-#include <vector>  // for std::vector
+#include <cmath>
+#include <vector>
 
-#include "metrics.h"
-#include "statistics_tools.h"
+#include "train/metrics.h"
+#include "train/statistics_tools.h"
 
 namespace {
 
-using kit::Scored;
+using zorvela::Scored;
 
 Scored proline(bool isCis, double probability, std::size_t cluster = 0) {
   return {isCis, probability, probability > 0.5, probability, cluster};
@@ -20,24 +20,24 @@ Scored proline(bool isCis, double probability, std::size_t cluster = 0) {
 
 TEST(Percentile, InterpolatesBetweenNeighbours) {
   const std::vector<double> values = {10, 20, 40, 80};
-  EXPECT_DOUBLE_EQ(10, kit::percentile(values, 0));
-  EXPECT_DOUBLE_EQ(30, kit::percentile(values, 50));  // place 1.5
-  EXPECT_DOUBLE_EQ(13, kit::percentile(values, 10));  // place 0.3
-  EXPECT_DOUBLE_EQ(80, kit::percentile(values, 100));
+  EXPECT_DOUBLE_EQ(10, zorvela::percentile(values, 0));
+  EXPECT_DOUBLE_EQ(30, zorvela::percentile(values, 50));  // place 1.5
+  EXPECT_DOUBLE_EQ(13, zorvela::percentile(values, 10));  // place 0.3
+  EXPECT_DOUBLE_EQ(80, zorvela::percentile(values, 100));
 }
 
 TEST(Percentile, OfOneValueIsThatValue) {
-  EXPECT_DOUBLE_EQ(3, kit::percentile({3}, 0));
-  EXPECT_DOUBLE_EQ(3, kit::percentile({3}, 97.5));
+  EXPECT_DOUBLE_EQ(3, zorvela::percentile({3}, 0));
+  EXPECT_DOUBLE_EQ(3, zorvela::percentile({3}, 97.5));
 }
 
 TEST(Median, NeedsNoOrder) {
-  EXPECT_DOUBLE_EQ(2, kit::median({9, 1, 2}));
-  EXPECT_DOUBLE_EQ(3, kit::median({9, 1, 2, 4}));
+  EXPECT_DOUBLE_EQ(2, zorvela::median({9, 1, 2}));
+  EXPECT_DOUBLE_EQ(3, zorvela::median({9, 1, 2, 4}));
 }
 
 TEST(TrimmedSample, WithoutTrimIsTheWholeSample) {
-  const kit::Sample sample = kit::trimmedSample({1, 2, 3, 6}, 0);
+  const zorvela::Sample sample = zorvela::trimmedSample({1, 2, 3, 6}, 0);
   EXPECT_DOUBLE_EQ(3, sample.mean);
   EXPECT_DOUBLE_EQ(std::sqrt(14.0 / 3), sample.deviation);  // 4 + 1 + 0 + 9
   EXPECT_EQ(4U, sample.count);
@@ -45,22 +45,22 @@ TEST(TrimmedSample, WithoutTrimIsTheWholeSample) {
 
 TEST(TrimmedSample, LeavesOutWhatIsFarFromTheMedian) {
   // Median 3, distances 2 1 0 1 97, median distance 1: 4 robust deviations are 5.93.
-  const kit::Sample sample = kit::trimmedSample({1, 2, 3, 4, 100}, 4);
+  const zorvela::Sample sample = zorvela::trimmedSample({1, 2, 3, 4, 100}, 4);
   EXPECT_DOUBLE_EQ(2.5, sample.mean);
   EXPECT_EQ(4U, sample.count);
 }
 
 TEST(TrimmedSample, KeepsAllWhereMostAreTheSame) {
-  const kit::Sample sample = kit::trimmedSample({5, 5, 5, 5, 10}, 4);
+  const zorvela::Sample sample = zorvela::trimmedSample({5, 5, 5, 5, 10}, 4);
   EXPECT_DOUBLE_EQ(6, sample.mean);
   EXPECT_EQ(5U, sample.count);
 }
 
 TEST(TrimmedSample, OfFewValuesHasNoDeviation) {
-  EXPECT_EQ(0U, kit::trimmedSample({}, 4).count);
-  EXPECT_EQ(0, kit::trimmedSample({}, 4).mean);
-  EXPECT_EQ(7, kit::trimmedSample({7}, 4).mean);
-  EXPECT_EQ(0, kit::trimmedSample({7}, 4).deviation);
+  EXPECT_EQ(0U, zorvela::trimmedSample({}, 4).count);
+  EXPECT_EQ(0, zorvela::trimmedSample({}, 4).mean);
+  EXPECT_EQ(7, zorvela::trimmedSample({7}, 4).mean);
+  EXPECT_EQ(0, zorvela::trimmedSample({7}, 4).deviation);
 }
 
 // --- Figures --------------------------------------------------------------------------------------
@@ -69,7 +69,7 @@ const std::vector<Scored> kSix = {proline(true, 0.9),  proline(true, 0.4),  prol
                                   proline(false, 0.1), proline(false, 0.6), proline(false, 0.0)};
 
 TEST(Figures, CountsAndRates) {
-  const kit::Figures figures = kit::figuresOf(kSix);
+  const zorvela::Figures figures = zorvela::figuresOf(kSix);
   EXPECT_EQ(6U, figures.count);
   EXPECT_EQ(2U, figures.cis);
   EXPECT_DOUBLE_EQ(0.5, *figures.sensitivity);   // 0.9 of 0.9, 0.4
@@ -78,20 +78,20 @@ TEST(Figures, CountsAndRates) {
 
 TEST(Figures, AreaCountsTiesHalf) {
   // 0.9 beats all four; 0.4 beats 0.1 and 0.0 and ties with 0.4: 6.5 of 8 pairs.
-  EXPECT_DOUBLE_EQ(6.5 / 8, *kit::figuresOf(kSix).auc);
+  EXPECT_DOUBLE_EQ(6.5 / 8, *zorvela::figuresOf(kSix).auc);
 }
 
 TEST(Figures, Matthews) {
   // tp 1, fn 1, fp 1, tn 3: (3 - 1) / sqrt(2 2 4 4).
-  EXPECT_DOUBLE_EQ(0.25, *kit::figuresOf(kSix).mcc);
+  EXPECT_DOUBLE_EQ(0.25, *zorvela::figuresOf(kSix).mcc);
 }
 
 TEST(Figures, MatthewsIsZeroWhereAllCallsAreTheSame) {
-  EXPECT_DOUBLE_EQ(0, *kit::figuresOf({proline(true, 0.2), proline(false, 0.1)}).mcc);
+  EXPECT_DOUBLE_EQ(0, *zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)}).mcc);
 }
 
 TEST(Figures, BrierAndLogLoss) {
-  const kit::Figures figures = kit::figuresOf(kSix);
+  const zorvela::Figures figures = zorvela::figuresOf(kSix);
   EXPECT_DOUBLE_EQ((0.01 + 0.36 + 0.16 + 0.01 + 0.36 + 0.0) / 6, *figures.brier);
   const double loss =
       std::log(0.9) + std::log(0.4) + std::log(0.6) + std::log(0.9) + std::log(0.4) + std::log(0.999);
@@ -99,12 +99,12 @@ TEST(Figures, BrierAndLogLoss) {
 }
 
 TEST(Figures, LogLossKeepsAwayFromCertainty) {
-  EXPECT_NEAR(-std::log(0.001), *kit::figuresOf({proline(true, 0.0)}).logLoss, 1e-12);
-  EXPECT_NEAR(-std::log(0.001), *kit::figuresOf({proline(false, 1.0)}).logLoss, 1e-12);
+  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(true, 0.0)}).logLoss, 1e-12);
+  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(false, 1.0)}).logLoss, 1e-12);
 }
 
 TEST(Figures, WithOneClassHaveNoAreaNorCorrelation) {
-  const kit::Figures figures = kit::figuresOf({proline(false, 0.1), proline(false, 0.7)});
+  const zorvela::Figures figures = zorvela::figuresOf({proline(false, 0.1), proline(false, 0.7)});
   EXPECT_FALSE(figures.auc);
   EXPECT_FALSE(figures.mcc);
   EXPECT_FALSE(figures.sensitivity);
@@ -112,13 +112,13 @@ TEST(Figures, WithOneClassHaveNoAreaNorCorrelation) {
 }
 
 TEST(Figures, OfNothingAreNothing) {
-  const kit::Figures figures = kit::figuresOf({});
+  const zorvela::Figures figures = zorvela::figuresOf({});
   EXPECT_EQ(0U, figures.count);
   EXPECT_FALSE(figures.auc || figures.brier || figures.logLoss || figures.specificity);
 }
 
 TEST(Figures, WithoutProbabilitiesHaveNoLoss) {
-  const kit::Figures figures = kit::figuresOf({{true, 9.0, true, -1, 0}, {false, 4.0, false, -1, 0}});
+  const zorvela::Figures figures = zorvela::figuresOf({{true, 9.0, true, -1, 0}, {false, 4.0, false, -1, 0}});
   EXPECT_DOUBLE_EQ(1, *figures.auc);
   EXPECT_DOUBLE_EQ(1, *figures.mcc);
   EXPECT_FALSE(figures.brier);
@@ -128,7 +128,7 @@ TEST(Figures, WithoutProbabilitiesHaveNoLoss) {
 // --- Bootstrap ------------------------------------------------------------------------------------
 
 TEST(Bootstrap, OfOneClusterIsThePoint) {
-  const kit::FigureIntervals intervals = kit::bootstrap(kSix, 20, 1);
+  const zorvela::FigureIntervals intervals = zorvela::bootstrap(kSix, 20, 1);
   EXPECT_DOUBLE_EQ(6.5 / 8, intervals.auc->low);
   EXPECT_DOUBLE_EQ(6.5 / 8, intervals.auc->high);
 }
@@ -138,11 +138,11 @@ TEST(Bootstrap, DrawsClustersAsAWhole) {
   // specificity 0, 0.5 or 1, never 0.25.
   const std::vector<Scored> set = {proline(false, 0.9, 3), proline(false, 0.9, 3), proline(false, 0.1, 8),
                                    proline(false, 0.1, 8)};
-  const kit::FigureIntervals intervals = kit::bootstrap(set, 500, 1);
+  const zorvela::FigureIntervals intervals = zorvela::bootstrap(set, 500, 1);
   EXPECT_DOUBLE_EQ(0, intervals.specificity->low);
   EXPECT_DOUBLE_EQ(1, intervals.specificity->high);
   for (std::uint64_t seed = 0; seed < 20; ++seed) {
-    const double once = kit::bootstrap(set, 1, seed).specificity->low;
+    const double once = zorvela::bootstrap(set, 1, seed).specificity->low;
     EXPECT_TRUE(once == 0 || once == 0.5 || once == 1) << once;
   }
 }
@@ -150,20 +150,20 @@ TEST(Bootstrap, DrawsClustersAsAWhole) {
 TEST(Bootstrap, SameSeedSameIntervals) {
   std::vector<Scored> set = kSix;
   for (std::size_t i = 0; i < set.size(); ++i) set[i].cluster = i;
-  const auto a = kit::bootstrap(set, 100, 5);
-  const auto b = kit::bootstrap(set, 100, 5);
+  const auto a = zorvela::bootstrap(set, 100, 5);
+  const auto b = zorvela::bootstrap(set, 100, 5);
   EXPECT_EQ(a.brier->low, b.brier->low);
   EXPECT_EQ(a.brier->high, b.brier->high);
   EXPECT_LT(a.brier->low, a.brier->high);
 }
 
 TEST(Bootstrap, WithoutRoundsHasNoIntervals) {
-  EXPECT_FALSE(kit::bootstrap(kSix, 0, 1).auc);
+  EXPECT_FALSE(zorvela::bootstrap(kSix, 0, 1).auc);
 }
 
 TEST(Draw, IsTheSameOnEveryMachine) {
   // The published first outputs of SplitMix64 with seed 1234567.
-  kit::Draw draw(1234567);
+  zorvela::Draw draw(1234567);
   EXPECT_EQ(6457827717110365317ULL % 1000, draw.below(1000));
   EXPECT_EQ(3203168211198807973ULL % 1000, draw.below(1000));
   EXPECT_EQ(9817491932198370423ULL % 1000, draw.below(1000));
@@ -172,7 +172,7 @@ TEST(Draw, IsTheSameOnEveryMachine) {
 // --- Curves ---------------------------------------------------------------------------------------
 
 TEST(RocCurve, HasAPointForEachScore) {
-  const std::vector<kit::RocPoint> curve = kit::rocCurve(kSix);
+  const std::vector<zorvela::RocPoint> curve = zorvela::rocCurve(kSix);
   ASSERT_EQ(5U, curve.size());
   EXPECT_DOUBLE_EQ(0.9, curve[0].threshold);
   EXPECT_DOUBLE_EQ(0.5, curve[0].truePositiveRate);
@@ -184,12 +184,12 @@ TEST(RocCurve, HasAPointForEachScore) {
 }
 
 TEST(RocCurve, OfOneClassIsEmpty) {
-  EXPECT_TRUE(kit::rocCurve({proline(true, 0.5)}).empty());
+  EXPECT_TRUE(zorvela::rocCurve({proline(true, 0.5)}).empty());
 }
 
 TEST(Calibration, PutsEdgesIntoTheUpperBinAndOneIntoTheLast) {
   const auto bins =
-      kit::calibration({proline(false, 0.0), proline(true, 0.5), proline(true, 1.0)}, {0, 0.5, 1});
+      zorvela::calibration({proline(false, 0.0), proline(true, 0.5), proline(true, 1.0)}, {0, 0.5, 1});
   ASSERT_EQ(2U, bins.size());
   EXPECT_EQ(1U, bins[0].count);
   EXPECT_EQ(0U, bins[0].cis);
@@ -203,13 +203,13 @@ TEST(Calibration, IntervalIsWilsons) {
   // 0.19314.
   std::vector<Scored> set(10, proline(false, 0.1));
   set[0].isCis = true;
-  const auto bins = kit::calibration(set, {0, 1});
+  const auto bins = zorvela::calibration(set, {0, 1});
   EXPECT_NEAR(0.01788, bins[0].interval.low, 2e-5);
   EXPECT_NEAR(0.40415, bins[0].interval.high, 2e-5);
 }
 
 TEST(Calibration, OfAnEmptyBinIsZero) {
-  const auto bins = kit::calibration({}, {0, 1});
+  const auto bins = zorvela::calibration({}, {0, 1});
   EXPECT_EQ(0U, bins[0].count);
   EXPECT_EQ(0, bins[0].share);
   EXPECT_EQ(0, bins[0].interval.high);

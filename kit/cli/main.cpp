@@ -1,0 +1,60 @@
+// zorvela-kit: files in, predictions out, and the tables behind them.
+#include <fcntl.h>  // for open, fcntl
+
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "predict/tables.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace {
+
+constexpr const char* kName = "zorvela-kit";
+
+/// A standard stream that the caller closed must not be taken by the next file that is opened, or
+/// messages would end up in it. What takes its place cannot be written, so writing still fails.
+void reserveStandardStreams() {
+  for (int descriptor = 0; descriptor <= 2; ++descriptor)
+    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) < 0)
+      return;
+}
+
+int fail(const std::string& message) {
+  std::cerr << kName << ": " << zorvela::withoutControls(message) << std::endl;
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  reserveStandardStreams();
+  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", kName);
+  app.set_version_flag("--version", std::string(kName) + " " + ZORVELA_VERSION);
+  app.require_subcommand(1);
+  app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
+  zorvela::throwInsteadOfExit();
+  zorvela::addRun(app);
+  zorvela::addImport(app);
+  zorvela::addTrain(app);
+  zorvela::addEvaluate(app);
+  try {
+    app.parse(argc, argv);
+    return 0;
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e);
+  } catch (const zorvela::ReportedFailure&) {
+    return 1;
+  } catch (const zorvela::Error& e) {
+    return fail(e.what());
+  } catch (const std::bad_alloc&) {
+    return fail("out of memory; give fewer or smaller files");
+  } catch (const std::exception& e) {
+    return fail(std::string("unexpected error: ") + e.what());
+  }
+}

@@ -1,0 +1,28 @@
+// What a terminal can show while work goes on.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace zorvela {
+
+/// Whether a stream of the process (0, 1, 2) is a terminal that understands control sequences.
+bool isCapableTerminal(int descriptor);
+
+/// A progress bar on standard error: shown only on a terminal, and only for work above a second.
+class Progress {
+ public:
+  Progress(const std::string& what, std::size_t total);
+  ~Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  /// One more of `total` is done. May be called from several threads.
+  void step();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state;
+};
+
+}  // namespace zorvela

@@ -1,0 +1,228 @@
+// The sub-command `run`: import, predict and collect, for one file or thousands.
+#include <sys/stat.h>  // for stat
+#include <unistd.h>    // for STDOUT_FILENO
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <new>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/progress.h"
+#include "cli/whole_file.h"
+#include "formats/input_bytes.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+#include "zorvela/report.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+constexpr int kResiduesForCertainty = 20;  // in a referencing fit
+constexpr int kMostJobs = 256;
+
+struct RunSettings {
+  std::vector<std::string> files;
+  ImportOptions import;
+  std::string tables;
+  std::string format = "table";
+  std::string output = "-";
+  int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+};
+
+// --- Predicting ---------------------------------------------------------------------------------
+
+/// One file; what goes wrong with it stays with it.
+FileReport predictFile(Predictor& predictor, const std::string& file, const ImportOptions& import) {
+  FileReport report;
+  report.file = file;
+  try {
+    for (const Protein& protein : readShiftFile(file, import))
+      report.proteins.push_back(predictor.predict(protein));
+    return report;
+  } catch (const Error& e) {
+    report.error = e.what();
+  } catch (const std::bad_alloc&) {
+    report.error = Error(file, 0, "does not fit into memory", "give a smaller file").what();
+  } catch (const std::exception& e) {
+    report.error = Error(file, 0, std::string("cannot be predicted: ") + e.what(), "").what();
+  }
+  report.proteins.clear();
+  return report;
+}
+
+/// Each job takes the next file that nobody has; results go to the place of the file, so their order
+/// does not depend on the number of jobs.
+std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA& tables) {
+  std::vector<FileReport> reports(settings.files.size());
+  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
+  std::vector<std::unique_ptr<Predictor>> predictors;
+  while (predictors.size() < jobs) predictors.push_back(std::make_unique<Predictor>(tables));
+
+  std::atomic<std::size_t> next{0};
+  Progress progress("Predicting", settings.files.size());
+  const auto work = [&](Predictor& predictor) {
+    for (std::size_t i = next++; i < reports.size(); i = next++) {
+      reports[i] = predictFile(predictor, settings.files[i], settings.import);
+      progress.step();
+    }
+  };
+
+  std::vector<std::thread> helpers;
+  try {
+    for (std::size_t i = 1; i < jobs; ++i) helpers.emplace_back(work, std::ref(*predictors[i]));
+  } catch (const std::system_error&) {
+    // The system gives no more threads: those that there are do the work.
+  }
+  work(*predictors.front());
+  for (std::thread& helper : helpers) helper.join();
+  return reports;
+}
+
+// --- Reporting ----------------------------------------------------------------------------------
+
+std::string nameOf(const ProteinResult& protein) {
+  const std::string file = inputName(protein.file);
+  return protein.chain.empty() ? file : file + ", chain " + protein.chain;
+}
+
+void warn(const std::string& text) {
+  std::cerr << "zorvela-kit: " << withoutControls(text) << '\n';
+}
+
+void tellNotes(const ProteinResult& protein) {
+  const std::size_t shown = std::min(kNotesShown, protein.notes.size());
+  for (std::size_t i = 0; i < shown; ++i) warn("note: " + nameOf(protein) + ": " + protein.notes[i]);
+  if (protein.notes.size() > shown)
+    warn("note: " + nameOf(protein) + ": " +
+         counted(protein.notes.size() - shown, "more note", "more notes") + "; --format json has them all");
+}
+
+std::string offsetWarning(const ReferencingOffset& offset) {
+  std::array<char, 64> size{};
+  std::snprintf(size.data(), size.size(), "%.2f", std::fabs(static_cast<double>(offset.offset)));
+  const bool isCertain = offset.size >= kResiduesForCertainty;
+  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size.data() + " ppm too " +
+         (offset.offset > 0 ? "high" : "low") + (isCertain ? " (" : " (only ") + std::to_string(offset.size) +
+         " residues); check the referencing and correct it";
+}
+
+void tellOffsets(const ProteinResult& protein) {
+  for (const ReferencingOffset& offset : protein.offsets)
+    if (callsForCorrection(offset)) warn("warning: " + nameOf(protein) + ": " + offsetWarning(offset));
+}
+
+void tellAll(const RunReport& report) {
+  for (const FileReport& file : report.files) {
+    for (const ProteinResult& protein : file.proteins) {
+      tellNotes(protein);
+      tellOffsets(protein);
+    }
+    if (!file.error.empty()) warn(file.error);
+  }
+}
+
+bool wantsColour(const std::string& output) {
+  const char* refused = std::getenv("NO_COLOR");
+  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
+}
+
+void writeReport(const RunSettings& settings, const RunReport& report) {
+  writeWhole(settings.output, [&](std::ostream& out) {
+    if (settings.format == "csv")
+      writeCsv(report, out);
+    else if (settings.format == "json")
+      writeJson(report, out);
+    else
+      writeTable(report, wantsColour(settings.output), out);
+  });
+}
+
+/// The results must not take the place of the shifts that they come from.
+void checkOutput(const RunSettings& settings) {
+  struct stat output {};
+  if (settings.output == "-" || stat(settings.output.c_str(), &output) != 0 || !S_ISREG(output.st_mode))
+    return;
+  for (const std::string& file : settings.files) {
+    struct stat input {};
+    if (stat(file.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino)
+      throw Error(settings.output, 0, "is one of the input files and would be replaced",
+                  "give another name with --output");
+  }
+}
+
+void run(const RunSettings& settings) {
+  checkOutput(settings);
+  RunReport report;
+  report.tables = findTables(settings.tables);
+  const std::unique_ptr<ZORVELA> tables = loadReferenceTables(report.tables);
+  report.files = predictFiles(settings, *tables);
+  tellAll(report);
+  writeReport(settings, report);
+  if (const std::size_t errors = countErrors(report); errors > 0) {
+    if (report.files.size() > 1)
+      warn(std::to_string(errors) + " of " + std::to_string(report.files.size()) +
+           " files could not be predicted");
+    throw ReportedFailure();
+  }
+}
+
+std::string footer() {
+  return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
+         numberText(kTransUpTo) + R"(, undecided between.
+Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else ./tab.
+Exit status: 0 if every file was predicted, 1 if one was not.)";
+}
+
+}  // namespace
+
+void addRun(CLI::App& app) {
+  const auto settings = std::make_shared<RunSettings>();
+  CLI::App* command = app.add_subcommand("run", "Predict the prolines of any shift files");
+  command->add_option("FILE", settings->files)
+      ->required()
+      ->type_name("")
+      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
+  command->add_option("--format", settings->format)
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"table", "csv", "json"}))
+      ->description("default: table");
+  command->add_option("--output", settings->output)
+      ->type_name("FILE")
+      ->description("Write to this file instead of standard output");
+  command->add_option("--tables", settings->tables)
+      ->type_name("DIR")
+      ->description("Folder of the seven reference tables");
+  command->add_option("--chain", settings->import.chains)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the chain of this name; may be repeated");
+  command->add_option("--list", settings->import.lists)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the shift list of this name, or all; may be repeated");
+  command->add_option("--jobs", settings->jobs)
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostJobs))
+      ->description("Files worked on at the same time; default: one for each core");
+  command->footer(footer());
+  command->callback([settings] { run(*settings); });
+}
+
+}  // namespace zorvela

@@ -1,0 +1,81 @@
+// The sub-command `train`: the seven reference tables from proteins with known prolines.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/training_options.h"
+#include "cli/whole_file.h"
+#include "predict/tables.h"
+#include "train/labelled_prolines.h"
+#include "train/published_tables.h"
+#include "train/table_training.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+struct TrainSettings {
+  std::string entries;
+  std::string labels;
+  PublishedData published;
+  std::string output;
+  TrainingChoices choices;
+};
+
+void writeTables(ReferenceTables& tables, const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error)
+    throw Error(folder, 0, "cannot be made: " + error.message(), "choose another folder with --output");
+  for (const auto& [name, table] : namedTables(tables))
+    writeWhole(folder + "/" + name, [&table = table](std::ostream& out) { table->writeTable(out); });
+}
+
+void train(const TrainSettings& settings) {
+  ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
+  ZORVELA run;
+  useTables(tables, run);
+  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);
+  trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
+              std::vector<bool>(data.windows.size(), true), settings.choices);
+  writeTables(tables, settings.output);
+  std::cout << "Seven tables written to " << settings.output << std::endl;
+}
+
+}  // namespace
+
+void addTrain(CLI::App& app) {
+  auto settings = std::make_shared<TrainSettings>();
+  CLI::App* command =
+      app.add_subcommand("train", "Make the seven reference tables from proteins with known prolines");
+  command->add_option("--entries", settings->entries, "folder of shift tables, one NAME.tab for each entry")
+      ->required();
+  command
+      ->add_option("--labels", settings->labels,
+                   "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster")
+      ->required();
+  command
+      ->add_option("--neighbours", settings->published.neighbours,
+                   "CSV of counts: resname, cis_prev, cis_next, trans_prev, trans_next")
+      ->required();
+  command
+      ->add_option("--random-coil", settings->published.randomCoil,
+                   "CSV of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)")
+      ->required();
+  command
+      ->add_option("--neighbour-effects", settings->published.neighbourEffects,
+                   "CSV of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)")
+      ->required();
+  command->add_option("--output", settings->output, "folder for the tables; made if it is not there")
+      ->required();
+  addTrainingOptions(*command, settings->choices);
+  command->callback([settings] { train(*settings); });
+}
+
+}  // namespace zorvela

@@ -1,0 +1,74 @@
+// What the readers of shift files hand over: chains, sequences and shift lists in the file's own words.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+/// What a file says of the sulfur of a cysteine.
+enum class Thiol { unknown, disulfide, notDisulfide };
+
+/// Whether a chain is a protein or peptide. `unknown`: to be told from its residue names.
+enum class Polymer { unknown, polypeptide, other };
+
+/// A residue of a chain's sequence.
+struct FileResidue {
+  std::string key;     ///< how shift rows point to it: position in the polymer, or residue number
+  std::string number;  ///< the number that people use for it; empty where the file gives none
+  std::string name;    ///< as the file writes it (MET, MSE, DA); empty for an unknown residue
+  Thiol thiol = Thiol::unknown;
+  bool bondedToPrevious = false;  ///< the file says so, although the numbers may jump
+};
+
+/// A molecule, or one copy of it.
+struct FileChain {
+  std::string name;                  ///< as `--chain` and file names use it; empty where there is none
+  std::vector<std::string> aliases;  ///< other names that `--chain` understands
+  std::string molecule;              ///< "Ubiquitin"; empty where the file gives none
+  Polymer polymer = Polymer::unknown;
+  std::string kind;                     ///< what it is, for messages: "RNA"
+  std::vector<FileResidue> residues;    ///< empty: to be derived from the shift rows
+  Thiol thiol = Thiol::unknown;         ///< of all its cysteines
+  std::vector<std::string> disulfides;  ///< keys of the residues with a disulfide bond
+  std::vector<std::string> cisBonds;    ///< keys of the residues that the file marks as cis
+};
+
+/// Limits of what is read, far above any real file: they bound the memory that a broken one can ask for.
+inline constexpr std::size_t kMostShiftRows = 2000000;
+inline constexpr std::size_t kLongestSequence = 100000;
+inline constexpr std::size_t kMostResidues = 1000000;
+inline constexpr std::size_t kMostListsOrChains = 1000;
+
+/// Chain index of a row that names no chain, or none that is known.
+inline constexpr std::size_t kNoChain = static_cast<std::size_t>(-1);
+
+/// A row of a shift list. A row without atom and value only says that there is such a residue.
+struct FileShift {
+  std::size_t chain = kNoChain;  ///< index into `ShiftFile::chains`
+  std::string key;               ///< see `FileResidue::key`; empty where the row has none
+  std::string number;            ///< see `FileResidue::number`
+  std::string residueName;
+  std::string atom;
+  std::string value;      ///< ppm; empty where the file gives none
+  std::string ambiguity;  ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
+  double occupancy = 1;
+  std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
+};
+
+struct FileShiftList {
+  std::string name;  ///< as `--list` uses it; empty where the file has but one, without a name
+  std::vector<std::string> aliases;  ///< other names that `--list` understands
+  std::vector<FileShift> shifts;
+};
+
+struct ShiftFile {
+  std::string format;  ///< "NMR-STAR 3"
+  std::vector<FileChain> chains;
+  std::vector<FileShiftList> lists;
+  std::vector<std::string> notes;     ///< of the file as a whole
+  std::vector<std::string> contents;  ///< what it holds, for the message that it holds no protein shifts
+};
+
+}  // namespace zorvela

@@ -1,0 +1,70 @@
+// What NMR-STAR and NEF readers share: chains found by name, sequences from one-letter text.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <gemmi/cifdoc.hpp>  // for gemmi::cif::Document
+
+#include "formats/shift_model.h"
+
+namespace zorvela {
+
+/// Chains with an index from the names that rows use for them.
+class ChainFinder {
+ public:
+  /// `file` is how messages name the file.
+  ChainFinder(std::vector<FileChain>& fileChains, std::string file)
+      : chains(fileChains), fileName(std::move(file)) {}
+
+  /// Index of the chain that was added under this name, `kNoChain` if there is none.
+  std::size_t find(const std::string& name) const;
+  /// Adds a chain under a name; an earlier one of that name stays what `find` gives. Error when the
+  /// copies in a file are more than any real one has.
+  std::size_t add(const std::string& name, FileChain chain);
+  /// Another name for a chain.
+  void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
+
+ private:
+  std::vector<FileChain>& chains;
+  std::string fileName;
+  std::unordered_map<std::string, std::size_t> index;
+  std::size_t residueCount = 0;
+};
+
+/// Residues from one-letter text as entries write it: white space does not count, (MSE) is one residue,
+/// X stays open. Keys count from 1.
+std::vector<FileResidue> residuesOfLetters(const std::string& text);
+
+/// Thiol state of all cysteines of a molecule from the words that BMRB has for it ("all disulfide bound").
+Thiol thiolOfWords(const std::string& words);
+
+/// Whether an atom pair, or the words for the bond type, make a disulfide bond.
+bool isDisulfideBond(const std::string& type, const std::string& atom1, const std::string& atom2);
+
+/// Polymer type from the words that files have for it ("polypeptide(L)", "RNA"); `unknown` for words
+/// that leave it open.
+Polymer polymerOfWords(const std::string& words);
+
+/// Notes on what a molecule's own words say against a prediction: a paramagnetic centre, a state that is
+/// not folded. `state` and `paramagnetic` as the file has them, empty where it is silent.
+void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
+                  std::vector<std::string>& notes);
+
+/// The name of the save frame or data block that a list stands in; empty for a block without a name.
+std::string listName(const gemmi::cif::Block& frame);
+
+/// What a document holds, for messages: save frames by category, with their number.
+std::vector<std::string> starContents(const gemmi::cif::Document& document);
+
+/// Makes the names of chains differ: a name that several have gets the place of the chain behind it.
+void makeNamesDiffer(std::vector<FileChain>& chains);
+
+/// Gives rows without a chain to the one polypeptide whose sequence fits their residue names best; all
+/// chains without a sequence count as fitting. Nothing happens where two chains fit alike.
+void placeByNames(std::vector<FileShift>& rows, const std::vector<FileChain>& chains,
+                  std::vector<std::string>& notes);
+
+}  // namespace zorvela

@@ -1,0 +1,175 @@
+// Names of residues and of backbone atoms, as the many files write them.
+#include "protein/nomenclature.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <gemmi/resinfo.hpp>  // for the parents of modified residues
+
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+using Kind = AtomReading::Kind;
+
+constexpr std::array<const char*, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3", "C", "CA", "CB", "CG"};
+
+// Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
+const std::unordered_map<std::string, ResidueType>& programNames() {
+  static const std::unordered_map<std::string, ResidueType> names = {
+      {"CYSS", {'C', false, false, Thiol::disulfide}},
+      {"CYX", {'C', false, false, Thiol::disulfide}},
+      {"CYSH", {'C', false, false, Thiol::notDisulfide}},
+      {"CYM", {'C', false, false, Thiol::notDisulfide}},
+      {"CYS-", {'C', false, false, Thiol::notDisulfide}},
+      {"ARG+", {'R'}},
+      {"LYS+", {'K'}},
+      {"LYN", {'K'}},
+      {"ASP-", {'D'}},
+      {"ASH", {'D'}},
+      {"GLU-", {'E'}},
+      {"GLH", {'E'}},
+      {"HIS+", {'H'}},
+      {"HIST", {'H'}},
+      {"HID", {'H'}},
+      {"HIE", {'H'}},
+      {"HIP", {'H'}},
+      {"HSD", {'H'}},
+      {"HSE", {'H'}},
+      {"HSP", {'H'}},
+      {"CPRO", {'P'}},
+  };
+  return names;
+}
+
+// Modified residues that the library leaves out, or whose parent it gives another letter, by their parent.
+const std::unordered_map<std::string, char>& furtherParents() {
+  static const std::unordered_map<std::string, char> parents = {
+      {"2MR", 'R'}, {"AYA", 'A'}, {"BHD", 'D'}, {"BTR", 'W'}, {"DA2", 'R'}, {"DDE", 'H'},
+      {"HTR", 'W'}, {"HY3", 'P'}, {"LYZ", 'K'}, {"NMM", 'R'}, {"PYL", 'K'}, {"SEC", 'C'},
+  };
+  return parents;
+}
+
+// Residues that are filed under a parent whose shifts are nothing like theirs: other side chains at CB,
+// no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
+bool isWithoutParent(const std::string& name) {
+  static const std::unordered_set<std::string> names = {
+      "ABA", "AIB", "ALC", "BMT", "CR2", "CR8", "CRF", "CRO", "CRQ", "CSH",
+      "DAB", "DHA", "FGA", "GHP", "GYS", "IAS", "MDO", "NLE", "NRQ", "ORN",
+  };
+  return names.count(name) > 0;
+}
+
+bool isHydroxyproline(std::string_view name) {
+  return name == "HYP" || name == "HY3";
+}
+
+// The library's table; it takes names of ASCII letters and digits only.
+gemmi::ResidueInfo tabulated(const std::string& name) {
+  const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+  return gemmi::find_tabulated_residue(isPlain ? name : std::string());
+}
+
+bool isLetterOfAminoAcid(char c) {
+  return contains("ACDEFGHIKLMNPQRSTVWY", std::string_view(&c, 1));
+}
+
+ResidueType modified(std::string_view name, char letter) {
+  ResidueType type;
+  type.letter = letter;
+  type.isModified = true;
+  type.isHydroxyproline = isHydroxyproline(name);
+  return type;
+}
+
+AtomReading reading(Kind kind, const char* first = nullptr, const char* second = nullptr) {
+  AtomReading result;
+  result.kind = kind;
+  result.names = {first, second};
+  return result;
+}
+
+/// Names that hold both alpha protons of glycine in one shift.
+bool isBothAlphaProtons(std::string_view name) {
+  static const std::unordered_set<std::string_view> names = {"HA", "HA%", "HA*", "HA#", "QA"};
+  return names.count(name) > 0;
+}
+
+/// One of the two alpha protons, which of them is not known or written in an older way.
+AtomReading readGlycineProton(std::string_view name) {
+  if (isBothAlphaProtons(name)) return reading(Kind::pseudo, "HA2", "HA3");
+  if (name == "HA3") return reading(Kind::table, "HA3");
+  if (name == "HAX" || name == "HA'" || name == "HAA") return reading(Kind::table, "HA2");
+  if (name == "HAY" || name == "HA''" || name == "HAB" || name == "HA\"") return reading(Kind::table, "HA3");
+  const bool isFirst = name == "HA1" || name == "1HA";
+  if (!isFirst && name != "HA2" && name != "2HA") return reading(Kind::other);
+  AtomReading older = reading(Kind::table, isFirst ? "HA1" : "HA2");
+  older.isOlderName = isFirst;
+  return older;
+}
+
+AtomReading readAlphaProton(char letter, std::string_view name) {
+  if (letter == 'G') return readGlycineProton(name);
+  if (isBothAlphaProtons(name)) return reading(Kind::table, "HA");
+  static const std::unordered_set<std::string_view> ofGlycine = {"HA1", "HA2", "HA3", "1HA",
+                                                                 "2HA", "HAX", "HAY"};
+  return reading(ofGlycine.count(name) > 0 ? Kind::foreign : Kind::other);
+}
+
+}  // namespace
+
+ResidueType residueType(std::string_view name) {
+  const std::string key = upper(name);
+  if (const auto known = programNames().find(key); known != programNames().end()) return known->second;
+  if (const auto parent = furtherParents().find(key); parent != furtherParents().end())
+    return modified(key, parent->second);
+  if (isWithoutParent(key)) return {};
+  // The library's "standard" residues are the 20; the parent of another is in lower case.
+  const gemmi::ResidueInfo info = tabulated(key);
+  const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
+  if (!info.is_amino_acid() || !isLetterOfAminoAcid(letter)) return {};
+  if (!info.is_standard()) return modified(key, letter);
+  ResidueType type;
+  type.letter = letter;
+  return type;
+}
+
+std::string threeLetterName(char code) {
+  static const std::unordered_map<char, std::string> names = {
+      {'A', "ALA"}, {'C', "CYS"}, {'D', "ASP"}, {'E', "GLU"}, {'F', "PHE"}, {'G', "GLY"},
+      {'H', "HIS"}, {'I', "ILE"}, {'K', "LYS"}, {'L', "LEU"}, {'M', "MET"}, {'N', "ASN"},
+      {'P', "PRO"}, {'Q', "GLN"}, {'R', "ARG"}, {'S', "SER"}, {'T', "THR"}, {'V', "VAL"},
+      {'W', "TRP"}, {'Y', "TYR"}, {'U', "SEC"}, {'O', "PYL"}, {'c', "CYSS"}};
+  const auto name = names.find(code);
+  return name != names.end() ? name->second : std::string();
+}
+
+bool isNucleotide(std::string_view name) {
+  static const std::unordered_set<std::string> names = {
+      "A",  "C",  "G",   "T",   "U",   "I",   "DA",  "DC",  "DG", "DT", "DU", "DI", "RA", "RC",
+      "RG", "RU", "ADE", "CYT", "GUA", "THY", "URA", "URI", "A5", "A3", "C5", "C3", "G5", "G3"};
+  const std::string key = upper(name);
+  return names.count(key) > 0 || tabulated(key).is_nucleic_acid();
+}
+
+AtomReading readAtom(char letter, std::string_view atom) {
+  const std::string name = upper(atom);
+  if (name == "N") return reading(Kind::table, "N");
+  if (name == "H" || name == "HN") return letter == 'P' ? reading(Kind::foreign) : reading(Kind::table, "HN");
+  if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");
+  if (name == "CA") return reading(Kind::table, "CA");
+  if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
+  if (name == "CG") return letter == 'P' ? reading(Kind::table, "CG") : reading(Kind::other);
+  return readAlphaProton(letter, name);
+}
+
+std::size_t atomRank(std::string_view name) {
+  const auto found = std::find(kTableAtoms.begin(), kTableAtoms.end(), name);
+  return static_cast<std::size_t>(found - kTableAtoms.begin());
+}
+
+}  // namespace zorvela

@@ -1,0 +1,163 @@
+// Residue numbers: the file's own beside the table's, which count from 1.
+#include "protein/numbering.h"
+
+#include <cstddef>
+#include <limits>
+#include <map>
+#include <string_view>
+#include <unordered_set>
+
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+/// "residue HERE is residue THERE there", as found in a remark.
+struct Sentence {
+  std::size_t herePos = 0;  ///< where the number "here" stands, and how long it is
+  std::size_t hereSize = 0;
+  int here = 0;
+  std::string there;
+  std::size_t end = 0;
+};
+
+std::string_view wordAt(std::string_view text, std::size_t pos) {
+  const std::size_t end = text.find(' ', pos);
+  return text.substr(pos, end == std::string_view::npos ? end : end - pos);
+}
+
+/// Finds the sentences of a remark, one after the other.
+class Sentences {
+ public:
+  explicit Sentences(const std::string& text) : remark(text), lowered(lower(text)) {}
+
+  std::optional<Sentence> next() {
+    static constexpr std::string_view kStart = "residue ";
+    while ((pos = lowered.find(kStart, pos)) != std::string::npos) {
+      pos += kStart.size();
+      if (std::optional<Sentence> sentence = sentenceAt(pos)) {
+        pos = sentence->end;
+        return sentence;
+      }
+    }
+    return std::nullopt;
+  }
+
+ private:
+  std::optional<Sentence> sentenceAt(std::size_t herePos) const {
+    static constexpr std::string_view kMiddle = " here is residue ";
+    static constexpr std::string_view kEnd = " there";
+    Sentence sentence;
+    sentence.herePos = herePos;
+    sentence.hereSize = wordAt(lowered, herePos).size();
+    const std::optional<int> here = toInteger(wordAt(lowered, herePos));
+    const std::size_t middle = herePos + sentence.hereSize;
+    if (!here || lowered.compare(middle, kMiddle.size(), kMiddle) != 0) return std::nullopt;
+    sentence.here = *here;
+    // From the remark itself, because insertion codes keep their case.
+    sentence.there = wordAt(remark, middle + kMiddle.size());
+    sentence.end = middle + kMiddle.size() + sentence.there.size();
+    if (sentence.there.empty() || lowered.compare(sentence.end, kEnd.size(), kEnd) != 0) return std::nullopt;
+    return sentence;
+  }
+
+  const std::string& remark;
+  std::string lowered;
+  std::size_t pos = 0;
+};
+
+/// The number `steps` behind (or, if negative, before) a plain one.
+std::optional<std::string> steppedNumber(const std::string& text, long steps) {
+  const std::optional<int> number = toInteger(text);
+  if (!number) return std::nullopt;
+  const long result = *number + steps;
+  if (result > std::numeric_limits<int>::max() || result < std::numeric_limits<int>::min())
+    return std::nullopt;
+  return std::to_string(result);
+}
+
+/// Index of the nearest known number before a place, else behind it; its own index if there is none.
+std::size_t nearestKnown(const std::vector<std::string>& numbers, std::size_t at) {
+  for (std::size_t i = at; i-- > 0;)
+    if (!numbers[i].empty()) return i;
+  for (std::size_t i = at + 1; i < numbers.size(); ++i)
+    if (!numbers[i].empty()) return i;
+  return at;
+}
+
+}  // namespace
+
+std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
+  std::size_t end = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+  while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
+  const std::optional<int> number = toInteger(std::string_view(text).substr(0, end));
+  if (!number) return std::nullopt;
+  if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
+  return ResidueNumber{*number, text.substr(end)};
+}
+
+std::optional<std::string> nextNumber(const std::string& text) {
+  return steppedNumber(text, 1);
+}
+
+std::vector<std::string> numberingRemarks(const std::vector<std::string>& numbers) {
+  std::vector<std::string> remarks;
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    if (i == 0 || nextNumber(numbers[i - 1]) != numbers[i])
+      remarks.push_back("Residue " + std::to_string(i + 1) + " here is residue " + numbers[i] + " there");
+  return remarks;
+}
+
+std::vector<std::string> numbersFromRemarks(const std::vector<std::string>& remarks, int count, int first) {
+  std::map<int, std::string> told;
+  for (const std::string& remark : remarks) {
+    Sentences sentences(remark);
+    while (const auto sentence = sentences.next()) told.emplace(sentence->here, sentence->there);
+  }
+
+  std::vector<std::string> numbers;
+  std::optional<std::string> number = std::to_string(first);
+  for (int i = 0; i < count; ++i) {
+    const int here = static_cast<int>(static_cast<long>(first) + i);
+    if (const auto found = told.find(here); found != told.end()) number = found->second;
+    numbers.push_back(number.value_or(std::to_string(here)));
+    number = nextNumber(numbers.back());
+  }
+  return numbers;
+}
+
+bool hasNumbering(const std::string& remark) {
+  return Sentences(remark).next().has_value();
+}
+
+std::string shiftedNumbering(const std::string& remark, long offset) {
+  std::string result;
+  std::size_t copied = 0;
+  Sentences sentences(remark);
+  while (const auto sentence = sentences.next()) {
+    result += remark.substr(copied, sentence->herePos - copied);
+    result += std::to_string(static_cast<long>(sentence->here) - offset);
+    copied = sentence->herePos + sentence->hereSize;
+  }
+  return result + remark.substr(copied);
+}
+
+void completeNumbers(std::vector<std::string>& numbers) {
+  std::unordered_set<std::string> taken(numbers.begin(), numbers.end());
+  const std::vector<std::string> known = numbers;
+  bool isClash = false;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (!numbers[i].empty()) continue;
+    const std::size_t from = i > 0 && !numbers[i - 1].empty() ? i - 1 : nearestKnown(known, i);
+    const auto steps = static_cast<long>(i) - static_cast<long>(from);
+    const auto number = from == i ? std::nullopt : steppedNumber(numbers[from], steps);
+    isClash = isClash || !number || !taken.insert(*number).second;
+    if (isClash) break;
+    numbers[i] = *number;
+  }
+  if (!isClash) return;
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = std::to_string(i + 1);
+}
+
+}  // namespace zorvela

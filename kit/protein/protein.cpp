@@ -1,0 +1,24 @@
+// A protein as the program's own shift table.
+#include "zorvela/protein.h"
+
+namespace zorvela {
+
+GDB toTable(const Protein& protein) {
+  GDB table;
+  table.presetClass("KIVRA_SHIFT");
+  table.remarks = protein.remarks;
+  table.setData("SEQUENCE", protein.sequence);
+  for (const char letter : protein.sequence)
+    table.residNames[static_cast<int>(table.residNames.size()) + 1] = letter;
+  int row = 0;
+  for (const Shift& shift : protein.shifts) {
+    table.setEntry(++row, "RESID", std::to_string(shift.resid));
+    table.setEntry(row, "RESNAME",
+                   std::string(1, protein.sequence[static_cast<std::size_t>(shift.resid) - 1]));
+    table.setEntry(row, "ATOMNAME", shift.atom);
+    table.setEntry(row, "SHIFT", shift.shift);
+  }
+  return table;
+}
+
+}  // namespace zorvela

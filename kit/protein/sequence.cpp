@@ -1,0 +1,204 @@
+// The sequence of a chain: residues in order, gaps filled, numbers kept, names reduced to one letter.
+#include "protein/sequence.h"
+
+#include <algorithm>
+#include <map>
+
+#include "protein/numbering.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+// A longer gap becomes a single "?": it parts its neighbours as well, and residue numbers that jump to
+// another range are no missing loop. The second limit bounds what a file with many gaps can ask for.
+constexpr int kLongestGap = 1000;
+constexpr int kMostFilled = 20000;
+constexpr std::size_t kLongestNumber = 20;
+
+const std::string& keyOf(const FileShift& row) {
+  return row.key.empty() ? row.number : row.key;
+}
+
+/// A residue that only its rows tell of, with its number in parts for sorting.
+struct DerivedResidue {
+  ResidueNumber order;
+  FileResidue residue;
+};
+
+bool standsBefore(const DerivedResidue& a, const DerivedResidue& b) {
+  if (a.order.number != b.order.number) return a.order.number < b.order.number;
+  return a.order.code < b.order.code;
+}
+
+void noteOtherName(const FileResidue& residue, const FileShift& row, std::vector<std::string>& notes) {
+  notes.push_back("residue " + residue.key + " is called both " + residue.name + " and " + row.residueName +
+                  ": " + residue.name + " is used");
+}
+
+std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::string>& notes) {
+  std::vector<DerivedResidue> derived;
+  std::unordered_map<std::string, std::size_t> indexOf;
+  std::unordered_map<std::string, std::string> otherNames;
+  for (const FileShift* row : rows) {
+    const std::string& key = keyOf(*row);
+    const auto order = readResidueNumber(key);
+    if (!order) continue;  // noted where the shifts are placed
+    const auto [entry, isNew] = indexOf.emplace(key, derived.size());
+    if (isNew) {
+      derived.push_back({*order, {key, row->number.empty() ? key : row->number, row->residueName}});
+      continue;
+    }
+    FileResidue& residue = derived[entry->second].residue;
+    if (residue.name.empty()) residue.name = row->residueName;
+    const bool isOther = !row->residueName.empty() && !equalIgnoringCase(residue.name, row->residueName);
+    if (isOther && otherNames.emplace(key, row->residueName).second) noteOtherName(residue, *row, notes);
+  }
+  std::stable_sort(derived.begin(), derived.end(), standsBefore);
+  std::vector<FileResidue> residues;
+  residues.reserve(derived.size());
+  for (DerivedResidue& one : derived) residues.push_back(std::move(one.residue));
+  return residues;
+}
+
+/// "61 to 64", "61".
+std::string rangeText(const std::vector<FileResidue>& missing) {
+  if (missing.size() == 1) return missing.front().key;
+  return missing.front().key + " to " + missing.back().key;
+}
+
+/// Missing residues between two neighbours of the sequence, none if the numbers follow.
+std::vector<FileResidue> missingBetween(const FileResidue& before, const FileResidue& after, int& filled) {
+  std::vector<FileResidue> missing;
+  const auto first = readResidueNumber(before.key);
+  const auto last = readResidueNumber(after.key);
+  if (!first || !last || after.bondedToPrevious) return missing;
+  const long count = static_cast<long>(last->number) - first->number - 1;
+  if (count <= 0) return missing;
+  const bool isFilled = count <= kLongestGap && filled + count <= kMostFilled;
+  for (long i = 1; i <= (isFilled ? count : 1); ++i) {
+    FileResidue gap;
+    gap.key = std::to_string(first->number + i);
+    if (before.number == before.key) gap.number = gap.key;
+    missing.push_back(gap);
+  }
+  if (isFilled) filled += static_cast<int>(count);
+  return missing;
+}
+
+std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues,
+                                        std::vector<std::string>& notes) {
+  std::vector<FileResidue> whole;
+  std::vector<std::string> ranges;
+  int filled = 0;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    if (i > 0) {
+      const auto missing = missingBetween(residues[i - 1], residues[i], filled);
+      if (!missing.empty()) ranges.push_back(rangeText(missing));
+      whole.insert(whole.end(), missing.begin(), missing.end());
+    }
+    whole.push_back(residues[i]);
+  }
+  if (!ranges.empty()) notes.push_back("the sequence has gaps, written ?: " + enumerated(ranges));
+  return whole;
+}
+
+/// Whether the sequence itself leaves open what the residue is.
+bool isOpenName(const std::string& name) {
+  return name.empty() || equalIgnoringCase(name, "X") || equalIgnoringCase(name, "XXX") ||
+         equalIgnoringCase(name, "UNK");
+}
+
+/// Names that rows give to residues which the sequence leaves open, as X in one-letter text.
+void takeNamesFromRows(std::vector<FileResidue>& residues, const ShiftRows& rows) {
+  std::unordered_map<std::string, FileResidue*> open;
+  for (FileResidue& residue : residues)
+    if (isOpenName(residue.name)) open.emplace(residue.key, &residue);
+  if (open.empty()) return;
+  for (const FileShift* row : rows) {
+    const auto found = open.find(keyOf(*row));
+    if (found != open.end() && isOpenName(found->second->name) && !row->residueName.empty())
+      found->second->name = row->residueName;
+  }
+}
+
+void addResidue(ChainSequence& sequence, const FileResidue& residue) {
+  const ResidueType type = polypeptideResidue(residue.name);
+  sequence.letters.push_back(type.letter);
+  sequence.types.push_back(type);
+  sequence.names.push_back(residue.name);
+  std::string number = printable(residue.number, kLongestNumber);
+  std::replace(number.begin(), number.end(), ' ', '_');  // one word in the remark that keeps it
+  sequence.numbers.push_back(number);
+  sequence.thiols.push_back(residue.thiol != Thiol::unknown ? residue.thiol : type.thiol);
+  sequence.byKey.emplace(residue.key, sequence.size());
+}
+
+void noteUnusualResidues(const ChainSequence& sequence, std::vector<std::string>& notes) {
+  std::map<std::string, std::vector<std::string>> modified;
+  std::map<std::string, std::vector<std::string>> unknown;
+  for (int i = 1; i <= sequence.size(); ++i) {
+    const std::string& name = sequence.names[static_cast<std::size_t>(i) - 1];
+    if (name.empty()) continue;
+    if (sequence.letter(i) == kUnknownResidue)
+      unknown[name].push_back(sequence.number(i));
+    else if (sequence.type(i).isModified)
+      modified[name + std::string(" is taken as ") + sequence.letter(i)].push_back(sequence.number(i));
+  }
+  for (const auto& [text, numbers] : modified)
+    notes.push_back("modified residue " + text + ": " + enumerated(numbers));
+  for (const auto& [name, numbers] : unknown)
+    notes.push_back("residue " + name +
+                    " has no counterpart among the 20, written ?: " + enumerated(numbers));
+}
+
+struct NameCounts {
+  int aminoAcids = 0;
+  int nucleotides = 0;
+  int lettersOfBoth = 0;
+
+  void add(const std::string& name) {
+    const bool isLetter = name.size() == 1;
+    const bool isAminoAcid =
+        isLetter ? !threeLetterName(name[0]).empty() : residueType(name).letter != kUnknownResidue;
+    if (isLetter && isAminoAcid && isNucleotide(name))
+      ++lettersOfBoth;
+    else if (isAminoAcid)
+      ++aminoAcids;
+    else if (isNucleotide(name))
+      ++nucleotides;
+  }
+};
+
+}  // namespace
+
+ResidueType polypeptideResidue(const std::string& name) {
+  return residueType(name.size() == 1 ? threeLetterName(name[0]) : name);
+}
+
+Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
+  NameCounts counts;
+  for (const FileResidue& residue : chain.residues) counts.add(residue.name);
+  if (chain.residues.empty())
+    for (const FileShift* row : rows) counts.add(row->residueName);
+  if (counts.aminoAcids == 0) return Polymer::other;  // A, C, G alone are a nucleic acid
+  return counts.aminoAcids >= counts.nucleotides ? Polymer::polypeptide : Polymer::other;
+}
+
+ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes) {
+  const bool isGiven = !chain.residues.empty();
+  std::vector<FileResidue> residues =
+      withGapsFilled(isGiven ? chain.residues : residuesOfRows(rows, notes), notes);
+  takeNamesFromRows(residues, rows);
+  ChainSequence sequence;
+  for (const FileResidue& residue : residues) addResidue(sequence, residue);
+  completeNumbers(sequence.numbers);
+  for (int i = 1; i <= sequence.size(); ++i) sequence.byNumber.emplace(sequence.number(i), i);
+  if (!isGiven)
+    notes.push_back("the file gives no sequence: it is put together from the residues with shifts");
+  noteUnusualResidues(sequence, notes);
+  return sequence;
+}
+
+}  // namespace zorvela

@@ -1,0 +1,403 @@
+// The shifts of a chain that the table holds: rows placed on the sequence, atoms named as in the table.
+#include "protein/shifts.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <utility>
+
+#include "protein/numbering.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr double kMissingFrom = 999;
+// Notes of one kind that are written one by one; the rest is counted.
+constexpr std::size_t kMostNotes = 50;
+
+double toNumber(const std::string& shift) {
+  return std::strtod(shift.c_str(), nullptr);
+}
+
+/// A shift that may go into the table.
+struct Candidate {
+  Shift shift;
+  double occupancy = 1;
+  bool isPseudo = false;
+};
+
+/// Ranges (ppm) that no backbone shift of a diamagnetic protein leaves; outside, columns or nuclei are
+/// likely to be mixed up.
+struct UsualRange {
+  const char* atoms;
+  double from;
+  double to;
+};
+constexpr UsualRange kUsualRanges[] = {
+    {"N", 90, 150},  {"HN", 2, 15},  {"HA", -1, 9},  {"HA2", -1, 9}, {"HA3", -1, 9},
+    {"C", 160, 190}, {"CA", 35, 80}, {"CB", 10, 85}, {"CG", 15, 40},
+};
+
+bool isUsual(const std::string& atom, double ppm) {
+  for (const UsualRange& range : kUsualRanges)
+    if (atom == range.atoms) return ppm >= range.from && ppm <= range.to;
+  return true;
+}
+
+std::string located(const FileShift& row) {
+  return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
+}
+
+/// What ambiguity codes other than 1 (unique) and 2 (one of two protons) say.
+std::string ambiguityText(const std::string& code) {
+  if (code == "4") return "within the residue";
+  if (code == "5") return "between residues";
+  if (code == "6") return "between molecules";
+  return "in another way";
+}
+
+bool isAmbiguous(const std::string& code) {
+  return code == "4" || code == "5" || code == "6" || code == "9";
+}
+
+/// Notes of one kind: the first ones word by word, then how many more there are.
+class LimitedNotes {
+ public:
+  explicit LimitedNotes(std::string kindOfMore) : kind(std::move(kindOfMore)) {}
+  void add(const std::string& text) {
+    ++count;
+    if (count <= kMostNotes) texts.push_back(text);
+  }
+  void moveTo(std::vector<std::string>& notes) const {
+    notes.insert(notes.end(), texts.begin(), texts.end());
+    if (count > kMostNotes) notes.push_back("and " + std::to_string(count - kMostNotes) + " more " + kind);
+  }
+
+ private:
+  std::string kind;
+  std::vector<std::string> texts;
+  std::size_t count = 0;
+};
+
+/// Places rows on the residues of a sequence.
+class RowPlacer {
+ public:
+  RowPlacer(const ChainSequence& chainSequence, const ShiftRows& rows) : sequence(chainSequence) {
+    if (countMisplaced(rows) * 2 > rows.size()) offset = commonOffset(rows);
+  }
+
+  /// Residue of the row, 0 if the sequence has none for it.
+  int place(const FileShift& row) const {
+    if (offset != 0) {
+      const auto key = toInteger(row.key.empty() ? row.number : row.key);
+      return key ? residueAt(static_cast<long>(*key) + offset) : 0;
+    }
+    const auto byKey = sequence.byKey.find(row.key);
+    if (!row.key.empty()) return byKey != sequence.byKey.end() ? byKey->second : 0;
+    const auto byNumber = sequence.byNumber.find(row.number);
+    return byNumber != sequence.byNumber.end() ? byNumber->second : 0;
+  }
+
+  /// Whether the row's residue name fits the sequence.
+  bool fits(const FileShift& row, int resid) const {
+    const char letter = polypeptideResidue(row.residueName).letter;
+    return letter == kUnknownResidue || letter == sequence.letter(resid);
+  }
+
+  /// What is added to the rows' numbers to find their residue; 0 in most files.
+  long appliedOffset() const { return offset; }
+
+ private:
+  int residueAt(long position) const {
+    return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
+  }
+
+  std::size_t countMisplaced(const ShiftRows& rows) const {
+    std::size_t count = 0;
+    for (const FileShift* row : rows) {
+      const int resid = place(*row);
+      if (resid == 0 || !fits(*row, resid)) ++count;
+    }
+    return count;
+  }
+
+  /// The one offset under which (nearly) all residue names agree with the sequence; 0 if there is none.
+  long commonOffset(const ShiftRows& rows) const {
+    constexpr std::size_t kSampleSize = 200;
+    constexpr std::size_t kSmallestSample = 5;
+    constexpr int kLongestSearched = 10000;
+    std::map<int, char> sample;
+    for (const FileShift* row : rows) {
+      const auto key = toInteger(row->key.empty() ? row->number : row->key);
+      const char letter = polypeptideResidue(row->residueName).letter;
+      if (key && letter != kUnknownResidue && sample.size() < kSampleSize) sample.emplace(*key, letter);
+    }
+    if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
+    std::unordered_map<long, std::size_t> votes;
+    for (const auto& [key, letter] : sample)
+      for (int i = 1; i <= sequence.size(); ++i)
+        if (sequence.letter(i) == letter) ++votes[static_cast<long>(i) - key];
+    return clearWinner(votes, sample.size());
+  }
+
+  static long clearWinner(const std::unordered_map<long, std::size_t>& votes, std::size_t voters) {
+    std::pair<std::size_t, long> best{0, 0};
+    bool isTie = false;
+    for (const auto& [candidate, count] : votes) {
+      if (count == best.first) isTie = true;
+      if (count > best.first) {
+        best = {count, candidate};
+        isTie = false;
+      }
+    }
+    return !isTie && best.first * 10 >= voters * 9 ? best.second : 0;
+  }
+
+  const ChainSequence& sequence;
+  long offset = 0;
+};
+
+/// Collects the shifts of a chain, and the reasons of those that it cannot use.
+class ShiftCollector {
+ public:
+  explicit ShiftCollector(const ChainSequence& chainSequence) : sequence(chainSequence) {}
+
+  void collect(const ShiftRows& rows) {
+    const RowPlacer placer(sequence, rows);
+    if (placer.appliedOffset() != 0) noteOffset(placer.appliedOffset());
+    for (const FileShift* row : rows) {
+      if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
+      const int resid = placer.place(*row);
+      if (resid == 0)
+        ++outside[row->key.empty() ? row->number : row->key];
+      else if (!placer.fits(*row, resid))
+        ++misnamed[{resid, row->residueName}];
+      else
+        take(*row, resid);
+    }
+  }
+
+  std::vector<Shift> shifts() {
+    settleOlderGlycine();
+    std::vector<Shift> result;
+    for (const auto& [key, candidate] : chosen) result.push_back(candidate.shift);
+    std::sort(result.begin(), result.end(), isBefore);
+    for (const Shift& shift : result)
+      if (!isUsual(shift.atom, toNumber(shift.shift)))
+        unusual.add(label(shift) + " at " + shift.shift + " ppm is far from any usual value; kept");
+    return result;
+  }
+
+  void moveNotesTo(std::vector<std::string>& notes) const {
+    noteLists(notes);
+    badValues.moveTo(notes);
+    duplicates.moveTo(notes);
+    unusual.moveTo(notes);
+    noteCounts(notes);
+  }
+
+ private:
+  using AtomKey = std::pair<int, std::string>;
+
+  std::string label(const Shift& shift) const {
+    return shift.atom + " of residue " + sequence.number(shift.resid);
+  }
+
+  void noteOffset(long offset) {
+    remarks.push_back(
+        "the shift rows number the residues differently from the sequence; by the residue names, " +
+        std::to_string(offset) + " was added");
+  }
+
+  void take(const FileShift& row, int resid) {
+    const char letter = sequence.letter(resid);
+    const AtomReading atom = readAtom(letter, row.atom);
+    const std::string numbered = sequence.number(resid) + " " + row.atom;
+    if (atom.kind == AtomReading::Kind::other) {
+      ++otherAtoms;
+    } else if (atom.kind == AtomReading::Kind::foreign) {
+      foreign.push_back(numbered);
+    } else if (isOfHydroxylRing(resid, row.atom)) {
+      hydroxylRing.push_back(numbered);
+    } else if (const auto shift = usableValue(row, numbered)) {
+      if (isAmbiguous(row.ambiguity)) addOnce(ambiguous[row.ambiguity], numbered);
+      if (atom.kind == AtomReading::Kind::pseudo) pseudo.push_back(sequence.number(resid));
+      for (const char* name : atom.names)
+        if (name != nullptr) offer({{resid, name, *shift}, row.occupancy, isPseudoAtom(atom)}, row);
+    }
+  }
+
+  static void addOnce(std::vector<std::string>& items, const std::string& item) {
+    if (items.empty() || items.back() != item) items.push_back(item);
+  }
+
+  static bool isPseudoAtom(const AtomReading& atom) { return atom.kind == AtomReading::Kind::pseudo; }
+
+  // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
+  bool isOfHydroxylRing(int resid, const std::string& atom) const {
+    return sequence.type(resid).isHydroxyproline &&
+           (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
+  }
+
+  std::optional<std::string> usableValue(const FileShift& row, const std::string& numbered) {
+    if (row.value.empty()) {
+      ++withoutValue;
+      return std::nullopt;
+    }
+    auto shift = toDecimal(row.value);
+    if (!shift) {
+      badValues.add(located(row) + numbered + ": \"" + printable(row.value, 30) +
+                    "\" is no number; left out");
+      return std::nullopt;
+    }
+    // No N or C resonates at 0 ppm: a spreadsheet's empty cell.
+    const bool isEmptyCell = toNumber(*shift) == 0 && upper(row.atom).front() != 'H';
+    if (isMissingMark(*shift) || isEmptyCell) {
+      ++missingMarks;
+      return std::nullopt;
+    }
+    return shift;
+  }
+
+  void offer(Candidate candidate, const FileShift& row) {
+    const AtomKey key{candidate.shift.resid, candidate.shift.atom};
+    const auto [entry, isNew] = chosen.emplace(key, candidate);
+    if (isNew) return;
+    Candidate& kept = entry->second;
+    const bool isBetter =
+        kept.isPseudo != candidate.isPseudo ? kept.isPseudo : candidate.occupancy > kept.occupancy;
+    if (isBetter) std::swap(kept, candidate);
+    if (toNumber(kept.shift.shift) == toNumber(candidate.shift.shift)) {
+      ++repeated;
+      return;
+    }
+    duplicates.add(located(row) + label(kept.shift) + " is given as " + kept.shift.shift + " and " +
+                   candidate.shift.shift + " ppm: " + kept.shift.shift + " is used");
+  }
+
+  // HA1 and HA2 are the older names of HA2 and HA3; beside an HA3, HA1 can only be the other one.
+  void settleOlderGlycine() {
+    std::vector<int> residues;
+    for (const auto& [key, candidate] : chosen)
+      if (key.second == "HA1") residues.push_back(key.first);
+    for (const int resid : residues) {
+      const bool hasThird = chosen.count({resid, "HA3"}) > 0;
+      if (!hasThird) rename({resid, "HA2"}, "HA3");
+      if (chosen.count({resid, "HA2"}) == 0) {
+        rename({resid, "HA1"}, "HA2");
+        older.push_back(sequence.number(resid));
+      } else {
+        chosen.erase({resid, "HA1"});
+        foreign.push_back(sequence.number(resid) + " HA1");
+      }
+    }
+  }
+
+  void rename(const AtomKey& from, const std::string& atom) {
+    auto node = chosen.extract(from);
+    if (node.empty()) return;
+    node.mapped().shift.atom = atom;
+    node.key().second = atom;
+    chosen.insert(std::move(node));
+  }
+
+  void noteLists(std::vector<std::string>& notes) const {
+    notes.insert(notes.end(), remarks.begin(), remarks.end());
+    for (const auto& [residue, count] : misnamed)
+      notes.push_back("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
+                      counted(count, "shift row", "shift rows") + " but " + sequenceName(residue.first) +
+                      " in the sequence: left out");
+    for (const auto& [code, atoms] : ambiguous)
+      notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
+                      ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));
+    if (!pseudo.empty())
+      notes.push_back("one shift for both alpha protons of glycine, written as HA2 and HA3: " +
+                      enumerated(pseudo));
+    if (!older.empty()) notes.push_back("HA1 and HA2 of glycine read as HA2 and HA3: " + enumerated(older));
+    if (!foreign.empty())
+      notes.push_back("atoms that the residue type has not, left out: " + enumerated(foreign));
+    if (!hydroxylRing.empty())
+      notes.push_back("CB and CG of hydroxyproline are unlike those of proline, left out: " +
+                      enumerated(hydroxylRing));
+  }
+
+  std::string sequenceName(int resid) const {
+    const std::string& name = sequence.names[static_cast<std::size_t>(resid) - 1];
+    return name.empty() ? "unknown" : name;
+  }
+
+  void noteCounts(std::vector<std::string>& notes) const {
+    if (!outside.empty()) {
+      std::vector<std::string> keys;
+      std::size_t count = 0;
+      for (const auto& [key, rows] : outside) {
+        keys.push_back(key.empty() ? "(no number)" : key);
+        count += rows;
+      }
+      notes.push_back(counted(count, "shift", "shifts") +
+                      " left out, the sequence has no such residue: " + enumerated(keys));
+    }
+    if (withoutValue > 0) notes.push_back(counted(withoutValue, "row", "rows") + " without a value left out");
+    if (missingMarks > 0)
+      notes.push_back(counted(missingMarks, "mark of a missing shift", "marks of missing shifts") +
+                      " (0, or 999 and above) left out");
+    if (repeated > 0)
+      notes.push_back(counted(repeated, "shift is", "shifts are") + " given twice with the same value");
+    if (otherAtoms > 0)
+      notes.push_back(counted(otherAtoms, "shift", "shifts") +
+                      " of other atoms (side chain and the like) not needed");
+  }
+
+  const ChainSequence& sequence;
+  std::map<AtomKey, Candidate> chosen;
+  std::vector<std::string> remarks;
+  std::map<std::string, std::size_t> outside;
+  std::map<std::pair<int, std::string>, std::size_t> misnamed;
+  std::map<std::string, std::vector<std::string>> ambiguous;
+  std::vector<std::string> pseudo;
+  std::vector<std::string> older;
+  std::vector<std::string> foreign;
+  std::vector<std::string> hydroxylRing;
+  LimitedNotes badValues{"values that are no numbers"};
+  LimitedNotes duplicates{"atoms that are given twice"};
+  LimitedNotes unusual{"shifts far from any usual value"};
+  std::size_t withoutValue = 0;
+  std::size_t missingMarks = 0;
+  std::size_t repeated = 0;
+  std::size_t otherAtoms = 0;
+};
+
+}  // namespace
+
+std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
+                              std::vector<std::string>& notes) {
+  ShiftCollector collector(sequence);
+  collector.collect(rows);
+  std::vector<Shift> shifts = collector.shifts();
+  collector.moveNotesTo(notes);
+  return shifts;
+}
+
+bool isBefore(const Shift& a, const Shift& b) {
+  if (a.resid != b.resid) return a.resid < b.resid;
+  return atomRank(a.atom) < atomRank(b.atom);
+}
+
+bool isMissingMark(const std::string& shift) {
+  return std::abs(toNumber(shift)) >= kMissingFrom;
+}
+
+std::size_t countTableShifts(const ShiftRows& rows) {
+  std::size_t count = 0;
+  for (const FileShift* row : rows) {
+    const char letter = polypeptideResidue(row->residueName).letter;
+    const auto kind = readAtom(letter, row->atom).kind;
+    if (!row->value.empty() && (kind == AtomReading::Kind::table || kind == AtomReading::Kind::pseudo))
+      ++count;
+  }
+  return count;
+}
+
+}  // namespace zorvela

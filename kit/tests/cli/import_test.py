@@ -1,0 +1,602 @@
+"""zorvela-kit import as a whole: each file in files/ with the table, notes and exit status worked out by hand."""
+import gzip
+import os
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
+FILES = pathlib.Path(__file__).resolve().parent.parent / "files"
+NO_SEQUENCE = "the file gives no sequence: it is put together from the residues with shifts"
+REMEDY = ("give NMR-STAR, NEF, text with a header line (resid,resname,atom,shift) or the program's shift table")
+
+
+def table(remarks, sequence, rows):
+    """The text of a shift table; a row is "resid atom shift"."""
+    text = "".join("REMARK " + remark + "\n" for remark in remarks) + "\n"
+    for start in range(0, len(sequence) + 1, 55):
+        text += "DATA SEQUENCE " + sequence[start:start + 55] + "\n"
+    text += "\nVARS   RESID RESNAME ATOMNAME SHIFT \nFORMAT %4d %1s %4s  %8.3f\n\n"
+    for row in rows:
+        resid, atom, shift = row.split()
+        text += "%4s %s %4s  %8s\n" % (resid, sequence[int(resid) - 1], atom, shift)
+    return text
+
+
+class ImportTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def run_kit(self, *arguments, data=None):
+        """Exit status, standard output and standard error of an import in an empty folder."""
+        done = subprocess.run([KIT, "import", *map(str, arguments)], cwd=self.folder, input=data,
+                              stdin=subprocess.DEVNULL if data is None else None, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, timeout=300, check=False)
+        return done.returncode, done.stdout.decode(), done.stderr.decode()
+
+    def check(self, name, expected, notes, *arguments, chain=""):
+        """One table on standard output, with these notes."""
+        status, out, err = self.run_kit(FILES / name, *arguments)
+        self.assertEqual(out, expected)
+        start = "zorvela-kit: note: %s%s: " % (FILES / name, chain and ", chain " + chain)
+        lines = [start + note for note in notes]
+        if notes:
+            lines.append("zorvela-kit: %d note%s on 1 table" % (len(notes), "s" if len(notes) > 1 else ""))
+        self.assertEqual(err.splitlines(), lines)
+        self.assertEqual(status, 0)
+
+    def check_error(self, message, *arguments, data=None):
+        """One line on standard error, no table, exit status 1."""
+        self.assertEqual(self.run_kit(*arguments, data=data), (1, "", "zorvela-kit: " + message + "\n"))
+
+    def written(self):
+        return sorted(str(f.relative_to(self.folder)) for f in self.folder.rglob("*") if f.is_file())
+
+
+class StarTest(ImportTest):
+    def test_entry(self):
+        """Frame names, quotes, text fields, author's numbers, H to HN, glycine, CG of proline."""
+        self.check("star3_entry.str", table(
+            ["Imported from star3_entry.str (NMR-STAR 3), chain A, Example peptide, shift list shifts_1",
+             "Residue 1 here is residue 17 there"],
+            "MGAPGS",
+            ["1 HA 4.130", "1 CA 55.200", "1 CB 33.010",
+             "2 N 110.400", "2 HN 8.515", "2 HA2 4.020", "2 HA3 3.910",
+             "3 N 124.050", "3 HN 8.220", "3 C 175.600",
+             "4 HA 4.550", "4 CA 63.100", "4 CB 34.200", "4 CG 24.600",
+             "6 N 115.900"]),
+            ["3 shifts of other atoms (side chain and the like) not needed"], chain="A")
+
+    def test_chain_by_any_of_its_names(self):
+        expected = self.run_kit(FILES / "star3_entry.str")
+        for name in ("A", "a", "B", "1", "peptide", "Example peptide", "the peptide"):
+            self.assertEqual(self.run_kit(FILES / "star3_entry.str", "--chain", name), expected)
+        for name in ("shifts_1", "1", "all"):
+            self.assertEqual(self.run_kit(FILES / "star3_entry.str", "--list", name), expected)
+
+    def test_one_letter_sequence(self):
+        """X is what the rows say; a bracketed name is one residue."""
+        self.check("star3_letters.str", table(
+            ["Imported from star3_letters.str (NMR-STAR 3), chain 1, shift list list_1",
+             "Residue 1 here is residue 1 there"],
+            "ACDSF?M", ["1 CA 52.500", "4 CA 58.100", "4 CB 65.500", "7 N 120.000"]),
+            ["modified residue MSE is taken as M: 7", "modified residue SEP is taken as S: 4",
+             "residue X has no counterpart among the 20, written ?: 6"], chain="1")
+
+    def test_list_cut_out_of_its_entry(self):
+        """No data block and no sequence; residues 7 and 8 of 5 to 10 are missing."""
+        self.check("star3_cut.str", table(
+            ["Imported from star3_cut.str (NMR-STAR 3), chain 1, shift list assigned_chem_shift_list_1",
+             "Residue 1 here is residue 105 there"],
+            "LK??PE", ["1 HA 4.310", "2 CA 56.300", "5 CA 62.700", "6 CA 56.800"]),
+            ["the sequence has gaps, written ?: 7 to 8", NO_SEQUENCE], chain="1")
+
+    def test_two_copies_and_bonds(self):
+        """Disulfide bonds by copy; CB decides where the file is silent; a bond to zinc is none."""
+        status, out, err = self.run_kit(FILES / "star3_dimer.str")
+        file = "zorvela-kit: note: %s, chain " % (FILES / "star3_dimer.str")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(err.splitlines(), [
+            file + "A: cysteines in a disulfide bond by the file, written c: 2",
+            file + "A: CB does not fit what the file says of the cysteine, the file's word is kept: 2 (CB 28.4)",
+            file + "B: cysteines in a disulfide bond by the file, written c: 2",
+            file + "B: cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 5 (CB 40.1)",
+            "zorvela-kit: wrote star3_dimer_A.tab (5 residues, 2 shifts)",
+            "zorvela-kit: wrote star3_dimer_B.tab (5 residues, 3 shifts)",
+            "zorvela-kit: 4 notes on 2 tables"])
+        self.assertEqual(self.written(), ["star3_dimer_A.tab", "star3_dimer_B.tab"])
+        remarks = ["Imported from star3_dimer.str (NMR-STAR 3), chain %s, shift list shifts",
+                   "Residue 1 here is residue 1 there"]
+        self.assertEqual((self.folder / "star3_dimer_A.tab").read_text(), table(
+            [remarks[0] % "A", remarks[1]], "GcPAC", ["2 CB 28.400", "5 CB 30.200"]))
+        self.assertEqual((self.folder / "star3_dimer_B.tab").read_text(), table(
+            [remarks[0] % "B", remarks[1]], "GcPAc", ["2 CB 41.000", "3 CA 63.200", "5 CB 40.100"]))
+
+    def test_thiol_states(self):
+        for name, sequence, note in (
+                ("bound", "AcDc", ["cysteines in a disulfide bond by the file, written c: 2, 4",
+                                   "CB does not fit what the file says of the cysteine, the file's word is kept: "
+                                   "4 (CB 33.0)"]),
+                ("free", "ACDC", ["CB does not fit what the file says of the cysteine, the file's word is kept: "
+                                  "2 (CB 40.5)"]),
+                ("mixed", "AcDC", ["cysteines taken as in a disulfide bond by CB above 33 ppm, written c: "
+                                   "2 (CB 40.5)"])):
+            self.check("star3_thiol_%s.str" % name, table(
+                ["Imported from star3_thiol_%s.str (NMR-STAR 3), chain 1, shift list shifts" % name,
+                 "Residue 1 here is residue 1 there"], sequence, ["2 CB 40.500", "4 CB 33.000"]), note, chain="1")
+
+    def test_complex_with_rna_and_ligand(self):
+        """Only the polypeptide gives a table, of its fullest list."""
+        file = "Imported from star3_complex.str (NMR-STAR 3), chain A, RNA-binding domain, shift list pH_%d"
+        numbering = "Residue 1 here is residue 1 there"
+        caution = ["the file calls RNA-binding domain paramagnetic: shifts near the centre are moved by it"]
+        left_out = caution + ["left out: 2 shifts of chain B (polyribonucleotide)", "left out: 1 shift of chain C (non-polymer)"]
+        at_7 = table([file % 7, numbering], "KPA", ["1 CA 56.400", "2 CA 63.300", "3 HN 8.100"])
+        at_4 = table([file % 4, numbering], "KPA", ["1 CA 56.100"])
+        self.check("star3_complex.str", at_7, left_out + [
+            "chain A has several shift lists, with backbone shifts: pH_4 (1), pH_7 (3); pH_7 is used, --list chooses "
+            "another"], chain="A")
+        self.check("star3_complex.str", at_7, caution, "--list", "2", chain="A")
+        for name in ("acid", "1", "ph_4"):
+            self.check("star3_complex.str", at_4, left_out +
+                       ["1 shift of other atoms (side chain and the like) not needed"], "--list", name, chain="A")
+        self.check("star3_complex.str", at_4, caution + ["1 shift of other atoms (side chain and the like) not needed"],
+                   "--list", "1", "--chain", "A", chain="A")
+
+    def test_all_lists(self):
+        status, out, _ = self.run_kit(FILES / "star3_complex.str", "--list", "all")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(self.written(), ["star3_complex_A_pH_4.tab", "star3_complex_A_pH_7.tab"])
+
+    def test_chain_or_list_that_is_not_there(self):
+        file = FILES / "star3_complex.str"
+        self.check_error('%s: has no chain "Z"; it has: A, B, C' % file, file, "--chain", "Z")
+        self.check_error('%s: has no shift list "x"; it has: pH_4, pH_7' % file, file, "--list", "x")
+        self.check_error("%s: chain B is no protein but polyribonucleotide; choose another with --chain: A, B, C" % file,
+                         file, "--chain", "B")
+
+    def test_no_protein(self):
+        file = FILES / "star3_rna.str"
+        self.check_error("%s: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: 2 shifts of chain 1 "
+                         "(polyribonucleotide), assigned_chemical_shifts, entity" % file, file)
+
+    def test_modified_residues(self):
+        """Parents with a note; ? where there is none; ring carbons of hydroxyproline are not proline's."""
+        self.check("star3_modified.str", table(
+            ["Imported from star3_modified.str (NMR-STAR 3), chain 1, shift list shifts",
+             "Residue 1 here is residue 1 there"],
+            "?MPTA?M?",
+            ["2 CA 55.400", "3 CA 61.900", "4 CB 71.300", "5 HN 8.200", "6 CA 58.400", "7 CB 33.100"]),
+            ["modified residue DAL is taken as A: 5", "modified residue HYP is taken as P: 3",
+             "modified residue MSE is taken as M: 2, 7", "modified residue TPO is taken as T: 4",
+             "residue ACE has no counterpart among the 20, written ?: 1",
+             "residue AIB has no counterpart among the 20, written ?: 6",
+             "residue NH2 has no counterpart among the 20, written ?: 8",
+             "CB and CG of hydroxyproline are unlike those of proline, left out: 3 CB, 3 CG"], chain="1")
+
+    def test_what_is_wrong_is_told(self):
+        self.check("star3_messy.str", table(
+            ["Imported from star3_messy.str (NMR-STAR 3), chain 1, shift list shifts",
+             "Residue 1 here is residue 1 there"],
+            "GAPDL", ["1 HA2 3.900", "2 CA 52.900", "2 CB 19.100", "3 CA 163.000", "5 CA 55.100"]),
+            ["residue 4 is ASN in 2 shift rows but ASP in the sequence: left out",
+             "1 assignment is ambiguous within the residue (code 4), kept: 3 CA",
+             "1 assignment is ambiguous between residues (code 5), kept: 2 CB",
+             "atoms that the residue type has not, left out: 1 CB, 3 H",
+             '2 HA: "abc" is no number; left out',
+             "CA of residue 2 is given as 52.9 and 52.1 ppm: 52.9 is used",
+             "CA of residue 3 at 163.0 ppm is far from any usual value; kept",
+             "1 shift left out, the sequence has no such residue: 9",
+             "1 row without a value left out",
+             "1 mark of a missing shift (0, or 999 and above) left out",
+             "1 shift is given twice with the same value"], chain="1")
+
+    def test_sequence_by_copy(self):
+        """As the PDB writes it; an inserted residue has a number of its own."""
+        self.check("star3_pdb.str", table(
+            ["Imported from star3_pdb.str (NMR-STAR 3), chain H, shift list shifts",
+             "Residue 1 here is residue 60 there", "Residue 3 here is residue 61A there",
+             "Residue 4 here is residue 62 there"], "EPWHV", ["2 CA 63.500", "5 CA 62.000"]), [], chain="H")
+
+    def test_rows_numbered_otherwise_than_the_sequence(self):
+        self.check("star3_offset.str", table(
+            ["Imported from star3_offset.str (NMR-STAR 3), chain 1, shift list shifts",
+             "Residue 1 here is residue 1 there"], "MKTAYPEW",
+            ["1 CA 55.100", "2 CA 56.200", "3 CA 61.800", "5 CA 57.900", "6 CA 63.000"]),
+            ["the shift rows number the residues differently from the sequence; by the residue names, -100 was added"],
+            chain="1")
+
+    def test_several_entries_in_one_file(self):
+        text = (FILES / "star3_thiol_free.str").read_text() + (FILES / "star3_letters.str").read_text()
+        (self.folder / "two.str").write_text(text)
+        status, _, _ = self.run_kit("two.str")
+        self.assertEqual(status, 0)
+        self.assertEqual(self.written(), ["two.str", "two_letters_1.tab", "two_thiol_1.tab"])
+        self.assertIn("DATA SEQUENCE ACDSF?M\n", (self.folder / "two_letters_1.tab").read_text())
+        self.assertIn("DATA SEQUENCE ACDC\n", (self.folder / "two_thiol_1.tab").read_text())
+
+    def test_version_2(self):
+        """Copies by component name, author's numbers, crosslinks, HA1/HA2 of glycine, two shift sets."""
+        status, out, err = self.run_kit(FILES / "star2_entry.str")
+        file = "zorvela-kit: note: %s, chain " % (FILES / "star2_entry.str")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(err.splitlines(), [
+            file + "subunit 1: the file calls dimer with peptide partially denatured: predictions are made for folded "
+            "proteins",
+            file + "subunit 1: HA1 and HA2 of glycine read as HA2 and HA3: 0",
+            file + "subunit 1: atoms that the residue type has not, left out: 2 HA1",
+            file + "subunit 1: cysteines in a disulfide bond by the file, written c: -1, 3",
+            "zorvela-kit: wrote star2_entry_subunit_1.tab (7 residues, 7 shifts)",
+            "zorvela-kit: wrote star2_entry_peptide.tab (3 residues, 1 shift)",
+            "zorvela-kit: 4 notes on 2 tables"])
+        self.assertEqual((self.folder / "star2_entry_subunit_1.tab").read_text(), table(
+            ["Imported from star2_entry.str (NMR-STAR 2.1), chain subunit 1, small toxin, shift list shift_set_1",
+             "Residue 1 here is residue -2 there"],
+            "KcGPTcV", ["2 N 119.800", "2 HN 8.610", "3 HA2 4.210", "3 HA3 3.780", "4 CA 62.900", "4 CG 27.100",
+                        "6 CB 40.200"]))
+        self.assertEqual((self.folder / "star2_entry_peptide.tab").read_text(), table(
+            ["Imported from star2_entry.str (NMR-STAR 2.1), chain peptide, shift list shift_set_2",
+             "Residue 1 here is residue 1 there"], "GPG", ["2 CB 31.900"]))
+
+    def test_syntax_errors_tell_the_users_line(self):
+        (self.folder / "bad.str").write_text("save_x\n_a $b\n_c 'open\nsave_\n")
+        self.check_error("bad.str:3: not valid STAR at column 9: unterminated 'string'; mend the file there, or "
+                         "fetch it again", "bad.str")
+
+
+class StarPartsTest(ImportTest):
+    """Single rules, on files of a few lines."""
+    ROWS = ("loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+            "_Atom_chem_shift.Val ")
+
+    def imported(self, text):
+        status, out, err = self.run_kit("-", data=text.encode())
+        self.assertEqual(status, 0, err)
+        return out, [line.split(": ", 3)[3] for line in err.splitlines() if ": note: " in line]
+
+    def test_bare_loop(self):
+        out, notes = self.imported(self.ROWS + "1 ALA CA 52 2 PRO CA 63")
+        self.assertEqual(out, table(["Imported from standard input (NMR-STAR 3)", "Residue 1 here is residue 1 there"],
+                                    "AP", ["1 CA 52.000", "2 CA 63.000"]))
+        self.assertEqual(notes, [NO_SEQUENCE])
+
+    def test_older_tags_and_authors_atoms(self):
+        out, _ = self.imported("data_x loop_ _Atom_chem_shift.Seq_ID _Atom_chem_shift.Auth_comp_ID "
+                               "_Atom_chem_shift.Auth_atom_ID _Atom_chem_shift.Chem_shift_val 1 ALA HN 8.1 2 PRO CA 63")
+        self.assertIn("\n   1 A   HN     8.100\n   2 P   CA    63.000\n", out)
+
+    def test_chain_by_sequence_where_rows_name_none(self):
+        entity = "save_%d _Entity.ID %d _Entity.Polymer_type polypeptide(L) _Entity.Polymer_seq_one_letter_code %s save_ "
+        out, notes = self.imported("data_x " + entity % (1, 1, "MKTAY") + entity % (2, 2, "GAPGS") + self.ROWS +
+                                   "1 GLY CA 45 2 ALA CA 52 3 PRO CA 63")
+        self.assertIn("DATA SEQUENCE GAPGS\n", out)
+        self.assertEqual(notes, ["shifts that name no chain fit the sequence of chain 2 best"])
+
+    def test_rows_that_all_name_the_first_copy(self):
+        """The entity decides where it contradicts the copy."""
+        entity = "save_%d _Entity.ID %d _Entity.Polymer_type polypeptide(L) _Entity.Polymer_seq_one_letter_code %s save_ "
+        out, notes = self.imported("data_x loop_ _Entity_assembly.ID _Entity_assembly.Entity_ID 1 1 2 2 stop_ " +
+                                   entity % (1, 1, "MKTAY") + entity % (2, 2, "GAPGS") +
+                                   "loop_ _Atom_chem_shift.Entity_assembly_ID _Atom_chem_shift.Entity_ID "
+                                   "_Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+                                   "_Atom_chem_shift.Val 1 2 3 PRO CA 63 1 2 4 GLY CA 45")
+        self.assertIn("DATA SEQUENCE GAPGS\n", out)
+        self.assertEqual(notes, ["shift rows of entity 2 name a copy of another one; they are taken as of chain 2"])
+
+    def test_bonds_within_an_entity(self):
+        out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
+                               "_Entity.Polymer_seq_one_letter_code CPC loop_ _Entity_bond.Type "
+                               "_Entity_bond.Comp_index_ID_1 _Entity_bond.Comp_index_ID_2 disulfide 1 3 stop_ save_ " +
+                               self.ROWS + "2 PRO CA 63")
+        self.assertIn("DATA SEQUENCE cPc\n", out)
+
+    def test_authors_numbers_of_the_rows(self):
+        """The sequence has none; the rows' are counted on over residues without shifts."""
+        out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
+                               "_Entity.Polymer_seq_one_letter_code MAPG save_ loop_ _Atom_chem_shift.Comp_index_ID "
+                               "_Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID _Atom_chem_shift.Val "
+                               "_Atom_chem_shift.Auth_seq_ID 3 PRO CA 63 42")
+        self.assertIn("REMARK Residue 1 here is residue 40 there\n", out)
+
+    def test_stated_offset(self):
+        _, notes = self.imported("data_x save_l " + self.ROWS + "1 ALA CA 52 stop_ loop_ "
+                                 "_Systematic_chem_shift_offset.Type _Systematic_chem_shift_offset.Atom_type "
+                                 "_Systematic_chem_shift_offset.Val 'TROSY offset' 'amide nitrogens' 0.3 stop_ save_")
+        self.assertEqual(notes[0], "the file states a systematic offset of 0.3 ppm (TROSY offset, amide nitrogens); "
+                                   "it is not applied")
+
+    def test_side_chains_alone(self):
+        self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: the "
+                         "chain without a name (the list without a name): 1 shift, none for the table (%s, 1 shift of other atoms (side chain "
+                         "and the like) not needed)" % NO_SEQUENCE, "-",
+                         data=(self.ROWS + "1 LEU CD1 24.1").encode())
+
+
+class NefTest(ImportTest):
+    def test_entry(self):
+        """HA%, HA*, HAx/HAy, links, gaps, insertion code, cis flag, DNA, an ion, unassigned shifts."""
+        sequence = "McGGAPG??c" + "?" * 82 + "Pc"
+        self.check("nef_entry.nef", table(
+            ["Imported from nef_entry.nef (NEF), chain A, shift list nef_chemical_shift_list_main",
+             "Residue 1 here is residue 10 there", "Residue 6 here is residue 14A there",
+             "Residue 7 here is residue 15 there", "The file marks as cis peptide bond: P14A"],
+            sequence,
+            ["2 HN 8.412", "3 HA2 3.950", "3 HA3 3.950", "4 HA2 4.050", "4 HA3 3.850", "6 CB 34.100", "6 CG 24.400",
+             "7 HA2 3.990", "7 HA3 3.990", "10 CB 40.000", "93 CA 63.000"]),
+            ["3 shifts not assigned to a residue (@2, 12-1) left out",
+             "left out: 1 shift of chain B (no amino acids)",
+             "the sequence has gaps, written ?: 16 to 17, 19 to 100",
+             "one shift for both alpha protons of glycine, written as HA2 and HA3: 12, 15",
+             "1 shift of other atoms (side chain and the like) not needed",
+             "cysteines in a disulfide bond by the file, written c: 11, 102",
+             "cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 18 (CB 40.0)",
+             "the file marks as cis peptide bond: P14A; this is kept as a remark and not used"], chain="A")
+
+    def test_numbers_that_jump_within_a_chain(self):
+        """Where the file says that residues are bonded, a jump of the numbers is no gap."""
+        text = (FILES / "nef_entry.nef").read_text().replace("break ", "middle")
+        (self.folder / "jump.nef").write_text(text)
+        _, out, _ = self.run_kit("jump.nef")
+        self.assertIn("DATA SEQUENCE McGGAPGcPc\n", out)
+        self.assertIn("REMARK Residue 8 here is residue 18 there\nREMARK Residue 9 here is residue 101 there\n", out)
+
+
+class CsvTest(ImportTest):
+    def test_comma(self):
+        self.check("shifts.csv", table(
+            ["Imported from shifts.csv (CSV)", "Residue 1 here is residue 5 there"], "Ac??PG",
+            ["1 N 123.500", "1 HN 8.250", "1 CA 52.400", "2 CA 55.000", "2 CB 41.300", "5 CA 63.200", "5 CB 32.100",
+             "5 CG 27.400", "6 HN 8.300", "6 HA2 3.950", "6 HA3 3.950"]),
+            ["the sequence has gaps, written ?: 7 to 8", NO_SEQUENCE,
+             "one shift for both alpha protons of glycine, written as HA2 and HA3: 10",
+             "cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 6 (CB 41.3)"])
+
+    def test_tab(self):
+        """A lower-case c is a disulfide cysteine; of two values the first counts."""
+        self.check("shifts.tsv", table(
+            ["Imported from shifts.tsv (CSV)", "Residue 1 here is residue 12 there"], "cPCG",
+            ["1 CA 55.100", "1 CB 40.000", "2 CA 63.400", "3 CB 28.000", "4 HA2 3.900", "4 HA3 3.900"]),
+            ["line 1 above the column names not used", NO_SEQUENCE,
+             "one shift for both alpha protons of glycine, written as HA2 and HA3: 15",
+             "line 7: CB of residue 14 is given as 28.0 and 41.0 ppm: 28.0 is used",
+             "cysteines in a disulfide bond by the file, written c: 12"])
+
+    def test_spreadsheet(self):
+        """CR LF, semicolons, quotes, decimal commas, chains, residues such as Gly-1, a title above."""
+        status, out, err = self.run_kit(FILES / "excel.csv")
+        start = "zorvela-kit: note: %s, chain " % (FILES / "excel.csv")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(err.splitlines(), [
+            start + "L: lines 1 to 2 above the column names not used",
+            start + 'L: line 8 left out: "" is no residue number',
+            start + "L: decimal commas read as points",
+            start + "L: " + NO_SEQUENCE,
+            start + "L: 1 row without a value left out",
+            start + "H: " + NO_SEQUENCE,
+            "zorvela-kit: wrote excel_L.tab (2 residues, 2 shifts)",
+            "zorvela-kit: wrote excel_H.tab (2 residues, 2 shifts)",
+            "zorvela-kit: 6 notes on 2 tables"])
+        self.assertEqual((self.folder / "excel_L.tab").read_text(), table(
+            ["Imported from excel.csv (CSV), chain L", "Residue 1 here is residue 3 there"], "AP",
+            ["1 CA 52.300", "2 CA 63.100"]))
+        self.assertEqual((self.folder / "excel_H.tab").read_text(), table(
+            ["Imported from excel.csv (CSV), chain H", "Residue 1 here is residue 1 there"], "GP",
+            ["1 HA2 4.000", "2 CA 63.000"]))
+
+    def test_one_column_per_atom(self):
+        self.check("wide.csv", table(
+            ["Imported from wide.csv (CSV)", "Residue 1 here is residue 1 there"], "MAP?S",
+            ["1 C 175.900", "1 CA 55.300", "1 CB 33.000", "2 N 124.100", "2 HN 8.300", "2 CA 52.000", "2 CB 19.200",
+             "3 C 176.800", "3 CA 63.300", "3 CB 31.800", "3 CG 27.200", "4 N 120.100", "4 HN 8.000",
+             "5 CA 58.400", "5 CB 63.900"]),
+            [NO_SEQUENCE, "residue ? has no counterpart among the 20, written ?: 4"])
+
+    def test_blanks_between_columns(self):
+        self.check("columns.txt", table(
+            ["Imported from columns.txt (CSV)", "Residue 1 here is residue 1 there"], "AP",
+            ["1 CA 52.500", "2 CA 63.100"]), [NO_SEQUENCE])
+
+    def test_missing_columns_and_names(self):
+        self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
+                         "table, or text with a header line such as resid,resname,atom,shift", "-",
+                         data=b"resid,resname,shift\n1,A,52\n")
+        self.check_error('standard input: holds no backbone shifts of a protein; this CSV file holds: line 2 left out: '
+                         '"x" is no residue number', "-", data=b"resid,aa,atom,shift\nx,A,CA,52\n")
+        self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
+                         "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
+
+    def test_residue_and_type(self):
+        """Whether "residue" holds numbers, names or both is told by its cells."""
+        for data in (b"residue,type,atom,shift\n4,A,CA,52\n5,PRO,CA,63\n",
+                     b"residue,type,atom,shift\nA4,13C,CA,52\nP5,13C,CA,63\n",
+                     b"res,residue,atom,shift\nALA,4,CA,52\nPRO,5,CA,63\n",
+                     b"residue;name;atom;shift\n4;Ala;CA;52\n5;Pro;CA;63\n"):
+            self.assertEqual(self.run_kit("-", data=data)[1], table(
+                ["Imported from standard input (CSV)", "Residue 1 here is residue 4 there"], "AP",
+                ["1 CA 52.000", "2 CA 63.000"]))
+
+    def test_lower_case_names_of_a_whole_file(self):
+        """Where all letters are lower case, c is no sign of a disulfide bond."""
+        _, out, _ = self.run_kit("-", data=b"resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n")
+        self.assertIn("DATA SEQUENCE CP\n", out)
+
+    def test_row_without_shift_still_names_a_residue(self):
+        _, out, err = self.run_kit("-", data=b"resid,aa,atom,shift\n1,A,CA,52\n2,G,,\n3,P,CA,63\n")
+        self.assertIn("DATA SEQUENCE AGP\n", out)
+        self.assertEqual(err.count("note:"), 1)
+
+
+class TableTest(ImportTest):
+    def test_table_of_another_program(self):
+        """FIRST_RESID, blanks in the sequence, further columns, H, a bare REMARK, rows that do not fit."""
+        self.check("foreign_columns.tab", table(
+            ["", "A table of another program", "Residue 1 here is residue 5 there"], "ACGPKEY",
+            ["1 CA 52.500", "1 CB 19.100", "2 CB 41.000", "3 HA2 3.910", "3 HA3 4.020", "4 N 135.100", "4 CG 27.200",
+             "5 HN 8.200", "6 CA 54.000", "7 C 175.000"]),
+            ['line 20 is no row of the table, left out: "9 K CA 56.1"',
+             "residue 5 of the table is residue 1 now",
+             "1 row left out, the sequence has no such residue: 99",
+             "residue names differ from the sequence, which is used: 10 (D, sequence E)",
+             "given before, the first is used: 10 CA",
+             "1 shift of other atoms (side chain and the like) not needed",
+             "further columns of the table are not kept",
+             "further DATA lines of the table are not kept",
+             "cysteines with CB above 33 ppm stand as reduced (C) in the table, write c for those in a disulfide "
+             "bond: 6"])
+
+    def test_table_without_sequence(self):
+        _, out, err = self.run_kit("-", data=b"VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n"
+                                             b"7 c CA 55\n9 P CA 63\n")
+        self.assertEqual(out, table(["Residue 1 here is residue 7 there"], "c?P", ["1 CA 55.000", "3 CA 63.000"]))
+        self.assertIn("the table has no DATA SEQUENCE line", err)
+
+    def test_bad_tables(self):
+        remedy = "; write VARS RESID RESNAME ATOMNAME SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows"
+        self.check_error('standard input:2: bad FORMAT item "%5.1e"' + remedy, "-",
+                         data=b"VARS RESID SHIFT\nFORMAT %4d %5.1e\n1 5\n")
+        self.check_error("standard input: the table has no column ATOMNAME" + remedy, "-",
+                         data=b"VARS RESID RESNAME SHIFT\nFORMAT %4d %s %f\n1 A 5\n")
+        self.check_error("standard input: holds no backbone shifts of a protein; this table holds: 0 rows, 2 residues",
+                         "-", data=b"DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
+        self.check_error("standard input: FIRST_RESID 2147483647 is too large; give the number of the first residue",
+                         "-", data=b"DATA FIRST_RESID 2147483647\nDATA SEQUENCE AP\n"
+                                   b"VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
+
+    def test_chain_of_a_table(self):
+        file = FILES / "foreign_columns.tab"
+        self.check_error("%s: is a shift table, with one chain and one list; leave out --chain and --list for it" % file,
+                         file, "--chain", "A")
+
+    def round_trip(self, files):
+        status, _, err = self.run_kit(*files, "--output", "once/")
+        self.assertEqual(status, 0, err)
+        once = sorted((self.folder / "once").iterdir())
+        status, _, err = self.run_kit(*once, "--output", "twice/")
+        self.assertEqual(status, 0, err)
+        for file in once:
+            self.assertEqual(file.read_bytes(), (self.folder / "twice" / file.name).read_bytes())
+        return len(once)
+
+    def test_round_trip(self):
+        """The import of an imported table is the same table: remarks, numbers, c and ?."""
+        files = [f for f in FILES.iterdir() if f.name not in ("star3_rna.str", "shifts.tsv")]
+        self.assertEqual(self.round_trip(files), len(files) + 3)  # three files have two chains
+
+
+class OutputTest(ImportTest):
+    def test_gzipped_and_standard_input(self):
+        plain = (FILES / "star3_entry.str").read_bytes()
+        (self.folder / "entry.gz").write_bytes(gzip.compress(plain))
+        expected = self.run_kit(FILES / "star3_entry.str")[1]
+        self.assertEqual(self.run_kit("entry.gz")[1], expected.replace("star3_entry.str", "entry.gz"))
+        for data in (plain, gzip.compress(plain), gzip.compress(plain[:900]) + gzip.compress(plain[900:]),
+                     plain.replace(b"\n", b"\r\n"), plain.replace(b"\n", b"\r"), b"\xef\xbb\xbf" + plain):
+            status, out, _ = self.run_kit("-", data=data)
+            self.assertEqual((status, out), (0, expected.replace("star3_entry.str", "standard input")))
+
+    def test_places(self):
+        entry = FILES / "star3_entry.str"
+        expected = self.run_kit(entry)[1]
+        self.assertEqual(self.run_kit(entry, "--output", "-")[:2], (0, expected))
+        self.assertEqual(self.run_kit(entry, "-o", "one.tab")[:2], (0, ""))
+        (self.folder / "there").mkdir()
+        self.assertEqual(self.run_kit(entry, "-o", "there")[:2], (0, ""))
+        self.assertEqual(self.run_kit(entry, "-o", "new/deep/")[:2], (0, ""))
+        self.assertEqual(self.run_kit("-", "-o", "new/", data=entry.read_bytes())[:2], (0, ""))
+        self.assertEqual(self.written(), ["new/deep/star3_entry_A.tab", "new/stdin_A.tab", "one.tab",
+                                          "there/star3_entry_A.tab"])
+        self.assertEqual((self.folder / "one.tab").read_text(), expected)
+
+    def check_last_line(self, message, *arguments):
+        status, out, err = self.run_kit(*arguments)
+        self.assertEqual((status, out), (1, ""))
+        self.assertEqual(err.splitlines()[-1], "zorvela-kit: " + message)
+
+    def test_places_that_will_not_do(self):
+        dimer = FILES / "star3_dimer.str"
+        remedy = "name a folder (with / at the end), or choose one with --chain and --list"
+        self.check_last_line("standard output: cannot hold 2 tables; " + remedy, dimer, "-o", "-")
+        self.check_last_line("one.tab: cannot hold 2 tables; " + remedy, dimer, "-o", "one.tab")
+        choose = "; choose another place with --output, or make room"
+        self.check_last_line("no/one.tab: cannot be written: No such file or directory" + choose,
+                             FILES / "shifts.csv", "-o", "no/one.tab")
+        if os.path.exists("/dev/full"):
+            self.check_last_line("/dev/full: cannot be written: No space left on device" + choose,
+                                 FILES / "shifts.csv", "-o", "/dev/full")
+        self.assertEqual(self.written(), [])
+
+    def test_no_input_is_overwritten(self):
+        (self.folder / "own.tab").write_bytes((FILES / "foreign_columns.tab").read_bytes())
+        for place in ("own.tab", "./", "./own.tab"):
+            self.check_last_line("%s: is an input file; choose another place with --output" %
+                                 (place if place != "./" else "./own.tab"), "own.tab", "-o", place)
+        self.assertEqual((self.folder / "own.tab").read_bytes(), (FILES / "foreign_columns.tab").read_bytes())
+
+    def test_two_files_of_one_name(self):
+        for name in ("a", "b"):
+            (self.folder / name).mkdir()
+            (self.folder / name / "x.csv").write_bytes((FILES / "shifts.csv").read_bytes())
+        self.check_last_line("out/x.tab: would hold two tables, from a/x.csv and b/x.csv; import them into different "
+                             "folders", "a/x.csv", "b/x.csv", "-o", "out/")
+        self.assertEqual(self.written(), ["a/x.csv", "b/x.csv"])
+
+    def test_a_bad_file_does_not_stop_the_others(self):
+        status, _, err = self.run_kit("nowhere.str", FILES / "star3_pdb.str", FILES / "star3_offset.str", "-o", "o/")
+        self.assertEqual(status, 1)
+        self.assertEqual(err.splitlines()[0], "zorvela-kit: nowhere.str: cannot be read: No such file or directory; "
+                                              "check the name and the permissions")
+        self.assertEqual(err.splitlines()[-1], "zorvela-kit: 1 of 3 files could not be imported")
+        self.assertEqual(self.written(), ["o/star3_offset_1.tab", "o/star3_pdb_H.tab"])
+
+
+class BadFileTest(ImportTest):
+    def test_no_files(self):
+        status, out, err = self.run_kit()
+        self.assertNotEqual(status, 0)
+        self.assertEqual(out, "")
+        self.assertIn("FILE is required", err)
+
+    def test_folder_and_empty_files(self):
+        self.check_error("%s: is a folder; name the shift files in it, such as %s/*.str" % (FILES, FILES), FILES)
+        for data in (b"", gzip.compress(b""), b" \n\r\n\t\n"):
+            self.check_error("standard input: is empty; give a file with chemical shifts", "-", data=data)
+
+    def test_damaged_gzip(self):
+        packed = gzip.compress((FILES / "star3_entry.str").read_bytes())
+        self.check_error("standard input: the gzip file ends too early; fetch it again", "-", data=packed[:300])
+        self.check_error("standard input: the gzip file is damaged; fetch it again", "-", data=b"\x1f\x8bnonsense" * 9)
+
+    def test_foreign_files(self):
+        for data, what in ((b"\0\1\2", None), (b"%PDF-1.4", "a PDF file"),
+                           (b"PK\3\4..", "a zip archive or spreadsheet (xlsx, ods); save the sheet as CSV"),
+                           (b"\xff\xfea\0", "text in UTF-16; save it as UTF-8"),
+                           (b"<html>", "an HTML or XML file, perhaps the error page of a web server"),
+                           (b'{"a": 1}', "a JSON file"), (b">seq\nMKT\n", "a FASTA sequence"),
+                           (b"HEADER    HYDROLASE\n", "a PDB coordinate file")):
+            fault = "is no shift file but " + what if what else "is no text file"
+            self.check_error("standard input: %s; %s" % (fault, REMEDY), "-", data=data)
+        self.check_error('standard input:1: is no shift file that is known; it begins with "Dear colleague,"; give '
+                         "NMR-STAR, NEF, the program's shift table, or text with a header line such as "
+                         "resid,resname,atom,shift", "-", data=b"Dear colleague,\nplease find attached\n")
+        self.check_error("standard input: holds no backbone shifts of a protein; this STAR or CIF file holds: atom "
+                         "coordinates", "-", data=b"data_1abc\nloop_\n_atom_site.id\n1\n2\n")
+
+    def test_long_lines(self):
+        size = 30000000
+        for start in (b"data_x\n_a ", b"resid,resname,atom,shift\n1,A,CA,", b"", b"data_x _a '", b"data_x\n_a\n;"):
+            status, out, err = self.run_kit("-", data=start + b"5" * size)
+            self.assertEqual((status, out, err.count("\n")), (1, "", 1))
+            self.assertLess(len(err), 600)
+
+    def test_too_many_words(self):
+        self.check_error("standard input: has more than 20000000 words; give the part with the sequence and the shifts "
+                         "only", "-", data=b"data_x loop_ _a " + b"1 " * 20000000)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,367 @@
+// Predictions of whole proteins from the made tables, in which only the priors of A and K and the CB and
+// CG of the proline tell cis from trans, each with a deviation of 1 ppm.
+#include "zorvela/predict.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+#include "predict/tables.h"
+#include "zorvela/error.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using zorvela::Call;
+using zorvela::Protein;
+using zorvela::ProteinResult;
+
+constexpr double kTolerance = 1e-6;
+
+/// All backbone shifts of a residue with no secondary shift at all. Proline has neither N nor HN.
+void addResidue(Protein& protein, int resid) {
+  const auto index = static_cast<std::size_t>(resid) - 1;
+  const bool beforeProline = index + 1 < protein.sequence.size() && protein.sequence[index + 1] == 'P';
+  const bool isProline = protein.sequence[index] == 'P';
+  if (!isProline) {
+    protein.shifts.push_back({resid, "N", "120"});
+    protein.shifts.push_back({resid, "HN", "8"});
+  }
+  protein.shifts.push_back({resid, "HA", "4"});
+  protein.shifts.push_back({resid, "C", "175"});
+  protein.shifts.push_back({resid, "CA", beforeProline ? "53" : "55"});
+  protein.shifts.push_back({resid, "CB", "30"});
+}
+
+Protein bare(const std::string& sequence) {
+  Protein protein;
+  protein.file = "made";
+  protein.sequence = sequence;
+  for (std::size_t i = 1; i <= sequence.size(); ++i) protein.numbers.push_back(std::to_string(i));
+  return protein;
+}
+
+Protein complete(const std::string& sequence) {
+  Protein protein = bare(sequence);
+  for (int resid = 1; resid <= static_cast<int>(sequence.size()); ++resid) addResidue(protein, resid);
+  return protein;
+}
+
+void setShift(Protein& protein, int resid, const std::string& atom, const std::string& value) {
+  for (zorvela::Shift& shift : protein.shifts)
+    if (shift.resid == resid && shift.atom == atom) {
+      shift.shift = value;
+      return;
+    }
+  protein.shifts.push_back({resid, atom, value});
+}
+
+ProteinResult predict(const Protein& protein) {
+  const auto tables = zorvela::loadReferenceTables(MADE_TABLES);
+  return zorvela::Predictor(*tables).predict(protein);
+}
+
+/// The probability that goes with odds of cis to trans.
+double fromOdds(double odds) {
+  return odds / (1 + odds);
+}
+
+void expectOdds(const ProteinResult& result, double odds) {
+  ASSERT_EQ(result.prolines.size(), 1U);
+  ASSERT_TRUE(result.prolines[0].pCis.has_value());
+  EXPECT_NEAR(*result.prolines[0].pCis, fromOdds(odds), kTolerance);
+  EXPECT_NEAR(*result.prolines[0].pCisNorm, fromOdds(odds / 19), kTolerance);
+}
+
+std::vector<std::string> reasonsOf(const ProteinResult& result) {
+  std::vector<std::string> reasons;
+  for (const zorvela::ProlineResult& proline : result.prolines) reasons.push_back(proline.reason);
+  return reasons;
+}
+
+}  // namespace
+
+// --- Probabilities ------------------------------------------------------------------------------
+
+TEST(Predictor, GivesEqualOddsWhereNothingSpeaksForEither) {
+  Protein protein = complete("APK");  // priors 0.2 x 0.1 and 0.1 x 0.2
+  setShift(protein, 2, "CB", "31");   // 1 ppm from either mean
+  expectOdds(predict(protein), 1);
+}
+
+TEST(Predictor, WeighsTheNeighbours) {
+  Protein forCis = complete("APA");
+  setShift(forCis, 2, "CB", "31");
+  expectOdds(predict(forCis), 2);
+  Protein forTrans = complete("KPK");
+  setShift(forTrans, 2, "CB", "31");
+  expectOdds(predict(forTrans), 0.5);
+}
+
+TEST(Predictor, WeighsTheShiftsOfTheProline) {
+  Protein protein = complete("APK");
+  setShift(protein, 2, "CB", "32");    // on the mean of cis, 2 ppm from that of trans
+  setShift(protein, 2, "CG", "25.5");  // in the middle
+  expectOdds(predict(protein), std::exp(2.0));
+  setShift(protein, 2, "CG", "24");  // on the mean of cis, 3 ppm from that of trans
+  expectOdds(predict(protein), std::exp(2.0 + 4.5));
+}
+
+TEST(Predictor, BringsExtremeShiftsIntoTheLimits) {
+  Protein protein = complete("APK");
+  setShift(protein, 2, "CB", "50");  // +20 becomes +4: 2 ppm from cis, 4 ppm from trans
+  expectOdds(predict(protein), std::exp(-2.0 + 8.0));
+}
+
+TEST(Predictor, KeepsNothingOfTheProteinBefore) {
+  const auto tables = zorvela::loadReferenceTables(MADE_TABLES);
+  zorvela::Predictor predictor(*tables);
+  Protein first = complete("AAAAPKPK");
+  setShift(first, 5, "CG", "24");
+  Protein second = complete("KKKKPKK");
+  setShift(second, 5, "CB", "31");
+  const ProteinResult before = predictor.predict(first);
+  const ProteinResult between = predictor.predict(second);
+  const ProteinResult after = predictor.predict(first);
+  expectOdds(between, 0.5);
+  EXPECT_FALSE(between.prolines[0].cgShift.has_value());
+  ASSERT_EQ(after.prolines.size(), 2U);
+  for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(after.prolines[i].pCis, before.prolines[i].pCis);
+}
+
+TEST(Predictor, CoversResiduesBeyondTheUsualRange) {
+  const std::string tail = "APKA";
+  Protein protein = bare(std::string(12000, 'A') + tail);
+  for (int resid = 12001; resid <= 12004; ++resid) addResidue(protein, resid);
+  setShift(protein, 12002, "CB", "31");
+  const ProteinResult result = predict(protein);
+  expectOdds(result, 1);
+  EXPECT_EQ(result.prolines[0].position, 12002);
+}
+
+// --- Every proline once -------------------------------------------------------------------------
+
+TEST(Predictor, NamesEveryProlineOnceWithTheReasonWhereItIsNotPredicted) {
+  Protein protein = bare("PAPKAPAAP");
+  for (const int resid : {1, 2, 3, 4, 9}) addResidue(protein, resid);
+  const ProteinResult result = predict(protein);
+  EXPECT_EQ(reasonsOf(result),
+            (std::vector<std::string>{"first residue", "", "too few shifts", "last residue"}));
+  const std::vector<int> positions = {1, 3, 6, 9};
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    EXPECT_EQ(result.prolines[i].position, positions[i]);
+    EXPECT_EQ(result.prolines[i].pCis.has_value(), i == 1);
+    EXPECT_EQ(result.prolines[i].call == Call::none, i != 1);
+  }
+}
+
+TEST(Predictor, OnePoorResidueIsEnoughTwoAreNot) {
+  Protein protein = bare("APK");
+  addResidue(protein, 2);
+  addResidue(protein, 3);
+  EXPECT_EQ(reasonsOf(predict(protein)), std::vector<std::string>{""});
+  Protein poor = bare("APK");
+  addResidue(poor, 2);
+  EXPECT_EQ(reasonsOf(predict(poor)), std::vector<std::string>{"too few shifts"});
+}
+
+TEST(Predictor, ALoneProlineIsTheFirstResidue) {
+  EXPECT_EQ(reasonsOf(predict(complete("P"))), std::vector<std::string>{"first residue"});
+}
+
+TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
+  EXPECT_EQ(reasonsOf(predict(complete("ApK"))), std::vector<std::string>{"written as lower-case p"});
+}
+
+TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
+  // The tables know no residue X: both priors are 0.
+  const ProteinResult result = predict(complete("XPK"));
+  EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
+  EXPECT_FALSE(result.prolines[0].pCis.has_value());
+  EXPECT_FALSE(result.prolines[0].pCisNorm.has_value());
+}
+
+TEST(Predictor, AProteinWithoutShiftsHasItsProlinesAllTheSame) {
+  EXPECT_EQ(reasonsOf(predict(bare("APKPA"))),
+            (std::vector<std::string>{"too few shifts", "too few shifts"}));
+}
+
+TEST(Predictor, AProteinWithoutProlineIsNoError) {
+  EXPECT_TRUE(predict(complete("AKA")).prolines.empty());
+}
+
+// --- What stands beside a prediction ------------------------------------------------------------
+
+TEST(Predictor, GivesNumbersNamesAndCounts) {
+  Protein protein = bare("AcPKA");
+  protein.numbers = {"-1", "10", "10A", "12", "13"};
+  protein.chain = "B";
+  protein.list = "2";
+  protein.notes = {"a note"};
+  addResidue(protein, 3);
+  addResidue(protein, 4);
+  protein.shifts.push_back({2, "CA", "53"});
+  setShift(protein, 3, "CG", "24.5");
+  const ProteinResult result = predict(protein);
+  EXPECT_EQ(result.file, "made");
+  EXPECT_EQ(result.chain, "B");
+  EXPECT_EQ(result.list, "2");
+  EXPECT_EQ(result.notes, std::vector<std::string>{"a note"});
+  EXPECT_EQ(result.length, 5);
+  EXPECT_EQ(result.shiftCount, 4 + 6 + 1 + 1);
+  ASSERT_EQ(result.prolines.size(), 1U);
+  const zorvela::ProlineResult& proline = result.prolines[0];
+  EXPECT_EQ(proline.number, "10A");
+  EXPECT_EQ(proline.previous, "c");
+  EXPECT_EQ(proline.previousNumber, "10");
+  EXPECT_EQ(proline.next, "K");
+  EXPECT_EQ(proline.nextNumber, "12");
+  EXPECT_EQ(proline.previousCount, 1);
+  EXPECT_EQ(proline.count, 4);
+  EXPECT_EQ(proline.nextCount, 6);
+  EXPECT_EQ(proline.cgShift, 24.5F);
+}
+
+TEST(Predictor, BeyondTheEndsThereIsNoNeighbour) {
+  const ProteinResult result = predict(complete("PAP"));
+  ASSERT_EQ(result.prolines.size(), 2U);
+  EXPECT_EQ(result.prolines[0].previous, "");
+  EXPECT_EQ(result.prolines[0].previousNumber, "");
+  EXPECT_FALSE(result.prolines[0].previousCount.has_value());
+  EXPECT_EQ(result.prolines[1].next, "");
+  EXPECT_EQ(result.prolines[1].nextNumber, "");
+  EXPECT_FALSE(result.prolines[1].nextCount.has_value());
+  EXPECT_EQ(result.prolines[1].previousCount, 6);
+}
+
+// --- Calls --------------------------------------------------------------------------------------
+
+TEST(Call, TurnsAtTheThresholds) {
+  EXPECT_EQ(zorvela::callOf(1.0F), Call::cis);
+  EXPECT_EQ(zorvela::callOf(zorvela::kCisFrom), Call::cis);
+  EXPECT_EQ(zorvela::callOf(std::nextafter(zorvela::kCisFrom, 0.0F)), Call::undecided);
+  EXPECT_EQ(zorvela::callOf(std::nextafter(zorvela::kTransUpTo, 1.0F)), Call::undecided);
+  EXPECT_EQ(zorvela::callOf(zorvela::kTransUpTo), Call::trans);
+  EXPECT_EQ(zorvela::callOf(0.0F), Call::trans);
+  EXPECT_EQ(zorvela::callOf(std::numeric_limits<float>::quiet_NaN()), Call::none);
+}
+
+TEST(Call, HasAName) {
+  EXPECT_EQ(zorvela::toText(Call::cis), "cis");
+  EXPECT_EQ(zorvela::toText(Call::trans), "trans");
+  EXPECT_EQ(zorvela::toText(Call::undecided), "undecided");
+  EXPECT_EQ(zorvela::toText(Call::none), "none");
+}
+
+TEST(ReferencingOffset, CallsForACorrectionOnlyIfItIsANumber) {
+  ReferencingOffset offset;
+  offset.offset = 1.5F;
+  EXPECT_FALSE(zorvela::callsForCorrection(offset));
+  offset.recommended = true;
+  EXPECT_TRUE(zorvela::callsForCorrection(offset));
+  offset.offset = std::numeric_limits<float>::infinity();
+  EXPECT_FALSE(zorvela::callsForCorrection(offset));
+}
+
+// --- Tables -------------------------------------------------------------------------------------
+
+namespace {
+
+class TableFolder : public testing::Test {
+ protected:
+  void SetUp() override {
+    char name[] = "/tmp/zorvela-kit-test-XXXXXX";
+    folder = mkdtemp(name);
+    fs::copy(MADE_TABLES, folder);
+    zorvela::throwInsteadOfExit();
+  }
+  void TearDown() override {
+    endRun = std::exit;
+    fs::remove_all(folder);
+  }
+
+  void replace(const std::string& name, const std::string& before, const std::string& after) const {
+    std::ifstream in(folder / name);
+    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::size_t at = text.find(before);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, before.size(), after);
+    std::ofstream(folder / name) << text;
+  }
+
+  std::string message() const {
+    testing::internal::CaptureStderr();
+    std::string text = "no error";
+    try {
+      zorvela::loadReferenceTables(folder.string());
+    } catch (const zorvela::Error& e) {
+      text = e.what();
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    return text;
+  }
+
+  std::string expected(const std::string& name, const std::string& what) const {
+    return (folder / name).string() + ": " + what + kRemedy;
+  }
+
+  const std::string kRemedy =
+      "; name the folder of the seven reference tables with --tables or its parent with ZORVELA_DIR";
+  fs::path folder;
+};
+
+}  // namespace
+
+TEST_F(TableFolder, LoadsAllSeven) {
+  EXPECT_EQ(message(), "no error");
+}
+
+TEST_F(TableFolder, NamesTheTableThatIsMissing) {
+  for (const char* name : {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab", "sslimit.tab",
+                           "Pro.cs.tab", "Pro.seq.tab"}) {
+    fs::rename(folder / name, folder / "away");
+    EXPECT_EQ(message(), expected(name, "No such file or directory"));
+    fs::rename(folder / "away", folder / name);
+  }
+}
+
+TEST_F(TableFolder, NamesTheColumnThatIsMissing) {
+  replace("sslimit.tab", "CB_MAX", "CB_TOP");
+  EXPECT_EQ(message(), expected("sslimit.tab", "has no column CB_MAX"));
+}
+
+TEST_F(TableFolder, SaysThatATableHasNoRows) {
+  replace("rcadj.tab", "FORMAT", "REMARK");
+  EXPECT_EQ(message(), expected("rcadj.tab", "has no rows"));
+}
+
+TEST_F(TableFolder, NamesTheShiftIndexThatIsMissing) {
+  replace("Pro.cs.tab", "   18 ", "   19 ");
+  EXPECT_EQ(message(), expected("Pro.cs.tab", "has no row with index 18"));
+}
+
+TEST_F(TableFolder, ABadFormatItemIsOneLine) {
+  replace("Pro.seq.tab", "FORMAT %s", "FORMAT %x");
+  EXPECT_EQ(message(), expected("Pro.seq.tab", "Bad format syntax '%x '"));
+}
+
+TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {
+  fs::remove_all(folder);
+  EXPECT_EQ(message(), folder.string() + ": there is no such folder" + kRemedy);
+}
+
+TEST(FindTables, TakesTheFolderGivenFirst) {
+  setenv("ZORVELA_DIR", "/elsewhere", 1);
+  EXPECT_EQ(zorvela::findTables("/given"), "/given");
+  EXPECT_EQ(zorvela::findTables(""), "/elsewhere/tab");
+  setenv("ZORVELA_DIR", "", 1);
+  EXPECT_EQ(zorvela::findTables(""), "./tab");
+  unsetenv("ZORVELA_DIR");
+  EXPECT_EQ(zorvela::findTables(""), "./tab");
+}

@@ -1,0 +1,225 @@
+// The three forms of the results, character by character.
+#include "zorvela/report.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using zorvela::Call;
+
+ReferencingOffset offset(const std::string& atom, float value, bool recommended) {
+  ReferencingOffset result;
+  result.atom = atom;
+  result.offset = value;
+  result.error = 0.25F;
+  result.size = 20;
+  result.recommended = recommended;
+  return result;
+}
+
+zorvela::ProlineResult cisProline() {
+  zorvela::ProlineResult proline;
+  proline.position = 17;
+  proline.number = "117";
+  proline.previous = "K";
+  proline.previousNumber = "116";
+  proline.next = "N";
+  proline.nextNumber = "118";
+  proline.previousCount = 6;
+  proline.count = 4;
+  proline.nextCount = 5;
+  proline.cgShift = 24.31F;
+  proline.pCis = 0.999F;
+  proline.pCisNorm = 0.98125F;
+  proline.call = Call::cis;
+  return proline;
+}
+
+zorvela::ProlineResult lastProline() {
+  zorvela::ProlineResult proline;
+  proline.position = 40;
+  proline.number = "140";
+  proline.previous = "c";
+  proline.previousNumber = "139";
+  proline.previousCount = 0;
+  proline.count = 1;
+  proline.reason = zorvela::reason::kLastResidue;
+  return proline;
+}
+
+/// One chain with two prolines, and a file that could not be read.
+zorvela::RunReport sample() {
+  zorvela::ProteinResult protein;
+  protein.file = "a.str";
+  protein.chain = "A";
+  protein.list = "1";
+  protein.length = 40;
+  protein.shiftCount = 200;
+  protein.notes = {"a \"note\""};
+  protein.prolines = {cisProline(), lastProline()};
+  protein.offsets = {offset("CA", 1.5F, true), offset("CB", -0.25F, false), offset("HA", 0.5F, true),
+                     offset("C", std::numeric_limits<float>::quiet_NaN(), false)};
+  zorvela::RunReport report;
+  report.tables = "tab";
+  report.files = {{"a.str", {protein}, ""}, {"b,c.str", {}, "b,c.str:3: no shifts; add some"}};
+  return report;
+}
+
+template <class Write>
+std::string written(Write write) {
+  std::ostringstream out;
+  write(out);
+  return out.str();
+}
+
+}  // namespace
+
+TEST(NumberText, IsTheShortestThatGivesTheNumberBack) {
+  EXPECT_EQ(zorvela::numberText(0.1F), "0.1");
+  EXPECT_EQ(zorvela::numberText(1.0F), "1");
+  EXPECT_EQ(zorvela::numberText(1.0F / 3.0F), "0.33333334");
+}
+
+TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
+  EXPECT_EQ(written([](std::ostream& out) { zorvela::writeTable(sample(), false, out); }),
+            "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
+            "*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       cis\n"
+            "   a.str  A      c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
+            "\n"
+            "Referencing offsets (ppm); ! a correction is recommended\n"
+            "   File   Chain  Residues  Shifts  CA      CB      HA      C'\n"
+            "   a.str  A      40        200     1.500!  -0.250  0.500!  -\n"
+            "\n"
+            "Not predicted\n"
+            "   b,c.str:3: no shifts; add some\n"
+            "\n"
+            "2 prolines in 1 chain of 2 files: 1 cis (*), 0 trans, 0 undecided (?), 1 without a prediction\n"
+            "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
+}
+
+TEST(ReportTable, ColoursTheCisRowsAlone) {
+  const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), true, out); });
+  EXPECT_NE(
+      text.find("\n\033[1;35m*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       "
+                "cis\033[0m\n   a.str"),
+      std::string::npos);
+  EXPECT_EQ(text.find('\033', text.find("\033[0m") + 1), std::string::npos);
+}
+
+TEST(ReportTable, ShowsNoControlCharactersOfAFile) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].chain = "\033[2J";
+  report.files[1].error = "b\tc: bad";
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  EXPECT_EQ(text.find('\033'), std::string::npos);
+  EXPECT_NE(text.find("a.str  ?[2J   K116"), std::string::npos);
+  EXPECT_NE(text.find("\n   b?c: bad\n"), std::string::npos);
+}
+
+TEST(ReportTable, AlignsNamesBeyondAscii) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].file = "\xC3\xA4.str";
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  EXPECT_EQ(text.substr(0, text.find('\n')),
+            "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call");
+}
+
+TEST(ReportTable, AnUndecidedProlineHasAQuestionMark) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].prolines[0].call = Call::undecided;
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, true, out); });
+  EXPECT_NE(
+      text.find("\n?  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       undecided\n"),
+      std::string::npos);
+}
+
+TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
+  zorvela::RunReport report = sample();
+  zorvela::ProteinResult second = report.files[0].proteins[0];
+  second.list = "2";
+  second.prolines.resize(1);
+  report.files[0].proteins.push_back(second);
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  EXPECT_EQ(
+      text.substr(0, text.find("\n\n")),
+      "   File   Chain  List  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
+      "*  a.str  A      1     K116    P117     N118   6 4 5   24.310  0.999  0.981       cis\n"
+      "   a.str  A      1     c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
+      "*  a.str  A      2     K116    P117     N118   6 4 5   24.310  0.999  0.981       cis");
+  EXPECT_NE(text.find("\n   a.str  A      2     40        200     1.500!"), std::string::npos);
+}
+
+TEST(ReportTable, KeepsTheMarginWithoutMarks) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].prolines[0].call = Call::trans;
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  EXPECT_EQ(text.substr(0, 18), "   File   Chain  B");
+}
+
+TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
+  zorvela::RunReport report;
+  report.files = {{"b", {}, "b: is empty"}};
+  EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, false, out); }),
+            "\nNot predicted\n   b: is empty\n\n"
+            "0 prolines in 0 chains of 1 file: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
+            "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
+}
+
+TEST(ReportCsv, HasARowForEachProlineAndEachError) {
+  EXPECT_EQ(
+      written([](std::ostream& out) { zorvela::writeCsv(sample(), out); }),
+      "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
+      "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct\n"
+      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA\n"
+      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA\n"
+      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,\n");
+}
+
+TEST(ReportCsv, DoublesQuotesAndKeepsLineEndsInQuotes) {
+  zorvela::RunReport report = sample();
+  report.files = {{"a\"b\n", {}, "bad"}};
+  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, out); });
+  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,\n");
+}
+
+TEST(ReportJson, HoldsTheSameAsTheTable) {
+  const nlohmann::json expected = nlohmann::json::parse(R"({
+    "format": "zorvela-kit run",
+    "version": 1,
+    "program": "zorvela-kit )" ZORVELA_VERSION R"(",
+    "tables": "tab",
+    "thresholds": {"cis_from": 0.5, "trans_up_to": 0.05},
+    "proteins": [{
+      "file": "a.str", "chain": "A", "list": "1", "length": 40, "shifts": 200,
+      "referencing": [
+        {"atom": "CA", "offset": 1.5, "error": 0.25, "residues": 20, "correction_recommended": true},
+        {"atom": "CB", "offset": -0.25, "error": 0.25, "residues": 20, "correction_recommended": false},
+        {"atom": "HA", "offset": 0.5, "error": 0.25, "residues": 20, "correction_recommended": true},
+        {"atom": "C", "offset": null, "error": 0.25, "residues": 20, "correction_recommended": false}],
+      "prolines": [
+        {"resid": "117", "position": 17, "prev": "K", "next": "N", "prev_resid": "116", "next_resid": "118",
+         "cs_cnt_prev": 6, "cs_cnt": 4, "cs_cnt_next": 5, "cg_shift": 24.31, "p_cis": 0.999,
+         "p_cis_norm": 0.98125, "call": "cis", "reason": null},
+        {"resid": "140", "position": 40, "prev": "c", "next": null, "prev_resid": "139", "next_resid": null,
+         "cs_cnt_prev": 0, "cs_cnt": 1, "cs_cnt_next": null, "cg_shift": null, "p_cis": null,
+         "p_cis_norm": null, "call": "none", "reason": "last residue"}],
+      "notes": ["a \"note\""]}],
+    "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
+  })");
+  const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), out); });
+  EXPECT_EQ(nlohmann::json::parse(text), expected);
+  EXPECT_NE(text.find("\"cg_shift\": 24.31,"), std::string::npos);  // not 24.309999465942383
+  EXPECT_EQ(text.back(), '\n');
+}
+
+TEST(ReportJson, ReplacesWhatIsNotUtf8) {
+  zorvela::RunReport report;
+  report.files = {{"\xFF", {}, "bad"}};
+  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, out); });
+  EXPECT_EQ(nlohmann::json::parse(text)["errors"][0]["file"], "\xEF\xBF\xBD");
+}

@@ -1,0 +1,157 @@
+// Trains and predicts; chooses what is scored.
+#include "train/evaluation.h"
+
+#include <cmath>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "cli/progress.h"
+#include "train/metrics.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+// --- Predicting -----------------------------------------------------------------------------------
+
+namespace {
+
+// Seed of the folds; any number does, but always the same one.
+constexpr std::uint64_t kFoldSeed = 20;
+
+/// Predicts the labels that are marked, entry by entry.
+void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted, Predictions& out) {
+  std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
+  for (std::size_t i = 0; i < wanted.size(); ++i)
+    if (wanted[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
+  for (std::size_t e = 0; e < byEntry.size(); ++e) {
+    if (byEntry[e].empty()) continue;
+    EntryView view(run, data.entries[e]);
+    for (const std::size_t i : byEntry[e]) {
+      view.focus(data.labels.prolines[i].resid);
+      out[i] = run.predictProline(data.labels.prolines[i].resid);
+    }
+  }
+}
+
+/// Number of each label's cluster, from 0 in order of first appearance.
+std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
+  std::map<std::string, std::size_t> numbers;
+  std::vector<std::size_t> ofLabel;
+  for (const ProlineLabel& label : data.labels.prolines)
+    ofLabel.push_back(numbers.emplace(label.cluster, numbers.size()).first->second);
+  count = numbers.size();
+  return ofLabel;
+}
+
+/// Deals the clusters out to the folds in random order.
+std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) {
+  std::vector<std::size_t> order(clusters);
+  for (std::size_t i = 0; i < clusters; ++i) order[i] = i;
+  Draw draw(kFoldSeed);
+  for (std::size_t i = clusters; i > 1; --i) std::swap(order[i - 1], order[draw.below(i)]);
+  std::vector<std::size_t> fold(clusters);
+  for (std::size_t i = 0; i < clusters; ++i) fold[order[i]] = i % folds;
+  return fold;
+}
+
+/// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
+void predictFold(const ReferenceTables& published, const LabelledProlines& data,
+                 const std::vector<bool>& inFold, const TrainingChoices& choices, Predictions& out) {
+  std::vector<bool> useEntry(data.entries.size(), true);
+  std::set<std::string> windows;
+  for (std::size_t i = 0; i < inFold.size(); ++i) {
+    if (!inFold[i]) continue;
+    useEntry[data.entryOf[i]] = false;
+    windows.insert(data.windows[i]);
+  }
+  std::vector<bool> useLabel(inFold.size());
+  for (std::size_t i = 0; i < inFold.size(); ++i)
+    useLabel[i] = !inFold[i] && useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
+
+  ReferenceTables tables = published;
+  trainTables(tables, data, useEntry, useLabel, choices);
+  ZORVELA run;
+  useTables(tables, run);
+  predict(run, data, inFold, out);
+}
+
+}  // namespace
+
+Predictions predictAll(ZORVELA& run, const LabelledProlines& data) {
+  Predictions out(data.windows.size());
+  predict(run, data, std::vector<bool>(data.windows.size(), true), out);
+  return out;
+}
+
+Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
+                          const TrainingChoices& choices) {
+  std::size_t clusters = 0;
+  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
+  if (clusters < folds)
+    throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
+                "ask for fewer folds with --cross-validate");
+  const std::vector<std::size_t> fold = foldOfCluster(clusters, folds);
+  Predictions out(cluster.size());
+  Progress progress("Cross-validating", folds);
+  for (std::size_t f = 0; f < folds; ++f) {
+    std::vector<bool> inFold(cluster.size());
+    for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
+    predictFold(published, data, inFold, choices, out);
+    progress.step();
+  }
+  return out;
+}
+
+// --- Choosing what is scored ------------------------------------------------------------------------
+
+namespace {
+
+Evaluated evaluated(const LabelledProlines& data, std::size_t label, const ProlinePrediction& prediction,
+                    std::size_t cluster) {
+  const ProlineLabel& known = data.labels.prolines[label];
+  const EntryShifts& entry = data.entry(label);
+  Evaluated proline;
+  proline.label = label;
+  proline.isCis = known.structure == Omega::cis;
+  proline.pCis = prediction.pCis;
+  proline.pCisNorm = prediction.pCisNorm;
+  proline.shiftCounts = prediction.shiftCounts;
+  const auto cb = entry.cb.find(known.resid);
+  proline.hasCB = cb != entry.cb.end();
+  proline.hasCG = prediction.cgShift < kMissingBound;
+  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(cb->second) - prediction.cgShift;
+  proline.byShift = known.byShift;
+  proline.cluster = cluster;
+  return proline;
+}
+
+}  // namespace
+
+Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions) {
+  std::size_t clusters = 0;
+  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
+  Evaluation result;
+  std::set<std::string> seen;
+  for (std::size_t i = 0; i < predictions.size(); ++i) {
+    if (!data.labels.prolines[i].structure) continue;
+    ++result.labelled;
+    if (!predictions[i]) {
+      ++result.notPredicted;
+    } else if (!seen.insert(data.windows[i]).second) {
+      ++result.repeated;
+    } else if (std::isnan(predictions[i]->pCisNorm)) {
+      result.notANumber.push_back(i);
+    } else {
+      result.prolines.push_back(evaluated(data, i, *predictions[i], cluster[i]));
+    }
+  }
+  if (result.prolines.empty())
+    throw Error(data.labels.path, 0, "no proline with a label by structure has enough shifts",
+                "add entries with more shifts");
+  return result;
+}
+
+}  // namespace zorvela

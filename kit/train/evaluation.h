@@ -1,0 +1,57 @@
+// Predictions for labelled prolines, by given tables or by cross-validation over clusters.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "train/labelled_prolines.h"
+#include "train/table_training.h"
+
+namespace zorvela {
+
+/// A labelled proline that the program predicts.
+struct Evaluated {
+  std::size_t label = 0;  ///< index of its label
+  bool isCis = false;
+  double pCis = 0;
+  double pCisNorm = 0;
+  std::array<int, 3> shiftCounts{};  ///< backbone shifts of previous residue, proline, next residue
+  bool hasCB = false;
+  bool hasCG = false;
+  double cbMinusCg = 0;  ///< ppm, where the proline has both
+  ShiftLabel byShift = ShiftLabel::none;
+  std::size_t cluster = 0;
+
+  bool ruleApplies() const { return hasCB && hasCG; }
+  bool isContradicted() const { return byShift == (isCis ? ShiftLabel::trans : ShiftLabel::cis); }
+  int shiftCount() const { return shiftCounts[0] + shiftCounts[1] + shiftCounts[2] + (hasCG ? 1 : 0); }
+};
+
+/// All that was predicted, one proline for each distinct window.
+struct Evaluation {
+  std::vector<Evaluated> prolines;
+  std::size_t labelled = 0;             ///< prolines with a label by structure
+  std::size_t notPredicted = 0;         ///< of these, too few shifts or at an end of the chain
+  std::size_t repeated = 0;             ///< of these, same window as one before
+  std::vector<std::size_t> notANumber;  ///< labels whose probability is none: shifts far from both classes
+};
+
+/// One for each label; nothing where the program does not predict, or where there is no label by structure.
+using Predictions = std::vector<std::optional<ProlinePrediction>>;
+
+/// Predicts all labels by structure with the tables of the run object.
+Predictions predictAll(ZORVELA& run, const LabelledProlines& data);
+
+/// Predicts each label by structure with tables that are trained without its fold: clusters are dealt out to
+/// the folds, and entries and windows of a fold are left out together with its clusters. Error if
+/// there are fewer clusters than folds, or a fold leaves no cis or no trans to train on.
+Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
+                          const TrainingChoices& choices);
+
+/// What is scored: the first predicted proline of each window, in the order of the labels. Error if
+/// there is none.
+Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions);
+
+}  // namespace zorvela

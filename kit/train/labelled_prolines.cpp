@@ -1,0 +1,195 @@
+// Reads labels and shift tables; keeps the secondary shifts and hands them back to the program's classes.
+#include "train/labelled_prolines.h"
+
+#include <sys/stat.h>  // for stat
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+#include <utility>
+
+#include "cli/progress.h"
+#include "predict/tables.h"
+#include "train/strict_csv.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+// --- Labels -------------------------------------------------------------------------------------
+
+namespace {
+
+const std::string kCorrectLine = "correct or remove the line";
+
+std::optional<Omega> structureLabel(const StrictCsv& csv, const StrictCsv::Row& row, std::size_t column) {
+  const std::string& text = row.fields[column];
+  if (text.empty()) return std::nullopt;
+  if (text == "cis") return Omega::cis;
+  if (text == "trans") return Omega::trans;
+  csv.fail(row, "label_structure is \"" + text + "\", not cis, trans or empty", kCorrectLine);
+}
+
+ShiftLabel shiftLabel(const StrictCsv& csv, const StrictCsv::Row& row, std::size_t column) {
+  if (column >= row.fields.size()) return ShiftLabel::none;
+  const std::string& text = row.fields[column];
+  if (text.empty()) return ShiftLabel::none;
+  if (text == "cis") return ShiftLabel::cis;
+  if (text == "trans") return ShiftLabel::trans;
+  if (text == "unclear") return ShiftLabel::unclear;
+  csv.fail(row, "label_shift is \"" + text + "\", not cis, trans, unclear or empty", kCorrectLine);
+}
+
+}  // namespace
+
+LabelFile::LabelFile(const std::string& file) : path(file) {
+  const StrictCsv csv(path);
+  const std::size_t entry = csv.column("entry");
+  const std::size_t resid = csv.column("resid");
+  const std::size_t structure = csv.column("label_structure");
+  const std::size_t cluster = csv.column("cluster");
+  const std::size_t byShift = csv.findColumn("label_shift");
+  std::set<std::pair<std::string, int>> seen;
+  for (const StrictCsv::Row& row : csv.rows) {
+    ProlineLabel label;
+    label.line = row.line;
+    label.entry = row.fields[entry];
+    label.resid = csv.integer(row, resid);
+    label.structure = structureLabel(csv, row, structure);
+    label.byShift = shiftLabel(csv, row, byShift);
+    label.cluster = row.fields[cluster];
+    if (label.entry.empty() || label.entry.find('/') != std::string::npos)
+      csv.fail(row, "entry is \"" + label.entry + "\", no name of a shift table", kCorrectLine);
+    if (label.cluster.empty()) csv.fail(row, "cluster is empty", "give each protein a cluster");
+    if (!seen.emplace(label.entry, label.resid).second)
+      csv.fail(row, "residue " + std::to_string(label.resid) + " of " + label.entry + " is labelled twice",
+               "remove one of the lines");
+    prolines.push_back(std::move(label));
+  }
+  if (prolines.empty()) throw Error(path, 0, "has no prolines", "give a file with a line for each proline");
+}
+
+// --- Entries ------------------------------------------------------------------------------------
+
+namespace {
+
+const std::string kAtomCB = "CB";
+
+/// Reads one shift table and has the program make its secondary shifts.
+EntryShifts readEntry(const std::string& name, const std::string& path, ZORVELA& run) {
+  run.csTable = loadTable(path, "give a shift table in the program's format");
+  run.rcShifts.clear();
+  run.missingCount.clear();
+  run.cgShifts.clear();
+  run.firstResid = 1;
+  run.lastResid = 1;
+  run.getResInfo();
+
+  EntryShifts entry;
+  entry.name = name;
+  for (int resid = 1; resid <= run.seqLength; ++resid) {
+    entry.names.push_back(run.resNames[resid]);
+    entry.missing.push_back(run.missingCount[resid]);
+  }
+  entry.secondary.resize(entry.names.size());
+  std::size_t cell = 0;
+  for (const auto& [number, row] : run.resTable.entries) {
+    entry.secondary[cell / kAtomsPerResidue][cell % kAtomsPerResidue] = GDB::toFloat(GDB::cell(row, "SHIFT"));
+    ++cell;
+  }
+  entry.cg = run.cgShifts;
+  for (const auto& [resid, shift] : entry.cg) {
+    const GDB::Row* row = run.csTable.findEntry("RESID", std::to_string(resid), "ATOMNAME", kAtomCB, 1);
+    if (row != nullptr) entry.cb[resid] = GDB::toFloat(GDB::cell(*row, "SHIFT"));
+  }
+  return entry;
+}
+
+std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
+  std::string path = folder + "/" + label.entry + ".tab";
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0)
+    throw Error(labels.path, label.line, "there is no shift table " + path + " for entry " + label.entry,
+                "add the file or remove the lines of the entry");
+  return path;
+}
+
+void checkIsProline(const LabelFile& labels, const ProlineLabel& label, const EntryShifts& entry) {
+  const std::string where = "residue " + std::to_string(label.resid) + " of " + label.entry;
+  if (label.resid < 1 || label.resid > entry.length())
+    throw Error(labels.path, label.line,
+                where + " is outside the sequence of " + std::to_string(entry.length()) + " residues",
+                kCorrectLine);
+  const std::string& name = entry.names[static_cast<std::size_t>(label.resid) - 1];
+  if (name != "P" && name != "p")
+    throw Error(labels.path, label.line, where + " is " + name + ", no proline", kCorrectLine);
+}
+
+/// Nine residues around a proline, in capitals; "-" beyond the ends. Prolines with the same window are
+/// taken as the same proline, measured more than once.
+std::string window(const EntryShifts& entry, int resid) {
+  constexpr int kReach = 4;
+  std::string text;
+  for (int i = resid - kReach; i <= resid + kReach; ++i) {
+    const bool inside = i >= 1 && i <= entry.length();
+    const std::string name = inside ? entry.names[static_cast<std::size_t>(i) - 1] : "-";
+    for (const char c : name) text += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  }
+  return text;
+}
+
+std::size_t entryCount(const LabelFile& labels) {
+  std::set<std::string> names;
+  for (const ProlineLabel& label : labels.prolines) names.insert(label.entry);
+  return names.size();
+}
+
+}  // namespace
+
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run) {
+  LabelledProlines data{LabelFile(labelsPath), {}, {}, {}};
+  Progress progress("Reading shift tables", entryCount(data.labels));
+  std::map<std::string, std::size_t> known;
+  for (const ProlineLabel& label : data.labels.prolines) {
+    const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
+    if (isNew) {
+      data.entries.push_back(readEntry(label.entry, entryPath(data.labels, label, folder), run));
+      progress.step();
+    }
+    const EntryShifts& entry = data.entries[found->second];
+    checkIsProline(data.labels, label, entry);
+    data.entryOf.push_back(found->second);
+    data.windows.push_back(window(entry, label.resid));
+  }
+  return data;
+}
+
+// --- Back into the program ----------------------------------------------------------------------
+
+EntryView::EntryView(ZORVELA& run, const EntryShifts& entry) : zorvela(run), shifts(entry) {
+  run.resNames.clear();
+  run.missingCount.clear();
+  for (std::size_t i = 0; i < entry.names.size(); ++i) {
+    const int resid = static_cast<int>(i) + 1;
+    run.resNames.emplace_hint(run.resNames.end(), resid, entry.names[i]);
+    run.missingCount.emplace_hint(run.missingCount.end(), resid, entry.missing[i]);
+  }
+  run.seqLength = entry.length();
+  run.cgShifts = entry.cg;
+}
+
+void EntryView::focus(int resid) {
+  zorvela.resTable = GDB();
+  int row = 0;
+  for (int i = std::max(resid - 1, 1); i <= std::min(resid + 1, shifts.length()); ++i) {
+    for (const auto& [key, atom] : zorvela.atomNames) {
+      const float shift =
+          shifts.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];
+      ++row;
+      zorvela.resTable.setEntry(row, "RESID", std::to_string(i));
+      zorvela.resTable.setEntry(row, "ATOMNAME", atom);
+      zorvela.resTable.setEntry(row, "SHIFT", zorvela.ftoa(shift, zorvela.numBuffer, 'g', 6));
+    }
+  }
+}
+
+}  // namespace zorvela

@@ -1,0 +1,80 @@
+// Proteins with shifts whose prolines are known to be cis or trans: what training and evaluation read.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ZORVELA.h"
+
+namespace zorvela {
+
+enum class Omega { cis, trans };
+
+/// What CB - CG of the proline itself says.
+enum class ShiftLabel { none, cis, trans, unclear };
+
+/// One line of the labels file.
+struct ProlineLabel {
+  std::size_t line = 0;            ///< in the labels file
+  std::string entry;               ///< name of the shift table without ".tab"
+  int resid = 0;                   ///< residue number in the shift table
+  std::optional<Omega> structure;  ///< from structures; nothing where there is none
+  ShiftLabel byShift = ShiftLabel::none;
+  std::string cluster;  ///< proteins of one cluster share stretches of sequence
+};
+
+/// The labels file: CSV with the columns entry, resid, label_structure (cis, trans or empty) and cluster;
+/// label_shift (cis, trans, unclear or empty) is read where it is there. Error for a line that is
+/// malformed, has another label, or repeats a proline.
+struct LabelFile {
+  explicit LabelFile(const std::string& path);
+
+  std::string path;
+  std::vector<ProlineLabel> prolines;
+};
+
+/// The secondary shifts of one protein as the program assembles them, in little memory.
+struct EntryShifts {
+  std::string name;
+  std::vector<std::string> names;               ///< one-letter name of residue i + 1
+  std::vector<std::array<float, 6>> secondary;  ///< N, HA, C, CA, CB, HN (ppm); above 99: missing
+  std::vector<int> missing;                     ///< how many of the six are missing
+  std::map<int, float> cg;                      ///< CG of prolines by residue number (ppm), 9999 if absent
+  std::map<int, float> cb;                      ///< observed CB of prolines by residue number (ppm)
+
+  int length() const { return static_cast<int>(names.size()); }
+};
+
+/// All entries of the labels, and the labels in the order of the file.
+struct LabelledProlines {
+  LabelFile labels;
+  std::vector<EntryShifts> entries;  ///< in the order in which the labels name them
+  std::vector<std::size_t> entryOf;  ///< for each label, the index of its entry
+  std::vector<std::string> windows;  ///< for each label, the nine residues around it
+
+  const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
+};
+
+/// Reads the labels and, from `folder`, the shift table of each entry; `run` holds the random-coil
+/// tables by which the program makes secondary shifts. Error, with the line of the labels, for an
+/// entry without a file and for a label of a residue that is no proline.
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run);
+
+/// Puts an entry back into a run object, so that its triplets and predictions can be asked for. Only
+/// the residues around the one that is asked for have rows: call `focus` before each question.
+class EntryView {
+ public:
+  EntryView(ZORVELA& run, const EntryShifts& entry);
+  /// Rows of residues `resid` - 1 to `resid` + 1.
+  void focus(int resid);
+
+ private:
+  ZORVELA& zorvela;
+  const EntryShifts& shifts;
+};
+
+}  // namespace zorvela

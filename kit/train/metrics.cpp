@@ -1,0 +1,219 @@
+// A set is scored with weights: 1 for each proline, or how often its cluster was drawn.
+#include "train/metrics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "train/statistics_tools.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr double kLeastProbability = 0.001;
+constexpr double kMostProbability = 0.999;
+
+/// Indices by ascending score.
+std::vector<std::size_t> byScore(const std::vector<Scored>& set) {
+  std::vector<std::size_t> order(set.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return set[a].score < set[b].score; });
+  return order;
+}
+
+double logLossOf(const Scored& proline) {
+  const double p = std::clamp(proline.probability, kLeastProbability, kMostProbability);
+  return -std::log(proline.isCis ? p : 1 - p);
+}
+
+double brierOf(const Scored& proline) {
+  const double difference = proline.probability - (proline.isCis ? 1 : 0);
+  return difference * difference;
+}
+
+double matthews(double tp, double fp, double tn, double fn) {
+  const double product = (tp + fp) * (tp + fn) * (tn + fp) * (tn + fn);
+  return product > 0 ? (tp * tn - fp * fn) / std::sqrt(product) : 0;
+}
+
+/// Share of pairs of a cis and a trans proline in which the cis scores higher; ties count half.
+double areaUnderCurve(const std::vector<Scored>& set, const std::vector<std::size_t>& order,
+                      const std::vector<double>& weight, double cis, double trans) {
+  double pairs = 0;
+  double transBelow = 0;
+  for (std::size_t begin = 0; begin < order.size();) {
+    double cisHere = 0;
+    double transHere = 0;
+    std::size_t end = begin;
+    for (; end < order.size() && !(set[order[begin]].score < set[order[end]].score); ++end)
+      (set[order[end]].isCis ? cisHere : transHere) += weight[order[end]];
+    pairs += cisHere * (transBelow + 0.5 * transHere);
+    transBelow += transHere;
+    begin = end;
+  }
+  return pairs / (cis * trans);
+}
+
+Figures weightedFigures(const std::vector<Scored>& set, const std::vector<std::size_t>& order,
+                        const std::vector<double>& weight) {
+  double tp = 0, fp = 0, tn = 0, fn = 0, brier = 0, logLoss = 0;
+  bool hasProbabilities = !set.empty();
+  for (std::size_t i = 0; i < set.size(); ++i) {
+    if (set[i].isCis)
+      (set[i].calledCis ? tp : fn) += weight[i];
+    else
+      (set[i].calledCis ? fp : tn) += weight[i];
+    hasProbabilities = hasProbabilities && set[i].probability >= 0;
+    brier += weight[i] * brierOf(set[i]);
+    logLoss += weight[i] * logLossOf(set[i]);
+  }
+  Figures figures;
+  const double cis = tp + fn;
+  const double trans = fp + tn;
+  figures.count = static_cast<std::size_t>(cis + trans);
+  figures.cis = static_cast<std::size_t>(cis);
+  if (cis > 0) figures.sensitivity = tp / cis;
+  if (trans > 0) figures.specificity = tn / trans;
+  if (cis > 0 && trans > 0) {
+    figures.auc = areaUnderCurve(set, order, weight, cis, trans);
+    figures.mcc = matthews(tp, fp, tn, fn);
+  }
+  if (hasProbabilities && cis + trans > 0) {
+    figures.brier = brier / (cis + trans);
+    figures.logLoss = logLoss / (cis + trans);
+  }
+  return figures;
+}
+
+}  // namespace
+
+Figures figuresOf(const std::vector<Scored>& set) {
+  return weightedFigures(set, byScore(set), std::vector<double>(set.size(), 1.0));
+}
+
+// --- Bootstrap ------------------------------------------------------------------------------------
+
+// SplitMix64.
+std::size_t Draw::below(std::size_t bound) {
+  state += 0x9E3779B97F4A7C15ULL;
+  std::uint64_t z = state;
+  z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
+  z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
+  z ^= z >> 31;
+  return static_cast<std::size_t>(z % bound);
+}
+
+namespace {
+
+/// Collects one figure over the rounds.
+class Spread {
+ public:
+  void add(const std::optional<double>& value) {
+    if (value) values.push_back(*value);
+  }
+  std::optional<Interval> interval() {
+    if (values.empty()) return std::nullopt;
+    std::sort(values.begin(), values.end());
+    return Interval{percentile(values, 2.5), percentile(values, 97.5)};
+  }
+
+ private:
+  std::vector<double> values;
+};
+
+}  // namespace
+
+FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint64_t seed) {
+  std::vector<std::size_t> clusters;
+  clusters.reserve(set.size());
+  for (const Scored& proline : set) clusters.push_back(proline.cluster);
+  std::sort(clusters.begin(), clusters.end());
+  clusters.erase(std::unique(clusters.begin(), clusters.end()), clusters.end());
+  std::vector<std::size_t> place;  // of the cluster of each proline among those of the set
+  place.reserve(set.size());
+  for (const Scored& proline : set)
+    place.push_back(static_cast<std::size_t>(
+        std::lower_bound(clusters.begin(), clusters.end(), proline.cluster) - clusters.begin()));
+
+  const std::vector<std::size_t> order = byScore(set);
+  Draw draw(seed);
+  Spread auc, sensitivity, specificity, mcc, brier, logLoss;
+  std::vector<double> drawn(clusters.size());
+  std::vector<double> weight(set.size());
+  for (int round = 0; round < rounds; ++round) {
+    std::fill(drawn.begin(), drawn.end(), 0.0);
+    for (std::size_t i = 0; i < clusters.size(); ++i) drawn[draw.below(clusters.size())] += 1;
+    for (std::size_t i = 0; i < set.size(); ++i) weight[i] = drawn[place[i]];
+    const Figures figures = weightedFigures(set, order, weight);
+    auc.add(figures.auc);
+    sensitivity.add(figures.sensitivity);
+    specificity.add(figures.specificity);
+    mcc.add(figures.mcc);
+    brier.add(figures.brier);
+    logLoss.add(figures.logLoss);
+  }
+  return {auc.interval(), sensitivity.interval(), specificity.interval(),
+          mcc.interval(), brier.interval(),       logLoss.interval()};
+}
+
+// --- Curves ---------------------------------------------------------------------------------------
+
+std::vector<RocPoint> rocCurve(const std::vector<Scored>& set) {
+  std::vector<std::size_t> order = byScore(set);
+  std::reverse(order.begin(), order.end());
+  double cis = 0;
+  for (const Scored& proline : set) cis += proline.isCis ? 1 : 0;
+  const double trans = static_cast<double>(set.size()) - cis;
+  if (!(cis > 0) || !(trans > 0)) return {};
+  std::vector<RocPoint> curve;
+  double tp = 0, fp = 0;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    (set[order[i]].isCis ? tp : fp) += 1;
+    const double score = set[order[i]].score;
+    if (i + 1 == order.size() || set[order[i + 1]].score < score)
+      curve.push_back({score, fp / trans, tp / cis});
+  }
+  return curve;
+}
+
+namespace {
+
+/// Wilson's interval for a share, 95 %.
+Interval wilson(std::size_t hits, std::size_t count) {
+  constexpr double kZ = 1.959964;
+  const auto n = static_cast<double>(count);
+  const double share = static_cast<double>(hits) / n;
+  const double centre = (share + kZ * kZ / (2 * n)) / (1 + kZ * kZ / n);
+  const double half = kZ * std::sqrt(share * (1 - share) / n + kZ * kZ / (4 * n * n)) / (1 + kZ * kZ / n);
+  return {std::max(0.0, centre - half), std::min(1.0, centre + half)};
+}
+
+}  // namespace
+
+std::vector<CalibrationBin> calibration(const std::vector<Scored>& set, const std::vector<double>& edges) {
+  std::vector<CalibrationBin> bins;
+  for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
+    CalibrationBin bin;
+    bin.from = edges[i];
+    bin.below = edges[i + 1];
+    const bool isLast = i + 2 == edges.size();
+    for (const Scored& proline : set) {
+      if (proline.probability < bin.from) continue;
+      if (isLast ? proline.probability > bin.below : proline.probability >= bin.below) continue;
+      ++bin.count;
+      bin.cis += proline.isCis ? 1 : 0;
+      bin.meanProbability += proline.probability;
+    }
+    if (bin.count > 0) {
+      bin.meanProbability /= static_cast<double>(bin.count);
+      bin.share = static_cast<double>(bin.cis) / static_cast<double>(bin.count);
+      bin.interval = wilson(bin.cis, bin.count);
+    }
+    bins.push_back(bin);
+  }
+  return bins;
+}
+
+}  // namespace zorvela

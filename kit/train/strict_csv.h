@@ -1,0 +1,40 @@
+// A CSV file of data for training: a header, then lines with as many fields as the header.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+class StrictCsv {
+ public:
+  struct Row {
+    std::size_t line = 0;  ///< in the file, from 1
+    std::vector<std::string> fields;
+  };
+
+  /// Reads the file. Empty lines are skipped. Error where the file cannot be read or has no header,
+  /// where a line has another number of fields than the header, or a field a quote (none of these files
+  /// needs one).
+  explicit StrictCsv(const std::string& path);
+
+  /// Index of a column; Error where the header lacks it.
+  std::size_t column(const std::string& name) const;
+  /// Index of a column; the number of columns where the header lacks it.
+  std::size_t findColumn(const std::string& name) const;
+  bool hasColumn(const std::string& name) const { return findColumn(name) < header.size(); }
+
+  /// A whole number in a field; Error where it is none or does not fit.
+  int integer(const Row& row, std::size_t column) const;
+  /// A finite decimal number in a field; Error where it is none.
+  double number(const Row& row, std::size_t column) const;
+  /// A Error that names the file, the line of the row and the cause.
+  [[noreturn]] void fail(const Row& row, const std::string& what, const std::string& remedy) const;
+
+  std::string path;
+  std::vector<std::string> header;
+  std::vector<Row> rows;
+};
+
+}  // namespace zorvela

@@ -1,0 +1,50 @@
+// Numbers are printed with fixed formats, so that the same values give the same bytes on every machine.
+#include "train/table_cells.h"
+
+#include <cstdio>
+
+namespace zorvela {
+
+std::vector<std::string> rowNames() {
+  std::vector<std::string> names;
+  for (const char type : kResidueTypes) names.emplace_back(1, type);
+  names.push_back(kDisulfide);
+  names.push_back(kKnownCis);
+  return names;
+}
+
+GDB startTable(const std::vector<std::string>& remarks, const std::string& columns,
+               const std::string& formats) {
+  GDB table;
+  for (const std::string& remark : remarks) table.addRemark(remark);
+  table.VARS_str_parser(columns);
+  table.FORMAT_str_parser(formats);
+  return table;
+}
+
+void addRow(GDB& table, const std::vector<std::string>& cells) {
+  const int row = table.getEntryCount() + 1;
+  for (std::size_t i = 0; i < cells.size(); ++i)
+    table.setEntry(row, table.columnNames.at(static_cast<int>(i)), cells[i]);
+}
+
+std::string fixed(double value, int decimals) {
+  char text[400];  // the largest double has 309 digits before the point
+  std::snprintf(text, sizeof text, "%.*f", decimals, value);
+  const bool isZero = std::string(text).find_first_not_of("-0.") == std::string::npos;
+  return isZero && text[0] == '-' ? text + 1 : text;
+}
+
+std::string shortest(double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%g", value);
+  return text;
+}
+
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string all;
+  for (std::size_t i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+}  // namespace zorvela

@@ -1,0 +1,158 @@
+// Small text helpers of the readers.
+#include "util/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace zorvela {
+
+namespace {
+
+char upperLetter(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+char lowerLetter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isControl(char c) {
+  const auto code = static_cast<unsigned char>(c);
+  return code < ' ' || code == 0x7F;
+}
+
+// Digits with at most one point among them, after an optional minus sign.
+bool isPlainDecimal(std::string_view text) {
+  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
+  bool digitSeen = false;
+  bool pointSeen = false;
+  for (const char c : text) {
+    if (c == '.' && !pointSeen)
+      pointSeen = true;
+    else if (isDigit(c))
+      digitSeen = true;
+    else
+      return false;
+  }
+  return digitSeen;
+}
+
+// Only what a decimal number with an exponent is made of: no hexadecimal digits, no "nan", no "inf".
+bool isScientific(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return isDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
+  });
+}
+
+// Longer numbers are rounded: no spectrometer measures that many digits.
+constexpr std::size_t kLongestNumber = 24;
+constexpr double kLargestShift = 1e9;
+
+std::optional<std::string> rounded(const std::string& text) {
+  char* end = nullptr;
+  const double value = std::strtod(text.c_str(), &end);
+  if (end != text.c_str() + text.size() || !std::isfinite(value) || std::fabs(value) > kLargestShift)
+    return std::nullopt;
+  char buffer[40];
+  std::snprintf(buffer, sizeof buffer, "%.6f", value);
+  return buffer;
+}
+
+}  // namespace
+
+std::string upper(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), upperLetter);
+  return result;
+}
+
+std::string lower(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), lowerLetter);
+  return result;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lowerLetter(x) == lowerLetter(y); });
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || isControl(text.front()))) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || isControl(text.back()))) text.remove_suffix(1);
+  return text;
+}
+
+std::string printable(std::string_view text, std::size_t most) {
+  std::string result(text.substr(0, most));
+  std::replace_if(result.begin(), result.end(), isControl, ' ');
+  // No half of a multi-byte character at the cut.
+  if (text.size() > most) {
+    while (!result.empty() && (static_cast<unsigned char>(result.back()) & 0xC0) == 0x80) result.pop_back();
+    if (!result.empty() && (static_cast<unsigned char>(result.back()) & 0x80) != 0) result.pop_back();
+    result += "...";
+  }
+  return result;
+}
+
+std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos) {
+  if (pos >= text.size()) return std::nullopt;
+  const std::size_t end = std::min(text.find_first_of("\r\n", pos), text.size());
+  const std::string_view line = text.substr(pos, end - pos);
+  const bool isPair = end + 1 < text.size() && text[end] == '\r' && text[end + 1] == '\n';
+  pos = end + (isPair ? 2 : 1);
+  return line;
+}
+
+std::optional<int> toInteger(std::string_view text) {
+  bool isNegative = false;
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
+    isNegative = text.front() == '-';
+    text.remove_prefix(1);
+  }
+  constexpr int kLargest = 2147483647;
+  if (text.empty()) return std::nullopt;
+  int value = 0;
+  for (const char c : text) {
+    if (!isDigit(c) || value > (kLargest - (c - '0')) / 10) return std::nullopt;
+    value = value * 10 + (c - '0');
+  }
+  return isNegative ? -value : value;
+}
+
+std::optional<std::string> toDecimal(std::string_view text) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  if (text.size() <= kLongestNumber && isPlainDecimal(text)) return std::string(text);
+  if (isScientific(text)) return rounded(std::string(text));
+  return std::nullopt;
+}
+
+std::string enumerated(const std::vector<std::string>& items, std::size_t most) {
+  std::string result;
+  const std::size_t shown = items.size() > most ? most : items.size();
+  for (std::size_t i = 0; i < shown; ++i) result += (i > 0 ? ", " : "") + items[i];
+  if (items.size() > shown) result += " and " + std::to_string(items.size() - shown) + " more";
+  return result;
+}
+
+std::string counted(std::size_t count, const std::string& one, const std::string& many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string withoutControls(std::string text) {
+  for (char& c : text)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+  return text;
+}
+
+}  // namespace zorvela

@@ -3,71 +3,35 @@
 // A table has named columns (VARS), a printf-style item for each (FORMAT), rows of text cells
 // numbered from 1, DATA pairs, REMARK lines and the protein's sequence. The sources:
 //   table_model.cpp   rows, columns, pairs, remarks, residues
-//   table_index.cpp   how rows are found by value
 //   table_text.cpp    splitting and white space
 //   table_reader.cpp  from a file
 //   table_writer.cpp  to a file, and the two standard layouts
 #pragma once
 
 #include <cstddef>      // for std::size_t
-#include <cstdlib>      // for std::exit
-#include <iosfwd>       // for std::ostream
+#include <iosfwd>       // for std::istream, std::ostream
 #include <map>          // for std::map
+#include <stdexcept>    // for std::runtime_error
 #include <string>       // for std::string
 #include <string_view>  // for std::string_view
 #include <utility>      // for std::pair
 #include <vector>       // for std::vector
 
-#include "Rows.h"
-
-/// Ends the process with an exit status. Every early end of a run goes through this pointer, so that
-/// a program which must outlive a bad file (the companion, the fuzzers) can put a function that
-/// throws in its place.
-inline void (*endRun)(int status) = std::exit;
-
-/// Where the rows with a given cell text are, per column. Built on the first search of a column and
-/// forgotten at every change of the rows. It holds row numbers and hashes only, never addresses: each
-/// hit is compared with the table itself, and a copied table starts without an index.
-class RowIndex {
+/// A table that cannot be read. `what()` is the message that `loadGDB` prints, without the tab before it.
+class TableError : public std::runtime_error {
  public:
-  static constexpr int kNone = -1;
-  /// Consecutive rows whose cells have the same hash: the rows of one residue stand together.
-  struct Run {
-    std::size_t hash;
-    int firstRow;
-    int lastRow;
-    int next = kNone;  ///< the next run in the same bucket
-  };
-  struct Column {
-    std::size_t rowCount = 0;
-    std::vector<Run> runs;           ///< in the order of the rows
-    std::vector<int> firstInBucket;  ///< by hash modulo the number of buckets
-  };
+  explicit TableError(const std::string& message, std::size_t lineNumber = 0)
+      : std::runtime_error(message), line(lineNumber) {}
 
-  RowIndex() = default;
-  RowIndex(const RowIndex&) {}
-  RowIndex(RowIndex&&) noexcept {}
-  RowIndex& operator=(const RowIndex&) {
-    forget();
-    return *this;
-  }
-  RowIndex& operator=(RowIndex&&) noexcept {
-    forget();
-    return *this;
-  }
-  ~RowIndex() = default;
-
-  void forget() { columns.clear(); }
-
-  std::map<std::string, Column> columns;
+  std::size_t line;  ///< in the file, from 1; 0 where no line is to blame
 };
 
 class GDB {
  public:
   /// A row: column name to cell text, ordered by name. A row need not hold every column.
-  using Row = ::Row;
+  using Row = std::map<std::string, std::string>;
   /// Rows by number.
-  using Rows = ::Rows;
+  using Rows = std::map<int, Row>;
 
   /// An empty table.
   GDB() = default;
@@ -82,7 +46,8 @@ class GDB {
   /// so walk the rows through `entries`, never by counting.
   Row getEntry(int row);
   /// A copy of the n-th row (from 1, in row order) whose cell `col` is exactly `value`; an empty row
-  /// if there is none. A cell that a row lacks counts as empty text.
+  /// if there is none. A cell that a row lacks counts as empty text. Walks the rows, so that it sees
+  /// every change of them.
   Row getEntry(const std::string& col, const std::string& value, int n) const;
   /// The same for two cells at once.
   Row getEntry(const std::string& col1, const std::string& value1, const std::string& col2,
@@ -92,8 +57,6 @@ class GDB {
   /// The same for two cells at once.
   const Row* findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
                        const std::string& value2, int n) const;
-  /// All rows whose cell `col` is exactly `value`, in row order. Valid until the table changes.
-  std::vector<const Row*> findEntries(const std::string& col, const std::string& value) const;
   /// The text of a cell; empty text if the row lacks it.
   static const std::string& cell(const Row& row, const std::string& col);
 
@@ -123,6 +86,9 @@ class GDB {
   /// Sets all formats from "%4d %1s ..." and empties the rows. As many "%" as columns, else the table
   /// has no formats; a bad item ends the process with status 0 after a message.
   void FORMAT_str_parser(const std::string& text);
+  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: throws TableError and
+  /// leaves the table as it was.
+  void setFormats(const std::string& text);
   /// Whether a format item is one the format knows: one "%", first; digits, "-" and "."; one of s, d
   /// and f, last. Blanks around it do not count.
   static bool checkFormat(const std::string& item);
@@ -145,7 +111,10 @@ class GDB {
   /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
   /// line throws std::out_of_range.
   void loadGDB(const std::string& fileName);
-  /// What `loadGDB` reads, from a stream.
+  /// What `loadGDB` does, for a program that must outlive a bad file: throws TableError where the file
+  /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
+  void readFile(const std::string& fileName);
+  /// What `readFile` reads, from a stream.
   void readTable(std::istream& in);
   /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
   /// standard error and nothing else.
@@ -194,7 +163,7 @@ class GDB {
 
   std::string className;                  ///< name given to `presetClass`
   bool plaintext = false;                 ///< write rows only
-  char formatScratch[kScratchSize] = {};  ///< a formatted cell; longer ones go past it, never over it
+  char formatScratch[kScratchSize] = {};  ///< the last format item or formatted cell, as far as it fits
   std::string fileName;                   ///< file last read
   std::string formatText;                 ///< last FORMAT line, after the keyword
   std::string varsText;                   ///< last VARS line, after the keyword, white space simplified
@@ -213,19 +182,18 @@ class GDB {
   bool formatHoldsOnce(int i, char letter) const;
   int columnOf(const std::string& name) const;
   static bool acceptsColumn(const std::string& name, const std::string& format);
-  void clearRows();
+  void passThroughScratch(const std::string& item);
   static std::pair<std::string_view, std::string_view> splitPair(const std::string& line);
 
-  // Searches.
-  template <class Visit>
-  void visitMatches(const std::string& col, const std::string& value, Visit visit) const;
-  const RowIndex::Column& indexOf(const std::string& col) const;
+  template <class Matches>
+  const Row* findRow(int n, Matches matches) const;
 
   // Reading.
   struct ReadState;
+  void readLines(std::istream& in);
   void readLine(const std::string& line, ReadState& state);
   void storeRow(ReadState& state);
-  void nameRows(ReadState& state) const;
+  void nameCells(ReadState& state) const;
   void readKeyword(const std::string& line, std::string_view word, ReadState& state);
   void readSequence();
 
@@ -236,6 +204,4 @@ class GDB {
   void writeCell(std::ostream& out, const std::string& item, const std::string& text);
   template <class Value>
   void writeFormatted(std::ostream& out, const std::string& item, Value value);
-
-  mutable RowIndex index;
 };

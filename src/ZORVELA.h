@@ -1,11 +1,17 @@
 // One run: from a table of chemical shifts to the probability of cis for every proline.
 //
 // The sources, in the order of the run:
-//   settings.cpp        options, directories, file names
-//   shift_assembly.cpp  reference tables and secondary shifts
-//   shift_checks.cpp    clipping, outliers, referencing
-//   prediction.cpp      proline databases, triplets, probabilities, output
-//   statistics.cpp      numbers to text, means and deviations
+//   settings.cpp           options, directories, file names
+//   load_tables.cpp        input table, reference tables, proline databases
+//   reference_shifts.cpp   random-coil shifts and corrections of a residue type
+//   shift_assembly.cpp     input shifts to secondary shifts
+//   residue_rows.cpp       the rows of a residue in a shift table
+//   check_report.cpp       outliers, referencing
+//   clipping.cpp           secondary shifts into their limits
+//   triplet.cpp            a residue and its neighbours
+//   prediction.cpp         the run from end to end, probabilities
+//   prediction_output.cpp  output table, listing
+//   statistics.cpp         numbers to text, means and deviations
 #pragma once
 
 #include <array>     // for std::array
@@ -49,7 +55,9 @@ struct ReferencingOffset {
   bool recommended = false;  ///< the offset calls for a correction
 };
 
-/// The run object: settings, tables and per-residue results of one run. It is not copied.
+class ResidueRows;
+
+/// The run object: settings, tables and per-residue results of one run. It is moved, not copied.
 class ZORVELA {
  public:
   // --- Settings ---------------------------------------------------------------------------------
@@ -61,6 +69,8 @@ class ZORVELA {
   explicit ZORVELA(const std::string& inputName);
   ZORVELA(const ZORVELA&) = delete;
   ZORVELA& operator=(const ZORVELA&) = delete;
+  ZORVELA(ZORVELA&&) noexcept = default;
+  ZORVELA& operator=(ZORVELA&&) noexcept = default;
   ~ZORVELA() = default;
 
   /// Sets every run setting from option names and values; an empty value counts as not given.
@@ -122,8 +132,11 @@ class ZORVELA {
   /// Whether a triplet lies inside the sequence and at most one of its residues lacks more than three
   /// of its six shifts.
   bool testTriplet(std::map<std::string, std::string> record);
-  /// Predicts one residue; nothing where the triplet fails its test or the residue is no proline.
+  /// Predicts one residue; nothing where the triplet fails its test or the residue is no proline. Walks
+  /// all secondary shifts.
   std::optional<ProlinePrediction> predictProline(int r);
+  /// The same for many residues with one walk: an entry for each of them, in their order.
+  std::vector<std::optional<ProlinePrediction>> predictProlines(const std::vector<int>& residues);
 
   // --- Statistics ---------------------------------------------------------------------------------
 
@@ -192,7 +205,7 @@ class ZORVELA {
   int seqLength = 0;      ///< residues in the sequence
   std::string spareName;  ///< not used
 
-  PooledMap<int, NamedMap<float>> rcShifts;  ///< residue, atom to reference shift (ppm)
+  std::map<int, std::map<std::string, float>> rcShifts;  ///< residue, atom to reference shift (ppm)
 
   std::string proCsName;                                  ///< shift statistics of prolines
   std::string proSeqName;                                 ///< neighbour statistics of prolines
@@ -209,10 +222,9 @@ class ZORVELA {
  private:
   // Shift assembly.
   void startResTable();
-  class InputRows;
-  void checkSequence(InputRows& input);
+  void checkSequence();
   void clampRange();
-  void assembleResidues(InputRows& input);
+  void assembleResidues();
   GDB::Row& addResRow(const GDB::Row* observed, int resid, const std::string& name, const std::string& atom);
   std::string shiftText(float shift);
 
@@ -222,9 +234,12 @@ class ZORVELA {
 
   // Prediction.
   std::vector<int> residuesToVisit() const;
+  std::map<std::string, std::string> tripletOf(int r, const ResidueRows& secondaryShifts);
+  std::optional<ProlinePrediction> predictResidue(int r, const ResidueRows& secondaryShifts);
   bool hasEnoughShifts(const std::map<std::string, std::string>& triplet);
   float cisProbability(std::map<std::string, std::string>& triplet, const std::array<std::string, 3>& names,
                        float cgShift);
+  static GDB startPredictions();
   void addPrediction(GDB& table, const ProlinePrediction& prediction);
   void printListing(const GDB& table);
 };

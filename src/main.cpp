@@ -1,5 +1,6 @@
 // The command line: options to a map, one run, the time it took.
 #include <algorithm>  // for std::find
+#include <cstdlib>    // for std::exit
 #include <ctime>      // for std::clock
 #include <iostream>   // for std::cout, std::cerr
 
@@ -37,7 +38,7 @@ Args readOptions(const std::string& line, const std::vector<std::string>& known)
     auto [name, value] = readOption(piece);
     if (std::find(known.begin(), known.end(), name) == known.end()) {
       std::cerr << " Invaid arg name -" << name << std::endl;
-      endRun(0);
+      std::exit(0);
     }
     args[name] = isFlag(name) ? "true" : value;
   }

@@ -1,6 +1,6 @@
 // Run settings: option names, directories, file names and option values.
 #include <cmath>     // for std::isnan
-#include <cstdlib>   // for std::getenv
+#include <cstdlib>   // for std::exit, std::getenv
 #include <iostream>  // for std::cerr, std::cout
 #include <tuple>     // for std::tie
 #include <utility>   // for std::pair
@@ -153,7 +153,7 @@ void ZORVELA::setArgs(std::map<std::string, std::string> args) {
 void ZORVELA::printSyntax() {
   std::cerr << kUsage;
   std::cerr.flush();
-  endRun(0);
+  std::exit(0);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): part of the interface

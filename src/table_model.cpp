@@ -15,9 +15,6 @@ int GDB::getEntryCount() const {
 }
 
 GDB::Row GDB::getEntry(int row) {
-  const auto found = entries.find(row);
-  if (found != entries.end()) return found->second;
-  index.forget();
   return entries[row];
 }
 
@@ -32,18 +29,36 @@ GDB::Row GDB::getEntry(const std::string& col1, const std::string& value1, const
   return row ? *row : Row();
 }
 
+// The n-th row for which `matches` holds.
+template <class Matches>
+const GDB::Row* GDB::findRow(int n, Matches matches) const {
+  if (n <= 0) return nullptr;
+  for (const auto& [number, row] : entries)
+    if (matches(row) && --n == 0) return &row;
+  return nullptr;
+}
+
+const GDB::Row* GDB::findEntry(const std::string& col, const std::string& value, int n) const {
+  return findRow(n, [&](const Row& row) { return cell(row, col) == value; });
+}
+
+const GDB::Row* GDB::findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
+                               const std::string& value2, int n) const {
+  return findRow(n, [&](const Row& row) { return cell(row, col1) == value1 && cell(row, col2) == value2; });
+}
+
+const std::string& GDB::cell(const Row& row, const std::string& col) {
+  static const std::string lacking;
+  const auto found = row.find(col);
+  return found == row.end() ? lacking : found->second;
+}
+
 void GDB::setEntry(int row, const std::string& col, const std::string& value) {
-  index.forget();
   entries[row][col] = value;
 }
 
 void GDB::addEntry(const std::string& col, const std::string& value) {
   setEntry(getEntryCount() + 1, col, value);
-}
-
-void GDB::clearRows() {
-  index.forget();
-  entries.clear();
 }
 
 // --- Columns ------------------------------------------------------------------------------------

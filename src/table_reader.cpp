@@ -2,8 +2,11 @@
 //
 // REMARK, DATA, VARS and FORMAT lines are told by their first word; any other line is a row if a FORMAT
 // line came before and it has as many words as the table has columns. What fits nowhere is skipped.
-#include <fstream>   // for std::ifstream
-#include <iostream>  // for std::cerr
+#include <algorithm>  // for std::min
+#include <cstdlib>    // for std::exit
+#include <cstring>    // for std::memcpy
+#include <fstream>    // for std::ifstream
+#include <iostream>   // for std::cerr
 
 #include "GDB.h"
 
@@ -36,35 +39,58 @@ bool isConversion(char c) {
   return c == 's' || c == 'd' || c == 'f';
 }
 
+// Reads for a user of the program, whose run a bad table ends.
+template <class Read>
+void readOrExit(Read read) {
+  try {
+    read();
+  } catch (const TableError& error) {
+    std::cerr << '\t' << error.what() << std::endl;
+    std::exit(0);
+  }
+}
+
 }  // namespace
 
 struct GDB::ReadState {
+  std::size_t lineNumber = 0;
   int nextRow = 1;
   bool formatSeen = false;
   std::vector<std::string_view> words;
-  // The names that the rows share, and for each of them the index of its word in the line.
-  std::shared_ptr<Row::Names> names;
-  std::vector<std::size_t> wordOfName;
-  std::vector<std::string_view> cells;
+  // The cells of a row in the order of their names, and the index of their words in the line.
+  std::vector<std::pair<std::string, std::size_t>> cells;
 };
 
 void GDB::loadGDB(const std::string& file) {
+  readOrExit([&] { readFile(file); });
+}
+
+void GDB::FORMAT_str_parser(const std::string& text) {
+  readOrExit([&] { setFormats(text); });
+}
+
+void GDB::readFile(const std::string& file) {
   fileName = file;
-  std::ifstream in(file);
-  if (!in) {
-    std::cerr << "\tCan't open file " << file << " for reading" << std::endl;
-    endRun(0);
-    return;
-  }
+  std::ifstream in(fileName);
+  if (!in) throw TableError("Can't open file " + fileName + " for reading");
   readTable(in);
 }
 
+// A failure leaves no half-read table: what is read goes into a copy first.
 void GDB::readTable(std::istream& in) {
-  index.forget();
+  GDB table = *this;
+  table.readLines(in);
+  *this = std::move(table);
+}
+
+void GDB::readLines(std::istream& in) {
   plaintext = false;
   ReadState state;
-  nameRows(state);
-  for (std::string line; std::getline(in, line);) readLine(line, state);
+  nameCells(state);
+  for (std::string line; std::getline(in, line);) {
+    ++state.lineNumber;
+    readLine(line, state);
+  }
   readSequence();
 }
 
@@ -79,26 +105,17 @@ void GDB::readLine(const std::string& line, ReadState& state) {
 }
 
 void GDB::storeRow(ReadState& state) {
-  state.cells.clear();
-  for (const std::size_t word : state.wordOfName) state.cells.push_back(state.words[word]);
-  Row& row = entries[state.nextRow++];
-  if (row.empty()) {
-    row = Row(state.names, state.cells);
-  } else {
-    for (std::size_t i = 0; i < state.cells.size(); ++i) row[(*state.names)[i]] = state.cells[i];
-  }
+  Row& row = entries.try_emplace(entries.end(), state.nextRow++)->second;
+  for (const auto& [name, word] : state.cells)
+    row.insert_or_assign(row.end(), name, std::string(state.words[word]));
 }
 
 // Of two columns with one name the later one stays.
-void GDB::nameRows(ReadState& state) const {
+void GDB::nameCells(ReadState& state) const {
   std::map<std::string, std::size_t> wordOfName;
-  for (const auto& [i, name] : columnNames) wordOfName[name] = static_cast<std::size_t>(i);
-  state.names = std::make_shared<Row::Names>();
-  state.wordOfName.clear();
-  for (const auto& [name, word] : wordOfName) {
-    state.names->push_back(name);
-    state.wordOfName.push_back(word);
-  }
+  for (const auto& [i, name] : columnNames)
+    if (i >= 0 && i < columnCount) wordOfName[name] = static_cast<std::size_t>(i);
+  state.cells.assign(wordOfName.begin(), wordOfName.end());
 }
 
 // The text of a remark or pair starts one character after the keyword, whatever that character is; a
@@ -113,10 +130,14 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
   } else if (word == kVars) {
     varsText = simplifyWhiteSpace(line.substr(kVars.size()));
     VARS_str_parser(varsText);
-    nameRows(state);
+    nameCells(state);
   } else if (word == kFormat) {
     formatText = line.substr(kFormat.size());
-    FORMAT_str_parser(formatText);
+    try {
+      setFormats(formatText);
+    } catch (const TableError& error) {
+      throw TableError(error.what(), state.lineNumber);
+    }
     state.formatSeen = true;
   }
 }
@@ -132,32 +153,38 @@ void GDB::readSequence() {
   }
 }
 
+// The text may be a part of the table itself, so that it is read before anything is emptied.
 void GDB::VARS_str_parser(const std::string& text) {
-  clearRows();
+  std::vector<std::string> names = split(' ', text);
+  entries.clear();
   columnNames.clear();
   columnCount = 0;
-  for (std::string& name : split(' ', text)) columnNames[columnCount++] = std::move(name);
+  for (std::string& name : names) columnNames[columnCount++] = std::move(name);
 }
 
-void GDB::FORMAT_str_parser(const std::string& text) {
-  clearRows();
-  columnFormats.clear();
+void GDB::setFormats(const std::string& text) {
   // The blank makes a first piece, before the first "%", even where the text starts with "%".
   const std::string spaced = " " + text;
   const int items = contains(spaced, '%');
-  if (items != columnCount || items == 0) return;
-
-  const std::vector<std::string> pieces = split('%', spaced);
-  for (int i = 0; i < columnCount; ++i) {
-    const std::size_t piece = static_cast<std::size_t>(i) + 1;
-    const std::string item = "%" + (piece < pieces.size() ? pieces[piece] : std::string());
-    if (!checkFormat(item)) {
-      std::cerr << "\tBad format syntax '" << item << "'" << std::endl;
-      endRun(0);
-      return;
+  std::map<int, std::string> formats;
+  if (items == columnCount && items != 0) {
+    const std::vector<std::string> pieces = split('%', spaced);
+    for (int i = 0; i < columnCount; ++i) {
+      const std::size_t piece = static_cast<std::size_t>(i) + 1;
+      const std::string item = "%" + (piece < pieces.size() ? pieces[piece] : std::string());
+      passThroughScratch(item);
+      if (!checkFormat(item)) throw TableError("Bad format syntax '" + item + "'");
+      formats[i] = item;
     }
-    columnFormats[i] = item;
   }
+  entries.clear();
+  columnFormats = std::move(formats);
+}
+
+void GDB::passThroughScratch(const std::string& item) {
+  const std::size_t size = std::min(item.size(), kScratchSize - 1);
+  std::memcpy(formatScratch, item.data(), size);
+  formatScratch[size] = '\0';
 }
 
 bool GDB::checkFormat(const std::string& item) {

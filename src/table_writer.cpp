@@ -37,7 +37,8 @@ void GDB::writeHeader(std::ostream& out) const {
       out << "DATA " << line << '\n';
   }
   out << "\nVARS   ";
-  for (const auto& [i, name] : columnNames) out << name << ' ';
+  for (const auto& [i, name] : columnNames)
+    if (i >= 0 && i < columnCount) out << name << ' ';
   out << "\nFORMAT ";
   for (const auto& [i, item] : columnFormats) out << item;
   out << "\n\n";

@@ -1,9 +1,9 @@
-// Clipping of extreme secondary shifts, and the report on outliers and referencing.
-#include <cmath>     // for std::fabs, std::sqrt
-#include <cstdio>    // for std::printf, std::puts, std::putchar, std::snprintf
-#include <iostream>  // for std::cout
+// The report on outliers and referencing.
+#include <cmath>   // for std::fabs, std::sqrt
+#include <cstdio>  // for std::printf, std::puts, std::putchar
 
 #include "ZORVELA.h"
+#include "names.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ bool isMarkedOutlier(float shift, float limit, const std::string& atom) {
 std::map<std::string, AtomShifts> shiftsByResidue(const GDB& table) {
   std::map<std::string, AtomShifts> residues;
   for (const auto& [number, row] : table.entries)
-    residues[GDB::cell(row, "RESID")][GDB::cell(row, "ATOMNAME")] = GDB::toFloat(GDB::cell(row, "SHIFT"));
+    residues[GDB::cell(row, kResid)][GDB::cell(row, kAtomName)] = GDB::toFloat(GDB::cell(row, kShift));
   return residues;
 }
 
@@ -61,38 +61,6 @@ FitPoints pointsBelowZero(const std::map<std::string, AtomShifts>& residues, con
 
 }  // namespace
 
-// --- Clipping -----------------------------------------------------------------------------------
-
-float ZORVELA::clipSShift(int resid, float shift, const std::string& atomName) {
-  const std::string& name = resNames[resid];
-  const GDB::Row* row = limitTable.findEntry("RESNAME", name, 1);
-  const float min = row ? GDB::toFloat(GDB::cell(*row, atomName + "_MIN")) : 0.0F;
-  const float max = row ? GDB::toFloat(GDB::cell(*row, atomName + "_MAX")) : 0.0F;
-  float limit = shift;
-  if (shift < min && shift < kMissingBound)
-    limit = min;
-  else if (shift > max && shift < kMissingBound)
-    limit = max;
-  else
-    return shift;
-  if (showDetail) printClipping(resid, name, atomName, shift, limit);
-  return limit;
-}
-
-void ZORVELA::printClipping(int resid, const std::string& name, const std::string& atom, float shift,
-                            float limit) {
-  const auto format = [&](char* out, std::size_t size) {
-    return std::snprintf(out, size, " Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f", resid,
-                         name.c_str(), atom.c_str(), static_cast<double>(shift), static_cast<double>(limit));
-  };
-  std::string line(static_cast<std::size_t>(format(nullptr, 0)) + 1, '\0');
-  format(line.data(), line.size());
-  line.pop_back();
-  std::cout << line << std::endl;
-}
-
-// --- Report -------------------------------------------------------------------------------------
-
 void ZORVELA::checkCS() {
   std::puts("\nChemical shift outlier checking...");
   for (const auto& [number, row] : resTable.entries) reportOutlier(row);
@@ -107,9 +75,9 @@ void ZORVELA::checkCS() {
 }
 
 void ZORVELA::reportOutlier(const GDB::Row& row) {
-  const std::string& atom = GDB::cell(row, "ATOMNAME");
-  const float shift = GDB::toFloat(GDB::cell(row, "SHIFT"));
-  const int resid = GDB::toInt(GDB::cell(row, "RESID"));
+  const std::string& atom = GDB::cell(row, kAtomName);
+  const float shift = GDB::toFloat(GDB::cell(row, kShift));
+  const int resid = GDB::toInt(GDB::cell(row, kResid));
   const float limit = clipSShift(resid, shift, atom);
   if (limit == shift) return;
   std::printf("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f", resid, resNames[resid].c_str(),

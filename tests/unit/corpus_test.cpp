@@ -2,17 +2,13 @@
 #include <cstdint>     // for std::uint8_t
 #include <filesystem>  // for std::filesystem::directory_iterator
 #include <fstream>     // for std::ifstream
-#include <iostream>    // for std::cerr
 #include <iterator>    // for std::istreambuf_iterator
 
 #include "support.h"
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 TEST(Corpus, HoldsWhatTheFuzzerChecks) {
-  const auto exitOfOtherTests = endRun;
-  LLVMFuzzerInitialize(nullptr, nullptr);
   std::size_t count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(FUZZ_CORPUS)) {
     std::ifstream in(entry.path(), std::ios::binary);
@@ -22,6 +18,4 @@ TEST(Corpus, HoldsWhatTheFuzzerChecks) {
     ++count;
   }
   EXPECT_GE(count, 10U);
-  std::cerr.clear();
-  endRun = exitOfOtherTests;
 }

@@ -1,4 +1,4 @@
-// Searches by cell text, in tables that are scanned and in tables that are indexed: same results.
+// Searches by cell text, in small and large tables and after every way of changing them.
 #include <random>   // for std::mt19937
 #include <utility>  // for std::move
 
@@ -33,7 +33,7 @@ std::string shiftOf(const GDB& table, const std::string& resid) {
 
 }  // namespace
 
-// The number of rows of the table: below, at and above the sizes from which a table is indexed.
+// The number of rows of the table.
 class TableSearch : public testing::TestWithParam<int> {
  protected:
   int rows() const { return GetParam(); }
@@ -41,7 +41,7 @@ class TableSearch : public testing::TestWithParam<int> {
   GDB table = numberedTable(GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(Sizes, TableSearch, testing::Values(8, 15, 16, 17, 18, 63, 64, 65, 66, 300));
+INSTANTIATE_TEST_SUITE_P(Sizes, TableSearch, testing::Values(8, 33, 300));
 
 TEST_P(TableSearch, FindsEveryRow) {
   for (int i = 1; i <= rows(); ++i) EXPECT_EQ(shiftOf(table, std::to_string(i)), std::to_string(i * 10));

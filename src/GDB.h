@@ -18,9 +18,9 @@
 #include <vector>       // for std::vector
 
 /// A table that cannot be read. `what()` is the message that `loadGDB` prints, without the tab before it.
-class TableError : public std::runtime_error {
+class BadTable : public std::runtime_error {
  public:
-  explicit TableError(const std::string& message, std::size_t lineNumber = 0)
+  explicit BadTable(const std::string& message, std::size_t lineNumber = 0)
       : std::runtime_error(message), line(lineNumber) {}
 
   std::size_t line;  ///< in the file, from 1; 0 where no line is to blame
@@ -86,7 +86,7 @@ class GDB {
   /// Sets all formats from "%4d %1s ..." and empties the rows. As many "%" as columns, else the table
   /// has no formats; a bad item ends the process with status 0 after a message.
   void FORMAT_str_parser(const std::string& text);
-  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: throws TableError and
+  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: throws BadTable and
   /// leaves the table as it was.
   void setFormats(const std::string& text);
   /// Whether a format item is one the format knows: one "%", first; digits, "-" and "."; one of s, d
@@ -111,7 +111,7 @@ class GDB {
   /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
   /// line throws std::out_of_range.
   void loadGDB(const std::string& fileName);
-  /// What `loadGDB` does, for a program that must outlive a bad file: throws TableError where the file
+  /// What `loadGDB` does, for a program that must outlive a bad file: throws BadTable where the file
   /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
   void readFile(const std::string& fileName);
   /// What `readFile` reads, from a stream.

@@ -44,7 +44,7 @@ template <class Read>
 void readOrExit(Read read) {
   try {
     read();
-  } catch (const TableError& error) {
+  } catch (const BadTable& error) {
     std::cerr << '\t' << error.what() << std::endl;
     std::exit(0);
   }
@@ -72,7 +72,7 @@ void GDB::FORMAT_str_parser(const std::string& text) {
 void GDB::readFile(const std::string& file) {
   fileName = file;
   std::ifstream in(fileName);
-  if (!in) throw TableError("Can't open file " + fileName + " for reading");
+  if (!in) throw BadTable("Can't open file " + fileName + " for reading");
   readTable(in);
 }
 
@@ -135,8 +135,8 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
     formatText = line.substr(kFormat.size());
     try {
       setFormats(formatText);
-    } catch (const TableError& error) {
-      throw TableError(error.what(), state.lineNumber);
+    } catch (const BadTable& error) {
+      throw BadTable(error.what(), state.lineNumber);
     }
     state.formatSeen = true;
   }
@@ -173,7 +173,7 @@ void GDB::setFormats(const std::string& text) {
       const std::size_t piece = static_cast<std::size_t>(i) + 1;
       const std::string item = "%" + (piece < pieces.size() ? pieces[piece] : std::string());
       passThroughScratch(item);
-      if (!checkFormat(item)) throw TableError("Bad format syntax '" + item + "'");
+      if (!checkFormat(item)) throw BadTable("Bad format syntax '" + item + "'");
       formats[i] = item;
     }
   }

@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bool narrow = true;
     for (const auto& [i, item] : table.columnFormats) narrow = narrow && item.size() < 8;
     if (narrow) checkWriting(table);
-  } catch (const TableError&) {  // a FORMAT item that is none
+  } catch (const BadTable&) {  // a FORMAT item that is none
     check(isEmpty(table));
   } catch (const std::out_of_range&) {  // a bare REMARK or DATA line
     check(isEmpty(table));

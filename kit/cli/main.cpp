@@ -38,7 +38,6 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", std::string(kName) + " " + ZORVELA_VERSION);
   app.require_subcommand(1);
   app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
-  zorvela::throwInsteadOfExit();
   zorvela::addRun(app);
   zorvela::addImport(app);
   zorvela::addTrain(app);

@@ -162,9 +162,12 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.notes = protein.notes;
   result.offsets = run.referencingOffsets();
+  std::vector<int> positions;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i)
-    if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p')
-      result.prolines.push_back(predictProline(protein, static_cast<int>(i) + 1));
+    if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p') positions.push_back(static_cast<int>(i) + 1);
+  const auto predictions = run.predictProlines(positions);
+  for (std::size_t i = 0; i < positions.size(); ++i)
+    result.prolines.push_back(describeProline(protein, positions[i], predictions[i]));
   return result;
 }
 
@@ -213,9 +216,9 @@ const std::string& whyNot(const Protein& protein, int position) {
 
 }  // namespace
 
-ProlineResult Predictor::predictProline(const Protein& protein, int position) {
+ProlineResult Predictor::describeProline(const Protein& protein, int position,
+                                         const std::optional<ProlinePrediction>& prediction) const {
   ProlineResult proline = describe(run, protein, position);
-  const std::optional<ProlinePrediction> prediction = run.predictProline(position);
   if (!prediction) {
     proline.reason = whyNot(protein, position);
     return proline;

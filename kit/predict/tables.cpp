@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -15,38 +13,16 @@
 
 namespace zorvela {
 
-void throwInsteadOfExit() {
-  endRun = [](int) { throw Error("the table cannot be read"); };
-}
-
-namespace {
-
-/// Keeps what is written to std::cerr while it lives.
-class CaughtErrors {
- public:
-  CaughtErrors() : before(std::cerr.rdbuf(caught.rdbuf())) {}
-  ~CaughtErrors() { std::cerr.rdbuf(before); }
-  CaughtErrors(const CaughtErrors&) = delete;
-  CaughtErrors& operator=(const CaughtErrors&) = delete;
-  /// As one line.
-  std::string text() const { return GDB::simplifyWhiteSpace(caught.str()); }
-
- private:
-  std::ostringstream caught;
-  std::streambuf* before;
-};
-
-}  // namespace
-
 GDB loadTable(const std::string& path, const std::string& remedy) {
   struct stat info {};
   if (stat(path.c_str(), &info) != 0) throw Error(path, 0, std::generic_category().message(errno), remedy);
   if (S_ISDIR(info.st_mode)) throw Error(path, 0, "is a folder, not a table", remedy);
-  CaughtErrors errors;
   try {
-    return GDB(path);
-  } catch (const Error& e) {
-    throw Error(path, 0, errors.text().empty() ? e.what() : errors.text(), remedy);
+    GDB table;
+    table.readFile(path);
+    return table;
+  } catch (const BadTable& e) {
+    throw Error(path, e.line, GDB::simplifyWhiteSpace(e.what()), remedy);
   } catch (const std::out_of_range&) {
     throw Error(path, 0, "a REMARK or DATA line has nothing behind the keyword", remedy);
   }

@@ -23,11 +23,8 @@ struct ReferenceTables {
 /// Gives the tables to a run object, as if it had read them from files.
 void useTables(const ReferenceTables& tables, ZORVELA& run);
 
-/// Makes the program's own classes throw an Error where they would end the process. Once, at start.
-void throwInsteadOfExit();
-
-/// Reads a table in the program's format. What the reader would write to standard error becomes the
-/// text of the error. Not while other threads write to std::cerr.
+/// Reads a table in the program's format. What the program would write to standard error becomes the
+/// text of the error.
 GDB loadTable(const std::string& path, const std::string& remedy);
 
 /// A table with the name of its file.

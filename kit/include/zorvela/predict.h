@@ -87,7 +87,8 @@ class Predictor {
   ProteinResult predict(const Protein& protein);
 
  private:
-  ProlineResult predictProline(const Protein& protein, int position);
+  ProlineResult describeProline(const Protein& protein, int position,
+                                const std::optional<ProlinePrediction>& prediction) const;
 
   ZORVELA run;
 };

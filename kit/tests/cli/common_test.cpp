@@ -157,14 +157,6 @@ TEST_F(WriteWhole, AnInterruptRemovesTheTemporaryFileAndKeepsTheOldOne) {
 
 class LoadTable : public InFolder {
  protected:
-  void SetUp() override {
-    InFolder::SetUp();
-    zorvela::throwInsteadOfExit();
-  }
-  void TearDown() override {
-    endRun = std::exit;
-    InFolder::TearDown();
-  }
   /// The error, with nothing on standard error.
   static std::string silentMessage(const std::string& path) {
     testing::internal::CaptureStderr();

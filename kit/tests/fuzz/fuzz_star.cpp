@@ -80,11 +80,6 @@ void importWith(const std::string& bytes, const zorvela::ImportOptions& options)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zorvela::throwInsteadOfExit();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   checkPass(bytes);

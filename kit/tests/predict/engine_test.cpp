@@ -279,10 +279,8 @@ class TableFolder : public testing::Test {
     char name[] = "/tmp/zorvela-kit-test-XXXXXX";
     folder = mkdtemp(name);
     fs::copy(MADE_TABLES, folder);
-    zorvela::throwInsteadOfExit();
   }
   void TearDown() override {
-    endRun = std::exit;
     fs::remove_all(folder);
   }
 

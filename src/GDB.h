@@ -17,13 +17,14 @@
 #include <utility>      // for std::pair
 #include <vector>       // for std::vector
 
-/// A table that cannot be read. `what()` is the message that `loadGDB` prints, without the tab before it.
+/// A table that cannot be read.
 class BadTable : public std::runtime_error {
  public:
-  explicit BadTable(const std::string& message, std::size_t lineNumber = 0)
-      : std::runtime_error(message), line(lineNumber) {}
+  explicit BadTable(const std::string& text, std::size_t lineNumber = 0)
+      : std::runtime_error(text), message(text), line(lineNumber) {}
 
-  std::size_t line;  ///< in the file, from 1; 0 where no line is to blame
+  std::string message;  ///< what `loadGDB` prints, without the tab; whole, where `what()` ends at a NUL
+  std::size_t line;     ///< in the file, from 1; 0 where no line is to blame
 };
 
 class GDB {

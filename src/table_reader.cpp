@@ -45,7 +45,7 @@ void readOrExit(Read read) {
   try {
     read();
   } catch (const BadTable& error) {
-    std::cerr << '\t' << error.what() << std::endl;
+    std::cerr << '\t' << error.message << std::endl;
     std::exit(0);
   }
 }
@@ -136,7 +136,7 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
     try {
       setFormats(formatText);
     } catch (const BadTable& error) {
-      throw BadTable(error.what(), state.lineNumber);
+      throw BadTable(error.message, state.lineNumber);
     }
     state.formatSeen = true;
   }

@@ -1,8 +1,10 @@
 // Proline databases, triplets, probabilities, listing and output table.
 //
 // Probabilities are computed by expected.py, which rounds to single precision where the program must.
-#include <cmath>   // for std::isnan
-#include <cstdio>  // for std::snprintf
+#include <climits>  // for INT_MAX, INT_MIN
+#include <cmath>    // for std::isnan
+#include <cstdio>   // for std::snprintf
+#include <utility>  // for std::move
 
 #include "run_files.h"
 #include "support.h"
@@ -192,6 +194,48 @@ TEST_F(Triplets, ChangedShiftIsSeenInTheNextRecord) {
   EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "0.3");
   zorvela.resTable.setEntry(13, "SHIFT", "1.5");
   EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "1.5");
+}
+
+TEST_F(Triplets, DirectChangesOfTheRowsAreSeen) {
+  ASSERT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.3");
+  // An earlier row of the same residue and atom comes first, wherever the assembly laid the other.
+  zorvela.resTable.entries[0] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "7"}};
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "7");
+  zorvela.resTable.entries.erase(0);
+  zorvela.resTable.entries[1] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "8"}};
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "8");
+  zorvela.resTable.entries[1].clear();
+  for (auto& [number, row] : zorvela.resTable.entries) row["RESID"] += "x";
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0") << "no row of the residue is left";
+  zorvela.resTable.entries.clear();
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0");
+}
+
+TEST_F(Triplets, NumbersThatAreNotPlainAreNoResidues) {
+  for (const char* resid : {"03", "+3", " 3", "3 ", "3.0", "-03", "-0", ""}) {
+    for (auto& [number, row] : zorvela.resTable.entries)
+      if (number >= 13 && number <= 18) row["RESID"] = resid;
+    EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0") << resid;
+  }
+  for (const int resid : {-3, 0, INT_MAX, INT_MIN}) {
+    for (auto& [number, row] : zorvela.resTable.entries)
+      if (number >= 13 && number <= 18) row["RESID"] = std::to_string(resid);
+    EXPECT_EQ(zorvela.getTriplet(resid).at("CA_R2"), "0.3") << resid;
+  }
+}
+
+TEST_F(Triplets, OfManyResiduesArePredictedAsOneByOne) {
+  zorvela.missingCount = {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}};
+  for (int k = 0; k <= 18; ++k) zorvela.avgCis[k] = zorvela.stdCis[k] = zorvela.stdTrans[k] = 1.0F;
+  zorvela.proSeqCis = zorvela.proSeqTrans = {{"A", {{1, 1.0F}}}, {"G", {{3, 1.0F}}}};
+  const auto predictions = zorvela.predictProlines({3, 2, 3, 9});
+  ASSERT_EQ(predictions.size(), 4U);
+  const auto one = zorvela.predictProline(3);
+  ASSERT_TRUE(one.has_value() && predictions[0].has_value() && predictions[2].has_value());
+  EXPECT_EQ(predictions[0]->pCis, one->pCis);
+  EXPECT_EQ(predictions[2]->names, one->names);
+  EXPECT_FALSE(predictions[1].has_value()) << "alanine";
+  EXPECT_FALSE(predictions[3].has_value()) << "no residue";
 }
 
 TEST_F(Triplets, MissingCountsOf4And4And0AreRejected) {
@@ -637,6 +681,73 @@ TEST_F(PredictRun, ProbabilityThatIsNoNumberIsWrittenAsItStandsAndTheRunGoesOn) 
             kListingHead + "   A3   P4   G5   0.225  0.015 \n   S6   P7   E8   " + left + " " + left + "\n");
   EXPECT_EQ(table(), kOutputHead + " 4 A P G  6  5  5   26.500    0.225    0.015 \n" +
                          " 7 S P E  2  4  6 9999.000 " + right + " " + right + " \n");
+}
+
+TEST_F(PredictRun, ResidueNumbersWrapAtTheLargest) {
+  // Number 2147483647 is followed by -2147483648, which lies within any length. No row is that of a residue
+  // from 1 to 4, so that shifts read as 0, as the means are.
+  makeClassesEqual();
+  writeInput("AAPA\nDATA FIRST_RESID 2147483645", "2147483646 A CA 50\n2147483647 P CA 50\n");
+  args["last"] = "2147483647";
+  EXPECT_EQ(listing(), kListingHead + "   A2147483646 P2147483647 A-2147483648 0.500  0.050 \n");
+  EXPECT_EQ(table(), kOutputHead + "2147483647 A P A  6  6  6    0.000    0.500    0.050 \n");
+}
+
+TEST_F(PredictRun, NotesTheResiduesThatItLookedAt) {
+  ZORVELA zorvela;
+  zorvela.setArgs(args);
+  outputOf([&] { zorvela.runPredict(); });
+  // Residues 3 to 11 of 11 are visited, each with its neighbours; 1 to 11 were counted before.
+  EXPECT_EQ(zorvela.missingCount.size(), 12U);
+  EXPECT_EQ(zorvela.missingCount.at(12), 0);
+  EXPECT_EQ(zorvela.missingCount.count(0), 0U);
+  EXPECT_EQ(zorvela.resNames.size(), 13U);
+  EXPECT_EQ(zorvela.resNames.at(0), "");
+  EXPECT_EQ(zorvela.resNames.at(12), "");
+  EXPECT_EQ(zorvela.cgShifts.size(), 3U);
+}
+
+TEST_F(PredictRun, NotesResiduesBetweenRowsFarApartAsLookedAt) {
+  writeInput("AAPGA", rowsOf("AAPGA", 1, 5) + "300 A CA 50\n");
+  ZORVELA zorvela;
+  zorvela.setArgs(args);
+  outputOf([&] { zorvela.runPredict(); });
+  // 2 to 300 are visited but for one: when its turn comes, so many names are known.
+  EXPECT_EQ(zorvela.missingCount.count(200), 1U);
+  EXPECT_EQ(zorvela.resNames.at(200), "");
+  EXPECT_EQ(zorvela.missingCount.at(301), 0);
+  EXPECT_EQ(zorvela.missingCount.count(302), 0U);
+}
+
+TEST_F(PredictRun, NotesZeroSharesOfNeighboursThatTheDatabaseLacks) {
+  files.write("tab/Pro.seq.tab",
+              "VARS resname cis_prev cis_next trans_prev trans_next\nFORMAT %s %f %f %f %f\n"
+              "A 0.05 0.06 0.08 0.07\nG 0.09 0.1 0.06 0.08\n");
+  ZORVELA zorvela;
+  zorvela.setArgs(args);
+  outputOf([&] { zorvela.runPredict(); });
+  EXPECT_EQ(zorvela.proSeqCis.at("S"), (std::map<int, float>{{1, 0.0F}}));
+  EXPECT_EQ(zorvela.proSeqTrans.at("E"), (std::map<int, float>{{3, 0.0F}}));
+}
+
+TEST_F(PredictRun, RunObjectIsMoved) {
+  const std::string expected = run();
+  ZORVELA made;
+  made.setArgs(args);
+  std::vector<ZORVELA> runs;
+  runs.push_back(std::move(made));
+  runs.emplace_back();
+  EXPECT_EQ(outputOf([&] { runs.front().runPredict(); }).out, expected);
+  // With all that it loaded and assembled.
+  ZORVELA moved = std::move(runs.front());
+  runs.clear();
+  EXPECT_EQ(moved.getTriplet(4).at("RESNAME_R2"), "P");
+  EXPECT_EQ(moved.resTable.getEntryCount(), 66);
+  ZORVELA assigned;
+  assigned = std::move(moved);
+  const auto prediction = assigned.predictProline(7);
+  ASSERT_TRUE(prediction.has_value());
+  EXPECT_EQ(prediction->shiftCounts, (std::array<int, 3>{2, 4, 6}));
 }
 
 TEST_F(PredictRun, StrayResidueNumbersAndAFarLastCostNothing) {

@@ -628,6 +628,29 @@ TEST_F(ShiftAssembly, HundredsOfResiduesInAnyOrderOfRows) {
   }
 }
 
+TEST_F(ShiftAssembly, WithoutASequenceNoResidueIsNamed) {
+  const Output output = outputOf([&] { zorvela.getResInfo(); });
+  EXPECT_EQ(output.err, "");
+  EXPECT_TRUE(zorvela.resNames.empty());
+  EXPECT_TRUE(zorvela.rcShifts.empty());
+  EXPECT_TRUE(zorvela.missingCount.empty());
+  EXPECT_EQ(zorvela.seqLength, 0);
+}
+
+TEST_F(ShiftAssembly, TheNeighboursOfTheEndsAreNamedWithoutAName) {
+  assemble("KA", "2 A CA 53\n");
+  EXPECT_EQ(zorvela.resNames, (std::map<int, std::string>{{0, ""}, {1, "K"}, {2, "A"}, {3, ""}}));
+}
+
+TEST_F(ShiftAssembly, ReferenceShiftsOfEarlierRunsStayWhereNoneReplacesThem) {
+  zorvela.rcShifts[1]["XX"] = 1.5F;
+  zorvela.rcShifts[9]["CA"] = 2.5F;
+  assemble("A", "");
+  EXPECT_EQ(zorvela.rcShifts.at(1).at("XX"), 1.5F);
+  EXPECT_EQ(zorvela.rcShifts.at(1).size(), 7U);
+  EXPECT_EQ(zorvela.rcShifts.at(9).at("CA"), 2.5F);
+}
+
 // --- The check option ---------------------------------------------------------------------------
 
 TEST_F(ShiftAssembly, CheckOptionEndsTheRunAfterTheReportWithStatus255) {

@@ -310,6 +310,18 @@ TEST(TableReader, FormatParserOfATableWithoutColumnsSetsNothing) {
   EXPECT_TRUE(table.columnFormats.empty());
 }
 
+TEST(TableReader, FormatItemsPassThroughTheScratchBufferAsFarAsTheyFit) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  table.FORMAT_str_parser("%4d %1s  ");
+  EXPECT_STREQ(table.formatScratch, "%1s  ");
+  EXPECT_STREQ(tableOf("VARS A B\nFORMAT %4d %8.3f\n1 2\n").formatScratch, "%8.3f");
+  table.FORMAT_str_parser("%4d %" + std::string(1000, '0') + "9d");
+  EXPECT_EQ(table.formatScratch, "%" + std::string(GDB::kScratchSize - 2, '0'));
+  EXPECT_THROW(table.setFormats("%4d %5.1e"), BadTable);
+  EXPECT_STREQ(table.formatScratch, "%5.1e");
+}
+
 TEST(TableReader, FormatItemsMayBeLongerThanTheScratchBuffer) {
   GDB table;
   table.VARS_str_parser("A B");

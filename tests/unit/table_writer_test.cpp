@@ -52,6 +52,14 @@ const std::string kShiftHeader = "VARS   RESID RESNAME ATOMNAME SHIFT \nFORMAT %
 
 // --- The whole file -----------------------------------------------------------------------------
 
+TEST(TableWriter, ColumnNamesBeyondTheCountAddNothing) {
+  GDB table = shiftTable();
+  table.columnNames[4] = "BEYOND";
+  table.columnNames[9] = "FAR";
+  table.columnNames[-1] = "BEFORE";
+  EXPECT_EQ(savedText(table), "\n\n" + kShiftHeader);
+}
+
 TEST(TableWriter, WritesPairColumnsFormatsAndRowOfTheShiftPreset) {
   GDB table = shiftTable();
   table.setData("SEQUENCE", "MKT");
@@ -228,6 +236,17 @@ TEST(TableWriter, ColumnWithoutFormatWritesNothing) {
 TEST(TableWriter, CellOf10000CharactersIsWrittenWhole) {
   const std::string cell(10000, 'x');
   EXPECT_EQ(rowText("%s ", cell), cell + " \n");
+}
+
+TEST(TableWriter, CellsPassThroughTheScratchBufferAsFarAsTheyFit) {
+  GDB table = shiftTable();
+  addRow(table, {{"RESID", "2"}, {"RESNAME", "K"}, {"ATOMNAME", "CA"}, {"SHIFT", "56.5"}});
+  savedText(table);
+  EXPECT_STREQ(table.formatScratch, "  56.500");
+  table.columnFormats[3] = "%s";
+  table.setEntry(1, "SHIFT", std::string(1000, 'x'));
+  savedText(table);
+  EXPECT_EQ(table.formatScratch, std::string(GDB::kScratchSize - 1, 'x'));
 }
 
 TEST(TableWriter, CellsAtTheSizeOfTheScratchBufferAreWrittenWhole) {

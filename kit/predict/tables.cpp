@@ -22,7 +22,7 @@ GDB loadTable(const std::string& path, const std::string& remedy) {
     table.readFile(path);
     return table;
   } catch (const BadTable& e) {
-    throw Error(path, e.line, GDB::simplifyWhiteSpace(e.what()), remedy);
+    throw Error(path, e.line, GDB::simplifyWhiteSpace(e.message), remedy);
   } catch (const std::out_of_range&) {
     throw Error(path, 0, "a REMARK or DATA line has nothing behind the keyword", remedy);
   }

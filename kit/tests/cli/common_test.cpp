@@ -184,7 +184,7 @@ TEST_F(LoadTable, AFolderIsNoTable) {
 
 TEST_F(LoadTable, ABadFormatItemIsOneLineAndNothingLeaks) {
   const std::string path = put("t.tab", "VARS A\nFORMAT %5.1e\n1\n");
-  EXPECT_EQ(silentMessage(path), path + ": Bad format syntax '%5.1e'; mend it");
+  EXPECT_EQ(silentMessage(path), path + ":2: Bad format syntax '%5.1e'; mend it");
 }
 
 TEST_F(LoadTable, ABareKeywordIsOneLine) {

@@ -346,7 +346,7 @@ TEST_F(TableFolder, NamesTheShiftIndexThatIsMissing) {
 
 TEST_F(TableFolder, ABadFormatItemIsOneLine) {
   replace("Pro.seq.tab", "FORMAT %s", "FORMAT %x");
-  EXPECT_EQ(message(), expected("Pro.seq.tab", "Bad format syntax '%x '"));
+  EXPECT_EQ(message(), expected("Pro.seq.tab:4", "Bad format syntax '%x '"));
 }
 
 TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {

@@ -324,7 +324,7 @@ class Train(unittest.TestCase):
         self.data.put("entries/t1.tab", "VARS A B\nFORMAT %x %s\n")
         result = run(self.data.train("tab"))
         self.assertEqual(1, result.returncode)
-        self.assertEqual("zorvela-kit: " + self.data.path("entries") + "/t1.tab: Bad format syntax '%x '; "
+        self.assertEqual("zorvela-kit: " + self.data.path("entries") + "/t1.tab:2: Bad format syntax '%x '; "
                          "give a shift table in the program's format\n", result.stderr)
 
     def test_bad_published_data(self):

@@ -42,7 +42,9 @@ TEST(NumberText, IsTheCompilersForNumbersOfEverySize) {
     const auto bits = static_cast<std::uint32_t>(pattern);
     float value = 0;
     std::memcpy(&value, &bits, sizeof value);
-    if (!std::isnan(value)) ASSERT_EQ(zorvela::numberText(value), shortest(value));
+    if (!std::isnan(value)) {
+      ASSERT_EQ(zorvela::numberText(value), shortest(value));
+    }
   }
 }
 

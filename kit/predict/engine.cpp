@@ -112,7 +112,8 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.offsets = offsetsOf(*run);
   std::vector<int> positions;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i)
-    if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p') positions.push_back(static_cast<int>(i) + 1);
+    if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p')
+      positions.push_back(static_cast<int>(i) + 1);
   const auto predictions = run->predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i)
     result.prolines.push_back(resultOf(*run, protein, positions[i], predictions[i]));

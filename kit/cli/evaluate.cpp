@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/commands.h"
+#include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
 #include "train/evaluation.h"
@@ -19,7 +20,8 @@
 #include "train/metrics.h"
 #include "train/published_tables.h"
 #include "train/table_training.h"
-#include "zorvela/predict.h"
+#include "util/number.h"
+#include "zorvela/calls.h"
 
 namespace zorvela {
 
@@ -27,8 +29,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// P_CIS_NORM above this is called cis.
-constexpr double kCalledCisAbove = 0.5;
 // The rule of the bench: CB - CG of the proline above this (ppm) is cis (Schubert et al. 2002).
 constexpr double kRuleCisAbove = 7.1;
 // Seed of the bootstrap; any number does, but always the same one.
@@ -93,7 +93,8 @@ std::vector<Scored> scored(const Evaluation& evaluation, const Group& group) {
     if (group.method == Method::rule)
       set.push_back({p.isCis, p.cbMinusCg, p.cbMinusCg > kRuleCisAbove, -1, p.cluster});
     else
-      set.push_back({p.isCis, p.pCisNorm, p.pCisNorm > kCalledCisAbove, p.pCisNorm, p.cluster});
+      set.push_back(
+          {p.isCis, p.pCisNorm, callOf(static_cast<float>(p.pCisNorm)) == Call::cis, p.pCisNorm, p.cluster});
   }
   return set;
 }
@@ -115,14 +116,11 @@ std::vector<GroupFigures> allFigures(const Evaluation& evaluation, int rounds) {
 
 // --- Output ---------------------------------------------------------------------------------------
 
-std::string text(const std::optional<double>& value, const std::optional<Interval>& interval) {
+std::string figureText(const std::optional<double>& value, const std::optional<Interval>& interval) {
   if (!value) return "-";
-  char buffer[96];
-  if (interval)
-    std::snprintf(buffer, sizeof buffer, "%.3f [%.3f %.3f]", *value, interval->low, interval->high);
-  else
-    std::snprintf(buffer, sizeof buffer, "%.3f", *value);
-  return buffer;
+  const std::string text = fixedText(*value, 3);
+  if (!interval) return text;
+  return text + " [" + fixedText(interval->low, 3) + " " + fixedText(interval->high, 3) + "]";
 }
 
 void writeLine(std::ostream& out, const std::string& name, const std::string& count, const std::string& cis,
@@ -144,15 +142,18 @@ void writeTable(std::ostream& out, const Evaluation& evaluation, const std::vect
       << evaluation.labelled << " prolines labelled by structure; " << evaluation.notPredicted
       << " without prediction, " << evaluation.repeated << " in a window seen before, "
       << evaluation.notANumber.size() << " with shifts too far from both classes\n"
-      << "Called cis: P_CIS_NORM above 0.5. In brackets: 95 % of bootstrap rounds over clusters.\n\n";
+      << "Called cis: P_CIS_NORM at least " << numberText(kCisFrom)
+      << ". In brackets: 95 % of bootstrap rounds over clusters.\n\n";
   writeLine(out, "prolines", "n", "cis",
             {"AUC", "sensitivity", "specificity", "MCC", "Brier score", "log loss"});
   for (const GroupFigures& g : all) {
     if (g.group.key == "cb_without_cg") out << '\n';
     writeLine(out, g.group.name, std::to_string(g.figures.count), std::to_string(g.figures.cis),
-              {text(g.figures.auc, g.intervals.auc), text(g.figures.sensitivity, g.intervals.sensitivity),
-               text(g.figures.specificity, g.intervals.specificity), text(g.figures.mcc, g.intervals.mcc),
-               text(g.figures.brier, g.intervals.brier), text(g.figures.logLoss, g.intervals.logLoss)});
+              {figureText(g.figures.auc, g.intervals.auc),
+               figureText(g.figures.sensitivity, g.intervals.sensitivity),
+               figureText(g.figures.specificity, g.intervals.specificity),
+               figureText(g.figures.mcc, g.intervals.mcc), figureText(g.figures.brier, g.intervals.brier),
+               figureText(g.figures.logLoss, g.intervals.logLoss)});
   }
 }
 
@@ -204,7 +205,7 @@ void writeJson(std::ostream& out, const Evaluation& evaluation, const std::vecto
                {"not_predicted", evaluation.notPredicted},
                {"repeated_window", evaluation.repeated},
                {"not_a_number", evaluation.notANumber.size()},
-               {"called_cis_above", kCalledCisAbove},
+               {"called_cis_from", kCisFrom},
                {"rule_cis_above_ppm", kRuleCisAbove},
                {"bootstrap_rounds", rounds},
                {"groups", Json::array()}};
@@ -261,23 +262,22 @@ PublishedData besideLabels(PublishedData published, const std::string& labels) {
 }
 
 void evaluate(const EvaluateSettings& settings) {
-  std::unique_ptr<ZORVELA> run;
+  ZORVELA run;
   ReferenceTables published;
   std::string tables;
   if (settings.folds > 0) {
     published =
         publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount);
-    run = std::make_unique<ZORVELA>();
-    useTables(published, *run);
+    useTables(published, run);
     tables = "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";
   } else {
     tables = findTables(settings.tables);
-    run = loadReferenceTables(tables);
+    useTables(*loadTables(tables), run);
   }
-  const LabelledProlines data = readLabelled(settings.labels, settings.entries, *run);
+  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);
   const Predictions predictions = settings.folds > 0
                                       ? crossValidate(published, data, settings.folds, settings.choices)
-                                      : predictAll(*run, data);
+                                      : predictAll(run, data);
 
   const Evaluation result = evaluation(data, predictions);
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);

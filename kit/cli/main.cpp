@@ -1,21 +1,19 @@
-// zorvela-kit: files in, predictions out, and the tables behind them.
+// zorvela-kit: files in, predictions out, and the tables for them.
 #include <fcntl.h>  // for open, fcntl
 
 #include <exception>
-#include <iostream>
 #include <new>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/messages.h"
 #include "predict/tables.h"
-#include "util/text.h"
 #include "zorvela/error.h"
+#include "zorvela/version.h"
 
 namespace {
-
-constexpr const char* kName = "zorvela-kit";
 
 /// A standard stream that the caller closed must not be taken by the next file that is opened, or
 /// messages would end up in it. What takes its place cannot be written, so writing still fails.
@@ -26,7 +24,7 @@ void reserveStandardStreams() {
 }
 
 int fail(const std::string& message) {
-  std::cerr << kName << ": " << zorvela::withoutControls(message) << std::endl;
+  zorvela::say(message);
   return 1;
 }
 
@@ -34,8 +32,8 @@ int fail(const std::string& message) {
 
 int main(int argc, char** argv) {
   reserveStandardStreams();
-  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", kName);
-  app.set_version_flag("--version", std::string(kName) + " " + ZORVELA_VERSION);
+  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
+  app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
   app.require_subcommand(1);
   app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
   zorvela::addRun(app);

@@ -1,15 +1,11 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
-#include <sys/stat.h>  // for stat
-#include <unistd.h>    // for STDOUT_FILENO
+#include <unistd.h>  // for STDOUT_FILENO
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <iostream>
 #include <memory>
 #include <new>
 #include <string>
@@ -20,10 +16,12 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
 #include "cli/progress.h"
+#include "cli/reference_tables.h"
 #include "cli/whole_file.h"
-#include "formats/input_bytes.h"
-#include "util/text.h"
+#include "util/number.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
@@ -41,7 +39,7 @@ struct RunSettings {
   std::vector<std::string> files;
   ImportOptions import;
   std::string tables;
-  std::string format = "table";
+  std::string format = reportFormats().front().name;
   std::string output = "-";
   int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
 };
@@ -69,11 +67,11 @@ FileReport predictFile(Predictor& predictor, const std::string& file, const Impo
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
-std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA& tables) {
+std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables) {
   std::vector<FileReport> reports(settings.files.size());
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
-  std::vector<std::unique_ptr<Predictor>> predictors;
-  while (predictors.size() < jobs) predictors.push_back(std::make_unique<Predictor>(tables));
+  std::vector<Predictor> predictors;
+  while (predictors.size() < jobs) predictors.emplace_back(tables);
 
   std::atomic<std::size_t> next{0};
   Progress progress("Predicting", settings.files.size());
@@ -86,55 +84,34 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const ZORVELA&
 
   std::vector<std::thread> helpers;
   try {
-    for (std::size_t i = 1; i < jobs; ++i) helpers.emplace_back(work, std::ref(*predictors[i]));
+    for (std::size_t i = 1; i < jobs; ++i) helpers.emplace_back(work, std::ref(predictors[i]));
   } catch (const std::system_error&) {
     // The system gives no more threads: those that there are do the work.
   }
-  work(*predictors.front());
+  work(predictors.front());
   for (std::thread& helper : helpers) helper.join();
   return reports;
 }
 
 // --- Reporting ----------------------------------------------------------------------------------
 
-std::string nameOf(const ProteinResult& protein) {
-  const std::string file = inputName(protein.file);
-  return protein.chain.empty() ? file : file + ", chain " + protein.chain;
-}
-
-void warn(const std::string& text) {
-  std::cerr << "zorvela-kit: " << withoutControls(text) << '\n';
-}
-
-void tellNotes(const ProteinResult& protein) {
-  const std::size_t shown = std::min(kNotesShown, protein.notes.size());
-  for (std::size_t i = 0; i < shown; ++i) warn("note: " + nameOf(protein) + ": " + protein.notes[i]);
-  if (protein.notes.size() > shown)
-    warn("note: " + nameOf(protein) + ": " +
-         counted(protein.notes.size() - shown, "more note", "more notes") + "; --format json has them all");
-}
-
 std::string offsetWarning(const ReferencingOffset& offset) {
-  std::array<char, 64> size{};
-  std::snprintf(size.data(), size.size(), "%.2f", std::fabs(static_cast<double>(offset.offset)));
+  const std::string size = fixedText(std::fabs(static_cast<double>(offset.offset)), 2);
   const bool isCertain = offset.size >= kResiduesForCertainty;
-  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size.data() + " ppm too " +
+  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
          (offset.offset > 0 ? "high" : "low") + (isCertain ? " (" : " (only ") + std::to_string(offset.size) +
          " residues); check the referencing and correct it";
 }
 
-void tellOffsets(const ProteinResult& protein) {
-  for (const ReferencingOffset& offset : protein.offsets)
-    if (callsForCorrection(offset)) warn("warning: " + nameOf(protein) + ": " + offsetWarning(offset));
-}
-
-void tellAll(const RunReport& report) {
+void sayAll(const RunReport& report) {
   for (const FileReport& file : report.files) {
     for (const ProteinResult& protein : file.proteins) {
-      tellNotes(protein);
-      tellOffsets(protein);
+      const std::string name = messageName(protein.file, protein.chain);
+      sayNotes(name, protein.notes, kNotesShown, "--format json has them all");
+      for (const ReferencingOffset& offset : protein.offsets)
+        if (callsForCorrection(offset)) say("warning: " + name + ": " + offsetWarning(offset));
     }
-    if (!file.error.empty()) warn(file.error);
+    if (!file.error.empty()) say(file.error);
   }
 }
 
@@ -143,42 +120,22 @@ bool wantsColour(const std::string& output) {
   return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
 }
 
-void writeReport(const RunSettings& settings, const RunReport& report) {
-  writeWhole(settings.output, [&](std::ostream& out) {
-    if (settings.format == "csv")
-      writeCsv(report, out);
-    else if (settings.format == "json")
-      writeJson(report, out);
-    else
-      writeTable(report, wantsColour(settings.output), out);
-  });
-}
-
-/// The results must not take the place of the shifts that they come from.
-void checkOutput(const RunSettings& settings) {
-  struct stat output {};
-  if (settings.output == "-" || stat(settings.output.c_str(), &output) != 0 || !S_ISREG(output.st_mode))
-    return;
-  for (const std::string& file : settings.files) {
-    struct stat input {};
-    if (stat(file.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino)
-      throw Error(settings.output, 0, "is one of the input files and would be replaced",
-                  "give another name with --output");
-  }
+std::vector<std::string> formatNames() {
+  std::vector<std::string> names;
+  for (const ReportFormat& format : reportFormats()) names.emplace_back(format.name);
+  return names;
 }
 
 void run(const RunSettings& settings) {
-  checkOutput(settings);
+  InputFiles(settings.files).mustNotHold(settings.output);
   RunReport report;
   report.tables = findTables(settings.tables);
-  const std::unique_ptr<ZORVELA> tables = loadReferenceTables(report.tables);
-  report.files = predictFiles(settings, *tables);
-  tellAll(report);
-  writeReport(settings, report);
+  report.files = predictFiles(settings, loadTables(report.tables));
+  sayAll(report);
+  const ReportStyle style{wantsColour(settings.output)};
+  writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });
   if (const std::size_t errors = countErrors(report); errors > 0) {
-    if (report.files.size() > 1)
-      warn(std::to_string(errors) + " of " + std::to_string(report.files.size()) +
-           " files could not be predicted");
+    sayFailures(errors, report.files.size(), "predicted");
     throw ReportedFailure();
   }
 }
@@ -201,8 +158,8 @@ void addRun(CLI::App& app) {
       ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
   command->add_option("--format", settings->format)
       ->type_name("FORMAT")
-      ->check(CLI::IsMember({"table", "csv", "json"}))
-      ->description("default: table");
+      ->check(CLI::IsMember(formatNames()))
+      ->description("default: " + settings->format);
   command->add_option("--output", settings->output)
       ->type_name("FILE")
       ->description("Write to this file instead of standard output");

@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "GDB.h"
 #include "formats/format.h"
 #include "formats/input_bytes.h"
 #include "protein/disulfides.h"

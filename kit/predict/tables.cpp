@@ -1,31 +1,29 @@
-// Tables into a run object and into files.
+// Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
+#include "predict/table_checks.h"
 #include "zorvela/error.h"
-
-#include <system_error>
 
 namespace zorvela {
 
-GDB loadTable(const std::string& path, const std::string& remedy) {
-  struct stat info {};
-  if (stat(path.c_str(), &info) != 0) throw Error(path, 0, std::generic_category().message(errno), remedy);
-  if (S_ISDIR(info.st_mode)) throw Error(path, 0, "is a folder, not a table", remedy);
-  try {
-    GDB table;
-    table.readFile(path);
-    return table;
-  } catch (const BadTable& e) {
-    throw Error(path, e.line, GDB::simplifyWhiteSpace(e.message), remedy);
-  } catch (const std::out_of_range&) {
-    throw Error(path, 0, "a REMARK or DATA line has nothing behind the keyword", remedy);
-  }
+const std::array<const char*, 7> kTableNames = {"randcoil.tab", "rcadj.tab",  "rcprev.tab", "rcnext.tab",
+                                                "sslimit.tab",  "Pro.cs.tab", "Pro.seq.tab"};
+
+std::array<NamedTable, 7> namedTables(ReferenceTables& tables) {
+  const std::array<GDB*, 7> all = {&tables.randomCoil, &tables.adjustments, &tables.previous, &tables.next,
+                                   &tables.limits,     &tables.shifts,      &tables.sequence};
+  std::array<NamedTable, 7> named;
+  for (std::size_t i = 0; i < all.size(); ++i) named[i] = {kTableNames[i], all[i]};
+  return named;
 }
 
 void useTables(const ReferenceTables& tables, ZORVELA& run) {
@@ -38,14 +36,82 @@ void useTables(const ReferenceTables& tables, ZORVELA& run) {
   run.useProSeqTable(tables.sequence);
 }
 
-std::array<NamedTable, 7> namedTables(ReferenceTables& tables) {
-  return {{{"randcoil.tab", &tables.randomCoil},
-           {"rcadj.tab", &tables.adjustments},
-           {"rcprev.tab", &tables.previous},
-           {"rcnext.tab", &tables.next},
-           {"sslimit.tab", &tables.limits},
-           {"Pro.cs.tab", &tables.shifts},
-           {"Pro.seq.tab", &tables.sequence}}};
+// --- One table ----------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+
+[[noreturn]] void throwSystemError(const std::string& path, int number, const std::string& remedy) {
+  throw TableError(path, 0, std::generic_category().message(number), remedy);
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// The whole text of a file; a read error is no end of file.
+std::string textOf(const std::string& path, const std::string& remedy) {
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno, remedy);
+  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", remedy);
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  if (!file) throwSystemError(path, errno, remedy);
+  std::string text;
+  std::array<char, 1 << 14> block{};
+  while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
+    text.append(block.data(), count);
+    if (text.size() > kMostBytes) throw TableError(path, 0, "is above 64 MiB, too large for a table", remedy);
+  }
+  if (std::ferror(file.get()) != 0) throwSystemError(path, errno, remedy);
+  return text;
+}
+
+}  // namespace
+
+GDB parseTable(const std::string& text, const std::string& file, const std::string& remedy) {
+  std::istringstream in(text);
+  GDB table;
+  try {
+    table.readTable(in);
+  } catch (const BadTable& e) {
+    throw TableError(file, e.line, GDB::simplifyWhiteSpace(e.what()), remedy);
+  } catch (const std::out_of_range&) {
+    throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", remedy);
+  }
+  table.fileName = file;
+  return table;
+}
+
+GDB loadTable(const std::string& path, const std::string& remedy) {
+  return parseTable(textOf(path, remedy), path, remedy);
+}
+
+// --- All seven ----------------------------------------------------------------------------------
+
+Tables tablesFromFolder(const std::string& folder) {
+  struct stat info {};
+  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
+    throw TableError(folder, 0, "there is no such folder", "");
+  const auto tables = std::make_shared<ReferenceTables>();
+  for (const auto& [name, table] : namedTables(*tables)) {
+    const std::string path = folder + "/" + name;
+    const std::string text = textOf(path, "");
+    *table = parseTable(text, path, "");
+    checkTable(name, *table, text, path);
+  }
+  return tables;
+}
+
+Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
+  const auto tables = std::make_shared<ReferenceTables>();
+  for (const auto& [name, table] : namedTables(*tables)) {
+    const auto text = texts.find(name);
+    if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
+    *table = parseTable(text->second, name, "");
+    checkTable(name, *table, text->second, name);
+  }
+  return tables;
 }
 
 }  // namespace zorvela

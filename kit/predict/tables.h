@@ -7,6 +7,7 @@
 
 #include "GDB.h"
 #include "ZORVELA.h"
+#include "zorvela/predict.h"
 
 namespace zorvela {
 
@@ -23,14 +24,16 @@ struct ReferenceTables {
 /// Gives the tables to a run object, as if it had read them from files.
 void useTables(const ReferenceTables& tables, ZORVELA& run);
 
-/// Reads a table in the program's format. What the program would write to standard error becomes the
-/// text of the error.
+/// Reads a table in the program's format. TableError with `remedy` where it cannot be read.
 GDB loadTable(const std::string& path, const std::string& remedy);
+
+/// The text of a table in the program's format as a table. `file` names it in errors.
+GDB parseTable(const std::string& text, const std::string& file, const std::string& remedy);
 
 /// A table with the name of its file.
 using NamedTable = std::pair<const char*, GDB*>;
 
-/// The seven tables with the names of their files.
+/// The seven tables with the names of their files, in the order of `kTableNames`.
 std::array<NamedTable, 7> namedTables(ReferenceTables& tables);
 
 }  // namespace zorvela

@@ -1,6 +1,8 @@
 // A protein as the program's own shift table.
 #include "zorvela/protein.h"
 
+#include "GDB.h"
+
 namespace zorvela {
 
 GDB toTable(const Protein& protein) {

@@ -1,28 +1,56 @@
-// Predicts whole proteins with the program's own classes: tables read once, one predictor per thread.
+// Predicts whole proteins: reference tables read once, one predictor per thread.
+//
+//   const Tables tables = tablesFromFolder("share/zorvela/tab");
+//   Predictor predictor(tables);
+//   for (const Protein& protein : readShiftFile("your.str", {})) use(predictor.predict(protein));
+//
+// Nothing here writes to a standard stream, ends the process or keeps state between objects.
 #pragma once
 
+#include <array>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "ZORVELA.h"
+#include "zorvela/calls.h"
 #include "zorvela/protein.h"
+
+class ZORVELA;
 
 namespace zorvela {
 
-/// A proline at least this likely (P_CIS_NORM) is called cis.
-inline constexpr float kCisFrom = 0.5F;
-/// A proline at most this likely (P_CIS_NORM) is called trans: 1 in 20 is cis before any shift is known,
-/// so up to here the shifts speak against cis. Between the two bounds it is undecided.
-inline constexpr float kTransUpTo = 0.05F;
+// --- Reference tables ---------------------------------------------------------------------------
 
-/// What is said of one proline in plain words.
-enum class Call { cis, trans, undecided, none };
-/// "cis", "trans", "undecided" or "none".
-std::string toText(Call call);
-/// The call for a value of P_CIS_NORM; none if it is not a number.
-Call callOf(float pCisNorm);
+struct ReferenceTables;
+/// The seven reference tables, read and checked. Never changed, so any number of threads may share them.
+using Tables = std::shared_ptr<const ReferenceTables>;
+
+/// The names of the seven files.
+extern const std::array<const char*, 7> kTableNames;
+
+/// The tables in a folder. TableError, with file and line where there is one, for a table that cannot be
+/// read to its end, lacks a column, a residue type or a shift index, or has a value that is no finite
+/// number, a deviation that is not above zero, limits the wrong way round or shares that do not add up to 1.
+Tables tablesFromFolder(const std::string& folder);
+
+/// The same from memory: name of the file (as in `kTableNames`) to its text.
+Tables tablesFromTexts(const std::map<std::string, std::string>& texts);
+
+// --- Results ------------------------------------------------------------------------------------
+
+/// A straight-line estimate of a referencing offset.
+struct ReferencingOffset {
+  std::string atom;          ///< "CA", "CB", "HA" or "C"
+  float offset = 0;          ///< ppm, observed minus expected; infinite or not a number from too few residues
+  float error = 0;           ///< ppm, of the fit
+  int size = 0;              ///< residues in the fit
+  bool recommended = false;  ///< the offset calls for a correction
+};
+
+/// Whether the offset of an atom is a number that calls for a correction.
+bool callsForCorrection(const ReferencingOffset& offset);
 
 /// One proline of the input, predicted or not.
 struct ProlineResult {
@@ -63,34 +91,19 @@ struct ProteinResult {
   std::vector<std::string> notes;          ///< what was renamed, dropped or guessed in reading the file
 };
 
-/// Whether the offset of an atom is a number that calls for a correction.
-bool callsForCorrection(const ReferencingOffset& offset);
-
-/// The folder of the reference tables: `given` if not empty; else tab/ in ZORVELA_DIR; else, where that
-/// is not set, share/zorvela/tab of the installation, or ./tab if the program is not installed.
-std::string findTables(const std::string& given);
-
-/// A run object with default settings and all seven tables of a folder. Error where a table cannot
-/// be read, lacks a column or has no rows.
-std::unique_ptr<ZORVELA> loadReferenceTables(const std::string& folder);
-
-/// Gives a run object the reference tables of another one.
-void copyReferenceTables(const ZORVELA& from, ZORVELA& to);
-
-/// Puts a protein in the place of the one before and assembles its secondary shifts.
-void assembleProtein(ZORVELA& run, const Protein& protein);
-
 /// Predicts one protein after the other. Not for several threads at once: give each its own.
 class Predictor {
  public:
-  explicit Predictor(const ZORVELA& tables);
+  explicit Predictor(const Tables& tables);
+  Predictor(Predictor&& other) noexcept;
+  Predictor& operator=(Predictor&& other) noexcept;
+  ~Predictor();
+
+  /// Every proline of the protein, with the reason where it is not predicted.
   ProteinResult predict(const Protein& protein);
 
  private:
-  ProlineResult describeProline(const Protein& protein, int position,
-                                const std::optional<ProlinePrediction>& prediction) const;
-
-  ZORVELA run;
+  std::unique_ptr<ZORVELA> run;
 };
 
 }  // namespace zorvela

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "GDB.h"
+class GDB;
 
 namespace zorvela {
 

@@ -19,7 +19,7 @@ struct FileReport {
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables
-  std::vector<FileReport> files;  ///< in the order of the command line
+  std::vector<FileReport> files;  ///< in the order in which they were given
 };
 
 /// How many prolines were called so.
@@ -27,15 +27,30 @@ std::size_t countCalls(const RunReport& report, Call call);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
 
-/// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an
-/// asterisk and, with `colour`, printed bold.
-void writeTable(const RunReport& report, bool colour, std::ostream& out);
-/// For spreadsheets and scripts: a row for each proline, then one for each file that failed.
-void writeCsv(const RunReport& report, std::ostream& out);
-/// For programs; kit/report/run.schema.json describes it.
-void writeJson(const RunReport& report, std::ostream& out);
+/// How a report looks where there is a choice.
+struct ReportStyle {
+  bool colour = false;  ///< with the control sequences of a terminal
+};
 
-/// The shortest decimal text that gives back the same number.
-std::string numberText(float value);
+/// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an
+/// asterisk and, with colour, printed bold.
+void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out);
+/// For spreadsheets and scripts: a row for each proline, then one for each file that failed.
+void writeCsv(const RunReport& report, const ReportStyle& style, std::ostream& out);
+/// For programs; kit/report/run.schema.json describes it.
+void writeJson(const RunReport& report, const ReportStyle& style, std::ostream& out);
+
+/// A way out by its name.
+struct ReportFormat {
+  const char* name;
+  void (*write)(const RunReport& report, const ReportStyle& style, std::ostream& out);
+};
+
+/// All of them; the first is the one for people.
+const std::vector<ReportFormat>& reportFormats();
+
+/// Writes the format of that name; Error if there is none.
+void writeReport(const std::string& format, const RunReport& report, const ReportStyle& style,
+                 std::ostream& out);
 
 }  // namespace zorvela

@@ -1,7 +1,7 @@
-// Errors with a remedy, whole-or-nothing output, safe reading of tables.
+// Errors with a remedy, whole-or-nothing output, outputs that are inputs.
+#include "cli/input_files.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
-#include "predict/tables.h"
 #include "zorvela/error.h"
 
 #include <gtest/gtest.h>
@@ -153,43 +153,22 @@ TEST_F(WriteWhole, AnInterruptRemovesTheTemporaryFileAndKeepsTheOldOne) {
   EXPECT_EQ(fileCount(), 1U);
 }
 
-// --- Reading a table ----------------------------------------------------------------------------
+// --- No output in the place of an input -----------------------------------------------------------
 
-class LoadTable : public InFolder {
- protected:
-  /// The error, with nothing on standard error.
-  static std::string silentMessage(const std::string& path) {
-    testing::internal::CaptureStderr();
-    const std::string message = messageOf([&] { zorvela::loadTable(path, "mend it"); });
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    return message;
-  }
-};
+using ReadFiles = InFolder;
 
-TEST_F(LoadTable, ReadsATable) {
-  const std::string path = put("t.tab", "VARS A B\nFORMAT %s %d\nx 1\ny 2\n");
-  const GDB table = zorvela::loadTable(path, "");
-  EXPECT_EQ(table.getEntryCount(), 2);
-  EXPECT_EQ(table.getEntry("A", "y", 1).at("B"), "2");
-}
-
-TEST_F(LoadTable, AMissingFileIsOneLine) {
-  const std::string path = (folder / "none.tab").string();
-  EXPECT_EQ(silentMessage(path), path + ": No such file or directory; mend it");
-}
-
-TEST_F(LoadTable, AFolderIsNoTable) {
-  EXPECT_EQ(silentMessage(folder.string()), folder.string() + ": is a folder, not a table; mend it");
-}
-
-TEST_F(LoadTable, ABadFormatItemIsOneLineAndNothingLeaks) {
-  const std::string path = put("t.tab", "VARS A\nFORMAT %5.1e\n1\n");
-  EXPECT_EQ(silentMessage(path), path + ":2: Bad format syntax '%5.1e'; mend it");
-}
-
-TEST_F(LoadTable, ABareKeywordIsOneLine) {
-  const std::string path = put("t.tab", "REMARK\nVARS A\nFORMAT %s\n1\n");
-  EXPECT_EQ(silentMessage(path), path + ": a REMARK or DATA line has nothing behind the keyword; mend it");
+TEST_F(ReadFiles, AreToldByTheFileAndNotByItsName) {
+  const std::string input = put("input", "shifts");
+  const std::string other = put("other", "");
+  fs::create_symlink(input, folder / "link");
+  fs::create_hard_link(input, folder / "hard");
+  const zorvela::InputFiles inputs({(folder / "none").string(), input});
+  for (const char* name : {"input", "./input", "link", "hard"})
+    EXPECT_EQ(messageOf([&] { inputs.mustNotHold(folder.string() + "/" + name); }),
+              folder.string() + "/" + name + ": is an input file; choose another place with --output");
+  EXPECT_EQ(messageOf([&] { inputs.mustNotHold(other); }), "no error");
+  EXPECT_EQ(messageOf([&] { inputs.mustNotHold((folder / "none").string()); }), "no error");
+  EXPECT_EQ(messageOf([&] { inputs.mustNotHold("-"); }), "no error");
 }
 
 // --- Progress -----------------------------------------------------------------------------------

@@ -354,8 +354,7 @@ class Output(InFolder):
         before = self.read("cis.tab")
         result = program.run("--output", file, file)
         self.assertEqual((result.returncode, result.stderr),
-                         (1, "zorvela-kit: %s: is one of the input files and would be replaced; give another name "
-                          "with --output\n" % file))
+                         (1, "zorvela-kit: %s: is an input file; choose another place with --output\n" % file))
         self.assertEqual(self.read("cis.tab"), before)
 
     def test_a_closed_pipe_ends_the_run_quietly(self):

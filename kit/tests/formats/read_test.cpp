@@ -5,6 +5,8 @@
 
 #include <thread>
 
+#include "GDB.h"
+
 namespace {
 
 const char* const kCsv =

@@ -5,16 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
-
-#include "predict/tables.h"
-#include "zorvela/error.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -63,8 +54,8 @@ void setShift(Protein& protein, int resid, const std::string& atom, const std::s
 }
 
 ProteinResult predict(const Protein& protein) {
-  const auto tables = zorvela::loadReferenceTables(MADE_TABLES);
-  return zorvela::Predictor(*tables).predict(protein);
+  const auto tables = zorvela::tablesFromFolder(MADE_TABLES);
+  return zorvela::Predictor(tables).predict(protein);
 }
 
 /// The probability that goes with odds of cis to trans.
@@ -90,7 +81,7 @@ std::vector<std::string> reasonsOf(const ProteinResult& result) {
 // --- Probabilities ------------------------------------------------------------------------------
 
 TEST(Predictor, GivesEqualOddsWhereNothingSpeaksForEither) {
-  Protein protein = complete("APK");  // priors 0.2 x 0.1 and 0.1 x 0.2
+  Protein protein = complete("APK");  // priors 0.1 x 0.05 and 0.05 x 0.1
   setShift(protein, 2, "CB", "31");   // 1 ppm from either mean
   expectOdds(predict(protein), 1);
 }
@@ -120,8 +111,8 @@ TEST(Predictor, BringsExtremeShiftsIntoTheLimits) {
 }
 
 TEST(Predictor, KeepsNothingOfTheProteinBefore) {
-  const auto tables = zorvela::loadReferenceTables(MADE_TABLES);
-  zorvela::Predictor predictor(*tables);
+  const auto tables = zorvela::tablesFromFolder(MADE_TABLES);
+  zorvela::Predictor predictor(tables);
   Protein first = complete("AAAAPKPK");
   setShift(first, 5, "CG", "24");
   Protein second = complete("KKKKPKK");
@@ -240,126 +231,14 @@ TEST(Predictor, BeyondTheEndsThereIsNoNeighbour) {
   EXPECT_EQ(result.prolines[1].previousCount, 6);
 }
 
-// --- Calls --------------------------------------------------------------------------------------
-
-TEST(Call, TurnsAtTheThresholds) {
-  EXPECT_EQ(zorvela::callOf(1.0F), Call::cis);
-  EXPECT_EQ(zorvela::callOf(zorvela::kCisFrom), Call::cis);
-  EXPECT_EQ(zorvela::callOf(std::nextafter(zorvela::kCisFrom, 0.0F)), Call::undecided);
-  EXPECT_EQ(zorvela::callOf(std::nextafter(zorvela::kTransUpTo, 1.0F)), Call::undecided);
-  EXPECT_EQ(zorvela::callOf(zorvela::kTransUpTo), Call::trans);
-  EXPECT_EQ(zorvela::callOf(0.0F), Call::trans);
-  EXPECT_EQ(zorvela::callOf(std::numeric_limits<float>::quiet_NaN()), Call::none);
-}
-
-TEST(Call, HasAName) {
-  EXPECT_EQ(zorvela::toText(Call::cis), "cis");
-  EXPECT_EQ(zorvela::toText(Call::trans), "trans");
-  EXPECT_EQ(zorvela::toText(Call::undecided), "undecided");
-  EXPECT_EQ(zorvela::toText(Call::none), "none");
-}
+// --- Referencing ---------------------------------------------------------------------------------
 
 TEST(ReferencingOffset, CallsForACorrectionOnlyIfItIsANumber) {
-  ReferencingOffset offset;
+  zorvela::ReferencingOffset offset;
   offset.offset = 1.5F;
   EXPECT_FALSE(zorvela::callsForCorrection(offset));
   offset.recommended = true;
   EXPECT_TRUE(zorvela::callsForCorrection(offset));
   offset.offset = std::numeric_limits<float>::infinity();
   EXPECT_FALSE(zorvela::callsForCorrection(offset));
-}
-
-// --- Tables -------------------------------------------------------------------------------------
-
-namespace {
-
-class TableFolder : public testing::Test {
- protected:
-  void SetUp() override {
-    char name[] = "/tmp/zorvela-kit-test-XXXXXX";
-    folder = mkdtemp(name);
-    fs::copy(MADE_TABLES, folder);
-  }
-  void TearDown() override {
-    fs::remove_all(folder);
-  }
-
-  void replace(const std::string& name, const std::string& before, const std::string& after) const {
-    std::ifstream in(folder / name);
-    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    const std::size_t at = text.find(before);
-    ASSERT_NE(at, std::string::npos);
-    text.replace(at, before.size(), after);
-    std::ofstream(folder / name) << text;
-  }
-
-  std::string message() const {
-    testing::internal::CaptureStderr();
-    std::string text = "no error";
-    try {
-      zorvela::loadReferenceTables(folder.string());
-    } catch (const zorvela::Error& e) {
-      text = e.what();
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    return text;
-  }
-
-  std::string expected(const std::string& name, const std::string& what) const {
-    return (folder / name).string() + ": " + what + kRemedy;
-  }
-
-  const std::string kRemedy =
-      "; name the folder of the seven reference tables with --tables or its parent with ZORVELA_DIR";
-  fs::path folder;
-};
-
-}  // namespace
-
-TEST_F(TableFolder, LoadsAllSeven) {
-  EXPECT_EQ(message(), "no error");
-}
-
-TEST_F(TableFolder, NamesTheTableThatIsMissing) {
-  for (const char* name : {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab", "sslimit.tab",
-                           "Pro.cs.tab", "Pro.seq.tab"}) {
-    fs::rename(folder / name, folder / "away");
-    EXPECT_EQ(message(), expected(name, "No such file or directory"));
-    fs::rename(folder / "away", folder / name);
-  }
-}
-
-TEST_F(TableFolder, NamesTheColumnThatIsMissing) {
-  replace("sslimit.tab", "CB_MAX", "CB_TOP");
-  EXPECT_EQ(message(), expected("sslimit.tab", "has no column CB_MAX"));
-}
-
-TEST_F(TableFolder, SaysThatATableHasNoRows) {
-  replace("rcadj.tab", "FORMAT", "REMARK");
-  EXPECT_EQ(message(), expected("rcadj.tab", "has no rows"));
-}
-
-TEST_F(TableFolder, NamesTheShiftIndexThatIsMissing) {
-  replace("Pro.cs.tab", "   18 ", "   19 ");
-  EXPECT_EQ(message(), expected("Pro.cs.tab", "has no row with index 18"));
-}
-
-TEST_F(TableFolder, ABadFormatItemIsOneLine) {
-  replace("Pro.seq.tab", "FORMAT %s", "FORMAT %x");
-  EXPECT_EQ(message(), expected("Pro.seq.tab:4", "Bad format syntax '%x '"));
-}
-
-TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {
-  fs::remove_all(folder);
-  EXPECT_EQ(message(), folder.string() + ": there is no such folder" + kRemedy);
-}
-
-TEST(FindTables, TakesTheFolderGivenFirst) {
-  setenv("ZORVELA_DIR", "/elsewhere", 1);
-  EXPECT_EQ(zorvela::findTables("/given"), "/given");
-  EXPECT_EQ(zorvela::findTables(""), "/elsewhere/tab");
-  setenv("ZORVELA_DIR", "", 1);
-  EXPECT_EQ(zorvela::findTables(""), "./tab");
-  unsetenv("ZORVELA_DIR");
-  EXPECT_EQ(zorvela::findTables(""), "./tab");
 }

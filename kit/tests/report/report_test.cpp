@@ -8,12 +8,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "zorvela/error.h"
+#include "zorvela/version.h"
+
 namespace {
 
 using zorvela::Call;
 
-ReferencingOffset offset(const std::string& atom, float value, bool recommended) {
-  ReferencingOffset result;
+zorvela::ReferencingOffset offset(const std::string& atom, float value, bool recommended) {
+  zorvela::ReferencingOffset result;
   result.atom = atom;
   result.offset = value;
   result.error = 0.25F;
@@ -79,14 +82,16 @@ std::string written(Write write) {
 
 }  // namespace
 
-TEST(NumberText, IsTheShortestThatGivesTheNumberBack) {
-  EXPECT_EQ(zorvela::numberText(0.1F), "0.1");
-  EXPECT_EQ(zorvela::numberText(1.0F), "1");
-  EXPECT_EQ(zorvela::numberText(1.0F / 3.0F), "0.33333334");
+TEST(ReportFormats, AreFoundByName) {
+  for (const zorvela::ReportFormat& format : zorvela::reportFormats())
+    EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeReport(format.name, sample(), {}, out); }),
+              written([&](std::ostream& out) { format.write(sample(), {}, out); }));
+  EXPECT_THROW(written([](std::ostream& out) { zorvela::writeReport("xml", sample(), {}, out); }),
+               zorvela::Error);
 }
 
 TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
-  EXPECT_EQ(written([](std::ostream& out) { zorvela::writeTable(sample(), false, out); }),
+  EXPECT_EQ(written([](std::ostream& out) { zorvela::writeTable(sample(), {false}, out); }),
             "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
             "*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       cis\n"
             "   a.str  A      c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
@@ -103,7 +108,7 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
 }
 
 TEST(ReportTable, ColoursTheCisRowsAlone) {
-  const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), true, out); });
+  const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), {true}, out); });
   EXPECT_NE(
       text.find("\n\033[1;35m*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       "
                 "cis\033[0m\n   a.str"),
@@ -115,7 +120,7 @@ TEST(ReportTable, ShowsNoControlCharactersOfAFile) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].chain = "\033[2J";
   report.files[1].error = "b\tc: bad";
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
   EXPECT_EQ(text.find('\033'), std::string::npos);
   EXPECT_NE(text.find("a.str  ?[2J   K116"), std::string::npos);
   EXPECT_NE(text.find("\n   b?c: bad\n"), std::string::npos);
@@ -124,7 +129,7 @@ TEST(ReportTable, ShowsNoControlCharactersOfAFile) {
 TEST(ReportTable, AlignsNamesBeyondAscii) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].file = "\xC3\xA4.str";
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
   EXPECT_EQ(text.substr(0, text.find('\n')),
             "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call");
 }
@@ -132,7 +137,7 @@ TEST(ReportTable, AlignsNamesBeyondAscii) {
 TEST(ReportTable, AnUndecidedProlineHasAQuestionMark) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].prolines[0].call = Call::undecided;
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, true, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {true}, out); });
   EXPECT_NE(
       text.find("\n?  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       undecided\n"),
       std::string::npos);
@@ -144,7 +149,7 @@ TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
   second.list = "2";
   second.prolines.resize(1);
   report.files[0].proteins.push_back(second);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
   EXPECT_EQ(
       text.substr(0, text.find("\n\n")),
       "   File   Chain  List  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
@@ -157,14 +162,14 @@ TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
 TEST(ReportTable, KeepsTheMarginWithoutMarks) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].prolines[0].call = Call::trans;
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, false, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
   EXPECT_EQ(text.substr(0, 18), "   File   Chain  B");
 }
 
 TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   zorvela::RunReport report;
   report.files = {{"b", {}, "b: is empty"}};
-  EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, false, out); }),
+  EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); }),
             "\nNot predicted\n   b: is empty\n\n"
             "0 prolines in 0 chains of 1 file: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
             "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
@@ -172,7 +177,7 @@ TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
 
 TEST(ReportCsv, HasARowForEachProlineAndEachError) {
   EXPECT_EQ(
-      written([](std::ostream& out) { zorvela::writeCsv(sample(), out); }),
+      written([](std::ostream& out) { zorvela::writeCsv(sample(), {}, out); }),
       "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
       "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct\n"
       "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA\n"
@@ -183,7 +188,7 @@ TEST(ReportCsv, HasARowForEachProlineAndEachError) {
 TEST(ReportCsv, DoublesQuotesAndKeepsLineEndsInQuotes) {
   zorvela::RunReport report = sample();
   report.files = {{"a\"b\n", {}, "bad"}};
-  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
   EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,\n");
 }
 
@@ -191,7 +196,8 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
   const nlohmann::json expected = nlohmann::json::parse(R"({
     "format": "zorvela-kit run",
     "version": 1,
-    "program": "zorvela-kit )" ZORVELA_VERSION R"(",
+    "program": "zorvela-kit )" + std::string(zorvela::version()) +
+                                                        R"(",
     "tables": "tab",
     "thresholds": {"cis_from": 0.5, "trans_up_to": 0.05},
     "proteins": [{
@@ -211,7 +217,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
       "notes": ["a \"note\""]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
   })");
-  const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), out); });
+  const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), {}, out); });
   EXPECT_EQ(nlohmann::json::parse(text), expected);
   EXPECT_NE(text.find("\"cg_shift\": 24.31,"), std::string::npos);  // not 24.309999465942383
   EXPECT_EQ(text.back(), '\n');
@@ -220,6 +226,6 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
 TEST(ReportJson, ReplacesWhatIsNotUtf8) {
   zorvela::RunReport report;
   report.files = {{"\xFF", {}, "bad"}};
-  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, out); });
+  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, {}, out); });
   EXPECT_EQ(nlohmann::json::parse(text)["errors"][0]["file"], "\xEF\xBF\xBD");
 }

@@ -1,0 +1,27 @@
+// What the sub-commands say on standard error, in one voice.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+/// The name of the program.
+inline constexpr const char* kProgramName = "zorvela-kit";
+
+/// One line on standard error, "zorvela-kit: " and the text, with nothing in it that a terminal would obey.
+void say(const std::string& text);
+
+/// How a message names a chain: "a.str", "a.str, chain A" or "standard input".
+std::string messageName(const std::string& file, const std::string& chain);
+
+/// The first notes of a chain in a line each, up to `most`; after them how many more there are and, in
+/// `whereToFind`, where all of them are.
+void sayNotes(const std::string& name, const std::vector<std::string>& notes, std::size_t most,
+              const std::string& whereToFind);
+
+/// "3 of 7 files could not be ..." where there were several.
+void sayFailures(std::size_t failures, std::size_t files, const std::string& what);
+
+}  // namespace zorvela

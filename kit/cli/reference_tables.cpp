@@ -1,0 +1,47 @@
+// The folder of the tables: option, environment, installation.
+#include "cli/reference_tables.h"
+
+#include <unistd.h>  // for readlink
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+/// The folder that holds the running program; empty if the system does not say.
+std::string programFolder() {
+  char path[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+  if (length <= 0 || static_cast<std::size_t>(length) == sizeof path) return "";
+  const std::string name(path, static_cast<std::size_t>(length));
+  return name.substr(0, name.rfind('/'));
+}
+
+}  // namespace
+
+std::string findTables(const std::string& given) {
+  if (!given.empty()) return given;
+  const char* home = std::getenv("ZORVELA_DIR");
+  if (home != nullptr && *home != '\0') return std::string(home) + "/tab";
+  const std::string installed = programFolder() + "/../share/zorvela/tab";
+  std::error_code error;
+  return std::filesystem::is_directory(installed, error) ? installed : "./tab";
+}
+
+Tables loadTables(const std::string& folder) {
+  try {
+    return tablesFromFolder(folder);
+  } catch (const TableError& e) {
+    throw TableError(e.what() +
+                     std::string("; name the folder of the seven reference tables with --tables or "
+                                 "its parent with ZORVELA_DIR"));
+  }
+}
+
+}  // namespace zorvela

@@ -1,0 +1,181 @@
+// What each reference table must hold, and the line at fault where it does not.
+#include "predict/table_checks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "ZORVELA.h"
+#include "util/number.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+const std::string kTwentyResidues = "ACDEFGHIKLMNPQRSTVWY";
+const std::vector<std::string> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
+/// Shares are written with six decimals.
+constexpr double kLargestGapInShares = 0.001;
+
+/// The columns that the prediction reads, and the rows that must be there.
+struct Layout {
+  std::string keyColumn;
+  std::vector<std::string> keys;
+  std::vector<std::string> values;
+};
+
+std::vector<std::string> residueTypes() {
+  std::vector<std::string> types;
+  for (const char letter : kTwentyResidues + "cp") types.emplace_back(1, letter);
+  return types;
+}
+
+std::vector<std::string> shiftIndices() {
+  std::vector<std::string> indices;
+  for (int i = 0; i <= kProlineCG; ++i) indices.push_back(std::to_string(i));
+  return indices;
+}
+
+std::vector<std::string> limitColumns() {
+  std::vector<std::string> columns;
+  for (const std::string& atom : kAtoms) {
+    columns.push_back(atom + "_MIN");
+    columns.push_back(atom + "_MAX");
+  }
+  return columns;
+}
+
+Layout layoutOf(const std::string& name) {
+  if (name == "sslimit.tab") return {"RESNAME", residueTypes(), limitColumns()};
+  if (name == "Pro.cs.tab")
+    return {"index", shiftIndices(), {"avg_cis", "avg_trans", "std_cis", "std_trans"}};
+  if (name == "Pro.seq.tab")
+    return {"resname", residueTypes(), {"cis_prev", "cis_next", "trans_prev", "trans_next"}};
+  return {"RESNAME", residueTypes(), kAtoms};
+}
+
+bool isKeyword(std::string_view word) {
+  return word == "REMARK" || word == "DATA" || word == "VARS" || word == "FORMAT";
+}
+
+/// One table under check.
+struct Checked {
+  const GDB& table;
+  const std::string& file;
+  Layout layout;
+  std::vector<std::size_t> rowLines = {};  ///< of row 1, 2, ...
+
+  [[noreturn]] void fail(std::size_t line, const std::string& what) const {
+    throw TableError(file, line, what, "");
+  }
+  std::size_t lineOf(int row) const {
+    const auto index = static_cast<std::size_t>(row) - 1;
+    return index < rowLines.size() ? rowLines[index] : 0;
+  }
+};
+
+void checkColumns(const Checked& checked) {
+  std::vector<std::string> columns = checked.layout.values;
+  columns.insert(columns.begin(), checked.layout.keyColumn);
+  for (const std::string& column : columns) {
+    const auto holds = [&](const auto& indexed) { return indexed.second == column; };
+    const auto& names = checked.table.columnNames;
+    if (std::none_of(names.begin(), names.end(), holds)) checked.fail(0, "has no column " + column);
+  }
+  if (checked.table.entries.empty()) checked.fail(0, "has no rows");
+}
+
+/// The reader skips a line with too few or too many words: in a reference table that is damage.
+void findRowLines(Checked& checked, std::string_view text) {
+  std::size_t pos = 0;
+  std::size_t number = 0;
+  bool rowsHaveBegun = false;
+  while (const std::optional<std::string_view> line = nextLine(text, pos)) {
+    ++number;
+    const std::vector<std::string> words = GDB::split_WhiteSpace(std::string(*line));
+    if (words.empty() || words.front().empty()) continue;
+    if (isKeyword(words.front())) {
+      rowsHaveBegun = rowsHaveBegun || words.front() == "FORMAT";
+      continue;
+    }
+    if (!rowsHaveBegun) continue;
+    if (words.size() != static_cast<std::size_t>(checked.table.columnCount))
+      checked.fail(number,
+                   "has " + counted(words.size(), "value", "values") + " where there are " +
+                       counted(static_cast<std::size_t>(checked.table.columnCount), "column", "columns"));
+    checked.rowLines.push_back(number);
+  }
+  if (text.back() != '\n' && text.back() != '\r')
+    checked.fail(number, "ends without a line end and may be cut short");
+}
+
+void checkNumbers(const Checked& checked) {
+  for (const auto& [number, row] : checked.table.entries)
+    for (const std::string& column : checked.layout.values) {
+      const std::string cell = GDB::cell(row, column);
+      if (!toDecimal(cell) || !std::isfinite(GDB::toFloat(cell)))
+        checked.fail(checked.lineOf(number), column + " is \"" + printable(cell, 40) + "\", no number");
+    }
+}
+
+void checkRows(const Checked& checked) {
+  std::map<std::string, int> seen;
+  for (const auto& [number, row] : checked.table.entries) {
+    const std::string key = GDB::cell(row, checked.layout.keyColumn);
+    if (!seen.emplace(key, number).second)
+      checked.fail(checked.lineOf(number),
+                   checked.layout.keyColumn + " " + printable(key, 40) + " stands twice");
+  }
+  const bool isByIndex = checked.layout.keyColumn == "index";
+  for (const std::string& key : checked.layout.keys)
+    if (seen.count(key) == 0)
+      checked.fail(0, isByIndex ? "has no row with index " + key : "has no row for residue type " + key);
+}
+
+void checkLimits(const Checked& checked) {
+  for (const auto& [number, row] : checked.table.entries)
+    for (const std::string& atom : kAtoms)
+      if (GDB::toFloat(GDB::cell(row, atom + "_MIN")) > GDB::toFloat(GDB::cell(row, atom + "_MAX")))
+        checked.fail(checked.lineOf(number), atom + "_MIN is above " + atom + "_MAX");
+}
+
+void checkDeviations(const Checked& checked) {
+  for (const auto& [number, row] : checked.table.entries)
+    for (const char* column : {"std_cis", "std_trans"})
+      if (!(GDB::toFloat(GDB::cell(row, column)) > 0))
+        checked.fail(checked.lineOf(number), std::string(column) + " is not above 0");
+}
+
+void checkShares(const Checked& checked) {
+  for (const std::string& column : checked.layout.values) {
+    double sum = 0;
+    for (const auto& [number, row] : checked.table.entries) {
+      const double share = GDB::toDouble(GDB::cell(row, column));
+      if (share < 0 || share > 1)
+        checked.fail(checked.lineOf(number), column + " is no share between 0 and 1");
+      const std::string name = GDB::cell(row, checked.layout.keyColumn);
+      if (name.size() == 1 && kTwentyResidues.find(name) != std::string::npos) sum += share;
+    }
+    if (std::fabs(sum - 1) > kLargestGapInShares)
+      checked.fail(0, column + " of the 20 residue types adds up to " + fixedText(sum, 4) + ", not to 1");
+  }
+}
+
+}  // namespace
+
+void checkTable(const std::string& name, const GDB& table, const std::string& text, const std::string& file) {
+  Checked checked{table, file, layoutOf(name)};
+  checkColumns(checked);
+  findRowLines(checked, text);
+  checkNumbers(checked);
+  checkRows(checked);
+  if (name == "sslimit.tab") checkLimits(checked);
+  if (name == "Pro.cs.tab") checkDeviations(checked);
+  if (name == "Pro.seq.tab") checkShares(checked);
+}
+
+}  // namespace zorvela

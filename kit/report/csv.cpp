@@ -1,0 +1,83 @@
+// The results as CSV: RFC 4180, with line feeds.
+#include <ostream>
+
+#include "report/fields.h"
+#include "report/walk.h"
+#include "util/number.h"
+#include "zorvela/report.h"
+
+namespace zorvela {
+
+namespace {
+
+std::string quotedWhereNeeded(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
+struct CellText {
+  std::string operator()(std::monostate) const { return ""; }
+  std::string operator()(int number) const { return std::to_string(number); }
+  std::string operator()(float number) const { return numberText(number); }
+  std::string operator()(bool isSo) const { return isSo ? "yes" : "no"; }
+  std::string operator()(const std::string& text) const { return quotedWhereNeeded(text); }
+};
+
+/// Writes the cells of one line, a comma before each but the first.
+class Line {
+ public:
+  explicit Line(std::ostream& stream) : out(stream) {}
+  ~Line() { out << '\n'; }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+  void add(const Value& value) {
+    if (!isFirst) out << ',';
+    isFirst = false;
+    out << std::visit(CellText(), value);
+  }
+  template <class Item>
+  void add(const std::vector<Field<Item>>& fields, const Item& item) {
+    for (const Field<Item>& field : fields)
+      if (field.isInCsv()) add(field.valueOf(item));
+  }
+
+ private:
+  std::ostream& out;
+  bool isFirst = true;
+};
+
+/// A file that failed has its name, "error" for a call and the message for a reason.
+Value errorCell(const FileReport& file, const std::string& column) {
+  if (column == "file") return file.file;
+  if (column == "call") return std::string("error");
+  if (column == "reason") return file.error;
+  return {};
+}
+
+}  // namespace
+
+void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
+  const std::vector<std::string> columns = csvColumns();
+  {
+    Line header(out);
+    for (const std::string& column : columns) header.add(Value(column));
+  }
+  forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
+    Line line(out);
+    line.add(proteinFields(), protein);
+    line.add(prolineFields(), proline);
+    line.add(offsetColumns(), protein);
+  });
+  forEachError(report, [&](const FileReport& file) {
+    Line line(out);
+    for (const std::string& column : columns) line.add(errorCell(file, column));
+  });
+}
+
+}  // namespace zorvela

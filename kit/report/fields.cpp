@@ -1,0 +1,116 @@
+// The fields with their names, in their order.
+#include "report/fields.h"
+
+#include <cmath>
+
+namespace zorvela {
+
+namespace {
+
+Value orNothing(const std::string& text) {
+  if (text.empty()) return {};
+  return text;
+}
+
+template <class Number>
+Value orNothing(const std::optional<Number>& number) {
+  if (!number) return {};
+  return *number;
+}
+
+/// JSON has no infinity and no "not a number".
+Value orNothing(float number) {
+  if (!std::isfinite(number)) return {};
+  return number;
+}
+
+Value offsetValue(const ProteinResult& protein, const char* atom) {
+  const ReferencingOffset* offset = offsetOf(protein, atom);
+  if (offset == nullptr) return {};
+  return orNothing(offset->offset);
+}
+
+Value atomsToCorrect(const ProteinResult& protein) {
+  std::string atoms;
+  for (const std::string& atom : kOffsetAtoms) {
+    const ReferencingOffset* offset = offsetOf(protein, atom);
+    if (offset != nullptr && callsForCorrection(*offset)) atoms += (atoms.empty() ? "" : " ") + atom;
+  }
+  return orNothing(atoms);
+}
+
+}  // namespace
+
+const std::vector<Field<ProteinResult>>& proteinFields() {
+  using Chain = const ProteinResult&;
+  static const std::vector<Field<ProteinResult>> fields = {
+      {"file", In::csvAndJson, [](Chain chain) -> Value { return chain.file; }},
+      {"chain", In::csvAndJson, [](Chain chain) { return orNothing(chain.chain); }},
+      {"list", In::csvAndJson, [](Chain chain) { return orNothing(chain.list); }},
+      {"length", In::json, [](Chain chain) -> Value { return chain.length; }},
+      {"shifts", In::json, [](Chain chain) -> Value { return chain.shiftCount; }}};
+  return fields;
+}
+
+const std::vector<Field<ProlineResult>>& prolineFields() {
+  using Proline = const ProlineResult&;
+  static const std::vector<Field<ProlineResult>> fields = {
+      {"resid", In::csvAndJson, [](Proline proline) -> Value { return proline.number; }},
+      {"position", In::csvAndJson, [](Proline proline) -> Value { return proline.position; }},
+      {"prev", In::csvAndJson, [](Proline proline) { return orNothing(proline.previous); }},
+      {"next", In::csvAndJson, [](Proline proline) { return orNothing(proline.next); }},
+      {"prev_resid", In::json, [](Proline proline) { return orNothing(proline.previousNumber); }},
+      {"next_resid", In::json, [](Proline proline) { return orNothing(proline.nextNumber); }},
+      {"cs_cnt_prev", In::csvAndJson, [](Proline proline) { return orNothing(proline.previousCount); }},
+      {"cs_cnt", In::csvAndJson, [](Proline proline) { return orNothing(proline.count); }},
+      {"cs_cnt_next", In::csvAndJson, [](Proline proline) { return orNothing(proline.nextCount); }},
+      {"cg_shift", In::csvAndJson, [](Proline proline) { return orNothing(proline.cgShift); }},
+      {"p_cis", In::csvAndJson, [](Proline proline) { return orNothing(proline.pCis); }},
+      {"p_cis_norm", In::csvAndJson, [](Proline proline) { return orNothing(proline.pCisNorm); }},
+      {"call", In::csvAndJson, [](Proline proline) -> Value { return toText(proline.call); }},
+      {"reason", In::csvAndJson, [](Proline proline) { return orNothing(proline.reason); }}};
+  return fields;
+}
+
+const std::vector<Field<ProteinResult>>& offsetColumns() {
+  using Chain = const ProteinResult&;
+  static const std::vector<Field<ProteinResult>> fields = {
+      {"offset_ca", In::csv, [](Chain chain) { return offsetValue(chain, "CA"); }},
+      {"offset_cb", In::csv, [](Chain chain) { return offsetValue(chain, "CB"); }},
+      {"offset_ha", In::csv, [](Chain chain) { return offsetValue(chain, "HA"); }},
+      {"offset_c", In::csv, [](Chain chain) { return offsetValue(chain, "C"); }},
+      {"to_correct", In::csv, [](Chain chain) { return atomsToCorrect(chain); }}};
+  return fields;
+}
+
+const std::vector<Field<ReferencingOffset>>& offsetFields() {
+  using Offset = const ReferencingOffset&;
+  static const std::vector<Field<ReferencingOffset>> fields = {
+      {"atom", In::json, [](Offset offset) -> Value { return offset.atom; }},
+      {"offset", In::json, [](Offset offset) { return orNothing(offset.offset); }},
+      {"error", In::json, [](Offset offset) { return orNothing(offset.error); }},
+      {"residues", In::json, [](Offset offset) -> Value { return offset.size; }},
+      {"correction_recommended", In::json,
+       [](Offset offset) -> Value { return callsForCorrection(offset); }}};
+  return fields;
+}
+
+std::vector<std::string> csvColumns() {
+  std::vector<std::string> names;
+  const auto addNames = [&](const auto& fields) {
+    for (const auto& field : fields)
+      if (field.isInCsv()) names.emplace_back(field.name);
+  };
+  addNames(proteinFields());
+  addNames(prolineFields());
+  addNames(offsetColumns());
+  return names;
+}
+
+const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom) {
+  for (const ReferencingOffset& offset : protein.offsets)
+    if (offset.atom == atom) return &offset;
+  return nullptr;
+}
+
+}  // namespace zorvela

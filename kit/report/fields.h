@@ -1,0 +1,48 @@
+// The one list of fields: CSV columns, JSON members, run.schema.json and doc/kit.md follow it. A new field
+// is a line in fields.cpp, an entry in the schema and one in the table of the document.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "zorvela/predict.h"
+
+namespace zorvela {
+
+/// What a field holds: nothing, a count, a number or a text.
+using Value = std::variant<std::monostate, int, float, bool, std::string>;
+
+/// Where a field is written.
+enum class In { csvAndJson, csv, json };
+
+/// A named value of a chain, a proline or a referencing offset.
+template <class Item>
+struct Field {
+  const char* name;
+  In where;
+  Value (*valueOf)(const Item& item);
+
+  bool isInCsv() const { return where != In::json; }
+  bool isInJson() const { return where != In::csv; }
+};
+
+/// Of a chain; in CSV they come first.
+const std::vector<Field<ProteinResult>>& proteinFields();
+/// Of a proline; in CSV they come after those of the chain.
+const std::vector<Field<ProlineResult>>& prolineFields();
+/// Of a chain as well, last in CSV: the referencing offsets in a row.
+const std::vector<Field<ProteinResult>>& offsetColumns();
+/// Of one referencing offset, in JSON alone.
+const std::vector<Field<ReferencingOffset>>& offsetFields();
+
+/// The names of all columns of a CSV file, in their order.
+std::vector<std::string> csvColumns();
+
+/// The offset of an atom; nullptr where the chain has none.
+const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom);
+
+/// The atoms with a referencing offset, in the order of the reports.
+inline const std::vector<std::string> kOffsetAtoms = {"CA", "CB", "HA", "C"};
+
+}  // namespace zorvela

@@ -1,0 +1,30 @@
+// Walks through a report, in its order.
+#pragma once
+
+#include "zorvela/report.h"
+
+namespace zorvela {
+
+/// Calls visit(protein).
+template <class Visit>
+void forEachProtein(const RunReport& report, Visit visit) {
+  for (const FileReport& file : report.files)
+    for (const ProteinResult& protein : file.proteins) visit(protein);
+}
+
+/// Calls visit(protein, proline).
+template <class Visit>
+void forEachProline(const RunReport& report, Visit visit) {
+  forEachProtein(report, [&](const ProteinResult& protein) {
+    for (const ProlineResult& proline : protein.prolines) visit(protein, proline);
+  });
+}
+
+/// Calls visit(file) for the files that failed.
+template <class Visit>
+void forEachError(const RunReport& report, Visit visit) {
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) visit(file);
+}
+
+}  // namespace zorvela

@@ -1,0 +1,237 @@
+// Reference tables from a folder and from memory, and what is wrong with those that are damaged.
+#include "predict/tables.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "zorvela/error.h"
+#include "zorvela/predict.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::map<std::string, std::string>;
+
+std::string textOf(const fs::path& path) {
+  std::ifstream in(path);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+Texts madeTables() {
+  Texts texts;
+  for (const char* name : zorvela::kTableNames) texts[name] = textOf(fs::path(MADE_TABLES) / name);
+  return texts;
+}
+
+/// What is said of the made tables after a change in one of them.
+std::string afterChange(const std::string& name, const std::string& before, const std::string& after) {
+  Texts texts = madeTables();
+  std::string& text = texts[name];
+  const std::size_t at = text.find(before);
+  EXPECT_NE(at, std::string::npos) << before;
+  text.replace(at, before.size(), after);
+  try {
+    zorvela::tablesFromTexts(texts);
+  } catch (const zorvela::TableError& e) {
+    EXPECT_EQ(e.file(), name);
+    return e.what();
+  }
+  return "no error";
+}
+
+/// The line on which a piece of a made table stands, with the name of the table: "randcoil.tab:12".
+std::string place(const std::string& name, const std::string& piece) {
+  const std::string text = madeTables()[name];
+  std::size_t line = 1;
+  for (std::size_t i = 0; i < text.find(piece); ++i) line += text[i] == '\n' ? 1 : 0;
+  return name + ":" + std::to_string(line);
+}
+
+class TableFolder : public testing::Test {
+ protected:
+  void SetUp() override {
+    char name[] = "/tmp/zorvela-kit-test-XXXXXX";
+    folder = mkdtemp(name);
+    fs::copy(MADE_TABLES, folder);
+  }
+  void TearDown() override { fs::remove_all(folder); }
+  std::string message() const {
+    testing::internal::CaptureStderr();
+    std::string text = "no error";
+    try {
+      zorvela::tablesFromFolder(folder.string());
+    } catch (const zorvela::TableError& e) {
+      text = e.what();
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    return text;
+  }
+
+  fs::path folder;
+};
+
+}  // namespace
+
+// --- From a folder ------------------------------------------------------------------------------
+
+TEST_F(TableFolder, LoadsAllSeven) {
+  EXPECT_EQ(message(), "no error");
+}
+
+TEST_F(TableFolder, NamesTheTableThatIsMissing) {
+  for (const char* name : zorvela::kTableNames) {
+    fs::rename(folder / name, folder / "away");
+    EXPECT_EQ(message(), (folder / name).string() + ": No such file or directory");
+    fs::rename(folder / "away", folder / name);
+  }
+}
+
+TEST_F(TableFolder, AFolderIsNoTable) {
+  fs::remove(folder / "rcnext.tab");
+  fs::create_directory(folder / "rcnext.tab");
+  EXPECT_EQ(message(), (folder / "rcnext.tab").string() + ": is a folder, not a table");
+}
+
+TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {
+  fs::remove_all(folder);
+  EXPECT_EQ(message(), folder.string() + ": there is no such folder");
+}
+
+TEST_F(TableFolder, ABadFormatItemIsOneLine) {
+  std::string text = textOf(folder / "Pro.seq.tab");
+  text.replace(text.find("FORMAT %s"), 9, "FORMAT %x");
+  std::ofstream(folder / "Pro.seq.tab") << text;
+  EXPECT_EQ(message(), (folder / "Pro.seq.tab").string() + ":4: Bad format syntax '%x '");
+}
+
+TEST_F(TableFolder, ABareKeywordIsOneLine) {
+  std::ofstream(folder / "rcadj.tab") << "REMARK\nVARS A\nFORMAT %s\n1\n";
+  EXPECT_NE(message().find(": a REMARK or DATA line has nothing after the keyword"), std::string::npos);
+}
+
+TEST(ShippedTables, AreWhole) {
+  EXPECT_NO_THROW(zorvela::tablesFromFolder(SHIPPED_TABLES));
+}
+
+TEST_F(TableFolder, LoadTableReadsAnyTable) {
+  std::ofstream(folder / "t.tab") << "VARS A B\nFORMAT %s %d\nx 1\ny 2\n";
+  const GDB table = zorvela::loadTable((folder / "t.tab").string(), "");
+  EXPECT_EQ(table.getEntryCount(), 2);
+  EXPECT_EQ(table.getEntry("A", "y", 1).at("B"), "2");
+}
+
+TEST_F(TableFolder, LoadTableAddsTheRemedy) {
+  const std::string path = (folder / "none.tab").string();
+  try {
+    zorvela::loadTable(path, "mend it");
+    FAIL() << "no error";
+  } catch (const zorvela::TableError& e) {
+    EXPECT_EQ(e.what(), path + ": No such file or directory; mend it");
+  }
+}
+
+// --- From memory --------------------------------------------------------------------------------
+
+TEST(TablesInMemory, PredictAsThoseOfTheFolder) {
+  zorvela::Protein protein;
+  protein.sequence = "APK";
+  protein.numbers = {"1", "2", "3"};
+  for (const int resid : {1, 2, 3})
+    for (const auto& [atom, shift] :
+         std::map<std::string, std::string>{{"HA", "4"}, {"C", "175"}, {"CA", "55"}, {"CB", "32"}})
+      protein.shifts.push_back({resid, atom, shift});
+  const auto fromTexts = zorvela::Predictor(zorvela::tablesFromTexts(madeTables())).predict(protein);
+  const auto fromFolder = zorvela::Predictor(zorvela::tablesFromFolder(MADE_TABLES)).predict(protein);
+  ASSERT_TRUE(fromTexts.prolines.at(0).pCis.has_value());
+  EXPECT_EQ(fromTexts.prolines[0].pCis, fromFolder.prolines.at(0).pCis);
+}
+
+TEST(TablesInMemory, MustBeAllSeven) {
+  Texts texts = madeTables();
+  texts.erase("rcprev.tab");
+  try {
+    zorvela::tablesFromTexts(texts);
+    FAIL() << "no error";
+  } catch (const zorvela::TableError& e) {
+    EXPECT_STREQ(e.what(), "rcprev.tab: is not among the tables given");
+  }
+}
+
+// --- Damage -------------------------------------------------------------------------------------
+
+TEST(DamagedTable, LacksAColumn) {
+  EXPECT_EQ(afterChange("sslimit.tab", "CB_MAX", "CB_TOP"), "sslimit.tab: has no column CB_MAX");
+}
+
+TEST(DamagedTable, HasNoRows) {
+  EXPECT_EQ(afterChange("rcadj.tab", "FORMAT", "REMARK"), "rcadj.tab: has no rows");
+}
+
+TEST(DamagedTable, LacksAShiftIndex) {
+  EXPECT_EQ(afterChange("Pro.cs.tab", "   18 ", "   19 "), "Pro.cs.tab: has no row with index 18");
+}
+
+TEST(DamagedTable, LacksAResidueType) {
+  for (const char* name :
+       {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab", "sslimit.tab", "Pro.seq.tab"})
+    EXPECT_EQ(afterChange(name, "\nW ", "\nX "), std::string(name) + ": has no row for residue type W");
+}
+
+TEST(DamagedTable, HasAResidueTypeTwice) {
+  EXPECT_EQ(afterChange("randcoil.tab", "\nW ", "\nV "),
+            place("randcoil.tab", "W   ") + ": RESNAME V stands twice");
+}
+
+TEST(DamagedTable, HasADecimalComma) {
+  EXPECT_EQ(afterChange("randcoil.tab", "120.000", "120,000"),
+            place("randcoil.tab", "A   ") + ": N is \"120,000\", no number");
+}
+
+TEST(DamagedTable, HasNanOrInfinity) {
+  for (const std::string bad : {"nan", "inf", "-inf", "1e99", "0x10", "4.0.0"})
+    EXPECT_EQ(afterChange("Pro.cs.tab", "24.000", bad),
+              place("Pro.cs.tab", "   18 ") + ": avg_cis is \"" + bad + "\", no number");
+}
+
+TEST(DamagedTable, HasADeviationThatIsNotAboveZero) {
+  for (const std::string bad : {"0.000", "-1.000"})
+    EXPECT_EQ(afterChange("Pro.cs.tab", "27.000     1.000", "27.000     " + bad),
+              place("Pro.cs.tab", "   18 ") + ": std_cis is not above 0");
+}
+
+TEST(DamagedTable, HasLimitsTheWrongWayRound) {
+  EXPECT_EQ(afterChange("sslimit.tab", "A    -4.000    4.000", "A     4.000   -4.000"),
+            place("sslimit.tab", "A    ") + ": N_MIN is above N_MAX");
+}
+
+TEST(DamagedTable, HasSharesThatDoNotAddUp) {
+  EXPECT_EQ(afterChange("Pro.seq.tab", "A   0.1", "A   0.2"),
+            "Pro.seq.tab: cis_prev of the 20 residue types adds up to 1.1000, not to 1");
+  EXPECT_EQ(afterChange("Pro.seq.tab", "A   0.1", "A  -0.1"),
+            place("Pro.seq.tab", "A   0.1") + ": cis_prev is no share between 0 and 1");
+}
+
+TEST(DamagedTable, IsCutInTheMiddleOfALine) {
+  for (const char* name : zorvela::kTableNames) {
+    Texts texts = madeTables();
+    const std::string whole = texts[name];
+    std::string& text = texts[name];
+    const std::size_t last = whole.find_last_not_of(" \n");
+    // At each character of the last line: a number that is shorter, or a line with too few values.
+    for (std::size_t end = whole.rfind('\n', last) + 2; end <= last + 1; ++end) {
+      text = whole.substr(0, end);
+      EXPECT_THROW(zorvela::tablesFromTexts(texts), zorvela::TableError) << name << " cut at " << end;
+    }
+  }
+}
+
+TEST(DamagedTable, HasALineWithTooFewValues) {
+  EXPECT_EQ(afterChange("rcnext.tab", "G     0.000", "G          "),
+            place("rcnext.tab", "G     0.000") + ": has 6 values where there are 7 columns");
+}

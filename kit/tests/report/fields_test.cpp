@@ -1,0 +1,68 @@
+// The list of fields, the schema and the document agree.
+#include "report/fields.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::string textOf(const std::string& path) {
+  std::ifstream in(path);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+template <class Item>
+Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
+  Names names;
+  for (const auto& field : fields)
+    if (field.isInJson()) names.emplace_back(field.name);
+  return names;
+}
+
+/// The members that the schema demands and describes, in its order.
+void expectInSchema(const char* object, const Names& names) {
+  const auto schema = nlohmann::ordered_json::parse(textOf(RUN_SCHEMA))["$defs"][object];
+  EXPECT_EQ(schema["required"].get<Names>(), names);
+  Names described;
+  for (const auto& [name, description] : schema["properties"].items()) described.push_back(name);
+  EXPECT_EQ(described, names);
+}
+
+}  // namespace
+
+TEST(Fields, AreThoseOfTheSchema) {
+  Names chain = jsonNames(zorvela::proteinFields());
+  for (const char* list : {"referencing", "prolines", "notes"}) chain.emplace_back(list);
+  expectInSchema("protein", chain);
+  expectInSchema("proline", jsonNames(zorvela::prolineFields()));
+  expectInSchema("offset", jsonNames(zorvela::offsetFields()));
+}
+
+TEST(Fields, AreThoseOfTheTableOfColumnsInTheDocument) {
+  const std::string document = textOf(KIT_DOCUMENT);
+  const std::size_t start = document.find("\n### CSV\n");
+  ASSERT_NE(start, std::string::npos);
+  const std::string section = document.substr(start, document.find("\n### ", start + 1) - start);
+  const std::regex line("\n\\| (`[^|]+) \\|");
+  const std::regex name("`([a-z_]+)`");
+  Names named;
+  for (std::sregex_iterator row(section.begin(), section.end(), line), end; row != end; ++row) {
+    const std::string cell = (*row)[1];
+    for (std::sregex_iterator word(cell.begin(), cell.end(), name); word != end; ++word)
+      named.push_back((*word)[1]);
+  }
+  EXPECT_EQ(named, zorvela::csvColumns());
+}
+
+TEST(Fields, HaveEachNameOnce) {
+  const Names columns = zorvela::csvColumns();
+  EXPECT_EQ(std::set<std::string>(columns.begin(), columns.end()).size(), columns.size());
+}

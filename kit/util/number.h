@@ -1,0 +1,15 @@
+// Numbers as text, the same on every system and in every locale.
+#pragma once
+
+#include <string>
+
+namespace zorvela {
+
+/// The shortest decimal text that gives back the same number, with an exponent where that is shorter:
+/// "0.1", "25", "1e-04".
+std::string numberText(float value);
+
+/// With so many decimals, as printf writes it.
+std::string fixedText(double value, int decimals);
+
+}  // namespace zorvela

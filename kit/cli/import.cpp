@@ -14,9 +14,9 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
-#include "formats/input_bytes.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/read.h"
@@ -81,7 +81,7 @@ class Importer {
     Progress progress("import", given.files.size());
     for (const std::string& file : given.files) {
       try {
-        for (Protein& protein : readShiftFile(file, given.options)) {
+        for (Protein& protein : readInput(file, given.options)) {
           printNotes(protein);
           proteins.push_back(std::move(protein));
         }

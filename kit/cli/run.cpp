@@ -20,9 +20,9 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
-#include "formats/input_bytes.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
@@ -53,7 +53,7 @@ FileReport predictFile(Predictor& predictor, const std::string& file, const Impo
   FileReport report;
   report.file = file;
   try {
-    for (const Protein& protein : readShiftFile(file, import))
+    for (const Protein& protein : readInput(file, import))
       report.proteins.push_back(predictor.predict(protein));
     return report;
   } catch (const Error& e) {

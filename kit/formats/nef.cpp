@@ -2,10 +2,9 @@
 #include <utility>
 
 #include "formats/format.h"
-#include "formats/input_bytes.h"
 #include "formats/star_chains.h"
 #include "formats/star_document.h"
-#include "protein/numbering.h"
+#include "protein/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -52,11 +51,8 @@ bool isYes(const std::string& flag) {
 
 class NefReader {
  public:
-  NefReader(const Document& document, const std::string& name) : source(document), finder(file.chains, name) {
-    file.format = "NEF";
-    for (const Block& block : source.blocks)
-      for (const Block* frame : framesOf(block)) frames.push_back(frame);
-  }
+  NefReader(const Document& document, const std::string& name)
+      : source(document), frames(framesOf(document)), finder(file.chains, name) {}
 
   ShiftFile read() {
     for (const Block* frame : frames)
@@ -173,15 +169,15 @@ class NefReader {
 
 }  // namespace
 
-bool isNef(const Document& document) {
-  for (const Block& block : document.blocks)
-    for (const Block* frame : framesOf(block))
-      if (!tablesOf(*frame, "_nef_").empty()) return true;
+bool isNef(const Source& source) {
+  if (!source.star) return false;
+  for (const Block* frame : framesOf(*source.star))
+    if (!tablesOf(*frame, "_nef_").empty()) return true;
   return false;
 }
 
-ShiftFile readNef(const Document& document, const std::string& file) {
-  return NefReader(document, inputName(file)).read();
+ShiftFile readNef(const Source& source) {
+  return NefReader(*source.star, source.file).read();
 }
 
 }  // namespace zorvela

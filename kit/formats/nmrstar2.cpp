@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "formats/format.h"
-#include "formats/input_bytes.h"
 #include "formats/star_chains.h"
 #include "formats/star_document.h"
 #include "util/text.h"
@@ -22,11 +21,7 @@ std::string frameName(const std::string& name) {
 class Star2Reader {
  public:
   Star2Reader(const Document& document, const std::string& name)
-      : source(document), finder(file.chains, name) {
-    file.format = "NMR-STAR 2.1";
-    for (const Block& block : source.blocks)
-      for (const Block* frame : framesOf(block)) frames.push_back(frame);
-  }
+      : source(document), frames(framesOf(document)), finder(file.chains, name) {}
 
   ShiftFile read() {
     for (const Block* frame : frames) readMolecule(*frame);
@@ -186,8 +181,17 @@ class Star2Reader {
 
 }  // namespace
 
-ShiftFile readStar2(const Document& document, const std::string& file) {
-  return Star2Reader(document, inputName(file)).read();
+bool isNmrStar2(const Source& source) {
+  if (!source.star) return false;
+  for (const Block* frame : framesOf(*source.star))
+    if (!tablesWith(*frame, "_Saveframe_category").empty() ||
+        !tablesWith(*frame, "_Chem_shift_value").empty())
+      return true;
+  return false;
+}
+
+ShiftFile readNmrStar2(const Source& source) {
+  return Star2Reader(*source.star, source.file).read();
 }
 
 }  // namespace zorvela

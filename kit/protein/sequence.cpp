@@ -1,4 +1,3 @@
-// The sequence of a chain: residues in order, gaps filled, numbers kept, names reduced to one letter.
 #include "protein/sequence.h"
 
 #include <algorithm>
@@ -172,10 +171,6 @@ struct NameCounts {
 };
 
 }  // namespace
-
-ResidueType polypeptideResidue(const std::string& name) {
-  return residueType(name.size() == 1 ? threeLetterName(name[0]) : name);
-}
 
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
   NameCounts counts;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <sstream>
+#include <stdexcept>
 #include <string_view>
 
 #include "formats/format.h"
@@ -115,7 +116,11 @@ ShiftFile readShiftTable(const Source& source) {
   std::istringstream text(checkedText(source.text, source.file, skipped));
   ShiftFile file;
   file.table.emplace();
-  file.table->readTable(text);
+  try {
+    file.table->readTable(text);
+  } catch (const std::runtime_error& error) {
+    throw FileError(source.file, 0, GDB::simplifyWhiteSpace(error.what()), kTableRemedy);
+  }
   checkColumns(*file.table, source.file);
   skipped.appendTo(file.notes);
   return file;

@@ -24,6 +24,8 @@ class ChainFinder {
   /// Adds a chain under a name; an earlier one of that name stays what `find` gives. FileError when the
   /// copies in a file are more than any real one has.
   std::size_t add(const std::string& name, FileChain chain);
+  /// How many chains there are.
+  std::size_t count() const { return chains.size(); }
   /// Another name for a chain.
   void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
 

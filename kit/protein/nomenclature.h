@@ -29,7 +29,7 @@ struct ResidueType {
   char letter = kUnknownResidue;  ///< one-letter code, that of the parent for a modified residue
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
-  Thiol thiol = Thiol::unknown;  ///< where the name itself tells (CYSS, CYX)
+  Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
 };
 
 /// The type behind a name of several letters (MET, Met, MSE, HIS+, CYSS); case does not matter.
@@ -82,7 +82,7 @@ struct AtomReading {
 };
 
 /// Reads an atom name (H, HN, CO, HA%, HAx, 1HA; case does not matter) of a residue with this letter.
-/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 is told by what else the residue has.
+/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 depends on what else the residue has.
 AtomReading readAtom(char letter, std::string_view atom);
 
 /// Whether this is the table's name of one of its atoms.

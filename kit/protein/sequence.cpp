@@ -20,7 +20,7 @@ const std::string& keyOf(const FileShift& row) {
   return row.key.empty() ? row.number : row.key;
 }
 
-/// A residue that only its rows tell of, with its number in parts for sorting.
+/// A residue that only its rows name, with its number in parts for sorting.
 struct DerivedResidue {
   ResidueNumber order;
   FileResidue residue;

@@ -14,9 +14,9 @@
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
-#include "formats/input_bytes.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/read.h"
@@ -71,7 +71,7 @@ Imported readFiles(const ImportArguments& given) {
   Progress progress("import", given.files.size());
   for (const std::string& file : given.files) {
     try {
-      for (Protein& protein : readShiftFile(file, given.options)) {
+      for (Protein& protein : readInput(file, given.options)) {
         sayNotes(messageName(protein.file, protein.chain), protein.notes, kAllNotes, "");
         imported.proteins.push_back(std::move(protein));
       }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iostream>
 
-#include "formats/input_bytes.h"
+#include "cli/input.h"
 #include "util/text.h"
 
 namespace zorvela {

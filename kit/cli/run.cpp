@@ -18,10 +18,12 @@
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
@@ -51,7 +53,7 @@ FileReport predictFile(Predictor& predictor, const std::string& file, const Impo
   FileReport report;
   report.file = file;
   try {
-    for (const Protein& protein : readShiftFile(file, import))
+    for (const Protein& protein : readInput(file, import))
       report.proteins.push_back(predictor.predict(protein));
     return report;
   } catch (const Error& e) {

@@ -5,9 +5,7 @@
 
 #include "formats/csv_columns.h"
 #include "formats/format.h"
-#include "formats/input_bytes.h"
 #include "protein/nomenclature.h"
-#include "protein/numbering.h"
 #include "util/delimited_text.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -21,11 +19,6 @@ constexpr const char* kColumnsRemedy =
     "resid,resname,atom,shift";
 // A title or a comment may stand above the column names, but no more than a page of it.
 constexpr std::size_t kMostLinesAbove = 50;
-constexpr std::size_t kMostNotes = 50;
-
-bool isNameLetter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
 
 /// What people write for a value that is not there.
 bool isNoValue(const std::string& cell) {
@@ -51,18 +44,17 @@ struct ResidueCell {
 
 /// "12", "12A", "G12", "Gly-12", "Gly".
 ResidueCell readResidueCell(const std::string& cell) {
-  if (cell.empty() || !isNameLetter(cell.front())) return {tidyNumber(cell), ""};
+  if (cell.empty() || !isLetter(cell.front())) return {tidyNumber(cell), ""};
   const std::size_t digits = cell.find_first_of("0123456789");
   if (digits == std::string::npos) return {"", cell};
   std::size_t end = digits;
-  while (end > 0 && !isNameLetter(cell[end - 1])) --end;
+  while (end > 0 && !isLetter(cell[end - 1])) --end;
   return {tidyNumber(cell.substr(digits)), cell.substr(0, end)};
 }
 
 class CsvReader {
  public:
   CsvReader(std::string_view wholeText, const std::string& name) : text(wholeText), fileName(name) {
-    file.format = "CSV";
     file.lists.emplace_back();
   }
 
@@ -121,12 +113,12 @@ class CsvReader {
 
   [[noreturn]] void throwNoHeader(const std::string& line, std::size_t number,
                                   const CsvColumns& found) const {
-    if (line.empty()) throw Error(fileName, 0, "holds nothing but blank lines", kColumnsRemedy);
+    if (line.empty()) throw FileError(fileName, 0, "holds nothing but blank lines", kColumnsRemedy);
     const bool isPartly = found.shift != kNoColumn || found.atom != kNoColumn;
-    throw Error(fileName, number,
-                isPartly ? "the columns lack " + found.missing()
-                         : "is no shift file that is known; it begins with \"" + line + "\"",
-                kColumnsRemedy);
+    throw FileError(fileName, number,
+                    isPartly ? "the columns lack " + found.missing()
+                             : "is no shift file that is known; it begins with \"" + line + "\"",
+                    kColumnsRemedy);
   }
 
   // --- Rows -----------------------------------------------------------------------------------
@@ -178,7 +170,7 @@ class CsvReader {
   void addShift(FileShift row, const std::string& atom, const std::string& value) {
     row.atom = atom;
     if (!isNoValue(value)) row.value = withPoint(value);
-    // A row without atom and value still tells that there is such a residue.
+    // A row without atom and value still says that there is such a residue.
     if (row.value.empty() && isNoValue(atom)) row.atom.clear();
     addRow(std::move(row));
   }
@@ -193,8 +185,9 @@ class CsvReader {
 
   void addRow(FileShift row) {
     if (file.lists[0].shifts.size() == kMostShiftRows)
-      throw Error(fileName, lineNumber, "is beyond the first " + std::to_string(kMostShiftRows) + " shifts",
-                  "split it into one file per protein");
+      throw FileError(fileName, lineNumber,
+                      "is beyond the first " + std::to_string(kMostShiftRows) + " shifts",
+                      "split it into one file per protein");
     file.lists[0].shifts.push_back(std::move(row));
   }
 
@@ -211,8 +204,9 @@ class CsvReader {
     const auto [entry, isNew] = chainIndex.emplace(name, file.chains.size());
     if (isNew) {
       if (file.chains.size() == kMostListsOrChains)
-        throw Error(fileName, lineNumber, "has more than " + std::to_string(kMostListsOrChains) + " chains",
-                    "check the column of chain names");
+        throw FileError(fileName, lineNumber,
+                        "has more than " + std::to_string(kMostListsOrChains) + " chains",
+                        "check the column of chain names");
       file.chains.emplace_back();
       file.chains.back().name = name;
     }
@@ -220,8 +214,7 @@ class CsvReader {
   }
 
   void addBadLine(const std::string& what) {
-    if (badLines++ < kMostNotes)
-      file.notes.push_back("line " + std::to_string(lineNumber) + " left out: " + what);
+    badLines.add("line " + std::to_string(lineNumber) + " left out: " + what);
   }
 
   // --- Names ----------------------------------------------------------------------------------
@@ -238,22 +231,21 @@ class CsvReader {
       hasUpperLetter = hasUpperLetter || (isLetter && row.residueName[0] >= 'A' && row.residueName[0] <= 'Z');
     }
     if (!rows.empty() && !isNamed)
-      throw Error(fileName, 0, "the rows have no residue names",
-                  "add a column resname with one- or three-letter names");
+      throw FileError(fileName, 0, "the rows have no residue names",
+                      "add a column resname with one- or three-letter names");
     for (FileShift& row : rows)
       if (row.residueName.size() == 1) row.residueName = nameOfLetter(row.residueName, hasUpperLetter);
   }
 
   static std::string nameOfLetter(const std::string& letter, bool isCaseKept) {
-    const bool isDisulfide = letter == "c" && isCaseKept;
-    const std::string name = threeLetterName(isDisulfide ? 'c' : upper(letter).front());
+    const bool isDisulfide = isCaseKept && letter.front() == kDisulfideCysteine;
+    const std::string name = threeLetterName(isDisulfide ? kDisulfideCysteine : upper(letter).front());
     return name.empty() ? letter : name;
   }
 
   void addNotes() {
+    badLines.appendTo(file.notes);
     if (decimalCommas) file.notes.push_back("decimal commas read as points");
-    if (badLines > kMostNotes)
-      file.notes.push_back("and " + std::to_string(badLines - kMostNotes) + " more lines left out");
   }
 
   std::string_view text;
@@ -265,13 +257,17 @@ class CsvReader {
   ShiftFile file;
   std::unordered_map<std::string, std::size_t> chainIndex;
   bool decimalCommas = false;
-  std::size_t badLines = 0;
+  LimitedNotes badLines{"lines left out"};
 };
 
 }  // namespace
 
-ShiftFile readCsv(std::string_view text, const std::string& file) {
-  return CsvReader(text, inputName(file)).read();
+bool isCsv(const Source& source) {
+  return !source.star;
+}
+
+ShiftFile readCsv(const Source& source) {
+  return CsvReader(source.text, source.file).read();
 }
 
 }  // namespace zorvela

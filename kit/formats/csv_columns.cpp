@@ -1,9 +1,10 @@
-// Which column of a CSV file holds what, by the many names that spreadsheets and programs use.
 #include "formats/csv_columns.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <string_view>
 
+#include "protein/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -44,7 +45,8 @@ const Aliases kChainNames = {"chain",
                              "entityid",
                              "molecule",
                              "mol"};
-const Aliases kTableAtoms = {"n", "h", "hn", "ha", "ha1", "ha2", "ha3", "c", "co", "c'", "ca", "cb", "cg"};
+// Atoms of the table under another name.
+const Aliases kOtherAtomNames = {"H", "HA1", "CO", "C'"};
 
 // "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same.
 std::string simplified(const std::string& name) {
@@ -53,7 +55,7 @@ std::string simplified(const std::string& name) {
   const bool hasCategory =
       dot != std::string::npos && dot > 0 && dot + 1 < name.size() && name[dot + 1] != ' ';
   for (const char c : lower(hasCategory ? name.substr(dot + 1) : name))
-    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '\'') result.push_back(c);
+    if (isLetter(c) || isDigit(c) || c == '\'') result.push_back(c);
   return result;
 }
 
@@ -80,10 +82,9 @@ class ColumnTaker {
   std::vector<std::string> free;
 };
 
-bool isTableAtom(const std::string& name) {
-  for (const char* atom : kTableAtoms)
-    if (name == atom) return true;
-  return false;
+bool isAtomColumn(const std::string& name) {
+  return isTableAtom(name) ||
+         std::find(kOtherAtomNames.begin(), kOtherAtomNames.end(), name) != kOtherAtomNames.end();
 }
 
 }  // namespace
@@ -122,7 +123,8 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
       columns.residues.push_back(weak);
   if (columns.atom == kNoColumn || columns.shift == kNoColumn)
     for (std::size_t i = 0; i < names.size(); ++i)
-      if (isTableAtom(taker.nameAt(i))) columns.atoms.emplace_back(i, upper(taker.nameAt(i)));
+      if (const std::string atom = upper(taker.nameAt(i)); isAtomColumn(atom))
+        columns.atoms.emplace_back(i, atom);
   return columns;
 }
 

@@ -15,7 +15,7 @@ inline constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 struct CsvColumns {
   std::size_t number = kNoColumn;     ///< residue number
   std::size_t name = kNoColumn;       ///< residue name
-  std::vector<std::size_t> residues;  ///< number, name or both in one ("G12"), told by what they hold
+  std::vector<std::size_t> residues;  ///< number, name or both in one ("G12"), decided by what they hold
   std::size_t atom = kNoColumn;
   std::size_t shift = kNoColumn;
   std::size_t chain = kNoColumn;

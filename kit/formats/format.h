@@ -1,37 +1,58 @@
-// The readers, one per file format. `file` is the path as the user gave it, for messages.
+// The input formats in one table, and the way from a file's bytes to what its reader hands over.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
-#include <gemmi/cifdoc.hpp>  // for gemmi::cif::Document
+#include <gemmi/cifdoc.hpp>
 
 #include "formats/shift_model.h"
-#include "zorvela/protein.h"
 
 namespace zorvela {
 
-/// NMR-STAR 3 or 2.1 (`_Atom_chem_shift.Val`, `_Chem_shift_value`). Of a file without shifts: its
-/// contents.
-ShiftFile readStar(const gemmi::cif::Document& document, const std::string& file);
+/// What a reader gets: an entry of a STAR file, or the text of a file that is not STAR.
+struct Source {
+  std::string file;                          ///< how messages name the file
+  std::string entry;                         ///< name of the entry; empty where the file holds but one
+  std::string text;                          ///< without byte order mark; empty for STAR
+  std::optional<gemmi::cif::Document> star;  ///< the parsed entry of a STAR file (NMR-STAR, NEF)
+};
 
-/// NMR-STAR 2.1.
-ShiftFile readStar2(const gemmi::cif::Document& document, const std::string& file);
+/// An input format.
+struct Format {
+  const char* name;                          ///< for remarks and messages: "NMR-STAR 3"
+  bool (*recognises)(const Source& source);  ///< by content; asked only where those above it said no
+  ShiftFile (*read)(const Source& source);   ///< FileError for a source that cannot be read
+};
 
-/// Whether a STAR file is a NEF file.
-bool isNef(const gemmi::cif::Document& document);
+// Each format has a file of its own for its two functions.
+bool isShiftTable(const Source& source);
+ShiftFile readShiftTable(const Source& source);
+bool isNef(const Source& source);
+ShiftFile readNef(const Source& source);
+bool isNmrStar2(const Source& source);
+ShiftFile readNmrStar2(const Source& source);
+bool isNmrStar3(const Source& source);
+ShiftFile readNmrStar3(const Source& source);
+bool isCsv(const Source& source);
+ShiftFile readCsv(const Source& source);
 
-/// NEF 1 (`_nef_chemical_shift`, `_nef_sequence`).
-ShiftFile readNef(const gemmi::cif::Document& document, const std::string& file);
+/// The formats in the order in which they are tried. The last takes any text.
+inline constexpr Format kFormats[] = {
+    {"shift table", isShiftTable, readShiftTable},
+    {"NEF", isNef, readNef},
+    {"NMR-STAR 2.1", isNmrStar2, readNmrStar2},
+    {"NMR-STAR 3", isNmrStar3, readNmrStar3},
+    {"CSV", isCsv, readCsv},
+};
 
-/// Text with a line of column names: separated by commas, semicolons, tabs or blanks.
-ShiftFile readCsv(std::string_view text, const std::string& file);
+/// The entries of a file, at least one: each of a STAR file that holds several, else the whole file.
+/// FileError for bytes that are no text, empty, of a format that is known but holds no shifts (zip, PDF ...),
+/// or begin as STAR and are not. `file` is how messages name it.
+std::vector<Source> sourcesOf(std::string bytes, const std::string& file);
 
-/// Whether a text is a table in the program's own format.
-bool isTable(std::string_view text);
-
-/// The program's own shift table. Its sequence, disulfide cysteines and shifts are taken as they stand,
-/// so that the program predicts the same from it and from its import.
-Protein readTable(std::string_view text, const std::string& file);
+/// A source in its own words, by the reader of the first format that recognises it.
+ShiftFile readSource(const Source& source);
 
 }  // namespace zorvela

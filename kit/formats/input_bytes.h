@@ -1,7 +1,8 @@
-// A whole input file as bytes: plain or gzipped, by name or from standard input.
+// A whole input file as bytes, unpacked where it is gzipped.
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <string>
 
 namespace zorvela {
@@ -9,14 +10,15 @@ namespace zorvela {
 /// The largest input in bytes, unpacked. The largest BMRB entries are a tenth of it.
 inline constexpr std::size_t kLargestInput = std::size_t{256} << 20;
 
-/// The bytes of a file, unpacked if they are gzipped; "-" is standard input. Error for a folder, a
-/// file that cannot be read, is empty, above `kLargestInput`, or a damaged or cut gzip file.
-std::string readBytes(const std::string& path);
+/// The bytes of a file as they stand. FileError for a folder, a file that cannot be read or above
+/// `kLargestInput`.
+std::string fileBytes(const std::string& path);
 
-/// Unpacks bytes that begin with the gzip mark; others are returned as they are.
-std::string unpacked(std::string bytes, const std::string& name);
+/// The rest of a stream as it stands. `file` is how messages name it. FileError as above.
+std::string streamBytes(std::FILE* stream, const std::string& file);
 
-/// How messages name an input: the path, or "standard input" for "-".
-std::string inputName(const std::string& path);
+/// Unpacks bytes that begin with the gzip mark; others are returned as they are. FileError for a gzip file
+/// that is damaged or cut, and for more than `kLargestInput` bytes.
+std::string unpacked(std::string bytes, const std::string& file);
 
 }  // namespace zorvela

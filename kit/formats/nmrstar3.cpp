@@ -1,11 +1,10 @@
-// Reads NMR-STAR 3: entities and their copies in the assembly, bonds, assigned shift lists. Hands version
-// 2.1 on to its own reader.
+// Reads NMR-STAR 3: entities and their copies in the assembly, bonds, assigned shift lists. Of a file
+// without shifts: its contents.
 #include <map>
 #include <unordered_set>
 #include <utility>
 
 #include "formats/format.h"
-#include "formats/input_bytes.h"
 #include "formats/star_chains.h"
 #include "formats/star_document.h"
 #include "util/text.h"
@@ -46,11 +45,7 @@ std::string firstText(const StarTable& table, std::size_t row, std::size_t colum
 class Star3Reader {
  public:
   Star3Reader(const Document& document, const std::string& name)
-      : source(document), finder(file.chains, name) {
-    file.format = "NMR-STAR 3";
-    for (const Block& block : source.blocks)
-      for (const Block* frame : framesOf(block)) frames.push_back(frame);
-  }
+      : source(document), frames(framesOf(document)), finder(file.chains, name) {}
 
   ShiftFile read() {
     for (const Block* frame : frames) readEntities(*frame);
@@ -384,19 +379,14 @@ class Star3Reader {
   ChainFinder finder;
 };
 
-bool isStar2(const Document& document) {
-  for (const Block& block : document.blocks)
-    for (const Block* frame : framesOf(block))
-      if (!tablesWith(*frame, "_Saveframe_category").empty() ||
-          !tablesWith(*frame, "_Chem_shift_value").empty())
-        return true;
-  return false;
-}
-
 }  // namespace
 
-ShiftFile readStar(const Document& document, const std::string& file) {
-  return isStar2(document) ? readStar2(document, file) : Star3Reader(document, inputName(file)).read();
+bool isNmrStar3(const Source& source) {
+  return source.star.has_value();
+}
+
+ShiftFile readNmrStar3(const Source& source) {
+  return Star3Reader(*source.star, source.file).read();
 }
 
 }  // namespace zorvela

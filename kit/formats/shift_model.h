@@ -2,15 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "GDB.h"
+#include "protein/nomenclature.h"
+
 namespace zorvela {
 
-/// What a file says of the sulfur of a cysteine.
-enum class Thiol { unknown, disulfide, notDisulfide };
-
-/// Whether a chain is a protein or peptide. `unknown`: to be told from its residue names.
+/// Whether a chain is a protein or peptide. `unknown`: its residue names decide.
 enum class Polymer { unknown, polypeptide, other };
 
 /// A residue of a chain's sequence.
@@ -24,8 +25,8 @@ struct FileResidue {
 
 /// A molecule, or one copy of it.
 struct FileChain {
-  std::string name;                  ///< as `--chain` and file names use it; empty where there is none
-  std::vector<std::string> aliases;  ///< other names that `--chain` understands
+  std::string name;                  ///< by which a user chooses it; empty where there is none
+  std::vector<std::string> aliases;  ///< other names that will do
   std::string molecule;              ///< "Ubiquitin"; empty where the file gives none
   Polymer polymer = Polymer::unknown;
   std::string kind;                     ///< what it is, for messages: "RNA"
@@ -40,6 +41,10 @@ inline constexpr std::size_t kMostShiftRows = 2000000;
 inline constexpr std::size_t kLongestSequence = 100000;
 inline constexpr std::size_t kMostResidues = 1000000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
+
+/// What to do about a table of the program's own format that lacks something.
+inline constexpr const char* kTableRemedy =
+    "write VARS RESID RESNAME ATOMNAME SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows";
 
 /// Chain index of a row that names no chain, or none that is known.
 inline constexpr std::size_t kNoChain = static_cast<std::size_t>(-1);
@@ -57,18 +62,21 @@ struct FileShift {
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };
 
+/// A list of shifts, of one or more chains.
 struct FileShiftList {
-  std::string name;  ///< as `--list` uses it; empty where the file has but one, without a name
-  std::vector<std::string> aliases;  ///< other names that `--list` understands
+  std::string name;  ///< by which a user chooses it; empty where the file has but one, without a name
+  std::vector<std::string> aliases;  ///< other names that will do
   std::vector<FileShift> shifts;
 };
 
+/// An entry in the words of its file. The program's own table has `table` and notes alone.
 struct ShiftFile {
-  std::string format;  ///< "NMR-STAR 3"
+  std::string format;  ///< "NMR-STAR 3"; empty: the format's name in the table of formats
   std::vector<FileChain> chains;
   std::vector<FileShiftList> lists;
   std::vector<std::string> notes;     ///< of the file as a whole
   std::vector<std::string> contents;  ///< what it holds, for the message that it holds no protein shifts
+  std::optional<GDB> table;           ///< the program's own table, to be taken as it stands
 };
 
 }  // namespace zorvela

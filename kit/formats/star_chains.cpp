@@ -1,11 +1,10 @@
-// What NMR-STAR and NEF readers share: chains found by name, sequences from one-letter text.
 #include "formats/star_chains.h"
 
 #include <algorithm>
 #include <map>
 
 #include "formats/star_document.h"
-#include "protein/sequence.h"
+#include "protein/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -20,10 +19,6 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
   const std::string name = text.substr(pos + 1, kLongestName + 1);
   const std::size_t end = name.find(')');
   return end == std::string::npos ? std::string() : name.substr(0, end);
-}
-
-bool isLetter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 /// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
@@ -72,10 +67,10 @@ std::size_t ChainFinder::find(const std::string& name) const {
 std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
   residueCount += chain.residues.size();
   if (residueCount > kMostResidues || chains.size() == kMostListsOrChains)
-    throw Error(fileName, 0,
-                "describes more than " + std::to_string(kMostListsOrChains) + " chains or " +
-                    std::to_string(kMostResidues) + " residues",
-                "give the part with the protein only");
+    throw FileError(fileName, 0,
+                    "describes more than " + std::to_string(kMostListsOrChains) + " chains or " +
+                        std::to_string(kMostResidues) + " residues",
+                    "give the part with the protein only");
   chains.push_back(std::move(chain));
   index.emplace(name, chains.size() - 1);
   return chains.size() - 1;

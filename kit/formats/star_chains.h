@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include <gemmi/cifdoc.hpp>  // for gemmi::cif::Document
+#include <gemmi/cifdoc.hpp>
 
 #include "formats/shift_model.h"
 
@@ -21,9 +21,11 @@ class ChainFinder {
 
   /// Index of the chain that was added under this name, `kNoChain` if there is none.
   std::size_t find(const std::string& name) const;
-  /// Adds a chain under a name; an earlier one of that name stays what `find` gives. Error when the
+  /// Adds a chain under a name; an earlier one of that name stays what `find` gives. FileError when the
   /// copies in a file are more than any real one has.
   std::size_t add(const std::string& name, FileChain chain);
+  /// How many chains there are.
+  std::size_t count() const { return chains.size(); }
   /// Another name for a chain.
   void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
 
@@ -59,7 +61,7 @@ std::string listName(const gemmi::cif::Block& frame);
 /// What a document holds, for messages: save frames by category, with their number.
 std::vector<std::string> starContents(const gemmi::cif::Document& document);
 
-/// Makes the names of chains differ: a name that several have gets the place of the chain behind it.
+/// Makes the names of chains differ: a name that several have gets the place of the chain after it.
 void makeNamesDiffer(std::vector<FileChain>& chains);
 
 /// Gives rows without a chain to the one polypeptide whose sequence fits their residue names best; all

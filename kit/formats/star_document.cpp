@@ -1,7 +1,10 @@
-// A parsed STAR file (NMR-STAR, NEF, CIF) as tables of text cells.
 #include "formats/star_document.h"
 
-#include <gemmi/cif.hpp>  // for the CIF parser
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include <gemmi/cif.hpp>
 
 #include "formats/star_text.h"
 #include "util/text.h"
@@ -29,10 +32,10 @@ bool startsWith(std::string_view text, std::string_view start) {
   const std::size_t offset = error.positions().front().byte;
   const TextPlace place = star.placeOf(offset);
   const bool isAtEnd = offset >= star.text().size();
-  throw Error(name, place.line,
-              "not valid STAR at column " + std::to_string(place.column) + ": " + printable(error.message()) +
-                  (isAtEnd ? " (the file ends too early)" : ""),
-              kSyntaxRemedy);
+  throw FileError(name, place.line,
+                  "not valid STAR at column " + std::to_string(place.column) + ": " +
+                      printable(error.message()) + (isAtEnd ? " (the file ends too early)" : ""),
+                  kSyntaxRemedy);
 }
 
 /// Whether any tag of the item fits.
@@ -61,13 +64,44 @@ std::vector<StarTable> tablesWhere(const Block& frame, Fits fits) {
   return tables;
 }
 
+/// The first word outside comments; empty if there is none.
+std::string firstWord(std::string_view text) {
+  constexpr std::size_t kMost = 80;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    const std::string_view core = trimmed(*line);
+    if (core.empty() || core.front() == '#') continue;
+    return lower(core.substr(0, std::min(core.find_first_of(" \t"), kMost)));
+  }
+  return {};
+}
+
+bool hasAny(const Block& block, std::initializer_list<std::string_view> tagStarts) {
+  for (const Block* frame : framesOf(block))
+    for (const std::string_view start : tagStarts)
+      if (!tablesOf(*frame, start).empty()) return true;
+  return false;
+}
+
+/// Whether a data block is an entry of its own, with molecules and shifts.
+bool isEntry(const Block& block) {
+  return hasAny(block, {"_Entity.", "_nef_sequence.", "_Mol_polymer_class", "_Mol_residue_sequence"}) &&
+         hasAny(block, {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."});
+}
+
 }  // namespace
+
+bool isStar(std::string_view text) {
+  const std::string word = firstWord(text);
+  for (const std::string_view start : {"data_", "save_", "loop_", "global_", "_"})
+    if (word.rfind(start, 0) == 0) return true;
+  return false;
+}
 
 Document parseStar(std::string_view text, const std::string& name) {
   const StarText star(text);
   if (star.words() > kMostWords)
-    throw Error(name, 0, "has more than " + std::to_string(kMostWords) + " words",
-                "give the part with the sequence and the shifts only");
+    throw FileError(name, 0, "has more than " + std::to_string(kMostWords) + " words",
+                    "give the part with the sequence and the shifts only");
   Document document;
   document.source = name;
   // Repeated tags and frames are let pass: one in a part that is of no interest must not stop the import.
@@ -78,6 +112,20 @@ Document parseStar(std::string_view text, const std::string& name) {
     throwSyntaxError(name, star, error);
   }
   return document;
+}
+
+std::vector<Document> entriesOf(Document document) {
+  std::vector<Document> entries;
+  if (std::count_if(document.blocks.begin(), document.blocks.end(), isEntry) < 2) {
+    entries.push_back(std::move(document));
+    return entries;
+  }
+  for (Block& block : document.blocks) {
+    if (!isEntry(block)) continue;
+    Document& entry = entries.emplace_back();
+    entry.blocks.push_back(std::move(block));
+  }
+  return entries;
 }
 
 std::size_t StarTable::column(std::string_view tag) const {
@@ -121,6 +169,13 @@ std::vector<const Block*> framesOf(const Block& block) {
   std::vector<const Block*> frames = {&block};
   for (const Item& item : block.items)
     if (item.type == ItemType::Frame) frames.push_back(&item.frame);
+  return frames;
+}
+
+std::vector<const Block*> framesOf(const Document& document) {
+  std::vector<const Block*> frames;
+  for (const Block& block : document.blocks)
+    for (const Block* frame : framesOf(block)) frames.push_back(frame);
   return frames;
 }
 

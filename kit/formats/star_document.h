@@ -6,13 +6,21 @@
 #include <string_view>
 #include <vector>
 
-#include <gemmi/cifdoc.hpp>  // for gemmi::cif::Document
+#include <gemmi/cifdoc.hpp>
 
 namespace zorvela {
 
-/// Parses STAR text. Error with the parser's message, and the user's line and column, where the text
+/// Whether a text begins as STAR does.
+bool isStar(std::string_view text);
+
+/// Parses STAR text. FileError with the parser's message, and the user's line and column, where the text
 /// is not STAR. `name` is how messages name the file.
 gemmi::cif::Document parseStar(std::string_view text, const std::string& name);
+
+/// The entries of a document, each as a document of its own: entries that stand one after the other in a
+/// file number their molecules alike, so each is read alone. The whole document where it holds fewer than
+/// two data blocks with molecules and shifts.
+std::vector<gemmi::cif::Document> entriesOf(gemmi::cif::Document document);
 
 /// A loop, or the tags with one value of a save frame, seen as a table. Tags are compared without regard
 /// to case. A view: valid as long as the document.
@@ -49,6 +57,9 @@ std::string frameValue(const gemmi::cif::Block& frame, std::string_view tag);
 
 /// The block itself and all its save frames, in order.
 std::vector<const gemmi::cif::Block*> framesOf(const gemmi::cif::Block& block);
+
+/// The frames of all blocks of a document, in order.
+std::vector<const gemmi::cif::Block*> framesOf(const gemmi::cif::Document& document);
 
 /// A value that names a save frame, without the "$".
 std::string withoutDollar(std::string text);

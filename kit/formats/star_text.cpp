@@ -1,4 +1,3 @@
-// Makes STAR text fit for a CIF parser.
 #include "formats/star_text.h"
 
 #include <algorithm>
@@ -12,12 +11,12 @@ namespace {
 constexpr std::string_view kBlockHeading = "data_ ";
 
 // White space and quote ends as the parser knows them, so that both agree where a value ends.
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+bool isWhite(char c) {
+  return isBlank(c) || c == '\n' || c == '\r';
 }
 
 bool endsQuote(char c) {
-  return isBlank(c) || c == '#';
+  return isWhite(c) || c == '#';
 }
 
 bool hasPrefix(std::string_view text, std::string_view prefix) {
@@ -57,8 +56,8 @@ class StarText::Scanner {
  private:
   void copyToken() {
     const char c = source[pos];
-    if (!isBlank(c) && c != '#') ++target.wordCount;
-    if (isBlank(c))
+    if (!isWhite(c) && c != '#') ++target.wordCount;
+    if (isWhite(c))
       copyTo(pos + 1);
     else if (c == '#')
       copyTo(lineEnd());
@@ -72,7 +71,7 @@ class StarText::Scanner {
 
   void copyWord() {
     std::size_t end = pos;
-    while (end < source.size() && !isBlank(source[end])) ++end;
+    while (end < source.size() && !isWhite(source[end])) ++end;
     const std::string_view word = source.substr(pos, end - pos);
     if (isFirstWord && needsHeading(word)) add(kBlockHeading);
     isFirstWord = false;
@@ -87,7 +86,7 @@ class StarText::Scanner {
 
   std::size_t lineEnd() const { return std::min(source.find('\n', pos), source.size()); }
 
-  // Behind the line feed and semicolon that end the field.
+  // After the line feed and semicolon that end the field.
   std::size_t textFieldEnd() const {
     const std::size_t end = source.find("\n;", pos);
     return end == std::string_view::npos ? source.size() : end + 2;
@@ -124,8 +123,8 @@ StarText::StarText(std::string_view original) : source(original) {
 }
 
 TextPlace StarText::placeOf(std::size_t offset) const {
-  const auto behind = std::lower_bound(added.begin(), added.end(), offset);
-  const auto before = static_cast<std::size_t>(behind - added.begin());
+  const auto first = std::lower_bound(added.begin(), added.end(), offset);
+  const auto before = static_cast<std::size_t>(first - added.begin());
   const std::string_view text = source.substr(0, std::min(offset - before, source.size()));
   const std::size_t lineStart = text.find_last_of('\n') + 1;  // 0 on the first line
   TextPlace place;

@@ -1,13 +1,12 @@
-// From a file's own words to proteins: chains and lists chosen, residues renumbered, names made uniform.
 #include "protein/assembly.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 
-#include "formats/input_bytes.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
+#include "protein/own_table.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
 #include "util/text.h"
@@ -45,8 +44,8 @@ std::string namesOf(const std::vector<Named>& all) {
 template <class Named>
 [[noreturn]] void throwNoSuch(const std::string& path, const std::string& what, const std::string& wanted,
                               const std::vector<Named>& all) {
-  throw Error(inputName(path), 0, "has no " + what + " \"" + printable(wanted, 60) + "\"",
-              "it has: " + printable(namesOf(all)));
+  throw ChoiceError(path, 0, "has no " + what + " \"" + printable(wanted, 60) + "\"",
+                    "it has: " + printable(namesOf(all)));
 }
 
 std::string shownName(const FileChain& chain) {
@@ -81,17 +80,17 @@ class ProteinMaker {
     std::size_t rows = 0;
     for (const FileShiftList& list : file.lists) rows += list.shifts.size();
     if (rows > kMostShiftRows)
-      throw Error(inputName(path), 0, "has more than " + std::to_string(kMostShiftRows) + " shift rows",
-                  "split it into one file per protein");
+      throw FileError(path, 0, "has more than " + std::to_string(kMostShiftRows) + " shift rows",
+                      "split it into one file per protein");
     if (std::max(file.lists.size(), file.chains.size()) > kMostListsOrChains)
-      throw Error(inputName(path), 0,
-                  "has more than " + std::to_string(kMostListsOrChains) + " chains or shift lists",
-                  "split it into one file per protein");
+      throw FileError(path, 0,
+                      "has more than " + std::to_string(kMostListsOrChains) + " chains or shift lists",
+                      "split it into one file per protein");
     for (const FileChain& chain : file.chains)
       if (chain.residues.size() > kLongestSequence)
-        throw Error(inputName(path), 0,
-                    "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
-                    "no protein is that long: check the file");
+        throw FileError(path, 0,
+                        "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
+                        "no protein is that long: check the file");
   }
 
   void groupRows() {
@@ -165,13 +164,13 @@ class ProteinMaker {
   void checkChosen(std::size_t chain, const std::vector<std::size_t>& lists) const {
     const FileChain& chosen = file.chains[chain];
     if (chosen.polymer != Polymer::polypeptide)
-      throw Error(inputName(path), 0, shownName(chosen) + " is no protein but " + kindOf(chosen),
-                  "choose another with --chain: " + printable(namesOf(file.chains)));
+      throw ChoiceError(path, 0, shownName(chosen) + " is no protein but " + kindOf(chosen),
+                        "choose another: " + printable(namesOf(file.chains)));
     if (rowCount(chain, lists) == 0)
-      throw Error(
-          inputName(path), 0,
+      throw ChoiceError(
+          path, 0,
           shownName(chosen) + " has no shifts" + (options.lists.empty() ? "" : " in the lists asked for"),
-          "choose another with --chain: " + printable(namesOf(file.chains)));
+          "choose another: " + printable(namesOf(file.chains)));
   }
 
   static std::string kindOf(const FileChain& chain) {
@@ -199,7 +198,7 @@ class ProteinMaker {
       shown.push_back(file.lists[filled[i]].name + " (" + std::to_string(counts[i]) + ")");
     listNotes.push_back(shownName(file.chains[chain]) +
                         " has several shift lists, with backbone shifts: " + enumerated(shown) + "; " +
-                        file.lists[filled[best]].name + " is used, --list chooses another");
+                        file.lists[filled[best]].name + " is used, another can be chosen");
     return {filled[best]};
   }
 
@@ -249,7 +248,7 @@ class ProteinMaker {
 
   std::string baseName() const {
     const std::size_t slash = path.find_last_of('/');
-    return path == "-" ? inputName(path) : path.substr(slash == std::string::npos ? 0 : slash + 1);
+    return path.substr(slash == std::string::npos ? 0 : slash + 1);
   }
 
   void noteRowsWithoutChain(const std::vector<std::size_t>& lists) {
@@ -278,8 +277,8 @@ class ProteinMaker {
     if (unplaced > 0) held.push_back(counted(unplaced, "shift", "shifts") + " of no chain");
     if (held.empty() && !file.notes.empty()) held.push_back(enumerated(file.notes, kMostReasons));
     const std::string text = held.empty() ? "no shifts at all" : enumerated(held);
-    throw Error(inputName(path), 0, "holds no backbone shifts of a protein",
-                "this " + file.format + " file holds: " + printable(text, kLongestNote));
+    throw FileError(path, 0, "holds no backbone shifts of a protein",
+                    "this " + file.format + " file holds: " + printable(text, kLongestNote));
   }
 
   ShiftFile file;
@@ -294,6 +293,12 @@ class ProteinMaker {
 }  // namespace
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
+  if (file.table) {
+    if (!options.chains.empty() || !options.lists.empty())
+      throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
+                        "leave out the choice of a chain or list for it");
+    return {proteinOfTable(*file.table, path, file.notes)};
+  }
   return ProteinMaker(std::move(file), path, options).make();
 }
 

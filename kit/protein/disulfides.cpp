@@ -1,4 +1,3 @@
-// Which cysteines are in a disulfide bond: by the file's own words, else by their CB shift.
 #include "protein/disulfides.h"
 
 #include <cstdlib>
@@ -17,10 +16,6 @@ std::unordered_map<int, std::string> betaShifts(const std::vector<Shift>& shifts
   for (const Shift& shift : shifts)
     if (shift.atom == "CB") beta.emplace(shift.resid, shift.shift);
   return beta;
-}
-
-bool isAboveThreshold(const std::string& shift) {
-  return std::strtod(shift.c_str(), nullptr) > kOxidisedFrom;
 }
 
 /// What the file says of each residue.
@@ -74,6 +69,10 @@ void addNotes(const Decisions& decisions, const StatedThiols& stated, std::vecto
 
 }  // namespace
 
+bool looksOxidised(const std::string& betaShift) {
+  return std::strtod(betaShift.c_str(), nullptr) > kOxidisedFrom;
+}
+
 void markDisulfides(const FileChain& chain, const ChainSequence& sequence, Protein& protein) {
   const StatedThiols stated(chain, sequence);
   const auto beta = betaShifts(protein.shifts);
@@ -82,15 +81,15 @@ void markDisulfides(const FileChain& chain, const ChainSequence& sequence, Prote
     if (sequence.letter(i) != 'C') continue;
     const auto shift = beta.find(i);
     const bool hasShift = shift != beta.end();
-    const bool looksOxidised = hasShift && isAboveThreshold(shift->second);
+    const bool hasHighShift = hasShift && looksOxidised(shift->second);
     const Thiol thiol = stated.of(i);
-    const bool isOxidised = thiol == Thiol::disulfide || (thiol == Thiol::unknown && looksOxidised);
-    if (isOxidised) protein.sequence[static_cast<std::size_t>(i) - 1] = 'c';
+    const bool isOxidised = thiol == Thiol::disulfide || (thiol == Thiol::unknown && hasHighShift);
+    if (isOxidised) protein.sequence[static_cast<std::size_t>(i) - 1] = kDisulfideCysteine;
 
     const std::string withShift = sequence.number(i) + (hasShift ? " (CB " + shift->second + ")" : "");
     if (thiol == Thiol::disulfide) decisions.byFile.push_back(sequence.number(i));
-    if (thiol == Thiol::unknown && looksOxidised) decisions.byShift.push_back(withShift);
-    if (thiol != Thiol::unknown && hasShift && looksOxidised != isOxidised)
+    if (thiol == Thiol::unknown && hasHighShift) decisions.byShift.push_back(withShift);
+    if (thiol != Thiol::unknown && hasShift && hasHighShift != isOxidised)
       decisions.contradicted.push_back(withShift);
   }
   addNotes(decisions, stated, protein.notes);

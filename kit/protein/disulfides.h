@@ -13,6 +13,9 @@ namespace zorvela {
 /// about 41 (Sharma and Rajarathnam, J Biomol NMR 18:165, 2000).
 inline constexpr double kOxidisedFrom = 33.0;
 
+/// Whether the text of a CB shift is above that.
+bool looksOxidised(const std::string& betaShift);
+
 /// Writes c into the protein's sequence for each cysteine in a disulfide bond. First counts what the file
 /// says of the bond or the residue, then what it says of all cysteines of the chain, then CB. What was
 /// decided, and where CB contradicts the file, goes to the notes.

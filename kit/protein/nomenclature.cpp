@@ -1,11 +1,11 @@
-// Names of residues and of backbone atoms, as the many files write them.
 #include "protein/nomenclature.h"
 
 #include <algorithm>
+#include <limits>
 #include <unordered_map>
 #include <unordered_set>
 
-#include <gemmi/resinfo.hpp>  // for the parents of modified residues
+#include <gemmi/resinfo.hpp>
 
 #include "util/text.h"
 
@@ -14,8 +14,6 @@ namespace zorvela {
 namespace {
 
 using Kind = AtomReading::Kind;
-
-constexpr std::array<const char*, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3", "C", "CA", "CB", "CG"};
 
 // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
 const std::unordered_map<std::string, ResidueType>& programNames() {
@@ -74,10 +72,6 @@ gemmi::ResidueInfo tabulated(const std::string& name) {
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
 }
 
-bool isLetterOfAminoAcid(char c) {
-  return contains("ACDEFGHIKLMNPQRSTVWY", std::string_view(&c, 1));
-}
-
 ResidueType modified(std::string_view name, char letter) {
   ResidueType type;
   type.letter = letter;
@@ -131,19 +125,41 @@ ResidueType residueType(std::string_view name) {
   // The library's "standard" residues are the 20; the parent of another is in lower case.
   const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
-  if (!info.is_amino_acid() || !isLetterOfAminoAcid(letter)) return {};
+  if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
   if (!info.is_standard()) return modified(key, letter);
   ResidueType type;
   type.letter = letter;
   return type;
 }
 
+ResidueType polypeptideResidue(std::string_view name) {
+  return name.size() == 1 ? residueType(threeLetterName(name.front())) : residueType(name);
+}
+
 std::string threeLetterName(char code) {
-  static const std::unordered_map<char, std::string> names = {
-      {'A', "ALA"}, {'C', "CYS"}, {'D', "ASP"}, {'E', "GLU"}, {'F', "PHE"}, {'G', "GLY"},
-      {'H', "HIS"}, {'I', "ILE"}, {'K', "LYS"}, {'L', "LEU"}, {'M', "MET"}, {'N', "ASN"},
-      {'P', "PRO"}, {'Q', "GLN"}, {'R', "ARG"}, {'S', "SER"}, {'T', "THR"}, {'V', "VAL"},
-      {'W', "TRP"}, {'Y', "TYR"}, {'U', "SEC"}, {'O', "PYL"}, {'c', "CYSS"}};
+  static const std::unordered_map<char, std::string> names = {{'A', "ALA"},
+                                                              {'C', "CYS"},
+                                                              {'D', "ASP"},
+                                                              {'E', "GLU"},
+                                                              {'F', "PHE"},
+                                                              {'G', "GLY"},
+                                                              {'H', "HIS"},
+                                                              {'I', "ILE"},
+                                                              {'K', "LYS"},
+                                                              {'L', "LEU"},
+                                                              {'M', "MET"},
+                                                              {'N', "ASN"},
+                                                              {'P', "PRO"},
+                                                              {'Q', "GLN"},
+                                                              {'R', "ARG"},
+                                                              {'S', "SER"},
+                                                              {'T', "THR"},
+                                                              {'V', "VAL"},
+                                                              {'W', "TRP"},
+                                                              {'Y', "TYR"},
+                                                              {'U', "SEC"},
+                                                              {'O', "PYL"},
+                                                              {kDisulfideCysteine, "CYSS"}};
   const auto name = names.find(code);
   return name != names.end() ? name->second : std::string();
 }
@@ -156,6 +172,28 @@ bool isNucleotide(std::string_view name) {
   return names.count(key) > 0 || tabulated(key).is_nucleic_acid();
 }
 
+std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
+  std::size_t end = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+  while (end < text.size() && isDigit(text[end])) ++end;
+  const std::optional<int> number = toInteger(std::string_view(text).substr(0, end));
+  if (!number) return std::nullopt;
+  if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
+  return ResidueNumber{*number, text.substr(end)};
+}
+
+std::optional<std::string> steppedNumber(const std::string& text, long steps) {
+  const std::optional<int> number = toInteger(text);
+  if (!number) return std::nullopt;
+  const long result = *number + steps;
+  if (result > std::numeric_limits<int>::max() || result < std::numeric_limits<int>::min())
+    return std::nullopt;
+  return std::to_string(result);
+}
+
+std::optional<std::string> nextNumber(const std::string& text) {
+  return steppedNumber(text, 1);
+}
+
 AtomReading readAtom(char letter, std::string_view atom) {
   const std::string name = upper(atom);
   if (name == "N") return reading(Kind::table, "N");
@@ -165,6 +203,10 @@ AtomReading readAtom(char letter, std::string_view atom) {
   if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
   if (name == "CG") return letter == 'P' ? reading(Kind::table, "CG") : reading(Kind::other);
   return readAlphaProton(letter, name);
+}
+
+bool isTableAtom(std::string_view name) {
+  return atomRank(name) < kTableAtoms.size();
 }
 
 std::size_t atomRank(std::string_view name) {

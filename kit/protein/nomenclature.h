@@ -1,29 +1,43 @@
-// Names of residues and of backbone atoms, as the many files write them.
+// Names and numbers of residues and names of backbone atoms, as the many files write them. The base of
+// formats/ and protein/ alike, so nothing of either is used here.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "formats/shift_model.h"
-
 namespace zorvela {
+
+// --- Residues -----------------------------------------------------------------------------------
+
+/// One-letter codes of the 20 amino acids.
+inline constexpr std::string_view kAminoAcids = "ACDEFGHIKLMNPQRSTVWY";
 
 /// Letter of a residue that is unknown or no amino acid, and of a gap.
 inline constexpr char kUnknownResidue = '?';
+
+/// Letter of a cysteine in a disulfide bond.
+inline constexpr char kDisulfideCysteine = 'c';
+
+/// What a file says of the sulfur of a cysteine.
+enum class Thiol { unknown, disulfide, notDisulfide };
 
 /// What a residue name stands for.
 struct ResidueType {
   char letter = kUnknownResidue;  ///< one-letter code, that of the parent for a modified residue
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
-  Thiol thiol = Thiol::unknown;  ///< where the name itself tells (CYSS, CYX)
+  Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
 };
 
 /// The type behind a name of several letters (MET, Met, MSE, HIS+, CYSS); case does not matter.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
 ResidueType residueType(std::string_view name);
+
+/// The same for a residue name of a polypeptide, where one letter is an amino acid.
+ResidueType polypeptideResidue(std::string_view name);
 
 /// A name that `residueType` knows for a one-letter amino acid code; empty for a letter that stands for
 /// no single type (X, B, Z). Lower-case c is the cysteine of a disulfide bond.
@@ -31,6 +45,28 @@ std::string threeLetterName(char code);
 
 /// Whether the name is that of a nucleotide (A, DA, ADE, PSU).
 bool isNucleotide(std::string_view name);
+
+/// A residue number as structures use it: a whole number and perhaps an insertion code, as in 52A.
+struct ResidueNumber {
+  int number = 0;
+  std::string code;  ///< what stands after the number; empty in most
+};
+
+/// Reads "12", "-3", "52A", "007". Nothing for a text that begins with no number, or has a blank in it.
+std::optional<ResidueNumber> readResidueNumber(const std::string& text);
+
+/// The number so many steps after (or, if negative, before) a plain one: "13" for "12" and 1. Nothing for a
+/// number with a code or out of range.
+std::optional<std::string> steppedNumber(const std::string& text, long steps);
+
+/// The number after a plain one; see `steppedNumber`.
+std::optional<std::string> nextNumber(const std::string& text);
+
+// --- Atoms --------------------------------------------------------------------------------------
+
+/// The atoms whose shifts a table holds, in its order.
+inline constexpr std::array<std::string_view, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3",
+                                                                "C", "CA", "CB", "CG"};
 
 /// What a file calls an atom, in the names of the table.
 struct AtomReading {
@@ -46,11 +82,13 @@ struct AtomReading {
 };
 
 /// Reads an atom name (H, HN, CO, HA%, HAx, 1HA; case does not matter) of a residue with this letter.
-/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 is told by what else the residue has.
+/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 depends on what else the residue has.
 AtomReading readAtom(char letter, std::string_view atom);
 
-/// Place of an atom in the order of the table (N, HN, HA, HA2, HA3, C, CA, CB, CG), from 0; the number of
-/// atoms for another name.
+/// Whether this is the table's name of one of its atoms.
+bool isTableAtom(std::string_view name);
+
+/// Place of an atom in `kTableAtoms`, from 0; their number for another name.
 std::size_t atomRank(std::string_view name);
 
 }  // namespace zorvela

@@ -1,12 +1,12 @@
-// Residue numbers: the file's own beside the table's, which count from 1.
 #include "protein/numbering.h"
 
 #include <cstddef>
-#include <limits>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <unordered_set>
 
+#include "protein/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -67,17 +67,7 @@ class Sentences {
   std::size_t pos = 0;
 };
 
-/// The number `steps` behind (or, if negative, before) a plain one.
-std::optional<std::string> steppedNumber(const std::string& text, long steps) {
-  const std::optional<int> number = toInteger(text);
-  if (!number) return std::nullopt;
-  const long result = *number + steps;
-  if (result > std::numeric_limits<int>::max() || result < std::numeric_limits<int>::min())
-    return std::nullopt;
-  return std::to_string(result);
-}
-
-/// Index of the nearest known number before a place, else behind it; its own index if there is none.
+/// Index of the nearest known number before a place, else after it; its own index if there is none.
 std::size_t nearestKnown(const std::vector<std::string>& numbers, std::size_t at) {
   for (std::size_t i = at; i-- > 0;)
     if (!numbers[i].empty()) return i;
@@ -88,19 +78,6 @@ std::size_t nearestKnown(const std::vector<std::string>& numbers, std::size_t at
 
 }  // namespace
 
-std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
-  std::size_t end = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
-  while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
-  const std::optional<int> number = toInteger(std::string_view(text).substr(0, end));
-  if (!number) return std::nullopt;
-  if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
-  return ResidueNumber{*number, text.substr(end)};
-}
-
-std::optional<std::string> nextNumber(const std::string& text) {
-  return steppedNumber(text, 1);
-}
-
 std::vector<std::string> numberingRemarks(const std::vector<std::string>& numbers) {
   std::vector<std::string> remarks;
   for (std::size_t i = 0; i < numbers.size(); ++i)
@@ -110,17 +87,17 @@ std::vector<std::string> numberingRemarks(const std::vector<std::string>& number
 }
 
 std::vector<std::string> numbersFromRemarks(const std::vector<std::string>& remarks, int count, int first) {
-  std::map<int, std::string> told;
+  std::map<int, std::string> stated;
   for (const std::string& remark : remarks) {
     Sentences sentences(remark);
-    while (const auto sentence = sentences.next()) told.emplace(sentence->here, sentence->there);
+    while (const auto sentence = sentences.next()) stated.emplace(sentence->here, sentence->there);
   }
 
   std::vector<std::string> numbers;
   std::optional<std::string> number = std::to_string(first);
   for (int i = 0; i < count; ++i) {
     const int here = static_cast<int>(static_cast<long>(first) + i);
-    if (const auto found = told.find(here); found != told.end()) number = found->second;
+    if (const auto found = stated.find(here); found != stated.end()) number = found->second;
     numbers.push_back(number.value_or(std::to_string(here)));
     number = nextNumber(numbers.back());
   }

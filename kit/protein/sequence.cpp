@@ -1,4 +1,3 @@
-// The sequence of a chain: residues in order, gaps filled, numbers kept, names reduced to one letter.
 #include "protein/sequence.h"
 
 #include <algorithm>
@@ -21,7 +20,7 @@ const std::string& keyOf(const FileShift& row) {
   return row.key.empty() ? row.number : row.key;
 }
 
-/// A residue that only its rows tell of, with its number in parts for sorting.
+/// A residue that only its rows name, with its number in parts for sorting.
 struct DerivedResidue {
   ResidueNumber order;
   FileResidue residue;
@@ -172,10 +171,6 @@ struct NameCounts {
 };
 
 }  // namespace
-
-ResidueType polypeptideResidue(const std::string& name) {
-  return residueType(name.size() == 1 ? threeLetterName(name[0]) : name);
-}
 
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
   NameCounts counts;

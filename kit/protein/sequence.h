@@ -37,7 +37,4 @@ ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::v
 /// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows);
 
-/// The type behind a residue name of a polypeptide, where one letter is an amino acid.
-ResidueType polypeptideResidue(const std::string& name);
-
 }  // namespace zorvela

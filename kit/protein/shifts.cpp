@@ -1,4 +1,3 @@
-// The shifts of a chain that the table holds: rows placed on the sequence, atoms named as in the table.
 #include "protein/shifts.h"
 
 #include <algorithm>
@@ -14,8 +13,6 @@ namespace zorvela {
 namespace {
 
 constexpr double kMissingFrom = 999;
-// Notes of one kind that are written one by one; the rest is counted.
-constexpr std::size_t kMostNotes = 50;
 
 double toNumber(const std::string& shift) {
   return std::strtod(shift.c_str(), nullptr);
@@ -46,7 +43,7 @@ bool isUsual(const std::string& atom, double ppm) {
   return true;
 }
 
-std::string located(const FileShift& row) {
+std::string linePrefix(const FileShift& row) {
   return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
 }
 
@@ -61,25 +58,6 @@ std::string ambiguityText(const std::string& code) {
 bool isAmbiguous(const std::string& code) {
   return code == "4" || code == "5" || code == "6" || code == "9";
 }
-
-/// Notes of one kind: the first ones word by word, then how many more there are.
-class LimitedNotes {
- public:
-  explicit LimitedNotes(std::string kindOfMore) : kind(std::move(kindOfMore)) {}
-  void add(const std::string& text) {
-    ++count;
-    if (count <= kMostNotes) texts.push_back(text);
-  }
-  void moveTo(std::vector<std::string>& notes) const {
-    notes.insert(notes.end(), texts.begin(), texts.end());
-    if (count > kMostNotes) notes.push_back("and " + std::to_string(count - kMostNotes) + " more " + kind);
-  }
-
- private:
-  std::string kind;
-  std::vector<std::string> texts;
-  std::size_t count = 0;
-};
 
 /// Places rows on the residues of a sequence.
 class RowPlacer {
@@ -192,9 +170,9 @@ class ShiftCollector {
 
   void moveNotesTo(std::vector<std::string>& notes) const {
     noteLists(notes);
-    badValues.moveTo(notes);
-    duplicates.moveTo(notes);
-    unusual.moveTo(notes);
+    badValues.appendTo(notes);
+    duplicates.appendTo(notes);
+    unusual.appendTo(notes);
     noteCounts(notes);
   }
 
@@ -248,7 +226,7 @@ class ShiftCollector {
     }
     auto shift = toDecimal(row.value);
     if (!shift) {
-      badValues.add(located(row) + numbered + ": \"" + printable(row.value, 30) +
+      badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
                     "\" is no number; left out");
       return std::nullopt;
     }
@@ -273,7 +251,7 @@ class ShiftCollector {
       ++repeated;
       return;
     }
-    duplicates.add(located(row) + label(kept.shift) + " is given as " + kept.shift.shift + " and " +
+    duplicates.add(linePrefix(row) + label(kept.shift) + " is given as " + kept.shift.shift + " and " +
                    candidate.shift.shift + " ppm: " + kept.shift.shift + " is used");
   }
 

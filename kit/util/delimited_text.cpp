@@ -1,4 +1,3 @@
-// Lines of cells: text separated by commas, semicolons, tabs or blanks.
 #include "util/delimited_text.h"
 
 #include "util/text.h"
@@ -7,67 +6,44 @@ namespace zorvela {
 
 namespace {
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t';
+bool isEnd(char c, Separator separator) {
+  return separator == Separator::blank ? isBlank(c) : c == static_cast<char>(separator);
 }
 
-/// Cuts one line, cell by cell.
-class CellCutter {
- public:
-  CellCutter(std::string_view text, Separator between) : line(text), separator(between) {}
+/// `pos` after the blanks in front of a cell, none of which is a separator that counts by itself.
+void skipBlanks(std::string_view line, Separator separator, std::size_t& pos) {
+  while (pos < line.size() && isBlank(line[pos]) &&
+         (separator == Separator::blank || !isEnd(line[pos], separator)))
+    ++pos;
+}
 
-  std::optional<std::vector<std::string>> cut() {
-    std::vector<std::string> cells;
-    if (separator == Separator::blank) skipBlanks();
-    while (separator != Separator::blank || pos < line.size()) {
-      std::optional<std::string> cell = nextCell();
-      if (!cell) return std::nullopt;
-      cells.push_back(std::move(*cell));
-      if (pos >= line.size()) break;
-      ++pos;  // the separator
-      if (separator == Separator::blank) skipBlanks();
+void skipToEnd(std::string_view line, Separator separator, std::size_t& pos) {
+  while (pos < line.size() && !isEnd(line[pos], separator)) ++pos;
+}
+
+/// The cell whose opening quote stands at `pos`. Nothing if the quote is not closed.
+std::optional<std::string> quotedCell(std::string_view line, Separator separator, std::size_t& pos) {
+  std::string cell;
+  for (++pos; pos < line.size(); ++pos) {
+    if (line[pos] != '"') {
+      cell.push_back(line[pos]);
+    } else if (pos + 1 < line.size() && line[pos + 1] == '"') {
+      cell.push_back(line[++pos]);
+    } else {
+      skipToEnd(line, separator, pos);
+      return std::string(trimmed(cell));
     }
-    return cells;
   }
+  return std::nullopt;
+}
 
- private:
-  bool isEnd(char c) const {
-    return separator == Separator::blank ? isBlank(c) : c == static_cast<char>(separator);
-  }
-
-  void skipBlanks() {
-    while (pos < line.size() && isBlank(line[pos]) && line[pos] != static_cast<char>(separator)) ++pos;
-    while (separator == Separator::blank && pos < line.size() && isBlank(line[pos])) ++pos;
-  }
-
-  std::optional<std::string> nextCell() {
-    skipBlanks();
-    if (pos < line.size() && line[pos] == '"') return quotedCell();
-    const std::size_t start = pos;
-    while (pos < line.size() && !isEnd(line[pos])) ++pos;
-    return std::string(trimmed(line.substr(start, pos - start)));
-  }
-
-  std::optional<std::string> quotedCell() {
-    std::string cell;
-    for (++pos; pos < line.size(); ++pos) {
-      if (line[pos] != '"') {
-        cell.push_back(line[pos]);
-      } else if (pos + 1 < line.size() && line[pos + 1] == '"') {
-        cell.push_back(line[++pos]);
-      } else {
-        ++pos;
-        while (pos < line.size() && !isEnd(line[pos])) ++pos;
-        return std::string(trimmed(cell));
-      }
-    }
-    return std::nullopt;
-  }
-
-  std::string_view line;
-  Separator separator;
-  std::size_t pos = 0;
-};
+std::optional<std::string> nextCell(std::string_view line, Separator separator, std::size_t& pos) {
+  skipBlanks(line, separator, pos);
+  if (pos < line.size() && line[pos] == '"') return quotedCell(line, separator, pos);
+  const std::size_t start = pos;
+  skipToEnd(line, separator, pos);
+  return std::string(trimmed(line.substr(start, pos - start)));
+}
 
 }  // namespace
 
@@ -78,7 +54,19 @@ Separator separatorOf(std::string_view line) {
 }
 
 std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator) {
-  return CellCutter(line, separator).cut();
+  const bool isBlankSeparated = separator == Separator::blank;
+  std::vector<std::string> cells;
+  std::size_t pos = 0;
+  if (isBlankSeparated) skipBlanks(line, separator, pos);
+  while (!isBlankSeparated || pos < line.size()) {
+    std::optional<std::string> cell = nextCell(line, separator, pos);
+    if (!cell) return std::nullopt;
+    cells.push_back(std::move(*cell));
+    if (pos >= line.size()) break;
+    ++pos;  // the separator
+    if (isBlankSeparated) skipBlanks(line, separator, pos);
+  }
+  return cells;
 }
 
 }  // namespace zorvela

@@ -1,4 +1,3 @@
-// The one-line text of an error.
 #include "zorvela/error.h"
 
 namespace zorvela {

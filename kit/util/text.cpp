@@ -1,4 +1,3 @@
-// Small text helpers of the readers.
 #include "util/text.h"
 
 #include <algorithm>
@@ -16,10 +15,6 @@ char upperLetter(char c) {
 
 char lowerLetter(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 bool isControl(char c) {
@@ -53,6 +48,7 @@ bool isScientific(std::string_view text) {
 // Longer numbers are rounded: no spectrometer measures that many digits.
 constexpr std::size_t kLongestNumber = 24;
 constexpr double kLargestShift = 1e9;
+constexpr std::size_t kMostNotes = 50;
 
 std::optional<std::string> rounded(const std::string& text) {
   char* end = nullptr;
@@ -149,9 +145,17 @@ std::string counted(std::size_t count, const std::string& one, const std::string
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
+void LimitedNotes::add(const std::string& text) {
+  if (++count <= kMostNotes) texts.push_back(text);
+}
+
+void LimitedNotes::appendTo(std::vector<std::string>& notes) const {
+  notes.insert(notes.end(), texts.begin(), texts.end());
+  if (count > kMostNotes) notes.push_back("and " + std::to_string(count - kMostNotes) + " more " + kind);
+}
+
 std::string withoutControls(std::string text) {
-  for (char& c : text)
-    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+  std::replace_if(text.begin(), text.end(), isControl, '?');
   return text;
 }
 

@@ -1,18 +1,33 @@
-// Small text helpers of the readers.
+// Small text helpers.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zorvela {
 
-/// ASCII only, whatever the locale.
+/// A space or a tab.
+inline bool isBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+/// A decimal digit, or a letter, of ASCII: the locale does not count, here and below.
+inline bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+inline bool isLetter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+/// In capital or in small letters.
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
+/// Whether two texts are the same in either case.
 bool equalIgnoringCase(std::string_view a, std::string_view b);
+/// Whether a part stands somewhere in a text.
 bool contains(std::string_view text, std::string_view part);
 
 /// Without white space (and control characters) at the ends.
@@ -25,7 +40,7 @@ std::string printable(std::string_view text, std::size_t most = 200);
 /// Text from a file, safe to show: control characters, which a terminal would obey, become "?".
 std::string withoutControls(std::string text);
 
-/// The next line of `text` from `pos` on, without its line end (LF, CR LF or CR); `pos` moves behind it.
+/// The next line of `text` from `pos` on, without its line end (LF, CR LF or CR); `pos` moves after it.
 /// Nothing at the end of the text.
 std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos);
 
@@ -33,7 +48,7 @@ std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos
 std::optional<int> toInteger(std::string_view text);
 
 /// A shift as a plain decimal number ("8.25", "-0.3"), from a text such as "+8.25" or "8.25e0".
-/// Nothing if it is no finite number or has more behind it.
+/// Nothing if it is no finite number or has more after it.
 std::optional<std::string> toDecimal(std::string_view text);
 
 /// "5, 14, 30 and 12 more".
@@ -41,5 +56,20 @@ std::string enumerated(const std::vector<std::string>& items, std::size_t most =
 
 /// "1 shift", "2 shifts".
 std::string counted(std::size_t count, const std::string& one, const std::string& many);
+
+/// Notes of one kind: the first 50 word by word, then how many more there are.
+class LimitedNotes {
+ public:
+  /// `kindOfMore`: what the others are, as in "and 12 more lines left out".
+  explicit LimitedNotes(std::string kindOfMore) : kind(std::move(kindOfMore)) {}
+  void add(const std::string& text);
+  /// Adds them to other notes.
+  void appendTo(std::vector<std::string>& notes) const;
+
+ private:
+  std::string kind;
+  std::vector<std::string> texts;
+  std::size_t count = 0;
+};
 
 }  // namespace zorvela

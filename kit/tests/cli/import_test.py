@@ -139,8 +139,8 @@ class StarTest(ImportTest):
         at_7 = table([file % 7, numbering], "KPA", ["1 CA 56.400", "2 CA 63.300", "3 HN 8.100"])
         at_4 = table([file % 4, numbering], "KPA", ["1 CA 56.100"])
         self.check("star3_complex.str", at_7, left_out + [
-            "chain A has several shift lists, with backbone shifts: pH_4 (1), pH_7 (3); pH_7 is used, --list chooses "
-            "another"], chain="A")
+            "chain A has several shift lists, with backbone shifts: pH_4 (1), pH_7 (3); pH_7 is used, another can "
+            "be chosen"], chain="A")
         self.check("star3_complex.str", at_7, caution, "--list", "2", chain="A")
         for name in ("acid", "1", "ph_4"):
             self.check("star3_complex.str", at_4, left_out +
@@ -157,7 +157,7 @@ class StarTest(ImportTest):
         file = FILES / "star3_complex.str"
         self.check_error('%s: has no chain "Z"; it has: A, B, C' % file, file, "--chain", "Z")
         self.check_error('%s: has no shift list "x"; it has: pH_4, pH_7' % file, file, "--list", "x")
-        self.check_error("%s: chain B is no protein but polyribonucleotide; choose another with --chain: A, B, C" % file,
+        self.check_error("%s: chain B is no protein but polyribonucleotide; choose another: A, B, C" % file,
                          file, "--chain", "B")
 
     def test_no_protein(self):
@@ -469,7 +469,7 @@ class TableTest(ImportTest):
 
     def test_chain_of_a_table(self):
         file = FILES / "foreign_columns.tab"
-        self.check_error("%s: is a shift table, with one chain and one list; leave out --chain and --list for it" % file,
+        self.check_error("%s: is a shift table, with one chain and one list; leave out the choice of a chain or list for it" % file,
                          file, "--chain", "A")
 
     def round_trip(self, files):

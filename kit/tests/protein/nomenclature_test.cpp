@@ -59,6 +59,23 @@ TEST(Residues, NucleotidesAreKnown) {
   for (const char* name : {"ALA", "E", "ZN", ""}) EXPECT_FALSE(zorvela::isNucleotide(name)) << name;
 }
 
+TEST(ResidueNumbers, ReadsNumbersWithInsertionCodes) {
+  EXPECT_EQ(zorvela::readResidueNumber("12")->number, 12);
+  EXPECT_EQ(zorvela::readResidueNumber("12")->code, "");
+  EXPECT_EQ(zorvela::readResidueNumber("-3")->number, -3);
+  EXPECT_EQ(zorvela::readResidueNumber("52A")->number, 52);
+  EXPECT_EQ(zorvela::readResidueNumber("52A")->code, "A");
+  for (const char* text : {"", "A52", "-", "5 2", "99999999999"})
+    EXPECT_FALSE(zorvela::readResidueNumber(text).has_value()) << text;
+}
+
+TEST(ResidueNumbers, AreCountedOn) {
+  EXPECT_EQ(zorvela::nextNumber("12"), "13");
+  EXPECT_EQ(zorvela::steppedNumber("1", -3), "-2");
+  EXPECT_EQ(zorvela::nextNumber("52A"), std::nullopt);
+  EXPECT_EQ(zorvela::nextNumber("2147483647"), std::nullopt);
+}
+
 struct AtomCase {
   char letter;
   const char* atom;

@@ -7,16 +7,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-TEST(Numbering, ReadsNumbersWithInsertionCodes) {
-  EXPECT_EQ(zorvela::readResidueNumber("12")->number, 12);
-  EXPECT_EQ(zorvela::readResidueNumber("12")->code, "");
-  EXPECT_EQ(zorvela::readResidueNumber("-3")->number, -3);
-  EXPECT_EQ(zorvela::readResidueNumber("52A")->number, 52);
-  EXPECT_EQ(zorvela::readResidueNumber("52A")->code, "A");
-  for (const char* text : {"", "A52", "-", "5 2", "99999999999"})
-    EXPECT_FALSE(zorvela::readResidueNumber(text).has_value()) << text;
-}
-
 TEST(Numbering, OneRemarkForEachRun) {
   EXPECT_EQ(zorvela::numberingRemarks({"17", "18", "19"}), Texts{"Residue 1 here is residue 17 there"});
   EXPECT_EQ(zorvela::numberingRemarks({"-1", "0", "1"}), Texts{"Residue 1 here is residue -1 there"});

@@ -1,0 +1,17 @@
+// Input files of the command line, where "-" is standard input.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "zorvela/read.h"
+
+namespace zorvela {
+
+/// The proteins of a file or, for "-", of standard input; see `readShiftFile`. `Protein::file` is the path.
+std::vector<Protein> readInput(const std::string& path, const ImportOptions& options);
+
+/// How messages name an input: the path, or "standard input" for "-".
+std::string inputName(const std::string& path);
+
+}  // namespace zorvela

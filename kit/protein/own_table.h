@@ -1,0 +1,18 @@
+// From the program's own shift table to a protein.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "GDB.h"
+#include "zorvela/protein.h"
+
+namespace zorvela {
+
+/// The protein of a table that has the columns RESID, RESNAME, ATOMNAME and SHIFT. Its sequence, disulfide
+/// cysteines and shifts are taken as they stand, so that the program predicts the same from it and from its
+/// import. `notes` of the file go in front of those of the protein. FileError for a table without backbone
+/// shifts, without residues or of more residues than a protein has.
+Protein proteinOfTable(const GDB& table, const std::string& file, const std::vector<std::string>& notes);
+
+}  // namespace zorvela

@@ -1,0 +1,61 @@
+#include "zorvela/read.h"
+
+#include <exception>
+#include <iterator>
+#include <utility>
+
+#include "formats/format.h"
+#include "formats/input_bytes.h"
+#include "protein/assembly.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+std::vector<Protein> readEntry(const Source& source, const ImportOptions& options) {
+  std::vector<Protein> proteins = makeProteins(readSource(source), source.file, options);
+  if (source.entry.empty()) return proteins;
+  for (Protein& protein : proteins)
+    protein.chain = source.entry + (protein.chain.empty() ? "" : "_" + protein.chain);
+  return proteins;
+}
+
+/// Entries without protein shifts are passed over as long as one has them.
+std::vector<Protein> readEntries(const std::vector<Source>& entries, const ImportOptions& options) {
+  std::vector<Protein> proteins;
+  std::vector<std::string> passedOver;
+  std::exception_ptr firstError;
+  for (const Source& entry : entries) {
+    try {
+      std::vector<Protein> found = readEntry(entry, options);
+      std::move(found.begin(), found.end(), std::back_inserter(proteins));
+    } catch (const Error& error) {
+      passedOver.emplace_back(error.what());
+      if (!firstError) firstError = std::current_exception();
+    }
+  }
+  if (proteins.empty()) std::rethrow_exception(firstError);
+  for (const std::string& why : passedOver)
+    proteins.front().notes.push_back("a data block is left out: " + printable(why, 300));
+  return proteins;
+}
+
+}  // namespace
+
+std::vector<Protein> readShiftFile(const std::string& path, const ImportOptions& options) {
+  return readShiftBytes(fileBytes(path), path, options);
+}
+
+std::vector<Protein> readShiftStream(std::FILE* stream, const std::string& file,
+                                     const ImportOptions& options) {
+  return readShiftBytes(streamBytes(stream, file), file, options);
+}
+
+std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
+                                    const ImportOptions& options) {
+  return readEntries(sourcesOf(unpacked(std::move(bytes), file), file), options);
+}
+
+}  // namespace zorvela

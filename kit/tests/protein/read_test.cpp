@@ -1,0 +1,165 @@
+// The import from memory and streams, and the types of its errors.
+#include "zorvela/read.h"
+
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#include <cstdio>
+#include <thread>
+
+#include "GDB.h"
+#include "zorvela/error.h"
+
+namespace {
+
+const char* const kCsv =
+    "chain,resid,resname,atom,shift\nA,5,GLY,HA,3.954321\nB,52,CYS,CB,41.5\nB,52A,PRO,CG,24.5\n";
+
+TEST(Read, GivesProteinsToFullPrecisionWithTheirNumbers) {
+  const auto proteins = zorvela::readShiftBytes(kCsv, "x.csv", {});
+  ASSERT_EQ(proteins.size(), 2U);
+  EXPECT_EQ(proteins[0].file, "x.csv");
+  EXPECT_EQ(proteins[0].chain, "A");
+  EXPECT_EQ(proteins[0].sequence, "G");
+  ASSERT_EQ(proteins[0].shifts.size(), 2U);
+  EXPECT_EQ(proteins[0].shifts[0].atom, "HA2");
+  EXPECT_EQ(proteins[0].shifts[0].shift, "3.954321");
+  EXPECT_EQ(proteins[0].shifts[1].atom, "HA3");
+  EXPECT_EQ(proteins[1].sequence, "cP");
+  EXPECT_EQ(proteins[1].numbers, (std::vector<std::string>{"52", "52A"}));
+}
+
+TEST(Read, ChoosesChains) {
+  zorvela::ImportOptions options;
+  options.chains = {"b"};
+  const auto proteins = zorvela::readShiftBytes(kCsv, "x.csv", options);
+  ASSERT_EQ(proteins.size(), 1U);
+  EXPECT_EQ(proteins[0].chain, "B");
+}
+
+TEST(Read, AProteinBecomesATable) {
+  const auto proteins = zorvela::readShiftBytes(kCsv, "x.csv", {});
+  GDB table = zorvela::toTable(proteins[1]);
+  EXPECT_EQ(table.getResidName(1), "c");
+  EXPECT_EQ(table.getResidName(2), "P");
+  EXPECT_EQ(table.getEntryCount(), 2);
+  EXPECT_EQ(GDB::cell(table.getEntry(2), "ATOMNAME"), "CG");
+  EXPECT_EQ(GDB::cell(table.getEntry(2), "RESNAME"), "P");
+  EXPECT_EQ(GDB::cell(table.getEntry(2), "SHIFT"), "24.5");
+}
+
+TEST(Read, LongGapsAndFarNumbersStaySmall) {
+  const auto proteins = zorvela::readShiftBytes(
+      "resid,resname,atom,shift\n-2000000000,ALA,CA,52\n1,PRO,CA,63\n2000000000,PRO,CA,63\n", "x.csv", {});
+  ASSERT_EQ(proteins.size(), 1U);
+  EXPECT_EQ(proteins[0].sequence, "A?P?P");
+  EXPECT_EQ(proteins[0].numbers,
+            (std::vector<std::string>{"-2000000000", "-1999999999", "1", "2", "2000000000"}));
+}
+
+TEST(Read, MayRunInSeveralThreads) {
+  std::vector<std::thread> threads;
+  std::vector<std::string> sequences(8);
+  for (std::string& sequence : sequences)
+    threads.emplace_back([&sequence] {
+      for (int i = 0; i < 50; ++i) sequence = zorvela::readShiftBytes(kCsv, "x.csv", {}).back().sequence;
+    });
+  for (std::thread& thread : threads) thread.join();
+  for (const std::string& sequence : sequences) EXPECT_EQ(sequence, "cP");
+}
+
+std::string gzipped(const std::string& text) {
+  z_stream stream{};
+  EXPECT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
+  std::string packed(text.size() + 100, '\0');
+  std::string original = text;
+  stream.next_in = reinterpret_cast<Bytef*>(original.data());
+  stream.avail_in = static_cast<uInt>(original.size());
+  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+  stream.avail_out = static_cast<uInt>(packed.size());
+  EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+  packed.resize(stream.total_out);
+  deflateEnd(&stream);
+  return packed;
+}
+
+TEST(Read, UnpacksBytesInMemory) {
+  EXPECT_EQ(zorvela::readShiftBytes(gzipped(kCsv), "x.csv.gz", {}).size(), 2U);
+  const std::string half = std::string(kCsv).substr(0, 50);
+  const auto joined =
+      zorvela::readShiftBytes(gzipped(half) + gzipped(std::string(kCsv).substr(50)), "x.csv.gz", {});
+  ASSERT_EQ(joined.size(), 2U);
+  EXPECT_EQ(joined[1].sequence, "cP");
+}
+
+TEST(Read, TakesAStream) {
+  std::FILE* stream = std::tmpfile();
+  ASSERT_NE(stream, nullptr);
+  std::fputs(kCsv, stream);
+  std::rewind(stream);
+  const auto proteins = zorvela::readShiftStream(stream, "a pipe", {});
+  EXPECT_EQ(proteins.at(0).file, "a pipe");
+  EXPECT_EQ(std::fclose(stream), 0);  // still open, and the caller's
+}
+
+template <class Expected>
+std::string messageOf(const std::string& bytes, const zorvela::ImportOptions& options = {}) {
+  try {
+    zorvela::readShiftBytes(bytes, "f", options);
+  } catch (const Expected& error) {
+    EXPECT_EQ(error.file(), "f");
+    return error.what();
+  }
+  return "nothing thrown";
+}
+
+TEST(Read, BytesThatCannotBeReadAreAFileError) {
+  using zorvela::FileError;
+  EXPECT_EQ(messageOf<FileError>(""), "f: is empty; give a file with chemical shifts");
+  EXPECT_EQ(messageOf<FileError>(gzipped(kCsv).substr(0, 30)),
+            "f: the gzip file ends too early; fetch it again");
+  for (const char* bytes : {"PK\x03\x04", "{\"a\": 1}", "data_x\nloop_\n_a _b\n1\n", "data_x _a 1\n",
+                            "resid,resname,shift\n1,A,5\n", "VARS RESID\nFORMAT %d\n1\n",
+                            "DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n"})
+    EXPECT_NE(messageOf<FileError>(bytes), "nothing thrown") << bytes;
+}
+
+TEST(Read, FileErrorsNameTheLine) {
+  try {
+    zorvela::readShiftBytes("REMARK x\nVARS RESID SHIFT\nFORMAT %4d %5.1e\n1 5\n", "f.tab", {});
+    FAIL() << "nothing thrown";
+  } catch (const zorvela::FileError& error) {
+    EXPECT_EQ(error.file(), "f.tab");
+    EXPECT_EQ(error.line(), 3U);
+  }
+}
+
+TEST(Read, AChainOrListThatIsNotThereIsAChoiceError) {
+  using zorvela::ChoiceError;
+  EXPECT_EQ(messageOf<ChoiceError>(kCsv, {{"C"}, {}}), "f: has no chain \"C\"; it has: A, B");
+  EXPECT_EQ(messageOf<ChoiceError>(kCsv, {{}, {"x"}}), "f: has no shift list \"x\"; it has: none by name");
+  EXPECT_EQ(
+      messageOf<ChoiceError>("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\n"
+                             "FORMAT %d %s %s %f\n2 P CA 63\n",
+                             {{"A"}, {}}),
+      "f: is a shift table, with one chain and one list; leave out the choice of a chain or list for it");
+}
+
+TEST(Read, EntriesInOneFileAreReadEachForItself) {
+  const std::string entry =
+      "_Entity.ID 1 _Entity.Polymer_seq_one_letter_code AP _Entity.Polymer_type polypeptide(L)\n"
+      "loop_ _Atom_chem_shift.Entity_ID _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID "
+      "_Atom_chem_shift.Atom_ID _Atom_chem_shift.Val\n";
+  const auto proteins = zorvela::readShiftBytes("data_one\n" + entry + "1 2 PRO CA 63\ndata_two\n" + entry +
+                                                    "1 2 PRO CA 64\ndata_three\n" + entry + "1 2 PRO HD2 3\n",
+                                                "f", {});
+  ASSERT_EQ(proteins.size(), 2U);
+  EXPECT_EQ(proteins[0].chain, "one_1");
+  EXPECT_EQ(proteins[0].shifts.at(0).shift, "63");
+  EXPECT_EQ(proteins[1].chain, "two_1");
+  EXPECT_EQ(proteins[1].shifts.at(0).shift, "64");
+  EXPECT_EQ(proteins[0].notes.back().rfind("a data block is left out: f: holds no backbone shifts", 0), 0U);
+}
+
+}  // namespace

@@ -4,11 +4,11 @@
 #include <cstdio>   // for std::snprintf
 #include <cstdlib>  // for std::strtod
 #include <fstream>  // for std::ofstream
-#include <map>      // for std::map
 #include <string>   // for std::string
 #include <vector>   // for std::vector
 
 #include "ZORVELA.h"
+#include "residue_rows.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ int jump(int resid, int residues) {
   return (resid + 7919) % residues + 1;
 }
 
-void searchByIndex(benchmark::State& state) {
+void searchByWalk(benchmark::State& state) {
   const int residues = static_cast<int>(state.range(0));
   const GDB table = madeProtein(residues);
   int resid = 0;
@@ -49,47 +49,25 @@ void searchByIndex(benchmark::State& state) {
     benchmark::DoNotOptimize(table.findEntry("RESID", std::to_string(resid), "ATOMNAME", "CB", 1));
   }
 }
-BENCHMARK(searchByIndex)->RangeMultiplier(10)->Range(50, 50000);
+BENCHMARK(searchByWalk)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
-void searchByWalk(benchmark::State& state) {
+void searchByResidue(benchmark::State& state) {
   const int residues = static_cast<int>(state.range(0));
   const GDB table = madeProtein(residues);
+  const ResidueRows rows(table);
   int resid = 0;
   for (auto _ : state) {
     resid = jump(resid, residues);
-    const std::string wanted = std::to_string(resid);
-    const GDB::Row* found = nullptr;
-    for (const auto& [number, row] : table.entries) {
-      if (GDB::cell(row, "RESID") != wanted || GDB::cell(row, "ATOMNAME") != "CB") continue;
-      found = &row;
-      break;
-    }
-    benchmark::DoNotOptimize(found);
+    benchmark::DoNotOptimize(rows.of(resid).find("CB"));
   }
 }
-BENCHMARK(searchByWalk)->RangeMultiplier(10)->Range(50, 50000);
+BENCHMARK(searchByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
-// --- Rows ---------------------------------------------------------------------------------------
-
-void copyRows(benchmark::State& state) {
+void takeDownByResidue(benchmark::State& state) {
   const GDB table = madeProtein(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    GDB::Rows copy = table.entries;
-    benchmark::DoNotOptimize(copy);
-  }
+  for (auto _ : state) benchmark::DoNotOptimize(ResidueRows(table));
 }
-BENCHMARK(copyRows)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMillisecond);
-
-void copyRowsAsMaps(benchmark::State& state) {
-  const GDB table = madeProtein(static_cast<int>(state.range(0)));
-  std::map<int, std::map<std::string, std::string>> rows;
-  for (const auto& [number, row] : table.entries) rows.emplace(number, row);
-  for (auto _ : state) {
-    auto copy = rows;
-    benchmark::DoNotOptimize(copy);
-  }
-}
-BENCHMARK(copyRowsAsMaps)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMillisecond);
+BENCHMARK(takeDownByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
 // --- Numbers ------------------------------------------------------------------------------------
 
@@ -152,12 +130,21 @@ BENCHMARK(secondaryShifts)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 
-void predictOneProline(benchmark::State& state) {
+// A proline in every 20 residues; the time is that of all of them.
+void predictProlines(benchmark::State& state) {
+  const int residues = static_cast<int>(state.range(0));
   ZORVELA zorvela;
-  prepare(zorvela, static_cast<int>(state.range(0)));
+  prepare(zorvela, residues);
   zorvela.getResInfo();
-  for (auto _ : state) benchmark::DoNotOptimize(zorvela.predictProline(20));
+  std::vector<int> prolines;
+  for (int resid = 20; resid < residues; resid += 20) prolines.push_back(resid);
+  for (auto _ : state) benchmark::DoNotOptimize(zorvela.predictProlines(prolines));
+  state.SetComplexityN(state.range(0));
 }
-BENCHMARK(predictOneProline)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(predictProlines)
+    ->RangeMultiplier(10)
+    ->Range(50, 50000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
 
 }  // namespace

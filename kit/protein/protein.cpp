@@ -14,11 +14,11 @@ GDB toTable(const Protein& protein) {
     table.residNames[static_cast<int>(table.residNames.size()) + 1] = letter;
   int row = 0;
   for (const Shift& shift : protein.shifts) {
-    table.setEntry(++row, "RESID", std::to_string(shift.resid));
-    table.setEntry(row, "RESNAME",
-                   std::string(1, protein.sequence[static_cast<std::size_t>(shift.resid) - 1]));
-    table.setEntry(row, "ATOMNAME", shift.atom);
-    table.setEntry(row, "SHIFT", shift.shift);
+    GDB::Row& cells = table.entries[++row];
+    cells["RESID"] = std::to_string(shift.resid);
+    cells["RESNAME"] = protein.sequence[static_cast<std::size_t>(shift.resid) - 1];
+    cells["ATOMNAME"] = shift.atom;
+    cells["SHIFT"] = shift.shift;
   }
   return table;
 }

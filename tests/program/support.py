@@ -5,7 +5,6 @@ import re
 import resource
 import shutil
 import subprocess
-import sys
 import tempfile
 import threading
 import time
@@ -225,17 +224,3 @@ def skip_without_shared_data(test):
     if not os.path.isdir(folder):
         test.skipTest("no folder " + folder + " (set ZORVELA_SHARED_DATA)")
     return folder
-
-
-def main():
-    """Runs the tests named on the command line; status 77 when one of them was skipped and none failed."""
-    program = unittest.main(module=None, argv=sys.argv, exit=False, verbosity=2)
-    if not program.result.wasSuccessful() or program.result.testsRun == 0:
-        sys.exit(1)
-    for test, reason in program.result.skipped:
-        print("SKIP: %s: %s" % (test.id(), reason))
-    sys.exit(77 if program.result.skipped else 0)
-
-
-if __name__ == "__main__":
-    main()

@@ -6,7 +6,8 @@ import subprocess
 import tempfile
 import unittest
 
-KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
+from zorvela_tests.program import KIT
+
 FILES = pathlib.Path(__file__).resolve().parent.parent / "files"
 NO_SEQUENCE = "the file gives no sequence: it is put together from the residues with shifts"
 REMEDY = ("give NMR-STAR, NEF, text with a header line (resid,resname,atom,shift) or the program's shift table")
@@ -596,7 +597,3 @@ class BadFileTest(ImportTest):
     def test_too_many_words(self):
         self.check_error("standard input: has more than 20000000 words; give the part with the sequence and the shifts "
                          "only", "-", data=b"data_x loop_ _a " + b"1 " * 20000000)
-
-
-if __name__ == "__main__":
-    unittest.main()

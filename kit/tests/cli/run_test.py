@@ -17,7 +17,7 @@ import unittest
 
 import jsonschema
 
-import program
+from zorvela_tests import program
 
 CIS = {(2, "CB"): 34.0, (2, "CG"): 24.0}    # on the cis side of both means: +4 ppm from random coil, CG of cis
 TRANS = {(2, "CB"): 30.0, (2, "CG"): 27.0}  # on the means of trans
@@ -531,7 +531,3 @@ class Quoting(InFolder):
         result = program.run("--format", "csv", self.cis(name))
         (row,) = csv.DictReader(io.StringIO(result.stdout, newline=""))
         self.assertEqual(row["file"], os.path.join(self.folder, name))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

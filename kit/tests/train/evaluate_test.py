@@ -8,9 +8,9 @@ import tempfile
 import unittest
 
 import made_data
+from zorvela_tests.program import KIT, ZORVELA
+from zorvela_tests.tables import rows_of
 
-KIT = os.environ["ZORVELA_KIT"]
-ZORVELA = os.environ["ZORVELA"]
 
 
 def run(arguments):
@@ -102,7 +102,7 @@ class Evaluate(unittest.TestCase):
             subprocess.run([ZORVELA, "-in", os.path.join(self.data.path("entries"), row["entry"] + ".tab"), "-tabDir",
                             self.data.path("tab"), "-out", self.data.path("pred.tab")], check=True,
                            stdout=subprocess.DEVNULL)
-            predicted = made_data.rows_of(self.data.path("pred.tab"))
+            predicted = rows_of(self.data.path("pred.tab"))
             self.assertEqual([row["resid"]], [p["RESID"] for p in predicted])
             self.assertAlmostEqual(float(row["p_cis"]), float(predicted[0]["P_CIS"]), delta=0.0005001)
             self.assertAlmostEqual(float(row["p_cis_norm"]), float(predicted[0]["P_CIS_NORM"]), delta=0.0005001)
@@ -244,7 +244,3 @@ class Evaluate(unittest.TestCase):
             result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), *option])
             self.assertNotEqual(0, result.returncode)
             self.assertIn(option[0] + " requires --cross-validate", result.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,6 +1,8 @@
 """A small made data set: ten-residue proteins with one proline, whose shifts are known by construction."""
 import os
 
+from zorvela_tests.tables import shift_table
+
 ATOMS = ["N", "HA", "C", "CA", "CB", "HN"]
 TYPES = "ACDEFGHIKLMNPQRSTVWY"
 # One random-coil value an atom, whatever the residue, and no neighbour effects: secondary shifts are
@@ -14,13 +16,6 @@ def sequence(number):
     """Another sequence for each number below 100; alanine, proline, alanine in the middle."""
     other = "DEFHIKLMNQ"
     return "G" + other[number % 10] + other[number // 10] + "APAGGGG"
-
-
-def table(letters, rows):
-    lines = ["", "DATA SEQUENCE " + letters, "", "VARS   RESID RESNAME ATOMNAME SHIFT ",
-             "FORMAT %4d %1s %4s  %8.3f ", ""]
-    lines += ["%4d %s %4s %8.3f" % (resid, letters[resid - 1], atom, shift) for resid, atom, shift in rows]
-    return "\n".join(lines) + "\n"
 
 
 class Data:
@@ -53,7 +48,7 @@ class Data:
         if cg is not None:
             rows.append((PROLINE, "CG", cg))
         rows += [(6, a, COIL[a] + secondary) for a in ATOMS]
-        self.put(f"entries/{name}.tab", table(letters, rows))
+        self.put(f"entries/{name}.tab", shift_table(letters, rows))
         self.labels.append(f"{name},{PROLINE},{label},,{cluster or name}\n")
 
     def write_labels(self):
@@ -68,18 +63,3 @@ class Data:
 
     def train(self, output, *options):
         return ["train", *self.proteins(), *self.sources(), "--output", self.path(output), *options]
-
-
-def rows_of(path):
-    """The rows of a table file, each a dictionary of texts."""
-    columns, rows = [], []
-    with open(path, encoding="utf-8") as file:
-        for line in file:
-            cells = line.split()
-            if not cells or cells[0] in ("REMARK", "FORMAT", "DATA"):
-                continue
-            if cells[0] == "VARS":
-                columns = cells[1:]
-            else:
-                rows.append(dict(zip(columns, cells)))
-    return rows

@@ -6,8 +6,9 @@ import tempfile
 import unittest
 
 import made_data
+from zorvela_tests.program import KIT
+from zorvela_tests.tables import rows_of, shift_table
 
-KIT = os.environ["ZORVELA_KIT"]
 TABLES = ["Pro.cs.tab", "Pro.seq.tab", "randcoil.tab", "rcadj.tab", "rcnext.tab", "rcprev.tab", "sslimit.tab"]
 CIS = [1.0, 2.0, 3.0, 6.0]
 TRANS = [-2.0, -1.0, 0.0, 0.5, 1.0, 3.5]
@@ -50,7 +51,7 @@ class Train(unittest.TestCase):
 
     def shifts(self, *options):
         folder = self.train(*options)
-        return made_data.rows_of(os.path.join(folder, "Pro.cs.tab"))
+        return rows_of(os.path.join(folder, "Pro.cs.tab"))
 
     # --- What is found ---
 
@@ -137,7 +138,7 @@ class Train(unittest.TestCase):
         self.add_classes()
         letters = made_data.sequence(80)
         rows = [(4, "CA", 95.0), (5, "CA", 95.0)] + [(6, a, 9.0) for a in made_data.ATOMS]
-        self.data.put("entries/poor.tab", made_data.table(letters, rows))
+        self.data.put("entries/poor.tab", shift_table(letters, rows))
         self.data.labels.append("poor,5,cis,,poor\n")
         self.data.write_labels()
         self.assertEqual("4", self.shifts(*PLAIN)[9]["n_cis"])
@@ -147,7 +148,7 @@ class Train(unittest.TestCase):
     def test_limits_are_percentiles(self):
         self.add_classes()
         folder = self.train("--limit-percent", "10")
-        rows = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}
+        rows = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}
         self.assertEqual(list(made_data.TYPES) + ["c", "p"], list(rows))
         # Each protein gives N two values, both in alanine: 20 in all, fewer than a type needs, so all
         # types have the limits of all: percentile 10 lies at place 1.9 of the sorted values, 90 at 17.1.
@@ -166,23 +167,23 @@ class Train(unittest.TestCase):
             self.data.add(f"e{i}", letters, "cis" if i % 2 else "trans", shift, own=0.05 + shift)
         self.data.write_labels()
         folder = self.train("--limit-percent", "0")
-        rows = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}
+        rows = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}
         self.assertEqual(["0.000", "2.900"], [rows["A"]["CB_MIN"], rows["A"]["CB_MAX"]])
         self.assertEqual(["0.000", "2.950"], [rows["P"]["CB_MIN"], rows["P"]["CB_MAX"]])
 
     def test_class_means_are_those_of_clipped_shifts(self):
         self.add_classes()
         folder = self.train("--limit-percent", "10", *PLAIN[2:])
-        limits = {row["RESNAME"]: row for row in made_data.rows_of(os.path.join(folder, "sslimit.tab"))}["A"]
+        limits = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}["A"]
         low, high = float(limits["N_MIN"]), float(limits["N_MAX"])
-        rows = made_data.rows_of(os.path.join(folder, "Pro.cs.tab"))
+        rows = rows_of(os.path.join(folder, "Pro.cs.tab"))
         clipped = [min(max(value, low), high) for value in CIS]
         self.assertNotEqual(CIS, clipped)
         self.assertAlmostEqual(statistics.mean(clipped), float(rows[0]["avg_cis"]), delta=0.0006)
 
     def test_shares_add_up_to_one(self):
         self.add_classes()
-        rows = made_data.rows_of(os.path.join(self.train(), "Pro.seq.tab"))
+        rows = rows_of(os.path.join(self.train(), "Pro.seq.tab"))
         by_name = {row["resname"]: row for row in rows}
         self.assertEqual(list(made_data.TYPES) + ["c", "p"] + list("BJOUX?"), [r["resname"] for r in rows])
         # Counts of cis_prev are 0 to 19, one added to each: 210 in all.
@@ -210,7 +211,7 @@ class Train(unittest.TestCase):
         self.data.put("effects.csv", "\n".join(effects) + "\n")
         folder = self.train()
         coil, previous, after, adjustments = (
-            {r["RESNAME"]: r for r in made_data.rows_of(os.path.join(folder, name))}
+            {r["RESNAME"]: r for r in rows_of(os.path.join(folder, name))}
             for name in ("randcoil.tab", "rcprev.tab", "rcnext.tab", "rcadj.tab"))
         names = list(made_data.TYPES) + ["c", "p"]
         for rows in (coil, previous, after, adjustments):
@@ -385,7 +386,3 @@ class Train(unittest.TestCase):
         result = run(["train", "--entries", "x"])
         self.assertNotEqual(0, result.returncode)
         self.assertIn("--labels is required", result.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,19 +1,15 @@
-"""Runs over the shift tables of the shared data; skipped where they are not there.
-
-They are looked for in the folder that ZORVELA_SHARED_DATA names, else in ../shared/data beside the checkout.
-"""
-import sys
+"""zorvela-kit run over all real proteins: the same as zorvela, and one row for each proline."""
 import unittest
 
-import program
-import same_as_zorvela_test as zorvela
+from zorvela_tests import program
+import run_against_zorvela_test as zorvela
 
-SKIPPED = 77  # told to CTest
 COMPARED = 50
 ENTRIES = program.shared_entries()
 
 
-class SharedEntries(unittest.TestCase):
+@program.needs_shared_data
+class RealEntries(unittest.TestCase):
     maxDiff = None
 
     def test_same_as_zorvela(self):
@@ -32,11 +28,3 @@ class SharedEntries(unittest.TestCase):
         for row in rows:
             self.assertEqual(row["p_cis_norm"] == "", row["call"] == "none", row)
             self.assertEqual(row["reason"] != "", row["call"] == "none", row)
-
-
-if __name__ == "__main__":
-    if len(ENTRIES) < COMPARED:
-        print("skipped: there are no shift tables in ../shared/data/entries; set ZORVELA_SHARED_DATA to the folder "
-              "above entries")
-        sys.exit(SKIPPED)
-    unittest.main(verbosity=2)

@@ -1,4 +1,4 @@
-"""Runs the programs under test; finds the checkout and the shared data."""
+"""The programs under test and how to run them, the checkout, and the folder of real proteins."""
 import csv
 import io
 import json
@@ -6,10 +6,15 @@ import os
 import pathlib
 import struct
 import subprocess
+import unittest
+
+from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (tests say program.full_table)
 
 KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
-ZORVELA = os.environ.get("ZORVELA", "zorvela")
+ZORVELA = os.environ.get("ZORVELA_PROGRAM", "zorvela")
 SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
+# Real proteins are not part of the repository.
+DATA = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA") or SOURCE.parent / "shared" / "data")
 MADE_TABLES = SOURCE / "kit" / "tests" / "predict" / "tables"
 TABLES = SOURCE / "tab"
 EXAMPLES = sorted(f for f in (SOURCE / "examples").glob("*.tab") if not f.name.endswith(".pred.tab"))
@@ -20,9 +25,13 @@ COLUMNS = ("file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_n
 
 
 def shared_entries():
-    """The shift tables of the shared data; none where the folder is not there."""
-    data = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", SOURCE.parent / "shared" / "data"))
-    return sorted((data / "entries").glob("*.tab"))
+    """The shift tables of the real proteins; none where the folder is not there."""
+    return sorted((DATA / "entries").glob("*.tab"))
+
+
+def needs_shared_data(test):
+    """Skips a test, or a class of tests, where the real proteins are not there."""
+    return unittest.skipUnless(shared_entries(), f"no shift tables in {DATA / 'entries'} (set ZORVELA_SHARED_DATA)")(test)
 
 
 def environment(**changes):
@@ -61,29 +70,3 @@ def proteins(*files, tables=TABLES):
 def single(value):
     """The nearest single-precision number."""
     return struct.unpack("f", struct.pack("f", value))[0]
-
-
-def shift_table(sequence, rows, remark="made for a test"):
-    """A shift table; rows: (residue number, atom, shift)."""
-    lines = ["REMARK " + remark, "", "DATA SEQUENCE " + sequence, "", "VARS   RESID RESNAME ATOMNAME SHIFT",
-             "FORMAT %4d %1s %4s %8.3f", ""]
-    lines += ["%4d %s %4s %8.3f" % (resid, sequence[resid - 1], atom, shift) for resid, atom, shift in rows]
-    return "\n".join(lines) + "\n"
-
-
-def full_residue(sequence, resid):
-    """All backbone shifts of a residue as the made tables have them, with no secondary shift."""
-    name = sequence[resid - 1]
-    before_proline = sequence[resid:resid + 1] == "P"
-    atoms = [] if name == "P" else [("N", 120.0), ("HN", 8.0)]
-    atoms += [("HA", 4.0), ("C", 175.0), ("CA", 53.0 if before_proline else 55.0), ("CB", 30.0)]
-    return [(resid, atom, shift) for atom, shift in atoms]
-
-
-def full_table(sequence, changes=()):
-    """A shift table with all shifts; changes: {(residue number, atom): shift}."""
-    shifts = {}
-    for resid in range(1, len(sequence) + 1):
-        shifts.update({(r, a): s for r, a, s in full_residue(sequence, resid)})
-    shifts.update(changes)
-    return shift_table(sequence, sorted((r, a, s) for (r, a), s in shifts.items()))

@@ -1,7 +1,6 @@
 """On the development data: the tables in tab/ are what train writes, and reach the figures that the documents state.
 
-The data are not part of the repository. They are looked for in ZORVELA_SHARED_DATA, else in
-../shared/data beside the checkout; without them these tests are skipped.
+Without the data, which are not part of the repository, these tests are skipped.
 """
 import json
 import os
@@ -11,14 +10,12 @@ import sys
 import tempfile
 import unittest
 
-KIT = os.environ["ZORVELA_KIT"]
-SOURCE = os.environ["ZORVELA_SOURCE"]
-DATA = os.environ.get("ZORVELA_SHARED_DATA") or os.path.join(SOURCE, "..", "shared", "data")
+from zorvela_tests.program import DATA, KIT, SOURCE, needs_shared_data
+
 PROTEINS = ["--entries", os.path.join(DATA, "entries"), "--labels", os.path.join(DATA, "prolines.csv")]
 SOURCES = ["--neighbours", os.path.join(DATA, "proline_neighbour_counts.csv"), "--random-coil",
            os.path.join(DATA, "random_coil", "nielsen_mulder_2018.csv"), "--neighbour-effects",
            os.path.join(DATA, "random_coil", "nielsen_mulder_2018_neighbours.csv")]
-SKIPPED = 77
 
 
 def processor_time():
@@ -31,7 +28,8 @@ def document(name):
         return file.read()
 
 
-class SharedData(unittest.TestCase):
+@needs_shared_data
+class ShippedTables(unittest.TestCase):
     maxDiff = None
 
     def run_kit(self, *arguments):
@@ -83,10 +81,3 @@ class SharedData(unittest.TestCase):
         sources = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "tables-sources"), DATA], check=True,
                                  capture_output=True, text=True).stdout
         self.assertTrue(document("tables.md").endswith(sources.rstrip("\n") + "\n"))
-
-
-if __name__ == "__main__":
-    if not os.path.isdir(os.path.join(DATA, "entries")):
-        print(f"skipped: there is no {os.path.join(DATA, 'entries')}; set ZORVELA_SHARED_DATA to the folder")
-        sys.exit(SKIPPED)
-    unittest.main()

@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 import unittest
 
-import program
+from zorvela_tests import program
 
 ATOMS = ["N", "HA", "C", "CA", "CB", "HN"]
 
@@ -176,7 +176,3 @@ class SameAsCalculated(unittest.TestCase):
                         self.assertTrue(math.isclose(proline[name], value, rel_tol=2e-4, abs_tol=1e-7),
                                         (proline[name], value))
         self.assertGreater(predicted, 0)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

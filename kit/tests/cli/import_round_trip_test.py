@@ -1,19 +1,13 @@
-"""Whole proteins written as NMR-STAR 3, NMR-STAR 2.1, NEF and CSV come back as the tables that they were.
-
-Ends with status 77, which CTest shows as skipped, where the folder of proteins is not there.
-"""
-import os
+"""Whole proteins written as NMR-STAR 3, NMR-STAR 2.1, NEF and CSV come back as the tables that they were."""
 import pathlib
 import random
 import re
 import subprocess
-import sys
 import tempfile
 import unittest
 
-KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
-SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
-DATA = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", SOURCE.parent / "shared" / "data"))
+from zorvela_tests.program import KIT, needs_shared_data, shared_entries
+
 EVERY = 20
 NAMES = dict(zip("ACcDEFGHIKLMNPQRSTVWY?",
                  "ALA CYS CYS ASP GLU PHE GLY HIS ILE LYS LEU MET ASN PRO GLN ARG SER THR VAL TRP TYR UNK".split()))
@@ -88,11 +82,10 @@ def csv(entry):
     yield from rows
 
 
-class EntriesTest(unittest.TestCase):
+@needs_shared_data
+class RoundTrip(unittest.TestCase):
     def setUp(self):
-        self.paths = sorted((DATA / "entries").glob("*.tab"))[::EVERY]
-        if not self.paths:
-            self.skipTest("no shift tables in %s; ZORVELA_SHARED_DATA names another folder" % (DATA / "entries"))
+        self.paths = shared_entries()[::EVERY]
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
@@ -125,10 +118,3 @@ class EntriesTest(unittest.TestCase):
             original = path.read_text().replace("%8.3f \n", "%8.3f\n")
             if len(Entry(path).sequence) % 55:
                 self.assertEqual(first.read_text(), original)
-
-
-if __name__ == "__main__":
-    program = unittest.main(exit=False, verbosity=2)
-    if not program.result.wasSuccessful():
-        sys.exit(1)
-    sys.exit(77 if program.result.skipped else 0)

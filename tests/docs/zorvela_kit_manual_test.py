@@ -1,0 +1,78 @@
+"""zorvela-kit(1) and doc/kit.md have the options, thresholds, columns and reasons of the program and of its schema."""
+import json
+import re
+import unittest
+
+from zorvela_tests import program
+
+MAN_PAGE = (program.SOURCE / "doc" / "zorvela-kit.1").read_text(encoding="utf-8")
+DOCUMENT = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8")
+SCHEMA = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
+# Columns of the CSV file that stand elsewhere in the JSON file: beside the proline or in its protein.
+OF_THE_PROTEIN = {"file", "chain", "list"}
+OF_REFERENCING = {"offset_ca", "offset_cb", "offset_ha", "offset_c", "to_correct"}
+
+
+def sub_commands():
+    return re.findall(r"^  ([a-z]+) +\S", program.kit("--help").stdout.split("Subcommands:", 1)[1], re.MULTILINE)
+
+
+def help_of(command):
+    return program.kit(command, "--help").stdout
+
+
+def options_of(command):
+    """Long options of a sub-command, without --help."""
+    names = re.findall(r"^ +(?:-\w,)?--([a-z-]+)", help_of(command), re.MULTILINE)
+    return sorted(name for name in names if name != "help")
+
+
+def section(command):
+    """The part of the man page on a sub-command."""
+    return re.split(r"^\.Sh ", MAN_PAGE.split(f".Sh {command.upper()}\n", 1)[1], maxsplit=1, flags=re.MULTILINE)[0]
+
+
+class ManPage(unittest.TestCase):
+    def test_every_option_of_every_sub_command_once(self):
+        commands = sub_commands()
+        self.assertIn("run", commands)
+        for command in commands:
+            with self.subTest(command=command):
+                documented = re.findall(r"^\.It (?:Fl \w , )?Fl -([a-z-]+)", section(command), re.MULTILINE)
+                self.assertEqual(sorted(documented), options_of(command))
+
+    def test_thresholds(self):
+        least, most = re.search(r"at least ([0-9.]+[0-9]),.*at most ([0-9.]+[0-9]),", help_of("run")).groups()
+        self.assertIn(f".It cis\nat least {least};\n.It trans\nat most {most};\n", MAN_PAGE)
+
+    def test_defaults_of_training(self):
+        for option, default in re.findall(r"^ +--([a-z-]+) \S*=(\S+)", help_of("train"), re.MULTILINE):
+            text = section("train").split(f"Fl -{option}", 1)[1].split(".It", 1)[0]
+            self.assertRegex(text, rf"[( ]default:? {re.escape(default)}[),. ;]|\bCm {default}\b[^;]*default", option)
+
+
+class Document(unittest.TestCase):
+    def test_names_every_column_reason_and_threshold(self):
+        reasons = [reason for reason in SCHEMA["$defs"]["proline"]["properties"]["reason"]["enum"] if reason]
+        self.assertEqual(len(reasons), 5)
+        for name in [*program.COLUMNS, *reasons]:
+            self.assertIn(f"`{name}`", DOCUMENT)
+        for value in re.findall(r"is at (?:least|most) ([0-9.]+[0-9])", help_of("run")):
+            self.assertIn(f" {value} |", DOCUMENT)
+
+    def test_names_every_sub_command(self):
+        for command in sub_commands():
+            self.assertIn(f"\n| `{command}` |", DOCUMENT)
+
+
+class Schema(unittest.TestCase):
+    def test_a_proline_has_the_columns_of_the_csv_file(self):
+        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING
+        properties = set(SCHEMA["$defs"]["proline"]["properties"])
+        self.assertEqual(columns - properties, set())
+        self.assertEqual(properties - columns, {"prev_resid", "next_resid"})
+        self.assertEqual(OF_THE_PROTEIN - set(SCHEMA["$defs"]["protein"]["properties"]), set())
+
+    def test_a_call_is_one_that_the_document_explains(self):
+        for call in SCHEMA["$defs"]["proline"]["properties"]["call"]["enum"]:
+            self.assertRegex(DOCUMENT, rf"\n\| {call}\b")

@@ -274,10 +274,12 @@ void evaluate(const EvaluateSettings& settings) {
     tables = findTables(settings.tables);
     useTables(*loadTables(tables), run);
   }
-  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);
-  const Predictions predictions = settings.folds > 0
-                                      ? crossValidate(published, data, settings.folds, settings.choices)
-                                      : predictAll(run, data);
+  const LabelledProlines data =
+      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  const Predictions predictions =
+      settings.folds > 0
+          ? crossValidate(published, data, settings.folds, settings.choices, progressBar("Cross-validating"))
+          : predictAll(run, data);
 
   const Evaluation result = evaluation(data, predictions);
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);

@@ -41,7 +41,8 @@ void train(const TrainSettings& settings) {
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
   ZORVELA run;
   useTables(tables, run);
-  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run);
+  const LabelledProlines data =
+      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
   trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
               std::vector<bool>(data.windows.size(), true), settings.choices);
   writeTables(tables, settings.output);

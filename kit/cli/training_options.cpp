@@ -2,9 +2,12 @@
 #include "cli/training_options.h"
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include <CLI/CLI.hpp>
+
+#include "cli/progress.h"
 
 namespace zorvela {
 
@@ -44,6 +47,15 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
           ->capture_default_str()};
   for (CLI::Option* option : options) option->group("Choices in training");
   return options;
+}
+
+OnStep progressBar(const std::string& what) {
+  auto bar = std::make_shared<std::unique_ptr<Progress>>();
+  return [what, bar](std::size_t done, std::size_t total) {
+    if (done == 1) *bar = std::make_unique<Progress>(what, total);
+    (*bar)->step();
+    if (done == total) bar->reset();
+  };
 }
 
 }  // namespace zorvela

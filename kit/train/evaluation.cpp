@@ -8,7 +8,6 @@
 #include <string>
 #include <utility>
 
-#include "cli/progress.h"
 #include "train/metrics.h"
 #include "zorvela/error.h"
 
@@ -87,7 +86,7 @@ Predictions predictAll(ZORVELA& run, const LabelledProlines& data) {
 }
 
 Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
-                          const TrainingChoices& choices) {
+                          const TrainingChoices& choices, const OnStep& onStep) {
   std::size_t clusters = 0;
   const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
   if (clusters < folds)
@@ -95,12 +94,11 @@ Predictions crossValidate(const ReferenceTables& published, const LabelledProlin
                 "ask for fewer folds with --cross-validate");
   const std::vector<std::size_t> fold = foldOfCluster(clusters, folds);
   Predictions out(cluster.size());
-  Progress progress("Cross-validating", folds);
   for (std::size_t f = 0; f < folds; ++f) {
     std::vector<bool> inFold(cluster.size());
     for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
     predictFold(published, data, inFold, choices, out);
-    progress.step();
+    if (onStep) onStep(f + 1, folds);
   }
   return out;
 }

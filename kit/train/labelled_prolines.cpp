@@ -1,14 +1,13 @@
 // Reads labels and shift tables; keeps the secondary shifts and hands them back to the program's classes.
 #include "train/labelled_prolines.h"
 
-#include <sys/stat.h>  // for stat
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cctype>
 #include <set>
 #include <utility>
 
-#include "cli/progress.h"
 #include "predict/tables.h"
 #include "train/strict_csv.h"
 #include "zorvela/error.h"
@@ -41,8 +40,9 @@ ShiftLabel shiftLabel(const StrictCsv& csv, const StrictCsv::Row& row, std::size
 
 }  // namespace
 
-LabelFile::LabelFile(const std::string& file) : path(file) {
+LabelFile readLabels(const std::string& path) {
   const StrictCsv csv(path);
+  LabelFile labels{path, {}};
   const std::size_t entry = csv.column("entry");
   const std::size_t resid = csv.column("resid");
   const std::size_t structure = csv.column("label_structure");
@@ -63,9 +63,11 @@ LabelFile::LabelFile(const std::string& file) : path(file) {
     if (!seen.emplace(label.entry, label.resid).second)
       csv.fail(row, "residue " + std::to_string(label.resid) + " of " + label.entry + " is labelled twice",
                "remove one of the lines");
-    prolines.push_back(std::move(label));
+    labels.prolines.push_back(std::move(label));
   }
-  if (prolines.empty()) throw Error(path, 0, "has no prolines", "give a file with a line for each proline");
+  if (labels.prolines.empty())
+    throw Error(path, 0, "has no prolines", "give a file with a line for each proline");
+  return labels;
 }
 
 // --- Entries ------------------------------------------------------------------------------------
@@ -145,15 +147,16 @@ std::size_t entryCount(const LabelFile& labels) {
 
 }  // namespace
 
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run) {
-  LabelledProlines data{LabelFile(labelsPath), {}, {}, {}};
-  Progress progress("Reading shift tables", entryCount(data.labels));
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
+                              const OnStep& onStep) {
+  LabelledProlines data{readLabels(labelsPath), {}, {}, {}};
+  const std::size_t entries = entryCount(data.labels);
   std::map<std::string, std::size_t> known;
   for (const ProlineLabel& label : data.labels.prolines) {
     const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
     if (isNew) {
       data.entries.push_back(readEntry(label.entry, entryPath(data.labels, label, folder), run));
-      progress.step();
+      if (onStep) onStep(data.entries.size(), entries);
     }
     const EntryShifts& entry = data.entries[found->second];
     checkIsProline(data.labels, label, entry);

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,15 +28,16 @@ struct ProlineLabel {
   std::string cluster;  ///< proteins of one cluster share stretches of sequence
 };
 
-/// The labels file: CSV with the columns entry, resid, label_structure (cis, trans or empty) and cluster;
+/// What a labels file holds.
+struct LabelFile {
+  std::string path;
+  std::vector<ProlineLabel> prolines;  ///< in the order of the file; at least one
+};
+
+/// Reads a labels file: CSV with the columns entry, resid, label_structure (cis, trans or empty) and cluster;
 /// label_shift (cis, trans, unclear or empty) is read where it is there. Error for a line that is
 /// malformed, has another label, or repeats a proline.
-struct LabelFile {
-  explicit LabelFile(const std::string& path);
-
-  std::string path;
-  std::vector<ProlineLabel> prolines;
-};
+LabelFile readLabels(const std::string& path);
 
 /// The secondary shifts of one protein as the program assembles them, in little memory.
 struct EntryShifts {
@@ -59,10 +61,14 @@ struct LabelledProlines {
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
 };
 
+/// Told after each step of long work how many are done, of how many.
+using OnStep = std::function<void(std::size_t done, std::size_t total)>;
+
 /// Reads the labels and, from `folder`, the shift table of each entry; `run` holds the random-coil
 /// tables by which the program makes secondary shifts. Error, with the line of the labels, for an
-/// entry without a file and for a label of a residue that is no proline.
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run);
+/// entry without a file and for a label of a residue that is no proline. A step is an entry.
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
+                              const OnStep& onStep = {});
 
 /// Puts an entry back into a run object, so that its triplets and predictions can be asked for. Only
 /// the residues around the one that is asked for have rows: call `focus` before each question.

@@ -7,49 +7,49 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
+#include <iterator>
+#include <utility>
 
+#include "util/delimited_text.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-std::vector<std::string> fieldsOf(const std::string& line) {
-  std::vector<std::string> fields;
-  std::size_t begin = 0;
-  while (true) {
-    const std::size_t comma = line.find(',', begin);
-    fields.push_back(line.substr(begin, comma == std::string::npos ? comma : comma - begin));
-    if (comma == std::string::npos) return fields;
-    begin = comma + 1;
-  }
-}
-
-std::string counted(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " field" : " fields");
+std::string wholeFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw Error(path, 0, std::strerror(errno), "give the path of a CSV file");
+  std::string text{std::istreambuf_iterator<char>(in), {}};
+  if (in.bad()) throw Error(path, 0, "cannot be read to its end", "give the path of a CSV file");
+  return text;
 }
 
 }  // namespace
 
 StrictCsv::StrictCsv(const std::string& file) : path(file) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw Error(path, 0, std::strerror(errno), "give the path of a CSV file");
-  std::string line;
-  for (std::size_t number = 1; std::getline(in, line); ++number) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line.empty()) continue;
-    Row row{number, fieldsOf(line)};
-    if (line.find('"') != std::string::npos) fail(row, "a field is quoted", "write fields without quotes");
+  const std::string text = wholeFile(path);
+  std::size_t pos = 0;
+  std::size_t number = 0;
+  while (const auto line = nextLine(text, pos)) {
+    ++number;
+    if (line->empty()) continue;
+    auto cells = splitCells(*line, Separator::comma);
+    Row row{number, {}};
+    if (!cells) fail(row, "a quote is not closed", "close it on the same line");
+    row.fields = std::move(*cells);
     if (header.empty()) {
       header = row.fields;
     } else if (row.fields.size() != header.size()) {
-      fail(row, counted(row.fields.size()) + " where the header has " + std::to_string(header.size()),
+      fail(row,
+           counted(row.fields.size(), "field", "fields") + " where the header has " +
+               std::to_string(header.size()),
            "correct or remove the line");
     } else {
       rows.push_back(std::move(row));
     }
   }
-  if (in.bad()) throw Error(path, 0, "cannot be read to its end", "give the path of a CSV file");
   if (header.empty()) throw Error(path, 0, "is empty", "give a CSV file with a header line");
 }
 

@@ -14,9 +14,9 @@ class StrictCsv {
     std::vector<std::string> fields;
   };
 
-  /// Reads the file. Empty lines are skipped. Error where the file cannot be read or has no header,
-  /// where a line has another number of fields than the header, or a field a quote (none of these files
-  /// needs one).
+  /// Reads the file. Empty lines are skipped; a field may be quoted, blanks around it do not count. Error
+  /// where the file cannot be read or has no header, where a quote is not closed on its line, or a line has
+  /// another number of fields than the header.
   explicit StrictCsv(const std::string& path);
 
   /// Index of a column; Error where the header lacks it.
@@ -29,7 +29,7 @@ class StrictCsv {
   int integer(const Row& row, std::size_t column) const;
   /// A finite decimal number in a field; Error where it is none.
   double number(const Row& row, std::size_t column) const;
-  /// A Error that names the file, the line of the row and the cause.
+  /// An Error that names the file, the line of the row and the cause.
   [[noreturn]] void fail(const Row& row, const std::string& what, const std::string& remedy) const;
 
   std::string path;

@@ -237,9 +237,13 @@ bool isOwnShift(std::size_t index) {
   return index == kProlineCG || index / kAtomsPerResidue == 1;
 }
 
-/// Nitrogen and amide proton of the proline, which are never used.
+// Indices of the proline's own nitrogen and amide proton.
+constexpr std::size_t kProlineN = 6;
+constexpr std::size_t kProlineHN = 11;
+
+/// Nitrogen and amide proton of the proline are never used.
 bool isUnused(std::size_t index) {
-  return index == 6 || index == 11;
+  return index == kProlineN || index == kProlineHN;
 }
 
 GDB startShiftTable(const BothClasses& classes, const TrainingChoices& choices) {

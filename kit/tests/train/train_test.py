@@ -298,7 +298,7 @@ class Train(unittest.TestCase):
                 ("c3,5,cis,,\n", "cluster is empty; give each protein a cluster"),
                 (",5,cis,,c3\n", 'entry is "", no name of a shift table' + remedy),
                 ("../c3,5,cis,,c3\n", 'entry is "../c3", no name of a shift table' + remedy),
-                ('"c3",5,cis,,c3\n', "a field is quoted; write fields without quotes"),
+                ('"c3,5,cis,,c3\n', "a quote is not closed; close it on the same line"),
                 ("c1,5,cis,,c1\n", "residue 5 of c1 is labelled twice; remove one of the lines")):
             self.data.labels[3] = line
             self.data.write_labels()

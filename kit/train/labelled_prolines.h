@@ -61,7 +61,7 @@ struct LabelledProlines {
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
 };
 
-/// Told after each step of long work how many are done, of how many.
+/// Called after each step of long work with how many are done, of how many.
 using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 
 /// Reads the labels and, from `folder`, the shift table of each entry; `run` holds the random-coil

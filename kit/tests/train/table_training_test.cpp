@@ -1,0 +1,133 @@
+// Means, deviations and limits of three made proteins; expected values are worked out by hand in the
+// comments.
+#include "train/table_training.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "made_proteins.h"
+#include "zorvela/error.h"
+
+namespace {
+
+using made::Protein;
+using zorvela::Omega;
+
+// Two cis prolines with secondary shifts of 1 and 3 ppm, one trans proline with -2 ppm.
+const std::vector<Protein> kThree = {{"GAPAG", Omega::cis, 1.0F, 24.0F},
+                                     {"AAPAG", Omega::cis, 3.0F, 25.0F},
+                                     {"GAPAA", Omega::trans, -2.0F, 27.0F}};
+
+/// Every value counts, none is clipped, each class has its own deviation, nothing is widened.
+zorvela::TrainingChoices plain() {
+  zorvela::TrainingChoices choices;
+  choices.limitPercent = 0;
+  choices.trim = 0;
+  choices.pooling = zorvela::Pooling::none;
+  choices.widenProline = choices.widenNeighbours = 1;
+  return choices;
+}
+
+zorvela::ReferenceTables trained(const std::vector<Protein>& proteins,
+                                 const zorvela::TrainingChoices& choices,
+                                 const std::vector<bool>& used = {}) {
+  zorvela::ReferenceTables tables = made::publishedTables();
+  const std::vector<bool> marks = used.empty() ? std::vector<bool>(proteins.size(), true) : used;
+  zorvela::trainTables(tables, made::dataOf(proteins), marks, marks, choices);
+  return tables;
+}
+
+std::string statistic(const zorvela::ReferenceTables& tables, int index, const std::string& column) {
+  return made::cellOf(tables.shifts, "index", std::to_string(index), column);
+}
+
+TEST(Training, MeansAndDeviationsOfTheClasses) {
+  const zorvela::ReferenceTables tables = trained(kThree, plain());
+  for (const int index : {0, 5, 7, 10, 12, 17}) {
+    EXPECT_EQ("2.000", statistic(tables, index, "avg_cis")) << index;     // (1 + 3) / 2
+    EXPECT_EQ("1.414", statistic(tables, index, "sd_cis")) << index;      // sqrt((1 + 1) / (2 - 1))
+    EXPECT_EQ("-2.000", statistic(tables, index, "avg_trans")) << index;  // of one value
+    EXPECT_EQ("0.000", statistic(tables, index, "sd_trans")) << index;    // which has no deviation ...
+    EXPECT_EQ("1.414", statistic(tables, index, "std_trans")) << index;   // ... and takes that of cis
+    EXPECT_EQ("2", statistic(tables, index, "n_cis")) << index;
+    EXPECT_EQ("1", statistic(tables, index, "n_trans")) << index;
+  }
+  EXPECT_EQ("24.500", statistic(tables, 18, "avg_cis"));
+  EXPECT_EQ("0.707", statistic(tables, 18, "std_cis"));  // sqrt((0.25 + 0.25) / 1)
+  EXPECT_EQ("27.000", statistic(tables, 18, "avg_trans"));
+}
+
+TEST(Training, NitrogenAndAmideProtonOfTheProlineSayNothing) {
+  const zorvela::ReferenceTables tables = trained(kThree, plain());
+  for (const int index : {6, 11})
+    for (const char* column : {"avg_cis", "avg_trans"}) EXPECT_EQ("0.000", statistic(tables, index, column));
+}
+
+TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
+  // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2: 4.147.
+  const std::vector<Protein> proteins = {{"GAPAG", Omega::cis, 1.0F},
+                                         {"AAPAG", Omega::cis, 3.0F},
+                                         {"GAPAA", Omega::trans, -2.0F},
+                                         {"AAPAA", Omega::trans, 4.0F}};
+  zorvela::TrainingChoices choices = plain();
+  choices.pooling = zorvela::Pooling::natural;
+  choices.widenProline = 1.5;
+  choices.widenNeighbours = 2;
+  const zorvela::ReferenceTables tables = trained(proteins, choices);
+  EXPECT_EQ("6.221", statistic(tables, 9, "std_cis"));  // CA of the proline: 4.14729 * 1.5
+  EXPECT_EQ("6.221", statistic(tables, 9, "std_trans"));
+  EXPECT_EQ("8.295", statistic(tables, 3, "std_cis"));   // CA before it: 4.14729 * 2
+  EXPECT_EQ("1.414", statistic(tables, 3, "sd_cis"));    // sqrt(2), as measured
+  EXPECT_EQ("4.243", statistic(tables, 3, "sd_trans"));  // sqrt(18)
+  choices.pooling = zorvela::Pooling::equal;
+  EXPECT_EQ("4.743", statistic(trained(proteins, choices), 9, "std_cis"));  // sqrt((2 + 18) / 2) * 1.5
+}
+
+TEST(Training, AWindowMeasuredTwiceCountsOnceWithItsMedian) {
+  std::vector<Protein> proteins = kThree;
+  proteins.push_back({"GAPAG", Omega::cis, 7.0F, 24.0F});  // the window of the first: median of 1 and 7 is 4
+  const zorvela::ReferenceTables tables = trained(proteins, plain());
+  EXPECT_EQ("2", statistic(tables, 9, "n_cis"));
+  EXPECT_EQ("3.500", statistic(tables, 9, "avg_cis"));  // (4 + 3) / 2
+}
+
+TEST(Training, LeavesOutWhatIsNotMarked) {
+  const zorvela::ReferenceTables tables = trained(kThree, plain(), {true, false, true});
+  EXPECT_EQ("1", statistic(tables, 9, "n_cis"));
+  EXPECT_EQ("1.000", statistic(tables, 9, "avg_cis"));
+  EXPECT_EQ("1.000", made::cellOf(tables.limits, "RESNAME", "A", "CA_MAX"));  // without the 3 of the second
+}
+
+TEST(Training, LimitsOfRareTypesAreThoseOfAllTypes) {
+  const zorvela::ReferenceTables tables = trained(kThree, plain());
+  // Fewer than 50 shifts of each type; over all of them CA goes from -2 to 3.
+  EXPECT_EQ("-2.000", made::cellOf(tables.limits, "RESNAME", "G", "CA_MIN"));
+  EXPECT_EQ("3.000", made::cellOf(tables.limits, "RESNAME", "G", "CA_MAX"));
+  EXPECT_EQ("0.000", made::cellOf(tables.limits, "RESNAME", "G", "CB_MAX"));  // glycine has none
+  EXPECT_EQ("0.000", made::cellOf(tables.limits, "RESNAME", "P", "HN_MIN"));
+}
+
+TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
+  // 50 % is the median on either side: with -2, 1 and 3 of each atom every shift is brought to 1.
+  zorvela::TrainingChoices choices = plain();
+  choices.limitPercent = 50;
+  const zorvela::ReferenceTables tables = trained(kThree, choices);
+  EXPECT_EQ("1.000", statistic(tables, 9, "avg_cis"));
+  EXPECT_EQ("1.000", statistic(tables, 9, "avg_trans"));
+}
+
+TEST(Training, NeedsBothClasses) {
+  try {
+    trained({kThree[0], kThree[1]}, plain());
+    FAIL() << "no error without a trans proline";
+  } catch (const zorvela::Error& e) {
+    EXPECT_STREQ(
+        "labels.csv: no trans proline with enough shifts is labelled by structure; add entries with trans "
+        "prolines",
+        e.what());
+  }
+}
+
+}  // namespace

@@ -1,5 +1,5 @@
 // zorvela-kit: files in, predictions out, and the tables for them.
-#include <fcntl.h>  // for open, fcntl
+#include <fcntl.h>
 
 #include <exception>
 #include <new>

@@ -1,7 +1,7 @@
 // The folder of the tables: option, environment, installation.
 #include "cli/reference_tables.h"
 
-#include <unistd.h>  // for readlink
+#include <unistd.h>
 
 #include <climits>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
-#include <unistd.h>  // for STDOUT_FILENO
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>

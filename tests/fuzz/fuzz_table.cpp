@@ -2,11 +2,11 @@
 //
 // Beside crashes and sanitizer reports it finds: a search that differs from a plain walk through the rows,
 // a table that a failed read changed, and a table that is not written the same way twice.
-#include <cstdint>    // for std::uint8_t
-#include <cstdlib>    // for std::abort
-#include <sstream>    // for std::istringstream, std::ostringstream
-#include <stdexcept>  // for std::out_of_range
-#include <string>     // for std::string
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <stdexcept>
+#include <string>
 
 #include "GDB.h"
 

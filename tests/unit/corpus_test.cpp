@@ -1,8 +1,8 @@
 // What the fuzzer of the table reader starts from, and what it found worth keeping, once more.
-#include <cstdint>     // for std::uint8_t
-#include <filesystem>  // for std::filesystem::directory_iterator
-#include <fstream>     // for std::ifstream
-#include <iterator>    // for std::istreambuf_iterator
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "support.h"
 

@@ -1,7 +1,7 @@
 // The command line: options to a map, and what the driver does with it.
 //
 // The driver's source is taken in whole, its main under another name, so that its steps can be called.
-#include <sstream>  // for std::istringstream
+#include <sstream>
 
 #include "run_files.h"
 #include "support.h"

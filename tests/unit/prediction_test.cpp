@@ -1,10 +1,10 @@
 // Proline databases, triplets, probabilities, listing and output table.
 //
 // Probabilities are computed by expected.py, which rounds to single precision where the program must.
-#include <climits>  // for INT_MAX, INT_MIN
-#include <cmath>    // for std::isnan
-#include <cstdio>   // for std::snprintf
-#include <utility>  // for std::move
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <utility>
 
 #include "run_files.h"
 #include "support.h"

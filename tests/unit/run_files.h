@@ -5,8 +5,8 @@
 // others are exact in single precision. expected.py holds the same numbers and computes the predictions.
 #pragma once
 
-#include <map>     // for std::map
-#include <string>  // for std::string
+#include <map>
+#include <string>
 
 #include "support.h"
 

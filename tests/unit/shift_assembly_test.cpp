@@ -1,5 +1,5 @@
 // Reference tables, and the way from input shifts to secondary shifts.
-#include <climits>  // for INT_MAX
+#include <climits>
 
 #include "run_files.h"
 #include "support.h"

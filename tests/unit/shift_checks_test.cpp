@@ -1,6 +1,6 @@
 // Clipping, the straight-line fit, and the report on outliers and referencing.
-#include <cmath>   // for std::isnan, std::isinf, std::signbit
-#include <cstdio>  // for std::snprintf
+#include <cmath>
+#include <cstdio>
 
 #include "support.h"
 // The run object comes after the files and variables of its tests.

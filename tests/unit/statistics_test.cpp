@@ -1,12 +1,12 @@
 // Numbers to text, means and deviations of shifts and angles.
-#include <cfloat>   // for FLT_MAX
-#include <climits>  // for INT_MIN
-#include <cmath>    // for std::signbit, std::isnan, std::isinf, std::pow
-#include <cstdint>  // for std::uint32_t
-#include <cstdio>   // for std::snprintf
-#include <cstring>  // for std::memcpy
-#include <limits>   // for std::numeric_limits
-#include <random>   // for std::mt19937_64
+#include <cfloat>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <random>
 
 #include "support.h"
 // The run object comes after the files and variables of its tests.

@@ -2,16 +2,16 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>  // for dup2
+#include <unistd.h>
 
-#include <cstdlib>     // for mkdtemp, setenv, unsetenv
-#include <filesystem>  // for std::filesystem::remove_all
-#include <fstream>     // for std::ifstream, std::ofstream
-#include <iterator>    // for std::istreambuf_iterator
-#include <map>         // for std::map
-#include <optional>    // for std::optional
-#include <stdexcept>   // for std::runtime_error
-#include <string>      // for std::string
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
 
 #include "GDB.h"
 

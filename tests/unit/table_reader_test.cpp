@@ -1,7 +1,7 @@
 // Reading table files: kinds of lines, rows, formats, the sequence, and what is no table at all.
-#include <random>     // for std::mt19937
-#include <stdexcept>  // for std::out_of_range
-#include <vector>     // for std::vector
+#include <random>
+#include <stdexcept>
+#include <vector>
 
 #include "support.h"
 

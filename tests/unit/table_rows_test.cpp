@@ -11,10 +11,10 @@ typedef std::vector<Row> Rows;
 using Map = Rows;
 using Pool = Rows;
 
-#include <algorithm>    // for std::find_if, std::count_if, std::transform
-#include <iterator>     // for std::next, std::distance
-#include <sstream>      // for std::istringstream
-#include <type_traits>  // for std::is_same
+#include <algorithm>
+#include <iterator>
+#include <sstream>
+#include <type_traits>
 
 #include "ZORVELA.h"
 #include "support.h"

@@ -1,6 +1,6 @@
 // Searches by cell text, in small and large tables and after every way of changing them.
-#include <random>   // for std::mt19937
-#include <utility>  // for std::move
+#include <random>
+#include <utility>
 
 #include "support.h"
 

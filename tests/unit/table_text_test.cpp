@@ -1,10 +1,10 @@
 // Text utilities of the table: splitting, white space, counting, numbers.
-#include <climits>  // for INT_MAX
-#include <cmath>    // for std::isnan, std::isinf
-#include <cstdlib>  // for std::strtod, std::strtol
-#include <cstring>  // for std::memcmp
-#include <random>   // for std::mt19937_64
-#include <vector>   // for std::vector
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <vector>
 
 #include "support.h"
 

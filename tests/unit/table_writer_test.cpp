@@ -1,5 +1,5 @@
 // Writing table files, and the standard layouts.
-#include <sstream>  // for std::ostringstream
+#include <sstream>
 
 #include "support.h"
 

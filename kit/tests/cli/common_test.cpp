@@ -5,8 +5,8 @@
 #include "zorvela/error.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>  // for permissions
-#include <unistd.h>    // for symlink
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>

@@ -60,7 +60,3 @@ class Install(unittest.TestCase):
                          ["trans", "trans", "trans", "trans", "cis"])
         self.assertEqual(by_library["tables"], "memory")
         self.assertEqual(by_library["proteins"][0]["prolines"], by_program["proteins"][0]["prolines"])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,11 +1,11 @@
 // Benchmarks of the operations that a run spends its time in, each beside the plain way of doing it.
 #include <benchmark/benchmark.h>
 
-#include <cstdio>   // for std::snprintf
-#include <cstdlib>  // for std::strtod
-#include <fstream>  // for std::ofstream
-#include <string>   // for std::string
-#include <vector>   // for std::vector
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
 
 #include "ZORVELA.h"
 #include "residue_rows.h"

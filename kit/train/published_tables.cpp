@@ -60,7 +60,7 @@ double publishedShift(const StrictCsv& csv, const StrictCsv::Row& row, std::size
 
 template <class Value>
 void requireTypes(const std::string& path, const std::map<std::string, Value>& values) {
-  for (const char type : kResidueTypes)
+  for (const char type : kAminoAcids)
     if (values.count(std::string(1, type)) == 0)
       throw Error(path, 0, std::string("has no line for residue type ") + type, "add the line");
 }
@@ -158,7 +158,7 @@ std::map<std::string, Counts> readCounts(const StrictCsv& csv) {
   const std::size_t type = csv.column("resname");
   for (const StrictCsv::Row& row : csv.rows) {
     const std::string& name = row.fields[type];
-    if (name.size() != 1 || kResidueTypes.find(name) == std::string::npos)
+    if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
       csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types",
                "correct or remove the line");
     const auto [found, isNew] = counts.try_emplace(name);
@@ -216,7 +216,7 @@ GDB sequenceTable(const std::string& path, int pseudocount) {
   counts[kDisulfide] = counts["C"];
   counts[kKnownCis] = counts["P"];
   for (const std::string& name : rowNames()) addShares(table, name, counts[name]);
-  const double even = 1.0 / static_cast<double>(kResidueTypes.size());
+  const double even = 1.0 / static_cast<double>(kAminoAcids.size());
   for (const char name : kOtherLetters) addShares(table, std::string(1, name), {even, even, even, even});
   return table;
 }

@@ -3,11 +3,13 @@
 
 #include <cstdio>
 
+#include "util/number.h"
+
 namespace zorvela {
 
 std::vector<std::string> rowNames() {
   std::vector<std::string> names;
-  for (const char type : kResidueTypes) names.emplace_back(1, type);
+  for (const char type : kAminoAcids) names.emplace_back(1, type);
   names.push_back(kDisulfide);
   names.push_back(kKnownCis);
   return names;
@@ -29,10 +31,10 @@ void addRow(GDB& table, const std::vector<std::string>& cells) {
 }
 
 std::string fixed(double value, int decimals) {
-  char text[400];  // the largest double has 309 digits before the point
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  const bool isZero = std::string(text).find_first_not_of("-0.") == std::string::npos;
-  return isZero && text[0] == '-' ? text + 1 : text;
+  std::string text = fixedText(value, decimals);
+  const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
+  if (isZero && text.front() == '-') text.erase(0, 1);
+  return text;
 }
 
 std::string shortest(double value) {

@@ -6,15 +6,14 @@
 #include <vector>
 
 #include "ZORVELA.h"
+#include "protein/nomenclature.h"
 
 namespace zorvela {
 
 /// The backbone atoms in the order of the program.
 inline const std::array<std::string, kAtomsPerResidue> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
-/// The 20 residue types.
-inline const std::string kResidueTypes = "ACDEFGHIKLMNPQRSTVWY";
 /// Rows that take their values from another type: disulfide cysteine, and proline known to be cis.
-inline const std::string kDisulfide = "c";
+inline const std::string kDisulfide(1, kDisulfideCysteine);
 inline const std::string kKnownCis = "p";
 
 /// The 20 types, then the two that are written in lower case: the rows of a table by residue type.

@@ -12,9 +12,9 @@
 
 #include "GDB.h"
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
-#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
 #include "util/text.h"

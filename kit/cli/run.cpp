@@ -16,9 +16,9 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
-#include "cli/input.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"

@@ -1,0 +1,75 @@
+// Structures: the peptide bond before each proline, in every model of a PDB or mmCIF file.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+/// |omega| up to this (degrees) is cis.
+inline constexpr double kCisOmegaUpTo = 30;
+/// |omega| from this (degrees) is trans. Between the two the bond is twisted.
+inline constexpr double kTransOmegaFrom = 150;
+
+/// The state of a peptide bond in coordinates.
+enum class BondState { cis, trans, twisted };
+/// "cis", "trans" or "twisted".
+std::string toText(BondState state);
+
+/// The state for omega in degrees, a number.
+BondState stateOfOmega(double omega);
+
+/// The state for the distance of two neighbouring CA atoms (A): near 2.9 cis, near 3.8 trans. Nothing for
+/// a distance that no peptide bond has.
+std::optional<BondState> stateOfDistance(double distance);
+
+/// The bond X-Pro in one model, or in an alternate conformation of it.
+struct ModelBond {
+  std::string model;              ///< its number in the file
+  std::string conformation;       ///< letter of the alternate conformation; empty where there is but one
+  std::optional<double> omega;    ///< degrees, from -180 to 180; nothing without its four atoms
+  std::optional<double> caToCa;   ///< distance of the CA atoms (A), where omega is not known
+  BondState state = BondState::trans;
+};
+
+/// A residue of a structure, seen through all models.
+struct StructureResidue {
+  char letter = '?';   ///< one-letter code, of the parent for a modified residue
+  std::string name;    ///< as the file writes it: PRO, HYP
+  std::string number;  ///< with insertion code: 52A
+  bool isAfterBreak = false;  ///< not bonded to the residue before it, in the first model that has it
+  // The rest for prolines alone.
+  std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
+  std::vector<ModelBond> others;  ///< further conformations with another state than the main one
+  std::string whyNoBond;          ///< where `bonds` is empty: "first residue of the chain"
+};
+
+/// A protein chain of a structure.
+struct StructureChain {
+  std::string name;
+  std::vector<StructureResidue> residues;  ///< those with coordinates, in the order of the file
+  bool isTrace = false;                    ///< CA atoms alone
+
+  std::string letters() const;
+};
+
+/// The protein chains of a structure file.
+struct ProteinStructure {
+  std::string file;    ///< as the caller named it
+  std::string format;  ///< "PDB" or "mmCIF"
+  std::size_t modelCount = 0;
+  std::vector<StructureChain> chains;
+  std::vector<std::string> notes;  ///< one line each: what was not used, and why
+};
+
+/// Reads a PDB or mmCIF file, plain or gzipped; "-" is standard input. FileError, with a line where there
+/// is one, for a file that cannot be read, is something else, is cut, or has no protein. An atom without
+/// coordinates that are numbers is not used, with a note. May run in several threads at once.
+ProteinStructure readStructureFile(const std::string& path);
+
+/// The same for the bytes of a file.
+ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
+
+}  // namespace zorvela

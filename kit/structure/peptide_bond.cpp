@@ -1,0 +1,177 @@
+// Omega of one peptide bond. Each alternate conformation is a chain of its own: atoms of A and B never mix.
+#include "structure/peptide_bond.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include <gemmi/calculate.hpp>  // for calculate_dihedral
+
+namespace zorvela {
+
+namespace {
+
+constexpr double kDegrees = 180 / 3.14159265358979323846;
+
+// Bonds of the backbone are 1.33 to 1.53 A long. Models before refinement are worse; atoms that were never
+// placed sit on one point, or far away.
+constexpr double kShortestBond = 0.9;
+constexpr double kLongestBond = 2.01;
+
+// CA - CA of ideal peptide bonds: 2.9 A at omega 0, 3.8 A at 180, 3.0 at 30 and 3.75 at 150.
+constexpr double kShortestStep = 2.5;
+constexpr double kCisStepUpTo = 3.2;
+constexpr double kTransStepFrom = 3.55;
+constexpr double kLongestStep = 4.3;
+
+bool isBetween(double value, double least, double most) {
+  return value >= least && value <= most;
+}
+
+/// The four atoms of omega in one conformation; nullptr for one that is not there.
+struct BondAtoms {
+  const gemmi::Atom* caBefore;
+  const gemmi::Atom* c;
+  const gemmi::Atom* n;
+  const gemmi::Atom* ca;
+
+  std::array<const gemmi::Atom*, 4> all() const { return {caBefore, c, n, ca}; }
+};
+
+constexpr char kAnyConformation = '*';
+
+BondAtoms atomsOf(const gemmi::Residue& before, const gemmi::Residue& after, char conformation) {
+  return {before.find_atom("CA", conformation), before.find_atom("C", conformation),
+          after.find_atom("N", conformation), after.find_atom("CA", conformation)};
+}
+
+double distance(const gemmi::Atom* a, const gemmi::Atom* b) {
+  return std::sqrt(a->pos.dist_sq(b->pos));
+}
+
+bool isBond(const gemmi::Atom* a, const gemmi::Atom* b) {
+  return isBetween(distance(a, b), kShortestBond, kLongestBond);
+}
+
+/// A bond with the occupancy by which conformations are compared.
+struct Candidate {
+  ModelBond bond;
+  float occupancy;
+};
+
+std::string conformationName(char conformation) {
+  return conformation == '\0' ? std::string() : std::string(1, conformation);
+}
+
+std::optional<Candidate> byOmega(const BondAtoms& atoms) {
+  if (!isBond(atoms.caBefore, atoms.c) || !isBond(atoms.c, atoms.n) || !isBond(atoms.n, atoms.ca))
+    return std::nullopt;
+  Candidate candidate{{}, 0};
+  candidate.bond.omega = kDegrees * gemmi::calculate_dihedral(atoms.caBefore->pos, atoms.c->pos, atoms.n->pos,
+                                                              atoms.ca->pos);
+  candidate.bond.state = stateOfOmega(*candidate.bond.omega);
+  candidate.occupancy =
+      std::min({atoms.caBefore->occ, atoms.c->occ, atoms.n->occ, atoms.ca->occ});
+  return candidate;
+}
+
+std::optional<Candidate> byDistance(const BondAtoms& atoms) {
+  if (atoms.c != nullptr && atoms.n != nullptr && !isBond(atoms.c, atoms.n)) return std::nullopt;
+  const double step = distance(atoms.caBefore, atoms.ca);
+  const std::optional<BondState> state = stateOfDistance(step);
+  if (!state) return std::nullopt;
+  Candidate candidate{{}, std::min(atoms.caBefore->occ, atoms.ca->occ)};
+  candidate.bond.caToCa = step;
+  candidate.bond.state = *state;
+  return candidate;
+}
+
+std::optional<Candidate> bondIn(const gemmi::Residue& before, const gemmi::Residue& after, char conformation) {
+  const BondAtoms atoms = atomsOf(before, after, conformation);
+  if (atoms.caBefore == nullptr || atoms.ca == nullptr) return std::nullopt;
+  std::optional<Candidate> candidate =
+      atoms.c != nullptr && atoms.n != nullptr ? byOmega(atoms) : byDistance(atoms);
+  if (candidate) candidate->bond.conformation = conformationName(conformation);
+  return candidate;
+}
+
+void addConformations(const gemmi::Residue& residue, std::string& found) {
+  for (const gemmi::Atom& atom : residue.atoms)
+    if (atom.has_altloc() && found.find(atom.altloc) == std::string::npos) found += atom.altloc;
+}
+
+/// The letters of the conformations of a bond; that of no letter where there is but one.
+std::string conformations(const gemmi::Residue& before, const gemmi::Residue& after) {
+  std::string found;
+  addConformations(before, found);
+  addConformations(after, found);
+  return found.empty() ? std::string(1, '\0') : found;
+}
+
+std::string lengthText(const char* what, double length) {
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%s %.1f A", what, length);
+  return text.data();
+}
+
+}  // namespace
+
+std::string toText(BondState state) {
+  switch (state) {
+    case BondState::cis:
+      return "cis";
+    case BondState::trans:
+      return "trans";
+    case BondState::twisted:
+      break;
+  }
+  return "twisted";
+}
+
+BondState stateOfOmega(double omega) {
+  const double size = std::fabs(omega);
+  if (size <= kCisOmegaUpTo) return BondState::cis;
+  return size >= kTransOmegaFrom ? BondState::trans : BondState::twisted;
+}
+
+std::optional<BondState> stateOfDistance(double step) {
+  if (!isBetween(step, kShortestStep, kLongestStep)) return std::nullopt;
+  if (step <= kCisStepUpTo) return BondState::cis;
+  return step >= kTransStepFrom ? BondState::trans : BondState::twisted;
+}
+
+bool areBonded(const gemmi::Residue& before, const gemmi::Residue& after) {
+  for (const char conformation : conformations(before, after)) {
+    const BondAtoms atoms = atomsOf(before, after, conformation);
+    if (atoms.c != nullptr && atoms.n != nullptr) {
+      if (isBond(atoms.c, atoms.n)) return true;
+    } else if (atoms.caBefore != nullptr && atoms.ca != nullptr &&
+               stateOfDistance(distance(atoms.caBefore, atoms.ca))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::vector<ModelBond> peptideBonds(const gemmi::Residue& before, const gemmi::Residue& after) {
+  std::vector<Candidate> candidates;
+  for (const char conformation : conformations(before, after))
+    if (auto candidate = bondIn(before, after, conformation)) candidates.push_back(*candidate);
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](const Candidate& a, const Candidate& b) { return a.occupancy > b.occupancy; });
+  std::vector<ModelBond> bonds;
+  for (Candidate& candidate : candidates) bonds.push_back(std::move(candidate.bond));
+  return bonds;
+}
+
+std::string whyNotBonded(const gemmi::Residue& before, const gemmi::Residue& after) {
+  const BondAtoms atoms = atomsOf(before, after, kAnyConformation);
+  const std::string start = "no bond to " + before.name + " " + before.seqid.str();
+  if (atoms.c != nullptr && atoms.n != nullptr && !isBond(atoms.c, atoms.n))
+    return start + ": " + lengthText("C - N", distance(atoms.c, atoms.n));
+  if (atoms.caBefore == nullptr || atoms.ca == nullptr) return start + ": an atom CA is missing";
+  return start + ": " + lengthText("CA - CA", distance(atoms.caBefore, atoms.ca));
+}
+
+}  // namespace zorvela

@@ -1,0 +1,102 @@
+// Aligns a sequence with a structure chain by gemmi's pairwise alignment.
+#include "structure/chain_alignment.h"
+
+#include <cstdint>
+
+#include <gemmi/seqalign.hpp>  // for align_sequences
+
+#include "protein/nomenclature.h"
+
+namespace zorvela {
+
+namespace {
+
+// gemmi keeps one byte for each pair of residues.
+constexpr std::size_t kMostPairs = 400000000;
+
+constexpr const char* kLetters = "ACDEFGHIKLMNPQRSTVWY?";
+constexpr std::uint8_t kLetterCount = 21;
+constexpr std::uint8_t kUnknownCode = 20;
+
+// Both sides are the same protein, perhaps with mutations: a mismatch is cheaper than two gaps, and a gap of
+// any length (missing residues, tags) costs little more than a short one.
+constexpr std::int8_t kMatch = 4;
+constexpr std::int8_t kMismatch = -3;
+constexpr int kGapOpening = -8;
+constexpr int kGapLengthening = 0;
+
+std::uint8_t codeOf(char letter) {
+  if (letter == 'c') letter = 'C';
+  for (std::uint8_t code = 0; code < kLetterCount; ++code)
+    if (kLetters[code] == letter) return code;
+  return kUnknownCode;
+}
+
+std::vector<std::uint8_t> encoded(const std::string& letters) {
+  std::vector<std::uint8_t> codes;
+  codes.reserve(letters.size());
+  for (const char letter : letters) codes.push_back(codeOf(letter));
+  return codes;
+}
+
+gemmi::AlignmentScoring scoring() {
+  gemmi::AlignmentScoring scores;
+  scores.match = kMatch;
+  scores.mismatch = kMismatch;
+  scores.gapo = kGapOpening;
+  scores.gape = kGapLengthening;
+  for (std::uint8_t a = 0; a < kLetterCount; ++a) {
+    scores.matrix_encoding.emplace_back(1, kLetters[a]);
+    for (std::uint8_t b = 0; b < kLetterCount; ++b) {
+      const bool isUnknown = a == kUnknownCode || b == kUnknownCode;
+      scores.score_matrix.push_back(isUnknown ? std::int8_t{0} : (a == b ? kMatch : kMismatch));
+    }
+  }
+  return scores;
+}
+
+/// Where a gap costs nothing to open: in front of the chain and at its interruptions.
+std::vector<bool> freeGaps(const StructureChain& chain) {
+  std::vector<bool> gaps;
+  gaps.reserve(chain.residues.size() + 1);
+  for (const StructureResidue& residue : chain.residues) gaps.push_back(gaps.empty() || residue.isAfterBreak);
+  gaps.push_back(true);
+  return gaps;
+}
+
+void addPair(const std::string& sequence, const StructureChain& chain, std::size_t i, std::size_t j,
+             ChainAlignment& alignment) {
+  alignment.inStructure[i] = j;
+  const std::uint8_t ours = codeOf(sequence[i]);
+  const std::uint8_t theirs = codeOf(chain.residues[j].letter);
+  if (ours == kUnknownCode || theirs == kUnknownCode) return;
+  ++alignment.aligned;
+  if (ours == theirs) ++alignment.identical;
+}
+
+}  // namespace
+
+double ChainAlignment::identity() const {
+  return aligned == 0 ? 0 : 100.0 * static_cast<double>(identical) / static_cast<double>(aligned);
+}
+
+std::optional<ChainAlignment> align(const std::string& sequence, const StructureChain& chain) {
+  static const gemmi::AlignmentScoring kScoring = scoring();
+  ChainAlignment alignment;
+  alignment.inStructure.assign(sequence.size(), kNoResidue);
+  if (sequence.empty() || chain.residues.empty()) return alignment;
+  if (chain.residues.size() > kMostPairs / sequence.size()) return std::nullopt;
+  const gemmi::AlignmentResult result = gemmi::align_sequences(encoded(sequence), encoded(chain.letters()),
+                                                               freeGaps(chain), kLetterCount, kScoring);
+  std::size_t i = 0;
+  std::size_t j = 0;
+  for (const gemmi::AlignmentResult::Item& item : result.cigar)
+    for (std::uint32_t n = 0; n < item.len(); ++n) {
+      if (item.op() == 'M') addPair(sequence, chain, i, j, alignment);
+      if (item.op() != 'D') ++i;
+      if (item.op() != 'I') ++j;
+    }
+  return alignment;
+}
+
+}  // namespace zorvela

@@ -1,0 +1,31 @@
+// Which residue of a structure is which residue of a sequence.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zorvela/structure.h"
+
+namespace zorvela {
+
+/// Place of a residue that the other side does not have.
+inline constexpr std::size_t kNoResidue = static_cast<std::size_t>(-1);
+
+/// A sequence and a structure chain, residue by residue.
+struct ChainAlignment {
+  std::vector<std::size_t> inStructure;  ///< for each residue of the sequence, its place in the chain
+  std::size_t aligned = 0;               ///< pairs of two known residue types
+  std::size_t identical = 0;             ///< of these, of the same type
+
+  /// Identical pairs of all aligned ones, in percent; 0 without any.
+  double identity() const;
+};
+
+/// The global alignment of a sequence (one-letter codes; c is a cysteine, ? fits everything) with the residues
+/// that a chain has. A gap costs least where the chain itself is interrupted. Nothing for chains so long that
+/// their product is above 400 million.
+std::optional<ChainAlignment> align(const std::string& sequence, const StructureChain& chain);
+
+}  // namespace zorvela

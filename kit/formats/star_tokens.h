@@ -1,0 +1,49 @@
+// The words of STAR text with their places, for editing a file without touching the rest of it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zorvela {
+
+/// A piece of STAR text.
+struct StarToken {
+  enum class Kind {
+    end,      ///< of the text
+    tag,      ///< _nef_sequence.index
+    loop,     ///< loop_
+    stop,     ///< stop_
+    frame,    ///< save_name, data_name, global_: name in `value`
+    value     ///< a word, a quoted string or a text field: without its quotes in `value`
+  };
+  Kind kind = Kind::end;
+  std::size_t begin = 0;  ///< in the text, with quotes
+  std::size_t end = 0;    ///< one past the last byte
+  std::string_view value;
+  bool isPlain = false;  ///< a value without quotes
+};
+
+/// Reads STAR text token by token. Blanks and comments are passed over. Linear in the text.
+class StarTokens {
+ public:
+  /// `text` must outlive this object and its tokens.
+  explicit StarTokens(std::string_view text);
+  /// The next token; one of the kind `end` at the end, however often it is asked for.
+  StarToken next();
+  /// The line of a byte, from 1.
+  std::size_t lineOf(std::size_t offset) const;
+
+ private:
+  StarToken textField();
+  StarToken quoted(char quote);
+  StarToken word();
+  void skipBlanks();
+  std::size_t lineEnd(std::size_t from) const;
+
+  std::string_view source;
+  char newline;  ///< CR in the files of old Macintosh programs
+  std::size_t pos = 0;
+};
+
+}  // namespace zorvela

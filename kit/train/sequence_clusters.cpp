@@ -1,0 +1,89 @@
+// Single-linkage clusters by shared words of sequence.
+#include "train/sequence_clusters.h"
+
+#include <algorithm>
+#include <numeric>
+#include <unordered_map>
+
+#include "protein/words.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kWordLength = 5;
+constexpr std::size_t kMostSequencesOfWord = 200;
+constexpr std::size_t kSharedAlways = 20;
+constexpr std::size_t kSharedAtLeast = 5;
+constexpr std::size_t kShareOfShorter = 10;  // one in so many
+
+/// Which elements are in one set.
+class UnionFind {
+ public:
+  explicit UnionFind(std::size_t count) : parents(count) { std::iota(parents.begin(), parents.end(), 0U); }
+
+  std::size_t find(std::size_t element) {
+    while (parents[element] != element) element = parents[element] = parents[parents[element]];
+    return element;
+  }
+
+  void join(std::size_t a, std::size_t b) { parents[find(b)] = find(a); }
+
+ private:
+  std::vector<std::size_t> parents;
+};
+
+bool areRelated(std::size_t shared, std::size_t wordsOfA, std::size_t wordsOfB) {
+  if (shared >= kSharedAlways) return true;
+  return shared >= kSharedAtLeast && shared * kShareOfShorter >= std::min(wordsOfA, wordsOfB);
+}
+
+void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets, std::vector<std::size_t>& different) {
+  std::unordered_map<std::string, std::size_t> first;
+  for (std::size_t i = 0; i < sequences.size(); ++i) {
+    const auto known = first.emplace(withoutThiolState(sequences[i]), i);
+    if (known.second)
+      different.push_back(i);
+    else
+      sets.join(known.first->second, i);
+  }
+}
+
+}  // namespace
+
+std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequences) {
+  UnionFind sets(sequences.size());
+  std::vector<std::size_t> different;
+  joinEqual(sequences, sets, different);
+
+  std::unordered_map<std::uint64_t, std::vector<std::size_t>> sequencesOf;
+  std::vector<std::vector<std::uint64_t>> words;
+  for (const std::size_t i : different) {
+    words.push_back(wordsOf(sequences[i], kWordLength));
+    for (const std::uint64_t word : words.back()) sequencesOf[word].push_back(words.size() - 1);
+  }
+  std::vector<std::size_t> shared(different.size(), 0);
+  for (std::size_t a = 0; a < different.size(); ++a) {
+    std::vector<std::size_t> touched;
+    for (const std::uint64_t word : words[a]) {
+      const std::vector<std::size_t>& others = sequencesOf[word];
+      if (others.size() > kMostSequencesOfWord) continue;
+      for (const std::size_t b : others) {
+        if (b >= a) break;
+        if (shared[b]++ == 0) touched.push_back(b);
+      }
+    }
+    for (const std::size_t b : touched) {
+      if (areRelated(shared[b], words[a].size(), words[b].size())) sets.join(different[b], different[a]);
+      shared[b] = 0;
+    }
+  }
+
+  std::vector<std::size_t> numbers(sequences.size());
+  std::unordered_map<std::size_t, std::size_t> numberOf;
+  for (std::size_t i = 0; i < sequences.size(); ++i)
+    numbers[i] = numberOf.emplace(sets.find(i), numberOf.size() + 1).first->second;
+  return numbers;
+}
+
+}  // namespace zorvela

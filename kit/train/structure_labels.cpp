@@ -1,0 +1,224 @@
+// Votes of structures for prolines.
+#include "train/structure_labels.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <ostream>
+#include <utility>
+
+#include "protein/proline_shifts.h"
+#include "protein/words.h"
+#include "structure/chain_alignment.h"
+#include "train/sequence_clusters.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kWordLength = 4;
+// By chance a chain of 300 residues shares one word with a protein of 100 in one case of six.
+constexpr std::size_t kSharedWords = 2;
+constexpr std::size_t kFewestAlignedResidues = 25;
+constexpr char kProline = 'P';
+
+/// What the chains and models of a structure say of one proline, before it is one vote.
+struct Tally {
+  std::size_t cis = 0;
+  std::size_t trans = 0;
+  std::string chain;  ///< of the best fit
+  double identity = 0;
+  std::size_t aligned = 0;
+};
+
+bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
+  const std::size_t needed = std::min(kFewestAlignedResidues, sequenceLength);
+  return alignment.aligned >= needed && alignment.identity() >= leastIdentity;
+}
+
+/// The residue of a proline in the chain, if both neighbours are beside it there as well.
+const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignment& alignment,
+                                  std::size_t position) {
+  const auto& place = alignment.inStructure;
+  const std::size_t i = position - 1;
+  if (i == 0 || i + 1 >= place.size()) return nullptr;
+  const std::size_t j = place[i];
+  if (j == kNoResidue || place[i - 1] == kNoResidue || place[i - 1] + 1 != j) return nullptr;
+  const StructureResidue& residue = chain.residues[j];
+  return residue.letter == kProline ? &residue : nullptr;
+}
+
+void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment, Tally& tally) {
+  for (const ModelBond& bond : residue.bonds) {
+    if (bond.state == BondState::cis) ++tally.cis;
+    if (bond.state == BondState::trans) ++tally.trans;
+  }
+  const bool isBetter = alignment.identity() > tally.identity ||
+                        (alignment.identity() == tally.identity && alignment.aligned > tally.aligned);
+  if (!isBetter) return;
+  tally.chain = chain;
+  tally.identity = alignment.identity();
+  tally.aligned = alignment.aligned;
+}
+
+const char* tierText(Tier tier) {
+  if (tier == Tier::identical) return "ident";
+  return tier == Tier::homologous ? "homol" : "";
+}
+
+const char* labelOf(const ProlineVotes& votes) {
+  if (votes.cis > votes.trans) return "cis";
+  return votes.trans > votes.cis ? "trans" : "";
+}
+
+std::string fixed(double value, int decimals) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
+  return text.data();
+}
+
+const char* shiftLabel(double difference) {
+  if (difference >= kCisCbMinusCgFrom) return "cis";
+  return difference <= kTransCbMinusCgUpTo ? "trans" : "unclear";
+}
+
+/// A name in a file of commas.
+std::string plainCell(std::string text) {
+  for (char& c : text)
+    if (c == ',' || c == '"' || static_cast<unsigned char>(c) < ' ') c = '_';
+  return text;
+}
+
+}  // namespace
+
+std::string entryName(const std::string& path) {
+  std::filesystem::path name = std::filesystem::path(path).filename();
+  if (equalIgnoringCase(name.extension().string(), ".gz")) name = name.stem();
+  const bool isEnt = equalIgnoringCase(name.extension().string(), ".ent");
+  std::string stem = name.stem().string();
+  if (isEnt && stem.size() > 3 && equalIgnoringCase(stem.substr(0, 3), "pdb")) stem.erase(0, 3);
+  return stem;
+}
+
+LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
+    : all(std::move(proteins)), votes(all.size()), leastIdentity(identity) {
+  for (std::size_t p = 0; p < all.size(); ++p) {
+    const std::string& sequence = all[p].sequence;
+    for (std::size_t i = 0; i < sequence.size(); ++i)
+      if (sequence[i] == kProline) {
+        votes[p].emplace_back();
+        votes[p].back().position = static_cast<int>(i) + 1;
+      }
+    if (votes[p].empty()) continue;
+    for (const std::uint64_t word : wordsOf(sequence, kWordLength))
+      proteinsWith[word].push_back(static_cast<std::uint32_t>(p));
+  }
+}
+
+std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) const {
+  std::unordered_map<std::uint32_t, std::size_t> shared;
+  for (const std::uint64_t word : wordsOf(chain.letters(), kWordLength)) {
+    const auto known = proteinsWith.find(word);
+    if (known == proteinsWith.end()) continue;
+    for (const std::uint32_t protein : known->second) ++shared[protein];
+  }
+  std::vector<std::size_t> result;
+  for (const auto& [protein, count] : shared)
+    if (count >= kSharedWords) result.push_back(protein);
+  std::sort(result.begin(), result.end());
+  return result;
+}
+
+std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+  std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
+  for (const StructureChain& chain : structure.chains)
+    for (const std::size_t protein : candidates(chain)) {
+      const auto alignment = align(all[protein].sequence, chain);
+      if (!alignment || !fits(*alignment, all[protein].sequence.size(), leastIdentity)) continue;
+      for (std::size_t i = 0; i < votes[protein].size(); ++i)
+        if (const StructureResidue* residue =
+                prolineIn(chain, *alignment, static_cast<std::size_t>(votes[protein][i].position)))
+          add(*residue, chain.name, *alignment, tallies[{protein, i}]);
+    }
+  std::vector<Ballot> result;
+  for (const auto& [key, tally] : tallies) {
+    if (tally.cis == tally.trans) continue;
+    Ballot ballot;
+    ballot.protein = key.first;
+    ballot.proline = key.second;
+    ballot.tier = tally.identity >= kSameSequence ? Tier::identical : Tier::homologous;
+    ballot.isCis = tally.cis > tally.trans;
+    ballot.structure = entryName(structure.file) + tally.chain;
+    ballot.identity = tally.identity;
+    ballot.aligned = tally.aligned;
+    result.push_back(std::move(ballot));
+  }
+  return result;
+}
+
+void LabelVotes::count(const std::vector<Ballot>& cast) {
+  for (const Ballot& ballot : cast) {
+    ProlineVotes& proline = votes[ballot.protein][ballot.proline];
+    if (ballot.tier < proline.tier) continue;
+    if (ballot.tier > proline.tier) {
+      const int position = proline.position;
+      proline = {};
+      proline.position = position;
+      proline.tier = ballot.tier;
+    }
+    ++(ballot.isCis ? proline.cis : proline.trans);
+    const auto rank = [](double identity, std::size_t aligned) { return std::make_pair(identity, aligned); };
+    const auto before = rank(proline.bestIdentity, proline.bestAligned);
+    const auto now = rank(ballot.identity, ballot.aligned);
+    if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best)) continue;
+    proline.best = ballot.structure;
+    proline.bestIdentity = ballot.identity;
+    proline.bestAligned = ballot.aligned;
+  }
+}
+
+std::size_t LabelVotes::prolines() const {
+  std::size_t count = 0;
+  for (const auto& protein : votes) count += protein.size();
+  return count;
+}
+
+std::size_t LabelVotes::labelled() const {
+  std::size_t count = 0;
+  for (const auto& protein : votes)
+    for (const ProlineVotes& proline : protein)
+      if (proline.cis != proline.trans) ++count;
+  return count;
+}
+
+void LabelVotes::write(std::ostream& out) const {
+  std::vector<std::string> sequences;
+  for (const Protein& protein : all) sequences.push_back(protein.sequence);
+  const std::vector<std::size_t> clusters = sequenceClusters(sequences);
+  out << "entry,resid,resid_file,prev,next,label_structure,votes_cis,votes_trans,tier,structure,label_shift,"
+         "cb_minus_cg,cluster\n";
+  for (std::size_t p = 0; p < all.size(); ++p)
+    for (const ProlineVotes& proline : votes[p]) {
+      const Protein& protein = all[p];
+      const auto i = static_cast<std::size_t>(proline.position) - 1;
+      out << entryName(protein.file) << ',' << proline.position << ',' << plainCell(protein.numbers[i]) << ','
+          << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ',' << protein.sequence.substr(i + 1, 1) << ','
+          << labelOf(proline) << ',';
+      if (proline.tier != Tier::none)
+        out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
+            << plainCell(proline.best) << ',';
+      else
+        out << ",,,,";
+      if (const auto difference = cbMinusCg(protein, proline.position))
+        out << shiftLabel(*difference) << ',' << fixed(*difference, 2);
+      else
+        out << ',';
+      out << ',' << clusters[p] << '\n';
+    }
+}
+
+}  // namespace zorvela

@@ -1,0 +1,81 @@
+// Labels for training: which prolines of proteins with shifts are cis or trans in structures.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "zorvela/protein.h"
+#include "zorvela/structure.h"
+
+namespace zorvela {
+
+/// How near a structure is to the protein.
+enum class Tier { none, homologous, identical };
+
+/// What the structures say of one proline.
+struct ProlineVotes {
+  int position = 0;       ///< in the sequence, from 1
+  Tier tier = Tier::none;  ///< identical structures outvote homologues
+  std::size_t cis = 0;     ///< structures of that tier with a cis bond
+  std::size_t trans = 0;
+  std::string best;        ///< the structure and chain that fits best: "1stnA"
+  double bestIdentity = 0;
+  std::size_t bestAligned = 0;
+};
+
+/// Collects the votes of structures for the prolines of proteins.
+///
+/// A chain fits a protein if at least `identity` percent of the aligned residues are identical, and at least 25
+/// residues are aligned, or all of a shorter protein. Each structure has one vote for a proline: the state that
+/// most of its chains and models have; none where they are split, twisted, or without the residue or one of its
+/// neighbours. Chains are found by the words of four residues that they share with the proteins, so the work
+/// grows linearly with the number of structures. Memory: the proteins and their votes.
+class LabelVotes {
+ public:
+  /// The identity (percent) that stands for the same sequence.
+  static constexpr double kSameSequence = 100;
+
+  LabelVotes(std::vector<Protein> proteins, double identity);
+
+  /// The votes of one structure, without counting them. May run in several threads at once.
+  struct Ballot;
+  std::vector<Ballot> ballots(const ProteinStructure& structure) const;
+  /// Counts votes. The order in which structures come does not matter.
+  void count(const std::vector<Ballot>& ballots);
+
+  std::size_t proteinCount() const { return all.size(); }
+  /// How many prolines have a label, of how many.
+  std::size_t labelled() const;
+  std::size_t prolines() const;
+
+  /// The labels in the columns that `train` and `evaluate` read, a line for each proline.
+  void write(std::ostream& out) const;
+
+ private:
+  std::vector<std::size_t> candidates(const StructureChain& chain) const;
+
+  std::vector<Protein> all;
+  std::vector<std::vector<ProlineVotes>> votes;  ///< for each protein
+  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> proteinsWith;
+  double leastIdentity;
+};
+
+struct LabelVotes::Ballot {
+  std::size_t protein = 0;
+  std::size_t proline = 0;  ///< index into its prolines
+  Tier tier = Tier::none;
+  bool isCis = false;
+  std::string structure;
+  double identity = 0;
+  std::size_t aligned = 0;
+};
+
+/// The name of an entry or structure: the file's without folder, ".gz" and ending, and without the "pdb" of
+/// "pdb1abc.ent".
+std::string entryName(const std::string& path);
+
+}  // namespace zorvela

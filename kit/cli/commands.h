@@ -17,6 +17,12 @@ class ReportedFailure : public std::exception {};
 void addImport(CLI::App& app);
 /// Import, predict and collect, for one file or thousands.
 void addRun(CLI::App& app);
+/// Shifts against structures.
+void addCompare(CLI::App& app);
+/// The calls written into a NEF file.
+void addAnnotate(CLI::App& app);
+/// Labels for training from structures.
+void addLabel(CLI::App& app);
 /// The seven reference tables from proteins with known prolines.
 void addTrain(CLI::App& app);
 /// How often the predictor is right.

@@ -26,10 +26,6 @@ constexpr std::size_t kChunk = std::size_t{1} << 16;
                   "give the part with the sequence and the shifts only");
 }
 
-bool isGzipped(const std::string& bytes) {
-  return bytes.size() >= 2 && bytes[0] == '\x1f' && bytes[1] == '\x8b';
-}
-
 /// zlib's state, released at the end.
 using Inflater = std::unique_ptr<z_stream, int (*)(z_stream*)>;
 

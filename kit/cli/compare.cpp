@@ -1,0 +1,175 @@
+// The sub-command `compare`: the calls from shifts beside the bonds in structures.
+#include <unistd.h>  // for STDOUT_FILENO
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
+#include "cli/progress.h"
+#include "cli/whole_file.h"
+#include "util/number.h"
+#include "util/text.h"
+#include "zorvela/compare_report.h"
+#include "zorvela/error.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+constexpr const char* kAllNotes = "--format json has them all";
+
+struct CompareSettings {
+  std::vector<std::string> shifts;
+  std::vector<std::string> structures;
+  ImportOptions import;
+  std::string tables;
+  std::string format = "table";
+  std::string output = "-";
+  bool failOnDisagreement = false;
+};
+
+/// Does the work on one file; what goes wrong with it stays with it.
+template <class Work>
+void guarded(const std::string& file, CompareReport& report, Work work) {
+  std::string message;
+  try {
+    work();
+    return;
+  } catch (const Error& error) {
+    message = error.what();
+  } catch (const std::bad_alloc&) {
+    message = Error(file, 0, "does not fit into memory", "give a smaller file").what();
+  } catch (const std::exception& error) {
+    message = Error(file, 0, std::string("cannot be used: ") + error.what(), "").what();
+  }
+  report.errors.push_back({file, message});
+}
+
+void compareFile(const std::string& file, const ImportOptions& import, Predictor& predictor,
+                 CompareReport& report) {
+  const std::vector<Protein> proteins = readShiftFile(file, import);
+  std::vector<ProteinResult> results;
+  for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
+  for (ComparedProtein& protein : compareWithStructures(proteins, results, report.structures))
+    report.proteins.push_back(std::move(protein));
+}
+
+CompareReport compareAll(const CompareSettings& settings) {
+  CompareReport report;
+  report.tables = findTables(settings.tables);
+  const auto tables = loadReferenceTables(report.tables);
+  Predictor predictor(*tables);
+  Progress progress("Comparing", settings.structures.size() + settings.shifts.size());
+  for (const std::string& file : settings.structures) {
+    guarded(file, report, [&] { report.structures.push_back(readStructureFile(file)); });
+    progress.step();
+  }
+  if (report.structures.empty()) return report;
+  for (const std::string& file : settings.shifts) {
+    guarded(file, report, [&] { compareFile(file, settings.import, predictor, report); });
+    progress.step();
+  }
+  report.chainsWithoutShifts = chainsWithoutShifts(report.proteins, report.structures);
+  return report;
+}
+
+void sayAll(const CompareReport& report) {
+  for (const ProteinStructure& structure : report.structures)
+    sayNotes(messageName(structure.file, ""), structure.notes, kNotesShown, kAllNotes);
+  for (const ComparedProtein& protein : report.proteins) {
+    const std::string name = messageName(protein.result.file, protein.result.chain);
+    sayNotes(name, protein.result.notes, kNotesShown, kAllNotes);
+    sayNotes(name, protein.notes, kNotesShown, kAllNotes);
+  }
+  for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
+  for (const FailedFile& failed : report.errors) say(failed.message);
+}
+
+bool wantsColour(const std::string& output) {
+  const char* refused = std::getenv("NO_COLOR");
+  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
+}
+
+void compare(const CompareSettings& settings) {
+  std::vector<std::string> inputs = settings.shifts;
+  inputs.insert(inputs.end(), settings.structures.begin(), settings.structures.end());
+  InputFiles(inputs).mustNotHold(settings.output);
+  const CompareReport report = compareAll(settings);
+  sayAll(report);
+  if (report.structures.empty()) throw ReportedFailure();
+  writeWhole(settings.output, [&](std::ostream& out) {
+    if (settings.format == "csv")
+      writeCompareCsv(report, out);
+    else if (settings.format == "json")
+      writeCompareJson(report, out);
+    else
+      writeCompareTable(report, wantsColour(settings.output), out);
+  });
+  if (!report.errors.empty()) {
+    sayFailures(report.errors.size(), inputs.size(), "compared");
+    throw ReportedFailure();
+  }
+  const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
+  if (settings.failOnDisagreement && disagreements > 0) {
+    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
+    throw ReportedFailure();
+  }
+}
+
+std::string footer() {
+  return "Structure: cis where |omega| is at most " + fixedText(kCisOmegaUpTo, 0) +
+         " degrees, trans where it is at least " + fixedText(kTransOmegaFrom, 0) +
+         R"(, twisted between;
+without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
+Exit status: 0 if every file was compared, whatever the verdicts; 1 if one was not, or with
+--fail-on-disagreement if a proline disagrees.)";
+}
+
+}  // namespace
+
+void addCompare(CLI::App& app) {
+  const auto settings = std::make_shared<CompareSettings>();
+  CLI::App* command = app.add_subcommand("compare", "Find prolines whose shifts and structure disagree");
+  command->add_option("SHIFTS", settings->shifts)
+      ->required()
+      ->type_name("")
+      ->description("Shift files of any kind that run reads; - is standard input");
+  command->add_option("--structure", settings->structures)
+      ->required()
+      ->type_name("MODEL")
+      ->description("Structures, PDB or mmCIF, also gzipped; one or several, behind the shift files");
+  command->add_option("--format", settings->format)
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"table", "csv", "json"}))
+      ->description("default: table");
+  command->add_option("--output", settings->output)
+      ->type_name("FILE")
+      ->description("Write to this file instead of standard output");
+  command->add_option("--tables", settings->tables)
+      ->type_name("DIR")
+      ->description("Folder of the seven reference tables");
+  command->add_option("--chain", settings->import.chains)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the chain of this name in the shift files; may be repeated");
+  command->add_option("--list", settings->import.lists)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the shift list of this name, or all; may be repeated");
+  command->add_flag("--fail-on-disagreement", settings->failOnDisagreement)
+      ->description("End with exit status 1 if a proline disagrees");
+  command->footer(footer());
+  command->callback([settings] { compare(*settings); });
+}
+
+}  // namespace zorvela

@@ -1,0 +1,27 @@
+// What the reports of a comparison say of one proline, in one place for all of them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zorvela/compare_report.h"
+
+namespace zorvela {
+
+/// The bonds of all sites of a proline.
+std::vector<ModelBond> bondsOf(const ComparedProline& proline);
+
+/// The mean CA - CA distance (A) of the bonds without omega; nothing without any.
+std::optional<double> meanCaToCa(const std::vector<ModelBond>& bonds);
+
+/// A value of every site, joined by semicolons: "A;B".
+std::string joined(const std::vector<BondSite>& sites, const std::string BondSite::*value);
+
+template <class Visit>
+void forEachCompared(const CompareReport& report, Visit visit) {
+  for (const ComparedProtein& protein : report.proteins)
+    for (const ComparedProline& proline : protein.prolines) visit(protein, proline);
+}
+
+}  // namespace zorvela

@@ -1,0 +1,37 @@
+// Columns of text for a terminal.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+/// Rows of text in columns as wide as their widest cell, two blanks between them. Cells are freed of control
+/// characters.
+class TextTable {
+ public:
+  using Cells = std::vector<std::string>;
+
+  explicit TextTable(const Cells& titles) { add(titles, false); }
+  /// One more row; those that stand out are bold where there is colour.
+  void add(Cells cells, bool standsOut);
+  void write(bool colour, std::ostream& out) const;
+
+ private:
+  struct Row {
+    Cells cells;
+    bool standsOut;
+  };
+
+  std::string line(const Cells& cells) const;
+
+  std::vector<Row> rows;
+  std::vector<std::size_t> widths;
+};
+
+/// What stands in a cell without a value.
+inline const std::string kAbsentCell = "-";
+
+}  // namespace zorvela

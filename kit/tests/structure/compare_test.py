@@ -1,0 +1,375 @@
+"""zorvela-kit compare: shifts against structures that are built from chosen omegas."""
+import csv
+import gzip
+import io
+import json
+import os
+import pathlib
+import sys
+import tempfile
+import unittest
+
+import jsonschema
+
+sys.path[:0] = [str(pathlib.Path(__file__).parent), str(pathlib.Path(__file__).parents[1] / "cli")]
+import made_structure as made
+import program
+
+#           1234567890123456789012345678901234567890
+SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
+PROLINES = [9, 17, 26, 36]
+OTHER = "GGSTKKLMNQRSTVWYAAEDFHIKKLNQ"
+CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
+TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
+SCHEMA = program.SOURCE / "kit" / "report" / "compare.schema.json"
+
+
+def shifts(cis=(), sequence=SEQUENCE):
+    changes = {}
+    for position, letter in enumerate(sequence, 1):
+        if letter == "P":
+            changes.update({(position, atom): value for atom, value in (CIS if position in cis else TRANS).items()})
+    return program.full_table(sequence, changes)
+
+
+def chain(cis=(), omegas=None, sequence=SEQUENCE, first=1):
+    """Residues of a chain; omegas: {position: omega}, cis: positions with omega 0."""
+    return made.backbone(sequence, {**{p - 1: 0.0 for p in cis}, **{p - 1: o for p, o in (omegas or {}).items()}},
+                         first)
+
+
+class Case(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.put("shifts.tab", shifts(cis=[17]))
+
+    def put(self, name, content):
+        path = os.path.join(self.folder, name)
+        if isinstance(content, str):
+            content = content.encode()
+        with open(path, "wb") as file:
+            file.write(content)
+        return path
+
+    def compare(self, *arguments):
+        return program.kit("compare", "--tables", program.MADE_TABLES, *arguments, cwd=self.folder)
+
+    def rows(self, text, name="model.pdb", shift_file="shifts.tab"):
+        """The rows of the CSV by residue number."""
+        self.put(name, text)
+        result = self.compare(shift_file, "--structure", name, "--format", "csv")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.stderr = result.stderr
+        return {row["resid"]: row for row in csv.DictReader(io.StringIO(result.stdout))}
+
+    def verdicts(self, *arguments, **options):
+        return {resid: row["verdict"] for resid, row in self.rows(*arguments, **options).items()}
+
+    def fails(self, content, name="model.pdb"):
+        """The one line that a structure file is refused with."""
+        self.put(name, content)
+        result = self.compare("shifts.tab", "--structure", name)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout, "")
+        lines = result.stderr.splitlines()
+        self.assertEqual(len(lines), 1, result.stderr)
+        return lines[0].removeprefix("zorvela-kit: ")
+
+
+class Verdicts(Case):
+    def test_agreement(self):
+        self.assertEqual(self.verdicts(made.pdb([("A", chain(cis=[17]))])), dict.fromkeys("9 17 26 36".split(), "agree"))
+
+    def test_a_model_built_trans_disagrees(self):
+        rows = self.rows(made.pdb([("A", chain())]))
+        self.assertEqual([row["verdict"] for row in rows.values()], ["agree", "disagree", "agree", "agree"])
+        self.assertEqual(rows["17"]["evidence"],
+                         "The shifts say cis (P_CIS_NORM %.3f, CB - CG 10.0 ppm as in cis), the structure is trans in 1 "
+                         "of 1 model (|omega| 180 degrees)." % float(rows["17"]["p_cis_norm"]))
+
+    def test_exit_status(self):
+        self.put("model.pdb", made.pdb([("A", chain())]))
+        self.assertEqual(self.compare("shifts.tab", "--structure", "model.pdb").returncode, 0)
+        result = self.compare("shifts.tab", "--structure", "model.pdb", "--fail-on-disagreement")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("1 proline disagrees with the structures", result.stderr)
+        self.assertIn("\n!  ", result.stdout)
+        self.put("right.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.assertEqual(self.compare("shifts.tab", "--structure", "right.pdb", "--fail-on-disagreement").returncode, 0)
+
+    def test_bounds_of_omega(self):
+        rows = self.rows(made.pdb([("A", chain(omegas={9: 29, 17: -31, 26: -149, 36: 151}))]))
+        self.assertEqual([row["structure"] for row in rows.values()], ["cis", "twisted", "twisted", "trans"])
+        for resid, omega in (("9", 29), ("17", 31), ("26", 149), ("36", 151)):
+            self.assertAlmostEqual(float(rows[resid]["omega"]), omega, delta=0.2)
+        self.assertEqual([row["verdict"] for row in rows.values()], ["disagree", "disagree", "disagree", "agree"])
+
+    def test_models_that_disagree(self):
+        models = [[("A", chain(cis=[17]))], [("A", chain())], [("A", chain(cis=[17], omegas={9: 140}))]]
+        for text in (made.pdb(*models), made.mmcif(*models)):
+            rows = self.rows(text)
+            self.assertEqual(rows["17"]["verdict"], "mixed models")
+            self.assertEqual([rows["17"][key] for key in ("models_cis", "models_trans", "models_twisted")], ["2", "1", "0"])
+            # A twisted model says neither.
+            self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
+
+    def test_undecided_and_not_predicted(self):
+        table = shifts(cis=[17])
+        # CB and CG halfway between the means: odds 1, so 1 in 20; without the shifts around it no prediction.
+        table = table.replace("  26 P   CB   30.000", "  26 P   CB   31.000")
+        table = "\n".join(line for line in table.split("\n") if not line.strip().startswith(("26 P   CG", "8 A", "9 P")))
+        self.put("shifts.tab", table)
+        rows = self.rows(made.pdb([("A", chain(cis=[9]))]))
+        self.assertEqual(rows["9"]["verdict"], "no prediction")
+        self.assertEqual((rows["9"]["reason"], rows["9"]["structure"]), ("too few shifts", "cis"))
+
+    def test_a_proline_between_the_bounds_is_undecided(self):
+        for cb in ("31.0", "31.5", "32.0", "32.5"):
+            self.put("shifts.tab", shifts().replace("  26 P   CB   30.000", "  26 P   CB   %s00" % cb)
+                     .replace("  26 P   CG   27.000", "  26 P   CG   25.500"))
+            rows = self.rows(made.pdb([("A", chain())]))
+            p = float(rows["26"]["p_cis_norm"])
+            expected = "agree" if p <= 0.05 else "undecided by shifts" if p < 0.5 else "disagree"
+            self.assertEqual(rows["26"]["verdict"], expected)
+
+
+class Chains(Case):
+    def test_numbers_of_both_sides(self):
+        rows = self.rows(made.pdb([("B", chain(cis=[17], first=1001))]))
+        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["structure_resid"]), ("B", "1017"))
+
+    def test_homodimer(self):
+        both = made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(cis=[17]), 80))])
+        rows = self.rows(both)
+        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["models_cis"]), ("A;B", "2"))
+        self.assertEqual(rows["17"]["verdict"], "agree")
+        rows = self.rows(made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(), 80))]))
+        self.assertEqual(rows["17"]["verdict"], "mixed models")
+
+    def test_chains_without_shifts_and_the_reverse(self):
+        self.put("other.tab", shifts(sequence="GGSTKKLMNAPKQRSTVWYAAEDFHIKKLNQ"))
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17])), ("C", made.moved(chain(sequence=OTHER), 80))]))
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        self.assertIn("note: model.pdb, chain C (28 residues) has no shifts", result.stderr)
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        result = self.compare("other.tab", "--structure", "model.pdb", "--format", "csv")
+        self.assertIn("no chain of the structures is this protein", result.stderr)
+        self.assertIn("not in the structure", result.stdout)
+
+    def test_two_structures(self):
+        self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.cif", made.mmcif([("A", chain())]))
+        result = self.compare("shifts.tab", "--structure", "a.pdb", "b.cif", "--format", "json")
+        proline = json.loads(result.stdout)["proteins"][0]["prolines"][1]
+        self.assertEqual(proline["verdict"], "mixed models")
+        self.assertEqual([site["file"] for site in proline["sites"]], ["a.pdb", "b.cif"])
+
+    def test_mutations_and_missing_residues_are_noted(self):
+        residues = chain(cis=[17])
+        residues[4].name = "ARG"   # S5
+        residues[25].name = "ALA"  # P26
+        residues = residues[2:11] + residues[15:35]  # without 1-2, 12-15 and 36-40
+        rows = self.rows(made.pdb([("A", residues)]))
+        self.assertIn("other residues than in the shifts: S5 is ARG 5, P26 is ALA 26", self.stderr)
+        self.assertIn("residues of the shifts without coordinates: 1-2, 12-15, 36-40", self.stderr)
+        self.assertEqual([row["verdict"] for row in rows.values()],
+                         ["agree", "agree", "not in the structure", "not in the structure"])
+        self.assertIn("is ALA 26 in the structure", rows["26"]["evidence"])
+
+    def test_proline_after_a_gap_has_no_bond(self):
+        residues = chain(cis=[17])
+        rows = self.rows(made.pdb([("A", residues[:13] + residues[16:])]))
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        self.assertIn("A 17: no bond to ASN 13: C - N ", rows["17"]["evidence"])
+
+    def test_first_residue_of_the_chain(self):
+        rows = self.rows(made.pdb([("A", chain(cis=[17])[16:])]), shift_file="shifts.tab")
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        self.assertIn("first residue of the chain", rows["17"]["evidence"])
+
+    def test_insertion_codes(self):
+        residues = chain(cis=[17])
+        residues[16].number, residues[16].code = 16, "A"
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual((rows["17"]["structure_resid"], rows["17"]["verdict"]), ("16A", "agree"))
+
+    def test_hetatm_and_hydroxyproline(self):
+        residues = chain(cis=[17])
+        residues[16].het = residues[25].het = True
+        residues[25].name = "HYP"
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+            self.assertEqual(rows["26"]["structure_residue"], "HYP")
+
+    def test_a_free_proline_is_no_residue_of_the_chain(self):
+        loose = made.moved(chain()[8:9], 200)
+        loose[0].het, loose[0].number = True, 301
+        rows = self.rows(made.pdb([("A", chain(cis=[17]) + loose)]))
+        self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+
+    def test_alternate_conformations_do_not_mix(self):
+        for occupancy, main in ((0.7, "cis"), (0.3, "trans")):
+            cis, trans = chain(cis=[17]), chain()
+            for i in range(16, len(cis)):
+                cis[i].atoms = [a for pair in zip(
+                    [(n, p, "A", occupancy) for n, p, _, _ in cis[i].atoms],
+                    [(n, p, "B", 1 - occupancy) for n, p, _, _ in trans[i].atoms]) for a in pair]
+            for text in (made.pdb([("A", cis)]), made.mmcif([("A", cis)])):
+                rows = self.rows(text)
+                self.assertEqual(rows["17"]["structure"], main)
+                self.assertIn("Less occupied conformation %s of A 17 is %s" %
+                              (("B", "trans") if main == "cis" else ("A", "cis")), rows["17"]["evidence"])
+                self.assertEqual([rows[r]["structure"] for r in ("26", "36")], ["trans", "trans"])
+
+    def test_ca_trace(self):
+        for text in (made.pdb([("A", made.trace(chain(cis=[17], omegas={26: 80})))]),
+                     made.mmcif([("A", made.trace(chain(cis=[17], omegas={26: 80})))])):
+            rows = self.rows(text)
+            self.assertEqual([row["structure"] for row in rows.values()], ["trans", "cis", "twisted", "trans"])
+            self.assertEqual([row["omega"] for row in rows.values()], [""] * 4)
+            self.assertAlmostEqual(float(rows["17"]["ca_distance"]), 2.91, delta=0.02)
+            self.assertAlmostEqual(float(rows["9"]["ca_distance"]), 3.82, delta=0.02)
+
+    def test_gzipped_and_mmcif_say_the_same(self):
+        models = [[("A", chain(cis=[17], omegas={26: 100}))]]
+        plain = self.rows(made.pdb(*models))
+        for text in (gzip.compress(made.pdb(*models).encode()), made.mmcif(*models),
+                     gzip.compress(made.mmcif(*models).encode())):
+            rows = self.rows(text)
+            self.assertEqual(rows, plain)
+
+    def test_windows_line_ends(self):
+        text = made.pdb([("A", chain(cis=[17]))]).replace("\n", "\r\n")
+        self.assertEqual(set(self.verdicts(text).values()), {"agree"})
+
+
+class Output(Case):
+    def test_json_follows_the_schema(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[9])), ("B", made.moved(chain(sequence=OTHER), 80))]))
+        self.put("trace.pdb", made.pdb([("A", made.trace(chain()))]))
+        result = self.compare("shifts.tab", "none.tab", "--structure", "model.pdb", "trace.pdb", "--format", "json")
+        self.assertEqual(result.returncode, 1)
+        document = json.loads(result.stdout)
+        schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
+        jsonschema.Draft202012Validator.check_schema(schema)
+        jsonschema.validate(document, schema)
+        self.assertEqual([error["file"] for error in document["errors"]], ["none.tab"])
+        self.assertEqual(document["structures"][1]["chains"], [{"chain": "A", "residues": 40, "ca_only": True}])
+
+    def test_output_file_and_full_disk(self):
+        self.put("model.pdb", made.pdb([("A", chain())]))
+        result = self.compare("shifts.tab", "--structure", "model.pdb", "--output", "out.csv", "--format", "csv")
+        self.assertEqual((result.returncode, result.stdout), (0, ""))
+        self.assertTrue(os.path.exists(os.path.join(self.folder, "out.csv")))
+        self.assertEqual(self.compare("shifts.tab", "--structure", "model.pdb", "--output", "/dev/full").returncode, 1)
+        result = self.compare("shifts.tab", "--structure", "model.pdb", "--output", "model.pdb")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("input", result.stderr)
+
+
+class BadInput(Case):
+    def test_no_structure(self):
+        self.assertIn("no protein", self.fails("HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n"))
+        self.assertIn("is neither a PDB nor an mmCIF file", self.fails("hello\n"))
+        self.assertIn("is empty", self.fails(""))
+        self.assertIn("zip archive", self.fails(b"PK\x03\x04abc"))
+        self.assertIn("has no atoms", self.fails("data_x\n_cell.length_a 1\n"))
+        water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
+        self.assertIn("no protein", self.fails(water))
+        self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
+
+    def test_cut(self):
+        text = made.pdb([("A", chain())])
+        lines = text.splitlines()
+        message = self.fails("\n".join(lines[:50]) + "\n" + lines[50][:40])
+        self.assertTrue(message.startswith("model.pdb:51: the atom line is cut off after column 40"), message)
+        packed = gzip.compress(text.encode())
+        self.assertIn("ends too early", self.fails(packed[:len(packed) // 2], "model.pdb.gz"))
+        cif = made.mmcif([("A", chain())])
+        self.assertIn("not valid STAR", self.fails(cif[:len(cif) // 2]))
+        models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
+        self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))
+
+    def test_coordinates_that_are_no_numbers(self):
+        lines = made.pdb([("A", chain(cis=[17]))]).split("\n")
+        at = next(i for i, line in enumerate(lines) if " CA  PRO A  17 " in line)
+        lines[at] = lines[at][:30] + "     nan     nan     nan" + lines[at][54:]
+        rows = self.rows("\n".join(lines))
+        self.assertIn("coordinates that are no numbers, atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
+                      self.stderr)
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        every = [line[:30] + "     nan     nan     nan" + line[54:] if line.startswith("ATOM") else line for line in lines]
+        self.assertIn("no residue of a protein can be used", self.fails("\n".join(every)))
+        cif = made.mmcif([("A", chain(cis=[17]))]).split("\n")
+        cif = [" ".join(line.split()[:9] + ["nan", "?", "."] + line.split()[12:]) if " CA . PRO A 17 " in line else line
+               for line in cif]
+        rows = self.rows("\n".join(cif))
+        self.assertIn("residue PRO 17 of chain A", self.stderr)
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+
+    def test_atoms_on_one_point_are_no_bond(self):
+        lines = [line[:30] + "   0.000   0.000   0.000" + line[54:] if line.startswith("ATOM") else line
+                 for line in made.pdb([("A", chain())]).split("\n")]
+        self.assertEqual(set(self.verdicts("\n".join(lines)).values()), {"not in the structure"})
+
+    def test_columns_out_of_place(self):
+        lines = made.pdb([("A", chain())]).split("\n")
+        lines[3] = lines[3].replace("A   2", "A   2 x")
+        self.assertIn("model.pdb:4: columns 31 to 54 do not hold three coordinates", self.fails("\n".join(lines)))
+
+    def test_too_large(self):
+        path = self.put("model.pdb", "")
+        os.truncate(path, 300 * 2**20)
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("is larger than 256 MiB", result.stderr)
+        self.assertNotIn("shifts only", result.stderr)
+
+    def test_one_bad_structure_does_not_stop_the_other(self):
+        self.put("good.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("bad.pdb", "hello")
+        result = self.compare("shifts.tab", "--structure", "bad.pdb", "good.pdb", "--format", "csv")
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout.count(",agree,"), 4)
+
+    def test_names_are_harmless(self):
+        residues = chain()
+        text = made.pdb([("A", residues)]).replace("ATOM", "ATOM").replace(" A   1 ", " \x1b   1 ")
+        self.put("model.pdb", text)
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        self.assertNotIn("\x1b", result.stdout + result.stderr)
+
+
+class RealStructures(Case):
+    """Nuclease with proline 117 cis, from the examples."""
+
+    def test_nuclease(self):
+        examples = program.SOURCE / "examples"
+        result = program.kit("compare", "--tables", program.TABLES, "--format", "csv", examples / "nuclease.tab",
+                             "--structure", examples / "nuclease.pdb.gz")
+        rows = {row["resid"]: row for row in csv.DictReader(io.StringIO(result.stdout))}
+        self.assertEqual({resid: row["structure"] for resid, row in rows.items()},
+                         {"11": "trans", "31": "trans", "42": "trans", "47": "trans", "117": "cis"})
+        self.assertEqual({row["verdict"] for row in rows.values()}, {"agree"})
+        self.assertEqual(rows["117"]["structure_resid"], "117")
+
+    def test_ubiquitin(self):
+        folder = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", program.SOURCE.parent / "shared" / "data"))
+        models = [folder / "structures" / name for name in ("1ubq.pdb.gz", "1d3z.cif.gz")]
+        if not all(model.exists() for model in models):
+            self.skipTest("needs ../shared/data/structures")
+        result = program.kit("compare", "--tables", program.TABLES, "--format", "csv",
+                             program.SOURCE / "examples" / "ubiquitin.tab", "--structure", *models)
+        rows = list(csv.DictReader(io.StringIO(result.stdout)))
+        self.assertEqual([(row["resid"], row["models_trans"], row["verdict"]) for row in rows],
+                         [(resid, "11", "agree") for resid in ("19", "37", "38")])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -10,6 +10,7 @@
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
 #include "formats/nef_annotation.h"
@@ -63,8 +64,7 @@ class Calls {
 };
 
 std::vector<ProteinResult> predict(const AnnotateSettings& settings, const std::string& text) {
-  const auto tables = loadReferenceTables(findTables(settings.tables));
-  Predictor predictor(*tables);
+  Predictor predictor(loadTables(findTables(settings.tables)));
   std::vector<ProteinResult> results;
   for (const Protein& protein : readShiftBytes(text, settings.file, settings.import))
     results.push_back(predictor.predict(protein));

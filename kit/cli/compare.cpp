@@ -13,6 +13,7 @@
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
+#include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -67,8 +68,7 @@ void compareFile(const std::string& file, const ImportOptions& import, Predictor
 CompareReport compareAll(const CompareSettings& settings) {
   CompareReport report;
   report.tables = findTables(settings.tables);
-  const auto tables = loadReferenceTables(report.tables);
-  Predictor predictor(*tables);
+  Predictor predictor(loadTables(report.tables));
   Progress progress("Comparing", settings.structures.size() + settings.shifts.size());
   for (const std::string& file : settings.structures) {
     guarded(file, report, [&] { report.structures.push_back(readStructureFile(file)); });

@@ -4,7 +4,6 @@
 #include "report/compare_fields.h"
 #include "report/csv_cells.h"
 #include "util/number.h"
-#include "zorvela/report.h"
 
 namespace zorvela {
 

@@ -8,7 +8,7 @@
 
 #include "report/compare_fields.h"
 #include "util/number.h"
-#include "zorvela/report.h"
+#include "zorvela/version.h"
 
 namespace zorvela {
 
@@ -135,7 +135,7 @@ void writeCompareJson(const CompareReport& report, std::ostream& out) {
     errors.push_back({{"file", failed.file}, {"message", failed.message}});
   const Json document = {{"format", "zorvela-kit compare"},
                          {"version", kFormatVersion},
-                         {"program", std::string("zorvela-kit ") + ZORVELA_VERSION},
+                         {"program", std::string("zorvela-kit ") + version()},
                          {"tables", report.tables},
                          {"thresholds", thresholds()},
                          {"structures", std::move(structures)},

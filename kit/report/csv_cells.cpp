@@ -5,9 +5,7 @@
 
 namespace zorvela {
 
-namespace {
-
-std::string quotedWhereNeeded(const std::string& text) {
+std::string csvCell(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
   for (const char c : text) {
@@ -17,10 +15,8 @@ std::string quotedWhereNeeded(const std::string& text) {
   return quoted + '"';
 }
 
-}  // namespace
-
 void writeCsvLine(const std::vector<std::string>& cells, std::ostream& out) {
-  for (std::size_t i = 0; i < cells.size(); ++i) out << (i > 0 ? "," : "") << quotedWhereNeeded(cells[i]);
+  for (std::size_t i = 0; i < cells.size(); ++i) out << (i > 0 ? "," : "") << csvCell(cells[i]);
   out << '\n';
 }
 

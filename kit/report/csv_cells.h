@@ -7,7 +7,10 @@
 
 namespace zorvela {
 
-/// Writes a line of cells; those with commas, quotes or line ends are quoted.
+/// A cell, in quotes where it has commas, quotes or line ends.
+std::string csvCell(const std::string& text);
+
+/// Writes a line of cells.
 void writeCsvLine(const std::vector<std::string>& cells, std::ostream& out);
 
 }  // namespace zorvela

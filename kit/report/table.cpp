@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "report/fields.h"
+#include "report/text_table.h"
 #include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -15,75 +16,20 @@ namespace zorvela {
 
 namespace {
 
-constexpr const char* kBoldMagenta = "\033[1;35m";
-constexpr const char* kPlain = "\033[0m";
-const std::string kAbsent = "-";
-
-/// Characters on the screen: a character of several bytes counts once.
-std::size_t screenWidth(const std::string& text) {
-  std::size_t width = 0;
-  for (const char c : text)
-    if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) ++width;
-  return width;
-}
-
-/// Rows of text in columns as wide as their widest cell, two blanks between them.
-class TextTable {
- public:
-  using Cells = std::vector<std::string>;
-
-  explicit TextTable(const Cells& titles) { add(titles, false); }
-
-  void add(Cells cells, bool standsOut) {
-    widths.resize(std::max(widths.size(), cells.size()), 0);
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-      cells[i] = withoutControls(cells[i]);
-      widths[i] = std::max(widths[i], screenWidth(cells[i]));
-    }
-    rows.push_back({std::move(cells), standsOut});
-  }
-
-  void write(bool colour, std::ostream& out) const {
-    for (const Row& row : rows) {
-      const bool painted = colour && row.standsOut;
-      out << (painted ? kBoldMagenta : "") << line(row.cells) << (painted ? kPlain : "") << '\n';
-    }
-  }
-
- private:
-  struct Row {
-    Cells cells;
-    bool standsOut;
-  };
-
-  std::string line(const Cells& cells) const {
-    std::string text;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-      if (i > 0) text += "  ";
-      text += cells[i] + std::string(widths[i] - screenWidth(cells[i]), ' ');
-    }
-    text.erase(text.find_last_not_of(' ') + 1);
-    return text;
-  }
-
-  std::vector<Row> rows;
-  std::vector<std::size_t> widths;
-};
-
 std::string orAbsent(const std::string& text) {
-  return text.empty() ? kAbsent : text;
+  return text.empty() ? kAbsentCell : text;
 }
 
 std::string orAbsent(const std::optional<float>& value) {
-  return value ? fixedText(static_cast<double>(*value), 3) : kAbsent;
+  return value ? fixedText(static_cast<double>(*value), 3) : kAbsentCell;
 }
 
 std::string orAbsent(const std::optional<int>& value) {
-  return value ? std::to_string(*value) : kAbsent;
+  return value ? std::to_string(*value) : kAbsentCell;
 }
 
 std::string neighbourText(const std::string& name, const std::string& number) {
-  return name.empty() ? kAbsent : name + number;
+  return name.empty() ? kAbsentCell : name + number;
 }
 
 std::string markOf(Call call) {
@@ -92,7 +38,7 @@ std::string markOf(Call call) {
 }
 
 std::string callText(const ProlineResult& proline) {
-  return proline.reason.empty() ? toText(proline.call) : kAbsent + " (" + proline.reason + ")";
+  return proline.reason.empty() ? toText(proline.call) : kAbsentCell + " (" + proline.reason + ")";
 }
 
 /// Whether a chain comes with several shift lists, so that rows must name theirs.
@@ -140,7 +86,7 @@ void writeProlines(const RunReport& report, bool colour, std::ostream& out) {
 
 std::string offsetText(const ProteinResult& protein, const std::string& atom) {
   const ReferencingOffset* offset = offsetOf(protein, atom);
-  if (offset == nullptr || !std::isfinite(offset->offset)) return kAbsent;
+  if (offset == nullptr || !std::isfinite(offset->offset)) return kAbsentCell;
   return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!" : "");
 }
 

@@ -2,9 +2,7 @@
 #include "zorvela/compare.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <map>
 #include <set>
 #include <utility>
@@ -12,6 +10,7 @@
 #include "formats/input_bytes.h"
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
+#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -93,12 +92,6 @@ std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStruc
 }
 
 // --- Texts ----------------------------------------------------------------------------------------
-
-std::string number(double value, int decimals) {
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
-  return text.data();
-}
 
 std::string nameOf(const std::string& file, const std::string& chain) {
   return inputName(file) + ", chain " + (chain.empty() ? "without a name" : printable(chain, 60));
@@ -209,14 +202,14 @@ std::vector<ModelBond> allBonds(const ComparedProline& proline) {
 std::string geometryText(const ComparedProline& proline) {
   const std::vector<ModelBond> bonds = allBonds(proline);
   if (const auto omega = meanOmega(bonds))
-    return (bonds.size() > 1 ? "mean |omega| " : "|omega| ") + number(*omega, 0) + " degrees";
-  return bonds.empty() ? "" : "CA - CA " + number(*bonds.front().caToCa, 1) + " A";
+    return (bonds.size() > 1 ? "mean |omega| " : "|omega| ") + fixedText(*omega, 0) + " degrees";
+  return bonds.empty() ? "" : "CA - CA " + fixedText(*bonds.front().caToCa, 1) + " A";
 }
 
 std::string carbonText(const Protein& protein, const ProlineResult& proline) {
   const auto difference = cbMinusCg(protein, proline.position);
   if (!difference) return ", CB - CG not known";
-  std::string text = ", CB - CG " + number(*difference, 1) + " ppm";
+  std::string text = ", CB - CG " + fixedText(*difference, 1) + " ppm";
   if (*difference >= kCisCbMinusCgFrom) return text + " as in cis";
   if (*difference <= kTransCbMinusCgUpTo) return text + " as in trans";
   return text + ", between cis and trans";
@@ -229,7 +222,7 @@ std::string placeText(const BondSite& site) {
 
 std::string disagreement(const Protein& protein, const ComparedProline& proline) {
   const float p = proline.shifts.pCisNorm.value_or(0);
-  return "The shifts say " + toText(proline.shifts.call) + " (P_CIS_NORM " + number(static_cast<double>(p), 3) +
+  return "The shifts say " + toText(proline.shifts.call) + " (P_CIS_NORM " + fixedText(static_cast<double>(p), 3) +
          carbonText(protein, proline.shifts) + "), the structure is " + countsText(proline) + " (" +
          geometryText(proline) + ").";
 }

@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
 #include <gemmi/calculate.hpp>  // for calculate_dihedral
+
+#include "util/number.h"
 
 namespace zorvela {
 
@@ -109,10 +110,8 @@ std::string conformations(const gemmi::Residue& before, const gemmi::Residue& af
   return found.empty() ? std::string(1, '\0') : found;
 }
 
-std::string lengthText(const char* what, double length) {
-  std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "%s %.1f A", what, length);
-  return text.data();
+std::string lengthText(const std::string& what, double length) {
+  return what + " " + fixedText(length, 1) + " A";
 }
 
 }  // namespace

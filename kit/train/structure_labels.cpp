@@ -2,8 +2,6 @@
 #include "train/structure_labels.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -14,6 +12,7 @@
 #include "protein/words.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
+#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -73,12 +72,6 @@ const char* tierText(Tier tier) {
 const char* labelOf(const ProlineVotes& votes) {
   if (votes.cis > votes.trans) return "cis";
   return votes.trans > votes.cis ? "trans" : "";
-}
-
-std::string fixed(double value, int decimals) {
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
-  return text.data();
 }
 
 const char* shiftLabel(double difference) {
@@ -214,7 +207,7 @@ void LabelVotes::write(std::ostream& out) const {
       else
         out << ",,,,";
       if (const auto difference = cbMinusCg(protein, proline.position))
-        out << shiftLabel(*difference) << ',' << fixed(*difference, 2);
+        out << shiftLabel(*difference) << ',' << fixedText(*difference, 2);
       else
         out << ',';
       out << ',' << clusters[p] << '\n';

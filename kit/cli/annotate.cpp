@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/reference_tables.h"
@@ -63,10 +64,11 @@ class Calls {
   std::size_t open = 0;
 };
 
-std::vector<ProteinResult> predict(const AnnotateSettings& settings, const std::string& text) {
+std::vector<ProteinResult> predict(const AnnotateSettings& settings, const std::string& name,
+                                   const std::string& text) {
   Predictor predictor(loadTables(findTables(settings.tables)));
   std::vector<ProteinResult> results;
-  for (const Protein& protein : readShiftBytes(text, settings.file, settings.import))
+  for (const Protein& protein : readShiftBytes(text, name, settings.import))
     results.push_back(predictor.predict(protein));
   return results;
 }
@@ -86,9 +88,9 @@ void sayDone(const AnnotateSettings& settings, const Calls& calls, const NefAnno
 void annotate(const AnnotateSettings& settings) {
   InputFiles({settings.file}).mustNotHold(settings.output);
   const std::string name = inputName(settings.file);
-  const std::string bytes = readRawBytes(settings.file);
+  const std::string bytes = settings.file == "-" ? streamBytes(stdin, name) : fileBytes(settings.file);
   const std::string text = unpacked(bytes, name);
-  const Calls calls(predict(settings, text));
+  const Calls calls(predict(settings, name, text));
   const NefAnnotation annotation =
       annotateNef(text, name, settings.keep, [&](const NefSequenceRow& row) { return calls.of(row); });
   const std::string result = isGzipped(bytes) ? packed(annotation.text) : annotation.text;

@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
@@ -20,7 +21,6 @@
 #include "zorvela/compare_report.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
-#include "zorvela/read.h"
 
 namespace zorvela {
 
@@ -58,7 +58,7 @@ void guarded(const std::string& file, CompareReport& report, Work work) {
 
 void compareFile(const std::string& file, const ImportOptions& import, Predictor& predictor,
                  CompareReport& report) {
-  const std::vector<Protein> proteins = readShiftFile(file, import);
+  const std::vector<Protein> proteins = readInput(file, import);
   std::vector<ProteinResult> results;
   for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
   for (ComparedProtein& protein : compareWithStructures(proteins, results, report.structures))

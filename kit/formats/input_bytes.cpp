@@ -23,7 +23,7 @@ constexpr std::size_t kChunk = std::size_t{1} << 16;
 
 [[noreturn]] void throwTooLarge(const std::string& file) {
   throw FileError(file, 0, "is larger than " + std::to_string(kLargestInput >> 20) + " MiB",
-                  "give the part with the sequence and the shifts only");
+                  "give the part that is needed");
 }
 
 /// zlib's state, released at the end.
@@ -35,6 +35,15 @@ Inflater makeInflater(z_stream& stream) {
   return {&stream, inflateEnd};
 }
 
+/// zlib's state for packing, released at the end.
+Inflater makeDeflater(z_stream& stream) {
+  constexpr int kGzipWindow = 15 + 16;
+  constexpr int kMemory = 8;
+  if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
+    throw std::bad_alloc();
+  return {&stream, deflateEnd};
+}
+
 bool isAnotherPart(const z_stream& stream) {
   return stream.avail_in >= 2 && stream.next_in[0] == 0x1f && stream.next_in[1] == 0x8b;
 }
@@ -44,7 +53,7 @@ bool isAnotherPart(const z_stream& stream) {
 std::string fileBytes(const std::string& path) {
   std::error_code unknown;
   if (std::filesystem::is_directory(path, unknown))
-    throw FileError(path, 0, "is a folder", "name the shift files in it, such as " + path + "/*.str");
+    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
   if (!file) throwUnreadable(path, errno);
   return streamBytes(file.get(), path);
@@ -59,6 +68,23 @@ std::string streamBytes(std::FILE* stream, const std::string& file) {
   }
   if (std::ferror(stream) != 0) throwUnreadable(file, errno);
   return bytes;
+}
+
+bool isGzipped(const std::string& bytes) {
+  return bytes.size() >= 2 && bytes[0] == '\x1f' && bytes[1] == '\x8b';
+}
+
+std::string packed(std::string bytes) {
+  z_stream stream{};
+  const Inflater deflater = makeDeflater(stream);
+  std::string result(deflateBound(&stream, static_cast<uLong>(bytes.size())), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
+  stream.avail_in = static_cast<uInt>(bytes.size());
+  stream.next_out = reinterpret_cast<Bytef*>(result.data());
+  stream.avail_out = static_cast<uInt>(result.size());
+  if (deflate(&stream, Z_FINISH) != Z_STREAM_END) throw std::bad_alloc();
+  result.resize(stream.total_out);
+  return result;
 }
 
 std::string unpacked(std::string bytes, const std::string& file) {

@@ -17,6 +17,12 @@ std::string fileBytes(const std::string& path);
 /// The rest of a stream as it stands. `file` is how messages name it. FileError as above.
 std::string streamBytes(std::FILE* stream, const std::string& file);
 
+/// Whether bytes begin with the gzip mark.
+bool isGzipped(const std::string& bytes);
+
+/// Bytes, up to a little above `kLargestInput`, as a gzip file; the same for the same bytes.
+std::string packed(std::string bytes);
+
 /// Unpacks bytes that begin with the gzip mark; others are returned as they are. FileError for a gzip file
 /// that is damaged or cut, and for more than `kLargestInput` bytes.
 std::string unpacked(std::string bytes, const std::string& file);

@@ -73,8 +73,11 @@ class Annotator {
     for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next()) tags.push_back(token);
     const bool isSequence = !tags.empty() && isOfSequence(tags.front().value);
     std::vector<StarToken> values;
-    for (; token.kind == Kind::value; token = tokens.next())
+    for (; token.kind == Kind::value; token = tokens.next()) {
+      if (token.isOpen)
+        throw FileError(name, tokens.lineOf(token.begin), "a quoted text has no end", "close it");
       if (isSequence) values.push_back(token);
+    }
     if (isSequence) annotate(start, tags, values);
   }
 

@@ -9,7 +9,7 @@ namespace zorvela {
 
 namespace {
 
-bool isBlank(char c) {
+bool isSpace(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
@@ -48,7 +48,7 @@ StarToken StarTokens::next() {
 }
 
 void StarTokens::skipBlanks() {
-  while (pos < source.size() && (isBlank(source[pos]) || source[pos] == '#'))
+  while (pos < source.size() && (isSpace(source[pos]) || source[pos] == '#'))
     pos = source[pos] == '#' ? lineEnd(pos) : pos + 1;
 }
 
@@ -63,7 +63,8 @@ StarToken StarTokens::textField() {
   token.kind = StarToken::Kind::value;
   token.begin = pos;
   token.end = close == std::string_view::npos ? source.size() : close + 2;
-  const std::size_t last = close == std::string_view::npos ? source.size() : close;
+  token.isOpen = close == std::string_view::npos;
+  const std::size_t last = token.isOpen ? source.size() : close;
   token.value = source.substr(pos + 1, last - pos - 1);
   pos = token.end;
   return token;
@@ -76,12 +77,12 @@ StarToken StarTokens::quoted(char quote) {
   token.begin = pos;
   const std::size_t most = lineEnd(pos);
   std::size_t close = pos + 1;
-  while (close < most && !(source[close] == quote && (close + 1 == source.size() || isBlank(source[close + 1]) ||
+  while (close < most && !(source[close] == quote && (close + 1 == source.size() || isSpace(source[close + 1]) ||
                                                      source[close + 1] == '#')))
     ++close;
   token.value = source.substr(pos + 1, close - pos - 1);
-  token.end = std::min(close + 1, source.size());
-  if (close == most) token.end = most;
+  token.isOpen = close == most;
+  token.end = token.isOpen ? most : close + 1;
   pos = token.end;
   return token;
 }
@@ -89,7 +90,7 @@ StarToken StarTokens::quoted(char quote) {
 StarToken StarTokens::word() {
   StarToken token;
   token.begin = pos;
-  while (pos < source.size() && !isBlank(source[pos])) ++pos;
+  while (pos < source.size() && !isSpace(source[pos])) ++pos;
   token.end = pos;
   token.value = source.substr(token.begin, token.end - token.begin);
   token.kind = kindOf(token.value);

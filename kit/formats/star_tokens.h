@@ -22,6 +22,7 @@ struct StarToken {
   std::size_t end = 0;    ///< one past the last byte
   std::string_view value;
   bool isPlain = false;  ///< a value without quotes
+  bool isOpen = false;   ///< a quoted string or text field without an end
 };
 
 /// Reads STAR text token by token. Blanks and comments are passed over. Linear in the text.

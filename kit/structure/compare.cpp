@@ -7,7 +7,6 @@
 #include <set>
 #include <utility>
 
-#include "formats/input_bytes.h"
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
@@ -94,7 +93,7 @@ std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStruc
 // --- Texts ----------------------------------------------------------------------------------------
 
 std::string nameOf(const std::string& file, const std::string& chain) {
-  return inputName(file) + ", chain " + (chain.empty() ? "without a name" : printable(chain, 60));
+  return file + ", chain " + (chain.empty() ? "without a name" : printable(chain, 60));
 }
 
 /// "1-5, 9" for the residues of a protein at these places (from 0).

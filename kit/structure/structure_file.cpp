@@ -1,7 +1,5 @@
 // Any structure file as protein chains with the bonds before their prolines.
 #include <algorithm>
-#include <cctype>
-#include <map>
 #include <unordered_map>
 #include <utility>
 
@@ -240,11 +238,11 @@ std::string StructureChain::letters() const {
 }
 
 ProteinStructure readStructureFile(const std::string& path) {
-  return readStructureBytes(readBytes(path), path);
+  return readStructureBytes(unpacked(fileBytes(path), path), path);
 }
 
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file) {
-  const std::string name = inputName(file);
+  const std::string& name = file;
   checkForeign(bytes, name);
   if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
   if (trimmed(bytes).empty()) throw FileError(name, 0, "is empty", kFormatRemedy);

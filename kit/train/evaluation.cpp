@@ -1,6 +1,7 @@
 // Trains and predicts; chooses what is scored.
 #include "train/evaluation.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <map>
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "train/metrics.h"
+#include "train/statistics_tools.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -126,26 +128,68 @@ Evaluated evaluated(const LabelledProlines& data, std::size_t label, const Proli
   return proline;
 }
 
+/// The measurements of one window, in the order of the labels.
+using Measurements = std::vector<std::size_t>;
+
+/// The label that most measurements have; that of the first where they are split.
+Omega labelOf(const LabelledProlines& data, const Measurements& window) {
+  const auto isCis = [&](std::size_t i) { return *data.labels.prolines[i].structure == Omega::cis; };
+  const auto cis = static_cast<std::size_t>(std::count_if(window.begin(), window.end(), isCis));
+  const std::size_t trans = window.size() - cis;
+  if (cis == trans) return *data.labels.prolines[window.front()].structure;
+  return cis > trans ? Omega::cis : Omega::trans;
+}
+
+double medianOf(const Predictions& predictions, const Measurements& window, float ProlinePrediction::*value) {
+  std::vector<double> values;
+  for (const std::size_t i : window) values.push_back((*predictions[i]).*value);
+  return median(std::move(values));
+}
+
+/// The measurement in the middle by probability; of two the less probable one, of equals the first.
+std::size_t middleOf(const Predictions& predictions, Measurements window) {
+  std::stable_sort(window.begin(), window.end(), [&](std::size_t a, std::size_t b) {
+    return predictions[a]->pCisNorm < predictions[b]->pCisNorm;
+  });
+  return window[(window.size() - 1) / 2];
+}
+
+Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions, const Measurements& window,
+                    const std::vector<std::size_t>& cluster) {
+  const std::size_t middle = middleOf(predictions, window);
+  Evaluated proline = evaluated(data, middle, *predictions[middle], cluster[middle]);
+  proline.isCis = labelOf(data, window) == Omega::cis;
+  proline.pCis = medianOf(predictions, window, &ProlinePrediction::pCis);
+  proline.pCisNorm = medianOf(predictions, window, &ProlinePrediction::pCisNorm);
+  return proline;
+}
+
 }  // namespace
 
 Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions) {
   std::size_t clusters = 0;
   const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
   Evaluation result;
-  std::set<std::string> seen;
+  std::map<std::string, std::size_t> known;  // window to its place in the next
+  std::vector<Measurements> windows;
   for (std::size_t i = 0; i < predictions.size(); ++i) {
     if (!data.labels.prolines[i].structure) continue;
     ++result.labelled;
     if (!predictions[i]) {
       ++result.notPredicted;
-    } else if (!seen.insert(data.windows[i]).second) {
-      ++result.repeated;
     } else if (std::isnan(predictions[i]->pCisNorm)) {
       result.notANumber.push_back(i);
     } else {
-      result.prolines.push_back(evaluated(data, i, *predictions[i], cluster[i]));
+      const auto place = known.emplace(data.windows[i], windows.size());
+      if (place.second)
+        windows.emplace_back();
+      else
+        ++result.repeated;
+      windows[place.first->second].push_back(i);
     }
   }
+  for (const Measurements& window : windows)
+    result.prolines.push_back(evaluated(data, predictions, window, cluster));
   if (result.prolines.empty())
     throw Error(data.labels.path, 0, "no proline with a label by structure has enough shifts",
                 "add entries with more shifts");

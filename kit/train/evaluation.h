@@ -13,7 +13,7 @@ namespace zorvela {
 
 /// A labelled proline that the program predicts.
 struct Evaluated {
-  std::size_t label = 0;  ///< index of its label
+  std::size_t label = 0;  ///< index of the label of its measurement in the middle
   bool isCis = false;
   double pCis = 0;
   double pCisNorm = 0;
@@ -34,7 +34,7 @@ struct Evaluation {
   std::vector<Evaluated> prolines;
   std::size_t labelled = 0;             ///< prolines with a label by structure
   std::size_t notPredicted = 0;         ///< of these, too few shifts or at an end of the chain
-  std::size_t repeated = 0;             ///< of these, same window as one before
+  std::size_t repeated = 0;             ///< of these, further measurements of a window
   std::vector<std::size_t> notANumber;  ///< labels whose probability is none: shifts far from both classes
 };
 
@@ -50,8 +50,9 @@ Predictions predictAll(ZORVELA& run, const LabelledProlines& data);
 Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
                           const TrainingChoices& choices, const OnStep& onStep = {});
 
-/// What is scored: the first predicted proline of each window, in the order of the labels. Error if
-/// there is none.
+/// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
+/// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the
+/// measurement in the middle. Error if there is none.
 Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions);
 
 }  // namespace zorvela

@@ -64,12 +64,12 @@ struct ProteinStructure {
   std::vector<std::string> notes;  ///< one line each: what was not used, and why
 };
 
-/// Reads a PDB or mmCIF file, plain or gzipped; "-" is standard input. FileError, with a line where there
+/// Reads a PDB or mmCIF file, plain or gzipped. FileError, with a line where there
 /// is one, for a file that cannot be read, is something else, is cut, or has no protein. An atom without
 /// coordinates that are numbers is not used, with a note. May run in several threads at once.
 ProteinStructure readStructureFile(const std::string& path);
 
-/// The same for the bytes of a file.
+/// The same for the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
 
 }  // namespace zorvela

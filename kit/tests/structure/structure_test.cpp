@@ -1,0 +1,128 @@
+// Bonds, alignments and verdicts without a file.
+#include <gtest/gtest.h>
+
+#include "structure/chain_alignment.h"
+#include "zorvela/compare.h"
+#include "zorvela/structure.h"
+
+namespace {
+
+using zorvela::BondState;
+
+TEST(Bond, StateOfOmega) {
+  EXPECT_EQ(zorvela::stateOfOmega(0), BondState::cis);
+  EXPECT_EQ(zorvela::stateOfOmega(30), BondState::cis);
+  EXPECT_EQ(zorvela::stateOfOmega(-30), BondState::cis);
+  EXPECT_EQ(zorvela::stateOfOmega(30.01), BondState::twisted);
+  EXPECT_EQ(zorvela::stateOfOmega(-149.99), BondState::twisted);
+  EXPECT_EQ(zorvela::stateOfOmega(150), BondState::trans);
+  EXPECT_EQ(zorvela::stateOfOmega(-180), BondState::trans);
+}
+
+TEST(Bond, StateOfTheDistanceOfCaAtoms) {
+  EXPECT_EQ(zorvela::stateOfDistance(2.9), BondState::cis);
+  EXPECT_EQ(zorvela::stateOfDistance(3.4), BondState::twisted);
+  EXPECT_EQ(zorvela::stateOfDistance(3.8), BondState::trans);
+  EXPECT_FALSE(zorvela::stateOfDistance(0).has_value());
+  EXPECT_FALSE(zorvela::stateOfDistance(5.5).has_value());
+}
+
+zorvela::StructureChain chainOf(const std::string& letters) {
+  zorvela::StructureChain chain;
+  chain.name = "A";
+  for (const char letter : letters) {
+    zorvela::StructureResidue residue;
+    residue.letter = letter;
+    residue.number = std::to_string(chain.residues.size() + 1);
+    chain.residues.push_back(residue);
+  }
+  return chain;
+}
+
+// Residues of the chain as they stand under the sequence, "-" where there is none.
+std::string aligned(const std::string& sequence, const zorvela::StructureChain& chain) {
+  std::string text;
+  for (const std::size_t place : zorvela::align(sequence, chain)->inStructure)
+    text += place == zorvela::kNoResidue ? '-' : chain.residues[place].letter;
+  return text;
+}
+
+TEST(Alignment, GapsGoWhereTheChainIsInterrupted) {
+  // Without the break the second G could as well be the one behind the gap.
+  zorvela::StructureChain chain = chainOf("MKLGVWTRE");
+  chain.residues[4].isAfterBreak = true;
+  EXPECT_EQ(aligned("MKLGAASGVWTRE", chain), "MKLG----VWTRE");
+  chain.residues[4].isAfterBreak = false;
+  chain.residues[3].isAfterBreak = true;
+  EXPECT_EQ(aligned("MKLGAASGVWTRE", chain), "MKL----GVWTRE");
+}
+
+TEST(Alignment, TagsMutationsAndUnknownResidues) {
+  EXPECT_EQ(aligned("MKLGVWTRE", chainOf("GSHMKLGVWTREHHHHHH")), "MKLGVWTRE");
+  EXPECT_EQ(aligned("MKLGVWTRE", chainOf("MKLAVWTRE")), "MKLAVWTRE");
+  EXPECT_EQ(aligned("MKc?VWTRE", chainOf("MKCGVWTRE")), "MKCGVWTRE");
+  const auto alignment = zorvela::align("MKc?VWTRE", chainOf("MKCGVWTRA"));
+  EXPECT_EQ(alignment->aligned, 8U);
+  EXPECT_EQ(alignment->identical, 7U);
+  EXPECT_EQ(alignment->identity(), 87.5);
+}
+
+TEST(Alignment, NothingToAlign) {
+  EXPECT_EQ(zorvela::align("", chainOf("MKL"))->aligned, 0U);
+  EXPECT_EQ(zorvela::align("MKL", zorvela::StructureChain())->identity(), 0);
+  EXPECT_FALSE(zorvela::align(std::string(30000, 'A'), chainOf(std::string(30000, 'A'))).has_value());
+}
+
+// --- Which chain belongs to which protein ---------------------------------------------------------
+
+const std::string kSequence = "MLEGSKLAPKWDNHIGKKQFYVTEAAKLSTD";
+
+zorvela::ProteinStructure structureOf(const std::vector<std::pair<std::string, std::string>>& chains) {
+  zorvela::ProteinStructure structure;
+  structure.file = "model.pdb";
+  structure.modelCount = 1;
+  for (const auto& [name, letters] : chains) {
+    structure.chains.push_back(chainOf(letters));
+    structure.chains.back().name = name;
+  }
+  return structure;
+}
+
+zorvela::Protein proteinOf(const std::string& chain, const std::string& sequence) {
+  zorvela::Protein protein;
+  protein.chain = chain;
+  protein.sequence = sequence;
+  for (std::size_t i = 1; i <= sequence.size(); ++i) protein.numbers.push_back(std::to_string(i));
+  return protein;
+}
+
+// The chains of the structure that each protein was matched with.
+std::vector<std::string> matches(const std::vector<zorvela::Protein>& proteins,
+                                 const zorvela::ProteinStructure& structure) {
+  std::vector<zorvela::ProteinResult> results(proteins.size());
+  std::vector<std::string> names;
+  for (const auto& compared : zorvela::compareWithStructures(proteins, results, {structure})) {
+    names.emplace_back();
+    for (const zorvela::ChainMatch& match : compared.matches) names.back() += match.chain;
+  }
+  return names;
+}
+
+using Names = std::vector<std::string>;
+
+TEST(Matching, CopiesOfOneProtein) {
+  const auto dimer = structureOf({{"A", kSequence}, {"B", kSequence}});
+  EXPECT_EQ(matches({proteinOf("", kSequence)}, dimer), Names{"AB"});
+  EXPECT_EQ(matches({proteinOf("A", kSequence), proteinOf("B", kSequence)}, dimer), (Names{"A", "B"}));
+  EXPECT_EQ(matches({proteinOf("X", kSequence), proteinOf("Y", kSequence)}, dimer), (Names{"AB", "AB"}));
+}
+
+TEST(Matching, RelativesAndStrangers) {
+  std::string relative = kSequence;  // 26 of 31 residues are the same
+  for (const std::size_t i : {2U, 7U, 12U, 18U, 24U}) relative[i] = 'R';
+  const auto complex = structureOf({{"A", kSequence}, {"B", relative}, {"C", "GGGGWWWWYYYYHHHHRRRRNNNNQQQQ"}});
+  EXPECT_EQ(matches({proteinOf("1", kSequence), proteinOf("2", relative)}, complex), (Names{"A", "B"}));
+  EXPECT_EQ(matches({proteinOf("1", kSequence)}, complex), Names{"A"});
+}
+
+}  // namespace

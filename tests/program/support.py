@@ -14,7 +14,6 @@ import reference
 
 PROGRAM = os.environ.get("ZORVELA_PROGRAM", "")
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-SHARED_DATA = os.environ.get("ZORVELA_SHARED_DATA") or os.path.join(os.path.dirname(ROOT), "shared", "data")
 MEMORY_LIMIT_MIB = int(os.environ.get("ZORVELA_MEMORY_LIMIT_MIB", "512"))
 PATIENCE = 100  # seconds after which a run counts as hung
 
@@ -216,11 +215,3 @@ class ProgramTest(unittest.TestCase):
         written = {} if expected.table_text is None else {os.path.normpath(expected.table_name): expected.table_text}
         self.expect(arguments, expected.stdout, expected.stderr, expected.status, written, environment)
         return expected
-
-
-def skip_without_shared_data(test):
-    """Says that the test was skipped where the folder of real proteins is not there."""
-    folder = os.path.join(SHARED_DATA, "entries")
-    if not os.path.isdir(folder):
-        test.skipTest("no folder " + folder + " (set ZORVELA_SHARED_DATA)")
-    return folder

@@ -1,10 +1,11 @@
-"""A hundred real proteins, each compared with the run worked out independently; skipped where the data are not."""
+"""A hundred real proteins, each compared with the run worked out independently."""
 
 import csv
 import os
 
 import reference
-from support import ROOT, SHARED_DATA, ProgramTest, mask, skip_without_shared_data
+from support import ROOT, ProgramTest, mask
+from zorvela_tests.program import data_folder
 
 QUARTERS = 4
 WITH_CIS = 50
@@ -14,7 +15,7 @@ OTHERS = 50
 def chosen_entries(folder):
     """Fifty proteins with a cis proline and fifty others, both spread evenly over the sorted names."""
     names = sorted(name for name in os.listdir(folder) if name.endswith(".tab"))
-    with open(os.path.join(SHARED_DATA, "prolines.csv"), newline="", encoding="utf-8") as file:
+    with open(data_folder() / "prolines.csv", newline="", encoding="utf-8") as file:
         cis = {row["entry"] for row in csv.DictReader(file) if row["label_structure"] == "cis"}
     groups = ([name for name in names if name[:-4] in cis], [name for name in names if name[:-4] not in cis])
     return [group[at * len(group) // count] for group, count in zip(groups, (WITH_CIS, OTHERS)) if group
@@ -23,7 +24,7 @@ def chosen_entries(folder):
 
 class RealEntries(ProgramTest):
     def compare(self, quarter):
-        folder = skip_without_shared_data(self)
+        folder = data_folder() / "entries"
         names = chosen_entries(folder)
         self.assertEqual(len(set(names)), WITH_CIS + OTHERS)
         for count, name in enumerate(names[quarter::QUARTERS]):

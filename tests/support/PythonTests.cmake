@@ -1,6 +1,6 @@
 # zorvela_python_test(<name> <file> [<label>...]): a file of Python unit tests as one CTest entry.
 #
-# Labels: slow (more than a second), data (needs the real proteins, which are not part of the repository),
+# Labels: slow (more than a second), data (unpacks the real proteins of data/),
 # docs (compares documents with the programs). `script/test quick` leaves out slow and data.
 find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
 # The system's Python before any other: Debian's packages are for that one.
@@ -26,6 +26,7 @@ function(zorvela_python_test name file)
     "ZORVELA_SOURCE=${PROJECT_SOURCE_DIR}"
     "ZORVELA_PROGRAM=$<TARGET_FILE:zorvela>"
     "ZORVELA_MEMORY_LIMIT_MIB=${ZORVELA_MEMORY_LIMIT_MIB}"
+    "ZORVELA_SANITIZE=${ZORVELA_SANITIZE}"
     "ZORVELA_TEST_REPORT=${ZORVELA_TEST_REPORTS}/${name}.xml")
   if(ZORVELA_KIT)
     list(APPEND environment "ZORVELA_KIT=$<TARGET_FILE:zorvela-kit>")

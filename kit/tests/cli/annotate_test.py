@@ -5,7 +5,7 @@ import re
 import tempfile
 import unittest
 
-import program
+from zorvela_tests import program
 
 THREE = {"A": "ALA", "G": "GLY", "K": "LYS", "P": "PRO", "T": "THR"}
 SEQUENCE = "GAPKGAPKGAPKT"
@@ -130,7 +130,3 @@ class Annotate(unittest.TestCase):
         self.assertEqual(self.output.decode(), nef({}))
         result = self.annotate(nef({}), output="/dev/full")
         self.assertEqual(result.returncode, 1)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

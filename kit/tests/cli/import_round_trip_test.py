@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 import unittest
 
-from zorvela_tests.program import KIT, needs_shared_data, shared_entries
+from zorvela_tests.program import KIT, real_entries
 
 EVERY = 20
 NAMES = dict(zip("ACcDEFGHIKLMNPQRSTVWY?",
@@ -82,10 +82,9 @@ def csv(entry):
     yield from rows
 
 
-@needs_shared_data
 class RoundTrip(unittest.TestCase):
     def setUp(self):
-        self.paths = shared_entries()[::EVERY]
+        self.paths = real_entries()[::EVERY]
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)

@@ -5,10 +5,9 @@ from zorvela_tests import program
 import run_against_zorvela_test as zorvela
 
 COMPARED = 50
-ENTRIES = program.shared_entries()
+ENTRIES = program.real_entries()
 
 
-@program.needs_shared_data
 class RealEntries(unittest.TestCase):
     maxDiff = None
 

@@ -10,7 +10,8 @@ import tempfile
 import threading
 import unittest
 
-SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
+from zorvela_tests.program import SOURCE
+
 ENTRY = b"data_16585\n" + b"_x 1\n" * 50000
 MODEL = gzip.compress(b"data_1STN\n_y 2\n" * 1000, mtime=0)
 
@@ -122,7 +123,3 @@ class FetchData(unittest.TestCase):
             self.assertEqual(result.returncode, 1)
             self.assertIn(message, result.stderr)
         self.assertEqual(Server.requests, [])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -4,16 +4,13 @@ import gzip
 import io
 import json
 import os
-import pathlib
-import sys
 import tempfile
 import unittest
 
 import jsonschema
 
-sys.path[:0] = [str(pathlib.Path(__file__).parent), str(pathlib.Path(__file__).parents[1] / "cli")]
 import made_structure as made
-import program
+from zorvela_tests import program
 
 #           1234567890123456789012345678901234567890
 SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
@@ -344,7 +341,7 @@ class BadInput(Case):
 
 
 class RealStructures(Case):
-    """Nuclease with proline 117 cis, from the examples."""
+    """Nuclease (1STN, proline 117 cis) and ubiquitin as X-ray structure (1UBQ) and as ensemble (1D3Z, backbone)."""
 
     def test_nuclease(self):
         examples = program.SOURCE / "examples"
@@ -357,10 +354,8 @@ class RealStructures(Case):
         self.assertEqual(rows["117"]["structure_resid"], "117")
 
     def test_ubiquitin(self):
-        folder = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", program.SOURCE.parent / "shared" / "data"))
-        models = [folder / "structures" / name for name in ("1ubq.pdb.gz", "1d3z.cif.gz")]
-        if not all(model.exists() for model in models):
-            self.skipTest("needs ../shared/data/structures")
+        models = [program.SOURCE / "examples" / "ubiquitin.pdb.gz",
+                  program.SOURCE / "kit" / "tests" / "files" / "ubiquitin_ensemble.cif.gz"]
         result = program.kit("compare", "--tables", program.TABLES, "--format", "csv",
                              program.SOURCE / "examples" / "ubiquitin.tab", "--structure", *models)
         rows = list(csv.DictReader(io.StringIO(result.stdout)))
@@ -368,5 +363,14 @@ class RealStructures(Case):
                          [(resid, "11", "agree") for resid in ("19", "37", "38")])
 
 
-if __name__ == "__main__":
-    unittest.main(verbosity=2)
+class Document(Case):
+    def test_names_every_column_and_verdict(self):
+        document = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8").split("\n## compare\n")[1]
+        document = document.split("\n## ")[0]
+        self.rows(made.pdb([("A", chain())]))
+        header = self.compare("shifts.tab", "--structure", "model.pdb", "--format", "csv").stdout.split("\n")[0]
+        own = [column for column in header.split(",") if column not in program.COLUMNS]
+        self.assertEqual(len(own), 11)
+        verdicts = json.loads(SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]["verdict"]["enum"]
+        for name in [*own, *verdicts]:
+            self.assertIn("`%s`" % name, document)

@@ -101,7 +101,7 @@ TEST(CrossValidation, NeedsAClusterForEachFold) {
   EXPECT_THROW(zorvela::crossValidate(made::publishedTables(), data, 3, {}), zorvela::Error);
 }
 
-TEST(Evaluation, ScoresTheFirstOfEachWindowAndCountsTheRest) {
+TEST(Evaluation, ScoresTheMedianOfEachWindowAndCountsTheRest) {
   zorvela::LabelledProlines data = made::dataOf({{"GAPAG", Omega::cis},      // scored
                                                  {"GAPAG", Omega::cis},      // the same window
                                                  {"AAPAG", Omega::trans},    // not predicted
@@ -116,9 +116,33 @@ TEST(Evaluation, ScoresTheFirstOfEachWindowAndCountsTheRest) {
   EXPECT_EQ(1U, result.repeated);
   EXPECT_EQ(std::vector<std::size_t>{3}, result.notANumber);
   ASSERT_EQ(1U, result.prolines.size());
-  EXPECT_EQ(0U, result.prolines[0].label);
+  EXPECT_EQ(1U, result.prolines[0].label);  // of two the less probable one
   EXPECT_TRUE(result.prolines[0].isCis);
-  EXPECT_EQ(0.75, result.prolines[0].pCisNorm);
+  EXPECT_EQ(0.625, result.prolines[0].pCisNorm);  // (0.75 + 0.5) / 2
+}
+
+TEST(Evaluation, AWindowHasTheLabelOfMostAndTheShiftsOfTheMiddleMeasurement) {
+  const auto data = made::dataOf({{"GAPAG", Omega::cis},
+                                  {"GAPAG", Omega::trans, 0.0F, 26.0F, 31.0F},
+                                  {"GAPAG", Omega::trans, 0.0F, 24.0F, 34.0F},
+                                  {"AAPAA", Omega::cis},
+                                  {"AAPAA", Omega::trans}});
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const zorvela::Evaluation result =
+      zorvela::evaluation(data, {prediction(0.125F), prediction(0.5F, 26.0F), prediction(0.75F, 24.0F),
+                                 prediction(0.25F), prediction(0.5F)});
+  ASSERT_EQ(2U, result.prolines.size());
+  EXPECT_EQ(3U, result.repeated);
+  EXPECT_FALSE(result.prolines[0].isCis);
+  EXPECT_EQ(0.5, result.prolines[0].pCisNorm);
+  EXPECT_DOUBLE_EQ(5, result.prolines[0].cbMinusCg);  // 31 - 26
+  EXPECT_TRUE(result.prolines[1].isCis);              // split: the first
+  // A measurement without a number does not hide the others.
+  const zorvela::Evaluation other =
+      zorvela::evaluation(data, {prediction(nan), prediction(0.5F), prediction(0.75F), std::nullopt, std::nullopt});
+  EXPECT_EQ((std::vector<std::size_t>{0}), other.notANumber);
+  ASSERT_EQ(1U, other.prolines.size());
+  EXPECT_EQ(0.625, other.prolines[0].pCisNorm);
 }
 
 TEST(Evaluation, CBLessCGNeedsBothShifts) {

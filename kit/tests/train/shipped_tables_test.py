@@ -1,21 +1,17 @@
-"""On the development data: the tables in tab/ are what train writes, and reach the figures that the documents state.
-
-Without the data, which are not part of the repository, these tests are skipped.
-"""
+"""The tables in tab/ are what train writes from the data of the repository, and reach the figures of the documents."""
 import json
 import os
 import resource
+import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
 
-from zorvela_tests.program import DATA, KIT, SOURCE, needs_shared_data
+from zorvela_tests.program import KIT, SOURCE, data_folder
 
+DATA = data_folder()
 PROTEINS = ["--entries", os.path.join(DATA, "entries"), "--labels", os.path.join(DATA, "prolines.csv")]
-SOURCES = ["--neighbours", os.path.join(DATA, "proline_neighbour_counts.csv"), "--random-coil",
-           os.path.join(DATA, "random_coil", "nielsen_mulder_2018.csv"), "--neighbour-effects",
-           os.path.join(DATA, "random_coil", "nielsen_mulder_2018_neighbours.csv")]
 
 
 def processor_time():
@@ -23,12 +19,6 @@ def processor_time():
     return usage.ru_utime + usage.ru_stime
 
 
-def document(name):
-    with open(os.path.join(SOURCE, "doc", name), encoding="utf-8") as file:
-        return file.read()
-
-
-@needs_shared_data
 class ShippedTables(unittest.TestCase):
     maxDiff = None
 
@@ -40,14 +30,21 @@ class ShippedTables(unittest.TestCase):
         return result.stdout, processor_time() - begin
 
     def test_tables_are_those_that_train_writes(self):
+        done = subprocess.run([os.path.join(SOURCE, "script", "tables"), KIT], capture_output=True, text=True, check=False)
+        self.assertEqual(("The seven tables are those in tab/, byte for byte\n", "", 0),
+                         (done.stdout, done.stderr, done.returncode))
+
+    def test_another_table_is_noticed(self):
         with tempfile.TemporaryDirectory() as folder:
-            self.run_kit("train", *PROTEINS, *SOURCES, "--output", folder)
-            names = sorted(os.listdir(folder))
-            self.assertEqual(7, len(names))
-            for name in names:
-                with open(os.path.join(folder, name), "rb") as made:
-                    with open(os.path.join(SOURCE, "tab", name), "rb") as ours:
-                        self.assertEqual(ours.read(), made.read(), name)
+            for name in ("data", "script"):
+                os.symlink(os.path.join(SOURCE, name), os.path.join(folder, name))
+            shutil.copytree(os.path.join(SOURCE, "tab"), os.path.join(folder, "tab"))
+            with open(os.path.join(folder, "tab", "sslimit.tab"), "a", encoding="utf-8") as file:
+                file.write("\n")
+            done = subprocess.run([os.path.join(folder, "script", "tables"), KIT], capture_output=True, text=True,
+                                  check=False)
+        self.assertEqual(1, done.returncode)
+        self.assertIn("sslimit.tab", done.stdout + done.stderr)
 
     def test_cross_validation_reaches_the_figures(self):
         output, seconds = self.run_kit("evaluate", *PROTEINS, "--cross-validate", "10", "--json")
@@ -69,15 +66,20 @@ class ShippedTables(unittest.TestCase):
         _, seconds = self.run_kit("evaluate", *PROTEINS, "--tables", os.path.join(SOURCE, "tab"))
         self.assertLess(seconds, 20)
 
-    def test_documents_hold_what_is_printed(self):
-        with tempfile.TemporaryDirectory() as folder:
-            calibration = os.path.join(folder, "calibration.csv")
-            output, _ = self.run_kit("evaluate", *PROTEINS, "--cross-validate", "10", "--calibration", calibration)
-            with open(calibration, encoding="utf-8") as file:
-                bins = "".join(",".join(line.split(",")[:6]) + "\n" for line in file)
-        command = "$ zorvela-kit evaluate --entries DATA/entries --labels DATA/prolines.csv --cross-validate 10"
-        self.assertIn(f"```console\n{command}\n{output}```\n", document("accuracy.md"))
-        self.assertIn(f"$ cut -d, -f1-6 calibration.csv\n{bins}```\n", document("accuracy.md"))
+    def check_document(self, *options):
+        done = subprocess.run([sys.executable, "-B", os.path.join(SOURCE, "script", "accuracy-document"), *options, KIT],
+                              capture_output=True, text=True, check=False, env={**os.environ, "ZORVELA_DATA": str(DATA)})
+        self.assertEqual(("", "", 0), (done.stdout, done.stderr, done.returncode))
+
+    def test_figures_of_the_document(self):
+        self.check_document("--quick")
+
+    @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "takes too long with sanitizers")
+    def test_choices_in_training_of_the_document(self):
+        self.check_document()
+
+    def test_accession_numbers_of_the_document(self):
         sources = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "tables-sources"), DATA], check=True,
                                  capture_output=True, text=True).stdout
-        self.assertTrue(document("tables.md").endswith(sources.rstrip("\n") + "\n"))
+        with open(os.path.join(SOURCE, "doc", "tables.md"), encoding="utf-8") as file:
+            self.assertTrue(file.read().endswith(sources.rstrip("\n") + "\n"))

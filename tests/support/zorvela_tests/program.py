@@ -1,20 +1,22 @@
 """The programs under test and how to run them, the checkout, and the folder of real proteins."""
+import atexit
 import csv
+import functools
 import io
 import json
 import os
 import pathlib
+import shutil
 import struct
 import subprocess
-import unittest
+import tarfile
+import tempfile
 
 from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (tests say program.full_table)
 
 KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
 ZORVELA = os.environ.get("ZORVELA_PROGRAM", "zorvela")
 SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
-# Real proteins are not part of the repository.
-DATA = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA") or SOURCE.parent / "shared" / "data")
 MADE_TABLES = SOURCE / "kit" / "tests" / "predict" / "tables"
 TABLES = SOURCE / "tab"
 EXAMPLES = sorted(f for f in (SOURCE / "examples").glob("*.tab") if not f.name.endswith(".pred.tab"))
@@ -24,14 +26,21 @@ COLUMNS = ("file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_n
            "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct").split(",")
 
 
-def shared_entries():
-    """The shift tables of the real proteins; none where the folder is not there."""
-    return sorted((DATA / "entries").glob("*.tab"))
+@functools.lru_cache(maxsize=None)
+def data_folder():
+    """The real proteins of data/, unpacked for this process; ZORVELA_DATA names a folder with others."""
+    if os.environ.get("ZORVELA_DATA"):
+        return pathlib.Path(os.environ["ZORVELA_DATA"])
+    target = tempfile.mkdtemp()
+    atexit.register(shutil.rmtree, target)
+    with tarfile.open(SOURCE / "data" / "zorvela-data.tar.xz") as archive:
+        archive.extractall(target)
+    return pathlib.Path(target, "zorvela-data")
 
 
-def needs_shared_data(test):
-    """Skips a test, or a class of tests, where the real proteins are not there."""
-    return unittest.skipUnless(shared_entries(), f"no shift tables in {DATA / 'entries'} (set ZORVELA_SHARED_DATA)")(test)
+def real_entries():
+    """The shift tables of the real proteins."""
+    return sorted((data_folder() / "entries").glob("*.tab"))
 
 
 def environment(**changes):

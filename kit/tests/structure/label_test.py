@@ -1,14 +1,11 @@
 """zorvela-kit label: labels from structures that are built from chosen omegas."""
 import csv
 import os
-import pathlib
-import sys
 import tempfile
 import unittest
 
-sys.path[:0] = [str(pathlib.Path(__file__).parents[1] / room) for room in ("cli", "structure")]
 import made_structure as made
-import program
+from zorvela_tests import program
 
 #           1234567890123456789012345678901234567890
 SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"
@@ -147,7 +144,3 @@ class Label(unittest.TestCase):
         result = program.kit("label", "--entries", "none", "--structures", "structures", "--output", "x.csv",
                              cwd=self.folder)
         self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -370,7 +370,7 @@ class Document(Case):
         self.rows(made.pdb([("A", chain())]))
         header = self.compare("shifts.tab", "--structure", "model.pdb", "--format", "csv").stdout.split("\n")[0]
         own = [column for column in header.split(",") if column not in program.COLUMNS]
-        self.assertEqual(len(own), 11)
+        self.assertEqual(len(own), 12)
         verdicts = json.loads(SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]["verdict"]["enum"]
         for name in [*own, *verdicts]:
             self.assertIn("`%s`" % name, document)

@@ -181,9 +181,17 @@ EntryView::EntryView(ZORVELA& run, const EntryShifts& entry) : zorvela(run), shi
 }
 
 void EntryView::focus(int resid) {
+  addRows(std::max(resid - 1, 1), std::min(resid + 1, shifts.length()));
+}
+
+void EntryView::showAll() {
+  addRows(1, shifts.length());
+}
+
+void EntryView::addRows(int first, int last) {
   zorvela.resTable = GDB();
   int row = 0;
-  for (int i = std::max(resid - 1, 1); i <= std::min(resid + 1, shifts.length()); ++i) {
+  for (int i = first; i <= last; ++i) {
     for (const auto& [key, atom] : zorvela.atomNames) {
       const float shift =
           shifts.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];

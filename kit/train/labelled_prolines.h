@@ -70,15 +70,19 @@ using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
                               const OnStep& onStep = {});
 
-/// Puts an entry back into a run object, so that its triplets and predictions can be asked for. Only
-/// the residues around the one that is asked for have rows: call `focus` before each question.
+/// Puts an entry back into a run object, so that its triplets, predictions and offsets can be asked for. Only
+/// residues that are asked for have rows: call `focus` before each question on a proline.
 class EntryView {
  public:
   EntryView(ZORVELA& run, const EntryShifts& entry);
   /// Rows of residues `resid` - 1 to `resid` + 1.
   void focus(int resid);
+  /// Rows of all residues.
+  void showAll();
 
  private:
+  void addRows(int first, int last);
+
   ZORVELA& zorvela;
   const EntryShifts& shifts;
 };

@@ -1,0 +1,221 @@
+// Deviations from known curves, their median, and when it counts.
+#include "predict/referencing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "util/robust.h"
+
+namespace zorvela {
+
+namespace {
+
+// Places in SecondaryShifts.
+enum AtomPlace : std::size_t { kN, kHA, kC, kCA, kCB, kHN };
+
+constexpr std::size_t kFewestResidues = 10;
+// Residues further from the median than this many deviations are left out: wrong assignments.
+constexpr double kOutlier = 4.0;
+
+constexpr double kCarbonBound = 1.0;  // ppm
+constexpr double kProtonBound = 0.25;
+constexpr double kCertainErrors = 3.0;
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+std::optional<double> shiftAt(const SecondaryShifts& residue, std::size_t place) {
+  const float shift = residue[place];
+  if (!std::isfinite(shift) || shift > kMissingSecondaryShift) return std::nullopt;
+  return shift;
+}
+
+std::size_t placeOf(const std::string& atom) {
+  if (atom == "HA") return kHA;
+  if (atom == "C") return kC;
+  return atom == "CB" ? kCB : kCA;
+}
+
+std::optional<double> caMinusCb(const SecondaryShifts& residue) {
+  const auto ca = shiftAt(residue, kCA);
+  const auto cb = shiftAt(residue, kCB);
+  if (!ca || !cb) return std::nullopt;
+  return *ca - *cb;
+}
+
+std::optional<double> amideProtons(const std::vector<SecondaryShifts>& residues, std::size_t i) {
+  const auto own = shiftAt(residues[i], kHN);
+  const auto next = i + 1 < residues.size() ? shiftAt(residues[i + 1], kHN) : std::nullopt;
+  if (own && next) return (*own + *next) / 2;
+  return own ? own : next;
+}
+
+std::optional<double> valueOf(Measure measure, const std::vector<SecondaryShifts>& residues, std::size_t i) {
+  switch (measure) {
+    case Measure::caMinusCb:
+      return caMinusCb(residues[i]);
+    case Measure::alphaProton:
+      return shiftAt(residues[i], kHA);
+    case Measure::amideProtons:
+      break;
+  }
+  return amideProtons(residues, i);
+}
+
+/// The curve at a value of the measure; level beyond its ends.
+double curveAt(const ShiftRelation& relation, double value) {
+  const double last = static_cast<double>(relation.points.size() - 1);
+  const double place = std::clamp((value - relation.first) / relation.step, 0.0, last);
+  const auto below = static_cast<std::size_t>(std::min(std::floor(place), std::max(last - 1, 0.0)));
+  if (below + 1 == relation.points.size()) return relation.points[below];
+  const double share = place - static_cast<double>(below);
+  return relation.points[below] * (1 - share) + relation.points[below + 1] * share;
+}
+
+struct Centre {
+  double median = kNone;
+  double error = kNone;
+  int count = 0;
+};
+
+/// Median of the deviations without those far out, and its standard error.
+Centre centreOf(std::vector<double> values, const ShiftRelation& relation) {
+  if (values.size() < kFewestResidues) return {kNone, kNone, static_cast<int>(values.size())};
+  const auto spreadAround = [&](double median) {
+    return std::max(robustDeviation(values, median), relation.scatter);
+  };
+  const double all = median(values);
+  const double reach = kOutlier * spreadAround(all);
+  values.erase(std::remove_if(values.begin(), values.end(),
+                              [&](double value) { return std::fabs(value - all) > reach; }),
+               values.end());
+  Centre centre;
+  centre.median = median(values);
+  centre.count = static_cast<int>(values.size());
+  const double ofMedian = kMedianOverMean * spreadAround(centre.median) / std::sqrt(centre.count);
+  centre.error = std::hypot(ofMedian, relation.betweenChains);
+  return centre;
+}
+
+/// The offset of an atom by the relation that knows it best. HA that is off itself says no more what is
+/// helix.
+OffsetEstimate bestEstimate(const std::string& atom, const std::vector<SecondaryShifts>& residues,
+                            const std::vector<ShiftRelation>& relations, bool isProtonTrusted = true) {
+  OffsetEstimate best{atom, kNone, kNone, 0};
+  for (const ShiftRelation& relation : relations) {
+    if (relation.atom != atom) continue;
+    if (relation.measure == Measure::alphaProton && !isProtonTrusted) continue;
+    const Centre centre = centreOf(deviations(residues, relation), relation);
+    if (std::isnan(best.error) || centre.error < best.error)
+      best = {atom, centre.median, centre.error, centre.count};
+  }
+  return best;
+}
+
+bool hasAtom(const std::vector<SecondaryShifts>& residues, std::size_t place) {
+  return std::any_of(residues.begin(), residues.end(),
+                     [&](const SecondaryShifts& residue) { return shiftAt(residue, place).has_value(); });
+}
+
+}  // namespace
+
+const std::vector<ShiftRelation>& knownRelations() {
+  static const std::vector<ShiftRelation> relations = {
+      {"CA",
+       Measure::caMinusCb,
+       -6,
+       1,
+       {-2.286, -1.975, -1.677, -1.388, -1.052, -0.612, -0.092, 0.534, 1.483, 2.276, 2.877, 3.560, 4.405,
+        5.109, 5.782},
+       0.631,
+       0.093},
+      {"CA",
+       Measure::alphaProton,
+       -0.8,
+       0.2,
+       {3.376, 3.212, 2.725, 2.076, 0.164, -0.483, -1.126, -1.349, -1.495, -1.737},
+       1.154,
+       0.291},
+      {"HA",
+       Measure::caMinusCb,
+       -6,
+       1,
+       {0.817, 0.631, 0.519, 0.413, 0.288, 0.153, 0.051, -0.016, -0.120, -0.194, -0.254, -0.367, -0.478,
+        -0.541, -0.523},
+       0.227,
+       0.038},
+      {"HA",
+       Measure::amideProtons,
+       -1,
+       0.25,
+       {-0.103, -0.088, -0.099, -0.068, 0.015, 0.058, 0.220, 0.412, 0.525},
+       0.309,
+       0.078},
+      {"C",
+       Measure::caMinusCb,
+       -6,
+       1,
+       {-1.652, -1.534, -1.377, -1.132, -0.836, -0.570, -0.278, 0.013, 0.611, 1.338, 1.954, 1.988, 1.757,
+        1.622, 1.543},
+       1.139,
+       0.240},
+      {"C",
+       Measure::alphaProton,
+       -0.8,
+       0.2,
+       {1.055, 1.175, 1.349, 1.176, -0.051, -0.491, -0.968, -1.107, -1.225, -1.241},
+       1.332,
+       0.391}};
+  return relations;
+}
+
+std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& residues,
+                                          const std::string& atom, Measure measure) {
+  std::vector<MeasuredShift> found;
+  const std::size_t place = placeOf(atom);
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    const auto shift = shiftAt(residues[i], place);
+    const auto value = valueOf(measure, residues, i);
+    if (shift && value) found.push_back({*value, *shift});
+  }
+  return found;
+}
+
+std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation) {
+  std::vector<double> found;
+  for (const MeasuredShift& residue : measuredShifts(residues, relation.atom, relation.measure))
+    found.push_back(residue.shift - curveAt(relation, residue.measure));
+  return found;
+}
+
+std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& residues,
+                                            const std::vector<ShiftRelation>& relations) {
+  const OffsetEstimate ha = bestEstimate("HA", residues, relations);
+  const bool isProtonTrusted = !callsForCorrection(ha);
+  const OffsetEstimate ca = bestEstimate("CA", residues, relations, isProtonTrusted);
+  OffsetEstimate cb{"CB", kNone, kNone, 0};
+  if (hasAtom(residues, kCB)) {
+    cb = ca;
+    cb.atom = "CB";
+  }
+  return {ca, cb, ha, bestEstimate("C", residues, relations, isProtonTrusted)};
+}
+
+bool callsForCorrection(const OffsetEstimate& estimate) {
+  const double size = std::fabs(estimate.offset);
+  const double bound = estimate.atom == "HA" ? kProtonBound : kCarbonBound;
+  return size > bound && size > kCertainErrors * estimate.error;
+}
+
+std::map<std::string, double> correctionsOf(const std::vector<OffsetEstimate>& estimates) {
+  std::map<std::string, double> corrections;
+  for (const OffsetEstimate& estimate : estimates) {
+    if (!callsForCorrection(estimate)) continue;
+    corrections[estimate.atom] = estimate.offset;
+    if (estimate.atom == "CA") corrections["CB"] = corrections["CG"] = estimate.offset;
+  }
+  return corrections;
+}
+
+}  // namespace zorvela

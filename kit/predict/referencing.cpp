@@ -19,8 +19,11 @@ constexpr std::size_t kFewestResidues = 10;
 // Residues further from the median than this many deviations are left out: wrong assignments.
 constexpr double kOutlier = 4.0;
 
-constexpr double kCarbonBound = 1.0;  // ppm
-constexpr double kProtonBound = 0.25;
+// Offsets (ppm) that matter; re-referenced chains hardly ever reach them.
+constexpr double kAlphaCarbonBound = 0.75;  // CA and CB
+constexpr double kCarbonylBound = 1.0;
+constexpr double kAlphaProtonBound = 0.25;
+// An offset of more errors than this is certain.
 constexpr double kCertainErrors = 3.0;
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
@@ -202,10 +205,14 @@ std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& 
   return {ca, cb, ha, bestEstimate("C", residues, relations, isProtonTrusted)};
 }
 
+double correctionBound(const std::string& atom) {
+  if (atom == "HA") return kAlphaProtonBound;
+  return atom == "C" ? kCarbonylBound : kAlphaCarbonBound;
+}
+
 bool callsForCorrection(const OffsetEstimate& estimate) {
   const double size = std::fabs(estimate.offset);
-  const double bound = estimate.atom == "HA" ? kProtonBound : kCarbonBound;
-  return size > bound && size > kCertainErrors * estimate.error;
+  return size > correctionBound(estimate.atom) && size > kCertainErrors * estimate.error;
 }
 
 std::map<std::string, double> correctionsOf(const std::vector<OffsetEstimate>& estimates) {

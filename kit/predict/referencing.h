@@ -57,8 +57,10 @@ struct OffsetEstimate {
 std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& residues,
                                             const std::vector<ShiftRelation>& relations = knownRelations());
 
-/// Whether an offset is large enough to matter (the bounds of the check report: 1 ppm, for HA 0.25 ppm) and
-/// more than three times its error.
+/// The size (ppm) from which an offset of an atom matters: 0.75 for CA and CB, 1 for C, 0.25 for HA.
+double correctionBound(const std::string& atom);
+
+/// Whether an offset is above its bound and more than three times its error.
 bool callsForCorrection(const OffsetEstimate& estimate);
 
 /// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C, where the offset calls for a

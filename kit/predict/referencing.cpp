@@ -3,17 +3,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <optional>
 
+#include "util/number.h"
 #include "util/robust.h"
 
 namespace zorvela {
 
 namespace {
-
-// Places in SecondaryShifts.
-enum AtomPlace : std::size_t { kN, kHA, kC, kCA, kCB, kHN };
 
 constexpr std::size_t kFewestResidues = 10;
 // Residues further from the median than this many deviations are left out: wrong assignments.
@@ -26,30 +25,27 @@ constexpr double kAlphaProtonBound = 0.25;
 // An offset of more errors than this is certain.
 constexpr double kCertainErrors = 3.0;
 
+// More than any file gives.
+constexpr int kCorrectedDecimals = 6;
+
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-std::optional<double> shiftAt(const SecondaryShifts& residue, std::size_t place) {
-  const float shift = residue[place];
-  if (!std::isfinite(shift) || shift > kMissingSecondaryShift) return std::nullopt;
-  return shift;
-}
-
-std::size_t placeOf(const std::string& atom) {
-  if (atom == "HA") return kHA;
-  if (atom == "C") return kC;
-  return atom == "CB" ? kCB : kCA;
+AtomPlace placeOf(const std::string& atom) {
+  if (atom == "HA") return kPlaceHA;
+  if (atom == "C") return kPlaceC;
+  return atom == "CB" ? kPlaceCB : kPlaceCA;
 }
 
 std::optional<double> caMinusCb(const SecondaryShifts& residue) {
-  const auto ca = shiftAt(residue, kCA);
-  const auto cb = shiftAt(residue, kCB);
+  const auto ca = shiftAt(residue, kPlaceCA);
+  const auto cb = shiftAt(residue, kPlaceCB);
   if (!ca || !cb) return std::nullopt;
   return *ca - *cb;
 }
 
 std::optional<double> amideProtons(const std::vector<SecondaryShifts>& residues, std::size_t i) {
-  const auto own = shiftAt(residues[i], kHN);
-  const auto next = i + 1 < residues.size() ? shiftAt(residues[i + 1], kHN) : std::nullopt;
+  const auto own = shiftAt(residues[i], kPlaceHN);
+  const auto next = i + 1 < residues.size() ? shiftAt(residues[i + 1], kPlaceHN) : std::nullopt;
   if (own && next) return (*own + *next) / 2;
   return own ? own : next;
 }
@@ -59,7 +55,7 @@ std::optional<double> valueOf(Measure measure, const std::vector<SecondaryShifts
     case Measure::caMinusCb:
       return caMinusCb(residues[i]);
     case Measure::alphaProton:
-      return shiftAt(residues[i], kHA);
+      return shiftAt(residues[i], kPlaceHA);
     case Measure::amideProtons:
       break;
   }
@@ -116,7 +112,7 @@ OffsetEstimate bestEstimate(const std::string& atom, const std::vector<Secondary
   return best;
 }
 
-bool hasAtom(const std::vector<SecondaryShifts>& residues, std::size_t place) {
+bool hasAtom(const std::vector<SecondaryShifts>& residues, AtomPlace place) {
   return std::any_of(residues.begin(), residues.end(),
                      [&](const SecondaryShifts& residue) { return shiftAt(residue, place).has_value(); });
 }
@@ -176,7 +172,7 @@ const std::vector<ShiftRelation>& knownRelations() {
 std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& residues,
                                           const std::string& atom, Measure measure) {
   std::vector<MeasuredShift> found;
-  const std::size_t place = placeOf(atom);
+  const AtomPlace place = placeOf(atom);
   for (std::size_t i = 0; i < residues.size(); ++i) {
     const auto shift = shiftAt(residues[i], place);
     const auto value = valueOf(measure, residues, i);
@@ -198,7 +194,7 @@ std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& 
   const bool isProtonTrusted = !callsForCorrection(ha);
   const OffsetEstimate ca = bestEstimate("CA", residues, relations, isProtonTrusted);
   OffsetEstimate cb{"CB", kNone, kNone, 0};
-  if (hasAtom(residues, kCB)) {
+  if (hasAtom(residues, kPlaceCB)) {
     cb = ca;
     cb.atom = "CB";
   }
@@ -215,14 +211,39 @@ bool callsForCorrection(const OffsetEstimate& estimate) {
   return size > correctionBound(estimate.atom) && size > kCertainErrors * estimate.error;
 }
 
-std::map<std::string, double> correctionsOf(const std::vector<OffsetEstimate>& estimates) {
-  std::map<std::string, double> corrections;
+Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
+  Corrections corrections;
   for (const OffsetEstimate& estimate : estimates) {
     if (!callsForCorrection(estimate)) continue;
     corrections[estimate.atom] = estimate.offset;
     if (estimate.atom == "CA") corrections["CB"] = corrections["CG"] = estimate.offset;
   }
   return corrections;
+}
+
+Protein corrected(Protein protein, const Corrections& corrections) {
+  for (Shift& shift : protein.shifts) {
+    const bool isGlycineProton = shift.atom == "HA2" || shift.atom == "HA3";
+    const auto correction = corrections.find(isGlycineProton ? "HA" : shift.atom);
+    if (correction == corrections.end()) continue;
+    const double observed = std::strtod(shift.shift.c_str(), nullptr);
+    shift.shift = fixedText(observed - correction->second, kCorrectedDecimals);
+  }
+  return protein;
+}
+
+std::string correctionNote(const Corrections& corrections) {
+  std::string text;
+  const auto add = [&](const char* atom, const char* names) {
+    const auto found = corrections.find(atom);
+    if (found == corrections.end()) return;
+    text += (text.empty() ? "" : ", ") + fixedText(std::fabs(found->second), 2) + " ppm " +
+            (found->second > 0 ? "taken away from " : "added to ") + names;
+  };
+  add("CA", "CA, CB and CG of proline");
+  add("C", "C'");
+  add("HA", "HA");
+  return "re-referenced before predicting: " + text;
 }
 
 }  // namespace zorvela

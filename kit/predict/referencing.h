@@ -6,20 +6,17 @@
 // take the place of CA - CB, with a larger error.
 #pragma once
 
-#include <array>
 #include <map>
 #include <string>
 #include <vector>
 
-#include "ZORVELA.h"
+#include "predict/secondary_shifts.h"
+#include "zorvela/protein.h"
 
 namespace zorvela {
 
 /// Standard error of a median over that of a mean, for Gaussian values: the root of pi / 2.
 inline constexpr double kMedianOverMean = 1.2533;
-
-/// Secondary shifts of one residue (ppm): N, HA, C, CA, CB, HN; above 99 missing.
-using SecondaryShifts = std::array<float, kAtomsPerResidue>;
 
 /// What says helix or strand for a residue.
 enum class Measure {
@@ -63,9 +60,18 @@ double correctionBound(const std::string& atom);
 /// Whether an offset is above its bound and more than three times its error.
 bool callsForCorrection(const OffsetEstimate& estimate);
 
-/// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C, where the offset calls for a
-/// correction. CG of proline goes with CA and CB.
-std::map<std::string, double> correctionsOf(const std::vector<OffsetEstimate>& estimates);
+/// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C.
+using Corrections = std::map<std::string, double>;
+
+/// The offsets that call for a correction. CG of proline goes with CA and CB.
+Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates);
+
+/// The protein with its shifts corrected; HA2 and HA3 of glycine as HA.
+Protein corrected(Protein protein, const Corrections& corrections);
+
+/// "re-referenced before predicting: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to
+/// HA".
+std::string correctionNote(const Corrections& corrections);
 
 /// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm).
 std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation);

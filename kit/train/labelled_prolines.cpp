@@ -92,12 +92,7 @@ EntryShifts readEntry(const std::string& name, const std::string& path, ZORVELA&
     entry.names.push_back(run.resNames[resid]);
     entry.missing.push_back(run.missingCount[resid]);
   }
-  entry.secondary.resize(entry.names.size());
-  std::size_t cell = 0;
-  for (const auto& [number, row] : run.resTable.entries) {
-    entry.secondary[cell / kAtomsPerResidue][cell % kAtomsPerResidue] = GDB::toFloat(GDB::cell(row, "SHIFT"));
-    ++cell;
-  }
+  entry.secondary = secondaryShifts(run);
   entry.cg = run.cgShifts;
   for (const auto& [resid, shift] : entry.cg) {
     const GDB::Row* row = run.csTable.findEntry("RESID", std::to_string(resid), "ATOMNAME", kAtomCB, 1);

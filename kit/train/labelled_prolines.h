@@ -1,7 +1,6 @@
 // Proteins with shifts whose prolines are known to be cis or trans: what training and evaluation read.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "ZORVELA.h"
+#include "predict/secondary_shifts.h"
 
 namespace zorvela {
 
@@ -42,11 +42,11 @@ LabelFile readLabels(const std::string& path);
 /// The secondary shifts of one protein as the program assembles them, in little memory.
 struct EntryShifts {
   std::string name;
-  std::vector<std::string> names;               ///< one-letter name of residue i + 1
-  std::vector<std::array<float, 6>> secondary;  ///< N, HA, C, CA, CB, HN (ppm); above 99: missing
-  std::vector<int> missing;                     ///< how many of the six are missing
-  std::map<int, float> cg;                      ///< CG of prolines by residue number (ppm), 9999 if absent
-  std::map<int, float> cb;                      ///< observed CB of prolines by residue number (ppm)
+  std::vector<std::string> names;          ///< one-letter name of residue i + 1
+  std::vector<SecondaryShifts> secondary;  ///< of residue i + 1
+  std::vector<int> missing;                ///< how many of the six are missing
+  std::map<int, float> cg;                 ///< CG of prolines by residue number (ppm), 9999 if absent
+  std::map<int, float> cb;                 ///< observed CB of prolines by residue number (ppm)
 
   int length() const { return static_cast<int>(names.size()); }
 };

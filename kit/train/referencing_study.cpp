@@ -14,14 +14,11 @@ namespace zorvela {
 
 namespace {
 
-// Places in EntryShifts::secondary.
-enum AtomPlace : std::size_t { kHA = 1, kC = 2, kCA = 3, kCB = 4 };
-
 void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-void addTo(EntryShifts& chain, std::size_t place, double ppm) {
+void addTo(EntryShifts& chain, AtomPlace place, double ppm) {
   for (SecondaryShifts& residue : chain.secondary) add(residue[place], ppm, kMissingSecondaryShift);
 }
 
@@ -32,20 +29,20 @@ void addToProlines(std::map<int, float>& shifts, double ppm) {
 }  // namespace
 
 void addOffsets(EntryShifts& chain, double carbon, double proton) {
-  for (const std::size_t place : {kC, kCA, kCB}) addTo(chain, place, carbon);
+  for (const AtomPlace place : {kPlaceC, kPlaceCA, kPlaceCB}) addTo(chain, place, carbon);
   addToProlines(chain.cg, carbon);
   addToProlines(chain.cb, carbon);
-  addTo(chain, kHA, proton);
+  addTo(chain, kPlaceHA, proton);
 }
 
 void rereference(EntryShifts& chain) {
   for (const auto& [atom, ppm] : correctionsOf(estimateOffsets(chain.secondary))) {
-    if (atom == "CA") addTo(chain, kCA, -ppm);
-    if (atom == "C") addTo(chain, kC, -ppm);
-    if (atom == "HA") addTo(chain, kHA, -ppm);
+    if (atom == "CA") addTo(chain, kPlaceCA, -ppm);
+    if (atom == "C") addTo(chain, kPlaceC, -ppm);
+    if (atom == "HA") addTo(chain, kPlaceHA, -ppm);
     if (atom == "CG") addToProlines(chain.cg, -ppm);
     if (atom != "CB") continue;
-    addTo(chain, kCB, -ppm);
+    addTo(chain, kPlaceCB, -ppm);
     addToProlines(chain.cb, -ppm);
   }
 }
@@ -158,24 +155,20 @@ FoundOffsets byRelations(const EntryShifts& chain, const std::vector<ShiftRelati
   return found;
 }
 
-bool has(const SecondaryShifts& residue, std::size_t place) {
-  return residue[place] <= kMissingSecondaryShift;
-}
-
 std::size_t residuesWith(const EntryShifts& chain, const std::function<bool(const SecondaryShifts&)>& holds) {
   return static_cast<std::size_t>(std::count_if(chain.secondary.begin(), chain.secondary.end(), holds));
 }
 
 bool hasCarbon(const SecondaryShifts& residue) {
-  return has(residue, kCA) || has(residue, kCB) || has(residue, kC);
+  return shiftAt(residue, kPlaceCA) || shiftAt(residue, kPlaceCB) || shiftAt(residue, kPlaceC);
 }
 
 bool hasAlphaProton(const SecondaryShifts& residue) {
-  return has(residue, kHA);
+  return shiftAt(residue, kPlaceHA).has_value();
 }
 
 bool hasCAandCB(const SecondaryShifts& residue) {
-  return has(residue, kCA) && has(residue, kCB);
+  return shiftAt(residue, kPlaceCA) && shiftAt(residue, kPlaceCB);
 }
 
 /// Each cluster's half, 0 or 1.

@@ -62,6 +62,12 @@ std::optional<double> valueOf(Measure measure, const std::vector<SecondaryShifts
   return amideProtons(residues, i);
 }
 
+/// Whether a value of the measure occurs: at most one step beyond the ends of the curve.
+bool isKnown(const ShiftRelation& relation, double value) {
+  const double place = (value - relation.first) / relation.step;
+  return place >= -1 && place <= static_cast<double>(relation.points.size());
+}
+
 /// The curve at a value of the measure; level beyond its ends.
 double curveAt(const ShiftRelation& relation, double value) {
   const double last = static_cast<double>(relation.points.size() - 1);
@@ -125,47 +131,47 @@ const std::vector<ShiftRelation>& knownRelations() {
        Measure::caMinusCb,
        -6,
        1,
-       {-2.286, -1.975, -1.677, -1.388, -1.052, -0.612, -0.092, 0.534, 1.483, 2.276, 2.877, 3.560, 4.405,
-        5.109, 5.782},
-       0.631,
-       0.093},
+       {-2.284, -1.973, -1.675, -1.386, -1.050, -0.610, -0.090, 0.536, 1.485, 2.278, 2.879, 3.562, 4.407,
+        5.111, 5.784},
+       0.620,
+       0.090},
       {"CA",
        Measure::alphaProton,
        -0.8,
        0.2,
-       {3.376, 3.212, 2.725, 2.076, 0.164, -0.483, -1.126, -1.349, -1.495, -1.737},
-       1.154,
-       0.291},
+       {3.395, 3.230, 2.743, 2.094, 0.182, -0.465, -1.108, -1.331, -1.476, -1.719},
+       1.150,
+       0.303},
       {"HA",
        Measure::caMinusCb,
        -6,
        1,
-       {0.817, 0.631, 0.519, 0.413, 0.288, 0.153, 0.051, -0.016, -0.120, -0.194, -0.254, -0.367, -0.478,
-        -0.541, -0.523},
-       0.227,
-       0.038},
+       {0.816, 0.630, 0.518, 0.413, 0.287, 0.152, 0.050, -0.017, -0.121, -0.195, -0.255, -0.368, -0.479,
+        -0.542, -0.524},
+       0.223,
+       0.039},
       {"HA",
        Measure::amideProtons,
        -1,
        0.25,
-       {-0.103, -0.088, -0.099, -0.068, 0.015, 0.058, 0.220, 0.412, 0.525},
-       0.309,
-       0.078},
+       {-0.104, -0.088, -0.100, -0.069, 0.014, 0.057, 0.219, 0.411, 0.524},
+       0.305,
+       0.079},
       {"C",
        Measure::caMinusCb,
        -6,
        1,
        {-1.652, -1.534, -1.377, -1.132, -0.836, -0.570, -0.278, 0.013, 0.611, 1.338, 1.954, 1.988, 1.757,
         1.622, 1.543},
-       1.139,
+       1.142,
        0.240},
       {"C",
        Measure::alphaProton,
        -0.8,
        0.2,
-       {1.055, 1.175, 1.349, 1.176, -0.051, -0.491, -0.968, -1.107, -1.225, -1.241},
-       1.332,
-       0.391}};
+       {1.053, 1.173, 1.347, 1.174, -0.053, -0.493, -0.970, -1.109, -1.227, -1.243},
+       1.329,
+       0.407}};
   return relations;
 }
 
@@ -184,7 +190,8 @@ std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& re
 std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation) {
   std::vector<double> found;
   for (const MeasuredShift& residue : measuredShifts(residues, relation.atom, relation.measure))
-    found.push_back(residue.shift - curveAt(relation, residue.measure));
+    if (isKnown(relation, residue.measure))
+      found.push_back(residue.shift - curveAt(relation, residue.measure));
   return found;
 }
 

@@ -73,7 +73,8 @@ Protein corrected(Protein protein, const Corrections& corrections);
 /// HA".
 std::string correctionNote(const Corrections& corrections);
 
-/// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm).
+/// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
+/// more than one step beyond the curve are left out: no right assignment is there.
 std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation);
 
 /// Values of a measure and of an atom for the residues that have both.

@@ -73,16 +73,16 @@ TEST(Referencing, ErrorIsNeverBelowTheUsualScatter) {
   EXPECT_NEAR(offset.error, 0.185858, 1e-5);  // root of (1.2533 x 0.5)^2 / 16 + 0.1^2
 }
 
-TEST(Referencing, BetweenPointsAStraightLineBeyondThemALevelOne) {
-  const std::vector<ShiftRelation> bent = {{"CA", Measure::caMinusCb, 0, 2, {1, 5, 5.5}, 0.5, 0}};
-  const std::vector<SecondaryShifts> residues = {residue(-3, 0), residue(0.5, 0), residue(2, 0),
-                                                 residue(9, 0)};
-  const std::vector<double> found = deviations(residues, bent[0]);
+TEST(Referencing, BetweenPointsAStraightLineBesideThemALevelOneBeyondNothing) {
+  const ShiftRelation bent = {"CA", Measure::caMinusCb, 0, 2, {1, 5, 5.5}, 0.5, 0};
+  const std::vector<SecondaryShifts> residues = {residue(-2.1, 0), residue(-1.5, 0), residue(0.5, 0),
+                                                 residue(2, 0),    residue(5, 0),    residue(6.1, 0)};
+  const std::vector<double> found = deviations(residues, bent);
   ASSERT_EQ(found.size(), 4U);
-  EXPECT_NEAR(found[0], -1.5 - 1, 1e-6);
+  EXPECT_NEAR(found[0], -0.75 - 1, 1e-6);
   EXPECT_NEAR(found[1], 0.25 - 2, 1e-6);
   EXPECT_NEAR(found[2], 1 - 5, 1e-6);
-  EXPECT_NEAR(found[3], 4.5 - 5.5, 1e-6);
+  EXPECT_NEAR(found[3], 2.5 - 5.5, 1e-6);
 }
 
 TEST(Referencing, FewerThanTenResiduesGiveNoOffset) {

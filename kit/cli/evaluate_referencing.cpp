@@ -1,6 +1,7 @@
 #include "cli/evaluate_referencing.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <ostream>
 #include <string>
@@ -21,6 +22,11 @@ std::string formatted(const char* format, Values... values) {
 std::string share(std::size_t part, std::size_t whole) {
   if (whole == 0) return "-";
   return formatted("%zu (%.1f %%)", part, 100.0 * static_cast<double>(part) / static_cast<double>(whole));
+}
+
+/// -0.0004 would be written -0.000.
+double withoutMinusZero(double ppm) {
+  return std::round(ppm * 1000) == 0 ? 0.0 : ppm;
 }
 
 std::string measureText(Measure measure) {
@@ -54,7 +60,7 @@ void writeReferencing(std::ostream& out, const ReferencingStudy& study) {
       << '\n';
   for (const EstimateSpread& row : study.spreads)
     out << formatted("%-27s %-15s %7zu  %8.3f  %8.3f  %.1f %%", row.atoms.c_str(),
-                     kMethodNames[row.method].c_str(), row.count, row.median, row.deviation,
+                     kMethodNames[row.method].c_str(), row.count, withoutMinusZero(row.median), row.deviation,
                      100 * row.beyondTwoErrors)
         << '\n';
 }

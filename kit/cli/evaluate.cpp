@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/commands.h"
+#include "cli/evaluate_referencing.h"
 #include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
@@ -19,6 +20,7 @@
 #include "train/labelled_prolines.h"
 #include "train/metrics.h"
 #include "train/published_tables.h"
+#include "train/referencing_study.h"
 #include "train/table_training.h"
 #include "util/number.h"
 #include "zorvela/calls.h"
@@ -48,6 +50,11 @@ struct EvaluateSettings {
   std::string predictions;
   std::string roc;
   std::string calibration;
+  double carbonAdded = 0;
+  double protonAdded = 0;
+  bool rereference = false;
+  bool referencing = false;
+  std::string relations;
 };
 
 // --- Groups ---------------------------------------------------------------------------------------
@@ -261,7 +268,28 @@ PublishedData besideLabels(PublishedData published, const std::string& labels) {
   return published;
 }
 
+/// How well offsets are seen, instead of how well prolines are predicted.
+void evaluateReferencing(const EvaluateSettings& settings) {
+  ZORVELA run;
+  useTables(*loadTables(findTables(settings.tables)), run);
+  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  const ReferencingStudy study = studyReferencing(run, data);
+  if (!settings.relations.empty())
+    writeWhole(settings.relations, [&](std::ostream& out) { writeRelations(out, study); });
+  writeWhole(settings.output, [&](std::ostream& out) { writeReferencing(out, study); });
+}
+
+/// The proteins as a spectrometer with wrong referencing would have given them, corrected if asked for.
+LabelledProlines withOffsets(LabelledProlines data, const EvaluateSettings& settings) {
+  for (EntryShifts& entry : data.entries) {
+    addOffsets(entry, settings.carbonAdded, settings.protonAdded);
+    if (settings.rereference) rereference(entry);
+  }
+  return data;
+}
+
 void evaluate(const EvaluateSettings& settings) {
+  if (settings.referencing) return evaluateReferencing(settings);
   ZORVELA run;
   ReferenceTables published;
   std::string tables;
@@ -274,12 +302,13 @@ void evaluate(const EvaluateSettings& settings) {
     tables = findTables(settings.tables);
     useTables(*loadTables(tables), run);
   }
-  const LabelledProlines data =
+  const LabelledProlines known =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  const LabelledProlines data = withOffsets(known, settings);
   const Predictions predictions =
-      settings.folds > 0
-          ? crossValidate(published, data, settings.folds, settings.choices, progressBar("Cross-validating"))
-          : predictAll(run, data);
+      settings.folds > 0 ? crossValidate(published, known, data, settings.folds, settings.choices,
+                                         progressBar("Cross-validating"))
+                         : predictAll(run, data);
 
   const Evaluation result = evaluation(data, predictions);
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);
@@ -333,6 +362,26 @@ void addEvaluate(CLI::App& app) {
       ->add_option("--calibration", settings->calibration,
                    "predicted probability against observed share of cis")
       ->group(files);
+  const std::string offsets = "Wrong referencing";
+  command->add_option("--add-13c", settings->carbonAdded, "ppm added to CA, CB, C and CG before predicting")
+      ->group(offsets);
+  command->add_option("--add-ha", settings->protonAdded, "ppm added to HA before predicting")->group(offsets);
+  command
+      ->add_flag("--rereference", settings->rereference,
+                 "take away offsets that call for a correction before predicting")
+      ->group(offsets);
+  CLI::Option* referencing =
+      command
+          ->add_flag("--referencing", settings->referencing,
+                     "instead of predictions: how often a correction is called for, as the entries are and "
+                     "with offsets added")
+          ->excludes(folds)
+          ->group(offsets);
+  command
+      ->add_option("--relations", settings->relations,
+                   "with --referencing: file for the constants of the estimate, fitted to the entries")
+      ->needs(referencing)
+      ->group(offsets);
   std::vector<CLI::Option*> forFolds = addTrainingOptions(*command, settings->choices);
   const auto addSource = [&](const char* name, std::string& path, const char* description) {
     forFolds.push_back(command->add_option(name, path, description)

@@ -34,12 +34,12 @@ namespace zorvela {
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
-constexpr int kResiduesForCertainty = 20;  // in a referencing fit
 constexpr int kMostJobs = 256;
 
 struct RunSettings {
   std::vector<std::string> files;
   ImportOptions import;
+  PredictorOptions predict;
   std::string tables;
   std::string format = reportFormats().front().name;
   std::string output = "-";
@@ -73,7 +73,7 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
   std::vector<FileReport> reports(settings.files.size());
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
   std::vector<Predictor> predictors;
-  while (predictors.size() < jobs) predictors.emplace_back(tables);
+  while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
 
   std::atomic<std::size_t> next{0};
   Progress progress("Predicting", settings.files.size());
@@ -99,10 +99,10 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
 
 std::string offsetWarning(const ReferencingOffset& offset) {
   const std::string size = fixedText(std::fabs(static_cast<double>(offset.offset)), 2);
-  const bool isCertain = offset.size >= kResiduesForCertainty;
+  const std::string error = fixedText(static_cast<double>(offset.error), 2);
   return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
-         (offset.offset > 0 ? "high" : "low") + (isCertain ? " (" : " (only ") + std::to_string(offset.size) +
-         " residues); check the referencing and correct it";
+         (offset.offset > 0 ? "high" : "low") + " (error " + error + " ppm, " + std::to_string(offset.size) +
+         " residues); check the referencing and correct it, or add --rereference";
 }
 
 void sayAll(const RunReport& report) {
@@ -111,7 +111,8 @@ void sayAll(const RunReport& report) {
       const std::string name = messageName(protein.file, protein.chain);
       sayNotes(name, protein.notes, kNotesShown, "--format json has them all");
       for (const ReferencingOffset& offset : protein.offsets)
-        if (callsForCorrection(offset)) say("warning: " + name + ": " + offsetWarning(offset));
+        if (callsForCorrection(offset) && !offset.correctedBy)
+          say("warning: " + name + ": " + offsetWarning(offset));
     }
     if (!file.error.empty()) say(file.error);
   }
@@ -168,6 +169,8 @@ void addRun(CLI::App& app) {
   command->add_option("--tables", settings->tables)
       ->type_name("DIR")
       ->description("Folder of the seven reference tables");
+  command->add_flag("--rereference", settings->predict.rereference)
+      ->description("Take away referencing offsets that call for a correction before predicting");
   command->add_option("--chain", settings->import.chains)
       ->type_name("NAME")
       ->allow_extra_args(false)

@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "ZORVELA.h"
+#include "predict/referencing.h"
+#include "predict/secondary_shifts.h"
 #include "predict/tables.h"
 #include "zorvela/predict.h"
 
@@ -25,11 +27,20 @@ void assemble(ZORVELA& run, const Protein& protein) {
   run.getResInfo();
 }
 
-std::vector<ReferencingOffset> offsetsOf(ZORVELA& run) {
+std::vector<ReferencingOffset> toResults(const std::vector<OffsetEstimate>& estimates) {
   std::vector<ReferencingOffset> offsets;
-  for (const ::ReferencingOffset& offset : run.referencingOffsets())
-    offsets.push_back({offset.atom, offset.offset, offset.error, offset.size, offset.recommended});
+  for (const OffsetEstimate& estimate : estimates)
+    offsets.push_back({estimate.atom, static_cast<float>(estimate.offset), static_cast<float>(estimate.error),
+                       estimate.residues, callsForCorrection(estimate), std::nullopt});
   return offsets;
+}
+
+/// Says in the results what is taken away before predicting.
+void addCorrections(ProteinResult& result, const Corrections& corrections) {
+  for (ReferencingOffset& offset : result.offsets)
+    if (corrections.count(offset.atom) > 0)
+      offset.correctedBy = static_cast<float>(corrections.at(offset.atom));
+  result.notes.insert(result.notes.begin(), correctionNote(corrections));
 }
 
 /// How many of the six backbone shifts a residue has; nothing outside the sequence.
@@ -38,14 +49,17 @@ std::optional<int> shiftCount(const ZORVELA& run, int resid) {
   return kAtomsPerResidue - run.missingCount.at(resid);
 }
 
-std::optional<float> observedCG(const ZORVELA& run, int resid) {
-  const auto shift = run.cgShifts.find(resid);
-  if (shift == run.cgShifts.end() || shift->second >= kMissingBound) return std::nullopt;
+using ShiftsByResidue = std::map<int, float>;
+
+std::optional<float> observedCG(const ShiftsByResidue& cgShifts, int resid) {
+  const auto shift = cgShifts.find(resid);
+  if (shift == cgShifts.end() || shift->second >= kMissingBound) return std::nullopt;
   return shift->second;
 }
 
 /// Proline, neighbours, shift counts: all that is known before a prediction.
-ProlineResult describe(const ZORVELA& run, const Protein& protein, int position) {
+ProlineResult describe(const ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts,
+                       int position) {
   const auto index = static_cast<std::size_t>(position) - 1;
   ProlineResult proline;
   proline.position = position;
@@ -61,7 +75,7 @@ ProlineResult describe(const ZORVELA& run, const Protein& protein, int position)
   proline.previousCount = shiftCount(run, position - 1);
   proline.count = shiftCount(run, position);
   proline.nextCount = shiftCount(run, position + 1);
-  proline.cgShift = observedCG(run, position);
+  proline.cgShift = observedCG(cgShifts, position);
   return proline;
 }
 
@@ -73,9 +87,9 @@ const std::string& whyNot(const Protein& protein, int position) {
   return reason::kTooFewShifts;
 }
 
-ProlineResult resultOf(const ZORVELA& run, const Protein& protein, int position,
-                       const std::optional<ProlinePrediction>& prediction) {
-  ProlineResult proline = describe(run, protein, position);
+ProlineResult resultOf(const ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts,
+                       int position, const std::optional<ProlinePrediction>& prediction) {
+  ProlineResult proline = describe(run, protein, cgShifts, position);
   if (!prediction) {
     proline.reason = whyNot(protein, position);
     return proline;
@@ -92,7 +106,8 @@ ProlineResult resultOf(const ZORVELA& run, const Protein& protein, int position,
 
 }  // namespace
 
-Predictor::Predictor(const Tables& tables) : run(std::make_unique<ZORVELA>()) {
+Predictor::Predictor(const Tables& tables, const PredictorOptions& chosen)
+    : options(chosen), run(std::make_unique<ZORVELA>()) {
   useTables(*tables, *run);
 }
 
@@ -109,14 +124,20 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.length = static_cast<int>(protein.sequence.size());
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.notes = protein.notes;
-  result.offsets = offsetsOf(*run);
+  const std::vector<OffsetEstimate> estimates = estimateOffsets(secondaryShifts(*run));
+  result.offsets = toResults(estimates);
+  const ShiftsByResidue observedCGs = run->cgShifts;
+  if (const Corrections corrections = correctionsOf(estimates); options.rereference && !corrections.empty()) {
+    addCorrections(result, corrections);
+    assemble(*run, corrected(protein, corrections));
+  }
   std::vector<int> positions;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i)
     if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p')
       positions.push_back(static_cast<int>(i) + 1);
   const auto predictions = run->predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i)
-    result.prolines.push_back(resultOf(*run, protein, positions[i], predictions[i]));
+    result.prolines.push_back(resultOf(*run, protein, observedCGs, positions[i], predictions[i]));
   return result;
 }
 

@@ -7,6 +7,7 @@
 #include "formats/format.h"
 #include "formats/input_bytes.h"
 #include "protein/assembly.h"
+#include "protein/plausible_shifts.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -14,8 +15,18 @@ namespace zorvela {
 
 namespace {
 
+constexpr std::size_t kLongestNote = 1000;
+
+void noteImplausible(Protein& protein) {
+  const std::vector<std::string> shifts = implausibleShifts(protein);
+  if (shifts.empty()) return;
+  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
+                          printable(enumerated(shifts), kLongestNote));
+}
+
 std::vector<Protein> readEntry(const Source& source, const ImportOptions& options) {
   std::vector<Protein> proteins = makeProteins(readSource(source), source.file, options);
+  for (Protein& protein : proteins) noteImplausible(protein);
   if (source.entry.empty()) return proteins;
   for (Protein& protein : proteins)
     protein.chain = source.entry + (protein.chain.empty() ? "" : "_" + protein.chain);

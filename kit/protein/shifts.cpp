@@ -25,24 +25,6 @@ struct Candidate {
   bool isPseudo = false;
 };
 
-/// Ranges (ppm) that no backbone shift of a diamagnetic protein leaves; outside, columns or nuclei are
-/// likely to be mixed up.
-struct UsualRange {
-  const char* atoms;
-  double from;
-  double to;
-};
-constexpr UsualRange kUsualRanges[] = {
-    {"N", 90, 150},  {"HN", 2, 15},  {"HA", -1, 9},  {"HA2", -1, 9}, {"HA3", -1, 9},
-    {"C", 160, 190}, {"CA", 35, 80}, {"CB", 10, 85}, {"CG", 15, 40},
-};
-
-bool isUsual(const std::string& atom, double ppm) {
-  for (const UsualRange& range : kUsualRanges)
-    if (atom == range.atoms) return ppm >= range.from && ppm <= range.to;
-  return true;
-}
-
 std::string linePrefix(const FileShift& row) {
   return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
 }
@@ -162,9 +144,6 @@ class ShiftCollector {
     std::vector<Shift> result;
     for (const auto& [key, candidate] : chosen) result.push_back(candidate.shift);
     std::sort(result.begin(), result.end(), isBefore);
-    for (const Shift& shift : result)
-      if (!isUsual(shift.atom, toNumber(shift.shift)))
-        unusual.add(label(shift) + " at " + shift.shift + " ppm is far from any usual value; kept");
     return result;
   }
 
@@ -172,7 +151,6 @@ class ShiftCollector {
     noteLists(notes);
     badValues.appendTo(notes);
     duplicates.appendTo(notes);
-    unusual.appendTo(notes);
     noteCounts(notes);
   }
 
@@ -340,7 +318,6 @@ class ShiftCollector {
   std::vector<std::string> hydroxylRing;
   LimitedNotes badValues{"values that are no numbers"};
   LimitedNotes duplicates{"atoms that are given twice"};
-  LimitedNotes unusual{"shifts far from any usual value"};
   std::size_t withoutValue = 0;
   std::size_t missingMarks = 0;
   std::size_t repeated = 0;

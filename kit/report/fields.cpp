@@ -30,6 +30,12 @@ Value offsetValue(const ProteinResult& protein, const char* atom) {
   return orNothing(offset->offset);
 }
 
+Value correctionValue(const ProteinResult& protein, const char* atom) {
+  const ReferencingOffset* offset = offsetOf(protein, atom);
+  if (offset == nullptr) return {};
+  return orNothing(offset->correctedBy);
+}
+
 Value atomsToCorrect(const ProteinResult& protein) {
   std::string atoms;
   for (const std::string& atom : kOffsetAtoms) {
@@ -79,7 +85,11 @@ const std::vector<Field<ProteinResult>>& offsetColumns() {
       {"offset_cb", In::csv, [](Chain chain) { return offsetValue(chain, "CB"); }},
       {"offset_ha", In::csv, [](Chain chain) { return offsetValue(chain, "HA"); }},
       {"offset_c", In::csv, [](Chain chain) { return offsetValue(chain, "C"); }},
-      {"to_correct", In::csv, [](Chain chain) { return atomsToCorrect(chain); }}};
+      {"to_correct", In::csv, [](Chain chain) { return atomsToCorrect(chain); }},
+      {"corrected_ca", In::csv, [](Chain chain) { return correctionValue(chain, "CA"); }},
+      {"corrected_cb", In::csv, [](Chain chain) { return correctionValue(chain, "CB"); }},
+      {"corrected_ha", In::csv, [](Chain chain) { return correctionValue(chain, "HA"); }},
+      {"corrected_c", In::csv, [](Chain chain) { return correctionValue(chain, "C"); }}};
   return fields;
 }
 
@@ -90,8 +100,8 @@ const std::vector<Field<ReferencingOffset>>& offsetFields() {
       {"offset", In::json, [](Offset offset) { return orNothing(offset.offset); }},
       {"error", In::json, [](Offset offset) { return orNothing(offset.error); }},
       {"residues", In::json, [](Offset offset) -> Value { return offset.size; }},
-      {"correction_recommended", In::json,
-       [](Offset offset) -> Value { return callsForCorrection(offset); }}};
+      {"correction_recommended", In::json, [](Offset offset) -> Value { return callsForCorrection(offset); }},
+      {"corrected_by", In::json, [](Offset offset) { return orNothing(offset.correctedBy); }}};
   return fields;
 }
 

@@ -90,20 +90,28 @@ std::string offsetText(const ProteinResult& protein, const std::string& atom) {
   return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!" : "");
 }
 
+std::string correctionLegend(bool anyCorrection, bool anyCorrected) {
+  if (anyCorrected) return "; ! taken away before predicting";
+  return anyCorrection ? "; ! a correction is recommended" : "";
+}
+
 void writeOffsets(const RunReport& report, std::ostream& out) {
   const bool withList = hasSeveralLists(report);
   TextTable table(joined(originTitles(withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
   bool anyCorrection = false;
+  bool anyCorrected = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
     TextTable::Cells cells = joined(originOf(protein, withList),
                                     {std::to_string(protein.length), std::to_string(protein.shiftCount)});
     for (const std::string& atom : kOffsetAtoms) {
       cells.push_back(offsetText(protein, atom));
       anyCorrection = anyCorrection || cells.back().back() == '!';
+      const ReferencingOffset* offset = offsetOf(protein, atom);
+      anyCorrected = anyCorrected || (offset != nullptr && offset->correctedBy);
     }
     table.add(std::move(cells), false);
   });
-  out << "\nReferencing offsets (ppm)" << (anyCorrection ? "; ! a correction is recommended\n" : "\n");
+  out << "\nReferencing offsets (ppm)" << correctionLegend(anyCorrection, anyCorrected) << '\n';
   table.write(false, out);
 }
 

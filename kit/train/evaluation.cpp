@@ -60,7 +60,8 @@ std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) 
 
 /// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
 void predictFold(const ReferenceTables& published, const LabelledProlines& data,
-                 const std::vector<bool>& inFold, const TrainingChoices& choices, Predictions& out) {
+                 const LabelledProlines& asked, const std::vector<bool>& inFold,
+                 const TrainingChoices& choices, Predictions& out) {
   std::vector<bool> useEntry(data.entries.size(), true);
   std::set<std::string> windows;
   for (std::size_t i = 0; i < inFold.size(); ++i) {
@@ -76,7 +77,7 @@ void predictFold(const ReferenceTables& published, const LabelledProlines& data,
   trainTables(tables, data, useEntry, useLabel, choices);
   ZORVELA run;
   useTables(tables, run);
-  predict(run, data, inFold, out);
+  predict(run, asked, inFold, out);
 }
 
 }  // namespace
@@ -87,8 +88,9 @@ Predictions predictAll(ZORVELA& run, const LabelledProlines& data) {
   return out;
 }
 
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
-                          const TrainingChoices& choices, const OnStep& onStep) {
+Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
+                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
+                          const OnStep& onStep) {
   std::size_t clusters = 0;
   const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
   if (clusters < folds)
@@ -99,7 +101,7 @@ Predictions crossValidate(const ReferenceTables& published, const LabelledProlin
   for (std::size_t f = 0; f < folds; ++f) {
     std::vector<bool> inFold(cluster.size());
     for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
-    predictFold(published, data, inFold, choices, out);
+    predictFold(published, data, asked, inFold, choices, out);
     if (onStep) onStep(f + 1, folds);
   }
   return out;

@@ -45,10 +45,12 @@ using Predictions = std::vector<std::optional<ProlinePrediction>>;
 Predictions predictAll(ZORVELA& run, const LabelledProlines& data);
 
 /// Predicts each label by structure with tables that are trained without its fold: clusters are dealt out to
-/// the folds, and entries and windows of a fold are left out together with its clusters. Error if
-/// there are fewer clusters than folds, or a fold leaves no cis or no trans to train on. A step is a fold.
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
-                          const TrainingChoices& choices, const OnStep& onStep = {});
+/// the folds, and entries and windows of a fold are left out together with its clusters. `data` trains,
+/// `asked`, which differs from it in shifts alone, is predicted. Error if there are fewer clusters than
+/// folds, or a fold leaves no cis or no trans to train on. A step is a fold.
+Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
+                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
+                          const OnStep& onStep = {});
 
 /// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
 /// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the

@@ -92,12 +92,7 @@ EntryShifts readEntry(const std::string& name, const std::string& path, ZORVELA&
     entry.names.push_back(run.resNames[resid]);
     entry.missing.push_back(run.missingCount[resid]);
   }
-  entry.secondary.resize(entry.names.size());
-  std::size_t cell = 0;
-  for (const auto& [number, row] : run.resTable.entries) {
-    entry.secondary[cell / kAtomsPerResidue][cell % kAtomsPerResidue] = GDB::toFloat(GDB::cell(row, "SHIFT"));
-    ++cell;
-  }
+  entry.secondary = secondaryShifts(run);
   entry.cg = run.cgShifts;
   for (const auto& [resid, shift] : entry.cg) {
     const GDB::Row* row = run.csTable.findEntry("RESID", std::to_string(resid), "ATOMNAME", kAtomCB, 1);
@@ -181,9 +176,17 @@ EntryView::EntryView(ZORVELA& run, const EntryShifts& entry) : zorvela(run), shi
 }
 
 void EntryView::focus(int resid) {
+  addRows(std::max(resid - 1, 1), std::min(resid + 1, shifts.length()));
+}
+
+void EntryView::showAll() {
+  addRows(1, shifts.length());
+}
+
+void EntryView::addRows(int first, int last) {
   zorvela.resTable = GDB();
   int row = 0;
-  for (int i = std::max(resid - 1, 1); i <= std::min(resid + 1, shifts.length()); ++i) {
+  for (int i = first; i <= last; ++i) {
     for (const auto& [key, atom] : zorvela.atomNames) {
       const float shift =
           shifts.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];

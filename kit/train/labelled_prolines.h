@@ -1,7 +1,6 @@
 // Proteins with shifts whose prolines are known to be cis or trans: what training and evaluation read.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "ZORVELA.h"
+#include "predict/secondary_shifts.h"
 
 namespace zorvela {
 
@@ -42,11 +42,11 @@ LabelFile readLabels(const std::string& path);
 /// The secondary shifts of one protein as the program assembles them, in little memory.
 struct EntryShifts {
   std::string name;
-  std::vector<std::string> names;               ///< one-letter name of residue i + 1
-  std::vector<std::array<float, 6>> secondary;  ///< N, HA, C, CA, CB, HN (ppm); above 99: missing
-  std::vector<int> missing;                     ///< how many of the six are missing
-  std::map<int, float> cg;                      ///< CG of prolines by residue number (ppm), 9999 if absent
-  std::map<int, float> cb;                      ///< observed CB of prolines by residue number (ppm)
+  std::vector<std::string> names;          ///< one-letter name of residue i + 1
+  std::vector<SecondaryShifts> secondary;  ///< of residue i + 1
+  std::vector<int> missing;                ///< how many of the six are missing
+  std::map<int, float> cg;                 ///< CG of prolines by residue number (ppm), 9999 if absent
+  std::map<int, float> cb;                 ///< observed CB of prolines by residue number (ppm)
 
   int length() const { return static_cast<int>(names.size()); }
 };
@@ -70,15 +70,19 @@ using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
                               const OnStep& onStep = {});
 
-/// Puts an entry back into a run object, so that its triplets and predictions can be asked for. Only
-/// the residues around the one that is asked for have rows: call `focus` before each question.
+/// Puts an entry back into a run object, so that its triplets, predictions and offsets can be asked for. Only
+/// residues that are asked for have rows: call `focus` before each question on a proline.
 class EntryView {
  public:
   EntryView(ZORVELA& run, const EntryShifts& entry);
   /// Rows of residues `resid` - 1 to `resid` + 1.
   void focus(int resid);
+  /// Rows of all residues.
+  void showAll();
 
  private:
+  void addRows(int first, int last);
+
   ZORVELA& zorvela;
   const EntryShifts& shifts;
 };

@@ -1,15 +1,11 @@
 // Sums run in the order of the values, so that results are the same on every machine.
 #include "train/statistics_tools.h"
 
-#include <algorithm>
 #include <cmath>
 
-namespace zorvela {
+#include "util/robust.h"
 
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return percentile(values, 50.0);
-}
+namespace zorvela {
 
 double percentile(const std::vector<double>& sorted, double percent) {
   const double place = percent / 100.0 * static_cast<double>(sorted.size() - 1);
@@ -21,15 +17,9 @@ double percentile(const std::vector<double>& sorted, double percent) {
 
 namespace {
 
-// Makes the median distance from the median a deviation, for Gaussian values.
-constexpr double kDeviationsPerMedianDistance = 1.4826;
-
 std::vector<double> withoutOutliers(const std::vector<double>& values, double trim) {
   const double centre = median(values);
-  std::vector<double> distances;
-  distances.reserve(values.size());
-  for (const double value : values) distances.push_back(std::abs(value - centre));
-  const double farthest = trim * kDeviationsPerMedianDistance * median(distances);
+  const double farthest = trim * robustDeviation(values, centre);
   if (!(farthest > 0)) return values;
   std::vector<double> kept;
   for (const double value : values)

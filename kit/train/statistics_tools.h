@@ -1,13 +1,10 @@
-// Median, percentile, trimmed mean and deviation.
+// Percentile, trimmed mean and deviation.
 #pragma once
 
 #include <cstddef>
 #include <vector>
 
 namespace zorvela {
-
-/// The median; the mean of the middle two where the count is even. `values` must not be empty.
-double median(std::vector<double> values);
 
 /// A percentile (0 to 100) of sorted values, interpolated between neighbours. `sorted` must not be empty.
 double percentile(const std::vector<double>& sorted, double percent);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "train/statistics_tools.h"
+#include "util/robust.h"
 #include "train/table_cells.h"
 #include "zorvela/error.h"
 

@@ -40,13 +40,14 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts);
 
 // --- Results ------------------------------------------------------------------------------------
 
-/// A straight-line estimate of a referencing offset.
+/// The referencing offset of an atom in a chain, which a few wrong residues do not move.
 struct ReferencingOffset {
   std::string atom;          ///< "CA", "CB", "HA" or "C"
-  float offset = 0;          ///< ppm, observed minus expected; infinite or not a number from too few residues
-  float error = 0;           ///< ppm, of the fit
-  int size = 0;              ///< residues in the fit
-  bool recommended = false;  ///< the offset calls for a correction
+  float offset = 0;          ///< ppm, observed minus expected; not a number from fewer than ten residues
+  float error = 0;           ///< its standard error, ppm
+  int size = 0;              ///< residues in the estimate
+  bool recommended = false;  ///< above its bound (CA, CB 0.75, C 1, HA 0.25 ppm) and three times its error
+  std::optional<float> correctedBy;  ///< ppm taken away before predicting; nothing where the shifts were kept
 };
 
 /// Whether the offset of an atom is a number that calls for a correction.
@@ -91,10 +92,15 @@ struct ProteinResult {
   std::vector<std::string> notes;          ///< what was renamed, dropped or guessed in reading the file
 };
 
+struct PredictorOptions {
+  /// Offsets that call for a correction are taken away before predicting; CG of proline goes with CA and CB.
+  bool rereference = false;
+};
+
 /// Predicts one protein after the other. Not for several threads at once: give each its own.
 class Predictor {
  public:
-  explicit Predictor(const Tables& tables);
+  explicit Predictor(const Tables& tables, const PredictorOptions& options = {});
   Predictor(Predictor&& other) noexcept;
   Predictor& operator=(Predictor&& other) noexcept;
   ~Predictor();
@@ -103,6 +109,7 @@ class Predictor {
   ProteinResult predict(const Protein& protein);
 
  private:
+  PredictorOptions options;
   std::unique_ptr<ZORVELA> run;
 };
 

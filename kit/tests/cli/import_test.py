@@ -191,11 +191,12 @@ class StarTest(ImportTest):
              "atoms that the residue type has not, left out: 1 CB, 3 H",
              '2 HA: "abc" is no number; left out',
              "CA of residue 2 is given as 52.9 and 52.1 ppm: 52.9 is used",
-             "CA of residue 3 at 163.0 ppm is far from any usual value; kept",
              "1 shift left out, the sequence has no such residue: 9",
              "1 row without a value left out",
              "1 mark of a missing shift (0, or 999 and above) left out",
-             "1 shift is given twice with the same value"], chain="1")
+             "1 shift is given twice with the same value",
+             "outside the range of the residue type, so perhaps assigned wrongly; kept: CA of P3 at 163.0 ppm "
+             "(55.9 to 70.9)"], chain="1")
 
     def test_sequence_by_copy(self):
         """As the PDB writes it; an inserted residue has a number of its own."""

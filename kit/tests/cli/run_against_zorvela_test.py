@@ -66,18 +66,6 @@ class SameAsZorvela(unittest.TestCase):
                              [i + 1 for i, name in enumerate(sequence) if name == "P"])
             self.assertEqual(protein["length"], len(sequence))
 
-    def test_referencing_offsets_are_those_of_the_check_report(self):
-        pattern = re.compile(r"Estimated (\S+) shift referencing offset +(\S+) ppm \(fitting error: +(\S+), "
-                             r"size: +(\d+)\)(.*)")
-        for file, protein in zip(program.EXAMPLES, program.proteins(*program.EXAMPLES), strict=True):
-            report = zorvela("-in", file, "-check")
-            self.assertEqual(report.returncode, 255)
-            self.assertEqual(
-                [("C'" if o["atom"] == "C" else o["atom"], "%.3f" % o["offset"],
-                  "%.3f" % o["error"], str(o["residues"]), o["correction_recommended"])
-                 for o in protein["referencing"]],
-                [(a, o, e, s, "recommended" in r) for a, o, e, s, r in pattern.findall(report.stdout)])
-
 
 # --- The same in Python -------------------------------------------------------------------------
 

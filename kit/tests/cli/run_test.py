@@ -281,26 +281,74 @@ class Errors(InFolder):
         self.assertIn("cis where P_CIS_NORM is at least 0.5, trans where it is at most 0.05, undecided between.",
                       result.stdout)
 
-    def test_referencing_that_calls_for_a_correction_is_a_warning(self):
-        # CA, CB and CA - CB on a line with an offset of +3 ppm: CA = 3 + d/2, CB = 3 - d/2 for d below 0.
+    def off(self, carbon):
+        """32 residues without secondary shifts, but for ppm added to CA and CB."""
         sequence = "A" * 30 + "PA"
-        changes = {}
-        for resid in range(1, 31):
-            d = -resid / 10
-            coil = 53.0 if resid == 30 else 55.0
-            changes[resid, "CA"] = coil + 3 + d / 2
-            changes[resid, "CB"] = 30 + 3 - d / 2
-        file = self.put("off.tab", program.full_table(sequence, changes))
+        shifts = [(resid, atom, shift + (carbon if atom in ("CA", "CB") else 0))
+                  for resid in range(1, 33) for _, atom, shift in program.full_residue(sequence, resid)]
+        cg = 27.0 + carbon
+        return self.put("off%g.tab" % carbon, program.shift_table(sequence, [*shifts, (31, "CG", cg)]))
+
+    # Where CA - CB is 0, CA stands at -0.090 ppm in chains without an offset, within 0.620 ppm for a residue
+    # and 0.090 ppm for a chain.
+    OFFSET = -3 + 0.090
+    ERROR = math.sqrt((1.2533 * 0.620) ** 2 / 32 + 0.090 ** 2)
+
+    def test_referencing_that_calls_for_a_correction_is_a_warning(self):
+        file = self.off(-3)
         result = program.run("--format", "csv", file)
         self.assertEqual(result.returncode, 0)
         (row,) = program.csv_rows(result.stdout)
         self.assertEqual(row["to_correct"], "CA CB")
-        warnings = result.stderr.splitlines()
-        self.assertEqual(len(warnings), 2)
-        for atom, warning in zip(("CA", "CB"), warnings):
-            self.assertRegex(warning, r"^zorvela-kit: warning: %s: %s shifts seem [0-9]\.[0-9]{2} ppm too high "
-                             r"\(30 residues\); check the referencing and correct it$" % (file, atom))
-        self.assertRegex(program.run(file).stdout, r"\n   \S+off\.tab +- +32 +[0-9]+ +[0-9.]+! +[0-9.]+! +")
+        self.assertEqual([row["corrected_" + atom] for atom in ("ca", "cb", "ha", "c")], ["", "", "", ""])
+        self.assertAlmostEqual(float(row["offset_ca"]), self.OFFSET, delta=1e-5)
+        self.assertEqual(row["offset_cb"], row["offset_ca"])
+        self.assertEqual(result.stderr.splitlines(), [
+            "zorvela-kit: warning: %s: %s shifts seem 2.91 ppm too low (error %.2f ppm, 32 residues); check the "
+            "referencing and correct it, or add --rereference" % (file, atom, self.ERROR) for atom in ("CA", "CB")])
+        self.assertRegex(program.run(file).stdout,
+                         r"; ! a correction is recommended\n.*\n   \S+tab +- +32 +[0-9]+ +-2\.910! +-2\.910! +-0")
+
+    def test_a_referencing_offset_can_be_taken_away(self):
+        file = self.off(-3)
+        result = program.run("--rereference", "--format", "json", file)
+        note = "re-referenced before predicting: 2.91 ppm added to CA, CB and CG of proline"
+        self.assertEqual(result.stderr, "zorvela-kit: note: %s: %s\n" % (file, note))
+        (protein,) = json.loads(result.stdout)["proteins"]
+        self.assertEqual(protein["notes"], [note])
+        ca, cb, ha, c = protein["referencing"]
+        for offset in (ca, cb):
+            self.assertAlmostEqual(offset["corrected_by"], self.OFFSET, delta=1e-5)
+            self.assertAlmostEqual(offset["error"], self.ERROR, delta=1e-5)
+            self.assertEqual(offset["residues"], 32)
+        self.assertEqual([ha["corrected_by"], c["corrected_by"]], [None, None])
+        self.assertEqual(protein["prolines"][0]["cg_shift"], 24)  # as observed
+        # What is left is 0.090 ppm too low. Deviations of 1 ppm (CB 1.5): cis means CB +2, CG 24; trans CB 0, CG 27.
+        plain = json.loads(program.run("--format", "json", self.off(-0.090)).stdout)["proteins"][0]
+        self.assertAlmostEqual(protein["prolines"][0]["p_cis"], plain["prolines"][0]["p_cis"], delta=1e-4)
+        self.assertNotAlmostEqual(protein["prolines"][0]["p_cis"],
+                                  json.loads(program.run("--format", "json", file).stdout)["proteins"][0]
+                                  ["prolines"][0]["p_cis"], delta=0.05)
+        self.assertIn("; ! taken away before predicting\n", program.run("--rereference", file).stdout)
+
+    def test_without_an_offset_the_option_changes_nothing(self):
+        file = self.off(-0.5)  # certain, but too small to matter
+        for form in ("csv", "json", "table"):
+            plain = program.run("--format", form, file)
+            self.assertEqual(program.run("--rereference", "--format", form, file).stdout, plain.stdout)
+            self.assertEqual(plain.stderr, "")
+
+    def test_a_wrong_residue_moves_no_offset_and_is_named(self):
+        with open(program.SOURCE / "examples" / "nuclease.tab", encoding="ascii") as file:
+            text = file.read()
+        self.assertIn("\n   1 A   CA    51.800\n   1 A   CB    19.370\n", text)
+        wrong = self.put("wrong.tab", text.replace("   1 A   CA    51.800\n   1 A   CB    19.370\n",
+                                                   "   1 A   CA    73.500\n   1 A   CB    76.000\n"))
+        without = self.put("without.tab", text.replace("   1 A   CA    51.800\n   1 A   CB    19.370\n", ""))
+        first, second = program.proteins(wrong, without)
+        self.assertEqual(first["referencing"], second["referencing"])
+        self.assertIn("outside the range of the residue type, so perhaps assigned wrongly; kept: "
+                      "CA of A1 at 73.500 ppm (44.8 to 61.0), CB of A1 at 76.000 ppm (10.9 to 30.0)", first["notes"])
 
 
 class Jobs(InFolder):

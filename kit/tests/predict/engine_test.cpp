@@ -26,7 +26,7 @@ void addResidue(Protein& protein, int resid) {
   }
   protein.shifts.push_back({resid, "HA", "4"});
   protein.shifts.push_back({resid, "C", "175"});
-  protein.shifts.push_back({resid, "CA", beforeProline ? "53" : "55"});
+  protein.shifts.push_back({resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))});
   protein.shifts.push_back({resid, "CB", "30"});
 }
 

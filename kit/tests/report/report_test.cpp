@@ -107,6 +107,14 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
             "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
+TEST(ReportTable, SaysWhatWasTakenAway) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].offsets[0].correctedBy = 1.5F;
+  EXPECT_NE(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); })
+                .find("\nReferencing offsets (ppm); ! taken away before predicting\n"),
+            std::string::npos);
+}
+
 TEST(ReportTable, ColoursTheCisRowsAlone) {
   const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), {true}, out); });
   EXPECT_NE(
@@ -179,17 +187,25 @@ TEST(ReportCsv, HasARowForEachProlineAndEachError) {
   EXPECT_EQ(
       written([](std::ostream& out) { zorvela::writeCsv(sample(), {}, out); }),
       "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
-      "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct\n"
-      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA\n"
-      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA\n"
-      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,\n");
+      "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,corrected_ca,corrected_cb,corrected_ha,"
+      "corrected_c\n"
+      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA,,,,\n"
+      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA,,,,\n"
+      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,,,,,\n");
+}
+
+TEST(ReportCsv, HoldsWhatWasTakenAway) {
+  zorvela::RunReport report = sample();
+  report.files[0].proteins[0].offsets[0].correctedBy = 1.5F;
+  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
+  EXPECT_NE(text.find(",CA HA,1.5,,,\n"), std::string::npos) << text;
 }
 
 TEST(ReportCsv, DoublesQuotesAndKeepsLineEndsInQuotes) {
   zorvela::RunReport report = sample();
   report.files = {{"a\"b\n", {}, "bad"}};
   const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
-  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,\n");
+  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,,,,,\n");
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {
@@ -203,10 +219,10 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
     "proteins": [{
       "file": "a.str", "chain": "A", "list": "1", "length": 40, "shifts": 200,
       "referencing": [
-        {"atom": "CA", "offset": 1.5, "error": 0.25, "residues": 20, "correction_recommended": true},
-        {"atom": "CB", "offset": -0.25, "error": 0.25, "residues": 20, "correction_recommended": false},
-        {"atom": "HA", "offset": 0.5, "error": 0.25, "residues": 20, "correction_recommended": true},
-        {"atom": "C", "offset": null, "error": 0.25, "residues": 20, "correction_recommended": false}],
+        {"atom": "CA", "offset": 1.5, "error": 0.25, "residues": 20, "correction_recommended": true, "corrected_by": null},
+        {"atom": "CB", "offset": -0.25, "error": 0.25, "residues": 20, "correction_recommended": false, "corrected_by": null},
+        {"atom": "HA", "offset": 0.5, "error": 0.25, "residues": 20, "correction_recommended": true, "corrected_by": null},
+        {"atom": "C", "offset": null, "error": 0.25, "residues": 20, "correction_recommended": false, "corrected_by": null}],
       "prolines": [
         {"resid": "117", "position": 17, "prev": "K", "next": "N", "prev_resid": "116", "next_resid": "118",
          "cs_cnt_prev": 6, "cs_cnt": 4, "cs_cnt_next": 5, "cg_shift": 24.31, "p_cis": 0.999,

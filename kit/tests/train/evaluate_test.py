@@ -97,6 +97,23 @@ class Evaluate(unittest.TestCase):
         self.assertAlmostEqual(mcc(labels, [d > 7.1 for d in difference]), rule["mcc"]["value"], places=9)
         self.assertIsNone(rule["log_loss"])
 
+    def test_offsets_added_move_what_is_predicted(self):
+        """CG and CB as observed carry the offset, their difference does not; made proteins are too short to
+        estimate it, so that nothing is taken away."""
+        plain = self.with_tables("--json", "--bootstrap", "0")
+        self.assertEqual(plain, self.with_tables("--json", "--bootstrap", "0", "--add-13c", "0", "--add-ha", "0"))
+        moved = self.with_tables("--json", "--bootstrap", "0", "--add-13c", "2")
+        figures, others = ({g["group"]: g for g in json.loads(text)["groups"]} for text in (plain, moved))
+        self.assertNotEqual(figures["all"]["log_loss"], others["all"]["log_loss"])
+        self.assertEqual(figures["with_cb_and_cg_rule"]["mcc"], others["with_cb_and_cg_rule"]["mcc"])
+        self.assertEqual(moved, self.with_tables("--json", "--bootstrap", "0", "--add-13c", "2", "--rereference"))
+
+    def test_relations_need_more_than_a_few_short_proteins(self):
+        result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), "--referencing"])
+        self.assertNotEqual(0, result.returncode)
+        self.assertEqual("", result.stdout)
+        self.assertEqual(1, len(result.stderr.splitlines()))
+
     def test_the_same_probabilities_as_the_program(self):
         for row in self.predictions():
             subprocess.run([ZORVELA, "-in", os.path.join(self.data.path("entries"), row["entry"] + ".tab"), "-tabDir",

@@ -78,7 +78,7 @@ TEST(CrossValidation, PredictsByTablesOfTheOtherClusters) {
   const zorvela::TrainingChoices choices;
   std::vector<std::size_t> steps;
   const auto predictions =
-      zorvela::crossValidate(made::publishedTables(), data, 2, choices,
+      zorvela::crossValidate(made::publishedTables(), data, data, 2, choices,
                              [&](std::size_t done, std::size_t) { steps.push_back(done); });
   EXPECT_EQ((std::vector<std::size_t>{1, 2}), steps);
   const std::vector<bool> first = {true, true, false, false};
@@ -98,7 +98,7 @@ TEST(CrossValidation, PredictsByTablesOfTheOtherClusters) {
 
 TEST(CrossValidation, NeedsAClusterForEachFold) {
   const auto data = made::dataOf({{"GAPAG", Omega::cis}, {"GAPAA", Omega::trans}});
-  EXPECT_THROW(zorvela::crossValidate(made::publishedTables(), data, 3, {}), zorvela::Error);
+  EXPECT_THROW(zorvela::crossValidate(made::publishedTables(), data, data, 3, {}), zorvela::Error);
 }
 
 TEST(Evaluation, ScoresTheMedianOfEachWindowAndCountsTheRest) {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <vector>
 
+#include "util/robust.h"
+
 namespace {
 
 TEST(Percentile, InterpolatesBetweenNeighbours) {

@@ -23,7 +23,8 @@ EXAMPLES = sorted(f for f in (SOURCE / "examples").glob("*.tab") if not f.name.e
 SCHEMA = SOURCE / "kit" / "report" / "run.schema.json"
 
 COLUMNS = ("file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
-           "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct").split(",")
+           "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,"
+           "corrected_ca,corrected_cb,corrected_ha,corrected_c").split(",")
 
 
 @functools.lru_cache(maxsize=None)

@@ -12,9 +12,9 @@ def shift_table(sequence, rows, remark="made for a test"):
 def full_residue(sequence, resid):
     """All backbone shifts of a residue as the made tables have them, with no secondary shift."""
     name = sequence[resid - 1]
-    before_proline = sequence[resid:resid + 1] == "P"
+    alpha = (63.0 if name == "P" else 55.0) - (2.0 if sequence[resid:resid + 1] == "P" else 0.0)
     atoms = [] if name == "P" else [("N", 120.0), ("HN", 8.0)]
-    atoms += [("HA", 4.0), ("C", 175.0), ("CA", 53.0 if before_proline else 55.0), ("CB", 30.0)]
+    atoms += [("HA", 4.0), ("C", 175.0), ("CA", alpha), ("CB", 30.0)]
     return [(resid, atom, shift) for atom, shift in atoms]
 
 

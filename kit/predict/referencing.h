@@ -1,0 +1,88 @@
+// How far the shifts of a chain lie off their references, by a fit that a few wrong residues cannot move.
+//
+// CA - CB of a residue says helix or strand whatever the 13C referencing, and where it stands the secondary
+// shifts of CA, CB, C' and HA are known to within their scatter. What the chain's shifts have in common
+// beyond that is its offset: the median over its residues. Chains without CB (or without 13C) have HA (or HN)
+// take the place of CA - CB, with a larger error.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "predict/secondary_shifts.h"
+#include "zorvela/protein.h"
+
+namespace zorvela {
+
+/// Standard error of a median over that of a mean, for Gaussian values: the root of pi / 2.
+inline constexpr double kMedianOverMean = 1.2533;
+
+/// What says helix or strand for a residue.
+enum class Measure {
+  caMinusCb,     ///< CA - CB
+  alphaProton,   ///< HA
+  amideProtons,  ///< mean of HN of the residue and of the next one, or the one of them that is there
+};
+
+/// Where the secondary shift of an atom stands for each value of a measure, in chains without an offset.
+struct ShiftRelation {
+  std::string atom;  ///< CA, HA or C
+  Measure measure = Measure::caMinusCb;
+  double first = 0;            ///< value of the measure at the first point (ppm)
+  double step = 1;             ///< from point to point (ppm)
+  std::vector<double> points;  ///< the atom's secondary shift (ppm); straight lines between
+  double scatter = 0;          ///< robust deviation of a residue from the curve (ppm)
+  double betweenChains = 0;    ///< deviation from chain to chain that more residues do not lower (ppm)
+};
+
+/// The relations of the reference tables that come with the program, fitted to 1,707 BMRB entries by
+/// `zorvela-kit evaluate --referencing`.
+const std::vector<ShiftRelation>& knownRelations();
+
+/// An offset of a chain: its shifts are this much too high.
+struct OffsetEstimate {
+  std::string atom;   ///< CA, CB, HA or C
+  double offset = 0;  ///< ppm; not a number where there are too few residues
+  double error = 0;   ///< standard error (ppm); not a number where the offset is none
+  int residues = 0;   ///< in the estimate, those beyond the scatter left out
+};
+
+/// Offsets of CA, CB, HA and C, in this order, from the secondary shifts of a chain in order of sequence.
+/// CA and CB share one offset, that of the 13C axis: CA - CB does not change with it. Fewer than ten residues
+/// give none.
+std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& residues,
+                                            const std::vector<ShiftRelation>& relations = knownRelations());
+
+/// The size (ppm) from which an offset of an atom matters: 0.75 for CA and CB, 1 for C, 0.25 for HA.
+double correctionBound(const std::string& atom);
+
+/// Whether an offset is above its bound and more than three times its error.
+bool callsForCorrection(const OffsetEstimate& estimate);
+
+/// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C.
+using Corrections = std::map<std::string, double>;
+
+/// The offsets that call for a correction. CG of proline goes with CA and CB.
+Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates);
+
+/// The protein with its shifts corrected; HA2 and HA3 of glycine as HA.
+Protein corrected(Protein protein, const Corrections& corrections);
+
+/// "re-referenced before predicting: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to
+/// HA".
+std::string correctionNote(const Corrections& corrections);
+
+/// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
+/// more than one step beyond the curve are left out: no right assignment is there.
+std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation);
+
+/// Values of a measure and of an atom for the residues that have both.
+struct MeasuredShift {
+  double measure = 0;
+  double shift = 0;
+};
+std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& residues,
+                                          const std::string& atom, Measure measure);
+
+}  // namespace zorvela

@@ -1,0 +1,64 @@
+"""On the development data: the constants of the referencing estimate and the ranges of plausible shifts are what their
+commands print, and offsets are seen as often as the document says.
+
+Without the data, which are not part of the repository, these tests are skipped.
+"""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from zorvela_tests.program import DATA, KIT, SOURCE, needs_shared_data
+
+PROTEINS = ["--entries", os.path.join(DATA, "entries"), "--labels", os.path.join(DATA, "prolines.csv")]
+
+
+def text_of(*path):
+    with open(os.path.join(SOURCE, *path), encoding="utf-8") as file:
+        return file.read()
+
+
+def code(text):
+    """Without what the formatter changes."""
+    return re.sub(r"\s", "", text)
+
+
+@needs_shared_data
+class Constants(unittest.TestCase):
+    maxDiff = None
+
+    def test_offsets_are_seen_as_the_document_says(self):
+        with tempfile.TemporaryDirectory() as folder:
+            relations = os.path.join(folder, "relations.txt")
+            result = subprocess.run([KIT, "evaluate", *PROTEINS, "--referencing", "--tables",
+                                     os.path.join(SOURCE, "tab"), "--relations", relations], capture_output=True,
+                                    text=True, check=False)
+            self.assertEqual(("", 0), (result.stderr, result.returncode))
+            with open(relations, encoding="utf-8") as file:
+                fitted = file.read().splitlines()
+        self.assertEqual(6, len(fitted))
+        source = code(text_of("kit", "predict", "referencing.cpp"))
+        for line in fitted:
+            self.assertIn(code(line.rstrip(",")), source)
+        self.assertIn(result.stdout, text_of("doc", "accuracy.md"))
+        for name, least, most in (("as they are", 0, 2), ("1.5 ppm added to all 13C, chains with 13C", 95, 100),
+                                  ("0.5 ppm added to HA, chains with HA", 95, 100)):
+            (line,) = [line for line in result.stdout.splitlines() if line.startswith(name)]
+            for percent in re.findall(r"\(([0-9.]+) %\)", line)[1:]:
+                self.assertGreater(float(percent), least, line)
+                self.assertLess(float(percent), most, line)
+
+    def test_plausible_ranges_are_those_of_their_script(self):
+        printed = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "plausible-shifts"), DATA],
+                                 capture_output=True, text=True, check=True).stdout.splitlines()
+        source = code(text_of("kit", "protein", "plausible_shifts.cpp"))
+        self.assertEqual(22, len(printed))
+        for line in printed[:-1]:
+            self.assertIn(code(line.rstrip(",")), source)
+        self.assertIn(printed[-1], text_of("doc", "accuracy.md"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,15 +1,19 @@
 // zorvela-kit: files in, predictions out, and the tables for them.
 #include <fcntl.h>
+#include <signal.h>
 
 #include <exception>
+#include <iostream>
 #include <new>
+#include <sstream>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
 #include "cli/messages.h"
-#include "predict/tables.h"
+#include "cli/whole_file.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/version.h"
 
@@ -28,10 +32,26 @@ int fail(const std::string& message) {
   return 1;
 }
 
+/// What the parser of the command line has to say: help and version on standard output, else what is wrong
+/// on standard error. The command line may come from anywhere, so its words are no more trusted than a file's.
+int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = app.exit(error, out, err);
+  std::cerr << zorvela::shownLines(err.str()) << std::flush;
+  try {
+    zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
+  } catch (const zorvela::Error& e) {
+    return fail(e.what());
+  }
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   reserveStandardStreams();
+  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
   CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
   app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
   app.require_subcommand(1);
@@ -44,7 +64,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     return 0;
   } catch (const CLI::ParseError& e) {
-    return app.exit(e);
+    return exitStatusOf(app, e);
   } catch (const zorvela::ReportedFailure&) {
     return 1;
   } catch (const zorvela::Error& e) {

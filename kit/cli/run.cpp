@@ -129,9 +129,11 @@ std::vector<std::string> formatNames() {
 }
 
 void run(const RunSettings& settings) {
-  InputFiles(settings.files).mustNotHold(settings.output);
   RunReport report;
   report.tables = findTables(settings.tables);
+  InputFiles inputs(settings.files);
+  inputs.addFolder(report.tables);
+  inputs.mustNotHold(settings.output);
   report.files = predictFiles(settings, loadTables(report.tables));
   sayAll(report);
   const ReportStyle style{wantsColour(settings.output)};

@@ -8,12 +8,14 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input_files.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
 #include "predict/tables.h"
 #include "train/labelled_prolines.h"
 #include "train/published_tables.h"
 #include "train/table_training.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -37,7 +39,16 @@ void writeTables(ReferenceTables& tables, const std::string& folder) {
     writeWhole(folder + "/" + name, [&table = table](std::ostream& out) { table->writeTable(out); });
 }
 
+/// Nothing that is read may be replaced: neither an entry of a table's name nor a published file.
+void checkOutputs(const TrainSettings& settings) {
+  InputFiles inputs({settings.labels, settings.published.neighbours, settings.published.randomCoil,
+                     settings.published.neighbourEffects});
+  inputs.addFolder(settings.entries);
+  for (const char* name : kTableNames) inputs.mustNotHold(settings.output + "/" + name);
+}
+
 void train(const TrainSettings& settings) {
+  checkOutputs(settings);
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
   ZORVELA run;
   useTables(tables, run);
@@ -46,7 +57,8 @@ void train(const TrainSettings& settings) {
   trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
               std::vector<bool>(data.windows.size(), true), settings.choices);
   writeTables(tables, settings.output);
-  std::cout << "Seven tables written to " << settings.output << std::endl;
+  std::cout << "Seven tables written to " + shown(settings.output) + "\n";
+  flushStandardOutput();
 }
 
 }  // namespace

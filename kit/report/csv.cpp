@@ -4,28 +4,19 @@
 #include "report/fields.h"
 #include "report/walk.h"
 #include "util/number.h"
+#include "util/text.h"
 #include "zorvela/report.h"
 
 namespace zorvela {
 
 namespace {
 
-std::string quotedWhereNeeded(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
-}
-
 struct CellText {
   std::string operator()(std::monostate) const { return ""; }
   std::string operator()(int number) const { return std::to_string(number); }
   std::string operator()(float number) const { return numberText(number); }
   std::string operator()(bool isSo) const { return isSo ? "yes" : "no"; }
-  std::string operator()(const std::string& text) const { return quotedWhereNeeded(text); }
+  std::string operator()(const std::string& text) const { return csvCell(text); }
 };
 
 /// Writes the cells of one line, a comma before each but the first.

@@ -37,7 +37,7 @@ class TextTable {
   void add(Cells cells, bool standsOut) {
     widths.resize(std::max(widths.size(), cells.size()), 0);
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      cells[i] = withoutControls(cells[i]);
+      cells[i] = shown(cells[i]);
       widths[i] = std::max(widths[i], screenWidth(cells[i]));
     }
     rows.push_back({std::move(cells), standsOut});
@@ -164,7 +164,7 @@ void writeOffsets(const RunReport& report, std::ostream& out) {
 void writeErrors(const RunReport& report, std::ostream& out) {
   if (countErrors(report) == 0) return;
   out << "\nNot predicted\n";
-  forEachError(report, [&](const FileReport& file) { out << "   " << withoutControls(file.error) << '\n'; });
+  forEachError(report, [&](const FileReport& file) { out << "   " << shown(file.error) << '\n'; });
 }
 
 std::size_t countProteins(const RunReport& report) {

@@ -13,6 +13,7 @@
 
 #include "cli/commands.h"
 #include "cli/input_files.h"
+#include "cli/messages.h"
 #include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
@@ -292,6 +293,7 @@ void evaluate(const EvaluateSettings& settings) {
   }
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  sayLeftOut(data);
   const Predictions predictions =
       settings.folds > 0
           ? crossValidate(published, data, settings.folds, settings.choices, progressBar("Cross-validating"))

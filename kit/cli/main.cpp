@@ -27,8 +27,18 @@ void reserveStandardStreams() {
       return;
 }
 
-int fail(const std::string& message) {
-  zorvela::say(message);
+/// Takes no memory itself.
+int failWithoutMemory() {
+  std::cerr << zorvela::kProgramName << ": out of memory; give fewer or smaller files\n" << std::flush;
+  return 1;
+}
+
+int fail(const char* message, const char* kind = "") {
+  try {
+    zorvela::say(std::string(kind) + message);
+  } catch (const std::bad_alloc&) {
+    return failWithoutMemory();
+  }
   return 1;
 }
 
@@ -47,11 +57,7 @@ int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
   return status;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  reserveStandardStreams();
-  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
+int runCommand(int argc, char** argv) {
   CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
   app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
   app.require_subcommand(1);
@@ -65,13 +71,23 @@ int main(int argc, char** argv) {
     return 0;
   } catch (const CLI::ParseError& e) {
     return exitStatusOf(app, e);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
+  reserveStandardStreams();
+  try {
+    return runCommand(argc, argv);
   } catch (const zorvela::ReportedFailure&) {
     return 1;
   } catch (const zorvela::Error& e) {
     return fail(e.what());
   } catch (const std::bad_alloc&) {
-    return fail("out of memory; give fewer or smaller files");
+    return failWithoutMemory();
   } catch (const std::exception& e) {
-    return fail(std::string("unexpected error: ") + e.what());
+    return fail(e.what(), "unexpected error: ");
   }
 }

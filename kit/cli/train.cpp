@@ -1,7 +1,9 @@
 // The sub-command `train`: the seven reference tables from proteins with known prolines.
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <system_error>
 
@@ -9,6 +11,7 @@
 
 #include "cli/commands.h"
 #include "cli/input_files.h"
+#include "cli/messages.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
 #include "predict/tables.h"
@@ -30,13 +33,30 @@ struct TrainSettings {
   TrainingChoices choices;
 };
 
+/// The text of each table. Error unless every one is as `run` wants it, above all without nan.
+std::map<std::string, std::string> checkedTexts(ReferenceTables& tables) {
+  std::map<std::string, std::string> texts;
+  for (const auto& [name, table] : namedTables(tables)) {
+    std::ostringstream out;
+    table->writeTable(out);
+    texts[name] = out.str();
+  }
+  try {
+    tablesFromTexts(texts);
+  } catch (const TableError& e) {
+    throw Error(std::string("the data give no usable table: ") + e.what() + "; look for shifts far from any usual");
+  }
+  return texts;
+}
+
 void writeTables(ReferenceTables& tables, const std::string& folder) {
+  const std::map<std::string, std::string> texts = checkedTexts(tables);
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error)
     throw Error(folder, 0, "cannot be made: " + error.message(), "choose another folder with --output");
-  for (const auto& [name, table] : namedTables(tables))
-    writeWhole(folder + "/" + name, [&table = table](std::ostream& out) { table->writeTable(out); });
+  for (const auto& [name, text] : texts)
+    writeWhole(folder + "/" + name, [&text = text](std::ostream& out) { out << text; });
 }
 
 /// Nothing that is read may be replaced: neither an entry of a table's name nor a published file.
@@ -54,6 +74,7 @@ void train(const TrainSettings& settings) {
   useTables(tables, run);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  sayLeftOut(data);
   trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
               std::vector<bool>(data.windows.size(), true), settings.choices);
   writeTables(tables, settings.output);

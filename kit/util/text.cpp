@@ -120,6 +120,9 @@ bool isFormula(std::string_view text) {
 // Longer numbers are rounded: no spectrometer measures that many digits.
 constexpr std::size_t kLongestNumber = 24;
 constexpr double kLargestShift = 1e9;
+// Up to 15 digits before the point a number keeps its digits in a table, so that the table reads back the
+// same. Marks for a missing shift are that large at times.
+constexpr double kLargestPlainNumber = 1e15;
 constexpr std::size_t kMostNotes = 50;
 
 std::optional<std::string> rounded(const std::string& text) {
@@ -216,7 +219,10 @@ std::optional<int> toInteger(std::string_view text) {
 
 std::optional<std::string> toDecimal(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  if (text.size() <= kLongestNumber && isPlainDecimal(text)) return std::string(text);
+  if (text.size() <= kLongestNumber && isPlainDecimal(text)) {
+    if (std::fabs(std::strtod(std::string(text).c_str(), nullptr)) > kLargestPlainNumber) return std::nullopt;
+    return std::string(text);
+  }
   if (isScientific(text)) return rounded(std::string(text));
   return std::nullopt;
 }

@@ -13,6 +13,8 @@
 
 #include "cli/commands.h"
 #include "cli/evaluate_referencing.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
 #include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
@@ -23,6 +25,7 @@
 #include "train/referencing_study.h"
 #include "train/table_training.h"
 #include "util/number.h"
+#include "util/text.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
@@ -145,7 +148,7 @@ void writeLine(std::ostream& out, const std::string& name, const std::string& co
 
 void writeTable(std::ostream& out, const Evaluation& evaluation, const std::vector<GroupFigures>& all,
                 const std::string& tables) {
-  out << "Tables: " << tables << '\n'
+  out << "Tables: " << shown(tables) << '\n'
       << evaluation.labelled << " prolines labelled by structure; " << evaluation.notPredicted
       << " without prediction, " << evaluation.repeated << " in a window seen before, "
       << evaluation.notANumber.size() << " with shifts too far from both classes\n"
@@ -218,7 +221,7 @@ void writeJson(std::ostream& out, const Evaluation& evaluation, const std::vecto
                {"groups", Json::array()}};
   for (const GroupFigures& g : all) json["groups"].push_back(groupJson(g));
   json["calibration"] = calibrationJson(evaluation);
-  out << json.dump(2) << '\n';
+  out << json.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
 }
 
 std::string number(double value) {
@@ -231,7 +234,8 @@ void writePredictions(std::ostream& out, const Evaluation& evaluation, const Lab
   out << "entry,resid,window,cluster,label_structure,contradicted,shifts,cb_minus_cg,p_cis,p_cis_norm\n";
   for (const Evaluated& p : evaluation.prolines) {
     const ProlineLabel& label = data.labels.prolines[p.label];
-    out << label.entry << ',' << label.resid << ',' << data.windows[p.label] << ',' << label.cluster << ','
+    out << csvCell(label.entry) << ',' << label.resid << ',' << csvCell(data.windows[p.label]) << ','
+        << csvCell(label.cluster) << ','
         << (p.isCis ? "cis" : "trans") << ',' << (p.isContradicted() ? "yes" : "no") << ',' << p.shiftCount()
         << ',' << (p.ruleApplies() ? number(p.cbMinusCg) : "") << ',' << number(p.pCis) << ','
         << number(p.pCisNorm) << '\n';
@@ -288,7 +292,20 @@ LabelledProlines withOffsets(LabelledProlines data, const EvaluateSettings& sett
   return data;
 }
 
+void checkOutputs(const EvaluateSettings& settings) {
+  const std::vector<std::string> outputs = {settings.output, settings.predictions, settings.roc,
+                                            settings.calibration, settings.relations};
+  const PublishedData published = besideLabels(settings.published, settings.labels);
+  InputFiles inputs(
+      {settings.labels, published.neighbours, published.randomCoil, published.neighbourEffects});
+  inputs.addFolder(settings.entries);
+  if (settings.folds == 0) inputs.addFolder(findTables(settings.tables));
+  for (const std::string& output : outputs) inputs.mustNotHold(output);
+  mustDiffer(outputs);
+}
+
 void evaluate(const EvaluateSettings& settings) {
+  checkOutputs(settings);
   if (settings.referencing) return evaluateReferencing(settings);
   ZORVELA run;
   ReferenceTables published;
@@ -305,6 +322,7 @@ void evaluate(const EvaluateSettings& settings) {
   const LabelledProlines known =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
   const LabelledProlines data = withOffsets(known, settings);
+  sayLeftOut(data);
   const Predictions predictions =
       settings.folds > 0 ? crossValidate(published, known, data, settings.folds, settings.choices,
                                          progressBar("Cross-validating"))

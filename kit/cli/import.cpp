@@ -101,16 +101,17 @@ void writeTable(const std::string& path, const Protein& protein) {
 bool isOneStream(const std::string& output, std::size_t tables) {
   if (output.empty()) return tables == 1;
   if (output == kStandardOutput) return true;
-  return output.back() != '/' && !fs::is_directory(output);
+  std::error_code unknown;  // what is wrong with the path is said when it is written
+  return output.back() != '/' && !fs::is_directory(output, unknown);
 }
 
-void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins) {
+void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins, const InputFiles& inputs) {
   const std::string path = given.output.empty() ? kStandardOutput : given.output;
   if (proteins.size() > 1)
     throw Error(path == kStandardOutput ? "standard output" : path, 0,
                 "cannot hold " + std::to_string(proteins.size()) + " tables",
                 "name a folder (with / at the end), or choose one with --chain and --list");
-  InputFiles(given.files).mustNotHold(path);
+  inputs.mustNotHold(path);
   writeTable(path, proteins.front());
 }
 
@@ -129,9 +130,8 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
 }
 
 /// No table may replace another one, nor a file that it came from.
-void checkPaths(const ImportArguments& given, const std::vector<std::string>& paths,
-                const std::vector<Protein>& proteins) {
-  const InputFiles inputs(given.files);
+void checkPaths(const std::vector<std::string>& paths, const std::vector<Protein>& proteins,
+                const InputFiles& inputs) {
   std::unordered_map<std::string, std::size_t> users;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     const auto [other, isNew] = users.emplace(paths[i], i);
@@ -163,21 +163,23 @@ void sayPaths(const ImportArguments& given, const std::vector<std::string>& path
         counted(proteins[i].shifts.size(), "shift", "shifts") + ")");
 }
 
-void writeTables(const ImportArguments& given, const std::vector<Protein>& proteins) {
+void writeTables(const ImportArguments& given, const std::vector<Protein>& proteins,
+                 const InputFiles& inputs) {
   if (isOneStream(given.output, proteins.size())) {
-    writeOne(given, proteins);
+    writeOne(given, proteins, inputs);
     return;
   }
   const std::vector<std::string> paths = tablePaths(given.output, proteins);
-  checkPaths(given, paths, proteins);
+  checkPaths(paths, proteins, inputs);
   if (!given.output.empty()) makeFolder(given.output);
   for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
   sayPaths(given, paths, proteins);
 }
 
 void importFiles(const ImportArguments& given) {
+  const InputFiles inputs(given.files);
   const Imported imported = readFiles(given);
-  if (!imported.proteins.empty()) writeTables(given, imported.proteins);
+  if (!imported.proteins.empty()) writeTables(given, imported.proteins, inputs);
   if (const std::size_t notes = countNotes(imported.proteins); notes > 0)
     say(counted(notes, "note", "notes") + " on " + counted(imported.proteins.size(), "table", "tables"));
   if (imported.failures == 0) return;

@@ -9,6 +9,7 @@
 namespace zorvela {
 
 /// The proteins of a file or, for "-", of standard input; see `readShiftFile`. `Protein::file` is the path.
+/// Error too where memory ends.
 std::vector<Protein> readInput(const std::string& path, const ImportOptions& options);
 
 /// How messages name an input: the path, or "standard input" for "-".

@@ -1,15 +1,19 @@
 // zorvela-kit: files in, predictions out, and the tables for them.
 #include <fcntl.h>
+#include <signal.h>
 
 #include <exception>
+#include <iostream>
 #include <new>
+#include <sstream>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
 #include "cli/messages.h"
-#include "predict/tables.h"
+#include "cli/whole_file.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/version.h"
 
@@ -23,15 +27,37 @@ void reserveStandardStreams() {
       return;
 }
 
-int fail(const std::string& message) {
-  zorvela::say(message);
+/// Takes no memory itself.
+int failWithoutMemory() {
+  std::cerr << zorvela::kProgramName << ": out of memory; give fewer or smaller files\n" << std::flush;
   return 1;
 }
 
-}  // namespace
+int fail(const char* message, const char* kind = "") {
+  try {
+    zorvela::say(std::string(kind) + message);
+  } catch (const std::bad_alloc&) {
+    return failWithoutMemory();
+  }
+  return 1;
+}
 
-int main(int argc, char** argv) {
-  reserveStandardStreams();
+/// What the parser of the command line has to say: help and version on standard output, else what is wrong
+/// on standard error. The command line may come from anywhere, so its words are no more trusted than a file's.
+int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = app.exit(error, out, err);
+  std::cerr << zorvela::shownLines(err.str()) << std::flush;
+  try {
+    zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
+  } catch (const zorvela::Error& e) {
+    return fail(e.what());
+  }
+  return status;
+}
+
+int runCommand(int argc, char** argv) {
   CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
   app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
   app.require_subcommand(1);
@@ -47,14 +73,24 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     return 0;
   } catch (const CLI::ParseError& e) {
-    return app.exit(e);
+    return exitStatusOf(app, e);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
+  reserveStandardStreams();
+  try {
+    return runCommand(argc, argv);
   } catch (const zorvela::ReportedFailure&) {
     return 1;
   } catch (const zorvela::Error& e) {
     return fail(e.what());
   } catch (const std::bad_alloc&) {
-    return fail("out of memory; give fewer or smaller files");
+    return failWithoutMemory();
   } catch (const std::exception& e) {
-    return fail(std::string("unexpected error: ") + e.what());
+    return fail(e.what(), "unexpected error: ");
   }
 }

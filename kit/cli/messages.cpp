@@ -14,7 +14,7 @@ constexpr std::size_t kLongestName = 60;
 }
 
 void say(const std::string& text) {
-  std::cerr << kProgramName << ": " + withoutControls(text) + "\n" << std::flush;
+  std::cerr << kProgramName << ": " + shown(text) + "\n" << std::flush;
 }
 
 std::string messageName(const std::string& file, const std::string& chain) {

@@ -67,31 +67,51 @@ FileReport predictFile(Predictor& predictor, const std::string& file, const Impo
   return report;
 }
 
+/// At most `count`, but at least one: fewer where memory ends.
+std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables, const PredictorOptions& options) {
+  std::vector<Predictor> predictors;
+  predictors.reserve(count);
+  try {
+    while (predictors.size() < count) predictors.emplace_back(tables, options);
+  } catch (const std::bad_alloc&) {
+    if (predictors.empty()) throw;
+  }
+  return predictors;
+}
+
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables) {
   std::vector<FileReport> reports(settings.files.size());
-  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
-  std::vector<Predictor> predictors;
-  while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
+  std::vector<Predictor> predictors =
+      makePredictors(std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
 
   std::atomic<std::size_t> next{0};
+  std::atomic<bool> memoryEnded{false};
   Progress progress("Predicting", settings.files.size());
   const auto work = [&](Predictor& predictor) {
-    for (std::size_t i = next++; i < reports.size(); i = next++) {
-      reports[i] = predictFile(predictor, settings.files[i], settings.import);
-      progress.step();
+    try {
+      for (std::size_t i = next++; i < reports.size(); i = next++) {
+        reports[i] = predictFile(predictor, settings.files[i], settings.import);
+        progress.step();
+      }
+    } catch (const std::bad_alloc&) {
+      memoryEnded = true;  // not even a message fits: no error of one file
     }
   };
 
   std::vector<std::thread> helpers;
+  helpers.reserve(predictors.size());
   try {
-    for (std::size_t i = 1; i < jobs; ++i) helpers.emplace_back(work, std::ref(predictors[i]));
+    for (std::size_t i = 1; i < predictors.size(); ++i) helpers.emplace_back(work, std::ref(predictors[i]));
   } catch (const std::system_error&) {
     // The system gives no more threads: those that there are do the work.
+  } catch (const std::bad_alloc&) {
+    // Nor memory for one.
   }
   work(predictors.front());
   for (std::thread& helper : helpers) helper.join();
+  if (memoryEnded) throw std::bad_alloc();
   return reports;
 }
 
@@ -130,9 +150,11 @@ std::vector<std::string> formatNames() {
 }
 
 void run(const RunSettings& settings) {
-  InputFiles(settings.files).mustNotHold(settings.output);
   RunReport report;
   report.tables = findTables(settings.tables);
+  InputFiles inputs(settings.files);
+  inputs.addFolder(report.tables);
+  inputs.mustNotHold(settings.output);
   report.files = predictFiles(settings, loadTables(report.tables));
   sayAll(report);
   const ReportStyle style{wantsColour(settings.output)};

@@ -1,19 +1,24 @@
 // The sub-command `train`: the seven reference tables from proteins with known prolines.
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <system_error>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
 #include "predict/tables.h"
 #include "train/labelled_prolines.h"
 #include "train/published_tables.h"
 #include "train/table_training.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -28,25 +33,53 @@ struct TrainSettings {
   TrainingChoices choices;
 };
 
+/// The text of each table. Error unless every one is as `run` wants it, above all without nan.
+std::map<std::string, std::string> checkedTexts(ReferenceTables& tables) {
+  std::map<std::string, std::string> texts;
+  for (const auto& [name, table] : namedTables(tables)) {
+    std::ostringstream out;
+    table->writeTable(out);
+    texts[name] = out.str();
+  }
+  try {
+    tablesFromTexts(texts);
+  } catch (const TableError& e) {
+    throw Error(std::string("the data give no usable table: ") + e.what() + "; look for shifts far from any usual");
+  }
+  return texts;
+}
+
 void writeTables(ReferenceTables& tables, const std::string& folder) {
+  const std::map<std::string, std::string> texts = checkedTexts(tables);
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error)
     throw Error(folder, 0, "cannot be made: " + error.message(), "choose another folder with --output");
-  for (const auto& [name, table] : namedTables(tables))
-    writeWhole(folder + "/" + name, [&table = table](std::ostream& out) { table->writeTable(out); });
+  for (const auto& [name, text] : texts)
+    writeWhole(folder + "/" + name, [&text = text](std::ostream& out) { out << text; });
+}
+
+/// Nothing that is read may be replaced: neither an entry of a table's name nor a published file.
+void checkOutputs(const TrainSettings& settings) {
+  InputFiles inputs({settings.labels, settings.published.neighbours, settings.published.randomCoil,
+                     settings.published.neighbourEffects});
+  inputs.addFolder(settings.entries);
+  for (const char* name : kTableNames) inputs.mustNotHold(settings.output + "/" + name);
 }
 
 void train(const TrainSettings& settings) {
+  checkOutputs(settings);
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
   ZORVELA run;
   useTables(tables, run);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  sayLeftOut(data);
   trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
               std::vector<bool>(data.windows.size(), true), settings.choices);
   writeTables(tables, settings.output);
-  std::cout << "Seven tables written to " << settings.output << std::endl;
+  std::cout << "Seven tables written to " + shown(settings.output) + "\n";
+  flushStandardOutput();
 }
 
 }  // namespace

@@ -7,9 +7,34 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/messages.h"
 #include "cli/progress.h"
+#include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
+
+namespace {
+
+/// A number from `low` to `high`, which "nan" is not; 0 too where it turns a choice off.
+CLI::Validator numberFrom(double low, double high, bool orZero) {
+  const std::string range = (orZero ? "0, or " : "") + numberText(static_cast<float>(low)) + " to " +
+                            numberText(static_cast<float>(high));
+  return CLI::Validator(
+      [=](const std::string& text) -> std::string {
+        double value = 0;
+        const bool isNumber = CLI::detail::lexical_cast(text, value);
+        if (isNumber && ((orZero && value == 0) || (value >= low && value <= high))) return "";
+        return "\"" + shown(text) + "\" is not " + range;
+      },
+      range);
+}
+
+// Closer to the ends of the range, or to the median, hardly a shift is left to take a deviation of.
+constexpr double kLeastLimitPercent = 0.001;
+constexpr double kLeastTrim = 1;
+
+}  // namespace
 
 std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices& choices) {
   const std::map<std::string, Pooling> poolings = {
@@ -18,13 +43,13 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
       command
           .add_option("--limit-percent", choices.limitPercent,
                       "clip secondary shifts below this percentile and above its mirror")
-          ->check(CLI::Range(0.0, 25.0))
+          ->check(numberFrom(kLeastLimitPercent, 25, true))
           ->capture_default_str(),
       command
           .add_option(
               "--trim", choices.trim,
               "leave out values further from the class median than this many robust deviations (0: none)")
-          ->check(CLI::Range(0.0, 100.0))
+          ->check(numberFrom(kLeastTrim, 100, true))
           ->capture_default_str(),
       command
           .add_option("--pool", choices.pooling,
@@ -35,18 +60,24 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
       command
           .add_option("--widen-proline", choices.widenProline,
                       "factor on deviations of the proline's own shifts")
-          ->check(CLI::Range(0.1, 100.0))
+          ->check(numberFrom(0.1, 100, false))
           ->capture_default_str(),
       command
           .add_option("--widen-neighbours", choices.widenNeighbours,
                       "factor on deviations of the neighbours' shifts")
-          ->check(CLI::Range(0.1, 100.0))
+          ->check(numberFrom(0.1, 100, false))
           ->capture_default_str(),
       command.add_option("--pseudocount", choices.pseudocount, "added to each count of neighbours")
           ->check(CLI::Range(0, 1000000))
           ->capture_default_str()};
   for (CLI::Option* option : options) option->group("Choices in training");
   return options;
+}
+
+void sayLeftOut(const LabelledProlines& data) {
+  if (data.notFinite > 0)
+    say("note: " + counted(data.notFinite, "shift that is", "shifts that are") +
+        " no finite number left out (nan, inf)");
 }
 
 OnStep progressBar(const std::string& what) {

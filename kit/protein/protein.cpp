@@ -2,13 +2,14 @@
 #include "zorvela/protein.h"
 
 #include "GDB.h"
+#include "util/text.h"
 
 namespace zorvela {
 
 GDB toTable(const Protein& protein) {
   GDB table;
   table.presetClass("KIVRA_SHIFT");
-  table.remarks = protein.remarks;
+  for (const std::string& remark : protein.remarks) table.remarks.push_back(shown(remark, ' '));
   table.setData("SEQUENCE", protein.sequence);
   for (const char letter : protein.sequence)
     table.residNames[static_cast<int>(table.residNames.size()) + 1] = letter;

@@ -77,7 +77,7 @@ void writeEvidence(const CompareReport& report, std::ostream& out) {
     isFirst = false;
     const std::string chain = protein.result.chain.empty() ? "" : " chain " + protein.result.chain;
     out << (proline.verdict == Verdict::disagree ? "!  " : "   ")
-        << withoutControls(protein.result.file + chain + " P" + proline.shifts.number + ": " + proline.evidence)
+        << shown(protein.result.file + chain + " P" + proline.shifts.number + ": " + proline.evidence)
         << '\n';
   });
 }
@@ -85,7 +85,7 @@ void writeEvidence(const CompareReport& report, std::ostream& out) {
 void writeErrors(const CompareReport& report, std::ostream& out) {
   if (report.errors.empty()) return;
   out << "\nNot compared\n";
-  for (const FailedFile& failed : report.errors) out << "   " << withoutControls(failed.message) << '\n';
+  for (const FailedFile& failed : report.errors) out << "   " << shown(failed.message) << '\n';
 }
 
 void writeSummary(const CompareReport& report, std::ostream& out) {

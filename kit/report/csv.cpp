@@ -1,10 +1,10 @@
 // The results as CSV: RFC 4180, with line feeds.
 #include <ostream>
 
-#include "report/csv_cells.h"
 #include "report/fields.h"
 #include "report/walk.h"
 #include "util/number.h"
+#include "util/text.h"
 #include "zorvela/report.h"
 
 namespace zorvela {

@@ -7,8 +7,6 @@
 
 namespace zorvela {
 
-/// A cell, in quotes where it has commas, quotes or line ends.
-std::string csvCell(const std::string& text);
 
 /// Writes a line of cells.
 void writeCsvLine(const std::vector<std::string>& cells, std::ostream& out);

@@ -72,8 +72,9 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
                          {"thresholds", thresholds()},
                          {"proteins", std::move(proteins)},
                          {"errors", std::move(errors)}};
-  // A file name need not be UTF-8, JSON must be.
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  // A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing
+  // is lost: other characters are escaped.
+  out << document.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
 }
 
 }  // namespace zorvela

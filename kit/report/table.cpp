@@ -118,7 +118,7 @@ void writeOffsets(const RunReport& report, std::ostream& out) {
 void writeErrors(const RunReport& report, std::ostream& out) {
   if (countErrors(report) == 0) return;
   out << "\nNot predicted\n";
-  forEachError(report, [&](const FileReport& file) { out << "   " << withoutControls(file.error) << '\n'; });
+  forEachError(report, [&](const FileReport& file) { out << "   " << shown(file.error) << '\n'; });
 }
 
 std::size_t countProteins(const RunReport& report) {

@@ -27,7 +27,7 @@ std::size_t screenWidth(const std::string& text) {
 void TextTable::add(Cells cells, bool standsOut) {
   widths.resize(std::max(widths.size(), cells.size()), 0);
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    cells[i] = withoutControls(cells[i]);
+    cells[i] = shown(cells[i]);
     widths[i] = std::max(widths[i], screenWidth(cells[i]));
   }
   rows.push_back({std::move(cells), standsOut});

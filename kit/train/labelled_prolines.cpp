@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -76,9 +78,17 @@ namespace {
 
 const std::string kAtomCB = "CB";
 
-/// Reads one shift table and has the program make its secondary shifts.
-EntryShifts readEntry(const std::string& name, const std::string& path, ZORVELA& run) {
-  run.csTable = loadTable(path, "give a shift table in the program's format");
+/// Takes away the rows whose shift is no finite number. How many those were.
+std::size_t leaveOutNonFinite(GDB& table) {
+  const std::size_t before = table.entries.size();
+  for (auto row = table.entries.begin(); row != table.entries.end();)
+    row = std::isfinite(GDB::toFloat(GDB::cell(row->second, "SHIFT"))) ? std::next(row)
+                                                                       : table.entries.erase(row);
+  return before - table.entries.size();
+}
+
+/// Has the program make the secondary shifts of its table.
+EntryShifts secondaryShifts(const std::string& name, ZORVELA& run) {
   run.rcShifts.clear();
   run.missingCount.clear();
   run.cgShifts.clear();
@@ -144,13 +154,16 @@ std::size_t entryCount(const LabelFile& labels) {
 
 LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
                               const OnStep& onStep) {
-  LabelledProlines data{readLabels(labelsPath), {}, {}, {}};
+  LabelledProlines data;
+  data.labels = readLabels(labelsPath);
   const std::size_t entries = entryCount(data.labels);
   std::map<std::string, std::size_t> known;
   for (const ProlineLabel& label : data.labels.prolines) {
     const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
     if (isNew) {
-      data.entries.push_back(readEntry(label.entry, entryPath(data.labels, label, folder), run));
+      run.csTable = loadTable(entryPath(data.labels, label, folder), "give a shift table in the program's format");
+      data.notFinite += leaveOutNonFinite(run.csTable);
+      data.entries.push_back(secondaryShifts(label.entry, run));
       if (onStep) onStep(data.entries.size(), entries);
     }
     const EntryShifts& entry = data.entries[found->second];

@@ -57,6 +57,7 @@ struct LabelledProlines {
   std::vector<EntryShifts> entries;  ///< in the order in which the labels name them
   std::vector<std::size_t> entryOf;  ///< for each label, the index of its entry
   std::vector<std::string> windows;  ///< for each label, the nine residues around it
+  std::size_t notFinite = 0;         ///< shifts (nan, inf) that were left out
 
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
 };

@@ -45,9 +45,84 @@ bool isScientific(std::string_view text) {
   });
 }
 
+// --- UTF-8 ----------------------------------------------------------------------------------------
+
+constexpr int kLongestCharacter = 4;
+const std::string kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+
+bool isContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+struct Character {
+  char32_t code = 0;
+  std::size_t size = 0;  ///< in bytes; 0 where the text does not begin with a character
+};
+
+/// The first character of a text that is not empty.
+Character firstCharacter(std::string_view text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  if (byte < 0x80) return {byte, 1};
+  const std::size_t size = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : 2;
+  if (byte < 0xC2 || byte > 0xF4 || text.size() < size) return {};
+  char32_t code = byte & (0xFFU >> (size + 1));
+  for (std::size_t i = 1; i < size; ++i) {
+    if (!isContinuation(text[i])) return {};
+    code = (code << 6U) | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  }
+  const bool isTooLong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
+  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
+  if (isTooLong || isSurrogate || code > 0x10FFFF) return {};
+  return {code, size};
+}
+
+bool isObeyed(char32_t code) {
+  const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
+  const bool isC0OrC1 = code < 0x20 || isIn(0x7F, 0x9F);
+  const bool isLineEnd = isIn(0x2028, 0x2029);
+  const bool turnsDirection =
+      code == 0x061C || isIn(0x200E, 0x200F) || isIn(0x202A, 0x202E) || isIn(0x2066, 0x2069);
+  return isC0OrC1 || isLineEnd || turnsDirection;
+}
+
+std::string shownWith(std::string_view text, char control, char lineFeed) {
+  std::string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    const Character character = firstCharacter(text);
+    const std::size_t size = std::max<std::size_t>(character.size, 1);
+    if (character.size == 0)
+      result += kReplacement;
+    else if (character.code == '\n')
+      result += lineFeed;
+    else if (isObeyed(character.code))
+      result += control;
+    else
+      result += text.substr(0, size);
+    text.remove_prefix(size);
+  }
+  return result;
+}
+
+// --- Formulas of spreadsheets ---------------------------------------------------------------------
+
+bool isFormula(std::string_view text) {
+  if (text.size() < 2 || std::string_view("=+-@\t\r").find(text.front()) == std::string_view::npos)
+    return false;
+  std::string_view number = text.substr(1);
+  if (isLetter(number.back())) number.remove_suffix(1);  // an insertion code
+  const bool isSigned = text.front() == '-' || text.front() == '+';
+  return !isSigned || number.empty() || number.front() == '-' || !isPlainDecimal(number);
+}
+
+// --- Numbers and notes ----------------------------------------------------------------------------
+
 // Longer numbers are rounded: no spectrometer measures that many digits.
 constexpr std::size_t kLongestNumber = 24;
 constexpr double kLargestShift = 1e9;
+// Up to 15 digits before the point a number keeps its digits in a table, so that the table reads back the
+// same. Marks for a missing shift are that large at times.
+constexpr double kLargestPlainNumber = 1e15;
 constexpr std::size_t kMostNotes = 50;
 
 std::optional<std::string> rounded(const std::string& text) {
@@ -89,16 +164,32 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+std::string shown(std::string_view text, char inPlaceOfControl) {
+  return shownWith(text, inPlaceOfControl, inPlaceOfControl);
+}
+
+std::string shownLines(std::string_view text) {
+  return shownWith(text, '?', '\n');
+}
+
 std::string printable(std::string_view text, std::size_t most) {
-  std::string result(text.substr(0, most));
-  std::replace_if(result.begin(), result.end(), isControl, ' ');
+  if (text.size() <= most) return shown(text, ' ');
   // No half of a multi-byte character at the cut.
-  if (text.size() > most) {
-    while (!result.empty() && (static_cast<unsigned char>(result.back()) & 0xC0) == 0x80) result.pop_back();
-    if (!result.empty() && (static_cast<unsigned char>(result.back()) & 0x80) != 0) result.pop_back();
-    result += "...";
+  for (int i = 1; i < kLongestCharacter && most > 0 && isContinuation(text[most]); ++i) --most;
+  return shown(text.substr(0, most), ' ') + "...";
+}
+
+std::string csvCell(std::string_view text) {
+  std::string cell = shownLines(text);
+  // Before the tab is made harmless: it is the mark of a formula too.
+  if (isFormula(text)) cell.insert(0, 1, '\'');
+  if (cell.find_first_of(",\"\n") == std::string::npos) return cell;
+  std::string quoted = "\"";
+  for (const char c : cell) {
+    if (c == '"') quoted += '"';
+    quoted += c;
   }
-  return result;
+  return quoted + '"';
 }
 
 std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos) {
@@ -128,7 +219,10 @@ std::optional<int> toInteger(std::string_view text) {
 
 std::optional<std::string> toDecimal(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  if (text.size() <= kLongestNumber && isPlainDecimal(text)) return std::string(text);
+  if (text.size() <= kLongestNumber && isPlainDecimal(text)) {
+    if (std::fabs(std::strtod(std::string(text).c_str(), nullptr)) > kLargestPlainNumber) return std::nullopt;
+    return std::string(text);
+  }
   if (isScientific(text)) return rounded(std::string(text));
   return std::nullopt;
 }
@@ -152,11 +246,6 @@ void LimitedNotes::add(const std::string& text) {
 void LimitedNotes::appendTo(std::vector<std::string>& notes) const {
   notes.insert(notes.end(), texts.begin(), texts.end());
   if (count > kMostNotes) notes.push_back("and " + std::to_string(count - kMostNotes) + " more " + kind);
-}
-
-std::string withoutControls(std::string text) {
-  std::replace_if(text.begin(), text.end(), isControl, '?');
-  return text;
 }
 
 }  // namespace zorvela

@@ -33,12 +33,22 @@ bool contains(std::string_view text, std::string_view part);
 /// Without white space (and control characters) at the ends.
 std::string_view trimmed(std::string_view text);
 
-/// On one line and printable: each control character becomes a blank, and a text above `most` bytes is
-/// cut and ends in "...".
+/// Text from outside (names of files too), on one line and safe to show: every text goes through here
+/// before it reaches a terminal, a message or a file that we write. Control characters (C0, C1 and delete),
+/// which a terminal would obey, and those that turn the direction of writing become `inPlaceOfControl`;
+/// each byte that is no UTF-8 becomes U+FFFD.
+std::string shown(std::string_view text, char inPlaceOfControl = '?');
+
+/// The same with its line feeds.
+std::string shownLines(std::string_view text);
+
+/// The same with blanks for control characters; a text above `most` bytes is cut and ends in "...".
 std::string printable(std::string_view text, std::size_t most = 200);
 
-/// Text from a file, safe to show: control characters, which a terminal would obey, become "?".
-std::string withoutControls(std::string text);
+/// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be.
+/// A spreadsheet would take what begins with =, +, -, @ or a tab for a formula and run it: such a text gets
+/// an apostrophe before it, unless it is a number ("-3", "-3A") or a lone mark ("-").
+std::string csvCell(std::string_view text);
 
 /// The next line of `text` from `pos` on, without its line end (LF, CR LF or CR); `pos` moves after it.
 /// Nothing at the end of the text.

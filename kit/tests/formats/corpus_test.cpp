@@ -1,27 +1,62 @@
-// Everything that the fuzzer ever found, and what it starts from, goes through it once more.
+// Everything that the fuzzers ever found, and what they start from, goes through their checks once more.
+#include "fuzz/checks.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 namespace {
 
-TEST(Corpus, HoldsWhatTheFuzzerChecks) {
+using Check = void (*)(const std::string&);
+
+/// How many files there were.
+std::size_t checkAll(const std::filesystem::path& folder, Check check) {
   std::size_t count = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(FUZZ_CORPUS)) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (!entry.is_regular_file()) continue;
     std::ifstream in(entry.path(), std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     SCOPED_TRACE(entry.path());
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    check({std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
     ++count;
   }
-  EXPECT_GE(count, 5U);
+  return count;
+}
+
+const std::filesystem::path kFuzz = FUZZ_FOLDER;
+
+TEST(Corpus, Star) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_star", zorvela::checkStar), 20U);
+}
+
+TEST(Corpus, Nef) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_nef", zorvela::checkNef), 0U);
+}
+
+TEST(Corpus, Csv) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_csv", zorvela::checkCsv), 0U);
+}
+
+TEST(Corpus, Gzip) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_csv", zorvela::checkGzip), 0U);
+}
+
+TEST(Corpus, Tables) {
+  EXPECT_EQ(checkAll(SHIPPED_TABLES, zorvela::checkTables), 7U);
+}
+
+TEST(Corpus, Bounds) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_bounds", zorvela::checkBounds), 0U);
+}
+
+// A file of every format, and files with faults.
+TEST(Corpus, FilesOfTheTests) {
+  for (const Check check : {zorvela::checkStar, zorvela::checkNef, zorvela::checkCsv, zorvela::checkGzip,
+                            zorvela::checkTables, zorvela::checkBounds})
+    EXPECT_GT(checkAll(kFuzz / ".." / "files", check), 15U);
 }
 
 }  // namespace

@@ -1,0 +1,36 @@
+// Where the path of an output leads.
+#pragma once
+
+#include <string>
+
+namespace zorvela {
+
+/// A descriptor of our own, closed at the end; -1 is none.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : descriptor(number) {}
+  ~Descriptor();
+  Descriptor(Descriptor&& other) noexcept : descriptor(other.descriptor) { other.descriptor = -1; }
+  Descriptor& operator=(Descriptor&&) = delete;
+  int number() const { return descriptor; }
+  bool isOpen() const { return descriptor >= 0; }
+
+ private:
+  int descriptor;
+};
+
+/// Either something to write into as it stands, or a file to make or replace.
+struct OutputPlace {
+  Descriptor stream;  ///< a terminal, a pipe, a device, or what /dev/stdout and the like lead to
+  std::string file;   ///< else: the file after all links, which need not be there yet
+};
+
+/// Follows the links of `path`, also one whose target is not there. std::system_error where the path
+/// leads nowhere: links in a circle, a folder, a file that may not be written.
+OutputPlace outputPlaceOf(const std::string& path);
+
+/// The folder of a path, "." where it names none; and the name in it.
+std::string folderOf(const std::string& path);
+std::string nameIn(const std::string& path);
+
+}  // namespace zorvela

@@ -1,0 +1,293 @@
+"""No sub-command of zorvela-kit loses an input or an earlier file, whatever path its output has."""
+import os
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from zorvela_tests import program
+
+sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "train"))
+import made_data  # noqa: E402
+
+REFUSED = "zorvela-kit: %s: is an input file; choose another place with --output\n"
+UNWRITABLE = "zorvela-kit: %s: cannot be written: %s; choose another place with --output, or make room\n"
+
+
+class InFolder(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.input = self.put("in.tab", program.full_table("APK"))
+        self.csv = program.run("--format", "csv", self.input).stdout
+        self.assertEqual(len(self.csv.splitlines()), 2)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def put(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+        return self.path(name)
+
+    def read(self, name):
+        with open(self.path(name), encoding="utf-8") as file:
+            return file.read()
+
+    def run_to(self, output, *arguments, **options):
+        return program.run("--format", "csv", "--output", output, *(arguments or [self.input]), **options)
+
+    def check_written(self, ended, name):
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (0, "", ""))
+        self.assertEqual(self.read(name), self.csv)
+
+
+class Inputs(InFolder):
+    def check_refused(self, ended, output, kept):
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", REFUSED % output))
+        for name, text in kept.items():
+            self.assertEqual(self.read(name), text)
+
+    def test_standard_input(self):
+        text = self.read("in.tab")
+        for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
+            with self.subTest(command=command[0]), open(self.input, encoding="utf-8") as stdin:
+                ended = program.kit(*command, "--output", self.input, "-", stdin=stdin)
+                self.check_refused(ended, self.input, {"in.tab": text})
+
+    def test_standard_output(self):
+        """As cat does: else the results would end up behind the shifts."""
+        text = self.read("in.tab")
+        for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
+            with self.subTest(command=command[0]), open(self.input, "a", encoding="utf-8") as stdout:
+                ended = program.kit(*command, self.input, stdout=stdout)
+                self.assertEqual((ended.returncode, ended.stderr), (1, REFUSED % "standard output"))
+                self.assertEqual(self.read("in.tab"), text)
+
+    def test_a_table_of_the_predictor(self):
+        shutil.copytree(program.MADE_TABLES, self.path("tab"))
+        os.symlink(self.path("tab/rcadj.tab"), self.path("link"))
+        table = self.read("tab/rcadj.tab")
+        for output in (self.path("tab/rcadj.tab"), self.path("link")):
+            self.check_refused(self.run_to(output, self.input, tables=self.path("tab")), output,
+                               {"tab/rcadj.tab": table})
+
+    def test_standard_input_twice_is_refused(self):
+        for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
+            ended = program.kit(*command, "-", self.input, "-", input="")
+            self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                             (1, "", "zorvela-kit: standard input: is given twice as -; give - once, and other files "
+                              "by name\n"))
+
+
+class TrainingInputs(InFolder):
+    def setUp(self):
+        super().setUp()
+        os.mkdir(self.path("data"))
+        self.data = made_data.Data(self.path("data"))
+        for i in range(4):
+            self.data.add(f"c{i}", made_data.sequence(i), "cis", 1.0 + i, 24.0 + i)
+            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", -1.0 - i, 27.0 + i)
+        self.data.write_labels()
+
+    def check_refused(self, arguments, output):
+        before = self.snapshot()
+        ended = program.kit(*arguments)
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", REFUSED % output))
+        self.assertEqual(self.snapshot(), before)
+
+    def snapshot(self):
+        texts = {}
+        for folder, _, names in os.walk(self.folder):
+            for name in names:
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
+                    texts[os.path.join(folder, name)] = file.read()
+        return texts
+
+    def test_train_keeps_an_entry_of_a_table_s_name(self):
+        self.put("data/entries/randcoil.tab", program.full_table("APK"))
+        self.check_refused(self.data.train("entries"), self.data.path("entries/randcoil.tab"))
+
+    def test_train_keeps_its_sources(self):
+        os.mkdir(self.data.path("tab"))
+        os.link(self.data.path("counts.csv"), self.data.path("tab/Pro.seq.tab"))
+        self.check_refused(self.data.train("tab"), self.data.path("tab/Pro.seq.tab"))
+
+    def test_evaluate_keeps_labels_entries_tables_and_sources(self):
+        shutil.copytree(program.MADE_TABLES, self.path("tab"))
+        evaluate = ["evaluate", *self.data.proteins(), "--tables", self.path("tab")]
+        for option in ("--predictions", "--roc", "--calibration", "--output"):
+            for output in (self.data.path("labels.csv"), self.data.path("entries/c0.tab"), self.path("tab/rcadj.tab")):
+                with self.subTest(option=option, output=output):
+                    self.check_refused([*evaluate, option, output], output)
+        folds = ["evaluate", *self.data.proteins(), *self.data.sources(), "--cross-validate", "2"]
+        self.check_refused([*folds, "--roc", self.data.path("coil.csv")], self.data.path("coil.csv"))
+
+    def test_evaluate_writes_no_two_results_into_one_file(self):
+        evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
+        new, alias = self.path("new.csv"), self.folder + "/./new.csv"
+        ended = program.kit(*evaluate, "--roc", new, "--calibration", alias)
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n" % alias))
+        self.assertFalse(os.path.exists(new))
+
+    def test_options_without_sense_are_refused(self):
+        for option, value in (("--limit-percent", "nan"), ("--limit-percent", "1e-300"), ("--trim", "nan"),
+                              ("--trim", "1e-9"), ("--trim", "inf"), ("--widen-proline", "nan"),
+                              ("--widen-neighbours", "1e-30"), ("--trim", "-1"), ("--pseudocount", "nan")):
+            with self.subTest(option=option, value=value):
+                ended = program.kit(*self.data.train("tab", option + "=" + value))
+                self.assertNotEqual(ended.returncode, 0)
+                self.assertIn(option, ended.stderr)
+                self.assertFalse(os.path.exists(self.data.path("tab")))
+
+    def test_shifts_that_are_not_finite_are_left_out_and_counted(self):
+        def trained():
+            ended = program.kit(*self.data.train("tab"))
+            self.assertEqual(ended.returncode, 0, ended.stderr)
+            return ended.stderr, {name: self.read("data/tab/" + name) for name in os.listdir(self.data.path("tab"))}
+
+        path = "data/entries/t0.tab"
+        text = self.read(path)
+        rows = [line for line in text.splitlines(True) if line.split()[2:3] == ["CB"]]
+        self.assertEqual(len(rows), 3)
+        self.put(path, "".join(line for line in text.splitlines(True) if line not in rows))
+        without = trained()
+        self.assertEqual(without[0], "")
+        bad = {row: row.rsplit(None, 1)[0] + " " + value + "\n" for row, value in zip(rows, ("nan", "inf", "-inf"))}
+        self.put(path, "".join(bad.get(line, line) for line in text.splitlines(True)))
+        self.assertEqual(trained(), ("zorvela-kit: note: 3 shifts that are no finite number left out (nan, inf)\n",
+                                     without[1]))
+
+    def test_no_table_is_written_that_could_not_be_used(self):
+        path = "data/entries/t0.tab"
+        text = self.read(path)
+        row = next(line for line in text.splitlines(True) if line.split()[2:3] == ["CB"])
+        huge = row.rsplit(None, 1)[0] + " 1e38\n"
+        self.put(path, text.replace(row, huge))
+        os.mkdir(self.data.path("tab"))
+        ended = program.kit(*self.data.train("tab", "--limit-percent", "0", "--trim", "0"))
+        if ended.returncode == 0:
+            check = program.run(self.input, tables=self.data.path("tab"))
+            self.assertEqual(check.returncode, 0, check.stderr)
+        else:
+            self.assertRegex(ended.stderr, "^zorvela-kit: .*the data give no usable table: ")
+            self.assertEqual(os.listdir(self.data.path("tab")), [])
+
+
+class Links(InFolder):
+    def test_what_standard_output_holds_stays(self):
+        for output in ("/dev/stdout", "/proc/self/fd/1", "/dev/fd/1"):
+            for mode in ("a", "r+"):
+                with self.subTest(output=output, mode=mode):
+                    log = self.put("log", "earlier\n")
+                    with open(log, mode, encoding="utf-8") as stdout:
+                        stdout.seek(0, os.SEEK_END)
+                        ended = self.run_to(output, stdout=stdout)
+                    self.assertEqual((ended.returncode, ended.stderr), (0, ""))
+                    self.assertEqual(self.read("log"), "earlier\n" + self.csv)
+
+    def test_a_link_to_standard_output_is_followed(self):
+        os.symlink("/dev/stdout", self.path("link"))
+        ended = self.run_to(self.path("link"))
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (0, self.csv, ""))
+        self.assertTrue(os.path.islink(self.path("link")))
+
+    def test_what_another_process_has_open_is_added_to(self):
+        log = self.put("log", "earlier\n")
+        with open(log, "a", encoding="utf-8") as held:
+            ended = self.run_to("/proc/%d/fd/%d" % (os.getpid(), held.fileno()))
+        self.assertEqual((ended.returncode, ended.stderr), (0, ""))
+        self.assertEqual(self.read("log"), "earlier\n" + self.csv)
+
+    def test_a_dangling_link_gets_its_target(self):
+        os.mkdir(self.path("sub"))
+        os.symlink("sub/second", self.path("first"))
+        os.symlink("../target", self.path("sub/second"))
+        self.check_written(self.run_to(self.path("first")), "target")
+        self.assertTrue(os.path.islink(self.path("first")) and os.path.islink(self.path("sub/second")))
+
+    def test_links_in_a_circle_are_an_error_in_words(self):
+        os.symlink("b", self.path("a"))
+        os.symlink("a", self.path("b"))
+        message = UNWRITABLE % (self.path("a"), "Too many levels of symbolic links")
+        for ended in (self.run_to(self.path("a")), program.kit("import", self.input, "--output", self.path("a"))):
+            self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", message))
+        self.assertTrue(os.path.islink(self.path("a")))
+
+
+class Names(InFolder):
+    def test_long_names(self):
+        for length in (240, 255):
+            self.check_written(self.run_to(self.path("x" * length)), "x" * length)
+        ended = self.run_to(self.path("x" * 256))
+        self.assertEqual((ended.returncode, ended.stderr),
+                         (1, UNWRITABLE % (self.path("x" * 256), "File name too long")))
+        self.assertEqual(sorted(map(len, os.listdir(self.folder))), [6, 240, 255])
+
+    def test_a_folder_name_that_is_no_utf_8(self):
+        folder = os.path.join(os.fsencode(self.folder), b"caf\xe9")
+        shutil.copytree(os.fsencode(program.MADE_TABLES), os.path.join(folder, b"tab"))
+        shutil.copy(os.fsencode(self.input), os.path.join(folder, b"in.tab"))
+        arguments = [program.KIT, "run", "--tables", os.path.join(folder, b"tab"), os.path.join(folder, b"in.tab")]
+        for output in (b"new/", b"one.tab"):
+            ended = subprocess.run([program.KIT, "import", os.path.join(folder, b"in.tab"), "--output",
+                                    os.path.join(folder, output)], capture_output=True, check=False)
+            self.assertEqual(ended.returncode, 0, ended.stderr)
+            ended.stderr.decode("utf-8")
+        for fmt in ("table", "csv", "json"):
+            ended = subprocess.run([*arguments, "--format", fmt], capture_output=True, check=False)
+            self.assertEqual((ended.returncode, ended.stderr), (0, b""))
+            text = ended.stdout.decode("utf-8")
+            self.assertTrue("caf\ufffd" in text or "caf\\ufffd" in text, text)
+        ended = subprocess.run([*arguments, "--output", os.path.join(folder, b"none", b"out")], capture_output=True,
+                               check=False)
+        self.assertEqual((ended.returncode, ended.stderr.decode("utf-8")),
+                         (1, UNWRITABLE % (self.folder + "/caf\ufffd/none/out", "No such file or directory")))
+
+
+class Permissions(InFolder):
+    def test_set_user_id_is_not_taken_over(self):
+        output = self.put("out.csv", "old")
+        os.chmod(output, 0o6750)
+        self.check_written(self.run_to(output), "out.csv")
+        self.assertEqual(stat.S_IMODE(os.stat(output).st_mode), 0o750)
+
+    def test_a_new_file_follows_the_umask(self):
+        self.check_written(self.run_to(self.path("out.csv"), preexec_fn=lambda: os.umask(0o027)), "out.csv")
+        self.assertEqual(stat.S_IMODE(os.stat(self.path("out.csv")).st_mode), 0o640)
+
+    @unittest.skipUnless(os.getuid() == 0, "needs root, to become another user")
+    def test_a_file_that_may_not_be_written_says_why(self):
+        output = self.put("out.csv", "old")
+        os.chmod(self.folder, 0o777)
+        os.chmod(output, 0o444)
+
+        def be_nobody():
+            os.setgroups([])
+            os.setgid(65534)
+            os.setuid(65534)
+        ended = self.run_to(output, preexec_fn=be_nobody)
+        self.assertEqual((ended.returncode, ended.stderr), (1, UNWRITABLE % (output, "Permission denied")))
+        self.assertEqual(self.read("out.csv"), "old")
+        os.chmod(self.folder, 0o755)
+        ended = self.run_to(self.path("new"), preexec_fn=be_nobody)
+        self.assertEqual((ended.returncode, ended.stderr), (1, UNWRITABLE % (self.path("new"), "Permission denied")))
+
+
+class FullDevice(unittest.TestCase):
+    def test_help_and_version(self):
+        for arguments in (["--help"], ["run", "--help"], ["--version"]):
+            with self.subTest(arguments=arguments), open("/dev/full", "w", encoding="ascii") as full:
+                ended = program.kit(*arguments, stdout=full)
+                self.assertEqual((ended.returncode, ended.stderr),
+                                 (1, UNWRITABLE % ("standard output", "No space left on device")))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,161 @@
+"""What zorvela-kit shows of hostile files: nothing that a terminal, or a spreadsheet, would obey."""
+import json
+import os
+import subprocess
+import tempfile
+import unicodedata
+import unittest
+
+from zorvela_tests import program
+
+ESCAPE = "\x1b[31m"
+C1 = "\x9b31m"
+TURNED = "\u202e"
+BAD = (ESCAPE + C1 + TURNED + "\x07\x7f").encode() + b"\xff\xc3"
+TURNING = "\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069"
+
+
+def is_harmless(character):
+    return character == "\n" or (unicodedata.category(character) not in ("Cc", "Zl", "Zp")
+                                 and character not in TURNING)
+
+
+class Shown(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = os.fsencode(folder.name)
+
+    def put(self, name, content):
+        path = os.path.join(self.folder, name)
+        with open(path, "wb") as file:
+            file.write(content)
+        return path
+
+    def kit(self, *arguments):
+        return subprocess.run([program.KIT, *arguments], capture_output=True, check=False, cwd=self.folder,
+                              stdin=subprocess.DEVNULL, timeout=60, env=program.environment())
+
+    def check_harmless(self, *texts):
+        for text in texts:
+            self.assertEqual([c for c in text.decode("utf-8") if not is_harmless(c)], [], text)
+
+    def hostile_files(self):
+        rows = b"".join(b"B%s,%d,%s,%s,%s\n" % (BAD, resid, name, atom.encode(), str(shift).encode())
+                        for resid, name in enumerate((b"ALA", b"PRO", b"LYS"), 1)
+                        for _, atom, shift in program.full_residue("APK", resid))
+        star = (b"data_x%s\nsave_a\n_Entity.Sf_category entity\n_Entity.Name 'n%s'\n"
+                b"_Entity.Polymer_seq_one_letter_code APK\nsave_\nloop_\n_Atom_chem_shift.Entity_ID\n"
+                b"_Atom_chem_shift.Comp_index_ID\n_Atom_chem_shift.Comp_ID\n_Atom_chem_shift.Atom_ID\n"
+                b"_Atom_chem_shift.Val\n1 1 ALA CA 52\n1 2 PRO CA 63\n1 2 %s CB 'v%s'\n1 3 LYS CA 55\nstop_\n"
+                % ((BAD,) * 4))
+        table = program.full_table("APK").encode()
+        return [self.put(b"chain.csv", b"chain,resid,resname,atom,shift\n" + rows),
+                self.put(b"values.csv", b"resid,resname,atom,shift\n1,ALA,CA,5%s\n2,PRO,CA,63\n3%s,LYS,CB,30\n"
+                         % (BAD, BAD)),
+                self.put(b"entry.str", star),
+                self.put(b"remark.tab", b"REMARK r" + BAD + b"\nREMARK Residue 1 here is residue 5" + BAD + b" there\n"
+                         + table + b"   3 K   " + BAD + b"   1.0\n   3" + BAD + b" K   CA   1.0\n"),
+                self.put(b"format.tab", table.replace(b"%8.3f", b"%8.3f" + BAD + b"q")),
+                self.put(b"none.txt", b"nothing " + BAD + b" here\n"),
+                self.put(b"n" + BAD.replace(b"/", b"") + b"\n.tab", table)]
+
+    def test_run(self):
+        files = self.hostile_files()
+        for fmt in (b"table", b"csv", b"json"):
+            for file in [[f] for f in files] + [files]:
+                ended = self.kit("run", "--tables", program.TABLES, "--format", fmt, *file)
+                self.assertIn(ended.returncode, (0, 1))
+                self.check_harmless(ended.stdout, ended.stderr)
+
+    def test_import(self):
+        for file in self.hostile_files():
+            ended = self.kit("import", file)
+            self.assertIn(ended.returncode, (0, 1))
+            self.check_harmless(ended.stdout, ended.stderr)
+            ended = self.kit("import", "--list", "all", "--output", b"out" + BAD + b"/", file)
+            self.check_harmless(ended.stdout, ended.stderr)
+        for name in os.listdir(os.path.join(self.folder, b"out" + BAD)):
+            with open(os.path.join(self.folder, b"out" + BAD, name), "rb") as table:
+                self.check_harmless(table.read())
+
+    def test_names_of_files_folders_chains_and_tables_that_are_not_there(self):
+        name = b"none" + BAD + b"\nx"
+        file = self.put(b"a.tab", program.full_table("APK").encode())
+        for arguments in (["run", name], ["import", name], ["run", "--tables", name, file], ["run", "--chain", name, file],
+                          ["import", "--list", name, file], ["run", "--output", name + b"/x", file],
+                          ["run", b"--" + name, file], [name], ["run", "--format", name, file],
+                          ["train", "--entries", name, "--labels", name, "--neighbours", name, "--random-coil", name,
+                           "--neighbour-effects", name, "--output", name],
+                          ["evaluate", "--entries", name, "--labels", name]):
+            with self.subTest(arguments=arguments):
+                ended = self.kit(*arguments)
+                self.assertNotEqual(ended.returncode, 0)
+                self.assertNotEqual(ended.stderr, b"")
+                self.check_harmless(ended.stdout, ended.stderr)
+
+    def test_labels_of_the_wrong_kind(self):
+        labels = self.put(b"labels.csv", b"entry,resid,label_structure,cluster\nx,1,c" + BAD + b",y\n")
+        ended = self.kit("evaluate", "--entries", ".", "--labels", labels, "--tables", program.TABLES)
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn(b"label_structure", ended.stderr)
+        self.check_harmless(ended.stderr)
+
+    def test_a_table_with_hostile_cells(self):
+        os.makedirs(os.path.join(self.folder, b"tab"))
+        for table in program.TABLES.glob("*.tab"):
+            text = table.read_bytes()
+            if table.name == "rcadj.tab":
+                lines = text.splitlines()
+                lines[-1] = lines[-1].split()[0] + b" " + b" ".join([b"1" + BAD] * 6)
+                text = b"\n".join(lines) + b"\n"
+            self.put(b"tab/" + table.name.encode(), text)
+        ended = self.kit("run", "--tables", "tab", self.put(b"a.tab", program.full_table("APK").encode()))
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn(b"rcadj.tab:", ended.stderr)
+        self.check_harmless(ended.stdout, ended.stderr)
+
+    def test_json_keeps_the_name(self):
+        name = "Gr\u00fc\u00dfe\u202e\x1b.tab"
+        self.put(name.encode(), program.full_table("APK").encode())
+        ended = self.kit("run", "--tables", program.TABLES, "--format", "json", name.encode())
+        self.assertEqual(json.loads(ended.stdout)["proteins"][0]["file"], name)
+        self.check_harmless(ended.stdout)
+
+
+class Formulas(unittest.TestCase):
+    def test_names_that_are_formulas_are_marked(self):
+        with tempfile.TemporaryDirectory() as folder:
+            rows = "chain,resid,resname,atom,shift\n"
+            names = ["=cmd|' /C calc'!A0", "+1+1", "-2+3", "@SUM(A1)", "plain", "-7"]
+            for chain in names:
+                for resid, name in ((-3, "ALA"), (-2, "PRO"), (-1, "LYS")):
+                    rows += "".join("%s,%d,%s,%s,%s\n" % (chain, resid, name, atom, shift)
+                                    for _, atom, shift in program.full_residue("APK", resid + 4))
+            path = os.path.join(folder, "=x.csv")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(rows)
+            ended = program.run("--format", "csv", "=x.csv", cwd=folder)
+            table = program.csv_rows(ended.stdout)
+            self.assertEqual({row["file"] for row in table}, {"'=x.csv"})
+            self.assertEqual({row["resid"] for row in table}, {"-2"})
+            self.assertEqual(sorted(row["chain"] for row in table),
+                             sorted(["'=cmd|' /C calc'!A0", "'+1+1", "'-2+3", "'@SUM(A1)", "plain", "-7"]))
+
+
+class Locale(unittest.TestCase):
+    def test_a_decimal_comma_in_the_locale_changes_nothing(self):
+        names = subprocess.run(["locale", "-a"], capture_output=True, text=True, check=False).stdout.split()
+        commas = [name for name in names if name.lower().startswith(("de_", "fr_", "da_"))]
+        plain = program.run("--format", "csv", *program.EXAMPLES, tables=program.TABLES).stdout
+        self.assertIn("0.", plain)
+        for name in commas or ["de_DE.UTF-8"]:
+            changed = program.run("--format", "csv", *program.EXAMPLES, tables=program.TABLES,
+                                  env=program.environment(LC_ALL=name, LANG=name))
+            self.assertEqual((changed.stdout, changed.returncode), (plain, 0))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,310 @@
+// What must hold of any input.
+#include "fuzz/checks.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "formats/format.h"
+#include "formats/input_bytes.h"
+#include "formats/star_text.h"
+#include "predict/tables.h"
+#include "protein/nomenclature.h"
+#include "protein/shifts.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+
+namespace zorvela {
+
+namespace {
+
+void check(bool holds) {
+  if (!holds) std::abort();
+}
+
+// The pass only ever adds bytes.
+void checkPass(const std::string& original) {
+  const StarText star(original);
+  std::size_t at = 0;
+  for (const char c : star.text())
+    if (at < original.size() && c == original[at]) ++at;
+  check(at == original.size());
+  const TextPlace end = star.placeOf(star.text().size());
+  std::size_t lines = 1;
+  for (const char c : original) lines += c == '\n' ? 1 : 0;
+  check(end.line == lines);
+}
+
+void checkProtein(const Protein& protein) {
+  check(!protein.sequence.empty() && !protein.shifts.empty());
+  check(protein.numbers.size() == protein.sequence.size());
+  for (std::size_t i = 0; i < protein.shifts.size(); ++i) {
+    const Shift& shift = protein.shifts[i];
+    check(shift.resid >= 1 && static_cast<std::size_t>(shift.resid) <= protein.sequence.size());
+    check(atomRank(shift.atom) < atomRank(""));
+    check(!shift.shift.empty());
+    check(i == 0 || isBefore(protein.shifts[i - 1], shift));
+  }
+  for (const std::string& note : protein.notes) check(note.find('\n') == std::string::npos);
+}
+
+std::string tableText(const Protein& protein) {
+  std::ostringstream out;
+  GDB table = toTable(protein);
+  table.writeTable(out);
+  return out.str();
+}
+
+// The import of an imported table is the same table.
+void checkRoundTrip(const Protein& protein) {
+  const std::string text = tableText(protein);
+  const auto again = readShiftBytes(text, "again.tab", {});
+  check(again.size() == 1);
+  check(again.front().sequence == protein.sequence);
+  check(tableText(again.front()) == text);
+}
+
+/// An error for the user is one line of a size that can be read.
+void checkMessage(const Error& error) {
+  const std::string_view what = error.what();
+  check(!what.empty() && what.size() < 2000 && what.find('\n') == std::string_view::npos);
+}
+
+void importWith(const std::string& bytes, const ImportOptions& options) {
+  try {
+    for (const Protein& protein : readShiftBytes(bytes, "input", options)) {
+      checkProtein(protein);
+      checkRoundTrip(protein);
+    }
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
+}
+
+void importBothWays(const std::string& bytes) {
+  importWith(bytes, {});
+  importWith(bytes, {{}, {"all"}});
+}
+
+// --- gzip -----------------------------------------------------------------------------------------
+
+std::string gzipped(const std::string& text) {
+  constexpr int kGzipWindow = 15 + 16;
+  constexpr int kMemory = 8;
+  z_stream stream{};
+  check(deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, kGzipWindow, kMemory, Z_DEFAULT_STRATEGY) == Z_OK);
+  std::string packed(deflateBound(&stream, static_cast<uLong>(text.size())), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+  stream.avail_in = static_cast<uInt>(text.size());
+  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+  stream.avail_out = static_cast<uInt>(packed.size());
+  check(deflate(&stream, Z_FINISH) == Z_STREAM_END);
+  packed.resize(stream.total_out);
+  deflateEnd(&stream);
+  return packed;
+}
+
+/// What is wrong with a packed file is an error; what is unpacked all the same is the text and no other.
+void checkDamaged(const std::string& packed, const std::string& text) {
+  try {
+    check(unpacked(packed, "input") == text);
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
+}
+
+// --- Tables ---------------------------------------------------------------------------------------
+
+std::string fileText(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+const std::map<std::string, std::string>& shippedTables() {
+  static const auto tables = [] {
+    std::map<std::string, std::string> texts;
+    for (const char* name : kTableNames) texts[name] = fileText(std::filesystem::path(SHIPPED_TABLES) / name);
+    return texts;
+  }();
+  return tables;
+}
+
+/// Which of the seven a text would be: each has column names of its own, four share theirs.
+const char* tableOf(const std::string& text) {
+  if (contains(text, "avg_cis")) return "Pro.cs.tab";
+  if (contains(text, "cis_prev")) return "Pro.seq.tab";
+  return contains(text, "_MIN") ? "sslimit.tab" : "randcoil.tab";
+}
+
+/// A stretch with every residue type before and after a proline, and all shifts.
+Protein everyNeighbour() {
+  std::string rows = "resid,resname,atom,shift\n";
+  int resid = 0;
+  for (const char type : std::string("ACDEFGHIKLMNQRSTVWY"))
+    for (const char letter : {type, 'P', type}) {
+      ++resid;
+      for (const char* row : {"N,120.1", "HN,8.2", "HA,4.4", "C,175.9", "CA,56.3", "CB,32.2"})
+        rows += std::to_string(resid) + "," + letter + "," + row + "\n";
+    }
+  return readShiftBytes(rows, "neighbours", {}).front();
+}
+
+void checkPrediction(const ProteinResult& result) {
+  const auto isShare = [](const std::optional<float>& p) { return !p || (*p >= 0 && *p <= 1); };
+  for (const ProlineResult& proline : result.prolines) {
+    check(isShare(proline.pCis) && isShare(proline.pCisNorm));
+    check(proline.pCisNorm || !proline.reason.empty());
+  }
+}
+
+// --- Bounds ---------------------------------------------------------------------------------------
+
+constexpr std::size_t kMiB = std::size_t{1} << 20;
+constexpr std::size_t kMemoryAtFirst = 64 * kMiB;
+constexpr std::size_t kMemoryPerByte = 24;
+// The sanitizers slow everything down.
+constexpr double kSlowness = 10;
+
+#if defined(__SANITIZE_ADDRESS__)
+#define WATCHES_MEMORY
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define WATCHES_MEMORY
+#endif
+#endif
+
+#ifdef WATCHES_MEMORY
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, std::size_t),
+                                                         void (*)(const volatile void*));
+
+std::size_t mostMemory = 0;
+
+void noteMemory(const volatile void*, std::size_t) {
+  mostMemory = std::max(mostMemory, __sanitizer_get_current_allocated_bytes());
+}
+
+/// The most memory in use at any moment of `work`, beyond that at its beginning.
+template <class Work>
+std::size_t memoryOf(Work work) {
+  static const int installed =
+      __sanitizer_install_malloc_and_free_hooks(noteMemory, [](const volatile void*) {});
+  check(installed != 0);
+  const std::size_t before = __sanitizer_get_current_allocated_bytes();
+  mostMemory = before;
+  work();
+  return mostMemory - before;
+}
+#else
+template <class Work>
+std::size_t memoryOf(Work work) {
+  work();
+  return 0;
+}
+#endif
+
+/// A small input made large, as hostile files are: the line before each line "@@N" is repeated N times, with
+/// the number of the copy where it has "@".
+std::string grown(const std::string& text) {
+  std::string result;
+  std::string last;
+  std::size_t pos = 0;
+  while (const auto line = nextLine(text, pos)) {
+    const auto times = line->substr(0, 2) == "@@" ? toInteger(line->substr(2)) : std::nullopt;
+    for (int i = 1; i <= times.value_or(0) && result.size() < kMiB; ++i)
+      for (const char c : last + "\n") result += c == '@' ? std::to_string(i) : std::string(1, c);
+    if (times) continue;
+    last = *line;
+    result += last + "\n";
+  }
+  return result;
+}
+
+}  // namespace
+
+void checkStar(const std::string& bytes) {
+  checkPass(bytes);
+  importBothWays(bytes);
+}
+
+void checkNef(const std::string& bytes) {
+  importBothWays(
+      "data_x\nsave_nef_nmr_meta_data\n_nef_nmr_meta_data.sf_category nef_nmr_meta_data\n"
+      "_nef_nmr_meta_data.format_name nmr_exchange_format\nsave_\n" +
+      bytes);
+}
+
+void checkCsv(const std::string& bytes) {
+  try {
+    readCsv({"input", "", bytes, std::nullopt});
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
+  importBothWays(bytes);
+}
+
+void checkGzip(const std::string& bytes) {
+  try {
+    unpacked("\x1f\x8b" + bytes, "input");
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
+  const std::string packed = gzipped(bytes);
+  check(unpacked(packed, "input") == bytes);
+  check(unpacked(packed + packed, "input") == bytes + bytes);
+  // The damage depends on the bytes, so that the fuzzer has a hand in it.
+  std::size_t sum = 0;
+  for (const char c : bytes) sum = sum * 31 + static_cast<unsigned char>(c);
+  constexpr std::size_t kMark = 2;  // without it the file is not gzipped
+  checkDamaged(packed.substr(0, kMark + sum % (packed.size() - kMark)), bytes);
+  std::string changed = packed;
+  // After the header, whose bytes may be anything.
+  constexpr std::size_t kHeader = 10;
+  changed[kHeader + sum % (packed.size() - kHeader)] ^= static_cast<char>(1U << (sum / 7 % 8));
+  checkDamaged(changed, bytes);
+}
+
+void checkTables(const std::string& bytes) {
+  static const Protein protein = everyNeighbour();
+  auto texts = shippedTables();
+  texts[tableOf(bytes)] = bytes;
+  try {
+    Predictor predictor(tablesFromTexts(texts));
+    checkPrediction(predictor.predict(protein));
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
+}
+
+void checkBounds(const std::string& bytes) {
+  const std::string text = grown(bytes);
+  const std::clock_t start = std::clock();
+  const std::size_t memory = memoryOf([&text] {
+    for (const ImportOptions& options : {ImportOptions{}, ImportOptions{{}, {"all"}}}) {
+      try {
+        readShiftBytes(text, "input", options);
+      } catch (const Error& error) {
+        checkMessage(error);
+      }
+    }
+  });
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC / 2;
+  check(memory <= kMemoryAtFirst + kMemoryPerByte * text.size());
+  check(seconds <= kSlowness * (1 + static_cast<double>(text.size()) / static_cast<double>(kMiB)));
+}
+
+}  // namespace zorvela

@@ -1,0 +1,27 @@
+// Everything that the fuzzer ever found, and what it starts from, goes through it once more.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+TEST(Corpus, HoldsWhatTheFuzzerChecks) {
+  std::size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(FUZZ_CORPUS)) {
+    std::ifstream in(entry.path(), std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    SCOPED_TRACE(entry.path());
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    ++count;
+  }
+  EXPECT_GE(count, 5U);
+}
+
+}  // namespace

@@ -14,6 +14,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
+#include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
@@ -130,6 +131,10 @@ void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& fail
 }
 
 void label(const LabelSettings& settings) {
+  InputFiles inputs;
+  inputs.addFolder(settings.entries);
+  inputs.addFolder(settings.structures);
+  inputs.mustNotHold(settings.output);
   Failures failures;
   LabelVotes votes(readEntries(settings.entries, failures), settings.identity);
   const std::size_t failedEntries = failures.count;

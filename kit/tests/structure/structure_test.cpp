@@ -42,7 +42,8 @@ zorvela::StructureChain chainOf(const std::string& letters) {
 // Residues of the chain as they stand under the sequence, "-" where there is none.
 std::string aligned(const std::string& sequence, const zorvela::StructureChain& chain) {
   std::string text;
-  for (const std::size_t place : zorvela::align(sequence, chain)->inStructure)
+  const auto alignment = zorvela::align(sequence, chain);
+  for (const std::size_t place : alignment->inStructure)
     text += place == zorvela::kNoResidue ? '-' : chain.residues[place].letter;
   return text;
 }

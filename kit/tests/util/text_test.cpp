@@ -63,28 +63,29 @@ TEST(Text, PrintableTextIsOneShortLine) {
 }
 
 TEST(Text, ShownTextHasNothingThatATerminalObeys) {
-  EXPECT_EQ(zorvela::shown("plain \xC3\xBC \xE2\x82\xAC \xF0\x9D\x9B\xBC"), "plain \xC3\xBC \xE2\x82\xAC \xF0\x9D\x9B\xBC");
+  EXPECT_EQ(zorvela::shown("plain \xC3\xBC \xE2\x82\xAC \xF0\x9D\x9B\xBC"),
+            "plain \xC3\xBC \xE2\x82\xAC \xF0\x9D\x9B\xBC");
   EXPECT_EQ(zorvela::shown("a\x1B[31mb\nc\td\x7F"), "a?[31mb?c?d?");
   EXPECT_EQ(zorvela::shown(std::string_view("a\0b", 3)), "a?b");
   for (const char* control : {"\xC2\x80", "\xC2\x9B", "\xC2\x9F"})  // U+0080, U+009B, U+009F
     EXPECT_EQ(zorvela::shown(control), "?");
   EXPECT_EQ(zorvela::shown("\xC2\xA0"), "\xC2\xA0");  // U+00A0, a blank
-  for (const char* turn : {"\xD8\x9C", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAE", "\xE2\x81\xA6",
-                           "\xE2\x81\xA9", "\xE2\x80\xA8", "\xE2\x80\xA9"})
+  for (const char* turn : {"\xD8\x9C", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAE",
+                           "\xE2\x81\xA6", "\xE2\x81\xA9", "\xE2\x80\xA8", "\xE2\x80\xA9"})
     EXPECT_EQ(zorvela::shown(turn), "?");
   EXPECT_EQ(zorvela::shownLines("a\nb\rc"), "a\nb?c");
 }
 
 TEST(Text, BytesThatAreNoUtf8AreReplaced) {
   const std::string bad = "\xEF\xBF\xBD";  // U+FFFD
-  EXPECT_EQ(zorvela::shown("\x9B"), bad);   // C1 in one byte
+  EXPECT_EQ(zorvela::shown("\x9B"), bad);  // C1 in one byte
   EXPECT_EQ(zorvela::shown("caf\xE9"), "caf" + bad);
-  EXPECT_EQ(zorvela::shown("\xC3"), bad);                               // cut
-  EXPECT_EQ(zorvela::shown("\xE2\x82"), bad + bad);                     // cut
-  EXPECT_EQ(zorvela::shown("\xC0\x9B"), bad + bad);                     // too long for its code
-  EXPECT_EQ(zorvela::shown("\xE0\x82\x9B"), bad + bad + bad);           // too long for U+009B
+  EXPECT_EQ(zorvela::shown("\xC3"), bad);                                // cut
+  EXPECT_EQ(zorvela::shown("\xE2\x82"), bad + bad);                      // cut
+  EXPECT_EQ(zorvela::shown("\xC0\x9B"), bad + bad);                      // too long for its code
+  EXPECT_EQ(zorvela::shown("\xE0\x82\x9B"), bad + bad + bad);            // too long for U+009B
   EXPECT_EQ(zorvela::shown("\xF0\x82\x82\xAC"), bad + bad + bad + bad);  // too long
-  EXPECT_EQ(zorvela::shown("\xED\xA0\x80"), bad + bad + bad);           // half of a pair
+  EXPECT_EQ(zorvela::shown("\xED\xA0\x80"), bad + bad + bad);            // half of a pair
   EXPECT_EQ(zorvela::shown("\xF4\x90\x80\x80"), bad + bad + bad + bad);  // beyond U+10FFFF
   EXPECT_EQ(zorvela::shown("\xFFx"), bad + "x");
 }

@@ -11,6 +11,7 @@ SCHEMA = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
 # Columns of the CSV file that stand elsewhere in the JSON file: beside the proline or in its protein.
 OF_THE_PROTEIN = {"file", "chain", "list"}
 OF_REFERENCING = {"offset_ca", "offset_cb", "offset_ha", "offset_c", "to_correct"}
+IN_SHORT = {"strongest", "next_shift"}  # in JSON whole: evidence and next_shifts
 
 
 def sub_commands():
@@ -67,10 +68,10 @@ class Document(unittest.TestCase):
 
 class Schema(unittest.TestCase):
     def test_a_proline_has_the_columns_of_the_csv_file(self):
-        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING
+        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING - IN_SHORT
         properties = set(SCHEMA["$defs"]["proline"]["properties"])
         self.assertEqual(columns - properties, set())
-        self.assertEqual(properties - columns, {"prev_resid", "next_resid"})
+        self.assertEqual(properties - columns, {"prev_resid", "next_resid", "evidence", "next_shifts"})
         self.assertEqual(OF_THE_PROTEIN - set(SCHEMA["$defs"]["protein"]["properties"]), set())
 
     def test_a_call_is_one_that_the_document_explains(self):

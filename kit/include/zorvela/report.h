@@ -19,6 +19,7 @@ struct FileReport {
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables
+  ClassStatistics classes;        ///< of these tables; the pictures of `writeHtml` show them
   std::vector<FileReport> files;  ///< in the order in which they were given
 };
 
@@ -29,7 +30,9 @@ std::size_t countErrors(const RunReport& report);
 
 /// How a report looks where there is a choice.
 struct ReportStyle {
-  bool colour = false;  ///< with the control sequences of a terminal
+  bool colour = false;   ///< with the control sequences of a terminal
+  bool explain = false;  ///< with the evidence below each proline of `residues`, or of each if that is empty
+  std::vector<std::string> residues = {};  ///< residue numbers as the files have them
 };
 
 /// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an

@@ -42,6 +42,9 @@ void writeTable(const RunReport& report, const ReportStyle& style, std::ostream&
 void writeCsv(const RunReport& report, const ReportStyle& style, std::ostream& out);
 /// For programs; kit/report/run.schema.json describes it.
 void writeJson(const RunReport& report, const ReportStyle& style, std::ostream& out);
+/// To look at and to print: a page of HTML with pictures that stands alone, without a script, loading
+/// nothing. The same report gives the same bytes.
+void writeHtml(const RunReport& report, const ReportStyle& style, std::ostream& out);
 
 /// A way out by its name.
 struct ReportFormat {

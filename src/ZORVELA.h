@@ -66,10 +66,6 @@ struct ProlinePrediction {
   ProlineEvidence evidence;          ///< what the two are made of
 };
 
-/// A referencing offset above its bound (ppm) calls for a correction.
-inline constexpr double kOffsetBound = 1.0;
-inline constexpr double kOffsetBoundHA = 0.25;
-
 /// A straight-line estimate of a referencing offset, as the check report prints it.
 struct ReferencingOffset {
   std::string atom;          ///< "CA", "CB", "HA" or "C"

@@ -12,6 +12,8 @@ constexpr double kMarkedOutlier = 2.0;
 constexpr double kMarkedOutlierHA = 3.0;
 
 // Offsets (ppm) above which a referencing correction is recommended.
+constexpr double kOffsetBound = 1.0;
+constexpr double kOffsetBoundHA = 0.25;
 
 // Secondary shifts (ppm) of one residue by atom. An atom without an entry reads as 0.
 using AtomShifts = std::map<std::string, float>;

@@ -324,7 +324,8 @@ PublishedData besideLabels(PublishedData published, const std::string& labels) {
 void evaluateReferencing(const EvaluateSettings& settings) {
   ZORVELA run;
   useTables(*loadTables(findTables(settings.tables)), run);
-  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  const LabelledProlines data =
+      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
   const ReferencingStudy study = studyReferencing(run, data);
   if (!settings.relations.empty())
     writeWhole(settings.relations, [&](std::ostream& out) { writeRelations(out, study); });

@@ -89,8 +89,8 @@ const std::string& whyNot(const Protein& protein, int position) {
   return reason::kTooFewShifts;
 }
 
-ProlineResult resultOf(ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts,
-                       int position, const std::optional<ProlinePrediction>& prediction) {
+ProlineResult resultOf(ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts, int position,
+                       const std::optional<ProlinePrediction>& prediction) {
   ProlineResult proline = describe(run, protein, cgShifts, position);
   if (!prediction) {
     proline.reason = whyNot(protein, position);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ZORVELA.h"
+#include "predict/referencing.h"
 #include "report/fields.h"
 #include "report/pictures.h"
 #include "report/svg.h"
@@ -13,8 +13,8 @@ namespace zorvela {
 
 namespace {
 
-constexpr double kZeroX = 156;
-constexpr double kPerBound = 54;
+constexpr double kZeroX = 190;
+constexpr double kPerBound = 40;
 constexpr double kMostBounds = 2;  // points further out stand at the edge
 constexpr double kTop = 24;
 constexpr double kRow = 26;
@@ -24,10 +24,6 @@ const double kHeight = kBottom + 34;
 
 double firstRow() {
   return kTop + kRow / 2;
-}
-
-double boundOf(const std::string& atom) {
-  return atom == "HA" ? kOffsetBoundHA : kOffsetBound;
 }
 
 double xOf(double offset, double bound) {
@@ -49,7 +45,7 @@ std::string rowOf(const ReferencingOffset* offset, const std::string& atom, doub
   if (offset == nullptr || !std::isfinite(offset->offset))
     return "<circle class=\"h\" cx=\"" + coordinate(kZeroX) + "\" cy=\"" + coordinate(y) + "\" r=\"4\"/>" +
            svgText(kFigureX, y + 4, "too few residues", "class=\"e\"") + "\n";
-  const double bound = boundOf(atom);
+  const double bound = correctionBound(atom);
   const auto value = static_cast<double>(offset->offset);
   std::string row;
   if (std::isfinite(offset->error)) {
@@ -98,18 +94,13 @@ std::string referencingDefinitions() {
            svgText(kZeroX + kPerBound + 8, 12, "too high");
   double y = firstRow();
   for (const std::string& atom : kOffsetAtoms) {
-    frame += svgText(0, y + 4, nameOf(atom), "class=\"b\"");
+    frame += svgText(0, y + 4, nameOf(atom), "class=\"b\"") +
+             svgText(28, y + 4, "± " + figureText(correctionBound(atom), 2) + " ppm", "class=\"s\"");
     y += kRow;
   }
-  const auto tick = [&](double bounds, const std::string& first, const std::string& second) {
-    const double x = kZeroX + bounds * kPerBound;
-    return svgText(x, kBottom + 13, first, "class=\"m s\"") +
-           svgText(x, kBottom + 27, second, "class=\"m s\"");
-  };
-  const std::string carbon = figureText(kOffsetBound, 0);
-  const std::string proton = figureText(kOffsetBoundHA, 2);
-  return frame + tick(-1, "−" + carbon, "HA −" + proton) + tick(0, "0", "ppm") +
-         tick(1, "+" + carbon, "HA +" + proton) + "</g></defs></svg>\n";
+  for (const double bounds : {-1.0, 0.0, 1.0})
+    frame += svgText(kZeroX + bounds * kPerBound, kBottom + 13, signedFigure(bounds, 0), "class=\"m s\"");
+  return frame + svgText(kZeroX, kBottom + 28, "offset / bound", "class=\"m\"") + "</g></defs></svg>\n";
 }
 
 std::string referencingPicture(const ProteinResult& protein) {

@@ -11,6 +11,7 @@
 
 #include "train/metrics.h"
 #include "train/statistics_tools.h"
+#include "util/robust.h"
 #include "zorvela/error.h"
 
 namespace zorvela {

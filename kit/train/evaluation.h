@@ -55,8 +55,7 @@ Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const Predict
 /// folds, or a fold leaves no cis or no trans to train on. A step is a fold.
 Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
                           const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep = {},
-                          const PredictionVisitor& visit = {});
+                          const OnStep& onStep = {}, const PredictionVisitor& visit = {});
 
 /// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
 /// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the

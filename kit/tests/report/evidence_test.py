@@ -20,7 +20,7 @@ CIS_FROM = 0.0
 
 
 def files():
-    entries = program.shared_entries()
+    entries = program.real_entries()
     return [*program.EXAMPLES, *entries[::max(1, len(entries) // SHARED)][:SHARED]]
 
 

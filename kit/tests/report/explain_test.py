@@ -45,7 +45,7 @@ class Explain(unittest.TestCase):
         self.assertIn("CG would be worth 0.", text)
 
     def test_fits_80_columns(self):
-        for example in [*program.EXAMPLES, *program.shared_entries()[::80]]:
+        for example in [*program.EXAMPLES, *program.real_entries()[::80]]:
             lines = program.run("--explain", example, tables=program.TABLES).stdout.split("\n")
             for line in lines:
                 if line.startswith("     "):

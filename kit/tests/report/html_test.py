@@ -72,7 +72,7 @@ class Page(unittest.TestCase):
             self.assert_sound(page(relative(example)))
 
     def test_many_chains_are_sound(self):
-        files = program.EXAMPLES + program.shared_entries()[:20]
+        files = program.EXAMPLES + program.real_entries()[:20]
         self.assert_sound(page(*files, "no_such_file.tab"))
 
     def test_examples_byte_for_byte(self):
@@ -203,7 +203,7 @@ class Pictures(unittest.TestCase):
                                    ("c", "260", "204", "88", "64"), ("c", "260", "204", "44", "32")])
 
     def test_no_labels_overlap(self):
-        for example in [*program.EXAMPLES, *program.shared_entries()[::60]]:
+        for example in [*program.EXAMPLES, *program.real_entries()[::60]]:
             for picture in pictures(page(example)):
                 boxes = []
                 for label in picture.iter("text"):

@@ -136,7 +136,7 @@ std::string missingText(const ProlineResult& proline) {
 }  // namespace
 
 std::string explained(const ProlineResult& proline) {
-  std::string text = wrapped(withoutControls(sentenceOf(proline)));
+  std::string text = wrapped(shown(sentenceOf(proline)));
   if (!proline.evidence) return text;
   if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
   const std::vector<Line> lines = linesOf(proline);
@@ -149,7 +149,7 @@ std::string explained(const ProlineResult& proline) {
   text += withoutTrailingBlanks(textOf({"sum", "", "", "", proline.evidence->logOdds()})) + '\n';
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
     text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
-  return text + wrapped(withoutControls(missingText(proline)));
+  return text + wrapped(shown(missingText(proline)));
 }
 
 }  // namespace zorvela

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -11,74 +12,36 @@ namespace {
 
 constexpr double kCharacterWidth = 7.2;  // of the widest common characters at 12 units
 
-/// A character of a text in UTF-8 and how many bytes it has; 0 bytes of it are valid where it is no
-/// character.
-struct Character {
-  char32_t code = 0;
-  std::size_t size = 0;
-};
-
-Character characterAt(const std::string& text, std::size_t at) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char first = byte(at);
-  if (first < 0x80) return {first, 1};
-  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || at + size > text.size()) return {};
-  char32_t code = first & (0xFFU >> (size + 1));
-  for (std::size_t i = at + 1; i < at + size; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return {};
-    code = (code << 6U) | (byte(i) & 0x3FU);
-  }
-  const bool isOverlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
-  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-  const bool isNoCharacter = (code & 0xFFFEU) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF);
-  if (isOverlong || isSurrogate || isNoCharacter || code > 0x10FFFF) return {};
-  return {code, size};
-}
-
-/// Controls, and the marks that turn the direction of the text after them.
-bool isControl(char32_t code) {
-  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x200E || code == 0x200F ||
-         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
-}
-
 }  // namespace
 
 std::string escaped(const std::string& text) {
   std::string safe;
-  for (std::size_t at = 0; at < text.size();) {
-    const Character character = characterAt(text, at);
-    if (character.size == 0) {
-      safe += "\xEF\xBF\xBD";
-      ++at;
-      continue;
-    }
-    if (isControl(character.code))
-      safe += '?';
-    else if (character.code == '&')
+  for (const char c : shown(text)) {
+    if (c == '&')
       safe += "&amp;";
-    else if (character.code == '<')
+    else if (c == '<')
       safe += "&lt;";
-    else if (character.code == '>')
+    else if (c == '>')
       safe += "&gt;";
-    else if (character.code == '"')
+    else if (c == '"')
       safe += "&quot;";
-    else if (character.code == '\'')
+    else if (c == '\'')
       safe += "&#39;";
     else
-      safe.append(text, at, character.size);
-    at += character.size;
+      safe += c;
   }
   return safe;
 }
 
 std::string shortened(const std::string& text, std::size_t most) {
+  const auto isFirstOfCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; };
   std::size_t characters = 0;
   std::size_t end = 0;  // of the characters that stay where one must go
-  for (std::size_t at = 0; at < text.size(); ++characters) {
-    if (characters + 1 == most) end = at;
-    if (characters == most) return text.substr(0, end) + "…";
-    at += std::max(characterAt(text, at).size, std::size_t{1});
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (!isFirstOfCharacter(text[at])) continue;
+    ++characters;
+    if (characters == most) end = at;
+    if (characters > most) return text.substr(0, end) + "…";
   }
   return text;
 }

@@ -36,6 +36,25 @@ inline constexpr int kTripletShifts = 3 * kAtomsPerResidue;
 /// Shift index of the proline's CG.
 inline constexpr int kProlineCG = kTripletShifts;
 
+/// Trans to cis among prolines, by which equal odds become natural ones.
+inline constexpr double kTransPerCis = 19.0;
+
+/// One shift of a triplet against what cis and trans prolines have. A missing one favours neither.
+struct ShiftEvidence {
+  float secondary = kMissingShift;  ///< before it is brought into its limits (ppm); of CG the shift itself
+  float used = kMissingShift;       ///< as it is used (ppm); text of six digits, read back
+  bool isMissing = true;
+  double lnCis = 0;    ///< natural logarithm of its factor of the likelihood of cis, at most 0
+  double lnTrans = 0;  ///< the same for trans
+};
+
+/// All that a probability is made of.
+struct ProlineEvidence {
+  std::array<ShiftEvidence, kTripletShifts + 1> shifts;  ///< by shift index
+  std::array<float, 2> cisShares{};    ///< of the residue types before and after, among those of cis prolines
+  std::array<float, 2> transShares{};  ///< the same for trans
+};
+
 /// What the program says of one proline.
 struct ProlinePrediction {
   int resid = 0;                     ///< residue number of the proline
@@ -44,6 +63,7 @@ struct ProlinePrediction {
   float cgShift = kMissingShift;     ///< CG of the proline as observed (ppm), 9999 if absent
   float pCis = 0;                    ///< probability of cis under equal odds
   float pCisNorm = 0;                ///< probability of cis where 1 proline in 20 is cis
+  ProlineEvidence evidence;          ///< what the two are made of
 };
 
 /// A straight-line estimate of a referencing offset, as the check report prints it.
@@ -237,8 +257,9 @@ class ZORVELA {
   std::map<std::string, std::string> tripletOf(int r, const ResidueRows& secondaryShifts);
   std::optional<ProlinePrediction> predictResidue(int r, const ResidueRows& secondaryShifts);
   bool hasEnoughShifts(const std::map<std::string, std::string>& triplet);
-  float cisProbability(std::map<std::string, std::string>& triplet, const std::array<std::string, 3>& names,
-                       float cgShift);
+  ProlineEvidence gatherEvidence(std::map<std::string, std::string>& triplet,
+                                 const ResidueRows& secondaryShifts, const ProlinePrediction& proline);
+  void compare(ShiftEvidence& shift, int index) const;
   static GDB startPredictions();
   void addPrediction(GDB& table, const ProlinePrediction& prediction);
   void printListing(const GDB& table);

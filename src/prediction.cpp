@@ -10,31 +10,47 @@
 
 namespace {
 
-// Trans to cis among prolines, by which equal odds become natural ones.
-constexpr double kTransPerCis = 19.0;
-
 // Input rows far apart can span billions of residue numbers: of more than these only those are visited
 // that the sequence or a row names.
 constexpr long long kMostUnnamed = 100000;
 
 // Without the factor 1 / (sigma sqrt(2 pi)): the deviations act through the exponent alone.
-double gaussian(float shift, float mean, float deviation) {
+double lnGaussian(float shift, float mean, float deviation) {
   const float difference = shift - mean;
   const double z = (1.0 / deviation) * difference;
-  return std::exp(-0.5 * (z * z));
+  return -0.5 * (z * z);
 }
 
-float times(float product, double factor) {
-  return static_cast<float>(product * factor);
-}
-
-// Evidence for cis and for trans, each in single precision after every factor.
-struct Evidence {
+// Likelihood of cis and of trans, each in single precision after every factor.
+struct Likelihoods {
   float cis = 1.0F;
   float trans = 1.0F;
 
+  void take(const ShiftEvidence& shift) {
+    if (shift.isMissing) return;
+    cis = static_cast<float>(cis * std::exp(shift.lnCis));
+    trans = static_cast<float>(trans * std::exp(shift.lnTrans));
+  }
+  void take(float cisFactor, float transFactor) {
+    cis *= cisFactor;
+    trans *= transFactor;
+  }
   float probability() const { return cis / (cis + trans); }
 };
+
+// Backbone shifts, neighbours, CG: in this order, which single precision can notice.
+float cisProbability(const ProlineEvidence& evidence) {
+  Likelihoods all;
+  for (std::size_t k = 0; k < kTripletShifts; ++k) all.take(evidence.shifts[k]);
+  all.take(evidence.cisShares[0] * evidence.cisShares[1], evidence.transShares[0] * evidence.transShares[1]);
+  all.take(evidence.shifts[kProlineCG]);
+  return all.probability();
+}
+
+float valueAt(const std::map<int, float>& values, int index) {
+  const auto found = values.find(index);
+  return found == values.end() ? 0.0F : found->second;
+}
 
 float naturalOdds(float p) {
   return static_cast<float>(p / (p + kTransPerCis * (1.0 - p)));
@@ -108,32 +124,39 @@ std::optional<ProlinePrediction> ZORVELA::predictResidue(int r, const ResidueRow
     prediction.names[i] = triplet[atPosition(kResname, position)];
     prediction.shiftCounts[i] = kAtomsPerResidue - missingCount[residueAt(r, position - kCentre)];
   }
-  prediction.pCis = cisProbability(triplet, prediction.names, prediction.cgShift);
+  prediction.evidence = gatherEvidence(triplet, secondaryShifts, prediction);
+  prediction.pCis = cisProbability(prediction.evidence);
   prediction.pCisNorm = naturalOdds(prediction.pCis);
   return prediction;
 }
 
-float ZORVELA::cisProbability(std::map<std::string, std::string>& triplet,
-                              const std::array<std::string, 3>& names, float cgShift) {
-  Evidence shifts;
+ProlineEvidence ZORVELA::gatherEvidence(std::map<std::string, std::string>& triplet,
+                                        const ResidueRows& secondaryShifts,
+                                        const ProlinePrediction& proline) {
+  ProlineEvidence evidence;
   int k = 0;
   for (int position = kPrevious; position <= kNext; ++position) {
+    const ResidueRows::Residue rows = secondaryShifts.of(residueAt(proline.resid, position - kCentre));
     for (const auto& [key, atom] : atomNames) {
-      const float shift = GDB::toFloat(triplet[atPosition(atom, position)]);
-      if (!(shift > kMissingSecondaryShift)) {
-        shifts.cis = times(shifts.cis, gaussian(shift, avgCis[k], stdCis[k]));
-        shifts.trans = times(shifts.trans, gaussian(shift, avgTrans[k], stdTrans[k]));
-      }
-      ++k;
+      ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(k)];
+      shift.secondary = rows.shiftOf(atom, 0.0F);
+      shift.used = GDB::toFloat(triplet[atPosition(atom, position)]);
+      shift.isMissing = shift.used > kMissingSecondaryShift;
+      compare(shift, k++);
     }
   }
+  ShiftEvidence& cg = evidence.shifts[kProlineCG];
+  cg.secondary = cg.used = proline.cgShift;
+  cg.isMissing = proline.cgShift >= kMissingBound;
+  compare(cg, kProlineCG);
 
-  const float priorCis = proSeqCis[names[0]][kPrevious] * proSeqCis[names[2]][kNext];
-  const float priorTrans = proSeqTrans[names[0]][kPrevious] * proSeqTrans[names[2]][kNext];
-  Evidence all{shifts.cis * priorCis, shifts.trans * priorTrans};
-  if (!(cgShift >= kMissingBound)) {
-    all.cis = times(all.cis, gaussian(cgShift, avgCis[kProlineCG], stdCis[kProlineCG]));
-    all.trans = times(all.trans, gaussian(cgShift, avgTrans[kProlineCG], stdTrans[kProlineCG]));
-  }
-  return all.probability();
+  evidence.cisShares = {proSeqCis[proline.names[0]][kPrevious], proSeqCis[proline.names[2]][kNext]};
+  evidence.transShares = {proSeqTrans[proline.names[0]][kPrevious], proSeqTrans[proline.names[2]][kNext]};
+  return evidence;
+}
+
+void ZORVELA::compare(ShiftEvidence& shift, int index) const {
+  if (shift.isMissing) return;
+  shift.lnCis = lnGaussian(shift.used, valueAt(avgCis, index), valueAt(stdCis, index));
+  shift.lnTrans = lnGaussian(shift.used, valueAt(avgTrans, index), valueAt(stdTrans, index));
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@
 #include "train/evaluation.h"
 #include "train/labelled_prolines.h"
 #include "train/metrics.h"
+#include "train/next_shift_trial.h"
 #include "train/published_tables.h"
 #include "train/referencing_study.h"
 #include "train/table_training.h"
@@ -34,8 +36,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// The rule of the bench: CB - CG of the proline above this (ppm) is cis (Schubert et al. 2002).
-constexpr double kRuleCisAbove = 7.1;
 // Seed of the bootstrap; any number does, but always the same one.
 constexpr std::uint64_t kBootstrapSeed = 7;
 const std::vector<double> kCalibrationEdges = {0, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 0.8, 0.95, 1};
@@ -49,6 +49,7 @@ struct EvaluateSettings {
   TrainingChoices choices;
   int rounds = 2000;
   bool json = false;
+  bool nextShift = false;
   std::string output = "-";
   std::string predictions;
   std::string roc;
@@ -258,6 +259,53 @@ void writeCalibration(std::ostream& out, const Evaluation& evaluation) {
         << number(bin.interval.high) << '\n';
 }
 
+// --- What to measure next -----------------------------------------------------------------------
+
+constexpr std::size_t kTrialSteps = 4;
+constexpr int kTrialRounds = 20;
+constexpr std::uint64_t kTrialSeed = 9;
+
+void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigures& figures) {
+  char buffer[160];
+  std::snprintf(buffer, sizeof buffer, "\n%s: %zu starts of %zu prolines\n", name.c_str(), figures.starts,
+                figures.prolines);
+  out << buffer
+      << "          log loss (bits)                               undecided\n"
+         "shifts    by gain  at random  saved [95 %]              by gain  at random\n";
+  for (std::size_t i = 0; i < figures.steps.size(); ++i) {
+    const TrialStep& step = figures.steps[i];
+    std::snprintf(buffer, sizeof buffer, "%6zu    %7.4f  %9.4f  %6.4f [%.4f %.4f]  %8.3f  %9.3f\n", i,
+                  step.byGain, step.atRandom, step.atRandom - step.byGain, step.saved.low, step.saved.high,
+                  step.undecidedByGain, step.undecidedAtRandom);
+    out << buffer;
+  }
+  std::snprintf(buffer, sizeof buffer,
+                "The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n", figures.promised,
+                figures.kept);
+  out << buffer;
+}
+
+void writeTrial(std::ostream& out, const Trial& trial, const std::string& tables) {
+  out << "Tables: " << tables << "\nEach shift is hidden with a chance of one half, " << kTrialRounds
+      << " times for each proline; hidden ones are then\n"
+         "given back one at a time, by expected gain of information or at random.\n";
+  writeTrialSet(out, "All", trial.all);
+  writeTrialSet(out, "Undecided at the start", trial.undecided);
+}
+
+/// The prolines that are scored, in their order.
+std::vector<TrialProline> scoredOnly(const Evaluation& evaluation,
+                                     std::map<std::size_t, TrialProline> byLabel) {
+  std::vector<TrialProline> prolines;
+  for (const Evaluated& p : evaluation.prolines) {
+    TrialProline& proline = byLabel.at(p.label);
+    proline.isCis = p.isCis;
+    proline.cluster = p.cluster;
+    prolines.push_back(std::move(proline));
+  }
+  return prolines;
+}
+
 // --- The command ----------------------------------------------------------------------------------
 
 /// Where no path was given: the published files beside the labels, as our data folder has them.
@@ -276,7 +324,8 @@ PublishedData besideLabels(PublishedData published, const std::string& labels) {
 void evaluateReferencing(const EvaluateSettings& settings) {
   ZORVELA run;
   useTables(*loadTables(findTables(settings.tables)), run);
-  const LabelledProlines data = readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  const LabelledProlines data =
+      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
   const ReferencingStudy study = studyReferencing(run, data);
   if (!settings.relations.empty())
     writeWhole(settings.relations, [&](std::ostream& out) { writeRelations(out, study); });
@@ -323,12 +372,24 @@ void evaluate(const EvaluateSettings& settings) {
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
   const LabelledProlines data = withOffsets(known, settings);
   sayLeftOut(data);
+  std::map<std::size_t, TrialProline> trial;
+  PredictionVisitor visit;
+  if (settings.nextShift)
+    visit = [&trial](std::size_t label, ZORVELA& with, const ProlinePrediction& prediction) {
+      trial[label] = trialProline(with, prediction);
+    };
   const Predictions predictions =
       settings.folds > 0 ? crossValidate(published, known, data, settings.folds, settings.choices,
-                                         progressBar("Cross-validating"))
-                         : predictAll(run, data);
+                                         progressBar("Cross-validating"), visit)
+                         : predictAll(run, data, visit);
 
   const Evaluation result = evaluation(data, predictions);
+  if (settings.nextShift) {
+    const Trial figures = tryNextShifts(scoredOnly(result, std::move(trial)), kTrialSteps, kTrialRounds,
+                                        settings.rounds, kTrialSeed);
+    writeWhole(settings.output, [&](std::ostream& out) { writeTrial(out, figures, tables); });
+    return;
+  }
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);
   const auto writeTo = [](const std::string& path, const std::function<void(std::ostream&)>& write) {
     if (!path.empty()) writeWhole(path, write);
@@ -367,7 +428,11 @@ void addEvaluate(CLI::App& app) {
               "instead of given tables: train all tables anew without the clusters of each of N folds")
           ->check(CLI::Range(std::size_t{2}, std::size_t{1000}))
           ->excludes(tables);
-  command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
+  CLI::Option* nextShift =
+      command->add_flag("--next-shift", settings->nextShift,
+                        "instead of accuracy: does the expected gain rank first what is worth measuring?");
+  command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration")
+      ->excludes(nextShift);
   command->add_option("--output", settings->output, "file for the figures (default: standard output)");
   command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
       ->check(CLI::Range(0, 100000))

@@ -43,6 +43,8 @@ struct RunSettings {
   std::string tables;
   std::string format = reportFormats().front().name;
   std::string output = "-";
+  bool explain = false;
+  std::vector<std::string> residues;
   int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
 };
 
@@ -138,6 +140,25 @@ void sayAll(const RunReport& report) {
   }
 }
 
+bool hasProline(const RunReport& report, const std::string& number) {
+  for (const FileReport& file : report.files)
+    for (const ProteinResult& protein : file.proteins)
+      for (const ProlineResult& proline : protein.prolines)
+        if (proline.number == number) return true;
+  return false;
+}
+
+void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
+  for (const std::string& number : settings.residues)
+    if (!hasProline(report, number))
+      say("warning: --residue " + number + ": no file has a proline of this number");
+}
+
+void mustBeTable(const RunSettings& settings) {
+  if (settings.explain && settings.format != "table")
+    throw Error("--explain goes with --format table; the other formats hold the evidence without it");
+}
+
 bool wantsColour(const std::string& output) {
   const char* refused = std::getenv("NO_COLOR");
   return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
@@ -150,14 +171,18 @@ std::vector<std::string> formatNames() {
 }
 
 void run(const RunSettings& settings) {
+  mustBeTable(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
   InputFiles inputs(settings.files);
   inputs.addFolder(report.tables);
   inputs.mustNotHold(settings.output);
-  report.files = predictFiles(settings, loadTables(report.tables));
+  const Tables tables = loadTables(report.tables);
+  report.classes = statisticsOf(tables);
+  report.files = predictFiles(settings, tables);
   sayAll(report);
-  const ReportStyle style{wantsColour(settings.output)};
+  sayUnknownResidues(settings, report);
+  const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
   writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });
   if (const std::size_t errors = countErrors(report); errors > 0) {
     sayFailures(errors, report.files.size(), "predicted");
@@ -188,6 +213,14 @@ void addRun(CLI::App& app) {
   command->add_option("--output", settings->output)
       ->type_name("FILE")
       ->description("Write to this file instead of standard output");
+  CLI::Option* explain =
+      command->add_flag("--explain", settings->explain)
+          ->description("Below each proline: what speaks for cis and for trans, and what to measure next");
+  command->add_option("--residue", settings->residues)
+      ->type_name("N")
+      ->allow_extra_args(false)
+      ->needs(explain)
+      ->description("Explain only prolines of this number; may be repeated");
   command->add_option("--tables", settings->tables)
       ->type_name("DIR")
       ->description("Folder of the seven reference tables");

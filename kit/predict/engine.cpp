@@ -1,8 +1,10 @@
 // From a protein to the results of its prolines, by the program's own classes.
+#include <algorithm>
 #include <climits>
 #include <cmath>
 
 #include "ZORVELA.h"
+#include "predict/evidence.h"
 #include "predict/referencing.h"
 #include "predict/secondary_shifts.h"
 #include "predict/tables.h"
@@ -87,13 +89,14 @@ const std::string& whyNot(const Protein& protein, int position) {
   return reason::kTooFewShifts;
 }
 
-ProlineResult resultOf(const ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts,
-                       int position, const std::optional<ProlinePrediction>& prediction) {
+ProlineResult resultOf(ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts, int position,
+                       const std::optional<ProlinePrediction>& prediction) {
   ProlineResult proline = describe(run, protein, cgShifts, position);
   if (!prediction) {
     proline.reason = whyNot(protein, position);
     return proline;
   }
+  proline.evidence = evidenceOf(run, protein, *prediction);
   proline.call = callOf(prediction->pCisNorm);
   if (proline.call == Call::none) {
     proline.reason = reason::kNeitherFits;
@@ -102,6 +105,16 @@ ProlineResult resultOf(const ZORVELA& run, const Protein& protein, const ShiftsB
   proline.pCis = prediction->pCis;
   proline.pCisNorm = prediction->pCisNorm;
   return proline;
+}
+
+/// Proline has no amide proton and its N is not used; a type without a reference shift lacks the atom.
+Assignment assignmentOf(const ZORVELA& run, int resid) {
+  Assignment assignment;
+  const bool isProline = run.resNames.at(resid) == "P" || run.resNames.at(resid) == "p";
+  for (const auto& [atom, reference] : run.rcShifts.at(resid))
+    if (reference < kMissingBound && !(isProline && (atom == "N" || atom == "HN"))) ++assignment.possible;
+  assignment.present = std::min(kAtomsPerResidue - run.missingCount.at(resid), assignment.possible);
+  return assignment;
 }
 
 }  // namespace
@@ -127,17 +140,22 @@ ProteinResult Predictor::predict(const Protein& protein) {
   const std::vector<OffsetEstimate> estimates = estimateOffsets(secondaryShifts(*run));
   result.offsets = toResults(estimates);
   const ShiftsByResidue observedCGs = run->cgShifts;
+  Protein used = protein;
   if (const Corrections corrections = correctionsOf(estimates); options.rereference && !corrections.empty()) {
     addCorrections(result, corrections);
-    assemble(*run, corrected(protein, corrections));
+    used = corrected(protein, corrections);
+    assemble(*run, used);
   }
+  result.numbers = protein.numbers;
+  for (int resid = 1; resid <= result.length; ++resid)
+    result.assignments.push_back(assignmentOf(*run, resid));
   std::vector<int> positions;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i)
     if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p')
       positions.push_back(static_cast<int>(i) + 1);
   const auto predictions = run->predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i)
-    result.prolines.push_back(resultOf(*run, protein, observedCGs, positions[i], predictions[i]));
+    result.prolines.push_back(resultOf(*run, used, observedCGs, positions[i], predictions[i]));
   return result;
 }
 

@@ -2,6 +2,7 @@
 #include "predict/tables.h"
 
 #include <sys/stat.h>
+#include <zlib.h>  // for crc32
 
 #include <cerrno>
 #include <cstdio>
@@ -112,6 +113,47 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
     checkTable(name, *table, text->second, name);
   }
   return tables;
+}
+
+// --- What they say ------------------------------------------------------------------------------
+
+namespace {
+
+/// Over all columns and cells, so that comments and the layout of a file do not matter.
+std::string fingerprintOf(const ReferenceTables& tables) {
+  uLong sum = crc32(0, nullptr, 0);
+  const auto add = [&sum](const std::string& text) {
+    // With the end of the text: "1" "23" is not "12" "3".
+    sum = crc32(sum, reinterpret_cast<const Bytef*>(text.c_str()), static_cast<uInt>(text.size() + 1));
+  };
+  ReferenceTables copy = tables;
+  for (const auto& [name, table] : namedTables(copy)) {
+    add(name);
+    for (const auto& [number, row] : table->entries)
+      for (const auto& [column, cell] : row) {
+        add(column);
+        add(cell);
+      }
+  }
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%08lx", static_cast<unsigned long>(sum));
+  return text.data();
+}
+
+}  // namespace
+
+ClassStatistics statisticsOf(const Tables& tables) {
+  ZORVELA run;
+  useTables(*tables, run);
+  ClassStatistics statistics;
+  for (int index = 0; index <= kIndexCG; ++index) {
+    const auto i = static_cast<std::size_t>(index);
+    statistics.cis[i] = {run.avgCis[index], run.stdCis[index]};
+    statistics.trans[i] = {run.avgTrans[index], run.stdTrans[index]};
+  }
+  statistics.prolineCB = run.getRC("P", "CB") + run.getRCadj("P", "CB");
+  statistics.fingerprint = fingerprintOf(*tables);
+  return statistics;
 }
 
 }  // namespace zorvela

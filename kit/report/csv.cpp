@@ -15,6 +15,7 @@ struct CellText {
   std::string operator()(std::monostate) const { return ""; }
   std::string operator()(int number) const { return std::to_string(number); }
   std::string operator()(float number) const { return numberText(number); }
+  std::string operator()(double number) const { return numberText(static_cast<float>(number)); }
   std::string operator()(bool isSo) const { return isSo ? "yes" : "no"; }
   std::string operator()(const std::string& text) const { return csvCell(text); }
 };
@@ -64,6 +65,7 @@ void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
     line.add(proteinFields(), protein);
     line.add(prolineFields(), proline);
     line.add(offsetColumns(), protein);
+    line.add(evidenceColumns(), proline);
   });
   forEachError(report, [&](const FileReport& file) {
     Line line(out);

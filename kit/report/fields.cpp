@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "report/words.h"
+
 namespace zorvela {
 
 namespace {
@@ -20,6 +22,11 @@ Value orNothing(const std::optional<Number>& number) {
 
 /// JSON has no infinity and no "not a number".
 Value orNothing(float number) {
+  if (!std::isfinite(number)) return {};
+  return number;
+}
+
+Value orNothing(double number) {
   if (!std::isfinite(number)) return {};
   return number;
 }
@@ -93,6 +100,39 @@ const std::vector<Field<ProteinResult>>& offsetColumns() {
   return fields;
 }
 
+const std::vector<Field<ProlineResult>>& evidenceColumns() {
+  using Proline = const ProlineResult&;
+  static const std::vector<Field<ProlineResult>> fields = {
+      {"strongest", In::csv, [](Proline proline) { return orNothing(strongestOf(proline)); }},
+      {"next_shift", In::csv, [](Proline proline) { return orNothing(nextShiftOf(proline)); }}};
+  return fields;
+}
+
+const std::vector<Field<ShiftContribution>>& shiftFields() {
+  using Contribution = const ShiftContribution&;
+  static const std::vector<Field<ShiftContribution>> fields = {
+      {"observed", In::json, [](Contribution shift) { return orNothing(shift.observed); }},
+      {"reference", In::json, [](Contribution shift) { return orNothing(shift.reference); }},
+      {"used", In::json, [](Contribution shift) { return orNothing(shift.secondary); }},
+      {"clipped", In::json, [](Contribution shift) -> Value { return shift.clipped; }},
+      {"cis_mean", In::json, [](Contribution shift) -> Value { return shift.cis.mean; }},
+      {"cis_deviation", In::json, [](Contribution shift) -> Value { return shift.cis.deviation; }},
+      {"trans_mean", In::json, [](Contribution shift) -> Value { return shift.trans.mean; }},
+      {"trans_deviation", In::json, [](Contribution shift) -> Value { return shift.trans.deviation; }},
+      {"nats", In::json,
+       [](Contribution shift) { return shift.secondary ? orNothing(shift.nats) : Value(); }}};
+  return fields;
+}
+
+const std::vector<Field<NextShift>>& nextFields() {
+  using Next = const NextShift&;
+  static const std::vector<Field<NextShift>> fields = {
+      {"shift", In::json, [](Next next) -> Value { return shiftKey(next.index); }},
+      {"bits", In::json, [](Next next) { return orNothing(next.bits); }},
+      {"decides", In::json, [](Next next) { return next.decides ? orNothing(*next.decides) : Value(); }}};
+  return fields;
+}
+
 const std::vector<Field<ReferencingOffset>>& offsetFields() {
   using Offset = const ReferencingOffset&;
   static const std::vector<Field<ReferencingOffset>> fields = {
@@ -114,6 +154,7 @@ std::vector<std::string> csvColumns() {
   addNames(proteinFields());
   addNames(prolineFields());
   addNames(offsetColumns());
+  addNames(evidenceColumns());
   return names;
 }
 

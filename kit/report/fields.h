@@ -11,7 +11,7 @@
 namespace zorvela {
 
 /// What a field holds: nothing, a count, a number or a text.
-using Value = std::variant<std::monostate, int, float, bool, std::string>;
+using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
 
 /// Where a field is written.
 enum class In { csvAndJson, csv, json };
@@ -33,6 +33,11 @@ const std::vector<Field<ProteinResult>>& proteinFields();
 const std::vector<Field<ProlineResult>>& prolineFields();
 /// Of a chain as well, last in CSV: the referencing offsets in a row.
 const std::vector<Field<ProteinResult>>& offsetColumns();
+/// Of a proline, the very last in CSV: its evidence in short.
+const std::vector<Field<ProlineResult>>& evidenceColumns();
+/// Of one shift in `evidence`, and of one in `next`, in JSON alone.
+const std::vector<Field<ShiftContribution>>& shiftFields();
+const std::vector<Field<NextShift>>& nextFields();
 /// Of one referencing offset, in JSON alone.
 const std::vector<Field<ReferencingOffset>>& offsetFields();
 

@@ -6,7 +6,7 @@ namespace zorvela {
 
 const std::vector<ReportFormat>& reportFormats() {
   static const std::vector<ReportFormat> formats = {
-      {"table", writeTable}, {"csv", writeCsv}, {"json", writeJson}};
+      {"table", writeTable}, {"csv", writeCsv}, {"json", writeJson}, {"html", writeHtml}};
   return formats;
 }
 

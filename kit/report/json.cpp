@@ -1,4 +1,5 @@
 // The results as JSON; run.schema.json describes them.
+#include <cmath>
 #include <cstdlib>
 #include <ostream>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "report/fields.h"
 #include "report/walk.h"
+#include "report/words.h"
 #include "util/number.h"
 #include "zorvela/report.h"
 #include "zorvela/version.h"
@@ -24,6 +26,7 @@ struct JsonValue {
   Json operator()(int number) const { return number; }
   /// Through the shortest text, so that 0.1 in single precision is written 0.1.
   Json operator()(float number) const { return std::strtod(numberText(number).c_str(), nullptr); }
+  Json operator()(double number) const { return number; }
   Json operator()(bool isSo) const { return isSo; }
   Json operator()(const std::string& text) const { return text; }
 };
@@ -43,10 +46,41 @@ Json toJson(const std::vector<Field<Item>>& fields, const std::vector<Item>& ite
   return array;
 }
 
+Json numberOrNull(double number) {
+  return std::isfinite(number) ? Json(number) : Json(nullptr);
+}
+
+Json toJson(const NeighbourContribution& neighbour) {
+  const JsonValue value;
+  return {{"name", neighbour.name},
+          {"cis_share", value(neighbour.cis)},
+          {"trans_share", value(neighbour.trans)},
+          {"nats", numberOrNull(neighbour.nats)}};
+}
+
+Json toJson(const Evidence& evidence) {
+  Json shifts = Json::object();
+  for (int index = 0; index <= kIndexCG; ++index)
+    shifts[shiftKey(index)] = toJson(shiftFields(), evidence.shifts[static_cast<std::size_t>(index)]);
+  return {{"prior", Evidence::prior()},
+          {"prev", toJson(evidence.before)},
+          {"next", toJson(evidence.after)},
+          {"shifts", std::move(shifts)},
+          {"log_odds", numberOrNull(evidence.logOdds())}};
+}
+
+Json toJson(const ProlineResult& proline) {
+  Json object = toJson(prolineFields(), proline);
+  object["evidence"] = proline.evidence ? toJson(*proline.evidence) : Json(nullptr);
+  object["next_shifts"] = proline.evidence ? toJson(nextFields(), proline.evidence->next) : Json::array();
+  return object;
+}
+
 Json toJson(const ProteinResult& protein) {
   Json object = toJson(proteinFields(), protein);
   object["referencing"] = toJson(offsetFields(), protein.offsets);
-  object["prolines"] = toJson(prolineFields(), protein.prolines);
+  object["prolines"] = Json::array();
+  for (const ProlineResult& proline : protein.prolines) object["prolines"].push_back(toJson(proline));
   object["notes"] = protein.notes;
   return object;
 }

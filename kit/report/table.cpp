@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "report/explain.h"
 #include "report/fields.h"
 #include "report/text_table.h"
 #include "report/walk.h"
@@ -67,7 +68,13 @@ TextTable::Cells joined(TextTable::Cells first, const TextTable::Cells& second) 
   return first;
 }
 
-void writeProlines(const RunReport& report, bool colour, std::ostream& out) {
+bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
+  const std::vector<std::string>& asked = style.residues;
+  return style.explain &&
+         (asked.empty() || std::find(asked.begin(), asked.end(), proline.number) != asked.end());
+}
+
+void writeProlines(const RunReport& report, const ReportStyle& style, std::ostream& out) {
   const bool withList = hasSeveralLists(report);
   TextTable table(joined(originTitles(withList),
                          {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"}));
@@ -79,9 +86,10 @@ void writeProlines(const RunReport& report, bool colour, std::ostream& out) {
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
          orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm), callText(proline)});
     cells.front() = markOf(proline.call);
-    table.add(std::move(cells), proline.call == Call::cis);
+    table.add(std::move(cells), proline.call == Call::cis,
+              isExplained(style, proline) ? explained(proline) + '\n' : "");
   });
-  table.write(colour, out);
+  table.write(style.colour, out);
 }
 
 std::string offsetText(const ProteinResult& protein, const std::string& atom) {
@@ -147,7 +155,7 @@ void writeSummary(const RunReport& report, std::ostream& out) {
 }  // namespace
 
 void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out) {
-  if (countProlines(report) > 0) writeProlines(report, style.colour, out);
+  if (countProlines(report) > 0) writeProlines(report, style, out);
   if (countProteins(report) > 0) writeOffsets(report, out);
   writeErrors(report, out);
   writeSummary(report, out);

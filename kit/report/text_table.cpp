@@ -24,19 +24,19 @@ std::size_t screenWidth(const std::string& text) {
 
 }  // namespace
 
-void TextTable::add(Cells cells, bool standsOut) {
+void TextTable::add(Cells cells, bool standsOut, std::string below) {
   widths.resize(std::max(widths.size(), cells.size()), 0);
   for (std::size_t i = 0; i < cells.size(); ++i) {
     cells[i] = shown(cells[i]);
     widths[i] = std::max(widths[i], screenWidth(cells[i]));
   }
-  rows.push_back({std::move(cells), standsOut});
+  rows.push_back({std::move(cells), standsOut, std::move(below)});
 }
 
 void TextTable::write(bool colour, std::ostream& out) const {
   for (const Row& row : rows) {
     const bool painted = colour && row.standsOut;
-    out << (painted ? kBoldMagenta : "") << line(row.cells) << (painted ? kPlain : "") << '\n';
+    out << (painted ? kBoldMagenta : "") << line(row.cells) << (painted ? kPlain : "") << '\n' << row.below;
   }
 }
 

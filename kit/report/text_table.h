@@ -15,14 +15,15 @@ class TextTable {
   using Cells = std::vector<std::string>;
 
   explicit TextTable(const Cells& titles) { add(titles, false); }
-  /// One more row; those that stand out are bold where there is colour.
-  void add(Cells cells, bool standsOut);
+  /// One more row; those that stand out are bold where there is colour. `below`: whole lines that follow it.
+  void add(Cells cells, bool standsOut, std::string below = "");
   void write(bool colour, std::ostream& out) const;
 
  private:
   struct Row {
     Cells cells;
     bool standsOut;
+    std::string below;
   };
 
   std::string line(const Cells& cells) const;

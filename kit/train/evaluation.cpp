@@ -11,6 +11,7 @@
 
 #include "train/metrics.h"
 #include "train/statistics_tools.h"
+#include "util/robust.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -23,7 +24,8 @@ namespace {
 constexpr std::uint64_t kFoldSeed = 20;
 
 /// Predicts the labels that are marked, entry by entry.
-void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted, Predictions& out) {
+void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted,
+             const PredictionVisitor& visit, Predictions& out) {
   std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
   for (std::size_t i = 0; i < wanted.size(); ++i)
     if (wanted[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
@@ -33,6 +35,7 @@ void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>
     for (const std::size_t i : byEntry[e]) {
       view.focus(data.labels.prolines[i].resid);
       out[i] = run.predictProline(data.labels.prolines[i].resid);
+      if (visit && out[i]) visit(i, run, *out[i]);
     }
   }
 }
@@ -61,7 +64,7 @@ std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) 
 /// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
 void predictFold(const ReferenceTables& published, const LabelledProlines& data,
                  const LabelledProlines& asked, const std::vector<bool>& inFold,
-                 const TrainingChoices& choices, Predictions& out) {
+                 const TrainingChoices& choices, const PredictionVisitor& visit, Predictions& out) {
   std::vector<bool> useEntry(data.entries.size(), true);
   std::set<std::string> windows;
   for (std::size_t i = 0; i < inFold.size(); ++i) {
@@ -77,20 +80,20 @@ void predictFold(const ReferenceTables& published, const LabelledProlines& data,
   trainTables(tables, data, useEntry, useLabel, choices);
   ZORVELA run;
   useTables(tables, run);
-  predict(run, asked, inFold, out);
+  predict(run, asked, inFold, visit, out);
 }
 
 }  // namespace
 
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data) {
+Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit) {
   Predictions out(data.windows.size());
-  predict(run, data, std::vector<bool>(data.windows.size(), true), out);
+  predict(run, data, std::vector<bool>(data.windows.size(), true), visit, out);
   return out;
 }
 
 Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
                           const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep) {
+                          const OnStep& onStep, const PredictionVisitor& visit) {
   std::size_t clusters = 0;
   const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
   if (clusters < folds)
@@ -101,7 +104,7 @@ Predictions crossValidate(const ReferenceTables& published, const LabelledProlin
   for (std::size_t f = 0; f < folds; ++f) {
     std::vector<bool> inFold(cluster.size());
     for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
-    predictFold(published, data, asked, inFold, choices, out);
+    predictFold(published, data, asked, inFold, choices, visit, out);
     if (onStep) onStep(f + 1, folds);
   }
   return out;

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -41,8 +42,12 @@ struct Evaluation {
 /// One for each label; nothing where the program does not predict, or where there is no label by structure.
 using Predictions = std::vector<std::optional<ProlinePrediction>>;
 
+/// Sees each prediction together with the run that made it, tables and all.
+using PredictionVisitor =
+    std::function<void(std::size_t label, ZORVELA& run, const ProlinePrediction& prediction)>;
+
 /// Predicts all labels by structure with the tables of the run object.
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data);
+Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit = {});
 
 /// Predicts each label by structure with tables that are trained without its fold: clusters are dealt out to
 /// the folds, and entries and windows of a fold are left out together with its clusters. `data` trains,
@@ -50,7 +55,7 @@ Predictions predictAll(ZORVELA& run, const LabelledProlines& data);
 /// folds, or a fold leaves no cis or no trans to train on. A step is a fold.
 Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
                           const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep = {});
+                          const OnStep& onStep = {}, const PredictionVisitor& visit = {});
 
 /// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
 /// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the

@@ -88,7 +88,7 @@ std::size_t leaveOutNonFinite(GDB& table) {
 }
 
 /// Has the program make the secondary shifts of its table.
-EntryShifts secondaryShifts(const std::string& name, ZORVELA& run) {
+EntryShifts entryShifts(const std::string& name, ZORVELA& run) {
   run.rcShifts.clear();
   run.missingCount.clear();
   run.cgShifts.clear();
@@ -163,7 +163,7 @@ LabelledProlines readLabelled(const std::string& labelsPath, const std::string& 
     if (isNew) {
       run.csTable = loadTable(entryPath(data.labels, label, folder), "give a shift table in the program's format");
       data.notFinite += leaveOutNonFinite(run.csTable);
-      data.entries.push_back(secondaryShifts(label.entry, run));
+      data.entries.push_back(entryShifts(label.entry, run));
       if (onStep) onStep(data.entries.size(), entries);
     }
     const EntryShifts& entry = data.entries[found->second];

@@ -12,6 +12,7 @@ SCHEMA = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
 OF_THE_PROTEIN = {"file", "chain", "list"}
 OF_REFERENCING = {"offset_ca", "offset_cb", "offset_ha", "offset_c", "to_correct", "corrected_ca", "corrected_cb",
                   "corrected_ha", "corrected_c"}
+IN_SHORT = {"strongest", "next_shift"}  # in JSON whole: evidence and next_shifts
 
 
 def sub_commands():
@@ -68,10 +69,10 @@ class Document(unittest.TestCase):
 
 class Schema(unittest.TestCase):
     def test_a_proline_has_the_columns_of_the_csv_file(self):
-        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING
+        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING - IN_SHORT
         properties = set(SCHEMA["$defs"]["proline"]["properties"])
         self.assertEqual(columns - properties, set())
-        self.assertEqual(properties - columns, {"prev_resid", "next_resid"})
+        self.assertEqual(properties - columns, {"prev_resid", "next_resid", "evidence", "next_shifts"})
         self.assertEqual(OF_THE_PROTEIN - set(SCHEMA["$defs"]["protein"]["properties"]), set())
 
     def test_a_call_is_one_that_the_document_explains(self):

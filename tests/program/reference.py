@@ -593,6 +593,28 @@ class Run:
         z = divide(1.0, deviation) * single(shift - mean)
         return math.exp(-0.5 * z * z)
 
+    def contributions(self, number):
+        """What the log-odds of P_CIS_NORM are made of, in double precision: "prev" and "next" for the residue
+        types, the shift index for each shift that is used, as (used shift, whether it was clipped, nats)."""
+        def balance(index, shift):
+            statistics = self.statistics[index]
+            cis, trans = ((shift - statistics["avg_" + kind]) / statistics["std_" + kind] for kind in ("cis", "trans"))
+            return (trans * trans - cis * cis) / 2
+
+        result = {}
+        for side, name in (("prev", self.sequence[number - 1]), ("next", self.sequence[number + 1])):
+            shares = self.factors[name]
+            result[side] = (None, False, math.log(shares["cis_" + side] / shares["trans_" + side]))
+        for index in range(18):
+            residue, atom = number - 1 + index // 6, ATOMS[index % 6]
+            shift = self.secondary[residue, atom]
+            if shift <= 99:
+                used = self.clipped(residue, atom, shift)
+                result[index] = (used, used != shift, balance(index, used))
+        if self.cg[number] < 999:
+            result[18] = (self.cg[number], False, balance(18, self.cg[number]))
+        return result
+
     def save(self, rows):
         self.table_name = self.sum_name
         text = ("\n\nVARS   RESID RESNAME_PREV RESNAME RESNAME_NEXT CS_CNT1 CS_CNT2 CS_CNT3 CG_SHIFT P_CIS P_CIS_NORM \n"

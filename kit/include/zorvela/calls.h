@@ -11,6 +11,10 @@ inline constexpr float kCisFrom = 0.5F;
 /// so up to here the shifts speak against cis. Between the two bounds it is undecided.
 inline constexpr float kTransUpTo = 0.05F;
 
+/// The rule of the bench: CB - CG of the proline above this (ppm) is cis (Schubert et al. 2002,
+/// J. Biomol. NMR 24, 149).
+inline constexpr double kRuleCisAbove = 7.1;
+
 /// What is said of one proline in plain words.
 enum class Call { cis, trans, undecided, none };
 

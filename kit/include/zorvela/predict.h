@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "zorvela/calls.h"
+#include "zorvela/evidence.h"
 #include "zorvela/protein.h"
 
 class ZORVELA;
@@ -37,6 +38,15 @@ Tables tablesFromFolder(const std::string& folder);
 
 /// The same from memory: name of the file (as in `kTableNames`) to its text.
 Tables tablesFromTexts(const std::map<std::string, std::string>& texts);
+
+/// What the model expects of the shifts of cis and of trans prolines.
+struct ClassStatistics {
+  std::array<ClassShift, 19> cis;  ///< by shift index (ppm); see `ShiftContribution`
+  std::array<ClassShift, 19> trans;
+  float prolineCB = 0;      ///< random-coil CB of proline, without neighbours (ppm)
+  std::string fingerprint;  ///< eight hexadecimal digits; the same for the same values in all seven tables
+};
+ClassStatistics statisticsOf(const Tables& tables);
 
 // --- Results ------------------------------------------------------------------------------------
 
@@ -68,7 +78,9 @@ struct ProlineResult {
   std::optional<float> pCis;      ///< probability of cis under equal odds
   std::optional<float> pCisNorm;  ///< probability of cis where 1 proline in 20 is cis
   Call call = Call::none;
-  std::string reason;  ///< why there is no prediction; empty where there is one
+  std::string reason;                ///< why there is no prediction; empty where there is one
+  std::optional<Evidence> evidence;  ///< where there are enough shifts, also if neither class fits
+  std::string verdict;  ///< what a structure says of it, in a few words; empty where none was compared
 };
 
 /// The reasons that `ProlineResult::reason` can hold.
@@ -80,6 +92,12 @@ inline const std::string kLowerCase = "written as lower-case p";
 inline const std::string kNeitherFits = "neither class fits";
 }  // namespace reason
 
+/// How completely one residue is assigned.
+struct Assignment {
+  int present = 0;   ///< of N, HA, C, CA, CB, HN
+  int possible = 0;  ///< how many of these the residue type has; 0 for a type that is unknown
+};
+
 /// One chain with all its prolines.
 struct ProteinResult {
   std::string file;
@@ -89,6 +107,8 @@ struct ProteinResult {
   int shiftCount = 0;                      ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;  ///< CA, CB, HA, C
   std::vector<ProlineResult> prolines;     ///< by position
+  std::vector<Assignment> assignments;     ///< one for each residue
+  std::vector<std::string> numbers;        ///< the file's own residue number of each residue
   std::vector<std::string> notes;          ///< what was renamed, dropped or guessed in reading the file
 };
 

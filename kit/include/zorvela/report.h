@@ -19,6 +19,7 @@ struct FileReport {
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables
+  ClassStatistics classes;        ///< of these tables; the pictures of `writeHtml` show them
   std::vector<FileReport> files;  ///< in the order in which they were given
 };
 
@@ -29,7 +30,9 @@ std::size_t countErrors(const RunReport& report);
 
 /// How a report looks where there is a choice.
 struct ReportStyle {
-  bool colour = false;  ///< with the control sequences of a terminal
+  bool colour = false;   ///< with the control sequences of a terminal
+  bool explain = false;  ///< with the evidence below each proline of `residues`, or of each if that is empty
+  std::vector<std::string> residues = {};  ///< residue numbers as the files have them
 };
 
 /// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an
@@ -39,6 +42,9 @@ void writeTable(const RunReport& report, const ReportStyle& style, std::ostream&
 void writeCsv(const RunReport& report, const ReportStyle& style, std::ostream& out);
 /// For programs; kit/report/run.schema.json describes it.
 void writeJson(const RunReport& report, const ReportStyle& style, std::ostream& out);
+/// To look at and to print: a page of HTML with pictures that stands alone, without a script, loading
+/// nothing. The same report gives the same bytes.
+void writeHtml(const RunReport& report, const ReportStyle& style, std::ostream& out);
 
 /// A way out by its name.
 struct ReportFormat {

@@ -42,7 +42,11 @@ TEST(Fields, AreThoseOfTheSchema) {
   Names chain = jsonNames(zorvela::proteinFields());
   for (const char* list : {"referencing", "prolines", "notes"}) chain.emplace_back(list);
   expectInSchema("protein", chain);
-  expectInSchema("proline", jsonNames(zorvela::prolineFields()));
+  Names proline = jsonNames(zorvela::prolineFields());
+  for (const char* object : {"evidence", "next_shifts"}) proline.emplace_back(object);
+  expectInSchema("proline", proline);
+  expectInSchema("shift", jsonNames(zorvela::shiftFields()));
+  expectInSchema("next_shift", jsonNames(zorvela::nextFields()));
   expectInSchema("offset", jsonNames(zorvela::offsetFields()));
 }
 

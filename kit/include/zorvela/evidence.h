@@ -1,0 +1,76 @@
+// What a probability is made of, and what would be worth measuring next.
+//
+// P_CIS_NORM is a product of factors, so its log-odds is a sum: what every proline starts with, the residue
+// types before and after it, and one contribution for each shift. Contributions are in nats of log-odds,
+// positive for cis; 1 nat multiplies the odds by 2.7.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zorvela {
+
+/// Shift index of the proline's own CB and CG.
+inline constexpr int kIndexCB = 10;
+inline constexpr int kIndexCG = 18;
+
+/// What the shifts of one class have: mean and standard deviation as the model uses them (ppm).
+struct ClassShift {
+  float mean = 0;
+  float deviation = 0;
+};
+
+/// The place of a shift in the triplet, by its index: 0 to 17 are N, HA, C, CA, CB, HN of the residue before,
+/// of the proline and of the residue after; 18 is CG of the proline.
+struct ShiftPlace {
+  int residue = 0;  ///< -1 before, 0 the proline, 1 after
+  std::string atom;
+};
+ShiftPlace shiftPlace(int index);
+
+/// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts, observed less reference; of
+/// CG they are the shift itself.
+struct ShiftContribution {
+  std::optional<float> observed;  ///< ppm, without the offset if the chain was re-referenced; HA of glycine: mean of HA2, HA3
+  std::optional<float>
+      reference;  ///< random coil with its corrections (ppm); nothing for CG and where unknown
+  std::optional<float> secondary;  ///< as the model uses it (ppm); nothing if missing
+  bool clipped = false;            ///< `secondary` was brought to the limit of its residue type
+  bool measurable = false;         ///< missing, but it exists and would be used
+  ClassShift cis;
+  ClassShift trans;
+  double nats = 0;  ///< 0 if missing
+};
+
+/// The factor of a neighbour's residue type.
+struct NeighbourContribution {
+  std::string name;  ///< one-letter code
+  float cis = 0;     ///< its share among neighbours of cis prolines
+  float trans = 0;   ///< and of trans
+  double nats = 0;   ///< infinite where one share is 0; not a number where both are
+};
+
+/// What measuring a missing shift promises.
+struct NextShift {
+  int index = 0;
+  double bits = 0;                ///< expected gain of information about cis or trans
+  std::optional<double> decides;  ///< of an undecided proline: the chance that this shift alone decides it
+};
+
+/// All that is known of one proline.
+struct Evidence {
+  NeighbourContribution before;
+  NeighbourContribution after;
+  std::array<ShiftContribution, 19> shifts;  ///< by shift index
+  std::vector<NextShift> next;               ///< the measurable ones, the most worth first
+
+  /// What every proline starts with: 1 cis to 19 trans.
+  static double prior();
+  /// The sum of all: the log-odds of P_CIS_NORM in double precision, also where the product of the factors
+  /// is too small for single precision.
+  double logOdds() const;
+};
+
+}  // namespace zorvela

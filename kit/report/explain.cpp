@@ -1,0 +1,155 @@
+// A block of text below each proline. Columns: name, observed, class means (ppm), nats, bar.
+#include "report/explain.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "report/words.h"
+#include "util/number.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+const std::string kIndent = "     ";
+constexpr std::size_t kLineWidth = 80;
+constexpr std::size_t kNameWidth = 16;
+constexpr std::size_t kNumberWidth = 8;
+constexpr std::size_t kBarWidth = 11;  // to either side
+constexpr double kNatsPerMark = 0.5;
+constexpr std::size_t kMostRows = 8;
+/// Smaller contributions (nats) have no row.
+constexpr double kWorthARow = 0.1;
+
+struct Line {
+  std::string name;
+  std::string observed, cis, trans;
+  double nats = 0;
+  bool clipped = false;
+};
+
+std::string right(const std::string& text, std::size_t width) {
+  return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+std::string left(const std::string& text, std::size_t width) {
+  return text + std::string(width - std::min(width, text.size()), ' ');
+}
+
+std::string ppm(std::optional<double> shift, int index) {
+  return shift ? fixedText(*shift, decimalsOf(shiftPlace(index).atom)) : "";
+}
+
+Line shiftLine(const ProlineResult& proline, int index) {
+  const ShiftContribution& shift = proline.evidence->shifts[static_cast<std::size_t>(index)];
+  Line line;
+  line.name = shiftName(proline, index);
+  if (shift.observed) line.observed = ppm(static_cast<double>(*shift.observed), index);
+  line.cis = ppm(expectedShift(shift, shift.cis, index), index);
+  line.trans = ppm(expectedShift(shift, shift.trans, index), index);
+  line.nats = shift.nats;
+  line.clipped = shift.clipped;
+  return line;
+}
+
+/// The largest contributions, in the order of the triplet.
+std::vector<Line> linesOf(const ProlineResult& proline) {
+  const Evidence& evidence = *proline.evidence;
+  std::vector<Line> lines = {{evidence.before.name + " before", "", "", "", evidence.before.nats}};
+  for (int index = 0; index <= kIndexCG; ++index) {
+    // CG stands beside CB.
+    if (index == kIndexCB + 1 && evidence.shifts[kIndexCG].secondary)
+      lines.push_back(shiftLine(proline, kIndexCG));
+    if (index != kIndexCG && evidence.shifts[static_cast<std::size_t>(index)].secondary)
+      lines.push_back(shiftLine(proline, index));
+  }
+  lines.push_back({evidence.after.name + " after", "", "", "", evidence.after.nats});
+
+  std::vector<double> sizes;
+  for (const Line& line : lines) sizes.push_back(std::fabs(line.nats));
+  std::sort(sizes.rbegin(), sizes.rend());
+  const double least = std::max(kWorthARow, sizes.size() > kMostRows ? sizes[kMostRows - 1] : 0.0);
+  lines.erase(std::remove_if(lines.begin(), lines.end(),
+                             [least](const Line& line) { return std::fabs(line.nats) < least; }),
+              lines.end());
+  return lines;
+}
+
+/// "     ####|" for trans, "         |##" for cis; ">" where a bar is too long for its place.
+std::string barOf(double nats) {
+  const double marks = std::isfinite(nats) ? std::round(std::fabs(nats) / kNatsPerMark) : 2.0 * kBarWidth;
+  std::string bar(static_cast<std::size_t>(std::min(marks, static_cast<double>(kBarWidth))), '#');
+  const bool isCut = marks > static_cast<double>(kBarWidth);
+  if (nats < 0) {
+    if (isCut) bar.front() = '<';
+    return right(bar, kBarWidth) + "|";
+  }
+  if (isCut) bar.back() = '>';
+  return std::string(kBarWidth, ' ') + "|" + bar;
+}
+
+std::string natsText(double nats) {
+  return std::isnan(nats) ? "unknown" : signedText(nats);
+}
+
+std::string textOf(const Line& line) {
+  return kIndent + left(printable(line.name, kNameWidth), kNameWidth) + right(line.observed, kNumberWidth) +
+         (line.clipped ? "*" : " ") + right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
+         right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
+}
+
+std::string withoutTrailingBlanks(std::string text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+/// Broken between words; a word that is too long is cut.
+std::string wrapped(const std::string& text) {
+  std::string lines;
+  std::string line = kIndent;
+  std::size_t from = 0;
+  while (from < text.size()) {
+    const std::size_t to = std::min(text.find(' ', from), text.size());
+    const std::string word = text.substr(from, std::min(to - from, kLineWidth - kIndent.size() - 1));
+    if (line.size() > kIndent.size() && line.size() + 1 + word.size() > kLineWidth) {
+      lines += line + '\n';
+      line = kIndent;
+    }
+    line += (line.size() > kIndent.size() ? " " : "") + word;
+    from = to + 1;
+  }
+  return lines + line + '\n';
+}
+
+std::string missingText(const ProlineResult& proline) {
+  std::vector<std::string> items;
+  for (const NextShift& next : proline.evidence->next) {
+    std::string item = shiftName(proline, next.index) + " " + fixedText(std::max(next.bits, 0.0), 2);
+    if (next.decides) item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
+    items.push_back(item);
+  }
+  return items.empty() ? "Nothing is missing." : "Missing, with its worth in bits: " + enumerated(items, 18);
+}
+
+}  // namespace
+
+std::string explained(const ProlineResult& proline) {
+  std::string text = wrapped(shown(sentenceOf(proline)));
+  if (!proline.evidence) return text;
+  if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
+  const std::vector<Line> lines = linesOf(proline);
+  Line titles{"ppm, nats", "observed", "cis", "trans", 0};
+  text += kIndent + left(titles.name, kNameWidth) + right(titles.observed, kNumberWidth) + " " +
+          right(titles.cis, kNumberWidth) + right(titles.trans, kNumberWidth) + right("nats", kNumberWidth) +
+          "  " + right("trans", kBarWidth) + "|cis\n";
+  text += withoutTrailingBlanks(textOf({"1 in 20 are cis", "", "", "", Evidence::prior()})) + '\n';
+  for (const Line& line : lines) text += withoutTrailingBlanks(textOf(line)) + '\n';
+  text += withoutTrailingBlanks(textOf({"sum", "", "", "", proline.evidence->logOdds()})) + '\n';
+  if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
+    text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
+  return text + wrapped(shown(missingText(proline)));
+}
+
+}  // namespace zorvela

@@ -1,0 +1,389 @@
+// The report as one page of HTML: an index where there are several chains, then for each chain its pictures,
+// its cards and its table, then how to read it.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <ostream>
+
+#include "report/html_style.h"
+#include "report/pictures.h"
+#include "report/svg.h"
+#include "report/walk.h"
+#include "report/words.h"
+#include "util/number.h"
+#include "util/text.h"
+#include "zorvela/report.h"
+#include "zorvela/version.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+/// Probabilities that would be printed as 0.000 or 1.000.
+constexpr double kSmallest = 0.0005;
+
+// --- Small pieces -------------------------------------------------------------------------------
+
+std::string paragraph(const std::string& text, const std::string& attributes = "") {
+  return "<p" + (attributes.empty() ? "" : " " + attributes) + ">" + escaped(text) + "</p>\n";
+}
+
+std::string symbol(Call call) {
+  return R"(<svg class="i" viewBox="-7 -7 14 14" aria-hidden="true"><use href="#)" + letterOf(call) +
+         R"("/></svg>)";
+}
+
+std::string probability(const std::optional<float>& value) {
+  if (!value) return "–";
+  const auto p = static_cast<double>(*value);
+  if (p < kSmallest) return "< 0.001";
+  return p >= 1 - kSmallest ? "> 0.999" : fixedText(p, 3);
+}
+
+std::string asSentence(std::string text) {
+  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+  return text + ".";
+}
+
+std::string residueName(const std::string& name, const std::string& number) {
+  return name.empty() ? "–" : name + number;
+}
+
+std::size_t countOf(const ProteinResult& protein, Call call) {
+  return static_cast<std::size_t>(
+      std::count_if(protein.prolines.begin(), protein.prolines.end(),
+                    [call](const ProlineResult& proline) { return proline.call == call; }));
+}
+
+std::string chainName(const ProteinResult& protein) {
+  std::string name = protein.file;
+  if (!protein.chain.empty()) name += ", chain " + protein.chain;
+  if (!protein.list.empty()) name += ", shift list " + protein.list;
+  return name;
+}
+
+/// "1 of 6 prolines is cis: P117. Undecided: P31."
+std::string answer(const ProteinResult& protein) {
+  const std::size_t count = protein.prolines.size();
+  if (count == 0) return "The sequence has no proline.";
+  const std::size_t cis = countOf(protein, Call::cis);
+  const std::size_t none = countOf(protein, Call::none);
+  std::string text;
+  if (none == count)
+    text = count == 1 ? "The one proline has no prediction." : "None of the prolines has a prediction.";
+  else if (cis > 0)
+    text = std::to_string(cis) + " of " + counted(count, "proline", "prolines") +
+           (cis == 1 ? " is" : " are") + " cis: " + namesOf(protein, Call::cis) + ".";
+  else
+    text = "None of " + counted(count, "proline", "prolines") + " is called cis.";
+  if (countOf(protein, Call::undecided) > 0) text += " Undecided: " + namesOf(protein, Call::undecided) + ".";
+  return text;
+}
+
+// --- One chain ----------------------------------------------------------------------------------
+
+std::string figure(const std::string& title, const std::string& picture, const std::string& caption) {
+  return "<figure><h3>" + escaped(title) + "</h3>\n" + picture + "<figcaption>" + escaped(caption) +
+         "</figcaption></figure>\n";
+}
+
+std::string chainFigure(const ProteinResult& protein) {
+  if (protein.assignments.empty()) return "";
+  return "<figure><div class=\"grid strips\">" + chainPicture(protein) +
+         "</div><figcaption>Lines of 60 residues. Band: share of N, HA, C, CA, CB, HN that is assigned, none "
+         "(hollow) "
+         "to all (dark).</figcaption></figure>\n";
+}
+
+std::string figures(const ProteinResult& protein, const ClassStatistics& classes) {
+  std::string text = chainFigure(protein) + "<div class=\"grid\">\n";
+  if (const std::string picture = cbCgPicture(protein, classes); !picture.empty())
+    text += figure(cbCgTitle(protein), picture,
+                   "Ellipses: one and two deviations of each class. Marks on the axis: no CG. Names that "
+                   "find no place are "
+                   "in the table.");
+  text += figure(referencingTitle(protein), referencingPicture(protein),
+                 "Offsets of all shifts of an atom, with their errors; beyond the dashed lines a correction "
+                 "is called for.");
+  return text + "</div>\n";
+}
+
+std::string tripletText(const ProlineResult& proline) {
+  const auto count = [](const std::optional<int>& value) { return value ? std::to_string(*value) : "0"; };
+  return residueName(proline.previous, proline.previousNumber) + " – P" + proline.number + " – " +
+         residueName(proline.next, proline.nextNumber) + ", shifts: " + count(proline.previousCount) + ", " +
+         count(proline.count) + ", " + count(proline.nextCount) + " of 6";
+}
+
+bool hasClipped(const Evidence& evidence) {
+  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
+                     [](const ShiftContribution& shift) { return shift.clipped; });
+}
+
+std::string chanceText(const ProlineResult& proline) {
+  if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
+  const NextShift& best = proline.evidence->next.front();
+  return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
+         fixedText(*best.decides * 100, 0) + "\u00a0%.";
+}
+
+std::string card(const ProlineResult& proline) {
+  if (!proline.evidence) return "";
+  std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
+                     escaped("P" + proline.number + " " +
+                             (proline.call == Call::none ? "no prediction" : toText(proline.call)));
+  if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
+  text += "</h3>\n" + paragraph(tripletText(proline), "class=\"faint\"");
+  text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "class=\"say\"");
+  if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
+  if (!proline.verdict.empty()) text += paragraph("Structure: " + proline.verdict);
+  text += evidencePicture(proline);
+  if (hasClipped(*proline.evidence))
+    text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "class=\"faint\"");
+  return text + "</article>\n";
+}
+
+std::string cards(const ProteinResult& protein) {
+  std::string text;
+  std::vector<std::string> without;
+  for (const ProlineResult& proline : protein.prolines) {
+    text += card(proline);
+    if (!proline.evidence) without.push_back("P" + proline.number + " (" + proline.reason + ")");
+  }
+  if (!text.empty())
+    text = "<h2>What speaks for cis, what for trans</h2>\n<div class=\"grid\">\n" + text + "</div>\n";
+  if (!without.empty())
+    text += paragraph("Without a prediction: " + enumerated(without, without.size()) + ".");
+  return text;
+}
+
+bool hasVerdicts(const ProteinResult& protein) {
+  return std::any_of(protein.prolines.begin(), protein.prolines.end(),
+                     [](const ProlineResult& proline) { return !proline.verdict.empty(); });
+}
+
+std::string cell(const std::string& text, const std::string& attributes = "") {
+  return "<td" + (attributes.empty() ? "" : " " + attributes) + ">" + escaped(text) + "</td>";
+}
+
+std::string tableRow(const ProlineResult& proline, bool withVerdict) {
+  const auto shift = [](const std::optional<float>& value) {
+    return value ? fixedText(static_cast<double>(*value), 2) : "–";
+  };
+  std::string strongest = strongestOf(proline);
+  std::replace(strongest.begin(), strongest.end(), ';', ' ');
+  return "<tr><td>" + symbol(proline.call) + " " + escaped("P" + proline.number) + "</td>" +
+         cell(residueName(proline.previous, proline.previousNumber)) +
+         cell(residueName(proline.next, proline.nextNumber)) + cell(shift(proline.cgShift)) +
+         cell(probability(proline.pCis)) + cell(probability(proline.pCisNorm)) +
+         cell(proline.reason.empty() ? toText(proline.call) : proline.reason) + cell(strongest) +
+         cell(nextShiftOf(proline)) + (withVerdict ? cell(proline.verdict) : "") + "</tr>\n";
+}
+
+/// The style sheet knows the columns by their numbers.
+std::string table(const ProteinResult& protein) {
+  if (protein.prolines.empty()) return "";
+  const bool withVerdict = hasVerdicts(protein);
+  std::string text =
+      "<h2>All prolines</h2>\n<div class=\"wide\"><table class=\"prolines\"><thead><tr><th>Proline</th>"
+      "<th>Before</th><th>After</th><th>CG (ppm)</th><th>P_CIS</th><th>P_CIS_NORM</th><th>Call</th>"
+      "<th>Strongest (nats)</th><th>Next shift (bits)</th>";
+  text += withVerdict ? "<th>Structure</th></tr></thead>\n<tbody>\n" : "</tr></thead>\n<tbody>\n";
+  for (const ProlineResult& proline : protein.prolines) text += tableRow(proline, withVerdict);
+  return text + "</tbody></table></div>\n";
+}
+
+std::string notes(const ProteinResult& protein) {
+  if (protein.notes.empty()) return "";
+  std::string list = "<ul>\n";
+  for (const std::string& note : protein.notes) list += "<li>" + escaped(note) + "</li>\n";
+  list += "</ul>\n";
+  const std::string title = counted(protein.notes.size(), "note", "notes") + " of the import";
+  if (protein.notes.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
+  return "<details><summary>" + title + "</summary>\n" + list + "</details>\n";
+}
+
+std::string chainBody(const ProteinResult& protein, const ClassStatistics& classes) {
+  return paragraph(answer(protein), "class=\"lead\"") +
+         paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
+                       counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
+                   "class=\"faint\"") +
+         figures(protein, classes) + cards(protein) + table(protein) + notes(protein);
+}
+
+// --- All chains ---------------------------------------------------------------------------------
+
+std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
+  std::vector<const ProteinResult*> chains;
+  forEachProtein(report, [&](const ProteinResult& protein) { chains.push_back(&protein); });
+  return chains;
+}
+
+std::string indexTable(const std::vector<const ProteinResult*>& chains) {
+  std::string text =
+      "<h2>Index</h2>\n<div class=\"wide\"><table><thead><tr><th>Chain</th><th class=\"r x\">Residues</th>"
+      "<th class=\"r\">Prolines</th><th>Cis</th><th>Undecided</th></tr></thead>\n<tbody>\n";
+  const auto orNone = [](const std::string& names) { return names.empty() ? "–" : names; };
+  for (std::size_t i = 0; i < chains.size(); ++i) {
+    const ProteinResult& protein = *chains[i];
+    text += "<tr><td class=\"f\"><a href=\"#chain" + std::to_string(i + 1) + "\">" +
+            escaped(chainName(protein)) + "</a></td>" +
+            cell(std::to_string(protein.length), "class=\"r x\"") +
+            cell(std::to_string(protein.prolines.size()), "class=\"r\"") +
+            cell(orNone(namesOf(protein, Call::cis))) + cell(orNone(namesOf(protein, Call::undecided))) +
+            "</tr>\n";
+  }
+  return text + "</tbody></table></div>\n";
+}
+
+/// Chains with something to look at stand open.
+std::string folded(const ProteinResult& protein, const ClassStatistics& classes, std::size_t number) {
+  const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0;
+  return "<details class=\"chain\" id=\"chain" + std::to_string(number) + "\"" + (isOpen ? " open" : "") +
+         "><summary>" + escaped(chainName(protein)) + "</summary>\n" + chainBody(protein, classes) +
+         "</details>\n";
+}
+
+std::string countsOf(const RunReport& report) {
+  const auto count = [&](Call call) { return std::to_string(countCalls(report, call)); };
+  return "Prolines: " + count(Call::cis) + " cis, " + count(Call::undecided) + " undecided, " +
+         count(Call::trans) + " trans, " + count(Call::none) + " without a prediction.";
+}
+
+std::string errors(const RunReport& report) {
+  if (countErrors(report) == 0) return "";
+  std::string text = "<h2>Not predicted</h2>\n<ul>\n";
+  forEachError(report, [&](const FileReport& file) { text += "<li>" + escaped(file.error) + "</li>\n"; });
+  return text + "</ul>\n";
+}
+
+std::string key() {
+  const auto item = [](Call call, const std::string& text) {
+    return "<li>" + symbol(call) + " " + escaped(text) + "</li>";
+  };
+  return "<ul class=\"key\">" + item(Call::cis, "cis: P_CIS_NORM at least " + numberText(kCisFrom)) +
+         item(Call::trans, "trans: at most " + numberText(kTransUpTo)) +
+         item(Call::undecided, "undecided: between") + item(Call::none, "no prediction") + "</ul>\n";
+}
+
+// --- How to read this ---------------------------------------------------------------------------
+
+/// What cross-validation finds for the tables that come with the program; doc/accuracy.md has the commands.
+struct Accuracy {
+  const char* known;
+  const char* sensitivity;
+  const char* specificity;
+  const char* prolines;
+  bool (*fits)(bool hasCB, bool hasCG);
+};
+constexpr std::array<Accuracy, 3> kAccuracy = {
+    {{"CB and CG", "0.857", "0.987", "1212", [](bool cb, bool cg) { return cb && cg; }},
+     {"CB, not CG", "0.406", "0.992", "745", [](bool cb, bool cg) { return cb && !cg; }},
+     {"no CB", "0.000", "1.000", "401", [](bool cb, bool) { return !cb; }}}};
+
+std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
+  std::size_t count = 0;
+  forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
+    if (!proline.evidence) return;
+    const auto has = [&](int index) {
+      return proline.evidence->shifts[static_cast<std::size_t>(index)].secondary.has_value();
+    };
+    if (accuracy.fits(has(kIndexCB), has(kIndexCG))) ++count;
+  });
+  return std::to_string(count);
+}
+
+std::string accuracyTable(const RunReport& report) {
+  std::string text =
+      "<div class=\"wide\"><table><thead><tr><th>Known of the proline</th><th class=\"r\">Prolines here</th>"
+      "<th class=\"r\">Cis found</th><th class=\"r\">Trans left alone</th><th class=\"r x\">Measured "
+      "on</th></tr>"
+      "</thead>\n<tbody>\n";
+  for (const Accuracy& accuracy : kAccuracy)
+    text += "<tr>" + cell(accuracy.known) + cell(prolinesThatFit(report, accuracy), "class=\"r\"") +
+            cell(accuracy.sensitivity, "class=\"r\"") + cell(accuracy.specificity, "class=\"r\"") +
+            cell(std::string(accuracy.prolines) + " prolines", "class=\"r x\"") + "</tr>\n";
+  return text + "</tbody></table></div>\n";
+}
+
+std::string classTable(const ClassStatistics& classes) {
+  std::string text =
+      "<details><summary>What cis and trans prolines have</summary>\n<div class=\"wide\"><table><thead><tr>"
+      "<th>Residue</th><th>Atom</th><th class=\"r\">Cis (ppm)</th><th class=\"r\">Trans "
+      "(ppm)</th></tr></thead>\n"
+      "<tbody>\n";
+  const std::array<const char*, 3> residues = {"before", "proline", "after"};
+  const auto value = [](const ClassShift& shift) {
+    return signedFigure(static_cast<double>(shift.mean), 2) + " ± " +
+           figureText(static_cast<double>(shift.deviation), 2);
+  };
+  for (int index = 0; index <= kIndexCG; ++index) {
+    const auto i = static_cast<std::size_t>(index);
+    const ShiftPlace place = shiftPlace(index);
+    if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
+    text += "<tr>" + cell(residues[static_cast<std::size_t>(place.residue + 1)]) + cell(place.atom) +
+            cell(value(classes.cis[i]), "class=\"r\"") + cell(value(classes.trans[i]), "class=\"r\"") +
+            "</tr>\n";
+  }
+  return text +
+         "</tbody></table></div>\n<p class=\"faint\">Secondary shifts (observed less random coil); of CG the "
+         "shift "
+         "itself.</p></details>\n";
+}
+
+std::string howToRead(const RunReport& report) {
+  return "<h2>How to read this</h2>\n"
+         "<p>P_CIS_NORM is the probability that the peptide bond before a proline is cis. Every proline "
+         "starts at 1 in "
+         "20. The residue types beside it and each shift then multiply the odds; a bar is the natural "
+         "logarithm of "
+         "that factor (nats): +1 makes cis 2.7 times as likely, −1 trans. The bars add up to the log-odds of "
+         "P_CIS_NORM. The number beside an atom is the shift as observed.</p>\n"
+         "<p>A hollow box is a shift that is missing but could be measured, with the information about cis "
+         "or trans "
+         "that it is expected to give: 1 bit would settle an even question, a box without a number promises "
+         "less than "
+         "0.005.</p>\n"
+         "<p>How often the call is right depends on what is known of the proline itself (cross-validated on "
+         "proteins "
+         "with known structures, for the tables that come with zorvela):</p>\n" +
+         accuracyTable(report) + classTable(report.classes) +
+         paragraph(
+             std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint,
+             "class=\"faint\"");
+}
+
+std::string pageTitle(const std::vector<const ProteinResult*>& chains, const RunReport& report) {
+  if (chains.size() == 1) return "Prolines of " + chainName(*chains.front());
+  return "Prolines of " + counted(chains.size(), "chain", "chains") + " in " +
+         counted(report.files.size(), "file", "files");
+}
+
+std::string head(const std::string& title) {
+  return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
+         "'unsafe-inline'\">\n"
+         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+         escaped(title) + "</title>\n<style>" + kHtmlStyle + "</style>\n</head>\n";
+}
+
+}  // namespace
+
+void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
+  const std::vector<const ProteinResult*> chains = chainsOf(report);
+  const std::string title = pageTitle(chains, report);
+  out << head(title) << "<body>\n"
+      << symbolDefinitions() << evidenceDefinitions() << cbCgDefinitions(report.classes)
+      << referencingDefinitions() << "<main>\n<h1>" << escaped(title) << "</h1>\n";
+  if (chains.size() == 1) {
+    out << key() << chainBody(*chains.front(), report.classes);
+  } else {
+    out << paragraph(countsOf(report), "class=\"lead\"") << key();
+    if (!chains.empty()) out << indexTable(chains);
+    for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
+  }
+  out << errors(report) << howToRead(report) << "</main>\n</body>\n</html>\n";
+}
+
+}  // namespace zorvela

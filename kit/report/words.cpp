@@ -1,0 +1,211 @@
+// Which contributions are worth a mention, and how.
+#include "report/words.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "util/number.h"
+
+namespace zorvela {
+
+namespace {
+
+/// Less (nats) is not worth a mention: the odds change by less than two thirds.
+constexpr double kWorthAMention = 0.5;
+/// What speaks for a call is named until this share of it is.
+constexpr double kShareNamed = 0.6;
+constexpr std::size_t kMostNamed = 3;
+constexpr std::size_t kMostOnOneSide = 2;
+constexpr std::size_t kStrongest = 3;
+
+struct Reason {
+  std::string name;
+  std::string key;
+  bool isOwn = false;  ///< a shift of the proline itself
+  double nats = 0;
+};
+using Reasons = std::vector<Reason>;
+
+const ShiftContribution& shiftAt(const Evidence& evidence, int index) {
+  return evidence.shifts[static_cast<std::size_t>(index)];
+}
+
+/// All that is not missing, the strongest first.
+Reasons reasonsOf(const ProlineResult& proline) {
+  const Evidence& evidence = *proline.evidence;
+  Reasons reasons = {{"the " + evidence.before.name + " before", "prev", false, evidence.before.nats},
+                     {"the " + evidence.after.name + " after", "next", false, evidence.after.nats}};
+  for (int index = 0; index <= kIndexCG; ++index)
+    if (const ShiftContribution& shift = shiftAt(evidence, index); shift.secondary)
+      reasons.push_back(
+          {shiftName(proline, index), shiftKey(index), shiftPlace(index).residue == 0, shift.nats});
+  std::stable_sort(reasons.begin(), reasons.end(),
+                   [](const Reason& a, const Reason& b) { return std::fabs(a.nats) > std::fabs(b.nats); });
+  return reasons;
+}
+
+/// Those for cis (sign 1) or for trans (sign -1).
+Reasons onSide(const Reasons& reasons, double sign) {
+  Reasons side;
+  for (const Reason& reason : reasons)
+    if (reason.nats * sign > 0) side.push_back(reason);
+  return side;
+}
+
+double total(const Reasons& reasons) {
+  double sum = 0;
+  for (const Reason& reason : reasons) sum += std::fabs(reason.nats);
+  return sum;
+}
+
+std::string names(const Reasons& reasons) {
+  std::vector<std::string> items;
+  for (const Reason& reason : reasons) items.push_back(reason.name);
+  const bool areOwn = std::all_of(reasons.begin(), reasons.end(), [](const Reason& r) { return r.isOwn; });
+  return listed(items) + (areOwn ? " of the proline" : "");
+}
+
+std::string verb(const Reasons& reasons, const std::string& plural) {
+  return reasons.size() == 1 ? plural + "s" : plural;
+}
+
+/// The strongest that are worth a mention, at most so many.
+Reasons strongest(const Reasons& reasons, std::size_t most) {
+  Reasons chosen;
+  for (const Reason& reason : reasons)
+    if (chosen.size() < most && std::fabs(reason.nats) >= kWorthAMention) chosen.push_back(reason);
+  return chosen;
+}
+
+/// The strongest, until most of what speaks for the call is named.
+Reasons whatCounts(const Reasons& supporting) {
+  Reasons named;
+  for (const Reason& reason : strongest(supporting, kMostNamed))
+    if (total(named) < kShareNamed * total(supporting)) named.push_back(reason);
+  return named;
+}
+
+std::string whatSpeaksFor(const Reasons& named, double logOdds, Call call) {
+  const double without = logOdds - (call == Call::cis ? total(named) : -total(named));
+  const auto chance = static_cast<float>(1 / (1 + std::exp(-without)));
+  if (callOf(chance) != call) return names(named) + " " + verb(named, "decide");
+  return names(named) + " " + verb(named, "speak") + " for it";
+}
+
+std::string whatSpeaksAgainst(const Reasons& opposing) {
+  const Reasons named = strongest(opposing, kMostOnOneSide);
+  if (!named.empty()) return names(named) + " " + verb(named, "speak") + " against it";
+  return total(opposing) < kWorthAMention ? "nothing speaks against it" : "little speaks against it";
+}
+
+std::string bitsText(double bits) {
+  return fixedText(std::max(bits, 0.0), 2);
+}
+
+std::string worthMeasuring(const ProlineResult& proline) {
+  const std::vector<NextShift>& next = proline.evidence->next;
+  if (next.empty()) return "";
+  return "; " + shiftName(proline, next.front().index) + " would be worth " + bitsText(next.front().bits) +
+         " bits";
+}
+
+std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
+  const Reasons forCis = strongest(onSide(reasons, 1), kMostOnOneSide);
+  const Reasons against = strongest(onSide(reasons, -1), kMostOnOneSide);
+  std::string text = "undecided: ";
+  if (forCis.empty() && against.empty())
+    text += "nothing that is known says much";
+  else if (against.empty())
+    text += names(forCis) + " " + verb(forCis, "speak") + " for cis, but not clearly enough";
+  else if (forCis.empty())
+    text += "only little speaks for cis, " + names(against) + " for trans";
+  else
+    text += names(forCis) + " " + verb(forCis, "speak") + " for cis, " + names(against) + " for trans";
+  return text + worthMeasuring(proline);
+}
+
+}  // namespace
+
+std::string listed(const std::vector<std::string>& items) {
+  std::string text;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (i > 0) text += i + 1 == items.size() ? " and " : ", ";
+    text += items[i];
+  }
+  return text;
+}
+
+std::string signedText(double value, int decimals) {
+  const std::string text = fixedText(std::fabs(value), decimals);
+  const bool isZero = text.find_first_not_of("0.") == std::string::npos;
+  if (isZero) return text;
+  return (value < 0 ? "-" : "+") + text;
+}
+
+std::string shiftName(const ProlineResult& proline, int index) {
+  const ShiftPlace place = shiftPlace(index);
+  if (place.residue < 0) return place.atom + " of " + proline.previous + proline.previousNumber;
+  if (place.residue > 0) return place.atom + " of " + proline.next + proline.nextNumber;
+  return place.atom;
+}
+
+int decimalsOf(const std::string& atom) {
+  return atom == "HA" || atom == "HN" ? 2 : 1;
+}
+
+std::optional<double> expectedShift(const ShiftContribution& shift, const ClassShift& of, int index) {
+  if (index == kIndexCG) return static_cast<double>(of.mean);
+  if (!shift.reference) return std::nullopt;
+  return static_cast<double>(*shift.reference) + static_cast<double>(of.mean);
+}
+
+std::string shiftKey(int index) {
+  const ShiftPlace place = shiftPlace(index);
+  return (place.residue < 0 ? "prev_" : place.residue > 0 ? "next_" : "") + place.atom;
+}
+
+std::string sentenceOf(const ProlineResult& proline) {
+  if (!proline.evidence) return "no prediction: " + proline.reason;
+  if (proline.call == Call::none)
+    return "no prediction: the shifts are too far from cis and from trans; check the assignment";
+  const Reasons reasons = reasonsOf(proline);
+  if (proline.call == Call::undecided) return undecided(proline, reasons);
+  const double side = proline.call == Call::cis ? 1 : -1;
+  const Reasons named = whatCounts(onSide(reasons, side));
+  if (named.empty())
+    return toText(proline.call) + (proline.call == Call::cis
+                                       ? ": by many small contributions together"
+                                       : ": no shift speaks clearly for either, and 19 in 20 are trans");
+  return toText(proline.call) + ": " + whatSpeaksFor(named, proline.evidence->logOdds(), proline.call) +
+         "; " + whatSpeaksAgainst(onSide(reasons, -side));
+}
+
+std::string precisionNote(const ProlineResult& proline) {
+  if (!proline.evidence) return "";
+  const double logOdds = proline.evidence->logOdds();
+  if (!std::isfinite(logOdds)) return "";
+  const std::string sum = "the contributions add up to " + signedText(logOdds) + " nats, " +
+                          (logOdds > 0 ? "for cis" : "for trans");
+  if (!proline.pCisNorm) return "single precision has no number for factors so small; " + sum;
+  if (*proline.pCisNorm <= 0 || *proline.pCisNorm >= 1)
+    return "P_CIS_NORM is rounded to " + numberText(*proline.pCisNorm) + "; " + sum;
+  return "";
+}
+
+std::string strongestOf(const ProlineResult& proline) {
+  if (!proline.evidence) return "";
+  std::string text;
+  const Reasons reasons = reasonsOf(proline);
+  for (std::size_t i = 0; i < std::min(kStrongest, reasons.size()); ++i)
+    text += (i > 0 ? ";" : "") + reasons[i].key + ":" + signedText(reasons[i].nats);
+  return text;
+}
+
+std::string nextShiftOf(const ProlineResult& proline) {
+  if (!proline.evidence || proline.evidence->next.empty()) return "";
+  const NextShift& best = proline.evidence->next.front();
+  return shiftKey(best.index) + ":" + bitsText(best.bits);
+}
+
+}  // namespace zorvela

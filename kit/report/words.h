@@ -1,0 +1,44 @@
+// A proline's evidence in words: the same sentence on the terminal and on paper.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zorvela/predict.h"
+
+namespace zorvela {
+
+/// "CB" for the proline's own, "CA of K116" for a neighbour's; residue numbers are the file's own.
+std::string shiftName(const ProlineResult& proline, int index);
+
+/// Short, for a table: "CB", "prev_CA", "next_HN".
+std::string shiftKey(int index);
+
+/// Decimals that mean something in a shift (ppm): two for protons, one for carbon and nitrogen.
+int decimalsOf(const std::string& atom);
+
+/// Where prolines of a class have a shift on average (ppm), with this reference. Nothing where that is
+/// unknown.
+std::optional<double> expectedShift(const ShiftContribution& shift, const ClassShift& of, int index);
+
+/// The call in one sentence: "cis: CB and CG of the proline decide; nothing speaks against it". Where there
+/// is no prediction, the reason.
+std::string sentenceOf(const ProlineResult& proline);
+
+/// What single precision hides: a P_CIS_NORM of 0, 1 or no number whose evidence is finite. Empty elsewhere.
+std::string precisionNote(const ProlineResult& proline);
+
+/// The three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
+std::string strongestOf(const ProlineResult& proline);
+
+/// The shift most worth measuring with its bits: "CG:0.31". Empty where none is missing.
+std::string nextShiftOf(const ProlineResult& proline);
+
+/// With a sign, one decimal: "+4.1", "0.0".
+std::string signedText(double value, int decimals = 1);
+
+/// "a", "a and b", "a, b and c".
+std::string listed(const std::vector<std::string>& items);
+
+}  // namespace zorvela

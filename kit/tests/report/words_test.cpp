@@ -1,0 +1,99 @@
+// The sentence of a proline: who is named, and what is said.
+#include "report/words.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace {
+
+using zorvela::Call;
+using zorvela::ProlineResult;
+
+/// P5 between A4 and K6 with these contributions by shift index.
+ProlineResult proline(const std::vector<std::pair<int, double>>& contributions, double before = 0,
+                      double after = 0) {
+  ProlineResult result;
+  result.number = "5";
+  result.previous = "A";
+  result.previousNumber = "4";
+  result.next = "K";
+  result.nextNumber = "6";
+  zorvela::Evidence evidence;
+  evidence.before = {"A", 0.05F, 0.05F, before};
+  evidence.after = {"K", 0.05F, 0.05F, after};
+  for (const auto& [index, nats] : contributions) {
+    evidence.shifts[static_cast<std::size_t>(index)].secondary = 1.0F;
+    evidence.shifts[static_cast<std::size_t>(index)].nats = nats;
+  }
+  result.evidence = evidence;
+  result.pCisNorm = static_cast<float>(1 / (1 + std::exp(-evidence.logOdds())));
+  result.call = zorvela::callOf(*result.pCisNorm);
+  return result;
+}
+
+}  // namespace
+
+TEST(Words, CisByTwoShifts) {
+  EXPECT_EQ(zorvela::sentenceOf(proline({{10, 4.1}, {18, 3.0}})),
+            "cis: CB and CG of the proline decide; nothing speaks against it");
+}
+
+TEST(Words, CisAgainstANeighbour) {
+  EXPECT_EQ(zorvela::sentenceOf(proline({{18, 6.0}, {3, -1.2}})),
+            "cis: CG of the proline decides; CA of A4 speaks against it");
+}
+
+TEST(Words, TransThatNeedsNoDecision) {
+  EXPECT_EQ(zorvela::sentenceOf(proline({{18, -3.0}, {13, -0.2}})),
+            "trans: CG of the proline speaks for it; nothing speaks against it");
+}
+
+TEST(Words, TransOnTheWeightOfCG) {
+  EXPECT_EQ(zorvela::sentenceOf(proline({{18, -3.0}}, 1.0)),
+            "trans: CG of the proline decides; the A before speaks against it");
+}
+
+TEST(Words, TransByWhatIsCommon) {
+  EXPECT_EQ(zorvela::sentenceOf(proline({{10, -0.3}, {13, 0.1}})),
+            "trans: no shift speaks clearly for either, and 19 in 20 are trans");
+}
+
+TEST(Words, UndecidedNamesBothSidesAndWhatToMeasure) {
+  ProlineResult result = proline({{10, 2.5}, {13, -0.8}});
+  result.evidence->next = {{18, 0.314, 0.5}};
+  EXPECT_EQ(zorvela::sentenceOf(result),
+            "undecided: CB of the proline speaks for cis, HA of K6 for trans; CG would be worth 0.31 bits");
+}
+
+TEST(Words, WithoutEvidenceTheReason) {
+  ProlineResult result;
+  result.reason = zorvela::reason::kTooFewShifts;
+  EXPECT_EQ(zorvela::sentenceOf(result), "no prediction: too few shifts");
+  EXPECT_EQ(zorvela::strongestOf(result), "");
+  EXPECT_EQ(zorvela::nextShiftOf(result), "");
+  EXPECT_EQ(zorvela::precisionNote(result), "");
+}
+
+TEST(Words, WhereSinglePrecisionEndsTheSumStays) {
+  ProlineResult result = proline({{18, -200.0}});
+  result.pCisNorm = 0.0F;
+  EXPECT_EQ(zorvela::precisionNote(result),
+            "P_CIS_NORM is rounded to 0; the contributions add up to -202.9 nats, for trans");
+  result.pCisNorm.reset();
+  result.call = Call::none;
+  EXPECT_EQ(zorvela::precisionNote(result),
+            "single precision has no number for factors so small; the contributions add up to -202.9 nats, "
+            "for trans");
+  result.evidence->before.nats = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(zorvela::precisionNote(result), "");
+}
+
+TEST(Words, StrongestThreeWithTheirSigns) {
+  EXPECT_EQ(zorvela::strongestOf(proline({{10, 4.1}, {18, 3.0}, {3, 0.3}}, 0, -0.44)),
+            "CB:+4.1;CG:+3.0;next:-0.4");
+  EXPECT_EQ(zorvela::strongestOf(proline({{3, -2.0}, {13, 0.96}, {7, 0.04}})),
+            "prev_CA:-2.0;next_HA:+1.0;HA:0.0");
+}

@@ -53,13 +53,13 @@ class ShippedTables(unittest.TestCase):
         def figure(group, name):
             return groups[group][name]["value"]
 
-        self.assertGreaterEqual(figure("all", "auc"), 0.935)
-        self.assertLess(figure("all", "log_loss"), 0.12)
-        self.assertGreaterEqual(figure("all", "mcc"), 0.56)
+        self.assertGreaterEqual(figure("all", "auc"), 0.945)
+        self.assertLess(figure("all", "log_loss"), 0.11)
+        self.assertGreaterEqual(figure("all", "mcc"), 0.54)
         self.assertGreater(figure("with_cb_and_cg", "mcc"), figure("with_cb_and_cg_rule", "mcc"))
         self.assertGreater(figure("with_cb_and_cg", "auc"), figure("with_cb_and_cg_rule", "auc"))
         self.assertGreaterEqual(figure("without_cb_minus_cg", "auc"), 0.865)
-        self.assertGreaterEqual(figure("not_contradicted_with_cb_and_cg", "auc"), 0.97)
+        self.assertGreaterEqual(figure("not_contradicted_with_cb_and_cg", "auc"), 0.99)
         self.assertLess(seconds, 180)
 
     def test_one_evaluation_is_quick(self):

@@ -109,6 +109,7 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.length = static_cast<int>(protein.sequence.size());
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.notes = protein.notes;
+  result.asides = protein.asides;
   result.offsets = offsetsOf(*run);
   std::vector<int> positions;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i)

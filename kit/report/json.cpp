@@ -48,6 +48,7 @@ Json toJson(const ProteinResult& protein) {
   object["referencing"] = toJson(offsetFields(), protein.offsets);
   object["prolines"] = toJson(prolineFields(), protein.prolines);
   object["notes"] = protein.notes;
+  for (const std::string& aside : protein.asides) object["notes"].push_back(aside);
   return object;
 }
 

@@ -89,6 +89,7 @@ struct ProteinResult {
   std::vector<ReferencingOffset> offsets;  ///< CA, CB, HA, C
   std::vector<ProlineResult> prolines;     ///< by position
   std::vector<std::string> notes;          ///< what was renamed, dropped or guessed in reading the file
+  std::vector<std::string> asides;         ///< the same, of what is so in nearly every file
 };
 
 /// Predicts one protein after the other. Not for several threads at once: give each its own.

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <new>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -50,25 +49,6 @@ struct RunSettings {
 
 // --- Predicting ---------------------------------------------------------------------------------
 
-/// One file; what goes wrong with it stays with it.
-FileReport predictFile(Predictor& predictor, const std::string& file, const ImportOptions& import) {
-  FileReport report;
-  report.file = file;
-  try {
-    for (const Protein& protein : readInput(file, import))
-      report.proteins.push_back(predictor.predict(protein));
-    return report;
-  } catch (const Error& e) {
-    report.error = e.what();
-  } catch (const std::bad_alloc&) {
-    report.error = Error(file, 0, "does not fit into memory", "give a smaller file").what();
-  } catch (const std::exception& e) {
-    report.error = Error(file, 0, std::string("cannot be predicted: ") + e.what(), "").what();
-  }
-  report.proteins.clear();
-  return report;
-}
-
 /// At most `count`, but at least one: fewer where memory ends.
 std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables, const PredictorOptions& options) {
   std::vector<Predictor> predictors;
@@ -94,7 +74,9 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
   const auto work = [&](Predictor& predictor) {
     try {
       for (std::size_t i = next++; i < reports.size(); i = next++) {
-        reports[i] = predictFile(predictor, settings.files[i], settings.import);
+        const std::string& file = settings.files[i];
+        reports[i] = reportOn(
+            file, [&] { return readInput(file, settings.import); }, predictor);
         progress.step();
       }
     } catch (const std::bad_alloc&) {

@@ -2,7 +2,6 @@
 #include "predict/tables.h"
 
 #include <sys/stat.h>
-#include <zlib.h>  // for crc32
 
 #include <cerrno>
 #include <cstdio>
@@ -12,6 +11,7 @@
 #include <system_error>
 
 #include "predict/table_checks.h"
+#include "util/checksum.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -121,10 +121,10 @@ namespace {
 
 /// Over all columns and cells, so that comments and the layout of a file do not matter.
 std::string fingerprintOf(const ReferenceTables& tables) {
-  uLong sum = crc32(0, nullptr, 0);
+  std::uint32_t sum = 0;
   const auto add = [&sum](const std::string& text) {
     // With the end of the text: "1" "23" is not "12" "3".
-    sum = crc32(sum, reinterpret_cast<const Bytef*>(text.c_str()), static_cast<uInt>(text.size() + 1));
+    sum = crc32(sum, {text.c_str(), text.size() + 1});
   };
   ReferenceTables copy = tables;
   for (const auto& [name, table] : namedTables(copy)) {

@@ -2,6 +2,7 @@
 // is a line in fields.cpp, an entry in the schema and one in the table of the document.
 #pragma once
 
+#include <array>
 #include <string>
 #include <variant>
 #include <vector>
@@ -48,6 +49,6 @@ std::vector<std::string> csvColumns();
 const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom);
 
 /// The atoms with a referencing offset, in the order of the reports.
-inline const std::vector<std::string> kOffsetAtoms = {"CA", "CB", "HA", "C"};
+inline const std::array<std::string, 4> kOffsetAtoms = {"CA", "CB", "HA", "C"};
 
 }  // namespace zorvela

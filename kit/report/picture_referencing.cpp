@@ -19,8 +19,8 @@ constexpr double kMostBounds = 2;  // points further out stand at the edge
 constexpr double kTop = 24;
 constexpr double kRow = 26;
 constexpr double kFigureX = 398;  // right end
-const double kBottom = kTop + kRow * static_cast<double>(kOffsetAtoms.size());
-const double kHeight = kBottom + 34;
+constexpr double kBottom = kTop + kRow * static_cast<double>(kOffsetAtoms.size());
+constexpr double kHeight = kBottom + 34;
 
 double firstRow() {
   return kTop + kRow / 2;

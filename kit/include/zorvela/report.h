@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -16,6 +17,11 @@ struct FileReport {
   std::vector<ProteinResult> proteins;
   std::string error;
 };
+
+/// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of
+/// this file; it ends nothing else.
+FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
+                    Predictor& predictor);
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables

@@ -1,0 +1,15 @@
+# Copies FILES into the folder SITE and makes the service worker that keeps them from its TEMPLATE. A change of any
+# file changes the name of the cache, so that browsers fetch the new version.
+file(REMOVE_RECURSE ${SITE})
+set(SITE_FILES "\"./\"")
+set(hashes "")
+foreach(file IN LISTS FILES)
+  cmake_path(GET file FILENAME name)
+  configure_file(${file} ${SITE}/${name} COPYONLY)
+  file(SHA256 ${SITE}/${name} hash)
+  string(APPEND hashes ${hash})
+  string(APPEND SITE_FILES ", \"${name}\"")
+endforeach()
+string(SHA256 SITE_HASH "${hashes}")
+string(SUBSTRING ${SITE_HASH} 0 16 SITE_HASH)
+configure_file(${TEMPLATE} ${SITE}/service-worker.js @ONLY)

@@ -1,0 +1,166 @@
+"""The page in headless Chromium: a server for its files, a browser with a log of all it asks for, and what a user does."""
+import base64
+import functools
+import http.server
+import pathlib
+import tempfile
+import threading
+import unittest
+
+from web import SITE
+
+try:
+    from selenium import webdriver
+    from selenium.webdriver.chrome.service import Service
+    from selenium.webdriver.common.by import By
+    from selenium.webdriver.common.keys import Keys  # noqa: F401  (tests say browser.Keys)
+    from selenium.webdriver.support.ui import Select, WebDriverWait  # noqa: F401
+except ImportError:
+    webdriver = None
+
+
+def needs_browser(test):
+    """Skips a class of tests where the page has not been built or there is no browser to drive."""
+    missing = []
+    if not (SITE / "zorvela.wasm").exists():
+        missing.append(f"no page in {SITE}: script/web build makes it")
+    if webdriver is None:
+        missing.append("no Selenium for this Python: script/test installs it")
+    return unittest.skipIf(missing, "; ".join(missing))(test)
+
+
+class Server:
+    """The site on a port of the loopback address."""
+
+    def __init__(self, folder=SITE):
+        class Handler(http.server.SimpleHTTPRequestHandler):
+            def log_message(self, *arguments):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), functools.partial(Handler, directory=folder))
+        self.address = f"http://127.0.0.1:{self._server.server_address[1]}/"
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+
+    def stop(self):
+        self._server.shutdown()
+        self._server.server_close()
+
+
+def start(*arguments):
+    """A headless Chromium that keeps to itself."""
+    options = webdriver.ChromeOptions()
+    options.binary_location = "/usr/bin/chromium"
+    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--hide-scrollbars",
+                     "--disable-background-networking", "--disable-component-update", "--disable-extensions",
+                     "--no-first-run", *arguments):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    return webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+
+
+class Page:
+    """The page in a browser of its own, with a folder for what it saves."""
+
+    def __init__(self, address, width=1200, height=900, dark=False, arguments=()):
+        self.folder = tempfile.TemporaryDirectory()
+        self.driver = start(f"--user-data-dir={self.folder.name}/profile", f"--window-size={width},{height}", *arguments)
+        self.driver.execute_cdp_cmd("Browser.setDownloadBehavior",
+                                    {"behavior": "allow", "downloadPath": self.folder.name})
+        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
+                                    {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
+        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {
+            "features": [{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}]})
+        self.address = address
+        self.open()
+
+    def open(self):
+        self.driver.get(self.address)
+        self.wait(lambda: self.text("version") != "")
+
+    def close(self):
+        self.driver.quit()
+        self.folder.cleanup()
+
+    # What is on the page
+
+    def wait(self, condition, seconds=60):
+        return WebDriverWait(self.driver, seconds, poll_frequency=0.05).until(lambda _: condition())
+
+    def element(self, name):
+        return self.driver.find_element(By.ID, name)
+
+    def text(self, name):
+        return self.element(name).get_property("textContent").strip()
+
+    def texts(self, selector):
+        return [found.get_property("textContent") for found in self.driver.find_elements(By.CSS_SELECTOR, selector)]
+
+    def status(self):
+        return self.text("status")
+
+    def wait_for_result(self):
+        self.wait(lambda: self.status().endswith("."))
+        return self.status()
+
+    def report(self):
+        """The text of the report in its frame."""
+        frame = "document.getElementById('report').contentDocument"
+        return self.driver.execute_script(f"return {frame}.body ? {frame}.body.textContent : ''")
+
+    # What a user does
+
+    def clear_status(self):
+        self.driver.execute_script("document.getElementById('status').textContent = ''")
+
+    def choose(self, *paths):
+        self.clear_status()
+        self.element("files").send_keys("\n".join(str(path) for path in paths))
+        return self.wait_for_result()
+
+    def drop(self, files):
+        """Drops files, {name: bytes}, onto the box as a mouse would."""
+        self.clear_status()
+        self.driver.execute_script("""
+            const transfer = new DataTransfer();
+            for (const [name, bytes] of arguments[0]) transfer.items.add(new File([new Uint8Array(bytes)], name));
+            for (const type of ["dragenter", "dragover", "drop"])
+              document.getElementById("drop").dispatchEvent(
+                new DragEvent(type, {dataTransfer: transfer, bubbles: true, cancelable: true}));
+            """, [[name, list(content)] for name, content in files.items()])
+        return self.wait_for_result()
+
+    def press(self, *keys):
+        webdriver.ActionChains(self.driver).send_keys(*keys).perform()
+
+    def select(self, name, text):
+        self.clear_status()
+        Select(self.element(name)).select_by_visible_text(text)
+        return self.wait_for_result()
+
+    def save(self, what):
+        """The name and the bytes of the file that a button saves."""
+        before = set(self.saved())
+        self.driver.find_element(By.CSS_SELECTOR, f"[data-save={what}]").click()
+        path = self.wait(lambda: next(iter(set(self.saved()) - before), None))
+        content = path.read_bytes()
+        path.unlink()
+        return path.name, content
+
+    def saved(self):
+        return [path for path in pathlib.Path(self.folder.name).iterdir()
+                if path.is_file() and path.suffix != ".crdownload" and not path.name.startswith(".")]
+
+    # What the browser noticed
+
+    def console(self):
+        return [entry["message"] for entry in self.driver.get_log("browser") if entry["level"] in ("SEVERE", "WARNING")]
+
+    def screenshot(self, path, whole=False):
+        if whole:
+            size = self.driver.execute_cdp_cmd("Page.getLayoutMetrics", {})["cssContentSize"]
+            clip = {"x": 0, "y": 0, "width": size["width"], "height": size["height"], "scale": 1}
+            picture = self.driver.execute_cdp_cmd("Page.captureScreenshot",
+                                                  {"captureBeyondViewport": True, "clip": clip})
+            pathlib.Path(path).write_bytes(base64.b64decode(picture["data"]))
+        else:
+            self.driver.save_screenshot(str(path))

@@ -1,0 +1,417 @@
+"""The page in a real browser: what it shows and saves, what it asks the network for, and how it takes bad files."""
+import gzip
+import http.server
+import io
+import json
+import pathlib
+import shutil
+import tempfile
+import threading
+import unittest
+import zipfile
+
+import browser
+import web
+from zorvela_tests import program
+
+FILES = program.SOURCE / "kit" / "tests" / "files"
+NUCLEASE = program.SOURCE / "examples" / "nuclease.str"
+
+
+class Folder:
+    """A folder with files to give to the page and to the program alike, and the reference tables."""
+
+    def __init__(self):
+        self._folder = tempfile.TemporaryDirectory()
+        self.path = pathlib.Path(self._folder.name)
+        (self.path / "tab").symlink_to(program.TABLES)
+
+    def add(self, name, content):
+        (self.path / name).write_bytes(content)
+        return self.path / name
+
+    def copy(self, path):
+        return pathlib.Path(shutil.copy(path, self.path))
+
+    def program(self, format_name, *names, choices=()):
+        """The bytes that the program writes about files of the folder."""
+        output = self.path / "output"
+        program.kit("run", "--tables", "tab", "--format", format_name, "--output", output, *choices, "--", *names,
+                    cwd=self.path)
+        return output.read_bytes()
+
+    def remove(self):
+        self._folder.cleanup()
+
+
+@browser.needs_browser
+class Page(unittest.TestCase):
+    """A server and a browser for all tests of a class, the page fresh for each."""
+    maxDiff = 2000
+    width = 1200
+
+    @classmethod
+    def setUpClass(cls):
+        cls.server = browser.Server()
+        cls.addClassCleanup(cls.server.stop)
+        cls.page = browser.Page(cls.server.address, width=cls.width)
+        cls.addClassCleanup(cls.page.close)
+
+    def setUp(self):
+        self.folder = Folder()
+        self.addCleanup(self.folder.remove)
+        self.page.open()
+        self.page.console()
+
+    def tearDown(self):
+        self.assertEqual(self.page.console(), [], "the console has errors")
+
+    def check_saved(self, *names, choices=()):
+        for format_name in web.formats():
+            if format_name == "table":
+                continue
+            with self.subTest(format=format_name):
+                _, saved = self.page.save(format_name)
+                self.assertEqual(saved.decode(), self.folder.program(format_name, *names, choices=choices).decode())
+
+    def errors(self):
+        return self.page.texts("#errors li")
+
+
+class SavedFiles(Page):
+    """What the page saves is what the program writes, byte for byte."""
+
+    def test_formats(self):
+        for source in (NUCLEASE, FILES / "star2_entry.str", FILES / "nef_entry.nef", FILES / "shifts.csv",
+                       FILES / "excel.csv", program.SOURCE / "examples" / "ubiquitin.tab"):
+            with self.subTest(file=source.name):
+                path = self.folder.copy(source)
+                self.page.choose(path)
+                self.check_saved(path.name)
+
+    def test_gzipped(self):
+        content = NUCLEASE.read_bytes()
+        for name, packed in (("one.str.gz", gzip.compress(content)),
+                             ("two.str.gz", gzip.compress(content[:9000]) + gzip.compress(content[9000:]))):
+            with self.subTest(name):
+                self.folder.add(name, packed)
+                self.page.drop({name: packed})
+                self.check_saved(name)
+
+    def test_several_files_of_which_one_is_bad(self):
+        paths = [self.folder.copy(path) for path in (NUCLEASE, FILES / "nef_entry.nef")]
+        paths.insert(1, self.folder.add("broken.str", b"data_x\nloop_\n_Atom_chem_shift.ID\nstop_\n"))
+        self.page.choose(*paths)
+        self.check_saved(*(path.name for path in paths))
+        self.assertEqual(len(self.errors()), 1)
+
+    def test_shift_table(self):
+        path = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.choose(path)
+        chains = [protein["chain"] for protein in json.loads(self.folder.program("json", path.name))["proteins"]]
+        self.assertGreater(len(chains), 1)
+        for index, chain in enumerate(chains):
+            self.page.driver.execute_script(f"document.getElementById('table').value = {index}")
+            name, saved = self.page.save("tab")
+            wanted = program.kit("import", "--chain", chain, "-o", "-", path.name, cwd=self.folder.path)
+            self.assertEqual(saved.decode(), wanted.stdout)
+            self.assertEqual(name, f"star3_dimer_{chain}.tab")
+
+    def test_names_of_saved_files(self):
+        self.page.drop({"my.data.str.gz": gzip.compress(NUCLEASE.read_bytes())})
+        self.assertEqual(self.page.save("csv")[0], "my.data.csv")
+
+    def test_referencing(self):
+        # CA and CB 3 ppm too high: the table of a deuterated or badly referenced protein.
+        lines = []
+        for line in (program.SOURCE / "examples" / "ubiquitin.tab").read_text().splitlines():
+            cells = line.split()
+            if len(cells) == 4 and cells[2] in ("CA", "CB"):
+                line = f"{cells[0]:>4} {cells[1]} {cells[2]:>4} {float(cells[3]) + 3:8.3f}"
+            lines.append(line)
+        path = self.folder.add("shifted.tab", "\n".join(lines).encode() + b"\n")
+        self.page.choose(path)
+        kept = self.page.save("csv")[1]
+        self.page.clear_status()
+        self.page.element("rereference").click()
+        self.page.wait_for_result()
+        self.check_saved(path.name, choices=("--rereference",))
+        self.assertNotEqual(self.page.save("csv")[1], kept)
+
+    def test_chain_and_list(self):
+        path = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.choose(path)
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
+        chains = self.page.texts("#chain option")
+        self.assertEqual(chains[0], "all")
+        for chain in chains[1:]:
+            self.page.select("chain", chain)
+            self.check_saved(path.name, choices=("--chain", chain))
+        self.page.select("chain", "all")
+        self.check_saved(path.name)
+
+
+class Report(Page):
+    def test_report_is_that_of_the_library(self):
+        path = self.folder.copy(NUCLEASE)
+        self.page.choose(path)
+        shown = self.page.element("report").get_property("srcdoc")
+        self.assertEqual(shown, self.folder.program("html", path.name).decode())
+
+    def test_report_is_shown_whole(self):
+        self.page.choose(NUCLEASE)
+        self.page.wait(lambda: self.page.driver.execute_script(
+            "const frame = document.getElementById('report');"
+            "return frame.clientHeight > 100 &&"
+            " frame.clientHeight >= frame.contentDocument.documentElement.scrollHeight"))
+        self.assertIn("P117", self.page.report())
+
+    def test_notes_and_summary(self):
+        self.page.choose(NUCLEASE)
+        self.assertEqual(self.page.status(), "nuclease.str: 5 prolines in 1 chain, 1 cis, 4 trans.")
+        self.assertEqual(self.page.texts("#notes li"), [
+            "nuclease.str, chain 1: residue UNK has no counterpart among the 20, written ?: 53, 56"])
+
+    def test_trans_prolines_can_be_left_out(self):
+        self.page.choose(NUCLEASE)
+        shown = "const d = document.getElementById('report').contentDocument;" \
+                "return [...d.querySelectorAll('.card, tbody tr')].filter((e) => e.getClientRects().length).length"
+        self.page.wait(lambda: self.page.driver.execute_script(shown) > 9)
+        every = self.page.driver.execute_script(shown)
+        height = self.page.element("report").size["height"]
+        browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
+        self.page.wait(lambda: self.page.driver.execute_script(shown) == every - 8)  # four cards, four rows
+        self.assertLess(self.page.element("report").size["height"], height)
+
+    def test_pasted_text(self):
+        self.page.element("paste").click()
+        self.page.driver.execute_script("document.getElementById('pasted').value = arguments[0]",
+                                        NUCLEASE.read_text())
+        self.page.element("predict").click()
+        self.assertIn("pasted text: 5 prolines", self.page.wait_for_result())
+
+    def test_example(self):
+        self.page.element("example").click()
+        self.assertIn("5 prolines", self.page.wait_for_result())
+
+    def test_files_of_one_name_are_told_apart(self):
+        self.page.driver.execute_script("""
+            const transfer = new DataTransfer();
+            for (const text of ["", "x"]) transfer.items.add(new File([text], "a.csv"));
+            dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));""")
+        self.page.wait_for_result()
+        self.assertEqual([error.split(":")[0] for error in self.errors()], ["a.csv", "a.csv (2)"])
+
+
+class BadFiles(Page):
+    def test_errors_are_in_the_words_of_the_program(self):
+        archive = io.BytesIO()
+        with zipfile.ZipFile(archive, "w") as out:
+            out.writestr("a.str", "data_x")
+        packed = gzip.compress(NUCLEASE.read_bytes())
+        bad = {"empty.csv": b"", "blank.csv": b" \n\n", "archive.zip": archive.getvalue(), "text.txt": b"no shifts\n",
+               "zero.str": b"data_x\0", "cut.gz": packed[:-50], "head.gz": packed[:6],
+               "damaged.gz": packed[:2000] + b"\xff" * 40 + packed[2040:], "page.html": b"<!DOCTYPE html>"}
+        for name, content in bad.items():
+            self.folder.add(name, content)
+        self.page.drop(bad)
+        wanted = [error["message"] for error in json.loads(self.folder.program("json", *bad))["errors"]]
+        self.assertEqual(len(wanted), len(bad))
+        self.assertEqual(self.errors(), wanted)
+        self.assertEqual(self.page.status(), f"{len(bad)} files could not be predicted.")
+        self.check_saved(*bad)
+
+    def test_good_file_after_a_bad_one(self):
+        self.page.drop({"empty.csv": b""})
+        self.assertEqual(len(self.errors()), 1)
+        self.page.choose(NUCLEASE)
+        self.assertEqual(self.errors(), [])
+        self.assertIn("1 cis", self.page.status())
+
+    def test_large_file_that_holds_no_shifts(self):
+        path = self.folder.add("large.txt", b"no shifts in here\n" * (100_000_000 // 18))
+        self.page.clear_status()
+        self.page.element("files").send_keys(str(path))
+        ticks = self.page.driver.execute_async_script("""
+            const done = arguments[0]; let ticks = 0; const start = performance.now();
+            (function tick() { ++ticks; performance.now() - start > 500 ? done(ticks) : setTimeout(tick, 10); })();""")
+        self.assertGreater(ticks, 5, "the page does not answer while it reads")
+        self.assertEqual(self.page.wait_for_result(), "1 file could not be predicted.")
+        self.assertEqual(self.errors(), [json.loads(self.folder.program("json", path.name))["errors"][0]["message"]])
+        self.page.choose(NUCLEASE)
+        self.assertIn("1 cis", self.page.status())
+
+    def test_hostile_names_and_contents_are_text(self):
+        script = "<img src=x onerror=document.title=1><script>document.title=1</script>"
+        name = "<img src=x onerror=document.title=1>\"'&.csv"
+        content = f"resid,resname,atom,shift,chain\n1,ALA,CA,52,{script}\n2,PRO,CB,32,{script}\n3,<b>X,CA,50,{script}\n"
+        self.folder.add(name, content.encode())
+        title = self.page.driver.title
+        self.page.drop({name: content.encode()})
+        self.check_saved(name)
+        self.assertIn(name, self.page.text("result-title"))
+        self.assertEqual(self.page.driver.title, title)
+        inside = "document.getElementById('report').contentDocument"
+        for document in ("document", inside):
+            self.assertEqual(self.page.driver.execute_script(
+                f"return {document}.querySelectorAll('img, [onerror]').length"), 0)
+        self.assertEqual(self.page.driver.execute_script(f"return {inside}.querySelectorAll('script').length"), 0)
+
+
+class KeyboardAlone(Page):
+    def tab_to(self, condition):
+        for _ in range(30):
+            self.page.press(browser.Keys.TAB)
+            if self.page.driver.execute_script(f"const e = document.activeElement; return {condition};"):
+                return
+        self.fail(f"the Tab key does not lead to {condition}")
+
+    def test_example_choices_and_saving(self):
+        self.tab_to("e.id === 'files'")
+        self.tab_to("e.id === 'example'")
+        self.page.press(browser.Keys.ENTER)
+        self.assertIn("5 prolines", self.page.wait_for_result())
+        self.tab_to("e.id === 'prolines'")
+        self.page.press(browser.Keys.ARROW_DOWN)
+        self.page.wait(lambda: self.page.element("prolines").get_property("value") == "interesting")
+        self.tab_to("e.dataset.save === 'csv'")
+        self.page.press(browser.Keys.ENTER)
+        self.page.wait(lambda: len(self.page.saved()) == 1)
+        self.assertEqual(self.page.saved()[0].name, "nuclease.csv")
+        self.assertEqual(self.page.status(), "Saved nuclease.csv.")
+
+    def test_pasting(self):
+        self.tab_to("e.id === 'paste'")
+        self.page.press(browser.Keys.ENTER)
+        self.page.press("resid,resname,atom,shift\n1,ALA,CA,52.1\n2,PRO,CB,32.0\n")
+        self.tab_to("e.id === 'predict'")
+        self.page.press(browser.Keys.ENTER)
+        self.assertIn("1 proline", self.page.wait_for_result())
+
+    def test_what_is_focused_is_seen(self):
+        self.page.choose(NUCLEASE)
+        self.page.driver.execute_script("document.activeElement.blur()")
+        for _ in range(10):
+            self.page.press(browser.Keys.TAB)
+            visible = self.page.driver.execute_script("""
+                const e = document.activeElement;
+                const shown = e.id === "files" ? e.nextElementSibling : e;
+                return e.tagName === "IFRAME" || e === document.body || getComputedStyle(shown).outlineStyle !== "none";""")
+            self.assertTrue(visible)
+
+    def test_everything_has_a_name(self):
+        self.page.choose(FILES / "star3_dimer.str")
+        tree = self.page.driver.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]
+        controls = [node for node in tree if node.get("role", {}).get("value") in
+                    ("button", "combobox", "checkbox", "textbox", "Iframe", "progressbar") and not node["ignored"]]
+        self.assertGreater(len(controls), 8)
+        self.assertEqual([node for node in controls if not node.get("name", {}).get("value")], [])
+        self.assertEqual(self.page.element("status").get_attribute("role"), "status")
+
+
+class NarrowScreen(Page):
+    width = 400
+
+    def test_nothing_is_wider_than_the_screen(self):
+        for files in ([], [NUCLEASE], [FILES / "star3_dimer.str", FILES / "nef_entry.nef"]):
+            if files:
+                self.page.choose(*files)
+            width = self.page.driver.execute_script("return document.documentElement.scrollWidth")
+            self.assertLessEqual(width, 400)
+
+
+@browser.needs_browser
+class Network(unittest.TestCase):
+    def test_page_asks_for_its_own_files_alone_and_works_without_a_network(self):
+        server = browser.Server()
+        with tempfile.TemporaryDirectory() as folder:
+            log = pathlib.Path(folder) / "network.json"
+            page = browser.Page(server.address, arguments=[f"--log-net-log={log}"])
+            try:
+                page.wait(lambda: page.text("offline") != "")
+                page.choose(NUCLEASE)
+                server.stop()
+                page.choose(FILES / "nef_entry.nef")
+                self.assertIn("nef_entry.nef:", page.status())
+                page.open()  # from what the service worker keeps
+                page.element("example").click()
+                self.assertIn("5 prolines", page.wait_for_result())
+                self.assertEqual(page.console(), [])
+                self.assertEqual(page.driver.execute_script("return document.cookie"), "")
+            finally:
+                page.close()
+            asked = requests_in(log, server.address)
+        self.assertIn(server.address + "zorvela.wasm", asked)
+        site = {server.address + path.name for path in web.SITE.iterdir()} | {server.address}
+        self.assertEqual(asked - site, set())
+
+    def test_policy_keeps_connections_to_the_page(self):
+        reached = threading.Event()
+
+        class Elsewhere(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                reached.set()
+                self.send_response(204)
+                self.end_headers()
+
+            do_POST = do_GET
+
+        elsewhere = http.server.HTTPServer(("127.0.0.1", 0), Elsewhere)
+        threading.Thread(target=elsewhere.serve_forever, daemon=True).start()
+        self.addCleanup(elsewhere.shutdown)
+        server = browser.Server()
+        self.addCleanup(server.stop)
+        page = browser.Page(server.address)
+        self.addCleanup(page.close)
+        outcome = page.driver.execute_async_script("""
+            const [address, done] = arguments;
+            new Image().src = address + "image";
+            navigator.sendBeacon(address + "beacon", "shifts");
+            const style = document.createElement("link");
+            style.rel = "stylesheet"; style.href = address + "style"; document.head.append(style);
+            fetch(address, {mode: "no-cors"}).then(() => done("sent"), () => setTimeout(() => done("refused"), 300));
+            """, f"http://127.0.0.1:{elsewhere.server_address[1]}/")
+        self.assertEqual(outcome, "refused")
+        # The worker is started so, and bound by the same policy.
+        outcome = page.driver.execute_async_script("""
+            const [address, done] = arguments;
+            const code = `fetch("${address}").then(() => postMessage("sent"), () => postMessage("refused"))`;
+            new Worker(URL.createObjectURL(new Blob([code]))).onmessage = ({data}) => done(data);
+            """, f"http://127.0.0.1:{elsewhere.server_address[1]}/")
+        self.assertEqual(outcome, "refused")
+        self.assertFalse(reached.is_set())
+
+
+@browser.needs_browser
+class Package(unittest.TestCase):
+    def test_npm_package_in_a_browser(self):
+        server = browser.Server(web.NPM)
+        self.addCleanup(server.stop)
+        driver = browser.start()
+        self.addCleanup(driver.quit)
+        driver.get(server.address)
+        calls = driver.execute_async_script("""
+            const [address, text, done] = arguments;
+            import(address + "index.js").then((zorvela) => zorvela.predict(text))
+              .then(({proteins}) => done(proteins[0].prolines.map(({call}) => call)), (error) => done(error.message));
+            """, server.address, NUCLEASE.read_text())
+        self.assertEqual(calls, ["trans", "trans", "trans", "trans", "cis"])
+
+
+def requests_in(log, address):
+    """The addresses that pages of a site and their workers asked for, by the browser's log of its network."""
+    text = log.read_text()
+    events = json.loads(text if text.rstrip().endswith("}") else text.rstrip().rstrip(",") + "]}")
+    begin = events["constants"]["logEventTypes"]["URL_REQUEST_START_JOB"]
+    asked = set()
+    for event in events["events"]:
+        parameters = event.get("params", {})
+        if event["type"] == begin and "url" in parameters:
+            initiator = parameters.get("initiator", "")
+            if initiator + "/" == address or parameters["url"].startswith(address):
+                asked.add(parameters["url"])
+    return asked
+
+
+if __name__ == "__main__":
+    unittest.main()

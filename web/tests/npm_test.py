@@ -1,0 +1,81 @@
+"""The npm package: packed, installed into an empty folder, and used there as its README shows."""
+import pathlib
+import json
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+import web
+from zorvela_tests import program
+
+
+def run(*command, **options):
+    return subprocess.run(command, capture_output=True, text=True, timeout=300, check=False, **options)
+
+
+@web.needs_module
+class InstalledPackage(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.folder = pathlib.Path(folder.name)
+        packed = run("npm", "pack", "--json", "--pack-destination", cls.folder, cwd=web.NPM)
+        assert packed.returncode == 0, packed.stderr
+        cls.packed = json.loads(packed.stdout)[0]
+        (cls.folder / "package.json").write_text('{"private": true, "type": "module"}')
+        installed = run("npm", "install", "--offline", "--no-audit", "--no-fund", cls.folder / cls.packed["filename"],
+                        cwd=cls.folder)
+        assert installed.returncode == 0, installed.stderr
+        shutil.copy(program.SOURCE / "examples" / "nuclease.str", cls.folder)
+
+    def test_holds_what_it_needs_and_no_more(self):
+        self.assertEqual(sorted(file["path"] for file in self.packed["files"]), [
+            "LICENSE", "README.md", "gzip.js", "index.d.ts", "index.js", "package.json", "run.schema.json",
+            "zorvela.js", "zorvela.wasm"])
+        self.assertEqual(list((self.folder / "node_modules").glob("[!.]*")), [self.folder / "node_modules" / "zorvela"])
+
+    def test_with_the_test_runner_of_node(self):
+        for name in ("package.test.mjs", "gzip.test.mjs"):
+            shutil.copy(pathlib.Path(__file__).with_name(name), self.folder)
+        native = self.folder / "native.json"
+        (self.folder / "tab").symlink_to(program.TABLES)
+        for format_name in web.formats():
+            program.kit("run", "--tables", "tab", "--format", format_name, "--output", f"native.{format_name}",
+                        "nuclease.str", cwd=self.folder)
+        self.assertTrue(native.exists())
+        result = run("node", "--test", "--test-reporter=tap", cwd=self.folder)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertRegex(result.stdout, r"# pass [1-9]")
+
+    def test_example_of_the_readme(self):
+        readme = (web.NPM / "README.md").read_text()
+        code, printed = re.search(r"```js\n(.*?)```.*?```text\n(.*?)```", readme, re.DOTALL).groups()
+        (self.folder / "prolines.mjs").write_text(code)
+        result = run("node", "prolines.mjs", "nuclease.str", cwd=self.folder)
+        self.assertEqual((result.stdout, result.stderr), (printed, ""))
+        self.assertTrue((self.folder / "report.html").read_text().startswith("<!DOCTYPE html>"))
+
+    def test_declarations_name_every_member_of_the_schema(self):
+        declarations = (web.NPM / "index.d.ts").read_text()
+        members = set()
+
+        def walk(node):
+            if isinstance(node, dict):
+                if isinstance(node.get("properties"), dict) and ("type" in node or "required" in node):
+                    members.update(node["properties"])
+                for child in node.values():
+                    walk(child)
+            elif isinstance(node, list):
+                for child in node:
+                    walk(child)
+
+        walk(json.loads(program.SCHEMA.read_text()))
+        self.assertGreater(len(members), 30)
+        self.assertEqual([name for name in members if not re.search(rf"\b{name}\??:", declarations)], [])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,56 @@
+// The installed package, as `node --test` runs it. native.* are what the program writes about the same file.
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import { test } from "node:test";
+import { gzipSync } from "node:zlib";
+
+import { PredictionError, predict, report, versions } from "zorvela";
+
+const content = await readFile("nuclease.str");
+const name = "nuclease.str";
+
+test("the result is the program's, number for number", async () => {
+  assert.deepEqual(await predict(content, { name }), JSON.parse(await readFile("native.json", "utf8")));
+});
+
+test("reports are the program's, byte for byte", async () => {
+  for (const format of ["csv", "json", "table", "html"])
+    assert.equal(await report(content, { name, format }), await readFile(`native.${format}`, "utf8"));
+  assert.equal(await report(content, { name }), await report(content, { name, format: "html" }));
+});
+
+test("content can be text, an array of bytes, a buffer, gzipped", async () => {
+  const wanted = await predict(content);
+  const alone = new Uint8Array(content).buffer;
+  for (const input of [content.toString(), alone, new Uint8Array(alone), gzipSync(content)])
+    assert.deepEqual(await predict(input), wanted);
+  await assert.rejects(predict(5), TypeError);
+});
+
+test("a file that cannot be predicted is an error in the program's words", async () => {
+  await assert.rejects(predict("", { name: "a.csv" }), (error) => {
+    assert.ok(error instanceof PredictionError);
+    assert.equal(error.message, "a.csv: is empty; give a file with chemical shifts");
+    return true;
+  });
+  await assert.rejects(predict(content, { chains: ["Z"] }), PredictionError);
+});
+
+test("options are checked", async () => {
+  await assert.rejects(predict(content, { chain: "A" }), /there is no option "chain"/);
+  await assert.rejects(predict(content, { chains: "A" }), /option "chains" cannot be "A"/);
+  await assert.rejects(report(content, { format: "pdf" }), /there is no format "pdf"/);
+});
+
+test("many calls at once do not disturb each other", async () => {
+  const table = "resid,resname,atom,shift\n1,ALA,CA,52.1\n2,PRO,CB,32.0\n3,ALA,CA,52.0\n";
+  const results = await Promise.all(Array.from({ length: 20 }, (_, i) => predict(i % 2 ? table : content)));
+  results.forEach((result, i) => assert.equal(result.proteins[0].prolines.length, i % 2 ? 1 : 5));
+});
+
+test("the version is that of the package", async () => {
+  const { version: packed } = JSON.parse(await readFile("node_modules/zorvela/package.json", "utf8"));
+  const { version, tables } = await versions();
+  assert.equal(version, packed);
+  assert.match(await report(content), new RegExp(`${version}, reference tables ${tables}`));
+});

@@ -34,7 +34,7 @@ class InstalledPackage(unittest.TestCase):
     def test_holds_what_it_needs_and_no_more(self):
         self.assertEqual(sorted(file["path"] for file in self.packed["files"]), [
             "LICENSE", "README.md", "gzip.js", "index.d.ts", "index.js", "package.json", "run.schema.json",
-            "zorvela.js", "zorvela.wasm"])
+            "third-party-licences.txt", "zorvela.js", "zorvela.wasm"])
         self.assertEqual(list((self.folder / "node_modules").glob("[!.]*")), [self.folder / "node_modules" / "zorvela"])
 
     def test_with_the_test_runner_of_node(self):

@@ -60,9 +60,8 @@ class SameAsTheProgram(unittest.TestCase):
         self.assertGreater(len(files), 50)
         self.compare("json", files)
 
-    @program.needs_shared_data
     def test_real_proteins(self):
-        entries = program.shared_entries()
+        entries = program.real_entries()
         self.assertGreaterEqual(len(entries), COUNT)
         step = len(entries) / COUNT
         self.compare("json", [entries[int(index * step)] for index in range(COUNT)])

@@ -86,7 +86,9 @@ void sayDone(const AnnotateSettings& settings, const Calls& calls, const NefAnno
 }
 
 void annotate(const AnnotateSettings& settings) {
-  InputFiles({settings.file}).mustNotHold(settings.output);
+  InputFiles inputs({settings.file});
+  inputs.addFolder(findTables(settings.tables));
+  inputs.mustNotHold(settings.output);
   const std::string name = inputName(settings.file);
   const std::string bytes = settings.file == "-" ? streamBytes(stdin, name) : fileBytes(settings.file);
   const std::string text = unpacked(bytes, name);

@@ -103,7 +103,9 @@ bool wantsColour(const std::string& output) {
 void compare(const CompareSettings& settings) {
   std::vector<std::string> inputs = settings.shifts;
   inputs.insert(inputs.end(), settings.structures.begin(), settings.structures.end());
-  InputFiles(inputs).mustNotHold(settings.output);
+  InputFiles files(inputs);
+  files.addFolder(findTables(settings.tables));
+  files.mustNotHold(settings.output);
   const CompareReport report = compareAll(settings);
   sayAll(report);
   if (report.structures.empty()) throw ReportedFailure();

@@ -15,6 +15,7 @@
 
 #include "cli/commands.h"
 #include "cli/input_files.h"
+#include "cli/jobs.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
@@ -107,7 +108,7 @@ void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& fail
   std::atomic<std::size_t> next{0};
   std::mutex counting;
   Progress progress("Reading structures", files.size());
-  const auto work = [&] {
+  inThreads(static_cast<std::size_t>(settings.jobs), [&](std::size_t) {
     for (std::size_t i = next++; i < files.size(); i = next++) {
       guarded(files[i], failures, [&] {
         const auto ballots = votes.ballots(readStructureFile(files[i]));
@@ -116,15 +117,7 @@ void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& fail
       });
       progress.step();
     }
-  };
-  std::vector<std::thread> helpers;
-  try {
-    for (int i = 1; i < settings.jobs; ++i) helpers.emplace_back(work);
-  } catch (const std::system_error&) {
-    // The system gives no more threads: those that there are do the work.
-  }
-  work();
-  for (std::thread& helper : helpers) helper.join();
+  });
   if (failures.count == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");

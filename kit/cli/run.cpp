@@ -5,10 +5,9 @@
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
 #include <memory>
+#include <new>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -17,6 +16,7 @@
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
+#include "cli/jobs.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
@@ -69,33 +69,15 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
       makePredictors(std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
 
   std::atomic<std::size_t> next{0};
-  std::atomic<bool> memoryEnded{false};
   Progress progress("Predicting", settings.files.size());
-  const auto work = [&](Predictor& predictor) {
-    try {
-      for (std::size_t i = next++; i < reports.size(); i = next++) {
-        const std::string& file = settings.files[i];
-        reports[i] = reportOn(
-            file, [&] { return readInput(file, settings.import); }, predictor);
-        progress.step();
-      }
-    } catch (const std::bad_alloc&) {
-      memoryEnded = true;  // not even a message fits: no error of one file
+  inThreads(predictors.size(), [&](std::size_t job) {
+    for (std::size_t i = next++; i < reports.size(); i = next++) {
+      const std::string& file = settings.files[i];
+      reports[i] = reportOn(
+          file, [&] { return readInput(file, settings.import); }, predictors[job]);
+      progress.step();
     }
-  };
-
-  std::vector<std::thread> helpers;
-  helpers.reserve(predictors.size());
-  try {
-    for (std::size_t i = 1; i < predictors.size(); ++i) helpers.emplace_back(work, std::ref(predictors[i]));
-  } catch (const std::system_error&) {
-    // The system gives no more threads: those that there are do the work.
-  } catch (const std::bad_alloc&) {
-    // Nor memory for one.
-  }
-  work(predictors.front());
-  for (std::thread& helper : helpers) helper.join();
-  if (memoryEnded) throw std::bad_alloc();
+  });
   return reports;
 }
 

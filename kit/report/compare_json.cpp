@@ -143,7 +143,7 @@ void writeCompareJson(const CompareReport& report, std::ostream& out) {
                          {"chains_without_shifts", report.chainsWithoutShifts},
                          {"errors", std::move(errors)}};
   // A file name need not be UTF-8, JSON must be.
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  out << document.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
 }
 
 }  // namespace zorvela

@@ -79,13 +79,6 @@ const char* shiftLabel(double difference) {
   return difference <= kTransCbMinusCgUpTo ? "trans" : "unclear";
 }
 
-/// A name in a file of commas.
-std::string plainCell(std::string text) {
-  for (char& c : text)
-    if (c == ',' || c == '"' || static_cast<unsigned char>(c) < ' ') c = '_';
-  return text;
-}
-
 }  // namespace
 
 std::string entryName(const std::string& path) {
@@ -198,12 +191,12 @@ void LabelVotes::write(std::ostream& out) const {
     for (const ProlineVotes& proline : votes[p]) {
       const Protein& protein = all[p];
       const auto i = static_cast<std::size_t>(proline.position) - 1;
-      out << entryName(protein.file) << ',' << proline.position << ',' << plainCell(protein.numbers[i]) << ','
+      out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i]) << ','
           << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ',' << protein.sequence.substr(i + 1, 1) << ','
           << labelOf(proline) << ',';
       if (proline.tier != Tier::none)
         out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
-            << plainCell(proline.best) << ',';
+            << csvCell(proline.best) << ',';
       else
         out << ",,,,";
       if (const auto difference = cbMinusCg(protein, proline.position))

@@ -77,6 +77,22 @@ class Inputs(InFolder):
             self.check_refused(self.run_to(output, self.input, tables=self.path("tab")), output,
                                {"tab/rcadj.tab": table})
 
+    def test_every_other_command_asks_the_same(self):
+        """None of the files needs to be what it should: outputs are checked before anything is read."""
+        shutil.copytree(program.MADE_TABLES, self.path("tab"))
+        os.mkdir(self.path("entries"))
+        os.mkdir(self.path("models"))
+        entry, model = self.put("entries/a.tab", "entry\n"), self.put("models/a.pdb", "model\n")
+        table = self.path("tab/rcadj.tab")
+        label = ["label", "--entries", self.path("entries"), "--structures", self.path("models")]
+        compare = ["compare", entry, "--structure", model, "--tables", self.path("tab")]
+        annotate = ["annotate", entry, "--tables", self.path("tab")]
+        for command, outputs in ((label, (entry, model)), (compare, (entry, model, table)), (annotate, (entry, table))):
+            for output in outputs:
+                with self.subTest(command=command[0], output=output):
+                    kept = os.path.relpath(output, self.folder)
+                    self.check_refused(program.kit(*command, "--output", output), output, {kept: self.read(kept)})
+
     def test_standard_input_twice_is_refused(self):
         for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
             ended = program.kit(*command, "-", self.input, "-", input="")

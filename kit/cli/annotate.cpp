@@ -51,7 +51,9 @@ class Calls {
   std::size_t undecided() const { return open; }
 
  private:
-  static std::string key(const std::string& chain, const std::string& number) { return chain + '\n' + number; }
+  static std::string key(const std::string& chain, const std::string& number) {
+    return chain + '\n' + number;
+  }
 
   void add(const std::string& chain, const ProlineResult& proline) {
     if (proline.call == Call::cis || proline.call == Call::trans)
@@ -77,8 +79,9 @@ void sayDone(const AnnotateSettings& settings, const Calls& calls, const NefAnno
   const std::string name = messageName(settings.file, "");
   for (const FlagChange& flag : annotation.differing)
     say("note: " + name + ", chain " + printable(flag.row.chain, 60) + ": cis_peptide of " +
-        printable(flag.row.residue + " " + flag.row.number, 60) + " was " + flag.before + ", the shifts say " +
-        (flag.isCis ? "true" : "false") + (settings.keep ? "; left as it was" : "; replaced"));
+        printable(flag.row.residue + " " + flag.row.number, 60) + " was " + flag.before +
+        ", the shifts say " + (flag.isCis ? "true" : "false") +
+        (settings.keep ? "; left as it was" : "; replaced"));
   if (annotation.columnAdded) say("note: " + name + ": the sequence had no column cis_peptide; it was added");
   say(counted(calls.decided(), "proline", "prolines") + " decided, " + std::to_string(calls.undecided()) +
       " not; " + counted(annotation.written, "flag", "flags") + " written, " +

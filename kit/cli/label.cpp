@@ -46,9 +46,9 @@ std::vector<std::string> filesIn(const std::string& folder, const std::string& w
   std::error_code error;
   std::vector<std::string> files;
   for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
-    if (fits(at->path().filename().string()) && !at->is_directory(error)) files.push_back(at->path().string());
-  if (error)
-    throw Error(folder, 0, "cannot be read: " + error.message(), "name a folder with " + what);
+    if (fits(at->path().filename().string()) && !at->is_directory(error))
+      files.push_back(at->path().string());
+  if (error) throw Error(folder, 0, "cannot be read: " + error.message(), "name a folder with " + what);
   if (files.empty()) throw Error(folder, 0, "holds no " + what, "name a folder with " + what);
   std::sort(files.begin(), files.end());
   return files;
@@ -166,8 +166,9 @@ void addLabel(CLI::App& app) {
       ->type_name("N")
       ->check(CLI::Range(1, kMostJobs))
       ->description("Files worked on at the same time; default: one for each core");
-  command->footer("Exit status: 0 if every file was used, 1 if one was not; the labels of the others are "
-                  "written all the same.");
+  command->footer(
+      "Exit status: 0 if every file was used, 1 if one was not; the labels of the others are "
+      "written all the same.");
   command->callback([settings] { label(*settings); });
 }
 

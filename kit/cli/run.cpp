@@ -50,7 +50,8 @@ struct RunSettings {
 // --- Predicting ---------------------------------------------------------------------------------
 
 /// At most `count`, but at least one: fewer where memory ends.
-std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables, const PredictorOptions& options) {
+std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
+                                      const PredictorOptions& options) {
   std::vector<Predictor> predictors;
   predictors.reserve(count);
   try {
@@ -65,8 +66,8 @@ std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables, c
 /// does not depend on the number of jobs.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables) {
   std::vector<FileReport> reports(settings.files.size());
-  std::vector<Predictor> predictors =
-      makePredictors(std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
+  std::vector<Predictor> predictors = makePredictors(
+      std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
 
   std::atomic<std::size_t> next{0};
   Progress progress("Predicting", settings.files.size());

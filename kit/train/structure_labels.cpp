@@ -51,7 +51,8 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   return residue.letter == kProline ? &residue : nullptr;
 }
 
-void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment, Tally& tally) {
+void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment,
+         Tally& tally) {
   for (const ModelBond& bond : residue.bonds) {
     if (bond.state == BondState::cis) ++tally.cis;
     if (bond.state == BondState::trans) ++tally.trans;
@@ -160,7 +161,8 @@ void LabelVotes::count(const std::vector<Ballot>& cast) {
     const auto rank = [](double identity, std::size_t aligned) { return std::make_pair(identity, aligned); };
     const auto before = rank(proline.bestIdentity, proline.bestAligned);
     const auto now = rank(ballot.identity, ballot.aligned);
-    if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best)) continue;
+    if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best))
+      continue;
     proline.best = ballot.structure;
     proline.bestIdentity = ballot.identity;
     proline.bestAligned = ballot.aligned;
@@ -191,9 +193,9 @@ void LabelVotes::write(std::ostream& out) const {
     for (const ProlineVotes& proline : votes[p]) {
       const Protein& protein = all[p];
       const auto i = static_cast<std::size_t>(proline.position) - 1;
-      out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i]) << ','
-          << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ',' << protein.sequence.substr(i + 1, 1) << ','
-          << labelOf(proline) << ',';
+      out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i])
+          << ',' << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ','
+          << protein.sequence.substr(i + 1, 1) << ',' << labelOf(proline) << ',';
       if (proline.tier != Tier::none)
         out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
             << csvCell(proline.best) << ',';

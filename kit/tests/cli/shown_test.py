@@ -64,7 +64,7 @@ class Shown(unittest.TestCase):
 
     def test_run(self):
         files = self.hostile_files()
-        for fmt in (b"table", b"csv", b"json"):
+        for fmt in (b"table", b"csv", b"json", b"html"):
             for file in [[f] for f in files] + [files]:
                 ended = self.kit("run", "--tables", program.TABLES, "--format", fmt, *file)
                 self.assertIn(ended.returncode, (0, 1))

@@ -111,8 +111,9 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
 TEST(ReportTable, SaysWhatWasTakenAway) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].offsets[0].correctedBy = 1.5F;
-  EXPECT_NE(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); })
-                .find("\nReferencing offsets (ppm); ! taken away before predicting\n"),
+  EXPECT_NE(written([&](std::ostream& out) {
+              zorvela::writeTable(report, {false}, out);
+            }).find("\nReferencing offsets (ppm); ! taken away before predicting\n"),
             std::string::npos);
 }
 

@@ -13,21 +13,33 @@ inline constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 
 /// The columns of a CSV file.
 struct CsvColumns {
-  std::size_t number = kNoColumn;     ///< residue number
-  std::size_t name = kNoColumn;       ///< residue name
-  std::vector<std::size_t> residues;  ///< number, name or both in one ("G12"), decided by what they hold
+  std::size_t number = kNoColumn;      ///< residue number
+  std::size_t name = kNoColumn;        ///< residue name
+  std::vector<std::size_t> residues;   ///< number, name or both in one ("G12"), decided by what they hold
+  std::size_t counter = kNoColumn;     ///< a number that may be the residue's ("#", "Index", no name at all)
+  std::size_t assignment = kNoColumn;  ///< residue and atom in one ("S81CA")
   std::size_t atom = kNoColumn;
   std::size_t shift = kNoColumn;
   std::size_t chain = kNoColumn;
   std::vector<std::pair<std::size_t, std::string>> atoms;  ///< one column per atom, where there is no `atom`
+  std::vector<std::string> doubled;  ///< atoms that more than one column claims; none of these is in `atoms`
 
   /// Whether a residue, an atom and a shift can be read from them.
   bool areEnough() const;
+  /// One row per shift, and not one per residue.
+  bool areLong() const { return shift != kNoColumn && (atom != kNoColumn || assignment != kNoColumn); }
+  /// Whether anything is read from the column.
+  bool areUsing(std::size_t column) const;
   /// What is missing, for a message: "residue number, atom".
   std::string missing() const;
 };
 
-/// Reads a line of column names. Case, blanks, dots and underscores in them do not count.
+/// Reads a line of column names. Case, blanks, dots, underscores and units in them do not count. Names with
+/// other signs than a table has in its head (a bracket that is not closed) make the line none.
 CsvColumns readColumns(const std::vector<std::string>& names);
+
+/// The table's name of an atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift",
+/// "Calpha", "CG(Pro)"; empty for anything else.
+std::string atomOfColumn(const std::string& name);
 
 }  // namespace zorvela

@@ -34,6 +34,8 @@ std::size_t countWords(std::string_view line, std::size_t most) {
 /// What is known of a table above the line that is looked at.
 struct LinesAbove {
   std::size_t count = 0;
+  std::size_t sequence = 0;  // residues
+
   std::size_t columns = 0;
   std::size_t rows = 0;
   bool hasFormat = false;
@@ -63,6 +65,19 @@ void checkRow(std::string_view line, LinesAbove& above, const std::string& file,
               printable(trimmed(line), 40) + "\"");
 }
 
+/// Residues of a DATA SEQUENCE line, counted before anything is made of them.
+void checkSequence(std::string_view line, LinesAbove& above, const std::string& file) {
+  const std::string_view data = trimmed(line.substr(line.find("DATA") + 4));
+  if (firstWord(data) != "SEQUENCE") return;
+  const std::string_view letters = data.substr(std::string_view("SEQUENCE").size());
+  above.sequence += static_cast<std::size_t>(
+      std::count_if(letters.begin(), letters.end(), [](char c) { return !GDB::isSpace(c); }));
+  if (above.sequence > kLongestSequence)
+    throw FileError(file, above.count + 1,
+                    "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
+                    "no protein is that long: check the file");
+}
+
 /// Looks for what the program's reader passes over or stops at.
 void checkLine(std::string_view line, LinesAbove& above, const std::string& file, LimitedNotes& skipped) {
   const std::string_view word = firstWord(line);
@@ -71,7 +86,9 @@ void checkLine(std::string_view line, LinesAbove& above, const std::string& file
   } else if (word == "FORMAT") {
     checkFormat(line, above, file);
     above.hasFormat = true;
-  } else if (!word.empty() && word != "REMARK" && word != "DATA") {
+  } else if (word == "DATA") {
+    checkSequence(line, above, file);
+  } else if (!word.empty() && word != "REMARK") {
     checkRow(line, above, file, skipped);
   }
   ++above.count;

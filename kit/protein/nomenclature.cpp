@@ -43,6 +43,19 @@ const std::unordered_map<std::string, ResidueType>& programNames() {
   return names;
 }
 
+// Names written out, as spreadsheets have them.
+const std::unordered_map<std::string, char>& fullNames() {
+  static const std::unordered_map<std::string, char> names = {
+      {"ALANINE", 'A'},       {"ARGININE", 'R'},      {"ASPARAGINE", 'N'}, {"ASPARTATE", 'D'},
+      {"ASPARTIC ACID", 'D'}, {"CYSTEINE", 'C'},      {"GLUTAMINE", 'Q'},  {"GLUTAMATE", 'E'},
+      {"GLUTAMIC ACID", 'E'}, {"GLYCINE", 'G'},       {"HISTIDINE", 'H'},  {"ISOLEUCINE", 'I'},
+      {"LEUCINE", 'L'},       {"LYSINE", 'K'},        {"METHIONINE", 'M'}, {"PHENYLALANINE", 'F'},
+      {"PROLINE", 'P'},       {"SERINE", 'S'},        {"THREONINE", 'T'},  {"TRYPTOPHAN", 'W'},
+      {"TYROSINE", 'Y'},      {"VALINE", 'V'},
+  };
+  return names;
+}
+
 // Modified residues that the library leaves out, or whose parent it gives another letter, by their parent.
 const std::unordered_map<std::string, char>& furtherParents() {
   static const std::unordered_map<std::string, char> parents = {
@@ -119,6 +132,11 @@ AtomReading readAlphaProton(char letter, std::string_view name) {
 ResidueType residueType(std::string_view name) {
   const std::string key = upper(name);
   if (const auto known = programNames().find(key); known != programNames().end()) return known->second;
+  if (const auto full = fullNames().find(key); full != fullNames().end()) {
+    ResidueType type;
+    type.letter = full->second;
+    return type;
+  }
   if (const auto parent = furtherParents().find(key); parent != furtherParents().end())
     return modified(key, parent->second);
   if (isWithoutParent(key)) return {};
@@ -195,7 +213,7 @@ std::optional<std::string> nextNumber(const std::string& text) {
 }
 
 AtomReading readAtom(char letter, std::string_view atom) {
-  const std::string name = upper(atom);
+  const std::string name = upper(withLatinLetters(atom));
   if (name == "N") return reading(Kind::table, "N");
   if (name == "H" || name == "HN") return letter == 'P' ? reading(Kind::foreign) : reading(Kind::table, "HN");
   if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");

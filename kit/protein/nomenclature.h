@@ -32,7 +32,7 @@ struct ResidueType {
   Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
 };
 
-/// The type behind a name of several letters (MET, Met, MSE, HIS+, CYSS); case does not matter.
+/// The type behind a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
 ResidueType residueType(std::string_view name);
 
@@ -81,7 +81,7 @@ struct AtomReading {
   bool isOlderName = false;            ///< HA1 or HA2 of glycine, to be settled among its atoms
 };
 
-/// Reads an atom name (H, HN, CO, HA%, HAx, 1HA; case does not matter) of a residue with this letter.
+/// Reads an atom name (H, HN, CO, HA%, HAx, 1HA, Cα; case does not matter) of a residue with this letter.
 /// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 depends on what else the residue has.
 AtomReading readAtom(char letter, std::string_view atom);
 

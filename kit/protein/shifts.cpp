@@ -208,9 +208,8 @@ class ShiftCollector {
                     "\" is no number; left out");
       return std::nullopt;
     }
-    // No N or C resonates at 0 ppm: a spreadsheet's empty cell.
-    const bool isEmptyCell = toNumber(*shift) == 0 && upper(row.atom).front() != 'H';
-    if (isMissingMark(*shift) || isEmptyCell) {
+    // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
+    if (isMissingMark(*shift) || toNumber(*shift) == 0) {
       ++missingMarks;
       return std::nullopt;
     }

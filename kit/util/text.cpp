@@ -22,6 +22,27 @@ bool isControl(char c) {
   return code < ' ' || code == 0x7F;
 }
 
+struct LatinForm {
+  std::string_view from;
+  std::string_view to;
+};
+
+// What spreadsheets and word processors write for letters and signs of a chemical shift table.
+constexpr LatinForm kLatinForms[] = {
+    {"α", "a"}, {"β", "b"}, {"γ", "g"}, {"δ", "d"}, {"ε", "e"}, {"ζ", "z"}, {"η", "h"}, {"Α", "A"},
+    {"Β", "B"}, {"Γ", "G"}, {"Ε", "E"}, {"Ζ", "Z"}, {"Η", "H"}, {"ɑ", "a"}, {"ß", "b"}, {"ᵅ", "a"},
+    {"ᵝ", "b"}, {"ᵞ", "g"}, {"ᵦ", "b"}, {"ᵧ", "g"}, {"⁰", "0"}, {"¹", "1"}, {"²", "2"}, {"³", "3"},
+    {"⁴", "4"}, {"⁵", "5"}, {"₀", "0"}, {"₁", "1"}, {"₂", "2"}, {"₃", "3"}, {"₄", "4"}, {"₅", "5"},
+    {"′", "'"}, {"’", "'"}, {"‘", "'"}, {"´", "'"}, {"ʹ", "'"}, {"−", "-"}, {"–", "-"}, {"—", "-"},
+    {"‐", "-"}, {"‑", "-"}, {"\u00A0", " "}, {"\u2009", " "}, {"\u202F", " "}, {"\uFEFF", ""},
+};
+
+const LatinForm* latinFormAt(std::string_view text) {
+  for (const LatinForm& form : kLatinForms)
+    if (text.substr(0, form.from.size()) == form.from) return &form;
+  return nullptr;
+}
+
 // Digits with at most one point among them, after an optional minus sign.
 bool isPlainDecimal(std::string_view text) {
   if (!text.empty() && text.front() == '-') text.remove_prefix(1);
@@ -156,6 +177,22 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 
 bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
+}
+
+std::string withLatinLetters(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const bool isAscii = (static_cast<unsigned char>(text[i]) & 0x80U) == 0;
+    const LatinForm* form = isAscii ? nullptr : latinFormAt(text.substr(i, 4));
+    if (form == nullptr) {
+      result.push_back(text[i++]);
+    } else {
+      result += form->to;
+      i += form->from.size();
+    }
+  }
+  return result;
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -30,6 +30,10 @@ bool equalIgnoringCase(std::string_view a, std::string_view b);
 /// Whether a part stands somewhere in a text.
 bool contains(std::string_view text, std::string_view part);
 
+/// Greek letters as the Latin ones that names of atoms have for them (Cα is CA), raised and lowered digits as
+/// digits, primes as ' and the many dashes as -. Capital delta, which says "difference", stays.
+std::string withLatinLetters(std::string_view text);
+
 /// Without white space (and control characters) at the ends.
 std::string_view trimmed(std::string_view text);
 

@@ -363,7 +363,7 @@ class CsvTest(ImportTest):
         self.check("shifts.tsv", table(
             ["Imported from shifts.tsv (CSV)", "Residue 1 here is residue 12 there"], "cPCG",
             ["1 CA 55.100", "1 CB 40.000", "2 CA 63.400", "3 CB 28.000", "4 HA2 3.900", "4 HA3 3.900"]),
-            ["line 1 above the column names not used", NO_SEQUENCE,
+            ["line 1 above the column names not used", "columns of numbers that are not used: Error", NO_SEQUENCE,
              "one shift for both alpha protons of glycine, written as HA2 and HA3: 15",
              "line 7: CB of residue 14 is given as 28.0 and 41.0 ppm: 28.0 is used",
              "cysteines in a disulfide bond by the file, written c: 12"])
@@ -403,12 +403,155 @@ class CsvTest(ImportTest):
             ["Imported from columns.txt (CSV)", "Residue 1 here is residue 1 there"], "AP",
             ["1 CA 52.500", "2 CA 63.100"]), [NO_SEQUENCE])
 
+    def test_greek_letters(self):
+        self.check("greek.csv", table(
+            ["Imported from greek.csv (CSV)", "Residue 1 here is residue 81 there"], "SPG",
+            ["1 N 116.200", "1 HN 8.210", "1 C 174.100", "1 CA 58.400", "1 CB 63.900", "2 C 176.000",
+             "2 CA 63.000", "2 CB 34.200", "3 N 109.100", "3 HN 8.400", "3 C 173.900", "3 CA 45.300"]),
+            [NO_SEQUENCE])
+        for data in ("resid,resname,atom,shift\n1,ALA,Cα,52\n2,PRO,Cγ,27\n2,PRO,Hα,4.4\n".encode(),
+                     "loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+                     "_Atom_chem_shift.Val 1 ALA Cα 52 2 PRO Cγ 27 2 PRO Hα 4.4".encode()):
+            out = self.run_kit("-", data=data)[1]
+            self.assertIn("\n   1 A   CA    52.000\n   2 P   HA     4.400\n   2 P   CG    27.000\n", out)
+
+    def test_letter_that_is_lost(self):
+        """A column name with a sign that cannot be read names no atom, least of all C'."""
+        for name in ("C?", "C\ufffd", "C\u0394", "\u0394CA"):
+            _, out, err = self.run_kit("-", data=("Res,N,HN,%s\nS81,116.2,8.21,58.4\n" % name).encode())
+            self.assertIn("DATA SEQUENCE S\n", out)
+            self.assertEqual(out.count("   1 S "), 2)
+            self.assertIn("columns of numbers that are not used: " + name, err)
+
+    def test_minus_signs(self):
+        """G-2 is residue -2 where the numbers ascend then; Gly-12 beside Ala-13 is residue 12."""
+        self.check("negative.csv", table(
+            ["Imported from negative.csv (CSV)", "Residue 1 here is residue -2 there"], "GSHMPL",
+            ["1 CA 45.100", "2 CA 58.300", "2 CB 63.800", "3 CA 55.900", "3 CB 30.200", "4 CA 55.400",
+             "4 CB 33.000", "5 CA 63.100", "5 CB 32.000", "6 CA 55.000", "6 CB 42.100"]), [NO_SEQUENCE])
+        out = self.run_kit("-", data=b"Res,CA,CB\nGly-12,45,\nPro-13,63,32\n")[1]
+        self.assertIn("REMARK Residue 1 here is residue 12 there\n", out)
+        self.check_error('standard input: it is open whether "G-1" has a minus sign or a dash; give names and numbers '
+                         "of residues in columns of their own", "-", data=b"Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n")
+
+    def test_blank_cells_between_columns(self):
+        """Cells belong to the name above them; a row that stands below no names is left out."""
+        self.check("gaps.txt", table(
+            ["Imported from gaps.txt (CSV)", "Residue 1 here is residue 81 there"], "SPG?L",
+            ["1 N 116.200", "1 HN 8.210", "1 HA 4.410", "1 CA 58.400", "1 CB 63.900",
+             "2 HA 4.600", "2 CA 63.000", "2 CB 34.200", "2 CG 24.600",
+             "3 N 109.100", "3 HN 8.400", "3 HA2 3.950", "3 HA3 3.950", "3 CA 45.300",
+             "5 N 121.000", "5 HN 8.100", "5 HA 4.200", "5 CA 55.100", "5 CB 42.000"]),
+            ["line 5 left out: its cells do not stand below the column names",
+             "rows with gaps read by where the column names stand",
+             "the sequence has gaps, written ?: 84", NO_SEQUENCE,
+             "one shift for both alpha protons of glycine, written as HA2 and HA3: 83"])
+
+    def test_markdown(self):
+        self.check("drawn.md", table(
+            ["Imported from drawn.md (CSV)", "Residue 1 here is residue 81 there"], "SP",
+            ["1 N 116.200", "1 HN 8.210", "1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CB 34.200",
+             "2 CG 24.600"]),
+            ["lines 1 to 2 above the column names not used", "line 7 left out: 3 cells for 6 columns", NO_SEQUENCE])
+
+    def test_rows_that_do_not_fit_the_columns(self):
+        """Decimal commas without quotes, and cells left away."""
+        remedy = ("; give every row a cell for each column, an empty one where there is no shift, and numbers with a "
+                  "decimal point")
+        self.check_error("standard input:2: most rows (3 of 3) do not fit the columns, the first by more than 4 cells "
+                         "for 4 columns" + remedy, "-",
+                         data=b"Res,N,HN,CA\nS81,116,2,8,2,58,4\nP82,,,63,0\nG83,109,1,8,4,45,3\n")
+        status, out, err = self.run_kit("-", data=b"Res,N,HN,CA,CB\nS81,116.2,8.2,58.4,63.9\nP82,63.0,34.2\n"
+                                                  b"G83,109.1,8.4,45.3,\n")
+        self.assertEqual(status, 0)
+        self.assertIn("DATA SEQUENCE S?G\n", out)
+        self.assertIn("note: standard input: line 3 left out: 3 cells for 5 columns\n", err)
+        self.check_error("standard input: the shifts seem to be cut at their decimal commas; write decimal points, or "
+                         "semicolons between the columns", "-",
+                         data=b"resid,aa,atom,shift,error\n1,A,CA,52,4\n2,P,CA,63,1\n3,G,CA,45,2\n")
+
+    def test_zeros(self):
+        """A spreadsheet's 0 is a missing shift, that of a proton too."""
+        self.check("zeros.csv", table(
+            ["Imported from zeros.csv (CSV)", "Residue 1 here is residue 81 there"], "SPG",
+            ["1 N 116.200", "1 HN 8.210", "1 HA 4.410", "1 CA 58.400", "1 CB 63.900", "2 CA 63.000",
+             "2 CB 34.200", "3 N 109.100", "3 HN 8.400", "3 CA 45.300"]),
+            [NO_SEQUENCE, "atoms that the residue type has not, left out: 82 HN, 83 CB",
+             "3 marks of missing shifts (0, or 999 and above) left out"])
+
+    def test_units_and_decorations(self):
+        """Units, isotopes, CG(Pro), "#", residues written out; a column of numbers that is not used is named."""
+        rows = ["1 N 116.200", "1 HN 8.210", "1 HA 4.410", "1 CA 58.400", "1 CB 63.900", "2 HA 4.600",
+                "2 CA 63.000", "2 CB 34.200", "2 CG 24.600"]
+        numbering = "Residue 1 here is residue 81 there"
+        self.check("units.csv", table(["Imported from units.csv (CSV)", numbering], "SP", rows),
+                   ["columns of numbers that are not used: Error", NO_SEQUENCE])
+        rows = [row for row in rows if " HA " not in row]
+        rows += ["3 N 121.000", "3 HN 8.100", "3 CA 55.100", "3 CB 42.000"]
+        self.check("spelled.csv", table(["Imported from spelled.csv (CSV)", numbering], "SPL", rows),
+                   ["columns of numbers that are not used: CD1", NO_SEQUENCE])
+
+    def test_columns_that_hold_something_else(self):
+        """Secondary shifts are none of the atom's: the column is left out, a single such value too."""
+        self.check("secondary.csv", table(
+            ["Imported from secondary.csv (CSV)", "Residue 1 here is residue 81 there"], "SPL",
+            ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CB 34.200", "3 CA 55.000"]),
+            ['column dCO left out: 3 of its 3 values can be no C shifts, such as "0.2"',
+             "line 4: -1.0 can be no shift of CB of residue 83; left out", NO_SEQUENCE])
+        self.check_error('standard input:2: most values (2 of 2) can be no shifts of their atoms: "0.2" for CA; check '
+                         "that the columns hold what their names say", "-",
+                         data=b"resid,aa,atom,shift\n1,A,CA,0.2\n2,P,CA,-1.1\n")
+        status, out, err = self.run_kit("-", data=b"Res,CA,CA shift,CB,CO,C'\nS1,58,1,63,174,175\nP2,63,2,32,176,177\n")
+        self.assertEqual(status, 0)
+        self.assertIn("\n   1 S   CA    58.000\n   1 S   CB    63.000\n   2 P   CA    63.000\n", out)
+        self.assertIn("more than one column for C: none of them is used", err)
+        self.assertIn("columns of numbers that are not used: CA shift, CO, C'", err)
+
+    def test_residue_labels(self):
+        numbering = "Residue 1 here is residue 81 there"
+        self.check("letter_after.csv", table(
+            ["Imported from letter_after.csv (CSV)", numbering], "SP",
+            ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CB 34.200"]), [NO_SEQUENCE])
+        # Beside names of their own, letters after some numbers are insertion codes.
+        out = self.run_kit("-", data=b"resid,aa,CA,CB\n81,S,58,63\n82,P,63,32\n82A,L,55,42\n")[1]
+        self.assertIn("DATA SEQUENCE SPL\n", out)
+        self.assertIn("REMARK Residue 3 here is residue 82A there\n", out)
+        for label in (b"P82", b"PRO82", b"Pro-82", b"Pro 82", b"proline 82", b"Pro(82)", b"82PRO", b"82 P", b"82-Pro"):
+            out = self.run_kit("-", data=b"Residue,CA,CB\n%s,63,32\n" % label)[1]
+            self.assertIn("residue 82 there\n\nDATA SEQUENCE P\n", out, label)
+
+    def test_assignments(self):
+        expected = ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CG 24.600"]
+        numbering = "Residue 1 here is residue 81 there"
+        self.check("assignments.csv", table(["Imported from assignments.csv (CSV)", numbering], "SP", expected),
+                   [NO_SEQUENCE])
+        self.check("no_names.txt", table(["Imported from no_names.txt (CSV)", numbering], "SP", expected),
+                   ["no column names: by what the columns hold, they are residue number, residue name, atom, shift",
+                    NO_SEQUENCE])
+        for data in (b"S81 CA 58.4\nS81 CB 63.9\nP82 CA 63.0\nP82 CG 24.6\n",
+                     b"S81CA\t58.4\nS81CB\t63.9\nP82CA\t63.0\nP82CG\t24.6\n",
+                     b"CA,58.4,SER,81\nCB,63.9,SER,81\nCA,63.0,PRO,82\nCG,24.6,PRO,82\n"):
+            self.assertEqual(self.run_kit("-", data=data)[1], table(
+                ["Imported from standard input (CSV)", numbering], "SP", expected))
+
+    def test_tables_without_names_that_are_not_plain(self):
+        """Nobody says which atoms the numbers are of, or which number is the residue's."""
+        for data in (b"S81 116.2 8.21 58.4\nP82 120.0 8.0 63.0\n", b"1 81 SER CA 58.4\n2 82 PRO CA 63.0\n",
+                     b"81 CA 58.4\n82 CA 63.0\n", b"81 SER CA 58.4 0.1\n82 PRO CA 63.0 0.1\n"):
+            status, out, err = self.run_kit("-", data=data)
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn("is no shift file that is known; it begins with", err)
+        self.check_error("standard input: the only column of numbers beside the shifts counts the rows; add a column of "
+                         "residue numbers (resid)", "-",
+                         data=b",resname,atom,shift\n1,SER,CA,58\n2,SER,CB,63\n3,PRO,CA,63\n")
+
     def test_missing_columns_and_names(self):
         self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
                          "table, or text with a header line such as resid,resname,atom,shift", "-",
                          data=b"resid,resname,shift\n1,A,52\n")
-        self.check_error('standard input: holds no backbone shifts of a protein; this CSV file holds: line 2 left out: '
-                         '"x" is no residue number', "-", data=b"resid,aa,atom,shift\nx,A,CA,52\n")
+        self.check_error('standard input:2: most rows (1 of 1) name no residue: "x" is no residue number; is this a '
+                         "table of shifts? It needs a column of residue numbers (resid)", "-",
+                         data=b"resid,aa,atom,shift\nx,A,CA,52\n")
         self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
                          "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
@@ -582,6 +725,15 @@ class BadFileTest(ImportTest):
                            (b"HEADER    HYDROLASE\n", "a PDB coordinate file")):
             fault = "is no shift file but " + what if what else "is no text file"
             self.check_error("standard input: %s; %s" % (fault, REMEDY), "-", data=data)
+        remedy = "; give the file with the chemical shifts"
+        for data, what in ((b"! NOEs\n assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7\n",
+                            "2: is no shift file but a restraint list"),
+                           (b" 19 GLU HN 20 ALA HN 3.5\n 19 GLU HN 21 ALA HN 3.5 1.0\n",
+                            "1: is no shift file but a restraint list"),
+                           (b" 20 ALA PHI -80.0 -40.0\n", "1: is no shift file but a restraint list"),
+                           (b"REMARK 1\nATOM      1  N   MET A   1      27.340  24.430   2.614  1.00  9.67\n",
+                            "2: is no shift file but a list of atom coordinates")):
+            self.check_error("standard input:" + what + remedy, "-", data=data)
         self.check_error('standard input:1: is no shift file that is known; it begins with "Dear colleague,"; give '
                          "NMR-STAR, NEF, the program's shift table, or text with a header line such as "
                          "resid,resname,atom,shift", "-", data=b"Dear colleague,\nplease find attached\n")

@@ -1,9 +1,7 @@
-// Cells and columns of CSV files.
+// Cells of a line of text.
 #include "util/delimited_text.h"
 
 #include <gtest/gtest.h>
-
-#include "formats/csv_columns.h"
 
 namespace {
 
@@ -12,6 +10,7 @@ using zorvela::Separator;
 using zorvela::splitCells;
 
 TEST(DelimitedText, TellsTheSeparator) {
+  EXPECT_EQ(zorvela::separatorOf("a|b,c\td"), Separator::bar);
   EXPECT_EQ(zorvela::separatorOf("a,b;c\td"), Separator::tab);
   EXPECT_EQ(zorvela::separatorOf("a,b;c"), Separator::semicolon);
   EXPECT_EQ(zorvela::separatorOf("a,b c"), Separator::comma);
@@ -34,48 +33,26 @@ TEST(DelimitedText, CellsMayBeQuoted) {
   EXPECT_EQ(splitCells("\"a,b", Separator::comma), std::nullopt);
 }
 
-TEST(CsvColumns, UsualNames) {
-  const char* headers[][4] = {{"resid", "resname", "atom", "shift"},
-                              {"Res. ID", "Residue Name", "Atom Name", "Chemical Shift (ppm)"},
-                              {"seq", "aa", "name", "cs"},
-                              {"number", "res_type", "atom_name", "value"},
-                              {"Comp_index_ID", "Comp_ID", "Atom_ID", "Val"},
-                              {"_Atom_chem_shift.Seq_ID", "_Atom_chem_shift.Comp_ID",
-                               "_Atom_chem_shift.Atom_ID", "_Atom_chem_shift.Val"},
-                              {"resnum", "type", "atom", "ppm"}};
-  for (const auto& header : headers) {
-    const auto columns = zorvela::readColumns({header[0], header[1], header[2], header[3]});
-    EXPECT_TRUE(columns.areEnough()) << header[0];
-    EXPECT_EQ(columns.number, 0U) << header[0];
-    EXPECT_EQ(columns.name, 1U) << header[0];
-    EXPECT_EQ(columns.atom, 2U) << header[0];
-    EXPECT_EQ(columns.shift, 3U) << header[0];
-  }
+TEST(DelimitedText, BarsMayStandAtBothEnds) {
+  EXPECT_EQ(splitCells("| a | |b|", Separator::bar), (Cells{"a", "", "b"}));
+  EXPECT_EQ(splitCells("a | b", Separator::bar), (Cells{"a", "b"}));
 }
 
-TEST(CsvColumns, OneColumnForNameAndNumber) {
-  const auto columns = zorvela::readColumns({"residue", "atom", "shift"});
-  EXPECT_TRUE(columns.areEnough());
-  EXPECT_EQ(columns.residues, std::vector<std::size_t>{0});
-  const auto weak = zorvela::readColumns({"residue", "type", "atom", "shift"});
-  EXPECT_EQ(weak.residues, (std::vector<std::size_t>{0, 1}));
-  const auto two = zorvela::readColumns({"res", "residue", "atom", "shift"});
-  EXPECT_EQ(two.residues, (std::vector<std::size_t>{1, 0}));
+TEST(DelimitedText, CutsNoMoreThanAskedFor) {
+  EXPECT_EQ(splitCells("a,b,c,\"d", Separator::comma, 2), (Cells{"a", "b", "c,\"d"}));
+  EXPECT_EQ(splitCells("a b", Separator::blank, 2), (Cells{"a", "b"}));
 }
 
-TEST(CsvColumns, OneColumnPerAtom) {
-  const auto columns = zorvela::readColumns({"resid", "aa", "N", "HN", "CA", "comment"});
-  EXPECT_TRUE(columns.areEnough());
-  ASSERT_EQ(columns.atoms.size(), 3U);
-  EXPECT_EQ(columns.atoms[0], (std::pair<std::size_t, std::string>{2, "N"}));
-  EXPECT_EQ(columns.atoms[2], (std::pair<std::size_t, std::string>{4, "CA"}));
-}
-
-TEST(CsvColumns, TellWhatIsMissing) {
-  EXPECT_EQ(zorvela::readColumns({"resid", "resname", "shift"}).missing(), "atom name (atom)");
-  EXPECT_EQ(zorvela::readColumns({"atom", "shift"}).missing(),
-            "residue number (resid), residue name (resname)");
-  EXPECT_FALSE(zorvela::readColumns({"a", "b"}).areEnough());
+TEST(DelimitedText, PlacesAreInCharacters) {
+  const auto cells = zorvela::placedCells(" Cα  8.1");
+  ASSERT_TRUE(cells);
+  ASSERT_EQ(cells->size(), 2U);
+  EXPECT_EQ(cells->at(0).text, "Cα");
+  EXPECT_EQ(cells->at(0).start, 1U);
+  EXPECT_EQ(cells->at(0).end, 3U);
+  EXPECT_EQ(cells->at(1).start, 5U);
+  EXPECT_EQ(cells->at(1).end, 8U);
+  EXPECT_EQ(zorvela::placedCells("a \"b"), std::nullopt);
 }
 
 }  // namespace

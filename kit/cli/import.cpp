@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -63,6 +64,7 @@ std::string stemOf(const std::string& path) {
 /// The proteins of all files that could be read.
 struct Imported {
   std::vector<Protein> proteins;
+  std::size_t notes = 0;
   std::size_t failures = 0;
 };
 
@@ -71,10 +73,12 @@ Imported readFiles(const ImportArguments& given) {
   Progress progress("import", given.files.size());
   for (const std::string& file : given.files) {
     try {
+      std::vector<ChainNotes> notes;
       for (Protein& protein : readInput(file, given.options)) {
-        sayNotes(messageName(protein.file, protein.chain), protein.notes, kAllNotes, "");
+        notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
+      imported.notes += sayFileNotes(file, notes, kAllNotes, "");
     } catch (const Error& error) {
       say(error.what());
       ++imported.failures;
@@ -82,12 +86,6 @@ Imported readFiles(const ImportArguments& given) {
     progress.step();
   }
   return imported;
-}
-
-std::size_t countNotes(const std::vector<Protein>& proteins) {
-  std::size_t count = 0;
-  for (const Protein& protein : proteins) count += protein.notes.size();
-  return count;
 }
 
 // --- Writing ------------------------------------------------------------------------------------
@@ -115,33 +113,53 @@ void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins
   writeTable(path, proteins.front());
 }
 
-/// FILE_CHAIN.tab in the folder, with the list where a chain has several.
-std::vector<std::string> tablePaths(const std::string& folder, const std::vector<Protein>& proteins) {
+/// FILE_CHAIN, with the list where a chain has several.
+std::vector<std::string> tableNames(const std::vector<Protein>& proteins) {
   std::map<std::pair<std::string, std::string>, int> listsOf;
   for (const Protein& protein : proteins) ++listsOf[{protein.file, protein.chain}];
-  std::vector<std::string> paths;
+  std::vector<std::string> names;
   for (const Protein& protein : proteins) {
     std::string name = stemOf(protein.file);
     if (!protein.chain.empty()) name += "_" + safeName(protein.chain);
     if (listsOf[{protein.file, protein.chain}] > 1) name += "_" + safeName(protein.list);
-    paths.push_back((fs::path(folder) / (name + ".tab")).string());
+    names.push_back(name);
   }
-  return paths;
+  return names;
 }
 
-/// No table may replace another one, nor a file that it came from.
-void checkPaths(const std::vector<std::string>& paths, const std::vector<Protein>& proteins,
-                const InputFiles& inputs) {
+/// Gives every table a name of its own: x, x_2, x_3. Names that differ in case alone are one name to some
+/// file systems.
+void tellApart(std::vector<std::string>& names, const std::vector<Protein>& proteins) {
+  std::unordered_set<std::string> wanted;
+  for (const std::string& name : names) wanted.insert(lower(name));
   std::unordered_map<std::string, std::size_t> users;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    const auto [other, isNew] = users.emplace(paths[i], i);
-    if (!isNew)
-      throw Error(paths[i], 0,
-                  "would hold two tables, from " + inputName(proteins[other->second].file) + " and " +
-                      inputName(proteins[i].file),
-                  "import them into different folders");
-    inputs.mustNotHold(paths[i]);
+  std::unordered_map<std::string, int> tries;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string key = lower(names[i]);
+    const auto [first, isNew] = users.emplace(key, i);
+    if (isNew) continue;
+    std::string other;
+    int& number = tries.emplace(key, 1).first->second;
+    do other = names[i] + "_" + std::to_string(++number);
+    while (!wanted.insert(lower(other)).second);
+    say("note: " + messageName(proteins[i].file, proteins[i].chain) + ": its table is named " + other +
+        ".tab, as " + names[first->second] + ".tab is that of " +
+        messageName(proteins[first->second].file, proteins[first->second].chain));
+    names[i] = other;
   }
+}
+
+/// Where the tables go; none takes the place of a file that was read.
+std::vector<std::string> tablePaths(const std::string& folder, const std::vector<Protein>& proteins,
+                                    const InputFiles& inputs) {
+  std::vector<std::string> names = tableNames(proteins);
+  tellApart(names, proteins);
+  std::vector<std::string> paths;
+  for (const std::string& name : names) {
+    paths.push_back((fs::path(folder) / (name + ".tab")).string());
+    inputs.mustNotHold(paths.back());
+  }
+  return paths;
 }
 
 void makeFolder(const std::string& folder) {
@@ -169,8 +187,7 @@ void writeTables(const ImportArguments& given, const std::vector<Protein>& prote
     writeOne(given, proteins, inputs);
     return;
   }
-  const std::vector<std::string> paths = tablePaths(given.output, proteins);
-  checkPaths(paths, proteins, inputs);
+  const std::vector<std::string> paths = tablePaths(given.output, proteins, inputs);
   if (!given.output.empty()) makeFolder(given.output);
   for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
   sayPaths(given, paths, proteins);
@@ -180,8 +197,9 @@ void importFiles(const ImportArguments& given) {
   const InputFiles inputs(given.files);
   const Imported imported = readFiles(given);
   if (!imported.proteins.empty()) writeTables(given, imported.proteins, inputs);
-  if (const std::size_t notes = countNotes(imported.proteins); notes > 0)
-    say(counted(notes, "note", "notes") + " on " + counted(imported.proteins.size(), "table", "tables"));
+  if (imported.notes > 0)
+    say(counted(imported.notes, "note", "notes") + " on " +
+        counted(imported.proteins.size(), "table", "tables"));
   if (imported.failures == 0) return;
   sayFailures(imported.failures, given.files.size(), "imported");
   throw ReportedFailure();

@@ -16,10 +16,17 @@ void say(const std::string& text);
 /// How a message names a chain: "a.str", "a.str, chain A" or "standard input".
 std::string messageName(const std::string& file, const std::string& chain);
 
-/// The first notes of a chain in a line each, up to `most`; after them how many more there are and, in
-/// `whereToFind`, where all of them are.
-void sayNotes(const std::string& name, const std::vector<std::string>& notes, std::size_t most,
-              const std::string& whereToFind);
+/// The notes of a chain of a file.
+struct ChainNotes {
+  std::string chain;  ///< its name; empty where it has none
+  std::vector<std::string> notes;
+};
+
+/// The notes of all chains of a file, a line each: one that several chains share is one line that names them.
+/// Of more than `most` lines the others are counted; `whereToFind` says where they are. Returns the number of
+/// different notes.
+std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
+                         const std::string& whereToFind);
 
 /// "3 of 7 files could not be ..." where there were several.
 void sayFailures(std::size_t failures, std::size_t files, const std::string& what);

@@ -129,9 +129,11 @@ std::string offsetWarning(const ReferencingOffset& offset) {
 
 void sayAll(const RunReport& report) {
   for (const FileReport& file : report.files) {
+    std::vector<ChainNotes> notes;
+    for (const ProteinResult& protein : file.proteins) notes.push_back({protein.chain, protein.notes});
+    sayFileNotes(file.file, notes, kNotesShown, "--format json has them all");
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
-      sayNotes(name, protein.notes, kNotesShown, "--format json has them all");
       for (const ReferencingOffset& offset : protein.offsets)
         if (callsForCorrection(offset) && !offset.correctedBy)
           say("warning: " + name + ": " + offsetWarning(offset));

@@ -213,6 +213,7 @@ class CsvReader {
     look();
     refuseDoubtful();
     leaveOutColumns();
+    file.lists[0].shifts.reserve(shifts);
     forEachRow(text, layout, [this](CsvRow& row) { readRow(row); });
     nameResidues();
     addNotes();
@@ -286,6 +287,20 @@ class CsvReader {
 
   // --- Survey ---------------------------------------------------------------------------------
 
+  /// So many shifts as a file of this size can hold, whatever its cells: memory stays in proportion.
+  std::size_t mostShifts() const {
+    constexpr std::size_t kAlways = 100000;
+    constexpr std::size_t kBytesPerShift = 20;
+    return std::min(kMostShiftRows, kAlways + text.size() / kBytesPerShift);
+  }
+
+  void countShifts(std::size_t more, std::size_t line) {
+    shifts += more;
+    if (shifts > mostShifts())
+      throw FileError(fileName, line, "is beyond the first " + std::to_string(mostShifts()) + " shifts",
+                      "split it into one file per protein");
+  }
+
   void look() {
     survey.columns.resize(layout.width());
     forEachRow(text, layout, [this](CsvRow& row) {
@@ -299,6 +314,7 @@ class CsvReader {
     const std::string chain = cellAt(row.cells, columns.chain);
     survey.residues.add(residue.label.number.empty(), row.line, shownLabel(row.cells));
     if (residue.label.number.empty()) return;
+    countShifts(1, row.line);
     survey.dashes.add(chain, residue.label);
     if (residue.label.hasDash && survey.dashed.empty())
       survey.dashed = residue.label.name + "-" + residue.label.number;
@@ -316,7 +332,9 @@ class CsvReader {
 
   void lookAtShift(const CsvRow& row, std::size_t column, const std::string& atom) {
     const std::string& value = row.cells[column];
-    if (isNoValue(value) || isMissingMark(value)) return;
+    if (isNoValue(value)) return;
+    countShifts(1, row.line);
+    if (isMissingMark(value)) return;
     ColumnContents& contents = survey.columns[column];
     ++contents.values;
     if (!canBeShiftOf(atom, value) && contents.impossible++ == 0) contents.example = value;
@@ -463,12 +481,7 @@ class CsvReader {
       if (!isNoValue(cells[column])) addShift(row, atom, cells[column]);
   }
 
-  void addRow(FileShift row) {
-    if (file.lists[0].shifts.size() == kMostShiftRows)
-      throw FileError(fileName, row.line, "is beyond the first " + std::to_string(kMostShiftRows) + " shifts",
-                      "split it into one file per protein");
-    file.lists[0].shifts.push_back(std::move(row));
-  }
+  void addRow(FileShift row) { file.lists[0].shifts.push_back(std::move(row)); }
 
   std::size_t chainOf(const std::string& name, std::size_t line) {
     const auto [entry, isNew] = chainIndex.emplace(name, file.chains.size());
@@ -549,6 +562,7 @@ class CsvReader {
   CsvLayout layout;
   CsvColumns columns;
   Survey survey;
+  std::size_t shifts = 0;  ///< or rows that only name a residue
   ShiftFile file;
   std::unordered_map<std::string, std::size_t> chainIndex;
   std::vector<std::string> wrongColumns;

@@ -28,6 +28,7 @@ constexpr Bounds kBounds[] = {
 }  // namespace
 
 bool isNoValue(const std::string& cell) {
+  if (!cell.empty() && isDigit(cell.front())) return false;
   const std::string text = lower(withLatinLetters(cell));
   return std::find(std::begin(kNoValues), std::end(kNoValues), text) != std::end(kNoValues);
 }

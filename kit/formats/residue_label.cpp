@@ -73,7 +73,7 @@ bool takeRest(std::string_view rest, bool holdsAtom, ResidueLabel& label) {
 std::optional<ResidueLabel> nameFirst(std::string_view text, bool holdsAtom) {
   ResidueLabel label;
   label.name = text;
-  if (isKnownName(text) || (text.size() == 1 && isLetter(text.front()))) return label;
+  if (text.size() == 1 || isKnownName(text)) return label;
   label.name = leading(text, isLetter);
   if (!isResidueName(label.name)) return std::nullopt;
   const std::string_view afterName = text.substr(label.name.size());

@@ -14,6 +14,8 @@ namespace zorvela {
 
 namespace {
 
+// Far more than the longest protein has; the program's table keeps every cell as a text.
+constexpr std::size_t kMostTableRows = 100000;
 constexpr std::array<const char*, 4> kColumns = {"RESID", "RESNAME", "ATOMNAME", "SHIFT"};
 
 std::string_view firstWord(std::string_view line) {
@@ -57,8 +59,8 @@ void checkFormat(std::string_view line, const LinesAbove& above, const std::stri
 
 void checkRow(std::string_view line, LinesAbove& above, const std::string& file, LimitedNotes& skipped) {
   const std::size_t number = above.count + 1;
-  if (++above.rows > kMostShiftRows)
-    throw FileError(file, number, "is beyond the first " + std::to_string(kMostShiftRows) + " rows",
+  if (++above.rows > kMostTableRows)
+    throw FileError(file, number, "is beyond the first " + std::to_string(kMostTableRows) + " rows",
                     "split it into one table per protein");
   if (above.hasFormat && countWords(line, above.columns) == above.columns) return;
   skipped.add("line " + std::to_string(number) + " is no row of the table, left out: \"" +

@@ -137,6 +137,7 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.length = static_cast<int>(protein.sequence.size());
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.notes = protein.notes;
+  result.asides = protein.asides;
   const std::vector<OffsetEstimate> estimates = estimateOffsets(secondaryShifts(*run));
   result.offsets = toResults(estimates);
   const ShiftsByResidue observedCGs = run->cgShifts;

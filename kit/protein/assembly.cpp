@@ -52,6 +52,12 @@ std::string shownName(const FileChain& chain) {
   return chain.name.empty() ? "the chain without a name" : "chain " + chain.name;
 }
 
+/// Rows that give no table, and why: said where the file gives none at all.
+struct LeftOut {
+  std::string what;
+  std::string reasons;
+};
+
 /// Builds the proteins of one file.
 class ProteinMaker {
  public:
@@ -139,8 +145,9 @@ class ProteinMaker {
       if (file.chains[c].polymer == Polymer::polypeptide)
         chains.push_back(c);
       else
-        leftOut.push_back(counted(rows, "shift", "shifts") + " of " + shownName(file.chains[c]) + " (" +
-                          kindOf(file.chains[c]) + ")");
+        leftOut.push_back({counted(rows, "shift", "shifts") + " of " + shownName(file.chains[c]) + " (" +
+                               kindOf(file.chains[c]) + ")",
+                           ""});
     }
     return chains;
   }
@@ -211,16 +218,24 @@ class ProteinMaker {
     const ChainSequence sequence = makeSequence(from, allRowsOf(chain), protein.notes);
     protein.sequence = sequence.letters;
     protein.numbers = sequence.numbers;
-    protein.shifts = makeShifts(sequence, rowsOf[list][chain], protein.notes);
+    protein.shifts = makeShifts(sequence, rowsOf[list][chain], protein.notes, protein.asides);
     if (protein.shifts.empty()) {
-      leftOut.push_back(shownName(from) + " (" + listText(list) +
-                        "): " + counted(rowsOf[list][chain].size(), "shift", "shifts") +
-                        ", none for the table (" + enumerated(protein.notes, kMostReasons) + ")");
+      leaveOut(chain, list, protein);
       return;
     }
     markDisulfides(from, sequence, protein);
     addRemarks(from, list, sequence, protein);
     proteins.push_back(std::move(protein));
+  }
+
+  /// A chain that gives no table. Why is said only if none gives one.
+  void leaveOut(std::size_t chain, std::size_t list, const Protein& protein) {
+    const std::string what = shownName(file.chains[chain]) + " (" + listText(list) +
+                             "): " + counted(rowsOf[list][chain].size(), "shift", "shifts") +
+                             ", none for the table";
+    std::vector<std::string> reasons = protein.notes;
+    reasons.insert(reasons.end(), protein.asides.begin(), protein.asides.end());
+    leftOut.push_back({what, " (" + enumerated(reasons, kMostReasons) + ")"});
   }
 
   std::string listText(std::size_t list) const {
@@ -255,13 +270,13 @@ class ProteinMaker {
     std::size_t count = 0;
     for (const std::size_t l : lists) count += withoutChain[l];
     if (count > 0)
-      leftOut.push_back(counted(count, "shift", "shifts") + " without a chain that the file describes");
+      leftOut.push_back({counted(count, "shift", "shifts") + " without a chain that the file describes", ""});
   }
 
   /// Notes of the file go to its first protein, in front.
   void finishNotes(std::vector<Protein>& proteins) {
     std::vector<std::string> notes = file.notes;
-    for (const std::string& text : leftOut) notes.push_back("left out: " + text);
+    for (const LeftOut& one : leftOut) notes.push_back("left out: " + one.what);
     notes.insert(notes.end(), listNotes.begin(), listNotes.end());
     std::vector<std::string>& first = proteins.front().notes;
     first.insert(first.begin(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
@@ -270,7 +285,8 @@ class ProteinMaker {
   }
 
   [[noreturn]] void throwNoShifts() const {
-    std::vector<std::string> held = leftOut;
+    std::vector<std::string> held;
+    for (const LeftOut& one : leftOut) held.push_back(one.what + one.reasons);
     held.insert(held.end(), file.contents.begin(), file.contents.end());
     std::size_t unplaced = 0;
     for (const std::size_t count : withoutChain) unplaced += count;
@@ -286,7 +302,7 @@ class ProteinMaker {
   const ImportOptions& options;
   std::vector<std::vector<ShiftRows>> rowsOf;  ///< by list, then chain
   std::vector<std::size_t> withoutChain;       ///< rows by list
-  std::vector<std::string> leftOut;
+  std::vector<LeftOut> leftOut;
   std::vector<std::string> listNotes;
 };
 

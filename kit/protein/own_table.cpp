@@ -171,9 +171,6 @@ void noteRows(const TableShifts& found, std::vector<std::string>& notes) {
     notes.push_back("values of 999 and above, for missing shifts, kept: " + enumerated(found.marks));
   if (!found.repeated.empty())
     notes.push_back("given before, the first is used: " + enumerated(found.repeated));
-  if (found.otherAtoms > 0)
-    notes.push_back(counted(found.otherAtoms, "shift", "shifts") +
-                    " of other atoms (side chain and the like) not needed");
 }
 
 void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
@@ -221,6 +218,9 @@ Protein proteinOfTable(const GDB& table, const std::string& file, const std::vec
   if (sequence.first != 1)
     protein.notes.push_back("residue " + std::to_string(sequence.first) + " of the table is residue 1 now");
   noteRows(found, protein.notes);
+  if (found.otherAtoms > 0)
+    protein.asides.push_back(counted(found.otherAtoms, "shift", "shifts") +
+                             " of other atoms (side chain and the like) not needed");
   noteOtherParts(table, protein.notes);
   noteOxidised(protein);
   return protein;

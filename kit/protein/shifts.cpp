@@ -154,6 +154,12 @@ class ShiftCollector {
     noteCounts(notes);
   }
 
+  void moveAsidesTo(std::vector<std::string>& asides) const {
+    if (otherAtoms > 0)
+      asides.push_back(counted(otherAtoms, "shift", "shifts") +
+                       " of other atoms (side chain and the like) not needed");
+  }
+
  private:
   using AtomKey = std::pair<int, std::string>;
 
@@ -300,9 +306,6 @@ class ShiftCollector {
                       " (0, or 999 and above) left out");
     if (repeated > 0)
       notes.push_back(counted(repeated, "shift is", "shifts are") + " given twice with the same value");
-    if (otherAtoms > 0)
-      notes.push_back(counted(otherAtoms, "shift", "shifts") +
-                      " of other atoms (side chain and the like) not needed");
   }
 
   const ChainSequence& sequence;
@@ -326,11 +329,12 @@ class ShiftCollector {
 }  // namespace
 
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
-                              std::vector<std::string>& notes) {
+                              std::vector<std::string>& notes, std::vector<std::string>& asides) {
   ShiftCollector collector(sequence);
   collector.collect(rows);
   std::vector<Shift> shifts = collector.shifts();
   collector.moveNotesTo(notes);
+  collector.moveAsidesTo(asides);
   return shifts;
 }
 

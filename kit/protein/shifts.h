@@ -10,9 +10,9 @@
 namespace zorvela {
 
 /// The backbone, CB and proline CG shifts among the rows, in the order of the table, one per atom. All
-/// others are counted in the notes, with the reason.
+/// others are counted in the notes, with the reason; other atoms, which every file has, in the asides.
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
-                              std::vector<std::string>& notes);
+                              std::vector<std::string>& notes, std::vector<std::string>& asides);
 
 /// Whether a shift stands before another one in the table: by residue, then N, HN, HA, HA2, HA3, C, CA,
 /// CB, CG.

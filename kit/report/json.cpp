@@ -82,6 +82,7 @@ Json toJson(const ProteinResult& protein) {
   object["prolines"] = Json::array();
   for (const ProlineResult& proline : protein.prolines) object["prolines"].push_back(toJson(proline));
   object["notes"] = protein.notes;
+  for (const std::string& aside : protein.asides) object["notes"].push_back(aside);
   return object;
 }
 

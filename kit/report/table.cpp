@@ -52,15 +52,34 @@ bool hasSeveralLists(const RunReport& report) {
   return false;
 }
 
+/// The folder of all files, with its slash; empty where they have none in common or there is but one file.
+std::string commonFolder(const RunReport& report) {
+  if (report.files.size() < 2) return {};
+  std::string folder = report.files.front().file;
+  for (const FileReport& file : report.files) {
+    const auto end = std::mismatch(folder.begin(), folder.end(), file.file.begin(), file.file.end()).first;
+    folder.erase(end, folder.end());
+  }
+  folder.erase(folder.find_last_of('/') + 1);
+  return folder;
+}
+
+/// What the rows of this report say of where they come from.
+struct Origin {
+  bool withList = false;
+  std::string folder;  ///< said once, and not in each row
+};
+
 /// Where a row comes from. The first cell is left for the mark.
 TextTable::Cells originTitles(bool withList) {
   if (withList) return {" ", "File", "Chain", "List"};
   return {" ", "File", "Chain"};
 }
 
-TextTable::Cells originOf(const ProteinResult& protein, bool withList) {
-  if (withList) return {" ", protein.file, orAbsent(protein.chain), orAbsent(protein.list)};
-  return {" ", protein.file, orAbsent(protein.chain)};
+TextTable::Cells originOf(const ProteinResult& protein, const Origin& origin) {
+  const std::string file = protein.file.substr(origin.folder.size());
+  if (origin.withList) return {" ", file, orAbsent(protein.chain), orAbsent(protein.list)};
+  return {" ", file, orAbsent(protein.chain)};
 }
 
 TextTable::Cells joined(TextTable::Cells first, const TextTable::Cells& second) {
@@ -74,13 +93,12 @@ bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
          (asked.empty() || std::find(asked.begin(), asked.end(), proline.number) != asked.end());
 }
 
-void writeProlines(const RunReport& report, const ReportStyle& style, std::ostream& out) {
-  const bool withList = hasSeveralLists(report);
-  TextTable table(joined(originTitles(withList),
+void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style, std::ostream& out) {
+  TextTable table(joined(originTitles(origin.withList),
                          {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"}));
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     TextTable::Cells cells = joined(
-        originOf(protein, withList),
+        originOf(protein, origin),
         {neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
          neighbourText(proline.next, proline.nextNumber),
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
@@ -103,13 +121,12 @@ std::string correctionLegend(bool anyCorrection, bool anyCorrected) {
   return anyCorrection ? "; ! a correction is recommended" : "";
 }
 
-void writeOffsets(const RunReport& report, std::ostream& out) {
-  const bool withList = hasSeveralLists(report);
-  TextTable table(joined(originTitles(withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
+void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& out) {
+  TextTable table(joined(originTitles(origin.withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
   bool anyCorrection = false;
   bool anyCorrected = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    TextTable::Cells cells = joined(originOf(protein, withList),
+    TextTable::Cells cells = joined(originOf(protein, origin),
                                     {std::to_string(protein.length), std::to_string(protein.shiftCount)});
     for (const std::string& atom : kOffsetAtoms) {
       cells.push_back(offsetText(protein, atom));
@@ -145,7 +162,7 @@ void writeSummary(const RunReport& report, std::ostream& out) {
   out << '\n'
       << counted(countProlines(report), "proline", "prolines") << " in "
       << counted(countProteins(report), "chain", "chains") << " of "
-      << counted(report.files.size(), "file", "files") << ": " << countCalls(report, Call::cis)
+      << counted(report.files.size() - countErrors(report), "file", "files") << ": " << countCalls(report, Call::cis)
       << " cis (*), " << countCalls(report, Call::trans) << " trans, " << countCalls(report, Call::undecided)
       << " undecided (?), " << countCalls(report, Call::none) << " without a prediction\n"
       << "cis: P_CIS_NORM at least " << numberText(kCisFrom) << "; trans: at most " << numberText(kTransUpTo)
@@ -155,8 +172,10 @@ void writeSummary(const RunReport& report, std::ostream& out) {
 }  // namespace
 
 void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out) {
-  if (countProlines(report) > 0) writeProlines(report, style, out);
-  if (countProteins(report) > 0) writeOffsets(report, out);
+  const Origin origin{hasSeveralLists(report), commonFolder(report)};
+  if (!origin.folder.empty()) out << "Files in " << shown(origin.folder) << "\n\n";
+  if (countProlines(report) > 0) writeProlines(report, origin, style, out);
+  if (countProteins(report) > 0) writeOffsets(report, origin, out);
   writeErrors(report, out);
   writeSummary(report, out);
 }

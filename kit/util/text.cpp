@@ -180,6 +180,8 @@ bool contains(std::string_view text, std::string_view part) {
 }
 
 std::string withLatinLetters(std::string_view text) {
+  const auto isAsciiByte = [](char c) { return (static_cast<unsigned char>(c) & 0x80U) == 0; };
+  if (std::all_of(text.begin(), text.end(), isAsciiByte)) return std::string(text);
   std::string result;
   result.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {

@@ -110,6 +110,7 @@ struct ProteinResult {
   std::vector<Assignment> assignments;     ///< one for each residue
   std::vector<std::string> numbers;        ///< the file's own residue number of each residue
   std::vector<std::string> notes;          ///< what was renamed, dropped or guessed in reading the file
+  std::vector<std::string> asides;         ///< the same, of what is so in nearly every file
 };
 
 struct PredictorOptions {

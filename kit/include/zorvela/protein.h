@@ -26,6 +26,7 @@ struct Protein {
   std::vector<Shift> shifts;         ///< in order of residue, then N, HN, HA, HA2, HA3, C, CA, CB, CG
   std::vector<std::string> remarks;  ///< REMARK lines of the file worth keeping
   std::vector<std::string> notes;    ///< one line each: what was renamed, dropped, guessed
+  std::vector<std::string> asides;   ///< the same, of what is so in nearly every file: for programs only
 };
 
 /// The chain as the table that the program reads, shifts to full precision.

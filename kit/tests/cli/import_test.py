@@ -71,7 +71,7 @@ class StarTest(ImportTest):
              "3 N 124.050", "3 HN 8.220", "3 C 175.600",
              "4 HA 4.550", "4 CA 63.100", "4 CB 34.200", "4 CG 24.600",
              "6 N 115.900"]),
-            ["3 shifts of other atoms (side chain and the like) not needed"], chain="A")
+            [], chain="A")
 
     def test_chain_by_any_of_its_names(self):
         expected = self.run_kit(FILES / "star3_entry.str")
@@ -144,9 +144,8 @@ class StarTest(ImportTest):
             "be chosen"], chain="A")
         self.check("star3_complex.str", at_7, caution, "--list", "2", chain="A")
         for name in ("acid", "1", "ph_4"):
-            self.check("star3_complex.str", at_4, left_out +
-                       ["1 shift of other atoms (side chain and the like) not needed"], "--list", name, chain="A")
-        self.check("star3_complex.str", at_4, caution + ["1 shift of other atoms (side chain and the like) not needed"],
+            self.check("star3_complex.str", at_4, left_out, "--list", name, chain="A")
+        self.check("star3_complex.str", at_4, caution,
                    "--list", "1", "--chain", "A", chain="A")
 
     def test_all_lists(self):
@@ -334,7 +333,6 @@ class NefTest(ImportTest):
              "left out: 1 shift of chain B (no amino acids)",
              "the sequence has gaps, written ?: 16 to 17, 19 to 100",
              "one shift for both alpha protons of glycine, written as HA2 and HA3: 12, 15",
-             "1 shift of other atoms (side chain and the like) not needed",
              "cysteines in a disulfide bond by the file, written c: 11, 102",
              "cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 18 (CB 40.0)",
              "the file marks as cis peptide bond: P14A; this is kept as a remark and not used"], chain="A")
@@ -377,12 +375,11 @@ class CsvTest(ImportTest):
             start + "L: lines 1 to 2 above the column names not used",
             start + 'L: line 8 left out: "" is no residue number',
             start + "L: decimal commas read as points",
-            start + "L: " + NO_SEQUENCE,
+            start[:-1] + "s L, H: " + NO_SEQUENCE,
             start + "L: 1 row without a value left out",
-            start + "H: " + NO_SEQUENCE,
             "zorvela-kit: wrote excel_L.tab (2 residues, 2 shifts)",
             "zorvela-kit: wrote excel_H.tab (2 residues, 2 shifts)",
-            "zorvela-kit: 6 notes on 2 tables"])
+            "zorvela-kit: 5 notes on 2 tables"])
         self.assertEqual((self.folder / "excel_L.tab").read_text(), table(
             ["Imported from excel.csv (CSV), chain L", "Residue 1 here is residue 3 there"], "AP",
             ["1 CA 52.300", "2 CA 63.100"]))
@@ -588,7 +585,6 @@ class TableTest(ImportTest):
              "1 row left out, the sequence has no such residue: 99",
              "residue names differ from the sequence, which is used: 10 (D, sequence E)",
              "given before, the first is used: 10 CA",
-             "1 shift of other atoms (side chain and the like) not needed",
              "further columns of the table are not kept",
              "further DATA lines of the table are not kept",
              "cysteines with CB above 33 ppm stand as reduced (C) in the table, write c for those in a disulfide "
@@ -686,9 +682,23 @@ class OutputTest(ImportTest):
         for name in ("a", "b"):
             (self.folder / name).mkdir()
             (self.folder / name / "x.csv").write_bytes((FILES / "shifts.csv").read_bytes())
-        self.check_last_line("out/x.tab: would hold two tables, from a/x.csv and b/x.csv; import them into different "
-                             "folders", "a/x.csv", "b/x.csv", "-o", "out/")
-        self.assertEqual(self.written(), ["a/x.csv", "b/x.csv"])
+        (self.folder / "X.csv").write_bytes((FILES / "shifts.csv").read_bytes())
+        status, _, err = self.run_kit("a/x.csv", "b/x.csv", "X.csv", FILES / "wide.csv", "-o", "out/")
+        self.assertEqual(status, 0)
+        self.assertIn("zorvela-kit: note: b/x.csv: its table is named x_2.tab, as x.tab is that of a/x.csv\n"
+                      "zorvela-kit: note: X.csv: its table is named X_3.tab, as x.tab is that of a/x.csv\n", err)
+        self.assertEqual(self.written(), ["X.csv", "a/x.csv", "b/x.csv", "out/X_3.tab", "out/wide.tab", "out/x.tab",
+                                          "out/x_2.tab"])
+
+    def test_a_second_name_that_is_another_files_own(self):
+        """x_2 is taken by x_2.csv, whichever comes first."""
+        for name in ("a/x.csv", "b/x.csv", "x_2.csv"):
+            (self.folder / name).parent.mkdir(exist_ok=True)
+            (self.folder / name).write_bytes((FILES / "shifts.csv").read_bytes())
+        status, _, err = self.run_kit("a/x.csv", "b/x.csv", "x_2.csv", "-o", "out/")
+        self.assertEqual(status, 0)
+        self.assertIn("note: b/x.csv: its table is named x_3.tab, as", err)
+        self.assertIn("from x_2.csv", (self.folder / "out" / "x_2.tab").read_text())
 
     def test_a_bad_file_does_not_stop_the_others(self):
         status, _, err = self.run_kit("nowhere.str", FILES / "star3_pdb.str", FILES / "star3_offset.str", "-o", "o/")

@@ -186,10 +186,18 @@ class ShiftFiles(InFolder):
     def test_notes_of_the_import_are_told_and_kept(self):
         file = self.put("two.csv", self.TWO_CHAINS)
         result = program.run("--format", "json", file)
-        notes = [(p["chain"], note) for p in json.loads(result.stdout)["proteins"] for note in p["notes"]]
-        self.assertGreater(len(notes), 0)
-        self.assertEqual(result.stderr.splitlines(),
-                         ["zorvela-kit: note: %s, chain %s: %s" % (file, chain, note) for chain, note in notes])
+        notes = [p["notes"] for p in json.loads(result.stdout)["proteins"]]
+        text = "the file gives no sequence: it is put together from the residues with shifts"
+        self.assertEqual(notes, [[text], [text]])
+        self.assertEqual(result.stderr, "zorvela-kit: note: %s, chains A, B: %s\n" % (file, text))
+
+    def test_other_atoms_are_said_in_json_alone(self):
+        file = self.put("side_chain.csv", "resid,resname,atom,shift\n1,ALA,CA,52\n2,PRO,CA,63\n2,PRO,CD,50\n")
+        result = program.run("--format", "json", file)
+        self.assertEqual(json.loads(result.stdout)["proteins"][0]["notes"][1:],
+                         ["1 shift of other atoms (side chain and the like) not needed"])
+        self.assertEqual(result.stderr.count("note:"), 1)
+        self.assertNotIn("not needed", result.stderr)
 
     def test_of_many_notes_five_are_told(self):
         rows = self.TWO_CHAINS + "".join("A,101,ALA,%s,1.5\n" % atom for atom in ("N", "HN", "HA", "C", "CA", "CB"))
@@ -201,7 +209,7 @@ class ShiftFiles(InFolder):
         start = "zorvela-kit: note: %s, chain A: " % file
         self.assertEqual(result.stderr.splitlines(),
                          [start + note for note in notes[:5]] +
-                         [start + "%d more notes; --format json has them all" % (len(notes) - 5)])
+                         ["zorvela-kit: note: %s: %d more notes; --format json has them all" % (file, len(notes) - 5)])
 
 
 class Errors(InFolder):
@@ -219,7 +227,7 @@ class Errors(InFolder):
                 messages = [line[len("zorvela-kit: "):] for line in lines[:2]]
                 if fmt == "table":
                     self.assertIn("\nNot predicted\n   %s\n   %s\n" % tuple(messages), result.stdout)
-                    self.assertIn("2 prolines in 2 chains of 4 files", result.stdout)
+                    self.assertIn("2 prolines in 2 chains of 2 files", result.stdout)
                 elif fmt == "csv":
                     rows = program.csv_rows(result.stdout)
                     self.assertEqual([row["call"] for row in rows], ["cis", "trans", "error", "error"])

@@ -64,6 +64,7 @@ zorvela::RunReport sample() {
   protein.length = 40;
   protein.shiftCount = 200;
   protein.notes = {"a \"note\""};
+  protein.asides = {"an aside"};
   protein.prolines = {cisProline(), lastProline()};
   protein.offsets = {offset("CA", 1.5F, true), offset("CB", -0.25F, false), offset("HA", 0.5F, true),
                      offset("C", std::numeric_limits<float>::quiet_NaN(), false)};
@@ -103,7 +104,7 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
             "Not predicted\n"
             "   b,c.str:3: no shifts; add some\n"
             "\n"
-            "2 prolines in 1 chain of 2 files: 1 cis (*), 0 trans, 0 undecided (?), 1 without a prediction\n"
+            "2 prolines in 1 chain of 1 file: 1 cis (*), 0 trans, 0 undecided (?), 1 without a prediction\n"
             "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
@@ -174,12 +175,35 @@ TEST(ReportTable, KeepsTheMarginWithoutMarks) {
   EXPECT_EQ(text.substr(0, 18), "   File   Chain  B");
 }
 
+TEST(ReportTable, TheFolderOfAllFilesIsSaidOnce) {
+  zorvela::RunReport report = sample();
+  const auto moved = [&report](std::size_t i, const std::string& file) {
+    report.files[i].file = file;
+    for (zorvela::ProteinResult& protein : report.files[i].proteins) protein.file = file;
+  };
+  const auto start = [&report] {
+    const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
+    return text.substr(0, text.find("  Chain"));
+  };
+  moved(0, "lab/data/a.str");
+  moved(1, "lab/data2/b.str");
+  EXPECT_EQ(start(), "Files in lab/\n\n   File      ");
+  moved(1, "lab/data/ab.str");
+  EXPECT_EQ(start(), "Files in lab/data/\n\n   File ");
+  moved(1, "b.str");
+  EXPECT_EQ(start(), "   File          ");
+  moved(1, "-");
+  EXPECT_EQ(start(), "   File          ");
+  report.files.pop_back();
+  EXPECT_EQ(start(), "   File          ");
+}
+
 TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   zorvela::RunReport report;
   report.files = {{"b", {}, "b: is empty"}};
   EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); }),
             "\nNot predicted\n   b: is empty\n\n"
-            "0 prolines in 0 chains of 1 file: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
+            "0 prolines in 0 chains of 0 files: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
             "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
@@ -232,7 +256,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
          "cs_cnt_prev": 0, "cs_cnt": 1, "cs_cnt_next": null, "cg_shift": null, "p_cis": null,
          "p_cis_norm": null, "call": "none", "reason": "last residue",
          "evidence": null, "next_shifts": []}],
-      "notes": ["a \"note\""]}],
+      "notes": ["a \"note\"", "an aside"]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
   })");
   const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), {}, out); });

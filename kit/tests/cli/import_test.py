@@ -103,13 +103,12 @@ class StarTest(ImportTest):
         file = "zorvela-kit: note: %s, chain " % (FILES / "star3_dimer.str")
         self.assertEqual((status, out), (0, ""))
         self.assertEqual(err.splitlines(), [
-            file + "A: cysteines in a disulfide bond by the file, written c: 2",
+            file[:-1] + "s A, B: cysteines in a disulfide bond by the file, written c: 2",
             file + "A: CB does not fit what the file says of the cysteine, the file's word is kept: 2 (CB 28.4)",
-            file + "B: cysteines in a disulfide bond by the file, written c: 2",
             file + "B: cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 5 (CB 40.1)",
             "zorvela-kit: wrote star3_dimer_A.tab (5 residues, 2 shifts)",
             "zorvela-kit: wrote star3_dimer_B.tab (5 residues, 3 shifts)",
-            "zorvela-kit: 4 notes on 2 tables"])
+            "zorvela-kit: 3 notes on 2 tables"])
         self.assertEqual(self.written(), ["star3_dimer_A.tab", "star3_dimer_B.tab"])
         remarks = ["Imported from star3_dimer.str (NMR-STAR 3), chain %s, shift list shifts",
                    "Residue 1 here is residue 1 there"]

@@ -312,8 +312,8 @@ class CsvReader {
   void lookAt(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
     const std::string chain = cellAt(row.cells, columns.chain);
-    survey.residues.add(residue.label.number.empty(), row.line, shownLabel(row.cells));
-    if (residue.label.number.empty()) return;
+    survey.residues.add(!isPlaced(residue), row.line, whyNotPlaced(residue, row.cells));
+    if (!isPlaced(residue)) return;
     countShifts(1, row.line);
     survey.dashes.add(chain, residue.label);
     if (residue.label.hasDash && survey.dashed.empty())
@@ -366,11 +366,18 @@ class CsvReader {
     return isDigits(row.cells[columns.shift]) && isDigits(row.cells[next]);
   }
 
-  /// The cell that should name the residue, for a message.
-  std::string shownLabel(const std::vector<std::string>& cells) const {
+  /// Whether the row says which residue it is of and, where that stands in the same cell, which atom.
+  bool isPlaced(const RowResidue& residue) const {
+    return !residue.label.number.empty() && !(lacksAtomColumn() && residue.atom.empty());
+  }
+
+  bool lacksAtomColumn() const { return columns.areLong() && columns.atom == kNoColumn; }
+
+  std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells) const {
+    const char* what = residue.label.number.empty() ? " is no residue number" : " names no atom";
     for (const std::size_t column : numberSources(columns))
-      if (!cellAt(cells, column).empty()) return quoted(cellAt(cells, column)) + " is no residue number";
-    return "\"\" is no residue number";
+      if (!cellAt(cells, column).empty()) return quoted(cellAt(cells, column)) + what;
+    return quoted("") + what;
   }
 
   /// Refuses a table in which it is open what stands where.
@@ -383,8 +390,9 @@ class CsvReader {
                       kCellsRemedy);
     if (survey.residues.areMost())
       throw FileError(fileName, survey.residues.line,
-                      "most rows (" + survey.residues.share() + ") name no residue: " + survey.residues.first,
-                      "is this a table of shifts? It needs a column of residue numbers (resid)");
+                      "most rows (" + survey.residues.share() + ") name no residue" +
+                          (lacksAtomColumn() ? " with its atom: " : ": ") + survey.residues.first,
+                      "is this a table of shifts? It needs columns resid, resname, atom and shift");
     if (survey.dashes.meaning() == Dash::unclear)
       throw FileError(fileName, 0, "it is open whether " + quoted(survey.dashed) + " has a minus sign or a dash",
                       "give names and numbers of residues in columns of their own");
@@ -433,8 +441,8 @@ class CsvReader {
       return;
     }
     const RowResidue residue = residueOf(row.cells, columns);
-    if (residue.label.number.empty()) {
-      addBadLine(row.line, shownLabel(row.cells));
+    if (!isPlaced(residue)) {
+      addBadLine(row.line, whyNotPlaced(residue, row.cells));
       return;
     }
     FileShift shift;

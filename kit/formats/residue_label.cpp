@@ -62,7 +62,7 @@ bool takeRest(std::string_view rest, bool holdsAtom, ResidueLabel& label) {
   if (!rest.empty() && rest.front() == ')') rest.remove_prefix(1);
   if (holdsAtom) {
     label.atom = without(rest, " _.:-");
-    return label.atom.find_first_of(" _:-(),;") == std::string::npos;
+    return label.atom.find_first_of(" _.:-(),;") == std::string::npos;
   }
   const bool isCode = rest.size() == 1 && isLetter(rest.front());
   if (isCode) label.code = rest;

@@ -546,8 +546,11 @@ class CsvTest(ImportTest):
                          "table, or text with a header line such as resid,resname,atom,shift", "-",
                          data=b"resid,resname,shift\n1,A,52\n")
         self.check_error('standard input:2: most rows (1 of 1) name no residue: "x" is no residue number; is this a '
-                         "table of shifts? It needs a column of residue numbers (resid)", "-",
+                         "table of shifts? It needs columns resid, resname, atom and shift", "-",
                          data=b"resid,aa,atom,shift\nx,A,CA,52\n")
+        self.check_error('standard input:2: most rows (1 of 1) name no residue with its atom: "S81" names no atom; is '
+                         "this a table of shifts? It needs columns resid, resname, atom and shift", "-",
+                         data=b"Residue,Shift\nS81,52\n")
         self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
                          "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 

@@ -41,6 +41,7 @@ TEST(ResidueLabel, NothingElse) {
   for (const char* cell : {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999", "-", "G12-14"})
     EXPECT_EQ(parts(cell), "none") << cell;
   EXPECT_EQ(parts("S81N-H", true), "none");
+  EXPECT_EQ(parts("A.81.SER.CA", true), "none");
 }
 
 Dash meaningOf(std::initializer_list<const char*> labels) {

@@ -150,13 +150,13 @@ void tellApart(std::vector<std::string>& names, const std::vector<Protein>& prot
 }
 
 /// Where the tables go; none takes the place of a file that was read.
-std::vector<std::string> tablePaths(const ImportArguments& given, const std::vector<Protein>& proteins,
-                                     const InputFiles& inputs) {
+std::vector<std::string> tablePaths(const std::string& folder, const std::vector<Protein>& proteins,
+                                    const InputFiles& inputs) {
   std::vector<std::string> names = tableNames(proteins);
   tellApart(names, proteins);
   std::vector<std::string> paths;
   for (const std::string& name : names) {
-    paths.push_back((fs::path(given.output) / (name + ".tab")).string());
+    paths.push_back((fs::path(folder) / (name + ".tab")).string());
     inputs.mustNotHold(paths.back());
   }
   return paths;
@@ -187,7 +187,7 @@ void writeTables(const ImportArguments& given, const std::vector<Protein>& prote
     writeOne(given, proteins, inputs);
     return;
   }
-  const std::vector<std::string> paths = tablePaths(given, proteins, inputs);
+  const std::vector<std::string> paths = tablePaths(given.output, proteins, inputs);
   if (!given.output.empty()) makeFolder(given.output);
   for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
   sayPaths(given, paths, proteins);

@@ -11,8 +11,8 @@ import sys
 import tempfile
 import unittest
 
-KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
-SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
+from zorvela_tests.program import KIT, SOURCE
+
 ENVIRONMENT = {**os.environ, "ZORVELA_DIR": str(SOURCE)}
 MIB = 1 << 20
 # A program's peak of memory counts that of the process which starts it, so a small one does.
@@ -23,7 +23,7 @@ usage = resource.getrusage(resource.RUSAGE_CHILDREN)
 print(status, usage.ru_maxrss, usage.ru_utime + usage.ru_stime)
 """
 # Sanitizers take their own share of both.
-IS_SANITIZED = "sanitize" in KIT
+IS_SANITIZED = bool(os.environ.get("ZORVELA_SANITIZE"))
 
 ROWS = ("loop_\n_Atom_chem_shift.Entity_assembly_ID\n_Atom_chem_shift.Comp_index_ID\n_Atom_chem_shift.Comp_ID\n"
         "_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n")
@@ -171,6 +171,3 @@ class Bounds(unittest.TestCase):
         status, message = self.run_bounded(text, "import")
         self.assertEqual(status, 0, message[:300])
 
-
-if __name__ == "__main__":
-    unittest.main()

@@ -10,11 +10,10 @@ import subprocess
 import tempfile
 import unittest
 
-from formats import independent_star
+import independent_star
+from zorvela_tests.program import KIT, SOURCE
 
-KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
 FILES = pathlib.Path(__file__).resolve().parent.parent / "files"
-SOURCE = pathlib.Path(os.environ.get("ZORVELA_SOURCE", pathlib.Path(__file__).resolve().parents[3]))
 SHARED = pathlib.Path(os.environ.get("ZORVELA_SHARED_DATA", SOURCE.parent / "shared" / "data")) / "files"
 NO_PROTEIN = {"star3_rna.str"}
 KINDS = (".str", ".nef", ".mr")
@@ -86,6 +85,3 @@ class IndependentReader(unittest.TestCase):
                 total += self.compare(file, gzip.decompress(file.read_bytes()).decode())
         self.assertGreater(total, 3000)
 
-
-if __name__ == "__main__":
-    unittest.main()

@@ -92,6 +92,12 @@ std::string offsetWarning(const ReferencingOffset& offset) {
          " residues); check the referencing and correct it, or add --rereference";
 }
 
+std::string flagWarning(const ProlineResult& proline) {
+  return "P" + proline.number + " is marked " + (*proline.cisFlag ? "cis" : "trans") +
+         " in the file but predicted " + toText(proline.call) + " (" +
+         fixedText(static_cast<double>(*proline.pCisNorm), 3) + ")";
+}
+
 void sayAll(const RunReport& report) {
   for (const FileReport& file : report.files) {
     std::vector<ChainNotes> notes;
@@ -102,6 +108,8 @@ void sayAll(const RunReport& report) {
       for (const ReferencingOffset& offset : protein.offsets)
         if (callsForCorrection(offset) && !offset.correctedBy)
           say("warning: " + name + ": " + offsetWarning(offset));
+      for (const ProlineResult& proline : protein.prolines)
+        if (differsFromFlag(proline)) say("warning: " + name + ": " + flagWarning(proline));
     }
     if (!file.error.empty()) say(file.error);
   }

@@ -51,6 +51,12 @@ void normalise(std::string& text) {
   if (text.find('\n') == std::string::npos) std::replace(text.begin(), text.end(), '\r', '\n');
 }
 
+/// The line of the first word.
+std::size_t firstLineOf(std::string_view text) {
+  const std::size_t word = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+  return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(word), '\n'));
+}
+
 }  // namespace
 
 std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
@@ -58,14 +64,24 @@ std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
   normalise(bytes);
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", "give a file with chemical shifts");
   std::vector<Source> sources;
+  std::vector<std::string> notes;
   if (!isStar(bytes)) {
-    sources.push_back({file, {}, std::move(bytes), std::nullopt});
-    return sources;
+    std::string lists = starWithin(bytes);
+    if (lists.empty()) {
+      sources.push_back({file, {}, std::move(bytes), {}, std::nullopt});
+      return sources;
+    }
+    notes.push_back("the file holds more than shifts; the shift list in it is read (line " +
+                    std::to_string(firstLineOf(lists)) + ")");
+    bytes = std::move(lists);
   }
-  for (gemmi::cif::Document& entry : entriesOf(parseStar(bytes, file)))
-    sources.push_back({file, {}, {}, std::move(entry)});
-  if (sources.size() > 1)
-    for (Source& source : sources) source.entry = source.star->blocks.front().name;
+  const auto star = parseStar(std::move(bytes), file);
+  notes.insert(notes.end(), star->notes.begin(), star->notes.end());
+  for (StarEntry& entry : entriesOf(star)) {
+    std::string name = entry.name;
+    sources.push_back({file, std::move(name), {}, {}, std::move(entry)});
+  }
+  sources.front().notes = std::move(notes);
   return sources;
 }
 
@@ -74,6 +90,7 @@ ShiftFile readSource(const Source& source) {
                                     [&](const Format& candidate) { return candidate.recognises(source); });
   ShiftFile file = format->read(source);
   if (file.format.empty()) file.format = format->name;
+  file.notes.insert(file.notes.begin(), source.notes.begin(), source.notes.end());
   return file;
 }
 

@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <gemmi/cifdoc.hpp>
-
 #include "formats/shift_model.h"
+#include "formats/star_document.h"
 
 namespace zorvela {
 
@@ -16,7 +15,8 @@ struct Source {
   std::string file;                          ///< how messages name the file
   std::string entry;                         ///< name of the entry; empty where the file holds but one
   std::string text;                          ///< without byte order mark; empty for STAR
-  std::optional<gemmi::cif::Document> star;  ///< the parsed entry of a STAR file (NMR-STAR, NEF)
+  std::vector<std::string> notes;            ///< on the file as a whole
+  std::optional<StarEntry> star;             ///< the parsed entry of a STAR file (NMR-STAR, NEF)
 };
 
 /// An input format.

@@ -1,4 +1,5 @@
 // Reads NEF: the sequence by chain, covalent links, chemical shift lists.
+#include <map>
 #include <utility>
 
 #include "formats/format.h"
@@ -8,8 +9,6 @@
 #include "util/text.h"
 
 namespace zorvela {
-
-using gemmi::cif::Block;
 
 namespace {
 
@@ -44,9 +43,29 @@ bool isBreak(const std::string& before, const std::string& after) {
   return isEnd || isStart || (equalIgnoringCase(before, "break") && equalIgnoringCase(after, "break"));
 }
 
-bool isYes(const std::string& flag) {
-  return equalIgnoringCase(flag, "true") || equalIgnoringCase(flag, "yes");
+/// A ligand, an ion or a marker of coordinate axes, listed among the residues.
+bool isNoResidue(const std::string& linking, const std::string& name) {
+  for (const char* word : {"single", "nonlinear", "dummy"})
+    if (equalIgnoringCase(linking, word)) return residueType(name).letter == kUnknownResidue && !isNucleotide(name);
+  return false;
 }
+
+/// Whether residues are missing between two numbers; not where one has an insertion code.
+bool isJump(const std::string& before, const std::string& after) {
+  const auto first = readResidueNumber(before);
+  const auto second = readResidueNumber(after);
+  if (!first || !second) return false;
+  const long steps = static_cast<long>(second->number) - first->number;
+  return steps != 0 && steps != 1;
+}
+
+/// What the words for the residues of a chain say against their numbers.
+struct ChainWords {
+  std::string keyBefore;
+  std::string linkingBefore;
+  std::vector<std::string> bonds;   ///< "2 to 8", bonded although the numbers jump
+  std::vector<std::string> breaks;  ///< "14/15", no bond although no number is missing
+};
 
 std::size_t addChain(const std::string& code, ChainFinder& finder) {
   FileChain chain;
@@ -54,39 +73,74 @@ std::size_t addChain(const std::string& code, ChainFinder& finder) {
   return finder.add(code, std::move(chain));
 }
 
-FileChain& chainNamed(const std::string& code, ShiftFile& file, ChainFinder& finder) {
-  const std::size_t known = finder.find(code);
-  return file.chains[known != kNoChain ? known : addChain(code, finder)];
-}
+class SequenceReader {
+ public:
+  SequenceReader(ShiftFile& shiftFile, ChainFinder& chainFinder) : file(shiftFile), finder(chainFinder) {}
 
-void readSequence(const StarTable& table, ShiftFile& file, ChainFinder& finder) {
-  const std::size_t chainColumn = table.column("_nef_sequence.chain_code");
-  const std::size_t number = table.column("_nef_sequence.sequence_code");
-  // Early files call it residue_type.
-  const std::size_t name = table.columnOfAny({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
-  const std::size_t linking = table.column("_nef_sequence.linking");
-  const std::size_t cis = table.column("_nef_sequence.cis_peptide");
-  FileResidue before;
-  std::string chainBefore;
-  std::string linkingBefore;
-  for (std::size_t row = 0; row < table.rows(); ++row) {
-    FileChain& chain = chainNamed(table.text(row, chainColumn), file, finder);
-    FileResidue residue;
-    residue.key = residue.number = table.text(row, number);
-    residue.name = table.text(row, name);
-    const std::string own = table.text(row, linking);
-    residue.bondedToPrevious = bondsForward(linkingBefore) && bondsBackward(own);
-    if (chain.name == chainBefore && isBreak(linkingBefore, own) && nextNumber(before.key) == residue.key)
-      file.notes.push_back("the file tells of a chain break between " + before.key + " and " + residue.key +
-                           " of chain " + chain.name +
-                           "; no residue is missing there, so they stay neighbours");
-    linkingBefore = own;
-    chainBefore = chain.name;
-    before = residue;
-    if (isYes(table.text(row, cis))) chain.cisBonds.push_back(residue.key);
-    chain.residues.push_back(std::move(residue));
+  void read(const StarTable& table) {
+    const std::size_t chainColumn = table.column("_nef_sequence.chain_code");
+    const std::size_t number = table.column("_nef_sequence.sequence_code");
+    // Early files call it residue_type.
+    const std::size_t name = table.columnOfAny({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
+    const std::size_t linking = table.column("_nef_sequence.linking");
+    const std::size_t cis = table.column("_nef_sequence.cis_peptide");
+    const std::size_t rows = table.rows();
+    for (std::size_t row = 0; row < rows; ++row) {
+      const std::size_t chain = chainNamed(nameOf(table.text(row, chainColumn), file.notes));
+      FileResidue residue;
+      residue.key = residue.number = table.word(row, number);
+      residue.name = table.word(row, name);
+      const std::string own = table.word(row, linking);
+      if (isNoResidue(own, residue.name)) continue;
+      finder.countResidues(1);
+      if (const auto isCis = readFlag(table.word(row, cis)))
+        file.chains[chain].cisFlags.push_back({residue.key, *isCis});
+      join(words[chain], own, residue);
+      file.chains[chain].residues.push_back(std::move(residue));
+    }
   }
-}
+
+  /// Notes on the chains that have shifts.
+  void note() const {
+    std::vector<bool> hasShifts(file.chains.size(), false);
+    for (const FileShiftList& list : file.lists)
+      for (const FileShift& row : list.shifts)
+        if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
+    for (const auto& [chain, said] : words) {
+      if (!hasShifts[chain]) continue;
+      const std::string ofChain = " of chain " + file.chains[chain].name;
+      if (!said.bonds.empty())
+        file.notes.push_back("the numbers" + ofChain +
+                             " jump between residues that the file calls bonded, so they are neighbours: " +
+                             enumerated(said.bonds));
+      if (!said.breaks.empty())
+        file.notes.push_back("the file says that residues" + ofChain +
+                             " are not bonded, but none is missing between them, so they stay neighbours: " +
+                             enumerated(said.breaks));
+    }
+  }
+
+ private:
+  std::size_t chainNamed(const std::string& code) {
+    const std::size_t known = finder.find(code);
+    return known != kNoChain ? known : addChain(code, finder);
+  }
+
+  /// Whether the residue is bonded to the one before in its chain.
+  static void join(ChainWords& said, const std::string& linking, FileResidue& residue) {
+    residue.bondedToPrevious = bondsForward(said.linkingBefore) && bondsBackward(linking);
+    if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
+      said.bonds.push_back(said.keyBefore + " to " + residue.key);
+    if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
+      said.breaks.push_back(said.keyBefore + "/" + residue.key);
+    said.keyBefore = residue.key;
+    said.linkingBefore = linking;
+  }
+
+  ShiftFile& file;
+  ChainFinder& finder;
+  std::map<std::size_t, ChainWords> words;  ///< by chain
+};
 
 std::size_t chainOf(const std::string& code, const ShiftFile& file, ChainFinder& finder) {
   const std::size_t known = finder.find(code);
@@ -101,19 +155,23 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
       table.columnOfAny({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"});
   const std::size_t atom = table.column("_nef_chemical_shift.atom_name");
   const std::size_t value = table.column("_nef_chemical_shift.value");
+  const std::size_t element = table.column("_nef_chemical_shift.element");
   std::size_t unassigned = 0;
-  for (std::size_t row = 0; row < table.rows(); ++row) {
+  const std::size_t rows = table.rows();
+  reserveRows(list, rows, file, finder.file());
+  for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
-    const std::string code = table.text(row, chain);
-    shift.key = shift.number = table.text(row, number);
+    const std::string code = nameOf(table.text(row, chain), file.notes);
+    shift.key = shift.number = table.word(row, number);
     if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
       ++unassigned;
       continue;
     }
     shift.chain = chainOf(code, file, finder);
-    shift.residueName = table.text(row, name);
-    shift.atom = table.text(row, atom);
-    shift.value = table.text(row, value);
+    shift.residueName = table.word(row, name);
+    shift.atom = table.word(row, atom);
+    shift.element = table.word(row, element);
+    shift.value = table.word(row, value);
     list.shifts.push_back(std::move(shift));
   }
   if (unassigned > 0)
@@ -121,25 +179,25 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
                          " not assigned to a residue (@2, 12-1) left out");
 }
 
-void readList(const Block& frame, ShiftFile& file, ChainFinder& finder) {
+void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   FileShiftList list;
-  list.name = listName(frame);
+  list.name = listName(frame, file.notes);
   constexpr std::string_view kFramePrefix = "nef_chemical_shift_list_";
-  if (lower(frame.name).rfind(kFramePrefix, 0) == 0)
-    list.aliases.push_back(frame.name.substr(kFramePrefix.size()));
+  if (lower(list.name).rfind(kFramePrefix, 0) == 0)
+    list.aliases.push_back(list.name.substr(kFramePrefix.size()));
   for (const StarTable& table : tablesOf(frame, "_nef_chemical_shift."))
     readShifts(table, list, file, finder);
   if (!list.shifts.empty()) file.lists.push_back(std::move(list));
 }
 
-void readLinks(const StarTable& table, ShiftFile& file, const ChainFinder& finder) {
+void readLinks(const StarTable& table, const ChainFinder& finder, BondEnds& bonds) {
   const auto column = [&](const std::string& tag) { return table.column("_nef_covalent_links." + tag); };
   for (std::size_t row = 0; row < table.rows(); ++row) {
-    const auto cell = [&](const std::string& tag) { return table.text(row, column(tag)); };
+    const auto cell = [&](const std::string& tag) { return table.word(row, column(tag)); };
     if (!isDisulfideBond("", cell("atom_name_1"), cell("atom_name_2"))) continue;
     for (const std::string end : {"_1", "_2"}) {
       const std::size_t chain = finder.find(cell("chain_code" + end));
-      if (chain != kNoChain) file.chains[chain].disulfides.push_back(cell("sequence_code" + end));
+      if (chain != kNoChain) bonds.add(chain, cell("sequence_code" + end));
     }
   }
 }
@@ -148,21 +206,24 @@ void readLinks(const StarTable& table, ShiftFile& file, const ChainFinder& finde
 
 bool isNef(const Source& source) {
   if (!source.star) return false;
-  for (const Block* frame : framesOf(*source.star))
-    if (!tablesOf(*frame, "_nef_").empty()) return true;
+  for (const StarFrame& frame : framesOf(*source.star))
+    if (!tablesOf(frame, "_nef_").empty()) return true;
   return false;
 }
 
 ShiftFile readNef(const Source& source) {
-  const std::vector<const Block*> frames = framesOf(*source.star);
+  const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
   ChainFinder finder(file.chains, source.file);
-  for (const Block* frame : frames)
-    for (const StarTable& table : tablesOf(*frame, "_nef_sequence.")) readSequence(table, file, finder);
-  for (const Block* frame : frames) readList(*frame, file, finder);
-  for (const Block* frame : frames)
-    for (const StarTable& table : tablesOf(*frame, "_nef_covalent_links.")) readLinks(table, file, finder);
-  for (FileShiftList& list : file.lists) placeByNames(list.shifts, file.chains, file.notes);
+  SequenceReader sequences(file, finder);
+  BondEnds bonds(file.chains, source.file);
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesOf(frame, "_nef_sequence.")) sequences.read(table);
+  for (const StarFrame& frame : frames) readList(frame, file, finder);
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder, bonds);
+  placeByNames(file.lists, file.chains, file.notes);
+  sequences.note();
   file.contents = starContents(*source.star);
   return file;
 }

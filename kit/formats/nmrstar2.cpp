@@ -6,10 +6,9 @@
 #include "formats/star_chains.h"
 #include "formats/star_document.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
-
-using gemmi::cif::Block;
 
 namespace {
 
@@ -19,42 +18,43 @@ std::string frameName(const std::string& name) {
 
 using Molecules = std::map<std::string, FileChain>;  ///< by save frame
 
-void addResidues(const StarTable& table, FileChain& molecule) {
+void addResidues(const StarTable& table, FileChain& molecule, const ChainFinder& finder) {
   const std::size_t key = table.column("_Residue_seq_code");
   const std::size_t number = table.column("_Residue_author_seq_code");
   const std::size_t name = table.column("_Residue_label");
   for (std::size_t row = 0; row < table.rows(); ++row) {
     FileResidue residue;
-    residue.key = table.text(row, key);
-    residue.number = table.text(row, number);
-    residue.name = table.text(row, name);
-    if (!residue.key.empty()) molecule.residues.push_back(std::move(residue));
+    residue.key = table.word(row, key);
+    residue.number = table.word(row, number);
+    residue.name = table.word(row, name);
+    if (residue.key.empty()) continue;
+    finder.checkResidues(molecule.residues.size() + 1);
+    molecule.residues.push_back(std::move(residue));
   }
 }
 
-void useKeysAsNumbers(FileChain& molecule) {
-  for (const FileResidue& residue : molecule.residues)
-    if (!residue.number.empty()) return;
-  for (FileResidue& residue : molecule.residues) residue.number = residue.key;
-}
-
-void readMolecule(const Block& frame, Molecules& molecules) {
+void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file, const ChainFinder& finder) {
   const std::string category = lower(frameValue(frame, "_Saveframe_category"));
   const StarTable pairs(frame);
   if (category != "monomeric_polymer" && category != "ligand" && !pairs.has("_Mol_residue_sequence") &&
       !pairs.has("_Mol_polymer_class"))
     return;
   FileChain molecule;
-  molecule.molecule = frameValue(frame, "_Name_common");
-  molecule.kind = frameValue(frame, "_Mol_polymer_class");
+  molecule.molecule = nameOf(frameValue(frame, "_Name_common"), file.notes);
+  molecule.kind = nameOf(frameValue(frame, "_Mol_polymer_class"), file.notes);
   if (molecule.kind.empty() && category == "ligand") molecule.kind = "non-polymer";
   molecule.polymer = polymerOfWords(molecule.kind);
   molecule.thiol = thiolOfWords(frameValue(frame, "_Mol_thiol_state"));
-  for (const StarTable& table : tablesWith(frame, "_Residue_seq_code")) addResidues(table, molecule);
+  for (const StarTable& table : tablesWith(frame, "_Residue_seq_code")) addResidues(table, molecule, finder);
   if (molecule.residues.empty())
     molecule.residues = residuesOfLetters(frameValue(frame, "_Mol_residue_sequence"));
-  useKeysAsNumbers(molecule);
-  molecules.emplace(frame.name, std::move(molecule));
+  std::size_t residues = molecule.residues.size();
+  for (const auto& [name, other] : molecules) residues += other.residues.size();
+  finder.checkResidues(residues);
+  if (molecules.size() == kMostListsOrChains)
+    throw FileError(frame.file().name, 0, "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
+                    "give the part with the protein only");
+  molecules.emplace(nameOf(frame.name(), file.notes), std::move(molecule));
 }
 
 void addCopy(FileChain chain, const std::string& component, const std::string& label, ChainFinder& finder) {
@@ -64,7 +64,7 @@ void addCopy(FileChain chain, const std::string& component, const std::string& l
   finder.alias(frameName(label), index);
 }
 
-void readSystem(const Block& frame, const Molecules& molecules, ShiftFile& file, ChainFinder& finder) {
+void readSystem(const StarFrame& frame, const Molecules& molecules, ShiftFile& file, ChainFinder& finder) {
   const Thiol ofAll = thiolOfWords(frameValue(frame, "_System_thiol_state"));
   noteCautions(frameValue(frame, "_Mol_system_name"), frameValue(frame, "_System_physical_state"),
                frameValue(frame, "_System_paramagnetic"), file.notes);
@@ -73,11 +73,11 @@ void readSystem(const Block& frame, const Molecules& molecules, ShiftFile& file,
     const std::size_t label = table.column("_Mol_label");
     if (component == StarTable::kAbsent) continue;
     for (std::size_t row = 0; row < table.rows(); ++row) {
-      const std::string name = withoutDollar(table.text(row, label));
+      const std::string name = withoutDollar(nameOf(table.text(row, label), file.notes));
       const auto molecule = molecules.find(name);
       FileChain chain = molecule != molecules.end() ? molecule->second : FileChain();
       if (chain.thiol == Thiol::unknown) chain.thiol = ofAll;
-      addCopy(std::move(chain), table.text(row, component), name, finder);
+      addCopy(std::move(chain), nameOf(table.text(row, component), file.notes), name, finder);
     }
   }
 }
@@ -94,56 +94,61 @@ std::size_t addUndescribed(const std::string& component, ChainFinder& finder) {
   return finder.count() - 1;
 }
 
-void readShifts(const StarTable& table, const std::string& component, std::vector<FileShift>& shifts,
+void readShifts(const StarTable& table, const std::string& component, FileShiftList& list, ShiftFile& file,
                 ChainFinder& finder) {
   const std::size_t ownComponent = table.column("_Mol_system_component_name");
   const std::size_t key = table.column("_Residue_seq_code");
   const std::size_t number = table.column("_Residue_author_seq_code");
   const std::size_t name = table.column("_Residue_label");
   const std::size_t atom = table.column("_Atom_name");
+  const std::size_t element = table.column("_Atom_type");
   const std::size_t value = table.column("_Chem_shift_value");
   const std::size_t ambiguity = table.column("_Chem_shift_ambiguity_code");
-  for (std::size_t row = 0; row < table.rows(); ++row) {
+  const std::size_t rows = table.rows();
+  reserveRows(list, rows, file, finder.file());
+  for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
-    const std::string rowComponent = table.text(row, ownComponent);
+    const std::string rowComponent = nameOf(table.text(row, ownComponent), file.notes);
     const std::string chain = rowComponent.empty() ? component : rowComponent;
     shift.chain = chain.empty() ? kNoChain : chainOf(chain, finder);
     if (finder.count() == 0) shift.chain = addUndescribed(chain, finder);
-    shift.key = table.text(row, key);
-    shift.number = table.text(row, number);
-    shift.residueName = table.text(row, name);
-    shift.atom = table.text(row, atom);
-    shift.value = table.text(row, value);
-    shift.ambiguity = table.text(row, ambiguity);
-    shifts.push_back(std::move(shift));
+    shift.key = table.word(row, key);
+    shift.number = table.word(row, number);
+    shift.residueName = table.word(row, name);
+    shift.atom = table.word(row, atom);
+    shift.element = table.word(row, element);
+    shift.value = table.word(row, value);
+    shift.ambiguity = table.word(row, ambiguity);
+    list.shifts.push_back(std::move(shift));
   }
 }
 
-void readList(const Block& frame, ShiftFile& file, ChainFinder& finder) {
+void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   FileShiftList list;
-  list.name = listName(frame);
-  const std::string component = frameValue(frame, "_Mol_system_component_name");
+  list.name = listName(frame, file.notes);
+  const std::string component = nameOf(frameValue(frame, "_Mol_system_component_name"), file.notes);
   // The loop of the reference compounds has the tag as well, but no atom names.
   for (const StarTable& table : tablesWith(frame, "_Chem_shift_value"))
-    if (table.has("_Atom_name")) readShifts(table, component, list.shifts, finder);
+    if (table.has("_Atom_name")) readShifts(table, component, list, file, finder);
   if (list.shifts.empty()) return;
   list.aliases = {std::to_string(file.lists.size() + 1)};
   file.lists.push_back(std::move(list));
 }
 
-void addBondEnd(const std::string& component, const std::string& key, ShiftFile& file,
-                const ChainFinder& finder) {
+void addBondEnd(const std::string& component, const std::string& key, const ShiftFile& file,
+                const ChainFinder& finder, BondEnds& bonds) {
   const std::size_t named = component.empty() ? kNoChain : chainOf(component, finder);
   if (named != kNoChain)
-    file.chains[named].disulfides.push_back(key);
+    bonds.add(named, key);
   else if (file.chains.size() == 1)
-    file.chains.front().disulfides.push_back(key);
+    bonds.add(0, key);
 }
 
-void readCrosslinks(const Block& frame, ShiftFile& file, const ChainFinder& finder) {
+void readCrosslinks(const StarFrame& frame, const ShiftFile& file, const ChainFinder& finder,
+                    BondEnds& bonds) {
   for (const StarTable& table : tablesWith(frame, "_Atom_one_residue_seq_code")) {
     const auto cell = [&](std::size_t row, const std::string& tag) {
-      return table.text(row, table.column(tag));
+      return table.word(row, table.column(tag));
     };
     for (std::size_t row = 0; row < table.rows(); ++row) {
       if (!isDisulfideBond(cell(row, "_Bond_type"), cell(row, "_Atom_one_atom_name"),
@@ -151,7 +156,7 @@ void readCrosslinks(const Block& frame, ShiftFile& file, const ChainFinder& find
         continue;
       for (const std::string end : {"_Atom_one_", "_Atom_two_"})
         addBondEnd(cell(row, end + "mol_system_component_name"), cell(row, end + "residue_seq_code"), file,
-                   finder);
+                   finder, bonds);
     }
   }
 }
@@ -160,26 +165,28 @@ void readCrosslinks(const Block& frame, ShiftFile& file, const ChainFinder& find
 
 bool isNmrStar2(const Source& source) {
   if (!source.star) return false;
-  for (const Block* frame : framesOf(*source.star))
-    if (!tablesWith(*frame, "_Saveframe_category").empty() ||
-        !tablesWith(*frame, "_Chem_shift_value").empty())
+  for (const StarFrame& frame : framesOf(*source.star))
+    if (!tablesWith(frame, "_Saveframe_category").empty() ||
+        !tablesWith(frame, "_Chem_shift_value").empty())
       return true;
   return false;
 }
 
 ShiftFile readNmrStar2(const Source& source) {
-  const std::vector<const Block*> frames = framesOf(*source.star);
+  const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
   ChainFinder finder(file.chains, source.file);
+  BondEnds bonds(file.chains, source.file);
   Molecules molecules;
-  for (const Block* frame : frames) readMolecule(*frame, molecules);
-  for (const Block* frame : frames) readSystem(*frame, molecules, file, finder);
+  for (const StarFrame& frame : frames) readMolecule(frame, molecules, file, finder);
+  for (const StarFrame& frame : frames) readSystem(frame, molecules, file, finder);
   // A molecule that the system does not list is still one copy of itself.
   for (const auto& [name, molecule] : molecules)
     if (finder.find(frameName(name)) == kNoChain) addCopy(molecule, name, name, finder);
-  for (const Block* frame : frames) readList(*frame, file, finder);
-  for (const Block* frame : frames) readCrosslinks(*frame, file, finder);
-  for (FileShiftList& list : file.lists) placeByNames(list.shifts, file.chains, file.notes);
+  for (const StarFrame& frame : frames) readList(frame, file, finder);
+  for (const StarFrame& frame : frames) readCrosslinks(frame, file, finder, bonds);
+  placeByNames(file.lists, file.chains, file.notes);
+  numberByRows(file.chains, file.lists, file.notes);
   makeNamesDiffer(file.chains);
   file.contents = starContents(*source.star);
   return file;

@@ -8,11 +8,9 @@
 #include "formats/star_chains.h"
 #include "formats/star_document.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
-
-using gemmi::cif::Block;
-using gemmi::cif::Document;
 
 namespace {
 
@@ -21,7 +19,7 @@ struct Entity {
   std::string id;
   std::string frame;  ///< name of its save frame
   std::string strands;
-  std::string letters;  ///< one-letter sequence
+  std::vector<FileResidue> letters;  ///< by the one-letter sequence, for want of a list of residues
   FileChain chain;
   std::unordered_set<std::string> keys;  ///< of its residues
 };
@@ -37,28 +35,33 @@ std::string asymName(const std::string& id) {
   return "asym " + id;
 }
 
-std::string firstText(const StarTable& table, std::size_t row, std::size_t column, std::size_t otherColumn) {
-  std::string text = table.text(row, column);
-  return text.empty() ? table.text(row, otherColumn) : text;
+std::string firstWord(const StarTable& table, std::size_t row, std::size_t column, std::size_t otherColumn) {
+  std::string word = table.word(row, column);
+  return word.empty() ? table.word(row, otherColumn) : word;
 }
 
 class Star3Reader {
  public:
-  Star3Reader(const Document& document, const std::string& name)
-      : source(document), frames(framesOf(document)), finder(file.chains, name) {}
+  Star3Reader(const StarEntry& entry, const std::string& name)
+      : source(entry), path(name), frames(framesOf(entry)), finder(file.chains, name), bonds(file.chains, name) {}
 
   ShiftFile read() {
-    for (const Block* frame : frames) readEntities(*frame);
-    for (const Block* frame : frames) readSequences(*frame);
-    for (const Block* frame : frames) readAssembly(*frame);
+    for (const StarFrame& frame : frames) readEntities(frame);
+    for (const StarFrame& frame : frames) readSequences(frame);
+    for (const StarFrame& frame : frames) readAssembly(frame);
+    const bool hasAssembly = !file.chains.empty();
     if (file.chains.empty())
       for (const Entity& entity : entities)
         addCopy(entity, entity.strands.empty() ? entity.id : entity.strands);
-    for (const Block* frame : frames) readLists(*frame);
-    for (const Block* frame : frames) readAssemblySequences(*frame);
-    for (const Block* frame : frames) readBonds(*frame);
-    for (FileShiftList& list : file.lists) placeByNames(list.shifts, file.chains, file.notes);
-    setNumbers();
+    const std::size_t entitiesAlone = hasAssembly ? 0 : file.chains.size();
+    for (const StarFrame& frame : frames) readAssemblySequences(frame);
+    describedCount = file.chains.size();
+    hasCopies = entitiesAlone < describedCount;
+    for (const StarFrame& frame : frames) readLists(frame);
+    for (const StarFrame& frame : frames) readBonds(frame);
+    placeByNames(file.lists, file.chains, file.notes);
+    noteStrayCopies();
+    numberByRows(file.chains, file.lists, file.notes);
     makeNamesDiffer(file.chains);
     if (file.chains.empty() && file.lists.empty()) file.format = "STAR or CIF";
     file.contents = starContents(source);
@@ -68,20 +71,24 @@ class Star3Reader {
  private:
   // --- Molecules ------------------------------------------------------------------------------
 
-  void readEntities(const Block& frame) {
+  void readEntities(const StarFrame& frame) {
     for (const StarTable& table : tablesWith(frame, "_Entity.ID")) {
       for (std::size_t row = 0; row < table.rows(); ++row) {
         const auto cell = [&](std::string_view tag) { return table.text(row, table.column(tag)); };
+        const auto name = [&](std::string_view tag) { return nameOf(cell(tag), file.notes); };
+        checkEntities();
         Entity entity;
-        entity.id = cell("_Entity.ID");
-        entity.frame = frame.name;
-        entity.strands = cell("_Entity.Polymer_strand_ID");
-        entity.letters = cell("_Entity.Polymer_seq_one_letter_code");
-        if (entity.letters.empty()) entity.letters = cell("_Entity.Polymer_seq_one_letter_code_can");
-        entity.chain.molecule = cell("_Entity.Name");
+        entity.id = name("_Entity.ID");
+        entity.frame = nameOf(frame.name(), file.notes);
+        entity.strands = name("_Entity.Polymer_strand_ID");
+        entity.letters = residuesOfLetters(cell("_Entity.Polymer_seq_one_letter_code"));
+        if (entity.letters.empty())
+          entity.letters = residuesOfLetters(cell("_Entity.Polymer_seq_one_letter_code_can"));
+        finder.checkResidues(lettersCount += entity.letters.size());
+        entity.chain.molecule = name("_Entity.Name");
         entity.chain.thiol = thiolOfWords(cell("_Entity.Thiol_state"));
-        entity.chain.kind = cell("_Entity.Polymer_type");
-        if (entity.chain.kind.empty()) entity.chain.kind = cell("_Entity.Type");
+        entity.chain.kind = name("_Entity.Polymer_type");
+        if (entity.chain.kind.empty()) entity.chain.kind = name("_Entity.Type");
         entity.chain.polymer = polymerOfWords(entity.chain.kind);
         noteCautions(entity.chain.molecule, "", cell("_Entity.Paramagnetic"), file.notes);
         entityIndex.emplace(entity.id, entities.size());
@@ -91,7 +98,13 @@ class Star3Reader {
     }
   }
 
-  void readSequences(const Block& frame) {
+  void checkEntities() const {
+    if (entities.size() == kMostListsOrChains)
+      throw FileError(path, 0, "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
+                      "give the part with the protein only");
+  }
+
+  void readSequences(const StarFrame& frame) {
     const std::string ownEntity = frameValue(frame, "_Entity.ID");
     for (const StarTable& table : tablesOf(frame, "_Entity_comp_index."))
       addResidues(table, ownEntity, "_Entity_comp_index.ID", "_Entity_comp_index.Comp_ID",
@@ -109,16 +122,17 @@ class Star3Reader {
     const std::size_t number = table.column(category + "Auth_seq_ID");
     const std::size_t id = table.column(category + "Entity_ID");
     for (std::size_t row = 0; row < table.rows(); ++row) {
-      std::string entityId = table.text(row, id);
+      std::string entityId = table.word(row, id);
       if (entityId.empty()) entityId = ownEntity;
       Entity& entity = entityOf(entityId);
-      const std::string residueKey = firstText(table, row, key, otherKey);
+      const std::string residueKey = firstWord(table, row, key, otherKey);
       // A place with several residue types (a mixture) keeps the first.
       if (residueKey.empty() || !entity.keys.insert(residueKey).second) continue;
+      finder.checkResidues(++sequenceCount);
       FileResidue residue;
       residue.key = residueKey;
-      residue.number = table.text(row, number);
-      residue.name = table.text(row, name);
+      residue.number = table.word(row, number);
+      residue.name = table.word(row, name);
       entity.chain.residues.push_back(std::move(residue));
     }
   }
@@ -127,6 +141,7 @@ class Star3Reader {
   Entity& entityOf(const std::string& id) {
     const auto [entry, isNew] = entityIndex.emplace(id, entities.size());
     if (isNew) {
+      checkEntities();
       entities.emplace_back();
       entities.back().id = id;
     }
@@ -135,13 +150,15 @@ class Star3Reader {
 
   // --- Copies ---------------------------------------------------------------------------------
 
-  void readAssembly(const Block& frame) {
+  void readAssembly(const StarFrame& frame) {
     const Thiol ofAll = thiolOfWords(frameValue(frame, "_Assembly.Thiol_state"));
     for (Entity& entity : entities)
       if (entity.chain.thiol == Thiol::unknown) entity.chain.thiol = ofAll;
     for (const StarTable& table : tablesWith(frame, "_Entity_assembly.ID")) {
       for (std::size_t row = 0; row < table.rows(); ++row) {
-        const auto cell = [&](std::string_view tag) { return table.text(row, table.column(tag)); };
+        const auto cell = [&](std::string_view tag) {
+          return nameOf(table.text(row, table.column(tag)), file.notes);
+        };
         const std::string id = cell("_Entity_assembly.ID");
         if (finder.find(assemblyName(id)) != kNoChain) continue;
         std::string entityId = cell("_Entity_assembly.Entity_ID");
@@ -149,7 +166,7 @@ class Star3Reader {
           entityId = "$" + withoutDollar(cell("_Entity_assembly.Entity_label"));
         const auto entity = entityIndex.find(entityId);
         const std::size_t chain =
-            addCopy(entity != entityIndex.end() ? entities[entity->second] : Entity(), id);
+            entity != entityIndex.end() ? addCopy(entities[entity->second], id) : addCopy(Entity(), id);
         noteCautions(file.chains[chain].molecule, cell("_Entity_assembly.Physical_state"), "", file.notes);
         describeCopy(chain, cell("_Entity_assembly.Asym_ID"), cell("_Entity_assembly.PDB_chain_ID"),
                      cell("_Entity_assembly.Entity_assembly_name"));
@@ -159,7 +176,7 @@ class Star3Reader {
 
   std::size_t addCopy(const Entity& entity, const std::string& id) {
     FileChain chain = entity.chain;
-    if (chain.residues.empty()) chain.residues = residuesOfLetters(entity.letters);
+    if (chain.residues.empty()) chain.residues = entity.letters;
     chain.name = id;
     chain.aliases = {id, entity.id, entity.frame, chain.molecule};
     const std::size_t index = finder.add(assemblyName(id), std::move(chain));
@@ -184,8 +201,8 @@ class Star3Reader {
       described.name = pdbChain;
   }
 
-  /// Sequences by copy, as in files that the PDB makes from a deposition.
-  void readAssemblySequences(const Block& frame) {
+  /// Sequences by copy, as in files that the PDB makes from a deposition, and those made from NEF.
+  void readAssemblySequences(const StarFrame& frame) {
     std::map<std::size_t, std::vector<FileResidue>> residues;
     std::map<std::size_t, std::unordered_set<std::string>> keys;
     for (const StarTable& table : tablesOf(frame, "_Chem_comp_assembly.")) {
@@ -195,23 +212,40 @@ class Star3Reader {
       const std::size_t otherKey = table.column(category + "Seq_ID");
       const std::size_t name = table.column(category + "Comp_ID");
       const std::size_t number = table.column(category + "Auth_seq_ID");
+      const std::size_t asym = table.column(category + "Auth_asym_ID");
+      const std::size_t cis = table.column(category + "Cis_residue");
       for (std::size_t row = 0; row < table.rows(); ++row) {
-        const std::size_t chain = finder.find(assemblyName(table.text(row, assembly)));
-        if (chain == kNoChain || !file.chains[chain].residues.empty()) continue;
+        const std::size_t chain = copyOfSequence(table.word(row, assembly), table.word(row, asym));
         FileResidue residue;
-        residue.key = firstText(table, row, key, otherKey);
-        residue.number = table.text(row, number);
-        residue.name = table.text(row, name);
-        if (!residue.key.empty() && keys[chain].insert(residue.key).second)
-          residues[chain].push_back(residue);
+        residue.key = firstWord(table, row, key, otherKey);
+        if (residue.key.empty() || chain == kNoChain) continue;
+        if (const auto isCis = readFlag(table.word(row, cis)))
+          file.chains[chain].cisFlags.push_back({residue.key, *isCis});
+        if (!file.chains[chain].residues.empty() || !keys[chain].insert(residue.key).second) continue;
+        finder.countResidues(1);
+        residue.number = table.word(row, number);
+        residue.name = table.word(row, name);
+        residues[chain].push_back(std::move(residue));
       }
     }
     for (auto& [chain, list] : residues) file.chains[chain].residues = std::move(list);
   }
 
+  std::size_t copyOfSequence(const std::string& assembly, const std::string& asym) {
+    if (assembly.empty()) return asym.empty() ? kNoChain : finder.find(asymName(asym));
+    const std::size_t known = finder.find(assemblyName(assembly));
+    if (known != kNoChain) return known;
+    const std::size_t chain = addCopy(Entity(), assembly);
+    if (asym.empty())
+      withoutAsym.insert(chain);
+    else
+      describeCopy(chain, asym, "", "");
+    return chain;
+  }
+
   // --- Bonds ----------------------------------------------------------------------------------
 
-  void readBonds(const Block& frame) {
+  void readBonds(const StarFrame& frame) {
     for (const StarTable& table : tablesOf(frame, "_Bond.")) readBondTable(table, "_Bond.", "");
     for (const StarTable& table : tablesOf(frame, "_Entity_bond."))
       readBondTable(table, "_Entity_bond.", frameValue(frame, "_Entity.ID"));
@@ -229,7 +263,7 @@ class Star3Reader {
 
   void addBondEnd(const StarTable& table, std::size_t row, const std::string& category,
                   const std::string& end, const std::string& ownEntity) {
-    const auto cell = [&](const std::string& tag) { return table.text(row, table.column(category + tag)); };
+    const auto cell = [&](const std::string& tag) { return table.word(row, table.column(category + tag)); };
     std::string key = cell("Comp_index_ID" + end);
     if (key.empty()) key = cell("Seq_ID" + end);
     std::string entity = cell("Entity_ID" + end);
@@ -238,49 +272,53 @@ class Star3Reader {
     const std::size_t copy = finder.find(assemblyName(cell("Entity_assembly_ID" + end)));
     if (key.empty()) return;
     if (copy != kNoChain) {
-      file.chains[copy].disulfides.push_back(key);
+      bonds.add(copy, key);
     } else if (const auto copies = copiesOf.find(entity); copies != copiesOf.end()) {
-      for (const std::size_t chain : copies->second) file.chains[chain].disulfides.push_back(key);
+      for (const std::size_t chain : copies->second) bonds.add(chain, key);
     }
   }
 
   // --- Shifts ---------------------------------------------------------------------------------
 
-  void readLists(const Block& frame) {
+  void readLists(const StarFrame& frame) {
     const auto tables = tablesOf(frame, "_Atom_chem_shift.");
     if (tables.empty()) return;
+    const auto name = [&](std::string_view tag) { return nameOf(frameValue(frame, tag), file.notes); };
     FileShiftList list;
-    list.name = listName(frame);
-    list.aliases = {frameValue(frame, "_Assigned_chem_shift_list.ID"),
-                    frameValue(frame, "_Assigned_chem_shift_list.Name")};
-    for (const StarTable& table : tables) readShifts(table, list.shifts);
+    list.name = listName(frame, file.notes);
+    list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
+    for (const StarTable& table : tables) readShifts(table, list);
     if (!list.shifts.empty()) file.lists.push_back(std::move(list));
     noteOffsets(frame);
   }
 
-  void readShifts(const StarTable& table, std::vector<FileShift>& shifts) {
+  void readShifts(const StarTable& table, FileShiftList& list) {
     const auto column = [&](const std::string& tag) { return table.column("_Atom_chem_shift." + tag); };
     const std::size_t key = column("Comp_index_ID"), otherKey = column("Seq_ID");
     const std::size_t number = column("Auth_seq_ID");
     const std::size_t name = column("Comp_ID"), otherName = column("Auth_comp_ID");
     const std::size_t atom = column("Atom_ID"), otherAtom = column("Auth_atom_ID");
+    const std::size_t element = column("Atom_type");
     const std::size_t value = column("Val"), olderValue = column("Chem_shift_val");
     const std::size_t ambiguity = column("Ambiguity_code"),
                       olderAmbiguity = column("Chem_shift_ambiguity_code");
     const std::size_t occupancy = column("Occupancy");
     const ChainColumns chainColumns{column("Entity_assembly_ID"), column("Entity_ID"),
                                     column("Entity_assembly_asym_ID"), column("Auth_asym_ID")};
-    for (std::size_t row = 0; row < table.rows(); ++row) {
+    const std::size_t rows = table.rows();
+    reserveRows(list, rows, file, path);
+    for (std::size_t row = 0; row < rows; ++row) {
       FileShift shift;
-      shift.chain = chainOf(table, row, chainColumns);
-      shift.key = firstText(table, row, key, otherKey);
-      shift.number = table.text(row, number);
-      shift.residueName = firstText(table, row, name, otherName);
-      shift.atom = firstText(table, row, atom, otherAtom);
-      shift.value = firstText(table, row, value, olderValue);
-      shift.ambiguity = firstText(table, row, ambiguity, olderAmbiguity);
-      if (const auto share = toDecimal(table.text(row, occupancy))) shift.occupancy = std::stod(*share);
-      shifts.push_back(std::move(shift));
+      shift.key = firstWord(table, row, key, otherKey);
+      shift.number = table.word(row, number);
+      placeInChain(table, row, chainColumns, shift);
+      shift.residueName = firstWord(table, row, name, otherName);
+      shift.atom = firstWord(table, row, atom, otherAtom);
+      shift.element = table.word(row, element);
+      shift.value = firstWord(table, row, value, olderValue);
+      shift.ambiguity = firstWord(table, row, ambiguity, olderAmbiguity);
+      if (const auto share = toDecimal(table.word(row, occupancy))) shift.occupancy = std::stod(*share);
+      list.shifts.push_back(std::move(shift));
     }
   }
 
@@ -288,22 +326,48 @@ class Star3Reader {
     std::size_t assembly, entity, asym, authAsym;
   };
 
-  /// The chain of a row; one that the file describes nowhere else is added.
-  std::size_t chainOf(const StarTable& table, std::size_t row, const ChainColumns& columns) {
-    const std::string assembly = table.text(row, columns.assembly);
-    const std::string entity = table.text(row, columns.entity);
-    const std::string asym = firstText(table, row, columns.asym, columns.authAsym);
+  /// Gives the row its chain; one that the file describes nowhere else is added.
+  void placeInChain(const StarTable& table, std::size_t row, const ChainColumns& columns, FileShift& shift) {
+    const std::string assembly = table.word(row, columns.assembly);
+    const std::string entity = table.word(row, columns.entity);
+    const std::string asym = firstWord(table, row, columns.asym, columns.authAsym);
+    const std::size_t author = asym.empty() ? kNoChain : finder.find(asymName(asym));
     if (!assembly.empty()) {
       const std::size_t known = finder.find(assemblyName(assembly));
-      return known != kNoChain ? ofEntity(known, entity) : addUndescribed(assembly, entity, asym);
+      if (known != kNoChain && !asym.empty() && withoutAsym.erase(known) > 0) describeCopy(known, asym, "", "");
+      if (known != kNoChain)
+        shift.chain = ofEntity(known, entity);
+      else if (author < describedCount)
+        placeByAuthor(author, assembly, shift);
+      else if (hasCopies && entityIndex.count(entity) == 0)
+        shift.chain = kNowhere;
+      else
+        shift.chain = addUndescribed(assembly, entity, asym);
+      return;
     }
-    if (const std::size_t known = finder.find(entityName(entity)); !entity.empty() && known != kNoChain)
-      return known;
-    if (const std::size_t known = finder.find(asymName(asym)); !asym.empty() && known != kNoChain)
-      return known;
+    const std::size_t copy = entity.empty() ? kNoChain : finder.find(entityName(entity));
     const bool isNamed = !entity.empty() || !asym.empty();
-    if (isNamed || file.chains.empty()) return addUndescribed(assembly, entity, asym);
-    return kNoChain;
+    if (copy != kNoChain)
+      shift.chain = copy;
+    else if (author != kNoChain)
+      shift.chain = author;
+    else if (isNamed || file.chains.empty())
+      shift.chain = addUndescribed(assembly, entity, asym);
+  }
+
+  /// A row of a copy that the assembly has not: its place in that copy means nothing, the author's chain and
+  /// number do. A row without such a number is of no known place.
+  void placeByAuthor(std::size_t chain, const std::string& assembly, FileShift& shift) {
+    shift.key.clear();
+    shift.chain = shift.number.empty() ? kNowhere : chain;
+    if (!shift.number.empty()) ++strayCopies[assembly];
+  }
+
+  void noteStrayCopies() {
+    for (const auto& [assembly, rows] : strayCopies)
+      file.notes.push_back(counted(rows, "shift row names", "shift rows name") + " copy " + assembly +
+                           ", which the file does not describe; the author's chain and number place " +
+                           (rows == 1 ? "it" : "them"));
   }
 
   /// The chain, or the first copy of the entity where the row names another one than the chain's: some
@@ -323,60 +387,47 @@ class Star3Reader {
   std::size_t addUndescribed(const std::string& assembly, const std::string& entity,
                              const std::string& asym) {
     const auto known = entityIndex.find(entity);
-    Entity described = known != entityIndex.end() ? entities[known->second] : Entity();
-    if (known == entityIndex.end()) described.id = entity;
-    const std::size_t chain = addCopy(described, assembly.empty() ? entity : assembly);
+    const std::string& id = assembly.empty() ? entity : assembly;
+    Entity unknown;
+    unknown.id = entity;
+    const std::size_t chain = addCopy(known != entityIndex.end() ? entities[known->second] : unknown, id);
     describeCopy(chain, asym, "", "");
     return chain;
   }
 
   /// Corrections that the authors ask the reader to apply, such as that of TROSY spectra.
-  void noteOffsets(const Block& frame) {
+  void noteOffsets(const StarFrame& frame) {
+    LimitedNotes notes("systematic offsets that are not applied");
     for (const StarTable& table : tablesOf(frame, "_Systematic_chem_shift_offset.")) {
       for (std::size_t row = 0; row < table.rows(); ++row) {
         const auto cell = [&](const std::string& tag) {
-          return table.text(row, table.column("_Systematic_chem_shift_offset." + tag));
+          return table.word(row, table.column("_Systematic_chem_shift_offset." + tag));
         };
         if (cell("Val").empty()) continue;
-        file.notes.push_back("the file states a systematic offset of " + cell("Val") + " ppm (" +
-                             cell("Type") + ", " + cell("Atom_type") + "); it is not applied");
+        notes.add("the file states a systematic offset of " + cell("Val") + " ppm (" + cell("Type") + ", " +
+                  cell("Atom_type") + "); it is not applied");
       }
     }
+    notes.appendTo(file.notes);
   }
 
-  // --- Numbers --------------------------------------------------------------------------------
-
-  /// Residues without an author's number take that of their shift rows, or, where the whole chain has
-  /// none, their place in the polymer.
-  void setNumbers() {
-    std::vector<std::map<std::string, std::string>> ofRows(file.chains.size());
-    for (const FileShiftList& list : file.lists)
-      for (const FileShift& row : list.shifts)
-        if (row.chain != kNoChain && !row.key.empty() && !row.number.empty())
-          ofRows[row.chain].emplace(row.key, row.number);
-    for (std::size_t c = 0; c < file.chains.size(); ++c) setNumbers(file.chains[c], ofRows[c]);
-  }
-
-  static void setNumbers(FileChain& chain, const std::map<std::string, std::string>& ofRows) {
-    bool hasNumbers = false;
-    for (FileResidue& residue : chain.residues) {
-      const auto found = ofRows.find(residue.key);
-      if (residue.number.empty() && found != ofRows.end()) residue.number = found->second;
-      hasNumbers = hasNumbers || !residue.number.empty();
-    }
-    if (hasNumbers) return;
-    for (FileResidue& residue : chain.residues) residue.number = residue.key;
-  }
-
-  const Document& source;
-  std::vector<const Block*> frames;
+  const StarEntry& source;
+  const std::string& path;  ///< of the file, for messages
+  std::vector<StarFrame> frames;
   std::vector<Entity> entities;
   std::map<std::string, std::size_t> entityIndex;  ///< by number, and by "$" and frame name
   std::map<std::string, std::vector<std::size_t>> copiesOf;
   std::vector<std::string> entityOfCopy;  ///< by chain
   std::unordered_set<std::size_t> corrected;
+  std::unordered_set<std::size_t> withoutAsym;  ///< chains to which only the rows give the author's name
+  bool hasCopies = false;                           ///< the file lists the copies of its molecules
+  std::size_t describedCount = 0;                   ///< chains that the file describes, not the rows alone
+  std::map<std::string, std::size_t> strayCopies;  ///< rows by the number of a copy that is not there
+  std::size_t lettersCount = 0;
+  std::size_t sequenceCount = 0;
   ShiftFile file;
   ChainFinder finder;
+  BondEnds bonds;
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "GDB.h"
+#include "formats/limits.h"
 #include "protein/nomenclature.h"
 
 namespace zorvela {
@@ -23,6 +24,12 @@ struct FileResidue {
   bool bondedToPrevious = false;  ///< the file says so, although the numbers may jump
 };
 
+/// What a file says of the peptide bond before a residue.
+struct FileCisFlag {
+  std::string key;     ///< of the residue
+  bool isCis = false;  ///< false: the file calls it trans
+};
+
 /// A molecule, or one copy of it.
 struct FileChain {
   std::string name;                  ///< by which a user chooses it; empty where there is none
@@ -33,14 +40,8 @@ struct FileChain {
   std::vector<FileResidue> residues;    ///< empty: to be derived from the shift rows
   Thiol thiol = Thiol::unknown;         ///< of all its cysteines
   std::vector<std::string> disulfides;  ///< keys of the residues with a disulfide bond
-  std::vector<std::string> cisBonds;    ///< keys of the residues that the file marks as cis
+  std::vector<FileCisFlag> cisFlags;
 };
-
-/// Limits of what is read, far above any real file: they bound the memory that a broken one can ask for.
-inline constexpr std::size_t kMostShiftRows = 2000000;
-inline constexpr std::size_t kLongestSequence = 100000;
-inline constexpr std::size_t kMostResidues = 1000000;
-inline constexpr std::size_t kMostListsOrChains = 1000;
 
 /// What to do about a table of the program's own format that lacks something.
 inline constexpr const char* kTableRemedy =
@@ -48,6 +49,9 @@ inline constexpr const char* kTableRemedy =
 
 /// Chain index of a row that names no chain, or none that is known.
 inline constexpr std::size_t kNoChain = static_cast<std::size_t>(-1);
+
+/// Chain index of a row that names a chain which the file has not: nothing places it.
+inline constexpr std::size_t kNowhere = kNoChain - 1;
 
 /// A row of a shift list. A row without atom and value only says that there is such a residue.
 struct FileShift {
@@ -58,6 +62,7 @@ struct FileShift {
   std::string atom;
   std::string value;      ///< ppm; empty where the file gives none
   std::string ambiguity;  ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
+  std::string element;    ///< of the atom, "C"; empty where the file gives none
   double occupancy = 1;
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };

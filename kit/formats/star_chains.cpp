@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <map>
-
-#include "formats/star_document.h"
+#include <unordered_set>
 #include "protein/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -21,33 +20,40 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
   return end == std::string::npos ? std::string() : name.substr(0, end);
 }
 
-/// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
-/// polypeptide or has no sequence.
-double fitOf(const std::vector<FileShift>& rows, const FileChain& chain) {
-  if (chain.polymer == Polymer::other || chain.residues.empty()) return -1;
-  std::unordered_map<std::string, char> letters;
+/// One-letter names of the residues of a chain by their keys.
+using Letters = std::unordered_map<std::string, char>;
+
+Letters lettersOf(const FileChain& chain) {
+  Letters letters;
+  if (chain.polymer == Polymer::other) return letters;
   for (const FileResidue& residue : chain.residues)
     letters.emplace(residue.key, polypeptideResidue(residue.name).letter);
-  constexpr std::size_t kSampleSize = 500;
-  std::size_t fitting = 0;
-  std::size_t all = 0;
-  for (const FileShift& row : rows) {
-    if (row.chain != kNoChain) continue;
-    if (all == kSampleSize) break;
-    ++all;
-    const auto found = letters.find(row.key);
-    if (found != letters.end() && found->second == polypeptideResidue(row.residueName).letter) ++fitting;
-  }
-  return all > 0 ? static_cast<double>(fitting) / static_cast<double>(all) : -1;
+  return letters;
 }
 
-std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<FileChain>& chains) {
+/// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
+/// polypeptide or has no sequence.
+double fitOf(const std::vector<const FileShift*>& sample, const Letters& letters) {
+  if (letters.empty() || sample.empty()) return -1;
+  std::size_t fitting = 0;
+  for (const FileShift* row : sample) {
+    const auto found = letters.find(row->key);
+    if (found != letters.end() && found->second == polypeptideResidue(row->residueName).letter) ++fitting;
+  }
+  return static_cast<double>(fitting) / static_cast<double>(sample.size());
+}
+
+std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letters>& chains) {
   constexpr double kLeastFit = 0.5;
+  constexpr std::size_t kSampleSize = 500;
+  std::vector<const FileShift*> sample;
+  for (std::size_t i = 0; i < rows.size() && sample.size() < kSampleSize; ++i)
+    if (rows[i].chain == kNoChain) sample.push_back(&rows[i]);
   std::size_t best = kNoChain;
   double bestShare = kLeastFit;
   bool isTie = false;
   for (std::size_t c = 0; c < chains.size(); ++c) {
-    const double share = fitOf(rows, chains[c]);
+    const double share = fitOf(sample, chains[c]);
     if (share < bestShare) continue;
     isTie = best != kNoChain && share == bestShare;
     if (isTie) continue;
@@ -55,6 +61,29 @@ std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<FileCh
     bestShare = share;
   }
   return isTie ? kNoChain : best;
+}
+
+/// Numbers that rows give to the residues of a chain, by their keys.
+using RowNumbers = std::unordered_map<std::string, std::string>;
+
+void numberChain(FileChain& chain, const RowNumbers& ofRows, std::vector<std::string>& notes) {
+  std::unordered_set<std::string> taken;
+  for (const FileResidue& residue : chain.residues)
+    if (!residue.number.empty()) taken.insert(residue.number);
+  std::vector<std::string> twice;
+  for (FileResidue& residue : chain.residues) {
+    const auto found = ofRows.find(residue.key);
+    if (!residue.number.empty() || found == ofRows.end()) continue;
+    if (taken.insert(found->second).second)
+      residue.number = found->second;
+    else
+      twice.push_back(found->second);
+  }
+  if (!twice.empty())
+    notes.push_back("the shift rows of chain " + chain.name + " give two residues one number: " +
+                    enumerated(twice) + "; the first keeps it");
+  if (!taken.empty()) return;
+  for (FileResidue& residue : chain.residues) residue.number = residue.key;
 }
 
 }  // namespace
@@ -65,15 +94,23 @@ std::size_t ChainFinder::find(const std::string& name) const {
 }
 
 std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
-  residueCount += chain.residues.size();
-  if (residueCount > kMostResidues || chains.size() == kMostListsOrChains)
-    throw FileError(fileName, 0,
-                    "describes more than " + std::to_string(kMostListsOrChains) + " chains or " +
-                        std::to_string(kMostResidues) + " residues",
+  if (chains.size() == kMostListsOrChains)
+    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostListsOrChains) + " chains",
                     "give the part with the protein only");
+  countResidues(chain.residues.size());
   chains.push_back(std::move(chain));
   index.emplace(name, chains.size() - 1);
   return chains.size() - 1;
+}
+
+void ChainFinder::countResidues(std::size_t more) {
+  checkResidues(residueCount += more);
+}
+
+void ChainFinder::checkResidues(std::size_t total) const {
+  if (total > kMostResidues)
+    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostResidues) + " residues",
+                    "give the part with the protein only");
 }
 
 std::vector<FileResidue> residuesOfLetters(const std::string& text) {
@@ -117,9 +154,15 @@ Polymer polymerOfWords(const std::string& words) {
   return isOther ? Polymer::other : Polymer::unknown;
 }
 
+std::optional<bool> readFlag(const std::string& word) {
+  if (equalIgnoringCase(word, "true") || equalIgnoringCase(word, "yes")) return true;
+  if (equalIgnoringCase(word, "false") || equalIgnoringCase(word, "no")) return false;
+  return std::nullopt;
+}
+
 void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
                   std::vector<std::string>& notes) {
-  const std::string words = lower(state);
+  const std::string words = printable(lower(state));
   const std::string subject = "the file calls " + (molecule.empty() ? "the molecule" : molecule) + " ";
   for (const char* unfolded : {"denatured", "unfolded", "disordered", "molten"})
     if (contains(words, unfolded)) {
@@ -130,27 +173,54 @@ void noteCautions(const std::string& molecule, const std::string& state, const s
     notes.push_back(subject + "paramagnetic: shifts near the centre are moved by it");
 }
 
-std::string listName(const gemmi::cif::Block& frame) {
-  // The parser's name for a block without one.
-  return frame.name == "#" ? std::string() : frame.name;
+std::string listName(const StarFrame& frame, std::vector<std::string>& notes) {
+  return nameOf(frame.name(), notes);
 }
 
-std::vector<std::string> starContents(const gemmi::cif::Document& document) {
+std::vector<std::string> starContents(const StarEntry& entry) {
   std::map<std::string, std::size_t> frames;
-  std::vector<std::string> contents;
-  for (const gemmi::cif::Block& block : document.blocks) {
-    for (const gemmi::cif::Block* frame : framesOf(block)) {
-      std::string category = frameValue(*frame, "_Saveframe_category");
-      for (const gemmi::cif::Item& item : frame->items)
-        if (item.type == gemmi::cif::ItemType::Pair && contains(lower(item.pair[0]), ".sf_category"))
-          category = gemmi::cif::as_string(item.pair[1]);
-      if (!category.empty()) ++frames[category];
-    }
-    if (!tablesOf(block, "_atom_site.").empty()) contents.push_back("atom coordinates");
+  bool hasCoordinates = false;
+  for (const StarFrame& frame : framesOf(entry)) {
+    std::string category = frameValue(frame, "_Saveframe_category");
+    const StarFile& file = frame.file();
+    for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+      if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
+        category = file.textOf(file.pairs[p].value);
+    if (!category.empty()) ++frames[printable(category)];
+    hasCoordinates = hasCoordinates || !tablesOf(frame, "_atom_site.").empty();
   }
+  std::vector<std::string> contents;
+  if (hasCoordinates) contents.push_back("atom coordinates");
   for (const auto& [category, count] : frames)
     contents.push_back(count == 1 ? category : std::to_string(count) + " " + category);
   return contents;
+}
+
+std::string nameOf(std::string text, std::vector<std::string>& notes) {
+  if (text.size() <= kLongestName) return text;
+  const std::string note = "names of more than " + std::to_string(kLongestName) + " characters are cut";
+  if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
+  return printable(text, kLongestName);
+}
+
+void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name) {
+  if (file.lists.size() == kMostListsOrChains)
+    throw FileError(name, 0, "has more than " + std::to_string(kMostListsOrChains) + " shift lists",
+                    "split it into one file per protein");
+  std::size_t rows = list.shifts.size() + more;
+  for (const FileShiftList& other : file.lists) rows += other.shifts.size();
+  if (rows > kMostShiftRows)
+    throw FileError(name, 0, "has more than " + std::to_string(kMostShiftRows) + " shift rows",
+                    "split it into one file per protein");
+  list.shifts.reserve(list.shifts.size() + more);
+}
+
+void BondEnds::add(std::size_t chain, const std::string& key) {
+  if (++count > kMostBondEnds)
+    throw FileError(fileName, 0,
+                    "has more than " + std::to_string(kMostBondEnds) + " ends of disulfide bonds in all copies",
+                    "give the part with the protein only");
+  chains[chain].disulfides.push_back(key);
 }
 
 void makeNamesDiffer(std::vector<FileChain>& chains) {
@@ -163,19 +233,37 @@ void makeNamesDiffer(std::vector<FileChain>& chains) {
   }
 }
 
-void placeByNames(std::vector<FileShift>& rows, const std::vector<FileChain>& chains,
+void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
                   std::vector<std::string>& notes) {
   const auto isPlaced = [](const FileShift& row) { return row.chain != kNoChain; };
-  if (std::all_of(rows.begin(), rows.end(), isPlaced)) return;
   std::vector<std::size_t> candidates;
   for (std::size_t c = 0; c < chains.size(); ++c)
     if (chains[c].polymer != Polymer::other) candidates.push_back(c);
-  const std::size_t chosen = candidates.size() == 1 ? candidates.front() : bestFit(rows, chains);
-  if (chosen == kNoChain) return;
-  for (FileShift& row : rows)
-    if (row.chain == kNoChain) row.chain = chosen;
-  if (candidates.size() > 1)
-    notes.push_back("shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best");
+  std::vector<Letters> letters;
+  for (FileShiftList& list : lists) {
+    std::vector<FileShift>& rows = list.shifts;
+    if (std::all_of(rows.begin(), rows.end(), isPlaced)) continue;
+    if (candidates.size() != 1 && letters.empty())
+      for (const FileChain& chain : chains) letters.push_back(lettersOf(chain));
+    const std::size_t chosen = candidates.size() == 1 ? candidates.front() : bestFit(rows, letters);
+    if (chosen == kNoChain) continue;
+    for (FileShift& row : rows)
+      if (row.chain == kNoChain) row.chain = chosen;
+    if (candidates.size() < 2) continue;
+    const std::string note =
+        "shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best";
+    if (notes.empty() || notes.back() != note) notes.push_back(note);
+  }
+}
+
+void numberByRows(std::vector<FileChain>& chains, const std::vector<FileShiftList>& lists,
+                  std::vector<std::string>& notes) {
+  std::vector<RowNumbers> ofRows(chains.size());
+  for (const FileShiftList& list : lists)
+    for (const FileShift& row : list.shifts)
+      if (row.chain < chains.size() && !row.key.empty() && !row.number.empty())
+        ofRows[row.chain].emplace(row.key, row.number);
+  for (std::size_t c = 0; c < chains.size(); ++c) numberChain(chains[c], ofRows[c], notes);
 }
 
 }  // namespace zorvela

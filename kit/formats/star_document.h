@@ -1,65 +1,147 @@
 // A parsed STAR file (NMR-STAR, NEF, CIF) as tables of text cells.
+//
+// The text is kept as it came; tags and values are places in it, so that a file costs a few bytes for each of
+// its words, and the values of loops that no reader asks for cost none. What is wrong in one place does not
+// spoil the rest: a row with too few or too many values is left out where the lines show which one it is, and
+// a save frame that is not closed ends where the next one begins. Each of these is a note.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <gemmi/cifdoc.hpp>
-
 namespace zorvela {
+
+/// A piece of the text of a file.
+struct StarSpan {
+  std::uint32_t begin = 0;
+  std::uint32_t size = 0;
+};
+
+/// A tag with one value.
+struct StarPair {
+  StarSpan tag;
+  StarSpan value;
+};
+
+/// A loop: its tags, and its values row by row. Index ranges are of `StarFile::tags` and `values`.
+struct StarLoop {
+  std::uint32_t firstTag = 0;
+  std::uint32_t tagCount = 0;
+  std::uint32_t firstValue = 0;
+  std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader asks for
+  std::uint32_t badLine = 0;     ///< where values are missing or left over and no line shows which; 0: nowhere
+  bool isEmpty = true;           ///< there were no values at all
+};
+
+/// A save frame, or a stretch of a data block outside them.
+struct StarFrameRange {
+  StarSpan name;
+  std::uint32_t block = 0;  ///< which data block of the file
+  std::uint32_t firstPair = 0, endPair = 0;
+  std::uint32_t firstLoop = 0, endLoop = 0;
+};
+
+/// A file as it was parsed.
+struct StarFile {
+  std::string name;  ///< how messages name it
+  std::string text;
+  std::vector<StarSpan> tags;
+  std::vector<StarSpan> values;
+  std::vector<StarPair> pairs;
+  std::vector<StarLoop> loops;
+  std::vector<StarFrameRange> frames;
+  std::vector<StarSpan> blocks;    ///< their names
+  std::vector<std::string> notes;  ///< what is wrong in it and was passed over, with the line
+
+  std::string_view textOf(StarSpan span) const {
+    return std::string_view(text).substr(span.begin, span.size);
+  }
+};
+
+/// An entry: the frames of one data block, or of the whole file.
+struct StarEntry {
+  std::shared_ptr<const StarFile> file;
+  std::size_t firstFrame = 0;
+  std::size_t endFrame = 0;
+  std::string name;  ///< of its data block; empty where the file is one entry
+};
+
+/// A view of a save frame or a stretch of a data block: valid as long as the file.
+class StarFrame {
+ public:
+  StarFrame(const StarFile& starFile, std::size_t index) : source(&starFile), range(&starFile.frames[index]) {}
+
+  /// Empty for a block without a name.
+  std::string name() const { return std::string(source->textOf(range->name)); }
+  const StarFile& file() const { return *source; }
+  const StarFrameRange& items() const { return *range; }
+
+ private:
+  const StarFile* source;
+  const StarFrameRange* range;
+};
 
 /// Whether a text begins as STAR does.
 bool isStar(std::string_view text);
 
-/// Parses STAR text. FileError with the parser's message, and the user's line and column, where the text
-/// is not STAR. `name` is how messages name the file.
-gemmi::cif::Document parseStar(std::string_view text, const std::string& name);
+/// The shift lists within a text of another kind (a restraint list with a list of shifts in it), every other
+/// byte but the line ends made blank; empty where there are none. Lines keep their numbers.
+std::string starWithin(std::string_view text);
 
-/// The entries of a document, each as a document of its own: entries that stand one after the other in a
-/// file number their molecules alike, so each is read alone. The whole document where it holds fewer than
-/// two data blocks with molecules and shifts.
-std::vector<gemmi::cif::Document> entriesOf(gemmi::cif::Document document);
+/// Parses STAR text of up to 256 MiB. FileError with the user's line for a text field or quote that is never
+/// closed, for values without a tag where shifts or sequences stand, and beyond what any real file holds.
+/// `name` is how messages name the file.
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name);
+
+/// The entries of a file: entries that stand one after the other number their molecules alike, so each is
+/// read alone. The whole file where it holds fewer than two data blocks with molecules and shifts.
+std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file);
 
 /// A loop, or the tags with one value of a save frame, seen as a table. Tags are compared without regard
-/// to case. A view: valid as long as the document.
+/// to case. A view: valid as long as the file.
 class StarTable {
  public:
   /// Index of a column that is not there.
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
-  explicit StarTable(const gemmi::cif::Loop& loop) : rowsOf(&loop) {}
-  explicit StarTable(const gemmi::cif::Block& frame) : pairsOf(&frame) {}
+  StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
+  explicit StarTable(const StarFrame& frame) : source(&frame.file()), pairsOf(&frame.items()) {}
 
-  std::size_t rows() const { return rowsOf != nullptr ? rowsOf->length() : 1; }
+  /// FileError for a loop in which values are missing and none can be placed with certainty.
+  std::size_t rows() const;
   /// The column, `kAbsent` if there is none of that tag.
   std::size_t column(std::string_view tag) const;
   /// The first column among the tags that is there.
   std::size_t columnOfAny(const std::vector<std::string_view>& tags) const;
   bool has(std::string_view tag) const { return column(tag) != kAbsent; }
   /// The value without quotes and outer white space; empty for ".", "?" and an absent column.
-  std::string text(std::size_t row, std::size_t column) const;
+  std::string text(std::size_t row, std::size_t column) const { return std::string(cell(row, column)); }
+  /// The same for a number or a short name: one of more than 60 bytes is cut and ends in "...".
+  std::string word(std::size_t row, std::size_t column) const;
 
  private:
-  const gemmi::cif::Loop* rowsOf = nullptr;
-  const gemmi::cif::Block* pairsOf = nullptr;
+  std::string_view cell(std::size_t row, std::size_t column) const;
+
+  const StarFile* source;
+  const StarLoop* loop = nullptr;
+  const StarFrameRange* pairsOf = nullptr;
 };
 
 /// All tables of a frame that have the tag.
-std::vector<StarTable> tablesWith(const gemmi::cif::Block& frame, std::string_view tag);
+std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag);
 
 /// All tables of a frame with a tag that begins so.
-std::vector<StarTable> tablesOf(const gemmi::cif::Block& frame, std::string_view tagStart);
+std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart);
 
 /// The value of a tag that stands outside loops; empty if there is none.
-std::string frameValue(const gemmi::cif::Block& frame, std::string_view tag);
+std::string frameValue(const StarFrame& frame, std::string_view tag);
 
-/// The block itself and all its save frames, in order.
-std::vector<const gemmi::cif::Block*> framesOf(const gemmi::cif::Block& block);
-
-/// The frames of all blocks of a document, in order.
-std::vector<const gemmi::cif::Block*> framesOf(const gemmi::cif::Document& document);
+/// The frames of an entry, in order.
+std::vector<StarFrame> framesOf(const StarEntry& entry);
 
 /// A value that names a save frame, without the "$".
 std::string withoutDollar(std::string text);

@@ -19,6 +19,7 @@ bool startsWith(std::string_view text, std::string_view start) {
 
 StarToken::Kind kindOf(std::string_view word) {
   if (word.front() == '_') return StarToken::Kind::tag;
+  if (word.find('_') == std::string_view::npos) return StarToken::Kind::value;
   if (equalIgnoringCase(word, "loop_")) return StarToken::Kind::loop;
   if (equalIgnoringCase(word, "stop_")) return StarToken::Kind::stop;
   for (const char* heading : {"save_", "data_", "global_"})

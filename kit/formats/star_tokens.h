@@ -1,4 +1,4 @@
-// The words of STAR text with their places, for editing a file without touching the rest of it.
+// The words of STAR text (NMR-STAR, NEF, CIF) with their places.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct StarToken {
     tag,      ///< _nef_sequence.index
     loop,     ///< loop_
     stop,     ///< stop_
-    frame,    ///< save_name, data_name, global_: name in `value`
+    frame,    ///< save_name, data_name, global_: the whole word in `value`
     value     ///< a word, a quoted string or a text field: without its quotes in `value`
   };
   Kind kind = Kind::end;

@@ -16,6 +16,11 @@ bool callsForCorrection(const ReferencingOffset& offset) {
   return offset.recommended && std::isfinite(offset.offset);
 }
 
+bool differsFromFlag(const ProlineResult& proline) {
+  if (!proline.cisFlag) return false;
+  return proline.call == (*proline.cisFlag ? Call::trans : Call::cis);
+}
+
 namespace {
 
 /// Puts a protein in the place of the one before and assembles its secondary shifts.
@@ -78,6 +83,8 @@ ProlineResult describe(const ZORVELA& run, const Protein& protein, const ShiftsB
   proline.count = shiftCount(run, position);
   proline.nextCount = shiftCount(run, position + 1);
   proline.cgShift = observedCG(cgShifts, position);
+  if (const auto flag = protein.cisFlags.find(position); flag != protein.cisFlags.end())
+    proline.cisFlag = flag->second;
   return proline;
 }
 

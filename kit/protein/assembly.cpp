@@ -92,6 +92,11 @@ class ProteinMaker {
       throw FileError(path, 0,
                       "has more than " + std::to_string(kMostListsOrChains) + " chains or shift lists",
                       "split it into one file per protein");
+    if (file.lists.size() * file.chains.size() > kMostChainsTimesLists)
+      throw FileError(path, 0,
+                      "has " + std::to_string(file.lists.size()) + " shift lists and " +
+                          std::to_string(file.chains.size()) + " chains",
+                      "split it into one file per protein");
     for (const FileChain& chain : file.chains)
       if (chain.residues.size() > kLongestSequence)
         throw FileError(path, 0,
@@ -215,7 +220,10 @@ class ProteinMaker {
     protein.file = path;
     protein.chain = from.name;
     protein.list = file.lists[list].name;
-    const ChainSequence sequence = makeSequence(from, allRowsOf(chain), protein.notes);
+    if (sequenceOf != chain) buildSequence(chain);
+    protein.notes = sequenceNotes;
+    residuesMade += sequence.letters.size();
+    checkResiduesMade(residuesMade, path);
     protein.sequence = sequence.letters;
     protein.numbers = sequence.numbers;
     protein.shifts = makeShifts(sequence, rowsOf[list][chain], protein.notes, protein.asides);
@@ -224,7 +232,7 @@ class ProteinMaker {
       return;
     }
     markDisulfides(from, sequence, protein);
-    addRemarks(from, list, sequence, protein);
+    addRemarks(from, list, protein);
     proteins.push_back(std::move(protein));
   }
 
@@ -238,12 +246,18 @@ class ProteinMaker {
     leftOut.push_back({what, " (" + enumerated(reasons, kMostReasons) + ")"});
   }
 
+  /// Of all lists of a chain, so that each of its tables has the same sequence.
+  void buildSequence(std::size_t chain) {
+    sequenceNotes.clear();
+    sequence = makeSequence(file.chains[chain], allRowsOf(chain), sequenceNotes);
+    sequenceOf = chain;
+  }
+
   std::string listText(std::size_t list) const {
     return file.lists[list].name.empty() ? "the list without a name" : "list " + file.lists[list].name;
   }
 
-  void addRemarks(const FileChain& chain, std::size_t list, const ChainSequence& sequence,
-                  Protein& protein) const {
+  void addRemarks(const FileChain& chain, std::size_t list, Protein& protein) const {
     std::string origin = "Imported from " + baseName() + " (" + file.format + ")";
     if (!chain.name.empty()) origin += ", chain " + chain.name;
     if (!chain.molecule.empty() && chain.molecule != chain.name) origin += ", " + chain.molecule;
@@ -251,10 +265,16 @@ class ProteinMaker {
     protein.remarks.push_back(printable(origin));
     for (const std::string& remark : numberingRemarks(protein.numbers))
       protein.remarks.push_back(printable(remark));
+    addCisFlags(chain, protein);
+  }
+
+  void addCisFlags(const FileChain& chain, Protein& protein) const {
+    for (const FileCisFlag& flag : chain.cisFlags)
+      if (const auto found = sequence.byKey.find(flag.key); found != sequence.byKey.end())
+        protein.cisFlags.emplace(found->second, flag.isCis);
     std::vector<std::string> cis;
-    for (const std::string& key : chain.cisBonds)
-      if (const auto found = sequence.byKey.find(key); found != sequence.byKey.end())
-        cis.push_back(sequence.letter(found->second) + sequence.number(found->second));
+    for (const auto& [resid, isCis] : protein.cisFlags)
+      if (isCis) cis.push_back(sequence.letter(resid) + sequence.number(resid));
     if (cis.empty()) return;
     const std::string text = "he file marks as cis peptide bond: " + enumerated(cis, cis.size());
     protein.remarks.push_back(printable("T" + text, kLongestNote));
@@ -304,9 +324,20 @@ class ProteinMaker {
   std::vector<std::size_t> withoutChain;       ///< rows by list
   std::vector<LeftOut> leftOut;
   std::vector<std::string> listNotes;
+  ChainSequence sequence;  ///< of the chain that is made
+  std::vector<std::string> sequenceNotes;
+  std::size_t sequenceOf = kNoChain;
+  std::size_t residuesMade = 0;
 };
 
 }  // namespace
+
+void checkResiduesMade(std::size_t residues, const std::string& path) {
+  if (residues > kMostResiduesMade)
+    throw FileError(path, 0,
+                    "makes more than " + std::to_string(kMostResiduesMade) + " residues in all tables together",
+                    "choose a chain and a list, or split the file");
+}
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
   if (file.table) {

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include <gemmi/elem.hpp>
 #include <gemmi/resinfo.hpp>
 
 #include "util/text.h"
@@ -152,6 +153,13 @@ ResidueType residueType(std::string_view name) {
 
 ResidueType polypeptideResidue(std::string_view name) {
   return name.size() == 1 ? residueType(threeLetterName(name.front())) : residueType(name);
+}
+
+bool isIonOrWater(std::string_view name) {
+  const std::string key = upper(name);
+  if (key == "HOH" || key == "WAT" || key == "DOD") return true;
+  // Two letters: an element, or a nucleotide (DA, DC, DG, DI, DT, DU).
+  return key.size() == 2 && !isNucleotide(key) && gemmi::Element(key.c_str()) != gemmi::El::X;
 }
 
 std::string threeLetterName(char code) {

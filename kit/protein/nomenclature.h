@@ -43,6 +43,9 @@ ResidueType polypeptideResidue(std::string_view name);
 /// no single type (X, B, Z). Lower-case c is the cysteine of a disulfide bond.
 std::string threeLetterName(char code);
 
+/// Whether the name is that of a metal ion or of water (CA, ZN, HOH): no residue of a polymer.
+bool isIonOrWater(std::string_view name);
+
 /// Whether the name is that of a nucleotide (A, DA, ADE, PSU).
 bool isNucleotide(std::string_view name);
 

@@ -1,5 +1,6 @@
 #include "protein/numbering.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -67,13 +68,30 @@ class Sentences {
   std::size_t pos = 0;
 };
 
-/// Index of the nearest known number before a place, else after it; its own index if there is none.
-std::size_t nearestKnown(const std::vector<std::string>& numbers, std::size_t at) {
-  for (std::size_t i = at; i-- > 0;)
-    if (!numbers[i].empty()) return i;
-  for (std::size_t i = at + 1; i < numbers.size(); ++i)
-    if (!numbers[i].empty()) return i;
-  return at;
+/// A number that no residue has yet: so many steps from a known one; nothing if it is taken or there is none.
+std::optional<std::string> freeNumber(const std::string& known, long steps,
+                                      const std::unordered_set<std::string>& taken) {
+  const auto number = steppedNumber(known, steps);
+  return number && taken.count(*number) == 0 ? number : std::nullopt;
+}
+
+/// Whether a number is greater than another, whatever their insertion codes.
+bool standsAbove(const std::string& number, const std::string& other) {
+  const auto first = readResidueNumber(other);
+  const auto second = readResidueNumber(number);
+  return first && second && second->number > first->number;
+}
+
+/// The number before with the first free insertion code, as inserted residues have it: 10A, 10B.
+std::optional<std::string> insertedNumber(const std::string& before,
+                                          const std::unordered_set<std::string>& taken) {
+  const auto number = readResidueNumber(before);
+  if (!number) return std::nullopt;
+  for (char code = 'A'; code <= 'Z'; ++code) {
+    std::string candidate = std::to_string(number->number) + code;
+    if (taken.count(candidate) == 0) return candidate;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -122,19 +140,25 @@ std::string shiftedNumbering(const std::string& remark, long offset) {
 
 void completeNumbers(std::vector<std::string>& numbers) {
   std::unordered_set<std::string> taken(numbers.begin(), numbers.end());
-  const std::vector<std::string> known = numbers;
-  bool isClash = false;
+  taken.erase("");
+  std::size_t next = 0;  // the nearest residue after this one whose number is known
+  std::size_t place = 0;
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     if (!numbers[i].empty()) continue;
-    const std::size_t from = i > 0 && !numbers[i - 1].empty() ? i - 1 : nearestKnown(known, i);
-    const auto steps = static_cast<long>(i) - static_cast<long>(from);
-    const auto number = from == i ? std::nullopt : steppedNumber(numbers[from], steps);
-    isClash = isClash || !number || !taken.insert(*number).second;
-    if (isClash) break;
-    numbers[i] = *number;
+    next = std::max(next, i);
+    while (next < numbers.size() && numbers[next].empty()) ++next;
+    std::optional<std::string> number;
+    if (i > 0) number = freeNumber(numbers[i - 1], 1, taken);
+    if (!number && next < numbers.size()) {
+      number = freeNumber(numbers[next], static_cast<long>(i) - static_cast<long>(next), taken);
+      if (number && i > 0 && !standsAbove(*number, numbers[i - 1])) number.reset();
+    }
+    if (!number && i > 0) number = insertedNumber(numbers[i - 1], taken);
+    while (!number)
+      if (std::string free = std::to_string(++place); taken.count(free) == 0) number = std::move(free);
+    taken.insert(*number);
+    numbers[i] = std::move(*number);
   }
-  if (!isClash) return;
-  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = std::to_string(i + 1);
 }
 
 }  // namespace zorvela

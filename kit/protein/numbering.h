@@ -21,9 +21,9 @@ bool hasNumbering(const std::string& remark);
 /// The remark with `offset` subtracted from the numbers "here".
 std::string shiftedNumbering(const std::string& remark, long offset);
 
-/// Numbers for residues that have none (empty), counted on from the nearest known neighbour, unless
-/// another residue has that number already; such residues and those of a chain without any number get
-/// their place in the chain.
+/// Numbers for residues that have none (empty), counted on from the neighbour before or, where that number
+/// is taken, back from the next known one; between 10 and 11 stands 10A. Numbers that are known stay. 1, 2, 3
+/// ... for a chain without any.
 void completeNumbers(std::vector<std::string>& numbers);
 
 }  // namespace zorvela

@@ -38,9 +38,12 @@ std::vector<Protein> readEntries(const std::vector<Source>& entries, const Impor
   std::vector<Protein> proteins;
   std::vector<std::string> passedOver;
   std::exception_ptr firstError;
+  std::size_t residues = 0;
   for (const Source& entry : entries) {
     try {
       std::vector<Protein> found = readEntry(entry, options);
+      for (const Protein& protein : found) residues += protein.sequence.size();
+      if (entries.size() > 1) checkResiduesMade(residues, entry.file);
       std::move(found.begin(), found.end(), std::back_inserter(proteins));
     } catch (const Error& error) {
       passedOver.emplace_back(error.what());
@@ -48,8 +51,9 @@ std::vector<Protein> readEntries(const std::vector<Source>& entries, const Impor
     }
   }
   if (proteins.empty()) std::rethrow_exception(firstError);
-  for (const std::string& why : passedOver)
-    proteins.front().notes.push_back("a data block is left out: " + printable(why, 300));
+  LimitedNotes notes("data blocks left out");
+  for (const std::string& why : passedOver) notes.add("a data block is left out: " + printable(why, 300));
+  notes.appendTo(proteins.front().notes);
   return proteins;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_set>
 
 #include "protein/numbering.h"
 #include "util/text.h"
@@ -13,7 +14,7 @@ namespace {
 // A longer gap becomes a single "?": it parts its neighbours as well, and residue numbers that jump to
 // another range are no missing loop. The second limit bounds what a file with many gaps can ask for.
 constexpr int kLongestGap = 1000;
-constexpr int kMostFilled = 20000;
+constexpr int kMostFilled = 5000;
 constexpr std::size_t kLongestNumber = 20;
 
 const std::string& keyOf(const FileShift& row) {
@@ -31,33 +32,58 @@ bool standsBefore(const DerivedResidue& a, const DerivedResidue& b) {
   return a.order.code < b.order.code;
 }
 
-void noteOtherName(const FileResidue& residue, const FileShift& row, std::vector<std::string>& notes) {
-  notes.push_back("residue " + residue.key + " is called both " + residue.name + " and " + row.residueName +
-                  ": " + residue.name + " is used");
+void noteOtherName(const FileResidue& residue, const FileShift& row, LimitedNotes& notes) {
+  notes.add("residue " + residue.key + " is called both " + residue.name + " and " + row.residueName + ": " +
+            residue.name + " is used");
+}
+
+/// The numbers that people use are the rows' own; where no row has one, the places count.
+void numberByPlace(std::vector<DerivedResidue>& derived) {
+  const auto hasNumber = [](const DerivedResidue& one) { return !one.residue.number.empty(); };
+  if (std::any_of(derived.begin(), derived.end(), hasNumber)) return;
+  for (DerivedResidue& one : derived) one.residue.number = one.residue.key;
+}
+
+/// A number that several residues have stays with the first of them.
+void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string>& notes) {
+  std::unordered_set<std::string> taken;
+  std::vector<std::string> twice;
+  for (FileResidue& residue : residues) {
+    if (residue.number.empty() || taken.insert(residue.number).second) continue;
+    twice.push_back(residue.number);
+    residue.number.clear();
+  }
+  if (!twice.empty())
+    notes.push_back("two residues have one number, the first keeps it: " + enumerated(twice));
 }
 
 std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::string>& notes) {
   std::vector<DerivedResidue> derived;
   std::unordered_map<std::string, std::size_t> indexOf;
   std::unordered_map<std::string, std::string> otherNames;
+  LimitedNotes differing("residues with two names");
   for (const FileShift* row : rows) {
     const std::string& key = keyOf(*row);
     const auto order = readResidueNumber(key);
-    if (!order) continue;  // noted where the shifts are placed
+    if (!order || isIonOrWater(row->residueName)) continue;  // noted where the shifts are placed
     const auto [entry, isNew] = indexOf.emplace(key, derived.size());
     if (isNew) {
-      derived.push_back({*order, {key, row->number.empty() ? key : row->number, row->residueName}});
+      derived.push_back({*order, {key, row->number, row->residueName}});
       continue;
     }
     FileResidue& residue = derived[entry->second].residue;
     if (residue.name.empty()) residue.name = row->residueName;
+    if (residue.number.empty()) residue.number = row->number;
     const bool isOther = !row->residueName.empty() && !equalIgnoringCase(residue.name, row->residueName);
-    if (isOther && otherNames.emplace(key, row->residueName).second) noteOtherName(residue, *row, notes);
+    if (isOther && otherNames.emplace(key, row->residueName).second) noteOtherName(residue, *row, differing);
   }
+  differing.appendTo(notes);
+  numberByPlace(derived);
   std::stable_sort(derived.begin(), derived.end(), standsBefore);
   std::vector<FileResidue> residues;
   residues.reserve(derived.size());
   for (DerivedResidue& one : derived) residues.push_back(std::move(one.residue));
+  keepNumbersOnce(residues, notes);
   return residues;
 }
 

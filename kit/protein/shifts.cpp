@@ -95,24 +95,17 @@ class RowPlacer {
       if (key && letter != kUnknownResidue && sample.size() < kSampleSize) sample.emplace(*key, letter);
     }
     if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
-    std::unordered_map<long, std::size_t> votes;
+    const long first = sample.begin()->first;
+    const long last = sample.rbegin()->first;
+    if (last - first > kLongestSearched) return 0;  // no numbers of one protein
+    std::vector<std::size_t> votes(static_cast<std::size_t>(sequence.size() + last - first), 0);
     for (const auto& [key, letter] : sample)
       for (int i = 1; i <= sequence.size(); ++i)
-        if (sequence.letter(i) == letter) ++votes[static_cast<long>(i) - key];
-    return clearWinner(votes, sample.size());
-  }
-
-  static long clearWinner(const std::unordered_map<long, std::size_t>& votes, std::size_t voters) {
-    std::pair<std::size_t, long> best{0, 0};
-    bool isTie = false;
-    for (const auto& [candidate, count] : votes) {
-      if (count == best.first) isTie = true;
-      if (count > best.first) {
-        best = {count, candidate};
-        isTie = false;
-      }
-    }
-    return !isTie && best.first * 10 >= voters * 9 ? best.second : 0;
+        if (sequence.letter(i) == letter) ++votes[static_cast<std::size_t>(i - 1 + last - key)];
+    // votes[0] is for residue 1 as the last of the sample.
+    const auto best = std::max_element(votes.begin(), votes.end());
+    const bool isTie = std::count(votes.begin(), votes.end(), *best) > 1;
+    return !isTie && *best * 10 >= sample.size() * 9 ? best - votes.begin() + 1 - last : 0;
   }
 
   const ChainSequence& sequence;
@@ -127,6 +120,10 @@ class ShiftCollector {
   void collect(const ShiftRows& rows) {
     const RowPlacer placer(sequence, rows);
     if (placer.appliedOffset() != 0) noteOffset(placer.appliedOffset());
+    elementsRepeatNames = std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
+      return equalIgnoringCase(row->element, row->atom) && isTableAtom(upper(row->atom)) &&
+             row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
+    });
     for (const FileShift* row : rows) {
       if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
       const int resid = placer.place(*row);
@@ -134,6 +131,8 @@ class ShiftCollector {
         ++outside[row->key.empty() ? row->number : row->key];
       else if (!placer.fits(*row, resid))
         ++misnamed[{resid, row->residueName}];
+      else if (isOfOtherElement(*row))
+        addOnce(otherElements, sequence.number(resid) + " " + row->atom + " (" + row->element + ")");
       else
         take(*row, resid);
     }
@@ -193,6 +192,19 @@ class ShiftCollector {
 
   static void addOnce(std::vector<std::string>& items, const std::string& item) {
     if (items.empty() || items.back() != item) items.push_back(item);
+  }
+
+  /// Whether the row says that its atom is of another element than its name does: the CA of calcium. Deuterium
+  /// is hydrogen here.
+  bool isOfOtherElement(const FileShift& row) const {
+    if (elementsRepeatNames) return false;
+    const std::string element = upper(row.element);
+    const std::string atom = upper(row.atom);
+    const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
+    const auto own = std::find_if(atom.begin(), atom.end(), isLetter);          // 1HA
+    if (first == element.end() || own == atom.end()) return false;
+    const std::string symbol(first, element.end());
+    return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
   }
 
   static bool isPseudoAtom(const AtomReading& atom) { return atom.kind == AtomReading::Kind::pseudo; }
@@ -266,10 +278,14 @@ class ShiftCollector {
 
   void noteLists(std::vector<std::string>& notes) const {
     notes.insert(notes.end(), remarks.begin(), remarks.end());
+    LimitedNotes otherNames("residues that the rows call otherwise");
     for (const auto& [residue, count] : misnamed)
-      notes.push_back("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
+      otherNames.add("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
                       counted(count, "shift row", "shift rows") + " but " + sequenceName(residue.first) +
                       " in the sequence: left out");
+    otherNames.appendTo(notes);
+    if (!otherElements.empty())
+      notes.push_back("atoms of another element than their name says, left out: " + enumerated(otherElements));
     for (const auto& [code, atoms] : ambiguous)
       notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                       ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));
@@ -314,12 +330,14 @@ class ShiftCollector {
   std::map<std::string, std::size_t> outside;
   std::map<std::pair<int, std::string>, std::size_t> misnamed;
   std::map<std::string, std::vector<std::string>> ambiguous;
+  std::vector<std::string> otherElements;
   std::vector<std::string> pseudo;
   std::vector<std::string> older;
   std::vector<std::string> foreign;
   std::vector<std::string> hydroxylRing;
   LimitedNotes badValues{"values that are no numbers"};
   LimitedNotes duplicates{"atoms that are given twice"};
+  bool elementsRepeatNames = false;  ///< the column of the elements holds names of atoms: it says nothing
   std::size_t withoutValue = 0;
   std::size_t missingMarks = 0;
   std::size_t repeated = 0;

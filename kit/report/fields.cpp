@@ -81,7 +81,8 @@ const std::vector<Field<ProlineResult>>& prolineFields() {
       {"p_cis", In::csvAndJson, [](Proline proline) { return orNothing(proline.pCis); }},
       {"p_cis_norm", In::csvAndJson, [](Proline proline) { return orNothing(proline.pCisNorm); }},
       {"call", In::csvAndJson, [](Proline proline) -> Value { return toText(proline.call); }},
-      {"reason", In::csvAndJson, [](Proline proline) { return orNothing(proline.reason); }}};
+      {"reason", In::csvAndJson, [](Proline proline) { return orNothing(proline.reason); }},
+      {"cis_flag", In::json, [](Proline proline) { return orNothing(proline.cisFlag); }}};
   return fields;
 }
 
@@ -104,7 +105,8 @@ const std::vector<Field<ProlineResult>>& evidenceColumns() {
   using Proline = const ProlineResult&;
   static const std::vector<Field<ProlineResult>> fields = {
       {"strongest", In::csv, [](Proline proline) { return orNothing(strongestOf(proline)); }},
-      {"next_shift", In::csv, [](Proline proline) { return orNothing(nextShiftOf(proline)); }}};
+      {"next_shift", In::csv, [](Proline proline) { return orNothing(nextShiftOf(proline)); }},
+      {"cis_flag", In::csv, [](Proline proline) { return orNothing(proline.cisFlag); }}};
   return fields;
 }
 

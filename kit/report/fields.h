@@ -32,9 +32,9 @@ struct Field {
 const std::vector<Field<ProteinResult>>& proteinFields();
 /// Of a proline; in CSV they come after those of the chain.
 const std::vector<Field<ProlineResult>>& prolineFields();
-/// Of a chain as well, last in CSV: the referencing offsets in a row.
+/// Of a chain as well, after them in CSV: the referencing offsets in a row.
 const std::vector<Field<ProteinResult>>& offsetColumns();
-/// Of a proline, the very last in CSV: its evidence in short.
+/// Of a proline, the very last in CSV: its evidence in short, and the file's own flag.
 const std::vector<Field<ProlineResult>>& evidenceColumns();
 /// Of one shift in `evidence`, and of one in `next`, in JSON alone.
 const std::vector<Field<ShiftContribution>>& shiftFields();

@@ -5,9 +5,11 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include <gemmi/cif.hpp>
 #include <gemmi/mmcif.hpp>  // for make_structure_from_block
 
-#include "formats/star_document.h"
+#include "formats/limits.h"
+#include "formats/star_tokens.h"
 #include "structure/coordinates.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -70,6 +72,29 @@ constexpr const char* kOtherAtom = "auth_atom_id";
 constexpr const char* kOtherResidue = "auth_comp_id";
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+/// The text parsed as CIF, which mmCIF files are. FileError with the line where it is not.
+cif::Document parsed(const std::string& text, const std::string& name) {
+  StarTokens tokens(text);
+  std::size_t words = 0;
+  while (tokens.next().kind != StarToken::Kind::end)
+    if (++words > kMostWords)
+      throw FileError(name, 0, "has more than " + std::to_string(kMostWords) + " words", kRemedy);
+  cif::Document document;
+  document.source = name;
+  // Repeated tags and frames are let pass: one in a part that is of no interest must not stop the reading.
+  tao::pegtl::memory_input<> input(text, name);
+  try {
+    cif::parse_input(document, input);
+  } catch (const tao::pegtl::parse_error& error) {
+    const auto& place = error.positions().front();
+    throw FileError(name, place.line,
+                    "not valid STAR: " + printable(error.message()) +
+                        (place.byte >= text.size() ? " (the file ends too early)" : ""),
+                    "mend the file there, or fetch it again");
+  }
+  return document;
+}
 
 const cif::Loop* atomLoop(const cif::Document& document, const std::string& name) {
   const cif::Loop* found = nullptr;
@@ -201,7 +226,7 @@ class AtomRows {
 }  // namespace
 
 Coordinates readMmcifCoordinates(const std::string& text, const std::string& name) {
-  cif::Document document = parseStar(text, name);
+  cif::Document document = parsed(text, name);
   const cif::Loop* loop = atomLoop(document, name);
   if (loop == nullptr || loop->values.empty())
     throw FileError(name, 0, "has no atoms (_atom_site)", kRemedy);

@@ -78,6 +78,7 @@ struct ProlineResult {
   std::optional<float> pCis;      ///< probability of cis under equal odds
   std::optional<float> pCisNorm;  ///< probability of cis where 1 proline in 20 is cis
   Call call = Call::none;
+  std::optional<bool> cisFlag;  ///< what the file itself says of the bond before it: true cis, false trans
   std::string reason;                ///< why there is no prediction; empty where there is one
   std::optional<Evidence> evidence;  ///< where there are enough shifts, also if neither class fits
   std::string verdict;  ///< what a structure says of it, in a few words; empty where none was compared
@@ -91,6 +92,9 @@ inline const std::string kTooFewShifts = "too few shifts";
 inline const std::string kLowerCase = "written as lower-case p";
 inline const std::string kNeitherFits = "neither class fits";
 }  // namespace reason
+
+/// Whether the file says cis of a proline that is called trans, or the other way round.
+bool differsFromFlag(const ProlineResult& proline);
 
 /// How completely one residue is assigned.
 struct Assignment {

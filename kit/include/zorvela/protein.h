@@ -1,6 +1,7 @@
 // One protein chain with its shifts, whatever file it came from.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,8 @@ struct Protein {
   std::string list;                  ///< name of the shift list; empty where the file has none
   std::string sequence;              ///< one-letter codes; c: disulfide cysteine, ?: unknown or gap
   std::vector<std::string> numbers;  ///< the file's own residue number (with insertion code) of each residue
+  /// What the file says of the peptide bond before a residue, by position: true cis, false trans.
+  std::map<int, bool> cisFlags;
   std::vector<Shift> shifts;         ///< in order of residue, then N, HN, HA, HA2, HA3, C, CA, CB, CG
   std::vector<std::string> remarks;  ///< REMARK lines of the file worth keeping
   std::vector<std::string> notes;    ///< one line each: what was renamed, dropped, guessed

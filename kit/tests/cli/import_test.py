@@ -203,6 +203,45 @@ class StarTest(ImportTest):
              "Residue 1 here is residue 60 there", "Residue 3 here is residue 61A there",
              "Residue 4 here is residue 62 there"], "EPWHV", ["2 CA 63.500", "5 CA 62.000"]), [], chain="H")
 
+    def test_rows_of_a_copy_that_is_not_there(self):
+        """The author's chain and number place them; one of an unknown chain or without a number is of no place."""
+        status, out, err = self.run_kit(FILES / "star3_stray_copy.str")
+        file = "zorvela-kit: note: %s, chain A: " % (FILES / "star3_stray_copy.str")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(err.splitlines(), [
+            file + "3 shift rows name copy 0, which the file does not describe; the author's chain and number place them",
+            file + "left out: 2 shifts without a chain that the file describes",
+            file + "the file marks as cis peptide bond: P12; this is kept as a remark and not used",
+            "zorvela-kit: wrote star3_stray_copy_A.tab (3 residues, 4 shifts)",
+            "zorvela-kit: wrote star3_stray_copy_B.tab (3 residues, 2 shifts)",
+            "zorvela-kit: 3 notes on 2 tables"])
+        origin = "Imported from star3_stray_copy.str (NMR-STAR 3), chain %s, shift list shifts"
+        self.assertEqual((self.folder / "star3_stray_copy_A.tab").read_text(), table(
+            [origin % "A", "Residue 1 here is residue 11 there", "The file marks as cis peptide bond: P12"], "MPH",
+            ["1 CA 55.100", "2 CA 63.300", "3 CA 57.300", "3 CB 30.400"]))
+        self.assertEqual((self.folder / "star3_stray_copy_B.tab").read_text(), table(
+            [origin % "B", "Residue 1 here is residue 11 there"], "MPH", ["2 CA 63.400", "3 CA 57.500"]))
+
+    def test_authors_numbers_are_kept_and_continued(self):
+        """Two residues before the first number, two missing ones, one after the last."""
+        self.check("star3_author_numbers.str", table(
+            ["Imported from star3_author_numbers.str (NMR-STAR 3), shift list shifts",
+             "Residue 1 here is residue 20 there"], "GSMA??PH",
+            ["1 CA 45.100", "2 CA 58.300", "3 CA 55.200", "4 CA 52.300", "7 CA 63.300", "8 CA 57.300"]),
+            ["the sequence has gaps, written ?: 5 to 6", NO_SEQUENCE])
+        self.check("star2_author_numbers.str", table(
+            ["Imported from star2_author_numbers.str (NMR-STAR 2.1), chain protein, shift list shift_set_1",
+             "Residue 1 here is residue 0 there"], "?MAPS",
+            ["2 CA 55.200", "3 CA 52.400", "4 CA 63.000", "4 CB 31.900"]),
+            ["line 4: the save frame protein is not closed before save_shift_set_1; it is taken to end there",
+             "residue ACE has no counterpart among the 20, written ?: 0"], chain="protein")
+
+    def test_a_list_within_another_file(self):
+        self.check("restraints_with_shifts.mr", table(
+            ["Imported from restraints_with_shifts.mr (NMR-STAR 2.1)", "Residue 1 here is residue 2 there"], "APS",
+            ["1 HN 8.240", "1 CA 52.400", "2 CA 63.000", "3 CB 63.900"]),
+            ["the file holds more than shifts; the shift list in it is read (line 6)", NO_SEQUENCE])
+
     def test_rows_numbered_otherwise_than_the_sequence(self):
         self.check("star3_offset.str", table(
             ["Imported from star3_offset.str (NMR-STAR 3), chain 1, shift list shifts",
@@ -244,9 +283,9 @@ class StarTest(ImportTest):
              "Residue 1 here is residue 1 there"], "GPG", ["2 CB 31.900"]))
 
     def test_syntax_errors_tell_the_users_line(self):
-        (self.folder / "bad.str").write_text("save_x\n_a $b\n_c 'open\nsave_\n")
-        self.check_error("bad.str:3: not valid STAR at column 9: unterminated 'string'; mend the file there, or "
-                         "fetch it again", "bad.str")
+        (self.folder / "bad.str").write_text("save_x\n_a $b\n_Entity.Name 'open\nsave_\n")
+        self.check_error("bad.str:3: not valid STAR: a quote begins in column 14 and is not closed on its line; mend "
+                         "the file there, or fetch it again", "bad.str")
 
 
 class StarPartsTest(ImportTest):
@@ -343,6 +382,30 @@ class NefTest(ImportTest):
         _, out, _ = self.run_kit("jump.nef")
         self.assertIn("DATA SEQUENCE McGGAPGcPc\n", out)
         self.assertIn("REMARK Residue 8 here is residue 18 there\nREMARK Residue 9 here is residue 101 there\n", out)
+
+
+    def test_loops_with_values_missing(self):
+        """One that nobody needs, and the last row of the shifts."""
+        self.check("nef_miscounted.nef", table(
+            ["Imported from nef_miscounted.nef (NEF), chain A, shift list nef_chemical_shift_list_1",
+             "Residue 1 here is residue 1 there"], "MAPS", ["2 CA 52.400", "2 CB 19.000", "3 CA 63.100"]),
+            ["line 12: 2 values for the 3 columns of _nef_program_script; the loop is not used",
+             "line 43: 5 values for the 6 columns of _nef_chemical_shift; left out"], chain="A")
+
+    def test_bonded_residues_ions_and_elements(self):
+        """Numbers that jump over a bond; calcium in the sequence, and where the element alone says so."""
+        self.check("nef_bonded.nef", table(
+            ["Imported from nef_bonded.nef (NEF), chain A, shift list nef_chemical_shift_list_1",
+             "Residue 1 here is residue 1 there", "Residue 3 here is residue 8 there",
+             "Residue 6 here is residue 14 there", "The file marks as cis peptide bond: P8"], "MKPGPS",
+            ["2 CA 56.400", "3 CA 63.200", "4 HN 8.100", "5 CB 32.000"]),
+            ["the numbers of chain A jump between residues that the file calls bonded, so they are neighbours: "
+             "2 to 8, 10 to 14",
+             "left out: 1 shift of chain W (no amino acids)",
+             "atoms of another element than their name says, left out: 9 CA (CA)",
+             "1 shift left out, the sequence has no such residue: 101",
+             "1 row without a value left out",
+             "the file marks as cis peptide bond: P8; this is kept as a remark and not used"], chain="A")
 
 
 class CsvTest(ImportTest):
@@ -628,7 +691,7 @@ class TableTest(ImportTest):
     def test_round_trip(self):
         """The import of an imported table is the same table: remarks, numbers, c and ?."""
         files = [f for f in FILES.iterdir() if f.name not in ("star3_rna.str", "shifts.tsv")]
-        self.assertEqual(self.round_trip(files), len(files) + 3)  # three files have two chains
+        self.assertEqual(self.round_trip(files), len(files) + 4)  # four files have two chains
 
 
 class OutputTest(ImportTest):

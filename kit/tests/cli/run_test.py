@@ -289,6 +289,32 @@ class Errors(InFolder):
         self.assertIn("cis where P_CIS_NORM is at least 0.5, trans where it is at most 0.05, undecided between.",
                       result.stdout)
 
+    def test_flag_of_the_file_that_differs_is_a_warning(self):
+        """Full shifts of trans prolines in NEF; the file calls the first cis, the second trans, the third nothing."""
+        sequence = "APKAPKAPK"
+        names = {"A": "ALA", "P": "PRO", "K": "LYS"}
+        flags = {2: "true", 5: "false"}
+        text = "data_x loop_ _nef_sequence.chain_code _nef_sequence.sequence_code _nef_sequence.residue_name "
+        text += "_nef_sequence.cis_peptide\n"
+        rows = ("stop_ loop_ _nef_chemical_shift.chain_code _nef_chemical_shift.sequence_code "
+                "_nef_chemical_shift.residue_name _nef_chemical_shift.atom_name _nef_chemical_shift.value\n")
+        for resid, letter in enumerate(sequence, 1):
+            text += "A %d %s %s\n" % (resid, names[letter], flags.get(resid, "."))
+            shifts = {atom: shift for _, atom, shift in program.full_residue(sequence, resid)}
+            if letter == "P":
+                shifts.update({atom: shift for (_, atom), shift in TRANS.items()})
+            rows += "".join("A %d %s %s %.3f\n" % (resid, names[letter], *item) for item in shifts.items())
+        self.put("flags.nef", text + rows)
+        result = program.run("--format", "csv", "flags.nef", cwd=self.folder)
+        self.assertEqual([(row["resid"], row["call"], row["cis_flag"]) for row in program.csv_rows(result.stdout)],
+                         [("2", "trans", "yes"), ("5", "trans", "no"), ("8", "trans", "")])
+        self.assertEqual([line for line in result.stderr.splitlines() if "marked" in line],
+                         ["zorvela-kit: warning: flags.nef, chain A: P2 is marked cis in the file but predicted trans "
+                          "(0.000)"])
+        result = program.run("--format", "json", "flags.nef", cwd=self.folder)
+        self.assertEqual([p["cis_flag"] for p in json.loads(result.stdout)["proteins"][0]["prolines"]],
+                         [True, False, None])
+
     def off(self, carbon):
         """32 residues without secondary shifts, but for ppm added to CA and CB."""
         sequence = "A" * 30 + "PA"

@@ -19,7 +19,7 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
-#include "formats/star_text.h"
+#include "formats/star_tokens.h"
 #include "predict/tables.h"
 #include "protein/nomenclature.h"
 #include "protein/shifts.h"
@@ -36,17 +36,14 @@ void check(bool holds) {
   if (!holds) std::abort();
 }
 
-// The pass only ever adds bytes.
-void checkPass(const std::string& original) {
-  const StarText star(original);
-  std::size_t at = 0;
-  for (const char c : star.text())
-    if (at < original.size() && c == original[at]) ++at;
-  check(at == original.size());
-  const TextPlace end = star.placeOf(star.text().size());
-  std::size_t lines = 1;
-  for (const char c : original) lines += c == '\n' ? 1 : 0;
-  check(end.line == lines);
+// Words stand one after the other within the text.
+void checkWords(const std::string& original) {
+  StarTokens tokens(original);
+  std::size_t end = 0;
+  for (StarToken token = tokens.next(); token.kind != StarToken::Kind::end; token = tokens.next()) {
+    check(token.begin >= end && token.end > token.begin && token.end <= original.size());
+    end = token.end;
+  }
 }
 
 void checkProtein(const Protein& protein) {
@@ -237,7 +234,7 @@ std::string grown(const std::string& text) {
 }  // namespace
 
 void checkStar(const std::string& bytes) {
-  checkPass(bytes);
+  checkWords(bytes);
   importBothWays(bytes);
 }
 

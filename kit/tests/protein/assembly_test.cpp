@@ -124,6 +124,10 @@ TEST(Assembly, MoreThanAnyFileHoldsIsAnError) {
   ShiftFile chains = twoLists();
   chains.chains.resize(zorvela::kMostListsOrChains + 1);
   EXPECT_THROW(makeProteins(std::move(chains), "f", {}), zorvela::FileError);
+  ShiftFile product = twoLists();
+  product.chains.resize(200);
+  product.lists.resize(zorvela::kMostChainsTimesLists / 200 + 1);
+  EXPECT_THROW(makeProteins(std::move(product), "f", {}), zorvela::FileError);
   ShiftFile residues = twoLists();
   residues.chains[0].residues.resize(zorvela::kLongestSequence + 1);
   EXPECT_THROW(makeProteins(std::move(residues), "f", {}), zorvela::FileError);
@@ -131,12 +135,13 @@ TEST(Assembly, MoreThanAnyFileHoldsIsAnError) {
 
 TEST(Assembly, MarkedCisBondsAreARemarkAndNoPrediction) {
   ShiftFile file = twoLists();
-  file.chains[0].cisBonds = {"2", "77"};
+  file.chains[0].cisFlags = {{"2", true}, {"77", true}, {"1", false}};
   const Protein protein = makeProteins(std::move(file), "f", {}).at(0);
   EXPECT_EQ(protein.remarks.back(), "The file marks as cis peptide bond: P6");
   EXPECT_EQ(protein.notes.back().rfind("the file marks as cis peptide bond: P6; this is kept", 0), 0U)
       << protein.notes.back();
   EXPECT_EQ(protein.sequence, "AP");
+  EXPECT_EQ(protein.cisFlags, (std::map<int, bool>{{1, false}, {2, true}}));
 }
 
 }  // namespace

@@ -116,4 +116,10 @@ TEST(Atoms, StandInTheOrderOfTheTable) {
   EXPECT_EQ(zorvela::atomRank("CD"), 9U);
 }
 
+TEST(Nomenclature, IonsAndWaterAreNoResidues) {
+  for (const char* name : {"CA", "ZN", "Cd", "HOH", "wat"}) EXPECT_TRUE(zorvela::isIonOrWater(name)) << name;
+  for (const char* name : {"ALA", "K", "C", "DA", "DC", "", "XX", "HIS", "MSE"})
+    EXPECT_FALSE(zorvela::isIonOrWater(name)) << name;
+}
+
 }  // namespace

@@ -51,10 +51,19 @@ TEST(Numbering, MissingNumbersAreCountedOn) {
   EXPECT_EQ(numbers, (Texts{"8", "9", "10", "11", "12", "20", "21"}));
 }
 
-TEST(Numbering, AClashRenumbersTheChain) {
-  Texts numbers = {"10", "", "11"};  // between 10 and 11 there is no whole number
-  zorvela::completeNumbers(numbers);
-  EXPECT_EQ(numbers, (Texts{"1", "2", "3"}));
+TEST(Numbering, NumbersThatAreKnownStay) {
+  Texts between = {"10", "", "", "11"};  // between 10 and 11 there is no whole number
+  zorvela::completeNumbers(between);
+  EXPECT_EQ(between, (Texts{"10", "10A", "10B", "11"}));
+  Texts before = {"", "", "61A", "", "62"};
+  zorvela::completeNumbers(before);
+  EXPECT_EQ(before, (Texts{"1", "2", "61A", "61B", "62"}));
+  Texts back = {"5", "", "1", "2"};
+  zorvela::completeNumbers(back);
+  EXPECT_EQ(back, (Texts{"5", "6", "1", "2"}));
+}
+
+TEST(Numbering, AChainWithoutNumbersHasItsPlaces) {
   Texts none = {"", ""};
   zorvela::completeNumbers(none);
   EXPECT_EQ(none, (Texts{"1", "2"}));

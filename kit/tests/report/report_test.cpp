@@ -40,6 +40,7 @@ zorvela::ProlineResult cisProline() {
   proline.pCis = 0.999F;
   proline.pCisNorm = 0.98125F;
   proline.call = Call::cis;
+  proline.cisFlag = false;
   return proline;
 }
 
@@ -213,24 +214,24 @@ TEST(ReportCsv, HasARowForEachProlineAndEachError) {
       written([](std::ostream& out) { zorvela::writeCsv(sample(), {}, out); }),
       "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
       "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,corrected_ca,corrected_cb,corrected_ha,"
-      "corrected_c,strongest,next_shift\n"
-      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA,,,,,,\n"
-      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA,,,,,,\n"
-      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,,,,,,,\n");
+      "corrected_c,strongest,next_shift,cis_flag\n"
+      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA,,,,,,,no\n"
+      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA,,,,,,,\n"
+      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,,,,,,,,\n");
 }
 
 TEST(ReportCsv, HoldsWhatWasTakenAway) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].offsets[0].correctedBy = 1.5F;
   const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
-  EXPECT_NE(text.find(",CA HA,1.5,,,,,\n"), std::string::npos) << text;
+  EXPECT_NE(text.find(",CA HA,1.5,,,,,,no\n"), std::string::npos) << text;
 }
 
 TEST(ReportCsv, DoublesQuotesAndKeepsLineEndsInQuotes) {
   zorvela::RunReport report = sample();
   report.files = {{"a\"b\n", {}, "bad"}};
   const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
-  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,,,,,,,\n");
+  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,,,,,,,,\n");
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {
@@ -251,11 +252,11 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
       "prolines": [
         {"resid": "117", "position": 17, "prev": "K", "next": "N", "prev_resid": "116", "next_resid": "118",
          "cs_cnt_prev": 6, "cs_cnt": 4, "cs_cnt_next": 5, "cg_shift": 24.31, "p_cis": 0.999,
-         "p_cis_norm": 0.98125, "call": "cis", "reason": null,
+         "p_cis_norm": 0.98125, "call": "cis", "reason": null, "cis_flag": false,
          "evidence": null, "next_shifts": []},
         {"resid": "140", "position": 40, "prev": "c", "next": null, "prev_resid": "139", "next_resid": null,
          "cs_cnt_prev": 0, "cs_cnt": 1, "cs_cnt_next": null, "cg_shift": null, "p_cis": null,
-         "p_cis_norm": null, "call": "none", "reason": "last residue",
+         "p_cis_norm": null, "call": "none", "reason": "last residue", "cis_flag": null,
          "evidence": null, "next_shifts": []}],
       "notes": ["a \"note\"", "an aside"]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]

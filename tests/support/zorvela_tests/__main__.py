@@ -16,10 +16,10 @@ def module_of(path):
     """The file as a module that finds the others of its folder."""
     folder, name = os.path.split(os.path.abspath(path))
     sys.path.insert(0, folder)
-    spec = importlib.util.spec_from_file_location(name.removesuffix(".py"), path)
-    module = importlib.util.module_from_spec(spec)
-    sys.modules[spec.name] = module
-    spec.loader.exec_module(module)
+    found = importlib.util.spec_from_file_location(name.removesuffix(".py"), path)
+    module = importlib.util.module_from_spec(found)
+    sys.modules[found.name] = module
+    found.loader.exec_module(module)
     return module
 
 

@@ -247,7 +247,10 @@ void checkNef(const std::string& bytes) {
 
 void checkCsv(const std::string& bytes) {
   try {
-    readCsv({"input", "", bytes, std::nullopt});
+    Source source;
+    source.file = "input";
+    source.text = bytes;
+    readCsv(source);
   } catch (const Error& error) {
     checkMessage(error);
   }

@@ -471,12 +471,6 @@ class CsvReader {
     if (!isNoValue(value)) {
       row.value = valueText(value);
       decimalCommas = decimalCommas || row.value != withLatinLetters(value);
-      if (isNumber(value) && !isMissingMark(value) && !isPossible(row.residueName, atom, value)) {
-        impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) + " can be no shift of " +
-                       printable(atom, 20) + " of residue " + row.number + "; left out");
-        row.atom.clear();
-        row.value.clear();
-      }
     }
     // A row without atom and value still says that there is such a residue.
     if (row.value.empty() && isNoValue(atom)) row.atom.clear();
@@ -485,8 +479,15 @@ class CsvReader {
 
   void addAtomColumns(const FileShift& row, const std::vector<std::string>& cells) {
     addRow(row);
-    for (const auto& [column, atom] : columns.atoms)
-      if (!isNoValue(cells[column])) addShift(row, atom, cells[column]);
+    for (const auto& [column, atom] : columns.atoms) {
+      const std::string& value = cells[column];
+      if (isNoValue(value)) continue;
+      if (isNumber(value) && !isMissingMark(value) && !isPossible(row.residueName, atom, value))
+        impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) + " can be no shift of " +
+                       atom + " of residue " + row.number + ", so perhaps of another column; left out");
+      else
+        addShift(row, atom, value);
+    }
   }
 
   void addRow(FileShift row) { file.lists[0].shifts.push_back(std::move(row)); }

@@ -247,7 +247,7 @@ void checkNef(const std::string& bytes) {
 
 void checkCsv(const std::string& bytes) {
   try {
-    readCsv({"input", "", bytes, std::nullopt});
+    readCsv({"input", "", bytes, {}, std::nullopt});
   } catch (const Error& error) {
     checkMessage(error);
   }

@@ -169,7 +169,9 @@ void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& ta
   for (std::size_t i = 0; i < names.size(); ++i)
     if (taker.isFree(i) && !isOpenProton(simplified(names[i]), taker))
       if (const std::string atom = atomOfColumn(names[i]); !atom.empty()) claims[atom].push_back(i);
-  for (auto& [atom, claimed] : claims) {
+  for (auto& claim : claims) {
+    const std::string& atom = claim.first;
+    std::vector<std::size_t>& claimed = claim.second;
     const auto isOwn = [&](std::size_t i) { return isOwnName(names[i], atom); };
     if (std::count_if(claimed.begin(), claimed.end(), isOwn) == 1)
       claimed = {*std::find_if(claimed.begin(), claimed.end(), isOwn)};

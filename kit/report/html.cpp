@@ -278,9 +278,9 @@ struct Accuracy {
   bool (*fits)(bool hasCB, bool hasCG);
 };
 constexpr std::array<Accuracy, 3> kAccuracy = {
-    {{"CB and CG", "0.857", "0.987", "1212", [](bool cb, bool cg) { return cb && cg; }},
-     {"CB, not CG", "0.406", "0.992", "745", [](bool cb, bool cg) { return cb && !cg; }},
-     {"no CB", "0.000", "1.000", "401", [](bool cb, bool) { return !cb; }}}};
+    {{"CB and CG", "0.868", "0.988", "1257", [](bool cb, bool cg) { return cb && cg; }},
+     {"CB, not CG", "0.364", "0.991", "715", [](bool cb, bool cg) { return cb && !cg; }},
+     {"no CB", "0.032", "1.000", "386", [](bool cb, bool) { return !cb; }}}};
 
 std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
   std::size_t count = 0;

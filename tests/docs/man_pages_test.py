@@ -5,8 +5,8 @@ import unittest
 
 from zorvela_tests.program import SOURCE
 
-# The other page may not be installed.
-OTHER_PAGE = "referenced manual not found: Xr zorvela"
+# The other page may not be installed; the section of the sub-command label is no misspelt NAME.
+PASSED_OVER = ("referenced manual not found: Xr zorvela", "possible typo in section name: Sh LABEL instead of NAME")
 
 
 class ManPages(unittest.TestCase):
@@ -15,5 +15,5 @@ class ManPages(unittest.TestCase):
         for page in sorted((SOURCE / "doc").glob("*.1")):
             done = subprocess.run(["mandoc", "-Tlint", page], capture_output=True, text=True, check=False)
             self.assertEqual(done.stderr, "")
-            findings = [line for line in done.stdout.splitlines() if OTHER_PAGE not in line]
+            findings = [line for line in done.stdout.splitlines() if not any(known in line for known in PASSED_OVER)]
             self.assertEqual(findings, [], page.name)

@@ -33,7 +33,7 @@ function(zorvela_python_test name file)
     list(APPEND environment "ZORVELA_KIT=$<TARGET_FILE:zorvela-kit>")
   endif()
   set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "${environment}" SKIP_RETURN_CODE 77 TIMEOUT 600 LABELS "${ARGN}")
+    ENVIRONMENT "${environment}" SKIP_RETURN_CODE 77 TIMEOUT 2400 LABELS "${ARGN}")
 endfunction()
 
 # zorvela_unit_test(<name> <target>): all tests of a GoogleTest program as one CTest entry.

@@ -1,8 +1,5 @@
 """On the development data: the constants of the referencing estimate and the ranges of plausible shifts are what their
-commands print, and offsets are seen as often as the document says.
-
-Without the data, which are not part of the repository, these tests are skipped.
-"""
+commands print, and offsets are seen as often as the document says."""
 import os
 import re
 import subprocess
@@ -10,8 +7,9 @@ import sys
 import tempfile
 import unittest
 
-from zorvela_tests.program import DATA, KIT, SOURCE, needs_shared_data
+from zorvela_tests.program import KIT, SOURCE, data_folder
 
+DATA = data_folder()
 PROTEINS = ["--entries", os.path.join(DATA, "entries"), "--labels", os.path.join(DATA, "prolines.csv")]
 
 
@@ -25,7 +23,6 @@ def code(text):
     return re.sub(r"\s", "", text)
 
 
-@needs_shared_data
 class Constants(unittest.TestCase):
     maxDiff = None
 
@@ -51,7 +48,7 @@ class Constants(unittest.TestCase):
                 self.assertLess(float(percent), most, line)
 
     def test_plausible_ranges_are_those_of_their_script(self):
-        printed = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "plausible-shifts"), DATA],
+        printed = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "plausible-shifts"), str(DATA)],
                                  capture_output=True, text=True, check=True).stdout.splitlines()
         source = code(text_of("kit", "protein", "plausible_shifts.cpp"))
         self.assertEqual(22, len(printed))

@@ -71,6 +71,7 @@ class ShippedTables(unittest.TestCase):
                               capture_output=True, text=True, check=False, env={**os.environ, "ZORVELA_DATA": str(DATA)})
         self.assertEqual(("", "", 0), (done.stdout, done.stderr, done.returncode))
 
+    @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "takes too long with sanitizers")
     def test_figures_of_the_document(self):
         self.check_document("--quick")
 

@@ -19,8 +19,7 @@ const std::string kStandardStream = "-";
 /// Of a plain file that is there; `standardStream` is what "-" stands for.
 std::optional<std::pair<dev_t, ino_t>> identityOf(const std::string& path, int standardStream) {
   struct stat info {};
-  const int status =
-      path == kStandardStream ? fstat(standardStream, &info) : stat(path.c_str(), &info);
+  const int status = path == kStandardStream ? fstat(standardStream, &info) : stat(path.c_str(), &info);
   if (status != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
   return std::pair(info.st_dev, info.st_ino);
 }

@@ -23,7 +23,8 @@ class InputFiles {
   void add(const std::vector<std::string>& paths);
   /// All files of a folder; none where it cannot be read.
   void addFolder(const std::string& folder);
-  /// Error if `output` is one of them. "-" is standard output. A pipe or a device never is, nor an empty path.
+  /// Error if `output` is one of them. "-" is standard output. A pipe or a device never is, nor an empty
+  /// path.
   void mustNotHold(const std::string& output) const;
 
  private:

@@ -43,7 +43,8 @@ int fail(const char* message, const char* kind = "") {
 }
 
 /// What the parser of the command line has to say: help and version on standard output, else what is wrong
-/// on standard error. The command line may come from anywhere, so its words are no more trusted than a file's.
+/// on standard error. The command line may come from anywhere, so its words are no more trusted than a
+/// file's.
 int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
   std::ostringstream out;
   std::ostringstream err;

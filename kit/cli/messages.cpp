@@ -67,7 +67,8 @@ std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>&
                          const std::string& whereToFind) {
   const std::vector<SharedNote> notes = sharedNotes(chains);
   const std::size_t shown = std::min(most, notes.size());
-  for (std::size_t i = 0; i < shown; ++i) say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
+  for (std::size_t i = 0; i < shown; ++i)
+    say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
   sayMore(inputName(file), notes.size() - shown, whereToFind);
   return notes.size();
 }

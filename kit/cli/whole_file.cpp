@@ -173,8 +173,7 @@ bool giveName(int descriptor, const Target& target) {
 
 /// False where the file system has no files without a name.
 bool wroteNameless(const Target& target, const Writer& write) {
-  const Descriptor file(
-      openat(target.folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
+  const Descriptor file(openat(target.folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
   if (!file.isOpen()) return false;
   fillFile(file.number(), target, write);
   return giveName(file.number(), target);

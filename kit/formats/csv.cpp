@@ -1,6 +1,6 @@
 // Reads text with a line of column names: one row per shift, or one row per residue with a column per atom.
-// The text is gone through twice: a survey of what the columns hold, which decides how labels are read and what
-// is refused, and then the rows themselves.
+// The text is gone through twice: a survey of what the columns hold, which decides how labels are read and
+// what is refused, and then the rows themselves.
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
@@ -96,8 +96,9 @@ void findName(const std::vector<std::string>& cells, const CsvColumns& columns, 
       return;
     }
     // A name that is not known stays as it is, where the number is known without it.
-    const bool mayBeName = column == columns.name || std::find(columns.residues.begin(), columns.residues.end(),
-                                                                column) != columns.residues.end();
+    const bool mayBeName =
+        column == columns.name ||
+        std::find(columns.residues.begin(), columns.residues.end(), column) != columns.residues.end();
     if (mayBeName && (!label || label->number != residue.label.number)) {
       residue.name = cell;
       return;
@@ -171,7 +172,8 @@ struct RowCounter {
 
   void add(const RowResidue& residue, const std::string& atom) {
     const auto number = toInteger(residue.label.number);
-    isSteady = isSteady && residue.isByCounter && number && (!last || *number == static_cast<long>(*last) + 1);
+    isSteady =
+        isSteady && residue.isByCounter && number && (!last || *number == static_cast<long>(*last) + 1);
     last = number;
     ++rows;
     constexpr std::size_t kEnough = 2;
@@ -359,7 +361,8 @@ class CsvReader {
   /// "52,4" cut at its comma, with the second half in a column that nobody needs.
   bool isSplitDecimal(const CsvRow& row) const {
     const std::size_t next = columns.shift + 1;
-    if (layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next)) return false;
+    if (layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
+      return false;
     const auto isDigits = [](const std::string& cell) {
       return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
     };
@@ -394,7 +397,8 @@ class CsvReader {
                           (lacksAtomColumn() ? " with its atom: " : ": ") + survey.residues.first,
                       "is this a table of shifts? It needs columns resid, resname, atom and shift");
     if (survey.dashes.meaning() == Dash::unclear)
-      throw FileError(fileName, 0, "it is open whether " + quoted(survey.dashed) + " has a minus sign or a dash",
+      throw FileError(fileName, 0,
+                      "it is open whether " + quoted(survey.dashed) + " has a minus sign or a dash",
                       "give names and numbers of residues in columns of their own");
     if (survey.counter.countsRows())
       throw FileError(fileName, 0, "the only column of numbers beside the shifts counts the rows",
@@ -404,8 +408,8 @@ class CsvReader {
                       "write decimal points, or semicolons between the columns");
     if (survey.shifts.areMost())
       throw FileError(fileName, survey.shifts.line,
-                      "most values (" + survey.shifts.share() + ") can be no shifts of their atoms: " +
-                          survey.shifts.first,
+                      "most values (" + survey.shifts.share() +
+                          ") can be no shifts of their atoms: " + survey.shifts.first,
                       "check that the columns hold what their names say");
   }
 
@@ -415,8 +419,9 @@ class CsvReader {
     const auto isWrong = [this](const auto& one) {
       const ColumnContents& contents = survey.columns[one.first];
       if (contents.impossible * 2 <= contents.values) return false;
-      wrongColumns.push_back("column " + titleOf(one.first) + " left out: " + std::to_string(contents.impossible) +
-                             " of its " + std::to_string(contents.values) + " values can be no " + one.second +
+      wrongColumns.push_back("column " + titleOf(one.first) +
+                             " left out: " + std::to_string(contents.impossible) + " of its " +
+                             std::to_string(contents.values) + " values can be no " + one.second +
                              " shifts, such as " + quoted(contents.example));
       return true;
     };
@@ -483,8 +488,9 @@ class CsvReader {
       const std::string& value = cells[column];
       if (isNoValue(value)) continue;
       if (isNumber(value) && !isMissingMark(value) && !isPossible(row.residueName, atom, value))
-        impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) + " can be no shift of " +
-                       atom + " of residue " + row.number + ", so perhaps of another column; left out");
+        impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) +
+                       " can be no shift of " + atom + " of residue " + row.number +
+                       ", so perhaps of another column; left out");
       else
         addShift(row, atom, value);
     }
@@ -501,8 +507,8 @@ class CsvReader {
       file.chains.emplace_back();
       file.chains.back().name = printable(name, kLongestChainName);
       if (name.size() > kLongestChainName)
-        file.notes.push_back("a chain name of " + std::to_string(name.size()) + " bytes is cut: " +
-                             printable(name, 20));
+        file.notes.push_back("a chain name of " + std::to_string(name.size()) +
+                             " bytes is cut: " + printable(name, 20));
     }
     return entry->second;
   }
@@ -558,7 +564,8 @@ class CsvReader {
   void addNotes() {
     badLines.appendTo(file.notes);
     if (!columns.doubled.empty())
-      file.notes.push_back("more than one column for " + enumerated(columns.doubled) + ": none of them is used");
+      file.notes.push_back("more than one column for " + enumerated(columns.doubled) +
+                           ": none of them is used");
     file.notes.insert(file.notes.end(), wrongColumns.begin(), wrongColumns.end());
     noteOtherColumns();
     if (layout.isByPlace) file.notes.push_back("rows with gaps read by where the column names stand");

@@ -11,9 +11,9 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::string_view kNoValues[] = {"",     "-",    "--",   "---",  ".",   "?",   "na",   "n/a",
-                                          "nan",  "none", "null", "nd",   "n.d.", "n.a.", "n.o.", "*",
-                                          "#n/a", "x",    "unassigned", "missing"};
+constexpr std::string_view kNoValues[] = {"",     "-",   "--",   "---",  ".",          "?",      "na",
+                                          "n/a",  "nan", "none", "null", "nd",         "n.d.",   "n.a.",
+                                          "n.o.", "*",   "#n/a", "x",    "unassigned", "missing"};
 
 struct Bounds {
   std::string_view atom;
@@ -21,8 +21,8 @@ struct Bounds {
   double high;
 };
 constexpr Bounds kBounds[] = {
-    {"N", 80, 155},  {"HN", 2, 16},  {"HA", -2, 10}, {"HA1", -2, 10}, {"HA2", -2, 10}, {"HA3", -2, 10},
-    {"C", 155, 195}, {"CA", 30, 85}, {"CB", 5, 90},  {"CG", 10, 80},
+    {"N", 80, 155},  {"HN", 2, 16},   {"HA", -2, 10}, {"HA1", -2, 10}, {"HA2", -2, 10},
+    {"HA3", -2, 10}, {"C", 155, 195}, {"CA", 30, 85}, {"CB", 5, 90},   {"CG", 10, 80},
 };
 
 }  // namespace

@@ -17,28 +17,45 @@ using Aliases = std::initializer_list<const char*>;
 constexpr std::size_t kMostResidueColumns = 3;
 
 // In order of trust: where a file has several, the first wins.
-const Aliases kNumberNames = {"resid",     "residueid",      "resnum",       "residuenumber", "residuenum",
-                              "resno",     "residueno",      "resnr",        "residuenr",     "resseq",
-                              "resi",      "compindexid",    "seqid",        "seqcode",       "residueseqcode",
-                              "seqnum",    "sequencecode",   "seqno",        "seqnr",         "sequencenumber",
-                              "authseqid", "residueindex",   "resindex",     "aano",          "aanum",
-                              "aanumber",  "aminoacidno",    "aminoacidnumber"};
-const Aliases kNameNames = {"resname", "residuename",  "restype",       "residuetype",
-                            "resn",    "compid",       "residuelabel",  "residuelabel3",
-                            "aatype",  "aminoacidtype", "3letter",      "1letter",
-                            "oneletter", "threeletter", "3lettercode",  "1lettercode",
-                            "onelettercode", "threelettercode"};
-const Aliases kResidueNames = {"residue", "res", "residues", "group", "aa", "aminoacid", "code", "seq", "sequence"};
+const Aliases kNumberNames = {
+    "resid",     "residueid",      "resnum",         "residuenumber",  "residuenum",   "resno",
+    "residueno", "resnr",          "residuenr",      "resseq",         "resi",         "compindexid",
+    "seqid",     "seqcode",        "residueseqcode", "seqnum",         "sequencecode", "seqno",
+    "seqnr",     "sequencenumber", "authseqid",      "residueindex",   "resindex",     "aano",
+    "aanum",     "aanumber",       "aminoacidno",    "aminoacidnumber"};
+const Aliases kNameNames = {"resname",     "residuename",   "restype",        "residuetype", "resn",
+                            "compid",      "residuelabel",  "residuelabel3",  "aatype",      "aminoacidtype",
+                            "3letter",     "1letter",       "oneletter",      "threeletter", "3lettercode",
+                            "1lettercode", "onelettercode", "threelettercode"};
+const Aliases kResidueNames = {"residue",   "res",  "residues", "group",   "aa",
+                               "aminoacid", "code", "seq",      "sequence"};
 // Numbers that may as well count the rows.
 const Aliases kCounterNames = {"number", "num", "nr", "position", "pos", "no", "index", "idx"};
 const Aliases kAssignmentNames = {"assignment", "assignments", "assign", "assigned", "resonance", "label"};
 const Aliases kWeakNameNames = {"type", "name"};
 const Aliases kAtomNames = {"atom", "atomname", "atomid", "atomtypename", "name"};
-const Aliases kShiftNames = {
-    "shift",        "chemicalshift", "chemshift",      "shiftppm",           "chemicalshiftppm",
-    "chemshiftppm", "chemshiftval",  "chemshiftvalue", "chemicalshiftvalue", "cs",
-    "csppm",        "val",           "value",          "valueppm",           "ppm",
-    "deltappm",     "delta", "shifts", "chemicalshifts", "csvalue", "dppm", "d"};
+const Aliases kShiftNames = {"shift",
+                             "chemicalshift",
+                             "chemshift",
+                             "shiftppm",
+                             "chemicalshiftppm",
+                             "chemshiftppm",
+                             "chemshiftval",
+                             "chemshiftvalue",
+                             "chemicalshiftvalue",
+                             "cs",
+                             "csppm",
+                             "val",
+                             "value",
+                             "valueppm",
+                             "ppm",
+                             "deltappm",
+                             "delta",
+                             "shifts",
+                             "chemicalshifts",
+                             "csvalue",
+                             "dppm",
+                             "d"};
 const Aliases kChainNames = {"chain",
                              "chainid",
                              "chaincode",
@@ -59,13 +76,13 @@ struct AtomAlias {
   std::string_view atom;
 };
 constexpr AtomAlias kAtomAliases[] = {
-    {"h", "HN"},     {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"},
-    {"calpha", "CA"}, {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"},
-    {"procg", "CG"},
+    {"h", "HN"},     {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"}, {"calpha", "CA"},
+    {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
 // What stands around the atom in a column name, and says no more than that it is a shift.
 constexpr std::string_view kBefore[] = {"chemicalshift", "shift", "delta", "cs", "d", "13", "15", "1"};
-constexpr std::string_view kAfter[] = {"ppm", "chemicalshifts", "chemicalshift", "shifts", "shift", "obs", "exp"};
+constexpr std::string_view kAfter[] = {"ppm", "chemicalshifts", "chemicalshift", "shifts", "shift", "obs",
+                                       "exp"};
 
 /// What does not count in a column name.
 bool isFiller(char c) {

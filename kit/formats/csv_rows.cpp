@@ -119,7 +119,8 @@ bool isMarkAName(std::string_view header, std::string_view text, std::size_t pos
   const std::string_view core = trimmed(header);
   if (core.size() < 2 || core.front() != '#') return false;
   const Separator separator = separatorOf(core);
-  if (separator != Separator::blank) return trimmed(core.substr(1, core.find(static_cast<char>(separator)) - 1)).empty();
+  if (separator != Separator::blank)
+    return trimmed(core.substr(1, core.find(static_cast<char>(separator)) - 1)).empty();
   if (!isBlank(core[1])) return false;
   const auto below = nextFilledLine(text, pos, line);
   return below && below->size() <= kLongestHeader &&
@@ -153,8 +154,7 @@ void forEachRow(std::string_view text, const CsvLayout& layout, const std::funct
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line) {
   if (header.size() > kLongestHeader || isRule(trimmed(header))) return std::nullopt;
-  const std::string plain =
-      isMarkAName(header, text, pos, line) ? std::string(header) : withoutMark(header);
+  const std::string plain = isMarkAName(header, text, pos, line) ? std::string(header) : withoutMark(header);
   CsvLayout layout;
   layout.separator = separatorOf(trimmed(plain));
   // A tab at the start is the empty name of a first column, one at the end is nothing.

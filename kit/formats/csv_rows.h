@@ -15,11 +15,11 @@ namespace zorvela {
 /// How the rows of a table are cut into cells.
 struct CsvLayout {
   Separator separator = Separator::comma;
-  std::vector<std::string> names;   ///< of the columns; as many empty ones where the table has no names
-  std::vector<PlacedCell> places;   ///< of the names, where blanks separate the columns
-  bool isByPlace = false;           ///< the names stand above the cells, so that these may have gaps
-  std::size_t start = 0;            ///< where the rows begin in the text
-  std::size_t line = 0;             ///< lines above them
+  std::vector<std::string> names;  ///< of the columns; as many empty ones where the table has no names
+  std::vector<PlacedCell> places;  ///< of the names, where blanks separate the columns
+  bool isByPlace = false;          ///< the names stand above the cells, so that these may have gaps
+  std::size_t start = 0;           ///< where the rows begin in the text
+  std::size_t line = 0;            ///< lines above them
 
   std::size_t width() const { return names.size(); }
 };

@@ -36,7 +36,8 @@ bool isTableAtomName(const std::string& cell) {
 /// A name such as HB2, CG1, NE or QD: a nucleus, then where it is.
 bool isAtomName(const std::string& cell) {
   const std::string name = upper(withLatinLetters(cell));
-  return !name.empty() && name.size() <= 5 && std::string_view("HCNQM").find(name.front()) != std::string_view::npos &&
+  return !name.empty() && name.size() <= 5 &&
+         std::string_view("HCNQM").find(name.front()) != std::string_view::npos &&
          std::all_of(name.begin() + 1, name.end(), [](char c) {
            return isDigit(c) || std::string_view("ABGDEZHNOXYC%*#'\"").find(c) != std::string_view::npos;
          });
@@ -53,7 +54,8 @@ void narrow(const std::string& cell, Kinds& kinds) {
   kinds.name = kinds.name && isResidueName(cell);
   kinds.atom = kinds.atom && isAtomName(cell);
   kinds.label = kinds.label && label && !label->number.empty() && !label->name.empty();
-  kinds.assignment = kinds.assignment && assignment && !assignment->number.empty() && isAtomName(assignment->atom);
+  kinds.assignment =
+      kinds.assignment && assignment && !assignment->number.empty() && isAtomName(assignment->atom);
   kinds.shift = kinds.shift && isNumber(cell);
   kinds.hasPoint = kinds.hasPoint || cell.find_first_of(".,") != std::string::npos;
   kinds.hasTableAtom = kinds.hasTableAtom || isTableAtomName(assignment ? assignment->atom : cell);

@@ -54,7 +54,8 @@ void normalise(std::string& text) {
 /// The line of the first word.
 std::size_t firstLineOf(std::string_view text) {
   const std::size_t word = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-  return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(word), '\n'));
+  return 1 + static_cast<std::size_t>(
+                 std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(word), '\n'));
 }
 
 }  // namespace

@@ -12,11 +12,11 @@ namespace zorvela {
 
 /// What a reader gets: an entry of a STAR file, or the text of a file that is not STAR.
 struct Source {
-  std::string file;                          ///< how messages name the file
-  std::string entry;                         ///< name of the entry; empty where the file holds but one
-  std::string text;                          ///< without byte order mark; empty for STAR
-  std::vector<std::string> notes;            ///< on the file as a whole
-  std::optional<StarEntry> star;             ///< the parsed entry of a STAR file (NMR-STAR, NEF)
+  std::string file;                ///< how messages name the file
+  std::string entry;               ///< name of the entry; empty where the file holds but one
+  std::string text;                ///< without byte order mark; empty for STAR
+  std::vector<std::string> notes;  ///< on the file as a whole
+  std::optional<StarEntry> star;   ///< the parsed entry of a STAR file (NMR-STAR, NEF)
 };
 
 /// An input format.

@@ -26,7 +26,8 @@ Inflater makeInflater(z_stream& stream) {
 Inflater makeDeflater(z_stream& stream) {
   constexpr int kGzipWindow = 15 + 16;
   constexpr int kMemory = 8;
-  if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
+  if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemory, Z_DEFAULT_STRATEGY) !=
+      Z_OK)
     throw std::bad_alloc();
   return {&stream, deflateEnd};
 }

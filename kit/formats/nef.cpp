@@ -46,7 +46,8 @@ bool isBreak(const std::string& before, const std::string& after) {
 /// A ligand, an ion or a marker of coordinate axes, listed among the residues.
 bool isNoResidue(const std::string& linking, const std::string& name) {
   for (const char* word : {"single", "nonlinear", "dummy"})
-    if (equalIgnoringCase(linking, word)) return residueType(name).letter == kUnknownResidue && !isNucleotide(name);
+    if (equalIgnoringCase(linking, word))
+      return residueType(name).letter == kUnknownResidue && !isNucleotide(name);
   return false;
 }
 

@@ -94,7 +94,8 @@ class Annotator {
     // Early files call it residue_type.
     const std::size_t residue = columnOf(tags, {"residue_name", "residue_type"});
     if (number == kAbsent || residue == kAbsent)
-      throw FileError(name, tokens.lineOf(start), "the sequence loop has no column sequence_code or residue_name",
+      throw FileError(name, tokens.lineOf(start),
+                      "the sequence loop has no column sequence_code or residue_name",
                       "give a NEF file with the sequence of its molecules");
     if (flag == kAbsent) addColumn(tags.back());
     for (std::size_t first = 0; first < values.size(); first += tags.size()) {

@@ -24,23 +24,23 @@ using CisPeptideOf = std::function<std::optional<bool>(const NefSequenceRow&)>;
 /// A flag that stood there and says something else.
 struct FlagChange {
   NefSequenceRow row;
-  std::string before;    ///< as the file has it
-  bool isCis = false;    ///< what the shifts say
+  std::string before;  ///< as the file has it
+  bool isCis = false;  ///< what the shifts say
 };
 
 /// The annotated text and what was done.
 struct NefAnnotation {
   std::string text;
-  std::size_t written = 0;           ///< flags that are new or changed
-  std::size_t confirmed = 0;         ///< flags that said so before
-  std::vector<FlagChange> differing; ///< replaced, or left where the user wants to keep them
+  std::size_t written = 0;            ///< flags that are new or changed
+  std::size_t confirmed = 0;          ///< flags that said so before
+  std::vector<FlagChange> differing;  ///< replaced, or left where the user wants to keep them
   bool columnAdded = false;
 };
 
-/// Sets `_nef_sequence.cis_peptide`, which tells of the peptide bond before a residue, in all sequence loops of
-/// a file; a loop without that column gets one, with "." where nothing is to be said. With `keep` a flag that
-/// is there already is left. FileError with the line for a loop whose values do not fill its rows, and for a
-/// file without a sequence loop. `name` is how messages name the file.
+/// Sets `_nef_sequence.cis_peptide`, which tells of the peptide bond before a residue, in all sequence loops
+/// of a file; a loop without that column gets one, with "." where nothing is to be said. With `keep` a flag
+/// that is there already is left. FileError with the line for a loop whose values do not fill its rows, and
+/// for a file without a sequence loop. `name` is how messages name the file.
 NefAnnotation annotateNef(std::string_view text, const std::string& name, bool keep,
                           const CisPeptideOf& cisPeptideOf);
 

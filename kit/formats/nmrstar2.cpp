@@ -52,7 +52,8 @@ void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file,
   for (const auto& [name, other] : molecules) residues += other.residues.size();
   finder.checkResidues(residues);
   if (molecules.size() == kMostListsOrChains)
-    throw FileError(frame.file().name, 0, "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
+    throw FileError(frame.file().name, 0,
+                    "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
                     "give the part with the protein only");
   molecules.emplace(nameOf(frame.name(), file.notes), std::move(molecule));
 }
@@ -166,8 +167,7 @@ void readCrosslinks(const StarFrame& frame, const ShiftFile& file, const ChainFi
 bool isNmrStar2(const Source& source) {
   if (!source.star) return false;
   for (const StarFrame& frame : framesOf(*source.star))
-    if (!tablesWith(frame, "_Saveframe_category").empty() ||
-        !tablesWith(frame, "_Chem_shift_value").empty())
+    if (!tablesWith(frame, "_Saveframe_category").empty() || !tablesWith(frame, "_Chem_shift_value").empty())
       return true;
   return false;
 }

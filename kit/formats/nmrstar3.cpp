@@ -43,7 +43,11 @@ std::string firstWord(const StarTable& table, std::size_t row, std::size_t colum
 class Star3Reader {
  public:
   Star3Reader(const StarEntry& entry, const std::string& name)
-      : source(entry), path(name), frames(framesOf(entry)), finder(file.chains, name), bonds(file.chains, name) {}
+      : source(entry),
+        path(name),
+        frames(framesOf(entry)),
+        finder(file.chains, name),
+        bonds(file.chains, name) {}
 
   ShiftFile read() {
     for (const StarFrame& frame : frames) readEntities(frame);
@@ -334,7 +338,8 @@ class Star3Reader {
     const std::size_t author = asym.empty() ? kNoChain : finder.find(asymName(asym));
     if (!assembly.empty()) {
       const std::size_t known = finder.find(assemblyName(assembly));
-      if (known != kNoChain && !asym.empty() && withoutAsym.erase(known) > 0) describeCopy(known, asym, "", "");
+      if (known != kNoChain && !asym.empty() && withoutAsym.erase(known) > 0)
+        describeCopy(known, asym, "", "");
       if (known != kNoChain)
         shift.chain = ofEntity(known, entity);
       else if (author < describedCount)
@@ -419,9 +424,9 @@ class Star3Reader {
   std::map<std::string, std::vector<std::size_t>> copiesOf;
   std::vector<std::string> entityOfCopy;  ///< by chain
   std::unordered_set<std::size_t> corrected;
-  std::unordered_set<std::size_t> withoutAsym;  ///< chains to which only the rows give the author's name
-  bool hasCopies = false;                           ///< the file lists the copies of its molecules
-  std::size_t describedCount = 0;                   ///< chains that the file describes, not the rows alone
+  std::unordered_set<std::size_t> withoutAsym;     ///< chains to which only the rows give the author's name
+  bool hasCopies = false;                          ///< the file lists the copies of its molecules
+  std::size_t describedCount = 0;                  ///< chains that the file describes, not the rows alone
   std::map<std::string, std::size_t> strayCopies;  ///< rows by the number of a copy that is not there
   std::size_t lettersCount = 0;
   std::size_t sequenceCount = 0;

@@ -80,8 +80,8 @@ void numberChain(FileChain& chain, const RowNumbers& ofRows, std::vector<std::st
       twice.push_back(found->second);
   }
   if (!twice.empty())
-    notes.push_back("the shift rows of chain " + chain.name + " give two residues one number: " +
-                    enumerated(twice) + "; the first keeps it");
+    notes.push_back("the shift rows of chain " + chain.name +
+                    " give two residues one number: " + enumerated(twice) + "; the first keeps it");
   if (!taken.empty()) return;
   for (FileResidue& residue : chain.residues) residue.number = residue.key;
 }
@@ -217,9 +217,10 @@ void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, c
 
 void BondEnds::add(std::size_t chain, const std::string& key) {
   if (++count > kMostBondEnds)
-    throw FileError(fileName, 0,
-                    "has more than " + std::to_string(kMostBondEnds) + " ends of disulfide bonds in all copies",
-                    "give the part with the protein only");
+    throw FileError(
+        fileName, 0,
+        "has more than " + std::to_string(kMostBondEnds) + " ends of disulfide bonds in all copies",
+        "give the part with the protein only");
   chains[chain].disulfides.push_back(key);
 }
 

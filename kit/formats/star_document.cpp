@@ -19,12 +19,25 @@ constexpr const char* kSyntaxRemedy = "mend the file there, or fetch it again";
 constexpr std::size_t kLongestWord = 60;
 
 /// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1.
-constexpr std::string_view kNeededTags[] = {
-    "_Entity.", "_Entity_assembly.", "_Entity_comp_index.", "_Entity_poly_seq.", "_Entity_bond.",
-    "_Assembly.", "_Bond.", "_Chem_comp_assembly.", "_Atom_chem_shift.", "_Systematic_chem_shift_offset.",
-    "_nef_sequence.", "_nef_chemical_shift.", "_nef_covalent_links.",
-    "_Residue_seq_code", "_Mol_residue_sequence", "_Mol_system_component_name", "_Mol_label",
-    "_Chem_shift_value", "_Atom_one_residue_seq_code"};
+constexpr std::string_view kNeededTags[] = {"_Entity.",
+                                            "_Entity_assembly.",
+                                            "_Entity_comp_index.",
+                                            "_Entity_poly_seq.",
+                                            "_Entity_bond.",
+                                            "_Assembly.",
+                                            "_Bond.",
+                                            "_Chem_comp_assembly.",
+                                            "_Atom_chem_shift.",
+                                            "_Systematic_chem_shift_offset.",
+                                            "_nef_sequence.",
+                                            "_nef_chemical_shift.",
+                                            "_nef_covalent_links.",
+                                            "_Residue_seq_code",
+                                            "_Mol_residue_sequence",
+                                            "_Mol_system_component_name",
+                                            "_Mol_label",
+                                            "_Chem_shift_value",
+                                            "_Atom_one_residue_seq_code"};
 
 bool startsWith(std::string_view text, std::string_view start) {
   return text.size() >= start.size() && equalIgnoringCase(text.substr(0, start.size()), start);
@@ -192,8 +205,8 @@ class Parser {
 
   void checkQuote(bool isOfUse) {
     if (!token.isOpen) return;
-    const std::string what = "a quote begins in column " + std::to_string(columnOfToken()) +
-                             " and is not closed on its line";
+    const std::string what =
+        "a quote begins in column " + std::to_string(columnOfToken()) + " and is not closed on its line";
     if (isOfUse) fail(line, what);
     notes.add(lineText() + ": " + what);
   }
@@ -236,8 +249,10 @@ class Parser {
     if (token.kind == Kind::stop) advance();
     lastTag = {};
     loop.isEmpty = count == 0;
-    if (loop.tagCount > 0) settleRows(loop, count, isOfUse);
-    else if (count > 0) notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
+    if (loop.tagCount > 0)
+      settleRows(loop, count, isOfUse);
+    else if (count > 0)
+      notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
   }
@@ -423,7 +438,8 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
     const std::uint32_t block = file->frames[first].block;
     StarEntry entry{file, first, first, {}};
     if (!file->blocks.empty()) entry.name = printable(file->textOf(file->blocks[block]));
-    while (entry.endFrame < file->frames.size() && file->frames[entry.endFrame].block == block) ++entry.endFrame;
+    while (entry.endFrame < file->frames.size() && file->frames[entry.endFrame].block == block)
+      ++entry.endFrame;
     first = entry.endFrame;
     if (!isEntry(entry)) continue;
     if (entries.size() == kMostListsOrChains)

@@ -33,8 +33,8 @@ struct StarLoop {
   std::uint32_t tagCount = 0;
   std::uint32_t firstValue = 0;
   std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader asks for
-  std::uint32_t badLine = 0;     ///< where values are missing or left over and no line shows which; 0: nowhere
-  bool isEmpty = true;           ///< there were no values at all
+  std::uint32_t badLine = 0;  ///< where values are missing or left over and no line shows which; 0: nowhere
+  bool isEmpty = true;        ///< there were no values at all
 };
 
 /// A save frame, or a stretch of a data block outside them.
@@ -73,7 +73,8 @@ struct StarEntry {
 /// A view of a save frame or a stretch of a data block: valid as long as the file.
 class StarFrame {
  public:
-  StarFrame(const StarFile& starFile, std::size_t index) : source(&starFile), range(&starFile.frames[index]) {}
+  StarFrame(const StarFile& starFile, std::size_t index)
+      : source(&starFile), range(&starFile.frames[index]) {}
 
   /// Empty for a block without a name.
   std::string name() const { return std::string(source->textOf(range->name)); }

@@ -78,8 +78,9 @@ StarToken StarTokens::quoted(char quote) {
   token.begin = pos;
   const std::size_t most = lineEnd(pos);
   std::size_t close = pos + 1;
-  while (close < most && !(source[close] == quote && (close + 1 == source.size() || isSpace(source[close + 1]) ||
-                                                     source[close + 1] == '#')))
+  while (close < most &&
+         !(source[close] == quote &&
+           (close + 1 == source.size() || isSpace(source[close + 1]) || source[close + 1] == '#')))
     ++close;
   token.value = source.substr(pos + 1, close - pos - 1);
   token.isOpen = close == most;

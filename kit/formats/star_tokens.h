@@ -10,12 +10,12 @@ namespace zorvela {
 /// A piece of STAR text.
 struct StarToken {
   enum class Kind {
-    end,      ///< of the text
-    tag,      ///< _nef_sequence.index
-    loop,     ///< loop_
-    stop,     ///< stop_
-    frame,    ///< save_name, data_name, global_: the whole word in `value`
-    value     ///< a word, a quoted string or a text field: without its quotes in `value`
+    end,    ///< of the text
+    tag,    ///< _nef_sequence.index
+    loop,   ///< loop_
+    stop,   ///< stop_
+    frame,  ///< save_name, data_name, global_: the whole word in `value`
+    value   ///< a word, a quoted string or a text field: without its quotes in `value`
   };
   Kind kind = Kind::end;
   std::size_t begin = 0;  ///< in the text, with quotes

@@ -47,11 +47,11 @@ const std::unordered_map<std::string, ResidueType>& programNames() {
 // Names written out, as spreadsheets have them.
 const std::unordered_map<std::string, char>& fullNames() {
   static const std::unordered_map<std::string, char> names = {
-      {"ALANINE", 'A'},       {"ARGININE", 'R'},      {"ASPARAGINE", 'N'}, {"ASPARTATE", 'D'},
-      {"ASPARTIC ACID", 'D'}, {"CYSTEINE", 'C'},      {"GLUTAMINE", 'Q'},  {"GLUTAMATE", 'E'},
-      {"GLUTAMIC ACID", 'E'}, {"GLYCINE", 'G'},       {"HISTIDINE", 'H'},  {"ISOLEUCINE", 'I'},
-      {"LEUCINE", 'L'},       {"LYSINE", 'K'},        {"METHIONINE", 'M'}, {"PHENYLALANINE", 'F'},
-      {"PROLINE", 'P'},       {"SERINE", 'S'},        {"THREONINE", 'T'},  {"TRYPTOPHAN", 'W'},
+      {"ALANINE", 'A'},       {"ARGININE", 'R'}, {"ASPARAGINE", 'N'}, {"ASPARTATE", 'D'},
+      {"ASPARTIC ACID", 'D'}, {"CYSTEINE", 'C'}, {"GLUTAMINE", 'Q'},  {"GLUTAMATE", 'E'},
+      {"GLUTAMIC ACID", 'E'}, {"GLYCINE", 'G'},  {"HISTIDINE", 'H'},  {"ISOLEUCINE", 'I'},
+      {"LEUCINE", 'L'},       {"LYSINE", 'K'},   {"METHIONINE", 'M'}, {"PHENYLALANINE", 'F'},
+      {"PROLINE", 'P'},       {"SERINE", 'S'},   {"THREONINE", 'T'},  {"TRYPTOPHAN", 'W'},
       {"TYROSINE", 'Y'},      {"VALINE", 'V'},
   };
   return names;

@@ -194,8 +194,8 @@ class ShiftCollector {
     if (items.empty() || items.back() != item) items.push_back(item);
   }
 
-  /// Whether the row says that its atom is of another element than its name does: the CA of calcium. Deuterium
-  /// is hydrogen here.
+  /// Whether the row says that its atom is of another element than its name does: the CA of calcium.
+  /// Deuterium is hydrogen here.
   bool isOfOtherElement(const FileShift& row) const {
     if (elementsRepeatNames) return false;
     const std::string element = upper(row.element);
@@ -281,11 +281,12 @@ class ShiftCollector {
     LimitedNotes otherNames("residues that the rows call otherwise");
     for (const auto& [residue, count] : misnamed)
       otherNames.add("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
-                      counted(count, "shift row", "shift rows") + " but " + sequenceName(residue.first) +
-                      " in the sequence: left out");
+                     counted(count, "shift row", "shift rows") + " but " + sequenceName(residue.first) +
+                     " in the sequence: left out");
     otherNames.appendTo(notes);
     if (!otherElements.empty())
-      notes.push_back("atoms of another element than their name says, left out: " + enumerated(otherElements));
+      notes.push_back("atoms of another element than their name says, left out: " +
+                      enumerated(otherElements));
     for (const auto& [code, atoms] : ambiguous)
       notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                       ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));

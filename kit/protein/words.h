@@ -11,8 +11,8 @@ namespace zorvela {
 /// The sequence with C for c: the state of a thiol does not tell proteins apart.
 std::string withoutThiolState(std::string sequence);
 
-/// The distinct words of `length` residues (up to 8), ascending, each as a number. Words with an unknown residue
-/// are left out.
+/// The distinct words of `length` residues (up to 8), ascending, each as a number. Words with an unknown
+/// residue are left out.
 std::vector<std::uint64_t> wordsOf(const std::string& sequence, std::size_t length);
 
 }  // namespace zorvela

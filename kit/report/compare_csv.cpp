@@ -14,11 +14,29 @@ using Cells = std::vector<std::string>;
 constexpr int kOmegaDecimals = 1;
 constexpr int kDistanceDecimals = 2;
 
-const Cells kColumns = {"file",         "chain",           "list",            "resid",          "position",
-                        "prev",         "next",            "p_cis",           "p_cis_norm",     "call",
-                        "reason",       "structure",       "verdict",         "models_cis",     "models_trans",
-                        "models_twisted", "omega",         "ca_distance",     "structure_file", "structure_chain",
-                        "structure_resid", "structure_residue", "evidence"};
+const Cells kColumns = {"file",
+                        "chain",
+                        "list",
+                        "resid",
+                        "position",
+                        "prev",
+                        "next",
+                        "p_cis",
+                        "p_cis_norm",
+                        "call",
+                        "reason",
+                        "structure",
+                        "verdict",
+                        "models_cis",
+                        "models_trans",
+                        "models_twisted",
+                        "omega",
+                        "ca_distance",
+                        "structure_file",
+                        "structure_chain",
+                        "structure_resid",
+                        "structure_residue",
+                        "evidence"};
 
 std::string orEmpty(const std::optional<float>& value) {
   return value ? numberText(*value) : "";

@@ -13,9 +13,8 @@ namespace zorvela {
 namespace {
 
 constexpr std::size_t kMostSites = 4;
-constexpr std::array<Verdict, 6> kVerdicts = {Verdict::agree,        Verdict::disagree,
-                                              Verdict::undecided,    Verdict::mixed,
-                                              Verdict::noPrediction, Verdict::notInStructure};
+constexpr std::array<Verdict, 6> kVerdicts = {Verdict::agree, Verdict::disagree,     Verdict::undecided,
+                                              Verdict::mixed, Verdict::noPrediction, Verdict::notInStructure};
 
 std::string orAbsent(const std::string& text) {
   return text.empty() ? kAbsentCell : text;
@@ -51,19 +50,20 @@ std::string sitesText(const ComparedProline& proline, bool withFile) {
 }
 
 void writeProlines(const CompareReport& report, bool colour, std::ostream& out) {
-  TextTable table({" ", "File", "Chain", "Before", "Proline", "P_CIS_NORM", "Shifts", "Structure", "Models", "|omega|",
-                   "There", "Verdict"});
+  TextTable table({" ", "File", "Chain", "Before", "Proline", "P_CIS_NORM", "Shifts", "Structure", "Models",
+                   "|omega|", "There", "Verdict"});
   const bool withFile = report.structures.size() > 1;
   forEachCompared(report, [&](const ComparedProtein& protein, const ComparedProline& proline) {
     const ProlineResult& shifts = proline.shifts;
     const bool isWrong = proline.verdict == Verdict::disagree;
-    table.add({isWrong ? "!" : " ", protein.result.file, orAbsent(protein.result.chain),
-               residueText(shifts.previous, shifts.previousNumber), "P" + shifts.number,
-               shifts.pCisNorm ? fixedText(static_cast<double>(*shifts.pCisNorm), 3) : kAbsentCell,
-               shifts.reason.empty() ? toText(shifts.call) : kAbsentCell + " (" + shifts.reason + ")",
-               proline.structure == StructureCall::none ? kAbsentCell : toText(proline.structure),
-               modelsText(proline), geometryText(proline), sitesText(proline, withFile), toText(proline.verdict)},
-              isWrong);
+    table.add(
+        {isWrong ? "!" : " ", protein.result.file, orAbsent(protein.result.chain),
+         residueText(shifts.previous, shifts.previousNumber), "P" + shifts.number,
+         shifts.pCisNorm ? fixedText(static_cast<double>(*shifts.pCisNorm), 3) : kAbsentCell,
+         shifts.reason.empty() ? toText(shifts.call) : kAbsentCell + " (" + shifts.reason + ")",
+         proline.structure == StructureCall::none ? kAbsentCell : toText(proline.structure),
+         modelsText(proline), geometryText(proline), sitesText(proline, withFile), toText(proline.verdict)},
+        isWrong);
   });
   table.write(colour, out);
 }

@@ -7,7 +7,6 @@
 
 namespace zorvela {
 
-
 /// Writes a line of cells.
 void writeCsvLine(const std::vector<std::string>& cells, std::ostream& out);
 

@@ -93,7 +93,8 @@ bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
          (asked.empty() || std::find(asked.begin(), asked.end(), proline.number) != asked.end());
 }
 
-void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style, std::ostream& out) {
+void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style,
+                   std::ostream& out) {
   TextTable table(joined(originTitles(origin.withList),
                          {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"}));
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
@@ -162,9 +163,10 @@ void writeSummary(const RunReport& report, std::ostream& out) {
   out << '\n'
       << counted(countProlines(report), "proline", "prolines") << " in "
       << counted(countProteins(report), "chain", "chains") << " of "
-      << counted(report.files.size() - countErrors(report), "file", "files") << ": " << countCalls(report, Call::cis)
-      << " cis (*), " << countCalls(report, Call::trans) << " trans, " << countCalls(report, Call::undecided)
-      << " undecided (?), " << countCalls(report, Call::none) << " without a prediction\n"
+      << counted(report.files.size() - countErrors(report), "file", "files") << ": "
+      << countCalls(report, Call::cis) << " cis (*), " << countCalls(report, Call::trans) << " trans, "
+      << countCalls(report, Call::undecided) << " undecided (?), " << countCalls(report, Call::none)
+      << " without a prediction\n"
       << "cis: P_CIS_NORM at least " << numberText(kCisFrom) << "; trans: at most " << numberText(kTransUpTo)
       << "; undecided: between\n";
 }

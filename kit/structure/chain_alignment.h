@@ -23,9 +23,9 @@ struct ChainAlignment {
   double identity() const;
 };
 
-/// The global alignment of a sequence (one-letter codes; c is a cysteine, ? fits everything) with the residues
-/// that a chain has. A gap costs least where the chain itself is interrupted. Nothing for chains so long that
-/// their product is above 400 million.
+/// The global alignment of a sequence (one-letter codes; c is a cysteine, ? fits everything) with the
+/// residues that a chain has. A gap costs least where the chain itself is interrupted. Nothing for chains so
+/// long that their product is above 400 million.
 std::optional<ChainAlignment> align(const std::string& sequence, const StructureChain& chain);
 
 }  // namespace zorvela

@@ -35,7 +35,8 @@ std::size_t knownResidues(const std::string& letters) {
   return letters.size() - static_cast<std::size_t>(std::count(letters.begin(), letters.end(), '?'));
 }
 
-bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence, const StructureChain& chain) {
+bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence,
+                   const StructureChain& chain) {
   const std::size_t shorter = std::min(knownResidues(sequence), knownResidues(chain.letters()));
   const std::size_t needed = std::max<std::size_t>(1, std::min(kFewestAligned, (shorter + 1) / 2));
   return alignment.aligned >= needed && alignment.identity() >= kSameProteinFrom;
@@ -221,9 +222,9 @@ std::string placeText(const BondSite& site) {
 
 std::string disagreement(const Protein& protein, const ComparedProline& proline) {
   const float p = proline.shifts.pCisNorm.value_or(0);
-  return "The shifts say " + toText(proline.shifts.call) + " (P_CIS_NORM " + fixedText(static_cast<double>(p), 3) +
-         carbonText(protein, proline.shifts) + "), the structure is " + countsText(proline) + " (" +
-         geometryText(proline) + ").";
+  return "The shifts say " + toText(proline.shifts.call) + " (P_CIS_NORM " +
+         fixedText(static_cast<double>(p), 3) + carbonText(protein, proline.shifts) + "), the structure is " +
+         countsText(proline) + " (" + geometryText(proline) + ").";
 }
 
 std::string whyNotThere(const ComparedProline& proline) {

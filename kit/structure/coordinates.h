@@ -1,8 +1,8 @@
 // The backbone atoms of a structure file as gemmi's models.
 //
 // Only what omega needs is handed to gemmi: the atoms N, CA and C of whatever residue. All else in a
-// structure file (side chains, waters, cell, symmetry, history) is passed over, so that memory stays small and
-// a fault in a part that nobody reads does not stop the reading.
+// structure file (side chains, waters, cell, symmetry, history) is passed over, so that memory stays small
+// and a fault in a part that nobody reads does not stop the reading.
 #pragma once
 
 #include <string>

@@ -119,7 +119,8 @@ class AtomRows {
     if (columns[kAsym] == kNone) columns[kAsym] = columns[kAuthAsym];
     for (std::size_t c = 0; c < kColumns.size(); ++c)
       if (columns[c] == kNone && kColumns[c].substitute == nullptr)
-        throw FileError(name, 0, std::string("its table of atoms has no column ") + kColumns[c].name, kRemedy);
+        throw FileError(name, 0, std::string("its table of atoms has no column ") + kColumns[c].name,
+                        kRemedy);
   }
 
   cif::Block backbone() {
@@ -228,8 +229,7 @@ class AtomRows {
 Coordinates readMmcifCoordinates(const std::string& text, const std::string& name) {
   cif::Document document = parsed(text, name);
   const cif::Loop* loop = atomLoop(document, name);
-  if (loop == nullptr || loop->values.empty())
-    throw FileError(name, 0, "has no atoms (_atom_site)", kRemedy);
+  if (loop == nullptr || loop->values.empty()) throw FileError(name, 0, "has no atoms (_atom_site)", kRemedy);
   AtomRows rows(*loop, name);
   const cif::Block backbone = rows.backbone();
   document.clear();

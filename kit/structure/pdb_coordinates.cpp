@@ -106,12 +106,13 @@ class PdbFilter {
 
   void addAtom(std::string_view line) {
     if (line.size() + 1 < kShortestAtomLine)
-      throw FileError(name, lineNumber, "the atom line is cut off after column " + std::to_string(line.size()),
-                      kFetchAgain);
+      throw FileError(name, lineNumber,
+                      "the atom line is cut off after column " + std::to_string(line.size()), kFetchAgain);
     if (!isBackbone(trimmed(line.substr(kNameAt, 4)))) return;
     const Fields fields = coordinateFields(line);
     if (fields == Fields::outOfPlace)
-      throw FileError(name, lineNumber, "columns 31 to 54 do not hold three coordinates: \"" +
+      throw FileError(name, lineNumber,
+                      "columns 31 to 54 do not hold three coordinates: \"" +
                           printable(line.substr(kXAt, kCoordinatesEnd - kXAt)) + "\"",
                       "give a file in the columns of the PDB format, or mmCIF");
     countChainParts(line);
@@ -134,7 +135,8 @@ class PdbFilter {
     if (chain == lastChain) return;
     lastChain = chain;
     if (++chainParts > kMostChainParts)
-      throw FileError(name, lineNumber, "a model has more than " + std::to_string(kMostChainParts) + " chains",
+      throw FileError(name, lineNumber,
+                      "a model has more than " + std::to_string(kMostChainParts) + " chains",
                       "give the chains that have shifts");
   }
 

@@ -69,11 +69,10 @@ std::optional<Candidate> byOmega(const BondAtoms& atoms) {
   if (!isBond(atoms.caBefore, atoms.c) || !isBond(atoms.c, atoms.n) || !isBond(atoms.n, atoms.ca))
     return std::nullopt;
   Candidate candidate{{}, 0};
-  candidate.bond.omega = kDegrees * gemmi::calculate_dihedral(atoms.caBefore->pos, atoms.c->pos, atoms.n->pos,
-                                                              atoms.ca->pos);
+  candidate.bond.omega =
+      kDegrees * gemmi::calculate_dihedral(atoms.caBefore->pos, atoms.c->pos, atoms.n->pos, atoms.ca->pos);
   candidate.bond.state = stateOfOmega(*candidate.bond.omega);
-  candidate.occupancy =
-      std::min({atoms.caBefore->occ, atoms.c->occ, atoms.n->occ, atoms.ca->occ});
+  candidate.occupancy = std::min({atoms.caBefore->occ, atoms.c->occ, atoms.n->occ, atoms.ca->occ});
   return candidate;
 }
 
@@ -88,7 +87,8 @@ std::optional<Candidate> byDistance(const BondAtoms& atoms) {
   return candidate;
 }
 
-std::optional<Candidate> bondIn(const gemmi::Residue& before, const gemmi::Residue& after, char conformation) {
+std::optional<Candidate> bondIn(const gemmi::Residue& before, const gemmi::Residue& after,
+                                char conformation) {
   const BondAtoms atoms = atomsOf(before, after, conformation);
   if (atoms.caBefore == nullptr || atoms.ca == nullptr) return std::nullopt;
   std::optional<Candidate> candidate =

@@ -46,8 +46,7 @@ void checkForeign(std::string_view bytes, const std::string& name) {
   for (const Signature& signature : kForeignFiles)
     if (bytes.substr(0, signature.start.size()) == signature.start)
       throw FileError(name, 0, std::string("is no structure file but ") + signature.what, kFormatRemedy);
-  if (bytes.find('\0') != std::string_view::npos)
-    throw FileError(name, 0, "is no text file", kFormatRemedy);
+  if (bytes.find('\0') != std::string_view::npos) throw FileError(name, 0, "is no text file", kFormatRemedy);
 }
 
 /// Whether the first word outside comments begins a data block.

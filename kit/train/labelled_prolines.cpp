@@ -161,7 +161,8 @@ LabelledProlines readLabelled(const std::string& labelsPath, const std::string& 
   for (const ProlineLabel& label : data.labels.prolines) {
     const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
     if (isNew) {
-      run.csTable = loadTable(entryPath(data.labels, label, folder), "give a shift table in the program's format");
+      run.csTable =
+          loadTable(entryPath(data.labels, label, folder), "give a shift table in the program's format");
       data.notFinite += leaveOutNonFinite(run.csTable);
       data.entries.push_back(entryShifts(label.entry, run));
       if (onStep) onStep(data.entries.size(), entries);

@@ -38,7 +38,8 @@ bool areRelated(std::size_t shared, std::size_t wordsOfA, std::size_t wordsOfB) 
   return shared >= kSharedAtLeast && shared * kShareOfShorter >= std::min(wordsOfA, wordsOfB);
 }
 
-void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets, std::vector<std::size_t>& different) {
+void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets,
+               std::vector<std::size_t>& different) {
   std::unordered_map<std::string, std::size_t> first;
   for (std::size_t i = 0; i < sequences.size(); ++i) {
     const auto known = first.emplace(withoutThiolState(sequences[i]), i);

@@ -18,22 +18,22 @@ enum class Tier { none, homologous, identical };
 
 /// What the structures say of one proline.
 struct ProlineVotes {
-  int position = 0;       ///< in the sequence, from 1
+  int position = 0;        ///< in the sequence, from 1
   Tier tier = Tier::none;  ///< identical structures outvote homologues
   std::size_t cis = 0;     ///< structures of that tier with a cis bond
   std::size_t trans = 0;
-  std::string best;        ///< the structure and chain that fits best: "1stnA"
+  std::string best;  ///< the structure and chain that fits best: "1stnA"
   double bestIdentity = 0;
   std::size_t bestAligned = 0;
 };
 
 /// Collects the votes of structures for the prolines of proteins.
 ///
-/// A chain fits a protein if at least `identity` percent of the aligned residues are identical, and at least 25
-/// residues are aligned, or all of a shorter protein. Each structure has one vote for a proline: the state that
-/// most of its chains and models have; none where they are split, twisted, or without the residue or one of its
-/// neighbours. Chains are found by the words of four residues that they share with the proteins, so the work
-/// grows linearly with the number of structures. Memory: the proteins and their votes.
+/// A chain fits a protein if at least `identity` percent of the aligned residues are identical, and at least
+/// 25 residues are aligned, or all of a shorter protein. Each structure has one vote for a proline: the state
+/// that most of its chains and models have; none where they are split, twisted, or without the residue or one
+/// of its neighbours. Chains are found by the words of four residues that they share with the proteins, so
+/// the work grows linearly with the number of structures. Memory: the proteins and their votes.
 class LabelVotes {
  public:
   /// The identity (percent) that stands for the same sequence.

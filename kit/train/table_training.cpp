@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "train/statistics_tools.h"
-#include "util/robust.h"
 #include "train/table_cells.h"
+#include "util/robust.h"
 #include "zorvela/error.h"
 
 namespace zorvela {

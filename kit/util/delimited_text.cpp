@@ -63,8 +63,7 @@ std::size_t characters(std::string_view text) {
 }  // namespace
 
 Separator separatorOf(std::string_view line) {
-  for (const Separator separator :
-       {Separator::bar, Separator::tab, Separator::semicolon, Separator::comma})
+  for (const Separator separator : {Separator::bar, Separator::tab, Separator::semicolon, Separator::comma})
     if (line.find(static_cast<char>(separator)) != std::string_view::npos) return separator;
   return Separator::blank;
 }

@@ -9,8 +9,8 @@
 
 namespace zorvela {
 
-/// What stands between the cells. A blank stands for any run of blanks and tabs; bars may stand at both ends of
-/// the line as well (Markdown).
+/// What stands between the cells. A blank stands for any run of blanks and tabs; bars may stand at both ends
+/// of the line as well (Markdown).
 enum class Separator : char { bar = '|', tab = '\t', semicolon = ';', comma = ',', blank = ' ' };
 
 /// The separator that a line of column names uses: of bar, tab, semicolon and comma the first that occurs,

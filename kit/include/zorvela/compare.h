@@ -27,9 +27,9 @@ std::string toText(StructureCall call);
 struct BondSite {
   std::string file;
   std::string chain;
-  std::string number;       ///< in the structure, with insertion code
-  std::string residue;      ///< as the structure writes it: PRO, HYP, or the residue that stands there instead
-  std::size_t models = 0;   ///< of the structure
+  std::string number;      ///< in the structure, with insertion code
+  std::string residue;     ///< as the structure writes it: PRO, HYP, or the residue that stands there instead
+  std::size_t models = 0;  ///< of the structure
   std::vector<ModelBond> bonds;   ///< one for each model that has the bond
   std::vector<ModelBond> others;  ///< alternate conformations with another state
   std::string reason;             ///< why there is no bond, where `bonds` is empty
@@ -55,30 +55,29 @@ struct ComparedProline {
 struct ChainMatch {
   std::string file;
   std::string chain;
-  std::size_t aligned = 0;    ///< pairs of residues
-  std::size_t identical = 0;  ///< of these, of the same type
+  std::size_t aligned = 0;              ///< pairs of residues
+  std::size_t identical = 0;            ///< of these, of the same type
   std::vector<std::string> mismatches;  ///< other residue types: "K14 is ALA 20"
   std::vector<std::string> missing;     ///< residues of the shifts without coordinates: "1-5"
 };
 
 /// One protein with shifts against all structures.
 struct ComparedProtein {
-  ProteinResult result;                    ///< as `Predictor` gives it
-  std::vector<ChainMatch> matches;         ///< the chains that were compared
-  std::vector<ComparedProline> prolines;   ///< one for each of `result.prolines`, in that order
-  std::vector<std::string> notes;          ///< mismatches, missing residues, chains left out
+  ProteinResult result;                   ///< as `Predictor` gives it
+  std::vector<ChainMatch> matches;        ///< the chains that were compared
+  std::vector<ComparedProline> prolines;  ///< one for each of `result.prolines`, in that order
+  std::vector<std::string> notes;         ///< mismatches, missing residues, chains left out
 };
 
-/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical, and
-/// at least 25 residues, or half of the shorter one if that is less, are aligned.
+/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
+/// and at least 25 residues, or half of the shorter one if that is less, are aligned.
 inline constexpr double kSameProteinFrom = 70;
 inline constexpr std::size_t kFewestAligned = 25;
 
 /// Compares the proteins of one shift file with structures. A chain of a structure belongs to the protein
-/// that it is most alike, if it is the same protein (see `kSameProteinFrom`). Where several are equally alike,
-/// as the copies of a homodimer, it belongs to all of them; or to the one of its own name, if the structure has
-/// a chain of the name of each.
-/// `proteins` and `results` go together one by one.
+/// that it is most alike, if it is the same protein (see `kSameProteinFrom`). Where several are equally
+/// alike, as the copies of a homodimer, it belongs to all of them; or to the one of its own name, if the
+/// structure has a chain of the name of each. `proteins` and `results` go together one by one.
 std::vector<ComparedProtein> compareWithStructures(const std::vector<Protein>& proteins,
                                                    const std::vector<ProteinResult>& results,
                                                    const std::vector<ProteinStructure>& structures);

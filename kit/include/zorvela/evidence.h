@@ -33,7 +33,8 @@ ShiftPlace shiftPlace(int index);
 /// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts, observed less reference; of
 /// CG they are the shift itself.
 struct ShiftContribution {
-  std::optional<float> observed;  ///< ppm, without the offset if the chain was re-referenced; HA of glycine: mean of HA2, HA3
+  std::optional<float>
+      observed;  ///< ppm, without the offset if the chain was re-referenced; HA of glycine: mean of HA2, HA3
   std::optional<float>
       reference;  ///< random coil with its corrections (ppm); nothing for CG and where unknown
   std::optional<float> secondary;  ///< as the model uses it (ppm); nothing if missing

@@ -79,7 +79,7 @@ struct ProlineResult {
   std::optional<float> pCisNorm;  ///< probability of cis where 1 proline in 20 is cis
   Call call = Call::none;
   std::optional<bool> cisFlag;  ///< what the file itself says of the bond before it: true cis, false trans
-  std::string reason;                ///< why there is no prediction; empty where there is one
+  std::string reason;           ///< why there is no prediction; empty where there is one
   std::optional<Evidence> evidence;  ///< where there are enough shifts, also if neither class fits
   std::string verdict;  ///< what a structure says of it, in a few words; empty where none was compared
 };

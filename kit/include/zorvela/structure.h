@@ -27,18 +27,18 @@ std::optional<BondState> stateOfDistance(double distance);
 
 /// The bond X-Pro in one model, or in an alternate conformation of it.
 struct ModelBond {
-  std::string model;              ///< its number in the file
-  std::string conformation;       ///< letter of the alternate conformation; empty where there is but one
-  std::optional<double> omega;    ///< degrees, from -180 to 180; nothing without its four atoms
-  std::optional<double> caToCa;   ///< distance of the CA atoms (A), where omega is not known
+  std::string model;             ///< its number in the file
+  std::string conformation;      ///< letter of the alternate conformation; empty where there is but one
+  std::optional<double> omega;   ///< degrees, from -180 to 180; nothing without its four atoms
+  std::optional<double> caToCa;  ///< distance of the CA atoms (A), where omega is not known
   BondState state = BondState::trans;
 };
 
 /// A residue of a structure, seen through all models.
 struct StructureResidue {
-  char letter = '?';   ///< one-letter code, of the parent for a modified residue
-  std::string name;    ///< as the file writes it: PRO, HYP
-  std::string number;  ///< with insertion code: 52A
+  char letter = '?';          ///< one-letter code, of the parent for a modified residue
+  std::string name;           ///< as the file writes it: PRO, HYP
+  std::string number;         ///< with insertion code: 52A
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the first model that has it
   // The rest for prolines alone.
   std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation

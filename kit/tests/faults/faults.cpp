@@ -1,9 +1,9 @@
 // A library to load before zorvela-kit (LD_PRELOAD): the calls named in the environment fail as they may on a
 // full disk, a bad drive, a busy or a small machine.
 //
-// ZORVELA_FAULT_READ, _WRITE, _FSYNC, _LINK, _RENAME, _TMPFILE, _THREAD and _NEW are each KIND@N (the Nth call
-// fails) or KIND+N (that one and all after it). KIND is the number of an error, "short" (a few bytes at a time)
-// or "signal" and a number. Calls are counted from the beginning of main: `signal` is its first call.
+// ZORVELA_FAULT_READ, _WRITE, _FSYNC, _LINK, _RENAME, _TMPFILE, _THREAD and _NEW are each KIND@N (the Nth
+// call fails) or KIND+N (that one and all after it). KIND is the number of an error, "short" (a few bytes at
+// a time) or "signal" and a number. Calls are counted from the beginning of main: `signal` is its first call.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
@@ -60,10 +60,10 @@ class Fault {
   std::atomic<long> calls{0};
 };
 
-#define FAULT(name)                              \
-  Fault& name##Fault() {                         \
-    static Fault fault("ZORVELA_FAULT_" #name);  \
-    return fault;                                \
+#define FAULT(name)                             \
+  Fault& name##Fault() {                        \
+    static Fault fault("ZORVELA_FAULT_" #name); \
+    return fault;                               \
   }
 FAULT(READ)
 FAULT(WRITE)

@@ -56,23 +56,26 @@ TEST(CsvColumns, OneColumnPerAtom) {
 
 TEST(CsvColumns, AtomsUnderOtherNames) {
   using zorvela::atomOfColumn;
-  for (const char* name : {"CA", "ca", "C\u03b1", "CA (ppm)", "CA [ppm]", "CA_ppm", "13CA", "\u00b9\u00b3C\u03b1", "dCA",
-                           "\u03b4CA", "d(CA)", "CA shift", "shift CA", "delta 13CA (ppm)", "Calpha", "C-alpha"})
+  for (const char* name :
+       {"CA", "ca", "C\u03b1", "CA (ppm)", "CA [ppm]", "CA_ppm", "13CA", "\u00b9\u00b3C\u03b1", "dCA",
+        "\u03b4CA", "d(CA)", "CA shift", "shift CA", "delta 13CA (ppm)", "Calpha", "C-alpha"})
     EXPECT_EQ(atomOfColumn(name), "CA") << name;
-  for (const char* name : {"C", "C'", "C\u2032", "CO", "13CO", "13C'", "CO (ppm)"}) EXPECT_EQ(atomOfColumn(name), "C") << name;
-  for (const char* name : {"CG", "CG(Pro)", "Pro CG", "C\u03b3", "Cgamma"}) EXPECT_EQ(atomOfColumn(name), "CG") << name;
+  for (const char* name : {"C", "C'", "C\u2032", "CO", "13CO", "13C'", "CO (ppm)"})
+    EXPECT_EQ(atomOfColumn(name), "C") << name;
+  for (const char* name : {"CG", "CG(Pro)", "Pro CG", "C\u03b3", "Cgamma"})
+    EXPECT_EQ(atomOfColumn(name), "CG") << name;
   for (const char* name : {"H", "HN", "1HN", "H (ppm)"}) EXPECT_EQ(atomOfColumn(name), "HN") << name;
   EXPECT_EQ(atomOfColumn("15N"), "N");
   EXPECT_EQ(atomOfColumn("HA2"), "HA2");
   // Any carbon, a difference, a letter that was lost, a side chain, or more than the atom.
-  for (const char* name : {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH", "CB(Cys)", ""})
+  for (const char* name :
+       {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH", "CB(Cys)", ""})
     EXPECT_EQ(atomOfColumn(name), "") << name;
 }
 
 TEST(CsvColumns, TheAtomsOwnNameWinsAndTwoOfAKindAreNone) {
   const auto columns = zorvela::readColumns({"res", "CA", "dCA", "CO", "C'", "CB shift", "CB obs", "N"});
-  EXPECT_EQ(columns.atoms,
-            (std::vector<std::pair<std::size_t, std::string>>{{1, "CA"}, {7, "N"}}));
+  EXPECT_EQ(columns.atoms, (std::vector<std::pair<std::size_t, std::string>>{{1, "CA"}, {7, "N"}}));
   EXPECT_EQ(columns.doubled, (std::vector<std::string>{"C", "CB"}));
 }
 

@@ -31,16 +31,21 @@ TEST(Annotation, LoopAtTheEndOfTheText) {
 
 TEST(Annotation, OneLineAndOldLineEnds) {
   EXPECT_EQ(annotated("data_x loop_ _nef_sequence.sequence_code _nef_sequence.residue_name 3 PRO stop_"),
-            "data_x loop_ _nef_sequence.sequence_code _nef_sequence.residue_name _nef_sequence.cis_peptide 3 PRO true "
+            "data_x loop_ _nef_sequence.sequence_code _nef_sequence.residue_name _nef_sequence.cis_peptide 3 "
+            "PRO true "
             "stop_");
-  EXPECT_EQ(annotated("data_x\rloop_\r_nef_sequence.sequence_code\r_nef_sequence.residue_type\r3 PRO\rstop_\r"),
-            "data_x\rloop_\r_nef_sequence.sequence_code\r_nef_sequence.residue_type\r_nef_sequence.cis_peptide\r3 PRO "
-            "true\rstop_\r");
+  EXPECT_EQ(
+      annotated("data_x\rloop_\r_nef_sequence.sequence_code\r_nef_sequence.residue_type\r3 PRO\rstop_\r"),
+      "data_x\rloop_\r_nef_sequence.sequence_code\r_nef_sequence.residue_type\r_nef_sequence.cis_peptide\r3 "
+      "PRO "
+      "true\rstop_\r");
 }
 
 TEST(Annotation, OtherLoopsAndTextsStay) {
-  const std::string other = "data_x\nloop_\n_a.b\n'_nef_sequence.cis_peptide' \"3 # x\" # loop_\n;loop_\n;\nstop_\n";
-  EXPECT_EQ(annotated(other + kHead.substr(7) + "5 ALA\n"), other + kHead.substr(7) + "_nef_sequence.cis_peptide\n5 ALA .\n");
+  const std::string other =
+      "data_x\nloop_\n_a.b\n'_nef_sequence.cis_peptide' \"3 # x\" # loop_\n;loop_\n;\nstop_\n";
+  EXPECT_EQ(annotated(other + kHead.substr(7) + "5 ALA\n"),
+            other + kHead.substr(7) + "_nef_sequence.cis_peptide\n5 ALA .\n");
 }
 
 TEST(Annotation, RefusesWhatItCannotPlace) {

@@ -15,7 +15,8 @@ using zorvela::readLabel;
 std::string parts(const std::string& cell, bool holdsAtom = false) {
   const auto label = readLabel(cell, holdsAtom);
   if (!label) return "none";
-  return label->number + "/" + label->code + "/" + label->name + "/" + label->atom + (label->hasDash ? " dash" : "");
+  return label->number + "/" + label->code + "/" + label->name + "/" + label->atom +
+         (label->hasDash ? " dash" : "");
 }
 
 TEST(ResidueLabel, NumberAndName) {
@@ -38,7 +39,8 @@ TEST(ResidueLabel, NumberAndName) {
 }
 
 TEST(ResidueLabel, NothingElse) {
-  for (const char* cell : {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999", "-", "G12-14"})
+  for (const char* cell :
+       {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999", "-", "G12-14"})
     EXPECT_EQ(parts(cell), "none") << cell;
   EXPECT_EQ(parts("S81N-H", true), "none");
   EXPECT_EQ(parts("A.81.SER.CA", true), "none");

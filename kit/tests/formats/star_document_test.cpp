@@ -59,9 +59,10 @@ TEST(StarDocument, TablesAreLoopsOrSingleTags) {
 
 TEST(StarDocument, RowsMayShareALineOrBeWrapped) {
   const Texts three = {"1 CA 52", "2 CA 63", "3 CA 45"};
-  for (const char* body : {"1 CA 52\n2 CA 63\n3 CA 45", "1 CA 52 2 CA 63 3 CA 45", "1 CA\n52\n2 CA\n63\n3 CA\n45",
-                           "1 CA 52\n2\nCA 63\n3 CA 45", "1 CA 52 2\nCA 63 3 CA\n45", "1\nCA\n52\n2\nCA\n63\n3\nCA\n45",
-                           "1 CA\n;52\n;\n2 CA 63\n3 CA 45"}) {
+  for (const char* body :
+       {"1 CA 52\n2 CA 63\n3 CA 45", "1 CA 52 2 CA 63 3 CA 45", "1 CA\n52\n2 CA\n63\n3 CA\n45",
+        "1 CA 52\n2\nCA 63\n3 CA 45", "1 CA 52 2\nCA 63 3 CA\n45", "1\nCA\n52\n2\nCA\n63\n3\nCA\n45",
+        "1 CA\n;52\n;\n2 CA 63\n3 CA 45"}) {
     const auto file = parsed(kLoop + body + "\nstop_");
     EXPECT_EQ(rowsOf(*file), three) << body;
     EXPECT_TRUE(file->notes.empty()) << body;
@@ -92,13 +93,17 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
 }
 
 TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
-  EXPECT_EQ(errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),
-            "file.str:2: values are missing or left over in the loop of _Atom_chem_shift; mend the loop, with one "
-            "value for each column in every row");
-  const auto unread = parsed("data_x\nloop_\n_nef_program_script.a\n_nef_program_script.b\n_c\n\nSCRIPT UNDEFINED\n"
-                             "stop_\n" + kLoop + "1 CA 52");
+  EXPECT_EQ(
+      errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),
+      "file.str:2: values are missing or left over in the loop of _Atom_chem_shift; mend the loop, with one "
+      "value for each column in every row");
+  const auto unread = parsed(
+      "data_x\nloop_\n_nef_program_script.a\n_nef_program_script.b\n_c\n\nSCRIPT UNDEFINED\n"
+      "stop_\n" +
+      kLoop + "1 CA 52");
   EXPECT_EQ(rowsOf(*unread), Texts{"1 CA 52"});
-  EXPECT_EQ(unread->notes, Texts{"line 7: 2 values for the 3 columns of _nef_program_script; the loop is not used"});
+  EXPECT_EQ(unread->notes,
+            Texts{"line 7: 2 values for the 3 columns of _nef_program_script; the loop is not used"});
 }
 
 TEST(StarDocument, AnOpenFrameEndsWhereTheNextBegins) {
@@ -106,9 +111,11 @@ TEST(StarDocument, AnOpenFrameEndsWhereTheNextBegins) {
   ASSERT_EQ(file->frames.size(), 2U);
   EXPECT_EQ(StarFrame(*file, 1).name(), "two");
   EXPECT_EQ(zorvela::frameValue(StarFrame(*file, 0), "_Entity.ID"), "1");
-  EXPECT_EQ(file->notes,
-            (Texts{"line 1: the save frame one is not closed before save_two; it is taken to end there",
-                   "line 3: the save frame two is not closed before the end of the file; it is taken to end there"}));
+  EXPECT_EQ(
+      file->notes,
+      (Texts{
+          "line 1: the save frame one is not closed before save_two; it is taken to end there",
+          "line 3: the save frame two is not closed before the end of the file; it is taken to end there"}));
 }
 
 TEST(StarDocument, WhatLeavesAShiftOpenIsAnError) {
@@ -119,15 +126,16 @@ TEST(StarDocument, WhatLeavesAShiftOpenIsAnError) {
             "file.str:2: not valid STAR: 2 values without a tag" + remedy);
   EXPECT_EQ(errorOf(kLoop + "1 'CA 52\n"),
             "file.str:2: not valid STAR: a quote begins in column 3 and is not closed on its line" + remedy);
-  EXPECT_EQ(errorOf("_a\n;text\n"), "file.str:2: not valid STAR: a text field begins here and has no end" + remedy);
+  EXPECT_EQ(errorOf("_a\n;text\n"),
+            "file.str:2: not valid STAR: a text field begins here and has no end" + remedy);
 }
 
 TEST(StarDocument, WhatNobodyReadsIsANote) {
   const auto file = parsed("_a 'b\n_c _d 1 2\n" + kLoop + "1 CA 52\nstop_ 3\n");
   EXPECT_EQ(rowsOf(*file), Texts{"1 CA 52"});
-  EXPECT_EQ(file->notes,
-            (Texts{"line 1: a quote begins in column 4 and is not closed on its line", "line 2: _c has no value",
-                   "line 2: 1 value without a tag, not used", "line 5: 1 value without a tag, not used"}));
+  EXPECT_EQ(file->notes, (Texts{"line 1: a quote begins in column 4 and is not closed on its line",
+                                "line 2: _c has no value", "line 2: 1 value without a tag, not used",
+                                "line 5: 1 value without a tag, not used"}));
 }
 
 TEST(StarDocument, LongWordsAreCut) {

@@ -25,9 +25,14 @@ std::vector<Word> wordsOf(const std::string& text) {
 
 TEST(StarTokens, HeadingsTagsAndValues) {
   EXPECT_EQ(wordsOf("data_x Save_y _a.b $frame loop_ stop_ save_ a_b"),
-            (std::vector<Word>{{Kind::frame, "data_x"}, {Kind::frame, "Save_y"}, {Kind::tag, "_a.b"},
-                               {Kind::value, "$frame"}, {Kind::loop, "loop_"}, {Kind::stop, "stop_"},
-                               {Kind::frame, "save_"}, {Kind::value, "a_b"}}));
+            (std::vector<Word>{{Kind::frame, "data_x"},
+                               {Kind::frame, "Save_y"},
+                               {Kind::tag, "_a.b"},
+                               {Kind::value, "$frame"},
+                               {Kind::loop, "loop_"},
+                               {Kind::stop, "stop_"},
+                               {Kind::frame, "save_"},
+                               {Kind::value, "a_b"}}));
 }
 
 TEST(StarTokens, AQuoteEndsInFrontOfWhiteSpaceOrAComment) {
@@ -47,8 +52,8 @@ TEST(StarTokens, AnOpenQuoteEndsWithItsLine) {
 
 TEST(StarTokens, TextFieldsBeginAndEndAtALineStart) {
   EXPECT_EQ(wordsOf("_a\n;\n'b # ;c\n;d ;e"),
-            (std::vector<Word>{{Kind::tag, "_a"}, {Kind::value, "\n'b # ;c"}, {Kind::value, "d"},
-                               {Kind::value, ";e"}}));
+            (std::vector<Word>{
+                {Kind::tag, "_a"}, {Kind::value, "\n'b # ;c"}, {Kind::value, "d"}, {Kind::value, ";e"}}));
   const std::string open = ";a\nb";
   EXPECT_TRUE(zorvela::StarTokens(open).next().isOpen);
 }

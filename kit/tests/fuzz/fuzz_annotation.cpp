@@ -1,7 +1,7 @@
 // Fuzzes the annotation of NEF files.
 //
-// Beside crashes and sanitizer reports it finds: bytes outside the flags that change, a second annotation that
-// changes something, and an annotated file that gives other shifts.
+// Beside crashes and sanitizer reports it finds: bytes outside the flags that change, a second annotation
+// that changes something, and an annotated file that gives other shifts.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -83,7 +83,8 @@ void checkShifts(const std::string& before, const std::string& after) {
     check((*a)[i].sequence == (*b)[i].sequence && (*a)[i].numbers == (*b)[i].numbers);
     check((*a)[i].shifts.size() == (*b)[i].shifts.size());
     for (std::size_t s = 0; s < (*a)[i].shifts.size(); ++s)
-      check((*a)[i].shifts[s].atom == (*b)[i].shifts[s].atom && (*a)[i].shifts[s].shift == (*b)[i].shifts[s].shift);
+      check((*a)[i].shifts[s].atom == (*b)[i].shifts[s].atom &&
+            (*a)[i].shifts[s].shift == (*b)[i].shifts[s].shift);
   }
 }
 

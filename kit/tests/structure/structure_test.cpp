@@ -121,7 +121,8 @@ TEST(Matching, CopiesOfOneProtein) {
 TEST(Matching, RelativesAndStrangers) {
   std::string relative = kSequence;  // 26 of 31 residues are the same
   for (const std::size_t i : {2U, 7U, 12U, 18U, 24U}) relative[i] = 'R';
-  const auto complex = structureOf({{"A", kSequence}, {"B", relative}, {"C", "GGGGWWWWYYYYHHHHRRRRNNNNQQQQ"}});
+  const auto complex =
+      structureOf({{"A", kSequence}, {"B", relative}, {"C", "GGGGWWWWYYYYHHHHRRRRNNNNQQQQ"}});
   EXPECT_EQ(matches({proteinOf("1", kSequence), proteinOf("2", relative)}, complex), (Names{"A", "B"}));
   EXPECT_EQ(matches({proteinOf("1", kSequence)}, complex), Names{"A"});
 }

@@ -22,7 +22,8 @@ TEST(Clusters, StateOfCysteinesDoesNotCount) {
 }
 
 TEST(Clusters, UnknownResiduesAreNoKinship) {
-  EXPECT_EQ(zorvela::sequenceClusters({std::string(30, '?') + "AAA", std::string(30, '?') + "GGG"}), (Numbers{1, 2}));
+  EXPECT_EQ(zorvela::sequenceClusters({std::string(30, '?') + "AAA", std::string(30, '?') + "GGG"}),
+            (Numbers{1, 2}));
 }
 
 }  // namespace

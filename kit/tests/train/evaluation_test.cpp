@@ -138,8 +138,8 @@ TEST(Evaluation, AWindowHasTheLabelOfMostAndTheShiftsOfTheMiddleMeasurement) {
   EXPECT_DOUBLE_EQ(5, result.prolines[0].cbMinusCg);  // 31 - 26
   EXPECT_TRUE(result.prolines[1].isCis);              // split: the first
   // A measurement without a number does not hide the others.
-  const zorvela::Evaluation other =
-      zorvela::evaluation(data, {prediction(nan), prediction(0.5F), prediction(0.75F), std::nullopt, std::nullopt});
+  const zorvela::Evaluation other = zorvela::evaluation(
+      data, {prediction(nan), prediction(0.5F), prediction(0.75F), std::nullopt, std::nullopt});
   EXPECT_EQ((std::vector<std::size_t>{0}), other.notANumber);
   ASSERT_EQ(1U, other.prolines.size());
   EXPECT_EQ(0.625, other.prolines[0].pCisNorm);

@@ -60,6 +60,7 @@ void compareFile(const std::string& file, const ImportOptions& import, Predictor
                  CompareReport& report) {
   const std::vector<Protein> proteins = readInput(file, import);
   std::vector<ProteinResult> results;
+  results.reserve(proteins.size());
   for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
   for (ComparedProtein& protein : compareWithStructures(proteins, results, report.structures))
     report.proteins.push_back(std::move(protein));

@@ -129,7 +129,7 @@ std::vector<GroupFigures> allFigures(const Evaluation& evaluation, int rounds) {
 
 std::string figureText(const std::optional<double>& value, const std::optional<Interval>& interval) {
   if (!value) return "-";
-  const std::string text = fixedText(*value, 3);
+  std::string text = fixedText(*value, 3);
   if (!interval) return text;
   return text + " [" + fixedText(interval->low, 3) + " " + fixedText(interval->high, 3) + "]";
 }

@@ -46,7 +46,7 @@ def lists(count, rows):
 
 
 class Bounds(unittest.TestCase):
-    def run_bounded(self, text, *arguments, name="hostile.str"):
+    def run_bounded(self, text, *arguments, name="hostile.str", seconds=None):
         """Exit status and standard error of an import within the bounds."""
         data = text.encode()
         with tempfile.TemporaryDirectory() as folder:
@@ -55,10 +55,10 @@ class Bounds(unittest.TestCase):
             done = subprocess.run([sys.executable, "-S", "-c", MEASURE, KIT, *arguments, str(path)], cwd=folder,
                                   env=ENVIRONMENT, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                   stderr=subprocess.PIPE, timeout=300, check=True)
-            status, kilobytes, seconds = done.stdout.split()
+            status, kilobytes, taken = done.stdout.split()
             if not IS_SANITIZED:
                 self.assertLess(int(kilobytes) * 1024, 64 * MIB + 24 * len(data))
-                self.assertLess(float(seconds), 1 + len(data) / MIB)
+                self.assertLess(float(taken), seconds or 1 + len(data) / MIB)
         return int(status), done.stderr.decode()
 
     def refused(self, text, what, *arguments, name="hostile.str"):
@@ -156,18 +156,23 @@ class Bounds(unittest.TestCase):
             self.assertIn(b"bad.str: describes more than 1000 molecules", done.stderr)
             self.assertIn(b"wrote o/good.tab", done.stderr)
 
-    def test_a_large_real_file_is_fast(self):
-        """2 MB of NMR-STAR in less than 0.1 s of processor time, the start of the program included."""
+    def test_a_large_entry_is_fast(self):
+        """2 MB of rows in all the columns of a BMRB entry take 0.1 s; five times that would be another algorithm."""
+        columns = ("ID Assembly_atom_ID Entity_assembly_ID Entity_ID Comp_index_ID Seq_ID Comp_ID Atom_ID Atom_type "
+                   "Atom_isotope_number Val Val_err Assign_fig_of_merit Ambiguity_code Occupancy Resonance_ID "
+                   "Auth_entity_assembly_ID Auth_asym_ID Auth_seq_ID Auth_comp_ID Auth_atom_ID Details Entry_ID "
+                   "Assigned_chem_shift_list_ID").split()
+        names = "GLY ALA SER PRO VAL THR LEU LYS GLU GLN".split()
+        atoms = (("H", "H", 1, 8.1), ("HA", "H", 1, 4.2), ("C", "C", 13, 175.1), ("CA", "C", 13, 55.1),
+                 ("CB", "C", 13, 30.2), ("N", "N", 15, 120.3))
         rows = []
-        letters = "GASPVTLKEQ" * 1000
-        names = dict(zip("GASPVTLKEQ", "GLY ALA SER PRO VAL THR LEU LYS GLU GLN".split()))
-        for i, letter in enumerate(letters, 1):
-            for atom, value in (("H", 8.1), ("CA", 55.1), ("CB", 30.2), ("N", 120.3), ("C", 175.1)):
-                rows.append("   %6d   1   %5d  %s  %-4s %8.3f  0.02  1\n" % (len(rows), i, names[letter], atom, value))
-        text = entity(letters) + ("loop_ _Atom_chem_shift.ID _Atom_chem_shift.Entity_ID _Atom_chem_shift.Comp_index_ID "
-                                  "_Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID _Atom_chem_shift.Val "
-                                  "_Atom_chem_shift.Val_err _Atom_chem_shift.Ambiguity_code\n") + "".join(rows)
-        self.assertGreater(len(text), 2000000)
-        status, message = self.run_bounded(text, "import")
+        for i in range(1, 3501):
+            for atom, element, isotope, value in atoms:
+                rows.append("%6d . 1 1 %5d %5d %s %-4s %s %2d %8.3f 0.020 . 1 . . . A %5d %s %-4s . 99999 1\n" % (
+                    len(rows), i, i, names[i % 10], atom, element, isotope, value, i, names[i % 10], atom))
+        letters = "".join("GASPVTLKEQ"[i % 10] for i in range(1, 3501))
+        text = (entity(letters) + "loop_\n" + "".join("_Atom_chem_shift.%s\n" % name for name in columns) +
+                "".join(rows))
+        self.assertGreater(len(text), 1900000)
+        status, message = self.run_bounded(text, "import", seconds=0.5)
         self.assertEqual(status, 0, message[:300])
-

@@ -98,8 +98,8 @@ class Page:
     def status(self):
         return self.text("status")
 
-    def wait_for_result(self):
-        self.wait(lambda: self.status().endswith("."))
+    def wait_for_result(self, seconds=60):
+        self.wait(lambda: self.status().endswith("."), seconds)
         return self.status()
 
     def report(self):
@@ -141,14 +141,16 @@ class Page:
         """The name and the bytes of the file that a button saves."""
         before = set(self.saved())
         self.driver.find_element(By.CSS_SELECTOR, f"[data-save={what}]").click()
-        path = self.wait(lambda: next(iter(set(self.saved()) - before), None))
+        path = self.wait(lambda: next((path for path in set(self.saved()) - before if path.stat().st_size > 0), None))
         content = path.read_bytes()
         path.unlink()
         return path.name, content
 
     def saved(self):
-        return [path for path in pathlib.Path(self.folder.name).iterdir()
-                if path.is_file() and path.suffix != ".crdownload" and not path.name.startswith(".")]
+        """The files that are saved; none while one is being written."""
+        paths = [path for path in pathlib.Path(self.folder.name).iterdir()
+                 if path.is_file() and not path.name.startswith(".")]
+        return [] if any(path.suffix == ".crdownload" for path in paths) else paths
 
     # What the browser noticed
 

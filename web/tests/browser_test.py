@@ -236,7 +236,7 @@ class BadFiles(Page):
             const done = arguments[0]; let ticks = 0; const start = performance.now();
             (function tick() { ++ticks; performance.now() - start > 500 ? done(ticks) : setTimeout(tick, 10); })();""")
         self.assertGreater(ticks, 5, "the page does not answer while it reads")
-        self.assertEqual(self.page.wait_for_result(), "1 file could not be predicted.")
+        self.assertEqual(self.page.wait_for_result(300), "1 file could not be predicted.")
         self.assertEqual(self.errors(), [json.loads(self.folder.program("json", path.name))["errors"][0]["message"]])
         self.page.choose(NUCLEASE)
         self.assertIn("1 cis", self.page.status())

@@ -1,6 +1,6 @@
 // Reads a table file, line by line.
 //
-// REMARK, DATA, VARS and FORMAT lines are told by their first word; any other line is a row if a FORMAT
+// REMARK, DATA, VARS and FORMAT lines are known by their first word; any other line is a row if a FORMAT
 // line came before and it has as many words as the table has columns. What fits nowhere is skipped.
 #include <algorithm>  // for std::min
 #include <cstdlib>    // for std::exit

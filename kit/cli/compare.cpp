@@ -150,7 +150,7 @@ void addCompare(CLI::App& app) {
   command->add_option("--structure", settings->structures)
       ->required()
       ->type_name("MODEL")
-      ->description("Structures, PDB or mmCIF, also gzipped; one or several, behind the shift files");
+      ->description("Structures, PDB or mmCIF, also gzipped; one or several, after the shift files");
   command->add_option("--format", settings->format)
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"table", "csv", "json"}))

@@ -1,4 +1,4 @@
-// `evaluate --referencing`: how often a referencing offset is seen, and the constants behind its estimate.
+// `evaluate --referencing`: how often a referencing offset is seen, and the constants of its estimate.
 #pragma once
 
 #include <iosfwd>

@@ -62,7 +62,7 @@ bool isVisible(const std::string& name) {
   return name.front() != '.';
 }
 
-/// Files that could not be used, counted and told.
+/// Files that could not be used, counted and named.
 struct Failures {
   std::mutex mutex;
   std::size_t count = 0;

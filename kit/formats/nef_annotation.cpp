@@ -121,7 +121,7 @@ class Annotator {
     return std::string(trimmed(values[first + column].value));
   }
 
-  /// A line of its own behind the last tag, written like that one.
+  /// A line of its own after the last tag, written like that one.
   void addColumn(const StarToken& lastTag) {
     result.columnAdded = true;
     const std::size_t lineStart = text.find_last_of("\r\n", lastTag.begin) + 1;  // 0 on the first line

@@ -37,7 +37,7 @@ struct NefAnnotation {
   bool columnAdded = false;
 };
 
-/// Sets `_nef_sequence.cis_peptide`, which tells of the peptide bond before a residue, in all sequence loops
+/// Sets `_nef_sequence.cis_peptide`, which describes the peptide bond before a residue, in all sequence loops
 /// of a file; a loop without that column gets one, with "." where nothing is to be said. With `keep` a flag
 /// that is there already is left. FileError with the line for a loop whose values do not fill its rows, and
 /// for a file without a sequence loop. `name` is how messages name the file.

@@ -32,7 +32,7 @@ struct ResidueType {
   Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
 };
 
-/// The type behind a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
+/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
 ResidueType residueType(std::string_view name);
 

@@ -24,7 +24,7 @@ constexpr std::size_t kNumberAt = 22;
 constexpr std::size_t kXAt = 30;
 constexpr std::size_t kCoordinateWidth = 8;
 constexpr std::size_t kCoordinatesEnd = 54;
-// Behind the element stand charges, which many programs write in their own way.
+// After the element stand charges, which many programs write in their own way.
 constexpr std::size_t kChargeAt = 78;
 constexpr std::size_t kShortestAtomLine = kCoordinatesEnd + 1;  // with the line end
 // Each part of a chain costs a search among those before it. The largest assemblies have some hundred chains.

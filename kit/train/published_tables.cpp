@@ -25,7 +25,7 @@ std::string fileName(const std::string& path) {
   return std::filesystem::path(path).filename().string();
 }
 
-/// The paper behind a file of published values; the name of the file where it is not known.
+/// The paper of a file of published values; the name of the file where it is not known.
 std::string citation(const std::string& path) {
   const std::string name = fileName(path);
   static const std::vector<std::pair<std::string, std::string>> kPapers = {

@@ -561,10 +561,10 @@ class Run:
         self.save(rows)
 
     def predict_residue(self, number):
-        before, behind = self.sequence.get(number - 1, ""), self.sequence.get(number + 1, "")
+        before, after = self.sequence.get(number - 1, ""), self.sequence.get(number + 1, "")
         none = dict.fromkeys(("cis_prev", "cis_next", "trans_prev", "trans_next"), 0.0)
         prior = {kind: single(self.factors.get(before, none)[kind + "_prev"]
-                              * self.factors.get(behind, none)[kind + "_next"]) for kind in ("cis", "trans")}
+                              * self.factors.get(after, none)[kind + "_next"]) for kind in ("cis", "trans")}
         like = {"cis": 1.0, "trans": 1.0}
         for index in range(18):
             atom = ATOMS[index % 6]
@@ -583,7 +583,7 @@ class Run:
         cis = single(divide(both["cis"], single(both["cis"] + both["trans"])))
         norm = single(divide(cis, single(cis + single(19 * single(1 - cis)))))
         self.predictions[number] = (cis, norm)
-        return {"number": number, "prev": before, "next": behind,
+        return {"number": number, "prev": before, "next": after,
                 "counts": [6 - self.missing.get(number + step, 0) for step in (-1, 0, 1)],
                 "gamma": as_text(gamma), "cis": as_text(cis), "norm": as_text(norm)}
 

@@ -34,7 +34,7 @@ class BadInput(ProgramTest):
         self.expect(["-in", "in.tab"], finished("in.tab"), stderr, written={"pred.tab": TABLE_HEAD})
 
     def expect_abort(self, stdout, *arguments):
-        """The run ends abnormally, behind what it printed so far."""
+        """The run ends abnormally, after what it printed so far."""
         result = self.run_program(*arguments)
         self.assertEqual(result.status, -signal.SIGABRT)
         self.assertEqual(result.stdout, stdout)
@@ -192,7 +192,7 @@ class Lines(BadInput):
         self.expect_nothing("".join(line for line in self.text.splitlines(True) if not line.startswith("VARS")))
 
     def test_format_before_the_columns(self):
-        # Without columns its items are not checked; the rows behind both are read.
+        # Without columns its items are not checked; the rows after both are read.
         head, rows = self.text.rsplit("\n\n", 1)
         data, columns, formats = head.replace("\n\n", "\n").split("\n")
         self.expect_as_before("\n".join([data, formats.replace("%1s", "%1x"), columns, "", rows]))
@@ -240,7 +240,7 @@ class Lines(BadInput):
         self.expect_nothing(self.text + "VARS\n")
 
     def test_a_columns_line_behind_a_blank_loses_its_first_letters(self):
-        # " VARS   RESID ..." cut behind four characters: "S   RESID ...", five columns.
+        # " VARS   RESID ..." cut after four characters: "S   RESID ...", five columns.
         self.expect_nothing(self.text.replace("VARS", " VARS"))
 
     def test_a_row_that_begins_with_a_keyword_is_row_and_keyword(self):
@@ -279,7 +279,7 @@ class Formats(BadInput):
         self.bad("%4d %1s   %4q\t %8.3f", "%4q\t ")
         self.bad("%4d %1s %4s %8.3q   ", "%8.3q   ")
 
-    def test_the_first_bad_item_is_told(self):
+    def test_the_first_bad_item_is_said(self):
         self.bad("%4d %y %z %8.3f", "%y ")
 
     def test_a_percent_sign_without_a_piece(self):

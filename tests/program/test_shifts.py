@@ -35,10 +35,10 @@ class Shifts(ProgramTest):
         cis, norm = ANSWERS.get(answer, answer)
         self.write("in.tab", protein(sequence, coil_shifts(sequence, changes, leave_out) if rows is None else rows,
                                      first))
-        before, behind = sequence[number - 2], sequence[number]
-        line = "   %s%-3d P%-3d %s%-3d %-6s %-6s\n" % (before, number - 1, number, behind, number + 1,
+        before, after = sequence[number - 2], sequence[number]
+        line = "   %s%-3d P%-3d %s%-3d %-6s %-6s\n" % (before, number - 1, number, after, number + 1,
                                                         cis.strip(), norm.strip())
-        row = "%2d %s P %s %2d %2d %2d %8s %8s %8s \n" % (number, before, behind, *counts, cg, cis.strip(),
+        row = "%2d %s P %s %2d %2d %2d %8s %8s %8s \n" % (number, before, after, *counts, cg, cis.strip(),
                                                            norm.strip())
         self.expect(["-in", "in.tab", *options], finished("in.tab", line), stderr, written={
             "pred.tab": TABLE_HEAD + row})
@@ -458,7 +458,7 @@ class Odds(Shifts):
         self.odds([["A", 0.3, 0.9, 0.1, 0.9], ["G", 0.9, 0.2, 0.9, 0.6]])
         # 0.3 * 0.2 against 0.1 * 0.6: even.
         self.expect_prediction(None)
-        # G before and A behind: 0.9 * 0.9 on both sides.
+        # G before and A after: 0.9 * 0.9 on both sides.
         self.expect_prediction(None, "GPAA", (5, 5, 6))
         # A on both sides: 0.3 * 0.9 = 0.27 against 0.09: P_CIS 3/4, normalised 0.75 / (0.75 + 4.75) = 0.136364.
         self.expect_prediction(("0.750", "0.136"), "APAA", (6, 5, 6))

@@ -40,16 +40,16 @@ class Order(Streams):
         self.assertTrue(text.startswith(HEAD + WARNING * 2 + "\nChemical shift outlier checking...\n"
                                         "\nChemical shift referencing checking...\n  Estimated CA"), text)
 
-    def test_a_table_that_cannot_be_read_is_told_behind_its_progress_line(self):
+    def test_a_table_that_cannot_be_read_is_said_after_its_progress_line(self):
         os.remove(self.path("tab/rcprev.tab"))
         self.assertEqual(self.both("-in", "in.tab"), "".join(progress().splitlines(keepends=True)[:3])
                          + "\tCan't open file ./tab/rcprev.tab for reading\n")
 
-    def test_a_bad_format_is_told_behind_its_progress_line(self):
+    def test_a_bad_format_is_said_after_its_progress_line(self):
         self.write("tab/sslimit.tab", "VARS RESNAME\nFORMAT %x\n")
         self.assertEqual(self.both("-in", "in.tab"), progress() + "\tBad format syntax '%x'\n")
 
-    def test_an_output_file_that_cannot_be_written_is_told_behind_the_listing(self):
+    def test_an_output_file_that_cannot_be_written_is_said_after_the_listing(self):
         self.assertEqual(self.both("-in", "in.tab", "-sum", "no/pred.tab"), HEAD + WARNING * 2 + LISTING
                          + "\tCan't save file no/pred.tab\n" + TIME_LINE)
 

@@ -42,7 +42,7 @@ Args optionsOf(std::vector<std::string> args) {
   std::exit(callMain(args));
 }
 
-// The report ends with the estimated offset of C'; nothing stands behind it.
+// The report ends with the estimated offset of C'; nothing stands after it.
 testing::Matcher<const std::string&> EndsWithTheReport() {
   return testing::ContainsRegex("\n  Estimated C' shift referencing offset [^\n]*\n$");
 }

@@ -1,6 +1,6 @@
 // A whole run in a directory of its own: a small protein with three prolines, and all reference tables.
 //
-// Proline 4 has all it needs; proline 7 stands behind a poor residue, has no CG and is followed by a
+// Proline 4 has all it needs; proline 7 follows a poor residue, has no CG and is followed by a
 // carbonyl to clip; proline 10 and the residue before it are both poor. Random-coil shifts and most
 // others are exact in single precision. expected.py holds the same numbers and computes the predictions.
 #pragma once

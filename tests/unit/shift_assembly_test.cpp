@@ -1,211 +1,22 @@
-// Reference tables, and the way from input shifts to secondary shifts.
+// The way from input shifts to secondary shifts.
 #include <climits>
+#include <utility>
 
-#include "run_files.h"
 #include "support.h"
 // The run object comes after the files and variables of its tests.
 #include "ZORVELA.h"
 
 namespace {
 
-using support::addRow;
 using support::Output;
 using support::outputOf;
-using support::RunFiles;
+using support::randomCoil;
 using support::tableOf;
-using testing::Eq;
 using testing::ExitedWithCode;
 
 const std::string kHeader = "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n";
 
-// All values are exact in single precision.
-GDB randomCoil() {
-  return tableOf(
-      "VARS RESNAME N HA C CA CB HN\nFORMAT %s %f %f %f %f %f %f\n"
-      "A 124 4.25 178 52.5 19 8.25\n"
-      "G 109 4 174 45 0 8.5\n"
-      "K 120.5 4.5 176.5 56.5 33 8\n"
-      "P 136.5 4.5 177 63.5 32 0\n");
-}
-
 }  // namespace
-
-// --- Lookups ------------------------------------------------------------------------------------
-
-class ReferenceShifts : public testing::Test {
- protected:
-  ReferenceShifts() {
-    zorvela.rcTable = randomCoil();
-    addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "0.25"}});
-    addRow(zorvela.prevTable, {{"RESNAME", "A"}, {"CA", "0.5"}});
-    addRow(zorvela.nextTable, {{"RESNAME", "A"}, {"CA", "-1.5"}});
-  }
-
-  ZORVELA zorvela;
-};
-
-TEST_F(ReferenceShifts, EachLookupReadsItsOwnTable) {
-  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
-  EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.5F);
-  EXPECT_EQ(zorvela.getNextRCadj("A", "CA"), -1.5F);
-}
-
-TEST_F(ReferenceShifts, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
-  EXPECT_EQ(zorvela.getRC("W", "CA"), 9999.0F);
-  EXPECT_EQ(zorvela.getRCadj("W", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("W", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("W", "CA"), 0.0F);
-}
-
-TEST_F(ReferenceShifts, KnownResidueTypeWithoutTheAtomColumnIsZero) {
-  EXPECT_EQ(zorvela.getRC("A", "CG"), 0.0F);
-  EXPECT_EQ(zorvela.getRCadj("A", "N"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("A", "N"), 0.0F);
-}
-
-TEST_F(ReferenceShifts, EmptyResidueNameFindsNoRow) {
-  EXPECT_EQ(zorvela.getRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getRC("", "CA"), 9999.0F);
-}
-
-TEST_F(ReferenceShifts, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {
-  zorvela.prevTable = tableOf("VARS CA\nFORMAT %f\n0.75\n0.5\n");
-  EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.75F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.0F);
-}
-
-TEST_F(ReferenceShifts, ResidueNamesAreCaseSensitive) {
-  EXPECT_EQ(zorvela.getRC("a", "CA"), 9999.0F);
-}
-
-TEST_F(ReferenceShifts, FirstRowOfATypeWins) {
-  addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "7"}});
-  EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
-}
-
-TEST_F(ReferenceShifts, TextThatIsNoNumberIsZero) {
-  addRow(zorvela.rcTable, {{"RESNAME", "X"}, {"CA", "none"}, {"CB", ""}});
-  EXPECT_EQ(zorvela.getRC("X", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getRC("X", "CB"), 0.0F);
-}
-
-TEST_F(ReferenceShifts, EmptyTablesKnowNothing) {
-  ZORVELA empty;
-  EXPECT_EQ(empty.getRC("A", "CA"), 9999.0F);
-  EXPECT_EQ(empty.getRCadj("A", "CA"), 0.0F);
-}
-
-// --- Loading ------------------------------------------------------------------------------------
-
-TEST(ReferenceTables, InitPrintsExactlyFiveProgressLinesAndLoadsEveryTable) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  const Output output = outputOf([&] { zorvela.init(); });
-  EXPECT_EQ(output.out, files.progress());
-  EXPECT_EQ(output.err, "");
-  EXPECT_EQ(zorvela.csTable.residNames.size(), 11U);
-  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
-  EXPECT_EQ(zorvela.getRCadj("P", "CA"), -0.25F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), -0.5F);
-  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), -2.0F);
-  EXPECT_EQ(zorvela.limitTable.getEntryCount(), 7);
-  EXPECT_EQ(zorvela.avgCis.size(), 19U);
-  EXPECT_EQ(zorvela.proSeqCis.size(), 5U);
-}
-
-TEST(ReferenceTables, ProgressLinesNameTheTablesInTheOrderOfReading) {
-  const RunFiles files;
-  const std::string tab = files.path() + "/tab/";
-  EXPECT_EQ(files.progress(), "Reading Random Coil Shifts from " + tab +
-                                  "randcoil.tab\n"
-                                  "Reading RC Adjustments from " +
-                                  tab +
-                                  "rcadj.tab\n"
-                                  "Reading Previous Residue RC Adjustments from " +
-                                  tab +
-                                  "rcprev.tab\n"
-                                  "Reading Next Residue RC Adjustments from " +
-                                  tab +
-                                  "rcnext.tab\n"
-                                  "Reading Secondary Shift Limits from " +
-                                  tab + "sslimit.tab\n");
-}
-
-TEST(ReferenceTables, MissingTableEndsTheRunBehindItsProgressLine) {
-  const RunFiles files;
-  const std::string adj = files.file("tab/rcadj.tab");
-  std::filesystem::remove(adj);
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0),
-      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
-         "\nReading RC Adjustments from " + adj + "\n\tCan't open file " + adj + " for reading\n"));
-}
-
-TEST(ReferenceTables, MissingDatabaseEndsTheRunBehindTheProgressLines) {
-  const RunFiles files;
-  const std::string database = files.file("tab/Pro.seq.tab");
-  std::filesystem::remove(database);
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0), Eq(files.progress() + "\tCan't open file " + database + " for reading\n"));
-}
-
-TEST(ReferenceTables, MissingInputEndsTheRunBeforeAnyProgressLine) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["in"] = files.file("no.tab");
-  zorvela.setArgs(args);
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0), Eq("\tCan't open file " + files.file("no.tab") + " for reading\n"));
-}
-
-TEST(ReferenceTables, NoneIsTheNameOfAFile) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["adj"] = "None";
-  zorvela.setArgs(args);
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0),
-      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
-         "\nReading RC Adjustments from None\n\tCan't open file None for reading\n"));
-}
-
-TEST(ReferenceTables, EmptyCorrectionTableMeansNoCorrection) {
-  const RunFiles files;
-  files.write("none.tab", "");
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["next"] = files.file("none.tab");
-  zorvela.setArgs(args);
-  outputOf([&] { zorvela.init(); });
-  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), 0.0F);
-}
 
 // --- Secondary shifts ---------------------------------------------------------------------------
 

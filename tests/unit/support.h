@@ -1,51 +1,19 @@
-// What the unit tests share: a directory of their own, environment variables, captured output, small tables.
+// What the unit tests share: environment variables, captured output, small tables.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include "GDB.h"
+#include "support/temp_dir.h"
 
 namespace support {
-
-/// A new, empty directory, removed with all that is in it.
-class TempDir {
- public:
-  TempDir() : directory(testing::TempDir() + "zorvela_XXXXXX") {
-    if (!mkdtemp(directory.data())) throw std::runtime_error("cannot make " + directory);
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  ~TempDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(directory, ignored);
-  }
-
-  const std::string& path() const { return directory; }
-  std::string file(const std::string& name) const { return directory + "/" + name; }
-  /// Writes a file and gives its path.
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(file(name), std::ios::binary) << text;
-    return file(name);
-  }
-
- private:
-  std::string directory;
-};
-
-inline std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 /// Sets an environment variable, or unsets it, until the end of the scope.
 class ScopedEnv {
@@ -111,6 +79,24 @@ inline PlainRows rowsOf(const GDB& table) {
 inline void addRow(GDB& table, const GDB::Row& row) {
   const int number = table.getEntryCount() + 1;
   for (const auto& [col, value] : row) table.setEntry(number, col, value);
+}
+
+/// A small table of random-coil shifts; all values are exact in single precision.
+inline GDB randomCoil() {
+  return tableOf(
+      "VARS RESNAME N HA C CA CB HN\nFORMAT %s %f %f %f %f %f %f\n"
+      "A 124 4.25 178 52.5 19 8.25\n"
+      "G 109 4 174 45 0 8.5\n"
+      "K 120.5 4.5 176.5 56.5 33 8\n"
+      "P 136.5 4.5 177 63.5 32 0\n");
+}
+
+/// How this machine prints 0/0, with the sign that its division gives.
+inline std::string notANumber(const char* format) {
+  volatile float zero = 0.0F;
+  char text[32];
+  std::snprintf(text, sizeof text, format, static_cast<double>(zero / zero));
+  return text;
 }
 
 }  // namespace support

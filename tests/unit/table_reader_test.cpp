@@ -251,7 +251,7 @@ TEST(TableReader, MessageHoldsTheBadItemWithItsBlanks) {
 }
 
 TEST(TableReader, MissingPieceOfADoubledPercentIsABadItem) {
-  // Three "%" for three columns, but two pieces behind the first blank: the third item is "%" alone.
+  // Three "%" for three columns, but two pieces after the first blank: the third item is "%" alone.
   const TempDir dir;
   const std::string path = dir.write("bad.tab", "VARS A B C\nFORMAT %4d %%s\n");
   EXPECT_EXIT(GDB{path}, ExitedWithCode(0), Eq("\tBad format syntax '%'\n"));

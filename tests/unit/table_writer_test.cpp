@@ -319,7 +319,7 @@ TEST(TableWriter, ShiftPreset) {
   EXPECT_EQ(table.className, "KIVRA_SHIFT");
   EXPECT_EQ(table.getEntryCount(), 0);
   EXPECT_EQ(savedText(table), "\n\n" + kShiftHeader);
-  EXPECT_EQ(table.columnFormats.at(0), "%4d ") << "with the blank behind it";
+  EXPECT_EQ(table.columnFormats.at(0), "%4d ") << "with the blank after it";
 }
 
 TEST(TableWriter, PredictionPreset) {

@@ -130,7 +130,7 @@ class Annotate(unittest.TestCase):
             self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
             self.assertIsNone(self.output)
 
-    def test_input_is_not_replaced_and_a_full_disk_is_told(self):
+    def test_input_is_not_replaced_and_a_full_disk_is_said(self):
         self.assertEqual(self.annotate(nef({}), output="in.nef").returncode, 1)
         self.assertEqual(self.output.decode(), nef({}))
         result = self.annotate(nef({}), output="/dev/full")

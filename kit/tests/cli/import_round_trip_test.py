@@ -113,7 +113,7 @@ class RoundTrip(unittest.TestCase):
         twice = self.import_files(once, "twice")
         for path, first, second in zip(self.paths, once, twice):
             self.assertEqual(first.read_bytes(), second.read_bytes())
-            # The layout has no blank behind the last format, and a last line of sequence even if it is empty.
+            # The layout has no blank after the last format, and a last line of sequence even if it is empty.
             original = path.read_text().replace("%8.3f \n", "%8.3f\n")
             if len(Entry(path).sequence) % 55:
                 self.assertEqual(first.read_text(), original)

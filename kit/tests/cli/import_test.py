@@ -178,7 +178,7 @@ class StarTest(ImportTest):
              "residue NH2 has no counterpart among the 20, written ?: 8",
              "CB and CG of hydroxyproline are unlike those of proline, left out: 3 CB, 3 CG"], chain="1")
 
-    def test_what_is_wrong_is_told(self):
+    def test_what_is_wrong_is_said(self):
         self.check("star3_messy.str", table(
             ["Imported from star3_messy.str (NMR-STAR 3), chain 1, shift list shifts",
              "Residue 1 here is residue 1 there"],
@@ -622,7 +622,7 @@ class CsvTest(ImportTest):
                          "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
     def test_residue_and_type(self):
-        """Whether "residue" holds numbers, names or both is told by its cells."""
+        """Whether "residue" holds numbers, names or both is seen from its cells."""
         for data in (b"residue,type,atom,shift\n4,A,CA,52\n5,PRO,CA,63\n",
                      b"residue,type,atom,shift\nA4,13C,CA,52\nP5,13C,CA,63\n",
                      b"res,residue,atom,shift\nALA,4,CA,52\nPRO,5,CA,63\n",

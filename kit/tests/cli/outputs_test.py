@@ -61,7 +61,7 @@ class Inputs(InFolder):
                 self.check_refused(ended, self.input, {"in.tab": text})
 
     def test_standard_output(self):
-        """As cat does: else the results would end up behind the shifts."""
+        """As cat does: else the results would end up after the shifts."""
         text = self.read("in.tab")
         for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
             with self.subTest(command=command[0]), open(self.input, "a", encoding="utf-8") as stdout:

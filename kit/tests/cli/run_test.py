@@ -183,7 +183,7 @@ class ShiftFiles(InFolder):
         self.assertEqual(result.returncode, 1)
         self.assertEqual(result.stderr, 'zorvela-kit: %s: has no chain "C"; it has: A, B\n' % file)
 
-    def test_notes_of_the_import_are_told_and_kept(self):
+    def test_notes_of_the_import_are_said_and_kept(self):
         file = self.put("two.csv", self.TWO_CHAINS)
         result = program.run("--format", "json", file)
         notes = [p["notes"] for p in json.loads(result.stdout)["proteins"]]
@@ -199,7 +199,7 @@ class ShiftFiles(InFolder):
         self.assertEqual(result.stderr.count("note:"), 1)
         self.assertNotIn("not needed", result.stderr)
 
-    def test_of_many_notes_five_are_told(self):
+    def test_of_many_notes_five_are_said(self):
         rows = self.TWO_CHAINS + "".join("A,101,ALA,%s,1.5\n" % atom for atom in ("N", "HN", "HA", "C", "CA", "CB"))
         file = self.put("many.csv", rows)
         result = program.run("--format", "json", "--chain", "A", file)

@@ -100,7 +100,7 @@ class FetchData(unittest.TestCase):
         self.assertEqual(self.fetch("1stn\n").returncode, 0)
         self.assertEqual(len(Server.requests), 3)
 
-    def test_what_is_not_there_is_told_and_the_rest_fetched(self):
+    def test_what_is_not_there_is_named_and_the_rest_fetched(self):
         result = self.fetch("99999 1stn\n")
         self.assertEqual((result.returncode, result.stdout), (1, "1 fetched, 0 there already, 1 failed\n"))
         self.assertEqual(len(result.stderr.splitlines()), 1)

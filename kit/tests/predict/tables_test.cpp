@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 
+#include "support/temp_dir.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
 
@@ -16,16 +15,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using support::readFile;
 using Texts = std::map<std::string, std::string>;
-
-std::string textOf(const fs::path& path) {
-  std::ifstream in(path);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 Texts madeTables() {
   Texts texts;
-  for (const char* name : zorvela::kTableNames) texts[name] = textOf(fs::path(MADE_TABLES) / name);
+  for (const char* name : zorvela::kTableNames)
+    texts[name] = readFile((fs::path(MADE_TABLES) / name).string());
   return texts;
 }
 
@@ -55,12 +51,7 @@ std::string place(const std::string& name, const std::string& piece) {
 
 class TableFolder : public testing::Test {
  protected:
-  void SetUp() override {
-    char name[] = "/tmp/zorvela-kit-test-XXXXXX";
-    folder = mkdtemp(name);
-    fs::copy(MADE_TABLES, folder);
-  }
-  void TearDown() override { fs::remove_all(folder); }
+  TableFolder() { fs::copy(MADE_TABLES, folder); }
   std::string message() const {
     testing::internal::CaptureStderr();
     std::string text = "no error";
@@ -73,7 +64,8 @@ class TableFolder : public testing::Test {
     return text;
   }
 
-  fs::path folder;
+  const support::TempDir dir;
+  const fs::path folder = dir.path();
 };
 
 }  // namespace
@@ -104,7 +96,7 @@ TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {
 }
 
 TEST_F(TableFolder, ABadFormatItemIsOneLine) {
-  std::string text = textOf(folder / "Pro.seq.tab");
+  std::string text = readFile((folder / "Pro.seq.tab").string());
   text.replace(text.find("FORMAT %s"), 9, "FORMAT %x");
   std::ofstream(folder / "Pro.seq.tab") << text;
   EXPECT_EQ(message(), (folder / "Pro.seq.tab").string() + ":4: Bad format syntax '%x '");

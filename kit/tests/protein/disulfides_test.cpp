@@ -27,7 +27,7 @@ FileChain cysteines() {
   return chain;
 }
 
-TEST(Disulfides, AreToldByTheBetaShiftWhereTheFileSaysNothing) {
+TEST(Disulfides, AreKnownByTheBetaShiftWhereTheFileSaysNothing) {
   const Protein protein = marked(cysteines(), {{1, "CB", "33.0"}, {2, "CB", "41.2"}});
   EXPECT_EQ(protein.sequence, "CcP");  // 33 itself is reduced
   EXPECT_EQ(protein.notes,

@@ -49,7 +49,7 @@ std::string aligned(const std::string& sequence, const zorvela::StructureChain& 
 }
 
 TEST(Alignment, GapsGoWhereTheChainIsInterrupted) {
-  // Without the break the second G could as well be the one behind the gap.
+  // Without the break the second G could as well be the one after the gap.
   zorvela::StructureChain chain = chainOf("MKLGVWTRE");
   chain.residues[4].isAfterBreak = true;
   EXPECT_EQ(aligned("MKLGAASGVWTRE", chain), "MKLG----VWTRE");

@@ -1,0 +1,193 @@
+// Reading the reference tables and the proline databases, and what is said when one is missing.
+#include "run_files.h"
+#include "support.h"
+// The run object comes after the files and variables of its tests.
+#include "ZORVELA.h"
+
+namespace {
+
+using support::Output;
+using support::outputOf;
+using support::RunFiles;
+using support::TempDir;
+using testing::Eq;
+using testing::ExitedWithCode;
+
+}  // namespace
+
+// --- Loading ------------------------------------------------------------------------------------
+
+TEST(ReferenceTables, InitPrintsExactlyFiveProgressLinesAndLoadsEveryTable) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  const Output output = outputOf([&] { zorvela.init(); });
+  EXPECT_EQ(output.out, files.progress());
+  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(zorvela.csTable.residNames.size(), 11U);
+  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
+  EXPECT_EQ(zorvela.getRCadj("P", "CA"), -0.25F);
+  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), -0.5F);
+  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), -2.0F);
+  EXPECT_EQ(zorvela.limitTable.getEntryCount(), 7);
+  EXPECT_EQ(zorvela.avgCis.size(), 19U);
+  EXPECT_EQ(zorvela.proSeqCis.size(), 5U);
+}
+
+TEST(ReferenceTables, ProgressLinesNameTheTablesInTheOrderOfReading) {
+  const RunFiles files;
+  const std::string tab = files.path() + "/tab/";
+  EXPECT_EQ(files.progress(), "Reading Random Coil Shifts from " + tab +
+                                  "randcoil.tab\n"
+                                  "Reading RC Adjustments from " +
+                                  tab +
+                                  "rcadj.tab\n"
+                                  "Reading Previous Residue RC Adjustments from " +
+                                  tab +
+                                  "rcprev.tab\n"
+                                  "Reading Next Residue RC Adjustments from " +
+                                  tab +
+                                  "rcnext.tab\n"
+                                  "Reading Secondary Shift Limits from " +
+                                  tab + "sslimit.tab\n");
+}
+
+TEST(ReferenceTables, MissingTableEndsTheRunBehindItsProgressLine) {
+  const RunFiles files;
+  const std::string adj = files.file("tab/rcadj.tab");
+  std::filesystem::remove(adj);
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0),
+      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
+         "\nReading RC Adjustments from " + adj + "\n\tCan't open file " + adj + " for reading\n"));
+}
+
+TEST(ReferenceTables, MissingDatabaseEndsTheRunBehindTheProgressLines) {
+  const RunFiles files;
+  const std::string database = files.file("tab/Pro.seq.tab");
+  std::filesystem::remove(database);
+  ZORVELA zorvela;
+  zorvela.setArgs(files.args());
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0), Eq(files.progress() + "\tCan't open file " + database + " for reading\n"));
+}
+
+TEST(ReferenceTables, MissingInputEndsTheRunBeforeAnyProgressLine) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["in"] = files.file("no.tab");
+  zorvela.setArgs(args);
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0), Eq("\tCan't open file " + files.file("no.tab") + " for reading\n"));
+}
+
+TEST(ReferenceTables, NoneIsTheNameOfAFile) {
+  const RunFiles files;
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["adj"] = "None";
+  zorvela.setArgs(args);
+  EXPECT_EXIT(
+      {
+        support::sendOutputToError();
+        zorvela.init();
+      },
+      ExitedWithCode(0),
+      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
+         "\nReading RC Adjustments from None\n\tCan't open file None for reading\n"));
+}
+
+TEST(ReferenceTables, EmptyCorrectionTableMeansNoCorrection) {
+  const RunFiles files;
+  files.write("none.tab", "");
+  ZORVELA zorvela;
+  auto args = files.args();
+  args["next"] = files.file("none.tab");
+  zorvela.setArgs(args);
+  outputOf([&] { zorvela.init(); });
+  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), 0.0F);
+}
+
+// --- Databases ----------------------------------------------------------------------------------
+
+class Databases : public testing::Test {
+ protected:
+  void readShifts(const std::string& text) { zorvela.getProCSValue(dir.write("Pro.cs.tab", text)); }
+  void readShares(const std::string& text) { zorvela.getProSeqOccurence(dir.write("Pro.seq.tab", text)); }
+
+  const std::string shiftHeader = "VARS index avg_cis avg_trans std_cis std_trans\nFORMAT %d %f %f %f %f\n";
+  const std::string shareHeader =
+      "VARS resname cis_prev cis_next trans_prev trans_next\nFORMAT %s %f %f %f %f\n";
+  TempDir dir;
+  ZORVELA zorvela;
+};
+
+TEST_F(Databases, RowsOfShiftStatisticsGoToTheirIndex) {
+  // 5: HN of the previous residue; 6: N of the proline; 18: CG of the proline.
+  readShifts(shiftHeader + "5 -0.25 0.5 0.75 1.25\n6 1 2 3 4\n18 24.5 27.5 0.5 1.5\n");
+  EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{5, -0.25F}, {6, 1.0F}, {18, 24.5F}}));
+  EXPECT_EQ(zorvela.avgTrans, (std::map<int, float>{{5, 0.5F}, {6, 2.0F}, {18, 27.5F}}));
+  EXPECT_EQ(zorvela.stdCis, (std::map<int, float>{{5, 0.75F}, {6, 3.0F}, {18, 0.5F}}));
+  EXPECT_EQ(zorvela.stdTrans, (std::map<int, float>{{5, 1.25F}, {6, 4.0F}, {18, 1.5F}}));
+}
+
+TEST_F(Databases, SharesOfNeighboursGoToPositions1And3) {
+  readShares(shareHeader + "A 0.25 0.5 0.75 1\nc 1 2 3 4\n");
+  EXPECT_EQ(zorvela.proSeqCis, (std::map<std::string, std::map<int, float>>{{"A", {{1, 0.25F}, {3, 0.5F}}},
+                                                                            {"c", {{1, 1.0F}, {3, 2.0F}}}}));
+  EXPECT_EQ(zorvela.proSeqTrans, (std::map<std::string, std::map<int, float>>{
+                                     {"A", {{1, 0.75F}, {3, 1.0F}}}, {"c", {{1, 3.0F}, {3, 4.0F}}}}));
+}
+
+TEST_F(Databases, LaterRowReplacesTheEarlierOne) {
+  readShifts(shiftHeader + "5 1 1 1 1\n5 2 3 4 5\n");
+  EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{5, 2.0F}}));
+  EXPECT_EQ(zorvela.stdTrans, (std::map<int, float>{{5, 5.0F}}));
+  readShares(shareHeader + "A 1 1 1 1\nA 2 3 4 5\n");
+  EXPECT_EQ(zorvela.proSeqCis.at("A"), (std::map<int, float>{{1, 2.0F}, {3, 3.0F}}));
+}
+
+TEST_F(Databases, ColumnThatIsMissingIsZeroAndOtherColumnsAreIgnored) {
+  readShifts("VARS note index avg_cis\nFORMAT %s %d %f\nHA 1 0.5\n");
+  EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{1, 0.5F}}));
+  EXPECT_EQ(zorvela.avgTrans, (std::map<int, float>{{1, 0.0F}}));
+  EXPECT_EQ(zorvela.stdCis, (std::map<int, float>{{1, 0.0F}}));
+  readShares("VARS resname cis_prev\nFORMAT %s %f\nA 0.5\n");
+  EXPECT_EQ(zorvela.proSeqCis.at("A"), (std::map<int, float>{{1, 0.5F}, {3, 0.0F}}));
+}
+
+TEST_F(Databases, TextThatIsNoNumberIsZero) {
+  readShifts(shiftHeader + "x 1 y 2 z\n");
+  EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{0, 1.0F}}));
+  EXPECT_EQ(zorvela.avgTrans, (std::map<int, float>{{0, 0.0F}}));
+}
+
+TEST_F(Databases, FileThatCannotBeOpenedEndsTheRun) {
+  const std::string path = dir.file("none.tab");
+  EXPECT_EXIT(zorvela.getProCSValue(path), ExitedWithCode(0),
+              Eq("\tCan't open file " + path + " for reading\n"));
+  EXPECT_EXIT(zorvela.getProSeqOccurence(path), ExitedWithCode(0),
+              Eq("\tCan't open file " + path + " for reading\n"));
+}
+
+TEST_F(Databases, EmptyFilesLeaveTheMapsEmpty) {
+  readShifts("");
+  readShares("");
+  EXPECT_TRUE(zorvela.avgCis.empty());
+  EXPECT_TRUE(zorvela.proSeqTrans.empty());
+}

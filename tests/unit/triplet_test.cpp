@@ -1,0 +1,186 @@
+// Three residues around a proline, and whether they have shifts enough.
+#include <climits>
+
+#include "support.h"
+// The run object comes after the files and variables of its tests.
+#include "ZORVELA.h"
+
+namespace {
+
+using support::addRow;
+using support::tableOf;
+
+using Record = std::map<std::string, std::string>;
+
+}  // namespace
+
+// Residues 1 to 5, K A P G K; shifts of 0.1 times the residue number, the same for all atoms.
+class Triplets : public testing::Test {
+ protected:
+  Triplets() {
+    zorvela.clipShifts = false;
+    zorvela.seqLength = 5;
+    const std::string sequence = "KAPGK";
+    for (int resid = 1; resid <= 5; ++resid) {
+      const std::string name(1, sequence[static_cast<std::size_t>(resid - 1)]);
+      zorvela.resNames[resid] = name;
+      for (const auto& [key, atom] : zorvela.atomNames)
+        addRow(zorvela.resTable, {{"RESID", std::to_string(resid)},
+                                  {"RESNAME", name},
+                                  {"ATOMNAME", atom},
+                                  {"SHIFT", "0." + std::to_string(resid)}});
+    }
+  }
+  // A triplet around residue 3 with these missing counts.
+  bool accepts(int previous, int centre, int next) {
+    zorvela.missingCount = {{2, previous}, {3, centre}, {4, next}};
+    return zorvela.testTriplet(zorvela.getTriplet(3));
+  }
+
+  ZORVELA zorvela;
+};
+
+TEST_F(Triplets, RecordHasNumbersNamesAndShiftsOfThreeResidues) {
+  Record expected = {{"RESID_R1", "2"},   {"RESID_R2", "3"},   {"RESID_R3", "4"},
+                     {"RESNAME_R1", "A"}, {"RESNAME_R2", "P"}, {"RESNAME_R3", "G"}};
+  for (const std::string atom : {"N", "HA", "C", "CA", "CB", "HN"}) {
+    expected[atom + "_R1"] = "0.2";
+    expected[atom + "_R2"] = "0.3";
+    expected[atom + "_R3"] = "0.4";
+  }
+  ASSERT_EQ(expected.size(), 24U);
+  EXPECT_EQ(zorvela.getTriplet(3), expected);
+}
+
+TEST_F(Triplets, NeighbourOutsideTheSequenceHasNoNameAndShiftsOfZero) {
+  const Record record = zorvela.getTriplet(5);
+  EXPECT_EQ(record.at("RESID_R3"), "6");
+  EXPECT_EQ(record.at("RESNAME_R3"), "");
+  EXPECT_EQ(record.at("CA_R3"), "0");
+  EXPECT_EQ(record.at("CA_R2"), "0.5");
+}
+
+TEST_F(Triplets, NeighbourOutsideTheSequenceIsClippedByTheLimitsOfAnEmptyName) {
+  zorvela.clipShifts = true;
+  zorvela.limitTable = support::tableOf("VARS CA_MIN CA_MAX\nFORMAT %f %f\n0.5 1\n");
+  EXPECT_EQ(zorvela.getTriplet(5).at("CA_R3"), "0.5");
+}
+
+TEST_F(Triplets, ResidueNumbersBelowOneArePlainNumbers) {
+  const Record record = zorvela.getTriplet(0);
+  EXPECT_EQ(record.at("RESID_R1"), "-1");
+  EXPECT_EQ(record.at("RESID_R2"), "0");
+  EXPECT_EQ(record.at("RESNAME_R3"), "K");
+}
+
+TEST_F(Triplets, ShiftsAreClippedUnlessNoclip) {
+  zorvela.limitTable = support::tableOf("VARS RESNAME CA_MIN CA_MAX\nFORMAT %s %f %f\nP -0.25 0.25\n");
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.3");
+  zorvela.clipShifts = true;
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.25");
+  EXPECT_EQ(zorvela.getTriplet(3).at("CB_R2"), "0") << "no limits are limits of 0";
+}
+
+TEST_F(Triplets, AbsentShiftStays9999) {
+  zorvela.clipShifts = true;
+  zorvela.resTable.setEntry(13, "SHIFT", "9999");
+  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "9999");
+}
+
+TEST_F(Triplets, ShiftsHaveSixSignificantDigits) {
+  zorvela.resTable.setEntry(13, "SHIFT", "12.3456789");
+  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "12.3457");
+}
+
+TEST_F(Triplets, ChangedShiftIsSeenInTheNextRecord) {
+  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "0.3");
+  zorvela.resTable.setEntry(13, "SHIFT", "1.5");
+  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "1.5");
+}
+
+TEST_F(Triplets, DirectChangesOfTheRowsAreSeen) {
+  ASSERT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.3");
+  // An earlier row of the same residue and atom comes first, wherever the assembly laid the other.
+  zorvela.resTable.entries[0] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "7"}};
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "7");
+  zorvela.resTable.entries.erase(0);
+  zorvela.resTable.entries[1] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "8"}};
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "8");
+  zorvela.resTable.entries[1].clear();
+  for (auto& [number, row] : zorvela.resTable.entries) row["RESID"] += "x";
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0") << "no row of the residue is left";
+  zorvela.resTable.entries.clear();
+  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0");
+}
+
+TEST_F(Triplets, NumbersThatAreNotPlainAreNoResidues) {
+  for (const char* resid : {"03", "+3", " 3", "3 ", "3.0", "-03", "-0", ""}) {
+    for (auto& [number, row] : zorvela.resTable.entries)
+      if (number >= 13 && number <= 18) row["RESID"] = resid;
+    EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0") << resid;
+  }
+  for (const int resid : {-3, 0, INT_MAX, INT_MIN}) {
+    for (auto& [number, row] : zorvela.resTable.entries)
+      if (number >= 13 && number <= 18) row["RESID"] = std::to_string(resid);
+    EXPECT_EQ(zorvela.getTriplet(resid).at("CA_R2"), "0.3") << resid;
+  }
+}
+
+TEST_F(Triplets, OfManyResiduesArePredictedAsOneByOne) {
+  zorvela.missingCount = {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}};
+  for (int k = 0; k <= 18; ++k) zorvela.avgCis[k] = zorvela.stdCis[k] = zorvela.stdTrans[k] = 1.0F;
+  zorvela.proSeqCis = zorvela.proSeqTrans = {{"A", {{1, 1.0F}}}, {"G", {{3, 1.0F}}}};
+  const auto predictions = zorvela.predictProlines({3, 2, 3, 9});
+  ASSERT_EQ(predictions.size(), 4U);
+  const auto one = zorvela.predictProline(3);
+  ASSERT_TRUE(one.has_value() && predictions[0].has_value() && predictions[2].has_value());
+  EXPECT_EQ(predictions[0]->pCis, one->pCis);
+  EXPECT_EQ(predictions[2]->names, one->names);
+  EXPECT_FALSE(predictions[1].has_value()) << "alanine";
+  EXPECT_FALSE(predictions[3].has_value()) << "no residue";
+}
+
+TEST_F(Triplets, MissingCountsOf4And4And0AreRejected) {
+  EXPECT_FALSE(accepts(4, 4, 0));
+  EXPECT_FALSE(accepts(0, 4, 4));
+  EXPECT_FALSE(accepts(4, 0, 4));
+  EXPECT_FALSE(accepts(6, 6, 6));
+}
+
+TEST_F(Triplets, MissingCountsOf4And3And3AreAccepted) {
+  EXPECT_TRUE(accepts(4, 3, 3));
+  EXPECT_TRUE(accepts(3, 6, 3));
+  EXPECT_TRUE(accepts(3, 3, 3));
+  EXPECT_TRUE(accepts(0, 0, 0));
+}
+
+TEST_F(Triplets, ResidueWithoutACountMissesNothing) {
+  zorvela.missingCount = {{3, 6}};
+  EXPECT_TRUE(zorvela.testTriplet(zorvela.getTriplet(3)));
+}
+
+TEST_F(Triplets, CountsAreTakenBesideTheCentreWhateverTheNumbersOfTheNeighbours) {
+  zorvela.missingCount = {{1, 6}, {2, 0}, {3, 0}, {4, 0}, {5, 6}};
+  EXPECT_TRUE(zorvela.testTriplet({{"RESID_R1", "1"}, {"RESID_R2", "3"}, {"RESID_R3", "5"}}));
+}
+
+TEST_F(Triplets, CentreOnResidue2PassesTheRangeAndOnResidue1DoesNot) {
+  EXPECT_TRUE(zorvela.testTriplet(zorvela.getTriplet(2)));
+  EXPECT_FALSE(zorvela.testTriplet(zorvela.getTriplet(1)));
+}
+
+TEST_F(Triplets, NextResidueBeyondTheSequenceFails) {
+  EXPECT_TRUE(zorvela.testTriplet(zorvela.getTriplet(4)));
+  EXPECT_FALSE(zorvela.testTriplet(zorvela.getTriplet(5)));
+}
+
+TEST_F(Triplets, RecordWithoutNumbersFails) {
+  EXPECT_FALSE(zorvela.testTriplet({}));
+}
+
+TEST_F(Triplets, RecordIsTakenAsACopy) {
+  const Record record = zorvela.getTriplet(3);
+  Record given = record;
+  zorvela.testTriplet(given);
+  EXPECT_EQ(given, record);
+}

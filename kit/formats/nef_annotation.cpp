@@ -97,7 +97,7 @@ class Annotator {
       throw FileError(name, tokens.lineOf(start),
                       "the sequence loop has no column sequence_code or residue_name",
                       "give a NEF file with the sequence of its molecules");
-    if (flag == kAbsent) addColumn(tags.back());
+    if (flag == kAbsent) addColumn(tags.back(), tags[number]);
     for (std::size_t first = 0; first < values.size(); first += tags.size()) {
       const auto cell = [&](std::size_t column) { return textOf(values, first, column); };
       const NefSequenceRow row = {block, cell(chain), cell(number), cell(residue)};
@@ -121,14 +121,14 @@ class Annotator {
     return std::string(trimmed(values[first + column].value));
   }
 
-  /// A line of its own after the last tag, written like that one.
-  void addColumn(const StarToken& lastTag) {
+  /// A line of its own after the last tag, which may be of another category than `model`.
+  void addColumn(const StarToken& lastTag, const StarToken& model) {
     result.columnAdded = true;
     const std::size_t lineStart = text.find_last_of("\r\n", lastTag.begin) + 1;  // 0 on the first line
     const std::string_view indent = text.substr(lineStart, lastTag.begin - lineStart);
     const bool isAlone = trimmed(indent).empty();
-    const std::size_t dot = lastTag.value.find('.');
-    const std::string tag = std::string(lastTag.value.substr(0, dot + 1)) + kFlagTag;
+    const std::size_t dot = model.value.find('.');
+    const std::string tag = std::string(model.value.substr(0, dot + 1)) + kFlagTag;
     edits.push_back({lastTag.end, lastTag.end, (isAlone ? lineBreak() + std::string(indent) : " ") + tag});
   }
 

@@ -41,6 +41,11 @@ TEST(Annotation, OneLineAndOldLineEnds) {
       "true\rstop_\r");
 }
 
+TEST(Annotation, NewColumnIsOneOfTheSequenceWhateverStandsLast) {
+  const std::string head = kHead + "_other.column\n";
+  EXPECT_EQ(annotated(head + "3 PRO .\n"), head + "_nef_sequence.cis_peptide\n3 PRO . true\n");
+}
+
 TEST(Annotation, OtherLoopsAndTextsStay) {
   const std::string other =
       "data_x\nloop_\n_a.b\n'_nef_sequence.cis_peptide' \"3 # x\" # loop_\n;loop_\n;\nstop_\n";

@@ -39,6 +39,7 @@ bool isCsv(const Source& source);
 ShiftFile readCsv(const Source& source);
 
 /// The formats in the order in which they are tried. The last takes any text.
+// clang-format off
 inline constexpr Format kFormats[] = {
     {"shift table", isShiftTable, readShiftTable},
     {"NEF", isNef, readNef},
@@ -46,6 +47,7 @@ inline constexpr Format kFormats[] = {
     {"NMR-STAR 3", isNmrStar3, readNmrStar3},
     {"CSV", isCsv, readCsv},
 };
+// clang-format on
 
 /// The entries of a file, at least one: each of a STAR file that holds several, else the whole file.
 /// FileError for bytes that are no text, empty, of a format that is known but holds no shifts (zip, PDF ...),

@@ -12,7 +12,8 @@
 
 namespace zorvela {
 
-/// Whether a chain is a protein or peptide. `unknown`: its residue names decide.
+/// Whether a chain is a protein or peptide. `unknown`: its residue names decide, and one-letter names that
+/// are all A, C, G or T are those of a nucleic acid. A format that holds proteins alone says `polypeptide`.
 enum class Polymer { unknown, polypeptide, other };
 
 /// A residue of a chain's sequence.
@@ -47,7 +48,8 @@ struct FileChain {
 inline constexpr const char* kTableRemedy =
     "write VARS RESID RESNAME ATOMNAME SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows";
 
-/// Chain index of a row that names no chain, or none that is known.
+/// Chain index of a row that names no chain. Unless its reader places it by its residues, it is left out,
+/// with a note; a format without chains makes one without a name and gives its index.
 inline constexpr std::size_t kNoChain = static_cast<std::size_t>(-1);
 
 /// Chain index of a row that names a chain which the file has not: nothing places it.
@@ -56,13 +58,13 @@ inline constexpr std::size_t kNowhere = kNoChain - 1;
 /// A row of a shift list. A row without atom and value only says that there is such a residue.
 struct FileShift {
   std::size_t chain = kNoChain;  ///< index into `ShiftFile::chains`
-  std::string key;               ///< see `FileResidue::key`; empty where the row has none
-  std::string number;            ///< see `FileResidue::number`
-  std::string residueName;
-  std::string atom;
-  std::string value;      ///< ppm; empty where the file gives none
-  std::string ambiguity;  ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
-  std::string element;    ///< of the atom, "C"; empty where the file gives none
+  std::string key;     ///< see `FileResidue::key`; empty where the row has none, or `number` says all
+  std::string number;  ///< see `FileResidue::number`; a file with one numbering may set both or this alone
+  std::string residueName;  ///< as the file writes it; one letter will do
+  std::string atom;         ///< as the file writes it
+  std::string value;        ///< ppm, as the file writes it; empty where it gives none
+  std::string ambiguity;    ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
+  std::string element;      ///< of the atom, "C"; empty where the file gives none
   double occupancy = 1;
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };

@@ -1,4 +1,4 @@
-// The results of a run as a table to read, as CSV and as JSON.
+// The results of a run as a table to read, as CSV, as JSON and as a page with pictures.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,7 @@ std::size_t countCalls(const RunReport& report, Call call);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
 
-/// How a report looks where there is a choice.
+/// How a report looks where there is a choice; a report may ignore it.
 struct ReportStyle {
   bool colour = false;   ///< with the control sequences of a terminal
   bool explain = false;  ///< with the evidence below each proline of `residues`, or of each if that is empty

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/temp_dir.h"
+
 namespace {
 
 using zorvela::Source;
@@ -38,6 +40,15 @@ TEST(Formats, TheReaderNamesTheFormat) {
   EXPECT_EQ(zorvela::readSource(zorvela::sourcesOf("data_x _nef_a.b 1", "f").at(0)).format, "NEF");
   // A file that begins as STAR does but is none of the three.
   EXPECT_EQ(zorvela::readSource(zorvela::sourcesOf("data_x _cell.a 1", "f").at(0)).format, "STAR or CIF");
+}
+
+TEST(Formats, StandInTheDocument) {
+  const std::string document = support::readFile(KIT_DOCUMENT);
+  const std::size_t table = document.find("### What it reads");
+  ASSERT_NE(table, std::string::npos);
+  const std::string section = document.substr(table, document.find("\n### ", table + 1) - table);
+  for (const zorvela::Format& format : zorvela::kFormats)
+    EXPECT_NE(section.find(std::string("\n| ") + format.name), std::string::npos) << format.name;
 }
 
 }  // namespace

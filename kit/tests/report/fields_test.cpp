@@ -3,21 +3,17 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 
 #include <nlohmann/json.hpp>
 
+#include "support/temp_dir.h"
+
 namespace {
 
+using support::readFile;
 using Names = std::vector<std::string>;
-
-std::string textOf(const std::string& path) {
-  std::ifstream in(path);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 template <class Item>
 Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
@@ -29,7 +25,7 @@ Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
 
 /// The members that the schema demands and describes, in its order.
 void expectInSchema(const char* object, const Names& names) {
-  const auto schema = nlohmann::ordered_json::parse(textOf(RUN_SCHEMA))["$defs"][object];
+  const auto schema = nlohmann::ordered_json::parse(readFile(RUN_SCHEMA))["$defs"][object];
   EXPECT_EQ(schema["required"].get<Names>(), names);
   Names described;
   for (const auto& [name, description] : schema["properties"].items()) described.push_back(name);
@@ -51,7 +47,7 @@ TEST(Fields, AreThoseOfTheSchema) {
 }
 
 TEST(Fields, AreThoseOfTheTableOfColumnsInTheDocument) {
-  const std::string document = textOf(KIT_DOCUMENT);
+  const std::string document = readFile(KIT_DOCUMENT);
   const std::size_t start = document.find("\n### CSV\n");
   ASSERT_NE(start, std::string::npos);
   const std::string section = document.substr(start, document.find("\n### ", start + 1) - start);

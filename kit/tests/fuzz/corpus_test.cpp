@@ -52,10 +52,19 @@ TEST(Corpus, Bounds) {
   EXPECT_GT(checkAll(kFuzz / "corpus_bounds", zorvela::checkBounds), 0U);
 }
 
+TEST(Corpus, Structure) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_structure", zorvela::checkStructure), 5U);
+}
+
+TEST(Corpus, Annotation) {
+  EXPECT_GT(checkAll(kFuzz / "corpus_annotation", zorvela::checkAnnotation), 5U);
+}
+
 // A file of every format, and files with faults.
 TEST(Corpus, FilesOfTheTests) {
-  for (const Check check : {zorvela::checkStar, zorvela::checkNef, zorvela::checkCsv, zorvela::checkGzip,
-                            zorvela::checkTables, zorvela::checkBounds})
+  for (const Check check :
+       {zorvela::checkStar, zorvela::checkNef, zorvela::checkCsv, zorvela::checkGzip, zorvela::checkTables,
+        zorvela::checkBounds, zorvela::checkStructure, zorvela::checkAnnotation})
     EXPECT_GT(checkAll(kFuzz / ".." / "files", check), 15U);
 }
 

@@ -1,0 +1,23 @@
+// What the checks of the fuzzers share.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <string_view>
+
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+inline void check(bool holds) {
+  if (!holds) std::abort();
+}
+
+/// An error for the user is one line of a size that can be read.
+inline void checkMessage(const Error& error) {
+  constexpr std::size_t kLongest = 2000;
+  const std::string_view what = error.what();
+  check(!what.empty() && what.size() < kLongest && what.find('\n') == std::string_view::npos);
+}
+
+}  // namespace zorvela

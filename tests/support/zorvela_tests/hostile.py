@@ -1,0 +1,402 @@
+"""Small files that could ask for gigabytes or minutes, at any size, and what a program takes for them.
+
+The bound: memory below 64 MiB plus 24 times the unpacked bytes, processor time below 1 s plus 1 s for each unpacked
+MiB.
+"""
+import dataclasses
+import gzip
+import os
+import pathlib
+import resource
+import subprocess
+import sys
+import tempfile
+import typing
+
+from zorvela_tests import program, tables
+
+MIB = 1 << 20
+# A program that ignores the bound does not take the machine with it.
+MOST_ADDRESSES = 6 << 30
+MOST_SECONDS = 300
+# A program's peak of memory counts that of the process which starts it, so a small one does.
+MEASURE = """
+import resource, subprocess, sys
+status = subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL).returncode
+usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+print(status, usage.ru_maxrss, usage.ru_utime + usage.ru_stime)
+"""
+
+
+def memory_bound(unpacked):
+    """Bytes."""
+    return 64 * MIB + 24 * unpacked
+
+
+def time_bound(unpacked):
+    """Seconds."""
+    return 1 + unpacked / MIB
+
+
+@dataclasses.dataclass
+class Taken:
+    """What one run of zorvela-kit took."""
+    status: int
+    message: str
+    packed: int  # bytes
+    unpacked: int  # bytes
+    memory: int  # bytes
+    seconds: float
+
+    def is_bounded(self):
+        return self.memory < memory_bound(self.unpacked) and self.seconds < time_bound(self.unpacked)
+
+
+def measured(files, arguments):
+    """Runs zorvela-kit on files (name: text), each gzipped where its name ends in .gz; `arguments` name them as
+    they are there."""
+    unpacked = packed = 0
+    with tempfile.TemporaryDirectory() as folder:
+        for name, text in files.items():
+            data = text.encode()
+            unpacked += len(data)
+            if name.endswith(".gz"):
+                data = gzip.compress(data, 6)
+            packed += len(data)
+            path = pathlib.Path(folder, name)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(data)
+        ended = subprocess.run([sys.executable, "-S", "-c", MEASURE, program.KIT, *arguments], cwd=folder,
+                               env=program.environment(ZORVELA_DIR=program.SOURCE), stdin=subprocess.DEVNULL,
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=MOST_SECONDS, check=True,
+                               preexec_fn=None if is_sanitized() else limit_addresses)
+    status, kilobytes, seconds = ended.stdout.split()
+    return Taken(int(status), ended.stderr.decode(), packed, unpacked, int(kilobytes) * 1024, float(seconds))
+
+
+def is_sanitized():
+    """Sanitizers take their own share of time, memory and addresses."""
+    return bool(os.environ.get("ZORVELA_SANITIZE"))
+
+
+def limit_addresses():
+    resource.setrlimit(resource.RLIMIT_AS, (MOST_ADDRESSES, MOST_ADDRESSES))
+
+
+# --- Parts of STAR files ----------------------------------------------------------------------------
+
+ROWS = ("loop_\n_Atom_chem_shift.Entity_assembly_ID\n_Atom_chem_shift.Comp_index_ID\n_Atom_chem_shift.Comp_ID\n"
+        "_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n")
+BARE_ROWS = ("loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+             "_Atom_chem_shift.Val\n")
+NEF_HEAD = ("data_x\nsave_nef_nmr_meta_data\n_nef_nmr_meta_data.sf_category nef_nmr_meta_data\n"
+            "_nef_nmr_meta_data.format_name nmr_exchange_format\nsave_\n")
+BACKBONE = (("H", 8.1), ("HA", 4.2), ("C", 175.1), ("CA", 55.1), ("CB", 30.2), ("N", 120.3))
+NAMES = "GLY ALA SER PRO VAL THR LEU LYS GLU GLN".split()
+LETTERS = "GASPVTLKEQ"
+
+
+def lines(count, line):
+    """The line with 1, 2, ... in it."""
+    return "".join(line % i for i in range(1, count + 1))
+
+
+def letters(count):
+    """A sequence with every tenth residue a proline."""
+    return (LETTERS * (count // 10 + 1))[:count]
+
+
+def backbone(residues, row):
+    """A row (number, name, atom, ppm) for each backbone shift."""
+    return "".join(row % (i, NAMES[(i - 1) % 10], atom, ppm)
+                   for i in range(1, residues + 1) for atom, ppm in BACKBONE)
+
+
+def entity(sequence, name="protein"):
+    return ("data_x\nsave_e\n_Entity.ID 1\n_Entity.Name %s\n_Entity.Polymer_type polypeptide(L)\n"
+            "_Entity.Polymer_seq_one_letter_code\n;\n%s\n;\nsave_\n" % (name, sequence))
+
+
+def copies(count):
+    return "loop_\n_Entity_assembly.ID\n_Entity_assembly.Entity_ID\n" + lines(count, "%d 1\n") + "stop_\n"
+
+
+def lists(count, rows):
+    return "".join("save_l%d\n%s%sstop_\nsave_\n" % (i, BARE_ROWS, rows) for i in range(count))
+
+
+# --- Files as they should be ------------------------------------------------------------------------
+
+def star3_entry(residues):
+    """Rows in all the columns of a BMRB entry."""
+    columns = ("ID Assembly_atom_ID Entity_assembly_ID Entity_ID Comp_index_ID Seq_ID Comp_ID Atom_ID Atom_type "
+               "Atom_isotope_number Val Val_err Assign_fig_of_merit Ambiguity_code Occupancy Resonance_ID "
+               "Auth_entity_assembly_ID Auth_asym_ID Auth_seq_ID Auth_comp_ID Auth_atom_ID Details Entry_ID "
+               "Assigned_chem_shift_list_ID").split()
+    isotopes = {"H": 1, "C": 13, "N": 15}
+    rows = []
+    for i in range(1, residues + 1):
+        name = NAMES[(i - 1) % 10]
+        for atom, value in BACKBONE:
+            rows.append("%6d . 1 1 %5d %5d %s %-4s %s %2d %8.3f 0.020 . 1 . . . A %5d %s %-4s . 99999 1\n" % (
+                len(rows), i, i, name, atom, atom[0], isotopes[atom[0]], value, i, name, atom))
+    return (entity(letters(residues)) + "loop_\n" + "".join("_Atom_chem_shift.%s\n" % name for name in columns) +
+            "".join(rows))
+
+
+def star2_entry(residues):
+    return ("data_x\nsave_m\n_Saveframe_category monomeric_polymer\n_Mol_residue_sequence\n;\n%s\n;\nsave_\n"
+            "save_s\n_Saveframe_category assigned_chemical_shifts\nloop_\n_Residue_seq_code\n_Residue_label\n"
+            "_Atom_name\n_Chem_shift_value\n" % letters(residues) + backbone(residues, "%d %s %s %.3f\n") +
+            "stop_\nsave_\n")
+
+
+def nef_entry(residues):
+    return (NEF_HEAD + "save_nef_molecular_system\n_nef_molecular_system.sf_category nef_molecular_system\nloop_\n"
+            "_nef_sequence.index\n_nef_sequence.chain_code\n_nef_sequence.sequence_code\n"
+            "_nef_sequence.residue_name\n_nef_sequence.linking\n" +
+            "".join("%d A %d %s middle\n" % (i + 1, i + 1, NAMES[i % 10]) for i in range(residues)) + "stop_\nsave_\n"
+            "save_nef_chemical_shift_list_1\n_nef_chemical_shift_list.sf_category nef_chemical_shift_list\nloop_\n"
+            "_nef_chemical_shift.chain_code\n_nef_chemical_shift.sequence_code\n_nef_chemical_shift.residue_name\n"
+            "_nef_chemical_shift.atom_name\n_nef_chemical_shift.value\n" +
+            backbone(residues, "A %d %s %s %.3f\n") + "stop_\nsave_\n")
+
+
+def csv_file(residues):
+    return "resid,resname,atom,shift\n" + backbone(residues, "%d,%s,%s,%.3f\n")
+
+
+def shift_table(residues):
+    return tables.full_table(letters(residues))
+
+
+def pdb_file(residues, models=1, chains="A", first=1):
+    """Residues on a line, four backbone atoms each."""
+    text = []
+    for model in range(1, models + 1):
+        text.append("MODEL %8d\n" % model)
+        for chain in chains:
+            for i in range(residues):
+                for number, atom in enumerate(("N", "CA", "C", "O")):
+                    text.append("ATOM  %5d  %-3s %s %s%4d    %8.3f%8.3f%8.3f  1.00  0.00           %s\n" % (
+                        0, atom, NAMES[i % 10], chain, (first + i) % 10000, 1.27 * (i % 7000) + 0.4 * number,
+                        number % 2, 0, atom[0]))
+            text.append("TER\n")
+        text.append("ENDMDL\n")
+    return "".join(text) + "END\n"
+
+
+def mmcif_file(residues, chains=1, models=1):
+    columns = ("group_PDB id type_symbol label_atom_id label_alt_id label_comp_id label_asym_id label_entity_id "
+               "label_seq_id Cartn_x Cartn_y Cartn_z occupancy auth_seq_id auth_asym_id pdbx_PDB_model_num").split()
+    text = ["data_x\nloop_\n", *("_atom_site.%s\n" % column for column in columns)]
+    for model in range(1, models + 1):
+        for chain in range(chains):
+            for i in range(residues):
+                for number, atom in enumerate(("N", "CA", "C", "O")):
+                    text.append("ATOM 1 %s %s . %s A%d 1 %d %.3f %d 0 1.0 %d A%d %d\n" % (
+                        atom[0], atom, NAMES[i % 10], chain, i + 1, 1.27 * i + 0.4 * number, number % 2, i + 1,
+                        chain, model))
+    return "".join(text)
+
+
+def bare_mmcif(residues, chains):
+    """The least that is read: one CA atom for each residue."""
+    return ("data_x\nloop_\n_atom_site.label_atom_id\n_atom_site.label_comp_id\n_atom_site.label_asym_id\n"
+            "_atom_site.label_seq_id\n_atom_site.Cartn_x\n_atom_site.Cartn_y\n_atom_site.Cartn_z\n" +
+            "".join("CA %s A%d %d %d 0 0\n" % (NAMES[i % 10], chain, i + 1, 4 * i)
+                    for chain in range(chains) for i in range(residues)))
+
+
+# --- The attacks ------------------------------------------------------------------------------------
+
+@dataclasses.dataclass
+class Attack:
+    """A file at a size, and the command that reads it."""
+    title: str
+    name: str  # of the file
+    make: typing.Callable[[int], str]
+    sizes: typing.Tuple[int, ...]
+    command: typing.Tuple[str, ...] = ("import",)
+    others: typing.Callable[[int], typing.Dict[str, str]] = lambda size: {}  # files beside it
+
+    def taken(self, size):
+        packed = self.name + ".gz"
+        files = {packed: self.make(size), **self.others(size)}
+        arguments = [packed if part == "FILE" else part for part in self.command]
+        return measured(files, arguments if "FILE" in self.command else [*arguments, packed])
+
+
+def lists_times_copies(n):
+    return entity("GP") + copies(n) + lists(n, "2 PRO CA 63\n")
+
+
+def lists_times_copies_times_residues(n):
+    return entity("P" * n) + copies(n) + lists(n, "2 PRO CA 63\n")
+
+
+def bonds_times_copies(n):
+    return (entity("CCP") + copies(n) + "loop_\n_Entity_bond.Type\n_Entity_bond.Entity_ID\n"
+            "_Entity_bond.Comp_index_ID_1\n_Entity_bond.Comp_index_ID_2\n" + "disulfide 1 1 2\n" * (100 * n))
+
+
+def long_name_times_copies(n):
+    return entity("GAP", "n" * (5000 * n)) + copies(n) + ROWS + "1 3 PRO CA 63\n"
+
+
+def many_entities(n):
+    return "data_x loop_ _Entity.ID\n" + "1\n" * n
+
+
+def long_sequence_of_a_table(n):
+    return ("DATA SEQUENCE " + "P" * n + "\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n\n"
+            "   2 P CA 63.0\n")
+
+
+def rows_of_a_table(n):
+    return ("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n\n" +
+            "   2 P CA 63.0\n" * n)
+
+
+def remarks_of_a_table(n):
+    return "REMARK Residue 1 here is residue 17 there\n" * n + shift_table(30)
+
+
+def cells_above_a_header(n):
+    return ("a," * n + "\n") * 50 + csv_file(10)
+
+
+def long_chain_name(n):
+    """In the CSV and the table of `run` it stands in each row."""
+    return entity(letters(2000), "n" * n) + BARE_ROWS + backbone(2000, "%d %s %s %.3f\n")
+
+
+def chains_of_csv(n):
+    return "chain,resid,resname,atom,shift\n" + lines(n, "c%d,1,ALA,CA,52\n")
+
+
+def columns_of_csv(n):
+    return "resid,resname," + ",".join("CA" for _ in range(n)) + "\n1,ALA" + ",52.1" * n + "\n"
+
+
+def quotes_of_csv(n):
+    return "resid,resname,atom,shift\n" + '1,ALA,"CA""",52\n' * n
+
+
+def far_residues_of_csv(n):
+    return "resid,resname,atom,shift\n" + "".join("%d,PRO,CA,63\n" % (1 + 1000 * i) for i in range(n))
+
+
+def plain_text(n):
+    return "neither shifts nor anything else 1.5 2.5\n" * n
+
+
+def words_of_frames(n):
+    return "data_x _a " + "$a " * n
+
+
+def frame_words_as_shifts(n):
+    return "data_x loop_ _Atom_chem_shift.Val " + "$a " * n
+
+
+def many_frames(n):
+    return "".join("save_a%d _b c\n" % i for i in range(n))
+
+
+def all_lists(n):
+    return entity("GP" * n) + lists(n, "2 PRO CA 63\n")
+
+
+def nef_residues(n):
+    return (NEF_HEAD + "loop_ _nef_sequence.chain_code _nef_sequence.sequence_code _nef_sequence.residue_name\n" +
+            lines(n, "A %d PRO\n") + "stop_ loop_ _nef_chemical_shift.chain_code _nef_chemical_shift.sequence_code "
+            "_nef_chemical_shift.residue_name _nef_chemical_shift.atom_name _nef_chemical_shift.value\n"
+            "A 2 PRO CA 63\n")
+
+
+def star2_residues(n):
+    return ("data_x save_m _Saveframe_category monomeric_polymer loop_ _Residue_seq_code _Residue_label\n" +
+            lines(n, "%d PRO\n") + "save_\nsave_s _Saveframe_category assigned_chemical_shifts loop_ _Residue_seq_code "
+            "_Residue_label _Atom_name _Chem_shift_value\n2 PRO CA 63\nsave_\n")
+
+
+def star3_residues(n):
+    return ("data_x save_e _Entity.ID 1\nloop_ _Entity_comp_index.ID _Entity_comp_index.Comp_ID\n" +
+            lines(n, "%d PRO\n") + "save_ " + BARE_ROWS + "2 PRO CA 63\n")
+
+
+def gaps_of_many_chains(n):
+    return "data_x " + ROWS + "".join("%d %d PRO CA 63\n" % (chain, 1 + 1000 * i)
+                                      for chain in range(1, n + 1) for i in range(20))
+
+
+def offsets_of_many_chains(n):
+    rows = "".join("%d %d GLY CA 45\n" % (chain, 1001 + 2 * i) for chain in range(1, n + 1) for i in range(5))
+    return entity("GP" * 50) + copies(n) + ROWS + rows
+
+
+def many_entries(n):
+    one = "data_x%d _Entity.ID 1 _Entity.Polymer_seq_one_letter_code GP " + BARE_ROWS + "2 PRO CA 63\n"
+    return "".join(one % i for i in range(n))
+
+
+FORMATS = [
+    Attack("NMR-STAR 3", "a.str", star3_entry, (100, 1000, 6000), ("run", "--format", "json")),
+    Attack("NMR-STAR 2.1", "a.str", star2_entry, (100, 1000, 6000), ("run", "--format", "json")),
+    Attack("NEF", "a.nef", nef_entry, (100, 1000, 6000), ("run", "--format", "json")),
+    Attack("CSV", "a.csv", csv_file, (100, 1000, 6000), ("run", "--format", "json")),
+    Attack("shift table", "a.tab", shift_table, (100, 1000, 6000), ("run", "--format", "json")),
+    Attack("HTML report", "a.csv", csv_file, (100, 1000, 6000), ("run", "--format", "html")),
+    Attack("explained", "a.csv", csv_file, (100, 1000, 6000), ("run", "--explain")),
+    Attack("annotated", "a.nef", nef_entry, (100, 1000, 6000), ("annotate", "FILE", "--output", "out.nef")),
+    Attack("PDB, models", "a.pdb", lambda n: pdb_file(100, n), (1, 10, 100),
+           ("compare", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
+    Attack("PDB, residues", "a.pdb", pdb_file, (100, 1000, 6000), ("compare", "x.csv", "--structure", "FILE"),
+           lambda n: {"x.csv": csv_file(n)}),
+    Attack("mmCIF, chains", "a.cif", lambda n: mmcif_file(100, n), (1, 10, 100),
+           ("compare", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
+    Attack("mmCIF, residues", "a.cif", mmcif_file, (100, 1000, 6000), ("compare", "x.csv", "--structure", "FILE"),
+           lambda n: {"x.csv": csv_file(n)}),
+]
+
+ATTACKS = [
+    Attack("lists x copies", "a.str", lists_times_copies, (10, 100, 1000)),
+    Attack("lists x copies x residues", "a.str", lists_times_copies_times_residues, (10, 100, 1000)),
+    Attack("lists x copies, all", "a.str", lists_times_copies, (10, 100, 1000), ("import", "--list", "all")),
+    Attack("bond rows x copies", "a.str", bonds_times_copies, (10, 100, 1000)),
+    Attack("long name x copies", "a.str", long_name_times_copies, (10, 100, 1000)),
+    Attack("molecules", "a.str", many_entities, (1000, 100000, 19900000)),
+    Attack("residues, NMR-STAR 3", "a.str", star3_residues, (1000, 40000, 1000000)),
+    Attack("residues, NMR-STAR 2.1", "a.str", star2_residues, (1000, 40000, 1000000)),
+    Attack("residues, NEF", "a.nef", nef_residues, (1000, 40000, 1000000)),
+    Attack("letters, NMR-STAR 3", "a.str", lambda n: entity("P" * n) + BARE_ROWS + "2 PRO CA 63\n",
+           (10000, 1000000, 50000000)),
+    Attack("letters, shift table", "a.tab", long_sequence_of_a_table, (10000, 1000000, 50000000)),
+    Attack("rows, shift table", "a.tab", rows_of_a_table, (1000, 90000, 2000000)),
+    Attack("remarks, shift table", "a.tab", remarks_of_a_table, (1000, 30000, 1000000)),
+    Attack("cells above a header", "a.csv", cells_above_a_header, (1000, 40000, 1200000)),
+    Attack("chain name", "a.str", long_chain_name, (1000, 100000, 1000000), ("run", "--format", "csv")),
+    Attack("chain name, table", "a.str", long_chain_name, (1000, 100000, 1000000), ("run",)),
+    Attack("chains, CSV", "a.csv", chains_of_csv, (100, 1000, 1000000), ("run",)),
+    Attack("columns, CSV", "a.csv", columns_of_csv, (100, 10000, 1000000)),
+    Attack("quotes, CSV", "a.csv", quotes_of_csv, (1000, 50000, 2000000)),
+    Attack("far residues, CSV", "a.csv", far_residues_of_csv, (10, 100, 100000)),
+    Attack("no shifts", "a.txt", plain_text, (1000, 50000, 2000000)),
+    Attack("$words", "a.str", words_of_frames, (10000, 1000000, 19000000)),
+    Attack("$words for shifts", "a.str", frame_words_as_shifts, (10000, 1000000, 19000000)),
+    Attack("save frames", "a.str", many_frames, (1000, 90000, 1000000)),
+    Attack("all lists", "a.str", all_lists, (10, 50, 140), ("run", "--list", "all", "--format", "json")),
+    Attack("all lists, pictures", "a.str", all_lists, (10, 50, 140), ("run", "--list", "all", "--format", "html")),
+    Attack("all lists, explained", "a.str", all_lists, (10, 50, 140), ("run", "--list", "all", "--explain")),
+    Attack("too many lists", "a.str", all_lists, (200, 400, 900), ("run", "--list", "all", "--format", "json")),
+    Attack("gaps x chains", "a.str", gaps_of_many_chains, (2, 100, 900)),
+    Attack("offsets of chains", "a.str", offsets_of_many_chains, (10, 100, 400)),
+    Attack("entries in a file", "a.str", many_entries, (10, 900, 20000)),
+    Attack("chains x chains, PDB", "a.pdb", lambda n: pdb_file(20, 1, "".join(chr(65 + i) for i in range(26)) * n),
+           (1, 10, 33), ("compare", "x.csv", "--structure", "FILE"),
+           lambda n: {"x.csv": "chain,resid,resname,atom,shift\n" + "".join(
+               "c%d,%d,%s,CA,55\n" % (c, i + 1, NAMES[i % 10]) for c in range(30 * n) for i in range(20))}),
+    Attack("long chains, mmCIF", "a.cif", lambda n: bare_mmcif(10000, n), (1, 4, 16),
+           ("compare", "x.str", "--structure", "FILE"),
+           lambda n: {"x.str": entity(letters(40000)) + BARE_ROWS + "4 PRO CA 63\n"}),
+]

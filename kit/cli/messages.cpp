@@ -39,6 +39,7 @@ std::string nameOf(const std::string& file, const std::vector<std::string>& chai
   for (const std::string& chain : chains) names.push_back(printable(chain, kLongestName));
   return inputName(file) + ", chains " + enumerated(names);
 }
+
 }  // namespace
 
 void say(const std::string& text) {

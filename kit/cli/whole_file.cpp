@@ -134,7 +134,7 @@ Target targetAt(const std::string& file, const std::string& path) {
 /// failure, with errno.
 std::string makeTemporary(const std::function<int(const char*)>& make) {
   for (int i = 0; i < kMostNameTries; ++i) {
-    const std::string name = ".zorvela-" + std::to_string(getpid()) + "-" + std::to_string(i) + ".tmp";
+    std::string name = ".zorvela-" + std::to_string(getpid()) + "-" + std::to_string(i) + ".tmp";
     if (make(name.c_str()) >= 0) return name;
     if (errno != EEXIST) break;
   }

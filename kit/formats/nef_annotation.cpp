@@ -2,6 +2,7 @@
 #include "formats/nef_annotation.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "formats/star_tokens.h"
 #include "util/text.h"
@@ -141,7 +142,7 @@ class Annotator {
 
   void addFlag(const StarToken& lastValue, std::optional<bool> wanted) {
     if (wanted) ++result.written;
-    edits.push_back({lastValue.end, lastValue.end, std::string(" ") + (wanted ? flagText(*wanted) : ".")});
+    write(lastValue.end, lastValue.end, std::string(" ") + (wanted ? flagText(*wanted) : "."));
   }
 
   void setFlag(const StarToken& value, const NefSequenceRow& row, bool wanted) {
@@ -156,7 +157,13 @@ class Annotator {
     }
     ++result.written;
     // A text field ends at the start of a line, where nothing else may begin a word.
-    edits.push_back({value.begin, value.end, flagText(wanted)});
+    write(value.begin, value.end, flagText(wanted));
+  }
+
+  /// A quote or a text field may touch what follows it, a bare word may not.
+  void write(std::size_t begin, std::size_t end, std::string word) {
+    if (end < text.size() && !isStarSpace(text[end])) word += ' ';
+    edits.push_back({begin, end, std::move(word)});
   }
 
   void applyEdits() {

@@ -9,10 +9,6 @@ namespace zorvela {
 
 namespace {
 
-bool isSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
 bool startsWith(std::string_view text, std::string_view start) {
   return text.size() >= start.size() && equalIgnoringCase(text.substr(0, start.size()), start);
 }
@@ -49,7 +45,7 @@ StarToken StarTokens::next() {
 }
 
 void StarTokens::skipBlanks() {
-  while (pos < source.size() && (isSpace(source[pos]) || source[pos] == '#'))
+  while (pos < source.size() && (isStarSpace(source[pos]) || source[pos] == '#'))
     pos = source[pos] == '#' ? lineEnd(pos) : pos + 1;
 }
 
@@ -80,7 +76,7 @@ StarToken StarTokens::quoted(char quote) {
   std::size_t close = pos + 1;
   while (close < most &&
          !(source[close] == quote &&
-           (close + 1 == source.size() || isSpace(source[close + 1]) || source[close + 1] == '#')))
+           (close + 1 == source.size() || isStarSpace(source[close + 1]) || source[close + 1] == '#')))
     ++close;
   token.value = source.substr(pos + 1, close - pos - 1);
   token.isOpen = close == most;
@@ -92,7 +88,7 @@ StarToken StarTokens::quoted(char quote) {
 StarToken StarTokens::word() {
   StarToken token;
   token.begin = pos;
-  while (pos < source.size() && !isSpace(source[pos])) ++pos;
+  while (pos < source.size() && !isStarSpace(source[pos])) ++pos;
   token.end = pos;
   token.value = source.substr(token.begin, token.end - token.begin);
   token.kind = kindOf(token.value);

@@ -7,6 +7,11 @@
 
 namespace zorvela {
 
+/// What separates words; other control characters are part of them.
+inline bool isStarSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
 /// A piece of STAR text.
 struct StarToken {
   enum class Kind {

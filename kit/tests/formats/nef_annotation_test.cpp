@@ -25,6 +25,13 @@ TEST(Annotation, FieldsOverSeveralLines) {
             kHead + "_nef_sequence.cis_peptide\n3\n;PRO\n; true\n4 PRO false\nstop_\n");
 }
 
+TEST(Annotation, CommentsThatTouchAValueStayComments) {
+  EXPECT_EQ(annotated(kHead + "_nef_sequence.cis_peptide\n3 PRO 'no'# a comment\n"),
+            kHead + "_nef_sequence.cis_peptide\n3 PRO true # a comment\n");
+  EXPECT_EQ(annotated(kHead + "3 'PRO'# a comment\n"),
+            kHead + "_nef_sequence.cis_peptide\n3 'PRO' true # a comment\n");
+}
+
 TEST(Annotation, LoopAtTheEndOfTheText) {
   EXPECT_EQ(annotated(kHead + "3 PRO"), kHead + "_nef_sequence.cis_peptide\n3 PRO true");
 }

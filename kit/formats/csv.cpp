@@ -245,7 +245,8 @@ class CsvReader {
       }
       if (above > 0) continue;
       firstLine = line;
-      first = printable(trimmed(header->substr(header->find_first_not_of("# \t"))), 60);
+      const std::size_t start = header->find_first_not_of("# \t");
+      first = printable(trimmed(header->substr(start == std::string::npos ? 0 : start)), 60);
       firstColumns = named;
     }
     if (const auto plain = tableWithoutNames(text)) {

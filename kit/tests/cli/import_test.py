@@ -608,6 +608,11 @@ class CsvTest(ImportTest):
                          "residue numbers (resid)", "-",
                          data=b",resname,atom,shift\n1,SER,CA,58\n2,SER,CB,63\n3,PRO,CA,63\n")
 
+    def test_nothing_but_number_signs(self):
+        self.check_error('standard input:1: is no shift file that is known; it begins with "##"; give NMR-STAR, NEF, the '
+                         "program's shift table, or text with a header line such as resid,resname,atom,shift",
+                         "-", data=b"##")
+
     def test_missing_columns_and_names(self):
         self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
                          "table, or text with a header line such as resid,resname,atom,shift", "-",

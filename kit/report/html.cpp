@@ -322,7 +322,8 @@ std::string classTable(const ClassStatistics& classes) {
     const auto i = static_cast<std::size_t>(index);
     const ShiftPlace place = shiftPlace(index);
     if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
-    text += "<tr>" + cell(residues[static_cast<std::size_t>(place.residue + 1)]) + cell(place.atom) +
+    const int residue = place.residue + 1;
+    text += "<tr>" + cell(residues[static_cast<std::size_t>(residue)]) + cell(place.atom) +
             cell(value(classes.cis[i]), "class=\"r\"") + cell(value(classes.trans[i]), "class=\"r\"") +
             "</tr>\n";
   }

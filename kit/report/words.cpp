@@ -137,7 +137,7 @@ std::string listed(const std::vector<std::string>& items) {
 }
 
 std::string signedText(double value, int decimals) {
-  const std::string text = fixedText(std::fabs(value), decimals);
+  std::string text = fixedText(std::fabs(value), decimals);
   const bool isZero = text.find_first_not_of("0.") == std::string::npos;
   if (isZero) return text;
   return (value < 0 ? "-" : "+") + text;

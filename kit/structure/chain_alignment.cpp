@@ -20,8 +20,8 @@ constexpr std::uint8_t kUnknownCode = 20;
 
 // Both sides are the same protein, perhaps with mutations: a mismatch is cheaper than two gaps, and a gap of
 // any length (missing residues, tags) costs little more than a short one.
-constexpr std::int8_t kMatch = 4;
-constexpr std::int8_t kMismatch = -3;
+constexpr int kMatch = 4;
+constexpr int kMismatch = -3;
 constexpr int kGapOpening = -8;
 constexpr int kGapLengthening = 0;
 
@@ -49,7 +49,7 @@ gemmi::AlignmentScoring scoring() {
     scores.matrix_encoding.emplace_back(1, kLetters[a]);
     for (std::uint8_t b = 0; b < kLetterCount; ++b) {
       const bool isUnknown = a == kUnknownCode || b == kUnknownCode;
-      scores.score_matrix.push_back(isUnknown ? std::int8_t{0} : (a == b ? kMatch : kMismatch));
+      scores.score_matrix.push_back(static_cast<std::int8_t>(isUnknown ? 0 : (a == b ? kMatch : kMismatch)));
     }
   }
   return scores;

@@ -11,13 +11,12 @@ import select
 import shutil
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
 
 import jsonschema
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 CIS = {(2, "CB"): 34.0, (2, "CG"): 24.0}    # on the cis side of both means: +4 ppm from random coil, CG of cis
 TRANS = {(2, "CB"): 30.0, (2, "CG"): 27.0}  # on the means of trans
@@ -25,24 +24,7 @@ HEADER = ",".join(program.COLUMNS)
 SUMMARY_END = "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n"
 
 
-class InFolder(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        with contextlib.ExitStack() as stack:
-            self.folder = stack.enter_context(tempfile.TemporaryDirectory())
-            self.addCleanup(stack.pop_all().close)
-
-    def put(self, name, text):
-        path = os.path.join(self.folder, name)
-        with open(path, "w", encoding="utf-8", newline="") as file:
-            file.write(text)
-        return path
-
-    def read(self, name):
-        with open(os.path.join(self.folder, name), encoding="utf-8", newline="") as file:
-            return file.read()
-
+class InFolder(folder.InFolder):
     def cis(self, name="cis.tab"):
         return self.put(name, program.full_table("APK", CIS))
 
@@ -73,7 +55,7 @@ class Formats(InFolder):
         self.assertEqual(result.stderr, "")
         self.assertEqual(result.stdout.split("\n")[0], HEADER)
         (row,) = program.csv_rows(result.stdout)
-        expected = {"file": os.path.join(self.folder, "cis.tab"), "chain": "", "resid": "2", "position": "2",
+        expected = {"file": self.path("cis.tab"), "chain": "", "resid": "2", "position": "2",
                     "prev": "A", "next": "K", "cs_cnt_prev": "6", "cs_cnt": "4", "cs_cnt_next": "6", "cg_shift": "24",
                     "call": "cis", "reason": "", "to_correct": ""}
         self.assertEqual({name: row[name] for name in expected}, expected)
@@ -156,7 +138,7 @@ class ShiftFiles(InFolder):
     def test_an_nmr_star_file_gives_the_same_as_the_shift_table(self):
         star = program.SOURCE / "examples" / "nuclease.str"
         with open(star, "rb") as file:
-            packed = os.path.join(self.folder, "no_ending")
+            packed = self.path("no_ending")
             with gzip.open(packed, "wb") as out:
                 out.write(file.read())
         table = program.SOURCE / "examples" / "nuclease.tab"
@@ -242,7 +224,7 @@ class Errors(InFolder):
         self.assertEqual(len(result.stderr.splitlines()), 1)
 
     def test_missing_tables_are_one_line_with_a_remedy(self):
-        result = program.run(self.cis(), tables=os.path.join(self.folder, "none"))
+        result = program.run(self.cis(), tables=self.path("none"))
         self.assertEqual(result.returncode, 1)
         self.assertEqual(result.stdout, "")
         self.assertEqual(result.stderr, "zorvela-kit: %s/none: there is no such folder; name the folder of the seven "
@@ -257,7 +239,7 @@ class Errors(InFolder):
 
     def test_tables_are_found_in_the_main_directory_or_the_working_directory(self):
         file = self.cis()
-        os.symlink(program.MADE_TABLES, os.path.join(self.folder, "tab"))
+        os.symlink(program.MADE_TABLES, self.path("tab"))
         by_variable = program.kit("run", "--format", "json", file, env=program.environment(ZORVELA_DIR=self.folder))
         self.assertEqual(json.loads(by_variable.stdout)["tables"], self.folder + "/tab")
         here = program.kit("run", "--format", "json", file, cwd=self.folder)
@@ -265,7 +247,7 @@ class Errors(InFolder):
 
     def test_an_installed_program_finds_its_tables(self):
         file = self.cis()
-        os.makedirs(os.path.join(self.folder, "bin"))
+        os.makedirs(self.path("bin"))
         shutil.copy(program.KIT, os.path.join(self.folder, "bin", "zorvela-kit"))
         shutil.copytree(program.MADE_TABLES, os.path.join(self.folder, "share", "zorvela", "tab"))
         result = subprocess.run([os.path.join(self.folder, "bin", "zorvela-kit"), "run", "--format", "json", file],
@@ -456,7 +438,7 @@ class Output(InFolder):
                     self.assertEqual((result.returncode, result.stderr), (-signal.SIGPIPE, ""))
 
     def test_closed_standard_streams_do_not_end_up_in_the_output(self):
-        out = os.path.join(self.folder, "out.csv")
+        out = self.path("out.csv")
         result = program.kit("run", "--tables", program.MADE_TABLES, "--format", "csv", "--output", out, self.cis(),
                              "none.tab", preexec_fn=lambda: os.closerange(0, 3))
         self.assertEqual(result.returncode, 1)
@@ -499,7 +481,7 @@ class Interruption(InFolder):
     def test_an_interrupted_run_leaves_no_output(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             with self.subTest(signal=number):
-                out = os.path.join(self.folder, "out.csv")
+                out = self.path("out.csv")
                 run = Waiting("--format", "csv", "--output", out, self.cis())
                 run.until_reading()
                 run.process.send_signal(number)

@@ -1,25 +1,14 @@
 """zorvela-kit run --explain: a block of text below each proline."""
-import os
-import tempfile
 import unittest
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 UNDECIDED = {(2, "CB"): 31.7}  # 1.7 ppm: 0.3 from cis and 1.7 from trans, (2.89 - 0.09) / 2 = +1.4 nats
 
 
-class Explain(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.file = os.path.join(folder.name, "p.tab")
-
+class Explain(folder.InFolder):
     def explain(self, *arguments, sequence="APK", changes=UNDECIDED):
-        with open(self.file, "w", encoding="utf-8") as file:
-            file.write(program.full_table(sequence, changes))
-        return program.run("--explain", *arguments, self.file)
+        return program.run("--explain", *arguments, self.put("p.tab", program.full_table(sequence, changes)))
 
     def block(self, *arguments, **options):
         """The lines that are set in, without the rest of the report."""

@@ -1,11 +1,10 @@
 """zorvela-kit label: labels from structures that are built from chosen omegas."""
 import csv
 import os
-import tempfile
 import unittest
 
 import made_structure as made
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 #           1234567890123456789012345678901234567890
 SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"
@@ -14,22 +13,14 @@ COLUMNS = ["entry", "resid", "resid_file", "prev", "next", "label_structure", "v
            "structure", "label_shift", "cb_minus_cg", "cluster"]
 
 
-class Label(unittest.TestCase):
-    maxDiff = None
-
+class Label(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         for name in ("entries", "structures"):
-            os.mkdir(os.path.join(self.folder, name))
+            os.mkdir(self.path(name))
         shifts = {(9, "CB"): 34.0, (9, "CG"): 24.0, (17, "CB"): 31.0, (17, "CG"): 27.0, (26, "CB"): 34.0, (26, "CG"): 27.0}
         self.put("entries/a.tab", program.full_table(SEQUENCE, shifts))
         self.put("entries/b.tab", program.full_table(OTHER))
-
-    def put(self, name, text):
-        with open(os.path.join(self.folder, name), "w", encoding="utf-8") as file:
-            file.write(text)
 
     def structure(self, name, *models, write=made.pdb):
         self.put("structures/" + name, write(*models))
@@ -45,7 +36,7 @@ class Label(unittest.TestCase):
         result = self.run_label(*options)
         self.assertEqual(result.returncode, status, result.stderr)
         self.stderr = result.stderr
-        with open(os.path.join(self.folder, "labels.csv"), encoding="utf-8") as file:
+        with open(self.path("labels.csv"), encoding="utf-8") as file:
             rows = list(csv.DictReader(file))
         self.assertEqual(list(rows[0]), COLUMNS)
         return {(row["entry"], row["resid"]): row for row in rows}
@@ -140,7 +131,7 @@ class Label(unittest.TestCase):
         self.assertIn("structures: holds no structures", result.stderr)
         self.put("structures/bad.pdb", "hello")
         self.assertEqual(self.run_label().returncode, 1)
-        self.assertFalse(os.path.exists(os.path.join(self.folder, "labels.csv")))
+        self.assertFalse(os.path.exists(self.path("labels.csv")))
         result = program.kit("label", "--entries", "none", "--structures", "structures", "--output", "x.csv",
                              cwd=self.folder)
         self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1))

@@ -1,5 +1,6 @@
 // Class names of marks are short, as they stand in each of thousands of bars: c cis, t trans, u undecided,
-// n none, p what every proline starts with, h hollow; e end, m middle, s small, b bold.
+// n none, p what every proline starts with, h hollow, va and vd a structure that agrees or disagrees; e end,
+// m middle, s small, b bold.
 #include "report/html_style.h"
 
 namespace zorvela {
@@ -30,6 +31,7 @@ text{font-size:12px;fill:var(--text)}
 .c{fill:var(--cis)}.t{fill:var(--trans)}.u{fill:var(--undecided)}.p{fill:var(--start)}
 .n{fill:var(--page);stroke:var(--faint);stroke-width:1.5}
 .h{fill:none;stroke:var(--faint);stroke-dasharray:2 2}
+.va,.vd{fill:none;stroke:var(--faint)}.vd{stroke:var(--text);stroke-width:2.2}
 .l,.z,.g,.d,.o{fill:none;stroke:var(--faint);stroke-width:1}.g{stroke:var(--grid)}.d{stroke-dasharray:5 4}
 .o{stroke:var(--text);stroke-width:1.5}.k{fill:var(--text)}.v{fill:var(--page);stroke:var(--text);stroke-width:3}
 .ec{fill:var(--cis);fill-opacity:.14;stroke:var(--cis);stroke-opacity:.45}
@@ -45,7 +47,8 @@ th{font-weight:600}td.r,th.r,.prolines :is(th,td):is(:nth-child(4),:nth-child(5)
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}
 .chain{margin:18px 0}.chain>summary{font-size:1.1rem}
-@media (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)){display:none}
+@media (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)),
+.compared :is(th,td):nth-child(4){display:none}
 th,td{padding-right:8px}.card .say{min-height:0}}
 @media print{@page{size:A4;margin:14mm}
 :root{color-scheme:light;--text:#000;--page:#fff;--card:#fff;--line:#c9ced4;--faint:#4a525c;--grid:#dfe3e7;

@@ -4,54 +4,19 @@ import gzip
 import io
 import json
 import os
-import tempfile
 import unittest
 
 import jsonschema
 
+import made_pair
 import made_structure as made
+from made_pair import OTHER, chain, shifts
 from zorvela_tests import program
 
-#           1234567890123456789012345678901234567890
-SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
-PROLINES = [9, 17, 26, 36]
-OTHER = "GGSTKKLMNQRSTVWYAAEDFHIKKLNQ"
-CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
-TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 SCHEMA = program.SOURCE / "kit" / "report" / "compare.schema.json"
 
 
-def shifts(cis=(), sequence=SEQUENCE):
-    changes = {}
-    for position, letter in enumerate(sequence, 1):
-        if letter == "P":
-            changes.update({(position, atom): value for atom, value in (CIS if position in cis else TRANS).items()})
-    return program.full_table(sequence, changes)
-
-
-def chain(cis=(), omegas=None, sequence=SEQUENCE, first=1):
-    """Residues of a chain; omegas: {position: omega}, cis: positions with omega 0."""
-    return made.backbone(sequence, {**{p - 1: 0.0 for p in cis}, **{p - 1: o for p, o in (omegas or {}).items()}},
-                         first)
-
-
-class Case(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        self.put("shifts.tab", shifts(cis=[17]))
-
-    def put(self, name, content):
-        path = os.path.join(self.folder, name)
-        if isinstance(content, str):
-            content = content.encode()
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
-
+class Case(made_pair.Case):
     def compare(self, *arguments):
         return program.kit("compare", "--tables", program.MADE_TABLES, *arguments, cwd=self.folder)
 
@@ -113,6 +78,17 @@ class Verdicts(Case):
             self.assertEqual([rows["17"][key] for key in ("models_cis", "models_trans", "models_twisted")], ["2", "1", "0"])
             # A twisted model says neither.
             self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
+
+    def test_models_with_other_residues(self):
+        # The chain is that of the model with most residues, wherever it stands.
+        few, all_residues = chain(cis=[17]), chain(cis=[17])
+        few = few[:16] + few[17:]
+        for models in ([[("A", few)], [("A", all_residues)]], [[("A", all_residues)], [("A", few)]]):
+            for text in (made.pdb(*models), made.mmcif(*models)):
+                rows = self.rows(text)
+                self.assertEqual((rows["17"]["verdict"], rows["17"]["models_cis"]), ("agree", "1"))
+                self.assertEqual((rows["9"]["verdict"], rows["9"]["models_trans"]), ("agree", "2"))
+                self.assertNotIn("without coordinates", self.stderr)
 
     def test_not_predicted(self):
         table = shifts(cis=[17])
@@ -201,6 +177,26 @@ class Chains(Case):
             self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
             self.assertEqual(rows["26"]["structure_residue"], "HYP")
 
+    def test_selenomethionine_is_methionine(self):
+        residues = chain(cis=[17])
+        residues[0].name, residues[0].het = "MSE", True
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+            self.assertNotIn("model.pdb", self.stderr)
+
+    def test_last_residue_of_the_chain(self):
+        rows = self.rows(made.pdb([("A", chain(cis=[17])[:36])]))
+        self.assertEqual((rows["36"]["structure"], rows["36"]["verdict"]), ("trans", "agree"))
+
+    def test_files_in_the_wrong_order(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        result = self.compare("model.pdb", "--structure", "shifts.tab")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertIn("shifts.tab: holds shifts and no structure", result.stderr)
+        self.assertIn("model.pdb: is no shift file but a PDB coordinate file", self.compare(
+            "model.pdb", "shifts.tab", "--structure", "model.pdb").stderr)
+
     def test_a_free_proline_is_no_residue_of_the_chain(self):
         loose = made.moved(chain()[8:9], 200)
         loose[0].het, loose[0].number = True, 301
@@ -277,6 +273,10 @@ class BadInput(Case):
         water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
         self.assertIn("no protein", self.fails(water))
         self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
+        for name in ("nuclease.tab", "nuclease.str"):
+            self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
+                             "model.pdb: holds shifts and no structure; give a structure in PDB or mmCIF format, plain or "
+                             "gzipped")
 
     def test_cut(self):
         text = made.pdb([("A", chain())])
@@ -286,7 +286,14 @@ class BadInput(Case):
         packed = gzip.compress(text.encode())
         self.assertIn("ends too early", self.fails(packed[:len(packed) // 2], "model.pdb.gz"))
         cif = made.mmcif([("A", chain())])
-        self.assertIn("not valid STAR", self.fails(cif[:len(cif) // 2]))
+        lines = cif.split("\n")
+        self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
+                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; mend the "
+                         "file there, or fetch it again")
+        lines[60] += " 1"
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; mend the "
+                         "file there, or fetch it again")
+        self.assertIn("not valid CIF: ", self.fails(cif + "'open\n"))
         models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
         self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))
 

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "cli/evaluate_referencing.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/number_option.h"
 #include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
@@ -38,6 +40,8 @@ using Json = nlohmann::ordered_json;
 
 // Seed of the bootstrap; any number does, but always the same one.
 constexpr std::uint64_t kBootstrapSeed = 7;
+// No spectrum is folded or referenced that far away (ppm).
+constexpr double kLargestOffset = 1000;
 const std::vector<double> kCalibrationEdges = {0, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 0.8, 0.95, 1};
 
 struct EvaluateSettings {
@@ -286,7 +290,7 @@ void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigure
 }
 
 void writeTrial(std::ostream& out, const Trial& trial, const std::string& tables) {
-  out << "Tables: " << tables << "\nEach shift is hidden with a chance of one half, " << kTrialRounds
+  out << "Tables: " << shown(tables) << "\nEach shift is hidden with a chance of one half, " << kTrialRounds
       << " times for each proline; hidden ones are then\n"
          "given back one at a time, by expected gain of information or at random.\n";
   writeTrialSet(out, "All", trial.all);
@@ -333,7 +337,10 @@ void evaluateReferencing(const EvaluateSettings& settings) {
 }
 
 /// The proteins as a spectrometer with wrong referencing would have given them, corrected if asked for.
-LabelledProlines withOffsets(LabelledProlines data, const EvaluateSettings& settings) {
+/// Nothing where neither is.
+std::optional<LabelledProlines> withOffsets(const LabelledProlines& known, const EvaluateSettings& settings) {
+  if (settings.carbonAdded == 0 && settings.protonAdded == 0 && !settings.rereference) return std::nullopt;
+  LabelledProlines data = known;
   for (EntryShifts& entry : data.entries) {
     addOffsets(entry, settings.carbonAdded, settings.protonAdded);
     if (settings.rereference) rereference(entry);
@@ -370,8 +377,9 @@ void evaluate(const EvaluateSettings& settings) {
   }
   const LabelledProlines known =
       readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
-  const LabelledProlines data = withOffsets(known, settings);
-  sayLeftOut(data);
+  sayLeftOut(known);
+  const std::optional<LabelledProlines> changed = withOffsets(known, settings);
+  const LabelledProlines& data = changed ? *changed : known;
   std::map<std::size_t, TrialProline> trial;
   PredictionVisitor visit;
   if (settings.nextShift)
@@ -431,40 +439,47 @@ void addEvaluate(CLI::App& app) {
   CLI::Option* nextShift =
       command->add_flag("--next-shift", settings->nextShift,
                         "instead of accuracy: does the expected gain rank first what is worth measuring?");
-  command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration")
-      ->excludes(nextShift);
+  CLI::Option* json =
+      command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
   command->add_option("--output", settings->output, "file for the figures (default: standard output)");
-  command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
-      ->check(CLI::Range(0, 100000))
-      ->capture_default_str();
-  const std::string files = "Files for plots and for a closer look (CSV)";
-  command->add_option("--predictions", settings->predictions, "each proline with its label and probabilities")
-      ->group(files);
-  command->add_option("--roc", settings->roc, "points of the ROC curves")->group(files);
-  command
-      ->add_option("--calibration", settings->calibration,
-                   "predicted probability against observed share of cis")
-      ->group(files);
+  CLI::Option* bootstrap = command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
+                               ->check(CLI::Range(0, 100000))
+                               ->capture_default_str();
+  const std::vector<CLI::Option*> ofAccuracy = {
+      json,
+      command->add_option("--predictions", settings->predictions,
+                          "each proline with its label and probabilities"),
+      command->add_option("--roc", settings->roc, "points of the ROC curves"),
+      command->add_option("--calibration", settings->calibration,
+                          "predicted probability against observed share of cis")};
+  for (CLI::Option* option : ofAccuracy)
+    if (option != json) option->group("Files for plots and for a closer look (CSV)");
   const std::string offsets = "Wrong referencing";
-  command->add_option("--add-13c", settings->carbonAdded, "ppm added to CA, CB, C and CG before predicting")
-      ->group(offsets);
-  command->add_option("--add-ha", settings->protonAdded, "ppm added to HA before predicting")->group(offsets);
-  command
-      ->add_flag("--rereference", settings->rereference,
-                 "take away offsets that call for a correction before predicting")
-      ->group(offsets);
+  const std::vector<CLI::Option*> ofShifts = {
+      command
+          ->add_option("--add-13c", settings->carbonAdded, "ppm added to CA, CB, C and CG before predicting")
+          ->check(numberFrom(-kLargestOffset, kLargestOffset)),
+      command->add_option("--add-ha", settings->protonAdded, "ppm added to HA before predicting")
+          ->check(numberFrom(-kLargestOffset, kLargestOffset)),
+      command->add_flag("--rereference", settings->rereference,
+                        "take away offsets that call for a correction before predicting")};
+  for (CLI::Option* option : ofShifts) option->group(offsets);
   CLI::Option* referencing =
       command
           ->add_flag("--referencing", settings->referencing,
                      "instead of predictions: how often a correction is called for, as the entries are and "
                      "with offsets added")
-          ->excludes(folds)
           ->group(offsets);
   command
       ->add_option("--relations", settings->relations,
                    "with --referencing: file for the constants of the estimate, fitted to the entries")
       ->needs(referencing)
       ->group(offsets);
+  // What would not be looked at is refused, so that nobody waits for a file that is never written.
+  for (CLI::Option* option : ofAccuracy) nextShift->excludes(option);
+  for (CLI::Option* option : ofAccuracy) referencing->excludes(option);
+  for (CLI::Option* option : ofShifts) referencing->excludes(option);
+  for (CLI::Option* option : {folds, nextShift, bootstrap}) referencing->excludes(option);
   std::vector<CLI::Option*> forFolds = addTrainingOptions(*command, settings->choices);
   const auto addSource = [&](const char* name, std::string& path, const char* description) {
     forFolds.push_back(command->add_option(name, path, description)

@@ -17,6 +17,7 @@
 #include "cli/input_files.h"
 #include "cli/jobs.h"
 #include "cli/messages.h"
+#include "cli/number_option.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
 #include "train/structure_labels.h"
@@ -160,7 +161,7 @@ void addLabel(CLI::App& app) {
       ->description("CSV of prolines as train and evaluate read it; - is standard output");
   command->add_option("--identity", settings->identity)
       ->type_name("PERCENT")
-      ->check(CLI::Range(50.0, 100.0))
+      ->check(numberFrom(50, 100))
       ->description("Least identity over at least 25 residues; default: 100, the same sequence");
   command->add_option("--jobs", settings->jobs)
       ->type_name("N")

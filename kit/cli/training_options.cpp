@@ -8,27 +8,13 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/messages.h"
+#include "cli/number_option.h"
 #include "cli/progress.h"
-#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
 
 namespace {
-
-/// A number from `low` to `high`, which "nan" is not; 0 too where it turns a choice off.
-CLI::Validator numberFrom(double low, double high, bool orZero) {
-  const std::string range = (orZero ? "0, or " : "") + numberText(static_cast<float>(low)) + " to " +
-                            numberText(static_cast<float>(high));
-  return CLI::Validator(
-      [=](const std::string& text) -> std::string {
-        double value = 0;
-        const bool isNumber = CLI::detail::lexical_cast(text, value);
-        if (isNumber && ((orZero && value == 0) || (value >= low && value <= high))) return "";
-        return "\"" + shown(text) + "\" is not " + range;
-      },
-      range);
-}
 
 // Closer to the ends of the range, or to the median, hardly a shift is left to take a deviation of.
 constexpr double kLeastLimitPercent = 0.001;
@@ -60,12 +46,12 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
       command
           .add_option("--widen-proline", choices.widenProline,
                       "factor on deviations of the proline's own shifts")
-          ->check(numberFrom(0.1, 100, false))
+          ->check(numberFrom(0.1, 100))
           ->capture_default_str(),
       command
           .add_option("--widen-neighbours", choices.widenNeighbours,
                       "factor on deviations of the neighbours' shifts")
-          ->check(numberFrom(0.1, 100, false))
+          ->check(numberFrom(0.1, 100))
           ->capture_default_str(),
       command.add_option("--pseudocount", choices.pseudocount, "added to each count of neighbours")
           ->check(CLI::Range(0, 1000000))

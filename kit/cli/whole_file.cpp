@@ -53,8 +53,9 @@ void syncToDisk(int descriptor, const std::string& name) {
 
 // --- Interruption ---------------------------------------------------------------------------------
 
-constexpr std::array<int, 8> kInterrupts = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM,
-                                            SIGALRM, SIGPIPE, SIGXCPU, SIGXFSZ};
+// Batch systems announce the end of their time by SIGUSR1 or SIGUSR2.
+constexpr std::array<int, 12> kInterrupts = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM, SIGALRM,   SIGPIPE,
+                                             SIGXCPU, SIGXFSZ, SIGUSR1, SIGUSR2, SIGVTALRM, SIGPROF};
 
 // The file to remove when the run is interrupted. Plain data, because a signal handler may touch nothing
 // else.

@@ -58,15 +58,8 @@ std::optional<int> shiftCount(const ZORVELA& run, int resid) {
 
 using ShiftsByResidue = std::map<int, float>;
 
-std::optional<float> observedCG(const ShiftsByResidue& cgShifts, int resid) {
-  const auto shift = cgShifts.find(resid);
-  if (shift == cgShifts.end() || shift->second >= kMissingBound) return std::nullopt;
-  return shift->second;
-}
-
 /// Proline, neighbours, shift counts: all that is known before a prediction.
-ProlineResult describe(const ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts,
-                       int position) {
+ProlineResult describe(const ZORVELA& run, const Protein& protein, float observedCG, int position) {
   const auto index = static_cast<std::size_t>(position) - 1;
   ProlineResult proline;
   proline.position = position;
@@ -82,7 +75,7 @@ ProlineResult describe(const ZORVELA& run, const Protein& protein, const ShiftsB
   proline.previousCount = shiftCount(run, position - 1);
   proline.count = shiftCount(run, position);
   proline.nextCount = shiftCount(run, position + 1);
-  proline.cgShift = observedCG(cgShifts, position);
+  if (!(observedCG >= kMissingBound)) proline.cgShift = observedCG;
   if (const auto flag = protein.cisFlags.find(position); flag != protein.cisFlags.end())
     proline.cisFlag = flag->second;
   return proline;
@@ -96,9 +89,9 @@ const std::string& whyNot(const Protein& protein, int position) {
   return reason::kTooFewShifts;
 }
 
-ProlineResult resultOf(ZORVELA& run, const Protein& protein, const ShiftsByResidue& cgShifts, int position,
+ProlineResult resultOf(ZORVELA& run, const Protein& protein, float observedCG, int position,
                        const std::optional<ProlinePrediction>& prediction) {
-  ProlineResult proline = describe(run, protein, cgShifts, position);
+  ProlineResult proline = describe(run, protein, observedCG, position);
   if (!prediction) {
     proline.reason = whyNot(protein, position);
     return proline;
@@ -124,6 +117,65 @@ Assignment assignmentOf(const ZORVELA& run, int resid) {
   return assignment;
 }
 
+// --- Long proteins, piece by piece ----------------------------------------------------------------
+
+// The program's tables take 4 kB for a residue, so that a sequence of 40,000 letters would take 200 MB.
+constexpr int kPieceLength = 4000;
+// The shifts of a proline's neighbours are compared with references that their own neighbours have a part in.
+constexpr int kReach = 2;
+
+/// Residues `begin` to `end` (from 0, without the last) with as many as they need on either side.
+struct Piece {
+  int begin;
+  int end;
+  int from;
+  int to;
+};
+
+std::vector<Piece> piecesOf(std::size_t residues) {
+  const int length = static_cast<int>(residues);
+  std::vector<Piece> pieces;
+  for (int begin = 0; begin < length; begin += kPieceLength) {
+    const int end = std::min(begin + kPieceLength, length);
+    pieces.push_back({begin, end, std::max(begin - kReach, 0), std::min(end + kReach, length)});
+  }
+  return pieces;
+}
+
+/// The residues of a piece as a protein; all of it is the protein itself.
+Protein partOf(const Protein& protein, const Piece& piece) {
+  if (piece.to - piece.from == static_cast<int>(protein.sequence.size())) return protein;
+  Protein part;
+  const auto length = static_cast<std::size_t>(piece.to - piece.from);
+  part.sequence = protein.sequence.substr(static_cast<std::size_t>(piece.from), length);
+  part.numbers.assign(protein.numbers.begin() + piece.from, protein.numbers.begin() + piece.to);
+  for (const auto& [position, isCis] : protein.cisFlags)
+    if (position > piece.from && position <= piece.to) part.cisFlags[position - piece.from] = isCis;
+  for (const Shift& shift : protein.shifts)
+    if (shift.resid > piece.from && shift.resid <= piece.to)
+      part.shifts.push_back({shift.resid - piece.from, shift.atom, shift.shift});
+  return part;
+}
+
+/// Assignments and prolines of a piece, whose residues with their reach (`part`) are assembled.
+void addResults(ZORVELA& run, const Protein& part, const Piece& piece, const ShiftsByResidue& observedCGs,
+                ProteinResult& result) {
+  std::vector<int> positions;
+  for (int resid = piece.begin - piece.from + 1; resid <= piece.end - piece.from; ++resid) {
+    result.assignments.push_back(assignmentOf(run, resid));
+    const char letter = part.sequence[static_cast<std::size_t>(resid) - 1];
+    if (letter == 'P' || letter == 'p') positions.push_back(resid);
+  }
+  const auto predictions = run.predictProlines(positions);
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    const int position = positions[i] + piece.from;
+    const auto cg = observedCGs.find(position);
+    const float observedCG = cg == observedCGs.end() ? kMissingShift : cg->second;
+    result.prolines.push_back(resultOf(run, part, observedCG, positions[i], predictions[i]));
+    result.prolines.back().position = position;
+  }
+}
+
 }  // namespace
 
 Predictor::Predictor(const Tables& tables, const PredictorOptions& chosen)
@@ -136,34 +188,40 @@ Predictor& Predictor::operator=(Predictor&& other) noexcept = default;
 Predictor::~Predictor() = default;
 
 ProteinResult Predictor::predict(const Protein& protein) {
-  assemble(*run, protein);
   ProteinResult result;
   result.file = protein.file;
   result.chain = protein.chain;
   result.list = protein.list;
   result.length = static_cast<int>(protein.sequence.size());
   result.shiftCount = static_cast<int>(protein.shifts.size());
+  result.numbers = protein.numbers;
   result.notes = protein.notes;
   result.asides = protein.asides;
-  const std::vector<OffsetEstimate> estimates = estimateOffsets(secondaryShifts(*run));
-  result.offsets = toResults(estimates);
-  const ShiftsByResidue observedCGs = run->cgShifts;
-  Protein used = protein;
-  if (const Corrections corrections = correctionsOf(estimates); options.rereference && !corrections.empty()) {
-    addCorrections(result, corrections);
-    used = corrected(protein, corrections);
-    assemble(*run, used);
+
+  const std::vector<Piece> pieces = piecesOf(protein.sequence.size());
+  std::vector<SecondaryShifts> secondary;
+  ShiftsByResidue observedCGs;
+  for (const Piece& piece : pieces) {
+    const Protein part = partOf(protein, piece);
+    assemble(*run, part);
+    const std::vector<SecondaryShifts> ofPart = secondaryShifts(*run);
+    secondary.insert(secondary.end(), ofPart.begin() + piece.begin - piece.from,
+                     ofPart.begin() + piece.end - piece.from);
+    for (const auto& [resid, shift] : run->cgShifts) observedCGs[resid + piece.from] = shift;
+    if (!options.rereference) addResults(*run, part, piece, observedCGs, result);
   }
-  result.numbers = protein.numbers;
-  for (int resid = 1; resid <= result.length; ++resid)
-    result.assignments.push_back(assignmentOf(*run, resid));
-  std::vector<int> positions;
-  for (std::size_t i = 0; i < protein.sequence.size(); ++i)
-    if (protein.sequence[i] == 'P' || protein.sequence[i] == 'p')
-      positions.push_back(static_cast<int>(i) + 1);
-  const auto predictions = run->predictProlines(positions);
-  for (std::size_t i = 0; i < positions.size(); ++i)
-    result.prolines.push_back(resultOf(*run, used, observedCGs, positions[i], predictions[i]));
+  const std::vector<OffsetEstimate> estimates = estimateOffsets(secondary);
+  result.offsets = toResults(estimates);
+  if (!options.rereference) return result;
+
+  const Corrections corrections = correctionsOf(estimates);
+  if (!corrections.empty()) addCorrections(result, corrections);
+  const Protein used = corrections.empty() ? protein : corrected(protein, corrections);
+  for (const Piece& piece : pieces) {
+    const Protein part = partOf(used, piece);
+    if (pieces.size() > 1 || !corrections.empty()) assemble(*run, part);
+    addResults(*run, part, piece, observedCGs, result);
+  }
   return result;
 }
 

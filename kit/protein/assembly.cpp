@@ -332,11 +332,10 @@ class ProteinMaker {
 
 }  // namespace
 
-void checkResiduesMade(std::size_t residues, const std::string& path) {
-  if (residues > kMostResiduesMade)
-    throw FileError(
-        path, 0, "makes more than " + std::to_string(kMostResiduesMade) + " residues in all tables together",
-        "choose a chain and a list, or split the file");
+void checkResiduesMade(std::size_t residues, const std::string& path, std::size_t most) {
+  if (residues > most)
+    throw FileError(path, 0, "makes more than " + std::to_string(most) + " residues in all tables together",
+                    "choose a chain and a list, or split the file");
 }
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {

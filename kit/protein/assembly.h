@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "formats/limits.h"
 #include "formats/shift_model.h"
 #include "zorvela/protein.h"
 #include "zorvela/read.h"
@@ -16,6 +17,6 @@ namespace zorvela {
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options);
 
 /// FileError for more residues in the tables of one file than any real one makes.
-void checkResiduesMade(std::size_t residues, const std::string& path);
+void checkResiduesMade(std::size_t residues, const std::string& path, std::size_t most = kMostResiduesMade);
 
 }  // namespace zorvela

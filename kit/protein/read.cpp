@@ -1,11 +1,13 @@
 #include "zorvela/read.h"
 
+#include <algorithm>
 #include <exception>
 #include <iterator>
 #include <utility>
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
+#include "formats/limits.h"
 #include "protein/assembly.h"
 #include "protein/plausible_shifts.h"
 #include "util/text.h"
@@ -70,7 +72,14 @@ std::vector<Protein> readShiftStream(std::FILE* stream, const std::string& file,
 
 std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
                                     const ImportOptions& options) {
-  return readEntries(sourcesOf(unpacked(std::move(bytes), file), file), options);
+  std::string text = unpacked(std::move(bytes), file);
+  const std::size_t most =
+      std::min(kMostResiduesMade, kResiduesMadeOfAnyFile + text.size() / kBytesPerResidueMade);
+  std::vector<Protein> proteins = readEntries(sourcesOf(std::move(text), file), options);
+  std::size_t residues = 0;
+  for (const Protein& protein : proteins) residues += protein.sequence.size();
+  checkResiduesMade(residues, file, most);
+  return proteins;
 }
 
 }  // namespace zorvela

@@ -91,25 +91,68 @@ Json thresholds() {
   return {{"cis_from", number(kCisFrom)}, {"trans_up_to", number(kTransUpTo)}};
 }
 
+// --- The document, one protein after the other, as all of them at once take much memory
+// ---------------------
+
+constexpr int kIndent = 2;
+
+/// A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing is
+/// lost: other characters are escaped.
+std::string dumped(const Json& json) {
+  return json.dump(kIndent, ' ', true, Json::error_handler_t::replace);
+}
+
+/// An object's text to which members can be added.
+std::string withoutItsEnd(const std::string& object) {
+  return object.substr(0, object.size() - std::string("\n}").size());
+}
+
+/// One more member of the document, an array that is written as it grows.
+class ArrayMember {
+ public:
+  ArrayMember(std::ostream& stream, const std::string& name) : out(stream) {
+    out << ",\n  \"" << name << "\": [";
+  }
+  ~ArrayMember() { out << (isEmpty ? "]" : "\n  ]"); }
+  ArrayMember(const ArrayMember&) = delete;
+  ArrayMember& operator=(const ArrayMember&) = delete;
+
+  void add(const Json& item) {
+    const std::string indent(2 * kIndent, ' ');
+    out << (isEmpty ? "\n" : ",\n") << indent;
+    // A line feed in a text is escaped: each one that stands there ends a line.
+    for (const char c : dumped(item)) {
+      out << c;
+      if (c == '\n') out << indent;
+    }
+    isEmpty = false;
+  }
+
+ private:
+  std::ostream& out;
+  bool isEmpty = true;
+};
+
 }  // namespace
 
 void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
-  Json proteins = Json::array();
-  forEachProtein(report, [&](const ProteinResult& protein) { proteins.push_back(toJson(protein)); });
-  Json errors = Json::array();
-  forEachError(report, [&](const FileReport& file) {
-    errors.push_back({{"file", file.file}, {"message", file.error}});
-  });
-  const Json document = {{"format", "zorvela-kit run"},
-                         {"version", kFormatVersion},
-                         {"program", std::string("zorvela-kit ") + version()},
-                         {"tables", report.tables},
-                         {"thresholds", thresholds()},
-                         {"proteins", std::move(proteins)},
-                         {"errors", std::move(errors)}};
-  // A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing
-  // is lost: other characters are escaped.
-  out << document.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
+  const Json head = {{"format", "zorvela-kit run"},
+                     {"version", kFormatVersion},
+                     {"program", std::string("zorvela-kit ") + version()},
+                     {"tables", report.tables},
+                     {"thresholds", thresholds()}};
+  out << withoutItsEnd(dumped(head));
+  {
+    ArrayMember proteins(out, "proteins");
+    forEachProtein(report, [&](const ProteinResult& protein) { proteins.add(toJson(protein)); });
+  }
+  {
+    ArrayMember errors(out, "errors");
+    forEachError(report, [&](const FileReport& file) {
+      errors.add({{"file", file.file}, {"message", file.error}});
+    });
+  }
+  out << "\n}\n";
 }
 
 }  // namespace zorvela

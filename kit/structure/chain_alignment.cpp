@@ -6,13 +6,16 @@
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
 #include "protein/nomenclature.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-// gemmi keeps one byte for each pair of residues.
-constexpr std::size_t kMostPairs = 400000000;
+// gemmi keeps one byte for each pair of residues, and fills some 250 million a second.
+constexpr std::size_t kMostPairsAtOnce = 30000000;
+constexpr std::size_t kPairsOfAnyStructure = 100000000;
+constexpr std::size_t kPairsPerResidue = 4000;
 
 constexpr const char* kLetters = "ACDEFGHIKLMNPQRSTVWY?";
 constexpr std::uint8_t kLetterCount = 21;
@@ -80,12 +83,11 @@ double ChainAlignment::identity() const {
   return aligned == 0 ? 0 : 100.0 * static_cast<double>(identical) / static_cast<double>(aligned);
 }
 
-std::optional<ChainAlignment> align(const std::string& sequence, const StructureChain& chain) {
+ChainAlignment align(const std::string& sequence, const StructureChain& chain) {
   static const gemmi::AlignmentScoring kScoring = scoring();
   ChainAlignment alignment;
   alignment.inStructure.assign(sequence.size(), kNoResidue);
   if (sequence.empty() || chain.residues.empty()) return alignment;
-  if (chain.residues.size() > kMostPairs / sequence.size()) return std::nullopt;
   const gemmi::AlignmentResult result = gemmi::align_sequences(encoded(sequence), encoded(chain.letters()),
                                                                freeGaps(chain), kLetterCount, kScoring);
   std::size_t i = 0;
@@ -97,6 +99,22 @@ std::optional<ChainAlignment> align(const std::string& sequence, const Structure
       if (item.op() != 'I') ++j;
     }
   return alignment;
+}
+
+StructureAligner::StructureAligner(const ProteinStructure& structure)
+    : file(structure.file), pairsLeft(kPairsOfAnyStructure) {
+  for (const StructureChain& chain : structure.chains) pairsLeft += kPairsPerResidue * chain.residues.size();
+}
+
+ChainAlignment StructureAligner::align(const std::string& sequence, const StructureChain& chain) {
+  const std::size_t pairs = sequence.size() * chain.residues.size();
+  if (pairs > kMostPairsAtOnce || pairs > pairsLeft)
+    throw FileError(
+        file, 0,
+        "has too many residues to align with the " + std::to_string(sequence.size()) + " of a protein",
+        "give the chains that have shifts");
+  pairsLeft -= pairs;
+  return zorvela::align(sequence, chain);
 }
 
 }  // namespace zorvela

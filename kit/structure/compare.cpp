@@ -44,14 +44,14 @@ bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence,
 
 /// The proteins that a chain is most alike.
 std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure,
-                        const StructureChain& chain) {
+                        const StructureChain& chain, StructureAligner& aligner) {
   std::vector<Fit> best;
   for (std::size_t p = 0; p < proteins.size(); ++p) {
-    auto alignment = align(proteins[p].sequence, chain);
-    if (!alignment || !isSameProtein(*alignment, proteins[p].sequence, chain)) continue;
-    if (!best.empty() && alignment->identical < best.front().alignment.identical) continue;
-    if (!best.empty() && alignment->identical > best.front().alignment.identical) best.clear();
-    best.push_back({p, &structure, &chain, std::move(*alignment)});
+    ChainAlignment alignment = aligner.align(proteins[p].sequence, chain);
+    if (!isSameProtein(alignment, proteins[p].sequence, chain)) continue;
+    if (!best.empty() && alignment.identical < best.front().alignment.identical) continue;
+    if (!best.empty() && alignment.identical > best.front().alignment.identical) best.clear();
+    best.push_back({p, &structure, &chain, std::move(alignment)});
   }
   return best;
 }
@@ -76,8 +76,9 @@ void keepNamesakes(const std::vector<Protein>& proteins, std::vector<Fit>& fits)
 /// All fits of one structure file, without the relatives of the protein.
 std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure) {
   std::vector<Fit> all;
+  StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains) {
-    std::vector<Fit> fits = fitsOf(proteins, structure, chain);
+    std::vector<Fit> fits = fitsOf(proteins, structure, chain, aligner);
     keepNamesakes(proteins, fits);
     for (Fit& fit : fits) all.push_back(std::move(fit));
   }

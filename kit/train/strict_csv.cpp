@@ -38,7 +38,7 @@ StrictCsv::StrictCsv(const std::string& file) : path(file) {
     auto cells = splitCells(*line, Separator::comma);
     Row row{number, {}};
     if (!cells) fail(row, "a quote is not closed", "close it on the same line");
-    row.fields = std::move(*cells);
+    for (const std::string& cell : *cells) row.fields.emplace_back(withoutFormulaMark(cell));
     if (header.empty()) {
       header = row.fields;
     } else if (row.fields.size() != header.size()) {

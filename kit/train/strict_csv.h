@@ -14,9 +14,10 @@ class StrictCsv {
     std::vector<std::string> fields;
   };
 
-  /// Reads the file. Empty lines are skipped; a field may be quoted, blanks around it do not count. Error
-  /// where the file cannot be read or has no header, where a quote is not closed on its line, or a line has
-  /// another number of fields than the header.
+  /// Reads the file. Empty lines are skipped; a field may be quoted, blanks around it do not count, nor does
+  /// the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error where the
+  /// file cannot be read or has no header, where a quote is not closed on its line, or a line has another
+  /// number of fields than the header.
   explicit StrictCsv(const std::string& path);
 
   /// Index of a column; Error where the header lacks it.

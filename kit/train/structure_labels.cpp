@@ -122,14 +122,15 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
 
 std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
+  StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
-      const auto alignment = align(all[protein].sequence, chain);
-      if (!alignment || !fits(*alignment, all[protein].sequence.size(), leastIdentity)) continue;
+      const ChainAlignment alignment = aligner.align(all[protein].sequence, chain);
+      if (!fits(alignment, all[protein].sequence.size(), leastIdentity)) continue;
       for (std::size_t i = 0; i < votes[protein].size(); ++i)
         if (const StructureResidue* residue =
-                prolineIn(chain, *alignment, static_cast<std::size_t>(votes[protein][i].position)))
-          add(*residue, chain.name, *alignment, tallies[{protein, i}]);
+                prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
+          add(*residue, chain.name, alignment, tallies[{protein, i}]);
     }
   std::vector<Ballot> result;
   for (const auto& [key, tally] : tallies) {

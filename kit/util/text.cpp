@@ -137,6 +137,14 @@ bool isFormula(std::string_view text) {
   return !isSigned || number.empty() || number.front() == '-' || !isPlainDecimal(number);
 }
 
+constexpr char kFormulaMark = '\'';
+
+/// Whether a formula stands there, with or without marks before it.
+bool isFormulaAfterMarks(std::string_view text) {
+  while (!text.empty() && text.front() == kFormulaMark) text.remove_prefix(1);
+  return isFormula(text);
+}
+
 // --- Numbers and notes ----------------------------------------------------------------------------
 
 // Longer numbers are rounded: no spectrometer measures that many digits.
@@ -222,7 +230,7 @@ std::string printable(std::string_view text, std::size_t most) {
 std::string csvCell(std::string_view text) {
   std::string cell = shownLines(text);
   // Before the tab is made harmless: it is the mark of a formula too.
-  if (isFormula(text)) cell.insert(0, 1, '\'');
+  if (isFormulaAfterMarks(text)) cell.insert(0, 1, kFormulaMark);
   if (cell.find_first_of(",\"\n") == std::string::npos) return cell;
   std::string quoted = "\"";
   for (const char c : cell) {
@@ -230,6 +238,11 @@ std::string csvCell(std::string_view text) {
     quoted += c;
   }
   return quoted + '"';
+}
+
+std::string_view withoutFormulaMark(std::string_view cell) {
+  const bool isMarked = !cell.empty() && cell.front() == kFormulaMark && isFormulaAfterMarks(cell);
+  return isMarked ? cell.substr(1) : cell;
 }
 
 std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos) {

@@ -161,6 +161,18 @@ class TrainingInputs(InFolder):
                 self.assertNotEqual(ended.returncode, 0)
                 self.assertIn(option, ended.stderr)
                 self.assertFalse(os.path.exists(self.data.path("tab")))
+        evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
+        label = ["label", "--entries", self.data.path("entries"), "--structures", self.folder, "--output", "-"]
+        for command, option, values in ((evaluate, "--add-13c", ("nan", "inf", "1e30", "1,5")),
+                                        (evaluate, "--add-ha", ("nan", "-inf")),
+                                        (evaluate, "--bootstrap", ("nan", "-1")),
+                                        (label, "--identity", ("nan", "inf", "49"))):
+            for value in values:
+                with self.subTest(option=option, value=value):
+                    ended = program.kit(*command, option + "=" + value)
+                    self.assertNotEqual(ended.returncode, 0)
+                    self.assertEqual(ended.stdout, "")
+                    self.assertIn(option, ended.stderr)
 
     def test_shifts_that_are_not_finite_are_left_out_and_counted(self):
         def trained():

@@ -137,7 +137,7 @@ class Writes(Faults):
 
 class Signals(Faults):
     ENDING = [signal.SIGHUP, signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGALRM, signal.SIGPIPE,
-              signal.SIGXCPU, signal.SIGKILL]
+              signal.SIGXCPU, signal.SIGUSR1, signal.SIGUSR2, signal.SIGVTALRM, signal.SIGPROF, signal.SIGKILL]
 
     def test_nothing_is_left_by_any_signal_in_the_middle_of_writing(self):
         for number in self.ENDING:

@@ -39,7 +39,7 @@ class Bounds(unittest.TestCase):
                                            "--list", "all")
         self.assertEqual(status, 1, message[:300])  # no chain is certain
         rows = "".join("%d 2 PRO CA 63\n" % i for i in range(1, 401))
-        status, message = self.run_bounded(entity("GP" * 50) + copies(400) + ROWS + rows, "run")
+        status, message = self.run_bounded(entity("GP" * 12) + copies(400) + ROWS + rows, "run")
         self.assertEqual(status, 0, message[:300])
 
     def test_bonds_times_copies(self):
@@ -79,8 +79,36 @@ class Bounds(unittest.TestCase):
         self.refused(entity("GP" * 1000) + lists(900, "2 PRO CA 63\n"),
                      "makes more than 40000 residues in all tables together", "run", "--list", "all")
         rows = "".join("%d PRO CA 63\n" % i for i in range(2, 100, 2))
-        status, message = self.run_bounded(entity("GP" * 50) + lists(400, rows), "run", "--list", "all")
+        status, message = self.run_bounded(entity("GP" * 50) + lists(100, rows), "run", "--list", "all")
         self.assertEqual(status, 0, message[:300])
+
+    def test_all_lists_in_every_report(self):
+        """As many residues as are made from one file, from 20 kB."""
+        for options in (["--format", "json"], ["--format", "html"], ["--format", "csv"], ["--explain"]):
+            with self.subTest(options=options):
+                status, message = self.run_bounded(hostile.all_lists(70), "run", "--list", "all", *options)
+                self.assertEqual(status, 0, message[:300])
+        # 10,000 residues, and one more for every 150 bytes.
+        most = 10000 + len(hostile.all_lists(80)) // 150
+        self.refused(hostile.all_lists(80), "makes more than %d residues in all tables together" % most, "run", "--list",
+                     "all")
+
+    def test_a_sequence_of_many_prolines(self):
+        """What is predicted costs more than what is read."""
+        for residues in (10000, 40000):
+            text = entity("GP" * (residues // 2)) + BARE_ROWS + "2 PRO CA 63\n"
+            status, message = self.run_bounded(text, "run", "--format", "json")
+            self.assertEqual(status, residues > 10000, message[:300])
+
+    def test_alignments(self):
+        """Every chain of a structure against every chain of the shifts."""
+        shifts = entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"
+        for residues, chains in ((10000, 2), (1000, 20)):
+            with self.subTest(residues=residues):
+                files = {"x.str": shifts, "x.cif": hostile.bare_mmcif(residues, chains)}
+                taken = hostile.measured(files, ["compare", "x.str", "--structure", "x.cif"])
+                self.assertIn("x.cif: has too many residues to align with the 10000 of a protein", taken.message)
+                self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
 
     def test_many_rows(self):
         """Just below the limit of rows: each kept, each with a reason."""

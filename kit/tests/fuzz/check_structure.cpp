@@ -44,8 +44,8 @@ void checkChain(const StructureChain& chain, std::size_t models) {
 // Every residue of a chain is itself.
 void checkAlignment(const StructureChain& chain) {
   if (chain.residues.size() > kLongestForAlignment) return;
-  const auto alignment = align(chain.letters(), chain);
-  check(alignment && alignment->identical == alignment->aligned);
+  const ChainAlignment alignment = align(chain.letters(), chain);
+  check(alignment.identical == alignment.aligned);
 }
 
 void compareWithItself(const ProteinStructure& structure) {

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace {
 
@@ -229,6 +231,52 @@ TEST(Predictor, BeyondTheEndsThereIsNoNeighbour) {
   EXPECT_EQ(result.prolines[1].nextNumber, "");
   EXPECT_FALSE(result.prolines[1].nextCount.has_value());
   EXPECT_EQ(result.prolines[1].previousCount, 6);
+}
+
+// --- Long proteins -------------------------------------------------------------------------------
+
+/// Residues `first` to `last` (from 1) as a protein of their own.
+Protein cutOut(const Protein& protein, int first, int last) {
+  Protein part = bare(protein.sequence.substr(static_cast<std::size_t>(first) - 1,
+                                              static_cast<std::size_t>(last - first + 1)));
+  for (const zorvela::Shift& shift : protein.shifts)
+    if (shift.resid >= first && shift.resid <= last)
+      part.shifts.push_back({shift.resid - first + 1, shift.atom, shift.shift});
+  return part;
+}
+
+TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
+  // Another residue type and another shift at nearly every place, prolines at all distances from any border.
+  const std::string unit = "AGPVKPEDLP";
+  std::string sequence;
+  while (sequence.size() < 8100) sequence += unit + "KLMNQRSTVWY"[sequence.size() % 11];
+  Protein protein = complete(sequence);
+  for (std::size_t i = 0; i < protein.shifts.size(); ++i)
+    if (protein.shifts[i].atom == "CB")
+      protein.shifts[i].shift = std::to_string(28.0 + static_cast<double>(i % 50) / 10);
+  const zorvela::Tables tables = zorvela::tablesFromFolder(SHIPPED_TABLES);
+  const ProteinResult whole = zorvela::Predictor(tables).predict(protein);
+  ASSERT_EQ(whole.prolines.size(),
+            static_cast<std::size_t>(std::count(sequence.begin(), sequence.end(), 'P')));
+  ASSERT_EQ(whole.assignments.size(), sequence.size());
+  zorvela::Predictor predictor(tables);
+  const int length = static_cast<int>(sequence.size());
+  for (const zorvela::ProlineResult& proline : whole.prolines) {
+    const bool isNearBorder = proline.position % 4000 < 6 || proline.position % 4000 > 3994;
+    if (!isNearBorder && proline.position % 97 != 0) continue;
+    const int first = std::max(proline.position - 3, 1);
+    const ProteinResult part =
+        predictor.predict(cutOut(protein, first, std::min(proline.position + 3, length)));
+    const auto same = std::find_if(part.prolines.begin(), part.prolines.end(), [&](const auto& other) {
+      return other.position == proline.position - first + 1;
+    });
+    ASSERT_NE(same, part.prolines.end());
+    EXPECT_EQ(same->pCisNorm, proline.pCisNorm) << proline.position;
+    EXPECT_EQ(same->pCis, proline.pCis);
+    EXPECT_EQ(same->reason, proline.reason);
+    EXPECT_EQ(same->nextCount, proline.nextCount);
+    EXPECT_EQ(proline.number, std::to_string(proline.position));
+  }
 }
 
 // --- Referencing ---------------------------------------------------------------------------------

@@ -1,8 +1,10 @@
 // Bonds, alignments and verdicts without a file.
 #include <gtest/gtest.h>
 
+#include "message_of.h"
 #include "structure/chain_alignment.h"
 #include "zorvela/compare.h"
+#include "zorvela/error.h"
 #include "zorvela/structure.h"
 
 namespace {
@@ -43,7 +45,7 @@ zorvela::StructureChain chainOf(const std::string& letters) {
 std::string aligned(const std::string& sequence, const zorvela::StructureChain& chain) {
   std::string text;
   const auto alignment = zorvela::align(sequence, chain);
-  for (const std::size_t place : alignment->inStructure)
+  for (const std::size_t place : alignment.inStructure)
     text += place == zorvela::kNoResidue ? '-' : chain.residues[place].letter;
   return text;
 }
@@ -63,15 +65,28 @@ TEST(Alignment, TagsMutationsAndUnknownResidues) {
   EXPECT_EQ(aligned("MKLGVWTRE", chainOf("MKLAVWTRE")), "MKLAVWTRE");
   EXPECT_EQ(aligned("MKc?VWTRE", chainOf("MKCGVWTRE")), "MKCGVWTRE");
   const auto alignment = zorvela::align("MKc?VWTRE", chainOf("MKCGVWTRA"));
-  EXPECT_EQ(alignment->aligned, 8U);
-  EXPECT_EQ(alignment->identical, 7U);
-  EXPECT_EQ(alignment->identity(), 87.5);
+  EXPECT_EQ(alignment.aligned, 8U);
+  EXPECT_EQ(alignment.identical, 7U);
+  EXPECT_EQ(alignment.identity(), 87.5);
 }
 
 TEST(Alignment, NothingToAlign) {
-  EXPECT_EQ(zorvela::align("", chainOf("MKL"))->aligned, 0U);
-  EXPECT_EQ(zorvela::align("MKL", zorvela::StructureChain())->identity(), 0);
-  EXPECT_FALSE(zorvela::align(std::string(30000, 'A'), chainOf(std::string(30000, 'A'))).has_value());
+  EXPECT_EQ(zorvela::align("", chainOf("MKL")).aligned, 0U);
+  EXPECT_EQ(zorvela::align("MKL", zorvela::StructureChain()).identity(), 0);
+}
+
+TEST(Alignment, WorkIsInProportionToTheStructure) {
+  zorvela::ProteinStructure structure;
+  structure.file = "large.cif";
+  structure.chains.assign(4, chainOf(std::string(1000, 'A')));
+  const zorvela::StructureChain& chain = structure.chains.front();
+  zorvela::StructureAligner aligner(structure);
+  EXPECT_THROW(aligner.align(std::string(30001, 'A'), chain), zorvela::FileError);
+  // 100 million and 4,000 for each of 4,000 residues are 116 alignments of 1,000 with 1,000.
+  for (int i = 0; i < 116; ++i) EXPECT_EQ(aligner.align(std::string(1000, 'A'), chain).identical, 1000U);
+  EXPECT_EQ(messageOf([&] { aligner.align(std::string(1000, 'A'), chain); }),
+            "large.cif: has too many residues to align with the 1000 of a protein; give the chains that have "
+            "shifts");
 }
 
 // --- Which chain belongs to which protein ---------------------------------------------------------

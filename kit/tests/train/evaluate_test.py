@@ -255,6 +255,30 @@ class Evaluate(unittest.TestCase):
         self.assertNotEqual(0, result.returncode)
         self.assertIn("excludes", result.stderr)
 
+    def test_options_that_would_not_be_looked_at_are_refused(self):
+        accuracy = [["--json"], ["--predictions", "p"], ["--roc", "r"], ["--calibration", "c"]]
+        shifts = [["--add-13c", "1"], ["--add-ha", "1"], ["--rereference"], ["--bootstrap", "5"], ["--next-shift"],
+                  ["--cross-validate", "3"]]
+        for instead, others in (("--next-shift", accuracy), ("--referencing", accuracy + shifts)):
+            for option in others:
+                with self.subTest(instead=instead, option=option):
+                    result = run(["evaluate", *self.data.proteins(), instead, *option])
+                    self.assertNotEqual(0, result.returncode)
+                    self.assertIn("excludes", result.stderr)
+                    self.assertIn(option[0], result.stderr)
+
+    def test_entries_whose_names_are_formulas(self):
+        """Such a name is marked in the CSV that `label` and `evaluate` write, and read without the mark."""
+        names = ["=c1", "'=c1", "+c1"]
+        for i, name in enumerate(names):
+            self.data.add(name, made_data.sequence(90 + i), "cis", 2.0, 25.0)
+            self.data.labels[-1] = "'" + self.data.labels[-1]
+        self.data.write_labels()
+        self.with_tables("--predictions", self.data.path("p.csv"))
+        with open(self.data.path("p.csv"), encoding="utf-8", newline="") as file:
+            entries = [row["entry"] for row in csv.DictReader(file)]
+        self.assertEqual(["'" + name for name in names], [entry for entry in entries if entry[0] == "'"])
+
     def test_choices_in_training_need_folds(self):
         for option in (["--trim", "3"], ["--pool", "equal"], ["--neighbours", "x"]):
             result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), *option])

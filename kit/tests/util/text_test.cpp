@@ -107,6 +107,12 @@ TEST(Text, CellsThatAreFormulasAreMarked) {
     EXPECT_EQ(zorvela::csvCell(harmless), harmless);
 }
 
+TEST(Text, MarksOfFormulasAreTakenOffAgain) {
+  EXPECT_EQ(zorvela::csvCell("'=x"), "''=x");
+  for (const char* text : {"=x", "'=x", "''=x", "-3", "'", "'x", "", "@a", "+1+1", "a"})
+    EXPECT_EQ(zorvela::withoutFormulaMark(zorvela::csvCell(text)), text);
+}
+
 TEST(Text, ListsAreCutWithACount) {
   EXPECT_EQ(zorvela::enumerated({}), "");
   EXPECT_EQ(zorvela::enumerated({"5", "14", "30"}), "5, 14, 30");

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 #include <unordered_set>
+#include <utility>
+
 #include "protein/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -10,6 +12,19 @@
 namespace zorvela {
 
 namespace {
+
+/// Tags of files of the field that hold no shifts. Those of NMR-STAR first: it may have coordinates as well.
+constexpr std::pair<std::string_view, const char*> kForeignTags[] = {
+    {"_Gen_dist_constraint", "a restraint list (NMR-STAR)"},
+    {"_Torsion_angle_constraint", "a restraint list (NMR-STAR)"},
+    {"_RDC_constraint", "a restraint list (NMR-STAR)"},
+    {"_Distance_constraint", "a restraint list (NMR-STAR)"},
+    {"_Spectral_peak_list.", "a peak list (NMR-STAR)"},
+    {"_Peak_general_char.", "a peak list (NMR-STAR)"},
+    {"_atom_site.", "atom coordinates (mmCIF)"},
+    {"_refln.", "structure factors (mmCIF)"},
+    {"_chem_comp_atom.", "the description of a residue or ligand (mmCIF)"},
+};
 
 /// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
 std::string bracketedName(const std::string& text, std::size_t pos) {
@@ -194,6 +209,17 @@ std::vector<std::string> starContents(const StarEntry& entry) {
   for (const auto& [category, count] : frames)
     contents.push_back(count == 1 ? category : std::to_string(count) + " " + category);
   return contents;
+}
+
+std::string foreignStar(const StarEntry& entry) {
+  const auto isIn = [frames = framesOf(entry)](std::string_view tagStart) {
+    return std::any_of(frames.begin(), frames.end(),
+                       [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
+  };
+  if (isIn("_Atom_chem_shift.")) return {};
+  for (const auto& [tagStart, what] : kForeignTags)
+    if (isIn(tagStart)) return what;
+  return {};
 }
 
 std::string nameOf(std::string text, std::vector<std::string>& notes) {

@@ -263,10 +263,14 @@ class Parser {
     const LoopLayout layout = layoutOf(lines, count, columns);
     if (layout.bad.empty()) return;
     const bool fills = count % columns == 0;
-    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
-    if (fills && layout.wholeLines * 10 < lines.size() * 9) return;
     const bool isByLine = layout.wholeLines * 2 >= lines.size();
+    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
+    // With few columns many lines hold whole rows by chance.
+    constexpr std::size_t kManyColumns = 5;
+    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lines.size() * 9 : !isByLine;
+    if (fills && runsOn) return;
     for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
+    loop.lacksRows = true;
     if (isByLine) {
       if (isOfUse) dropRows(loop, layout.bad);
     } else {

@@ -190,6 +190,12 @@ std::string threeLetterName(char code) {
   return name != names.end() ? name->second : std::string();
 }
 
+bool isOtherMolecule(std::string_view name) {
+  if (isIonOrWater(name) || isNucleotide(name)) return true;
+  const gemmi::ResidueInfo info = tabulated(upper(name));
+  return info.found() && !info.is_amino_acid();
+}
+
 bool isNucleotide(std::string_view name) {
   static const std::unordered_set<std::string> names = {
       "A",  "C",  "G",   "T",   "U",   "I",   "DA",  "DC",  "DG", "DT", "DU", "DI", "RA", "RC",

@@ -60,10 +60,12 @@ class RowPlacer {
     return byNumber != sequence.byNumber.end() ? byNumber->second : 0;
   }
 
-  /// Whether the row's residue name fits the sequence.
+  /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
+  /// but not that of another molecule at the same number.
   bool fits(const FileShift& row, int resid) const {
     const char letter = polypeptideResidue(row.residueName).letter;
-    return letter == kUnknownResidue || letter == sequence.letter(resid);
+    if (letter != kUnknownResidue) return letter == sequence.letter(resid);
+    return !isOtherMolecule(row.residueName) || equalIgnoringCase(row.residueName, sequence.name(resid));
   }
 
   /// What is added to the rows' numbers to find their residue; 0 in most files.
@@ -128,11 +130,9 @@ class ShiftCollector {
       if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
       const int resid = placer.place(*row);
       if (resid == 0)
-        ++outside[row->key.empty() ? row->number : row->key];
+        ++outside[row->number.empty() ? row->key : row->number];
       else if (!placer.fits(*row, resid))
         ++misnamed[{resid, row->residueName}];
-      else if (isOfOtherElement(*row))
-        addOnce(otherElements, sequence.number(resid) + " " + row->atom + " (" + row->element + ")");
       else
         take(*row, resid);
     }
@@ -178,11 +178,15 @@ class ShiftCollector {
     const std::string numbered = sequence.number(resid) + " " + row.atom;
     if (atom.kind == AtomReading::Kind::other) {
       ++otherAtoms;
+    } else if (isOfOtherElement(row, atom)) {
+      addOnce(otherElements, numbered + " (" + row.element + ")");
+    } else if (const auto shift = usableValue(row, numbered); !shift) {
+      // Counted with its reason.
     } else if (atom.kind == AtomReading::Kind::foreign) {
       foreign.push_back(numbered);
     } else if (isOfHydroxylRing(resid, row.atom)) {
       hydroxylRing.push_back(numbered);
-    } else if (const auto shift = usableValue(row, numbered)) {
+    } else {
       if (isAmbiguous(row.ambiguity)) addOnce(ambiguous[row.ambiguity], numbered);
       if (atom.kind == AtomReading::Kind::pseudo) pseudo.push_back(sequence.number(resid));
       for (const char* name : atom.names)
@@ -195,15 +199,16 @@ class ShiftCollector {
   }
 
   /// Whether the row says that its atom is of another element than its name does: the CA of calcium.
-  /// Deuterium is hydrogen here.
-  bool isOfOtherElement(const FileShift& row) const {
-    if (elementsRepeatNames) return false;
+  /// Deuterium is hydrogen here, and so are the pseudo atoms (QA).
+  bool isOfOtherElement(const FileShift& row, const AtomReading& atom) const {
+    if (elementsRepeatNames || row.element.empty()) return false;
     const std::string element = upper(row.element);
-    const std::string atom = upper(row.atom);
     const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
-    const auto own = std::find_if(atom.begin(), atom.end(), isLetter);          // 1HA
-    if (first == element.end() || own == atom.end()) return false;
+    if (first == element.end()) return false;
     const std::string symbol(first, element.end());
+    const std::string name = atom.names[0] != nullptr ? atom.names[0] : upper(row.atom);
+    const auto own = std::find_if(name.begin(), name.end(), isLetter);  // 1HA
+    if (own == name.end()) return false;
     return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
   }
 
@@ -302,8 +307,7 @@ class ShiftCollector {
   }
 
   std::string sequenceName(int resid) const {
-    const std::string& name = sequence.names[static_cast<std::size_t>(resid) - 1];
-    return name.empty() ? "unknown" : name;
+    return sequence.name(resid).empty() ? "unknown" : sequence.name(resid);
   }
 
   void noteCounts(std::vector<std::string>& notes) const {

@@ -11,6 +11,7 @@ TOKEN = re.compile(r"""^;(?P<field>.*?)\n; | \#[^\n]* | '(?P<single>[^'\n]*(?:'(
 LETTERS = dict(zip("ALA ARG ASN ASP CYS GLN GLU GLY HIS ILE LEU LYS MET PHE PRO SER THR TRP TYR VAL".split(),
                    "ARNDCQEGHILKMFPSTWYV"))
 PARENTS = {"MSE": "M", "SEP": "S", "TPO": "T", "HYP": "P", "DAL": "A"}
+NO_RESIDUES = {"CA", "ZN", "HEM"}
 CODES = {letter: name for name, letter in LETTERS.items()}
 
 
@@ -103,8 +104,13 @@ def read_nef(all_frames):
             chain = chains.setdefault(row["chain_code"], Chain([row["chain_code"]]))
             if row.get("linking") in ("single", "dummy", "nonlinear") and row["residue_name"] not in LETTERS:
                 continue
-            if getattr(chain, "forward", False) and row.get("linking") in ("middle", "end", "cyclic"):
+            if row["residue_name"] in NO_RESIDUES:
+                continue
+            place = int(row["index"])
+            if getattr(chain, "forward", False) and row.get("linking") in ("middle", "end", "cyclic") and \
+                    place == chain.place + 1:  # no row between them is lost
                 chain.bonded.add(row["sequence_code"])
+            chain.place = place
             chain.forward = row.get("linking") in ("start", "middle", "cyclic")
             chain.residues.append((row["sequence_code"], row["sequence_code"], row["residue_name"]))
     for frame in all_frames:
@@ -161,6 +167,8 @@ def read_star3(all_frames):
                     continue
             if chain is None and row.get("entity_id"):
                 owners = [c for c in chains.values() if getattr(c, "entity", None) == row["entity_id"]]
+                if copy and len(owners) > 1:
+                    continue
                 chain = owners[0] if owners else None
             if chain is None and described and len(chains) == 1:
                 chain = next(iter(chains.values()))
@@ -285,7 +293,7 @@ def shifts(chain, rows):
         # A residue that the sequence leaves open is what its rows say.
         own = chain.residues[place - 1][2] or name
         letter = chain.letter(own)
-        if chain.letter(name) not in (letter, "?"):
+        if chain.letter(name) not in (letter, "?") or name in NO_RESIDUES:
             continue
         if own.upper() == "HYP" and atom.upper() in ("CB", "CG"):
             continue

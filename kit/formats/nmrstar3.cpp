@@ -349,7 +349,8 @@ class Star3Reader {
     const std::string asym = firstWord(table, row, columns.asym, columns.authAsym);
     const std::size_t author = asym.empty() ? kNoChain : finder.find(asymName(asym));
     if (!assembly.empty()) {
-      const std::size_t known = finder.find(assemblyName(assembly));
+      std::size_t known = finder.find(assemblyName(assembly));
+      if (known >= describedCount && author < describedCount) known = kNoChain;  // only rows name it
       if (known != kNoChain && !asym.empty() && withoutAsym.erase(known) > 0)
         describeCopy(known, asym, "", "");
       if (known != kNoChain)

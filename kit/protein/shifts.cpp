@@ -18,6 +18,10 @@ double toNumber(const std::string& shift) {
   return std::strtod(shift.c_str(), nullptr);
 }
 
+bool isMissing(double ppm) {
+  return std::abs(ppm) >= kMissingFrom;
+}
+
 /// A shift that may go into the table.
 struct Candidate {
   Shift shift;
@@ -63,6 +67,7 @@ class RowPlacer {
   /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
   /// but not that of another molecule at the same number.
   bool fits(const FileShift& row, int resid) const {
+    if (row.residueName == sequence.name(resid)) return true;  // nearly all rows
     const char letter = polypeptideResidue(row.residueName).letter;
     if (letter != kUnknownResidue) return letter == sequence.letter(resid);
     return !isOtherMolecule(row.residueName) || equalIgnoringCase(row.residueName, sequence.name(resid));
@@ -232,7 +237,7 @@ class ShiftCollector {
       return std::nullopt;
     }
     // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
-    if (isMissingMark(*shift) || toNumber(*shift) == 0) {
+    if (const double ppm = toNumber(*shift); ppm == 0 || isMissing(ppm)) {
       ++missingMarks;
       return std::nullopt;
     }
@@ -367,7 +372,7 @@ bool isBefore(const Shift& a, const Shift& b) {
 }
 
 bool isMissingMark(const std::string& shift) {
-  return std::abs(toNumber(shift)) >= kMissingFrom;
+  return isMissing(toNumber(shift));
 }
 
 std::size_t countTableShifts(const ShiftRows& rows) {

@@ -230,15 +230,17 @@ class StarTest(ImportTest):
         self.assertEqual(err.splitlines(), [
             file + "2 shift rows name copy 7, which the file does not describe; taken as of chain C, the only one of "
             "that molecule",
+            file + "1 shift row names copy 0, which the file does not describe; the author's chain and number place it",
             file + "left out: 1 shift without a chain that the file describes",
             file + "one shift for both alpha protons of glycine, written as HA2 and HA3: 1",
             "zorvela-kit: wrote star3_stray_entity_A.tab (4 residues, 4 shifts)",
-            "zorvela-kit: wrote star3_stray_entity_B.tab (4 residues, 1 shift)",
+            "zorvela-kit: wrote star3_stray_entity_B.tab (4 residues, 2 shifts)",
             "zorvela-kit: wrote star3_stray_entity_C.tab (3 residues, 2 shifts)",
-            "zorvela-kit: 3 notes on 3 tables"])
+            "zorvela-kit: 4 notes on 3 tables"])
         origin = "Imported from star3_stray_entity.str (NMR-STAR 3), chain %s, %sshift list shifts"
         for chain, sequence, rows in (("A", "GPHA", ["1 HA2 3.950", "1 HA3 3.950", "2 CA 63.300", "3 CA 57.300"]),
-                                      ("B", "GPHA", ["2 CA 63.400"]), ("C", "SPT", ["2 CA 62.900", "3 CA 61.800"])):
+                                      ("B", "GPHA", ["2 CA 63.400", "4 CA 52.500"]),
+                                      ("C", "SPT", ["2 CA 62.900", "3 CA 61.800"])):
             self.assertEqual((self.folder / ("star3_stray_entity_%s.tab" % chain)).read_text(), table(
                 [origin % (chain, ""), "Residue 1 here is residue 1 there"], sequence, rows))
 

@@ -280,7 +280,7 @@ def shifts(chain, rows):
     by_key, by_number = {}, {}
     for place, (key, number, _) in enumerate(chain.residues, 1):
         by_key.setdefault(key, place)
-        by_number.setdefault(number, place)
+        by_number.setdefault(number or key, place)
     found = {}
     for key, number, name, atom, value, occupancy in rows:
         if offset is not None:

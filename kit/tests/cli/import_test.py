@@ -530,6 +530,12 @@ class CsvTest(ImportTest):
         self.assertIn("REMARK Residue 1 here is residue 12 there\n", out)
         self.check_error('standard input: it is open whether "G-1" has a minus sign or a dash; give names and numbers '
                          "of residues in columns of their own", "-", data=b"Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n")
+        # Chain, number and name, or a mutation: not alanine with an insertion code. One such code is none of these.
+        self.check_error("standard input:2: it is open which letter of \"A81S\" names the residue; give names and "
+                         "numbers of residues in columns of their own", "-",
+                         data=b"Res,CA,CB\nA81S,58,63\nA82P,63,32\nA83G,45,\n")
+        self.assertIn("Residue 2 here is residue 52A there",
+                      self.run_kit("-", data=b"Res,CA,CB\nS52,58,63\nP52A,63,32\nG53,45,\n")[1])
 
     def test_blank_cells_between_columns(self):
         """Cells belong to the name above them; a row that stands below no names is left out."""

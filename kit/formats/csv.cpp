@@ -153,7 +153,7 @@ struct NumberCodes {
   void add(const RowResidue& residue) {
     const std::string& code = residue.label.code;
     isAny = isAny || !code.empty();
-    areAll = areAll && !(code.empty() && residue.label.name.empty());
+    areAll = areAll && code.empty() != residue.label.name.empty();  // P52A has an insertion code
     if (residue.name.empty() || !residue.label.name.empty()) return;
     areNamed = true;
     areNames = areNames && !code.empty() &&

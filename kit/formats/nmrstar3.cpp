@@ -389,15 +389,16 @@ class Star3Reader {
     std::vector<std::size_t> target(file.chains.size());
     std::iota(target.begin(), target.end(), 0);
     for (std::size_t c = describedCount; c < file.chains.size(); ++c) {
-      std::vector<std::size_t> listed;
+      const std::vector<std::size_t>& copies = copiesOf[entityOfCopy[c]];  // those that the file lists first
+      std::size_t listed = 0;
       std::size_t most = 0;
-      for (const std::size_t copy : copiesOf[entityOfCopy[c]]) {
+      for (const std::size_t copy : copies) {
         if (copy >= describedCount) continue;
-        listed.push_back(copy);
+        ++listed;
         most = std::max(most, rows[copy]);
       }
-      if (most == 0 && listed.size() == 1)
-        target[c] = listed.front();
+      if (most == 0 && listed == 1 && copies.size() == 2)
+        target[c] = copies.front();
       else if (rows[c] * 2 < most)
         target[c] = kNowhere;
     }

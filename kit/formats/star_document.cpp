@@ -255,11 +255,12 @@ class Parser {
     file.loops.push_back(loop);
   }
 
-  /// Room for the values in the rest of the text, most of which are short ("1", "."). What is not used of it
-  /// is never touched.
+  /// Room for the values in the rest of the text, most of which are short ("1", "."): enough for usual
+  /// entries.
   void reserveValues() {
     constexpr std::size_t kBytesPerValue = 3;
-    file.values.reserve((file.text.size() - token.begin) / kBytesPerValue);
+    constexpr std::size_t kMost = 1 << 20;
+    file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
   }
 
   /// Leaves out rows with values missing or left over, where the lines show which they are.

@@ -223,7 +223,7 @@ class StarTest(ImportTest):
             [origin % "B", "Residue 1 here is residue 11 there"], "MPH", ["2 CA 63.400", "3 CA 57.500"]))
 
     def test_rows_of_copies_that_only_they_name(self):
-        """One row is no copy of its own; all rows of a molecule with one copy are of that one."""
+        """One row is no copy of its own; all rows of a molecule with one copy are of that one, but not of two."""
         status, out, err = self.run_kit(FILES / "star3_stray_entity.str")
         file = "zorvela-kit: note: %s, chain A: " % (FILES / "star3_stray_entity.str")
         self.assertEqual((status, out), (0, ""))
@@ -236,11 +236,14 @@ class StarTest(ImportTest):
             "zorvela-kit: wrote star3_stray_entity_A.tab (4 residues, 4 shifts)",
             "zorvela-kit: wrote star3_stray_entity_B.tab (4 residues, 2 shifts)",
             "zorvela-kit: wrote star3_stray_entity_C.tab (3 residues, 2 shifts)",
-            "zorvela-kit: 4 notes on 3 tables"])
+            "zorvela-kit: wrote star3_stray_entity_8.tab (3 residues, 1 shift)",
+            "zorvela-kit: wrote star3_stray_entity_9.tab (3 residues, 1 shift)",
+            "zorvela-kit: 4 notes on 5 tables"])
         origin = "Imported from star3_stray_entity.str (NMR-STAR 3), chain %s, %sshift list shifts"
         for chain, sequence, rows in (("A", "GPHA", ["1 HA2 3.950", "1 HA3 3.950", "2 CA 63.300", "3 CA 57.300"]),
                                       ("B", "GPHA", ["2 CA 63.400", "4 CA 52.500"]),
-                                      ("C", "SPT", ["2 CA 62.900", "3 CA 61.800"])):
+                                      ("C", "SPT", ["2 CA 62.900", "3 CA 61.800"]),
+                                      ("8", "TPS", ["2 CA 62.100"]), ("9", "TPS", ["2 CA 62.200"])):
             self.assertEqual((self.folder / ("star3_stray_entity_%s.tab" % chain)).read_text(), table(
                 [origin % (chain, ""), "Residue 1 here is residue 1 there"], sequence, rows))
 
@@ -744,7 +747,7 @@ class TableTest(ImportTest):
     def test_round_trip(self):
         """The import of an imported table is the same table: remarks, numbers, c and ?."""
         files = [f for f in FILES.iterdir() if f.name not in ("star3_rna.str", "shifts.tsv") and ".cif" not in f.name]
-        self.assertEqual(self.round_trip(files), len(files) + 6)  # four files have two chains, one has three
+        self.assertEqual(self.round_trip(files), len(files) + 8)  # four files have two chains, one has five
 
 
 class OutputTest(ImportTest):

@@ -154,6 +154,11 @@ def read_star3(all_frames):
             chain.residues, chain.entity, chain.authors = list(entity["residues"]), entity_id, []
             chains["entity " + entity_id] = chain
     described = bool(chains)
+    unlisted = {}
+    for frame in all_frames:
+        for row in frame.tables("_Atom_chem_shift."):
+            if row.get("entity_assembly_id", "") not in chains:
+                unlisted.setdefault(row.get("entity_id"), set()).add(row.get("entity_assembly_id", ""))
     for frame in all_frames:
         for row in frame.tables("_Atom_chem_shift."):
             copy, author = row.get("entity_assembly_id", ""), row.get("auth_asym_id", "")
@@ -169,6 +174,9 @@ def read_star3(all_frames):
                 owners = [c for c in chains.values() if getattr(c, "entity", None) == row["entity_id"]]
                 if copy and len(owners) > 1:
                     continue
+                if copy and owners and len(unlisted[row["entity_id"]]) > 1:
+                    owners = [chains.setdefault(copy, Chain([copy]))]
+                    owners[0].residues = list(entities[row["entity_id"]]["residues"])
                 chain = owners[0] if owners else None
             if chain is None and described and len(chains) == 1:
                 chain = next(iter(chains.values()))

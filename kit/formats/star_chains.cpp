@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <unordered_set>
-#include <utility>
 
 #include "protein/nomenclature.h"
 #include "util/text.h"
@@ -13,14 +12,23 @@ namespace zorvela {
 
 namespace {
 
-/// Tags of files of the field that hold no shifts. Those of NMR-STAR first: it may have coordinates as well.
-constexpr std::pair<std::string_view, const char*> kForeignTags[] = {
+/// A tag, and what a file without shifts is that has it.
+struct ForeignTag {
+  std::string_view start;
+  const char* what;
+};
+
+constexpr ForeignTag kForeignNmrStar[] = {
     {"_Gen_dist_constraint", "a restraint list (NMR-STAR)"},
     {"_Torsion_angle_constraint", "a restraint list (NMR-STAR)"},
     {"_RDC_constraint", "a restraint list (NMR-STAR)"},
     {"_Distance_constraint", "a restraint list (NMR-STAR)"},
     {"_Spectral_peak_list.", "a peak list (NMR-STAR)"},
     {"_Peak_general_char.", "a peak list (NMR-STAR)"},
+};
+
+// NMR-STAR has these tags as well, but in save frames with a category.
+constexpr ForeignTag kForeignMmcif[] = {
     {"_atom_site.", "atom coordinates (mmCIF)"},
     {"_refln.", "structure factors (mmCIF)"},
     {"_chem_comp_atom.", "the description of a residue or ligand (mmCIF)"},
@@ -33,6 +41,16 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
   const std::string name = text.substr(pos + 1, kLongestName + 1);
   const std::size_t end = name.find(')');
   return end == std::string::npos ? std::string() : name.substr(0, end);
+}
+
+/// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
+std::string categoryOf(const StarFrame& frame) {
+  std::string category = frameValue(frame, "_Saveframe_category");
+  const StarFile& file = frame.file();
+  for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+    if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
+      category = file.textOf(file.pairs[p].value);
+  return category;
 }
 
 /// One-letter names of the residues of a chain by their keys.
@@ -196,11 +214,7 @@ std::vector<std::string> starContents(const StarEntry& entry) {
   std::map<std::string, std::size_t> frames;
   bool hasCoordinates = false;
   for (const StarFrame& frame : framesOf(entry)) {
-    std::string category = frameValue(frame, "_Saveframe_category");
-    const StarFile& file = frame.file();
-    for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
-      if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
-        category = file.textOf(file.pairs[p].value);
+    const std::string category = categoryOf(frame);
     if (!category.empty()) ++frames[printable(category)];
     hasCoordinates = hasCoordinates || !tablesOf(frame, "_atom_site.").empty();
   }
@@ -212,13 +226,19 @@ std::vector<std::string> starContents(const StarEntry& entry) {
 }
 
 std::string foreignStar(const StarEntry& entry) {
-  const auto isIn = [frames = framesOf(entry)](std::string_view tagStart) {
+  const std::vector<StarFrame> frames = framesOf(entry);
+  const auto isIn = [&](std::string_view tagStart) {
     return std::any_of(frames.begin(), frames.end(),
                        [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
   };
   if (isIn("_Atom_chem_shift.")) return {};
-  for (const auto& [tagStart, what] : kForeignTags)
-    if (isIn(tagStart)) return what;
+  for (const ForeignTag& tag : kForeignNmrStar)
+    if (isIn(tag.start)) return tag.what;
+  const bool hasCategories = std::any_of(frames.begin(), frames.end(),
+                                         [](const StarFrame& frame) { return !categoryOf(frame).empty(); });
+  if (!hasCategories)
+    for (const ForeignTag& tag : kForeignMmcif)
+      if (isIn(tag.start)) return tag.what;
   return {};
 }
 

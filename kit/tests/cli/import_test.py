@@ -880,6 +880,9 @@ class BadFileTest(ImportTest):
                            (b"loop_\n_chem_comp_atom.atom_id\nCA\n",
                             "the description of a residue or ligand (mmCIF)")):
             self.check_error("standard input: is no shift file but " + what + remedy, "-", data=b"data_1abc\n" + data)
+        self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: entity",
+                         "-", data=b"data_1\nsave_e\n_Entity.Sf_category entity\n_Entity.ID 1\nloop_\n"
+                         b"_Chem_comp_atom.Atom_ID\nCA\nstop_\nsave_\n")
         self.check_error("standard input: holds no backbone shifts of a protein; this STAR file holds: no shifts at "
                          "all", "-", data=b"data_1abc\n_cell.length_a 1\n")
 

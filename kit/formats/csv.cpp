@@ -153,7 +153,7 @@ struct NumberCodes {
   void add(const RowResidue& residue) {
     const std::string& code = residue.label.code;
     isAny = isAny || !code.empty();
-    areAll = areAll && !(code.empty() && residue.label.name.empty());
+    areAll = areAll && code.empty() != residue.label.name.empty();  // P52A has an insertion code
     if (residue.name.empty() || !residue.label.name.empty()) return;
     areNamed = true;
     areNames = areNames && !code.empty() &&
@@ -191,6 +191,7 @@ struct Survey {
   DashMeaning dashes;
   std::string dashed;  ///< the first label with a dash
   NumberCodes codes;
+  Refusals letters;  ///< rows with a letter on either side of the residue number
   RowCounter counter;
   std::size_t splitDecimals = 0;  ///< rows with whole numbers for shift and in the next column
 };
@@ -322,6 +323,8 @@ class CsvReader {
     if (residue.label.hasDash && survey.dashed.empty())
       survey.dashed = residue.label.name + "-" + residue.label.number;
     survey.codes.add(residue);
+    survey.letters.add(!residue.label.name.empty() && !residue.label.code.empty(), row.line,
+                       residue.label.name + residue.label.number + residue.label.code);
     for (std::size_t i = 0; i < row.cells.size(); ++i) lookAtCell(row.cells[i], survey.columns[i]);
     for (const auto& [column, atom] : columns.atoms) lookAtShift(row, column, atom);
     if (columns.areLong()) lookAtLongRow(row, residue);
@@ -400,6 +403,10 @@ class CsvReader {
     if (survey.dashes.meaning() == Dash::unclear)
       throw FileError(fileName, 0,
                       "it is open whether " + quoted(survey.dashed) + " has a minus sign or a dash",
+                      "give names and numbers of residues in columns of their own");
+    if (survey.letters.areMost())
+      throw FileError(fileName, survey.letters.line,
+                      "it is open which letter of " + quoted(survey.letters.first) + " names the residue",
                       "give names and numbers of residues in columns of their own");
     if (survey.counter.countsRows())
       throw FileError(fileName, 0, "the only column of numbers beside the shifts counts the rows",

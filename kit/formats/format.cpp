@@ -38,10 +38,19 @@ constexpr Signature kForeignFiles[] = {
     {">", "a FASTA sequence"},
 };
 
+/// UTF-16 without a byte order mark: every other byte of ASCII is zero.
+bool isWide(std::string_view bytes) {
+  if (bytes.size() < 4) return false;
+  const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
+  return isZero(0) != isZero(1) && isZero(0) == isZero(2) && isZero(1) == isZero(3);
+}
+
 void checkForeign(std::string_view bytes, const std::string& file) {
   for (const Signature& signature : kForeignFiles)
     if (bytes.substr(0, signature.start.size()) == signature.start)
       throw FileError(file, 0, std::string("is no shift file but ") + signature.what, kFormatRemedy);
+  if (isWide(bytes))
+    throw FileError(file, 0, "is no shift file but text in UTF-16; save it as UTF-8", kFormatRemedy);
   if (bytes.find('\0') != std::string_view::npos) throw FileError(file, 0, "is no text file", kFormatRemedy);
 }
 

@@ -45,6 +45,7 @@ bool isBreak(const std::string& before, const std::string& after) {
 
 /// A ligand, an ion or a marker of coordinate axes, listed among the residues.
 bool isNoResidue(const std::string& linking, const std::string& name) {
+  if (isIonOrWater(name)) return true;
   for (const char* word : {"single", "nonlinear", "dummy"})
     if (equalIgnoringCase(linking, word))
       return residueType(name).letter == kUnknownResidue && !isNucleotide(name);
@@ -96,7 +97,7 @@ class SequenceReader {
       finder.countResidues(1);
       if (const auto isCis = readFlag(table.word(row, cis)))
         file.chains[chain].cisFlags.push_back({residue.key, *isCis});
-      join(words[chain], own, residue);
+      join(words[chain], own, !table.lacksRows(), residue);
       file.chains[chain].residues.push_back(std::move(residue));
     }
   }
@@ -127,9 +128,10 @@ class SequenceReader {
     return known != kNoChain ? known : addChain(code, finder);
   }
 
-  /// Whether the residue is bonded to the one before in its chain.
-  static void join(ChainWords& said, const std::string& linking, FileResidue& residue) {
-    residue.bondedToPrevious = bondsForward(said.linkingBefore) && bondsBackward(linking);
+  /// Whether the residue is bonded to the one before in its chain. Where a row could not be read, its residue
+  /// may stand between the two.
+  static void join(ChainWords& said, const std::string& linking, bool isComplete, FileResidue& residue) {
+    residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
     if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
       said.bonds.push_back(said.keyBefore + " to " + residue.key);
     if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
@@ -158,6 +160,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
   const std::size_t value = table.column("_nef_chemical_shift.value");
   const std::size_t element = table.column("_nef_chemical_shift.element");
   std::size_t unassigned = 0;
+  std::string example;
   const std::size_t rows = table.rows();
   reserveRows(list, rows, file, finder.file());
   for (std::size_t row = 0; row < rows; ++row) {
@@ -165,7 +168,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
     const std::string code = nameOf(table.text(row, chain), file.notes);
     shift.key = shift.number = table.word(row, number);
     if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
-      ++unassigned;
+      if (unassigned++ == 0) example = isUnassigned(code) ? code + " " + shift.key : shift.key;
       continue;
     }
     shift.chain = chainOf(code, file, finder);
@@ -177,7 +180,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
   }
   if (unassigned > 0)
     file.notes.push_back(counted(unassigned, "shift", "shifts") +
-                         " not assigned to a residue (@2, 12-1) left out");
+                         " not assigned to a residue left out, such as those of " + printable(example, 40));
 }
 
 void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {

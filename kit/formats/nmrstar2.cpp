@@ -16,6 +16,12 @@ std::string frameName(const std::string& name) {
   return "$" + name;
 }
 
+/// The author's number of a residue; "@" stands for none.
+std::string authorNumber(const StarTable& table, std::size_t row, std::size_t column) {
+  std::string number = table.word(row, column);
+  return number == "@" ? std::string() : number;
+}
+
 using Molecules = std::map<std::string, FileChain>;  ///< by save frame
 
 void addResidues(const StarTable& table, FileChain& molecule, const ChainFinder& finder) {
@@ -25,7 +31,7 @@ void addResidues(const StarTable& table, FileChain& molecule, const ChainFinder&
   for (std::size_t row = 0; row < table.rows(); ++row) {
     FileResidue residue;
     residue.key = table.word(row, key);
-    residue.number = table.word(row, number);
+    residue.number = authorNumber(table, row, number);
     residue.name = table.word(row, name);
     if (residue.key.empty()) continue;
     finder.checkResidues(molecule.residues.size() + 1);
@@ -114,7 +120,7 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
     shift.chain = chain.empty() ? kNoChain : chainOf(chain, finder);
     if (finder.count() == 0) shift.chain = addUndescribed(chain, finder);
     shift.key = table.word(row, key);
-    shift.number = table.word(row, number);
+    shift.number = authorNumber(table, row, number);
     shift.residueName = table.word(row, name);
     shift.atom = table.word(row, atom);
     shift.element = table.word(row, element);

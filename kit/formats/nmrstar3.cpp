@@ -1,6 +1,8 @@
 // Reads NMR-STAR 3: entities and their copies in the assembly, bonds, assigned shift lists. Of a file
 // without shifts: its contents.
+#include <algorithm>
 #include <map>
+#include <numeric>
 #include <unordered_set>
 #include <utility>
 
@@ -50,29 +52,39 @@ class Star3Reader {
         bonds(file.chains, name) {}
 
   ShiftFile read() {
+    checkForeign();
     for (const StarFrame& frame : frames) readEntities(frame);
     for (const StarFrame& frame : frames) readSequences(frame);
     for (const StarFrame& frame : frames) readAssembly(frame);
     const bool hasAssembly = !file.chains.empty();
     if (file.chains.empty())
-      for (const Entity& entity : entities)
-        addCopy(entity, entity.strands.empty() ? entity.id : entity.strands);
+      for (const Entity& entity : entities) {
+        const std::size_t chain = addCopy(entity, entity.strands.empty() ? entity.id : entity.strands);
+        if (entity.strands.empty()) withoutAsym.insert(chain);
+      }
     const std::size_t entitiesAlone = hasAssembly ? 0 : file.chains.size();
     for (const StarFrame& frame : frames) readAssemblySequences(frame);
     describedCount = file.chains.size();
     hasCopies = entitiesAlone < describedCount;
     for (const StarFrame& frame : frames) readLists(frame);
+    settleUndescribed();
     for (const StarFrame& frame : frames) readBonds(frame);
     placeByNames(file.lists, file.chains, file.notes);
     noteStrayCopies();
     numberByRows(file.chains, file.lists, file.notes);
     makeNamesDiffer(file.chains);
-    if (file.chains.empty() && file.lists.empty()) file.format = "STAR or CIF";
+    if (file.chains.empty() && file.lists.empty()) file.format = "STAR";
     file.contents = starContents(source);
     return std::move(file);
   }
 
  private:
+  void checkForeign() const {
+    const std::string kind = foreignStar(source);
+    if (!kind.empty())
+      throw FileError(path, 0, "is no shift file but " + kind, "give the file with the chemical shifts");
+  }
+
   // --- Molecules ------------------------------------------------------------------------------
 
   void readEntities(const StarFrame& frame) {
@@ -337,7 +349,8 @@ class Star3Reader {
     const std::string asym = firstWord(table, row, columns.asym, columns.authAsym);
     const std::size_t author = asym.empty() ? kNoChain : finder.find(asymName(asym));
     if (!assembly.empty()) {
-      const std::size_t known = finder.find(assemblyName(assembly));
+      std::size_t known = finder.find(assemblyName(assembly));
+      if (known >= describedCount && author < describedCount) known = kNoChain;  // only rows name it
       if (known != kNoChain && !asym.empty() && withoutAsym.erase(known) > 0)
         describeCopy(known, asym, "", "");
       if (known != kNoChain)
@@ -366,6 +379,46 @@ class Star3Reader {
     shift.key.clear();
     shift.chain = shift.number.empty() ? kNowhere : chain;
     if (!shift.number.empty()) ++strayCopies[assembly];
+  }
+
+  /// Copies that only rows name, of molecules whose copies the file lists. Where no row names a listed copy,
+  /// theirs is the only one; a full set of shifts is a copy of its own; a few rows are of no known place.
+  void settleUndescribed() {
+    if (!hasCopies) return;
+    const std::vector<std::size_t> rows = rowsByChain();
+    std::vector<std::size_t> target(file.chains.size());
+    std::iota(target.begin(), target.end(), 0);
+    for (std::size_t c = describedCount; c < file.chains.size(); ++c) {
+      const std::vector<std::size_t>& copies = copiesOf[entityOfCopy[c]];  // those that the file lists first
+      std::size_t listed = 0;
+      std::size_t most = 0;
+      for (const std::size_t copy : copies) {
+        if (copy >= describedCount) continue;
+        ++listed;
+        most = std::max(most, rows[copy]);
+      }
+      if (most == 0 && listed == 1 && copies.size() == 2)
+        target[c] = copies.front();
+      else if (rows[c] * 2 < most)
+        target[c] = kNowhere;
+    }
+    for (FileShiftList& list : file.lists)
+      for (FileShift& row : list.shifts)
+        if (row.chain < target.size()) row.chain = target[row.chain];
+    for (std::size_t c = describedCount; c < target.size(); ++c)
+      if (target[c] < describedCount)
+        file.notes.push_back(counted(rows[c], "shift row names", "shift rows name") + " copy " +
+                             file.chains[c].aliases.front() +
+                             ", which the file does not describe; taken as of chain " +
+                             file.chains[target[c]].name + ", the only one of that molecule");
+  }
+
+  std::vector<std::size_t> rowsByChain() const {
+    std::vector<std::size_t> rows(file.chains.size(), 0);
+    for (const FileShiftList& list : file.lists)
+      for (const FileShift& row : list.shifts)
+        if (row.chain < rows.size()) ++rows[row.chain];
+    return rows;
   }
 
   void noteStrayCopies() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_set>
+
 #include "protein/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -11,6 +12,28 @@ namespace zorvela {
 
 namespace {
 
+/// A tag, and what a file without shifts is that has it.
+struct ForeignTag {
+  std::string_view start;
+  const char* what;
+};
+
+constexpr ForeignTag kForeignNmrStar[] = {
+    {"_Gen_dist_constraint", "a restraint list (NMR-STAR)"},
+    {"_Torsion_angle_constraint", "a restraint list (NMR-STAR)"},
+    {"_RDC_constraint", "a restraint list (NMR-STAR)"},
+    {"_Distance_constraint", "a restraint list (NMR-STAR)"},
+    {"_Spectral_peak_list.", "a peak list (NMR-STAR)"},
+    {"_Peak_general_char.", "a peak list (NMR-STAR)"},
+};
+
+// NMR-STAR has these tags as well, but in save frames with a category.
+constexpr ForeignTag kForeignMmcif[] = {
+    {"_atom_site.", "atom coordinates (mmCIF)"},
+    {"_refln.", "structure factors (mmCIF)"},
+    {"_chem_comp_atom.", "the description of a residue or ligand (mmCIF)"},
+};
+
 /// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
 std::string bracketedName(const std::string& text, std::size_t pos) {
   constexpr std::size_t kLongestName = 6;
@@ -18,6 +41,16 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
   const std::string name = text.substr(pos + 1, kLongestName + 1);
   const std::size_t end = name.find(')');
   return end == std::string::npos ? std::string() : name.substr(0, end);
+}
+
+/// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
+std::string categoryOf(const StarFrame& frame) {
+  std::string category = frameValue(frame, "_Saveframe_category");
+  const StarFile& file = frame.file();
+  for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+    if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
+      category = file.textOf(file.pairs[p].value);
+  return category;
 }
 
 /// One-letter names of the residues of a chain by their keys.
@@ -181,11 +214,7 @@ std::vector<std::string> starContents(const StarEntry& entry) {
   std::map<std::string, std::size_t> frames;
   bool hasCoordinates = false;
   for (const StarFrame& frame : framesOf(entry)) {
-    std::string category = frameValue(frame, "_Saveframe_category");
-    const StarFile& file = frame.file();
-    for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
-      if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
-        category = file.textOf(file.pairs[p].value);
+    const std::string category = categoryOf(frame);
     if (!category.empty()) ++frames[printable(category)];
     hasCoordinates = hasCoordinates || !tablesOf(frame, "_atom_site.").empty();
   }
@@ -194,6 +223,23 @@ std::vector<std::string> starContents(const StarEntry& entry) {
   for (const auto& [category, count] : frames)
     contents.push_back(count == 1 ? category : std::to_string(count) + " " + category);
   return contents;
+}
+
+std::string foreignStar(const StarEntry& entry) {
+  const std::vector<StarFrame> frames = framesOf(entry);
+  const auto isIn = [&](std::string_view tagStart) {
+    return std::any_of(frames.begin(), frames.end(),
+                       [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
+  };
+  if (isIn("_Atom_chem_shift.")) return {};
+  for (const ForeignTag& tag : kForeignNmrStar)
+    if (isIn(tag.start)) return tag.what;
+  const bool hasCategories = std::any_of(frames.begin(), frames.end(),
+                                         [](const StarFrame& frame) { return !categoryOf(frame).empty(); });
+  if (!hasCategories)
+    for (const ForeignTag& tag : kForeignMmcif)
+      if (isIn(tag.start)) return tag.what;
+  return {};
 }
 
 std::string nameOf(std::string text, std::vector<std::string>& notes) {

@@ -70,6 +70,10 @@ std::string listName(const StarFrame& frame, std::vector<std::string>& notes);
 /// What a document holds, for messages: save frames by category, with their number.
 std::vector<std::string> starContents(const StarEntry& entry);
 
+/// What a document without shift lists is instead, for messages: coordinates, a restraint list ...; empty for
+/// one with a shift list, and where it is not known.
+std::string foreignStar(const StarEntry& entry);
+
 /// Makes the names of chains differ: a name that several have gets the place of the chain after it.
 void makeNamesDiffer(std::vector<FileChain>& chains);
 

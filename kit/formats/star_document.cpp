@@ -133,21 +133,18 @@ class Parser {
 
   void advance() {
     token = tokens.next();
-    const auto from = file.text.begin() + static_cast<std::ptrdiff_t>(counted);
-    line += static_cast<std::size_t>(
-        std::count(from, file.text.begin() + static_cast<std::ptrdiff_t>(token.begin), '\n'));
-    counted = token.begin;
     if (token.kind != Kind::end && ++wordCount > kMostWords)
       throw FileError(file.name, 0, "has more than " + std::to_string(kMostWords) + " words",
                       "give the part with the sequence and the shifts only");
-    if (token.isOpen && file.text[token.begin] == ';') fail(line, "a text field begins here and has no end");
+    if (token.isOpen && file.text[token.begin] == ';')
+      fail(token.line, "a text field begins here and has no end");
   }
 
   StarSpan spanOf(std::string_view part) const {
     return {small(static_cast<std::size_t>(part.data() - file.text.data())), small(part.size())};
   }
 
-  std::string lineText() const { return "line " + std::to_string(line); }
+  std::string lineText() const { return "line " + std::to_string(token.line); }
 
   // --- Frames ---------------------------------------------------------------------------------
 
@@ -163,7 +160,7 @@ class Parser {
       file.blocks.push_back(blockName);
     }
     frameName = isFrameOpen ? spanOf(name) : blockName;
-    frameLine = line;
+    frameLine = token.line;
     advance();
   }
 
@@ -190,24 +187,23 @@ class Parser {
 
   void readPair() {
     const std::string_view tag = token.value;
-    const std::size_t tagLine = line;
+    const std::size_t tagLine = token.line;
     advance();
     if (token.kind != Kind::value) {
       if (isNeeded(tag)) fail(tagLine, printable(tag, kLongestWord) + " has no value");
       notes.add("line " + std::to_string(tagLine) + ": " + printable(tag, kLongestWord) + " has no value");
       return;
     }
-    checkQuote(isNeeded(tag));
+    if (token.isOpen) noteOpenQuote(isNeeded(tag));
     file.pairs.push_back({spanOf(tag), spanOf(token.value)});
     lastTag = tag;
     advance();
   }
 
-  void checkQuote(bool isOfUse) {
-    if (!token.isOpen) return;
+  void noteOpenQuote(bool isOfUse) {
     const std::string what =
         "a quote begins in column " + std::to_string(columnOfToken()) + " and is not closed on its line";
-    if (isOfUse) fail(line, what);
+    if (isOfUse) fail(token.line, what);
     notes.add(lineText() + ": " + what);
   }
 
@@ -218,7 +214,7 @@ class Parser {
 
   /// Values that no tag asks for. After a tag that is read they leave open which value is its own.
   void readStray() {
-    const std::size_t firstLine = line;
+    const std::size_t firstLine = token.line;
     std::size_t count = 0;
     for (; token.kind == Kind::value; advance()) ++count;
     const std::string what = zorvela::counted(count, "value", "values") + " without a tag";
@@ -229,7 +225,7 @@ class Parser {
   // --- Loops ----------------------------------------------------------------------------------
 
   void readLoop() {
-    const std::size_t loopLine = line;
+    const std::size_t loopLine = token.line;
     StarLoop loop;
     loop.firstTag = small(file.tags.size());
     loop.firstValue = small(file.values.size());
@@ -240,10 +236,12 @@ class Parser {
       file.tags.push_back(spanOf(token.value));
     }
     loop.tagCount = small(file.tags.size() - loop.firstTag);
+    if (isOfUse && file.values.capacity() == 0) reserveValues();
     std::size_t count = 0;
     for (; token.kind == Kind::value; advance(), ++count) {
-      checkQuote(isOfUse);
-      if (lines.empty() || lines.back().number != line) lines.push_back({small(count), small(line)});
+      if (token.isOpen) noteOpenQuote(isOfUse);
+      if (lines.empty() || lines.back().number != token.line)
+        lines.push_back({small(count), small(token.line)});
       if (isOfUse) file.values.push_back(spanOf(token.value));
     }
     if (token.kind == Kind::stop) advance();
@@ -257,16 +255,28 @@ class Parser {
     file.loops.push_back(loop);
   }
 
+  /// Room for the values in the rest of the text, most of which are short ("1", "."): enough for usual
+  /// entries.
+  void reserveValues() {
+    constexpr std::size_t kBytesPerValue = 3;
+    constexpr std::size_t kMost = 1 << 20;
+    file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
+  }
+
   /// Leaves out rows with values missing or left over, where the lines show which they are.
   void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
     const LoopLayout layout = layoutOf(lines, count, columns);
     if (layout.bad.empty()) return;
     const bool fills = count % columns == 0;
-    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
-    if (fills && layout.wholeLines * 10 < lines.size() * 9) return;
     const bool isByLine = layout.wholeLines * 2 >= lines.size();
+    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
+    // With few columns many lines hold whole rows by chance.
+    constexpr std::size_t kManyColumns = 5;
+    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lines.size() * 9 : !isByLine;
+    if (fills && runsOn) return;
     for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
+    loop.lacksRows = true;
     if (isByLine) {
       if (isOfUse) dropRows(loop, layout.bad);
     } else {
@@ -299,8 +309,6 @@ class Parser {
   StarFile& file;
   StarTokens tokens;
   StarToken token;
-  std::size_t line = 1;
-  std::size_t counted = 0;  ///< up to here lines are counted
   std::size_t wordCount = 0;
   StarSpan blockName;
   StarSpan frameName;

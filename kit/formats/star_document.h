@@ -35,6 +35,7 @@ struct StarLoop {
   std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader asks for
   std::uint32_t badLine = 0;  ///< where values are missing or left over and no line shows which; 0: nowhere
   bool isEmpty = true;        ///< there were no values at all
+  bool lacksRows = false;     ///< rows with values missing or left over were left out
 };
 
 /// A save frame, or a stretch of a data block outside them.
@@ -114,6 +115,8 @@ class StarTable {
 
   /// FileError for a loop in which values are missing and none can be placed with certainty.
   std::size_t rows() const;
+  /// Whether rows were left out because values are missing or left over in them.
+  bool lacksRows() const { return loop != nullptr && loop->lacksRows; }
   /// The column, `kAbsent` if there is none of that tag.
   std::size_t column(std::string_view tag) const;
   /// The first column among the tags that is there.

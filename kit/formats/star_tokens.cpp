@@ -14,13 +14,25 @@ bool startsWith(std::string_view text, std::string_view start) {
 }
 
 StarToken::Kind kindOf(std::string_view word) {
-  if (word.front() == '_') return StarToken::Kind::tag;
-  if (word.find('_') == std::string_view::npos) return StarToken::Kind::value;
-  if (equalIgnoringCase(word, "loop_")) return StarToken::Kind::loop;
-  if (equalIgnoringCase(word, "stop_")) return StarToken::Kind::stop;
-  for (const char* heading : {"save_", "data_", "global_"})
-    if (startsWith(word, heading)) return StarToken::Kind::frame;
-  return StarToken::Kind::value;
+  switch (word.front()) {
+    case '_':
+      return StarToken::Kind::tag;
+    case 'l':
+    case 'L':
+      return equalIgnoringCase(word, "loop_") ? StarToken::Kind::loop : StarToken::Kind::value;
+    case 's':
+    case 'S':
+      if (equalIgnoringCase(word, "stop_")) return StarToken::Kind::stop;
+      return startsWith(word, "save_") ? StarToken::Kind::frame : StarToken::Kind::value;
+    case 'd':
+    case 'D':
+      return startsWith(word, "data_") ? StarToken::Kind::frame : StarToken::Kind::value;
+    case 'g':
+    case 'G':
+      return startsWith(word, "global_") ? StarToken::Kind::frame : StarToken::Kind::value;
+    default:
+      return StarToken::Kind::value;
+  }
 }
 
 }  // namespace
@@ -32,46 +44,55 @@ StarTokens::StarTokens(std::string_view text)
 
 StarToken StarTokens::next() {
   skipBlanks();
-  if (pos >= source.size()) {
-    StarToken token;
-    token.begin = token.end = source.size();
-    return token;
-  }
-  const char c = source[pos];
-  const bool isLineStart = pos == 0 || source[pos - 1] == newline;
-  if (c == ';' && isLineStart) return textField();
-  if (c == '\'' || c == '"') return quoted(c);
-  return word();
+  StarToken token;
+  token.begin = pos;
+  token.line = line;
+  if (pos >= source.size())
+    token.end = pos;
+  else if (source[pos] == ';' && (pos == 0 || source[pos - 1] == newline))
+    readTextField(token);
+  else if (source[pos] == '\'' || source[pos] == '"')
+    readQuoted(token);
+  else
+    readWord(token);
+  pos = token.end;
+  return token;
 }
 
 void StarTokens::skipBlanks() {
-  while (pos < source.size() && (isStarSpace(source[pos]) || source[pos] == '#'))
-    pos = source[pos] == '#' ? lineEnd(pos) : pos + 1;
+  while (pos < source.size()) {
+    const char c = source[pos];
+    if (c == '#') {
+      pos = lineEnd(pos);
+    } else if (isStarSpace(c)) {
+      if (c == newline) ++line;
+      ++pos;
+    } else {
+      return;
+    }
+  }
 }
 
 std::size_t StarTokens::lineEnd(std::size_t from) const {
   return std::min(source.find(newline, from), source.size());
 }
 
-StarToken StarTokens::textField() {
+void StarTokens::readTextField(StarToken& token) {
   const char mark[] = {newline, ';'};
   const std::size_t close = source.find(std::string_view(mark, 2), pos);
-  StarToken token;
   token.kind = StarToken::Kind::value;
-  token.begin = pos;
   token.end = close == std::string_view::npos ? source.size() : close + 2;
   token.isOpen = close == std::string_view::npos;
   const std::size_t last = token.isOpen ? source.size() : close;
   token.value = source.substr(pos + 1, last - pos - 1);
-  pos = token.end;
-  return token;
+  const std::string_view whole = source.substr(pos, token.end - pos);
+  line += static_cast<std::size_t>(std::count(whole.begin(), whole.end(), newline));
 }
 
 // A quote ends a string only in front of white space; a line end leaves it open.
-StarToken StarTokens::quoted(char quote) {
-  StarToken token;
+void StarTokens::readQuoted(StarToken& token) {
+  const char quote = source[pos];
   token.kind = StarToken::Kind::value;
-  token.begin = pos;
   const std::size_t most = lineEnd(pos);
   std::size_t close = pos + 1;
   while (close < most &&
@@ -81,19 +102,15 @@ StarToken StarTokens::quoted(char quote) {
   token.value = source.substr(pos + 1, close - pos - 1);
   token.isOpen = close == most;
   token.end = token.isOpen ? most : close + 1;
-  pos = token.end;
-  return token;
 }
 
-StarToken StarTokens::word() {
-  StarToken token;
-  token.begin = pos;
-  while (pos < source.size() && !isStarSpace(source[pos])) ++pos;
-  token.end = pos;
-  token.value = source.substr(token.begin, token.end - token.begin);
+void StarTokens::readWord(StarToken& token) const {
+  std::size_t end = pos;
+  while (end < source.size() && !isStarSpace(source[end])) ++end;
+  token.end = end;
+  token.value = source.substr(pos, end - pos);
   token.kind = kindOf(token.value);
   token.isPlain = token.kind == StarToken::Kind::value;
-  return token;
 }
 
 std::size_t StarTokens::lineOf(std::size_t offset) const {

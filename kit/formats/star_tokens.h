@@ -9,6 +9,7 @@ namespace zorvela {
 
 /// What separates words; other control characters are part of them.
 inline bool isStarSpace(char c) {
+  if (static_cast<unsigned char>(c) > ' ') return false;  // nearly all
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
@@ -25,6 +26,7 @@ struct StarToken {
   Kind kind = Kind::end;
   std::size_t begin = 0;  ///< in the text, with quotes
   std::size_t end = 0;    ///< one past the last byte
+  std::size_t line = 1;   ///< on which it begins, from 1
   std::string_view value;
   bool isPlain = false;  ///< a value without quotes
   bool isOpen = false;   ///< a quoted string or text field without an end
@@ -41,15 +43,16 @@ class StarTokens {
   std::size_t lineOf(std::size_t offset) const;
 
  private:
-  StarToken textField();
-  StarToken quoted(char quote);
-  StarToken word();
+  void readTextField(StarToken& token);
+  void readQuoted(StarToken& token);
+  void readWord(StarToken& token) const;
   void skipBlanks();
   std::size_t lineEnd(std::size_t from) const;
 
   std::string_view source;
   char newline;  ///< CR in the files of old Macintosh programs
   std::size_t pos = 0;
+  std::size_t line = 1;
 };
 
 }  // namespace zorvela

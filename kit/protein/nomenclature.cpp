@@ -1,6 +1,7 @@
 #include "protein/nomenclature.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <unordered_map>
 #include <unordered_set>
@@ -103,8 +104,8 @@ AtomReading reading(Kind kind, const char* first = nullptr, const char* second =
 
 /// Names that hold both alpha protons of glycine in one shift.
 bool isBothAlphaProtons(std::string_view name) {
-  static const std::unordered_set<std::string_view> names = {"HA", "HA%", "HA*", "HA#", "QA"};
-  return names.count(name) > 0;
+  constexpr std::string_view kNames[] = {"HA", "HA%", "HA*", "HA#", "QA"};
+  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
 
 /// One of the two alpha protons, which of them is not known or written in an older way.
@@ -123,9 +124,10 @@ AtomReading readGlycineProton(std::string_view name) {
 AtomReading readAlphaProton(char letter, std::string_view name) {
   if (letter == 'G') return readGlycineProton(name);
   if (isBothAlphaProtons(name)) return reading(Kind::table, "HA");
-  static const std::unordered_set<std::string_view> ofGlycine = {"HA1", "HA2", "HA3", "1HA",
-                                                                 "2HA", "HAX", "HAY"};
-  return reading(ofGlycine.count(name) > 0 ? Kind::foreign : Kind::other);
+  constexpr std::string_view kOfGlycine[] = {"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"};
+  const bool isOfGlycine =
+      std::find(std::begin(kOfGlycine), std::end(kOfGlycine), name) != std::end(kOfGlycine);
+  return reading(isOfGlycine ? Kind::foreign : Kind::other);
 }
 
 }  // namespace
@@ -188,6 +190,12 @@ std::string threeLetterName(char code) {
                                                               {kDisulfideCysteine, "CYSS"}};
   const auto name = names.find(code);
   return name != names.end() ? name->second : std::string();
+}
+
+bool isOtherMolecule(std::string_view name) {
+  if (isIonOrWater(name) || isNucleotide(name)) return true;
+  const gemmi::ResidueInfo info = tabulated(upper(name));
+  return info.found() && !info.is_amino_acid();
 }
 
 bool isNucleotide(std::string_view name) {

@@ -46,6 +46,10 @@ std::string threeLetterName(char code);
 /// Whether the name is that of a metal ion or of water (CA, ZN, HOH): no residue of a polymer.
 bool isIonOrWater(std::string_view name);
 
+/// Whether the name is that of a molecule which is no amino acid: an ion, water, a nucleotide, a common
+/// ligand.
+bool isOtherMolecule(std::string_view name);
+
 /// Whether the name is that of a nucleotide (A, DA, ADE, PSU).
 bool isNucleotide(std::string_view name);
 

@@ -17,7 +17,7 @@ GDB toTable(const Protein& protein) {
   for (const Shift& shift : protein.shifts) {
     GDB::Row& cells = table.entries[++row];
     cells["RESID"] = std::to_string(shift.resid);
-    cells["RESNAME"] = protein.sequence[static_cast<std::size_t>(shift.resid) - 1];
+    cells["RESNAME"] = protein.sequence.at(static_cast<std::size_t>(shift.resid) - 1);
     cells["ATOMNAME"] = shift.atom;
     cells["SHIFT"] = shift.shift;
   }

@@ -1,6 +1,7 @@
 #include "protein/sequence.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <unordered_set>
 
@@ -33,7 +34,8 @@ bool standsBefore(const DerivedResidue& a, const DerivedResidue& b) {
 }
 
 void noteOtherName(const FileResidue& residue, const FileShift& row, LimitedNotes& notes) {
-  notes.add("residue " + residue.key + " is called both " + residue.name + " and " + row.residueName + ": " +
+  const std::string& number = residue.number.empty() ? residue.key : residue.number;
+  notes.add("residue " + number + " is called both " + residue.name + " and " + row.residueName + ": " +
             residue.name + " is used");
 }
 
@@ -87,11 +89,11 @@ std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::
   return residues;
 }
 
-/// "61 to 64", "61".
-std::string rangeText(const std::vector<FileResidue>& missing) {
-  if (missing.size() == 1) return missing.front().key;
-  return missing.front().key + " to " + missing.back().key;
-}
+/// Residues that are missing in the sequence: the first, counted from 1, and how many.
+struct Gap {
+  int first = 0;
+  int count = 0;
+};
 
 /// Missing residues between two neighbours of the sequence, none if the numbers follow.
 std::vector<FileResidue> missingBetween(const FileResidue& before, const FileResidue& after, int& filled) {
@@ -112,21 +114,42 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
   return missing;
 }
 
-std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues,
-                                        std::vector<std::string>& notes) {
+/// Ions and water among the residues are none of the chain.
+std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues, std::vector<Gap>& gaps) {
   std::vector<FileResidue> whole;
-  std::vector<std::string> ranges;
+  whole.reserve(residues.size());
   int filled = 0;
-  for (std::size_t i = 0; i < residues.size(); ++i) {
-    if (i > 0) {
-      const auto missing = missingBetween(residues[i - 1], residues[i], filled);
-      if (!missing.empty()) ranges.push_back(rangeText(missing));
-      whole.insert(whole.end(), missing.begin(), missing.end());
+  for (const FileResidue& residue : residues) {
+    if (isIonOrWater(residue.name)) continue;
+    if (!whole.empty()) {
+      auto missing = missingBetween(whole.back(), residue, filled);
+      if (!missing.empty())
+        gaps.push_back({static_cast<int>(whole.size()) + 1, static_cast<int>(missing.size())});
+      std::move(missing.begin(), missing.end(), std::back_inserter(whole));
     }
-    whole.push_back(residues[i]);
+    whole.push_back(residue);
+  }
+  return whole;
+}
+
+/// Names the gaps by the numbers that people use, and the residues in them that only shift rows name.
+void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::vector<std::string>& notes) {
+  std::vector<std::string> ranges;
+  std::vector<std::string> named;
+  for (const Gap& gap : gaps) {
+    const int end = gap.first + gap.count;
+    int first = gap.first;  // of the stretch without names that ends here
+    for (int i = gap.first; i <= end; ++i) {
+      if (i < end && sequence.name(i).empty()) continue;
+      if (i - first == 1) ranges.push_back(sequence.number(first));
+      if (i - first > 1) ranges.push_back(sequence.number(first) + " to " + sequence.number(i - 1));
+      if (i < end) named.push_back(sequence.number(i) + " (" + sequence.name(i) + ")");
+      first = i + 1;
+    }
   }
   if (!ranges.empty()) notes.push_back("the sequence has gaps, written ?: " + enumerated(ranges));
-  return whole;
+  if (!named.empty())
+    notes.push_back("residues that the sequence lacks are named by the shift rows: " + enumerated(named));
 }
 
 /// Whether the sequence itself leaves open what the residue is.
@@ -209,13 +232,15 @@ Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
 
 ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes) {
   const bool isGiven = !chain.residues.empty();
+  std::vector<Gap> gaps;
   std::vector<FileResidue> residues =
-      withGapsFilled(isGiven ? chain.residues : residuesOfRows(rows, notes), notes);
+      withGapsFilled(isGiven ? chain.residues : residuesOfRows(rows, notes), gaps);
   takeNamesFromRows(residues, rows);
   ChainSequence sequence;
   for (const FileResidue& residue : residues) addResidue(sequence, residue);
   completeNumbers(sequence.numbers);
   for (int i = 1; i <= sequence.size(); ++i) sequence.byNumber.emplace(sequence.number(i), i);
+  noteGaps(gaps, sequence, notes);
   if (!isGiven)
     notes.push_back("the file gives no sequence: it is put together from the residues with shifts");
   noteUnusualResidues(sequence, notes);

@@ -26,6 +26,8 @@ struct ChainSequence {
   int size() const { return static_cast<int>(letters.size()); }
   /// The residue's own number, for messages.
   const std::string& number(int resid) const { return numbers[static_cast<std::size_t>(resid) - 1]; }
+  /// As the file writes it.
+  const std::string& name(int resid) const { return names[static_cast<std::size_t>(resid) - 1]; }
   char letter(int resid) const { return letters[static_cast<std::size_t>(resid) - 1]; }
   const ResidueType& type(int resid) const { return types[static_cast<std::size_t>(resid) - 1]; }
 };

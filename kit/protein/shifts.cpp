@@ -18,6 +18,10 @@ double toNumber(const std::string& shift) {
   return std::strtod(shift.c_str(), nullptr);
 }
 
+bool isMissing(double ppm) {
+  return std::abs(ppm) >= kMissingFrom;
+}
+
 /// A shift that may go into the table.
 struct Candidate {
   Shift shift;
@@ -60,10 +64,13 @@ class RowPlacer {
     return byNumber != sequence.byNumber.end() ? byNumber->second : 0;
   }
 
-  /// Whether the row's residue name fits the sequence.
+  /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
+  /// but not that of another molecule at the same number.
   bool fits(const FileShift& row, int resid) const {
+    if (row.residueName == sequence.name(resid)) return true;  // nearly all rows
     const char letter = polypeptideResidue(row.residueName).letter;
-    return letter == kUnknownResidue || letter == sequence.letter(resid);
+    if (letter != kUnknownResidue) return letter == sequence.letter(resid);
+    return !isOtherMolecule(row.residueName) || equalIgnoringCase(row.residueName, sequence.name(resid));
   }
 
   /// What is added to the rows' numbers to find their residue; 0 in most files.
@@ -112,225 +119,14 @@ class RowPlacer {
   long offset = 0;
 };
 
-/// Collects the shifts of a chain, and the reasons of those that it cannot use.
-class ShiftCollector {
- public:
-  explicit ShiftCollector(const ChainSequence& chainSequence) : sequence(chainSequence) {}
+using AtomKey = std::pair<int, std::string>;
 
-  void collect(const ShiftRows& rows) {
-    const RowPlacer placer(sequence, rows);
-    if (placer.appliedOffset() != 0) noteOffset(placer.appliedOffset());
-    elementsRepeatNames = std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
-      return equalIgnoringCase(row->element, row->atom) && isTableAtom(upper(row->atom)) &&
-             row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
-    });
-    for (const FileShift* row : rows) {
-      if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
-      const int resid = placer.place(*row);
-      if (resid == 0)
-        ++outside[row->key.empty() ? row->number : row->key];
-      else if (!placer.fits(*row, resid))
-        ++misnamed[{resid, row->residueName}];
-      else if (isOfOtherElement(*row))
-        addOnce(otherElements, sequence.number(resid) + " " + row->atom + " (" + row->element + ")");
-      else
-        take(*row, resid);
-    }
-  }
-
-  std::vector<Shift> shifts() {
-    settleOlderGlycine();
-    std::vector<Shift> result;
-    for (const auto& [key, candidate] : chosen) result.push_back(candidate.shift);
-    std::sort(result.begin(), result.end(), isBefore);
-    return result;
-  }
-
-  void moveNotesTo(std::vector<std::string>& notes) const {
-    noteLists(notes);
-    badValues.appendTo(notes);
-    duplicates.appendTo(notes);
-    noteCounts(notes);
-  }
-
-  void moveAsidesTo(std::vector<std::string>& asides) const {
-    if (otherAtoms > 0)
-      asides.push_back(counted(otherAtoms, "shift", "shifts") +
-                       " of other atoms (side chain and the like) not needed");
-  }
-
- private:
-  using AtomKey = std::pair<int, std::string>;
-
-  std::string label(const Shift& shift) const {
-    return shift.atom + " of residue " + sequence.number(shift.resid);
-  }
-
-  void noteOffset(long offset) {
-    remarks.push_back(
-        "the shift rows number the residues differently from the sequence; by the residue names, " +
-        std::to_string(offset) + " was added");
-  }
-
-  void take(const FileShift& row, int resid) {
-    const char letter = sequence.letter(resid);
-    const AtomReading atom = readAtom(letter, row.atom);
-    const std::string numbered = sequence.number(resid) + " " + row.atom;
-    if (atom.kind == AtomReading::Kind::other) {
-      ++otherAtoms;
-    } else if (atom.kind == AtomReading::Kind::foreign) {
-      foreign.push_back(numbered);
-    } else if (isOfHydroxylRing(resid, row.atom)) {
-      hydroxylRing.push_back(numbered);
-    } else if (const auto shift = usableValue(row, numbered)) {
-      if (isAmbiguous(row.ambiguity)) addOnce(ambiguous[row.ambiguity], numbered);
-      if (atom.kind == AtomReading::Kind::pseudo) pseudo.push_back(sequence.number(resid));
-      for (const char* name : atom.names)
-        if (name != nullptr) offer({{resid, name, *shift}, row.occupancy, isPseudoAtom(atom)}, row);
-    }
-  }
-
-  static void addOnce(std::vector<std::string>& items, const std::string& item) {
-    if (items.empty() || items.back() != item) items.push_back(item);
-  }
-
-  /// Whether the row says that its atom is of another element than its name does: the CA of calcium.
-  /// Deuterium is hydrogen here.
-  bool isOfOtherElement(const FileShift& row) const {
-    if (elementsRepeatNames) return false;
-    const std::string element = upper(row.element);
-    const std::string atom = upper(row.atom);
-    const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
-    const auto own = std::find_if(atom.begin(), atom.end(), isLetter);          // 1HA
-    if (first == element.end() || own == atom.end()) return false;
-    const std::string symbol(first, element.end());
-    return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
-  }
-
-  static bool isPseudoAtom(const AtomReading& atom) { return atom.kind == AtomReading::Kind::pseudo; }
-
-  // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
-  bool isOfHydroxylRing(int resid, const std::string& atom) const {
-    return sequence.type(resid).isHydroxyproline &&
-           (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
-  }
-
-  std::optional<std::string> usableValue(const FileShift& row, const std::string& numbered) {
-    if (row.value.empty()) {
-      ++withoutValue;
-      return std::nullopt;
-    }
-    auto shift = toDecimal(row.value);
-    if (!shift) {
-      badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
-                    "\" is no number; left out");
-      return std::nullopt;
-    }
-    // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
-    if (isMissingMark(*shift) || toNumber(*shift) == 0) {
-      ++missingMarks;
-      return std::nullopt;
-    }
-    return shift;
-  }
-
-  void offer(Candidate candidate, const FileShift& row) {
-    const AtomKey key{candidate.shift.resid, candidate.shift.atom};
-    const auto [entry, isNew] = chosen.emplace(key, candidate);
-    if (isNew) return;
-    Candidate& kept = entry->second;
-    const bool isBetter =
-        kept.isPseudo != candidate.isPseudo ? kept.isPseudo : candidate.occupancy > kept.occupancy;
-    if (isBetter) std::swap(kept, candidate);
-    if (toNumber(kept.shift.shift) == toNumber(candidate.shift.shift)) {
-      ++repeated;
-      return;
-    }
-    duplicates.add(linePrefix(row) + label(kept.shift) + " is given as " + kept.shift.shift + " and " +
-                   candidate.shift.shift + " ppm: " + kept.shift.shift + " is used");
-  }
-
-  // HA1 and HA2 are the older names of HA2 and HA3; beside an HA3, HA1 can only be the other one.
-  void settleOlderGlycine() {
-    std::vector<int> residues;
-    for (const auto& [key, candidate] : chosen)
-      if (key.second == "HA1") residues.push_back(key.first);
-    for (const int resid : residues) {
-      const bool hasThird = chosen.count({resid, "HA3"}) > 0;
-      if (!hasThird) rename({resid, "HA2"}, "HA3");
-      if (chosen.count({resid, "HA2"}) == 0) {
-        rename({resid, "HA1"}, "HA2");
-        older.push_back(sequence.number(resid));
-      } else {
-        chosen.erase({resid, "HA1"});
-        foreign.push_back(sequence.number(resid) + " HA1");
-      }
-    }
-  }
-
-  void rename(const AtomKey& from, const std::string& atom) {
-    auto node = chosen.extract(from);
-    if (node.empty()) return;
-    node.mapped().shift.atom = atom;
-    node.key().second = atom;
-    chosen.insert(std::move(node));
-  }
-
-  void noteLists(std::vector<std::string>& notes) const {
-    notes.insert(notes.end(), remarks.begin(), remarks.end());
-    LimitedNotes otherNames("residues that the rows call otherwise");
-    for (const auto& [residue, count] : misnamed)
-      otherNames.add("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
-                     counted(count, "shift row", "shift rows") + " but " + sequenceName(residue.first) +
-                     " in the sequence: left out");
-    otherNames.appendTo(notes);
-    if (!otherElements.empty())
-      notes.push_back("atoms of another element than their name says, left out: " +
-                      enumerated(otherElements));
-    for (const auto& [code, atoms] : ambiguous)
-      notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
-                      ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));
-    if (!pseudo.empty())
-      notes.push_back("one shift for both alpha protons of glycine, written as HA2 and HA3: " +
-                      enumerated(pseudo));
-    if (!older.empty()) notes.push_back("HA1 and HA2 of glycine read as HA2 and HA3: " + enumerated(older));
-    if (!foreign.empty())
-      notes.push_back("atoms that the residue type has not, left out: " + enumerated(foreign));
-    if (!hydroxylRing.empty())
-      notes.push_back("CB and CG of hydroxyproline are unlike those of proline, left out: " +
-                      enumerated(hydroxylRing));
-  }
-
-  std::string sequenceName(int resid) const {
-    const std::string& name = sequence.names[static_cast<std::size_t>(resid) - 1];
-    return name.empty() ? "unknown" : name;
-  }
-
-  void noteCounts(std::vector<std::string>& notes) const {
-    if (!outside.empty()) {
-      std::vector<std::string> keys;
-      std::size_t count = 0;
-      for (const auto& [key, rows] : outside) {
-        keys.push_back(key.empty() ? "(no number)" : key);
-        count += rows;
-      }
-      notes.push_back(counted(count, "shift", "shifts") +
-                      " left out, the sequence has no such residue: " + enumerated(keys));
-    }
-    if (withoutValue > 0) notes.push_back(counted(withoutValue, "row", "rows") + " without a value left out");
-    if (missingMarks > 0)
-      notes.push_back(counted(missingMarks, "mark of a missing shift", "marks of missing shifts") +
-                      " (0, or 999 and above) left out");
-    if (repeated > 0)
-      notes.push_back(counted(repeated, "shift is", "shifts are") + " given twice with the same value");
-  }
-
-  const ChainSequence& sequence;
+/// The shifts of a chain that go into its table, and the reasons of those that do not.
+struct Collected {
   std::map<AtomKey, Candidate> chosen;
-  std::vector<std::string> remarks;
-  std::map<std::string, std::size_t> outside;
-  std::map<std::pair<int, std::string>, std::size_t> misnamed;
-  std::map<std::string, std::vector<std::string>> ambiguous;
+  std::map<std::string, std::size_t> outside;                   ///< rows by number
+  std::map<std::pair<int, std::string>, std::size_t> misnamed;  ///< rows by residue and their name for it
+  std::map<std::string, std::vector<std::string>> ambiguous;    ///< atoms by BMRB code
   std::vector<std::string> otherElements;
   std::vector<std::string> pseudo;
   std::vector<std::string> older;
@@ -338,22 +134,226 @@ class ShiftCollector {
   std::vector<std::string> hydroxylRing;
   LimitedNotes badValues{"values that are no numbers"};
   LimitedNotes duplicates{"atoms that are given twice"};
-  bool elementsRepeatNames = false;  ///< the column of the elements holds names of atoms: it says nothing
   std::size_t withoutValue = 0;
   std::size_t missingMarks = 0;
   std::size_t repeated = 0;
   std::size_t otherAtoms = 0;
 };
 
+// --- One row ------------------------------------------------------------------------------------
+
+void addOnce(std::vector<std::string>& items, const std::string& item) {
+  if (items.empty() || items.back() != item) items.push_back(item);
+}
+
+/// Whether the column of the elements holds names of atoms: it says nothing then.
+bool doElementsRepeatNames(const ShiftRows& rows) {
+  return std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
+    return equalIgnoringCase(row->element, row->atom) && isTableAtom(upper(row->atom)) &&
+           row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
+  });
+}
+
+/// Whether an atom is of another element than its name says: the CA of calcium. Deuterium is hydrogen here,
+/// and so are the pseudo atoms (QA).
+bool isOfOtherElement(const FileShift& row, const AtomReading& atom) {
+  const std::string element = upper(row.element);
+  const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
+  if (first == element.end()) return false;
+  const std::string symbol(first, element.end());
+  const std::string name = atom.names[0] != nullptr ? atom.names[0] : upper(row.atom);
+  const auto own = std::find_if(name.begin(), name.end(), isLetter);  // 1HA
+  if (own == name.end()) return false;
+  return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
+}
+
+// The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
+bool isOfHydroxylRing(const ResidueType& type, const std::string& atom) {
+  return type.isHydroxyproline && (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
+}
+
+/// The shift of a row as a plain number; nothing, with the reason, where it has none.
+std::optional<std::string> usableValue(const FileShift& row, const std::string& numbered, Collected& found) {
+  if (row.value.empty()) {
+    ++found.withoutValue;
+    return std::nullopt;
+  }
+  auto shift = toDecimal(row.value);
+  if (!shift) {
+    found.badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
+                        "\" is no number; left out");
+    return std::nullopt;
+  }
+  // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
+  if (const double ppm = toNumber(*shift); ppm == 0 || isMissing(ppm)) {
+    ++found.missingMarks;
+    return std::nullopt;
+  }
+  return shift;
+}
+
+/// Of two shifts for one atom the one that names it alone counts, then the one with the higher occupancy,
+/// then the first.
+void offer(Candidate candidate, const FileShift& row, const ChainSequence& sequence, Collected& found) {
+  const AtomKey key{candidate.shift.resid, candidate.shift.atom};
+  const auto [entry, isNew] = found.chosen.emplace(key, candidate);
+  if (isNew) return;
+  Candidate& kept = entry->second;
+  const bool isBetter =
+      kept.isPseudo != candidate.isPseudo ? kept.isPseudo : candidate.occupancy > kept.occupancy;
+  if (isBetter) std::swap(kept, candidate);
+  if (toNumber(kept.shift.shift) == toNumber(candidate.shift.shift)) {
+    ++found.repeated;
+    return;
+  }
+  found.duplicates.add(linePrefix(row) + kept.shift.atom + " of residue " +
+                       sequence.number(kept.shift.resid) + " is given as " + kept.shift.shift + " and " +
+                       candidate.shift.shift + " ppm: " + kept.shift.shift + " is used");
+}
+
+/// A row whose residue is known.
+void take(const FileShift& row, int resid, bool hasElement, const ChainSequence& sequence, Collected& found) {
+  const AtomReading atom = readAtom(sequence.letter(resid), row.atom);
+  if (atom.kind == AtomReading::Kind::other) {
+    ++found.otherAtoms;
+    return;
+  }
+  const std::string numbered = sequence.number(resid) + " " + row.atom;
+  if (hasElement && isOfOtherElement(row, atom)) {
+    addOnce(found.otherElements, numbered + " (" + row.element + ")");
+    return;
+  }
+  const auto shift = usableValue(row, numbered, found);
+  if (!shift) return;
+  if (atom.kind == AtomReading::Kind::foreign) {
+    found.foreign.push_back(numbered);
+    return;
+  }
+  if (isOfHydroxylRing(sequence.type(resid), row.atom)) {
+    found.hydroxylRing.push_back(numbered);
+    return;
+  }
+  const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
+  if (isAmbiguous(row.ambiguity)) addOnce(found.ambiguous[row.ambiguity], numbered);
+  if (isPseudo) found.pseudo.push_back(sequence.number(resid));
+  for (const char* name : atom.names)
+    if (name != nullptr) offer({{resid, name, *shift}, row.occupancy, isPseudo}, row, sequence, found);
+}
+
+// --- All rows -----------------------------------------------------------------------------------
+
+Collected collect(const ShiftRows& rows, const RowPlacer& placer, const ChainSequence& sequence) {
+  Collected found;
+  const bool haveElements = !doElementsRepeatNames(rows);
+  for (const FileShift* row : rows) {
+    if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
+    const int resid = placer.place(*row);
+    if (resid == 0)
+      ++found.outside[row->number.empty() ? row->key : row->number];
+    else if (!placer.fits(*row, resid))
+      ++found.misnamed[{resid, row->residueName}];
+    else
+      take(*row, resid, haveElements && !row->element.empty(), sequence, found);
+  }
+  return found;
+}
+
+void rename(const AtomKey& from, const std::string& atom, std::map<AtomKey, Candidate>& chosen) {
+  auto node = chosen.extract(from);
+  if (node.empty()) return;
+  node.mapped().shift.atom = atom;
+  node.key().second = atom;
+  chosen.insert(std::move(node));
+}
+
+// HA1 and HA2 are the older names of HA2 and HA3; beside an HA3, HA1 can only be the other one.
+void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
+  std::map<AtomKey, Candidate>& chosen = found.chosen;
+  std::vector<int> residues;
+  for (const auto& [key, candidate] : chosen)
+    if (key.second == "HA1") residues.push_back(key.first);
+  for (const int resid : residues) {
+    const bool hasThird = chosen.count({resid, "HA3"}) > 0;
+    if (!hasThird) rename({resid, "HA2"}, "HA3", chosen);
+    if (chosen.count({resid, "HA2"}) == 0) {
+      rename({resid, "HA1"}, "HA2", chosen);
+      found.older.push_back(sequence.number(resid));
+    } else {
+      chosen.erase({resid, "HA1"});
+      found.foreign.push_back(sequence.number(resid) + " HA1");
+    }
+  }
+}
+
+// --- Notes --------------------------------------------------------------------------------------
+
+void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::vector<std::string>& notes) {
+  LimitedNotes otherNames("residues that the rows call otherwise");
+  for (const auto& [residue, count] : found.misnamed) {
+    const std::string& name = sequence.name(residue.first);
+    otherNames.add("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
+                   counted(count, "shift row", "shift rows") + " but " + (name.empty() ? "unknown" : name) +
+                   " in the sequence: left out");
+  }
+  otherNames.appendTo(notes);
+}
+
+void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
+  const auto add = [&](const char* text, const std::vector<std::string>& atoms) {
+    if (!atoms.empty()) notes.push_back(text + enumerated(atoms));
+  };
+  add("atoms of another element than their name says, left out: ", found.otherElements);
+  for (const auto& [code, atoms] : found.ambiguous)
+    notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
+                    ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));
+  add("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo);
+  add("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older);
+  add("atoms that the residue type has not, left out: ", found.foreign);
+  add("CB and CG of hydroxyproline are unlike those of proline, left out: ", found.hydroxylRing);
+}
+
+void noteCounts(const Collected& found, std::vector<std::string>& notes) {
+  std::vector<std::string> numbers;
+  std::size_t outside = 0;
+  for (const auto& [number, rows] : found.outside) {
+    numbers.push_back(number.empty() ? "(no number)" : number);
+    outside += rows;
+  }
+  if (outside > 0)
+    notes.push_back(counted(outside, "shift", "shifts") +
+                    " left out, the sequence has no such residue: " + enumerated(numbers));
+  if (found.withoutValue > 0)
+    notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value left out");
+  if (found.missingMarks > 0)
+    notes.push_back(counted(found.missingMarks, "mark of a missing shift", "marks of missing shifts") +
+                    " (0, or 999 and above) left out");
+  if (found.repeated > 0)
+    notes.push_back(counted(found.repeated, "shift is", "shifts are") + " given twice with the same value");
+}
+
 }  // namespace
 
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides) {
-  ShiftCollector collector(sequence);
-  collector.collect(rows);
-  std::vector<Shift> shifts = collector.shifts();
-  collector.moveNotesTo(notes);
-  collector.moveAsidesTo(asides);
+  const RowPlacer placer(sequence, rows);
+  Collected found = collect(rows, placer, sequence);
+  settleOlderGlycine(sequence, found);
+  if (placer.appliedOffset() != 0)
+    notes.push_back(
+        "the shift rows number the residues differently from the sequence; by the residue names, " +
+        std::to_string(placer.appliedOffset()) + " was added");
+  noteMisnamed(found, sequence, notes);
+  noteAtoms(found, notes);
+  found.badValues.appendTo(notes);
+  found.duplicates.appendTo(notes);
+  noteCounts(found, notes);
+  if (found.otherAtoms > 0)
+    asides.push_back(counted(found.otherAtoms, "shift", "shifts") +
+                     " of other atoms (side chain and the like) not needed");
+  std::vector<Shift> shifts;
+  shifts.reserve(found.chosen.size());
+  for (auto& [key, candidate] : found.chosen) shifts.push_back(std::move(candidate.shift));
+  std::sort(shifts.begin(), shifts.end(), isBefore);
   return shifts;
 }
 
@@ -363,7 +363,7 @@ bool isBefore(const Shift& a, const Shift& b) {
 }
 
 bool isMissingMark(const std::string& shift) {
-  return std::abs(toNumber(shift)) >= kMissingFrom;
+  return isMissing(toNumber(shift));
 }
 
 std::size_t countTableShifts(const ShiftRows& rows) {

@@ -95,7 +95,7 @@ class StarTest(ImportTest):
             ["Imported from star3_cut.str (NMR-STAR 3), chain 1, shift list assigned_chem_shift_list_1",
              "Residue 1 here is residue 105 there"],
             "LK??PE", ["1 HA 4.310", "2 CA 56.300", "5 CA 62.700", "6 CA 56.800"]),
-            ["the sequence has gaps, written ?: 7 to 8", NO_SEQUENCE], chain="1")
+            ["the sequence has gaps, written ?: 107 to 108", NO_SEQUENCE], chain="1")
 
     def test_two_copies_and_bonds(self):
         """Disulfide bonds by copy; CB decides where the file is silent; a bond to zinc is none."""
@@ -222,17 +222,42 @@ class StarTest(ImportTest):
         self.assertEqual((self.folder / "star3_stray_copy_B.tab").read_text(), table(
             [origin % "B", "Residue 1 here is residue 11 there"], "MPH", ["2 CA 63.400", "3 CA 57.500"]))
 
+    def test_rows_of_copies_that_only_they_name(self):
+        """One row is no copy of its own; all rows of a molecule with one copy are of that one, but not of two."""
+        status, out, err = self.run_kit(FILES / "star3_stray_entity.str")
+        file = "zorvela-kit: note: %s, chain A: " % (FILES / "star3_stray_entity.str")
+        self.assertEqual((status, out), (0, ""))
+        self.assertEqual(err.splitlines(), [
+            file + "2 shift rows name copy 7, which the file does not describe; taken as of chain C, the only one of "
+            "that molecule",
+            file + "1 shift row names copy 0, which the file does not describe; the author's chain and number place it",
+            file + "left out: 1 shift without a chain that the file describes",
+            file + "one shift for both alpha protons of glycine, written as HA2 and HA3: 1",
+            "zorvela-kit: wrote star3_stray_entity_A.tab (4 residues, 4 shifts)",
+            "zorvela-kit: wrote star3_stray_entity_B.tab (4 residues, 2 shifts)",
+            "zorvela-kit: wrote star3_stray_entity_C.tab (3 residues, 2 shifts)",
+            "zorvela-kit: wrote star3_stray_entity_8.tab (3 residues, 1 shift)",
+            "zorvela-kit: wrote star3_stray_entity_9.tab (3 residues, 1 shift)",
+            "zorvela-kit: 4 notes on 5 tables"])
+        origin = "Imported from star3_stray_entity.str (NMR-STAR 3), chain %s, %sshift list shifts"
+        for chain, sequence, rows in (("A", "GPHA", ["1 HA2 3.950", "1 HA3 3.950", "2 CA 63.300", "3 CA 57.300"]),
+                                      ("B", "GPHA", ["2 CA 63.400", "4 CA 52.500"]),
+                                      ("C", "SPT", ["2 CA 62.900", "3 CA 61.800"]),
+                                      ("8", "TPS", ["2 CA 62.100"]), ("9", "TPS", ["2 CA 62.200"])):
+            self.assertEqual((self.folder / ("star3_stray_entity_%s.tab" % chain)).read_text(), table(
+                [origin % (chain, ""), "Residue 1 here is residue 1 there"], sequence, rows))
+
     def test_authors_numbers_are_kept_and_continued(self):
         """Two residues before the first number, two missing ones, one after the last."""
         self.check("star3_author_numbers.str", table(
             ["Imported from star3_author_numbers.str (NMR-STAR 3), shift list shifts",
              "Residue 1 here is residue 20 there"], "GSMA??PH",
             ["1 CA 45.100", "2 CA 58.300", "3 CA 55.200", "4 CA 52.300", "7 CA 63.300", "8 CA 57.300"]),
-            ["the sequence has gaps, written ?: 5 to 6", NO_SEQUENCE])
+            ["the sequence has gaps, written ?: 24 to 25", NO_SEQUENCE])
         self.check("star2_author_numbers.str", table(
             ["Imported from star2_author_numbers.str (NMR-STAR 2.1), chain protein, shift list shift_set_1",
              "Residue 1 here is residue 0 there"], "?MAPS",
-            ["2 CA 55.200", "3 CA 52.400", "4 CA 63.000", "4 CB 31.900"]),
+            ["1 C 174.100", "2 CA 55.200", "3 CA 52.400", "4 CA 63.000", "4 CB 31.900"]),
             ["line 4: the save frame protein is not closed before save_shift_set_1; it is taken to end there",
              "residue ACE has no counterpart among the 20, written ?: 0"], chain="protein")
 
@@ -367,7 +392,7 @@ class NefTest(ImportTest):
             sequence,
             ["2 HN 8.412", "3 HA2 3.950", "3 HA3 3.950", "4 HA2 4.050", "4 HA3 3.850", "6 CB 34.100", "6 CG 24.400",
              "7 HA2 3.990", "7 HA3 3.990", "10 CB 40.000", "93 CA 63.000"]),
-            ["3 shifts not assigned to a residue (@2, 12-1) left out",
+            ["3 shifts not assigned to a residue left out, such as those of @5",
              "left out: 1 shift of chain B (no amino acids)",
              "the sequence has gaps, written ?: 16 to 17, 19 to 100",
              "one shift for both alpha protons of glycine, written as HA2 and HA3: 12, 15",
@@ -406,6 +431,22 @@ class NefTest(ImportTest):
              "1 shift left out, the sequence has no such residue: 101",
              "1 row without a value left out",
              "the file marks as cis peptide bond: P8; this is kept as a remark and not used"], chain="A")
+
+
+    def test_rows_of_the_sequence_that_are_lost(self):
+        """The residues beside them are not bonded; shift rows may name them. QA is of hydrogen; a haem is no lysine."""
+        self.check("nef_row_lost.nef", table(
+            ["Imported from nef_row_lost.nef (NEF), chain A, shift list nef_chemical_shift_list_1",
+             "Residue 1 here is residue 1 there"], "GK?PSH",
+            ["1 HA2 3.950", "1 HA3 3.950", "2 CA 56.400", "4 CA 63.200", "5 CA 58.200"]),
+            ["line 15: 5 values for the 6 columns of _nef_sequence; left out",
+             "line 17: 5 values for the 6 columns of _nef_sequence; left out",
+             "2 shifts not assigned to a residue left out, such as those of @7",
+             "the sequence has gaps, written ?: 3",
+             "residues that the sequence lacks are named by the shift rows: 5 (SER)",
+             "residue 2 is HEM in 1 shift row but LYS in the sequence: left out",
+             "one shift for both alpha protons of glycine, written as HA2 and HA3: 1",
+             "1 shift left out, the sequence has no such residue: 7"], chain="A")
 
 
 class CsvTest(ImportTest):
@@ -492,6 +533,12 @@ class CsvTest(ImportTest):
         self.assertIn("REMARK Residue 1 here is residue 12 there\n", out)
         self.check_error('standard input: it is open whether "G-1" has a minus sign or a dash; give names and numbers '
                          "of residues in columns of their own", "-", data=b"Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n")
+        # Chain, number and name, or a mutation: not alanine with an insertion code. One such code is none of these.
+        self.check_error("standard input:2: it is open which letter of \"A81S\" names the residue; give names and "
+                         "numbers of residues in columns of their own", "-",
+                         data=b"Res,CA,CB\nA81S,58,63\nA82P,63,32\nA83G,45,\n")
+        self.assertIn("Residue 2 here is residue 52A there",
+                      self.run_kit("-", data=b"Res,CA,CB\nS52,58,63\nP52A,63,32\nG53,45,\n")[1])
 
     def test_blank_cells_between_columns(self):
         """Cells belong to the name above them; a row that stands below no names is left out."""
@@ -535,8 +582,8 @@ class CsvTest(ImportTest):
             ["Imported from zeros.csv (CSV)", "Residue 1 here is residue 81 there"], "SPG",
             ["1 N 116.200", "1 HN 8.210", "1 HA 4.410", "1 CA 58.400", "1 CB 63.900", "2 CA 63.000",
              "2 CB 34.200", "3 N 109.100", "3 HN 8.400", "3 CA 45.300"]),
-            [NO_SEQUENCE, "atoms that the residue type has not, left out: 82 HN, 83 CB",
-             "3 marks of missing shifts (0, or 999 and above) left out"])
+            [NO_SEQUENCE,
+             "5 marks of missing shifts (0, or 999 and above) left out"])
 
     def test_units_and_decorations(self):
         """Units, isotopes, CG(Pro), "#", residues written out; a column of numbers that is not used is named."""
@@ -700,7 +747,7 @@ class TableTest(ImportTest):
     def test_round_trip(self):
         """The import of an imported table is the same table: remarks, numbers, c and ?."""
         files = [f for f in FILES.iterdir() if f.name not in ("star3_rna.str", "shifts.tsv") and ".cif" not in f.name]
-        self.assertEqual(self.round_trip(files), len(files) + 4)  # four files have two chains
+        self.assertEqual(self.round_trip(files), len(files) + 8)  # four files have two chains, one has five
 
 
 class OutputTest(ImportTest):
@@ -804,6 +851,8 @@ class BadFileTest(ImportTest):
         for data, what in ((b"\0\1\2", None), (b"%PDF-1.4", "a PDF file"),
                            (b"PK\3\4..", "a zip archive or spreadsheet (xlsx, ods); save the sheet as CSV"),
                            (b"\xff\xfea\0", "text in UTF-16; save it as UTF-8"),
+                           (b"d\0a\0t\0a\0", "text in UTF-16; save it as UTF-8"),
+                           (b"\0d\0a\0t\0a", "text in UTF-16; save it as UTF-8"),
                            (b"<html>", "an HTML or XML file, perhaps the error page of a web server"),
                            (b'{"a": 1}', "a JSON file"), (b">seq\nMKT\n", "a FASTA sequence"),
                            (b"HEADER    HYDROLASE\n", "a PDB coordinate file")):
@@ -821,8 +870,21 @@ class BadFileTest(ImportTest):
         self.check_error('standard input:1: is no shift file that is known; it begins with "Dear colleague,"; give '
                          "NMR-STAR, NEF, the program's shift table, or text with a header line such as "
                          "resid,resname,atom,shift", "-", data=b"Dear colleague,\nplease find attached\n")
-        self.check_error("standard input: holds no backbone shifts of a protein; this STAR or CIF file holds: atom "
-                         "coordinates", "-", data=b"data_1abc\nloop_\n_atom_site.id\n1\n2\n")
+        entity = b"_entity.id 1\n"
+        for data, what in ((b"loop_\n_atom_site.id\n1\n2\n", "atom coordinates (mmCIF)"),
+                           (entity + b"loop_\n_atom_site.id\n1\n2\n", "atom coordinates (mmCIF)"),
+                           (entity + b"_refln.index_h 1\n", "structure factors (mmCIF)"),
+                           (b"loop_\n_Gen_dist_constraint.ID\n1\nstop_\n", "a restraint list (NMR-STAR)"),
+                           (b"loop_\n_RDC_constraint.ID\n1\nstop_\nloop_\n_Atom_site.ID\n1\nstop_\n",
+                            "a restraint list (NMR-STAR)"),
+                           (b"loop_\n_chem_comp_atom.atom_id\nCA\n",
+                            "the description of a residue or ligand (mmCIF)")):
+            self.check_error("standard input: is no shift file but " + what + remedy, "-", data=b"data_1abc\n" + data)
+        self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: entity",
+                         "-", data=b"data_1\nsave_e\n_Entity.Sf_category entity\n_Entity.ID 1\nloop_\n"
+                         b"_Chem_comp_atom.Atom_ID\nCA\nstop_\nsave_\n")
+        self.check_error("standard input: holds no backbone shifts of a protein; this STAR file holds: no shifts at "
+                         "all", "-", data=b"data_1abc\n_cell.length_a 1\n")
 
     def test_long_lines(self):
         size = 30000000

@@ -11,6 +11,7 @@ TOKEN = re.compile(r"""^;(?P<field>.*?)\n; | \#[^\n]* | '(?P<single>[^'\n]*(?:'(
 LETTERS = dict(zip("ALA ARG ASN ASP CYS GLN GLU GLY HIS ILE LEU LYS MET PHE PRO SER THR TRP TYR VAL".split(),
                    "ARNDCQEGHILKMFPSTWYV"))
 PARENTS = {"MSE": "M", "SEP": "S", "TPO": "T", "HYP": "P", "DAL": "A"}
+NO_RESIDUES = {"CA", "ZN", "HEM"}
 CODES = {letter: name for name, letter in LETTERS.items()}
 
 
@@ -103,8 +104,13 @@ def read_nef(all_frames):
             chain = chains.setdefault(row["chain_code"], Chain([row["chain_code"]]))
             if row.get("linking") in ("single", "dummy", "nonlinear") and row["residue_name"] not in LETTERS:
                 continue
-            if getattr(chain, "forward", False) and row.get("linking") in ("middle", "end", "cyclic"):
+            if row["residue_name"] in NO_RESIDUES:
+                continue
+            place = int(row["index"])
+            if getattr(chain, "forward", False) and row.get("linking") in ("middle", "end", "cyclic") and \
+                    place == chain.place + 1:  # no row between them is lost
                 chain.bonded.add(row["sequence_code"])
+            chain.place = place
             chain.forward = row.get("linking") in ("start", "middle", "cyclic")
             chain.residues.append((row["sequence_code"], row["sequence_code"], row["residue_name"]))
     for frame in all_frames:
@@ -148,6 +154,11 @@ def read_star3(all_frames):
             chain.residues, chain.entity, chain.authors = list(entity["residues"]), entity_id, []
             chains["entity " + entity_id] = chain
     described = bool(chains)
+    unlisted = {}
+    for frame in all_frames:
+        for row in frame.tables("_Atom_chem_shift."):
+            if row.get("entity_assembly_id", "") not in chains:
+                unlisted.setdefault(row.get("entity_id"), set()).add(row.get("entity_assembly_id", ""))
     for frame in all_frames:
         for row in frame.tables("_Atom_chem_shift."):
             copy, author = row.get("entity_assembly_id", ""), row.get("auth_asym_id", "")
@@ -161,6 +172,11 @@ def read_star3(all_frames):
                     continue
             if chain is None and row.get("entity_id"):
                 owners = [c for c in chains.values() if getattr(c, "entity", None) == row["entity_id"]]
+                if copy and len(owners) > 1:
+                    continue
+                if copy and owners and len(unlisted[row["entity_id"]]) > 1:
+                    owners = [chains.setdefault(copy, Chain([copy]))]
+                    owners[0].residues = list(entities[row["entity_id"]]["residues"])
                 chain = owners[0] if owners else None
             if chain is None and described and len(chains) == 1:
                 chain = next(iter(chains.values()))
@@ -272,7 +288,7 @@ def shifts(chain, rows):
     by_key, by_number = {}, {}
     for place, (key, number, _) in enumerate(chain.residues, 1):
         by_key.setdefault(key, place)
-        by_number.setdefault(number, place)
+        by_number.setdefault(number or key, place)
     found = {}
     for key, number, name, atom, value, occupancy in rows:
         if offset is not None:
@@ -285,7 +301,7 @@ def shifts(chain, rows):
         # A residue that the sequence leaves open is what its rows say.
         own = chain.residues[place - 1][2] or name
         letter = chain.letter(own)
-        if chain.letter(name) not in (letter, "?"):
+        if chain.letter(name) not in (letter, "?") or name in NO_RESIDUES:
             continue
         if own.upper() == "HYP" and atom.upper() in ("CB", "CG"):
             continue

@@ -92,6 +92,14 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
                                 "line 41: 4 values for the 3 columns of _Atom_chem_shift; left out"}));
 }
 
+TEST(StarDocument, AFullCountHidesNoBadRowsInAShortLoopEither) {
+  const auto file = parsed(
+      "loop_\n_Atom_chem_shift.ID\n_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n_Atom_chem_shift.a\n"
+      "_Atom_chem_shift.b\n1 CA 52 1 1\n2 CA 1 1\n3 CA 45 1 1 1\n4 CB 33 1 1\n");
+  EXPECT_EQ(rowsOf(*file), (Texts{"1 CA 52", "4 CB 33"}));
+  EXPECT_EQ(file->notes, (Texts{"lines 8 to 9: 10 values for the 5 columns of _Atom_chem_shift; left out"}));
+}
+
 TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
   EXPECT_EQ(
       errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),

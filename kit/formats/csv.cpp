@@ -296,17 +296,11 @@ class CsvReader {
 
   // --- Survey ---------------------------------------------------------------------------------
 
-  /// So many shifts as a file of this size can hold, whatever its cells: memory stays in proportion.
-  std::size_t mostShifts() const {
-    constexpr std::size_t kAlways = 100000;
-    constexpr std::size_t kBytesPerShift = 20;
-    return std::min(kMostShiftRows, kAlways + text.size() / kBytesPerShift);
-  }
-
   void countShifts(std::size_t more, std::size_t line) {
     shifts += more;
-    if (shifts > mostShifts())
-      throw FileError(fileName, line, "is beyond the first " + std::to_string(mostShifts()) + " shifts",
+    if (shifts > mostShiftRows(text.size()))
+      throw FileError(fileName, line,
+                      "is beyond the first " + std::to_string(mostShiftRows(text.size())) + " shifts",
                       "split it into one file per protein");
   }
 
@@ -322,7 +316,7 @@ class CsvReader {
 
   /// Whether the rows that will not do are more than half of all, however many shifts follow.
   bool areMostForCertain() const {
-    const std::size_t most = mostShifts();
+    const std::size_t most = mostShiftRows(text.size());
     return survey.residues.refused > most || survey.cells.refused > 2 * most;
   }
 
@@ -335,8 +329,7 @@ class CsvReader {
   void lookAt(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
     const std::string chain = cellAt(row.cells, columns.chain);
-    survey.residues.add(!isPlaced(residue), row.line,
-                        [&] { return whyNotPlaced(residue, row.cells); });
+    survey.residues.add(!isPlaced(residue), row.line, [&] { return whyNotPlaced(residue, row.cells); });
     if (!isPlaced(residue)) return;
     countShifts(1, row.line);
     survey.dashes.add(chain, residue.label);
@@ -344,7 +337,7 @@ class CsvReader {
       survey.dashed = residue.label.name + "-" + residue.label.number;
     survey.codes.add(residue);
     survey.letters.add(!residue.label.name.empty() && !residue.label.code.empty(), row.line,
-                       residue.label.name + residue.label.number + residue.label.code);
+                       [&residue] { return residue.label.name + residue.label.number + residue.label.code; });
     for (std::size_t i = 0; i < row.cells.size(); ++i) lookAtCell(row.cells[i], survey.columns[i]);
     for (const auto& [column, atom] : columns.atoms) lookAtShift(row, column, atom);
     if (columns.areLong()) lookAtLongRow(row, residue);

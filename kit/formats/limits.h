@@ -3,11 +3,20 @@
 // 30,000 shifts, 40 chains and 50 lists.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 namespace zorvela {
 
 inline constexpr std::size_t kMostShiftRows = 300000;
+/// Of a format whose rows may be short: a row takes some 200 bytes of memory.
+inline constexpr std::size_t kShiftRowsOfAnyFile = 100000;
+inline constexpr std::size_t kBytesPerShiftRow = 20;
+
+/// So many shift rows as a text of this size can hold, whatever they look like: memory stays in proportion.
+constexpr std::size_t mostShiftRows(std::size_t bytes) {
+  return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
+}
 inline constexpr std::size_t kLongestSequence = 40000;
 /// Of all chains that a file describes.
 inline constexpr std::size_t kMostResidues = 100000;

@@ -1,6 +1,7 @@
 #include "formats/input_bytes.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -18,6 +19,19 @@ constexpr std::size_t kChunk = std::size_t{1} << 16;
                   "check the name and the permissions");
 }
 
+/// `expected` bytes, where their number is known: room is made for them at once.
+std::string allOf(std::FILE* stream, const std::string& file, std::uintmax_t expected) {
+  std::string bytes;
+  if (expected <= kLargestInput) bytes.reserve(static_cast<std::size_t>(expected));
+  char chunk[kChunk];
+  while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, stream)) {
+    if (bytes.size() + count > kLargestInput) throw inputError(InputFault::tooLarge, file);
+    bytes.append(chunk, count);
+  }
+  if (std::ferror(stream) != 0) throwUnreadable(file, errno);
+  return bytes;
+}
+
 }  // namespace
 
 std::string fileBytes(const std::string& path) {
@@ -26,18 +40,12 @@ std::string fileBytes(const std::string& path) {
     throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
   if (!file) throwUnreadable(path, errno);
-  return streamBytes(file.get(), path);
+  const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+  return allOf(file.get(), path, unknown ? 0 : size);
 }
 
 std::string streamBytes(std::FILE* stream, const std::string& file) {
-  std::string bytes;
-  char chunk[kChunk];
-  while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, stream)) {
-    if (bytes.size() + count > kLargestInput) throw inputError(InputFault::tooLarge, file);
-    bytes.append(chunk, count);
-  }
-  if (std::ferror(stream) != 0) throwUnreadable(file, errno);
-  return bytes;
+  return allOf(stream, file, 0);
 }
 
 bool isGzipped(const std::string& bytes) {

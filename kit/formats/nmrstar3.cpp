@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -40,6 +41,29 @@ std::string asymName(const std::string& id) {
 std::string firstWord(const StarTable& table, std::size_t row, std::size_t column, std::size_t otherColumn) {
   std::string word = table.word(row, column);
   return word.empty() ? table.word(row, otherColumn) : word;
+}
+
+/// Lists that share a loop, told apart by the list that each row names. Nearly all loops are one list; none
+/// without rows gives one.
+std::vector<FileShiftList> listsById(FileShiftList list, const std::vector<std::string>& ids) {
+  std::vector<FileShiftList> lists;
+  if (list.shifts.empty()) return lists;
+  const auto isNamed = [](const std::string& id) { return !id.empty(); };
+  const auto named = std::find_if(ids.begin(), ids.end(), isNamed);
+  if (std::all_of(named, ids.end(), [&](const std::string& id) { return id.empty() || id == *named; })) {
+    lists.push_back(std::move(list));
+    return lists;
+  }
+  std::unordered_map<std::string, std::size_t> index;
+  for (std::size_t row = 0; row < ids.size(); ++row) {
+    const auto [entry, isNew] = index.emplace(ids[row], lists.size());
+    if (isNew) {
+      const std::string id = ids[row].empty() ? "without a number" : ids[row];
+      lists.push_back({list.name.empty() ? id : list.name + " " + id, {id}, {}});
+    }
+    lists[entry->second].shifts.push_back(std::move(list.shifts[row]));
+  }
+  return lists;
 }
 
 class Star3Reader {
@@ -303,12 +327,14 @@ class Star3Reader {
     FileShiftList list;
     list.name = listName(frame, file.notes);
     list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
-    for (const StarTable& table : tables) readShifts(table, list);
-    if (!list.shifts.empty()) file.lists.push_back(std::move(list));
+    std::vector<std::string> ids;
+    for (const StarTable& table : tables) readShifts(table, list, ids);
+    for (FileShiftList& one : listsById(std::move(list), ids)) file.lists.push_back(std::move(one));
     noteOffsets(frame);
   }
 
-  void readShifts(const StarTable& table, FileShiftList& list) {
+  /// `ids`: the list that each row names.
+  void readShifts(const StarTable& table, FileShiftList& list, std::vector<std::string>& ids) {
     const auto column = [&](const std::string& tag) { return table.column("_Atom_chem_shift." + tag); };
     const std::size_t key = column("Comp_index_ID"), otherKey = column("Seq_ID");
     const std::size_t number = column("Auth_seq_ID");
@@ -319,6 +345,7 @@ class Star3Reader {
     const std::size_t ambiguity = column("Ambiguity_code"),
                       olderAmbiguity = column("Chem_shift_ambiguity_code");
     const std::size_t occupancy = column("Occupancy");
+    const std::size_t listId = column("Assigned_chem_shift_list_ID");
     const ChainColumns chainColumns{column("Entity_assembly_ID"), column("Entity_ID"),
                                     column("Entity_assembly_asym_ID"), column("Auth_asym_ID")};
     const std::size_t rows = table.rows();
@@ -335,6 +362,7 @@ class Star3Reader {
       shift.ambiguity = firstWord(table, row, ambiguity, olderAmbiguity);
       if (const auto share = toDecimal(table.word(row, occupancy))) shift.occupancy = std::stod(*share);
       list.shifts.push_back(std::move(shift));
+      ids.push_back(table.word(row, listId));
     }
   }
 

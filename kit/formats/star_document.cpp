@@ -255,10 +255,10 @@ class Parser {
     file.loops.push_back(loop);
   }
 
-  /// Room for the values in the rest of the text, most of which are short ("1", "."): enough for usual
-  /// entries.
+  /// Room for the values in the rest of the text, as many as there can be, but no more than usual entries
+  /// have.
   void reserveValues() {
-    constexpr std::size_t kBytesPerValue = 3;
+    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
     constexpr std::size_t kMost = 1 << 20;
     file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
   }

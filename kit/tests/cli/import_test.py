@@ -323,6 +323,20 @@ class StarPartsTest(ImportTest):
         self.assertEqual(status, 0, err)
         return out, [line.split(": ", 3)[3] for line in err.splitlines() if ": note: " in line]
 
+    def test_lists_that_share_a_loop(self):
+        """The rows of two lists, one after the other: no atom of one fills a place of the other."""
+        loop = ("loop_ _Atom_chem_shift.Seq_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID _Atom_chem_shift.Val "
+                "_Atom_chem_shift.Assigned_chem_shift_list_ID\n2 LYS CA 56.1 1\n3 PRO CA 63.1 1\n2 LYS CA 56.9 2\n"
+                "3 PRO CA 63.9 2\n3 PRO CB 32.9 2\n").encode()
+        status, out, err = self.run_kit("-", data=loop)
+        self.assertEqual((status, out), (0, table(
+            ["Imported from standard input (NMR-STAR 3), shift list 2", "Residue 1 here is residue 2 there"], "KP",
+            ["1 CA 56.900", "2 CA 63.900", "2 CB 32.900"])))
+        self.assertIn("has several shift lists, with backbone shifts: 1 (2), 2 (3); 2 is used", err)
+        self.assertEqual(self.run_kit("-", "--list", "1", data=loop)[1], table(
+            ["Imported from standard input (NMR-STAR 3), shift list 1", "Residue 1 here is residue 2 there"], "KP",
+            ["1 CA 56.100", "2 CA 63.100"]))
+
     def test_bare_loop(self):
         out, notes = self.imported(self.ROWS + "1 ALA CA 52 2 PRO CA 63")
         self.assertEqual(out, table(["Imported from standard input (NMR-STAR 3)", "Residue 1 here is residue 1 there"],

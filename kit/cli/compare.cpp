@@ -1,7 +1,4 @@
 // The sub-command `compare`: the calls from shifts beside the bonds in structures.
-#include <unistd.h>  // for STDOUT_FILENO
-
-#include <cstdlib>
 #include <memory>
 #include <new>
 #include <string>
@@ -80,25 +77,34 @@ CompareReport compareAll(const CompareSettings& settings) {
     guarded(file, report, [&] { compareFile(file, settings.import, predictor, report); });
     progress.step();
   }
-  report.chainsWithoutShifts = chainsWithoutShifts(report.proteins, report.structures);
+  std::vector<ChainMatch> matches;
+  for (const ComparedProtein& protein : report.proteins)
+    matches.insert(matches.end(), protein.matches.begin(), protein.matches.end());
+  report.chainsWithoutShifts = chainsWithoutShifts(matches, report.structures);
   return report;
+}
+
+/// The notes of the shift files, those of the import before those of the comparison.
+void sayShiftNotes(const CompareReport& report) {
+  for (auto first = report.proteins.begin(); first != report.proteins.end();) {
+    const std::string& file = first->result.file;
+    std::vector<ChainNotes> imported;
+    std::vector<ChainNotes> compared;
+    for (; first != report.proteins.end() && first->result.file == file; ++first) {
+      imported.push_back({first->result.chain, first->result.notes});
+      compared.push_back({first->result.chain, first->notes});
+    }
+    sayFileNotes(file, imported, kNotesShown, kAllNotes);
+    sayFileNotes(file, compared, kNotesShown, kAllNotes);
+  }
 }
 
 void sayAll(const CompareReport& report) {
   for (const ProteinStructure& structure : report.structures)
-    sayNotes(messageName(structure.file, ""), structure.notes, kNotesShown, kAllNotes);
-  for (const ComparedProtein& protein : report.proteins) {
-    const std::string name = messageName(protein.result.file, protein.result.chain);
-    sayNotes(name, protein.result.notes, kNotesShown, kAllNotes);
-    sayNotes(name, protein.notes, kNotesShown, kAllNotes);
-  }
+    sayFileNotes(structure.file, {{"", structure.notes}}, kNotesShown, kAllNotes);
+  sayShiftNotes(report);
   for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
   for (const FailedFile& failed : report.errors) say(failed.message);
-}
-
-bool wantsColour(const std::string& output) {
-  const char* refused = std::getenv("NO_COLOR");
-  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
 }
 
 void compare(const CompareSettings& settings) {

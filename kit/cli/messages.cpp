@@ -51,26 +51,15 @@ std::string messageName(const std::string& file, const std::string& chain) {
   return chain.empty() ? name : name + ", chain " + printable(chain, kLongestName);
 }
 
-namespace {
-void sayMore(const std::string& name, std::size_t more, const std::string& whereToFind) {
-  if (more > 0) say("note: " + name + ": " + counted(more, "more note", "more notes") + "; " + whereToFind);
-}
-}  // namespace
-
-void sayNotes(const std::string& name, const std::vector<std::string>& notes, std::size_t most,
-              const std::string& whereToFind) {
-  const std::size_t shown = std::min(most, notes.size());
-  for (std::size_t i = 0; i < shown; ++i) say("note: " + name + ": " + notes[i]);
-  sayMore(name, notes.size() - shown, whereToFind);
-}
-
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
                          const std::string& whereToFind) {
   const std::vector<SharedNote> notes = sharedNotes(chains);
   const std::size_t shown = std::min(most, notes.size());
   for (std::size_t i = 0; i < shown; ++i)
     say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
-  sayMore(inputName(file), notes.size() - shown, whereToFind);
+  if (notes.size() > shown)
+    say("note: " + inputName(file) + ": " + counted(notes.size() - shown, "more note", "more notes") + "; " +
+        whereToFind);
   return notes.size();
 }
 

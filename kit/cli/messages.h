@@ -16,11 +16,6 @@ void say(const std::string& text);
 /// How a message names a chain: "a.str", "a.str, chain A" or "standard input".
 std::string messageName(const std::string& file, const std::string& chain);
 
-/// The first notes in a line each, up to `most`; after them how many more there are and, in `whereToFind`,
-/// where all of them are.
-void sayNotes(const std::string& name, const std::vector<std::string>& notes, std::size_t most,
-              const std::string& whereToFind);
-
 /// The notes of a chain of a file.
 struct ChainNotes {
   std::string chain;  ///< its name; empty where it has none

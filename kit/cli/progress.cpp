@@ -1,4 +1,4 @@
-// The progress bar.
+// The progress bar, and what a terminal can show.
 #include "cli/progress.h"
 
 #include <sys/ioctl.h>
@@ -12,9 +12,19 @@
 
 namespace zorvela {
 
+namespace {
+
+/// Whether a stream of the process (0, 1, 2) is a terminal that understands control sequences.
 bool isCapableTerminal(int descriptor) {
   const char* term = std::getenv("TERM");
   return isatty(descriptor) != 0 && term != nullptr && std::strcmp(term, "dumb") != 0 && *term != '\0';
+}
+
+}  // namespace
+
+bool wantsColour(const std::string& output) {
+  const char* refused = std::getenv("NO_COLOR");
+  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
 }
 
 struct Progress::State {

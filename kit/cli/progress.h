@@ -7,8 +7,9 @@
 
 namespace zorvela {
 
-/// Whether a stream of the process (0, 1, 2) is a terminal that understands control sequences.
-bool isCapableTerminal(int descriptor);
+/// Whether a report that goes to that place ("-": standard output) is coloured: on a terminal that
+/// understands control sequences, unless NO_COLOR is set.
+bool wantsColour(const std::string& output);
 
 /// A progress bar on standard error: shown only on a terminal, and only for work above a second.
 class Progress {

@@ -1,10 +1,7 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <cstdlib>
 #include <memory>
 #include <new>
 #include <string>
@@ -37,6 +34,7 @@ constexpr int kMostJobs = 256;
 
 struct RunSettings {
   std::vector<std::string> files;
+  std::vector<std::string> structures;
   ImportOptions import;
   PredictorOptions predict;
   std::string tables;
@@ -64,7 +62,8 @@ std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
-std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables) {
+std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
+                                     const std::vector<ProteinStructure>& structures) {
   std::vector<FileReport> reports(settings.files.size());
   std::vector<Predictor> predictors = makePredictors(
       std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
@@ -75,11 +74,32 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
     for (std::size_t i = next++; i < reports.size(); i = next++) {
       const std::string& file = settings.files[i];
       reports[i] = reportOn(
-          file, [&] { return readInput(file, settings.import); }, predictors[job]);
+          file, [&] { return readInput(file, settings.import); }, predictors[job], structures);
       progress.step();
     }
   });
   return reports;
+}
+
+std::vector<ProteinStructure> readStructures(const std::vector<std::string>& files) {
+  std::vector<ProteinStructure> structures;
+  structures.reserve(files.size());
+  for (const std::string& file : files) structures.push_back(readStructureFile(file));
+  return structures;
+}
+
+/// What is to be known of the structures as such: what could not be used of them, and chains without shifts.
+std::vector<std::string> notesOn(const std::vector<ProteinStructure>& structures,
+                                 const std::vector<FileReport>& files) {
+  std::vector<std::string> notes;
+  for (const ProteinStructure& structure : structures)
+    for (const std::string& note : structure.notes)
+      notes.push_back(messageName(structure.file, "") + ": " + note);
+  std::vector<ChainMatch> matches;
+  for (const FileReport& file : files)
+    matches.insert(matches.end(), file.matches.begin(), file.matches.end());
+  for (const std::string& line : chainsWithoutShifts(matches, structures)) notes.push_back(line);
+  return notes;
 }
 
 // --- Reporting ----------------------------------------------------------------------------------
@@ -98,11 +118,19 @@ std::string flagWarning(const ProlineResult& proline) {
          fixedText(static_cast<double>(*proline.pCisNorm), 3) + ")";
 }
 
+std::vector<ChainNotes> chainNotes(const FileReport& file, std::vector<std::string> ProteinResult::*notes) {
+  std::vector<ChainNotes> chains;
+  for (const ProteinResult& protein : file.proteins) chains.push_back({protein.chain, protein.*notes});
+  return chains;
+}
+
 void sayAll(const RunReport& report) {
+  for (const std::string& note : report.structureNotes) say("note: " + note);
   for (const FileReport& file : report.files) {
-    std::vector<ChainNotes> notes;
-    for (const ProteinResult& protein : file.proteins) notes.push_back({protein.chain, protein.notes});
-    sayFileNotes(file.file, notes, kNotesShown, "--format json has them all");
+    sayFileNotes(file.file, chainNotes(file, &ProteinResult::notes), kNotesShown,
+                 "--format json has them all");
+    sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown,
+                 "the report has them all");
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const ReferencingOffset& offset : protein.offsets)
@@ -129,14 +157,11 @@ void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
       say("warning: --residue " + number + ": no file has a proline of this number");
 }
 
-void mustBeTable(const RunSettings& settings) {
+void mustFitFormat(const RunSettings& settings) {
   if (settings.explain && settings.format != "table")
     throw Error("--explain goes with --format table; the other formats hold the evidence without it");
-}
-
-bool wantsColour(const std::string& output) {
-  const char* refused = std::getenv("NO_COLOR");
-  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
+  if (!settings.structures.empty() && settings.format != "html")
+    throw Error("--structure goes with --format html; for a table, CSV or JSON use zorvela-kit compare");
 }
 
 std::vector<std::string> formatNames() {
@@ -146,15 +171,18 @@ std::vector<std::string> formatNames() {
 }
 
 void run(const RunSettings& settings) {
-  mustBeTable(settings);
+  mustFitFormat(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
   InputFiles inputs(settings.files);
+  inputs.add(settings.structures);
   inputs.addFolder(report.tables);
   inputs.mustNotHold(settings.output);
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
-  report.files = predictFiles(settings, tables);
+  const std::vector<ProteinStructure> structures = readStructures(settings.structures);
+  report.files = predictFiles(settings, tables, structures);
+  report.structureNotes = notesOn(structures, report.files);
   sayAll(report);
   sayUnknownResidues(settings, report);
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
@@ -188,6 +216,9 @@ void addRun(CLI::App& app) {
   command->add_option("--output", settings->output)
       ->type_name("FILE")
       ->description("Write to this file instead of standard output");
+  command->add_option("--structure", settings->structures)
+      ->type_name("MODEL")
+      ->description("With --format html: structures (PDB, mmCIF) to compare with, behind the shift files");
   CLI::Option* explain =
       command->add_flag("--explain", settings->explain)
           ->description("Below each proline: what speaks for cis and for trans, and what to measure next");

@@ -48,7 +48,7 @@ std::string orEmpty(const std::optional<double>& value, int decimals) {
 
 Cells cellsOf(const ComparedProtein& protein, const ComparedProline& proline) {
   const ProlineResult& shifts = proline.shifts;
-  const std::vector<ModelBond> bonds = bondsOf(proline);
+  const std::vector<ModelBond> bonds = proline.bonds();
   return {protein.result.file,
           protein.result.chain,
           protein.result.list,

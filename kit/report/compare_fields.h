@@ -9,12 +9,6 @@
 
 namespace zorvela {
 
-/// The bonds of all sites of a proline.
-std::vector<ModelBond> bondsOf(const ComparedProline& proline);
-
-/// The mean CA - CA distance (A) of the bonds without omega; nothing without any.
-std::optional<double> meanCaToCa(const std::vector<ModelBond>& bonds);
-
 /// A value of every site, joined by semicolons: "A;B".
 std::string joined(const std::vector<BondSite>& sites, const std::string BondSite::*value);
 

@@ -60,7 +60,7 @@ Json toJson(const BondSite& site) {
 
 Json toJson(const ComparedProline& proline) {
   const ProlineResult& shifts = proline.shifts;
-  const std::vector<ModelBond> bonds = bondsOf(proline);
+  const std::vector<ModelBond> bonds = proline.bonds();
   Json sites = Json::array();
   for (const BondSite& site : proline.sites) sites.push_back(toJson(site));
   return {{"resid", shifts.number},

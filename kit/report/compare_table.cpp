@@ -34,7 +34,7 @@ std::string modelsText(const ComparedProline& proline) {
 }
 
 std::string geometryText(const ComparedProline& proline) {
-  const std::vector<ModelBond> bonds = bondsOf(proline);
+  const std::vector<ModelBond> bonds = proline.bonds();
   if (const auto omega = meanOmega(bonds)) return fixedText(*omega, 0);
   if (const auto step = meanCaToCa(bonds)) return "CA-CA " + fixedText(*step, 1) + " A";
   return kAbsentCell;

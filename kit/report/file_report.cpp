@@ -1,6 +1,7 @@
 // What became of one file.
 #include <exception>
 #include <new>
+#include <utility>
 
 #include "formats/input_bytes.h"
 #include "zorvela/error.h"
@@ -8,12 +9,36 @@
 
 namespace zorvela {
 
+namespace {
+
+std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, Predictor& predictor) {
+  std::vector<ProteinResult> results;
+  results.reserve(proteins.size());
+  for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
+  return results;
+}
+
+/// Puts what the structures say into the report.
+void addFindings(const std::vector<Protein>& proteins, const std::vector<ProteinStructure>& structures,
+                 FileReport& report) {
+  std::vector<ComparedProtein> compared = compareWithStructures(proteins, report.proteins, structures);
+  report.proteins.clear();
+  for (ComparedProtein& protein : compared) {
+    report.proteins.push_back(std::move(protein.result));
+    report.matches.insert(report.matches.end(), protein.matches.begin(), protein.matches.end());
+  }
+}
+
+}  // namespace
+
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor) {
+                    Predictor& predictor, const std::vector<ProteinStructure>& structures) {
   FileReport report;
   report.file = file;
   try {
-    for (const Protein& protein : read()) report.proteins.push_back(predictor.predict(protein));
+    const std::vector<Protein> proteins = read();
+    report.proteins = resultsOf(proteins, predictor);
+    if (!structures.empty()) addFindings(proteins, structures, report);
     return report;
   } catch (const Error& e) {
     report.error = e.what();
@@ -23,6 +48,7 @@ FileReport reportOn(const std::string& file, const std::function<std::vector<Pro
     report.error = Error(file, 0, std::string("cannot be predicted: ") + e.what(), "").what();
   }
   report.proteins.clear();
+  report.matches.clear();
   return report;
 }
 

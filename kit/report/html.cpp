@@ -63,6 +63,16 @@ std::string chainName(const ProteinResult& protein) {
   return name;
 }
 
+bool hasFindings(const ProteinResult& protein) {
+  return std::any_of(protein.prolines.begin(), protein.prolines.end(),
+                     [](const ProlineResult& proline) { return proline.structure.has_value(); });
+}
+
+std::string structureAnswer(const ProteinResult& protein) {
+  const std::string sentence = structureSentence(protein);
+  return sentence.empty() ? "No call could be compared with a structure." : sentence;
+}
+
 /// "1 of 6 prolines is cis: P117. Undecided: P31."
 std::string answer(const ProteinResult& protein) {
   const std::size_t count = protein.prolines.size();
@@ -78,6 +88,7 @@ std::string answer(const ProteinResult& protein) {
   else
     text = "None of " + counted(count, "proline", "prolines") + " is called cis.";
   if (countOf(protein, Call::undecided) > 0) text += " Undecided: " + namesOf(protein, Call::undecided) + ".";
+  if (hasFindings(protein)) text += " " + structureAnswer(protein);
   return text;
 }
 
@@ -88,12 +99,17 @@ std::string figure(const std::string& title, const std::string& picture, const s
          "</figcaption></figure>\n";
 }
 
+std::string markCaption(const ProteinResult& protein) {
+  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
+}
+
 std::string chainFigure(const ProteinResult& protein) {
   if (protein.assignments.empty()) return "";
   return "<figure><div class=\"grid strips\">" + chainPicture(protein) +
          "</div><figcaption>Lines of 60 residues. Band: share of N, HA, C, CA, CB, HN that is assigned, none "
          "(hollow) "
-         "to all (dark).</figcaption></figure>\n";
+         "to all (dark)." +
+         markCaption(protein) + "</figcaption></figure>\n";
 }
 
 std::string figures(const ProteinResult& protein, const ClassStatistics& classes) {
@@ -102,7 +118,8 @@ std::string figures(const ProteinResult& protein, const ClassStatistics& classes
     text += figure(cbCgTitle(protein), picture,
                    "Ellipses: one and two deviations of each class. Marks on the axis: no CG. Names that "
                    "find no place are "
-                   "in the table.");
+                   "in the table." +
+                       markCaption(protein));
   text += figure(referencingTitle(protein), referencingPicture(protein),
                  "Offsets of all shifts of an atom, with their errors; beyond the dashed lines a correction "
                  "is called for.");
@@ -128,6 +145,29 @@ std::string chanceText(const ProlineResult& proline) {
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
 }
 
+/// How a verdict reads as a sentence.
+std::string verdictSentence(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::agree:
+      return "The structure agrees.";
+    case Verdict::disagree:
+      return "The structure disagrees.";
+    case Verdict::undecided:
+      return "Undecided by the shifts.";
+    case Verdict::mixed:
+      return "The models contradict each other.";
+    case Verdict::noPrediction:
+      return "No prediction to compare.";
+    case Verdict::notInStructure:
+      break;
+  }
+  return "Not in the structure.";
+}
+
+std::string structureParagraph(const StructureFinding& finding) {
+  return "<p><b>" + verdictSentence(finding.verdict) + "</b> " + escaped(finding.sentence) + "</p>\n";
+}
+
 std::string card(const ProlineResult& proline) {
   if (!proline.evidence) return "";
   std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
@@ -137,7 +177,7 @@ std::string card(const ProlineResult& proline) {
   text += "</h3>\n" + paragraph(tripletText(proline), "class=\"faint\"");
   text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "class=\"say\"");
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
-  if (!proline.verdict.empty()) text += paragraph("Structure: " + proline.verdict);
+  if (proline.structure) text += structureParagraph(*proline.structure);
   text += evidencePicture(proline);
   if (hasClipped(*proline.evidence))
     text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "class=\"faint\"");
@@ -158,16 +198,24 @@ std::string cards(const ProteinResult& protein) {
   return text;
 }
 
-bool hasVerdicts(const ProteinResult& protein) {
-  return std::any_of(protein.prolines.begin(), protein.prolines.end(),
-                     [](const ProlineResult& proline) { return !proline.verdict.empty(); });
-}
-
 std::string cell(const std::string& text, const std::string& attributes = "") {
   return "<td" + (attributes.empty() ? "" : " " + attributes) + ">" + escaped(text) + "</td>";
 }
 
-std::string tableRow(const ProlineResult& proline, bool withVerdict) {
+std::string geometry(const StructureFinding& finding) {
+  if (finding.omega) return fixedText(*finding.omega, 0) + "°";
+  return finding.caToCa ? "CA–CA " + fixedText(*finding.caToCa, 1) + " Å" : "–";
+}
+
+std::string structureCells(const ProlineResult& proline) {
+  if (!proline.structure) return cell("–") + cell("–", "class=\"r x\"") + cell("–");
+  const StructureFinding& finding = *proline.structure;
+  return cell(finding.call == StructureCall::none ? "–" : toText(finding.call)) +
+         cell(geometry(finding), "class=\"r x\"") +
+         cell(toText(finding.verdict), finding.verdict == Verdict::disagree ? "class=\"b\"" : "");
+}
+
+std::string tableRow(const ProlineResult& proline, bool withStructure) {
   const auto shift = [](const std::optional<float>& value) {
     return value ? fixedText(static_cast<double>(*value), 2) : "–";
   };
@@ -178,27 +226,41 @@ std::string tableRow(const ProlineResult& proline, bool withVerdict) {
          cell(residueName(proline.next, proline.nextNumber)) + cell(shift(proline.cgShift)) +
          cell(probability(proline.pCis)) + cell(probability(proline.pCisNorm)) +
          cell(proline.reason.empty() ? toText(proline.call) : proline.reason) + cell(strongest) +
-         cell(nextShiftOf(proline)) + (withVerdict ? cell(proline.verdict) : "") + "</tr>\n";
+         cell(nextShiftOf(proline)) + (withStructure ? structureCells(proline) : "") + "</tr>\n";
 }
 
 /// The style sheet knows the columns by their numbers.
 std::string table(const ProteinResult& protein) {
   if (protein.prolines.empty()) return "";
-  const bool withVerdict = hasVerdicts(protein);
+  const bool withStructure = hasFindings(protein);
   std::string text =
       "<h2>All prolines</h2>\n<div class=\"wide\"><table class=\"prolines\"><thead><tr><th>Proline</th>"
       "<th>Before</th><th>After</th><th>CG (ppm)</th><th>P_CIS</th><th>P_CIS_NORM</th><th>Call</th>"
       "<th>Strongest (nats)</th><th>Next shift (bits)</th>";
-  text += withVerdict ? "<th>Structure</th></tr></thead>\n<tbody>\n" : "</tr></thead>\n<tbody>\n";
-  for (const ProlineResult& proline : protein.prolines) text += tableRow(proline, withVerdict);
+  if (withStructure) text += "<th>Structure</th><th class=\"r x\">|omega|</th><th>Verdict</th>";
+  text += "</tr></thead>\n<tbody>\n";
+  for (const ProlineResult& proline : protein.prolines) text += tableRow(proline, withStructure);
   return text + "</tbody></table></div>\n";
+}
+
+std::string bulletList(const std::vector<std::string>& items) {
+  std::string list = "<ul>\n";
+  for (const std::string& item : items) list += "<li>" + escaped(item) + "</li>\n";
+  return list + "</ul>\n";
+}
+
+std::string structures(const ProteinResult& protein) {
+  if (protein.structureChains.empty() && protein.structureNotes.empty()) return "";
+  std::string text = "<h2>Against the structure</h2>\n";
+  if (!protein.structureChains.empty())
+    text += paragraph("Compared with " + enumerated(protein.structureChains, protein.structureChains.size()) +
+                      ".");
+  return text + (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
 }
 
 std::string notes(const ProteinResult& protein) {
   if (protein.notes.empty()) return "";
-  std::string list = "<ul>\n";
-  for (const std::string& note : protein.notes) list += "<li>" + escaped(note) + "</li>\n";
-  list += "</ul>\n";
+  const std::string list = bulletList(protein.notes);
   const std::string title = counted(protein.notes.size(), "note", "notes") + " of the import";
   if (protein.notes.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
   return "<details><summary>" + title + "</summary>\n" + list + "</details>\n";
@@ -209,7 +271,7 @@ std::string chainBody(const ProteinResult& protein, const ClassStatistics& class
          paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
                        counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
                    "class=\"faint\"") +
-         figures(protein, classes) + cards(protein) + table(protein) + notes(protein);
+         figures(protein, classes) + cards(protein) + table(protein) + structures(protein) + notes(protein);
 }
 
 // --- All chains ---------------------------------------------------------------------------------
@@ -221,9 +283,12 @@ std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
 }
 
 std::string indexTable(const std::vector<const ProteinResult*>& chains) {
+  const bool withStructure = std::any_of(chains.begin(), chains.end(),
+                                         [](const ProteinResult* chain) { return hasFindings(*chain); });
   std::string text =
       "<h2>Index</h2>\n<div class=\"wide\"><table><thead><tr><th>Chain</th><th class=\"r x\">Residues</th>"
-      "<th class=\"r\">Prolines</th><th>Cis</th><th>Undecided</th></tr></thead>\n<tbody>\n";
+      "<th class=\"r\">Prolines</th><th>Cis</th><th>Undecided</th>";
+  text += withStructure ? "<th>Structure disagrees</th></tr></thead>\n<tbody>\n" : "</tr></thead>\n<tbody>\n";
   const auto orNone = [](const std::string& names) { return names.empty() ? "–" : names; };
   for (std::size_t i = 0; i < chains.size(); ++i) {
     const ProteinResult& protein = *chains[i];
@@ -232,14 +297,21 @@ std::string indexTable(const std::vector<const ProteinResult*>& chains) {
             cell(std::to_string(protein.length), "class=\"r x\"") +
             cell(std::to_string(protein.prolines.size()), "class=\"r\"") +
             cell(orNone(namesOf(protein, Call::cis))) + cell(orNone(namesOf(protein, Call::undecided))) +
-            "</tr>\n";
+            (withStructure ? cell(orNone(namesOf(protein, Verdict::disagree))) : "") + "</tr>\n";
   }
   return text + "</tbody></table></div>\n";
 }
 
+std::string structureNotes(const RunReport& report) {
+  return report.structureNotes.empty()
+             ? ""
+             : "<h2>Notes on the structures</h2>\n" + bulletList(report.structureNotes);
+}
+
 /// Chains with something to look at stand open.
 std::string folded(const ProteinResult& protein, const ClassStatistics& classes, std::size_t number) {
-  const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0;
+  const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0 ||
+                      !namesOf(protein, Verdict::disagree).empty();
   return "<details class=\"chain\" id=\"chain" + std::to_string(number) + "\"" + (isOpen ? " open" : "") +
          "><summary>" + escaped(chainName(protein)) + "</summary>\n" + chainBody(protein, classes) +
          "</details>\n";
@@ -258,13 +330,23 @@ std::string errors(const RunReport& report) {
   return text + "</ul>\n";
 }
 
-std::string key() {
+std::string key(const RunReport& report) {
   const auto item = [](Call call, const std::string& text) {
     return "<li>" + symbol(call) + " " + escaped(text) + "</li>";
   };
+  const auto markItem = [](const std::string& mark, const std::string& text) {
+    return "<li><svg class=\"i\" viewBox=\"-11 -11 22 22\" aria-hidden=\"true\"><circle class=\"p\" "
+           "r=\"4.5\"/><use href=\"#" +
+           mark + "\"/></svg> " + escaped(text) + "</li>";
+  };
+  bool withStructure = false;
+  forEachProtein(
+      report, [&](const ProteinResult& protein) { withStructure = withStructure || hasFindings(protein); });
+  const std::string marks =
+      withStructure ? markItem("va", "the structure agrees") + markItem("vd", "the structure disagrees") : "";
   return "<ul class=\"key\">" + item(Call::cis, "cis: P_CIS_NORM at least " + numberText(kCisFrom)) +
          item(Call::trans, "trans: at most " + numberText(kTransUpTo)) +
-         item(Call::undecided, "undecided: between") + item(Call::none, "no prediction") + "</ul>\n";
+         item(Call::undecided, "undecided: between") + item(Call::none, "no prediction") + marks + "</ul>\n";
 }
 
 // --- How to read this ---------------------------------------------------------------------------
@@ -378,13 +460,13 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
       << symbolDefinitions() << evidenceDefinitions() << cbCgDefinitions(report.classes)
       << referencingDefinitions() << "<main>\n<h1>" << escaped(title) << "</h1>\n";
   if (chains.size() == 1) {
-    out << key() << chainBody(*chains.front(), report.classes);
+    out << key(report) << chainBody(*chains.front(), report.classes);
   } else {
-    out << paragraph(countsOf(report), "class=\"lead\"") << key();
+    out << paragraph(countsOf(report), "class=\"lead\"") << key(report);
     if (!chains.empty()) out << indexTable(chains);
     for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
   }
-  out << errors(report) << howToRead(report) << "</main>\n</body>\n</html>\n";
+  out << errors(report) << structureNotes(report) << howToRead(report) << "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace zorvela

@@ -19,9 +19,10 @@ constexpr double kTop = 12;
 constexpr double kBottom = 300;
 constexpr double kHeight = 340;
 constexpr double kRugTop = kBottom - 12;
+constexpr double kRugMiddle = (kRugTop + kBottom) / 2;
 constexpr double kDeviationsShown = 2.4;
 constexpr double kTextHeight = 12;
-constexpr double kFromPoint = 8;
+constexpr double kFromPoint = 2;  // between a label and its point
 constexpr std::size_t kLongestNumber = 6;
 constexpr double kDegrees = 57.29577951308232;  // in a radian
 constexpr double kRuleTextAt = 0.2;             // of the line
@@ -154,7 +155,11 @@ struct Point {
   bool isOffScale = false;
   std::string title;
 
-  Box box() const { return {x - 6, y - 6, 12, 12}; }
+  bool isMarked() const {
+    return verdictOf(*proline) == Verdict::agree || verdictOf(*proline) == Verdict::disagree;
+  }
+  double half() const { return isMarked() ? kVerdictSize + 2 : 6; }
+  Box box() const { return {x - half(), y - half(), 2 * half(), 2 * half()}; }
 };
 
 std::optional<double> observed(const ProlineResult& proline, int index) {
@@ -176,7 +181,7 @@ std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
                 ""};
     point.isOffScale = x < kLeft || x > kRight || y < kTop || y > kBottom;
     point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) + ", CG " +
-                  figureText(*cg, 2) + " ppm";
+                  figureText(*cg, 2) + " ppm" + verdictSuffix(proline);
     points.push_back(point);
   }
   return points;
@@ -188,11 +193,12 @@ std::string labelOf(const Point& point) {
 
 /// Places beside a point, the best first.
 std::array<Box, 8> placesBeside(const Point& point, double width) {
-  const double right = point.x + kFromPoint;
-  const double left = point.x - kFromPoint - width;
+  const double distance = point.half() + kFromPoint;
+  const double right = point.x + distance;
+  const double left = point.x - distance - width;
   const double middle = point.x - width / 2;
-  const double above = point.y - kFromPoint - kTextHeight;
-  const double below = point.y + kFromPoint;
+  const double above = point.y - distance - kTextHeight;
+  const double below = point.y + distance;
   const double level = point.y - kTextHeight / 2;
   const auto at = [width](double x, double y) { return Box{x, y, width, kTextHeight}; };
   return {at(right, level),     at(left, level),      at(middle, above),   at(middle, below),
@@ -235,8 +241,8 @@ std::vector<Point> rugOf(const ProteinResult& protein, const Scale& scale) {
     if (!cb || observed(proline, kIndexCG)) continue;
     Point point{&proline, std::clamp(scale.x(*cb), kLeft + 2, kRight - 2), kRugTop, false, ""};
     point.isOffScale = scale.x(*cb) < kLeft || scale.x(*cb) > kRight;
-    point.title =
-        "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) + " ppm, CG missing";
+    point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) +
+                  " ppm, CG missing" + verdictSuffix(proline);
     points.push_back(point);
   }
   return points;
@@ -260,6 +266,11 @@ Box classLabel(const Centre& centre, const Scale& scale, bool isUpper, double wi
 struct ClassLabels {
   Box cis, trans;
 };
+
+std::string describe(const ProteinResult& protein) {
+  const std::string structure = structureSentence(protein);
+  return cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
+}
 
 ClassLabels classLabels(const ClassStatistics& classes, const Scale& scale) {
   const Centre cis = centreOf(classes.cis, classes.prolineCB);
@@ -305,15 +316,16 @@ std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& cla
   if (points.empty() && rug.empty()) return "";
   std::string marks;
   for (const Point& point : points) {
-    marks += svgSymbol(point.proline->call, point.x, point.y, point.title) + "\n";
+    marks += svgSymbol(point.proline->call, point.x, point.y, point.title) +
+             svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
   }
   for (const Point& point : rug) {
-    marks += rugMark(point) + "\n";
+    marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMiddle) + "\n";
   }
   std::vector<Point> all = points;
   all.insert(all.end(), rug.begin(), rug.end());
   const ClassLabels names = classLabels(classes, scale);
-  return openPicture(kHeight, cbCgTitle(protein)) + "<use href=\"#k\"/>\n" + marks +
+  return openPicture(kHeight, describe(protein)) + "<use href=\"#k\"/>\n" + marks +
          labels(all, {names.cis, names.trans, ruleTextBox(scale)}) + "\n" + kClosePicture;
 }
 

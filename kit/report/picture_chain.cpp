@@ -31,6 +31,7 @@ double middleOf(std::size_t column) {
 struct Name {
   Call call = Call::none;
   std::string text;
+  bool isMarked = false;  ///< by a verdict
   double anchor = 0;
   double x = 0;
 
@@ -100,14 +101,15 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index < first || index >= last) continue;
     const double x = middleOf(index - first);
-    names.push_back({proline.call, "P" + shortened(proline.number, kLongestNumber), x, x});
-    symbols += svgSymbol(proline.call, x, kSymbolY);
+    const std::string mark = svgVerdict(verdictOf(proline), x, kSymbolY);
+    names.push_back({proline.call, "P" + shortened(proline.number, kLongestNumber), !mark.empty(), x, x});
+    symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
   std::string labels;
   for (const Name& name : placed(names)) {
     const std::string style = name.call == Call::cis ? "class=\"m b\"" : "class=\"m\"";
     labels += svgText(name.x, kNameY, name.text, style) +
-              svgLine(name.x, kNameY + 3, name.anchor, kSymbolY - 7, "l");
+              svgLine(name.x, kNameY + 3, name.anchor, kSymbolY - (name.isMarked ? kVerdictSize : 7), "l");
   }
   return labels + symbols + "\n";
 }
@@ -118,9 +120,18 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
   for (const ProlineResult& proline : protein.prolines) {
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index >= first && index < last)
-      calls += (calls.empty() ? " " : ", ") + ("P" + proline.number) + " " + toText(proline.call);
+      calls += (calls.empty() ? " " : ", ") + ("P" + proline.number) + " " + toText(proline.call) +
+               verdictSuffix(proline);
   }
   return text + (calls.empty() ? " no proline" : calls);
+}
+
+template <class Fits>
+std::string namesIf(const ProteinResult& protein, Fits fits) {
+  std::vector<std::string> names;
+  for (const ProlineResult& proline : protein.prolines)
+    if (fits(proline)) names.push_back("P" + proline.number);
+  return enumerated(names);
 }
 
 }  // namespace
@@ -137,10 +148,30 @@ std::string chainPicture(const ProteinResult& protein) {
 }
 
 std::string namesOf(const ProteinResult& protein, Call call) {
-  std::vector<std::string> names;
-  for (const ProlineResult& proline : protein.prolines)
-    if (proline.call == call) names.push_back("P" + proline.number);
-  return enumerated(names);
+  return namesIf(protein, [call](const ProlineResult& proline) { return proline.call == call; });
+}
+
+std::string namesOf(const ProteinResult& protein, Verdict verdict) {
+  return namesIf(protein, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
+}
+
+std::optional<Verdict> verdictOf(const ProlineResult& proline) {
+  if (!proline.structure) return std::nullopt;
+  return proline.structure->verdict;
+}
+
+std::string structureSentence(const ProteinResult& protein) {
+  const std::string disagreeing = namesOf(protein, Verdict::disagree);
+  const std::string agreeing = namesOf(protein, Verdict::agree);
+  if (disagreeing.empty()) return agreeing.empty() ? "" : "The structure agrees: " + agreeing + ".";
+  return "The structure disagrees: " + disagreeing + "." +
+         (agreeing.empty() ? "" : " It agrees: " + agreeing + ".");
+}
+
+std::string verdictSuffix(const ProlineResult& proline) {
+  const std::optional<Verdict> verdict = verdictOf(proline);
+  if (verdict == Verdict::agree) return ", structure agrees";
+  return verdict == Verdict::disagree ? ", structure disagrees" : "";
 }
 
 }  // namespace zorvela

@@ -1,6 +1,7 @@
 // The pictures of a report, each as HTML that stands alone but for the symbols and the style of the page.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,5 +33,14 @@ std::string referencingTitle(const ProteinResult& protein);
 
 /// The prolines of a call as text: "P31, P117 and P201".
 std::string namesOf(const ProteinResult& protein, Call call);
+/// The same of those with a verdict of the structures.
+std::string namesOf(const ProteinResult& protein, Verdict verdict);
+
+/// What the structures say of a proline, if they were asked.
+std::optional<Verdict> verdictOf(const ProlineResult& proline);
+/// "The structure disagrees: P117. It agrees: P11, P31." Empty where it does neither.
+std::string structureSentence(const ProteinResult& protein);
+/// How a text alternative goes on for that verdict: ", structure disagrees"; empty without a mark.
+std::string verdictSuffix(const ProlineResult& proline);
 
 }  // namespace zorvela

@@ -107,6 +107,8 @@ std::string symbolDefinitions() {
          "<circle id=\"t\" class=\"t\" r=\"4.5\"/>\n"
          "<path id=\"u\" class=\"u\" d=\"M0 -6L6 0L0 6L-6 0z\"/>\n"
          "<circle id=\"n\" class=\"n\" r=\"4\"/>\n"
+         "<circle id=\"va\" class=\"va\" r=\"9\"/>\n"
+         "<path id=\"vd\" class=\"vd\" d=\"M-9 -9h18v18h-18z\"/>\n"
          "</defs></svg>\n";
 }
 
@@ -114,6 +116,12 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title) {
   const std::string use =
       "<use href=\"#" + letterOf(call) + "\" x=\"" + coordinate(x) + "\" y=\"" + coordinate(y) + "\"";
   return title.empty() ? use + "/>" : use + "><title>" + escaped(title) + "</title></use>";
+}
+
+std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y) {
+  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
+  return std::string("<use href=\"#v") + (verdict == Verdict::agree ? "a" : "d") + "\" x=\"" + coordinate(x) +
+         "\" y=\"" + coordinate(y) + "\"/>";
 }
 
 }  // namespace zorvela

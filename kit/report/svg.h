@@ -2,6 +2,7 @@
 // wide, on a phone too, so that text has the same size everywhere.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "zorvela/calls.h"
@@ -48,5 +49,11 @@ std::string letterOf(Call call);
 std::string symbolDefinitions();
 /// The symbol of a call, centred at a place; `title` shows while a pointer is over it.
 std::string svgSymbol(Call call, double x, double y, const std::string& title = "");
+
+/// The mark around a symbol that says how a structure goes with the call: a ring where it agrees, a square
+/// where it disagrees. Other verdicts, and no structure, have none.
+std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y);
+/// Half the size of that mark, of either kind (units).
+inline constexpr double kVerdictSize = 9;
 
 }  // namespace zorvela

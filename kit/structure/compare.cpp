@@ -168,7 +168,7 @@ StructureCall callOf(const ComparedProline& proline) {
   if (cis > 0 && trans > 0) return StructureCall::mixed;
   if (cis > 0) return StructureCall::cis;
   if (trans > 0) return StructureCall::trans;
-  return proline.bonds() > 0 ? StructureCall::twisted : StructureCall::none;
+  return proline.bonds().empty() ? StructureCall::none : StructureCall::twisted;
 }
 
 bool isSame(Call shifts, StructureCall structure) {
@@ -190,20 +190,15 @@ std::string countsText(const ComparedProline& proline) {
   for (const BondState state : {BondState::cis, BondState::trans, BondState::twisted})
     if (const std::size_t count = proline.count(state); count > 0)
       text += (text.empty() ? "" : ", ") + toText(state) + " in " + std::to_string(count);
-  return text + " of " + counted(proline.bonds(), "model", "models");
-}
-
-std::vector<ModelBond> allBonds(const ComparedProline& proline) {
-  std::vector<ModelBond> bonds;
-  for (const BondSite& site : proline.sites) bonds.insert(bonds.end(), site.bonds.begin(), site.bonds.end());
-  return bonds;
+  return text + " of " + counted(proline.bonds().size(), "model", "models");
 }
 
 std::string geometryText(const ComparedProline& proline) {
-  const std::vector<ModelBond> bonds = allBonds(proline);
+  const std::vector<ModelBond> bonds = proline.bonds();
   if (const auto omega = meanOmega(bonds))
     return (bonds.size() > 1 ? "mean |omega| " : "|omega| ") + fixedText(*omega, 0) + " degrees";
-  return bonds.empty() ? "" : "CA - CA " + fixedText(*bonds.front().caToCa, 1) + " A";
+  const auto step = meanCaToCa(bonds);
+  return step ? "CA - CA " + fixedText(*step, 1) + " A" : "";
 }
 
 std::string carbonText(const Protein& protein, const ProlineResult& proline) {
@@ -255,6 +250,14 @@ std::string evidenceOf(const Protein& protein, const ComparedProline& proline) {
   return std::string(trimmed(text));
 }
 
+StructureFinding findingOf(const ComparedProline& proline) {
+  const std::vector<ModelBond> bonds = proline.bonds();
+  const std::string seen =
+      bonds.empty() ? "" : "The structure is " + countsText(proline) + " (" + geometryText(proline) + ").";
+  return {proline.structure, proline.verdict, meanOmega(bonds), meanCaToCa(bonds),
+          proline.evidence.empty() ? seen : proline.evidence};
+}
+
 ComparedProline compared(const Protein& protein, const ProlineResult& result,
                          const std::vector<const Fit*>& fits) {
   ComparedProline proline;
@@ -264,46 +267,32 @@ ComparedProline compared(const Protein& protein, const ProlineResult& result,
   proline.structure = callOf(proline);
   proline.verdict = verdictOf(result.call, proline.structure);
   proline.evidence = evidenceOf(protein, proline);
+  proline.shifts.structure = findingOf(proline);
   return proline;
+}
+
+/// "model.pdb, chain A (135 of 136 aligned residues are the same)".
+std::string matchText(const ChainMatch& match) {
+  return nameOf(match.file, match.chain) + " (" + std::to_string(match.identical) + " of " +
+         counted(match.aligned, "aligned residue is", "aligned residues are") + " the same)";
+}
+
+std::optional<double> meanSize(const std::vector<ModelBond>& bonds,
+                               const std::optional<double> ModelBond::*value) {
+  double sum = 0;
+  std::size_t count = 0;
+  for (const ModelBond& bond : bonds) {
+    if (!(bond.*value)) continue;
+    sum += std::fabs(*(bond.*value));
+    ++count;
+  }
+  if (count == 0) return std::nullopt;
+  return sum / static_cast<double>(count);
 }
 
 }  // namespace
 
 // --- The comparison -------------------------------------------------------------------------------
-
-std::string toText(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::agree:
-      return "agree";
-    case Verdict::disagree:
-      return "disagree";
-    case Verdict::undecided:
-      return "undecided by shifts";
-    case Verdict::mixed:
-      return "mixed models";
-    case Verdict::noPrediction:
-      return "no prediction";
-    case Verdict::notInStructure:
-      break;
-  }
-  return "not in the structure";
-}
-
-std::string toText(StructureCall call) {
-  switch (call) {
-    case StructureCall::cis:
-      return "cis";
-    case StructureCall::trans:
-      return "trans";
-    case StructureCall::twisted:
-      return "twisted";
-    case StructureCall::mixed:
-      return "mixed";
-    case StructureCall::none:
-      break;
-  }
-  return "none";
-}
 
 std::size_t BondSite::count(BondState state) const {
   return static_cast<std::size_t>(std::count_if(
@@ -316,22 +305,18 @@ std::size_t ComparedProline::count(BondState state) const {
   return count;
 }
 
-std::size_t ComparedProline::bonds() const {
-  std::size_t count = 0;
-  for (const BondSite& site : sites) count += site.bonds.size();
-  return count;
+std::vector<ModelBond> ComparedProline::bonds() const {
+  std::vector<ModelBond> bonds;
+  for (const BondSite& site : sites) bonds.insert(bonds.end(), site.bonds.begin(), site.bonds.end());
+  return bonds;
 }
 
 std::optional<double> meanOmega(const std::vector<ModelBond>& bonds) {
-  double sum = 0;
-  std::size_t count = 0;
-  for (const ModelBond& bond : bonds) {
-    if (!bond.omega) continue;
-    sum += std::fabs(*bond.omega);
-    ++count;
-  }
-  if (count == 0) return std::nullopt;
-  return sum / static_cast<double>(count);
+  return meanSize(bonds, &ModelBond::omega);
+}
+
+std::optional<double> meanCaToCa(const std::vector<ModelBond>& bonds) {
+  return meanSize(bonds, &ModelBond::caToCa);
 }
 
 std::vector<ComparedProtein> compareWithStructures(const std::vector<Protein>& proteins,
@@ -352,18 +337,22 @@ std::vector<ComparedProtein> compareWithStructures(const std::vector<Protein>& p
       addNotes(protein.matches.back(), protein.notes);
     }
     if (own.empty()) protein.notes.emplace_back("no chain of the structures is this protein");
-    for (const ProlineResult& proline : results[p].prolines)
+    for (ProlineResult& proline : protein.result.prolines) {
       protein.prolines.push_back(compared(proteins[p], proline, own));
+      proline.structure = protein.prolines.back().shifts.structure;
+    }
+    for (const ChainMatch& match : protein.matches)
+      protein.result.structureChains.push_back(matchText(match));
+    protein.result.structureNotes = protein.notes;
     all.push_back(std::move(protein));
   }
   return all;
 }
 
-std::vector<std::string> chainsWithoutShifts(const std::vector<ComparedProtein>& proteins,
+std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
                                              const std::vector<ProteinStructure>& structures) {
   std::set<std::pair<std::string, std::string>> matched;
-  for (const ComparedProtein& protein : proteins)
-    for (const ChainMatch& match : protein.matches) matched.emplace(match.file, match.chain);
+  for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain);
   std::vector<std::string> lines;
   for (const ProteinStructure& structure : structures)
     for (const StructureChain& chain : structure.chains)

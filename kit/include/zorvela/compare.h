@@ -12,17 +12,6 @@
 
 namespace zorvela {
 
-/// How the shifts of a proline and its bond in the structures go together.
-enum class Verdict { agree, disagree, undecided, mixed, noPrediction, notInStructure };
-/// "agree", "disagree", "undecided by shifts", "mixed models", "no prediction" or "not in the structure".
-std::string toText(Verdict verdict);
-
-/// What the structures say of a bond: cis or trans where at least one model does and none says the other;
-/// twisted where all models are in between; mixed where models, chains or structures contradict each other.
-enum class StructureCall { cis, trans, twisted, mixed, none };
-/// "cis", "trans", "twisted", "mixed" or "none".
-std::string toText(StructureCall call);
-
 /// A proline in one chain of one structure.
 struct BondSite {
   std::string file;
@@ -48,7 +37,7 @@ struct ComparedProline {
   /// Bonds in that state over all sites.
   std::size_t count(BondState state) const;
   /// All bonds of all sites.
-  std::size_t bonds() const;
+  std::vector<ModelBond> bonds() const;
 };
 
 /// How a chain of a structure fits the protein of the shifts.
@@ -63,7 +52,7 @@ struct ChainMatch {
 
 /// One protein with shifts against all structures.
 struct ComparedProtein {
-  ProteinResult result;                   ///< as `Predictor` gives it
+  ProteinResult result;                   ///< as `Predictor` gives it, and what the structures say
   std::vector<ChainMatch> matches;        ///< the chains that were compared
   std::vector<ComparedProline> prolines;  ///< one for each of `result.prolines`, in that order
   std::vector<std::string> notes;         ///< mismatches, missing residues, chains left out
@@ -82,12 +71,14 @@ std::vector<ComparedProtein> compareWithStructures(const std::vector<Protein>& p
                                                    const std::vector<ProteinResult>& results,
                                                    const std::vector<ProteinStructure>& structures);
 
-/// The structure chains that match none of the proteins, each as a line: "model.pdb, chain C (25 residues)
+/// The structure chains that are in none of the matches, each as a line: "model.pdb, chain C (25 residues)
 /// has no shifts".
-std::vector<std::string> chainsWithoutShifts(const std::vector<ComparedProtein>& proteins,
+std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
                                              const std::vector<ProteinStructure>& structures);
 
 /// The mean of |omega| of the bonds that have it (degrees); nothing without any.
 std::optional<double> meanOmega(const std::vector<ModelBond>& bonds);
+/// The mean CA - CA distance (A) of the bonds without omega; nothing without any.
+std::optional<double> meanCaToCa(const std::vector<ModelBond>& bonds);
 
 }  // namespace zorvela

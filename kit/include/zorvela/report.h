@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "zorvela/compare.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -15,18 +16,21 @@ namespace zorvela {
 struct FileReport {
   std::string file;
   std::vector<ProteinResult> proteins;
+  std::vector<ChainMatch> matches;  ///< of the structures with these proteins
   std::string error;
 };
 
-/// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of
-/// this file; it ends nothing else.
+/// Predicts what `read` gives for a file, and compares it with the structures, if there are any. An exception
+/// of the reading, the prediction or the comparison is the error of this file; it ends nothing else.
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor);
+                    Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables
   ClassStatistics classes;        ///< of these tables; the pictures of `writeHtml` show them
   std::vector<FileReport> files;  ///< in the order in which they were given
+  std::vector<std::string> structureNotes =
+      {};  ///< of the structures, and which of their chains have no shifts
 };
 
 /// How many prolines were called so.

@@ -234,7 +234,9 @@ std::string table(const ProteinResult& protein) {
   if (protein.prolines.empty()) return "";
   const bool withStructure = hasFindings(protein);
   std::string text =
-      "<h2>All prolines</h2>\n<div class=\"wide\"><table class=\"prolines\"><thead><tr><th>Proline</th>"
+      std::string("<h2>All prolines</h2>\n<div class=\"wide\"><table class=\"prolines") +
+      (withStructure ? " compared" : "") +
+      "\"><thead><tr><th>Proline</th>"
       "<th>Before</th><th>After</th><th>CG (ppm)</th><th>P_CIS</th><th>P_CIS_NORM</th><th>Call</th>"
       "<th>Strongest (nats)</th><th>Next shift (bits)</th>";
   if (withStructure) text += "<th>Structure</th><th class=\"r x\">|omega|</th><th>Verdict</th>";

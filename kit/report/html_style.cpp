@@ -47,7 +47,8 @@ th{font-weight:600}td.r,th.r,.prolines :is(th,td):is(:nth-child(4),:nth-child(5)
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}
 .chain{margin:18px 0}.chain>summary{font-size:1.1rem}
-@media (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)){display:none}
+@media (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)),
+.compared :is(th,td):nth-child(4){display:none}
 th,td{padding-right:8px}.card .say{min-height:0}}
 @media print{@page{size:A4;margin:14mm}
 :root{color-scheme:light;--text:#000;--page:#fff;--card:#fff;--line:#c9ced4;--faint:#4a525c;--grid:#dfe3e7;

@@ -8,7 +8,6 @@ import math
 THREE = {"A": "ALA", "C": "CYS", "D": "ASP", "E": "GLU", "F": "PHE", "G": "GLY", "H": "HIS", "I": "ILE",
          "K": "LYS", "L": "LEU", "M": "MET", "N": "ASN", "P": "PRO", "Q": "GLN", "R": "ARG", "S": "SER",
          "T": "THR", "V": "VAL", "W": "TRP", "Y": "TYR"}
-ELEMENT = {"N": "N", "CA": "C", "C": "C", "CB": "C"}
 
 
 def sub(a, b):
@@ -78,7 +77,7 @@ def pdb_atoms(chain, residues, serial=1):
         for name, (x, y, z), alternate, occupancy in r.atoms:
             lines.append("%-6s%5d  %-3s%1s%3s %1s%4d%1s   %8.3f%8.3f%8.3f%6.2f%6.2f          %2s" % (
                 "HETATM" if r.het else "ATOM", serial, name, alternate or " ", r.name, chain, r.number, r.code or " ",
-                x, y, z, occupancy, 20.0, ELEMENT[name]))
+                x, y, z, occupancy, 20.0, name[0]))
             serial += 1
     return lines
 
@@ -110,6 +109,6 @@ def mmcif(*models):
                 for name, (x, y, z), alternate, occupancy in r.atoms:
                     serial += 1
                     lines.append("%s %d %s %s %s %s %s %d %s %.3f %.3f %.3f %.2f 20.0 %d %s %d" % (
-                        "HETATM" if r.het else "ATOM", serial, ELEMENT[name], name, alternate or ".", r.name, chain,
+                        "HETATM" if r.het else "ATOM", serial, name[0], name, alternate or ".", r.name, chain,
                         place_in_chain, r.code or "?", x, y, z, occupancy, r.number, chain, number))
     return "\n".join(lines + ["#", ""])

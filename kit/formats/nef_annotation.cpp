@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "formats/loop_lines.h"
 #include "formats/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -84,6 +85,7 @@ class Annotator {
 
   void annotate(std::size_t start, const std::vector<StarToken>& tags, const std::vector<StarToken>& values) {
     ++loops;
+    checkLines(tags, values);
     if (values.size() % tags.size() != 0)
       throw FileError(name, tokens.lineOf(start),
                       "the sequence loop has " + counted(values.size(), "value", "values") + " for " +
@@ -108,6 +110,18 @@ class Annotator {
       else if (wanted)
         setFlag(values[first + flag], row, *wanted);
     }
+  }
+
+  /// A value that is missing in one row and left over in another would move the flags between them.
+  void checkLines(const std::vector<StarToken>& tags, const std::vector<StarToken>& values) const {
+    std::vector<std::size_t> begins;
+    begins.reserve(values.size());
+    for (const StarToken& value : values) begins.push_back(value.begin);
+    if (const auto odd = firstOddLine(text, begins, tags.size()))
+      throw FileError(name, odd->number,
+                      "this row of the sequence has " + counted(odd->values, "value", "values") + " for " +
+                          counted(tags.size(), "column", "columns"),
+                      kMendLoop);
   }
 
   static std::size_t columnOf(const std::vector<StarToken>& tags, const std::vector<std::string>& names) {

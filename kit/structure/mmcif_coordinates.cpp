@@ -9,6 +9,7 @@
 #include <gemmi/mmcif.hpp>  // for make_structure_from_block
 
 #include "formats/limits.h"
+#include "formats/loop_lines.h"
 #include "formats/star_tokens.h"
 #include "structure/coordinates.h"
 #include "util/text.h"
@@ -73,6 +74,30 @@ constexpr const char* kOtherResidue = "auth_comp_id";
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+/// What is wrong with the loop at a place of the text.
+FileError badLoop(const std::string& text, const std::string& name, std::size_t line, std::size_t place) {
+  const std::size_t lineStart = place == 0 ? 0 : text.rfind('\n', place - 1) + 1;  // npos + 1 is 0
+  StarTokens tokens(text);
+  StarToken token = tokens.next();
+  while (token.kind != StarToken::Kind::end &&
+         (token.kind != StarToken::Kind::loop || token.begin < lineStart))
+    token = tokens.next();
+  std::size_t columns = 0;
+  for (token = tokens.next(); token.kind == StarToken::Kind::tag; token = tokens.next()) ++columns;
+  std::vector<std::size_t> begins;
+  for (; token.kind == StarToken::Kind::value; token = tokens.next()) begins.push_back(token.begin);
+  const char* remedy = "mend the file there, or fetch it again";
+  const auto odd = firstOddLine(text, begins, std::max<std::size_t>(columns, 1));
+  const bool isCut = odd && token.kind == StarToken::Kind::end && tokens.lineOf(begins.back()) == odd->number;
+  if (odd)
+    return FileError(name, odd->number,
+                     "this row has " + counted(odd->values, "value", "values") + " for " +
+                         counted(columns, "column", "columns") +
+                         (isCut ? ", and the file ends in its table" : ""),
+                     remedy);
+  return FileError(name, line, "the values of the table that begins here do not fill its rows", remedy);
+}
+
 /// The text parsed as CIF, which mmCIF files are. FileError with the line where it is not.
 cif::Document parsed(const std::string& text, const std::string& name) {
   StarTokens tokens(text);
@@ -88,8 +113,10 @@ cif::Document parsed(const std::string& text, const std::string& name) {
     cif::parse_input(document, input);
   } catch (const tao::pegtl::parse_error& error) {
     const auto& place = error.positions().front();
+    if (contains(error.message(), "Wrong number of values"))
+      throw badLoop(text, name, place.line, place.byte);
     throw FileError(name, place.line,
-                    "not valid STAR: " + printable(error.message()) +
+                    "not valid CIF: " + printable(error.message()) +
                         (place.byte >= text.size() ? " (the file ends too early)" : ""),
                     "mend the file there, or fetch it again");
   }

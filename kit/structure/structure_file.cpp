@@ -59,7 +59,16 @@ bool isCif(std::string_view text) {
   return false;
 }
 
+/// Whether a text is of the kind that goes on the other side of a comparison.
+bool holdsShifts(std::string_view text) {
+  if (contains(text, "_atom_site.")) return false;
+  return contains(text, "_Atom_chem_shift.") || contains(text, "_Chem_shift_value") ||
+         contains(text, "_nef_chemical_shift.") || contains(text, "\nVARS ") ||
+         contains(text, "\nDATA SEQUENCE");
+}
+
 Coordinates readCoordinates(const std::string& text, const std::string& name, std::string& format) {
+  if (holdsShifts(text)) throw FileError(name, 0, "holds shifts and no structure", kFormatRemedy);
   if (isCif(text)) {
     format = "mmCIF";
     return readMmcifCoordinates(text, name);

@@ -51,6 +51,7 @@ LabelFile readLabels(const std::string& path) {
   const std::size_t cluster = csv.column("cluster");
   const std::size_t byShift = csv.findColumn("label_shift");
   std::set<std::pair<std::string, int>> seen;
+  std::map<std::string, std::string> clusterOf;
   for (const StrictCsv::Row& row : csv.rows) {
     ProlineLabel label;
     label.line = row.line;
@@ -62,6 +63,10 @@ LabelFile readLabels(const std::string& path) {
     if (label.entry.empty() || label.entry.find('/') != std::string::npos)
       csv.fail(row, "entry is \"" + label.entry + "\", no name of a shift table", kCorrectLine);
     if (label.cluster.empty()) csv.fail(row, "cluster is empty", "give each protein a cluster");
+    const std::string& known = clusterOf.emplace(label.entry, label.cluster).first->second;
+    if (label.cluster != known)
+      csv.fail(row, label.entry + " is in cluster " + label.cluster + " here and in " + known + " above",
+               "give each protein one cluster");
     if (!seen.emplace(label.entry, label.resid).second)
       csv.fail(row, "residue " + std::to_string(label.resid) + " of " + label.entry + " is labelled twice",
                "remove one of the lines");

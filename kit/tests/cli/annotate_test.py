@@ -130,6 +130,19 @@ class Annotate(unittest.TestCase):
             self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
             self.assertIsNone(self.output)
 
+    def test_a_miscounted_row_is_named_by_its_line(self):
+        lines = nef({}).split("\n")
+        third = next(i for i, line in enumerate(lines) if "# residue 3" in line)
+        missing = lines[third].replace("middle", "")
+        more = lines[third + 2].replace("middle", "middle 'x'")
+        for changes, line, values in (({third: missing}, third, 6), ({third + 2: more}, third + 2, 8),
+                                      ({third: missing, third + 2: more}, third, 6)):  # the one makes up for the other
+            text = "\n".join(changes.get(i, line) for i, line in enumerate(lines))
+            result = self.annotate(text)
+            self.assertEqual((result.returncode, self.output), (1, None))
+            self.assertEqual(result.stderr, "zorvela-kit: in.nef:%d: this row of the sequence has %d values for 7 columns; "
+                             "mend the loop, with one value for each column in every row\n" % (line + 1, values))
+
     def test_input_is_not_replaced_and_a_full_disk_is_said(self):
         self.assertEqual(self.annotate(nef({}), output="in.nef").returncode, 1)
         self.assertEqual(self.output.decode(), nef({}))

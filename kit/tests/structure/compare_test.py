@@ -277,6 +277,10 @@ class BadInput(Case):
         water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
         self.assertIn("no protein", self.fails(water))
         self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
+        for name in ("nuclease.tab", "nuclease.str"):
+            self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
+                             "model.pdb: holds shifts and no structure; give a structure in PDB or mmCIF format, plain or "
+                             "gzipped")
 
     def test_cut(self):
         text = made.pdb([("A", chain())])
@@ -286,7 +290,14 @@ class BadInput(Case):
         packed = gzip.compress(text.encode())
         self.assertIn("ends too early", self.fails(packed[:len(packed) // 2], "model.pdb.gz"))
         cif = made.mmcif([("A", chain())])
-        self.assertIn("not valid STAR", self.fails(cif[:len(cif) // 2]))
+        lines = cif.split("\n")
+        self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
+                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; mend the "
+                         "file there, or fetch it again")
+        lines[60] += " 1"
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; mend the "
+                         "file there, or fetch it again")
+        self.assertIn("not valid CIF: ", self.fails(cif + "'open\n"))
         models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
         self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))
 

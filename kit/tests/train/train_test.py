@@ -299,7 +299,8 @@ class Train(unittest.TestCase):
                 (",5,cis,,c3\n", 'entry is "", no name of a shift table' + remedy),
                 ("../c3,5,cis,,c3\n", 'entry is "../c3", no name of a shift table' + remedy),
                 ('"c3,5,cis,,c3\n', "a quote is not closed; close it on the same line"),
-                ("c1,5,cis,,c1\n", "residue 5 of c1 is labelled twice; remove one of the lines")):
+                ("c1,5,cis,,c1\n", "residue 5 of c1 is labelled twice; remove one of the lines"),
+                ("c1,2,cis,,x\n", "c1 is in cluster x here and in c1 above; give each protein one cluster")):
             self.data.labels[3] = line
             self.data.write_labels()
             self.fails(self.data.path("labels.csv") + ":5: " + cause)

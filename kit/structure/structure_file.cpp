@@ -157,25 +157,40 @@ std::string keyOf(const gemmi::Residue& residue) {
   return residue.seqid.str() + ' ' + residue.name;
 }
 
-/// The chains of all models put together. The first model gives the residues; those that only later models
-/// have are not used.
+/// The chains of all models put together. The residues of a chain are those of the model that has most of
+/// them, the first one among equals; what only other models have is not used.
 class StructureBuilder {
  public:
   explicit StructureBuilder(ProteinStructure& structure) : target(structure) {}
 
-  void add(const gemmi::Model& model) {
-    std::vector<std::string> modelNotes;
-    ResiduesByChain chains = ChainCollector(modelNotes).collect(model);
-    for (auto& [name, residues] : chains) {
-      if (residues.empty()) continue;
-      if (target.modelCount == 0) addChain(name, residues);
-      addBonds(name, residues, model.name);
+  void add(const std::vector<gemmi::Model>& models) {
+    std::vector<ResiduesByChain> chainsOf;
+    for (const gemmi::Model& model : models) {
+      std::vector<std::string> notes;
+      chainsOf.push_back(ChainCollector(notes).collect(model));
+      if (model.chains.empty()) continue;
+      if (target.modelCount == 0) target.notes = std::move(notes);
+      ++target.modelCount;
     }
-    if (target.modelCount == 0) target.notes.insert(target.notes.end(), modelNotes.begin(), modelNotes.end());
-    ++target.modelCount;
+    addFullest(chainsOf);
+    for (std::size_t i = 0; i < models.size(); ++i)
+      for (const auto& [name, residues] : chainsOf[i]) addBonds(name, residues, models[i].name);
   }
 
  private:
+  void addFullest(const std::vector<ResiduesByChain>& models) {
+    std::vector<const ResiduesByChain::value_type*> fullest;  // by chain, in the order of the file
+    std::unordered_map<std::string, std::size_t> known;
+    for (const ResiduesByChain& chains : models)
+      for (const auto& chain : chains) {
+        const auto [at, isNew] = known.emplace(chain.first, fullest.size());
+        if (isNew) fullest.push_back(&chain);
+        if (chain.second.size() > fullest[at->second]->second.size()) fullest[at->second] = &chain;
+      }
+    for (const auto* chain : fullest)
+      if (!chain->second.empty()) addChain(chain->first, chain->second);
+  }
+
   void addChain(const std::string& name, const std::vector<Placed>& residues) {
     Places places;
     StructureChain chain;
@@ -257,9 +272,7 @@ ProteinStructure readStructureBytes(std::string bytes, const std::string& file) 
   ProteinStructure structure;
   structure.file = file;
   const Coordinates coordinates = readCoordinates(bytes, name, structure.format);
-  StructureBuilder builder(structure);
-  for (const gemmi::Model& model : coordinates.structure.models)
-    if (!model.chains.empty()) builder.add(model);
+  StructureBuilder(structure).add(coordinates.structure.models);
   if (structure.chains.empty()) throwWithoutProtein(name, coordinates);
   structure.notes.insert(structure.notes.begin(), coordinates.notes.begin(), coordinates.notes.end());
   return structure;

@@ -16,8 +16,8 @@ namespace zorvela {
 struct FileReport {
   std::string file;
   std::vector<ProteinResult> proteins;
-  std::vector<ChainMatch> matches;  ///< of the structures with these proteins
   std::string error;
+  std::vector<ChainMatch> matches = {};  ///< of structures with these proteins
 };
 
 /// Predicts what `read` gives for a file, and compares it with the structures, if there are any. An exception

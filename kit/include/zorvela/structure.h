@@ -39,7 +39,7 @@ struct StructureResidue {
   char letter = '?';          ///< one-letter code, of the parent for a modified residue
   std::string name;           ///< as the file writes it: PRO, HYP
   std::string number;         ///< with insertion code: 52A
-  bool isAfterBreak = false;  ///< not bonded to the residue before it, in the first model that has it
+  bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
   std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
   std::vector<ModelBond> others;  ///< further conformations with another state than the main one

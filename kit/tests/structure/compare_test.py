@@ -114,6 +114,17 @@ class Verdicts(Case):
             # A twisted model says neither.
             self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
 
+    def test_models_with_other_residues(self):
+        # The chain is that of the model with most residues, wherever it stands.
+        few, all_residues = chain(cis=[17]), chain(cis=[17])
+        few = few[:16] + few[17:]
+        for models in ([[("A", few)], [("A", all_residues)]], [[("A", all_residues)], [("A", few)]]):
+            for text in (made.pdb(*models), made.mmcif(*models)):
+                rows = self.rows(text)
+                self.assertEqual((rows["17"]["verdict"], rows["17"]["models_cis"]), ("agree", "1"))
+                self.assertEqual((rows["9"]["verdict"], rows["9"]["models_trans"]), ("agree", "2"))
+                self.assertNotIn("without coordinates", self.stderr)
+
     def test_not_predicted(self):
         table = shifts(cis=[17])
         table = "\n".join(line for line in table.split("\n") if not line.strip().startswith(("8 A", "9 P")))
@@ -200,6 +211,26 @@ class Chains(Case):
             rows = self.rows(text)
             self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
             self.assertEqual(rows["26"]["structure_residue"], "HYP")
+
+    def test_selenomethionine_is_methionine(self):
+        residues = chain(cis=[17])
+        residues[0].name, residues[0].het = "MSE", True
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+            self.assertNotIn("model.pdb", self.stderr)
+
+    def test_last_residue_of_the_chain(self):
+        rows = self.rows(made.pdb([("A", chain(cis=[17])[:36])]))
+        self.assertEqual((rows["36"]["structure"], rows["36"]["verdict"]), ("trans", "agree"))
+
+    def test_files_in_the_wrong_order(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        result = self.compare("model.pdb", "--structure", "shifts.tab")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertIn("shifts.tab: holds shifts and no structure", result.stderr)
+        self.assertIn("model.pdb: is no shift file but a PDB coordinate file", self.compare(
+            "model.pdb", "shifts.tab", "--structure", "model.pdb").stderr)
 
     def test_a_free_proline_is_no_residue_of_the_chain(self):
         loose = made.moved(chain()[8:9], 200)

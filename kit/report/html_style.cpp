@@ -31,7 +31,7 @@ text{font-size:12px;fill:var(--text)}
 .c{fill:var(--cis)}.t{fill:var(--trans)}.u{fill:var(--undecided)}.p{fill:var(--start)}
 .n{fill:var(--page);stroke:var(--faint);stroke-width:1.5}
 .h{fill:none;stroke:var(--faint);stroke-dasharray:2 2}
-.va,.vd{fill:none;stroke:var(--text)}.vd{stroke-width:2.2}
+.va,.vd{fill:none;stroke:var(--faint)}.vd{stroke:var(--text);stroke-width:2.2}
 .l,.z,.g,.d,.o{fill:none;stroke:var(--faint);stroke-width:1}.g{stroke:var(--grid)}.d{stroke-dasharray:5 4}
 .o{stroke:var(--text);stroke-width:1.5}.k{fill:var(--text)}.v{fill:var(--page);stroke:var(--text);stroke-width:3}
 .ec{fill:var(--cis);fill-opacity:.14;stroke:var(--cis);stroke-opacity:.45}

@@ -19,7 +19,7 @@ constexpr double kTop = 12;
 constexpr double kBottom = 300;
 constexpr double kHeight = 340;
 constexpr double kRugTop = kBottom - 12;
-constexpr double kRugMiddle = (kRugTop + kBottom) / 2;
+constexpr double kRugMark = kRugTop - 6;  // of a verdict, above its dash
 constexpr double kDeviationsShown = 2.4;
 constexpr double kTextHeight = 12;
 constexpr double kFromPoint = 2;  // between a label and its point
@@ -155,11 +155,9 @@ struct Point {
   bool isOffScale = false;
   std::string title;
 
-  bool isMarked() const {
-    return verdictOf(*proline) == Verdict::agree || verdictOf(*proline) == Verdict::disagree;
-  }
-  double half() const { return isMarked() ? kVerdictSize + 2 : 6; }
-  Box box() const { return {x - half(), y - half(), 2 * half(), 2 * half()}; }
+  double half = 6;
+
+  Box box() const { return {x - half, y - half, 2 * half, 2 * half}; }
 };
 
 std::optional<double> observed(const ProlineResult& proline, int index) {
@@ -167,6 +165,10 @@ std::optional<double> observed(const ProlineResult& proline, int index) {
   const auto& shift = proline.evidence->shifts[static_cast<std::size_t>(index)].observed;
   if (!shift) return std::nullopt;
   return static_cast<double>(*shift);
+}
+
+bool isMarked(const ProlineResult& proline) {
+  return verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
 }
 
 std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
@@ -180,6 +182,7 @@ std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
     Point point{&proline, std::clamp(x, kLeft + 7, kRight - 7), std::clamp(y, kTop + 7, kBottom - 7), false,
                 ""};
     point.isOffScale = x < kLeft || x > kRight || y < kTop || y > kBottom;
+    if (isMarked(proline)) point.half = kVerdictSize + 2;
     point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) + ", CG " +
                   figureText(*cg, 2) + " ppm" + verdictSuffix(proline);
     points.push_back(point);
@@ -193,7 +196,7 @@ std::string labelOf(const Point& point) {
 
 /// Places beside a point, the best first.
 std::array<Box, 8> placesBeside(const Point& point, double width) {
-  const double distance = point.half() + kFromPoint;
+  const double distance = point.half + kFromPoint;
   const double right = point.x + distance;
   const double left = point.x - distance - width;
   const double middle = point.x - width / 2;
@@ -210,10 +213,12 @@ bool isFree(const Box& box, const std::vector<Box>& taken) {
          std::none_of(taken.begin(), taken.end(), [&](const Box& other) { return box.touches(other); });
 }
 
-/// Labels that touch nothing; those that find no place are left to the table. Cis ones come first.
+/// Labels that touch nothing; those that find no place are left to the table. Prolines whose structure
+/// disagrees come first, then cis ones.
 std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   for (const Point& point : points) taken.push_back(point.box());
   const auto rank = [](const Point& point) {
+    if (verdictOf(*point.proline) == Verdict::disagree) return -1;
     return static_cast<int>(point.proline->call != Call::cis) +
            static_cast<int>(point.proline->call == Call::trans);
   };
@@ -241,6 +246,7 @@ std::vector<Point> rugOf(const ProteinResult& protein, const Scale& scale) {
     if (!cb || observed(proline, kIndexCG)) continue;
     Point point{&proline, std::clamp(scale.x(*cb), kLeft + 2, kRight - 2), kRugTop, false, ""};
     point.isOffScale = scale.x(*cb) < kLeft || scale.x(*cb) > kRight;
+    if (isMarked(proline)) point.y = kRugMark;
     point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) +
                   " ppm, CG missing" + verdictSuffix(proline);
     points.push_back(point);
@@ -320,7 +326,7 @@ std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& cla
              svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
   }
   for (const Point& point : rug) {
-    marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMiddle) + "\n";
+    marks += rugMark(point) + svgSmallVerdict(verdictOf(*point.proline), point.x, kRugMark) + "\n";
   }
   std::vector<Point> all = points;
   all.insert(all.end(), rug.begin(), rug.end());

@@ -12,6 +12,13 @@ namespace {
 
 constexpr double kCharacterWidth = 7.2;  // of the widest common characters at 12 units
 
+/// v for the large marks, w for the small ones.
+std::string verdictMark(char size, const std::optional<Verdict>& verdict, double x, double y) {
+  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
+  return std::string("<use href=\"#") + size + (verdict == Verdict::agree ? "a" : "d") + "\" x=\"" +
+         coordinate(x) + "\" y=\"" + coordinate(y) + "\"/>";
+}
+
 }  // namespace
 
 std::string escaped(const std::string& text) {
@@ -109,6 +116,8 @@ std::string symbolDefinitions() {
          "<circle id=\"n\" class=\"n\" r=\"4\"/>\n"
          "<circle id=\"va\" class=\"va\" r=\"9\"/>\n"
          "<path id=\"vd\" class=\"vd\" d=\"M-9 -9h18v18h-18z\"/>\n"
+         "<circle id=\"wa\" class=\"va\" r=\"3\"/>\n"
+         "<path id=\"wd\" class=\"vd\" d=\"M-3 -3h6v6h-6z\"/>\n"
          "</defs></svg>\n";
 }
 
@@ -119,9 +128,11 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title) {
 }
 
 std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y) {
-  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
-  return std::string("<use href=\"#v") + (verdict == Verdict::agree ? "a" : "d") + "\" x=\"" + coordinate(x) +
-         "\" y=\"" + coordinate(y) + "\"/>";
+  return verdictMark('v', verdict, x, y);
+}
+
+std::string svgSmallVerdict(const std::optional<Verdict>& verdict, double x, double y) {
+  return verdictMark('w', verdict, x, y);
 }
 
 }  // namespace zorvela

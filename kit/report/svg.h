@@ -55,5 +55,7 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title = 
 std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y);
 /// Half the size of that mark, of either kind (units).
 inline constexpr double kVerdictSize = 9;
+/// The same small, to stand beside a mark that is narrow.
+std::string svgSmallVerdict(const std::optional<Verdict>& verdict, double x, double y);
 
 }  // namespace zorvela

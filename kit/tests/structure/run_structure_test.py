@@ -16,7 +16,7 @@ import html_test  # noqa: E402
 SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
 CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
 TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
-MARK_OF = {"#va": "agrees", "#vd": "disagrees"}
+MARK_OF = {"#va": "agrees", "#vd": "disagrees", "#wa": "agrees", "#wd": "disagrees"}
 EXAMPLES = program.SOURCE / "examples"
 ENSEMBLE = program.SOURCE / "kit" / "tests" / "files" / "ubiquitin_ensemble.cif.gz"
 
@@ -114,8 +114,9 @@ class Marks(Case):
         self.put("shifts.tab", shifts(without_cg=[26]))
         text = self.page_with(model(cis=[26]))
         picture = html_test.pictures(text)[1]
-        # CB 30 of 27 to 35 is at 172; the mark is around the middle of a dash from 288 to 300.
-        self.assertIn(("disagrees", 172.0, 294.0), marks(picture)[0])
+        # CB 30 of 27 to 35 is at 172; the small mark is above the end of a dash from 300 to 288.
+        self.assertIn(("disagrees", 172.0, 282.0), marks(picture)[0])
+        self.assertEqual(picture.findall("use[@href='#wd']")[0].get("y"), "282")
 
     def test_undecided_and_absent_prolines_have_no_mark(self):
         residues = model(cis=[17])
@@ -127,7 +128,7 @@ class Marks(Case):
     def test_none_without_structures(self):
         text = self.page("shifts.tab")
         body = text[text.index("<main>"):]
-        for absent in ("structure", "#va", "#vd", "<th>Verdict", "compared"):
+        for absent in ("structure", "#va", "#vd", "#wa", "#wd", "<th>Verdict", "compared"):
             self.assertNotIn(absent, body.replace("known structures", ""))
 
 

@@ -4,54 +4,19 @@ import gzip
 import io
 import json
 import os
-import tempfile
 import unittest
 
 import jsonschema
 
+import made_pair
 import made_structure as made
+from made_pair import OTHER, chain, shifts
 from zorvela_tests import program
 
-#           1234567890123456789012345678901234567890
-SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
-PROLINES = [9, 17, 26, 36]
-OTHER = "GGSTKKLMNQRSTVWYAAEDFHIKKLNQ"
-CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
-TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 SCHEMA = program.SOURCE / "kit" / "report" / "compare.schema.json"
 
 
-def shifts(cis=(), sequence=SEQUENCE):
-    changes = {}
-    for position, letter in enumerate(sequence, 1):
-        if letter == "P":
-            changes.update({(position, atom): value for atom, value in (CIS if position in cis else TRANS).items()})
-    return program.full_table(sequence, changes)
-
-
-def chain(cis=(), omegas=None, sequence=SEQUENCE, first=1):
-    """Residues of a chain; omegas: {position: omega}, cis: positions with omega 0."""
-    return made.backbone(sequence, {**{p - 1: 0.0 for p in cis}, **{p - 1: o for p, o in (omegas or {}).items()}},
-                         first)
-
-
-class Case(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        self.put("shifts.tab", shifts(cis=[17]))
-
-    def put(self, name, content):
-        path = os.path.join(self.folder, name)
-        if isinstance(content, str):
-            content = content.encode()
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
-
+class Case(made_pair.Case):
     def compare(self, *arguments):
         return program.kit("compare", "--tables", program.MADE_TABLES, *arguments, cwd=self.folder)
 

@@ -3,35 +3,24 @@ import gzip
 import os
 import re
 import sys
-import tempfile
 import unittest
 
+import made_pair
 import made_structure as made
+from made_pair import OTHER, chain, shifts
 from zorvela_tests import program
 
 sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "report"))
 import html_test  # noqa: E402
 
-#           1234567890123456789012345678901234567890
-SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
-CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
-TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 MARK_OF = {"#va": "agrees", "#vd": "disagrees", "#wa": "agrees", "#wd": "disagrees"}
 EXAMPLES = program.SOURCE / "examples"
 ENSEMBLE = program.SOURCE / "kit" / "tests" / "files" / "ubiquitin_ensemble.cif.gz"
 
 
-def shifts(cis=(17,), without_cg=()):
-    changes = {}
-    for position, letter in enumerate(SEQUENCE, 1):
-        if letter == "P":
-            changes.update({(position, atom): value for atom, value in (CIS if position in cis else TRANS).items()})
-    lines = program.full_table(SEQUENCE, changes).split("\n")
-    return "\n".join(line for line in lines if not (line.split()[2:3] == ["CG"] and int(line.split()[0]) in without_cg))
-
-
-def model(cis=(), sequence=SEQUENCE):
-    return made.backbone(sequence, {p - 1: 0.0 for p in cis})
+def without_cg(table, positions):
+    lines = table.split("\n")
+    return "\n".join(line for line in lines if not (line.split()[2:3] == ["CG"] and int(line.split()[0]) in positions))
 
 
 def omega(atoms):
@@ -51,21 +40,7 @@ def marks(picture):
             [(x, y) for href, x, y in uses if href in ("#c", "#t", "#u", "#n")])
 
 
-class Case(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        self.put("shifts.tab", shifts())
-
-    def put(self, name, text):
-        path = os.path.join(self.folder, name)
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
-        return path
-
+class Case(made_pair.Case):
     def kit(self, *arguments, tables=program.MADE_TABLES):
         return program.kit("run", "--tables", tables, *arguments, cwd=self.folder)
 
@@ -76,8 +51,8 @@ class Case(unittest.TestCase):
         html_test.Page.assert_sound(self, result.stdout)
         return result.stdout
 
-    def page_with(self, residues, chain="A"):
-        self.put("model.pdb", made.pdb([(chain, residues)]))
+    def page_with(self, residues):
+        self.put("model.pdb", made.pdb([("A", residues)]))
         return self.page("shifts.tab", "--structure", "model.pdb")
 
     def rows(self, text):
@@ -89,7 +64,7 @@ class Case(unittest.TestCase):
 
 class Marks(Case):
     def test_chain(self):
-        text = self.page_with(model())
+        text = self.page_with(chain())
         picture = html_test.pictures(text)[0]
         # Residues are 6 wide from 20 on, symbols stand at 32.
         self.assertEqual(marks(picture)[0], [("agrees", 71.0, 32.0), ("disagrees", 119.0, 32.0),
@@ -100,7 +75,7 @@ class Marks(Case):
         self.assertIn("Ring: the structure agrees; square: it disagrees.", text)
 
     def test_cb_against_cg(self):
-        text = self.page_with(model())
+        text = self.page_with(chain())
         picture = html_test.pictures(text)[1]
         found, symbols = marks(picture)
         self.assertEqual([mark[0] for mark in found], ["agrees", "disagrees", "agrees", "agrees"])
@@ -111,15 +86,15 @@ class Marks(Case):
         self.assertIn("P17 cis: CB 34.00, CG 24.00 ppm, structure disagrees", text)
 
     def test_prolines_without_cg(self):
-        self.put("shifts.tab", shifts(without_cg=[26]))
-        text = self.page_with(model(cis=[26]))
+        self.put("shifts.tab", without_cg(shifts(cis=[17]), [26]))
+        text = self.page_with(chain(cis=[26]))
         picture = html_test.pictures(text)[1]
         # CB 30 of 27 to 35 is at 172; the small mark is above the end of a dash from 300 to 288.
         self.assertIn(("disagrees", 172.0, 282.0), marks(picture)[0])
         self.assertEqual(picture.findall("use[@href='#wd']")[0].get("y"), "282")
 
     def test_undecided_and_absent_prolines_have_no_mark(self):
-        residues = model(cis=[17])
+        residues = chain(cis=[17])
         text = self.page_with(residues[:25] + residues[26:])
         self.assertEqual([mark[0] for mark in marks(html_test.pictures(text)[0])[0]], ["agrees"] * 3)
         self.assertEqual(self.rows(text)["P26"], ("–", "–", "not in the structure"))
@@ -134,7 +109,7 @@ class Marks(Case):
 
 class Words(Case):
     def test_disagreement(self):
-        text = self.page_with(model())
+        text = self.page_with(chain())
         self.assertIn("1 of 4 prolines is cis: P17. The structure disagrees: P17. It agrees: P9, P26, P36.", text)
         self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "disagree"),
                                            "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
@@ -145,18 +120,18 @@ class Words(Case):
         self.assertIn("Compared with model.pdb, chain A (40 of 40 aligned residues are the same).", text)
 
     def test_ca_trace(self):
-        text = self.page_with(made.trace(model(cis=[17])))
+        text = self.page_with(made.trace(chain(cis=[17])))
         self.assertEqual(self.rows(text)["P17"], ("cis", "CA–CA 2.9 Å", "agree"))
 
     def test_mixed_models(self):
-        self.put("model.cif", made.mmcif([("A", model(cis=[17]))], [("A", model())]))
+        self.put("model.cif", made.mmcif([("A", chain(cis=[17]))], [("A", chain())]))
         text = self.page("shifts.tab", "--structure", "model.cif")
         self.assertEqual(self.rows(text)["P17"], ("mixed", "90°", "mixed models"))
         self.assertIn("<b>The models contradict each other.</b> The structure is cis in 1, trans in 1 of 2 models.",
                       html_test.card(text, "P17"))
 
     def test_another_protein(self):
-        text = self.page_with(model(sequence="GGSTKKLMNQRSTVWYAAEDFHIKKLNQ"))
+        text = self.page_with(chain(sequence=OTHER))
         self.assertIn("No call could be compared with a structure.", text)
         self.assertEqual({row[2] for row in self.rows(text).values()}, {"not in the structure"})
         for note in ("no chain of the structures is this protein", "model.pdb, chain A (28 residues) has no shifts"):
@@ -164,7 +139,7 @@ class Words(Case):
             self.assertIn("<li>%s</li>" % note, text)
 
     def test_notes_are_said_and_shown(self):
-        residues = model(cis=[17])
+        residues = chain(cis=[17])
         residues[4].name = "ARG"
         text = self.page_with(residues[2:])
         for note in ("model.pdb, chain A: other residues than in the shifts: S5 is ARG 5",
@@ -173,16 +148,15 @@ class Words(Case):
             self.assertIn("<li>%s</li>" % note, text)
 
     def test_many_chains(self):
-        self.put("other.tab", shifts())
-        self.put("model.pdb", made.pdb([("A", model())]))
+        self.put("other.tab", shifts(cis=[17]))
+        self.put("model.pdb", made.pdb([("A", chain())]))
         text = self.page("shifts.tab", "other.tab", "--structure", "model.pdb")
         self.assertEqual(re.findall(r"<th>Structure disagrees</th>", text), ["<th>Structure disagrees</th>"])
         self.assertEqual(text.count("<td>P17</td></tr>"), 2)
         self.assertEqual(text.count("<details class=\"chain\""), 2)
 
     def test_hostile_names(self):
-        chain = "<i>"  # longer than PDB allows, not than mmCIF
-        text = made.mmcif([("A", model())]).replace(" A ", " %s " % chain)
+        text = made.mmcif([("A", chain())]).replace(" A ", " <i> ")
         name = "<b onclick=x>&.cif"
         self.put(name, text)
         page = self.page("shifts.tab", "--structure", name)
@@ -198,7 +172,7 @@ class Failures(Case):
         return lines[0].removeprefix("zorvela-kit: ")
 
     def test_a_bad_structure_leaves_nothing(self):
-        self.put("good.pdb", made.pdb([("A", model())]))
+        self.put("good.pdb", made.pdb([("A", chain())]))
         self.put("bad.pdb", "hello\n")
         for models in (["bad.pdb"], ["good.pdb", "bad.pdb"], ["none.pdb"]):
             message = self.fails("--format", "html", "--output", "out.html", "shifts.tab", "--structure", *models)
@@ -206,13 +180,13 @@ class Failures(Case):
             self.assertFalse(os.path.exists(os.path.join(self.folder, "out.html")))
 
     def test_other_formats_have_compare(self):
-        self.put("model.pdb", made.pdb([("A", model())]))
+        self.put("model.pdb", made.pdb([("A", chain())]))
         for form in ("table", "csv", "json"):
             self.assertEqual(self.fails("--format", form, "shifts.tab", "--structure", "model.pdb"),
                              "--structure goes with --format html; for a table, CSV or JSON use zorvela-kit compare")
 
     def test_a_structure_is_no_output(self):
-        path = self.put("model.pdb", made.pdb([("A", model())]))
+        path = self.put("model.pdb", made.pdb([("A", chain())]))
         message = self.fails("--format", "html", "--output", "model.pdb", "shifts.tab", "--structure", "model.pdb")
         self.assertIn("is an input file", message)
         self.assertGreater(os.path.getsize(path), 1000)

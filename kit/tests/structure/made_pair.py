@@ -1,10 +1,6 @@
 """A protein with shifts of chosen calls, chains with chosen omegas, and a folder for both."""
-import os
-import tempfile
-import unittest
-
 import made_structure as made
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 #           1234567890123456789012345678901234567890
 SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"  # the made tables know A, G and K beside a proline
@@ -28,20 +24,9 @@ def chain(cis=(), omegas=None, sequence=SEQUENCE, first=1):
                          first)
 
 
-class Case(unittest.TestCase):
+class Case(folder.InFolder):
     """Tests in a folder of their own, with shifts that say cis for proline 17."""
-    maxDiff = None
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         self.put("shifts.tab", shifts(cis=[17]))
-
-    def put(self, name, content):
-        path = os.path.join(self.folder, name)
-        if isinstance(content, str):
-            content = content.encode()
-        with open(path, "wb") as file:
-            file.write(content)
-        return path

@@ -13,7 +13,7 @@ namespace zorvela {
 namespace {
 
 // gemmi keeps one byte for each pair of residues, and fills some 250 million a second.
-constexpr std::size_t kMostPairsAtOnce = 30000000;
+constexpr std::size_t kMostPairsAtOnce = 15000000;
 constexpr std::size_t kPairsOfAnyStructure = 100000000;
 constexpr std::size_t kPairsPerResidue = 4000;
 

@@ -31,7 +31,7 @@ ChainAlignment align(const std::string& sequence, const StructureChain& chain);
 class StructureAligner {
  public:
   explicit StructureAligner(const ProteinStructure& structure);
-  /// As `align`. FileError that names the structure where the product of both lengths is above 30 million, or
+  /// As `align`. FileError that names the structure where the product of both lengths is above 15 million, or
   /// the sum of all products so far above 100 million and 4,000 for each residue of the structure: a capsid
   /// of 1,300 chains and fifteen entries of its protein are below.
   ChainAlignment align(const std::string& sequence, const StructureChain& chain);

@@ -131,15 +131,16 @@ struct Refusals {
   std::size_t line = 0;  ///< of the first
   std::string first;
 
-  void add(bool isRefused, std::size_t atLine, const std::string& why) {
+  /// `why` gives the reason as text; only the first is asked for.
+  template <class Why>
+  void add(bool isRefused, std::size_t atLine, const Why& why) {
     ++looked;
     if (isRefused && refused++ == 0) {
       line = atLine;
-      first = why;
+      first = why();
     }
   }
   bool areMost() const { return refused * 2 > looked; }
-  std::string share() const { return std::to_string(refused) + " of " + std::to_string(looked); }
 };
 
 /// The suffix letters of residue numbers ("82P"): names where every row has one, or a longer name in the same
@@ -193,6 +194,7 @@ struct Survey {
   NumberCodes codes;
   RowCounter counter;
   std::size_t splitDecimals = 0;  ///< rows with whole numbers for shift and in the next column
+  bool isCutShort = false;        ///< the first rows were enough to refuse the table
 };
 
 std::string quoted(const std::string& text) {
@@ -216,7 +218,10 @@ class CsvReader {
     refuseDoubtful();
     leaveOutColumns();
     file.lists[0].shifts.reserve(shifts);
-    forEachRow(text, layout, [this](CsvRow& row) { readRow(row); });
+    forEachRow(text, layout, [this](const CsvRow& row) {
+      readRow(row);
+      return Rows::goOn;
+    });
     nameResidues();
     addNotes();
     return std::move(file);
@@ -306,16 +311,31 @@ class CsvReader {
 
   void look() {
     survey.columns.resize(layout.width());
-    forEachRow(text, layout, [this](CsvRow& row) {
-      survey.cells.add(!row.fault.empty(), row.line, row.fault);
+    forEachRow(text, layout, [this](const CsvRow& row) {
+      survey.cells.add(!row.fault.empty(), row.line, [&row] { return row.fault; });
       if (row.fault.empty()) lookAt(row);
+      survey.isCutShort = areMostForCertain();
+      return survey.isCutShort ? Rows::stop : Rows::goOn;
     });
+  }
+
+  /// Whether the rows that will not do are more than half of all, however many shifts follow.
+  bool areMostForCertain() const {
+    const std::size_t most = mostShifts();
+    return survey.residues.refused > most || survey.cells.refused > 2 * most;
+  }
+
+  /// "3 of 5"
+  std::string share(const Refusals& rows) const {
+    return std::to_string(rows.refused) + " of " + (survey.isCutShort ? "the first " : "") +
+           std::to_string(rows.looked);
   }
 
   void lookAt(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
     const std::string chain = cellAt(row.cells, columns.chain);
-    survey.residues.add(!isPlaced(residue), row.line, whyNotPlaced(residue, row.cells));
+    survey.residues.add(!isPlaced(residue), row.line,
+                        [&] { return whyNotPlaced(residue, row.cells); });
     if (!isPlaced(residue)) return;
     countShifts(1, row.line);
     survey.dashes.add(chain, residue.label);
@@ -350,7 +370,7 @@ class CsvReader {
     if (isSplitDecimal(row)) ++survey.splitDecimals;
     if (isNoValue(value) || isMissingMark(value)) return;
     survey.shifts.add(!isPossible(residue.name, atom, value), row.line,
-                      quoted(value) + " for " + printable(atom, 20));
+                      [&] { return quoted(value) + " for " + printable(atom, 20); });
   }
 
   static bool isPossible(const std::string& residue, const std::string& atom, const std::string& value) {
@@ -389,12 +409,12 @@ class CsvReader {
     constexpr std::size_t kFewRows = 3;
     if (survey.cells.areMost())
       throw FileError(fileName, survey.cells.line,
-                      "most rows (" + survey.cells.share() + ") do not fit the columns, the first by " +
+                      "most rows (" + share(survey.cells) + ") do not fit the columns, the first by " +
                           survey.cells.first,
                       kCellsRemedy);
     if (survey.residues.areMost())
       throw FileError(fileName, survey.residues.line,
-                      "most rows (" + survey.residues.share() + ") name no residue" +
+                      "most rows (" + share(survey.residues) + ") name no residue" +
                           (lacksAtomColumn() ? " with its atom: " : ": ") + survey.residues.first,
                       "is this a table of shifts? It needs columns resid, resname, atom and shift");
     if (survey.dashes.meaning() == Dash::unclear)
@@ -409,7 +429,7 @@ class CsvReader {
                       "write decimal points, or semicolons between the columns");
     if (survey.shifts.areMost())
       throw FileError(fileName, survey.shifts.line,
-                      "most values (" + survey.shifts.share() +
+                      "most values (" + share(survey.shifts) +
                           ") can be no shifts of their atoms: " + survey.shifts.first,
                       "check that the columns hold what their names say");
   }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/csv_cells.h"
+#include "formats/limits.h"
 #include "formats/residue_label.h"
 #include "protein/nomenclature.h"
 #include "util/text.h"
@@ -107,6 +108,17 @@ bool findRoles(const std::vector<Kinds>& kinds, CsvColumns& columns) {
   return kinds.size() == 2 && columns.assignment != kNoColumn;
 }
 
+/// Whether there still is a column for each role; once there is none, no row brings it back.
+bool mayHaveRoles(const std::vector<Kinds>& kinds) {
+  const auto any = [&kinds](bool Kinds::*is) {
+    return std::any_of(kinds.begin(), kinds.end(), [is](const Kinds& one) { return one.*is; });
+  };
+  if (!any(&Kinds::shift)) return false;
+  if (kinds.size() == 4) return any(&Kinds::number) && any(&Kinds::name) && any(&Kinds::atom);
+  if (kinds.size() == 3) return any(&Kinds::label) && any(&Kinds::atom);
+  return any(&Kinds::assignment);
+}
+
 }  // namespace
 
 std::optional<CsvTable> tableWithoutNames(std::string_view text) {
@@ -127,8 +139,10 @@ std::optional<CsvTable> tableWithoutNames(std::string_view text) {
   bool areWhole = true;
   forEachRow(text, table.layout, [&](const CsvRow& row) {
     ++rows;
-    areWhole = areWhole && row.fault.empty();
+    areWhole = row.fault.empty();
     for (std::size_t i = 0; areWhole && i < kinds.size(); ++i) narrow(row.cells[i], kinds[i]);
+    // A table with more rows is refused for its length.
+    return areWhole && mayHaveRoles(kinds) && rows <= kMostShiftRows ? Rows::goOn : Rows::stop;
   });
   if (!areWhole || rows < kFewestRows || !findRoles(kinds, table.columns)) return std::nullopt;
   return table;

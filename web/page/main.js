@@ -13,14 +13,22 @@ function startWorker() {
 
 let newest = 0; // number of the last request to predict
 let files = [];
-let shown = null; // the summary of the last result
+let shown = null; // the last result: its request, files and summary
 
 // --- Words ----------------------------------------------------------------------------------------
 
 const counted = (count, one, many) => `${count} ${count === 1 ? one : many}`;
 
+/**
+ * Names and messages as they may be shown, with the same signs as in the library's reports (`shown` in
+ * kit/util/text.cpp): no control character, and none that turns the direction of writing.
+ */
+function visible(text) {
+  return text.replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
+}
+
 function say(text) {
-  byId("status").textContent = text;
+  byId("status").textContent = visible(text);
 }
 
 function sayFailure(text) {
@@ -45,14 +53,14 @@ function outcomeInWords({ calls, proteins, errors }) {
 function fillList(list, texts) {
   list.replaceChildren(...texts.map((text) => {
     const item = document.createElement("li");
-    item.textContent = text;
+    item.textContent = visible(text);
     return item;
   }));
 }
 
 function fillSelect(select, options) {
   const before = select.value;
-  select.replaceChildren(...options.map(([value, text]) => new Option(text, value)));
+  select.replaceChildren(...options.map(([value, text]) => new Option(visible(text), value)));
   if (options.some(([value]) => value === before)) select.value = before;
 }
 
@@ -94,7 +102,7 @@ function showProgress({ done, total, name }) {
   progress.max = total;
   progress.value = done;
   progress.textContent = `${done} of ${total}`;
-  progress.title = name;
+  progress.title = visible(name);
 }
 
 function nameOfResult() {
@@ -106,13 +114,13 @@ function nameOfChain({ file, chain, list }, proteins) {
   return [file, chain === null ? "" : `chain ${chain}`, several ? list : ""].filter((part) => part !== "").join(", ");
 }
 
-function showResult({ html, summary }) {
+function showResult({ id, html, summary }) {
   const isFirst = shown === null;
-  shown = summary;
+  shown = { id, files, proteins: summary.proteins };
   byId("progress").hidden = true;
   byId("result").hidden = false;
   document.body.classList.add("has-result");
-  byId("result-title").textContent = nameOfResult();
+  byId("result-title").textContent = visible(nameOfResult());
   fillList(byId("errors"), summary.errors);
   byId("errors").hidden = summary.errors.length === 0;
   fillList(byId("notes").querySelector("ul"), summary.notes);
@@ -135,7 +143,7 @@ function stem(name) {
 }
 
 function fileName(what, index) {
-  if (what !== "tab") return `${files.length === 1 ? stem(files[0].name) : "zorvela"}.${what}`;
+  if (what !== "tab") return `${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`;
   const { file, chain } = shown.proteins[index];
   return `${stem(file)}${chain === null ? "" : `_${chain}`}.tab`;
 }
@@ -144,7 +152,7 @@ function saveBytes({ what, index, bytes }) {
   const link = document.createElement("a");
   const url = URL.createObjectURL(new Blob([bytes], { type: TYPES[what] }));
   link.href = url;
-  link.download = fileName(what, index);
+  link.download = visible(fileName(what, index));
   link.click();
   setTimeout(() => URL.revokeObjectURL(url), 60000);
   say(`Saved ${link.download}.`);
@@ -152,7 +160,7 @@ function saveBytes({ what, index, bytes }) {
 
 for (const button of document.querySelectorAll("[data-save]"))
   button.addEventListener("click", () => {
-    worker.postMessage({ type: "save", id: newest, what: button.dataset.save, index: Number(byId("table").value) });
+    worker.postMessage({ type: "save", id: shown.id, what: button.dataset.save, index: Number(byId("table").value) });
   });
 
 // --- Events ---------------------------------------------------------------------------------------
@@ -162,11 +170,15 @@ worker.onmessage = ({ data }) => {
     byId("version").textContent = `${data.about.version}, reference tables ${data.about.tables}`;
     return;
   }
+  // What is shown can be saved while newer files are predicted.
+  if (data.type === "saved") {
+    if (data.id === shown.id) saveBytes(data);
+    return;
+  }
   if (data.id !== undefined && data.id !== newest) return;
   if (data.type === "progress") showProgress(data);
   else if (data.type === "result") showResult(data);
   else if (data.type === "contents") offerChoices(data.contents);
-  else if (data.type === "saved") saveBytes(data);
   else sayFailure(`This went wrong: ${data.message}. Load the page again.`);
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");

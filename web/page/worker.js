@@ -1,7 +1,7 @@
 // Reads, predicts and writes reports, away from the page, so that the page never waits.
 //
 // The page sends {type: "predict", id, files, choices} with files as [{name, blob}], and for what it wants to save
-// {type: "save", id, what, index}. A newer "predict" ends the one before.
+// {type: "save", id, what, index} with the id of the result on show. A newer "predict" ends the one before.
 import { InputError, LARGEST_INPUT, unpacked } from "./gzip.js";
 import { Fault, ModuleFailure, Zorvela } from "./zorvela.js";
 
@@ -13,7 +13,7 @@ const module = fetch(new URL("zorvela.wasm", import.meta.url))
   .then((bytes) => WebAssembly.compile(bytes));
 
 let newest = 0;
-let current = null; // {run, zorvela, files, proteins} of the last result
+let current = null; // {id, run, zorvela, files, proteins} of the last result
 
 /** The unpacked bytes of a file. */
 async function bytesOf(file) {
@@ -100,7 +100,7 @@ async function predict({ id, files, choices, isNew }) {
   const result = await runAll(id, files, choices);
   if (result === null) return;
   const summary = summaryOf(result.run.report("json"));
-  current = { ...result, files, proteins: summary.proteins };
+  current = { ...result, id, files, proteins: summary.proteins };
   postMessage({ type: "result", id, html: result.run.report("html"), summary });
   if (!isNew) return;
   const contents = await contentsOf(files);
@@ -116,6 +116,7 @@ async function shiftTable(index) {
 }
 
 async function save({ id, what, index }) {
+  if (id !== current.id) return; // a newer result is about to be shown
   const bytes = what === "tab" ? await shiftTable(index) : current.run.report(what);
   postMessage({ type: "saved", id, what, index, bytes });
 }

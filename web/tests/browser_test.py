@@ -121,6 +121,22 @@ class SavedFiles(Page):
         self.page.drop({"my.data.str.gz": gzip.compress(NUCLEASE.read_bytes())})
         self.assertEqual(self.page.save("csv")[0], "my.data.csv")
 
+    def test_what_is_shown_is_saved_while_other_files_are_read(self):
+        path = self.folder.copy(NUCLEASE)
+        self.page.choose(path)
+        self.page.clear_status()
+        self.page.driver.execute_script("""
+            const transfer = new DataTransfer();
+            transfer.items.add(new File(["no shifts\\n"], "other.txt"));
+            dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));
+            document.querySelector("[data-save=csv]").click();""")
+        saved = self.page.wait(self.page.saved)[0]
+        self.assertEqual(saved.name, "nuclease.csv")
+        self.assertEqual(saved.read_bytes(), self.folder.program("csv", path.name))
+        saved.unlink()
+        self.page.wait(lambda: len(self.errors()) == 1)
+        self.assertEqual(self.page.text("result-title"), "other.txt")
+
     def test_referencing(self):
         # CA and CB 3 ppm too high: the table of a deuterated or badly referenced protein.
         lines = []
@@ -256,6 +272,22 @@ class BadFiles(Page):
             self.assertEqual(self.page.driver.execute_script(
                 f"return {document}.querySelectorAll('img, [onerror]').length"), 0)
         self.assertEqual(self.page.driver.execute_script(f"return {inside}.querySelectorAll('script').length"), 0)
+
+
+    def test_signs_that_turn_the_writing_are_not_obeyed(self):
+        obeyed = [*range(1, 0x20), *range(0x7f, 0xa0), 0x61c, 0x200e, 0x200f, *range(0x2028, 0x202f), *range(0x2066, 0x206a)]
+        name = "a" + "".join(map(chr, obeyed)) + "z.csv"
+        self.page.drop({name: b"resid,resname,atom,shift\n1,ALA,CA,52\n2,PRO,XY,32\n", "b" + name: b""})
+        shown = "a" + "?" * len(obeyed) + "z.csv"
+        inside = "document.getElementById('report').contentDocument"
+        self.page.wait(lambda: shown in self.page.report())
+        reported = self.page.driver.execute_script(
+            f"return [...{inside}.querySelectorAll('li')].map((e) => e.textContent).filter((text) => text.startsWith('b'))")
+        self.assertEqual(self.errors(), reported)
+        for text in self.page.texts("#errors li, #notes li"):
+            self.assertIn(shown + ":", text)
+        self.page.drop({name: b""})
+        self.assertEqual(self.page.text("result-title"), shown)
 
 
 class KeyboardAlone(Page):

@@ -1,5 +1,7 @@
 #include "util/delimited_text.h"
 
+#include <algorithm>
+
 #include "util/text.h"
 
 namespace zorvela {
@@ -73,6 +75,8 @@ std::optional<std::vector<std::string>> splitCells(std::string_view line, Separa
   if (separator == Separator::bar) line = withoutOuterBars(line);
   const bool isBlankSeparated = separator == Separator::blank;
   std::vector<std::string> cells;
+  constexpr std::size_t kUsualCells = 8;
+  cells.reserve(std::min(most, kUsualCells));
   std::size_t pos = 0;
   if (isBlankSeparated) skipBlanks(line, separator, pos);
   while (!isBlankSeparated || pos < line.size()) {

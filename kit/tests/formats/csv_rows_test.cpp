@@ -31,6 +31,7 @@ TEST(CsvRows, OneCellForEachColumn) {
   EXPECT_EQ(rows[2].fault, "more than 3 cells for 3 columns");
   EXPECT_EQ(rows[3].cells, (Cells{"1", "2", "3"}));  // a spreadsheet's empty columns
   EXPECT_EQ(rows[4].fault, "a double quote is not closed");
+  EXPECT_EQ(rowsOf("a,b,c\n,,\n, ,\t,,\n,\n").at(0).line, 4U);  // too few cells, though empty ones
 }
 
 TEST(CsvRows, GapsBelowNames) {

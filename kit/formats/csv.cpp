@@ -334,8 +334,7 @@ class CsvReader {
   void lookAt(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
     const std::string chain = cellAt(row.cells, columns.chain);
-    survey.residues.add(!isPlaced(residue), row.line,
-                        [&] { return whyNotPlaced(residue, row.cells); });
+    survey.residues.add(!isPlaced(residue), row.line, [&] { return whyNotPlaced(residue, row.cells); });
     if (!isPlaced(residue)) return;
     countShifts(1, row.line);
     survey.dashes.add(chain, residue.label);

@@ -13,8 +13,8 @@
 
 namespace zorvela {
 
-/// A text with more rows is no shift file: at most `kMostShiftRows` of them can hold shifts, no more than these
-/// may lack a residue, and no more than both together may lack cells.
+/// A text with more rows is no shift file: at most `kMostShiftRows` of them can hold shifts, no more than
+/// these may lack a residue, and no more than both together may lack cells.
 inline constexpr std::size_t kMostTextRows = 4 * kMostShiftRows;
 
 /// How the rows of a table are cut into cells.
@@ -52,8 +52,8 @@ std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line);
 
-/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps. Not in a text of
-/// more than `kMostTextRows` rows.
+/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps. Not in a text
+/// of more than `kMostTextRows` rows.
 void findPlaces(std::string_view text, CsvLayout& layout);
 
 }  // namespace zorvela

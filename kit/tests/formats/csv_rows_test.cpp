@@ -60,10 +60,9 @@ TEST(CsvRows, NoMoreThanWanted) {
   const std::string text = "a,b\n1,2\n3,4\n5,6\n";
   const auto header = zorvela::nextFilledLine(text, pos, line);
   std::size_t seen = 0;
-  zorvela::forEachRow(text, zorvela::layoutOf(header.value(), text, pos, line).value(),
-                      [&seen](const zorvela::CsvRow&) {
-                        return ++seen == 2 ? zorvela::Rows::stop : zorvela::Rows::goOn;
-                      });
+  zorvela::forEachRow(
+      text, zorvela::layoutOf(header.value(), text, pos, line).value(),
+      [&seen](const zorvela::CsvRow&) { return ++seen == 2 ? zorvela::Rows::stop : zorvela::Rows::goOn; });
   EXPECT_EQ(seen, 2U);
 }
 

@@ -134,6 +134,7 @@ bool isShiftTable(const Source& source) {
 ShiftFile readShiftTable(const Source& source) {
   LimitedNotes skipped("lines that are no table lines left out");
   std::istringstream text(checkedText(source.text, source.file, skipped));
+  text.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   ShiftFile file;
   file.table.emplace();
   try {

@@ -72,6 +72,7 @@ std::string textOf(const std::string& path, const std::string& remedy) {
 
 GDB parseTable(const std::string& text, const std::string& file, const std::string& remedy) {
   std::istringstream in(text);
+  in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;
   try {
     table.readTable(in);

@@ -21,9 +21,11 @@ namespace {
 std::string wholeFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw Error(path, 0, std::strerror(errno), "give the path of a CSV file");
-  std::string text{std::istreambuf_iterator<char>(in), {}};
-  if (in.bad()) throw Error(path, 0, "cannot be read to its end", "give the path of a CSV file");
-  return text;
+  try {
+    return {std::istreambuf_iterator<char>(in), {}};
+  } catch (const std::ios_base::failure&) {
+    throw Error(path, 0, "cannot be read to its end", "give the path of a CSV file");
+  }
 }
 
 }  // namespace

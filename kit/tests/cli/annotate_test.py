@@ -2,10 +2,8 @@
 import gzip
 import os
 import re
-import tempfile
-import unittest
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 THREE = {"A": "ALA", "G": "GLY", "K": "LYS", "P": "PRO", "T": "THR"}
 SEQUENCE = "GAPKGAPKGAPKT"
@@ -40,17 +38,9 @@ def nef(flags=None, linked="middle", break_line="\n", last=""):
     return break_line.join(lines) + break_line
 
 
-class Annotate(unittest.TestCase):
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
+class Annotate(folder.InFolder):
     def annotate(self, content, *options, name="in.nef", output="out.nef"):
-        with open(os.path.join(self.folder, name), "wb") as file:
-            file.write(content if isinstance(content, bytes) else content.encode())
+        self.put(name, content)
         result = program.kit("annotate", "--tables", program.MADE_TABLES, name, "--output", output, *options,
                              cwd=self.folder)
         path = os.path.join(self.folder, output)

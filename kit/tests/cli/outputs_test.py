@@ -4,10 +4,9 @@ import shutil
 import stat
 import subprocess
 import sys
-import tempfile
 import unittest
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "train"))
 import made_data  # noqa: E402
@@ -16,28 +15,12 @@ REFUSED = "zorvela-kit: %s: is an input file; choose another place with --output
 UNWRITABLE = "zorvela-kit: %s: cannot be written: %s; choose another place with --output, or make room\n"
 
 
-class InFolder(unittest.TestCase):
-    maxDiff = None
-
+class InFolder(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         self.input = self.put("in.tab", program.full_table("APK"))
         self.csv = program.run("--format", "csv", self.input).stdout
         self.assertEqual(len(self.csv.splitlines()), 2)
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def put(self, name, text):
-        with open(self.path(name), "w", encoding="utf-8") as file:
-            file.write(text)
-        return self.path(name)
-
-    def read(self, name):
-        with open(self.path(name), encoding="utf-8") as file:
-            return file.read()
 
     def run_to(self, output, *arguments, **options):
         return program.run("--format", "csv", "--output", output, *(arguments or [self.input]), **options)

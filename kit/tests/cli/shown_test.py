@@ -7,7 +7,7 @@ import tempfile
 import unicodedata
 import unittest
 
-from zorvela_tests import hostile, program
+from zorvela_tests import folder, hostile, program
 
 ESCAPE = "\x1b[31m"
 C1 = "\x9b31m"
@@ -21,19 +21,12 @@ def is_harmless(character):
                                  and character not in TURNING)
 
 
-class Shown(unittest.TestCase):
-    maxDiff = None
+class Shown(folder.InFolder):
+    """Names and contents are bytes."""
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = os.fsencode(folder.name)
-
-    def put(self, name, content):
-        path = os.path.join(self.folder, name)
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
+        super().setUp()
+        self.folder = os.fsencode(self.folder)
 
     def kit(self, *arguments):
         return subprocess.run([program.KIT, *arguments], capture_output=True, check=False, cwd=self.folder,

@@ -3,25 +3,22 @@ import os
 import shutil
 import signal
 import subprocess
-import tempfile
 import unittest
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 EXAMPLES = program.SOURCE / "examples"
 NEF = program.SOURCE / "kit" / "tests" / "files" / "nef_entry.nef"
 
 
-class Streams(unittest.TestCase):
+class Streams(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
+        super().setUp()
         for name in ("entries", "models"):
-            os.mkdir(os.path.join(folder.name, name))
-        shutil.copy(EXAMPLES / "nuclease.tab", os.path.join(folder.name, "entries"))
-        shutil.copy(EXAMPLES / "nuclease.pdb.gz", os.path.join(folder.name, "models"))
+            os.mkdir(self.path(name))
+        shutil.copy(EXAMPLES / "nuclease.tab", self.path("entries"))
+        shutil.copy(EXAMPLES / "nuclease.pdb.gz", self.path("models"))
         shifts, model = "entries/nuclease.tab", "models/nuclease.pdb.gz"
-        self.folder = folder.name
         self.commands = [
             *(["compare", shifts, "--structure", model, "--format", form] for form in ("table", "csv", "json")),
             ["run", "--format", "html", shifts, "--structure", model],

@@ -4,6 +4,7 @@
 // ZORVELA_FAULT_READ, _WRITE, _FSYNC, _LINK, _RENAME, _TMPFILE, _THREAD and _NEW are each KIND@N (the Nth
 // call fails) or KIND+N (that one and all after it). KIND is the number of an error, "short" (a few bytes at
 // a time) or "signal" and a number. Calls are counted from the beginning of main: `signal` is its first call.
+// ZORVELA_FAULT_NEW_FROM: allocations of fewer bytes do not count.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
@@ -163,8 +164,14 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
 
 }  // extern "C"
 
+std::size_t smallestAllocation() {
+  const char* text = std::getenv("ZORVELA_FAULT_NEW_FROM");
+  return text == nullptr ? 0 : std::strtoul(text, nullptr, 10);
+}
+
 void* operator new(std::size_t size) {
-  void* const memory = NEWFault().strikes() ? nullptr : std::malloc(size);
+  static const std::size_t smallest = smallestAllocation();
+  void* const memory = size >= smallest && NEWFault().strikes() ? nullptr : std::malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }

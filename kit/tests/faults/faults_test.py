@@ -4,10 +4,9 @@ import os
 import resource
 import signal
 import stat
-import tempfile
 import unittest
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 LIBRARY = os.environ["ZORVELA_FAULTS"]
 OLD = "the result of the day before\n"
@@ -28,19 +27,11 @@ def limited(**limits):
     return limit
 
 
-class Faults(unittest.TestCase):
-    maxDiff = None
-
+class Faults(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        self.inputs = []
-        for i in range(3):
-            self.inputs.append(os.path.join(self.folder, "in%d.tab" % i))
-            with open(self.inputs[-1], "w", encoding="ascii") as file:
-                file.write(program.full_table("AKPA" * (i + 1)))
-        self.output = os.path.join(self.folder, "out.csv")
+        super().setUp()
+        self.inputs = [self.put("in%d.tab" % i, program.full_table("AKPA" * (i + 1))) for i in range(3)]
+        self.output = self.path("out.csv")
         self.expected = program.run("--format", "csv", *self.inputs).stdout
         self.assertEqual(len(self.expected.splitlines()), 1 + 6)
 
@@ -171,6 +162,20 @@ class Memory(Faults):
                 self.check_ended_in_words(ended)
                 failed += ended.returncode
         self.assertGreater(failed, 20)
+
+    def test_a_long_line_is_whole_or_an_error(self):
+        """A line that finds no room is not the end of its file."""
+        letters = 9000
+        self.inputs = [self.put("long.tab", program.full_table("AKPA").replace("AKPA", "AKPA" * (letters // 4)))]
+        self.expected = program.run("--format", "csv", *self.inputs).stdout
+        self.assertEqual(len(self.expected.splitlines()), 1 + letters // 4)
+        failed = 0
+        for allocation in range(1, 30):
+            with self.subTest(allocation=allocation):
+                ended = self.run_into_file(env=faults(new="12@%d" % allocation, new_from=letters))
+                self.check_ended_in_words(ended)
+                failed += ended.returncode
+        self.assertGreater(failed, 5)
 
     def test_allocations_that_fail_from_some_moment_on(self):
         for allocation in (1, 50, 500, 2000, 5000, 10000):

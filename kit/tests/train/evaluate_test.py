@@ -4,10 +4,9 @@ import json
 import math
 import os
 import subprocess
-import tempfile
-import unittest
 
 import made_data
+from zorvela_tests import folder
 from zorvela_tests.program import KIT, ZORVELA
 from zorvela_tests.tables import rows_of
 
@@ -33,13 +32,10 @@ def mcc(labels, calls):
     return (tp * tn - fp * fn) / math.sqrt(product) if product else 0
 
 
-class Evaluate(unittest.TestCase):
-    maxDiff = None
-
+class Evaluate(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.data = made_data.Data(folder.name)
+        super().setUp()
+        self.data = made_data.Data(self.folder)
         # Overlapping classes; every third protein without CG.
         for i in range(12):
             self.data.add(f"c{i}", made_data.sequence(i), "cis", 0.5 + 0.3 * (i % 5), None if i % 3 == 0 else

@@ -2,10 +2,9 @@
 import os
 import statistics
 import subprocess
-import tempfile
-import unittest
 
 import made_data
+from zorvela_tests import folder
 from zorvela_tests.program import KIT
 from zorvela_tests.tables import rows_of, shift_table
 
@@ -27,13 +26,10 @@ def three(value):
     return "%.3f" % value
 
 
-class Train(unittest.TestCase):
-    maxDiff = None
-
+class Train(folder.InFolder):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.data = made_data.Data(folder.name)
+        super().setUp()
+        self.data = made_data.Data(self.folder)
 
     def add_classes(self):
         for i, (shift, cg) in enumerate(zip(CIS, CIS_CG)):

@@ -1,0 +1,30 @@
+// The figures of an evaluation as text: a table to read, JSON, and CSV files for plots.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "train/evaluation.h"
+#include "train/evaluation_groups.h"
+#include "train/labelled_prolines.h"
+#include "train/next_shift_trial.h"
+
+namespace zorvela {
+
+/// A row for each group. `tables` says where the probabilities are from.
+void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
+                          const std::vector<GroupFigures>& all, const std::string& tables);
+/// The same with all digits, and with the calibration.
+void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation,
+                         const std::vector<GroupFigures>& all, const std::string& tables, int rounds);
+/// CSV: each proline with its label and its probabilities.
+void writePredictions(std::ostream& out, const Evaluation& evaluation, const LabelledProlines& data);
+/// CSV: the points of the ROC curve of each group.
+void writeRoc(std::ostream& out, const Evaluation& evaluation);
+/// CSV: predicted probability against observed share of cis.
+void writeCalibration(std::ostream& out, const Evaluation& evaluation);
+/// What the shifts that are measured next are worth, by expected gain and at random; hidden `rounds` times.
+void writeTrial(std::ostream& out, const Trial& trial, const std::string& tables, int rounds);
+
+}  // namespace zorvela

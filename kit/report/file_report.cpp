@@ -1,15 +1,13 @@
 // What became of one file.
+#include "report/file_report.h"
+
 #include <exception>
 #include <new>
-#include <utility>
 
 #include "formats/input_bytes.h"
 #include "zorvela/error.h"
-#include "zorvela/report.h"
 
 namespace zorvela {
-
-namespace {
 
 std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, Predictor& predictor) {
   std::vector<ProteinResult> results;
@@ -18,27 +16,11 @@ std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, Predi
   return results;
 }
 
-/// Puts what the structures say into the report.
-void addFindings(const std::vector<Protein>& proteins, const std::vector<ProteinStructure>& structures,
-                 FileReport& report) {
-  std::vector<ComparedProtein> compared = compareWithStructures(proteins, report.proteins, structures);
-  report.proteins.clear();
-  for (ComparedProtein& protein : compared) {
-    report.proteins.push_back(std::move(protein.result));
-    report.matches.insert(report.matches.end(), protein.matches.begin(), protein.matches.end());
-  }
-}
-
-}  // namespace
-
-FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor, const std::vector<ProteinStructure>& structures) {
+FileReport filledReport(const std::string& file, const std::function<void(FileReport&)>& fill) {
   FileReport report;
   report.file = file;
   try {
-    const std::vector<Protein> proteins = read();
-    report.proteins = resultsOf(proteins, predictor);
-    if (!structures.empty()) addFindings(proteins, structures, report);
+    fill(report);
     return report;
   } catch (const Error& e) {
     report.error = e.what();
@@ -50,6 +32,11 @@ FileReport reportOn(const std::string& file, const std::function<std::vector<Pro
   report.proteins.clear();
   report.matches.clear();
   return report;
+}
+
+FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
+                    Predictor& predictor) {
+  return filledReport(file, [&](FileReport& report) { report.proteins = resultsOf(read(), predictor); });
 }
 
 }  // namespace zorvela

@@ -20,10 +20,14 @@ struct FileReport {
   std::vector<ChainMatch> matches = {};  ///< of structures with these proteins
 };
 
-/// Predicts what `read` gives for a file, and compares it with the structures, if there are any. An exception
-/// of the reading, the prediction or the comparison is the error of this file; it ends nothing else.
+/// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of
+/// this file; it ends nothing else.
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
+                    Predictor& predictor);
+/// The same, compared with the structures, if there are any; an exception of that is the file's error as
+/// well.
+FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
+                    Predictor& predictor, const std::vector<ProteinStructure>& structures);
 
 struct RunReport {
   std::string tables;             ///< folder of the reference tables

@@ -215,12 +215,26 @@ bool isLongForCertain(const std::vector<std::string>& names, const CsvColumns& c
   return columns.shift != kNoColumn && columns.atom != kNoColumn && simplified(names[columns.atom]) != "name";
 }
 
-/// One row per residue: "name" is the residue's then, and a column such as "delta" no shift of its own.
-void becomeWide(const std::vector<std::string>& names, CsvColumns& columns) {
+bool haveResidue(const CsvColumns& columns) {
+  return columns.number != kNoColumn || columns.counter != kNoColumn || !columns.residues.empty();
+}
+
+/// One row per residue: "name" is the residue's then, and a column such as "delta" no shift of its own. Where
+/// no other column has the residues, "label" or "name" has them whole (S81).
+void becomeWide(const std::vector<std::string>& names, ColumnTaker& taker, CsvColumns& columns) {
+  const bool isName = columns.atom != kNoColumn && simplified(names[columns.atom]) == "name";
+  const std::size_t name = isName ? columns.atom : kNoColumn;
   columns.shift = kNoColumn;
-  if (columns.atom == kNoColumn) return;
-  if (columns.name == kNoColumn && simplified(names[columns.atom]) == "name") columns.name = columns.atom;
   columns.atom = kNoColumn;
+  std::size_t label = kNoColumn;
+  if (!haveResidue(columns)) {
+    label = taker.take(kAssignmentNames);
+    if (label == kNoColumn && columns.name == kNoColumn) label = name;
+  }
+  if (label != kNoColumn)
+    columns.residues.push_back(label);
+  else if (columns.name == kNoColumn)
+    columns.name = name;
 }
 
 /// Where residue and atom stand in one cell, and perhaps no column is named for it.
@@ -289,7 +303,7 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
   if (columns.counter == kNoColumn && !names.empty() && names.front().empty()) columns.counter = 0;
   addAtomColumns(names, taker, columns);
   if (columns.atoms.size() > 1 && !isLongForCertain(names, columns)) {
-    becomeWide(names, columns);
+    becomeWide(names, taker, columns);
   } else {
     columns.atoms.clear();
     columns.doubled.clear();

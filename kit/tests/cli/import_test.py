@@ -644,6 +644,20 @@ class CsvTest(ImportTest):
             out = self.run_kit("-", data=b"Residue,CA,CB\n%s,63,32\n" % label)[1]
             self.assertIn("residue 82 there\n\nDATA SEQUENCE P\n", out, label)
 
+    def test_labels_of_whole_residues(self):
+        """Where no column is called after the residue, "Label", "Name" or "Assignment" is its label."""
+        for heading in (b"Label", b"Name", b"Assignment"):
+            out = self.run_kit("-", data=b"%s,CA,CB\nS81,58,63\nP82,63,32\n" % heading)[1]
+            self.assertIn("residue 81 there\n\nDATA SEQUENCE SP\n", out, heading)
+        # Beside a number it is none: a name is the residue's, a label is left alone.
+        for heading in (b"Name,No", b"Label,Res,No"):
+            cells = heading.replace(b"Name", b"SER").replace(b"Label", b"x9").replace(b"Res", b"SER").replace(b"No", b"81")
+            out = self.run_kit("-", data=b"%s,CA,CB\n%s,58,63\n" % (heading, cells))[1]
+            self.assertIn("residue 81 there\n\nDATA SEQUENCE S\n", out, heading)
+        # A column of names alone does not say which residue.
+        self.assertIn("begins with", self.run_kit("-", data=b"Resname,CA,CB\nSER,58,63\n")[2])
+        self.assertEqual(1, self.run_kit("-", data=b"Name,CA,CB\nSER,58,63\nPRO,63,32\n")[0])
+
     def test_assignments(self):
         expected = ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CG 24.600"]
         numbering = "Residue 1 here is residue 81 there"

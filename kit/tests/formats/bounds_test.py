@@ -150,7 +150,8 @@ class Bounds(unittest.TestCase):
 
     def test_a_table_whose_first_rows_are_bad(self):
         """Titles, units and the like above many good rows are not the end of the file."""
-        good = "".join("%d,GLY,CA,45.1\n%d,GLY,N,108.2\n" % (i, i) for i in range(1, 30001))
+        alanine = (("N", 123.8), ("H", 8.2), ("HA", 4.3), ("C", 177.8), ("CA", 52.5), ("CB", 19.1), ("HB", 1.4))
+        good = "".join("%d,ALA,%s,%s\n" % (i, *shift) for i in range(1, 9001) for shift in alanine)
         for bad, what in (("not,a,residue,1\n", "no residue number"), ("text\n", "1 cell for 4 columns")):
             with self.subTest(bad):
                 text = "resid,resname,atom,shift\n" + bad * 59999 + good

@@ -118,7 +118,8 @@ class ArrayMember {
   ArrayMember& operator=(const ArrayMember&) = delete;
 
   void add(const Json& item) {
-    const std::string indent(2 * kIndent, ' ');
+    const std::string level(kIndent, ' ');
+    const std::string indent = level + level;
     out << (isEmpty ? "\n" : ",\n") << indent;
     // A line feed in a text is escaped: each one that stands there ends a line.
     for (const char c : dumped(item)) {

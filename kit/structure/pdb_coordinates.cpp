@@ -9,6 +9,7 @@
 #include <gemmi/pdb.hpp>  // for read_pdb_string
 
 #include "structure/coordinates.h"
+#include "structure/distinct_atoms.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -62,7 +63,7 @@ Fields coordinateFields(std::string_view line) {
   return result;
 }
 
-std::string residueText(std::string_view line) {
+std::string residueOf(std::string_view line) {
   return printable("residue " + std::string(trimmed(line.substr(kResidueAt, 3))) + " " +
                    std::string(trimmed(line.substr(kNumberAt, 5))) + " of chain " +
                    std::string(trimmed(line.substr(kChainAt, 2))));
@@ -124,8 +125,8 @@ class PdbFilter {
   }
 
   void noteUnusable(std::string_view line) {
-    const std::string residue = residueText(line) + ", line " + std::to_string(lineNumber);
-    const std::string which = residueText(line);
+    const std::string residue = residueOf(line) + ", line " + std::to_string(lineNumber);
+    const std::string which = residueOf(line);
     if (which != lastUnusable) unusable.push_back(residue);
     lastUnusable = which;
   }
@@ -184,6 +185,19 @@ class PdbFilter {
   std::vector<std::string> unusable;
 };
 
+/// Of atoms that are given twice the first ones.
+std::vector<std::string> dropRepeated(gemmi::Structure& structure) {
+  DistinctAtoms distinct;
+  for (gemmi::Model& model : structure.models)
+    for (gemmi::Chain& chain : model.chains)
+      for (gemmi::Residue& residue : chain.residues) {
+        const std::vector<gemmi::Atom> atoms = std::move(residue.atoms);
+        residue.atoms.clear();
+        for (const gemmi::Atom& atom : atoms) distinct.add(atom, residue, chain.name);
+      }
+  return distinct.notes();
+}
+
 }  // namespace
 
 bool isPdb(std::string_view text) {
@@ -205,7 +219,8 @@ Coordinates readPdbCoordinates(const std::string& text, const std::string& name)
   } catch (const std::exception& error) {
     throw FileError(name, 0, "cannot be read as a PDB file: " + printable(error.what()), kFetchAgain);
   }
-  coordinates.notes = filter.notes();
+  coordinates.notes = dropRepeated(coordinates.structure);
+  for (std::string& note : filter.notes()) coordinates.notes.push_back(std::move(note));
   return coordinates;
 }
 

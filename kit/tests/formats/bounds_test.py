@@ -110,6 +110,22 @@ class Bounds(unittest.TestCase):
                 self.assertIn("x.cif: has too many residues to align with the 10000 of a protein", taken.message)
                 self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
 
+    def test_atoms(self):
+        """The least that an mmCIF file may say of an atom, in whatever order; words that nobody asks for."""
+        for attack in hostile.ATTACKS:
+            if not attack.title.endswith(", mmCIF"):
+                continue
+            for size in attack.sizes[:2]:
+                with self.subTest(attack.title, size=size):
+                    taken = attack.taken(size)
+                    self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+        bare = hostile.prolines_of_mmcif(100000)
+        taken = hostile.measured({"x.csv": hostile.csv_file(10), "x.cif": bare},
+                                 ["compare", "x.csv", "--structure", "x.cif"])
+        self.assertIn("x.cif: has more than %d residues, too many for its size; give the models or chains that have "
+                      "shifts" % (30000 + len(bare) // 50), taken.message)
+        self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+
     def test_many_rows(self):
         """Just below the limit of rows: each kept, each with a reason."""
         status, message = self.run_bounded("data_x " + BARE_ROWS +

@@ -234,6 +234,50 @@ class Chains(Case):
             rows = self.rows(text)
             self.assertEqual(rows, plain)
 
+    def test_rows_in_another_order(self):
+        """Models row by row, and the atoms of a residue far from one another."""
+        models = [[("A", chain(cis=[17])), ("B", made.moved(chain(sequence=OTHER), 80))],
+                  [("A", chain(cis=[17], omegas={26: 100})), ("B", made.moved(chain(sequence=OTHER), 80))]]
+        lines = made.mmcif(*models).split("\n")
+        first = next(i for i, line in enumerate(lines) if line.startswith("ATOM"))
+        atoms = [line for line in lines if line.startswith("ATOM")]
+        plain = self.rows("\n".join(lines))
+        by_atom = sorted(atoms, key=lambda line: line.split()[3])  # all C of A, all of B ...
+        half = len(atoms) // 2
+        in_turn = [atoms[i] for i in range(half) for i in (i, i + half)]
+        for order in (by_atom, in_turn):
+            rows = self.rows("\n".join(lines[:first] + order))
+            self.assertEqual(rows.keys(), plain.keys())
+            for number, row in rows.items():
+                self.assertEqual((row["verdict"], row["omega"]), (plain[number]["verdict"], plain[number]["omega"]))
+
+    def test_an_insertion_code_with_the_number(self):
+        """Old mmCIF files write 17A in the column of numbers."""
+        residues = chain(cis=[17])
+        residues[16].code = "A"
+        own = made.mmcif([("A", residues)])
+        old = "\n".join(" ".join(words[:8] + ["?"] + words[9:14] + ["17A"] + words[15:]) if words[8:9] == ["A"] else line
+                        for line in own.split("\n") for words in [line.split()])
+        self.assertNotEqual(old, own)
+        rows = self.rows(own)
+        self.assertEqual(rows["17"]["verdict"], "agree")
+        self.assertEqual(self.rows(old), rows)
+
+    def test_an_atom_that_is_given_twice(self):
+        for make, atom, following in ((made.mmcif, " CA . PRO A 17 ", " C . PRO A 17 "),
+                                      (made.pdb, " CA  PRO A  17 ", " C   PRO A  17 ")):
+            with self.subTest(make.__name__):
+                lines = make([("A", chain(cis=[17]))]).split("\n")
+                plain = self.rows("\n".join(lines))
+                self.assertNotIn("twice", self.stderr)
+                ca = next(line for line in lines if atom in line)
+                at = next(i for i, line in enumerate(lines) if following in line)
+                moved = " ".join(ca.split()[:9] + ["0"] * 3 + ca.split()[12:]) if make is made.mmcif else (
+                    ca[:30] + "   0.000" * 3 + ca[54:])
+                self.assertEqual(self.rows("\n".join(lines[:at] + [moved, moved] + lines[at:])), plain)
+                self.assertIn("atoms that are given twice, the first one is used: residue PRO 17 of chain A\n",
+                              self.stderr)
+
     def test_windows_line_ends(self):
         text = made.pdb([("A", chain(cis=[17]))]).replace("\n", "\r\n")
         self.assertEqual(set(self.verdicts(text).values()), {"agree"})
@@ -290,9 +334,13 @@ class BadInput(Case):
         self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
                          "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; mend the "
                          "file there, or fetch it again")
+        words = lines[60].split()
         lines[60] += " 1"
         self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; mend the "
                          "file there, or fetch it again")
+        lines[60] = " ".join(words[:4] + ["AB"] + words[5:])
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this atom cannot be read: Not a single character: AB; "
+                         "mend the file there, or fetch it again")
         self.assertIn("not valid CIF: ", self.fails(cif + "'open\n"))
         models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
         self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))

@@ -1,7 +1,7 @@
 """Small files that could ask for gigabytes or minutes, at any size, and what a program takes for them.
 
-The bound: memory below 64 MiB plus 24 times the unpacked bytes (40 times those of structures), processor time below
-1 s plus 1 s for each unpacked MiB.
+The bound: memory below 64 MiB plus 24 times the unpacked bytes, processor time below 1 s plus 1 s for each unpacked
+MiB.
 """
 import dataclasses
 import gzip
@@ -28,9 +28,9 @@ print(status, usage.ru_maxrss, usage.ru_utime + usage.ru_stime)
 """
 
 
-def memory_bound(unpacked, structures=0):
-    """Bytes; so many of the unpacked are those of structures."""
-    return 64 * MIB + 24 * (unpacked - structures) + 40 * structures
+def memory_bound(unpacked):
+    """Bytes."""
+    return 64 * MIB + 24 * unpacked
 
 
 def time_bound(unpacked):
@@ -45,12 +45,11 @@ class Taken:
     message: str
     packed: int  # bytes
     unpacked: int  # bytes
-    structures: int  # bytes of the unpacked
     memory: int  # bytes
     seconds: float
 
     def memory_bound(self):
-        return memory_bound(self.unpacked, self.structures)
+        return memory_bound(self.unpacked)
 
     def is_bounded(self):
         return self.memory < self.memory_bound() and self.seconds < time_bound(self.unpacked)
@@ -59,13 +58,11 @@ class Taken:
 def measured(files, arguments):
     """Runs zorvela-kit on files (name: text), each gzipped where its name ends in .gz; `arguments` name them as
     they are there."""
-    unpacked = packed = structures = 0
+    unpacked = packed = 0
     with tempfile.TemporaryDirectory() as folder:
         for name, text in files.items():
             data = text.encode()
             unpacked += len(data)
-            if name.endswith((".pdb", ".cif", ".pdb.gz", ".cif.gz")):
-                structures += len(data)
             if name.endswith(".gz"):
                 data = gzip.compress(data, 6)
             packed += len(data)
@@ -77,7 +74,7 @@ def measured(files, arguments):
                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=MOST_SECONDS, check=True,
                                preexec_fn=None if is_sanitized() else limit_addresses)
     status, kilobytes, seconds = ended.stdout.split()
-    return Taken(int(status), ended.stderr.decode(), packed, unpacked, structures, int(kilobytes) * 1024,
+    return Taken(int(status), ended.stderr.decode(), packed, unpacked, int(kilobytes) * 1024,
                  float(seconds))
 
 
@@ -207,12 +204,14 @@ def mmcif_file(residues, chains=1, models=1):
     return "".join(text)
 
 
+BARE_ATOMS = ("data_x\nloop_\n_atom_site.label_atom_id\n_atom_site.label_comp_id\n_atom_site.label_asym_id\n"
+              "_atom_site.label_seq_id\n_atom_site.Cartn_x\n_atom_site.Cartn_y\n_atom_site.Cartn_z\n")
+
+
 def bare_mmcif(residues, chains):
     """The least that is read: one CA atom for each residue."""
-    return ("data_x\nloop_\n_atom_site.label_atom_id\n_atom_site.label_comp_id\n_atom_site.label_asym_id\n"
-            "_atom_site.label_seq_id\n_atom_site.Cartn_x\n_atom_site.Cartn_y\n_atom_site.Cartn_z\n" +
-            "".join("CA %s A%d %d %d 0 0\n" % (NAMES[i % 10], chain, i + 1, 4 * i)
-                    for chain in range(chains) for i in range(residues)))
+    return BARE_ATOMS + "".join("CA %s A%d %d %d 0 0\n" % (NAMES[i % 10], chain, i + 1, 4 * i)
+                                for chain in range(chains) for i in range(residues))
 
 
 # --- The attacks ------------------------------------------------------------------------------------
@@ -347,6 +346,41 @@ def many_entries(n):
     return "".join(one % i for i in range(n))
 
 
+def prolines_of_mmcif(n):
+    return BARE_ATOMS + "".join("CA PRO A %d %.1f 0 0\n" % (i, 3.8 * i) for i in range(n))
+
+
+def chains_of_mmcif(n):
+    return BARE_ATOMS + "".join("CA PRO A%d %d 0 0 0\n" % (i, i) for i in range(n))
+
+
+def models_in_turn_of_mmcif(n):
+    return (BARE_ATOMS + "_atom_site.pdbx_PDB_model_num\n" +
+            "".join("CA PRO A %d 0 0 0 %d\n" % (i, i % 5000) for i in range(n)))
+
+
+def scattered_residues_of_mmcif(n):
+    """The atoms of a residue stand far from one another."""
+    return BARE_ATOMS + "".join("%s PRO A %d 0 0 0\n" % (atom, i * 7919 % n)
+                                for atom in ("N", "CA", "C") for i in range(n))
+
+
+def atoms_given_again_of_mmcif(n):
+    return prolines_of_mmcif(10) + "CA PRO A 1 0 0 0\n" * n
+
+
+def atoms_without_place_of_mmcif(n):
+    return prolines_of_mmcif(10) + "".join("CA PRO A %d . 0 0\n" % i for i in range(n))
+
+
+def words_of_mmcif(n):
+    return "data_x\nloop_\n_a\n" + "a " * n + "\n" + prolines_of_mmcif(10)
+
+
+def lost_value_of_mmcif(n):
+    return "data_x\nloop_\n_a\n_b\n" + "a a\n" * n + "a\n" + prolines_of_mmcif(10)
+
+
 # Sizes small, usual and beyond any that is known.
 FORMATS = [
     Attack("NMR-STAR 3", "a.str", star3_entry, (100, 1000, 10000), ("run", "--format", "json")),
@@ -407,6 +441,16 @@ ATTACKS = [
     Attack("chains that are aligned", "a.cif", lambda n: bare_mmcif(1400, n), (1, 10, 100),
            ("compare", "x.str", "--structure", "FILE"),
            lambda n: {"x.str": entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"}),
+    *(Attack(title + ", mmCIF", "a.cif", make, sizes, ("compare", "x.csv", "--structure", "FILE"),
+             lambda n: {"x.csv": csv_file(100)}) for title, make, sizes in (
+                 ("prolines", prolines_of_mmcif, (1000, 29000, 1000000)),
+                 ("chains", chains_of_mmcif, (1000, 29000, 1000000)),
+                 ("models in turn", models_in_turn_of_mmcif, (1000, 29000, 1000000)),
+                 ("scattered residues", scattered_residues_of_mmcif, (1000, 29000, 1000000)),
+                 ("atoms given again", atoms_given_again_of_mmcif, (1000, 50000, 3000000)),
+                 ("atoms without place", atoms_without_place_of_mmcif, (1000, 50000, 1000000)),
+                 ("words", words_of_mmcif, (10000, 1000000, 50000000)),
+                 ("lost value", lost_value_of_mmcif, (10000, 1000000, 20000000)))),
     Attack("prolines", "a.str", lambda n: entity("GP" * n) + BARE_ROWS + "2 PRO CA 63\n", (50, 500, 5000),
            ("run", "--format", "json")),
 ]

@@ -17,6 +17,7 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
+#include "cli/structures.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -84,7 +85,7 @@ std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& 
 std::vector<ProteinStructure> readStructures(const std::vector<std::string>& files) {
   std::vector<ProteinStructure> structures;
   structures.reserve(files.size());
-  for (const std::string& file : files) structures.push_back(readStructureFile(file));
+  for (const std::string& file : files) structures.push_back(readStructureArgument(file));
   return structures;
 }
 
@@ -178,6 +179,7 @@ void run(const RunSettings& settings) {
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
   inputs.mustNotHold(settings.output);
+  mustBeGivenOnce(settings.structures);
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
   const std::vector<ProteinStructure> structures = readStructures(settings.structures);
@@ -218,7 +220,7 @@ void addRun(CLI::App& app) {
       ->description("Write to this file instead of standard output");
   command->add_option("--structure", settings->structures)
       ->type_name("MODEL")
-      ->description("With --format html: structures (PDB, mmCIF) to compare with, behind the shift files");
+      ->description("With --format html: structures (PDB, mmCIF) to compare with, after the shift files");
   CLI::Option* explain =
       command->add_flag("--explain", settings->explain)
           ->description("Below each proline: what speaks for cis and for trans, and what to measure next");

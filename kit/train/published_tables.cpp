@@ -148,8 +148,6 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
 // --- Neighbours of prolines -----------------------------------------------------------------------
 
 const std::array<std::string, 4> kShareColumns = {"cis_prev", "cis_next", "trans_prev", "trans_next"};
-// Letters that a sequence can hold beside the 20 types; ? stands for a gap or an unknown residue.
-const std::string kOtherLetters = "BJOUX?";
 
 using Counts = std::array<double, 4>;
 

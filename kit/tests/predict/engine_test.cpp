@@ -173,8 +173,10 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
 }
 
 TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
-  // The tables know no residue X: both priors are 0.
-  const ProteinResult result = predict(complete("XPK"));
+  // CG is so far from both classes that both likelihoods are 0.
+  Protein protein = complete("APK");
+  protein.shifts.push_back({2, "CG", "500"});
+  const ProteinResult result = predict(protein);
   EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
   EXPECT_FALSE(result.prolines[0].pCis.has_value());
   EXPECT_FALSE(result.prolines[0].pCisNorm.has_value());

@@ -1,6 +1,5 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <memory>
 #include <new>
@@ -61,23 +60,31 @@ std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
 }
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs.
+/// does not depend on the number of jobs. Files for which there is too little memory beside others come again,
+/// one at a time.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
                                      const std::vector<ProteinStructure>& structures) {
   std::vector<FileReport> reports(settings.files.size());
   std::vector<Predictor> predictors = makePredictors(
       std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
 
-  std::atomic<std::size_t> next{0};
   Progress progress("Predicting", settings.files.size());
-  inThreads(predictors.size(), [&](std::size_t job) {
-    for (std::size_t i = next++; i < reports.size(); i = next++) {
-      const std::string& file = settings.files[i];
-      reports[i] = reportOn(
-          file, [&] { return readInput(file, settings.import); }, predictors[job], structures);
-      progress.step();
-    }
-  });
+  const auto predictFile = [&](std::size_t item, Predictor& predictor, auto read) {
+    const std::string& file = settings.files[item];
+    reports[item] = reportOn(
+        file, [&] { return read(file, settings.import); }, predictor, structures);
+  };
+  const std::vector<std::size_t> notDone =
+      inThreads(reports.size(), predictors.size(), [&](std::size_t item, std::size_t job) {
+        predictFile(item, predictors[job], readInput);
+        if (reports[item].isForScarcity) throw std::bad_alloc();
+        progress.step();
+      });
+  predictors.erase(predictors.begin() + 1, predictors.end());
+  for (const std::size_t item : notDone) {
+    predictFile(item, predictors.front(), readInputAgain);
+    progress.step();
+  }
   return reports;
 }
 

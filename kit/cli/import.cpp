@@ -159,6 +159,7 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
     paths.push_back((fs::path(folder) / (name + ".tab")).string());
     inputs.mustNotHold(paths.back());
   }
+  mustDiffer(paths);
   return paths;
 }
 

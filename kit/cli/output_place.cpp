@@ -73,7 +73,7 @@ std::string nameIn(const std::string& path) {
   return path.substr(path.rfind('/') + 1);  // npos + 1 is 0
 }
 
-OutputPlace outputPlaceOf(const std::string& path) {
+std::string afterLinks(const std::string& path) {
   std::string place = path;
   for (int links = 0; !isInProc(place); ++links) {
     const std::optional<std::string> target = linkTarget(place);
@@ -81,6 +81,11 @@ OutputPlace outputPlaceOf(const std::string& path) {
     if (links == kMostLinks) throwSystemError(ELOOP);
     place = target->rfind('/', 0) == 0 ? *target : folderOf(place) + "/" + *target;
   }
+  return place;
+}
+
+OutputPlace outputPlaceOf(const std::string& path) {
+  const std::string place = afterLinks(path);
   if (isInProc(place)) return {openInProc(place), ""};
 
   struct stat info {};

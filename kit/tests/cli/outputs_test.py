@@ -291,6 +291,11 @@ class Links(InFolder):
 
 
 class Names(InFolder):
+    def test_no_name(self):
+        ended = self.run_to("")
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "zorvela-kit: the name of an output is empty; give a file, or - for standard output\n"))
+
     def test_long_names(self):
         for length in (240, 255):
             self.check_written(self.run_to(self.path("x" * length)), "x" * length)

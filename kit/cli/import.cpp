@@ -44,10 +44,12 @@ bool isPlainInName(char c) {
          c == '+' || static_cast<unsigned char>(c) >= 0x80;
 }
 
+/// What `ls` would show a terminal may be obeyed as well.
 std::string safeName(const std::string& text) {
   constexpr std::size_t kLongest = 60;
-  std::string name;
-  for (const char c : text.substr(0, kLongest)) name.push_back(isPlainInName(c) ? c : '_');
+  std::string name = shown(firstBytes(text, kLongest), '_');
+  for (char& c : name)
+    if (!isPlainInName(c)) c = '_';
   return name;
 }
 
@@ -159,6 +161,7 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
     paths.push_back((fs::path(folder) / (name + ".tab")).string());
     inputs.mustNotHold(paths.back());
   }
+  mustDiffer(paths);
   return paths;
 }
 

@@ -8,6 +8,8 @@
 #include <optional>
 #include <system_error>
 
+#include "cli/input.h"
+#include "cli/output_place.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -16,12 +18,32 @@ namespace {
 
 const std::string kStandardStream = "-";
 
-/// Of a plain file that is there; `standardStream` is what "-" stands for.
-std::optional<std::pair<dev_t, ino_t>> identityOf(const std::string& path, int standardStream) {
+using Identity = std::pair<dev_t, ino_t>;
+
+/// Of what is there; `standardStream` is what "-" stands for.
+std::optional<struct stat> statusOf(const std::string& path, int standardStream) {
   struct stat info {};
   const int status = path == kStandardStream ? fstat(standardStream, &info) : stat(path.c_str(), &info);
-  if (status != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
-  return std::pair(info.st_dev, info.st_ino);
+  if (status != 0) return std::nullopt;
+  return info;
+}
+
+Identity identityOf(const struct stat& info) {
+  return {info.st_dev, info.st_ino};
+}
+
+bool isPipe(const struct stat& info) {
+  return S_ISFIFO(info.st_mode) || S_ISSOCK(info.st_mode);
+}
+
+/// A name in a folder, however the path leads there. Nothing where it leads to no folder, which writing will say.
+std::optional<std::pair<Identity, std::string>> entryOf(const std::string& path) {
+  try {
+    const std::string place = afterLinks(path);
+    if (const auto folder = statusOf(folderOf(place), -1)) return std::pair(identityOf(*folder), nameIn(place));
+  } catch (const std::system_error&) {
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -29,7 +51,11 @@ std::optional<std::pair<dev_t, ino_t>> identityOf(const std::string& path, int s
 void InputFiles::add(const std::string& path) {
   if (path == kStandardStream && ++standardInputs > 1)
     throw Error("standard input", 0, "is given twice as -", "give - once, and other files by name");
-  if (const auto identity = identityOf(path, STDIN_FILENO)) files.insert(*identity);
+  const auto info = statusOf(path, STDIN_FILENO);
+  if (!info) return;
+  if (S_ISREG(info->st_mode)) files.insert(identityOf(*info));
+  if (isPipe(*info) && !pipes.insert(identityOf(*info)).second)
+    throw Error(inputName(path), 0, "is a pipe that is given twice", "give it once, and other files by name");
 }
 
 void InputFiles::add(const std::vector<std::string>& paths) {
@@ -44,22 +70,23 @@ void InputFiles::addFolder(const std::string& folder) {
 }
 
 void InputFiles::mustNotHold(const std::string& output) const {
-  const auto identity = identityOf(output, STDOUT_FILENO);
-  if (!identity || files.count(*identity) == 0) return;
+  const auto info = statusOf(output, STDOUT_FILENO);
+  if (!info || files.count(identityOf(*info)) == 0) return;
   throw Error(output == kStandardStream ? "standard output" : output, 0, "is an input file",
               "choose another place with --output");
 }
 
 void mustDiffer(const std::vector<std::string>& outputs) {
-  std::set<std::string> names;
-  std::set<std::pair<dev_t, ino_t>> files;
+  std::set<std::pair<Identity, std::string>> entries;
+  std::set<Identity> files;
   for (const std::string& output : outputs) {
     if (output.empty() || output == kStandardStream) continue;
-    const auto identity = identityOf(output, STDOUT_FILENO);
-    std::error_code unknown;
-    const std::string name = std::filesystem::weakly_canonical(output, unknown).string();
-    const bool isNewName = identity || unknown || names.insert(name).second;
-    if (!isNewName || (identity && !files.insert(*identity).second))
+    const auto info = statusOf(output, STDOUT_FILENO);
+    if (info && !S_ISREG(info->st_mode)) continue;
+    const auto entry = entryOf(output);
+    // To some file systems names that differ in case are one; a hard link is replaced without harm to the other.
+    const bool isNewFile = !info || info->st_nlink > 1 || files.insert(identityOf(*info)).second;
+    if (!isNewFile || (entry && !entries.insert(*entry).second))
       throw Error(output, 0, "would hold two outputs", "give each its own file");
   }
 }

@@ -69,7 +69,7 @@ std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-OutputPlace outputPlaceOf(const std::string& path) {
+std::string afterLinks(const std::string& path) {
   std::string place = path;
   for (int links = 0; !isInProc(place); ++links) {
     const std::optional<std::string> target = linkTarget(place);
@@ -77,6 +77,11 @@ OutputPlace outputPlaceOf(const std::string& path) {
     if (links == kMostLinks) throwSystemError(ELOOP);
     place = target->rfind('/', 0) == 0 ? *target : folderOf(place) + "/" + *target;
   }
+  return place;
+}
+
+OutputPlace outputPlaceOf(const std::string& path) {
+  const std::string place = afterLinks(path);
   if (isInProc(place)) return {openInProc(place), ""};
 
   struct stat info {};

@@ -25,8 +25,12 @@ struct OutputPlace {
   std::string file;   ///< else: the file after all links, which need not be there yet
 };
 
-/// Follows the links of `path`, also one whose target is not there. std::system_error where the path
-/// leads nowhere: links in a circle, a folder, a file that may not be written.
+/// The path after all links, also one whose target is not there; links in /proc stay. std::system_error for links in
+/// a circle.
+std::string afterLinks(const std::string& path);
+
+/// Where writing to `path` leads. std::system_error where it leads nowhere: links in a circle, a folder, a file that
+/// may not be written.
 OutputPlace outputPlaceOf(const std::string& path);
 
 /// The folder of a path, "." where it names none.

@@ -65,7 +65,10 @@ void checkOutputs(const TrainSettings& settings) {
   InputFiles inputs({settings.labels, settings.published.neighbours, settings.published.randomCoil,
                      settings.published.neighbourEffects});
   inputs.addFolder(settings.entries);
-  for (const char* name : kTableNames) inputs.mustNotHold(settings.output + "/" + name);
+  std::vector<std::string> outputs;
+  for (const char* name : kTableNames) outputs.push_back(settings.output + "/" + name);
+  for (const std::string& output : outputs) inputs.mustNotHold(output);
+  mustDiffer(outputs);
 }
 
 void train(const TrainSettings& settings) {

@@ -218,6 +218,7 @@ void writeWhole(const std::string& path, const Writer& write) {
     fill(STDOUT_FILENO, kStandardOutput, write);
     return;
   }
+  if (path.empty()) throw Error("the name of an output is empty; give a file, or - for standard output");
   const OutputPlace place = placeOf(path);
   if (place.stream.isOpen()) {
     fill(place.stream.number(), path, write);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <system_error>
 
+#include "util/read_some.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -26,7 +27,7 @@ std::string allOf(std::FILE* stream, const std::string& file, std::uintmax_t exp
   std::string bytes;
   if (expected <= kLargestInput) bytes.reserve(static_cast<std::size_t>(expected));
   char chunk[kChunk];
-  while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, stream)) {
+  while (const std::size_t count = readSome(chunk, sizeof chunk, stream)) {
     if (bytes.size() + count > kLargestInput) throw inputError(InputFault::tooLarge, file);
     bytes.append(chunk, count);
   }

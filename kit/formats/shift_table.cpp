@@ -16,6 +16,10 @@ namespace {
 
 // Far more than the longest protein has; the program's table keeps every cell as a text.
 constexpr std::size_t kMostTableRows = 100000;
+// Each takes some 100 bytes there, and three times as much in the names of the columns.
+constexpr std::size_t kCellsOfAnyFile = 400000;
+constexpr std::size_t kBytesPerCell = 6;
+constexpr std::size_t kCellsPerName = 3;
 constexpr std::array<const char*, 4> kColumns = {"RESID", "RESNAME", "ATOMNAME", "SHIFT"};
 
 std::string_view firstWord(std::string_view line) {
@@ -35,6 +39,8 @@ std::size_t countWords(std::string_view line, std::size_t most) {
 
 /// What is known of a table above the line that is looked at.
 struct LinesAbove {
+  std::size_t mostCells = 0;  // of the whole table
+  std::size_t cells = 0;
   std::size_t count = 0;
   std::size_t sequence = 0;  // residues
 
@@ -42,6 +48,13 @@ struct LinesAbove {
   std::size_t rows = 0;
   bool hasFormat = false;
 };
+
+void addCells(std::size_t cells, LinesAbove& above, const std::string& file) {
+  above.cells += cells;
+  if (above.cells > above.mostCells)
+    throw FileError(file, above.count + 1, "has too many columns and rows for a shift table of this size",
+                    "leave out the columns but RESID RESNAME ATOMNAME SHIFT");
+}
 
 void checkFormat(std::string_view line, const LinesAbove& above, const std::string& file) {
   const std::string items(line.substr(line.find("FORMAT") + 6));
@@ -62,7 +75,10 @@ void checkRow(std::string_view line, LinesAbove& above, const std::string& file,
   if (++above.rows > kMostTableRows)
     throw FileError(file, number, "is beyond the first " + std::to_string(kMostTableRows) + " rows",
                     "split it into one table per protein");
-  if (above.hasFormat && countWords(line, above.columns) == above.columns) return;
+  if (above.hasFormat && countWords(line, above.columns) == above.columns) {
+    addCells(above.columns, above, file);
+    return;
+  }
   skipped.add("line " + std::to_string(number) + " is no row of the table, left out: \"" +
               printable(trimmed(line), 40) + "\"");
 }
@@ -85,6 +101,7 @@ void checkLine(std::string_view line, LinesAbove& above, const std::string& file
   const std::string_view word = firstWord(line);
   if (word == "VARS") {
     above.columns = countWords(line, line.size()) - 1;
+    addCells(kCellsPerName * above.columns, above, file);
   } else if (word == "FORMAT") {
     checkFormat(line, above, file);
     above.hasFormat = true;
@@ -101,6 +118,7 @@ std::string checkedText(std::string_view text, const std::string& file, LimitedN
   std::string result;
   result.reserve(text.size() + 1);
   LinesAbove above;
+  above.mostCells = kCellsOfAnyFile + text.size() / kBytesPerCell;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     checkLine(*line, above, file, skipped);
     result.append(*line);

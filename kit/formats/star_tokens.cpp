@@ -89,19 +89,19 @@ void StarTokens::readTextField(StarToken& token) {
   line += static_cast<std::size_t>(std::count(whole.begin(), whole.end(), newline));
 }
 
-// A quote ends a string only in front of white space; a line end leaves it open.
+// A quote ends a string only in front of white space; a line end leaves it open. One line may hold millions of
+// strings, so its end is not looked for.
 void StarTokens::readQuoted(StarToken& token) {
   const char quote = source[pos];
   token.kind = StarToken::Kind::value;
-  const std::size_t most = lineEnd(pos);
   std::size_t close = pos + 1;
-  while (close < most &&
+  while (close < source.size() && source[close] != newline &&
          !(source[close] == quote &&
            (close + 1 == source.size() || isStarSpace(source[close + 1]) || source[close + 1] == '#')))
     ++close;
   token.value = source.substr(pos + 1, close - pos - 1);
-  token.isOpen = close == most;
-  token.end = token.isOpen ? most : close + 1;
+  token.isOpen = close == source.size() || source[close] == newline;
+  token.end = token.isOpen ? close : close + 1;
 }
 
 void StarTokens::readWord(StarToken& token) const {

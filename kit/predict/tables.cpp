@@ -12,6 +12,7 @@
 
 #include "predict/table_checks.h"
 #include "util/checksum.h"
+#include "util/read_some.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -60,7 +61,7 @@ std::string textOf(const std::string& path, const std::string& remedy) {
   if (!file) throwSystemError(path, errno, remedy);
   std::string text;
   std::array<char, 1 << 14> block{};
-  while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
+  while (const std::size_t count = readSome(block.data(), block.size(), file.get())) {
     text.append(block.data(), count);
     if (text.size() > kMostBytes) throw TableError(path, 0, "is above 64 MiB, too large for a table", remedy);
   }

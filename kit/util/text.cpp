@@ -226,9 +226,13 @@ std::string shownLines(std::string_view text) {
 
 std::string printable(std::string_view text, std::size_t most) {
   if (text.size() <= most) return shown(text, ' ');
-  // No half of a multi-byte character at the cut.
+  return shown(firstBytes(text, most), ' ') + "...";
+}
+
+std::string_view firstBytes(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
   for (int i = 1; i < kLongestCharacter && most > 0 && isContinuation(text[most]); ++i) --most;
-  return shown(text.substr(0, most), ' ') + "...";
+  return text.substr(0, most);
 }
 
 std::string csvCell(std::string_view text) {

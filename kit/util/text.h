@@ -52,6 +52,9 @@ std::string shownLines(std::string_view text);
 /// The same with blanks for control characters; a text above `most` bytes is cut and ends in "...".
 std::string printable(std::string_view text, std::size_t most = 200);
 
+/// The first bytes of a text, at most so many, without half a character at the cut.
+std::string_view firstBytes(std::string_view text, std::size_t most);
+
 /// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be.
 /// A spreadsheet would take what begins with =, +, -, @ or a tab for a formula and run it: such a text gets
 /// an apostrophe before it, unless it is a number ("-3", "-3A") or a lone mark ("-"). One that has such an

@@ -84,6 +84,48 @@ class Inputs(InFolder):
                               "by name\n"))
 
 
+    def test_a_pipe_given_twice_is_refused(self):
+        """By whatever name: the one who reads first gets all, the other what is left."""
+        twice = "zorvela-kit: %s: is a pipe that is given twice; give it once, and other files by name\n"
+        os.mkfifo(self.path("pipe"))
+        os.symlink("pipe", self.path("link"))
+        pipes = (("-", "/dev/stdin"), ("/dev/stdin", "/proc/self/fd/0"), ("/dev/stdin", "-"),
+                 (self.path("pipe"), self.path("link")))
+        for first, second in pipes:
+            for command in (["run", first, second], ["import", first, second],
+                            ["compare", first, "--structure", second]):
+                with self.subTest(command=command):
+                    ended = program.kit(*command, input="")
+                    self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                                     (1, "", twice % ("standard input" if second == "-" else second)))
+
+    def test_import_writes_no_two_tables_into_one_file(self):
+        """Tables of the day before that are links: to one that is there, to one that is not."""
+        files = [self.put(name, self.read("in.tab")) for name in ("a.tab", "b.tab")]
+        for name, target in (("b.tab", "a.tab"), ("a.tab", "both"), ("b.tab", "both")):
+            with self.subTest(name=name, target=target):
+                os.makedirs(self.path("out"), exist_ok=True)
+                os.symlink(target, self.path("out/" + name))
+                if name == "a.tab":
+                    continue
+                ended = program.kit("import", *files, "--output", self.path("out"))
+                self.assertEqual((ended.returncode, ended.stderr),
+                                 (1, "zorvela-kit: %s: would hold two outputs; give each its own file\n"
+                                  % self.path("out/b.tab")))
+                self.assertEqual([name for name in os.listdir(self.path("out"))
+                                  if not os.path.islink(self.path("out/" + name))], [])
+                shutil.rmtree(self.path("out"))
+
+    def test_old_tables_that_are_one_file_by_hard_links_part(self):
+        files = [self.put(name, program.full_table(letters)) for name, letters in (("a.tab", "APK"), ("b.tab", "KPA"))]
+        os.mkdir(self.path("out"))
+        os.link(self.put("out/a.tab", "old\n"), self.path("out/b.tab"))
+        ended = program.kit("import", *files, "--output", self.path("out"))
+        self.assertEqual(ended.returncode, 0, ended.stderr)
+        self.assertIn("DATA SEQUENCE APK", self.read("out/a.tab"))
+        self.assertIn("DATA SEQUENCE KPA", self.read("out/b.tab"))
+
+
 class TrainingInputs(InFolder):
     def setUp(self):
         super().setUp()
@@ -134,6 +176,22 @@ class TrainingInputs(InFolder):
         self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                          (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n" % alias))
         self.assertFalse(os.path.exists(new))
+        for name in ("roc.csv", "calibration.csv"):
+            os.symlink("new.csv", self.path(name))
+        ended = program.kit(*evaluate, "--roc", self.path("roc.csv"), "--calibration", self.path("calibration.csv"))
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n"
+                          % self.path("calibration.csv")))
+        self.assertFalse(os.path.exists(new))
+
+    def test_train_writes_no_two_tables_into_one_file(self):
+        os.mkdir(self.data.path("tab"))
+        os.symlink("rcnext.tab", self.data.path("tab/rcprev.tab"))
+        ended = program.kit(*self.data.train("tab"))
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n"
+                          % self.data.path("tab/rcnext.tab")))
+        self.assertEqual(os.listdir(self.data.path("tab")), ["rcprev.tab"])
 
     def test_options_without_sense_are_refused(self):
         for option, value in (("--limit-percent", "nan"), ("--limit-percent", "1e-300"), ("--trim", "nan"),
@@ -233,6 +291,11 @@ class Links(InFolder):
 
 
 class Names(InFolder):
+    def test_no_name(self):
+        ended = self.run_to("")
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "zorvela-kit: the name of an output is empty; give a file, or - for standard output\n"))
+
     def test_long_names(self):
         for length in (240, 255):
             self.check_written(self.run_to(self.path("x" * length)), "x" * length)

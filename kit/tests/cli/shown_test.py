@@ -64,6 +64,18 @@ class Shown(folder.InFolder):
                 self.assertIn(ended.returncode, (0, 1))
                 self.check_harmless(ended.stdout, ended.stderr)
 
+    def test_names_of_tables(self):
+        """What a chain is called becomes part of a file's name, which `ls` shows."""
+        rows = b"%s,1,ALA,CA,52\n%s,2,PRO,CA,63\n%s,3,LYS,CA,55\n"
+        # 59 bytes and a character of two, of which a name of 60 bytes holds no half.
+        chains = (BAD, "\u202e\x9b\x85\u2028".encode(), b"\xff\xfe", b"x" * 59 + "\u00e9\u00e9".encode())
+        self.put(b"c.csv", b"chain,resid,resname,atom,shift\n" + b"".join(rows % ((chain,) * 3) for chain in chains))
+        self.assertEqual(self.kit("import", b"c.csv", "--output", "out/").returncode, 0)
+        names = os.listdir(os.path.join(self.folder, b"out"))
+        self.assertEqual(len(names), len(chains))
+        self.check_harmless(*names)
+        self.assertIn(b"c_" + b"x" * 59 + b".tab", names)
+
     def test_import(self):
         for file in self.hostile_files():
             ended = self.kit("import", file)

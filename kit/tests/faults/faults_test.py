@@ -71,6 +71,11 @@ class Reads(Faults):
     def test_short_reads_change_nothing(self):
         self.check_right(self.run_into_file(env=faults(read="short+1")))
 
+    def test_an_interrupted_read_is_tried_again(self):
+        for call in range(1, 2 * FEW + 8):
+            with self.subTest(call=call):
+                self.check_right(self.run_into_file(env=faults(read="%d@%d" % (errno.EINTR, call))))
+
     def test_a_read_error_is_never_the_end_of_a_file(self):
         struck = 0
         for call in range(1, 2 * FEW + 8):

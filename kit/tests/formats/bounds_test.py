@@ -64,6 +64,21 @@ class Bounds(unittest.TestCase):
         self.assertEqual((status, message.count("\n")), (1, 1), message[:300])
         self.assertIn("hostile.tab.gz:1: has a sequence of more than 40000 residues", message)
 
+    def test_columns_of_a_table(self):
+        """A cell takes as much memory as fifty of its bytes."""
+        too_many = "has too many columns and rows for a shift table of this size"
+        status, message = self.run_bounded(hostile.columns_of_a_table(2000000), "import", name="hostile.tab")
+        self.assertEqual((status, message.count("\n")), (1, 1), message[:300])
+        self.assertIn("hostile.tab.gz:2: " + too_many, message)
+        status, message = self.run_bounded(hostile.cells_of_a_table(20000), "import", name="hostile.tab")
+        self.assertEqual((status, message.count("\n")), (1, 1), message[:300])
+        self.assertIn(too_many, message)
+        status, message = self.run_bounded(hostile.cells_of_a_table(1000), "import", name="hostile.tab")
+        self.assertEqual(status, 0, message[:300])
+
+    def test_quoted_words_on_one_line(self):
+        self.refused(hostile.quotes_of_star(2000000), "holds no backbone shifts of a protein")
+
     def test_gaps(self):
         """Two rows name residues 1,000 apart, in many chains."""
         self.refused(hostile.gaps_of_many_chains(900), "makes more than 40000 residues in all tables together")

@@ -259,6 +259,16 @@ def long_sequence_of_a_table(n):
             "   2 P CA 63.0\n")
 
 
+def columns_of_a_table(n):
+    return ("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT " + "a " * n + "\nFORMAT %4d %1s %4s %8.3f\n\n" +
+            "2 P CA 63.0 " + "1 " * n + "\n")
+
+
+def cells_of_a_table(n):
+    return ("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT " + " ".join(map(str, range(300))) +
+            "\nFORMAT %4d %1s %4s %8.3f\n\n" + ("2 P CA 63.0 " + "1 " * 300 + "\n") * n)
+
+
 def rows_of_a_table(n):
     return ("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n\n" +
             "   2 P CA 63.0\n" * n)
@@ -291,6 +301,11 @@ def quotes_of_csv(n):
 
 def far_residues_of_csv(n):
     return "resid,resname,atom,shift\n" + "".join("%d,PRO,CA,63\n" % (1 + 1000 * i) for i in range(n))
+
+
+def quotes_of_star(n):
+    """On one line: its end is far from each."""
+    return "data_x " + "'' " * n
 
 
 def plain_text(n):
@@ -415,6 +430,8 @@ ATTACKS = [
            (10000, 1000000, 50000000)),
     Attack("letters, shift table", "a.tab", long_sequence_of_a_table, (10000, 1000000, 50000000)),
     Attack("rows, shift table", "a.tab", rows_of_a_table, (1000, 90000, 2000000)),
+    Attack("columns, shift table", "a.tab", columns_of_a_table, (1000, 100000, 5000000)),
+    Attack("cells, shift table", "a.tab", cells_of_a_table, (100, 3000, 50000)),
     Attack("remarks, shift table", "a.tab", remarks_of_a_table, (1000, 30000, 1000000)),
     Attack("cells above a header", "a.csv", cells_above_a_header, (1000, 40000, 1200000)),
     Attack("chain name", "a.str", long_chain_name, (1000, 100000, 1000000), ("run", "--format", "csv")),
@@ -424,6 +441,7 @@ ATTACKS = [
     Attack("quotes, CSV", "a.csv", quotes_of_csv, (1000, 50000, 2000000)),
     Attack("far residues, CSV", "a.csv", far_residues_of_csv, (10, 100, 100000)),
     Attack("no shifts", "a.txt", plain_text, (1000, 50000, 2000000)),
+    Attack("quoted words", "a.str", quotes_of_star, (10000, 1000000, 9000000)),
     Attack("$words", "a.str", words_of_frames, (10000, 1000000, 19000000)),
     Attack("$words for shifts", "a.str", frame_words_as_shifts, (10000, 1000000, 19000000)),
     Attack("save frames", "a.str", many_frames, (1000, 90000, 1000000)),

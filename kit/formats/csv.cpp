@@ -47,7 +47,9 @@ bool isMissingMark(const std::string& value) {
 struct RowResidue {
   ResidueLabel label;  ///< of the cell that gives the number
   std::string name;
-  std::string atom;  ///< of an assignment
+  std::string atom;        ///< of an assignment
+  std::string chain;       ///< by its column or by a label
+  std::string strayLabel;  ///< one that names another chain
   bool isByCounter = false;
 };
 
@@ -73,6 +75,12 @@ std::vector<std::size_t> nameSources(const CsvColumns& columns) {
   return sources;
 }
 
+void takeChain(const ResidueLabel& label, const std::string& cell, RowResidue& residue) {
+  if (label.chain.empty()) return;
+  if (residue.chain.empty()) residue.chain = label.chain;
+  if (residue.chain != label.chain) residue.strayLabel = cell;
+}
+
 void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
   for (const std::size_t column : numberSources(columns)) {
     if (column == kNoColumn) continue;
@@ -82,6 +90,7 @@ void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns
     residue.label = std::move(*label);
     residue.isByCounter = column == columns.counter;
     if (isAssignment) residue.atom = residue.label.atom;
+    takeChain(residue.label, cellAt(cells, column), residue);
     return;
   }
 }
@@ -93,6 +102,7 @@ void findName(const std::vector<std::string>& cells, const CsvColumns& columns, 
     const auto label = readLabel(cell, column == columns.assignment);
     if (label && !label->name.empty() && (label->number.empty() || label->number == residue.label.number)) {
       residue.name = label->name;
+      takeChain(*label, cell, residue);
       return;
     }
     // A name that is not known stays as it is, where the number is known without it.
@@ -108,6 +118,7 @@ void findName(const std::vector<std::string>& cells, const CsvColumns& columns, 
 
 RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns) {
   RowResidue residue;
+  residue.chain = cellAt(cells, columns.chain);
   findNumber(cells, columns, residue);
   findName(cells, columns, residue);
   return residue;
@@ -328,11 +339,10 @@ class CsvReader {
 
   void lookAt(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
-    const std::string chain = cellAt(row.cells, columns.chain);
     survey.residues.add(!isPlaced(residue), row.line, [&] { return whyNotPlaced(residue, row.cells); });
     if (!isPlaced(residue)) return;
     countShifts(1, row.line);
-    survey.dashes.add(chain, residue.label);
+    survey.dashes.add(residue.chain, residue.label);
     if (residue.label.hasDash && survey.dashed.empty())
       survey.dashed = residue.label.name + "-" + residue.label.number;
     survey.codes.add(residue);
@@ -386,14 +396,17 @@ class CsvReader {
     return isDigits(row.cells[columns.shift]) && isDigits(row.cells[next]);
   }
 
-  /// Whether the row says which residue it is of and, where that stands in the same cell, which atom.
+  /// Whether the row says which residue it is of, and of which chain, once, and, where that stands in the
+  /// same cell, which atom.
   bool isPlaced(const RowResidue& residue) const {
-    return !residue.label.number.empty() && !(lacksAtomColumn() && residue.atom.empty());
+    return !residue.label.number.empty() && !(lacksAtomColumn() && residue.atom.empty()) &&
+           residue.strayLabel.empty();
   }
 
   bool lacksAtomColumn() const { return columns.areLong() && columns.atom == kNoColumn; }
 
   std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells) const {
+    if (!residue.strayLabel.empty()) return quoted(residue.strayLabel) + " is of another chain than the row";
     const char* what = residue.label.number.empty() ? " is no residue number" : " names no atom";
     for (const std::size_t column : numberSources(columns))
       if (!cellAt(cells, column).empty()) return quoted(cellAt(cells, column)) + what;
@@ -474,7 +487,7 @@ class CsvReader {
     FileShift shift;
     nameResidue(residue, shift);
     shift.line = row.line;
-    shift.chain = chainOf(cellAt(row.cells, columns.chain), row.line);
+    shift.chain = chainOf(residue.chain, row.line);
     isCounterUsed = isCounterUsed || residue.isByCounter;
     if (columns.areLong())
       addShift(std::move(shift), columns.atom != kNoColumn ? row.cells[columns.atom] : residue.atom,

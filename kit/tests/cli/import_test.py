@@ -644,6 +644,20 @@ class CsvTest(ImportTest):
             out = self.run_kit("-", data=b"Residue,CA,CB\n%s,63,32\n" % label)[1]
             self.assertIn("residue 82 there\n\nDATA SEQUENCE P\n", out, label)
 
+    def test_chains_in_labels(self):
+        for data in (b"residue,atom,shift\nA:SER81,CA,58.4\nA:PRO82,CA,63.0\nB:SER81,CA,58.5\nB:PRO82,CA,63.1\n",
+                     b"assignment,shift\nA:SER81:CA,58.4\nA:PRO82:CA,63.0\nB:SER81:CA,58.5\nB:PRO82:CA,63.1\n",
+                     b"resid,residue,atom,shift\n81,A:SER81,CA,58.4\n82,A:PRO82,CA,63.0\n81,B:SER81,CA,58.5\n"
+                     b"82,B:PRO82,CA,63.1\n"):
+            for chain, shift in (("A", "58.400"), ("B", "58.500")):
+                _, out, err = self.run_kit("--chain", chain, "-", data=data)
+                self.assertIn("residue 81 there\n\nDATA SEQUENCE SP\n", out, err)
+                self.assertIn("\n   1 S   CA    %s\n" % shift, out)
+        # Where cells name two chains it is open which of them is meant.
+        _, out, err = self.run_kit("-", data=b"chain,residue,CA,CB\nA,A:SER81,58,63\nA,B:PRO82,63,32\nA,LEU83,55,42\n")
+        self.assertIn("DATA SEQUENCE S?L\n", out)
+        self.assertIn('line 3 left out: "B:PRO82" is of another chain than the row', err)
+
     def test_labels_of_whole_residues(self):
         """Where no column is called after the residue, "Label", "Name" or "Assignment" is its label."""
         for heading in (b"Label", b"Name", b"Assignment"):

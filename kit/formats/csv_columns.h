@@ -39,7 +39,7 @@ struct CsvColumns {
 CsvColumns readColumns(const std::vector<std::string>& names);
 
 /// The table's name of an atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift",
-/// "Calpha", "CG(Pro)"; empty for anything else.
+/// "Calpha", "CG(Pro)", "CA(i)"; empty for anything else.
 std::string atomOfColumn(const std::string& name);
 
 }  // namespace zorvela

@@ -611,6 +611,14 @@ class CsvTest(ImportTest):
         self.check("spelled.csv", table(["Imported from spelled.csv (CSV)", numbering], "SPL", rows),
                    ["columns of numbers that are not used: CD1", NO_SEQUENCE])
 
+    def test_shifts_of_the_residue_before(self):
+        """Lists from triple resonance give CA and CB of the residue and of the one before it."""
+        out, err = self.run_kit("-", data=b"resid,resname,CA(i),CB(i),CA(i-1),CB(i-1)\n81,S,58.4,63.9,53.1,20.2\n"
+                                b"82,P,63.0,32.0,58.3,63.8\n")[1:]
+        self.assertIn("DATA SEQUENCE SP\n", out)
+        self.assertIn("   1 S   CA    58.400\n   1 S   CB    63.900\n   2 P   CA    63.000\n   2 P   CB    32.000\n", out)
+        self.assertIn("columns of numbers that are not used: CA(i-1), CB(i-1)\n", err)
+
     def test_columns_that_hold_something_else(self):
         """Secondary shifts are none of the atom's: the column is left out, a single such value too."""
         self.check("secondary.csv", table(

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/limits.h"
+#include "formats/loop_lines.h"
 #include "formats/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -55,53 +56,6 @@ std::string categoryOf(std::string_view tag) {
 
 std::uint32_t small(std::size_t number) {
   return static_cast<std::uint32_t>(number);
-}
-
-/// Values that begin on one line of a loop.
-struct LoopLine {
-  std::uint32_t firstValue = 0;
-  std::uint32_t number = 0;
-};
-
-/// Lines whose values are no whole rows.
-struct BadLines {
-  LoopLine first;
-  LoopLine last;
-  std::uint32_t endValue = 0;
-};
-
-/// What the lines of a loop say of its rows.
-struct LoopLayout {
-  std::size_t wholeLines = 0;  ///< with the values of one or more rows
-  std::vector<BadLines> bad;
-};
-
-/// A row may stand on one line, share it with others or be wrapped over several; any other number of values
-/// is a row with values missing or left over.
-LoopLayout layoutOf(const std::vector<LoopLine>& lines, std::size_t valueCount, std::size_t columns) {
-  LoopLayout layout;
-  std::size_t pending = 0;
-  std::size_t firstPending = 0;
-  const auto endOf = [&](std::size_t line) {
-    return line + 1 < lines.size() ? lines[line + 1].firstValue : small(valueCount);
-  };
-  const auto addBad = [&](std::size_t end) {
-    layout.bad.push_back({lines[firstPending], lines[end - 1], endOf(end - 1)});
-    pending = 0;
-  };
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::size_t count = endOf(i) - lines[i].firstValue;
-    if (count % columns == 0) {
-      ++layout.wholeLines;
-      if (pending > 0) addBad(i);
-      continue;
-    }
-    if (pending == 0) firstPending = i;
-    pending += count;
-    if (pending == columns) pending = 0;
-  }
-  if (pending > 0) addBad(lines.size());
-  return layout;
 }
 
 class Parser {
@@ -266,7 +220,7 @@ class Parser {
   /// Leaves out rows with values missing or left over, where the lines show which they are.
   void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
-    const LoopLayout layout = layoutOf(lines, count, columns);
+    const LoopLayout layout = loopLayout(lines, count, columns);
     if (layout.bad.empty()) return;
     const bool fills = count % columns == 0;
     const bool isByLine = layout.wholeLines * 2 >= lines.size();

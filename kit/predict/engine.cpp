@@ -175,7 +175,7 @@ void addResults(ZORVELA& run, const Protein& part, const Piece& piece, const Shi
   for (int resid = piece.begin - piece.from + 1; resid <= piece.end - piece.from; ++resid) {
     result.assignments.push_back(assignmentOf(run, resid));
     const char letter = part.sequence[static_cast<std::size_t>(resid) - 1];
-    if (letter == 'P' || letter == kKnownCisProline) positions.push_back(resid);
+    if (letter == kProline || letter == kKnownCisProline) positions.push_back(resid);
   }
   const auto predictions = run.predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i) {

@@ -16,7 +16,6 @@ namespace zorvela {
 namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
-constexpr char kProline = 'P';
 
 // --- Telling the format ---------------------------------------------------------------------------
 

@@ -40,13 +40,9 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Chem_shift_value",
                                             "_Atom_one_residue_seq_code"};
 
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() && equalIgnoringCase(text.substr(0, start.size()), start);
-}
-
 bool isNeeded(std::string_view tag) {
   return std::any_of(std::begin(kNeededTags), std::end(kNeededTags),
-                     [&](std::string_view start) { return startsWith(tag, start); });
+                     [&](std::string_view start) { return startsIgnoringCase(tag, start); });
 }
 
 /// What a tag belongs to: "_nef_sequence" of "_nef_sequence.index", in short for messages.
@@ -103,7 +99,7 @@ class Parser {
   // --- Frames ---------------------------------------------------------------------------------
 
   void readHeading() {
-    const bool isSave = startsWith(token.value, "save_");
+    const bool isSave = startsIgnoringCase(token.value, "save_");
     const std::string_view name = token.value.substr(std::min(token.value.find('_') + 1, token.value.size()));
     const bool isEnd = isSave && name.empty();
     if (isFrameOpen && !isEnd) noteOpenFrame(printable(token.value, kLongestWord));
@@ -324,7 +320,7 @@ bool isEntry(const StarEntry& block) {
 /// A line of a text in which shift lists are looked for.
 bool isTagOfShifts(std::string_view line) {
   for (const std::string_view tag : {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."})
-    if (startsWith(line, tag)) return true;
+    if (startsIgnoringCase(line, tag)) return true;
   return false;
 }
 
@@ -340,7 +336,8 @@ std::size_t endOfFrame(std::string_view text, std::size_t from) {
 
 bool isPartOfHeader(std::string_view line) {
   if (line.empty() || line.front() == '#' || line.front() == '_') return true;
-  return startsWith(line, "loop_") || startsWith(line, "save_") || startsWith(line, "data_");
+  return startsIgnoringCase(line, "loop_") || startsIgnoringCase(line, "save_") ||
+         startsIgnoringCase(line, "data_");
 }
 
 }  // namespace
@@ -376,7 +373,7 @@ std::string starWithin(std::string_view text) {
       blankUpTo(header);
       isInList = true;
     }
-    if (!startsWith(line, "stop_")) continue;
+    if (!startsIgnoringCase(line, "stop_")) continue;
     pos = endOfFrame(text, pos);
     found.append(text.substr(copied, pos - copied));
     copied = pos;
@@ -458,7 +455,8 @@ std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) 
 }
 
 std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart) {
-  return tablesWhere(frame, [tagStart](std::string_view other) { return startsWith(other, tagStart); });
+  return tablesWhere(frame,
+                     [tagStart](std::string_view other) { return startsIgnoringCase(other, tagStart); });
 }
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {

@@ -2,12 +2,14 @@
 // The text is gone through twice: a survey of what the columns hold, which decides how labels are read and
 // what is refused, and then the rows themselves.
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "ZORVELA.h"
 #include "formats/csv_cells.h"
 #include "formats/csv_columns.h"
 #include "formats/csv_rows.h"
@@ -34,11 +36,11 @@ constexpr std::size_t kMostLinesAbove = 50;
 // Longer names would fill every row of a report.
 constexpr std::size_t kLongestChainName = 200;
 
+/// 0, 999 and above: what programs write for a shift that is missing.
 bool isMissingMark(const std::string& value) {
-  constexpr double kMissingFrom = 999;
   const auto number = toDecimal(valueText(value));
   const double ppm = number ? std::strtod(number->c_str(), nullptr) : 1;
-  return ppm == 0 || ppm >= kMissingFrom || ppm <= -kMissingFrom;
+  return ppm == 0 || std::abs(ppm) >= kMissingBound;
 }
 
 // --- The residue of a row -------------------------------------------------------------------------

@@ -28,6 +28,8 @@ struct CsvColumns {
   bool areEnough() const;
   /// One row per shift, and not one per residue.
   bool areLong() const { return shift != kNoColumn && (atom != kNoColumn || assignment != kNoColumn); }
+  /// One row per shift, whose atom stands in the cell of the residue.
+  bool lackAtoms() const { return areLong() && atom == kNoColumn; }
   /// Whether anything is read from the column.
   bool areUsing(std::size_t column) const;
   /// What is missing, for a message: "residue number, atom".

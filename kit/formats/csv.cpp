@@ -2,19 +2,17 @@
 // The text is gone through twice: a survey of what the columns hold, which decides how labels are read and
 // what is refused, and then the rows themselves.
 #include <algorithm>
-#include <cstdlib>
-#include <functional>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "formats/csv_cells.h"
 #include "formats/csv_columns.h"
+#include "formats/csv_residue.h"
 #include "formats/csv_rows.h"
+#include "formats/csv_survey.h"
 #include "formats/csv_without_names.h"
 #include "formats/foreign_text.h"
 #include "formats/format.h"
-#include "formats/residue_label.h"
 #include "protein/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -26,182 +24,10 @@ namespace {
 constexpr const char* kColumnsRemedy =
     "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
     "resid,resname,atom,shift";
-constexpr const char* kCellsRemedy =
-    "give every row a cell for each column, an empty one where there is no shift, and numbers with a decimal "
-    "point";
 // A title or a comment may stand above the column names, but no more than a page of it.
 constexpr std::size_t kMostLinesAbove = 50;
 // Longer names would fill every row of a report.
 constexpr std::size_t kLongestChainName = 200;
-
-bool isMissingMark(const std::string& value) {
-  constexpr double kMissingFrom = 999;
-  const auto number = toDecimal(valueText(value));
-  const double ppm = number ? std::strtod(number->c_str(), nullptr) : 1;
-  return ppm == 0 || ppm >= kMissingFrom || ppm <= -kMissingFrom;
-}
-
-// --- The residue of a row -------------------------------------------------------------------------
-
-/// What the cells of a row say of its residue.
-struct RowResidue {
-  ResidueLabel label;  ///< of the cell that gives the number
-  std::string name;
-  std::string atom;  ///< of an assignment
-  bool isByCounter = false;
-};
-
-const std::string& cellAt(const std::vector<std::string>& cells, std::size_t column) {
-  static const std::string kNone;
-  return column < cells.size() ? cells[column] : kNone;
-}
-
-/// The columns that may give the number of a residue, in order of trust.
-std::vector<std::size_t> numberSources(const CsvColumns& columns) {
-  std::vector<std::size_t> sources = {columns.number, columns.assignment};
-  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
-  sources.push_back(columns.name);
-  sources.push_back(columns.counter);
-  return sources;
-}
-
-/// The same for its name.
-std::vector<std::size_t> nameSources(const CsvColumns& columns) {
-  std::vector<std::size_t> sources = {columns.name};
-  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
-  sources.insert(sources.end(), {columns.assignment, columns.number, columns.counter});
-  return sources;
-}
-
-void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
-  for (const std::size_t column : numberSources(columns)) {
-    if (column == kNoColumn) continue;
-    const bool isAssignment = column == columns.assignment;
-    auto label = readLabel(cellAt(cells, column), isAssignment);
-    if (!label || label->number.empty()) continue;
-    residue.label = std::move(*label);
-    residue.isByCounter = column == columns.counter;
-    if (isAssignment) residue.atom = residue.label.atom;
-    return;
-  }
-}
-
-void findName(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
-  for (const std::size_t column : nameSources(columns)) {
-    const std::string& cell = cellAt(cells, column);
-    if (cell.empty()) continue;
-    const auto label = readLabel(cell, column == columns.assignment);
-    if (label && !label->name.empty() && (label->number.empty() || label->number == residue.label.number)) {
-      residue.name = label->name;
-      return;
-    }
-    // A name that is not known stays as it is, where the number is known without it.
-    const bool mayBeName =
-        column == columns.name ||
-        std::find(columns.residues.begin(), columns.residues.end(), column) != columns.residues.end();
-    if (mayBeName && (!label || label->number != residue.label.number)) {
-      residue.name = cell;
-      return;
-    }
-  }
-}
-
-RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns) {
-  RowResidue residue;
-  findNumber(cells, columns, residue);
-  findName(cells, columns, residue);
-  return residue;
-}
-
-// --- The survey -----------------------------------------------------------------------------------
-
-/// What a column holds.
-struct ColumnContents {
-  std::size_t filled = 0;
-  std::size_t numbers = 0;
-  std::size_t values = 0;      ///< of an atom column: cells that should be shifts
-  std::size_t impossible = 0;  ///< of these: no numbers, or far from any shift of the atom
-  std::string example;         ///< the first of these
-};
-
-/// How many of something were looked at, and how many of them will not do.
-struct Refusals {
-  std::size_t looked = 0;
-  std::size_t refused = 0;
-  std::size_t line = 0;  ///< of the first
-  std::string first;
-
-  /// `why` gives the reason as text; only the first is asked for.
-  template <class Why>
-  void add(bool isRefused, std::size_t atLine, const Why& why) {
-    ++looked;
-    if (isRefused && refused++ == 0) {
-      line = atLine;
-      first = why();
-    }
-  }
-  bool areMost() const { return refused * 2 > looked; }
-};
-
-/// The suffix letters of residue numbers ("82P"): names where every row has one, or a longer name in the same
-/// cell ("82PRO"); else insertion codes.
-struct NumberCodes {
-  bool isAny = false;
-  bool areAll = true;
-  bool areNamed = false;  ///< some row has a name beside it
-  bool areNames = true;   ///< that of the row, in all rows
-
-  void add(const RowResidue& residue) {
-    const std::string& code = residue.label.code;
-    isAny = isAny || !code.empty();
-    areAll = areAll && code.empty() != residue.label.name.empty();  // P52A has an insertion code
-    if (residue.name.empty() || !residue.label.name.empty()) return;
-    areNamed = true;
-    areNames = areNames && !code.empty() &&
-               polypeptideResidue(residue.name).letter == polypeptideResidue(upper(code)).letter;
-  }
-  bool standForNames() const { return isAny && areAll && (!areNamed || areNames); }
-};
-
-/// A column of numbers that goes up by one in each row: a residue has one row only if the table has one
-/// atom only.
-struct RowCounter {
-  bool isSteady = true;
-  std::size_t rows = 0;
-  std::optional<int> last;
-  std::unordered_set<std::string> atoms;
-
-  void add(const RowResidue& residue, const std::string& atom) {
-    const auto number = toInteger(residue.label.number);
-    isSteady =
-        isSteady && residue.isByCounter && number && (!last || *number == static_cast<long>(*last) + 1);
-    last = number;
-    ++rows;
-    constexpr std::size_t kEnough = 2;
-    if (atoms.size() < kEnough) atoms.insert(upper(atom));
-  }
-  bool countsRows() const { return isSteady && rows > 2 && atoms.size() > 1; }
-};
-
-/// All that decides how the rows are read.
-struct Survey {
-  std::vector<ColumnContents> columns;
-  Refusals cells;     ///< rows by their number of cells
-  Refusals residues;  ///< rows by their residue
-  Refusals shifts;    ///< of a table with one row per shift
-  DashMeaning dashes;
-  std::string dashed;  ///< the first label with a dash
-  NumberCodes codes;
-  Refusals letters;  ///< rows with a letter on either side of the residue number
-  RowCounter counter;
-  std::size_t splitDecimals = 0;  ///< rows with whole numbers for shift and in the next column
-  bool isCutShort = false;        ///< the first rows were enough to refuse the table
-};
-
-std::string quoted(const std::string& text) {
-  constexpr std::size_t kLongest = 40;
-  return "\"" + printable(text, kLongest) + "\"";
-}
 
 class CsvReader {
  public:
@@ -215,10 +41,10 @@ class CsvReader {
                       "give the file with the chemical shifts");
     findTable();
     findPlaces(text, layout);
-    look();
-    refuseDoubtful();
+    survey = surveyOf(text, layout, columns, fileName);
+    refuseDoubtful(survey, columns, fileName);
     leaveOutColumns();
-    file.lists[0].shifts.reserve(shifts);
+    file.lists[0].shifts.reserve(survey.shiftCount);
     forEachRow(text, layout, [this](const CsvRow& row) {
       readRow(row);
       return Rows::goOn;
@@ -294,145 +120,7 @@ class CsvReader {
                     kColumnsRemedy);
   }
 
-  // --- Survey ---------------------------------------------------------------------------------
-
-  void countShifts(std::size_t more, std::size_t line) {
-    shifts += more;
-    if (shifts > mostShiftRows(text.size()))
-      throw FileError(fileName, line,
-                      "is beyond the first " + std::to_string(mostShiftRows(text.size())) + " shifts",
-                      "split it into one file per protein");
-  }
-
-  void look() {
-    survey.columns.resize(layout.width());
-    forEachRow(text, layout, [this](const CsvRow& row) {
-      survey.cells.add(!row.fault.empty(), row.line, [&row] { return row.fault; });
-      if (row.fault.empty()) lookAt(row);
-      survey.isCutShort = areMostForCertain();
-      return survey.isCutShort ? Rows::stop : Rows::goOn;
-    });
-  }
-
-  /// Whether the rows that will not do are more than half of all, however many shifts follow.
-  bool areMostForCertain() const {
-    const std::size_t most = mostShiftRows(text.size());
-    return survey.residues.refused > most || survey.cells.refused > 2 * most;
-  }
-
-  /// "3 of 5"
-  std::string share(const Refusals& rows) const {
-    return std::to_string(rows.refused) + " of " + (survey.isCutShort ? "the first " : "") +
-           std::to_string(rows.looked);
-  }
-
-  void lookAt(const CsvRow& row) {
-    const RowResidue residue = residueOf(row.cells, columns);
-    const std::string chain = cellAt(row.cells, columns.chain);
-    survey.residues.add(!isPlaced(residue), row.line, [&] { return whyNotPlaced(residue, row.cells); });
-    if (!isPlaced(residue)) return;
-    countShifts(1, row.line);
-    survey.dashes.add(chain, residue.label);
-    if (residue.label.hasDash && survey.dashed.empty())
-      survey.dashed = residue.label.name + "-" + residue.label.number;
-    survey.codes.add(residue);
-    survey.letters.add(!residue.label.name.empty() && !residue.label.code.empty(), row.line,
-                       [&residue] { return residue.label.name + residue.label.number + residue.label.code; });
-    for (std::size_t i = 0; i < row.cells.size(); ++i) lookAtCell(row.cells[i], survey.columns[i]);
-    for (const auto& [column, atom] : columns.atoms) lookAtShift(row, column, atom);
-    if (columns.areLong()) lookAtLongRow(row, residue);
-  }
-
-  static void lookAtCell(const std::string& cell, ColumnContents& contents) {
-    if (isNoValue(cell)) return;
-    ++contents.filled;
-    if (isNumber(cell)) ++contents.numbers;
-  }
-
-  void lookAtShift(const CsvRow& row, std::size_t column, const std::string& atom) {
-    const std::string& value = row.cells[column];
-    if (isNoValue(value)) return;
-    countShifts(1, row.line);
-    if (isMissingMark(value)) return;
-    ColumnContents& contents = survey.columns[column];
-    ++contents.values;
-    if (!canBeShiftOf(atom, value) && contents.impossible++ == 0) contents.example = value;
-  }
-
-  void lookAtLongRow(const CsvRow& row, const RowResidue& residue) {
-    const std::string& atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.atom;
-    const std::string& value = row.cells[columns.shift];
-    survey.counter.add(residue, atom);
-    if (isSplitDecimal(row)) ++survey.splitDecimals;
-    if (isNoValue(value) || isMissingMark(value)) return;
-    survey.shifts.add(!isPossible(residue.name, atom, value), row.line,
-                      [&] { return quoted(value) + " for " + printable(atom, 20); });
-  }
-
-  static bool isPossible(const std::string& residue, const std::string& atom, const std::string& value) {
-    if (!isNumber(value)) return false;
-    const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
-    return reading.names[0] == nullptr || canBeShiftOf(reading.names[0], value);
-  }
-
-  /// "52,4" cut at its comma, with the second half in a column that nobody needs.
-  bool isSplitDecimal(const CsvRow& row) const {
-    const std::size_t next = columns.shift + 1;
-    if (layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
-      return false;
-    const auto isDigits = [](const std::string& cell) {
-      return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
-    };
-    return isDigits(row.cells[columns.shift]) && isDigits(row.cells[next]);
-  }
-
-  /// Whether the row says which residue it is of and, where that stands in the same cell, which atom.
-  bool isPlaced(const RowResidue& residue) const {
-    return !residue.label.number.empty() && !(lacksAtomColumn() && residue.atom.empty());
-  }
-
-  bool lacksAtomColumn() const { return columns.areLong() && columns.atom == kNoColumn; }
-
-  std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells) const {
-    const char* what = residue.label.number.empty() ? " is no residue number" : " names no atom";
-    for (const std::size_t column : numberSources(columns))
-      if (!cellAt(cells, column).empty()) return quoted(cellAt(cells, column)) + what;
-    return quoted("") + what;
-  }
-
-  /// Refuses a table in which it is open what stands where.
-  void refuseDoubtful() const {
-    constexpr std::size_t kFewRows = 3;
-    if (survey.cells.areMost())
-      throw FileError(fileName, survey.cells.line,
-                      "most rows (" + share(survey.cells) + ") do not fit the columns, the first by " +
-                          survey.cells.first,
-                      kCellsRemedy);
-    if (survey.residues.areMost())
-      throw FileError(fileName, survey.residues.line,
-                      "most rows (" + share(survey.residues) + ") name no residue" +
-                          (lacksAtomColumn() ? " with its atom: " : ": ") + survey.residues.first,
-                      "is this a table of shifts? It needs columns resid, resname, atom and shift");
-    if (survey.dashes.meaning() == Dash::unclear)
-      throw FileError(fileName, 0,
-                      "it is open whether " + quoted(survey.dashed) + " has a minus sign or a dash",
-                      "give names and numbers of residues in columns of their own");
-    if (survey.letters.areMost())
-      throw FileError(fileName, survey.letters.line,
-                      "it is open which letter of " + quoted(survey.letters.first) + " names the residue",
-                      "give names and numbers of residues in columns of their own");
-    if (survey.counter.countsRows())
-      throw FileError(fileName, 0, "the only column of numbers beside the shifts counts the rows",
-                      "add a column of residue numbers (resid)");
-    if (survey.splitDecimals >= kFewRows && survey.splitDecimals == survey.residues.looked)
-      throw FileError(fileName, 0, "the shifts seem to be cut at their decimal commas",
-                      "write decimal points, or semicolons between the columns");
-    if (survey.shifts.areMost())
-      throw FileError(fileName, survey.shifts.line,
-                      "most values (" + share(survey.shifts) +
-                          ") can be no shifts of their atoms: " + survey.shifts.first,
-                      "check that the columns hold what their names say");
-  }
+  // --- Columns that are not used --------------------------------------------------------------
 
   /// An atom column whose values are mostly none of its shifts (secondary shifts, other atoms) is not used.
   void leaveOutColumns() {
@@ -443,7 +131,7 @@ class CsvReader {
       wrongColumns.push_back("column " + titleOf(one.first) +
                              " left out: " + std::to_string(contents.impossible) + " of its " +
                              std::to_string(contents.values) + " values can be no " + one.second +
-                             " shifts, such as " + quoted(contents.example));
+                             " shifts, such as " + quotedCell(contents.example));
       return true;
     };
     auto& atoms = columns.atoms;
@@ -467,14 +155,14 @@ class CsvReader {
       return;
     }
     const RowResidue residue = residueOf(row.cells, columns);
-    if (!isPlaced(residue)) {
-      addBadLine(row.line, whyNotPlaced(residue, row.cells));
+    if (!isPlaced(residue, columns)) {
+      addBadLine(row.line, whyNotPlaced(residue, row.cells, columns));
       return;
     }
     FileShift shift;
     nameResidue(residue, shift);
     shift.line = row.line;
-    shift.chain = chainOf(cellAt(row.cells, columns.chain), row.line);
+    shift.chain = chainOf(residue.chain, row.line);
     isCounterUsed = isCounterUsed || residue.isByCounter;
     if (columns.areLong())
       addShift(std::move(shift), columns.atom != kNoColumn ? row.cells[columns.atom] : residue.atom,
@@ -508,7 +196,7 @@ class CsvReader {
     for (const auto& [column, atom] : columns.atoms) {
       const std::string& value = cells[column];
       if (isNoValue(value)) continue;
-      if (isNumber(value) && !isMissingMark(value) && !isPossible(row.residueName, atom, value))
+      if (isNumber(value) && !isMissingNumber(value) && !canBeShiftIn(row.residueName, atom, value))
         impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) +
                        " can be no shift of " + atom + " of residue " + row.number +
                        ", so perhaps of another column; left out");
@@ -598,8 +286,7 @@ class CsvReader {
   std::string fileName;
   CsvLayout layout;
   CsvColumns columns;
-  Survey survey;
-  std::size_t shifts = 0;  ///< or rows that only name a residue
+  CsvSurvey survey;
   ShiftFile file;
   std::unordered_map<std::string, std::size_t> chainIndex;
   std::vector<std::string> wrongColumns;

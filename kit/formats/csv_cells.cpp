@@ -1,10 +1,13 @@
 #include "formats/csv_cells.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
 
+#include "ZORVELA.h"
+#include "protein/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -51,6 +54,23 @@ bool canBeShiftOf(const std::string& atom, const std::string& value) {
   for (const Bounds& bounds : kBounds)
     if (bounds.atom == atom) return ppm >= bounds.low && ppm <= bounds.high;
   return true;
+}
+
+bool canBeShiftIn(const std::string& residue, const std::string& atom, const std::string& value) {
+  if (!isNumber(value)) return false;
+  const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
+  return reading.names[0] == nullptr || canBeShiftOf(reading.names[0], value);
+}
+
+bool isMissingNumber(const std::string& cell) {
+  const auto number = toDecimal(valueText(cell));
+  const double ppm = number ? std::strtod(number->c_str(), nullptr) : 1;
+  return ppm == 0 || std::abs(ppm) >= kMissingBound;
+}
+
+std::string quotedCell(const std::string& cell) {
+  constexpr std::size_t kLongest = 40;
+  return "\"" + printable(cell, kLongest) + "\"";
 }
 
 }  // namespace zorvela

@@ -19,4 +19,13 @@ bool isNumber(const std::string& cell);
 /// wide: they tell the columns of a table apart, and not right assignments from wrong ones.
 bool canBeShiftOf(const std::string& atom, const std::string& value);
 
+/// The same for an atom as the file names it, of a residue as it names that; other atoms can have any.
+bool canBeShiftIn(const std::string& residue, const std::string& atom, const std::string& value);
+
+/// Whether the cell is a number that programs write for a missing shift: 0, or 999 and above.
+bool isMissingNumber(const std::string& cell);
+
+/// The cell in quotes, for a message: cut where it is long.
+std::string quotedCell(const std::string& cell);
+
 }  // namespace zorvela

@@ -169,6 +169,14 @@ std::string atomOfSimplified(std::string_view name) {
   return {};
 }
 
+/// "CA" for "CA(i)", which says that the shift is the residue's own and not of the one before it: "CA(i-1)".
+std::string withoutOwnIndex(const std::string& name) {
+  for (const char* index : {"(i)", "[i]"})
+    if (const std::size_t at = lower(name).find(index); at != std::string::npos)
+      return std::string(name).erase(at, std::string_view(index).size());
+  return name;
+}
+
 /// A column name that is the atom's own: it wins over "CA shift" and the like.
 bool isOwnName(const std::string& name, const std::string& atom) {
   const std::string plain = plainAtom(simplified(name));
@@ -279,7 +287,7 @@ std::string CsvColumns::missing() const {
 }
 
 std::string atomOfColumn(const std::string& name) {
-  const std::string simple = simplified(name);
+  const std::string simple = simplified(withoutOwnIndex(name));
   if (simple == "1ha") return "HA";
   return simple.empty() ? std::string() : atomOfSimplified(simple);
 }

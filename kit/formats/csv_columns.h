@@ -28,6 +28,8 @@ struct CsvColumns {
   bool areEnough() const;
   /// One row per shift, and not one per residue.
   bool areLong() const { return shift != kNoColumn && (atom != kNoColumn || assignment != kNoColumn); }
+  /// One row per shift, whose atom stands in the cell of the residue.
+  bool lackAtoms() const { return areLong() && atom == kNoColumn; }
   /// Whether anything is read from the column.
   bool areUsing(std::size_t column) const;
   /// What is missing, for a message: "residue number, atom".
@@ -39,7 +41,7 @@ struct CsvColumns {
 CsvColumns readColumns(const std::vector<std::string>& names);
 
 /// The table's name of an atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift",
-/// "Calpha", "CG(Pro)"; empty for anything else.
+/// "Calpha", "CG(Pro)", "CA(i)"; empty for anything else.
 std::string atomOfColumn(const std::string& name);
 
 }  // namespace zorvela

@@ -15,13 +15,9 @@ namespace {
 constexpr std::size_t kLinesLookedAt = 5000;
 constexpr std::size_t kLongestLine = 1000;
 
-bool beginsWith(std::string_view text, std::string_view start) {
-  return equalIgnoringCase(text.substr(0, start.size()), start);
-}
-
 // "assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7"
 bool isAssignStatement(std::string_view line) {
-  if (!beginsWith(line, "assi")) return false;
+  if (!startsIgnoringCase(line, "assi")) return false;
   const std::size_t end = line.find_first_of(" \t(");
   if (end == std::string_view::npos) return false;
   const std::string_view rest = trimmed(line.substr(end));
@@ -46,16 +42,16 @@ bool isPlainRestraint(const std::vector<std::string>& words) {
 
 // "ATOM      1  N   MET A   1      27.340  24.430   2.614"
 bool isAtomRecord(std::string_view line) {
-  return (beginsWith(line, "ATOM  ") || beginsWith(line, "HETATM")) && line.size() >= 54 && line[34] == '.' &&
-         line[42] == '.' && line[50] == '.';
+  return (startsIgnoringCase(line, "ATOM  ") || startsIgnoringCase(line, "HETATM")) && line.size() >= 54 &&
+         line[34] == '.' && line[42] == '.' && line[50] == '.';
 }
 
 std::string kindOf(std::string_view line) {
   if (line.size() > kLongestLine) return {};
   if (isAtomRecord(line)) return "a list of atom coordinates";
   const std::string_view core = trimmed(line);
-  if (isAssignStatement(core) || beginsWith(core, "&rst")) return "a restraint list";
-  if (beginsWith(core, "# Number of dimensions")) return "a peak list";
+  if (isAssignStatement(core) || startsIgnoringCase(core, "&rst")) return "a restraint list";
+  if (startsIgnoringCase(core, "# Number of dimensions")) return "a peak list";
   constexpr std::size_t kMostWords = 8;
   const auto words = splitCells(core, Separator::blank, kMostWords);
   return words && isPlainRestraint(*words) ? "a restraint list" : "";

@@ -1,12 +1,39 @@
-// Which line of a STAR loop has too few or too many values.
+// What the lines of a STAR loop say of its rows.
+//
+// A row may stand on one line, share it with others or be wrapped over several. A stretch of lines that holds
+// any other number of values lacks some or has some left over.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 namespace zorvela {
+
+/// A line of a loop, with the first of the values that begin on it. Small, as a file has millions.
+struct LoopLine {
+  std::uint32_t firstValue = 0;  ///< from 0
+  std::uint32_t number = 0;      ///< from 1
+};
+
+/// Lines whose values are no whole rows.
+struct BadLines {
+  LoopLine first;
+  LoopLine last;
+  std::uint32_t endOfFirst = 0;  ///< after the values of the first line
+  std::uint32_t endValue = 0;    ///< after those of the last
+};
+
+/// The lines of a loop, told apart.
+struct LoopLayout {
+  std::size_t wholeLines = 0;  ///< with the values of one or more rows
+  std::vector<BadLines> bad;
+};
+
+/// Tells them apart. Each line has a value, and `columns` is above 0.
+LoopLayout loopLayout(const std::vector<LoopLine>& lines, std::size_t valueCount, std::size_t columns);
 
 /// A line of a loop that does not hold whole rows.
 struct OddLine {
@@ -14,9 +41,9 @@ struct OddLine {
   std::size_t values = 0;  ///< that begin on it
 };
 
-/// The first line of a loop with a value missing or left over, if most of its lines hold one value for each
-/// column: a row may also share its line with others, or be wrapped over several. Nothing where the lines say
-/// nothing of the rows. `begins`: the places of all values of the loop in the text, in order.
+/// The first line of a loop with a value missing or left over, if most of its lines hold whole rows. Nothing
+/// where the lines say nothing of the rows. `begins`: the places of all values of the loop in the text, in
+/// order.
 std::optional<OddLine> firstOddLine(std::string_view text, const std::vector<std::size_t>& begins,
                                     std::size_t columns);
 

@@ -187,7 +187,7 @@ void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   FileShiftList list;
   list.name = listName(frame, file.notes);
   constexpr std::string_view kFramePrefix = "nef_chemical_shift_list_";
-  if (lower(list.name).rfind(kFramePrefix, 0) == 0)
+  if (startsIgnoringCase(list.name, kFramePrefix))
     list.aliases.push_back(list.name.substr(kFramePrefix.size()));
   for (const StarTable& table : tablesOf(frame, "_nef_chemical_shift."))
     readShifts(table, list, file, finder);

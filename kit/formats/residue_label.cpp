@@ -90,12 +90,23 @@ std::optional<ResidueLabel> nameFirst(std::string_view text, bool holdsAtom) {
   return label;
 }
 
+// "A:SER81". With "A:S81" it is open which letter names the residue.
+std::optional<ResidueLabel> chainFirst(std::string_view text, bool holdsAtom) {
+  const bool hasChain = text.size() > 2 && (isLetter(text[0]) || isDigit(text[0])) && text[1] == ':';
+  if (!hasChain || !isLetter(text[2])) return std::nullopt;
+  auto label = nameFirst(text.substr(2), holdsAtom);
+  if (!label || label->name.size() < 2 || label->number.empty()) return std::nullopt;
+  label->chain = text[0];
+  return label;
+}
+
 }  // namespace
 
 std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom) {
   const std::string latin = withLatinLetters(cell);
   const std::string_view text = trimmed(latin);
   if (text.empty()) return std::nullopt;
+  if (auto label = chainFirst(text, holdsAtom)) return label;
   return isLetter(text.front()) ? nameFirst(text, holdsAtom) : numberFirst(text);
 }
 

@@ -1,4 +1,5 @@
-// Residues as people label them in tables: "12", "G12", "Gly-12", "82P", "82 PRO", "S81CA", "Alanine".
+// Residues as people label them in tables: "12", "G12", "Gly-12", "82P", "82 PRO", "S81CA", "Alanine",
+// "A:SER81".
 #pragma once
 
 #include <optional>
@@ -9,6 +10,7 @@ namespace zorvela {
 
 /// What a cell says of a residue; empty is what it does not say.
 struct ResidueLabel {
+  std::string chain;  ///< one letter or digit
   std::string number;
   std::string code;      ///< one letter right after a number: insertion code, or the name ("82P")
   std::string name;      ///< as the cell writes it

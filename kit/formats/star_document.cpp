@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/limits.h"
+#include "formats/loop_lines.h"
 #include "formats/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -39,13 +40,9 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Chem_shift_value",
                                             "_Atom_one_residue_seq_code"};
 
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() && equalIgnoringCase(text.substr(0, start.size()), start);
-}
-
 bool isNeeded(std::string_view tag) {
   return std::any_of(std::begin(kNeededTags), std::end(kNeededTags),
-                     [&](std::string_view start) { return startsWith(tag, start); });
+                     [&](std::string_view start) { return startsIgnoringCase(tag, start); });
 }
 
 /// What a tag belongs to: "_nef_sequence" of "_nef_sequence.index", in short for messages.
@@ -55,53 +52,6 @@ std::string categoryOf(std::string_view tag) {
 
 std::uint32_t small(std::size_t number) {
   return static_cast<std::uint32_t>(number);
-}
-
-/// Values that begin on one line of a loop.
-struct LoopLine {
-  std::uint32_t firstValue = 0;
-  std::uint32_t number = 0;
-};
-
-/// Lines whose values are no whole rows.
-struct BadLines {
-  LoopLine first;
-  LoopLine last;
-  std::uint32_t endValue = 0;
-};
-
-/// What the lines of a loop say of its rows.
-struct LoopLayout {
-  std::size_t wholeLines = 0;  ///< with the values of one or more rows
-  std::vector<BadLines> bad;
-};
-
-/// A row may stand on one line, share it with others or be wrapped over several; any other number of values
-/// is a row with values missing or left over.
-LoopLayout layoutOf(const std::vector<LoopLine>& lines, std::size_t valueCount, std::size_t columns) {
-  LoopLayout layout;
-  std::size_t pending = 0;
-  std::size_t firstPending = 0;
-  const auto endOf = [&](std::size_t line) {
-    return line + 1 < lines.size() ? lines[line + 1].firstValue : small(valueCount);
-  };
-  const auto addBad = [&](std::size_t end) {
-    layout.bad.push_back({lines[firstPending], lines[end - 1], endOf(end - 1)});
-    pending = 0;
-  };
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::size_t count = endOf(i) - lines[i].firstValue;
-    if (count % columns == 0) {
-      ++layout.wholeLines;
-      if (pending > 0) addBad(i);
-      continue;
-    }
-    if (pending == 0) firstPending = i;
-    pending += count;
-    if (pending == columns) pending = 0;
-  }
-  if (pending > 0) addBad(lines.size());
-  return layout;
 }
 
 class Parser {
@@ -149,7 +99,7 @@ class Parser {
   // --- Frames ---------------------------------------------------------------------------------
 
   void readHeading() {
-    const bool isSave = startsWith(token.value, "save_");
+    const bool isSave = startsIgnoringCase(token.value, "save_");
     const std::string_view name = token.value.substr(std::min(token.value.find('_') + 1, token.value.size()));
     const bool isEnd = isSave && name.empty();
     if (isFrameOpen && !isEnd) noteOpenFrame(printable(token.value, kLongestWord));
@@ -266,7 +216,7 @@ class Parser {
   /// Leaves out rows with values missing or left over, where the lines show which they are.
   void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
-    const LoopLayout layout = layoutOf(lines, count, columns);
+    const LoopLayout layout = loopLayout(lines, count, columns);
     if (layout.bad.empty()) return;
     const bool fills = count % columns == 0;
     const bool isByLine = layout.wholeLines * 2 >= lines.size();
@@ -370,7 +320,7 @@ bool isEntry(const StarEntry& block) {
 /// A line of a text in which shift lists are looked for.
 bool isTagOfShifts(std::string_view line) {
   for (const std::string_view tag : {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."})
-    if (startsWith(line, tag)) return true;
+    if (startsIgnoringCase(line, tag)) return true;
   return false;
 }
 
@@ -386,7 +336,8 @@ std::size_t endOfFrame(std::string_view text, std::size_t from) {
 
 bool isPartOfHeader(std::string_view line) {
   if (line.empty() || line.front() == '#' || line.front() == '_') return true;
-  return startsWith(line, "loop_") || startsWith(line, "save_") || startsWith(line, "data_");
+  return startsIgnoringCase(line, "loop_") || startsIgnoringCase(line, "save_") ||
+         startsIgnoringCase(line, "data_");
 }
 
 }  // namespace
@@ -422,7 +373,7 @@ std::string starWithin(std::string_view text) {
       blankUpTo(header);
       isInList = true;
     }
-    if (!startsWith(line, "stop_")) continue;
+    if (!startsIgnoringCase(line, "stop_")) continue;
     pos = endOfFrame(text, pos);
     found.append(text.substr(copied, pos - copied));
     copied = pos;
@@ -504,7 +455,8 @@ std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) 
 }
 
 std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart) {
-  return tablesWhere(frame, [tagStart](std::string_view other) { return startsWith(other, tagStart); });
+  return tablesWhere(frame,
+                     [tagStart](std::string_view other) { return startsIgnoringCase(other, tagStart); });
 }
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {

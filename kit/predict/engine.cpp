@@ -9,6 +9,7 @@
 #include "predict/secondary_shifts.h"
 #include "predict/tables.h"
 #include "protein/nomenclature.h"
+#include "protein/residue_shifts.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -152,11 +153,8 @@ Protein partOf(const Protein& protein, const Piece& piece) {
   for (auto flag = protein.cisFlags.upper_bound(piece.from); flag != protein.cisFlags.upper_bound(piece.to);
        ++flag)
     part.cisFlags.emplace(flag->first - piece.from, flag->second);
-  const auto isAfter = [](int resid, const Shift& shift) { return resid < shift.resid; };
-  const auto begin = std::upper_bound(protein.shifts.begin(), protein.shifts.end(), piece.from, isAfter);
-  const auto end = std::upper_bound(begin, protein.shifts.end(), piece.to, isAfter);
-  for (auto shift = begin; shift != end; ++shift)
-    part.shifts.push_back({shift->resid - piece.from, shift->atom, shift->shift});
+  for (const Shift& shift : shiftsOf(protein, piece.from + 1, piece.to))
+    part.shifts.push_back({shift.resid - piece.from, shift.atom, shift.shift});
   return part;
 }
 
@@ -175,7 +173,7 @@ void addResults(ZORVELA& run, const Protein& part, const Piece& piece, const Shi
   for (int resid = piece.begin - piece.from + 1; resid <= piece.end - piece.from; ++resid) {
     result.assignments.push_back(assignmentOf(run, resid));
     const char letter = part.sequence[static_cast<std::size_t>(resid) - 1];
-    if (letter == 'P' || letter == kKnownCisProline) positions.push_back(resid);
+    if (letter == kProline || letter == kKnownCisProline) positions.push_back(resid);
   }
   const auto predictions = run.predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i) {

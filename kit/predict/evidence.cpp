@@ -1,11 +1,11 @@
 // From the program's own factors to contributions.
 #include "predict/evidence.h"
 
-#include <algorithm>
 #include <cmath>
 #include <map>
 #include <utility>
 
+#include "protein/residue_shifts.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
@@ -26,10 +26,8 @@ ClassShift classShift(const std::map<int, float>& means, const std::map<int, flo
 class Observed {
  public:
   Observed(const Protein& protein, int resid) {
-    const auto isBefore = [](const Shift& shift, int number) { return shift.resid < number; };
-    auto at = std::lower_bound(protein.shifts.begin(), protein.shifts.end(), resid - 1, isBefore);
-    for (; at != protein.shifts.end() && at->resid <= resid + 1; ++at)
-      values.emplace(std::make_pair(at->resid, at->atom), GDB::toFloat(at->shift));
+    for (const Shift& shift : shiftsOf(protein, resid - 1, resid + 1))
+      values.emplace(std::make_pair(shift.resid, shift.atom), GDB::toFloat(shift.shift));
   }
 
   std::optional<float> of(int resid, const std::string& atom) const {

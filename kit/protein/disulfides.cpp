@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -58,8 +59,8 @@ void addNotes(const Decisions& decisions, const StatedThiols& stated, std::vecto
   if (!decisions.byFile.empty())
     notes.push_back("cysteines in a disulfide bond by the file, written c: " + enumerated(decisions.byFile));
   if (!decisions.byShift.empty())
-    notes.push_back("cysteines taken as in a disulfide bond by CB above 33 ppm, written c: " +
-                    enumerated(decisions.byShift));
+    notes.push_back("cysteines taken as in a disulfide bond by CB above " + fixedText(kOxidisedFrom, 0) +
+                    " ppm, written c: " + enumerated(decisions.byShift));
   if (!decisions.contradicted.empty())
     notes.push_back("CB does not fit what the file says of the cysteine, the file's word is kept: " +
                     enumerated(decisions.contradicted));

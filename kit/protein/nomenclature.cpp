@@ -26,7 +26,7 @@ ResidueType modified(char letter) {
 }
 
 ResidueType hydroxyproline() {
-  ResidueType type = modified('P');
+  ResidueType type = modified(kProline);
   type.isHydroxyproline = true;
   return type;
 }
@@ -255,11 +255,12 @@ std::optional<std::string> nextNumber(const std::string& text) {
 AtomReading readAtom(char letter, std::string_view atom) {
   const std::string name = upper(withLatinLetters(atom));
   if (name == "N") return reading(Kind::table, "N");
-  if (name == "H" || name == "HN") return letter == 'P' ? reading(Kind::foreign) : reading(Kind::table, "HN");
+  if (name == "H" || name == "HN")
+    return letter == kProline ? reading(Kind::foreign) : reading(Kind::table, "HN");
   if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");
   if (name == "CA") return reading(Kind::table, "CA");
   if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
-  if (name == "CG") return letter == 'P' ? reading(Kind::table, "CG") : reading(Kind::other);
+  if (name == "CG") return letter == kProline ? reading(Kind::table, "CG") : reading(Kind::other);
   return readAlphaProton(letter, name);
 }
 

@@ -18,6 +18,9 @@ inline constexpr std::string_view kAminoAcids = "ACDEFGHIKLMNPQRSTVWY";
 /// Letter of a residue that is unknown or no amino acid, and of a gap.
 inline constexpr char kUnknownResidue = '?';
 
+/// Letter of proline.
+inline constexpr char kProline = 'P';
+
 /// Letter of a cysteine in a disulfide bond.
 inline constexpr char kDisulfideCysteine = 'c';
 
@@ -26,6 +29,11 @@ inline constexpr char kKnownCisProline = 'p';
 
 /// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
 inline constexpr std::string_view kOtherLetters = "BJOUX?";
+
+/// The letter of the residue type, whatever the state of its thiol.
+constexpr char withoutThiolState(char letter) {
+  return letter == kDisulfideCysteine ? 'C' : letter;
+}
 
 /// What a file says of the sulfur of a cysteine.
 enum class Thiol { unknown, disulfide, notDisulfide };

@@ -13,6 +13,7 @@
 #include "protein/nomenclature.h"
 #include "protein/numbering.h"
 #include "protein/shifts.h"
+#include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -90,7 +91,7 @@ struct TableShifts {
 /// Names in the table's own words stay, whatever the residue; others are read as in any file.
 std::vector<std::string> tableNames(char letter, const std::string& atom) {
   const bool isOfGlycine = letter == 'G' && (atom == "HA" || atom == "HA1");
-  const bool isSideChain = atom == "CG" && letter != 'P' && letter != kKnownCisProline;
+  const bool isSideChain = atom == "CG" && letter != kProline && letter != kKnownCisProline;
   if (isTableAtom(atom) && !isOfGlycine && !isSideChain) return {atom};
   std::vector<std::string> names;
   for (const char* name : readAtom(letter, atom).names)
@@ -192,8 +193,8 @@ void noteOxidised(Protein& protein) {
   }
   if (!oxidised.empty())
     protein.notes.push_back(
-        "cysteines with CB above 33 ppm stand as reduced (C) in the table, write c for those in a "
-        "disulfide bond: " +
+        "cysteines with CB above " + fixedText(kOxidisedFrom, 0) +
+        " ppm stand as reduced (C) in the table, write c for those in a disulfide bond: " +
         enumerated(oxidised));
 }
 

@@ -1,10 +1,12 @@
 #include "protein/shifts.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <map>
 #include <utility>
 
+#include "ZORVELA.h"
 #include "protein/numbering.h"
 #include "util/text.h"
 
@@ -12,14 +14,12 @@ namespace zorvela {
 
 namespace {
 
-constexpr double kMissingFrom = 999;
-
 double toNumber(const std::string& shift) {
   return std::strtod(shift.c_str(), nullptr);
 }
 
 bool isMissing(double ppm) {
-  return std::abs(ppm) >= kMissingFrom;
+  return std::abs(ppm) >= kMissingBound;
 }
 
 /// A shift that may go into the table.

@@ -8,7 +8,7 @@
 namespace zorvela {
 
 std::string withoutThiolState(std::string sequence) {
-  std::replace(sequence.begin(), sequence.end(), 'c', 'C');
+  for (char& letter : sequence) letter = withoutThiolState(letter);
   return sequence;
 }
 

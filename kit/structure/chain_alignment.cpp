@@ -2,6 +2,7 @@
 #include "structure/chain_alignment.h"
 
 #include <cstdint>
+#include <string_view>
 
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
@@ -17,7 +18,7 @@ constexpr std::size_t kMostPairsAtOnce = 15000000;
 constexpr std::size_t kPairsOfAnyStructure = 100000000;
 constexpr std::size_t kPairsPerResidue = 4000;
 
-constexpr const char* kLetters = "ACDEFGHIKLMNPQRSTVWY?";
+constexpr std::string_view kLetters = "ACDEFGHIKLMNPQRSTVWY?";  // the last one is an unknown residue
 constexpr std::uint8_t kLetterCount = 21;
 constexpr std::uint8_t kUnknownCode = 20;
 
@@ -29,10 +30,8 @@ constexpr int kGapOpening = -8;
 constexpr int kGapLengthening = 0;
 
 std::uint8_t codeOf(char letter) {
-  if (letter == 'c') letter = 'C';
-  for (std::uint8_t code = 0; code < kLetterCount; ++code)
-    if (kLetters[code] == letter) return code;
-  return kUnknownCode;
+  const std::size_t place = kLetters.find(withoutThiolState(letter));
+  return place == std::string_view::npos ? kUnknownCode : static_cast<std::uint8_t>(place);
 }
 
 std::vector<std::uint8_t> encoded(const std::string& letters) {

@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "protein/nomenclature.h"
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
@@ -19,7 +20,6 @@ namespace {
 // Chains that are this much (percent points) less alike than the best one of their file are a relative, not
 // the protein.
 constexpr double kRelativeBelowBest = 10;
-constexpr char kProline = 'P';
 
 // --- Matching -------------------------------------------------------------------------------------
 
@@ -32,7 +32,8 @@ struct Fit {
 };
 
 std::size_t knownResidues(const std::string& letters) {
-  return letters.size() - static_cast<std::size_t>(std::count(letters.begin(), letters.end(), '?'));
+  return letters.size() -
+         static_cast<std::size_t>(std::count(letters.begin(), letters.end(), kUnknownResidue));
 }
 
 bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence,
@@ -119,15 +120,15 @@ ChainMatch matchOf(const Protein& protein, const Fit& fit) {
   match.identical = fit.alignment.identical;
   std::vector<std::size_t> missing;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i) {
-    const char ours = protein.sequence[i] == 'c' ? 'C' : protein.sequence[i];
-    if (ours == '?') continue;
+    const char ours = withoutThiolState(protein.sequence[i]);
+    if (ours == kUnknownResidue) continue;
     const std::size_t place = fit.alignment.inStructure[i];
     if (place == kNoResidue) {
       missing.push_back(i);
       continue;
     }
     const StructureResidue& residue = fit.chain->residues[place];
-    if (residue.letter != ours && residue.letter != '?')
+    if (residue.letter != ours && residue.letter != kUnknownResidue)
       match.mismatches.push_back(printable(std::string(1, ours) + protein.numbers[i] + " is " + residue.name +
                                            " " + residue.number));
   }

@@ -32,12 +32,8 @@ constexpr std::size_t kShortestAtomLine = kCoordinatesEnd + 1;  // with the line
 constexpr std::size_t kMostChainParts = 2000;
 constexpr const char* kFetchAgain = "fetch the file again";
 
-bool startsWith(std::string_view line, std::string_view record) {
-  return equalIgnoringCase(line.substr(0, record.size()), record);
-}
-
 bool isAtomLine(std::string_view line) {
-  return startsWith(line, "ATOM") || startsWith(line, "HETATM");
+  return startsIgnoringCase(line, "ATOM") || startsIgnoringCase(line, "HETATM");
 }
 
 bool isBackbone(std::string_view name) {
@@ -95,11 +91,11 @@ class PdbFilter {
   void addLine(std::string_view line) {
     if (isAtomLine(line))
       addAtom(line);
-    else if (startsWith(line, "TER"))
+    else if (startsIgnoringCase(line, "TER"))
       result += "TER";
-    else if (startsWith(line, "ENDMDL"))
+    else if (startsIgnoringCase(line, "ENDMDL"))
       closeModel();
-    else if (startsWith(line, "MODEL "))
+    else if (startsIgnoringCase(line, "MODEL "))
       openModel(line);
     else if (trimmed(line.substr(0, 6)) == "END")
       result += "ENDMDL";  // some programs end each model of a series so
@@ -204,7 +200,7 @@ bool isPdb(std::string_view text) {
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     for (const char* record : {"ATOM  ", "HETATM", "HEADER", "REMARK", "CRYST1", "MODEL ", "TITLE ", "EXPDTA",
                                "COMPND", "SEQRES", "OBSLTE", "SPLIT ", "CAVEAT"})
-      if (startsWith(*line, record)) return true;
+      if (startsIgnoringCase(*line, record)) return true;
     if (!trimmed(*line).empty()) return false;
   }
   return false;

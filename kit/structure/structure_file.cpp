@@ -16,7 +16,6 @@ namespace zorvela {
 namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
-constexpr char kProline = 'P';
 
 // --- Telling the format ---------------------------------------------------------------------------
 
@@ -54,7 +53,7 @@ bool isCif(std::string_view text) {
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     const std::string_view core = trimmed(*line);
     if (core.empty() || core.front() == '#') continue;
-    return lower(core.substr(0, 5)) == "data_";
+    return startsIgnoringCase(core, "data_");
   }
   return false;
 }

@@ -8,12 +8,14 @@
 #include <ostream>
 #include <utility>
 
+#include "protein/nomenclature.h"
 #include "protein/proline_shifts.h"
 #include "protein/words.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
 #include "util/number.h"
 #include "util/text.h"
+#include "zorvela/compare.h"
 
 namespace zorvela {
 
@@ -22,8 +24,6 @@ namespace {
 constexpr std::size_t kWordLength = 4;
 // By chance a chain of 300 residues shares one word with a protein of 100 in one case of six.
 constexpr std::size_t kSharedWords = 2;
-constexpr std::size_t kFewestAlignedResidues = 25;
-constexpr char kProline = 'P';
 
 /// What the chains and models of a structure say of one proline, before it is one vote.
 struct Tally {
@@ -35,7 +35,7 @@ struct Tally {
 };
 
 bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
-  const std::size_t needed = std::min(kFewestAlignedResidues, sequenceLength);
+  const std::size_t needed = std::min(kFewestAligned, sequenceLength);
   return alignment.aligned >= needed && alignment.identity() >= leastIdentity;
 }
 

@@ -184,6 +184,10 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return lowerLetter(x) == lowerLetter(y); });
 }
 
+bool startsIgnoringCase(std::string_view text, std::string_view start) {
+  return equalIgnoringCase(text.substr(0, start.size()), start);
+}
+
 bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }

@@ -27,6 +27,8 @@ std::string upper(std::string_view text);
 std::string lower(std::string_view text);
 /// Whether two texts are the same in either case.
 bool equalIgnoringCase(std::string_view a, std::string_view b);
+/// Whether a text begins with another one in either case.
+bool startsIgnoringCase(std::string_view text, std::string_view start);
 /// Whether a part stands somewhere in a text.
 bool contains(std::string_view text, std::string_view part);
 

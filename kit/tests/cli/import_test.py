@@ -611,6 +611,14 @@ class CsvTest(ImportTest):
         self.check("spelled.csv", table(["Imported from spelled.csv (CSV)", numbering], "SPL", rows),
                    ["columns of numbers that are not used: CD1", NO_SEQUENCE])
 
+    def test_shifts_of_the_residue_before(self):
+        """Lists from triple resonance give CA and CB of the residue and of the one before it."""
+        out, err = self.run_kit("-", data=b"resid,resname,CA(i),CB(i),CA(i-1),CB(i-1)\n81,S,58.4,63.9,53.1,20.2\n"
+                                b"82,P,63.0,32.0,58.3,63.8\n")[1:]
+        self.assertIn("DATA SEQUENCE SP\n", out)
+        self.assertIn("   1 S   CA    58.400\n   1 S   CB    63.900\n   2 P   CA    63.000\n   2 P   CB    32.000\n", out)
+        self.assertIn("columns of numbers that are not used: CA(i-1), CB(i-1)\n", err)
+
     def test_columns_that_hold_something_else(self):
         """Secondary shifts are none of the atom's: the column is left out, a single such value too."""
         self.check("secondary.csv", table(
@@ -643,6 +651,20 @@ class CsvTest(ImportTest):
         for label in (b"P82", b"PRO82", b"Pro-82", b"Pro 82", b"proline 82", b"Pro(82)", b"82PRO", b"82 P", b"82-Pro"):
             out = self.run_kit("-", data=b"Residue,CA,CB\n%s,63,32\n" % label)[1]
             self.assertIn("residue 82 there\n\nDATA SEQUENCE P\n", out, label)
+
+    def test_chains_in_labels(self):
+        for data in (b"residue,atom,shift\nA:SER81,CA,58.4\nA:PRO82,CA,63.0\nB:SER81,CA,58.5\nB:PRO82,CA,63.1\n",
+                     b"assignment,shift\nA:SER81:CA,58.4\nA:PRO82:CA,63.0\nB:SER81:CA,58.5\nB:PRO82:CA,63.1\n",
+                     b"resid,residue,atom,shift\n81,A:SER81,CA,58.4\n82,A:PRO82,CA,63.0\n81,B:SER81,CA,58.5\n"
+                     b"82,B:PRO82,CA,63.1\n"):
+            for chain, shift in (("A", "58.400"), ("B", "58.500")):
+                _, out, err = self.run_kit("--chain", chain, "-", data=data)
+                self.assertIn("residue 81 there\n\nDATA SEQUENCE SP\n", out, err)
+                self.assertIn("\n   1 S   CA    %s\n" % shift, out)
+        # Where cells name two chains it is open which of them is meant.
+        _, out, err = self.run_kit("-", data=b"chain,residue,CA,CB\nA,A:SER81,58,63\nA,B:PRO82,63,32\nA,LEU83,55,42\n")
+        self.assertIn("DATA SEQUENCE S?L\n", out)
+        self.assertIn('line 3 left out: "B:PRO82" is of another chain than the row', err)
 
     def test_labels_of_whole_residues(self):
         """Where no column is called after the residue, "Label", "Name" or "Assignment" is its label."""

@@ -56,9 +56,16 @@ TEST(CsvColumns, OneColumnPerAtom) {
 
 TEST(CsvColumns, AtomsUnderOtherNames) {
   using zorvela::atomOfColumn;
-  for (const char* name :
-       {"CA", "ca", "C\u03b1", "CA (ppm)", "CA [ppm]", "CA_ppm", "13CA", "\u00b9\u00b3C\u03b1", "dCA",
-        "\u03b4CA", "d(CA)", "CA shift", "shift CA", "delta 13CA (ppm)", "Calpha", "C-alpha"})
+  for (const char* name : {"CA",       "ca",
+                           "C\u03b1",  "CA (ppm)",
+                           "CA [ppm]", "CA_ppm",
+                           "13CA",     "\u00b9\u00b3C\u03b1",
+                           "dCA",      "\u03b4CA",
+                           "d(CA)",    "CA shift",
+                           "shift CA", "delta 13CA (ppm)",
+                           "Calpha",   "C-alpha",
+                           "CA(i)",    "CA(I)",
+                           "CA [i]",   "CA(i) (ppm)"})
     EXPECT_EQ(atomOfColumn(name), "CA") << name;
   for (const char* name : {"C", "C'", "C\u2032", "CO", "13CO", "13C'", "CO (ppm)"})
     EXPECT_EQ(atomOfColumn(name), "C") << name;
@@ -67,9 +74,10 @@ TEST(CsvColumns, AtomsUnderOtherNames) {
   for (const char* name : {"H", "HN", "1HN", "H (ppm)"}) EXPECT_EQ(atomOfColumn(name), "HN") << name;
   EXPECT_EQ(atomOfColumn("15N"), "N");
   EXPECT_EQ(atomOfColumn("HA2"), "HA2");
-  // Any carbon, a difference, a letter that was lost, a side chain, or more than the atom.
-  for (const char* name :
-       {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH", "CB(Cys)", ""})
+  // Any carbon, a difference, a letter that was lost, a side chain, the residue before, or more than the
+  // atom.
+  for (const char* name : {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH",
+                           "CB(Cys)", "CA(i-1)", "CAi-1", "CA-1", "CA(-1)", "CA(i+1)", "(i)", ""})
     EXPECT_EQ(atomOfColumn(name), "") << name;
 }
 

@@ -33,6 +33,7 @@ TEST(LoopLines, AValueMissingOrLeftOver) {
   expectOdd("a b c\rd e f\rg h", 3, 2);                    // at the end, with old line ends
   expectOdd("a b c\nd e\ng h i\nj k l m\nn o p\n", 2, 2);  // the one makes up for the other
   expectOdd("a b c\nd e\ng h i x\nj k l\nm n o\n", 2, 2);
+  expectOdd("a b c d e f\na b c d e\na b c d e f\n", 2, 5);  // two rows on each line
 }
 
 TEST(LoopLines, WhereRowsRunOnTheLinesSayNothing) {

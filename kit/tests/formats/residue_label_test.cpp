@@ -16,7 +16,7 @@ std::string parts(const std::string& cell, bool holdsAtom = false) {
   const auto label = readLabel(cell, holdsAtom);
   if (!label) return "none";
   return label->number + "/" + label->code + "/" + label->name + "/" + label->atom +
-         (label->hasDash ? " dash" : "");
+         (label->hasDash ? " dash" : "") + (label->chain.empty() ? "" : " of " + label->chain);
 }
 
 TEST(ResidueLabel, NumberAndName) {
@@ -38,9 +38,19 @@ TEST(ResidueLabel, NumberAndName) {
   EXPECT_EQ(parts("Ser81-HB2", true), "81//Ser/HB2");
 }
 
+TEST(ResidueLabel, Chain) {
+  EXPECT_EQ(parts("A:SER81"), "81//SER/ of A");
+  EXPECT_EQ(parts("b:Pro-82"), "82//Pro/ dash of b");
+  EXPECT_EQ(parts("1:SER81"), "81//SER/ of 1");
+  EXPECT_EQ(parts("A:SER81:CA", true), "81//SER/CA of A");
+  // Without a name of several letters it is no chain for certain.
+  EXPECT_EQ(parts("A:81"), "81//A/");
+  EXPECT_EQ(parts("SER:81"), "81//SER/");
+}
+
 TEST(ResidueLabel, NothingElse) {
-  for (const char* cell :
-       {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999", "-", "G12-14"})
+  for (const char* cell : {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999",
+                           "-", "G12-14", "A:S81", "AB:SER81", "A:SER", "A:", ":SER81", "A:B:SER81", "[81]S"})
     EXPECT_EQ(parts(cell), "none") << cell;
   EXPECT_EQ(parts("S81N-H", true), "none");
   EXPECT_EQ(parts("A.81.SER.CA", true), "none");

@@ -45,6 +45,14 @@ TEST(Text, WhatIsNoPlainShiftIsNone) {
     EXPECT_EQ(toDecimal(text), std::nullopt) << text;
 }
 
+TEST(Text, StartsInEitherCase) {
+  EXPECT_TRUE(zorvela::startsIgnoringCase("DATA_x", "data_"));
+  EXPECT_TRUE(zorvela::startsIgnoringCase("data_", "DATA_"));
+  EXPECT_TRUE(zorvela::startsIgnoringCase("", ""));
+  EXPECT_FALSE(zorvela::startsIgnoringCase("data", "data_"));
+  EXPECT_FALSE(zorvela::startsIgnoringCase("xdata_", "data_"));
+}
+
 TEST(Text, ABaseNameIsWhatComesAfterTheLastFolder) {
   EXPECT_EQ(zorvela::baseName("a/b/c.str"), "c.str");
   EXPECT_EQ(zorvela::baseName("c.str"), "c.str");

@@ -1,0 +1,31 @@
+// Shifts of some residues.
+#include "protein/residue_shifts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+std::string namesOf(int first, int last) {
+  zorvela::Protein protein;
+  protein.shifts = {{1, "CA", "55"}, {3, "N", "120"}, {3, "CA", "56"}, {4, "CB", "30"}};
+  std::string names;
+  for (const zorvela::Shift& shift : zorvela::shiftsOf(protein, first, last))
+    names += std::to_string(shift.resid) + shift.atom + " ";
+  return names;
+}
+
+TEST(ResidueShifts, ThoseOfTheFirstToTheLast) {
+  EXPECT_EQ(namesOf(3, 3), "3N 3CA ");
+  EXPECT_EQ(namesOf(1, 3), "1CA 3N 3CA ");
+  EXPECT_EQ(namesOf(0, 9), "1CA 3N 3CA 4CB ");
+}
+
+TEST(ResidueShifts, NoneWhereThereAreNone) {
+  EXPECT_EQ(namesOf(2, 2), "");
+  EXPECT_EQ(namesOf(5, 7), "");
+  EXPECT_EQ(namesOf(-1, 0), "");
+}
+
+}  // namespace

@@ -12,6 +12,7 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
+#include "cli/structures.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -69,7 +70,7 @@ CompareReport compareAll(const CompareSettings& settings) {
   Predictor predictor(loadTables(report.tables));
   Progress progress("Comparing", settings.structures.size() + settings.shifts.size());
   for (const std::string& file : settings.structures) {
-    guarded(file, report, [&] { report.structures.push_back(readStructureFile(file)); });
+    guarded(file, report, [&] { report.structures.push_back(readStructureArgument(file)); });
     progress.step();
   }
   if (report.structures.empty()) return report;
@@ -113,6 +114,7 @@ void compare(const CompareSettings& settings) {
   InputFiles files(inputs);
   files.addFolder(findTables(settings.tables));
   files.mustNotHold(settings.output);
+  mustBeGivenOnce(settings.structures);
   const CompareReport report = compareAll(settings);
   sayAll(report);
   if (report.structures.empty()) throw ReportedFailure();

@@ -1,6 +1,5 @@
 // The sub-command `label`: labels for training from structures.
 #include <algorithm>
-#include <atomic>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -75,17 +75,31 @@ struct Failures {
   }
 };
 
-/// Does the work on one file; what goes wrong with it stays with it.
+/// Does the work on one file; what goes wrong with it stays with it, but for memory or descriptors that end.
 template <class Work>
 void guarded(const std::string& file, Failures& failures, Work work) {
   try {
     work();
+  } catch (const ScarcityError&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const Error& error) {
+    failures.add(error.what());
+  } catch (const std::exception& error) {
+    failures.add(Error(file, 0, std::string("cannot be used: ") + error.what(), "").what());
+  }
+}
+
+/// The same; memory or descriptors that end are an error of the file as well.
+template <class Work>
+void guardedAlone(const std::string& file, Failures& failures, Work work) {
+  try {
+    guarded(file, failures, work);
+  } catch (const ScarcityError& error) {
     failures.add(error.what());
   } catch (const std::bad_alloc&) {
     failures.add(Error(file, 0, "does not fit into memory", "give a smaller file").what());
-  } catch (const std::exception& error) {
-    failures.add(Error(file, 0, std::string("cannot be used: ") + error.what(), "").what());
   }
 }
 
@@ -94,7 +108,7 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
-    guarded(file, failures, [&] {
+    guardedAlone(file, failures, [&] {
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
@@ -103,22 +117,26 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   return proteins;
 }
 
-/// Each job takes the next file that nobody has and holds one structure at a time.
+/// Each job takes the next file that nobody has and holds one structure at a time. Those for which there is too little
+/// memory beside others come again, one at a time.
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
   const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
-  std::atomic<std::size_t> next{0};
   std::mutex counting;
   Progress progress("Reading structures", files.size());
-  inThreads(static_cast<std::size_t>(settings.jobs), [&](std::size_t) {
-    for (std::size_t i = next++; i < files.size(); i = next++) {
-      guarded(files[i], failures, [&] {
-        const auto ballots = votes.ballots(readStructureFile(files[i]));
-        const std::lock_guard<std::mutex> lock(counting);
-        votes.count(ballots);
+  const auto countFile = [&](const std::string& file) {
+    auto ballots = votes.ballots(readStructureFile(file));
+    const std::lock_guard<std::mutex> lock(counting);
+    votes.count(std::move(ballots));
+  };
+  const std::vector<std::size_t> notDone =
+      inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
+        guarded(files[item], failures, [&] { countFile(files[item]); });
+        progress.step();
       });
-      progress.step();
-    }
-  });
+  for (const std::size_t item : notDone) {
+    guardedAlone(files[item], failures, [&] { countFile(files[item]); });
+    progress.step();
+  }
   if (failures.count == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");

@@ -44,7 +44,7 @@ bool isInProc(const std::string& path) {
 
 /// What is open under a name in /proc. What another process has open is added to, never cut.
 Descriptor openInProc(const std::string& path) {
-  const std::optional<int> number = toInteger(nameIn(path));
+  const std::optional<int> number = toInteger(baseName(path));
   const bool isOwn = realPath(folderOf(path)) == realPath("/proc/self/fd");
   const int descriptor = isOwn && number ? fcntl(*number, F_DUPFD_CLOEXEC, 3)
                                          : open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
@@ -67,10 +67,6 @@ std::string folderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string nameIn(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);  // npos + 1 is 0
 }
 
 OutputPlace outputPlaceOf(const std::string& path) {

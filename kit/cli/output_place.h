@@ -29,8 +29,7 @@ struct OutputPlace {
 /// leads nowhere: links in a circle, a folder, a file that may not be written.
 OutputPlace outputPlaceOf(const std::string& path);
 
-/// The folder of a path, "." where it names none; and the name in it.
+/// The folder of a path, "." where it names none.
 std::string folderOf(const std::string& path);
-std::string nameIn(const std::string& path);
 
 }  // namespace zorvela

@@ -1,6 +1,5 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <memory>
 #include <new>
@@ -17,6 +16,7 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
+#include "cli/structures.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -61,30 +61,38 @@ std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
 }
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs.
+/// does not depend on the number of jobs. Files for which there is too little memory beside others come again,
+/// one at a time.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
                                      const std::vector<ProteinStructure>& structures) {
   std::vector<FileReport> reports(settings.files.size());
   std::vector<Predictor> predictors = makePredictors(
       std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
 
-  std::atomic<std::size_t> next{0};
   Progress progress("Predicting", settings.files.size());
-  inThreads(predictors.size(), [&](std::size_t job) {
-    for (std::size_t i = next++; i < reports.size(); i = next++) {
-      const std::string& file = settings.files[i];
-      reports[i] = reportOn(
-          file, [&] { return readInput(file, settings.import); }, predictors[job], structures);
-      progress.step();
-    }
-  });
+  const auto predictFile = [&](std::size_t item, Predictor& predictor, auto read) {
+    const std::string& file = settings.files[item];
+    reports[item] = reportOn(
+        file, [&] { return read(file, settings.import); }, predictor, structures);
+  };
+  const std::vector<std::size_t> notDone =
+      inThreads(reports.size(), predictors.size(), [&](std::size_t item, std::size_t job) {
+        predictFile(item, predictors[job], readInput);
+        if (reports[item].isForScarcity) throw std::bad_alloc();
+        progress.step();
+      });
+  predictors.erase(predictors.begin() + 1, predictors.end());
+  for (const std::size_t item : notDone) {
+    predictFile(item, predictors.front(), readInputAgain);
+    progress.step();
+  }
   return reports;
 }
 
 std::vector<ProteinStructure> readStructures(const std::vector<std::string>& files) {
   std::vector<ProteinStructure> structures;
   structures.reserve(files.size());
-  for (const std::string& file : files) structures.push_back(readStructureFile(file));
+  for (const std::string& file : files) structures.push_back(readStructureArgument(file));
   return structures;
 }
 
@@ -178,6 +186,7 @@ void run(const RunSettings& settings) {
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
   inputs.mustNotHold(settings.output);
+  mustBeGivenOnce(settings.structures);
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
   const std::vector<ProteinStructure> structures = readStructures(settings.structures);
@@ -218,7 +227,7 @@ void addRun(CLI::App& app) {
       ->description("Write to this file instead of standard output");
   command->add_option("--structure", settings->structures)
       ->type_name("MODEL")
-      ->description("With --format html: structures (PDB, mmCIF) to compare with, behind the shift files");
+      ->description("With --format html: structures (PDB, mmCIF) to compare with, after the shift files");
   CLI::Option* explain =
       command->add_flag("--explain", settings->explain)
           ->description("Below each proline: what speaks for cis and for trans, and what to measure next");

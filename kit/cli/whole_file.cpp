@@ -17,6 +17,7 @@
 
 #include "cli/descriptor_stream.h"
 #include "cli/output_place.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -124,7 +125,7 @@ struct Target {
 Target targetAt(const std::string& file, const std::string& path) {
   const int folder = open(folderOf(file).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) throwUnwritable(path, errno);
-  Target target{path, nameIn(file), Descriptor(folder)};
+  Target target{path, baseName(file), Descriptor(folder)};
   struct stat info {};
   target.isThere = fstatat(folder, target.name.c_str(), &info, 0) == 0;
   if (target.isThere) target.mode = info.st_mode & kPermissions;

@@ -15,8 +15,10 @@ namespace {
 constexpr std::size_t kChunk = std::size_t{1} << 16;
 
 [[noreturn]] void throwUnreadable(const std::string& file, int number) {
-  throw FileError(file, 0, "cannot be read: " + std::generic_category().message(number),
-                  "check the name and the permissions");
+  const std::string what = "cannot be read: " + std::generic_category().message(number);
+  if (number == EMFILE || number == ENFILE || number == ENOMEM)
+    throw ScarcityError(file, 0, what, "give fewer files at a time");
+  throw FileError(file, 0, what, "check the name and the permissions");
 }
 
 /// `expected` bytes, where their number is known: room is made for them at once.

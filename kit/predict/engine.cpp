@@ -8,6 +8,7 @@
 #include "predict/referencing.h"
 #include "predict/secondary_shifts.h"
 #include "predict/tables.h"
+#include "protein/nomenclature.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -83,7 +84,7 @@ ProlineResult describe(const ZORVELA& run, const Protein& protein, float observe
 
 const std::string& whyNot(const Protein& protein, int position) {
   const auto index = static_cast<std::size_t>(position) - 1;
-  if (protein.sequence[index] == 'p') return reason::kLowerCase;
+  if (protein.sequence[index] == kKnownCisProline) return reason::kLowerCase;
   if (index == 0) return reason::kFirstResidue;
   if (index + 1 == protein.sequence.size()) return reason::kLastResidue;
   return reason::kTooFewShifts;
@@ -142,19 +143,29 @@ std::vector<Piece> piecesOf(std::size_t residues) {
   return pieces;
 }
 
-/// The residues of a piece as a protein; all of it is the protein itself.
+/// The residues of a piece as a protein.
 Protein partOf(const Protein& protein, const Piece& piece) {
-  if (piece.to - piece.from == static_cast<int>(protein.sequence.size())) return protein;
   Protein part;
   const auto length = static_cast<std::size_t>(piece.to - piece.from);
   part.sequence = protein.sequence.substr(static_cast<std::size_t>(piece.from), length);
   part.numbers.assign(protein.numbers.begin() + piece.from, protein.numbers.begin() + piece.to);
-  for (const auto& [position, isCis] : protein.cisFlags)
-    if (position > piece.from && position <= piece.to) part.cisFlags[position - piece.from] = isCis;
-  for (const Shift& shift : protein.shifts)
-    if (shift.resid > piece.from && shift.resid <= piece.to)
-      part.shifts.push_back({shift.resid - piece.from, shift.atom, shift.shift});
+  for (auto flag = protein.cisFlags.upper_bound(piece.from); flag != protein.cisFlags.upper_bound(piece.to);
+       ++flag)
+    part.cisFlags.emplace(flag->first - piece.from, flag->second);
+  const auto isAfter = [](int resid, const Shift& shift) { return resid < shift.resid; };
+  const auto begin = std::upper_bound(protein.shifts.begin(), protein.shifts.end(), piece.from, isAfter);
+  const auto end = std::upper_bound(begin, protein.shifts.end(), piece.to, isAfter);
+  for (auto shift = begin; shift != end; ++shift)
+    part.shifts.push_back({shift->resid - piece.from, shift->atom, shift->shift});
   return part;
+}
+
+/// Calls `use` for each piece with its protein, in order. A protein of one piece is its own part.
+template <class Use>
+void forEachPiece(const Protein& protein, Use use) {
+  const std::vector<Piece> pieces = piecesOf(protein.sequence.size());
+  if (pieces.size() == 1) return use(pieces.front(), protein);
+  for (const Piece& piece : pieces) use(piece, partOf(protein, piece));
 }
 
 /// Assignments and prolines of a piece, whose residues with their reach (`part`) are assembled.
@@ -164,7 +175,7 @@ void addResults(ZORVELA& run, const Protein& part, const Piece& piece, const Shi
   for (int resid = piece.begin - piece.from + 1; resid <= piece.end - piece.from; ++resid) {
     result.assignments.push_back(assignmentOf(run, resid));
     const char letter = part.sequence[static_cast<std::size_t>(resid) - 1];
-    if (letter == 'P' || letter == 'p') positions.push_back(resid);
+    if (letter == 'P' || letter == kKnownCisProline) positions.push_back(resid);
   }
   const auto predictions = run.predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i) {
@@ -198,30 +209,29 @@ ProteinResult Predictor::predict(const Protein& protein) {
   result.notes = protein.notes;
   result.asides = protein.asides;
 
-  const std::vector<Piece> pieces = piecesOf(protein.sequence.size());
   std::vector<SecondaryShifts> secondary;
   ShiftsByResidue observedCGs;
-  for (const Piece& piece : pieces) {
-    const Protein part = partOf(protein, piece);
+  forEachPiece(protein, [&](const Piece& piece, const Protein& part) {
     assemble(*run, part);
     const std::vector<SecondaryShifts> ofPart = secondaryShifts(*run);
     secondary.insert(secondary.end(), ofPart.begin() + piece.begin - piece.from,
                      ofPart.begin() + piece.end - piece.from);
     for (const auto& [resid, shift] : run->cgShifts) observedCGs[resid + piece.from] = shift;
     if (!options.rereference) addResults(*run, part, piece, observedCGs, result);
-  }
+  });
   const std::vector<OffsetEstimate> estimates = estimateOffsets(secondary);
   result.offsets = toResults(estimates);
   if (!options.rereference) return result;
 
-  const Corrections corrections = correctionsOf(estimates);
-  if (!corrections.empty()) addCorrections(result, corrections);
-  const Protein used = corrections.empty() ? protein : corrected(protein, corrections);
-  for (const Piece& piece : pieces) {
-    const Protein part = partOf(used, piece);
-    if (pieces.size() > 1 || !corrections.empty()) assemble(*run, part);
-    addResults(*run, part, piece, observedCGs, result);
+  std::optional<Protein> shifted;
+  if (const Corrections corrections = correctionsOf(estimates); !corrections.empty()) {
+    addCorrections(result, corrections);
+    shifted = corrected(protein, corrections);
   }
+  forEachPiece(shifted ? *shifted : protein, [&](const Piece& piece, const Protein& part) {
+    if (&part != &protein) assemble(*run, part);  // else it is what was assembled last
+    addResults(*run, part, piece, observedCGs, result);
+  });
   return result;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ZORVELA.h"
+#include "protein/nomenclature.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -16,7 +17,6 @@ namespace zorvela {
 
 namespace {
 
-const std::string kTwentyResidues = "ACDEFGHIKLMNPQRSTVWY";
 const std::vector<std::string> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
 /// Shares are written with six decimals.
 constexpr double kLargestGapInShares = 0.001;
@@ -28,9 +28,18 @@ struct Layout {
   std::vector<std::string> values;
 };
 
+/// The types that have shifts of their own.
 std::vector<std::string> residueTypes() {
   std::vector<std::string> types;
-  for (const char letter : kTwentyResidues + "cp") types.emplace_back(1, letter);
+  for (const char letter : kAminoAcids) types.emplace_back(1, letter);
+  for (const char letter : {kDisulfideCysteine, kKnownCisProline}) types.emplace_back(1, letter);
+  return types;
+}
+
+/// All that can stand beside a proline: one without a share would have no prediction.
+std::vector<std::string> neighbourTypes() {
+  std::vector<std::string> types = residueTypes();
+  for (const char letter : kOtherLetters) types.emplace_back(1, letter);
   return types;
 }
 
@@ -54,7 +63,7 @@ Layout layoutOf(const std::string& name) {
   if (name == "Pro.cs.tab")
     return {"index", shiftIndices(), {"avg_cis", "avg_trans", "std_cis", "std_trans"}};
   if (name == "Pro.seq.tab")
-    return {"resname", residueTypes(), {"cis_prev", "cis_next", "trans_prev", "trans_next"}};
+    return {"resname", neighbourTypes(), {"cis_prev", "cis_next", "trans_prev", "trans_next"}};
   return {"RESNAME", residueTypes(), kAtoms};
 }
 
@@ -96,9 +105,13 @@ void findRowLines(Checked& checked, std::string_view text) {
   bool rowsHaveBegun = false;
   while (const std::optional<std::string_view> line = nextLine(text, pos)) {
     ++number;
+    if (contains(*line, {"\0", 1})) checked.fail(number, "has bytes that are no text");
     const std::vector<std::string> words = GDB::split_WhiteSpace(std::string(*line));
     if (words.empty() || words.front().empty()) continue;
     if (isKeyword(words.front())) {
+      // The reader forgets the rows above it.
+      if (!checked.rowLines.empty() && (words.front() == "VARS" || words.front() == "FORMAT"))
+        checked.fail(number, "begins another table");
       rowsHaveBegun = rowsHaveBegun || words.front() == "FORMAT";
       continue;
     }
@@ -120,6 +133,16 @@ void checkNumbers(const Checked& checked) {
       if (!toDecimal(cell) || !std::isfinite(GDB::toFloat(cell)))
         checked.fail(checked.lineOf(number), column + " is \"" + printable(cell, 40) + "\", no number");
     }
+}
+
+/// The program takes the digits that an index begins with, so that "7x" and "07" replace the row of 7.
+void checkIndices(const Checked& checked) {
+  for (const auto& [number, row] : checked.table.entries) {
+    const std::string index = GDB::cell(row, checked.layout.keyColumn);
+    const std::optional<int> value = toInteger(index);
+    if (!value || std::to_string(*value) != index)
+      checked.fail(checked.lineOf(number), "index is \"" + printable(index, 40) + "\", no shift index");
+  }
 }
 
 void checkRows(const Checked& checked) {
@@ -146,7 +169,9 @@ void checkLimits(const Checked& checked) {
 void checkDeviations(const Checked& checked) {
   for (const auto& [number, row] : checked.table.entries)
     for (const char* column : {"std_cis", "std_trans"})
-      if (!(GDB::toFloat(GDB::cell(row, column)) > 0))
+      // The inverse of the smallest numbers is infinite.
+      if (const float deviation = GDB::toFloat(GDB::cell(row, column));
+          !(deviation > 0) || !std::isfinite(1 / deviation))
         checked.fail(checked.lineOf(number), std::string(column) + " is not above 0");
 }
 
@@ -158,7 +183,7 @@ void checkShares(const Checked& checked) {
       if (share < 0 || share > 1)
         checked.fail(checked.lineOf(number), column + " is no share between 0 and 1");
       const std::string name = GDB::cell(row, checked.layout.keyColumn);
-      if (name.size() == 1 && kTwentyResidues.find(name) != std::string::npos) sum += share;
+      if (name.size() == 1 && contains(kAminoAcids, name)) sum += share;
     }
     if (std::fabs(sum - 1) > kLargestGapInShares)
       checked.fail(0, column + " of the 20 residue types adds up to " + fixedText(sum, 4) + ", not to 1");
@@ -172,6 +197,7 @@ void checkTable(const std::string& name, const GDB& table, const std::string& te
   checkColumns(checked);
   findRowLines(checked, text);
   checkNumbers(checked);
+  if (name == "Pro.cs.tab") checkIndices(checked);
   checkRows(checked);
   if (name == "sslimit.tab") checkLimits(checked);
   if (name == "Pro.cs.tab") checkDeviations(checked);

@@ -224,11 +224,6 @@ Indices listsFor(std::size_t chain, const Indices& lists, Import& import) {
 
 // --- Proteins -----------------------------------------------------------------------------------
 
-std::string baseName(const std::string& path) {
-  const std::size_t slash = path.find_last_of('/');
-  return path.substr(slash == std::string::npos ? 0 : slash + 1);
-}
-
 void addCisFlags(const FileChain& chain, const ChainSequence& sequence, Protein& protein) {
   for (const FileCisFlag& flag : chain.cisFlags)
     if (const auto found = sequence.byKey.find(flag.key); found != sequence.byKey.end())

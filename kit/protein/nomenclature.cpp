@@ -17,9 +17,24 @@ namespace {
 
 using Kind = AtomReading::Kind;
 
-// Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
-const std::unordered_map<std::string, ResidueType>& programNames() {
+/// A residue that is not one of the 20, by the letter of its parent.
+ResidueType modified(char letter) {
+  ResidueType type;
+  type.letter = letter;
+  type.isModified = true;
+  return type;
+}
+
+ResidueType hydroxyproline() {
+  ResidueType type = modified('P');
+  type.isHydroxyproline = true;
+  return type;
+}
+
+/// Names that the library's table leaves out, or that are read in another way than it does.
+const std::unordered_map<std::string, ResidueType>& ownNames() {
   static const std::unordered_map<std::string, ResidueType> names = {
+      // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
       {"CYSS", {'C', false, false, Thiol::disulfide}},
       {"CYX", {'C', false, false, Thiol::disulfide}},
       {"CYSH", {'C', false, false, Thiol::notDisulfide}},
@@ -41,58 +56,75 @@ const std::unordered_map<std::string, ResidueType>& programNames() {
       {"HSE", {'H'}},
       {"HSP", {'H'}},
       {"CPRO", {'P'}},
+      // Names written out, as spreadsheets have them.
+      {"ALANINE", {'A'}},
+      {"ARGININE", {'R'}},
+      {"ASPARAGINE", {'N'}},
+      {"ASPARTATE", {'D'}},
+      {"ASPARTIC ACID", {'D'}},
+      {"CYSTEINE", {'C'}},
+      {"GLUTAMINE", {'Q'}},
+      {"GLUTAMATE", {'E'}},
+      {"GLUTAMIC ACID", {'E'}},
+      {"GLYCINE", {'G'}},
+      {"HISTIDINE", {'H'}},
+      {"ISOLEUCINE", {'I'}},
+      {"LEUCINE", {'L'}},
+      {"LYSINE", {'K'}},
+      {"METHIONINE", {'M'}},
+      {"PHENYLALANINE", {'F'}},
+      {"PROLINE", {'P'}},
+      {"SERINE", {'S'}},
+      {"THREONINE", {'T'}},
+      {"TRYPTOPHAN", {'W'}},
+      {"TYROSINE", {'Y'}},
+      {"VALINE", {'V'}},
+      // Modified residues by their parent, for which the library has none or another letter.
+      {"2MR", modified('R')},
+      {"AYA", modified('A')},
+      {"BHD", modified('D')},
+      {"BTR", modified('W')},
+      {"DA2", modified('R')},
+      {"DDE", modified('H')},
+      {"HTR", modified('W')},
+      {"LYZ", modified('K')},
+      {"NMM", modified('R')},
+      {"PYL", modified('K')},
+      {"SEC", modified('C')},
+      // Hydroxyproline: its ring has other shifts than that of proline.
+      {"HYP", hydroxyproline()},
+      {"HY3", hydroxyproline()},
+      // Residues that the library files under a parent whose shifts are nothing like theirs: other side
+      // chains at CB, no alpha proton, a peptide bond through the side chain, or three residues fused to a
+      // chromophore.
+      {"ABA", {}},
+      {"AIB", {}},
+      {"ALC", {}},
+      {"BMT", {}},
+      {"CR2", {}},
+      {"CR8", {}},
+      {"CRF", {}},
+      {"CRO", {}},
+      {"CRQ", {}},
+      {"CSH", {}},
+      {"DAB", {}},
+      {"DHA", {}},
+      {"FGA", {}},
+      {"GHP", {}},
+      {"GYS", {}},
+      {"IAS", {}},
+      {"MDO", {}},
+      {"NLE", {}},
+      {"NRQ", {}},
+      {"ORN", {}},
   };
   return names;
-}
-
-// Names written out, as spreadsheets have them.
-const std::unordered_map<std::string, char>& fullNames() {
-  static const std::unordered_map<std::string, char> names = {
-      {"ALANINE", 'A'},       {"ARGININE", 'R'}, {"ASPARAGINE", 'N'}, {"ASPARTATE", 'D'},
-      {"ASPARTIC ACID", 'D'}, {"CYSTEINE", 'C'}, {"GLUTAMINE", 'Q'},  {"GLUTAMATE", 'E'},
-      {"GLUTAMIC ACID", 'E'}, {"GLYCINE", 'G'},  {"HISTIDINE", 'H'},  {"ISOLEUCINE", 'I'},
-      {"LEUCINE", 'L'},       {"LYSINE", 'K'},   {"METHIONINE", 'M'}, {"PHENYLALANINE", 'F'},
-      {"PROLINE", 'P'},       {"SERINE", 'S'},   {"THREONINE", 'T'},  {"TRYPTOPHAN", 'W'},
-      {"TYROSINE", 'Y'},      {"VALINE", 'V'},
-  };
-  return names;
-}
-
-// Modified residues that the library leaves out, or whose parent it gives another letter, by their parent.
-const std::unordered_map<std::string, char>& furtherParents() {
-  static const std::unordered_map<std::string, char> parents = {
-      {"2MR", 'R'}, {"AYA", 'A'}, {"BHD", 'D'}, {"BTR", 'W'}, {"DA2", 'R'}, {"DDE", 'H'},
-      {"HTR", 'W'}, {"HY3", 'P'}, {"LYZ", 'K'}, {"NMM", 'R'}, {"PYL", 'K'}, {"SEC", 'C'},
-  };
-  return parents;
-}
-
-// Residues that are filed under a parent whose shifts are nothing like theirs: other side chains at CB,
-// no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
-bool isWithoutParent(const std::string& name) {
-  static const std::unordered_set<std::string> names = {
-      "ABA", "AIB", "ALC", "BMT", "CR2", "CR8", "CRF", "CRO", "CRQ", "CSH",
-      "DAB", "DHA", "FGA", "GHP", "GYS", "IAS", "MDO", "NLE", "NRQ", "ORN",
-  };
-  return names.count(name) > 0;
-}
-
-bool isHydroxyproline(std::string_view name) {
-  return name == "HYP" || name == "HY3";
 }
 
 // The library's table; it takes names of ASCII letters and digits only.
 gemmi::ResidueInfo tabulated(const std::string& name) {
   const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < '\x7F'; });
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
-}
-
-ResidueType modified(std::string_view name, char letter) {
-  ResidueType type;
-  type.letter = letter;
-  type.isModified = true;
-  type.isHydroxyproline = isHydroxyproline(name);
-  return type;
 }
 
 AtomReading reading(Kind kind, const char* first = nullptr, const char* second = nullptr) {
@@ -134,20 +166,12 @@ AtomReading readAlphaProton(char letter, std::string_view name) {
 
 ResidueType residueType(std::string_view name) {
   const std::string key = upper(name);
-  if (const auto known = programNames().find(key); known != programNames().end()) return known->second;
-  if (const auto full = fullNames().find(key); full != fullNames().end()) {
-    ResidueType type;
-    type.letter = full->second;
-    return type;
-  }
-  if (const auto parent = furtherParents().find(key); parent != furtherParents().end())
-    return modified(key, parent->second);
-  if (isWithoutParent(key)) return {};
+  if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
   // The library's "standard" residues are the 20; the parent of another is in lower case.
   const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
   if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
-  if (!info.is_standard()) return modified(key, letter);
+  if (!info.is_standard()) return modified(letter);
   ResidueType type;
   type.letter = letter;
   return type;

@@ -21,6 +21,12 @@ inline constexpr char kUnknownResidue = '?';
 /// Letter of a cysteine in a disulfide bond.
 inline constexpr char kDisulfideCysteine = 'c';
 
+/// Letter of a proline that is known to be cis, so that none is predicted.
+inline constexpr char kKnownCisProline = 'p';
+
+/// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
+inline constexpr std::string_view kOtherLetters = "BJOUX?";
+
 /// What a file says of the sulfur of a cysteine.
 enum class Thiol { unknown, disulfide, notDisulfide };
 

@@ -50,7 +50,8 @@ TableSequence statedSequence(const GDB& table, const std::string& file) {
 
 // The letters that the program's reader takes into a sequence.
 bool isSequenceLetter(char c) {
-  return (c >= 'A' && c <= 'Y') || c == kDisulfideCysteine || c == 'p' || c == kUnknownResidue;
+  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kKnownCisProline ||
+         contains(kOtherLetters, {&c, 1});
 }
 
 /// Of a table without a sequence: its rows give the residues, "?" stands for those between.
@@ -89,7 +90,7 @@ struct TableShifts {
 /// Names in the table's own words stay, whatever the residue; others are read as in any file.
 std::vector<std::string> tableNames(char letter, const std::string& atom) {
   const bool isOfGlycine = letter == 'G' && (atom == "HA" || atom == "HA1");
-  const bool isSideChain = atom == "CG" && letter != 'P' && letter != 'p';
+  const bool isSideChain = atom == "CG" && letter != 'P' && letter != kKnownCisProline;
   if (isTableAtom(atom) && !isOfGlycine && !isSideChain) return {atom};
   std::vector<std::string> names;
   for (const char* name : readAtom(letter, atom).names)

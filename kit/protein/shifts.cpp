@@ -119,7 +119,13 @@ class RowPlacer {
   long offset = 0;
 };
 
-using AtomKey = std::pair<int, std::string>;
+/// Residue and rank of an atom: the order of the table, in which HA1 of glycine, until it is settled, is
+/// last.
+using AtomKey = std::pair<int, std::size_t>;
+
+AtomKey keyOf(int resid, std::string_view atom) {
+  return {resid, atomRank(atom)};
+}
 
 /// The shifts of a chain that go into its table, and the reasons of those that do not.
 struct Collected {
@@ -195,7 +201,7 @@ std::optional<std::string> usableValue(const FileShift& row, const std::string& 
 /// Of two shifts for one atom the one that names it alone counts, then the one with the higher occupancy,
 /// then the first.
 void offer(Candidate candidate, const FileShift& row, const ChainSequence& sequence, Collected& found) {
-  const AtomKey key{candidate.shift.resid, candidate.shift.atom};
+  const AtomKey key = keyOf(candidate.shift.resid, candidate.shift.atom);
   const auto [entry, isNew] = found.chosen.emplace(key, candidate);
   if (isNew) return;
   Candidate& kept = entry->second;
@@ -262,7 +268,7 @@ void rename(const AtomKey& from, const std::string& atom, std::map<AtomKey, Cand
   auto node = chosen.extract(from);
   if (node.empty()) return;
   node.mapped().shift.atom = atom;
-  node.key().second = atom;
+  node.key().second = atomRank(atom);
   chosen.insert(std::move(node));
 }
 
@@ -271,15 +277,15 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
   std::map<AtomKey, Candidate>& chosen = found.chosen;
   std::vector<int> residues;
   for (const auto& [key, candidate] : chosen)
-    if (key.second == "HA1") residues.push_back(key.first);
+    if (candidate.shift.atom == "HA1") residues.push_back(key.first);
   for (const int resid : residues) {
-    const bool hasThird = chosen.count({resid, "HA3"}) > 0;
-    if (!hasThird) rename({resid, "HA2"}, "HA3", chosen);
-    if (chosen.count({resid, "HA2"}) == 0) {
-      rename({resid, "HA1"}, "HA2", chosen);
+    const bool hasThird = chosen.count(keyOf(resid, "HA3")) > 0;
+    if (!hasThird) rename(keyOf(resid, "HA2"), "HA3", chosen);
+    if (chosen.count(keyOf(resid, "HA2")) == 0) {
+      rename(keyOf(resid, "HA1"), "HA2", chosen);
       found.older.push_back(sequence.number(resid));
     } else {
-      chosen.erase({resid, "HA1"});
+      chosen.erase(keyOf(resid, "HA1"));
       found.foreign.push_back(sequence.number(resid) + " HA1");
     }
   }
@@ -353,7 +359,6 @@ std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& ro
   std::vector<Shift> shifts;
   shifts.reserve(found.chosen.size());
   for (auto& [key, candidate] : found.chosen) shifts.push_back(std::move(candidate.shift));
-  std::sort(shifts.begin(), shifts.end(), isBefore);
   return shifts;
 }
 

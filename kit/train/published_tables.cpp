@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <map>
 #include <set>
 #include <utility>
@@ -11,6 +10,7 @@
 
 #include "train/strict_csv.h"
 #include "train/table_cells.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -21,13 +21,9 @@ using AtomValues = std::array<double, kAtomsPerResidue>;
 
 // --- Origin ---------------------------------------------------------------------------------------
 
-std::string fileName(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
-
 /// The paper of a file of published values; the name of the file where it is not known.
 std::string citation(const std::string& path) {
-  const std::string name = fileName(path);
+  const std::string name = baseName(path);
   static const std::vector<std::pair<std::string, std::string>> kPapers = {
       {"nielsen_mulder_2018",
        "Nielsen & Mulder (2018) J. Biomol. NMR 70, 141-165, doi:10.1007/s10858-018-0166-5; 25 C, pH 7"},
@@ -148,8 +144,6 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
 // --- Neighbours of prolines -----------------------------------------------------------------------
 
 const std::array<std::string, 4> kShareColumns = {"cis_prev", "cis_next", "trans_prev", "trans_next"};
-// Letters that a sequence can hold beside the 20 types; ? stands for a gap or an unknown residue.
-const std::string kOtherLetters = "BJOUX?";
 
 using Counts = std::array<double, 4>;
 

@@ -148,8 +148,8 @@ std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& stru
   return result;
 }
 
-void LabelVotes::count(const std::vector<Ballot>& cast) {
-  for (const Ballot& ballot : cast) {
+void LabelVotes::count(std::vector<Ballot> cast) {
+  for (Ballot& ballot : cast) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
     if (ballot.tier < proline.tier) continue;
     if (ballot.tier > proline.tier) {
@@ -164,7 +164,7 @@ void LabelVotes::count(const std::vector<Ballot>& cast) {
     const auto now = rank(ballot.identity, ballot.aligned);
     if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best))
       continue;
-    proline.best = ballot.structure;
+    proline.best = std::move(ballot.structure);
     proline.bestIdentity = ballot.identity;
     proline.bestAligned = ballot.aligned;
   }

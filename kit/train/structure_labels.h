@@ -44,8 +44,9 @@ class LabelVotes {
   /// The votes of one structure, without counting them. May run in several threads at once.
   struct Ballot;
   std::vector<Ballot> ballots(const ProteinStructure& structure) const;
-  /// Counts votes. The order in which structures come does not matter.
-  void count(const std::vector<Ballot>& ballots);
+  /// Counts votes, all of them: it takes no memory that could end midway. The order in which structures come does
+  /// not matter.
+  void count(std::vector<Ballot> ballots);
 
   std::size_t proteinCount() const { return all.size(); }
   /// How many prolines have a label, of how many.

@@ -206,6 +206,10 @@ std::string withLatinLetters(std::string_view text) {
   return result;
 }
 
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);  // npos + 1 is 0
+}
+
 std::string_view trimmed(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || isControl(text.front()))) text.remove_prefix(1);
   while (!text.empty() && (text.back() == ' ' || isControl(text.back()))) text.remove_suffix(1);

@@ -34,6 +34,9 @@ bool contains(std::string_view text, std::string_view part);
 /// digits, primes as ' and the many dashes as -. Capital delta, which says "difference", stays.
 std::string withLatinLetters(std::string_view text);
 
+/// The name of a file without its folder; nothing after a "/" at the end.
+std::string baseName(const std::string& path);
+
 /// Without white space (and control characters) at the ends.
 std::string_view trimmed(std::string_view text);
 

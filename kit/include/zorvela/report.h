@@ -18,6 +18,7 @@ struct FileReport {
   std::vector<ProteinResult> proteins;
   std::string error;
   std::vector<ChainMatch> matches = {};  ///< of structures with these proteins
+  bool isForScarcity = false;            ///< the error: memory or descriptors ended; see `ScarcityError`
 };
 
 /// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of

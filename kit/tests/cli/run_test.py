@@ -67,10 +67,10 @@ class Formats(InFolder):
         with open(program.SCHEMA, encoding="utf-8") as file:
             schema = json.load(file)
         jsonschema.Draft202012Validator.check_schema(schema)
-        unknown_neighbour = self.put("x.tab", program.full_table("UPK"))
+        far_off = self.put("x.tab", program.full_table("APK", {(2, "CG"): 500}))
         ends = self.put("ends.tab", program.full_table("PAP") + "\n")
         bare = self.put("bare.tab", program.shift_table("APA", [(1, "CA", 53.0)]))
-        result = program.run("--format", "json", self.cis(), unknown_neighbour, ends, bare, "missing.tab")
+        result = program.run("--format", "json", self.cis(), far_off, ends, bare, "missing.tab")
         document = json.loads(result.stdout)
         jsonschema.Draft202012Validator(schema).validate(document)
         self.assertEqual([p["reason"] for protein in document["proteins"] for p in protein["prolines"]],

@@ -66,6 +66,7 @@ class Fault {
     static Fault fault("ZORVELA_FAULT_" #name); \
     return fault;                               \
   }
+FAULT(OPEN)
 FAULT(READ)
 FAULT(WRITE)
 FAULT(FSYNC)
@@ -116,6 +117,7 @@ sighandler_t signal(int number, sighandler_t handler) noexcept {
 }
 
 FILE* fopen(const char* path, const char* mode) {
+  if (OPENFault().strikes()) return nullptr;
   if (mode[0] == 'r' && READFault().isSet()) return openFaulty(path);
   return next<FILE*(const char*, const char*)>("fopen")(path, mode);
 }

@@ -146,6 +146,10 @@ class Signals(Faults):
                 self.assertEqual(self.result(), OLD)
 
 
+def rows_without_errors(ended):
+    return "".join(line for line in ended.stdout.splitlines(True) if ",error," not in line)
+
+
 class Memory(Faults):
     def check_ended_in_words(self, ended):
         self.assertIn(ended.returncode, (0, 1), ended.stderr)
@@ -163,6 +167,31 @@ class Memory(Faults):
                 failed += ended.returncode
         self.assertGreater(failed, 20)
 
+    def test_a_file_that_finds_no_memory_beside_others_comes_again_alone(self):
+        for allocation in (round(4000 * 1.02 ** i) for i in range(90)):  # the tables take some 9,000
+            with self.subTest(allocation=allocation):
+                ended = self.run_into_file(env=faults(new="12@%d" % allocation))
+                self.assertNotIn("does not fit into memory", ended.stderr)
+
+    def test_a_file_too_large_for_the_memory_is_named_and_the_others_are_done(self):
+        self.inputs.insert(1, self.put("large.csv", "resid,resname,atom,shift\n" + "# nothing\n" * (12 << 20)))
+        for jobs in (1, 2):
+            with self.subTest(jobs=jobs):
+                ended = program.run("--jobs", jobs, "--format", "csv", *self.inputs,
+                                    preexec_fn=limited(**{"as": 100 << 20}))
+                self.assertEqual(ended.returncode, 1)
+                self.assertEqual(rows_without_errors(ended), self.expected)
+                self.assertEqual(ended.stderr, "zorvela-kit: %s: does not fit into memory; give a smaller file\n"
+                                 "zorvela-kit: 1 of 4 files could not be predicted\n" % self.inputs[1])
+
+    def test_standard_input_that_does_not_fit_is_not_read_on_from_its_middle(self):
+        large = "resid,resname,atom,shift\n" + "# nothing\n" * (12 << 20) + "1,ALA,CA,52\n2,PRO,CA,63\n3,ALA,CA,52\n"
+        ended = program.run("--jobs", 2, "--format", "csv", "-", *self.inputs, input=large,
+                            preexec_fn=limited(**{"as": 100 << 20}))
+        self.assertEqual(ended.returncode, 1)
+        self.assertEqual(rows_without_errors(ended), self.expected)
+        self.assertIn("zorvela-kit: standard input: does not fit into memory; give a smaller file\n", ended.stderr)
+
     def test_a_long_line_is_whole_or_an_error(self):
         """A line that finds no room is not the end of its file."""
         letters = 9000
@@ -172,7 +201,7 @@ class Memory(Faults):
         failed = 0
         for allocation in range(1, 30):
             with self.subTest(allocation=allocation):
-                ended = self.run_into_file(env=faults(new="12@%d" % allocation, new_from=letters))
+                ended = self.run_into_file(env=faults(new="12+%d" % allocation, new_from=letters))
                 self.check_ended_in_words(ended)
                 failed += ended.returncode
         self.assertGreater(failed, 5)
@@ -189,6 +218,18 @@ class Memory(Faults):
                                                       env=faults(new="12@%d" % allocation)))
 
     def test_little_memory_and_many_jobs(self):
+        """Where one job has memory enough, eight have too: what finds none beside others comes again alone."""
+        for kilobytes in (28000, 30000, 32000, 45000, 60000, 100000, 300000):
+            with self.subTest(kilobytes=kilobytes):
+                limits = {"as": kilobytes * 1024}
+                arguments = ("--format", "csv", *(20 * self.inputs))
+                alone = program.run("--jobs", "1", *arguments, preexec_fn=limited(**limits))
+                if alone.returncode != 0:
+                    continue  # the system could not even load the program
+                ended = program.run("--jobs", "8", *arguments, preexec_fn=limited(**limits))
+                self.assertEqual((ended.returncode, ended.stderr, ended.stdout), (0, "", alone.stdout))
+
+    def test_little_memory_and_far_too_many_jobs(self):
         for kilobytes in (30000, 40000, 60000, 100000):
             with self.subTest(kilobytes=kilobytes):
                 self.put_old()
@@ -209,6 +250,11 @@ class Scarcity(Faults):
 
     def test_eight_descriptors_are_enough(self):
         self.check_right(self.run_into_file(preexec_fn=limited(nofile=8)))
+
+    def test_a_file_without_a_descriptor_comes_again_alone(self):
+        for call in range(8, 11):  # after the seven tables
+            with self.subTest(call=call):
+                self.check_right(self.run_into_file(env=faults(open="%d@%d" % (errno.EMFILE, call))))
 
     def test_too_few_descriptors_are_named(self):
         ended = self.run_into_file(preexec_fn=limited(nofile=4))

@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+#include "predict/referencing.h"
+
 namespace {
 
 using zorvela::Call;
@@ -173,8 +175,10 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
 }
 
 TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
-  // The tables know no residue X: both priors are 0.
-  const ProteinResult result = predict(complete("XPK"));
+  // CG is so far from both classes that both likelihoods are 0.
+  Protein protein = complete("APK");
+  protein.shifts.push_back({2, "CG", "500"});
+  const ProteinResult result = predict(protein);
   EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
   EXPECT_FALSE(result.prolines[0].pCis.has_value());
   EXPECT_FALSE(result.prolines[0].pCisNorm.has_value());
@@ -245,8 +249,9 @@ Protein cutOut(const Protein& protein, int first, int last) {
   return part;
 }
 
-TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
-  // Another residue type and another shift at nearly every place, prolines at all distances from any border.
+/// Of more than two pieces: another residue type and another shift at nearly every place, prolines at all
+/// distances from any border, and a flag of the file at each.
+Protein longProtein() {
   const std::string unit = "AGPVKPEDLP";
   std::string sequence;
   while (sequence.size() < 8100) sequence += unit + "KLMNQRSTVWY"[sequence.size() % 11];
@@ -254,6 +259,14 @@ TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
   for (std::size_t i = 0; i < protein.shifts.size(); ++i)
     if (protein.shifts[i].atom == "CB")
       protein.shifts[i].shift = std::to_string(28.0 + static_cast<double>(i % 50) / 10);
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    if (sequence[i] == 'P') protein.cisFlags[static_cast<int>(i) + 1] = i % 3 == 0;
+  return protein;
+}
+
+TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
+  const Protein protein = longProtein();
+  const std::string& sequence = protein.sequence;
   const zorvela::Tables tables = zorvela::tablesFromFolder(SHIPPED_TABLES);
   const ProteinResult whole = zorvela::Predictor(tables).predict(protein);
   ASSERT_EQ(whole.prolines.size(),
@@ -276,6 +289,42 @@ TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
     EXPECT_EQ(same->reason, proline.reason);
     EXPECT_EQ(same->nextCount, proline.nextCount);
     EXPECT_EQ(proline.number, std::to_string(proline.position));
+    EXPECT_EQ(proline.cisFlag, (proline.position - 1) % 3 == 0);
+  }
+}
+
+/// The probabilities with --rereference, and those of the protein whose shifts were corrected beforehand.
+void expectRereferenced(const Protein& protein, const zorvela::Tables& tables, bool isCorrected) {
+  zorvela::PredictorOptions options;
+  options.rereference = true;
+  const ProteinResult result = zorvela::Predictor(tables, options).predict(protein);
+  zorvela::Corrections corrections;
+  for (const zorvela::ReferencingOffset& offset : result.offsets)
+    if (offset.correctedBy) corrections[offset.atom] = static_cast<double>(*offset.correctedBy);
+  ASSERT_EQ(!corrections.empty(), isCorrected);
+  const ProteinResult beforehand =
+      zorvela::Predictor(tables).predict(zorvela::corrected(protein, corrections));
+  ASSERT_EQ(result.prolines.size(), beforehand.prolines.size());
+  for (std::size_t i = 0; i < result.prolines.size(); ++i) {
+    ASSERT_EQ(result.prolines[i].position, beforehand.prolines[i].position);
+    ASSERT_EQ(result.prolines[i].pCisNorm.has_value(), beforehand.prolines[i].pCisNorm.has_value());
+    if (result.prolines[i].pCisNorm) {
+      EXPECT_NEAR(*result.prolines[i].pCisNorm, *beforehand.prolines[i].pCisNorm, 1e-4)
+          << result.prolines[i].position;
+    }
+  }
+}
+
+TEST(Predictor, RereferencesShortAndLongProteins) {
+  const zorvela::Tables tables = zorvela::tablesFromFolder(SHIPPED_TABLES);
+  for (const int length : {300, 4100}) {
+    Protein protein = cutOut(longProtein(), 1, length);
+    expectRereferenced(protein, tables, true);
+    // CB and N alone say nothing of the referencing.
+    const auto isOther = [](const zorvela::Shift& shift) { return shift.atom != "CB" && shift.atom != "N"; };
+    protein.shifts.erase(std::remove_if(protein.shifts.begin(), protein.shifts.end(), isOther),
+                         protein.shifts.end());
+    expectRereferenced(protein, tables, false);
   }
 }
 

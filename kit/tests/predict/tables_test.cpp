@@ -172,7 +172,37 @@ TEST(DamagedTable, LacksAShiftIndex) {
 TEST(DamagedTable, LacksAResidueType) {
   for (const char* name :
        {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab", "sslimit.tab", "Pro.seq.tab"})
-    EXPECT_EQ(afterChange(name, "\nW ", "\nX "), std::string(name) + ": has no row for residue type W");
+    EXPECT_EQ(afterChange(name, "\nW ", "\nZ "), std::string(name) + ": has no row for residue type W");
+}
+
+TEST(DamagedTable, LacksWhatCanStandBesideAProline) {
+  for (const std::string letter : {"B", "J", "O", "U", "X", "?"})
+    EXPECT_EQ(afterChange("Pro.seq.tab", "\n" + letter + " ", "\nREMARK "),
+              "Pro.seq.tab: has no row for residue type " + letter);
+}
+
+TEST(DamagedTable, HasARowThatReplacesAnother) {
+  // strtol makes 7 of "7x" and "07", and 0 of a word.
+  for (const std::string index : {"07", "7x", "word", "4294967303", "+7"})
+    EXPECT_EQ(afterChange("Pro.cs.tab", "   18 ", index + " 1 1 1 1\n   18 "),
+              place("Pro.cs.tab", "   18 ") + ": index is \"" + index + "\", no shift index");
+}
+
+TEST(DamagedTable, IsTwoTables) {
+  for (const std::string name : {"rcadj.tab", "Pro.seq.tab"}) {
+    const std::string whole = madeTables()[name];
+    const std::string lines = whole.substr(whole.find("VARS"), whole.find("\nA ") - whole.find("VARS"));
+    const std::string place = ::place(name, "K  ");
+    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines + "\nK  "), place + ": begins another table");
+    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines.substr(lines.find("FORMAT")) + "\nK  "),
+              place + ": begins another table");
+  }
+}
+
+TEST(DamagedTable, HasBytesThatAreNoText) {
+  // As after a loss of power: zeros where text should be, here in a remark.
+  EXPECT_EQ(afterChange("Pro.cs.tab", "REMARK Made", "REMARK " + std::string(4, '\0')),
+            "Pro.cs.tab:1: has bytes that are no text");
 }
 
 TEST(DamagedTable, HasAResidueTypeTwice) {
@@ -192,7 +222,8 @@ TEST(DamagedTable, HasNanOrInfinity) {
 }
 
 TEST(DamagedTable, HasADeviationThatIsNotAboveZero) {
-  for (const std::string bad : {"0.000", "-1.000"})
+  // The inverse of 1e-40 is beyond single precision.
+  for (const std::string bad : {"0.000", "-1.000", "1e-40", "1e-99"})
     EXPECT_EQ(afterChange("Pro.cs.tab", "27.000     1.000", "27.000     " + bad),
               place("Pro.cs.tab", "   18 ") + ": std_cis is not above 0");
 }

@@ -138,6 +138,18 @@ class Chains(Case):
         self.assertEqual(proline["verdict"], "mixed models")
         self.assertEqual([site["file"] for site in proline["sites"]], ["a.pdb", "b.cif"])
 
+    def test_a_structure_counts_once(self):
+        """Models and verdicts are counted, so one that is given twice would weigh twice."""
+        path = self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.pdb", made.pdb([("A", chain())]))
+        os.symlink("a.pdb", os.path.join(self.folder, "link.pdb"))
+        for second in ("a.pdb", "./a.pdb", path, "link.pdb"):
+            result = self.compare("shifts.tab", "--structure", "a.pdb", "b.pdb", second)
+            self.assertEqual((result.returncode, result.stdout, result.stderr),
+                             (1, "", "zorvela-kit: %s: is given twice; name each structure once\n" % second))
+        result = self.compare("shifts.tab", "--structure", "none.pdb", "none.pdb", "b.pdb")
+        self.assertIn("none.pdb: cannot be read: No such file or directory", result.stderr)
+
     def test_mutations_and_missing_residues_are_noted(self):
         residues = chain(cis=[17])
         residues[4].name = "ARG"   # S5
@@ -196,6 +208,17 @@ class Chains(Case):
         self.assertIn("shifts.tab: holds shifts and no structure", result.stderr)
         self.assertIn("model.pdb: is no shift file but a PDB coordinate file", self.compare(
             "model.pdb", "shifts.tab", "--structure", "model.pdb").stderr)
+
+    def test_shift_files_after_the_structures(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("shifts.csv", "resid,resname,atom,shift\n16,LYS,CA,55.2\n17,PRO,CA,63.1\n18,GLN,CA,56.0\n")
+        for name in ("shifts.tab", "shifts.csv"):
+            result = self.compare("--structure", "model.pdb", name, "shifts.tab")
+            self.assertEqual(result.returncode, 1)
+            self.assertIn("zorvela-kit: %s: holds shifts and no structure; name shift files before --structure, or "
+                          "after --\n" % name, result.stderr)
+        for arguments in (("shifts.tab", "--structure", "model.pdb"), ("--structure", "model.pdb", "--", "shifts.tab")):
+            self.assertEqual(self.compare(*arguments).returncode, 0, arguments)
 
     def test_a_free_proline_is_no_residue_of_the_chain(self):
         loose = made.moved(chain()[8:9], 200)
@@ -319,8 +342,7 @@ class BadInput(Case):
         self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
         for name in ("nuclease.tab", "nuclease.str"):
             self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
-                             "model.pdb: holds shifts and no structure; give a structure in PDB or mmCIF format, plain or "
-                             "gzipped")
+                             "model.pdb: holds shifts and no structure; name shift files before --structure, or after --")
 
     def test_cut(self):
         text = made.pdb([("A", chain())])

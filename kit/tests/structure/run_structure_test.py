@@ -179,6 +179,16 @@ class Failures(Case):
             self.assertTrue(message.startswith(models[-1] + ": "), message)
             self.assertFalse(os.path.exists(os.path.join(self.folder, "out.html")))
 
+    def test_shift_files_after_the_structures(self):
+        self.put("model.pdb", made.pdb([("A", chain())]))
+        self.assertEqual(self.fails("--format", "html", "--structure", "model.pdb", "shifts.tab", "shifts.tab"),
+                         "shifts.tab: holds shifts and no structure; name shift files before --structure, or after --")
+
+    def test_a_structure_counts_once(self):
+        self.put("model.pdb", made.pdb([("A", chain())]))
+        self.assertEqual(self.fails("--format", "html", "shifts.tab", "--structure", "model.pdb", "./model.pdb"),
+                         "./model.pdb: is given twice; name each structure once")
+
     def test_other_formats_have_compare(self):
         self.put("model.pdb", made.pdb([("A", chain())]))
         for form in ("table", "csv", "json"):

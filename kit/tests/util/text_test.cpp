@@ -45,6 +45,13 @@ TEST(Text, WhatIsNoPlainShiftIsNone) {
     EXPECT_EQ(toDecimal(text), std::nullopt) << text;
 }
 
+TEST(Text, ABaseNameIsWhatComesAfterTheLastFolder) {
+  EXPECT_EQ(zorvela::baseName("a/b/c.str"), "c.str");
+  EXPECT_EQ(zorvela::baseName("c.str"), "c.str");
+  EXPECT_EQ(zorvela::baseName("/c.str"), "c.str");
+  EXPECT_EQ(zorvela::baseName("a/"), "");
+}
+
 TEST(Text, LinesEndInAnyOfTheThreeWays) {
   const std::string_view text = "a\r\nb\rc\n\nd";
   std::size_t pos = 0;

@@ -10,6 +10,7 @@
 
 #include "cli/input.h"
 #include "cli/output_place.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -40,7 +41,7 @@ bool isPipe(const struct stat& info) {
 std::optional<std::pair<Identity, std::string>> entryOf(const std::string& path) {
   try {
     const std::string place = afterLinks(path);
-    if (const auto folder = statusOf(folderOf(place), -1)) return std::pair(identityOf(*folder), nameIn(place));
+    if (const auto folder = statusOf(folderOf(place), -1)) return std::pair(identityOf(*folder), baseName(place));
   } catch (const std::system_error&) {
   }
   return std::nullopt;

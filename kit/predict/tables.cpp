@@ -13,6 +13,7 @@
 #include "predict/table_checks.h"
 #include "util/checksum.h"
 #include "util/read_some.h"
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -42,10 +43,17 @@ void useTables(const ReferenceTables& tables, ZORVELA& run) {
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+// Far above any reference table, which has 3 kB. A word takes some 200 bytes of memory, a residue of a sequence as much,
+// and each job has tables of its own.
+constexpr std::size_t kMostBytes = std::size_t{256} << 10;
+constexpr std::size_t kMostWords = 3000;
 
-[[noreturn]] void throwSystemError(const std::string& path, int number, const std::string& remedy) {
-  throw TableError(path, 0, std::generic_category().message(number), remedy);
+[[noreturn]] void throwSystemError(const std::string& path, int number) {
+  throw TableError(path, 0, std::generic_category().message(number), "");
+}
+
+[[noreturn]] void throwTooLarge(const std::string& path) {
+  throw TableError(path, 0, "is too large for a reference table", "");
 }
 
 struct CloseFile {
@@ -53,42 +61,53 @@ struct CloseFile {
 };
 
 /// The whole text of a file; a read error is no end of file.
-std::string textOf(const std::string& path, const std::string& remedy) {
+std::string textOf(const std::string& path) {
   struct stat info {};
-  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno, remedy);
-  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", remedy);
+  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno);
+  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", "");
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
-  if (!file) throwSystemError(path, errno, remedy);
+  if (!file) throwSystemError(path, errno);
   std::string text;
   std::array<char, 1 << 14> block{};
   while (const std::size_t count = readSome(block.data(), block.size(), file.get())) {
     text.append(block.data(), count);
-    if (text.size() > kMostBytes) throw TableError(path, 0, "is above 64 MiB, too large for a table", remedy);
+    if (text.size() > kMostBytes) throwTooLarge(path);
   }
-  if (std::ferror(file.get()) != 0) throwSystemError(path, errno, remedy);
+  if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
   return text;
 }
 
-}  // namespace
+/// Before anything is made of it: the words but those of remarks, and the letters of a sequence.
+void checkSize(const std::string& text, const std::string& file) {
+  std::size_t words = 0;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    if (line->rfind("REMARK", 0) == 0) continue;
+    if (line->rfind("DATA", 0) == 0) words += line->size();
+    for (std::size_t i = 0; i < line->size(); ++i)
+      if (!GDB::isSpace((*line)[i]) && (i == 0 || GDB::isSpace((*line)[i - 1]))) ++words;
+    if (words > kMostWords) throwTooLarge(file);
+  }
+}
 
-GDB parseTable(const std::string& text, const std::string& file, const std::string& remedy) {
+/// The text of a table in the program's format as a table. `file` names it in errors.
+GDB parseTable(const std::string& text, const std::string& file) {
+  if (text.size() > kMostBytes) throwTooLarge(file);
+  checkSize(text, file);
   std::istringstream in(text);
   in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;
   try {
     table.readTable(in);
   } catch (const BadTable& e) {
-    throw TableError(file, e.line, GDB::simplifyWhiteSpace(e.what()), remedy);
+    throw TableError(file, e.line, GDB::simplifyWhiteSpace(e.what()), "");
   } catch (const std::out_of_range&) {
-    throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", remedy);
+    throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", "");
   }
   table.fileName = file;
   return table;
 }
 
-GDB loadTable(const std::string& path, const std::string& remedy) {
-  return parseTable(textOf(path, remedy), path, remedy);
-}
+}  // namespace
 
 // --- All seven ----------------------------------------------------------------------------------
 
@@ -99,8 +118,8 @@ Tables tablesFromFolder(const std::string& folder) {
   const auto tables = std::make_shared<ReferenceTables>();
   for (const auto& [name, table] : namedTables(*tables)) {
     const std::string path = folder + "/" + name;
-    const std::string text = textOf(path, "");
-    *table = parseTable(text, path, "");
+    const std::string text = textOf(path);
+    *table = parseTable(text, path);
     checkTable(name, *table, text, path);
   }
   return tables;
@@ -111,7 +130,7 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
   for (const auto& [name, table] : namedTables(*tables)) {
     const auto text = texts.find(name);
     if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
-    *table = parseTable(text->second, name, "");
+    *table = parseTable(text->second, name);
     checkTable(name, *table, text->second, name);
   }
   return tables;

@@ -24,12 +24,6 @@ struct ReferenceTables {
 /// Gives the tables to a run object, as if it had read them from files.
 void useTables(const ReferenceTables& tables, ZORVELA& run);
 
-/// Reads a table in the program's format. TableError with `remedy` where it cannot be read.
-GDB loadTable(const std::string& path, const std::string& remedy);
-
-/// The text of a table in the program's format as a table. `file` names it in errors.
-GDB parseTable(const std::string& text, const std::string& file, const std::string& remedy);
-
 /// A table with the name of its file.
 using NamedTable = std::pair<const char*, GDB*>;
 

@@ -8,9 +8,14 @@
 #include <cmath>
 #include <iterator>
 #include <set>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
-#include "predict/tables.h"
+#include "formats/format.h"
+#include "formats/input_bytes.h"
+#include "formats/limits.h"
+#include "formats/shift_model.h"
 #include "train/strict_csv.h"
 #include "zorvela/error.h"
 
@@ -109,11 +114,29 @@ EntryShifts entryShifts(const std::string& name, ZORVELA& run) {
   }
   entry.secondary = secondaryShifts(run);
   entry.cg = run.cgShifts;
-  for (const auto& [resid, shift] : entry.cg) {
-    const GDB::Row* row = run.csTable.findEntry("RESID", std::to_string(resid), "ATOMNAME", kAtomCB, 1);
-    if (row != nullptr) entry.cb[resid] = GDB::toFloat(GDB::cell(*row, "SHIFT"));
-  }
+  // The first of each residue counts, by the text of its number.
+  std::unordered_map<std::string, float> cbShifts;
+  for (const auto& [number, row] : run.csTable.entries)
+    if (GDB::cell(row, "ATOMNAME") == kAtomCB)
+      cbShifts.emplace(GDB::cell(row, "RESID"), GDB::toFloat(GDB::cell(row, "SHIFT")));
+  for (const auto& [resid, shift] : entry.cg)
+    if (const auto found = cbShifts.find(std::to_string(resid)); found != cbShifts.end())
+      entry.cb[resid] = found->second;
   return entry;
+}
+
+/// The table of an entry, within the limits that hold for any shift table.
+GDB entryTable(const std::string& path) {
+  Source source;
+  source.file = path;
+  source.text = fileBytes(path);
+  const std::size_t most = kResiduesMadeOfAnyFile + source.text.size() / kBytesPerResidueMade;
+  GDB table = std::move(*readShiftTable(source).table);
+  table.fileName = path;
+  if (table.residNames.size() > most)
+    throw FileError(path, 0, "has a sequence of more than " + std::to_string(most) + " residues",
+                    "no protein with so few shifts is that long: check the file");
+  return table;
 }
 
 std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
@@ -166,8 +189,7 @@ LabelledProlines readLabelled(const std::string& labelsPath, const std::string& 
   for (const ProlineLabel& label : data.labels.prolines) {
     const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
     if (isNew) {
-      run.csTable =
-          loadTable(entryPath(data.labels, label, folder), "give a shift table in the program's format");
+      run.csTable = entryTable(entryPath(data.labels, label, folder));
       data.notFinite += leaveOutNonFinite(run.csTable);
       data.entries.push_back(entryShifts(label.entry, run));
       if (onStep) onStep(data.entries.size(), entries);

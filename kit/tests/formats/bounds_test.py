@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 import unittest
 
-from zorvela_tests import hostile
+from zorvela_tests import hostile, program
 from zorvela_tests.hostile import BARE_ROWS, ROWS, copies, entity, lists
 from zorvela_tests.program import KIT
 
@@ -75,6 +75,22 @@ class Bounds(unittest.TestCase):
         self.assertIn(too_many, message)
         status, message = self.run_bounded(hostile.cells_of_a_table(1000), "import", name="hostile.tab")
         self.assertEqual(status, 0, message[:300])
+
+    def test_entries_of_an_evaluation(self):
+        """They are shift tables with the limits of any other; a search for each residue over all rows took a minute."""
+        labels = "entry,resid,label_structure,cluster\n" + "".join(
+            "a,%d,%s,1\n" % (3 + 4 * i, ("cis", "trans")[i % 2]) for i in range(2500))
+        long, few = "a.tab:1: has a sequence of more than 40000 residues", "a.tab: has a sequence of more than 10"
+        full = program.full_table("AKPA" * 2500)
+        for table, status, what in ((hostile.long_sequence_of_a_table(2000000), 1, long),
+                                    (hostile.long_sequence_of_a_table(20000), 1, few),
+                                    (hostile.rows_of_a_table(2000000), 1, "is beyond the first 100000 rows"),
+                                    (full, 0, "")):
+            taken = hostile.measured({"e/a.tab": table, "l.csv": labels},
+                                     ["evaluate", "--entries", "e", "--labels", "l.csv", "--bootstrap", "0"])
+            self.assertEqual(taken.status, status, taken.message[:300])
+            self.assertIn(what, taken.message)
+            self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
 
     def test_quoted_words_on_one_line(self):
         self.refused(hostile.quotes_of_star(2000000), "holds no backbone shifts of a protein")

@@ -111,21 +111,23 @@ TEST(ShippedTables, AreWhole) {
   EXPECT_NO_THROW(zorvela::tablesFromFolder(SHIPPED_TABLES));
 }
 
-TEST_F(TableFolder, LoadTableReadsAnyTable) {
-  std::ofstream(folder / "t.tab") << "VARS A B\nFORMAT %s %d\nx 1\ny 2\n";
-  const GDB table = zorvela::loadTable((folder / "t.tab").string(), "");
-  EXPECT_EQ(table.getEntryCount(), 2);
-  EXPECT_EQ(table.getEntry("A", "y", 1).at("B"), "2");
-}
-
-TEST_F(TableFolder, LoadTableAddsTheRemedy) {
-  const std::string path = (folder / "none.tab").string();
-  try {
-    zorvela::loadTable(path, "mend it");
-    FAIL() << "no error";
-  } catch (const zorvela::TableError& e) {
-    EXPECT_EQ(e.what(), path + ": No such file or directory; mend it");
+TEST_F(TableFolder, IsNoLargerThanATableCanBe) {
+  // Half a kilobyte of memory for each of ten bytes: rows, columns and a sequence, and remarks without end.
+  const std::string path = (folder / "Pro.seq.tab").string();
+  const std::string text = readFile(path);
+  const auto times = [](const std::string& piece, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) result += piece;
+    return result;
+  };
+  for (const std::string& large :
+       {text + times("Z 1 1 1 1\n", 1000), "VARS " + times("a ", 4000) + "\n" + text,
+        "DATA SEQUENCE " + times("A", 4000) + "\n" + text, times("REMARK x\n", 40000) + text}) {
+    std::ofstream(folder / "Pro.seq.tab") << large;
+    EXPECT_EQ(message(), path + ": is too large for a reference table");
   }
+  std::ofstream(folder / "Pro.seq.tab") << times("REMARK x\n", 1000) + text;
+  EXPECT_EQ(message(), "no error");
 }
 
 // --- From memory --------------------------------------------------------------------------------

@@ -40,8 +40,8 @@ struct ImportArguments {
 
 /// A letter, digit, or mark that is harmless in a file name.
 bool isPlainInName(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
-         c == '+' || static_cast<unsigned char>(c) >= 0x80;
+  return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == '+' ||
+         static_cast<unsigned char>(c) >= 0x80;
 }
 
 /// What `ls` would show a terminal may be obeyed as well.

@@ -370,9 +370,7 @@ std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
   std::size_t count = 0;
   forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
     if (!proline.evidence) return;
-    const auto has = [&](int index) {
-      return proline.evidence->shifts[static_cast<std::size_t>(index)].secondary.has_value();
-    };
+    const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
     if (accuracy.fits(has(kIndexCB), has(kIndexCG))) ++count;
   });
   return std::to_string(count);

@@ -219,10 +219,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kOutputHelp =
     "A folder (existing, or with / at the end): tables are named after file and chain, FILE_CHAIN.tab. Else "
-    "the "
-    "file for the one table; - is standard output. Without it, one table goes to standard output and several "
-    "to "
-    "files in the current folder.";
+    "the file for the one table; - is standard output. Without it, one table goes to standard output and "
+    "several to files in the current folder.";
 
 }  // namespace
 

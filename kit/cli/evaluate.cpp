@@ -125,44 +125,44 @@ void checkOutputs(const EvaluateSettings& settings) {
   mustDiffer(outputs);
 }
 
-void evaluate(const EvaluateSettings& settings) {
-  checkOutputs(settings);
-  if (settings.referencing) return evaluateReferencing(settings);
-  ZORVELA run;
+/// What predicts: given tables, or what is published and the same in all folds.
+struct ChosenTables {
   ReferenceTables published;
-  std::string tables;
-  if (settings.folds > 0) {
-    published =
-        publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount);
-    useTables(published, run);
-    tables = "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";
-  } else {
-    tables = findTables(settings.tables);
-    useTables(*loadTables(tables), run);
-  }
-  const LabelledProlines known =
-      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
-  sayLeftOut(known);
-  const std::optional<LabelledProlines> changed = withOffsets(known, settings);
-  const LabelledProlines& data = changed ? *changed : known;
-  std::map<std::size_t, TrialProline> trial;
-  PredictionVisitor visit;
-  if (settings.nextShift)
-    visit = [&trial](std::size_t label, ZORVELA& with, const ProlinePrediction& prediction) {
-      trial[label] = trialProline(with, prediction);
-    };
-  const Predictions predictions =
-      settings.folds > 0 ? crossValidate(published, known, data, settings.folds, settings.choices,
-                                         progressBar("Cross-validating"), visit)
-                         : predictAll(run, data, visit);
+  std::string origin;  ///< for the report
+};
 
-  const Evaluation result = evaluation(data, predictions);
-  if (settings.nextShift) {
-    const Trial figures = tryNextShifts(scoredOnly(result, std::move(trial)), kTrialSteps, kTrialRounds,
-                                        settings.rounds, kTrialSeed);
-    writeWhole(settings.output, [&](std::ostream& out) { writeTrial(out, figures, tables, kTrialRounds); });
-    return;
+/// Loads them into the run.
+ChosenTables chooseTables(const EvaluateSettings& settings, ZORVELA& run) {
+  ChosenTables tables;
+  if (settings.folds == 0) {
+    tables.origin = findTables(settings.tables);
+    useTables(*loadTables(tables.origin), run);
+    return tables;
   }
+  tables.origin = "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";
+  tables.published =
+      publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount);
+  useTables(tables.published, run);
+  return tables;
+}
+
+using Predict = std::function<Predictions(const PredictionVisitor&)>;
+
+void evaluateNextShifts(const EvaluateSettings& settings, const LabelledProlines& data,
+                        const Predict& predict, const std::string& tables) {
+  std::map<std::size_t, TrialProline> trial;
+  const Predictions predictions =
+      predict([&trial](std::size_t label, ZORVELA& run, const ProlinePrediction& prediction) {
+        trial[label] = trialProline(run, prediction);
+      });
+  const Trial figures = tryNextShifts(scoredOnly(evaluation(data, predictions), std::move(trial)),
+                                      kTrialSteps, kTrialRounds, settings.rounds, kTrialSeed);
+  writeWhole(settings.output, [&](std::ostream& out) { writeTrial(out, figures, tables, kTrialRounds); });
+}
+
+void evaluateAccuracy(const EvaluateSettings& settings, const LabelledProlines& data, const Predict& predict,
+                      const std::string& tables) {
+  const Evaluation result = evaluation(data, predict({}));
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);
   const auto writeTo = [](const std::string& path, const std::function<void(std::ostream&)>& write) {
     if (!path.empty()) writeWhole(path, write);
@@ -176,6 +176,25 @@ void evaluate(const EvaluateSettings& settings) {
     else
       writeEvaluationTable(out, result, figures, tables);
   });
+}
+
+void evaluate(const EvaluateSettings& settings) {
+  checkOutputs(settings);
+  if (settings.referencing) return evaluateReferencing(settings);
+  ZORVELA run;
+  const ChosenTables tables = chooseTables(settings, run);
+  const LabelledProlines known =
+      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+  sayLeftOut(known);
+  const std::optional<LabelledProlines> changed = withOffsets(known, settings);
+  const LabelledProlines& data = changed ? *changed : known;
+  const Predict predict = [&](const PredictionVisitor& visit) {
+    if (settings.folds == 0) return predictAll(run, data, visit);
+    return crossValidate(tables.published, known, data, settings.folds, settings.choices,
+                         progressBar("Cross-validating"), visit);
+  };
+  const auto evaluateBy = settings.nextShift ? evaluateNextShifts : evaluateAccuracy;
+  evaluateBy(settings, data, predict, tables.origin);
 }
 
 }  // namespace

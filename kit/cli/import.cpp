@@ -40,8 +40,8 @@ struct ImportArguments {
 
 /// A letter, digit, or mark that is harmless in a file name.
 bool isPlainInName(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
-         c == '+' || static_cast<unsigned char>(c) >= 0x80;
+  return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == '+' ||
+         static_cast<unsigned char>(c) >= 0x80;
 }
 
 /// What `ls` would show a terminal may be obeyed as well.
@@ -219,10 +219,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kOutputHelp =
     "A folder (existing, or with / at the end): tables are named after file and chain, FILE_CHAIN.tab. Else "
-    "the "
-    "file for the one table; - is standard output. Without it, one table goes to standard output and several "
-    "to "
-    "files in the current folder.";
+    "the file for the one table; - is standard output. Without it, one table goes to standard output and "
+    "several to files in the current folder.";
 
 }  // namespace
 

@@ -347,7 +347,10 @@ void checkResiduesMade(std::size_t residues, const std::string& path, std::size_
 std::vector<Protein> makeProteins(const ShiftFile& file, const std::string& path,
                                   const ImportOptions& options) {
   if (file.table) {
-    if (!options.chains.empty() || !options.lists.empty())
+    const bool isListChosen =
+        std::any_of(options.lists.begin(), options.lists.end(),
+                    [](const std::string& wanted) { return !equalIgnoringCase(wanted, kAllLists); });
+    if (!options.chains.empty() || isListChosen)
       throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
                         "leave out the choice of a chain or list for it");
     return {proteinOfTable(*file.table, path, file.notes)};

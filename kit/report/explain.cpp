@@ -43,7 +43,7 @@ std::string ppm(std::optional<double> shift, int index) {
 }
 
 Line shiftLine(const ProlineResult& proline, int index) {
-  const ShiftContribution& shift = proline.evidence->shifts[static_cast<std::size_t>(index)];
+  const ShiftContribution& shift = proline.evidence->shift(index);
   Line line;
   line.name = shiftName(proline, index);
   if (shift.observed) line.observed = ppm(static_cast<double>(*shift.observed), index);
@@ -60,10 +60,9 @@ std::vector<Line> linesOf(const ProlineResult& proline) {
   std::vector<Line> lines = {{evidence.before.name + " before", "", "", "", evidence.before.nats}};
   for (int index = 0; index <= kIndexCG; ++index) {
     // CG stands beside CB.
-    if (index == kIndexCB + 1 && evidence.shifts[kIndexCG].secondary)
+    if (index == kIndexCB + 1 && evidence.shift(kIndexCG).secondary)
       lines.push_back(shiftLine(proline, kIndexCG));
-    if (index != kIndexCG && evidence.shifts[static_cast<std::size_t>(index)].secondary)
-      lines.push_back(shiftLine(proline, index));
+    if (index != kIndexCG && evidence.shift(index).secondary) lines.push_back(shiftLine(proline, index));
   }
   lines.push_back({evidence.after.name + " after", "", "", "", evidence.after.nats});
 

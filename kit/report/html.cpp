@@ -107,8 +107,7 @@ std::string chainFigure(const ProteinResult& protein) {
   if (protein.assignments.empty()) return "";
   return "<figure><div class=\"grid strips\">" + chainPicture(protein) +
          "</div><figcaption>Lines of 60 residues. Band: share of N, HA, C, CA, CB, HN that is assigned, none "
-         "(hollow) "
-         "to all (dark)." +
+         "(hollow) to all (dark)." +
          markCaption(protein) + "</figcaption></figure>\n";
 }
 
@@ -117,8 +116,7 @@ std::string figures(const ProteinResult& protein, const ClassStatistics& classes
   if (const std::string picture = cbCgPicture(protein, classes); !picture.empty())
     text += figure(cbCgTitle(protein), picture,
                    "Ellipses: one and two deviations of each class. Marks on the axis: no CG. Names that "
-                   "find no place are "
-                   "in the table." +
+                   "find no place are in the table." +
                        markCaption(protein));
   text += figure(referencingTitle(protein), referencingPicture(protein),
                  "Offsets of all shifts of an atom, with their errors; beyond the dashed lines a correction "
@@ -370,9 +368,7 @@ std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
   std::size_t count = 0;
   forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
     if (!proline.evidence) return;
-    const auto has = [&](int index) {
-      return proline.evidence->shifts[static_cast<std::size_t>(index)].secondary.has_value();
-    };
+    const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
     if (accuracy.fits(has(kIndexCB), has(kIndexCG))) ++count;
   });
   return std::to_string(count);
@@ -381,9 +377,8 @@ std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
 std::string accuracyTable(const RunReport& report) {
   std::string text =
       "<div class=\"wide\"><table><thead><tr><th>Known of the proline</th><th class=\"r\">Prolines here</th>"
-      "<th class=\"r\">Cis found</th><th class=\"r\">Trans left alone</th><th class=\"r x\">Measured "
-      "on</th></tr>"
-      "</thead>\n<tbody>\n";
+      "<th class=\"r\">Cis found</th><th class=\"r\">Trans left alone</th>"
+      "<th class=\"r x\">Measured on</th></tr></thead>\n<tbody>\n";
   for (const Accuracy& accuracy : kAccuracy)
     text += "<tr>" + cell(accuracy.known) + cell(prolinesThatFit(report, accuracy), "class=\"r\"") +
             cell(accuracy.sensitivity, "class=\"r\"") + cell(accuracy.specificity, "class=\"r\"") +
@@ -394,8 +389,8 @@ std::string accuracyTable(const RunReport& report) {
 std::string classTable(const ClassStatistics& classes) {
   std::string text =
       "<details><summary>What cis and trans prolines have</summary>\n<div class=\"wide\"><table><thead><tr>"
-      "<th>Residue</th><th>Atom</th><th class=\"r\">Cis (ppm)</th><th class=\"r\">Trans "
-      "(ppm)</th></tr></thead>\n"
+      "<th>Residue</th><th>Atom</th><th class=\"r\">Cis (ppm)</th><th class=\"r\">Trans (ppm)</th>"
+      "</tr></thead>\n"
       "<tbody>\n";
   const std::array<const char*, 3> residues = {"before", "proline", "after"};
   const auto value = [](const ClassShift& shift) {
@@ -413,26 +408,20 @@ std::string classTable(const ClassStatistics& classes) {
   }
   return text +
          "</tbody></table></div>\n<p class=\"faint\">Secondary shifts (observed less random coil); of CG the "
-         "shift "
-         "itself.</p></details>\n";
+         "shift itself.</p></details>\n";
 }
 
 std::string howToRead(const RunReport& report) {
   return "<h2>How to read this</h2>\n"
          "<p>P_CIS_NORM is the probability that the peptide bond before a proline is cis. Every proline "
-         "starts at 1 in "
-         "20. The residue types beside it and each shift then multiply the odds; a bar is the natural "
-         "logarithm of "
-         "that factor (nats): +1 makes cis 2.7 times as likely, −1 trans. The bars add up to the log-odds of "
-         "P_CIS_NORM. The number beside an atom is the shift as observed.</p>\n"
+         "starts at 1 in 20. The residue types beside it and each shift then multiply the odds; a bar is the "
+         "natural logarithm of that factor (nats): +1 makes cis 2.7 times as likely, −1 trans. The bars add "
+         "up to the log-odds of P_CIS_NORM. The number beside an atom is the shift as observed.</p>\n"
          "<p>A hollow box is a shift that is missing but could be measured, with the information about cis "
-         "or trans "
-         "that it is expected to give: 1 bit would settle an even question, a box without a number promises "
-         "less than "
-         "0.005.</p>\n"
+         "or trans that it is expected to give: 1 bit would settle an even question, a box without a number "
+         "promises less than 0.005.</p>\n"
          "<p>How often the call is right depends on what is known of the proline itself (cross-validated on "
-         "proteins "
-         "with known structures, for the tables that come with zorvela):</p>\n" +
+         "proteins with known structures, for the tables that come with zorvela):</p>\n" +
          accuracyTable(report) + classTable(report.classes) +
          paragraph(
              std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint,

@@ -61,7 +61,7 @@ Json toJson(const NeighbourContribution& neighbour) {
 Json toJson(const Evidence& evidence) {
   Json shifts = Json::object();
   for (int index = 0; index <= kIndexCG; ++index)
-    shifts[shiftKey(index)] = toJson(shiftFields(), evidence.shifts[static_cast<std::size_t>(index)]);
+    shifts[shiftKey(index)] = toJson(shiftFields(), evidence.shift(index));
   return {{"prior", Evidence::prior()},
           {"prev", toJson(evidence.before)},
           {"next", toJson(evidence.after)},

@@ -162,7 +162,7 @@ struct Point {
 
 std::optional<double> observed(const ProlineResult& proline, int index) {
   if (!proline.evidence) return std::nullopt;
-  const auto& shift = proline.evidence->shifts[static_cast<std::size_t>(index)].observed;
+  const auto& shift = proline.evidence->shift(index).observed;
   if (!shift) return std::nullopt;
   return static_cast<double>(*shift);
 }

@@ -121,7 +121,7 @@ std::string missingRow(const Evidence& evidence, int index, double top) {
 std::string shiftRow(const Evidence& evidence, int index) {
   const int row = rowOf(index);
   if (row < 0) return "";
-  const ShiftContribution& shift = evidence.shifts[static_cast<std::size_t>(index)];
+  const ShiftContribution& shift = evidence.shift(index);
   if (shift.secondary) return measuredRow(shift, index, topOf(row));
   if (shift.measurable) return missingRow(evidence, index, topOf(row));
   return svgText(kObservedX, topOf(row) + kBaseline, "–", "class=\"e\"");

@@ -27,17 +27,13 @@ struct Reason {
 };
 using Reasons = std::vector<Reason>;
 
-const ShiftContribution& shiftAt(const Evidence& evidence, int index) {
-  return evidence.shifts[static_cast<std::size_t>(index)];
-}
-
 /// All that is not missing, the strongest first.
 Reasons reasonsOf(const ProlineResult& proline) {
   const Evidence& evidence = *proline.evidence;
   Reasons reasons = {{"the " + evidence.before.name + " before", "prev", false, evidence.before.nats},
                      {"the " + evidence.after.name + " after", "next", false, evidence.after.nats}};
   for (int index = 0; index <= kIndexCG; ++index)
-    if (const ShiftContribution& shift = shiftAt(evidence, index); shift.secondary)
+    if (const ShiftContribution& shift = evidence.shift(index); shift.secondary)
       reasons.push_back(
           {shiftName(proline, index), shiftKey(index), shiftPlace(index).residue == 0, shift.nats});
   std::stable_sort(reasons.begin(), reasons.end(),

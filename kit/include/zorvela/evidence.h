@@ -67,6 +67,8 @@ struct Evidence {
   std::array<ShiftContribution, 19> shifts;  ///< by shift index
   std::vector<NextShift> next;               ///< the measurable ones, the most worth first
 
+  /// That of a shift index, which must be one of the triplet; see `shiftPlace`.
+  const ShiftContribution& shift(int index) const { return shifts[static_cast<std::size_t>(index)]; }
   /// What every proline starts with: 1 cis to 19 trans.
   static double prior();
   /// The sum of all: the log-odds of P_CIS_NORM in double precision, also where the product of the factors

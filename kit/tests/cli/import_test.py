@@ -783,6 +783,10 @@ class TableTest(ImportTest):
         file = FILES / "foreign_columns.tab"
         self.check_error("%s: is a shift table, with one chain and one list; leave out the choice of a chain or list for it" % file,
                          file, "--chain", "A")
+        self.check_error("%s: is a shift table, with one chain and one list; leave out the choice of a chain or list for it" % file,
+                         file, "--list", "1")
+        # Its one list is all of them.
+        self.assertEqual(self.run_kit(file, "--list", "all"), self.run_kit(file))
 
     def round_trip(self, files):
         status, _, err = self.run_kit(*files, "--output", "once/")

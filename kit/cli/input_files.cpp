@@ -37,11 +37,13 @@ bool isPipe(const struct stat& info) {
   return S_ISFIFO(info.st_mode) || S_ISSOCK(info.st_mode);
 }
 
-/// A name in a folder, however the path leads there. Nothing where it leads to no folder, which writing will say.
+/// A name in a folder, however the path leads there. Nothing where it leads to no folder, which writing will
+/// say.
 std::optional<std::pair<Identity, std::string>> entryOf(const std::string& path) {
   try {
     const std::string place = afterLinks(path);
-    if (const auto folder = statusOf(folderOf(place), -1)) return std::pair(identityOf(*folder), baseName(place));
+    if (const auto folder = statusOf(folderOf(place), -1))
+      return std::pair(identityOf(*folder), baseName(place));
   } catch (const std::system_error&) {
   }
   return std::nullopt;
@@ -85,7 +87,8 @@ void mustDiffer(const std::vector<std::string>& outputs) {
     const auto info = statusOf(output, STDOUT_FILENO);
     if (info && !S_ISREG(info->st_mode)) continue;
     const auto entry = entryOf(output);
-    // To some file systems names that differ in case are one; a hard link is replaced without harm to the other.
+    // To some file systems names that differ in case are one; a hard link is replaced without harm to the
+    // other.
     const bool isNewFile = !info || info->st_nlink > 1 || files.insert(identityOf(*info)).second;
     if (!isNewFile || (entry && !entries.insert(*entry).second))
       throw Error(output, 0, "would hold two outputs", "give each its own file");

@@ -16,8 +16,8 @@ namespace zorvela {
 class InputFiles {
  public:
   InputFiles() = default;
-  /// "-" is standard input: an Error where it is there twice, or a pipe by any name, as nobody could say who gets which
-  /// part.
+  /// "-" is standard input: an Error where it is there twice, or a pipe by any name, as nobody could say who
+  /// gets which part.
   explicit InputFiles(const std::vector<std::string>& paths) { add(paths); }
   /// A path that is not there, or empty, adds none.
   void add(const std::string& path);
@@ -34,8 +34,8 @@ class InputFiles {
   std::size_t standardInputs = 0;
 };
 
-/// Error if two of the outputs are the same file, also one that is not there yet and to which a link leads. "-", empty
-/// paths and what is no plain file do not count.
+/// Error if two of the outputs are the same file, also one that is not there yet and to which a link leads.
+/// "-", empty paths and what is no plain file do not count.
 void mustDiffer(const std::vector<std::string>& outputs);
 
 }  // namespace zorvela

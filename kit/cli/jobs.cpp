@@ -14,8 +14,8 @@ namespace zorvela {
 
 namespace {
 
-/// The stack of a thread stays reserved when it has ended, 8 MiB by default: where memory is short, there is none left
-/// for the work that is done alone.
+/// The stack of a thread stays reserved when it has ended, 8 MiB by default: where memory is short, there is
+/// none left for the work that is done alone.
 void useSmallStacks() {
   constexpr std::size_t kStackSize = std::size_t{1} << 20;
   pthread_attr_t attributes;

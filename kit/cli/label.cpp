@@ -117,8 +117,8 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   return proteins;
 }
 
-/// Each job takes the next file that nobody has and holds one structure at a time. Those for which there is too little
-/// memory beside others come again, one at a time.
+/// Each job takes the next file that nobody has and holds one structure at a time. Those for which there is
+/// too little memory beside others come again, one at a time.
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
   const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
   std::mutex counting;

@@ -25,12 +25,12 @@ struct OutputPlace {
   std::string file;   ///< else: the file after all links, which need not be there yet
 };
 
-/// The path after all links, also one whose target is not there; links in /proc stay. std::system_error for links in
-/// a circle.
+/// The path after all links, also one whose target is not there; links in /proc stay. std::system_error for
+/// links in a circle.
 std::string afterLinks(const std::string& path);
 
-/// Where writing to `path` leads. std::system_error where it leads nowhere: links in a circle, a folder, a file that
-/// may not be written.
+/// Where writing to `path` leads. std::system_error where it leads nowhere: links in a circle, a folder, a
+/// file that may not be written.
 OutputPlace outputPlaceOf(const std::string& path);
 
 /// The folder of a path, "." where it names none.

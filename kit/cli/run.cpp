@@ -61,8 +61,8 @@ std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
 }
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs. Files for which there is too little memory beside others come again,
-/// one at a time.
+/// does not depend on the number of jobs. Files for which there is too little memory beside others come
+/// again, one at a time.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
                                      const std::vector<ProteinStructure>& structures) {
   std::vector<FileReport> reports(settings.files.size());

@@ -89,8 +89,8 @@ void StarTokens::readTextField(StarToken& token) {
   line += static_cast<std::size_t>(std::count(whole.begin(), whole.end(), newline));
 }
 
-// A quote ends a string only in front of white space; a line end leaves it open. One line may hold millions of
-// strings, so its end is not looked for.
+// A quote ends a string only in front of white space; a line end leaves it open. One line may hold millions
+// of strings, so its end is not looked for.
 void StarTokens::readQuoted(StarToken& token) {
   const char quote = source[pos];
   token.kind = StarToken::Kind::value;

@@ -8,10 +8,10 @@
 namespace zorvela {
 
 /// TableError, with `file` and the line where there is one, unless a reference table is whole: every
-/// column, one row for each residue type (the 20, c and p; in Pro.seq.tab B, J, O, U, X and ? as well) or shift
-/// index, every value a finite number, limits in order, deviations above zero, shares that add up to 1, a line
-/// end after the last line.
-/// `name` is that of the file as in `kTableNames`, `text` what the table was read from.
+/// column, one row for each residue type (the 20, c and p; in Pro.seq.tab B, J, O, U, X and ? as well) or
+/// shift index, every value a finite number, limits in order, deviations above zero, shares that add up to 1,
+/// a line end after the last line. `name` is that of the file as in `kTableNames`, `text` what the table was
+/// read from.
 void checkTable(const std::string& name, const GDB& table, const std::string& text, const std::string& file);
 
 }  // namespace zorvela

@@ -43,8 +43,8 @@ void useTables(const ReferenceTables& tables, ZORVELA& run) {
 
 namespace {
 
-// Far above any reference table, which has 3 kB. A word takes some 200 bytes of memory, a residue of a sequence as much,
-// and each job has tables of its own.
+// Far above any reference table, which has 3 kB. A word takes some 200 bytes of memory, a residue of a
+// sequence as much, and each job has tables of its own.
 constexpr std::size_t kMostBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostWords = 3000;
 

@@ -44,8 +44,8 @@ class LabelVotes {
   /// The votes of one structure, without counting them. May run in several threads at once.
   struct Ballot;
   std::vector<Ballot> ballots(const ProteinStructure& structure) const;
-  /// Counts votes, all of them: it takes no memory that could end midway. The order in which structures come does
-  /// not matter.
+  /// Counts votes, all of them: it takes no memory that could end midway. The order in which structures come
+  /// does not matter.
   void count(std::vector<Ballot> ballots);
 
   std::size_t proteinCount() const { return all.size(); }

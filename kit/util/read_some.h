@@ -6,7 +6,8 @@
 
 namespace zorvela {
 
-/// As fread, but what a signal interrupts is tried again: 0 is the end of the stream or an error (ferror, errno).
+/// As fread, but what a signal interrupts is tried again: 0 is the end of the stream or an error (ferror,
+/// errno).
 std::size_t readSome(char* bytes, std::size_t size, std::FILE* stream);
 
 }  // namespace zorvela

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <initializer_list>
+#include <new>
 #include <optional>
 #include <set>
 
@@ -212,6 +213,8 @@ Coordinates readPdbCoordinates(const std::string& text, const std::string& name)
   const std::string filtered = filter.filtered();
   try {
     coordinates.structure = gemmi::read_pdb_string(filtered, name);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     throw FileError(name, 0, "cannot be read as a PDB file: " + printable(error.what()), kFetchAgain);
   }

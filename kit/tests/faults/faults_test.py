@@ -223,6 +223,16 @@ class Memory(Faults):
                 self.check_ended_in_words(program.kit("import", self.inputs[0], "--output", self.output,
                                                       env=faults(new="12@%d" % allocation)))
 
+    def test_structures_too(self):
+        examples = program.SOURCE / "examples"
+        for allocation in (round(4000 * 1.06 ** i) for i in range(50)):
+            with self.subTest(allocation=allocation):
+                ended = program.kit("compare", "--tables", program.TABLES, examples / "nuclease.tab", "--structure",
+                                    examples / "nuclease.pdb.gz",
+                                    env=faults(new="12@%d" % allocation))
+                self.check_ended_in_words(ended)
+                self.assertNotIn("bad_alloc", ended.stderr)
+
     def test_little_memory_and_many_jobs(self):
         """A few MB more than one job needs are enough for eight: what finds none beside others comes again alone."""
         self.inputs = [self.put("in%d.tab" % i, program.full_table("AKPA" * (100 + i))) for i in range(3)]

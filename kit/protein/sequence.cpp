@@ -5,6 +5,7 @@
 #include <map>
 #include <unordered_set>
 
+#include "formats/limits.h"
 #include "protein/numbering.h"
 #include "util/text.h"
 
@@ -114,13 +115,14 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
   return missing;
 }
 
-/// Ions and water among the residues are none of the chain.
+/// Ions and water among the residues are none of the chain. Ends where no table can be made of so many.
 std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues, std::vector<Gap>& gaps) {
   std::vector<FileResidue> whole;
   whole.reserve(residues.size());
   int filled = 0;
   for (const FileResidue& residue : residues) {
     if (isIonOrWater(residue.name)) continue;
+    if (whole.size() > kMostResiduesMade) break;
     if (!whole.empty()) {
       auto missing = missingBetween(whole.back(), residue, filled);
       if (!missing.empty())

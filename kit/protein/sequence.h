@@ -33,7 +33,8 @@ struct ChainSequence {
 };
 
 /// The sequence that the file gives; where it gives none, that of the rows, sorted by residue number.
-/// Missing residues between two numbers become "?".
+/// Missing residues between two numbers become "?". Of more residues than tables may have (kMostResiduesMade)
+/// only somewhat more than that limit.
 ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes);
 
 /// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.

@@ -254,7 +254,7 @@ class LoopReader {
   bool isWhole() const { return valueCount % tagCount == 0; }
 
   Coordinates finished() {
-    if (fault) throw *fault;
+    if (fault) throw FileError(*fault);
     if (!hasAtoms) throw FileError(name, 0, "has no atoms (_atom_site)", kRemedy);
     return atoms.finished();
   }

@@ -27,6 +27,10 @@ void useSmallStacks() {
 
 }  // namespace
 
+int usualJobs() {
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+}
+
 std::vector<std::size_t> inThreads(std::size_t items, std::size_t jobs,
                                    const std::function<void(std::size_t item, std::size_t job)>& work) {
   std::vector<char> isDone(items, 0);  // not of bool, whose neighbours share bytes

@@ -7,7 +7,6 @@
 #include <new>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -31,14 +30,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostJobs = 256;
-
 struct LabelSettings {
   std::string entries;
   std::string structures;
   std::string output;
   double identity = LabelVotes::kSameSequence;
-  int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+  int jobs = usualJobs();
 };
 
 /// The files of a folder whose name fits, sorted by name.

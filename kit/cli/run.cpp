@@ -4,7 +4,6 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -30,7 +29,6 @@ namespace zorvela {
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
-constexpr int kMostJobs = 256;
 
 struct RunSettings {
   std::vector<std::string> files;
@@ -42,7 +40,7 @@ struct RunSettings {
   std::string output = "-";
   bool explain = false;
   std::vector<std::string> residues;
-  int jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+  int jobs = usualJobs();
 };
 
 // --- Predicting ---------------------------------------------------------------------------------

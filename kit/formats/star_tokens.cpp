@@ -9,10 +9,6 @@ namespace zorvela {
 
 namespace {
 
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() && equalIgnoringCase(text.substr(0, start.size()), start);
-}
-
 StarToken::Kind kindOf(std::string_view word) {
   switch (word.front()) {
     case '_':
@@ -23,13 +19,13 @@ StarToken::Kind kindOf(std::string_view word) {
     case 's':
     case 'S':
       if (equalIgnoringCase(word, "stop_")) return StarToken::Kind::stop;
-      return startsWith(word, "save_") ? StarToken::Kind::frame : StarToken::Kind::value;
+      return startsIgnoringCase(word, "save_") ? StarToken::Kind::frame : StarToken::Kind::value;
     case 'd':
     case 'D':
-      return startsWith(word, "data_") ? StarToken::Kind::frame : StarToken::Kind::value;
+      return startsIgnoringCase(word, "data_") ? StarToken::Kind::frame : StarToken::Kind::value;
     case 'g':
     case 'G':
-      return startsWith(word, "global_") ? StarToken::Kind::frame : StarToken::Kind::value;
+      return startsIgnoringCase(word, "global_") ? StarToken::Kind::frame : StarToken::Kind::value;
     default:
       return StarToken::Kind::value;
   }

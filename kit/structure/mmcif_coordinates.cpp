@@ -237,8 +237,7 @@ class LoopReader {
   }
 
   void addTag(std::string_view tag) {
-    if (tagCount++ == 0)
-      isAtomTable = equalIgnoringCase(tag.substr(0, std::string_view(kCategory).size()), kCategory);
+    if (tagCount++ == 0) isAtomTable = startsIgnoringCase(tag, kCategory);
     if (isAtomTable) tags.push_back(tag);
   }
 

@@ -14,7 +14,7 @@
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
-#include "formats/nef_annotation.h"
+#include "formats/star/nef_annotation.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"

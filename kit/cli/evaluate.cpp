@@ -23,9 +23,9 @@
 #include "train/evaluation_groups.h"
 #include "train/evaluation_report.h"
 #include "train/labelled_prolines.h"
-#include "train/next_shift_trial.h"
 #include "train/published_tables.h"
-#include "train/referencing_study.h"
+#include "train/study/next_shift_trial.h"
+#include "train/study/referencing_study.h"
 #include "train/table_training.h"
 
 namespace zorvela {

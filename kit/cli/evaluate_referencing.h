@@ -3,7 +3,7 @@
 
 #include <iosfwd>
 
-#include "train/referencing_study.h"
+#include "train/study/referencing_study.h"
 
 namespace zorvela {
 

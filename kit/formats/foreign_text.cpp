@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "protein/nomenclature.h"
-#include "util/delimited_text.h"
+#include "formats/text/delimited_text.h"
+#include "names/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {

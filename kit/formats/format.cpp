@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "formats/star_document.h"
+#include "formats/star/star_document.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "formats/shift_model.h"
-#include "formats/star_document.h"
+#include "formats/star/star_document.h"
 
 namespace zorvela {
 

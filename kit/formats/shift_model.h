@@ -8,7 +8,7 @@
 
 #include "GDB.h"
 #include "formats/limits.h"
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 
 namespace zorvela {
 

@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include "ZORVELA.h"
+#include "names/nomenclature.h"
 #include "predict/evidence.h"
 #include "predict/referencing.h"
 #include "predict/secondary_shifts.h"
 #include "predict/tables.h"
-#include "protein/nomenclature.h"
 #include "protein/residue_shifts.h"
 #include "zorvela/predict.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ZORVELA.h"
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"

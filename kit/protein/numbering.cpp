@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "util/text.h"
 
 namespace zorvela {

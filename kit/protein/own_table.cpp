@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "formats/shift_model.h"
+#include "names/nomenclature.h"
 #include "protein/disulfides.h"
-#include "protein/nomenclature.h"
 #include "protein/numbering.h"
 #include "protein/shifts.h"
 #include "util/number.h"

@@ -9,7 +9,7 @@
 #include "formats/input_bytes.h"
 #include "formats/limits.h"
 #include "protein/assembly.h"
-#include "protein/plausible_shifts.h"
+#include "protein/implausible_shifts.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "formats/shift_model.h"
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 
 namespace zorvela {
 

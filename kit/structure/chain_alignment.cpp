@@ -6,7 +6,7 @@
 
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "zorvela/error.h"
 
 namespace zorvela {

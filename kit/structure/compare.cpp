@@ -7,7 +7,7 @@
 #include <set>
 #include <utility>
 
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"

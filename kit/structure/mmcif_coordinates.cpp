@@ -11,8 +11,8 @@
 #include <gemmi/cif.hpp>   // for the grammar
 #include <gemmi/numb.hpp>  // for as_number
 
-#include "formats/loop_lines.h"
-#include "formats/star_tokens.h"
+#include "formats/star/loop_lines.h"
+#include "formats/star/star_tokens.h"
 #include "structure/coordinates.h"
 #include "structure/distinct_atoms.h"
 #include "util/text.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "formats/input_bytes.h"
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "structure/coordinates.h"
 #include "structure/peptide_bond.h"
 #include "util/text.h"

@@ -8,7 +8,7 @@
 #include "train/evaluation.h"
 #include "train/evaluation_groups.h"
 #include "train/labelled_prolines.h"
-#include "train/next_shift_trial.h"
+#include "train/study/next_shift_trial.h"
 
 namespace zorvela {
 

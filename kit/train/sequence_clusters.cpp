@@ -5,7 +5,7 @@
 #include <numeric>
 #include <unordered_map>
 
-#include "protein/words.h"
+#include "train/sequence_words.h"
 
 namespace zorvela {
 

@@ -10,7 +10,7 @@
 #include <iterator>
 #include <utility>
 
-#include "util/delimited_text.h"
+#include "formats/text/delimited_text.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -8,11 +8,11 @@
 #include <ostream>
 #include <utility>
 
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 #include "protein/proline_shifts.h"
-#include "protein/words.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
+#include "train/sequence_words.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/compare.h"

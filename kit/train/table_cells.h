@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ZORVELA.h"
-#include "protein/nomenclature.h"
+#include "names/nomenclature.h"
 
 namespace zorvela {
 

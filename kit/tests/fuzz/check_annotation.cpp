@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "formats/nef_annotation.h"
-#include "formats/star_tokens.h"
+#include "formats/star/nef_annotation.h"
+#include "formats/star/star_tokens.h"
 #include "fuzz/holds.h"
 #include "zorvela/error.h"
 #include "zorvela/read.h"

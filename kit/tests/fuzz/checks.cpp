@@ -17,10 +17,10 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
-#include "formats/star_tokens.h"
+#include "formats/star/star_tokens.h"
 #include "fuzz/holds.h"
+#include "names/nomenclature.h"
 #include "predict/tables.h"
-#include "protein/nomenclature.h"
 #include "protein/shifts.h"
 #include "util/text.h"
 #include "zorvela/error.h"

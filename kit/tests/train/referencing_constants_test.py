@@ -50,7 +50,7 @@ class Constants(unittest.TestCase):
     def test_plausible_ranges_are_those_of_their_script(self):
         printed = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "plausible-shifts"), str(DATA)],
                                  capture_output=True, text=True, check=True).stdout.splitlines()
-        source = code(text_of("kit", "protein", "plausible_shifts.cpp"))
+        source = code(text_of("kit", "names", "plausible_shifts.cpp"))
         self.assertEqual(22, len(printed))
         for line in printed[:-1]:
             self.assertIn(code(line.rstrip(",")), source)

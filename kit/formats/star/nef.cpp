@@ -1,0 +1,235 @@
+// Reads NEF: the sequence by chain, covalent links, chemical shift lists.
+#include <map>
+#include <utility>
+
+#include "formats/format.h"
+#include "formats/star/star_chains.h"
+#include "formats/star/star_document.h"
+#include "names/nomenclature.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+/// Chains and residues that are not assigned yet have names with this mark.
+constexpr char kUnassignedMark = '@';
+
+bool isUnassigned(const std::string& code) {
+  return !code.empty() && code.front() == kUnassignedMark;
+}
+
+/// "12-1": seen from residue 12, its neighbour, whichever that is.
+bool isOffset(const std::string& code) {
+  const auto number = readResidueNumber(code);
+  return number && !number->code.empty() && (number->code.front() == '-' || number->code.front() == '+');
+}
+
+/// Whether a residue has a peptide bond towards its neighbour, by the words of the sequence table.
+bool isInside(const std::string& linking) {
+  return equalIgnoringCase(linking, "middle") || equalIgnoringCase(linking, "cyclic");
+}
+bool bondsForward(const std::string& linking) {
+  return isInside(linking) || equalIgnoringCase(linking, "start");
+}
+bool bondsBackward(const std::string& linking) {
+  return isInside(linking) || equalIgnoringCase(linking, "end");
+}
+
+/// Whether the words for two neighbours say that no bond is between them.
+bool isBreak(const std::string& before, const std::string& after) {
+  const bool isEnd = equalIgnoringCase(before, "end") || equalIgnoringCase(before, "single");
+  const bool isStart = equalIgnoringCase(after, "start") || equalIgnoringCase(after, "single");
+  return isEnd || isStart || (equalIgnoringCase(before, "break") && equalIgnoringCase(after, "break"));
+}
+
+/// A ligand, an ion or a marker of coordinate axes, listed among the residues.
+bool isNoResidue(const std::string& linking, const std::string& name) {
+  if (isIonOrWater(name)) return true;
+  for (const char* word : {"single", "nonlinear", "dummy"})
+    if (equalIgnoringCase(linking, word))
+      return residueType(name).letter == kUnknownResidue && !isNucleotide(name);
+  return false;
+}
+
+/// Whether residues are missing between two numbers; not where one has an insertion code.
+bool isJump(const std::string& before, const std::string& after) {
+  const auto first = readResidueNumber(before);
+  const auto second = readResidueNumber(after);
+  if (!first || !second) return false;
+  const long steps = static_cast<long>(second->number) - first->number;
+  return steps != 0 && steps != 1;
+}
+
+/// What the words for the residues of a chain say against their numbers.
+struct ChainWords {
+  std::string keyBefore;
+  std::string linkingBefore;
+  std::vector<std::string> bonds;   ///< "2 to 8", bonded although the numbers jump
+  std::vector<std::string> breaks;  ///< "14/15", no bond although no number is missing
+};
+
+std::size_t addChain(const std::string& code, ChainFinder& finder) {
+  FileChain chain;
+  chain.name = code;
+  return finder.add(code, std::move(chain));
+}
+
+class SequenceReader {
+ public:
+  SequenceReader(ShiftFile& shiftFile, ChainFinder& chainFinder) : file(shiftFile), finder(chainFinder) {}
+
+  void read(const StarTable& table) {
+    const std::size_t chainColumn = table.column("_nef_sequence.chain_code");
+    const std::size_t number = table.column("_nef_sequence.sequence_code");
+    // Early files call it residue_type.
+    const std::size_t name = table.columnOfAny({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
+    const std::size_t linking = table.column("_nef_sequence.linking");
+    const std::size_t cis = table.column("_nef_sequence.cis_peptide");
+    const std::size_t rows = table.rows();
+    for (std::size_t row = 0; row < rows; ++row) {
+      const std::size_t chain = chainNamed(nameOf(table.text(row, chainColumn), file.notes));
+      FileResidue residue;
+      residue.key = residue.number = table.word(row, number);
+      residue.name = table.word(row, name);
+      const std::string own = table.word(row, linking);
+      if (isNoResidue(own, residue.name)) continue;
+      finder.countResidues(1);
+      if (const auto isCis = readFlag(table.word(row, cis)))
+        file.chains[chain].cisFlags.push_back({residue.key, *isCis});
+      join(words[chain], own, !table.lacksRows(), residue);
+      file.chains[chain].residues.push_back(std::move(residue));
+    }
+  }
+
+  /// Notes on the chains that have shifts.
+  void note() const {
+    std::vector<bool> hasShifts(file.chains.size(), false);
+    for (const FileShiftList& list : file.lists)
+      for (const FileShift& row : list.shifts)
+        if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
+    for (const auto& [chain, said] : words) {
+      if (!hasShifts[chain]) continue;
+      const std::string ofChain = " of chain " + file.chains[chain].name;
+      if (!said.bonds.empty())
+        file.notes.push_back("the numbers" + ofChain +
+                             " jump between residues that the file calls bonded, so they are neighbours: " +
+                             enumerated(said.bonds));
+      if (!said.breaks.empty())
+        file.notes.push_back("the file says that residues" + ofChain +
+                             " are not bonded, but none is missing between them, so they stay neighbours: " +
+                             enumerated(said.breaks));
+    }
+  }
+
+ private:
+  std::size_t chainNamed(const std::string& code) {
+    const std::size_t known = finder.find(code);
+    return known != kNoChain ? known : addChain(code, finder);
+  }
+
+  /// Whether the residue is bonded to the one before in its chain. Where a row could not be read, its residue
+  /// may stand between the two.
+  static void join(ChainWords& said, const std::string& linking, bool isComplete, FileResidue& residue) {
+    residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
+    if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
+      said.bonds.push_back(said.keyBefore + " to " + residue.key);
+    if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
+      said.breaks.push_back(said.keyBefore + "/" + residue.key);
+    said.keyBefore = residue.key;
+    said.linkingBefore = linking;
+  }
+
+  ShiftFile& file;
+  ChainFinder& finder;
+  std::map<std::size_t, ChainWords> words;  ///< by chain
+};
+
+std::size_t chainOf(const std::string& code, const ShiftFile& file, ChainFinder& finder) {
+  const std::size_t known = finder.find(code);
+  if (known != kNoChain) return known;
+  return code.empty() && !file.chains.empty() ? kNoChain : addChain(code, finder);
+}
+
+void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, ChainFinder& finder) {
+  const std::size_t chain = table.column("_nef_chemical_shift.chain_code");
+  const std::size_t number = table.column("_nef_chemical_shift.sequence_code");
+  const std::size_t name =
+      table.columnOfAny({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"});
+  const std::size_t atom = table.column("_nef_chemical_shift.atom_name");
+  const std::size_t value = table.column("_nef_chemical_shift.value");
+  const std::size_t element = table.column("_nef_chemical_shift.element");
+  std::size_t unassigned = 0;
+  std::string example;
+  const std::size_t rows = table.rows();
+  reserveRows(list, rows, file, finder.file());
+  for (std::size_t row = 0; row < rows; ++row) {
+    FileShift shift;
+    const std::string code = nameOf(table.text(row, chain), file.notes);
+    shift.key = shift.number = table.word(row, number);
+    if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
+      if (unassigned++ == 0) example = isUnassigned(code) ? code + " " + shift.key : shift.key;
+      continue;
+    }
+    shift.chain = chainOf(code, file, finder);
+    shift.residueName = table.word(row, name);
+    shift.atom = table.word(row, atom);
+    shift.element = table.word(row, element);
+    shift.value = table.word(row, value);
+    list.shifts.push_back(std::move(shift));
+  }
+  if (unassigned > 0)
+    file.notes.push_back(counted(unassigned, "shift", "shifts") +
+                         " not assigned to a residue left out, such as those of " + printable(example, 40));
+}
+
+void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
+  FileShiftList list;
+  list.name = listName(frame, file.notes);
+  constexpr std::string_view kFramePrefix = "nef_chemical_shift_list_";
+  if (startsIgnoringCase(list.name, kFramePrefix))
+    list.aliases.push_back(list.name.substr(kFramePrefix.size()));
+  for (const StarTable& table : tablesOf(frame, "_nef_chemical_shift."))
+    readShifts(table, list, file, finder);
+  if (!list.shifts.empty()) file.lists.push_back(std::move(list));
+}
+
+void readLinks(const StarTable& table, const ChainFinder& finder, BondEnds& bonds) {
+  const auto column = [&](const std::string& tag) { return table.column("_nef_covalent_links." + tag); };
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    const auto cell = [&](const std::string& tag) { return table.word(row, column(tag)); };
+    if (!isDisulfideBond("", cell("atom_name_1"), cell("atom_name_2"))) continue;
+    for (const std::string end : {"_1", "_2"}) {
+      const std::size_t chain = finder.find(cell("chain_code" + end));
+      if (chain != kNoChain) bonds.add(chain, cell("sequence_code" + end));
+    }
+  }
+}
+
+}  // namespace
+
+bool isNef(const Source& source) {
+  if (!source.star) return false;
+  for (const StarFrame& frame : framesOf(*source.star))
+    if (!tablesOf(frame, "_nef_").empty()) return true;
+  return false;
+}
+
+ShiftFile readNef(const Source& source) {
+  const std::vector<StarFrame> frames = framesOf(*source.star);
+  ShiftFile file;
+  ChainFinder finder(file.chains, source.file);
+  SequenceReader sequences(file, finder);
+  BondEnds bonds(file.chains, source.file);
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesOf(frame, "_nef_sequence.")) sequences.read(table);
+  for (const StarFrame& frame : frames) readList(frame, file, finder);
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder, bonds);
+  placeByNames(file.lists, file.chains, file.notes);
+  sequences.note();
+  file.contents = starContents(*source.star);
+  return file;
+}
+
+}  // namespace zorvela

@@ -1,0 +1,213 @@
+// Edits the sequence loops of a NEF file in place: words are replaced or added, nothing is written anew.
+#include "formats/star/nef_annotation.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "formats/star/loop_lines.h"
+#include "formats/star/star_tokens.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+using Kind = StarToken::Kind;
+
+const std::string kCategory = "_nef_sequence.";
+const std::string kFlagTag = "cis_peptide";
+constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+constexpr const char* kMendLoop = "mend the loop, with one value for each column in every row";
+
+/// Bytes `begin` to `end` of the text become `replacement`.
+struct Edit {
+  std::size_t begin;
+  std::size_t end;
+  std::string replacement;
+};
+
+bool isOfSequence(std::string_view tag) {
+  return equalIgnoringCase(tag.substr(0, kCategory.size()), kCategory);
+}
+
+std::optional<bool> readFlag(std::string_view text) {
+  for (const char* word : {"true", "yes"})
+    if (equalIgnoringCase(text, word)) return true;
+  for (const char* word : {"false", "no"})
+    if (equalIgnoringCase(text, word)) return false;
+  return std::nullopt;
+}
+
+bool isEmpty(const StarToken& value) {
+  return value.isPlain && (value.value == "." || value.value == "?");
+}
+
+const char* flagText(bool isCis) {
+  return isCis ? "true" : "false";
+}
+
+/// Walks over the file and collects the edits of its sequence loops.
+class Annotator {
+ public:
+  Annotator(std::string_view source, const std::string& file, bool keepFlags, const CisPeptideOf& flagOf)
+      : text(source), name(file), keep(keepFlags), cisPeptideOf(flagOf), tokens(source) {}
+
+  NefAnnotation run() {
+    for (token = tokens.next(); token.kind != Kind::end;) {
+      if (token.kind == Kind::frame && equalIgnoringCase(token.value.substr(0, 5), "data_"))
+        block = token.value.substr(5);
+      if (token.kind == Kind::loop)
+        readLoop();
+      else
+        token = tokens.next();
+    }
+    if (loops == 0)
+      throw FileError(name, 0, "has no loop with the sequence (_nef_sequence)", "give a NEF file");
+    applyEdits();
+    return std::move(result);
+  }
+
+ private:
+  void readLoop() {
+    const std::size_t start = token.begin;
+    std::vector<StarToken> tags;
+    for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next()) tags.push_back(token);
+    const bool isSequence = !tags.empty() && isOfSequence(tags.front().value);
+    std::vector<StarToken> values;
+    for (; token.kind == Kind::value; token = tokens.next()) {
+      if (token.isOpen)
+        throw FileError(name, tokens.lineOf(token.begin), "a quoted text has no end", "close it");
+      if (isSequence) values.push_back(token);
+    }
+    if (isSequence) annotate(start, tags, values);
+  }
+
+  void annotate(std::size_t start, const std::vector<StarToken>& tags, const std::vector<StarToken>& values) {
+    ++loops;
+    checkLines(tags, values);
+    if (values.size() % tags.size() != 0)
+      throw FileError(name, tokens.lineOf(start),
+                      "the sequence loop has " + counted(values.size(), "value", "values") + " for " +
+                          counted(tags.size(), "column", "columns"),
+                      kMendLoop);
+    const std::size_t flag = columnOf(tags, {kFlagTag});
+    const std::size_t chain = columnOf(tags, {"chain_code"});
+    const std::size_t number = columnOf(tags, {"sequence_code"});
+    // Early files call it residue_type.
+    const std::size_t residue = columnOf(tags, {"residue_name", "residue_type"});
+    if (number == kAbsent || residue == kAbsent)
+      throw FileError(name, tokens.lineOf(start),
+                      "the sequence loop has no column sequence_code or residue_name",
+                      "give a NEF file with the sequence of its molecules");
+    if (flag == kAbsent) addColumn(tags.back(), tags[number]);
+    for (std::size_t first = 0; first < values.size(); first += tags.size()) {
+      const auto cell = [&](std::size_t column) { return textOf(values, first, column); };
+      const NefSequenceRow row = {block, cell(chain), cell(number), cell(residue)};
+      const std::optional<bool> wanted = cisPeptideOf(row);
+      if (flag == kAbsent)
+        addFlag(values[first + tags.size() - 1], wanted);
+      else if (wanted)
+        setFlag(values[first + flag], row, *wanted);
+    }
+  }
+
+  /// A value that is missing in one row and left over in another would move the flags between them.
+  void checkLines(const std::vector<StarToken>& tags, const std::vector<StarToken>& values) const {
+    std::vector<std::size_t> begins;
+    begins.reserve(values.size());
+    for (const StarToken& value : values) begins.push_back(value.begin);
+    if (const auto odd = firstOddLine(text, begins, tags.size()))
+      throw FileError(name, odd->number,
+                      "this row of the sequence has " + counted(odd->values, "value", "values") + " for " +
+                          counted(tags.size(), "column", "columns"),
+                      kMendLoop);
+  }
+
+  static std::size_t columnOf(const std::vector<StarToken>& tags, const std::vector<std::string>& names) {
+    for (const std::string& column : names)
+      for (std::size_t i = 0; i < tags.size(); ++i)
+        if (equalIgnoringCase(tags[i].value, kCategory + column)) return i;
+    return kAbsent;
+  }
+
+  static std::string textOf(const std::vector<StarToken>& values, std::size_t first, std::size_t column) {
+    if (column == kAbsent || isEmpty(values[first + column])) return {};
+    return std::string(trimmed(values[first + column].value));
+  }
+
+  /// A line of its own after the last tag, which may be of another category than `model`.
+  void addColumn(const StarToken& lastTag, const StarToken& model) {
+    result.columnAdded = true;
+    const std::size_t lineStart = text.find_last_of("\r\n", lastTag.begin) + 1;  // 0 on the first line
+    const std::string_view indent = text.substr(lineStart, lastTag.begin - lineStart);
+    const bool isAlone = trimmed(indent).empty();
+    const std::size_t dot = model.value.find('.');
+    const std::string tag = std::string(model.value.substr(0, dot + 1)) + kFlagTag;
+    edits.push_back({lastTag.end, lastTag.end, (isAlone ? lineBreak() + std::string(indent) : " ") + tag});
+  }
+
+  std::string lineBreak() const {
+    const std::size_t first = text.find_first_of("\r\n");
+    if (first == std::string_view::npos) return "\n";
+    const bool isPair = text[first] == '\r' && first + 1 < text.size() && text[first + 1] == '\n';
+    return isPair ? "\r\n" : std::string(1, text[first]);
+  }
+
+  void addFlag(const StarToken& lastValue, std::optional<bool> wanted) {
+    if (wanted) ++result.written;
+    write(lastValue.end, lastValue.end, std::string(" ") + (wanted ? flagText(*wanted) : "."));
+  }
+
+  void setFlag(const StarToken& value, const NefSequenceRow& row, bool wanted) {
+    const std::optional<bool> before = isEmpty(value) ? std::nullopt : readFlag(value.value);
+    if (before == wanted) {
+      ++result.confirmed;
+      return;
+    }
+    if (!isEmpty(value)) {
+      result.differing.push_back({row, printable(value.value, 40), wanted});
+      if (keep) return;
+    }
+    ++result.written;
+    // A text field ends at the start of a line, where nothing else may begin a word.
+    write(value.begin, value.end, flagText(wanted));
+  }
+
+  /// A quote or a text field may touch what follows it, a bare word may not.
+  void write(std::size_t begin, std::size_t end, std::string word) {
+    if (end < text.size() && !isStarSpace(text[end])) word += ' ';
+    edits.push_back({begin, end, std::move(word)});
+  }
+
+  void applyEdits() {
+    result.text.reserve(text.size() + 8 * edits.size());
+    std::size_t done = 0;
+    for (const Edit& edit : edits) {
+      result.text += text.substr(done, edit.begin - done);
+      result.text += edit.replacement;
+      done = edit.end;
+    }
+    result.text += text.substr(done);
+  }
+
+  std::string_view text;
+  const std::string& name;
+  bool keep;
+  const CisPeptideOf& cisPeptideOf;
+  StarTokens tokens;
+  StarToken token;
+  std::string block;
+  std::size_t loops = 0;
+  std::vector<Edit> edits;
+  NefAnnotation result;
+};
+
+}  // namespace
+
+NefAnnotation annotateNef(std::string_view text, const std::string& name, bool keep,
+                          const CisPeptideOf& cisPeptideOf) {
+  return Annotator(text, name, keep, cisPeptideOf).run();
+}
+
+}  // namespace zorvela

@@ -1,0 +1,316 @@
+#include "formats/star/star_chains.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+#include "names/nomenclature.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+/// A tag, and what a file without shifts is that has it.
+struct ForeignTag {
+  std::string_view start;
+  const char* what;
+};
+
+constexpr ForeignTag kForeignNmrStar[] = {
+    {"_Gen_dist_constraint", "a restraint list (NMR-STAR)"},
+    {"_Torsion_angle_constraint", "a restraint list (NMR-STAR)"},
+    {"_RDC_constraint", "a restraint list (NMR-STAR)"},
+    {"_Distance_constraint", "a restraint list (NMR-STAR)"},
+    {"_Spectral_peak_list.", "a peak list (NMR-STAR)"},
+    {"_Peak_general_char.", "a peak list (NMR-STAR)"},
+};
+
+// NMR-STAR has these tags as well, but in save frames with a category.
+constexpr ForeignTag kForeignMmcif[] = {
+    {"_atom_site.", "atom coordinates (mmCIF)"},
+    {"_refln.", "structure factors (mmCIF)"},
+    {"_chem_comp_atom.", "the description of a residue or ligand (mmCIF)"},
+};
+
+/// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
+std::string bracketedName(const std::string& text, std::size_t pos) {
+  constexpr std::size_t kLongestName = 6;
+  if (text[pos] != '(') return {};
+  const std::string name = text.substr(pos + 1, kLongestName + 1);
+  const std::size_t end = name.find(')');
+  return end == std::string::npos ? std::string() : name.substr(0, end);
+}
+
+/// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
+std::string categoryOf(const StarFrame& frame) {
+  std::string category = frameValue(frame, "_Saveframe_category");
+  const StarFile& file = frame.file();
+  for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+    if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
+      category = file.textOf(file.pairs[p].value);
+  return category;
+}
+
+/// One-letter names of the residues of a chain by their keys.
+using Letters = std::unordered_map<std::string, char>;
+
+Letters lettersOf(const FileChain& chain) {
+  Letters letters;
+  if (chain.polymer == Polymer::other) return letters;
+  for (const FileResidue& residue : chain.residues)
+    letters.emplace(residue.key, polypeptideResidue(residue.name).letter);
+  return letters;
+}
+
+/// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
+/// polypeptide or has no sequence.
+double fitOf(const std::vector<const FileShift*>& sample, const Letters& letters) {
+  if (letters.empty() || sample.empty()) return -1;
+  std::size_t fitting = 0;
+  for (const FileShift* row : sample) {
+    const auto found = letters.find(row->key);
+    if (found != letters.end() && found->second == polypeptideResidue(row->residueName).letter) ++fitting;
+  }
+  return static_cast<double>(fitting) / static_cast<double>(sample.size());
+}
+
+std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letters>& chains) {
+  constexpr double kLeastFit = 0.5;
+  constexpr std::size_t kSampleSize = 500;
+  std::vector<const FileShift*> sample;
+  for (std::size_t i = 0; i < rows.size() && sample.size() < kSampleSize; ++i)
+    if (rows[i].chain == kNoChain) sample.push_back(&rows[i]);
+  std::size_t best = kNoChain;
+  double bestShare = kLeastFit;
+  bool isTie = false;
+  for (std::size_t c = 0; c < chains.size(); ++c) {
+    const double share = fitOf(sample, chains[c]);
+    if (share < bestShare) continue;
+    isTie = best != kNoChain && share == bestShare;
+    if (isTie) continue;
+    best = c;
+    bestShare = share;
+  }
+  return isTie ? kNoChain : best;
+}
+
+/// Numbers that rows give to the residues of a chain, by their keys.
+using RowNumbers = std::unordered_map<std::string, std::string>;
+
+void numberChain(FileChain& chain, const RowNumbers& ofRows, std::vector<std::string>& notes) {
+  std::unordered_set<std::string> taken;
+  for (const FileResidue& residue : chain.residues)
+    if (!residue.number.empty()) taken.insert(residue.number);
+  std::vector<std::string> twice;
+  for (FileResidue& residue : chain.residues) {
+    const auto found = ofRows.find(residue.key);
+    if (!residue.number.empty() || found == ofRows.end()) continue;
+    if (taken.insert(found->second).second)
+      residue.number = found->second;
+    else
+      twice.push_back(found->second);
+  }
+  if (!twice.empty())
+    notes.push_back("the shift rows of chain " + chain.name +
+                    " give two residues one number: " + enumerated(twice) + "; the first keeps it");
+  if (!taken.empty()) return;
+  for (FileResidue& residue : chain.residues) residue.number = residue.key;
+}
+
+}  // namespace
+
+std::size_t ChainFinder::find(const std::string& name) const {
+  const auto found = index.find(name);
+  return found != index.end() ? found->second : kNoChain;
+}
+
+std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
+  if (chains.size() == kMostListsOrChains)
+    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostListsOrChains) + " chains",
+                    "give the part with the protein only");
+  countResidues(chain.residues.size());
+  chains.push_back(std::move(chain));
+  index.emplace(name, chains.size() - 1);
+  return chains.size() - 1;
+}
+
+void ChainFinder::countResidues(std::size_t more) {
+  checkResidues(residueCount += more);
+}
+
+void ChainFinder::checkResidues(std::size_t total) const {
+  if (total > kMostResidues)
+    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostResidues) + " residues",
+                    "give the part with the protein only");
+}
+
+std::vector<FileResidue> residuesOfLetters(const std::string& text) {
+  std::vector<FileResidue> residues;
+  for (std::size_t pos = 0; pos < text.size() && residues.size() <= kLongestSequence; ++pos) {
+    FileResidue residue;
+    if (const std::string name = bracketedName(text, pos); !name.empty()) {
+      residue.name = name;
+      pos += name.size() + 1;
+    } else if (isLetter(text[pos])) {
+      residue.name = upper(std::string_view(&text[pos], 1));
+    } else {
+      continue;
+    }
+    residue.key = std::to_string(residues.size() + 1);
+    residues.push_back(residue);
+  }
+  return residues;
+}
+
+Thiol thiolOfWords(const std::string& words) {
+  const std::string text = lower(words);
+  if (text == "all disulfide bound") return Thiol::disulfide;
+  const bool namesState = contains(text, "free") || contains(text, "other bound");
+  return namesState && !contains(text, "disulfide") ? Thiol::notDisulfide : Thiol::unknown;
+}
+
+bool isDisulfideBond(const std::string& type, const std::string& atom1, const std::string& atom2) {
+  const std::string words = lower(type);
+  if (contains(words, "disulf") || contains(words, "disulph")) return true;
+  return equalIgnoringCase(atom1, "SG") && equalIgnoringCase(atom2, "SG");
+}
+
+Polymer polymerOfWords(const std::string& words) {
+  const std::string text = lower(words);
+  if (contains(text, "nucleic")) return Polymer::other;  // also peptide nucleic acids
+  if (contains(text, "peptide") || contains(text, "protein")) return Polymer::polypeptide;
+  const bool isOther = contains(text, "nucleotide") || contains(text, "saccharide") ||
+                       contains(text, "dna") || contains(text, "rna") || contains(text, "non-polymer") ||
+                       contains(text, "water");
+  return isOther ? Polymer::other : Polymer::unknown;
+}
+
+std::optional<bool> readFlag(const std::string& word) {
+  if (equalIgnoringCase(word, "true") || equalIgnoringCase(word, "yes")) return true;
+  if (equalIgnoringCase(word, "false") || equalIgnoringCase(word, "no")) return false;
+  return std::nullopt;
+}
+
+void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
+                  std::vector<std::string>& notes) {
+  const std::string words = printable(lower(state));
+  const std::string subject = "the file calls " + (molecule.empty() ? "the molecule" : molecule) + " ";
+  for (const char* unfolded : {"denatured", "unfolded", "disordered", "molten"})
+    if (contains(words, unfolded)) {
+      notes.push_back(subject + words + ": predictions are made for folded proteins");
+      break;
+    }
+  if (equalIgnoringCase(paramagnetic, "yes"))
+    notes.push_back(subject + "paramagnetic: shifts near the centre are moved by it");
+}
+
+std::string listName(const StarFrame& frame, std::vector<std::string>& notes) {
+  return nameOf(frame.name(), notes);
+}
+
+std::vector<std::string> starContents(const StarEntry& entry) {
+  std::map<std::string, std::size_t> frames;
+  bool hasCoordinates = false;
+  for (const StarFrame& frame : framesOf(entry)) {
+    const std::string category = categoryOf(frame);
+    if (!category.empty()) ++frames[printable(category)];
+    hasCoordinates = hasCoordinates || !tablesOf(frame, "_atom_site.").empty();
+  }
+  std::vector<std::string> contents;
+  if (hasCoordinates) contents.push_back("atom coordinates");
+  for (const auto& [category, count] : frames)
+    contents.push_back(count == 1 ? category : std::to_string(count) + " " + category);
+  return contents;
+}
+
+std::string foreignStar(const StarEntry& entry) {
+  const std::vector<StarFrame> frames = framesOf(entry);
+  const auto isIn = [&](std::string_view tagStart) {
+    return std::any_of(frames.begin(), frames.end(),
+                       [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
+  };
+  if (isIn("_Atom_chem_shift.")) return {};
+  for (const ForeignTag& tag : kForeignNmrStar)
+    if (isIn(tag.start)) return tag.what;
+  const bool hasCategories = std::any_of(frames.begin(), frames.end(),
+                                         [](const StarFrame& frame) { return !categoryOf(frame).empty(); });
+  if (!hasCategories)
+    for (const ForeignTag& tag : kForeignMmcif)
+      if (isIn(tag.start)) return tag.what;
+  return {};
+}
+
+std::string nameOf(std::string text, std::vector<std::string>& notes) {
+  if (text.size() <= kLongestName) return text;
+  const std::string note = "names of more than " + std::to_string(kLongestName) + " characters are cut";
+  if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
+  return printable(text, kLongestName);
+}
+
+void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name) {
+  if (file.lists.size() == kMostListsOrChains)
+    throw FileError(name, 0, "has more than " + std::to_string(kMostListsOrChains) + " shift lists",
+                    "split it into one file per protein");
+  std::size_t rows = list.shifts.size() + more;
+  for (const FileShiftList& other : file.lists) rows += other.shifts.size();
+  if (rows > kMostShiftRows)
+    throw FileError(name, 0, "has more than " + std::to_string(kMostShiftRows) + " shift rows",
+                    "split it into one file per protein");
+  list.shifts.reserve(list.shifts.size() + more);
+}
+
+void BondEnds::add(std::size_t chain, const std::string& key) {
+  if (++count > kMostBondEnds)
+    throw FileError(
+        fileName, 0,
+        "has more than " + std::to_string(kMostBondEnds) + " ends of disulfide bonds in all copies",
+        "give the part with the protein only");
+  chains[chain].disulfides.push_back(key);
+}
+
+void makeNamesDiffer(std::vector<FileChain>& chains) {
+  std::map<std::string, std::size_t> uses;
+  for (const FileChain& chain : chains) ++uses[lower(chain.name)];
+  for (std::size_t i = 0; i < chains.size(); ++i) {
+    if (chains[i].name.empty() || uses[lower(chains[i].name)] < 2) continue;
+    chains[i].aliases.push_back(chains[i].name);
+    chains[i].name += "-" + std::to_string(i + 1);
+  }
+}
+
+void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
+                  std::vector<std::string>& notes) {
+  const auto isPlaced = [](const FileShift& row) { return row.chain != kNoChain; };
+  std::vector<std::size_t> candidates;
+  for (std::size_t c = 0; c < chains.size(); ++c)
+    if (chains[c].polymer != Polymer::other) candidates.push_back(c);
+  std::vector<Letters> letters;
+  for (FileShiftList& list : lists) {
+    std::vector<FileShift>& rows = list.shifts;
+    if (std::all_of(rows.begin(), rows.end(), isPlaced)) continue;
+    if (candidates.size() != 1 && letters.empty())
+      for (const FileChain& chain : chains) letters.push_back(lettersOf(chain));
+    const std::size_t chosen = candidates.size() == 1 ? candidates.front() : bestFit(rows, letters);
+    if (chosen == kNoChain) continue;
+    for (FileShift& row : rows)
+      if (row.chain == kNoChain) row.chain = chosen;
+    if (candidates.size() < 2) continue;
+    const std::string note =
+        "shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best";
+    if (notes.empty() || notes.back() != note) notes.push_back(note);
+  }
+}
+
+void numberByRows(std::vector<FileChain>& chains, const std::vector<FileShiftList>& lists,
+                  std::vector<std::string>& notes) {
+  std::vector<RowNumbers> ofRows(chains.size());
+  for (const FileShiftList& list : lists)
+    for (const FileShift& row : list.shifts)
+      if (row.chain < chains.size() && !row.key.empty() && !row.number.empty())
+        ofRows[row.chain].emplace(row.key, row.number);
+  for (std::size_t c = 0; c < chains.size(); ++c) numberChain(chains[c], ofRows[c], notes);
+}
+
+}  // namespace zorvela

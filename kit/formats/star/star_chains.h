@@ -1,0 +1,111 @@
+// What NMR-STAR and NEF readers share: chains found by name, sequences from one-letter text.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "formats/shift_model.h"
+#include "formats/star/star_document.h"
+
+namespace zorvela {
+
+/// Chains with an index from the names that rows use for them.
+class ChainFinder {
+ public:
+  /// `file` is how messages name the file.
+  ChainFinder(std::vector<FileChain>& fileChains, std::string file)
+      : chains(fileChains), fileName(std::move(file)) {}
+
+  /// Index of the chain that was added under this name, `kNoChain` if there is none.
+  std::size_t find(const std::string& name) const;
+  /// Adds a chain under a name; an earlier one of that name stays what `find` gives. FileError when the
+  /// copies in a file are more than any real one has.
+  std::size_t add(const std::string& name, FileChain chain);
+  /// How messages name the file.
+  const std::string& file() const { return fileName; }
+  /// How many chains there are.
+  std::size_t count() const { return chains.size(); }
+  /// Counts residues that are added to chains one by one; FileError beyond what any real file has.
+  void countResidues(std::size_t more);
+  /// FileError for more residues than any real file has.
+  void checkResidues(std::size_t total) const;
+  /// Another name for a chain.
+  void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
+
+ private:
+  std::vector<FileChain>& chains;
+  std::string fileName;
+  std::unordered_map<std::string, std::size_t> index;
+  std::size_t residueCount = 0;
+};
+
+/// Residues from one-letter text as entries write it: white space does not count, (MSE) is one residue,
+/// X stays open. Keys count from 1.
+std::vector<FileResidue> residuesOfLetters(const std::string& text);
+
+/// Thiol state of all cysteines of a molecule from the words that BMRB has for it ("all disulfide bound").
+Thiol thiolOfWords(const std::string& words);
+
+/// Whether an atom pair, or the words for the bond type, make a disulfide bond.
+bool isDisulfideBond(const std::string& type, const std::string& atom1, const std::string& atom2);
+
+/// Polymer type from the words that files have for it ("polypeptide(L)", "RNA"); `unknown` for words
+/// that leave it open.
+Polymer polymerOfWords(const std::string& words);
+
+/// What a flag of a cis peptide bond says: true for cis, false for trans, nothing where it is empty.
+std::optional<bool> readFlag(const std::string& word);
+
+/// Notes on what a molecule's own words say against a prediction: a paramagnetic centre, a state that is
+/// not folded. `state` and `paramagnetic` as the file has them, empty where it is silent.
+void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
+                  std::vector<std::string>& notes);
+
+/// The name of the save frame or data block that a list stands in; empty for a block without a name.
+std::string listName(const StarFrame& frame, std::vector<std::string>& notes);
+
+/// What a document holds, for messages: save frames by category, with their number.
+std::vector<std::string> starContents(const StarEntry& entry);
+
+/// What a document without shift lists is instead, for messages: coordinates, a restraint list ...; empty for
+/// one with a shift list, and where it is not known.
+std::string foreignStar(const StarEntry& entry);
+
+/// Makes the names of chains differ: a name that several have gets the place of the chain after it.
+void makeNamesDiffer(std::vector<FileChain>& chains);
+
+/// A name from a file: one above `kLongestName` bytes is cut, with a note.
+std::string nameOf(std::string text, std::vector<std::string>& notes);
+
+/// Adds room for the rows of one more table to a list that is not among those of the file yet; FileError
+/// where the file has more rows or lists than any real one. `name` is how messages name the file.
+void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name);
+
+/// Adds ends of disulfide bonds to chains; FileError beyond what any real file has.
+class BondEnds {
+ public:
+  BondEnds(std::vector<FileChain>& fileChains, std::string file)
+      : chains(fileChains), fileName(std::move(file)) {}
+  void add(std::size_t chain, const std::string& key);
+
+ private:
+  std::vector<FileChain>& chains;
+  std::string fileName;
+  std::size_t count = 0;
+};
+
+/// Gives rows without a chain to the one polypeptide whose sequence fits their residue names best; all
+/// chains without a sequence count as fitting. Nothing happens where two chains fit alike.
+void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
+                  std::vector<std::string>& notes);
+
+/// Residues to which the sequence gives no number of their own take that of their shift rows; where a whole
+/// chain has none, they take their place in the polymer. A number that rows give to two residues stays with
+/// the first, with a note.
+void numberByRows(std::vector<FileChain>& chains, const std::vector<FileShiftList>& lists,
+                  std::vector<std::string>& notes);
+
+}  // namespace zorvela

@@ -1,0 +1,479 @@
+#include "formats/star/star_document.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include "formats/limits.h"
+#include "formats/star/loop_lines.h"
+#include "formats/star/star_tokens.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+using Kind = StarToken::Kind;
+
+constexpr const char* kSyntaxRemedy = "mend the file there, or fetch it again";
+constexpr std::size_t kLongestWord = 60;
+
+/// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1.
+constexpr std::string_view kNeededTags[] = {"_Entity.",
+                                            "_Entity_assembly.",
+                                            "_Entity_comp_index.",
+                                            "_Entity_poly_seq.",
+                                            "_Entity_bond.",
+                                            "_Assembly.",
+                                            "_Bond.",
+                                            "_Chem_comp_assembly.",
+                                            "_Atom_chem_shift.",
+                                            "_Systematic_chem_shift_offset.",
+                                            "_nef_sequence.",
+                                            "_nef_chemical_shift.",
+                                            "_nef_covalent_links.",
+                                            "_Residue_seq_code",
+                                            "_Mol_residue_sequence",
+                                            "_Mol_system_component_name",
+                                            "_Mol_label",
+                                            "_Chem_shift_value",
+                                            "_Atom_one_residue_seq_code"};
+
+bool isNeeded(std::string_view tag) {
+  return std::any_of(std::begin(kNeededTags), std::end(kNeededTags),
+                     [&](std::string_view start) { return startsIgnoringCase(tag, start); });
+}
+
+/// What a tag belongs to: "_nef_sequence" of "_nef_sequence.index", in short for messages.
+std::string categoryOf(std::string_view tag) {
+  return printable(tag.substr(0, tag.find('.')), kLongestWord);
+}
+
+std::uint32_t small(std::size_t number) {
+  return static_cast<std::uint32_t>(number);
+}
+
+class Parser {
+ public:
+  explicit Parser(StarFile& starFile) : file(starFile), tokens(starFile.text) {}
+
+  void run() {
+    for (advance(); token.kind != Kind::end;) {
+      if (token.kind == Kind::frame)
+        readHeading();
+      else if (token.kind == Kind::loop)
+        readLoop();
+      else if (token.kind == Kind::tag)
+        readPair();
+      else if (token.kind == Kind::value)
+        readStray();
+      else
+        advance();
+    }
+    if (isFrameOpen) noteOpenFrame("the end of the file");
+    endFrame();
+    notes.appendTo(file.notes);
+  }
+
+ private:
+  [[noreturn]] void fail(std::size_t atLine, const std::string& what) const {
+    throw FileError(file.name, atLine, "not valid STAR: " + what, kSyntaxRemedy);
+  }
+
+  void advance() {
+    token = tokens.next();
+    if (token.kind != Kind::end && ++wordCount > kMostWords)
+      throw FileError(file.name, 0, "has more than " + std::to_string(kMostWords) + " words",
+                      "give the part with the sequence and the shifts only");
+    if (token.isOpen && file.text[token.begin] == ';')
+      fail(token.line, "a text field begins here and has no end");
+  }
+
+  StarSpan spanOf(std::string_view part) const {
+    return {small(static_cast<std::size_t>(part.data() - file.text.data())), small(part.size())};
+  }
+
+  std::string lineText() const { return "line " + std::to_string(token.line); }
+
+  // --- Frames ---------------------------------------------------------------------------------
+
+  void readHeading() {
+    const bool isSave = startsIgnoringCase(token.value, "save_");
+    const std::string_view name = token.value.substr(std::min(token.value.find('_') + 1, token.value.size()));
+    const bool isEnd = isSave && name.empty();
+    if (isFrameOpen && !isEnd) noteOpenFrame(printable(token.value, kLongestWord));
+    endFrame();
+    isFrameOpen = isSave && !isEnd;
+    if (!isSave) {
+      blockName = spanOf(name);
+      file.blocks.push_back(blockName);
+    }
+    frameName = isFrameOpen ? spanOf(name) : blockName;
+    frameLine = token.line;
+    advance();
+  }
+
+  void noteOpenFrame(const std::string& before) {
+    notes.add("line " + std::to_string(frameLine) + ": the save frame " +
+              printable(file.textOf(frameName), kLongestWord) + " is not closed before " + before +
+              "; it is taken to end there");
+  }
+
+  /// What was read since the last heading becomes a frame.
+  void endFrame() {
+    const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
+    const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
+    if (pairs == file.pairs.size() && loops == file.loops.size()) return;
+    if (file.frames.size() == kMostFrames)
+      throw FileError(file.name, 0, "has more than " + std::to_string(kMostFrames) + " save frames",
+                      "give the part with the sequence and the shifts only");
+    const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
+    file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
+                           small(file.loops.size())});
+  }
+
+  // --- Tags with one value --------------------------------------------------------------------
+
+  void readPair() {
+    const std::string_view tag = token.value;
+    const std::size_t tagLine = token.line;
+    advance();
+    if (token.kind != Kind::value) {
+      if (isNeeded(tag)) fail(tagLine, printable(tag, kLongestWord) + " has no value");
+      notes.add("line " + std::to_string(tagLine) + ": " + printable(tag, kLongestWord) + " has no value");
+      return;
+    }
+    if (token.isOpen) noteOpenQuote(isNeeded(tag));
+    file.pairs.push_back({spanOf(tag), spanOf(token.value)});
+    lastTag = tag;
+    advance();
+  }
+
+  void noteOpenQuote(bool isOfUse) {
+    const std::string what =
+        "a quote begins in column " + std::to_string(columnOfToken()) + " and is not closed on its line";
+    if (isOfUse) fail(token.line, what);
+    notes.add(lineText() + ": " + what);
+  }
+
+  std::size_t columnOfToken() const {
+    const std::size_t lineStart = file.text.find_last_of('\n', token.begin);
+    return lineStart == std::string::npos ? token.begin + 1 : token.begin - lineStart;
+  }
+
+  /// Values that no tag asks for. After a tag that is read they leave open which value is its own.
+  void readStray() {
+    const std::size_t firstLine = token.line;
+    std::size_t count = 0;
+    for (; token.kind == Kind::value; advance()) ++count;
+    const std::string what = zorvela::counted(count, "value", "values") + " without a tag";
+    if (isNeeded(lastTag)) fail(firstLine, what);
+    notes.add("line " + std::to_string(firstLine) + ": " + what + ", not used");
+  }
+
+  // --- Loops ----------------------------------------------------------------------------------
+
+  void readLoop() {
+    const std::size_t loopLine = token.line;
+    StarLoop loop;
+    loop.firstTag = small(file.tags.size());
+    loop.firstValue = small(file.values.size());
+    bool isOfUse = false;
+    lines.clear();
+    for (advance(); token.kind == Kind::tag; advance()) {
+      isOfUse = isOfUse || isNeeded(token.value);
+      file.tags.push_back(spanOf(token.value));
+    }
+    loop.tagCount = small(file.tags.size() - loop.firstTag);
+    if (isOfUse && file.values.capacity() == 0) reserveValues();
+    std::size_t count = 0;
+    for (; token.kind == Kind::value; advance(), ++count) {
+      if (token.isOpen) noteOpenQuote(isOfUse);
+      if (lines.empty() || lines.back().number != token.line)
+        lines.push_back({small(count), small(token.line)});
+      if (isOfUse) file.values.push_back(spanOf(token.value));
+    }
+    if (token.kind == Kind::stop) advance();
+    lastTag = {};
+    loop.isEmpty = count == 0;
+    if (loop.tagCount > 0)
+      settleRows(loop, count, isOfUse);
+    else if (count > 0)
+      notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
+    loop.valueCount = small(file.values.size() - loop.firstValue);
+    file.loops.push_back(loop);
+  }
+
+  /// Room for the values in the rest of the text, as many as there can be, but no more than usual entries
+  /// have.
+  void reserveValues() {
+    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
+    constexpr std::size_t kMost = 1 << 20;
+    file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
+  }
+
+  /// Leaves out rows with values missing or left over, where the lines show which they are.
+  void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
+    const std::size_t columns = loop.tagCount;
+    const LoopLayout layout = loopLayout(lines, count, columns);
+    if (layout.bad.empty()) return;
+    const bool fills = count % columns == 0;
+    const bool isByLine = layout.wholeLines * 2 >= lines.size();
+    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
+    // With few columns many lines hold whole rows by chance.
+    constexpr std::size_t kManyColumns = 5;
+    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lines.size() * 9 : !isByLine;
+    if (fills && runsOn) return;
+    for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
+    loop.lacksRows = true;
+    if (isByLine) {
+      if (isOfUse) dropRows(loop, layout.bad);
+    } else {
+      loop.badLine = layout.bad.front().first.number;
+    }
+  }
+
+  void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isLeftOut) {
+    const std::string from = std::to_string(bad.first.number);
+    const bool isOne = bad.first.number == bad.last.number;
+    notes.add((isOne ? "line " + from : "lines " + from + " to " + std::to_string(bad.last.number)) + ": " +
+              zorvela::counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
+              zorvela::counted(loop.tagCount, "column", "columns") + " of " +
+              categoryOf(file.textOf(file.tags[loop.firstTag])) +
+              (isLeftOut ? "; left out" : "; the loop is not used"));
+  }
+
+  void dropRows(const StarLoop& loop, const std::vector<BadLines>& bad) {
+    const auto at = [&](std::size_t value) {
+      return file.values.begin() + static_cast<std::ptrdiff_t>(loop.firstValue + value);
+    };
+    auto end = at(bad.front().first.firstValue);
+    for (std::size_t i = 0; i < bad.size(); ++i) {
+      const auto next = i + 1 < bad.size() ? at(bad[i + 1].first.firstValue) : file.values.end();
+      end = std::copy(at(bad[i].endValue), next, end);
+    }
+    file.values.erase(end, file.values.end());
+  }
+
+  StarFile& file;
+  StarTokens tokens;
+  StarToken token;
+  std::size_t wordCount = 0;
+  StarSpan blockName;
+  StarSpan frameName;
+  std::size_t frameLine = 0;
+  bool isFrameOpen = false;
+  std::string_view lastTag;     ///< of the pair before; empty after a loop
+  std::vector<LoopLine> lines;  ///< of the loop that is read
+  LimitedNotes notes{"places that are not valid STAR"};
+};
+
+/// The first word outside comments; empty if there is none.
+std::string firstWord(std::string_view text) {
+  constexpr std::size_t kMost = 80;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    const std::string_view core = trimmed(*line);
+    if (core.empty() || core.front() == '#') continue;
+    return lower(core.substr(0, std::min(core.find_first_of(" \t"), kMost)));
+  }
+  return {};
+}
+
+template <class Fits>
+std::vector<StarTable> tablesWhere(const StarFrame& frame, Fits fits) {
+  std::vector<StarTable> tables;
+  const StarFile& file = frame.file();
+  const StarFrameRange& items = frame.items();
+  for (std::size_t i = items.firstPair; i < items.endPair; ++i)
+    if (fits(file.textOf(file.pairs[i].tag))) {
+      tables.emplace_back(frame);
+      break;
+    }
+  for (std::size_t l = items.firstLoop; l < items.endLoop; ++l) {
+    const StarLoop& loop = file.loops[l];
+    const auto first = file.tags.begin() + static_cast<std::ptrdiff_t>(loop.firstTag);
+    const bool isWanted = std::any_of(first, first + static_cast<std::ptrdiff_t>(loop.tagCount),
+                                      [&](StarSpan tag) { return fits(file.textOf(tag)); });
+    if (isWanted && !loop.isEmpty) tables.emplace_back(file, loop);
+  }
+  return tables;
+}
+
+bool hasAny(const StarFile& file, std::size_t first, std::size_t end,
+            std::initializer_list<std::string_view> tagStarts) {
+  for (std::size_t f = first; f < end; ++f)
+    for (const std::string_view start : tagStarts)
+      if (!tablesOf(StarFrame(file, f), start).empty()) return true;
+  return false;
+}
+
+/// Whether a data block is an entry of its own, with molecules and shifts.
+bool isEntry(const StarEntry& block) {
+  const auto has = [&](std::initializer_list<std::string_view> tagStarts) {
+    return hasAny(*block.file, block.firstFrame, block.endFrame, tagStarts);
+  };
+  return has({"_Entity.", "_nef_sequence.", "_Mol_polymer_class", "_Mol_residue_sequence"}) &&
+         has({"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."});
+}
+
+/// A line of a text in which shift lists are looked for.
+bool isTagOfShifts(std::string_view line) {
+  for (const std::string_view tag : {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."})
+    if (startsIgnoringCase(line, tag)) return true;
+  return false;
+}
+
+/// After the "save_" that follows a loop; the place itself if there is none.
+std::size_t endOfFrame(std::string_view text, std::size_t from) {
+  for (std::size_t pos = from; const auto line = nextLine(text, pos);) {
+    const std::string_view core = trimmed(*line);
+    if (core.empty()) continue;
+    return equalIgnoringCase(core, "save_") ? pos : from;
+  }
+  return from;
+}
+
+bool isPartOfHeader(std::string_view line) {
+  if (line.empty() || line.front() == '#' || line.front() == '_') return true;
+  return startsIgnoringCase(line, "loop_") || startsIgnoringCase(line, "save_") ||
+         startsIgnoringCase(line, "data_");
+}
+
+}  // namespace
+
+bool isStar(std::string_view text) {
+  const std::string word = firstWord(text);
+  for (const std::string_view start : {"data_", "save_", "loop_", "global_", "_"})
+    if (word.rfind(start, 0) == 0) return true;
+  return false;
+}
+
+std::string starWithin(std::string_view text) {
+  std::string found;
+  std::size_t header = 0;  // where the lines of a header begin that lead up to here
+  std::size_t copied = 0;
+  bool isHeader = false;
+  bool isInList = false;
+  const auto blankUpTo = [&](std::size_t end) {
+    for (; copied < end; ++copied) found.push_back(text[copied] == '\n' ? '\n' : ' ');
+  };
+  for (std::size_t pos = 0; pos < text.size();) {
+    const std::size_t start = pos;
+    const std::string_view line = trimmed(*nextLine(text, pos));
+    if (!isInList) {
+      if (!isPartOfHeader(line)) {
+        isHeader = false;
+      } else if (!isHeader && !line.empty() && line.front() != '#' && line.front() != '_') {
+        isHeader = true;
+        header = start;
+      }
+      if (!isHeader || !isTagOfShifts(line)) continue;
+      if (found.empty()) found.reserve(text.size());
+      blankUpTo(header);
+      isInList = true;
+    }
+    if (!startsIgnoringCase(line, "stop_")) continue;
+    pos = endOfFrame(text, pos);
+    found.append(text.substr(copied, pos - copied));
+    copied = pos;
+    isInList = isHeader = false;
+  }
+  if (isInList) found.append(text.substr(copied));
+  return found;
+}
+
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name) {
+  auto file = std::make_shared<StarFile>();
+  file->name = name;
+  file->text = std::move(text);
+  Parser(*file).run();
+  return file;
+}
+
+std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
+  std::vector<StarEntry> entries;
+  for (std::size_t first = 0; first < file->frames.size();) {
+    const std::uint32_t block = file->frames[first].block;
+    StarEntry entry{file, first, first, {}};
+    if (!file->blocks.empty()) entry.name = printable(file->textOf(file->blocks[block]));
+    while (entry.endFrame < file->frames.size() && file->frames[entry.endFrame].block == block)
+      ++entry.endFrame;
+    first = entry.endFrame;
+    if (!isEntry(entry)) continue;
+    if (entries.size() == kMostListsOrChains)
+      throw FileError(file->name, 0, "holds more than " + std::to_string(kMostListsOrChains) + " entries",
+                      "split it into several files");
+    entries.push_back(std::move(entry));
+  }
+  if (entries.size() < 2) return {{file, 0, file->frames.size(), {}}};
+  return entries;
+}
+
+std::size_t StarTable::rows() const {
+  if (loop == nullptr) return 1;
+  if (loop->badLine > 0)
+    throw FileError(source->name, loop->badLine,
+                    "values are missing or left over in the loop of " +
+                        categoryOf(source->textOf(source->tags[loop->firstTag])),
+                    "mend the loop, with one value for each column in every row");
+  return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
+}
+
+std::size_t StarTable::column(std::string_view tag) const {
+  const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
+  for (std::size_t i = 0; i < count; ++i) {
+    const StarSpan own =
+        loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
+    if (equalIgnoringCase(source->textOf(own), tag)) return i;
+  }
+  return kAbsent;
+}
+
+std::size_t StarTable::columnOfAny(const std::vector<std::string_view>& tags) const {
+  for (const std::string_view tag : tags)
+    if (const std::size_t index = column(tag); index != kAbsent) return index;
+  return kAbsent;
+}
+
+std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
+  if (column == kAbsent) return {};
+  const StarSpan span = loop != nullptr ? source->values[loop->firstValue + row * loop->tagCount + column]
+                                        : source->pairs[pairsOf->firstPair + column].value;
+  const std::string_view core = trimmed(source->textOf(span));
+  return core == "." || core == "?" ? std::string_view() : core;
+}
+
+std::string StarTable::word(std::size_t row, std::size_t column) const {
+  const std::string_view whole = cell(row, column);
+  if (whole.size() <= kLongestWord) return std::string(whole);
+  return std::string(whole.substr(0, kLongestWord)) + "...";
+}
+
+std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) {
+  return tablesWhere(frame, [tag](std::string_view other) { return equalIgnoringCase(other, tag); });
+}
+
+std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart) {
+  return tablesWhere(frame,
+                     [tagStart](std::string_view other) { return startsIgnoringCase(other, tagStart); });
+}
+
+std::string frameValue(const StarFrame& frame, std::string_view tag) {
+  const StarTable pairs(frame);
+  return pairs.text(0, pairs.column(tag));
+}
+
+std::vector<StarFrame> framesOf(const StarEntry& entry) {
+  std::vector<StarFrame> frames;
+  frames.reserve(entry.endFrame - entry.firstFrame);
+  for (std::size_t f = entry.firstFrame; f < entry.endFrame; ++f) frames.emplace_back(*entry.file, f);
+  return frames;
+}
+
+std::string withoutDollar(std::string text) {
+  if (!text.empty() && text.front() == '$') text.erase(0, 1);
+  return text;
+}
+
+}  // namespace zorvela

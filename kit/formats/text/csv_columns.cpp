@@ -1,0 +1,324 @@
+#include "formats/text/csv_columns.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <map>
+#include <string_view>
+
+#include "names/nomenclature.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+using Aliases = std::initializer_list<const char*>;
+
+constexpr std::size_t kMostResidueColumns = 3;
+
+// In order of trust: where a file has several, the first wins.
+const Aliases kNumberNames = {
+    "resid",     "residueid",      "resnum",         "residuenumber",  "residuenum",   "resno",
+    "residueno", "resnr",          "residuenr",      "resseq",         "resi",         "compindexid",
+    "seqid",     "seqcode",        "residueseqcode", "seqnum",         "sequencecode", "seqno",
+    "seqnr",     "sequencenumber", "authseqid",      "residueindex",   "resindex",     "aano",
+    "aanum",     "aanumber",       "aminoacidno",    "aminoacidnumber"};
+const Aliases kNameNames = {"resname",     "residuename",   "restype",        "residuetype", "resn",
+                            "compid",      "residuelabel",  "residuelabel3",  "aatype",      "aminoacidtype",
+                            "3letter",     "1letter",       "oneletter",      "threeletter", "3lettercode",
+                            "1lettercode", "onelettercode", "threelettercode"};
+const Aliases kResidueNames = {"residue",   "res",  "residues", "group",   "aa",
+                               "aminoacid", "code", "seq",      "sequence"};
+// Numbers that may as well count the rows.
+const Aliases kCounterNames = {"number", "num", "nr", "position", "pos", "no", "index", "idx"};
+const Aliases kAssignmentNames = {"assignment", "assignments", "assign", "assigned", "resonance", "label"};
+const Aliases kWeakNameNames = {"type", "name"};
+const Aliases kAtomNames = {"atom", "atomname", "atomid", "atomtypename", "name"};
+const Aliases kShiftNames = {"shift",
+                             "chemicalshift",
+                             "chemshift",
+                             "shiftppm",
+                             "chemicalshiftppm",
+                             "chemshiftppm",
+                             "chemshiftval",
+                             "chemshiftvalue",
+                             "chemicalshiftvalue",
+                             "cs",
+                             "csppm",
+                             "val",
+                             "value",
+                             "valueppm",
+                             "ppm",
+                             "deltappm",
+                             "delta",
+                             "shifts",
+                             "chemicalshifts",
+                             "csvalue",
+                             "dppm",
+                             "d"};
+const Aliases kChainNames = {"chain",
+                             "chainid",
+                             "chaincode",
+                             "chainname",
+                             "segid",
+                             "segment",
+                             "asymid",
+                             "authasymid",
+                             "entityassemblyasymid",
+                             "entityassemblyid",
+                             "entity",
+                             "entityid",
+                             "molecule",
+                             "mol"};
+// Atoms of the table under another name.
+struct AtomAlias {
+  std::string_view name;
+  std::string_view atom;
+};
+constexpr AtomAlias kAtomAliases[] = {
+    {"h", "HN"},     {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"}, {"calpha", "CA"},
+    {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
+};
+// What stands around the atom in a column name, and says no more than that it is a shift.
+constexpr std::string_view kBefore[] = {"chemicalshift", "shift", "delta", "cs", "d", "13", "15", "1"};
+constexpr std::string_view kAfter[] = {"ppm", "chemicalshifts", "chemicalshift", "shifts", "shift", "obs",
+                                       "exp"};
+
+/// What does not count in a column name.
+bool isFiller(char c) {
+  return std::string_view(" \t_-.:/()[]{}*,").find(c) != std::string_view::npos;
+}
+
+/// "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same. A sign that is not known stays, so that
+/// a name with it is none that is known.
+std::string simplified(const std::string& name) {
+  const std::size_t dot = name.find_last_of('.');
+  const bool hasCategory = name.front() == '_' && dot != std::string::npos && dot + 1 < name.size();
+  const bool isTag = hasCategory || (dot != std::string::npos && dot > 1 && dot + 2 < name.size() &&
+                                     isLetter(name[dot - 1]) && isLetter(name[dot + 1]) &&
+                                     name.find('_') != std::string::npos);
+  std::string result;
+  for (const char c : lower(withLatinLetters(isTag ? name.substr(dot + 1) : name))) {
+    if (c == '#')
+      result += "no";
+    else if (!isFiller(c))
+      result.push_back(c);
+  }
+  return result;
+}
+
+/// Every bracket is closed again, as in "CA (ppm)" and not in "((resid".
+bool hasPairedBrackets(std::string_view name) {
+  int open = 0;
+  for (const char c : name) {
+    if (c == '(') ++open;
+    if (c == ')' && --open < 0) return false;
+  }
+  return open == 0 && (name.empty() || name.front() != '(');
+}
+
+/// Takes columns away, so that none serves twice.
+class ColumnTaker {
+ public:
+  explicit ColumnTaker(const std::vector<std::string>& names) {
+    for (const std::string& name : names) free.push_back(name.empty() ? name : simplified(name));
+  }
+
+  std::size_t take(Aliases aliases) {
+    for (const char* alias : aliases)
+      for (std::size_t i = 0; i < free.size(); ++i)
+        if (free[i] == alias) {
+          free[i].clear();
+          return i;
+        }
+    return kNoColumn;
+  }
+
+  bool isFree(std::size_t i) const { return !free[i].empty(); }
+  bool has(std::string_view name) const { return std::find(free.begin(), free.end(), name) != free.end(); }
+
+ private:
+  std::vector<std::string> free;
+};
+
+/// The atom of a simplified name without anything around it; empty if it is none.
+std::string plainAtom(std::string_view name) {
+  for (const AtomAlias& alias : kAtomAliases)
+    if (alias.name == name) return std::string(alias.atom);
+  const std::string atom = upper(name);
+  return isTableAtom(atom) ? atom : std::string();
+}
+
+std::string atomWithoutEnding(std::string_view name) {
+  if (std::string atom = plainAtom(name); !atom.empty()) return atom;
+  for (const std::string_view start : kBefore) {
+    // "13C" alone may be any carbon.
+    if (name.substr(0, start.size()) != start || name == "13c") continue;
+    if (std::string atom = atomWithoutEnding(name.substr(start.size())); !atom.empty()) return atom;
+  }
+  return {};
+}
+
+std::string atomOfSimplified(std::string_view name) {
+  if (std::string atom = atomWithoutEnding(name); !atom.empty()) return atom;
+  for (const std::string_view end : kAfter) {
+    if (name.size() <= end.size() || name.substr(name.size() - end.size()) != end) continue;
+    if (std::string atom = atomOfSimplified(name.substr(0, name.size() - end.size())); !atom.empty())
+      return atom;
+  }
+  return {};
+}
+
+/// "CA" for "CA(i)", which says that the shift is the residue's own and not of the one before it: "CA(i-1)".
+std::string withoutOwnIndex(const std::string& name) {
+  for (const char* index : {"(i)", "[i]"})
+    if (const std::size_t at = lower(name).find(index); at != std::string::npos)
+      return std::string(name).erase(at, std::string_view(index).size());
+  return name;
+}
+
+/// A column name that is the atom's own: it wins over "CA shift" and the like.
+bool isOwnName(const std::string& name, const std::string& atom) {
+  const std::string plain = plainAtom(simplified(name));
+  return !plain.empty() && plain == atom;
+}
+
+/// "1H" may be any proton, "1HA" one of two: they need a column beside them that says which.
+bool isOpenProton(const std::string& name, const ColumnTaker& taker) {
+  return (name == "1h" && !taker.has("15n") && !taker.has("n")) || (name == "1ha" && taker.has("2ha"));
+}
+
+/// The columns of each atom: the one under its own name, or the only one.
+void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& taker, CsvColumns& columns) {
+  std::map<std::string, std::vector<std::size_t>> claims;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    if (taker.isFree(i) && !isOpenProton(simplified(names[i]), taker))
+      if (const std::string atom = atomOfColumn(names[i]); !atom.empty()) claims[atom].push_back(i);
+  for (auto& claim : claims) {
+    const std::string& atom = claim.first;
+    std::vector<std::size_t>& claimed = claim.second;
+    const auto isOwn = [&](std::size_t i) { return isOwnName(names[i], atom); };
+    if (std::count_if(claimed.begin(), claimed.end(), isOwn) == 1)
+      claimed = {*std::find_if(claimed.begin(), claimed.end(), isOwn)};
+    if (claimed.size() == 1)
+      columns.atoms.emplace_back(claimed.front(), atom);
+    else
+      columns.doubled.push_back(atom);
+  }
+  std::sort(columns.atoms.begin(), columns.atoms.end());
+}
+
+/// "type" and "name" are of the residue where nothing better is.
+void takeWeakName(ColumnTaker& taker, CsvColumns& columns) {
+  if (columns.name != kNoColumn) return;
+  const std::size_t weak = taker.take(kWeakNameNames);
+  if (columns.residues.empty())
+    columns.name = weak;
+  else if (weak != kNoColumn)
+    columns.residues.push_back(weak);
+}
+
+/// A column called "name" may be the residue's, one called "atom" says that there is one row per shift.
+bool isLongForCertain(const std::vector<std::string>& names, const CsvColumns& columns) {
+  return columns.shift != kNoColumn && columns.atom != kNoColumn && simplified(names[columns.atom]) != "name";
+}
+
+bool haveResidue(const CsvColumns& columns) {
+  return columns.number != kNoColumn || columns.counter != kNoColumn || !columns.residues.empty();
+}
+
+/// One row per residue: "name" is the residue's then, and a column such as "delta" no shift of its own. Where
+/// no other column has the residues, "label" or "name" has them whole (S81).
+void becomeWide(const std::vector<std::string>& names, ColumnTaker& taker, CsvColumns& columns) {
+  const bool isName = columns.atom != kNoColumn && simplified(names[columns.atom]) == "name";
+  const std::size_t name = isName ? columns.atom : kNoColumn;
+  columns.shift = kNoColumn;
+  columns.atom = kNoColumn;
+  std::size_t label = kNoColumn;
+  if (!haveResidue(columns)) {
+    label = taker.take(kAssignmentNames);
+    if (label == kNoColumn && columns.name == kNoColumn) label = name;
+  }
+  if (label != kNoColumn)
+    columns.residues.push_back(label);
+  else if (columns.name == kNoColumn)
+    columns.name = name;
+}
+
+/// Where residue and atom stand in one cell, and perhaps no column is named for it.
+void findAssignment(ColumnTaker& taker, CsvColumns& columns) {
+  if (columns.shift == kNoColumn) return;
+  const bool hasResidue =
+      columns.number != kNoColumn || columns.counter != kNoColumn || columns.name != kNoColumn;
+  if (columns.atom != kNoColumn) {
+    if (!hasResidue && columns.residues.empty()) std::swap(columns.assignment, columns.atom);
+    return;
+  }
+  columns.assignment = taker.take(kAssignmentNames);
+  if (columns.assignment != kNoColumn || hasResidue || columns.residues.size() != 1) return;
+  columns.assignment = columns.residues.front();
+  columns.residues.clear();
+}
+
+}  // namespace
+
+bool CsvColumns::areEnough() const {
+  const bool hasShifts = areLong() || atoms.size() > 1;
+  const bool hasResidue =
+      number != kNoColumn || counter != kNoColumn || assignment != kNoColumn || !residues.empty();
+  return hasShifts && hasResidue;
+}
+
+bool CsvColumns::areUsing(std::size_t column) const {
+  for (const std::size_t used : {number, name, assignment, atom, shift, chain})
+    if (used == column) return true;
+  if (std::find(residues.begin(), residues.end(), column) != residues.end()) return true;
+  return std::any_of(atoms.begin(), atoms.end(), [column](const auto& one) { return one.first == column; });
+}
+
+std::string CsvColumns::missing() const {
+  std::vector<std::string> parts;
+  const bool hasLabel = !residues.empty() || assignment != kNoColumn;
+  if (number == kNoColumn && counter == kNoColumn && !hasLabel) parts.push_back("residue number (resid)");
+  if (name == kNoColumn && !hasLabel) parts.push_back("residue name (resname)");
+  if (atom == kNoColumn && assignment == kNoColumn) parts.push_back("atom name (atom)");
+  if (shift == kNoColumn) parts.push_back("chemical shift (shift)");
+  return enumerated(parts);
+}
+
+std::string atomOfColumn(const std::string& name) {
+  const std::string simple = simplified(withoutOwnIndex(name));
+  if (simple == "1ha") return "HA";
+  return simple.empty() ? std::string() : atomOfSimplified(simple);
+}
+
+CsvColumns readColumns(const std::vector<std::string>& names) {
+  CsvColumns columns;
+  if (!std::all_of(names.begin(), names.end(), hasPairedBrackets)) return columns;
+  ColumnTaker taker(names);
+  columns.shift = taker.take(kShiftNames);
+  columns.chain = taker.take(kChainNames);
+  columns.number = taker.take(kNumberNames);
+  columns.name = taker.take(kNameNames);
+  columns.atom = taker.take(kAtomNames);
+  while (columns.residues.size() < kMostResidueColumns) {
+    const std::size_t residue = taker.take(kResidueNames);
+    if (residue == kNoColumn) break;
+    columns.residues.push_back(residue);
+  }
+  columns.counter = taker.take(kCounterNames);
+  // What a spreadsheet has to the left of all named columns.
+  if (columns.counter == kNoColumn && !names.empty() && names.front().empty()) columns.counter = 0;
+  addAtomColumns(names, taker, columns);
+  if (columns.atoms.size() > 1 && !isLongForCertain(names, columns)) {
+    becomeWide(names, taker, columns);
+  } else {
+    columns.atoms.clear();
+    columns.doubled.clear();
+    findAssignment(taker, columns);
+  }
+  takeWeakName(taker, columns);
+  return columns;
+}
+
+}  // namespace zorvela

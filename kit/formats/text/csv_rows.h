@@ -1,0 +1,59 @@
+// The rows of a table in text: which line holds the column names, and what stands in which column.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/limits.h"
+#include "formats/text/delimited_text.h"
+
+namespace zorvela {
+
+/// A text with more rows is no shift file: at most `kMostShiftRows` of them can hold shifts, no more than
+/// these may lack a residue, and no more than both together may lack cells.
+inline constexpr std::size_t kMostTextRows = 4 * kMostShiftRows;
+
+/// How the rows of a table are cut into cells.
+struct CsvLayout {
+  Separator separator = Separator::comma;
+  std::vector<std::string> names;  ///< of the columns; as many empty ones where the table has no names
+  std::vector<PlacedCell> places;  ///< of the names, where blanks separate the columns
+  bool isByPlace = false;          ///< the names stand above the cells, so that these may have gaps
+  std::size_t start = 0;           ///< where the rows begin in the text
+  std::size_t line = 0;            ///< lines above them
+
+  std::size_t width() const { return names.size(); }
+};
+
+/// A line that is or should be a row. With a fault it has no cells that count.
+struct CsvRow {
+  std::size_t line = 0;  ///< from 1
+  std::vector<std::string> cells;
+  std::string fault;  ///< "9 cells, the header has 7"; empty for a row that is whole
+};
+
+/// Whether the rows after one are wanted.
+enum class Rows { goOn, stop };
+
+/// Calls `use` with each row in turn until it stops; empty lines, comments and the rules of drawn tables are
+/// none.
+void forEachRow(std::string_view text, const CsvLayout& layout, const std::function<Rows(CsvRow&)>& use);
+
+/// The next line that is not blank, from a position on; both move along. Nothing at the end.
+std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line);
+
+/// The layout by a line of column names; `pos` is where the line ends and `line` its number, from 1. Nothing
+/// for a line that cannot be one. A "#" in front is a mark, or the name of the first column where the row
+/// below has a cell for it.
+std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
+                                  std::size_t line);
+
+/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps. Not in a text
+/// of more than `kMostTextRows` rows.
+void findPlaces(std::string_view text, CsvLayout& layout);
+
+}  // namespace zorvela

@@ -1,0 +1,276 @@
+#include "names/nomenclature.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <gemmi/elem.hpp>
+#include <gemmi/resinfo.hpp>
+
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+using Kind = AtomReading::Kind;
+
+/// A residue that is not one of the 20, by the letter of its parent.
+ResidueType modified(char letter) {
+  ResidueType type;
+  type.letter = letter;
+  type.isModified = true;
+  return type;
+}
+
+ResidueType hydroxyproline() {
+  ResidueType type = modified(kProline);
+  type.isHydroxyproline = true;
+  return type;
+}
+
+/// Names that the library's table leaves out, or that are read in another way than it does.
+const std::unordered_map<std::string, ResidueType>& ownNames() {
+  static const std::unordered_map<std::string, ResidueType> names = {
+      // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
+      {"CYSS", {'C', false, false, Thiol::disulfide}},
+      {"CYX", {'C', false, false, Thiol::disulfide}},
+      {"CYSH", {'C', false, false, Thiol::notDisulfide}},
+      {"CYM", {'C', false, false, Thiol::notDisulfide}},
+      {"CYS-", {'C', false, false, Thiol::notDisulfide}},
+      {"ARG+", {'R'}},
+      {"LYS+", {'K'}},
+      {"LYN", {'K'}},
+      {"ASP-", {'D'}},
+      {"ASH", {'D'}},
+      {"GLU-", {'E'}},
+      {"GLH", {'E'}},
+      {"HIS+", {'H'}},
+      {"HIST", {'H'}},
+      {"HID", {'H'}},
+      {"HIE", {'H'}},
+      {"HIP", {'H'}},
+      {"HSD", {'H'}},
+      {"HSE", {'H'}},
+      {"HSP", {'H'}},
+      {"CPRO", {'P'}},
+      // Names written out, as spreadsheets have them.
+      {"ALANINE", {'A'}},
+      {"ARGININE", {'R'}},
+      {"ASPARAGINE", {'N'}},
+      {"ASPARTATE", {'D'}},
+      {"ASPARTIC ACID", {'D'}},
+      {"CYSTEINE", {'C'}},
+      {"GLUTAMINE", {'Q'}},
+      {"GLUTAMATE", {'E'}},
+      {"GLUTAMIC ACID", {'E'}},
+      {"GLYCINE", {'G'}},
+      {"HISTIDINE", {'H'}},
+      {"ISOLEUCINE", {'I'}},
+      {"LEUCINE", {'L'}},
+      {"LYSINE", {'K'}},
+      {"METHIONINE", {'M'}},
+      {"PHENYLALANINE", {'F'}},
+      {"PROLINE", {'P'}},
+      {"SERINE", {'S'}},
+      {"THREONINE", {'T'}},
+      {"TRYPTOPHAN", {'W'}},
+      {"TYROSINE", {'Y'}},
+      {"VALINE", {'V'}},
+      // Modified residues by their parent, for which the library has none or another letter.
+      {"2MR", modified('R')},
+      {"AYA", modified('A')},
+      {"BHD", modified('D')},
+      {"BTR", modified('W')},
+      {"DA2", modified('R')},
+      {"DDE", modified('H')},
+      {"HTR", modified('W')},
+      {"LYZ", modified('K')},
+      {"NMM", modified('R')},
+      {"PYL", modified('K')},
+      {"SEC", modified('C')},
+      // Hydroxyproline: its ring has other shifts than that of proline.
+      {"HYP", hydroxyproline()},
+      {"HY3", hydroxyproline()},
+      // Residues that the library files under a parent whose shifts are nothing like theirs: other side
+      // chains at CB, no alpha proton, a peptide bond through the side chain, or three residues fused to a
+      // chromophore.
+      {"ABA", {}},
+      {"AIB", {}},
+      {"ALC", {}},
+      {"BMT", {}},
+      {"CR2", {}},
+      {"CR8", {}},
+      {"CRF", {}},
+      {"CRO", {}},
+      {"CRQ", {}},
+      {"CSH", {}},
+      {"DAB", {}},
+      {"DHA", {}},
+      {"FGA", {}},
+      {"GHP", {}},
+      {"GYS", {}},
+      {"IAS", {}},
+      {"MDO", {}},
+      {"NLE", {}},
+      {"NRQ", {}},
+      {"ORN", {}},
+  };
+  return names;
+}
+
+// The library's table; it takes names of ASCII letters and digits only.
+gemmi::ResidueInfo tabulated(const std::string& name) {
+  const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+  return gemmi::find_tabulated_residue(isPlain ? name : std::string());
+}
+
+AtomReading reading(Kind kind, const char* first = nullptr, const char* second = nullptr) {
+  AtomReading result;
+  result.kind = kind;
+  result.names = {first, second};
+  return result;
+}
+
+/// Names that hold both alpha protons of glycine in one shift.
+bool isBothAlphaProtons(std::string_view name) {
+  constexpr std::string_view kNames[] = {"HA", "HA%", "HA*", "HA#", "QA"};
+  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+}
+
+/// One of the two alpha protons, which of them is not known or written in an older way.
+AtomReading readGlycineProton(std::string_view name) {
+  if (isBothAlphaProtons(name)) return reading(Kind::pseudo, "HA2", "HA3");
+  if (name == "HA3") return reading(Kind::table, "HA3");
+  if (name == "HAX" || name == "HA'" || name == "HAA") return reading(Kind::table, "HA2");
+  if (name == "HAY" || name == "HA''" || name == "HAB" || name == "HA\"") return reading(Kind::table, "HA3");
+  const bool isFirst = name == "HA1" || name == "1HA";
+  if (!isFirst && name != "HA2" && name != "2HA") return reading(Kind::other);
+  AtomReading older = reading(Kind::table, isFirst ? "HA1" : "HA2");
+  older.isOlderName = isFirst;
+  return older;
+}
+
+AtomReading readAlphaProton(char letter, std::string_view name) {
+  if (letter == 'G') return readGlycineProton(name);
+  if (isBothAlphaProtons(name)) return reading(Kind::table, "HA");
+  constexpr std::string_view kOfGlycine[] = {"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"};
+  const bool isOfGlycine =
+      std::find(std::begin(kOfGlycine), std::end(kOfGlycine), name) != std::end(kOfGlycine);
+  return reading(isOfGlycine ? Kind::foreign : Kind::other);
+}
+
+}  // namespace
+
+ResidueType residueType(std::string_view name) {
+  const std::string key = upper(name);
+  if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
+  // The library's "standard" residues are the 20; the parent of another is in lower case.
+  const gemmi::ResidueInfo info = tabulated(key);
+  const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
+  if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
+  if (!info.is_standard()) return modified(letter);
+  ResidueType type;
+  type.letter = letter;
+  return type;
+}
+
+ResidueType polypeptideResidue(std::string_view name) {
+  return name.size() == 1 ? residueType(threeLetterName(name.front())) : residueType(name);
+}
+
+bool isIonOrWater(std::string_view name) {
+  const std::string key = upper(name);
+  if (key == "HOH" || key == "WAT" || key == "DOD") return true;
+  // Two letters: an element, or a nucleotide (DA, DC, DG, DI, DT, DU).
+  return key.size() == 2 && !isNucleotide(key) && gemmi::Element(key.c_str()) != gemmi::El::X;
+}
+
+std::string threeLetterName(char code) {
+  static const std::unordered_map<char, std::string> names = {{'A', "ALA"},
+                                                              {'C', "CYS"},
+                                                              {'D', "ASP"},
+                                                              {'E', "GLU"},
+                                                              {'F', "PHE"},
+                                                              {'G', "GLY"},
+                                                              {'H', "HIS"},
+                                                              {'I', "ILE"},
+                                                              {'K', "LYS"},
+                                                              {'L', "LEU"},
+                                                              {'M', "MET"},
+                                                              {'N', "ASN"},
+                                                              {'P', "PRO"},
+                                                              {'Q', "GLN"},
+                                                              {'R', "ARG"},
+                                                              {'S', "SER"},
+                                                              {'T', "THR"},
+                                                              {'V', "VAL"},
+                                                              {'W', "TRP"},
+                                                              {'Y', "TYR"},
+                                                              {'U', "SEC"},
+                                                              {'O', "PYL"},
+                                                              {kDisulfideCysteine, "CYSS"}};
+  const auto name = names.find(code);
+  return name != names.end() ? name->second : std::string();
+}
+
+bool isOtherMolecule(std::string_view name) {
+  if (isIonOrWater(name) || isNucleotide(name)) return true;
+  const gemmi::ResidueInfo info = tabulated(upper(name));
+  return info.found() && !info.is_amino_acid();
+}
+
+bool isNucleotide(std::string_view name) {
+  static const std::unordered_set<std::string> names = {
+      "A",  "C",  "G",   "T",   "U",   "I",   "DA",  "DC",  "DG", "DT", "DU", "DI", "RA", "RC",
+      "RG", "RU", "ADE", "CYT", "GUA", "THY", "URA", "URI", "A5", "A3", "C5", "C3", "G5", "G3"};
+  const std::string key = upper(name);
+  return names.count(key) > 0 || tabulated(key).is_nucleic_acid();
+}
+
+std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
+  std::size_t end = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+  while (end < text.size() && isDigit(text[end])) ++end;
+  const std::optional<int> number = toInteger(std::string_view(text).substr(0, end));
+  if (!number) return std::nullopt;
+  if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
+  return ResidueNumber{*number, text.substr(end)};
+}
+
+std::optional<std::string> steppedNumber(const std::string& text, long steps) {
+  const std::optional<int> number = toInteger(text);
+  if (!number) return std::nullopt;
+  const long result = *number + steps;
+  if (result > std::numeric_limits<int>::max() || result < std::numeric_limits<int>::min())
+    return std::nullopt;
+  return std::to_string(result);
+}
+
+std::optional<std::string> nextNumber(const std::string& text) {
+  return steppedNumber(text, 1);
+}
+
+AtomReading readAtom(char letter, std::string_view atom) {
+  const std::string name = upper(withLatinLetters(atom));
+  if (name == "N") return reading(Kind::table, "N");
+  if (name == "H" || name == "HN")
+    return letter == kProline ? reading(Kind::foreign) : reading(Kind::table, "HN");
+  if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");
+  if (name == "CA") return reading(Kind::table, "CA");
+  if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
+  if (name == "CG") return letter == kProline ? reading(Kind::table, "CG") : reading(Kind::other);
+  return readAlphaProton(letter, name);
+}
+
+bool isTableAtom(std::string_view name) {
+  return atomRank(name) < kTableAtoms.size();
+}
+
+std::size_t atomRank(std::string_view name) {
+  const auto found = std::find(kTableAtoms.begin(), kTableAtoms.end(), name);
+  return static_cast<std::size_t>(found - kTableAtoms.begin());
+}
+
+}  // namespace zorvela

@@ -1,0 +1,178 @@
+// Chains that rows are matched to: by name, by the residue names of the rows, by the words of the entry.
+#include "formats/star/star_chains.h"
+
+#include <gtest/gtest.h>
+
+#include "zorvela/error.h"
+
+namespace {
+
+using zorvela::FileChain;
+using zorvela::FileShift;
+using zorvela::kNoChain;
+using zorvela::Polymer;
+using zorvela::Thiol;
+
+FileChain chainOf(const std::string& name, const std::string& letters) {
+  FileChain chain;
+  chain.name = name;
+  chain.polymer = Polymer::polypeptide;
+  chain.residues = zorvela::residuesOfLetters(letters);
+  return chain;
+}
+
+FileShift rowOf(const std::string& key, const std::string& residue) {
+  FileShift row;
+  row.key = key;
+  row.residueName = residue;
+  return row;
+}
+
+using Lists = std::vector<zorvela::FileShiftList>;
+
+Lists listOf(std::vector<FileShift> rows) {
+  Lists lists(1);
+  lists[0].shifts = std::move(rows);
+  return lists;
+}
+
+TEST(ChainFinder, FindsByNameAndAliasAndKeepsTheFirst) {
+  std::vector<FileChain> chains;
+  zorvela::ChainFinder finder(chains, "f");
+  EXPECT_EQ(finder.find("A"), kNoChain);
+  EXPECT_EQ(finder.add("A", chainOf("A", "AP")), 0U);
+  EXPECT_EQ(finder.add("B", chainOf("B", "GP")), 1U);
+  EXPECT_EQ(finder.add("A", chainOf("again", "G")), 2U);
+  finder.alias("two", 1);
+  finder.alias("A", 1);  // taken
+  EXPECT_EQ(finder.find("A"), 0U);
+  EXPECT_EQ(finder.find("two"), 1U);
+  EXPECT_EQ(chains.size(), 3U);
+}
+
+TEST(ChainFinder, StopsAtMoreChainsThanAnyEntryHas) {
+  std::vector<FileChain> chains;
+  zorvela::ChainFinder finder(chains, "f");
+  for (std::size_t i = 0; i < zorvela::kMostListsOrChains; ++i) finder.add(std::to_string(i), {});
+  EXPECT_THROW(finder.add("one more", {}), zorvela::FileError);
+}
+
+TEST(ChainFinder, StopsAtMoreResiduesThanAnyEntryHas) {
+  std::vector<FileChain> chains;
+  zorvela::ChainFinder finder(chains, "f");
+  finder.countResidues(zorvela::kMostResidues);
+  EXPECT_THROW(finder.countResidues(1), zorvela::FileError);
+}
+
+TEST(StarChains, RowsAndBondsEndWhereNoEntryHasMore) {
+  zorvela::ShiftFile file;
+  zorvela::FileShiftList list;
+  zorvela::reserveRows(list, zorvela::kMostShiftRows, file, "f");
+  EXPECT_THROW(zorvela::reserveRows(list, zorvela::kMostShiftRows + 1, file, "f"), zorvela::FileError);
+  file.chains.resize(1);
+  zorvela::BondEnds bonds(file.chains, "f");
+  for (std::size_t i = 0; i < zorvela::kMostBondEnds; ++i) bonds.add(0, "1");
+  EXPECT_THROW(bonds.add(0, "1"), zorvela::FileError);
+}
+
+TEST(StarChains, LongNamesAreCutWithOneNote) {
+  std::vector<std::string> notes;
+  EXPECT_EQ(zorvela::nameOf(std::string(200, 'a'), notes), std::string(200, 'a'));
+  EXPECT_TRUE(notes.empty());
+  EXPECT_EQ(zorvela::nameOf(std::string(1000000, 'a'), notes), std::string(200, 'a') + "...");
+  zorvela::nameOf(std::string(201, 'b'), notes);
+  EXPECT_EQ(notes, std::vector<std::string>{"names of more than 200 characters are cut"});
+}
+
+TEST(StarChains, NumbersOfTheRowsFillThoseThatTheSequenceLacks) {
+  std::vector<FileChain> chains = {chainOf("A", "GAP"), chainOf("B", "GP")};
+  chains[0].residues[2].number = "23";
+  std::vector<FileShift> rows = {rowOf("1", "GLY"), rowOf("2", "ALA"), rowOf("3", "PRO")};
+  rows[0].number = "21";
+  rows[1].number = "21";
+  rows[2].number = "99";
+  for (FileShift& row : rows) row.chain = 0;
+  std::vector<std::string> notes;
+  zorvela::numberByRows(chains, listOf(rows), notes);
+  EXPECT_EQ(chains[0].residues[0].number, "21");
+  EXPECT_EQ(chains[0].residues[1].number, "");    // two residues cannot be 21
+  EXPECT_EQ(chains[0].residues[2].number, "23");  // the sequence's own
+  EXPECT_EQ(chains[1].residues[1].number, "2");   // none at all: the place
+  EXPECT_EQ(notes, std::vector<std::string>{
+                       "the shift rows of chain A give two residues one number: 21; the first keeps it"});
+}
+
+TEST(StarChains, FlagsOfCisBonds) {
+  for (const char* word : {"true", "Yes"}) EXPECT_EQ(zorvela::readFlag(word), true) << word;
+  for (const char* word : {"FALSE", "no"}) EXPECT_EQ(zorvela::readFlag(word), false) << word;
+  for (const char* word : {"", "maybe"}) EXPECT_EQ(zorvela::readFlag(word), std::nullopt) << word;
+}
+
+TEST(StarChains, SequencesFromOneLetterText) {
+  const auto residues = zorvela::residuesOfLetters("a P\n(MSE)X(");
+  ASSERT_EQ(residues.size(), 4U);
+  EXPECT_EQ(residues[0].name, "A");
+  EXPECT_EQ(residues[1].name, "P");
+  EXPECT_EQ(residues[2].name, "MSE");
+  EXPECT_EQ(residues[3].name, "X");
+  EXPECT_EQ(residues[3].key, "4");
+}
+
+TEST(StarChains, RowsWithoutAChainGoToTheSequenceThatFitsThem) {
+  const std::vector<FileChain> chains = {chainOf("A", "AGP"), chainOf("B", "GPA")};
+  Lists lists = listOf({rowOf("1", "GLY"), rowOf("2", "PRO")});
+  const std::vector<FileShift>& rows = lists[0].shifts;
+  std::vector<std::string> notes;
+  zorvela::placeByNames(lists, chains, notes);
+  EXPECT_EQ(rows[0].chain, 1U);
+  EXPECT_EQ(rows[1].chain, 1U);
+  EXPECT_EQ(notes, std::vector<std::string>{"shifts that name no chain fit the sequence of chain B best"});
+}
+
+TEST(StarChains, RowsStayWithoutAChainWhereTwoFitAlikeOrNone) {
+  std::vector<std::string> notes;
+  Lists lists = listOf({rowOf("1", "GLY")});
+  const std::vector<FileShift>& rows = lists[0].shifts;
+  zorvela::placeByNames(lists, {chainOf("A", "GP"), chainOf("B", "GP")}, notes);
+  EXPECT_EQ(rows[0].chain, kNoChain);
+  zorvela::placeByNames(lists, {chainOf("A", "AP"), chainOf("B", "PP")}, notes);
+  EXPECT_EQ(rows[0].chain, kNoChain);
+  EXPECT_TRUE(notes.empty());
+}
+
+TEST(StarChains, RowsGoToTheOnlyPolypeptideWithoutANote) {
+  FileChain rna = chainOf("R", "ACG");
+  rna.polymer = Polymer::other;
+  Lists lists = listOf({rowOf("9", "TRP")});
+  const std::vector<FileShift>& rows = lists[0].shifts;
+  std::vector<std::string> notes;
+  zorvela::placeByNames(lists, {rna, chainOf("A", "AP")}, notes);
+  EXPECT_EQ(rows[0].chain, 1U);
+  EXPECT_TRUE(notes.empty());
+}
+
+TEST(StarChains, NamesOfCopiesAreMadeToDiffer) {
+  std::vector<FileChain> chains = {chainOf("A", ""), chainOf("B", ""), chainOf("a", "")};
+  zorvela::makeNamesDiffer(chains);
+  EXPECT_EQ(chains[0].name, "A-1");
+  EXPECT_EQ(chains[1].name, "B");
+  EXPECT_EQ(chains[2].name, "a-3");
+  EXPECT_EQ(chains[2].aliases, std::vector<std::string>{"a"});
+}
+
+TEST(StarChains, WordsForThiolsBondsAndPolymers) {
+  EXPECT_EQ(zorvela::thiolOfWords("all disulfide bound"), Thiol::disulfide);
+  EXPECT_EQ(zorvela::thiolOfWords("All Free"), Thiol::notDisulfide);
+  EXPECT_EQ(zorvela::thiolOfWords("all other bound"), Thiol::notDisulfide);
+  EXPECT_EQ(zorvela::thiolOfWords("free and disulfide bound"), Thiol::unknown);
+  EXPECT_EQ(zorvela::thiolOfWords("not present"), Thiol::unknown);
+  EXPECT_TRUE(zorvela::isDisulfideBond("disulfide", "", ""));
+  EXPECT_TRUE(zorvela::isDisulfideBond("", "SG", "sg"));
+  EXPECT_FALSE(zorvela::isDisulfideBond("", "SG", "ZN"));
+  EXPECT_EQ(zorvela::polymerOfWords("polypeptide(L)"), Polymer::polypeptide);
+  EXPECT_EQ(zorvela::polymerOfWords("polyribonucleotide"), Polymer::other);
+  EXPECT_EQ(zorvela::polymerOfWords("peptide nucleic acid"), Polymer::other);
+  EXPECT_EQ(zorvela::polymerOfWords("polymer"), Polymer::unknown);
+}
+
+}  // namespace

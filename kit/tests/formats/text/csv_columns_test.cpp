@@ -1,0 +1,120 @@
+// Which column of a CSV file holds what.
+#include "formats/text/csv_columns.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+/// Whether a column gives the number or the name of the residue, or either.
+bool saysResidue(const zorvela::CsvColumns& columns, std::size_t column) {
+  return columns.number == column || columns.counter == column || columns.name == column ||
+         std::find(columns.residues.begin(), columns.residues.end(), column) != columns.residues.end();
+}
+
+TEST(CsvColumns, UsualNames) {
+  const char* headers[][4] = {{"resid", "resname", "atom", "shift"},
+                              {"Res. ID", "Residue Name", "Atom Name", "Chemical Shift (ppm)"},
+                              {"seq", "aa", "name", "cs"},
+                              {"number", "res_type", "atom_name", "value"},
+                              {"Comp_index_ID", "Comp_ID", "Atom_ID", "Val"},
+                              {"_Atom_chem_shift.Seq_ID", "_Atom_chem_shift.Comp_ID",
+                               "_Atom_chem_shift.Atom_ID", "_Atom_chem_shift.Val"},
+                              {"resnum", "type", "atom", "ppm"}};
+  for (const auto& header : headers) {
+    const auto columns = zorvela::readColumns({header[0], header[1], header[2], header[3]});
+    EXPECT_TRUE(columns.areEnough()) << header[0];
+    EXPECT_TRUE(saysResidue(columns, 0)) << header[0];
+    EXPECT_TRUE(saysResidue(columns, 1)) << header[0];
+    EXPECT_EQ(columns.atom, 2U) << header[0];
+    EXPECT_EQ(columns.shift, 3U) << header[0];
+  }
+}
+
+TEST(CsvColumns, OneColumnForNameAndNumber) {
+  const auto columns = zorvela::readColumns({"residue", "atom", "shift"});
+  EXPECT_TRUE(columns.areEnough());
+  EXPECT_EQ(columns.residues, std::vector<std::size_t>{0});
+  const auto weak = zorvela::readColumns({"residue", "type", "atom", "shift"});
+  EXPECT_EQ(weak.residues, (std::vector<std::size_t>{0, 1}));
+  const auto two = zorvela::readColumns({"res", "residue", "atom", "shift"});
+  EXPECT_EQ(two.residues, (std::vector<std::size_t>{1, 0}));
+}
+
+TEST(CsvColumns, OneColumnPerAtom) {
+  const auto columns = zorvela::readColumns({"resid", "aa", "N", "HN", "CA", "comment"});
+  EXPECT_TRUE(columns.areEnough());
+  ASSERT_EQ(columns.atoms.size(), 3U);
+  EXPECT_EQ(columns.atoms[0], (std::pair<std::size_t, std::string>{2, "N"}));
+  EXPECT_EQ(columns.atoms[2], (std::pair<std::size_t, std::string>{4, "CA"}));
+  // "delta" beside them is no column of shifts, and "name" is the residue's.
+  const auto wide = zorvela::readColumns({"resid", "name", "N", "CA", "delta"});
+  EXPECT_FALSE(wide.areLong());
+  EXPECT_EQ(wide.name, 1U);
+}
+
+TEST(CsvColumns, AtomsUnderOtherNames) {
+  using zorvela::atomOfColumn;
+  for (const char* name : {"CA",       "ca",
+                           "C\u03b1",  "CA (ppm)",
+                           "CA [ppm]", "CA_ppm",
+                           "13CA",     "\u00b9\u00b3C\u03b1",
+                           "dCA",      "\u03b4CA",
+                           "d(CA)",    "CA shift",
+                           "shift CA", "delta 13CA (ppm)",
+                           "Calpha",   "C-alpha",
+                           "CA(i)",    "CA(I)",
+                           "CA [i]",   "CA(i) (ppm)"})
+    EXPECT_EQ(atomOfColumn(name), "CA") << name;
+  for (const char* name : {"C", "C'", "C\u2032", "CO", "13CO", "13C'", "CO (ppm)"})
+    EXPECT_EQ(atomOfColumn(name), "C") << name;
+  for (const char* name : {"CG", "CG(Pro)", "Pro CG", "C\u03b3", "Cgamma"})
+    EXPECT_EQ(atomOfColumn(name), "CG") << name;
+  for (const char* name : {"H", "HN", "1HN", "H (ppm)"}) EXPECT_EQ(atomOfColumn(name), "HN") << name;
+  EXPECT_EQ(atomOfColumn("15N"), "N");
+  EXPECT_EQ(atomOfColumn("HA2"), "HA2");
+  // Any carbon, a difference, a letter that was lost, a side chain, the residue before, or more than the
+  // atom.
+  for (const char* name : {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH",
+                           "CB(Cys)", "CA(i-1)", "CAi-1", "CA-1", "CA(-1)", "CA(i+1)", "(i)", ""})
+    EXPECT_EQ(atomOfColumn(name), "") << name;
+}
+
+TEST(CsvColumns, TheAtomsOwnNameWinsAndTwoOfAKindAreNone) {
+  const auto columns = zorvela::readColumns({"res", "CA", "dCA", "CO", "C'", "CB shift", "CB obs", "N"});
+  EXPECT_EQ(columns.atoms, (std::vector<std::pair<std::size_t, std::string>>{{1, "CA"}, {7, "N"}}));
+  EXPECT_EQ(columns.doubled, (std::vector<std::string>{"C", "CB"}));
+}
+
+TEST(CsvColumns, BracketsAreClosed) {
+  EXPECT_FALSE(zorvela::readColumns({"((resid", "name", "HA", "HN", "shift"}).areEnough());
+  EXPECT_FALSE(zorvela::readColumns({"(resid", "N", "HN", "CA)"}).areEnough());
+}
+
+TEST(CsvColumns, ACounterMayBeTheNumber) {
+  for (const char* name : {"#", "Index", "no.", ""}) {
+    const auto columns = zorvela::readColumns({name, "aa", "N", "CA"});
+    EXPECT_TRUE(columns.areEnough()) << name;
+    EXPECT_EQ(columns.counter, 0U) << name;
+  }
+  EXPECT_EQ(zorvela::readColumns({"res #", "aa", "N", "CA"}).number, 0U);
+}
+
+TEST(CsvColumns, ResidueAndAtomInOne) {
+  EXPECT_EQ(zorvela::readColumns({"Assignment", "Shift"}).assignment, 0U);
+  EXPECT_EQ(zorvela::readColumns({"ppm", "Residue"}).assignment, 1U);
+  EXPECT_EQ(zorvela::readColumns({"Atom", "ppm"}).assignment, 0U);
+  // A count of assignments beside the atoms.
+  EXPECT_EQ(zorvela::readColumns({"Group", "Atom", "Nuc", "Shift", "SDev", "Assignments"}).assignment,
+            zorvela::kNoColumn);
+}
+
+TEST(CsvColumns, TellWhatIsMissing) {
+  EXPECT_EQ(zorvela::readColumns({"resid", "resname", "shift"}).missing(), "atom name (atom)");
+  EXPECT_EQ(zorvela::readColumns({"resid"}).missing(),
+            "residue name (resname), atom name (atom), chemical shift (shift)");
+  EXPECT_FALSE(zorvela::readColumns({"a", "b"}).areEnough());
+}
+
+}  // namespace

@@ -1,0 +1,76 @@
+// Residues as tables label them.
+#include "formats/text/residue_label.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <vector>
+
+namespace {
+
+using zorvela::Dash;
+using zorvela::readLabel;
+
+/// "number/code/name/atom", "none" for what is no label.
+std::string parts(const std::string& cell, bool holdsAtom = false) {
+  const auto label = readLabel(cell, holdsAtom);
+  if (!label) return "none";
+  return label->number + "/" + label->code + "/" + label->name + "/" + label->atom +
+         (label->hasDash ? " dash" : "") + (label->chain.empty() ? "" : " of " + label->chain);
+}
+
+TEST(ResidueLabel, NumberAndName) {
+  EXPECT_EQ(parts("12"), "12///");
+  EXPECT_EQ(parts("-3"), "-3///");
+  EXPECT_EQ(parts("\u22123"), "-3///");
+  EXPECT_EQ(parts("007"), "7///");
+  EXPECT_EQ(parts("12.0"), "12///");
+  EXPECT_EQ(parts("52A"), "52/A//");
+  EXPECT_EQ(parts("82PRO"), "82//PRO/");
+  EXPECT_EQ(parts("82 P"), "82//P/");
+  EXPECT_EQ(parts("P82"), "82//P/");
+  EXPECT_EQ(parts("Pro 82"), "82//Pro/");
+  EXPECT_EQ(parts("Gly -2"), "-2//Gly/");
+  EXPECT_EQ(parts("Gly-2"), "2//Gly/ dash");
+  EXPECT_EQ(parts("alanine"), "//alanine/");
+  EXPECT_EQ(parts("HIS+"), "//HIS+/");
+  EXPECT_EQ(parts("S81CA", true), "81//S/CA");
+  EXPECT_EQ(parts("Ser81-HB2", true), "81//Ser/HB2");
+}
+
+TEST(ResidueLabel, Chain) {
+  EXPECT_EQ(parts("A:SER81"), "81//SER/ of A");
+  EXPECT_EQ(parts("b:Pro-82"), "82//Pro/ dash of b");
+  EXPECT_EQ(parts("1:SER81"), "81//SER/ of 1");
+  EXPECT_EQ(parts("A:SER81:CA", true), "81//SER/CA of A");
+  // Without a name of several letters it is no chain for certain.
+  EXPECT_EQ(parts("A:81"), "81//A/");
+  EXPECT_EQ(parts("SER:81"), "81//SER/");
+}
+
+TEST(ResidueLabel, NothingElse) {
+  for (const char* cell : {"", "126.962", "((resid", "12-1", "@2", "res12", "S81CA", "S81N-HN", "99999999999",
+                           "-", "G12-14", "A:S81", "AB:SER81", "A:SER", "A:", ":SER81", "A:B:SER81", "[81]S"})
+    EXPECT_EQ(parts(cell), "none") << cell;
+  EXPECT_EQ(parts("S81N-H", true), "none");
+  EXPECT_EQ(parts("A.81.SER.CA", true), "none");
+}
+
+Dash meaningOf(std::initializer_list<const char*> labels) {
+  zorvela::DashMeaning meaning;
+  for (const char* label : labels) meaning.add("A", readLabel(label).value());
+  return meaning.meaning();
+}
+
+TEST(DashMeaning, ByOrderAndNames) {
+  EXPECT_EQ(meaningOf({"G-2", "S-1", "H0", "M1", "P2", "L3"}), Dash::minus);
+  EXPECT_EQ(meaningOf({"G-2", "S-1"}), Dash::minus);
+  EXPECT_EQ(meaningOf({"Gly-2", "Ser-3", "His-4"}), Dash::separator);
+  EXPECT_EQ(meaningOf({"Gly-2", "Ser-3", "Gly-2", "Ser-3"}), Dash::separator);
+  EXPECT_EQ(meaningOf({"His-4", "Gly-2", "Ser-3"}), Dash::separator);
+  EXPECT_EQ(meaningOf({"G1", "S2", "H3"}), Dash::separator);
+  EXPECT_EQ(meaningOf({"G-1", "S2"}), Dash::unclear);
+  EXPECT_EQ(meaningOf({"M5", "G-2", "M1", "P2"}), Dash::unclear);
+}
+
+}  // namespace

@@ -65,27 +65,26 @@ BackboneValues referenceShifts(const Model& model, char previous, char own, char
   return references;
 }
 
-float glycineHA(float ha2, float ha3) {
+std::optional<float> glycineHA(float ha2, float ha3) {
   if (ha2 < kMissingBound && ha3 < kMissingBound) return (ha2 + ha3) * 0.5F;
   if (ha2 < kMissingBound) return ha2;
   if (ha3 < kMissingBound) return ha3;
-  return kMissingShift;
+  return std::nullopt;
 }
 
-float secondaryShift(float observed, float reference) {
-  return reference >= kMissingBound ? kMissingShift : observed - reference;
-}
-
-float secondaryGlycineHA(float ha, float reference) {
-  return reference < kMissingBound ? ha - reference : ha;
+float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference) {
+  if (type == kProlineCode && isUnusedInProline(atom)) return kMissingShift;
+  // HA of glycine stays as it is where the reference is unknown, and 9999 less the reference is missing too.
+  if (type == kGlycineCode && atom == Atom::HA) {
+    const float ha = observed.value_or(kMissingShift);
+    return reference < kMissingBound ? ha - reference : ha;
+  }
+  return observed && !(reference >= kMissingBound) ? *observed - reference : kMissingShift;
 }
 
 std::optional<float> observedShift(const Residue& residue, Atom atom) {
-  if (residue.type == kGlycineCode && atom == Atom::HA) {
-    const float ha = glycineHA(residue.shift(Atom::HA2), residue.shift(Atom::HA3));
-    if (ha == kMissingShift) return std::nullopt;
-    return ha;
-  }
+  if (residue.type == kGlycineCode && atom == Atom::HA)
+    return glycineHA(residue.shift(Atom::HA2), residue.shift(Atom::HA3));
   if (!residue.has(atom)) return std::nullopt;
   return residue.shift(atom);
 }
@@ -100,15 +99,8 @@ int missingShifts(const Residue& residue) {
 BackboneValues secondaryShifts(const Residue& residue, const BackboneValues& references) {
   BackboneValues secondary{};
   for (const Atom atom : kBackbone) {
-    float& shift = secondary[indexOf(atom)];
-    const float reference = references[indexOf(atom)];
-    const std::optional<float> observed = observedShift(residue, atom);
-    if (residue.type == kProlineCode && isUnusedInProline(atom))
-      shift = kMissingShift;
-    else if (residue.type == kGlycineCode && atom == Atom::HA)
-      shift = sixDigits(secondaryGlycineHA(observed.value_or(kMissingShift), reference));
-    else
-      shift = observed ? sixDigits(secondaryShift(*observed, reference)) : kMissingShift;
+    const std::size_t i = indexOf(atom);
+    secondary[i] = sixDigits(secondaryShift(residue.type, atom, observedShift(residue, atom), references[i]));
   }
   return secondary;
 }
@@ -146,17 +138,6 @@ double lnGaussian(float shift, const ClassShift& of) {
   return -0.5 * (z * z);
 }
 
-ShiftEvidence evidenceOf(float secondary, float used, bool isMissing, const ShiftStatistics& statistics) {
-  ShiftEvidence shift;
-  shift.secondary = secondary;
-  shift.used = used;
-  shift.isMissing = isMissing;
-  if (isMissing) return shift;
-  shift.lnCis = lnGaussian(used, statistics.cis);
-  shift.lnTrans = lnGaussian(used, statistics.trans);
-  return shift;
-}
-
 }  // namespace
 
 bool hasEnoughShifts(const std::array<int, 3>& missing) {
@@ -166,12 +147,8 @@ bool hasEnoughShifts(const std::array<int, 3>& missing) {
   return poorResidues <= kMostPoorResidues;
 }
 
-ShiftEvidence backboneEvidence(float secondary, float used, const ShiftStatistics& statistics) {
-  return evidenceOf(secondary, used, used > kMissingSecondaryShift, statistics);
-}
-
-ShiftEvidence cgEvidence(float shift, const ShiftStatistics& statistics) {
-  return evidenceOf(shift, shift, shift >= kMissingBound, statistics);
+ShiftEvidence compared(float shift, const ShiftStatistics& statistics) {
+  return {shift, false, lnGaussian(shift, statistics.cis), lnGaussian(shift, statistics.trans)};
 }
 
 // Backbone shifts, neighbours, CG: in this order, each factor rounded to single precision.
@@ -204,12 +181,12 @@ CisPrediction predict(const Model& model, const Triplet& triplet) {
     const std::size_t residue = k / kBackboneAtoms;
     const std::size_t atom = k % kBackboneAtoms;
     const ResidueType& type = model.type(triplet.types[residue]);
-    const float secondary = triplet.secondary[residue][atom];
-    const float used = sixDigits(clipped(secondary, type.lowest[atom], type.highest[atom]));
-    evidence.shifts[k] = backboneEvidence(secondary, used, model.shifts[k]);
+    const float used =
+        sixDigits(clipped(triplet.secondary[residue][atom], type.lowest[atom], type.highest[atom]));
+    if (!isMissingSecondary(used)) evidence.shifts[k] = compared(used, model.shifts[k]);
   }
   const std::size_t cg = shiftIndex(0, Atom::CG);
-  evidence.shifts[cg] = cgEvidence(triplet.cg, model.shifts[cg]);
+  if (!isMissingCG(triplet.cg)) evidence.shifts[cg] = compared(triplet.cg, model.shifts[cg]);
   const ResidueType& before = model.type(triplet.types[0]);
   const ResidueType& after = model.type(triplet.types[2]);
   evidence.cisShares = {before.cisBefore, after.cisAfter};

@@ -148,12 +148,10 @@ float referenceShift(const ResidueType& previous, const ResidueType& own, const 
 /// The reference shifts of a residue between its neighbours.
 BackboneValues referenceShifts(const Model& model, char previous, char own, char next);
 
-/// HA of glycine: the mean of HA2 and HA3, the one of them that is below 999, or 9999.
-float glycineHA(float ha2, float ha3);
-/// What an observed shift differs from its reference; 9999 where that is unknown.
-float secondaryShift(float observed, float reference);
-/// The same for HA of glycine, which stays as it is where the reference is unknown.
-float secondaryGlycineHA(float ha, float reference);
+/// HA of glycine: the mean of HA2 and HA3, or the one of them that is below 999; nothing if neither is.
+std::optional<float> glycineHA(float ha2, float ha3);
+/// What the observed shift of an atom differs from its reference; 9999 where it is missing or not used.
+float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference);
 
 /// The observed shift of a backbone atom, for glycine that of its two HA; nothing if there is none.
 std::optional<float> observedShift(const Residue& residue, Atom atom);
@@ -179,8 +177,7 @@ struct Triplet {
 
 /// One shift of a triplet against what cis and trans prolines have. A missing one favours neither.
 struct ShiftEvidence {
-  float secondary = kMissingShift;  ///< before it is brought into its limits; of CG the shift itself
-  float used = kMissingShift;       ///< as it is used
+  float used = kMissingShift;  ///< a secondary shift within its limits; of CG the shift itself
   bool isMissing = true;
   double lnCis = 0;    ///< natural logarithm of its factor of the likelihood of cis, at most 0
   double lnTrans = 0;  ///< the same for trans
@@ -203,10 +200,15 @@ struct CisPrediction {
 /// Whether shifts suffice: at most one residue of a triplet lacks more than three of its six.
 bool hasEnoughShifts(const std::array<int, 3>& missing);
 
-/// A backbone shift as it is used against the statistics of its index.
-ShiftEvidence backboneEvidence(float secondary, float used, const ShiftStatistics& statistics);
-/// The CG shift against its statistics.
-ShiftEvidence cgEvidence(float shift, const ShiftStatistics& statistics);
+/// Whether a secondary shift or the shift of a CG is missing in the prediction.
+constexpr bool isMissingSecondary(float shift) {
+  return shift > kMissingSecondaryShift;
+}
+constexpr bool isMissingCG(float shift) {
+  return shift >= kMissingBound;
+}
+/// A shift that is not missing against its statistics.
+ShiftEvidence compared(float shift, const ShiftStatistics& statistics);
 
 /// The probability of cis under equal odds. Not a number where neither class fits.
 float cisProbability(const ProlineEvidence& evidence);

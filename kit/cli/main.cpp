@@ -65,7 +65,6 @@ int runCommand(int argc, char** argv) {
   app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
   zorvela::addRun(app);
   zorvela::addImport(app);
-  zorvela::addCompare(app);
   zorvela::addAnnotate(app);
   zorvela::addLabel(app);
   zorvela::addTrain(app);

@@ -201,8 +201,9 @@ std::string cell(const std::string& text, const std::string& attributes = "") {
 }
 
 std::string geometry(const StructureFinding& finding) {
-  if (finding.omega) return fixedText(*finding.omega, 0) + "°";
-  return finding.caToCa ? "CA–CA " + fixedText(*finding.caToCa, 1) + " Å" : "–";
+  if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
+  const auto step = meanCaToCa(finding);
+  return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
 }
 
 std::string structureCells(const ProlineResult& proline) {
@@ -250,11 +251,11 @@ std::string bulletList(const std::vector<std::string>& items) {
 }
 
 std::string structures(const ProteinResult& protein) {
-  if (protein.structureChains.empty() && protein.structureNotes.empty()) return "";
+  if (protein.matches.empty() && protein.structureNotes.empty()) return "";
   std::string text = "<h2>Against the structure</h2>\n";
-  if (!protein.structureChains.empty())
-    text += paragraph("Compared with " + enumerated(protein.structureChains, protein.structureChains.size()) +
-                      ".");
+  std::vector<std::string> chains;
+  for (const ChainMatch& match : protein.matches) chains.push_back(toText(match));
+  if (!chains.empty()) text += paragraph("Compared with " + enumerated(chains, chains.size()) + ".");
   return text + (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
 }
 
@@ -303,9 +304,11 @@ std::string indexTable(const std::vector<const ProteinResult*>& chains) {
 }
 
 std::string structureNotes(const RunReport& report) {
-  return report.structureNotes.empty()
-             ? ""
-             : "<h2>Notes on the structures</h2>\n" + bulletList(report.structureNotes);
+  std::vector<std::string> notes;
+  for (const ProteinStructure& structure : report.structures)
+    for (const std::string& note : structure.notes) notes.push_back(structure.file + ": " + note);
+  notes.insert(notes.end(), report.chainsWithoutShifts.begin(), report.chainsWithoutShifts.end());
+  return notes.empty() ? "" : "<h2>Notes on the structures</h2>\n" + bulletList(notes);
 }
 
 /// Chains with something to look at stand open.

@@ -1,6 +1,5 @@
 // The sub-command `compare`: the calls from shifts beside the bonds in structures.
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -40,18 +39,11 @@ struct CompareSettings {
 /// Does the work on one file; what goes wrong with it stays with it.
 template <class Work>
 void guarded(const std::string& file, CompareReport& report, Work work) {
-  std::string message;
   try {
     work();
-    return;
   } catch (const Error& error) {
-    message = error.what();
-  } catch (const std::bad_alloc&) {
-    message = Error(file, 0, "does not fit into memory", "give a smaller file").what();
-  } catch (const std::exception& error) {
-    message = Error(file, 0, std::string("cannot be used: ") + error.what(), "").what();
+    report.errors.push_back({file, error.what()});
   }
-  report.errors.push_back({file, message});
 }
 
 void compareFile(const std::string& file, const ImportOptions& import, Predictor& predictor,

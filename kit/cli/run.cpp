@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -45,45 +44,21 @@ struct RunSettings {
 
 // --- Predicting ---------------------------------------------------------------------------------
 
-/// At most `count`, but at least one: fewer where memory ends.
-std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
-                                      const PredictorOptions& options) {
-  std::vector<Predictor> predictors;
-  predictors.reserve(count);
-  try {
-    while (predictors.size() < count) predictors.emplace_back(tables, options);
-  } catch (const std::bad_alloc&) {
-    if (predictors.empty()) throw;
-  }
-  return predictors;
-}
-
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs. Files for which there is too little memory beside others come
-/// again, one at a time.
+/// does not depend on the number of jobs.
 std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
                                      const std::vector<ProteinStructure>& structures) {
   std::vector<FileReport> reports(settings.files.size());
-  std::vector<Predictor> predictors = makePredictors(
-      std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
-
+  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), reports.size());
+  std::vector<Predictor> predictors;
+  for (std::size_t job = 0; job < jobs; ++job) predictors.emplace_back(tables, settings.predict);
   Progress progress("Predicting", settings.files.size());
-  const auto predictFile = [&](std::size_t item, Predictor& predictor, auto read) {
+  inThreads(reports.size(), jobs, [&](std::size_t item, std::size_t job) {
     const std::string& file = settings.files[item];
-    reports[item] = reportOn(
-        file, [&] { return read(file, settings.import); }, predictor, structures);
-  };
-  const std::vector<std::size_t> notDone =
-      inThreads(reports.size(), predictors.size(), [&](std::size_t item, std::size_t job) {
-        predictFile(item, predictors[job], readInput);
-        if (reports[item].isForScarcity) throw std::bad_alloc();
-        progress.step();
-      });
-  predictors.erase(predictors.begin() + 1, predictors.end());
-  for (const std::size_t item : notDone) {
-    predictFile(item, predictors.front(), readInputAgain);
+    const auto read = [&] { return readInput(file, settings.import); };
+    reports[item] = reportOn(file, read, predictors[job], structures);
     progress.step();
-  }
+  });
   return reports;
 }
 

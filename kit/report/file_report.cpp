@@ -4,7 +4,6 @@
 #include <exception>
 #include <new>
 
-#include "formats/input_bytes.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -22,14 +21,10 @@ FileReport filledReport(const std::string& file, const std::function<void(FileRe
   try {
     fill(report);
     return report;
-  } catch (const ScarcityError& e) {
-    report.isForScarcity = true;
-    report.error = e.what();
   } catch (const Error& e) {
     report.error = e.what();
   } catch (const std::bad_alloc&) {
-    report.isForScarcity = true;
-    report.error = inputError(InputFault::noMemory, file).what();
+    throw;
   } catch (const std::exception& e) {
     report.error = Error(file, 0, std::string("cannot be predicted: ") + e.what(), "").what();
   }

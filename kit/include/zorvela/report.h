@@ -18,11 +18,10 @@ struct FileReport {
   std::vector<ProteinResult> proteins;
   std::string error;
   std::vector<ChainMatch> matches = {};  ///< of structures with these proteins
-  bool isForScarcity = false;            ///< the error: memory or descriptors ended; see `ScarcityError`
 };
 
 /// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of
-/// this file; it ends nothing else.
+/// this file and ends nothing else, but for std::bad_alloc, which is passed on.
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
                     Predictor& predictor);
 /// The same, compared with the structures, if there are any; an exception of that is the file's error as

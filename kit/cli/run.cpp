@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -56,14 +55,12 @@ void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& 
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
   while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
   Progress progress("Predicting", report.files.size());
-  const std::vector<std::size_t> notDone =
-      inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
-        const std::string& file = settings.files[item];
-        report.files[item] = reportOn(
-            file, [&] { return readInput(file, settings.import); }, predictors[job], report.structures);
-        progress.step();
-      });
-  if (!notDone.empty()) throw std::bad_alloc();
+  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
+    const std::string& file = settings.files[item];
+    const auto read = [&] { return readInput(file, settings.import); };
+    report.files[item] = reportOn(file, read, predictors[job], report.structures);
+    progress.step();
+  });
 }
 
 // --- Reporting ----------------------------------------------------------------------------------

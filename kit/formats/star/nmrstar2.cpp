@@ -6,7 +6,6 @@
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
 #include "util/text.h"
-#include "zorvela/error.h"
 
 namespace zorvela {
 
@@ -57,10 +56,7 @@ void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file,
   std::size_t residues = molecule.residues.size();
   for (const auto& [name, other] : molecules) residues += other.residues.size();
   finder.checkResidues(residues);
-  if (molecules.size() == kMostListsOrChains)
-    throw FileError(frame.file().name, 0,
-                    "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
-                    "give the part with the protein only");
+  checkLimit(molecules.size() + 1, limits::kMolecules, finder.file());
   molecules.emplace(nameOf(frame.name(), file.notes), std::move(molecule));
 }
 

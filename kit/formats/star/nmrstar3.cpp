@@ -138,11 +138,7 @@ class Star3Reader {
     }
   }
 
-  void checkEntities() const {
-    if (entities.size() == kMostListsOrChains)
-      throw FileError(path, 0, "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
-                      "give the part with the protein only");
-  }
+  void checkEntities() const { checkLimit(entities.size() + 1, limits::kMolecules, path); }
 
   void readSequences(const StarFrame& frame) {
     const std::string ownEntity = frameValue(frame, "_Entity.ID");

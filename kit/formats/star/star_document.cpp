@@ -83,9 +83,7 @@ class Parser {
 
   void advance() {
     token = tokens.next();
-    if (token.kind != Kind::end && ++wordCount > kMostWords)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostWords) + " words",
-                      "give the part with the sequence and the shifts only");
+    if (token.kind != Kind::end) checkLimit(++wordCount, limits::kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -125,9 +123,7 @@ class Parser {
     const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
     const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
     if (pairs == file.pairs.size() && loops == file.loops.size()) return;
-    if (file.frames.size() == kMostFrames)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostFrames) + " save frames",
-                      "give the part with the sequence and the shifts only");
+    checkLimit(file.frames.size() + 1, limits::kFrames, file.name);
     const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
     file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
                            small(file.loops.size())});
@@ -401,9 +397,7 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
       ++entry.endFrame;
     first = entry.endFrame;
     if (!isEntry(entry)) continue;
-    if (entries.size() == kMostListsOrChains)
-      throw FileError(file->name, 0, "holds more than " + std::to_string(kMostListsOrChains) + " entries",
-                      "split it into several files");
+    checkLimit(entries.size() + 1, limits::kEntries, file->name);
     entries.push_back(std::move(entry));
   }
   if (entries.size() < 2) return {{file, 0, file->frames.size(), {}}};

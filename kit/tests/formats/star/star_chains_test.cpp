@@ -60,7 +60,7 @@ TEST(ChainFinder, StopsAtMoreChainsThanAnyEntryHas) {
 TEST(ChainFinder, StopsAtMoreResiduesThanAnyEntryHas) {
   std::vector<FileChain> chains;
   zorvela::ChainFinder finder(chains, "f");
-  finder.countResidues(zorvela::kMostResidues);
+  finder.countResidues(zorvela::limits::kResidues.most);
   EXPECT_THROW(finder.countResidues(1), zorvela::FileError);
 }
 
@@ -71,7 +71,7 @@ TEST(StarChains, RowsAndBondsEndWhereNoEntryHasMore) {
   EXPECT_THROW(zorvela::reserveRows(list, zorvela::kMostShiftRows + 1, file, "f"), zorvela::FileError);
   file.chains.resize(1);
   zorvela::BondEnds bonds(file.chains, "f");
-  for (std::size_t i = 0; i < zorvela::kMostBondEnds; ++i) bonds.add(0, "1");
+  for (std::size_t i = 0; i < zorvela::limits::kBondEnds.most; ++i) bonds.add(0, "1");
   EXPECT_THROW(bonds.add(0, "1"), zorvela::FileError);
 }
 

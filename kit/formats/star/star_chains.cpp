@@ -252,8 +252,8 @@ void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, c
   list.shifts.reserve(list.shifts.size() + more);
 }
 
-void BondEnds::add(std::size_t chain, const std::string& key) {
-  checkLimit(++count, limits::kBondEnds, fileName);
+void ChainFinder::addBondEnd(std::size_t chain, const std::string& key) {
+  checkLimit(++bondEnds, limits::kBondEnds, fileName);
   chains[chain].disulfides.push_back(key);
 }
 

@@ -414,19 +414,17 @@ std::size_t StarTable::rows() const {
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
 }
 
-std::size_t StarTable::column(std::string_view tag) const {
+StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) const {
+  return {*this, indexOf(tag), otherTag.empty() ? kAbsent : indexOf(otherTag)};
+}
+
+std::size_t StarTable::indexOf(std::string_view tag) const {
   const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
   for (std::size_t i = 0; i < count; ++i) {
     const StarSpan own =
         loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
     if (equalIgnoringCase(source->textOf(own), tag)) return i;
   }
-  return kAbsent;
-}
-
-std::size_t StarTable::columnOfAny(const std::vector<std::string_view>& tags) const {
-  for (const std::string_view tag : tags)
-    if (const std::size_t index = column(tag); index != kAbsent) return index;
   return kAbsent;
 }
 
@@ -438,8 +436,13 @@ std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   return core == "." || core == "?" ? std::string_view() : core;
 }
 
-std::string StarTable::word(std::size_t row, std::size_t column) const {
-  const std::string_view whole = cell(row, column);
+std::string_view StarColumn::cell(std::size_t row) const {
+  const std::string_view own = table->cell(row, first);
+  return own.empty() ? table->cell(row, other) : own;
+}
+
+std::string StarColumn::word(std::size_t row) const {
+  const std::string_view whole = cell(row);
   if (whole.size() <= kLongestWord) return std::string(whole);
   return std::string(whole.substr(0, kLongestWord)) + "...";
 }
@@ -455,7 +458,7 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {
   const StarTable pairs(frame);
-  return pairs.text(0, pairs.column(tag));
+  return pairs.column(tag).text(0);
 }
 
 std::vector<StarFrame> framesOf(const StarEntry& entry) {

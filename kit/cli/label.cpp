@@ -1,10 +1,9 @@
 // The sub-command `label`: labels for training from structures.
 #include <algorithm>
-#include <exception>
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <mutex>
-#include <new>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -60,38 +59,31 @@ bool isVisible(const std::string& name) {
   return name.front() != '.';
 }
 
-/// Files that could not be used, counted and named.
-struct Failures {
-  std::mutex mutex;
-  std::size_t count = 0;
-
-  void add(const std::string& message) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    say(message);
-    ++count;
+/// Counts and names the files that cannot be used.
+class Failures {
+ public:
+  /// Does the work on one file; what is wrong with the file stays with it.
+  template <class Work>
+  void guard(Work work) {
+    try {
+      work();
+    } catch (const Error& error) {
+      say(error.what());
+      ++failed;
+    }
   }
+  std::size_t count() const { return failed; }
+
+ private:
+  std::atomic<std::size_t> failed{0};
 };
-
-/// Does the work on one file; what goes wrong with it stays with it, but for memory that ends.
-template <class Work>
-void guarded(const std::string& file, Failures& failures, Work work) {
-  try {
-    work();
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const Error& error) {
-    failures.add(error.what());
-  } catch (const std::exception& error) {
-    failures.add(Error(file, 0, std::string("cannot be used: ") + error.what(), "").what());
-  }
-}
 
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
   const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isShiftTable);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
-    guarded(file, failures, [&] {
+    failures.guard([&] {
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
@@ -106,14 +98,14 @@ void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& fail
   std::mutex counting;
   Progress progress("Reading structures", files.size());
   inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
-    guarded(files[item], failures, [&] {
-      auto ballots = votes.ballots(readStructureFile(files[item]));
+    failures.guard([&] {
+      const std::vector<Ballot> ballots = votes.ballots(readStructureFile(files[item]));
       const std::lock_guard<std::mutex> lock(counting);
-      votes.count(std::move(ballots));
+      votes.count(ballots);
     });
     progress.step();
   });
-  if (failures.count == files.size())
+  if (failures.count() == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");
 }
@@ -123,16 +115,16 @@ void label(const LabelSettings& settings) {
   inputs.addFolder(settings.entries);
   inputs.addFolder(settings.structures);
   inputs.mustNotHold(settings.output);
-  Failures failures;
-  LabelVotes votes(readEntries(settings.entries, failures), settings.identity);
-  const std::size_t failedEntries = failures.count;
-  failures.count = 0;
-  countVotes(settings, votes, failures);
+  Failures entries;
+  Failures structures;
+  LabelVotes votes(readEntries(settings.entries, entries), settings.identity);
+  countVotes(settings, votes, structures);
   writeWhole(settings.output, [&](std::ostream& out) { votes.write(out); });
   say(std::to_string(votes.labelled()) + " of " + counted(votes.prolines(), "proline", "prolines") + " in " +
       counted(votes.proteinCount(), "protein", "proteins") + " labelled");
-  if (failedEntries + failures.count == 0) return;
-  say(counted(failedEntries + failures.count, "file was", "files were") + " left out");
+  const std::size_t leftOut = entries.count() + structures.count();
+  if (leftOut == 0) return;
+  say(counted(leftOut, "file was", "files were") + " left out");
   throw ReportedFailure();
 }
 

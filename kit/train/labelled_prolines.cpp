@@ -25,8 +25,6 @@ namespace zorvela {
 
 namespace {
 
-const std::string kCorrectLine = "correct or remove the line";
-
 std::optional<Omega> structureLabel(const StrictCsv& csv, const StrictCsv::Row& row, std::size_t column) {
   const std::string& text = row.fields[column];
   if (text.empty()) return std::nullopt;
@@ -180,8 +178,10 @@ std::size_t entryCount(const LabelFile& labels) {
 
 }  // namespace
 
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
-                              const OnStep& onStep) {
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder,
+                              const ReferenceTables& tables, const OnStep& onStep) {
+  ZORVELA run;
+  useTables(tables, run);
   LabelledProlines data;
   data.labels = readLabels(labelsPath);
   const std::size_t entries = entryCount(data.labels);

@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -148,39 +147,30 @@ Exit status: 0 if every file was compared, whatever the verdicts; 1 if one was n
 
 }  // namespace
 
-void addCompare(CLI::App& app) {
+void addCompare(CommandLine& line) {
   const auto settings = std::make_shared<CompareSettings>();
-  CLI::App* command = app.add_subcommand("compare", "Find prolines whose shifts and structure disagree");
-  command->add_option("SHIFTS", settings->shifts)
-      ->required()
-      ->type_name("")
-      ->description("Shift files of any kind that run reads; - is standard input");
-  command->add_option("--structure", settings->structures)
-      ->required()
-      ->type_name("MODEL")
-      ->description("Structures, PDB or mmCIF, also gzipped; one or several, after the shift files");
-  command->add_option("--format", settings->format)
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"table", "csv", "json"}))
-      ->description("default: table");
-  command->add_option("--output", settings->output)
-      ->type_name("FILE")
-      ->description("Write to this file instead of standard output");
-  command->add_option("--tables", settings->tables)
-      ->type_name("DIR")
-      ->description("Folder of the seven reference tables");
-  command->add_option("--chain", settings->import.chains)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the chain of this name in the shift files; may be repeated");
-  command->add_option("--list", settings->import.lists)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the shift list of this name, or all; may be repeated");
-  command->add_flag("--fail-on-disagreement", settings->failOnDisagreement)
-      ->description("End with exit status 1 if a proline disagrees");
-  command->footer(footer());
-  command->callback([settings] { compare(*settings); });
+  Command command = line.addCommand("compare", "Find prolines whose shifts and structure disagree");
+  command.add("SHIFTS", settings->shifts, "", "Shift files of any kind that run reads; - is standard input")
+      .required();
+  command
+      .add("--structure", settings->structures, "MODEL",
+           "Structures, PDB or mmCIF, also gzipped; one or several, after the shift files")
+      .required();
+  command.add("--format", settings->format, {"FORMAT", {"table", "csv", "json"}}, "default: table");
+  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command
+      .add("--chain", settings->import.chains, "NAME",
+           "Only the chain of this name in the shift files; may be repeated")
+      .repeated();
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Only the shift list of this name, or all; may be repeated")
+      .repeated();
+  command.addFlag("--fail-on-disagreement", settings->failOnDisagreement,
+                  "End with exit status 1 if a proline disagrees");
+  command.footer(footer());
+  command.runs([settings] { compare(*settings); });
 }
 
 }  // namespace zorvela

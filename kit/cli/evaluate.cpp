@@ -9,13 +9,11 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/evaluate_referencing.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
-#include "cli/number_option.h"
 #include "cli/reference_tables.h"
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
@@ -199,83 +197,85 @@ void evaluate(const EvaluateSettings& settings) {
 
 }  // namespace
 
-void addEvaluate(CLI::App& app) {
-  auto settings = std::make_shared<EvaluateSettings>();
-  CLI::App* command =
-      app.add_subcommand("evaluate", "Compare predictions with prolines known from structures");
-  command->add_option("--entries", settings->entries, "folder of shift tables, one NAME.tab for each entry")
-      ->required();
+void addEvaluate(CommandLine& line) {
+  const auto settings = std::make_shared<EvaluateSettings>();
+  Command command = line.addCommand("evaluate", "Compare predictions with prolines known from structures");
+  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
+      .required();
   command
-      ->add_option(
-          "--labels", settings->labels,
-          "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster, and label_shift "
-          "(cis, trans, unclear or empty) where CB - CG says so")
-      ->required();
-  CLI::Option* tables = command->add_option("--tables", settings->tables,
-                                            "folder of the seven tables (default: those of zorvela)");
-  CLI::Option* folds =
-      command
-          ->add_option(
-              "--cross-validate", settings->folds,
-              "instead of given tables: train all tables anew without the clusters of each of N folds")
-          ->check(CLI::Range(std::size_t{2}, std::size_t{1000}))
-          ->excludes(tables);
-  CLI::Option* nextShift =
-      command->add_flag("--next-shift", settings->nextShift,
-                        "instead of accuracy: does the expected gain rank first what is worth measuring?");
-  CLI::Option* json =
-      command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
-  command->add_option("--output", settings->output, "file for the figures (default: standard output)");
-  CLI::Option* bootstrap = command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
-                               ->check(CLI::Range(0, 100000))
-                               ->capture_default_str();
-  const std::vector<CLI::Option*> ofAccuracy = {
+      .add("--labels", settings->labels, "FILE",
+           "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster, and label_shift "
+           "(cis, trans, unclear or empty) where CB - CG says so")
+      .required();
+  const Option tables = command.add("--tables", settings->tables, "DIR",
+                                    "Folder of the seven tables; default: those of zorvela");
+  const Option folds =
+      command.add("--cross-validate", settings->folds, {"N", 2, 1000},
+                  "Instead of given tables: train all tables anew without the clusters of each of N folds");
+  folds.excludes(tables);
+  const Option nextShift =
+      command.addFlag("--next-shift", settings->nextShift,
+                      "Instead of accuracy: does the expected gain rank first what is worth measuring?");
+  const Option json =
+      command.addFlag("--json", settings->json, "JSON instead of a table, with the calibration");
+  command.add("--output", settings->output, "FILE", "File for the figures; default: standard output");
+  const Option bootstrap =
+      command.add("--bootstrap", settings->rounds, {"N", 0, 100000}, "Rounds for the intervals");
+  bootstrap.showsDefault();
+  const std::string files = "Files for plots and for a closer look (CSV)";
+  const std::vector<Option> ofAccuracy = {
       json,
-      command->add_option("--predictions", settings->predictions,
-                          "each proline with its label and probabilities"),
-      command->add_option("--roc", settings->roc, "points of the ROC curves"),
-      command->add_option("--calibration", settings->calibration,
-                          "predicted probability against observed share of cis")};
-  for (CLI::Option* option : ofAccuracy)
-    if (option != json) option->group("Files for plots and for a closer look (CSV)");
+      command
+          .add("--predictions", settings->predictions, "FILE",
+               "Each proline with its label and probabilities")
+          .group(files),
+      command.add("--roc", settings->roc, "FILE", "Points of the ROC curves").group(files),
+      command
+          .add("--calibration", settings->calibration, "FILE",
+               "Predicted probability against observed share of cis")
+          .group(files)};
   const std::string offsets = "Wrong referencing";
-  const std::vector<CLI::Option*> ofShifts = {
+  const std::vector<Option> ofShifts = {
       command
-          ->add_option("--add-13c", settings->carbonAdded, "ppm added to CA, CB, C and CG before predicting")
-          ->check(numberFrom(-kLargestOffset, kLargestOffset)),
-      command->add_option("--add-ha", settings->protonAdded, "ppm added to HA before predicting")
-          ->check(numberFrom(-kLargestOffset, kLargestOffset)),
-      command->add_flag("--rereference", settings->rereference,
-                        "take away offsets that call for a correction before predicting")};
-  for (CLI::Option* option : ofShifts) option->group(offsets);
-  CLI::Option* referencing =
+          .add("--add-13c", settings->carbonAdded, {"PPM", -kLargestOffset, kLargestOffset},
+               "Added to CA, CB, C and CG before predicting")
+          .group(offsets),
       command
-          ->add_flag("--referencing", settings->referencing,
-                     "instead of predictions: how often a correction is called for, as the entries are and "
-                     "with offsets added")
-          ->group(offsets);
+          .add("--add-ha", settings->protonAdded, {"PPM", -kLargestOffset, kLargestOffset},
+               "Added to HA before predicting")
+          .group(offsets),
+      command
+          .addFlag("--rereference", settings->rereference,
+                   "Take away offsets that call for a correction before predicting")
+          .group(offsets)};
+  const Option referencing =
+      command
+          .addFlag("--referencing", settings->referencing,
+                   "Instead of predictions: how often a correction is called for, as the entries are and "
+                   "with offsets added")
+          .group(offsets);
   command
-      ->add_option("--relations", settings->relations,
-                   "with --referencing: file for the constants of the estimate, fitted to the entries")
-      ->needs(referencing)
-      ->group(offsets);
+      .add("--relations", settings->relations, "FILE",
+           "With --referencing: file for the constants of the estimate, fitted to the entries")
+      .needs(referencing)
+      .group(offsets);
   // What would not be looked at is refused, so that nobody waits for a file that is never written.
-  for (CLI::Option* option : ofAccuracy) nextShift->excludes(option);
-  for (CLI::Option* option : ofAccuracy) referencing->excludes(option);
-  for (CLI::Option* option : ofShifts) referencing->excludes(option);
-  for (CLI::Option* option : {folds, nextShift, bootstrap}) referencing->excludes(option);
-  std::vector<CLI::Option*> forFolds = addTrainingOptions(*command, settings->choices);
-  const auto addSource = [&](const char* name, std::string& path, const char* description) {
-    forFolds.push_back(command->add_option(name, path, description)
-                           ->group("Published data for --cross-validate (default: beside the labels)"));
+  for (const Option option : ofAccuracy) nextShift.excludes(option);
+  for (const Option option : ofAccuracy) referencing.excludes(option);
+  for (const Option option : ofShifts) referencing.excludes(option);
+  for (const Option option : {folds, nextShift, bootstrap}) referencing.excludes(option);
+  std::vector<Option> forFolds = addTrainingOptions(command, settings->choices);
+  const auto addSource = [&](const char* name, std::string& path, const char* text) {
+    forFolds.push_back(command.add(name, path, "FILE", text)
+                           .group("Published data for --cross-validate (default: beside the labels)"));
   };
   addSource("--neighbours", settings->published.neighbours, "CSV of counts (proline_neighbour_counts.csv)");
   addSource("--random-coil", settings->published.randomCoil,
             "CSV of random-coil shifts (random_coil/nielsen_mulder_2018.csv)");
   addSource("--neighbour-effects", settings->published.neighbourEffects,
             "CSV of neighbour effects (random_coil/nielsen_mulder_2018_neighbours.csv)");
-  for (CLI::Option* option : forFolds) option->needs(folds);
-  command->callback([settings] { evaluate(*settings); });
+  for (const Option option : forFolds) option.needs(folds);
+  command.runs([settings] { evaluate(*settings); });
 }
 
 }  // namespace zorvela

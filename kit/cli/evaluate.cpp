@@ -58,9 +58,9 @@ ReferenceTables chosenTables(const EvaluateSettings& settings) {
 
 void write(const EvaluateSettings& settings, const Evaluation& result, const LabelledProlines& data) {
   const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);
-  const std::string origin =
-      settings.folds == 0 ? findTables(settings.tables)
-                          : "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters";
+  const std::string origin = settings.folds == 0 ? findTables(settings.tables)
+                                                 : "trained anew in each of " +
+                                                       std::to_string(settings.folds) + " folds of clusters";
   const auto writeTo = [](const std::string& path, const std::function<void(std::ostream&)>& write) {
     if (!path.empty()) writeWhole(path, write);
   };
@@ -80,7 +80,6 @@ void evaluate(const EvaluateSettings& settings) {
   const ReferenceTables tables = chosenTables(settings);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
-  sayLeftOut(data);
   const FoldModels models = settings.folds == 0 ? oneModel(tables, data)
                                                 : trainFolds(tables, data, settings.folds, settings.choices,
                                                              progressBar("Cross-validating"));
@@ -113,8 +112,8 @@ void addEvaluate(CLI::App& app) {
   command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
   command->add_option("--output", settings->output, "file for the figures (default: standard output)");
   command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
-                               ->check(CLI::Range(0, 100000))
-                               ->capture_default_str();
+      ->check(CLI::Range(0, 100000))
+      ->capture_default_str();
   const auto addFile = [&](const char* name, std::string& path, const char* description) {
     command->add_option(name, path, description)->group("Files for plots and for a closer look (CSV)");
   };

@@ -7,10 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/messages.h"
 #include "cli/number_option.h"
 #include "cli/progress.h"
-#include "util/text.h"
 
 namespace zorvela {
 
@@ -58,12 +56,6 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
           ->capture_default_str()};
   for (CLI::Option* option : options) option->group("Choices in training");
   return options;
-}
-
-void sayLeftOut(const LabelledProlines& data) {
-  if (data.notFinite > 0)
-    say("note: " + counted(data.notFinite, "shift that is", "shifts that are") +
-        " no finite number left out (nan, inf)");
 }
 
 OnStep progressBar(const std::string& what) {

@@ -19,7 +19,4 @@ std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices&
 /// A progress bar for long work of the training library.
 OnStep progressBar(const std::string& what);
 
-/// A note where shifts of the entries were left out.
-void sayLeftOut(const LabelledProlines& data);
-
 }  // namespace zorvela

@@ -204,9 +204,7 @@ class TrainingInputs(InFolder):
                 self.assertFalse(os.path.exists(self.data.path("tab")))
         evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
         label = ["label", "--entries", self.data.path("entries"), "--structures", self.folder, "--output", "-"]
-        for command, option, values in ((evaluate, "--add-13c", ("nan", "inf", "1e30", "1,5")),
-                                        (evaluate, "--add-ha", ("nan", "-inf")),
-                                        (evaluate, "--bootstrap", ("nan", "-1")),
+        for command, option, values in ((evaluate, "--bootstrap", ("nan", "-1")),
                                         (label, "--identity", ("nan", "inf", "49"))):
             for value in values:
                 with self.subTest(option=option, value=value):

@@ -326,7 +326,7 @@ std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& cla
              svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
   }
   for (const Point& point : rug) {
-    marks += rugMark(point) + svgSmallVerdict(verdictOf(*point.proline), point.x, kRugMark) + "\n";
+    marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMark, true) + "\n";
   }
   std::vector<Point> all = points;
   all.insert(all.end(), rug.begin(), rug.end());

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <filesystem>
 #include <memory>
-#include <new>
 #include <set>
 #include <string>
 #include <system_error>
@@ -92,14 +91,12 @@ void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& 
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
   while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
   Progress progress("Predicting", report.files.size());
-  const std::vector<std::size_t> notDone =
-      inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
-        const std::string& file = settings.files[item];
-        report.files[item] = reportOn(
-            file, [&] { return readInput(file, settings.import); }, predictors[job], report.structures);
-        progress.step();
-      });
-  if (!notDone.empty()) throw std::bad_alloc();
+  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
+    const std::string& file = settings.files[item];
+    const auto read = [&] { return readInput(file, settings.import); };
+    report.files[item] = reportOn(file, read, predictors[job], report.structures);
+    progress.step();
+  });
 }
 
 // --- Reporting ----------------------------------------------------------------------------------

@@ -8,8 +8,7 @@
 #include <system_error>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -205,54 +204,44 @@ Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was 
 
 }  // namespace
 
-void addRun(CLI::App& app) {
+void addRun(CommandLine& line) {
   const auto settings = std::make_shared<RunSettings>();
-  CLI::App* command = app.add_subcommand("run", "Predict the prolines of any shift files");
-  command->add_option("FILE", settings->files)
-      ->required()
-      ->type_name("")
-      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
-  command->add_option("--format", settings->format)
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember(formatNames()))
-      ->description("default: " + settings->format);
-  command->add_option("--output", settings->output)
-      ->type_name("FILE")
-      ->description("Write to this file instead of standard output");
-  CLI::Option* structure =
-      command->add_option("--structure", settings->structures)
-          ->type_name("MODEL")
-          ->description("Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
-  command->add_flag("--fail-on-disagreement", settings->failOnDisagreement)
-      ->needs(structure)
-      ->description("End with exit status 1 if the structure of a proline disagrees");
-  CLI::Option* explain =
-      command->add_flag("--explain", settings->explain)
-          ->description("Below each proline: what speaks for cis and for trans, and what to measure next");
-  command->add_option("--residue", settings->residues)
-      ->type_name("N")
-      ->allow_extra_args(false)
-      ->needs(explain)
-      ->description("Explain only prolines of this number; may be repeated");
-  command->add_option("--tables", settings->tables)
-      ->type_name("DIR")
-      ->description("Folder of the seven reference tables");
-  command->add_flag("--rereference", settings->predict.rereference)
-      ->description("Take away referencing offsets that call for a correction before predicting");
-  command->add_option("--chain", settings->import.chains)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the chain of this name; may be repeated");
-  command->add_option("--list", settings->import.lists)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the shift list of this name, or all; may be repeated");
-  command->add_option("--jobs", settings->jobs)
-      ->type_name("N")
-      ->check(CLI::Range(1, kMostJobs))
-      ->description("Files worked on at the same time; default: one for each core");
-  command->footer(footer());
-  command->callback([settings] { run(*settings); });
+  Command command = line.addCommand("run", "Predict the prolines of any shift files");
+  command
+      .add("FILE", settings->files, "",
+           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+      .required();
+  command.add(
+      "--format", settings->format, {"FORMAT", formatNames()},
+      "table to read, csv for spreadsheets, json for programs, html to look at and to print; default: " +
+          settings->format);
+  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+  const Option structure =
+      command.add("--structure", settings->structures, "MODEL",
+                  "Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
+  command
+      .addFlag("--fail-on-disagreement", settings->failOnDisagreement,
+               "End with exit status 1 if the structure of a proline disagrees")
+      .needs(structure);
+  const Option explain =
+      command.addFlag("--explain", settings->explain,
+                      "Below each proline: what speaks for cis and for trans, and what to measure next");
+  command.add("--residue", settings->residues, "N", "Explain only prolines of this number; may be repeated")
+      .repeated()
+      .needs(explain);
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--rereference", settings->predict.rereference,
+                  "Take away referencing offsets that call for a correction before predicting");
+  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
+      .repeated();
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts")
+      .repeated();
+  command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
+              "Files worked on at the same time; default: one for each core");
+  command.footer(footer());
+  command.runs([settings] { run(*settings); });
 }
 
 }  // namespace zorvela

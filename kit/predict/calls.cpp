@@ -1,56 +1,14 @@
 // From a probability to a word.
 #include "zorvela/calls.h"
 
+#include <array>
 #include <cmath>
 
 namespace zorvela {
 
 std::string toText(Call call) {
-  switch (call) {
-    case Call::cis:
-      return "cis";
-    case Call::trans:
-      return "trans";
-    case Call::undecided:
-      return "undecided";
-    case Call::none:
-      break;
-  }
-  return "none";
-}
-
-std::string toText(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::agree:
-      return "agree";
-    case Verdict::disagree:
-      return "disagree";
-    case Verdict::undecided:
-      return "undecided by shifts";
-    case Verdict::mixed:
-      return "mixed models";
-    case Verdict::noPrediction:
-      return "no prediction";
-    case Verdict::notInStructure:
-      break;
-  }
-  return "not in the structure";
-}
-
-std::string toText(StructureCall call) {
-  switch (call) {
-    case StructureCall::cis:
-      return "cis";
-    case StructureCall::trans:
-      return "trans";
-    case StructureCall::twisted:
-      return "twisted";
-    case StructureCall::mixed:
-      return "mixed";
-    case StructureCall::none:
-      break;
-  }
-  return "none";
+  static const std::array<const char*, 4> kNames = {"cis", "trans", "undecided", "none"};
+  return kNames.at(static_cast<std::size_t>(call));
 }
 
 Call callOf(float pCisNorm) {

@@ -68,11 +68,11 @@ class Inputs(InFolder):
         entry, model = self.put("entries/a.tab", "entry\n"), self.put("models/a.pdb", "model\n")
         table = self.path("tab/rcadj.tab")
         label = ["label", "--entries", self.path("entries"), "--structures", self.path("models")]
-        run = ["run", "--format", "html", entry, "--structure", model, "--tables", self.path("tab")]
+        run = ["run", entry, "--structure", model, "--tables", self.path("tab")]
         annotate = ["annotate", entry, "--tables", self.path("tab")]
         for command, outputs in ((label, (entry, model)), (run, (entry, model, table)), (annotate, (entry, table))):
             for output in outputs:
-                with self.subTest(command=command[0], output=output):
+                with self.subTest(command=command, output=output):
                     kept = os.path.relpath(output, self.folder)
                     self.check_refused(program.kit(*command, "--output", output), output, {kept: self.read(kept)})
 
@@ -179,9 +179,7 @@ class TrainingInputs(InFolder):
                 self.assertFalse(os.path.exists(self.data.path("tab")))
         evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
         label = ["label", "--entries", self.data.path("entries"), "--structures", self.folder, "--output", "-"]
-        for command, option, values in ((evaluate, "--add-13c", ("nan", "inf", "1e30", "1,5")),
-                                        (evaluate, "--add-ha", ("nan", "-inf")),
-                                        (evaluate, "--bootstrap", ("nan", "-1")),
+        for command, option, values in ((evaluate, "--bootstrap", ("nan", "-1")),
                                         (label, "--identity", ("nan", "inf", "49"))):
             for value in values:
                 with self.subTest(option=option, value=value):

@@ -13,10 +13,8 @@ class ReportedFailure : public std::exception {};
 
 /// Any shift file to a shift table.
 void addImport(CommandLine& line);
-/// Import, predict and collect, for one file or thousands.
+/// Import, predict, compare with structures and collect, for one file or thousands.
 void addRun(CommandLine& line);
-/// Shifts against structures.
-void addCompare(CommandLine& line);
 /// The calls written into a NEF file.
 void addAnnotate(CommandLine& line);
 /// Labels for training from structures.

@@ -1,10 +1,9 @@
 // The sub-command `label`: labels for training from structures.
 #include <algorithm>
-#include <exception>
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <mutex>
-#include <new>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -58,52 +57,31 @@ bool isVisible(const std::string& name) {
   return name.front() != '.';
 }
 
-/// Files that could not be used, counted and named.
-struct Failures {
-  std::mutex mutex;
-  std::size_t count = 0;
-
-  void add(const std::string& message) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    say(message);
-    ++count;
+/// Counts and names the files that cannot be used.
+class Failures {
+ public:
+  /// Does the work on one file; what is wrong with the file stays with it.
+  template <class Work>
+  void guard(Work work) {
+    try {
+      work();
+    } catch (const Error& error) {
+      say(error.what());
+      ++failed;
+    }
   }
+  std::size_t count() const { return failed; }
+
+ private:
+  std::atomic<std::size_t> failed{0};
 };
-
-/// Does the work on one file; what goes wrong with it stays with it, but for memory or descriptors that end.
-template <class Work>
-void guarded(const std::string& file, Failures& failures, Work work) {
-  try {
-    work();
-  } catch (const ScarcityError&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const Error& error) {
-    failures.add(error.what());
-  } catch (const std::exception& error) {
-    failures.add(Error(file, 0, std::string("cannot be used: ") + error.what(), "").what());
-  }
-}
-
-/// The same; memory or descriptors that end are an error of the file as well.
-template <class Work>
-void guardedAlone(const std::string& file, Failures& failures, Work work) {
-  try {
-    guarded(file, failures, work);
-  } catch (const ScarcityError& error) {
-    failures.add(error.what());
-  } catch (const std::bad_alloc&) {
-    failures.add(Error(file, 0, "does not fit into memory", "give a smaller file").what());
-  }
-}
 
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
   const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isShiftTable);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
-    guardedAlone(file, failures, [&] {
+    failures.guard([&] {
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
@@ -112,27 +90,20 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   return proteins;
 }
 
-/// Each job takes the next file that nobody has and holds one structure at a time. Those for which there is
-/// too little memory beside others come again, one at a time.
+/// Each job takes the next file that nobody has and holds one structure at a time.
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
   const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
   std::mutex counting;
   Progress progress("Reading structures", files.size());
-  const auto countFile = [&](const std::string& file) {
-    auto ballots = votes.ballots(readStructureFile(file));
-    const std::lock_guard<std::mutex> lock(counting);
-    votes.count(std::move(ballots));
-  };
-  const std::vector<std::size_t> notDone =
-      inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
-        guarded(files[item], failures, [&] { countFile(files[item]); });
-        progress.step();
-      });
-  for (const std::size_t item : notDone) {
-    guardedAlone(files[item], failures, [&] { countFile(files[item]); });
+  inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
+    failures.guard([&] {
+      const std::vector<Ballot> ballots = votes.ballots(readStructureFile(files[item]));
+      const std::lock_guard<std::mutex> lock(counting);
+      votes.count(ballots);
+    });
     progress.step();
-  }
-  if (failures.count == files.size())
+  });
+  if (failures.count() == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");
 }
@@ -142,16 +113,16 @@ void label(const LabelSettings& settings) {
   inputs.addFolder(settings.entries);
   inputs.addFolder(settings.structures);
   inputs.mustNotHold(settings.output);
-  Failures failures;
-  LabelVotes votes(readEntries(settings.entries, failures), settings.identity);
-  const std::size_t failedEntries = failures.count;
-  failures.count = 0;
-  countVotes(settings, votes, failures);
+  Failures entries;
+  Failures structures;
+  LabelVotes votes(readEntries(settings.entries, entries), settings.identity);
+  countVotes(settings, votes, structures);
   writeWhole(settings.output, [&](std::ostream& out) { votes.write(out); });
   say(std::to_string(votes.labelled()) + " of " + counted(votes.prolines(), "proline", "prolines") + " in " +
       counted(votes.proteinCount(), "protein", "proteins") + " labelled");
-  if (failedEntries + failures.count == 0) return;
-  say(counted(failedEntries + failures.count, "file was", "files were") + " left out");
+  const std::size_t leftOut = entries.count() + structures.count();
+  if (leftOut == 0) return;
+  say(counted(leftOut, "file was", "files were") + " left out");
   throw ReportedFailure();
 }
 

@@ -73,10 +73,8 @@ void checkOutputs(const TrainSettings& settings) {
 void train(const TrainSettings& settings) {
   checkOutputs(settings);
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
-  ZORVELA run;
-  useTables(tables, run);
   const LabelledProlines data =
-      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
+      readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
   sayLeftOut(data);
   trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
               std::vector<bool>(data.windows.size(), true), settings.choices);

@@ -10,35 +10,17 @@
 #include <utility>
 
 #include "train/metrics.h"
-#include "train/statistics_tools.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
-// --- Predicting -----------------------------------------------------------------------------------
+// --- Training and predicting ----------------------------------------------------------------------
 
 namespace {
 
 // Seed of the folds; any number does, but always the same one.
 constexpr std::uint64_t kFoldSeed = 20;
-
-/// Predicts the labels that are marked, entry by entry.
-void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted,
-             const PredictionVisitor& visit, Predictions& out) {
-  std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
-  for (std::size_t i = 0; i < wanted.size(); ++i)
-    if (wanted[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
-  for (std::size_t e = 0; e < byEntry.size(); ++e) {
-    if (byEntry[e].empty()) continue;
-    EntryView view(run, data.entries[e]);
-    for (const std::size_t i : byEntry[e]) {
-      view.focus(data.labels.prolines[i].resid);
-      out[i] = run.predictProline(data.labels.prolines[i].resid);
-      if (visit && out[i]) visit(i, run, *out[i]);
-    }
-  }
-}
 
 /// Number of each label's cluster, from 0 in order of first appearance.
 std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
@@ -50,8 +32,8 @@ std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_
   return ofLabel;
 }
 
-/// Deals the clusters out to the folds in random order.
-std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) {
+/// The fold of each cluster: they are dealt out in random order.
+std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
   std::vector<std::size_t> order(clusters);
   for (std::size_t i = 0; i < clusters; ++i) order[i] = i;
   Draw draw(kFoldSeed);
@@ -61,51 +43,62 @@ std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) 
   return fold;
 }
 
-/// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
-void predictFold(const ReferenceTables& published, const LabelledProlines& data,
-                 const LabelledProlines& asked, const std::vector<bool>& inFold,
-                 const TrainingChoices& choices, const PredictionVisitor& visit, Predictions& out) {
+/// Trains on all entries, clusters and windows that are not in the fold.
+ReferenceTables trainedWithout(std::size_t fold, const std::vector<std::size_t>& foldOf,
+                               const ReferenceTables& published, const LabelledProlines& data,
+                               const TrainingChoices& choices) {
   std::vector<bool> useEntry(data.entries.size(), true);
   std::set<std::string> windows;
-  for (std::size_t i = 0; i < inFold.size(); ++i) {
-    if (!inFold[i]) continue;
+  for (std::size_t i = 0; i < foldOf.size(); ++i) {
+    if (foldOf[i] != fold) continue;
     useEntry[data.entryOf[i]] = false;
     windows.insert(data.windows[i]);
   }
-  std::vector<bool> useLabel(inFold.size());
-  for (std::size_t i = 0; i < inFold.size(); ++i)
-    useLabel[i] = !inFold[i] && useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
-
+  std::vector<bool> useLabel(foldOf.size());
+  for (std::size_t i = 0; i < foldOf.size(); ++i)
+    useLabel[i] = useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
   ReferenceTables tables = published;
   trainTables(tables, data, useEntry, useLabel, choices);
-  ZORVELA run;
-  useTables(tables, run);
-  predict(run, asked, inFold, visit, out);
+  return tables;
 }
 
 }  // namespace
 
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit) {
-  Predictions out(data.windows.size());
-  predict(run, data, std::vector<bool>(data.windows.size(), true), visit, out);
-  return out;
+FoldModels oneModel(const ReferenceTables& tables, const LabelledProlines& data) {
+  return {{tables}, std::vector<std::size_t>(data.windows.size(), 0)};
 }
 
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
-                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep, const PredictionVisitor& visit) {
+FoldModels trainFolds(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
+                      const TrainingChoices& choices, const OnStep& onStep) {
   std::size_t clusters = 0;
-  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
+  const std::vector<std::size_t> clusterOf = clusterNumbers(data, clusters);
   if (clusters < folds)
     throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
                 "ask for fewer folds with --cross-validate");
-  const std::vector<std::size_t> fold = foldOfCluster(clusters, folds);
-  Predictions out(cluster.size());
-  for (std::size_t f = 0; f < folds; ++f) {
-    std::vector<bool> inFold(cluster.size());
-    for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
-    predictFold(published, data, asked, inFold, choices, visit, out);
-    if (onStep) onStep(f + 1, folds);
+  const std::vector<std::size_t> foldOfCluster = dealtOut(clusters, folds);
+  FoldModels models;
+  for (const std::size_t cluster : clusterOf) models.foldOf.push_back(foldOfCluster[cluster]);
+  for (std::size_t fold = 0; fold < folds; ++fold) {
+    models.tables.push_back(trainedWithout(fold, models.foldOf, published, data, choices));
+    if (onStep) onStep(fold + 1, folds);
+  }
+  return models;
+}
+
+Predictions predictAll(const FoldModels& models, const LabelledProlines& data,
+                       const PredictionVisitor& visit) {
+  Predictions out(data.windows.size());
+  for (std::size_t fold = 0; fold < models.tables.size(); ++fold) {
+    ZORVELA run;
+    useTables(models.tables[fold], run);
+    for (std::size_t i = 0; i < out.size(); ++i) {
+      const ProlineLabel& label = data.labels.prolines[i];
+      if (models.foldOf[i] != fold || !label.structure) continue;
+      EntryView view(run, data.entry(i));
+      view.focus(label.resid);
+      out[i] = run.predictProline(label.resid);
+      if (visit && out[i]) visit(i, run, *out[i]);
+    }
   }
   return out;
 }

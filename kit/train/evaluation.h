@@ -46,16 +46,25 @@ using Predictions = std::vector<std::optional<ProlinePrediction>>;
 using PredictionVisitor =
     std::function<void(std::size_t label, ZORVELA& run, const ProlinePrediction& prediction)>;
 
-/// Predicts all labels by structure with the tables of the run object.
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit = {});
+/// What predicts each label: a model for each fold.
+struct FoldModels {
+  std::vector<ReferenceTables> tables;
+  std::vector<std::size_t> foldOf;  ///< by label
+};
 
-/// Predicts each label by structure with tables that are trained without its fold: clusters are dealt out to
-/// the folds, and entries and windows of a fold are left out together with its clusters. `data` trains,
-/// `asked`, which differs from it in shifts alone, is predicted. Error if there are fewer clusters than
-/// folds, or a fold leaves no cis or no trans to train on. A step is a fold.
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
-                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep = {}, const PredictionVisitor& visit = {});
+/// Makes the same tables predict all labels.
+FoldModels oneModel(const ReferenceTables& tables, const LabelledProlines& data);
+
+/// Trains tables for each fold without it: clusters are dealt out to the folds, and entries and windows of a
+/// fold are left out together with its clusters. Error if there are fewer clusters than folds, or a fold
+/// leaves no cis or no trans to train on. A step is a fold.
+FoldModels trainFolds(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
+                      const TrainingChoices& choices, const OnStep& onStep = {});
+
+/// Predicts all labels by structure. `data` may have other shifts than those that the models were trained
+/// on.
+Predictions predictAll(const FoldModels& models, const LabelledProlines& data,
+                       const PredictionVisitor& visit = {});
 
 /// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
 /// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the

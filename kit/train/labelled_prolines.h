@@ -10,6 +10,7 @@
 
 #include "ZORVELA.h"
 #include "predict/secondary_shifts.h"
+#include "predict/tables.h"
 
 namespace zorvela {
 
@@ -65,11 +66,10 @@ struct LabelledProlines {
 /// Called after each step of long work with how many are done, of how many.
 using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Reads the labels and, from `folder`, the shift table of each entry; `run` holds the random-coil
-/// tables by which the program makes secondary shifts. Error, with the line of the labels, for an
+/// Reads the labels and, from `folder`, the shift table of each entry; `tables` have the random-coil shifts. Error, with the line of the labels, for an
 /// entry without a file and for a label of a residue that is no proline. A step is an entry.
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
-                              const OnStep& onStep = {});
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder,
+                              const ReferenceTables& tables, const OnStep& onStep = {});
 
 /// Puts an entry back into a run object, so that its triplets, predictions and offsets can be asked for. Only
 /// residues that are asked for have rows: call `focus` before each question on a proline.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <utility>
@@ -126,7 +127,7 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
     const auto found = std::find(kAtoms.begin(), kAtoms.end(), row.fields[atom]);
     if (found == kAtoms.end())
       csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN",
-               "correct or remove the line");
+               kCorrectLine);
     if (!seen.emplace(row.fields[type], row.fields[atom]).second)
       failTwice(csv, row, row.fields[atom] + " beside " + row.fields[type]);
     const auto k = static_cast<std::size_t>(found - kAtoms.begin());
@@ -154,7 +155,7 @@ std::map<std::string, Counts> readCounts(const StrictCsv& csv) {
     const std::string& name = row.fields[type];
     if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
       csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types",
-               "correct or remove the line");
+               kCorrectLine);
     const auto [found, isNew] = counts.try_emplace(name);
     if (!isNew) failTwice(csv, row, name);
     for (std::size_t i = 0; i < kShareColumns.size(); ++i) {
@@ -216,6 +217,17 @@ GDB sequenceTable(const std::string& path, int pseudocount) {
 }
 
 }  // namespace
+
+PublishedData besideLabels(PublishedData published, const std::string& labels) {
+  const std::filesystem::path folder = std::filesystem::path(labels).parent_path();
+  const auto fill = [&](std::string& path, const char* name) {
+    if (path.empty()) path = (folder / name).string();
+  };
+  fill(published.neighbours, "proline_neighbour_counts.csv");
+  fill(published.randomCoil, "random_coil/nielsen_mulder_2018.csv");
+  fill(published.neighbourEffects, "random_coil/nielsen_mulder_2018_neighbours.csv");
+  return published;
+}
 
 ReferenceTables publishedTables(const PublishedData& data, int pseudocount) {
   ReferenceTables tables;

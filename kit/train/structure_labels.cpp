@@ -65,6 +65,14 @@ void add(const StructureResidue& residue, const std::string& chain, const ChainA
   tally.aligned = alignment.aligned;
 }
 
+/// By identity, then by length; of equals the first by name.
+bool fitsBetter(const Ballot& ballot, const ProlineVotes& than) {
+  if (than.best.empty()) return true;
+  if (ballot.identity != than.bestIdentity) return ballot.identity > than.bestIdentity;
+  if (ballot.aligned != than.bestAligned) return ballot.aligned > than.bestAligned;
+  return ballot.structure < than.best;
+}
+
 const char* tierText(Tier tier) {
   if (tier == Tier::identical) return "ident";
   return tier == Tier::homologous ? "homol" : "";
@@ -120,7 +128,7 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
@@ -148,8 +156,8 @@ std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& stru
   return result;
 }
 
-void LabelVotes::count(std::vector<Ballot> cast) {
-  for (Ballot& ballot : cast) {
+void LabelVotes::count(const std::vector<Ballot>& ballots) {
+  for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
     if (ballot.tier < proline.tier) continue;
     if (ballot.tier > proline.tier) {
@@ -159,12 +167,8 @@ void LabelVotes::count(std::vector<Ballot> cast) {
       proline.tier = ballot.tier;
     }
     ++(ballot.isCis ? proline.cis : proline.trans);
-    const auto rank = [](double identity, std::size_t aligned) { return std::make_pair(identity, aligned); };
-    const auto before = rank(proline.bestIdentity, proline.bestAligned);
-    const auto now = rank(ballot.identity, ballot.aligned);
-    if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best))
-      continue;
-    proline.best = std::move(ballot.structure);
+    if (!fitsBetter(ballot, proline)) continue;
+    proline.best = ballot.structure;
     proline.bestIdentity = ballot.identity;
     proline.bestAligned = ballot.aligned;
   }

@@ -10,7 +10,6 @@
 #include <string>
 #include <utility>
 
-#include "train/statistics_tools.h"
 #include "train/table_cells.h"
 #include "util/robust.h"
 #include "zorvela/error.h"

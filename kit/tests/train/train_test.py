@@ -287,8 +287,8 @@ class Train(folder.InFolder):
         for line, cause in (
                 ("c3,5,cis,,c3,more\n", "6 fields where the header has 5" + remedy),
                 ("c3\n", "1 field where the header has 5" + remedy),
-                ("c3,five,cis,,c3\n", 'resid is "five", no whole number' + remedy),
-                ("c3,99999999999,cis,,c3\n", 'resid is "99999999999", no whole number' + remedy),
+                ("c3,five,cis,,c3\n", 'resid is "five", not a whole number' + remedy),
+                ("c3,99999999999,cis,,c3\n", 'resid is "99999999999", not a whole number' + remedy),
                 ("c3,5,sis,,c3\n", 'label_structure is "sis", not cis, trans or empty' + remedy),
                 ("c3,5,cis,maybe,c3\n", 'label_shift is "maybe", not cis, trans, unclear or empty' + remedy),
                 ("c3,5,cis,,\n", "cluster is empty; give each protein a cluster"),
@@ -333,9 +333,9 @@ class Train(folder.InFolder):
                 for name in ("coil.csv", "effects.csv", "counts.csv")}
         for name, text, cause in (
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,x,8\n",
-                 ':2: CB is "x", no number; correct or remove the line'),
+                 ':2: CB is "x", not a number; correct or remove the line'),
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,nan,8\n",
-                 ':2: CB is "nan", no number; correct or remove the line'),
+                 ':2: CB is "nan", not a number; correct or remove the line'),
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,30,8\n",
                  ": has no line for residue type C; add the line"),
                 ("effects.csv", "neighbour,atom,nbr_at_i-1,nbr_at_i+1\nA,CD,0,0\n",

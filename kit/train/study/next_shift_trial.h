@@ -48,14 +48,13 @@ struct TrialFigures {
   double kept = 0;      ///< ... and by how much the log loss fell (bits)
 };
 
-struct Trial {
+struct NextShiftTrial {
   TrialFigures all;
   TrialFigures undecided;  ///< only the starts that are undecided
 };
 
-/// Hides each shift with a chance of one half, `rounds` times for each proline, and gives back up to `steps`.
-/// The same seed gives the same figures on every machine.
-Trial tryNextShifts(const std::vector<TrialProline>& prolines, std::size_t steps, int rounds,
-                    int bootstrapRounds, std::uint64_t seed);
+/// Hides each shift with a chance of one half, `rounds` times for each proline, and gives back up to four.
+/// The same prolines give the same figures on every machine.
+NextShiftTrial tryNextShifts(const std::vector<TrialProline>& prolines, int rounds, int bootstrapRounds);
 
 }  // namespace zorvela

@@ -140,7 +140,7 @@ FoundOffsets byLine(ZORVELA& run, const EntryShifts& chain) {
   EntryView view(run, chain);
   view.showAll();
   FoundOffsets found;
-  const std::vector<ReferencingOffset> offsets = run.referencingOffsets();
+  const auto offsets = run.referencingOffsets();
   for (std::size_t i = 0; i < found.size(); ++i)
     found[i] = {offsets[i].offset, offsets[i].error,
                 offsets[i].recommended && std::isfinite(offsets[i].offset)};

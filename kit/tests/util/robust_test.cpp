@@ -1,12 +1,10 @@
 // Median, percentile and trimmed sample; expected values are worked out by hand in the comments.
-#include "train/statistics_tools.h"
+#include "util/robust.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
-
-#include "util/robust.h"
 
 namespace {
 

@@ -79,7 +79,6 @@ void evaluate(const EvaluateSettings& settings) {
   const ReferenceTables tables = chosenTables(settings);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
-  sayLeftOut(data);
   const FoldModels models = settings.folds == 0 ? oneModel(tables, data)
                                                 : trainFolds(tables, data, settings.folds, settings.choices,
                                                              progressBar("Cross-validating"));

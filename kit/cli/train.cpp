@@ -75,9 +75,10 @@ void train(const TrainSettings& settings) {
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
-  sayLeftOut(data);
-  trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
-              std::vector<bool>(data.windows.size(), true), settings.choices);
+  const Training training = train(tables.randomCoil, data, std::vector<bool>(data.entries.size(), true),
+                                  std::vector<bool>(data.windows.size(), true), settings.choices);
+  tables.limits = limitsTable(training, settings.choices);
+  tables.shifts = shiftTable(training, settings.choices);
   writeTables(tables, settings.output);
   std::cout << "Seven tables written to " + shown(settings.output) + "\n";
   flushStandardOutput();

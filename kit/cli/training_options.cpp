@@ -7,7 +7,6 @@
 
 #include "cli/messages.h"
 #include "cli/progress.h"
-#include "util/text.h"
 
 namespace zorvela {
 
@@ -51,12 +50,6 @@ std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choice
           .showsDefault()};
   for (const Option option : options) option.group("Choices in training");
   return options;
-}
-
-void sayLeftOut(const LabelledProlines& data) {
-  if (data.notFinite > 0)
-    say("note: " + counted(data.notFinite, "shift that is", "shifts that are") +
-        " no finite number left out (nan, inf)");
 }
 
 OnStep progressBar(const std::string& what) {

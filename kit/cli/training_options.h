@@ -15,7 +15,4 @@ std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choice
 /// A progress bar for long work of the training library.
 OnStep progressBar(const std::string& what);
 
-/// A note where shifts of the entries were left out.
-void sayLeftOut(const LabelledProlines& data);
-
 }  // namespace zorvela

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace zorvela {
 
@@ -67,5 +68,8 @@ constexpr Limit structureResidues(std::size_t bytes) {
 
 /// FileError for more than the limit; `file` is how messages name it, `line` where the first too many is.
 void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
+
+/// A name of a chain, list or molecule: one above `kLongestName` bytes is cut, with a note.
+std::string nameOf(std::string text, std::vector<std::string>& notes);
 
 }  // namespace zorvela

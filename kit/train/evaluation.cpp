@@ -22,6 +22,26 @@ namespace {
 // Seed of the folds; any number does, but always the same one.
 constexpr std::uint64_t kFoldSeed = 20;
 
+/// Gives a triplet of an entry to a run object.
+void show(const EntryShifts& entry, int resid, ZORVELA& run) {
+  run.resTable = GDB();
+  run.seqLength = entry.length();
+  int row = 0;
+  for (int i = std::max(resid - 1, 1); i <= std::min(resid + 1, entry.length()); ++i) {
+    run.resNames[i] = entry.residue(i);
+    run.missingCount[i] = entry.missing[static_cast<std::size_t>(i) - 1];
+    const auto cg = entry.cg.find(i);
+    run.cgShifts[i] = cg == entry.cg.end() ? kMissingShift : cg->second;
+    for (const auto& [key, atom] : run.atomNames) {
+      const float shift = entry.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];
+      ++row;
+      run.resTable.setEntry(row, "RESID", std::to_string(i));
+      run.resTable.setEntry(row, "ATOMNAME", atom);
+      run.resTable.setEntry(row, "SHIFT", run.ftoa(shift, run.numBuffer, 'g', 6));
+    }
+  }
+}
+
 /// Number of each label's cluster, from 0 in order of first appearance.
 std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
   std::map<std::string, std::size_t> numbers;
@@ -58,7 +78,9 @@ ReferenceTables trainedWithout(std::size_t fold, const std::vector<std::size_t>&
   for (std::size_t i = 0; i < foldOf.size(); ++i)
     useLabel[i] = useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
   ReferenceTables tables = published;
-  trainTables(tables, data, useEntry, useLabel, choices);
+  const Training training = train(published.randomCoil, data, useEntry, useLabel, choices);
+  tables.limits = limitsTable(training, choices);
+  tables.shifts = shiftTable(training, choices);
   return tables;
 }
 
@@ -94,8 +116,7 @@ Predictions predictAll(const FoldModels& models, const LabelledProlines& data,
     for (std::size_t i = 0; i < out.size(); ++i) {
       const ProlineLabel& label = data.labels.prolines[i];
       if (models.foldOf[i] != fold || !label.structure) continue;
-      EntryView view(run, data.entry(i));
-      view.focus(label.resid);
+      show(data.entry(i), label.resid, run);
       out[i] = run.predictProline(label.resid);
       if (visit && out[i]) visit(i, run, *out[i]);
     }

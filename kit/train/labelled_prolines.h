@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ZORVELA.h"
+#include "names/nomenclature.h"
 #include "predict/secondary_shifts.h"
 #include "predict/tables.h"
 
@@ -40,16 +40,18 @@ struct LabelFile {
 /// malformed, has another label, or repeats a proline.
 LabelFile readLabels(const std::string& path);
 
-/// The secondary shifts of one protein as the program assembles them, in little memory.
+/// The shifts of one protein. Residues are counted from 1.
 struct EntryShifts {
   std::string name;
-  std::vector<std::string> names;          ///< one-letter name of residue i + 1
+  std::string sequence;                    ///< one-letter codes
   std::vector<SecondaryShifts> secondary;  ///< of residue i + 1
-  std::vector<int> missing;                ///< how many of the six are missing
-  std::map<int, float> cg;                 ///< CG of prolines by residue number (ppm), 9999 if absent
-  std::map<int, float> cb;                 ///< observed CB of prolines by residue number (ppm)
+  std::vector<int> missing;                ///< how many of the six residue i + 1 lacks
+  std::map<int, float> cg;                 ///< CG of prolines by residue (ppm)
+  std::map<int, float> cb;                 ///< observed CB of prolines by residue (ppm)
 
-  int length() const { return static_cast<int>(names.size()); }
+  int length() const { return static_cast<int>(sequence.size()); }
+  char residue(int resid) const { return sequence[static_cast<std::size_t>(resid) - 1]; }
+  bool isProline(int resid) const { return residue(resid) == kProline || residue(resid) == kKnownCisProline; }
 };
 
 /// All entries of the labels, and the labels in the order of the file.
@@ -58,7 +60,6 @@ struct LabelledProlines {
   std::vector<EntryShifts> entries;  ///< in the order in which the labels name them
   std::vector<std::size_t> entryOf;  ///< for each label, the index of its entry
   std::vector<std::string> windows;  ///< for each label, the nine residues around it
-  std::size_t notFinite = 0;         ///< shifts (nan, inf) that were left out
 
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
 };
@@ -66,26 +67,10 @@ struct LabelledProlines {
 /// Called after each step of long work with how many are done, of how many.
 using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Reads the labels and, from `folder`, the shift table of each entry; `tables` have the random-coil shifts. Error, with the line of the labels, for an
-/// entry without a file and for a label of a residue that is no proline. A step is an entry.
+/// Reads the labels and, from `folder`, the shift table of each entry; `tables` have the random-coil shifts.
+/// Error, with the line of the labels, for an entry without a file and for a label of a residue that is not a
+/// proline. A step is an entry.
 LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder,
                               const ReferenceTables& tables, const OnStep& onStep = {});
-
-/// Puts an entry back into a run object, so that its triplets, predictions and offsets can be asked for. Only
-/// residues that are asked for have rows: call `focus` before each question on a proline.
-class EntryView {
- public:
-  EntryView(ZORVELA& run, const EntryShifts& entry);
-  /// Rows of residues `resid` - 1 to `resid` + 1.
-  void focus(int resid);
-  /// Rows of all residues.
-  void showAll();
-
- private:
-  void addRows(int first, int last);
-
-  ZORVELA& zorvela;
-  const EntryShifts& shifts;
-};
 
 }  // namespace zorvela

@@ -126,8 +126,7 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
   for (const StrictCsv::Row& row : csv.rows) {
     const auto found = std::find(kAtoms.begin(), kAtoms.end(), row.fields[atom]);
     if (found == kAtoms.end())
-      csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN",
-               kCorrectLine);
+      csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN", kCorrectLine);
     if (!seen.emplace(row.fields[type], row.fields[atom]).second)
       failTwice(csv, row, row.fields[atom] + " beside " + row.fields[type]);
     const auto k = static_cast<std::size_t>(found - kAtoms.begin());
@@ -154,8 +153,7 @@ std::map<std::string, Counts> readCounts(const StrictCsv& csv) {
   for (const StrictCsv::Row& row : csv.rows) {
     const std::string& name = row.fields[type];
     if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
-      csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types",
-               kCorrectLine);
+      csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types", kCorrectLine);
     const auto [found, isNew] = counts.try_emplace(name);
     if (!isNew) failTwice(csv, row, name);
     for (std::size_t i = 0; i < kShareColumns.size(); ++i) {

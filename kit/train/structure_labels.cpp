@@ -109,17 +109,16 @@ LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
         votes[p].back().position = static_cast<int>(i) + 1;
       }
     if (votes[p].empty()) continue;
-    for (const std::uint64_t word : wordsOf(sequence, kWordLength))
-      proteinsWith[word].push_back(static_cast<std::uint32_t>(p));
+    for (const std::string& word : wordsOf(sequence, kWordLength)) proteinsWith[word].push_back(p);
   }
 }
 
 std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) const {
-  std::unordered_map<std::uint32_t, std::size_t> shared;
-  for (const std::uint64_t word : wordsOf(chain.letters(), kWordLength)) {
+  std::unordered_map<std::size_t, std::size_t> shared;
+  for (const std::string& word : wordsOf(chain.letters(), kWordLength)) {
     const auto known = proteinsWith.find(word);
     if (known == proteinsWith.end()) continue;
-    for (const std::uint32_t protein : known->second) ++shared[protein];
+    for (const std::size_t protein : known->second) ++shared[protein];
   }
   std::vector<std::size_t> result;
   for (const auto& [protein, count] : shared)
@@ -176,15 +175,15 @@ void LabelVotes::count(const std::vector<Ballot>& ballots) {
 
 std::size_t LabelVotes::prolines() const {
   std::size_t count = 0;
-  for (const auto& protein : votes) count += protein.size();
+  for (const auto& ofProtein : votes) count += ofProtein.size();
   return count;
 }
 
 std::size_t LabelVotes::labelled() const {
+  const auto isLabelled = [](const ProlineVotes& proline) { return proline.cis != proline.trans; };
   std::size_t count = 0;
-  for (const auto& protein : votes)
-    for (const ProlineVotes& proline : protein)
-      if (proline.cis != proline.trans) ++count;
+  for (const auto& ofProtein : votes)
+    count += static_cast<std::size_t>(std::count_if(ofProtein.begin(), ofProtein.end(), isLabelled));
   return count;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <unordered_map>
@@ -70,7 +69,7 @@ class LabelVotes {
 
   std::vector<Protein> all;
   std::vector<std::vector<ProlineVotes>> votes;  ///< for each protein
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> proteinsWith;
+  std::unordered_map<std::string, std::vector<std::size_t>> proteinsWith;
   double leastIdentity;
 };
 

@@ -37,6 +37,10 @@ std::string fixed(double value, int decimals) {
   return text;
 }
 
+float thousandths(double value) {
+  return GDB::toFloat(fixed(value, 3));
+}
+
 std::string shortest(double value) {
   char text[64];
   std::snprintf(text, sizeof text, "%g", value);

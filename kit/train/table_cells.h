@@ -27,6 +27,8 @@ void addRow(GDB& table, const std::vector<std::string>& cells);
 
 /// A number with so many decimals; never -0.
 std::string fixed(double value, int decimals);
+/// The number that `fixed` prints with three decimals, as the tables hold it.
+float thousandths(double value);
 /// A number as short as it can be written ("2", "0.5").
 std::string shortest(double value);
 /// The text so many times.

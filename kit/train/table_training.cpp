@@ -1,4 +1,4 @@
-// Percentiles, class means and deviations from proteins with known prolines.
+// Percentiles, class means and deviations, then the two tables that hold them.
 //
 // Everything is summed in a fixed order, so that the same data give the same bytes on every machine.
 #include "train/table_training.h"
@@ -20,19 +20,15 @@ namespace zorvela {
 
 namespace {
 
-struct Limits {
-  double low = 0;
-  double high = 0;
-};
-
 using Values = std::vector<double>;
-using TypeValues = std::map<std::string, std::array<Values, kAtomsPerResidue>>;
+using TypeValues = std::map<char, std::array<Values, kAtomsPerResidue>>;
 
 // With fewer shifts than this the percentiles of a residue type mean nothing.
 constexpr std::size_t kFewestForLimits = 50;
 
-std::string limitsKey(const std::string& name) {
-  return name == kKnownCis ? "P" : name;
+/// A proline is a proline, however it is written.
+char limitsKey(char type) {
+  return type == kKnownCisProline ? kProline : type;
 }
 
 TypeValues secondaryShifts(const LabelledProlines& data, const std::vector<bool>& useEntry) {
@@ -40,9 +36,9 @@ TypeValues secondaryShifts(const LabelledProlines& data, const std::vector<bool>
   for (std::size_t e = 0; e < data.entries.size(); ++e) {
     if (!useEntry[e]) continue;
     const EntryShifts& entry = data.entries[e];
-    for (std::size_t i = 0; i < entry.names.size(); ++i) {
-      auto& ofType = values[limitsKey(entry.names[i])];
-      for (std::size_t k = 0; k < kAtoms.size(); ++k)
+    for (std::size_t i = 0; i < entry.sequence.size(); ++i) {
+      auto& ofType = values[limitsKey(entry.sequence[i])];
+      for (std::size_t k = 0; k < kAtomsPerResidue; ++k)
         if (entry.secondary[i][k] < kMissingBound) ofType[k].push_back(entry.secondary[i][k]);
     }
   }
@@ -60,102 +56,75 @@ Values allTypes(const TypeValues& values, std::size_t atom) {
 
 Limits limitsOf(const Values& sorted, double percent) {
   if (sorted.empty()) return {};
-  return {percentile(sorted, percent), percentile(sorted, 100.0 - percent)};
+  return {thousandths(percentile(sorted, percent)), thousandths(percentile(sorted, 100.0 - percent))};
 }
 
-/// Percentiles by residue type and atom, and those of all types.
-class LimitFinder {
- public:
-  LimitFinder(TypeValues byType, double percentBelow) : values(std::move(byType)), percent(percentBelow) {
-    for (std::size_t k = 0; k < kAtoms.size(); ++k) ofAll[k] = limitsOf(allTypes(values, k), percent);
-  }
+/// N and HN of proline are never used, though random-coil sets list its N.
+bool hasAtom(char type, std::size_t atom, const GDB& randomCoil, std::size_t count) {
+  if (limitsKey(type) == kProline && count == 0) return false;
+  const GDB::Row* row = randomCoil.findEntry("RESNAME", std::string(1, type), 1);
+  return row != nullptr && GDB::toFloat(GDB::cell(*row, kAtoms[atom])) < kMissingBound;
+}
 
-  /// 0 and 0 where the type has no such atom.
-  Limits find(const std::string& name, std::size_t atom, const GDB& randomCoil) const {
-    const auto found = values.find(limitsKey(name));
-    const std::size_t count = found == values.end() ? 0 : found->second[atom].size();
-    if (count >= kFewestForLimits) return limitsOf(found->second[atom], percent);
-    return hasAtom(name, atom, randomCoil, count) ? ofAll[atom] : Limits{};
-  }
-
-  std::size_t shiftCount() const {
-    std::size_t count = 0;
-    for (const auto& [name, ofType] : values)
-      for (const Values& ofAtom : ofType) count += ofAtom.size();
-    return count;
-  }
-
- private:
-  /// N and HN of proline are never used, though random-coil sets list its N.
-  static bool hasAtom(const std::string& name, std::size_t atom, const GDB& randomCoil, std::size_t count) {
-    if (limitsKey(name) == "P" && count == 0) return false;
-    const GDB::Row* row = randomCoil.findEntry("RESNAME", name, 1);
-    return row != nullptr && GDB::toFloat(GDB::cell(*row, kAtoms[atom])) < kMissingBound;
-  }
-
-  TypeValues values;
-  double percent;
+/// Percentiles of the shifts of each type; a type with few of an atom has those of all types.
+TypeLimits limitsOf(const TypeValues& values, const GDB& randomCoil, double percent) {
   std::array<Limits, kAtomsPerResidue> ofAll;
-};
-
-GDB startLimitsTable(std::size_t shifts, std::ptrdiff_t entries, double percent) {
-  std::string columns = "RESNAME";
-  for (const std::string& atom : kAtoms)
-    columns.append(" ").append(atom).append("_MIN ").append(atom).append("_MAX");
-  return startTable(
-      {std::string("Limits of secondary shifts. RESNAME: one-letter code of the residue; ") +
-           "for each atom the lowest and the",
-       "highest secondary shift (observed - random coil) that is used, ppm. 0 and 0: no such atom.",
-       "Percentiles " + shortest(percent) + " and " + shortest(100.0 - percent) + " of " +
-           std::to_string(shifts) + " secondary shifts in " + std::to_string(entries) +
-           " BMRB entries, re-referenced by RefDB.",
-       "A type with fewer than " + std::to_string(kFewestForLimits) +
-           " shifts of an atom has the percentiles of all types. p: as P."},
-      columns, "%s" + repeated(" %8.3f", 2 * kAtoms.size()) + " ");
+  for (std::size_t k = 0; k < ofAll.size(); ++k) ofAll[k] = limitsOf(allTypes(values, k), percent);
+  TypeLimits limits;
+  for (const std::string& name : rowNames()) {
+    const char type = name.front();
+    const auto found = values.find(limitsKey(type));
+    for (std::size_t k = 0; k < ofAll.size(); ++k) {
+      const Values own = found == values.end() ? Values() : found->second[k];
+      if (own.size() >= kFewestForLimits)
+        limits[type][k] = limitsOf(own, percent);
+      else if (hasAtom(type, k, randomCoil, own.size()))
+        limits[type][k] = ofAll[k];
+    }
+  }
+  return limits;
 }
 
-GDB limitsTable(const LabelledProlines& data, const std::vector<bool>& useEntry, const GDB& randomCoil,
-                double percent) {
-  const LimitFinder limits(secondaryShifts(data, useEntry), percent);
-  GDB table =
-      startLimitsTable(limits.shiftCount(), std::count(useEntry.begin(), useEntry.end(), true), percent);
-  for (const std::string& name : rowNames()) {
-    std::vector<std::string> cells = {name};
-    for (std::size_t k = 0; k < kAtoms.size(); ++k) {
-      const Limits found = limits.find(name, k, randomCoil);
-      cells.push_back(fixed(found.low, 3));
-      cells.push_back(fixed(found.high, 3));
-    }
-    addRow(table, cells);
-  }
-  return table;
+std::size_t countOf(const TypeValues& values) {
+  std::size_t count = 0;
+  for (const auto& [name, ofType] : values)
+    for (const Values& ofAtom : ofType) count += ofAtom.size();
+  return count;
 }
 
 // --- Shifts around prolines -----------------------------------------------------------------------
 
-constexpr std::size_t kShiftIndices = kProlineCG + 1;
 using ClassValues = std::array<Values, kShiftIndices>;
-
-const std::array<std::string, 3> kPositions = {"_R1", "_R2", "_R3"};
 
 /// The shifts of one proline by index, as the program sees them (clipped); none where missing.
 using ShiftVector = std::array<Values, kShiftIndices>;
 
-/// Adds the shifts of a proline; false if the program would not predict it.
-bool addShifts(ZORVELA& run, int resid, ShiftVector& shifts) {
-  std::map<std::string, std::string> triplet = run.getTriplet(resid);
-  if (triplet["RESNAME_R2"] != "P" || !run.testTriplet(triplet)) return false;
+float clipped(float shift, const Limits& limits) {
+  if (shift >= kMissingBound) return shift;
+  return std::min(std::max(shift, limits.lowest), limits.highest);
+}
+
+/// Whether the program would predict the proline.
+bool isPredicted(const EntryShifts& entry, int resid) {
+  if (entry.residue(resid) != kProline || resid == 1 || resid == entry.length()) return false;
+  const auto previous = entry.missing.begin() + resid - 2;
+  return std::count_if(previous, previous + 3, [](int missing) { return missing > 3; }) <= 1;
+}
+
+ShiftVector shiftsOf(const EntryShifts& entry, int resid, const TypeLimits& limits) {
+  static const std::array<Limits, kAtomsPerResidue> kNoLimits{};
+  ShiftVector shifts;
   std::size_t index = 0;
-  for (const std::string& position : kPositions) {
-    for (const std::string& atom : kAtoms) {
-      const float shift = GDB::toFloat(triplet[atom + position]);
+  for (int i = resid - 1; i <= resid + 1; ++i) {
+    const auto ofType = limits.find(entry.residue(i));
+    for (std::size_t k = 0; k < kAtomsPerResidue; ++k, ++index) {
+      const float shift = clipped(entry.secondary[static_cast<std::size_t>(i) - 1][k],
+                                  ofType == limits.end() ? kNoLimits[k] : ofType->second[k]);
       if (!(shift > kMissingSecondaryShift)) shifts[index].push_back(shift);
-      ++index;
     }
   }
-  const float cg = run.cgShifts[resid];
-  if (!(cg >= kMissingBound)) shifts[kProlineCG].push_back(cg);
-  return true;
+  if (const auto cg = entry.cg.find(resid); cg != entry.cg.end()) shifts[kProlineCG].push_back(cg->second);
+  return shifts;
 }
 
 /// Prolines of one class. A window that was measured in several entries counts once, with the median of
@@ -177,37 +146,20 @@ struct BothClasses {
   ClassShifts trans;
 };
 
-BothClasses collect(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& useLabel) {
-  // By entry, because putting an entry back into the run costs more than a proline.
-  std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
-  for (std::size_t i = 0; i < useLabel.size(); ++i)
-    if (useLabel[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
-
+BothClasses collect(const TypeLimits& limits, const LabelledProlines& data,
+                    const std::vector<bool>& useLabel) {
   BothClasses classes;
-  for (std::size_t e = 0; e < byEntry.size(); ++e) {
-    if (byEntry[e].empty()) continue;
-    EntryView view(run, data.entries[e]);
-    for (const std::size_t i : byEntry[e]) {
-      const ProlineLabel& label = data.labels.prolines[i];
-      view.focus(label.resid);
-      ShiftVector shifts;
-      if (!addShifts(run, label.resid, shifts)) continue;
-      auto& windows = (label.structure == Omega::cis ? classes.cis : classes.trans).windows;
-      ShiftVector& known = windows[data.windows[i]];
-      for (std::size_t k = 0; k < kShiftIndices; ++k)
-        known[k].insert(known[k].end(), shifts[k].begin(), shifts[k].end());
-    }
+  for (std::size_t i = 0; i < useLabel.size(); ++i) {
+    const ProlineLabel& label = data.labels.prolines[i];
+    if (!useLabel[i] || !label.structure || !isPredicted(data.entry(i), label.resid)) continue;
+    const ShiftVector shifts = shiftsOf(data.entry(i), label.resid, limits);
+    auto& windows = (label.structure == Omega::cis ? classes.cis : classes.trans).windows;
+    ShiftVector& known = windows[data.windows[i]];
+    for (std::size_t k = 0; k < kShiftIndices; ++k)
+      known[k].insert(known[k].end(), shifts[k].begin(), shifts[k].end());
   }
   return classes;
 }
-
-/// One line of Pro.cs.tab.
-struct IndexStatistics {
-  Sample cis;
-  Sample trans;
-  double stdCis = 1;
-  double stdTrans = 1;
-};
 
 // Share of cis among prolines, by which deviations are pooled.
 constexpr double kNaturalCisShare = 0.05;
@@ -246,7 +198,68 @@ bool isUnused(std::size_t index) {
   return index == kProlineN || index == kProlineHN;
 }
 
-GDB startShiftTable(const BothClasses& classes, const TrainingChoices& choices) {
+IndexStatistics statisticsOf(std::size_t index, const Values& cis, const Values& trans,
+                             const TrainingChoices& choices) {
+  IndexStatistics s;
+  if (isUnused(index)) return s;
+  s.cis = trimmedSample(cis, choices.trim);
+  s.trans = trimmedSample(trans, choices.trim);
+  setDeviations(s, choices.pooling);
+  setMeans(s);
+  const double widen = isOwnShift(index) ? choices.widenProline : choices.widenNeighbours;
+  s.stdCis = std::max(kSmallestDeviation, s.stdCis * widen);
+  s.stdTrans = std::max(kSmallestDeviation, s.stdTrans * widen);
+  return s;
+}
+
+void requireClass(const LabelledProlines& data, const ClassShifts& shifts, const std::string& name) {
+  if (shifts.windows.empty())
+    throw Error(data.labels.path, 0, "no " + name + " proline with enough shifts is labelled by structure",
+                "add entries with " + name + " prolines");
+}
+
+}  // namespace
+
+Training train(const GDB& randomCoil, const LabelledProlines& data, const std::vector<bool>& useEntry,
+               const std::vector<bool>& useLabel, const TrainingChoices& choices) {
+  Training training;
+  const TypeValues byType = secondaryShifts(data, useEntry);
+  training.limits = limitsOf(byType, randomCoil, choices.limitPercent);
+  training.secondaryShifts = countOf(byType);
+  training.entries = static_cast<std::size_t>(std::count(useEntry.begin(), useEntry.end(), true));
+  const BothClasses classes = collect(training.limits, data, useLabel);
+  requireClass(data, classes.cis, "cis");
+  requireClass(data, classes.trans, "trans");
+  training.cisProlines = classes.cis.windows.size();
+  training.transProlines = classes.trans.windows.size();
+  const ClassValues cis = classes.cis.values();
+  const ClassValues trans = classes.trans.values();
+  for (std::size_t i = 0; i < kShiftIndices; ++i)
+    training.shifts[i] = statisticsOf(i, cis[i], trans[i], choices);
+  return training;
+}
+
+// --- Tables ---------------------------------------------------------------------------------------
+
+namespace {
+
+GDB startLimitsTable(const Training& training, double percent) {
+  std::string columns = "RESNAME";
+  for (const std::string& atom : kAtoms)
+    columns.append(" ").append(atom).append("_MIN ").append(atom).append("_MAX");
+  return startTable(
+      {std::string("Limits of secondary shifts. RESNAME: one-letter code of the residue; ") +
+           "for each atom the lowest and the",
+       "highest secondary shift (observed - random coil) that is used, ppm. 0 and 0: no such atom.",
+       "Percentiles " + shortest(percent) + " and " + shortest(100.0 - percent) + " of " +
+           std::to_string(training.secondaryShifts) + " secondary shifts in " +
+           std::to_string(training.entries) + " BMRB entries, re-referenced by RefDB.",
+       "A type with fewer than " + std::to_string(kFewestForLimits) +
+           " shifts of an atom has the percentiles of all types. p: as P."},
+      columns, "%s" + repeated(" %8.3f", 2 * kAtoms.size()) + " ");
+}
+
+GDB startShiftTable(const Training& training, const TrainingChoices& choices) {
   static const std::array<std::string, 3> kPooled = {"the two classes' variances weighted 1 to 19",
                                                      "the two classes' variances weighted equally",
                                                      "each class's own deviation"};
@@ -262,58 +275,37 @@ GDB startShiftTable(const BothClasses& classes, const TrainingChoices& choices) 
        "sd: deviations of the sample. n: number of values. Values further than " + shortest(choices.trim) +
            " robust deviations from",
        "the class median are left out. Index 6 and 11 (N and HN of the proline) are not used.",
-       std::to_string(classes.cis.windows.size()) + " cis and " +
-           std::to_string(classes.trans.windows.size()) +
+       std::to_string(training.cisProlines) + " cis and " + std::to_string(training.transProlines) +
            " trans prolines of BMRB entries, labelled by structure; prolines with the same",
        "9-residue window count once, with the median of their shifts."},
       "index avg_cis avg_trans std_cis std_trans sd_cis sd_trans n_cis n_trans",
       "%5d %9.3f %9.3f %9.3f %9.3f %9.3f %9.3f %5d %5d ");
 }
 
-IndexStatistics statisticsOf(std::size_t index, const Values& cis, const Values& trans,
-                             const TrainingChoices& choices) {
-  IndexStatistics s;
-  if (isUnused(index)) return s;
-  s.cis = trimmedSample(cis, choices.trim);
-  s.trans = trimmedSample(trans, choices.trim);
-  setDeviations(s, choices.pooling);
-  setMeans(s);
-  const double widen = isOwnShift(index) ? choices.widenProline : choices.widenNeighbours;
-  s.stdCis = std::max(kSmallestDeviation, s.stdCis * widen);
-  s.stdTrans = std::max(kSmallestDeviation, s.stdTrans * widen);
-  return s;
+}  // namespace
+
+GDB limitsTable(const Training& training, const TrainingChoices& choices) {
+  GDB table = startLimitsTable(training, choices.limitPercent);
+  for (const std::string& name : rowNames()) {
+    std::vector<std::string> cells = {name};
+    for (const Limits& ofAtom : training.limits.at(name.front())) {
+      cells.push_back(fixed(static_cast<double>(ofAtom.lowest), 3));
+      cells.push_back(fixed(static_cast<double>(ofAtom.highest), 3));
+    }
+    addRow(table, cells);
+  }
+  return table;
 }
 
-GDB shiftTable(const BothClasses& classes, const TrainingChoices& choices) {
-  GDB table = startShiftTable(classes, choices);
-  const ClassValues cis = classes.cis.values();
-  const ClassValues trans = classes.trans.values();
+GDB shiftTable(const Training& training, const TrainingChoices& choices) {
+  GDB table = startShiftTable(training, choices);
   for (std::size_t i = 0; i < kShiftIndices; ++i) {
-    const IndexStatistics s = statisticsOf(i, cis[i], trans[i], choices);
+    const IndexStatistics& s = training.shifts[i];
     addRow(table, {std::to_string(i), fixed(s.cis.mean, 3), fixed(s.trans.mean, 3), fixed(s.stdCis, 3),
                    fixed(s.stdTrans, 3), fixed(s.cis.deviation, 3), fixed(s.trans.deviation, 3),
                    std::to_string(s.cis.count), std::to_string(s.trans.count)});
   }
   return table;
-}
-
-void requireClass(const LabelledProlines& data, const ClassShifts& shifts, const std::string& name) {
-  if (shifts.windows.empty())
-    throw Error(data.labels.path, 0, "no " + name + " proline with enough shifts is labelled by structure",
-                "add entries with " + name + " prolines");
-}
-
-}  // namespace
-
-void trainTables(ReferenceTables& tables, const LabelledProlines& data, const std::vector<bool>& useEntry,
-                 const std::vector<bool>& useLabel, const TrainingChoices& choices) {
-  tables.limits = limitsTable(data, useEntry, tables.randomCoil, choices.limitPercent);
-  ZORVELA run;
-  run.limitTable = tables.limits;
-  const BothClasses classes = collect(run, data, useLabel);
-  requireClass(data, classes.cis, "cis");
-  requireClass(data, classes.trans, "trans");
-  tables.shifts = shiftTable(classes, choices);
 }
 
 }  // namespace zorvela

@@ -89,8 +89,9 @@ int run(const std::vector<std::string>& words) {
   else if (command == "relations" && words.size() == 3)
     writeRelations(std::cout, studyOf(words[1], words[2]).fitted);
   else {
-    std::cerr << "usage: zorvela-study next-shift DATA | offsets DATA | referencing DATA TAB | relations DATA TAB\n"
-                 "DATA: the folder with entries/, prolines.csv and the published data; TAB: the reference tables\n";
+    std::cerr
+        << "usage: zorvela-study next-shift DATA | offsets DATA | referencing DATA TAB | relations DATA TAB\n"
+           "DATA: the folder with entries/, prolines.csv and the published data; TAB: the reference tables\n";
     return 2;
   }
   return std::cout.flush() ? 0 : 1;

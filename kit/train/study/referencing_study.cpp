@@ -137,8 +137,20 @@ constexpr double kProtonAdded = 0.5;
 constexpr std::uint64_t kHalfSeed = 11;
 
 FoundOffsets byLine(ZORVELA& run, const EntryShifts& chain) {
-  EntryView view(run, chain);
-  view.showAll();
+  run.resTable = GDB();
+  run.resNames.clear();
+  run.seqLength = chain.length();
+  int row = 0;
+  for (int i = 1; i <= chain.length(); ++i) {
+    run.resNames[i] = chain.residue(i);
+    for (const auto& [key, atom] : run.atomNames) {
+      const float shift = chain.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];
+      ++row;
+      run.resTable.setEntry(row, "RESID", std::to_string(i));
+      run.resTable.setEntry(row, "ATOMNAME", atom);
+      run.resTable.setEntry(row, "SHIFT", run.ftoa(shift, run.numBuffer, 'g', 6));
+    }
+  }
   FoundOffsets found;
   const auto offsets = run.referencingOffsets();
   for (std::size_t i = 0; i < found.size(); ++i)
@@ -269,7 +281,7 @@ EstimateSpread spreadOf(const std::string& atoms, const std::vector<Trial::Found
 }  // namespace
 
 ReferencingStudy studyReferencing(ZORVELA& run, const LabelledProlines& data) {
-  const auto isLong = [](const EntryShifts& chain) { return chain.names.size() >= kLongChain; };
+  const auto isLong = [](const EntryShifts& chain) { return chain.sequence.size() >= kLongChain; };
   const auto any = [](const EntryShifts&) { return true; };
   const auto longWith = [&](bool (*holds)(const SecondaryShifts&), std::size_t least) {
     return [=](const EntryShifts& chain) { return isLong(chain) && residuesWith(chain, holds) >= least; };

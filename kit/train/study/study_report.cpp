@@ -92,8 +92,8 @@ void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigure
                      step.atRandom - step.byGain, step.saved.low, step.saved.high, step.undecidedByGain,
                      step.undecidedAtRandom);
   }
-  out << formatted("The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n", figures.promised,
-                   figures.kept);
+  out << formatted("The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n",
+                   figures.promised, figures.kept);
 }
 
 }  // namespace

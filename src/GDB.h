@@ -27,6 +27,12 @@ class BadTable : public std::runtime_error {
   std::size_t line;     ///< in the file, from 1; 0 where no line is to blame
 };
 
+/// Where in a file the lines of a table are, counted from 1.
+struct TableLines {
+  std::vector<std::size_t> rows;     ///< of row 1, 2, ...
+  std::vector<std::size_t> skipped;  ///< lines that fit nowhere and are not blank
+};
+
 class GDB {
  public:
   /// A row: column name to cell text, ordered by name. A row need not hold every column.
@@ -115,8 +121,8 @@ class GDB {
   /// What `loadGDB` does, for a program that must outlive a bad file: throws BadTable where the file
   /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
   void readFile(const std::string& fileName);
-  /// What `readFile` reads, from a stream.
-  void readTable(std::istream& in);
+  /// What `readFile` reads, from a stream. Adds to `lines` where its rows are, and what it skipped.
+  void readTable(std::istream& in, TableLines* lines = nullptr);
   /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
   /// standard error and nothing else.
   void saveGDB(const std::string& fileName);
@@ -191,11 +197,11 @@ class GDB {
 
   // Reading.
   struct ReadState;
-  void readLines(std::istream& in);
+  void readLines(std::istream& in, TableLines* lines);
   void readLine(const std::string& line, ReadState& state);
   void storeRow(ReadState& state);
   void nameCells(ReadState& state) const;
-  void readKeyword(const std::string& line, std::string_view word, ReadState& state);
+  bool readKeyword(const std::string& line, std::string_view word, ReadState& state);
   void readSequence();
 
   // Writing.

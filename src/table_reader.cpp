@@ -56,6 +56,7 @@ struct GDB::ReadState {
   std::size_t lineNumber = 0;
   int nextRow = 1;
   bool formatSeen = false;
+  TableLines* lines = nullptr;
   std::vector<std::string_view> words;
   // The cells of a row in the order of their names, and the index of their words in the line.
   std::vector<std::pair<std::string, std::size_t>> cells;
@@ -77,15 +78,16 @@ void GDB::readFile(const std::string& file) {
 }
 
 // A failure leaves no half-read table: what is read goes into a copy first.
-void GDB::readTable(std::istream& in) {
+void GDB::readTable(std::istream& in, TableLines* lines) {
   GDB table = *this;
-  table.readLines(in);
+  table.readLines(in, lines);
   *this = std::move(table);
 }
 
-void GDB::readLines(std::istream& in) {
+void GDB::readLines(std::istream& in, TableLines* lines) {
   plaintext = false;
   ReadState state;
+  state.lines = lines;
   nameCells(state);
   for (std::string line; std::getline(in, line);) {
     ++state.lineNumber;
@@ -101,7 +103,10 @@ void GDB::readLine(const std::string& line, ReadState& state) {
   const bool isRow =
       state.formatSeen && columnCount > 0 && state.words.size() == static_cast<std::size_t>(columnCount);
   if (isRow) storeRow(state);
-  readKeyword(line, firstWord, state);
+  const bool isKeyword = readKeyword(line, firstWord, state);
+  if (state.lines == nullptr) return;
+  if (isRow) state.lines->rows.push_back(state.lineNumber);
+  if (!isRow && !isKeyword) state.lines->skipped.push_back(state.lineNumber);
 }
 
 void GDB::storeRow(ReadState& state) {
@@ -119,10 +124,10 @@ void GDB::nameCells(ReadState& state) const {
 }
 
 // The text of a remark or pair starts one character after the keyword, whatever that character is; a
-// line that ends with the keyword is an error of the string library.
-void GDB::readKeyword(const std::string& line, std::string_view word, ReadState& state) {
+// line that ends with the keyword is an error of the string library. Whether the line has a keyword.
+bool GDB::readKeyword(const std::string& line, std::string_view word, ReadState& state) {
   const bool startsLikeKeyword = word[0] >= 'A' && word[0] <= 'Z';  // a row starts with a number, mostly
-  if (!startsLikeKeyword) return;
+  if (!startsLikeKeyword) return false;
   if (word == kRemark) {
     remarks.push_back(line.substr(kRemark.size() + 1));
   } else if (word == kData) {
@@ -139,7 +144,10 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
       throw BadTable(error.message, state.lineNumber);
     }
     state.formatSeen = true;
+  } else {
+    return false;
   }
+  return true;
 }
 
 void GDB::readSequence() {

@@ -11,7 +11,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "GDB.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -93,8 +92,7 @@ Imported readFiles(const ImportArguments& given) {
 // --- Writing ------------------------------------------------------------------------------------
 
 void writeTable(const std::string& path, const Protein& protein) {
-  GDB table = toTable(protein);
-  writeWhole(path, [&table](std::ostream& out) { table.writeTable(out); });
+  writeWhole(path, [&protein](std::ostream& out) { writeShiftTable(protein, out); });
 }
 
 /// Whether all goes to one file or stream, and not to named files in a folder.

@@ -1,7 +1,7 @@
 #include "names/nomenclature.h"
 
 #include <algorithm>
-#include <iterator>
+#include <initializer_list>
 #include <limits>
 #include <unordered_map>
 #include <unordered_set>
@@ -127,39 +127,32 @@ gemmi::ResidueInfo tabulated(const std::string& name) {
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
 }
 
-AtomReading reading(Kind kind, const char* first = nullptr, const char* second = nullptr) {
-  AtomReading result;
-  result.kind = kind;
-  result.names = {first, second};
-  return result;
+AtomReading inTable(TableAtom atom) {
+  return {Kind::table, atom};
+}
+
+bool isAmong(std::initializer_list<std::string_view> names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 /// Names that hold both alpha protons of glycine in one shift.
 bool isBothAlphaProtons(std::string_view name) {
-  constexpr std::string_view kNames[] = {"HA", "HA%", "HA*", "HA#", "QA"};
-  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+  return isAmong({"HA", "HA%", "HA*", "HA#", "QA"}, name);
 }
 
 /// One of the two alpha protons, which of them is not known or written in an older way.
 AtomReading readGlycineProton(std::string_view name) {
-  if (isBothAlphaProtons(name)) return reading(Kind::pseudo, "HA2", "HA3");
-  if (name == "HA3") return reading(Kind::table, "HA3");
-  if (name == "HAX" || name == "HA'" || name == "HAA") return reading(Kind::table, "HA2");
-  if (name == "HAY" || name == "HA''" || name == "HAB" || name == "HA\"") return reading(Kind::table, "HA3");
-  const bool isFirst = name == "HA1" || name == "1HA";
-  if (!isFirst && name != "HA2" && name != "2HA") return reading(Kind::other);
-  AtomReading older = reading(Kind::table, isFirst ? "HA1" : "HA2");
-  older.isOlderName = isFirst;
-  return older;
+  if (isBothAlphaProtons(name)) return {Kind::pseudo, TableAtom::HA2};
+  if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, TableAtom::HA2, true};
+  if (isAmong({"HA2", "2HA", "HAX", "HA'", "HAA"}, name)) return inTable(TableAtom::HA2);
+  if (isAmong({"HA3", "HAY", "HA''", "HAB", "HA\""}, name)) return inTable(TableAtom::HA3);
+  return {};
 }
 
 AtomReading readAlphaProton(char letter, std::string_view name) {
   if (letter == 'G') return readGlycineProton(name);
-  if (isBothAlphaProtons(name)) return reading(Kind::table, "HA");
-  constexpr std::string_view kOfGlycine[] = {"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"};
-  const bool isOfGlycine =
-      std::find(std::begin(kOfGlycine), std::end(kOfGlycine), name) != std::end(kOfGlycine);
-  return reading(isOfGlycine ? Kind::foreign : Kind::other);
+  if (isBothAlphaProtons(name)) return inTable(TableAtom::HA);
+  return {isAmong({"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"}, name) ? Kind::foreign : Kind::other};
 }
 
 }  // namespace
@@ -253,24 +246,21 @@ std::optional<std::string> nextNumber(const std::string& text) {
 }
 
 AtomReading readAtom(char letter, std::string_view atom) {
+  const AtomReading foreign{Kind::foreign};
   const std::string name = upper(withLatinLetters(atom));
-  if (name == "N") return reading(Kind::table, "N");
-  if (name == "H" || name == "HN")
-    return letter == kProline ? reading(Kind::foreign) : reading(Kind::table, "HN");
-  if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");
-  if (name == "CA") return reading(Kind::table, "CA");
-  if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
-  if (name == "CG") return letter == kProline ? reading(Kind::table, "CG") : reading(Kind::other);
+  if (name == "N") return inTable(TableAtom::N);
+  if (name == "H" || name == "HN") return letter == kProline ? foreign : inTable(TableAtom::HN);
+  if (name == "C" || name == "CO" || name == "C'") return inTable(TableAtom::C);
+  if (name == "CA") return inTable(TableAtom::CA);
+  if (name == "CB") return letter == 'G' ? foreign : inTable(TableAtom::CB);
+  if (name == "CG") return letter == kProline ? inTable(TableAtom::CG) : AtomReading{};
   return readAlphaProton(letter, name);
 }
 
-bool isTableAtom(std::string_view name) {
-  return atomRank(name) < kTableAtoms.size();
-}
-
-std::size_t atomRank(std::string_view name) {
+std::optional<TableAtom> tableAtom(std::string_view name) {
   const auto found = std::find(kTableAtoms.begin(), kTableAtoms.end(), name);
-  return static_cast<std::size_t>(found - kTableAtoms.begin());
+  if (found == kTableAtoms.end()) return std::nullopt;
+  return static_cast<TableAtom>(found - kTableAtoms.begin());
 }
 
 }  // namespace zorvela

@@ -2,11 +2,11 @@
 // formats/ and protein/ alike, so nothing of either is used here.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "zorvela/atoms.h"
 
 namespace zorvela {
 
@@ -85,31 +85,25 @@ std::optional<std::string> nextNumber(const std::string& text);
 
 // --- Atoms --------------------------------------------------------------------------------------
 
-/// The atoms whose shifts a table holds, in its order.
-inline constexpr std::array<std::string_view, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3",
-                                                                "C", "CA", "CB", "CG"};
-
 /// What a file calls an atom, in the names of the table.
 struct AtomReading {
   enum class Kind {
-    table,    ///< the shift belongs to the atoms in `names`
-    pseudo,   ///< the same; one value for both alpha protons of glycine
+    table,    ///< the shift belongs to `atom`
+    pseudo,   ///< one value for both alpha protons of glycine
     other,    ///< another atom than the table holds
     foreign,  ///< a backbone name that this residue type has not
   };
   Kind kind = Kind::other;
-  std::array<const char*, 2> names{};  ///< up to two; nullptr where there is none
-  bool isOlderName = false;            ///< HA1 or HA2 of glycine, to be settled among its atoms
+  TableAtom atom = TableAtom::N;  ///< of those that the table holds; HA2 of both alpha protons
+  bool isOlderName = false;       ///< HA1 of glycine, which is HA2 unless its HA2 and HA3 are there as well
+
+  bool isInTable() const { return kind == Kind::table || kind == Kind::pseudo; }
 };
 
 /// Reads an atom name (H, HN, CO, HA%, HAx, 1HA, Cα; case does not matter) of a residue with this letter.
-/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 depends on what else the residue has.
 AtomReading readAtom(char letter, std::string_view atom);
 
-/// Whether this is the table's name of one of its atoms.
-bool isTableAtom(std::string_view name);
-
-/// Place of an atom in `kTableAtoms`, from 0; their number for another name.
-std::size_t atomRank(std::string_view name);
+/// The atom that has this name in the table.
+std::optional<TableAtom> tableAtom(std::string_view name);
 
 }  // namespace zorvela

@@ -1,6 +1,7 @@
 // The ranges as `script/plausible-shifts DATA` prints them.
 #include "names/plausible_shifts.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
@@ -9,12 +10,12 @@ namespace zorvela {
 
 namespace {
 
-// Columns of the table below; HA2 and HA3 are as HA.
-constexpr std::array<const char*, 7> kAtoms = {"N", "HN", "HA", "C", "CA", "CB", "CG"};
+// N, HN, HA, C, CA, CB, CG.
+constexpr std::size_t kColumns = 7;
 
 struct ResidueRanges {
   char residue;
-  std::array<PlausibleRange, kAtoms.size()> atoms;  // empty: too few shifts to know
+  std::array<PlausibleRange, kColumns> atoms;  // empty: too few shifts to know
 };
 
 // Percentiles 0.5 and 99.5 of the observed shifts in 1,707 BMRB entries, re-referenced by RefDB, each moved
@@ -47,11 +48,11 @@ constexpr ResidueRanges kAnyResidue = {
     '?',
     {{{87.8, 144.8}, {3.1, 13.1}, {-0.1, 8.2}, {163.5, 187.4}, {39.5, 74.7}, {10.9, 79.3}, {20.2, 35.2}}}};
 
-std::size_t columnOf(const std::string& atom) {
-  if (atom == "HA2" || atom == "HA3") return columnOf("HA");
-  std::size_t column = 0;
-  while (column < kAtoms.size() && atom != kAtoms[column]) ++column;
-  return column;
+/// HA2 and HA3 are as HA.
+std::size_t columnOf(TableAtom atom) {
+  const auto place = static_cast<std::size_t>(atom);
+  const auto alpha = static_cast<std::size_t>(TableAtom::HA);
+  return atom < TableAtom::C ? std::min(place, alpha) : place - 2;
 }
 
 bool isKnown(const PlausibleRange& range) {
@@ -60,16 +61,15 @@ bool isKnown(const PlausibleRange& range) {
 
 }  // namespace
 
-PlausibleRange plausibleRange(char residue, const std::string& atom) {
+PlausibleRange plausibleRange(char residue, TableAtom atom) {
   const std::size_t column = columnOf(atom);
-  if (column == kAtoms.size()) return {};
   const int type = std::toupper(static_cast<unsigned char>(residue));
   for (const ResidueRanges& ranges : kRanges)
     if (ranges.residue == type && isKnown(ranges.atoms[column])) return ranges.atoms[column];
   return kAnyResidue.atoms[column];
 }
 
-bool isPlausible(char residue, const std::string& atom, double ppm) {
+bool isPlausible(char residue, TableAtom atom, double ppm) {
   const PlausibleRange range = plausibleRange(residue, atom);
   return !isKnown(range) || (ppm >= range.low && ppm <= range.high);
 }

@@ -25,9 +25,26 @@ bool differsFromFlag(const ProlineResult& proline) {
 
 namespace {
 
+/// A protein as the table that the program reads.
+GDB tableOf(const Protein& protein) {
+  GDB table;
+  table.presetClass("KIVRA_SHIFT");
+  for (const char letter : protein.sequence)
+    table.residNames[static_cast<int>(table.residNames.size()) + 1] = letter;
+  int row = 0;
+  for (const Shift& shift : protein.shifts) {
+    GDB::Row& cells = table.entries[++row];
+    cells["RESID"] = std::to_string(shift.position);
+    cells["RESNAME"] = protein.sequence.at(static_cast<std::size_t>(shift.position) - 1);
+    cells["ATOMNAME"] = nameOf(shift.atom);
+    cells["SHIFT"] = shiftText(shift);
+  }
+  return table;
+}
+
 /// Puts a protein in the place of the one before and assembles its secondary shifts.
 void assemble(ZORVELA& run, const Protein& protein) {
-  run.csTable = toTable(protein);
+  run.csTable = tableOf(protein);
   run.rcShifts.clear();
   run.missingCount.clear();
   run.cgShifts.clear();
@@ -154,7 +171,7 @@ Protein partOf(const Protein& protein, const Piece& piece) {
        ++flag)
     part.cisFlags.emplace(flag->first - piece.from, flag->second);
   for (const Shift& shift : shiftsOf(protein, piece.from + 1, piece.to))
-    part.shifts.push_back({shift.resid - piece.from, shift.atom, shift.shift});
+    part.shifts.push_back({shift.position - piece.from, shift.atom, shift.decimals, shift.ppm});
   return part;
 }
 

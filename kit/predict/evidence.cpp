@@ -27,7 +27,8 @@ class Observed {
  public:
   Observed(const Protein& protein, int resid) {
     for (const Shift& shift : shiftsOf(protein, resid - 1, resid + 1))
-      values.emplace(std::make_pair(shift.resid, shift.atom), GDB::toFloat(shift.shift));
+      values.emplace(std::make_pair(shift.position, std::string(nameOf(shift.atom))),
+                     static_cast<float>(shift.ppm));
   }
 
   std::optional<float> of(int resid, const std::string& atom) const {

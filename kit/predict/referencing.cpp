@@ -230,11 +230,12 @@ Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
 
 Protein corrected(Protein protein, const Corrections& corrections) {
   for (Shift& shift : protein.shifts) {
-    const bool isGlycineProton = shift.atom == "HA2" || shift.atom == "HA3";
-    const auto correction = corrections.find(isGlycineProton ? "HA" : shift.atom);
+    const bool isGlycineProton = shift.atom == TableAtom::HA2 || shift.atom == TableAtom::HA3;
+    const auto correction =
+        corrections.find(std::string(nameOf(isGlycineProton ? TableAtom::HA : shift.atom)));
     if (correction == corrections.end()) continue;
-    const double observed = std::strtod(shift.shift.c_str(), nullptr);
-    shift.shift = fixedText(observed - correction->second, kCorrectedDecimals);
+    shift.decimals = kCorrectedDecimals;
+    shift.ppm = std::strtod(fixedText(shift.ppm - correction->second, kCorrectedDecimals).c_str(), nullptr);
   }
   return protein;
 }

@@ -130,12 +130,8 @@ GDB entryTable(const std::string& path) {
   Source source;
   source.file = path;
   source.text = fileBytes(path);
-  const std::size_t most = kResiduesMadeOfAnyFile + source.text.size() / kBytesPerResidueMade;
   GDB table = std::move(*readShiftTable(source).table);
   table.fileName = path;
-  if (table.residNames.size() > most)
-    throw FileError(path, 0, "has a sequence of more than " + std::to_string(most) + " residues",
-                    "no protein with so few shifts is that long: check the file");
   return table;
 }
 

@@ -83,7 +83,7 @@ void checkShifts(const std::string& before, const std::string& after) {
     check((*a)[i].shifts.size() == (*b)[i].shifts.size());
     for (std::size_t s = 0; s < (*a)[i].shifts.size(); ++s)
       check((*a)[i].shifts[s].atom == (*b)[i].shifts[s].atom &&
-            (*a)[i].shifts[s].shift == (*b)[i].shifts[s].shift);
+            (*a)[i].shifts[s].ppm == (*b)[i].shifts[s].ppm);
   }
 }
 

@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+#include "made_shift.h"
+
 #include "predict/referencing.h"
 
 namespace {
@@ -16,6 +18,7 @@ namespace {
 using zorvela::Call;
 using zorvela::Protein;
 using zorvela::ProteinResult;
+using zorvela::TableAtom;
 
 constexpr double kTolerance = 1e-6;
 
@@ -25,13 +28,14 @@ void addResidue(Protein& protein, int resid) {
   const bool beforeProline = index + 1 < protein.sequence.size() && protein.sequence[index + 1] == 'P';
   const bool isProline = protein.sequence[index] == 'P';
   if (!isProline) {
-    protein.shifts.push_back({resid, "N", "120"});
-    protein.shifts.push_back({resid, "HN", "8"});
+    protein.shifts.push_back(made::shift(resid, "N", "120"));
+    protein.shifts.push_back(made::shift(resid, "HN", "8"));
   }
-  protein.shifts.push_back({resid, "HA", "4"});
-  protein.shifts.push_back({resid, "C", "175"});
-  protein.shifts.push_back({resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))});
-  protein.shifts.push_back({resid, "CB", "30"});
+  protein.shifts.push_back(made::shift(resid, "HA", "4"));
+  protein.shifts.push_back(made::shift(resid, "C", "175"));
+  protein.shifts.push_back(
+      made::shift(resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))));
+  protein.shifts.push_back(made::shift(resid, "CB", "30"));
 }
 
 Protein bare(const std::string& sequence) {
@@ -50,11 +54,11 @@ Protein complete(const std::string& sequence) {
 
 void setShift(Protein& protein, int resid, const std::string& atom, const std::string& value) {
   for (zorvela::Shift& shift : protein.shifts)
-    if (shift.resid == resid && shift.atom == atom) {
-      shift.shift = value;
+    if (shift.position == resid && nameOf(shift.atom) == atom) {
+      shift = made::shift(resid, atom, value);
       return;
     }
-  protein.shifts.push_back({resid, atom, value});
+  protein.shifts.push_back(made::shift(resid, atom, value));
 }
 
 ProteinResult predict(const Protein& protein) {
@@ -177,7 +181,7 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
 TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
   // CG is so far from both classes that both likelihoods are 0.
   Protein protein = complete("APK");
-  protein.shifts.push_back({2, "CG", "500"});
+  protein.shifts.push_back(made::shift(2, "CG", "500"));
   const ProteinResult result = predict(protein);
   EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
   EXPECT_FALSE(result.prolines[0].pCis.has_value());
@@ -203,7 +207,7 @@ TEST(Predictor, GivesNumbersNamesAndCounts) {
   protein.notes = {"a note"};
   addResidue(protein, 3);
   addResidue(protein, 4);
-  protein.shifts.push_back({2, "CA", "53"});
+  protein.shifts.push_back(made::shift(2, "CA", "53"));
   setShift(protein, 3, "CG", "24.5");
   const ProteinResult result = predict(protein);
   EXPECT_EQ(result.file, "made");
@@ -244,8 +248,10 @@ Protein cutOut(const Protein& protein, int first, int last) {
   Protein part = bare(protein.sequence.substr(static_cast<std::size_t>(first) - 1,
                                               static_cast<std::size_t>(last - first + 1)));
   for (const zorvela::Shift& shift : protein.shifts)
-    if (shift.resid >= first && shift.resid <= last)
-      part.shifts.push_back({shift.resid - first + 1, shift.atom, shift.shift});
+    if (shift.position >= first && shift.position <= last) {
+      part.shifts.push_back(shift);
+      part.shifts.back().position -= first - 1;
+    }
   return part;
 }
 
@@ -257,8 +263,8 @@ Protein longProtein() {
   while (sequence.size() < 8100) sequence += unit + "KLMNQRSTVWY"[sequence.size() % 11];
   Protein protein = complete(sequence);
   for (std::size_t i = 0; i < protein.shifts.size(); ++i)
-    if (protein.shifts[i].atom == "CB")
-      protein.shifts[i].shift = std::to_string(28.0 + static_cast<double>(i % 50) / 10);
+    if (protein.shifts[i].atom == TableAtom::CB)
+      protein.shifts[i].ppm = 28.0 + static_cast<double>(i % 50) / 10;
   for (std::size_t i = 0; i < sequence.size(); ++i)
     if (sequence[i] == 'P') protein.cisFlags[static_cast<int>(i) + 1] = i % 3 == 0;
   return protein;
@@ -321,7 +327,9 @@ TEST(Predictor, RereferencesShortAndLongProteins) {
     Protein protein = cutOut(longProtein(), 1, length);
     expectRereferenced(protein, tables, true);
     // CB and N alone say nothing of the referencing.
-    const auto isOther = [](const zorvela::Shift& shift) { return shift.atom != "CB" && shift.atom != "N"; };
+    const auto isOther = [](const zorvela::Shift& shift) {
+      return shift.atom != TableAtom::CB && shift.atom != TableAtom::N;
+    };
     protein.shifts.erase(std::remove_if(protein.shifts.begin(), protein.shifts.end(), isOther),
                          protein.shifts.end());
     expectRereferenced(protein, tables, false);

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <map>
 
+#include "made_shift.h"
+
 #include "support/temp_dir.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
@@ -139,7 +141,7 @@ TEST(TablesInMemory, PredictAsThoseOfTheFolder) {
   for (const int resid : {1, 2, 3})
     for (const auto& [atom, shift] :
          std::map<std::string, std::string>{{"HA", "4"}, {"C", "175"}, {"CA", "55"}, {"CB", "32"}})
-      protein.shifts.push_back({resid, atom, shift});
+      protein.shifts.push_back(made::shift(resid, atom, shift));
   const auto fromTexts = zorvela::Predictor(zorvela::tablesFromTexts(madeTables())).predict(protein);
   const auto fromFolder = zorvela::Predictor(zorvela::tablesFromFolder(MADE_TABLES)).predict(protein);
   ASSERT_TRUE(fromTexts.prolines.at(0).pCis.has_value());

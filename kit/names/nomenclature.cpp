@@ -18,22 +18,22 @@ namespace {
 using Kind = AtomReading::Kind;
 
 /// A residue that is not one of the 20, by the letter of its parent.
-ResidueType modified(char letter) {
-  ResidueType type;
+ResidueReading modified(char letter) {
+  ResidueReading type;
   type.letter = letter;
   type.isModified = true;
   return type;
 }
 
-ResidueType hydroxyproline() {
-  ResidueType type = modified(kProline);
+ResidueReading hydroxyproline() {
+  ResidueReading type = modified(kProlineCode);
   type.isHydroxyproline = true;
   return type;
 }
 
 /// Names that the library's table leaves out, or that are read in another way than it does.
-const std::unordered_map<std::string, ResidueType>& ownNames() {
-  static const std::unordered_map<std::string, ResidueType> names = {
+const std::unordered_map<std::string, ResidueReading>& ownNames() {
+  static const std::unordered_map<std::string, ResidueReading> names = {
       // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
       {"CYSS", {'C', false, false, Thiol::disulfide}},
       {"CYX", {'C', false, false, Thiol::disulfide}},
@@ -127,7 +127,7 @@ gemmi::ResidueInfo tabulated(const std::string& name) {
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
 }
 
-AtomReading inTable(TableAtom atom) {
+AtomReading inTable(Atom atom) {
   return {Kind::table, atom};
 }
 
@@ -142,22 +142,22 @@ bool isBothAlphaProtons(std::string_view name) {
 
 /// One of the two alpha protons, which of them is not known or written in an older way.
 AtomReading readGlycineProton(std::string_view name) {
-  if (isBothAlphaProtons(name)) return {Kind::pseudo, TableAtom::HA2};
-  if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, TableAtom::HA2, true};
-  if (isAmong({"HA2", "2HA", "HAX", "HA'", "HAA"}, name)) return inTable(TableAtom::HA2);
-  if (isAmong({"HA3", "HAY", "HA''", "HAB", "HA\""}, name)) return inTable(TableAtom::HA3);
+  if (isBothAlphaProtons(name)) return {Kind::pseudo, Atom::HA2};
+  if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, Atom::HA2, true};
+  if (isAmong({"HA2", "2HA", "HAX", "HA'", "HAA"}, name)) return inTable(Atom::HA2);
+  if (isAmong({"HA3", "HAY", "HA''", "HAB", "HA\""}, name)) return inTable(Atom::HA3);
   return {};
 }
 
 AtomReading readAlphaProton(char letter, std::string_view name) {
   if (letter == 'G') return readGlycineProton(name);
-  if (isBothAlphaProtons(name)) return inTable(TableAtom::HA);
+  if (isBothAlphaProtons(name)) return inTable(Atom::HA);
   return {isAmong({"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"}, name) ? Kind::foreign : Kind::other};
 }
 
 }  // namespace
 
-ResidueType residueType(std::string_view name) {
+ResidueReading residueType(std::string_view name) {
   const std::string key = upper(name);
   if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
   // The library's "standard" residues are the 20; the parent of another is in lower case.
@@ -165,12 +165,12 @@ ResidueType residueType(std::string_view name) {
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
   if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
   if (!info.is_standard()) return modified(letter);
-  ResidueType type;
+  ResidueReading type;
   type.letter = letter;
   return type;
 }
 
-ResidueType polypeptideResidue(std::string_view name) {
+ResidueReading polypeptideResidue(std::string_view name) {
   return name.size() == 1 ? residueType(threeLetterName(name.front())) : residueType(name);
 }
 
@@ -248,19 +248,13 @@ std::optional<std::string> nextNumber(const std::string& text) {
 AtomReading readAtom(char letter, std::string_view atom) {
   const AtomReading foreign{Kind::foreign};
   const std::string name = upper(withLatinLetters(atom));
-  if (name == "N") return inTable(TableAtom::N);
-  if (name == "H" || name == "HN") return letter == kProline ? foreign : inTable(TableAtom::HN);
-  if (name == "C" || name == "CO" || name == "C'") return inTable(TableAtom::C);
-  if (name == "CA") return inTable(TableAtom::CA);
-  if (name == "CB") return letter == 'G' ? foreign : inTable(TableAtom::CB);
-  if (name == "CG") return letter == kProline ? inTable(TableAtom::CG) : AtomReading{};
+  if (name == "N") return inTable(Atom::N);
+  if (name == "H" || name == "HN") return letter == kProlineCode ? foreign : inTable(Atom::HN);
+  if (name == "C" || name == "CO" || name == "C'") return inTable(Atom::C);
+  if (name == "CA") return inTable(Atom::CA);
+  if (name == "CB") return letter == 'G' ? foreign : inTable(Atom::CB);
+  if (name == "CG") return letter == kProlineCode ? inTable(Atom::CG) : AtomReading{};
   return readAlphaProton(letter, name);
-}
-
-std::optional<TableAtom> tableAtom(std::string_view name) {
-  const auto found = std::find(kTableAtoms.begin(), kTableAtoms.end(), name);
-  if (found == kTableAtoms.end()) return std::nullopt;
-  return static_cast<TableAtom>(found - kTableAtoms.begin());
 }
 
 }  // namespace zorvela

@@ -1,7 +1,6 @@
 // The ranges as `script/plausible-shifts DATA` prints them.
 #include "names/plausible_shifts.h"
 
-#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
@@ -49,10 +48,9 @@ constexpr ResidueRanges kAnyResidue = {
     {{{87.8, 144.8}, {3.1, 13.1}, {-0.1, 8.2}, {163.5, 187.4}, {39.5, 74.7}, {10.9, 79.3}, {20.2, 35.2}}}};
 
 /// HA2 and HA3 are as HA.
-std::size_t columnOf(TableAtom atom) {
-  const auto place = static_cast<std::size_t>(atom);
-  const auto alpha = static_cast<std::size_t>(TableAtom::HA);
-  return atom < TableAtom::C ? std::min(place, alpha) : place - 2;
+std::size_t columnOf(Atom atom) {
+  constexpr std::array<std::size_t, kTableAtoms> columns = {0, 2, 3, 4, 5, 1, 2, 2, 6};
+  return columns[indexOf(atom)];
 }
 
 bool isKnown(const PlausibleRange& range) {
@@ -61,7 +59,7 @@ bool isKnown(const PlausibleRange& range) {
 
 }  // namespace
 
-PlausibleRange plausibleRange(char residue, TableAtom atom) {
+PlausibleRange plausibleRange(char residue, Atom atom) {
   const std::size_t column = columnOf(atom);
   const int type = std::toupper(static_cast<unsigned char>(residue));
   for (const ResidueRanges& ranges : kRanges)
@@ -69,7 +67,7 @@ PlausibleRange plausibleRange(char residue, TableAtom atom) {
   return kAnyResidue.atoms[column];
 }
 
-bool isPlausible(char residue, TableAtom atom, double ppm) {
+bool isPlausible(char residue, Atom atom, double ppm) {
   const PlausibleRange range = plausibleRange(residue, atom);
   return !isKnown(range) || (ppm >= range.low && ppm <= range.high);
 }

@@ -14,10 +14,10 @@ struct PlausibleRange {
 /// The range that right assignments hardly ever leave: of 841,405 shifts in 1,707 BMRB entries, wrong ones
 /// included, 4 in 10,000 lie outside. `residue` is a one-letter name (c: disulfide-bonded cysteine); for a
 /// residue type that is not known the widest range of all types.
-PlausibleRange plausibleRange(char residue, TableAtom atom);
+PlausibleRange plausibleRange(char residue, Atom atom);
 
 /// Whether a shift (ppm) lies in the plausible range, bounds included. Others are likely to be assigned to
 /// the wrong atom or residue, folded, or in the wrong column.
-bool isPlausible(char residue, TableAtom atom, double ppm);
+bool isPlausible(char residue, Atom atom, double ppm);
 
 }  // namespace zorvela

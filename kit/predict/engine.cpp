@@ -102,7 +102,7 @@ ProlineResult describe(const ZORVELA& run, const Protein& protein, float observe
 
 const std::string& whyNot(const Protein& protein, int position) {
   const auto index = static_cast<std::size_t>(position) - 1;
-  if (protein.sequence[index] == kKnownCisProline) return reason::kLowerCase;
+  if (protein.sequence[index] == kPassedProlineCode) return reason::kLowerCase;
   if (index == 0) return reason::kFirstResidue;
   if (index + 1 == protein.sequence.size()) return reason::kLastResidue;
   return reason::kTooFewShifts;
@@ -190,7 +190,7 @@ void addResults(ZORVELA& run, const Protein& part, const Piece& piece, const Shi
   for (int resid = piece.begin - piece.from + 1; resid <= piece.end - piece.from; ++resid) {
     result.assignments.push_back(assignmentOf(run, resid));
     const char letter = part.sequence[static_cast<std::size_t>(resid) - 1];
-    if (letter == kProline || letter == kKnownCisProline) positions.push_back(resid);
+    if (letter == kProlineCode || letter == kPassedProlineCode) positions.push_back(resid);
   }
   const auto predictions = run.predictProlines(positions);
   for (std::size_t i = 0; i < positions.size(); ++i) {

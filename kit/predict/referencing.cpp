@@ -230,9 +230,8 @@ Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
 
 Protein corrected(Protein protein, const Corrections& corrections) {
   for (Shift& shift : protein.shifts) {
-    const bool isGlycineProton = shift.atom == TableAtom::HA2 || shift.atom == TableAtom::HA3;
-    const auto correction =
-        corrections.find(std::string(nameOf(isGlycineProton ? TableAtom::HA : shift.atom)));
+    const bool isGlycineProton = shift.atom == Atom::HA2 || shift.atom == Atom::HA3;
+    const auto correction = corrections.find(std::string(nameOf(isGlycineProton ? Atom::HA : shift.atom)));
     if (correction == corrections.end()) continue;
     shift.decimals = kCorrectedDecimals;
     shift.ppm = std::strtod(fixedText(shift.ppm - correction->second, kCorrectedDecimals).c_str(), nullptr);

@@ -32,7 +32,7 @@ struct Layout {
 std::vector<std::string> residueTypes() {
   std::vector<std::string> types;
   for (const char letter : kAminoAcids) types.emplace_back(1, letter);
-  for (const char letter : {kDisulfideCysteine, kKnownCisProline}) types.emplace_back(1, letter);
+  for (const char letter : {kDisulfideCysteine, kPassedProlineCode}) types.emplace_back(1, letter);
   return types;
 }
 

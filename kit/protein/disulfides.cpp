@@ -14,7 +14,7 @@ namespace {
 std::unordered_map<int, Shift> betaShifts(const std::vector<Shift>& shifts) {
   std::unordered_map<int, Shift> beta;
   for (const Shift& shift : shifts)
-    if (shift.atom == TableAtom::CB) beta.emplace(shift.position, shift);
+    if (shift.atom == Atom::CB) beta.emplace(shift.position, shift);
   return beta;
 }
 

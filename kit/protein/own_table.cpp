@@ -56,7 +56,7 @@ TableSequence statedSequence(const GDB& table, const std::string& file) {
 
 // The letters that the program's reader takes into a sequence.
 bool isSequenceLetter(char c) {
-  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kKnownCisProline ||
+  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kPassedProlineCode ||
          contains(kOtherLetters, {&c, 1});
 }
 
@@ -84,7 +84,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
 /// The shifts of a table, and what of its rows is not used or stands out.
 struct TableShifts {
   std::vector<Shift> shifts;
-  std::set<std::pair<int, TableAtom>> taken;
+  std::set<std::pair<int, Atom>> taken;
   std::set<std::string> misnamed;
   std::vector<std::string> outside;
   std::vector<std::string> unusable;
@@ -95,9 +95,9 @@ struct TableShifts {
 
 /// Names in the table's own words stay, whatever the residue; others are read as in any file.
 AtomReading readTableAtom(char letter, const std::string& name) {
-  const auto atom = tableAtom(name);
-  const bool isOfGlycine = letter == 'G' && atom == TableAtom::HA;
-  const bool isSideChain = atom == TableAtom::CG && letter != kProline && letter != kKnownCisProline;
+  const auto atom = atomNamed(name);
+  const bool isOfGlycine = letter == 'G' && atom == Atom::HA;
+  const bool isSideChain = atom == Atom::CG && !isProline(letter);
   if (!atom || isOfGlycine || isSideChain) return readAtom(letter, name);
   return {AtomReading::Kind::table, *atom};
 }
@@ -126,7 +126,7 @@ void readShiftCells(const TableRow& row, int position, char letter, TableShifts&
     shift->position = position;
     shift->atom = atom.atom;
     addShift(*shift, label, found);
-    shift->atom = TableAtom::HA3;
+    shift->atom = Atom::HA3;
     if (atom.kind == AtomReading::Kind::pseudo) addShift(*shift, label, found);
   }
 }
@@ -195,7 +195,7 @@ void noteOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
   for (const Shift& shift : protein.shifts) {
     const std::size_t i = static_cast<std::size_t>(shift.position) - 1;
-    if (shift.atom == TableAtom::CB && protein.sequence[i] == 'C' && looksOxidised(shift))
+    if (shift.atom == Atom::CB && protein.sequence[i] == 'C' && looksOxidised(shift))
       oxidised.push_back(protein.numbers[i]);
   }
   if (!oxidised.empty())

@@ -177,8 +177,8 @@ std::string numberOf(const FileResidue& residue) {
   return number;
 }
 
-ResidueType typeOf(const FileResidue& residue) {
-  ResidueType type = polypeptideResidue(residue.name);
+ResidueReading typeOf(const FileResidue& residue) {
+  ResidueReading type = polypeptideResidue(residue.name);
   if (residue.thiol != Thiol::unknown) type.thiol = residue.thiol;
   return type;
 }

@@ -19,9 +19,9 @@ const std::string& keyOf(const FileShift& row);
 
 /// A residue of a chain, or a place in a gap.
 struct ChainResidue {
-  std::string name;    ///< as the file writes it; empty for a gap
-  std::string number;  ///< the file's own
-  ResidueType type;    ///< with what the file says of the thiol of this residue
+  std::string name;     ///< as the file writes it; empty for a gap
+  std::string number;   ///< the file's own
+  ResidueReading type;  ///< with what the file says of the thiol of this residue
 };
 
 /// Residues have positions from 1, as in the table.

@@ -98,10 +98,10 @@ struct Candidate {
 
 /// Position of a residue and place of an atom in the table. HA1 of glycine, until it is settled, is last.
 using AtomKey = std::pair<int, std::size_t>;
-constexpr std::size_t kOlderHA1 = kTableAtoms.size();
+constexpr std::size_t kOlderHA1 = kTableAtoms;
 
-AtomKey atomKey(int position, TableAtom atom) {
-  return {position, static_cast<std::size_t>(atom)};
+AtomKey atomKey(int position, Atom atom) {
+  return {position, tableRank(atom)};
 }
 
 /// The shifts of a chain that go into its table, and the reasons of those that do not.
@@ -130,7 +130,7 @@ void addOnce(std::vector<std::string>& items, const std::string& item) {
 /// Whether the column of the elements holds names of atoms: it says nothing then.
 bool doElementsRepeatNames(const ShiftRows& rows) {
   return std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
-    return equalIgnoringCase(row->element, row->atom) && tableAtom(upper(row->atom)) &&
+    return equalIgnoringCase(row->element, row->atom) && atomNamed(upper(row->atom)) &&
            row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
   });
 }
@@ -149,7 +149,7 @@ bool isOfOtherElement(const FileShift& row, const AtomReading& atom) {
 }
 
 // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
-bool isOfHydroxylRing(const ResidueType& type, const std::string& atom) {
+bool isOfHydroxylRing(const ResidueReading& type, const std::string& atom) {
   return type.isHydroxyproline && (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
 }
 
@@ -201,7 +201,7 @@ void offerAtoms(const AtomReading& atom, Candidate candidate, const FileShift& r
   if (atom.isOlderName) key.second = kOlderHA1;
   offer(key, candidate, row, residue, found);
   if (!candidate.isPseudo) return;
-  shift.atom = TableAtom::HA3;
+  shift.atom = Atom::HA3;
   offer(atomKey(shift.position, shift.atom), candidate, row, residue, found);
 }
 
@@ -253,7 +253,7 @@ Collected collect(const ShiftRows& rows, long offset, const ChainSequence& seque
   return found;
 }
 
-void rename(const AtomKey& from, TableAtom atom, std::map<AtomKey, Candidate>& chosen) {
+void rename(const AtomKey& from, Atom atom, std::map<AtomKey, Candidate>& chosen) {
   auto node = chosen.extract(from);
   if (node.empty()) return;
   node.mapped().shift.atom = atom;
@@ -269,10 +269,10 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
     if (key.second == kOlderHA1) older.push_back(key);
   for (const AtomKey& key : older) {
     const std::string& number = sequence.at(key.first).number;
-    const AtomKey second = atomKey(key.first, TableAtom::HA2);
-    if (chosen.count(atomKey(key.first, TableAtom::HA3)) == 0) rename(second, TableAtom::HA3, chosen);
+    const AtomKey second = atomKey(key.first, Atom::HA2);
+    if (chosen.count(atomKey(key.first, Atom::HA3)) == 0) rename(second, Atom::HA3, chosen);
     if (chosen.count(second) == 0) {
-      rename(key, TableAtom::HA2, chosen);
+      rename(key, Atom::HA2, chosen);
       found.older.push_back(number);
     } else {
       chosen.erase(key);
@@ -366,7 +366,7 @@ bool isMissingMark(const Shift& shift) {
 }
 
 bool isBefore(const Shift& a, const Shift& b) {
-  return std::pair(a.position, a.atom) < std::pair(b.position, b.atom);
+  return atomKey(a.position, a.atom) < atomKey(b.position, b.atom);
 }
 
 void noteOtherAtoms(std::size_t count, std::vector<std::string>& asides) {

@@ -82,7 +82,7 @@ Coordinates readCoordinates(const std::string& text, const std::string& name, st
 /// A residue of one model, with what its name stands for.
 struct Placed {
   const gemmi::Residue* residue = nullptr;
-  ResidueType type;
+  ResidueReading type;
   bool isFallback = false;  ///< unknown to the names, kept for its backbone
 };
 
@@ -90,7 +90,7 @@ bool has(const gemmi::Residue& residue, const char* atom) {
   return residue.find_atom(atom, '*') != nullptr;
 }
 
-bool isAminoAcid(const gemmi::Residue& residue, const ResidueType& type) {
+bool isAminoAcid(const gemmi::Residue& residue, const ResidueReading& type) {
   if (!has(residue, "CA")) return false;
   return type.letter != kUnknownResidue || (has(residue, "N") && has(residue, "C"));
 }
@@ -123,7 +123,7 @@ class ChainCollector {
 
  private:
   void add(const gemmi::Residue& residue, const std::string& chain, std::vector<Placed>& residues) {
-    const ResidueType type = residueType(residue.name);
+    const ResidueReading type = residueType(residue.name);
     if (!isAminoAcid(residue, type)) return;
     const bool isAlternative = !residues.empty() && residues.back().residue->seqid == residue.seqid;
     if (!isAlternative) {
@@ -202,7 +202,7 @@ class StructureBuilder {
       residue.name = placed.residue->name;
       residue.number = placed.residue->seqid.str();
       residue.isAfterBreak = i > 0 && !areBonded(*residues[i - 1].residue, *placed.residue);
-      if (residue.letter == kProline) residue.whyNoBond = whyNone(residues, i);
+      if (residue.letter == kProlineCode) residue.whyNoBond = whyNone(residues, i);
       chain.isTrace = chain.isTrace && !has(*placed.residue, "N") && !has(*placed.residue, "C");
       places.byKey.emplace(keyOf(*placed.residue), i);
       chain.residues.push_back(std::move(residue));
@@ -221,7 +221,7 @@ class StructureBuilder {
     const auto known = byName.find(name);
     if (known == byName.end()) return;
     for (std::size_t i = 1; i < residues.size(); ++i) {
-      if (residues[i].type.letter != kProline) continue;
+      if (residues[i].type.letter != kProlineCode) continue;
       const auto place = known->second.byKey.find(keyOf(*residues[i].residue));
       if (place == known->second.byKey.end()) continue;
       std::vector<ModelBond> bonds = peptideBonds(*residues[i - 1].residue, *residues[i].residue);

@@ -12,7 +12,7 @@ namespace made {
 inline zorvela::Shift shift(int position, const std::string& atom, const std::string& text) {
   zorvela::Shift result = zorvela::readShift(text).value();
   result.position = position;
-  result.atom = zorvela::tableAtom(atom).value();
+  result.atom = zorvela::atomNamed(atom).value();
   return result;
 }
 

@@ -1,23 +1,40 @@
-// The atoms whose shifts a shift table holds.
+// The atoms whose shifts are used.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace zorvela {
 
-/// In the order of the table. HN is the amide proton; HA2 and HA3 are those of glycine, CG that of proline.
-enum class TableAtom : std::uint8_t { N, HN, HA, HA2, HA3, C, CA, CB, CG };
+/// The atoms whose shifts are used. The six backbone atoms come first, in the order of shift indices.
+enum class Atom : unsigned char { N, HA, C, CA, CB, HN, HA2, HA3, CG };
+inline constexpr std::size_t kTableAtoms = 9;
 
-/// Their names in the table, by `TableAtom`.
-inline constexpr std::array<std::string_view, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3",
-                                                                "C", "CA", "CB", "CG"};
+/// Place of an atom in an array of values for atoms.
+constexpr std::size_t indexOf(Atom atom) {
+  return static_cast<std::size_t>(atom);
+}
+/// The atom's name in shift tables.
+constexpr std::string_view nameOf(Atom atom) {
+  constexpr std::array<std::string_view, kTableAtoms> names = {"N",  "HA",  "C",   "CA", "CB",
+                                                          "HN", "HA2", "HA3", "CG"};
+  return names[indexOf(atom)];
+}
+/// The atom of that name.
+inline std::optional<Atom> atomNamed(std::string_view name) {
+  for (std::size_t i = 0; i < kTableAtoms; ++i)
+    if (nameOf(static_cast<Atom>(i)) == name) return static_cast<Atom>(i);
+  return std::nullopt;
+}
 
-/// Gives the name in the table.
-constexpr std::string_view nameOf(TableAtom atom) {
-  return kTableAtoms[static_cast<std::size_t>(atom)];
+/// One-letter codes with rules of their own. A proline written as p is taken as a neighbour alone.
+inline constexpr char kProlineCode = 'P';
+inline constexpr char kPassedProlineCode = 'p';
+
+constexpr bool isProline(char type) {
+  return type == kProlineCode || type == kPassedProlineCode;
 }
 
 }  // namespace zorvela

@@ -15,7 +15,7 @@ namespace zorvela {
 /// for both.
 struct Shift {
   int position = 0;  ///< of its residue in `Protein::sequence`, from 1
-  TableAtom atom = TableAtom::N;
+  Atom atom = Atom::N;
   std::uint8_t decimals = 0;  ///< as the file has them
   double ppm = 0;
 };
@@ -39,7 +39,7 @@ struct Protein {
   /// What the file says of the peptide bond before a residue, by position from 1: true cis, false trans.
   /// Those of which it says nothing are absent.
   std::map<int, bool> cisFlags;
-  std::vector<Shift> shifts;         ///< in order of residue, then of `TableAtom`
+  std::vector<Shift> shifts;         ///< in order of residue, then N, HN, HA, HA2, HA3, C, CA, CB, CG
   std::vector<std::string> remarks;  ///< REMARK lines of the table: origin, numbers, cis flags
   std::vector<std::string> notes;    ///< one line each: what was renamed, left out, guessed
   std::vector<std::string> asides;   ///< the same, of what is so in nearly every file: for programs only

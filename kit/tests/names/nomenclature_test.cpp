@@ -7,9 +7,9 @@
 
 namespace {
 
+using zorvela::Atom;
 using zorvela::readAtom;
 using zorvela::residueType;
-using zorvela::TableAtom;
 using Kind = zorvela::AtomReading::Kind;
 
 TEST(Residues, TheTwentyInAnyCase) {
@@ -79,13 +79,11 @@ TEST(ResidueNumbers, AreCountedOn) {
 }
 
 TEST(Atoms, InTheNamesOfTheTable) {
-  const std::tuple<char, const char*, TableAtom> cases[] = {
-      {'A', "N", TableAtom::N},     {'A', "H", TableAtom::HN},    {'A', "HN", TableAtom::HN},
-      {'A', "hn", TableAtom::HN},   {'A', "C", TableAtom::C},     {'A', "CO", TableAtom::C},
-      {'A', "Ca", TableAtom::CA},   {'A', "CB", TableAtom::CB},   {'A', "HA", TableAtom::HA},
-      {'P', "CG", TableAtom::CG},   {'?', "CA", TableAtom::CA},   {'G', "HA2", TableAtom::HA2},
-      {'G', "2HA", TableAtom::HA2}, {'G', "HAx", TableAtom::HA2}, {'G', "HA3", TableAtom::HA3},
-      {'G', "HAy", TableAtom::HA3},
+  const std::tuple<char, const char*, Atom> cases[] = {
+      {'A', "N", Atom::N},     {'A', "H", Atom::HN},    {'A', "HN", Atom::HN},   {'A', "hn", Atom::HN},
+      {'A', "C", Atom::C},     {'A', "CO", Atom::C},    {'A', "Ca", Atom::CA},   {'A', "CB", Atom::CB},
+      {'A', "HA", Atom::HA},   {'P', "CG", Atom::CG},   {'?', "CA", Atom::CA},   {'G', "HA2", Atom::HA2},
+      {'G', "2HA", Atom::HA2}, {'G', "HAx", Atom::HA2}, {'G', "HA3", Atom::HA3}, {'G', "HAy", Atom::HA3},
   };
   for (const auto& [letter, name, atom] : cases) {
     EXPECT_EQ(readAtom(letter, name).kind, Kind::table) << letter << name;
@@ -97,7 +95,7 @@ TEST(Atoms, InTheNamesOfTheTable) {
 TEST(Atoms, OneShiftOfBothAlphaProtonsOfGlycine) {
   for (const char* name : {"HA", "HA%", "HA*", "HA#", "QA"}) {
     EXPECT_EQ(readAtom('G', name).kind, Kind::pseudo) << name;
-    EXPECT_EQ(readAtom('G', name).atom, TableAtom::HA2) << name;
+    EXPECT_EQ(readAtom('G', name).atom, Atom::HA2) << name;
   }
 }
 
@@ -113,8 +111,8 @@ TEST(Atoms, ThatTheTableOrTheResidueLacks) {
 }
 
 TEST(Atoms, AreKnownByTheirNamesInTheTable) {
-  EXPECT_EQ(zorvela::tableAtom("HA3"), TableAtom::HA3);
-  EXPECT_EQ(zorvela::tableAtom("CD"), std::nullopt);
+  EXPECT_EQ(zorvela::atomNamed("HA3"), Atom::HA3);
+  EXPECT_EQ(zorvela::atomNamed("CD"), std::nullopt);
 }
 
 TEST(Nomenclature, IonsAndWaterAreNoResidues) {

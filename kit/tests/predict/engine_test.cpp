@@ -15,10 +15,10 @@
 
 namespace {
 
+using zorvela::Atom;
 using zorvela::Call;
 using zorvela::Protein;
 using zorvela::ProteinResult;
-using zorvela::TableAtom;
 
 constexpr double kTolerance = 1e-6;
 
@@ -263,8 +263,7 @@ Protein longProtein() {
   while (sequence.size() < 8100) sequence += unit + "KLMNQRSTVWY"[sequence.size() % 11];
   Protein protein = complete(sequence);
   for (std::size_t i = 0; i < protein.shifts.size(); ++i)
-    if (protein.shifts[i].atom == TableAtom::CB)
-      protein.shifts[i].ppm = 28.0 + static_cast<double>(i % 50) / 10;
+    if (protein.shifts[i].atom == Atom::CB) protein.shifts[i].ppm = 28.0 + static_cast<double>(i % 50) / 10;
   for (std::size_t i = 0; i < sequence.size(); ++i)
     if (sequence[i] == 'P') protein.cisFlags[static_cast<int>(i) + 1] = i % 3 == 0;
   return protein;
@@ -328,7 +327,7 @@ TEST(Predictor, RereferencesShortAndLongProteins) {
     expectRereferenced(protein, tables, true);
     // CB and N alone say nothing of the referencing.
     const auto isOther = [](const zorvela::Shift& shift) {
-      return shift.atom != TableAtom::CB && shift.atom != TableAtom::N;
+      return shift.atom != Atom::CB && shift.atom != Atom::N;
     };
     protein.shifts.erase(std::remove_if(protein.shifts.begin(), protein.shifts.end(), isOther),
                          protein.shifts.end());

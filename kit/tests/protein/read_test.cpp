@@ -22,9 +22,9 @@ TEST(Read, GivesProteinsToFullPrecisionWithTheirNumbers) {
   EXPECT_EQ(proteins[0].chain, "A");
   EXPECT_EQ(proteins[0].sequence, "G");
   ASSERT_EQ(proteins[0].shifts.size(), 2U);
-  EXPECT_EQ(proteins[0].shifts[0].atom, zorvela::TableAtom::HA2);
+  EXPECT_EQ(proteins[0].shifts[0].atom, zorvela::Atom::HA2);
   EXPECT_EQ(shiftText(proteins[0].shifts.at(0)), "3.954321");
-  EXPECT_EQ(proteins[0].shifts[1].atom, zorvela::TableAtom::HA3);
+  EXPECT_EQ(proteins[0].shifts[1].atom, zorvela::Atom::HA3);
   EXPECT_EQ(proteins[1].sequence, "cP");
   EXPECT_EQ(proteins[1].numbers, (std::vector<std::string>{"52", "52A"}));
 }

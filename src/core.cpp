@@ -6,7 +6,7 @@
 namespace zorvela {
 
 std::optional<Atom> atomNamed(std::string_view name) {
-  for (std::size_t i = 0; i < kAtoms; ++i)
+  for (std::size_t i = 0; i < kAtomCount; ++i)
     if (nameOf(static_cast<Atom>(i)) == name) return static_cast<Atom>(i);
   return std::nullopt;
 }
@@ -52,40 +52,42 @@ float sixDigits(float value) {
 
 // --- Secondary shifts -----------------------------------------------------------------------------
 
-float referenceShift(const ResidueType& previous, const ResidueType& own, const ResidueType& next,
+float referenceShift(const ReferenceValues& previous, const ReferenceValues& own, const ReferenceValues& next,
                      Atom atom) {
   const std::size_t i = indexOf(atom);
   return own.randomCoil[i] + own.own[i] + previous.asPrevious[i] + next.asNext[i];
 }
 
-BackboneValues referenceShifts(const Model& model, char previous, char own, char next) {
+BackboneValues referenceShifts(const Model& model, const std::vector<Residue>& sequence, std::size_t place) {
+  const char previous = place > 0 ? sequence[place - 1].type : kNoType;
+  const char next = place + 1 < sequence.size() ? sequence[place + 1].type : kNoType;
   BackboneValues references{};
   for (const Atom atom : kBackbone)
-    references[indexOf(atom)] = referenceShift(model.type(previous), model.type(own), model.type(next), atom);
+    references[indexOf(atom)] =
+        referenceShift(model.type(previous), model.type(sequence[place].type), model.type(next), atom);
   return references;
 }
 
-float glycineHA(float ha2, float ha3) {
+std::optional<float> glycineHA(float ha2, float ha3) {
   if (ha2 < kMissingBound && ha3 < kMissingBound) return (ha2 + ha3) * 0.5F;
   if (ha2 < kMissingBound) return ha2;
   if (ha3 < kMissingBound) return ha3;
-  return kMissingShift;
+  return std::nullopt;
 }
 
-float secondaryShift(float observed, float reference) {
-  return reference >= kMissingBound ? kMissingShift : observed - reference;
-}
-
-float secondaryGlycineHA(float ha, float reference) {
-  return reference < kMissingBound ? ha - reference : ha;
+float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference) {
+  if (type == kProlineCode && isAmide(atom)) return kMissingShift;
+  // HA of glycine stays as it is where the reference is unknown, and 9999 less the reference is missing too.
+  if (type == kGlycineCode && atom == Atom::HA) {
+    const float ha = observed.value_or(kMissingShift);
+    return reference < kMissingBound ? ha - reference : ha;
+  }
+  return observed && !(reference >= kMissingBound) ? *observed - reference : kMissingShift;
 }
 
 std::optional<float> observedShift(const Residue& residue, Atom atom) {
-  if (residue.type == kGlycineCode && atom == Atom::HA) {
-    const float ha = glycineHA(residue.shift(Atom::HA2), residue.shift(Atom::HA3));
-    if (ha == kMissingShift) return std::nullopt;
-    return ha;
-  }
+  if (residue.type == kGlycineCode && atom == Atom::HA)
+    return glycineHA(residue.shift(Atom::HA2), residue.shift(Atom::HA3));
   if (!residue.has(atom)) return std::nullopt;
   return residue.shift(atom);
 }
@@ -100,15 +102,8 @@ int missingShifts(const Residue& residue) {
 BackboneValues secondaryShifts(const Residue& residue, const BackboneValues& references) {
   BackboneValues secondary{};
   for (const Atom atom : kBackbone) {
-    float& shift = secondary[indexOf(atom)];
-    const float reference = references[indexOf(atom)];
-    const std::optional<float> observed = observedShift(residue, atom);
-    if (residue.type == kProlineCode && isUnusedInProline(atom))
-      shift = kMissingShift;
-    else if (residue.type == kGlycineCode && atom == Atom::HA)
-      shift = sixDigits(secondaryGlycineHA(observed.value_or(kMissingShift), reference));
-    else
-      shift = observed ? sixDigits(secondaryShift(*observed, reference)) : kMissingShift;
+    const std::size_t i = indexOf(atom);
+    secondary[i] = sixDigits(secondaryShift(residue.type, atom, observedShift(residue, atom), references[i]));
   }
   return secondary;
 }
@@ -116,12 +111,8 @@ BackboneValues secondaryShifts(const Residue& residue, const BackboneValues& ref
 std::vector<BackboneValues> secondaryShifts(const Model& model, const std::vector<Residue>& sequence) {
   std::vector<BackboneValues> secondary;
   secondary.reserve(sequence.size());
-  for (std::size_t i = 0; i < sequence.size(); ++i) {
-    const char previous = i > 0 ? sequence[i - 1].type : kNoResidue;
-    const char next = i + 1 < sequence.size() ? sequence[i + 1].type : kNoResidue;
-    secondary.push_back(
-        secondaryShifts(sequence[i], referenceShifts(model, previous, sequence[i].type, next)));
-  }
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    secondary.push_back(secondaryShifts(sequence[i], referenceShifts(model, sequence, i)));
   return secondary;
 }
 
@@ -146,17 +137,6 @@ double lnGaussian(float shift, const ClassShift& of) {
   return -0.5 * (z * z);
 }
 
-ShiftEvidence evidenceOf(float secondary, float used, bool isMissing, const ShiftStatistics& statistics) {
-  ShiftEvidence shift;
-  shift.secondary = secondary;
-  shift.used = used;
-  shift.isMissing = isMissing;
-  if (isMissing) return shift;
-  shift.lnCis = lnGaussian(used, statistics.cis);
-  shift.lnTrans = lnGaussian(used, statistics.trans);
-  return shift;
-}
-
 }  // namespace
 
 bool hasEnoughShifts(const std::array<int, 3>& missing) {
@@ -166,12 +146,8 @@ bool hasEnoughShifts(const std::array<int, 3>& missing) {
   return poorResidues <= kMostPoorResidues;
 }
 
-ShiftEvidence backboneEvidence(float secondary, float used, const ShiftStatistics& statistics) {
-  return evidenceOf(secondary, used, used > kMissingSecondaryShift, statistics);
-}
-
-ShiftEvidence cgEvidence(float shift, const ShiftStatistics& statistics) {
-  return evidenceOf(shift, shift, shift >= kMissingBound, statistics);
+ShiftEvidence compared(float shift, const ShiftStatistics& statistics) {
+  return {shift, false, lnGaussian(shift, statistics.cis), lnGaussian(shift, statistics.trans)};
 }
 
 // Backbone shifts, neighbours, CG: in this order, each factor rounded to single precision.
@@ -203,15 +179,15 @@ CisPrediction predict(const Model& model, const Triplet& triplet) {
   for (std::size_t k = 0; k < kBackboneShifts; ++k) {
     const std::size_t residue = k / kBackboneAtoms;
     const std::size_t atom = k % kBackboneAtoms;
-    const ResidueType& type = model.type(triplet.types[residue]);
-    const float secondary = triplet.secondary[residue][atom];
-    const float used = sixDigits(clipped(secondary, type.lowest[atom], type.highest[atom]));
-    evidence.shifts[k] = backboneEvidence(secondary, used, model.shifts[k]);
+    const ReferenceValues& type = model.type(triplet.types[residue]);
+    const float used =
+        sixDigits(clipped(triplet.secondary[residue][atom], type.lowest[atom], type.highest[atom]));
+    if (!isMissingSecondary(used)) evidence.shifts[k] = compared(used, model.shifts[k]);
   }
   const std::size_t cg = shiftIndex(0, Atom::CG);
-  evidence.shifts[cg] = cgEvidence(triplet.cg, model.shifts[cg]);
-  const ResidueType& before = model.type(triplet.types[0]);
-  const ResidueType& after = model.type(triplet.types[2]);
+  if (!isMissingCG(triplet.cg)) evidence.shifts[cg] = compared(triplet.cg, model.shifts[cg]);
+  const ReferenceValues& before = model.type(triplet.types[0]);
+  const ReferenceValues& after = model.type(triplet.types[2]);
   evidence.cisShares = {before.cisBefore, after.cisAfter};
   evidence.transShares = {before.transBefore, after.transAfter};
   prediction.pCis = cisProbability(evidence);

@@ -155,11 +155,8 @@ ShiftFile readShiftTable(const Source& source) {
   text.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   ShiftFile file;
   file.table.emplace();
-  try {
-    file.table->readTable(text);
-  } catch (const std::runtime_error& error) {
-    throw FileError(source.file, 0, GDB::simplifyWhiteSpace(error.what()), kTableRemedy);
-  }
+  if (const auto fault = file.table->readTable(text))
+    throw FileError(source.file, 0, GDB::simplifyWhiteSpace(fault->message.c_str()), kTableRemedy);
   checkColumns(*file.table, source.file);
   skipped.appendTo(file.notes);
   return file;

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "zorvela/atoms.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -101,7 +101,7 @@ AtomReading readAtom(char letter, std::string_view atom);
 
 /// Place of an atom among the rows of its residue in a table: N, HN, HA, HA2, HA3, C, CA, CB, CG.
 constexpr std::size_t tableRank(Atom atom) {
-  constexpr std::array<std::size_t, kTableAtoms> ranks = {0, 2, 5, 6, 7, 1, 3, 4, 8};
+  constexpr std::array<std::size_t, kAtomCount> ranks = {0, 2, 5, 6, 7, 1, 3, 4, 8};
   return ranks[indexOf(atom)];
 }
 

@@ -49,7 +49,7 @@ constexpr ResidueRanges kAnyResidue = {
 
 /// HA2 and HA3 are as HA.
 std::size_t columnOf(Atom atom) {
-  constexpr std::array<std::size_t, kTableAtoms> columns = {0, 2, 3, 4, 5, 1, 2, 2, 6};
+  constexpr std::array<std::size_t, kAtomCount> columns = {0, 2, 3, 4, 5, 1, 2, 2, 6};
   return columns[indexOf(atom)];
 }
 

@@ -1,7 +1,7 @@
 // Which shifts an atom of a residue type can have.
 #pragma once
 
-#include "zorvela/atoms.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 

@@ -98,7 +98,7 @@ struct Candidate {
 
 /// Position of a residue and place of an atom in the table. HA1 of glycine, until it is settled, is last.
 using AtomKey = std::pair<int, std::size_t>;
-constexpr std::size_t kOlderHA1 = kTableAtoms;
+constexpr std::size_t kOlderHA1 = kAtomCount;
 
 AtomKey atomKey(int position, Atom atom) {
   return {position, tableRank(atom)};

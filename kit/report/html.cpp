@@ -399,10 +399,10 @@ std::string classTable(const ClassStatistics& classes) {
   };
   for (int index = 0; index <= kIndexCG; ++index) {
     const auto i = static_cast<std::size_t>(index);
-    const ShiftPlace place = shiftPlace(index);
-    if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
+    const ShiftPlace place = shiftPlace(i);
+    if (place.residue == 0 && isAmide(place.atom)) continue;
     const int residue = place.residue + 1;
-    text += "<tr>" + cell(residues[static_cast<std::size_t>(residue)]) + cell(place.atom) +
+    text += "<tr>" + cell(residues[static_cast<std::size_t>(residue)]) + cell(atomName(index)) +
             cell(value(classes.cis[i]), "class=\"r\"") + cell(value(classes.trans[i]), "class=\"r\"") +
             "</tr>\n";
   }

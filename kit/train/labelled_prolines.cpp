@@ -97,6 +97,17 @@ std::size_t leaveOutNonFinite(GDB& table) {
   return before - table.entries.size();
 }
 
+/// Those that the run object has assembled, in order of sequence.
+std::vector<SecondaryShifts> secondaryShifts(const ZORVELA& run) {
+  std::vector<SecondaryShifts> residues(run.resTable.entries.size() / kBackboneAtoms);
+  std::size_t cell = 0;
+  for (const auto& [number, row] : run.resTable.entries) {
+    residues[cell / kBackboneAtoms][cell % kBackboneAtoms] = GDB::toFloat(GDB::cell(row, "SHIFT"));
+    ++cell;
+  }
+  return residues;
+}
+
 /// Has the program make the secondary shifts of its table.
 EntryShifts entryShifts(const std::string& name, ZORVELA& run) {
   run.rcShifts.clear();

@@ -9,9 +9,12 @@
 #include <vector>
 
 #include "ZORVELA.h"
-#include "predict/secondary_shifts.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
+
+/// Secondary shifts of one residue (ppm); above 99 missing.
+using SecondaryShifts = BackboneValues;
 
 enum class Omega { cis, trans };
 

@@ -17,7 +17,7 @@ namespace zorvela {
 
 namespace {
 
-using AtomValues = std::array<double, kAtomsPerResidue>;
+using AtomValues = std::array<double, kBackboneAtoms>;
 
 // --- Origin ---------------------------------------------------------------------------------------
 

@@ -11,7 +11,7 @@
 namespace zorvela {
 
 /// The backbone atoms in the order of the program.
-inline const std::array<std::string, kAtomsPerResidue> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
+inline const std::array<std::string, kBackboneAtoms> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
 /// Rows that take their values from another type: disulfide cysteine, and proline known to be cis.
 inline const std::string kDisulfide(1, kDisulfideCysteine);
 inline const std::string kKnownCis(1, kPassedProlineCode);

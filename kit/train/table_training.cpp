@@ -27,7 +27,7 @@ struct Limits {
 };
 
 using Values = std::vector<double>;
-using TypeValues = std::map<std::string, std::array<Values, kAtomsPerResidue>>;
+using TypeValues = std::map<std::string, std::array<Values, kBackboneAtoms>>;
 
 // With fewer shifts than this the percentiles of a residue type mean nothing.
 constexpr std::size_t kFewestForLimits = 50;
@@ -96,7 +96,7 @@ class LimitFinder {
 
   TypeValues values;
   double percent;
-  std::array<Limits, kAtomsPerResidue> ofAll;
+  std::array<Limits, kBackboneAtoms> ofAll;
 };
 
 GDB startLimitsTable(std::size_t shifts, std::ptrdiff_t entries, double percent) {
@@ -134,7 +134,7 @@ GDB limitsTable(const LabelledProlines& data, const std::vector<bool>& useEntry,
 
 // --- Shifts around prolines -----------------------------------------------------------------------
 
-constexpr std::size_t kShiftIndices = kProlineCG + 1;
+constexpr std::size_t kShiftIndices = kBackboneShifts + 1;
 using ClassValues = std::array<Values, kShiftIndices>;
 
 const std::array<std::string, 3> kPositions = {"_R1", "_R2", "_R3"};
@@ -155,7 +155,7 @@ bool addShifts(ZORVELA& run, int resid, ShiftVector& shifts) {
     }
   }
   const float cg = run.cgShifts[resid];
-  if (!(cg >= kMissingBound)) shifts[kProlineCG].push_back(cg);
+  if (!(cg >= kMissingBound)) shifts[kBackboneShifts].push_back(cg);
   return true;
 }
 
@@ -235,7 +235,7 @@ void setMeans(IndexStatistics& s) {
 }
 
 bool isOwnShift(std::size_t index) {
-  return index == kProlineCG || index / kAtomsPerResidue == 1;
+  return index == kBackboneShifts || index / kBackboneAtoms == 1;
 }
 
 // Indices of the proline's own nitrogen and amide proton.

@@ -18,7 +18,7 @@ namespace zorvela {
 
 /// The atoms whose shifts are used. The six backbone atoms come first, in the order of shift indices.
 enum class Atom : unsigned char { N, HA, C, CA, CB, HN, HA2, HA3, CG };
-inline constexpr std::size_t kAtoms = 9;
+inline constexpr std::size_t kAtomCount = 9;
 inline constexpr std::size_t kBackboneAtoms = 6;
 inline constexpr std::array<Atom, kBackboneAtoms> kBackbone = {Atom::N,  Atom::HA, Atom::C,
                                                                Atom::CA, Atom::CB, Atom::HN};
@@ -29,8 +29,8 @@ constexpr std::size_t indexOf(Atom atom) {
 }
 /// The atom's name in shift tables.
 constexpr std::string_view nameOf(Atom atom) {
-  constexpr std::array<std::string_view, kAtoms> names = {"N",  "HA",  "C",   "CA", "CB",
-                                                          "HN", "HA2", "HA3", "CG"};
+  constexpr std::array<std::string_view, kAtomCount> names = {"N",  "HA",  "C",   "CA", "CB",
+                                                              "HN", "HA2", "HA3", "CG"};
   return names[indexOf(atom)];
 }
 /// The atom of that name.
@@ -46,13 +46,13 @@ inline constexpr char kProlineCode = 'P';
 inline constexpr char kPassedProlineCode = 'p';
 inline constexpr char kGlycineCode = 'G';
 /// What stands beyond the ends of a sequence.
-inline constexpr char kNoResidue = '\0';
+inline constexpr char kNoType = '\0';
 
 constexpr bool isProline(char type) {
   return type == kProlineCode || type == kPassedProlineCode;
 }
-/// Proline has no amide proton, and its nitrogen, which carries none, is not used.
-constexpr bool isUnusedInProline(Atom atom) {
+/// The shifts that no proline has: it has no amide proton, and its nitrogen, which carries none, is not used.
+constexpr bool isAmide(Atom atom) {
   return atom == Atom::N || atom == Atom::HN;
 }
 
@@ -93,7 +93,7 @@ inline constexpr float kNotMeasured = std::numeric_limits<float>::quiet_NaN();
 // --- The model ----------------------------------------------------------------------------------
 
 /// What is known of one residue type. A type that no table has keeps these values.
-struct ResidueType {
+struct ReferenceValues {
   BackboneValues randomCoil = {kMissingShift, kMissingShift, kMissingShift,
                                kMissingShift, kMissingShift, kMissingShift};
   BackboneValues own = {};         ///< corrections of the residue's own shifts
@@ -120,20 +120,21 @@ struct ShiftStatistics {
 
 /// All reference values of a prediction.
 struct Model {
-  std::array<ResidueType, 256> types;                ///< by one-letter code
+  std::array<ReferenceValues, 256> types;            ///< by one-letter code
   std::array<ShiftStatistics, kShifts> shifts = {};  ///< by shift index
 
-  const ResidueType& type(char code) const { return types[static_cast<unsigned char>(code)]; }
-  ResidueType& type(char code) { return types[static_cast<unsigned char>(code)]; }
+  const ReferenceValues& type(char code) const { return types[static_cast<unsigned char>(code)]; }
+  ReferenceValues& type(char code) { return types[static_cast<unsigned char>(code)]; }
 };
 
 // --- Secondary shifts -----------------------------------------------------------------------------
 
 /// One residue of a sequence with its observed shifts.
 struct Residue {
-  char type = kNoResidue;
-  std::array<float, kAtoms> shifts = {kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured,
-                                      kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured};
+  char type = kNoType;
+  std::array<float, kAtomCount> shifts = {kNotMeasured, kNotMeasured, kNotMeasured,
+                                          kNotMeasured, kNotMeasured, kNotMeasured,
+                                          kNotMeasured, kNotMeasured, kNotMeasured};
 
   float shift(Atom atom) const { return shifts[indexOf(atom)]; }
   float& shift(Atom atom) { return shifts[indexOf(atom)]; }
@@ -144,16 +145,15 @@ struct Residue {
 float sixDigits(float value);
 
 /// The reference shift of an atom; from 999 on it is unknown.
-float referenceShift(const ResidueType& previous, const ResidueType& own, const ResidueType& next, Atom atom);
-/// The reference shifts of a residue between its neighbours.
-BackboneValues referenceShifts(const Model& model, char previous, char own, char next);
+float referenceShift(const ReferenceValues& previous, const ReferenceValues& own, const ReferenceValues& next,
+                     Atom atom);
+/// The reference shifts of the residue at that place (from 0) of a sequence.
+BackboneValues referenceShifts(const Model& model, const std::vector<Residue>& sequence, std::size_t place);
 
-/// HA of glycine: the mean of HA2 and HA3, the one of them that is below 999, or 9999.
-float glycineHA(float ha2, float ha3);
-/// What an observed shift differs from its reference; 9999 where that is unknown.
-float secondaryShift(float observed, float reference);
-/// The same for HA of glycine, which stays as it is where the reference is unknown.
-float secondaryGlycineHA(float ha, float reference);
+/// HA of glycine: the mean of HA2 and HA3, or the one of them that is below 999; nothing if neither is.
+std::optional<float> glycineHA(float ha2, float ha3);
+/// What the observed shift of an atom differs from its reference; 9999 where it is missing or not used.
+float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference);
 
 /// The observed shift of a backbone atom, for glycine that of its two HA; nothing if there is none.
 std::optional<float> observedShift(const Residue& residue, Atom atom);
@@ -179,8 +179,7 @@ struct Triplet {
 
 /// One shift of a triplet against what cis and trans prolines have. A missing one favours neither.
 struct ShiftEvidence {
-  float secondary = kMissingShift;  ///< before it is brought into its limits; of CG the shift itself
-  float used = kMissingShift;       ///< as it is used
+  float used = kMissingShift;  ///< a secondary shift within its limits; of CG the shift itself
   bool isMissing = true;
   double lnCis = 0;    ///< natural logarithm of its factor of the likelihood of cis, at most 0
   double lnTrans = 0;  ///< the same for trans
@@ -203,10 +202,15 @@ struct CisPrediction {
 /// Whether shifts suffice: at most one residue of a triplet lacks more than three of its six.
 bool hasEnoughShifts(const std::array<int, 3>& missing);
 
-/// A backbone shift as it is used against the statistics of its index.
-ShiftEvidence backboneEvidence(float secondary, float used, const ShiftStatistics& statistics);
-/// The CG shift against its statistics.
-ShiftEvidence cgEvidence(float shift, const ShiftStatistics& statistics);
+/// Whether a secondary shift or the shift of a CG is missing in the prediction.
+constexpr bool isMissingSecondary(float shift) {
+  return shift > kMissingSecondaryShift;
+}
+constexpr bool isMissingCG(float shift) {
+  return shift >= kMissingBound;
+}
+/// A shift that is not missing against its statistics.
+ShiftEvidence compared(float shift, const ShiftStatistics& statistics);
 
 /// The probability of cis under equal odds. Not a number where neither class fits.
 float cisProbability(const ProlineEvidence& evidence);

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "zorvela/atoms.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 

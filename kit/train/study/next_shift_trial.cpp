@@ -152,6 +152,25 @@ TrialFigures figuresOf(const std::vector<Start>& starts, std::size_t steps, int 
 
 }  // namespace
 
+namespace {
+
+/// A shift of a proline's triplet as if it were still to be measured: what the tables of the run expect.
+MissingShift missingShift(ZORVELA& run, int prolineResid, int index) {
+  // Nothing real is outside of these; from 999 on a shift is missing.
+  constexpr float kFar = 998.0F;
+  MissingShift shift;
+  shift.index = index;
+  shift.cis = {run.avgCis[index], run.stdCis[index]};
+  shift.trans = {run.avgTrans[index], run.stdTrans[index]};
+  const bool isLimited = index != kIndexCG && run.clipShifts;
+  const int resid = prolineResid + shiftPlace(static_cast<std::size_t>(index)).residue;
+  shift.lowest = isLimited ? run.clipSShift(resid, -kFar, atomName(index)) : -kFar;
+  shift.highest = isLimited ? run.clipSShift(resid, kFar, atomName(index)) : kFar;
+  return shift;
+}
+
+}  // namespace
+
 TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction) {
   const ProlineEvidence& evidence = prediction.evidence;
   TrialProline proline;
@@ -159,7 +178,7 @@ TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction) {
   for (std::size_t side = 0; side < 2; ++side)
     proline.start += std::log(static_cast<double>(evidence.cisShares[side]) / evidence.transShares[side]);
   for (int index = 0; index <= kIndexCG; ++index) {
-    const ::ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(index)];
+    const ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(index)];
     if (shift.isMissing) continue;
     TrialShift trial;
     trial.promise = missingShift(run, prediction.resid, index);

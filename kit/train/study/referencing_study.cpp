@@ -18,8 +18,8 @@ void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-void addTo(EntryShifts& chain, AtomPlace place, double ppm) {
-  for (SecondaryShifts& residue : chain.secondary) add(residue[place], ppm, kMissingSecondaryShift);
+void addTo(EntryShifts& chain, Atom place, double ppm) {
+  for (SecondaryShifts& residue : chain.secondary) add(residue[indexOf(place)], ppm, kMissingSecondaryShift);
 }
 
 void addToProlines(std::map<int, float>& shifts, double ppm) {
@@ -29,20 +29,20 @@ void addToProlines(std::map<int, float>& shifts, double ppm) {
 }  // namespace
 
 void addOffsets(EntryShifts& chain, double carbon, double proton) {
-  for (const AtomPlace place : {kPlaceC, kPlaceCA, kPlaceCB}) addTo(chain, place, carbon);
+  for (const Atom place : {Atom::C, Atom::CA, Atom::CB}) addTo(chain, place, carbon);
   addToProlines(chain.cg, carbon);
   addToProlines(chain.cb, carbon);
-  addTo(chain, kPlaceHA, proton);
+  addTo(chain, Atom::HA, proton);
 }
 
 void rereference(EntryShifts& chain) {
   for (const auto& [atom, ppm] : correctionsOf(estimateOffsets(chain.secondary))) {
-    if (atom == "CA") addTo(chain, kPlaceCA, -ppm);
-    if (atom == "C") addTo(chain, kPlaceC, -ppm);
-    if (atom == "HA") addTo(chain, kPlaceHA, -ppm);
+    if (atom == "CA") addTo(chain, Atom::CA, -ppm);
+    if (atom == "C") addTo(chain, Atom::C, -ppm);
+    if (atom == "HA") addTo(chain, Atom::HA, -ppm);
     if (atom == "CG") addToProlines(chain.cg, -ppm);
     if (atom != "CB") continue;
-    addTo(chain, kPlaceCB, -ppm);
+    addTo(chain, Atom::CB, -ppm);
     addToProlines(chain.cb, -ppm);
   }
 }
@@ -140,7 +140,7 @@ FoundOffsets byLine(ZORVELA& run, const EntryShifts& chain) {
   EntryView view(run, chain);
   view.showAll();
   FoundOffsets found;
-  const std::vector<ReferencingOffset> offsets = run.referencingOffsets();
+  const std::vector<FittedOffset> offsets = run.referencingOffsets();
   for (std::size_t i = 0; i < found.size(); ++i)
     found[i] = {offsets[i].offset, offsets[i].error,
                 offsets[i].recommended && std::isfinite(offsets[i].offset)};
@@ -160,15 +160,15 @@ std::size_t residuesWith(const EntryShifts& chain, const std::function<bool(cons
 }
 
 bool hasCarbon(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceCA) || shiftAt(residue, kPlaceCB) || shiftAt(residue, kPlaceC);
+  return shiftAt(residue, Atom::CA) || shiftAt(residue, Atom::CB) || shiftAt(residue, Atom::C);
 }
 
 bool hasAlphaProton(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceHA).has_value();
+  return shiftAt(residue, Atom::HA).has_value();
 }
 
 bool hasCAandCB(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceCA) && shiftAt(residue, kPlaceCB);
+  return shiftAt(residue, Atom::CA) && shiftAt(residue, Atom::CB);
 }
 
 /// Each cluster's half, 0 or 1.

@@ -196,10 +196,10 @@ TEST(DamagedTable, IsTwoTables) {
   for (const std::string name : {"rcadj.tab", "Pro.seq.tab"}) {
     const std::string whole = madeTables()[name];
     const std::string lines = whole.substr(whole.find("VARS"), whole.find("\nA ") - whole.find("VARS"));
-    const std::string place = ::place(name, "K  ");
-    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines + "\nK  "), place + ": begins another table");
+    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines + "\nK  "),
+              name + ": has a second table below its rows");
     EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines.substr(lines.find("FORMAT")) + "\nK  "),
-              place + ": begins another table");
+              name + ": has a second table below its rows");
   }
 }
 
@@ -260,5 +260,5 @@ TEST(DamagedTable, IsCutInTheMiddleOfALine) {
 
 TEST(DamagedTable, HasALineWithTooFewValues) {
   EXPECT_EQ(afterChange("rcnext.tab", "G     0.000", "G          "),
-            place("rcnext.tab", "G     0.000") + ": has 6 values where there are 7 columns");
+            place("rcnext.tab", "G     0.000") + ": has not a value for each of the 7 columns");
 }

@@ -8,8 +8,13 @@
 #include <limits>
 #include <string>
 
+#include "made_shift.h"
+
+#include "predict/referencing.h"
+
 namespace {
 
+using zorvela::Atom;
 using zorvela::Call;
 using zorvela::Protein;
 using zorvela::ProteinResult;
@@ -22,13 +27,14 @@ void addResidue(Protein& protein, int resid) {
   const bool beforeProline = index + 1 < protein.sequence.size() && protein.sequence[index + 1] == 'P';
   const bool isProline = protein.sequence[index] == 'P';
   if (!isProline) {
-    protein.shifts.push_back({resid, "N", "120"});
-    protein.shifts.push_back({resid, "HN", "8"});
+    protein.shifts.push_back(made::shift(resid, "N", "120"));
+    protein.shifts.push_back(made::shift(resid, "HN", "8"));
   }
-  protein.shifts.push_back({resid, "HA", "4"});
-  protein.shifts.push_back({resid, "C", "175"});
-  protein.shifts.push_back({resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))});
-  protein.shifts.push_back({resid, "CB", "30"});
+  protein.shifts.push_back(made::shift(resid, "HA", "4"));
+  protein.shifts.push_back(made::shift(resid, "C", "175"));
+  protein.shifts.push_back(
+      made::shift(resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))));
+  protein.shifts.push_back(made::shift(resid, "CB", "30"));
 }
 
 Protein bare(const std::string& sequence) {
@@ -47,11 +53,11 @@ Protein complete(const std::string& sequence) {
 
 void setShift(Protein& protein, int resid, const std::string& atom, const std::string& value) {
   for (zorvela::Shift& shift : protein.shifts)
-    if (shift.resid == resid && shift.atom == atom) {
-      shift.shift = value;
+    if (shift.position == resid && nameOf(shift.atom) == atom) {
+      shift = made::shift(resid, atom, value);
       return;
     }
-  protein.shifts.push_back({resid, atom, value});
+  protein.shifts.push_back(made::shift(resid, atom, value));
 }
 
 ProteinResult predict(const Protein& protein) {
@@ -174,7 +180,7 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
 TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
   // CG is so far from both classes that both likelihoods are 0.
   Protein protein = complete("APK");
-  protein.shifts.push_back({2, "CG", "500"});
+  protein.shifts.push_back(made::shift(2, "CG", "500"));
   const ProteinResult result = predict(protein);
   EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
   EXPECT_FALSE(result.prolines[0].pCis.has_value());
@@ -200,7 +206,7 @@ TEST(Predictor, GivesNumbersNamesAndCounts) {
   protein.notes = {"a note"};
   addResidue(protein, 3);
   addResidue(protein, 4);
-  protein.shifts.push_back({2, "CA", "53"});
+  protein.shifts.push_back(made::shift(2, "CA", "53"));
   setShift(protein, 3, "CG", "24.5");
   const ProteinResult result = predict(protein);
   EXPECT_EQ(result.file, "made");

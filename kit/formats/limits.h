@@ -25,6 +25,8 @@ inline constexpr std::size_t kLongestSequence = 40000;
 inline constexpr std::size_t kMostResiduesMade = 40000;
 inline constexpr std::size_t kResiduesMadeOfAnyFile = 10000;
 inline constexpr std::size_t kBytesPerResidueMade = 150;
+/// Of all chains that a file describes.
+inline constexpr std::size_t kMostResidues = 100000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
 /// Each chain may be asked for in each list.
 inline constexpr std::size_t kMostChainsTimesLists = 10000;
@@ -51,7 +53,7 @@ inline constexpr Limit kEntries =    {kMostListsOrChains, "holds", "entries", "s
 inline constexpr Limit kMolecules =  {kMostListsOrChains, "describes", "molecules", kPartRemedy};
 inline constexpr Limit kChains =     {kMostListsOrChains, "describes", "chains", kPartRemedy};
 inline constexpr Limit kNamedChains = {kMostListsOrChains, "has", "chains", "check the column of chain names"};
-inline constexpr Limit kResidues =   {100000, "describes", "residues", kPartRemedy};
+inline constexpr Limit kResidues =   {kMostResidues, "describes", "residues", kPartRemedy};
 inline constexpr Limit kBondEnds =   {100000, "has", "ends of disulfide bonds in all copies", kPartRemedy};
 inline constexpr Limit kLists =      {kMostListsOrChains, "has", "shift lists", kOneProteinRemedy};
 inline constexpr Limit kShiftRows =  {kMostShiftRows, "has", "shift rows", kOneProteinRemedy};

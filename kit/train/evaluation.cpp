@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "predict/chain.h"
 #include "train/metrics.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
@@ -21,26 +22,6 @@ namespace {
 
 // Seed of the folds; any number does, but always the same one.
 constexpr std::uint64_t kFoldSeed = 20;
-
-/// Gives a triplet of an entry to a run object.
-void show(const EntryShifts& entry, int resid, ZORVELA& run) {
-  run.resTable = GDB();
-  run.seqLength = entry.length();
-  int row = 0;
-  for (int i = std::max(resid - 1, 1); i <= std::min(resid + 1, entry.length()); ++i) {
-    run.resNames[i] = entry.residue(i);
-    run.missingCount[i] = entry.missing[static_cast<std::size_t>(i) - 1];
-    const auto cg = entry.cg.find(i);
-    run.cgShifts[i] = cg == entry.cg.end() ? kMissingShift : cg->second;
-    for (const auto& [key, atom] : run.atomNames) {
-      const float shift = entry.secondary[static_cast<std::size_t>(i) - 1][static_cast<std::size_t>(key) - 1];
-      ++row;
-      run.resTable.setEntry(row, "RESID", std::to_string(i));
-      run.resTable.setEntry(row, "ATOMNAME", atom);
-      run.resTable.setEntry(row, "SHIFT", run.ftoa(shift, run.numBuffer, 'g', 6));
-    }
-  }
-}
 
 /// Number of each label's cluster, from 0 in order of first appearance.
 std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
@@ -64,9 +45,8 @@ std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
 }
 
 /// Trains on all entries, clusters and windows that are not in the fold.
-ReferenceTables trainedWithout(std::size_t fold, const std::vector<std::size_t>& foldOf,
-                               const ReferenceTables& published, const LabelledProlines& data,
-                               const TrainingChoices& choices) {
+Model trainedWithout(std::size_t fold, const std::vector<std::size_t>& foldOf, const Model& published,
+                     const LabelledProlines& data, const TrainingChoices& choices) {
   std::vector<bool> useEntry(data.entries.size(), true);
   std::set<std::string> windows;
   for (std::size_t i = 0; i < foldOf.size(); ++i) {
@@ -77,20 +57,16 @@ ReferenceTables trainedWithout(std::size_t fold, const std::vector<std::size_t>&
   std::vector<bool> useLabel(foldOf.size());
   for (std::size_t i = 0; i < foldOf.size(); ++i)
     useLabel[i] = useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
-  ReferenceTables tables = published;
-  const Training training = train(published.randomCoil, data, useEntry, useLabel, choices);
-  tables.limits = limitsTable(training, choices);
-  tables.shifts = shiftTable(training, choices);
-  return tables;
+  return train(published, data, useEntry, useLabel, choices).model;
 }
 
 }  // namespace
 
-FoldModels oneModel(const ReferenceTables& tables, const LabelledProlines& data) {
-  return {{tables}, std::vector<std::size_t>(data.windows.size(), 0)};
+FoldModels oneModel(const Model& model, const LabelledProlines& data) {
+  return {{model}, std::vector<std::size_t>(data.windows.size(), 0)};
 }
 
-FoldModels trainFolds(const ReferenceTables& published, const LabelledProlines& data, std::size_t folds,
+FoldModels trainFolds(const Model& published, const LabelledProlines& data, std::size_t folds,
                       const TrainingChoices& choices, const OnStep& onStep) {
   std::size_t clusters = 0;
   const std::vector<std::size_t> clusterOf = clusterNumbers(data, clusters);
@@ -98,28 +74,21 @@ FoldModels trainFolds(const ReferenceTables& published, const LabelledProlines& 
     throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
                 "ask for fewer folds with --cross-validate");
   const std::vector<std::size_t> foldOfCluster = dealtOut(clusters, folds);
-  FoldModels models;
-  for (const std::size_t cluster : clusterOf) models.foldOf.push_back(foldOfCluster[cluster]);
+  FoldModels folded;
+  for (const std::size_t cluster : clusterOf) folded.foldOf.push_back(foldOfCluster[cluster]);
   for (std::size_t fold = 0; fold < folds; ++fold) {
-    models.tables.push_back(trainedWithout(fold, models.foldOf, published, data, choices));
+    folded.models.push_back(trainedWithout(fold, folded.foldOf, published, data, choices));
     if (onStep) onStep(fold + 1, folds);
   }
-  return models;
+  return folded;
 }
 
-Predictions predictAll(const FoldModels& models, const LabelledProlines& data,
-                       const PredictionVisitor& visit) {
+Predictions predictAll(const FoldModels& folded, const LabelledProlines& data) {
   Predictions out(data.windows.size());
-  for (std::size_t fold = 0; fold < models.tables.size(); ++fold) {
-    ZORVELA run;
-    useTables(models.tables[fold], run);
-    for (std::size_t i = 0; i < out.size(); ++i) {
-      const ProlineLabel& label = data.labels.prolines[i];
-      if (models.foldOf[i] != fold || !label.structure) continue;
-      show(data.entry(i), label.resid, run);
-      out[i] = run.predictProline(label.resid);
-      if (visit && out[i]) visit(i, run, *out[i]);
-    }
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    const EntryShifts& entry = data.entry(i);
+    if (data.labels.prolines[i].structure && isPredictable(entry.residues, data.place(i)))
+      out[i] = predict(folded.of(i), tripletAt(entry.residues, entry.secondary, data.place(i)));
   }
   return out;
 }
@@ -128,20 +97,22 @@ Predictions predictAll(const FoldModels& models, const LabelledProlines& data,
 
 namespace {
 
-Evaluated evaluated(const LabelledProlines& data, std::size_t label, const ProlinePrediction& prediction,
-                    std::size_t cluster) {
+int shiftCount(const std::vector<Residue>& residues, std::size_t place) {
+  const int missing = missingShifts(residues[place - 1]) + missingShifts(residues[place]) +
+                      missingShifts(residues[place + 1]);
+  return static_cast<int>(kBackboneShifts) - missing + (isMissingCG(cgOf(residues[place])) ? 0 : 1);
+}
+
+Evaluated evaluated(const LabelledProlines& data, std::size_t label, std::size_t cluster) {
   const ProlineLabel& known = data.labels.prolines[label];
-  const EntryShifts& entry = data.entry(label);
+  const std::vector<Residue>& residues = data.entry(label).residues;
+  const Residue& residue = residues[data.place(label)];
   Evaluated proline;
   proline.label = label;
-  proline.isCis = known.structure == Omega::cis;
-  proline.pCis = prediction.pCis;
-  proline.pCisNorm = prediction.pCisNorm;
-  proline.shiftCounts = prediction.shiftCounts;
-  const auto cb = entry.cb.find(known.resid);
-  proline.hasCB = cb != entry.cb.end();
-  proline.hasCG = prediction.cgShift < kMissingBound;
-  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(cb->second) - prediction.cgShift;
+  proline.shiftCount = shiftCount(residues, data.place(label));
+  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
+  proline.hasCG = !isMissingCG(cgOf(residue));
+  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
   proline.byShift = known.byShift;
   proline.cluster = cluster;
   return proline;
@@ -159,7 +130,7 @@ Omega labelOf(const LabelledProlines& data, const Measurements& window) {
   return cis > trans ? Omega::cis : Omega::trans;
 }
 
-double medianOf(const Predictions& predictions, const Measurements& window, float ProlinePrediction::*value) {
+double medianOf(const Predictions& predictions, const Measurements& window, float CisPrediction::*value) {
   std::vector<double> values;
   for (const std::size_t i : window) values.push_back((*predictions[i]).*value);
   return median(std::move(values));
@@ -176,10 +147,10 @@ std::size_t middleOf(const Predictions& predictions, Measurements window) {
 Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions, const Measurements& window,
                     const std::vector<std::size_t>& cluster) {
   const std::size_t middle = middleOf(predictions, window);
-  Evaluated proline = evaluated(data, middle, *predictions[middle], cluster[middle]);
+  Evaluated proline = evaluated(data, middle, cluster[middle]);
   proline.isCis = labelOf(data, window) == Omega::cis;
-  proline.pCis = medianOf(predictions, window, &ProlinePrediction::pCis);
-  proline.pCisNorm = medianOf(predictions, window, &ProlinePrediction::pCisNorm);
+  proline.pCis = medianOf(predictions, window, &CisPrediction::pCis);
+  proline.pCisNorm = medianOf(predictions, window, &CisPrediction::pCisNorm);
   return proline;
 }
 

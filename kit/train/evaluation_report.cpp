@@ -130,7 +130,7 @@ void writePredictions(std::ostream& out, const Evaluation& evaluation, const Lab
     const ProlineLabel& label = data.labels.prolines[p.label];
     out << csvCell(label.entry) << ',' << label.resid << ',' << csvCell(data.windows[p.label]) << ','
         << csvCell(label.cluster) << ',' << (p.isCis ? "cis" : "trans") << ','
-        << (p.isContradicted() ? "yes" : "no") << ',' << p.shiftCount() << ','
+        << (p.isContradicted() ? "yes" : "no") << ',' << p.shiftCount << ','
         << (p.ruleApplies() ? number(p.cbMinusCg) : "") << ',' << number(p.pCis) << ',' << number(p.pCisNorm)
         << '\n';
   }

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "ZORVELA.h"
+#include "predict/chain.h"
 #include "train/strict_csv.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -78,29 +78,6 @@ LabelFile readLabels(const std::string& path) {
 
 namespace {
 
-/// Has the program make the secondary shifts of a protein.
-EntryShifts entryShifts(const std::string& name, const Protein& protein, ZORVELA& run) {
-  run.csTable = toTable(protein);
-  run.rcShifts.clear();
-  run.missingCount.clear();
-  run.cgShifts.clear();
-  run.firstResid = 1;
-  run.lastResid = 1;
-  run.getResInfo();
-
-  EntryShifts entry;
-  entry.name = name;
-  entry.sequence = protein.sequence;
-  for (int resid = 1; resid <= entry.length(); ++resid) entry.missing.push_back(run.missingCount.at(resid));
-  entry.secondary = secondaryShifts(run);
-  for (const auto& [resid, shift] : run.cgShifts)
-    if (shift < kMissingBound) entry.cg[resid] = shift;
-  for (const Shift& row : protein.shifts)
-    if (const float shift = GDB::toFloat(row.shift); row.atom == "CB" && shift < kMissingBound)
-      if (entry.isProline(row.resid)) entry.cb[row.resid] = shift;
-  return entry;
-}
-
 /// The protein of an entry; a shift table is one chain.
 Protein entryProtein(const std::string& path) {
   std::vector<Protein> proteins = readShiftFile(path, {});
@@ -118,25 +95,26 @@ std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const 
   return path;
 }
 
-void checkIsProline(const LabelFile& labels, const ProlineLabel& label, const EntryShifts& entry) {
+void checkIsProline(const LabelFile& labels, const ProlineLabel& label,
+                    const std::vector<Residue>& residues) {
   const std::string where = "residue " + std::to_string(label.resid) + " of " + label.entry;
-  if (label.resid < 1 || label.resid > entry.length())
+  if (label.resid < 1 || static_cast<std::size_t>(label.resid) > residues.size())
     throw Error(labels.path, label.line,
-                where + " is outside the sequence of " + std::to_string(entry.length()) + " residues",
+                where + " is outside the sequence of " + std::to_string(residues.size()) + " residues",
                 kCorrectLine);
-  if (!entry.isProline(label.resid))
-    throw Error(labels.path, label.line, where + " is " + entry.residue(label.resid) + ", not a proline",
-                kCorrectLine);
+  const char type = residues[static_cast<std::size_t>(label.resid) - 1].type;
+  if (!isProline(type))
+    throw Error(labels.path, label.line, where + " is " + type + ", not a proline", kCorrectLine);
 }
 
 /// Nine residues around a proline, in capitals; "-" beyond the ends. Prolines with the same window are
 /// taken as the same proline, measured more than once.
-std::string window(const EntryShifts& entry, int resid) {
-  constexpr int kReach = 4;
-  std::string text;
-  for (int i = resid - kReach; i <= resid + kReach; ++i)
-    text += i >= 1 && i <= entry.length() ? upper(std::string(1, entry.residue(i))) : "-";
-  return text;
+std::string window(const std::vector<Residue>& residues, std::size_t place) {
+  constexpr std::size_t kReach = 4;
+  const std::string beyond(kReach, '-');
+  std::string sequence = beyond;
+  for (const Residue& residue : residues) sequence += residue.type;
+  return upper((sequence + beyond).substr(place, 2 * kReach + 1));
 }
 
 std::size_t entryCount(const LabelFile& labels) {
@@ -147,10 +125,8 @@ std::size_t entryCount(const LabelFile& labels) {
 
 }  // namespace
 
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder,
-                              const ReferenceTables& tables, const OnStep& onStep) {
-  ZORVELA run;
-  useTables(tables, run);
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, const Model& model,
+                              const OnStep& onStep) {
   LabelledProlines data;
   data.labels = readLabels(labelsPath);
   const std::size_t entries = entryCount(data.labels);
@@ -158,14 +134,15 @@ LabelledProlines readLabelled(const std::string& labelsPath, const std::string& 
   for (const ProlineLabel& label : data.labels.prolines) {
     const auto [found, isNew] = known.emplace(label.entry, data.entries.size());
     if (isNew) {
-      data.entries.push_back(
-          entryShifts(label.entry, entryProtein(entryPath(data.labels, label, folder)), run));
+      const Protein protein = entryProtein(entryPath(data.labels, label, folder));
+      const std::vector<Residue> residues = residuesOf(protein);
+      data.entries.push_back({label.entry, residues, secondaryShifts(model, residues)});
       if (onStep) onStep(data.entries.size(), entries);
     }
-    const EntryShifts& entry = data.entries[found->second];
-    checkIsProline(data.labels, label, entry);
+    const std::vector<Residue>& residues = data.entries[found->second].residues;
+    checkIsProline(data.labels, label, residues);
     data.entryOf.push_back(found->second);
-    data.windows.push_back(window(entry, label.resid));
+    data.windows.push_back(window(residues, static_cast<std::size_t>(label.resid) - 1));
   }
   return data;
 }

@@ -3,14 +3,11 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "names/nomenclature.h"
-#include "predict/secondary_shifts.h"
-#include "predict/tables.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -23,7 +20,7 @@ enum class ShiftLabel { none, cis, trans, unclear };
 struct ProlineLabel {
   std::size_t line = 0;            ///< in the labels file
   std::string entry;               ///< name of the shift table without ".tab"
-  int resid = 0;                   ///< residue number in the shift table
+  int resid = 0;                   ///< position in the sequence, from 1
   std::optional<Omega> structure;  ///< from structures; nothing where there is none
   ShiftLabel byShift = ShiftLabel::none;
   std::string cluster;  ///< proteins of one cluster share stretches of sequence
@@ -40,18 +37,11 @@ struct LabelFile {
 /// malformed, has another label, or repeats a proline.
 LabelFile readLabels(const std::string& path);
 
-/// The shifts of one protein. Residues are counted from 1.
+/// One protein with its shifts.
 struct EntryShifts {
   std::string name;
-  std::string sequence;                    ///< one-letter codes
-  std::vector<SecondaryShifts> secondary;  ///< of residue i + 1
-  std::vector<int> missing;                ///< how many of the six residue i + 1 lacks
-  std::map<int, float> cg;                 ///< CG of prolines by residue (ppm)
-  std::map<int, float> cb;                 ///< observed CB of prolines by residue (ppm)
-
-  int length() const { return static_cast<int>(sequence.size()); }
-  char residue(int resid) const { return sequence[static_cast<std::size_t>(resid) - 1]; }
-  bool isProline(int resid) const { return residue(resid) == kProline || residue(resid) == kKnownCisProline; }
+  std::vector<Residue> residues;
+  std::vector<BackboneValues> secondary;  ///< of each residue
 };
 
 /// All entries of the labels, and the labels in the order of the file.
@@ -62,15 +52,19 @@ struct LabelledProlines {
   std::vector<std::string> windows;  ///< for each label, the nine residues around it
 
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
+  /// Place of the proline in the residues of its entry.
+  std::size_t place(std::size_t label) const {
+    return static_cast<std::size_t>(labels.prolines[label].resid) - 1;
+  }
 };
 
 /// Called after each step of long work with how many are done, of how many.
 using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Reads the labels and, from `folder`, the shift table of each entry; `tables` have the random-coil shifts.
+/// Reads the labels and, from `folder`, the shift table of each entry; `model` has the random-coil shifts.
 /// Error, with the line of the labels, for an entry without a file and for a label of a residue that is not a
 /// proline. A step is an entry.
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder,
-                              const ReferenceTables& tables, const OnStep& onStep = {});
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, const Model& model,
+                              const OnStep& onStep = {});
 
 }  // namespace zorvela

@@ -1,10 +1,10 @@
 // Published values into tables: random-coil shifts, neighbour effects, neighbours of prolines.
 #include "train/published_tables.h"
 
-#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -18,7 +18,7 @@ namespace zorvela {
 
 namespace {
 
-using AtomValues = std::array<double, kAtomsPerResidue>;
+using AtomValues = std::array<double, kBackboneAtoms>;
 
 // --- Origin ---------------------------------------------------------------------------------------
 
@@ -73,19 +73,19 @@ std::map<std::string, AtomValues> readRandomCoil(const std::string& path) {
   for (const StrictCsv::Row& row : csv.rows) {
     const auto [found, isNew] = shifts.try_emplace(row.fields[type]);
     if (!isNew) failTwice(csv, row, row.fields[type]);
-    for (std::size_t k = 0; k < kAtoms.size(); ++k)
-      found->second[k] = publishedShift(csv, row, csv.column(kAtoms[k]));
+    for (std::size_t k = 0; k < kBackboneAtoms; ++k)
+      found->second[k] = publishedShift(csv, row, csv.column(backboneNames()[k]));
   }
   requireTypes(path, shifts);
   const AtomValues& reduced = shifts["C"];
   AtomValues& oxidised = shifts[kDisulfide];
-  for (std::size_t k = 0; k < kAtoms.size(); ++k) oxidised[k] = reduced[k] + kOxidisedLessReduced[k];
+  for (std::size_t k = 0; k < kBackboneAtoms; ++k) oxidised[k] = reduced[k] + kOxidisedLessReduced[k];
   shifts[kKnownCis] = shifts["P"];
   return shifts;
 }
 
 GDB tableOf(const std::map<std::string, AtomValues>& values, const std::vector<std::string>& remarks) {
-  GDB table = startTable(remarks, "RESNAME N HA C CA CB HN", "%s" + repeated(" %9.3f", kAtoms.size()) + " ");
+  GDB table = startTable(remarks, "RESNAME N HA C CA CB HN", "%s" + repeated(" %9.3f", kBackboneAtoms) + " ");
   for (const std::string& name : rowNames()) {
     std::vector<std::string> cells = {name};
     for (const double value : values.at(name)) cells.push_back(fixed(value, 3));
@@ -124,13 +124,12 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
   std::map<std::string, AtomValues> effects;
   std::set<std::pair<std::string, std::string>> seen;
   for (const StrictCsv::Row& row : csv.rows) {
-    const auto found = std::find(kAtoms.begin(), kAtoms.end(), row.fields[atom]);
-    if (found == kAtoms.end())
+    const std::optional<Atom> shifted = atomNamed(row.fields[atom]);
+    if (!shifted || indexOf(*shifted) >= kBackboneAtoms)
       csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN", kCorrectLine);
     if (!seen.emplace(row.fields[type], row.fields[atom]).second)
       failTwice(csv, row, row.fields[atom] + " beside " + row.fields[type]);
-    const auto k = static_cast<std::size_t>(found - kAtoms.begin());
-    effects[row.fields[type]][k] = csv.number(row, value);
+    effects[row.fields[type]][indexOf(*shifted)] = csv.number(row, value);
   }
   requireTypes(path, effects);
   effects[kDisulfide] = effects["C"];

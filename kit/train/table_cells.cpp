@@ -4,8 +4,15 @@
 #include <cstdio>
 
 #include "util/number.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
+
+std::vector<std::string> backboneNames() {
+  std::vector<std::string> names;
+  for (const Atom atom : kBackbone) names.emplace_back(nameOf(atom));
+  return names;
+}
 
 std::vector<std::string> rowNames() {
   std::vector<std::string> names;

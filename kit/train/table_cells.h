@@ -1,17 +1,16 @@
 // Text cells, rows and headers of the tables that training writes.
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
-#include "ZORVELA.h"
+#include "GDB.h"
 #include "names/nomenclature.h"
 
 namespace zorvela {
 
-/// The backbone atoms in the order of the program.
-inline const std::array<std::string, kAtomsPerResidue> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
+/// The names of the backbone atoms, in the order of shift indices.
+std::vector<std::string> backboneNames();
 /// Rows that take their values from another type: disulfide cysteine, and proline known to be cis.
 inline const std::string kDisulfide(1, kDisulfideCysteine);
 inline const std::string kKnownCis(1, kKnownCisProline);

@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "predict/chain.h"
 #include "train/table_cells.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
@@ -21,14 +22,14 @@ namespace zorvela {
 namespace {
 
 using Values = std::vector<double>;
-using TypeValues = std::map<char, std::array<Values, kAtomsPerResidue>>;
+using TypeValues = std::map<char, std::array<Values, kBackboneAtoms>>;
 
 // With fewer shifts than this the percentiles of a residue type mean nothing.
 constexpr std::size_t kFewestForLimits = 50;
 
 /// A proline is a proline, however it is written.
 char limitsKey(char type) {
-  return type == kKnownCisProline ? kProline : type;
+  return isProline(type) ? kProlineCode : type;
 }
 
 TypeValues secondaryShifts(const LabelledProlines& data, const std::vector<bool>& useEntry) {
@@ -36,9 +37,9 @@ TypeValues secondaryShifts(const LabelledProlines& data, const std::vector<bool>
   for (std::size_t e = 0; e < data.entries.size(); ++e) {
     if (!useEntry[e]) continue;
     const EntryShifts& entry = data.entries[e];
-    for (std::size_t i = 0; i < entry.sequence.size(); ++i) {
-      auto& ofType = values[limitsKey(entry.sequence[i])];
-      for (std::size_t k = 0; k < kAtomsPerResidue; ++k)
+    for (std::size_t i = 0; i < entry.residues.size(); ++i) {
+      auto& ofType = values[limitsKey(entry.residues[i].type)];
+      for (std::size_t k = 0; k < kBackboneAtoms; ++k)
         if (entry.secondary[i][k] < kMissingBound) ofType[k].push_back(entry.secondary[i][k]);
     }
   }
@@ -54,35 +55,38 @@ Values allTypes(const TypeValues& values, std::size_t atom) {
   return all;
 }
 
+struct Limits {
+  float lowest = 0;
+  float highest = 0;
+};
+
 Limits limitsOf(const Values& sorted, double percent) {
   if (sorted.empty()) return {};
   return {thousandths(percentile(sorted, percent)), thousandths(percentile(sorted, 100.0 - percent))};
 }
 
 /// N and HN of proline are never used, though random-coil sets list its N.
-bool hasAtom(char type, std::size_t atom, const GDB& randomCoil, std::size_t count) {
-  if (limitsKey(type) == kProline && count == 0) return false;
-  const GDB::Row* row = randomCoil.findEntry("RESNAME", std::string(1, type), 1);
-  return row != nullptr && GDB::toFloat(GDB::cell(*row, kAtoms[atom])) < kMissingBound;
+bool hasAtom(const Model& model, char type, std::size_t atom) {
+  return !(isProline(type) && isAmide(kBackbone[atom])) && model.type(type).randomCoil[atom] < kMissingBound;
 }
 
 /// Percentiles of the shifts of each type; a type with few of an atom has those of all types.
-TypeLimits limitsOf(const TypeValues& values, const GDB& randomCoil, double percent) {
-  std::array<Limits, kAtomsPerResidue> ofAll;
-  for (std::size_t k = 0; k < ofAll.size(); ++k) ofAll[k] = limitsOf(allTypes(values, k), percent);
-  TypeLimits limits;
-  for (const std::string& name : rowNames()) {
-    const char type = name.front();
-    const auto found = values.find(limitsKey(type));
-    for (std::size_t k = 0; k < ofAll.size(); ++k) {
+void setLimits(Model& model, const TypeValues& values, double percent) {
+  for (std::size_t k = 0; k < kBackboneAtoms; ++k) {
+    const Limits ofAll = limitsOf(allTypes(values, k), percent);
+    for (const std::string& name : rowNames()) {
+      const char type = name.front();
+      const auto found = values.find(limitsKey(type));
       const Values own = found == values.end() ? Values() : found->second[k];
+      Limits limits;
       if (own.size() >= kFewestForLimits)
-        limits[type][k] = limitsOf(own, percent);
-      else if (hasAtom(type, k, randomCoil, own.size()))
-        limits[type][k] = ofAll[k];
+        limits = limitsOf(own, percent);
+      else if (hasAtom(model, type, k))
+        limits = ofAll;
+      model.type(type).lowest[k] = limits.lowest;
+      model.type(type).highest[k] = limits.highest;
     }
   }
-  return limits;
 }
 
 std::size_t countOf(const TypeValues& values) {
@@ -94,36 +98,16 @@ std::size_t countOf(const TypeValues& values) {
 
 // --- Shifts around prolines -----------------------------------------------------------------------
 
-using ClassValues = std::array<Values, kShiftIndices>;
+using ClassValues = std::array<Values, kShifts>;
 
 /// The shifts of one proline by index, as the program sees them (clipped); none where missing.
-using ShiftVector = std::array<Values, kShiftIndices>;
+using ShiftVector = std::array<Values, kShifts>;
 
-float clipped(float shift, const Limits& limits) {
-  if (shift >= kMissingBound) return shift;
-  return std::min(std::max(shift, limits.lowest), limits.highest);
-}
-
-/// Whether the program would predict the proline.
-bool isPredicted(const EntryShifts& entry, int resid) {
-  if (entry.residue(resid) != kProline || resid == 1 || resid == entry.length()) return false;
-  const auto previous = entry.missing.begin() + resid - 2;
-  return std::count_if(previous, previous + 3, [](int missing) { return missing > 3; }) <= 1;
-}
-
-ShiftVector shiftsOf(const EntryShifts& entry, int resid, const TypeLimits& limits) {
-  static const std::array<Limits, kAtomsPerResidue> kNoLimits{};
+ShiftVector shiftsOf(const EntryShifts& entry, std::size_t place, const Model& model) {
   ShiftVector shifts;
-  std::size_t index = 0;
-  for (int i = resid - 1; i <= resid + 1; ++i) {
-    const auto ofType = limits.find(entry.residue(i));
-    for (std::size_t k = 0; k < kAtomsPerResidue; ++k, ++index) {
-      const float shift = clipped(entry.secondary[static_cast<std::size_t>(i) - 1][k],
-                                  ofType == limits.end() ? kNoLimits[k] : ofType->second[k]);
-      if (!(shift > kMissingSecondaryShift)) shifts[index].push_back(shift);
-    }
-  }
-  if (const auto cg = entry.cg.find(resid); cg != entry.cg.end()) shifts[kProlineCG].push_back(cg->second);
+  const ProlineEvidence evidence = predict(model, tripletAt(entry.residues, entry.secondary, place)).evidence;
+  for (std::size_t i = 0; i < kShifts; ++i)
+    if (!evidence.shifts[i].isMissing) shifts[i].push_back(evidence.shifts[i].used);
   return shifts;
 }
 
@@ -135,7 +119,7 @@ struct ClassShifts {
   ClassValues values() const {
     ClassValues all;
     for (const auto& [window, shifts] : windows)
-      for (std::size_t i = 0; i < kShiftIndices; ++i)
+      for (std::size_t i = 0; i < kShifts; ++i)
         if (!shifts[i].empty()) all[i].push_back(median(shifts[i]));
     return all;
   }
@@ -146,16 +130,16 @@ struct BothClasses {
   ClassShifts trans;
 };
 
-BothClasses collect(const TypeLimits& limits, const LabelledProlines& data,
-                    const std::vector<bool>& useLabel) {
+BothClasses collect(const Model& model, const LabelledProlines& data, const std::vector<bool>& useLabel) {
   BothClasses classes;
   for (std::size_t i = 0; i < useLabel.size(); ++i) {
     const ProlineLabel& label = data.labels.prolines[i];
-    if (!useLabel[i] || !label.structure || !isPredicted(data.entry(i), label.resid)) continue;
-    const ShiftVector shifts = shiftsOf(data.entry(i), label.resid, limits);
+    if (!useLabel[i] || !label.structure) continue;
+    if (!isPredictable(data.entry(i).residues, data.place(i))) continue;
+    const ShiftVector shifts = shiftsOf(data.entry(i), data.place(i), model);
     auto& windows = (label.structure == Omega::cis ? classes.cis : classes.trans).windows;
     ShiftVector& known = windows[data.windows[i]];
-    for (std::size_t k = 0; k < kShiftIndices; ++k)
+    for (std::size_t k = 0; k < kShifts; ++k)
       known[k].insert(known[k].end(), shifts[k].begin(), shifts[k].end());
   }
   return classes;
@@ -186,16 +170,12 @@ void setMeans(IndexStatistics& s) {
 }
 
 bool isOwnShift(std::size_t index) {
-  return index == kProlineCG || index / kAtomsPerResidue == 1;
+  return shiftPlace(index).residue == 0;
 }
-
-// Indices of the proline's own nitrogen and amide proton.
-constexpr std::size_t kProlineN = 6;
-constexpr std::size_t kProlineHN = 11;
 
 /// Nitrogen and amide proton of the proline are never used.
 bool isUnused(std::size_t index) {
-  return index == kProlineN || index == kProlineHN;
+  return isOwnShift(index) && isAmide(shiftPlace(index).atom);
 }
 
 IndexStatistics statisticsOf(std::size_t index, const Values& cis, const Values& trans,
@@ -220,22 +200,26 @@ void requireClass(const LabelledProlines& data, const ClassShifts& shifts, const
 
 }  // namespace
 
-Training train(const GDB& randomCoil, const LabelledProlines& data, const std::vector<bool>& useEntry,
+Training train(const Model& published, const LabelledProlines& data, const std::vector<bool>& useEntry,
                const std::vector<bool>& useLabel, const TrainingChoices& choices) {
   Training training;
+  training.model = published;
   const TypeValues byType = secondaryShifts(data, useEntry);
-  training.limits = limitsOf(byType, randomCoil, choices.limitPercent);
+  setLimits(training.model, byType, choices.limitPercent);
   training.secondaryShifts = countOf(byType);
   training.entries = static_cast<std::size_t>(std::count(useEntry.begin(), useEntry.end(), true));
-  const BothClasses classes = collect(training.limits, data, useLabel);
+  const BothClasses classes = collect(training.model, data, useLabel);
   requireClass(data, classes.cis, "cis");
   requireClass(data, classes.trans, "trans");
   training.cisProlines = classes.cis.windows.size();
   training.transProlines = classes.trans.windows.size();
   const ClassValues cis = classes.cis.values();
   const ClassValues trans = classes.trans.values();
-  for (std::size_t i = 0; i < kShiftIndices; ++i)
-    training.shifts[i] = statisticsOf(i, cis[i], trans[i], choices);
+  for (std::size_t i = 0; i < kShifts; ++i) {
+    const IndexStatistics s = training.shifts[i] = statisticsOf(i, cis[i], trans[i], choices);
+    training.model.shifts[i] = {{thousandths(s.cis.mean), thousandths(s.stdCis)},
+                                {thousandths(s.trans.mean), thousandths(s.stdTrans)}};
+  }
   return training;
 }
 
@@ -245,7 +229,7 @@ namespace {
 
 GDB startLimitsTable(const Training& training, double percent) {
   std::string columns = "RESNAME";
-  for (const std::string& atom : kAtoms)
+  for (const std::string& atom : backboneNames())
     columns.append(" ").append(atom).append("_MIN ").append(atom).append("_MAX");
   return startTable(
       {std::string("Limits of secondary shifts. RESNAME: one-letter code of the residue; ") +
@@ -256,7 +240,7 @@ GDB startLimitsTable(const Training& training, double percent) {
            std::to_string(training.entries) + " BMRB entries, re-referenced by RefDB.",
        "A type with fewer than " + std::to_string(kFewestForLimits) +
            " shifts of an atom has the percentiles of all types. p: as P."},
-      columns, "%s" + repeated(" %8.3f", 2 * kAtoms.size()) + " ");
+      columns, "%s" + repeated(" %8.3f", 2 * kBackboneAtoms) + " ");
 }
 
 GDB startShiftTable(const Training& training, const TrainingChoices& choices) {
@@ -288,9 +272,10 @@ GDB limitsTable(const Training& training, const TrainingChoices& choices) {
   GDB table = startLimitsTable(training, choices.limitPercent);
   for (const std::string& name : rowNames()) {
     std::vector<std::string> cells = {name};
-    for (const Limits& ofAtom : training.limits.at(name.front())) {
-      cells.push_back(fixed(static_cast<double>(ofAtom.lowest), 3));
-      cells.push_back(fixed(static_cast<double>(ofAtom.highest), 3));
+    const ReferenceValues& type = training.model.type(name.front());
+    for (std::size_t k = 0; k < kBackboneAtoms; ++k) {
+      cells.push_back(fixed(static_cast<double>(type.lowest[k]), 3));
+      cells.push_back(fixed(static_cast<double>(type.highest[k]), 3));
     }
     addRow(table, cells);
   }
@@ -299,7 +284,7 @@ GDB limitsTable(const Training& training, const TrainingChoices& choices) {
 
 GDB shiftTable(const Training& training, const TrainingChoices& choices) {
   GDB table = startShiftTable(training, choices);
-  for (std::size_t i = 0; i < kShiftIndices; ++i) {
+  for (std::size_t i = 0; i < kShifts; ++i) {
     const IndexStatistics& s = training.shifts[i];
     addRow(table, {std::to_string(i), fixed(s.cis.mean, 3), fixed(s.trans.mean, 3), fixed(s.stdCis, 3),
                    fixed(s.stdTrans, 3), fixed(s.cis.deviation, 3), fixed(s.trans.deviation, 3),

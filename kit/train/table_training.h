@@ -3,12 +3,12 @@
 
 #include <array>
 #include <cstddef>
-#include <map>
 #include <vector>
 
-#include "predict/tables.h"
+#include "GDB.h"
 #include "train/labelled_prolines.h"
 #include "util/robust.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -30,16 +30,6 @@ struct TrainingChoices {
   int pseudocount = 1;           ///< added to each count of neighbours
 };
 
-/// Shift indices: six of each residue, and CG of the proline.
-inline constexpr std::size_t kShiftIndices = kProlineCG + 1;
-
-/// The lowest and highest secondary shift of an atom (ppm), with the three decimals of a table.
-struct Limits {
-  float lowest = 0;
-  float highest = 0;
-};
-using TypeLimits = std::map<char, std::array<Limits, kAtomsPerResidue>>;
-
 /// The shifts of one index. `cis` and `trans` are those of the sample; the prediction uses the others.
 struct IndexStatistics {
   Sample cis;
@@ -50,17 +40,17 @@ struct IndexStatistics {
 
 /// What training finds.
 struct Training {
-  TypeLimits limits;
-  std::array<IndexStatistics, kShiftIndices> shifts;
+  Model model;  ///< with limits, means and deviations as the tables print them
+  std::array<IndexStatistics, kShifts> shifts;
   std::size_t secondaryShifts = 0;  ///< in the limits
   std::size_t entries = 0;
   std::size_t cisProlines = 0;  ///< windows in the statistics
   std::size_t transProlines = 0;
 };
 
-/// Trains on the entries and labels that are marked as used. Error if no cis, or no trans, proline with
-/// enough shifts is among them.
-Training train(const GDB& randomCoil, const LabelledProlines& data, const std::vector<bool>& useEntry,
+/// Adds limits, means and deviations to published values, from the entries and labels that are marked as
+/// used. Error if no cis, or no trans, proline with enough shifts is among them.
+Training train(const Model& published, const LabelledProlines& data, const std::vector<bool>& useEntry,
                const std::vector<bool>& useLabel, const TrainingChoices& choices);
 
 /// Writes the limits as sslimit.tab, and the shifts as Pro.cs.tab.

@@ -1,10 +1,11 @@
 // zorvela-study: trials behind the figures of doc/accuracy.md. For developers, not installed.
 #include <exception>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "predict/chain.h"
+#include "predict/tables.h"
 #include "train/evaluation.h"
 #include "train/evaluation_groups.h"
 #include "train/published_tables.h"
@@ -20,42 +21,38 @@ constexpr std::size_t kFolds = 10;
 constexpr int kTrialRounds = 20;
 constexpr int kBootstrapRounds = 2000;
 
-LabelledProlines dataOf(const std::string& folder, const ReferenceTables& tables) {
-  return readLabelled(folder + "/prolines.csv", folder + "/entries", tables);
+LabelledProlines dataOf(const std::string& folder, const Model& model) {
+  return readLabelled(folder + "/prolines.csv", folder + "/entries", model);
 }
 
 /// The data, and tables that are trained anew for each fold.
 struct CrossValidation {
   explicit CrossValidation(const std::string& folder)
-      : published(publishedTables(besideLabels({}, folder + "/prolines.csv"), TrainingChoices().pseudocount)),
+      : published(modelOf(
+            publishedTables(besideLabels({}, folder + "/prolines.csv"), TrainingChoices().pseudocount))),
         data(dataOf(folder, published)),
-        models(trainFolds(published, data, kFolds, {})) {}
+        folded(trainFolds(published, data, kFolds, {})) {}
 
-  ReferenceTables published;
+  Model published;
   LabelledProlines data;
-  FoldModels models;
+  FoldModels folded;
 };
 
 // --- The trials -----------------------------------------------------------------------------------
 
 ReferencingStudy studyOf(const std::string& folder, const std::string& tables) {
-  const Tables shipped = tablesFromFolder(tables);
-  ZORVELA run;
-  useTables(*shipped, run);
-  return studyReferencing(run, dataOf(folder, *shipped));
+  return studyReferencing(dataOf(folder, modelOf(*tablesFromFolder(tables))));
 }
 
 void tryNextShift(const std::string& folder) {
   const CrossValidation trained(folder);
-  std::map<std::size_t, TrialProline> byLabel;
-  const Predictions predictions =
-      predictAll(trained.models, trained.data,
-                 [&](std::size_t label, ZORVELA& run, const ProlinePrediction& prediction) {
-                   byLabel[label] = trialProline(run, prediction);
-                 });
+  const Predictions predictions = predictAll(trained.folded, trained.data);
   std::vector<TrialProline> prolines;
   for (const Evaluated& proline : evaluation(trained.data, predictions).prolines) {
-    prolines.push_back(byLabel.at(proline.label));
+    const EntryShifts& entry = trained.data.entry(proline.label);
+    const Triplet triplet = tripletAt(entry.residues, entry.secondary, trained.data.place(proline.label));
+    prolines.push_back(
+        trialProline(trained.folded.of(proline.label), triplet.types, *predictions[proline.label]));
     prolines.back().isCis = proline.isCis;
     prolines.back().cluster = proline.cluster;
   }
@@ -73,7 +70,7 @@ void tryOffsets(const std::string& folder) {
         addOffsets(entry, ppm, 0);
         if (isCorrected) rereference(entry);
       }
-      const Evaluation result = evaluation(data, predictAll(trained.models, data));
+      const Evaluation result = evaluation(data, predictAll(trained.folded, data));
       writeOffsetRow(std::cout, ppm, isCorrected, allFigures(result, 0));
     }
 }

@@ -155,17 +155,19 @@ TrialFigures figuresOf(const std::vector<Start>& starts, int rounds) {
 
 }  // namespace
 
-TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction) {
+TrialProline trialProline(const Model& model, const std::array<char, 3>& types,
+                          const CisPrediction& prediction) {
   const ProlineEvidence& evidence = prediction.evidence;
   TrialProline proline;
   proline.start = Evidence::prior();
   for (std::size_t side = 0; side < 2; ++side)
     proline.start += std::log(static_cast<double>(evidence.cisShares[side]) / evidence.transShares[side]);
-  for (int index = 0; index <= kIndexCG; ++index) {
-    const ::ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(index)];
+  for (std::size_t index = 0; index < kShifts; ++index) {
+    const ShiftEvidence& shift = evidence.shifts[index];
     if (shift.isMissing) continue;
+    const char type = types[static_cast<std::size_t>(shiftPlace(index).residue + 1)];
     TrialShift trial;
-    trial.promise = missingShift(run, prediction.resid, index);
+    trial.promise = missingShift(model, type, index);
     trial.nats = shift.lnCis - shift.lnTrans;
     proline.shifts.push_back(trial);
   }

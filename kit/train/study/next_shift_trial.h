@@ -2,13 +2,14 @@
 // given back one at a time: the one with the largest expected gain, or one drawn at random.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "ZORVELA.h"
 #include "predict/next_shift.h"
 #include "train/metrics.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -26,8 +27,9 @@ struct TrialProline {
   std::vector<TrialShift> shifts;
 };
 
-/// The shifts of a prediction; `run` is the one that made it. Label and cluster are left to the caller.
-TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction);
+/// The shifts of a prediction; `types` are those of its triplet. Label and cluster are left to the caller.
+TrialProline trialProline(const Model& model, const std::array<char, 3>& types,
+                          const CisPrediction& prediction);
 
 /// After so many shifts were given back: the mean of -log2 of the probability that the label had (bits;
 /// probabilities kept within 0.001 to 0.999), and the share of prolines that are still undecided.

@@ -23,7 +23,7 @@
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
 #include "zorvela/report.h"
-#include "zorvela/run.h"
+#include "zorvela/run_file.h"
 
 namespace zorvela {
 

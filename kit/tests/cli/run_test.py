@@ -90,12 +90,6 @@ class Formats(InFolder):
                 wrong["proteins"][0]["prolines"][0].update(change)
                 self.assertFalse(validator.is_valid(wrong))
 
-    def test_examples_follow_the_schema(self):
-        with open(program.SCHEMA, encoding="utf-8") as file:
-            schema = json.load(file)
-        result = program.run("--format", "json", *program.EXAMPLES, tables=program.TABLES)
-        jsonschema.Draft202012Validator(schema).validate(json.loads(result.stdout))
-
     def test_full_precision(self):
         """CSV and JSON hold the same number, the shortest text of a single-precision value."""
         arguments = [*program.EXAMPLES]

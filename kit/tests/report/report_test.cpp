@@ -109,15 +109,6 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
             "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
 }
 
-TEST(ReportTable, SaysWhatWasTakenAway) {
-  zorvela::RunReport report = sample();
-  report.files[0].proteins[0].offsets[0].correctedBy = 1.5F;
-  EXPECT_NE(written([&](std::ostream& out) {
-              zorvela::writeTable(report, {false}, out);
-            }).find("\nReferencing offsets (ppm); ! taken away before predicting\n"),
-            std::string::npos);
-}
-
 TEST(ReportTable, ColoursTheCisRowsAlone) {
   const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), {true}, out); });
   EXPECT_NE(
@@ -125,16 +116,6 @@ TEST(ReportTable, ColoursTheCisRowsAlone) {
                 "cis\033[0m\n   a.str"),
       std::string::npos);
   EXPECT_EQ(text.find('\033', text.find("\033[0m") + 1), std::string::npos);
-}
-
-TEST(ReportTable, ShowsNoControlCharactersOfAFile) {
-  zorvela::RunReport report = sample();
-  report.files[0].proteins[0].chain = "\033[2J";
-  report.files[1].error = "b\tc: bad";
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
-  EXPECT_EQ(text.find('\033'), std::string::npos);
-  EXPECT_NE(text.find("a.str  ?[2J   K116"), std::string::npos);
-  EXPECT_NE(text.find("\n   b?c: bad\n"), std::string::npos);
 }
 
 TEST(ReportTable, AlignsNamesBeyondAscii) {
@@ -168,13 +149,6 @@ TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
       "   a.str  A      1     c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
       "*  a.str  A      2     K116    P117     N118   6 4 5   24.310  0.999  0.981       cis");
   EXPECT_NE(text.find("\n   a.str  A      2     40        200     1.500!"), std::string::npos);
-}
-
-TEST(ReportTable, KeepsTheMarginWithoutMarks) {
-  zorvela::RunReport report = sample();
-  report.files[0].proteins[0].prolines[0].call = Call::trans;
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
-  EXPECT_EQ(text.substr(0, 18), "   File   Chain  B");
 }
 
 TEST(ReportTable, TheFolderOfAllFilesIsSaidOnce) {
@@ -227,13 +201,6 @@ TEST(ReportCsv, HoldsWhatWasTakenAway) {
   EXPECT_NE(text.find(",CA HA,1.5,,,,,,no\n"), std::string::npos) << text;
 }
 
-TEST(ReportCsv, DoublesQuotesAndKeepsLineEndsInQuotes) {
-  zorvela::RunReport report = sample();
-  report.files = {{"a\"b\n", {}, "bad"}};
-  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
-  EXPECT_EQ(text.substr(text.find('\n') + 1), "\"a\"\"b\n\",,,,,,,,,,,,,error,bad,,,,,,,,,,,,\n");
-}
-
 TEST(ReportJson, HoldsTheSameAsTheTable) {
   const nlohmann::json expected = nlohmann::json::parse(R"({
     "format": "zorvela-kit run",
@@ -265,11 +232,4 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
   EXPECT_EQ(nlohmann::json::parse(text), expected);
   EXPECT_NE(text.find("\"cg_shift\": 24.31,"), std::string::npos);  // not 24.309999465942383
   EXPECT_EQ(text.back(), '\n');
-}
-
-TEST(ReportJson, ReplacesWhatIsNotUtf8) {
-  zorvela::RunReport report;
-  report.files = {{"\xFF", {}, "bad"}};
-  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, {}, out); });
-  EXPECT_EQ(nlohmann::json::parse(text)["errors"][0]["file"], "\xEF\xBF\xBD");
 }

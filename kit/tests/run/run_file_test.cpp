@@ -6,7 +6,7 @@
 #include "formats/input_bytes.h"
 #include "zorvela/error.h"
 #include "zorvela/read.h"
-#include "zorvela/run.h"
+#include "zorvela/run_file.h"
 
 namespace zorvela {
 namespace {

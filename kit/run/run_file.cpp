@@ -1,5 +1,5 @@
 // What becomes of one file.
-#include "zorvela/run.h"
+#include "zorvela/run_file.h"
 
 #include <exception>
 #include <new>

@@ -20,6 +20,7 @@
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
 #include "zorvela/report.h"
+#include "zorvela/run.h"
 #include "zorvela/version.h"
 
 #define ZORVELA_EXPORT(name) __attribute__((export_name(name)))
@@ -122,8 +123,7 @@ ZORVELA_EXPORT("run_shift_table")
 Text* run_shift_table(const Run* run, const Text* name, Text* bytes, std::size_t index) {
   return orNull([&] {
     std::ostringstream out;
-    zorvela::toTable(zorvela::readShiftBytes(std::move(*bytes), *name, run->import).at(index))
-        .writeTable(out);
+    zorvela::writeShiftTable(zorvela::readShiftBytes(std::move(*bytes), *name, run->import).at(index), out);
     return new Text(std::move(out).str());
   });
 }

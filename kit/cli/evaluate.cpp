@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/reference_tables.h"
@@ -89,50 +88,43 @@ void evaluate(const EvaluateSettings& settings) {
 
 }  // namespace
 
-void addEvaluate(CLI::App& app) {
-  auto settings = std::make_shared<EvaluateSettings>();
-  CLI::App* command =
-      app.add_subcommand("evaluate", "Compare predictions with prolines known from structures");
-  command->add_option("--entries", settings->entries, "folder of shift tables, one NAME.tab for each entry")
-      ->required();
+void addEvaluate(CommandLine& line) {
+  const auto settings = std::make_shared<EvaluateSettings>();
+  Command command = line.addCommand("evaluate", "Compare predictions with prolines known from structures");
+  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
+      .required();
   command
-      ->add_option(
-          "--labels", settings->labels,
-          "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster, and label_shift "
-          "(cis, trans, unclear or empty) where CB - CG says so")
-      ->required();
-  CLI::Option* tables = command->add_option("--tables", settings->tables,
-                                            "folder of the seven tables (default: those of zorvela)");
-  CLI::Option* folds =
-      command
-          ->add_option(
-              "--cross-validate", settings->folds,
-              "instead of given tables: train all tables anew without the clusters of each of N folds")
-          ->check(CLI::Range(std::size_t{2}, std::size_t{1000}))
-          ->excludes(tables);
-  command->add_flag("--json", settings->json, "JSON instead of a table, with the calibration");
-  command->add_option("--output", settings->output, "file for the figures (default: standard output)");
-  command->add_option("--bootstrap", settings->rounds, "rounds for the intervals")
-      ->check(CLI::Range(0, 100000))
-      ->capture_default_str();
-  const auto addFile = [&](const char* name, std::string& path, const char* description) {
-    command->add_option(name, path, description)->group("Files for plots and for a closer look (CSV)");
+      .add("--labels", settings->labels, "FILE",
+           "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster, and label_shift "
+           "(cis, trans, unclear or empty) where CB - CG says so")
+      .required();
+  const Option tables = command.add("--tables", settings->tables, "DIR",
+                                    "Folder of the seven tables; default: those of zorvela");
+  const Option folds =
+      command.add("--cross-validate", settings->folds, {"N", 2, 1000},
+                  "Instead of given tables: train all tables anew without the clusters of each of N folds");
+  folds.excludes(tables);
+  command.addFlag("--json", settings->json, "JSON instead of a table, with the calibration");
+  command.add("--output", settings->output, "FILE", "File for the figures; default: standard output");
+  command.add("--bootstrap", settings->rounds, {"N", 0, 100000}, "Rounds for the intervals").showsDefault();
+  const auto addFile = [&](const char* name, std::string& path, const char* text) {
+    command.add(name, path, "FILE", text).group("Files for plots and for a closer look (CSV)");
   };
-  addFile("--predictions", settings->predictions, "each proline with its label and probabilities");
-  addFile("--roc", settings->roc, "points of the ROC curves");
-  addFile("--calibration", settings->calibration, "predicted probability against observed share of cis");
-  std::vector<CLI::Option*> forFolds = addTrainingOptions(*command, settings->choices);
-  const auto addSource = [&](const char* name, std::string& path, const char* description) {
-    forFolds.push_back(command->add_option(name, path, description)
-                           ->group("Published data for --cross-validate (default: beside the labels)"));
+  addFile("--predictions", settings->predictions, "Each proline with its label and probabilities");
+  addFile("--roc", settings->roc, "Points of the ROC curves");
+  addFile("--calibration", settings->calibration, "Predicted probability against observed share of cis");
+  std::vector<Option> forFolds = addTrainingOptions(command, settings->choices);
+  const auto addSource = [&](const char* name, std::string& path, const char* text) {
+    forFolds.push_back(command.add(name, path, "FILE", text)
+                           .group("Published data for --cross-validate (default: beside the labels)"));
   };
   addSource("--neighbours", settings->published.neighbours, "CSV of counts (proline_neighbour_counts.csv)");
   addSource("--random-coil", settings->published.randomCoil,
             "CSV of random-coil shifts (random_coil/nielsen_mulder_2018.csv)");
   addSource("--neighbour-effects", settings->published.neighbourEffects,
             "CSV of neighbour effects (random_coil/nielsen_mulder_2018_neighbours.csv)");
-  for (CLI::Option* option : forFolds) option->needs(folds);
-  command->callback([settings] { evaluate(*settings); });
+  for (const Option option : forFolds) option.needs(folds);
+  command.runs([settings] { evaluate(*settings); });
 }
 
 }  // namespace zorvela

@@ -9,13 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
 #include "cli/messages.h"
-#include "cli/number_option.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
 #include "train/structure_labels.h"
@@ -51,7 +49,7 @@ std::vector<std::string> filesIn(const std::string& folder, const std::string& w
   return files;
 }
 
-bool isShiftTable(const std::string& name) {
+bool isTableName(const std::string& name) {
   return fs::path(name).extension() == ".tab";
 }
 
@@ -79,7 +77,7 @@ class Failures {
 };
 
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
-  const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isShiftTable);
+  const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isTableName);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
@@ -130,33 +128,25 @@ void label(const LabelSettings& settings) {
 
 }  // namespace
 
-void addLabel(CLI::App& app) {
+void addLabel(CommandLine& line) {
   const auto settings = std::make_shared<LabelSettings>();
-  CLI::App* command = app.add_subcommand("label", "Make labels for training from structures");
-  command->add_option("--entries", settings->entries)
-      ->required()
-      ->type_name("DIR")
-      ->description("Folder of shift tables, one NAME.tab for each entry");
-  command->add_option("--structures", settings->structures)
-      ->required()
-      ->type_name("DIR")
-      ->description("Folder of structures, PDB or mmCIF, also gzipped");
-  command->add_option("--output", settings->output)
-      ->required()
-      ->type_name("FILE")
-      ->description("CSV of prolines as train and evaluate read it; - is standard output");
-  command->add_option("--identity", settings->identity)
-      ->type_name("PERCENT")
-      ->check(numberFrom(50, 100))
-      ->description("Least identity over at least 25 residues; default: 100, the same sequence");
-  command->add_option("--jobs", settings->jobs)
-      ->type_name("N")
-      ->check(CLI::Range(1, kMostJobs))
-      ->description("Files worked on at the same time; default: one for each core");
-  command->footer(
+  Command command = line.addCommand("label", "Make labels for training from structures");
+  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
+      .required();
+  command.add("--structures", settings->structures, "DIR", "Folder of structures, PDB or mmCIF, also gzipped")
+      .required();
+  command
+      .add("--output", settings->output, "FILE",
+           "CSV of prolines as train and evaluate read it; - is standard output")
+      .required();
+  command.add("--identity", settings->identity, {"PERCENT", 50, 100},
+              "Least identity over at least 25 residues; default: 100, the same sequence");
+  command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
+              "Files worked on at the same time; default: one for each core");
+  command.footer(
       "Exit status: 0 if every file was used, 1 if one was not; the labels of the others are "
       "written all the same.");
-  command->callback([settings] { label(*settings); });
+  command.runs([settings] { label(*settings); });
 }
 
 }  // namespace zorvela

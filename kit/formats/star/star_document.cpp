@@ -83,9 +83,7 @@ class Parser {
 
   void advance() {
     token = tokens.next();
-    if (token.kind != Kind::end && ++wordCount > kMostWords)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostWords) + " words",
-                      "give the part with the sequence and the shifts only");
+    if (token.kind != Kind::end) checkLimit(++wordCount, limits::kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -125,9 +123,7 @@ class Parser {
     const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
     const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
     if (pairs == file.pairs.size() && loops == file.loops.size()) return;
-    if (file.frames.size() == kMostFrames)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostFrames) + " save frames",
-                      "give the part with the sequence and the shifts only");
+    checkLimit(file.frames.size() + 1, limits::kFrames, file.name);
     const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
     file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
                            small(file.loops.size())});
@@ -180,26 +176,25 @@ class Parser {
     loop.firstTag = small(file.tags.size());
     loop.firstValue = small(file.values.size());
     bool isOfUse = false;
-    lines.clear();
+    lines.list.clear();
+    lines.values = 0;
     for (advance(); token.kind == Kind::tag; advance()) {
       isOfUse = isOfUse || isNeeded(token.value);
       file.tags.push_back(spanOf(token.value));
     }
     loop.tagCount = small(file.tags.size() - loop.firstTag);
     if (isOfUse && file.values.capacity() == 0) reserveValues();
-    std::size_t count = 0;
-    for (; token.kind == Kind::value; advance(), ++count) {
+    for (; token.kind == Kind::value; advance()) {
       if (token.isOpen) noteOpenQuote(isOfUse);
-      if (lines.empty() || lines.back().number != token.line)
-        lines.push_back({small(count), small(token.line)});
+      lines.add(token.line);
       if (isOfUse) file.values.push_back(spanOf(token.value));
     }
     if (token.kind == Kind::stop) advance();
     lastTag = {};
-    loop.isEmpty = count == 0;
+    loop.isEmpty = lines.values == 0;
     if (loop.tagCount > 0)
-      settleRows(loop, count, isOfUse);
-    else if (count > 0)
+      settleRows(loop, isOfUse);
+    else if (!loop.isEmpty)
       notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
@@ -214,16 +209,17 @@ class Parser {
   }
 
   /// Leaves out rows with values missing or left over, where the lines show which they are.
-  void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
+  void settleRows(StarLoop& loop, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
-    const LoopLayout layout = loopLayout(lines, count, columns);
+    const std::size_t lineCount = lines.list.size();
+    const LoopLayout layout = loopLayout(lines, columns);
     if (layout.bad.empty()) return;
-    const bool fills = count % columns == 0;
-    const bool isByLine = layout.wholeLines * 2 >= lines.size();
+    const bool fills = lines.values % columns == 0;
+    const bool isByLine = layout.wholeLines * 2 >= lineCount;
     // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
     // With few columns many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
-    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lines.size() * 9 : !isByLine;
+    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
     if (fills && runsOn) return;
     for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
     loop.lacksRows = true;
@@ -264,8 +260,8 @@ class Parser {
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
-  std::string_view lastTag;     ///< of the pair before; empty after a loop
-  std::vector<LoopLine> lines;  ///< of the loop that is read
+  std::string_view lastTag;  ///< of the pair before; empty after a loop
+  LoopLines lines;           ///< of the loop that is read
   LimitedNotes notes{"places that are not valid STAR"};
 };
 
@@ -401,9 +397,7 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
       ++entry.endFrame;
     first = entry.endFrame;
     if (!isEntry(entry)) continue;
-    if (entries.size() == kMostListsOrChains)
-      throw FileError(file->name, 0, "holds more than " + std::to_string(kMostListsOrChains) + " entries",
-                      "split it into several files");
+    checkLimit(entries.size() + 1, limits::kEntries, file->name);
     entries.push_back(std::move(entry));
   }
   if (entries.size() < 2) return {{file, 0, file->frames.size(), {}}};
@@ -420,19 +414,17 @@ std::size_t StarTable::rows() const {
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
 }
 
-std::size_t StarTable::column(std::string_view tag) const {
+StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) const {
+  return {*this, indexOf(tag), otherTag.empty() ? kAbsent : indexOf(otherTag)};
+}
+
+std::size_t StarTable::indexOf(std::string_view tag) const {
   const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
   for (std::size_t i = 0; i < count; ++i) {
     const StarSpan own =
         loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
     if (equalIgnoringCase(source->textOf(own), tag)) return i;
   }
-  return kAbsent;
-}
-
-std::size_t StarTable::columnOfAny(const std::vector<std::string_view>& tags) const {
-  for (const std::string_view tag : tags)
-    if (const std::size_t index = column(tag); index != kAbsent) return index;
   return kAbsent;
 }
 
@@ -444,8 +436,13 @@ std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   return core == "." || core == "?" ? std::string_view() : core;
 }
 
-std::string StarTable::word(std::size_t row, std::size_t column) const {
-  const std::string_view whole = cell(row, column);
+std::string_view StarColumn::cell(std::size_t row) const {
+  const std::string_view own = table->cell(row, first);
+  return own.empty() ? table->cell(row, other) : own;
+}
+
+std::string StarColumn::word(std::size_t row) const {
+  const std::string_view whole = cell(row);
   if (whole.size() <= kLongestWord) return std::string(whole);
   return std::string(whole.substr(0, kLongestWord)) + "...";
 }
@@ -461,7 +458,7 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {
   const StarTable pairs(frame);
-  return pairs.text(0, pairs.column(tag));
+  return pairs.column(tag).text(0);
 }
 
 std::vector<StarFrame> framesOf(const StarEntry& entry) {

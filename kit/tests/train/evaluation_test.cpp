@@ -17,36 +17,26 @@ namespace {
 using made::Protein;
 using zorvela::Omega;
 
-/// Tables in which the CG of the proline alone says something: 24.5 ppm for cis, 27 for trans, both with 1
-/// ppm.
-zorvela::ReferenceTables tablesOfCG() {
-  zorvela::ReferenceTables tables = made::publishedTables();
-  tables.shifts = zorvela::startTable({}, "index avg_cis avg_trans std_cis std_trans", "%d %f %f %f %f");
-  for (int index = 0; index < 18; ++index)
-    zorvela::addRow(tables.shifts, {std::to_string(index), "0", "0", "1", "1"});
-  zorvela::addRow(tables.shifts, {"18", "24.5", "27", "1", "1"});
-  return tables;
+/// A model in which the CG of the proline alone says something: 24.5 ppm for cis, 27 for trans, both with 1
+/// ppm. Its limits are wide, so that nothing is clipped.
+zorvela::Model modelOfCG() {
+  zorvela::Model model = made::publishedModel();
+  model.shifts.fill({{0, 1}, {0, 1}});
+  model.shifts.back() = {{24.5F, 1}, {27, 1}};
+  for (const char type : {'A', 'G', 'P'}) {
+    model.type(type).lowest.fill(-50);
+    model.type(type).highest.fill(50);
+  }
+  return model;
 }
 
 zorvela::Predictions predicted(const zorvela::LabelledProlines& data) {
-  ZORVELA run;
-  zorvela::useTables(tablesOfCG(), run);
-  // Wide limits, so that nothing is clipped.
-  run.limitTable = zorvela::startTable(
-      {}, "RESNAME N_MIN N_MAX HA_MIN HA_MAX C_MIN C_MAX CA_MIN CA_MAX CB_MIN CB_MAX HN_MIN HN_MAX",
-      "%s %f %f %f %f %f %f %f %f %f %f %f %f");
-  for (const std::string name : {"A", "G", "P"}) {
-    std::vector<std::string> cells = {name};
-    for (int atom = 0; atom < 6; ++atom) cells.insert(cells.end(), {"-50", "50"});
-    zorvela::addRow(run.limitTable, cells);
-  }
-  return zorvela::predictAll(run, data);
+  return zorvela::predictAll(zorvela::oneModel(modelOfCG(), data), data);
 }
 
-ProlinePrediction prediction(float pCisNorm, float cg = made::kAbsent) {
-  ProlinePrediction made;
+zorvela::CisPrediction prediction(float pCisNorm) {
+  zorvela::CisPrediction made;
   made.pCisNorm = pCisNorm;
-  made.cgShift = cg;
   return made;
 }
 
@@ -63,42 +53,24 @@ TEST(PredictAll, ProbabilityFromOneShift) {
   EXPECT_NEAR(0.05, predictions[1]->pCisNorm, 1e-5);
 }
 
-TEST(PredictAll, CountsTheShiftsOfTheThreeResidues) {
-  const auto predictions = predicted(made::dataOf({{"GAPAG", Omega::cis, 0.0F, 24.5F}}));
-  ASSERT_TRUE(predictions[0]);
-  EXPECT_EQ((std::array<int, 3>{6, 4, 6}), predictions[0]->shiftCounts);
-}
-
-TEST(CrossValidation, PredictsByTablesOfTheOtherClusters) {
+TEST(CrossValidation, PredictsByModelsOfTheOtherClusters) {
   const std::vector<Protein> proteins = {{"GAPAG", Omega::cis, 1.0F, 24.0F, made::kAbsent, "one"},
                                          {"GAPAA", Omega::trans, -2.0F, 27.0F, made::kAbsent, "one"},
                                          {"AAPAG", Omega::cis, 3.0F, 25.0F, made::kAbsent, "two"},
                                          {"AAPAA", Omega::trans, -1.0F, 26.5F, made::kAbsent, "two"}};
   const zorvela::LabelledProlines data = made::dataOf(proteins);
-  const zorvela::TrainingChoices choices;
-  std::vector<std::size_t> steps;
   const auto predictions =
-      zorvela::crossValidate(made::publishedTables(), data, data, 2, choices,
-                             [&](std::size_t done, std::size_t) { steps.push_back(done); });
-  EXPECT_EQ((std::vector<std::size_t>{1, 2}), steps);
+      zorvela::predictAll(zorvela::trainFolds(made::publishedModel(), data, 2, {}), data);
   const std::vector<bool> first = {true, true, false, false};
   const std::vector<bool> second = {false, false, true, true};
   for (const auto& [trainedOn, predictedAt] : {std::pair(first, 2U), std::pair(second, 0U)}) {
-    zorvela::ReferenceTables tables = made::publishedTables();
-    zorvela::trainTables(tables, data, trainedOn, trainedOn, choices);
-    ZORVELA run;
-    zorvela::useTables(tables, run);
-    const auto alone = zorvela::predictAll(run, data);
+    const zorvela::Model model = zorvela::train(made::publishedModel(), data, trainedOn, trainedOn, {}).model;
+    const auto alone = zorvela::predictAll(zorvela::oneModel(model, data), data);
     for (const std::size_t i : {std::size_t{predictedAt}, std::size_t{predictedAt} + 1}) {
       ASSERT_TRUE(predictions[i] && alone[i]);
       EXPECT_EQ(alone[i]->pCis, predictions[i]->pCis) << i;
     }
   }
-}
-
-TEST(CrossValidation, NeedsAClusterForEachFold) {
-  const auto data = made::dataOf({{"GAPAG", Omega::cis}, {"GAPAA", Omega::trans}});
-  EXPECT_THROW(zorvela::crossValidate(made::publishedTables(), data, data, 3, {}), zorvela::Error);
 }
 
 TEST(Evaluation, ScoresTheMedianOfEachWindowAndCountsTheRest) {
@@ -128,9 +100,8 @@ TEST(Evaluation, AWindowHasTheLabelOfMostAndTheShiftsOfTheMiddleMeasurement) {
                                   {"AAPAA", Omega::cis},
                                   {"AAPAA", Omega::trans}});
   const float nan = std::numeric_limits<float>::quiet_NaN();
-  const zorvela::Evaluation result =
-      zorvela::evaluation(data, {prediction(0.125F), prediction(0.5F, 26.0F), prediction(0.75F, 24.0F),
-                                 prediction(0.25F), prediction(0.5F)});
+  const zorvela::Evaluation result = zorvela::evaluation(
+      data, {prediction(0.125F), prediction(0.5F), prediction(0.75F), prediction(0.25F), prediction(0.5F)});
   ASSERT_EQ(2U, result.prolines.size());
   EXPECT_EQ(3U, result.repeated);
   EXPECT_FALSE(result.prolines[0].isCis);
@@ -150,8 +121,9 @@ TEST(Evaluation, CBLessCGNeedsBothShifts) {
                                   {"AAPAG", Omega::trans, 0.0F, made::kAbsent, 32.0F},
                                   {"GAPAA", Omega::trans, 0.0F, 27.0F}});
   const zorvela::Evaluation result =
-      zorvela::evaluation(data, {prediction(0.9F, 24.5F), prediction(0.1F), prediction(0.1F, 27.0F)});
+      zorvela::evaluation(data, {prediction(0.9F), prediction(0.1F), prediction(0.1F)});
   ASSERT_EQ(3U, result.prolines.size());
+  EXPECT_EQ(17, result.prolines[0].shiftCount);  // 6 + 4 + 6 and CG
   EXPECT_TRUE(result.prolines[0].ruleApplies());
   EXPECT_DOUBLE_EQ(9.75, result.prolines[0].cbMinusCg);  // 34.25 - 24.5
   EXPECT_FALSE(result.prolines[1].ruleApplies());

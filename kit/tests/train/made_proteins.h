@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "predict/tables.h"
+#include "GDB.h"
 #include "train/labelled_prolines.h"
-#include "train/table_cells.h"
+#include "zorvela/core.h"
 
 namespace made {
 
@@ -25,16 +25,24 @@ struct Protein {
 inline zorvela::EntryShifts entryOf(const Protein& protein, const std::string& name) {
   zorvela::EntryShifts entry;
   entry.name = name;
-  for (int resid = 1; resid <= static_cast<int>(protein.sequence.size()); ++resid) {
-    entry.names.emplace_back(1, protein.sequence[static_cast<std::size_t>(resid) - 1]);
-    const bool isEnd = resid == 1 || resid == static_cast<int>(protein.sequence.size());
-    auto& shifts = entry.secondary.emplace_back();
-    shifts.fill(isEnd ? kAbsent : protein.secondary);
-    if (resid == kProlinePosition) shifts[0] = shifts[5] = kAbsent;
-    entry.missing.push_back(isEnd ? 6 : resid == kProlinePosition ? 2 : 0);
+  for (std::size_t i = 0; i < protein.sequence.size(); ++i) {
+    zorvela::Residue residue;
+    residue.type = protein.sequence[i];
+    zorvela::BackboneValues secondary{};
+    const bool isEnd = i == 0 || i + 1 == protein.sequence.size();
+    secondary.fill(isEnd ? kAbsent : protein.secondary);
+    for (const zorvela::Atom atom : zorvela::kBackbone)
+      if (!isEnd && !(residue.type == 'P' && zorvela::isAmide(atom))) residue.shift(atom) = 1;
+    if (residue.type == 'G' && !isEnd)
+      residue.shift(zorvela::Atom::HA2) = residue.shift(zorvela::Atom::HA3) = 1;
+    if (residue.type == 'P') {
+      secondary[0] = secondary[5] = kAbsent;
+      residue.shift(zorvela::Atom::CB) = protein.cb;
+      residue.shift(zorvela::Atom::CG) = protein.cg;
+    }
+    entry.residues.push_back(residue);
+    entry.secondary.push_back(secondary);
   }
-  entry.cg[kProlinePosition] = protein.cg;
-  if (protein.cb != kAbsent) entry.cb[kProlinePosition] = protein.cb;
   return entry;
 }
 
@@ -56,19 +64,18 @@ inline zorvela::LabelledProlines dataOf(const std::vector<Protein>& proteins) {
   return data;
 }
 
-/// Tables as published ones: alanine, glycine and proline, all neighbours as likely beside cis as beside
-/// trans.
-inline zorvela::ReferenceTables publishedTables() {
-  zorvela::ReferenceTables tables;
-  tables.randomCoil = zorvela::startTable({}, "RESNAME N HA C CA CB HN", "%s %f %f %f %f %f %f");
-  zorvela::addRow(tables.randomCoil, {"A", "124", "4.3", "178", "52", "19", "8.2"});
-  zorvela::addRow(tables.randomCoil, {"G", "109", "4", "174", "45", "9999", "8.3"});
-  zorvela::addRow(tables.randomCoil, {"P", "136", "4.4", "177", "63", "32", "9999"});
-  tables.sequence =
-      zorvela::startTable({}, "resname cis_prev cis_next trans_prev trans_next", "%s %f %f %f %f");
-  for (const std::string name : {"A", "C", "G", "P"})
-    zorvela::addRow(tables.sequence, {name, "0.05", "0.05", "0.05", "0.05"});
-  return tables;
+/// A model as of published tables: alanine, glycine and proline, all neighbours as likely beside cis as
+/// beside trans.
+inline zorvela::Model publishedModel() {
+  zorvela::Model model;
+  model.type('A').randomCoil = {124, 4.3F, 178, 52, 19, 8.2F};
+  model.type('G').randomCoil = {109, 4, 174, 45, kAbsent, 8.3F};
+  model.type('P').randomCoil = {136, 4.4F, 177, 63, 32, kAbsent};
+  for (const char type : {'A', 'C', 'G', 'P'}) {
+    zorvela::ReferenceValues& values = model.type(type);
+    values.cisBefore = values.cisAfter = values.transBefore = values.transAfter = 0.05F;
+  }
+  return model;
 }
 
 /// A cell of the row in which a column has this text; empty where there is none.

@@ -30,17 +30,14 @@ zorvela::TrainingChoices plain() {
   return choices;
 }
 
-zorvela::ReferenceTables trained(const std::vector<Protein>& proteins,
-                                 const zorvela::TrainingChoices& choices,
-                                 const std::vector<bool>& used = {}) {
-  zorvela::ReferenceTables tables = made::publishedTables();
+zorvela::Training trained(const std::vector<Protein>& proteins, const zorvela::TrainingChoices& choices,
+                          const std::vector<bool>& used = {}) {
   const std::vector<bool> marks = used.empty() ? std::vector<bool>(proteins.size(), true) : used;
-  zorvela::trainTables(tables, made::dataOf(proteins), marks, marks, choices);
-  return tables;
+  return zorvela::train(made::publishedModel(), made::dataOf(proteins), marks, marks, choices);
 }
 
-std::string statistic(const zorvela::ReferenceTables& tables, int index, const std::string& column) {
-  return made::cellOf(tables.shifts, "index", std::to_string(index), column);
+std::string statistic(const zorvela::Training& training, int index, const std::string& column) {
+  return made::cellOf(zorvela::shiftTable(training, plain()), "index", std::to_string(index), column);
 }
 
 TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
@@ -53,12 +50,12 @@ TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
   choices.pooling = zorvela::Pooling::natural;
   choices.widenProline = 1.5;
   choices.widenNeighbours = 2;
-  const zorvela::ReferenceTables tables = trained(proteins, choices);
-  EXPECT_EQ("6.221", statistic(tables, 9, "std_cis"));  // CA of the proline: 4.14729 * 1.5
-  EXPECT_EQ("6.221", statistic(tables, 9, "std_trans"));
-  EXPECT_EQ("8.295", statistic(tables, 3, "std_cis"));   // CA before it: 4.14729 * 2
-  EXPECT_EQ("1.414", statistic(tables, 3, "sd_cis"));    // sqrt(2), as measured
-  EXPECT_EQ("4.243", statistic(tables, 3, "sd_trans"));  // sqrt(18)
+  const zorvela::Training training = trained(proteins, choices);
+  EXPECT_EQ("6.221", statistic(training, 9, "std_cis"));  // CA of the proline: 4.14729 * 1.5
+  EXPECT_EQ("6.221", statistic(training, 9, "std_trans"));
+  EXPECT_EQ("8.295", statistic(training, 3, "std_cis"));   // CA before it: 4.14729 * 2
+  EXPECT_EQ("1.414", statistic(training, 3, "sd_cis"));    // sqrt(2), as measured
+  EXPECT_EQ("4.243", statistic(training, 3, "sd_trans"));  // sqrt(18)
   choices.pooling = zorvela::Pooling::equal;
   EXPECT_EQ("4.743", statistic(trained(proteins, choices), 9, "std_cis"));  // sqrt((2 + 18) / 2) * 1.5
 }
@@ -66,25 +63,26 @@ TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
 TEST(Training, AWindowMeasuredTwiceCountsOnceWithItsMedian) {
   std::vector<Protein> proteins = kThree;
   proteins.push_back({"GAPAG", Omega::cis, 7.0F, 24.0F});  // the window of the first: median of 1 and 7 is 4
-  const zorvela::ReferenceTables tables = trained(proteins, plain());
-  EXPECT_EQ("2", statistic(tables, 9, "n_cis"));
-  EXPECT_EQ("3.500", statistic(tables, 9, "avg_cis"));  // (4 + 3) / 2
+  const zorvela::Training training = trained(proteins, plain());
+  EXPECT_EQ("2", statistic(training, 9, "n_cis"));
+  EXPECT_EQ("3.500", statistic(training, 9, "avg_cis"));  // (4 + 3) / 2
 }
 
 TEST(Training, LeavesOutWhatIsNotMarked) {
-  const zorvela::ReferenceTables tables = trained(kThree, plain(), {true, false, true});
-  EXPECT_EQ("1", statistic(tables, 9, "n_cis"));
-  EXPECT_EQ("1.000", statistic(tables, 9, "avg_cis"));
-  EXPECT_EQ("1.000", made::cellOf(tables.limits, "RESNAME", "A", "CA_MAX"));  // without the 3 of the second
+  const zorvela::Training training = trained(kThree, plain(), {true, false, true});
+  EXPECT_EQ("1", statistic(training, 9, "n_cis"));
+  EXPECT_EQ("1.000", statistic(training, 9, "avg_cis"));
+  EXPECT_EQ("1.000", made::cellOf(zorvela::limitsTable(training, plain()), "RESNAME", "A",
+                                  "CA_MAX"));  // without the 3 of the second
 }
 
 TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
   // 50 % is the median on either side: with -2, 1 and 3 of each atom every shift is brought to 1.
   zorvela::TrainingChoices choices = plain();
   choices.limitPercent = 50;
-  const zorvela::ReferenceTables tables = trained(kThree, choices);
-  EXPECT_EQ("1.000", statistic(tables, 9, "avg_cis"));
-  EXPECT_EQ("1.000", statistic(tables, 9, "avg_trans"));
+  const zorvela::Training training = trained(kThree, choices);
+  EXPECT_EQ("1.000", statistic(training, 9, "avg_cis"));
+  EXPECT_EQ("1.000", statistic(training, 9, "avg_trans"));
 }
 
 }  // namespace

@@ -226,7 +226,7 @@ class Train(folder.InFolder):
         self.add_classes()
         self.data.labels[2] = "c2,6,cis,,c2\n"
         self.data.write_labels()
-        self.fails(self.data.path("labels.csv") + ":4: residue 6 of c2 is A, no proline; correct or remove the line")
+        self.fails(self.data.path("labels.csv") + ":4: residue 6 of c2 is A, not a proline; correct or remove the line")
 
     def test_label_outside_the_sequence(self):
         self.add_classes()
@@ -248,8 +248,8 @@ class Train(folder.InFolder):
                 ("c3,5,sis,,c3\n", 'label_structure is "sis", not cis, trans or empty' + remedy),
                 ("c3,5,cis,maybe,c3\n", 'label_shift is "maybe", not cis, trans, unclear or empty' + remedy),
                 ("c3,5,cis,,\n", "cluster is empty; give each protein a cluster"),
-                (",5,cis,,c3\n", 'entry is "", no name of a shift table' + remedy),
-                ("../c3,5,cis,,c3\n", 'entry is "../c3", no name of a shift table' + remedy),
+                (",5,cis,,c3\n", 'entry is "", not the name of a shift table' + remedy),
+                ("../c3,5,cis,,c3\n", 'entry is "../c3", not the name of a shift table' + remedy),
                 ('"c3,5,cis,,c3\n', "a quote is not closed; close it on the same line"),
                 ("c1,5,cis,,c1\n", "residue 5 of c1 is labelled twice; remove one of the lines"),
                 ("c1,2,cis,,x\n", "c1 is in cluster x here and in c1 above; give each protein one cluster")):
@@ -271,7 +271,8 @@ class Train(folder.InFolder):
         self.data.put("labels.csv", made_data.LABELS)
         self.fails(self.data.path("labels.csv") + ": has no prolines; give a file with a line for each proline")
         os.remove(self.data.path("labels.csv"))
-        self.fails(self.data.path("labels.csv") + ": No such file or directory; give the path of a CSV file")
+        self.fails(self.data.path("labels.csv") + ": cannot be read: No such file or directory; check the name "
+                   "and the permissions")
 
     def test_entry_that_is_no_table(self):
         self.add_classes()

@@ -12,8 +12,7 @@ constexpr float kAbsent = 9999.0F;
 
 EntryShifts chainOf(std::size_t residues) {
   EntryShifts chain;
-  chain.names.assign(residues, "A");
-  chain.missing.assign(residues, 0);
+  chain.residues.resize(residues);
   chain.secondary.assign(residues, {kAbsent, kAbsent, kAbsent, kAbsent, kAbsent, kAbsent});
   return chain;
 }
@@ -21,28 +20,26 @@ EntryShifts chainOf(std::size_t residues) {
 TEST(AddOffsets, MovesCarbonsAndAlphaProtonsThatAreThere) {
   EntryShifts chain = chainOf(2);
   chain.secondary[0] = {1, 2, 3, 4, 5, 6};
-  chain.cg = {{1, 27.0F}, {2, kAbsent}};
-  chain.cb = {{1, 32.0F}};
+  chain.residues[0].shift(Atom::CG) = 27;
+  chain.residues[0].shift(Atom::CB) = 32;
   addOffsets(chain, 1.5, 0.25);
-  EXPECT_EQ(chain.secondary[0], (SecondaryShifts{1, 2.25F, 4.5F, 5.5F, 6.5F, 6}));
-  EXPECT_EQ(chain.secondary[1][kPlaceCA], kAbsent);
-  EXPECT_EQ(chain.cg, (std::map<int, float>{{1, 28.5F}, {2, kAbsent}}));
-  EXPECT_EQ(chain.cb, (std::map<int, float>{{1, 33.5F}}));
+  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, 2.25F, 4.5F, 5.5F, 6.5F, 6}));
+  EXPECT_EQ(chain.secondary[1][indexOf(Atom::CA)], kAbsent);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CG), 28.5F);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CB), 33.5F);
+  EXPECT_FALSE(chain.residues[1].has(Atom::CG));
 }
 
 TEST(Rereference, TakesAwayWhatWasAdded) {
   EntryShifts chain = chainOf(40);
-  for (SecondaryShifts& residue : chain.secondary) residue[kPlaceCA] = residue[kPlaceCB] = -0.09F;
-  chain.cg = {{7, 27.0F}};
-  chain.cb = {{7, 32.0F}};
-  const EntryShifts before = chain;
+  for (BackboneValues& residue : chain.secondary)
+    residue[indexOf(Atom::CA)] = residue[indexOf(Atom::CB)] = -0.09F;
+  chain.residues[7].shift(Atom::CG) = 27;
   addOffsets(chain, 2, 0);
   rereference(chain);
   // CA of a residue with CA - CB of 0 stands at -0.09 ppm where there is no offset.
-  for (std::size_t i = 0; i < chain.secondary.size(); ++i)
-    EXPECT_NEAR(chain.secondary[i][kPlaceCB], before.secondary[i][kPlaceCB], 1e-5);
-  EXPECT_NEAR(chain.cg.at(7), 27, 1e-5);
-  EXPECT_NEAR(chain.cb.at(7), 32, 1e-5);
+  for (const BackboneValues& residue : chain.secondary) EXPECT_NEAR(residue[indexOf(Atom::CB)], -0.09, 1e-5);
+  EXPECT_NEAR(chain.residues[7].shift(Atom::CG), 27, 1e-5);
 }
 
 /// Every point of every relation, with CA 0.7 and C' 0.3 times CA - CB, and HA of its own.
@@ -50,12 +47,12 @@ EntryShifts everyPoint(double bias) {
   EntryShifts chain = chainOf(180);
   for (std::size_t i = 0; i < chain.secondary.size(); ++i) {
     const double d = -6 + static_cast<double>(i % 15);
-    SecondaryShifts& residue = chain.secondary[i];
-    residue[kPlaceCA] = static_cast<float>(0.7 * d + bias);
-    residue[kPlaceCB] = static_cast<float>(0.7 * d + bias - d);
-    residue[kPlaceC] = static_cast<float>(0.3 * d);
-    residue[kPlaceHA] = static_cast<float>(-0.8 + 0.2 * static_cast<double>(i % 10));
-    residue[kPlaceHN] = static_cast<float>(-1 + 0.25 * static_cast<double>(i / 2 % 9));
+    BackboneValues& residue = chain.secondary[i];
+    residue[indexOf(Atom::CA)] = static_cast<float>(0.7 * d + bias);
+    residue[indexOf(Atom::CB)] = static_cast<float>(0.7 * d + bias - d);
+    residue[indexOf(Atom::C)] = static_cast<float>(0.3 * d);
+    residue[indexOf(Atom::HA)] = static_cast<float>(-0.8 + 0.2 * static_cast<double>(i % 10));
+    residue[indexOf(Atom::HN)] = static_cast<float>(-1 + 0.25 * static_cast<double>(i / 2 % 9));
   }
   return chain;
 }

@@ -1,6 +1,7 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>

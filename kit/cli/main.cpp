@@ -1,17 +1,14 @@
 // zorvela-kit: files in, predictions out, and the tables for them.
-#include <fcntl.h>
-#include <signal.h>
-
 #include <exception>
 #include <iostream>
 #include <new>
 #include <sstream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/messages.h"
+#include "cli/process.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -19,70 +16,34 @@
 
 namespace {
 
-/// A standard stream that the caller closed must not be taken by the next file that is opened, or
-/// messages would end up in it. What takes its place cannot be written, so writing still fails.
-void reserveStandardStreams() {
-  for (int descriptor = 0; descriptor <= 2; ++descriptor)
-    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) < 0)
-      return;
-}
-
-/// Takes no memory itself.
-int failWithoutMemory() {
-  std::cerr << zorvela::kProgramName << ": out of memory; give fewer or smaller files\n" << std::flush;
-  return 1;
-}
-
 int fail(const char* message, const char* kind = "") {
-  try {
-    zorvela::say(std::string(kind) + message);
-  } catch (const std::bad_alloc&) {
-    return failWithoutMemory();
-  }
+  zorvela::say(std::string(kind) + message);
   return 1;
 }
 
-/// What the parser of the command line has to say: help and version on standard output, else what is wrong
-/// on standard error. The command line may come from anywhere, so its words are no more trusted than a
-/// file's.
-int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
+/// Help and version go to standard output, what is wrong with the command line to standard error. The command
+/// line may come from anywhere, so its words are no more trusted than a file's.
+int runCommand(int argc, char** argv) {
+  zorvela::CommandLine line("Chemical shift files in, cis/trans predictions for prolines out.",
+                            zorvela::kProgramName, zorvela::version());
+  zorvela::addRun(line);
+  zorvela::addImport(line);
+  zorvela::addAnnotate(line);
+  zorvela::addLabel(line);
+  zorvela::addTrain(line);
+  zorvela::addEvaluate(line);
   std::ostringstream out;
   std::ostringstream err;
-  const int status = app.exit(error, out, err);
+  const int status = line.run(argc, argv, out, err);
   std::cerr << zorvela::shownLines(err.str()) << std::flush;
-  try {
-    zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
-  } catch (const zorvela::Error& e) {
-    return fail(e.what());
-  }
+  if (!out.str().empty()) zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
   return status;
-}
-
-int runCommand(int argc, char** argv) {
-  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
-  app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
-  app.require_subcommand(1);
-  app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
-  zorvela::addRun(app);
-  zorvela::addImport(app);
-  zorvela::addCompare(app);
-  zorvela::addAnnotate(app);
-  zorvela::addLabel(app);
-  zorvela::addTrain(app);
-  zorvela::addEvaluate(app);
-  try {
-    app.parse(argc, argv);
-    return 0;
-  } catch (const CLI::ParseError& e) {
-    return exitStatusOf(app, e);
-  }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
-  reserveStandardStreams();
+  zorvela::prepareProcess();
   try {
     return runCommand(argc, argv);
   } catch (const zorvela::ReportedFailure&) {
@@ -90,7 +51,7 @@ int main(int argc, char** argv) {
   } catch (const zorvela::Error& e) {
     return fail(e.what());
   } catch (const std::bad_alloc&) {
-    return failWithoutMemory();
+    return fail("out of memory");
   } catch (const std::exception& e) {
     return fail(e.what(), "unexpected error: ");
   }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "names/nomenclature.h"
+#include "predict/chain.h"
 #include "predict/evidence.h"
 #include "predict/referencing.h"
 #include "predict/tables.h"
@@ -21,18 +22,6 @@ bool differsFromFlag(const ProlineResult& proline) {
 
 namespace {
 
-/// The residues of a protein with their observed shifts, less what is to be taken away from them.
-std::vector<Residue> residuesOf(const Protein& protein, const Corrections& corrections = {}) {
-  std::vector<Residue> residues(protein.sequence.size());
-  for (std::size_t i = 0; i < residues.size(); ++i) residues[i].type = protein.sequence[i];
-  for (const Shift& shift : protein.shifts) {
-    Residue& residue = residues.at(static_cast<std::size_t>(shift.position) - 1);
-    if (!residue.has(shift.atom))
-      residue.shift(shift.atom) = static_cast<float>(corrected(shift.ppm, shift.atom, corrections));
-  }
-  return residues;
-}
-
 std::vector<ReferencingOffset> toResults(const std::vector<OffsetEstimate>& estimates) {
   std::vector<ReferencingOffset> offsets;
   for (const OffsetEstimate& estimate : estimates)
@@ -47,11 +36,6 @@ void addCorrections(ProteinResult& result, const Corrections& corrections) {
     if (corrections.count(offset.atom) > 0)
       offset.correctedBy = static_cast<float>(corrections.at(offset.atom));
   result.notes.insert(result.notes.begin(), correctionNote(corrections));
-}
-
-/// CG of a proline as it is compared.
-float cgOf(const Residue& residue) {
-  return residue.type == kProlineCode && residue.has(Atom::CG) ? residue.shift(Atom::CG) : kMissingShift;
 }
 
 /// How many of the six backbone shifts a residue has; nothing outside the sequence.
@@ -89,39 +73,16 @@ const std::string& whyNot(const Protein& protein, std::size_t place) {
   return reason::kTooFewShifts;
 }
 
-/// Whether a residue is a proline inside the sequence with enough shifts around it.
-bool isPredictable(const std::vector<Residue>& residues, std::size_t place) {
-  if (place == 0 || place + 1 >= residues.size() || residues[place].type != kProlineCode) return false;
-  return hasEnoughShifts({missingShifts(residues[place - 1]), missingShifts(residues[place]),
-                          missingShifts(residues[place + 1])});
-}
-
-/// A chain as it is predicted.
-struct Chain {
-  const std::vector<Residue>& residues;
-  const std::vector<BackboneValues>& secondary;
-};
-
-Triplet tripletAt(const Chain& chain, std::size_t place) {
-  Triplet triplet;
-  for (std::size_t i = 0; i < 3; ++i) {
-    triplet.types[i] = chain.residues[place + i - 1].type;
-    triplet.secondary[i] = chain.secondary[place + i - 1];
-  }
-  triplet.cg = cgOf(chain.residues[place]);
-  return triplet;
-}
-
 /// Adds to what is known of a proline its probability, or why there is none.
-void addPrediction(const Model& model, const Protein& protein, const Chain& chain, std::size_t place,
-                   ProlineResult& proline) {
-  if (!isPredictable(chain.residues, place)) {
+void addPrediction(const Model& model, const Protein& protein, const std::vector<Residue>& residues,
+                   const std::vector<BackboneValues>& secondary, std::size_t place, ProlineResult& proline) {
+  if (!isPredictable(residues, place)) {
     proline.reason = whyNot(protein, place);
     return;
   }
-  const Triplet triplet = tripletAt(chain, place);
+  const Triplet triplet = tripletAt(residues, secondary, place);
   const CisPrediction prediction = predict(model, triplet);
-  proline.evidence = evidenceOf(model, chain.residues, place, triplet, prediction);
+  proline.evidence = evidenceOf(model, residues, place, triplet, prediction);
   proline.call = callOf(prediction.pCisNorm);
   if (proline.call == Call::none) {
     proline.reason = reason::kNeitherFits;
@@ -175,7 +136,7 @@ ProteinResult Predictor::predict(const Protein& protein) const {
     secondary = secondaryShifts(*model, residues);
   }
   for (ProlineResult& proline : result.prolines)
-    addPrediction(*model, protein, {residues, secondary}, static_cast<std::size_t>(proline.position) - 1,
+    addPrediction(*model, protein, residues, secondary, static_cast<std::size_t>(proline.position) - 1,
                   proline);
   return result;
 }

@@ -40,7 +40,7 @@ struct ShiftRelation {
 };
 
 /// The relations of the reference tables that come with the program, fitted to 1,707 BMRB entries by
-/// `zorvela-kit evaluate --referencing`.
+/// `zorvela-study relations`.
 const std::vector<ShiftRelation>& knownRelations();
 
 /// An offset of a chain: its shifts are this much too high.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/star/loop_lines.h"
+#include "formats/star/star_chains.h"
 #include "formats/star/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -27,18 +28,6 @@ struct Edit {
   std::string replacement;
 };
 
-bool isOfSequence(std::string_view tag) {
-  return equalIgnoringCase(tag.substr(0, kCategory.size()), kCategory);
-}
-
-std::optional<bool> readFlag(std::string_view text) {
-  for (const char* word : {"true", "yes"})
-    if (equalIgnoringCase(text, word)) return true;
-  for (const char* word : {"false", "no"})
-    if (equalIgnoringCase(text, word)) return false;
-  return std::nullopt;
-}
-
 bool isEmpty(const StarToken& value) {
   return value.isPlain && (value.value == "." || value.value == "?");
 }
@@ -55,7 +44,7 @@ class Annotator {
 
   NefAnnotation run() {
     for (token = tokens.next(); token.kind != Kind::end;) {
-      if (token.kind == Kind::frame && equalIgnoringCase(token.value.substr(0, 5), "data_"))
+      if (token.kind == Kind::frame && startsIgnoringCase(token.value, "data_"))
         block = token.value.substr(5);
       if (token.kind == Kind::loop)
         readLoop();
@@ -73,7 +62,7 @@ class Annotator {
     const std::size_t start = token.begin;
     std::vector<StarToken> tags;
     for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next()) tags.push_back(token);
-    const bool isSequence = !tags.empty() && isOfSequence(tags.front().value);
+    const bool isSequence = !tags.empty() && startsIgnoringCase(tags.front().value, kCategory);
     std::vector<StarToken> values;
     for (; token.kind == Kind::value; token = tokens.next()) {
       if (token.isOpen)

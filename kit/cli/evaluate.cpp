@@ -49,10 +49,11 @@ void checkOutputs(const EvaluateSettings& settings) {
   mustDiffer(outputs);
 }
 
-/// The tables that hold the random-coil shifts: given ones, or what is published and the same in all folds.
-ReferenceTables chosenTables(const EvaluateSettings& settings) {
-  if (settings.folds == 0) return *loadTables(findTables(settings.tables));
-  return publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount);
+/// The model of given tables, or of what is published and the same in all folds.
+Model chosenModel(const EvaluateSettings& settings) {
+  if (settings.folds == 0) return modelOf(*loadTables(findTables(settings.tables)));
+  return modelOf(
+      publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount));
 }
 
 void write(const EvaluateSettings& settings, const Evaluation& result, const LabelledProlines& data) {
@@ -76,11 +77,11 @@ void write(const EvaluateSettings& settings, const Evaluation& result, const Lab
 
 void evaluate(const EvaluateSettings& settings) {
   checkOutputs(settings);
-  const ReferenceTables tables = chosenTables(settings);
+  const Model model = chosenModel(settings);
   const LabelledProlines data =
-      readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
-  const FoldModels models = settings.folds == 0 ? oneModel(tables, data)
-                                                : trainFolds(tables, data, settings.folds, settings.choices,
+      readLabelled(settings.labels, settings.entries, model, progressBar("Reading shift tables"));
+  const FoldModels models = settings.folds == 0 ? oneModel(model, data)
+                                                : trainFolds(model, data, settings.folds, settings.choices,
                                                              progressBar("Cross-validating"));
   write(settings, evaluation(data, predictAll(models, data)), data);
 }

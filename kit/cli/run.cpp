@@ -1,8 +1,11 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "cli/command_line.h"
@@ -13,7 +16,6 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
-#include "cli/structures.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -43,6 +45,40 @@ struct RunSettings {
   bool failOnDisagreement = false;
   int jobs = usualJobs();
 };
+
+// --- Structures ---------------------------------------------------------------------------------
+
+bool isShiftFile(const std::string& path) {
+  try {
+    readShiftFile(path, {});
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
+/// Error where two paths lead to one file: its models would count twice.
+void mustBeGivenOnce(const std::vector<std::string>& structures) {
+  std::set<std::string> files;
+  for (const std::string& path : structures) {
+    std::error_code unknown;  // of a file that is not there: said when it is read
+    const std::string file = std::filesystem::canonical(path, unknown).string();
+    if (!unknown && !files.insert(file).second)
+      throw Error(path, 0, "is given twice", "name each structure once");
+  }
+}
+
+/// --structure takes all that is named after it, so that the FileError of a file with shifts says where its
+/// name belongs.
+ProteinStructure readStructureArgument(const std::string& path) {
+  try {
+    return readStructureFile(path);
+  } catch (const FileError&) {
+    if (!isShiftFile(path)) throw;
+    throw FileError(path, 0, "holds shifts and no structure",
+                    "name shift files before --structure, or after --");
+  }
+}
 
 // --- Predicting ---------------------------------------------------------------------------------
 
@@ -102,17 +138,13 @@ void sayAll(const RunReport& report) {
   }
 }
 
-bool hasProline(const RunReport& report, const std::string& number) {
+void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
+  std::set<std::string> known;
   for (const FileReport& file : report.files)
     for (const ProteinResult& protein : file.proteins)
-      for (const ProlineResult& proline : protein.prolines)
-        if (proline.number == number) return true;
-  return false;
-}
-
-void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
+      for (const ProlineResult& proline : protein.prolines) known.insert(proline.number);
   for (const std::string& number : settings.residues)
-    if (!hasProline(report, number))
+    if (known.count(number) == 0)
       say("warning: --residue " + number + ": no file has a proline of this number");
 }
 

@@ -70,12 +70,13 @@ void checkOutputs(const TrainSettings& settings) {
   mustDiffer(outputs);
 }
 
-void train(const TrainSettings& settings) {
+void trainAndWrite(const TrainSettings& settings) {
   checkOutputs(settings);
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
+  const Model published = modelOf(tables);
   const LabelledProlines data =
-      readLabelled(settings.labels, settings.entries, tables, progressBar("Reading shift tables"));
-  const Training training = train(tables.randomCoil, data, std::vector<bool>(data.entries.size(), true),
+      readLabelled(settings.labels, settings.entries, published, progressBar("Reading shift tables"));
+  const Training training = train(published, data, std::vector<bool>(data.entries.size(), true),
                                   std::vector<bool>(data.windows.size(), true), settings.choices);
   tables.limits = limitsTable(training, settings.choices);
   tables.shifts = shiftTable(training, settings.choices);
@@ -111,7 +112,7 @@ void addTrain(CommandLine& line) {
   command.add("--output", settings->output, "DIR", "Folder for the tables; made if it is not there")
       .required();
   addTrainingOptions(command, settings->choices);
-  command.runs([settings] { train(*settings); });
+  command.runs([settings] { trainAndWrite(*settings); });
 }
 
 }  // namespace zorvela

@@ -132,13 +132,6 @@ std::string listed(const std::vector<std::string>& items) {
   return text;
 }
 
-std::string signedText(double value, int decimals) {
-  std::string text = fixedText(std::fabs(value), decimals);
-  const bool isZero = text.find_first_not_of("0.") == std::string::npos;
-  if (isZero) return text;
-  return (value < 0 ? "-" : "+") + text;
-}
-
 std::string shiftName(const ProlineResult& proline, int index) {
   const int residue = shiftPlace(static_cast<std::size_t>(index)).residue;
   if (residue < 0) return atomName(index) + " of " + proline.previous + proline.previousNumber;

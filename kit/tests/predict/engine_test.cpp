@@ -248,11 +248,12 @@ Protein tooHigh() {
   for (int resid = 1; resid <= 43; ++resid) {
     const bool isHelix = resid / 10 % 2 == 1;
     const double base = resid == 42 ? 63 : resid == 41 ? 53 : 55;
-    protein.shifts.push_back({resid, "CA", std::to_string(base + (isHelix ? 2.879 : -1.05) + 2.5)});
-    protein.shifts.push_back({resid, "CB", std::to_string(30 + (isHelix ? -1.121 : 0.95) + 2.5)});
-    protein.shifts.push_back({resid, "C", "175"});
+    protein.shifts.push_back(
+        made::shift(resid, "CA", std::to_string(base + (isHelix ? 2.879 : -1.05) + 2.5)));
+    protein.shifts.push_back(made::shift(resid, "CB", std::to_string(30 + (isHelix ? -1.121 : 0.95) + 2.5)));
+    protein.shifts.push_back(made::shift(resid, "C", "175"));
   }
-  protein.shifts.push_back({42, "CG", "27"});
+  protein.shifts.push_back(made::shift(42, "CG", "27"));
   return protein;
 }
 

@@ -97,7 +97,7 @@ class Words(Case):
     def test_disagreement(self):
         text = self.page_with(chain())
         self.assertIn("1 of 4 prolines is cis: P17. The structure disagrees: P17. It agrees: P9, P26, P36.", text)
-        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "disagree"),
+        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "<b>disagree</b>"),
                                            "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
         self.assertRegex(html_test.card(text, "P17"),
                          r"<b>Disagree.</b> The shifts say cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "

@@ -6,7 +6,7 @@
 namespace zorvela {
 
 std::optional<Atom> atomNamed(std::string_view name) {
-  for (std::size_t i = 0; i < kAtoms; ++i)
+  for (std::size_t i = 0; i < kAtomCount; ++i)
     if (nameOf(static_cast<Atom>(i)) == name) return static_cast<Atom>(i);
   return std::nullopt;
 }
@@ -52,16 +52,19 @@ float sixDigits(float value) {
 
 // --- Secondary shifts -----------------------------------------------------------------------------
 
-float referenceShift(const ResidueType& previous, const ResidueType& own, const ResidueType& next,
+float referenceShift(const ReferenceValues& previous, const ReferenceValues& own, const ReferenceValues& next,
                      Atom atom) {
   const std::size_t i = indexOf(atom);
   return own.randomCoil[i] + own.own[i] + previous.asPrevious[i] + next.asNext[i];
 }
 
-BackboneValues referenceShifts(const Model& model, char previous, char own, char next) {
+BackboneValues referenceShifts(const Model& model, const std::vector<Residue>& sequence, std::size_t place) {
+  const char previous = place > 0 ? sequence[place - 1].type : kNoType;
+  const char next = place + 1 < sequence.size() ? sequence[place + 1].type : kNoType;
   BackboneValues references{};
   for (const Atom atom : kBackbone)
-    references[indexOf(atom)] = referenceShift(model.type(previous), model.type(own), model.type(next), atom);
+    references[indexOf(atom)] =
+        referenceShift(model.type(previous), model.type(sequence[place].type), model.type(next), atom);
   return references;
 }
 
@@ -73,7 +76,7 @@ std::optional<float> glycineHA(float ha2, float ha3) {
 }
 
 float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference) {
-  if (type == kProlineCode && isUnusedInProline(atom)) return kMissingShift;
+  if (type == kProlineCode && isAmide(atom)) return kMissingShift;
   // HA of glycine stays as it is where the reference is unknown, and 9999 less the reference is missing too.
   if (type == kGlycineCode && atom == Atom::HA) {
     const float ha = observed.value_or(kMissingShift);
@@ -108,12 +111,8 @@ BackboneValues secondaryShifts(const Residue& residue, const BackboneValues& ref
 std::vector<BackboneValues> secondaryShifts(const Model& model, const std::vector<Residue>& sequence) {
   std::vector<BackboneValues> secondary;
   secondary.reserve(sequence.size());
-  for (std::size_t i = 0; i < sequence.size(); ++i) {
-    const char previous = i > 0 ? sequence[i - 1].type : kNoResidue;
-    const char next = i + 1 < sequence.size() ? sequence[i + 1].type : kNoResidue;
-    secondary.push_back(
-        secondaryShifts(sequence[i], referenceShifts(model, previous, sequence[i].type, next)));
-  }
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    secondary.push_back(secondaryShifts(sequence[i], referenceShifts(model, sequence, i)));
   return secondary;
 }
 
@@ -180,15 +179,15 @@ CisPrediction predict(const Model& model, const Triplet& triplet) {
   for (std::size_t k = 0; k < kBackboneShifts; ++k) {
     const std::size_t residue = k / kBackboneAtoms;
     const std::size_t atom = k % kBackboneAtoms;
-    const ResidueType& type = model.type(triplet.types[residue]);
+    const ReferenceValues& type = model.type(triplet.types[residue]);
     const float used =
         sixDigits(clipped(triplet.secondary[residue][atom], type.lowest[atom], type.highest[atom]));
     if (!isMissingSecondary(used)) evidence.shifts[k] = compared(used, model.shifts[k]);
   }
   const std::size_t cg = shiftIndex(0, Atom::CG);
   if (!isMissingCG(triplet.cg)) evidence.shifts[cg] = compared(triplet.cg, model.shifts[cg]);
-  const ResidueType& before = model.type(triplet.types[0]);
-  const ResidueType& after = model.type(triplet.types[2]);
+  const ReferenceValues& before = model.type(triplet.types[0]);
+  const ReferenceValues& after = model.type(triplet.types[2]);
   evidence.cisShares = {before.cisBefore, after.cisAfter};
   evidence.transShares = {before.transBefore, after.transAfter};
   prediction.pCis = cisProbability(evidence);

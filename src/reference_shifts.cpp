@@ -3,7 +3,7 @@
 
 #include "names.h"
 
-using zorvela::ResidueType;
+using zorvela::ReferenceValues;
 
 namespace {
 
@@ -37,18 +37,18 @@ float ZORVELA::getNextRCadj(const std::string& resName, const std::string& atomN
   return typeValue(typeRow(nextTable, resName), atomName, kNoCorrection);
 }
 
-const ResidueType& ReferenceShifts::of(const std::string& resName) {
+const ReferenceValues& ReferenceShifts::of(const std::string& resName) {
   const auto [found, isNew] = types.try_emplace(resName);
   if (isNew) found->second = lookUp(resName);
   return found->second;
 }
 
-ResidueType ReferenceShifts::lookUp(const std::string& resName) const {
+ReferenceValues ReferenceShifts::lookUp(const std::string& resName) const {
   const GDB::Row* randomCoil = typeRow(run.rcTable, resName);
   const GDB::Row* own = typeRow(run.adjTable, resName);
   const GDB::Row* previous = typeRow(run.prevTable, resName);
   const GDB::Row* next = typeRow(run.nextTable, resName);
-  ResidueType type;
+  ReferenceValues type;
   for (const zorvela::Atom atom : zorvela::kBackbone) {
     const std::string name(nameOf(atom));
     const std::size_t i = indexOf(atom);

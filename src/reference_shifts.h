@@ -13,11 +13,11 @@ class ReferenceShifts {
  public:
   explicit ReferenceShifts(const ZORVELA& zorvela) : run(zorvela) {}
   /// Random-coil shifts and corrections of the type.
-  const zorvela::ResidueType& of(const std::string& resName);
+  const zorvela::ReferenceValues& of(const std::string& resName);
 
  private:
-  zorvela::ResidueType lookUp(const std::string& resName) const;
+  zorvela::ReferenceValues lookUp(const std::string& resName) const;
 
   const ZORVELA& run;
-  std::unordered_map<std::string, zorvela::ResidueType> types;
+  std::unordered_map<std::string, zorvela::ReferenceValues> types;
 };

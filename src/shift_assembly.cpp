@@ -16,7 +16,7 @@ namespace {
 
 // The code of a residue name; a longer name is that of a type without rules of its own.
 char codeOf(const std::string& name) {
-  return name.size() == 1 ? name.front() : zorvela::kNoResidue;
+  return name.size() == 1 ? name.front() : zorvela::kNoType;
 }
 
 // The shift of an atom in the input (ppm), for glycine that of its two HA.
@@ -85,9 +85,9 @@ void ZORVELA::assembleResidues() {
   for (int resid = 1; resid <= seqLength; ++resid) {
     const std::string& name = resNames[resid];
     const char type = codeOf(name);
-    const zorvela::ResidueType& own = references.of(name);
-    const zorvela::ResidueType& previous = references.of(resNames[resid - 1]);
-    const zorvela::ResidueType& next = references.of(resNames[resid + 1]);
+    const zorvela::ReferenceValues& own = references.of(name);
+    const zorvela::ReferenceValues& previous = references.of(resNames[resid - 1]);
+    const zorvela::ReferenceValues& next = references.of(resNames[resid + 1]);
     const ResidueRows::Residue input = inputRows.of(resid);
     std::map<std::string, float>& residueReferences = rcShifts[resid];
     int missing = 0;

@@ -7,17 +7,16 @@
 #include <string_view>
 #include <vector>
 
-#include "ZORVELA.h"
 #include "names/nomenclature.h"
 #include "util/number.h"
 #include "util/text.h"
+#include "zorvela/core.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-const std::vector<std::string> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
 /// Shares are written with six decimals.
 constexpr double kLargestGapInShares = 0.001;
 
@@ -45,26 +44,25 @@ std::vector<std::string> neighbourTypes() {
 
 std::vector<std::string> shiftIndices() {
   std::vector<std::string> indices;
-  for (int i = 0; i <= kProlineCG; ++i) indices.push_back(std::to_string(i));
+  for (std::size_t i = 0; i < kShifts; ++i) indices.push_back(std::to_string(i));
   return indices;
 }
 
-std::vector<std::string> limitColumns() {
+/// The names of the backbone atoms, each with all these endings.
+std::vector<std::string> atomColumns(const std::vector<std::string>& endings) {
   std::vector<std::string> columns;
-  for (const std::string& atom : kAtoms) {
-    columns.push_back(atom + "_MIN");
-    columns.push_back(atom + "_MAX");
-  }
+  for (const Atom atom : kBackbone)
+    for (const std::string& ending : endings) columns.push_back(std::string(nameOf(atom)) + ending);
   return columns;
 }
 
 Layout layoutOf(const std::string& name) {
-  if (name == "sslimit.tab") return {"RESNAME", residueTypes(), limitColumns()};
+  if (name == "sslimit.tab") return {"RESNAME", residueTypes(), atomColumns({"_MIN", "_MAX"})};
   if (name == "Pro.cs.tab")
     return {"index", shiftIndices(), {"avg_cis", "avg_trans", "std_cis", "std_trans"}};
   if (name == "Pro.seq.tab")
     return {"resname", neighbourTypes(), {"cis_prev", "cis_next", "trans_prev", "trans_next"}};
-  return {"RESNAME", residueTypes(), kAtoms};
+  return {"RESNAME", residueTypes(), atomColumns({""})};
 }
 
 bool isKeyword(std::string_view word) {
@@ -161,7 +159,7 @@ void checkRows(const Checked& checked) {
 
 void checkLimits(const Checked& checked) {
   for (const auto& [number, row] : checked.table.entries)
-    for (const std::string& atom : kAtoms)
+    for (const std::string& atom : atomColumns({""}))
       if (GDB::toFloat(GDB::cell(row, atom + "_MIN")) > GDB::toFloat(GDB::cell(row, atom + "_MAX")))
         checked.fail(checked.lineOf(number), atom + "_MIN is above " + atom + "_MAX");
 }

@@ -28,6 +28,56 @@ std::array<NamedTable, 7> namedTables(ReferenceTables& tables) {
   return named;
 }
 
+// --- The numbers of the tables ------------------------------------------------------------------
+
+namespace {
+
+/// Calls `use` with the residue type and the row of each type that a table knows.
+template <class Use>
+void forEachType(Model& model, const GDB& table, const std::string& column, Use use) {
+  for (const auto& [number, row] : table.entries) {
+    const std::string& name = GDB::cell(row, column);
+    if (name.size() == 1) use(model.type(name.front()), row);
+  }
+}
+
+float number(const GDB::Row& row, const std::string& column) {
+  return GDB::toFloat(GDB::cell(row, column));
+}
+
+void takeValues(Model& model, const GDB& table, BackboneValues ReferenceValues::*values,
+                const std::string& ending = "") {
+  forEachType(model, table, "RESNAME", [&](ReferenceValues& type, const GDB::Row& row) {
+    for (const Atom atom : kBackbone)
+      (type.*values)[indexOf(atom)] = number(row, std::string(nameOf(atom)) + ending);
+  });
+}
+
+}  // namespace
+
+Model modelOf(const ReferenceTables& tables) {
+  Model model;
+  takeValues(model, tables.randomCoil, &ReferenceValues::randomCoil);
+  takeValues(model, tables.adjustments, &ReferenceValues::own);
+  takeValues(model, tables.previous, &ReferenceValues::asPrevious);
+  takeValues(model, tables.next, &ReferenceValues::asNext);
+  takeValues(model, tables.limits, &ReferenceValues::lowest, "_MIN");
+  takeValues(model, tables.limits, &ReferenceValues::highest, "_MAX");
+  for (const auto& [rowNumber, row] : tables.shifts.entries) {
+    const int index = GDB::toInt(GDB::cell(row, "index"));
+    if (index < 0 || index >= static_cast<int>(kShifts)) continue;
+    model.shifts[static_cast<std::size_t>(index)] = {{number(row, "avg_cis"), number(row, "std_cis")},
+                                                     {number(row, "avg_trans"), number(row, "std_trans")}};
+  }
+  forEachType(model, tables.sequence, "resname", [](ReferenceValues& type, const GDB::Row& row) {
+    type.cisBefore = number(row, "cis_prev");
+    type.cisAfter = number(row, "cis_next");
+    type.transBefore = number(row, "trans_prev");
+    type.transAfter = number(row, "trans_next");
+  });
+  return model;
+}
+
 void useTables(const ReferenceTables& tables, ZORVELA& run) {
   run.rcTable = tables.randomCoil;
   run.adjTable = tables.adjustments;
@@ -81,9 +131,8 @@ GDB parseTable(const std::string& text, const std::string& file) {
   in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;
   try {
-    table.readTable(in);
-  } catch (const BadTable& e) {
-    throw TableError(file, e.line, GDB::simplifyWhiteSpace(e.what()), "");
+    if (const auto fault = table.readTable(in))
+      throw TableError(file, fault->line, GDB::simplifyWhiteSpace(fault->message.c_str()), "");
   } catch (const std::out_of_range&) {
     throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", "");
   }
@@ -148,15 +197,14 @@ std::string fingerprintOf(const ReferenceTables& tables) {
 }  // namespace
 
 ClassStatistics statisticsOf(const Tables& tables) {
-  ZORVELA run;
-  useTables(*tables, run);
+  const Model model = modelOf(*tables);
   ClassStatistics statistics;
-  for (int index = 0; index <= kIndexCG; ++index) {
-    const auto i = static_cast<std::size_t>(index);
-    statistics.cis[i] = {run.avgCis[index], run.stdCis[index]};
-    statistics.trans[i] = {run.avgTrans[index], run.stdTrans[index]};
+  for (std::size_t i = 0; i < kShifts; ++i) {
+    statistics.cis[i] = model.shifts[i].cis;
+    statistics.trans[i] = model.shifts[i].trans;
   }
-  statistics.prolineCB = run.getRC("P", "CB") + run.getRCadj("P", "CB");
+  const ReferenceValues& proline = model.type(kProlineCode);
+  statistics.prolineCB = proline.randomCoil[indexOf(Atom::CB)] + proline.own[indexOf(Atom::CB)];
   statistics.fingerprint = fingerprintOf(*tables);
   return statistics;
 }

@@ -39,7 +39,7 @@ std::string left(const std::string& text, std::size_t width) {
 }
 
 std::string ppm(std::optional<double> shift, int index) {
-  return shift ? fixedText(*shift, decimalsOf(shiftPlace(index).atom)) : "";
+  return shift ? fixedText(*shift, decimalsOf(atomName(index))) : "";
 }
 
 Line shiftLine(const ProlineResult& proline, int index) {

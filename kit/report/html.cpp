@@ -396,10 +396,10 @@ std::string classTable(const ClassStatistics& classes) {
   std::vector<Cells> rows;
   for (int index = 0; index <= kIndexCG; ++index) {
     const auto i = static_cast<std::size_t>(index);
-    const ShiftPlace place = shiftPlace(index);
-    if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
+    const ShiftPlace place = shiftPlace(i);
+    if (place.residue == 0 && isAmide(place.atom)) continue;
     const int residue = place.residue + 1;
-    rows.push_back({residues[static_cast<std::size_t>(residue)], place.atom, value(classes.cis[i]),
+    rows.push_back({residues[static_cast<std::size_t>(residue)], atomName(index), value(classes.cis[i]),
                     value(classes.trans[i])});
   }
   return fold(

@@ -133,10 +133,10 @@ std::string listed(const std::vector<std::string>& items) {
 }
 
 std::string shiftName(const ProlineResult& proline, int index) {
-  const ShiftPlace place = shiftPlace(index);
-  if (place.residue < 0) return place.atom + " of " + proline.previous + proline.previousNumber;
-  if (place.residue > 0) return place.atom + " of " + proline.next + proline.nextNumber;
-  return place.atom;
+  const int residue = shiftPlace(static_cast<std::size_t>(index)).residue;
+  if (residue < 0) return atomName(index) + " of " + proline.previous + proline.previousNumber;
+  if (residue > 0) return atomName(index) + " of " + proline.next + proline.nextNumber;
+  return atomName(index);
 }
 
 int decimalsOf(const std::string& atom) {
@@ -150,8 +150,8 @@ std::optional<double> expectedShift(const ShiftContribution& shift, const ClassS
 }
 
 std::string shiftKey(int index) {
-  const ShiftPlace place = shiftPlace(index);
-  return (place.residue < 0 ? "prev_" : place.residue > 0 ? "next_" : "") + place.atom;
+  const int residue = shiftPlace(static_cast<std::size_t>(index)).residue;
+  return (residue < 0 ? "prev_" : residue > 0 ? "next_" : "") + atomName(index);
 }
 
 std::string sentenceOf(const ProlineResult& proline) {

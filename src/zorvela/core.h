@@ -18,7 +18,7 @@ namespace zorvela {
 
 /// The atoms whose shifts are used. The six backbone atoms come first, in the order of shift indices.
 enum class Atom : unsigned char { N, HA, C, CA, CB, HN, HA2, HA3, CG };
-inline constexpr std::size_t kAtoms = 9;
+inline constexpr std::size_t kAtomCount = 9;
 inline constexpr std::size_t kBackboneAtoms = 6;
 inline constexpr std::array<Atom, kBackboneAtoms> kBackbone = {Atom::N,  Atom::HA, Atom::C,
                                                                Atom::CA, Atom::CB, Atom::HN};
@@ -29,8 +29,8 @@ constexpr std::size_t indexOf(Atom atom) {
 }
 /// The atom's name in shift tables.
 constexpr std::string_view nameOf(Atom atom) {
-  constexpr std::array<std::string_view, kAtoms> names = {"N",  "HA",  "C",   "CA", "CB",
-                                                          "HN", "HA2", "HA3", "CG"};
+  constexpr std::array<std::string_view, kAtomCount> names = {"N",  "HA",  "C",   "CA", "CB",
+                                                              "HN", "HA2", "HA3", "CG"};
   return names[indexOf(atom)];
 }
 /// The atom of that name.
@@ -46,13 +46,13 @@ inline constexpr char kProlineCode = 'P';
 inline constexpr char kPassedProlineCode = 'p';
 inline constexpr char kGlycineCode = 'G';
 /// What stands beyond the ends of a sequence.
-inline constexpr char kNoResidue = '\0';
+inline constexpr char kNoType = '\0';
 
 constexpr bool isProline(char type) {
   return type == kProlineCode || type == kPassedProlineCode;
 }
-/// Proline has no amide proton, and its nitrogen, which carries none, is not used.
-constexpr bool isUnusedInProline(Atom atom) {
+/// The shifts that no proline has: it has no amide proton, and its nitrogen, which carries none, is not used.
+constexpr bool isAmide(Atom atom) {
   return atom == Atom::N || atom == Atom::HN;
 }
 
@@ -93,7 +93,7 @@ inline constexpr float kNotMeasured = std::numeric_limits<float>::quiet_NaN();
 // --- The model ----------------------------------------------------------------------------------
 
 /// What is known of one residue type. A type that no table has keeps these values.
-struct ResidueType {
+struct ReferenceValues {
   BackboneValues randomCoil = {kMissingShift, kMissingShift, kMissingShift,
                                kMissingShift, kMissingShift, kMissingShift};
   BackboneValues own = {};         ///< corrections of the residue's own shifts
@@ -120,20 +120,21 @@ struct ShiftStatistics {
 
 /// All reference values of a prediction.
 struct Model {
-  std::array<ResidueType, 256> types;                ///< by one-letter code
+  std::array<ReferenceValues, 256> types;            ///< by one-letter code
   std::array<ShiftStatistics, kShifts> shifts = {};  ///< by shift index
 
-  const ResidueType& type(char code) const { return types[static_cast<unsigned char>(code)]; }
-  ResidueType& type(char code) { return types[static_cast<unsigned char>(code)]; }
+  const ReferenceValues& type(char code) const { return types[static_cast<unsigned char>(code)]; }
+  ReferenceValues& type(char code) { return types[static_cast<unsigned char>(code)]; }
 };
 
 // --- Secondary shifts -----------------------------------------------------------------------------
 
 /// One residue of a sequence with its observed shifts.
 struct Residue {
-  char type = kNoResidue;
-  std::array<float, kAtoms> shifts = {kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured,
-                                      kNotMeasured, kNotMeasured, kNotMeasured, kNotMeasured};
+  char type = kNoType;
+  std::array<float, kAtomCount> shifts = {kNotMeasured, kNotMeasured, kNotMeasured,
+                                          kNotMeasured, kNotMeasured, kNotMeasured,
+                                          kNotMeasured, kNotMeasured, kNotMeasured};
 
   float shift(Atom atom) const { return shifts[indexOf(atom)]; }
   float& shift(Atom atom) { return shifts[indexOf(atom)]; }
@@ -144,9 +145,10 @@ struct Residue {
 float sixDigits(float value);
 
 /// The reference shift of an atom; from 999 on it is unknown.
-float referenceShift(const ResidueType& previous, const ResidueType& own, const ResidueType& next, Atom atom);
-/// The reference shifts of a residue between its neighbours.
-BackboneValues referenceShifts(const Model& model, char previous, char own, char next);
+float referenceShift(const ReferenceValues& previous, const ReferenceValues& own, const ReferenceValues& next,
+                     Atom atom);
+/// The reference shifts of the residue at that place (from 0) of a sequence.
+BackboneValues referenceShifts(const Model& model, const std::vector<Residue>& sequence, std::size_t place);
 
 /// HA of glycine: the mean of HA2 and HA3, or the one of them that is below 999; nothing if neither is.
 std::optional<float> glycineHA(float ha2, float ha3);

@@ -69,8 +69,8 @@ TEST(SixDigits, AreThoseOfPrintedText) {
 // --- Secondary shifts -----------------------------------------------------------------------------
 
 /// A residue type whose tables say the same of all atoms.
-ResidueType uniformType(float randomCoil, float own, float asPrevious, float asNext) {
-  ResidueType type;
+ReferenceValues uniformType(float randomCoil, float own, float asPrevious, float asNext) {
+  ReferenceValues type;
   type.randomCoil.fill(randomCoil);
   type.own.fill(own);
   type.asPrevious.fill(asPrevious);
@@ -176,7 +176,7 @@ TEST(NaturalOdds, DivideTheOddsBy19) {
 Model simpleModel() {
   Model model;
   for (ShiftStatistics& shift : model.shifts) shift = {{0, 1}, {1, 1}};
-  ResidueType& type = model.type('A');
+  ReferenceValues& type = model.type('A');
   type.lowest.fill(-200);
   type.highest.fill(200);
   type.cisBefore = type.cisAfter = 0.5F;

@@ -23,6 +23,12 @@ struct TableFault {
   std::size_t line = 0;  ///< in the file, from 1; 0 where no line is to blame
 };
 
+/// Where in a file the lines of a table are, counted from 1.
+struct TableLines {
+  std::vector<std::size_t> rows;     ///< of row 1, 2, ...
+  std::vector<std::size_t> skipped;  ///< lines that fit nowhere and are not blank
+};
+
 /// The members and operations are the class's fixed interface; some serve only other hosts and tests.
 class GDB {
  public:
@@ -112,8 +118,8 @@ class GDB {
   /// What `loadGDB` does, for a program that must outlive a bad file: gives the fault where the file
   /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
   std::optional<TableFault> readFile(const std::string& fileName);
-  /// What `readFile` reads, from a stream.
-  std::optional<TableFault> readTable(std::istream& in);
+  /// What `readFile` reads, from a stream. Adds to `lines` where its rows are, and what it skipped.
+  std::optional<TableFault> readTable(std::istream& in, TableLines* lines = nullptr);
   /// Writes the table, replacing any file of that name. A file that cannot be opened, or written to its
   /// end: a message on standard error and nothing else.
   void saveGDB(const std::string& fileName);
@@ -188,7 +194,7 @@ class GDB {
 
   // Reading.
   struct ReadState;
-  std::optional<TableFault> readLines(std::istream& in);
+  std::optional<TableFault> readLines(std::istream& in, TableLines* lines);
   std::optional<TableFault> readLine(const std::string& line, ReadState& state);
   void storeRow(ReadState& state);
   void nameCells(ReadState& state) const;

@@ -18,6 +18,10 @@ constexpr std::string_view kData = "DATA";
 constexpr std::string_view kVars = "VARS";
 constexpr std::string_view kFormat = "FORMAT";
 
+bool isKeyword(std::string_view word) {
+  return word == kRemark || word == kData || word == kVars || word == kFormat;
+}
+
 // Splits a line into words, at most `most` of them: a row is known to be too long one word after its end.
 void splitWords(const std::string& line, std::size_t most, std::vector<std::string_view>& words) {
   words.clear();
@@ -53,6 +57,7 @@ struct GDB::ReadState {
   std::size_t lineNumber = 0;
   int nextRow = 1;
   bool formatSeen = false;
+  TableLines* lines = nullptr;
   std::vector<std::string_view> words;
   // The cells of a row in the order of their names, and the index of their words in the line.
   std::vector<std::pair<std::string, std::size_t>> cells;
@@ -74,16 +79,17 @@ std::optional<TableFault> GDB::readFile(const std::string& file) {
 }
 
 // A fault leaves no half-read table: what is read goes into a copy first.
-std::optional<TableFault> GDB::readTable(std::istream& in) {
+std::optional<TableFault> GDB::readTable(std::istream& in, TableLines* lines) {
   GDB table = *this;
-  if (auto fault = table.readLines(in)) return fault;
+  if (auto fault = table.readLines(in, lines)) return fault;
   *this = std::move(table);
   return std::nullopt;
 }
 
-std::optional<TableFault> GDB::readLines(std::istream& in) {
+std::optional<TableFault> GDB::readLines(std::istream& in, TableLines* lines) {
   plaintext = false;
   ReadState state;
+  state.lines = lines;
   nameCells(state);
   for (std::string line; std::getline(in, line);) {
     ++state.lineNumber;
@@ -100,6 +106,9 @@ std::optional<TableFault> GDB::readLine(const std::string& line, ReadState& stat
   const bool isRow =
       state.formatSeen && columnCount > 0 && state.words.size() == static_cast<std::size_t>(columnCount);
   if (isRow) storeRow(state);
+  if (state.lines != nullptr && isRow) state.lines->rows.push_back(state.lineNumber);
+  if (state.lines != nullptr && !isRow && !isKeyword(firstWord))
+    state.lines->skipped.push_back(state.lineNumber);
   return readKeyword(line, firstWord, state);
 }
 

@@ -9,7 +9,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include "GDB.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
@@ -92,8 +91,7 @@ Imported readFiles(const ImportArguments& given) {
 // --- Writing ------------------------------------------------------------------------------------
 
 void writeTable(const std::string& path, const Protein& protein) {
-  GDB table = toTable(protein);
-  writeWhole(path, [&table](std::ostream& out) { table.writeTable(out); });
+  writeWhole(path, [&protein](std::ostream& out) { writeShiftTable(protein, out); });
 }
 
 /// Whether all goes to one file or stream, and not to named files in a folder.

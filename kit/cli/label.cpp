@@ -49,7 +49,7 @@ std::vector<std::string> filesIn(const std::string& folder, const std::string& w
   return files;
 }
 
-bool isShiftTable(const std::string& name) {
+bool isTableName(const std::string& name) {
   return fs::path(name).extension() == ".tab";
 }
 
@@ -77,7 +77,7 @@ class Failures {
 };
 
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
-  const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isShiftTable);
+  const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isTableName);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {

@@ -86,14 +86,13 @@ ProteinStructure readStructureArgument(const std::string& path) {
 /// does not depend on the number of jobs.
 void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& report) {
   report.files.resize(settings.files.size());
-  std::vector<Predictor> predictors;
+  const Predictor predictor(tables, settings.predict);
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
-  while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
   Progress progress("Predicting", report.files.size());
-  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
+  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
     const std::string& file = settings.files[item];
     const auto read = [&] { return readInput(file, settings.import); };
-    report.files[item] = reportOn(file, read, predictors[job], report.structures);
+    report.files[item] = reportOn(file, read, predictor, report.structures);
     progress.step();
   });
 }

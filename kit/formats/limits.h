@@ -20,11 +20,8 @@ constexpr std::size_t mostShiftRows(std::size_t bytes) {
   return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
 }
 inline constexpr std::size_t kLongestSequence = 40000;
-/// In all tables that are made from one file, gaps included: 10,000 whatever its size, and one more for every
-/// 150 bytes, which a residue with its shifts takes; each costs the prediction some kB.
-inline constexpr std::size_t kMostResiduesMade = 40000;
-inline constexpr std::size_t kResiduesMadeOfAnyFile = 10000;
-inline constexpr std::size_t kBytesPerResidueMade = 150;
+/// Of all chains that a file describes, and in all tables that are made from it, gaps included.
+inline constexpr std::size_t kMostResidues = 100000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
 /// Each chain may be asked for in each list.
 inline constexpr std::size_t kMostChainsTimesLists = 10000;
@@ -51,7 +48,7 @@ inline constexpr Limit kEntries =    {kMostListsOrChains, "holds", "entries", "s
 inline constexpr Limit kMolecules =  {kMostListsOrChains, "describes", "molecules", kPartRemedy};
 inline constexpr Limit kChains =     {kMostListsOrChains, "describes", "chains", kPartRemedy};
 inline constexpr Limit kNamedChains = {kMostListsOrChains, "has", "chains", "check the column of chain names"};
-inline constexpr Limit kResidues =   {100000, "describes", "residues", kPartRemedy};
+inline constexpr Limit kResidues =   {kMostResidues, "describes", "residues", kPartRemedy};
 inline constexpr Limit kBondEnds =   {100000, "has", "ends of disulfide bonds in all copies", kPartRemedy};
 inline constexpr Limit kLists =      {kMostListsOrChains, "has", "shift lists", kOneProteinRemedy};
 inline constexpr Limit kShiftRows =  {kMostShiftRows, "has", "shift rows", kOneProteinRemedy};

@@ -67,7 +67,7 @@ ProlineResult describe(const Protein& protein, const std::vector<Residue>& resid
 }
 
 const std::string& whyNot(const Protein& protein, std::size_t place) {
-  if (protein.sequence[place] == kKnownCisProline) return reason::kLowerCase;
+  if (protein.sequence[place] == kPassedProlineCode) return reason::kLowerCase;
   if (place == 0) return reason::kFirstResidue;
   if (place + 1 == protein.sequence.size()) return reason::kLastResidue;
   return reason::kTooFewShifts;

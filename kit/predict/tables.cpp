@@ -1,7 +1,6 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
 #include "util/read_whole.h"
@@ -111,32 +111,22 @@ std::string textOf(const std::string& path) {
   }
 }
 
-/// Before anything is made of it: the words but those of remarks, and the letters of a sequence.
-void checkSize(const std::string& text, const std::string& file) {
-  std::size_t words = 0;
-  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    if (line->rfind("REMARK", 0) == 0) continue;
-    if (line->rfind("DATA", 0) == 0) words += line->size();
-    for (std::size_t i = 0; i < line->size(); ++i)
-      if (!GDB::isSpace((*line)[i]) && (i == 0 || GDB::isSpace((*line)[i - 1]))) ++words;
-    if (words > kMostWords) throwTooLarge(file);
-  }
-}
-
-/// The text of a table in the program's format as a table. `file` names it in errors.
-GDB parseTable(const std::string& text, const std::string& file) {
-  if (text.size() > kMostBytes) throwTooLarge(file);
-  checkSize(text, file);
+/// The text of a table in the program's format as a table, checked as that of this name. `file` names it in
+/// errors.
+GDB parseTable(const std::string& name, const std::string& text, const std::string& file) {
+  if (text.size() > kMostBytes || tableSize(text) > kMostWords) throwTooLarge(file);
   std::istringstream in(text);
   in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;
+  TableLines lines;
   try {
-    if (const auto fault = table.readTable(in))
+    if (const auto fault = table.readTable(in, &lines))
       throw TableError(file, fault->line, GDB::simplifyWhiteSpace(fault->message.c_str()), "");
   } catch (const std::out_of_range&) {
     throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", "");
   }
   table.fileName = file;
+  checkTable(name, {table, lines, text, file});
   return table;
 }
 
@@ -151,9 +141,7 @@ Tables tablesFromFolder(const std::string& folder) {
   const auto tables = std::make_shared<ReferenceTables>();
   for (const auto& [name, table] : namedTables(*tables)) {
     const std::string path = folder + "/" + name;
-    const std::string text = textOf(path);
-    *table = parseTable(text, path);
-    checkTable(name, *table, text, path);
+    *table = parseTable(name, textOf(path), path);
   }
   return tables;
 }
@@ -163,8 +151,7 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
   for (const auto& [name, table] : namedTables(*tables)) {
     const auto text = texts.find(name);
     if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
-    *table = parseTable(text->second, name);
-    checkTable(name, *table, text->second, name);
+    *table = parseTable(name, text->second, name);
   }
   return tables;
 }

@@ -156,7 +156,7 @@ std::optional<BondSite> siteOf(const Fit& fit, int position) {
   site.models = fit.structure->modelCount;
   site.bonds = residue.bonds;
   site.others = residue.others;
-  site.reason = residue.letter == kProline
+  site.reason = residue.letter == kProlineCode
                     ? residue.whyNoBond
                     : printable("is " + residue.name + " " + residue.number + " in the structure");
   return site;

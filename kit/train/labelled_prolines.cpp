@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <map>
 #include <set>
-#include <system_error>
 #include <utility>
 
 #include "predict/chain.h"
@@ -88,8 +87,7 @@ Protein entryProtein(const std::string& path) {
 
 std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
   std::string path = folder + "/" + label.entry + ".tab";
-  std::error_code unknown;
-  if (!std::filesystem::exists(path, unknown))
+  if (!std::filesystem::exists(path))
     throw Error(labels.path, label.line, "there is no shift table " + path + " for entry " + label.entry,
                 "add the file or remove the lines of the entry");
   return path;

@@ -7,7 +7,6 @@
 
 #include "formats/input_bytes.h"
 #include "formats/text/delimited_text.h"
-#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

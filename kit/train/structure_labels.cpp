@@ -48,7 +48,7 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   const std::size_t j = place[i];
   if (j == kNoResidue || place[i - 1] == kNoResidue || place[i - 1] + 1 != j) return nullptr;
   const StructureResidue& residue = chain.residues[j];
-  return residue.letter == kProline ? &residue : nullptr;
+  return residue.letter == kProlineCode ? &residue : nullptr;
 }
 
 void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment,
@@ -104,7 +104,7 @@ LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
   for (std::size_t p = 0; p < all.size(); ++p) {
     const std::string& sequence = all[p].sequence;
     for (std::size_t i = 0; i < sequence.size(); ++i)
-      if (sequence[i] == kProline) {
+      if (sequence[i] == kProlineCode) {
         votes[p].emplace_back();
         votes[p].back().position = static_cast<int>(i) + 1;
       }

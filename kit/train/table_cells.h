@@ -13,7 +13,7 @@ namespace zorvela {
 std::vector<std::string> backboneNames();
 /// Rows that take their values from another type: disulfide cysteine, and proline known to be cis.
 inline const std::string kDisulfide(1, kDisulfideCysteine);
-inline const std::string kKnownCis(1, kKnownCisProline);
+inline const std::string kKnownCis(1, kPassedProlineCode);
 
 /// The 20 types, then the two that are written in lower case: the rows of a table by residue type.
 std::vector<std::string> rowNames();

@@ -248,6 +248,15 @@ TEST(TableParsing, ReadsAsLoadGDBDoes) {
   EXPECT_FALSE(table.plaintext);
 }
 
+TEST(TableParsing, TellsTheLinesOfRowsAndThoseThatItSkipped) {
+  std::istringstream in("1 2\nREMARK x\nVARS A B\nFORMAT %d %d\n\n1 2\n1 2 3\n3 4\n");
+  GDB table;
+  TableLines lines;
+  table.readTable(in, &lines);
+  EXPECT_EQ(lines.rows, (std::vector<std::size_t>{6, 8}));
+  EXPECT_EQ(lines.skipped, (std::vector<std::size_t>{1, 7}));
+}
+
 TEST(TableParsing, OfColumnsThatTheUserNumberedReadsThoseInTheCount) {
   GDB table;
   table.VARS_str_parser("A B");

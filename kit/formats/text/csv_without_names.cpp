@@ -27,9 +27,7 @@ struct Kinds {
 
 bool isTableAtomName(const std::string& cell) {
   for (const char letter : {'A', 'G', 'P'})
-    if (const auto kind = readAtom(letter, cell).kind;
-        kind == AtomReading::Kind::table || kind == AtomReading::Kind::pseudo)
-      return true;
+    if (readAtom(letter, cell).isInTable()) return true;
   return false;
 }
 

@@ -47,9 +47,8 @@ void checkProtein(const Protein& protein) {
   check(protein.numbers.size() == protein.sequence.size());
   for (std::size_t i = 0; i < protein.shifts.size(); ++i) {
     const Shift& shift = protein.shifts[i];
-    check(shift.resid >= 1 && static_cast<std::size_t>(shift.resid) <= protein.sequence.size());
-    check(atomRank(shift.atom) < atomRank(""));
-    check(!shift.shift.empty());
+    check(shift.position >= 1 && static_cast<std::size_t>(shift.position) <= protein.sequence.size());
+    check(std::isfinite(shift.ppm));
     check(i == 0 || isBefore(protein.shifts[i - 1], shift));
   }
   for (const std::string& note : protein.notes) check(note.find('\n') == std::string::npos);
@@ -57,8 +56,7 @@ void checkProtein(const Protein& protein) {
 
 std::string tableText(const Protein& protein) {
   std::ostringstream out;
-  GDB table = toTable(protein);
-  table.writeTable(out);
+  writeShiftTable(protein, out);
   return out.str();
 }
 

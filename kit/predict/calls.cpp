@@ -1,22 +1,14 @@
 // From a probability to a word.
 #include "zorvela/calls.h"
 
+#include <array>
 #include <cmath>
 
 namespace zorvela {
 
 std::string toText(Call call) {
-  switch (call) {
-    case Call::cis:
-      return "cis";
-    case Call::trans:
-      return "trans";
-    case Call::undecided:
-      return "undecided";
-    case Call::none:
-      break;
-  }
-  return "none";
+  static const std::array<const char*, 4> kNames = {"cis", "trans", "undecided", "none"};
+  return kNames.at(static_cast<std::size_t>(call));
 }
 
 Call callOf(float pCisNorm) {

@@ -1,7 +1,6 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>

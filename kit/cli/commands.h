@@ -21,6 +21,8 @@ void addRun(CLI::App& app);
 void addCompare(CLI::App& app);
 /// The calls written into a NEF file.
 void addAnnotate(CLI::App& app);
+/// The cis prolines for structure calculation programs.
+void addRestrain(CLI::App& app);
 /// Labels for training from structures.
 void addLabel(CLI::App& app);
 /// The seven reference tables from proteins with known prolines.

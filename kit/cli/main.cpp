@@ -67,6 +67,7 @@ int runCommand(int argc, char** argv) {
   zorvela::addImport(app);
   zorvela::addCompare(app);
   zorvela::addAnnotate(app);
+  zorvela::addRestrain(app);
   zorvela::addLabel(app);
   zorvela::addTrain(app);
   zorvela::addEvaluate(app);

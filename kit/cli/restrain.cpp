@@ -1,0 +1,147 @@
+// The sub-command `restrain`: the cis prolines in the words of a structure calculation program.
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/input.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
+#include "cli/reference_tables.h"
+#include "cli/whole_file.h"
+#include "formats/input_bytes.h"
+#include "restrain/restraints.h"
+#include "util/text.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+#include "zorvela/structure.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+
+struct RestrainSettings {
+  std::vector<std::string> files;
+  std::string program;
+  std::string into;
+  std::string structure;
+  std::string output = "-";
+  std::vector<std::string> renamings;
+  std::string tables;
+  ImportOptions import;
+  PredictorOptions predict;
+};
+
+std::vector<std::string> formatNames() {
+  std::vector<std::string> names;
+  for (const RestraintFormat& format : restraintFormats()) names.emplace_back(format.name);
+  return names;
+}
+
+const RestraintFormat& formatOf(const std::string& name) {
+  const auto& formats = restraintFormats();
+  return *std::find_if(formats.begin(), formats.end(),
+                       [&name](const RestraintFormat& format) { return format.name == name; });
+}
+
+std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
+                                           const std::vector<ProteinStructure>& structures) {
+  Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
+  std::vector<Protein> proteins;
+  std::vector<ProteinResult> results;
+  for (const std::string& file : settings.files) {
+    std::vector<ChainNotes> notes;
+    for (Protein& protein : readInput(file, settings.import)) {
+      results.push_back(predictor.predict(protein));
+      notes.push_back({protein.chain, protein.notes});
+      proteins.push_back(std::move(protein));
+    }
+    sayFileNotes(file, notes, kNotesShown, "zorvela-kit run --format json has them all");
+  }
+  return restrainedChains(proteins, compareWithStructures(proteins, results, structures));
+}
+
+void restrain(const RestrainSettings& settings) {
+  InputFiles inputs(settings.files);
+  inputs.add(std::vector<std::string>{settings.into, settings.structure});
+  inputs.addFolder(findTables(settings.tables));
+  inputs.mustNotHold(settings.output);
+  RestraintRequest request;
+  std::vector<ProteinStructure> structures;
+  if (!settings.structure.empty()) {
+    const std::string text = unpacked(fileBytes(settings.structure), settings.structure);
+    structures.push_back(readStructureBytes(text, settings.structure));
+    request.modelText = NamedText{settings.structure, text};
+    request.structure = structures.front();
+  }
+  const std::string there = settings.into.empty() ? std::string() : fileBytes(settings.into);
+  if (!settings.into.empty()) request.into = NamedText{settings.into, unpacked(there, settings.into)};
+  request.chains = predictChains(settings, structures);
+  renameChains(settings.renamings, request.chains);
+  RestraintText result = writeRestraints(formatOf(settings.program), request);
+  if (isGzipped(there)) result.text = packed(std::move(result.text));
+  writeWhole(settings.output, [&](std::ostream& out) {
+    out.write(result.text.data(), static_cast<std::streamsize>(result.text.size()));
+  });
+  for (const std::string& note : result.notes) say("note: " + note);
+  say(summaryOf(request.chains));
+}
+
+std::string footer() {
+  std::string text = "Programs:\n";
+  for (const RestraintFormat& format : restraintFormats())
+    text += "  " + std::string(format.name) + std::string(14 - std::string(format.name).size(), ' ') +
+            format.writes + "\n";
+  return text + "Undecided prolines are comments, trans ones are left out. Lines that are not sure say so.";
+}
+
+}  // namespace
+
+void addRestrain(CLI::App& app) {
+  const auto settings = std::make_shared<RestrainSettings>();
+  CLI::App* command = app.add_subcommand("restrain", "Write the cis prolines for a structure calculation");
+  command->add_option("FILE", settings->files)
+      ->required()
+      ->type_name("")
+      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
+  command->add_option("--for", settings->program)
+      ->required()
+      ->type_name("PROGRAM")
+      ->check(CLI::IsMember(formatNames()))
+      ->description("One of the programs below");
+  command->add_option("--into", settings->into)
+      ->type_name("FILE")
+      ->description("With cyana or nef: a file to add to; all its other bytes are kept");
+  command->add_option("--structure", settings->structure)
+      ->type_name("MODEL")
+      ->description("With amber, pdb or mmcif: the structure (PDB, mmCIF), also gzipped");
+  command->add_option("--output", settings->output)
+      ->type_name("FILE")
+      ->description("Write to this file instead of standard output");
+  command->add_option("--chain-as,--segid", settings->renamings)
+      ->type_name("[OLD=]NEW")
+      ->allow_extra_args(false)
+      ->description("Call the chain, or the chain OLD, so; may be repeated");
+  command->add_option("--tables", settings->tables)
+      ->type_name("DIR")
+      ->description("Folder of the seven reference tables");
+  command->add_flag("--rereference", settings->predict.rereference)
+      ->description("Take away referencing offsets that call for a correction before predicting");
+  command->add_option("--chain", settings->import.chains)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Only the chain of this name; may be repeated");
+  command->add_option("--list", settings->import.lists)
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->description("Predict from the shift list of this name; default: the one with most shifts");
+  command->footer(footer());
+  command->callback([settings] { restrain(*settings); });
+}
+
+}  // namespace zorvela

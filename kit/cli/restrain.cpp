@@ -81,9 +81,11 @@ void restrain(const RestrainSettings& settings) {
   }
   const std::string there = settings.into.empty() ? std::string() : fileBytes(settings.into);
   if (!settings.into.empty()) request.into = NamedText{settings.into, unpacked(there, settings.into)};
+  const RestraintFormat& format = formatOf(settings.program);
+  mustFit(format, request);
   request.chains = predictChains(settings, structures);
   renameChains(settings.renamings, request.chains);
-  RestraintText result = writeRestraints(formatOf(settings.program), request);
+  RestraintText result = writeRestraints(format, request);
   if (isGzipped(there)) result.text = packed(std::move(result.text));
   writeWhole(settings.output, [&](std::ostream& out) {
     out.write(result.text.data(), static_cast<std::streamsize>(result.text.size()));

@@ -239,13 +239,15 @@ const std::vector<RestraintFormat>& restraintFormats() {
   return kFormats;
 }
 
-RestraintText writeRestraints(const RestraintFormat& format, const RestraintRequest& request) {
-  const std::string name = std::string("--for ") + format.name;
+void mustFit(const RestraintFormat& format, const RestraintRequest& request) {
   if (request.into && !format.takesFile) throw Error("--into goes with --for cyana and --for nef");
   if (request.structure && format.model == RestraintFormat::Model::none)
     throw Error("--structure goes with --for amber, pdb and mmcif; to check a model use zorvela-kit compare");
   if (!request.structure && format.model == RestraintFormat::Model::needed)
-    throw Error(name + " describes a model; add --structure MODEL");
+    throw Error(std::string("--for ") + format.name + " describes a model; add --structure MODEL");
+}
+
+RestraintText writeRestraints(const RestraintFormat& format, const RestraintRequest& request) {
   checkNumbers(request);
   return format.write(request);
 }

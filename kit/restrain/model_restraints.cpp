@@ -196,49 +196,63 @@ std::string cifResidue(const Labels& labels, const StructureChain& chain, const 
 
 // --- Atom numbers ---------------------------------------------------------------------------------
 
-/// The atoms of the first model of a PDB file, counted from 1; 0 for one that is there twice.
-std::map<std::string, int> atomNumbersOf(const std::string& text) {
-  std::map<std::string, int> numbers;
+/// The atoms of the first model of a PDB file.
+struct AtomNumbers {
+  std::map<std::string, int> byName;  ///< "A/82/CA", from 1; 0 for one that is there twice
+  bool hasHydrogens = false;
+};
+
+std::string atomKey(std::string_view chain, std::string_view number, std::string_view atom) {
+  return std::string(chain) + "/" + std::string(number) + "/" + std::string(atom);
+}
+
+AtomNumbers atomNumbersOf(const std::string& text) {
+  AtomNumbers numbers;
   int count = 0;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     if (startsIgnoringCase(*line, "ENDMDL") || trimmed(line->substr(0, 6)) == "END") break;
     if (!startsIgnoringCase(*line, "ATOM") && !startsIgnoringCase(*line, "HETATM")) continue;
     ++count;
     if (line->size() < 27) continue;
-    const auto [at, isNew] = numbers.emplace(std::string(trimmed(line->substr(20, 2))) + "/" +
-                                                 std::string(trimmed(line->substr(22, 5))) + "/" +
-                                                 std::string(trimmed(line->substr(12, 4))),
-                                             count);
+    const std::string_view atom = trimmed(line->substr(12, 4));
+    const std::size_t letter = atom.find_first_not_of("0123456789");
+    if (letter != std::string_view::npos && atom[letter] == 'H') numbers.hasHydrogens = true;
+    const auto [at, isNew] = numbers.byName.emplace(
+        atomKey(trimmed(line->substr(20, 2)), trimmed(line->substr(22, 5)), atom), count);
     if (!isNew) at->second = 0;
   }
   return numbers;
 }
 
-Declaration amberRestraints(const RestraintRequest& request, const std::map<std::string, int>& numbers,
-                            const RestrainedBond& bond) {
-  Declaration declaration;
-  if (bond.sites.empty()) return {{}, "is not in the model"};
-  for (const BondSite& site : bond.sites) {
-    const auto place = placeOf(*request.structure, site);
-    if (!place || site.bonds.empty()) {
-      declaration.omission = "no such bond in the model: " + site.reason;
-      continue;
-    }
-    const StructureResidue& before = place->chain->residues[place->index - 1];
-    std::string atoms;
-    for (const auto& [number, atom] : {std::pair(before.number, "CA"), std::pair(before.number, "C"),
-                                       std::pair(site.number, "N"), std::pair(site.number, "CA")}) {
-      const auto known = numbers.find(site.chain + "/" + number + "/" + atom);
-      if (known == numbers.end() || known->second == 0)
-        declaration.omission = std::string(atom) + " of residue " + number + " is not once in the model";
-      else
-        atoms += std::to_string(known->second) + ", ";
-    }
-    if (declaration.omission.empty())
-      declaration.text += " &rst iat = " + atoms +
-                          "r1 = -21.0, r2 = -20.0, r3 = 20.0, r4 = 21.0, rk2 = 2.0, rk3 = 2.0, &end\n";
+/// The restraint at one site.
+Declaration amberRestraint(const ProteinStructure& structure, const AtomNumbers& numbers,
+                           const BondSite& site) {
+  const auto place = placeOf(structure, site);
+  if (!place || site.bonds.empty()) return {{}, "no such bond in the model: " + site.reason};
+  const std::string before = place->chain->residues[place->index - 1].number;
+  std::string atoms;
+  for (const auto& [number, atom] : {std::pair(before, "CA"), std::pair(before, "C"),
+                                     std::pair(site.number, "N"), std::pair(site.number, "CA")}) {
+    const auto known = numbers.byName.find(atomKey(site.chain, number, atom));
+    if (known == numbers.byName.end() || known->second == 0)
+      return {{}, std::string(atom) + " of residue " + number + " is not once in the model"};
+    atoms += std::to_string(known->second) + ", ";
   }
-  return declaration;
+  return {
+      " &rst iat = " + atoms + "r1 = -21.0, r2 = -20.0, r3 = 20.0, r4 = 21.0, rk2 = 2.0, rk3 = 2.0, &end\n",
+      {}};
+}
+
+Declaration amberRestraints(const ProteinStructure& structure, const AtomNumbers& numbers,
+                            const RestrainedBond& bond) {
+  Declaration all;
+  if (bond.sites.empty()) all.omission = "is not in the model";
+  for (const BondSite& site : bond.sites) {
+    const Declaration one = amberRestraint(structure, numbers, site);
+    all.text += one.text;
+    if (!one.omission.empty()) all.omission = one.omission;
+  }
+  return all;
 }
 
 }  // namespace
@@ -259,9 +273,13 @@ RestraintText writeAmber(const RestraintRequest& request) {
   dialect.takesCodes = true;
   dialect.remarks = {
       "atoms are counted as the PDB file has them: it must have all of the topology, hydrogens too"};
-  const std::map<std::string, int> numbers = atomNumbersOf(request.modelText->text);
-  return declarations(dialect, request,
-                      [&](const RestrainedBond& bond) { return amberRestraints(request, numbers, bond); });
+  const AtomNumbers numbers = atomNumbersOf(request.modelText->text);
+  if (!numbers.hasHydrogens)
+    throw FileError(request.structure->file, 0, "has no hydrogens, so its atoms are not those of a topology",
+                    "give the PDB file that goes with the topology");
+  return declarations(dialect, request, [&](const RestrainedBond& bond) {
+    return amberRestraints(*request.structure, numbers, bond);
+  });
 }
 
 RestraintText writeCispep(const RestraintRequest& request) {

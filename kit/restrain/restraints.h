@@ -68,6 +68,9 @@ struct RestraintFormat {
   RestraintText (*write)(const RestraintRequest& request);
 };
 
+/// Error where a file or a model is missing or not wanted.
+void mustFit(const RestraintFormat& format, const RestraintRequest& request);
+
 /// All of them.
 const std::vector<RestraintFormat>& restraintFormats();
 
@@ -78,9 +81,9 @@ std::vector<RestrainedChain> restrainedChains(const std::vector<Protein>& protei
 /// Renames chains by texts OLD=NEW, or NEW for the only chain. Error for a chain that is not there.
 void renameChains(const std::vector<std::string>& renamings, std::vector<RestrainedChain>& chains);
 
-/// The text for a program. Error where it cannot name a chain or a residue, where a file or model is missing
-/// or not wanted, where two prolines have one chain and number, or where a proline is not in the file to add
-/// to. A proline whose number has no place in the format is left out, with a comment and a note.
+/// The text for a program, of a request that fits it. Error where it cannot name a chain or a residue, where
+/// two prolines have one chain and number, or where a proline is not in the file to add to. A proline whose
+/// number has no place in the format is left out, with a comment and a note.
 RestraintText writeRestraints(const RestraintFormat& format, const RestraintRequest& request);
 
 /// "cis: P82; undecided, as comments: P91; trans: 7; without a prediction: 1".

@@ -11,6 +11,9 @@ namespace zorvela {
 
 namespace {
 
+// A hundred times the largest proteins.
+constexpr std::size_t kMostResidues = 100000;
+constexpr std::size_t kLongestNumber = 6;
 constexpr const char* kTrans = "PRO";
 constexpr const char* kCis = "cPRO";
 
@@ -64,8 +67,8 @@ struct Row {
   std::size_t begin = 0;  ///< of the name in the text
 };
 
-bool isProline(const Row& row) {
-  return row.name == kTrans || row.name == kCis;
+bool isProline(const std::string& name) {
+  return name == kTrans || name == kCis;
 }
 
 /// Residues without a number count on.
@@ -82,9 +85,12 @@ std::vector<Row> rowsOf(const NamedText& file) {
     words >> name >> number >> more;
     if (name.empty()) continue;
     const auto given = toInteger(number);
-    if (!isLetter(name.front()) || !more.empty() || (!number.empty() && !given))
+    if (!isLetter(name.front()) || !more.empty() || number.size() > kLongestNumber ||
+        (!number.empty() && !given))
       throw FileError(file.name, lineNumber, "is no residue name and number",
                       "give a sequence file of CYANA");
+    if (rows.size() == kMostResidues)
+      throw FileError(file.name, lineNumber, "has too many residues", "give a part");
     const int next = rows.empty() ? 1 : rows.back().number + 1;
     rows.push_back({name, given.value_or(next), begin + line->find(name)});
   }
@@ -92,31 +98,39 @@ std::vector<Row> rowsOf(const NamedText& file) {
   return rows;
 }
 
-/// Whether the row before the proline is the residue that the shifts have there.
-bool isAfterItsNeighbour(const std::vector<Row>& rows, std::size_t i, const RestrainedBond& bond) {
-  if (i == 0 || std::to_string(rows[i - 1].number) != bond.numberBefore) return false;
-  const char letter = residueType(rows[i - 1].name == kCis ? kTrans : rows[i - 1].name).letter;
-  const char before = withoutThiolState(bond.letterBefore == kKnownCisProline ? kProline : bond.letterBefore);
-  return letter == before || letter == kUnknownResidue || before == kUnknownResidue;
+/// The rows of the prolines by their number.
+using Prolines = std::map<std::string, std::vector<std::size_t>>;
+
+Prolines prolinesOf(const std::vector<Row>& rows) {
+  Prolines prolines;
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    if (isProline(rows[i].name)) prolines[std::to_string(rows[i].number)].push_back(i);
+  return prolines;
 }
 
-std::vector<std::size_t> placesOf(const std::vector<Row>& rows, const RestrainedBond& bond) {
+/// The rows of a proline, after the residue that the shifts have before it.
+std::vector<std::size_t> placesOf(const std::vector<Row>& rows, const Prolines& prolines,
+                                  const RestrainedBond& bond) {
   std::vector<std::size_t> places;
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    if (isProline(rows[i]) && std::to_string(rows[i].number) == bond.number &&
-        isAfterItsNeighbour(rows, i, bond))
-      places.push_back(i);
+  const auto known = prolines.find(bond.number);
+  if (known == prolines.end()) return places;
+  for (const std::size_t i : known->second) {
+    if (i == 0 || std::to_string(rows[i - 1].number) != bond.numberBefore) continue;
+    const std::string& before = rows[i - 1].name;
+    if (isResidueBefore(isProline(before) ? kTrans : before, bond)) places.push_back(i);
+  }
   return places;
 }
 
 RestraintText addTo(const NamedText& file, const RestraintRequest& request) {
   const std::vector<Row> rows = rowsOf(file);
+  const Prolines prolines = prolinesOf(rows);
   std::map<std::size_t, const RestrainedBond*> taken;
   RestraintText result;
   for (const RestrainedChain& chain : request.chains)
     for (const RestrainedBond& bond : chain.bonds) {
       if (bond.call == Call::none) continue;
-      const std::vector<std::size_t> places = placesOf(rows, bond);
+      const std::vector<std::size_t> places = placesOf(rows, prolines, bond);
       if (places.empty() && bond.call != Call::cis) continue;
       if (places.size() != 1)
         throw FileError(

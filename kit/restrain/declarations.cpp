@@ -141,7 +141,7 @@ RestraintText writeRosetta(const RestraintRequest& request) {
   });
 }
 
-/// Of the same chain twice nobody could say which of the declarations counts.
+/// Of a residue that is there twice nobody could say which of the declarations counts.
 void checkNumbers(const RestraintRequest& request) {
   std::set<std::pair<std::string, std::string>> known;
   for (const RestrainedChain& chain : request.chains)

@@ -58,14 +58,14 @@ std::vector<CisBond> cisBondsOf(const ProteinStructure& structure, std::vector<s
   return cis;
 }
 
-/// What the shifts say of a place in the model.
-std::string shiftsOf(const RestraintRequest& request, const CisBond& cis) {
+/// What the shifts say, by chain and number in the model.
+std::map<std::pair<std::string, std::string>, std::string> shiftTexts(const RestraintRequest& request) {
+  std::map<std::pair<std::string, std::string>, std::string> texts;
   for (const RestrainedChain& chain : request.chains)
     for (const RestrainedBond& bond : chain.bonds)
       for (const BondSite& site : bond.sites)
-        if (site.chain == cis.chain.name && site.number == cis.proline.number)
-          return callText(bond) + " by the shifts";
-  return nameOf(cis.before, cis.proline) + ", no shifts";
+        texts.emplace(std::pair(site.chain, site.number), callText(bond) + " by the shifts");
+  return texts;
 }
 
 /// The cis prolines of the shifts that the model has otherwise.
@@ -91,10 +91,13 @@ RestraintText modelText(const Dialect& dialect, const RestraintRequest& request,
   RestraintText result;
   std::string lines;
   std::size_t count = 0;
+  const auto texts = shiftTexts(request);
   const std::vector<CisBond> bonds = cisBondsOf(*request.structure, result.notes);
   for (const CisBond& cis : bonds) {
     const Declaration declaration = declare(cis, count + 1);
-    lines += commentLine(dialect, shiftsOf(request, cis));
+    const auto known = texts.find({cis.chain.name, cis.proline.number});
+    lines += commentLine(
+        dialect, known == texts.end() ? nameOf(cis.before, cis.proline) + ", no shifts" : known->second);
     lines += declaration.text;
     if (!declaration.text.empty()) ++count;
     if (declaration.omission.empty()) continue;
@@ -180,7 +183,7 @@ Labels labelsOf(const std::string& text) {
 }
 
 bool isPlainWord(const std::string& word) {
-  return !word.empty() && contains("_#$'\";[]", word.substr(0, 1)) == false &&
+  return !word.empty() && !contains("_#$'\";[]", word.substr(0, 1)) &&
          word.find_first_of(" \t\r\n") == std::string::npos && shown(word) == word;
 }
 
@@ -217,6 +220,7 @@ AtomNumbers atomNumbersOf(const std::string& text) {
     const std::string_view atom = trimmed(line->substr(12, 4));
     const std::size_t letter = atom.find_first_not_of("0123456789");
     if (letter != std::string_view::npos && atom[letter] == 'H') numbers.hasHydrogens = true;
+    if (atom != "N" && atom != "CA" && atom != "C") continue;
     const auto [at, isNew] = numbers.byName.emplace(
         atomKey(trimmed(line->substr(20, 2)), trimmed(line->substr(22, 5)), atom), count);
     if (!isNew) at->second = 0;

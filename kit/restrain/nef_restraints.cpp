@@ -86,10 +86,17 @@ std::string rowText(int index, const RestrainedBond& bond, const std::string& be
          atom(bond.number, proline, "CA") + " 1 0 . . -20 20 . OMEGA\n";
 }
 
+bool isWord(const std::string& name) {
+  return !name.empty() && name.find_first_of(" \t\r\n'\"") == std::string::npos;
+}
+
+/// A text with the line ends of a file.
 std::string withLineEndsOf(const std::string& file, const std::string& text) {
-  if (!contains(file, "\r\n")) return text;
+  const std::size_t first = file.find_first_of("\r\n");
+  if (first == std::string::npos || file[first] == '\n') return text;
+  const std::string lineEnd = file.substr(first, 2) == "\r\n" ? "\r\n" : "\r";
   std::string result;
-  for (const char c : text) result += c == '\n' ? "\r\n" : std::string(1, c);
+  for (const char c : text) result += c == '\n' ? lineEnd : std::string(1, c);
   return result;
 }
 
@@ -102,21 +109,21 @@ RestraintText writeNefRestraints(const RestraintRequest& request) {
   dialect.takesCodes = true;
   dialect.head = headOf(nef.frames);
   dialect.tail = "   stop_\nsave_\n";
-  const auto nameIn = [&](const RestrainedBond& bond, const std::string& number, char letter) {
-    if (!request.into) return threeLetterName(letter);
+  const auto residueIn = [&](const RestrainedBond& bond, const std::string& number) {
     const auto known = nef.residues.find({bond.chain, number});
-    if (known == nef.residues.end() || (letter == kProline && residueType(known->second).letter != kProline))
+    return known == nef.residues.end() ? std::string() : known->second;
+  };
+  int index = 0;
+  RestraintText result = declarations(dialect, request, [&](const RestrainedBond& bond) -> Declaration {
+    const std::string before =
+        request.into ? residueIn(bond, bond.numberBefore) : threeLetterName(bond.letterBefore);
+    const std::string proline = request.into ? residueIn(bond, bond.number) : "PRO";
+    if (residueType(proline).letter != kProline || (request.into && !isResidueBefore(before, bond)))
       throw FileError(
           request.into->name, 0,
           "its sequence has no " + nameOf(bond) + " in chain \"" + printable(bond.chain, 60) + "\"",
           "name its chain by --chain-as");
-    return known->second;
-  };
-  int index = 0;
-  RestraintText result = declarations(dialect, request, [&](const RestrainedBond& bond) -> Declaration {
-    const std::string before = nameIn(bond, bond.numberBefore, bond.letterBefore);
-    const std::string proline = nameIn(bond, bond.number, kProline);
-    if (before.empty()) return {{}, "the residue before it is unknown"};
+    if (!isWord(before) || !isWord(proline)) return {{}, "a residue without a name"};
     return {rowText(bond.call == Call::cis ? ++index : index + 1, bond, before, proline), {}};
   });
   if (!request.into) {
@@ -124,7 +131,7 @@ RestraintText writeNefRestraints(const RestraintRequest& request) {
     return result;
   }
   const std::string& text = request.into->text;
-  const bool isOpen = !text.empty() && text.back() != '\n';
+  const bool isOpen = text.back() != '\n' && text.back() != '\r';
   result.text = text + withLineEndsOf(text, (isOpen ? "\n\n" : "\n") + result.text);
   return result;
 }

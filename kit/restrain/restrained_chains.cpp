@@ -11,11 +11,16 @@ namespace zorvela {
 
 namespace {
 
+/// The residue type alone.
+char plainLetter(char letter) {
+  return letter == kKnownCisProline ? kProline : withoutThiolState(letter);
+}
+
 RestrainedBond bondOf(const std::string& chain, const ComparedProline& compared) {
   const ProlineResult& proline = compared.shifts;
   RestrainedBond bond;
   bond.chain = chain;
-  if (!proline.previous.empty()) bond.letterBefore = proline.previous.front();
+  if (!proline.previous.empty()) bond.letterBefore = plainLetter(proline.previous.front());
   bond.numberBefore = proline.previousNumber;
   bond.number = proline.number;
   bond.call = proline.call;
@@ -35,8 +40,12 @@ std::string chainList(const std::vector<RestrainedChain>& chains) {
 }  // namespace
 
 std::string nameOf(const RestrainedBond& bond) {
-  return printable(std::string(1, withoutThiolState(bond.letterBefore)) + bond.numberBefore + "-P" +
-                   bond.number);
+  return printable(std::string(1, bond.letterBefore) + bond.numberBefore + "-P" + bond.number);
+}
+
+bool isResidueBefore(const std::string& name, const RestrainedBond& bond) {
+  const char letter = residueType(name).letter;
+  return letter == bond.letterBefore || letter == kUnknownResidue || bond.letterBefore == kUnknownResidue;
 }
 
 std::string callText(const RestrainedBond& bond) {

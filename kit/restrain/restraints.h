@@ -18,7 +18,7 @@ namespace zorvela {
 /// A proline and the residue before it, numbered as in the shift file.
 struct RestrainedBond {
   std::string chain;
-  char letterBefore = '?';   ///< one-letter name
+  char letterBefore = '?';   ///< one-letter name, without the state of its thiol
   std::string numberBefore;  ///< empty before the first residue
   std::string number;        ///< of the proline
   Call call = Call::none;
@@ -29,6 +29,8 @@ struct RestrainedBond {
 
 /// "S81-P82".
 std::string nameOf(const RestrainedBond& bond);
+/// Whether a residue of that name may be the one before the proline: same type, or one of them unknown.
+bool isResidueBefore(const std::string& name, const RestrainedBond& bond);
 /// "S81-P82, cis 0.987".
 std::string callText(const RestrainedBond& bond);
 

@@ -301,6 +301,15 @@ class FilesThatAreThere(Case):
         residues = cyana_sequence(self.text("cyana", "one.csv"))
         self.assertEqual(residues, [("cPRO" if i == 16 else made.THREE[letter], 101 + i) for i, letter in enumerate(SEQUENCE)])
 
+    def test_residues_of_a_new_sequence_file(self):
+        sequence = "AcG?PAKPGAPK"  # cystine, a gap, prolines of which the second is cis
+        self.put("x.tab", program.full_table(sequence.replace("?", "G"), {(8, "CB"): 34.0, (8, "CG"): 24.0}).replace("AcGG", "AcG?"))
+        text = self.text("cyana", "x.tab")
+        self.assertEqual([name for name, _ in cyana_sequence(text)],
+                         "ALA CYSS GLY PRO ALA LYS cPRO GLY ALA PRO LYS".split())
+        self.assertIn("# residue 4 is unknown: add it\n", text)
+        self.assertIn("residue 4 is unknown", self.stderr)
+
     def nef(self, end="\n", more=""):
         lines = ["data_made", "save_nef_molecular_system", "  loop_"]
         lines += ["    _nef_sequence." + tag for tag in ("index", "chain_code", "sequence_code", "residue_name")]
@@ -308,13 +317,13 @@ class FilesThatAreThere(Case):
         return end.join([*lines, "  stop_", "save_", more]) + end
 
     def test_nef(self):
-        for end in ("\n", "\r\n"):
+        for end in ("\n", "\r\n", "\r"):
             before = self.nef(end)
             self.put("in.nef", before)
             self.text("nef", "one.csv", "--into", "in.nef", "--output", "out.nef")
             after = self.read("out.nef")
             self.assertTrue(after.startswith(before))
-            self.assertEqual(after.count("\n"), after.count(end))
+            self.assertEqual(re.findall("\r\n|\r|\n", after), [end] * len(after.splitlines()))
             self.assert_bonds(READERS["nef"](after), [("A", "116", "117")])
             self.assertEqual(len(loops(after)), 2)
         self.put("in.nef.gz", gzip.compress(self.nef().encode()))
@@ -337,6 +346,8 @@ class FilesThatAreThere(Case):
     def test_nef_of_something_else(self):
         self.put("in.nef", self.nef())
         self.assertIn("name its chain by --chain-as", self.fails("nef", "one.csv", "--chain-as", "X", "--into", "in.nef"))
+        self.put("other.nef", self.nef().replace("116 'GLY'", "116 TRP"))
+        self.assertIn("its sequence has no G116-P117 in chain", self.fails("nef", "one.csv", "--into", "other.nef"))
         for more, cause in (("save_open", "ends within save_open"), ("data_second", "several data blocks")):
             self.put("bad.nef", self.nef(more=more))
             self.assertIn(cause, self.fails("nef", "one.csv", "--into", "bad.nef"))

@@ -156,9 +156,10 @@ Labels labelsOf(const std::string& text) {
   StarToken token = tokens.next();
   while (token.kind != Kind::end) {
     std::map<std::string, std::size_t> columns;
+    std::size_t width = 0;
     if (token.kind == Kind::loop)
       for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next())
-        columns.emplace(lower(token.value), columns.size());
+        columns.emplace(lower(token.value), width++);
     else
       token = tokens.next();
     std::array<std::size_t, kTags.size()> wanted{};
@@ -172,7 +173,7 @@ Labels labelsOf(const std::string& text) {
     std::vector<std::string_view> row;
     for (; token.kind == Kind::value; token = tokens.next()) {
       row.push_back(token.value);
-      if (row.size() < columns.size()) continue;
+      if (row.size() < width) continue;
       const auto cell = [&](std::size_t i) { return std::string(row[wanted[i]]); };
       const std::string code = cell(2) == "?" || cell(2) == "." ? std::string() : cell(2);
       labels.emplace(std::pair(cell(0), cell(1) + code), std::pair(cell(3), cell(4)));
@@ -190,11 +191,13 @@ bool isPlainWord(const std::string& word) {
 std::string cifResidue(const Labels& labels, const StructureChain& chain, const StructureResidue& residue) {
   const auto number = readResidueNumber(residue.number);
   const auto known = labels.find({chain.name, residue.number});
-  const std::string labelled =
-      known == labels.end() ? "? ?" : known->second.first + " " + known->second.second;
-  if (!number || !isPlainWord(chain.name) || !isPlainWord(residue.name)) return {};
-  return labelled + " " + residue.name + " " + chain.name + " " + std::to_string(number->number) + " " +
-         (number->code.empty() ? "?" : number->code);
+  const auto [asym, seq] =
+      known == labels.end() ? std::pair<std::string, std::string>("?", "?") : known->second;
+  for (const std::string& word : {asym, seq, chain.name, residue.name})
+    if (!isPlainWord(word)) return {};
+  if (!number) return {};
+  return asym + " " + seq + " " + residue.name + " " + chain.name + " " + std::to_string(number->number) +
+         " " + (number->code.empty() ? "?" : number->code);
 }
 
 // --- Atom numbers ---------------------------------------------------------------------------------

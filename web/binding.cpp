@@ -20,6 +20,7 @@
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
 #include "zorvela/report.h"
+#include "zorvela/run.h"
 #include "zorvela/version.h"
 
 #define ZORVELA_EXPORT(name) __attribute__((export_name(name)))

@@ -15,10 +15,8 @@ class ReportedFailure : public std::exception {};
 
 /// Any shift file to a shift table.
 void addImport(CLI::App& app);
-/// Import, predict and collect, for one file or thousands.
+/// Import, predict, compare with structures and collect, for one file or thousands.
 void addRun(CLI::App& app);
-/// Shifts against structures.
-void addCompare(CLI::App& app);
 /// The calls written into a NEF file.
 void addAnnotate(CLI::App& app);
 /// The cis prolines for structure calculation programs.

@@ -9,11 +9,7 @@
 namespace zorvela {
 
 /// The proteins of a file or, for "-", of standard input; see `readShiftFile`. `Protein::file` is the path.
-/// ScarcityError where memory ends.
 std::vector<Protein> readInput(const std::string& path, const ImportOptions& options);
-
-/// The same after a ScarcityError. Standard input is partly gone by then, so it is the same error again.
-std::vector<Protein> readInputAgain(const std::string& path, const ImportOptions& options);
 
 /// How messages name an input: the path, or "standard input" for "-".
 std::string inputName(const std::string& path);

@@ -72,13 +72,11 @@ struct Failures {
   }
 };
 
-/// Does the work on one file; what goes wrong with it stays with it, but for memory or descriptors that end.
+/// Does the work on one file; what goes wrong with it stays with it, but for memory that ends.
 template <class Work>
 void guarded(const std::string& file, Failures& failures, Work work) {
   try {
     work();
-  } catch (const ScarcityError&) {
-    throw;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const Error& error) {
@@ -88,24 +86,12 @@ void guarded(const std::string& file, Failures& failures, Work work) {
   }
 }
 
-/// The same; memory or descriptors that end are an error of the file as well.
-template <class Work>
-void guardedAlone(const std::string& file, Failures& failures, Work work) {
-  try {
-    guarded(file, failures, work);
-  } catch (const ScarcityError& error) {
-    failures.add(error.what());
-  } catch (const std::bad_alloc&) {
-    failures.add(Error(file, 0, "does not fit into memory", "give a smaller file").what());
-  }
-}
-
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
   const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isShiftTable);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
-    guardedAlone(file, failures, [&] {
+    guarded(file, failures, [&] {
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
@@ -114,26 +100,19 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   return proteins;
 }
 
-/// Each job takes the next file that nobody has and holds one structure at a time. Those for which there is
-/// too little memory beside others come again, one at a time.
+/// Each job takes the next file that nobody has and holds one structure at a time.
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
   const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
   std::mutex counting;
   Progress progress("Reading structures", files.size());
-  const auto countFile = [&](const std::string& file) {
-    auto ballots = votes.ballots(readStructureFile(file));
-    const std::lock_guard<std::mutex> lock(counting);
-    votes.count(std::move(ballots));
-  };
-  const std::vector<std::size_t> notDone =
-      inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
-        guarded(files[item], failures, [&] { countFile(files[item]); });
-        progress.step();
-      });
-  for (const std::size_t item : notDone) {
-    guardedAlone(files[item], failures, [&] { countFile(files[item]); });
+  inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
+    guarded(files[item], failures, [&] {
+      auto ballots = votes.ballots(readStructureFile(files[item]));
+      const std::lock_guard<std::mutex> lock(counting);
+      votes.count(std::move(ballots));
+    });
     progress.step();
-  }
+  });
   if (failures.count == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");

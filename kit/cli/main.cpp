@@ -1,7 +1,4 @@
 // zorvela-kit: files in, predictions out, and the tables for them.
-#include <fcntl.h>
-#include <signal.h>
-
 #include <exception>
 #include <iostream>
 #include <new>
@@ -12,6 +9,7 @@
 
 #include "cli/commands.h"
 #include "cli/messages.h"
+#include "cli/process.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -19,26 +17,8 @@
 
 namespace {
 
-/// A standard stream that the caller closed must not be taken by the next file that is opened, or
-/// messages would end up in it. What takes its place cannot be written, so writing still fails.
-void reserveStandardStreams() {
-  for (int descriptor = 0; descriptor <= 2; ++descriptor)
-    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) < 0)
-      return;
-}
-
-/// Takes no memory itself.
-int failWithoutMemory() {
-  std::cerr << zorvela::kProgramName << ": out of memory; give fewer or smaller files\n" << std::flush;
-  return 1;
-}
-
 int fail(const char* message, const char* kind = "") {
-  try {
-    zorvela::say(std::string(kind) + message);
-  } catch (const std::bad_alloc&) {
-    return failWithoutMemory();
-  }
+  zorvela::say(std::string(kind) + message);
   return 1;
 }
 
@@ -65,7 +45,6 @@ int runCommand(int argc, char** argv) {
   app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
   zorvela::addRun(app);
   zorvela::addImport(app);
-  zorvela::addCompare(app);
   zorvela::addAnnotate(app);
   zorvela::addRestrain(app);
   zorvela::addLabel(app);
@@ -82,8 +61,7 @@ int runCommand(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  signal(SIGXFSZ, SIG_IGN);  // a file above the limit is an error of the write, and has a message
-  reserveStandardStreams();
+  zorvela::prepareProcess();
   try {
     return runCommand(argc, argv);
   } catch (const zorvela::ReportedFailure&) {
@@ -91,7 +69,7 @@ int main(int argc, char** argv) {
   } catch (const zorvela::Error& e) {
     return fail(e.what());
   } catch (const std::bad_alloc&) {
-    return failWithoutMemory();
+    return fail("out of memory");
   } catch (const std::exception& e) {
     return fail(e.what(), "unexpected error: ");
   }

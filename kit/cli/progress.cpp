@@ -1,30 +1,20 @@
 // The progress bar, and what a terminal can show.
 #include "cli/progress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
+#include <iostream>
 #include <mutex>
+
+#include "cli/terminal.h"
 
 namespace zorvela {
 
-namespace {
-
-/// Whether a stream of the process (0, 1, 2) is a terminal that understands control sequences.
-bool isCapableTerminal(int descriptor) {
-  const char* term = std::getenv("TERM");
-  return isatty(descriptor) != 0 && term != nullptr && std::strcmp(term, "dumb") != 0 && *term != '\0';
-}
-
-}  // namespace
-
 bool wantsColour(const std::string& output) {
   const char* refused = std::getenv("NO_COLOR");
-  return output == "-" && isCapableTerminal(STDOUT_FILENO) && (refused == nullptr || *refused == '\0');
+  return output == "-" && isCapableTerminal(StandardStream::output) &&
+         (refused == nullptr || *refused == '\0');
 }
 
 struct Progress::State {
@@ -36,22 +26,16 @@ struct Progress::State {
   std::string what;
   std::size_t total;
   std::size_t done = 0;
-  bool onTerminal = isCapableTerminal(STDERR_FILENO);
+  bool onTerminal = isCapableTerminal(StandardStream::error);
   bool isDrawn = false;
   Clock::time_point nextDrawing = Clock::now() + kQuietStart;
   std::mutex mutex;
 
   State(const std::string& name, std::size_t count) : what(name), total(count) {}
 
-  static void put(const std::string& text) {
-    // A progress bar that cannot be shown is no error.
-    if (write(STDERR_FILENO, text.data(), text.size()) < 0) return;
-  }
-
   int barWidth(std::size_t textWidth) const {
-    struct winsize size {};
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kWidestBar;
-    return std::min(kWidestBar, static_cast<int>(size.ws_col) - static_cast<int>(textWidth) - 1);
+    const int columns = terminalColumns(StandardStream::error);
+    return columns == 0 ? kWidestBar : std::min(kWidestBar, columns - static_cast<int>(textWidth) - 1);
   }
 
   void draw() {
@@ -63,7 +47,7 @@ struct Progress::State {
       const std::size_t filled = total > 0 ? columns * std::min(done, total) / total : columns;
       line += " [" + std::string(filled, '#') + std::string(columns - filled, '.') + "]";
     }
-    put(line + counts + "\033[K");
+    std::cerr << line + counts + "\033[K" << std::flush;
     isDrawn = true;
   }
 };
@@ -72,7 +56,7 @@ Progress::Progress(const std::string& what, std::size_t total)
     : state(std::make_unique<State>(what, total)) {}
 
 Progress::~Progress() {
-  if (state->isDrawn) State::put("\r\033[K");
+  if (state->isDrawn) std::cerr << "\r\033[K" << std::flush;
 }
 
 void Progress::step() {

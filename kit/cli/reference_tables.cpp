@@ -1,29 +1,14 @@
 // The folder of the tables: option, environment, installation.
 #include "cli/reference_tables.h"
 
-#include <unistd.h>
-
-#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
+#include "cli/process.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
-
-namespace {
-
-/// The folder that holds the running program; empty if the system does not say.
-std::string programFolder() {
-  char path[PATH_MAX];
-  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  if (length <= 0 || static_cast<std::size_t>(length) == sizeof path) return "";
-  const std::string name(path, static_cast<std::size_t>(length));
-  return name.substr(0, name.rfind('/'));
-}
-
-}  // namespace
 
 std::string findTables(const std::string& given) {
   if (!given.empty()) return given;

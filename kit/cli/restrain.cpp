@@ -15,6 +15,7 @@
 #include "formats/input_bytes.h"
 #include "restrain/restraints.h"
 #include "util/text.h"
+#include "zorvela/compare.h"
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
 #include "zorvela/structure.h"
@@ -63,7 +64,8 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
     }
     sayFileNotes(file, notes, kNotesShown, "zorvela-kit run --format json has them all");
   }
-  return restrainedChains(proteins, compareWithStructures(proteins, results, structures));
+  if (!structures.empty()) compareWithStructures(proteins, structures, results);
+  return restrainedChains(proteins, results);
 }
 
 void restrain(const RestrainSettings& settings) {

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -23,12 +22,14 @@
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
 #include "zorvela/report.h"
+#include "zorvela/run.h"
 
 namespace zorvela {
 
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
+constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {
   std::vector<std::string> files;
@@ -40,72 +41,26 @@ struct RunSettings {
   std::string output = "-";
   bool explain = false;
   std::vector<std::string> residues;
+  bool failOnDisagreement = false;
   int jobs = usualJobs();
 };
 
 // --- Predicting ---------------------------------------------------------------------------------
 
-/// At most `count`, but at least one: fewer where memory ends.
-std::vector<Predictor> makePredictors(std::size_t count, const Tables& tables,
-                                      const PredictorOptions& options) {
-  std::vector<Predictor> predictors;
-  predictors.reserve(count);
-  try {
-    while (predictors.size() < count) predictors.emplace_back(tables, options);
-  } catch (const std::bad_alloc&) {
-    if (predictors.empty()) throw;
-  }
-  return predictors;
-}
-
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs. Files for which there is too little memory beside others come
-/// again, one at a time.
-std::vector<FileReport> predictFiles(const RunSettings& settings, const Tables& tables,
-                                     const std::vector<ProteinStructure>& structures) {
-  std::vector<FileReport> reports(settings.files.size());
-  std::vector<Predictor> predictors = makePredictors(
-      std::min(static_cast<std::size_t>(settings.jobs), reports.size()), tables, settings.predict);
-
-  Progress progress("Predicting", settings.files.size());
-  const auto predictFile = [&](std::size_t item, Predictor& predictor, auto read) {
+/// does not depend on the number of jobs.
+void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& report) {
+  report.files.resize(settings.files.size());
+  std::vector<Predictor> predictors;
+  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
+  while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
+  Progress progress("Predicting", report.files.size());
+  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
     const std::string& file = settings.files[item];
-    reports[item] = reportOn(
-        file, [&] { return read(file, settings.import); }, predictor, structures);
-  };
-  const std::vector<std::size_t> notDone =
-      inThreads(reports.size(), predictors.size(), [&](std::size_t item, std::size_t job) {
-        predictFile(item, predictors[job], readInput);
-        if (reports[item].isForScarcity) throw std::bad_alloc();
-        progress.step();
-      });
-  predictors.erase(predictors.begin() + 1, predictors.end());
-  for (const std::size_t item : notDone) {
-    predictFile(item, predictors.front(), readInputAgain);
+    const auto read = [&] { return readInput(file, settings.import); };
+    report.files[item] = reportOn(file, read, predictors[job], report.structures);
     progress.step();
-  }
-  return reports;
-}
-
-std::vector<ProteinStructure> readStructures(const std::vector<std::string>& files) {
-  std::vector<ProteinStructure> structures;
-  structures.reserve(files.size());
-  for (const std::string& file : files) structures.push_back(readStructureArgument(file));
-  return structures;
-}
-
-/// What is to be known of the structures as such: what could not be used of them, and chains without shifts.
-std::vector<std::string> notesOn(const std::vector<ProteinStructure>& structures,
-                                 const std::vector<FileReport>& files) {
-  std::vector<std::string> notes;
-  for (const ProteinStructure& structure : structures)
-    for (const std::string& note : structure.notes)
-      notes.push_back(messageName(structure.file, "") + ": " + note);
-  std::vector<ChainMatch> matches;
-  for (const FileReport& file : files)
-    matches.insert(matches.end(), file.matches.begin(), file.matches.end());
-  for (const std::string& line : chainsWithoutShifts(matches, structures)) notes.push_back(line);
-  return notes;
+  });
 }
 
 // --- Reporting ----------------------------------------------------------------------------------
@@ -131,12 +86,12 @@ std::vector<ChainNotes> chainNotes(const FileReport& file, std::vector<std::stri
 }
 
 void sayAll(const RunReport& report) {
-  for (const std::string& note : report.structureNotes) say("note: " + note);
+  for (const ProteinStructure& structure : report.structures)
+    sayFileNotes(structure.file, {{"", structure.notes}}, kNotesShown, kAllNotes);
+  for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
   for (const FileReport& file : report.files) {
-    sayFileNotes(file.file, chainNotes(file, &ProteinResult::notes), kNotesShown,
-                 "--format json has them all");
-    sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown,
-                 "the report has them all");
+    sayFileNotes(file.file, chainNotes(file, &ProteinResult::notes), kNotesShown, kAllNotes);
+    sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown, kAllNotes);
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const ReferencingOffset& offset : protein.offsets)
@@ -166,8 +121,6 @@ void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
 void mustFitFormat(const RunSettings& settings) {
   if (settings.explain && settings.format != "table")
     throw Error("--explain goes with --format table; the other formats hold the evidence without it");
-  if (!settings.structures.empty() && settings.format != "html")
-    throw Error("--structure goes with --format html; for a table, CSV or JSON use zorvela-kit compare");
 }
 
 std::vector<std::string> formatNames() {
@@ -187,9 +140,10 @@ void run(const RunSettings& settings) {
   mustBeGivenOnce(settings.structures);
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
-  const std::vector<ProteinStructure> structures = readStructures(settings.structures);
-  report.files = predictFiles(settings, tables, structures);
-  report.structureNotes = notesOn(structures, report.files);
+  for (const std::string& file : settings.structures)
+    report.structures.push_back(readStructureArgument(file));
+  predictFiles(settings, tables, report);
+  noteChainsWithoutShifts(report);
   sayAll(report);
   sayUnknownResidues(settings, report);
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
@@ -198,13 +152,23 @@ void run(const RunSettings& settings) {
     sayFailures(errors, report.files.size(), "predicted");
     throw ReportedFailure();
   }
+  const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
+  if (settings.failOnDisagreement && disagreements > 0) {
+    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
+    throw ReportedFailure();
+  }
 }
 
 std::string footer() {
   return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
          numberText(kTransUpTo) + R"(, undecided between.
 Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else ./tab.
-Exit status: 0 if every file was predicted, 1 if one was not.)";
+Structure: cis where |omega| is at most )" +
+         fixedText(kCisOmegaUpTo, 0) + " degrees, trans where it is at least " +
+         fixedText(kTransOmegaFrom, 0) + R"(, twisted between;
+without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
+Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not, or with
+--fail-on-disagreement if a proline disagrees.)";
 }
 
 }  // namespace
@@ -223,9 +187,13 @@ void addRun(CLI::App& app) {
   command->add_option("--output", settings->output)
       ->type_name("FILE")
       ->description("Write to this file instead of standard output");
-  command->add_option("--structure", settings->structures)
-      ->type_name("MODEL")
-      ->description("With --format html: structures (PDB, mmCIF) to compare with, after the shift files");
+  CLI::Option* structure =
+      command->add_option("--structure", settings->structures)
+          ->type_name("MODEL")
+          ->description("Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
+  command->add_flag("--fail-on-disagreement", settings->failOnDisagreement)
+      ->needs(structure)
+      ->description("End with exit status 1 if the structure of a proline disagrees");
   CLI::Option* explain =
       command->add_flag("--explain", settings->explain)
           ->description("Below each proline: what speaks for cis and for trans, and what to measure next");

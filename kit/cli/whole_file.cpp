@@ -1,237 +1,118 @@
-// Whole-or-nothing output through a file that gets its name at the end.
 #include "cli/whole_file.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <array>
 #include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstring>
+#include <fstream>
 #include <iostream>
-#include <mutex>
+#include <random>
 #include <system_error>
 
-#include "cli/descriptor_stream.h"
-#include "cli/output_place.h"
-#include "util/text.h"
+#include "cli/process.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using Writer = std::function<void(std::ostream&)>;
 
-constexpr mode_t kPermissions = 0777;  // without set-user-id, set-group-id and sticky
-constexpr mode_t kNewFile = 0666;      // less what the umask takes away
-constexpr int kMostNameTries = 1000;
 const std::string kStandardOutput = "standard output";
 
-[[noreturn]] void throwUnwritable(const std::string& name, int number) {
-  const std::string cause = number != 0 ? ": " + std::generic_category().message(number) : "";
+[[noreturn]] void throwUnwritable(const std::string& name, const std::error_code& error) {
+  const std::string cause = error ? ": " + error.message() : "";
   throw Error(name, 0, "cannot be written" + cause, "choose another place with --output, or make room");
 }
 
-void fill(int descriptor, const std::string& name, const Writer& write) {
-  DescriptorBuffer buffer(descriptor);
-  std::ostream out(&buffer);
-  write(out);
-  out.flush();
-  if (!out) throwUnwritable(name, buffer.error());
+/// Of the last call of the system.
+std::error_code lastError() {
+  return {errno, std::generic_category()};
 }
 
-/// The bytes reach the disk before the name does. Some file systems cannot; that is no failure.
-void syncToDisk(int descriptor, const std::string& name) {
-  int status = 0;
-  do status = fsync(descriptor);
-  while (status != 0 && errno == EINTR);
-  if (status != 0 && errno != EINVAL && errno != EROFS && errno != ENOSYS) throwUnwritable(name, errno);
+/// Whether a path leads to what standard output leads to; it may hold something that stays.
+bool isStandardOutput(const std::string& path) {
+  std::error_code notThere;
+  return path == "-" || fs::equivalent(path, "/dev/stdout", notThere);
 }
 
-// --- Interruption ---------------------------------------------------------------------------------
-
-// Batch systems announce the end of their time by SIGUSR1 or SIGUSR2.
-constexpr std::array<int, 12> kInterrupts = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM, SIGALRM,   SIGPIPE,
-                                             SIGXCPU, SIGXFSZ, SIGUSR1, SIGUSR2, SIGVTALRM, SIGPROF};
-
-// The file to remove when the run is interrupted. Plain data, because a signal handler may touch nothing
-// else.
-int unfinishedFolder = -1;
-char unfinishedName[NAME_MAX + 1];
-
-extern "C" void removeUnfinished(int number) {
-  unlinkat(unfinishedFolder, unfinishedName, 0);
-  signal(number, SIG_DFL);
-  raise(number);
-}
-
-/// While it lives, an interrupt removes the file before it ends the process. An interrupt that the
-/// process was started to ignore stays ignored.
-class RemovedOnInterrupt {
- public:
-  RemovedOnInterrupt(int folder, const std::string& name) {
-    unfinishedFolder = folder;
-    name.copy(unfinishedName, NAME_MAX);
-    for (std::size_t i = 0; i < kInterrupts.size(); ++i) {
-      struct sigaction remove {};
-      remove.sa_handler = removeUnfinished;
-      sigemptyset(&remove.sa_mask);
-      sigaction(kInterrupts[i], nullptr, &before[i]);
-      if (before[i].sa_handler != SIG_IGN) sigaction(kInterrupts[i], &remove, nullptr);
-    }
+/// `name` is that of the file in messages.
+void writeInto(std::ofstream& file, const std::string& name, const Writer& write) {
+  if (file.is_open()) {
+    errno = 0;
+    write(file);
   }
-  ~RemovedOnInterrupt() {
-    for (std::size_t i = 0; i < kInterrupts.size(); ++i) sigaction(kInterrupts[i], &before[i], nullptr);
-    std::memset(unfinishedName, 0, sizeof unfinishedName);
-  }
-  RemovedOnInterrupt(const RemovedOnInterrupt&) = delete;
-  RemovedOnInterrupt& operator=(const RemovedOnInterrupt&) = delete;
-
- private:
-  std::array<struct sigaction, kInterrupts.size()> before{};
-};
-
-/// While it lives, signals wait.
-class SignalsWait {
- public:
-  SignalsWait() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_BLOCK, &all, &before);
-  }
-  ~SignalsWait() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-  SignalsWait(const SignalsWait&) = delete;
-  SignalsWait& operator=(const SignalsWait&) = delete;
-
- private:
-  sigset_t before{};
-};
-
-// --- The new file ---------------------------------------------------------------------------------
-
-/// The file to make or replace.
-struct Target {
-  std::string path;   ///< as the user gave it, for messages
-  std::string name;   ///< in the folder
-  Descriptor folder;  ///< the folder itself: it may be renamed meanwhile
-  bool isThere = false;
-  mode_t mode = kNewFile;
-};
-
-Target targetAt(const std::string& file, const std::string& path) {
-  const int folder = open(folderOf(file).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) throwUnwritable(path, errno);
-  Target target{path, baseName(file), Descriptor(folder)};
-  struct stat info {};
-  target.isThere = fstatat(folder, target.name.c_str(), &info, 0) == 0;
-  if (target.isThere) target.mode = info.st_mode & kPermissions;
-  return target;
+  file.close();
+  if (!file) throwUnwritable(name, lastError());
 }
 
-/// Calls `make` with names that nobody has asked for yet until it makes one of them. The name; empty on
-/// failure, with errno.
-std::string makeTemporary(const std::function<int(const char*)>& make) {
-  for (int i = 0; i < kMostNameTries; ++i) {
-    std::string name = ".zorvela-" + std::to_string(getpid()) + "-" + std::to_string(i) + ".tmp";
-    if (make(name.c_str()) >= 0) return name;
-    if (errno != EEXIST) break;
-  }
-  return "";
+/// Beside the target, so that renaming it copies nothing.
+fs::path temporaryBeside(const fs::path& target) {
+  std::random_device random;
+  return target.parent_path() / (".zorvela-" + std::to_string(random()) + std::to_string(random()) + ".tmp");
 }
 
-void fillFile(int descriptor, const Target& target, const Writer& write) {
-  fill(descriptor, target.path, write);
-  if (target.isThere) fchmod(descriptor, target.mode);
-  syncToDisk(descriptor, target.path);
+/// The folder would let us replace a file that was made read-only.
+void requireWritable(const fs::path& file, const std::string& name) {
+  const std::ofstream out(file, std::ios::app);
+  if (!out) throwUnwritable(name, lastError());
 }
 
-/// Puts a temporary name in the place of the target's; removes it on failure.
-void renameTo(const std::string& temporary, const Target& target) {
-  const int folder = target.folder.number();
-  if (renameat(folder, temporary.c_str(), folder, target.name.c_str()) == 0) return;
-  const int error = errno;
-  unlinkat(folder, temporary.c_str(), 0);
-  throwUnwritable(target.path, error);
-}
-
-/// Gives a file without a name the target's name. False where the system cannot.
-bool giveName(int descriptor, const Target& target) {
-  const std::string open = "/proc/self/fd/" + std::to_string(descriptor);
-  const auto link = [&](const char* name) {
-    return linkat(AT_FDCWD, open.c_str(), target.folder.number(), name, AT_SYMLINK_FOLLOW);
-  };
-  const SignalsWait undisturbed;
-  if (!target.isThere && link(target.name.c_str()) == 0) return true;
-  // A link never replaces a file, a rename does.
-  const std::string temporary = makeTemporary(link);
-  if (temporary.empty()) return false;
-  renameTo(temporary, target);
-  return true;
-}
-
-/// False where the file system has no files without a name.
-bool wroteNameless(const Target& target, const Writer& write) {
-  const Descriptor file(openat(target.folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
-  if (!file.isOpen()) return false;
-  fillFile(file.number(), target, write);
-  return giveName(file.number(), target);
-}
-
-void writeNamed(const Target& target, const Writer& write) {
-  const int folder = target.folder.number();
-  int descriptor = -1;
-  const std::string temporary = makeTemporary([&](const char* name) {
-    descriptor = openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile);
-    return descriptor;
-  });
-  if (temporary.empty()) throwUnwritable(target.path, errno);
-  const Descriptor file(descriptor);
-  const RemovedOnInterrupt guard(folder, temporary);
+void replace(const fs::path& target, bool isThere, const std::string& name, const Writer& write) {
+  if (isThere) requireWritable(target, name);
+  const fs::path temporary = temporaryBeside(target);
+  const RemovedOnInterrupt guard(temporary.string());
   try {
-    fillFile(file.number(), target, write);
+    std::ofstream file(temporary, std::ios::binary);
+    std::error_code notSupported;  // some file systems have no permissions
+    const fs::perms permissions = fs::status(target).permissions() & fs::perms::all;
+    if (isThere) fs::permissions(temporary, permissions, notSupported);
+    writeInto(file, name, write);
+    fs::rename(temporary, target);
   } catch (...) {
-    unlinkat(folder, temporary.c_str(), 0);
+    std::error_code notThere;
+    fs::remove(temporary, notThere);
     throw;
   }
-  renameTo(temporary, target);
 }
 
-OutputPlace placeOf(const std::string& path) {
-  try {
-    return outputPlaceOf(path);
-  } catch (const std::system_error& e) {
-    throwUnwritable(path, e.code().value());
+void writeFile(const std::string& path, const Writer& write) {
+  const fs::file_status status = fs::status(path);
+  const bool isThere = fs::exists(status);
+  if (!isThere || fs::is_regular_file(status)) {
+    replace(afterLinks(path), isThere, path, write);
+  } else {
+    std::ofstream device(path, std::ios::binary);
+    writeInto(device, path, write);
   }
 }
 
 }  // namespace
 
+fs::path afterLinks(const fs::path& path) {
+  if (fs::exists(path)) return fs::canonical(path);
+  fs::path place = path;
+  while (fs::is_symlink(fs::symlink_status(place))) place = place.parent_path() / fs::read_symlink(place);
+  return place;
+}
+
 void writeWhole(const std::string& path, const Writer& write) {
-  static std::mutex oneAtATime;
-  const std::lock_guard<std::mutex> lock(oneAtATime);
-  if (path == "-") {
-    flushStandardOutput();
-    fill(STDOUT_FILENO, kStandardOutput, write);
-    return;
-  }
   if (path.empty()) throw Error("the name of an output is empty; give a file, or - for standard output");
-  const OutputPlace place = placeOf(path);
-  if (place.stream.isOpen()) {
-    fill(place.stream.number(), path, write);
+  if (isStandardOutput(path)) {
+    errno = 0;
+    write(std::cout);
+    flushStandardOutput();
     return;
   }
-  const Target target = targetAt(place.file, path);
-  if (!wroteNameless(target, write)) writeNamed(target, write);
+  try {
+    writeFile(path, write);
+  } catch (const fs::filesystem_error& e) {
+    throwUnwritable(path, e.code());
+  }
 }
 
 void flushStandardOutput() {
-  errno = 0;
   std::cout.flush();
-  if (!std::cout) throwUnwritable(kStandardOutput, errno);
+  if (!std::cout) throwUnwritable(kStandardOutput, lastError());
 }
 
 }  // namespace zorvela

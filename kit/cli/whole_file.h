@@ -1,25 +1,27 @@
 // Files that are written as a whole or not at all.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <string>
 
 namespace zorvela {
 
-/// Writes a file as a whole or not at all: `write` fills a file without a name, which gets the name of
-/// `path` when it is complete and on the disk. On any failure, also a full disk, an Error is thrown and
-/// the file that stood there stays. Nothing is left behind, not even by a kill, where the file system has
-/// such files; elsewhere a temporary file in the same folder takes their place, which an interrupt removes.
+/// Writes a file as a whole or not at all: `write` fills a temporary file in the same folder, which takes the
+/// place of `path` when it is complete. On any failure, also a full disk, an Error is thrown and the file
+/// that was there stays. The temporary file is removed then, and by an interrupt.
 ///
-/// The permissions of a replaced file are kept, but not its set-user-id and set-group-id bits. A link is
-/// followed, also one whose target is not there yet. "-" (standard output), a terminal, a pipe, a device
-/// and a path to something open (/dev/stdout, /proc/self/fd/3) are written directly. `write` may be called
-/// twice, for the same bytes. One file at a time: a second call waits for the first, so `write` must not
-/// call it.
+/// A replaced file keeps its permissions, and one that may not be written is not replaced. Links are
+/// followed, also one whose target is not there yet. "-" and /dev/stdout are standard output; a terminal, a
+/// pipe and a device are written directly.
 void writeWhole(const std::string& path, const std::function<void(std::ostream&)>& write);
 
 /// Sends what std::cout holds; an Error where it cannot be written.
 void flushStandardOutput();
+
+/// Follows the links of a path, also to a target that is not there. std::filesystem::filesystem_error for
+/// links in a circle.
+std::filesystem::path afterLinks(const std::filesystem::path& path);
 
 }  // namespace zorvela

@@ -6,10 +6,44 @@
 #include "formats/text/delimited_text.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
+
+struct Signature {
+  std::string_view start;
+  const char* what;
+  bool isStructure = false;
+};
+
+constexpr Signature kSignatures[] = {
+    {"PK\x03\x04", "a zip archive or spreadsheet (xlsx, ods); unpack it, or save the sheet as CSV"},
+    {"\xD0\xCF\x11\xE0", "a spreadsheet (xls); save the sheet as CSV"},
+    {"%PDF", "a PDF file"},
+    {"\xFF\xFE", "text in UTF-16; save it as UTF-8"},
+    {"\xFE\xFF", "text in UTF-16; save it as UTF-8"},
+    {"BZh", "packed with bzip2; unpack it first"},
+    {"\xFD"
+     "7zXZ",
+     "packed with xz; unpack it first"},
+    {"\x1F\x9D", "packed with compress; unpack it first"},
+    {"MMTF", "an MMTF file"},
+    {"{", "a JSON file"},
+    {"<", "an HTML or XML file, perhaps the error page of a web server"},
+    {"HEADER ", "a PDB coordinate file", true},
+    {"ATOM  ", "a PDB coordinate file", true},
+    {">", "a FASTA sequence"},
+    {"@<TRIPOS>", "a MOL2 file"},
+};
+
+/// UTF-16 without a byte order mark: every other byte of ASCII is zero.
+bool isWide(std::string_view bytes) {
+  if (bytes.size() < 4) return false;
+  const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
+  return isZero(0) != isZero(1) && isZero(0) == isZero(2) && isZero(1) == isZero(3);
+}
 
 // Titles and comments may stand above; a restraint list shows what it is well within these lines.
 constexpr std::size_t kLinesLookedAt = 5000;
@@ -58,6 +92,19 @@ std::string kindOf(std::string_view line) {
 }
 
 }  // namespace
+
+void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy) {
+  const auto refuse = [&](const char* what) {
+    const char* kind = wanted == Wanted::shifts ? "shift" : "structure";
+    throw FileError(file, 0, std::string("is no ") + kind + " file but " + what, remedy);
+  };
+  for (const Signature& signature : kSignatures)
+    if (bytes.substr(0, signature.start.size()) == signature.start &&
+        !(signature.isStructure && wanted == Wanted::structure))
+      refuse(signature.what);
+  if (isWide(bytes)) refuse("text in UTF-16; save it as UTF-8");
+  if (contains(bytes, std::string_view("\0", 1))) throw FileError(file, 0, "is no text file", remedy);
+}
 
 std::optional<ForeignText> foreignText(std::string_view text) {
   std::size_t number = 0;

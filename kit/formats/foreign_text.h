@@ -1,4 +1,4 @@
-// Text files of the field that hold no shifts, by what they are.
+// Files that people give by mistake, by what they are.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +7,13 @@
 #include <string_view>
 
 namespace zorvela {
+
+/// What a file should hold.
+enum class Wanted { shifts, structure };
+
+/// FileError for bytes that begin as a file of another kind does (zip, PDF, JSON ...) or are no text in
+/// UTF-8. `remedy` says what to give, and `file` is how messages name it.
+void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy);
 
 /// What a text is, and the line that gives it away.
 struct ForeignText {

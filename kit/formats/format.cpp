@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "formats/foreign_text.h"
 #include "formats/star/star_document.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -14,45 +15,6 @@ namespace {
 
 constexpr const char* kFormatRemedy =
     "give NMR-STAR, NEF, text with a header line (resid,resname,atom,shift) or the program's shift table";
-
-struct Signature {
-  std::string_view start;
-  const char* what;
-};
-
-// Files that people give by mistake, by how they begin.
-constexpr Signature kForeignFiles[] = {
-    {"PK\x03\x04", "a zip archive or spreadsheet (xlsx, ods); save the sheet as CSV"},
-    {"\xD0\xCF\x11\xE0", "a spreadsheet (xls); save the sheet as CSV"},
-    {"%PDF", "a PDF file"},
-    {"\xFF\xFE", "text in UTF-16; save it as UTF-8"},
-    {"\xFE\xFF", "text in UTF-16; save it as UTF-8"},
-    {"BZh", "packed with bzip2; unpack it first"},
-    {"\xFD"
-     "7zXZ",
-     "packed with xz; unpack it first"},
-    {"{", "a JSON file"},
-    {"<", "an HTML or XML file, perhaps the error page of a web server"},
-    {"HEADER ", "a PDB coordinate file"},
-    {"ATOM  ", "a PDB coordinate file"},
-    {">", "a FASTA sequence"},
-};
-
-/// UTF-16 without a byte order mark: every other byte of ASCII is zero.
-bool isWide(std::string_view bytes) {
-  if (bytes.size() < 4) return false;
-  const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
-  return isZero(0) != isZero(1) && isZero(0) == isZero(2) && isZero(1) == isZero(3);
-}
-
-void checkForeign(std::string_view bytes, const std::string& file) {
-  for (const Signature& signature : kForeignFiles)
-    if (bytes.substr(0, signature.start.size()) == signature.start)
-      throw FileError(file, 0, std::string("is no shift file but ") + signature.what, kFormatRemedy);
-  if (isWide(bytes))
-    throw FileError(file, 0, "is no shift file but text in UTF-16; save it as UTF-8", kFormatRemedy);
-  if (bytes.find('\0') != std::string_view::npos) throw FileError(file, 0, "is no text file", kFormatRemedy);
-}
 
 /// Drops a byte order mark and turns the lone CR of old files into LF.
 void normalise(std::string& text) {
@@ -70,7 +32,7 @@ std::size_t firstLineOf(std::string_view text) {
 }  // namespace
 
 std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
-  checkForeign(bytes, file);
+  refuseForeign(bytes, file, Wanted::shifts, kFormatRemedy);
   normalise(bytes);
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", "give a file with chemical shifts");
   std::vector<Source> sources;

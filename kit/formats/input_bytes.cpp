@@ -1,54 +1,37 @@
 #include "formats/input_bytes.h"
 
-#include <cerrno>
-#include <cstdint>
-#include <filesystem>
-#include <memory>
 #include <system_error>
 
-#include "util/read_some.h"
+#include "util/read_whole.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kChunk = std::size_t{1} << 16;
-
-[[noreturn]] void throwUnreadable(const std::string& file, int number) {
-  const std::string what = "cannot be read: " + std::generic_category().message(number);
-  if (number == EMFILE || number == ENFILE || number == ENOMEM)
-    throw ScarcityError(file, 0, what, "give fewer files at a time");
-  throw FileError(file, 0, what, "check the name and the permissions");
-}
-
-/// `expected` bytes, where their number is known: room is made for them at once.
-std::string allOf(std::FILE* stream, const std::string& file, std::uintmax_t expected) {
-  std::string bytes;
-  if (expected <= kLargestInput) bytes.reserve(static_cast<std::size_t>(expected));
-  char chunk[kChunk];
-  while (const std::size_t count = readSome(chunk, sizeof chunk, stream)) {
-    if (bytes.size() + count > kLargestInput) throw inputError(InputFault::tooLarge, file);
-    bytes.append(chunk, count);
-  }
-  if (std::ferror(stream) != 0) throwUnreadable(file, errno);
-  return bytes;
+FileError unreadable(const std::string& file, const std::error_code& error) {
+  if (error == std::errc::file_too_large) return inputError(InputFault::tooLarge, file);
+  if (error == std::errc::is_a_directory)
+    return {file, 0, "is a folder", "name the files in it, such as " + file + "/*"};
+  return {file, 0, "cannot be read: " + error.message(), "check the name and the permissions"};
 }
 
 }  // namespace
 
 std::string fileBytes(const std::string& path) {
-  std::error_code unknown;
-  if (std::filesystem::is_directory(path, unknown))
-    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (!file) throwUnreadable(path, errno);
-  const std::uintmax_t size = std::filesystem::file_size(path, unknown);
-  return allOf(file.get(), path, unknown ? 0 : size);
+  try {
+    return readWhole(path, kLargestInput);
+  } catch (const std::system_error& e) {
+    throw unreadable(path, e.code());
+  }
 }
 
 std::string streamBytes(std::FILE* stream, const std::string& file) {
-  return allOf(stream, file, 0);
+  try {
+    return readWhole(stream, kLargestInput);
+  } catch (const std::system_error& e) {
+    throw unreadable(file, e.code());
+  }
 }
 
 bool isGzipped(const std::string& bytes) {

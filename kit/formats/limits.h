@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 
 namespace zorvela {
 
@@ -18,8 +19,6 @@ constexpr std::size_t mostShiftRows(std::size_t bytes) {
   return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
 }
 inline constexpr std::size_t kLongestSequence = 40000;
-/// Of all chains that a file describes.
-inline constexpr std::size_t kMostResidues = 100000;
 /// In all tables that are made from one file, gaps included: 10,000 whatever its size, and one more for every
 /// 150 bytes, which a residue with its shifts takes; each costs the prediction some kB.
 inline constexpr std::size_t kMostResiduesMade = 40000;
@@ -28,13 +27,45 @@ inline constexpr std::size_t kBytesPerResidueMade = 150;
 inline constexpr std::size_t kMostListsOrChains = 1000;
 /// Each chain may be asked for in each list.
 inline constexpr std::size_t kMostChainsTimesLists = 10000;
-/// Ends of disulfide bonds, counted for each copy of a molecule.
-inline constexpr std::size_t kMostBondEnds = 100000;
 /// Names of chains, lists and molecules are cut after so many bytes.
 inline constexpr std::size_t kLongestName = 200;
 
-/// Words of a STAR file, and save frames with its data blocks.
-inline constexpr std::size_t kMostWords = 20000000;
-inline constexpr std::size_t kMostFrames = 100000;
+/// The most of something that a file may have, and the words of the message beyond it.
+struct Limit {
+  std::size_t most;
+  const char* has;
+  const char* what;
+  const char* remedy;
+};
+
+inline constexpr const char* kOneProteinRemedy = "split it into one file per protein";
+inline constexpr const char* kPartRemedy = "give the part with the protein only";
+inline constexpr const char* kShiftPartRemedy = "give the part with the sequence and the shifts only";
+
+// clang-format off
+namespace limits {
+inline constexpr Limit kWords =      {20000000, "has", "words", kShiftPartRemedy};
+inline constexpr Limit kFrames =     {100000, "has", "save frames", kShiftPartRemedy};
+inline constexpr Limit kEntries =    {kMostListsOrChains, "holds", "entries", "split it into several files"};
+inline constexpr Limit kMolecules =  {kMostListsOrChains, "describes", "molecules", kPartRemedy};
+inline constexpr Limit kChains =     {kMostListsOrChains, "describes", "chains", kPartRemedy};
+inline constexpr Limit kNamedChains = {kMostListsOrChains, "has", "chains", "check the column of chain names"};
+inline constexpr Limit kResidues =   {100000, "describes", "residues", kPartRemedy};
+inline constexpr Limit kBondEnds =   {100000, "has", "ends of disulfide bonds in all copies", kPartRemedy};
+inline constexpr Limit kLists =      {kMostListsOrChains, "has", "shift lists", kOneProteinRemedy};
+inline constexpr Limit kShiftRows =  {kMostShiftRows, "has", "shift rows", kOneProteinRemedy};
+inline constexpr Limit kModels =     {10000, "has", "models", "give a part of them"};
+// clang-format on
+
+/// For a file of so many bytes. A residue with one atom takes up to 1 kB of memory, of text at least some 15
+/// bytes; in the archive's columns it is 70 or more.
+constexpr Limit structureResidues(std::size_t bytes) {
+  return {30000 + bytes / 50, "has", "residues, too many for its size",
+          "give the models or chains that have shifts"};
+}
+}  // namespace limits
+
+/// FileError for more than the limit; `file` is how messages name it, `line` where the first too many is.
+void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
 
 }  // namespace zorvela

@@ -1,10 +1,9 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
+#include <array>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -12,7 +11,7 @@
 
 #include "predict/table_checks.h"
 #include "util/checksum.h"
-#include "util/read_some.h"
+#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -48,33 +47,18 @@ namespace {
 constexpr std::size_t kMostBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostWords = 3000;
 
-[[noreturn]] void throwSystemError(const std::string& path, int number) {
-  throw TableError(path, 0, std::generic_category().message(number), "");
-}
-
 [[noreturn]] void throwTooLarge(const std::string& path) {
   throw TableError(path, 0, "is too large for a reference table", "");
 }
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-/// The whole text of a file; a read error is no end of file.
+/// The whole text of a file; a read error is not its end.
 std::string textOf(const std::string& path) {
-  struct stat info {};
-  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno);
-  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", "");
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
-  if (!file) throwSystemError(path, errno);
-  std::string text;
-  std::array<char, 1 << 14> block{};
-  while (const std::size_t count = readSome(block.data(), block.size(), file.get())) {
-    text.append(block.data(), count);
-    if (text.size() > kMostBytes) throwTooLarge(path);
+  try {
+    return readWhole(path, kMostBytes);
+  } catch (const std::system_error& e) {
+    if (e.code() == std::errc::file_too_large) throwTooLarge(path);
+    throw TableError(path, 0, e.code().message(), "");
   }
-  if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
-  return text;
 }
 
 /// Before anything is made of it: the words but those of remarks, and the letters of a sequence.
@@ -112,8 +96,8 @@ GDB parseTable(const std::string& text, const std::string& file) {
 // --- All seven ----------------------------------------------------------------------------------
 
 Tables tablesFromFolder(const std::string& folder) {
-  struct stat info {};
-  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
+  std::error_code unknown;
+  if (!std::filesystem::is_directory(folder, unknown))
     throw TableError(folder, 0, "there is no such folder", "");
   const auto tables = std::make_shared<ReferenceTables>();
   for (const auto& [name, table] : namedTables(*tables)) {

@@ -55,7 +55,7 @@ Value errorCell(const FileReport& file, const std::string& column) {
 }  // namespace
 
 void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
-  const std::vector<std::string> columns = csvColumns();
+  const std::vector<std::string> columns = csvColumns(!report.structures.empty());
   {
     Line header(out);
     for (const std::string& column : columns) header.add(Value(column));
@@ -66,6 +66,7 @@ void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
     line.add(prolineFields(), proline);
     line.add(offsetColumns(), protein);
     line.add(evidenceColumns(), proline);
+    if (proline.structure) line.add(structureFields(), *proline.structure);
   });
   forEachError(report, [&](const FileReport& file) {
     Line line(out);

@@ -2,34 +2,14 @@
 #include "report/fields.h"
 
 #include <cmath>
+#include <cstdlib>
 
 #include "report/words.h"
+#include "util/number.h"
 
 namespace zorvela {
 
 namespace {
-
-Value orNothing(const std::string& text) {
-  if (text.empty()) return {};
-  return text;
-}
-
-template <class Number>
-Value orNothing(const std::optional<Number>& number) {
-  if (!number) return {};
-  return *number;
-}
-
-/// JSON has no infinity and no "not a number".
-Value orNothing(float number) {
-  if (!std::isfinite(number)) return {};
-  return number;
-}
-
-Value orNothing(double number) {
-  if (!std::isfinite(number)) return {};
-  return number;
-}
 
 Value offsetValue(const ProteinResult& protein, const char* atom) {
   const ReferencingOffset* offset = offsetOf(protein, atom);
@@ -52,7 +32,39 @@ Value atomsToCorrect(const ProteinResult& protein) {
   return orNothing(atoms);
 }
 
+/// A value of every site: "A;B".
+Value joined(const StructureFinding& finding, std::string BondSite::*value) {
+  std::string text;
+  for (std::size_t i = 0; i < finding.sites.size(); ++i) text += (i > 0 ? ";" : "") + finding.sites[i].*value;
+  return orNothing(text);
+}
+
+Value rounded(const std::optional<double>& value, int decimals) {
+  if (!value) return {};
+  return std::strtod(fixedText(*value, decimals).c_str(), nullptr);
+}
+
+template <BondState state>
+Value modelsIn(const StructureFinding& finding) {
+  return static_cast<int>(countBonds(finding, state));
+}
+
 }  // namespace
+
+Value orNothing(const std::string& text) {
+  if (text.empty()) return {};
+  return text;
+}
+
+Value orNothing(float number) {
+  if (!std::isfinite(number)) return {};
+  return number;
+}
+
+Value orNothing(double number) {
+  if (!std::isfinite(number)) return {};
+  return number;
+}
 
 const std::vector<Field<ProteinResult>>& proteinFields() {
   using Chain = const ProteinResult&;
@@ -110,6 +122,24 @@ const std::vector<Field<ProlineResult>>& evidenceColumns() {
   return fields;
 }
 
+const std::vector<Field<StructureFinding>>& structureFields() {
+  using Finding = const StructureFinding&;
+  static const std::vector<Field<StructureFinding>> fields = {
+      {"structure", In::csvAndJson, [](Finding finding) -> Value { return toText(finding.call); }},
+      {"verdict", In::csvAndJson, [](Finding finding) -> Value { return toText(finding.verdict); }},
+      {"models_cis", In::csvAndJson, modelsIn<BondState::cis>},
+      {"models_trans", In::csvAndJson, modelsIn<BondState::trans>},
+      {"models_twisted", In::csvAndJson, modelsIn<BondState::twisted>},
+      {"omega", In::csvAndJson, [](Finding finding) { return rounded(meanOmega(finding), 2); }},
+      {"ca_distance", In::csvAndJson, [](Finding finding) { return rounded(meanCaToCa(finding), 3); }},
+      {"structure_file", In::csv, [](Finding finding) { return joined(finding, &BondSite::file); }},
+      {"structure_chain", In::csv, [](Finding finding) { return joined(finding, &BondSite::chain); }},
+      {"structure_resid", In::csv, [](Finding finding) { return joined(finding, &BondSite::number); }},
+      {"structure_residue", In::csv, [](Finding finding) { return joined(finding, &BondSite::residue); }},
+      {"structure_sentence", In::csvAndJson, [](Finding finding) -> Value { return finding.sentence; }}};
+  return fields;
+}
+
 const std::vector<Field<ShiftContribution>>& shiftFields() {
   using Contribution = const ShiftContribution&;
   static const std::vector<Field<ShiftContribution>> fields = {
@@ -147,7 +177,7 @@ const std::vector<Field<ReferencingOffset>>& offsetFields() {
   return fields;
 }
 
-std::vector<std::string> csvColumns() {
+std::vector<std::string> csvColumns(bool withStructures) {
   std::vector<std::string> names;
   const auto addNames = [&](const auto& fields) {
     for (const auto& field : fields)
@@ -157,6 +187,7 @@ std::vector<std::string> csvColumns() {
   addNames(prolineFields());
   addNames(offsetColumns());
   addNames(evidenceColumns());
+  if (withStructures) addNames(structureFields());
   return names;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -13,6 +14,16 @@ namespace zorvela {
 
 /// What a field holds: nothing, a count, a number or a text.
 using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
+
+Value orNothing(const std::string& text);
+/// JSON has no infinity and no "not a number".
+Value orNothing(float number);
+Value orNothing(double number);
+template <class Number>
+Value orNothing(const std::optional<Number>& number) {
+  if (!number) return {};
+  return *number;
+}
 
 /// Where a field is written.
 enum class In { csvAndJson, csv, json };
@@ -36,6 +47,8 @@ const std::vector<Field<ProlineResult>>& prolineFields();
 const std::vector<Field<ProteinResult>>& offsetColumns();
 /// Of a proline, the very last in CSV: its evidence in short, and the file's own flag.
 const std::vector<Field<ProlineResult>>& evidenceColumns();
+/// Of a proline, after all others, where there are structures; the sites are in JSON.
+const std::vector<Field<StructureFinding>>& structureFields();
 /// Of one shift in `evidence`, and of one in `next`, in JSON alone.
 const std::vector<Field<ShiftContribution>>& shiftFields();
 const std::vector<Field<NextShift>>& nextFields();
@@ -43,7 +56,7 @@ const std::vector<Field<NextShift>>& nextFields();
 const std::vector<Field<ReferencingOffset>>& offsetFields();
 
 /// The names of all columns of a CSV file, in their order.
-std::vector<std::string> csvColumns();
+std::vector<std::string> csvColumns(bool withStructures);
 
 /// The offset of an atom; nullptr where the chain has none.
 const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom);

@@ -25,8 +25,40 @@ constexpr double kSmallest = 0.0005;
 
 // --- Small pieces -------------------------------------------------------------------------------
 
-std::string paragraph(const std::string& text, const std::string& attributes = "") {
-  return "<p" + (attributes.empty() ? "" : " " + attributes) + ">" + escaped(text) + "</p>\n";
+std::string classed(const std::string& cssClass) {
+  return cssClass.empty() ? "" : " class=\"" + cssClass + "\"";
+}
+
+std::string paragraph(const std::string& text, const std::string& cssClass = "") {
+  return "<p" + classed(cssClass) + ">" + escaped(text) + "</p>\n";
+}
+
+std::string bulletList(const std::vector<std::string>& items) {
+  std::string list = "<ul>\n";
+  for (const std::string& item : items) list += "<li>" + escaped(item) + "</li>\n";
+  return list + "</ul>\n";
+}
+
+using Cells = std::vector<std::string>;
+
+/// A table of cells that are markup. `classes` are those of the columns; a title stands to the right (r)
+/// where its cells do.
+std::string htmlTable(const Cells& titles, const Cells& classes, const std::vector<Cells>& rows,
+                      const std::string& cssClass = "") {
+  std::string text = "<div class=\"wide\"><table" + classed(cssClass) + "><thead><tr>";
+  for (std::size_t i = 0; i < titles.size(); ++i)
+    text += "<th" + classed(classes[i][0] == 'r' ? classes[i] : "") + ">" + titles[i] + "</th>";
+  text += "</tr></thead>\n<tbody>\n";
+  for (const Cells& row : rows) {
+    text += "<tr>";
+    for (std::size_t i = 0; i < row.size(); ++i) text += "<td" + classed(classes[i]) + ">" + row[i] + "</td>";
+    text += "</tr>\n";
+  }
+  return text + "</tbody></table></div>\n";
+}
+
+std::string fold(const std::string& title, const std::string& content) {
+  return "<details><summary>" + title + "</summary>\n" + content + "</details>\n";
 }
 
 std::string symbol(Call call) {
@@ -68,11 +100,6 @@ bool hasFindings(const ProteinResult& protein) {
                      [](const ProlineResult& proline) { return proline.structure.has_value(); });
 }
 
-std::string structureAnswer(const ProteinResult& protein) {
-  const std::string sentence = structureSentence(protein);
-  return sentence.empty() ? "No call could be compared with a structure." : sentence;
-}
-
 /// "1 of 6 prolines is cis: P117. Undecided: P31."
 std::string answer(const ProteinResult& protein) {
   const std::size_t count = protein.prolines.size();
@@ -88,7 +115,10 @@ std::string answer(const ProteinResult& protein) {
   else
     text = "None of " + counted(count, "proline", "prolines") + " is called cis.";
   if (countOf(protein, Call::undecided) > 0) text += " Undecided: " + namesOf(protein, Call::undecided) + ".";
-  if (hasFindings(protein)) text += " " + structureAnswer(protein);
+  if (hasFindings(protein)) {
+    const std::string sentence = structureSentence(protein);
+    text += " " + (sentence.empty() ? "No call could be compared with a structure." : sentence);
+  }
   return text;
 }
 
@@ -162,23 +192,21 @@ std::string verdictSentence(Verdict verdict) {
   return "Not in the structure.";
 }
 
-std::string structureParagraph(const StructureFinding& finding) {
-  return "<p><b>" + verdictSentence(finding.verdict) + "</b> " + escaped(finding.sentence) + "</p>\n";
-}
-
 std::string card(const ProlineResult& proline) {
   if (!proline.evidence) return "";
   std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
                      escaped("P" + proline.number + " " +
                              (proline.call == Call::none ? "no prediction" : toText(proline.call)));
   if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
-  text += "</h3>\n" + paragraph(tripletText(proline), "class=\"faint\"");
-  text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "class=\"say\"");
+  text += "</h3>\n" + paragraph(tripletText(proline), "faint");
+  text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
-  if (proline.structure) text += structureParagraph(*proline.structure);
+  if (proline.structure)
+    text += "<p><b>" + verdictSentence(proline.structure->verdict) + "</b> " +
+            escaped(proline.structure->sentence) + "</p>\n";
   text += evidencePicture(proline);
   if (hasClipped(*proline.evidence))
-    text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "class=\"faint\"");
+    text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
   return text + "</article>\n";
 }
 
@@ -196,66 +224,63 @@ std::string cards(const ProteinResult& protein) {
   return text;
 }
 
-std::string cell(const std::string& text, const std::string& attributes = "") {
-  return "<td" + (attributes.empty() ? "" : " " + attributes) + ">" + escaped(text) + "</td>";
-}
-
 std::string geometry(const StructureFinding& finding) {
-  if (finding.omega) return fixedText(*finding.omega, 0) + "°";
-  return finding.caToCa ? "CA–CA " + fixedText(*finding.caToCa, 1) + " Å" : "–";
+  if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
+  const auto step = meanCaToCa(finding);
+  return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
 }
 
-std::string structureCells(const ProlineResult& proline) {
-  if (!proline.structure) return cell("–") + cell("–", "class=\"r x\"") + cell("–");
-  const StructureFinding& finding = *proline.structure;
-  return cell(finding.call == StructureCall::none ? "–" : toText(finding.call)) +
-         cell(geometry(finding), "class=\"r x\"") +
-         cell(toText(finding.verdict), finding.verdict == Verdict::disagree ? "class=\"b\"" : "");
+Cells structureCells(const StructureFinding& finding) {
+  const std::string verdict = toText(finding.verdict);
+  return {finding.call == StructureCall::none ? "–" : toText(finding.call), geometry(finding),
+          finding.verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict};
 }
 
-std::string tableRow(const ProlineResult& proline, bool withStructure) {
-  const auto shift = [](const std::optional<float>& value) {
-    return value ? fixedText(static_cast<double>(*value), 2) : "–";
-  };
+Cells tableRow(const ProlineResult& proline) {
+  const std::string cg = proline.cgShift ? fixedText(static_cast<double>(*proline.cgShift), 2) : "–";
+  const std::string call = proline.reason.empty() ? toText(proline.call) : proline.reason;
   std::string strongest = strongestOf(proline);
   std::replace(strongest.begin(), strongest.end(), ';', ' ');
-  return "<tr><td>" + symbol(proline.call) + " " + escaped("P" + proline.number) + "</td>" +
-         cell(residueName(proline.previous, proline.previousNumber)) +
-         cell(residueName(proline.next, proline.nextNumber)) + cell(shift(proline.cgShift)) +
-         cell(probability(proline.pCis)) + cell(probability(proline.pCisNorm)) +
-         cell(proline.reason.empty() ? toText(proline.call) : proline.reason) + cell(strongest) +
-         cell(nextShiftOf(proline)) + (withStructure ? structureCells(proline) : "") + "</tr>\n";
+  const std::string before = residueName(proline.previous, proline.previousNumber);
+  const std::string after = residueName(proline.next, proline.nextNumber);
+  const std::string name = symbol(proline.call) + " " + escaped("P" + proline.number);
+  return {name,
+          escaped(before),
+          escaped(after),
+          cg,
+          escaped(probability(proline.pCis)),
+          escaped(probability(proline.pCisNorm)),
+          call,
+          strongest,
+          nextShiftOf(proline)};
 }
 
 /// The style sheet knows the columns by their numbers.
 std::string table(const ProteinResult& protein) {
   if (protein.prolines.empty()) return "";
+  Cells titles = {"Proline",          "Before",           "After", "CG (ppm)", "P_CIS", "P_CIS_NORM", "Call",
+                  "Strongest (nats)", "Next shift (bits)"};
   const bool withStructure = hasFindings(protein);
-  std::string text =
-      std::string("<h2>All prolines</h2>\n<div class=\"wide\"><table class=\"prolines") +
-      (withStructure ? " compared" : "") +
-      "\"><thead><tr><th>Proline</th>"
-      "<th>Before</th><th>After</th><th>CG (ppm)</th><th>P_CIS</th><th>P_CIS_NORM</th><th>Call</th>"
-      "<th>Strongest (nats)</th><th>Next shift (bits)</th>";
-  if (withStructure) text += "<th>Structure</th><th class=\"r x\">|omega|</th><th>Verdict</th>";
-  text += "</tr></thead>\n<tbody>\n";
-  for (const ProlineResult& proline : protein.prolines) text += tableRow(proline, withStructure);
-  return text + "</tbody></table></div>\n";
-}
-
-std::string bulletList(const std::vector<std::string>& items) {
-  std::string list = "<ul>\n";
-  for (const std::string& item : items) list += "<li>" + escaped(item) + "</li>\n";
-  return list + "</ul>\n";
+  if (withStructure) titles.insert(titles.end(), {"Structure", "|omega|", "Verdict"});
+  Cells classes(titles.size());
+  if (withStructure) classes[titles.size() - 2] = "r x";
+  std::vector<Cells> rows;
+  for (const ProlineResult& proline : protein.prolines) {
+    rows.push_back(tableRow(proline));
+    if (!proline.structure) continue;
+    for (std::string& cell : structureCells(*proline.structure)) rows.back().push_back(std::move(cell));
+  }
+  return "<h2>All prolines</h2>\n" +
+         htmlTable(titles, classes, rows, withStructure ? "prolines compared" : "prolines");
 }
 
 std::string structures(const ProteinResult& protein) {
-  if (protein.structureChains.empty() && protein.structureNotes.empty()) return "";
-  std::string text = "<h2>Against the structure</h2>\n";
-  if (!protein.structureChains.empty())
-    text += paragraph("Compared with " + enumerated(protein.structureChains, protein.structureChains.size()) +
-                      ".");
-  return text + (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
+  if (protein.structureNotes.empty() && protein.matches.empty()) return "";
+  std::vector<std::string> chains;
+  for (const ChainMatch& match : protein.matches) chains.push_back(toText(match));
+  return "<h2>Against the structure</h2>\n" +
+         (chains.empty() ? "" : paragraph("Compared with " + enumerated(chains, chains.size()) + ".")) +
+         (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
 }
 
 std::string notes(const ProteinResult& protein) {
@@ -263,14 +288,14 @@ std::string notes(const ProteinResult& protein) {
   const std::string list = bulletList(protein.notes);
   const std::string title = counted(protein.notes.size(), "note", "notes") + " of the import";
   if (protein.notes.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
-  return "<details><summary>" + title + "</summary>\n" + list + "</details>\n";
+  return fold(title, list);
 }
 
 std::string chainBody(const ProteinResult& protein, const ClassStatistics& classes) {
-  return paragraph(answer(protein), "class=\"lead\"") +
+  return paragraph(answer(protein), "lead") +
          paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
                        counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
-                   "class=\"faint\"") +
+                   "faint") +
          figures(protein, classes) + cards(protein) + table(protein) + structures(protein) + notes(protein);
 }
 
@@ -285,27 +310,29 @@ std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
 std::string indexTable(const std::vector<const ProteinResult*>& chains) {
   const bool withStructure = std::any_of(chains.begin(), chains.end(),
                                          [](const ProteinResult* chain) { return hasFindings(*chain); });
-  std::string text =
-      "<h2>Index</h2>\n<div class=\"wide\"><table><thead><tr><th>Chain</th><th class=\"r x\">Residues</th>"
-      "<th class=\"r\">Prolines</th><th>Cis</th><th>Undecided</th>";
-  text += withStructure ? "<th>Structure disagrees</th></tr></thead>\n<tbody>\n" : "</tr></thead>\n<tbody>\n";
-  const auto orNone = [](const std::string& names) { return names.empty() ? "–" : names; };
-  for (std::size_t i = 0; i < chains.size(); ++i) {
-    const ProteinResult& protein = *chains[i];
-    text += "<tr><td class=\"f\"><a href=\"#chain" + std::to_string(i + 1) + "\">" +
-            escaped(chainName(protein)) + "</a></td>" +
-            cell(std::to_string(protein.length), "class=\"r x\"") +
-            cell(std::to_string(protein.prolines.size()), "class=\"r\"") +
-            cell(orNone(namesOf(protein, Call::cis))) + cell(orNone(namesOf(protein, Call::undecided))) +
-            (withStructure ? cell(orNone(namesOf(protein, Verdict::disagree))) : "") + "</tr>\n";
+  Cells titles = {"Chain", "Residues", "Prolines", "Cis", "Undecided"};
+  if (withStructure) titles.emplace_back("Structure disagrees");
+  const auto names = [](const ProteinResult& protein, auto which) {
+    const std::string text = namesOf(protein, which);
+    return text.empty() ? "–" : escaped(text);
+  };
+  std::vector<Cells> rows;
+  for (const ProteinResult* chain : chains) {
+    rows.push_back(
+        {"<a href=\"#chain" + std::to_string(rows.size() + 1) + "\">" + escaped(chainName(*chain)) + "</a>",
+         std::to_string(chain->length), std::to_string(chain->prolines.size()), names(*chain, Call::cis),
+         names(*chain, Call::undecided)});
+    if (withStructure) rows.back().push_back(names(*chain, Verdict::disagree));
   }
-  return text + "</tbody></table></div>\n";
+  return "<h2>Index</h2>\n" + htmlTable(titles, {"f", "r x", "r", "", "", ""}, rows);
 }
 
 std::string structureNotes(const RunReport& report) {
-  return report.structureNotes.empty()
-             ? ""
-             : "<h2>Notes on the structures</h2>\n" + bulletList(report.structureNotes);
+  std::vector<std::string> notes;
+  for (const ProteinStructure& structure : report.structures)
+    for (const std::string& note : structure.notes) notes.push_back(structure.file + ": " + note);
+  notes.insert(notes.end(), report.chainsWithoutShifts.begin(), report.chainsWithoutShifts.end());
+  return notes.empty() ? "" : "<h2>Notes on the structures</h2>\n" + bulletList(notes);
 }
 
 /// Chains with something to look at stand open.
@@ -324,10 +351,9 @@ std::string countsOf(const RunReport& report) {
 }
 
 std::string errors(const RunReport& report) {
-  if (countErrors(report) == 0) return "";
-  std::string text = "<h2>Not predicted</h2>\n<ul>\n";
-  forEachError(report, [&](const FileReport& file) { text += "<li>" + escaped(file.error) + "</li>\n"; });
-  return text + "</ul>\n";
+  std::vector<std::string> messages;
+  forEachError(report, [&](const FileReport& file) { messages.push_back(file.error); });
+  return messages.empty() ? "" : "<h2>Not predicted</h2>\n" + bulletList(messages);
 }
 
 std::string key(const RunReport& report) {
@@ -339,11 +365,9 @@ std::string key(const RunReport& report) {
            "r=\"4.5\"/><use href=\"#" +
            mark + "\"/></svg> " + escaped(text) + "</li>";
   };
-  bool withStructure = false;
-  forEachProtein(
-      report, [&](const ProteinResult& protein) { withStructure = withStructure || hasFindings(protein); });
-  const std::string marks =
-      withStructure ? markItem("va", "the structure agrees") + markItem("vd", "the structure disagrees") : "";
+  const std::string marks = !report.structures.empty() ? markItem("va", "the structure agrees") +
+                                                             markItem("vd", "the structure disagrees")
+                                                       : "";
   return "<ul class=\"key\">" + item(Call::cis, "cis: P_CIS_NORM at least " + numberText(kCisFrom)) +
          item(Call::trans, "trans: at most " + numberText(kTransUpTo)) +
          item(Call::undecided, "undecided: between") + item(Call::none, "no prediction") + marks + "</ul>\n";
@@ -375,40 +399,33 @@ std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
 }
 
 std::string accuracyTable(const RunReport& report) {
-  std::string text =
-      "<div class=\"wide\"><table><thead><tr><th>Known of the proline</th><th class=\"r\">Prolines here</th>"
-      "<th class=\"r\">Cis found</th><th class=\"r\">Trans left alone</th>"
-      "<th class=\"r x\">Measured on</th></tr></thead>\n<tbody>\n";
+  std::vector<Cells> rows;
   for (const Accuracy& accuracy : kAccuracy)
-    text += "<tr>" + cell(accuracy.known) + cell(prolinesThatFit(report, accuracy), "class=\"r\"") +
-            cell(accuracy.sensitivity, "class=\"r\"") + cell(accuracy.specificity, "class=\"r\"") +
-            cell(std::string(accuracy.prolines) + " prolines", "class=\"r x\"") + "</tr>\n";
-  return text + "</tbody></table></div>\n";
+    rows.push_back({accuracy.known, prolinesThatFit(report, accuracy), accuracy.sensitivity,
+                    accuracy.specificity, std::string(accuracy.prolines) + " prolines"});
+  return htmlTable({"Known of the proline", "Prolines here", "Cis found", "Trans left alone", "Measured on"},
+                   {"", "r", "r", "r", "r x"}, rows);
 }
 
 std::string classTable(const ClassStatistics& classes) {
-  std::string text =
-      "<details><summary>What cis and trans prolines have</summary>\n<div class=\"wide\"><table><thead><tr>"
-      "<th>Residue</th><th>Atom</th><th class=\"r\">Cis (ppm)</th><th class=\"r\">Trans (ppm)</th>"
-      "</tr></thead>\n"
-      "<tbody>\n";
   const std::array<const char*, 3> residues = {"before", "proline", "after"};
   const auto value = [](const ClassShift& shift) {
     return signedFigure(static_cast<double>(shift.mean), 2) + " ± " +
            figureText(static_cast<double>(shift.deviation), 2);
   };
+  std::vector<Cells> rows;
   for (int index = 0; index <= kIndexCG; ++index) {
     const auto i = static_cast<std::size_t>(index);
     const ShiftPlace place = shiftPlace(index);
     if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
     const int residue = place.residue + 1;
-    text += "<tr>" + cell(residues[static_cast<std::size_t>(residue)]) + cell(place.atom) +
-            cell(value(classes.cis[i]), "class=\"r\"") + cell(value(classes.trans[i]), "class=\"r\"") +
-            "</tr>\n";
+    rows.push_back({residues[static_cast<std::size_t>(residue)], place.atom, value(classes.cis[i]),
+                    value(classes.trans[i])});
   }
-  return text +
-         "</tbody></table></div>\n<p class=\"faint\">Secondary shifts (observed less random coil); of CG the "
-         "shift itself.</p></details>\n";
+  return fold(
+      "What cis and trans prolines have",
+      htmlTable({"Residue", "Atom", "Cis (ppm)", "Trans (ppm)"}, {"", "", "r", "r"}, rows) +
+          "<p class=\"faint\">Secondary shifts (observed less random coil); of CG the shift itself.</p>");
 }
 
 std::string howToRead(const RunReport& report) {
@@ -425,7 +442,7 @@ std::string howToRead(const RunReport& report) {
          accuracyTable(report) + classTable(report.classes) +
          paragraph(
              std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint,
-             "class=\"faint\"");
+             "faint");
 }
 
 std::string pageTitle(const std::vector<const ProteinResult*>& chains, const RunReport& report) {
@@ -453,7 +470,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
   if (chains.size() == 1) {
     out << key(report) << chainBody(*chains.front(), report.classes);
   } else {
-    out << paragraph(countsOf(report), "class=\"lead\"") << key(report);
+    out << paragraph(countsOf(report), "lead") << key(report);
     if (!chains.empty()) out << indexTable(chains);
     for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
   }

@@ -69,26 +69,96 @@ Json toJson(const Evidence& evidence) {
           {"log_odds", numberOrNull(evidence.logOdds())}};
 }
 
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json(nullptr) : Json(text);
+}
+
+Json toJson(const std::vector<ModelBond>& bonds) {
+  const auto rounded = [](const std::optional<double>& value, int decimals) {
+    return value ? Json(std::strtod(fixedText(*value, decimals).c_str(), nullptr)) : Json(nullptr);
+  };
+  Json array = Json::array();
+  for (const ModelBond& bond : bonds)
+    array.push_back({{"model", bond.model},
+                     {"conformation", textOrNull(bond.conformation)},
+                     {"omega", rounded(bond.omega, 2)},
+                     {"ca_distance", rounded(bond.caToCa, 3)},
+                     {"state", toText(bond.state)}});
+  return array;
+}
+
+Json toJson(const BondSite& site) {
+  return {{"file", site.file},
+          {"chain", textOrNull(site.chain)},
+          {"resid", site.number},
+          {"residue", site.residue},
+          {"models", site.models},
+          {"bonds", toJson(site.bonds)},
+          {"alternatives", toJson(site.others)},
+          {"reason", textOrNull(site.reason)}};
+}
+
+Json toJson(const ChainMatch& match) {
+  return {{"file", match.file},           {"chain", textOrNull(match.chain)}, {"aligned", match.aligned},
+          {"identical", match.identical}, {"mismatches", match.mismatches},   {"missing", match.missing}};
+}
+
+Json toJson(const std::string& text) {
+  return text;
+}
+
+Json toJson(const ProteinStructure& structure) {
+  Json chains = Json::array();
+  for (const StructureChain& chain : structure.chains)
+    chains.push_back(
+        {{"chain", textOrNull(chain.name)}, {"residues", chain.residues.size()}, {"ca_only", chain.isTrace}});
+  return {{"file", structure.file},
+          {"format", structure.format},
+          {"models", structure.modelCount},
+          {"chains", std::move(chains)},
+          {"notes", structure.notes}};
+}
+
+template <class Item>
+Json arrayOf(const std::vector<Item>& items) {
+  Json array = Json::array();
+  for (const Item& item : items) array.push_back(toJson(item));
+  return array;
+}
+
 Json toJson(const ProlineResult& proline) {
   Json object = toJson(prolineFields(), proline);
   object["evidence"] = proline.evidence ? toJson(*proline.evidence) : Json(nullptr);
   object["next_shifts"] = proline.evidence ? toJson(nextFields(), proline.evidence->next) : Json::array();
+  if (proline.structure) {
+    object.update(toJson(structureFields(), *proline.structure));
+    object["sites"] = arrayOf(proline.structure->sites);
+  }
   return object;
 }
 
-Json toJson(const ProteinResult& protein) {
+Json toJson(const ProteinResult& protein, bool withStructures) {
   Json object = toJson(proteinFields(), protein);
   object["referencing"] = toJson(offsetFields(), protein.offsets);
   object["prolines"] = Json::array();
   for (const ProlineResult& proline : protein.prolines) object["prolines"].push_back(toJson(proline));
   object["notes"] = protein.notes;
   for (const std::string& aside : protein.asides) object["notes"].push_back(aside);
+  if (withStructures) {
+    object["matches"] = arrayOf(protein.matches);
+    object["structure_notes"] = protein.structureNotes;
+  }
   return object;
 }
 
-Json thresholds() {
+Json thresholds(bool withStructures) {
   const JsonValue number;
-  return {{"cis_from", number(kCisFrom)}, {"trans_up_to", number(kTransUpTo)}};
+  Json object = {{"cis_from", number(kCisFrom)}, {"trans_up_to", number(kTransUpTo)}};
+  if (withStructures) {
+    object["cis_omega_up_to"] = kCisOmegaUpTo;
+    object["trans_omega_from"] = kTransOmegaFrom;
+  }
+  return object;
 }
 
 // --- The document, one protein after the other, as all of them at once take much memory
@@ -128,6 +198,10 @@ class ArrayMember {
     }
     isEmpty = false;
   }
+  template <class Item>
+  void addAll(const std::vector<Item>& items) {
+    for (const Item& item : items) add(toJson(item));
+  }
 
  private:
   std::ostream& out;
@@ -137,21 +211,27 @@ class ArrayMember {
 }  // namespace
 
 void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
+  const bool withStructures = !report.structures.empty();
   const Json head = {{"format", "zorvela-kit run"},
                      {"version", kFormatVersion},
                      {"program", std::string("zorvela-kit ") + version()},
                      {"tables", report.tables},
-                     {"thresholds", thresholds()}};
+                     {"thresholds", thresholds(withStructures)}};
   out << withoutItsEnd(dumped(head));
   {
     ArrayMember proteins(out, "proteins");
-    forEachProtein(report, [&](const ProteinResult& protein) { proteins.add(toJson(protein)); });
+    forEachProtein(report,
+                   [&](const ProteinResult& protein) { proteins.add(toJson(protein, withStructures)); });
   }
   {
     ArrayMember errors(out, "errors");
     forEachError(report, [&](const FileReport& file) {
       errors.add({{"file", file.file}, {"message", file.error}});
     });
+  }
+  if (withStructures) {
+    ArrayMember(out, "structures").addAll(report.structures);
+    ArrayMember(out, "chains_without_shifts").addAll(report.chainsWithoutShifts);
   }
   out << "\n}\n";
 }

@@ -155,11 +155,6 @@ std::string namesOf(const ProteinResult& protein, Verdict verdict) {
   return namesIf(protein, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
 }
 
-std::optional<Verdict> verdictOf(const ProlineResult& proline) {
-  if (!proline.structure) return std::nullopt;
-  return proline.structure->verdict;
-}
-
 std::string structureSentence(const ProteinResult& protein) {
   const std::string disagreeing = namesOf(protein, Verdict::disagree);
   const std::string agreeing = namesOf(protein, Verdict::agree);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "report/walk.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -36,8 +37,6 @@ std::string namesOf(const ProteinResult& protein, Call call);
 /// The same of those with a verdict of the structures.
 std::string namesOf(const ProteinResult& protein, Verdict verdict);
 
-/// What the structures say of a proline, if they were asked.
-std::optional<Verdict> verdictOf(const ProlineResult& proline);
 /// "The structure disagrees: P117. It agrees: P11, P31." Empty where it does neither.
 std::string structureSentence(const ProteinResult& protein);
 /// How a text alternative goes on for that verdict: ", structure disagrees"; empty without a mark.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "zorvela/calls.h"
+#include "zorvela/finding.h"
 
 namespace zorvela {
 

@@ -38,6 +38,10 @@ std::string markOf(Call call) {
   return call == Call::undecided ? "?" : "";
 }
 
+std::string markOf(const ProlineResult& proline) {
+  return verdictOf(proline) == Verdict::disagree ? "!" : markOf(proline.call);
+}
+
 std::string callText(const ProlineResult& proline) {
   return proline.reason.empty() ? toText(proline.call) : kAbsentCell + " (" + proline.reason + ")";
 }
@@ -93,10 +97,79 @@ bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
          (asked.empty() || std::find(asked.begin(), asked.end(), proline.number) != asked.end());
 }
 
+// --- What structures say --------------------------------------------------------------------------
+
+constexpr std::size_t kMostSites = 4;
+
+TextTable::Cells structureTitles(const RunReport& report) {
+  if (report.structures.empty()) return {};
+  return {"Structure", "Models", "|omega|", "There", "Verdict"};
+}
+
+/// "10 trans" or "8 trans, 2 cis".
+std::string modelsText(const StructureFinding& finding) {
+  std::vector<std::string> texts;
+  for (const BondState state : {BondState::trans, BondState::cis, BondState::twisted})
+    if (const std::size_t count = countBonds(finding, state); count > 0)
+      texts.push_back(std::to_string(count) + " " + toText(state));
+  return orAbsent(enumerated(texts));
+}
+
+std::string geometryText(const StructureFinding& finding) {
+  if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0);
+  if (const auto step = meanCaToCa(finding)) return "CA-CA " + fixedText(*step, 1) + " A";
+  return kAbsentCell;
+}
+
+/// Chain and number in the structure; with the file where there are several.
+std::string sitesText(const StructureFinding& finding, bool withFile) {
+  std::vector<std::string> texts;
+  for (const BondSite& site : finding.sites)
+    texts.push_back((withFile ? site.file + " " : "") + (site.chain.empty() ? "" : site.chain + " ") +
+                    site.residue + site.number);
+  return orAbsent(enumerated(texts, kMostSites));
+}
+
+TextTable::Cells structureCells(const RunReport& report, const ProlineResult& proline) {
+  if (!proline.structure) return {};
+  const StructureFinding& finding = *proline.structure;
+  return {finding.call == StructureCall::none ? kAbsentCell : toText(finding.call), modelsText(finding),
+          geometryText(finding), sitesText(finding, report.structures.size() > 1), toText(finding.verdict)};
+}
+
+/// What was seen of the prolines that do not simply agree.
+void writeSentences(const RunReport& report, std::ostream& out) {
+  bool isFirst = true;
+  forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
+    if (!proline.structure || proline.structure->verdict == Verdict::agree) return;
+    if (isFirst) out << '\n';
+    isFirst = false;
+    const std::string chain = protein.chain.empty() ? "" : " chain " + protein.chain;
+    out << (proline.structure->verdict == Verdict::disagree ? "!  " : "   ")
+        << shown(protein.file + chain + " P" + proline.number + ": " + proline.structure->sentence) << '\n';
+  });
+}
+
+void writeVerdicts(const RunReport& report, std::ostream& out) {
+  std::vector<std::string> counts;
+  for (const Verdict verdict : {Verdict::agree, Verdict::disagree, Verdict::undecided, Verdict::mixed,
+                                Verdict::noPrediction, Verdict::notInStructure})
+    if (const std::size_t count = countVerdicts(report, verdict); count > 0)
+      counts.push_back(std::to_string(count) + " " + toText(verdict) +
+                       (verdict == Verdict::disagree ? " (!)" : ""));
+  out << counted(report.structures.size(), "structure", "structures") << ": "
+      << (counts.empty() ? "nothing to compare" : enumerated(counts)) << '\n'
+      << "cis: |omega| up to " << fixedText(kCisOmegaUpTo, 0) << " degrees; trans: from "
+      << fixedText(kTransOmegaFrom, 0) << "; twisted: between\n";
+}
+
+// --- The parts of the table -----------------------------------------------------------------------
+
 void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style,
                    std::ostream& out) {
   TextTable table(joined(originTitles(origin.withList),
-                         {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"}));
+                         joined({"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"},
+                                structureTitles(report))));
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     TextTable::Cells cells = joined(
         originOf(protein, origin),
@@ -104,8 +177,9 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
          neighbourText(proline.next, proline.nextNumber),
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
          orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm), callText(proline)});
-    cells.front() = markOf(proline.call);
-    table.add(std::move(cells), proline.call == Call::cis,
+    cells.front() = markOf(proline);
+    table.add(joined(std::move(cells), structureCells(report, proline)),
+              proline.call == Call::cis || verdictOf(proline) == Verdict::disagree,
               isExplained(style, proline) ? explained(proline) + '\n' : "");
   });
   table.write(style.colour, out);
@@ -177,9 +251,11 @@ void writeTable(const RunReport& report, const ReportStyle& style, std::ostream&
   const Origin origin{hasSeveralLists(report), commonFolder(report)};
   if (!origin.folder.empty()) out << "Files in " << shown(origin.folder) << "\n\n";
   if (countProlines(report) > 0) writeProlines(report, origin, style, out);
+  writeSentences(report, out);
   if (countProteins(report) > 0) writeOffsets(report, origin, out);
   writeErrors(report, out);
   writeSummary(report, out);
+  if (!report.structures.empty()) writeVerdicts(report, out);
 }
 
 }  // namespace zorvela

@@ -1,6 +1,8 @@
 // Walks through a report, in its order.
 #pragma once
 
+#include <optional>
+
 #include "zorvela/report.h"
 
 namespace zorvela {
@@ -18,6 +20,12 @@ void forEachProline(const RunReport& report, Visit visit) {
   forEachProtein(report, [&](const ProteinResult& protein) {
     for (const ProlineResult& proline : protein.prolines) visit(protein, proline);
   });
+}
+
+/// What the structures say of a proline; nothing where no structure was asked.
+inline std::optional<Verdict> verdictOf(const ProlineResult& proline) {
+  if (!proline.structure) return std::nullopt;
+  return proline.structure->verdict;
 }
 
 /// Calls visit(file) for the files that failed.

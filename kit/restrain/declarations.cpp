@@ -242,7 +242,8 @@ const std::vector<RestraintFormat>& restraintFormats() {
 void mustFit(const RestraintFormat& format, const RestraintRequest& request) {
   if (request.into && !format.takesFile) throw Error("--into goes with --for cyana and --for nef");
   if (request.structure && format.model == RestraintFormat::Model::none)
-    throw Error("--structure goes with --for amber, pdb and mmcif; to check a model use zorvela-kit compare");
+    throw Error(
+        "--structure goes with --for amber, pdb and mmcif; to check a model use zorvela-kit run --structure");
   if (!request.structure && format.model == RestraintFormat::Model::needed)
     throw Error(std::string("--for ") + format.name + " describes a model; add --structure MODEL");
 }

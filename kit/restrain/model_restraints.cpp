@@ -1,4 +1,5 @@
 // What is said of a model: its cis prolines in the words of the archive, and the atoms of omega by number.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -75,7 +76,9 @@ void noteContradictions(const RestraintRequest& request, std::vector<std::string
       if (bond.call != Call::cis) continue;
       if (bond.sites.empty()) notes.push_back(callText(bond) + ": is not in the model");
       for (const BondSite& site : bond.sites) {
-        const std::size_t count = site.bonds.size() - site.count(BondState::cis);
+        const auto count = static_cast<std::size_t>(
+            std::count_if(site.bonds.begin(), site.bonds.end(),
+                          [](const ModelBond& seen) { return seen.state != BondState::cis; }));
         if (count > 0)
           notes.push_back(callText(bond) + ": not cis in " + counted(count, "model", "models") + " of " +
                           std::to_string(site.bonds.size()) + " (chain " + printable(site.chain, 60) + ", " +

@@ -16,8 +16,7 @@ char plainLetter(char letter) {
   return letter == kKnownCisProline ? kProline : withoutThiolState(letter);
 }
 
-RestrainedBond bondOf(const std::string& chain, const ComparedProline& compared) {
-  const ProlineResult& proline = compared.shifts;
+RestrainedBond bondOf(const std::string& chain, const ProlineResult& proline) {
   RestrainedBond bond;
   bond.chain = chain;
   if (!proline.previous.empty()) bond.letterBefore = plainLetter(proline.previous.front());
@@ -26,7 +25,7 @@ RestrainedBond bondOf(const std::string& chain, const ComparedProline& compared)
   bond.call = proline.call;
   bond.pCisNorm = proline.pCisNorm.value_or(0);
   bond.reason = proline.reason;
-  bond.sites = compared.sites;
+  if (proline.structure) bond.sites = proline.structure->sites;
   return bond;
 }
 
@@ -56,11 +55,11 @@ std::string callText(const RestrainedBond& bond) {
 }
 
 std::vector<RestrainedChain> restrainedChains(const std::vector<Protein>& proteins,
-                                              const std::vector<ComparedProtein>& compared) {
+                                              const std::vector<ProteinResult>& results) {
   std::vector<RestrainedChain> chains;
   for (std::size_t i = 0; i < proteins.size(); ++i) {
     RestrainedChain chain{proteins[i].chain, proteins[i].sequence, proteins[i].numbers, {}};
-    for (const ComparedProline& proline : compared[i].prolines)
+    for (const ProlineResult& proline : results[i].prolines)
       chain.bonds.push_back(bondOf(chain.name, proline));
     chains.push_back(std::move(chain));
   }

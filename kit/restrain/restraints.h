@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "zorvela/compare.h"
+#include "zorvela/predict.h"
 #include "zorvela/protein.h"
 #include "zorvela/structure.h"
 
@@ -76,9 +76,9 @@ void mustFit(const RestraintFormat& format, const RestraintRequest& request);
 /// All of them.
 const std::vector<RestraintFormat>& restraintFormats();
 
-/// The chains of compared proteins, which go together one by one with `proteins`.
+/// The chains of proteins and their results, which go together one by one.
 std::vector<RestrainedChain> restrainedChains(const std::vector<Protein>& proteins,
-                                              const std::vector<ComparedProtein>& compared);
+                                              const std::vector<ProteinResult>& results);
 
 /// Renames chains by texts OLD=NEW, or NEW for the only chain. Error for a chain that is not there.
 void renameChains(const std::vector<std::string>& renamings, std::vector<RestrainedChain>& chains);

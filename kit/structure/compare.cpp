@@ -2,7 +2,6 @@
 #include "zorvela/compare.h"
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <set>
 #include <utility>
@@ -93,11 +92,7 @@ std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStruc
   return all;
 }
 
-// --- Texts ----------------------------------------------------------------------------------------
-
-std::string nameOf(const std::string& file, const std::string& chain) {
-  return file + ", chain " + (chain.empty() ? "without a name" : printable(chain, 60));
-}
+// --- Chains --------------------------------------------------------------------------------------
 
 /// "1-5, 9" for the residues of a protein at these places (from 0).
 std::vector<std::string> ranges(const Protein& protein, const std::vector<std::size_t>& places) {
@@ -136,12 +131,15 @@ ChainMatch matchOf(const Protein& protein, const Fit& fit) {
   return match;
 }
 
-void addNotes(const ChainMatch& match, std::vector<std::string>& notes) {
-  const std::string name = nameOf(match.file, match.chain);
+/// What of a chain does not fit.
+std::vector<std::string> notesOn(const ChainMatch& match) {
+  const std::string name = structureChainName(match.file, match.chain);
+  std::vector<std::string> notes;
   if (!match.mismatches.empty())
     notes.push_back(name + ": other residues than in the shifts: " + enumerated(match.mismatches));
   if (!match.missing.empty())
     notes.push_back(name + ": residues of the shifts without coordinates: " + enumerated(match.missing));
+  return notes;
 }
 
 // --- One proline ----------------------------------------------------------------------------------
@@ -164,13 +162,13 @@ std::optional<BondSite> siteOf(const Fit& fit, int position) {
   return site;
 }
 
-StructureCall callOf(const ComparedProline& proline) {
-  const std::size_t cis = proline.count(BondState::cis);
-  const std::size_t trans = proline.count(BondState::trans);
-  if (cis > 0 && trans > 0) return StructureCall::mixed;
-  if (cis > 0) return StructureCall::cis;
-  if (trans > 0) return StructureCall::trans;
-  return proline.bonds().empty() ? StructureCall::none : StructureCall::twisted;
+StructureCall seenIn(const StructureFinding& finding) {
+  const bool isCis = countBonds(finding, BondState::cis) > 0;
+  const bool isTrans = countBonds(finding, BondState::trans) > 0;
+  if (isCis && isTrans) return StructureCall::mixed;
+  if (isCis) return StructureCall::cis;
+  if (isTrans) return StructureCall::trans;
+  return countBonds(finding, BondState::twisted) > 0 ? StructureCall::twisted : StructureCall::none;
 }
 
 bool isSame(Call shifts, StructureCall structure) {
@@ -186,21 +184,20 @@ Verdict verdictOf(Call shifts, StructureCall structure) {
   return isSame(shifts, structure) ? Verdict::agree : Verdict::disagree;
 }
 
-/// "trans in 9, twisted in 1 of 10 models".
-std::string countsText(const ComparedProline& proline) {
-  std::string text;
+/// "trans in 9, twisted in 1 of 10 models (mean |omega| 171 degrees)".
+std::string seenText(const StructureFinding& finding) {
+  std::vector<std::string> states;
+  std::size_t bonds = 0;
   for (const BondState state : {BondState::cis, BondState::trans, BondState::twisted})
-    if (const std::size_t count = proline.count(state); count > 0)
-      text += (text.empty() ? "" : ", ") + toText(state) + " in " + std::to_string(count);
-  return text + " of " + counted(proline.bonds().size(), "model", "models");
-}
-
-std::string geometryText(const ComparedProline& proline) {
-  const std::vector<ModelBond> bonds = proline.bonds();
-  if (const auto omega = meanOmega(bonds))
-    return (bonds.size() > 1 ? "mean |omega| " : "|omega| ") + fixedText(*omega, 0) + " degrees";
-  const auto step = meanCaToCa(bonds);
-  return step ? "CA - CA " + fixedText(*step, 1) + " A" : "";
+    if (const std::size_t count = countBonds(finding, state); count > 0) {
+      states.push_back(toText(state) + " in " + std::to_string(count));
+      bonds += count;
+    }
+  const std::string counts = enumerated(states) + " of " + counted(bonds, "model", "models");
+  if (finding.call == StructureCall::mixed) return counts;
+  if (const auto omega = meanOmega(finding))
+    return counts + (bonds > 1 ? " (mean |omega| " : " (|omega| ") + fixedText(*omega, 0) + " degrees)";
+  return counts + " (CA - CA " + fixedText(meanCaToCa(finding).value_or(0), 1) + " A)";
 }
 
 std::string carbonText(const Protein& protein, const ProlineResult& proline) {
@@ -217,138 +214,74 @@ std::string placeText(const BondSite& site) {
   return printable((site.chain.empty() ? "" : site.chain + " ") + site.number);
 }
 
-std::string disagreement(const Protein& protein, const ComparedProline& proline) {
-  const float p = proline.shifts.pCisNorm.value_or(0);
-  return "The shifts say " + toText(proline.shifts.call) + " (P_CIS_NORM " +
-         fixedText(static_cast<double>(p), 3) + carbonText(protein, proline.shifts) + "), the structure is " +
-         countsText(proline) + " (" + geometryText(proline) + ").";
+std::string disagreement(const Protein& protein, const ProlineResult& proline,
+                         const StructureFinding& finding) {
+  return "The shifts say " + toText(proline.call) + " (P_CIS_NORM " +
+         fixedText(static_cast<double>(proline.pCisNorm.value_or(0)), 3) + carbonText(protein, proline) +
+         "), the structure is " + seenText(finding) + ".";
 }
 
-std::string whyNotThere(const ComparedProline& proline) {
+std::string whyNotThere(const StructureFinding& finding) {
   std::vector<std::string> reasons;
-  for (const BondSite& site : proline.sites)
+  for (const BondSite& site : finding.sites)
     if (!site.reason.empty()) reasons.push_back(placeText(site) + ": " + site.reason);
-  if (reasons.empty()) return "No coordinates.";
-  return "No bond: " + enumerated(reasons, 3) + ".";
+  return reasons.empty() ? "No coordinates." : "No bond: " + enumerated(reasons, 3) + ".";
 }
 
-std::string alternativesText(const ComparedProline& proline) {
+std::string alternativesText(const StructureFinding& finding) {
   std::vector<std::string> texts;
-  for (const BondSite& site : proline.sites)
+  for (const BondSite& site : finding.sites)
     for (const ModelBond& bond : site.others)
       texts.push_back("conformation " + bond.conformation + " of " + placeText(site) + " is " +
                       toText(bond.state));
   return texts.empty() ? "" : " Less occupied " + enumerated(texts, 3) + ".";
 }
 
-std::string evidenceOf(const Protein& protein, const ComparedProline& proline) {
-  if (proline.structure == StructureCall::none) return whyNotThere(proline);
-  std::string text;
-  if (proline.verdict == Verdict::disagree)
-    text = disagreement(protein, proline);
-  else if (proline.structure == StructureCall::mixed || proline.structure == StructureCall::twisted)
-    text = "The structure is " + countsText(proline) + ".";
-  text += alternativesText(proline);
-  return std::string(trimmed(text));
+std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
+                       const StructureFinding& finding) {
+  if (finding.call == StructureCall::none) return whyNotThere(finding);
+  const std::string seen = finding.verdict == Verdict::disagree
+                               ? disagreement(protein, proline, finding)
+                               : "The structure is " + seenText(finding) + ".";
+  return seen + alternativesText(finding);
 }
 
-StructureFinding findingOf(const ComparedProline& proline) {
-  const std::vector<ModelBond> bonds = proline.bonds();
-  const std::string seen =
-      bonds.empty() ? "" : "The structure is " + countsText(proline) + " (" + geometryText(proline) + ").";
-  return {proline.structure, proline.verdict, meanOmega(bonds), meanCaToCa(bonds),
-          proline.evidence.empty() ? seen : proline.evidence};
-}
-
-ComparedProline compared(const Protein& protein, const ProlineResult& result,
-                         const std::vector<const Fit*>& fits) {
-  ComparedProline proline;
-  proline.shifts = result;
+StructureFinding findingOf(const Protein& protein, const ProlineResult& proline,
+                           const std::vector<const Fit*>& fits) {
+  StructureFinding finding;
   for (const Fit* fit : fits)
-    if (auto site = siteOf(*fit, result.position)) proline.sites.push_back(std::move(*site));
-  proline.structure = callOf(proline);
-  proline.verdict = verdictOf(result.call, proline.structure);
-  proline.evidence = evidenceOf(protein, proline);
-  proline.shifts.structure = findingOf(proline);
-  return proline;
+    if (auto site = siteOf(*fit, proline.position)) finding.sites.push_back(std::move(*site));
+  finding.call = seenIn(finding);
+  finding.verdict = verdictOf(proline.call, finding.call);
+  finding.sentence = sentenceOn(protein, proline, finding);
+  return finding;
 }
 
-/// "model.pdb, chain A (135 of 136 aligned residues are the same)".
-std::string matchText(const ChainMatch& match) {
-  return nameOf(match.file, match.chain) + " (" + std::to_string(match.identical) + " of " +
-         counted(match.aligned, "aligned residue is", "aligned residues are") + " the same)";
-}
-
-std::optional<double> meanSize(const std::vector<ModelBond>& bonds,
-                               const std::optional<double> ModelBond::*value) {
-  double sum = 0;
-  std::size_t count = 0;
-  for (const ModelBond& bond : bonds) {
-    if (!(bond.*value)) continue;
-    sum += std::fabs(*(bond.*value));
-    ++count;
+void addFindings(const Protein& protein, const std::vector<const Fit*>& fits, ProteinResult& result) {
+  for (const Fit* fit : fits) {
+    result.matches.push_back(matchOf(protein, *fit));
+    for (std::string& note : notesOn(result.matches.back())) result.structureNotes.push_back(std::move(note));
   }
-  if (count == 0) return std::nullopt;
-  return sum / static_cast<double>(count);
+  if (fits.empty()) result.structureNotes.emplace_back("no chain of the structures is this protein");
+  for (ProlineResult& proline : result.prolines) proline.structure = findingOf(protein, proline, fits);
 }
 
 }  // namespace
 
 // --- The comparison -------------------------------------------------------------------------------
 
-std::size_t BondSite::count(BondState state) const {
-  return static_cast<std::size_t>(std::count_if(
-      bonds.begin(), bonds.end(), [state](const ModelBond& bond) { return bond.state == state; }));
-}
-
-std::size_t ComparedProline::count(BondState state) const {
-  std::size_t count = 0;
-  for (const BondSite& site : sites) count += site.count(state);
-  return count;
-}
-
-std::vector<ModelBond> ComparedProline::bonds() const {
-  std::vector<ModelBond> bonds;
-  for (const BondSite& site : sites) bonds.insert(bonds.end(), site.bonds.begin(), site.bonds.end());
-  return bonds;
-}
-
-std::optional<double> meanOmega(const std::vector<ModelBond>& bonds) {
-  return meanSize(bonds, &ModelBond::omega);
-}
-
-std::optional<double> meanCaToCa(const std::vector<ModelBond>& bonds) {
-  return meanSize(bonds, &ModelBond::caToCa);
-}
-
-std::vector<ComparedProtein> compareWithStructures(const std::vector<Protein>& proteins,
-                                                   const std::vector<ProteinResult>& results,
-                                                   const std::vector<ProteinStructure>& structures) {
+void compareWithStructures(const std::vector<Protein>& proteins,
+                           const std::vector<ProteinStructure>& structures,
+                           std::vector<ProteinResult>& results) {
   std::vector<Fit> fits;
   for (const ProteinStructure& structure : structures)
     for (Fit& fit : fitsOf(proteins, structure)) fits.push_back(std::move(fit));
-  std::vector<ComparedProtein> all;
   for (std::size_t p = 0; p < proteins.size(); ++p) {
     std::vector<const Fit*> own;
     for (const Fit& fit : fits)
       if (fit.protein == p) own.push_back(&fit);
-    ComparedProtein protein;
-    protein.result = results[p];
-    for (const Fit* fit : own) {
-      protein.matches.push_back(matchOf(proteins[p], *fit));
-      addNotes(protein.matches.back(), protein.notes);
-    }
-    if (own.empty()) protein.notes.emplace_back("no chain of the structures is this protein");
-    for (ProlineResult& proline : protein.result.prolines) {
-      protein.prolines.push_back(compared(proteins[p], proline, own));
-      proline.structure = protein.prolines.back().shifts.structure;
-    }
-    for (const ChainMatch& match : protein.matches)
-      protein.result.structureChains.push_back(matchText(match));
-    protein.result.structureNotes = protein.notes;
-    all.push_back(std::move(protein));
+    addFindings(proteins[p], own, results[p]);
   }
-  return all;
 }
 
 std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
@@ -359,7 +292,7 @@ std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matc
   for (const ProteinStructure& structure : structures)
     for (const StructureChain& chain : structure.chains)
       if (matched.count({structure.file, chain.name}) == 0)
-        lines.push_back(nameOf(structure.file, chain.name) + " (" +
+        lines.push_back(structureChainName(structure.file, chain.name) + " (" +
                         counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
   return lines;
 }

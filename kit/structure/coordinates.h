@@ -1,35 +1,110 @@
-// The backbone atoms of a structure file as gemmi's models.
+// The backbone atoms of a structure file as models, chains and residues.
 //
-// Only what omega needs is handed to gemmi: the atoms N, CA and C of whatever residue. All else in a
-// structure file (side chains, waters, cell, symmetry, history) is passed over, so that memory stays small
-// and a fault in a part that nobody reads does not stop the reading.
+// Only what omega needs is kept: the atoms N, CA and C of whatever residue. All else in a structure file
+// (side chains, waters, cell, symmetry, history) is passed over, so that memory stays small and a fault in a
+// part that nobody reads does not stop the reading.
 #pragma once
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
-#include <gemmi/model.hpp>  // for gemmi::Structure
+#include <gemmi/unitcell.hpp>  // for gemmi::Position
+
+#include "formats/limits.h"
 
 namespace zorvela {
 
+/// The letter of an atom that all conformations of its residue share, and the one that stands for any.
+inline constexpr char kNoAlternate = ' ';
+inline constexpr char kAnyAlternate = '*';
+
+/// An atom of a residue.
+struct PlacedAtom {
+  std::string name;  ///< N, CA or C
+  char alternate = kNoAlternate;
+  float occupancy = 1;
+  gemmi::Position position;
+};
+
+/// An atom as a line of a structure file gives it.
+struct BackboneAtom {
+  std::string model;
+  std::string chain;
+  std::string part;     ///< tells residues of one chain apart that have the same number and name
+  std::string residue;  ///< name: PRO, HYP
+  std::string number;   ///< with insertion code: 52A
+  bool isHetero = false;
+  PlacedAtom atom;
+};
+
+/// A residue of one model.
+struct BackboneResidue {
+  std::string name;
+  std::string number;
+  bool isHetero = false;
+  std::vector<PlacedAtom> atoms;
+
+  /// The atom in a conformation; nullptr if there is none.
+  const PlacedAtom* find(std::string_view atom, char alternate = kAnyAlternate) const;
+};
+
+/// A chain of one model, its residues in the order of the file.
+struct BackboneChain {
+  std::string name;
+  std::vector<BackboneResidue> residues;
+};
+
+/// A model with its chains.
+struct BackboneModel {
+  std::string name;
+  std::vector<BackboneChain> chains;
+};
+
 /// What was read, and what could not be used.
 struct Coordinates {
-  gemmi::Structure structure;
+  std::vector<BackboneModel> models;
   std::vector<std::string> notes;
 };
 
-/// More models than any ensemble has.
-inline constexpr std::size_t kMostModels = 10000;
+/// Whether omega needs the atom of this name.
+bool isBackbone(std::string_view atom);
+
+/// Puts atoms into the models, chains and residues that they are of, in whatever order they come.
+class BackboneBuilder {
+ public:
+  /// `file` is how messages name a file of so many bytes.
+  BackboneBuilder(std::string file, std::size_t bytes);
+
+  /// Adds an atom. One that is given twice in a conformation is used once; one without coordinates that are
+  /// numbers is not used, and `where` ("line 12") is where it stands. FileError for more models, or more
+  /// residues, than a file of this size has.
+  void add(const BackboneAtom& atom, const std::string& where = {});
+  /// The models, and a note for each kind of atoms that were not used.
+  Coordinates finished();
+
+ private:
+  BackboneResidue& residueOf(const BackboneAtom& atom);
+
+  std::string file;
+  Limit residueLimit;
+  std::size_t residues = 0;
+  std::vector<BackboneModel> models;
+  std::unordered_map<std::string, std::size_t> places;  ///< of each part among its like
+  std::vector<std::string> repeated;
+  std::vector<std::string> unusable;
+  std::string lastUnusable;
+};
 
 /// Whether a text has the records of a PDB file.
 bool isPdb(std::string_view text);
 
 /// Reads PDB text. FileError with the line for an atom line that is cut or whose coordinates are not in
 /// their columns, and for models that are not closed. `name` is how messages name the file.
-Coordinates readPdbCoordinates(const std::string& text, const std::string& name);
+Coordinates readPdbCoordinates(std::string_view text, const std::string& name);
 
 /// Reads mmCIF text. FileError with the line for text that breaks the rules of CIF.
-Coordinates readMmcifCoordinates(const std::string& text, const std::string& name);
+Coordinates readMmcifCoordinates(std::string_view text, const std::string& name);
 
 }  // namespace zorvela

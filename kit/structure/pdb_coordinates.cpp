@@ -1,16 +1,11 @@
-// PDB text: its lines are checked here, where their numbers are known, and read by gemmi.
-#include <algorithm>
+// PDB text: atom lines by their columns, and the records that begin and end models.
 #include <cmath>
 #include <cstdlib>
-#include <initializer_list>
-#include <new>
-#include <optional>
 #include <set>
 
-#include <gemmi/pdb.hpp>  // for read_pdb_string
+#include <gemmi/numb.hpp>  // for as_number
 
 #include "structure/coordinates.h"
-#include "structure/distinct_atoms.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -18,182 +13,147 @@ namespace zorvela {
 
 namespace {
 
-// Columns of an atom line, from 0, and their widths.
+// Columns of an atom line, from 0.
 constexpr std::size_t kNameAt = 12;
+constexpr std::size_t kAlternateAt = 16;
 constexpr std::size_t kResidueAt = 17;
 constexpr std::size_t kChainAt = 20;
 constexpr std::size_t kNumberAt = 22;
+constexpr std::size_t kCodeAt = 26;
 constexpr std::size_t kXAt = 30;
 constexpr std::size_t kCoordinateWidth = 8;
 constexpr std::size_t kCoordinatesEnd = 54;
-// After the element stand charges, which many programs write in their own way.
-constexpr std::size_t kChargeAt = 78;
-constexpr std::size_t kShortestAtomLine = kCoordinatesEnd + 1;  // with the line end
-// Each part of a chain costs a search among those before it. The largest assemblies have some hundred chains.
-constexpr std::size_t kMostChainParts = 2000;
+constexpr std::size_t kOccupancyAt = 54;
+constexpr std::size_t kSegmentAt = 72;
 constexpr const char* kFetchAgain = "fetch the file again";
+
+std::string_view field(std::string_view line, std::size_t at, std::size_t width) {
+  return at < line.size() ? trimmed(line.substr(at, width)) : std::string_view();
+}
 
 bool isAtomLine(std::string_view line) {
   return startsIgnoringCase(line, "ATOM") || startsIgnoringCase(line, "HETATM");
 }
-
-bool isBackbone(std::string_view name) {
-  return name == "N" || name == "CA" || name == "C";
-}
-
-/// The coordinates as the format has them: plain decimal numbers, right or left in their columns.
-enum class Fields { numbers, notNumbers, outOfPlace };
 
 bool isNotANumberMark(std::string_view text) {
   const std::string word = lower(text);
   return contains(word, "nan") || contains(word, "inf") || contains(word, "*");
 }
 
-Fields coordinateFields(std::string_view line) {
-  Fields result = Fields::numbers;
-  for (std::size_t i = 0; i < 3; ++i) {
-    const std::string_view field = trimmed(line.substr(kXAt + i * kCoordinateWidth, kCoordinateWidth));
-    if (toDecimal(field)) continue;
-    if (!isNotANumberMark(field)) return Fields::outOfPlace;
-    result = Fields::notNumbers;
-  }
-  return result;
+double numberIn(std::string_view text, double none) {
+  return gemmi::cif::as_number(std::string(text), none);
 }
 
-std::string residueOf(std::string_view line) {
-  return printable("residue " + std::string(trimmed(line.substr(kResidueAt, 3))) + " " +
-                   std::string(trimmed(line.substr(kNumberAt, 5))) + " of chain " +
-                   std::string(trimmed(line.substr(kChainAt, 2))));
+/// The number of a residue, with its insertion code. Beyond 9999 programs count on with letters: A000.
+std::string numberOf(std::string_view line) {
+  const std::string digits(line.substr(kNumberAt, 4));
+  std::string number = "?";
+  if (digits.front() >= 'A')
+    number = std::to_string(std::strtol(digits.c_str(), nullptr, 36) - 10 * 36 * 36 * 36 + 10000);
+  else if (!trimmed(digits).empty())
+    number = std::to_string(std::strtol(digits.c_str(), nullptr, 10));
+  if (line[kCodeAt] != ' ') number += line[kCodeAt];
+  return number;
 }
 
-/// Copies the lines that gemmi is to read, each at its own line number, and leaves the others empty.
-class PdbFilter {
+class PdbReader {
  public:
-  PdbFilter(const std::string& text, const std::string& file) : source(text), name(file) {}
+  PdbReader(std::string_view source, const std::string& name)
+      : text(source), file(name), backbone(name, source.size()) {}
 
-  std::string filtered() {
-    std::size_t pos = 0;
-    while (const auto line = nextLine(source, pos)) {
+  Coordinates read() {
+    for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
       ++lineNumber;
-      addLine(*line);
-      result += '\n';
+      readLine(*line);
     }
-    if (isModelOpen && modelsClosed > 0)
-      throw FileError(name, lineNumber, "the file ends within a model", kFetchAgain);
-    return std::move(result);
-  }
-
-  std::vector<std::string> notes() const {
-    if (unusable.empty()) return {};
-    return {"coordinates that are no numbers, atoms not used: " + enumerated(unusable)};
+    if (isModelOpen && isAnyClosed) fail("the file ends within a model", kFetchAgain);
+    return backbone.finished();
   }
 
  private:
-  void addLine(std::string_view line) {
-    if (isAtomLine(line))
+  [[noreturn]] void fail(const std::string& what, const char* remedy) const {
+    throw FileError(file, lineNumber, what, remedy);
+  }
+
+  void readLine(std::string_view line) {
+    if (isAtomLine(line)) {
       addAtom(line);
-    else if (startsIgnoringCase(line, "TER"))
-      result += "TER";
-    else if (startsIgnoringCase(line, "ENDMDL"))
-      closeModel();
-    else if (startsIgnoringCase(line, "MODEL "))
+    } else if (startsIgnoringCase(line, "ENDMDL")) {
+      isAnyClosed = true;
+      isModelOpen = false;
+      endModel();
+    } else if (startsIgnoringCase(line, "MODEL ")) {
       openModel(line);
-    else if (trimmed(line.substr(0, 6)) == "END")
-      result += "ENDMDL";  // some programs end each model of a series so
-  }
-
-  void addAtom(std::string_view line) {
-    if (line.size() + 1 < kShortestAtomLine)
-      throw FileError(name, lineNumber,
-                      "the atom line is cut off after column " + std::to_string(line.size()), kFetchAgain);
-    if (!isBackbone(trimmed(line.substr(kNameAt, 4)))) return;
-    const Fields fields = coordinateFields(line);
-    if (fields == Fields::outOfPlace)
-      throw FileError(name, lineNumber,
-                      "columns 31 to 54 do not hold three coordinates: \"" +
-                          printable(line.substr(kXAt, kCoordinatesEnd - kXAt)) + "\"",
-                      "give a file in the columns of the PDB format, or mmCIF");
-    countChainParts(line);
-    if (fields == Fields::notNumbers) {
-      noteUnusable(line);
-      return;
+    } else if (trimmed(line.substr(0, 6)) == "END") {
+      endModel();  // some programs end each model of a series so
     }
-    result += line.substr(0, kChargeAt);
-  }
-
-  void noteUnusable(std::string_view line) {
-    const std::string residue = residueOf(line) + ", line " + std::to_string(lineNumber);
-    const std::string which = residueOf(line);
-    if (which != lastUnusable) unusable.push_back(residue);
-    lastUnusable = which;
-  }
-
-  void countChainParts(std::string_view line) {
-    const std::string_view chain = line.substr(kChainAt, 2);
-    if (chain == lastChain) return;
-    lastChain = chain;
-    if (++chainParts > kMostChainParts)
-      throw FileError(name, lineNumber,
-                      "a model has more than " + std::to_string(kMostChainParts) + " chains",
-                      "give the chains that have shifts");
   }
 
   void openModel(std::string_view line) {
-    if (++modelsOpened > kMostModels)
-      throw FileError(name, lineNumber, "the file has more than " + std::to_string(kMostModels) + " models",
-                      "give a part of them");
+    if (chainPart > 0) fail("a model begins within another one", kFetchAgain);
+    ++modelsOpened;
     isModelOpen = true;
-    startModel();
-    // gemmi names models by these columns; a number that is given twice would end the reading.
     const auto given = toInteger(trimmed(line.substr(6, 12)));
-    const int number = given && *given >= 0 && *given <= 9999 ? *given : static_cast<int>(modelsOpened);
+    startModel(given && *given >= 0 && *given <= 9999 ? *given : modelsOpened);
+  }
+
+  void startModel(int number) {
     if (!modelNumbers.insert(number).second)
-      throw FileError(name, lineNumber, "a second model has the number " + std::to_string(number),
-                      "number the models 1, 2, 3 ...");
-    std::string digits = std::to_string(number);
-    result += "MODEL     " + std::string(4 - digits.size(), ' ') + digits;
+      fail("a second model has the number " + std::to_string(number), "number the models 1, 2, 3 ...");
+    model = std::to_string(number);
   }
 
-  void closeModel() {
-    if (++modelsClosed > kMostModels)
-      throw FileError(name, lineNumber, "the file has more than " + std::to_string(kMostModels) + " models",
-                      "give a part of them");
-    isModelOpen = false;
-    startModel();
-    result += "ENDMDL";
+  void endModel() {
+    model.clear();
+    chainPart = 0;
   }
 
-  void startModel() {
-    chainParts = 0;
-    lastChain = {};
+  void addAtom(std::string_view line) {
+    if (line.size() < kCoordinatesEnd)
+      fail("the atom line is cut off after column " + std::to_string(line.size()), kFetchAgain);
+    const std::string_view name = field(line, kNameAt, 4);
+    if (!isBackbone(name)) return;
+    if (model.empty()) startModel(static_cast<int>(modelNumbers.size()) + 1);
+    BackboneAtom atom;
+    atom.model = model;
+    atom.chain = field(line, kChainAt, 2);
+    if (chainPart == 0 || atom.chain != chain) ++chainPart;
+    chain = atom.chain;
+    // A chain that goes on after another one may have the same numbers again.
+    atom.part = std::to_string(chainPart) + " " + std::string(field(line, kSegmentAt, 4));
+    atom.residue = field(line, kResidueAt, 3);
+    atom.number = numberOf(line);
+    atom.isHetero = startsIgnoringCase(line, "H");
+    atom.atom.name = name;
+    atom.atom.alternate = line[kAlternateAt];
+    if (line.size() >= kOccupancyAt + 4)
+      atom.atom.occupancy = static_cast<float>(numberIn(field(line, kOccupancyAt, 6), 0));
+    atom.atom.position = {coordinate(line, 0), coordinate(line, 1), coordinate(line, 2)};
+    backbone.add(atom, "line " + std::to_string(lineNumber));
   }
 
-  const std::string& source;
-  const std::string& name;
-  std::string result;
+  /// A plain decimal number, right or left in its columns; no number where the file says so ("nan").
+  double coordinate(std::string_view line, std::size_t i) const {
+    const std::string_view number = field(line, kXAt + i * kCoordinateWidth, kCoordinateWidth);
+    if (toDecimal(number)) return numberIn(number, NAN);
+    if (isNotANumberMark(number)) return NAN;
+    fail("columns 31 to 54 do not hold three coordinates: \"" +
+             printable(line.substr(kXAt, kCoordinatesEnd - kXAt)) + "\"",
+         "give a file in the columns of the PDB format, or mmCIF");
+  }
+
+  std::string_view text;
+  const std::string& file;
+  BackboneBuilder backbone;
   std::size_t lineNumber = 0;
-  std::size_t modelsOpened = 0;
-  std::size_t modelsClosed = 0;
+  int modelsOpened = 0;
   bool isModelOpen = false;
+  bool isAnyClosed = false;
   std::set<int> modelNumbers;
-  std::size_t chainParts = 0;
-  std::string_view lastChain;
-  std::string lastUnusable;
-  std::vector<std::string> unusable;
+  std::string model;  ///< empty between models
+  std::string chain;
+  std::size_t chainPart = 0;  ///< of the model, from 1
 };
-
-/// Of atoms that are given twice the first ones.
-std::vector<std::string> dropRepeated(gemmi::Structure& structure) {
-  DistinctAtoms distinct;
-  for (gemmi::Model& model : structure.models)
-    for (gemmi::Chain& chain : model.chains)
-      for (gemmi::Residue& residue : chain.residues) {
-        const std::vector<gemmi::Atom> atoms = std::move(residue.atoms);
-        residue.atoms.clear();
-        for (const gemmi::Atom& atom : atoms) distinct.add(atom, residue, chain.name);
-      }
-  return distinct.notes();
-}
 
 }  // namespace
 
@@ -207,20 +167,8 @@ bool isPdb(std::string_view text) {
   return false;
 }
 
-Coordinates readPdbCoordinates(const std::string& text, const std::string& name) {
-  PdbFilter filter(text, name);
-  Coordinates coordinates;
-  const std::string filtered = filter.filtered();
-  try {
-    coordinates.structure = gemmi::read_pdb_string(filtered, name);
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception& error) {
-    throw FileError(name, 0, "cannot be read as a PDB file: " + printable(error.what()), kFetchAgain);
-  }
-  coordinates.notes = dropRepeated(coordinates.structure);
-  for (std::string& note : filter.notes()) coordinates.notes.push_back(std::move(note));
-  return coordinates;
+Coordinates readPdbCoordinates(std::string_view text, const std::string& name) {
+  return PdbReader(text, name).read();
 }
 
 }  // namespace zorvela

@@ -32,26 +32,24 @@ bool isBetween(double value, double least, double most) {
 
 /// The four atoms of omega in one conformation; nullptr for one that is not there.
 struct BondAtoms {
-  const gemmi::Atom* caBefore;
-  const gemmi::Atom* c;
-  const gemmi::Atom* n;
-  const gemmi::Atom* ca;
+  const PlacedAtom* caBefore;
+  const PlacedAtom* c;
+  const PlacedAtom* n;
+  const PlacedAtom* ca;
 
-  std::array<const gemmi::Atom*, 4> all() const { return {caBefore, c, n, ca}; }
+  std::array<const PlacedAtom*, 4> all() const { return {caBefore, c, n, ca}; }
 };
 
-constexpr char kAnyConformation = '*';
-
-BondAtoms atomsOf(const gemmi::Residue& before, const gemmi::Residue& after, char conformation) {
-  return {before.find_atom("CA", conformation), before.find_atom("C", conformation),
-          after.find_atom("N", conformation), after.find_atom("CA", conformation)};
+BondAtoms atomsOf(const BackboneResidue& before, const BackboneResidue& after, char conformation) {
+  return {before.find("CA", conformation), before.find("C", conformation), after.find("N", conformation),
+          after.find("CA", conformation)};
 }
 
-double distance(const gemmi::Atom* a, const gemmi::Atom* b) {
-  return std::sqrt(a->pos.dist_sq(b->pos));
+double distance(const PlacedAtom* a, const PlacedAtom* b) {
+  return std::sqrt(a->position.dist_sq(b->position));
 }
 
-bool isBond(const gemmi::Atom* a, const gemmi::Atom* b) {
+bool isBond(const PlacedAtom* a, const PlacedAtom* b) {
   return isBetween(distance(a, b), kShortestBond, kLongestBond);
 }
 
@@ -62,17 +60,18 @@ struct Candidate {
 };
 
 std::string conformationName(char conformation) {
-  return conformation == '\0' ? std::string() : std::string(1, conformation);
+  return conformation == kNoAlternate ? std::string() : std::string(1, conformation);
 }
 
 std::optional<Candidate> byOmega(const BondAtoms& atoms) {
   if (!isBond(atoms.caBefore, atoms.c) || !isBond(atoms.c, atoms.n) || !isBond(atoms.n, atoms.ca))
     return std::nullopt;
   Candidate candidate{{}, 0};
-  candidate.bond.omega =
-      kDegrees * gemmi::calculate_dihedral(atoms.caBefore->pos, atoms.c->pos, atoms.n->pos, atoms.ca->pos);
+  candidate.bond.omega = kDegrees * gemmi::calculate_dihedral(atoms.caBefore->position, atoms.c->position,
+                                                              atoms.n->position, atoms.ca->position);
   candidate.bond.state = stateOfOmega(*candidate.bond.omega);
-  candidate.occupancy = std::min({atoms.caBefore->occ, atoms.c->occ, atoms.n->occ, atoms.ca->occ});
+  candidate.occupancy =
+      std::min({atoms.caBefore->occupancy, atoms.c->occupancy, atoms.n->occupancy, atoms.ca->occupancy});
   return candidate;
 }
 
@@ -81,13 +80,13 @@ std::optional<Candidate> byDistance(const BondAtoms& atoms) {
   const double step = distance(atoms.caBefore, atoms.ca);
   const std::optional<BondState> state = stateOfDistance(step);
   if (!state) return std::nullopt;
-  Candidate candidate{{}, std::min(atoms.caBefore->occ, atoms.ca->occ)};
+  Candidate candidate{{}, std::min(atoms.caBefore->occupancy, atoms.ca->occupancy)};
   candidate.bond.caToCa = step;
   candidate.bond.state = *state;
   return candidate;
 }
 
-std::optional<Candidate> bondIn(const gemmi::Residue& before, const gemmi::Residue& after,
+std::optional<Candidate> bondIn(const BackboneResidue& before, const BackboneResidue& after,
                                 char conformation) {
   const BondAtoms atoms = atomsOf(before, after, conformation);
   if (atoms.caBefore == nullptr || atoms.ca == nullptr) return std::nullopt;
@@ -97,17 +96,18 @@ std::optional<Candidate> bondIn(const gemmi::Residue& before, const gemmi::Resid
   return candidate;
 }
 
-void addConformations(const gemmi::Residue& residue, std::string& found) {
-  for (const gemmi::Atom& atom : residue.atoms)
-    if (atom.has_altloc() && found.find(atom.altloc) == std::string::npos) found += atom.altloc;
+void addConformations(const BackboneResidue& residue, std::string& found) {
+  for (const PlacedAtom& atom : residue.atoms)
+    if (atom.alternate != kNoAlternate && found.find(atom.alternate) == std::string::npos)
+      found += atom.alternate;
 }
 
 /// The letters of the conformations of a bond; that of no letter where there is but one.
-std::string conformations(const gemmi::Residue& before, const gemmi::Residue& after) {
+std::string conformations(const BackboneResidue& before, const BackboneResidue& after) {
   std::string found;
   addConformations(before, found);
   addConformations(after, found);
-  return found.empty() ? std::string(1, '\0') : found;
+  return found.empty() ? std::string(1, kNoAlternate) : found;
 }
 
 std::string lengthText(const std::string& what, double length) {
@@ -140,7 +140,7 @@ std::optional<BondState> stateOfDistance(double step) {
   return step >= kTransStepFrom ? BondState::trans : BondState::twisted;
 }
 
-bool areBonded(const gemmi::Residue& before, const gemmi::Residue& after) {
+bool areBonded(const BackboneResidue& before, const BackboneResidue& after) {
   for (const char conformation : conformations(before, after)) {
     const BondAtoms atoms = atomsOf(before, after, conformation);
     if (atoms.c != nullptr && atoms.n != nullptr) {
@@ -153,7 +153,7 @@ bool areBonded(const gemmi::Residue& before, const gemmi::Residue& after) {
   return false;
 }
 
-std::vector<ModelBond> peptideBonds(const gemmi::Residue& before, const gemmi::Residue& after) {
+std::vector<ModelBond> peptideBonds(const BackboneResidue& before, const BackboneResidue& after) {
   std::vector<Candidate> candidates;
   for (const char conformation : conformations(before, after))
     if (auto candidate = bondIn(before, after, conformation)) candidates.push_back(*candidate);
@@ -164,9 +164,9 @@ std::vector<ModelBond> peptideBonds(const gemmi::Residue& before, const gemmi::R
   return bonds;
 }
 
-std::string whyNotBonded(const gemmi::Residue& before, const gemmi::Residue& after) {
-  const BondAtoms atoms = atomsOf(before, after, kAnyConformation);
-  const std::string start = "no bond to " + before.name + " " + before.seqid.str();
+std::string whyNotBonded(const BackboneResidue& before, const BackboneResidue& after) {
+  const BondAtoms atoms = atomsOf(before, after, kAnyAlternate);
+  const std::string start = "no bond to " + before.name + " " + before.number;
   if (atoms.c != nullptr && atoms.n != nullptr && !isBond(atoms.c, atoms.n))
     return start + ": " + lengthText("C - N", distance(atoms.c, atoms.n));
   if (atoms.caBefore == nullptr || atoms.ca == nullptr) return start + ": an atom CA is missing";

@@ -4,21 +4,20 @@
 #include <string>
 #include <vector>
 
-#include <gemmi/model.hpp>  // for gemmi::Residue
-
+#include "structure/coordinates.h"
 #include "zorvela/structure.h"
 
 namespace zorvela {
 
 /// Whether two residues are bonded: C and N, or without one of them the CA atoms, as near as in a peptide
 /// bond in any conformation.
-bool areBonded(const gemmi::Residue& before, const gemmi::Residue& after);
+bool areBonded(const BackboneResidue& before, const BackboneResidue& after);
 
 /// The bond between two residues in each conformation that has its atoms, the most occupied one first, among
 /// equals the one that the file has first. Empty where they are not bonded.
-std::vector<ModelBond> peptideBonds(const gemmi::Residue& before, const gemmi::Residue& after);
+std::vector<ModelBond> peptideBonds(const BackboneResidue& before, const BackboneResidue& after);
 
 /// Why two neighbours in a file are not bonded: "no bond to K116: C - N 4.5 A".
-std::string whyNotBonded(const gemmi::Residue& before, const gemmi::Residue& after);
+std::string whyNotBonded(const BackboneResidue& before, const BackboneResidue& after);
 
 }  // namespace zorvela

@@ -1,8 +1,8 @@
 // Any structure file as protein chains with the bonds before their prolines.
-#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
+#include "formats/foreign_text.h"
 #include "formats/input_bytes.h"
 #include "names/nomenclature.h"
 #include "structure/coordinates.h"
@@ -16,37 +16,6 @@ namespace zorvela {
 namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
-
-// --- Telling the format ---------------------------------------------------------------------------
-
-struct Signature {
-  std::string_view start;
-  const char* what;
-};
-
-constexpr Signature kForeignFiles[] = {
-    {"PK\x03\x04", "a zip archive; unpack it first"},
-    {"BZh", "packed with bzip2; unpack it first"},
-    {"\xFD"
-     "7zXZ",
-     "packed with xz; unpack it first"},
-    {"\x1F\x9D", "packed with compress; unpack it first"},
-    {"%PDF", "a PDF file"},
-    {"MMTF", "an MMTF file"},
-    {"{", "a JSON file"},
-    {"<", "an HTML or XML file, perhaps the error page of a web server"},
-    {">", "a FASTA sequence"},
-    {"@<TRIPOS>", "a MOL2 file"},
-    {"\xFF\xFE", "text in UTF-16; save it as UTF-8"},
-    {"\xFE\xFF", "text in UTF-16; save it as UTF-8"},
-};
-
-void checkForeign(std::string_view bytes, const std::string& name) {
-  for (const Signature& signature : kForeignFiles)
-    if (bytes.substr(0, signature.start.size()) == signature.start)
-      throw FileError(name, 0, std::string("is no structure file but ") + signature.what, kFormatRemedy);
-  if (bytes.find('\0') != std::string_view::npos) throw FileError(name, 0, "is no text file", kFormatRemedy);
-}
 
 /// Whether the first word outside comments begins a data block.
 bool isCif(std::string_view text) {
@@ -81,168 +50,150 @@ Coordinates readCoordinates(const std::string& text, const std::string& name, st
 
 /// A residue of one model, with what its name stands for.
 struct Placed {
-  const gemmi::Residue* residue = nullptr;
-  ResidueType type;
-  bool isFallback = false;  ///< unknown to the names, kept for its backbone
+  const BackboneResidue* residue = nullptr;
+  char letter = kUnknownResidue;
 };
 
-bool has(const gemmi::Residue& residue, const char* atom) {
-  return residue.find_atom(atom, '*') != nullptr;
+/// A chain of one model.
+struct PlacedChain {
+  std::string name;
+  std::vector<Placed> residues;
+};
+
+bool isAminoAcid(const BackboneResidue& residue, char letter) {
+  if (residue.find("CA") == nullptr) return false;
+  return letter != kUnknownResidue || (residue.find("N") != nullptr && residue.find("C") != nullptr);
 }
 
-bool isAminoAcid(const gemmi::Residue& residue, const ResidueType& type) {
-  if (!has(residue, "CA")) return false;
-  return type.letter != kUnknownResidue || (has(residue, "N") && has(residue, "C"));
+/// Of a residue with an atom CA.
+float occupancy(const BackboneResidue& residue) {
+  return residue.find("CA")->occupancy;
 }
 
-float occupancy(const gemmi::Residue& residue) {
-  const gemmi::Atom* ca = residue.find_atom("CA", '*');
-  return ca != nullptr ? ca->occ : 0;
-}
-
-using ResiduesByChain = std::vector<std::pair<std::string, std::vector<Placed>>>;
-
-/// The amino acids of each chain of a model, in the order of the file; of two residue types at one place the
-/// more occupied one.
-class ChainCollector {
- public:
-  explicit ChainCollector(std::vector<std::string>& noteList) : notes(noteList) {}
-
-  ResiduesByChain collect(const gemmi::Model& model) {
-    ResiduesByChain chains;
-    std::unordered_map<std::string, std::size_t> known;
-    for (const gemmi::Chain& part : model.chains) {
-      const auto at = known.emplace(part.name, chains.size());
-      if (at.second) chains.emplace_back(part.name, std::vector<Placed>{});
-      for (const gemmi::Residue& residue : part.residues)
-        add(residue, part.name, chains[at.first->second].second);
-    }
-    for (auto& chain : chains) dropLoose(chain.second);
-    return chains;
-  }
-
- private:
-  void add(const gemmi::Residue& residue, const std::string& chain, std::vector<Placed>& residues) {
-    const ResidueType type = residueType(residue.name);
-    if (!isAminoAcid(residue, type)) return;
-    const bool isAlternative = !residues.empty() && residues.back().residue->seqid == residue.seqid;
+/// The amino acids of a chain, in the order of the file; of two residue types at one place the more occupied
+/// one.
+std::vector<Placed> aminoAcids(const BackboneChain& chain, std::vector<std::string>& notes) {
+  std::vector<Placed> residues;
+  for (const BackboneResidue& residue : chain.residues) {
+    const Placed placed{&residue, residueType(residue.name).letter};
+    if (!isAminoAcid(residue, placed.letter)) continue;
+    const bool isAlternative =
+        !residues.empty() && equalIgnoringCase(residues.back().residue->number, residue.number);
     if (!isAlternative) {
-      residues.push_back({&residue, type});
-      return;
+      residues.push_back(placed);
+      continue;
     }
-    Placed& other = residues.back();
-    notes.push_back(printable("chain " + chain + ", residue " + residue.seqid.str() + " is " +
-                              other.residue->name + " or " + residue.name +
-                              "; the more occupied one is used"));
-    if (occupancy(residue) > occupancy(*other.residue)) other = {&residue, type};
+    const BackboneResidue& other = *residues.back().residue;
+    notes.push_back(printable("chain " + chain.name + ", residue " + residue.number + " is " + other.name +
+                              " or " + residue.name + "; the more occupied one is used"));
+    if (occupancy(residue) > occupancy(other)) residues.back() = placed;
   }
-
-  /// Free amino acids are HETATM without a bond to their neighbours; modified residues of a chain have one.
-  static void dropLoose(std::vector<Placed>& residues) {
-    std::vector<Placed> kept;
-    for (std::size_t i = 0; i < residues.size(); ++i) {
-      const gemmi::Residue& residue = *residues[i].residue;
-      const bool isBonded = (i > 0 && areBonded(*residues[i - 1].residue, residue)) ||
-                            (i + 1 < residues.size() && areBonded(residue, *residues[i + 1].residue));
-      if (residue.het_flag != 'H' || isBonded) kept.push_back(residues[i]);
-    }
-    residues = std::move(kept);
-  }
-
-  std::vector<std::string>& notes;
-};
-
-std::string keyOf(const gemmi::Residue& residue) {
-  return residue.seqid.str() + ' ' + residue.name;
+  return residues;
 }
 
-/// The chains of all models put together. The residues of a chain are those of the model that has most of
-/// them, the first one among equals; what only other models have is not used.
-class StructureBuilder {
- public:
-  explicit StructureBuilder(ProteinStructure& structure) : target(structure) {}
-
-  void add(const std::vector<gemmi::Model>& models) {
-    std::vector<ResiduesByChain> chainsOf;
-    for (const gemmi::Model& model : models) {
-      std::vector<std::string> notes;
-      chainsOf.push_back(ChainCollector(notes).collect(model));
-      if (model.chains.empty()) continue;
-      if (target.modelCount == 0) target.notes = std::move(notes);
-      ++target.modelCount;
-    }
-    addFullest(chainsOf);
-    for (std::size_t i = 0; i < models.size(); ++i)
-      for (const auto& [name, residues] : chainsOf[i]) addBonds(name, residues, models[i].name);
+/// Free amino acids are HETATM without a bond to their neighbours; modified residues of a chain have one.
+std::vector<Placed> withoutLoose(const std::vector<Placed>& residues) {
+  std::vector<Placed> kept;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    const BackboneResidue& residue = *residues[i].residue;
+    const bool isBonded = (i > 0 && areBonded(*residues[i - 1].residue, residue)) ||
+                          (i + 1 < residues.size() && areBonded(residue, *residues[i + 1].residue));
+    if (!residue.isHetero || isBonded) kept.push_back(residues[i]);
   }
+  return kept;
+}
 
- private:
-  void addFullest(const std::vector<ResiduesByChain>& models) {
-    std::vector<const ResiduesByChain::value_type*> fullest;  // by chain, in the order of the file
-    std::unordered_map<std::string, std::size_t> known;
-    for (const ResiduesByChain& chains : models)
-      for (const auto& chain : chains) {
-        const auto [at, isNew] = known.emplace(chain.first, fullest.size());
-        if (isNew) fullest.push_back(&chain);
-        if (chain.second.size() > fullest[at->second]->second.size()) fullest[at->second] = &chain;
-      }
-    for (const auto* chain : fullest)
-      if (!chain->second.empty()) addChain(chain->first, chain->second);
-  }
+std::vector<PlacedChain> chainsOf(const BackboneModel& model, std::vector<std::string>& notes) {
+  std::vector<PlacedChain> chains;
+  for (const BackboneChain& chain : model.chains)
+    chains.push_back({chain.name, withoutLoose(aminoAcids(chain, notes))});
+  return chains;
+}
 
-  void addChain(const std::string& name, const std::vector<Placed>& residues) {
-    Places places;
-    StructureChain chain;
-    chain.name = name;
-    chain.isTrace = true;
-    for (std::size_t i = 0; i < residues.size(); ++i) {
-      const Placed& placed = residues[i];
-      StructureResidue residue;
-      residue.letter = placed.type.letter;
-      residue.name = placed.residue->name;
-      residue.number = placed.residue->seqid.str();
-      residue.isAfterBreak = i > 0 && !areBonded(*residues[i - 1].residue, *placed.residue);
-      if (residue.letter == kProline) residue.whyNoBond = whyNone(residues, i);
-      chain.isTrace = chain.isTrace && !has(*placed.residue, "N") && !has(*placed.residue, "C");
-      places.byKey.emplace(keyOf(*placed.residue), i);
-      chain.residues.push_back(std::move(residue));
-    }
-    places.chain = target.chains.size();
-    byName.emplace(name, std::move(places));
-    target.chains.push_back(std::move(chain));
-  }
+std::string keyOf(const BackboneResidue& residue) {
+  return residue.number + ' ' + residue.name;
+}
 
-  static std::string whyNone(const std::vector<Placed>& residues, std::size_t i) {
-    if (i == 0) return "first residue of the chain";
-    return whyNotBonded(*residues[i - 1].residue, *residues[i].residue);
-  }
-
-  void addBonds(const std::string& name, const std::vector<Placed>& residues, const std::string& model) {
-    const auto known = byName.find(name);
-    if (known == byName.end()) return;
-    for (std::size_t i = 1; i < residues.size(); ++i) {
-      if (residues[i].type.letter != kProline) continue;
-      const auto place = known->second.byKey.find(keyOf(*residues[i].residue));
-      if (place == known->second.byKey.end()) continue;
-      std::vector<ModelBond> bonds = peptideBonds(*residues[i - 1].residue, *residues[i].residue);
-      if (bonds.empty()) continue;
-      StructureResidue& residue = target.chains[known->second.chain].residues[place->second];
-      for (ModelBond& bond : bonds) bond.model = model;
-      for (std::size_t c = 1; c < bonds.size(); ++c)
-        if (bonds[c].state != bonds.front().state) residue.others.push_back(bonds[c]);
-      residue.bonds.push_back(std::move(bonds.front()));
-      residue.whyNoBond.clear();
-    }
-  }
-
-  struct Places {
-    std::size_t chain = 0;
-    std::unordered_map<std::string, std::size_t> byKey;
-  };
-
-  ProteinStructure& target;
-  std::unordered_map<std::string, Places> byName;
+/// The places of residues in a chain of the result.
+struct Places {
+  std::size_t chain = 0;
+  std::unordered_map<std::string, std::size_t> byKey;
 };
+using PlacesByChain = std::unordered_map<std::string, Places>;
+
+void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByChain& byName) {
+  Places places;
+  places.chain = structure.chains.size();
+  StructureChain chain;
+  chain.name = placed.name;
+  chain.isTrace = true;
+  for (std::size_t i = 0; i < placed.residues.size(); ++i) {
+    const BackboneResidue& own = *placed.residues[i].residue;
+    const BackboneResidue* before = i > 0 ? placed.residues[i - 1].residue : nullptr;
+    StructureResidue residue;
+    residue.letter = placed.residues[i].letter;
+    residue.name = own.name;
+    residue.number = own.number;
+    residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
+    if (residue.letter == kProline)
+      residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
+    chain.isTrace = chain.isTrace && own.find("N") == nullptr && own.find("C") == nullptr;
+    places.byKey.emplace(keyOf(own), i);
+    chain.residues.push_back(std::move(residue));
+  }
+  byName.emplace(placed.name, std::move(places));
+  structure.chains.push_back(std::move(chain));
+}
+
+/// The residues of a chain are those of the model that has most of them, the first one among equals; what
+/// only other models have is not used.
+PlacesByChain addFullest(const std::vector<std::vector<PlacedChain>>& models, ProteinStructure& structure) {
+  std::vector<const PlacedChain*> fullest;  // by chain, in the order of the file
+  std::unordered_map<std::string, std::size_t> known;
+  for (const std::vector<PlacedChain>& chains : models)
+    for (const PlacedChain& chain : chains) {
+      const auto [at, isNew] = known.emplace(chain.name, fullest.size());
+      if (isNew) fullest.push_back(&chain);
+      if (chain.residues.size() > fullest[at->second]->residues.size()) fullest[at->second] = &chain;
+    }
+  PlacesByChain places;
+  for (const PlacedChain* chain : fullest)
+    if (!chain->residues.empty()) addChain(*chain, structure, places);
+  return places;
+}
+
+/// Adds the bonds before the prolines of a chain in one model.
+void addBonds(const PlacedChain& chain, const std::string& model, const Places& places,
+              std::vector<StructureResidue>& residues) {
+  for (std::size_t i = 1; i < chain.residues.size(); ++i) {
+    if (chain.residues[i].letter != kProline) continue;
+    const auto place = places.byKey.find(keyOf(*chain.residues[i].residue));
+    if (place == places.byKey.end()) continue;
+    std::vector<ModelBond> bonds = peptideBonds(*chain.residues[i - 1].residue, *chain.residues[i].residue);
+    if (bonds.empty()) continue;
+    StructureResidue& residue = residues[place->second];
+    for (ModelBond& bond : bonds) bond.model = model;
+    for (const ModelBond& bond : bonds)
+      if (bond.state != bonds.front().state) residue.others.push_back(bond);
+    residue.bonds.push_back(std::move(bonds.front()));
+    residue.whyNoBond.clear();
+  }
+}
+
+/// The chains of all models put together; notes are those of the first.
+void addModels(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
+  std::vector<std::vector<PlacedChain>> chains;
+  for (const BackboneModel& model : models) {
+    std::vector<std::string> notes;
+    chains.push_back(chainsOf(model, notes));
+    if (structure.modelCount++ == 0) structure.notes = std::move(notes);
+  }
+  const PlacesByChain places = addFullest(chains, structure);
+  for (std::size_t i = 0; i < models.size(); ++i)
+    for (const PlacedChain& chain : chains[i])
+      if (const auto known = places.find(chain.name); known != places.end())
+        addBonds(chain, models[i].name, known->second, structure.chains[known->second.chain].residues);
+}
 
 [[noreturn]] void throwWithoutProtein(const std::string& name, const Coordinates& coordinates) {
   if (!coordinates.notes.empty())
@@ -264,15 +215,14 @@ ProteinStructure readStructureFile(const std::string& path) {
 }
 
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file) {
-  const std::string& name = file;
-  checkForeign(bytes, name);
+  refuseForeign(bytes, file, Wanted::structure, kFormatRemedy);
   if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
-  if (trimmed(bytes).empty()) throw FileError(name, 0, "is empty", kFormatRemedy);
+  if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
   ProteinStructure structure;
   structure.file = file;
-  const Coordinates coordinates = readCoordinates(bytes, name, structure.format);
-  StructureBuilder(structure).add(coordinates.structure.models);
-  if (structure.chains.empty()) throwWithoutProtein(name, coordinates);
+  const Coordinates coordinates = readCoordinates(bytes, file, structure.format);
+  addModels(coordinates.models, structure);
+  if (structure.chains.empty()) throwWithoutProtein(file, coordinates);
   structure.notes.insert(structure.notes.begin(), coordinates.notes.begin(), coordinates.notes.end());
   return structure;
 }

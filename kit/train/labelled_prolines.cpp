@@ -1,14 +1,14 @@
 // Reads labels and shift tables; keeps the secondary shifts and hands them back to the program's classes.
 #include "train/labelled_prolines.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <filesystem>
 #include <iterator>
 #include <set>
 #include <string>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -141,8 +141,8 @@ GDB entryTable(const std::string& path) {
 
 std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
   std::string path = folder + "/" + label.entry + ".tab";
-  struct stat info {};
-  if (stat(path.c_str(), &info) != 0)
+  std::error_code unknown;
+  if (!std::filesystem::exists(path, unknown))
     throw Error(labels.path, label.line, "there is no shift table " + path + " for entry " + label.entry,
                 "add the file or remove the lines of the entry");
   return path;

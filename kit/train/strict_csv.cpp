@@ -2,15 +2,14 @@
 #include "train/strict_csv.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstring>
-#include <fstream>
-#include <iterator>
+#include <system_error>
 #include <utility>
 
+#include "formats/input_bytes.h"
 #include "formats/text/delimited_text.h"
+#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -19,12 +18,10 @@ namespace zorvela {
 namespace {
 
 std::string wholeFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw Error(path, 0, std::strerror(errno), "give the path of a CSV file");
   try {
-    return {std::istreambuf_iterator<char>(in), {}};
-  } catch (const std::ios_base::failure&) {
-    throw Error(path, 0, "cannot be read to its end", "give the path of a CSV file");
+    return readWhole(path, kLargestInput);
+  } catch (const std::system_error& e) {
+    throw Error(path, 0, e.code().message(), "give the path of a CSV file");
   }
 }
 

@@ -1,16 +1,22 @@
-// Numbers as text, by a library that every compiler takes, those for the browser too.
 #include "util/number.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 
-#include <fmt/format.h>
+#include "util/text.h"
 
 namespace zorvela {
 
 std::string fixedText(double value, int decimals) {
-  return fmt::format("{:.{}f}", value, decimals);
+  char digits[400];  // the largest number has 309 before the point
+  std::snprintf(digits, sizeof digits, "%.*f", decimals, value);
+  std::string text = digits;
+  // The locale of a program that uses the library may have a comma there, or a sign of several bytes.
+  const std::size_t point = text.find_first_not_of("-0123456789");
+  if (decimals > 0 && std::isfinite(value))
+    text.replace(point, text.size() - point - static_cast<std::size_t>(decimals), ".");
+  return text;
 }
 
 namespace {
@@ -22,32 +28,25 @@ struct Decimal {
 };
 
 Decimal shortestDecimal(float value) {
-  // The shortest text is "0.00012", "1200.0" or "1.2e-05": digits, a point, an exponent.
-  const std::string text = fmt::format("{}", value);
-  const std::size_t mantissaEnd = std::min(text.find('e'), text.size());
-  Decimal decimal;
-  decimal.exponent = mantissaEnd < text.size() ? std::stoi(text.substr(mantissaEnd + 1)) : 0;
-  int beforePoint = 0;
-  bool pointSeen = false;
-  for (const char c : text.substr(0, mantissaEnd)) {
-    if (c == '.') {
-      pointSeen = true;
-    } else if (decimal.digits.empty() && c == '0') {
-      if (pointSeen) --beforePoint;
-    } else {
-      decimal.digits += c;
-      if (!pointSeen) ++beforePoint;
-    }
+  constexpr int kMostDecimals = 8;  // nine digits tell all floats apart
+  char text[40];
+  for (int decimals = 0; decimals <= kMostDecimals; ++decimals) {
+    std::snprintf(text, sizeof text, "%.*e", decimals, static_cast<double>(value));
+    if (std::strtof(text, nullptr) == value) break;
   }
-  decimal.exponent += beforePoint - 1;
-  decimal.digits.erase(decimal.digits.find_last_not_of('0') + 1);
+  Decimal decimal;
+  const char* c = text;
+  for (; *c != 'e'; ++c)
+    if (isDigit(*c)) decimal.digits += *c;
+  decimal.exponent = std::atoi(c + 1);
   return decimal;
 }
 
 std::string withExponent(const Decimal& decimal) {
   std::string text = decimal.digits.substr(0, 1);
   if (decimal.digits.size() > 1) text += "." + decimal.digits.substr(1);
-  return text + fmt::format("e{}{:02}", decimal.exponent < 0 ? '-' : '+', std::abs(decimal.exponent));
+  const int size = std::abs(decimal.exponent);
+  return text + (decimal.exponent < 0 ? "e-" : "e+") + (size < 10 ? "0" : "") + std::to_string(size);
 }
 
 std::string withoutExponent(const Decimal& decimal, float value) {

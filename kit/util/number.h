@@ -5,8 +5,8 @@
 
 namespace zorvela {
 
-/// The shortest decimal text that gives back the same number, with an exponent where that is shorter:
-/// "0.1", "25", "1e-04".
+/// The fewest rounded digits that give back the same number, with an exponent where that is shorter: "0.1",
+/// "25", "1e-04".
 std::string numberText(float value);
 
 /// With so many decimals, as printf writes it.

@@ -70,7 +70,7 @@ class Document(unittest.TestCase):
 class Schema(unittest.TestCase):
     def test_a_proline_has_the_columns_of_the_csv_file(self):
         columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING - IN_SHORT
-        properties = set(SCHEMA["$defs"]["proline"]["properties"])
+        properties = set(SCHEMA["$defs"]["proline"]["required"])
         self.assertEqual(columns - properties, set())
         self.assertEqual(properties - columns, {"prev_resid", "next_resid", "evidence", "next_shifts"})
         self.assertEqual(OF_THE_PROTEIN - set(SCHEMA["$defs"]["protein"]["properties"]), set())

@@ -12,6 +12,8 @@ namespace zorvela {
 
 namespace {
 
+using Notes = std::vector<std::string>;
+
 /// Chains and residues that are not assigned yet have names with this mark.
 constexpr char kUnassignedMark = '@';
 
@@ -75,107 +77,94 @@ std::size_t addChain(const std::string& code, ChainFinder& finder) {
   return finder.add(code, std::move(chain));
 }
 
-class SequenceReader {
- public:
-  SequenceReader(ShiftFile& shiftFile, ChainFinder& chainFinder) : file(shiftFile), finder(chainFinder) {}
+/// By chain.
+using WordsByChain = std::map<std::size_t, ChainWords>;
 
-  void read(const StarTable& table) {
-    const std::size_t chainColumn = table.column("_nef_sequence.chain_code");
-    const std::size_t number = table.column("_nef_sequence.sequence_code");
-    // Early files call it residue_type.
-    const std::size_t name = table.columnOfAny({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
-    const std::size_t linking = table.column("_nef_sequence.linking");
-    const std::size_t cis = table.column("_nef_sequence.cis_peptide");
-    const std::size_t rows = table.rows();
-    for (std::size_t row = 0; row < rows; ++row) {
-      const std::size_t chain = chainNamed(nameOf(table.text(row, chainColumn), file.notes));
-      FileResidue residue;
-      residue.key = residue.number = table.word(row, number);
-      residue.name = table.word(row, name);
-      const std::string own = table.word(row, linking);
-      if (isNoResidue(own, residue.name)) continue;
-      finder.countResidues(1);
-      if (const auto isCis = readFlag(table.word(row, cis)))
-        file.chains[chain].cisFlags.push_back({residue.key, *isCis});
-      join(words[chain], own, !table.lacksRows(), residue);
-      file.chains[chain].residues.push_back(std::move(residue));
-    }
-  }
+/// Whether the residue is bonded to the one before in its chain. Where a row could not be read, its residue
+/// may stand between the two.
+void join(ChainWords& said, const std::string& linking, bool isComplete, FileResidue& residue) {
+  residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
+  if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
+    said.bonds.push_back(said.keyBefore + " to " + residue.key);
+  if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
+    said.breaks.push_back(said.keyBefore + "/" + residue.key);
+  said.keyBefore = residue.key;
+  said.linkingBefore = linking;
+}
 
-  /// Notes on the chains that have shifts.
-  void note() const {
-    std::vector<bool> hasShifts(file.chains.size(), false);
-    for (const FileShiftList& list : file.lists)
-      for (const FileShift& row : list.shifts)
-        if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
-    for (const auto& [chain, said] : words) {
-      if (!hasShifts[chain]) continue;
-      const std::string ofChain = " of chain " + file.chains[chain].name;
-      if (!said.bonds.empty())
-        file.notes.push_back("the numbers" + ofChain +
-                             " jump between residues that the file calls bonded, so they are neighbours: " +
-                             enumerated(said.bonds));
-      if (!said.breaks.empty())
-        file.notes.push_back("the file says that residues" + ofChain +
-                             " are not bonded, but none is missing between them, so they stay neighbours: " +
-                             enumerated(said.breaks));
-    }
-  }
-
- private:
-  std::size_t chainNamed(const std::string& code) {
+void readSequence(const StarTable& table, ChainFinder& finder, WordsByChain& words, Notes& notes) {
+  const StarColumn chainCode = table.column("_nef_sequence.chain_code");
+  const StarColumn number = table.column("_nef_sequence.sequence_code");
+  // Early files call it residue_type.
+  const StarColumn name = table.column("_nef_sequence.residue_name", "_nef_sequence.residue_type");
+  const StarColumn linking = table.column("_nef_sequence.linking");
+  const StarColumn cis = table.column("_nef_sequence.cis_peptide");
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    const std::string code = nameOf(chainCode.text(row), notes);
     const std::size_t known = finder.find(code);
-    return known != kNoChain ? known : addChain(code, finder);
+    const std::size_t chain = known != kNoChain ? known : addChain(code, finder);
+    FileResidue residue{number.word(row), number.word(row), name.word(row)};
+    const std::string own = linking.word(row);
+    if (isNoResidue(own, residue.name)) continue;
+    finder.countResidues(1);
+    if (const auto isCis = readFlag(cis.word(row)))
+      finder.chains[chain].cisFlags.push_back({residue.key, *isCis});
+    join(words[chain], own, !table.lacksRows(), residue);
+    finder.chains[chain].residues.push_back(std::move(residue));
   }
+}
 
-  /// Whether the residue is bonded to the one before in its chain. Where a row could not be read, its residue
-  /// may stand between the two.
-  static void join(ChainWords& said, const std::string& linking, bool isComplete, FileResidue& residue) {
-    residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
-    if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
-      said.bonds.push_back(said.keyBefore + " to " + residue.key);
-    if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
-      said.breaks.push_back(said.keyBefore + "/" + residue.key);
-    said.keyBefore = residue.key;
-    said.linkingBefore = linking;
+/// Notes on the chains that have shifts.
+void noteWords(const WordsByChain& words, ShiftFile& file) {
+  std::vector<bool> hasShifts(file.chains.size(), false);
+  for (const FileShiftList& list : file.lists)
+    for (const FileShift& row : list.shifts)
+      if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
+  for (const auto& [chain, said] : words) {
+    if (!hasShifts[chain]) continue;
+    const std::string ofChain = " of chain " + file.chains[chain].name;
+    if (!said.bonds.empty())
+      file.notes.push_back("the numbers" + ofChain +
+                           " jump between residues that the file calls bonded, so they are neighbours: " +
+                           enumerated(said.bonds));
+    if (!said.breaks.empty())
+      file.notes.push_back("the file says that residues" + ofChain +
+                           " are not bonded, but none is missing between them, so they stay neighbours: " +
+                           enumerated(said.breaks));
   }
+}
 
-  ShiftFile& file;
-  ChainFinder& finder;
-  std::map<std::size_t, ChainWords> words;  ///< by chain
-};
-
-std::size_t chainOf(const std::string& code, const ShiftFile& file, ChainFinder& finder) {
+std::size_t chainOf(const std::string& code, ChainFinder& finder) {
   const std::size_t known = finder.find(code);
   if (known != kNoChain) return known;
-  return code.empty() && !file.chains.empty() ? kNoChain : addChain(code, finder);
+  return code.empty() && !finder.chains.empty() ? kNoChain : addChain(code, finder);
 }
 
 void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, ChainFinder& finder) {
-  const std::size_t chain = table.column("_nef_chemical_shift.chain_code");
-  const std::size_t number = table.column("_nef_chemical_shift.sequence_code");
-  const std::size_t name =
-      table.columnOfAny({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"});
-  const std::size_t atom = table.column("_nef_chemical_shift.atom_name");
-  const std::size_t value = table.column("_nef_chemical_shift.value");
-  const std::size_t element = table.column("_nef_chemical_shift.element");
+  const StarColumn chain = table.column("_nef_chemical_shift.chain_code");
+  const StarColumn number = table.column("_nef_chemical_shift.sequence_code");
+  const StarColumn name =
+      table.column("_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type");
+  const StarColumn atom = table.column("_nef_chemical_shift.atom_name");
+  const StarColumn value = table.column("_nef_chemical_shift.value");
+  const StarColumn element = table.column("_nef_chemical_shift.element");
   std::size_t unassigned = 0;
   std::string example;
   const std::size_t rows = table.rows();
   reserveRows(list, rows, file, finder.file());
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
-    const std::string code = nameOf(table.text(row, chain), file.notes);
-    shift.key = shift.number = table.word(row, number);
+    const std::string code = nameOf(chain.text(row), file.notes);
+    shift.key = shift.number = number.word(row);
     if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
       if (unassigned++ == 0) example = isUnassigned(code) ? code + " " + shift.key : shift.key;
       continue;
     }
-    shift.chain = chainOf(code, file, finder);
-    shift.residueName = table.word(row, name);
-    shift.atom = table.word(row, atom);
-    shift.element = table.word(row, element);
-    shift.value = table.word(row, value);
+    shift.chain = chainOf(code, finder);
+    shift.residueName = name.word(row);
+    shift.atom = atom.word(row);
+    shift.element = element.word(row);
+    shift.value = value.word(row);
     list.shifts.push_back(std::move(shift));
   }
   if (unassigned > 0)
@@ -194,14 +183,15 @@ void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   if (!list.shifts.empty()) file.lists.push_back(std::move(list));
 }
 
-void readLinks(const StarTable& table, const ChainFinder& finder, BondEnds& bonds) {
-  const auto column = [&](const std::string& tag) { return table.column("_nef_covalent_links." + tag); };
+void readLinks(const StarTable& table, ChainFinder& finder) {
   for (std::size_t row = 0; row < table.rows(); ++row) {
-    const auto cell = [&](const std::string& tag) { return table.word(row, column(tag)); };
+    const auto cell = [&](const std::string& tag) {
+      return table.column("_nef_covalent_links." + tag).word(row);
+    };
     if (!isDisulfideBond("", cell("atom_name_1"), cell("atom_name_2"))) continue;
     for (const std::string end : {"_1", "_2"}) {
       const std::size_t chain = finder.find(cell("chain_code" + end));
-      if (chain != kNoChain) bonds.add(chain, cell("sequence_code" + end));
+      if (chain != kNoChain) finder.addBondEnd(chain, cell("sequence_code" + end));
     }
   }
 }
@@ -218,16 +208,17 @@ bool isNef(const Source& source) {
 ShiftFile readNef(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
-  ChainFinder finder(file.chains, source.file);
-  SequenceReader sequences(file, finder);
-  BondEnds bonds(file.chains, source.file);
+  ChainFinder finder(source.file);
+  WordsByChain words;
   for (const StarFrame& frame : frames)
-    for (const StarTable& table : tablesOf(frame, "_nef_sequence.")) sequences.read(table);
+    for (const StarTable& table : tablesOf(frame, "_nef_sequence."))
+      readSequence(table, finder, words, file.notes);
   for (const StarFrame& frame : frames) readList(frame, file, finder);
   for (const StarFrame& frame : frames)
-    for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder, bonds);
+    for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder);
+  file.chains = std::move(finder.chains);
   placeByNames(file.lists, file.chains, file.notes);
-  sequences.note();
+  noteWords(words, file);
   file.contents = starContents(*source.star);
   return file;
 }

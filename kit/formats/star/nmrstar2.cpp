@@ -6,7 +6,6 @@
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
 #include "util/text.h"
-#include "zorvela/error.h"
 
 namespace zorvela {
 
@@ -17,22 +16,19 @@ std::string frameName(const std::string& name) {
 }
 
 /// The author's number of a residue; "@" stands for none.
-std::string authorNumber(const StarTable& table, std::size_t row, std::size_t column) {
-  std::string number = table.word(row, column);
+std::string authorNumber(const StarColumn& column, std::size_t row) {
+  std::string number = column.word(row);
   return number == "@" ? std::string() : number;
 }
 
 using Molecules = std::map<std::string, FileChain>;  ///< by save frame
 
 void addResidues(const StarTable& table, FileChain& molecule, const ChainFinder& finder) {
-  const std::size_t key = table.column("_Residue_seq_code");
-  const std::size_t number = table.column("_Residue_author_seq_code");
-  const std::size_t name = table.column("_Residue_label");
+  const StarColumn key = table.column("_Residue_seq_code");
+  const StarColumn number = table.column("_Residue_author_seq_code");
+  const StarColumn name = table.column("_Residue_label");
   for (std::size_t row = 0; row < table.rows(); ++row) {
-    FileResidue residue;
-    residue.key = table.word(row, key);
-    residue.number = authorNumber(table, row, number);
-    residue.name = table.word(row, name);
+    FileResidue residue{key.word(row), authorNumber(number, row), name.word(row)};
     if (residue.key.empty()) continue;
     finder.checkResidues(molecule.residues.size() + 1);
     molecule.residues.push_back(std::move(residue));
@@ -57,16 +53,13 @@ void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file,
   std::size_t residues = molecule.residues.size();
   for (const auto& [name, other] : molecules) residues += other.residues.size();
   finder.checkResidues(residues);
-  if (molecules.size() == kMostListsOrChains)
-    throw FileError(frame.file().name, 0,
-                    "describes more than " + std::to_string(kMostListsOrChains) + " molecules",
-                    "give the part with the protein only");
+  checkLimit(molecules.size() + 1, limits::kMolecules, finder.file());
   molecules.emplace(nameOf(frame.name(), file.notes), std::move(molecule));
 }
 
 void addCopy(FileChain chain, const std::string& component, const std::string& label, ChainFinder& finder) {
   chain.name = component;
-  chain.aliases = {label, chain.molecule, std::to_string(finder.count() + 1)};
+  chain.aliases = {label, chain.molecule, std::to_string(finder.chains.size() + 1)};
   const std::size_t index = finder.add(component, std::move(chain));
   finder.alias(frameName(label), index);
 }
@@ -76,15 +69,15 @@ void readSystem(const StarFrame& frame, const Molecules& molecules, ShiftFile& f
   noteCautions(frameValue(frame, "_Mol_system_name"), frameValue(frame, "_System_physical_state"),
                frameValue(frame, "_System_paramagnetic"), file.notes);
   for (const StarTable& table : tablesWith(frame, "_Mol_label")) {
-    const std::size_t component = table.column("_Mol_system_component_name");
-    const std::size_t label = table.column("_Mol_label");
-    if (component == StarTable::kAbsent) continue;
+    if (!table.has("_Mol_system_component_name")) continue;
+    const StarColumn component = table.column("_Mol_system_component_name");
+    const StarColumn label = table.column("_Mol_label");
     for (std::size_t row = 0; row < table.rows(); ++row) {
-      const std::string name = withoutDollar(nameOf(table.text(row, label), file.notes));
+      const std::string name = withoutDollar(nameOf(label.text(row), file.notes));
       const auto molecule = molecules.find(name);
       FileChain chain = molecule != molecules.end() ? molecule->second : FileChain();
       if (chain.thiol == Thiol::unknown) chain.thiol = ofAll;
-      addCopy(std::move(chain), nameOf(table.text(row, component), file.notes), name, finder);
+      addCopy(std::move(chain), nameOf(component.text(row), file.notes), name, finder);
     }
   }
 }
@@ -95,37 +88,34 @@ std::size_t chainOf(const std::string& component, const ChainFinder& finder) {
   return byName != kNoChain ? byName : finder.find(frameName(withoutDollar(component)));
 }
 
-/// A chain for a shift list that was cut out of its entry.
-std::size_t addUndescribed(const std::string& component, ChainFinder& finder) {
-  addCopy(FileChain(), component, component, finder);
-  return finder.count() - 1;
-}
-
 void readShifts(const StarTable& table, const std::string& component, FileShiftList& list, ShiftFile& file,
                 ChainFinder& finder) {
-  const std::size_t ownComponent = table.column("_Mol_system_component_name");
-  const std::size_t key = table.column("_Residue_seq_code");
-  const std::size_t number = table.column("_Residue_author_seq_code");
-  const std::size_t name = table.column("_Residue_label");
-  const std::size_t atom = table.column("_Atom_name");
-  const std::size_t element = table.column("_Atom_type");
-  const std::size_t value = table.column("_Chem_shift_value");
-  const std::size_t ambiguity = table.column("_Chem_shift_ambiguity_code");
+  const StarColumn ownComponent = table.column("_Mol_system_component_name");
+  const StarColumn key = table.column("_Residue_seq_code");
+  const StarColumn number = table.column("_Residue_author_seq_code");
+  const StarColumn name = table.column("_Residue_label");
+  const StarColumn atom = table.column("_Atom_name");
+  const StarColumn element = table.column("_Atom_type");
+  const StarColumn value = table.column("_Chem_shift_value");
+  const StarColumn ambiguity = table.column("_Chem_shift_ambiguity_code");
   const std::size_t rows = table.rows();
   reserveRows(list, rows, file, finder.file());
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
-    const std::string rowComponent = nameOf(table.text(row, ownComponent), file.notes);
+    const std::string rowComponent = nameOf(ownComponent.text(row), file.notes);
     const std::string chain = rowComponent.empty() ? component : rowComponent;
     shift.chain = chain.empty() ? kNoChain : chainOf(chain, finder);
-    if (finder.count() == 0) shift.chain = addUndescribed(chain, finder);
-    shift.key = table.word(row, key);
-    shift.number = authorNumber(table, row, number);
-    shift.residueName = table.word(row, name);
-    shift.atom = table.word(row, atom);
-    shift.element = table.word(row, element);
-    shift.value = table.word(row, value);
-    shift.ambiguity = table.word(row, ambiguity);
+    if (finder.chains.empty()) {  // the list was cut out of its entry
+      addCopy(FileChain(), chain, chain, finder);
+      shift.chain = 0;
+    }
+    shift.key = key.word(row);
+    shift.number = authorNumber(number, row);
+    shift.residueName = name.word(row);
+    shift.atom = atom.word(row);
+    shift.element = element.word(row);
+    shift.value = value.word(row);
+    shift.ambiguity = ambiguity.word(row);
     list.shifts.push_back(std::move(shift));
   }
 }
@@ -142,30 +132,19 @@ void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   file.lists.push_back(std::move(list));
 }
 
-void addBondEnd(const std::string& component, const std::string& key, const ShiftFile& file,
-                const ChainFinder& finder, BondEnds& bonds) {
-  const std::size_t named = component.empty() ? kNoChain : chainOf(component, finder);
-  if (named != kNoChain)
-    bonds.add(named, key);
-  else if (file.chains.size() == 1)
-    bonds.add(0, key);
-}
-
-void readCrosslinks(const StarFrame& frame, const ShiftFile& file, const ChainFinder& finder,
-                    BondEnds& bonds) {
-  for (const StarTable& table : tablesWith(frame, "_Atom_one_residue_seq_code")) {
-    const auto cell = [&](std::size_t row, const std::string& tag) {
-      return table.word(row, table.column(tag));
-    };
+void readCrosslinks(const StarFrame& frame, ChainFinder& finder) {
+  for (const StarTable& table : tablesWith(frame, "_Atom_one_residue_seq_code"))
     for (std::size_t row = 0; row < table.rows(); ++row) {
-      if (!isDisulfideBond(cell(row, "_Bond_type"), cell(row, "_Atom_one_atom_name"),
-                           cell(row, "_Atom_two_atom_name")))
+      const auto cell = [&](const std::string& tag) { return table.column(tag).word(row); };
+      if (!isDisulfideBond(cell("_Bond_type"), cell("_Atom_one_atom_name"), cell("_Atom_two_atom_name")))
         continue;
-      for (const std::string end : {"_Atom_one_", "_Atom_two_"})
-        addBondEnd(cell(row, end + "mol_system_component_name"), cell(row, end + "residue_seq_code"), file,
-                   finder, bonds);
+      for (const std::string end : {"_Atom_one_", "_Atom_two_"}) {
+        const std::string component = cell(end + "mol_system_component_name");
+        std::size_t chain = component.empty() ? kNoChain : chainOf(component, finder);
+        if (chain == kNoChain && finder.chains.size() == 1) chain = 0;
+        if (chain != kNoChain) finder.addBondEnd(chain, cell(end + "residue_seq_code"));
+      }
     }
-  }
 }
 
 }  // namespace
@@ -181,8 +160,7 @@ bool isNmrStar2(const Source& source) {
 ShiftFile readNmrStar2(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
-  ChainFinder finder(file.chains, source.file);
-  BondEnds bonds(file.chains, source.file);
+  ChainFinder finder(source.file);
   Molecules molecules;
   for (const StarFrame& frame : frames) readMolecule(frame, molecules, file, finder);
   for (const StarFrame& frame : frames) readSystem(frame, molecules, file, finder);
@@ -190,7 +168,8 @@ ShiftFile readNmrStar2(const Source& source) {
   for (const auto& [name, molecule] : molecules)
     if (finder.find(frameName(name)) == kNoChain) addCopy(molecule, name, name, finder);
   for (const StarFrame& frame : frames) readList(frame, file, finder);
-  for (const StarFrame& frame : frames) readCrosslinks(frame, file, finder, bonds);
+  for (const StarFrame& frame : frames) readCrosslinks(frame, finder);
+  file.chains = std::move(finder.chains);
   placeByNames(file.lists, file.chains, file.notes);
   numberByRows(file.chains, file.lists, file.notes);
   makeNamesDiffer(file.chains);

@@ -6,7 +6,6 @@
 
 #include "names/nomenclature.h"
 #include "util/text.h"
-#include "zorvela/error.h"
 
 namespace zorvela {
 
@@ -127,9 +126,7 @@ std::size_t ChainFinder::find(const std::string& name) const {
 }
 
 std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
-  if (chains.size() == kMostListsOrChains)
-    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostListsOrChains) + " chains",
-                    "give the part with the protein only");
+  checkLimit(chains.size() + 1, limits::kChains, fileName);
   countResidues(chain.residues.size());
   chains.push_back(std::move(chain));
   index.emplace(name, chains.size() - 1);
@@ -141,9 +138,7 @@ void ChainFinder::countResidues(std::size_t more) {
 }
 
 void ChainFinder::checkResidues(std::size_t total) const {
-  if (total > kMostResidues)
-    throw FileError(fileName, 0, "describes more than " + std::to_string(kMostResidues) + " residues",
-                    "give the part with the protein only");
+  checkLimit(total, limits::kResidues, fileName);
 }
 
 std::vector<FileResidue> residuesOfLetters(const std::string& text) {
@@ -250,23 +245,15 @@ std::string nameOf(std::string text, std::vector<std::string>& notes) {
 }
 
 void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name) {
-  if (file.lists.size() == kMostListsOrChains)
-    throw FileError(name, 0, "has more than " + std::to_string(kMostListsOrChains) + " shift lists",
-                    "split it into one file per protein");
+  checkLimit(file.lists.size() + 1, limits::kLists, name);
   std::size_t rows = list.shifts.size() + more;
   for (const FileShiftList& other : file.lists) rows += other.shifts.size();
-  if (rows > kMostShiftRows)
-    throw FileError(name, 0, "has more than " + std::to_string(kMostShiftRows) + " shift rows",
-                    "split it into one file per protein");
+  checkLimit(rows, limits::kShiftRows, name);
   list.shifts.reserve(list.shifts.size() + more);
 }
 
-void BondEnds::add(std::size_t chain, const std::string& key) {
-  if (++count > kMostBondEnds)
-    throw FileError(
-        fileName, 0,
-        "has more than " + std::to_string(kMostBondEnds) + " ends of disulfide bonds in all copies",
-        "give the part with the protein only");
+void ChainFinder::addBondEnd(std::size_t chain, const std::string& key) {
+  checkLimit(++bondEnds, limits::kBondEnds, fileName);
   chains[chain].disulfides.push_back(key);
 }
 

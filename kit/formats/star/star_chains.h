@@ -12,12 +12,11 @@
 
 namespace zorvela {
 
-/// Chains with an index from the names that rows use for them.
+/// The chains of a file, found by the names that rows use for them.
 class ChainFinder {
  public:
-  /// `file` is how messages name the file.
-  ChainFinder(std::vector<FileChain>& fileChains, std::string file)
-      : chains(fileChains), fileName(std::move(file)) {}
+  /// `name` is how messages name the file.
+  explicit ChainFinder(std::string name) : fileName(std::move(name)) {}
 
   /// Index of the chain that was added under this name, `kNoChain` if there is none.
   std::size_t find(const std::string& name) const;
@@ -26,20 +25,22 @@ class ChainFinder {
   std::size_t add(const std::string& name, FileChain chain);
   /// How messages name the file.
   const std::string& file() const { return fileName; }
-  /// How many chains there are.
-  std::size_t count() const { return chains.size(); }
   /// Counts residues that are added to chains one by one; FileError beyond what any real file has.
   void countResidues(std::size_t more);
   /// FileError for more residues than any real file has.
   void checkResidues(std::size_t total) const;
   /// Another name for a chain.
   void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
+  /// Adds an end of a disulfide bond to a chain; FileError beyond what any real file has.
+  void addBondEnd(std::size_t chain, const std::string& key);
+
+  std::vector<FileChain> chains;
 
  private:
-  std::vector<FileChain>& chains;
   std::string fileName;
   std::unordered_map<std::string, std::size_t> index;
   std::size_t residueCount = 0;
+  std::size_t bondEnds = 0;
 };
 
 /// Residues from one-letter text as entries write it: white space does not count, (MSE) is one residue,
@@ -83,19 +84,6 @@ std::string nameOf(std::string text, std::vector<std::string>& notes);
 /// Adds room for the rows of one more table to a list that is not among those of the file yet; FileError
 /// where the file has more rows or lists than any real one. `name` is how messages name the file.
 void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name);
-
-/// Adds ends of disulfide bonds to chains; FileError beyond what any real file has.
-class BondEnds {
- public:
-  BondEnds(std::vector<FileChain>& fileChains, std::string file)
-      : chains(fileChains), fileName(std::move(file)) {}
-  void add(std::size_t chain, const std::string& key);
-
- private:
-  std::vector<FileChain>& chains;
-  std::string fileName;
-  std::size_t count = 0;
-};
 
 /// Gives rows without a chain to the one polypeptide whose sequence fits their residue names best; all
 /// chains without a sequence count as fitting. Nothing happens where two chains fit alike.

@@ -83,9 +83,7 @@ class Parser {
 
   void advance() {
     token = tokens.next();
-    if (token.kind != Kind::end && ++wordCount > kMostWords)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostWords) + " words",
-                      "give the part with the sequence and the shifts only");
+    if (token.kind != Kind::end) checkLimit(++wordCount, limits::kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -125,9 +123,7 @@ class Parser {
     const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
     const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
     if (pairs == file.pairs.size() && loops == file.loops.size()) return;
-    if (file.frames.size() == kMostFrames)
-      throw FileError(file.name, 0, "has more than " + std::to_string(kMostFrames) + " save frames",
-                      "give the part with the sequence and the shifts only");
+    checkLimit(file.frames.size() + 1, limits::kFrames, file.name);
     const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
     file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
                            small(file.loops.size())});
@@ -401,9 +397,7 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
       ++entry.endFrame;
     first = entry.endFrame;
     if (!isEntry(entry)) continue;
-    if (entries.size() == kMostListsOrChains)
-      throw FileError(file->name, 0, "holds more than " + std::to_string(kMostListsOrChains) + " entries",
-                      "split it into several files");
+    checkLimit(entries.size() + 1, limits::kEntries, file->name);
     entries.push_back(std::move(entry));
   }
   if (entries.size() < 2) return {{file, 0, file->frames.size(), {}}};
@@ -420,19 +414,17 @@ std::size_t StarTable::rows() const {
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
 }
 
-std::size_t StarTable::column(std::string_view tag) const {
+StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) const {
+  return {*this, indexOf(tag), otherTag.empty() ? kAbsent : indexOf(otherTag)};
+}
+
+std::size_t StarTable::indexOf(std::string_view tag) const {
   const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
   for (std::size_t i = 0; i < count; ++i) {
     const StarSpan own =
         loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
     if (equalIgnoringCase(source->textOf(own), tag)) return i;
   }
-  return kAbsent;
-}
-
-std::size_t StarTable::columnOfAny(const std::vector<std::string_view>& tags) const {
-  for (const std::string_view tag : tags)
-    if (const std::size_t index = column(tag); index != kAbsent) return index;
   return kAbsent;
 }
 
@@ -444,8 +436,13 @@ std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   return core == "." || core == "?" ? std::string_view() : core;
 }
 
-std::string StarTable::word(std::size_t row, std::size_t column) const {
-  const std::string_view whole = cell(row, column);
+std::string_view StarColumn::cell(std::size_t row) const {
+  const std::string_view own = table->cell(row, first);
+  return own.empty() ? table->cell(row, other) : own;
+}
+
+std::string StarColumn::word(std::size_t row) const {
+  const std::string_view whole = cell(row);
   if (whole.size() <= kLongestWord) return std::string(whole);
   return std::string(whole.substr(0, kLongestWord)) + "...";
 }
@@ -461,7 +458,7 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {
   const StarTable pairs(frame);
-  return pairs.text(0, pairs.column(tag));
+  return pairs.column(tag).text(0);
 }
 
 std::vector<StarFrame> framesOf(const StarEntry& entry) {

@@ -103,13 +103,32 @@ std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& n
 /// read alone. The whole file where it holds fewer than two data blocks with molecules and shifts.
 std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file);
 
+class StarTable;
+
+/// A column of a table under its tag, with one of another tag that stands for it where it has no value. A
+/// view: valid as long as the table.
+class StarColumn {
+ public:
+  StarColumn(const StarTable& starTable, std::size_t firstIndex, std::size_t otherIndex)
+      : table(&starTable), first(firstIndex), other(otherIndex) {}
+
+  /// The value without quotes and outer white space; empty for ".", "?" and an absent column.
+  std::string text(std::size_t row) const { return std::string(cell(row)); }
+  /// The same for a number or a short name: one of more than 60 bytes is cut and ends in "...".
+  std::string word(std::size_t row) const;
+
+ private:
+  std::string_view cell(std::size_t row) const;
+
+  const StarTable* table;
+  std::size_t first;
+  std::size_t other;
+};
+
 /// A loop, or the tags with one value of a save frame, seen as a table. Tags are compared without regard
 /// to case. A view: valid as long as the file.
 class StarTable {
  public:
-  /// Index of a column that is not there.
-  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
-
   StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
   explicit StarTable(const StarFrame& frame) : source(&frame.file()), pairsOf(&frame.items()) {}
 
@@ -117,17 +136,15 @@ class StarTable {
   std::size_t rows() const;
   /// Whether rows were left out because values are missing or left over in them.
   bool lacksRows() const { return loop != nullptr && loop->lacksRows; }
-  /// The column, `kAbsent` if there is none of that tag.
-  std::size_t column(std::string_view tag) const;
-  /// The first column among the tags that is there.
-  std::size_t columnOfAny(const std::vector<std::string_view>& tags) const;
-  bool has(std::string_view tag) const { return column(tag) != kAbsent; }
-  /// The value without quotes and outer white space; empty for ".", "?" and an absent column.
-  std::string text(std::size_t row, std::size_t column) const { return std::string(cell(row, column)); }
-  /// The same for a number or a short name: one of more than 60 bytes is cut and ends in "...".
-  std::string word(std::size_t row, std::size_t column) const;
+  /// The column of a tag, there or not; `otherTag` stands for it where it has no value.
+  StarColumn column(std::string_view tag, std::string_view otherTag = {}) const;
+  bool has(std::string_view tag) const { return indexOf(tag) != kAbsent; }
 
  private:
+  friend class StarColumn;
+  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+
+  std::size_t indexOf(std::string_view tag) const;
   std::string_view cell(std::size_t row, std::size_t column) const;
 
   const StarFile* source;

@@ -210,9 +210,7 @@ class CsvReader {
   std::size_t chainOf(const std::string& name, std::size_t line) {
     const auto [entry, isNew] = chainIndex.emplace(name, file.chains.size());
     if (isNew) {
-      if (file.chains.size() == kMostListsOrChains)
-        throw FileError(fileName, line, "has more than " + std::to_string(kMostListsOrChains) + " chains",
-                        "check the column of chain names");
+      checkLimit(file.chains.size() + 1, limits::kNamedChains, fileName, line);
       file.chains.emplace_back();
       file.chains.back().name = printable(name, kLongestChainName);
       if (name.size() > kLongestChainName)

@@ -24,15 +24,4 @@ std::string toText(Call call);
 /// The call for a value of P_CIS_NORM; none if it is not a number.
 Call callOf(float pCisNorm);
 
-/// What the structures say of a bond: cis or trans where at least one model does and none says the other;
-/// twisted where all models are in between; mixed where models, chains or structures contradict each other.
-enum class StructureCall { cis, trans, twisted, mixed, none };
-/// "cis", "trans", "twisted", "mixed" or "none".
-std::string toText(StructureCall call);
-
-/// How the shifts of a proline and its bond in the structures go together.
-enum class Verdict { agree, disagree, undecided, mixed, noPrediction, notInStructure };
-/// "agree", "disagree", "undecided by shifts", "mixed models", "no prediction" or "not in the structure".
-std::string toText(Verdict verdict);
-
 }  // namespace zorvela

@@ -31,12 +31,6 @@ class FileError : public Error {
   using Error::Error;
 };
 
-/// Memory or descriptors end with this file. There may be enough for it when less is done at the same time.
-class ScarcityError : public FileError {
- public:
-  using FileError::FileError;
-};
-
 /// A file has no such chain or shift list.
 class ChoiceError : public Error {
  public:

@@ -16,6 +16,7 @@
 
 #include "zorvela/calls.h"
 #include "zorvela/evidence.h"
+#include "zorvela/finding.h"
 #include "zorvela/protein.h"
 
 class ZORVELA;
@@ -63,15 +64,6 @@ struct ReferencingOffset {
 /// Whether the offset of an atom is a number that calls for a correction.
 bool callsForCorrection(const ReferencingOffset& offset);
 
-/// What structures say of the bond before a proline; `compareWithStructures` finds it.
-struct StructureFinding {
-  StructureCall call = StructureCall::none;
-  Verdict verdict = Verdict::notInStructure;
-  std::optional<double> omega;   ///< mean |omega| over all models (degrees)
-  std::optional<double> caToCa;  ///< mean CA - CA distance (A), where omega is not known
-  std::string sentence;          ///< what was seen, or why there is nothing to see
-};
-
 /// One proline of the input, predicted or not.
 struct ProlineResult {
   int position = 0;      ///< in the sequence, from 1
@@ -116,16 +108,16 @@ struct ProteinResult {
   std::string file;
   std::string chain;
   std::string list;
-  int length = 0;                            ///< residues in the sequence
-  int shiftCount = 0;                        ///< shifts of the kinds that are used
-  std::vector<ReferencingOffset> offsets;    ///< CA, CB, HA, C
-  std::vector<ProlineResult> prolines;       ///< by position
-  std::vector<Assignment> assignments;       ///< one for each residue
-  std::vector<std::string> numbers;          ///< the file's own residue number of each residue
-  std::vector<std::string> notes;            ///< what was renamed, dropped or guessed in reading the file
-  std::vector<std::string> asides;           ///< the same, of what is so in nearly every file
-  std::vector<std::string> structureChains;  ///< chains of structures that it was compared with
-  std::vector<std::string> structureNotes;   ///< what of them does not fit
+  int length = 0;                           ///< residues in the sequence
+  int shiftCount = 0;                       ///< shifts of the kinds that are used
+  std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
+  std::vector<ProlineResult> prolines;      ///< by position
+  std::vector<Assignment> assignments;      ///< one for each residue
+  std::vector<std::string> numbers;         ///< the file's own residue number of each residue
+  std::vector<std::string> notes;           ///< what was renamed, dropped or guessed in reading the file
+  std::vector<std::string> asides;          ///< the same, of what is so in nearly every file
+  std::vector<ChainMatch> matches;          ///< chains of structures that it was compared with
+  std::vector<std::string> structureNotes;  ///< what of them does not fit
 };
 
 struct PredictorOptions {

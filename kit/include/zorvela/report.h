@@ -2,13 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "zorvela/compare.h"
 #include "zorvela/predict.h"
+#include "zorvela/structure.h"
 
 namespace zorvela {
 
@@ -17,29 +16,21 @@ struct FileReport {
   std::string file;
   std::vector<ProteinResult> proteins;
   std::string error;
-  std::vector<ChainMatch> matches = {};  ///< of structures with these proteins
-  bool isForScarcity = false;            ///< the error: memory or descriptors ended; see `ScarcityError`
 };
 
-/// Predicts what `read` gives for a file. An exception of the reading or of the prediction is the error of
-/// this file; it ends nothing else.
-FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor);
-/// The same, compared with the structures, if there are any; an exception of that is the file's error as
-/// well.
-FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor, const std::vector<ProteinStructure>& structures);
-
+/// The results of a run; `reportOn` gives those of a file.
 struct RunReport {
-  std::string tables;             ///< folder of the reference tables
-  ClassStatistics classes;        ///< of these tables; the pictures of `writeHtml` show them
-  std::vector<FileReport> files;  ///< in the order in which they were given
-  std::vector<std::string> structureNotes =
-      {};  ///< of the structures, and which of their chains have no shifts
+  std::string tables;                             ///< folder of the reference tables
+  ClassStatistics classes;                        ///< of these tables; the pictures of `writeHtml` show them
+  std::vector<FileReport> files;                  ///< in the order in which they were given
+  std::vector<ProteinStructure> structures = {};  ///< that the results were compared with
+  std::vector<std::string> chainsWithoutShifts = {};  ///< of the structures, a line each
 };
 
 /// How many prolines were called so.
 std::size_t countCalls(const RunReport& report, Call call);
+/// How many prolines have that verdict of the structures.
+std::size_t countVerdicts(const RunReport& report, Verdict verdict);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
 
@@ -50,8 +41,8 @@ struct ReportStyle {
   std::vector<std::string> residues = {};  ///< residue numbers as the files have them
 };
 
-/// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an
-/// asterisk and, with colour, printed bold.
+/// For people: prolines, referencing offsets, errors and a summary. Cis prolines are marked by an asterisk,
+/// those whose structure disagrees by an exclamation mark; with colour both are bold.
 void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out);
 /// For spreadsheets and scripts: a row for each proline, then one for each file that failed.
 void writeCsv(const RunReport& report, const ReportStyle& style, std::ostream& out);

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "zorvela/finding.h"
+
 namespace zorvela {
 
 /// |omega| up to this (degrees) is cis.
@@ -13,26 +15,12 @@ inline constexpr double kCisOmegaUpTo = 30;
 /// |omega| from this (degrees) is trans. Between the two the bond is twisted.
 inline constexpr double kTransOmegaFrom = 150;
 
-/// The state of a peptide bond in coordinates.
-enum class BondState { cis, trans, twisted };
-/// "cis", "trans" or "twisted".
-std::string toText(BondState state);
-
 /// The state for omega in degrees, a number.
 BondState stateOfOmega(double omega);
 
 /// The state for the distance of two neighbouring CA atoms (A): near 2.9 cis, near 3.8 trans. Nothing for
 /// a distance that no peptide bond has.
 std::optional<BondState> stateOfDistance(double distance);
-
-/// The bond X-Pro in one model, or in an alternate conformation of it.
-struct ModelBond {
-  std::string model;             ///< its number in the file
-  std::string conformation;      ///< letter of the alternate conformation; empty where there is but one
-  std::optional<double> omega;   ///< degrees, from -180 to 180; nothing without its four atoms
-  std::optional<double> caToCa;  ///< distance of the CA atoms (A), where omega is not known
-  BondState state = BondState::trans;
-};
 
 /// A residue of a structure, seen through all models.
 struct StructureResidue {

@@ -903,7 +903,7 @@ class BadFileTest(ImportTest):
 
     def test_foreign_files(self):
         for data, what in ((b"\0\1\2", None), (b"%PDF-1.4", "a PDF file"),
-                           (b"PK\3\4..", "a zip archive or spreadsheet (xlsx, ods); save the sheet as CSV"),
+                           (b"PK\3\4..", "a zip archive or spreadsheet (xlsx, ods); unpack it, or save the sheet as CSV"),
                            (b"\xff\xfea\0", "text in UTF-16; save it as UTF-8"),
                            (b"d\0a\0t\0a\0", "text in UTF-16; save it as UTF-8"),
                            (b"\0d\0a\0t\0a", "text in UTF-16; save it as UTF-8"),

@@ -68,11 +68,11 @@ class Inputs(InFolder):
         entry, model = self.put("entries/a.tab", "entry\n"), self.put("models/a.pdb", "model\n")
         table = self.path("tab/rcadj.tab")
         label = ["label", "--entries", self.path("entries"), "--structures", self.path("models")]
-        compare = ["compare", entry, "--structure", model, "--tables", self.path("tab")]
+        compare = ["run", entry, "--structure", model, "--tables", self.path("tab")]
         annotate = ["annotate", entry, "--tables", self.path("tab")]
         for command, outputs in ((label, (entry, model)), (compare, (entry, model, table)), (annotate, (entry, table))):
             for output in outputs:
-                with self.subTest(command=command[0], output=output):
+                with self.subTest(command=command, output=output):
                     kept = os.path.relpath(output, self.folder)
                     self.check_refused(program.kit(*command, "--output", output), output, {kept: self.read(kept)})
 
@@ -93,7 +93,7 @@ class Inputs(InFolder):
                  (self.path("pipe"), self.path("link")))
         for first, second in pipes:
             for command in (["run", first, second], ["import", first, second],
-                            ["compare", first, "--structure", second]):
+                            ["run", first, "--structure", second]):
                 with self.subTest(command=command):
                     ended = program.kit(*command, input="")
                     self.assertEqual((ended.returncode, ended.stdout, ended.stderr),

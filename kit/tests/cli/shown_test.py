@@ -116,7 +116,7 @@ class Shown(folder.InFolder):
         os.makedirs(os.path.join(self.folder, folder), exist_ok=True)
         return folder + b"/n" + BAD + b"\n" + suffix
 
-    def test_compare(self):
+    def test_run_with_structures(self):
         shifts = hostile.csv_file(40).encode()
         named = shifts.replace(b"resid,", b"chain,resid,").replace(b"\n", b"\nA" + BAD + b",")
         pdb = (b"HEADER %s\nTITLE %s\n" % (BAD, BAD) +
@@ -125,9 +125,9 @@ class Shown(folder.InFolder):
         files = [self.put(self.hostile_name(b"s", b".csv"), content) for content in (named, shifts)]
         structures = [self.put(self.hostile_name(b"s", suffix), content)
                       for suffix, content in ((b".pdb", pdb), (b".cif", mmcif), (b"x", BAD))]
-        for fmt in ("table", "csv", "json"):
+        for fmt in ("table", "csv", "json", "html"):
             for structure in structures:
-                self.check_kit("compare", "--tables", program.TABLES, "--format", fmt, *files, "--structure", structure)
+                self.check_kit("run", "--tables", program.TABLES, "--format", fmt, *files, "--structure", structure)
 
     def test_annotate(self):
         """On standard error: the file itself is given back as it is."""

@@ -1,4 +1,4 @@
-"""compare, annotate, label and the report with structures: a full device and a reader that went away."""
+"""run with structures, annotate and label: a full device and a reader that went away."""
 import os
 import shutil
 import signal
@@ -20,8 +20,7 @@ class Streams(folder.InFolder):
         shutil.copy(EXAMPLES / "nuclease.pdb.gz", self.path("models"))
         shifts, model = "entries/nuclease.tab", "models/nuclease.pdb.gz"
         self.commands = [
-            *(["compare", shifts, "--structure", model, "--format", form] for form in ("table", "csv", "json")),
-            ["run", "--format", "html", shifts, "--structure", model],
+            *(["run", shifts, "--structure", model, "--format", form] for form in ("table", "csv", "json", "html")),
             ["annotate", NEF, "--output", "-"],
             ["label", "--entries", "entries", "--structures", "models", "--output", "-"]]
 

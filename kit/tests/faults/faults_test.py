@@ -227,7 +227,7 @@ class Memory(Faults):
         examples = program.SOURCE / "examples"
         for allocation in (round(4000 * 1.06 ** i) for i in range(50)):
             with self.subTest(allocation=allocation):
-                ended = program.kit("compare", "--tables", program.TABLES, examples / "nuclease.tab", "--structure",
+                ended = program.kit("run", "--tables", program.TABLES, examples / "nuclease.tab", "--structure",
                                     examples / "nuclease.pdb.gz",
                                     env=faults(new="12@%d" % allocation))
                 self.check_ended_in_words(ended)

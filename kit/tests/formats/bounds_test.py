@@ -137,7 +137,7 @@ class Bounds(unittest.TestCase):
         for residues, chains in ((10000, 2), (1000, 20)):
             with self.subTest(residues=residues):
                 files = {"x.str": shifts, "x.cif": hostile.bare_mmcif(residues, chains)}
-                taken = hostile.measured(files, ["compare", "x.str", "--structure", "x.cif"])
+                taken = hostile.measured(files, ["run", "x.str", "--structure", "x.cif"])
                 self.assertIn("x.cif: has too many residues to align with the 10000 of a protein", taken.message)
                 self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
 
@@ -152,7 +152,7 @@ class Bounds(unittest.TestCase):
                     self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
         bare = hostile.prolines_of_mmcif(100000)
         taken = hostile.measured({"x.csv": hostile.csv_file(10), "x.cif": bare},
-                                 ["compare", "x.csv", "--structure", "x.cif"])
+                                 ["run", "x.csv", "--structure", "x.cif"])
         self.assertIn("x.cif: has more than %d residues, too many for its size; give the models or chains that have "
                       "shifts" % (30000 + len(bare) // 50), taken.message)
         self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)

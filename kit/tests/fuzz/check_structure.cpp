@@ -61,10 +61,10 @@ void compareWithItself(const ProteinStructure& structure) {
     result.prolines.back().position = static_cast<int>(i) + 1;
     result.prolines.back().call = Call::cis;
   }
-  const auto compared = compareWithStructures({protein}, {result}, {structure});
-  check(compared.size() == 1 && compared.front().prolines.size() == result.prolines.size());
-  for (const ComparedProline& proline : compared.front().prolines)
-    check(proline.evidence.find('\n') == std::string::npos);
+  std::vector<ProteinResult> results = {result};
+  compareWithStructures({protein}, {structure}, results);
+  for (const ProlineResult& proline : results.front().prolines)
+    check(proline.structure && proline.structure->sentence.find('\n') == std::string::npos);
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ TEST_F(TableFolder, NamesTheTableThatIsMissing) {
 TEST_F(TableFolder, AFolderIsNoTable) {
   fs::remove(folder / "rcnext.tab");
   fs::create_directory(folder / "rcnext.tab");
-  EXPECT_EQ(message(), (folder / "rcnext.tab").string() + ": is a folder, not a table");
+  EXPECT_EQ(message(), (folder / "rcnext.tab").string() + ": Is a directory");
 }
 
 TEST_F(TableFolder, SaysThatThereIsNoSuchFolder) {

@@ -23,10 +23,11 @@ Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
   return names;
 }
 
-/// The members that the schema demands and describes, in its order.
-void expectInSchema(const char* object, const Names& names) {
+/// The members that the schema demands and describes, in its order; with structures there are more.
+void expectInSchema(const char* object, Names names, const Names& withStructures = {}) {
   const auto schema = nlohmann::ordered_json::parse(readFile(RUN_SCHEMA))["$defs"][object];
   EXPECT_EQ(schema["required"].get<Names>(), names);
+  names.insert(names.end(), withStructures.begin(), withStructures.end());
   Names described;
   for (const auto& [name, description] : schema["properties"].items()) described.push_back(name);
   EXPECT_EQ(described, names);
@@ -37,10 +38,12 @@ void expectInSchema(const char* object, const Names& names) {
 TEST(Fields, AreThoseOfTheSchema) {
   Names chain = jsonNames(zorvela::proteinFields());
   for (const char* list : {"referencing", "prolines", "notes"}) chain.emplace_back(list);
-  expectInSchema("protein", chain);
+  expectInSchema("protein", chain, {"matches", "structure_notes"});
   Names proline = jsonNames(zorvela::prolineFields());
   for (const char* object : {"evidence", "next_shifts"}) proline.emplace_back(object);
-  expectInSchema("proline", proline);
+  Names structure = jsonNames(zorvela::structureFields());
+  structure.emplace_back("sites");
+  expectInSchema("proline", proline, structure);
   expectInSchema("shift", jsonNames(zorvela::shiftFields()));
   expectInSchema("next_shift", jsonNames(zorvela::nextFields()));
   expectInSchema("offset", jsonNames(zorvela::offsetFields()));
@@ -59,10 +62,10 @@ TEST(Fields, AreThoseOfTheTableOfColumnsInTheDocument) {
     for (std::sregex_iterator word(cell.begin(), cell.end(), name); word != end; ++word)
       named.push_back((*word)[1]);
   }
-  EXPECT_EQ(named, zorvela::csvColumns());
+  EXPECT_EQ(named, zorvela::csvColumns(true));
 }
 
 TEST(Fields, HaveEachNameOnce) {
-  const Names columns = zorvela::csvColumns();
+  const Names columns = zorvela::csvColumns(true);
   EXPECT_EQ(std::set<std::string>(columns.begin(), columns.end()).size(), columns.size());
 }

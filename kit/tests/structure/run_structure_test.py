@@ -1,229 +1,421 @@
-"""zorvela-kit run --format html --structure: the report says where the structure agrees and where it does not."""
+"""zorvela-kit run --structure: shifts against structures that are built from chosen omegas."""
 import gzip
+import json
 import os
-import re
-import sys
 import unittest
+
+import jsonschema
 
 import made_pair
 import made_structure as made
 from made_pair import OTHER, chain, shifts
 from zorvela_tests import program
 
-sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "report"))
-import html_test  # noqa: E402
-
-MARK_OF = {"#va": "agrees", "#vd": "disagrees", "#wa": "agrees", "#wd": "disagrees"}
 EXAMPLES = program.SOURCE / "examples"
 ENSEMBLE = program.SOURCE / "kit" / "tests" / "files" / "ubiquitin_ensemble.cif.gz"
 
 
-def without_cg(table, positions):
-    lines = table.split("\n")
-    return "\n".join(line for line in lines if not (line.split()[2:3] == ["CG"] and int(line.split()[0]) in positions))
-
-
-def omega(atoms):
-    """Degrees, of four positions."""
-    a, b, c, d = atoms
-    axis = made.unit(made.sub(c, b))
-    first, second = made.cross(made.sub(b, a), axis), made.cross(axis, made.sub(d, c))
-    dot = lambda u, v: sum(x * y for x, y in zip(u, v))  # noqa: E731
-    size = dot(made.unit(first), made.unit(second))
-    return made.math.degrees(made.math.acos(max(-1.0, min(1.0, size))))
-
-
-def marks(picture):
-    """(verdict, x, y) of each mark, and the places of the symbols."""
-    uses = [(use.get("href"), float(use.get("x") or 0), float(use.get("y") or 0)) for use in picture.iter("use")]
-    return ([(MARK_OF[href], x, y) for href, x, y in uses if href in MARK_OF],
-            [(x, y) for href, x, y in uses if href in ("#c", "#t", "#u", "#n")])
-
-
 class Case(made_pair.Case):
-    def kit(self, *arguments, tables=program.MADE_TABLES):
-        return program.kit("run", "--tables", tables, *arguments, cwd=self.folder)
+    def compare(self, *arguments):
+        return program.run(*arguments, cwd=self.folder)
 
-    def page(self, *arguments, tables=program.MADE_TABLES):
-        result = self.kit("--format", "html", *arguments, tables=tables)
+    def rows(self, text, name="model.pdb", shift_file="shifts.tab"):
+        """The rows of the CSV by residue number."""
+        self.put(name, text)
+        result = self.compare(shift_file, "--structure", name, "--format", "csv")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.stderr = result.stderr
-        html_test.Page.assert_sound(self, result.stdout)
-        return result.stdout
+        return {row["resid"]: row for row in program.csv_rows(result.stdout)}
 
-    def page_with(self, residues):
-        self.put("model.pdb", made.pdb([("A", residues)]))
-        return self.page("shifts.tab", "--structure", "model.pdb")
+    def verdicts(self, *arguments, **options):
+        return {resid: row["verdict"] for resid, row in self.rows(*arguments, **options).items()}
 
-    def rows(self, text):
-        """Structure, |omega| and verdict by the name of the proline."""
-        table = re.search(r"<table class=\"prolines compared\">(.*?)</table>", text, re.DOTALL).group(1)
-        rows = [re.findall(r"<td[^>]*>(.*?)</td>", row) for row in re.findall(r"<tr>(.*?)</tr>", table, re.DOTALL)]
-        return {re.sub(r"<.*>", "", row[0]).strip(): tuple(row[-3:]) for row in rows if row}
-
-
-class Marks(Case):
-    def test_chain(self):
-        text = self.page_with(chain())
-        picture = html_test.pictures(text)[0]
-        # Residues are 6 wide from 20 on, symbols stand at 32.
-        self.assertEqual(marks(picture)[0], [("agrees", 71.0, 32.0), ("disagrees", 119.0, 32.0),
-                                             ("agrees", 173.0, 32.0), ("agrees", 233.0, 32.0)])
-        self.assertEqual(picture.get("aria-label"),
-                         "Residues 1 to 40: P9 trans, structure agrees, P17 cis, structure disagrees, P26 trans, "
-                         "structure agrees, P36 trans, structure agrees")
-        self.assertIn("Ring: the structure agrees; square: it disagrees.", text)
-
-    def test_cb_against_cg(self):
-        text = self.page_with(chain())
-        picture = html_test.pictures(text)[1]
-        found, symbols = marks(picture)
-        self.assertEqual([mark[0] for mark in found], ["agrees", "disagrees", "agrees", "agrees"])
-        self.assertEqual([mark[1:] for mark in found], symbols)
-        # CB from 27 to 35 on 40 to 392, CG from 21 to 30 on 300 to 12: the cis proline is at 34 and 24.
-        self.assertEqual(found[1], ("disagrees", 348.0, 204.0))
-        self.assertIn("The structure disagrees: P17. It agrees: P9, P26, P36.", picture.get("aria-label"))
-        self.assertIn("P17 cis: CB 34.00, CG 24.00 ppm, structure disagrees", text)
-
-    def test_prolines_without_cg(self):
-        self.put("shifts.tab", without_cg(shifts(cis=[17]), [26]))
-        text = self.page_with(chain(cis=[26]))
-        picture = html_test.pictures(text)[1]
-        # CB 30 of 27 to 35 is at 172; the small mark is above the end of a dash from 300 to 288.
-        self.assertIn(("disagrees", 172.0, 282.0), marks(picture)[0])
-        self.assertEqual(picture.findall("use[@href='#wd']")[0].get("y"), "282")
-
-    def test_undecided_and_absent_prolines_have_no_mark(self):
-        residues = chain(cis=[17])
-        text = self.page_with(residues[:25] + residues[26:])
-        self.assertEqual([mark[0] for mark in marks(html_test.pictures(text)[0])[0]], ["agrees"] * 3)
-        self.assertEqual(self.rows(text)["P26"], ("–", "–", "not in the structure"))
-        self.assertIn("<b>Not in the structure.</b> No coordinates.", html_test.card(text, "P26"))
-
-    def test_none_without_structures(self):
-        text = self.page("shifts.tab")
-        body = text[text.index("<main>"):]
-        for absent in ("structure", "#va", "#vd", "#wa", "#wd", "<th>Verdict", "compared"):
-            self.assertNotIn(absent, body.replace("known structures", ""))
-
-
-class Words(Case):
-    def test_disagreement(self):
-        text = self.page_with(chain())
-        self.assertIn("1 of 4 prolines is cis: P17. The structure disagrees: P17. It agrees: P9, P26, P36.", text)
-        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "disagree"),
-                                           "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
-        self.assertRegex(html_test.card(text, "P17"),
-                         r"<b>The structure disagrees.</b> The shifts say cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
-                         r"cis\), the structure is trans in 1 of 1 model \(\|omega\| 180 degrees\)\.")
-        self.assertIn("<b>The structure agrees.</b> The structure is trans in 1 of 1 model", html_test.card(text, "P9"))
-        self.assertIn("Compared with model.pdb, chain A (40 of 40 aligned residues are the same).", text)
-
-    def test_ca_trace(self):
-        text = self.page_with(made.trace(chain(cis=[17])))
-        self.assertEqual(self.rows(text)["P17"], ("cis", "CA–CA 2.9 Å", "agree"))
-
-    def test_mixed_models(self):
-        self.put("model.cif", made.mmcif([("A", chain(cis=[17]))], [("A", chain())]))
-        text = self.page("shifts.tab", "--structure", "model.cif")
-        self.assertEqual(self.rows(text)["P17"], ("mixed", "90°", "mixed models"))
-        self.assertIn("<b>The models contradict each other.</b> The structure is cis in 1, trans in 1 of 2 models.",
-                      html_test.card(text, "P17"))
-
-    def test_another_protein(self):
-        text = self.page_with(chain(sequence=OTHER))
-        self.assertIn("No call could be compared with a structure.", text)
-        self.assertEqual({row[2] for row in self.rows(text).values()}, {"not in the structure"})
-        for note in ("no chain of the structures is this protein", "model.pdb, chain A (28 residues) has no shifts"):
-            self.assertIn(note, self.stderr)
-            self.assertIn("<li>%s</li>" % note, text)
-
-    def test_notes_are_said_and_shown(self):
-        residues = chain(cis=[17])
-        residues[4].name = "ARG"
-        text = self.page_with(residues[2:])
-        for note in ("model.pdb, chain A: other residues than in the shifts: S5 is ARG 5",
-                     "model.pdb, chain A: residues of the shifts without coordinates: 1-2"):
-            self.assertIn("zorvela-kit: note: shifts.tab: %s\n" % note, self.stderr)
-            self.assertIn("<li>%s</li>" % note, text)
-
-    def test_many_chains(self):
-        self.put("other.tab", shifts(cis=[17]))
-        self.put("model.pdb", made.pdb([("A", chain())]))
-        text = self.page("shifts.tab", "other.tab", "--structure", "model.pdb")
-        self.assertEqual(re.findall(r"<th>Structure disagrees</th>", text), ["<th>Structure disagrees</th>"])
-        self.assertEqual(text.count("<td>P17</td></tr>"), 2)
-        self.assertEqual(text.count("<details class=\"chain\""), 2)
-
-    def test_hostile_names(self):
-        text = made.mmcif([("A", chain())]).replace(" A ", " <i> ")
-        name = "<b onclick=x>&.cif"
-        self.put(name, text)
-        page = self.page("shifts.tab", "--structure", name)
-        self.assertIn("&lt;b onclick=x&gt;&amp;.cif, chain &lt;i&gt; (40 of 40", page)
-
-
-class Failures(Case):
-    def fails(self, *arguments):
-        result = self.kit(*arguments)
-        self.assertEqual((result.returncode, result.stdout), (1, ""))
+    def fails(self, content, name="model.pdb"):
+        """The one line that a structure file is refused with."""
+        self.put(name, content)
+        result = self.compare("shifts.tab", "--structure", name)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout, "")
         lines = result.stderr.splitlines()
         self.assertEqual(len(lines), 1, result.stderr)
         return lines[0].removeprefix("zorvela-kit: ")
 
-    def test_a_bad_structure_leaves_nothing(self):
-        self.put("good.pdb", made.pdb([("A", chain())]))
-        self.put("bad.pdb", "hello\n")
-        for models in (["bad.pdb"], ["good.pdb", "bad.pdb"], ["none.pdb"]):
-            message = self.fails("--format", "html", "--output", "out.html", "shifts.tab", "--structure", *models)
-            self.assertTrue(message.startswith(models[-1] + ": "), message)
-            self.assertFalse(os.path.exists(os.path.join(self.folder, "out.html")))
 
-    def test_shift_files_after_the_structures(self):
+class Verdicts(Case):
+    def test_agreement(self):
+        self.assertEqual(self.verdicts(made.pdb([("A", chain(cis=[17]))])), dict.fromkeys("9 17 26 36".split(), "agree"))
+
+    def test_a_model_built_trans_disagrees(self):
+        rows = self.rows(made.pdb([("A", chain())]))
+        self.assertEqual([row["verdict"] for row in rows.values()], ["agree", "disagree", "agree", "agree"])
+        self.assertEqual(rows["17"]["structure_sentence"],
+                         "The shifts say cis (P_CIS_NORM %.3f, CB - CG 10.0 ppm as in cis), the structure is trans in 1 "
+                         "of 1 model (|omega| 180 degrees)." % float(rows["17"]["p_cis_norm"]))
+
+    def test_exit_status(self):
         self.put("model.pdb", made.pdb([("A", chain())]))
-        self.assertEqual(self.fails("--format", "html", "--structure", "model.pdb", "shifts.tab", "shifts.tab"),
-                         "shifts.tab: holds shifts and no structure; name shift files before --structure, or after --")
+        self.assertEqual(self.compare("shifts.tab", "--structure", "model.pdb").returncode, 0)
+        result = self.compare("shifts.tab", "--structure", "model.pdb", "--fail-on-disagreement")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("1 proline disagrees with the structures", result.stderr)
+        self.put("right.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.assertEqual(self.compare("shifts.tab", "--structure", "right.pdb", "--fail-on-disagreement").returncode, 0)
+
+    def test_bounds_of_omega(self):
+        rows = self.rows(made.pdb([("A", chain(omegas={9: 29, 17: -31, 26: -149, 36: 151}))]))
+        self.assertEqual([row["structure"] for row in rows.values()], ["cis", "twisted", "twisted", "trans"])
+        for resid, omega in (("9", 29), ("17", 31), ("26", 149), ("36", 151)):
+            self.assertAlmostEqual(float(rows[resid]["omega"]), omega, delta=0.2)
+        self.assertEqual([row["verdict"] for row in rows.values()], ["disagree", "disagree", "disagree", "agree"])
+
+    def test_models_that_disagree(self):
+        models = [[("A", chain(cis=[17]))], [("A", chain())], [("A", chain(cis=[17], omegas={9: 140}))]]
+        for text in (made.pdb(*models), made.mmcif(*models)):
+            rows = self.rows(text)
+            self.assertEqual(rows["17"]["verdict"], "mixed models")
+            self.assertEqual([rows["17"][key] for key in ("models_cis", "models_trans", "models_twisted")], ["2", "1", "0"])
+            # A twisted model says neither.
+            self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
+
+    def test_models_with_other_residues(self):
+        # The chain is that of the model with most residues, wherever it stands.
+        few, all_residues = chain(cis=[17]), chain(cis=[17])
+        few = few[:16] + few[17:]
+        for models in ([[("A", few)], [("A", all_residues)]], [[("A", all_residues)], [("A", few)]]):
+            for text in (made.pdb(*models), made.mmcif(*models)):
+                rows = self.rows(text)
+                self.assertEqual((rows["17"]["verdict"], rows["17"]["models_cis"]), ("agree", "1"))
+                self.assertEqual((rows["9"]["verdict"], rows["9"]["models_trans"]), ("agree", "2"))
+                self.assertNotIn("without coordinates", self.stderr)
+
+    def test_not_predicted(self):
+        table = shifts(cis=[17])
+        table = "\n".join(line for line in table.split("\n") if not line.strip().startswith(("8 A", "9 P")))
+        self.put("shifts.tab", table)
+        rows = self.rows(made.pdb([("A", chain(cis=[9]))]))
+        self.assertEqual(rows["9"]["verdict"], "no prediction")
+        self.assertEqual((rows["9"]["reason"], rows["9"]["structure"]), ("too few shifts", "cis"))
+
+    def test_a_proline_between_the_bounds_is_undecided(self):
+        # CG between the means says nothing; CB gives odds of 4.75 for cis, a quarter of the 19 for trans.
+        self.put("shifts.tab", shifts().replace("  26 P   CB   30.000", "  26 P   CB   31.780")
+                 .replace("  26 P   CG   27.000", "  26 P   CG   25.500"))
+        rows = self.rows(made.pdb([("A", chain())]))
+        self.assertAlmostEqual(float(rows["26"]["p_cis_norm"]), 0.2, delta=0.01)
+        self.assertEqual(rows["26"]["verdict"], "undecided by shifts")
+
+
+class Chains(Case):
+    def test_numbers_of_both_sides(self):
+        rows = self.rows(made.pdb([("B", chain(cis=[17], first=1001))]))
+        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["structure_resid"]), ("B", "1017"))
+
+    def test_homodimer(self):
+        both = made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(cis=[17]), 80))])
+        rows = self.rows(both)
+        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["models_cis"]), ("A;B", "2"))
+        self.assertEqual(rows["17"]["verdict"], "agree")
+        rows = self.rows(made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(), 80))]))
+        self.assertEqual(rows["17"]["verdict"], "mixed models")
+
+    def test_chains_without_shifts_and_the_reverse(self):
+        self.put("other.tab", shifts(sequence="GGSTKKLMNAPKQRSTVWYAAEDFHIKKLNQ"))
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17])), ("C", made.moved(chain(sequence=OTHER), 80))]))
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        self.assertIn("note: model.pdb, chain C (28 residues) has no shifts", result.stderr)
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        result = self.compare("other.tab", "--structure", "model.pdb", "--format", "csv")
+        self.assertIn("note: other.tab: no chain of the structures is this protein\n", result.stderr)
+        self.assertIn("not in the structure", result.stdout)
+
+    def test_two_structures(self):
+        self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.cif", made.mmcif([("A", chain())]))
+        result = self.compare("shifts.tab", "--structure", "a.pdb", "b.cif", "--format", "json")
+        proline = json.loads(result.stdout)["proteins"][0]["prolines"][1]
+        self.assertEqual(proline["verdict"], "mixed models")
+        self.assertEqual([site["file"] for site in proline["sites"]], ["a.pdb", "b.cif"])
 
     def test_a_structure_counts_once(self):
-        self.put("model.pdb", made.pdb([("A", chain())]))
-        self.assertEqual(self.fails("--format", "html", "shifts.tab", "--structure", "model.pdb", "./model.pdb"),
-                         "./model.pdb: is given twice; name each structure once")
+        """Models and verdicts are counted, so one that is given twice would weigh twice."""
+        path = self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.pdb", made.pdb([("A", chain())]))
+        os.symlink("a.pdb", os.path.join(self.folder, "link.pdb"))
+        for second in ("a.pdb", "./a.pdb", path, "link.pdb"):
+            result = self.compare("shifts.tab", "--structure", "a.pdb", "b.pdb", second)
+            self.assertEqual((result.returncode, result.stdout, result.stderr),
+                             (1, "", "zorvela-kit: %s: is given twice; name each structure once\n" % second))
+        result = self.compare("shifts.tab", "--structure", "none.pdb", "none.pdb", "b.pdb")
+        self.assertIn("none.pdb: cannot be read: No such file or directory", result.stderr)
 
-    def test_other_formats_have_compare(self):
-        self.put("model.pdb", made.pdb([("A", chain())]))
-        for form in ("table", "csv", "json"):
-            self.assertEqual(self.fails("--format", form, "shifts.tab", "--structure", "model.pdb"),
-                             "--structure goes with --format html; for a table, CSV or JSON use zorvela-kit compare")
+    def test_mutations_and_missing_residues_are_noted(self):
+        residues = chain(cis=[17])
+        residues[4].name = "ARG"   # S5
+        residues[25].name = "ALA"  # P26
+        residues = residues[2:11] + residues[15:35]  # without 1-2, 12-15 and 36-40
+        rows = self.rows(made.pdb([("A", residues)]))
+        self.assertIn("other residues than in the shifts: S5 is ARG 5, P26 is ALA 26", self.stderr)
+        self.assertIn("residues of the shifts without coordinates: 1-2, 12-15, 36-40", self.stderr)
+        self.assertEqual([row["verdict"] for row in rows.values()],
+                         ["agree", "agree", "not in the structure", "not in the structure"])
+        self.assertIn("is ALA 26 in the structure", rows["26"]["structure_sentence"])
 
-    def test_a_structure_is_no_output(self):
-        path = self.put("model.pdb", made.pdb([("A", chain())]))
-        message = self.fails("--format", "html", "--output", "model.pdb", "shifts.tab", "--structure", "model.pdb")
-        self.assertIn("is an input file", message)
-        self.assertGreater(os.path.getsize(path), 1000)
+    def test_proline_after_a_gap_has_no_bond(self):
+        residues = chain(cis=[17])
+        rows = self.rows(made.pdb([("A", residues[:13] + residues[16:])]))
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        self.assertIn("A 17: no bond to ASN 13: C - N ", rows["17"]["structure_sentence"])
+
+    def test_first_residue_of_the_chain(self):
+        rows = self.rows(made.pdb([("A", chain(cis=[17])[16:])]), shift_file="shifts.tab")
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        self.assertIn("first residue of the chain", rows["17"]["structure_sentence"])
+
+    def test_insertion_codes(self):
+        residues = chain(cis=[17])
+        residues[16].number, residues[16].code = 16, "A"
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual((rows["17"]["structure_resid"], rows["17"]["verdict"]), ("16A", "agree"))
+
+    def test_modified_residues_are_their_parents(self):
+        residues = chain(cis=[17])[:36]
+        residues[0].name, residues[25].name = "MSE", "HYP"
+        residues[0].het = residues[16].het = residues[25].het = True
+        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
+            rows = self.rows(text)
+            self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+            self.assertEqual(rows["26"]["structure_residue"], "HYP")
+            self.assertNotIn("other residues", self.stderr)
+
+    def test_shift_files_after_the_structures(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("shifts.csv", "resid,resname,atom,shift\n16,LYS,CA,55.2\n17,PRO,CA,63.1\n18,GLN,CA,56.0\n")
+        for name in ("shifts.tab", "shifts.csv"):
+            result = self.compare("--structure", "model.pdb", name, "shifts.tab")
+            self.assertEqual(result.returncode, 1)
+            self.assertIn("zorvela-kit: %s: holds shifts and no structure; name shift files before --structure, or "
+                          "after --\n" % name, result.stderr)
+        for arguments in (("shifts.tab", "--structure", "model.pdb"), ("--structure", "model.pdb", "--", "shifts.tab")):
+            self.assertEqual(self.compare(*arguments).returncode, 0, arguments)
+
+    def test_a_free_proline_is_no_residue_of_the_chain(self):
+        loose = made.moved(chain()[8:9], 200)
+        loose[0].het, loose[0].number = True, 301
+        rows = self.rows(made.pdb([("A", chain(cis=[17]) + loose)]))
+        self.assertEqual([row["verdict"] for row in rows.values()], ["agree"] * 4)
+
+    def test_alternate_conformations_do_not_mix(self):
+        for occupancy, main in ((0.7, "cis"), (0.3, "trans")):
+            cis, trans = chain(cis=[17]), chain()
+            for i in range(16, len(cis)):
+                cis[i].atoms = [a for pair in zip(
+                    [(n, p, "A", occupancy) for n, p, _, _ in cis[i].atoms],
+                    [(n, p, "B", 1 - occupancy) for n, p, _, _ in trans[i].atoms]) for a in pair]
+            for text in (made.pdb([("A", cis)]), made.mmcif([("A", cis)])):
+                rows = self.rows(text)
+                self.assertEqual(rows["17"]["structure"], main)
+                self.assertIn("Less occupied conformation %s of A 17 is %s" %
+                              (("B", "trans") if main == "cis" else ("A", "cis")), rows["17"]["structure_sentence"])
+                self.assertEqual([rows[r]["structure"] for r in ("26", "36")], ["trans", "trans"])
+
+    def test_ca_trace(self):
+        for text in (made.pdb([("A", made.trace(chain(cis=[17], omegas={26: 80})))]),
+                     made.mmcif([("A", made.trace(chain(cis=[17], omegas={26: 80})))])):
+            rows = self.rows(text)
+            self.assertEqual([row["structure"] for row in rows.values()], ["trans", "cis", "twisted", "trans"])
+            self.assertEqual([row["omega"] for row in rows.values()], [""] * 4)
+            self.assertAlmostEqual(float(rows["17"]["ca_distance"]), 2.91, delta=0.02)
+            self.assertAlmostEqual(float(rows["9"]["ca_distance"]), 3.82, delta=0.02)
+
+    def test_gzipped_and_mmcif_say_the_same(self):
+        models = [[("A", chain(cis=[17], omegas={26: 100}))]]
+        plain = self.rows(made.pdb(*models))
+        for text in (gzip.compress(made.pdb(*models).encode()), made.mmcif(*models),
+                     gzip.compress(made.mmcif(*models).encode())):
+            rows = self.rows(text)
+            self.assertEqual(rows, plain)
+
+    def test_rows_in_another_order(self):
+        """Models row by row, and the atoms of a residue far from one another."""
+        models = [[("A", chain(cis=[17])), ("B", made.moved(chain(sequence=OTHER), 80))],
+                  [("A", chain(cis=[17], omegas={26: 100})), ("B", made.moved(chain(sequence=OTHER), 80))]]
+        lines = made.mmcif(*models).split("\n")
+        first = next(i for i, line in enumerate(lines) if line.startswith("ATOM"))
+        atoms = [line for line in lines if line.startswith("ATOM")]
+        plain = self.rows("\n".join(lines))
+        by_atom = sorted(atoms, key=lambda line: line.split()[3])  # all C of A, all of B ...
+        half = len(atoms) // 2
+        in_turn = [atoms[i] for i in range(half) for i in (i, i + half)]
+        for order in (by_atom, in_turn):
+            rows = self.rows("\n".join(lines[:first] + order))
+            self.assertEqual(rows.keys(), plain.keys())
+            for number, row in rows.items():
+                self.assertEqual((row["verdict"], row["omega"]), (plain[number]["verdict"], plain[number]["omega"]))
+
+    def test_an_insertion_code_with_the_number(self):
+        """Old mmCIF files write 17A in the column of numbers."""
+        residues = chain(cis=[17])
+        residues[16].code = "A"
+        own = made.mmcif([("A", residues)])
+        old = "\n".join(" ".join(words[:8] + ["?"] + words[9:14] + ["17A"] + words[15:]) if words[8:9] == ["A"] else line
+                        for line in own.split("\n") for words in [line.split()])
+        self.assertNotEqual(old, own)
+        rows = self.rows(own)
+        self.assertEqual(rows["17"]["verdict"], "agree")
+        self.assertEqual(self.rows(old), rows)
+
+    def test_an_atom_that_is_given_twice(self):
+        for make, atom, following in ((made.mmcif, " CA . PRO A 17 ", " C . PRO A 17 "),
+                                      (made.pdb, " CA  PRO A  17 ", " C   PRO A  17 ")):
+            with self.subTest(make.__name__):
+                lines = make([("A", chain(cis=[17]))]).split("\n")
+                plain = self.rows("\n".join(lines))
+                self.assertNotIn("twice", self.stderr)
+                ca = next(line for line in lines if atom in line)
+                at = next(i for i, line in enumerate(lines) if following in line)
+                moved = " ".join(ca.split()[:9] + ["0"] * 3 + ca.split()[12:]) if make is made.mmcif else (
+                    ca[:30] + "   0.000" * 3 + ca[54:])
+                self.assertEqual(self.rows("\n".join(lines[:at] + [moved, moved] + lines[at:])), plain)
+                self.assertIn("atoms that are given twice, the first one is used: residue PRO 17 of chain A\n",
+                              self.stderr)
+
+    def test_windows_line_ends(self):
+        text = made.pdb([("A", chain(cis=[17]))]).replace("\n", "\r\n")
+        self.assertEqual(set(self.verdicts(text).values()), {"agree"})
+
+
+class Output(Case):
+    def test_table(self):
+        self.put("model.pdb", made.pdb([("B", chain(first=1001))]))
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        lines = result.stdout.splitlines()
+        self.assertEqual(lines[0].split()[-6:], ["Call", "Structure", "Models", "|omega|", "There", "Verdict"])
+        self.assertEqual(lines[1].split()[-8:], ["trans", "trans", "1", "trans", "180", "B", "PRO1009", "agree"])
+        self.assertTrue(lines[2].startswith("!  shifts.tab "), lines[2])
+        self.assertEqual(lines[2].split()[-8:], ["cis", "trans", "1", "trans", "180", "B", "PRO1017", "disagree"])
+        self.assertTrue(lines[6].startswith("!  shifts.tab P17: The shifts say cis (P_CIS_NORM "), lines[6])
+        self.assertEqual(lines[7:8], [""])
+        self.assertEqual(lines[-2:], ["1 structure: 3 agree, 1 disagree (!)",
+                                      "cis: |omega| up to 30 degrees; trans: from 150; twisted: between"])
+
+    def test_json_follows_the_schema(self):
+        self.put("model.pdb", made.pdb([("A", chain(cis=[9])), ("B", made.moved(chain(sequence=OTHER), 80))]))
+        self.put("trace.pdb", made.pdb([("A", made.trace(chain()))]))
+        result = self.compare("shifts.tab", "none.tab", "--structure", "model.pdb", "trace.pdb", "--format", "json")
+        self.assertEqual(result.returncode, 1)
+        document = json.loads(result.stdout)
+        schema = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
+        jsonschema.Draft202012Validator.check_schema(schema)
+        jsonschema.validate(document, schema)
+        self.assertEqual([error["file"] for error in document["errors"]], ["none.tab"])
+        self.assertEqual(document["chains_without_shifts"], ["model.pdb, chain B (28 residues) has no shifts"])
+        self.assertEqual(document["structures"][1]["chains"], [{"chain": "A", "residues": 40, "ca_only": True}])
+
+class BadInput(Case):
+    def test_no_structure(self):
+        self.assertIn("no protein", self.fails("HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n"))
+        self.assertIn("is neither a PDB nor an mmCIF file", self.fails("hello\n"))
+        self.assertIn("is empty", self.fails(""))
+        self.assertIn("zip archive", self.fails(b"PK\x03\x04abc"))
+        self.assertIn("has no atoms", self.fails("data_x\n_cell.length_a 1\n"))
+        water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
+        self.assertIn("no protein", self.fails(water))
+        self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
+        for name in ("nuclease.tab", "nuclease.str"):
+            self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
+                             "model.pdb: holds shifts and no structure; name shift files before --structure, or after --")
+
+    def test_cut(self):
+        text = made.pdb([("A", chain())])
+        lines = text.splitlines()
+        message = self.fails("\n".join(lines[:50]) + "\n" + lines[50][:40])
+        self.assertTrue(message.startswith("model.pdb:51: the atom line is cut off after column 40"), message)
+        packed = gzip.compress(text.encode())
+        self.assertIn("ends too early", self.fails(packed[:len(packed) // 2], "model.pdb.gz"))
+        cif = made.mmcif([("A", chain())])
+        lines = cif.split("\n")
+        self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
+                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; mend the "
+                         "file there, or fetch it again")
+        words = lines[60].split()
+        lines[60] += " 1"
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; mend the "
+                         "file there, or fetch it again")
+        lines[60] = " ".join(words[:4] + ["AB"] + words[5:])
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this atom cannot be read: Not a single character: AB; "
+                         "mend the file there, or fetch it again")
+        self.assertIn("not valid CIF: ", self.fails(cif + "'open\n"))
+        models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
+        self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))
+
+    def test_coordinates_that_are_no_numbers(self):
+        lines = made.pdb([("A", chain(cis=[17]))]).split("\n")
+        at = next(i for i, line in enumerate(lines) if " CA  PRO A  17 " in line)
+        lines[at] = lines[at][:30] + "     nan     nan     nan" + lines[at][54:]
+        rows = self.rows("\n".join(lines))
+        self.assertIn("coordinates that are no numbers, atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
+                      self.stderr)
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+        every = [line[:30] + "     nan     nan     nan" + line[54:] if line.startswith("ATOM") else line for line in lines]
+        self.assertIn("no residue of a protein can be used", self.fails("\n".join(every)))
+        cif = made.mmcif([("A", chain(cis=[17]))]).split("\n")
+        cif = [" ".join(line.split()[:9] + ["nan", "?", "."] + line.split()[12:]) if " CA . PRO A 17 " in line else line
+               for line in cif]
+        rows = self.rows("\n".join(cif))
+        self.assertIn("residue PRO 17 of chain A", self.stderr)
+        self.assertEqual(rows["17"]["verdict"], "not in the structure")
+
+    def test_atoms_on_one_point_are_no_bond(self):
+        lines = [line[:30] + "   0.000   0.000   0.000" + line[54:] if line.startswith("ATOM") else line
+                 for line in made.pdb([("A", chain())]).split("\n")]
+        self.assertEqual(set(self.verdicts("\n".join(lines)).values()), {"not in the structure"})
+
+    def test_columns_out_of_place(self):
+        lines = made.pdb([("A", chain())]).split("\n")
+        lines[3] = lines[3].replace("A   2", "A   2 x")
+        self.assertIn("model.pdb:4: columns 31 to 54 do not hold three coordinates", self.fails("\n".join(lines)))
+
+    def test_too_large(self):
+        path = self.put("model.pdb", "")
+        os.truncate(path, 300 * 2**20)
+        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("is larger than 256 MiB", result.stderr)
+        self.assertNotIn("shifts only", result.stderr)
+
+    def test_a_bad_structure_leaves_no_output(self):
+        self.put("good.pdb", made.pdb([("A", chain())]))
+        self.put("bad.pdb", "hello\n")
+        result = self.compare("--output", "out.tab", "shifts.tab", "--structure", "good.pdb", "bad.pdb")
+        self.assertEqual((result.returncode, os.path.exists(self.path("out.tab"))), (1, False))
 
 
 class RealStructures(Case):
     """Nuclease (1STN, proline 117 cis) and ubiquitin as X-ray structure (1UBQ) and as ensemble (1D3Z, backbone)."""
 
+    def rows_of(self, shift_file, *models):
+        result = program.run("--format", "csv", shift_file, "--structure", *models, tables=program.TABLES)
+        return program.csv_rows(result.stdout)
+
     def test_nuclease(self):
-        text = self.page(EXAMPLES / "nuclease.str", "--structure", EXAMPLES / "nuclease.pdb.gz", tables=program.TABLES)
-        atoms = {}
-        with gzip.open(EXAMPLES / "nuclease.pdb.gz", "rt") as file:
-            for line in file:
-                if line.startswith("ATOM"):
-                    atoms[int(line[22:26]), line[12:16].strip()] = [float(line[i:i + 8]) for i in (30, 38, 46)]
-        expected = {}
-        for number in (11, 31, 42, 47, 117):
-            size = omega([atoms[number - 1, "CA"], atoms[number - 1, "C"], atoms[number, "N"], atoms[number, "CA"]])
-            expected["P%d" % number] = ("cis" if number == 117 else "trans", "%.0f°" % size, "agree")
-        self.assertEqual(self.rows(text), expected)
-        self.assertIn("The structure agrees: P11, P31, P42, P47, P117.", text)
+        rows = self.rows_of(EXAMPLES / "nuclease.tab", EXAMPLES / "nuclease.pdb.gz")
+        self.assertEqual([(row["resid"], row["structure_resid"], row["structure"]) for row in rows],
+                         [(resid, resid, "cis" if resid == "117" else "trans") for resid in "11 31 42 47 117".split()])
+        self.assertEqual({row["verdict"] for row in rows}, {"agree"})
 
     def test_ubiquitin(self):
-        text = self.page(EXAMPLES / "ubiquitin.tab", "--structure", EXAMPLES / "ubiquitin.pdb.gz", ENSEMBLE,
-                         tables=program.TABLES)
-        self.assertEqual([row[::2] for row in self.rows(text).values()], [("trans", "agree")] * 3)
-        self.assertIn("The structure is trans in 11 of 11 models", html_test.card(text, "P19"))
+        rows = self.rows_of(EXAMPLES / "ubiquitin.tab", EXAMPLES / "ubiquitin.pdb.gz", ENSEMBLE)
+        self.assertEqual([(row["resid"], row["models_trans"], row["verdict"]) for row in rows],
+                         [(resid, "11", "agree") for resid in ("19", "37", "38")])
+
+
+class Document(Case):
+    def test_names_every_verdict(self):
+        document = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8")
+        proline = json.loads(program.SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]
+        for name in proline["verdict"]["enum"]:
+            self.assertIn("\n| `%s`" % name, document)
 
 
 if __name__ == "__main__":

@@ -117,9 +117,10 @@ std::vector<std::string> matches(const std::vector<zorvela::Protein>& proteins,
                                  const zorvela::ProteinStructure& structure) {
   std::vector<zorvela::ProteinResult> results(proteins.size());
   std::vector<std::string> names;
-  for (const auto& compared : zorvela::compareWithStructures(proteins, results, {structure})) {
+  zorvela::compareWithStructures(proteins, {structure}, results);
+  for (const zorvela::ProteinResult& result : results) {
     names.emplace_back();
-    for (const zorvela::ChainMatch& match : compared.matches) names.back() += match.chain;
+    for (const zorvela::ChainMatch& match : result.matches) names.back() += match.chain;
   }
   return names;
 }

@@ -407,12 +407,12 @@ FORMATS = [
     Attack("explained", "a.csv", csv_file, (100, 1000, 10000), ("run", "--explain")),
     Attack("annotated", "a.nef", nef_entry, (100, 1000, 10000), ("annotate", "FILE", "--output", "out.nef")),
     Attack("PDB, models", "a.pdb", lambda n: pdb_file(100, n), (1, 10, 100),
-           ("compare", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
-    Attack("PDB, residues", "a.pdb", pdb_file, (100, 1000, 3500), ("compare", "x.csv", "--structure", "FILE"),
+           ("run", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
+    Attack("PDB, residues", "a.pdb", pdb_file, (100, 1000, 3500), ("run", "x.csv", "--structure", "FILE"),
            lambda n: {"x.csv": csv_file(n)}),
     Attack("mmCIF, chains", "a.cif", lambda n: mmcif_file(100, n), (1, 10, 100),
-           ("compare", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
-    Attack("mmCIF, residues", "a.cif", mmcif_file, (100, 1000, 3500), ("compare", "x.csv", "--structure", "FILE"),
+           ("run", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
+    Attack("mmCIF, residues", "a.cif", mmcif_file, (100, 1000, 3500), ("run", "x.csv", "--structure", "FILE"),
            lambda n: {"x.csv": csv_file(n)}),
 ]
 
@@ -453,13 +453,13 @@ ATTACKS = [
     Attack("offsets of chains", "a.str", offsets_of_many_chains, (10, 100, 400)),
     Attack("entries in a file", "a.str", many_entries, (10, 900, 20000)),
     Attack("chains x chains, PDB", "a.pdb", lambda n: pdb_file(20, 1, "".join(chr(65 + i) for i in range(26)) * n),
-           (1, 10, 33), ("compare", "x.csv", "--structure", "FILE"),
+           (1, 10, 33), ("run", "x.csv", "--structure", "FILE"),
            lambda n: {"x.csv": "chain,resid,resname,atom,shift\n" + "".join(
                "c%d,%d,%s,CA,55\n" % (c, i + 1, NAMES[i % 10]) for c in range(30 * n) for i in range(20))}),
     Attack("chains that are aligned", "a.cif", lambda n: bare_mmcif(1400, n), (1, 10, 100),
-           ("compare", "x.str", "--structure", "FILE"),
+           ("run", "x.str", "--structure", "FILE"),
            lambda n: {"x.str": entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"}),
-    *(Attack(title + ", mmCIF", "a.cif", make, sizes, ("compare", "x.csv", "--structure", "FILE"),
+    *(Attack(title + ", mmCIF", "a.cif", make, sizes, ("run", "x.csv", "--structure", "FILE"),
              lambda n: {"x.csv": csv_file(100)}) for title, make, sizes in (
                  ("prolines", prolines_of_mmcif, (1000, 29000, 1000000)),
                  ("chains", chains_of_mmcif, (1000, 29000, 1000000)),

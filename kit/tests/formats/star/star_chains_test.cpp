@@ -37,8 +37,7 @@ Lists listOf(std::vector<FileShift> rows) {
 }
 
 TEST(ChainFinder, FindsByNameAndAliasAndKeepsTheFirst) {
-  std::vector<FileChain> chains;
-  zorvela::ChainFinder finder(chains, "f");
+  zorvela::ChainFinder finder("f");
   EXPECT_EQ(finder.find("A"), kNoChain);
   EXPECT_EQ(finder.add("A", chainOf("A", "AP")), 0U);
   EXPECT_EQ(finder.add("B", chainOf("B", "GP")), 1U);
@@ -47,20 +46,18 @@ TEST(ChainFinder, FindsByNameAndAliasAndKeepsTheFirst) {
   finder.alias("A", 1);  // taken
   EXPECT_EQ(finder.find("A"), 0U);
   EXPECT_EQ(finder.find("two"), 1U);
-  EXPECT_EQ(chains.size(), 3U);
+  EXPECT_EQ(finder.chains.size(), 3U);
 }
 
 TEST(ChainFinder, StopsAtMoreChainsThanAnyEntryHas) {
-  std::vector<FileChain> chains;
-  zorvela::ChainFinder finder(chains, "f");
+  zorvela::ChainFinder finder("f");
   for (std::size_t i = 0; i < zorvela::kMostListsOrChains; ++i) finder.add(std::to_string(i), {});
   EXPECT_THROW(finder.add("one more", {}), zorvela::FileError);
 }
 
 TEST(ChainFinder, StopsAtMoreResiduesThanAnyEntryHas) {
-  std::vector<FileChain> chains;
-  zorvela::ChainFinder finder(chains, "f");
-  finder.countResidues(zorvela::kMostResidues);
+  zorvela::ChainFinder finder("f");
+  finder.countResidues(zorvela::limits::kResidues.most);
   EXPECT_THROW(finder.countResidues(1), zorvela::FileError);
 }
 
@@ -69,10 +66,10 @@ TEST(StarChains, RowsAndBondsEndWhereNoEntryHasMore) {
   zorvela::FileShiftList list;
   zorvela::reserveRows(list, zorvela::kMostShiftRows, file, "f");
   EXPECT_THROW(zorvela::reserveRows(list, zorvela::kMostShiftRows + 1, file, "f"), zorvela::FileError);
-  file.chains.resize(1);
-  zorvela::BondEnds bonds(file.chains, "f");
-  for (std::size_t i = 0; i < zorvela::kMostBondEnds; ++i) bonds.add(0, "1");
-  EXPECT_THROW(bonds.add(0, "1"), zorvela::FileError);
+  zorvela::ChainFinder finder("f");
+  finder.add("A", {});
+  for (std::size_t i = 0; i < zorvela::limits::kBondEnds.most; ++i) finder.addBondEnd(0, "1");
+  EXPECT_THROW(finder.addBondEnd(0, "1"), zorvela::FileError);
 }
 
 TEST(StarChains, LongNamesAreCutWithOneNote) {

@@ -21,8 +21,8 @@ Texts rowsOf(const zorvela::StarFile& file) {
   const StarTable table = zorvela::tablesOf(StarFrame(file, 0), "_Atom_chem_shift.").at(0);
   for (std::size_t row = 0; row < table.rows(); ++row) {
     std::string cells;
-    for (std::size_t column = 0; column < 3; ++column)
-      cells += (column > 0 ? " " : "") + table.text(row, column);
+    for (const std::string tag : {"Seq_ID", "Atom_ID", "Val"})
+      cells += (cells.empty() ? "" : " ") + table.column("_Atom_chem_shift." + tag).text(row);
     rows.push_back(cells);
   }
   return rows;
@@ -48,12 +48,14 @@ TEST(StarDocument, TablesAreLoopsOrSingleTags) {
   const auto tables = zorvela::tablesWith(frame, "_entity.B");
   ASSERT_EQ(tables.size(), 2U);
   EXPECT_EQ(tables[0].rows(), 1U);
-  EXPECT_EQ(tables[0].text(0, tables[0].column("_Entity.b")), "1");
-  EXPECT_EQ(tables[0].text(0, tables[0].column("_Entity.c")), "");
+  EXPECT_EQ(tables[0].column("_Entity.b").text(0), "1");
+  EXPECT_EQ(tables[0].column("_Entity.c").text(0), "");
   EXPECT_EQ(tables[1].rows(), 2U);
-  EXPECT_EQ(tables[1].text(1, tables[1].column("_d.e")), "f g");
-  EXPECT_EQ(tables[1].text(0, tables[1].column("_d.e")), "");
-  EXPECT_EQ(tables[1].text(0, tables[1].column("_none")), "");
+  EXPECT_EQ(tables[1].column("_d.e").text(1), "f g");
+  EXPECT_EQ(tables[1].column("_d.e").text(0), "");
+  EXPECT_EQ(tables[1].column("_none").text(0), "");
+  EXPECT_EQ(tables[1].column("_D.e", "_Entity.b").text(0), "5");
+  EXPECT_EQ(tables[1].column("_D.e", "_Entity.b").text(1), "f g");
   EXPECT_TRUE(file->notes.empty());
 }
 
@@ -94,7 +96,7 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
 
 TEST(StarDocument, AFullCountHidesNoBadRowsInAShortLoopEither) {
   const auto file = parsed(
-      "loop_\n_Atom_chem_shift.ID\n_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n_Atom_chem_shift.a\n"
+      "loop_\n_Atom_chem_shift.Seq_ID\n_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n_Atom_chem_shift.a\n"
       "_Atom_chem_shift.b\n1 CA 52 1 1\n2 CA 1 1\n3 CA 45 1 1 1\n4 CB 33 1 1\n");
   EXPECT_EQ(rowsOf(*file), (Texts{"1 CA 52", "4 CB 33"}));
   EXPECT_EQ(file->notes, (Texts{"lines 8 to 9: 10 values for the 5 columns of _Atom_chem_shift; left out"}));
@@ -149,8 +151,8 @@ TEST(StarDocument, WhatNobodyReadsIsANote) {
 TEST(StarDocument, LongWordsAreCut) {
   const auto file = parsed("_Entity.ID " + std::string(61, '7'));
   const StarTable table(StarFrame(*file, 0));
-  EXPECT_EQ(table.word(0, 0), std::string(60, '7') + "...");
-  EXPECT_EQ(table.text(0, 0), std::string(61, '7'));
+  EXPECT_EQ(table.column("_Entity.ID").word(0), std::string(60, '7') + "...");
+  EXPECT_EQ(table.column("_Entity.ID").text(0), std::string(61, '7'));
 }
 
 TEST(StarDocument, ListsWithinAnotherText) {

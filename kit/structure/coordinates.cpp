@@ -1,0 +1,98 @@
+#include "structure/coordinates.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "formats/limits.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr char kSeparator = '\0';  // no text file has it
+
+/// The part that a key is of, a new one where there is none.
+template <class Part>
+Part& partOf(std::vector<Part>& parts, const std::string& key,
+             std::unordered_map<std::string, std::size_t>& places) {
+  const auto [at, isNew] = places.emplace(key, parts.size());
+  if (isNew) parts.emplace_back();
+  return parts[at->second];
+}
+
+std::string textOf(const BackboneAtom& atom) {
+  return printable("residue " + atom.residue + " " + atom.number + " of chain " + atom.chain);
+}
+
+bool isPlaced(const gemmi::Position& position) {
+  return std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z);
+}
+
+}  // namespace
+
+const PlacedAtom* BackboneResidue::find(std::string_view atom, char alternate) const {
+  for (const PlacedAtom& own : atoms) {
+    const bool isOfIt =
+        alternate == kAnyAlternate || own.alternate == kNoAlternate || own.alternate == alternate;
+    if (isOfIt && own.name == atom) return &own;
+  }
+  return nullptr;
+}
+
+bool isBackbone(std::string_view atom) {
+  return atom == "N" || atom == "CA" || atom == "C";
+}
+
+BackboneBuilder::BackboneBuilder(std::string fileName, std::size_t bytes)
+    : file(std::move(fileName)), residueLimit(limits::structureResidues(bytes)) {}
+
+BackboneResidue& BackboneBuilder::residueOf(const BackboneAtom& atom) {
+  std::string key = atom.model;
+  BackboneModel& model = partOf(models, key, places);
+  model.name = atom.model;
+  checkLimit(models.size(), limits::kModels, file);
+  key += kSeparator + atom.chain;
+  BackboneChain& chain = partOf(model.chains, key, places);
+  chain.name = atom.chain;
+  key += kSeparator + atom.part + kSeparator + atom.number + kSeparator + atom.residue;
+  BackboneResidue& residue = partOf(chain.residues, key, places);
+  if (residue.atoms.empty()) {
+    checkLimit(++residues, residueLimit, file);
+    residue.name = atom.residue;
+    residue.number = atom.number;
+    residue.isHetero = atom.isHetero;
+  }
+  return residue;
+}
+
+void BackboneBuilder::add(const BackboneAtom& atom, const std::string& where) {
+  const std::string which = textOf(atom);
+  if (!isPlaced(atom.atom.position)) {
+    if (lastUnusable != which) unusable.push_back(where.empty() ? which : which + ", " + where);
+    lastUnusable = which;
+    return;
+  }
+  BackboneResidue& residue = residueOf(atom);
+  const bool isKnown =
+      std::any_of(residue.atoms.begin(), residue.atoms.end(), [&atom](const PlacedAtom& other) {
+        return other.name == atom.atom.name && other.alternate == atom.atom.alternate;
+      });
+  if (!isKnown)
+    residue.atoms.push_back(atom.atom);
+  else if (repeated.empty() || repeated.back() != which)
+    repeated.push_back(which);
+}
+
+Coordinates BackboneBuilder::finished() {
+  Coordinates coordinates;
+  coordinates.models = std::move(models);
+  if (!repeated.empty())
+    coordinates.notes.push_back("atoms that are given twice, the first one is used: " + enumerated(repeated));
+  if (!unusable.empty())
+    coordinates.notes.push_back("coordinates that are no numbers, atoms not used: " + enumerated(unusable));
+  return coordinates;
+}
+
+}  // namespace zorvela

@@ -1,6 +1,7 @@
 // The sub-command `restrain`: the cis prolines in the words of a structure calculation program.
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ namespace zorvela {
 namespace {
 
 constexpr std::size_t kNotesShown = 5;
+constexpr const char* kAllNotes = "zorvela-kit run --format json has them all";
 
 struct RestrainSettings {
   std::vector<std::string> files;
@@ -51,7 +53,7 @@ const RestraintFormat& formatOf(const std::string& name) {
 }
 
 std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
-                                           const std::vector<ProteinStructure>& structures) {
+                                           const std::optional<ProteinStructure>& structure) {
   Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
   std::vector<Protein> proteins;
   std::vector<ProteinResult> results;
@@ -62,9 +64,14 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
       notes.push_back({protein.chain, protein.notes});
       proteins.push_back(std::move(protein));
     }
-    sayFileNotes(file, notes, kNotesShown, "zorvela-kit run --format json has them all");
+    sayFileNotes(file, notes, kNotesShown, kAllNotes);
   }
-  if (!structures.empty()) compareWithStructures(proteins, structures, results);
+  if (structure) {
+    compareWithStructures(proteins, {*structure}, results);
+    sayFileNotes(structure->file, {{"", structure->notes}}, kNotesShown, kAllNotes);
+  }
+  for (const ProteinResult& result : results)
+    sayFileNotes(result.file, {{result.chain, result.structureNotes}}, kNotesShown, kAllNotes);
   return restrainedChains(proteins, results);
 }
 
@@ -74,18 +81,16 @@ void restrain(const RestrainSettings& settings) {
   inputs.addFolder(findTables(settings.tables));
   inputs.mustNotHold(settings.output);
   RestraintRequest request;
-  std::vector<ProteinStructure> structures;
   if (!settings.structure.empty()) {
     const std::string text = unpacked(fileBytes(settings.structure), settings.structure);
-    structures.push_back(readStructureBytes(text, settings.structure));
     request.modelText = NamedText{settings.structure, text};
-    request.structure = structures.front();
+    request.structure = readStructureBytes(text, settings.structure);
   }
   const std::string there = settings.into.empty() ? std::string() : fileBytes(settings.into);
   if (!settings.into.empty()) request.into = NamedText{settings.into, unpacked(there, settings.into)};
   const RestraintFormat& format = formatOf(settings.program);
   mustFit(format, request);
-  request.chains = predictChains(settings, structures);
+  request.chains = predictChains(settings, request.structure);
   renameChains(settings.renamings, request.chains);
   RestraintText result = writeRestraints(format, request);
   if (isGzipped(there)) result.text = packed(std::move(result.text));

@@ -15,8 +15,11 @@ namespace {
 // Residue numbers of these programs are texts of up to four characters.
 constexpr std::size_t kLongestNumber = 4;
 
-bool isChainCharacter(char c) {
-  return isDigit(c) || isLetter(c) || c == '_' || c == '-' || c == '+' || c == '.';
+/// Whether a name can stand in a line as it is.
+bool isChainName(const std::string& name) {
+  return std::all_of(name.begin(), name.end(), [&name](const char& c) {
+    return isDigit(c) || isLetter(c) || (&c != &name.front() && contains("_-+.", std::string_view(&c, 1)));
+  });
 }
 
 std::string whyNoNumber(const Dialect& dialect, const std::string& text) {
@@ -178,6 +181,7 @@ std::string commentsAtHead(const Dialect& dialect, const RestraintRequest& reque
 }
 
 void checkChains(const Dialect& dialect, const RestraintRequest& request) {
+  if (dialect.longestChain == kAnyChain) return;
   std::set<std::string> names;
   for (const RestrainedChain& chain : request.chains)
     if (std::any_of(chain.bonds.begin(), chain.bonds.end(), isDeclared)) names.insert(chain.name);
@@ -191,7 +195,7 @@ void checkChains(const Dialect& dialect, const RestraintRequest& request) {
   for (const std::string& name : names) {
     if (name.empty() && dialect.needsChain)
       throw Error("--for " + dialect.program + " needs the name of the chain; add --chain-as NAME");
-    if (name.size() > dialect.longestChain || !std::all_of(name.begin(), name.end(), isChainCharacter))
+    if (name.size() > dialect.longestChain || !isChainName(name))
       throw Error("--for " + dialect.program + " has no place for a chain called \"" + printable(name, 60) +
                   "\" (" + counted(dialect.longestChain, "letter or digit", "letters or digits") +
                   " at most); add --chain-as \"" + printable(name, 60) + "=A\"");

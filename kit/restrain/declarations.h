@@ -9,6 +9,9 @@
 
 namespace zorvela {
 
+/// The length of chain names for lines that name no chain and tell them apart all the same.
+inline constexpr std::size_t kAnyChain = static_cast<std::size_t>(-1);
+
 /// How a program writes comments, and what its lines can hold.
 struct Dialect {
   std::string program;

@@ -54,7 +54,7 @@ std::vector<CisBond> cisBondsOf(const ProteinStructure& structure, std::vector<s
             cis.push_back({chain, chain.residues[i - 1], chain.residues[i], bond});
           else
             notes.push_back(nameOf(chain.residues[i - 1], chain.residues[i]) +
-                            " of the model is left out: cis by its CA " + "atoms, without omega");
+                            " of the model is left out: cis by its CA atoms, without omega");
         }
   return cis;
 }
@@ -279,7 +279,7 @@ RestraintText writeAmber(const RestraintRequest& request) {
   if (request.structure->format != "PDB")
     throw FileError(request.structure->file, 0, "is no PDB file",
                     "give the PDB file of the topology, whose atoms AMBER counts");
-  dialect.longestChain = static_cast<std::size_t>(-1);
+  dialect.longestChain = kAnyChain;
   dialect.takesCodes = true;
   dialect.remarks = {
       "atoms are counted as the PDB file has them: it must have all of the topology, hydrogens too"};

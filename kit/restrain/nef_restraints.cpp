@@ -118,11 +118,12 @@ RestraintText writeNefRestraints(const RestraintRequest& request) {
     const std::string before =
         request.into ? residueIn(bond, bond.numberBefore) : threeLetterName(bond.letterBefore);
     const std::string proline = request.into ? residueIn(bond, bond.number) : "PRO";
-    if (residueType(proline).letter != kProline || (request.into && !isResidueBefore(before, bond)))
-      throw FileError(
-          request.into->name, 0,
-          "its sequence has no " + nameOf(bond) + " in chain \"" + printable(bond.chain, 60) + "\"",
-          "name its chain by --chain-as");
+    if (request.into && (residueType(proline).letter != kProline || !isResidueBefore(before, bond))) {
+      const std::string what =
+          "has no " + nameOf(bond) + " in chain \"" + printable(bond.chain, 60) + "\" of its sequence";
+      if (bond.call == Call::undecided) return {{}, "the file " + what};
+      throw FileError(request.into->name, 0, what, "name its chain by --chain-as");
+    }
     if (!isWord(before) || !isWord(proline)) return {{}, "a residue without a name"};
     return {rowText(bond.call == Call::cis ? ++index : index + 1, bond, before, proline), {}};
   });

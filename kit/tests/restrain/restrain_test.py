@@ -199,6 +199,13 @@ class Atoms(Case):
         (numbers,) = amber_atoms(self.text("amber", "one.csv", "--structure", "model.pdb"))
         self.assertAlmostEqual(dihedral(*(of_lines[number - 1] for number in numbers)), self.OMEGA, delta=0.1)
 
+    def test_every_copy_of_a_dimer(self):
+        residues = with_hydrogens(made.backbone(SEQUENCE, {16: self.OMEGA}, 101))
+        self.put("model.pdb", made.pdb([("A", residues), ("B", made.moved(residues, 50))]))
+        self.put("x.csv", csv(rows("the only", SEQUENCE, plain(101), cis=[17])))
+        first, second = amber_atoms(self.text("amber", "x.csv", "--structure", "model.pdb"))
+        self.assertEqual([atom + 4 * len(SEQUENCE) for atom in first], second)
+
     def test_amber_needs_the_atoms_once_and_whole(self):
         residues = made.backbone(SEQUENCE, {16: 0.0})
         self.put("bare.pdb", made.pdb([("A", residues)]))
@@ -347,7 +354,10 @@ class FilesThatAreThere(Case):
         self.put("in.nef", self.nef())
         self.assertIn("name its chain by --chain-as", self.fails("nef", "one.csv", "--chain-as", "X", "--into", "in.nef"))
         self.put("other.nef", self.nef().replace("116 'GLY'", "116 TRP"))
-        self.assertIn("its sequence has no G116-P117 in chain", self.fails("nef", "one.csv", "--into", "other.nef"))
+        self.assertIn("has no G116-P117 in chain", self.fails("nef", "one.csv", "--into", "other.nef"))
+        self.put("short.nef", self.nef().replace("    26 A 126 PRO\n", ""))
+        self.assert_bonds(READERS["nef"](self.text("nef", "one.csv", "--into", "short.nef")), [("A", "116", "117")])
+        self.assertIn('is left out: the file has no A125-P126 in chain "A"', self.stderr)
         for more, cause in (("save_open", "ends within save_open"), ("data_second", "several data blocks")):
             self.put("bad.nef", self.nef(more=more))
             self.assertIn(cause, self.fails("nef", "one.csv", "--into", "bad.nef"))

@@ -11,22 +11,25 @@
 #include <cstddef>      // for std::size_t
 #include <iosfwd>       // for std::istream, std::ostream
 #include <map>          // for std::map
-#include <stdexcept>    // for std::runtime_error
+#include <optional>     // for std::optional
 #include <string>       // for std::string
 #include <string_view>  // for std::string_view
 #include <utility>      // for std::pair
 #include <vector>       // for std::vector
 
-/// A table that cannot be read.
-class BadTable : public std::runtime_error {
- public:
-  explicit BadTable(const std::string& text, std::size_t lineNumber = 0)
-      : std::runtime_error(text), message(text), line(lineNumber) {}
-
-  std::string message;  ///< what `loadGDB` prints, without the tab; whole, where `what()` ends at a NUL
-  std::size_t line;     ///< in the file, from 1; 0 where no line is to blame
+/// Why a table cannot be read.
+struct TableFault {
+  std::string message;   ///< what `loadGDB` prints, without the tab
+  std::size_t line = 0;  ///< in the file, from 1; 0 where no line is to blame
 };
 
+/// Where in a file the lines of a table are, counted from 1.
+struct TableLines {
+  std::vector<std::size_t> rows;     ///< of row 1, 2, ...
+  std::vector<std::size_t> skipped;  ///< lines that fit nowhere and are not blank
+};
+
+/// The members and operations are the class's fixed interface; some serve only other hosts and tests.
 class GDB {
  public:
   /// A row: column name to cell text, ordered by name. A row need not hold every column.
@@ -87,9 +90,9 @@ class GDB {
   /// Sets all formats from "%4d %1s ..." and empties the rows. As many "%" as columns, else the table
   /// has no formats; a bad item ends the process with status 0 after a message.
   void FORMAT_str_parser(const std::string& text);
-  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: throws BadTable and
+  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: gives the fault and
   /// leaves the table as it was.
-  void setFormats(const std::string& text);
+  std::optional<TableFault> setFormats(const std::string& text);
   /// Whether a format item is one the format knows: one "%", first; digits, "-" and "."; one of s, d
   /// and f, last. Blanks around it do not count.
   static bool checkFormat(const std::string& item);
@@ -112,13 +115,13 @@ class GDB {
   /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
   /// line throws std::out_of_range.
   void loadGDB(const std::string& fileName);
-  /// What `loadGDB` does, for a program that must outlive a bad file: throws BadTable where the file
+  /// What `loadGDB` does, for a program that must outlive a bad file: gives the fault where the file
   /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
-  void readFile(const std::string& fileName);
-  /// What `readFile` reads, from a stream.
-  void readTable(std::istream& in);
-  /// Writes the table, replacing any file of that name. A file that cannot be opened: a message on
-  /// standard error and nothing else.
+  std::optional<TableFault> readFile(const std::string& fileName);
+  /// What `readFile` reads, from a stream. Adds to `lines` where its rows are, and what it skipped.
+  std::optional<TableFault> readTable(std::istream& in, TableLines* lines = nullptr);
+  /// Writes the table, replacing any file of that name. A file that cannot be opened, or written to its
+  /// end: a message on standard error and nothing else.
   void saveGDB(const std::string& fileName);
   /// What `saveGDB` writes, to a stream.
   void writeTable(std::ostream& out);
@@ -191,11 +194,11 @@ class GDB {
 
   // Reading.
   struct ReadState;
-  void readLines(std::istream& in);
-  void readLine(const std::string& line, ReadState& state);
+  std::optional<TableFault> readLines(std::istream& in, TableLines* lines);
+  std::optional<TableFault> readLine(const std::string& line, ReadState& state);
   void storeRow(ReadState& state);
   void nameCells(ReadState& state) const;
-  void readKeyword(const std::string& line, std::string_view word, ReadState& state);
+  std::optional<TableFault> readKeyword(const std::string& line, std::string_view word, ReadState& state);
   void readSequence();
 
   // Writing.

@@ -21,53 +21,21 @@
 #include <vector>    // for std::vector
 
 #include "GDB.h"
-
-/// Written for a shift (ppm) or an angle (degrees) that does not exist.
-inline constexpr float kMissingShift = 9999.0F;
-/// A shift at or above this bound (ppm) is missing.
-inline constexpr float kMissingBound = 999.0F;
-/// In the prediction a secondary shift above this bound (ppm) is missing; no real one comes near.
-inline constexpr float kMissingSecondaryShift = 99.0F;
-
-/// Six backbone atoms a residue: N, HA, C, CA, CB, HN.
-inline constexpr int kAtomsPerResidue = 6;
-/// Backbone shifts of previous residue, proline and next residue; the next index is the proline's CG.
-inline constexpr int kTripletShifts = 3 * kAtomsPerResidue;
-/// Shift index of the proline's CG.
-inline constexpr int kProlineCG = kTripletShifts;
-
-/// Trans to cis among prolines, by which equal odds become natural ones.
-inline constexpr double kTransPerCis = 19.0;
-
-/// One shift of a triplet against what cis and trans prolines have. A missing one favours neither.
-struct ShiftEvidence {
-  float secondary = kMissingShift;  ///< before it is brought into its limits (ppm); of CG the shift itself
-  float used = kMissingShift;       ///< as it is used (ppm); text of six digits, read back
-  bool isMissing = true;
-  double lnCis = 0;    ///< natural logarithm of its factor of the likelihood of cis, at most 0
-  double lnTrans = 0;  ///< the same for trans
-};
-
-/// All that a probability is made of.
-struct ProlineEvidence {
-  std::array<ShiftEvidence, kTripletShifts + 1> shifts;  ///< by shift index
-  std::array<float, 2> cisShares{};    ///< of the residue types before and after, among those of cis prolines
-  std::array<float, 2> transShares{};  ///< the same for trans
-};
+#include "zorvela/core.h"
 
 /// What the program says of one proline.
 struct ProlinePrediction {
-  int resid = 0;                     ///< residue number of the proline
-  std::array<std::string, 3> names;  ///< one-letter names: previous residue, proline, next residue
-  std::array<int, 3> shiftCounts{};  ///< how many of the six backbone shifts each of them has
-  float cgShift = kMissingShift;     ///< CG of the proline as observed (ppm), 9999 if absent
-  float pCis = 0;                    ///< probability of cis under equal odds
-  float pCisNorm = 0;                ///< probability of cis where 1 proline in 20 is cis
-  ProlineEvidence evidence;          ///< what the two are made of
+  int resid = 0;                           ///< residue number of the proline
+  std::array<std::string, 3> names;        ///< one-letter names: previous residue, proline, next residue
+  std::array<int, 3> shiftCounts{};        ///< how many of the six backbone shifts each of them has
+  float cgShift = zorvela::kMissingShift;  ///< CG of the proline as observed (ppm), 9999 if absent
+  float pCis = 0;                          ///< probability of cis under equal odds
+  float pCisNorm = 0;                      ///< probability of cis where 1 proline in 20 is cis
+  zorvela::ProlineEvidence evidence;       ///< what the two are made of
 };
 
 /// A straight-line estimate of a referencing offset, as the check report prints it.
-struct ReferencingOffset {
+struct FittedOffset {
   std::string atom;          ///< "CA", "CB", "HA" or "C"
   float offset = 0;          ///< ppm; can be infinite or not a number where there are too few residues
   float error = 0;           ///< ppm, of the fit
@@ -77,7 +45,8 @@ struct ReferencingOffset {
 
 class ResidueRows;
 
-/// The run object: settings, tables and per-residue results of one run. It is moved, not copied.
+/// The run object: settings, tables and per-residue results of one run. It is moved, not copied. The members
+/// and operations are the class's fixed interface; some serve only other hosts and tests.
 class ZORVELA {
  public:
   // --- Settings ---------------------------------------------------------------------------------
@@ -127,7 +96,7 @@ class ZORVELA {
   /// Prints outlier shifts and estimated referencing offsets to standard output.
   void checkCS();
   /// The referencing offsets that the report prints: CA, CB, HA, C.
-  std::vector<ReferencingOffset> referencingOffsets();
+  std::vector<FittedOffset> referencingOffsets();
   /// The secondary shift (ppm) brought into the limits of its residue type and atom; a shift of 999 or
   /// more stays. A type or atom without limits has the limits 0 and 0. With `showDetail` prints a line
   /// for each clipped shift.
@@ -155,8 +124,6 @@ class ZORVELA {
   /// Predicts one residue; nothing where the triplet fails its test or the residue is no proline. Walks
   /// all secondary shifts.
   std::optional<ProlinePrediction> predictProline(int r);
-  /// The same for many residues with one walk: an entry for each of them, in their order.
-  std::vector<std::optional<ProlinePrediction>> predictProlines(const std::vector<int>& residues);
 
   // --- Statistics ---------------------------------------------------------------------------------
 
@@ -256,10 +223,9 @@ class ZORVELA {
   std::vector<int> residuesToVisit() const;
   std::map<std::string, std::string> tripletOf(int r, const ResidueRows& secondaryShifts);
   std::optional<ProlinePrediction> predictResidue(int r, const ResidueRows& secondaryShifts);
-  bool hasEnoughShifts(const std::map<std::string, std::string>& triplet);
-  ProlineEvidence gatherEvidence(std::map<std::string, std::string>& triplet,
-                                 const ResidueRows& secondaryShifts, const ProlinePrediction& proline);
-  void compare(ShiftEvidence& shift, int index) const;
+  zorvela::ProlineEvidence gatherEvidence(const std::map<std::string, std::string>& tripletRecord,
+                                          const ProlinePrediction& proline);
+  zorvela::ShiftStatistics statisticsOf(std::size_t index);
   static GDB startPredictions();
   void addPrediction(GDB& table, const ProlinePrediction& prediction);
   void printListing(const GDB& table);

@@ -49,10 +49,10 @@ FitPoints pointsBelowZero(const std::map<std::string, AtomShifts>& residues, con
   for (const auto& [resid, shifts] : residues) {
     const float ca = shiftOf(shifts, "CA");
     const float cb = shiftOf(shifts, "CB");
-    if (!(ca < kMissingBound && cb < kMissingBound)) continue;
+    if (!(ca < zorvela::kMissingBound && cb < zorvela::kMissingBound)) continue;
     const float d = ca - cb;
     const float shift = shiftOf(shifts, atom);
-    if (!(d < 0.0F && shift < kMissingBound)) continue;
+    if (!(d < 0.0F && shift < zorvela::kMissingBound)) continue;
     points.x.push_back(d);
     points.y.push_back(shift);
   }
@@ -66,7 +66,7 @@ void ZORVELA::checkCS() {
   for (const auto& [number, row] : resTable.entries) reportOutlier(row);
 
   std::puts("\nChemical shift referencing checking...");
-  for (const ReferencingOffset& fit : referencingOffsets()) {
+  for (const FittedOffset& fit : referencingOffsets()) {
     const char* label = fit.atom == "C" ? "C'" : fit.atom.c_str();
     std::printf("  Estimated %s shift referencing offset %7.3f ppm (fitting error: %6.3f, size: %3d)", label,
                 static_cast<double>(fit.offset), static_cast<double>(fit.error), fit.size);
@@ -86,12 +86,12 @@ void ZORVELA::reportOutlier(const GDB::Row& row) {
   std::putchar('\n');
 }
 
-std::vector<ReferencingOffset> ZORVELA::referencingOffsets() {
+std::vector<FittedOffset> ZORVELA::referencingOffsets() {
   const std::map<std::string, AtomShifts> residues = shiftsByResidue(resTable);
-  std::vector<ReferencingOffset> offsets;
+  std::vector<FittedOffset> offsets;
   for (const char* atom : {"CA", "CB", "HA", "C"}) {
     const FitPoints points = pointsBelowZero(residues, atom);
-    ReferencingOffset fit;
+    FittedOffset fit;
     fit.atom = atom;
     float slope = 0.0F;
     if (!LinearLeastSquareFitting(points.x, points.y, slope, fit.offset, fit.error)) continue;

@@ -1,4 +1,5 @@
 // Clipping of extreme secondary shifts.
+#include <cmath>     // for std::isnan
 #include <cstdio>    // for std::snprintf
 #include <iostream>  // for std::cout
 
@@ -10,14 +11,9 @@ float ZORVELA::clipSShift(int resid, float shift, const std::string& atomName) {
   const GDB::Row* row = limitTable.findEntry(kResname, name, 1);
   const float min = row ? GDB::toFloat(GDB::cell(*row, atomName + "_MIN")) : 0.0F;
   const float max = row ? GDB::toFloat(GDB::cell(*row, atomName + "_MAX")) : 0.0F;
-  float limit = shift;
-  if (shift < min && shift < kMissingBound)
-    limit = min;
-  else if (shift > max && shift < kMissingBound)
-    limit = max;
-  else
-    return shift;
-  if (showDetail) printClipping(resid, name, atomName, shift, limit);
+  const float limit = zorvela::clipped(shift, min, max);
+  const bool isClipped = limit != shift && !std::isnan(shift);
+  if (isClipped && showDetail) printClipping(resid, name, atomName, shift, limit);
   return limit;
 }
 

@@ -1,6 +1,5 @@
 // The run from end to end, and the probability of cis.
 #include <algorithm>  // for std::min, std::max
-#include <cmath>      // for std::exp
 #include <iostream>   // for std::cout
 
 #include "ZORVELA.h"
@@ -10,51 +9,12 @@
 
 namespace {
 
+constexpr int kAtomsPerResidue = static_cast<int>(zorvela::kBackboneAtoms);
+constexpr std::size_t kProlineCG = zorvela::shiftIndex(0, zorvela::Atom::CG);
+
 // Input rows far apart can span billions of residue numbers: of more than these only those are visited
 // that the sequence or a row names.
 constexpr long long kMostUnnamed = 100000;
-
-// Without the factor 1 / (sigma sqrt(2 pi)): the deviations act through the exponent alone.
-double lnGaussian(float shift, float mean, float deviation) {
-  const float difference = shift - mean;
-  const double z = (1.0 / deviation) * difference;
-  return -0.5 * (z * z);
-}
-
-// Likelihood of cis and of trans, each in single precision after every factor.
-struct Likelihoods {
-  float cis = 1.0F;
-  float trans = 1.0F;
-
-  void take(const ShiftEvidence& shift) {
-    if (shift.isMissing) return;
-    cis = static_cast<float>(cis * std::exp(shift.lnCis));
-    trans = static_cast<float>(trans * std::exp(shift.lnTrans));
-  }
-  void take(float cisFactor, float transFactor) {
-    cis *= cisFactor;
-    trans *= transFactor;
-  }
-  float probability() const { return cis / (cis + trans); }
-};
-
-// Backbone shifts, neighbours, CG: in this order, which single precision can notice.
-float cisProbability(const ProlineEvidence& evidence) {
-  Likelihoods all;
-  for (std::size_t k = 0; k < kTripletShifts; ++k) all.take(evidence.shifts[k]);
-  all.take(evidence.cisShares[0] * evidence.cisShares[1], evidence.transShares[0] * evidence.transShares[1]);
-  all.take(evidence.shifts[kProlineCG]);
-  return all.probability();
-}
-
-float valueAt(const std::map<int, float>& values, int index) {
-  const auto found = values.find(index);
-  return found == values.end() ? 0.0F : found->second;
-}
-
-float naturalOdds(float p) {
-  return static_cast<float>(p / (p + kTransPerCis * (1.0 - p)));
-}
 
 }  // namespace
 
@@ -96,13 +56,6 @@ std::optional<ProlinePrediction> ZORVELA::predictProline(int r) {
   return predictResidue(r, ResidueRows(resTable));
 }
 
-std::vector<std::optional<ProlinePrediction>> ZORVELA::predictProlines(const std::vector<int>& residues) {
-  const ResidueRows secondaryShifts(resTable);
-  std::vector<std::optional<ProlinePrediction>> predictions;
-  for (const int resid : residues) predictions.push_back(predictResidue(resid, secondaryShifts));
-  return predictions;
-}
-
 std::optional<ProlinePrediction> ZORVELA::predictResidue(int r, const ResidueRows& secondaryShifts) {
   // Whatever comes of it, residues looked at outside the sequence are noted: without a name, and without a
   // missing shift.
@@ -113,50 +66,44 @@ std::optional<ProlinePrediction> ZORVELA::predictResidue(int r, const ResidueRow
   }
   // With details on, every clipped shift has its line, those around other residues as well.
   if (resNames[r] != kProline && !showDetail) return std::nullopt;
-  std::map<std::string, std::string> triplet = tripletOf(r, secondaryShifts);
-  if (!hasEnoughShifts(triplet) || resNames[r] != kProline) return std::nullopt;
+  const std::map<std::string, std::string> tripletRecord = tripletOf(r, secondaryShifts);
+  if (!testTriplet(tripletRecord) || resNames[r] != kProline) return std::nullopt;
 
   ProlinePrediction prediction;
   prediction.resid = r;
   prediction.cgShift = cgShifts[r];
   for (int position = kPrevious; position <= kNext; ++position) {
     const auto i = static_cast<std::size_t>(position - kPrevious);
-    prediction.names[i] = triplet[atPosition(kResname, position)];
+    prediction.names[i] = tripletRecord.at(atPosition(kResname, position));
     prediction.shiftCounts[i] = kAtomsPerResidue - missingCount[residueAt(r, position - kCentre)];
   }
-  prediction.evidence = gatherEvidence(triplet, secondaryShifts, prediction);
-  prediction.pCis = cisProbability(prediction.evidence);
-  prediction.pCisNorm = naturalOdds(prediction.pCis);
+  prediction.evidence = gatherEvidence(tripletRecord, prediction);
+  prediction.pCis = zorvela::cisProbability(prediction.evidence);
+  prediction.pCisNorm = zorvela::naturalOdds(prediction.pCis);
   return prediction;
 }
 
-ProlineEvidence ZORVELA::gatherEvidence(std::map<std::string, std::string>& triplet,
-                                        const ResidueRows& secondaryShifts,
-                                        const ProlinePrediction& proline) {
-  ProlineEvidence evidence;
-  int k = 0;
-  for (int position = kPrevious; position <= kNext; ++position) {
-    const ResidueRows::Residue rows = secondaryShifts.of(residueAt(proline.resid, position - kCentre));
-    for (const auto& [key, atom] : atomNames) {
-      ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(k)];
-      shift.secondary = rows.shiftOf(atom, 0.0F);
-      shift.used = GDB::toFloat(triplet[atPosition(atom, position)]);
-      shift.isMissing = shift.used > kMissingSecondaryShift;
-      compare(shift, k++);
-    }
-  }
-  ShiftEvidence& cg = evidence.shifts[kProlineCG];
-  cg.secondary = cg.used = proline.cgShift;
-  cg.isMissing = proline.cgShift >= kMissingBound;
-  compare(cg, kProlineCG);
+zorvela::ProlineEvidence ZORVELA::gatherEvidence(const std::map<std::string, std::string>& tripletRecord,
+                                                 const ProlinePrediction& proline) {
+  std::vector<float> shiftVector;
+  for (int position = kPrevious; position <= kNext; ++position)
+    for (const auto& [key, atom] : atomNames)
+      shiftVector.push_back(GDB::toFloat(tripletRecord.at(atPosition(atom, position))));
 
-  evidence.cisShares = {proSeqCis[proline.names[0]][kPrevious], proSeqCis[proline.names[2]][kNext]};
-  evidence.transShares = {proSeqTrans[proline.names[0]][kPrevious], proSeqTrans[proline.names[2]][kNext]};
+  zorvela::ProlineEvidence evidence;
+  for (std::size_t k = 0; k < shiftVector.size(); ++k)
+    if (!zorvela::isMissingSecondary(shiftVector[k]))
+      evidence.shifts[k] = zorvela::compared(shiftVector[k], statisticsOf(k));
+  if (!zorvela::isMissingCG(proline.cgShift))
+    evidence.shifts[kProlineCG] = zorvela::compared(proline.cgShift, statisticsOf(kProlineCG));
+  const std::string& before = proline.names[0];
+  const std::string& after = proline.names[2];
+  evidence.cisShares = {proSeqCis[before][kPrevious], proSeqCis[after][kNext]};
+  evidence.transShares = {proSeqTrans[before][kPrevious], proSeqTrans[after][kNext]};
   return evidence;
 }
 
-void ZORVELA::compare(ShiftEvidence& shift, int index) const {
-  if (shift.isMissing) return;
-  shift.lnCis = lnGaussian(shift.used, valueAt(avgCis, index), valueAt(stdCis, index));
-  shift.lnTrans = lnGaussian(shift.used, valueAt(avgTrans, index), valueAt(stdTrans, index));
+zorvela::ShiftStatistics ZORVELA::statisticsOf(std::size_t index) {
+  const auto key = static_cast<int>(index);
+  return {{avgCis[key], stdCis[key]}, {avgTrans[key], stdTrans[key]}};
 }

@@ -3,10 +3,12 @@
 
 #include "names.h"
 
+using zorvela::ReferenceValues;
+
 namespace {
 
 // An unknown residue type has no random-coil shift; a correction that is unknown is none.
-constexpr float kNoRandomCoil = kMissingShift;
+constexpr float kNoRandomCoil = zorvela::kMissingShift;
 constexpr float kNoCorrection = 0.0F;
 
 // The row of a residue type in a reference table; nullptr if it has none.
@@ -35,20 +37,25 @@ float ZORVELA::getNextRCadj(const std::string& resName, const std::string& atomN
   return typeValue(typeRow(nextTable, resName), atomName, kNoCorrection);
 }
 
-const std::vector<TypeShifts>& ReferenceShifts::of(const std::string& resName) {
+const ReferenceValues& ReferenceShifts::of(const std::string& resName) {
   const auto [found, isNew] = types.try_emplace(resName);
   if (isNew) found->second = lookUp(resName);
   return found->second;
 }
 
-std::vector<TypeShifts> ReferenceShifts::lookUp(const std::string& resName) const {
-  const GDB::Row* randomCoil = typeRow(zorvela.rcTable, resName);
-  const GDB::Row* own = typeRow(zorvela.adjTable, resName);
-  const GDB::Row* previous = typeRow(zorvela.prevTable, resName);
-  const GDB::Row* next = typeRow(zorvela.nextTable, resName);
-  std::vector<TypeShifts> shifts;
-  for (const auto& [key, atom] : zorvela.atomNames)
-    shifts.push_back({typeValue(randomCoil, atom, kNoRandomCoil), typeValue(own, atom, kNoCorrection),
-                      typeValue(previous, atom, kNoCorrection), typeValue(next, atom, kNoCorrection)});
-  return shifts;
+ReferenceValues ReferenceShifts::lookUp(const std::string& resName) const {
+  const GDB::Row* randomCoil = typeRow(run.rcTable, resName);
+  const GDB::Row* own = typeRow(run.adjTable, resName);
+  const GDB::Row* previous = typeRow(run.prevTable, resName);
+  const GDB::Row* next = typeRow(run.nextTable, resName);
+  ReferenceValues type;
+  for (const zorvela::Atom atom : zorvela::kBackbone) {
+    const std::string name(nameOf(atom));
+    const std::size_t i = indexOf(atom);
+    type.randomCoil[i] = typeValue(randomCoil, name, kNoRandomCoil);
+    type.own[i] = typeValue(own, name, kNoCorrection);
+    type.asPrevious[i] = typeValue(previous, name, kNoCorrection);
+    type.asNext[i] = typeValue(next, name, kNoCorrection);
+  }
+  return type;
 }

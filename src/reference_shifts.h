@@ -3,29 +3,21 @@
 
 #include <string>         // for std::string
 #include <unordered_map>  // for std::unordered_map
-#include <vector>         // for std::vector
 
 #include "ZORVELA.h"
-
-/// What the four reference tables say of one atom in, after or before one residue type (ppm).
-struct TypeShifts {
-  float randomCoil;
-  float own;
-  float asPrevious;
-  float asNext;
-};
+#include "zorvela/core.h"
 
 /// Looks each residue type up once in a run, however many residues of it there are. Not after a change of
 /// the tables.
 class ReferenceShifts {
  public:
-  explicit ReferenceShifts(const ZORVELA& run) : zorvela(run) {}
-  /// One entry an atom, in the order of the atom names of the run.
-  const std::vector<TypeShifts>& of(const std::string& resName);
+  explicit ReferenceShifts(const ZORVELA& zorvela) : run(zorvela) {}
+  /// Random-coil shifts and corrections of the type.
+  const zorvela::ReferenceValues& of(const std::string& resName);
 
  private:
-  std::vector<TypeShifts> lookUp(const std::string& resName) const;
+  zorvela::ReferenceValues lookUp(const std::string& resName) const;
 
-  const ZORVELA& zorvela;
-  std::unordered_map<std::string, std::vector<TypeShifts>> types;
+  const ZORVELA& run;
+  std::unordered_map<std::string, zorvela::ReferenceValues> types;
 };

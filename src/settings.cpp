@@ -103,8 +103,7 @@ ZORVELA::ZORVELA() {
 }
 
 ZORVELA::ZORVELA(const std::string& inputName) {
-  // A temporary of its own: this object keeps no default but the input name.
-  ZORVELA();  // NOLINT(bugprone-unused-raii,bugprone-undelegated-constructor)
+  const ZORVELA withDefaults;  // this object keeps none of them
   inName = inputName;
 }
 

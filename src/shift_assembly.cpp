@@ -2,6 +2,7 @@
 #include <algorithm>  // for std::min, std::max
 #include <cstdlib>    // for std::exit
 #include <iostream>   // for std::cerr
+#include <optional>   // for std::optional
 #include <utility>    // for std::swap, std::move
 
 #include "ZORVELA.h"
@@ -9,23 +10,23 @@
 #include "reference_shifts.h"
 #include "residue_rows.h"
 
+using zorvela::Atom;
+
 namespace {
 
-const std::string kAlphaProton = "HA";
-
-// Proline has no amide proton, and its nitrogen, which carries none, is not used.
-bool isUnusedInProline(const std::string& atomName) {
-  return atomName == "HN" || atomName == "H" || atomName == "N";
+// The code of a residue name; a longer name is that of a type without rules of its own.
+char codeOf(const std::string& name) {
+  return name.size() == 1 ? name.front() : zorvela::kNoType;
 }
 
-// Glycine has two HA: their mean where both are resolved, the one there is, else missing (ppm).
-float glycineHA(const ResidueRows::Residue& input) {
-  const float ha2 = input.shiftOf("HA2", kMissingBound);
-  const float ha3 = input.shiftOf("HA3", kMissingBound);
-  if (ha2 < kMissingBound && ha3 < kMissingBound) return (ha2 + ha3) * 0.5F;
-  if (ha2 < kMissingBound) return ha2;
-  if (ha3 < kMissingBound) return ha3;
-  return kMissingShift;
+// The shift of an atom in the input (ppm), for glycine that of its two HA.
+std::optional<float> observedIn(const ResidueRows::Residue& input, const GDB::Row* row, char type,
+                                Atom atom) {
+  if (type == zorvela::kGlycineCode && atom == Atom::HA)
+    return zorvela::glycineHA(input.shiftOf("HA2", zorvela::kMissingBound),
+                              input.shiftOf("HA3", zorvela::kMissingBound));
+  if (!row) return std::nullopt;
+  return GDB::toFloat(GDB::cell(*row, kShift));
 }
 
 }  // namespace
@@ -83,35 +84,25 @@ void ZORVELA::assembleResidues() {
   ReferenceShifts references(*this);
   for (int resid = 1; resid <= seqLength; ++resid) {
     const std::string& name = resNames[resid];
-    const std::vector<TypeShifts>& own = references.of(name);
-    const std::vector<TypeShifts>& prev = references.of(resNames[resid - 1]);
-    const std::vector<TypeShifts>& next = references.of(resNames[resid + 1]);
+    const char type = codeOf(name);
+    const zorvela::ReferenceValues& own = references.of(name);
+    const zorvela::ReferenceValues& previous = references.of(resNames[resid - 1]);
+    const zorvela::ReferenceValues& next = references.of(resNames[resid + 1]);
     const ResidueRows::Residue input = inputRows.of(resid);
-    std::map<std::string, float>& reference = rcShifts[resid];
+    std::map<std::string, float>& residueReferences = rcShifts[resid];
     int missing = 0;
-    std::size_t k = 0;
-    for (const auto& [key, atom] : atomNames) {
-      const float ref = own[k].randomCoil + own[k].own + prev[k].asPrevious + next[k].asNext;
-      ++k;
-      reference[atom] = ref;
-
-      const GDB::Row* observed = input.find(atom);
-      float shift = kMissingShift;
-      if (name == kGlycine && atom == kAlphaProton) {
-        shift = glycineHA(input);
-        if (shift == kMissingShift) ++missing;
-        if (ref < kMissingBound) shift -= ref;
-      } else if (!observed) {
-        ++missing;
-      } else if (!(ref >= kMissingBound)) {
-        shift = GDB::toFloat(GDB::cell(*observed, kShift)) - ref;
-      }
-      if (name == kProline && isUnusedInProline(atom)) shift = kMissingShift;
-      GDB::Row& row = addResRow(observed, resid, name, atom);
-      row[kShift] = ftoa(shift, numBuffer, 'g', 6);
+    for (const auto& [key, atomName] : atomNames) {
+      const auto atom = static_cast<Atom>(key - 1);
+      const float reference = zorvela::referenceShift(previous, own, next, atom);
+      residueReferences[atomName] = reference;
+      const GDB::Row* row = input.find(atomName);
+      const std::optional<float> observed = observedIn(input, row, type, atom);
+      if (!observed) ++missing;
+      addResRow(row, resid, name, atomName)[kShift] =
+          shiftText(zorvela::secondaryShift(type, atom, observed, reference));
     }
     missingCount[resid] = missing;
-    if (name == kProline) cgShifts[resid] = input.shiftOf("CG", kMissingShift);
+    if (name == kProline) cgShifts[resid] = input.shiftOf("CG", zorvela::kMissingShift);
   }
 }
 

@@ -76,7 +76,7 @@ char* ZORVELA::itoa(int value, char* buffer, int) {
 }
 
 float ZORVELA::getWeight(const std::string&, const std::string&) {
-  return kMissingShift;
+  return zorvela::kMissingShift;
 }
 
 float ZORVELA::getDiff(float a, float b) {
@@ -99,7 +99,7 @@ float ZORVELA::getSTDev(const std::vector<float>& v) {
 }
 
 float ZORVELA::getAVGAngle(const std::vector<float>& v) {
-  if (v.empty()) return kMissingShift;
+  if (v.empty()) return zorvela::kMissingShift;
   double sumCos = 0.0;
   double sumSin = 0.0;
   for (const float x : v) {

@@ -7,6 +7,7 @@
 #include <cstring>    // for std::memcpy
 #include <fstream>    // for std::ifstream
 #include <iostream>   // for std::cerr
+#include <optional>   // for std::optional
 
 #include "GDB.h"
 
@@ -16,6 +17,10 @@ constexpr std::string_view kRemark = "REMARK";
 constexpr std::string_view kData = "DATA";
 constexpr std::string_view kVars = "VARS";
 constexpr std::string_view kFormat = "FORMAT";
+
+bool isKeyword(std::string_view word) {
+  return word == kRemark || word == kData || word == kVars || word == kFormat;
+}
 
 // Splits a line into words, at most `most` of them: a row is known to be too long one word after its end.
 void splitWords(const std::string& line, std::size_t most, std::vector<std::string_view>& words) {
@@ -39,15 +44,11 @@ bool isConversion(char c) {
   return c == 's' || c == 'd' || c == 'f';
 }
 
-// Reads for a user of the program, whose run a bad table ends.
-template <class Read>
-void readOrExit(Read read) {
-  try {
-    read();
-  } catch (const BadTable& error) {
-    std::cerr << '\t' << error.message << std::endl;
-    std::exit(0);
-  }
+// A bad table ends the run.
+void exitOn(const std::optional<TableFault>& fault) {
+  if (!fault) return;
+  std::cerr << '\t' << fault->message << std::endl;
+  std::exit(0);
 }
 
 }  // namespace
@@ -56,52 +57,59 @@ struct GDB::ReadState {
   std::size_t lineNumber = 0;
   int nextRow = 1;
   bool formatSeen = false;
+  TableLines* lines = nullptr;
   std::vector<std::string_view> words;
   // The cells of a row in the order of their names, and the index of their words in the line.
   std::vector<std::pair<std::string, std::size_t>> cells;
 };
 
 void GDB::loadGDB(const std::string& file) {
-  readOrExit([&] { readFile(file); });
+  exitOn(readFile(file));
 }
 
 void GDB::FORMAT_str_parser(const std::string& text) {
-  readOrExit([&] { setFormats(text); });
+  exitOn(setFormats(text));
 }
 
-void GDB::readFile(const std::string& file) {
+std::optional<TableFault> GDB::readFile(const std::string& file) {
   fileName = file;
   std::ifstream in(fileName);
-  if (!in) throw BadTable("Can't open file " + fileName + " for reading");
-  readTable(in);
+  if (!in) return TableFault{"Can't open file " + fileName + " for reading"};
+  return readTable(in);
 }
 
-// A failure leaves no half-read table: what is read goes into a copy first.
-void GDB::readTable(std::istream& in) {
+// A fault leaves no half-read table: what is read goes into a copy first.
+std::optional<TableFault> GDB::readTable(std::istream& in, TableLines* lines) {
   GDB table = *this;
-  table.readLines(in);
+  if (auto fault = table.readLines(in, lines)) return fault;
   *this = std::move(table);
+  return std::nullopt;
 }
 
-void GDB::readLines(std::istream& in) {
+std::optional<TableFault> GDB::readLines(std::istream& in, TableLines* lines) {
   plaintext = false;
   ReadState state;
+  state.lines = lines;
   nameCells(state);
   for (std::string line; std::getline(in, line);) {
     ++state.lineNumber;
-    readLine(line, state);
+    if (auto fault = readLine(line, state)) return fault;
   }
   readSequence();
+  return std::nullopt;
 }
 
-void GDB::readLine(const std::string& line, ReadState& state) {
+std::optional<TableFault> GDB::readLine(const std::string& line, ReadState& state) {
   splitWords(line, static_cast<std::size_t>(columnCount) + 1, state.words);
-  if (state.words.empty()) return;
+  if (state.words.empty()) return std::nullopt;
   const std::string_view firstWord = state.words.front();
   const bool isRow =
       state.formatSeen && columnCount > 0 && state.words.size() == static_cast<std::size_t>(columnCount);
   if (isRow) storeRow(state);
-  readKeyword(line, firstWord, state);
+  if (state.lines != nullptr && isRow) state.lines->rows.push_back(state.lineNumber);
+  if (state.lines != nullptr && !isRow && !isKeyword(firstWord))
+    state.lines->skipped.push_back(state.lineNumber);
+  return readKeyword(line, firstWord, state);
 }
 
 void GDB::storeRow(ReadState& state) {
@@ -120,9 +128,9 @@ void GDB::nameCells(ReadState& state) const {
 
 // The text of a remark or pair starts one character after the keyword, whatever that character is; a
 // line that ends with the keyword is an error of the string library.
-void GDB::readKeyword(const std::string& line, std::string_view word, ReadState& state) {
+std::optional<TableFault> GDB::readKeyword(const std::string& line, std::string_view word, ReadState& state) {
   const bool startsLikeKeyword = word[0] >= 'A' && word[0] <= 'Z';  // a row starts with a number, mostly
-  if (!startsLikeKeyword) return;
+  if (!startsLikeKeyword) return std::nullopt;
   if (word == kRemark) {
     remarks.push_back(line.substr(kRemark.size() + 1));
   } else if (word == kData) {
@@ -133,13 +141,10 @@ void GDB::readKeyword(const std::string& line, std::string_view word, ReadState&
     nameCells(state);
   } else if (word == kFormat) {
     formatText = line.substr(kFormat.size());
-    try {
-      setFormats(formatText);
-    } catch (const BadTable& error) {
-      throw BadTable(error.message, state.lineNumber);
-    }
+    if (const auto fault = setFormats(formatText)) return TableFault{fault->message, state.lineNumber};
     state.formatSeen = true;
   }
+  return std::nullopt;
 }
 
 void GDB::readSequence() {
@@ -162,7 +167,7 @@ void GDB::VARS_str_parser(const std::string& text) {
   for (std::string& name : names) columnNames[columnCount++] = std::move(name);
 }
 
-void GDB::setFormats(const std::string& text) {
+std::optional<TableFault> GDB::setFormats(const std::string& text) {
   // The blank makes a first piece, before the first "%", even where the text starts with "%".
   const std::string spaced = " " + text;
   const int items = contains(spaced, '%');
@@ -173,12 +178,13 @@ void GDB::setFormats(const std::string& text) {
       const std::size_t piece = static_cast<std::size_t>(i) + 1;
       const std::string item = "%" + (piece < pieces.size() ? pieces[piece] : std::string());
       passThroughScratch(item);
-      if (!checkFormat(item)) throw BadTable("Bad format syntax '" + item + "'");
+      if (!checkFormat(item)) return TableFault{"Bad format syntax '" + item + "'"};
       formats[i] = item;
     }
   }
   entries.clear();
   columnFormats = std::move(formats);
+  return std::nullopt;
 }
 
 void GDB::passThroughScratch(const std::string& item) {

@@ -14,11 +14,9 @@ constexpr std::size_t kSequenceLine = 55;
 
 void GDB::saveGDB(const std::string& file) {
   std::ofstream out(file);
-  if (!out) {
-    std::cerr << "\tCan't save file " << file << std::endl;
-    return;
-  }
-  writeTable(out);
+  if (out) writeTable(out);
+  // A full disk shows when the last bytes leave.
+  if (!out.flush().good()) std::cerr << "\tCan't save file " << file << std::endl;
 }
 
 void GDB::writeTable(std::ostream& out) {

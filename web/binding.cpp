@@ -123,8 +123,7 @@ ZORVELA_EXPORT("run_shift_table")
 Text* run_shift_table(const Run* run, const Text* name, Text* bytes, std::size_t index) {
   return orNull([&] {
     std::ostringstream out;
-    zorvela::toTable(zorvela::readShiftBytes(std::move(*bytes), *name, run->import).at(index))
-        .writeTable(out);
+    zorvela::writeShiftTable(zorvela::readShiftBytes(std::move(*bytes), *name, run->import).at(index), out);
     return new Text(std::move(out).str());
   });
 }

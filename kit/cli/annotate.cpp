@@ -5,8 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -107,29 +106,24 @@ void annotate(const AnnotateSettings& settings) {
 
 }  // namespace
 
-void addAnnotate(CLI::App& app) {
+void addAnnotate(CommandLine& line) {
   const auto settings = std::make_shared<AnnotateSettings>();
-  CLI::App* command = app.add_subcommand("annotate", "Write the calls into a NEF file (cis_peptide)");
-  command->add_option("FILE", settings->file)
-      ->required()
-      ->type_name("")
-      ->description("NEF file, also gzipped; - is standard input");
-  command->add_option("--output", settings->output)
-      ->required()
-      ->type_name("FILE")
-      ->description("The annotated file, gzipped if the input is; - is standard output");
-  command->add_flag("--keep", settings->keep)->description("Leave flags that are there already");
-  command->add_option("--tables", settings->tables)
-      ->type_name("DIR")
-      ->description("Folder of the seven reference tables");
-  command->add_option("--list", settings->import.lists)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Predict from the shift list of this name; default: the one with most shifts");
-  command->footer(
+  Command command = line.addCommand("annotate", "Write the calls into a NEF file (cis_peptide)");
+  command.add("FILE", settings->file, "", "NEF file, also gzipped; - is standard input").required();
+  command
+      .add("--output", settings->output, "FILE",
+           "The annotated file, gzipped if the input is; - is standard output")
+      .required();
+  command.addFlag("--keep", settings->keep, "Leave flags that are there already");
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Predict from the shift list of this name; default: the one with most shifts")
+      .repeated();
+  command.footer(
       "true: cis, false: trans, before the residue. Flags of undecided prolines and of all other residues\n"
       "stay as they are, and so does every other byte.");
-  command->callback([settings] { annotate(*settings); });
+  command.runs([settings] { annotate(*settings); });
 }
 
 }  // namespace zorvela

@@ -3,29 +3,27 @@
 
 #include <exception>
 
-namespace CLI {
-class App;
-}
-
 namespace zorvela {
+
+class CommandLine;
 
 /// Thrown at the end of a command whose errors are reported already: `main` adds no message and ends
 /// with status 1.
 class ReportedFailure : public std::exception {};
 
 /// Any shift file to a shift table.
-void addImport(CLI::App& app);
+void addImport(CommandLine& line);
 /// Import, predict, compare with structures and collect, for one file or thousands.
-void addRun(CLI::App& app);
+void addRun(CommandLine& line);
 /// The calls written into a NEF file.
-void addAnnotate(CLI::App& app);
+void addAnnotate(CommandLine& line);
 /// The cis prolines for structure calculation programs.
-void addRestrain(CLI::App& app);
+void addRestrain(CommandLine& line);
 /// Labels for training from structures.
-void addLabel(CLI::App& app);
+void addLabel(CommandLine& line);
 /// The seven reference tables from proteins with known prolines.
-void addTrain(CLI::App& app);
+void addTrain(CommandLine& line);
 /// How often the predictor is right.
-void addEvaluate(CLI::App& app);
+void addEvaluate(CommandLine& line);
 
 }  // namespace zorvela

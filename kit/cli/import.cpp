@@ -9,9 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
-#include "GDB.h"
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -93,8 +91,7 @@ Imported readFiles(const ImportArguments& given) {
 // --- Writing ------------------------------------------------------------------------------------
 
 void writeTable(const std::string& path, const Protein& protein) {
-  GDB table = toTable(protein);
-  writeWhole(path, [&table](std::ostream& out) { table.writeTable(out); });
+  writeWhole(path, [&protein](std::ostream& out) { writeShiftTable(protein, out); });
 }
 
 /// Whether all goes to one file or stream, and not to named files in a folder.
@@ -224,25 +221,22 @@ constexpr const char* kOutputHelp =
 
 }  // namespace
 
-void addImport(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("import", kDescription);
+void addImport(CommandLine& line) {
   const auto arguments = std::make_shared<ImportArguments>();
-  command->add_option("FILE", arguments->files, "Shift files; - is standard input")->required();
-  command->add_option("-o,--output", arguments->output, kOutputHelp)->type_name("DIR|FILE");
+  Command command = line.addCommand("import", kDescription);
+  command.add("FILE", arguments->files, "", "Shift files; - is standard input").required();
+  command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp);
   command
-      ->add_option("--chain", arguments->options.chains,
-                   "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
-                   "polypeptide chain with shifts")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
+      .add("--chain", arguments->options.chains, "NAME",
+           "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
+           "polypeptide chain with shifts")
+      .repeated();
   command
-      ->add_option(
-          "--list", arguments->options.lists,
-          "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
-          "Default: for each chain the list with most backbone shifts")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
-  command->callback([arguments] { importFiles(*arguments); });
+      .add("--list", arguments->options.lists, "NAME",
+           "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
+           "Default: for each chain the list with most backbone shifts")
+      .repeated();
+  command.runs([arguments] { importFiles(*arguments); });
 }
 
 }  // namespace zorvela

@@ -5,8 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/messages.h"
 #include "cli/process.h"
@@ -22,40 +21,24 @@ int fail(const char* message, const char* kind = "") {
   return 1;
 }
 
-/// What the parser of the command line has to say: help and version on standard output, else what is wrong
-/// on standard error. The command line may come from anywhere, so its words are no more trusted than a
-/// file's.
-int exitStatusOf(const CLI::App& app, const CLI::ParseError& error) {
+/// Help and version go to standard output, what is wrong with the command line to standard error. The command
+/// line may come from anywhere, so its words are no more trusted than a file's.
+int runCommand(int argc, char** argv) {
+  zorvela::CommandLine line("Chemical shift files in, cis/trans predictions for prolines out.",
+                            zorvela::kProgramName, zorvela::version());
+  zorvela::addRun(line);
+  zorvela::addImport(line);
+  zorvela::addAnnotate(line);
+  zorvela::addRestrain(line);
+  zorvela::addLabel(line);
+  zorvela::addTrain(line);
+  zorvela::addEvaluate(line);
   std::ostringstream out;
   std::ostringstream err;
-  const int status = app.exit(error, out, err);
+  const int status = line.run(argc, argv, out, err);
   std::cerr << zorvela::shownLines(err.str()) << std::flush;
-  try {
-    zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
-  } catch (const zorvela::Error& e) {
-    return fail(e.what());
-  }
+  if (!out.str().empty()) zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
   return status;
-}
-
-int runCommand(int argc, char** argv) {
-  CLI::App app("Chemical shift files in, cis/trans predictions for prolines out.", zorvela::kProgramName);
-  app.set_version_flag("--version", std::string(zorvela::kProgramName) + " " + zorvela::version());
-  app.require_subcommand(1);
-  app.footer("Each sub-command has its own --help. Manual: zorvela-kit(1).");
-  zorvela::addRun(app);
-  zorvela::addImport(app);
-  zorvela::addAnnotate(app);
-  zorvela::addRestrain(app);
-  zorvela::addLabel(app);
-  zorvela::addTrain(app);
-  zorvela::addEvaluate(app);
-  try {
-    app.parse(argc, argv);
-    return 0;
-  } catch (const CLI::ParseError& e) {
-    return exitStatusOf(app, e);
-  }
 }
 
 }  // namespace

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -111,46 +110,34 @@ std::string footer() {
 
 }  // namespace
 
-void addRestrain(CLI::App& app) {
+void addRestrain(CommandLine& line) {
   const auto settings = std::make_shared<RestrainSettings>();
-  CLI::App* command = app.add_subcommand("restrain", "Write the cis prolines for a structure calculation");
-  command->add_option("FILE", settings->files)
-      ->required()
-      ->type_name("")
-      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
-  command->add_option("--for", settings->program)
-      ->required()
-      ->type_name("PROGRAM")
-      ->check(CLI::IsMember(formatNames()))
-      ->description("One of the programs below");
-  command->add_option("--into", settings->into)
-      ->type_name("FILE")
-      ->description("With cyana or nef: a file to add to; all its other bytes are kept");
-  command->add_option("--structure", settings->structure)
-      ->type_name("MODEL")
-      ->description("With amber, pdb or mmcif: the structure (PDB, mmCIF), also gzipped");
-  command->add_option("--output", settings->output)
-      ->type_name("FILE")
-      ->description("Write to this file instead of standard output");
-  command->add_option("--chain-as,--segid", settings->renamings)
-      ->type_name("[OLD=]NEW")
-      ->allow_extra_args(false)
-      ->description("Call the chain, or the chain OLD, so; may be repeated");
-  command->add_option("--tables", settings->tables)
-      ->type_name("DIR")
-      ->description("Folder of the seven reference tables");
-  command->add_flag("--rereference", settings->predict.rereference)
-      ->description("Take away referencing offsets that call for a correction before predicting");
-  command->add_option("--chain", settings->import.chains)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the chain of this name; may be repeated");
-  command->add_option("--list", settings->import.lists)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Predict from the shift list of this name; default: the one with most shifts");
-  command->footer(footer());
-  command->callback([settings] { restrain(*settings); });
+  Command command = line.addCommand("restrain", "Write the cis prolines for a structure calculation");
+  command
+      .add("FILE", settings->files, "",
+           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+      .required();
+  command.add("--for", settings->program, {"PROGRAM", formatNames()}, "One of the programs below").required();
+  command.add("--into", settings->into, "FILE",
+              "With cyana or nef: a file to add to; all its other bytes are kept");
+  command.add("--structure", settings->structure, "MODEL",
+              "With amber, pdb or mmcif: the structure (PDB, mmCIF), also gzipped");
+  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+  command
+      .add("--chain-as,--segid", settings->renamings, "[OLD=]NEW",
+           "Call the chain, or the chain OLD, so; may be repeated")
+      .repeated();
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--rereference", settings->predict.rereference,
+                  "Take away referencing offsets that call for a correction before predicting");
+  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
+      .repeated();
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Predict from the shift list of this name; default: the one with most shifts")
+      .repeated();
+  command.footer(footer());
+  command.runs([settings] { restrain(*settings); });
 }
 
 }  // namespace zorvela

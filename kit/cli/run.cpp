@@ -1,12 +1,14 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
@@ -14,7 +16,6 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
-#include "cli/structures.h"
 #include "cli/whole_file.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -45,20 +46,53 @@ struct RunSettings {
   int jobs = usualJobs();
 };
 
+// --- Structures ---------------------------------------------------------------------------------
+
+bool isShiftFile(const std::string& path) {
+  try {
+    readShiftFile(path, {});
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
+/// Error where two paths lead to one file: its models would count twice.
+void mustBeGivenOnce(const std::vector<std::string>& structures) {
+  std::set<std::string> files;
+  for (const std::string& path : structures) {
+    std::error_code unknown;  // of a file that is not there: said when it is read
+    const std::string file = std::filesystem::canonical(path, unknown).string();
+    if (!unknown && !files.insert(file).second)
+      throw Error(path, 0, "is given twice", "name each structure once");
+  }
+}
+
+/// --structure takes all that is named after it, so that the FileError of a file with shifts says where its
+/// name belongs.
+ProteinStructure readStructureArgument(const std::string& path) {
+  try {
+    return readStructureFile(path);
+  } catch (const FileError&) {
+    if (!isShiftFile(path)) throw;
+    throw FileError(path, 0, "holds shifts and no structure",
+                    "name shift files before --structure, or after --");
+  }
+}
+
 // --- Predicting ---------------------------------------------------------------------------------
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
 void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& report) {
   report.files.resize(settings.files.size());
-  std::vector<Predictor> predictors;
+  const Predictor predictor(tables, settings.predict);
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
-  while (predictors.size() < jobs) predictors.emplace_back(tables, settings.predict);
   Progress progress("Predicting", report.files.size());
-  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t job) {
+  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
     const std::string& file = settings.files[item];
     const auto read = [&] { return readInput(file, settings.import); };
-    report.files[item] = reportOn(file, read, predictors[job], report.structures);
+    report.files[item] = reportOn(file, read, predictor, report.structures);
     progress.step();
   });
 }
@@ -104,17 +138,13 @@ void sayAll(const RunReport& report) {
   }
 }
 
-bool hasProline(const RunReport& report, const std::string& number) {
+void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
+  std::set<std::string> known;
   for (const FileReport& file : report.files)
     for (const ProteinResult& protein : file.proteins)
-      for (const ProlineResult& proline : protein.prolines)
-        if (proline.number == number) return true;
-  return false;
-}
-
-void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
+      for (const ProlineResult& proline : protein.prolines) known.insert(proline.number);
   for (const std::string& number : settings.residues)
-    if (!hasProline(report, number))
+    if (known.count(number) == 0)
       say("warning: --residue " + number + ": no file has a proline of this number");
 }
 
@@ -173,54 +203,44 @@ Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was 
 
 }  // namespace
 
-void addRun(CLI::App& app) {
+void addRun(CommandLine& line) {
   const auto settings = std::make_shared<RunSettings>();
-  CLI::App* command = app.add_subcommand("run", "Predict the prolines of any shift files");
-  command->add_option("FILE", settings->files)
-      ->required()
-      ->type_name("")
-      ->description("NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input");
-  command->add_option("--format", settings->format)
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember(formatNames()))
-      ->description("default: " + settings->format);
-  command->add_option("--output", settings->output)
-      ->type_name("FILE")
-      ->description("Write to this file instead of standard output");
-  CLI::Option* structure =
-      command->add_option("--structure", settings->structures)
-          ->type_name("MODEL")
-          ->description("Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
-  command->add_flag("--fail-on-disagreement", settings->failOnDisagreement)
-      ->needs(structure)
-      ->description("End with exit status 1 if the structure of a proline disagrees");
-  CLI::Option* explain =
-      command->add_flag("--explain", settings->explain)
-          ->description("Below each proline: what speaks for cis and for trans, and what to measure next");
-  command->add_option("--residue", settings->residues)
-      ->type_name("N")
-      ->allow_extra_args(false)
-      ->needs(explain)
-      ->description("Explain only prolines of this number; may be repeated");
-  command->add_option("--tables", settings->tables)
-      ->type_name("DIR")
-      ->description("Folder of the seven reference tables");
-  command->add_flag("--rereference", settings->predict.rereference)
-      ->description("Take away referencing offsets that call for a correction before predicting");
-  command->add_option("--chain", settings->import.chains)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the chain of this name; may be repeated");
-  command->add_option("--list", settings->import.lists)
-      ->type_name("NAME")
-      ->allow_extra_args(false)
-      ->description("Only the shift list of this name, or all; may be repeated");
-  command->add_option("--jobs", settings->jobs)
-      ->type_name("N")
-      ->check(CLI::Range(1, kMostJobs))
-      ->description("Files worked on at the same time; default: one for each core");
-  command->footer(footer());
-  command->callback([settings] { run(*settings); });
+  Command command = line.addCommand("run", "Predict the prolines of any shift files");
+  command
+      .add("FILE", settings->files, "",
+           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+      .required();
+  command.add(
+      "--format", settings->format, {"FORMAT", formatNames()},
+      "table to read, csv for spreadsheets, json for programs, html to look at and to print; default: " +
+          settings->format);
+  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+  const Option structure =
+      command.add("--structure", settings->structures, "MODEL",
+                  "Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
+  command
+      .addFlag("--fail-on-disagreement", settings->failOnDisagreement,
+               "End with exit status 1 if the structure of a proline disagrees")
+      .needs(structure);
+  const Option explain =
+      command.addFlag("--explain", settings->explain,
+                      "Below each proline: what speaks for cis and for trans, and what to measure next");
+  command.add("--residue", settings->residues, "N", "Explain only prolines of this number; may be repeated")
+      .repeated()
+      .needs(explain);
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--rereference", settings->predict.rereference,
+                  "Take away referencing offsets that call for a correction before predicting");
+  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
+      .repeated();
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts")
+      .repeated();
+  command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
+              "Files worked on at the same time; default: one for each core");
+  command.footer(footer());
+  command.runs([settings] { run(*settings); });
 }
 
 }  // namespace zorvela

@@ -7,8 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
@@ -71,16 +70,16 @@ void checkOutputs(const TrainSettings& settings) {
   mustDiffer(outputs);
 }
 
-void train(const TrainSettings& settings) {
+void trainAndWrite(const TrainSettings& settings) {
   checkOutputs(settings);
   ReferenceTables tables = publishedTables(settings.published, settings.choices.pseudocount);
-  ZORVELA run;
-  useTables(tables, run);
+  const Model published = modelOf(tables);
   const LabelledProlines data =
-      readLabelled(settings.labels, settings.entries, run, progressBar("Reading shift tables"));
-  sayLeftOut(data);
-  trainTables(tables, data, std::vector<bool>(data.entries.size(), true),
-              std::vector<bool>(data.windows.size(), true), settings.choices);
+      readLabelled(settings.labels, settings.entries, published, progressBar("Reading shift tables"));
+  const Training training = train(published, data, std::vector<bool>(data.entries.size(), true),
+                                  std::vector<bool>(data.windows.size(), true), settings.choices);
+  tables.limits = limitsTable(training, settings.choices);
+  tables.shifts = shiftTable(training, settings.choices);
   writeTables(tables, settings.output);
   std::cout << "Seven tables written to " + shown(settings.output) + "\n";
   flushStandardOutput();
@@ -88,32 +87,32 @@ void train(const TrainSettings& settings) {
 
 }  // namespace
 
-void addTrain(CLI::App& app) {
-  auto settings = std::make_shared<TrainSettings>();
-  CLI::App* command =
-      app.add_subcommand("train", "Make the seven reference tables from proteins with known prolines");
-  command->add_option("--entries", settings->entries, "folder of shift tables, one NAME.tab for each entry")
-      ->required();
+void addTrain(CommandLine& line) {
+  const auto settings = std::make_shared<TrainSettings>();
+  Command command =
+      line.addCommand("train", "Make the seven reference tables from proteins with known prolines");
+  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
+      .required();
   command
-      ->add_option("--labels", settings->labels,
-                   "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster")
-      ->required();
+      .add("--labels", settings->labels, "FILE",
+           "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster")
+      .required();
   command
-      ->add_option("--neighbours", settings->published.neighbours,
-                   "CSV of counts: resname, cis_prev, cis_next, trans_prev, trans_next")
-      ->required();
+      .add("--neighbours", settings->published.neighbours, "FILE",
+           "CSV of counts: resname, cis_prev, cis_next, trans_prev, trans_next")
+      .required();
   command
-      ->add_option("--random-coil", settings->published.randomCoil,
-                   "CSV of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)")
-      ->required();
+      .add("--random-coil", settings->published.randomCoil, "FILE",
+           "CSV of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)")
+      .required();
   command
-      ->add_option("--neighbour-effects", settings->published.neighbourEffects,
-                   "CSV of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)")
-      ->required();
-  command->add_option("--output", settings->output, "folder for the tables; made if it is not there")
-      ->required();
-  addTrainingOptions(*command, settings->choices);
-  command->callback([settings] { train(*settings); });
+      .add("--neighbour-effects", settings->published.neighbourEffects, "FILE",
+           "CSV of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)")
+      .required();
+  command.add("--output", settings->output, "DIR", "Folder for the tables; made if it is not there")
+      .required();
+  addTrainingOptions(command, settings->choices);
+  command.runs([settings] { trainAndWrite(*settings); });
 }
 
 }  // namespace zorvela

@@ -5,12 +5,8 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "cli/messages.h"
-#include "cli/number_option.h"
 #include "cli/progress.h"
-#include "util/text.h"
 
 namespace zorvela {
 
@@ -22,48 +18,38 @@ constexpr double kLeastTrim = 1;
 
 }  // namespace
 
-std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices& choices) {
+std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices) {
   const std::map<std::string, Pooling> poolings = {
       {"natural", Pooling::natural}, {"equal", Pooling::equal}, {"none", Pooling::none}};
-  std::vector<CLI::Option*> options = {
+  const std::vector<Option> options = {
       command
-          .add_option("--limit-percent", choices.limitPercent,
-                      "clip secondary shifts below this percentile and above its mirror")
-          ->check(numberFrom(kLeastLimitPercent, 25, true))
-          ->capture_default_str(),
+          .add("--limit-percent", choices.limitPercent, ValueKind("PERCENT", kLeastLimitPercent, 25).orZero(),
+               "Clip secondary shifts below this percentile and above its mirror")
+          .showsDefault(),
       command
-          .add_option(
-              "--trim", choices.trim,
-              "leave out values further from the class median than this many robust deviations (0: none)")
-          ->check(numberFrom(kLeastTrim, 100, true))
-          ->capture_default_str(),
+          .add("--trim", choices.trim, ValueKind("N", kLeastTrim, 100).orZero(),
+               "Leave out values further from the class median than this many robust deviations (0: none)")
+          .showsDefault(),
       command
-          .add_option("--pool", choices.pooling,
-                      "deviations: natural (one for both classes, variances 1 to 19), equal (1 to 1), none")
-          ->transform(CLI::CheckedTransformer(poolings, CLI::ignore_case).description(""))
-          ->type_name("MODE")
-          ->default_str("natural"),
+          .add(
+              "--pool",
+              [poolings, &choices](const std::string& name) { choices.pooling = poolings.at(name); },
+              {"MODE", {"natural", "equal", "none"}},
+              "Deviations: natural (one for both classes, variances 1 to 19), equal (1 to 1), none")
+          .showsDefault("natural"),
       command
-          .add_option("--widen-proline", choices.widenProline,
-                      "factor on deviations of the proline's own shifts")
-          ->check(numberFrom(0.1, 100))
-          ->capture_default_str(),
+          .add("--widen-proline", choices.widenProline, {"FACTOR", 0.1, 100},
+               "Factor on deviations of the proline's own shifts")
+          .showsDefault(),
       command
-          .add_option("--widen-neighbours", choices.widenNeighbours,
-                      "factor on deviations of the neighbours' shifts")
-          ->check(numberFrom(0.1, 100))
-          ->capture_default_str(),
-      command.add_option("--pseudocount", choices.pseudocount, "added to each count of neighbours")
-          ->check(CLI::Range(0, 1000000))
-          ->capture_default_str()};
-  for (CLI::Option* option : options) option->group("Choices in training");
+          .add("--widen-neighbours", choices.widenNeighbours, {"FACTOR", 0.1, 100},
+               "Factor on deviations of the neighbours' shifts")
+          .showsDefault(),
+      command
+          .add("--pseudocount", choices.pseudocount, {"N", 0, 1000000}, "Added to each count of neighbours")
+          .showsDefault()};
+  for (const Option option : options) option.group("Choices in training");
   return options;
-}
-
-void sayLeftOut(const LabelledProlines& data) {
-  if (data.notFinite > 0)
-    say("note: " + counted(data.notFinite, "shift that is", "shifts that are") +
-        " no finite number left out (nan, inf)");
 }
 
 OnStep progressBar(const std::string& what) {

@@ -4,22 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_line.h"
 #include "train/table_training.h"
-
-namespace CLI {
-class App;
-class Option;
-}  // namespace CLI
 
 namespace zorvela {
 
 /// Adds the options to a sub-command, and returns them. `choices` must outlive the command.
-std::vector<CLI::Option*> addTrainingOptions(CLI::App& command, TrainingChoices& choices);
+std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices);
 
 /// A progress bar for long work of the training library.
 OnStep progressBar(const std::string& what);
-
-/// A note where shifts of the entries were left out.
-void sayLeftOut(const LabelledProlines& data);
 
 }  // namespace zorvela

@@ -59,13 +59,13 @@ void requireWritable(const fs::path& file, const std::string& name) {
 
 void replace(const fs::path& target, bool isThere, const std::string& name, const Writer& write) {
   if (isThere) requireWritable(target, name);
+  const fs::perms permissions = fs::status(target).permissions() & fs::perms::all;
   const fs::path temporary = temporaryBeside(target);
   const RemovedOnInterrupt guard(temporary.string());
   try {
     std::ofstream file(temporary, std::ios::binary);
     std::error_code notSupported;  // some file systems have no permissions
-    const fs::perms permissions = fs::status(target).permissions() & fs::perms::all;
-    if (isThere) fs::permissions(temporary, permissions, notSupported);
+    if (isThere && file) fs::permissions(temporary, permissions, notSupported);
     writeInto(file, name, write);
     fs::rename(temporary, target);
   } catch (...) {

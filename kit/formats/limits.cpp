@@ -1,5 +1,8 @@
 #include "formats/limits.h"
 
+#include <algorithm>
+
+#include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -9,6 +12,13 @@ void checkLimit(std::size_t count, const Limit& limit, const std::string& file, 
     throw FileError(file, line,
                     std::string(limit.has) + " more than " + std::to_string(limit.most) + " " + limit.what,
                     limit.remedy);
+}
+
+std::string nameOf(std::string text, std::vector<std::string>& notes) {
+  if (text.size() <= kLongestName) return text;
+  const std::string note = "names of more than " + std::to_string(kLongestName) + " characters are cut";
+  if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
+  return printable(text, kLongestName);
 }
 
 }  // namespace zorvela

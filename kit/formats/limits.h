@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace zorvela {
 
@@ -19,11 +20,8 @@ constexpr std::size_t mostShiftRows(std::size_t bytes) {
   return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
 }
 inline constexpr std::size_t kLongestSequence = 40000;
-/// In all tables that are made from one file, gaps included: 10,000 whatever its size, and one more for every
-/// 150 bytes, which a residue with its shifts takes; each costs the prediction some kB.
-inline constexpr std::size_t kMostResiduesMade = 40000;
-inline constexpr std::size_t kResiduesMadeOfAnyFile = 10000;
-inline constexpr std::size_t kBytesPerResidueMade = 150;
+/// Of all chains that a file describes, and in all tables that are made from it, gaps included.
+inline constexpr std::size_t kMostResidues = 100000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
 /// Each chain may be asked for in each list.
 inline constexpr std::size_t kMostChainsTimesLists = 10000;
@@ -67,5 +65,8 @@ constexpr Limit structureResidues(std::size_t bytes) {
 
 /// FileError for more than the limit; `file` is how messages name it, `line` where the first too many is.
 void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
+
+/// A name of a chain, list or molecule: one above `kLongestName` bytes is cut, with a note.
+std::string nameOf(std::string text, std::vector<std::string>& notes);
 
 }  // namespace zorvela

@@ -1,7 +1,7 @@
 #include "names/nomenclature.h"
 
 #include <algorithm>
-#include <iterator>
+#include <initializer_list>
 #include <limits>
 #include <unordered_map>
 #include <unordered_set>
@@ -18,22 +18,22 @@ namespace {
 using Kind = AtomReading::Kind;
 
 /// A residue that is not one of the 20, by the letter of its parent.
-ResidueType modified(char letter) {
-  ResidueType type;
+ResidueReading modified(char letter) {
+  ResidueReading type;
   type.letter = letter;
   type.isModified = true;
   return type;
 }
 
-ResidueType hydroxyproline() {
-  ResidueType type = modified(kProline);
+ResidueReading hydroxyproline() {
+  ResidueReading type = modified(kProlineCode);
   type.isHydroxyproline = true;
   return type;
 }
 
 /// Names that the library's table leaves out, or that are read in another way than it does.
-const std::unordered_map<std::string, ResidueType>& ownNames() {
-  static const std::unordered_map<std::string, ResidueType> names = {
+const std::unordered_map<std::string, ResidueReading>& ownNames() {
+  static const std::unordered_map<std::string, ResidueReading> names = {
       // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
       {"CYSS", {'C', false, false, Thiol::disulfide}},
       {"CYX", {'C', false, false, Thiol::disulfide}},
@@ -127,44 +127,37 @@ gemmi::ResidueInfo tabulated(const std::string& name) {
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
 }
 
-AtomReading reading(Kind kind, const char* first = nullptr, const char* second = nullptr) {
-  AtomReading result;
-  result.kind = kind;
-  result.names = {first, second};
-  return result;
+AtomReading inTable(Atom atom) {
+  return {Kind::table, atom};
+}
+
+bool isAmong(std::initializer_list<std::string_view> names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 /// Names that hold both alpha protons of glycine in one shift.
 bool isBothAlphaProtons(std::string_view name) {
-  constexpr std::string_view kNames[] = {"HA", "HA%", "HA*", "HA#", "QA"};
-  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+  return isAmong({"HA", "HA%", "HA*", "HA#", "QA"}, name);
 }
 
 /// One of the two alpha protons, which of them is not known or written in an older way.
 AtomReading readGlycineProton(std::string_view name) {
-  if (isBothAlphaProtons(name)) return reading(Kind::pseudo, "HA2", "HA3");
-  if (name == "HA3") return reading(Kind::table, "HA3");
-  if (name == "HAX" || name == "HA'" || name == "HAA") return reading(Kind::table, "HA2");
-  if (name == "HAY" || name == "HA''" || name == "HAB" || name == "HA\"") return reading(Kind::table, "HA3");
-  const bool isFirst = name == "HA1" || name == "1HA";
-  if (!isFirst && name != "HA2" && name != "2HA") return reading(Kind::other);
-  AtomReading older = reading(Kind::table, isFirst ? "HA1" : "HA2");
-  older.isOlderName = isFirst;
-  return older;
+  if (isBothAlphaProtons(name)) return {Kind::pseudo, Atom::HA2};
+  if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, Atom::HA2, true};
+  if (isAmong({"HA2", "2HA", "HAX", "HA'", "HAA"}, name)) return inTable(Atom::HA2);
+  if (isAmong({"HA3", "HAY", "HA''", "HAB", "HA\""}, name)) return inTable(Atom::HA3);
+  return {};
 }
 
 AtomReading readAlphaProton(char letter, std::string_view name) {
   if (letter == 'G') return readGlycineProton(name);
-  if (isBothAlphaProtons(name)) return reading(Kind::table, "HA");
-  constexpr std::string_view kOfGlycine[] = {"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"};
-  const bool isOfGlycine =
-      std::find(std::begin(kOfGlycine), std::end(kOfGlycine), name) != std::end(kOfGlycine);
-  return reading(isOfGlycine ? Kind::foreign : Kind::other);
+  if (isBothAlphaProtons(name)) return inTable(Atom::HA);
+  return {isAmong({"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"}, name) ? Kind::foreign : Kind::other};
 }
 
 }  // namespace
 
-ResidueType residueType(std::string_view name) {
+ResidueReading residueType(std::string_view name) {
   const std::string key = upper(name);
   if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
   // The library's "standard" residues are the 20; the parent of another is in lower case.
@@ -172,12 +165,12 @@ ResidueType residueType(std::string_view name) {
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
   if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
   if (!info.is_standard()) return modified(letter);
-  ResidueType type;
+  ResidueReading type;
   type.letter = letter;
   return type;
 }
 
-ResidueType polypeptideResidue(std::string_view name) {
+ResidueReading polypeptideResidue(std::string_view name) {
   return name.size() == 1 ? residueType(threeLetterName(name.front())) : residueType(name);
 }
 
@@ -253,24 +246,15 @@ std::optional<std::string> nextNumber(const std::string& text) {
 }
 
 AtomReading readAtom(char letter, std::string_view atom) {
+  const AtomReading foreign{Kind::foreign};
   const std::string name = upper(withLatinLetters(atom));
-  if (name == "N") return reading(Kind::table, "N");
-  if (name == "H" || name == "HN")
-    return letter == kProline ? reading(Kind::foreign) : reading(Kind::table, "HN");
-  if (name == "C" || name == "CO" || name == "C'") return reading(Kind::table, "C");
-  if (name == "CA") return reading(Kind::table, "CA");
-  if (name == "CB") return letter == 'G' ? reading(Kind::foreign) : reading(Kind::table, "CB");
-  if (name == "CG") return letter == kProline ? reading(Kind::table, "CG") : reading(Kind::other);
+  if (name == "N") return inTable(Atom::N);
+  if (name == "H" || name == "HN") return letter == kProlineCode ? foreign : inTable(Atom::HN);
+  if (name == "C" || name == "CO" || name == "C'") return inTable(Atom::C);
+  if (name == "CA") return inTable(Atom::CA);
+  if (name == "CB") return letter == 'G' ? foreign : inTable(Atom::CB);
+  if (name == "CG") return letter == kProlineCode ? inTable(Atom::CG) : AtomReading{};
   return readAlphaProton(letter, name);
-}
-
-bool isTableAtom(std::string_view name) {
-  return atomRank(name) < kTableAtoms.size();
-}
-
-std::size_t atomRank(std::string_view name) {
-  const auto found = std::find(kTableAtoms.begin(), kTableAtoms.end(), name);
-  return static_cast<std::size_t>(found - kTableAtoms.begin());
 }
 
 }  // namespace zorvela

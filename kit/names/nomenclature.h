@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "zorvela/core.h"
+
 namespace zorvela {
 
 // --- Residues -----------------------------------------------------------------------------------
@@ -18,14 +20,8 @@ inline constexpr std::string_view kAminoAcids = "ACDEFGHIKLMNPQRSTVWY";
 /// Letter of a residue that is unknown or no amino acid, and of a gap.
 inline constexpr char kUnknownResidue = '?';
 
-/// Letter of proline.
-inline constexpr char kProline = 'P';
-
 /// Letter of a cysteine in a disulfide bond.
 inline constexpr char kDisulfideCysteine = 'c';
-
-/// Letter of a proline that is known to be cis, so that none is predicted.
-inline constexpr char kKnownCisProline = 'p';
 
 /// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
 inline constexpr std::string_view kOtherLetters = "BJOUX?";
@@ -39,7 +35,7 @@ constexpr char withoutThiolState(char letter) {
 enum class Thiol { unknown, disulfide, notDisulfide };
 
 /// What a residue name stands for.
-struct ResidueType {
+struct ResidueReading {
   char letter = kUnknownResidue;  ///< one-letter code, that of the parent for a modified residue
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
@@ -48,10 +44,10 @@ struct ResidueType {
 
 /// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
-ResidueType residueType(std::string_view name);
+ResidueReading residueType(std::string_view name);
 
 /// The same for a residue name of a polypeptide, where one letter is an amino acid.
-ResidueType polypeptideResidue(std::string_view name);
+ResidueReading polypeptideResidue(std::string_view name);
 
 /// A name that `residueType` knows for a one-letter amino acid code; empty for a letter that stands for
 /// no single type (X, B, Z). Lower-case c is the cysteine of a disulfide bond.
@@ -85,31 +81,28 @@ std::optional<std::string> nextNumber(const std::string& text);
 
 // --- Atoms --------------------------------------------------------------------------------------
 
-/// The atoms whose shifts a table holds, in its order.
-inline constexpr std::array<std::string_view, 9> kTableAtoms = {"N", "HN", "HA", "HA2", "HA3",
-                                                                "C", "CA", "CB", "CG"};
-
 /// What a file calls an atom, in the names of the table.
 struct AtomReading {
   enum class Kind {
-    table,    ///< the shift belongs to the atoms in `names`
-    pseudo,   ///< the same; one value for both alpha protons of glycine
+    table,    ///< the shift belongs to `atom`
+    pseudo,   ///< one value for both alpha protons of glycine
     other,    ///< another atom than the table holds
     foreign,  ///< a backbone name that this residue type has not
   };
   Kind kind = Kind::other;
-  std::array<const char*, 2> names{};  ///< up to two; nullptr where there is none
-  bool isOlderName = false;            ///< HA1 or HA2 of glycine, to be settled among its atoms
+  Atom atom = Atom::N;       ///< of those that the table holds; HA2 of both alpha protons
+  bool isOlderName = false;  ///< HA1 of glycine, which is HA2 unless its HA2 and HA3 are there as well
+
+  bool isInTable() const { return kind == Kind::table || kind == Kind::pseudo; }
 };
 
 /// Reads an atom name (H, HN, CO, HA%, HAx, 1HA, Cα; case does not matter) of a residue with this letter.
-/// HA1 of glycine stays HA1: whether HA1/HA2 means HA2/HA3 depends on what else the residue has.
 AtomReading readAtom(char letter, std::string_view atom);
 
-/// Whether this is the table's name of one of its atoms.
-bool isTableAtom(std::string_view name);
-
-/// Place of an atom in `kTableAtoms`, from 0; their number for another name.
-std::size_t atomRank(std::string_view name);
+/// Place of an atom among the rows of its residue in a table: N, HN, HA, HA2, HA3, C, CA, CB, CG.
+constexpr std::size_t tableRank(Atom atom) {
+  constexpr std::array<std::size_t, kAtomCount> ranks = {0, 2, 5, 6, 7, 1, 3, 4, 8};
+  return ranks[indexOf(atom)];
+}
 
 }  // namespace zorvela

@@ -9,12 +9,12 @@ namespace zorvela {
 
 namespace {
 
-// Columns of the table below; HA2 and HA3 are as HA.
-constexpr std::array<const char*, 7> kAtoms = {"N", "HN", "HA", "C", "CA", "CB", "CG"};
+// N, HN, HA, C, CA, CB, CG.
+constexpr std::size_t kColumns = 7;
 
 struct ResidueRanges {
   char residue;
-  std::array<PlausibleRange, kAtoms.size()> atoms;  // empty: too few shifts to know
+  std::array<PlausibleRange, kColumns> atoms;  // empty: too few shifts to know
 };
 
 // Percentiles 0.5 and 99.5 of the observed shifts in 1,707 BMRB entries, re-referenced by RefDB, each moved
@@ -47,11 +47,10 @@ constexpr ResidueRanges kAnyResidue = {
     '?',
     {{{87.8, 144.8}, {3.1, 13.1}, {-0.1, 8.2}, {163.5, 187.4}, {39.5, 74.7}, {10.9, 79.3}, {20.2, 35.2}}}};
 
-std::size_t columnOf(const std::string& atom) {
-  if (atom == "HA2" || atom == "HA3") return columnOf("HA");
-  std::size_t column = 0;
-  while (column < kAtoms.size() && atom != kAtoms[column]) ++column;
-  return column;
+/// HA2 and HA3 are as HA.
+std::size_t columnOf(Atom atom) {
+  constexpr std::array<std::size_t, kAtomCount> columns = {0, 2, 3, 4, 5, 1, 2, 2, 6};
+  return columns[indexOf(atom)];
 }
 
 bool isKnown(const PlausibleRange& range) {
@@ -60,16 +59,15 @@ bool isKnown(const PlausibleRange& range) {
 
 }  // namespace
 
-PlausibleRange plausibleRange(char residue, const std::string& atom) {
+PlausibleRange plausibleRange(char residue, Atom atom) {
   const std::size_t column = columnOf(atom);
-  if (column == kAtoms.size()) return {};
   const int type = std::toupper(static_cast<unsigned char>(residue));
   for (const ResidueRanges& ranges : kRanges)
     if (ranges.residue == type && isKnown(ranges.atoms[column])) return ranges.atoms[column];
   return kAnyResidue.atoms[column];
 }
 
-bool isPlausible(char residue, const std::string& atom, double ppm) {
+bool isPlausible(char residue, Atom atom, double ppm) {
   const PlausibleRange range = plausibleRange(residue, atom);
   return !isKnown(range) || (ppm >= range.low && ppm <= range.high);
 }

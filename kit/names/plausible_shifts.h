@@ -1,7 +1,7 @@
 // Which shifts an atom of a residue type can have.
 #pragma once
 
-#include <string>
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -12,12 +12,12 @@ struct PlausibleRange {
 };
 
 /// The range that right assignments hardly ever leave: of 841,405 shifts in 1,707 BMRB entries, wrong ones
-/// included, 4 in 10,000 lie outside. `residue` is a one-letter name (c: disulfide-bonded cysteine) and
-/// `atom` one of the table's; for a residue type that is not known the widest range of all types.
-PlausibleRange plausibleRange(char residue, const std::string& atom);
+/// included, 4 in 10,000 lie outside. `residue` is a one-letter name (c: disulfide-bonded cysteine); for a
+/// residue type that is not known the widest range of all types.
+PlausibleRange plausibleRange(char residue, Atom atom);
 
 /// Whether a shift (ppm) lies in the plausible range, bounds included. Others are likely to be assigned to
 /// the wrong atom or residue, folded, or in the wrong column.
-bool isPlausible(char residue, const std::string& atom, double ppm);
+bool isPlausible(char residue, Atom atom, double ppm);
 
 }  // namespace zorvela

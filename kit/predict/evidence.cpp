@@ -1,131 +1,101 @@
-// From the program's own factors to contributions.
+// From the factors of a probability to contributions.
 #include "predict/evidence.h"
 
 #include <cmath>
-#include <map>
 #include <utility>
 
-#include "protein/residue_shifts.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
 
 namespace {
 
-static_assert(kIndexCG == kProlineCG, "CG is the last shift of a triplet");
-
-ClassShift classShift(const std::map<int, float>& means, const std::map<int, float>& deviations, int index) {
-  const auto at = [index](const std::map<int, float>& values) {
-    const auto found = values.find(index);
-    return found == values.end() ? 0.0F : found->second;
-  };
-  return {at(means), at(deviations)};
-}
-
-/// The shifts around one proline as the file has them.
-class Observed {
- public:
-  Observed(const Protein& protein, int resid) {
-    for (const Shift& shift : shiftsOf(protein, resid - 1, resid + 1))
-      values.emplace(std::make_pair(shift.resid, shift.atom), GDB::toFloat(shift.shift));
-  }
-
-  std::optional<float> of(int resid, const std::string& atom) const {
-    const auto found = values.find({resid, atom});
-    if (found == values.end()) return std::nullopt;
-    return found->second;
-  }
-
-  /// The mean of HA2 and HA3, or the one of them that is there.
-  std::optional<float> ofGlycine(int resid) const {
-    const std::optional<float> second = of(resid, "HA2");
-    const std::optional<float> third = of(resid, "HA3");
-    if (second && third) return (*second + *third) * 0.5F;
-    return second ? second : third;
-  }
-
- private:
-  std::map<std::pair<int, std::string>, float> values;
-};
-
-std::optional<float> referenceOf(const ZORVELA& run, int resid, const std::string& atom) {
-  const auto residue = run.rcShifts.find(resid);
-  if (residue == run.rcShifts.end()) return std::nullopt;
-  const auto reference = residue->second.find(atom);
-  if (reference == residue->second.end() || reference->second >= kMissingBound) return std::nullopt;
-  return reference->second;
-}
-
-/// Whether a missing shift exists and would be used. Proline has no amide proton and its N is not used; the
-/// amino group of the first residue is not seen.
-bool isMeasurable(const ZORVELA& run, int resid, const std::string& atom) {
-  if (atom == "CG") return true;
-  const bool isAmide = atom == "N" || atom == "HN";
-  if (isAmide && (resid == 1 || run.resNames.at(resid) == "P" || run.resNames.at(resid) == "p")) return false;
-  return referenceOf(run, resid, atom).has_value();
-}
-
 double ratio(float cis, float trans) {
   return std::log(static_cast<double>(cis)) - std::log(static_cast<double>(trans));
 }
 
-ShiftContribution contribution(const ZORVELA& run, const ProlinePrediction& prediction,
-                               const Observed& observed, int index) {
-  const ::ShiftEvidence& factor = prediction.evidence.shifts[static_cast<std::size_t>(index)];
-  const ShiftPlace place = shiftPlace(index);
-  const int resid = prediction.resid + place.residue;
-  ShiftContribution shift;
-  shift.cis = classShift(run.avgCis, run.stdCis, index);
-  shift.trans = classShift(run.avgTrans, run.stdTrans, index);
-  if (index != kIndexCG) shift.reference = referenceOf(run, resid, place.atom);
-  if (factor.isMissing) {
-    shift.measurable = isMeasurable(run, resid, place.atom);
+NeighbourContribution neighbour(char type, float cis, float trans) {
+  return {std::string(1, type), cis, trans, ratio(cis, trans)};
+}
+
+/// One shift of a triplet in its sequence.
+struct TripletShift {
+  const std::vector<Residue>& sequence;
+  std::size_t residue;  ///< its place in the sequence, from 0
+  Atom atom;
+
+  std::optional<float> observed() const {
+    if (atom == Atom::CG) return sequence[residue].shift(atom);
+    return observedShift(sequence[residue], atom);
+  }
+
+  std::optional<float> reference(const Model& model) const {
+    if (atom == Atom::CG) return std::nullopt;
+    const float shift = referenceShifts(model, sequence, residue)[indexOf(atom)];
+    if (shift >= kMissingBound) return std::nullopt;
     return shift;
   }
-  const bool isGlycineHA = place.atom == "HA" && run.resNames.at(resid) == "G";
-  shift.observed = isGlycineHA ? observed.ofGlycine(resid) : observed.of(resid, place.atom);
-  shift.secondary = factor.used;
-  shift.clipped = factor.used != factor.secondary;
-  shift.nats = factor.lnCis - factor.lnTrans;
-  return shift;
+
+  /// Whether it exists and would be used. The amino group of the first residue is not seen.
+  bool isMeasurable(const Model& model) const {
+    if (atom == Atom::CG) return true;
+    if (isAmide(atom) && (residue == 0 || isProline(sequence[residue].type))) return false;
+    return reference(model).has_value();
+  }
+};
+
+ShiftContribution contribution(const Model& model, const TripletShift& shift, const ShiftEvidence& factor,
+                               const ShiftStatistics& statistics) {
+  ShiftContribution result;
+  result.cis = statistics.cis;
+  result.trans = statistics.trans;
+  result.reference = shift.reference(model);
+  if (factor.isMissing) {
+    result.measurable = shift.isMeasurable(model);
+    return result;
+  }
+  result.observed = shift.observed();
+  result.secondary = factor.used;
+  result.nats = factor.lnCis - factor.lnTrans;
+  return result;
 }
 
 }  // namespace
 
-ShiftPlace shiftPlace(int index) {
-  static const std::array<const char*, kAtomsPerResidue> atoms = {"N", "HA", "C", "CA", "CB", "HN"};
-  if (index == kIndexCG) return {0, "CG"};
-  return {index / kAtomsPerResidue - 1, atoms[static_cast<std::size_t>(index % kAtomsPerResidue)]};
-}
-
-MissingShift missingShift(ZORVELA& run, int prolineResid, int index) {
-  const ShiftPlace place = shiftPlace(index);
-  MissingShift shift;
-  shift.index = index;
-  shift.cis = classShift(run.avgCis, run.stdCis, index);
-  shift.trans = classShift(run.avgTrans, run.stdTrans, index);
+MissingShift missingShift(const Model& model, char type, std::size_t index) {
   // Nothing real is outside of these; from 999 on a shift is missing.
   constexpr float kFar = 998.0F;
-  const bool isLimited = index != kIndexCG && run.clipShifts;
-  const int resid = prolineResid + place.residue;
-  shift.lowest = isLimited ? run.clipSShift(resid, -kFar, place.atom) : -kFar;
-  shift.highest = isLimited ? run.clipSShift(resid, kFar, place.atom) : kFar;
+  MissingShift shift;
+  shift.index = static_cast<int>(index);
+  shift.cis = model.shifts[index].cis;
+  shift.trans = model.shifts[index].trans;
+  shift.lowest = -kFar;
+  shift.highest = kFar;
+  if (const Atom atom = shiftPlace(index).atom; atom != Atom::CG) {
+    const float lowest = model.type(type).lowest[indexOf(atom)];
+    const float highest = model.type(type).highest[indexOf(atom)];
+    shift.lowest = clipped(-kFar, lowest, highest);
+    shift.highest = clipped(kFar, lowest, highest);
+  }
   return shift;
 }
 
-Evidence evidenceOf(ZORVELA& run, const Protein& protein, const ProlinePrediction& prediction) {
+Evidence evidenceOf(const Model& model, const std::vector<Residue>& sequence, std::size_t place,
+                    const Triplet& triplet, const CisPrediction& prediction) {
   const ProlineEvidence& factors = prediction.evidence;
-  const Observed observed(protein, prediction.resid);
   Evidence evidence;
-  evidence.before = {prediction.names[0], factors.cisShares[0], factors.transShares[0],
-                     ratio(factors.cisShares[0], factors.transShares[0])};
-  evidence.after = {prediction.names[2], factors.cisShares[1], factors.transShares[1],
-                    ratio(factors.cisShares[1], factors.transShares[1])};
+  evidence.before = neighbour(triplet.types[0], factors.cisShares[0], factors.transShares[0]);
+  evidence.after = neighbour(triplet.types[2], factors.cisShares[1], factors.transShares[1]);
   std::vector<MissingShift> missing;
-  for (int index = 0; index <= kIndexCG; ++index) {
-    ShiftContribution& shift = evidence.shifts[static_cast<std::size_t>(index)];
-    shift = contribution(run, prediction, observed, index);
-    if (shift.measurable) missing.push_back(missingShift(run, prediction.resid, index));
+  for (std::size_t index = 0; index < kShifts; ++index) {
+    const auto [residue, atom] = shiftPlace(index);
+    const auto position = static_cast<std::size_t>(residue + 1);
+    const TripletShift at{sequence, place + position - 1, atom};
+    ShiftContribution& shift = evidence.shifts[index];
+    shift = contribution(model, at, factors.shifts[index], model.shifts[index]);
+    shift.clipped =
+        atom != Atom::CG && shift.secondary && *shift.secondary != triplet.secondary[position][indexOf(atom)];
+    if (shift.measurable) missing.push_back(missingShift(model, triplet.types[position], index));
   }
   const bool isUndecided = callOf(prediction.pCisNorm) == Call::undecided;
   evidence.next = nextShifts(evidence.logOdds(), isUndecided, missing);

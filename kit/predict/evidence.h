@@ -1,19 +1,20 @@
-// From the program's own factors to contributions.
+// From the factors of a probability to contributions.
 #pragma once
 
-#include "ZORVELA.h"
+#include <vector>
+
 #include "predict/next_shift.h"
+#include "zorvela/core.h"
 #include "zorvela/evidence.h"
-#include "zorvela/protein.h"
 
 namespace zorvela {
 
-/// What a prediction of `run` is made of. `protein` is the one that the run holds; it gives the observed
-/// shifts.
-Evidence evidenceOf(ZORVELA& run, const Protein& protein, const ProlinePrediction& prediction);
+/// What the prediction of residue `place` (from 0) of the sequence is made of.
+Evidence evidenceOf(const Model& model, const std::vector<Residue>& sequence, std::size_t place,
+                    const Triplet& triplet, const CisPrediction& prediction);
 
-/// A shift of a proline's triplet as if it were still to be measured: what the tables of the run expect of
-/// it.
-MissingShift missingShift(ZORVELA& run, int prolineResid, int index);
+/// A shift of a proline's triplet as if it were still to be measured: what the model expects of it. `type` is
+/// that of the shift's residue.
+MissingShift missingShift(const Model& model, char type, std::size_t index);
 
 }  // namespace zorvela

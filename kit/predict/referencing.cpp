@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <optional>
 
@@ -25,37 +24,31 @@ constexpr double kAlphaProtonBound = 0.25;
 // An offset of more errors than this is certain.
 constexpr double kCertainErrors = 3.0;
 
-// More than any file gives.
-constexpr int kCorrectedDecimals = 6;
+// Corrected shifts have six decimals, more than any file gives.
+constexpr double kCorrectedScale = 1e6;
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-AtomPlace placeOf(const std::string& atom) {
-  if (atom == "HA") return kPlaceHA;
-  if (atom == "C") return kPlaceC;
-  return atom == "CB" ? kPlaceCB : kPlaceCA;
-}
-
-std::optional<double> caMinusCb(const SecondaryShifts& residue) {
-  const auto ca = shiftAt(residue, kPlaceCA);
-  const auto cb = shiftAt(residue, kPlaceCB);
+std::optional<double> caMinusCb(const BackboneValues& residue) {
+  const auto ca = shiftAt(residue, Atom::CA);
+  const auto cb = shiftAt(residue, Atom::CB);
   if (!ca || !cb) return std::nullopt;
   return *ca - *cb;
 }
 
-std::optional<double> amideProtons(const std::vector<SecondaryShifts>& residues, std::size_t i) {
-  const auto own = shiftAt(residues[i], kPlaceHN);
-  const auto next = i + 1 < residues.size() ? shiftAt(residues[i + 1], kPlaceHN) : std::nullopt;
+std::optional<double> amideProtons(const std::vector<BackboneValues>& residues, std::size_t i) {
+  const auto own = shiftAt(residues[i], Atom::HN);
+  const auto next = i + 1 < residues.size() ? shiftAt(residues[i + 1], Atom::HN) : std::nullopt;
   if (own && next) return (*own + *next) / 2;
   return own ? own : next;
 }
 
-std::optional<double> valueOf(Measure measure, const std::vector<SecondaryShifts>& residues, std::size_t i) {
+std::optional<double> valueOf(Measure measure, const std::vector<BackboneValues>& residues, std::size_t i) {
   switch (measure) {
     case Measure::caMinusCb:
       return caMinusCb(residues[i]);
     case Measure::alphaProton:
-      return shiftAt(residues[i], kPlaceHA);
+      return shiftAt(residues[i], Atom::HA);
     case Measure::amideProtons:
       break;
   }
@@ -105,7 +98,7 @@ Centre centreOf(std::vector<double> values, const ShiftRelation& relation) {
 
 /// The offset of an atom by the relation that knows it best. HA that is off itself says no more what is
 /// helix.
-OffsetEstimate bestEstimate(const std::string& atom, const std::vector<SecondaryShifts>& residues,
+OffsetEstimate bestEstimate(const std::string& atom, const std::vector<BackboneValues>& residues,
                             const std::vector<ShiftRelation>& relations, bool isProtonTrusted = true) {
   OffsetEstimate best{atom, kNone, kNone, 0};
   for (const ShiftRelation& relation : relations) {
@@ -118,12 +111,18 @@ OffsetEstimate bestEstimate(const std::string& atom, const std::vector<Secondary
   return best;
 }
 
-bool hasAtom(const std::vector<SecondaryShifts>& residues, AtomPlace place) {
+bool hasAtom(const std::vector<BackboneValues>& residues, Atom atom) {
   return std::any_of(residues.begin(), residues.end(),
-                     [&](const SecondaryShifts& residue) { return shiftAt(residue, place).has_value(); });
+                     [&](const BackboneValues& residue) { return shiftAt(residue, atom).has_value(); });
 }
 
 }  // namespace
+
+std::optional<double> shiftAt(const BackboneValues& residue, Atom atom) {
+  const float shift = residue[indexOf(atom)];
+  if (!std::isfinite(shift) || isMissingSecondary(shift)) return std::nullopt;
+  return shift;
+}
 
 const std::vector<ShiftRelation>& knownRelations() {
   static const std::vector<ShiftRelation> relations = {
@@ -175,10 +174,10 @@ const std::vector<ShiftRelation>& knownRelations() {
   return relations;
 }
 
-std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& residues,
+std::vector<MeasuredShift> measuredShifts(const std::vector<BackboneValues>& residues,
                                           const std::string& atom, Measure measure) {
   std::vector<MeasuredShift> found;
-  const AtomPlace place = placeOf(atom);
+  const Atom place = atomNamed(atom).value();
   for (std::size_t i = 0; i < residues.size(); ++i) {
     const auto shift = shiftAt(residues[i], place);
     const auto value = valueOf(measure, residues, i);
@@ -187,7 +186,7 @@ std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& re
   return found;
 }
 
-std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation) {
+std::vector<double> deviations(const std::vector<BackboneValues>& residues, const ShiftRelation& relation) {
   std::vector<double> found;
   for (const MeasuredShift& residue : measuredShifts(residues, relation.atom, relation.measure))
     if (isKnown(relation, residue.measure))
@@ -195,13 +194,13 @@ std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, con
   return found;
 }
 
-std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& residues,
+std::vector<OffsetEstimate> estimateOffsets(const std::vector<BackboneValues>& residues,
                                             const std::vector<ShiftRelation>& relations) {
   const OffsetEstimate ha = bestEstimate("HA", residues, relations);
   const bool isProtonTrusted = !callsForCorrection(ha);
   const OffsetEstimate ca = bestEstimate("CA", residues, relations, isProtonTrusted);
   OffsetEstimate cb{"CB", kNone, kNone, 0};
-  if (hasAtom(residues, kPlaceCB)) {
+  if (hasAtom(residues, Atom::CB)) {
     cb = ca;
     cb.atom = "CB";
   }
@@ -228,15 +227,11 @@ Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
   return corrections;
 }
 
-Protein corrected(Protein protein, const Corrections& corrections) {
-  for (Shift& shift : protein.shifts) {
-    const bool isGlycineProton = shift.atom == "HA2" || shift.atom == "HA3";
-    const auto correction = corrections.find(isGlycineProton ? "HA" : shift.atom);
-    if (correction == corrections.end()) continue;
-    const double observed = std::strtod(shift.shift.c_str(), nullptr);
-    shift.shift = fixedText(observed - correction->second, kCorrectedDecimals);
-  }
-  return protein;
+double corrected(double shift, Atom atom, const Corrections& corrections) {
+  const bool isGlycineProton = atom == Atom::HA2 || atom == Atom::HA3;
+  const auto correction = corrections.find(std::string(nameOf(isGlycineProton ? Atom::HA : atom)));
+  if (correction == corrections.end()) return shift;
+  return std::nearbyint((shift - correction->second) * kCorrectedScale) / kCorrectedScale;
 }
 
 std::string correctionNote(const Corrections& corrections) {

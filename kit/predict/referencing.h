@@ -7,11 +7,11 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "predict/secondary_shifts.h"
-#include "zorvela/protein.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -25,6 +25,9 @@ enum class Measure {
   amideProtons,  ///< mean of HN of the residue and of the next one, or the one of them that is there
 };
 
+/// A secondary shift, or nothing where it is missing.
+std::optional<double> shiftAt(const BackboneValues& residue, Atom atom);
+
 /// Where the secondary shift of an atom stands for each value of a measure, in chains without an offset.
 struct ShiftRelation {
   std::string atom;  ///< CA, HA or C
@@ -37,7 +40,7 @@ struct ShiftRelation {
 };
 
 /// The relations of the reference tables that come with the program, fitted to 1,707 BMRB entries by
-/// `zorvela-kit evaluate --referencing`.
+/// `zorvela-study relations`.
 const std::vector<ShiftRelation>& knownRelations();
 
 /// An offset of a chain: its shifts are this much too high.
@@ -51,7 +54,7 @@ struct OffsetEstimate {
 /// Offsets of CA, CB, HA and C, in this order, from the secondary shifts of a chain in order of sequence.
 /// CA and CB share one offset, that of the 13C axis: CA - CB does not change with it. Fewer than ten residues
 /// give none.
-std::vector<OffsetEstimate> estimateOffsets(const std::vector<SecondaryShifts>& residues,
+std::vector<OffsetEstimate> estimateOffsets(const std::vector<BackboneValues>& residues,
                                             const std::vector<ShiftRelation>& relations = knownRelations());
 
 /// The size (ppm) from which an offset of an atom matters: 0.75 for CA and CB, 1 for C, 0.25 for HA.
@@ -66,8 +69,8 @@ using Corrections = std::map<std::string, double>;
 /// The offsets that call for a correction. CG of proline goes with CA and CB.
 Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates);
 
-/// The protein with its shifts corrected; HA2 and HA3 of glycine as HA.
-Protein corrected(Protein protein, const Corrections& corrections);
+/// A shift of an atom without the offset, to six decimals; HA2 and HA3 of glycine as HA.
+double corrected(double shift, Atom atom, const Corrections& corrections);
 
 /// "re-referenced before predicting: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to
 /// HA".
@@ -75,14 +78,14 @@ std::string correctionNote(const Corrections& corrections);
 
 /// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
 /// more than one step beyond the curve are left out: no right assignment is there.
-std::vector<double> deviations(const std::vector<SecondaryShifts>& residues, const ShiftRelation& relation);
+std::vector<double> deviations(const std::vector<BackboneValues>& residues, const ShiftRelation& relation);
 
 /// Values of a measure and of an atom for the residues that have both.
 struct MeasuredShift {
   double measure = 0;
   double shift = 0;
 };
-std::vector<MeasuredShift> measuredShifts(const std::vector<SecondaryShifts>& residues,
+std::vector<MeasuredShift> measuredShifts(const std::vector<BackboneValues>& residues,
                                           const std::string& atom, Measure measure);
 
 }  // namespace zorvela

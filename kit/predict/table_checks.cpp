@@ -7,17 +7,16 @@
 #include <string_view>
 #include <vector>
 
-#include "ZORVELA.h"
 #include "names/nomenclature.h"
 #include "util/number.h"
 #include "util/text.h"
+#include "zorvela/core.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-const std::vector<std::string> kAtoms = {"N", "HA", "C", "CA", "CB", "HN"};
 /// Shares are written with six decimals.
 constexpr double kLargestGapInShares = 0.001;
 
@@ -32,7 +31,7 @@ struct Layout {
 std::vector<std::string> residueTypes() {
   std::vector<std::string> types;
   for (const char letter : kAminoAcids) types.emplace_back(1, letter);
-  for (const char letter : {kDisulfideCysteine, kKnownCisProline}) types.emplace_back(1, letter);
+  for (const char letter : {kDisulfideCysteine, kPassedProlineCode}) types.emplace_back(1, letter);
   return types;
 }
 
@@ -45,46 +44,35 @@ std::vector<std::string> neighbourTypes() {
 
 std::vector<std::string> shiftIndices() {
   std::vector<std::string> indices;
-  for (int i = 0; i <= kProlineCG; ++i) indices.push_back(std::to_string(i));
+  for (std::size_t i = 0; i < kShifts; ++i) indices.push_back(std::to_string(i));
   return indices;
 }
 
-std::vector<std::string> limitColumns() {
+/// The names of the backbone atoms, each with all these endings.
+std::vector<std::string> atomColumns(const std::vector<std::string>& endings) {
   std::vector<std::string> columns;
-  for (const std::string& atom : kAtoms) {
-    columns.push_back(atom + "_MIN");
-    columns.push_back(atom + "_MAX");
-  }
+  for (const Atom atom : kBackbone)
+    for (const std::string& ending : endings) columns.push_back(std::string(nameOf(atom)) + ending);
   return columns;
 }
 
 Layout layoutOf(const std::string& name) {
-  if (name == "sslimit.tab") return {"RESNAME", residueTypes(), limitColumns()};
+  if (name == "sslimit.tab") return {"RESNAME", residueTypes(), atomColumns({"_MIN", "_MAX"})};
   if (name == "Pro.cs.tab")
     return {"index", shiftIndices(), {"avg_cis", "avg_trans", "std_cis", "std_trans"}};
   if (name == "Pro.seq.tab")
     return {"resname", neighbourTypes(), {"cis_prev", "cis_next", "trans_prev", "trans_next"}};
-  return {"RESNAME", residueTypes(), kAtoms};
-}
-
-bool isKeyword(std::string_view word) {
-  return word == "REMARK" || word == "DATA" || word == "VARS" || word == "FORMAT";
+  return {"RESNAME", residueTypes(), atomColumns({""})};
 }
 
 /// One table under check.
-struct Checked {
-  const GDB& table;
-  const std::string& file;
+struct Checked : ReadTable {
   Layout layout;
-  std::vector<std::size_t> rowLines = {};  ///< of row 1, 2, ...
 
   [[noreturn]] void fail(std::size_t line, const std::string& what) const {
     throw TableError(file, line, what, "");
   }
-  std::size_t lineOf(int row) const {
-    const auto index = static_cast<std::size_t>(row) - 1;
-    return index < rowLines.size() ? rowLines[index] : 0;
-  }
+  std::size_t lineOf(int row) const { return lines.rows.at(static_cast<std::size_t>(row) - 1); }
 };
 
 void checkColumns(const Checked& checked) {
@@ -98,32 +86,27 @@ void checkColumns(const Checked& checked) {
   if (checked.table.entries.empty()) checked.fail(0, "has no rows");
 }
 
-/// The reader skips a line with too few or too many words: in a reference table that is damage.
-void findRowLines(Checked& checked, std::string_view text) {
-  std::size_t pos = 0;
+std::size_t lineAt(std::string_view text, std::size_t place) {
   std::size_t number = 0;
-  bool rowsHaveBegun = false;
-  while (const std::optional<std::string_view> line = nextLine(text, pos)) {
-    ++number;
-    if (contains(*line, {"\0", 1})) checked.fail(number, "has bytes that are no text");
-    const std::vector<std::string> words = GDB::split_WhiteSpace(std::string(*line));
-    if (words.empty() || words.front().empty()) continue;
-    if (isKeyword(words.front())) {
-      // The reader forgets the rows above it.
-      if (!checked.rowLines.empty() && (words.front() == "VARS" || words.front() == "FORMAT"))
-        checked.fail(number, "begins another table");
-      rowsHaveBegun = rowsHaveBegun || words.front() == "FORMAT";
-      continue;
-    }
-    if (!rowsHaveBegun) continue;
-    if (words.size() != static_cast<std::size_t>(checked.table.columnCount))
-      checked.fail(number,
-                   "has " + counted(words.size(), "value", "values") + " where there are " +
+  for (std::size_t pos = 0; pos <= place && nextLine(text, pos);) ++number;
+  return number;
+}
+
+/// What the reader takes without a word is damage in a reference table.
+void checkLines(const Checked& checked) {
+  const std::vector<std::size_t>& rows = checked.lines.rows;
+  const std::string& text = checked.text;
+  if (const std::size_t place = text.find('\0'); place != std::string::npos)
+    checked.fail(lineAt(text, place), "has bytes that are no text");
+  for (const std::size_t line : checked.lines.skipped)
+    if (line > rows.front())
+      checked.fail(line,
+                   "has not a value for each of the " +
                        counted(static_cast<std::size_t>(checked.table.columnCount), "column", "columns"));
-    checked.rowLines.push_back(number);
-  }
+  // The reader forgets the rows above a second VARS or FORMAT line.
+  if (rows.size() != checked.table.entries.size()) checked.fail(0, "has a second table below its rows");
   if (text.back() != '\n' && text.back() != '\r')
-    checked.fail(number, "ends without a line end and may be cut short");
+    checked.fail(lineAt(text, text.size() - 1), "ends without a line end and may be cut short");
 }
 
 void checkNumbers(const Checked& checked) {
@@ -161,7 +144,7 @@ void checkRows(const Checked& checked) {
 
 void checkLimits(const Checked& checked) {
   for (const auto& [number, row] : checked.table.entries)
-    for (const std::string& atom : kAtoms)
+    for (const std::string& atom : atomColumns({""}))
       if (GDB::toFloat(GDB::cell(row, atom + "_MIN")) > GDB::toFloat(GDB::cell(row, atom + "_MAX")))
         checked.fail(checked.lineOf(number), atom + "_MIN is above " + atom + "_MAX");
 }
@@ -192,10 +175,10 @@ void checkShares(const Checked& checked) {
 
 }  // namespace
 
-void checkTable(const std::string& name, const GDB& table, const std::string& text, const std::string& file) {
-  Checked checked{table, file, layoutOf(name)};
+void checkTable(const std::string& name, const ReadTable& read) {
+  const Checked checked{read, layoutOf(name)};
   checkColumns(checked);
-  findRowLines(checked, text);
+  checkLines(checked);
   checkNumbers(checked);
   if (name == "Pro.cs.tab") checkIndices(checked);
   checkRows(checked);

@@ -7,11 +7,18 @@
 
 namespace zorvela {
 
-/// TableError, with `file` and the line where there is one, unless a reference table is whole: every
+/// A table and the text that it was read from.
+struct ReadTable {
+  const GDB& table;
+  const TableLines& lines;
+  const std::string& text;
+  const std::string& file;  ///< how messages name it
+};
+
+/// TableError, with the file and the line where there is one, unless a reference table is whole: every
 /// column, one row for each residue type (the 20, c and p; in Pro.seq.tab B, J, O, U, X and ? as well) or
 /// shift index, every value a finite number, limits in order, deviations above zero, shares that add up to 1,
-/// a line end after the last line. `name` is that of the file as in `kTableNames`, `text` what the table was
-/// read from.
-void checkTable(const std::string& name, const GDB& table, const std::string& text, const std::string& file);
+/// a line end after the last line. `name` is that of the file as in `kTableNames`.
+void checkTable(const std::string& name, const ReadTable& read);
 
 }  // namespace zorvela

@@ -1,17 +1,19 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
-#include <array>
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
 
+#include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
-#include "util/read_whole.h"
+#include "util/read_some.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -26,6 +28,56 @@ std::array<NamedTable, 7> namedTables(ReferenceTables& tables) {
   std::array<NamedTable, 7> named;
   for (std::size_t i = 0; i < all.size(); ++i) named[i] = {kTableNames[i], all[i]};
   return named;
+}
+
+// --- The numbers of the tables ------------------------------------------------------------------
+
+namespace {
+
+/// Calls `use` with the residue type and the row of each type that a table knows.
+template <class Use>
+void forEachType(Model& model, const GDB& table, const std::string& column, Use use) {
+  for (const auto& [number, row] : table.entries) {
+    const std::string& name = GDB::cell(row, column);
+    if (name.size() == 1) use(model.type(name.front()), row);
+  }
+}
+
+float number(const GDB::Row& row, const std::string& column) {
+  return GDB::toFloat(GDB::cell(row, column));
+}
+
+void takeValues(Model& model, const GDB& table, BackboneValues ReferenceValues::*values,
+                const std::string& ending = "") {
+  forEachType(model, table, "RESNAME", [&](ReferenceValues& type, const GDB::Row& row) {
+    for (const Atom atom : kBackbone)
+      (type.*values)[indexOf(atom)] = number(row, std::string(nameOf(atom)) + ending);
+  });
+}
+
+}  // namespace
+
+Model modelOf(const ReferenceTables& tables) {
+  Model model;
+  takeValues(model, tables.randomCoil, &ReferenceValues::randomCoil);
+  takeValues(model, tables.adjustments, &ReferenceValues::own);
+  takeValues(model, tables.previous, &ReferenceValues::asPrevious);
+  takeValues(model, tables.next, &ReferenceValues::asNext);
+  takeValues(model, tables.limits, &ReferenceValues::lowest, "_MIN");
+  takeValues(model, tables.limits, &ReferenceValues::highest, "_MAX");
+  for (const auto& [rowNumber, row] : tables.shifts.entries) {
+    const int index = GDB::toInt(GDB::cell(row, "index"));
+    if (index < 0 || index >= static_cast<int>(kShifts)) continue;
+    model.shifts[static_cast<std::size_t>(index)] = {{number(row, "avg_cis"), number(row, "std_cis")},
+                                                     {number(row, "avg_trans"), number(row, "std_trans")}};
+  }
+  forEachType(model, tables.sequence, "resname", [](ReferenceValues& type, const GDB::Row& row) {
+    type.cisBefore = number(row, "cis_prev");
+    type.cisAfter = number(row, "cis_next");
+    type.transBefore = number(row, "trans_prev");
+    type.transAfter = number(row, "trans_next");
+  });
+  return model;
 }
 
 void useTables(const ReferenceTables& tables, ZORVELA& run) {
@@ -47,47 +99,51 @@ namespace {
 constexpr std::size_t kMostBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostWords = 3000;
 
+[[noreturn]] void throwSystemError(const std::string& path, int number) {
+  throw TableError(path, 0, std::generic_category().message(number), "");
+}
+
 [[noreturn]] void throwTooLarge(const std::string& path) {
   throw TableError(path, 0, "is too large for a reference table", "");
 }
 
-/// The whole text of a file; a read error is not its end.
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// The whole text of a file; a read error is no end of file.
 std::string textOf(const std::string& path) {
-  try {
-    return readWhole(path, kMostBytes);
-  } catch (const std::system_error& e) {
-    if (e.code() == std::errc::file_too_large) throwTooLarge(path);
-    throw TableError(path, 0, e.code().message(), "");
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno);
+  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", "");
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  if (!file) throwSystemError(path, errno);
+  std::string text;
+  std::array<char, 1 << 14> block{};
+  while (const std::size_t count = readSome(block.data(), block.size(), file.get())) {
+    text.append(block.data(), count);
+    if (text.size() > kMostBytes) throwTooLarge(path);
   }
+  if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
+  return text;
 }
 
-/// Before anything is made of it: the words but those of remarks, and the letters of a sequence.
-void checkSize(const std::string& text, const std::string& file) {
-  std::size_t words = 0;
-  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    if (line->rfind("REMARK", 0) == 0) continue;
-    if (line->rfind("DATA", 0) == 0) words += line->size();
-    for (std::size_t i = 0; i < line->size(); ++i)
-      if (!GDB::isSpace((*line)[i]) && (i == 0 || GDB::isSpace((*line)[i - 1]))) ++words;
-    if (words > kMostWords) throwTooLarge(file);
-  }
-}
-
-/// The text of a table in the program's format as a table. `file` names it in errors.
-GDB parseTable(const std::string& text, const std::string& file) {
-  if (text.size() > kMostBytes) throwTooLarge(file);
-  checkSize(text, file);
+/// The text of a table in the program's format as a table, checked as that of this name. `file` names it in
+/// errors.
+GDB parseTable(const std::string& name, const std::string& text, const std::string& file) {
+  if (text.size() > kMostBytes || tableSize(text) > kMostWords) throwTooLarge(file);
   std::istringstream in(text);
   in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;
+  TableLines lines;
   try {
-    table.readTable(in);
-  } catch (const BadTable& e) {
-    throw TableError(file, e.line, GDB::simplifyWhiteSpace(e.what()), "");
+    if (const auto fault = table.readTable(in, &lines))
+      throw TableError(file, fault->line, GDB::simplifyWhiteSpace(fault->message.c_str()), "");
   } catch (const std::out_of_range&) {
     throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", "");
   }
   table.fileName = file;
+  checkTable(name, {table, lines, text, file});
   return table;
 }
 
@@ -96,15 +152,13 @@ GDB parseTable(const std::string& text, const std::string& file) {
 // --- All seven ----------------------------------------------------------------------------------
 
 Tables tablesFromFolder(const std::string& folder) {
-  std::error_code unknown;
-  if (!std::filesystem::is_directory(folder, unknown))
+  struct stat info {};
+  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
     throw TableError(folder, 0, "there is no such folder", "");
   const auto tables = std::make_shared<ReferenceTables>();
   for (const auto& [name, table] : namedTables(*tables)) {
     const std::string path = folder + "/" + name;
-    const std::string text = textOf(path);
-    *table = parseTable(text, path);
-    checkTable(name, *table, text, path);
+    *table = parseTable(name, textOf(path), path);
   }
   return tables;
 }
@@ -114,8 +168,7 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
   for (const auto& [name, table] : namedTables(*tables)) {
     const auto text = texts.find(name);
     if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
-    *table = parseTable(text->second, name);
-    checkTable(name, *table, text->second, name);
+    *table = parseTable(name, text->second, name);
   }
   return tables;
 }
@@ -148,15 +201,14 @@ std::string fingerprintOf(const ReferenceTables& tables) {
 }  // namespace
 
 ClassStatistics statisticsOf(const Tables& tables) {
-  ZORVELA run;
-  useTables(*tables, run);
+  const Model model = modelOf(*tables);
   ClassStatistics statistics;
-  for (int index = 0; index <= kIndexCG; ++index) {
-    const auto i = static_cast<std::size_t>(index);
-    statistics.cis[i] = {run.avgCis[index], run.stdCis[index]};
-    statistics.trans[i] = {run.avgTrans[index], run.stdTrans[index]};
+  for (std::size_t i = 0; i < kShifts; ++i) {
+    statistics.cis[i] = model.shifts[i].cis;
+    statistics.trans[i] = model.shifts[i].trans;
   }
-  statistics.prolineCB = run.getRC("P", "CB") + run.getRCadj("P", "CB");
+  const ReferenceValues& proline = model.type(kProlineCode);
+  statistics.prolineCB = proline.randomCoil[indexOf(Atom::CB)] + proline.own[indexOf(Atom::CB)];
   statistics.fingerprint = fingerprintOf(*tables);
   return statistics;
 }

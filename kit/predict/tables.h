@@ -21,6 +21,9 @@ struct ReferenceTables {
   GDB sequence;     ///< Pro.seq.tab
 };
 
+/// The numbers of the tables.
+Model modelOf(const ReferenceTables& tables);
+
 /// Gives the tables to a run object, as if it had read them from files.
 void useTables(const ReferenceTables& tables, ZORVELA& run);
 

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "formats/limits.h"
 #include "formats/shift_model.h"
 #include "zorvela/protein.h"
 #include "zorvela/read.h"
@@ -18,6 +17,6 @@ std::vector<Protein> makeProteins(const ShiftFile& file, const std::string& path
                                   const ImportOptions& options);
 
 /// FileError for more residues in the tables of one file than any real one makes.
-void checkResiduesMade(std::size_t residues, const std::string& path, std::size_t most = kMostResiduesMade);
+void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path);
 
 }  // namespace zorvela

@@ -1,9 +1,6 @@
 // Which cysteines are in a disulfide bond: by the file's own words, else by their CB shift.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "protein/sequence.h"
 #include "zorvela/protein.h"
 
@@ -13,8 +10,8 @@ namespace zorvela {
 /// about 41 (Sharma and Rajarathnam, J Biomol NMR 18:165, 2000).
 inline constexpr double kOxidisedFrom = 33.0;
 
-/// Whether the text of a CB shift is above that.
-bool looksOxidised(const std::string& betaShift);
+/// Whether a CB shift is above that.
+bool looksOxidised(const Shift& beta);
 
 /// Writes c into the protein's sequence for each cysteine in a disulfide bond. First counts what the file
 /// says of the bond or the residue, then what it says of all cysteines of the chain, then CB. What was

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <limits>
 #include <map>
 #include <set>
@@ -21,16 +20,22 @@ namespace zorvela {
 
 namespace {
 
-using TableRow = decltype(GDB::entries)::mapped_type;
+/// The cells of a row, as the table writes them.
+struct TableRow {
+  const std::string& number;
+  const std::string& residue;
+  const std::string& atom;
+  const std::string& shift;
+};
+
+TableRow cellsOf(const GDB::Row& row) {
+  return {GDB::cell(row, "RESID"), GDB::cell(row, "RESNAME"), GDB::cell(row, "ATOMNAME"),
+          GDB::cell(row, "SHIFT")};
+}
 
 constexpr std::size_t kColumnsKept = 4;  // RESID, RESNAME, ATOMNAME, SHIFT
 
 // --- Sequence -----------------------------------------------------------------------------------
-
-[[noreturn]] void throwTooLong(const std::string& file) {
-  throw FileError(file, 0, "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
-                  "no protein is that long: check the file");
-}
 
 /// Residues with the table's own numbers, which need not begin with 1.
 struct TableSequence {
@@ -41,7 +46,7 @@ struct TableSequence {
 TableSequence statedSequence(const GDB& table, const std::string& file) {
   TableSequence sequence;
   sequence.first = table.firstSeqResid;
-  if (table.residNames.size() > kLongestSequence) throwTooLong(file);
+  checkLength(table.residNames.size(), file);
   if (sequence.first > std::numeric_limits<int>::max() - static_cast<int>(table.residNames.size()))
     throw FileError(file, 0, "FIRST_RESID " + std::to_string(sequence.first) + " is too large",
                     "give the number of the first residue");
@@ -51,7 +56,7 @@ TableSequence statedSequence(const GDB& table, const std::string& file) {
 
 // The letters that the program's reader takes into a sequence.
 bool isSequenceLetter(char c) {
-  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kKnownCisProline ||
+  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kPassedProlineCode ||
          contains(kOtherLetters, {&c, 1});
 }
 
@@ -59,15 +64,15 @@ bool isSequenceLetter(char c) {
 TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
   std::map<int, char> letters;
   for (const auto& [number, row] : table.entries) {
-    const std::string& name = GDB::cell(row, "RESNAME");
-    if (const auto resid = toInteger(GDB::cell(row, "RESID")))
+    const std::string& name = cellsOf(row).residue;
+    if (const auto resid = toInteger(cellsOf(row).number))
       letters.emplace(*resid, name.size() == 1 && isSequenceLetter(name[0]) ? name[0] : kUnknownResidue);
   }
   if (letters.empty()) throw FileError(file, 0, "the table has neither a sequence nor rows", kTableRemedy);
   TableSequence sequence;
   sequence.first = letters.begin()->first;
   const long length = static_cast<long>(letters.rbegin()->first) - sequence.first + 1;
-  if (length > static_cast<long>(kLongestSequence)) throwTooLong(file);
+  checkLength(static_cast<std::size_t>(length), file);
   sequence.letters.assign(static_cast<std::size_t>(length), kUnknownResidue);
   for (const auto& [resid, letter] : letters)
     sequence.letters[static_cast<std::size_t>(static_cast<long>(resid) - sequence.first)] = letter;
@@ -79,7 +84,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
 /// The shifts of a table, and what of its rows is not used or stands out.
 struct TableShifts {
   std::vector<Shift> shifts;
-  std::set<std::pair<int, std::string>> taken;
+  std::set<std::pair<int, Atom>> taken;
   std::set<std::string> misnamed;
   std::vector<std::string> outside;
   std::vector<std::string> unusable;
@@ -89,55 +94,59 @@ struct TableShifts {
 };
 
 /// Names in the table's own words stay, whatever the residue; others are read as in any file.
-std::vector<std::string> tableNames(char letter, const std::string& atom) {
-  const bool isOfGlycine = letter == 'G' && (atom == "HA" || atom == "HA1");
-  const bool isSideChain = atom == "CG" && letter != kProline && letter != kKnownCisProline;
-  if (isTableAtom(atom) && !isOfGlycine && !isSideChain) return {atom};
-  std::vector<std::string> names;
-  for (const char* name : readAtom(letter, atom).names)
-    if (name != nullptr) names.emplace_back(name);
-  return names;
+AtomReading readTableAtom(char letter, const std::string& name) {
+  const auto atom = atomNamed(name);
+  const bool isOfGlycine = letter == 'G' && atom == Atom::HA;
+  const bool isSideChain = atom == Atom::CG && !isProline(letter);
+  if (!atom || isOfGlycine || isSideChain) return readAtom(letter, name);
+  return {AtomReading::Kind::table, *atom};
 }
 
+/// Takes a shift, unless its atom has one. HA1 of glycine is not settled here.
 void addShift(const Shift& shift, const std::string& label, TableShifts& found) {
-  if (shift.atom != "HA1" && found.taken.emplace(shift.resid, shift.atom).second)
+  if (found.taken.emplace(shift.position, shift.atom).second)
     found.shifts.push_back(shift);
   else
     found.repeated.push_back(label);
 }
 
-void readShift(const TableRow& row, int position, char letter, TableShifts& found) {
-  const std::string atom = printable(GDB::cell(row, "ATOMNAME"), 20);
-  const std::string label = printable(GDB::cell(row, "RESID"), 20) + " " + atom;
-  const auto shift = toDecimal(GDB::cell(row, "SHIFT"));
-  const std::vector<std::string> names = tableNames(letter, atom);
-  if (names.empty())
-    ++found.otherAtoms;
-  else if (!shift)
-    found.unusable.push_back(label + " (" + printable(GDB::cell(row, "SHIFT"), 20) + ")");
-  else
-    for (const std::string& name : names) addShift({position, name, *shift}, label, found);
+void readShiftCells(const TableRow& row, int position, char letter, TableShifts& found) {
+  const std::string name = printable(row.atom, 20);
+  const std::string label = printable(row.number, 20) + " " + name;
+  auto shift = readShift(row.shift);
+  const AtomReading atom = readTableAtom(letter, name);
   if (shift && isMissingMark(*shift)) found.marks.push_back(label);
+  if (!atom.isInTable()) {
+    ++found.otherAtoms;
+  } else if (!shift) {
+    found.unusable.push_back(label + " (" + printable(row.shift, 20) + ")");
+  } else if (atom.isOlderName) {
+    found.repeated.push_back(label);
+  } else {
+    shift->position = position;
+    shift->atom = atom.atom;
+    addShift(*shift, label, found);
+    shift->atom = Atom::HA3;
+    if (atom.kind == AtomReading::Kind::pseudo) addShift(*shift, label, found);
+  }
 }
 
 void readRow(const TableRow& row, const TableSequence& sequence, TableShifts& found) {
-  const std::string& residText = GDB::cell(row, "RESID");
-  const auto resid = toInteger(residText);
+  const auto resid = toInteger(row.number);
   const long position = resid ? static_cast<long>(*resid) - sequence.first + 1 : 0;
   if (position < 1 || position > static_cast<long>(sequence.letters.size())) {
-    found.outside.push_back(printable(residText, 20));
+    found.outside.push_back(printable(row.number, 20));
     return;
   }
   const char letter = sequence.letters[static_cast<std::size_t>(position) - 1];
-  if (GDB::cell(row, "RESNAME") != std::string(1, letter))
-    found.misnamed.insert(residText + " (" + printable(GDB::cell(row, "RESNAME"), 10) + ", sequence " +
-                          letter + ")");
-  readShift(row, static_cast<int>(position), letter, found);
+  if (row.residue != std::string(1, letter))
+    found.misnamed.insert(row.number + " (" + printable(row.residue, 10) + ", sequence " + letter + ")");
+  readShiftCells(row, static_cast<int>(position), letter, found);
 }
 
 TableShifts readRows(const GDB& table, const TableSequence& sequence) {
   TableShifts found;
-  for (const auto& [number, row] : table.entries) readRow(row, sequence, found);
+  for (const auto& [number, row] : table.entries) readRow(cellsOf(row), sequence, found);
   std::stable_sort(found.shifts.begin(), found.shifts.end(), isBefore);
   return found;
 }
@@ -160,19 +169,17 @@ void takeRemarks(const GDB& table, int first, Protein& protein) {
 }
 
 void noteRows(const TableShifts& found, std::vector<std::string>& notes) {
-  if (!found.outside.empty())
-    notes.push_back(counted(found.outside.size(), "row", "rows") +
-                    " left out, the sequence has no such residue: " + enumerated(found.outside));
-  if (!found.misnamed.empty())
-    notes.push_back("residue names differ from the sequence, which is used: " +
-                    enumerated({found.misnamed.begin(), found.misnamed.end()}));
-  if (!found.unusable.empty())
-    notes.push_back("values that are no shift left out: " + enumerated(found.unusable));
+  const auto add = [&](const std::string& text, const std::vector<std::string>& labels) {
+    if (!labels.empty()) notes.push_back(text + enumerated(labels));
+  };
+  add(counted(found.outside.size(), "row", "rows") + " left out, the sequence has no such residue: ",
+      found.outside);
+  add("residue names differ from the sequence, which is used: ",
+      {found.misnamed.begin(), found.misnamed.end()});
+  add("values that are no shift left out: ", found.unusable);
   // A missing mark counts as a shift where the program counts them; so it stays, and both agree.
-  if (!found.marks.empty())
-    notes.push_back("values of 999 and above, for missing shifts, kept: " + enumerated(found.marks));
-  if (!found.repeated.empty())
-    notes.push_back("given before, the first is used: " + enumerated(found.repeated));
+  add("values of 999 and above, for missing shifts, kept: ", found.marks);
+  add("given before, the first is used: ", found.repeated);
 }
 
 void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
@@ -187,8 +194,8 @@ void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
 void noteOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
   for (const Shift& shift : protein.shifts) {
-    const std::size_t i = static_cast<std::size_t>(shift.resid) - 1;
-    if (shift.atom == "CB" && protein.sequence[i] == 'C' && looksOxidised(shift.shift))
+    const std::size_t i = static_cast<std::size_t>(shift.position) - 1;
+    if (shift.atom == Atom::CB && protein.sequence[i] == 'C' && looksOxidised(shift))
       oxidised.push_back(protein.numbers[i]);
   }
   if (!oxidised.empty())
@@ -220,9 +227,7 @@ Protein proteinOfTable(const GDB& table, const std::string& file, const std::vec
   if (sequence.first != 1)
     protein.notes.push_back("residue " + std::to_string(sequence.first) + " of the table is residue 1 now");
   noteRows(found, protein.notes);
-  if (found.otherAtoms > 0)
-    protein.asides.push_back(counted(found.otherAtoms, "shift", "shifts") +
-                             " of other atoms (side chain and the like) not needed");
+  noteOtherAtoms(found.otherAtoms, protein.asides);
   noteOtherParts(table, protein.notes);
   noteOxidised(protein);
   return protein;

@@ -1,8 +1,6 @@
 // CB - CG of a proline.
 #include "protein/proline_shifts.h"
 
-#include <cstdlib>
-
 #include "protein/residue_shifts.h"
 
 namespace zorvela {
@@ -11,8 +9,8 @@ std::optional<double> cbMinusCg(const Protein& protein, int position) {
   std::optional<double> cb;
   std::optional<double> cg;
   for (const Shift& shift : shiftsOf(protein, position, position)) {
-    if (shift.atom == "CB") cb = std::strtod(shift.shift.c_str(), nullptr);
-    if (shift.atom == "CG") cg = std::strtod(shift.shift.c_str(), nullptr);
+    if (shift.atom == Atom::CB) cb = shift.ppm;
+    if (shift.atom == Atom::CG) cg = shift.ppm;
   }
   if (!cb || !cg) return std::nullopt;
   return *cb - *cg;

@@ -1,27 +1,44 @@
 // A protein as the program's own shift table.
 #include "zorvela/protein.h"
 
-#include "GDB.h"
+#include <array>
+#include <cstdio>
+#include <ostream>
+#include <string_view>
+
+#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
 
-GDB toTable(const Protein& protein) {
-  GDB table;
-  table.presetClass("KIVRA_SHIFT");
-  for (const std::string& remark : protein.remarks) table.remarks.push_back(shown(remark, ' '));
-  table.setData("SEQUENCE", protein.sequence);
-  for (const char letter : protein.sequence)
-    table.residNames[static_cast<int>(table.residNames.size()) + 1] = letter;
-  int row = 0;
+namespace {
+
+/// A sequence that fills its last line is followed by a line without letters; readers expect it.
+void writeSequence(std::string_view sequence, std::ostream& out) {
+  constexpr std::size_t kLettersPerLine = 55;
+  if (sequence.empty()) return;
+  for (std::size_t at = 0; at <= sequence.size(); at += kLettersPerLine)
+    out << "DATA SEQUENCE " << sequence.substr(at, kLettersPerLine) << '\n';
+}
+
+}  // namespace
+
+std::string shiftText(const Shift& shift) {
+  return fixedText(shift.ppm, shift.decimals);
+}
+
+void writeShiftTable(const Protein& protein, std::ostream& out) {
+  for (const std::string& remark : protein.remarks) out << "REMARK " << shown(remark, ' ') << '\n';
+  out << '\n';
+  writeSequence(protein.sequence, out);
+  out << "\nVARS   RESID RESNAME ATOMNAME SHIFT \nFORMAT %4d %1s %4s  %8.3f\n\n";
   for (const Shift& shift : protein.shifts) {
-    GDB::Row& cells = table.entries[++row];
-    cells["RESID"] = std::to_string(shift.resid);
-    cells["RESNAME"] = protein.sequence.at(static_cast<std::size_t>(shift.resid) - 1);
-    cells["ATOMNAME"] = shift.atom;
-    cells["SHIFT"] = shift.shift;
+    std::array<char, 400> row{};  // the largest number has 309 digits before the point
+    const char letter = protein.sequence.at(static_cast<std::size_t>(shift.position) - 1);
+    std::snprintf(row.data(), row.size(), "%4d %c %4s  %8.3f\n", shift.position, letter,
+                  nameOf(shift.atom).data(), shift.ppm);
+    out << row.data();
   }
-  return table;
 }
 
 }  // namespace zorvela

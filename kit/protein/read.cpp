@@ -1,13 +1,11 @@
 #include "zorvela/read.h"
 
-#include <algorithm>
 #include <exception>
 #include <iterator>
 #include <utility>
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
-#include "formats/limits.h"
 #include "protein/assembly.h"
 #include "protein/implausible_shifts.h"
 #include "util/text.h"
@@ -38,24 +36,20 @@ std::vector<Protein> readEntry(const Source& source, const ImportOptions& option
 /// Entries without protein shifts are passed over as long as one has them.
 std::vector<Protein> readEntries(const std::vector<Source>& entries, const ImportOptions& options) {
   std::vector<Protein> proteins;
-  std::vector<std::string> passedOver;
+  LimitedNotes passedOver("data blocks left out");
   std::exception_ptr firstError;
-  std::size_t residues = 0;
   for (const Source& entry : entries) {
     try {
       std::vector<Protein> found = readEntry(entry, options);
-      for (const Protein& protein : found) residues += protein.sequence.size();
-      if (entries.size() > 1) checkResiduesMade(residues, entry.file);
       std::move(found.begin(), found.end(), std::back_inserter(proteins));
     } catch (const Error& error) {
-      passedOver.emplace_back(error.what());
+      passedOver.add("a data block is left out: " + printable(error.what(), 300));
       if (!firstError) firstError = std::current_exception();
     }
+    checkResiduesMade(proteins, entry.file);
   }
   if (proteins.empty()) std::rethrow_exception(firstError);
-  LimitedNotes notes("data blocks left out");
-  for (const std::string& why : passedOver) notes.add("a data block is left out: " + printable(why, 300));
-  notes.appendTo(proteins.front().notes);
+  passedOver.appendTo(proteins.front().notes);
   return proteins;
 }
 
@@ -72,14 +66,7 @@ std::vector<Protein> readShiftStream(std::FILE* stream, const std::string& file,
 
 std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
                                     const ImportOptions& options) {
-  std::string text = unpacked(std::move(bytes), file);
-  const std::size_t most =
-      std::min(kMostResiduesMade, kResiduesMadeOfAnyFile + text.size() / kBytesPerResidueMade);
-  std::vector<Protein> proteins = readEntries(sourcesOf(std::move(text), file), options);
-  std::size_t residues = 0;
-  for (const Protein& protein : proteins) residues += protein.sequence.size();
-  checkResiduesMade(residues, file, most);
-  return proteins;
+  return readEntries(sourcesOf(unpacked(std::move(bytes), file), file), options);
 }
 
 }  // namespace zorvela

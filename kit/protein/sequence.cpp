@@ -8,6 +8,7 @@
 #include "formats/limits.h"
 #include "protein/numbering.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
@@ -18,10 +19,6 @@ namespace {
 constexpr int kLongestGap = 1000;
 constexpr int kMostFilled = 5000;
 constexpr std::size_t kLongestNumber = 20;
-
-const std::string& keyOf(const FileShift& row) {
-  return row.key.empty() ? row.number : row.key;
-}
 
 /// A residue that only its rows name, with its number in parts for sorting.
 struct DerivedResidue {
@@ -115,14 +112,13 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
   return missing;
 }
 
-/// Ions and water among the residues are none of the chain. Ends where no table can be made of so many.
+/// Ions and water among the residues are none of the chain.
 std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues, std::vector<Gap>& gaps) {
   std::vector<FileResidue> whole;
   whole.reserve(residues.size());
   int filled = 0;
   for (const FileResidue& residue : residues) {
     if (isIonOrWater(residue.name)) continue;
-    if (whole.size() > kMostResiduesMade) break;
     if (!whole.empty()) {
       auto missing = missingBetween(whole.back(), residue, filled);
       if (!missing.empty())
@@ -142,10 +138,11 @@ void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::
     const int end = gap.first + gap.count;
     int first = gap.first;  // of the stretch without names that ends here
     for (int i = gap.first; i <= end; ++i) {
-      if (i < end && sequence.name(i).empty()) continue;
-      if (i - first == 1) ranges.push_back(sequence.number(first));
-      if (i - first > 1) ranges.push_back(sequence.number(first) + " to " + sequence.number(i - 1));
-      if (i < end) named.push_back(sequence.number(i) + " (" + sequence.name(i) + ")");
+      const ChainResidue& residue = sequence.at(i);
+      if (i < end && residue.name.empty()) continue;
+      if (i - first == 1) ranges.push_back(sequence.at(first).number);
+      if (i - first > 1) ranges.push_back(sequence.at(first).number + " to " + sequence.at(i - 1).number);
+      if (i < end) named.push_back(residue.number + " (" + residue.name + ")");
       first = i + 1;
     }
   }
@@ -173,28 +170,41 @@ void takeNamesFromRows(std::vector<FileResidue>& residues, const ShiftRows& rows
   }
 }
 
-void addResidue(ChainSequence& sequence, const FileResidue& residue) {
-  const ResidueType type = polypeptideResidue(residue.name);
-  sequence.letters.push_back(type.letter);
-  sequence.types.push_back(type);
-  sequence.names.push_back(residue.name);
+/// One word in the remark that keeps it.
+std::string numberOf(const FileResidue& residue) {
   std::string number = printable(residue.number, kLongestNumber);
-  std::replace(number.begin(), number.end(), ' ', '_');  // one word in the remark that keeps it
-  sequence.numbers.push_back(number);
-  sequence.thiols.push_back(residue.thiol != Thiol::unknown ? residue.thiol : type.thiol);
-  sequence.byKey.emplace(residue.key, sequence.size());
+  std::replace(number.begin(), number.end(), ' ', '_');
+  return number;
+}
+
+ResidueReading typeOf(const FileResidue& residue) {
+  ResidueReading type = polypeptideResidue(residue.name);
+  if (residue.thiol != Thiol::unknown) type.thiol = residue.thiol;
+  return type;
+}
+
+ChainSequence sequenceOf(const std::vector<FileResidue>& residues) {
+  std::vector<std::string> numbers;
+  for (const FileResidue& residue : residues) numbers.push_back(numberOf(residue));
+  completeNumbers(numbers);
+  ChainSequence sequence;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    sequence.residues.push_back({residues[i].name, numbers[i], typeOf(residues[i])});
+    sequence.byKey.emplace(residues[i].key, sequence.size());
+    sequence.byNumber.emplace(numbers[i], sequence.size());
+  }
+  return sequence;
 }
 
 void noteUnusualResidues(const ChainSequence& sequence, std::vector<std::string>& notes) {
   std::map<std::string, std::vector<std::string>> modified;
   std::map<std::string, std::vector<std::string>> unknown;
-  for (int i = 1; i <= sequence.size(); ++i) {
-    const std::string& name = sequence.names[static_cast<std::size_t>(i) - 1];
-    if (name.empty()) continue;
-    if (sequence.letter(i) == kUnknownResidue)
-      unknown[name].push_back(sequence.number(i));
-    else if (sequence.type(i).isModified)
-      modified[name + std::string(" is taken as ") + sequence.letter(i)].push_back(sequence.number(i));
+  for (const ChainResidue& residue : sequence.residues) {
+    if (residue.name.empty()) continue;
+    if (residue.type.letter == kUnknownResidue)
+      unknown[residue.name].push_back(residue.number);
+    else if (residue.type.isModified)
+      modified[residue.name + " is taken as " + residue.type.letter].push_back(residue.number);
   }
   for (const auto& [text, numbers] : modified)
     notes.push_back("modified residue " + text + ": " + enumerated(numbers));
@@ -223,6 +233,16 @@ struct NameCounts {
 
 }  // namespace
 
+const std::string& keyOf(const FileShift& row) {
+  return row.key.empty() ? row.number : row.key;
+}
+
+void checkLength(std::size_t residues, const std::string& path) {
+  if (residues > kLongestSequence)
+    throw FileError(path, 0, "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
+                    "no protein is that long: check the file");
+}
+
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
   NameCounts counts;
   for (const FileResidue& residue : chain.residues) counts.add(residue.name);
@@ -238,10 +258,7 @@ ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::v
   std::vector<FileResidue> residues =
       withGapsFilled(isGiven ? chain.residues : residuesOfRows(rows, notes), gaps);
   takeNamesFromRows(residues, rows);
-  ChainSequence sequence;
-  for (const FileResidue& residue : residues) addResidue(sequence, residue);
-  completeNumbers(sequence.numbers);
-  for (int i = 1; i <= sequence.size(); ++i) sequence.byNumber.emplace(sequence.number(i), i);
+  ChainSequence sequence = sequenceOf(residues);
   noteGaps(gaps, sequence, notes);
   if (!isGiven)
     notes.push_back("the file gives no sequence: it is put together from the residues with shifts");

@@ -1,6 +1,7 @@
 // The sequence of a chain: residues in order, gaps filled, numbers kept, names reduced to one letter.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,29 +14,32 @@ namespace zorvela {
 /// Rows of one chain.
 using ShiftRows = std::vector<const FileShift*>;
 
-/// Residues are numbered from 1, as in the table.
-struct ChainSequence {
-  std::string letters;  ///< without c: disulfides are settled later
-  std::vector<ResidueType> types;
-  std::vector<std::string> names;                 ///< as the file writes them; empty for a gap
-  std::vector<std::string> numbers;               ///< the file's own
-  std::vector<Thiol> thiols;                      ///< what the file says of the single residue
-  std::unordered_map<std::string, int> byKey;     ///< residue by `FileResidue::key`
-  std::unordered_map<std::string, int> byNumber;  ///< residue by number
+/// How a row points to its residue: its key, else its number.
+const std::string& keyOf(const FileShift& row);
 
-  int size() const { return static_cast<int>(letters.size()); }
-  /// The residue's own number, for messages.
-  const std::string& number(int resid) const { return numbers[static_cast<std::size_t>(resid) - 1]; }
-  /// As the file writes it.
-  const std::string& name(int resid) const { return names[static_cast<std::size_t>(resid) - 1]; }
-  char letter(int resid) const { return letters[static_cast<std::size_t>(resid) - 1]; }
-  const ResidueType& type(int resid) const { return types[static_cast<std::size_t>(resid) - 1]; }
+/// A residue of a chain, or a place in a gap.
+struct ChainResidue {
+  std::string name;     ///< as the file writes it; empty for a gap
+  std::string number;   ///< the file's own
+  ResidueReading type;  ///< with what the file says of the thiol of this residue
+};
+
+/// Residues have positions from 1, as in the table.
+struct ChainSequence {
+  std::vector<ChainResidue> residues;
+  std::unordered_map<std::string, int> byKey;     ///< position by `FileResidue::key`
+  std::unordered_map<std::string, int> byNumber;  ///< position by number
+
+  int size() const { return static_cast<int>(residues.size()); }
+  const ChainResidue& at(int position) const { return residues[static_cast<std::size_t>(position) - 1]; }
 };
 
 /// The sequence that the file gives; where it gives none, that of the rows, sorted by residue number.
-/// Missing residues between two numbers become "?". Of more residues than tables may have (kMostResiduesMade)
-/// only somewhat more than that limit.
+/// Missing residues between two numbers become "?".
 ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes);
+
+/// FileError for a sequence of more residues than any protein has.
+void checkLength(std::size_t residues, const std::string& path);
 
 /// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows);

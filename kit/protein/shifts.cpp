@@ -7,20 +7,87 @@
 #include <utility>
 
 #include "ZORVELA.h"
-#include "protein/numbering.h"
 #include "util/text.h"
 
 namespace zorvela {
 
 namespace {
 
-double toNumber(const std::string& shift) {
-  return std::strtod(shift.c_str(), nullptr);
+std::string linePrefix(const FileShift& row) {
+  return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
 }
 
-bool isMissing(double ppm) {
-  return std::abs(ppm) >= kMissingBound;
+/// What an ambiguity code says; nullptr for those of assignments that are certain: 1, and 2 (one of two
+/// protons).
+const char* ambiguityText(const std::string& code) {
+  if (code == "4") return "within the residue";
+  if (code == "5") return "between residues";
+  if (code == "6") return "between molecules";
+  return code == "9" ? "in another way" : nullptr;
 }
+
+// --- Residues of rows ---------------------------------------------------------------------------
+
+/// Position of a row's residue, 0 if the sequence has none for it. `offset` is added to the row's number;
+/// with none the row's words for the residue count.
+int placeOf(const FileShift& row, const ChainSequence& sequence, long offset) {
+  if (offset != 0) {
+    const auto number = toInteger(keyOf(row));
+    const long position = number ? *number + offset : 0;
+    return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
+  }
+  const auto& positions = row.key.empty() ? sequence.byNumber : sequence.byKey;
+  const auto found = positions.find(keyOf(row));
+  return found != positions.end() ? found->second : 0;
+}
+
+/// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
+/// but not that of another molecule at the same number.
+bool fits(const FileShift& row, const ChainResidue& residue) {
+  if (row.residueName == residue.name) return true;  // nearly all rows
+  const char letter = polypeptideResidue(row.residueName).letter;
+  if (letter != kUnknownResidue) return letter == residue.type.letter;
+  return !isOtherMolecule(row.residueName) || equalIgnoringCase(row.residueName, residue.name);
+}
+
+bool isMisplaced(const FileShift& row, const ChainSequence& sequence) {
+  const int position = placeOf(row, sequence, 0);
+  return position == 0 || !fits(row, sequence.at(position));
+}
+
+/// The one offset under which (nearly) all residue names agree with the sequence; 0 if there is none.
+long commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
+  constexpr std::size_t kSampleSize = 200;
+  constexpr std::size_t kSmallestSample = 5;
+  constexpr int kLongestSearched = 10000;
+  std::map<int, char> sample;
+  for (const FileShift* row : rows) {
+    const auto number = toInteger(keyOf(*row));
+    const char letter = polypeptideResidue(row->residueName).letter;
+    if (number && letter != kUnknownResidue && sample.size() < kSampleSize) sample.emplace(*number, letter);
+  }
+  if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
+  const long first = sample.begin()->first;
+  const long last = sample.rbegin()->first;
+  if (last - first > kLongestSearched) return 0;  // no numbers of one protein
+  std::vector<std::size_t> votes(static_cast<std::size_t>(sequence.size() + last - first), 0);
+  for (const auto& [number, letter] : sample)
+    for (int i = 1; i <= sequence.size(); ++i)
+      if (sequence.at(i).type.letter == letter) ++votes[static_cast<std::size_t>(i - 1 + last - number)];
+  // votes[0] is for residue 1 as the last of the sample.
+  const auto best = std::max_element(votes.begin(), votes.end());
+  const bool isTie = std::count(votes.begin(), votes.end(), *best) > 1;
+  return !isTie && *best * 10 >= sample.size() * 9 ? best - votes.begin() + 1 - last : 0;
+}
+
+/// What is added to the numbers of rows to find their residues; 0 in most files.
+long offsetOf(const ShiftRows& rows, const ChainSequence& sequence) {
+  const auto misplaced = std::count_if(rows.begin(), rows.end(),
+                                       [&](const FileShift* row) { return isMisplaced(*row, sequence); });
+  return static_cast<std::size_t>(misplaced) * 2 > rows.size() ? commonOffset(rows, sequence) : 0;
+}
+
+// --- One row ------------------------------------------------------------------------------------
 
 /// A shift that may go into the table.
 struct Candidate {
@@ -29,102 +96,12 @@ struct Candidate {
   bool isPseudo = false;
 };
 
-std::string linePrefix(const FileShift& row) {
-  return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
-}
-
-/// What ambiguity codes other than 1 (unique) and 2 (one of two protons) say.
-std::string ambiguityText(const std::string& code) {
-  if (code == "4") return "within the residue";
-  if (code == "5") return "between residues";
-  if (code == "6") return "between molecules";
-  return "in another way";
-}
-
-bool isAmbiguous(const std::string& code) {
-  return code == "4" || code == "5" || code == "6" || code == "9";
-}
-
-/// Places rows on the residues of a sequence.
-class RowPlacer {
- public:
-  RowPlacer(const ChainSequence& chainSequence, const ShiftRows& rows) : sequence(chainSequence) {
-    if (countMisplaced(rows) * 2 > rows.size()) offset = commonOffset(rows);
-  }
-
-  /// Residue of the row, 0 if the sequence has none for it.
-  int place(const FileShift& row) const {
-    if (offset != 0) {
-      const auto key = toInteger(row.key.empty() ? row.number : row.key);
-      return key ? residueAt(static_cast<long>(*key) + offset) : 0;
-    }
-    const auto byKey = sequence.byKey.find(row.key);
-    if (!row.key.empty()) return byKey != sequence.byKey.end() ? byKey->second : 0;
-    const auto byNumber = sequence.byNumber.find(row.number);
-    return byNumber != sequence.byNumber.end() ? byNumber->second : 0;
-  }
-
-  /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
-  /// but not that of another molecule at the same number.
-  bool fits(const FileShift& row, int resid) const {
-    if (row.residueName == sequence.name(resid)) return true;  // nearly all rows
-    const char letter = polypeptideResidue(row.residueName).letter;
-    if (letter != kUnknownResidue) return letter == sequence.letter(resid);
-    return !isOtherMolecule(row.residueName) || equalIgnoringCase(row.residueName, sequence.name(resid));
-  }
-
-  /// What is added to the rows' numbers to find their residue; 0 in most files.
-  long appliedOffset() const { return offset; }
-
- private:
-  int residueAt(long position) const {
-    return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
-  }
-
-  std::size_t countMisplaced(const ShiftRows& rows) const {
-    std::size_t count = 0;
-    for (const FileShift* row : rows) {
-      const int resid = place(*row);
-      if (resid == 0 || !fits(*row, resid)) ++count;
-    }
-    return count;
-  }
-
-  /// The one offset under which (nearly) all residue names agree with the sequence; 0 if there is none.
-  long commonOffset(const ShiftRows& rows) const {
-    constexpr std::size_t kSampleSize = 200;
-    constexpr std::size_t kSmallestSample = 5;
-    constexpr int kLongestSearched = 10000;
-    std::map<int, char> sample;
-    for (const FileShift* row : rows) {
-      const auto key = toInteger(row->key.empty() ? row->number : row->key);
-      const char letter = polypeptideResidue(row->residueName).letter;
-      if (key && letter != kUnknownResidue && sample.size() < kSampleSize) sample.emplace(*key, letter);
-    }
-    if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
-    const long first = sample.begin()->first;
-    const long last = sample.rbegin()->first;
-    if (last - first > kLongestSearched) return 0;  // no numbers of one protein
-    std::vector<std::size_t> votes(static_cast<std::size_t>(sequence.size() + last - first), 0);
-    for (const auto& [key, letter] : sample)
-      for (int i = 1; i <= sequence.size(); ++i)
-        if (sequence.letter(i) == letter) ++votes[static_cast<std::size_t>(i - 1 + last - key)];
-    // votes[0] is for residue 1 as the last of the sample.
-    const auto best = std::max_element(votes.begin(), votes.end());
-    const bool isTie = std::count(votes.begin(), votes.end(), *best) > 1;
-    return !isTie && *best * 10 >= sample.size() * 9 ? best - votes.begin() + 1 - last : 0;
-  }
-
-  const ChainSequence& sequence;
-  long offset = 0;
-};
-
-/// Residue and rank of an atom: the order of the table, in which HA1 of glycine, until it is settled, is
-/// last.
+/// Position of a residue and place of an atom in the table. HA1 of glycine, until it is settled, is last.
 using AtomKey = std::pair<int, std::size_t>;
+constexpr std::size_t kOlderHA1 = kAtomCount;
 
-AtomKey keyOf(int resid, std::string_view atom) {
-  return {resid, atomRank(atom)};
+AtomKey atomKey(int position, Atom atom) {
+  return {position, tableRank(atom)};
 }
 
 /// The shifts of a chain that go into its table, and the reasons of those that do not.
@@ -146,8 +123,6 @@ struct Collected {
   std::size_t otherAtoms = 0;
 };
 
-// --- One row ------------------------------------------------------------------------------------
-
 void addOnce(std::vector<std::string>& items, const std::string& item) {
   if (items.empty() || items.back() != item) items.push_back(item);
 }
@@ -155,7 +130,7 @@ void addOnce(std::vector<std::string>& items, const std::string& item) {
 /// Whether the column of the elements holds names of atoms: it says nothing then.
 bool doElementsRepeatNames(const ShiftRows& rows) {
   return std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
-    return equalIgnoringCase(row->element, row->atom) && isTableAtom(upper(row->atom)) &&
+    return equalIgnoringCase(row->element, row->atom) && atomNamed(upper(row->atom)) &&
            row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
   });
 }
@@ -167,31 +142,31 @@ bool isOfOtherElement(const FileShift& row, const AtomReading& atom) {
   const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
   if (first == element.end()) return false;
   const std::string symbol(first, element.end());
-  const std::string name = atom.names[0] != nullptr ? atom.names[0] : upper(row.atom);
+  const std::string name(atom.isInTable() ? nameOf(atom.atom) : upper(row.atom));
   const auto own = std::find_if(name.begin(), name.end(), isLetter);  // 1HA
   if (own == name.end()) return false;
   return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
 }
 
 // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
-bool isOfHydroxylRing(const ResidueType& type, const std::string& atom) {
+bool isOfHydroxylRing(const ResidueReading& type, const std::string& atom) {
   return type.isHydroxyproline && (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
 }
 
-/// The shift of a row as a plain number; nothing, with the reason, where it has none.
-std::optional<std::string> usableValue(const FileShift& row, const std::string& numbered, Collected& found) {
+/// The shift of a row; nothing, with the reason, where it has none.
+std::optional<Shift> usableShift(const FileShift& row, const std::string& numbered, Collected& found) {
   if (row.value.empty()) {
     ++found.withoutValue;
     return std::nullopt;
   }
-  auto shift = toDecimal(row.value);
+  const auto shift = readShift(row.value);
   if (!shift) {
     found.badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
                         "\" is no number; left out");
     return std::nullopt;
   }
   // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
-  if (const double ppm = toNumber(*shift); ppm == 0 || isMissing(ppm)) {
+  if (shift->ppm == 0 || isMissingMark(*shift)) {
     ++found.missingMarks;
     return std::nullopt;
   }
@@ -200,93 +175,108 @@ std::optional<std::string> usableValue(const FileShift& row, const std::string& 
 
 /// Of two shifts for one atom the one that names it alone counts, then the one with the higher occupancy,
 /// then the first.
-void offer(Candidate candidate, const FileShift& row, const ChainSequence& sequence, Collected& found) {
-  const AtomKey key = keyOf(candidate.shift.resid, candidate.shift.atom);
+void offer(const AtomKey& key, Candidate candidate, const FileShift& row, const ChainResidue& residue,
+           Collected& found) {
   const auto [entry, isNew] = found.chosen.emplace(key, candidate);
   if (isNew) return;
   Candidate& kept = entry->second;
   const bool isBetter =
       kept.isPseudo != candidate.isPseudo ? kept.isPseudo : candidate.occupancy > kept.occupancy;
   if (isBetter) std::swap(kept, candidate);
-  if (toNumber(kept.shift.shift) == toNumber(candidate.shift.shift)) {
+  if (kept.shift.ppm == candidate.shift.ppm) {
     ++found.repeated;
     return;
   }
-  found.duplicates.add(linePrefix(row) + kept.shift.atom + " of residue " +
-                       sequence.number(kept.shift.resid) + " is given as " + kept.shift.shift + " and " +
-                       candidate.shift.shift + " ppm: " + kept.shift.shift + " is used");
+  const std::string name(key.second == kOlderHA1 ? "HA1" : nameOf(kept.shift.atom));
+  const std::string text = shiftText(kept.shift);
+  found.duplicates.add(linePrefix(row) + name + " of residue " + residue.number + " is given as " + text +
+                       " and " + shiftText(candidate.shift) + " ppm: " + text + " is used");
+}
+
+void offerAtoms(const AtomReading& atom, Candidate candidate, const FileShift& row,
+                const ChainResidue& residue, Collected& found) {
+  Shift& shift = candidate.shift;
+  shift.atom = atom.atom;
+  AtomKey key = atomKey(shift.position, shift.atom);
+  if (atom.isOlderName) key.second = kOlderHA1;
+  offer(key, candidate, row, residue, found);
+  if (!candidate.isPseudo) return;
+  shift.atom = Atom::HA3;
+  offer(atomKey(shift.position, shift.atom), candidate, row, residue, found);
 }
 
 /// A row whose residue is known.
-void take(const FileShift& row, int resid, bool hasElement, const ChainSequence& sequence, Collected& found) {
-  const AtomReading atom = readAtom(sequence.letter(resid), row.atom);
+void take(const FileShift& row, int position, bool hasElement, const ChainResidue& residue,
+          Collected& found) {
+  const AtomReading atom = readAtom(residue.type.letter, row.atom);
   if (atom.kind == AtomReading::Kind::other) {
     ++found.otherAtoms;
     return;
   }
-  const std::string numbered = sequence.number(resid) + " " + row.atom;
+  const std::string numbered = residue.number + " " + row.atom;
   if (hasElement && isOfOtherElement(row, atom)) {
     addOnce(found.otherElements, numbered + " (" + row.element + ")");
     return;
   }
-  const auto shift = usableValue(row, numbered, found);
+  auto shift = usableShift(row, numbered, found);
   if (!shift) return;
   if (atom.kind == AtomReading::Kind::foreign) {
     found.foreign.push_back(numbered);
     return;
   }
-  if (isOfHydroxylRing(sequence.type(resid), row.atom)) {
+  if (isOfHydroxylRing(residue.type, row.atom)) {
     found.hydroxylRing.push_back(numbered);
     return;
   }
   const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
-  if (isAmbiguous(row.ambiguity)) addOnce(found.ambiguous[row.ambiguity], numbered);
-  if (isPseudo) found.pseudo.push_back(sequence.number(resid));
-  for (const char* name : atom.names)
-    if (name != nullptr) offer({{resid, name, *shift}, row.occupancy, isPseudo}, row, sequence, found);
+  if (ambiguityText(row.ambiguity) != nullptr) addOnce(found.ambiguous[row.ambiguity], numbered);
+  if (isPseudo) found.pseudo.push_back(residue.number);
+  shift->position = position;
+  offerAtoms(atom, {*shift, row.occupancy, isPseudo}, row, residue, found);
 }
 
 // --- All rows -----------------------------------------------------------------------------------
 
-Collected collect(const ShiftRows& rows, const RowPlacer& placer, const ChainSequence& sequence) {
+Collected collect(const ShiftRows& rows, long offset, const ChainSequence& sequence) {
   Collected found;
   const bool haveElements = !doElementsRepeatNames(rows);
   for (const FileShift* row : rows) {
     if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
-    const int resid = placer.place(*row);
-    if (resid == 0)
+    const int position = placeOf(*row, sequence, offset);
+    if (position == 0)
       ++found.outside[row->number.empty() ? row->key : row->number];
-    else if (!placer.fits(*row, resid))
-      ++found.misnamed[{resid, row->residueName}];
+    else if (!fits(*row, sequence.at(position)))
+      ++found.misnamed[{position, row->residueName}];
     else
-      take(*row, resid, haveElements && !row->element.empty(), sequence, found);
+      take(*row, position, haveElements && !row->element.empty(), sequence.at(position), found);
   }
   return found;
 }
 
-void rename(const AtomKey& from, const std::string& atom, std::map<AtomKey, Candidate>& chosen) {
+void rename(const AtomKey& from, Atom atom, std::map<AtomKey, Candidate>& chosen) {
   auto node = chosen.extract(from);
   if (node.empty()) return;
   node.mapped().shift.atom = atom;
-  node.key().second = atomRank(atom);
+  node.key() = atomKey(from.first, atom);
   chosen.insert(std::move(node));
 }
 
 // HA1 and HA2 are the older names of HA2 and HA3; beside an HA3, HA1 can only be the other one.
 void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
   std::map<AtomKey, Candidate>& chosen = found.chosen;
-  std::vector<int> residues;
+  std::vector<AtomKey> older;
   for (const auto& [key, candidate] : chosen)
-    if (candidate.shift.atom == "HA1") residues.push_back(key.first);
-  for (const int resid : residues) {
-    const bool hasThird = chosen.count(keyOf(resid, "HA3")) > 0;
-    if (!hasThird) rename(keyOf(resid, "HA2"), "HA3", chosen);
-    if (chosen.count(keyOf(resid, "HA2")) == 0) {
-      rename(keyOf(resid, "HA1"), "HA2", chosen);
-      found.older.push_back(sequence.number(resid));
+    if (key.second == kOlderHA1) older.push_back(key);
+  for (const AtomKey& key : older) {
+    const std::string& number = sequence.at(key.first).number;
+    const AtomKey second = atomKey(key.first, Atom::HA2);
+    if (chosen.count(atomKey(key.first, Atom::HA3)) == 0) rename(second, Atom::HA3, chosen);
+    if (chosen.count(second) == 0) {
+      rename(key, Atom::HA2, chosen);
+      found.older.push_back(number);
     } else {
-      chosen.erase(keyOf(resid, "HA1"));
-      found.foreign.push_back(sequence.number(resid) + " HA1");
+      chosen.erase(key);
+      found.foreign.push_back(number + " HA1");
     }
   }
 }
@@ -295,11 +285,11 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
 
 void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::vector<std::string>& notes) {
   LimitedNotes otherNames("residues that the rows call otherwise");
-  for (const auto& [residue, count] : found.misnamed) {
-    const std::string& name = sequence.name(residue.first);
-    otherNames.add("residue " + sequence.number(residue.first) + " is " + residue.second + " in " +
-                   counted(count, "shift row", "shift rows") + " but " + (name.empty() ? "unknown" : name) +
-                   " in the sequence: left out");
+  for (const auto& [called, count] : found.misnamed) {
+    const ChainResidue& residue = sequence.at(called.first);
+    otherNames.add("residue " + residue.number + " is " + called.second + " in " +
+                   counted(count, "shift row", "shift rows") + " but " +
+                   (residue.name.empty() ? "unknown" : residue.name) + " in the sequence: left out");
   }
   otherNames.appendTo(notes);
 }
@@ -341,45 +331,55 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
 
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides) {
-  const RowPlacer placer(sequence, rows);
-  Collected found = collect(rows, placer, sequence);
+  const long offset = offsetOf(rows, sequence);
+  Collected found = collect(rows, offset, sequence);
   settleOlderGlycine(sequence, found);
-  if (placer.appliedOffset() != 0)
+  if (offset != 0)
     notes.push_back(
         "the shift rows number the residues differently from the sequence; by the residue names, " +
-        std::to_string(placer.appliedOffset()) + " was added");
+        std::to_string(offset) + " was added");
   noteMisnamed(found, sequence, notes);
   noteAtoms(found, notes);
   found.badValues.appendTo(notes);
   found.duplicates.appendTo(notes);
   noteCounts(found, notes);
-  if (found.otherAtoms > 0)
-    asides.push_back(counted(found.otherAtoms, "shift", "shifts") +
-                     " of other atoms (side chain and the like) not needed");
+  noteOtherAtoms(found.otherAtoms, asides);
   std::vector<Shift> shifts;
   shifts.reserve(found.chosen.size());
-  for (auto& [key, candidate] : found.chosen) shifts.push_back(std::move(candidate.shift));
+  for (const auto& [key, candidate] : found.chosen) shifts.push_back(candidate.shift);
   return shifts;
 }
 
-bool isBefore(const Shift& a, const Shift& b) {
-  if (a.resid != b.resid) return a.resid < b.resid;
-  return atomRank(a.atom) < atomRank(b.atom);
+std::optional<Shift> readShift(const std::string& text) {
+  const auto decimal = toDecimal(text);
+  if (!decimal) return std::nullopt;
+  const std::size_t point = decimal->find('.');
+  const std::size_t decimals = point == std::string::npos ? 0 : decimal->size() - point - 1;
+  Shift shift;
+  shift.ppm = std::strtod(decimal->c_str(), nullptr);
+  shift.decimals = static_cast<std::uint8_t>(decimals);
+  return shift;
 }
 
-bool isMissingMark(const std::string& shift) {
-  return isMissing(toNumber(shift));
+bool isMissingMark(const Shift& shift) {
+  return std::abs(shift.ppm) >= kMissingBound;
+}
+
+bool isBefore(const Shift& a, const Shift& b) {
+  return atomKey(a.position, a.atom) < atomKey(b.position, b.atom);
+}
+
+void noteOtherAtoms(std::size_t count, std::vector<std::string>& asides) {
+  if (count > 0)
+    asides.push_back(counted(count, "shift", "shifts") +
+                     " of other atoms (side chain and the like) not needed");
 }
 
 std::size_t countTableShifts(const ShiftRows& rows) {
-  std::size_t count = 0;
-  for (const FileShift* row : rows) {
+  return static_cast<std::size_t>(std::count_if(rows.begin(), rows.end(), [](const FileShift* row) {
     const char letter = polypeptideResidue(row->residueName).letter;
-    const auto kind = readAtom(letter, row->atom).kind;
-    if (!row->value.empty() && (kind == AtomReading::Kind::table || kind == AtomReading::Kind::pseudo))
-      ++count;
-  }
-  return count;
+    return !row->value.empty() && readAtom(letter, row->atom).isInTable();
+  }));
 }
 
 }  // namespace zorvela

@@ -39,7 +39,7 @@ std::string left(const std::string& text, std::size_t width) {
 }
 
 std::string ppm(std::optional<double> shift, int index) {
-  return shift ? fixedText(*shift, decimalsOf(shiftPlace(index).atom)) : "";
+  return shift ? fixedText(*shift, decimalsOf(atomName(index))) : "";
 }
 
 Line shiftLine(const ProlineResult& proline, int index) {
@@ -94,14 +94,12 @@ std::string natsText(double nats) {
 }
 
 std::string textOf(const Line& line) {
-  return kIndent + left(printable(line.name, kNameWidth), kNameWidth) + right(line.observed, kNumberWidth) +
-         (line.clipped ? "*" : " ") + right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
-         right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
-}
-
-std::string withoutTrailingBlanks(std::string text) {
+  std::string text = kIndent + left(printable(line.name, kNameWidth), kNameWidth) +
+                     right(line.observed, kNumberWidth) + (line.clipped ? "*" : " ") +
+                     right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
+                     right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
   text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+  return text + '\n';
 }
 
 /// Broken between words; a word that is too long is cut.
@@ -139,13 +137,12 @@ std::string explained(const ProlineResult& proline) {
   if (!proline.evidence) return text;
   if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
   const std::vector<Line> lines = linesOf(proline);
-  Line titles{"ppm, nats", "observed", "cis", "trans", 0};
-  text += kIndent + left(titles.name, kNameWidth) + right(titles.observed, kNumberWidth) + " " +
-          right(titles.cis, kNumberWidth) + right(titles.trans, kNumberWidth) + right("nats", kNumberWidth) +
-          "  " + right("trans", kBarWidth) + "|cis\n";
-  text += withoutTrailingBlanks(textOf({"1 in 20 are cis", "", "", "", Evidence::prior()})) + '\n';
-  for (const Line& line : lines) text += withoutTrailingBlanks(textOf(line)) + '\n';
-  text += withoutTrailingBlanks(textOf({"sum", "", "", "", proline.evidence->logOdds()})) + '\n';
+  text += kIndent + left("ppm, nats", kNameWidth) + right("observed", kNumberWidth) + " " +
+          right("cis", kNumberWidth) + right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " +
+          right("trans", kBarWidth) + "|cis\n";
+  text += textOf({"1 in 20 are cis", "", "", "", Evidence::prior()});
+  for (const Line& line : lines) text += textOf(line);
+  text += textOf({"sum", "", "", "", proline.evidence->logOdds()});
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
     text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
   return text + wrapped(shown(missingText(proline)));

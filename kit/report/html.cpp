@@ -73,9 +73,8 @@ std::string probability(const std::optional<float>& value) {
   return p >= 1 - kSmallest ? "> 0.999" : fixedText(p, 3);
 }
 
-std::string asSentence(std::string text) {
-  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
-  return text + ".";
+std::string asSentence(const std::string& text) {
+  return upper(text.substr(0, 1)) + text.substr(1) + ".";
 }
 
 std::string residueName(const std::string& name, const std::string& number) {
@@ -173,25 +172,6 @@ std::string chanceText(const ProlineResult& proline) {
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
 }
 
-/// How a verdict reads as a sentence.
-std::string verdictSentence(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::agree:
-      return "The structure agrees.";
-    case Verdict::disagree:
-      return "The structure disagrees.";
-    case Verdict::undecided:
-      return "Undecided by the shifts.";
-    case Verdict::mixed:
-      return "The models contradict each other.";
-    case Verdict::noPrediction:
-      return "No prediction to compare.";
-    case Verdict::notInStructure:
-      break;
-  }
-  return "Not in the structure.";
-}
-
 std::string card(const ProlineResult& proline) {
   if (!proline.evidence) return "";
   std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
@@ -202,7 +182,7 @@ std::string card(const ProlineResult& proline) {
   text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
   if (proline.structure)
-    text += "<p><b>" + verdictSentence(proline.structure->verdict) + "</b> " +
+    text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
             escaped(proline.structure->sentence) + "</p>\n";
   text += evidencePicture(proline);
   if (hasClipped(*proline.evidence))
@@ -416,10 +396,10 @@ std::string classTable(const ClassStatistics& classes) {
   std::vector<Cells> rows;
   for (int index = 0; index <= kIndexCG; ++index) {
     const auto i = static_cast<std::size_t>(index);
-    const ShiftPlace place = shiftPlace(index);
-    if (place.residue == 0 && (place.atom == "N" || place.atom == "HN")) continue;
+    const ShiftPlace place = shiftPlace(i);
+    if (place.residue == 0 && isAmide(place.atom)) continue;
     const int residue = place.residue + 1;
-    rows.push_back({residues[static_cast<std::size_t>(residue)], place.atom, value(classes.cis[i]),
+    rows.push_back({residues[static_cast<std::size_t>(residue)], atomName(index), value(classes.cis[i]),
                     value(classes.trans[i])});
   }
   return fold(

@@ -28,69 +28,89 @@ constexpr double kDegrees = 57.29577951308232;  // in a radian
 constexpr double kRuleTextAt = 0.2;             // of the line
 constexpr double kRuleTextWidth = 105;
 
-/// What a picture shows (ppm), from whole number to whole number.
-struct Scale {
-  double cbFrom = 0, cbTo = 1, cgFrom = 0, cgTo = 1;
-
-  double x(double cb) const { return kLeft + (cb - cbFrom) / (cbTo - cbFrom) * (kRight - kLeft); }
-  double y(double cg) const { return kBottom - (cg - cgFrom) / (cgTo - cgFrom) * (kBottom - kTop); }
+/// From whole number to whole number (ppm).
+struct Range {
+  double from, to;
 };
 
+/// Mean and deviation of a class.
+struct Spread {
+  double mean, deviation;
+};
+
+/// Where a class lies.
 struct Centre {
-  double cb, cbDeviation, cg, cgDeviation;
+  Spread cb, cg;
+};
+
+/// What a picture shows.
+struct Scale {
+  Range cb, cg;
+
+  double x(double shift) const { return kLeft + (shift - cb.from) / (cb.to - cb.from) * (kRight - kLeft); }
+  double y(double shift) const { return kBottom - (shift - cg.from) / (cg.to - cg.from) * (kBottom - kTop); }
 };
 
 Centre centreOf(const std::array<ClassShift, 19>& shifts, float prolineCB) {
-  const ClassShift& cb = shifts[kIndexCB];
-  const ClassShift& cg = shifts[kIndexCG];
-  return {static_cast<double>(prolineCB) + static_cast<double>(cb.mean), static_cast<double>(cb.deviation),
-          static_cast<double>(cg.mean), static_cast<double>(cg.deviation)};
+  const auto spread = [&](int index, float reference) {
+    const ClassShift& shift = shifts[static_cast<std::size_t>(index)];
+    return Spread{static_cast<double>(reference) + static_cast<double>(shift.mean),
+                  static_cast<double>(shift.deviation)};
+  };
+  return {spread(kIndexCB, prolineCB), spread(kIndexCG, 0)};
 }
 
-Scale scaleOf(const ClassStatistics& classes) {
-  const Centre cis = centreOf(classes.cis, classes.prolineCB);
-  const Centre trans = centreOf(classes.trans, classes.prolineCB);
-  const auto lowest = [](double a, double da, double b, double db) {
-    return std::floor(std::min(a - kDeviationsShown * da, b - kDeviationsShown * db));
+Scale scaleOf(const Centre& cis, const Centre& trans) {
+  const auto range = [](const Spread& a, const Spread& b) {
+    return Range{std::floor(std::min(a.mean - kDeviationsShown * a.deviation,
+                                     b.mean - kDeviationsShown * b.deviation)),
+                 std::ceil(std::max(a.mean + kDeviationsShown * a.deviation,
+                                    b.mean + kDeviationsShown * b.deviation))};
   };
-  const auto highest = [](double a, double da, double b, double db) {
-    return std::ceil(std::max(a + kDeviationsShown * da, b + kDeviationsShown * db));
-  };
-  return {lowest(cis.cb, cis.cbDeviation, trans.cb, trans.cbDeviation),
-          highest(cis.cb, cis.cbDeviation, trans.cb, trans.cbDeviation),
-          lowest(cis.cg, cis.cgDeviation, trans.cg, trans.cgDeviation),
-          highest(cis.cg, cis.cgDeviation, trans.cg, trans.cgDeviation)};
+  return {range(cis.cb, trans.cb), range(cis.cg, trans.cg)};
 }
+
+/// What all pictures with the same tables share.
+struct Frame {
+  Centre cis, trans;
+  Scale scale;
+
+  explicit Frame(const ClassStatistics& classes)
+      : cis(centreOf(classes.cis, classes.prolineCB)),
+        trans(centreOf(classes.trans, classes.prolineCB)),
+        scale(scaleOf(cis, trans)) {}
+};
 
 // --- Behind every chain -------------------------------------------------------------------------
 
 std::string ellipses(const Centre& centre, const Scale& scale, const std::string& cssClass) {
+  const double x = scale.x(centre.cb.mean);
+  const double y = scale.y(centre.cg.mean);
   std::string shapes;
   for (const int deviations : {2, 1})
-    shapes += "<ellipse class=\"" + cssClass + "\" cx=\"" + coordinate(scale.x(centre.cb)) + "\" cy=\"" +
-              coordinate(scale.y(centre.cg)) + "\" rx=\"" +
-              coordinate(scale.x(centre.cb + deviations * centre.cbDeviation) - scale.x(centre.cb)) +
-              "\" ry=\"" +
-              coordinate(scale.y(centre.cg - deviations * centre.cgDeviation) - scale.y(centre.cg)) + "\"/>";
+    shapes += "<ellipse class=\"" + cssClass + "\" cx=\"" + coordinate(x) + "\" cy=\"" + coordinate(y) +
+              "\" rx=\"" + coordinate(scale.x(centre.cb.mean + deviations * centre.cb.deviation) - x) +
+              "\" ry=\"" + coordinate(scale.y(centre.cg.mean - deviations * centre.cg.deviation) - y) +
+              "\"/>";
   return shapes + "\n";
 }
 
 /// Steps of 1, 2, 5, ... ppm, few enough to be read.
-int stepOf(double range) {
+int stepOf(const Range& range) {
   int step = 1;
   for (const int wider : {2, 5, 10, 20, 50, 100, 200, 500, 1000})
-    if (range / step > 9) step = wider;
+    if ((range.to - range.from) / step > 9) step = wider;
   return step;
 }
 
 std::string axes(const Scale& scale) {
   std::string text =
       svgLine(kLeft, kBottom, kRight, kBottom, "z") + svgLine(kLeft, kTop, kLeft, kBottom, "z");
-  const int cbStep = stepOf(scale.cbTo - scale.cbFrom);
-  for (double cb = scale.cbFrom; cb <= scale.cbTo; cb += cbStep)
+  const int cbStep = stepOf(scale.cb);
+  for (double cb = scale.cb.from; cb <= scale.cb.to; cb += cbStep)
     text += svgText(scale.x(cb), kBottom + 15, figureText(cb, 0), "class=\"m s\"");
-  const int cgStep = stepOf(scale.cgTo - scale.cgFrom);
-  for (double cg = scale.cgFrom; cg <= scale.cgTo; cg += cgStep)
+  const int cgStep = stepOf(scale.cg);
+  for (double cg = scale.cg.from; cg <= scale.cg.to; cg += cgStep)
     text += svgText(kLeft - 6, scale.y(cg) + 4, figureText(cg, 0), "class=\"e s\"");
   return text + svgText((kLeft + kRight) / 2, kBottom + 33, "CB (ppm)", "class=\"m\"") +
          svgText(
@@ -104,8 +124,8 @@ struct RuleLine {
   double x, y, width, height;
 
   explicit RuleLine(const Scale& scale) {
-    const double from = std::max(scale.cbFrom, scale.cgFrom + kRuleCisAbove);
-    const double to = std::min(scale.cbTo, scale.cgTo + kRuleCisAbove);
+    const double from = std::max(scale.cb.from, scale.cg.from + kRuleCisAbove);
+    const double to = std::min(scale.cb.to, scale.cg.to + kRuleCisAbove);
     x = scale.x(from);
     y = scale.y(from - kRuleCisAbove);
     width = scale.x(to) - x;
@@ -154,10 +174,14 @@ struct Point {
   double y = 0;
   bool isOffScale = false;
   std::string title;
-
   double half = 6;
 
   Box box() const { return {x - half, y - half, 2 * half, 2 * half}; }
+};
+
+/// Prolines with both shifts, and those with CB alone, which are marks on its axis.
+struct Points {
+  std::vector<Point> both, rug;
 };
 
 std::optional<double> observed(const ProlineResult& proline, int index) {
@@ -171,21 +195,28 @@ bool isMarked(const ProlineResult& proline) {
   return verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
 }
 
-std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
-  std::vector<Point> points;
+Points pointsOf(const ProteinResult& protein, const Scale& scale) {
+  Points points;
   for (const ProlineResult& proline : protein.prolines) {
     const auto cb = observed(proline, kIndexCB);
     const auto cg = observed(proline, kIndexCG);
-    if (!cb || !cg) continue;
+    if (!cb) continue;
+    const std::string title =
+        "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2);
     const double x = scale.x(*cb);
+    bool isOffScale = x < kLeft || x > kRight;
+    if (!cg) {
+      points.rug.push_back({&proline, std::clamp(x, kLeft + 2, kRight - 2),
+                            isMarked(proline) ? kRugMark : kRugTop, isOffScale,
+                            title + " ppm, CG missing" + verdictSuffix(proline)});
+      continue;
+    }
     const double y = scale.y(*cg);
-    Point point{&proline, std::clamp(x, kLeft + 7, kRight - 7), std::clamp(y, kTop + 7, kBottom - 7), false,
-                ""};
-    point.isOffScale = x < kLeft || x > kRight || y < kTop || y > kBottom;
-    if (isMarked(proline)) point.half = kVerdictSize + 2;
-    point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) + ", CG " +
-                  figureText(*cg, 2) + " ppm" + verdictSuffix(proline);
-    points.push_back(point);
+    isOffScale = isOffScale || y < kTop || y > kBottom;
+    points.both.push_back({&proline, std::clamp(x, kLeft + 7, kRight - 7),
+                           std::clamp(y, kTop + 7, kBottom - 7), isOffScale,
+                           title + ", CG " + figureText(*cg, 2) + " ppm" + verdictSuffix(proline),
+                           isMarked(proline) ? kVerdictSize + 2 : 6});
   }
   return points;
 }
@@ -238,22 +269,6 @@ std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   return text;
 }
 
-/// Prolines with CB and without CG, as marks on the axis of CB.
-std::vector<Point> rugOf(const ProteinResult& protein, const Scale& scale) {
-  std::vector<Point> points;
-  for (const ProlineResult& proline : protein.prolines) {
-    const auto cb = observed(proline, kIndexCB);
-    if (!cb || observed(proline, kIndexCG)) continue;
-    Point point{&proline, std::clamp(scale.x(*cb), kLeft + 2, kRight - 2), kRugTop, false, ""};
-    point.isOffScale = scale.x(*cb) < kLeft || scale.x(*cb) > kRight;
-    if (isMarked(proline)) point.y = kRugMark;
-    point.title = "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2) +
-                  " ppm, CG missing" + verdictSuffix(proline);
-    points.push_back(point);
-  }
-  return points;
-}
-
 std::string rugMark(const Point& point) {
   return "<path class=\"r" + letterOf(point.proline->call) + "\" d=\"M" + coordinate(point.x) + " " +
          coordinate(kRugTop) + "V" + coordinate(kBottom) + "\"><title>" + escaped(point.title) +
@@ -264,39 +279,30 @@ std::string rugMark(const Point& point) {
 Box classLabel(const Centre& centre, const Scale& scale, bool isUpper, double width) {
   constexpr double kOutside = 1.5;  // deviations, up and to the side
   const double side = isUpper ? -kOutside : kOutside;
-  const double x = scale.x(centre.cb + side * centre.cbDeviation) - (isUpper ? width : 0);
-  const double y = scale.y(centre.cg - side * centre.cgDeviation) - (isUpper ? kTextHeight : 0);
+  const double x = scale.x(centre.cb.mean + side * centre.cb.deviation) - (isUpper ? width : 0);
+  const double y = scale.y(centre.cg.mean - side * centre.cg.deviation) - (isUpper ? kTextHeight : 0);
   return {std::clamp(x, kLeft + 4, kRight - width), y, width, kTextHeight};
 }
 
-struct ClassLabels {
-  Box cis, trans;
-};
-
-std::string describe(const ProteinResult& protein) {
-  const std::string structure = structureSentence(protein);
-  return cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
+Box cisLabel(const Frame& frame) {
+  return classLabel(frame.cis, frame.scale, frame.cis.cg.mean > frame.trans.cg.mean, 22);
 }
 
-ClassLabels classLabels(const ClassStatistics& classes, const Scale& scale) {
-  const Centre cis = centreOf(classes.cis, classes.prolineCB);
-  const Centre trans = centreOf(classes.trans, classes.prolineCB);
-  const bool isCisAbove = cis.cg > trans.cg;
-  return {classLabel(cis, scale, isCisAbove, 22), classLabel(trans, scale, !isCisAbove, 32)};
+Box transLabel(const Frame& frame) {
+  return classLabel(frame.trans, frame.scale, frame.cis.cg.mean <= frame.trans.cg.mean, 32);
 }
 
 }  // namespace
 
 std::string cbCgDefinitions(const ClassStatistics& classes) {
-  const Scale scale = scaleOf(classes);
-  const ClassLabels names = classLabels(classes, scale);
+  const Frame frame(classes);
   const auto name = [](const Box& box, const std::string& text) {
     return svgText(box.x + box.width / 2, box.y + kTextHeight - 2, text, "class=\"m\"");
   };
   return "<svg class=\"defs\" width=\"0\" height=\"0\" aria-hidden=\"true\"><defs><g id=\"k\">\n" +
-         ellipses(centreOf(classes.trans, classes.prolineCB), scale, "et") +
-         ellipses(centreOf(classes.cis, classes.prolineCB), scale, "ec") + ruleLine(scale) + axes(scale) +
-         name(names.cis, "cis") + name(names.trans, "trans") + "</g></defs></svg>\n";
+         ellipses(frame.trans, frame.scale, "et") + ellipses(frame.cis, frame.scale, "ec") +
+         ruleLine(frame.scale) + axes(frame.scale) + name(cisLabel(frame), "cis") +
+         name(transLabel(frame), "trans") + "</g></defs></svg>\n";
 }
 
 std::string cbCgTitle(const ProteinResult& protein) {
@@ -316,23 +322,21 @@ std::string cbCgTitle(const ProteinResult& protein) {
 }
 
 std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& classes) {
-  const Scale scale = scaleOf(classes);
-  const std::vector<Point> points = pointsOf(protein, scale);
-  const std::vector<Point> rug = rugOf(protein, scale);
-  if (points.empty() && rug.empty()) return "";
+  const Frame frame(classes);
+  const Points points = pointsOf(protein, frame.scale);
+  std::vector<Point> all = points.both;
+  all.insert(all.end(), points.rug.begin(), points.rug.end());
+  if (all.empty()) return "";
   std::string marks;
-  for (const Point& point : points) {
+  for (const Point& point : points.both)
     marks += svgSymbol(point.proline->call, point.x, point.y, point.title) +
              svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
-  }
-  for (const Point& point : rug) {
-    marks += rugMark(point) + svgSmallVerdict(verdictOf(*point.proline), point.x, kRugMark) + "\n";
-  }
-  std::vector<Point> all = points;
-  all.insert(all.end(), rug.begin(), rug.end());
-  const ClassLabels names = classLabels(classes, scale);
-  return openPicture(kHeight, describe(protein)) + "<use href=\"#k\"/>\n" + marks +
-         labels(all, {names.cis, names.trans, ruleTextBox(scale)}) + "\n" + kClosePicture;
+  for (const Point& point : points.rug)
+    marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMark, true) + "\n";
+  const std::string structure = structureSentence(protein);
+  const std::string description = cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
+  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks +
+         labels(all, {cisLabel(frame), transLabel(frame), ruleTextBox(frame.scale)}) + "\n" + kClosePicture;
 }
 
 }  // namespace zorvela

@@ -91,7 +91,7 @@ std::string classOf(double nats) {
 
 /// "CA 62.90 ppm (cis 63.0, trans 63.6)"
 std::string titleOf(const ShiftContribution& shift, int index) {
-  const std::string atom = shiftPlace(index).atom;
+  const std::string atom = atomName(index);
   const auto expected = [&](const ClassShift& of) {
     return figureText(expectedShift(shift, of, index).value_or(0), decimalsOf(atom));
   };
@@ -102,9 +102,9 @@ std::string titleOf(const ShiftContribution& shift, int index) {
 std::string measuredRow(const ShiftContribution& shift, int index, double top) {
   std::string row = "<g><title>" + escaped(titleOf(shift, index)) + "</title>";
   if (shift.observed)
-    row += svgText(kObservedX, top + kBaseline,
-                   figureText(static_cast<double>(*shift.observed), decimalsOf(shiftPlace(index).atom)),
-                   "class=\"e\"");
+    row +=
+        svgText(kObservedX, top + kBaseline,
+                figureText(static_cast<double>(*shift.observed), decimalsOf(atomName(index))), "class=\"e\"");
   return row + bar(shift.nats, top, classOf(shift.nats), shift.clipped ? "‡" : "") + "</g>\n";
 }
 
@@ -156,7 +156,7 @@ std::string evidenceDefinitions() {
            svgText(kObservedX, 12, "ppm", "class=\"e s\"") +
            svgText(kObservedX, bottom + 12, "nats", "class=\"e s\"");
   for (int index = 0; index <= kIndexCG; ++index)
-    if (rowOf(index) >= 0) frame += rowName(rowOf(index), shiftPlace(index).atom);
+    if (rowOf(index) >= 0) frame += rowName(rowOf(index), atomName(index));
   frame += groupName(kPriorRow, "Start") + rowName(kPriorRow, "1 in 20 are cis") +
            rowName(kBeforeRow, "type") + rowName(kAfterTypeRow, "type") +
            groupName(kSumRow, "Sum", "class=\"b\"");

@@ -1,8 +1,6 @@
 // Text, numbers and shapes as they stand in a page.
 #include "report/svg.h"
 
-#include <cmath>
-
 #include "util/number.h"
 #include "util/text.h"
 
@@ -11,13 +9,6 @@ namespace zorvela {
 namespace {
 
 constexpr double kCharacterWidth = 7.2;  // of the widest common characters at 12 units
-
-/// v for the large marks, w for the small ones.
-std::string verdictMark(char size, const std::optional<Verdict>& verdict, double x, double y) {
-  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
-  return std::string("<use href=\"#") + size + (verdict == Verdict::agree ? "a" : "d") + "\" x=\"" +
-         coordinate(x) + "\" y=\"" + coordinate(y) + "\"/>";
-}
 
 }  // namespace
 
@@ -60,14 +51,13 @@ std::string coordinate(double value) {
 }
 
 std::string figureText(double value, int decimals) {
-  const std::string size = fixedText(std::fabs(value), decimals);
-  const bool isZero = size.find_first_not_of("0.") == std::string::npos;
-  return (value < 0 && !isZero ? "−" : "") + size;
+  const std::string text = signedFigure(value, decimals);
+  return text.front() == '+' ? text.substr(1) : text;
 }
 
 std::string signedFigure(double value, int decimals) {
-  const std::string text = figureText(value, decimals);
-  return (value > 0 && text.find_first_not_of("0.") != std::string::npos ? "+" : "") + text;
+  const std::string text = signedText(value, decimals);
+  return text.front() == '-' ? "−" + text.substr(1) : text;
 }
 
 double labelWidth(const std::string& label) {
@@ -95,17 +85,7 @@ std::string svgLine(double x1, double y1, double x2, double y2, const std::strin
 }
 
 std::string letterOf(Call call) {
-  switch (call) {
-    case Call::cis:
-      return "c";
-    case Call::trans:
-      return "t";
-    case Call::undecided:
-      return "u";
-    case Call::none:
-      break;
-  }
-  return "n";
+  return toText(call).substr(0, 1);
 }
 
 std::string symbolDefinitions() {
@@ -127,12 +107,10 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title) {
   return title.empty() ? use + "/>" : use + "><title>" + escaped(title) + "</title></use>";
 }
 
-std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y) {
-  return verdictMark('v', verdict, x, y);
-}
-
-std::string svgSmallVerdict(const std::optional<Verdict>& verdict, double x, double y) {
-  return verdictMark('w', verdict, x, y);
+std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y, bool isSmall) {
+  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
+  return std::string("<use href=\"#") + (isSmall ? "w" : "v") + (verdict == Verdict::agree ? "a" : "d") +
+         "\" x=\"" + coordinate(x) + "\" y=\"" + coordinate(y) + "\"/>";
 }
 
 }  // namespace zorvela

@@ -53,10 +53,9 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title = 
 
 /// The mark around a symbol that says how a structure goes with the call: a ring where it agrees, a square
 /// where it disagrees. Other verdicts, and no structure, have none.
-std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y);
+/// A small one stands beside a mark that is narrow.
+std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y, bool isSmall = false);
 /// Half the size of that mark, of either kind (units).
 inline constexpr double kVerdictSize = 9;
-/// The same small, to stand beside a mark that is narrow.
-std::string svgSmallVerdict(const std::optional<Verdict>& verdict, double x, double y);
 
 }  // namespace zorvela

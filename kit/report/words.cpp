@@ -132,18 +132,11 @@ std::string listed(const std::vector<std::string>& items) {
   return text;
 }
 
-std::string signedText(double value, int decimals) {
-  std::string text = fixedText(std::fabs(value), decimals);
-  const bool isZero = text.find_first_not_of("0.") == std::string::npos;
-  if (isZero) return text;
-  return (value < 0 ? "-" : "+") + text;
-}
-
 std::string shiftName(const ProlineResult& proline, int index) {
-  const ShiftPlace place = shiftPlace(index);
-  if (place.residue < 0) return place.atom + " of " + proline.previous + proline.previousNumber;
-  if (place.residue > 0) return place.atom + " of " + proline.next + proline.nextNumber;
-  return place.atom;
+  const int residue = shiftPlace(static_cast<std::size_t>(index)).residue;
+  if (residue < 0) return atomName(index) + " of " + proline.previous + proline.previousNumber;
+  if (residue > 0) return atomName(index) + " of " + proline.next + proline.nextNumber;
+  return atomName(index);
 }
 
 int decimalsOf(const std::string& atom) {
@@ -157,8 +150,8 @@ std::optional<double> expectedShift(const ShiftContribution& shift, const ClassS
 }
 
 std::string shiftKey(int index) {
-  const ShiftPlace place = shiftPlace(index);
-  return (place.residue < 0 ? "prev_" : place.residue > 0 ? "next_" : "") + place.atom;
+  const int residue = shiftPlace(static_cast<std::size_t>(index)).residue;
+  return (residue < 0 ? "prev_" : residue > 0 ? "next_" : "") + atomName(index);
 }
 
 std::string sentenceOf(const ProlineResult& proline) {

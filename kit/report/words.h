@@ -35,9 +35,6 @@ std::string strongestOf(const ProlineResult& proline);
 /// The shift most worth measuring with its bits: "CG:0.31". Empty where none is missing.
 std::string nextShiftOf(const ProlineResult& proline);
 
-/// With a sign, one decimal: "+4.1", "0.0".
-std::string signedText(double value, int decimals = 1);
-
 /// "a", "a and b", "a, b and c".
 std::string listed(const std::vector<std::string>& items);
 

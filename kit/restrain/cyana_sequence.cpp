@@ -22,7 +22,7 @@ const Dialect kDialect = {"cyana", "# ", 0, {"cPRO: the bond before it is cis; c
 // --- A new file -----------------------------------------------------------------------------------
 
 std::string nameIn(char letter) {
-  if (letter == kKnownCisProline) return kTrans;
+  if (letter == kPassedProlineCode) return kTrans;
   return letter == kDisulfideCysteine ? "CYSS" : threeLetterName(letter);
 }
 

@@ -225,30 +225,31 @@ RestraintText declarations(const Dialect& dialect, const RestraintRequest& reque
 }
 
 const std::vector<RestraintFormat>& restraintFormats() {
-  using Model = RestraintFormat::Model;
+  using ModelUse = RestraintFormat::ModelUse;
   static const std::vector<RestraintFormat> kFormats = {
-      {"cyana", "CYANA sequence file (.seq) with cPRO", true, Model::none, writeCyanaSequence},
-      {"cyana-aco", "CYANA angle restraints (.aco)", false, Model::none, writeCyanaAngles},
-      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", false, Model::none, writeCns},
-      {"topallhdg", "CNS, X-PLOR: patch CISP, topology with atom type CCIS", false, Model::none,
+      {"cyana", "CYANA sequence file (.seq) with cPRO", true, ModelUse::none, writeCyanaSequence},
+      {"cyana-aco", "CYANA angle restraints (.aco)", false, ModelUse::none, writeCyanaAngles},
+      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", false, ModelUse::none, writeCns},
+      {"topallhdg", "CNS, X-PLOR: patch CISP, topology with atom type CCIS", false, ModelUse::none,
        writeTopallhdg},
-      {"xplor-python", "X-PLOR's Python interface: psfGen.cisPeptide", false, Model::none, writeXplorPython},
-      {"aria", "ARIA 2: cispropatch of the project", false, Model::none, writeAria},
-      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", false, Model::none, writeTbl},
-      {"nef", "NEF dihedral restraint list", true, Model::none, writeNefRestraints},
-      {"rosetta", "Rosetta constraints", false, Model::none, writeRosetta},
-      {"amber", "AMBER: &rst with --structure, else for makeANG_RST", false, Model::optional, writeAmber},
-      {"pdb", "CISPEP records for --structure", false, Model::needed, writeCispep},
-      {"mmcif", "struct_mon_prot_cis for --structure", false, Model::needed, writeMonProtCis}};
+      {"xplor-python", "X-PLOR's Python interface: psfGen.cisPeptide", false, ModelUse::none,
+       writeXplorPython},
+      {"aria", "ARIA 2: cispropatch of the project", false, ModelUse::none, writeAria},
+      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", false, ModelUse::none, writeTbl},
+      {"nef", "NEF dihedral restraint list", true, ModelUse::none, writeNefRestraints},
+      {"rosetta", "Rosetta constraints", false, ModelUse::none, writeRosetta},
+      {"amber", "AMBER: &rst with --structure, else for makeANG_RST", false, ModelUse::optional, writeAmber},
+      {"pdb", "CISPEP records for --structure", false, ModelUse::needed, writeCispep},
+      {"mmcif", "struct_mon_prot_cis for --structure", false, ModelUse::needed, writeMonProtCis}};
   return kFormats;
 }
 
 void mustFit(const RestraintFormat& format, const RestraintRequest& request) {
   if (request.into && !format.takesFile) throw Error("--into goes with --for cyana and --for nef");
-  if (request.structure && format.model == RestraintFormat::Model::none)
+  if (request.structure && format.model == RestraintFormat::ModelUse::none)
     throw Error(
         "--structure goes with --for amber, pdb and mmcif; to check a model use zorvela-kit run --structure");
-  if (!request.structure && format.model == RestraintFormat::Model::needed)
+  if (!request.structure && format.model == RestraintFormat::ModelUse::needed)
     throw Error(std::string("--for ") + format.name + " describes a model; add --structure MODEL");
 }
 

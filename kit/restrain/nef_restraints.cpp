@@ -118,7 +118,7 @@ RestraintText writeNefRestraints(const RestraintRequest& request) {
     const std::string before =
         request.into ? residueIn(bond, bond.numberBefore) : threeLetterName(bond.letterBefore);
     const std::string proline = request.into ? residueIn(bond, bond.number) : "PRO";
-    if (request.into && (residueType(proline).letter != kProline || !isResidueBefore(before, bond))) {
+    if (request.into && (residueType(proline).letter != kProlineCode || !isResidueBefore(before, bond))) {
       const std::string what =
           "has no " + nameOf(bond) + " in chain \"" + printable(bond.chain, 60) + "\" of its sequence";
       if (bond.call == Call::undecided) return {{}, "the file " + what};

@@ -13,7 +13,7 @@ namespace {
 
 /// The residue type alone.
 char plainLetter(char letter) {
-  return letter == kKnownCisProline ? kProline : withoutThiolState(letter);
+  return letter == kPassedProlineCode ? kProlineCode : withoutThiolState(letter);
 }
 
 RestrainedBond bondOf(const std::string& chain, const ProlineResult& proline) {

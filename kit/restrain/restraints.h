@@ -66,7 +66,7 @@ struct RestraintFormat {
   const char* name;    ///< for --for
   const char* writes;  ///< for the help
   bool takesFile;      ///< adds to a file that is there
-  enum class Model { none, optional, needed } model;
+  enum class ModelUse { none, optional, needed } model;
   RestraintText (*write)(const RestraintRequest& request);
 };
 

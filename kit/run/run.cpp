@@ -12,7 +12,7 @@ namespace zorvela {
 
 namespace {
 
-std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, Predictor& predictor,
+std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, const Predictor& predictor,
                                      const std::vector<ProteinStructure>& structures) {
   std::vector<ProteinResult> results;
   results.reserve(proteins.size());
@@ -24,7 +24,7 @@ std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, Predi
 }  // namespace
 
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor, const std::vector<ProteinStructure>& structures) {
+                    const Predictor& predictor, const std::vector<ProteinStructure>& structures) {
   try {
     return {file, resultsOf(read(), predictor, structures), ""};
   } catch (const Error& error) {

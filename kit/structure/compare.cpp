@@ -156,7 +156,7 @@ std::optional<BondSite> siteOf(const Fit& fit, int position) {
   site.models = fit.structure->modelCount;
   site.bonds = residue.bonds;
   site.others = residue.others;
-  site.reason = residue.letter == kProline
+  site.reason = residue.letter == kProlineCode
                     ? residue.whyNoBond
                     : printable("is " + residue.name + " " + residue.number + " in the structure");
   return site;
@@ -171,17 +171,12 @@ StructureCall seenIn(const StructureFinding& finding) {
   return countBonds(finding, BondState::twisted) > 0 ? StructureCall::twisted : StructureCall::none;
 }
 
-bool isSame(Call shifts, StructureCall structure) {
-  return (shifts == Call::cis && structure == StructureCall::cis) ||
-         (shifts == Call::trans && structure == StructureCall::trans);
-}
-
 Verdict verdictOf(Call shifts, StructureCall structure) {
   if (shifts == Call::none) return Verdict::noPrediction;
   if (structure == StructureCall::none) return Verdict::notInStructure;
   if (shifts == Call::undecided) return Verdict::undecided;
   if (structure == StructureCall::mixed) return Verdict::mixed;
-  return isSame(shifts, structure) ? Verdict::agree : Verdict::disagree;
+  return toText(shifts) == toText(structure) ? Verdict::agree : Verdict::disagree;
 }
 
 /// "trans in 9, twisted in 1 of 10 models (mean |omega| 171 degrees)".

@@ -148,33 +148,11 @@ std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault) {
   return atom;
 }
 
-// In a longer loop the line is not looked for: the places of its values would take more than the text.
-constexpr std::size_t kMostPlaces = 5000000;
-
-/// What is wrong with a loop whose values do not fill its rows. `tokens` are at its first tag.
-FileError badLoop(std::string_view text, StarTokens tokens, std::size_t line, const std::string& file) {
-  std::size_t columns = 0;
-  StarToken token = tokens.next();
-  for (; token.kind == Kind::tag; token = tokens.next()) ++columns;
-  std::vector<std::size_t> begins;
-  for (; token.kind == Kind::value && begins.size() <= kMostPlaces; token = tokens.next())
-    begins.push_back(token.begin);
-  const auto odd = begins.size() > kMostPlaces ? std::nullopt : firstOddLine(text, begins, columns);
-  if (!odd)
-    return FileError(file, line, "the values of the table that begins here do not fill its rows", kMend);
-  const bool isCut = token.kind == Kind::end && tokens.lineOf(begins.back()) == odd->number;
-  return FileError(file, odd->number,
-                   "this row has " + counted(odd->values, "value", "values") + " for " +
-                       counted(columns, "column", "columns") +
-                       (isCut ? ", and the file ends in its table" : ""),
-                   kMend);
-}
-
 /// Reads the loops of a file one after the other.
 class MmcifReader {
  public:
   MmcifReader(std::string_view source, const std::string& name)
-      : text(source), file(name), tokens(source), backbone(name, source.size()) {}
+      : file(name), tokens(source), backbone(name, source.size()) {}
 
   Coordinates read() {
     for (advance(); token.kind != Kind::end;) {
@@ -210,48 +188,58 @@ class MmcifReader {
 
   void readLoop() {
     const std::size_t line = token.line;
-    const StarTokens atTags = tokens;
     std::vector<std::string_view> tags;
-    bool isAtomTable = false;
-    std::size_t columns = 0;
-    for (advance(); token.kind == Kind::tag; advance()) {
-      if (columns++ == 0) isAtomTable = startsIgnoringCase(token.value, kCategory);
-      if (isAtomTable) tags.push_back(token.value);
-    }
-    if (columns == 0) fail("a loop without tags");
-    if (isAtomTable && token.kind == Kind::value) {
-      readAtoms(tags, atTags, line);
-      return;
-    }
-    std::size_t values = 0;
-    for (; token.kind == Kind::value; advance()) ++values;
-    if (values % columns != 0) throw badLoop(text, atTags, line, file);
+    for (advance(); token.kind == Kind::tag; advance()) tags.push_back(token.value);
+    if (tags.empty()) fail("a loop without tags");
+    LoopLines lines;
+    std::optional<FileError> fault;
+    if (startsIgnoringCase(tags.front(), kCategory) && token.kind == Kind::value)
+      fault = readAtoms(tags, lines);
+    for (; token.kind == Kind::value; advance()) lines.add(token.line);
+    // A value that is lost shifts all after it into other columns. That says more than what the first of
+    // those columns has against it.
+    if (lines.values % tags.size() != 0) throw badLoop(lines, tags.size(), line);
+    if (fault) throw FileError(*fault);
   }
 
-  // A value that is lost shifts all after it into other columns. Whether one is shows at the end of the loop
-  // and says more than what the first of those columns has against it.
-  void readAtoms(const std::vector<std::string_view>& tags, const StarTokens& atTags, std::size_t line) {
+  /// Adds the atoms of all rows; the first that cannot be read is an error.
+  std::optional<FileError> readAtoms(const std::vector<std::string_view>& tags, LoopLines& lines) {
     if (hasAtoms) throw FileError(file, 0, "has several tables of atoms", "give one structure in each file");
     hasAtoms = true;
     const ColumnPlaces places = placesOf(tags, file);
     std::vector<StarToken> values;
-    std::string fault;
-    std::size_t faultLine = 0;
     for (; token.kind == Kind::value; advance()) {
+      lines.add(token.line);
       values.push_back(token);
       if (values.size() < tags.size()) continue;
       const AtomRow row{values, places};
-      if (fault.empty() && isBackbone(row.text(kAtom))) {
-        if (const auto atom = atomOf(row, fault)) backbone.add(*atom);
-        faultLine = token.line;
+      if (isBackbone(row.text(kAtom))) {
+        std::string fault;
+        const auto atom = atomOf(row, fault);
+        if (!atom) {
+          const std::size_t line = token.line;
+          advance();
+          return FileError(file, line, "this atom cannot be read: " + fault, kMend);
+        }
+        backbone.add(*atom);
       }
       values.clear();
     }
-    if (!values.empty()) throw badLoop(text, atTags, line, file);
-    if (!fault.empty()) throw FileError(file, faultLine, "this atom cannot be read: " + fault, kMend);
+    return std::nullopt;
   }
 
-  std::string_view text;
+  FileError badLoop(const LoopLines& lines, std::size_t columns, std::size_t line) const {
+    const auto odd = firstOddLine(lines, columns);
+    if (!odd)
+      return FileError(file, line, "the values of the table that begins here do not fill its rows", kMend);
+    const bool isCut = token.kind == Kind::end && lines.list.back().number == odd->number;
+    return FileError(file, odd->number,
+                     "this row has " + counted(odd->values, "value", "values") + " for " +
+                         counted(columns, "column", "columns") +
+                         (isCut ? ", and the file ends in its table" : ""),
+                     kMend);
+  }
+
   const std::string& file;
   StarTokens tokens;
   StarToken token;

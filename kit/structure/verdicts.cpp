@@ -1,5 +1,6 @@
 // What a finding holds, in words and numbers. Apart from the comparison, so that a report of findings needs
 // no alignment.
+#include <array>
 #include <cmath>
 
 #include "util/text.h"
@@ -26,37 +27,14 @@ std::optional<double> meanSize(const StructureFinding& finding,
 }  // namespace
 
 std::string toText(StructureCall call) {
-  switch (call) {
-    case StructureCall::cis:
-      return "cis";
-    case StructureCall::trans:
-      return "trans";
-    case StructureCall::twisted:
-      return "twisted";
-    case StructureCall::mixed:
-      return "mixed";
-    case StructureCall::none:
-      break;
-  }
-  return "none";
+  static const std::array<const char*, 5> kNames = {"cis", "trans", "twisted", "mixed", "none"};
+  return kNames.at(static_cast<std::size_t>(call));
 }
 
 std::string toText(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::agree:
-      return "agree";
-    case Verdict::disagree:
-      return "disagree";
-    case Verdict::undecided:
-      return "undecided by shifts";
-    case Verdict::mixed:
-      return "mixed models";
-    case Verdict::noPrediction:
-      return "no prediction";
-    case Verdict::notInStructure:
-      break;
-  }
-  return "not in the structure";
+  static const std::array<const char*, 6> kNames = {"agree",        "disagree",      "undecided by shifts",
+                                                    "mixed models", "no prediction", "not in the structure"};
+  return kNames.at(static_cast<std::size_t>(verdict));
 }
 
 std::size_t countBonds(const StructureFinding& finding, BondState state) {

@@ -9,36 +9,19 @@
 #include <string>
 #include <utility>
 
+#include "predict/chain.h"
 #include "train/metrics.h"
-#include "train/statistics_tools.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
-// --- Predicting -----------------------------------------------------------------------------------
+// --- Training and predicting ----------------------------------------------------------------------
 
 namespace {
 
 // Seed of the folds; any number does, but always the same one.
 constexpr std::uint64_t kFoldSeed = 20;
-
-/// Predicts the labels that are marked, entry by entry.
-void predict(ZORVELA& run, const LabelledProlines& data, const std::vector<bool>& wanted,
-             const PredictionVisitor& visit, Predictions& out) {
-  std::vector<std::vector<std::size_t>> byEntry(data.entries.size());
-  for (std::size_t i = 0; i < wanted.size(); ++i)
-    if (wanted[i] && data.labels.prolines[i].structure) byEntry[data.entryOf[i]].push_back(i);
-  for (std::size_t e = 0; e < byEntry.size(); ++e) {
-    if (byEntry[e].empty()) continue;
-    EntryView view(run, data.entries[e]);
-    for (const std::size_t i : byEntry[e]) {
-      view.focus(data.labels.prolines[i].resid);
-      out[i] = run.predictProline(data.labels.prolines[i].resid);
-      if (visit && out[i]) visit(i, run, *out[i]);
-    }
-  }
-}
 
 /// Number of each label's cluster, from 0 in order of first appearance.
 std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
@@ -50,8 +33,8 @@ std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_
   return ofLabel;
 }
 
-/// Deals the clusters out to the folds in random order.
-std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) {
+/// The fold of each cluster: they are dealt out in random order.
+std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
   std::vector<std::size_t> order(clusters);
   for (std::size_t i = 0; i < clusters; ++i) order[i] = i;
   Draw draw(kFoldSeed);
@@ -61,51 +44,51 @@ std::vector<std::size_t> foldOfCluster(std::size_t clusters, std::size_t folds) 
   return fold;
 }
 
-/// One fold: trains on all entries, clusters and windows that are not in it, predicts those that are.
-void predictFold(const ReferenceTables& published, const LabelledProlines& data,
-                 const LabelledProlines& asked, const std::vector<bool>& inFold,
-                 const TrainingChoices& choices, const PredictionVisitor& visit, Predictions& out) {
+/// Trains on all entries, clusters and windows that are not in the fold.
+Model trainedWithout(std::size_t fold, const std::vector<std::size_t>& foldOf, const Model& published,
+                     const LabelledProlines& data, const TrainingChoices& choices) {
   std::vector<bool> useEntry(data.entries.size(), true);
   std::set<std::string> windows;
-  for (std::size_t i = 0; i < inFold.size(); ++i) {
-    if (!inFold[i]) continue;
+  for (std::size_t i = 0; i < foldOf.size(); ++i) {
+    if (foldOf[i] != fold) continue;
     useEntry[data.entryOf[i]] = false;
     windows.insert(data.windows[i]);
   }
-  std::vector<bool> useLabel(inFold.size());
-  for (std::size_t i = 0; i < inFold.size(); ++i)
-    useLabel[i] = !inFold[i] && useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
-
-  ReferenceTables tables = published;
-  trainTables(tables, data, useEntry, useLabel, choices);
-  ZORVELA run;
-  useTables(tables, run);
-  predict(run, asked, inFold, visit, out);
+  std::vector<bool> useLabel(foldOf.size());
+  for (std::size_t i = 0; i < foldOf.size(); ++i)
+    useLabel[i] = useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
+  return train(published, data, useEntry, useLabel, choices).model;
 }
 
 }  // namespace
 
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit) {
-  Predictions out(data.windows.size());
-  predict(run, data, std::vector<bool>(data.windows.size(), true), visit, out);
-  return out;
+FoldModels oneModel(const Model& model, const LabelledProlines& data) {
+  return {{model}, std::vector<std::size_t>(data.windows.size(), 0)};
 }
 
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
-                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep, const PredictionVisitor& visit) {
+FoldModels trainFolds(const Model& published, const LabelledProlines& data, std::size_t folds,
+                      const TrainingChoices& choices, const OnStep& onStep) {
   std::size_t clusters = 0;
-  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
+  const std::vector<std::size_t> clusterOf = clusterNumbers(data, clusters);
   if (clusters < folds)
     throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
                 "ask for fewer folds with --cross-validate");
-  const std::vector<std::size_t> fold = foldOfCluster(clusters, folds);
-  Predictions out(cluster.size());
-  for (std::size_t f = 0; f < folds; ++f) {
-    std::vector<bool> inFold(cluster.size());
-    for (std::size_t i = 0; i < cluster.size(); ++i) inFold[i] = fold[cluster[i]] == f;
-    predictFold(published, data, asked, inFold, choices, visit, out);
-    if (onStep) onStep(f + 1, folds);
+  const std::vector<std::size_t> foldOfCluster = dealtOut(clusters, folds);
+  FoldModels folded;
+  for (const std::size_t cluster : clusterOf) folded.foldOf.push_back(foldOfCluster[cluster]);
+  for (std::size_t fold = 0; fold < folds; ++fold) {
+    folded.models.push_back(trainedWithout(fold, folded.foldOf, published, data, choices));
+    if (onStep) onStep(fold + 1, folds);
+  }
+  return folded;
+}
+
+Predictions predictAll(const FoldModels& folded, const LabelledProlines& data) {
+  Predictions out(data.windows.size());
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    const EntryShifts& entry = data.entry(i);
+    if (data.labels.prolines[i].structure && isPredictable(entry.residues, data.place(i)))
+      out[i] = predict(folded.of(i), tripletAt(entry.residues, entry.secondary, data.place(i)));
   }
   return out;
 }
@@ -114,20 +97,22 @@ Predictions crossValidate(const ReferenceTables& published, const LabelledProlin
 
 namespace {
 
-Evaluated evaluated(const LabelledProlines& data, std::size_t label, const ProlinePrediction& prediction,
-                    std::size_t cluster) {
+int shiftCount(const std::vector<Residue>& residues, std::size_t place) {
+  const int missing = missingShifts(residues[place - 1]) + missingShifts(residues[place]) +
+                      missingShifts(residues[place + 1]);
+  return static_cast<int>(kBackboneShifts) - missing + (isMissingCG(cgOf(residues[place])) ? 0 : 1);
+}
+
+Evaluated evaluated(const LabelledProlines& data, std::size_t label, std::size_t cluster) {
   const ProlineLabel& known = data.labels.prolines[label];
-  const EntryShifts& entry = data.entry(label);
+  const std::vector<Residue>& residues = data.entry(label).residues;
+  const Residue& residue = residues[data.place(label)];
   Evaluated proline;
   proline.label = label;
-  proline.isCis = known.structure == Omega::cis;
-  proline.pCis = prediction.pCis;
-  proline.pCisNorm = prediction.pCisNorm;
-  proline.shiftCounts = prediction.shiftCounts;
-  const auto cb = entry.cb.find(known.resid);
-  proline.hasCB = cb != entry.cb.end();
-  proline.hasCG = prediction.cgShift < kMissingBound;
-  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(cb->second) - prediction.cgShift;
+  proline.shiftCount = shiftCount(residues, data.place(label));
+  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
+  proline.hasCG = !isMissingCG(cgOf(residue));
+  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
   proline.byShift = known.byShift;
   proline.cluster = cluster;
   return proline;
@@ -145,7 +130,7 @@ Omega labelOf(const LabelledProlines& data, const Measurements& window) {
   return cis > trans ? Omega::cis : Omega::trans;
 }
 
-double medianOf(const Predictions& predictions, const Measurements& window, float ProlinePrediction::*value) {
+double medianOf(const Predictions& predictions, const Measurements& window, float CisPrediction::*value) {
   std::vector<double> values;
   for (const std::size_t i : window) values.push_back((*predictions[i]).*value);
   return median(std::move(values));
@@ -162,10 +147,10 @@ std::size_t middleOf(const Predictions& predictions, Measurements window) {
 Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions, const Measurements& window,
                     const std::vector<std::size_t>& cluster) {
   const std::size_t middle = middleOf(predictions, window);
-  Evaluated proline = evaluated(data, middle, *predictions[middle], cluster[middle]);
+  Evaluated proline = evaluated(data, middle, cluster[middle]);
   proline.isCis = labelOf(data, window) == Omega::cis;
-  proline.pCis = medianOf(predictions, window, &ProlinePrediction::pCis);
-  proline.pCisNorm = medianOf(predictions, window, &ProlinePrediction::pCisNorm);
+  proline.pCis = medianOf(predictions, window, &CisPrediction::pCis);
+  proline.pCisNorm = medianOf(predictions, window, &CisPrediction::pCisNorm);
   return proline;
 }
 

@@ -1,9 +1,7 @@
 // Predictions for labelled prolines, by given tables or by cross-validation over clusters.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -18,7 +16,7 @@ struct Evaluated {
   bool isCis = false;
   double pCis = 0;
   double pCisNorm = 0;
-  std::array<int, 3> shiftCounts{};  ///< backbone shifts of previous residue, proline, next residue
+  int shiftCount = 0;  ///< of the triplet, with CG
   bool hasCB = false;
   bool hasCG = false;
   double cbMinusCg = 0;  ///< ppm, where the proline has both
@@ -27,7 +25,6 @@ struct Evaluated {
 
   bool ruleApplies() const { return hasCB && hasCG; }
   bool isContradicted() const { return byShift == (isCis ? ShiftLabel::trans : ShiftLabel::cis); }
-  int shiftCount() const { return shiftCounts[0] + shiftCounts[1] + shiftCounts[2] + (hasCG ? 1 : 0); }
 };
 
 /// All that was predicted, one proline for each distinct window.
@@ -40,22 +37,28 @@ struct Evaluation {
 };
 
 /// One for each label; nothing where the program does not predict, or where there is no label by structure.
-using Predictions = std::vector<std::optional<ProlinePrediction>>;
+using Predictions = std::vector<std::optional<CisPrediction>>;
 
-/// Sees each prediction together with the run that made it, tables and all.
-using PredictionVisitor =
-    std::function<void(std::size_t label, ZORVELA& run, const ProlinePrediction& prediction)>;
+/// What predicts each label: a model for each fold.
+struct FoldModels {
+  std::vector<Model> models;
+  std::vector<std::size_t> foldOf;  ///< by label
 
-/// Predicts all labels by structure with the tables of the run object.
-Predictions predictAll(ZORVELA& run, const LabelledProlines& data, const PredictionVisitor& visit = {});
+  const Model& of(std::size_t label) const { return models[foldOf[label]]; }
+};
 
-/// Predicts each label by structure with tables that are trained without its fold: clusters are dealt out to
-/// the folds, and entries and windows of a fold are left out together with its clusters. `data` trains,
-/// `asked`, which differs from it in shifts alone, is predicted. Error if there are fewer clusters than
-/// folds, or a fold leaves no cis or no trans to train on. A step is a fold.
-Predictions crossValidate(const ReferenceTables& published, const LabelledProlines& data,
-                          const LabelledProlines& asked, std::size_t folds, const TrainingChoices& choices,
-                          const OnStep& onStep = {}, const PredictionVisitor& visit = {});
+/// Makes the same model predict all labels.
+FoldModels oneModel(const Model& model, const LabelledProlines& data);
+
+/// Trains a model for each fold without it: clusters are dealt out to the folds, and entries and windows of a
+/// fold are left out together with its clusters. Error if there are fewer clusters than folds, or a fold
+/// leaves no cis or no trans to train on. A step is a fold.
+FoldModels trainFolds(const Model& published, const LabelledProlines& data, std::size_t folds,
+                      const TrainingChoices& choices, const OnStep& onStep = {});
+
+/// Predicts all labels by structure. `data` may have other shifts than those that the models were trained
+/// on.
+Predictions predictAll(const FoldModels& folded, const LabelledProlines& data);
 
 /// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
 /// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the

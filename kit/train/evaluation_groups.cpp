@@ -21,9 +21,9 @@ std::vector<Group> groups() {
   const auto fairWithBoth = [](const Evaluated& p) { return p.ruleApplies() && !p.isContradicted(); };
   const auto onlyCB = [](const Evaluated& p) { return p.hasCB && !p.hasCG; };
   const auto noCB = [](const Evaluated& p) { return !p.hasCB; };
-  const auto few = [](const Evaluated& p) { return p.shiftCount() <= 9; };
-  const auto some = [](const Evaluated& p) { return p.shiftCount() >= 10 && p.shiftCount() <= 13; };
-  const auto many = [](const Evaluated& p) { return p.shiftCount() >= 14; };
+  const auto few = [](const Evaluated& p) { return p.shiftCount <= 9; };
+  const auto some = [](const Evaluated& p) { return p.shiftCount >= 10 && p.shiftCount <= 13; };
+  const auto many = [](const Evaluated& p) { return p.shiftCount >= 14; };
   return {{"all", "all prolines", Method::program, all},
           {"with_cb_and_cg", "with CB and CG", Method::program, withBoth},
           {"with_cb_and_cg_rule", "  CB - CG above 7.1 ppm", Method::rule, withBoth},

@@ -85,26 +85,6 @@ std::string number(double value) {
   return buffer;
 }
 
-void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigures& figures) {
-  char buffer[160];
-  std::snprintf(buffer, sizeof buffer, "\n%s: %zu starts of %zu prolines\n", name.c_str(), figures.starts,
-                figures.prolines);
-  out << buffer
-      << "          log loss (bits)                               undecided\n"
-         "shifts    by gain  at random  saved [95 %]              by gain  at random\n";
-  for (std::size_t i = 0; i < figures.steps.size(); ++i) {
-    const TrialStep& step = figures.steps[i];
-    std::snprintf(buffer, sizeof buffer, "%6zu    %7.4f  %9.4f  %6.4f [%.4f %.4f]  %8.3f  %9.3f\n", i,
-                  step.byGain, step.atRandom, step.atRandom - step.byGain, step.saved.low, step.saved.high,
-                  step.undecidedByGain, step.undecidedAtRandom);
-    out << buffer;
-  }
-  std::snprintf(buffer, sizeof buffer,
-                "The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n", figures.promised,
-                figures.kept);
-  out << buffer;
-}
-
 }  // namespace
 
 void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
@@ -150,7 +130,7 @@ void writePredictions(std::ostream& out, const Evaluation& evaluation, const Lab
     const ProlineLabel& label = data.labels.prolines[p.label];
     out << csvCell(label.entry) << ',' << label.resid << ',' << csvCell(data.windows[p.label]) << ','
         << csvCell(label.cluster) << ',' << (p.isCis ? "cis" : "trans") << ','
-        << (p.isContradicted() ? "yes" : "no") << ',' << p.shiftCount() << ','
+        << (p.isContradicted() ? "yes" : "no") << ',' << p.shiftCount << ','
         << (p.ruleApplies() ? number(p.cbMinusCg) : "") << ',' << number(p.pCis) << ',' << number(p.pCisNorm)
         << '\n';
   }
@@ -170,14 +150,6 @@ void writeCalibration(std::ostream& out, const Evaluation& evaluation) {
     out << number(bin.from) << ',' << number(bin.below) << ',' << bin.count << ',' << bin.cis << ','
         << number(bin.meanProbability) << ',' << number(bin.share) << ',' << number(bin.interval.low) << ','
         << number(bin.interval.high) << '\n';
-}
-
-void writeTrial(std::ostream& out, const Trial& trial, const std::string& tables, int rounds) {
-  out << "Tables: " << shown(tables) << "\nEach shift is hidden with a chance of one half, " << rounds
-      << " times for each proline; hidden ones are then\n"
-         "given back one at a time, by expected gain of information or at random.\n";
-  writeTrialSet(out, "All", trial.all);
-  writeTrialSet(out, "Undecided at the start", trial.undecided);
 }
 
 }  // namespace zorvela

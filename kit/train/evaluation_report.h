@@ -8,7 +8,6 @@
 #include "train/evaluation.h"
 #include "train/evaluation_groups.h"
 #include "train/labelled_prolines.h"
-#include "train/study/next_shift_trial.h"
 
 namespace zorvela {
 
@@ -24,7 +23,5 @@ void writePredictions(std::ostream& out, const Evaluation& evaluation, const Lab
 void writeRoc(std::ostream& out, const Evaluation& evaluation);
 /// CSV: predicted probability against observed share of cis.
 void writeCalibration(std::ostream& out, const Evaluation& evaluation);
-/// What the shifts that are measured next are worth, by expected gain and at random; hidden `rounds` times.
-void writeTrial(std::ostream& out, const Trial& trial, const std::string& tables, int rounds);
 
 }  // namespace zorvela

@@ -3,13 +3,11 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "ZORVELA.h"
-#include "predict/secondary_shifts.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -22,7 +20,7 @@ enum class ShiftLabel { none, cis, trans, unclear };
 struct ProlineLabel {
   std::size_t line = 0;            ///< in the labels file
   std::string entry;               ///< name of the shift table without ".tab"
-  int resid = 0;                   ///< residue number in the shift table
+  int resid = 0;                   ///< position in the sequence, from 1
   std::optional<Omega> structure;  ///< from structures; nothing where there is none
   ShiftLabel byShift = ShiftLabel::none;
   std::string cluster;  ///< proteins of one cluster share stretches of sequence
@@ -39,16 +37,11 @@ struct LabelFile {
 /// malformed, has another label, or repeats a proline.
 LabelFile readLabels(const std::string& path);
 
-/// The secondary shifts of one protein as the program assembles them, in little memory.
+/// One protein with its shifts.
 struct EntryShifts {
   std::string name;
-  std::vector<std::string> names;          ///< one-letter name of residue i + 1
-  std::vector<SecondaryShifts> secondary;  ///< of residue i + 1
-  std::vector<int> missing;                ///< how many of the six are missing
-  std::map<int, float> cg;                 ///< CG of prolines by residue number (ppm), 9999 if absent
-  std::map<int, float> cb;                 ///< observed CB of prolines by residue number (ppm)
-
-  int length() const { return static_cast<int>(names.size()); }
+  std::vector<Residue> residues;
+  std::vector<BackboneValues> secondary;  ///< of each residue
 };
 
 /// All entries of the labels, and the labels in the order of the file.
@@ -57,35 +50,21 @@ struct LabelledProlines {
   std::vector<EntryShifts> entries;  ///< in the order in which the labels name them
   std::vector<std::size_t> entryOf;  ///< for each label, the index of its entry
   std::vector<std::string> windows;  ///< for each label, the nine residues around it
-  std::size_t notFinite = 0;         ///< shifts (nan, inf) that were left out
 
   const EntryShifts& entry(std::size_t label) const { return entries[entryOf[label]]; }
+  /// Place of the proline in the residues of its entry.
+  std::size_t place(std::size_t label) const {
+    return static_cast<std::size_t>(labels.prolines[label].resid) - 1;
+  }
 };
 
 /// Called after each step of long work with how many are done, of how many.
 using OnStep = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Reads the labels and, from `folder`, the shift table of each entry; `run` holds the random-coil
-/// tables by which the program makes secondary shifts. Error, with the line of the labels, for an
-/// entry without a file and for a label of a residue that is no proline. A step is an entry.
-LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, ZORVELA& run,
+/// Reads the labels and, from `folder`, the shift table of each entry; `model` has the random-coil shifts.
+/// Error, with the line of the labels, for an entry without a file and for a label of a residue that is not a
+/// proline. A step is an entry.
+LabelledProlines readLabelled(const std::string& labelsPath, const std::string& folder, const Model& model,
                               const OnStep& onStep = {});
-
-/// Puts an entry back into a run object, so that its triplets, predictions and offsets can be asked for. Only
-/// residues that are asked for have rows: call `focus` before each question on a proline.
-class EntryView {
- public:
-  EntryView(ZORVELA& run, const EntryShifts& entry);
-  /// Rows of residues `resid` - 1 to `resid` + 1.
-  void focus(int resid);
-  /// Rows of all residues.
-  void showAll();
-
- private:
-  void addRows(int first, int last);
-
-  ZORVELA& zorvela;
-  const EntryShifts& shifts;
-};
 
 }  // namespace zorvela

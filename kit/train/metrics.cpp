@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "train/statistics_tools.h"
+#include "util/robust.h"
 
 namespace zorvela {
 

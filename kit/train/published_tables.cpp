@@ -1,9 +1,10 @@
 // Published values into tables: random-coil shifts, neighbour effects, neighbours of prolines.
 #include "train/published_tables.h"
 
-#include <algorithm>
 #include <array>
+#include <filesystem>
 #include <map>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -17,7 +18,7 @@ namespace zorvela {
 
 namespace {
 
-using AtomValues = std::array<double, kAtomsPerResidue>;
+using AtomValues = std::array<double, kBackboneAtoms>;
 
 // --- Origin ---------------------------------------------------------------------------------------
 
@@ -72,19 +73,19 @@ std::map<std::string, AtomValues> readRandomCoil(const std::string& path) {
   for (const StrictCsv::Row& row : csv.rows) {
     const auto [found, isNew] = shifts.try_emplace(row.fields[type]);
     if (!isNew) failTwice(csv, row, row.fields[type]);
-    for (std::size_t k = 0; k < kAtoms.size(); ++k)
-      found->second[k] = publishedShift(csv, row, csv.column(kAtoms[k]));
+    for (std::size_t k = 0; k < kBackboneAtoms; ++k)
+      found->second[k] = publishedShift(csv, row, csv.column(backboneNames()[k]));
   }
   requireTypes(path, shifts);
   const AtomValues& reduced = shifts["C"];
   AtomValues& oxidised = shifts[kDisulfide];
-  for (std::size_t k = 0; k < kAtoms.size(); ++k) oxidised[k] = reduced[k] + kOxidisedLessReduced[k];
+  for (std::size_t k = 0; k < kBackboneAtoms; ++k) oxidised[k] = reduced[k] + kOxidisedLessReduced[k];
   shifts[kKnownCis] = shifts["P"];
   return shifts;
 }
 
 GDB tableOf(const std::map<std::string, AtomValues>& values, const std::vector<std::string>& remarks) {
-  GDB table = startTable(remarks, "RESNAME N HA C CA CB HN", "%s" + repeated(" %9.3f", kAtoms.size()) + " ");
+  GDB table = startTable(remarks, "RESNAME N HA C CA CB HN", "%s" + repeated(" %9.3f", kBackboneAtoms) + " ");
   for (const std::string& name : rowNames()) {
     std::vector<std::string> cells = {name};
     for (const double value : values.at(name)) cells.push_back(fixed(value, 3));
@@ -123,14 +124,12 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
   std::map<std::string, AtomValues> effects;
   std::set<std::pair<std::string, std::string>> seen;
   for (const StrictCsv::Row& row : csv.rows) {
-    const auto found = std::find(kAtoms.begin(), kAtoms.end(), row.fields[atom]);
-    if (found == kAtoms.end())
-      csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN",
-               "correct or remove the line");
+    const std::optional<Atom> shifted = atomNamed(row.fields[atom]);
+    if (!shifted || indexOf(*shifted) >= kBackboneAtoms)
+      csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN", kCorrectLine);
     if (!seen.emplace(row.fields[type], row.fields[atom]).second)
       failTwice(csv, row, row.fields[atom] + " beside " + row.fields[type]);
-    const auto k = static_cast<std::size_t>(found - kAtoms.begin());
-    effects[row.fields[type]][k] = csv.number(row, value);
+    effects[row.fields[type]][indexOf(*shifted)] = csv.number(row, value);
   }
   requireTypes(path, effects);
   effects[kDisulfide] = effects["C"];
@@ -153,8 +152,7 @@ std::map<std::string, Counts> readCounts(const StrictCsv& csv) {
   for (const StrictCsv::Row& row : csv.rows) {
     const std::string& name = row.fields[type];
     if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
-      csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types",
-               "correct or remove the line");
+      csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types", kCorrectLine);
     const auto [found, isNew] = counts.try_emplace(name);
     if (!isNew) failTwice(csv, row, name);
     for (std::size_t i = 0; i < kShareColumns.size(); ++i) {
@@ -216,6 +214,17 @@ GDB sequenceTable(const std::string& path, int pseudocount) {
 }
 
 }  // namespace
+
+PublishedData besideLabels(PublishedData published, const std::string& labels) {
+  const std::filesystem::path folder = std::filesystem::path(labels).parent_path();
+  const auto fill = [&](std::string& path, const char* name) {
+    if (path.empty()) path = (folder / name).string();
+  };
+  fill(published.neighbours, "proline_neighbour_counts.csv");
+  fill(published.randomCoil, "random_coil/nielsen_mulder_2018.csv");
+  fill(published.neighbourEffects, "random_coil/nielsen_mulder_2018_neighbours.csv");
+  return published;
+}
 
 ReferenceTables publishedTables(const PublishedData& data, int pseudocount) {
   ReferenceTables tables;

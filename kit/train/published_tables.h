@@ -14,6 +14,9 @@ struct PublishedData {
   std::string neighbourEffects;  ///< what neighbours do to them (ppm)
 };
 
+/// The same with the names of our data folder where a path is empty: beside the labels.
+PublishedData besideLabels(PublishedData published, const std::string& labels);
+
 /// All tables but limits and shifts. `pseudocount` is added to each count of neighbours, so that no
 /// residue type is impossible. Error for a file that is malformed, lacks one of the 20 residue types
 /// or has one twice.

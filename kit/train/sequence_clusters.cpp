@@ -57,16 +57,16 @@ std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequen
   std::vector<std::size_t> different;
   joinEqual(sequences, sets, different);
 
-  std::unordered_map<std::uint64_t, std::vector<std::size_t>> sequencesOf;
-  std::vector<std::vector<std::uint64_t>> words;
+  std::unordered_map<std::string, std::vector<std::size_t>> sequencesOf;
+  std::vector<std::vector<std::string>> words;
   for (const std::size_t i : different) {
     words.push_back(wordsOf(sequences[i], kWordLength));
-    for (const std::uint64_t word : words.back()) sequencesOf[word].push_back(words.size() - 1);
+    for (const std::string& word : words.back()) sequencesOf[word].push_back(words.size() - 1);
   }
   std::vector<std::size_t> shared(different.size(), 0);
   for (std::size_t a = 0; a < different.size(); ++a) {
     std::vector<std::size_t> touched;
-    for (const std::uint64_t word : words[a]) {
+    for (const std::string& word : words[a]) {
       const std::vector<std::size_t>& others = sequencesOf[word];
       if (others.size() > kMostSequencesOfWord) continue;
       for (const std::size_t b : others) {

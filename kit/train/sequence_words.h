@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,8 +10,7 @@ namespace zorvela {
 /// The sequence with C for c: the state of a thiol does not tell proteins apart.
 std::string withoutThiolState(std::string sequence);
 
-/// The distinct words of `length` residues (up to 8), ascending, each as a number. Words with an unknown
-/// residue are left out.
-std::vector<std::uint64_t> wordsOf(const std::string& sequence, std::size_t length);
+/// The distinct words of `length` residues, ascending. Words with an unknown residue are left out.
+std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length);
 
 }  // namespace zorvela

@@ -2,33 +2,18 @@
 #include "train/strict_csv.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <system_error>
+#include <cstdlib>
 #include <utility>
 
 #include "formats/input_bytes.h"
 #include "formats/text/delimited_text.h"
-#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
-namespace {
-
-std::string wholeFile(const std::string& path) {
-  try {
-    return readWhole(path, kLargestInput);
-  } catch (const std::system_error& e) {
-    throw Error(path, 0, e.code().message(), "give the path of a CSV file");
-  }
-}
-
-}  // namespace
-
 StrictCsv::StrictCsv(const std::string& file) : path(file) {
-  const std::string text = wholeFile(path);
+  const std::string text = fileBytes(path);
   std::size_t pos = 0;
   std::size_t number = 0;
   while (const auto line = nextLine(text, pos)) {
@@ -44,7 +29,7 @@ StrictCsv::StrictCsv(const std::string& file) : path(file) {
       fail(row,
            counted(row.fields.size(), "field", "fields") + " where the header has " +
                std::to_string(header.size()),
-           "correct or remove the line");
+           kCorrectLine);
     } else {
       rows.push_back(std::move(row));
     }
@@ -65,22 +50,16 @@ std::size_t StrictCsv::column(const std::string& name) const {
 
 int StrictCsv::integer(const Row& row, std::size_t column) const {
   const std::string& text = row.fields[column];
-  int value = 0;
-  const char* end = text.data() + text.size();
-  const auto [parsed, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || parsed != end)
-    fail(row, header[column] + " is \"" + text + "\", no whole number", "correct or remove the line");
-  return value;
+  const auto value = toInteger(text);
+  if (!value) fail(row, header[column] + " is \"" + text + "\", not a whole number", kCorrectLine);
+  return *value;
 }
 
 double StrictCsv::number(const Row& row, std::size_t column) const {
   const std::string& text = row.fields[column];
-  double value = 0;
-  const char* end = text.data() + text.size();
-  const auto [parsed, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || parsed != end || !std::isfinite(value))
-    fail(row, header[column] + " is \"" + text + "\", no number", "correct or remove the line");
-  return value;
+  const auto value = toDecimal(text);
+  if (!value) fail(row, header[column] + " is \"" + text + "\", not a number", kCorrectLine);
+  return std::strtod(value->c_str(), nullptr);
 }
 
 void StrictCsv::fail(const Row& row, const std::string& what, const std::string& remedy) const {

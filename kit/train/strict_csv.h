@@ -7,6 +7,9 @@
 
 namespace zorvela {
 
+/// What to do about a line that is wrong.
+inline constexpr const char* kCorrectLine = "correct or remove the line";
+
 class StrictCsv {
  public:
   struct Row {
@@ -24,11 +27,10 @@ class StrictCsv {
   std::size_t column(const std::string& name) const;
   /// Index of a column; the number of columns where the header lacks it.
   std::size_t findColumn(const std::string& name) const;
-  bool hasColumn(const std::string& name) const { return findColumn(name) < header.size(); }
 
-  /// A whole number in a field; Error where it is none or does not fit.
+  /// A whole number in a field; Error where it is not one or does not fit.
   int integer(const Row& row, std::size_t column) const;
-  /// A finite decimal number in a field; Error where it is none.
+  /// A finite decimal number in a field; Error where it is not one.
   double number(const Row& row, std::size_t column) const;
   /// An Error that names the file, the line of the row and the cause.
   [[noreturn]] void fail(const Row& row, const std::string& what, const std::string& remedy) const;

@@ -48,7 +48,7 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   const std::size_t j = place[i];
   if (j == kNoResidue || place[i - 1] == kNoResidue || place[i - 1] + 1 != j) return nullptr;
   const StructureResidue& residue = chain.residues[j];
-  return residue.letter == kProline ? &residue : nullptr;
+  return residue.letter == kProlineCode ? &residue : nullptr;
 }
 
 void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment,
@@ -63,6 +63,14 @@ void add(const StructureResidue& residue, const std::string& chain, const ChainA
   tally.chain = chain;
   tally.identity = alignment.identity();
   tally.aligned = alignment.aligned;
+}
+
+/// By identity, then by length; of equals the first by name.
+bool fitsBetter(const Ballot& ballot, const ProlineVotes& than) {
+  if (than.best.empty()) return true;
+  if (ballot.identity != than.bestIdentity) return ballot.identity > than.bestIdentity;
+  if (ballot.aligned != than.bestAligned) return ballot.aligned > than.bestAligned;
+  return ballot.structure < than.best;
 }
 
 const char* tierText(Tier tier) {
@@ -96,22 +104,21 @@ LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
   for (std::size_t p = 0; p < all.size(); ++p) {
     const std::string& sequence = all[p].sequence;
     for (std::size_t i = 0; i < sequence.size(); ++i)
-      if (sequence[i] == kProline) {
+      if (sequence[i] == kProlineCode) {
         votes[p].emplace_back();
         votes[p].back().position = static_cast<int>(i) + 1;
       }
     if (votes[p].empty()) continue;
-    for (const std::uint64_t word : wordsOf(sequence, kWordLength))
-      proteinsWith[word].push_back(static_cast<std::uint32_t>(p));
+    for (const std::string& word : wordsOf(sequence, kWordLength)) proteinsWith[word].push_back(p);
   }
 }
 
 std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) const {
-  std::unordered_map<std::uint32_t, std::size_t> shared;
-  for (const std::uint64_t word : wordsOf(chain.letters(), kWordLength)) {
+  std::unordered_map<std::size_t, std::size_t> shared;
+  for (const std::string& word : wordsOf(chain.letters(), kWordLength)) {
     const auto known = proteinsWith.find(word);
     if (known == proteinsWith.end()) continue;
-    for (const std::uint32_t protein : known->second) ++shared[protein];
+    for (const std::size_t protein : known->second) ++shared[protein];
   }
   std::vector<std::size_t> result;
   for (const auto& [protein, count] : shared)
@@ -120,7 +127,7 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
@@ -148,8 +155,8 @@ std::vector<LabelVotes::Ballot> LabelVotes::ballots(const ProteinStructure& stru
   return result;
 }
 
-void LabelVotes::count(std::vector<Ballot> cast) {
-  for (Ballot& ballot : cast) {
+void LabelVotes::count(const std::vector<Ballot>& ballots) {
+  for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
     if (ballot.tier < proline.tier) continue;
     if (ballot.tier > proline.tier) {
@@ -159,12 +166,8 @@ void LabelVotes::count(std::vector<Ballot> cast) {
       proline.tier = ballot.tier;
     }
     ++(ballot.isCis ? proline.cis : proline.trans);
-    const auto rank = [](double identity, std::size_t aligned) { return std::make_pair(identity, aligned); };
-    const auto before = rank(proline.bestIdentity, proline.bestAligned);
-    const auto now = rank(ballot.identity, ballot.aligned);
-    if (now < before || (now == before && !proline.best.empty() && ballot.structure >= proline.best))
-      continue;
-    proline.best = std::move(ballot.structure);
+    if (!fitsBetter(ballot, proline)) continue;
+    proline.best = ballot.structure;
     proline.bestIdentity = ballot.identity;
     proline.bestAligned = ballot.aligned;
   }
@@ -172,15 +175,15 @@ void LabelVotes::count(std::vector<Ballot> cast) {
 
 std::size_t LabelVotes::prolines() const {
   std::size_t count = 0;
-  for (const auto& protein : votes) count += protein.size();
+  for (const auto& ofProtein : votes) count += ofProtein.size();
   return count;
 }
 
 std::size_t LabelVotes::labelled() const {
+  const auto isLabelled = [](const ProlineVotes& proline) { return proline.cis != proline.trans; };
   std::size_t count = 0;
-  for (const auto& protein : votes)
-    for (const ProlineVotes& proline : protein)
-      if (proline.cis != proline.trans) ++count;
+  for (const auto& ofProtein : votes)
+    count += static_cast<std::size_t>(std::count_if(ofProtein.begin(), ofProtein.end(), isLabelled));
   return count;
 }
 

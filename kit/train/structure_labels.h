@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <unordered_map>
@@ -27,6 +26,17 @@ struct ProlineVotes {
   std::size_t bestAligned = 0;
 };
 
+/// The vote of one structure for one proline.
+struct Ballot {
+  std::size_t protein = 0;
+  std::size_t proline = 0;  ///< index into its prolines
+  Tier tier = Tier::none;
+  bool isCis = false;
+  std::string structure;
+  double identity = 0;
+  std::size_t aligned = 0;
+};
+
 /// Collects the votes of structures for the prolines of proteins.
 ///
 /// A chain fits a protein if at least `identity` percent of the aligned residues are identical, and at least
@@ -42,11 +52,9 @@ class LabelVotes {
   LabelVotes(std::vector<Protein> proteins, double identity);
 
   /// The votes of one structure, without counting them. May run in several threads at once.
-  struct Ballot;
   std::vector<Ballot> ballots(const ProteinStructure& structure) const;
-  /// Counts votes, all of them: it takes no memory that could end midway. The order in which structures come
-  /// does not matter.
-  void count(std::vector<Ballot> ballots);
+  /// Counts votes. The order in which structures come does not matter.
+  void count(const std::vector<Ballot>& ballots);
 
   std::size_t proteinCount() const { return all.size(); }
   /// How many prolines have a label, of how many.
@@ -61,18 +69,8 @@ class LabelVotes {
 
   std::vector<Protein> all;
   std::vector<std::vector<ProlineVotes>> votes;  ///< for each protein
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> proteinsWith;
+  std::unordered_map<std::string, std::vector<std::size_t>> proteinsWith;
   double leastIdentity;
-};
-
-struct LabelVotes::Ballot {
-  std::size_t protein = 0;
-  std::size_t proline = 0;  ///< index into its prolines
-  Tier tier = Tier::none;
-  bool isCis = false;
-  std::string structure;
-  double identity = 0;
-  std::size_t aligned = 0;
 };
 
 /// The name of an entry or structure: the file's without folder, ".gz" and ending, and without the "pdb" of

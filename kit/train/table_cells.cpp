@@ -4,8 +4,15 @@
 #include <cstdio>
 
 #include "util/number.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
+
+std::vector<std::string> backboneNames() {
+  std::vector<std::string> names;
+  for (const Atom atom : kBackbone) names.emplace_back(nameOf(atom));
+  return names;
+}
 
 std::vector<std::string> rowNames() {
   std::vector<std::string> names;
@@ -35,6 +42,10 @@ std::string fixed(double value, int decimals) {
   const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
   if (isZero && text.front() == '-') text.erase(0, 1);
   return text;
+}
+
+float thousandths(double value) {
+  return GDB::toFloat(fixed(value, 3));
 }
 
 std::string shortest(double value) {

@@ -1,10 +1,14 @@
 // Limits of secondary shifts, and means and deviations of shifts around cis and trans prolines.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <vector>
 
-#include "predict/tables.h"
+#include "GDB.h"
 #include "train/labelled_prolines.h"
+#include "util/robust.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -26,9 +30,31 @@ struct TrainingChoices {
   int pseudocount = 1;           ///< added to each count of neighbours
 };
 
-/// Fills in limits and shifts from the entries and labels that are marked as used. Error if no cis,
-/// or no trans, proline with enough shifts is among them.
-void trainTables(ReferenceTables& tables, const LabelledProlines& data, const std::vector<bool>& useEntry,
-                 const std::vector<bool>& useLabel, const TrainingChoices& choices);
+/// The shifts of one index. `cis` and `trans` are those of the sample; the prediction uses the others.
+struct IndexStatistics {
+  Sample cis;
+  Sample trans;
+  double stdCis = 1;
+  double stdTrans = 1;
+};
+
+/// What training finds.
+struct Training {
+  Model model;  ///< with limits, means and deviations as the tables print them
+  std::array<IndexStatistics, kShifts> shifts;
+  std::size_t secondaryShifts = 0;  ///< in the limits
+  std::size_t entries = 0;
+  std::size_t cisProlines = 0;  ///< windows in the statistics
+  std::size_t transProlines = 0;
+};
+
+/// Adds limits, means and deviations to published values, from the entries and labels that are marked as
+/// used. Error if no cis, or no trans, proline with enough shifts is among them.
+Training train(const Model& published, const LabelledProlines& data, const std::vector<bool>& useEntry,
+               const std::vector<bool>& useLabel, const TrainingChoices& choices);
+
+/// Writes the limits as sslimit.tab, and the shifts as Pro.cs.tab.
+GDB limitsTable(const Training& training, const TrainingChoices& choices);
+GDB shiftTable(const Training& training, const TrainingChoices& choices);
 
 }  // namespace zorvela

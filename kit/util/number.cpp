@@ -71,4 +71,11 @@ std::string numberText(float value) {
   return scientific.size() < plain.size() ? scientific : plain;
 }
 
+std::string signedText(double value, int decimals) {
+  const std::string text = fixedText(std::fabs(value), decimals);
+  const bool isZero = text.find_first_not_of("0.") == std::string::npos;
+  if (isZero) return text;
+  return (value < 0 ? "-" : "+") + text;
+}
+
 }  // namespace zorvela

@@ -12,4 +12,7 @@ std::string numberText(float value);
 /// With so many decimals, as printf writes it.
 std::string fixedText(double value, int decimals);
 
+/// The same with a sign but for zero: "+4.1", "-0.3", "0.0".
+std::string signedText(double value, int decimals = 1);
+
 }  // namespace zorvela

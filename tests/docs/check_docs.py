@@ -2,7 +2,7 @@
 """Compares the documents, help texts, man pages and the schema with the programs.
 
   check_docs.py             the programs of build/release; all checks
-  check_docs.py --update    write the real output into the documents; a running time alone is no reason to
+  check_docs.py --update    write the real output into the documents and the options into the man page; a running time alone is no reason to
   check_docs.py --build build/sanitize
 """
 import argparse
@@ -25,9 +25,11 @@ def main():
                       ZORVELA_KIT=str(arguments.build.resolve() / "kit" / "zorvela-kit"), PYTHONPATH=str(SUPPORT))
     if arguments.update:
         sys.path.insert(0, str(SUPPORT))
-        import blocks  # pylint: disable=import-outside-toplevel  # it reads the environment
+        import blocks  # pylint: disable=import-outside-toplevel  # they read the environment
+        import man_page  # pylint: disable=import-outside-toplevel
         for document in blocks.DOCUMENTS:
             blocks.update(document)
+        man_page.MAN_PAGE.write_text(man_page.renewed(), encoding="utf-8")
         return 0
     tests = map(str, sorted(HERE.glob("*_test.py")))
     return subprocess.run([sys.executable, "-B", "-m", "zorvela_tests", *tests], check=False).returncode

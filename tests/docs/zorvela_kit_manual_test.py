@@ -1,4 +1,4 @@
-"""zorvela-kit(1) and doc/kit.md have the options, thresholds, columns and reasons of the program and of its schema."""
+"""zorvela-kit(1) and doc/kit.md have the thresholds, columns and reasons of the program and of its schema."""
 import json
 import re
 import unittest
@@ -23,34 +23,10 @@ def help_of(command):
     return program.kit(command, "--help").stdout
 
 
-def options_of(command):
-    """Long options of a sub-command, without --help."""
-    names = re.findall(r"^ +(?:-\w,)?--([a-z-]+)", help_of(command), re.MULTILINE)
-    return sorted(name for name in names if name != "help")
-
-
-def section(command):
-    """The part of the man page on a sub-command."""
-    return re.split(r"^\.Sh ", MAN_PAGE.split(f".Sh {command.upper()}\n", 1)[1], maxsplit=1, flags=re.MULTILINE)[0]
-
-
 class ManPage(unittest.TestCase):
-    def test_every_option_of_every_sub_command_once(self):
-        commands = sub_commands()
-        self.assertIn("run", commands)
-        for command in commands:
-            with self.subTest(command=command):
-                documented = re.findall(r"^\.It (?:Fl \w , )?Fl -([a-z-]+)", section(command), re.MULTILINE)
-                self.assertEqual(sorted(documented), options_of(command))
-
     def test_thresholds(self):
         least, most = re.search(r"at least ([0-9.]+[0-9]),.*at most ([0-9.]+[0-9]),", help_of("run")).groups()
         self.assertIn(f".It cis\nat least {least};\n.It trans\nat most {most};\n", MAN_PAGE)
-
-    def test_defaults_of_training(self):
-        for option, default in re.findall(r"^ +--([a-z-]+) \S*=(\S+)", help_of("train"), re.MULTILINE):
-            text = section("train").split(f"Fl -{option}", 1)[1].split(".It", 1)[0]
-            self.assertRegex(text, rf"[( ]default:? {re.escape(default)}[),. ;]|\bCm {default}\b[^;]*default", option)
 
 
 class Document(unittest.TestCase):

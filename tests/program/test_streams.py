@@ -84,7 +84,8 @@ class Unwritable(Streams):
     def test_a_full_device(self):
         for option in ("-sum", "-out"):
             with self.subTest(option):
-                self.expect(["-in", "in.tab", option, "/dev/full"], HEAD + LISTING + TIME_LINE, WARNING * 2)
+                self.expect(["-in", "in.tab", option, "/dev/full"], HEAD + LISTING + TIME_LINE,
+                            WARNING * 2 + "\tCan't save file /dev/full\n")
 
     def test_nowhere(self):
         self.expect(["-in", "in.tab", "-out", "/dev/null"], HEAD + LISTING + TIME_LINE, WARNING * 2)

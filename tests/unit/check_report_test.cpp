@@ -323,7 +323,7 @@ TEST_F(CheckReport, OffsetsOfTheReportAreThoseGivenAsNumbers) {
     add(resid, "HA", "9999");
     add(resid, "C", "0.5");
   }
-  const std::vector<ReferencingOffset> fits = zorvela.referencingOffsets();
+  const std::vector<FittedOffset> fits = zorvela.referencingOffsets();
   ASSERT_EQ(fits.size(), 4U);
   EXPECT_EQ(fits[0].atom, "CA");
   EXPECT_EQ(fits[0].offset, 1.5F);

@@ -125,7 +125,7 @@ TEST_F(Probability, IsMadeOfTheEvidenceThatItComesWith) {
   setStatistics(18, 24.0F, 27.0F, 0.5F, 2.0F);
   setShares(0.3F, 0.5F, 0.7F, 0.25F);
   zorvela.cgShifts[2] = 25.0F;
-  const ProlineEvidence evidence = predict().evidence;
+  const zorvela::ProlineEvidence evidence = predict().evidence;
   for (std::size_t k = 0; k <= 18; ++k) EXPECT_EQ(evidence.shifts[k].isMissing, k != 10 && k != 18) << k;
   EXPECT_EQ(evidence.shifts[10].used, 1.5F);
   EXPECT_EQ(evidence.shifts[10].lnCis, -0.125);
@@ -138,13 +138,11 @@ TEST_F(Probability, IsMadeOfTheEvidenceThatItComesWith) {
   EXPECT_NEAR(predict().pCis, 0.3420548F, 1e-6F);
 }
 
-TEST_F(Probability, EvidenceHasTheShiftBeforeAndAfterItsLimits) {
+TEST_F(Probability, UsesShiftsWithinTheirLimits) {
   zorvela.clipShifts = true;
   addRow(zorvela.limitTable, {{"RESNAME", "P"}, {"CB_MIN", "-1"}, {"CB_MAX", "1"}});
   setShift(10, "1.5");
-  const ProlineEvidence evidence = predict().evidence;
-  EXPECT_EQ(evidence.shifts[10].secondary, 1.5F);
-  EXPECT_EQ(evidence.shifts[10].used, 1.0F);
+  EXPECT_EQ(predict().evidence.shifts[10].used, 1.0F);
 }
 
 TEST_F(Probability, MovesFromIndexToIndexWithTheAtoms) {
@@ -209,11 +207,14 @@ TEST_F(Probability, DeviationOfZeroIsNotGuarded) {
   EXPECT_TRUE(std::isnan(predict().pCis)) << "infinity times zero";
 }
 
-TEST_F(Probability, MissingStatisticsReadAsZero) {
+TEST_F(Probability, MissingStatisticsReadAsZeroAndAreAdded) {
   zorvela.avgCis.clear();
   zorvela.stdCis.clear();
   setShift(0, "1");
   EXPECT_EQ(predict().pCis, 0.0F);
+  // Those of a missing shift are not looked up.
+  EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{0, 0.0F}}));
+  EXPECT_EQ(zorvela.stdCis, (std::map<int, float>{{0, 0.0F}}));
 }
 
 TEST_F(Probability, IsGivenForProlinesOnly) {

@@ -11,9 +11,9 @@ using support::tableOf;
 
 }  // namespace
 
-class ReferenceShifts : public testing::Test {
+class ReferenceLookups : public testing::Test {
  protected:
-  ReferenceShifts() {
+  ReferenceLookups() {
     zorvela.rcTable = randomCoil();
     addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "0.25"}});
     addRow(zorvela.prevTable, {{"RESNAME", "A"}, {"CA", "0.5"}});
@@ -23,56 +23,56 @@ class ReferenceShifts : public testing::Test {
   ZORVELA zorvela;
 };
 
-TEST_F(ReferenceShifts, EachLookupReadsItsOwnTable) {
+TEST_F(ReferenceLookups, EachLookupReadsItsOwnTable) {
   EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
   EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
   EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.5F);
   EXPECT_EQ(zorvela.getNextRCadj("A", "CA"), -1.5F);
 }
 
-TEST_F(ReferenceShifts, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
+TEST_F(ReferenceLookups, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
   EXPECT_EQ(zorvela.getRC("W", "CA"), 9999.0F);
   EXPECT_EQ(zorvela.getRCadj("W", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getPrevRCadj("W", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getNextRCadj("W", "CA"), 0.0F);
 }
 
-TEST_F(ReferenceShifts, KnownResidueTypeWithoutTheAtomColumnIsZero) {
+TEST_F(ReferenceLookups, KnownResidueTypeWithoutTheAtomColumnIsZero) {
   EXPECT_EQ(zorvela.getRC("A", "CG"), 0.0F);
   EXPECT_EQ(zorvela.getRCadj("A", "N"), 0.0F);
   EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), 0.0F);
   EXPECT_EQ(zorvela.getNextRCadj("A", "N"), 0.0F);
 }
 
-TEST_F(ReferenceShifts, EmptyResidueNameFindsNoRow) {
+TEST_F(ReferenceLookups, EmptyResidueNameFindsNoRow) {
   EXPECT_EQ(zorvela.getRCadj("", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getNextRCadj("", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getRC("", "CA"), 9999.0F);
 }
 
-TEST_F(ReferenceShifts, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {
+TEST_F(ReferenceLookups, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {
   zorvela.prevTable = tableOf("VARS CA\nFORMAT %f\n0.75\n0.5\n");
   EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.75F);
   EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.0F);
 }
 
-TEST_F(ReferenceShifts, ResidueNamesAreCaseSensitive) {
+TEST_F(ReferenceLookups, ResidueNamesAreCaseSensitive) {
   EXPECT_EQ(zorvela.getRC("a", "CA"), 9999.0F);
 }
 
-TEST_F(ReferenceShifts, FirstRowOfATypeWins) {
+TEST_F(ReferenceLookups, FirstRowOfATypeWins) {
   addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "7"}});
   EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
 }
 
-TEST_F(ReferenceShifts, TextThatIsNoNumberIsZero) {
+TEST_F(ReferenceLookups, TextThatIsNoNumberIsZero) {
   addRow(zorvela.rcTable, {{"RESNAME", "X"}, {"CA", "none"}, {"CB", ""}});
   EXPECT_EQ(zorvela.getRC("X", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getRC("X", "CB"), 0.0F);
 }
 
-TEST_F(ReferenceShifts, EmptyTablesKnowNothing) {
+TEST_F(ReferenceLookups, EmptyTablesKnowNothing) {
   ZORVELA empty;
   EXPECT_EQ(empty.getRC("A", "CA"), 9999.0F);
   EXPECT_EQ(empty.getRCadj("A", "CA"), 0.0F);

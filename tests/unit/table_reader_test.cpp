@@ -318,7 +318,7 @@ TEST(TableReader, FormatItemsPassThroughTheScratchBufferAsFarAsTheyFit) {
   EXPECT_STREQ(tableOf("VARS A B\nFORMAT %4d %8.3f\n1 2\n").formatScratch, "%8.3f");
   table.FORMAT_str_parser("%4d %" + std::string(1000, '0') + "9d");
   EXPECT_EQ(table.formatScratch, "%" + std::string(GDB::kScratchSize - 2, '0'));
-  EXPECT_THROW(table.setFormats("%4d %5.1e"), BadTable);
+  EXPECT_TRUE(table.setFormats("%4d %5.1e").has_value());
   EXPECT_STREQ(table.formatScratch, "%5.1e");
 }
 

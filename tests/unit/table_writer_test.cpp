@@ -304,10 +304,10 @@ TEST(TableWriter, DirectoryInPlaceOfAFileIsAMessage) {
   EXPECT_EQ(output.err, "\tCan't save file " + dir.path() + "\n");
 }
 
-TEST(TableWriter, FullDeviceSaysNothing) {
+TEST(TableWriter, FullDeviceIsAFileThatCannotBeSaved) {
   GDB table = shiftTable();
   const support::Output output = outputOf([&] { table.saveGDB("/dev/full"); });
-  EXPECT_EQ(output.err, "");
+  EXPECT_EQ(output.err, "\tCan't save file /dev/full\n");
 }
 
 // --- Standard layouts ---------------------------------------------------------------------------

@@ -126,20 +126,6 @@ TEST_F(Triplets, NumbersThatAreNotPlainAreNoResidues) {
   }
 }
 
-TEST_F(Triplets, OfManyResiduesArePredictedAsOneByOne) {
-  zorvela.missingCount = {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}};
-  for (int k = 0; k <= 18; ++k) zorvela.avgCis[k] = zorvela.stdCis[k] = zorvela.stdTrans[k] = 1.0F;
-  zorvela.proSeqCis = zorvela.proSeqTrans = {{"A", {{1, 1.0F}}}, {"G", {{3, 1.0F}}}};
-  const auto predictions = zorvela.predictProlines({3, 2, 3, 9});
-  ASSERT_EQ(predictions.size(), 4U);
-  const auto one = zorvela.predictProline(3);
-  ASSERT_TRUE(one.has_value() && predictions[0].has_value() && predictions[2].has_value());
-  EXPECT_EQ(predictions[0]->pCis, one->pCis);
-  EXPECT_EQ(predictions[2]->names, one->names);
-  EXPECT_FALSE(predictions[1].has_value()) << "alanine";
-  EXPECT_FALSE(predictions[3].has_value()) << "no residue";
-}
-
 TEST_F(Triplets, MissingCountsOf4And4And0AreRejected) {
   EXPECT_FALSE(accepts(4, 4, 0));
   EXPECT_FALSE(accepts(0, 4, 4));

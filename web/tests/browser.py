@@ -12,6 +12,7 @@ from web import SITE
 try:
     from selenium import webdriver
     from selenium.webdriver.chrome.service import Service
+    from selenium.webdriver.common import utils
     from selenium.webdriver.common.by import By
     from selenium.webdriver.common.keys import Keys  # noqa: F401  (tests say browser.Keys)
     from selenium.webdriver.support.ui import Select, WebDriverWait  # noqa: F401
@@ -46,6 +47,19 @@ class Server:
         self._server.server_close()
 
 
+def driver_service():
+    """Chromium's driver, asked at the loopback address: a bare machine does not know the name localhost."""
+    class Driver(Service):
+        @property
+        def service_url(self):
+            return f"http://127.0.0.1:{self.port}"
+
+        def is_connectable(self):
+            return utils.is_connectable(self.port, "127.0.0.1")
+
+    return Driver("/usr/bin/chromedriver")
+
+
 def start(*arguments):
     """A headless Chromium that keeps to itself."""
     options = webdriver.ChromeOptions()
@@ -55,7 +69,7 @@ def start(*arguments):
                      "--no-first-run", *arguments):
         options.add_argument(argument)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    return webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+    return webdriver.Chrome(options=options, service=driver_service())
 
 
 class Page:

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace zorvela {
@@ -16,6 +15,19 @@ namespace zorvela {
 struct LoopLine {
   std::uint32_t firstValue = 0;  ///< from 0
   std::uint32_t number = 0;      ///< from 1
+};
+
+/// The lines of a loop that have values.
+struct LoopLines {
+  std::vector<LoopLine> list;
+  std::uint32_t values = 0;
+
+  /// Adds a value that begins on a line.
+  void add(std::size_t line) {
+    const auto number = static_cast<std::uint32_t>(line);
+    if (list.empty() || list.back().number != number) list.push_back({values, number});
+    ++values;
+  }
 };
 
 /// Lines whose values are no whole rows.
@@ -32,8 +44,8 @@ struct LoopLayout {
   std::vector<BadLines> bad;
 };
 
-/// Tells them apart. Each line has a value, and `columns` is above 0.
-LoopLayout loopLayout(const std::vector<LoopLine>& lines, std::size_t valueCount, std::size_t columns);
+/// Tells them apart; `columns` is above 0.
+LoopLayout loopLayout(const LoopLines& lines, std::size_t columns);
 
 /// A line of a loop that does not hold whole rows.
 struct OddLine {
@@ -42,9 +54,7 @@ struct OddLine {
 };
 
 /// The first line of a loop with a value missing or left over, if most of its lines hold whole rows. Nothing
-/// where the lines say nothing of the rows. `begins`: the places of all values of the loop in the text, in
-/// order.
-std::optional<OddLine> firstOddLine(std::string_view text, const std::vector<std::size_t>& begins,
-                                    std::size_t columns);
+/// where the lines say nothing of the rows.
+std::optional<OddLine> firstOddLine(const LoopLines& lines, std::size_t columns);
 
 }  // namespace zorvela

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/star/loop_lines.h"
+#include "formats/star/star_chains.h"
 #include "formats/star/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -27,18 +28,6 @@ struct Edit {
   std::string replacement;
 };
 
-bool isOfSequence(std::string_view tag) {
-  return equalIgnoringCase(tag.substr(0, kCategory.size()), kCategory);
-}
-
-std::optional<bool> readFlag(std::string_view text) {
-  for (const char* word : {"true", "yes"})
-    if (equalIgnoringCase(text, word)) return true;
-  for (const char* word : {"false", "no"})
-    if (equalIgnoringCase(text, word)) return false;
-  return std::nullopt;
-}
-
 bool isEmpty(const StarToken& value) {
   return value.isPlain && (value.value == "." || value.value == "?");
 }
@@ -55,7 +44,7 @@ class Annotator {
 
   NefAnnotation run() {
     for (token = tokens.next(); token.kind != Kind::end;) {
-      if (token.kind == Kind::frame && equalIgnoringCase(token.value.substr(0, 5), "data_"))
+      if (token.kind == Kind::frame && startsIgnoringCase(token.value, "data_"))
         block = token.value.substr(5);
       if (token.kind == Kind::loop)
         readLoop();
@@ -70,24 +59,30 @@ class Annotator {
 
  private:
   void readLoop() {
-    const std::size_t start = token.begin;
+    const std::size_t line = token.line;
     std::vector<StarToken> tags;
     for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next()) tags.push_back(token);
-    const bool isSequence = !tags.empty() && isOfSequence(tags.front().value);
+    const bool isSequence = !tags.empty() && startsIgnoringCase(tags.front().value, kCategory);
     std::vector<StarToken> values;
     for (; token.kind == Kind::value; token = tokens.next()) {
-      if (token.isOpen)
-        throw FileError(name, tokens.lineOf(token.begin), "a quoted text has no end", "close it");
+      if (token.isOpen) throw FileError(name, token.line, "a quoted text has no end", "close it");
       if (isSequence) values.push_back(token);
     }
-    if (isSequence) annotate(start, tags, values);
+    if (isSequence) annotate(line, tags, values);
   }
 
-  void annotate(std::size_t start, const std::vector<StarToken>& tags, const std::vector<StarToken>& values) {
+  void annotate(std::size_t line, const std::vector<StarToken>& tags, const std::vector<StarToken>& values) {
     ++loops;
-    checkLines(tags, values);
+    LoopLines lines;
+    for (const StarToken& value : values) lines.add(value.line);
+    // A value that is missing in one row and left over in another would move the flags between them.
+    if (const auto odd = firstOddLine(lines, tags.size()))
+      throw FileError(name, odd->number,
+                      "this row of the sequence has " + counted(odd->values, "value", "values") + " for " +
+                          counted(tags.size(), "column", "columns"),
+                      kMendLoop);
     if (values.size() % tags.size() != 0)
-      throw FileError(name, tokens.lineOf(start),
+      throw FileError(name, line,
                       "the sequence loop has " + counted(values.size(), "value", "values") + " for " +
                           counted(tags.size(), "column", "columns"),
                       kMendLoop);
@@ -97,8 +92,7 @@ class Annotator {
     // Early files call it residue_type.
     const std::size_t residue = columnOf(tags, {"residue_name", "residue_type"});
     if (number == kAbsent || residue == kAbsent)
-      throw FileError(name, tokens.lineOf(start),
-                      "the sequence loop has no column sequence_code or residue_name",
+      throw FileError(name, line, "the sequence loop has no column sequence_code or residue_name",
                       "give a NEF file with the sequence of its molecules");
     if (flag == kAbsent) addColumn(tags.back(), tags[number]);
     for (std::size_t first = 0; first < values.size(); first += tags.size()) {
@@ -110,18 +104,6 @@ class Annotator {
       else if (wanted)
         setFlag(values[first + flag], row, *wanted);
     }
-  }
-
-  /// A value that is missing in one row and left over in another would move the flags between them.
-  void checkLines(const std::vector<StarToken>& tags, const std::vector<StarToken>& values) const {
-    std::vector<std::size_t> begins;
-    begins.reserve(values.size());
-    for (const StarToken& value : values) begins.push_back(value.begin);
-    if (const auto odd = firstOddLine(text, begins, tags.size()))
-      throw FileError(name, odd->number,
-                      "this row of the sequence has " + counted(odd->values, "value", "values") + " for " +
-                          counted(tags.size(), "column", "columns"),
-                      kMendLoop);
   }
 
   static std::size_t columnOf(const std::vector<StarToken>& tags, const std::vector<std::string>& names) {

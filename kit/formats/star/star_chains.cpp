@@ -182,7 +182,7 @@ Polymer polymerOfWords(const std::string& words) {
   return isOther ? Polymer::other : Polymer::unknown;
 }
 
-std::optional<bool> readFlag(const std::string& word) {
+std::optional<bool> readFlag(std::string_view word) {
   if (equalIgnoringCase(word, "true") || equalIgnoringCase(word, "yes")) return true;
   if (equalIgnoringCase(word, "false") || equalIgnoringCase(word, "no")) return false;
   return std::nullopt;
@@ -235,13 +235,6 @@ std::string foreignStar(const StarEntry& entry) {
     for (const ForeignTag& tag : kForeignMmcif)
       if (isIn(tag.start)) return tag.what;
   return {};
-}
-
-std::string nameOf(std::string text, std::vector<std::string>& notes) {
-  if (text.size() <= kLongestName) return text;
-  const std::string note = "names of more than " + std::to_string(kLongestName) + " characters are cut";
-  if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
-  return printable(text, kLongestName);
 }
 
 void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name) {

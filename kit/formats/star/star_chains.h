@@ -58,7 +58,7 @@ bool isDisulfideBond(const std::string& type, const std::string& atom1, const st
 Polymer polymerOfWords(const std::string& words);
 
 /// What a flag of a cis peptide bond says: true for cis, false for trans, nothing where it is empty.
-std::optional<bool> readFlag(const std::string& word);
+std::optional<bool> readFlag(std::string_view word);
 
 /// Notes on what a molecule's own words say against a prediction: a paramagnetic centre, a state that is
 /// not folded. `state` and `paramagnetic` as the file has them, empty where it is silent.
@@ -77,9 +77,6 @@ std::string foreignStar(const StarEntry& entry);
 
 /// Makes the names of chains differ: a name that several have gets the place of the chain after it.
 void makeNamesDiffer(std::vector<FileChain>& chains);
-
-/// A name from a file: one above `kLongestName` bytes is cut, with a note.
-std::string nameOf(std::string text, std::vector<std::string>& notes);
 
 /// Adds room for the rows of one more table to a list that is not among those of the file yet; FileError
 /// where the file has more rows or lists than any real one. `name` is how messages name the file.

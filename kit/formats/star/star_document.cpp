@@ -176,26 +176,25 @@ class Parser {
     loop.firstTag = small(file.tags.size());
     loop.firstValue = small(file.values.size());
     bool isOfUse = false;
-    lines.clear();
+    lines.list.clear();
+    lines.values = 0;
     for (advance(); token.kind == Kind::tag; advance()) {
       isOfUse = isOfUse || isNeeded(token.value);
       file.tags.push_back(spanOf(token.value));
     }
     loop.tagCount = small(file.tags.size() - loop.firstTag);
     if (isOfUse && file.values.capacity() == 0) reserveValues();
-    std::size_t count = 0;
-    for (; token.kind == Kind::value; advance(), ++count) {
+    for (; token.kind == Kind::value; advance()) {
       if (token.isOpen) noteOpenQuote(isOfUse);
-      if (lines.empty() || lines.back().number != token.line)
-        lines.push_back({small(count), small(token.line)});
+      lines.add(token.line);
       if (isOfUse) file.values.push_back(spanOf(token.value));
     }
     if (token.kind == Kind::stop) advance();
     lastTag = {};
-    loop.isEmpty = count == 0;
+    loop.isEmpty = lines.values == 0;
     if (loop.tagCount > 0)
-      settleRows(loop, count, isOfUse);
-    else if (count > 0)
+      settleRows(loop, isOfUse);
+    else if (!loop.isEmpty)
       notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
@@ -210,16 +209,17 @@ class Parser {
   }
 
   /// Leaves out rows with values missing or left over, where the lines show which they are.
-  void settleRows(StarLoop& loop, std::size_t count, bool isOfUse) {
+  void settleRows(StarLoop& loop, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
-    const LoopLayout layout = loopLayout(lines, count, columns);
+    const std::size_t lineCount = lines.list.size();
+    const LoopLayout layout = loopLayout(lines, columns);
     if (layout.bad.empty()) return;
-    const bool fills = count % columns == 0;
-    const bool isByLine = layout.wholeLines * 2 >= lines.size();
+    const bool fills = lines.values % columns == 0;
+    const bool isByLine = layout.wholeLines * 2 >= lineCount;
     // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
     // With few columns many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
-    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lines.size() * 9 : !isByLine;
+    const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
     if (fills && runsOn) return;
     for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
     loop.lacksRows = true;
@@ -260,8 +260,8 @@ class Parser {
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
-  std::string_view lastTag;     ///< of the pair before; empty after a loop
-  std::vector<LoopLine> lines;  ///< of the loop that is read
+  std::string_view lastTag;  ///< of the pair before; empty after a loop
+  LoopLines lines;           ///< of the loop that is read
   LimitedNotes notes{"places that are not valid STAR"};
 };
 

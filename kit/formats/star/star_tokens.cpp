@@ -109,9 +109,4 @@ void StarTokens::readWord(StarToken& token) const {
   token.isPlain = token.kind == StarToken::Kind::value;
 }
 
-std::size_t StarTokens::lineOf(std::size_t offset) const {
-  const std::string_view before = source.substr(0, offset);
-  return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), newline));
-}
-
 }  // namespace zorvela

@@ -39,8 +39,6 @@ class StarTokens {
   explicit StarTokens(std::string_view text);
   /// The next token; one of the kind `end` at the end, however often it is asked for.
   StarToken next();
-  /// The line of a byte, from 1.
-  std::size_t lineOf(std::size_t offset) const;
 
  private:
   void readTextField(StarToken& token);

@@ -26,8 +26,6 @@ constexpr const char* kColumnsRemedy =
     "resid,resname,atom,shift";
 // A title or a comment may stand above the column names, but no more than a page of it.
 constexpr std::size_t kMostLinesAbove = 50;
-// Longer names would fill every row of a report.
-constexpr std::size_t kLongestChainName = 200;
 
 class CsvReader {
  public:
@@ -45,10 +43,7 @@ class CsvReader {
     refuseDoubtful(survey, columns, fileName);
     leaveOutColumns();
     file.lists[0].shifts.reserve(survey.shiftCount);
-    forEachRow(text, layout, [this](const CsvRow& row) {
-      readRow(row);
-      return Rows::goOn;
-    });
+    forEachRow(text, layout, [this](const CsvRow& row) { readRow(row); });
     nameResidues();
     addNotes();
     return std::move(file);
@@ -212,10 +207,7 @@ class CsvReader {
     if (isNew) {
       checkLimit(file.chains.size() + 1, limits::kNamedChains, fileName, line);
       file.chains.emplace_back();
-      file.chains.back().name = printable(name, kLongestChainName);
-      if (name.size() > kLongestChainName)
-        file.notes.push_back("a chain name of " + std::to_string(name.size()) +
-                             " bytes is cut: " + printable(name, 20));
+      file.chains.back().name = printable(nameOf(name, file.notes), kLongestName + 3);
     }
     return entry->second;
   }

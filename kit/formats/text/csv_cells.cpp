@@ -59,7 +59,7 @@ bool canBeShiftOf(const std::string& atom, const std::string& value) {
 bool canBeShiftIn(const std::string& residue, const std::string& atom, const std::string& value) {
   if (!isNumber(value)) return false;
   const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
-  return reading.names[0] == nullptr || canBeShiftOf(reading.names[0], value);
+  return !reading.isInTable() || canBeShiftOf(std::string(nameOf(reading.atom)), value);
 }
 
 bool isMissingNumber(const std::string& cell) {

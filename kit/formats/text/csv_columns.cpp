@@ -146,7 +146,7 @@ std::string plainAtom(std::string_view name) {
   for (const AtomAlias& alias : kAtomAliases)
     if (alias.name == name) return std::string(alias.atom);
   const std::string atom = upper(name);
-  return isTableAtom(atom) ? atom : std::string();
+  return atomNamed(atom) ? atom : std::string();
 }
 
 std::string atomWithoutEnding(std::string_view name) {

@@ -146,7 +146,8 @@ std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_
   return std::nullopt;
 }
 
-void forEachRow(std::string_view text, const CsvLayout& layout, const std::function<Rows(CsvRow&)>& use) {
+void forEachRow(std::string_view text, const CsvLayout& layout,
+                const std::function<void(const CsvRow&)>& use) {
   std::size_t number = layout.line;
   for (std::size_t pos = layout.start; const auto line = nextLine(text, pos);) {
     ++number;
@@ -156,7 +157,7 @@ void forEachRow(std::string_view text, const CsvLayout& layout, const std::funct
     cutRow(*line, layout, row);
     const auto isEmpty = [](const std::string& cell) { return cell.empty(); };
     if (row.fault.empty() && std::all_of(row.cells.begin(), row.cells.end(), isEmpty)) continue;
-    if (use(row) == Rows::stop) return;
+    use(row);
   }
 }
 
@@ -186,13 +187,11 @@ void findPlaces(std::string_view text, CsvLayout& layout) {
   forEachRow(text, layout, [&](const CsvRow& row) {
     ++rows;
     if (row.fault.empty()) ++whole;
-    return rows <= kMostTextRows ? Rows::goOn : Rows::stop;
   });
-  if (whole == rows || rows > kMostTextRows) return;
+  if (whole == rows) return;
   layout.isByPlace = true;
   forEachRow(text, layout, [&](const CsvRow& row) {
     if (row.fault.empty()) ++placed;
-    return Rows::goOn;
   });
   layout.isByPlace = placed * 2 > rows;
 }

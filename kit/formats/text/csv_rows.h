@@ -8,14 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "formats/limits.h"
 #include "formats/text/delimited_text.h"
 
 namespace zorvela {
-
-/// A text with more rows is no shift file: at most `kMostShiftRows` of them can hold shifts, no more than
-/// these may lack a residue, and no more than both together may lack cells.
-inline constexpr std::size_t kMostTextRows = 4 * kMostShiftRows;
 
 /// How the rows of a table are cut into cells.
 struct CsvLayout {
@@ -36,12 +31,9 @@ struct CsvRow {
   std::string fault;  ///< "9 cells, the header has 7"; empty for a row that is whole
 };
 
-/// Whether the rows after one are wanted.
-enum class Rows { goOn, stop };
-
-/// Calls `use` with each row in turn until it stops; empty lines, comments and the rules of drawn tables are
-/// none.
-void forEachRow(std::string_view text, const CsvLayout& layout, const std::function<Rows(CsvRow&)>& use);
+/// Calls `use` with each row in turn; empty lines, comments and the rules of drawn tables are none.
+void forEachRow(std::string_view text, const CsvLayout& layout,
+                const std::function<void(const CsvRow&)>& use);
 
 /// The next line that is not blank, from a position on; both move along. Nothing at the end.
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line);
@@ -52,8 +44,7 @@ std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line);
 
-/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps. Not in a text
-/// of more than `kMostTextRows` rows.
+/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps.
 void findPlaces(std::string_view text, CsvLayout& layout);
 
 }  // namespace zorvela

@@ -28,19 +28,11 @@ class Surveyor {
     forEachRow(text, layout, [this](const CsvRow& row) {
       survey.cells.add(!row.fault.empty(), row.line, [&row] { return row.fault; });
       if (row.fault.empty()) lookAt(row);
-      survey.isCutShort = areMostForCertain();
-      return survey.isCutShort ? Rows::stop : Rows::goOn;
     });
     return std::move(survey);
   }
 
  private:
-  /// Whether the rows that will not do are more than half of all, however many shifts follow.
-  bool areMostForCertain() const {
-    const std::size_t most = mostShiftRows(text.size());
-    return survey.residues.refused > most || survey.cells.refused > 2 * most;
-  }
-
   void countShifts(std::size_t more, std::size_t line) {
     survey.shiftCount += more;
     if (survey.shiftCount > mostShiftRows(text.size()))
@@ -111,9 +103,8 @@ class Surveyor {
 };
 
 /// "3 of 5"
-std::string share(const CsvSurvey& survey, const Refusals& rows) {
-  return std::to_string(rows.refused) + " of " + (survey.isCutShort ? "the first " : "") +
-         std::to_string(rows.looked);
+std::string share(const Refusals& rows) {
+  return std::to_string(rows.refused) + " of " + std::to_string(rows.looked);
 }
 
 }  // namespace
@@ -145,13 +136,13 @@ CsvSurvey surveyOf(std::string_view text, const CsvLayout& layout, const CsvColu
 void refuseDoubtful(const CsvSurvey& survey, const CsvColumns& columns, const std::string& file) {
   constexpr std::size_t kFewRows = 3;
   if (survey.cells.areMost())
-    throw FileError(file, survey.cells.line,
-                    "most rows (" + share(survey, survey.cells) + ") do not fit the columns, the first by " +
-                        survey.cells.first,
-                    kCellsRemedy);
+    throw FileError(
+        file, survey.cells.line,
+        "most rows (" + share(survey.cells) + ") do not fit the columns, the first by " + survey.cells.first,
+        kCellsRemedy);
   if (survey.residues.areMost())
     throw FileError(file, survey.residues.line,
-                    "most rows (" + share(survey, survey.residues) + ") name no residue" +
+                    "most rows (" + share(survey.residues) + ") name no residue" +
                         (columns.lackAtoms() ? " with its atom: " : ": ") + survey.residues.first,
                     "is this a table of shifts? It needs columns resid, resname, atom and shift");
   if (survey.dashes.meaning() == Dash::unclear)
@@ -169,10 +160,10 @@ void refuseDoubtful(const CsvSurvey& survey, const CsvColumns& columns, const st
     throw FileError(file, 0, "the shifts seem to be cut at their decimal commas",
                     "write decimal points, or semicolons between the columns");
   if (survey.shifts.areMost())
-    throw FileError(file, survey.shifts.line,
-                    "most values (" + share(survey, survey.shifts) +
-                        ") can be no shifts of their atoms: " + survey.shifts.first,
-                    "check that the columns hold what their names say");
+    throw FileError(
+        file, survey.shifts.line,
+        "most values (" + share(survey.shifts) + ") can be no shifts of their atoms: " + survey.shifts.first,
+        "check that the columns hold what their names say");
 }
 
 }  // namespace zorvela

@@ -80,7 +80,6 @@ struct CsvSurvey {
   RowCounter counter;
   std::size_t splitDecimals = 0;  ///< rows with whole numbers for shift and in the next column
   std::size_t shiftCount = 0;     ///< and rows that only name a residue
-  bool isCutShort = false;        ///< the first rows were enough to refuse the table
 };
 
 /// Looks at all rows; `file` is how messages name it. FileError beyond what a file of this size may hold.

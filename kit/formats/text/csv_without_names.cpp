@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "formats/limits.h"
 #include "formats/text/csv_cells.h"
 #include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
@@ -28,9 +27,7 @@ struct Kinds {
 
 bool isTableAtomName(const std::string& cell) {
   for (const char letter : {'A', 'G', 'P'})
-    if (const auto kind = readAtom(letter, cell).kind;
-        kind == AtomReading::Kind::table || kind == AtomReading::Kind::pseudo)
-      return true;
+    if (readAtom(letter, cell).isInTable()) return true;
   return false;
 }
 
@@ -136,15 +133,14 @@ std::optional<CsvTable> tableWithoutNames(std::string_view text) {
   table.layout.names.assign(layout->width(), "");
   std::vector<Kinds> kinds(layout->width());
   std::size_t rows = 0;
-  bool areWhole = true;
+  bool isPlain = true;
   forEachRow(text, table.layout, [&](const CsvRow& row) {
     ++rows;
-    areWhole = row.fault.empty();
-    for (std::size_t i = 0; areWhole && i < kinds.size(); ++i) narrow(row.cells[i], kinds[i]);
-    // A table with more rows is refused for its length.
-    return areWhole && mayHaveRoles(kinds) && rows <= kMostShiftRows ? Rows::goOn : Rows::stop;
+    isPlain = isPlain && row.fault.empty();
+    for (std::size_t i = 0; isPlain && i < kinds.size(); ++i) narrow(row.cells[i], kinds[i]);
+    isPlain = isPlain && mayHaveRoles(kinds);
   });
-  if (!areWhole || rows < kFewestRows || !findRoles(kinds, table.columns)) return std::nullopt;
+  if (!isPlain || rows < kFewestRows || !findRoles(kinds, table.columns)) return std::nullopt;
   return table;
 }
 

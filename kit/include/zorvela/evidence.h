@@ -10,25 +10,18 @@
 #include <string>
 #include <vector>
 
+#include "zorvela/core.h"
+
 namespace zorvela {
 
 /// Shift index of the proline's own CB and CG.
-inline constexpr int kIndexCB = 10;
-inline constexpr int kIndexCG = 18;
+inline constexpr int kIndexCB = static_cast<int>(shiftIndex(0, Atom::CB));
+inline constexpr int kIndexCG = static_cast<int>(shiftIndex(0, Atom::CG));
 
-/// What the shifts of one class have: mean and standard deviation as the model uses them (ppm).
-struct ClassShift {
-  float mean = 0;
-  float deviation = 0;
-};
-
-/// The place of a shift in the triplet, by its index: 0 to 17 are N, HA, C, CA, CB, HN of the residue before,
-/// of the proline and of the residue after; 18 is CG of the proline.
-struct ShiftPlace {
-  int residue = 0;  ///< -1 before, 0 the proline, 1 after
-  std::string atom;
-};
-ShiftPlace shiftPlace(int index);
+/// The name of the atom of a shift index.
+inline std::string atomName(int index) {
+  return std::string(nameOf(shiftPlace(static_cast<std::size_t>(index)).atom));
+}
 
 /// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts, observed less reference; of
 /// CG they are the shift itself.
@@ -64,8 +57,8 @@ struct NextShift {
 struct Evidence {
   NeighbourContribution before;
   NeighbourContribution after;
-  std::array<ShiftContribution, 19> shifts;  ///< by shift index
-  std::vector<NextShift> next;               ///< the measurable ones, the most worth first
+  std::array<ShiftContribution, kShifts> shifts;  ///< by shift index
+  std::vector<NextShift> next;                    ///< the measurable ones, the most worth first
 
   /// That of a shift index, which must be one of the triplet; see `shiftPlace`.
   const ShiftContribution& shift(int index) const { return shifts[static_cast<std::size_t>(index)]; }

@@ -1,7 +1,7 @@
-// Predicts whole proteins: reference tables read once, one predictor per thread.
+// Predicts whole proteins: reference tables read once, one predictor for all threads.
 //
 //   const Tables tables = tablesFromFolder("share/zorvela/tab");
-//   Predictor predictor(tables);
+//   const Predictor predictor(tables);
 //   for (const Protein& protein : readShiftFile("your.str", {})) use(predictor.predict(protein));
 //
 // Nothing here writes to a standard stream, ends the process or keeps state between objects.
@@ -15,11 +15,10 @@
 #include <vector>
 
 #include "zorvela/calls.h"
+#include "zorvela/core.h"
 #include "zorvela/evidence.h"
 #include "zorvela/finding.h"
 #include "zorvela/protein.h"
-
-class ZORVELA;
 
 namespace zorvela {
 
@@ -42,8 +41,8 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts);
 
 /// What the model expects of the shifts of cis and of trans prolines.
 struct ClassStatistics {
-  std::array<ClassShift, 19> cis;  ///< by shift index (ppm); see `ShiftContribution`
-  std::array<ClassShift, 19> trans;
+  std::array<ClassShift, kShifts> cis;  ///< by shift index (ppm); see `ShiftContribution`
+  std::array<ClassShift, kShifts> trans;
   float prolineCB = 0;      ///< random-coil CB of proline, without neighbours (ppm)
   std::string fingerprint;  ///< eight hexadecimal digits; the same for the same values in all seven tables
 };
@@ -125,20 +124,18 @@ struct PredictorOptions {
   bool rereference = false;
 };
 
-/// Predicts one protein after the other. Not for several threads at once: give each its own.
+/// Predicts proteins. Any number of threads may share it.
 class Predictor {
  public:
   explicit Predictor(const Tables& tables, const PredictorOptions& options = {});
-  Predictor(Predictor&& other) noexcept;
-  Predictor& operator=(Predictor&& other) noexcept;
-  ~Predictor();
 
-  /// Every proline of the protein, with the reason where it is not predicted.
-  ProteinResult predict(const Protein& protein);
+  /// Every proline of the protein, with the reason where it is not predicted. std::out_of_range for a shift
+  /// of a residue that the sequence has not.
+  ProteinResult predict(const Protein& protein) const;
 
  private:
   PredictorOptions options;
-  std::unique_ptr<ZORVELA> run;
+  std::shared_ptr<const Model> model;
 };
 
 }  // namespace zorvela

@@ -1,21 +1,27 @@
 // One protein chain with its shifts, whatever file it came from.
 #pragma once
 
+#include <cstdint>
+#include <iosfwd>
 #include <map>
 #include <string>
 #include <vector>
 
-class GDB;
+#include "zorvela/core.h"
 
 namespace zorvela {
 
-/// One shift of a backbone atom, CB, or CG of proline. Atom names are those of the shift table: HN for
-/// the amide proton, HA2 and HA3 for glycine, which have the same value where the file has one for both.
+/// One shift of a backbone atom, CB, or CG of proline. HA2 and HA3 have the same value where the file has one
+/// for both.
 struct Shift {
-  int resid = 0;      ///< from 1, position in `Protein::sequence`
-  std::string atom;   ///< N, HN, HA, HA2, HA3, C, CA, CB, CG
-  std::string shift;  ///< ppm, with all digits of the file: a plain decimal number ("8.25", "-0.3")
+  int position = 0;  ///< of its residue in `Protein::sequence`, from 1
+  Atom atom = Atom::N;
+  std::uint8_t decimals = 0;  ///< as the file has them
+  double ppm = 0;
 };
+
+/// Gives the shift in ppm with the decimals of the file: "8.25".
+std::string shiftText(const Shift& shift);
 
 /// A chain with one set of shifts. Residue 1 is the first of the sequence, whatever its own number; a residue
 /// that is missing in the file, and one that is no amino acid, has a place in it and no name.
@@ -25,11 +31,10 @@ struct Shift {
 /// each atom; there may be none. A shift that was not measured is absent; 999 ppm and above counts as absent
 /// too.
 struct Protein {
-  std::string file;   ///< path as the user gave it, for messages and reports
-  std::string chain;  ///< name or number in the file; empty where the file has none
-  std::string list;   ///< name of the shift list; empty where the file has none
-  std::string
-      sequence;  ///< one-letter codes; c: disulfide cysteine, p: proline to pass over, ?: unknown or gap
+  std::string file;      ///< path as the user gave it, for messages and reports
+  std::string chain;     ///< name or number in the file; empty where the file has none
+  std::string list;      ///< name of the shift list; empty where the file has none
+  std::string sequence;  ///< one-letter codes; c: disulfide cysteine, p: proline to pass over, ?: unknown
   std::vector<std::string> numbers;  ///< one for each residue: the file's own, with insertion code ("52A")
   /// What the file says of the peptide bond before a residue, by position from 1: true cis, false trans.
   /// Those of which it says nothing are absent.
@@ -40,9 +45,9 @@ struct Protein {
   std::vector<std::string> asides;   ///< the same, of what is so in nearly every file: for programs only
 };
 
-/// The chain as the table that the program reads: its remarks, its sequence and a row for each shift, with
-/// residues from 1 and all digits of the shifts. Control characters in remarks become blanks. Without shifts
-/// there are no rows. std::out_of_range for a shift of a residue that the sequence has not.
-GDB toTable(const Protein& protein);
+/// Writes the chain as the table that the program reads: its remarks, its sequence and a row for each shift,
+/// with residues from 1. Control characters in remarks become blanks. std::out_of_range for a shift of a
+/// residue that the sequence has not.
+void writeShiftTable(const Protein& protein, std::ostream& out);
 
 }  // namespace zorvela

@@ -15,7 +15,7 @@ namespace zorvela {
 /// Predicts what `read` gives for a file, and compares it with the structures, if there are any. An Error of
 /// the file is its error in the results; it ends nothing else.
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
-                    Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
+                    const Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
 
 /// Notes in the report which chains of its structures have no shifts, once all files are in it.
 void noteChainsWithoutShifts(RunReport& report);

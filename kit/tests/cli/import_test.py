@@ -769,7 +769,7 @@ class TableTest(ImportTest):
 
     def test_bad_tables(self):
         remedy = "; write VARS RESID RESNAME ATOMNAME SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows"
-        self.check_error('standard input:2: bad FORMAT item "%5.1e"' + remedy, "-",
+        self.check_error('standard input:2: Bad format syntax \'%5.1e\'' + remedy, "-",
                          data=b"VARS RESID SHIFT\nFORMAT %4d %5.1e\n1 5\n")
         self.check_error("standard input: the table has no column ATOMNAME" + remedy, "-",
                          data=b"VARS RESID RESNAME SHIFT\nFORMAT %4d %s %f\n1 A 5\n")

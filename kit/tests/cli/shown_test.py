@@ -146,7 +146,7 @@ class Shown(folder.InFolder):
         self.put(b"labels.csv", b"entry,resid,label_structure,cluster\nplain,4,cis,k" + BAD + b"\nplain,14,trans,m\n")
         tables = b"tab" + BAD
         shutil.copytree(os.fsencode(program.TABLES), os.path.join(self.folder, tables))
-        for options in ([], ["--json"], ["--next-shift"], ["--referencing"], ["--predictions", "-", "--output", "f"]):
+        for options in ([], ["--json"], ["--predictions", "-", "--output", "f"]):
             self.check_kit("evaluate", "--entries", "entries", "--labels", "labels.csv", "--tables", tables, *options)
 
     def test_labels_of_the_wrong_kind(self):

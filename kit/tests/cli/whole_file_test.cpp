@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <iterator>
 #include <ostream>
 #include <string>
@@ -40,7 +42,7 @@ TEST_F(WriteWhole, WritesANewFileAndLeavesNothingBesideIt) {
 
 TEST_F(WriteWhole, ReplacesAFileAndKeepsItsPermissions) {
   const std::string path = write("out", "old and longer");
-  chmod(path.c_str(), 0640);
+  chmod(path.c_str(), 06640);  // with set-user-id and set-group-id, which do not stay
   zorvela::writeWhole(path, [](std::ostream& out) { out << "new"; });
   EXPECT_EQ(readFile(path), "new");
   struct stat info {};
@@ -69,14 +71,32 @@ TEST_F(WriteWhole, KeepsTheOldFileWhenTheWriterThrows) {
   EXPECT_EQ(fileCount(), 1U);
 }
 
-TEST_F(WriteWhole, KeepsTheOldFileWhenTheStreamFails) {
-  const std::string path = write("out", "old");
-  EXPECT_NE(messageOf([&] {
-              zorvela::writeWhole(path, [](std::ostream& out) { out.setstate(std::ios::badbit); });
-            }),
-            "no error");
-  EXPECT_EQ(readFile(path), "old");
+TEST_F(WriteWhole, LeavesNothingWhereTheNewFileFindsNoPlace) {
+  const std::string path = (folder / "out").string();
+  EXPECT_EQ(messageOf([&] { zorvela::writeWhole(path, [&](std::ostream&) { fs::create_directory(path); }); }),
+            path + ": cannot be written: Is a directory; choose another place with --output, or make room");
   EXPECT_EQ(fileCount(), 1U);
+}
+
+TEST_F(WriteWhole, DoesNotReplaceAFileThatMayNotBeWritten) {
+  const std::string path = write("out", "old");
+  chmod(path.c_str(), 0444);
+  chmod(folder.c_str(), 0777);
+  const auto writeAsNobody = [&path] {
+    if (geteuid() == 0 && seteuid(65534) != 0) return std::string("still root");
+    std::string messages;
+    for (const std::string& place : {path, std::string("/new")})
+      messages += messageOf([&place] { zorvela::writeWhole(place, [](std::ostream&) {}); });
+    return messages;
+  };
+  EXPECT_EXIT(
+      {
+        std::cerr << writeAsNobody();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0),
+      "/out: cannot be written: Permission denied.*/new: cannot be written: Permission denied");
+  EXPECT_EQ(readFile(path), "old");
 }
 
 TEST_F(WriteWhole, SaysWhyAFolderThatIsMissingTakesNoFile) {
@@ -107,12 +127,26 @@ TEST_F(WriteWhole, ReportsAFullDevice) {
 
 TEST_F(WriteWhole, AnInterruptRemovesTheTemporaryFileAndKeepsTheOldOne) {
   const std::string path = write("out", "old");
-  EXPECT_EXIT(zorvela::writeWhole(path,
-                                  [](std::ostream& out) {
-                                    out << "half" << std::flush;
-                                    std::raise(SIGTERM);
-                                  }),
-              testing::KilledBySignal(SIGTERM), "");
-  EXPECT_EQ(readFile(path), "old");
-  EXPECT_EQ(fileCount(), 1U);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    EXPECT_EXIT(zorvela::writeWhole(path,
+                                    [number](std::ostream& out) {
+                                      out << "half" << std::flush;
+                                      std::raise(number);
+                                    }),
+                testing::KilledBySignal(number), "");
+    EXPECT_EQ(readFile(path), "old");
+    EXPECT_EQ(fileCount(), 1U);
+  }
+}
+
+TEST_F(WriteWhole, AnInterruptThatIsIgnoredStaysIgnored) {
+  std::signal(SIGHUP, SIG_IGN);
+  for (int i = 0; i < 2; ++i) {
+    zorvela::writeWhole(file("out"), [](std::ostream& out) {
+      out << "all";
+      std::raise(SIGHUP);
+    });
+    EXPECT_EQ(readFile(file("out")), "all");
+  }
+  std::signal(SIGHUP, SIG_DFL);
 }

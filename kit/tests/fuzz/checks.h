@@ -18,14 +18,12 @@ void checkCsv(const std::string& bytes);
 void checkGzip(const std::string& bytes);
 /// One of the seven reference tables: refused, or good for probabilities between 0 and 1.
 void checkTables(const std::string& bytes);
-/// The reading of shifts and of structures: memory below 64 MiB and 24 times the bytes (watched where the
-/// address sanitizer is there), and ten times 1 s and 1 s for each MiB of processor time. In the input a line
-/// "@@1000" repeats the one before it.
+/// The reading of shifts and of structures: ten times 1 s and 1 s for each MiB of processor time. In the
+/// input a line "@@1000" repeats the one before it.
 void checkBounds(const std::string& bytes);
 /// The reading of structures: bonds whose state is that of their geometry, and a chain that matches itself.
 void checkStructure(const std::string& bytes);
-/// The annotation of NEF files: nothing but flags changes, a second one changes nothing, and the annotated
-/// file has the same shifts.
+/// The annotation of NEF files: nothing but flags changes, and a second one changes nothing.
 void checkAnnotation(const std::string& bytes);
 
 }  // namespace zorvela

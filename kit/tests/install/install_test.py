@@ -48,8 +48,9 @@ class Install(unittest.TestCase):
             self.assertNotIn("#include <" + foreign, text)
             self.assertNotIn('#include "' + foreign, text)
         build = pathlib.Path(self.temporary.name) / "build"
-        run(CMAKE, "-S", SOURCE / "kit" / "tests" / "install", "-B", build, "-DCMAKE_PREFIX_PATH=%s" % self.prefix,
-            "-DCMAKE_CXX_COMPILER=" + os.environ["ZORVELA_CXX"], "-DCMAKE_CXX_FLAGS=" + os.environ["ZORVELA_CXX_FLAGS"])
+        run(CMAKE, "-G", "Ninja", "-S", SOURCE / "kit" / "tests" / "install", "-B", build,
+            "-DCMAKE_PREFIX_PATH=%s" % self.prefix, "-DCMAKE_CXX_COMPILER=" + os.environ["ZORVELA_CXX"],
+            "-DCMAKE_CXX_FLAGS=" + os.environ["ZORVELA_CXX_FLAGS"])
         run(CMAKE, "--build", build)
         result = run(build / "consumer", SOURCE / "tab", EXAMPLE)
         self.assertEqual(result.stderr, "1.1.0\nPro.cs.tab is refused\n")

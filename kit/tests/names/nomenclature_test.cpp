@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
-using zorvela::AtomReading;
+using zorvela::Atom;
 using zorvela::readAtom;
 using zorvela::residueType;
 using Kind = zorvela::AtomReading::Kind;
@@ -76,44 +78,41 @@ TEST(ResidueNumbers, AreCountedOn) {
   EXPECT_EQ(zorvela::nextNumber("2147483647"), std::nullopt);
 }
 
-struct AtomCase {
-  char letter;
-  const char* atom;
-  Kind kind;
-  const char* first;
-  const char* second;
-};
-
 TEST(Atoms, InTheNamesOfTheTable) {
-  const AtomCase cases[] = {
-      {'A', "N", Kind::table, "N", nullptr},        {'A', "H", Kind::table, "HN", nullptr},
-      {'A', "HN", Kind::table, "HN", nullptr},      {'A', "hn", Kind::table, "HN", nullptr},
-      {'A', "C", Kind::table, "C", nullptr},        {'A', "CO", Kind::table, "C", nullptr},
-      {'A', "Ca", Kind::table, "CA", nullptr},      {'A', "CB", Kind::table, "CB", nullptr},
-      {'A', "HA", Kind::table, "HA", nullptr},      {'P', "CG", Kind::table, "CG", nullptr},
-      {'L', "CG", Kind::other, nullptr, nullptr},   {'A', "HB%", Kind::other, nullptr, nullptr},
-      {'A', "H1", Kind::other, nullptr, nullptr},   {'P', "H", Kind::foreign, nullptr, nullptr},
-      {'G', "CB", Kind::foreign, nullptr, nullptr}, {'A', "HA2", Kind::foreign, nullptr, nullptr},
-      {'G', "HA2", Kind::table, "HA2", nullptr},    {'G', "HA3", Kind::table, "HA3", nullptr},
-      {'G', "HA%", Kind::pseudo, "HA2", "HA3"},     {'G', "HA*", Kind::pseudo, "HA2", "HA3"},
-      {'G', "QA", Kind::pseudo, "HA2", "HA3"},      {'G', "HA", Kind::pseudo, "HA2", "HA3"},
-      {'G', "HA#", Kind::pseudo, "HA2", "HA3"},     {'G', "HAx", Kind::table, "HA2", nullptr},
-      {'G', "HAy", Kind::table, "HA3", nullptr},    {'G', "1HA", Kind::table, "HA1", nullptr},
-      {'G', "2HA", Kind::table, "HA2", nullptr},    {'?', "CA", Kind::table, "CA", nullptr},
+  const std::tuple<char, const char*, Atom> cases[] = {
+      {'A', "N", Atom::N},     {'A', "H", Atom::HN},    {'A', "HN", Atom::HN},   {'A', "hn", Atom::HN},
+      {'A', "C", Atom::C},     {'A', "CO", Atom::C},    {'A', "Ca", Atom::CA},   {'A', "CB", Atom::CB},
+      {'A', "HA", Atom::HA},   {'P', "CG", Atom::CG},   {'?', "CA", Atom::CA},   {'G', "HA2", Atom::HA2},
+      {'G', "2HA", Atom::HA2}, {'G', "HAx", Atom::HA2}, {'G', "HA3", Atom::HA3}, {'G', "HAy", Atom::HA3},
   };
-  for (const AtomCase& one : cases) {
-    const AtomReading reading = readAtom(one.letter, one.atom);
-    const std::string label = std::string(1, one.letter) + " " + one.atom;
-    EXPECT_EQ(reading.kind, one.kind) << label;
-    EXPECT_STREQ(reading.names[0], one.first) << label;
-    EXPECT_STREQ(reading.names[1], one.second) << label;
+  for (const auto& [letter, name, atom] : cases) {
+    EXPECT_EQ(readAtom(letter, name).kind, Kind::table) << letter << name;
+    EXPECT_EQ(readAtom(letter, name).atom, atom) << letter << name;
+    EXPECT_FALSE(readAtom(letter, name).isOlderName) << letter << name;
   }
 }
 
-TEST(Atoms, StandInTheOrderOfTheTable) {
-  const char* order[] = {"N", "HN", "HA", "HA2", "HA3", "C", "CA", "CB", "CG"};
-  for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(zorvela::atomRank(order[i]), i);
-  EXPECT_EQ(zorvela::atomRank("CD"), 9U);
+TEST(Atoms, OneShiftOfBothAlphaProtonsOfGlycine) {
+  for (const char* name : {"HA", "HA%", "HA*", "HA#", "QA"}) {
+    EXPECT_EQ(readAtom('G', name).kind, Kind::pseudo) << name;
+    EXPECT_EQ(readAtom('G', name).atom, Atom::HA2) << name;
+  }
+}
+
+TEST(Atoms, AnOlderNameOfAnAlphaProton) {
+  for (const char* name : {"HA1", "1HA"}) EXPECT_TRUE(readAtom('G', name).isOlderName) << name;
+}
+
+TEST(Atoms, ThatTheTableOrTheResidueLacks) {
+  for (const auto& [letter, name] : {std::pair('L', "CG"), {'A', "HB%"}, {'A', "H1"}})
+    EXPECT_EQ(readAtom(letter, name).kind, Kind::other) << letter << name;
+  for (const auto& [letter, name] : {std::pair('P', "H"), {'G', "CB"}, {'A', "HA2"}})
+    EXPECT_EQ(readAtom(letter, name).kind, Kind::foreign) << letter << name;
+}
+
+TEST(Atoms, AreKnownByTheirNamesInTheTable) {
+  EXPECT_EQ(zorvela::atomNamed("HA3"), Atom::HA3);
+  EXPECT_EQ(zorvela::atomNamed("CD"), std::nullopt);
 }
 
 TEST(Nomenclature, IonsAndWaterAreNoResidues) {

@@ -4,15 +4,17 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
+
+#include "made_shift.h"
 
 #include "predict/referencing.h"
 
 namespace {
 
+using zorvela::Atom;
 using zorvela::Call;
 using zorvela::Protein;
 using zorvela::ProteinResult;
@@ -25,13 +27,14 @@ void addResidue(Protein& protein, int resid) {
   const bool beforeProline = index + 1 < protein.sequence.size() && protein.sequence[index + 1] == 'P';
   const bool isProline = protein.sequence[index] == 'P';
   if (!isProline) {
-    protein.shifts.push_back({resid, "N", "120"});
-    protein.shifts.push_back({resid, "HN", "8"});
+    protein.shifts.push_back(made::shift(resid, "N", "120"));
+    protein.shifts.push_back(made::shift(resid, "HN", "8"));
   }
-  protein.shifts.push_back({resid, "HA", "4"});
-  protein.shifts.push_back({resid, "C", "175"});
-  protein.shifts.push_back({resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))});
-  protein.shifts.push_back({resid, "CB", "30"});
+  protein.shifts.push_back(made::shift(resid, "HA", "4"));
+  protein.shifts.push_back(made::shift(resid, "C", "175"));
+  protein.shifts.push_back(
+      made::shift(resid, "CA", std::to_string((isProline ? 63 : 55) - (beforeProline ? 2 : 0))));
+  protein.shifts.push_back(made::shift(resid, "CB", "30"));
 }
 
 Protein bare(const std::string& sequence) {
@@ -50,11 +53,11 @@ Protein complete(const std::string& sequence) {
 
 void setShift(Protein& protein, int resid, const std::string& atom, const std::string& value) {
   for (zorvela::Shift& shift : protein.shifts)
-    if (shift.resid == resid && shift.atom == atom) {
-      shift.shift = value;
+    if (shift.position == resid && nameOf(shift.atom) == atom) {
+      shift = made::shift(resid, atom, value);
       return;
     }
-  protein.shifts.push_back({resid, atom, value});
+  protein.shifts.push_back(made::shift(resid, atom, value));
 }
 
 ProteinResult predict(const Protein& protein) {
@@ -177,7 +180,7 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
 TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
   // CG is so far from both classes that both likelihoods are 0.
   Protein protein = complete("APK");
-  protein.shifts.push_back({2, "CG", "500"});
+  protein.shifts.push_back(made::shift(2, "CG", "500"));
   const ProteinResult result = predict(protein);
   EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
   EXPECT_FALSE(result.prolines[0].pCis.has_value());
@@ -203,7 +206,7 @@ TEST(Predictor, GivesNumbersNamesAndCounts) {
   protein.notes = {"a note"};
   addResidue(protein, 3);
   addResidue(protein, 4);
-  protein.shifts.push_back({2, "CA", "53"});
+  protein.shifts.push_back(made::shift(2, "CA", "53"));
   setShift(protein, 3, "CG", "24.5");
   const ProteinResult result = predict(protein);
   EXPECT_EQ(result.file, "made");
@@ -237,98 +240,40 @@ TEST(Predictor, BeyondTheEndsThereIsNoNeighbour) {
   EXPECT_EQ(result.prolines[1].previousCount, 6);
 }
 
-// --- Long proteins -------------------------------------------------------------------------------
+// --- Referencing ---------------------------------------------------------------------------------
 
-/// Residues `first` to `last` (from 1) as a protein of their own.
-Protein cutOut(const Protein& protein, int first, int last) {
-  Protein part = bare(protein.sequence.substr(static_cast<std::size_t>(first) - 1,
-                                              static_cast<std::size_t>(last - first + 1)));
-  for (const zorvela::Shift& shift : protein.shifts)
-    if (shift.resid >= first && shift.resid <= last)
-      part.shifts.push_back({shift.resid - first + 1, shift.atom, shift.shift});
-  return part;
-}
-
-/// Of more than two pieces: another residue type and another shift at nearly every place, prolines at all
-/// distances from any border, and a flag of the file at each.
-Protein longProtein() {
-  const std::string unit = "AGPVKPEDLP";
-  std::string sequence;
-  while (sequence.size() < 8100) sequence += unit + "KLMNQRSTVWY"[sequence.size() % 11];
-  Protein protein = complete(sequence);
-  for (std::size_t i = 0; i < protein.shifts.size(); ++i)
-    if (protein.shifts[i].atom == "CB")
-      protein.shifts[i].shift = std::to_string(28.0 + static_cast<double>(i % 50) / 10);
-  for (std::size_t i = 0; i < sequence.size(); ++i)
-    if (sequence[i] == 'P') protein.cisFlags[static_cast<int>(i) + 1] = i % 3 == 0;
+/// Strands and helices in turn, all carbons 2.5 ppm too high; "APK" at their end.
+Protein tooHigh() {
+  Protein protein = bare(std::string(40, 'A') + "APK");
+  for (int resid = 1; resid <= 43; ++resid) {
+    const bool isHelix = resid / 10 % 2 == 1;
+    const double base = resid == 42 ? 63 : resid == 41 ? 53 : 55;
+    protein.shifts.push_back({resid, "CA", std::to_string(base + (isHelix ? 2.879 : -1.05) + 2.5)});
+    protein.shifts.push_back({resid, "CB", std::to_string(30 + (isHelix ? -1.121 : 0.95) + 2.5)});
+    protein.shifts.push_back({resid, "C", "175"});
+  }
+  protein.shifts.push_back({42, "CG", "27"});
   return protein;
 }
 
-TEST(Predictor, LongProteinsArePredictedAsTheirParts) {
-  const Protein protein = longProtein();
-  const std::string& sequence = protein.sequence;
-  const zorvela::Tables tables = zorvela::tablesFromFolder(SHIPPED_TABLES);
-  const ProteinResult whole = zorvela::Predictor(tables).predict(protein);
-  ASSERT_EQ(whole.prolines.size(),
-            static_cast<std::size_t>(std::count(sequence.begin(), sequence.end(), 'P')));
-  ASSERT_EQ(whole.assignments.size(), sequence.size());
-  zorvela::Predictor predictor(tables);
-  const int length = static_cast<int>(sequence.size());
-  for (const zorvela::ProlineResult& proline : whole.prolines) {
-    const bool isNearBorder = proline.position % 4000 < 6 || proline.position % 4000 > 3994;
-    if (!isNearBorder && proline.position % 97 != 0) continue;
-    const int first = std::max(proline.position - 3, 1);
-    const ProteinResult part =
-        predictor.predict(cutOut(protein, first, std::min(proline.position + 3, length)));
-    const auto same = std::find_if(part.prolines.begin(), part.prolines.end(), [&](const auto& other) {
-      return other.position == proline.position - first + 1;
-    });
-    ASSERT_NE(same, part.prolines.end());
-    EXPECT_EQ(same->pCisNorm, proline.pCisNorm) << proline.position;
-    EXPECT_EQ(same->pCis, proline.pCis);
-    EXPECT_EQ(same->reason, proline.reason);
-    EXPECT_EQ(same->nextCount, proline.nextCount);
-    EXPECT_EQ(proline.number, std::to_string(proline.position));
-    EXPECT_EQ(proline.cisFlag, (proline.position - 1) % 3 == 0);
-  }
-}
-
-/// The probabilities with --rereference, and those of the protein whose shifts were corrected beforehand.
-void expectRereferenced(const Protein& protein, const zorvela::Tables& tables, bool isCorrected) {
+TEST(Predictor, RereferencesCarbonsOfOneAxisTogether) {
+  const auto tables = zorvela::tablesFromFolder(MADE_TABLES);
   zorvela::PredictorOptions options;
   options.rereference = true;
-  const ProteinResult result = zorvela::Predictor(tables, options).predict(protein);
-  zorvela::Corrections corrections;
-  for (const zorvela::ReferencingOffset& offset : result.offsets)
-    if (offset.correctedBy) corrections[offset.atom] = static_cast<double>(*offset.correctedBy);
-  ASSERT_EQ(!corrections.empty(), isCorrected);
-  const ProteinResult beforehand =
-      zorvela::Predictor(tables).predict(zorvela::corrected(protein, corrections));
-  ASSERT_EQ(result.prolines.size(), beforehand.prolines.size());
-  for (std::size_t i = 0; i < result.prolines.size(); ++i) {
-    ASSERT_EQ(result.prolines[i].position, beforehand.prolines[i].position);
-    ASSERT_EQ(result.prolines[i].pCisNorm.has_value(), beforehand.prolines[i].pCisNorm.has_value());
-    if (result.prolines[i].pCisNorm) {
-      EXPECT_NEAR(*result.prolines[i].pCisNorm, *beforehand.prolines[i].pCisNorm, 1e-4)
-          << result.prolines[i].position;
-    }
-  }
+  const ProteinResult kept = zorvela::Predictor(tables).predict(tooHigh());
+  const ProteinResult corrected = zorvela::Predictor(tables, options).predict(tooHigh());
+  ASSERT_EQ(corrected.offsets[0].atom, "CA");
+  ASSERT_TRUE(corrected.offsets[0].correctedBy.has_value());
+  EXPECT_NEAR(*corrected.offsets[0].correctedBy, 2.5, 0.05);
+  EXPECT_FALSE(kept.offsets[0].correctedBy.has_value());
+  const float taken = *corrected.offsets[0].correctedBy;
+  const zorvela::Evidence& before = *kept.prolines.at(0).evidence;
+  const zorvela::Evidence& after = *corrected.prolines.at(0).evidence;
+  for (const int index : {9, zorvela::kIndexCB, zorvela::kIndexCG})
+    EXPECT_NEAR(*after.shift(index).observed, *before.shift(index).observed - taken, 1e-4) << index;
+  EXPECT_EQ(after.shift(8).observed, before.shift(8).observed) << "C' has no offset";
+  EXPECT_EQ(corrected.prolines[0].cgShift, 27.0F) << "as in the file";
 }
-
-TEST(Predictor, RereferencesShortAndLongProteins) {
-  const zorvela::Tables tables = zorvela::tablesFromFolder(SHIPPED_TABLES);
-  for (const int length : {300, 4100}) {
-    Protein protein = cutOut(longProtein(), 1, length);
-    expectRereferenced(protein, tables, true);
-    // CB and N alone say nothing of the referencing.
-    const auto isOther = [](const zorvela::Shift& shift) { return shift.atom != "CB" && shift.atom != "N"; };
-    protein.shifts.erase(std::remove_if(protein.shifts.begin(), protein.shifts.end(), isOther),
-                         protein.shifts.end());
-    expectRereferenced(protein, tables, false);
-  }
-}
-
-// --- Referencing ---------------------------------------------------------------------------------
 
 TEST(ReferencingOffset, CallsForACorrectionOnlyIfItIsANumber) {
   zorvela::ReferencingOffset offset;

@@ -13,13 +13,13 @@ constexpr std::size_t kHA = 1;
 constexpr std::size_t kCA = 3;
 constexpr std::size_t kCB = 4;
 constexpr std::size_t kHN = 5;
-const SecondaryShifts kEmpty = {kAbsent, kAbsent, kAbsent, kAbsent, kAbsent, kAbsent};
+const BackboneValues kEmpty = {kAbsent, kAbsent, kAbsent, kAbsent, kAbsent, kAbsent};
 
 // CA is half of CA - CB; a residue scatters by 0.5 ppm, a chain by 0.1 ppm.
 const std::vector<ShiftRelation> kHalf = {{"CA", Measure::caMinusCb, -2, 2, {-1, 0, 1}, 0.5, 0.1}};
 
-SecondaryShifts residue(double caMinusCb, double deviation) {
-  SecondaryShifts shifts = kEmpty;
+BackboneValues residue(double caMinusCb, double deviation) {
+  BackboneValues shifts = kEmpty;
   const double ca = caMinusCb / 2 + deviation;
   shifts[kCA] = static_cast<float>(ca);
   shifts[kCB] = static_cast<float>(ca - caMinusCb);
@@ -28,8 +28,8 @@ SecondaryShifts residue(double caMinusCb, double deviation) {
 
 /// Ten residues of a strand and a helix, 1 ppm too high, with deviations of 0.1, 0.3 ... 0.9 ppm on both
 /// sides.
-std::vector<SecondaryShifts> tenResidues() {
-  std::vector<SecondaryShifts> residues;
+std::vector<BackboneValues> tenResidues() {
+  std::vector<BackboneValues> residues;
   for (const double size : {0.1, 0.3, 0.5, 0.7, 0.9}) {
     residues.push_back(residue(-1.5, 1 + size));
     residues.push_back(residue(1, 1 - size));
@@ -57,7 +57,7 @@ TEST(Referencing, CbHasTheOffsetOfCa) {
 
 TEST(Referencing, WrongResiduesMoveNothing) {
   const OffsetEstimate before = estimateOffsets(tenResidues(), kHalf)[0];
-  std::vector<SecondaryShifts> residues = tenResidues();
+  std::vector<BackboneValues> residues = tenResidues();
   residues.insert(residues.begin(), residue(-2, 18));  // a methionine with CA 73.5 and CB 76.0 ppm
   residues.push_back(residue(1, -14));
   const OffsetEstimate after = estimateOffsets(residues, kHalf)[0];
@@ -67,7 +67,7 @@ TEST(Referencing, WrongResiduesMoveNothing) {
 }
 
 TEST(Referencing, ErrorIsNeverBelowTheUsualScatter) {
-  const std::vector<SecondaryShifts> equal(16, residue(0.5, -2));
+  const std::vector<BackboneValues> equal(16, residue(0.5, -2));
   const OffsetEstimate offset = estimateOffsets(equal, kHalf)[0];
   EXPECT_NEAR(offset.offset, -2.0, 1e-6);
   EXPECT_NEAR(offset.error, 0.185858, 1e-5);  // root of (1.2533 x 0.5)^2 / 16 + 0.1^2
@@ -75,8 +75,8 @@ TEST(Referencing, ErrorIsNeverBelowTheUsualScatter) {
 
 TEST(Referencing, BetweenPointsAStraightLineBesideThemALevelOneBeyondNothing) {
   const ShiftRelation bent = {"CA", Measure::caMinusCb, 0, 2, {1, 5, 5.5}, 0.5, 0};
-  const std::vector<SecondaryShifts> residues = {residue(-2.1, 0), residue(-1.5, 0), residue(0.5, 0),
-                                                 residue(2, 0),    residue(5, 0),    residue(6.1, 0)};
+  const std::vector<BackboneValues> residues = {residue(-2.1, 0), residue(-1.5, 0), residue(0.5, 0),
+                                                residue(2, 0),    residue(5, 0),    residue(6.1, 0)};
   const std::vector<double> found = deviations(residues, bent);
   ASSERT_EQ(found.size(), 4U);
   EXPECT_NEAR(found[0], -0.75 - 1, 1e-6);
@@ -86,7 +86,7 @@ TEST(Referencing, BetweenPointsAStraightLineBesideThemALevelOneBeyondNothing) {
 }
 
 TEST(Referencing, FewerThanTenResiduesGiveNoOffset) {
-  std::vector<SecondaryShifts> residues = tenResidues();
+  std::vector<BackboneValues> residues = tenResidues();
   residues.back()[kCB] = kAbsent;
   const OffsetEstimate offset = estimateOffsets(residues, kHalf)[0];
   EXPECT_TRUE(std::isnan(offset.offset));
@@ -99,20 +99,20 @@ TEST(Referencing, FewerThanTenResiduesGiveNoOffset) {
 TEST(Referencing, TheRelationWithTheSmallestErrorCounts) {
   const std::vector<ShiftRelation> relations = {{"HA", Measure::amideProtons, -1, 1, {0, 0, 0}, 0.3, 0.1},
                                                 {"HA", Measure::caMinusCb, -2, 2, {0.2, 0, -0.2}, 0.2, 0.05}};
-  std::vector<SecondaryShifts> residues(12, kEmpty);
-  for (SecondaryShifts& shifts : residues) {
+  std::vector<BackboneValues> residues(12, kEmpty);
+  for (BackboneValues& shifts : residues) {
     shifts = residue(1, 0);
     shifts[kHN] = 0.5F;
     shifts[kHA] = 0.4F;
   }
   EXPECT_NEAR(estimateOffsets(residues, relations)[2].offset, 0.5, 1e-6);
-  for (SecondaryShifts& shifts : residues) shifts[kCB] = kAbsent;
+  for (BackboneValues& shifts : residues) shifts[kCB] = kAbsent;
   EXPECT_NEAR(estimateOffsets(residues, relations)[2].offset, 0.4, 1e-6);
 }
 
 TEST(Referencing, AmideProtonsAreThoseOfTheResidueAndTheNext) {
-  std::vector<SecondaryShifts> residues(3, kEmpty);
-  for (SecondaryShifts& shifts : residues) shifts[kHA] = 0;
+  std::vector<BackboneValues> residues(3, kEmpty);
+  for (BackboneValues& shifts : residues) shifts[kHA] = 0;
   residues[0][kHN] = 0.2F;
   residues[1][kHN] = 0.6F;
   const std::vector<MeasuredShift> found = measuredShifts(residues, "HA", Measure::amideProtons);
@@ -124,14 +124,14 @@ TEST(Referencing, AmideProtonsAreThoseOfTheResidueAndTheNext) {
 TEST(Referencing, HaThatIsOffSaysNothingOfCa) {
   const std::vector<ShiftRelation> relations = {{"HA", Measure::amideProtons, -1, 1, {0, 0, 0}, 0.2, 0.02},
                                                 {"CA", Measure::alphaProton, -1, 1, {4, 0, -4}, 1, 0.2}};
-  std::vector<SecondaryShifts> residues(40, kEmpty);
-  for (SecondaryShifts& shifts : residues) {
+  std::vector<BackboneValues> residues(40, kEmpty);
+  for (BackboneValues& shifts : residues) {
     shifts[kCA] = 1;
     shifts[kHA] = 0.2F;
     shifts[kHN] = 0;
   }
   EXPECT_NEAR(estimateOffsets(residues, relations)[0].offset, 1.8, 1e-6);
-  for (SecondaryShifts& shifts : residues) shifts[kHA] = 0.6F;
+  for (BackboneValues& shifts : residues) shifts[kHA] = 0.6F;
   const std::vector<OffsetEstimate> offsets = estimateOffsets(residues, relations);
   EXPECT_TRUE(callsForCorrection(offsets[2]));
   EXPECT_TRUE(std::isnan(offsets[0].offset));
@@ -153,6 +153,14 @@ TEST(Referencing, CorrectionsAreThoseThatAreCalledFor) {
   EXPECT_EQ(both, (std::map<std::string, double>{{"CA", 2}, {"CB", 2}, {"CG", 2}, {"C", -1.5}}));
   EXPECT_TRUE(correctionsOf({{"CA", 0.5, 0.1, 50}, {"CB", 0.5, 0.1, 50}, {"HA", 0.1, 0.05, 50}}).empty());
   EXPECT_EQ(correctionsOf({{"HA", 0.5, 0.05, 50}}), (std::map<std::string, double>{{"HA", 0.5}}));
+}
+
+TEST(Referencing, ShiftsAreCorrectedWithTheirAtom) {
+  const Corrections corrections = {{"CA", 2}, {"HA", -0.5}};
+  EXPECT_EQ(corrected(56.25, Atom::CA, corrections), 54.25);
+  EXPECT_EQ(corrected(4.0, Atom::HA3, corrections), 4.5);
+  EXPECT_EQ(corrected(120.1234567, Atom::N, corrections), 120.1234567);
+  EXPECT_EQ(corrected(56.1234567, Atom::CA, corrections), 54.123457);
 }
 
 TEST(Referencing, KnownRelationsAreWholeAndAscendFromStrandToHelix) {

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <map>
 
+#include "made_shift.h"
+
 #include "support/temp_dir.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
@@ -139,7 +141,7 @@ TEST(TablesInMemory, PredictAsThoseOfTheFolder) {
   for (const int resid : {1, 2, 3})
     for (const auto& [atom, shift] :
          std::map<std::string, std::string>{{"HA", "4"}, {"C", "175"}, {"CA", "55"}, {"CB", "32"}})
-      protein.shifts.push_back({resid, atom, shift});
+      protein.shifts.push_back(made::shift(resid, atom, shift));
   const auto fromTexts = zorvela::Predictor(zorvela::tablesFromTexts(madeTables())).predict(protein);
   const auto fromFolder = zorvela::Predictor(zorvela::tablesFromFolder(MADE_TABLES)).predict(protein);
   ASSERT_TRUE(fromTexts.prolines.at(0).pCis.has_value());
@@ -194,10 +196,10 @@ TEST(DamagedTable, IsTwoTables) {
   for (const std::string name : {"rcadj.tab", "Pro.seq.tab"}) {
     const std::string whole = madeTables()[name];
     const std::string lines = whole.substr(whole.find("VARS"), whole.find("\nA ") - whole.find("VARS"));
-    const std::string place = ::place(name, "K  ");
-    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines + "\nK  "), place + ": begins another table");
+    EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines + "\nK  "),
+              name + ": has a second table below its rows");
     EXPECT_EQ(afterChange(name, "\nK  ", "\n" + lines.substr(lines.find("FORMAT")) + "\nK  "),
-              place + ": begins another table");
+              name + ": has a second table below its rows");
   }
 }
 
@@ -258,5 +260,5 @@ TEST(DamagedTable, IsCutInTheMiddleOfALine) {
 
 TEST(DamagedTable, HasALineWithTooFewValues) {
   EXPECT_EQ(afterChange("rcnext.tab", "G     0.000", "G          "),
-            place("rcnext.tab", "G     0.000") + ": has 6 values where there are 7 columns");
+            place("rcnext.tab", "G     0.000") + ": has not a value for each of the 7 columns");
 }

@@ -56,9 +56,9 @@ TEST(Assembly, TakesTheFullestListOfEachPolypeptide) {
   EXPECT_EQ(protein.sequence, "AP");
   EXPECT_EQ(protein.numbers, (Texts{"5", "6"}));
   ASSERT_EQ(protein.shifts.size(), 2U);
-  EXPECT_EQ(protein.shifts[0].resid, 1);  // by residue, whatever the order of the rows
-  EXPECT_EQ(protein.shifts[0].atom, "HN");
-  EXPECT_EQ(protein.shifts[1].atom, "CB");
+  EXPECT_EQ(protein.shifts[0].position, 1);  // by residue, whatever the order of the rows
+  EXPECT_EQ(protein.shifts[0].atom, zorvela::Atom::HN);
+  EXPECT_EQ(protein.shifts[1].atom, zorvela::Atom::CB);
   EXPECT_EQ(protein.remarks,
             (Texts{"Imported from entry.str (NMR-STAR 3), chain A, Ubiquitin, shift list warm",
                    "Residue 1 here is residue 5 there"}));

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "made_shift.h"
+
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -15,7 +17,7 @@ Protein marked(const FileChain& chain, const std::vector<zorvela::Shift>& shifts
   Texts notes;
   const zorvela::ChainSequence sequence = zorvela::makeSequence(chain, {}, notes);
   Protein protein;
-  protein.sequence = sequence.letters;
+  for (const auto& residue : sequence.residues) protein.sequence += residue.type.letter;
   protein.shifts = shifts;
   zorvela::markDisulfides(chain, sequence, protein);
   return protein;
@@ -28,14 +30,14 @@ FileChain cysteines() {
 }
 
 TEST(Disulfides, AreKnownByTheBetaShiftWhereTheFileSaysNothing) {
-  const Protein protein = marked(cysteines(), {{1, "CB", "33.0"}, {2, "CB", "41.2"}});
+  const Protein protein = marked(cysteines(), {made::shift(1, "CB", "33.0"), made::shift(2, "CB", "41.2")});
   EXPECT_EQ(protein.sequence, "CcP");  // 33 itself is reduced
   EXPECT_EQ(protein.notes,
             Texts{"cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 12 (CB 41.2)"});
 }
 
 TEST(Disulfides, NeedAShiftOrAWord) {
-  const Protein protein = marked(cysteines(), {{1, "CA", "55"}, {3, "CB", "41"}});
+  const Protein protein = marked(cysteines(), {made::shift(1, "CA", "55"), made::shift(3, "CB", "41")});
   EXPECT_EQ(protein.sequence, "CCP");
   EXPECT_TRUE(protein.notes.empty());
 }
@@ -62,7 +64,7 @@ TEST(Disulfides, AShiftAgainstTheFileIsNotedAndTheFileKept) {
   FileChain chain = cysteines();
   chain.thiol = Thiol::notDisulfide;
   chain.disulfides = {"1"};
-  const Protein protein = marked(chain, {{1, "CB", "28.1"}, {2, "CB", "40.5"}});
+  const Protein protein = marked(chain, {made::shift(1, "CB", "28.1"), made::shift(2, "CB", "40.5")});
   EXPECT_EQ(protein.sequence, "cCP");
   EXPECT_EQ(
       protein.notes.back(),

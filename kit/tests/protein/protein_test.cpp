@@ -3,9 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <stdexcept>
 
-#include "GDB.h"
+#include "made_shift.h"
 
 namespace {
 
@@ -17,29 +18,38 @@ zorvela::Protein twoResidues() {
   return protein;
 }
 
-TEST(Protein, RowsOfTheTable) {
-  zorvela::Protein protein = twoResidues();
-  protein.shifts = {{1, "HA2", "3.95"}, {2, "CG", "27.4123"}};
-  GDB table = zorvela::toTable(protein);
-  EXPECT_EQ(table.remarks, std::vector<std::string>{"from a.str"});
-  EXPECT_EQ(table.residNames, (std::map<int, std::string>{{1, "G"}, {2, "P"}}));
-  ASSERT_EQ(table.entries.size(), 2U);
-  EXPECT_EQ(GDB::cell(table.entries[2], "RESID"), "2");
-  EXPECT_EQ(GDB::cell(table.entries[2], "RESNAME"), "P");
-  EXPECT_EQ(GDB::cell(table.entries[2], "ATOMNAME"), "CG");
-  EXPECT_EQ(GDB::cell(table.entries[2], "SHIFT"), "27.4123");
+std::string tableOf(const zorvela::Protein& protein) {
+  std::ostringstream out;
+  writeShiftTable(protein, out);
+  return out.str();
 }
 
-TEST(Protein, WithoutShiftsThereAreNoRows) {
-  EXPECT_TRUE(zorvela::toTable(twoResidues()).entries.empty());
+TEST(Protein, IsWrittenAsATable) {
+  zorvela::Protein protein = twoResidues();
+  protein.shifts = {made::shift(1, "HA2", "3.95"), made::shift(2, "CG", "27.4126")};
+  EXPECT_EQ(tableOf(protein),
+            "REMARK from a.str\n\nDATA SEQUENCE GP\n\nVARS   RESID RESNAME ATOMNAME SHIFT \n"
+            "FORMAT %4d %1s %4s  %8.3f\n\n   1 G  HA2     3.950\n   2 P   CG    27.413\n");
+}
+
+TEST(Protein, ASequenceThatFillsItsLinesEndsInAnEmptyOne) {
+  zorvela::Protein protein;
+  protein.sequence = std::string(55, 'A');
+  EXPECT_NE(tableOf(protein).find("\nDATA SEQUENCE " + protein.sequence + "\nDATA SEQUENCE \n\nVARS"),
+            std::string::npos);
 }
 
 TEST(Protein, AShiftOfNoResidueIsAnError) {
-  for (const int resid : {0, -1, 3}) {
+  for (const int position : {0, -1, 3}) {
     zorvela::Protein protein = twoResidues();
-    protein.shifts = {{resid, "CA", "55.1"}};
-    EXPECT_THROW(zorvela::toTable(protein), std::out_of_range) << resid;
+    protein.shifts = {made::shift(position, "CA", "55.1")};
+    EXPECT_THROW(tableOf(protein), std::out_of_range) << position;
   }
+}
+
+TEST(Shift, IsShownAsTheFileHasIt) {
+  for (const char* text : {"8.25", "-0.30", "120", "3.954321"})
+    EXPECT_EQ(shiftText(made::shift(1, "CA", text)), text);
 }
 
 }  // namespace

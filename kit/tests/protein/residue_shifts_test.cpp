@@ -5,14 +5,17 @@
 
 #include <string>
 
+#include "made_shift.h"
+
 namespace {
 
 std::string namesOf(int first, int last) {
   zorvela::Protein protein;
-  protein.shifts = {{1, "CA", "55"}, {3, "N", "120"}, {3, "CA", "56"}, {4, "CB", "30"}};
+  protein.shifts = {made::shift(1, "CA", "55"), made::shift(3, "N", "120"), made::shift(3, "CA", "56"),
+                    made::shift(4, "CB", "30")};
   std::string names;
   for (const zorvela::Shift& shift : zorvela::shiftsOf(protein, first, last))
-    names += std::to_string(shift.resid) + shift.atom + " ";
+    names += std::to_string(shift.position) + std::string(nameOf(shift.atom)) + " ";
   return names;
 }
 

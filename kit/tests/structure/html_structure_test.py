@@ -97,12 +97,12 @@ class Words(Case):
     def test_disagreement(self):
         text = self.page_with(chain())
         self.assertIn("1 of 4 prolines is cis: P17. The structure disagrees: P17. It agrees: P9, P26, P36.", text)
-        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "disagree"),
+        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "<b>disagree</b>"),
                                            "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
         self.assertRegex(html_test.card(text, "P17"),
-                         r"<b>The structure disagrees.</b> The shifts say cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
+                         r"<b>Disagree.</b> The shifts say cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
                          r"cis\), the structure is trans in 1 of 1 model \(\|omega\| 180 degrees\)\.")
-        self.assertIn("<b>The structure agrees.</b> The structure is trans in 1 of 1 model", html_test.card(text, "P9"))
+        self.assertIn("<b>Agree.</b> The structure is trans in 1 of 1 model", html_test.card(text, "P9"))
         self.assertIn("Compared with model.pdb, chain A (40 of 40 aligned residues are the same).", text)
 
     def test_ca_trace(self):
@@ -113,7 +113,7 @@ class Words(Case):
         self.put("model.cif", made.mmcif([("A", chain(cis=[17]))], [("A", chain())]))
         text = self.page("shifts.tab", "--structure", "model.cif")
         self.assertEqual(self.rows(text)["P17"], ("mixed", "90°", "mixed models"))
-        self.assertIn("<b>The models contradict each other.</b> The structure is cis in 1, trans in 1 of 2 models.",
+        self.assertIn("<b>Mixed models.</b> The structure is cis in 1, trans in 1 of 2 models.",
                       html_test.card(text, "P17"))
 
     def test_another_protein(self):

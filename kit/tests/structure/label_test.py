@@ -91,14 +91,6 @@ class Label(folder.InFolder):
         self.structure("1abc.pdb", [("A", self.chain([9])[:25])])
         self.assertEqual(self.label(self.labels(), 9), ("cis", "1", "0"))
 
-    def test_clusters(self):
-        self.put("entries/c.tab", program.full_table(OTHER[:5] + SEQUENCE[2:34] + "GGG"))
-        self.structure("1abc.pdb", [("A", self.chain())])
-        rows = self.labels()
-        cluster = {row["entry"]: row["cluster"] for row in rows.values()}
-        self.assertEqual(cluster["a"], cluster["c"])
-        self.assertNotEqual(cluster["a"], cluster["b"])
-
     def test_the_order_and_number_of_jobs_do_not_matter(self):
         for i in range(8):
             self.structure("%dabc.pdb" % i, [("A", self.chain([9] if i % 3 else []))])

@@ -93,23 +93,6 @@ class Evaluate(folder.InFolder):
         self.assertAlmostEqual(mcc(labels, [d > 7.1 for d in difference]), rule["mcc"]["value"], places=9)
         self.assertIsNone(rule["log_loss"])
 
-    def test_offsets_added_move_what_is_predicted(self):
-        """CG and CB as observed carry the offset, their difference does not; made proteins are too short to
-        estimate it, so that nothing is taken away."""
-        plain = self.with_tables("--json", "--bootstrap", "0")
-        self.assertEqual(plain, self.with_tables("--json", "--bootstrap", "0", "--add-13c", "0", "--add-ha", "0"))
-        moved = self.with_tables("--json", "--bootstrap", "0", "--add-13c", "2")
-        figures, others = ({g["group"]: g for g in json.loads(text)["groups"]} for text in (plain, moved))
-        self.assertNotEqual(figures["all"]["log_loss"], others["all"]["log_loss"])
-        self.assertEqual(figures["with_cb_and_cg_rule"]["mcc"], others["with_cb_and_cg_rule"]["mcc"])
-        self.assertEqual(moved, self.with_tables("--json", "--bootstrap", "0", "--add-13c", "2", "--rereference"))
-
-    def test_relations_need_more_than_a_few_short_proteins(self):
-        result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), "--referencing"])
-        self.assertNotEqual(0, result.returncode)
-        self.assertEqual("", result.stdout)
-        self.assertEqual(1, len(result.stderr.splitlines()))
-
     def test_the_same_probabilities_as_the_program(self):
         for row in self.predictions():
             subprocess.run([ZORVELA, "-in", os.path.join(self.data.path("entries"), row["entry"] + ".tab"), "-tabDir",
@@ -125,45 +108,6 @@ class Evaluate(folder.InFolder):
         # c1: CB 30 + 0.8, CG 24.9.
         self.assertAlmostEqual(5.9, float(rows["c1"]["cb_minus_cg"]), places=4)
         self.assertEqual("", rows["c0"]["cb_minus_cg"])
-
-    def test_one_proline_for_each_window(self):
-        self.data.add("again", made_data.sequence(3), "cis", 9.0)
-        self.data.write_labels()
-        rows = self.predictions()
-        self.assertEqual(42, len(rows))
-        self.assertIn("1 in a window seen before", self.with_tables())
-
-    def test_contradicted_labels(self):
-        self.data.labels[1] = "c1,5,cis,trans,k0\n"
-        self.data.labels[2] = "c2,5,cis,unclear,k1\n"
-        self.data.labels[20] = "t8,5,trans,cis,m4\n"
-        self.data.write_labels()
-        groups = {g["group"]: g for g in json.loads(self.with_tables("--json"))["groups"]}
-        self.assertEqual((40, 11), (groups["not_contradicted"]["n"], groups["not_contradicted"]["cis"]))
-        self.assertEqual((42, 12), (groups["all"]["n"], groups["all"]["cis"]))
-        contradicted = [r["entry"] for r in self.predictions() if r["contradicted"] == "yes"]
-        self.assertEqual(["c1", "t8"], contradicted)
-
-    def test_cross_validation_leaves_the_cluster_out(self):
-        """With as many folds as clusters each protein is predicted by tables trained without its cluster."""
-        self.evaluate("--cross-validate", "21", *self.data.sources(), "--predictions", self.data.path("cv.csv"))
-        with open(self.data.path("cv.csv"), encoding="utf-8") as file:
-            rows = {row["entry"]: row for row in csv.DictReader(file)}
-        self.assertEqual(42, len(rows))
-        all_labels = self.data.labels
-        for cluster in ("k1", "m7"):
-            members = [line.split(",")[0] for line in all_labels if line.strip().endswith("," + cluster)]
-            self.assertEqual(2, len(members))
-            self.data.labels = [line for line in all_labels if not line.strip().endswith("," + cluster)]
-            self.data.write_labels()
-            self.assertEqual(0, run(self.data.train("without")).returncode)
-            self.data.labels = all_labels
-            self.data.write_labels()
-            self.evaluate("--tables", self.data.path("without"), "--predictions", self.data.path("p.csv"))
-            with open(self.data.path("p.csv"), encoding="utf-8") as file:
-                for row in csv.DictReader(file):
-                    if row["entry"] in members:
-                        self.assertEqual(row["p_cis"], rows[row["entry"]]["p_cis"])
 
     def test_published_data_beside_the_labels(self):
         os.makedirs(self.data.path("random_coil"))
@@ -200,10 +144,6 @@ class Evaluate(folder.InFolder):
             x, y = next_x, next_y
         self.assertAlmostEqual(auc(labels, scores), area, places=4)
 
-    def test_the_same_every_time(self):
-        self.assertEqual(self.evaluate("--cross-validate", "4", *self.data.sources()),
-                         self.evaluate("--cross-validate", "4", *self.data.sources()))
-
     def test_table(self):
         lines = self.with_tables().splitlines()
         self.assertEqual("Tables: " + self.data.path("tab"), lines[0])
@@ -224,24 +164,6 @@ class Evaluate(folder.InFolder):
         self.fails(self.data.path("labels.csv") + ": has 21 clusters, fewer than folds; ask for fewer folds with "
                    "--cross-validate", "--cross-validate", "22", *self.data.sources())
 
-    def test_a_fold_without_cis(self):
-        self.data.labels = [line for line in self.data.labels if line.startswith(("c0", "c1,", "t"))]
-        self.data.write_labels()
-        self.fails(self.data.path("labels.csv") + ": no cis proline with enough shifts is labelled by structure; "
-                   "add entries with cis prolines", "--cross-validate", "10", *self.data.sources())
-
-    def test_no_proline_with_a_label(self):
-        self.data.put("labels.csv", made_data.LABELS + "c1,5,,,k0\n")
-        self.fails(self.data.path("labels.csv") + ": no proline with a label by structure has enough shifts; "
-                   "add entries with more shifts", "--tables", self.data.path("tab"))
-
-    def test_entry_without_a_file(self):
-        self.data.labels.append("lost,5,cis,,k0\n")
-        self.data.write_labels()
-        self.fails(self.data.path("labels.csv") + ":44: there is no shift table " + self.data.path("entries") +
-                   "/lost.tab for entry lost; add the file or remove the lines of the entry", "--tables",
-                   self.data.path("tab"))
-
     def test_no_tables(self):
         self.fails(self.data.path("none") + ": there is no such folder; name the folder of the seven reference "
                    "tables with --tables or its parent with ZORVELA_DIR", "--tables", self.data.path("none"))
@@ -250,18 +172,6 @@ class Evaluate(folder.InFolder):
         result = run(["evaluate", *self.data.proteins(), "--tables", "x", "--cross-validate", "3"])
         self.assertNotEqual(0, result.returncode)
         self.assertIn("excludes", result.stderr)
-
-    def test_options_that_would_not_be_looked_at_are_refused(self):
-        accuracy = [["--json"], ["--predictions", "p"], ["--roc", "r"], ["--calibration", "c"]]
-        shifts = [["--add-13c", "1"], ["--add-ha", "1"], ["--rereference"], ["--bootstrap", "5"], ["--next-shift"],
-                  ["--cross-validate", "3"]]
-        for instead, others in (("--next-shift", accuracy), ("--referencing", accuracy + shifts)):
-            for option in others:
-                with self.subTest(instead=instead, option=option):
-                    result = run(["evaluate", *self.data.proteins(), instead, *option])
-                    self.assertNotEqual(0, result.returncode)
-                    self.assertIn("excludes", result.stderr)
-                    self.assertIn(option[0], result.stderr)
 
     def test_entries_whose_names_are_formulas(self):
         """Such a name is marked in the CSV that `label` and `evaluate` write, and read without the mark."""

@@ -20,34 +20,13 @@ Scored proline(bool isCis, double probability, std::size_t cluster = 0) {
 const std::vector<Scored> kSix = {proline(true, 0.9),  proline(true, 0.4),  proline(false, 0.4),
                                   proline(false, 0.1), proline(false, 0.6), proline(false, 0.0)};
 
-TEST(Figures, CountsAndRates) {
-  const zorvela::Figures figures = zorvela::figuresOf(kSix);
-  EXPECT_EQ(6U, figures.count);
-  EXPECT_EQ(2U, figures.cis);
-  EXPECT_DOUBLE_EQ(0.5, *figures.sensitivity);   // 0.9 of 0.9, 0.4
-  EXPECT_DOUBLE_EQ(0.75, *figures.specificity);  // all but 0.6
-}
-
 TEST(Figures, AreaCountsTiesHalf) {
   // 0.9 beats all four; 0.4 beats 0.1 and 0.0 and ties with 0.4: 6.5 of 8 pairs.
   EXPECT_DOUBLE_EQ(6.5 / 8, *zorvela::figuresOf(kSix).auc);
 }
 
-TEST(Figures, Matthews) {
-  // tp 1, fn 1, fp 1, tn 3: (3 - 1) / sqrt(2 2 4 4).
-  EXPECT_DOUBLE_EQ(0.25, *zorvela::figuresOf(kSix).mcc);
-}
-
 TEST(Figures, MatthewsIsZeroWhereAllCallsAreTheSame) {
   EXPECT_DOUBLE_EQ(0, *zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)}).mcc);
-}
-
-TEST(Figures, BrierAndLogLoss) {
-  const zorvela::Figures figures = zorvela::figuresOf(kSix);
-  EXPECT_DOUBLE_EQ((0.01 + 0.36 + 0.16 + 0.01 + 0.36 + 0.0) / 6, *figures.brier);
-  const double loss =
-      std::log(0.9) + std::log(0.4) + std::log(0.6) + std::log(0.9) + std::log(0.4) + std::log(0.999);
-  EXPECT_NEAR(-loss / 6, *figures.logLoss, 1e-12);
 }
 
 TEST(Figures, LogLossKeepsAwayFromCertainty) {
@@ -61,12 +40,6 @@ TEST(Figures, WithOneClassHaveNoAreaNorCorrelation) {
   EXPECT_FALSE(figures.mcc);
   EXPECT_FALSE(figures.sensitivity);
   EXPECT_DOUBLE_EQ(0.5, *figures.specificity);
-}
-
-TEST(Figures, OfNothingAreNothing) {
-  const zorvela::Figures figures = zorvela::figuresOf({});
-  EXPECT_EQ(0U, figures.count);
-  EXPECT_FALSE(figures.auc || figures.brier || figures.logLoss || figures.specificity);
 }
 
 TEST(Figures, WithoutProbabilitiesHaveNoLoss) {
@@ -97,20 +70,6 @@ TEST(Bootstrap, DrawsClustersAsAWhole) {
     const double once = zorvela::bootstrap(set, 1, seed).specificity->low;
     EXPECT_TRUE(once == 0 || once == 0.5 || once == 1) << once;
   }
-}
-
-TEST(Bootstrap, SameSeedSameIntervals) {
-  std::vector<Scored> set = kSix;
-  for (std::size_t i = 0; i < set.size(); ++i) set[i].cluster = i;
-  const auto a = zorvela::bootstrap(set, 100, 5);
-  const auto b = zorvela::bootstrap(set, 100, 5);
-  EXPECT_EQ(a.brier->low, b.brier->low);
-  EXPECT_EQ(a.brier->high, b.brier->high);
-  EXPECT_LT(a.brier->low, a.brier->high);
-}
-
-TEST(Bootstrap, WithoutRoundsHasNoIntervals) {
-  EXPECT_FALSE(zorvela::bootstrap(kSix, 0, 1).auc);
 }
 
 TEST(Draw, IsTheSameOnEveryMachine) {
@@ -158,13 +117,6 @@ TEST(Calibration, IntervalIsWilsons) {
   const auto bins = zorvela::calibration(set, {0, 1});
   EXPECT_NEAR(0.01788, bins[0].interval.low, 2e-5);
   EXPECT_NEAR(0.40415, bins[0].interval.high, 2e-5);
-}
-
-TEST(Calibration, OfAnEmptyBinIsZero) {
-  const auto bins = zorvela::calibration({}, {0, 1});
-  EXPECT_EQ(0U, bins[0].count);
-  EXPECT_EQ(0, bins[0].share);
-  EXPECT_EQ(0, bins[0].interval.high);
 }
 
 }  // namespace

@@ -4,13 +4,16 @@ import os
 import re
 import subprocess
 import sys
-import tempfile
 import unittest
 
 from zorvela_tests.program import KIT, SOURCE, data_folder
 
 DATA = data_folder()
-PROTEINS = ["--entries", os.path.join(DATA, "entries"), "--labels", os.path.join(DATA, "prolines.csv")]
+
+def study(command):
+    program = os.path.join(os.path.dirname(KIT), "zorvela-study")
+    return subprocess.run([program, command, DATA, os.path.join(SOURCE, "tab")], capture_output=True, text=True,
+                          check=True).stdout
 
 
 def text_of(*path):
@@ -27,22 +30,16 @@ class Constants(unittest.TestCase):
     maxDiff = None
 
     def test_offsets_are_seen_as_the_document_says(self):
-        with tempfile.TemporaryDirectory() as folder:
-            relations = os.path.join(folder, "relations.txt")
-            result = subprocess.run([KIT, "evaluate", *PROTEINS, "--referencing", "--tables",
-                                     os.path.join(SOURCE, "tab"), "--relations", relations], capture_output=True,
-                                    text=True, check=False)
-            self.assertEqual(("", 0), (result.stderr, result.returncode))
-            with open(relations, encoding="utf-8") as file:
-                fitted = file.read().splitlines()
+        fitted = study("relations").splitlines()
         self.assertEqual(6, len(fitted))
         source = code(text_of("kit", "predict", "referencing.cpp"))
         for line in fitted:
             self.assertIn(code(line.rstrip(",")), source)
-        self.assertIn(result.stdout, text_of("doc", "accuracy.md"))
+        printed = study("referencing")
+        self.assertIn(printed, text_of("doc", "accuracy.md"))
         for name, least, most in (("as they are", 0, 2), ("1.5 ppm added to all 13C, chains with 13C", 95, 100),
                                   ("0.5 ppm added to HA, chains with HA", 95, 100)):
-            (line,) = [line for line in result.stdout.splitlines() if line.startswith(name)]
+            (line,) = [line for line in printed.splitlines() if line.startswith(name)]
             for percent in re.findall(r"\(([0-9.]+) %\)", line)[1:]:
                 self.assertGreater(float(percent), least, line)
                 self.assertLess(float(percent), most, line)

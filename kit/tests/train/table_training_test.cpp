@@ -43,28 +43,6 @@ std::string statistic(const zorvela::ReferenceTables& tables, int index, const s
   return made::cellOf(tables.shifts, "index", std::to_string(index), column);
 }
 
-TEST(Training, MeansAndDeviationsOfTheClasses) {
-  const zorvela::ReferenceTables tables = trained(kThree, plain());
-  for (const int index : {0, 5, 7, 10, 12, 17}) {
-    EXPECT_EQ("2.000", statistic(tables, index, "avg_cis")) << index;     // (1 + 3) / 2
-    EXPECT_EQ("1.414", statistic(tables, index, "sd_cis")) << index;      // sqrt((1 + 1) / (2 - 1))
-    EXPECT_EQ("-2.000", statistic(tables, index, "avg_trans")) << index;  // of one value
-    EXPECT_EQ("0.000", statistic(tables, index, "sd_trans")) << index;    // which has no deviation ...
-    EXPECT_EQ("1.414", statistic(tables, index, "std_trans")) << index;   // ... and takes that of cis
-    EXPECT_EQ("2", statistic(tables, index, "n_cis")) << index;
-    EXPECT_EQ("1", statistic(tables, index, "n_trans")) << index;
-  }
-  EXPECT_EQ("24.500", statistic(tables, 18, "avg_cis"));
-  EXPECT_EQ("0.707", statistic(tables, 18, "std_cis"));  // sqrt((0.25 + 0.25) / 1)
-  EXPECT_EQ("27.000", statistic(tables, 18, "avg_trans"));
-}
-
-TEST(Training, NitrogenAndAmideProtonOfTheProlineSayNothing) {
-  const zorvela::ReferenceTables tables = trained(kThree, plain());
-  for (const int index : {6, 11})
-    for (const char* column : {"avg_cis", "avg_trans"}) EXPECT_EQ("0.000", statistic(tables, index, column));
-}
-
 TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
   // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2: 4.147.
   const std::vector<Protein> proteins = {{"GAPAG", Omega::cis, 1.0F},
@@ -100,15 +78,6 @@ TEST(Training, LeavesOutWhatIsNotMarked) {
   EXPECT_EQ("1.000", made::cellOf(tables.limits, "RESNAME", "A", "CA_MAX"));  // without the 3 of the second
 }
 
-TEST(Training, LimitsOfRareTypesAreThoseOfAllTypes) {
-  const zorvela::ReferenceTables tables = trained(kThree, plain());
-  // Fewer than 50 shifts of each type; over all of them CA goes from -2 to 3.
-  EXPECT_EQ("-2.000", made::cellOf(tables.limits, "RESNAME", "G", "CA_MIN"));
-  EXPECT_EQ("3.000", made::cellOf(tables.limits, "RESNAME", "G", "CA_MAX"));
-  EXPECT_EQ("0.000", made::cellOf(tables.limits, "RESNAME", "G", "CB_MAX"));  // glycine has none
-  EXPECT_EQ("0.000", made::cellOf(tables.limits, "RESNAME", "P", "HN_MIN"));
-}
-
 TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
   // 50 % is the median on either side: with -2, 1 and 3 of each atom every shift is brought to 1.
   zorvela::TrainingChoices choices = plain();
@@ -116,18 +85,6 @@ TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
   const zorvela::ReferenceTables tables = trained(kThree, choices);
   EXPECT_EQ("1.000", statistic(tables, 9, "avg_cis"));
   EXPECT_EQ("1.000", statistic(tables, 9, "avg_trans"));
-}
-
-TEST(Training, NeedsBothClasses) {
-  try {
-    trained({kThree[0], kThree[1]}, plain());
-    FAIL() << "no error without a trans proline";
-  } catch (const zorvela::Error& e) {
-    EXPECT_STREQ(
-        "labels.csv: no trans proline with enough shifts is labelled by structure; add entries with trans "
-        "prolines",
-        e.what());
-  }
 }
 
 }  // namespace

@@ -82,34 +82,6 @@ class Train(folder.InFolder):
             own = CIS_CG if index == 18 else CIS
             self.assertEqual(three(statistics.stdev(own)), row["sd_cis"])
 
-    def test_pools_equally(self):
-        self.add_classes()
-        rows = self.shifts("--limit-percent", "0", "--trim", "0", "--pool", "equal", "--widen-proline", "1",
-                           "--widen-neighbours", "1")
-        expected = three(((statistics.variance(CIS) + statistics.variance(TRANS)) / 2) ** 0.5)
-        self.assertEqual([expected, expected], [rows[10]["std_cis"], rows[10]["std_trans"]])
-
-    def test_leaves_outliers_out(self):
-        self.add_classes()
-        self.data.add("far", made_data.sequence(70), "trans", 40.0, 60.0)
-        self.data.write_labels()
-        # Median of trans with 40: 0.5; median distance 1.5: 5 robust deviations are 11.1 ppm, which
-        # leaves out 40 alone. CG: median 27.3, median distance 0.3: 2.2 ppm, which leaves out 60 alone.
-        rows = self.shifts("--limit-percent", "0", "--trim", "5", "--pool", "none", "--widen-proline", "1",
-                           "--widen-neighbours", "1")
-        self.assertEqual([three(statistics.mean(TRANS)), "6"], [rows[10]["avg_trans"], rows[10]["n_trans"]])
-        self.assertEqual([three(statistics.mean(TRANS_CG)), "6"], [rows[18]["avg_trans"], rows[18]["n_trans"]])
-
-    def test_one_window_counts_once_with_its_median(self):
-        self.add_classes()
-        for i, shift in enumerate((4.0, 9.0)):  # with the entry of 1.0: median 4.0
-            self.data.add(f"again{i}", made_data.sequence(0), "cis", shift)
-        self.data.write_labels()
-        rows = self.shifts(*PLAIN)
-        cis = [4.0, 2.0, 3.0, 6.0]
-        self.assertEqual([three(statistics.mean(cis)), three(statistics.stdev(cis)), "4"],
-                         [rows[0]["avg_cis"], rows[0]["std_cis"], rows[0]["n_cis"]])
-
     def test_labels_without_structure_do_not_count(self):
         self.add_classes()
         self.data.labels.append("t0,5,,,x\n")
@@ -166,16 +138,6 @@ class Train(folder.InFolder):
         rows = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}
         self.assertEqual(["0.000", "2.900"], [rows["A"]["CB_MIN"], rows["A"]["CB_MAX"]])
         self.assertEqual(["0.000", "2.950"], [rows["P"]["CB_MIN"], rows["P"]["CB_MAX"]])
-
-    def test_class_means_are_those_of_clipped_shifts(self):
-        self.add_classes()
-        folder = self.train("--limit-percent", "10", *PLAIN[2:])
-        limits = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}["A"]
-        low, high = float(limits["N_MIN"]), float(limits["N_MAX"])
-        rows = rows_of(os.path.join(folder, "Pro.cs.tab"))
-        clipped = [min(max(value, low), high) for value in CIS]
-        self.assertNotEqual(CIS, clipped)
-        self.assertAlmostEqual(statistics.mean(clipped), float(rows[0]["avg_cis"]), delta=0.0006)
 
     def test_shares_add_up_to_one(self):
         self.add_classes()
@@ -254,12 +216,6 @@ class Train(folder.InFolder):
         self.fails(self.data.path("labels.csv") + ": no cis proline with enough shifts is labelled by structure; "
                    "add entries with cis prolines")
 
-    def test_no_trans_at_all(self):
-        self.data.add("c", made_data.sequence(0), "cis", 1.0)
-        self.data.write_labels()
-        self.fails(self.data.path("labels.csv") + ": no trans proline with enough shifts is labelled by structure; "
-                   "add entries with trans prolines")
-
     def test_entry_without_a_file(self):
         self.add_classes()
         os.remove(self.data.path("entries/t1.tab"))
@@ -287,8 +243,8 @@ class Train(folder.InFolder):
         for line, cause in (
                 ("c3,5,cis,,c3,more\n", "6 fields where the header has 5" + remedy),
                 ("c3\n", "1 field where the header has 5" + remedy),
-                ("c3,five,cis,,c3\n", 'resid is "five", no whole number' + remedy),
-                ("c3,99999999999,cis,,c3\n", 'resid is "99999999999", no whole number' + remedy),
+                ("c3,five,cis,,c3\n", 'resid is "five", not a whole number' + remedy),
+                ("c3,99999999999,cis,,c3\n", 'resid is "99999999999", not a whole number' + remedy),
                 ("c3,5,sis,,c3\n", 'label_structure is "sis", not cis, trans or empty' + remedy),
                 ("c3,5,cis,maybe,c3\n", 'label_shift is "maybe", not cis, trans, unclear or empty' + remedy),
                 ("c3,5,cis,,\n", "cluster is empty; give each protein a cluster"),
@@ -333,9 +289,9 @@ class Train(folder.InFolder):
                 for name in ("coil.csv", "effects.csv", "counts.csv")}
         for name, text, cause in (
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,x,8\n",
-                 ':2: CB is "x", no number; correct or remove the line'),
+                 ':2: CB is "x", not a number; correct or remove the line'),
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,nan,8\n",
-                 ':2: CB is "nan", no number; correct or remove the line'),
+                 ':2: CB is "nan", not a number; correct or remove the line'),
                 ("coil.csv", f"res,{atoms}\nA,120,4,175,55,30,8\n",
                  ": has no line for residue type C; add the line"),
                 ("effects.csv", "neighbour,atom,nbr_at_i-1,nbr_at_i+1\nA,CD,0,0\n",

@@ -7,7 +7,7 @@
 #include <map>
 
 #include "predict/evidence.h"
-#include "train/statistics_tools.h"
+#include "util/robust.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
@@ -15,6 +15,10 @@ namespace zorvela {
 namespace {
 
 constexpr double kLeastProbability = 0.001;
+// Shifts that are given back.
+constexpr std::size_t kSteps = 4;
+// Seed of what is hidden; any number does, but always the same one.
+constexpr std::uint64_t kSeed = 9;
 
 double chanceOfCis(double logOdds) {
   return 1 / (1 + std::exp(-logOdds));
@@ -33,10 +37,10 @@ bool isUndecided(double logOdds) {
 /// Log-odds before and after each shift that is given back; the last ones repeat where there are no more.
 using Course = std::vector<double>;
 
-Course giveBack(double logOdds, std::vector<TrialShift> hidden, std::size_t steps,
+Course giveBack(double logOdds, std::vector<TrialShift> hidden,
                 const std::function<std::size_t(double, const std::vector<TrialShift>&)>& choose) {
   Course course = {logOdds};
-  while (course.size() <= steps) {
+  while (course.size() <= kSteps) {
     if (!hidden.empty()) {
       const std::size_t chosen = choose(logOdds, hidden);
       logOdds += hidden[chosen].nats;
@@ -69,7 +73,7 @@ struct Start {
   double promised = 0;
 };
 
-Start startOf(const TrialProline& proline, std::size_t steps, Draw& draw) {
+Start startOf(const TrialProline& proline, Draw& draw) {
   double known = proline.start;
   std::vector<TrialShift> hidden;
   for (const TrialShift& shift : proline.shifts) {
@@ -81,8 +85,8 @@ Start startOf(const TrialProline& proline, std::size_t steps, Draw& draw) {
   Start start;
   start.isCis = proline.isCis;
   start.cluster = proline.cluster;
-  start.byGain = giveBack(known, hidden, steps, ofLargestGain);
-  start.atRandom = giveBack(known, hidden, steps, [&draw](double, const std::vector<TrialShift>& left) {
+  start.byGain = giveBack(known, hidden, ofLargestGain);
+  start.atRandom = giveBack(known, hidden, [&draw](double, const std::vector<TrialShift>& left) {
     return draw.below(left.size());
   });
   if (!hidden.empty()) start.promised = expectedGain(known, hidden[ofLargestGain(known, hidden)].promise);
@@ -99,8 +103,7 @@ double meanOf(const std::vector<Start>& starts, Value value) {
 }
 
 /// What the ranking saves at a step, over resampled clusters.
-Interval intervalOfSaving(const std::vector<Start>& starts, std::size_t step, int rounds,
-                          std::uint64_t seed) {
+Interval intervalOfSaving(const std::vector<Start>& starts, std::size_t step, int rounds) {
   struct Sum {
     double saved = 0;
     double count = 0;
@@ -114,7 +117,7 @@ Interval intervalOfSaving(const std::vector<Start>& starts, std::size_t step, in
   std::vector<Sum> clusters;
   for (const auto& [cluster, sum] : byCluster) clusters.push_back(sum);
   if (clusters.empty() || rounds == 0) return {};
-  Draw draw(seed);
+  Draw draw(kSeed);
   std::vector<double> means;
   for (int round = 0; round < rounds; ++round) {
     Sum all;
@@ -129,16 +132,16 @@ Interval intervalOfSaving(const std::vector<Start>& starts, std::size_t step, in
   return {percentile(means, 2.5), percentile(means, 97.5)};
 }
 
-TrialFigures figuresOf(const std::vector<Start>& starts, std::size_t steps, int rounds, std::uint64_t seed) {
+TrialFigures figuresOf(const std::vector<Start>& starts, int rounds) {
   TrialFigures figures;
   figures.starts = starts.size();
   for (std::size_t i = 0; i < starts.size(); ++i)
     if (i == 0 || starts[i].proline != starts[i - 1].proline) ++figures.prolines;
-  for (std::size_t step = 0; step <= steps; ++step) {
+  for (std::size_t step = 0; step <= kSteps; ++step) {
     TrialStep figure;
     figure.byGain = meanOf(starts, [&](const Start& s) { return logLoss(s.byGain[step], s.isCis); });
     figure.atRandom = meanOf(starts, [&](const Start& s) { return logLoss(s.atRandom[step], s.isCis); });
-    figure.saved = intervalOfSaving(starts, step, rounds, seed);
+    figure.saved = intervalOfSaving(starts, step, rounds);
     figure.undecidedByGain =
         meanOf(starts, [&](const Start& s) { return isUndecided(s.byGain[step]) ? 1 : 0; });
     figure.undecidedAtRandom =
@@ -146,42 +149,43 @@ TrialFigures figuresOf(const std::vector<Start>& starts, std::size_t steps, int 
     figures.steps.push_back(figure);
   }
   figures.promised = meanOf(starts, [](const Start& s) { return s.promised; });
-  figures.kept = steps == 0 ? 0 : figures.steps[0].byGain - figures.steps[1].byGain;
+  figures.kept = figures.steps[0].byGain - figures.steps[1].byGain;
   return figures;
 }
 
 }  // namespace
 
-TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction) {
+TrialProline trialProline(const Model& model, const std::array<char, 3>& types,
+                          const CisPrediction& prediction) {
   const ProlineEvidence& evidence = prediction.evidence;
   TrialProline proline;
   proline.start = Evidence::prior();
   for (std::size_t side = 0; side < 2; ++side)
     proline.start += std::log(static_cast<double>(evidence.cisShares[side]) / evidence.transShares[side]);
-  for (int index = 0; index <= kIndexCG; ++index) {
-    const ::ShiftEvidence& shift = evidence.shifts[static_cast<std::size_t>(index)];
+  for (std::size_t index = 0; index < kShifts; ++index) {
+    const ShiftEvidence& shift = evidence.shifts[index];
     if (shift.isMissing) continue;
+    const char type = types[static_cast<std::size_t>(shiftPlace(index).residue + 1)];
     TrialShift trial;
-    trial.promise = missingShift(run, prediction.resid, index);
+    trial.promise = missingShift(model, type, index);
     trial.nats = shift.lnCis - shift.lnTrans;
     proline.shifts.push_back(trial);
   }
   return proline;
 }
 
-Trial tryNextShifts(const std::vector<TrialProline>& prolines, std::size_t steps, int rounds,
-                    int bootstrapRounds, std::uint64_t seed) {
-  Draw draw(seed);
+NextShiftTrial tryNextShifts(const std::vector<TrialProline>& prolines, int rounds, int bootstrapRounds) {
+  Draw draw(kSeed);
   std::vector<Start> all;
   std::vector<Start> undecided;
   for (std::size_t i = 0; i < prolines.size(); ++i)
     for (int round = 0; round < rounds; ++round) {
-      Start start = startOf(prolines[i], steps, draw);
+      Start start = startOf(prolines[i], draw);
       start.proline = i;
       if (isUndecided(start.byGain.front())) undecided.push_back(start);
       all.push_back(std::move(start));
     }
-  return {figuresOf(all, steps, bootstrapRounds, seed), figuresOf(undecided, steps, bootstrapRounds, seed)};
+  return {figuresOf(all, bootstrapRounds), figuresOf(undecided, bootstrapRounds)};
 }
 
 }  // namespace zorvela

@@ -2,13 +2,14 @@
 // given back one at a time: the one with the largest expected gain, or one drawn at random.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "ZORVELA.h"
 #include "predict/next_shift.h"
 #include "train/metrics.h"
+#include "zorvela/core.h"
 
 namespace zorvela {
 
@@ -26,8 +27,9 @@ struct TrialProline {
   std::vector<TrialShift> shifts;
 };
 
-/// The shifts of a prediction; `run` is the one that made it. Label and cluster are left to the caller.
-TrialProline trialProline(ZORVELA& run, const ProlinePrediction& prediction);
+/// The shifts of a prediction; `types` are those of its triplet. Label and cluster are left to the caller.
+TrialProline trialProline(const Model& model, const std::array<char, 3>& types,
+                          const CisPrediction& prediction);
 
 /// After so many shifts were given back: the mean of -log2 of the probability that the label had (bits;
 /// probabilities kept within 0.001 to 0.999), and the share of prolines that are still undecided.
@@ -48,14 +50,13 @@ struct TrialFigures {
   double kept = 0;      ///< ... and by how much the log loss fell (bits)
 };
 
-struct Trial {
+struct NextShiftTrial {
   TrialFigures all;
   TrialFigures undecided;  ///< only the starts that are undecided
 };
 
-/// Hides each shift with a chance of one half, `rounds` times for each proline, and gives back up to `steps`.
-/// The same seed gives the same figures on every machine.
-Trial tryNextShifts(const std::vector<TrialProline>& prolines, std::size_t steps, int rounds,
-                    int bootstrapRounds, std::uint64_t seed);
+/// Hides each shift with a chance of one half, `rounds` times for each proline, and gives back up to four.
+/// The same prolines give the same figures on every machine.
+NextShiftTrial tryNextShifts(const std::vector<TrialProline>& prolines, int rounds, int bootstrapRounds);
 
 }  // namespace zorvela

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 
+#include "ZORVELA.h"
 #include "train/metrics.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
@@ -18,32 +19,28 @@ void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-void addTo(EntryShifts& chain, AtomPlace place, double ppm) {
-  for (SecondaryShifts& residue : chain.secondary) add(residue[place], ppm, kMissingSecondaryShift);
+void addTo(EntryShifts& chain, Atom atom, double ppm) {
+  for (BackboneValues& residue : chain.secondary) add(residue[indexOf(atom)], ppm, kMissingSecondaryShift);
 }
 
-void addToProlines(std::map<int, float>& shifts, double ppm) {
-  for (auto& [resid, shift] : shifts) add(shift, ppm, kMissingBound);
+/// Observed shifts, which only CB - CG and CG itself are made of.
+void addToObserved(EntryShifts& chain, Atom atom, double ppm) {
+  for (Residue& residue : chain.residues) add(residue.shift(atom), ppm, kMissingBound);
 }
 
 }  // namespace
 
 void addOffsets(EntryShifts& chain, double carbon, double proton) {
-  for (const AtomPlace place : {kPlaceC, kPlaceCA, kPlaceCB}) addTo(chain, place, carbon);
-  addToProlines(chain.cg, carbon);
-  addToProlines(chain.cb, carbon);
-  addTo(chain, kPlaceHA, proton);
+  for (const Atom atom : {Atom::C, Atom::CA, Atom::CB}) addTo(chain, atom, carbon);
+  for (const Atom atom : {Atom::CB, Atom::CG}) addToObserved(chain, atom, carbon);
+  addTo(chain, Atom::HA, proton);
 }
 
 void rereference(EntryShifts& chain) {
-  for (const auto& [atom, ppm] : correctionsOf(estimateOffsets(chain.secondary))) {
-    if (atom == "CA") addTo(chain, kPlaceCA, -ppm);
-    if (atom == "C") addTo(chain, kPlaceC, -ppm);
-    if (atom == "HA") addTo(chain, kPlaceHA, -ppm);
-    if (atom == "CG") addToProlines(chain.cg, -ppm);
-    if (atom != "CB") continue;
-    addTo(chain, kPlaceCB, -ppm);
-    addToProlines(chain.cb, -ppm);
+  for (const auto& [name, ppm] : correctionsOf(estimateOffsets(chain.secondary))) {
+    const Atom atom = atomNamed(name).value();
+    if (atom != Atom::CG) addTo(chain, atom, -ppm);
+    if (atom == Atom::CG || atom == Atom::CB) addToObserved(chain, atom, -ppm);
   }
 }
 
@@ -136,11 +133,23 @@ constexpr double kProtonAdded = 0.5;
 // Seed of the halves; any number does, but always the same one.
 constexpr std::uint64_t kHalfSeed = 11;
 
-FoundOffsets byLine(ZORVELA& run, const EntryShifts& chain) {
-  EntryView view(run, chain);
-  view.showAll();
+/// The straight line of the check report, which is an operation on the program's table of secondary shifts.
+FoundOffsets byLine(const EntryShifts& chain) {
+  ZORVELA run;
+  int row = 0;
+  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
+    const int resid = static_cast<int>(i) + 1;
+    run.resNames[resid] = chain.residues[i].type;
+    for (const Atom atom : kBackbone) {
+      ++row;
+      run.resTable.setEntry(row, "RESID", std::to_string(resid));
+      run.resTable.setEntry(row, "ATOMNAME", std::string(nameOf(atom)));
+      run.resTable.setEntry(row, "SHIFT", run.ftoa(chain.secondary[i][indexOf(atom)], run.numBuffer, 'g', 6));
+    }
+  }
+  run.seqLength = static_cast<int>(chain.residues.size());
+  const auto offsets = run.referencingOffsets();
   FoundOffsets found;
-  const std::vector<ReferencingOffset> offsets = run.referencingOffsets();
   for (std::size_t i = 0; i < found.size(); ++i)
     found[i] = {offsets[i].offset, offsets[i].error,
                 offsets[i].recommended && std::isfinite(offsets[i].offset)};
@@ -155,20 +164,20 @@ FoundOffsets byRelations(const EntryShifts& chain, const std::vector<ShiftRelati
   return found;
 }
 
-std::size_t residuesWith(const EntryShifts& chain, const std::function<bool(const SecondaryShifts&)>& holds) {
+std::size_t residuesWith(const EntryShifts& chain, const std::function<bool(const BackboneValues&)>& holds) {
   return static_cast<std::size_t>(std::count_if(chain.secondary.begin(), chain.secondary.end(), holds));
 }
 
-bool hasCarbon(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceCA) || shiftAt(residue, kPlaceCB) || shiftAt(residue, kPlaceC);
+bool hasCarbon(const BackboneValues& residue) {
+  return shiftAt(residue, Atom::CA) || shiftAt(residue, Atom::CB) || shiftAt(residue, Atom::C);
 }
 
-bool hasAlphaProton(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceHA).has_value();
+bool hasAlphaProton(const BackboneValues& residue) {
+  return shiftAt(residue, Atom::HA).has_value();
 }
 
-bool hasCAandCB(const SecondaryShifts& residue) {
-  return shiftAt(residue, kPlaceCA) && shiftAt(residue, kPlaceCB);
+bool hasCAandCB(const BackboneValues& residue) {
+  return shiftAt(residue, Atom::CA) && shiftAt(residue, Atom::CB);
 }
 
 /// Each cluster's half, 0 or 1.
@@ -197,8 +206,7 @@ class Trial {
  public:
   using Found = std::array<FoundOffsets, kOffsetMethods>;
 
-  Trial(ZORVELA& runObject, const LabelledProlines& labelled)
-      : run(runObject), data(labelled), half(halves(labelled)) {
+  explicit Trial(const LabelledProlines& labelled) : data(labelled), half(halves(labelled)) {
     for (std::size_t i = 0; i < forHalf.size(); ++i)
       forHalf[i] = fitRelations(chosen(data, [&](std::size_t entry) { return half[entry] != i; }));
   }
@@ -209,13 +217,12 @@ class Trial {
       EntryShifts chain = data.entries[i];
       addOffsets(chain, carbon, proton);
       found.push_back(
-          {byLine(run, chain), byRelations(chain, knownRelations()), byRelations(chain, forHalf[half[i]])});
+          {byLine(chain), byRelations(chain, knownRelations()), byRelations(chain, forHalf[half[i]])});
     }
     return found;
   }
 
  private:
-  ZORVELA& run;
   const LabelledProlines& data;
   std::vector<std::size_t> half;
   std::array<std::vector<ShiftRelation>, 2> forHalf;
@@ -268,13 +275,13 @@ EstimateSpread spreadOf(const std::string& atoms, const std::vector<Trial::Found
 
 }  // namespace
 
-ReferencingStudy studyReferencing(ZORVELA& run, const LabelledProlines& data) {
-  const auto isLong = [](const EntryShifts& chain) { return chain.names.size() >= kLongChain; };
+ReferencingStudy studyReferencing(const LabelledProlines& data) {
+  const auto isLong = [](const EntryShifts& chain) { return chain.residues.size() >= kLongChain; };
   const auto any = [](const EntryShifts&) { return true; };
-  const auto longWith = [&](bool (*holds)(const SecondaryShifts&), std::size_t least) {
+  const auto longWith = [&](bool (*holds)(const BackboneValues&), std::size_t least) {
     return [=](const EntryShifts& chain) { return isLong(chain) && residuesWith(chain, holds) >= least; };
   };
-  Trial trial(run, data);
+  Trial trial(data);
   ReferencingStudy study;
   study.chains = data.entries.size();
   study.longChains =

@@ -63,7 +63,7 @@ struct ReferencingStudy {
   std::vector<ShiftRelation> fitted;  ///< to all chains
 };
 
-/// Tries the methods on all entries, as they are and with offsets added. `run` holds the random-coil tables.
-ReferencingStudy studyReferencing(ZORVELA& run, const LabelledProlines& data);
+/// Tries the methods on all entries, as they are and with offsets added.
+ReferencingStudy studyReferencing(const LabelledProlines& data);
 
 }  // namespace zorvela

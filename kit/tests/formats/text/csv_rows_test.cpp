@@ -14,10 +14,7 @@ std::vector<zorvela::CsvRow> rowsOf(const std::string& text) {
   auto layout = zorvela::layoutOf(header.value(), text, pos, line);
   zorvela::findPlaces(text, layout.value());
   std::vector<zorvela::CsvRow> rows;
-  zorvela::forEachRow(text, *layout, [&](const zorvela::CsvRow& row) {
-    rows.push_back(row);
-    return zorvela::Rows::goOn;
-  });
+  zorvela::forEachRow(text, *layout, [&](const zorvela::CsvRow& row) { rows.push_back(row); });
   return rows;
 }
 
@@ -52,18 +49,6 @@ TEST(CsvRows, MarkOrNameOfTheFirstColumn) {
   EXPECT_EQ(rowsOf("# a b\n1 2 3\n").at(0).cells, (Cells{"1", "2", "3"}));
   EXPECT_EQ(rowsOf("#,a\n1,2\n").at(0).cells, (Cells{"1", "2"}));
   EXPECT_EQ(rowsOf("#a,b\n1,2\n").at(0).cells, (Cells{"1", "2"}));
-}
-
-TEST(CsvRows, NoMoreThanWanted) {
-  std::size_t pos = 0;
-  std::size_t line = 0;
-  const std::string text = "a,b\n1,2\n3,4\n5,6\n";
-  const auto header = zorvela::nextFilledLine(text, pos, line);
-  std::size_t seen = 0;
-  zorvela::forEachRow(
-      text, zorvela::layoutOf(header.value(), text, pos, line).value(),
-      [&seen](const zorvela::CsvRow&) { return ++seen == 2 ? zorvela::Rows::stop : zorvela::Rows::goOn; });
-  EXPECT_EQ(seen, 2U);
 }
 
 TEST(CsvRows, DrawnTables) {

@@ -45,14 +45,6 @@ TEST(Rereference, TakesAwayWhatWasAdded) {
   EXPECT_NEAR(chain.cb.at(7), 32, 1e-5);
 }
 
-TEST(Rereference, LeavesAChainWithoutAnOffsetAsItIs) {
-  EntryShifts chain = chainOf(40);
-  for (SecondaryShifts& residue : chain.secondary) residue[kPlaceCA] = residue[kPlaceCB] = 0.5F;
-  const EntryShifts before = chain;
-  rereference(chain);
-  EXPECT_EQ(chain.secondary, before.secondary);
-}
-
 /// Every point of every relation, with CA 0.7 and C' 0.3 times CA - CB, and HA of its own.
 EntryShifts everyPoint(double bias) {
   EntryShifts chain = chainOf(180);

@@ -1,5 +1,7 @@
-#include "cli/evaluate_referencing.h"
+// Tables in plain text.
+#include "train/study/study_report.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -14,7 +16,7 @@ const std::array<std::string, kOffsetMethods> kMethodNames = {"zorvela -check", 
 
 template <class... Values>
 std::string formatted(const char* format, Values... values) {
-  std::array<char, 128> text{};
+  std::array<char, 160> text{};
   std::snprintf(text.data(), text.size(), format, values...);
   return text.data();
 }
@@ -65,14 +67,61 @@ void writeReferencing(std::ostream& out, const ReferencingStudy& study) {
         << '\n';
 }
 
-void writeRelations(std::ostream& out, const ReferencingStudy& study) {
-  for (const ShiftRelation& relation : study.fitted) {
+void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relations) {
+  for (const ShiftRelation& relation : relations) {
     out << "{\"" << relation.atom << "\", Measure::" << measureText(relation.measure) << ", "
         << formatted("%g, %g", relation.first, relation.step) << ", {";
     for (std::size_t i = 0; i < relation.points.size(); ++i)
       out << (i > 0 ? ", " : "") << formatted("%.3f", relation.points[i]);
     out << "}, " << formatted("%.3f, %.3f", relation.scatter, relation.betweenChains) << "},\n";
   }
+}
+
+// --- Next shifts ----------------------------------------------------------------------------------
+
+namespace {
+
+void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigures& figures) {
+  out << '\n'
+      << name << ": " << figures.starts << " starts of " << figures.prolines << " prolines\n"
+      << "          log loss (bits)                               undecided\n"
+         "shifts    by gain  at random  saved [95 %]              by gain  at random\n";
+  for (std::size_t i = 0; i < figures.steps.size(); ++i) {
+    const TrialStep& step = figures.steps[i];
+    out << formatted("%6zu    %7.4f  %9.4f  %6.4f [%.4f %.4f]  %8.3f  %9.3f\n", i, step.byGain, step.atRandom,
+                     step.atRandom - step.byGain, step.saved.low, step.saved.high, step.undecidedByGain,
+                     step.undecidedAtRandom);
+  }
+  out << formatted("The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n",
+                   figures.promised, figures.kept);
+}
+
+}  // namespace
+
+void writeTrial(std::ostream& out, const NextShiftTrial& trial, int rounds) {
+  out << "Each shift is hidden with a chance of one half, " << rounds
+      << " times for each proline; hidden ones are then\n"
+         "given back one at a time, by expected gain of information or at random.\n";
+  writeTrialSet(out, "All", trial.all);
+  writeTrialSet(out, "Undecided at the start", trial.undecided);
+}
+
+// --- Offsets --------------------------------------------------------------------------------------
+
+void writeOffsetHeader(std::ostream& out) {
+  out << "| 13C offset | --rereference | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
+         "|---|---|---|---|---|---|\n";
+}
+
+void writeOffsetRow(std::ostream& out, double ppm, bool isCorrected, const std::vector<GroupFigures>& all) {
+  const auto figuresOf = [&](const std::string& key) {
+    const auto isGroup = [&](const GroupFigures& figures) { return figures.group.key == key; };
+    return std::find_if(all.begin(), all.end(), isGroup)->figures;
+  };
+  const Figures ofAll = figuresOf("all");
+  const Figures withBoth = figuresOf("with_cb_and_cg");
+  out << formatted("| %g ppm | %s | %.3f | %.3f | %.3f | %.3f |\n", ppm, isCorrected ? "yes" : "no",
+                   ofAll.auc.value(), withBoth.auc.value(), ofAll.logLoss.value(), withBoth.logLoss.value());
 }
 
 }  // namespace zorvela

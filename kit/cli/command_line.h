@@ -1,0 +1,120 @@
+// The command line in terms of sub-commands and their options. The parser itself is known to command_line.cpp
+// alone, since every source that includes it takes ten seconds to compile.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+namespace zorvela {
+
+/// What an option or argument is given as: its name in a help text and the values that it may have.
+class ValueKind {
+ public:
+  /// A name, a path: any text.
+  ValueKind(const char* called) : name(called) {}  // NOLINT(google-explicit-constructor): "FILE" says it all
+  /// One of these words.
+  ValueKind(const char* called, std::vector<std::string> oneOf) : name(called), words(std::move(oneOf)) {}
+  /// A number of this range. "nan" is none, which a comparison with both ends would not see.
+  ValueKind(const char* called, double from, double upTo) : name(called), low(from), high(upTo) {}
+
+  /// Also 0, where it turns a choice off.
+  ValueKind orZero() const;
+
+ private:
+  friend class Option;
+  std::string range() const;
+  std::string findingOn(const std::string& value) const;
+
+  std::string name;
+  std::vector<std::string> words;
+  double low = -std::numeric_limits<double>::infinity();
+  double high = std::numeric_limits<double>::infinity();
+  bool allowsZero = false;
+};
+
+/// An option that was added to a sub-command.
+class Option {
+ public:
+  Option required() const;
+  /// It takes one value each time, and may be repeated.
+  Option repeated() const;
+  /// It is refused without the other one.
+  Option needs(Option other) const;
+  /// It is refused together with the other one.
+  Option excludes(Option other) const;
+  /// The heading in the help text.
+  Option group(const std::string& heading) const;
+  /// The help text names the default: this value, or the one that the setting has now.
+  Option showsDefault(const std::string& value = "") const;
+
+ private:
+  friend class Command;
+  explicit Option(CLI::Option* added) : option(added) {}
+  void takes(const ValueKind& kind) const;
+
+  CLI::Option* option;
+};
+
+/// A sub-command. The settings that options write to live until the command has run.
+class Command {
+ public:
+  explicit Command(CLI::App* added) : app(added) {}
+
+  /// Adds an option by its names ("-o,--output"), or an argument (without a dash).
+  Option add(const std::string& names, std::string& setting, const ValueKind& kind, const std::string& text);
+  Option add(const std::string& names, std::vector<std::string>& setting, const ValueKind& kind,
+             const std::string& text);
+  Option add(const std::string& names, double& setting, const ValueKind& kind, const std::string& text);
+  Option add(const std::string& names, int& setting, const ValueKind& kind, const std::string& text);
+  Option add(const std::string& names, std::size_t& setting, const ValueKind& kind, const std::string& text);
+  /// The same for a setting that is no text or number: the function is given the value.
+  Option add(const std::string& names, const std::function<void(const std::string&)>& setting,
+             const ValueKind& kind, const std::string& text);
+  /// Adds an option without a value.
+  Option addFlag(const std::string& names, bool& setting, const std::string& text);
+  /// Sets the last paragraph of the help text.
+  void footer(const std::string& text);
+  /// Sets what the sub-command does once its options are read.
+  void runs(std::function<void()> action);
+
+ private:
+  template <class Setting>
+  Option addSetting(const std::string& names, Setting& setting, const ValueKind& kind,
+                    const std::string& text);
+
+  CLI::App* app;
+};
+
+/// zorvela-kit with its sub-commands.
+class CommandLine {
+ public:
+  CommandLine(const std::string& description, const std::string& program, const std::string& version);
+  ~CommandLine();
+  CommandLine(const CommandLine&) = delete;
+  CommandLine& operator=(const CommandLine&) = delete;
+
+  Command addCommand(const std::string& name, const std::string& description);
+  /// Runs the sub-command that the arguments name, and returns the exit status. Help and version are written
+  /// to `out`, what is wrong with the arguments to `err`.
+  int run(int argc, char** argv, std::ostream& out, std::ostream& err);
+
+ private:
+  /// The options of all sub-commands, one a line, for the man page and the documents: sub-command, names,
+  /// name of the value, default, heading, text, apart by tabs.
+  std::string optionList() const;
+
+  std::unique_ptr<CLI::App> app;
+};
+
+}  // namespace zorvela

@@ -1,0 +1,108 @@
+// zorvela-study: trials behind the figures of doc/accuracy.md. For developers, not installed.
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "predict/chain.h"
+#include "predict/tables.h"
+#include "train/evaluation.h"
+#include "train/evaluation_groups.h"
+#include "train/published_tables.h"
+#include "train/study/next_shift_trial.h"
+#include "train/study/referencing_study.h"
+#include "train/study/study_report.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kFolds = 10;
+constexpr int kTrialRounds = 20;
+constexpr int kBootstrapRounds = 2000;
+
+LabelledProlines dataOf(const std::string& folder, const Model& model) {
+  return readLabelled(folder + "/prolines.csv", folder + "/entries", model);
+}
+
+/// The data, and tables that are trained anew for each fold.
+struct CrossValidation {
+  explicit CrossValidation(const std::string& folder)
+      : published(modelOf(
+            publishedTables(besideLabels({}, folder + "/prolines.csv"), TrainingChoices().pseudocount))),
+        data(dataOf(folder, published)),
+        folded(trainFolds(published, data, kFolds, {})) {}
+
+  Model published;
+  LabelledProlines data;
+  FoldModels folded;
+};
+
+// --- The trials -----------------------------------------------------------------------------------
+
+ReferencingStudy studyOf(const std::string& folder, const std::string& tables) {
+  return studyReferencing(dataOf(folder, modelOf(*tablesFromFolder(tables))));
+}
+
+void tryNextShift(const std::string& folder) {
+  const CrossValidation trained(folder);
+  const Predictions predictions = predictAll(trained.folded, trained.data);
+  std::vector<TrialProline> prolines;
+  for (const Evaluated& proline : evaluation(trained.data, predictions).prolines) {
+    const EntryShifts& entry = trained.data.entry(proline.label);
+    const Triplet triplet = tripletAt(entry.residues, entry.secondary, trained.data.place(proline.label));
+    prolines.push_back(
+        trialProline(trained.folded.of(proline.label), triplet.types, *predictions[proline.label]));
+    prolines.back().isCis = proline.isCis;
+    prolines.back().cluster = proline.cluster;
+  }
+  std::cout << "Tables: trained anew in each of " << kFolds << " folds of clusters\n";
+  writeTrial(std::cout, tryNextShifts(prolines, kTrialRounds, kBootstrapRounds), kTrialRounds);
+}
+
+void tryOffsets(const std::string& folder) {
+  const CrossValidation trained(folder);
+  writeOffsetHeader(std::cout);
+  for (const double ppm : {0.0, 1.0, 2.0, 3.0})
+    for (const bool isCorrected : {false, true}) {
+      LabelledProlines data = trained.data;
+      for (EntryShifts& entry : data.entries) {
+        addOffsets(entry, ppm, 0);
+        if (isCorrected) rereference(entry);
+      }
+      const Evaluation result = evaluation(data, predictAll(trained.folded, data));
+      writeOffsetRow(std::cout, ppm, isCorrected, allFigures(result, 0));
+    }
+}
+
+int run(const std::vector<std::string>& words) {
+  const std::string command = words.empty() ? "" : words[0];
+  if (command == "next-shift" && words.size() == 2)
+    tryNextShift(words[1]);
+  else if (command == "offsets" && words.size() == 2)
+    tryOffsets(words[1]);
+  else if (command == "referencing" && words.size() == 3)
+    writeReferencing(std::cout, studyOf(words[1], words[2]));
+  else if (command == "relations" && words.size() == 3)
+    writeRelations(std::cout, studyOf(words[1], words[2]).fitted);
+  else {
+    std::cerr
+        << "usage: zorvela-study next-shift DATA | offsets DATA | referencing DATA TAB | relations DATA TAB\n"
+           "DATA: the folder with entries/, prolines.csv and the published data; TAB: the reference tables\n";
+    return 2;
+  }
+  return std::cout.flush() ? 0 : 1;
+}
+
+}  // namespace
+
+}  // namespace zorvela
+
+int main(int argc, char** argv) {
+  try {
+    return zorvela::run({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << "zorvela-study: " << error.what() << '\n';
+    return 1;
+  }
+}

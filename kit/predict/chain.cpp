@@ -1,19 +1,14 @@
 #include "predict/chain.h"
 
-#include <cstdlib>
-#include <optional>
-
 namespace zorvela {
 
 std::vector<Residue> residuesOf(const Protein& protein, const Corrections& corrections) {
   std::vector<Residue> residues(protein.sequence.size());
   for (std::size_t i = 0; i < residues.size(); ++i) residues[i].type = protein.sequence[i];
   for (const Shift& shift : protein.shifts) {
-    Residue& residue = residues.at(static_cast<std::size_t>(shift.resid) - 1);
-    const std::optional<Atom> atom = atomNamed(shift.atom);
-    if (!atom || residue.has(*atom)) continue;
-    const double ppm = std::strtod(shift.shift.c_str(), nullptr);
-    residue.shift(*atom) = static_cast<float>(corrected(ppm, *atom, corrections));
+    Residue& residue = residues.at(static_cast<std::size_t>(shift.position) - 1);
+    if (!residue.has(shift.atom))
+      residue.shift(shift.atom) = static_cast<float>(corrected(shift.ppm, shift.atom, corrections));
   }
   return residues;
 }

@@ -1,10 +1,8 @@
 // Tables from files or memory, checked, and into a run object.
 #include "predict/tables.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -13,7 +11,7 @@
 #include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
-#include "util/read_some.h"
+#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -99,33 +97,18 @@ namespace {
 constexpr std::size_t kMostBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostWords = 3000;
 
-[[noreturn]] void throwSystemError(const std::string& path, int number) {
-  throw TableError(path, 0, std::generic_category().message(number), "");
-}
-
 [[noreturn]] void throwTooLarge(const std::string& path) {
   throw TableError(path, 0, "is too large for a reference table", "");
 }
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-/// The whole text of a file; a read error is no end of file.
+/// The whole text of a file; a read error is not its end.
 std::string textOf(const std::string& path) {
-  struct stat info {};
-  if (stat(path.c_str(), &info) != 0) throwSystemError(path, errno);
-  if (S_ISDIR(info.st_mode)) throw TableError(path, 0, "is a folder, not a table", "");
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
-  if (!file) throwSystemError(path, errno);
-  std::string text;
-  std::array<char, 1 << 14> block{};
-  while (const std::size_t count = readSome(block.data(), block.size(), file.get())) {
-    text.append(block.data(), count);
-    if (text.size() > kMostBytes) throwTooLarge(path);
+  try {
+    return readWhole(path, kMostBytes);
+  } catch (const std::system_error& e) {
+    if (e.code() == std::errc::file_too_large) throwTooLarge(path);
+    throw TableError(path, 0, e.code().message(), "");
   }
-  if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
-  return text;
 }
 
 /// The text of a table in the program's format as a table, checked as that of this name. `file` names it in
@@ -152,8 +135,8 @@ GDB parseTable(const std::string& name, const std::string& text, const std::stri
 // --- All seven ----------------------------------------------------------------------------------
 
 Tables tablesFromFolder(const std::string& folder) {
-  struct stat info {};
-  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
+  std::error_code unknown;
+  if (!std::filesystem::is_directory(folder, unknown))
     throw TableError(folder, 0, "there is no such folder", "");
   const auto tables = std::make_shared<ReferenceTables>();
   for (const auto& [name, table] : namedTables(*tables)) {

@@ -66,7 +66,7 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
 std::size_t placeOf(std::string_view column, const std::vector<std::string_view>& tags) {
   const auto at = std::find_if(tags.begin(), tags.end(), [column](std::string_view tag) {
-    return equalIgnoringCase(tag.substr(kCategory.size()), column);
+    return startsIgnoringCase(tag, kCategory) && equalIgnoringCase(tag.substr(kCategory.size()), column);
   });
   return at == tags.end() ? kNone : static_cast<std::size_t>(at - tags.begin());
 }

@@ -135,7 +135,7 @@ void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByCh
     residue.name = own.name;
     residue.number = own.number;
     residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
-    if (residue.letter == kProline)
+    if (residue.letter == kProlineCode)
       residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
     chain.isTrace = chain.isTrace && own.find("N") == nullptr && own.find("C") == nullptr;
     places.byKey.emplace(keyOf(own), i);
@@ -166,7 +166,7 @@ PlacesByChain addFullest(const std::vector<std::vector<PlacedChain>>& models, Pr
 void addBonds(const PlacedChain& chain, const std::string& model, const Places& places,
               std::vector<StructureResidue>& residues) {
   for (std::size_t i = 1; i < chain.residues.size(); ++i) {
-    if (chain.residues[i].letter != kProline) continue;
+    if (chain.residues[i].letter != kProlineCode) continue;
     const auto place = places.byKey.find(keyOf(*chain.residues[i].residue));
     if (place == places.byKey.end()) continue;
     std::vector<ModelBond> bonds = peptideBonds(*chain.residues[i - 1].residue, *chain.residues[i].residue);

@@ -17,6 +17,8 @@ void addImport(CommandLine& line);
 void addRun(CommandLine& line);
 /// The calls written into a NEF file.
 void addAnnotate(CommandLine& line);
+/// The cis prolines for structure calculation programs.
+void addRestrain(CommandLine& line);
 /// Labels for training from structures.
 void addLabel(CommandLine& line);
 /// The seven reference tables from proteins with known prolines.

@@ -29,6 +29,7 @@ int runCommand(int argc, char** argv) {
   zorvela::addRun(line);
   zorvela::addImport(line);
   zorvela::addAnnotate(line);
+  zorvela::addRestrain(line);
   zorvela::addLabel(line);
   zorvela::addTrain(line);
   zorvela::addEvaluate(line);

@@ -1,0 +1,143 @@
+// The sub-command `restrain`: the cis prolines in the words of a structure calculation program.
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/input.h"
+#include "cli/input_files.h"
+#include "cli/messages.h"
+#include "cli/reference_tables.h"
+#include "cli/whole_file.h"
+#include "formats/input_bytes.h"
+#include "restrain/restraints.h"
+#include "util/text.h"
+#include "zorvela/compare.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+#include "zorvela/structure.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr std::size_t kNotesShown = 5;
+constexpr const char* kAllNotes = "zorvela-kit run --format json has them all";
+
+struct RestrainSettings {
+  std::vector<std::string> files;
+  std::string program;
+  std::string into;
+  std::string structure;
+  std::string output = "-";
+  std::vector<std::string> renamings;
+  std::string tables;
+  ImportOptions import;
+  PredictorOptions predict;
+};
+
+std::vector<std::string> formatNames() {
+  std::vector<std::string> names;
+  for (const RestraintFormat& format : restraintFormats()) names.emplace_back(format.name);
+  return names;
+}
+
+const RestraintFormat& formatOf(const std::string& name) {
+  const auto& formats = restraintFormats();
+  return *std::find_if(formats.begin(), formats.end(),
+                       [&name](const RestraintFormat& format) { return format.name == name; });
+}
+
+std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
+                                           const std::optional<ProteinStructure>& structure) {
+  Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
+  std::vector<Protein> proteins;
+  std::vector<ProteinResult> results;
+  for (const std::string& file : settings.files) {
+    std::vector<ChainNotes> notes;
+    for (Protein& protein : readInput(file, settings.import)) {
+      results.push_back(predictor.predict(protein));
+      notes.push_back({protein.chain, protein.notes});
+      proteins.push_back(std::move(protein));
+    }
+    sayFileNotes(file, notes, kNotesShown, kAllNotes);
+  }
+  if (structure) {
+    compareWithStructures(proteins, {*structure}, results);
+    sayFileNotes(structure->file, {{"", structure->notes}}, kNotesShown, kAllNotes);
+  }
+  for (const ProteinResult& result : results)
+    sayFileNotes(result.file, {{result.chain, result.structureNotes}}, kNotesShown, kAllNotes);
+  return restrainedChains(proteins, results);
+}
+
+void restrain(const RestrainSettings& settings) {
+  InputFiles inputs(settings.files);
+  inputs.add(std::vector<std::string>{settings.into, settings.structure});
+  inputs.addFolder(findTables(settings.tables));
+  inputs.mustNotHold(settings.output);
+  RestraintRequest request;
+  if (!settings.structure.empty()) {
+    const std::string text = unpacked(fileBytes(settings.structure), settings.structure);
+    request.modelText = NamedText{settings.structure, text};
+    request.structure = readStructureBytes(text, settings.structure);
+  }
+  const std::string there = settings.into.empty() ? std::string() : fileBytes(settings.into);
+  if (!settings.into.empty()) request.into = NamedText{settings.into, unpacked(there, settings.into)};
+  const RestraintFormat& format = formatOf(settings.program);
+  mustFit(format, request);
+  request.chains = predictChains(settings, request.structure);
+  renameChains(settings.renamings, request.chains);
+  RestraintText result = writeRestraints(format, request);
+  if (isGzipped(there)) result.text = packed(std::move(result.text));
+  writeWhole(settings.output, [&](std::ostream& out) {
+    out.write(result.text.data(), static_cast<std::streamsize>(result.text.size()));
+  });
+  for (const std::string& note : result.notes) say("note: " + note);
+  say(summaryOf(request.chains));
+}
+
+std::string footer() {
+  std::string text = "Programs:\n";
+  for (const RestraintFormat& format : restraintFormats())
+    text += "  " + std::string(format.name) + std::string(14 - std::string(format.name).size(), ' ') +
+            format.writes + "\n";
+  return text + "Undecided prolines are comments, trans ones are left out. Lines that are not sure say so.";
+}
+
+}  // namespace
+
+void addRestrain(CommandLine& line) {
+  const auto settings = std::make_shared<RestrainSettings>();
+  Command command = line.addCommand("restrain", "Write the cis prolines for a structure calculation");
+  command
+      .add("FILE", settings->files, "",
+           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+      .required();
+  command.add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for").required();
+  command.add("--into", settings->into, "FILE",
+              "With cyana or nef: a file to add to; all its other bytes are kept");
+  command.add("--structure", settings->structure, "MODEL",
+              "With amber, pdb or mmcif: the structure (PDB, mmCIF), also gzipped");
+  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+  command
+      .add("--chain-as,--segid", settings->renamings, "[OLD=]NEW",
+           "Call the chain, or the chain OLD, so; may be repeated")
+      .repeated();
+  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--rereference", settings->predict.rereference,
+                  "Take away referencing offsets that call for a correction before predicting");
+  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
+      .repeated();
+  command
+      .add("--list", settings->import.lists, "NAME",
+           "Predict from the shift list of this name; default: the one with most shifts")
+      .repeated();
+  command.footer(footer());
+  command.runs([settings] { restrain(*settings); });
+}
+
+}  // namespace zorvela

@@ -51,15 +51,6 @@ TEST_F(StraightLine, FirstPairCountsInTheMeansOnly) {
   EXPECT_NEAR(error, std::sqrt(99.0 / 841.0 / 2.0) / 2.0, 1e-6);
 }
 
-TEST_F(StraightLine, OtherLine) {
-  ASSERT_TRUE(fit({1.0F, 2.0F, 3.0F}, {2.0F, 4.0F, 7.0F}));
-  // xy: 8 and 21, xx: 4 and 9, means 14.5 and 6.5; (43.5 - 2 x 13) / (19.5 - 2 x 6) = 17.5 / 7.5 = 7/3;
-  // 13/3 - 14/3 = -1/3. Residuals 4 - 13/3 = -1/3 and 7 - 20/3 = 1/3: sqrt((2/9) / 1) / sqrt(3).
-  EXPECT_FLOAT_EQ(slope, 7.0F / 3.0F);
-  EXPECT_NEAR(intercept, -1.0 / 3.0, 1e-6);
-  EXPECT_NEAR(error, std::sqrt(2.0 / 27.0), 1e-6);
-}
-
 TEST_F(StraightLine, VectorsOfDifferentLengthsAreNotFittedAndChangeNothing) {
   EXPECT_FALSE(fit({0.0F, 1.0F, 2.0F}, {1.0F, 3.0F, 5.0F, 7.0F}));
   EXPECT_FALSE(fit({1.0F}, {}));
@@ -195,24 +186,6 @@ TEST_F(CheckReport, ShiftWithoutLimitsIsAnOutlierOfZero) {
   EXPECT_EQ(outliersOf("CG", "0"), "");
 }
 
-TEST_F(CheckReport, OutliersStandInRowOrder) {
-  add("9", "CA", "4");
-  add("10", "HA", "-0.5");
-  add("10", "CA", "2");
-  add("8", "CA", "-4");
-  EXPECT_EQ(outliers(),
-            "    9 K  CA Secondary Shift:    4.000    Limit:    3.000\n"
-            "   10 K  HA Secondary Shift:   -0.500    Limit:   -0.300\n"
-            "    8 K  CA Secondary Shift:   -4.000    Limit:   -3.000\n");
-}
-
-TEST_F(CheckReport, DetailAddsTheClippingLineBeforeTheOutlier) {
-  zorvela.showDetail = true;
-  EXPECT_EQ(outliersOf("CA", "5"),
-            " Clipped  12 K  CA Secondary Shift:    5.000 Limit:    3.000\n"
-            "   12 K  CA Secondary Shift:    5.000    Limit:    3.000\n");
-}
-
 TEST_F(CheckReport, ProteinWithoutResiduesBelowZeroGivesFourFitsOnEmptyVectors) {
   const std::string nan = notANumber("%7.3f");
   const std::string error = notANumber("%6.3f");
@@ -303,17 +276,6 @@ TEST_F(CheckReport, LaterRowOfAnAtomReplacesTheEarlierOne) {
   // With CA = 1 the difference would not be below 0.
   EXPECT_EQ(offsets().substr(0, offsets().find('\n') + 1),
             offsetLine("CA", "  0.000", "-0.000", "  1", false));
-}
-
-TEST_F(CheckReport, OffsetsAreEstimatedFromUnclippedShifts) {
-  // d as above; CA is constant at 5, beyond its limit of 3.
-  const std::vector<std::string> cb = {"7", "6", "8"};
-  for (std::size_t i = 0; i < 3; ++i) {
-    add(std::to_string(i + 1), "CA", "5");
-    add(std::to_string(i + 1), "CB", cb[i]);
-  }
-  EXPECT_EQ(offsets().substr(0, offsets().find('\n') + 1),
-            offsetLine("CA", "  5.000", " 0.000", "  3", true));
 }
 
 TEST_F(CheckReport, OffsetsOfTheReportAreThoseGivenAsNumbers) {

@@ -64,11 +64,6 @@ TEST_F(Clipping, ResidueTypeWithoutLimitsIsClippedToZero) {
   EXPECT_EQ(zorvela.clipSShift(14, 0.0F, "CA"), 0.0F);
 }
 
-TEST_F(Clipping, AtomWithoutLimitsIsClippedToZero) {
-  EXPECT_EQ(zorvela.clipSShift(12, 1.5F, "CB"), 0.0F);
-  EXPECT_EQ(zorvela.clipSShift(12, -1.5F, "CB"), 0.0F);
-}
-
 TEST_F(Clipping, ResidueOutsideTheSequenceHasNoLimitsAndAnEmptyNameFromThenOn) {
   EXPECT_EQ(zorvela.clipSShift(99, 1.5F, "CA"), 0.0F);
   EXPECT_EQ(zorvela.resNames.count(99), 1U);
@@ -103,17 +98,4 @@ TEST_F(Clipping, DetailSaysNothingOfAShiftThatStays) {
     zorvela.clipSShift(12, 9999.0F, "CA");
   });
   EXPECT_EQ(output.out, "");
-}
-
-TEST_F(Clipping, WithoutDetailNothingIsPrinted) {
-  const Output output = outputOf([&] { zorvela.clipSShift(12, 3.25F, "CA"); });
-  EXPECT_EQ(output.out, "");
-}
-
-TEST_F(Clipping, DetailOfALongNameIsWholeOnItsLine) {
-  zorvela.showDetail = true;
-  zorvela.resNames[12] = std::string(5000, 'K');
-  const Output output = outputOf([&] { zorvela.clipSShift(12, 1.0F, "CA"); });
-  EXPECT_EQ(output.out,
-            " Clipped  12 " + std::string(5000, 'K') + "  CA Secondary Shift:    1.000 Limit:    0.000\n");
 }

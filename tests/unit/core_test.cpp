@@ -131,46 +131,12 @@ float secondaryHA(const Residue& residue, float reference) {
   return secondaryShifts(residue, references)[indexOf(Atom::HA)];
 }
 
-TEST(GlycineHA, IsTheMeanOfBothProtonsOrTheOneThereIs) {
-  EXPECT_NEAR(secondaryHA(glycine(3.90F, 4.10F), 3.96F), 0.04, 1e-6);
-  EXPECT_EQ(secondaryHA(glycine(kNotMeasured, 4.5F), 4.0F), 0.5F);
-  EXPECT_EQ(secondaryHA(glycine(4.25F, 9999.0F), 4.0F), 0.25F);
-  EXPECT_EQ(secondaryHA(glycine(kNotMeasured, kNotMeasured), 4.0F), 9995.0F);
-  EXPECT_EQ(secondaryHA(glycine(4.0F, 5.0F), 9999.0F), 4.5F);
-}
-
 TEST(MissingShifts, CountTheProtonsOfGlycineOnce) {
   EXPECT_EQ(missingShifts(glycine(4.0F, kNotMeasured)), 5);
   EXPECT_EQ(missingShifts(glycine(kNotMeasured, kNotMeasured)), 6);
 }
 
-TEST(MissingShifts, LeaveOutRowsThatMarkAMissingShift) {
-  Residue residue;
-  residue.type = 'A';
-  residue.shift(Atom::CA) = 9999.0F;
-  EXPECT_EQ(missingShifts(residue), 5);
-}
-
-TEST(Clipped, LeavesLimitsAndMissingShiftsAlone) {
-  EXPECT_EQ(clipped(3.25F, -1, 2), 2.0F);
-  EXPECT_EQ(clipped(-3.25F, -1, 2), -1.0F);
-  EXPECT_EQ(clipped(2.0F, -1, 2), 2.0F);
-  EXPECT_EQ(clipped(999.0F, -1, 2), 999.0F);
-  EXPECT_EQ(clipped(1.5F, 0, 0), 0.0F);
-}
-
 // --- Prediction -------------------------------------------------------------------------------
-
-TEST(HasEnoughShifts, ForgivesOnePoorResidue) {
-  EXPECT_TRUE(hasEnoughShifts({4, 3, 3}));
-  EXPECT_FALSE(hasEnoughShifts({4, 4, 0}));
-}
-
-TEST(NaturalOdds, DivideTheOddsBy19) {
-  EXPECT_EQ(naturalOdds(0.5F), 0.05F);
-  EXPECT_EQ(naturalOdds(1.0F), 1.0F);
-  EXPECT_EQ(naturalOdds(0.0F), 0.0F);
-}
 
 /// Shares 0.5 for cis and 0.25 for trans on either side; each shift 0 +- 1 in cis, 1 +- 1 in trans.
 Model simpleModel() {
@@ -212,31 +178,6 @@ TEST(Predict, MultipliesTheFactorsOfShifts) {
   // Odds 4 by neighbours, exp(-1) by CA, exp(-0.5) by CG.
   const double odds = 4 * std::exp(-1.5);
   EXPECT_NEAR(prediction.pCis, odds / (1 + odds), 1e-6);
-}
-
-TEST(Predict, BringsShiftsIntoTheirLimits) {
-  Triplet triplet = tripletWithout();
-  triplet.secondary[1][indexOf(Atom::CB)] = -3.0F;
-  const ShiftEvidence cb = predict(simpleModel(), triplet).evidence.shifts[shiftIndex(0, Atom::CB)];
-  EXPECT_EQ(cb.used, -2.0F);
-}
-
-TEST(Predict, TakesBackboneShiftsUpTo99AndCGBelow999) {
-  Triplet triplet = tripletWithout();
-  triplet.secondary[0] = {99.0F, 99.001F, 99.0F, 99.0F, 99.0F, 99.0F};
-  triplet.cg = 999.0F;
-  const auto shifts = predict(simpleModel(), triplet).evidence.shifts;
-  EXPECT_FALSE(shifts[0].isMissing);
-  EXPECT_TRUE(shifts[1].isMissing);
-  EXPECT_TRUE(shifts[18].isMissing);
-  triplet.cg = 998.0F;
-  EXPECT_FALSE(predict(simpleModel(), triplet).evidence.shifts[18].isMissing);
-}
-
-TEST(Predict, WithoutSharesIsNotANumber) {
-  Triplet triplet = tripletWithout();
-  triplet.types[0] = 'X';
-  EXPECT_TRUE(std::isnan(predict(simpleModel(), triplet).pCisNorm));
 }
 
 }  // namespace

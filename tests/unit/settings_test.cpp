@@ -142,11 +142,6 @@ TEST_F(Settings, ConstructorFillsOptionNamesAndAtoms) {
             (std::map<int, std::string>{{1, "N"}, {2, "HA"}, {3, "C"}, {4, "CA"}, {5, "CB"}, {6, "HN"}}));
 }
 
-TEST_F(Settings, LimitsRefPdbCountAndRcAreNoAcceptedNames) {
-  for (const char* name : {"limits", "ref", "pdb", "count", "rc", "ZORVELADir"})
-    EXPECT_EQ(std::count(zorvela.argNames.begin(), zorvela.argNames.end(), name), 0) << name;
-}
-
 TEST_F(Settings, ConstructorLeavesNamesAndMapsEmpty) {
   EXPECT_EQ(zorvela.predDir, "");
   EXPECT_EQ(zorvela.tabDir, "");
@@ -323,12 +318,6 @@ TEST_F(Settings, FlagsCheckAndNoclip) {
   EXPECT_TRUE(zorvela.checkShifts);
 }
 
-TEST_F(Settings, DetailIsAlwaysOff) {
-  zorvela.showDetail = true;
-  zorvela.setArgs({});
-  EXPECT_FALSE(zorvela.showDetail);
-}
-
 TEST_F(Settings, EmptyValueIsNotGiven) {
   zorvela.inName = "kept.tab";
   zorvela.setArgs({{"help", ""},
@@ -357,34 +346,6 @@ TEST_F(Settings, EmptyValueIsNotGiven) {
   EXPECT_EQ(zorvela.count, 10);
   EXPECT_TRUE(zorvela.clipShifts);
   EXPECT_FALSE(zorvela.checkShifts);
-}
-
-TEST_F(Settings, OptionValuesMayBeLongerThan100Characters) {
-  const std::string name(5000, 'x');
-  zorvela.setArgs({{"in", name}, {"sum", name + ".tab"}, {"tabDir", name}});
-  EXPECT_EQ(zorvela.inName, name);
-  EXPECT_EQ(zorvela.sumBase, name);
-  EXPECT_EQ(zorvela.rcName, name + "/randcoil.tab");
-}
-
-// --- Usage --------------------------------------------------------------------------------------
-
-TEST_F(Settings, PrintSyntaxWritesTheUsageToStandardErrorAndEndsWithStatus0) {
-  EXPECT_EXIT(zorvela.printSyntax(), ExitedWithCode(0), Eq(usage()));
-}
-
-TEST_F(Settings, PrintSyntaxWritesNothingToStandardOutput) {
-  // Both streams in one: nothing stands beside the usage text.
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.printSyntax();
-      },
-      ExitedWithCode(0), Eq(usage()));
-}
-
-TEST_F(Settings, HelpShowsTheUsageBeforeAnySettingIsMade) {
-  EXPECT_EXIT(zorvela.setArgs({{"help", "help"}, {"in", "a.tab"}}), ExitedWithCode(0), Eq(usage()));
 }
 
 // --- A row as text ------------------------------------------------------------------------------

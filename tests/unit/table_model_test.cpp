@@ -87,25 +87,12 @@ TEST(TableModel, SearchByTwoCellsNeedsBoth) {
   EXPECT_TRUE(table.getEntry("RESID", "101", "ATOMNAME", "CB", 1).empty());
 }
 
-TEST(TableModel, SearchGivesACopy) {
-  GDB table = residueTable();
-  GDB::Row row = table.getEntry("RESID", "12", 1);
-  row["SHIFT"] = "0";
-  EXPECT_EQ(table.getEntry(3).at("SHIFT"), "3.5");
-}
-
 TEST(TableModel, EmptyNameMatchesTheFirstRowOfATableWithoutTheKeyColumn) {
   GDB table;
   addRow(table, {{"CA_MIN", "-1"}});
   addRow(table, {{"CA_MIN", "-2"}});
   EXPECT_EQ(table.getEntry("RESNAME", "", 1).at("CA_MIN"), "-1");
   EXPECT_TRUE(table.getEntry("RESNAME", "A", 1).empty());
-}
-
-TEST(TableModel, RowByNumberIsACopyOfIt) {
-  GDB table = residueTable();
-  EXPECT_EQ(table.getEntry(7), (GDB::Row{{"RESID", "12"}, {"ATOMNAME", "CB"}, {"SHIFT", "7.5"}}));
-  EXPECT_EQ(table.getEntryCount(), 10);
 }
 
 TEST(TableModel, RowNumberFiveOfThreeRowsIsEmptyAndIsInserted) {
@@ -147,25 +134,10 @@ TEST(TableModel, AddEntryCanMeetARowThatIsThere) {
   EXPECT_EQ(table.entries.at(2), (GDB::Row{{"RESID", "2"}, {"SHIFT", "8.1"}}));
 }
 
-TEST(TableModel, SetEntryReplacesACellAndTakesAnyColumnNameAndRowNumber) {
-  GDB table = shiftColumns();
-  table.setEntry(-3, "NOTE", "a");
-  table.setEntry(-3, "NOTE", "b");
-  EXPECT_EQ(table.entries.at(-3), (GDB::Row{{"NOTE", "b"}}));
-  EXPECT_EQ(table.columnCount, 4);
-}
-
 TEST(TableModel, CellThatARowLacksReadsAsEmptyText) {
   const GDB::Row row{{"RESID", "1"}};
   EXPECT_EQ(GDB::cell(row, "RESID"), "1");
   EXPECT_EQ(GDB::cell(row, "SHIFT"), "");
-}
-
-TEST(TableModel, CopyOwnsItsRows) {
-  GDB table = residueTable();
-  GDB copy = table;
-  copy.setEntry(1, "SHIFT", "0");
-  EXPECT_EQ(table.entries.at(1).at("SHIFT"), "1.5");
 }
 
 // --- Column types -------------------------------------------------------------------------------
@@ -190,14 +162,6 @@ TEST(TableModel, ColumnTypesOfAColumnThatDoesNotExistAreFalse) {
   }
 }
 
-TEST(TableModel, ColumnTypesOfAColumnWithoutFormatAreFalse) {
-  GDB table;
-  table.VARS_str_parser("RESID SHIFT");
-  EXPECT_FALSE(table.isVarInt(0));
-  EXPECT_FALSE(table.isVarFloat("SHIFT"));
-  EXPECT_FALSE(table.isVarString("SHIFT"));
-}
-
 TEST(TableModel, ColumnTypesByName) {
   const GDB table = shiftColumns();
   EXPECT_TRUE(table.isVarInt("RESID"));
@@ -206,14 +170,6 @@ TEST(TableModel, ColumnTypesByName) {
   EXPECT_FALSE(table.isVarFloat("RESID"));
   EXPECT_FALSE(table.isVarInt("NOSUCH"));
   EXPECT_FALSE(table.isVarFloat("shift"));
-}
-
-TEST(TableModel, ColumnTypesOfADoubledNameAreThoseOfTheFirstColumn) {
-  GDB table;
-  table.VARS_str_parser("SHIFT SHIFT");
-  table.FORMAT_str_parser("%d %f");
-  EXPECT_TRUE(table.isVarInt("SHIFT"));
-  EXPECT_FALSE(table.isVarFloat("SHIFT"));
 }
 
 TEST(TableModel, ColumnTypeNeedsTheLetterExactlyOnce) {
@@ -289,14 +245,6 @@ TEST(TableModel, SetVarWithABlankInTheNameSaysSoAndChangesNothing) {
   const Output output = outputOf([&] { table.setVAR(1, "RES ID", "%4d"); });
   EXPECT_EQ(output.err, "\tInvalid varible name 'RES ID' (with space)\n");
   EXPECT_EQ(stateOf(table), before);
-}
-
-TEST(TableModel, SetVarChecksTheFormatThenTheNameThenTheIndex) {
-  GDB table;
-  const Output all = outputOf([&] { table.setVAR(7, "A B", "%x"); });
-  EXPECT_EQ(all.err, "\tBad format syntax '%x'\n");
-  const Output nameAndIndex = outputOf([&] { table.setVAR(7, "A B", "%d"); });
-  EXPECT_EQ(nameAndIndex.err, "\tInvalid varible name 'A B' (with space)\n");
 }
 
 TEST(TableModel, AddVarAppendsAColumnAndLeavesTheRows) {

@@ -69,15 +69,6 @@ TEST(TableText, SplitOfAnEmptyTextYieldsNoPiece) {
   EXPECT_EQ(GDB::split(" -", ""), Pieces{});
 }
 
-TEST(TableText, SplitFindsSeparatorsFromLeftToRight) {
-  // In "aaa" the first two letters are the separator, the third is left.
-  EXPECT_EQ(GDB::split("aa", "aaa"), Pieces{"a"});
-}
-
-TEST(TableText, SplitAtAnEmptySeparatorEnds) {
-  EXPECT_EQ(GDB::split("", "abc"), Pieces{"abc"});
-}
-
 TEST(TableText, SplitWhiteSpaceYieldsTheRunsOfOtherCharacters) {
   EXPECT_EQ(GDB::split_WhiteSpace("  1 M\tCA\r\n 56.5 "), (Pieces{"1", "M", "CA", "56.5"}));
   EXPECT_EQ(GDB::split_WhiteSpace("word"), Pieces{"word"});
@@ -160,14 +151,6 @@ TEST(TableText, RealsAreReadToSinglePrecision) {
   EXPECT_EQ(GDB::toFloat("-1.25e2"), -125.0F);
 }
 
-TEST(TableText, RealsOfTheStandardLibraryReadAsSuch) {
-  EXPECT_TRUE(std::isnan(GDB::toFloat("nan")));
-  EXPECT_TRUE(std::isinf(GDB::toFloat("inf")));
-  EXPECT_TRUE(std::isinf(GDB::toFloat("1e400")));
-  EXPECT_EQ(GDB::toFloat("0x10"), 16.0F);
-  EXPECT_EQ(GDB::toFloat("1e-400"), 0.0F);
-}
-
 // --- Numbers ------------------------------------------------------------------------------------
 
 // Texts of digits, points and signs, and of whatever else a number may hold.
@@ -187,15 +170,4 @@ TEST(TableText, ReadsNumbersAsStrtodAndStrtolDo) {
       ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
     ASSERT_EQ(GDB::toInt(text), static_cast<int>(std::strtol(text.c_str(), nullptr, 10))) << text;
   }
-}
-
-TEST(TableText, ReadsNumbersOfTheLargestSizes) {
-  EXPECT_EQ(GDB::toDouble("123456789012345"), 123456789012345.0);
-  EXPECT_EQ(GDB::toDouble("0.00000000000001"), 1e-14);
-  EXPECT_EQ(GDB::toDouble("9007199254740993"), 9007199254740992.0);  // 2^53 + 1 has no double
-  EXPECT_EQ(GDB::toInt("2147483647"), 2147483647);
-  EXPECT_EQ(GDB::toInt("-2147483648"), -2147483647 - 1);
-  EXPECT_EQ(GDB::toInt("4294967301"), 5);  // wraps beyond 32 bits
-  EXPECT_TRUE(std::isinf(GDB::toDouble("1e400")));
-  EXPECT_EQ(GDB::toDouble("0x10"), 16.0);
 }

@@ -116,26 +116,6 @@ TEST(SecondaryShifts, OfProlineLackTheAmide) {
   }
 }
 
-Residue glycine(float ha2, float ha3) {
-  Residue residue;
-  residue.type = 'G';
-  residue.shift(Atom::HA) = 7.0F;  // overridden
-  residue.shift(Atom::HA2) = ha2;
-  residue.shift(Atom::HA3) = ha3;
-  return residue;
-}
-
-float secondaryHA(const Residue& residue, float reference) {
-  BackboneValues references{};
-  references.fill(reference);
-  return secondaryShifts(residue, references)[indexOf(Atom::HA)];
-}
-
-TEST(MissingShifts, CountTheProtonsOfGlycineOnce) {
-  EXPECT_EQ(missingShifts(glycine(4.0F, kNotMeasured)), 5);
-  EXPECT_EQ(missingShifts(glycine(kNotMeasured, kNotMeasured)), 6);
-}
-
 // --- Prediction -------------------------------------------------------------------------------
 
 /// Shares 0.5 for cis and 0.25 for trans on either side; each shift 0 +- 1 in cis, 1 +- 1 in trans.

@@ -196,6 +196,28 @@ class GlycineAssembly : public ShiftAssembly {
   int missingHA() const { return zorvela.missingCount.at(1) - 5; }
 };
 
+TEST_F(GlycineAssembly, HAIsTheMeanOfBothAlphaProtonsOrTheOneThereIs) {
+  struct Case {
+    std::string rows;
+    std::string shift;
+    int missing;
+  };
+  // Without either, the sum 9999 less the reference is stored.
+  for (const Case& c :
+       std::initializer_list<Case>{{"1 G HA2 3.90\n1 G HA3 4.10\n", "0.04", 0},
+                                   {"1 G HA3 4.10\n", "0.14", 0},
+                                   {"1 G HA2 3.90\n", "-0.0599999", 0},  // in single precision
+                                   {"1 G HA 5\n1 G HA2 4.46\n", "0.5", 0},
+                                   {"1 G HA2 999\n1 G HA3 4.46\n", "0.5", 0},
+                                   {"", "9995.04", 1},
+                                   {"1 G HA 5\n", "9995.04", 1},
+                                   {"1 G HA2 9999\n1 G HA3 9999\n", "9995.04", 1}}) {
+    assemble("G", c.rows);
+    EXPECT_EQ(shift(1, "HA"), c.shift) << c.rows;
+    EXPECT_EQ(missingHA(), c.missing) << c.rows;
+  }
+}
+
 TEST_F(GlycineAssembly, UnknownReferenceKeepsTheMeanItself) {
   zorvela.rcTable = tableOf("VARS RESNAME HA\nFORMAT %s %f\nA 4.25\n");
   assemble("G", "1 G HA2 3.75\n1 G HA3 4.25\n");

@@ -40,19 +40,6 @@ zorvela::CisPrediction prediction(float pCisNorm) {
   return made;
 }
 
-TEST(PredictAll, ProbabilityFromOneShift) {
-  const auto predictions =
-      predicted(made::dataOf({{"GAPAG", Omega::cis, 0.0F, 24.5F}, {"AAPAG", Omega::trans, 0.0F, 25.75F}}));
-  ASSERT_EQ(2U, predictions.size());
-  ASSERT_TRUE(predictions[0] && predictions[1]);
-  // 0 from cis and 2.5 from trans: odds exp(2.5^2 / 2) = exp(3.125) = 22.7599.
-  EXPECT_NEAR(0.957912, predictions[0]->pCis, 1e-5);
-  EXPECT_NEAR(0.545024, predictions[0]->pCisNorm, 1e-5);  // 22.7599 / 19 = 1.197889
-  // Half-way between the means: even odds, and 1 to 19.
-  EXPECT_NEAR(0.5, predictions[1]->pCis, 1e-5);
-  EXPECT_NEAR(0.05, predictions[1]->pCisNorm, 1e-5);
-}
-
 TEST(CrossValidation, PredictsByModelsOfTheOtherClusters) {
   const std::vector<Protein> proteins = {{"GAPAG", Omega::cis, 1.0F, 24.0F, made::kAbsent, "one"},
                                          {"GAPAA", Omega::trans, -2.0F, 27.0F, made::kAbsent, "one"},

@@ -17,23 +17,6 @@ namespace {
 using made::Protein;
 using zorvela::Omega;
 
-/// A model in which the CG of the proline alone says something: 24.5 ppm for cis, 27 for trans, both with 1
-/// ppm. Its limits are wide, so that nothing is clipped.
-zorvela::Model modelOfCG() {
-  zorvela::Model model = made::publishedModel();
-  model.shifts.fill({{0, 1}, {0, 1}});
-  model.shifts.back() = {{24.5F, 1}, {27, 1}};
-  for (const char type : {'A', 'G', 'P'}) {
-    model.type(type).lowest.fill(-50);
-    model.type(type).highest.fill(50);
-  }
-  return model;
-}
-
-zorvela::Predictions predicted(const zorvela::LabelledProlines& data) {
-  return zorvela::predictAll(zorvela::oneModel(modelOfCG(), data), data);
-}
-
 zorvela::CisPrediction prediction(float pCisNorm) {
   zorvela::CisPrediction made;
   made.pCisNorm = pCisNorm;

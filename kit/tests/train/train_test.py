@@ -251,7 +251,7 @@ class Train(folder.InFolder):
         self.data.put("entries/t1.tab", "VARS A B\nFORMAT %x %s\n")
         result = run(self.data.train("tab"))
         self.assertEqual(1, result.returncode)
-        self.assertEqual("zorvela-kit: " + self.data.path("entries") + "/t1.tab:2: Bad format syntax '%x'; "
+        self.assertEqual("zorvela-kit: " + self.data.path("entries") + "/t1.tab:2: Bad format syntax '%x '; "
                          "write VARS RESID RESNAME ATOMNAME SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows\n",
                          result.stderr)
 

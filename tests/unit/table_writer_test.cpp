@@ -130,23 +130,12 @@ TEST(TableWriter, WhatIsSavedReadsBack) {
 
 // --- Sequence lines -----------------------------------------------------------------------------
 
-TEST(TableWriter, SequenceOf54LettersIsOneLine) {
-  EXPECT_EQ(sequenceText(std::string(54, 'A')), "DATA SEQUENCE " + std::string(54, 'A') + "\n");
-}
-
-TEST(TableWriter, SequenceOf55LettersIsFollowedByALineWithoutLetters) {
-  EXPECT_EQ(sequenceText(std::string(55, 'A')),
-            "DATA SEQUENCE " + std::string(55, 'A') + "\nDATA SEQUENCE \n");
-}
-
-TEST(TableWriter, SequenceOf56LettersPutsTheLastOnALineOfItsOwn) {
-  EXPECT_EQ(sequenceText(std::string(55, 'A') + "G"),
-            "DATA SEQUENCE " + std::string(55, 'A') + "\nDATA SEQUENCE G\n");
-}
-
-TEST(TableWriter, SequenceOf110LettersEndsWithALineWithoutLetters) {
-  const std::string line = "DATA SEQUENCE " + std::string(55, 'A') + "\n";
-  EXPECT_EQ(sequenceText(std::string(110, 'A')), line + line + "DATA SEQUENCE \n");
+TEST(TableWriter, SequenceIsCutAfter55Letters) {
+  const auto line = [](std::size_t letters) { return "DATA SEQUENCE " + std::string(letters, 'A') + "\n"; };
+  EXPECT_EQ(sequenceText(std::string(54, 'A')), line(54));
+  EXPECT_EQ(sequenceText(std::string(55, 'A')), line(55) + line(0));
+  EXPECT_EQ(sequenceText(std::string(56, 'A')), line(55) + line(1));
+  EXPECT_EQ(sequenceText(std::string(110, 'A')), line(55) + line(55) + line(0));
 }
 
 TEST(TableWriter, BlanksOfASequenceAreSimplifiedAndCounted) {

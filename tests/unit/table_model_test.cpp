@@ -64,24 +64,12 @@ TEST(TableModel, StartsEmpty) {
 
 // --- Rows ---------------------------------------------------------------------------------------
 
-TEST(TableModel, SearchTakesTheSecondOccurrence) {
+TEST(TableModel, SearchTakesTheWantedOccurrence) {
   const GDB table = residueTable();
   EXPECT_EQ(table.getEntry("RESID", "12", 1).at("SHIFT"), "3.5");
   EXPECT_EQ(table.getEntry("RESID", "12", 2).at("SHIFT"), "7.5");
-}
-
-TEST(TableModel, SearchPastTheLastOccurrenceGivesAnEmptyRow) {
-  EXPECT_TRUE(residueTable().getEntry("RESID", "12", 3).empty());
-}
-
-TEST(TableModel, SearchForOccurrenceZeroGivesAnEmptyRowAlthoughRowsMatch) {
-  const GDB table = residueTable();
-  EXPECT_TRUE(table.getEntry("RESID", "12", 0).empty());
-  EXPECT_TRUE(table.getEntry("RESID", "12", -1).empty());
-}
-
-TEST(TableModel, SearchByTwoCellsNeedsBoth) {
-  const GDB table = residueTable();
+  for (const int occurrence : {3, 0, -1}) EXPECT_TRUE(table.getEntry("RESID", "12", occurrence).empty());
+  // By two cells, both must match.
   EXPECT_EQ(table.getEntry("RESID", "12", "ATOMNAME", "CB", 1).at("SHIFT"), "7.5");
   EXPECT_TRUE(table.getEntry("RESID", "12", "ATOMNAME", "CB", 2).empty());
   EXPECT_TRUE(table.getEntry("RESID", "101", "ATOMNAME", "CB", 1).empty());
@@ -142,33 +130,21 @@ TEST(TableModel, CellThatARowLacksReadsAsEmptyText) {
 
 // --- Column types -------------------------------------------------------------------------------
 
-TEST(TableModel, ColumnTypesByIndexCountFromZero) {
+TEST(TableModel, ColumnTypesByIndexCountFromZeroOrGoByName) {
   const GDB table = shiftColumns();
-  EXPECT_TRUE(table.isVarInt(0));
-  EXPECT_FALSE(table.isVarInt(1));
-  EXPECT_TRUE(table.isVarString(1));
-  EXPECT_TRUE(table.isVarString(2));
-  EXPECT_TRUE(table.isVarFloat(3));
-  EXPECT_FALSE(table.isVarFloat(0));
-  EXPECT_FALSE(table.isVarString(3));
-}
-
-TEST(TableModel, ColumnTypesOfAColumnThatDoesNotExistAreFalse) {
-  const GDB table = shiftColumns();
-  for (const int i : {-1, 4, 100}) {
-    EXPECT_FALSE(table.isVarInt(i));
-    EXPECT_FALSE(table.isVarFloat(i));
-    EXPECT_FALSE(table.isVarString(i));
+  const std::vector<std::string> names = {"RESID", "RESNAME", "ATOMNAME", "SHIFT"};
+  const std::string types = "issf";
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    const int index = static_cast<int>(i);
+    EXPECT_EQ(table.isVarInt(index), types[i] == 'i') << i;
+    EXPECT_EQ(table.isVarString(index), types[i] == 's') << i;
+    EXPECT_EQ(table.isVarFloat(index), types[i] == 'f') << i;
+    EXPECT_EQ(table.isVarInt(names[i]), types[i] == 'i') << i;
+    EXPECT_EQ(table.isVarString(names[i]), types[i] == 's') << i;
+    EXPECT_EQ(table.isVarFloat(names[i]), types[i] == 'f') << i;
   }
-}
-
-TEST(TableModel, ColumnTypesByName) {
-  const GDB table = shiftColumns();
-  EXPECT_TRUE(table.isVarInt("RESID"));
-  EXPECT_TRUE(table.isVarString("RESNAME"));
-  EXPECT_TRUE(table.isVarFloat("SHIFT"));
-  EXPECT_FALSE(table.isVarFloat("RESID"));
-  EXPECT_FALSE(table.isVarInt("NOSUCH"));
+  for (const int none : {-1, 4, 100})
+    EXPECT_FALSE(table.isVarInt(none) || table.isVarFloat(none) || table.isVarString(none));
   EXPECT_FALSE(table.isVarFloat("shift"));
 }
 
@@ -210,41 +186,27 @@ TEST(TableModel, SetVarOnePastTheLastAddsAColumn) {
   EXPECT_EQ(table.columnFormats.at(4), "%s");
 }
 
-TEST(TableModel, SetVarZeroSaysWhichNumbersAreGoodAndChangesNothing) {
-  GDB table = shiftColumns();
-  const std::string before = stateOf(table);
-  const Output output = outputOf([&] { table.setVAR(0, "NOTE", "%s"); });
-  EXPECT_EQ(output.err, "\tPlease use number 1-5 as index for varible 'NOTE' with format '%s'\n");
-  EXPECT_EQ(output.out, "");
-  EXPECT_EQ(stateOf(table), before);
-}
-
-TEST(TableModel, SetVarTwoPastTheLastSaysWhichNumbersAreGoodAndChangesNothing) {
-  GDB table = shiftColumns();
-  const std::string before = stateOf(table);
-  const Output output = outputOf([&] {
-    table.setVAR(6, "NOTE", "%-4s");
-    table.setVAR(-1, "NOTE", "%-4s");
-  });
-  const std::string message = "\tPlease use number 1-5 as index for varible 'NOTE' with format '%-4s'\n";
-  EXPECT_EQ(output.err, message + message);
-  EXPECT_EQ(stateOf(table), before);
-}
-
-TEST(TableModel, SetVarWithABadFormatSaysSoAndChangesNothing) {
-  GDB table = shiftColumns();
-  const std::string before = stateOf(table);
-  const Output output = outputOf([&] { table.setVAR(1, "RESID", "%5.1e"); });
-  EXPECT_EQ(output.err, "\tBad format syntax '%5.1e'\n");
-  EXPECT_EQ(stateOf(table), before);
-}
-
-TEST(TableModel, SetVarWithABlankInTheNameSaysSoAndChangesNothing) {
-  GDB table = shiftColumns();
-  const std::string before = stateOf(table);
-  const Output output = outputOf([&] { table.setVAR(1, "RES ID", "%4d"); });
-  EXPECT_EQ(output.err, "\tInvalid varible name 'RES ID' (with space)\n");
-  EXPECT_EQ(stateOf(table), before);
+TEST(TableModel, SetVarThatIsRefusedSaysSoAndChangesNothing) {
+  const std::string number = "\tPlease use number 1-5 as index for varible 'NOTE' with format '%-4s'\n";
+  struct Case {
+    int index;
+    const char* name;
+    const char* format;
+    std::string message;
+  };
+  // The format is checked first, then the name, then the index.
+  for (const Case& c :
+       std::initializer_list<Case>{{0, "NOTE", "%-4s", number},
+                                   {6, "NOTE", "%-4s", number},
+                                   {-1, "NOTE", "%-4s", number},
+                                   {1, "RESID", "%5.1e", "\tBad format syntax '%5.1e'\n"},
+                                   {7, "A B", "%x", "\tBad format syntax '%x'\n"},
+                                   {7, "A B", "%d", "\tInvalid varible name 'A B' (with space)\n"}}) {
+    GDB table = shiftColumns();
+    const std::string before = stateOf(table);
+    EXPECT_EQ(outputOf([&] { table.setVAR(c.index, c.name, c.format); }).err, c.message);
+    EXPECT_EQ(stateOf(table), before);
+  }
 }
 
 TEST(TableModel, AddVarAppendsAColumnAndLeavesTheRows) {

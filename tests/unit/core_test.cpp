@@ -66,56 +66,6 @@ TEST(SixDigits, AreThoseOfPrintedText) {
     expectSameBits(value);
 }
 
-// --- Secondary shifts -----------------------------------------------------------------------------
-
-/// A residue type whose tables say the same of all atoms.
-ReferenceValues uniformType(float randomCoil, float own, float asPrevious, float asNext) {
-  ReferenceValues type;
-  type.randomCoil.fill(randomCoil);
-  type.own.fill(own);
-  type.asPrevious.fill(asPrevious);
-  type.asNext.fill(asNext);
-  return type;
-}
-
-TEST(SecondaryShifts, AreObservedLessRandomCoilWithItsCorrections) {
-  Model model;
-  model.type('A') = uniformType(52.5F, 0.25F, 100.0F, 200.0F);
-  model.type('K') = uniformType(56.0F, 50.0F, 1.0F, 300.0F);
-  model.type('S') = uniformType(58.0F, 60.0F, 400.0F, 2.0F);
-  std::vector<Residue> sequence(3);
-  sequence[0].type = 'K';
-  sequence[1].type = 'A';
-  sequence[2].type = 'S';
-  sequence[1].shift(Atom::CA) = 60.0F;
-  const auto secondary = secondaryShifts(model, sequence);
-  ASSERT_EQ(secondary.size(), 3U);
-  EXPECT_EQ(secondary[1][indexOf(Atom::CA)], 4.25F);  // 60 - (52.5 + 0.25 + 1 + 2)
-  EXPECT_EQ(secondary[1][indexOf(Atom::CB)], kMissingShift);
-}
-
-TEST(SecondaryShifts, OfATypeWithoutRandomCoilAreMissing) {
-  Residue residue;
-  residue.type = 'X';
-  residue.shift(Atom::CA) = 60.0F;
-  EXPECT_EQ(secondaryShifts(Model(), {residue})[0][indexOf(Atom::CA)], kMissingShift);
-}
-
-TEST(SecondaryShifts, OfProlineLackTheAmide) {
-  for (const char code : {'P', 'p'}) {
-    Residue proline;
-    proline.type = code;
-    proline.shifts.fill(3.0F);
-    Model model;
-    model.type(code) = uniformType(1.0F, 0.0F, 0.0F, 0.0F);
-    const BackboneValues secondary = secondaryShifts(model, {proline})[0];
-    // A proline that is passed over is a neighbour like any other.
-    const float amide = code == 'P' ? kMissingShift : 2.0F;
-    EXPECT_EQ(secondary, (BackboneValues{amide, 2, 2, 2, 2, amide}));
-    EXPECT_EQ(missingShifts(proline), 0);
-  }
-}
-
 // --- Prediction -------------------------------------------------------------------------------
 
 /// Shares 0.5 for cis and 0.25 for trans on either side; each shift 0 +- 1 in cis, 1 +- 1 in trans.

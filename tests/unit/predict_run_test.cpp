@@ -125,10 +125,17 @@ TEST_F(PredictRun, RowsAscendWhateverTheOrderOfTheInput) {
                            "   A5   P6   A7   0.500  0.050 \n");
 }
 
-TEST_F(PredictRun, FirstAndLastResidueGetNoRow) {
+TEST_F(PredictRun, OnlyProlinesBetweenTheEndsGetARow) {
   makeClassesEqual();
-  writeInput("PAPAP", rowsOf("PAPAP", 1, 5));
-  EXPECT_EQ(listing(), kListingHead + "   A2   P3   A4   0.500  0.050 \n");
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"PAPAP", "   A2   P3   A4   0.500  0.050 \n"},
+      {"PPPP", "   P1   P2   P3   0.500  0.050 \n   P2   P3   P4   0.500  0.050 \n"},
+      {"AAAAA", ""},
+      {"AApAA", ""}};
+  for (const auto& [sequence, lines] : cases) {
+    writeInput(sequence, rowsOf(sequence, 1, static_cast<int>(sequence.size())));
+    EXPECT_EQ(listing(), kListingHead + lines) << sequence;
+  }
 }
 
 TEST_F(PredictRun, ResidueNumber1AndResiduesBeyondTheLengthGetNoRowWhateverTheNumbering) {
@@ -152,26 +159,6 @@ TEST_F(PredictRun, ResidueNumber1AndResiduesBeyondTheLengthGetNoRowWhateverTheNu
   EXPECT_EQ(listing(), kListingHead +
                            "   A2   P3   A4   0.500  0.050 \n"
                            "   A4   P5   A6   0.500  0.050 \n");
-}
-
-TEST_F(PredictRun, OtherResiduesWithAcceptedTripletsGetNoRow) {
-  makeClassesEqual();
-  writeInput("AAAAA", rowsOf("AAAAA", 1, 5));
-  EXPECT_EQ(listing(), kListingHead);
-}
-
-TEST_F(PredictRun, AllProlinesButTheEndsArePredicted) {
-  makeClassesEqual();
-  writeInput("PPPP", rowsOf("PPPP", 1, 4));
-  EXPECT_EQ(listing(), kListingHead +
-                           "   P1   P2   P3   0.500  0.050 \n"
-                           "   P2   P3   P4   0.500  0.050 \n");
-}
-
-TEST_F(PredictRun, LowerCasePIsNotPredicted) {
-  makeClassesEqual();
-  writeInput("AApAA", rowsOf("AApAA", 1, 5));
-  EXPECT_EQ(listing(), kListingHead);
 }
 
 TEST_F(PredictRun, SequenceWithoutShiftsAndEmptyInputHaveNoRows) {

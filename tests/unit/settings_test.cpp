@@ -63,21 +63,6 @@ TEST_F(Settings, ConstructorFillsOptionNamesAndAtoms) {
             (std::map<int, std::string>{{1, "N"}, {2, "HA"}, {3, "C"}, {4, "CA"}, {5, "CB"}, {6, "HN"}}));
 }
 
-TEST_F(Settings, ConstructorLeavesNamesAndMapsEmpty) {
-  EXPECT_EQ(zorvela.predDir, "");
-  EXPECT_EQ(zorvela.tabDir, "");
-  EXPECT_EQ(zorvela.spareDir, "");
-  EXPECT_EQ(zorvela.inName, "");
-  EXPECT_EQ(zorvela.spareName, "");
-  EXPECT_EQ(zorvela.csTable.getEntryCount(), 0);
-  EXPECT_TRUE(zorvela.resNames.empty());
-  EXPECT_TRUE(zorvela.missingCount.empty());
-  EXPECT_TRUE(zorvela.proSeqCis.empty());
-  EXPECT_TRUE(zorvela.avgCis.empty());
-  EXPECT_TRUE(zorvela.cgShifts.empty());
-  EXPECT_EQ(sizeof zorvela.numBuffer, 32U);
-}
-
 TEST_F(Settings, ConstructorWithAnInputNameAppliesNoDefault) {
   const ZORVELA other("shifts.tab");
   EXPECT_EQ(other.inName, "shifts.tab");
@@ -207,34 +192,20 @@ TEST_F(Settings, OutWinsOverSumAndPdbOverRef) {
   EXPECT_EQ(zorvela.refName, "r");
 }
 
-TEST_F(Settings, InAndPredDir) {
-  zorvela.setArgs({{"in", "my shifts.tab"}, {"predDir", "/results"}});
+TEST_F(Settings, InPredDirAndFlags) {
+  zorvela.setArgs({{"in", "my shifts.tab"}, {"predDir", "/results"}, {"noclip", "true"}, {"check", "true"}});
   EXPECT_EQ(zorvela.inName, "my shifts.tab");
   EXPECT_EQ(zorvela.predDir, "/results");
-}
-
-TEST_F(Settings, FlagsCheckAndNoclip) {
-  zorvela.setArgs({{"noclip", "true"}, {"check", "true"}});
   EXPECT_FALSE(zorvela.clipShifts);
   EXPECT_TRUE(zorvela.checkShifts);
 }
 
 TEST_F(Settings, EmptyValueIsNotGiven) {
   zorvela.inName = "kept.tab";
-  zorvela.setArgs({{"help", ""},
-                   {"in", ""},
-                   {"tabDir", ""},
-                   {"predDir", ""},
-                   {"sum", ""},
-                   {"out", ""},
-                   {"adj", ""},
-                   {"first", ""},
-                   {"last", ""},
-                   {"tpct", ""},
-                   {"dbpct", ""},
-                   {"count", ""},
-                   {"noclip", ""},
-                   {"check", ""}});
+  std::map<std::string, std::string> args;
+  for (const std::string& name : zorvela.argNames) args[name] = "";
+  args["count"] = "";
+  zorvela.setArgs(args);
   EXPECT_EQ(zorvela.inName, "kept.tab");
   EXPECT_EQ(zorvela.tabDir, "/opt/z/tab");
   EXPECT_EQ(zorvela.predDir, "pred");

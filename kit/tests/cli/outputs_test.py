@@ -2,7 +2,6 @@
 import os
 import resource
 import shutil
-import subprocess
 import sys
 import unittest
 

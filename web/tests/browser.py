@@ -1,5 +1,4 @@
 """The page in headless Chromium: a server for its files, a browser with a log of all it asks for, and what a user does."""
-import base64
 import functools
 import http.server
 import pathlib
@@ -170,13 +169,3 @@ class Page:
 
     def console(self):
         return [entry["message"] for entry in self.driver.get_log("browser") if entry["level"] in ("SEVERE", "WARNING")]
-
-    def screenshot(self, path, whole=False):
-        if whole:
-            size = self.driver.execute_cdp_cmd("Page.getLayoutMetrics", {})["cssContentSize"]
-            clip = {"x": 0, "y": 0, "width": size["width"], "height": size["height"], "scale": 1}
-            picture = self.driver.execute_cdp_cmd("Page.captureScreenshot",
-                                                  {"captureBeyondViewport": True, "clip": clip})
-            pathlib.Path(path).write_bytes(base64.b64decode(picture["data"]))
-        else:
-            self.driver.save_screenshot(str(path))

@@ -77,18 +77,16 @@ class Inputs(InFolder):
     def test_import_writes_no_two_tables_into_one_file(self):
         """Tables of the day before that are links: to one that is there, to one that is not."""
         files = [self.put(name, self.read("in.tab")) for name in ("a.tab", "b.tab")]
-        for name, target in (("b.tab", "a.tab"), ("a.tab", "both"), ("b.tab", "both")):
-            with self.subTest(name=name, target=target):
-                os.makedirs(self.path("out"), exist_ok=True)
-                os.symlink(target, self.path("out/" + name))
-                if name == "a.tab":
-                    continue
+        for links in ({"b.tab": "a.tab"}, {"a.tab": "both", "b.tab": "both"}):
+            with self.subTest(links=links):
+                os.mkdir(self.path("out"))
+                for name, target in links.items():
+                    os.symlink(target, self.path("out/" + name))
                 ended = program.kit("import", *files, "--output", self.path("out"))
                 self.assertEqual((ended.returncode, ended.stderr),
                                  (1, "zorvela-kit: %s: would hold two outputs; give each its own file\n"
                                   % self.path("out/b.tab")))
-                self.assertEqual([name for name in os.listdir(self.path("out"))
-                                  if not os.path.islink(self.path("out/" + name))], [])
+                self.assertEqual(sorted(os.listdir(self.path("out"))), sorted(links))
                 shutil.rmtree(self.path("out"))
 
 
@@ -136,13 +134,6 @@ class TrainingInputs(InFolder):
         ended = program.kit(*evaluate, "--roc", new, "--calibration", alias)
         self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                          (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n" % alias))
-        self.assertFalse(os.path.exists(new))
-        for name in ("roc.csv", "calibration.csv"):
-            os.symlink("new.csv", self.path(name))
-        ended = program.kit(*evaluate, "--roc", self.path("roc.csv"), "--calibration", self.path("calibration.csv"))
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
-                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n"
-                          % self.path("calibration.csv")))
         self.assertFalse(os.path.exists(new))
 
     def test_options_without_sense_are_refused(self):

@@ -160,7 +160,7 @@ class Bounds(unittest.TestCase):
                                   ("", "1,2,", "1: is no shift file that is known"),
                                   ("resid,resname,CA,CB,N\n", "foo,bar,n,n,n\n", "2: most rows (1428571 of 1428571) name"),
                                   (plain, "some words of text\n", "2: most rows (1052631 of 1052631) do not fit"),
-                                  ("", "12 GLY CA 45.1\n", "300001: is beyond the first 300000 shifts")):
+                                  ("", "12 GLY CA 45.1\n", "300001: has more than 300000 shift rows")):
             with self.subTest(header + row):
                 status, message = self.run_bounded(header + row * (20000000 // len(row)), "import", name="long.csv")
                 self.assertEqual(status, 1)

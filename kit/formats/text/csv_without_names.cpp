@@ -34,21 +34,46 @@ bool isAtomName(const std::string& cell) {
          text.find_first_not_of("ABGDEZHNOXYC%*#'\"0123456789", 1) == std::string::npos;
 }
 
+bool isResidueName(const std::string& cell) {
+  return !toInteger(cell) && polypeptideResidue(cell).letter != kUnknownResidue;
+}
+
+bool isResidueLabel(const std::string& cell) {
+  const auto read = readLabel(cell);
+  return read && !read->number.empty() && !read->name.empty();
+}
+
+std::string atomOfLabel(const std::string& cell) {
+  const auto read = readLabel(cell, true);
+  return read && !read->number.empty() ? read->atom : std::string();
+}
+
+/// Whether a cell can have a role, and whether it plainly has.
+struct RoleTest {
+  bool (*fits)(const std::string& cell);
+  bool (*isPlain)(const std::string& cell);
+};
+
+bool always(const std::string&) {
+  return true;
+}
+
+// In the order of `Role`.
+constexpr std::array<RoleTest, roleCount> kTests = {{
+    {[](const std::string& cell) { return toInteger(cell).has_value(); }, always},
+    {isResidueName, always},
+    {isAtomName, isTableAtomName},
+    {isResidueLabel, always},
+    {[](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
+     [](const std::string& cell) { return isTableAtomName(atomOfLabel(cell)); }},
+    {isNumber, [](const std::string& cell) { return cell.find_first_of(".,") != std::string::npos; }},
+}};
+
 void narrow(const std::string& cell, Fits& fits) {
-  const auto add = [&fits](Role role, bool isFit, bool isPlain) {
-    fits[role].all = fits[role].all && isFit;
-    fits[role].isPlain = fits[role].isPlain || isPlain;
-  };
-  const auto plain = readLabel(cell);
-  const auto whole = readLabel(cell, true);
-  const std::string ofLabel = whole ? whole->atom : std::string();
-  const bool isInteger = toInteger(cell).has_value();
-  add(number, isInteger, true);
-  add(name, !isInteger && polypeptideResidue(cell).letter != kUnknownResidue, true);
-  add(atom, isAtomName(cell), isTableAtomName(cell));
-  add(label, plain && !plain->number.empty() && !plain->name.empty(), true);
-  add(assignment, whole && !whole->number.empty() && isAtomName(ofLabel), isTableAtomName(ofLabel));
-  add(shift, isNumber(cell), cell.find_first_of(".,") != std::string::npos);
+  for (std::size_t role = 0; role < roleCount; ++role) {
+    fits[role].all = fits[role].all && kTests[role].fits(cell);
+    fits[role].isPlain = fits[role].isPlain || (fits[role].all && kTests[role].isPlain(cell));
+  }
 }
 
 /// What a plain table of so many columns holds, in whatever order.

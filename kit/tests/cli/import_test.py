@@ -431,8 +431,8 @@ class NefTest(ImportTest):
             ["line 12: 2 values for the 3 columns of _nef_program_script; the loop is not used",
              "line 43: 5 values for the 6 columns of _nef_chemical_shift; left out"], chain="A")
 
-    def test_bonded_residues_ions_and_elements(self):
-        """Numbers that jump over a bond; calcium in the sequence, and where the element alone says so."""
+    def test_bonded_residues_and_ions(self):
+        """Numbers that jump over a bond; calcium in the sequence."""
         self.check("nef_bonded.nef", table(
             ["Imported from nef_bonded.nef (NEF), chain A, shift list nef_chemical_shift_list_1",
              "Residue 1 here is residue 1 there", "Residue 3 here is residue 8 there",
@@ -441,7 +441,6 @@ class NefTest(ImportTest):
             ["the numbers of chain A jump between residues that the file calls bonded, so they are neighbours: "
              "2 to 8, 10 to 14",
              "left out: 1 shift of chain W (no amino acids)",
-             "atoms of another element than their name says, left out: 9 CA (CA)",
              "1 shift left out, the sequence has no such residue: 101",
              "1 row without a value left out",
              "the file marks as cis peptide bond: P8; this is kept as a remark and not used"], chain="A")

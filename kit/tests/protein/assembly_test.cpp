@@ -121,12 +121,9 @@ TEST(Assembly, AFileWithoutBackboneShiftsSaysWhatItHolds) {
 }
 
 TEST(Assembly, MoreThanAnyFileHoldsIsAnError) {
-  ShiftFile chains = twoLists();
-  chains.chains.resize(zorvela::kMostListsOrChains + 1);
-  EXPECT_THROW(makeProteins(std::move(chains), "f", {}), zorvela::FileError);
   ShiftFile product = twoLists();
   product.chains.resize(200);
-  product.lists.resize(zorvela::kMostChainsTimesLists / 200 + 1);
+  product.lists.resize(zorvela::limits::kChainsTimesLists.most / 200 + 1);
   EXPECT_THROW(makeProteins(std::move(product), "f", {}), zorvela::FileError);
   ShiftFile residues = twoLists();
   residues.chains[0].residues.resize(zorvela::kLongestSequence + 1);

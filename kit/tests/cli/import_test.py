@@ -366,8 +366,8 @@ class OutputTest(ImportTest):
         (self.folder / "X.csv").write_bytes((FILES / "shifts.csv").read_bytes())
         status, _, err = self.run_kit("a/x.csv", "b/x.csv", "X.csv", FILES / "wide.csv", "-o", "out/")
         self.assertEqual(status, 0)
-        self.assertIn("zorvela-kit: note: b/x.csv: its table is named x_2.tab, as x.tab is that of a/x.csv\n"
-                      "zorvela-kit: note: X.csv: its table is named X_3.tab, as x.tab is that of a/x.csv\n", err)
+        self.assertIn("zorvela-kit: note: b/x.csv: its table is named x_2.tab, as a/x.csv has the same name\n"
+                      "zorvela-kit: note: X.csv: its table is named X_3.tab, as a/x.csv has the same name\n", err)
         self.assertEqual(self.written(), ["X.csv", "a/x.csv", "b/x.csv", "out/X_3.tab", "out/wide.tab", "out/x.tab",
                                           "out/x_2.tab"])
 
@@ -380,6 +380,36 @@ class OutputTest(ImportTest):
         self.assertEqual(status, 0)
         self.assertIn("note: b/x.csv: its table is named x_3.tab, as", err)
         self.assertIn("from x_2.csv", (self.folder / "out" / "x_2.tab").read_text())
+
+    def test_a_bad_file_changes_no_name_of_the_others(self):
+        """What is there from an earlier run is replaced by the table of the same input alone."""
+        for name in ("a/x.csv", "b/x.csv", "x_A.csv"):
+            (self.folder / name).parent.mkdir(exist_ok=True)
+            (self.folder / name).write_bytes((FILES / "shifts.csv").read_bytes())
+        (self.folder / "c").mkdir()
+        (self.folder / "c" / "x.str").write_bytes((FILES / "star3_entry.str").read_bytes())  # one chain, A
+        names = ("a/x.csv", "b/x.csv", "x_A.csv", "c/x.str")
+        origin = {"x.tab": "x.csv", "x_2.tab": "x.csv", "x_A.tab": "x_A.csv", "x_3_A.tab": "x.str"}
+        for order in (names, ("x_A.csv", "a/x.csv", "b/x.csv", "c/x.str")):
+            self.run_kit(*order, "-o", "all/")
+            tables = {f.name: f.read_text() for f in (self.folder / "all").iterdir()}
+            self.assertEqual({name: text.split("Imported from ")[1].split()[0] for name, text in tables.items()}, origin)
+        for bad, own in (("a/x.csv", "x.tab"), ("b/x.csv", "x_2.tab"), ("x_A.csv", "x_A.tab")):
+            good = (self.folder / bad).read_bytes()
+            (self.folder / bad).write_bytes(b"cut")
+            self.assertEqual(self.run_kit(*names, "-o", bad + ".out/")[0], 1)
+            self.assertEqual({f.name for f in (self.folder / (bad + ".out")).iterdir()}, set(origin) - {own})
+            (self.folder / bad).write_bytes(good)
+
+    def test_one_table_of_two_files_is_named_like_both_would_be(self):
+        self.assertEqual(self.run_kit("nowhere.str", FILES / "shifts.csv")[1], "")
+        self.assertEqual(self.written(), ["shifts.tab"])
+
+    def test_a_chain_that_has_the_name_of_another_file(self):
+        (self.folder / "x.str").write_bytes((FILES / "star3_entry.str").read_bytes())
+        (self.folder / "x_A.csv").write_bytes((FILES / "shifts.csv").read_bytes())
+        self.run_kit("x.str", "x_A.csv", "-o", "o/")
+        self.assertEqual(sorted(f.name for f in (self.folder / "o").iterdir()), ["x-_A.tab", "x_A.tab"])
 
     def test_a_bad_file_does_not_stop_the_others(self):
         status, _, err = self.run_kit("nowhere.str", FILES / "star3_pdb.str", FILES / "star3_offset.str", "-o", "o/")

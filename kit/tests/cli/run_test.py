@@ -455,7 +455,7 @@ class Terminal(InFolder):
 
     def test_work_above_a_second_has_a_progress_bar_that_goes_away(self):
         text = self.progress("xterm", 1.1)
-        self.assertEqual(text, "\rPredicting [" + "#" * 40 + "] 2/2\033[K" + "\r\033[K")
+        self.assertEqual(text, "\rPredicting 2/2\033[K\r\033[K")
 
     def test_short_work_and_plain_terminals_have_none(self):
         # A machine under load may take a second even for this; not three times.

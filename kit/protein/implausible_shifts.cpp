@@ -2,6 +2,7 @@
 
 #include "names/plausible_shifts.h"
 #include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -17,6 +18,14 @@ std::vector<std::string> implausibleShifts(const Protein& protein) {
                     fixedText(range.high, 1) + ")");
   }
   return found;
+}
+
+void noteImplausible(Protein& protein) {
+  constexpr std::size_t kLongestNote = 1000;
+  const std::vector<std::string> shifts = implausibleShifts(protein);
+  if (shifts.empty()) return;
+  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
+                          printable(enumerated(shifts), kLongestNote));
 }
 
 }  // namespace zorvela

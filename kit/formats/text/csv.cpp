@@ -29,22 +29,6 @@ constexpr std::size_t kMostLinesAbove = 50;
 
 // --- Column names -------------------------------------------------------------------------------
 
-/// "residue number, residue name, atom, shift" in the file's order.
-std::string orderOf(const CsvTable& table) {
-  const CsvColumns& columns = table.columns;
-  std::vector<std::string> names(table.layout.width());
-  const auto set = [&names](std::size_t column, const char* name) {
-    if (column < names.size()) names[column] = name;
-  };
-  set(columns.counter, "residue number");
-  set(columns.name, "residue name");
-  for (const std::size_t column : columns.residues) set(column, "residue");
-  set(columns.assignment, "residue with atom");
-  set(columns.atom, "atom");
-  set(columns.shift, "shift");
-  return enumerated(names);
-}
-
 [[noreturn]] void throwNoHeader(std::string_view line, std::size_t number, const CsvColumns& found,
                                 const std::string& file) {
   const std::size_t start = std::min(line.find_first_not_of("# \t"), line.size());
@@ -82,7 +66,7 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
   }
   const auto plain = tableWithoutNames(text);
   if (!plain) throwNoHeader(first, firstLine, firstColumns, file);
-  notes.push_back("no column names: by what the columns hold, they are " + orderOf(*plain));
+  notes.push_back("no column names: by what the columns hold, they are " + enumerated(plain->layout.names));
   return *plain;
 }
 

@@ -107,7 +107,7 @@ class Bounds(unittest.TestCase):
 
     def test_a_sequence_of_many_prolines(self):
         """What is predicted costs more than what is read."""
-        text = entity("GP" * 10000) + BARE_ROWS + "2 PRO CA 63\n"
+        text = entity("GP" * 20000) + BARE_ROWS + "2 PRO CA 63\n"
         status, message = self.run_bounded(text, "run", "--format", "json")
         self.assertEqual(status, 0, message[:300])
 

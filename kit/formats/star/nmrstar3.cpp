@@ -474,7 +474,7 @@ void readLists(const StarFrame& frame, const Entities& entities, Copies& copies,
   rows.list.name = listName(frame, file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
-    reserveRows(rows.list, table.rows(), file, frame.file().name);
+    reserveRows(rows.list, table.rows(), file, frame.file.name);
     readShifts(table, entities, copies, odd, rows);
   }
   std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));

@@ -45,8 +45,8 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
 /// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
 std::string categoryOf(const StarFrame& frame) {
   std::string category = frameValue(frame, "_Saveframe_category");
-  const StarFile& file = frame.file();
-  for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+  const StarFile& file = frame.file;
+  for (std::size_t p = frame.items.firstPair; p < frame.items.endPair; ++p)
     if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
       category = file.textOf(file.pairs[p].value);
   return category;

@@ -2,6 +2,7 @@
 // The rows are read once; what they hold together then decides how their labels are meant and what is
 // refused.
 #include <algorithm>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -28,22 +29,6 @@ constexpr const char* kOwnColumnsRemedy = "give names and numbers of residues in
 constexpr std::size_t kMostLinesAbove = 50;
 
 // --- Column names -------------------------------------------------------------------------------
-
-/// "residue number, residue name, atom, shift" in the file's order.
-std::string orderOf(const CsvTable& table) {
-  const CsvColumns& columns = table.columns;
-  std::vector<std::string> names(table.layout.width());
-  const auto set = [&names](std::size_t column, const char* name) {
-    if (column < names.size()) names[column] = name;
-  };
-  set(columns.counter, "residue number");
-  set(columns.name, "residue name");
-  for (const std::size_t column : columns.residues) set(column, "residue");
-  set(columns.assignment, "residue with atom");
-  set(columns.atom, "atom");
-  set(columns.shift, "shift");
-  return enumerated(names);
-}
 
 [[noreturn]] void throwNoHeader(std::string_view line, std::size_t number, const CsvColumns& found,
                                 const std::string& file) {
@@ -82,7 +67,7 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
   }
   const auto plain = tableWithoutNames(text);
   if (!plain) throwNoHeader(first, firstLine, firstColumns, file);
-  notes.push_back("no column names: by what the columns hold, they are " + orderOf(*plain));
+  notes.push_back("no column names: by what the columns hold, they are " + enumerated(plain->layout.names));
   return *plain;
 }
 
@@ -242,35 +227,17 @@ class RowReader {
 
 // --- What the labels mean -----------------------------------------------------------------------
 
-/// Whether the residues ascend and none has two names, with each dash as a minus sign or none.
-struct NumberCheck {
-  bool ascends = true;
-  bool isUnique = true;
-
-  bool fits() const { return ascends && isUnique; }
-};
-
-NumberCheck checkNumbers(const CsvContents& contents, bool isMinus) {
-  struct Chain {
-    std::unordered_map<int, std::string_view> names;
-    int last = 0;
-  };
-  NumberCheck check;
-  std::vector<Chain> chains(contents.chains.size());
+/// Whether the residues of each chain ascend, with each dash as a minus sign or as none.
+bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
+  std::vector<std::set<int>> chains(contents.chains.size());
   for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
-    const FileShift& shift = contents.shifts[i];
-    const auto digits = toInteger(shift.number);
+    const auto digits = toInteger(contents.shifts[i].number);
     if (!digits || !contents.labels[i].hasName) continue;
     const int number = isMinus && contents.labels[i].hasDash ? -*digits : *digits;
-    Chain& chain = chains[shift.chain];
-    const bool isFirst = chain.names.empty();
-    const auto [known, isNew] = chain.names.emplace(number, shift.residueName);
-    check.isUnique = check.isUnique && (isNew || equalIgnoringCase(known->second, shift.residueName));
-    if (!isNew) continue;
-    check.ascends = check.ascends && (isFirst || number > chain.last);
-    chain.last = number;
+    std::set<int>& seen = chains[contents.shifts[i].chain];
+    if (seen.insert(number).second && number != *seen.rbegin()) return false;
   }
-  return check;
+  return true;
 }
 
 /// Whether the dash of labels such as "G-2" is a minus sign: it is where the numbers ascend then, and do not
@@ -280,12 +247,9 @@ bool areDashesMinus(const CsvContents& contents, const std::string& file) {
   const auto hasDash = [](const OpenLabel& label) { return label.hasDash; };
   const auto dashed = std::find_if(labels.begin(), labels.end(), hasDash);
   if (dashed == labels.end()) return false;
-  const NumberCheck separator = checkNumbers(contents, false);
-  const NumberCheck minus = checkNumbers(contents, true);
-  if (separator.fits() != minus.fits()) return minus.fits();
-  const bool areAllDashed = std::all_of(
-      labels.begin(), labels.end(), [](const OpenLabel& label) { return label.hasDash || !label.hasName; });
-  if (areAllDashed && separator.isUnique) return false;
+  const bool isMinus = doNumbersAscend(contents, true);
+  if (isMinus != doNumbersAscend(contents, false)) return isMinus;
+  if (std::all_of(labels.begin(), labels.end(), hasDash)) return false;
   const FileShift& shift = contents.shifts[static_cast<std::size_t>(dashed - labels.begin())];
   throw FileError(file, shift.line,
                   "it is open whether " + quotedCell(shift.residueName + "-" + shift.number) +

@@ -99,17 +99,19 @@ std::optional<std::vector<Role>> onlyOrder(const std::vector<Fits>& columns) {
   return found;
 }
 
-CsvColumns columnsOf(const std::vector<Role>& roles) {
-  CsvColumns columns;
+/// The columns by their roles, with names for them.
+void setColumns(const std::vector<Role>& roles, CsvTable& table) {
+  constexpr std::array<const char*, roleCount> kNames = {"residue number", "residue name",      "atom",
+                                                         "residue",        "residue with atom", "shift"};
+  CsvColumns& columns = table.columns;
+  columns.residues.resize(1, kNoColumn);
+  const std::array<std::size_t*, roleCount> places = {&columns.counter,    &columns.name,
+                                                      &columns.atom,       &columns.residues.front(),
+                                                      &columns.assignment, &columns.shift};
   for (std::size_t i = 0; i < roles.size(); ++i) {
-    if (roles[i] == number) columns.counter = i;
-    if (roles[i] == name) columns.name = i;
-    if (roles[i] == atom) columns.atom = i;
-    if (roles[i] == label) columns.residues = {i};
-    if (roles[i] == assignment) columns.assignment = i;
-    if (roles[i] == shift) columns.shift = i;
+    *places[roles[i]] = i;
+    table.layout.names[i] = kNames[roles[i]];
   }
-  return columns;
 }
 
 }  // namespace
@@ -140,7 +142,7 @@ std::optional<CsvTable> tableWithoutNames(std::string_view text) {
   constexpr std::size_t kFewestRows = 2;
   const auto roles = isWhole && rows >= kFewestRows ? onlyOrder(fits) : std::nullopt;
   if (!roles) return std::nullopt;
-  table.columns = columnsOf(*roles);
+  setColumns(*roles, table);
   return table;
 }
 

@@ -15,6 +15,6 @@ setup(
     package_dir={"": "python"},
     python_requires=">=3.9",
     extras_require={"frames": ["pandas"], "progress": ["tqdm"]},
-    cmake_args=["-DZORVELA_PYTHON=ON"],
+    cmake_args=["-DZORVELA_PYTHON_PACKAGE=ON"],
     cmake_install_target="install/strip",
 )

@@ -59,12 +59,6 @@ class Indices(Shifts):
                 rows = coil_shifts("APGA") + [(2, "P", "CG", shift)]
                 self.expect_prediction(answer, cg=shift.rjust(8), rows=rows)
 
-    def test_deviations_act_through_the_exponent_alone(self):
-        # Same mean, deviations 1 and 2, shift 2: exp(-2) against exp(-1/2): P_CIS = 1/(1 + exp(3/2)) = 0.182426,
-        # normalised 0.011607. With 1/sigma in front it would be 0.308.
-        self.write("tab/Pro.cs.tab", statistics_table({CA2: (0, 1, 0, 2)}))
-        self.expect_prediction(("0.182", "0.012"), changes={(2, "CA"): 2.0})
-
 
 class Sequence(Shifts):
     def test_a_disulfide_cysteine_beside_a_proline(self):

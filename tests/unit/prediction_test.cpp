@@ -100,17 +100,6 @@ TEST_F(Probability, MultipliesEveryIndexWithItsOwnStatistics) {
   EXPECT_EQ(predict().pCisNorm, 0x1.968688p-6F);
 }
 
-TEST_F(Probability, MovesFromIndexToIndexWithTheAtoms) {
-  // One shift at a time, at the cis mean of its own index and 2 deviations off the trans mean.
-  for (int k = 0; k < 18; ++k) {
-    setStatistics(k, 5.0F, 3.0F, 1.0F, 1.0F);
-    setShift(k, "5");
-    EXPECT_EQ(predict().pCis, 0x1.c2f7d4p-1F) << k;
-    setStatistics(k, 0.0F, 0.0F, 1.0F, 1.0F);
-    setShift(k, "9999");
-  }
-}
-
 TEST_F(Probability, KeepsDenormalProductsInSinglePrecision) {
   // 18 factors exp(-0.5 x 3.3^2) make 2.7e-43, where single precision has steps of 1.4e-45.
   for (int k = 0; k < 18; ++k) {

@@ -307,16 +307,6 @@ TEST_F(ShiftAssembly, InputWithoutRowsHasAnEmptyRange) {
   EXPECT_EQ(zorvela.missingCount.at(2), 6);
 }
 
-TEST_F(ShiftAssembly, InputWithoutSequenceWarnsForEachRowAndHasNoResidues) {
-  zorvela.csTable = tableOf(kHeader + "1 A CA 52\n1 A CB 19\n");
-  const Output output = outputOf([&] { zorvela.getResInfo(); });
-  const std::string warning =
-      "WARNING: Unmatched name for residue 1 between header () and chemical shift table (A)\n";
-  EXPECT_EQ(output.err, warning + warning);
-  EXPECT_EQ(zorvela.seqLength, 0);
-  EXPECT_EQ(zorvela.resTable.getEntryCount(), 0);
-}
-
 TEST_F(ShiftAssembly, MismatchWarnsAndTheRowIsUsedWithTheHeadersReference) {
   const Output output = assemble("AKA", "2 A CA 57.5\n");
   EXPECT_EQ(output.err,

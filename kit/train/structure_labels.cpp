@@ -29,6 +29,7 @@ constexpr std::size_t kSharedWords = 2;
 struct Tally {
   std::size_t cis = 0;
   std::size_t trans = 0;
+  std::size_t bonds = 0;
   std::string chain;  ///< of the best fit
   double identity = 0;
   std::size_t aligned = 0;
@@ -56,6 +57,7 @@ void add(const StructureResidue& residue, const std::string& chain, const ChainA
   for (const ModelBond& bond : residue.bonds) {
     if (bond.state == BondState::cis) ++tally.cis;
     if (bond.state == BondState::trans) ++tally.trans;
+    ++tally.bonds;
   }
   const bool isBetter = alignment.identity() > tally.identity ||
                         (alignment.identity() == tally.identity && alignment.aligned > tally.aligned);
@@ -127,8 +129,9 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
+  Ballots result;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
@@ -136,6 +139,7 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
       for (ChainRest rest(chain); !rest.isEmpty();) {
         const ChainAlignment alignment = aligner.align(sequence, rest);
         if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        result.fits = true;
         for (std::size_t i = 0; i < votes[protein].size(); ++i)
           if (const StructureResidue* residue =
                   prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
@@ -143,18 +147,17 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
         rest.take(alignment);
       }
     }
-  std::vector<Ballot> result;
   for (const auto& [key, tally] : tallies) {
-    if (tally.cis == tally.trans) continue;
+    if (tally.bonds == 0) continue;
     Ballot ballot;
     ballot.protein = key.first;
     ballot.proline = key.second;
     ballot.tier = tally.identity >= kSameSequence ? Tier::identical : Tier::homologous;
-    ballot.isCis = tally.cis > tally.trans;
+    if (tally.cis != tally.trans) ballot.isCis = tally.cis > tally.trans;
     ballot.structure = entryName(structure.file) + tally.chain;
     ballot.identity = tally.identity;
     ballot.aligned = tally.aligned;
-    result.push_back(std::move(ballot));
+    result.list.push_back(std::move(ballot));
   }
   return result;
 }
@@ -162,14 +165,19 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
 void LabelVotes::count(const std::vector<Ballot>& ballots) {
   for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
+    if (!ballot.isCis) {
+      ++proline.split;
+      continue;
+    }
     if (ballot.tier < proline.tier) continue;
     if (ballot.tier > proline.tier) {
-      const int position = proline.position;
-      proline = {};
-      proline.position = position;
-      proline.tier = ballot.tier;
+      ProlineVotes higher;
+      higher.position = proline.position;
+      higher.split = proline.split;
+      higher.tier = ballot.tier;
+      proline = std::move(higher);
     }
-    ++(ballot.isCis ? proline.cis : proline.trans);
+    ++(*ballot.isCis ? proline.cis : proline.trans);
     if (!fitsBetter(ballot, proline)) continue;
     proline.best = ballot.structure;
     proline.bestIdentity = ballot.identity;
@@ -208,7 +216,7 @@ void LabelVotes::write(std::ostream& out) const {
         out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
             << csvCell(proline.best) << ',';
       else
-        out << ",,,,";
+        out << (proline.split > 0 ? "0,0,,," : ",,,,");
       if (const auto difference = cbMinusCg(protein, proline.position))
         out << shiftLabel(*difference) << ',' << fixedText(*difference, 2);
       else

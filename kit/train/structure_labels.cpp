@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <ostream>
+#include <tuple>
 #include <utility>
 
 #include "names/nomenclature.h"
@@ -30,10 +31,17 @@ struct Tally {
   std::size_t cis = 0;
   std::size_t trans = 0;
   std::size_t bonds = 0;
-  std::string chain;  ///< of the best fit
-  double identity = 0;
-  std::size_t aligned = 0;
+  StructureFit best;
 };
+
+/// By identity, then by length.
+bool fitsBetter(const StructureFit& one, const StructureFit& than) {
+  return std::tie(one.identity, one.aligned) > std::tie(than.identity, than.aligned);
+}
+
+bool isIdentical(const StructureFit& fit) {
+  return fit.identity >= LabelVotes::kSameSequence;
+}
 
 bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
   const std::size_t needed = std::min(kFewestAligned, sequenceLength);
@@ -52,32 +60,13 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   return residue.letter == kProlineCode ? &residue : nullptr;
 }
 
-void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment,
-         Tally& tally) {
+void add(const StructureResidue& residue, const StructureFit& fit, Tally& tally) {
   for (const ModelBond& bond : residue.bonds) {
     if (bond.state == BondState::cis) ++tally.cis;
     if (bond.state == BondState::trans) ++tally.trans;
     ++tally.bonds;
   }
-  const bool isBetter = alignment.identity() > tally.identity ||
-                        (alignment.identity() == tally.identity && alignment.aligned > tally.aligned);
-  if (!isBetter) return;
-  tally.chain = chain;
-  tally.identity = alignment.identity();
-  tally.aligned = alignment.aligned;
-}
-
-/// By identity, then by length; of equals the first by name.
-bool fitsBetter(const Ballot& ballot, const ProlineVotes& than) {
-  if (than.best.empty()) return true;
-  if (ballot.identity != than.bestIdentity) return ballot.identity > than.bestIdentity;
-  if (ballot.aligned != than.bestAligned) return ballot.aligned > than.bestAligned;
-  return ballot.structure < than.best;
-}
-
-const char* tierText(Tier tier) {
-  if (tier == Tier::identical) return "ident";
-  return tier == Tier::homologous ? "homol" : "";
+  if (fitsBetter(fit, tally.best)) tally.best = fit;
 }
 
 const char* labelOf(const ProlineVotes& votes) {
@@ -140,23 +129,19 @@ Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
         const ChainAlignment alignment = aligner.align(sequence, rest);
         if (!fits(alignment, sequence.size(), leastIdentity)) break;
         result.fits = true;
+        const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
+                                  alignment.aligned};
         for (std::size_t i = 0; i < votes[protein].size(); ++i)
           if (const StructureResidue* residue =
                   prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
-            add(*residue, chain.name, alignment, tallies[{protein, i}]);
+            add(*residue, fit, tallies[{protein, i}]);
         rest.take(alignment);
       }
     }
-  for (const auto& [key, tally] : tallies) {
+  for (const auto& [proline, tally] : tallies) {
     if (tally.bonds == 0) continue;
-    Ballot ballot;
-    ballot.protein = key.first;
-    ballot.proline = key.second;
-    ballot.tier = tally.identity >= kSameSequence ? Tier::identical : Tier::homologous;
+    Ballot ballot = {proline.first, proline.second, std::nullopt, tally.best};
     if (tally.cis != tally.trans) ballot.isCis = tally.cis > tally.trans;
-    ballot.structure = entryName(structure.file) + tally.chain;
-    ballot.identity = tally.identity;
-    ballot.aligned = tally.aligned;
     result.list.push_back(std::move(ballot));
   }
   return result;
@@ -166,22 +151,17 @@ void LabelVotes::count(const std::vector<Ballot>& ballots) {
   for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
     if (!ballot.isCis) {
-      ++proline.split;
+      proline.isAnySplit = true;
       continue;
     }
-    if (ballot.tier < proline.tier) continue;
-    if (ballot.tier > proline.tier) {
-      ProlineVotes higher;
-      higher.position = proline.position;
-      higher.split = proline.split;
-      higher.tier = ballot.tier;
-      proline = std::move(higher);
-    }
+    const StructureFit& best = proline.best;
+    if (isIdentical(best) && !isIdentical(ballot.fit)) continue;
+    if (isIdentical(ballot.fit) && !isIdentical(best)) proline.cis = proline.trans = 0;
     ++(*ballot.isCis ? proline.cis : proline.trans);
-    if (!fitsBetter(ballot, proline)) continue;
-    proline.best = ballot.structure;
-    proline.bestIdentity = ballot.identity;
-    proline.bestAligned = ballot.aligned;
+    // Of equals the first by name.
+    if (!fitsBetter(best, ballot.fit) &&
+        (fitsBetter(ballot.fit, best) || best.chain.empty() || ballot.fit.chain < best.chain))
+      proline.best = ballot.fit;
   }
 }
 
@@ -212,11 +192,11 @@ void LabelVotes::write(std::ostream& out) const {
       out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i])
           << ',' << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ','
           << protein.sequence.substr(i + 1, 1) << ',' << labelOf(proline) << ',';
-      if (proline.tier != Tier::none)
-        out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
-            << csvCell(proline.best) << ',';
+      if (proline.best.chain.empty())
+        out << (proline.isAnySplit ? "0,0,,," : ",,,,");
       else
-        out << (proline.split > 0 ? "0,0,,," : ",,,,");
+        out << proline.cis << ',' << proline.trans << ',' << (isIdentical(proline.best) ? "ident" : "homol")
+            << ',' << csvCell(proline.best.chain) << ',';
       if (const auto difference = cbMinusCg(protein, proline.position))
         out << shiftLabel(*difference) << ',' << fixedText(*difference, 2);
       else

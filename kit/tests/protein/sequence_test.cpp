@@ -27,7 +27,7 @@ Made made(const FileChain& chain, const std::vector<FileShift>& shifts) {
   zorvela::ShiftRows rows;
   for (const FileShift& shift : shifts) rows.push_back(&shift);
   Made result;
-  result.sequence = zorvela::makeSequence(chain, rows, result.notes);
+  result.sequence = zorvela::makeSequence(chain.residues, rows, result.notes);
   return result;
 }
 
@@ -53,8 +53,8 @@ TEST(Sequence, OfAChainThatGivesIt) {
   const Made of = made(chainOf({{"1", "17", "ALA"}, {"2", "18", "PRO"}, {"3", "19", "GLY"}}), {});
   EXPECT_EQ(lettersOf(of), "APG");
   EXPECT_EQ(numbersOf(of), (Texts{"17", "18", "19"}));
-  EXPECT_EQ(of.sequence.byKey.at("2"), 2);
-  EXPECT_EQ(of.sequence.byNumber.at("18"), 2);
+  EXPECT_EQ(of.sequence.positionOfKey("2"), 2);
+  EXPECT_EQ(of.sequence.positionOfNumber("18"), 2);
   EXPECT_TRUE(of.notes.empty());
 }
 

@@ -1,4 +1,4 @@
-// Tables from files or memory, checked, and into a run object.
+// Tables from files or memory, checked, and their numbers.
 #include "predict/tables.h"
 
 #include <cstdio>
@@ -76,16 +76,6 @@ Model modelOf(const ReferenceTables& tables) {
     type.transAfter = number(row, "trans_next");
   });
   return model;
-}
-
-void useTables(const ReferenceTables& tables, ZORVELA& run) {
-  run.rcTable = tables.randomCoil;
-  run.adjTable = tables.adjustments;
-  run.prevTable = tables.previous;
-  run.nextTable = tables.next;
-  run.limitTable = tables.limits;
-  run.useProCSTable(tables.shifts);
-  run.useProSeqTable(tables.sequence);
 }
 
 // --- One table ----------------------------------------------------------------------------------

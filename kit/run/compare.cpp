@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "names/nomenclature.h"
@@ -28,6 +29,8 @@ struct Fit {
   const ProteinStructure* structure = nullptr;
   const StructureChain* chain = nullptr;
   ChainAlignment alignment;
+  bool isPart = false;                ///< the chain holds other molecules as well
+  std::vector<std::size_t> leftOver;  ///< residues of the chain that are of none, with its last fit
 };
 
 std::size_t knownResidues(const std::string& letters) {
@@ -35,23 +38,26 @@ std::size_t knownResidues(const std::string& letters) {
          static_cast<std::size_t>(std::count(letters.begin(), letters.end(), kUnknownResidue));
 }
 
-bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence,
-                   const StructureChain& chain) {
-  const std::size_t shorter = std::min(knownResidues(sequence), knownResidues(chain.letters()));
+/// Half of the shorter one is enough for a chain; what shares its name with others must be half of the
+/// protein.
+bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence, const ChainRest& rest) {
+  const bool isAlone = rest.isWhole() && rest.chain().molecule < 2;
+  const std::size_t length = knownResidues(sequence);
+  const std::size_t shorter = isAlone ? std::min(length, knownResidues(rest.letters())) : length;
   const std::size_t needed = std::max<std::size_t>(1, std::min(kFewestAligned, (shorter + 1) / 2));
   return alignment.aligned >= needed && alignment.identity() >= kSameProteinFrom;
 }
 
 /// The proteins that a chain is most alike.
 std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure,
-                        const StructureChain& chain, StructureAligner& aligner) {
+                        const ChainRest& rest, StructureAligner& aligner) {
   std::vector<Fit> best;
   for (std::size_t p = 0; p < proteins.size(); ++p) {
-    ChainAlignment alignment = aligner.align(proteins[p].sequence, chain);
-    if (!isSameProtein(alignment, proteins[p].sequence, chain)) continue;
+    ChainAlignment alignment = aligner.align(proteins[p].sequence, rest);
+    if (!isSameProtein(alignment, proteins[p].sequence, rest)) continue;
     if (!best.empty() && alignment.identical < best.front().alignment.identical) continue;
     if (!best.empty() && alignment.identical > best.front().alignment.identical) best.clear();
-    best.push_back({p, &structure, &chain, std::move(alignment)});
+    best.push_back({p, &structure, &rest.chain(), std::move(alignment), !rest.isWhole(), {}});
   }
   return best;
 }
@@ -73,14 +79,32 @@ void keepNamesakes(const std::vector<Protein>& proteins, std::vector<Fit>& fits)
   fits.erase(std::remove_if(fits.begin(), fits.end(), isOther), fits.end());
 }
 
+/// The fits of all molecules of a chain.
+std::vector<Fit> fitsOfMolecules(const std::vector<Protein>& proteins, const ProteinStructure& structure,
+                                 const StructureChain& chain, StructureAligner& aligner) {
+  std::vector<Fit> all;
+  ChainRest rest(chain);
+  while (!rest.isEmpty()) {
+    std::vector<Fit> fits = fitsOf(proteins, structure, rest, aligner);
+    if (fits.empty()) break;
+    keepNamesakes(proteins, fits);
+    for (Fit& fit : fits) {
+      rest.take(fit.alignment);
+      all.push_back(std::move(fit));
+    }
+  }
+  if (all.empty() || rest.isEmpty()) return all;
+  for (Fit& fit : all) fit.isPart = true;
+  all.back().leftOver = rest.residues();
+  return all;
+}
+
 /// All fits of one structure file, without the relatives of the protein.
 std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure) {
   std::vector<Fit> all;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains) {
-    std::vector<Fit> fits = fitsOf(proteins, structure, chain, aligner);
-    keepNamesakes(proteins, fits);
-    for (Fit& fit : fits) all.push_back(std::move(fit));
+    for (Fit& fit : fitsOfMolecules(proteins, structure, chain, aligner)) all.push_back(std::move(fit));
   }
   std::map<std::size_t, double> best;
   for (const Fit& fit : all) best[fit.protein] = std::max(best[fit.protein], fit.alignment.identity());
@@ -107,10 +131,43 @@ std::vector<std::string> ranges(const Protein& protein, const std::vector<std::s
   return result;
 }
 
+std::string rangeText(const StructureChain& chain, std::size_t first, std::size_t last) {
+  const std::string& from = chain.residues[first].number;
+  return printable(first == last ? from : from + "-" + chain.residues[last].number);
+}
+
+/// The first and the last residue of the chain that fit.
+std::string residuesOf(const Fit& fit) {
+  std::size_t first = kNoResidue;
+  std::size_t last = 0;
+  for (const std::size_t place : fit.alignment.inStructure) {
+    if (place == kNoResidue) continue;
+    first = std::min(first, place);
+    last = std::max(last, place);
+  }
+  return rangeText(*fit.chain, first, last);
+}
+
+/// The pieces of the chain that are left over.
+std::vector<std::string> leftOverOf(const Fit& fit) {
+  const std::vector<std::size_t>& places = fit.leftOver;
+  std::vector<std::string> pieces;
+  for (std::size_t first = 0; first < places.size();) {
+    std::size_t last = first;
+    while (last + 1 < places.size() && !fit.chain->residues[places[last + 1]].isAfterBreak) ++last;
+    pieces.push_back(rangeText(*fit.chain, places[first], places[last]));
+    first = last + 1;
+  }
+  return pieces;
+}
+
 ChainMatch matchOf(const Protein& protein, const Fit& fit) {
   ChainMatch match;
   match.file = fit.structure->file;
   match.chain = fit.chain->name;
+  match.molecule = fit.chain->molecule;
+  if (fit.isPart || match.molecule > 0) match.residues = residuesOf(fit);
+  match.leftOver = leftOverOf(fit);
   match.aligned = fit.alignment.aligned;
   match.identical = fit.alignment.identical;
   std::vector<std::size_t> missing;
@@ -133,12 +190,15 @@ ChainMatch matchOf(const Protein& protein, const Fit& fit) {
 
 /// What of a chain does not fit.
 std::vector<std::string> notesOn(const ChainMatch& match) {
-  const std::string name = structureChainName(match.file, match.chain);
+  const std::string name = structureChainName(match.file, match.chain, match.residues);
   std::vector<std::string> notes;
   if (!match.mismatches.empty())
     notes.push_back(name + ": other residues than in the shifts: " + enumerated(match.mismatches));
   if (!match.missing.empty())
     notes.push_back(name + ": residues of the shifts without coordinates: " + enumerated(match.missing));
+  if (!match.leftOver.empty())
+    notes.push_back(structureChainName(match.file, match.chain) +
+                    ": residues that fit no shifts: " + enumerated(match.leftOver));
   return notes;
 }
 
@@ -154,6 +214,7 @@ std::optional<BondSite> siteOf(const Fit& fit, int position) {
   site.number = residue.number;
   site.residue = residue.name;
   site.models = fit.structure->modelCount;
+  site.modelsWithout = residue.modelsWithout;
   site.bonds = residue.bonds;
   site.others = residue.others;
   site.reason = residue.letter == kProlineCode
@@ -162,37 +223,12 @@ std::optional<BondSite> siteOf(const Fit& fit, int position) {
   return site;
 }
 
-StructureCall seenIn(const StructureFinding& finding) {
-  const bool isCis = countBonds(finding, BondState::cis) > 0;
-  const bool isTrans = countBonds(finding, BondState::trans) > 0;
-  if (isCis && isTrans) return StructureCall::mixed;
-  if (isCis) return StructureCall::cis;
-  if (isTrans) return StructureCall::trans;
-  return countBonds(finding, BondState::twisted) > 0 ? StructureCall::twisted : StructureCall::none;
-}
-
 Verdict verdictOf(Call shifts, StructureCall structure) {
   if (shifts == Call::none) return Verdict::noPrediction;
   if (structure == StructureCall::none) return Verdict::notInStructure;
   if (shifts == Call::undecided) return Verdict::undecided;
   if (structure == StructureCall::mixed) return Verdict::mixed;
   return toText(shifts) == toText(structure) ? Verdict::agree : Verdict::disagree;
-}
-
-/// "trans in 9, twisted in 1 of 10 models (mean |omega| 171 degrees)".
-std::string seenText(const StructureFinding& finding) {
-  std::vector<std::string> states;
-  std::size_t bonds = 0;
-  for (const BondState state : {BondState::cis, BondState::trans, BondState::twisted})
-    if (const std::size_t count = countBonds(finding, state); count > 0) {
-      states.push_back(toText(state) + " in " + std::to_string(count));
-      bonds += count;
-    }
-  const std::string counts = enumerated(states) + " of " + counted(bonds, "model", "models");
-  if (finding.call == StructureCall::mixed) return counts;
-  if (const auto omega = meanOmega(finding))
-    return counts + (bonds > 1 ? " (mean |omega| " : " (|omega| ") + fixedText(*omega, 0) + " degrees)";
-  return counts + " (CA - CA " + fixedText(meanCaToCa(finding).value_or(0), 1) + " A)";
 }
 
 std::string carbonText(const Protein& protein, const ProlineResult& proline) {
@@ -281,14 +317,16 @@ void compareWithStructures(const std::vector<Protein>& proteins,
 
 std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
                                              const std::vector<ProteinStructure>& structures) {
-  std::set<std::pair<std::string, std::string>> matched;
-  for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain);
+  std::set<std::tuple<std::string, std::string, std::size_t>> matched;
+  for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain, match.molecule);
   std::vector<std::string> lines;
   for (const ProteinStructure& structure : structures)
     for (const StructureChain& chain : structure.chains)
-      if (matched.count({structure.file, chain.name}) == 0)
-        lines.push_back(structureChainName(structure.file, chain.name) + " (" +
-                        counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
+      if (matched.count({structure.file, chain.name, chain.molecule}) == 0)
+        lines.push_back(
+            structureChainName(structure.file, chain.name,
+                               chain.molecule == 0 ? "" : rangeText(chain, 0, chain.residues.size() - 1)) +
+            " (" + counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
   return lines;
 }
 

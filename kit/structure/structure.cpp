@@ -1,4 +1,6 @@
 // Any structure file as protein chains with the bonds before their prolines.
+#include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -6,6 +8,7 @@
 #include "formats/input_bytes.h"
 #include "names/nomenclature.h"
 #include "structure/coordinates.h"
+#include "structure/molecules.h"
 #include "structure/peptide_bond.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -54,29 +57,24 @@ struct Placed {
   char letter = kUnknownResidue;
 };
 
-/// A chain of one model.
+/// A molecule of one model.
 struct PlacedChain {
   std::string name;
+  std::string key;  ///< the same in all models
   std::vector<Placed> residues;
 };
-
-bool isAminoAcid(const BackboneResidue& residue, char letter) {
-  if (residue.find("CA") == nullptr) return false;
-  return letter != kUnknownResidue || (residue.find("N") != nullptr && residue.find("C") != nullptr);
-}
 
 /// Of a residue with an atom CA.
 float occupancy(const BackboneResidue& residue) {
   return residue.find("CA")->occupancy;
 }
 
-/// The amino acids of a chain, in the order of the file; of two residue types at one place the more occupied
-/// one.
-std::vector<Placed> aminoAcids(const BackboneChain& chain, std::vector<std::string>& notes) {
+/// Of two residue types at one place the more occupied one.
+std::vector<Placed> withoutAlternatives(const std::string& chain, const std::vector<Placed>& all,
+                                        std::vector<std::string>& notes) {
   std::vector<Placed> residues;
-  for (const BackboneResidue& residue : chain.residues) {
-    const Placed placed{&residue, residueType(residue.name).letter};
-    if (!isAminoAcid(residue, placed.letter)) continue;
+  for (const Placed& placed : all) {
+    const BackboneResidue& residue = *placed.residue;
     const bool isAlternative =
         !residues.empty() && equalIgnoringCase(residues.back().residue->number, residue.number);
     if (!isAlternative) {
@@ -84,7 +82,7 @@ std::vector<Placed> aminoAcids(const BackboneChain& chain, std::vector<std::stri
       continue;
     }
     const BackboneResidue& other = *residues.back().residue;
-    notes.push_back(printable("chain " + chain.name + ", residue " + residue.number + " is " + other.name +
+    notes.push_back(printable("chain " + chain + ", residue " + residue.number + " is " + other.name +
                               " or " + residue.name + "; the more occupied one is used"));
     if (occupancy(residue) > occupancy(other)) residues.back() = placed;
   }
@@ -105,8 +103,13 @@ std::vector<Placed> withoutLoose(const std::vector<Placed>& residues) {
 
 std::vector<PlacedChain> chainsOf(const BackboneModel& model, std::vector<std::string>& notes) {
   std::vector<PlacedChain> chains;
-  for (const BackboneChain& chain : model.chains)
-    chains.push_back({chain.name, withoutLoose(aminoAcids(chain, notes))});
+  for (const Molecule& molecule : moleculesOf(model)) {
+    std::vector<Placed> residues;
+    for (const BackboneResidue* residue : molecule.residues)
+      residues.push_back({residue, residueType(residue->name).letter});
+    chains.push_back(
+        {molecule.name, molecule.key, withoutLoose(withoutAlternatives(molecule.name, residues, notes))});
+  }
   return chains;
 }
 
@@ -121,7 +124,7 @@ struct Places {
 };
 using PlacesByChain = std::unordered_map<std::string, Places>;
 
-void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByChain& byName) {
+void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByChain& byKey) {
   Places places;
   places.chain = structure.chains.size();
   StructureChain chain;
@@ -141,7 +144,7 @@ void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByCh
     places.byKey.emplace(keyOf(own), i);
     chain.residues.push_back(std::move(residue));
   }
-  byName.emplace(placed.name, std::move(places));
+  byKey.emplace(placed.key, std::move(places));
   structure.chains.push_back(std::move(chain));
 }
 
@@ -152,7 +155,7 @@ PlacesByChain addFullest(const std::vector<std::vector<PlacedChain>>& models, Pr
   std::unordered_map<std::string, std::size_t> known;
   for (const std::vector<PlacedChain>& chains : models)
     for (const PlacedChain& chain : chains) {
-      const auto [at, isNew] = known.emplace(chain.name, fullest.size());
+      const auto [at, isNew] = known.emplace(chain.key, fullest.size());
       if (isNew) fullest.push_back(&chain);
       if (chain.residues.size() > fullest[at->second]->residues.size()) fullest[at->second] = &chain;
     }
@@ -180,6 +183,35 @@ void addBonds(const PlacedChain& chain, const std::string& model, const Places& 
   }
 }
 
+/// Numbers the chains that share a name, and says so.
+void numberMolecules(ProteinStructure& structure) {
+  std::map<std::string, std::vector<StructureChain*>> byName;
+  for (StructureChain& chain : structure.chains) byName[chain.name].push_back(&chain);
+  for (const auto& [name, chains] : byName) {
+    if (chains.size() < 2) continue;
+    std::vector<std::string> ranges;
+    for (StructureChain* chain : chains) {
+      chain->molecule = ranges.size() + 1;
+      ranges.push_back(chain->residues.front().number + "-" + chain->residues.back().number);
+    }
+    structure.notes.push_back("chain " + (name.empty() ? "without a name" : printable(name)) + " holds " +
+                              std::to_string(chains.size()) +
+                              " molecules, each is looked at: " + printable(enumerated(ranges)));
+  }
+}
+
+/// Names the models in which a proline has no bond that others have.
+void nameModelsWithout(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
+  for (StructureChain& chain : structure.chains)
+    for (StructureResidue& residue : chain.residues) {
+      if (residue.bonds.empty() || residue.bonds.size() >= models.size()) continue;
+      std::set<std::string> with;
+      for (const ModelBond& bond : residue.bonds) with.insert(bond.model);
+      for (const BackboneModel& model : models)
+        if (with.count(model.name) == 0) residue.modelsWithout.push_back(model.name);
+    }
+}
+
 /// The chains of all models put together; notes are those of the first.
 void addModels(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
   std::vector<std::vector<PlacedChain>> chains;
@@ -191,8 +223,10 @@ void addModels(const std::vector<BackboneModel>& models, ProteinStructure& struc
   const PlacesByChain places = addFullest(chains, structure);
   for (std::size_t i = 0; i < models.size(); ++i)
     for (const PlacedChain& chain : chains[i])
-      if (const auto known = places.find(chain.name); known != places.end())
+      if (const auto known = places.find(chain.key); known != places.end())
         addBonds(chain, models[i].name, known->second, structure.chains[known->second.chain].residues);
+  nameModelsWithout(models, structure);
+  numberMolecules(structure);
 }
 
 [[noreturn]] void throwWithoutProtein(const std::string& name, const Coordinates& coordinates) {

@@ -121,14 +121,18 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
-      const ChainAlignment alignment = aligner.align(all[protein].sequence, chain);
-      if (!fits(alignment, all[protein].sequence.size(), leastIdentity)) continue;
-      const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
-                                alignment.aligned};
-      for (std::size_t i = 0; i < votes[protein].size(); ++i)
-        if (const StructureResidue* residue =
-                prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
-          add(*residue, fit, tallies[{protein, i}]);
+      const std::string& sequence = all[protein].sequence;
+      for (ChainRest rest(chain); !rest.isEmpty();) {
+        const ChainAlignment alignment = aligner.align(sequence, rest);
+        if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
+                                  alignment.aligned};
+        for (std::size_t i = 0; i < votes[protein].size(); ++i)
+          if (const StructureResidue* residue =
+                  prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
+            add(*residue, fit, tallies[{protein, i}]);
+        rest.take(alignment);
+      }
     }
   std::vector<Ballot> result;
   for (const auto& [proline, tally] : tallies)

@@ -35,9 +35,9 @@ constexpr ForeignTag kForeignMmcif[] = {
 
 /// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
 std::string bracketedName(const std::string& text, std::size_t pos) {
-  constexpr std::size_t kLongestName = 6;
+  constexpr std::size_t kLongestResidueName = 6;
   if (text[pos] != '(') return {};
-  const std::string name = text.substr(pos + 1, kLongestName + 1);
+  const std::string name = text.substr(pos + 1, kLongestResidueName + 1);
   const std::size_t end = name.find(')');
   return end == std::string::npos ? std::string() : name.substr(0, end);
 }

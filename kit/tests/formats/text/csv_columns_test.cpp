@@ -81,12 +81,6 @@ TEST(CsvColumns, AtomsUnderOtherNames) {
     EXPECT_EQ(atomOfColumn(name), "") << name;
 }
 
-TEST(CsvColumns, TheAtomsOwnNameWinsAndTwoOfAKindAreNone) {
-  const auto columns = zorvela::readColumns({"res", "CA", "dCA", "CO", "C'", "CB shift", "CB obs", "N"});
-  EXPECT_EQ(columns.atoms, (std::vector<std::pair<std::size_t, std::string>>{{1, "CA"}, {7, "N"}}));
-  EXPECT_EQ(columns.doubled, (std::vector<std::string>{"C", "CB"}));
-}
-
 TEST(CsvColumns, BracketsAreClosed) {
   EXPECT_FALSE(zorvela::readColumns({"((resid", "name", "HA", "HN", "shift"}).areEnough());
   EXPECT_FALSE(zorvela::readColumns({"(resid", "N", "HN", "CA)"}).areEnough());
@@ -99,15 +93,6 @@ TEST(CsvColumns, ACounterMayBeTheNumber) {
     EXPECT_EQ(columns.counter, 0U) << name;
   }
   EXPECT_EQ(zorvela::readColumns({"res #", "aa", "N", "CA"}).number, 0U);
-}
-
-TEST(CsvColumns, ResidueAndAtomInOne) {
-  EXPECT_EQ(zorvela::readColumns({"Assignment", "Shift"}).assignment, 0U);
-  EXPECT_EQ(zorvela::readColumns({"ppm", "Residue"}).assignment, 1U);
-  EXPECT_EQ(zorvela::readColumns({"Atom", "ppm"}).assignment, 0U);
-  // A count of assignments beside the atoms.
-  EXPECT_EQ(zorvela::readColumns({"Group", "Atom", "Nuc", "Shift", "SDev", "Assignments"}).assignment,
-            zorvela::kNoColumn);
 }
 
 TEST(CsvColumns, TellWhatIsMissing) {

@@ -151,9 +151,8 @@ def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float]
     numbers are those of single precision. Raises Error or TypeError for what is no shift of the sequence.
     """
     letters = _sequence(sequence)
-    number = _shifts.gathered({(first, "CA"): 0.0})[0][0]
     called = _names(name, "name")[0]
-    return _engine().predict_shifts(letters, _shifts.gathered(shifts), number, called,
+    return _engine().predict_shifts(letters, _shifts.gathered(shifts), _shifts.whole_number(first), called,
                                     _request(None, structure, None, None, rereference))
 
 

@@ -49,12 +49,12 @@ class BadInput(folder.InFolder):
 
     def test_types(self):
         for source in (None, 3, 2.5, {"a": 1}, [TABLE], object()):
-            self.says(TypeError, "a shift file is a path", zorvela.predict, source)
-        self.says(TypeError, "the sequence is a text", zorvela.predict, TABLE, sequence=5)
-        self.says(TypeError, "chain is a name", zorvela.predict, TABLE, chain=5)
+            self.says(TypeError, "a file cannot be of type", zorvela.predict, source)
+        self.says(TypeError, "the sequence cannot be of type", zorvela.predict, TABLE, sequence=5)
+        self.says(TypeError, "chain cannot be of type int", zorvela.predict, TABLE, chain=5)
         self.says(TypeError, "list 1 is not a text", zorvela.predict, TABLE, list=[1])
-        self.says(TypeError, "sources are several files", zorvela.predict_many, str(TABLE))
-        self.says(TypeError, "sources are several files", zorvela.predict_many, 3)
+        self.says(TypeError, "sources cannot be of type", zorvela.predict_many, str(TABLE))
+        self.says(TypeError, "sources cannot be of type", zorvela.predict_many, 3)
         for jobs in (0, -1, 1000, "2", 1.5, True):
             self.says(zorvela.Error, "jobs is", zorvela.predict_many, [TABLE], jobs=jobs)
         self.says(zorvela.Error, "errors is", zorvela.predict_many, [TABLE], errors="ignore")
@@ -79,13 +79,13 @@ class BadInput(folder.InFolder):
         refused(TypeError, "the atom 5 of residue 1", {(1, 5): 55.1})
         refused(TypeError, "residue number '1'", {("1", "CA"): 55.1})
         refused(TypeError, "the key 'CA1'", {"CA1": 55.1})
-        refused(TypeError, "shifts are a mapping", [((1, "CA"), 55.1)])
+        refused(TypeError, "shifts cannot be of type list", [((1, "CA"), 55.1)])
         refused(zorvela.Error, "there are no shifts", {})
         refused(zorvela.Error, "has two values", {(1, "H"): 8.1, (1, "HN"): 8.2})
         refused(zorvela.Error, "the sequence: is empty", {(1, "CA"): 55.1}, sequence="")
         refused(zorvela.Error, "the sequence: has \"1\"", {(1, "CA"): 55.1}, sequence="M1")
-        refused(zorvela.Error, "the sequence: has more", {(1, "CA"): 55.1}, sequence="A" * 10 ** 7)
-        refused(TypeError, "the sequence is a text", {(1, "CA"): 55.1}, sequence=None)
+        refused(zorvela.Error, "the sequence: has a sequence of more", {(1, "CA"): 55.1}, sequence="A" * 10 ** 7)
+        refused(TypeError, "the sequence cannot be of type", {(1, "CA"): 55.1}, sequence=None)
         refused(zorvela.Error, "the entry has a row", Entry("", [(1, "CA", ".")]))
 
     def test_frames(self):

@@ -92,8 +92,8 @@ class SameNumbers(unittest.TestCase):
             ours, theirs = zorvela.predict_shifts(sequence, shifts), zorvela.predict(path)
             with self.subTest(path.name):
                 self.assertEqual(
-                    [(p.resid, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in ours.prolines],
-                    [(p.resid, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in theirs.prolines])
+                    [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in ours.prolines],
+                    [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in theirs.prolines])
 
 
 if __name__ == "__main__":

@@ -56,11 +56,11 @@ def _engine() -> _zorvela.Engine:
 def _names(names: Names, what: str) -> List[str]:
     wanted = [] if names is None else [names] if isinstance(names, str) else names
     if isinstance(wanted, bytes) or not isinstance(wanted, collections.abc.Iterable):
-        raise TypeError(f"{what} is a name or several, not {type(names).__name__}: write it as a text")
+        raise TypeError(f"{what} cannot be of type {type(names).__name__}: give a name or several")
     checked = []
     for name in wanted:
         if not isinstance(name, str):
-            raise TypeError(f"{what} {name!r} is not a text: write it as {str(name)!r}")
+            raise TypeError(f"{what} {name!r} is not a text: give {str(name)!r}")
         checked.append(name.encode(errors="replace").decode())
     return checked
 
@@ -88,7 +88,7 @@ def _content(source: Any) -> Tuple[bytes, str]:
         return source.encode(errors="replace"), name
     if isinstance(source, (bytes, bytearray, memoryview)):
         return bytes(source), name
-    raise TypeError(f"a shift file is a path, bytes, an open file or text, not {type(source).__name__}")
+    raise TypeError(f"a file cannot be of type {type(source).__name__}: give a path, bytes, an open file or text")
 
 
 def _structures(structure: Any) -> List[Structure]:
@@ -100,7 +100,7 @@ def _structures(structure: Any) -> List[Structure]:
 
 def _sequence(sequence: Any) -> str:
     if not isinstance(sequence, str):
-        raise TypeError(f"the sequence is a text of one-letter codes, not {type(sequence).__name__}")
+        raise TypeError(f"the sequence cannot be of type {type(sequence).__name__}: give a text of one-letter codes")
     return "".join(sequence.encode(errors="replace").decode().split())
 
 
@@ -181,7 +181,7 @@ def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progr
     The others are those of `predict`.
     """
     if isinstance(sources, (str, bytes)) or not isinstance(sources, collections.abc.Iterable):
-        raise TypeError("sources are several files: give a list of them")
+        raise TypeError(f"sources cannot be of type {type(sources).__name__}: give a list of files")
     if errors not in ("raise", "return"):
         raise Error(f"errors is {errors!r}: give \"raise\" or \"return\"")
     workers = len(os.sched_getaffinity(0)) if jobs is None else jobs

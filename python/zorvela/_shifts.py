@@ -90,5 +90,5 @@ def gathered(shifts: Any) -> Shifts:
         return _checked(_of_frame(shifts))
     if hasattr(shifts, "items"):
         return _checked(_of_mapping(shifts))
-    raise TypeError(f"shifts are a mapping, a pandas frame or a pynmrstar entry, not {type(shifts).__name__}: "
-                    "write them as {(12, \"CA\"): 63.2}")
+    raise TypeError(f"shifts cannot be of type {type(shifts).__name__}: give {{(12, \"CA\"): 63.2}}, a pandas frame or "
+                    "an entry of pynmrstar")

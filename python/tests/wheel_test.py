@@ -48,18 +48,19 @@ class Wheel(folder.InFolder):
         done = subprocess.run([python, "-m", "zorvela", "run", "--format", "csv", TABLE], check=True, **run)
         self.assertEqual(done.stdout, program.run("--format", "csv", TABLE, tables=program.TABLES).stdout)
         done = subprocess.run([python, "-m", "zorvela", "run", "absent.tab"], check=False, **run)
-        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertEqual(done.returncode, 1)
         self.assertIn("absent.tab: cannot be read", done.stderr)
 
 
 @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "the sanitizer takes its time")
 class Speed(unittest.TestCase):
     def test_import(self):
-        """Within 50 ms of a Python that imports nothing."""
-        nothing = seconds(lambda: subprocess.run([sys.executable, "-c", ""], check=True))
-        module = seconds(lambda: subprocess.run([sys.executable, "-c", "import zorvela"], check=True))
-        print(f"import: {1000 * (module - nothing):.1f} ms")
-        self.assertLess(module - nothing, 0.050)
+        """Below 50 ms of processor time, in a process of its own."""
+        code = "import time; start = time.process_time(); import zorvela; print(time.process_time() - start)"
+        took = min(float(subprocess.run([sys.executable, "-c", code], check=True, capture_output=True).stdout)
+                   for _ in range(9))
+        print(f"import: {1000 * took:.1f} ms")
+        self.assertLess(took, 0.050)
 
     def test_one_protein(self):
         """Below 3 ms, from a file and from memory."""

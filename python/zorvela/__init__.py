@@ -13,9 +13,7 @@ What is wrong is an exception, `Error` or one of its classes; what was guessed i
 printed. All functions may run in several threads at once; the interpreter's lock is free while they compute.
 """
 import collections
-import concurrent.futures
 import functools
-import gzip
 import os
 from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence, Tuple,
                     Union, overload)
@@ -27,6 +25,8 @@ from zorvela._zorvela import (Bond, Evidence, Match, NeighbourContribution, Next
 from zorvela.errors import ChoiceError, Error, FileError, TableError
 
 if TYPE_CHECKING:
+    import concurrent.futures
+
     import pandas
 
 __version__ = _zorvela.version
@@ -204,6 +204,8 @@ def _shown(sources: Iterable[Any], progress: bool) -> Iterable[Any]:
 
 def _many(sources: Iterable[Any], jobs: int, keep_errors: bool,
           request: _zorvela.Request) -> Iterator[Union[Results, Error]]:
+    import concurrent.futures  # pylint: disable=import-outside-toplevel  # half the time of importing this module
+
     def result(source: Any) -> Union[Results, Error]:
         try:
             return _predict(source, request)
@@ -236,6 +238,7 @@ def read_structure(source: Source) -> Structure:
         return _zorvela.structure_of_file(os.fsencode(path))
     content, name = _content(source)
     if content[:2] == b"\x1f\x8b":
+        import gzip  # pylint: disable=import-outside-toplevel  # few need it
         try:
             content = gzip.decompress(content)
         except (OSError, EOFError) as error:

@@ -1,6 +1,6 @@
 // The page: hands files to the worker, shows what comes back, saves what is asked for.
 import { listenForFiles } from "./intake.js";
-import { followWidth, showReport, showTrans } from "./report-frame.js";
+import { printReport, showReport, showTrans } from "./report-frame.js";
 
 const byId = (id) => document.getElementById(id);
 const worker = startWorker();
@@ -27,6 +27,8 @@ function visible(text) {
   return text.replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
 }
 
+const nameOf = (files) => (files.length === 1 ? files[0].name : counted(files.length, "file", "files"));
+
 function say(text) {
   byId("status").textContent = visible(text);
 }
@@ -37,13 +39,14 @@ function sayFailure(text) {
 }
 
 /** "a.str: 5 prolines in 1 chain, 1 cis, 4 trans." */
-function outcomeInWords({ calls, proteins, errors }) {
+function outcomeInWords({ calls, proteins, errors }, leftOut) {
   const count = calls.cis + calls.trans + calls.undecided + calls.none;
   const parts = [`${counted(count, "proline", "prolines")} in ${counted(proteins.length, "chain", "chains")}`,
                  `${calls.cis} cis`, `${calls.trans} trans`];
   if (calls.undecided > 0) parts.push(`${calls.undecided} undecided`);
   if (calls.none > 0) parts.push(`${calls.none} without a prediction`);
-  const found = `${nameOfResult()}: ${parts.join(", ")}.`;
+  const without = leftOut === 0 ? "" : ` ${counted(leftOut, "file", "files")} without what is chosen left out.`;
+  const found = `${nameOf(files)}: ${parts.join(", ")}.${without}`;
   if (errors.length === 0) return found;
   const failed = `${counted(errors.length, "file", "files")} could not be predicted.`;
   return proteins.length === 0 ? failed : `${found} ${failed}`;
@@ -74,25 +77,35 @@ function choices() {
   return { chains: named("chain"), lists: named("list"), rereference: byId("rereference").checked };
 }
 
-function offerChoices({ chains, lists }) {
-  const named = (names) => names.map((name) => [`=${name}`, name]);
-  fillSelect(byId("chain"), [[OWN_CHOICE, "all"], ...named(chains)]);
-  fillSelect(byId("list"), [[OWN_CHOICE, "with most shifts"], ["=all", "all"], ...named(lists)]);
+/** Offers the chains and lists in the files, each with how many files have it where not all do. */
+function offerChoices(contents) {
+  const named = (key) => {
+    const counts = new Map();
+    for (const name of contents.flatMap((file) => [...new Set(file.map((protein) => protein[key]))]))
+      if (name !== "") counts.set(name, (counts.get(name) ?? 0) + 1);
+    return [...counts].map(([name, count]) =>
+      [`=${name}`, count === contents.length ? name : `${name} (in ${count} of ${contents.length} files)`]);
+  };
+  const chains = named("chain");
+  const lists = named("list");
+  fillSelect(byId("chain"), [[OWN_CHOICE, "all"], ...chains]);
+  fillSelect(byId("list"), [[OWN_CHOICE, "with most shifts"], ["=all", "all"], ...lists]);
   byId("chain-choice").hidden = chains.length < 2;
   byId("list-choice").hidden = lists.length < 2;
 }
 
 const wantsTrans = () => byId("prolines").value === "all";
 
-function predict(isNew) {
-  say(`Reading ${files.length === 1 ? files[0].name : `${files.length} files`} …`);
-  worker.postMessage({ type: "predict", id: ++newest, files, choices: choices(), isNew });
+/** Predicts new files, or those of before with other choices. */
+function predict(message) {
+  say(`Reading ${nameOf(files)} …`);
+  worker.postMessage({ ...message, id: ++newest, choices: choices() });
 }
 
 function take(given) {
   files = given;
-  offerChoices({ chains: [], lists: [] });
-  predict(true);
+  offerChoices([]);
+  predict({ type: "files", files });
 }
 
 function showProgress({ done, total, name }) {
@@ -105,22 +118,18 @@ function showProgress({ done, total, name }) {
   progress.title = visible(name);
 }
 
-function nameOfResult() {
-  return files.length === 1 ? files[0].name : counted(files.length, "file", "files");
-}
-
 function nameOfChain({ file, chain, list }, proteins) {
   const several = proteins.filter((other) => other.file === file && other.chain === chain).length > 1;
   return [file, chain === null ? "" : `chain ${chain}`, several ? list : ""].filter((part) => part !== "").join(", ");
 }
 
-function showResult({ id, html, summary }) {
+function showResult({ id, html, summary, leftOut }) {
   const isFirst = shown === null;
   shown = { id, files, proteins: summary.proteins };
   byId("progress").hidden = true;
   byId("result").hidden = false;
   document.body.classList.add("has-result");
-  byId("result-title").textContent = visible(nameOfResult());
+  byId("result-title").textContent = visible(nameOf(files));
   fillList(byId("errors"), summary.errors);
   byId("errors").hidden = summary.errors.length === 0;
   fillList(byId("notes").querySelector("ul"), summary.notes);
@@ -130,7 +139,7 @@ function showResult({ id, html, summary }) {
   byId("table-choice").hidden = summary.proteins.length < 2;
   document.querySelector("[data-save=tab]").hidden = summary.proteins.length === 0;
   showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
-  say(outcomeInWords(summary));
+  say(outcomeInWords(summary, leftOut));
   if (isFirst) byId("result").scrollIntoView({ block: "nearest" });
 }
 
@@ -183,12 +192,12 @@ worker.onmessage = ({ data }) => {
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
-for (const id of ["chain", "list", "rereference"]) byId(id).addEventListener("change", () => predict(false));
+for (const id of ["chain", "list", "rereference"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
 byId("prolines").addEventListener("change", () => showTrans(byId("report"), wantsTrans()));
 byId("choices").addEventListener("submit", (event) => event.preventDefault());
 
 listenForFiles(take, sayFailure);
-followWidth(byId("report"));
+printReport(byId("report"), document.querySelector("link[rel=stylesheet]"));
 
 // Keeps the page's files, so that it opens without a network. Only pages of the web can have that.
 if ("serviceWorker" in navigator) {

@@ -4,6 +4,7 @@ import http.server
 import io
 import json
 import pathlib
+import re
 import shutil
 import tempfile
 import threading
@@ -197,6 +198,7 @@ class Report(Page):
         height = self.page.element("report").size["height"]
         browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
         self.page.wait(lambda: self.page.driver.execute_script(shown) == every - 8)  # four cards, four rows
+        self.page.settle()
         self.assertLess(self.page.element("report").size["height"], height)
 
     def test_pasted_text(self):
@@ -217,6 +219,120 @@ class Report(Page):
             dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));""")
         self.page.wait_for_result()
         self.assertEqual([error.split(":")[0] for error in self.errors()], ["a.csv", "a.csv (2)"])
+
+
+class ReadingPlace(Page):
+    """A click in the report, or a window that changes, leaves readers where they are or leads where they want to go."""
+
+    def setUp(self):
+        super().setUp()
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        self.page.drop({f"{n}.tab": table for n in range(1, 21)})
+        self.page.settle()
+
+    def top_of(self, selector, index):
+        """Where an element of the report is on the screen."""
+        return self.page.driver.execute_script("""
+            const frame = document.getElementById("report");
+            const target = frame.contentDocument.querySelectorAll(arguments[0])[arguments[1]];
+            return frame.getBoundingClientRect().top + 1 + target.getBoundingClientRect().top;""", selector, index)
+
+    def test_links_lead_to_open_folds(self):
+        for index in (3, 12):
+            self.page.click_in_report("td a", index)
+            self.assertLess(abs(self.top_of(".chain", index)), 5)
+            self.assertTrue(self.page.driver.execute_script(
+                f"return document.getElementById('report').contentDocument.querySelectorAll('.chain')[{index}].open"))
+
+    def test_folds_open_and_close_in_place(self):
+        for _ in range(2):
+            self.page.click_in_report(".chain > summary", 9)
+            self.assertAlmostEqual(self.top_of(".chain > summary", 9), 450, delta=30)
+
+    def test_narrower_window(self):
+        self.page.click_in_report("td a", 15)
+        before = self.page.scrolled()
+        self.assertGreater(before, 1000)
+        self.page.resize(700, 900)
+        self.addCleanup(self.page.resize, self.width, 900)
+        self.assertGreaterEqual(self.page.scrolled(), before - 50)
+
+
+class Printing(Page):
+    def setUp(self):
+        super().setUp()
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        self.page.drop({**{f"{n}.tab": table for n in range(1, 8)}, "nuclease.str": NUCLEASE.read_bytes()})
+
+    def check_whole(self, pages):
+        """All cards are printed, none is cut, and no title is the last of its page."""
+        headings = [re.findall(r"P[0-9]+ (?:cis|trans), P_CIS_NORM", page) for page in pages]
+        self.assertEqual(sum(map(len, headings)), 7 * 3 + 5)
+        for page, found in zip(pages, headings):
+            self.assertEqual(len(re.findall(r"\bSum\b", page)), len(found), page)
+            self.assertNotRegex(page.rstrip().splitlines()[-1], r"\.tab$|\.str|All prolines|What speaks|How to read|sum$")
+        text = "\n".join(pages)
+        self.assertTrue(text.lstrip().startswith("Prolines of 8 chains in 8 files"), text[:200])
+        for absent in ("Nothing leaves this computer", "Choose files", "works without a network"):
+            self.assertNotIn(absent, text)
+        self.assertIn("Measured on", text)  # a column that narrow screens leave out
+
+    def test_page_prints_the_report_alone_and_whole(self):
+        height = self.page.element("report").size["height"]
+        self.check_whole(self.page.printed())
+        self.assertEqual(self.page.element("report").size["height"], height)
+        self.assertEqual(self.page.driver.find_elements(browser.By.ID, "paper"), [])
+
+    def test_saved_report(self):
+        path = self.folder.add("report.html", self.page.save("html")[1])
+        self.page.driver.get(path.as_uri())
+        self.check_whole(self.page.printed())
+
+    def test_prolines_that_are_left_out_are_not_printed(self):
+        browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
+        self.assertEqual(re.findall(r"P[0-9]+ (?:cis|trans), P_CIS_NORM", "".join(self.page.printed())),
+                         ["P117 cis, P_CIS_NORM"])
+
+    def test_page_without_a_result(self):
+        self.page.open()
+        self.assertIn("Which prolines are cis?", self.page.printed()[0])
+
+
+class ManyFiles(Page):
+    def test_files_are_read_once(self):
+        path = self.folder.add("mine.str", NUCLEASE.read_bytes())
+        other = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.choose(path, other)
+        wanted = self.page.save("json")[1]
+        path.write_bytes(b"edited\n")
+        other.unlink()
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 2)
+        self.page.select("chain", "1 (in 1 of 2 files)")
+        self.page.select("chain", "all")
+        self.assertEqual(self.page.save("json")[1], wanted)
+        self.assertEqual(self.errors(), [])
+        self.assertIn(b"VARS", self.page.save("tab")[1])
+
+    def test_chain_that_few_files_have(self):
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        dimer = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.drop({**{f"{n}.tab": table for n in range(1, 25)}, dimer.name: dimer.read_bytes()})
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
+        self.assertEqual(self.page.texts("#chain option"), ["all", "A (in 1 of 25 files)", "B (in 1 of 25 files)"])
+        status = self.page.select("chain", "B (in 1 of 25 files)")
+        self.assertIn("in 1 chain,", status)
+        self.assertTrue(status.endswith(" 24 files without what is chosen left out."), status)
+        self.check_saved(dimer.name, choices=("--chain", "B"))
+
+    def test_choices_that_fit_nothing_name_what_would(self):
+        free = self.folder.copy(FILES / "star3_dimer.str")
+        other = self.folder.copy(NUCLEASE)
+        self.page.choose(free, other)
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 2)
+        self.page.select("chain", "B (in 1 of 2 files)")
+        self.page.select("list", "assigned_chem_shift_list_1 (in 1 of 2 files)")
+        self.assertEqual(len(self.errors()), 2)
+        self.assertIn("it has", self.errors()[0])
 
 
 class BadFiles(Page):

@@ -1,6 +1,7 @@
 // The page: hands files to the worker, shows what comes back, saves what is asked for.
-import { listenForFiles } from "./intake.js";
-import { printReport, showReport, showTrans } from "./report-frame.js";
+import { listenForFiles, withOwnNames } from "./intake.js";
+import { printReport, showReport, showTrans, tableText } from "./report-frame.js";
+import { zipped } from "./zip.js";
 
 const byId = (id) => document.getElementById(id);
 const worker = startWorker();
@@ -34,7 +35,7 @@ function say(text) {
 }
 
 function sayFailure(text) {
-  byId("progress").hidden = true;
+  byId("working").hidden = true;
   say(text);
 }
 
@@ -108,14 +109,17 @@ function take(given) {
   predict({ type: "files", files });
 }
 
-function showProgress({ done, total, name }) {
+function showProgress({ done, total }) {
   if (total === 1) return;
-  const progress = byId("progress");
-  progress.hidden = false;
-  progress.max = total;
-  progress.value = done;
-  progress.textContent = `${done} of ${total}`;
-  progress.title = visible(name);
+  byId("working").hidden = false;
+  byId("progress").max = total;
+  byId("progress").value = done;
+  say(done < total ? `${done} of ${total} files predicted …` : "Writing the report …");
+}
+
+function stop() {
+  worker.postMessage({ type: "stop", id: ++newest });
+  sayFailure("Stopped.");
 }
 
 function nameOfChain({ file, chain, list }, proteins) {
@@ -126,7 +130,7 @@ function nameOfChain({ file, chain, list }, proteins) {
 function showResult({ id, html, summary, leftOut }) {
   const isFirst = shown === null;
   shown = { id, files, proteins: summary.proteins };
-  byId("progress").hidden = true;
+  byId("working").hidden = true;
   byId("result").hidden = false;
   document.body.classList.add("has-result");
   byId("result-title").textContent = visible(nameOf(files));
@@ -151,17 +155,24 @@ function stem(name) {
   return name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "") || name;
 }
 
-function fileName(what, index) {
-  if (what !== "tab") return `${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`;
+function fileName({ what, index }) {
+  if (what !== "tab") return visible(`${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`);
   const { file, chain } = shown.proteins[index];
-  return `${stem(file)}${chain === null ? "" : `_${chain}`}.tab`;
+  return visible(`${stem(file)}${chain === null ? "" : `_${chain}`}.tab`);
 }
 
-function saveBytes({ what, index, bytes }) {
+/** What is saved as one file: the part itself, or an archive of several with a name of its own for each. */
+function blobOf(what, parts) {
+  if (what !== "zip") return new Blob([parts[0].bytes], { type: TYPES[what] });
+  const files = parts.map((part) => ({ name: fileName(part).replaceAll(/[/\\]/g, "_"), bytes: part.bytes }));
+  return zipped(withOwnNames(files, (name, count) => name.replace(/\.[^.]*$/, (end) => `_${count}${end}`)));
+}
+
+function saveParts({ what, parts }) {
   const link = document.createElement("a");
-  const url = URL.createObjectURL(new Blob([bytes], { type: TYPES[what] }));
+  const url = URL.createObjectURL(blobOf(what, parts));
   link.href = url;
-  link.download = visible(fileName(what, index));
+  link.download = fileName(what === "zip" ? { what } : parts[0]);
   link.click();
   setTimeout(() => URL.revokeObjectURL(url), 60000);
   say(`Saved ${link.download}.`);
@@ -172,6 +183,15 @@ for (const button of document.querySelectorAll("[data-save]"))
     worker.postMessage({ type: "save", id: shown.id, what: button.dataset.save, index: Number(byId("table").value) });
   });
 
+async function copyTable() {
+  try {
+    await navigator.clipboard.writeText(tableText(byId("report")));
+    say("Copied the table.");
+  } catch {
+    say("The browser does not let this page copy: save the CSV instead.");
+  }
+}
+
 // --- Events ---------------------------------------------------------------------------------------
 
 worker.onmessage = ({ data }) => {
@@ -181,7 +201,7 @@ worker.onmessage = ({ data }) => {
   }
   // What is shown can be saved while newer files are predicted.
   if (data.type === "saved") {
-    if (data.id === shown.id) saveBytes(data);
+    if (data.id === shown.id) saveParts(data);
     return;
   }
   if (data.id !== undefined && data.id !== newest) return;
@@ -193,6 +213,8 @@ worker.onmessage = ({ data }) => {
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
 for (const id of ["chain", "list", "rereference"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
+byId("stop").addEventListener("click", stop);
+byId("copy").addEventListener("click", copyTable);
 byId("prolines").addEventListener("change", () => showTrans(byId("report"), wantsTrans()));
 byId("choices").addEventListener("submit", (event) => event.preventDefault());
 

@@ -12,6 +12,17 @@ export function showTrans(frame, withTrans) {
     mark.closest(".card, tr").hidden = !withTrans;
 }
 
+/** The prolines on show as lines with tabs between the cells, first the chain where there are several. */
+export function tableText(frame) {
+  const tables = [...frame.contentDocument.querySelectorAll("table.prolines")];
+  const cells = (row) => [...row.cells].map((cell) => cell.textContent.trim());
+  const chainOf = (table) => [...(table.closest(".chain")?.querySelectorAll("summary") ?? [])].slice(0, 1);
+  const lines = tables.flatMap((table) => [...table.tBodies[0].rows].filter((row) => !row.hidden)
+    .map((row) => [...chainOf(table).map((title) => title.textContent), ...cells(row)]));
+  const titles = tables.slice(0, 1).map((table) => [...chainOf(table).map(() => "Chain"), ...cells(table.tHead.rows[0])]);
+  return [...titles, ...lines].map((line) => `${line.join("\t")}\n`).join("");
+}
+
 function prepare(frame, withTrans) {
   const inside = frame.contentDocument;
   showTrans(frame, withTrans);

@@ -2,7 +2,7 @@
 //
 // The page sends {type: "files", id, files, choices} with files as [{name, blob}], {type: "predict", id, choices} for the
 // same files with other choices, and for what it wants to save {type: "save", id, what, index} with the id of the
-// result on show. A newer request to predict ends the one before.
+// result on show. A newer request, {type: "stop", id} too, ends the prediction before.
 import { InputError, LARGEST_INPUT, unpacked } from "./gzip.js";
 import { Fault, ModuleFailure, Zorvela } from "./zorvela.js";
 
@@ -43,7 +43,6 @@ async function runAll(id, files, choices) {
   const zorvela = await Zorvela.start(await module);
   const run = zorvela.newRun(choices);
   for (const [index, file] of files.entries()) {
-    postMessage({ type: "progress", id, done: index, total: files.length, name: file.name });
     try {
       await addFile(run, file);
     } catch (error) {
@@ -52,6 +51,7 @@ async function runAll(id, files, choices) {
       const without = { name: file.name, fault: Fault.noMemory };
       return runAll(id, files.map((other) => (other === file ? without : other)), choices);
     }
+    postMessage({ type: "progress", id, done: index + 1, total: files.length });
     await others();
     if (id !== newest) return null;
   }
@@ -124,14 +124,18 @@ async function shiftTable(index) {
 
 async function save({ id, what, index }) {
   if (id !== current.id) return; // a newer result is about to be shown
-  const bytes = what === "tab" ? await shiftTable(index) : current.run.report(what);
-  postMessage({ type: "saved", id, what, index, bytes });
+  const parts = what !== "zip" ? [{ what, index }]
+    : [...["html", "csv", "json"].map((format) => ({ what: format })),
+       ...current.proteins.map((_, protein) => ({ what: "tab", index: protein }))];
+  for (const part of parts)
+    part.bytes = part.what === "tab" ? await shiftTable(part.index) : current.run.report(part.what);
+  postMessage({ type: "saved", id, what, parts });
 }
 
 onmessage = async ({ data }) => {
   try {
     if (data.type !== "save") newest = data.id;
-    await { files: takeFiles, predict, save }[data.type](data);
+    await { files: takeFiles, predict, save, stop() {} }[data.type](data);
   } catch (error) {
     postMessage({ type: "failed", id: data.id, message: String(error.message) });
   }

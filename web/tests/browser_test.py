@@ -313,6 +313,54 @@ class ManyFiles(Page):
         self.assertEqual(self.errors(), [])
         self.assertIn(b"VARS", self.page.save("tab")[1])
 
+    def test_all_in_one_archive(self):
+        paths = [self.folder.copy(NUCLEASE), self.folder.copy(FILES / "star3_dimer.str")]
+        self.page.choose(*paths)
+        name, content = self.page.save("zip")
+        self.assertEqual(name, "zorvela.zip")
+        archive = zipfile.ZipFile(io.BytesIO(content))
+        self.assertIsNone(archive.testzip())
+        self.assertEqual(archive.namelist(), ["zorvela.html", "zorvela.csv", "zorvela.json", "nuclease_1.tab",
+                                              "star3_dimer_A.tab", "star3_dimer_B.tab"])
+        for format_name in ("html", "csv", "json"):
+            self.assertEqual(archive.read(f"zorvela.{format_name}"),
+                             self.folder.program(format_name, *(path.name for path in paths)))
+        wanted = program.kit("import", "--chain", "B", "-o", "-", paths[1].name, cwd=self.folder.path).stdout
+        self.assertEqual(archive.read("star3_dimer_B.tab").decode(), wanted)
+
+    def test_table_is_copied(self):
+        self.page.driver.execute_cdp_cmd("Browser.grantPermissions", {
+            "permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
+        self.page.choose(NUCLEASE, FILES / "star3_dimer.str")
+        self.page.clear_status()
+        self.page.element("copy").click()
+        self.assertEqual(self.page.wait_for_result(), "Copied the table.")
+        text = self.page.driver.execute_async_script("navigator.clipboard.readText().then(arguments[0])")
+        lines = [line.split("\t") for line in text.splitlines()]
+        self.assertEqual(lines[0][:3], ["Chain", "Proline", "Before"])
+        self.assertEqual([line[1] for line in lines[1:6]], ["P11", "P31", "P42", "P47", "P117"])
+        self.assertEqual((lines[5][0], lines[5][6:8]), ("nuclease.str, chain 1, shift list assigned_chem_shift_list_1",
+                                                      ["0.987", "cis"]))
+        self.assertEqual(len(lines), 8)
+
+    def test_progress_moves_and_can_be_stopped(self):
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_text()
+        said = self.page.driver.execute_async_script("""
+            const [table, done] = arguments;
+            const transfer = new DataTransfer();
+            for (let n = 0; n < 200; ++n) transfer.items.add(new File([table], `${n}.tab`));
+            const status = document.getElementById("status");
+            const said = [];
+            new MutationObserver(() => {
+              said.push(status.textContent);
+              if (said.length === 20) document.getElementById("stop").click();
+              if (status.textContent === "Stopped.") setTimeout(() => done(said), 300);
+            }).observe(status, { childList: true });
+            dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, cancelable: true }));""", table)
+        self.assertEqual(said[1:20], [f"{n} of 200 files predicted …" for n in range(1, 20)])
+        self.assertEqual(said[-1], "Stopped.")
+        self.assertFalse(self.page.element("working").is_displayed())
+
     def test_chain_that_few_files_have(self):
         table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
         dimer = self.folder.copy(FILES / "star3_dimer.str")

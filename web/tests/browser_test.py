@@ -509,11 +509,16 @@ class NarrowScreen(Page):
     width = 400
 
     def test_nothing_is_wider_than_the_screen(self):
-        for files in ([], [NUCLEASE], [FILES / "star3_dimer.str", FILES / "nef_entry.nef"]):
+        self.addCleanup(self.page.resize, self.width, 900)
+        for files in ([], [NUCLEASE], [NUCLEASE, FILES / "star3_dimer.str"]):
             if files:
                 self.page.choose(*files)
-            width = self.page.driver.execute_script("return document.documentElement.scrollWidth")
-            self.assertLessEqual(width, 400)
+            if len(files) > 1:
+                self.page.wait(lambda: self.page.element("list-choice").is_displayed())
+            for width in (400, 320):
+                self.page.resize(width, 900)
+                self.assertLessEqual(
+                    self.page.driver.execute_script("return document.documentElement.scrollWidth"), width)
 
 
 @browser.needs_browser

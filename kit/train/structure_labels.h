@@ -12,29 +12,27 @@
 
 namespace zorvela {
 
-/// How near a structure is to the protein.
-enum class Tier { none, homologous, identical };
+/// How well a chain of a structure fits a protein.
+struct StructureFit {
+  std::string chain;    ///< structure and chain: "1stnA"
+  double identity = 0;  ///< percent of the aligned residues
+  std::size_t aligned = 0;
+};
 
-/// What the structures say of one proline.
+/// What the structures say of one proline: the identical ones, where there is one, else the homologous ones.
 struct ProlineVotes {
-  int position = 0;        ///< in the sequence, from 1
-  Tier tier = Tier::none;  ///< identical structures outvote homologues
-  std::size_t cis = 0;     ///< structures of that tier with a cis bond
+  int position = 0;     ///< in the sequence, from 1
+  std::size_t cis = 0;  ///< structures with a cis bond
   std::size_t trans = 0;
-  std::string best;  ///< the structure and chain that fits best: "1stnA"
-  double bestIdentity = 0;
-  std::size_t bestAligned = 0;
+  StructureFit best;  ///< of these structures; without a name where there is none
 };
 
 /// The vote of one structure for one proline.
 struct Ballot {
   std::size_t protein = 0;
   std::size_t proline = 0;  ///< index into its prolines
-  Tier tier = Tier::none;
   bool isCis = false;
-  std::string structure;
-  double identity = 0;
-  std::size_t aligned = 0;
+  StructureFit fit;
 };
 
 /// Collects the votes of structures for the prolines of proteins.

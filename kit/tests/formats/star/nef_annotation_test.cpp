@@ -32,10 +32,6 @@ TEST(Annotation, CommentsThatTouchAValueStayComments) {
             kHead + "_nef_sequence.cis_peptide\n3 'PRO' true # a comment\n");
 }
 
-TEST(Annotation, LoopAtTheEndOfTheText) {
-  EXPECT_EQ(annotated(kHead + "3 PRO"), kHead + "_nef_sequence.cis_peptide\n3 PRO true");
-}
-
 TEST(Annotation, OneLineAndOldLineEnds) {
   EXPECT_EQ(annotated("data_x loop_ _nef_sequence.sequence_code _nef_sequence.residue_name 3 PRO stop_"),
             "data_x loop_ _nef_sequence.sequence_code _nef_sequence.residue_name _nef_sequence.cis_peptide 3 "
@@ -70,19 +66,6 @@ TEST(Annotation, RefusesWhatItCannotPlace) {
   } catch (const zorvela::FileError& error) {
     EXPECT_EQ(error.line(), 2U);
   }
-}
-
-TEST(Tokens, HavePlaces) {
-  zorvela::StarTokens tokens("a 'b c' # d\n;e\n; _f");
-  const char* values[] = {"a", "b c", "e", "_f"};
-  const std::size_t begins[] = {0, 2, 12, 17};
-  for (std::size_t i = 0; i < 4; ++i) {
-    const zorvela::StarToken token = tokens.next();
-    EXPECT_EQ(token.value, values[i]);
-    EXPECT_EQ(token.begin, begins[i]);
-  }
-  EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
-  EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
 }
 
 }  // namespace

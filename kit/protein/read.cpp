@@ -6,35 +6,14 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
-#include "names/plausible_shifts.h"
 #include "protein/assembly.h"
-#include "util/number.h"
+#include "protein/implausible_shifts.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
-
-constexpr std::size_t kLongestNote = 1000;
-
-/// Names the shifts that are likely to be assigned to the wrong atom or residue: "CA of M1 at 73.5 ppm (46.4
-/// to 66.4)".
-void noteImplausible(Protein& protein) {
-  std::vector<std::string> shifts;
-  for (const Shift& shift : protein.shifts) {
-    const auto index = static_cast<std::size_t>(shift.position) - 1;
-    const char residue = protein.sequence[index];
-    if (isPlausible(residue, shift.atom, shift.ppm)) continue;
-    const PlausibleRange range = plausibleRange(residue, shift.atom);
-    shifts.push_back(std::string(nameOf(shift.atom)) + " of " + residue + protein.numbers[index] + " at " +
-                     shiftText(shift) + " ppm (" + fixedText(range.low, 1) + " to " +
-                     fixedText(range.high, 1) + ")");
-  }
-  if (shifts.empty()) return;
-  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
-                          printable(enumerated(shifts), kLongestNote));
-}
 
 std::vector<Protein> readEntry(const Source& source, const ImportOptions& options) {
   std::vector<Protein> proteins = makeProteins(readSource(source), source.file, options);

@@ -1,4 +1,4 @@
-// The progress bar, and what a terminal can show.
+// Progress of long work, and whether a terminal shows colour.
 #include "cli/progress.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// The progress bar.
+// Progress of long work.
 #include "cli/progress.h"
 
 #include <gtest/gtest.h>

@@ -117,11 +117,11 @@ void addAnnotate(CommandLine& line) {
   command.addFlag("--keep", settings->keep, "Leave flags that are there already");
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
   command
-      .add("--list", settings->import.lists, "NAME",
+      .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
            "Predict from the shift list of this name; default: the one with most shifts")
       .repeated();
   command.footer(
-      "true: cis, false: trans, before the residue. Flags of undecided prolines and of all other residues\n"
+      "true: cis, false: trans, before the residue. Flags of undecided prolines and of all other residues "
       "stay as they are, and so does every other byte.");
   command.runs([settings] { annotate(*settings); });
 }

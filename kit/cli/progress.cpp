@@ -8,6 +8,7 @@
 #include <mutex>
 
 #include "cli/terminal.h"
+#include "util/number.h"
 
 namespace zorvela {
 
@@ -15,6 +16,16 @@ bool wantsColour(const std::string& output) {
   const char* refused = std::getenv("NO_COLOR");
   return output == "-" && isCapableTerminal(StandardStream::output) &&
          (refused == nullptr || *refused == '\0');
+}
+
+std::string timeLeft(double seconds, std::size_t done, std::size_t total) {
+  constexpr double kMinute = 60;
+  constexpr double kHour = 3600;
+  if (done == 0 || done >= total) return "";
+  const double left = seconds * static_cast<double>(total - done) / static_cast<double>(done);
+  if (left < kMinute) return ", " + fixedText(left, 0) + " s left";
+  if (left < 2 * kHour) return ", " + fixedText(left / kMinute, 0) + " min left";
+  return ", " + fixedText(left / kHour, 0) + " h left";
 }
 
 struct Progress::State {
@@ -28,7 +39,8 @@ struct Progress::State {
   std::size_t done = 0;
   bool onTerminal = isCapableTerminal(StandardStream::error);
   bool isDrawn = false;
-  Clock::time_point nextDrawing = Clock::now() + kQuietStart;
+  Clock::time_point start = Clock::now();
+  Clock::time_point nextDrawing = start + kQuietStart;
   std::mutex mutex;
 
   State(const std::string& name, std::size_t count) : what(name), total(count) {}
@@ -39,7 +51,9 @@ struct Progress::State {
   }
 
   void draw() {
-    const std::string counts = " " + std::to_string(done) + "/" + std::to_string(total);
+    const std::string counts =
+        " " + std::to_string(done) + "/" + std::to_string(total) +
+        timeLeft(std::chrono::duration<double>(Clock::now() - start).count(), done, total);
     const int width = barWidth(what.size() + counts.size() + 3);
     std::string line = "\r" + what;
     if (width > 0) {

@@ -11,6 +11,9 @@ namespace zorvela {
 /// understands control sequences, unless NO_COLOR is set.
 bool wantsColour(const std::string& output);
 
+/// How long the rest will take if it goes on like this: ", 40 s left", ", 12 min left". Empty at the end.
+std::string timeLeft(double seconds, std::size_t done, std::size_t total);
+
 /// A progress bar on standard error: shown only on a terminal, and only for work above a second.
 class Progress {
  public:

@@ -40,11 +40,12 @@ class TwoOutputs(InFolder):
                         program.MADE_TABLES]
 
     def test_standard_output_twice(self):
+        os.makedirs(self.path("out"))
         both = ["--roc", "-", "--calibration", "-", "--output", self.path("f")]
-        with open(self.path("x"), "w", encoding="utf-8") as stdout:
+        with open(self.path("out/x"), "w", encoding="utf-8") as stdout:
             for ended in (program.kit(*self.command, *both), program.kit(*self.command, *both, stdout=stdout),
                           program.kit(*self.command, "--roc", "/dev/stdout"),
-                          program.kit(*self.command, "--roc", self.path("x"), stdout=stdout)):
+                          program.kit(*self.command, "--roc", self.path("out/x"), stdout=stdout)):
                 self.assertEqual(ended.returncode, 1)
                 self.assertIn("would hold two outputs; give each its own file", ended.stderr)
 

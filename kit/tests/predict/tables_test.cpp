@@ -322,10 +322,11 @@ TEST(WrongTables, ValuesBeyondAllShiftsAreRefused) {
 }
 
 TEST(WrongTables, ExchangedNamesOfColumnsAreRefused) {
-  for (const auto& [name, one, other] : {std::array<std::string, 3>{"randcoil.tab", " CA ", " CB "},
-                                         {"randcoil.tab", " HA ", " HN "},
-                                         {"Pro.cs.tab", " avg_cis ", " avg_trans "},
-                                         {"sslimit.tab", " N_MIN ", " N_MAX "}}) {
+  const std::vector<std::array<std::string, 3>> exchanges = {{"randcoil.tab", " CA ", " CB "},
+                                                             {"randcoil.tab", " HA ", " HN "},
+                                                             {"Pro.cs.tab", " avg_cis ", " avg_trans "},
+                                                             {"sslimit.tab", " N_MIN ", " N_MAX "}};
+  for (const auto& [name, one, other] : exchanges) {
     Texts texts = shippedTables();
     std::string& text = texts[name];
     const std::size_t start = text.find("VARS");

@@ -16,5 +16,6 @@ setup(
     python_requires=">=3.9",
     extras_require={"frames": ["pandas"], "progress": ["tqdm"]},
     cmake_args=["-DZORVELA_PYTHON=ON"],
+    cmake_install_dir="python/zorvela",
     cmake_install_target="install/strip",
 )

@@ -99,8 +99,13 @@ Json toJson(const BondSite& site) {
 }
 
 Json toJson(const ChainMatch& match) {
-  return {{"file", match.file},           {"chain", textOrNull(match.chain)}, {"aligned", match.aligned},
-          {"identical", match.identical}, {"mismatches", match.mismatches},   {"missing", match.missing}};
+  return {{"file", match.file},
+          {"chain", textOrNull(match.chain)},
+          {"aligned", match.aligned},
+          {"identical", match.identical},
+          {"mismatches", match.mismatches},
+          {"missing", match.missing},
+          {"residues", textOrNull(match.residues)}};
 }
 
 Json toJson(const ProteinStructure& structure) {

@@ -57,7 +57,7 @@ std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStruc
     if (!isSameProtein(alignment, proteins[p].sequence, rest)) continue;
     if (!best.empty() && alignment.identical < best.front().alignment.identical) continue;
     if (!best.empty() && alignment.identical > best.front().alignment.identical) best.clear();
-    best.push_back({p, &structure, &rest.chain(), std::move(alignment), !rest.isWhole(), {}});
+    best.push_back({p, &structure, &rest.chain(), std::move(alignment), false, {}});
   }
   return best;
 }
@@ -84,18 +84,19 @@ std::vector<Fit> fitsOfMolecules(const std::vector<Protein>& proteins, const Pro
                                  const StructureChain& chain, StructureAligner& aligner) {
   std::vector<Fit> all;
   ChainRest rest(chain);
+  std::size_t rounds = 0;
   while (!rest.isEmpty()) {
     std::vector<Fit> fits = fitsOf(proteins, structure, rest, aligner);
     if (fits.empty()) break;
+    ++rounds;
     keepNamesakes(proteins, fits);
     for (Fit& fit : fits) {
       rest.take(fit.alignment);
       all.push_back(std::move(fit));
     }
   }
-  if (all.empty() || rest.isEmpty()) return all;
-  for (Fit& fit : all) fit.isPart = true;
-  all.back().leftOver = rest.residues();
+  for (Fit& fit : all) fit.isPart = rounds > 1 || !rest.isEmpty();
+  if (!all.empty()) all.back().leftOver = rest.residues();
   return all;
 }
 

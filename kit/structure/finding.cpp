@@ -103,20 +103,23 @@ std::string seenText(const StructureFinding& finding) {
   return statesText(finding) + withoutBondText(finding);
 }
 
-std::vector<std::string> seenInEach(const StructureFinding& finding) {
-  std::vector<StructureFinding> parts;
-  for (const BondSite& site : finding.sites) {
-    if (parts.empty() || parts.back().sites.front().file != site.file) parts.emplace_back();
-    parts.back().sites.push_back(site);
-  }
+std::string modelsText(const StructureFinding& finding) {
   std::vector<std::string> texts;
-  if (parts.size() < 2) return texts;
-  for (StructureFinding& part : parts) {
-    part.call = seenIn(part);
-    texts.push_back(part.sites.front().file + ": " +
-                    (part.call == StructureCall::none ? "no bond" : seenText(part)));
+  for (const BondState state : {BondState::trans, BondState::cis, BondState::twisted})
+    if (const std::size_t count = countBonds(finding, state); count > 0)
+      texts.push_back(std::to_string(count) + " " + toText(state));
+  return enumerated(texts);
+}
+
+std::vector<StructureFinding> inEachStructure(const StructureFinding& finding) {
+  std::vector<StructureFinding> each;
+  for (const BondSite& site : finding.sites) {
+    if (each.empty() || each.back().sites.front().file != site.file) each.emplace_back();
+    each.back().sites.push_back(site);
   }
-  return texts;
+  if (each.size() < 2) return {};
+  for (StructureFinding& one : each) one.call = seenIn(one);
+  return each;
 }
 
 std::string toText(const ChainMatch& match) {

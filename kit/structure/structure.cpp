@@ -44,7 +44,8 @@ Coordinates readCoordinates(const std::string& text, const std::string& name, st
     format = "mmCIF";
     return readMmcifCoordinates(text, name);
   }
-  if (!isPdb(text)) throw FileError(name, 0, "is neither a PDB nor an mmCIF file", kFormatRemedy);
+  if (!isPdb(text))
+    throw FileError(name, 0, "is neither an mmCIF file nor a PDB file with atoms", kFormatRemedy);
   format = "PDB";
   return readPdbCoordinates(text, name);
 }

@@ -30,6 +30,7 @@ constexpr std::size_t kSharedWords = 2;
 struct Tally {
   std::size_t cis = 0;
   std::size_t trans = 0;
+  std::size_t bonds = 0;
   StructureFit best;
 };
 
@@ -63,6 +64,7 @@ void add(const StructureResidue& residue, const StructureFit& fit, Tally& tally)
   for (const ModelBond& bond : residue.bonds) {
     if (bond.state == BondState::cis) ++tally.cis;
     if (bond.state == BondState::trans) ++tally.trans;
+    ++tally.bonds;
   }
   if (fitsBetter(fit, tally.best)) tally.best = fit;
 }
@@ -116,8 +118,9 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
+  Ballots result;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
@@ -125,6 +128,7 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
       for (ChainRest rest(chain); !rest.isEmpty();) {
         const ChainAlignment alignment = aligner.align(sequence, rest);
         if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        result.fits = true;
         const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
                                   alignment.aligned};
         for (std::size_t i = 0; i < votes[protein].size(); ++i)
@@ -134,20 +138,26 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
         rest.take(alignment);
       }
     }
-  std::vector<Ballot> result;
-  for (const auto& [proline, tally] : tallies)
-    if (tally.cis != tally.trans)
-      result.push_back({proline.first, proline.second, tally.cis > tally.trans, tally.best});
+  for (const auto& [proline, tally] : tallies) {
+    if (tally.bonds == 0) continue;
+    Ballot ballot = {proline.first, proline.second, std::nullopt, tally.best};
+    if (tally.cis != tally.trans) ballot.isCis = tally.cis > tally.trans;
+    result.list.push_back(std::move(ballot));
+  }
   return result;
 }
 
 void LabelVotes::count(const std::vector<Ballot>& ballots) {
   for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
+    if (!ballot.isCis) {
+      proline.isAnySplit = true;
+      continue;
+    }
     const StructureFit& best = proline.best;
     if (isIdentical(best) && !isIdentical(ballot.fit)) continue;
     if (isIdentical(ballot.fit) && !isIdentical(best)) proline.cis = proline.trans = 0;
-    ++(ballot.isCis ? proline.cis : proline.trans);
+    ++(*ballot.isCis ? proline.cis : proline.trans);
     // Of equals the first by name.
     if (!fitsBetter(best, ballot.fit) &&
         (fitsBetter(ballot.fit, best) || best.chain.empty() || ballot.fit.chain < best.chain))
@@ -183,7 +193,7 @@ void LabelVotes::write(std::ostream& out) const {
           << ',' << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ','
           << protein.sequence.substr(i + 1, 1) << ',' << labelOf(proline) << ',';
       if (proline.best.chain.empty())
-        out << ",,,,";
+        out << (proline.isAnySplit ? "0,0,,," : ",,,,");
       else
         out << proline.cis << ',' << proline.trans << ',' << (isIdentical(proline.best) ? "ident" : "homol")
             << ',' << csvCell(proline.best.chain) << ',';

@@ -1,5 +1,4 @@
 """Results as pandas frames and in notebooks."""
-import html
 from typing import TYPE_CHECKING, Iterable
 
 from zorvela import _zorvela
@@ -39,6 +38,8 @@ def to_frame(results: "Iterable[_zorvela.Results]") -> "pandas.DataFrame":
 
 def notebook_html(results: "_zorvela.Results") -> str:
     """The report in a frame of its own, so that its styles and those of the notebook do not meet."""
+    import html  # pylint: disable=import-outside-toplevel  # only for notebooks
+
     page = html.escape(results.report("html"))
     return (f'<iframe srcdoc="{page}" sandbox title="{html.escape(repr(results))}" '
             'style="width: 100%; height: 40em; border: 0; resize: vertical"></iframe>')

@@ -114,11 +114,12 @@ struct CsvContents {
   std::vector<std::string> chains;  ///< their names
   std::vector<ColumnContents> columns;
   std::size_t rows = 0;
-  std::size_t values = 0;  ///< of a table with one row per shift
-  Tally misfits;           ///< rows with too few or too many cells
-  Tally unplaced;          ///< rows without a residue
-  Tally twoLetters;        ///< rows with a letter on either side of the number
-  Tally impossible;        ///< of `values`: those that no shift of the atom has
+  std::size_t values = 0;         ///< of a table with one row per shift
+  std::size_t splitDecimals = 0;  ///< rows whose shift seems to be cut at its comma
+  Tally misfits;                  ///< rows with too few or too many cells
+  Tally unplaced;                 ///< rows without a residue
+  Tally twoLetters;               ///< rows with a letter on either side of the number
+  Tally impossible;               ///< of `values`: those that no shift of the atom has
   LimitedNotes leftOut{"lines left out"};
 };
 
@@ -185,10 +186,22 @@ class RowReader {
     const std::string value = isNoValue(row.cells[columns.shift]) ? "" : row.cells[columns.shift];
     // A row without atom and value still says that there is such a residue.
     add(row, residue, value.empty() && isNoValue(atom) ? "" : atom, value, kNoColumn);
+    if (isSplitDecimal(row)) ++contents.splitDecimals;
     if (value.empty() || isMissingNumber(value)) return;
     ++contents.values;
     if (!canBeShiftIn(residue.name, atom, value))
       contents.impossible.add(row.line, quotedCell(value) + " for " + printable(atom, 20));
+  }
+
+  /// "52,4" cut at its comma, with the second half in a column that nobody needs.
+  bool isSplitDecimal(const CsvRow& row) const {
+    const std::size_t next = columns.shift + 1;
+    if (table.layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
+      return false;
+    const auto isWhole = [](const std::string& cell) {
+      return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
+    };
+    return isWhole(row.cells[columns.shift]) && isWhole(row.cells[next]);
   }
 
   void add(const CsvRow& row, const RowResidue& residue, const std::string& atom, const std::string& value,
@@ -315,6 +328,10 @@ void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, cons
   if (columns.areLong() && areRowsCounted(contents))
     throw FileError(file, 0, "the only column of numbers beside the shifts counts the rows",
                     "add a column of residue numbers (resid)");
+  constexpr std::size_t kFewestSplit = 3;
+  if (contents.splitDecimals >= kFewestSplit && contents.splitDecimals == whole - unplaced.count)
+    throw FileError(file, 0, "the shifts seem to be cut at their decimal commas",
+                    "write decimal points, or semicolons between the columns");
   if (contents.impossible.areMostOf(contents.values))
     throw FileError(file, contents.impossible.line,
                     "most values (" + share(contents.impossible, contents.values) +

@@ -88,7 +88,10 @@ std::string structureChainName(const std::string& file, const std::string& chain
 /// the models that have none: "; no bond in 4 of 10 models (2, 4, 6, 9)".
 std::string seenText(const StructureFinding& finding);
 
-/// Where there are several structures, what each says: "a.pdb: trans in 1 of 1 model (|omega| 180 degrees)".
-std::vector<std::string> seenInEach(const StructureFinding& finding);
+/// How many models say what: "8 trans, 2 cis"; empty without a bond.
+std::string modelsText(const StructureFinding& finding);
+
+/// What each of several structures says; empty where there is but one.
+std::vector<StructureFinding> inEachStructure(const StructureFinding& finding);
 
 }  // namespace zorvela

@@ -181,6 +181,9 @@ class CsvTest(ImportTest):
         self.check_error("standard input:2: most rows (3 of 3) do not fit the columns, the first by more than 4 cells "
                          "for 4 columns" + remedy, "-",
                          data=b"Res,N,HN,CA\nS81,116,2,8,2,58,4\nP82,,,63,0\nG83,109,1,8,4,45,3\n")
+        self.check_error("standard input: the shifts seem to be cut at their decimal commas; write decimal points, or "
+                         "semicolons between the columns", "-",
+                         data=b"resid,resname,atom,shift,error\n1,ALA,CA,52,4\n2,PRO,CA,63,1\n3,GLY,CA,45,3\n")
         status, out, err = self.run_kit("-", data=b"Res,N,HN,CA,CB\nS81,116.2,8.2,58.4,63.9\nP82,63.0,34.2\n"
                                                   b"G83,109.1,8.4,45.3,\n")
         self.assertEqual(status, 0)

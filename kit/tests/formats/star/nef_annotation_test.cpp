@@ -15,7 +15,7 @@ std::optional<bool> cisOfThree(const zorvela::NefSequenceRow& row) {
 }
 
 std::string annotated(const std::string& text, bool keep = false) {
-  return zorvela::annotateNef(text, "a.nef", keep, cisOfThree).text;
+  return zorvela::annotateNef(text, "a.nef", {!keep, true}, cisOfThree).text;
 }
 
 const std::string kHead = "data_x\nloop_\n_nef_sequence.sequence_code\n_nef_sequence.residue_name\n";

@@ -112,9 +112,6 @@ class ZORVELA {
   void getProCSValue(const std::string& fileName);
   /// Reads the shares of residue types before and after cis and trans prolines.
   void getProSeqOccurence(const std::string& fileName);
-  /// What the two take from their files, from tables in memory.
-  void useProCSTable(const GDB& table);
-  void useProSeqTable(const GDB& table);
   /// Names, numbers and secondary shifts (as text, ppm) of residues r - 1, r and r + 1 under keys such
   /// as RESID_R1, RESNAME_R2, CB_R3; shifts clipped if `clipShifts`.
   std::map<std::string, std::string> getTriplet(int r);

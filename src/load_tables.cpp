@@ -22,10 +22,7 @@ void ZORVELA::init() {
 // --- Proline databases --------------------------------------------------------------------------
 
 void ZORVELA::getProCSValue(const std::string& fileName) {
-  useProCSTable(GDB(fileName));
-}
-
-void ZORVELA::useProCSTable(const GDB& table) {
+  const GDB table(fileName);
   for (const auto& [number, row] : table.entries) {
     const int index = GDB::toInt(GDB::cell(row, "index"));
     avgCis[index] = GDB::toFloat(GDB::cell(row, "avg_cis"));
@@ -36,10 +33,7 @@ void ZORVELA::useProCSTable(const GDB& table) {
 }
 
 void ZORVELA::getProSeqOccurence(const std::string& fileName) {
-  useProSeqTable(GDB(fileName));
-}
-
-void ZORVELA::useProSeqTable(const GDB& table) {
+  const GDB table(fileName);
   for (const auto& [number, row] : table.entries) {
     const std::string& name = GDB::cell(row, "resname");
     proSeqCis[name][kPrevious] = GDB::toFloat(GDB::cell(row, "cis_prev"));

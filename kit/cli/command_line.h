@@ -9,6 +9,7 @@
 #include <ostream>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace CLI {
@@ -30,6 +31,8 @@ class ValueKind {
 
   /// Also 0, where it turns a choice off.
   ValueKind orZero() const;
+  /// Not the empty text, which names nothing.
+  ValueKind notEmpty() const;
 
  private:
   friend class Option;
@@ -41,6 +44,7 @@ class ValueKind {
   double low = -std::numeric_limits<double>::infinity();
   double high = std::numeric_limits<double>::infinity();
   bool allowsZero = false;
+  bool allowsEmpty = true;
 };
 
 /// An option that was added to a sub-command.
@@ -69,31 +73,31 @@ class Option {
 /// A sub-command. The settings that options write to live until the command has run.
 class Command {
  public:
+  /// Where the value of an option goes.
+  using Setting =
+      std::variant<std::reference_wrapper<std::string>, std::reference_wrapper<std::vector<std::string>>,
+                   std::reference_wrapper<double>, std::reference_wrapper<int>,
+                   std::reference_wrapper<std::size_t>>;
+
   explicit Command(CLI::App* added) : app(added) {}
 
   /// Adds an option by its names ("-o,--output"), or an argument (without a dash).
-  Option add(const std::string& names, std::string& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, std::vector<std::string>& setting, const ValueKind& kind,
-             const std::string& text);
-  Option add(const std::string& names, double& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, int& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, std::size_t& setting, const ValueKind& kind, const std::string& text);
+  Option add(const std::string& names, Setting setting, const ValueKind& kind, const std::string& text);
   /// The same for a setting that is no text or number: the function is given the value.
   Option add(const std::string& names, const std::function<void(const std::string&)>& setting,
              const ValueKind& kind, const std::string& text);
   /// Adds an option without a value.
   Option addFlag(const std::string& names, bool& setting, const std::string& text);
+  /// Refuses a command line with neither of the two, after `without`, which may have a better reason.
+  void needsEither(Option one, Option other, const std::function<void()>& without);
   /// Sets the last paragraph of the help text.
   void footer(const std::string& text);
   /// Sets what the sub-command does once its options are read.
   void runs(std::function<void()> action);
 
  private:
-  template <class Setting>
-  Option addSetting(const std::string& names, Setting& setting, const ValueKind& kind,
-                    const std::string& text);
-
   CLI::App* app;
+  std::function<void()> check = [] {};
 };
 
 /// zorvela-kit with its sub-commands.

@@ -1,20 +1,20 @@
 // zorvela-kit import: any shift file to a shift table.
 #include <filesystem>
 #include <limits>
-#include <map>
 #include <memory>
 #include <string>
 #include <system_error>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
+#include "cli/table_names.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -31,57 +31,39 @@ constexpr std::size_t kAllNotes = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMostPathsNamed = 20;
 
 struct ImportArguments {
+  FileArguments named;
   std::vector<std::string> files;
   std::string output;
   ImportOptions options;
 };
-
-/// A letter, digit, or mark that is harmless in a file name.
-bool isPlainInName(char c) {
-  return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == '+' ||
-         static_cast<unsigned char>(c) >= 0x80;
-}
-
-/// What `ls` would show a terminal may be obeyed as well.
-std::string safeName(const std::string& text) {
-  constexpr std::size_t kLongest = 60;
-  std::string name = shown(firstBytes(text, kLongest), '_');
-  for (char& c : name)
-    if (!isPlainInName(c)) c = '_';
-  return name;
-}
-
-/// The file's name without folder, ".gz" and the ending.
-std::string stemOf(const std::string& path) {
-  if (path == "-") return "stdin";
-  fs::path name = fs::path(path).filename();
-  if (equalIgnoringCase(name.extension().string(), ".gz")) name = name.stem();
-  return name.has_stem() ? name.stem().string() : name.string();
-}
 
 // --- Reading ------------------------------------------------------------------------------------
 
 /// The proteins of all files that could be read.
 struct Imported {
   std::vector<Protein> proteins;
+  std::vector<std::string> names;  ///< of their tables
   std::size_t notes = 0;
-  std::size_t failures = 0;
+  FailedFiles failures;
 };
 
-Imported readFiles(const ImportArguments& given) {
+Imported readFiles(const ImportArguments& given, const TableNames& names) {
   Imported imported;
   Progress progress("import", given.files.size());
-  for (const std::string& file : given.files) {
+  for (std::size_t i = 0; i < given.files.size(); ++i) {
+    const std::string& file = given.files[i];
     try {
       std::vector<ChainNotes> notes;
-      for (Protein& protein : readInput(file, given.options)) {
+      std::vector<Protein> proteins = readInput(file, given.options);
+      for (std::string& name : names.of(i, proteins)) imported.names.push_back(std::move(name));
+      for (Protein& protein : proteins) {
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
       imported.notes += sayFileNotes(file, notes, kAllNotes, "");
     } catch (const Error& error) {
       say(error.what());
-      ++imported.failures;
+      imported.failures.add(file, error.what());
     }
     progress.step();
   }
@@ -95,8 +77,8 @@ void writeTable(const std::string& path, const Protein& protein) {
 }
 
 /// Whether all goes to one file or stream, and not to named files in a folder.
-bool isOneStream(const std::string& output, std::size_t tables) {
-  if (output.empty()) return tables == 1;
+bool isOneStream(const std::string& output, const Imported& imported) {
+  if (output.empty()) return imported.proteins.size() + imported.failures.count() == 1;
   if (output == kStandardOutput) return true;
   std::error_code unknown;  // what is wrong with the path is said when it is written
   return output.back() != '/' && !fs::is_directory(output, unknown);
@@ -112,47 +94,9 @@ void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins
   writeTable(path, proteins.front());
 }
 
-/// FILE_CHAIN, with the list where a chain has several.
-std::vector<std::string> tableNames(const std::vector<Protein>& proteins) {
-  std::map<std::pair<std::string, std::string>, int> listsOf;
-  for (const Protein& protein : proteins) ++listsOf[{protein.file, protein.chain}];
-  std::vector<std::string> names;
-  for (const Protein& protein : proteins) {
-    std::string name = stemOf(protein.file);
-    if (!protein.chain.empty()) name += "_" + safeName(protein.chain);
-    if (listsOf[{protein.file, protein.chain}] > 1) name += "_" + safeName(protein.list);
-    names.push_back(name);
-  }
-  return names;
-}
-
-/// Gives every table a name of its own: x, x_2, x_3. Names that differ in case alone are one name to some
-/// file systems.
-void tellApart(std::vector<std::string>& names, const std::vector<Protein>& proteins) {
-  std::unordered_set<std::string> wanted;
-  for (const std::string& name : names) wanted.insert(lower(name));
-  std::unordered_map<std::string, std::size_t> users;
-  std::unordered_map<std::string, int> tries;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    const std::string key = lower(names[i]);
-    const auto [first, isNew] = users.emplace(key, i);
-    if (isNew) continue;
-    std::string other;
-    int& number = tries.emplace(key, 1).first->second;
-    do other = names[i] + "_" + std::to_string(++number);
-    while (!wanted.insert(lower(other)).second);
-    say("note: " + messageName(proteins[i].file, proteins[i].chain) + ": its table is named " + other +
-        ".tab, as " + names[first->second] + ".tab is that of " +
-        messageName(proteins[first->second].file, proteins[first->second].chain));
-    names[i] = other;
-  }
-}
-
 /// Where the tables go; none takes the place of a file that was read.
-std::vector<std::string> tablePaths(const std::string& folder, const std::vector<Protein>& proteins,
+std::vector<std::string> tablePaths(const std::string& folder, const std::vector<std::string>& names,
                                     const InputFiles& inputs) {
-  std::vector<std::string> names = tableNames(proteins);
-  tellApart(names, proteins);
   std::vector<std::string> paths;
   for (const std::string& name : names) {
     paths.push_back((fs::path(folder) / (name + ".tab")).string());
@@ -160,6 +104,12 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
   }
   mustDiffer(paths);
   return paths;
+}
+
+void sayShared(const TableNames& names) {
+  for (const SharedName& one : names.shared())
+    say("note: " + messageName(one.file, "") + ": its table is named " + one.name + ".tab, as " +
+        messageName(one.first, "") + " has the same name");
 }
 
 void makeFolder(const std::string& folder) {
@@ -181,27 +131,30 @@ void sayPaths(const ImportArguments& given, const std::vector<std::string>& path
         counted(proteins[i].shifts.size(), "shift", "shifts") + ")");
 }
 
-void writeTables(const ImportArguments& given, const std::vector<Protein>& proteins,
+void writeTables(const ImportArguments& given, const Imported& imported, const TableNames& names,
                  const InputFiles& inputs) {
-  if (isOneStream(given.output, proteins.size())) {
-    writeOne(given, proteins, inputs);
+  if (isOneStream(given.output, imported)) {
+    writeOne(given, imported.proteins, inputs);
     return;
   }
-  const std::vector<std::string> paths = tablePaths(given.output, proteins, inputs);
+  sayShared(names);
+  const std::vector<std::string> paths = tablePaths(given.output, imported.names, inputs);
   if (!given.output.empty()) makeFolder(given.output);
-  for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
-  sayPaths(given, paths, proteins);
+  for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], imported.proteins[i]);
+  sayPaths(given, paths, imported.proteins);
 }
 
 void importFiles(const ImportArguments& given) {
-  const InputFiles inputs(given.files);
-  const Imported imported = readFiles(given);
-  if (!imported.proteins.empty()) writeTables(given, imported.proteins, inputs);
+  InputFiles inputs(given.files);
+  inputs.add(std::vector<std::string>{given.named.list});
+  const TableNames names(given.files);
+  const Imported imported = readFiles(given, names);
+  if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
         counted(imported.proteins.size(), "table", "tables"));
-  if (imported.failures == 0) return;
-  sayFailures(imported.failures, given.files.size(), "imported");
+  if (imported.failures.count() == 0) return;
+  imported.failures.say(given.files.size(), "imported");
   throw ReportedFailure();
 }
 
@@ -224,19 +177,18 @@ constexpr const char* kOutputHelp =
 void addImport(CommandLine& line) {
   const auto arguments = std::make_shared<ImportArguments>();
   Command command = line.addCommand("import", kDescription);
-  command.add("FILE", arguments->files, "", "Shift files; - is standard input").required();
+  addFiles(command, arguments->named, "Shift files, or folders of them; - is standard input");
   command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp);
-  command
-      .add("--chain", arguments->options.chains, "NAME",
-           "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
-           "polypeptide chain with shifts")
-      .repeated();
-  command
-      .add("--list", arguments->options.lists, "NAME",
-           "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
-           "Default: for each chain the list with most backbone shifts")
-      .repeated();
-  command.runs([arguments] { importFiles(*arguments); });
+  addChoices(command, arguments->options.chains,
+             "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
+             "polypeptide chain with shifts",
+             arguments->options.lists,
+             "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
+             "Default: for each chain the list with most backbone shifts");
+  command.runs([arguments] {
+    arguments->files = namedFiles(arguments->named);
+    importFiles(*arguments);
+  });
 }
 
 }  // namespace zorvela

@@ -23,6 +23,7 @@ struct FileResidue {
   std::string name;    ///< as the file writes it (MET, MSE, DA); empty for an unknown residue
   Thiol thiol = Thiol::unknown;
   bool bondedToPrevious = false;  ///< the file says so, although the numbers may jump
+  ResidueReading type = {};       ///< left to `makeSequence`
 };
 
 /// What a file says of the peptide bond before a residue.
@@ -64,7 +65,6 @@ struct FileShift {
   std::string atom;         ///< as the file writes it
   std::string value;        ///< ppm, as the file writes it; empty where it gives none
   std::string ambiguity;    ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
-  std::string element;      ///< of the atom, "C"; empty where the file gives none
   double occupancy = 1;
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };

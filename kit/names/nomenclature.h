@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,7 +33,7 @@ constexpr char withoutThiolState(char letter) {
 }
 
 /// What a file says of the sulfur of a cysteine.
-enum class Thiol { unknown, disulfide, notDisulfide };
+enum class Thiol : std::uint8_t { unknown, disulfide, notDisulfide };
 
 /// What a residue name stands for.
 struct ResidueReading {

@@ -1,4 +1,4 @@
-// Tables from files or memory, checked, and into a run object.
+// Tables from files or memory, checked, and their numbers.
 #include "predict/tables.h"
 
 #include <cstdio>
@@ -8,10 +8,10 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "formats/input_bytes.h"
 #include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
-#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -78,16 +78,6 @@ Model modelOf(const ReferenceTables& tables) {
   return model;
 }
 
-void useTables(const ReferenceTables& tables, ZORVELA& run) {
-  run.rcTable = tables.randomCoil;
-  run.adjTable = tables.adjustments;
-  run.prevTable = tables.previous;
-  run.nextTable = tables.next;
-  run.limitTable = tables.limits;
-  run.useProCSTable(tables.shifts);
-  run.useProSeqTable(tables.sequence);
-}
-
 // --- One table ----------------------------------------------------------------------------------
 
 namespace {
@@ -101,13 +91,11 @@ constexpr std::size_t kMostWords = 3000;
   throw TableError(path, 0, "is too large for a reference table", "");
 }
 
-/// The whole text of a file; a read error is not its end.
 std::string textOf(const std::string& path) {
   try {
-    return readWhole(path, kMostBytes);
-  } catch (const std::system_error& e) {
-    if (e.code() == std::errc::file_too_large) throwTooLarge(path);
-    throw TableError(path, 0, e.code().message(), "");
+    return fileBytes(path, kMostBytes);
+  } catch (const FileError& e) {
+    throw TableError(e.what());
   }
 }
 
@@ -132,6 +120,24 @@ GDB parseTable(const std::string& name, const std::string& text, const std::stri
 
 }  // namespace
 
+namespace {
+
+/// All columns and cells; comments and the layout of a file do not matter.
+bool haveSameValues(const GDB& one, const GDB& other) {
+  return one.entries == other.entries;
+}
+
+/// A copy in the place of another table: corrections are told apart by their files alone.
+void mustDiffer(const std::array<NamedTable, 7>& tables) {
+  for (std::size_t i = 0; i < tables.size(); ++i)
+    for (std::size_t j = 0; j < i; ++j)
+      if (haveSameValues(*tables[i].second, *tables[j].second))
+        throw TableError(tables[i].second->fileName, 0,
+                         "holds the same values as " + std::string(tables[j].first), "");
+}
+
+}  // namespace
+
 // --- All seven ----------------------------------------------------------------------------------
 
 Tables tablesFromFolder(const std::string& folder) {
@@ -143,6 +149,7 @@ Tables tablesFromFolder(const std::string& folder) {
     const std::string path = folder + "/" + name;
     *table = parseTable(name, textOf(path), path);
   }
+  mustDiffer(namedTables(*tables));
   return tables;
 }
 
@@ -153,6 +160,7 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
     if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
     *table = parseTable(name, text->second, name);
   }
+  mustDiffer(namedTables(*tables));
   return tables;
 }
 

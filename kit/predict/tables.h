@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "GDB.h"
-#include "ZORVELA.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -23,9 +22,6 @@ struct ReferenceTables {
 
 /// The numbers of the tables.
 Model modelOf(const ReferenceTables& tables);
-
-/// Gives the tables to a run object, as if it had read them from files.
-void useTables(const ReferenceTables& tables, ZORVELA& run);
 
 /// A table with the name of its file.
 using NamedTable = std::pair<const char*, GDB*>;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "formats/limits.h"
 #include "names/nomenclature.h"
 #include "protein/disulfides.h"
 #include "protein/implausible_shifts.h"
@@ -27,7 +28,7 @@ bool isSequenceLetter(char letter) {
 
 void checkSequence(const std::string& sequence) {
   if (sequence.empty()) throw Error(kTheSequence, 0, "is empty", "give one-letter codes, as in \"MQIF\"");
-  checkLength(sequence.size(), kTheSequence);
+  checkLimit(sequence.size(), limits::kSequence, kTheSequence);
   for (std::size_t i = 0; i < sequence.size(); ++i)
     if (!isSequenceLetter(sequence[i]))
       throw Error(kTheSequence, 0,

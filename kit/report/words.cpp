@@ -34,8 +34,8 @@ Reasons reasonsOf(const ProlineResult& proline) {
                      {"the " + evidence.after.name + " after", "next", false, evidence.after.nats}};
   for (int index = 0; index <= kIndexCG; ++index)
     if (const ShiftContribution& shift = evidence.shift(index); shift.secondary)
-      reasons.push_back(
-          {shiftName(proline, index), shiftKey(index), shiftPlace(index).residue == 0, shift.nats});
+      reasons.push_back({shiftName(proline, index), shiftKey(index),
+                         shiftPlace(static_cast<std::size_t>(index)).residue == 0, shift.nats});
   std::stable_sort(reasons.begin(), reasons.end(),
                    [](const Reason& a, const Reason& b) { return std::fabs(a.nats) > std::fabs(b.nats); });
   return reasons;

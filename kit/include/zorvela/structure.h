@@ -29,9 +29,10 @@ struct StructureResidue {
   std::string number;         ///< with insertion code: 52A
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
-  std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
-  std::vector<ModelBond> others;  ///< further conformations with another state than the main one
-  std::string whyNoBond;          ///< where `bonds` is empty: "first residue of the chain"
+  std::vector<ModelBond> bonds;            ///< one for each model with both residues: its main conformation
+  std::vector<ModelBond> others;           ///< further conformations with another state than the main one
+  std::vector<std::string> modelsWithout;  ///< the models without a bond that others have
+  std::string whyNoBond;                   ///< where `bonds` is empty: "first residue of the chain"
 };
 
 /// A protein chain of a structure.
@@ -39,6 +40,7 @@ struct StructureChain {
   std::string name;
   std::vector<StructureResidue> residues;  ///< those with coordinates, in the order of the file
   bool isTrace = false;                    ///< CA atoms alone
+  std::size_t molecule = 0;                ///< from 1, where several molecules share the name
 
   std::string letters() const;
 };
@@ -59,5 +61,10 @@ ProteinStructure readStructureFile(const std::string& path);
 
 /// The same for the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
+
+/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
+/// and at least 25 residues, or half of the shorter one if that is less, are aligned.
+inline constexpr double kSameProteinFrom = 70;
+inline constexpr std::size_t kFewestAligned = 25;
 
 }  // namespace zorvela

@@ -185,8 +185,7 @@ void addEvidence(const py::module_& module) {
   using Neighbour = const NeighbourContribution&;
   Class<NeighbourContribution>(module, "NeighbourContribution", "What the residue type of a neighbour says.")
       .add(
-          "name", [](Neighbour neighbour) { return pythonText(neighbour.name); },
-          "str: one-letter code.")
+          "name", [](Neighbour neighbour) { return pythonText(neighbour.name); }, "str: one-letter code.")
       .add(
           "cis_share", [](Neighbour neighbour) { return toPython(neighbour.cis); },
           "float: its share among such neighbours of cis prolines, 0 to 1.")
@@ -274,8 +273,7 @@ void addStructures(const py::module_& module) {
 
   Class<ChainMatch>(module, "Match", "A chain of a structure that is this protein.")
       .add(
-          "file", [](const ChainMatch& match) { return pythonText(match.file); },
-          "str: the structure.")
+          "file", [](const ChainMatch& match) { return pythonText(match.file); }, "str: the structure.")
       .add(
           "chain", [](const ChainMatch& match) { return orNone(match.chain); }, "str | None: its chain.")
       .add(

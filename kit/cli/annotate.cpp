@@ -232,7 +232,7 @@ void addAnnotate(CommandLine& line) {
                   "Replace flags that are there and say something else; default: leave them, with a note");
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
   command
-      .add("--list", settings->import.lists, "NAME",
+      .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
            "Predict from the shift list of this name; default: the one with most shifts")
       .repeated();
   command.footer(

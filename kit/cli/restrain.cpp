@@ -117,7 +117,9 @@ void addRestrain(CommandLine& line) {
       .add("FILE", settings->files, "",
            "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
       .required();
-  command.add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for").required();
+  command
+      .add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for")
+      .required();
   command.add("--into", settings->into, "FILE",
               "With cyana or nef: a file to add to; all its other bytes are kept");
   command.add("--structure", settings->structure, "MODEL",

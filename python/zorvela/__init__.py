@@ -15,8 +15,8 @@ printed. All functions may run in several threads at once; the interpreter's loc
 import collections
 import functools
 import os
-from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence, Tuple,
-                    Union, overload)
+from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence,
+                    Tuple, Union, overload)
 
 from zorvela import _shifts, _zorvela
 from zorvela._frames import to_frame

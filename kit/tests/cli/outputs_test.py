@@ -5,7 +5,7 @@ import shutil
 import sys
 import unittest
 
-from zorvela_tests import folder, program
+from zorvela_tests import folder, hostile, program
 
 sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "train"))
 import made_data  # noqa: E402
@@ -27,6 +27,67 @@ class InFolder(folder.InFolder):
     def check_written(self, ended, name):
         self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (0, "", ""))
         self.assertEqual(self.read(name), self.csv)
+
+
+class TwoOutputs(InFolder):
+    """Each would cut or mix the other."""
+
+    def setUp(self):
+        super().setUp()
+        self.put("labels.csv", "entry,resid,label_structure,cluster\nin,2,cis,1\n")
+        self.command = ["evaluate", "--entries", self.folder, "--labels", self.path("labels.csv"), "--tables",
+                        program.MADE_TABLES]
+
+    def test_standard_output_twice(self):
+        os.makedirs(self.path("out"))
+        both = ["--roc", "-", "--calibration", "-", "--output", self.path("f")]
+        with open(self.path("out/x"), "w", encoding="utf-8") as stdout:
+            for ended in (program.kit(*self.command, *both), program.kit(*self.command, *both, stdout=stdout),
+                          program.kit(*self.command, "--roc", "/dev/stdout"),
+                          program.kit(*self.command, "--roc", self.path("out/x"), stdout=stdout)):
+                self.assertEqual(ended.returncode, 1)
+                self.assertIn("would hold two outputs; give each its own file", ended.stderr)
+
+    def test_devices_take_any_number(self):
+        ended = program.kit(*self.command, "--roc", "/dev/null", "--calibration", "/dev/null")
+        self.assertNotIn("two outputs", ended.stderr)
+
+    def test_the_file_of_the_messages(self):
+        with open(self.path("x"), "w", encoding="utf-8") as stderr:
+            ended = self.run_to(self.path("x"), self.input, stderr=stderr)
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn("x: takes the messages (standard error); choose another place with --output", self.read("x"))
+
+
+class Words(InFolder):
+    def test_a_message_never_holds_a_whole_cell(self):
+        long = "x" * 1000000
+        for labels in ("entry,resid,label_structure,cluster\n%s,2,cis,1\n" % long,
+                       "entry,resid,label_structure,cluster\nin,%s,cis,1\n" % long,
+                       "entry,resid,label_structure,cluster\nin,2,%s,1\n" % long):
+            ended = program.kit("evaluate", "--entries", self.folder, "--labels", self.put("labels.csv", labels),
+                                "--tables", program.MADE_TABLES)
+            self.assertEqual((ended.returncode, ended.stderr.count("\n")), (1, 1))
+            self.assertLess(len(ended.stderr), 2500)
+
+    def test_labels_have_names_that_are_read_back(self):
+        for name in ("good", "=f", "two\nlines", "esc\x1b", " blank", "a,b;c"):
+            self.put_in("entries", name + ".tab", program.full_table("APK"))
+        self.put_in("models", "m.pdb", hostile.pdb_file(40))
+        ended = program.kit("label", "--entries", self.path("entries"), "--structures", self.path("models"),
+                            "--output", self.path("labels.csv"))
+        self.assertEqual(ended.returncode, 1)
+        self.assertEqual(ended.stderr.count("has a name that cannot be read back"), 3)
+        text = self.read("labels.csv").replace(",,,,,,", ",cis,1,0,,,,")
+        self.put("labels.csv", text)
+        ended = program.kit("evaluate", "--entries", self.path("entries"), "--labels", self.path("labels.csv"),
+                            "--tables", program.MADE_TABLES)
+        self.assertNotIn("cannot be read", ended.stderr)
+        self.assertEqual({row["entry"] for row in program.csv_rows(text)}, {"good", "'=f", "a,b;c"})
+
+    def put_in(self, place, name, content):
+        os.makedirs(self.path(place), exist_ok=True)
+        return self.put(os.path.join(place, name), content)
 
 
 class Inputs(InFolder):

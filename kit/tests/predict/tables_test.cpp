@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <utility>
+#include <vector>
 
 #include "made_shift.h"
 
@@ -242,5 +245,76 @@ TEST(DamagedTable, IsCutInTheMiddleOfALine) {
       text = whole.substr(0, end);
       EXPECT_THROW(zorvela::tablesFromTexts(texts), zorvela::TableError) << name << " cut at " << end;
     }
+  }
+}
+
+// --- A table that is not the one ----------------------------------------------------------------
+
+namespace {
+
+std::map<std::string, std::string> shippedTables() {
+  Texts texts;
+  for (const char* name : zorvela::kTableNames)
+    texts[name] = readFile((fs::path(SHIPPED_TABLES) / name).string());
+  return texts;
+}
+
+bool areTaken(const Texts& texts) {
+  try {
+    zorvela::tablesFromTexts(texts);
+    return true;
+  } catch (const zorvela::TableError&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+TEST(WrongTables, InEachOthersPlaceAreRefused) {
+  const std::vector<std::string> names = {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab"};
+  for (const Texts& good : {shippedTables(), madeTables()}) {
+    EXPECT_TRUE(areTaken(good));
+    for (const std::string& one : names)
+      for (const std::string& other : names) {
+        if (one == other) continue;
+        Texts exchanged = good;
+        std::swap(exchanged[one], exchanged[other]);
+        EXPECT_FALSE(areTaken(exchanged)) << one << " and " << other;
+        Texts copied = good;
+        copied[one] = good.at(other);
+        EXPECT_FALSE(areTaken(copied)) << other << " as " << one;
+      }
+  }
+}
+
+TEST(WrongTables, ValuesBeyondAllShiftsAreRefused) {
+  const std::vector<std::pair<const char*, int>> columns = {{"randcoil.tab", 6}, {"rcadj.tab", 6},
+                                                            {"rcprev.tab", 6},   {"rcnext.tab", 6},
+                                                            {"sslimit.tab", 12}, {"Pro.cs.tab", 4}};
+  for (const auto& [name, count] : columns)
+    for (int column = 1; column <= count; ++column) {
+      Texts texts = shippedTables();
+      std::string& text = texts[name];
+      std::size_t cell = text.rfind('\n', text.find_last_not_of("\n ")) + 1;  // the last row
+      for (int i = 0; i < column; ++i)
+        cell = text.find_first_not_of(' ', text.find(' ', text.find_first_not_of(' ', cell)));
+      text.replace(cell, text.find_first_of(" \n", cell) - cell, "99999");
+      EXPECT_FALSE(areTaken(texts)) << name << " column " << column;
+    }
+}
+
+TEST(WrongTables, ExchangedNamesOfColumnsAreRefused) {
+  const std::vector<std::array<std::string, 3>> exchanges = {{"randcoil.tab", " CA ", " CB "},
+                                                             {"randcoil.tab", " HA ", " HN "},
+                                                             {"Pro.cs.tab", " avg_cis ", " avg_trans "},
+                                                             {"sslimit.tab", " N_MIN ", " N_MAX "}};
+  for (const auto& [name, one, other] : exchanges) {
+    Texts texts = shippedTables();
+    std::string& text = texts[name];
+    const std::size_t start = text.find("VARS");
+    text.replace(text.find(one, start), one.size(), " # ");
+    text.replace(text.find(other, start), other.size(), one);
+    text.replace(text.find(" # ", start), 3, other);
+    EXPECT_FALSE(areTaken(texts)) << name << one << other;
   }
 }

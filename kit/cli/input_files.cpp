@@ -17,7 +17,7 @@ const fs::path kStandardOutput = "/dev/stdout";
 const fs::path kStandardError = "/dev/stderr";
 
 bool isStandardStream(const std::string& output) {
-  return output == kStandardStream;
+  return output == kStandardStream || output == kStandardOutput;
 }
 
 /// The file that an output goes to, also one that is not there yet; "-" for a standard output that is not a
@@ -31,8 +31,7 @@ fs::path placeOf(const std::string& output) {
   if (fs::is_regular_file(status) && isStandard) return fs::canonical(place, unknown);
   if (fs::is_regular_file(status) || (!isStandard && status.type() == fs::file_type::not_found))
     return fs::weakly_canonical(fs::absolute(afterLinks(output)));
-  const bool isSamePipe = fs::is_fifo(status) && fs::equivalent(place, kStandardOutput, unknown);
-  return isStandard || isSamePipe ? fs::path(kStandardStream) : fs::path();
+  return isStandard ? fs::path(kStandardStream) : fs::path();
 }
 
 }  // namespace

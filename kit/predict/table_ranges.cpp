@@ -18,11 +18,6 @@ constexpr float kLargestCorrection = 10;
 /// Class means of CG of proline lie near 24 and 27 ppm.
 constexpr float kLowestCG = 15;
 constexpr float kHighestCG = 40;
-/// A residue before a proline has its CA some 2 ppm lower, all others less than 1.
-constexpr float kProlineMovesCA = -1;
-/// N after a valine is some 2 ppm higher.
-constexpr float kValineMovesN = 0.5;
-
 /// The largest secondary shift of an atom, in ppm.
 float largestSecondaryShift(Atom atom) {
   switch (atom) {
@@ -72,14 +67,10 @@ void checkRandomCoil(const Check& check) {
   if (check.of("A", "CB") > check.of("A", "CA")) check.report(0, "has CB of alanine above its CA");
 }
 
-void checkCorrections(const std::string& name, const Check& check) {
+void checkCorrections(const Check& check) {
   for (const auto& [number, row] : check.table.entries)
     for (const Atom atom : kBackbone)
       check.range(number, std::string(nameOf(atom)), -kLargestCorrection, kLargestCorrection);
-  if (name == "rcnext.tab" && check.of("P", "CA") > kProlineMovesCA)
-    check.report(0, "does not lower CA before a proline by some 2 ppm");
-  if (name == "rcprev.tab" && check.of("V", "N") < kValineMovesN)
-    check.report(0, "does not raise N after a valine by some 2 ppm");
 }
 
 void checkLimitRanges(const Check& check) {
@@ -117,7 +108,7 @@ void checkRanges(const std::string& name, const GDB& table, const TableFault& re
   else if (name == "Pro.cs.tab")
     checkStatistics(check);
   else if (name != "Pro.seq.tab")
-    checkCorrections(name, check);
+    checkCorrections(check);
 }
 
 }  // namespace zorvela

@@ -270,20 +270,14 @@ bool areTaken(const Texts& texts) {
 
 }  // namespace
 
-TEST(WrongTables, InEachOthersPlaceAreRefused) {
-  const std::vector<std::string> names = {"randcoil.tab", "rcadj.tab", "rcprev.tab", "rcnext.tab"};
+TEST(WrongTables, RandomCoilAndCorrectionsInEachOthersPlaceAreRefused) {
   for (const Texts& good : {shippedTables(), madeTables()}) {
     EXPECT_TRUE(areTaken(good));
-    for (const std::string& one : names)
-      for (const std::string& other : names) {
-        if (one == other) continue;
-        Texts exchanged = good;
-        std::swap(exchanged[one], exchanged[other]);
-        EXPECT_FALSE(areTaken(exchanged)) << one << " and " << other;
-        Texts copied = good;
-        copied[one] = good.at(other);
-        EXPECT_FALSE(areTaken(copied)) << other << " as " << one;
-      }
+    for (const char* other : {"rcadj.tab", "rcprev.tab", "rcnext.tab"}) {
+      Texts exchanged = good;
+      std::swap(exchanged["randcoil.tab"], exchanged[other]);
+      EXPECT_FALSE(areTaken(exchanged)) << other;
+    }
   }
 }
 

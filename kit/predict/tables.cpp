@@ -120,24 +120,6 @@ GDB parseTable(const std::string& name, const std::string& text, const std::stri
 
 }  // namespace
 
-namespace {
-
-/// All columns and cells; comments and the layout of a file do not matter.
-bool haveSameValues(const GDB& one, const GDB& other) {
-  return one.entries == other.entries;
-}
-
-/// A copy in the place of another table: corrections are told apart by their files alone.
-void mustDiffer(const std::array<NamedTable, 7>& tables) {
-  for (std::size_t i = 0; i < tables.size(); ++i)
-    for (std::size_t j = 0; j < i; ++j)
-      if (haveSameValues(*tables[i].second, *tables[j].second))
-        throw TableError(tables[i].second->fileName, 0,
-                         "holds the same values as " + std::string(tables[j].first), "");
-}
-
-}  // namespace
-
 // --- All seven ----------------------------------------------------------------------------------
 
 Tables tablesFromFolder(const std::string& folder) {
@@ -149,7 +131,6 @@ Tables tablesFromFolder(const std::string& folder) {
     const std::string path = folder + "/" + name;
     *table = parseTable(name, textOf(path), path);
   }
-  mustDiffer(namedTables(*tables));
   return tables;
 }
 
@@ -160,7 +141,6 @@ Tables tablesFromTexts(const std::map<std::string, std::string>& texts) {
     if (text == texts.end()) throw TableError(name, 0, "is not among the tables given", "");
     *table = parseTable(name, text->second, name);
   }
-  mustDiffer(namedTables(*tables));
   return tables;
 }
 

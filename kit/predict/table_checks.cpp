@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "names/nomenclature.h"
-#include "predict/table_ranges.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/core.h"
@@ -186,9 +185,6 @@ void checkTable(const std::string& name, const ReadTable& read) {
   if (name == "sslimit.tab") checkLimits(checked);
   if (name == "Pro.cs.tab") checkDeviations(checked);
   if (name == "Pro.seq.tab") checkShares(checked);
-  checkRanges(name, checked.table, [&](int row, const std::string& what) {
-    checked.fail(row > 0 ? checked.lineOf(row) : 0, what);
-  });
 }
 
 }  // namespace zorvela

@@ -58,11 +58,10 @@ std::string printable(std::string_view text, std::size_t most = 200);
 /// The first bytes of a text, at most so many, without half a character at the cut.
 std::string_view firstBytes(std::string_view text, std::size_t most);
 
-/// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be, also for a
-/// spreadsheet that splits at semicolons.
-/// A spreadsheet would take what begins with =, +, -, @ or a tab for a formula and run it: such a text gets
-/// an apostrophe before it, unless it is a number ("-3", "-3A") or a lone mark ("-"). One that has such an
-/// apostrophe already gets another, so that the text can be had back.
+/// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be, also
+/// for a spreadsheet that splits at semicolons. A spreadsheet would take what begins with =, +, -, @ or a tab
+/// for a formula and run it: such a text gets an apostrophe before it, unless it is a number ("-3", "-3A") or
+/// a lone mark ("-"). One that has such an apostrophe already gets another, so that the text can be had back.
 std::string csvCell(std::string_view text);
 /// The text of a cell that `csvCell` wrote, its quotes taken off: without that apostrophe.
 std::string_view withoutFormulaMark(std::string_view cell);

@@ -1,4 +1,5 @@
 """The page in headless Chromium: a server for its files, a browser with a log of all it asks for, and what a user does."""
+import base64
 import functools
 import http.server
 import pathlib

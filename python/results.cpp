@@ -283,6 +283,9 @@ void addStructures(const py::module_& module) {
           "identical", [](const ChainMatch& match) { return toPython(static_cast<int>(match.identical)); },
           "int: of these, of the same type.")
       .add(
+          "residues", [](const ChainMatch& match) { return orNone(match.residues); },
+          "str | None: its residues in the structure, as in \"1-40\", where the chain has more than these.")
+      .add(
           "mismatches", [](const ChainMatch& match) { return toPython(match.mismatches); },
           "list[str]: other residue types, as in \"K14 is ALA 20\".")
       .add(

@@ -27,6 +27,13 @@ inline constexpr char kDisulfideCysteine = 'c';
 /// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
 inline constexpr std::string_view kOtherLetters = "BJOUX?";
 
+/// Whether a sequence of the program can hold the letter.
+constexpr bool isSequenceLetter(char letter) {
+  return kAminoAcids.find(letter) != std::string_view::npos ||
+         kOtherLetters.find(letter) != std::string_view::npos || letter == kDisulfideCysteine ||
+         letter == kPassedProlineCode;
+}
+
 /// The letter of the residue type, whatever the state of its thiol.
 constexpr char withoutThiolState(char letter) {
   return letter == kDisulfideCysteine ? 'C' : letter;

@@ -8,6 +8,7 @@
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/own_table.h"
+#include "protein/place_on_sequence.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
 #include "util/text.h"
@@ -313,6 +314,9 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
   Outcome outcome;
   const Indices chains =
       options.chains.empty() ? polypeptidesWithShifts(entry, outcome) : namedChains(options.chains, entry);
+  if (options.sequence)
+    for (const std::size_t chain : chains)
+      placeOnSequence(file, chain, *options.sequence, options.firstResidue, path);
   for (const std::size_t chain : chains) addProteins(chain, listsFor(chain, entry, outcome), entry, outcome);
   if (outcome.proteins.empty()) throwNoShifts(entry, outcome);
   if (const std::size_t unplaced = countUnplaced(entry.lists, file); unplaced > 0)

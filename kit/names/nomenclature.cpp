@@ -180,6 +180,17 @@ std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
   return ResidueNumber{*number, text.substr(end)};
 }
 
+std::optional<NeighbourCode> readNeighbourCode(std::string_view code) {
+  constexpr std::size_t kOffsetSize = 2;  // a sign and a digit
+  if (code.size() <= kOffsetSize) return std::nullopt;
+  const std::string_view number = code.substr(0, code.size() - kOffsetSize);
+  const std::string_view offset = code.substr(number.size());
+  const bool hasSign = offset.front() == '-' || offset.front() == '+';
+  const bool hasNumber = std::any_of(number.begin(), number.end(), isDigit) && number.back() != ' ';
+  if (!hasSign || !isDigit(offset.back()) || !hasNumber) return std::nullopt;
+  return NeighbourCode{std::string(number), toInteger(offset).value()};
+}
+
 std::optional<std::string> steppedNumber(const std::string& text, long steps) {
   const std::optional<int> number = toInteger(text);
   if (!number) return std::nullopt;

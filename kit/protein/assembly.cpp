@@ -305,8 +305,23 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
                   "this " + file.format + " file holds: " + printable(text, kLongestNote));
 }
 
+/// FileError where neither a sequence nor a row says what the residues are.
+void requireNames(const ShiftFile& file, const std::string& path) {
+  bool hasRows = false;
+  for (const FileShiftList& list : file.lists)
+    for (const FileShift& row : list.shifts) {
+      if (!row.residueName.empty()) return;
+      hasRows = true;
+    }
+  const auto hasSequence = [](const FileChain& chain) { return !chain.residues.empty(); };
+  if (hasRows && std::none_of(file.chains.begin(), file.chains.end(), hasSequence))
+    throw FileError(path, 0, "the rows have no residue names",
+                    "add a column resname with one- or three-letter names");
+}
+
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
   checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
+  requireNames(file, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
   entry.lists = wantedLists(options.lists, file, path);

@@ -116,12 +116,14 @@ def read_nef(all_frames):
     for frame in all_frames:
         for row in frame.tables("_nef_chemical_shift."):
             code, number = row["chain_code"], row["sequence_code"]
-            if "@" in code + number or re.search(r"\d[-+]\d", number) or code not in chains:
+            if "@" in code + number or code not in chains:
                 continue
             if row.get("element", "") == "CA":  # calcium
                 continue
+            # A shift kept under a neighbour gives way to the residue's own.
+            weight = 0.0 if re.search(r"\d[-+]\d$", number) else 1.0
             chains[code].rows.setdefault(frame.name, []).append(
-                (number, number, row["residue_name"], row["atom_name"], row["value"], 1.0))
+                (number, number, row["residue_name"], row["atom_name"], row["value"], weight))
     return list(chains.values())
 
 
@@ -289,6 +291,8 @@ def shifts(chain, rows):
     for place, (key, number, _) in enumerate(chain.residues, 1):
         by_key.setdefault(key, place)
         by_number.setdefault(number or key, place)
+        for step in (-1, 0, 1):
+            by_key.setdefault("%s%+d" % (key, step), place + step if 0 < place + step <= len(chain.residues) else None)
     found = {}
     for key, number, name, atom, value, occupancy in rows:
         if offset is not None:

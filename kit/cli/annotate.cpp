@@ -28,6 +28,7 @@ struct AnnotateSettings {
   std::string output;
   std::string tables;
   ImportOptions import;
+  PredictorOptions predict;
   bool keep = false;
 };
 
@@ -67,10 +68,13 @@ class Calls {
 
 std::vector<ProteinResult> predict(const AnnotateSettings& settings, const std::string& name,
                                    const std::string& text) {
-  Predictor predictor(loadTables(findTables(settings.tables)));
+  Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
   std::vector<ProteinResult> results;
   for (const Protein& protein : readShiftBytes(text, name, settings.import))
     results.push_back(predictor.predict(protein));
+  for (const ProteinResult& result : results)
+    if (!result.correction.empty())
+      say("note: " + messageName(name, result.chain) + ": " + result.correction);
   return results;
 }
 
@@ -116,6 +120,8 @@ void addAnnotate(CommandLine& line) {
       .required();
   command.addFlag("--keep", settings->keep, "Leave flags that are there already");
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--as-referenced", settings->predict.asReferenced,
+                  "Keep referencing offsets, which are else taken away where they are certain");
   command
       .add("--list", settings->import.lists, "NAME",
            "Predict from the shift list of this name; default: the one with most shifts")

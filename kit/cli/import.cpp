@@ -3,6 +3,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <unordered_map>
@@ -15,9 +16,11 @@
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
+#include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
+#include "zorvela/predict.h"
 #include "zorvela/read.h"
 
 namespace zorvela {
@@ -33,6 +36,8 @@ constexpr std::size_t kMostPathsNamed = 20;
 struct ImportArguments {
   std::vector<std::string> files;
   std::string output;
+  std::string tables;
+  bool rereference = false;
   ImportOptions options;
 };
 
@@ -70,11 +75,14 @@ struct Imported {
 
 Imported readFiles(const ImportArguments& given) {
   Imported imported;
+  std::optional<Predictor> predictor;
+  if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
   Progress progress("import", given.files.size());
   for (const std::string& file : given.files) {
     try {
       std::vector<ChainNotes> notes;
       for (Protein& protein : readInput(file, given.options)) {
+        if (predictor) protein = predictor->corrected(protein);
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
@@ -194,7 +202,8 @@ void writeTables(const ImportArguments& given, const std::vector<Protein>& prote
 }
 
 void importFiles(const ImportArguments& given) {
-  const InputFiles inputs(given.files);
+  InputFiles inputs(given.files);
+  if (given.rereference) inputs.addFolder(findTables(given.tables));
   const Imported imported = readFiles(given);
   if (!imported.proteins.empty()) writeTables(given, imported.proteins, inputs);
   if (imported.notes > 0)
@@ -236,6 +245,12 @@ void addImport(CommandLine& line) {
            "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
            "Default: for each chain the list with most backbone shifts")
       .repeated();
+  const Option rereference =
+      command.addFlag("--rereference", arguments->rereference,
+                      "Take away referencing offsets that are certain; a REMARK says how much");
+  command
+      .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
+      .needs(rereference);
   command.runs([arguments] { importFiles(*arguments); });
 }
 

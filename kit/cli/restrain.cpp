@@ -60,7 +60,7 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
     std::vector<ChainNotes> notes;
     for (Protein& protein : readInput(file, settings.import)) {
       results.push_back(predictor.predict(protein));
-      notes.push_back({protein.chain, protein.notes});
+      notes.push_back({protein.chain, results.back().notes});
       proteins.push_back(std::move(protein));
     }
     sayFileNotes(file, notes, kNotesShown, kAllNotes);
@@ -117,7 +117,9 @@ void addRestrain(CommandLine& line) {
       .add("FILE", settings->files, "",
            "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
       .required();
-  command.add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for").required();
+  command
+      .add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for")
+      .required();
   command.add("--into", settings->into, "FILE",
               "With cyana or nef: a file to add to; all its other bytes are kept");
   command.add("--structure", settings->structure, "MODEL",
@@ -128,8 +130,8 @@ void addRestrain(CommandLine& line) {
            "Call the chain, or the chain OLD, so; may be repeated")
       .repeated();
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--rereference", settings->predict.rereference,
-                  "Take away referencing offsets that call for a correction before predicting");
+  command.addFlag("--as-referenced", settings->predict.asReferenced,
+                  "Keep referencing offsets, which are else taken away where they are certain");
   command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
       .repeated();
   command

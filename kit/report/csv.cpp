@@ -67,6 +67,7 @@ void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
     line.add(offsetColumns(), protein);
     line.add(evidenceColumns(), proline);
     if (proline.structure) line.add(structureFields(), *proline.structure);
+    line.add(asReferencedColumns(), proline);
   });
   forEachError(report, [&](const FileReport& file) {
     Line line(out);

@@ -165,11 +165,22 @@ bool hasClipped(const Evidence& evidence) {
                      [](const ShiftContribution& shift) { return shift.clipped; });
 }
 
+bool hasCorrected(const Evidence& evidence) {
+  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
+                     [](const ShiftContribution& shift) { return shift.corrected.has_value(); });
+}
+
 std::string chanceText(const ProlineResult& proline) {
   if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
   const NextShift& best = proline.evidence->next.front();
   return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
+}
+
+/// " (as referenced 0.031, trans)": the call where it is another one.
+std::string asReferencedText(const ProlineResult& proline) {
+  return " (as referenced " + probability(proline.pCisNormAsReferenced) +
+         (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
 }
 
 std::string card(const ProlineResult& proline) {
@@ -178,6 +189,7 @@ std::string card(const ProlineResult& proline) {
                      escaped("P" + proline.number + " " +
                              (proline.call == Call::none ? "no prediction" : toText(proline.call)));
   if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
+  if (proline.callAsReferenced) text += escaped(asReferencedText(proline));
   text += "</h3>\n" + paragraph(tripletText(proline), "faint");
   text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
@@ -185,6 +197,7 @@ std::string card(const ProlineResult& proline) {
     text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
             escaped(proline.structure->sentence) + "</p>\n";
   text += evidencePicture(proline);
+  if (hasCorrected(*proline.evidence)) text += paragraph("° Corrected for the referencing.", "faint");
   if (hasClipped(*proline.evidence))
     text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
   return text + "</article>\n";
@@ -224,15 +237,16 @@ Cells tableRow(const ProlineResult& proline) {
   const std::string before = residueName(proline.previous, proline.previousNumber);
   const std::string after = residueName(proline.next, proline.nextNumber);
   const std::string name = symbol(proline.call) + " " + escaped("P" + proline.number);
-  return {name,
-          escaped(before),
-          escaped(after),
-          cg,
-          escaped(probability(proline.pCis)),
-          escaped(probability(proline.pCisNorm)),
-          call,
-          strongest,
-          nextShiftOf(proline)};
+  return {
+      name,
+      escaped(before),
+      escaped(after),
+      cg,
+      escaped(probability(proline.pCis)),
+      escaped(probability(proline.pCisNorm) + (proline.callAsReferenced ? asReferencedText(proline) : "")),
+      call,
+      strongest,
+      nextShiftOf(proline)};
 }
 
 /// The style sheet knows the columns by their numbers.
@@ -272,7 +286,8 @@ std::string notes(const ProteinResult& protein) {
 }
 
 std::string chainBody(const ProteinResult& protein, const ClassStatistics& classes) {
-  return paragraph(answer(protein), "lead") +
+  return (protein.correction.empty() ? "" : paragraph(protein.correction + ".", "lead")) +
+         paragraph(answer(protein), "lead") +
          paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
                        counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
                    "faint") +
@@ -285,6 +300,16 @@ std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
   std::vector<const ProteinResult*> chains;
   forEachProtein(report, [&](const ProteinResult& protein) { chains.push_back(&protein); });
   return chains;
+}
+
+std::string correctedChains(const std::vector<const ProteinResult*>& chains) {
+  std::vector<std::string> names;
+  for (const ProteinResult* chain : chains)
+    if (!chain->correction.empty()) names.push_back(chainName(*chain));
+  if (names.empty()) return "";
+  return paragraph("The referencing of " + counted(names.size(), "chain", "chains") +
+                       " was corrected before predicting: " + enumerated(names) + ".",
+                   "lead");
 }
 
 std::string indexTable(const std::vector<const ProteinResult*>& chains) {
@@ -450,7 +475,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
   if (chains.size() == 1) {
     out << key(report) << chainBody(*chains.front(), report.classes);
   } else {
-    out << paragraph(countsOf(report), "lead") << key(report);
+    out << correctedChains(chains) << paragraph(countsOf(report), "lead") << key(report);
     if (!chains.empty()) out << indexTable(chains);
     for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
   }

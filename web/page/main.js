@@ -71,7 +71,7 @@ const OWN_CHOICE = "";
 
 function choices() {
   const named = (id) => (byId(id).value === OWN_CHOICE ? [] : [byId(id).value.slice(1)]);
-  return { chains: named("chain"), lists: named("list"), rereference: byId("rereference").checked };
+  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked };
 }
 
 function offerChoices({ chains, lists }) {
@@ -183,7 +183,7 @@ worker.onmessage = ({ data }) => {
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
-for (const id of ["chain", "list", "rereference"]) byId(id).addEventListener("change", () => predict(false));
+for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict(false));
 byId("prolines").addEventListener("change", () => showTrans(byId("report"), wantsTrans()));
 byId("choices").addEventListener("submit", (event) => event.preventDefault());
 

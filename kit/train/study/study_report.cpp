@@ -109,7 +109,7 @@ void writeTrial(std::ostream& out, const NextShiftTrial& trial, int rounds) {
 // --- Offsets --------------------------------------------------------------------------------------
 
 void writeOffsetHeader(std::ostream& out) {
-  out << "| 13C offset | --rereference | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
+  out << "| 13C offset | corrected | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
          "|---|---|---|---|---|---|\n";
 }
 

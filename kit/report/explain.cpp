@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "report/measured_calls.h"
 #include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -23,6 +24,8 @@ constexpr double kNatsPerMark = 0.5;
 constexpr std::size_t kMostRows = 8;
 /// Smaller contributions (nats) have no row.
 constexpr double kWorthARow = 0.1;
+/// A smaller chance would be printed as 0 %.
+constexpr double kWorthSaying = 0.005;
 
 struct Line {
   std::string name;
@@ -127,18 +130,25 @@ std::string wrapped(const std::string& text) {
 std::string missingText(const ProlineResult& proline) {
   std::vector<std::string> items;
   for (const NextShift& next : proline.evidence->next) {
-    std::string item = shiftName(proline, next.index) + " " + fixedText(std::max(next.bits, 0.0), 2);
-    if (next.decides) item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
+    if (next.bits < kWorthMeasuring) continue;
+    std::string item = shiftName(proline, next.index) + " " + fixedText(next.bits, 2);
+    if (next.decides && *next.decides >= kWorthSaying)
+      item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
     items.push_back(item);
   }
-  return items.empty() ? "Nothing is missing." : "Missing, with its worth in bits: " + enumerated(items, 18);
+  if (items.empty())
+    return proline.evidence->next.empty() ? "Nothing is missing."
+                                          : "Nothing that is missing is worth measuring.";
+  return "Missing, with its worth in bits: " + enumerated(items, 18);
 }
 
 }  // namespace
 
 std::string explained(const ProlineResult& proline) {
   std::string text = wrapped(shown(sentenceOf(proline)));
+  if (const std::string step = nextStep(proline); !step.empty()) text += wrapped(shown(step));
   if (!proline.evidence) return text;
+  if (const std::string figures = howOftenRight(proline); !figures.empty()) text += wrapped(figures);
   if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
   const std::vector<Line> lines = linesOf(proline);
   const bool withCorrected = std::any_of(proline.evidence->shifts.begin(), proline.evidence->shifts.end(),

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "report/html_style.h"
+#include "report/measured_calls.h"
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "report/walk.h"
@@ -22,6 +23,8 @@ namespace {
 constexpr std::size_t kNotesShown = 5;
 /// Probabilities that would be printed as 0.000 or 1.000.
 constexpr double kSmallest = 0.0005;
+/// A smaller chance would be printed as 0 %.
+constexpr double kSmallestChance = 0.005;
 
 // --- Small pieces -------------------------------------------------------------------------------
 
@@ -153,11 +156,20 @@ std::string figures(const ProteinResult& protein, const ClassStatistics& classes
   return text + "</div>\n";
 }
 
-std::string tripletText(const ProlineResult& proline) {
-  const auto count = [](const std::optional<int>& value) { return value ? std::to_string(*value) : "0"; };
+/// "4 of 4": those of N, HA, C, CA, CB, HN that the residue type has.
+std::string assignedText(const ProteinResult& protein, int position) {
+  const auto place = static_cast<std::size_t>(position) - 1;
+  if (place >= protein.assignments.size()) return "none";
+  const Assignment& assignment = protein.assignments[place];
+  return std::to_string(assignment.present) + " of " + std::to_string(assignment.possible);
+}
+
+std::string tripletText(const ProteinResult& protein, const ProlineResult& proline) {
   return residueName(proline.previous, proline.previousNumber) + " – P" + proline.number + " – " +
-         residueName(proline.next, proline.nextNumber) + ", shifts: " + count(proline.previousCount) + ", " +
-         count(proline.count) + ", " + count(proline.nextCount) + " of 6";
+         residueName(proline.next, proline.nextNumber) +
+         ", shifts: " + assignedText(protein, proline.position - 1) + ", " +
+         assignedText(protein, proline.position) + (proline.cgShift ? " and CG" : " without CG") + ", " +
+         assignedText(protein, proline.position + 1);
 }
 
 bool hasClipped(const Evidence& evidence) {
@@ -173,6 +185,7 @@ bool hasCorrected(const Evidence& evidence) {
 std::string chanceText(const ProlineResult& proline) {
   if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
   const NextShift& best = proline.evidence->next.front();
+  if (best.bits < kWorthMeasuring || *best.decides < kSmallestChance) return "";
   return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
 }
@@ -183,15 +196,17 @@ std::string asReferencedText(const ProlineResult& proline) {
          (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
 }
 
-std::string card(const ProlineResult& proline) {
+std::string card(const ProteinResult& protein, const ProlineResult& proline) {
   if (!proline.evidence) return "";
   std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
                      escaped("P" + proline.number + " " +
                              (proline.call == Call::none ? "no prediction" : toText(proline.call)));
   if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
   if (proline.callAsReferenced) text += escaped(asReferencedText(proline));
-  text += "</h3>\n" + paragraph(tripletText(proline), "faint");
+  text += "</h3>\n" + paragraph(tripletText(protein, proline), "faint");
   text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
+  for (const std::string& sentence : {nextStep(proline), howOftenRight(proline)})
+    if (!sentence.empty()) text += paragraph(asSentence(sentence));
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
   if (proline.structure)
     text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
@@ -207,8 +222,10 @@ std::string cards(const ProteinResult& protein) {
   std::string text;
   std::vector<std::string> without;
   for (const ProlineResult& proline : protein.prolines) {
-    text += card(proline);
-    if (!proline.evidence) without.push_back("P" + proline.number + " (" + proline.reason + ")");
+    text += card(protein, proline);
+    if (proline.evidence) continue;
+    const std::string step = nextStep(proline);
+    without.push_back("P" + proline.number + " (" + proline.reason + (step.empty() ? "" : ": " + step) + ")");
   }
   if (!text.empty())
     text = "<h2>What speaks for cis, what for trans</h2>\n<div class=\"grid\">\n" + text + "</div>\n";

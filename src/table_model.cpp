@@ -3,11 +3,6 @@
 
 #include "GDB.h"
 
-GDB::GDB(const std::string& file) {
-  loadGDB(file);
-  plaintext = false;
-}
-
 // --- Rows ---------------------------------------------------------------------------------------
 
 int GDB::getEntryCount() const {
@@ -62,6 +57,18 @@ void GDB::addEntry(const std::string& col, const std::string& value) {
 }
 
 // --- Columns ------------------------------------------------------------------------------------
+
+bool GDB::checkFormat(const std::string& item) {
+  const std::string simple = simplifyWhiteSpace(item);
+  if (simple.size() < 2 || simple.front() != '%') return false;
+  const char conversion = simple.back();
+  if (conversion != 's' && conversion != 'd' && conversion != 'f') return false;
+  for (std::size_t i = 1; i + 1 < simple.size(); ++i) {
+    const char c = simple[i];
+    if (!isDigit(c) && c != '-' && c != '.') return false;
+  }
+  return true;
+}
 
 bool GDB::formatHoldsOnce(int i, char letter) const {
   const auto format = columnFormats.find(i);

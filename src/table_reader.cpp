@@ -40,10 +40,6 @@ bool isResidueLetter(char c) {
   return (c >= 'A' && c <= 'Y') || c == 'c' || c == 'p' || c == '?';
 }
 
-bool isConversion(char c) {
-  return c == 's' || c == 'd' || c == 'f';
-}
-
 // A bad table ends the run.
 void exitOn(const std::optional<TableFault>& fault) {
   if (!fault) return;
@@ -62,6 +58,11 @@ struct GDB::ReadState {
   // The cells of a row in the order of their names, and the index of their words in the line.
   std::vector<std::pair<std::string, std::size_t>> cells;
 };
+
+GDB::GDB(const std::string& file) {
+  loadGDB(file);
+  plaintext = false;
+}
 
 void GDB::loadGDB(const std::string& file) {
   exitOn(readFile(file));
@@ -191,14 +192,4 @@ void GDB::passThroughScratch(const std::string& item) {
   const std::size_t size = std::min(item.size(), kScratchSize - 1);
   std::memcpy(formatScratch, item.data(), size);
   formatScratch[size] = '\0';
-}
-
-bool GDB::checkFormat(const std::string& item) {
-  const std::string simple = simplifyWhiteSpace(item);
-  if (simple.size() < 2 || simple.front() != '%' || !isConversion(simple.back())) return false;
-  for (std::size_t i = 1; i + 1 < simple.size(); ++i) {
-    const char c = simple[i];
-    if (!isDigit(c) && c != '-' && c != '.') return false;
-  }
-  return true;
 }

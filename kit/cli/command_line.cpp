@@ -85,36 +85,11 @@ Option Option::showsDefault(const std::string& value) const {
 
 // --- Sub-commands -------------------------------------------------------------------------------
 
-template <class Setting>
-Option Command::addSetting(const std::string& names, Setting& setting, const ValueKind& kind,
-                           const std::string& text) {
-  Option option(app->add_option(names, setting, text));
+Option Command::add(const std::string& names, Setting setting, const ValueKind& kind,
+                    const std::string& text) {
+  Option option(std::visit([&](auto value) { return app->add_option(names, value.get(), text); }, setting));
   option.takes(kind);
   return option;
-}
-
-Option Command::add(const std::string& names, std::string& setting, const ValueKind& kind,
-                    const std::string& text) {
-  return addSetting(names, setting, kind, text);
-}
-
-Option Command::add(const std::string& names, std::vector<std::string>& setting, const ValueKind& kind,
-                    const std::string& text) {
-  return addSetting(names, setting, kind, text);
-}
-
-Option Command::add(const std::string& names, double& setting, const ValueKind& kind,
-                    const std::string& text) {
-  return addSetting(names, setting, kind, text);
-}
-
-Option Command::add(const std::string& names, int& setting, const ValueKind& kind, const std::string& text) {
-  return addSetting(names, setting, kind, text);
-}
-
-Option Command::add(const std::string& names, std::size_t& setting, const ValueKind& kind,
-                    const std::string& text) {
-  return addSetting(names, setting, kind, text);
 }
 
 Option Command::add(const std::string& names, const std::function<void(const std::string&)>& setting,

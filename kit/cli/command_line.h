@@ -9,6 +9,7 @@
 #include <ostream>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace CLI {
@@ -69,15 +70,16 @@ class Option {
 /// A sub-command. The settings that options write to live until the command has run.
 class Command {
  public:
+  /// Where the value of an option goes.
+  using Setting =
+      std::variant<std::reference_wrapper<std::string>, std::reference_wrapper<std::vector<std::string>>,
+                   std::reference_wrapper<double>, std::reference_wrapper<int>,
+                   std::reference_wrapper<std::size_t>>;
+
   explicit Command(CLI::App* added) : app(added) {}
 
   /// Adds an option by its names ("-o,--output"), or an argument (without a dash).
-  Option add(const std::string& names, std::string& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, std::vector<std::string>& setting, const ValueKind& kind,
-             const std::string& text);
-  Option add(const std::string& names, double& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, int& setting, const ValueKind& kind, const std::string& text);
-  Option add(const std::string& names, std::size_t& setting, const ValueKind& kind, const std::string& text);
+  Option add(const std::string& names, Setting setting, const ValueKind& kind, const std::string& text);
   /// The same for a setting that is no text or number: the function is given the value.
   Option add(const std::string& names, const std::function<void(const std::string&)>& setting,
              const ValueKind& kind, const std::string& text);
@@ -89,10 +91,6 @@ class Command {
   void runs(std::function<void()> action);
 
  private:
-  template <class Setting>
-  Option addSetting(const std::string& names, Setting& setting, const ValueKind& kind,
-                    const std::string& text);
-
   CLI::App* app;
 };
 

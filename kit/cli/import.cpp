@@ -1,13 +1,11 @@
 // zorvela-kit import: any shift file to a shift table.
 #include <filesystem>
 #include <limits>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "cli/command_line.h"
@@ -17,6 +15,7 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
+#include "cli/table_names.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -41,47 +40,28 @@ struct ImportArguments {
   ImportOptions options;
 };
 
-/// A letter, digit, or mark that is harmless in a file name.
-bool isPlainInName(char c) {
-  return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == '+' ||
-         static_cast<unsigned char>(c) >= 0x80;
-}
-
-/// What `ls` would show a terminal may be obeyed as well.
-std::string safeName(const std::string& text) {
-  constexpr std::size_t kLongest = 60;
-  std::string name = shown(firstBytes(text, kLongest), '_');
-  for (char& c : name)
-    if (!isPlainInName(c)) c = '_';
-  return name;
-}
-
-/// The file's name without folder, ".gz" and the ending.
-std::string stemOf(const std::string& path) {
-  if (path == "-") return "stdin";
-  fs::path name = fs::path(path).filename();
-  if (equalIgnoringCase(name.extension().string(), ".gz")) name = name.stem();
-  return name.has_stem() ? name.stem().string() : name.string();
-}
-
 // --- Reading ------------------------------------------------------------------------------------
 
 /// The proteins of all files that could be read.
 struct Imported {
   std::vector<Protein> proteins;
+  std::vector<std::string> names;  ///< of their tables
   std::size_t notes = 0;
   std::size_t failures = 0;
 };
 
-Imported readFiles(const ImportArguments& given) {
+Imported readFiles(const ImportArguments& given, const TableNames& names) {
   Imported imported;
   std::optional<Predictor> predictor;
   if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
   Progress progress("import", given.files.size());
-  for (const std::string& file : given.files) {
+  for (std::size_t i = 0; i < given.files.size(); ++i) {
+    const std::string& file = given.files[i];
     try {
       std::vector<ChainNotes> notes;
-      for (Protein& protein : readInput(file, given.options)) {
+      std::vector<Protein> proteins = readInput(file, given.options);
+      for (std::string& name : names.of(i, proteins)) imported.names.push_back(std::move(name));
+      for (Protein& protein : proteins) {
         if (predictor) protein = predictor->corrected(protein);
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
@@ -103,8 +83,8 @@ void writeTable(const std::string& path, const Protein& protein) {
 }
 
 /// Whether all goes to one file or stream, and not to named files in a folder.
-bool isOneStream(const std::string& output, std::size_t tables) {
-  if (output.empty()) return tables == 1;
+bool isOneStream(const std::string& output, const Imported& imported) {
+  if (output.empty()) return imported.proteins.size() + imported.failures == 1;
   if (output == kStandardOutput) return true;
   std::error_code unknown;  // what is wrong with the path is said when it is written
   return output.back() != '/' && !fs::is_directory(output, unknown);
@@ -120,47 +100,9 @@ void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins
   writeTable(path, proteins.front());
 }
 
-/// FILE_CHAIN, with the list where a chain has several.
-std::vector<std::string> tableNames(const std::vector<Protein>& proteins) {
-  std::map<std::pair<std::string, std::string>, int> listsOf;
-  for (const Protein& protein : proteins) ++listsOf[{protein.file, protein.chain}];
-  std::vector<std::string> names;
-  for (const Protein& protein : proteins) {
-    std::string name = stemOf(protein.file);
-    if (!protein.chain.empty()) name += "_" + safeName(protein.chain);
-    if (listsOf[{protein.file, protein.chain}] > 1) name += "_" + safeName(protein.list);
-    names.push_back(name);
-  }
-  return names;
-}
-
-/// Gives every table a name of its own: x, x_2, x_3. Names that differ in case alone are one name to some
-/// file systems.
-void tellApart(std::vector<std::string>& names, const std::vector<Protein>& proteins) {
-  std::unordered_set<std::string> wanted;
-  for (const std::string& name : names) wanted.insert(lower(name));
-  std::unordered_map<std::string, std::size_t> users;
-  std::unordered_map<std::string, int> tries;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    const std::string key = lower(names[i]);
-    const auto [first, isNew] = users.emplace(key, i);
-    if (isNew) continue;
-    std::string other;
-    int& number = tries.emplace(key, 1).first->second;
-    do other = names[i] + "_" + std::to_string(++number);
-    while (!wanted.insert(lower(other)).second);
-    say("note: " + messageName(proteins[i].file, proteins[i].chain) + ": its table is named " + other +
-        ".tab, as " + names[first->second] + ".tab is that of " +
-        messageName(proteins[first->second].file, proteins[first->second].chain));
-    names[i] = other;
-  }
-}
-
 /// Where the tables go; none takes the place of a file that was read.
-std::vector<std::string> tablePaths(const std::string& folder, const std::vector<Protein>& proteins,
+std::vector<std::string> tablePaths(const std::string& folder, const std::vector<std::string>& names,
                                     const InputFiles& inputs) {
-  std::vector<std::string> names = tableNames(proteins);
-  tellApart(names, proteins);
   std::vector<std::string> paths;
   for (const std::string& name : names) {
     paths.push_back((fs::path(folder) / (name + ".tab")).string());
@@ -168,6 +110,12 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
   }
   mustDiffer(paths);
   return paths;
+}
+
+void sayShared(const TableNames& names) {
+  for (const SharedName& one : names.shared())
+    say("note: " + messageName(one.file, "") + ": its table is named " + one.name + ".tab, as " +
+        messageName(one.first, "") + " has the same name");
 }
 
 void makeFolder(const std::string& folder) {
@@ -189,23 +137,25 @@ void sayPaths(const ImportArguments& given, const std::vector<std::string>& path
         counted(proteins[i].shifts.size(), "shift", "shifts") + ")");
 }
 
-void writeTables(const ImportArguments& given, const std::vector<Protein>& proteins,
+void writeTables(const ImportArguments& given, const Imported& imported, const TableNames& names,
                  const InputFiles& inputs) {
-  if (isOneStream(given.output, proteins.size())) {
-    writeOne(given, proteins, inputs);
+  if (isOneStream(given.output, imported)) {
+    writeOne(given, imported.proteins, inputs);
     return;
   }
-  const std::vector<std::string> paths = tablePaths(given.output, proteins, inputs);
+  sayShared(names);
+  const std::vector<std::string> paths = tablePaths(given.output, imported.names, inputs);
   if (!given.output.empty()) makeFolder(given.output);
-  for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], proteins[i]);
-  sayPaths(given, paths, proteins);
+  for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], imported.proteins[i]);
+  sayPaths(given, paths, imported.proteins);
 }
 
 void importFiles(const ImportArguments& given) {
   InputFiles inputs(given.files);
   if (given.rereference) inputs.addFolder(findTables(given.tables));
-  const Imported imported = readFiles(given);
-  if (!imported.proteins.empty()) writeTables(given, imported.proteins, inputs);
+  const TableNames names(given.files);
+  const Imported imported = readFiles(given, names);
+  if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
         counted(imported.proteins.size(), "table", "tables"));

@@ -94,15 +94,19 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
   const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
   std::mutex counting;
+  std::vector<std::string> strangers;
   Progress progress("Reading structures", files.size());
   inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
     failures.guard([&] {
-      const std::vector<Ballot> ballots = votes.ballots(readStructureFile(files[item]));
+      const Ballots ballots = votes.ballots(readStructureFile(files[item]));
       const std::lock_guard<std::mutex> lock(counting);
-      votes.count(ballots);
+      votes.count(ballots.list);
+      if (!ballots.fits) strangers.push_back(files[item]);
     });
     progress.step();
   });
+  std::sort(strangers.begin(), strangers.end());
+  for (const std::string& file : strangers) say("note: " + file + ": fits no entry");
   if (failures.count() == files.size())
     throw Error(settings.structures, 0, "none of its files is a structure that can be used",
                 "name a folder with structures (PDB or mmCIF)");

@@ -11,7 +11,7 @@
 namespace zorvela {
 
 namespace {
-constexpr std::size_t kLongestName = 60;
+constexpr std::size_t kLongestNameShown = 60;
 
 /// A note and the chains that have it.
 struct SharedNote {
@@ -36,7 +36,7 @@ std::vector<SharedNote> sharedNotes(const std::vector<ChainNotes>& chains) {
 std::string nameOf(const std::string& file, const std::vector<std::string>& chains) {
   if (chains.size() == 1) return messageName(file, chains.front());
   std::vector<std::string> names;
-  for (const std::string& chain : chains) names.push_back(printable(chain, kLongestName));
+  for (const std::string& chain : chains) names.push_back(printable(chain, kLongestNameShown));
   return inputName(file) + ", chains " + enumerated(names);
 }
 
@@ -48,7 +48,7 @@ void say(const std::string& text) {
 
 std::string messageName(const std::string& file, const std::string& chain) {
   const std::string name = inputName(file);
-  return chain.empty() ? name : name + ", chain " + printable(chain, kLongestName);
+  return chain.empty() ? name : name + ", chain " + printable(chain, kLongestNameShown);
 }
 
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,

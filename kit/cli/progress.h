@@ -1,8 +1,9 @@
 // What a terminal can show while work goes on.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
-#include <memory>
+#include <mutex>
 #include <string>
 
 namespace zorvela {
@@ -11,7 +12,8 @@ namespace zorvela {
 /// understands control sequences, unless NO_COLOR is set.
 bool wantsColour(const std::string& output);
 
-/// A progress bar on standard error: shown only on a terminal, and only for work above a second.
+/// How far the work is, on standard error ("Predicting 12/340"): shown only on a terminal, and only for work
+/// above a second.
 class Progress {
  public:
   Progress(const std::string& what, std::size_t total);
@@ -22,8 +24,15 @@ class Progress {
   void step();
 
  private:
-  struct State;
-  std::unique_ptr<State> state;
+  using Clock = std::chrono::steady_clock;
+
+  std::string name;
+  std::size_t all;
+  std::size_t done = 0;
+  bool isShown;
+  bool isDrawn = false;
+  Clock::time_point nextDrawing;
+  std::mutex mutex;
 };
 
 }  // namespace zorvela

@@ -153,6 +153,18 @@ void mustFitFormat(const RunSettings& settings) {
     throw Error("--explain goes with --format table; the other formats hold the evidence without it");
 }
 
+/// A pipeline must not pass because no call met a bond.
+void failOnDisagreement(const RunReport& report) {
+  const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
+  if (disagreements > 0) {
+    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
+    throw ReportedFailure();
+  }
+  if (countVerdicts(report, Verdict::agree) + countVerdicts(report, Verdict::mixed) > 0) return;
+  say("no call could be compared with the structures");
+  throw ReportedFailure();
+}
+
 std::vector<std::string> formatNames() {
   std::vector<std::string> names;
   for (const ReportFormat& format : reportFormats()) names.emplace_back(format.name);
@@ -182,11 +194,7 @@ void run(const RunSettings& settings) {
     sayFailures(errors, report.files.size(), "predicted");
     throw ReportedFailure();
   }
-  const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
-  if (settings.failOnDisagreement && disagreements > 0) {
-    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
-    throw ReportedFailure();
-  }
+  if (settings.failOnDisagreement) failOnDisagreement(report);
 }
 
 std::string footer() {
@@ -198,7 +206,7 @@ Structure: cis where |omega| is at most )" +
          fixedText(kTransOmegaFrom, 0) + R"(, twisted between;
 without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
 Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not, or with
---fail-on-disagreement if a proline disagrees.)";
+--fail-on-disagreement if a proline disagrees or none could be compared.)";
 }
 
 }  // namespace
@@ -220,7 +228,7 @@ void addRun(CommandLine& line) {
                   "Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
   command
       .addFlag("--fail-on-disagreement", settings->failOnDisagreement,
-               "End with exit status 1 if the structure of a proline disagrees")
+               "End with exit status 1 if the structure of a proline disagrees, or none could be compared")
       .needs(structure);
   const Option explain =
       command.addFlag("--explain", settings->explain,

@@ -5,7 +5,6 @@
 #include <io.h>
 #include <windows.h>
 #else
-#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -24,24 +23,12 @@ bool isCapableTerminal(StandardStream stream) {
          SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
-int terminalColumns(StandardStream stream) {
-  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(static_cast<int>(stream)));
-  CONSOLE_SCREEN_BUFFER_INFO info{};
-  if (GetConsoleScreenBufferInfo(console, &info) == 0) return 0;
-  return info.srWindow.Right - info.srWindow.Left + 1;
-}
-
 #else
 
 bool isCapableTerminal(StandardStream stream) {
   const char* term = std::getenv("TERM");
   return isatty(static_cast<int>(stream)) != 0 && term != nullptr && std::strcmp(term, "dumb") != 0 &&
          *term != '\0';
-}
-
-int terminalColumns(StandardStream stream) {
-  struct winsize size {};
-  return ioctl(static_cast<int>(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 #endif

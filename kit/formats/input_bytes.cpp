@@ -1,37 +1,46 @@
 #include "formats/input_bytes.h"
 
+#include <cerrno>
+#include <filesystem>
+#include <memory>
 #include <system_error>
-
-#include "util/read_whole.h"
-#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
-FileError unreadable(const std::string& file, const std::error_code& error) {
-  if (error == std::errc::file_too_large) return inputError(InputFault::tooLarge, file);
-  if (error == std::errc::is_a_directory)
-    return {file, 0, "is a folder", "name the files in it, such as " + file + "/*"};
-  return {file, 0, "cannot be read: " + error.message(), "check the name and the permissions"};
+FileError unreadable(const std::string& file) {
+  const std::string cause = std::generic_category().message(errno);
+  return {file, 0, "cannot be read: " + cause, "check the name and the permissions"};
+}
+
+std::string readAll(std::FILE* stream, std::size_t most, const std::string& file) {
+  constexpr std::size_t kChunk = std::size_t{1} << 16;
+  std::string bytes;
+  char chunk[kChunk];
+  while (bytes.size() <= most) {
+    const std::size_t count = std::fread(chunk, 1, sizeof chunk, stream);
+    if (count == 0) break;
+    bytes.append(chunk, count);
+  }
+  if (std::ferror(stream) != 0) throw unreadable(file);
+  if (bytes.size() > kLargestInput) throw inputError(InputFault::tooLarge, file);
+  return bytes;
 }
 
 }  // namespace
 
-std::string fileBytes(const std::string& path) {
-  try {
-    return readWhole(path, kLargestInput);
-  } catch (const std::system_error& e) {
-    throw unreadable(path, e.code());
-  }
+std::string fileBytes(const std::string& path, std::size_t most) {
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown))
+    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) throw unreadable(path);
+  return readAll(file.get(), most, path);
 }
 
 std::string streamBytes(std::FILE* stream, const std::string& file) {
-  try {
-    return readWhole(stream, kLargestInput);
-  } catch (const std::system_error& e) {
-    throw unreadable(file, e.code());
-  }
+  return readAll(stream, kLargestInput, file);
 }
 
 bool isGzipped(const std::string& bytes) {

@@ -18,9 +18,9 @@ enum class InputFault { unreadable, damagedGzip, cutGzip, tooLarge, noMemory };
 /// The error that says so of a file.
 FileError inputError(InputFault fault, const std::string& file);
 
-/// The bytes of a file as they stand. FileError for a folder, a file that cannot be read or above
-/// `kLargestInput`.
-std::string fileBytes(const std::string& path);
+/// The bytes of a file as they stand, of one above `most` bytes only a little more. FileError for a folder, a
+/// file that cannot be read or above `kLargestInput`.
+std::string fileBytes(const std::string& path, std::size_t most = kLargestInput);
 
 /// The rest of a stream as it stands. `file` is how messages name it. FileError as above.
 std::string streamBytes(std::FILE* stream, const std::string& file);

@@ -15,10 +15,10 @@ void checkLimit(std::size_t count, const Limit& limit, const std::string& file, 
 }
 
 std::string nameOf(std::string text, std::vector<std::string>& notes) {
-  if (text.size() <= kLongestName) return text;
-  const std::string note = "names of more than " + std::to_string(kLongestName) + " characters are cut";
+  if (text.size() <= kLongestNameKept) return text;
+  const std::string note = "names of more than " + std::to_string(kLongestNameKept) + " characters are cut";
   if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
-  return printable(text, kLongestName);
+  return printable(text, kLongestNameKept);
 }
 
 }  // namespace zorvela

@@ -23,10 +23,8 @@ inline constexpr std::size_t kLongestSequence = 40000;
 /// Of all chains that a file describes, and in all tables that are made from it, gaps included.
 inline constexpr std::size_t kMostResidues = 100000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
-/// Each chain may be asked for in each list.
-inline constexpr std::size_t kMostChainsTimesLists = 10000;
 /// Names of chains, lists and molecules are cut after so many bytes.
-inline constexpr std::size_t kLongestName = 200;
+inline constexpr std::size_t kLongestNameKept = 200;
 
 /// The most of something that a file may have, and the words of the message beyond it.
 struct Limit {
@@ -53,6 +51,9 @@ inline constexpr Limit kBondEnds =   {100000, "has", "ends of disulfide bonds in
 inline constexpr Limit kLists =      {kMostListsOrChains, "has", "shift lists", kOneProteinRemedy};
 inline constexpr Limit kShiftRows =  {kMostShiftRows, "has", "shift rows", kOneProteinRemedy};
 inline constexpr Limit kModels =     {10000, "has", "models", "give a part of them"};
+inline constexpr Limit kChainsTimesLists = {10000, "has", "chains times shift lists", kOneProteinRemedy};
+inline constexpr Limit kSequence =   {kLongestSequence, "has a sequence of", "residues", "no protein is that long: check the file"};
+inline constexpr Limit kResiduesMade = {kMostResidues, "makes", "residues in all tables together", "choose a chain and a list, or split the file"};
 // clang-format on
 
 /// For a file of so many bytes. A residue with one atom takes up to 1 kB of memory, of text at least some 15
@@ -66,7 +67,7 @@ constexpr Limit structureResidues(std::size_t bytes) {
 /// FileError for more than the limit; `file` is how messages name it, `line` where the first too many is.
 void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
 
-/// A name of a chain, list or molecule: one above `kLongestName` bytes is cut, with a note.
+/// A name of a chain, list or molecule: one above `kLongestNameKept` bytes is cut, with a note.
 std::string nameOf(std::string text, std::vector<std::string>& notes);
 
 }  // namespace zorvela

@@ -64,7 +64,6 @@ struct FileShift {
   std::string atom;         ///< as the file writes it
   std::string value;        ///< ppm, as the file writes it; empty where it gives none
   std::string ambiguity;    ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
-  std::string element;      ///< of the atom, "C"; empty where the file gives none
   double occupancy = 1;
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };

@@ -18,6 +18,14 @@ namespace {
 constexpr std::size_t kLargestTable = 400000 + kLongestSequence;
 constexpr std::array<const char*, 4> kColumns = {"RESID", "RESNAME", "ATOMNAME", "SHIFT"};
 
+std::string_view firstTableWord(std::string_view line) {
+  std::size_t start = 0;
+  while (start < line.size() && GDB::isSpace(line[start])) ++start;
+  std::size_t end = start;
+  while (end < line.size() && !GDB::isSpace(line[end])) ++end;
+  return line.substr(start, end - start);
+}
+
 std::size_t countWords(std::string_view line) {
   std::size_t count = 0;
   for (std::size_t i = 0; i < line.size(); ++i)
@@ -62,14 +70,6 @@ void checkColumns(const GDB& table, const std::string& file) {
 }
 
 }  // namespace
-
-std::string_view firstTableWord(std::string_view line) {
-  std::size_t start = 0;
-  while (start < line.size() && GDB::isSpace(line[start])) ++start;
-  std::size_t end = start;
-  while (end < line.size() && !GDB::isSpace(line[end])) ++end;
-  return line.substr(start, end - start);
-}
 
 std::size_t tableSize(std::string_view text) {
   std::size_t size = 0;

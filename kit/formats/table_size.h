@@ -10,7 +10,4 @@ namespace zorvela {
 /// 100 bytes in the table. The name of a column counts three times, for its format.
 std::size_t tableSize(std::string_view text);
 
-/// Gives the first word of a line.
-std::string_view firstTableWord(std::string_view line);
-
 }  // namespace zorvela

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <sstream>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -25,99 +26,60 @@ ResidueReading modified(char letter) {
   return type;
 }
 
-ResidueReading hydroxyproline() {
-  ResidueReading type = modified(kProlineCode);
-  type.isHydroxyproline = true;
-  return type;
+/// Names of one letter.
+struct Names {
+  char letter;
+  std::string_view names;  ///< between blanks
+};
+
+// Names that NMR programs give to the usual residues (charge or tautomer in the name).
+constexpr Names kProgramNames[] = {{'R', "ARG+"},
+                                   {'K', "LYS+ LYN"},
+                                   {'D', "ASP- ASH"},
+                                   {'E', "GLU- GLH"},
+                                   {'H', "HIS+ HIST HID HIE HIP HSD HSE HSP"},
+                                   {'P', "CPRO"}};
+
+// Names written out, as spreadsheets have them.
+constexpr Names kWrittenOut[] = {
+    {'A', "ALANINE"},   {'R', "ARGININE"},      {'N', "ASPARAGINE"}, {'D', "ASPARTATE"}, {'C', "CYSTEINE"},
+    {'Q', "GLUTAMINE"}, {'E', "GLUTAMATE"},     {'G', "GLYCINE"},    {'H', "HISTIDINE"}, {'I', "ISOLEUCINE"},
+    {'L', "LEUCINE"},   {'K', "LYSINE"},        {'M', "METHIONINE"}, {'P', "PROLINE"},   {'S', "SERINE"},
+    {'T', "THREONINE"}, {'F', "PHENYLALANINE"}, {'W', "TRYPTOPHAN"}, {'Y', "TYROSINE"},  {'V', "VALINE"}};
+
+// Modified residues by their parent, for which the library has none or another letter.
+constexpr Names kModified[] = {{'A', "AYA"},     {'C', "SEC"},         {'D', "BHD"},    {'H', "DDE"},
+                               {'K', "LYZ PYL"}, {'R', "2MR DA2 NMM"}, {'W', "BTR HTR"}};
+
+// Residues that the library files under a parent whose shifts are nothing like theirs: other side chains at
+// CB, no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
+constexpr std::string_view kUnlikeTheirParent =
+    "ABA AIB ALC BMT CR2 CR8 CRF CRO CRQ CSH DAB DHA FGA GHP GYS IAS MDO NLE NRQ ORN";
+
+std::unordered_map<std::string, ResidueReading> makeOwnNames() {
+  std::unordered_map<std::string, ResidueReading> names;
+  const auto add = [&names](std::string_view list, const ResidueReading& type) {
+    std::istringstream words{std::string(list)};
+    for (std::string name; words >> name;) names.emplace(name, type);
+  };
+  for (const Names& one : kProgramNames) add(one.names, {one.letter});
+  for (const Names& one : kWrittenOut) add(one.names, {one.letter});
+  for (const Names& one : kModified) add(one.names, modified(one.letter));
+  add(kUnlikeTheirParent, {});
+  add("CYSS CYX", {'C', false, false, Thiol::disulfide});
+  add("CYSH CYM CYS-", {'C', false, false, Thiol::notDisulfide});
+  names.emplace("ASPARTIC ACID", ResidueReading{'D'});
+  names.emplace("GLUTAMIC ACID", ResidueReading{'E'});
+  // The ring of hydroxyproline has other shifts than that of proline.
+  ResidueReading hydroxyproline = modified(kProlineCode);
+  hydroxyproline.isHydroxyproline = true;
+  add("HYP HY3", hydroxyproline);
+  return names;
 }
 
 /// Names that the library's table leaves out, or that are read in another way than it does.
 const std::unordered_map<std::string, ResidueReading>& ownNames() {
-  static const std::unordered_map<std::string, ResidueReading> names = {
-      // Names that NMR programs give to the usual residues (charge, tautomer or thiol state in the name).
-      {"CYSS", {'C', false, false, Thiol::disulfide}},
-      {"CYX", {'C', false, false, Thiol::disulfide}},
-      {"CYSH", {'C', false, false, Thiol::notDisulfide}},
-      {"CYM", {'C', false, false, Thiol::notDisulfide}},
-      {"CYS-", {'C', false, false, Thiol::notDisulfide}},
-      {"ARG+", {'R'}},
-      {"LYS+", {'K'}},
-      {"LYN", {'K'}},
-      {"ASP-", {'D'}},
-      {"ASH", {'D'}},
-      {"GLU-", {'E'}},
-      {"GLH", {'E'}},
-      {"HIS+", {'H'}},
-      {"HIST", {'H'}},
-      {"HID", {'H'}},
-      {"HIE", {'H'}},
-      {"HIP", {'H'}},
-      {"HSD", {'H'}},
-      {"HSE", {'H'}},
-      {"HSP", {'H'}},
-      {"CPRO", {'P'}},
-      // Names written out, as spreadsheets have them.
-      {"ALANINE", {'A'}},
-      {"ARGININE", {'R'}},
-      {"ASPARAGINE", {'N'}},
-      {"ASPARTATE", {'D'}},
-      {"ASPARTIC ACID", {'D'}},
-      {"CYSTEINE", {'C'}},
-      {"GLUTAMINE", {'Q'}},
-      {"GLUTAMATE", {'E'}},
-      {"GLUTAMIC ACID", {'E'}},
-      {"GLYCINE", {'G'}},
-      {"HISTIDINE", {'H'}},
-      {"ISOLEUCINE", {'I'}},
-      {"LEUCINE", {'L'}},
-      {"LYSINE", {'K'}},
-      {"METHIONINE", {'M'}},
-      {"PHENYLALANINE", {'F'}},
-      {"PROLINE", {'P'}},
-      {"SERINE", {'S'}},
-      {"THREONINE", {'T'}},
-      {"TRYPTOPHAN", {'W'}},
-      {"TYROSINE", {'Y'}},
-      {"VALINE", {'V'}},
-      // Modified residues by their parent, for which the library has none or another letter.
-      {"2MR", modified('R')},
-      {"AYA", modified('A')},
-      {"BHD", modified('D')},
-      {"BTR", modified('W')},
-      {"DA2", modified('R')},
-      {"DDE", modified('H')},
-      {"HTR", modified('W')},
-      {"LYZ", modified('K')},
-      {"NMM", modified('R')},
-      {"PYL", modified('K')},
-      {"SEC", modified('C')},
-      // Hydroxyproline: its ring has other shifts than that of proline.
-      {"HYP", hydroxyproline()},
-      {"HY3", hydroxyproline()},
-      // Residues that the library files under a parent whose shifts are nothing like theirs: other side
-      // chains at CB, no alpha proton, a peptide bond through the side chain, or three residues fused to a
-      // chromophore.
-      {"ABA", {}},
-      {"AIB", {}},
-      {"ALC", {}},
-      {"BMT", {}},
-      {"CR2", {}},
-      {"CR8", {}},
-      {"CRF", {}},
-      {"CRO", {}},
-      {"CRQ", {}},
-      {"CSH", {}},
-      {"DAB", {}},
-      {"DHA", {}},
-      {"FGA", {}},
-      {"GHP", {}},
-      {"GYS", {}},
-      {"IAS", {}},
-      {"MDO", {}},
-      {"NLE", {}},
-      {"NRQ", {}},
-      {"ORN", {}},
-  };
+  static const std::unordered_map<std::string, ResidueReading> names = makeOwnNames();
   return names;
 }
 
@@ -182,31 +144,11 @@ bool isIonOrWater(std::string_view name) {
 }
 
 std::string threeLetterName(char code) {
-  static const std::unordered_map<char, std::string> names = {{'A', "ALA"},
-                                                              {'C', "CYS"},
-                                                              {'D', "ASP"},
-                                                              {'E', "GLU"},
-                                                              {'F', "PHE"},
-                                                              {'G', "GLY"},
-                                                              {'H', "HIS"},
-                                                              {'I', "ILE"},
-                                                              {'K', "LYS"},
-                                                              {'L', "LEU"},
-                                                              {'M', "MET"},
-                                                              {'N', "ASN"},
-                                                              {'P', "PRO"},
-                                                              {'Q', "GLN"},
-                                                              {'R', "ARG"},
-                                                              {'S', "SER"},
-                                                              {'T', "THR"},
-                                                              {'V', "VAL"},
-                                                              {'W', "TRP"},
-                                                              {'Y', "TYR"},
-                                                              {'U', "SEC"},
-                                                              {'O', "PYL"},
-                                                              {kDisulfideCysteine, "CYSS"}};
-  const auto name = names.find(code);
-  return name != names.end() ? name->second : std::string();
+  if (code == kDisulfideCysteine) return "CYSS";
+  constexpr std::string_view kLetters = "ACDEFGHIKLMNPQRSTVWYUO";
+  constexpr std::string_view kNames = "ALACYSASPGLUPHEGLYHISILELYSLEUMETASNPROGLNARGSERTHRVALTRPTYRSECPYL";
+  const std::size_t index = kLetters.find(code);
+  return index == std::string_view::npos ? std::string() : std::string(kNames.substr(3 * index, 3));
 }
 
 bool isOtherMolecule(std::string_view name) {

@@ -8,10 +8,10 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "formats/input_bytes.h"
 #include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
-#include "util/read_whole.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -91,13 +91,11 @@ constexpr std::size_t kMostWords = 3000;
   throw TableError(path, 0, "is too large for a reference table", "");
 }
 
-/// The whole text of a file; a read error is not its end.
 std::string textOf(const std::string& path) {
   try {
-    return readWhole(path, kMostBytes);
-  } catch (const std::system_error& e) {
-    if (e.code() == std::errc::file_too_large) throwTooLarge(path);
-    throw TableError(path, 0, e.code().message(), "");
+    return fileBytes(path, kMostBytes);
+  } catch (const FileError& e) {
+    throw TableError(e.what());
   }
 }
 

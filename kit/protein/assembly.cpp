@@ -79,25 +79,6 @@ struct Outcome {
 
 // --- What the file holds ------------------------------------------------------------------------
 
-void checkAtMost(std::size_t count, std::size_t most, const std::string& things, const std::string& path,
-                 const std::string& remedy) {
-  if (count > most) throw FileError(path, 0, "has more than " + std::to_string(most) + " " + things, remedy);
-}
-
-void checkSize(const ShiftFile& file, const std::string& path) {
-  const char* const kSplit = "split it into one file per protein";
-  std::size_t rows = 0;
-  for (const FileShiftList& list : file.lists) rows += list.shifts.size();
-  checkAtMost(rows, kMostShiftRows, "shift rows", path, kSplit);
-  checkAtMost(std::max(file.lists.size(), file.chains.size()), kMostListsOrChains, "chains or shift lists",
-              path, kSplit);
-  if (file.lists.size() * file.chains.size() > kMostChainsTimesLists)
-    throw FileError(path, 0,
-                    "has " + std::to_string(file.lists.size()) + " shift lists and " +
-                        std::to_string(file.chains.size()) + " chains",
-                    kSplit);
-}
-
 std::vector<std::vector<ShiftRows>> groupRows(const ShiftFile& file) {
   std::vector<std::vector<ShiftRows>> rows;
   for (const FileShiftList& list : file.lists) {
@@ -275,7 +256,7 @@ Protein proteinOf(const FileChain& chain, const ChainSequence& sequence, const s
 /// The proteins of a chain, one for each list.
 void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcome& outcome) {
   const FileChain& chain = entry.file.chains[c];
-  checkLength(chain.residues.size(), entry.path);
+  checkLimit(chain.residues.size(), limits::kSequence, entry.path);
   std::vector<std::string> notes;
   const ChainSequence sequence = makeSequence(chain, allRowsOf(c, entry), notes);
   for (const std::size_t l : lists) {
@@ -324,7 +305,7 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
 
 std::vector<Protein> proteinsOf(const ShiftFile& file, const std::string& path,
                                 const ImportOptions& options) {
-  checkSize(file, path);
+  checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
   entry.lists = wantedLists(options.lists, file, path);
@@ -346,10 +327,7 @@ std::vector<Protein> proteinsOf(const ShiftFile& file, const std::string& path,
 void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path) {
   std::size_t residues = 0;
   for (const Protein& protein : proteins) residues += protein.sequence.size();
-  if (residues > kMostResidues)
-    throw FileError(path, 0,
-                    "makes more than " + std::to_string(kMostResidues) + " residues in all tables together",
-                    "choose a chain and a list, or split the file");
+  checkLimit(residues, limits::kResiduesMade, path);
 }
 
 std::vector<Protein> makeProteins(const ShiftFile& file, const std::string& path,

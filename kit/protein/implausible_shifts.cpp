@@ -1,22 +1,29 @@
 #include "protein/implausible_shifts.h"
 
+#include <string>
+#include <vector>
+
 #include "names/plausible_shifts.h"
 #include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
 
-std::vector<std::string> implausibleShifts(const Protein& protein) {
-  std::vector<std::string> found;
+void noteImplausible(Protein& protein) {
+  constexpr std::size_t kLongestNote = 1000;
+  std::vector<std::string> shifts;
   for (const Shift& shift : protein.shifts) {
     const auto index = static_cast<std::size_t>(shift.position) - 1;
     const char residue = protein.sequence[index];
     if (isPlausible(residue, shift.atom, shift.ppm)) continue;
     const PlausibleRange range = plausibleRange(residue, shift.atom);
-    found.push_back(std::string(nameOf(shift.atom)) + " of " + residue + protein.numbers[index] + " at " +
-                    shiftText(shift) + " ppm (" + fixedText(range.low, 1) + " to " +
-                    fixedText(range.high, 1) + ")");
+    shifts.push_back(std::string(nameOf(shift.atom)) + " of " + residue + protein.numbers[index] + " at " +
+                     shiftText(shift) + " ppm (" + fixedText(range.low, 1) + " to " +
+                     fixedText(range.high, 1) + ")");
   }
-  return found;
+  if (shifts.empty()) return;
+  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
+                          printable(enumerated(shifts), kLongestNote));
 }
 
 }  // namespace zorvela

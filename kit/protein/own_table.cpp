@@ -46,7 +46,7 @@ struct TableSequence {
 TableSequence statedSequence(const GDB& table, const std::string& file) {
   TableSequence sequence;
   sequence.first = table.firstSeqResid;
-  checkLength(table.residNames.size(), file);
+  checkLimit(table.residNames.size(), limits::kSequence, file);
   if (sequence.first > std::numeric_limits<int>::max() - static_cast<int>(table.residNames.size()))
     throw FileError(file, 0, "FIRST_RESID " + std::to_string(sequence.first) + " is too large",
                     "give the number of the first residue");
@@ -72,7 +72,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
   TableSequence sequence;
   sequence.first = letters.begin()->first;
   const long length = static_cast<long>(letters.rbegin()->first) - sequence.first + 1;
-  checkLength(static_cast<std::size_t>(length), file);
+  checkLimit(static_cast<std::size_t>(length), limits::kSequence, file);
   sequence.letters.assign(static_cast<std::size_t>(length), kUnknownResidue);
   for (const auto& [resid, letter] : letters)
     sequence.letters[static_cast<std::size_t>(static_cast<long>(resid) - sequence.first)] = letter;

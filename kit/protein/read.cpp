@@ -15,15 +15,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kLongestNote = 1000;
-
-void noteImplausible(Protein& protein) {
-  const std::vector<std::string> shifts = implausibleShifts(protein);
-  if (shifts.empty()) return;
-  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
-                          printable(enumerated(shifts), kLongestNote));
-}
-
 std::vector<Protein> readEntry(const Source& source, const ImportOptions& options) {
   std::vector<Protein> proteins = makeProteins(readSource(source), source.file, options);
   for (Protein& protein : proteins) noteImplausible(protein);

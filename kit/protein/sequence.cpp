@@ -237,12 +237,6 @@ const std::string& keyOf(const FileShift& row) {
   return row.key.empty() ? row.number : row.key;
 }
 
-void checkLength(std::size_t residues, const std::string& path) {
-  if (residues > kLongestSequence)
-    throw FileError(path, 0, "has a sequence of more than " + std::to_string(kLongestSequence) + " residues",
-                    "no protein is that long: check the file");
-}
-
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
   NameCounts counts;
   for (const FileResidue& residue : chain.residues) counts.add(residue.name);

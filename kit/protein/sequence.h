@@ -38,9 +38,6 @@ struct ChainSequence {
 /// Missing residues between two numbers become "?".
 ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes);
 
-/// FileError for a sequence of more residues than any protein has.
-void checkLength(std::size_t residues, const std::string& path);
-
 /// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows);
 

@@ -110,7 +110,6 @@ struct Collected {
   std::map<std::string, std::size_t> outside;                   ///< rows by number
   std::map<std::pair<int, std::string>, std::size_t> misnamed;  ///< rows by residue and their name for it
   std::map<std::string, std::vector<std::string>> ambiguous;    ///< atoms by BMRB code
-  std::vector<std::string> otherElements;
   std::vector<std::string> pseudo;
   std::vector<std::string> older;
   std::vector<std::string> foreign;
@@ -125,27 +124,6 @@ struct Collected {
 
 void addOnce(std::vector<std::string>& items, const std::string& item) {
   if (items.empty() || items.back() != item) items.push_back(item);
-}
-
-/// Whether the column of the elements holds names of atoms: it says nothing then.
-bool doElementsRepeatNames(const ShiftRows& rows) {
-  return std::any_of(rows.begin(), rows.end(), [](const FileShift* row) {
-    return equalIgnoringCase(row->element, row->atom) && atomNamed(upper(row->atom)) &&
-           row->atom.size() > 1 && !equalIgnoringCase(row->atom, "CA");
-  });
-}
-
-/// Whether an atom is of another element than its name says: the CA of calcium. Deuterium is hydrogen here,
-/// and so are the pseudo atoms (QA).
-bool isOfOtherElement(const FileShift& row, const AtomReading& atom) {
-  const std::string element = upper(row.element);
-  const auto first = std::find_if(element.begin(), element.end(), isLetter);  // 13C
-  if (first == element.end()) return false;
-  const std::string symbol(first, element.end());
-  const std::string name(atom.isInTable() ? nameOf(atom.atom) : upper(row.atom));
-  const auto own = std::find_if(name.begin(), name.end(), isLetter);  // 1HA
-  if (own == name.end()) return false;
-  return symbol != std::string(1, *own) && !(*own == 'H' && (symbol == "D" || symbol == "T"));
 }
 
 // The hydroxyl group moves CG of hydroxyproline to 70 ppm and CB along with it: no proline is alike.
@@ -206,18 +184,13 @@ void offerAtoms(const AtomReading& atom, Candidate candidate, const FileShift& r
 }
 
 /// A row whose residue is known.
-void take(const FileShift& row, int position, bool hasElement, const ChainResidue& residue,
-          Collected& found) {
+void take(const FileShift& row, int position, const ChainResidue& residue, Collected& found) {
   const AtomReading atom = readAtom(residue.type.letter, row.atom);
   if (atom.kind == AtomReading::Kind::other) {
     ++found.otherAtoms;
     return;
   }
   const std::string numbered = residue.number + " " + row.atom;
-  if (hasElement && isOfOtherElement(row, atom)) {
-    addOnce(found.otherElements, numbered + " (" + row.element + ")");
-    return;
-  }
   auto shift = usableShift(row, numbered, found);
   if (!shift) return;
   if (atom.kind == AtomReading::Kind::foreign) {
@@ -239,7 +212,6 @@ void take(const FileShift& row, int position, bool hasElement, const ChainResidu
 
 Collected collect(const ShiftRows& rows, long offset, const ChainSequence& sequence) {
   Collected found;
-  const bool haveElements = !doElementsRepeatNames(rows);
   for (const FileShift* row : rows) {
     if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
     const int position = placeOf(*row, sequence, offset);
@@ -248,7 +220,7 @@ Collected collect(const ShiftRows& rows, long offset, const ChainSequence& seque
     else if (!fits(*row, sequence.at(position)))
       ++found.misnamed[{position, row->residueName}];
     else
-      take(*row, position, haveElements && !row->element.empty(), sequence.at(position), found);
+      take(*row, position, sequence.at(position), found);
   }
   return found;
 }
@@ -298,7 +270,6 @@ void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
   const auto add = [&](const char* text, const std::vector<std::string>& atoms) {
     if (!atoms.empty()) notes.push_back(text + enumerated(atoms));
   };
-  add("atoms of another element than their name says, left out: ", found.otherElements);
   for (const auto& [code, atoms] : found.ambiguous)
     notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                     ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));

@@ -1,7 +1,6 @@
 // The results as CSV: RFC 4180, with line feeds.
 #include <ostream>
 
-#include "report/fields.h"
 #include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -33,11 +32,6 @@ class Line {
     isFirst = false;
     out << std::visit(CellText(), value);
   }
-  template <class Item>
-  void add(const std::vector<Field<Item>>& fields, const Item& item) {
-    for (const Field<Item>& field : fields)
-      if (field.isInCsv()) add(field.valueOf(item));
-  }
 
  private:
   std::ostream& out;
@@ -62,12 +56,7 @@ void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
   }
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     Line line(out);
-    line.add(proteinFields(), protein);
-    line.add(prolineFields(), proline);
-    line.add(offsetColumns(), protein);
-    line.add(evidenceColumns(), proline);
-    if (proline.structure) line.add(structureFields(), *proline.structure);
-    line.add(asReferencedColumns(), proline);
+    for (const Value& value : csvRow(protein, proline)) line.add(value);
   });
   forEachError(report, [&](const FileReport& file) {
     Line line(out);

@@ -210,6 +210,21 @@ std::vector<std::string> csvColumns(bool withStructures) {
   return names;
 }
 
+std::vector<Value> csvRow(const ProteinResult& protein, const ProlineResult& proline) {
+  std::vector<Value> row;
+  const auto addValues = [&](const auto& fields, const auto& item) {
+    for (const auto& field : fields)
+      if (field.isInCsv()) row.push_back(field.valueOf(item));
+  };
+  addValues(proteinFields(), protein);
+  addValues(prolineFields(), proline);
+  addValues(offsetColumns(), protein);
+  addValues(evidenceColumns(), proline);
+  if (proline.structure) addValues(structureFields(), *proline.structure);
+  addValues(asReferencedColumns(), proline);
+  return row;
+}
+
 const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom) {
   for (const ReferencingOffset& offset : protein.offsets)
     if (offset.atom == atom) return &offset;

@@ -5,15 +5,12 @@
 #include <array>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "zorvela/predict.h"
+#include "zorvela/report.h"
 
 namespace zorvela {
-
-/// What a field holds: nothing, a count, a number or a text.
-using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
 
 Value orNothing(const std::string& text);
 /// JSON has no infinity and no "not a number".
@@ -56,9 +53,6 @@ const std::vector<Field<ShiftContribution>>& shiftFields();
 const std::vector<Field<NextShift>>& nextFields();
 /// Of one referencing offset, in JSON alone.
 const std::vector<Field<ReferencingOffset>>& offsetFields();
-
-/// The names of all columns of a CSV file, in their order.
-std::vector<std::string> csvColumns(bool withStructures);
 
 /// The offset of an atom; nullptr where the chain has none.
 const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom);

@@ -119,7 +119,10 @@ std::string answer(const ProteinResult& protein) {
   if (countOf(protein, Call::undecided) > 0) text += " Undecided: " + namesOf(protein, Call::undecided) + ".";
   if (hasFindings(protein)) {
     const std::string sentence = structureSentence(protein);
-    text += " " + (sentence.empty() ? "No call could be compared with a structure." : sentence);
+    const std::string mixed = namesOf(protein, Verdict::mixed);
+    if (!sentence.empty()) text += " " + sentence;
+    if (!mixed.empty()) text += " Models contradict each other: " + mixed + ".";
+    if (sentence.empty() && mixed.empty()) text += " No call could be compared with a structure.";
   }
   return text;
 }
@@ -208,9 +211,15 @@ std::string card(const ProteinResult& protein, const ProlineResult& proline) {
   for (const std::string& sentence : {nextStep(proline), howOftenRight(proline)})
     if (!sentence.empty()) text += paragraph(asSentence(sentence));
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
-  if (proline.structure)
+  if (proline.structure) {
     text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
             escaped(proline.structure->sentence) + "</p>\n";
+    std::vector<std::string> each;
+    for (const StructureFinding& one : inEachStructure(*proline.structure))
+      each.push_back(one.sites.front().file + ": " +
+                     (one.call == StructureCall::none ? "no bond" : seenText(one)));
+    if (!each.empty()) text += bulletList(each);
+  }
   text += evidencePicture(proline);
   if (hasCorrected(*proline.evidence)) text += paragraph("° Corrected for the referencing.", "faint");
   if (hasClipped(*proline.evidence))
@@ -235,15 +244,24 @@ std::string cards(const ProteinResult& protein) {
 }
 
 std::string geometry(const StructureFinding& finding) {
+  if (finding.call == StructureCall::mixed) return modelsText(finding);
   if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
   const auto step = meanCaToCa(finding);
   return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
 }
 
+/// Chain and number in the structure.
+std::string placesText(const StructureFinding& finding) {
+  std::vector<std::string> places;
+  for (const BondSite& site : finding.sites)
+    places.push_back((site.chain.empty() ? "" : site.chain + " ") + site.number);
+  return places.empty() ? "–" : escaped(enumerated(places, 4));
+}
+
 Cells structureCells(const StructureFinding& finding) {
   const std::string verdict = toText(finding.verdict);
   return {finding.call == StructureCall::none ? "–" : toText(finding.call), geometry(finding),
-          finding.verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict};
+          placesText(finding), finding.verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict};
 }
 
 Cells tableRow(const ProlineResult& proline) {
@@ -272,9 +290,9 @@ std::string table(const ProteinResult& protein) {
   Cells titles = {"Proline",          "Before",           "After", "CG (ppm)", "P_CIS", "P_CIS_NORM", "Call",
                   "Strongest (nats)", "Next shift (bits)"};
   const bool withStructure = hasFindings(protein);
-  if (withStructure) titles.insert(titles.end(), {"Structure", "|omega|", "Verdict"});
+  if (withStructure) titles.insert(titles.end(), {"Structure", "|omega|", "There", "Verdict"});
   Cells classes(titles.size());
-  if (withStructure) classes[titles.size() - 2] = "r x";
+  if (withStructure) classes[titles.size() - 3] = "r x";
   std::vector<Cells> rows;
   for (const ProlineResult& proline : protein.prolines) {
     rows.push_back(tableRow(proline));

@@ -103,12 +103,13 @@ Json toJson(const BondSite& site) {
 }
 
 Json toJson(const ChainMatch& match) {
-  return {{"file", match.file},           {"chain", textOrNull(match.chain)}, {"aligned", match.aligned},
-          {"identical", match.identical}, {"mismatches", match.mismatches},   {"missing", match.missing}};
-}
-
-Json toJson(const std::string& text) {
-  return text;
+  return {{"file", match.file},
+          {"chain", textOrNull(match.chain)},
+          {"aligned", match.aligned},
+          {"identical", match.identical},
+          {"mismatches", match.mismatches},
+          {"missing", match.missing},
+          {"residues", textOrNull(match.residues)}};
 }
 
 Json toJson(const ProteinStructure& structure) {
@@ -141,20 +142,6 @@ Json toJson(const ProlineResult& proline) {
   return object;
 }
 
-Json toJson(const ProteinResult& protein, bool withStructures) {
-  Json object = toJson(proteinFields(), protein);
-  object["referencing"] = toJson(offsetFields(), protein.offsets);
-  object["prolines"] = Json::array();
-  for (const ProlineResult& proline : protein.prolines) object["prolines"].push_back(toJson(proline));
-  object["notes"] = protein.notes;
-  for (const std::string& aside : protein.asides) object["notes"].push_back(aside);
-  if (withStructures) {
-    object["matches"] = arrayOf(protein.matches);
-    object["structure_notes"] = protein.structureNotes;
-  }
-  return object;
-}
-
 Json thresholds(bool withStructures) {
   const JsonValue number;
   Json object = {{"cis_from", number(kCisFrom)}, {"trans_up_to", number(kTransUpTo)}};
@@ -165,79 +152,102 @@ Json thresholds(bool withStructures) {
   return object;
 }
 
-// --- The document, one protein after the other, as all of them at once take much memory
-// ---------------------
+// --- The document -------------------------------------------------------------------------------
 
-constexpr int kIndent = 2;
-
-/// A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing is
-/// lost: other characters are escaped.
-std::string dumped(const Json& json) {
-  return json.dump(kIndent, ' ', true, Json::error_handler_t::replace);
-}
-
-/// An object's text to which members can be added.
-std::string withoutItsEnd(const std::string& object) {
-  return object.substr(0, object.size() - std::string("\n}").size());
-}
-
-/// One more member of the document, an array that is written as it grows.
-class ArrayMember {
+/// Writes objects and arrays item by item: a whole report at once would take much memory.
+class JsonWriter {
  public:
-  ArrayMember(std::ostream& stream, const std::string& name) : out(stream) {
-    out << ",\n  \"" << name << "\": [";
-  }
-  ~ArrayMember() { out << (isEmpty ? "]" : "\n  ]"); }
-  ArrayMember(const ArrayMember&) = delete;
-  ArrayMember& operator=(const ArrayMember&) = delete;
+  explicit JsonWriter(std::ostream& stream) : out(stream) {}
 
-  void add(const Json& item) {
-    const std::string level(kIndent, ' ');
-    const std::string indent = level + level;
-    out << (isEmpty ? "\n" : ",\n") << indent;
-    // A line feed in a text is escaped: each one that stands there ends a line.
-    for (const char c : dumped(item)) {
-      out << c;
-      if (c == '\n') out << indent;
-    }
+  /// Starts an object or array; in an object it has a name.
+  void open(char bracket, const std::string& name = "") {
+    if (!closing.empty()) startItem(name);
+    out << bracket;
+    closing.push_back(bracket == '{' ? '}' : ']');
+    isEmpty = true;
+  }
+  void close() {
+    const char bracket = closing.back();
+    closing.pop_back();
+    if (!isEmpty) startLine();
+    out << bracket;
     isEmpty = false;
   }
-  template <class Item>
-  void addAll(const std::vector<Item>& items) {
-    for (const Item& item : items) add(toJson(item));
+  /// A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing
+  /// is lost: other characters are escaped.
+  void add(const Json& value, const std::string& name = "") {
+    startItem(name);
+    // A line feed in a text is escaped: each one that stands there ends a line.
+    const std::string text = value.dump(kIndent, ' ', true, Json::error_handler_t::replace);
+    for (const char c : text)
+      if (c == '\n')
+        startLine();
+      else
+        out << c;
+  }
+  void addMembers(const Json& object) {
+    for (const auto& [name, value] : object.items()) add(value, name);
   }
 
  private:
+  static constexpr int kIndent = 2;
+
+  void startLine() { out << '\n' << std::string(kIndent * closing.size(), ' '); }
+  void startItem(const std::string& name) {
+    if (!isEmpty) out << ',';
+    startLine();
+    isEmpty = false;
+    if (!name.empty()) out << '"' << name << "\": ";
+  }
+
   std::ostream& out;
-  bool isEmpty = true;
+  std::string closing;  ///< brackets of what is open
+  bool isEmpty = true;  ///< the innermost of it
 };
+
+void write(const ProteinResult& protein, bool withStructures, JsonWriter& json) {
+  json.open('{');
+  json.addMembers(toJson(proteinFields(), protein));
+  json.add(toJson(offsetFields(), protein.offsets), "referencing");
+  json.open('[', "prolines");
+  for (const ProlineResult& proline : protein.prolines) json.add(toJson(proline));
+  json.close();
+  json.open('[', "notes");
+  for (const std::string& note : protein.notes) json.add(note);
+  for (const std::string& aside : protein.asides) json.add(aside);
+  json.close();
+  if (withStructures) {
+    json.add(arrayOf(protein.matches), "matches");
+    json.add(protein.structureNotes, "structure_notes");
+  }
+  json.close();
+}
 
 }  // namespace
 
 void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   const bool withStructures = !report.structures.empty();
-  const Json head = {{"format", "zorvela-kit run"},
-                     {"version", kFormatVersion},
-                     {"program", std::string("zorvela-kit ") + version()},
-                     {"tables", report.tables},
-                     {"thresholds", thresholds(withStructures)}};
-  out << withoutItsEnd(dumped(head));
-  {
-    ArrayMember proteins(out, "proteins");
-    forEachProtein(report,
-                   [&](const ProteinResult& protein) { proteins.add(toJson(protein, withStructures)); });
-  }
-  {
-    ArrayMember errors(out, "errors");
-    forEachError(report, [&](const FileReport& file) {
-      errors.add({{"file", file.file}, {"message", file.error}});
-    });
-  }
+  JsonWriter json(out);
+  json.open('{');
+  json.addMembers({{"format", "zorvela-kit run"},
+                   {"version", kFormatVersion},
+                   {"program", std::string("zorvela-kit ") + version()},
+                   {"tables", report.tables},
+                   {"thresholds", thresholds(withStructures)}});
+  json.open('[', "proteins");
+  forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });
+  json.close();
+  json.open('[', "errors");
+  forEachError(report, [&](const FileReport& file) {
+    json.add({{"file", file.file}, {"message", file.error}});
+  });
+  json.close();
   if (withStructures) {
-    ArrayMember(out, "structures").addAll(report.structures);
-    ArrayMember(out, "chains_without_shifts").addAll(report.chainsWithoutShifts);
+    json.add(arrayOf(report.structures), "structures");
+    json.add(report.chainsWithoutShifts, "chains_without_shifts");
   }
-  out << "\n}\n";
+  json.close();
+  out << '\n';
 }
 
 }  // namespace zorvela

@@ -126,15 +126,6 @@ TextTable::Cells structureTitles(const RunReport& report) {
   return {"Structure", "Models", "|omega|", "There", "Verdict"};
 }
 
-/// "10 trans" or "8 trans, 2 cis".
-std::string modelsText(const StructureFinding& finding) {
-  std::vector<std::string> texts;
-  for (const BondState state : {BondState::trans, BondState::cis, BondState::twisted})
-    if (const std::size_t count = countBonds(finding, state); count > 0)
-      texts.push_back(std::to_string(count) + " " + toText(state));
-  return orAbsent(enumerated(texts));
-}
-
 std::string geometryText(const StructureFinding& finding) {
   if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0);
   if (const auto step = meanCaToCa(finding)) return "CA-CA " + fixedText(*step, 1) + " A";
@@ -150,11 +141,14 @@ std::string sitesText(const StructureFinding& finding, bool withFile) {
   return orAbsent(enumerated(texts, kMostSites));
 }
 
+TextTable::Cells structureCells(const StructureFinding& finding, bool withFile, const std::string& verdict) {
+  return {finding.call == StructureCall::none ? kAbsentCell : toText(finding.call),
+          orAbsent(modelsText(finding)), geometryText(finding), sitesText(finding, withFile), verdict};
+}
+
 TextTable::Cells structureCells(const RunReport& report, const ProlineResult& proline) {
   if (!proline.structure) return {};
-  const StructureFinding& finding = *proline.structure;
-  return {finding.call == StructureCall::none ? kAbsentCell : toText(finding.call), modelsText(finding),
-          geometryText(finding), sitesText(finding, report.structures.size() > 1), toText(finding.verdict)};
+  return structureCells(*proline.structure, report.structures.size() > 1, toText(proline.structure->verdict));
 }
 
 /// What was seen of the prolines that do not simply agree.
@@ -201,9 +195,15 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
     if (withBoth) cells.push_back(orAbsent(proline.pCisNormAsReferenced));
     cells.push_back(callText(proline));
     cells.front() = markOf(proline);
+    const TextTable::Cells blank(cells.size(), " ");
+    const std::string below = isExplained(style, proline) ? explained(proline) + '\n' : "";
+    const std::vector<StructureFinding> each =
+        proline.structure ? inEachStructure(*proline.structure) : std::vector<StructureFinding>();
     table.add(joined(std::move(cells), structureCells(report, proline)),
               proline.call == Call::cis || verdictOf(proline) == Verdict::disagree,
-              isExplained(style, proline) ? explained(proline) + '\n' : "");
+              each.empty() ? below : "");
+    for (std::size_t i = 0; i < each.size(); ++i)
+      table.add(joined(blank, structureCells(each[i], true, " ")), false, i + 1 == each.size() ? below : "");
   });
   table.write(style.colour, out);
 }

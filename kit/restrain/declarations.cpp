@@ -135,6 +135,7 @@ RestraintText writeRosetta(const RestraintRequest& request) {
                      {"numbers and chain are the model's own; the width, 0.17 rad or 10 degrees, is ours",
                       "not sure: fragments may keep the bond trans unless they are picked with cis ones"}};
   dialect.needsChain = true;
+  dialect.joinsChain = true;
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
     const std::string before = bond.numberBefore + bond.chain;
     const std::string proline = bond.number + bond.chain;
@@ -199,6 +200,10 @@ void checkChains(const Dialect& dialect, const RestraintRequest& request) {
       throw Error("--for " + dialect.program + " has no place for a chain called \"" + printable(name, 60) +
                   "\" (" + counted(dialect.longestChain, "letter or digit", "letters or digits") +
                   " at most); add --chain-as \"" + printable(name, 60) + "=A\"");
+    if (dialect.joinsChain && !isLetter(name.front()))
+      throw Error("--for " + dialect.program + " writes chain " + name +
+                  " behind the residue number, where it reads as a digit of it; add --chain-as \"" + name +
+                  "=A\"");
   }
 }
 

@@ -19,6 +19,7 @@ struct Dialect {
   std::size_t longestChain = 0;           ///< characters of a chain name; 0: lines without a chain
   std::vector<std::string> remarks = {};  ///< what the user must know, what is not sure
   bool needsChain = false;
+  bool joinsChain = false;      ///< the chain follows the number: 81A, so it must be a letter
   bool takesCodes = false;      ///< insertion codes and numbers of any size
   std::string commentEnd = {};  ///< what ends a comment, beside the line end
   std::string head = {};        ///< before and after the declarations, if there is one

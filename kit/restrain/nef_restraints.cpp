@@ -24,7 +24,7 @@ struct NefFile {
 
 NefFile readNef(const NamedText& file) {
   NefFile nef;
-  annotateNef(file.text, file.name, true, [&nef](const NefSequenceRow& row) -> std::optional<bool> {
+  annotateNef(file.text, file.name, {}, [&nef](const NefSequenceRow& row) -> std::optional<bool> {
     nef.residues.emplace(std::pair(row.chain, row.number), row.residue);
     return std::nullopt;
   });

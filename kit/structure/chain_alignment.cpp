@@ -1,12 +1,15 @@
 // Aligns a sequence with a structure chain by gemmi's pairwise alignment.
 #include "structure/chain_alignment.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <string_view>
 
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
 #include "names/nomenclature.h"
+#include "zorvela/compare.h"
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -17,6 +20,9 @@ namespace {
 constexpr std::size_t kMostPairsAtOnce = 15000000;
 constexpr std::size_t kPairsOfAnyStructure = 100000000;
 constexpr std::size_t kPairsPerResidue = 4000;
+
+// So many residues of a piece that overlaps with the sequence by its end do not fit by chance.
+constexpr std::size_t kFewestOfAPiece = 6;
 
 constexpr std::string_view kLetters = "ACDEFGHIKLMNPQRSTVWY?";  // the last one is an unknown residue
 constexpr std::uint8_t kLetterCount = 21;
@@ -58,22 +64,54 @@ gemmi::AlignmentScoring scoring() {
 }
 
 /// Where a gap costs nothing to open: in front of the chain and at its interruptions.
-std::vector<bool> freeGaps(const StructureChain& chain) {
+std::vector<bool> freeGaps(const ChainRest& rest) {
   std::vector<bool> gaps;
-  gaps.reserve(chain.residues.size() + 1);
-  for (const StructureResidue& residue : chain.residues) gaps.push_back(gaps.empty() || residue.isAfterBreak);
+  gaps.reserve(rest.residues().size() + 1);
+  for (const std::size_t place : rest.residues()) gaps.push_back(gaps.empty() || rest.isStart(place));
   gaps.push_back(true);
   return gaps;
 }
 
-void addPair(const std::string& sequence, const StructureChain& chain, std::size_t i, std::size_t j,
-             ChainAlignment& alignment) {
-  alignment.inStructure[i] = j;
-  const std::uint8_t ours = codeOf(sequence[i]);
-  const std::uint8_t theirs = codeOf(chain.residues[j].letter);
+void countPair(char inSequence, char inStructure, ChainAlignment& alignment) {
+  const std::uint8_t ours = codeOf(inSequence);
+  const std::uint8_t theirs = codeOf(inStructure);
   if (ours == kUnknownCode || theirs == kUnknownCode) return;
   ++alignment.aligned;
   if (ours == theirs) ++alignment.identical;
+}
+
+/// For each residue of a chain the number of its piece.
+std::vector<std::size_t> pieceNumbers(const StructureChain& chain) {
+  std::vector<std::size_t> numbers;
+  numbers.reserve(chain.residues.size());
+  for (const StructureResidue& residue : chain.residues)
+    numbers.push_back(numbers.empty() ? 0 : numbers.back() + (residue.isAfterBreak ? 1 : 0));
+  return numbers;
+}
+
+/// Whether so much of a piece fits that it is no chance.
+bool belongs(const ChainAlignment& ofPiece, std::size_t pieceLength, std::size_t sequenceLength) {
+  const std::size_t shorter = std::min(pieceLength, sequenceLength);
+  if (ofPiece.aligned >= std::min(kFewestAligned, (shorter + 1) / 2)) return true;
+  return ofPiece.aligned >= kFewestOfAPiece && ofPiece.identity() >= kSameProteinFrom;
+}
+
+/// Leaves only the pairs of pieces that belong to the sequence, and counts them.
+void keepPiecesThatBelong(const std::string& sequence, const StructureChain& chain,
+                          ChainAlignment& alignment) {
+  const std::vector<std::size_t> numbers = pieceNumbers(chain);
+  std::vector<ChainAlignment> pieces(numbers.back() + 1);
+  std::vector<std::size_t> lengths(pieces.size());
+  for (const std::size_t number : numbers) ++lengths[number];
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    if (const std::size_t place = alignment.inStructure[i]; place != kNoResidue)
+      countPair(sequence[i], chain.residues[place].letter, pieces[numbers[place]]);
+  for (std::size_t& place : alignment.inStructure)
+    if (place != kNoResidue && !belongs(pieces[numbers[place]], lengths[numbers[place]], sequence.size()))
+      place = kNoResidue;
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    if (const std::size_t place = alignment.inStructure[i]; place != kNoResidue)
+      countPair(sequence[i], chain.residues[place].letter, alignment);
 }
 
 }  // namespace
@@ -82,21 +120,46 @@ double ChainAlignment::identity() const {
   return aligned == 0 ? 0 : 100.0 * static_cast<double>(identical) / static_cast<double>(aligned);
 }
 
+ChainRest::ChainRest(const StructureChain& chain) : whole(&chain), places(chain.residues.size()) {
+  std::iota(places.begin(), places.end(), std::size_t{0});
+}
+
+std::string ChainRest::letters() const {
+  std::string text;
+  for (const std::size_t place : places) text += whole->residues[place].letter;
+  return text;
+}
+
+void ChainRest::take(const ChainAlignment& alignment) {
+  const std::vector<std::size_t> numbers = pieceNumbers(*whole);
+  std::vector<bool> isTaken(whole->residues.size());
+  for (const std::size_t place : alignment.inStructure)
+    if (place != kNoResidue) isTaken[numbers[place]] = true;
+  places.erase(std::remove_if(places.begin(), places.end(),
+                              [&](std::size_t place) { return isTaken[numbers[place]]; }),
+               places.end());
+}
+
 ChainAlignment align(const std::string& sequence, const StructureChain& chain) {
+  return align(sequence, ChainRest(chain));
+}
+
+ChainAlignment align(const std::string& sequence, const ChainRest& rest) {
   static const gemmi::AlignmentScoring kScoring = scoring();
   ChainAlignment alignment;
   alignment.inStructure.assign(sequence.size(), kNoResidue);
-  if (sequence.empty() || chain.residues.empty()) return alignment;
-  const gemmi::AlignmentResult result = gemmi::align_sequences(encoded(sequence), encoded(chain.letters()),
-                                                               freeGaps(chain), kLetterCount, kScoring);
+  if (sequence.empty() || rest.isEmpty()) return alignment;
+  const gemmi::AlignmentResult result = gemmi::align_sequences(encoded(sequence), encoded(rest.letters()),
+                                                               freeGaps(rest), kLetterCount, kScoring);
   std::size_t i = 0;
   std::size_t j = 0;
   for (const gemmi::AlignmentResult::Item& item : result.cigar)
     for (std::uint32_t n = 0; n < item.len(); ++n) {
-      if (item.op() == 'M') addPair(sequence, chain, i, j, alignment);
+      if (item.op() == 'M') alignment.inStructure[i] = rest.residues()[j];
       if (item.op() != 'D') ++i;
       if (item.op() != 'I') ++j;
     }
+  keepPiecesThatBelong(sequence, rest.chain(), alignment);
   return alignment;
 }
 
@@ -105,15 +168,15 @@ StructureAligner::StructureAligner(const ProteinStructure& structure)
   for (const StructureChain& chain : structure.chains) pairsLeft += kPairsPerResidue * chain.residues.size();
 }
 
-ChainAlignment StructureAligner::align(const std::string& sequence, const StructureChain& chain) {
-  const std::size_t pairs = sequence.size() * chain.residues.size();
+ChainAlignment StructureAligner::align(const std::string& sequence, const ChainRest& rest) {
+  const std::size_t pairs = sequence.size() * rest.residues().size();
   if (pairs > kMostPairsAtOnce || pairs > pairsLeft)
     throw FileError(
         file, 0,
         "has too many residues to align with the " + std::to_string(sequence.size()) + " of a protein",
         "give the chains that have shifts");
   pairsLeft -= pairs;
-  return zorvela::align(sequence, chain);
+  return zorvela::align(sequence, rest);
 }
 
 }  // namespace zorvela

@@ -27,6 +27,32 @@ struct ChainAlignment {
 /// proportion to the product of both lengths.
 ChainAlignment align(const std::string& sequence, const StructureChain& chain);
 
+/// What of a chain no alignment has used yet. A chain can hold several molecules whose numbers run on: each
+/// is one piece or several, between the places where the chain is interrupted.
+class ChainRest {
+ public:
+  explicit ChainRest(const StructureChain& chain);
+
+  const StructureChain& chain() const { return *whole; }
+  bool isWhole() const { return places.size() == whole->residues.size(); }
+  bool isEmpty() const { return places.empty(); }
+  /// The places of its residues in the chain, and their letters.
+  const std::vector<std::size_t>& residues() const { return places; }
+  std::string letters() const;
+  /// Whether a piece begins with the residue at this place of the chain.
+  bool isStart(std::size_t place) const { return place == 0 || whole->residues[place].isAfterBreak; }
+  /// Takes away the pieces of which an alignment has residues.
+  void take(const ChainAlignment& alignment);
+
+ private:
+  const StructureChain* whole;
+  std::vector<std::size_t> places;
+};
+
+/// The same for what is left of a chain; `inStructure` has places in the whole chain. A piece of which next
+/// to nothing fits is another molecule, and is not aligned.
+ChainAlignment align(const std::string& sequence, const ChainRest& rest);
+
 /// Aligns the chains of one structure with sequences, as long as this is work in proportion to the structure.
 class StructureAligner {
  public:
@@ -34,7 +60,7 @@ class StructureAligner {
   /// As `align`. FileError that names the structure where the product of both lengths is above 15 million, or
   /// the sum of all products so far above 100 million and 4,000 for each residue of the structure: a capsid
   /// of 1,300 chains and fifteen entries of its protein are below.
-  ChainAlignment align(const std::string& sequence, const StructureChain& chain);
+  ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
  private:
   std::string file;

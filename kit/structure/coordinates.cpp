@@ -30,6 +30,13 @@ bool isPlaced(const gemmi::Position& position) {
   return std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z);
 }
 
+/// Whether the residue has the atom in the same conformation.
+bool has(const BackboneResidue& residue, const PlacedAtom& atom) {
+  return std::any_of(residue.atoms.begin(), residue.atoms.end(), [&atom](const PlacedAtom& other) {
+    return other.name == atom.name && other.alternate == atom.alternate;
+  });
+}
+
 }  // namespace
 
 const PlacedAtom* BackboneResidue::find(std::string_view atom, char alternate) const {
@@ -48,16 +55,31 @@ bool isBackbone(std::string_view atom) {
 BackboneBuilder::BackboneBuilder(std::string fileName, std::size_t bytes)
     : file(std::move(fileName)), residueLimit(limits::structureResidues(bytes)) {}
 
-BackboneResidue& BackboneBuilder::residueOf(const BackboneAtom& atom) {
-  std::string key = atom.model;
-  BackboneModel& model = partOf(models, key, places);
+BackboneChain& BackboneBuilder::chainOf(const BackboneAtom& atom, const std::string& residueKey) {
+  BackboneModel& model = partOf(models, atom.model, places);
   model.name = atom.model;
   checkLimit(models.size(), limits::kModels, file);
-  key += kSeparator + atom.chain;
-  BackboneChain& chain = partOf(model.chains, key, places);
+  const std::string part = atom.chain + kSeparator + atom.segment + kSeparator + atom.part + kSeparator;
+  const std::string inModel = atom.model + kSeparator + part;
+  Copy& copy = copies[inModel];
+  if (copy.lastResidue != residueKey) {
+    const std::string name = inModel + std::to_string(copy.number);
+    if (const auto known = places.find(name + residueKey); known != places.end())
+      if (has(model.chains[places.at(name)].residues[known->second], atom.atom)) ++copy.number;
+  }
+  copy.lastResidue = residueKey;
+  const std::string number = std::to_string(copy.number);
+  BackboneChain& chain = partOf(model.chains, inModel + number, places);
   chain.name = atom.chain;
-  key += kSeparator + atom.part + kSeparator + atom.number + kSeparator + atom.residue;
-  BackboneResidue& residue = partOf(chain.residues, key, places);
+  chain.segment = atom.segment;
+  chain.key = part + number;
+  return chain;
+}
+
+BackboneResidue& BackboneBuilder::residueOf(const BackboneAtom& atom) {
+  const std::string residueKey = kSeparator + atom.number + kSeparator + atom.residue;
+  BackboneChain& chain = chainOf(atom, residueKey);
+  BackboneResidue& residue = partOf(chain.residues, atom.model + kSeparator + chain.key + residueKey, places);
   if (residue.atoms.empty()) {
     checkLimit(++residues, residueLimit, file);
     residue.name = atom.residue;
@@ -75,11 +97,7 @@ void BackboneBuilder::add(const BackboneAtom& atom, const std::string& where) {
     return;
   }
   BackboneResidue& residue = residueOf(atom);
-  const bool isKnown =
-      std::any_of(residue.atoms.begin(), residue.atoms.end(), [&atom](const PlacedAtom& other) {
-        return other.name == atom.atom.name && other.alternate == atom.atom.alternate;
-      });
-  if (!isKnown)
+  if (!has(residue, atom.atom))
     residue.atoms.push_back(atom.atom);
   else if (repeated.empty() || repeated.back() != which)
     repeated.push_back(which);

@@ -32,7 +32,8 @@ struct PlacedAtom {
 struct BackboneAtom {
   std::string model;
   std::string chain;
-  std::string part;     ///< tells residues of one chain apart that have the same number and name
+  std::string segment;  ///< SEGID: chains of one name and other segments are other molecules
+  std::string part;     ///< of the chain, where the file has a sign between two of them, as TER
   std::string residue;  ///< name: PRO, HYP
   std::string number;   ///< with insertion code: 52A
   bool isHetero = false;
@@ -50,9 +51,11 @@ struct BackboneResidue {
   const PlacedAtom* find(std::string_view atom, char alternate = kAnyAlternate) const;
 };
 
-/// A chain of one model, its residues in the order of the file.
+/// A part of a chain of one model, its residues in the order of the file.
 struct BackboneChain {
   std::string name;
+  std::string segment;
+  std::string key;  ///< the same in all models for the same part
   std::vector<BackboneResidue> residues;
 };
 
@@ -71,7 +74,8 @@ struct Coordinates {
 /// Whether omega needs the atom of this name.
 bool isBackbone(std::string_view atom);
 
-/// Puts atoms into the models, chains and residues that they are of, in whatever order they come.
+/// Puts atoms into the models, chains and residues that they are of, in whatever order they come. A residue
+/// that comes again after another one begins a copy of the chain.
 class BackboneBuilder {
  public:
   /// `file` is how messages name a file of so many bytes.
@@ -85,6 +89,12 @@ class BackboneBuilder {
   Coordinates finished();
 
  private:
+  struct Copy {
+    std::size_t number = 0;
+    std::string lastResidue;
+  };
+
+  BackboneChain& chainOf(const BackboneAtom& atom, const std::string& residueKey);
   BackboneResidue& residueOf(const BackboneAtom& atom);
 
   std::string file;
@@ -92,16 +102,17 @@ class BackboneBuilder {
   std::size_t residues = 0;
   std::vector<BackboneModel> models;
   std::unordered_map<std::string, std::size_t> places;  ///< of each part among its like
+  std::unordered_map<std::string, Copy> copies;         ///< of each part of a chain, the one that is read
   std::vector<std::string> repeated;
   std::vector<std::string> unusable;
   std::string lastUnusable;
 };
 
-/// Whether a text has the records of a PDB file.
+/// Whether a line of a text is an atom record of a PDB file.
 bool isPdb(std::string_view text);
 
 /// Reads PDB text. FileError with the line for an atom line that is cut or whose coordinates are not in
-/// their columns, and for models that are not closed. `name` is how messages name the file.
+/// their columns, and for a last model that is cut. `name` is how messages name the file.
 Coordinates readPdbCoordinates(std::string_view text, const std::string& name);
 
 /// Reads mmCIF text. FileError with the line for text that breaks the rules of CIF.

@@ -138,6 +138,7 @@ std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault) {
   const std::string_view model = row.text(kModel);
   atom.model = model.empty() ? "1" : model;
   atom.chain = row.text(kAuthAsym, kAsym);
+  atom.part = row.text(kAsym);
   atom.residue = row.text(kResidue);
   atom.number = numberOf(row.text(kAuthSeq, kSeq), *code);
   atom.isHetero = startsIgnoringCase(row.text(kGroup), "H");

@@ -5,6 +5,7 @@
 
 #include <gemmi/numb.hpp>  // for as_number
 
+#include "names/nomenclature.h"
 #include "structure/coordinates.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -32,7 +33,41 @@ std::string_view field(std::string_view line, std::size_t at, std::size_t width)
 }
 
 bool isAtomLine(std::string_view line) {
-  return startsIgnoringCase(line, "ATOM") || startsIgnoringCase(line, "HETATM");
+  return startsIgnoringCase(line, "ATOM ") || startsIgnoringCase(line, "HETATM");
+}
+
+bool isAminoAcid(std::string_view name) {
+  return residueType(name).letter != kUnknownResidue;
+}
+
+/// AMBER has names of its own for the residues at the ends: NPRO, CPRO.
+bool isTerminalName(std::string_view name) {
+  return name.size() == 4 && (name[0] == 'N' || name[0] == 'C') && isAminoAcid(name.substr(1));
+}
+
+/// The residue name and the name of the chain behind it.
+struct ResidueAndChain {
+  std::string_view residue;
+  std::string_view chain;
+};
+
+/// Column 21 is the fourth letter of a name (CYSS, LYS+, cPRO), the first one of a chain name of two, or
+/// blank. CYSS, CYSH and HIST could be either.
+ResidueAndChain residueAndChain(std::string_view line, bool hasWideChains) {
+  const std::string_view three = field(line, kResidueAt, 3);
+  const std::string_view four = field(line, kResidueAt, 4);
+  const bool isFour = four.size() == 4 && (isAminoAcid(four) || isTerminalName(four)) &&
+                      !(hasWideChains && isAminoAcid(three) && isLetter(four[3]));
+  if (isFour)
+    return {isTerminalName(four) && !isAminoAcid(four) ? four.substr(1) : four, field(line, kChainAt + 1, 1)};
+  return {three, field(line, kChainAt, 2)};
+}
+
+/// The residues by which programs part the molecules of one chain, without atoms of a backbone: PL, LL5.
+bool isLinker(std::string_view residue) {
+  const std::string name = upper(std::string(residue));
+  if (name == "PL" || name == "LP") return true;
+  return startsIgnoringCase(name, "LL") && (name.size() == 2 || (name.size() == 3 && isDigit(name[2])));
 }
 
 bool isNotANumberMark(std::string_view text) {
@@ -62,12 +97,22 @@ class PdbReader {
       : text(source), file(name), backbone(name, source.size()) {}
 
   Coordinates read() {
+    for (std::size_t pos = 0; const auto line = nextLine(text, pos);)
+      if (isAtomLine(*line) && hasWideChain(*line)) hasWideChains = true;
     for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
       ++lineNumber;
       readLine(*line);
     }
     if (isModelOpen && isAnyClosed) fail("the file ends within a model", kFetchAgain);
-    return backbone.finished();
+    if (isModelOpen) unclosed.push_back(model);
+    Coordinates coordinates = backbone.finished();
+    if (!unclosed.empty())
+      coordinates.notes.push_back("models without ENDMDL, they end where the next one begins: " +
+                                  enumerated(unclosed));
+    if (!renumbered.empty())
+      coordinates.notes.push_back("models with the number of another one, called instead: " +
+                                  enumerated(renumbered));
+    return coordinates;
   }
 
  private:
@@ -75,9 +120,17 @@ class PdbReader {
     throw FileError(file, lineNumber, what, remedy);
   }
 
+  /// Whether no residue name can explain what column 21 has.
+  static bool hasWideChain(std::string_view line) {
+    const std::string_view four = field(line, kResidueAt, 4);
+    return four.size() == 4 && isAminoAcid(four.substr(0, 3)) && !isAminoAcid(four) && !isTerminalName(four);
+  }
+
   void readLine(std::string_view line) {
     if (isAtomLine(line)) {
       addAtom(line);
+    } else if (startsIgnoringCase(line, "TER")) {
+      ++part;
     } else if (startsIgnoringCase(line, "ENDMDL")) {
       isAnyClosed = true;
       isModelOpen = false;
@@ -85,43 +138,55 @@ class PdbReader {
     } else if (startsIgnoringCase(line, "MODEL ")) {
       openModel(line);
     } else if (trimmed(line.substr(0, 6)) == "END") {
+      if (isModelOpen && !model.empty()) unclosed.push_back(model);
+      isModelOpen = false;
       endModel();  // some programs end each model of a series so
     }
   }
 
   void openModel(std::string_view line) {
-    if (chainPart > 0) fail("a model begins within another one", kFetchAgain);
+    if (isModelOpen) unclosed.push_back(model);
+    endModel();
     ++modelsOpened;
     isModelOpen = true;
-    const auto given = toInteger(trimmed(line.substr(6, 12)));
+    // Some programs write more after the number: MODEL        3 REFINED.
+    const std::string_view rest = trimmed(line.substr(6));
+    const auto given = toInteger(rest.substr(0, rest.find_first_of(" \t")));
     startModel(given && *given >= 0 && *given <= 9999 ? *given : modelsOpened);
   }
 
   void startModel(int number) {
-    if (!modelNumbers.insert(number).second)
-      fail("a second model has the number " + std::to_string(number), "number the models 1, 2, 3 ...");
+    const bool isNew = modelNumbers.insert(number).second;
+    if (!isNew) modelNumbers.insert(number = *modelNumbers.rbegin() + 1);
     model = std::to_string(number);
+    if (!isNew) renumbered.push_back(model);
   }
 
   void endModel() {
     model.clear();
-    chainPart = 0;
+    part = 0;
+    linkers = 0;
+    chain.clear();
   }
 
   void addAtom(std::string_view line) {
     if (line.size() < kCoordinatesEnd)
       fail("the atom line is cut off after column " + std::to_string(line.size()), kFetchAgain);
     const std::string_view name = field(line, kNameAt, 4);
+    const ResidueAndChain names = residueAndChain(line, hasWideChains);
+    if (isLinker(names.residue)) ++linkers;
     if (!isBackbone(name)) return;
     if (model.empty()) startModel(static_cast<int>(modelNumbers.size()) + 1);
     BackboneAtom atom;
     atom.model = model;
-    atom.chain = field(line, kChainAt, 2);
-    if (chainPart == 0 || atom.chain != chain) ++chainPart;
-    chain = atom.chain;
+    const std::string_view segment = field(line, kSegmentAt, 4);
+    atom.segment = std::string(segment) + ' ' + std::to_string(linkers);
+    atom.chain = names.chain.empty() ? segment : names.chain;
     // A chain that goes on after another one may have the same numbers again.
-    atom.part = std::to_string(chainPart) + " " + std::string(field(line, kSegmentAt, 4));
-    atom.residue = field(line, kResidueAt, 3);
+    if (atom.chain != chain) ++part;
+    chain = atom.chain;
+    atom.part = std::to_string(part);
+    atom.residue = names.residue;
     atom.number = numberOf(line);
     atom.isHetero = startsIgnoringCase(line, "H");
     atom.atom.name = name;
@@ -152,18 +217,18 @@ class PdbReader {
   std::set<int> modelNumbers;
   std::string model;  ///< empty between models
   std::string chain;
-  std::size_t chainPart = 0;  ///< of the model, from 1
+  std::size_t part = 0;  ///< of the model: how many signs of an end there were
+  std::size_t linkers = 0;
+  bool hasWideChains = false;
+  std::vector<std::string> unclosed;
+  std::vector<std::string> renumbered;
 };
 
 }  // namespace
 
 bool isPdb(std::string_view text) {
-  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    for (const char* record : {"ATOM  ", "HETATM", "HEADER", "REMARK", "CRYST1", "MODEL ", "TITLE ", "EXPDTA",
-                               "COMPND", "SEQRES", "OBSLTE", "SPLIT ", "CAVEAT"})
-      if (startsIgnoringCase(*line, record)) return true;
-    if (!trimmed(*line).empty()) return false;
-  }
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);)
+    if (isAtomLine(*line)) return true;
   return false;
 }
 

@@ -49,16 +49,13 @@ Json figureJson(const std::optional<double>& value, const std::optional<Interval
 }
 
 Json groupJson(const GroupFigures& g) {
-  return {{"group", g.group.key},
-          {"method", g.group.method == Method::rule ? "rule" : "program"},
-          {"n", g.figures.count},
-          {"cis", g.figures.cis},
-          {"auc", figureJson(g.figures.auc, g.intervals.auc)},
-          {"sensitivity", figureJson(g.figures.sensitivity, g.intervals.sensitivity)},
-          {"specificity", figureJson(g.figures.specificity, g.intervals.specificity)},
-          {"mcc", figureJson(g.figures.mcc, g.intervals.mcc)},
-          {"brier", figureJson(g.figures.brier, g.intervals.brier)},
-          {"log_loss", figureJson(g.figures.logLoss, g.intervals.logLoss)}};
+  Json json = {{"group", g.group.key},
+               {"method", g.group.method == Method::rule ? "rule" : "program"},
+               {"n", g.figures.count},
+               {"cis", g.figures.cis}};
+  for (const NamedFigure& figure : kFigures)
+    json[figure.key] = figureJson(g.figures.*figure.value, g.intervals.*figure.interval);
+  return json;
 }
 
 std::vector<Scored> allScored(const Evaluation& evaluation) {
@@ -95,16 +92,15 @@ void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
       << evaluation.notANumber.size() << " with shifts too far from both classes\n"
       << "Called cis: P_CIS_NORM at least " << numberText(kCisFrom)
       << ". In brackets: 95 % of bootstrap rounds over clusters.\n\n";
-  writeLine(out, "prolines", "n", "cis",
-            {"AUC", "sensitivity", "specificity", "MCC", "Brier score", "log loss"});
+  std::vector<std::string> titles;
+  for (const NamedFigure& figure : kFigures) titles.emplace_back(figure.title);
+  writeLine(out, "prolines", "n", "cis", titles);
   for (const GroupFigures& g : all) {
     if (g.group.key == "cb_without_cg") out << '\n';
-    writeLine(out, g.group.name, std::to_string(g.figures.count), std::to_string(g.figures.cis),
-              {figureText(g.figures.auc, g.intervals.auc),
-               figureText(g.figures.sensitivity, g.intervals.sensitivity),
-               figureText(g.figures.specificity, g.intervals.specificity),
-               figureText(g.figures.mcc, g.intervals.mcc), figureText(g.figures.brier, g.intervals.brier),
-               figureText(g.figures.logLoss, g.intervals.logLoss)});
+    std::vector<std::string> cells;
+    for (const NamedFigure& figure : kFigures)
+      cells.push_back(figureText(g.figures.*figure.value, g.intervals.*figure.interval));
+    writeLine(out, g.group.name, std::to_string(g.figures.count), std::to_string(g.figures.cis), cells);
   }
 }
 

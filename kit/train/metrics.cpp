@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
 
 #include "util/robust.h"
@@ -105,57 +106,31 @@ std::size_t Draw::below(std::size_t bound) {
   return static_cast<std::size_t>(z % bound);
 }
 
-namespace {
-
-/// Collects one figure over the rounds.
-class Spread {
- public:
-  void add(const std::optional<double>& value) {
-    if (value) values.push_back(*value);
-  }
-  std::optional<Interval> interval() {
-    if (values.empty()) return std::nullopt;
-    std::sort(values.begin(), values.end());
-    return Interval{percentile(values, 2.5), percentile(values, 97.5)};
-  }
-
- private:
-  std::vector<double> values;
-};
-
-}  // namespace
-
 FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint64_t seed) {
-  std::vector<std::size_t> clusters;
-  clusters.reserve(set.size());
-  for (const Scored& proline : set) clusters.push_back(proline.cluster);
-  std::sort(clusters.begin(), clusters.end());
-  clusters.erase(std::unique(clusters.begin(), clusters.end()), clusters.end());
-  std::vector<std::size_t> place;  // of the cluster of each proline among those of the set
-  place.reserve(set.size());
-  for (const Scored& proline : set)
-    place.push_back(static_cast<std::size_t>(
-        std::lower_bound(clusters.begin(), clusters.end(), proline.cluster) - clusters.begin()));
+  std::map<std::size_t, std::size_t> place;  // of a cluster among those of the set
+  for (const Scored& proline : set) place[proline.cluster] = 0;
+  std::size_t clusters = 0;
+  for (auto& [cluster, number] : place) number = clusters++;
 
   const std::vector<std::size_t> order = byScore(set);
   Draw draw(seed);
-  Spread auc, sensitivity, specificity, mcc, brier, logLoss;
-  std::vector<double> drawn(clusters.size());
-  std::vector<double> weight(set.size());
+  std::array<std::vector<double>, kFigures.size()> values;
   for (int round = 0; round < rounds; ++round) {
-    std::fill(drawn.begin(), drawn.end(), 0.0);
-    for (std::size_t i = 0; i < clusters.size(); ++i) drawn[draw.below(clusters.size())] += 1;
-    for (std::size_t i = 0; i < set.size(); ++i) weight[i] = drawn[place[i]];
+    std::vector<double> drawn(clusters);
+    for (std::size_t i = 0; i < clusters; ++i) drawn[draw.below(clusters)] += 1;
+    std::vector<double> weight;
+    for (const Scored& proline : set) weight.push_back(drawn[place[proline.cluster]]);
     const Figures figures = weightedFigures(set, order, weight);
-    auc.add(figures.auc);
-    sensitivity.add(figures.sensitivity);
-    specificity.add(figures.specificity);
-    mcc.add(figures.mcc);
-    brier.add(figures.brier);
-    logLoss.add(figures.logLoss);
+    for (std::size_t i = 0; i < values.size(); ++i)
+      if (const auto value = figures.*kFigures[i].value) values[i].push_back(*value);
   }
-  return {auc.interval(), sensitivity.interval(), specificity.interval(),
-          mcc.interval(), brier.interval(),       logLoss.interval()};
+  FigureIntervals intervals;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (values[i].empty()) continue;
+    std::sort(values[i].begin(), values[i].end());
+    intervals.*kFigures[i].interval = {percentile(values[i], 2.5), percentile(values[i], 97.5)};
+  }
+  return intervals;
 }
 
 // --- Curves ---------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 // How good predictions are: figures for a set of prolines, with bootstrap intervals over clusters.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -40,6 +41,22 @@ struct Interval {
 struct FigureIntervals {
   std::optional<Interval> auc, sensitivity, specificity, mcc, brier, logLoss;
 };
+
+/// A figure with its names and its interval.
+struct NamedFigure {
+  const char* key;    ///< in JSON
+  const char* title;  ///< in the table
+  std::optional<double> Figures::*value;
+  std::optional<Interval> FigureIntervals::*interval;
+};
+/// All figures, in the order of the reports.
+inline constexpr std::array<NamedFigure, 6> kFigures = {
+    {{"auc", "AUC", &Figures::auc, &FigureIntervals::auc},
+     {"sensitivity", "sensitivity", &Figures::sensitivity, &FigureIntervals::sensitivity},
+     {"specificity", "specificity", &Figures::specificity, &FigureIntervals::specificity},
+     {"mcc", "MCC", &Figures::mcc, &FigureIntervals::mcc},
+     {"brier", "Brier score", &Figures::brier, &FigureIntervals::brier},
+     {"log_loss", "log loss", &Figures::logLoss, &FigureIntervals::logLoss}}};
 
 /// Draws as many clusters as there are, with replacement, `rounds` times. The same seed gives the same
 /// intervals on every machine.

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <ostream>
+#include <tuple>
 #include <utility>
 
 #include "names/nomenclature.h"
@@ -29,10 +30,18 @@ constexpr std::size_t kSharedWords = 2;
 struct Tally {
   std::size_t cis = 0;
   std::size_t trans = 0;
-  std::string chain;  ///< of the best fit
-  double identity = 0;
-  std::size_t aligned = 0;
+  std::size_t bonds = 0;
+  StructureFit best;
 };
+
+/// By identity, then by length.
+bool fitsBetter(const StructureFit& one, const StructureFit& than) {
+  return std::tie(one.identity, one.aligned) > std::tie(than.identity, than.aligned);
+}
+
+bool isIdentical(const StructureFit& fit) {
+  return fit.identity >= LabelVotes::kSameSequence;
+}
 
 bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
   const std::size_t needed = std::min(kFewestAligned, sequenceLength);
@@ -51,31 +60,13 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   return residue.letter == kProlineCode ? &residue : nullptr;
 }
 
-void add(const StructureResidue& residue, const std::string& chain, const ChainAlignment& alignment,
-         Tally& tally) {
+void add(const StructureResidue& residue, const StructureFit& fit, Tally& tally) {
   for (const ModelBond& bond : residue.bonds) {
     if (bond.state == BondState::cis) ++tally.cis;
     if (bond.state == BondState::trans) ++tally.trans;
+    ++tally.bonds;
   }
-  const bool isBetter = alignment.identity() > tally.identity ||
-                        (alignment.identity() == tally.identity && alignment.aligned > tally.aligned);
-  if (!isBetter) return;
-  tally.chain = chain;
-  tally.identity = alignment.identity();
-  tally.aligned = alignment.aligned;
-}
-
-/// By identity, then by length; of equals the first by name.
-bool fitsBetter(const Ballot& ballot, const ProlineVotes& than) {
-  if (than.best.empty()) return true;
-  if (ballot.identity != than.bestIdentity) return ballot.identity > than.bestIdentity;
-  if (ballot.aligned != than.bestAligned) return ballot.aligned > than.bestAligned;
-  return ballot.structure < than.best;
-}
-
-const char* tierText(Tier tier) {
-  if (tier == Tier::identical) return "ident";
-  return tier == Tier::homologous ? "homol" : "";
+  if (fitsBetter(fit, tally.best)) tally.best = fit;
 }
 
 const char* labelOf(const ProlineVotes& votes) {
@@ -127,30 +118,31 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const {
+Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
   std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
+  Ballots result;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
-      const ChainAlignment alignment = aligner.align(all[protein].sequence, chain);
-      if (!fits(alignment, all[protein].sequence.size(), leastIdentity)) continue;
-      for (std::size_t i = 0; i < votes[protein].size(); ++i)
-        if (const StructureResidue* residue =
-                prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
-          add(*residue, chain.name, alignment, tallies[{protein, i}]);
+      const std::string& sequence = all[protein].sequence;
+      for (ChainRest rest(chain); !rest.isEmpty();) {
+        const ChainAlignment alignment = aligner.align(sequence, rest);
+        if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        result.fits = true;
+        const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
+                                  alignment.aligned};
+        for (std::size_t i = 0; i < votes[protein].size(); ++i)
+          if (const StructureResidue* residue =
+                  prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
+            add(*residue, fit, tallies[{protein, i}]);
+        rest.take(alignment);
+      }
     }
-  std::vector<Ballot> result;
-  for (const auto& [key, tally] : tallies) {
-    if (tally.cis == tally.trans) continue;
-    Ballot ballot;
-    ballot.protein = key.first;
-    ballot.proline = key.second;
-    ballot.tier = tally.identity >= kSameSequence ? Tier::identical : Tier::homologous;
-    ballot.isCis = tally.cis > tally.trans;
-    ballot.structure = entryName(structure.file) + tally.chain;
-    ballot.identity = tally.identity;
-    ballot.aligned = tally.aligned;
-    result.push_back(std::move(ballot));
+  for (const auto& [proline, tally] : tallies) {
+    if (tally.bonds == 0) continue;
+    Ballot ballot = {proline.first, proline.second, std::nullopt, tally.best};
+    if (tally.cis != tally.trans) ballot.isCis = tally.cis > tally.trans;
+    result.list.push_back(std::move(ballot));
   }
   return result;
 }
@@ -158,18 +150,18 @@ std::vector<Ballot> LabelVotes::ballots(const ProteinStructure& structure) const
 void LabelVotes::count(const std::vector<Ballot>& ballots) {
   for (const Ballot& ballot : ballots) {
     ProlineVotes& proline = votes[ballot.protein][ballot.proline];
-    if (ballot.tier < proline.tier) continue;
-    if (ballot.tier > proline.tier) {
-      const int position = proline.position;
-      proline = {};
-      proline.position = position;
-      proline.tier = ballot.tier;
+    if (!ballot.isCis) {
+      proline.isAnySplit = true;
+      continue;
     }
-    ++(ballot.isCis ? proline.cis : proline.trans);
-    if (!fitsBetter(ballot, proline)) continue;
-    proline.best = ballot.structure;
-    proline.bestIdentity = ballot.identity;
-    proline.bestAligned = ballot.aligned;
+    const StructureFit& best = proline.best;
+    if (isIdentical(best) && !isIdentical(ballot.fit)) continue;
+    if (isIdentical(ballot.fit) && !isIdentical(best)) proline.cis = proline.trans = 0;
+    ++(*ballot.isCis ? proline.cis : proline.trans);
+    // Of equals the first by name.
+    if (!fitsBetter(best, ballot.fit) &&
+        (fitsBetter(ballot.fit, best) || best.chain.empty() || ballot.fit.chain < best.chain))
+      proline.best = ballot.fit;
   }
 }
 
@@ -200,11 +192,11 @@ void LabelVotes::write(std::ostream& out) const {
       out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i])
           << ',' << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ','
           << protein.sequence.substr(i + 1, 1) << ',' << labelOf(proline) << ',';
-      if (proline.tier != Tier::none)
-        out << proline.cis << ',' << proline.trans << ',' << tierText(proline.tier) << ','
-            << csvCell(proline.best) << ',';
+      if (proline.best.chain.empty())
+        out << (proline.isAnySplit ? "0,0,,," : ",,,,");
       else
-        out << ",,,,";
+        out << proline.cis << ',' << proline.trans << ',' << (isIdentical(proline.best) ? "ident" : "homol")
+            << ',' << csvCell(proline.best.chain) << ',';
       if (const auto difference = cbMinusCg(protein, proline.position))
         out << shiftLabel(*difference) << ',' << fixedText(*difference, 2);
       else

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -12,38 +13,43 @@
 
 namespace zorvela {
 
-/// How near a structure is to the protein.
-enum class Tier { none, homologous, identical };
+/// How well a chain of a structure fits a protein.
+struct StructureFit {
+  std::string chain;    ///< structure and chain: "1stnA"
+  double identity = 0;  ///< percent of the aligned residues
+  std::size_t aligned = 0;
+};
 
-/// What the structures say of one proline.
+/// What the structures say of one proline: the identical ones, where there is one, else the homologous ones.
 struct ProlineVotes {
-  int position = 0;        ///< in the sequence, from 1
-  Tier tier = Tier::none;  ///< identical structures outvote homologues
-  std::size_t cis = 0;     ///< structures of that tier with a cis bond
+  int position = 0;     ///< in the sequence, from 1
+  std::size_t cis = 0;  ///< structures with a cis bond
   std::size_t trans = 0;
-  std::string best;  ///< the structure and chain that fits best: "1stnA"
-  double bestIdentity = 0;
-  std::size_t bestAligned = 0;
+  bool isAnySplit = false;  ///< structures that have the bond say neither
+  StructureFit best;        ///< of these structures; without a name where there is none
 };
 
 /// The vote of one structure for one proline.
 struct Ballot {
   std::size_t protein = 0;
-  std::size_t proline = 0;  ///< index into its prolines
-  Tier tier = Tier::none;
-  bool isCis = false;
-  std::string structure;
-  double identity = 0;
-  std::size_t aligned = 0;
+  std::size_t proline = 0;    ///< index into its prolines
+  std::optional<bool> isCis;  ///< nothing where its chains and models are split
+  StructureFit fit;
+};
+
+/// The votes of one structure.
+struct Ballots {
+  bool fits = false;  ///< one of the proteins at least, whether it has a bond or not
+  std::vector<Ballot> list;
 };
 
 /// Collects the votes of structures for the prolines of proteins.
 ///
 /// A chain fits a protein if at least `identity` percent of the aligned residues are identical, and at least
 /// 25 residues are aligned, or all of a shorter protein. Each structure has one vote for a proline: the state
-/// that most of its chains and models have; none where they are split, twisted, or without the residue or one
-/// of its neighbours. Chains are found by the words of four residues that they share with the proteins, so
-/// the work grows linearly with the number of structures. Memory: the proteins and their votes.
+/// that most of its chains and models have; a split one where they are divided or twisted, none without the
+/// residue or one of its neighbours. Chains are found by the words of four residues that they share with the
+/// proteins, so the work grows linearly with the number of structures. Memory: the proteins and their votes.
 class LabelVotes {
  public:
   /// The identity (percent) that stands for the same sequence.
@@ -52,7 +58,7 @@ class LabelVotes {
   LabelVotes(std::vector<Protein> proteins, double identity);
 
   /// The votes of one structure, without counting them. May run in several threads at once.
-  std::vector<Ballot> ballots(const ProteinStructure& structure) const;
+  Ballots ballots(const ProteinStructure& structure) const;
   /// Counts votes. The order in which structures come does not matter.
   void count(const std::vector<Ballot>& ballots);
 

@@ -64,28 +64,12 @@ class Order(Streams):
 
 
 class Unwritable(Streams):
-    def expect_unsaved(self, name):
-        self.expect(["-in", "in.tab", "-sum", name], HEAD + LISTING + TIME_LINE,
-                    WARNING * 2 + "\tCan't save file " + name + "\n")
-
-    def test_a_folder_that_is_not_there(self):
-        self.expect_unsaved("nowhere/pred.tab")
-
-    def test_a_folder(self):
-        self.expect_unsaved("tab")
-        self.expect_unsaved(".")
-
-    def test_a_path_through_a_file(self):
-        self.expect_unsaved("in.tab/pred.tab")
-
-    def test_a_name_that_is_too_long(self):
-        self.expect_unsaved("x" * 5000)
-
-    def test_a_full_device(self):
-        for option in ("-sum", "-out"):
-            with self.subTest(option):
-                self.expect(["-in", "in.tab", option, "/dev/full"], HEAD + LISTING + TIME_LINE,
-                            WARNING * 2 + "\tCan't save file /dev/full\n")
+    def test_a_table_that_cannot_be_saved(self):
+        for name in ("nowhere/pred.tab", "tab", ".", "in.tab/pred.tab", "x" * 5000, "/dev/full"):
+            for option in ("-sum", "-out"):
+                with self.subTest(option=option, name=name[:20]):
+                    self.expect(["-in", "in.tab", option, name], HEAD + LISTING + TIME_LINE,
+                                WARNING * 2 + "\tCan't save file " + name + "\n")
 
     def test_nowhere(self):
         self.expect(["-in", "in.tab", "-out", "/dev/null"], HEAD + LISTING + TIME_LINE, WARNING * 2)
@@ -118,25 +102,15 @@ class BrokenStreams(Streams):
         return subprocess.run(["/bin/sh", "-c", '"$0" ' + options + " " + redirection, PROGRAM], cwd=self.directory,
                               env=self.environment(), capture_output=True, timeout=PATIENCE, check=False)
 
-    def test_standard_output_closed(self):
-        done = self.shell(">&-")
-        self.assertEqual((done.stdout, done.stderr.decode(), done.returncode), (b"", WARNING * 2, 0))
-        self.assertEqual(self.read("pred.tab"), TABLE)
-
-    def test_standard_output_and_error_closed(self):
-        done = self.shell(">&- 2>&-")
-        self.assertEqual((done.stdout, done.stderr, done.returncode), (b"", b"", 0))
-        self.assertEqual(self.read("pred.tab"), TABLE)
-
-    def test_all_streams_closed(self):
-        done = self.shell("<&- >&- 2>&-")
-        self.assertEqual((done.stdout, done.stderr, done.returncode), (b"", b"", 0))
-        self.assertEqual(self.read("pred.tab"), TABLE)
-
-    def test_standard_error_closed(self):
-        done = self.shell("2>&-")
-        self.assertEqual((mask(done.stdout.decode()), done.returncode), (HEAD + LISTING + TIME_LINE, 0))
-        self.assertEqual(self.read("pred.tab"), TABLE)
+    def test_closed_streams(self):
+        listing, warnings = (HEAD + LISTING + TIME_LINE), WARNING * 2
+        for redirection, stdout, stderr in ((">&-", "", warnings), (">&- 2>&-", "", ""), ("<&- >&- 2>&-", "", ""),
+                                            ("2>&-", listing, "")):
+            with self.subTest(redirection):
+                done = self.shell(redirection)
+                self.assertEqual((mask(done.stdout.decode()), done.stderr.decode(), done.returncode),
+                                 (stdout, stderr, 0))
+                self.assertEqual(self.read("pred.tab"), TABLE)
 
     def test_early_ends_with_closed_or_full_streams(self):
         for redirection in (">&- 2>&-", ">/dev/full 2>/dev/full"):

@@ -1,7 +1,7 @@
 # zorvela_python_test(<name> <file> [<label>...]): a file of Python unit tests as one CTest entry.
 #
 # Labels: slow (more than a second or two), data (unpacks the real proteins of data/), docs (compares documents with the
-# programs), web (needs what `script/web build` makes), browser (and Chromium), deep (calls of the system that fail,
+# programs), web (needs what `script/web build` makes), browser (and Chromium), deep (calls of the system that fail, figures,
 # bounds of memory and time). script/test chooses by them.
 find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
 # The system's Python before any other: Debian's packages are for that one.

@@ -66,111 +66,7 @@ TEST(SixDigits, AreThoseOfPrintedText) {
     expectSameBits(value);
 }
 
-// --- Secondary shifts -----------------------------------------------------------------------------
-
-/// A residue type whose tables say the same of all atoms.
-ReferenceValues uniformType(float randomCoil, float own, float asPrevious, float asNext) {
-  ReferenceValues type;
-  type.randomCoil.fill(randomCoil);
-  type.own.fill(own);
-  type.asPrevious.fill(asPrevious);
-  type.asNext.fill(asNext);
-  return type;
-}
-
-TEST(SecondaryShifts, AreObservedLessRandomCoilWithItsCorrections) {
-  Model model;
-  model.type('A') = uniformType(52.5F, 0.25F, 100.0F, 200.0F);
-  model.type('K') = uniformType(56.0F, 50.0F, 1.0F, 300.0F);
-  model.type('S') = uniformType(58.0F, 60.0F, 400.0F, 2.0F);
-  std::vector<Residue> sequence(3);
-  sequence[0].type = 'K';
-  sequence[1].type = 'A';
-  sequence[2].type = 'S';
-  sequence[1].shift(Atom::CA) = 60.0F;
-  const auto secondary = secondaryShifts(model, sequence);
-  ASSERT_EQ(secondary.size(), 3U);
-  EXPECT_EQ(secondary[1][indexOf(Atom::CA)], 4.25F);  // 60 - (52.5 + 0.25 + 1 + 2)
-  EXPECT_EQ(secondary[1][indexOf(Atom::CB)], kMissingShift);
-}
-
-TEST(SecondaryShifts, OfATypeWithoutRandomCoilAreMissing) {
-  Residue residue;
-  residue.type = 'X';
-  residue.shift(Atom::CA) = 60.0F;
-  EXPECT_EQ(secondaryShifts(Model(), {residue})[0][indexOf(Atom::CA)], kMissingShift);
-}
-
-TEST(SecondaryShifts, OfProlineLackTheAmide) {
-  for (const char code : {'P', 'p'}) {
-    Residue proline;
-    proline.type = code;
-    proline.shifts.fill(3.0F);
-    Model model;
-    model.type(code) = uniformType(1.0F, 0.0F, 0.0F, 0.0F);
-    const BackboneValues secondary = secondaryShifts(model, {proline})[0];
-    // A proline that is passed over is a neighbour like any other.
-    const float amide = code == 'P' ? kMissingShift : 2.0F;
-    EXPECT_EQ(secondary, (BackboneValues{amide, 2, 2, 2, 2, amide}));
-    EXPECT_EQ(missingShifts(proline), 0);
-  }
-}
-
-Residue glycine(float ha2, float ha3) {
-  Residue residue;
-  residue.type = 'G';
-  residue.shift(Atom::HA) = 7.0F;  // overridden
-  residue.shift(Atom::HA2) = ha2;
-  residue.shift(Atom::HA3) = ha3;
-  return residue;
-}
-
-float secondaryHA(const Residue& residue, float reference) {
-  BackboneValues references{};
-  references.fill(reference);
-  return secondaryShifts(residue, references)[indexOf(Atom::HA)];
-}
-
-TEST(GlycineHA, IsTheMeanOfBothProtonsOrTheOneThereIs) {
-  EXPECT_NEAR(secondaryHA(glycine(3.90F, 4.10F), 3.96F), 0.04, 1e-6);
-  EXPECT_EQ(secondaryHA(glycine(kNotMeasured, 4.5F), 4.0F), 0.5F);
-  EXPECT_EQ(secondaryHA(glycine(4.25F, 9999.0F), 4.0F), 0.25F);
-  EXPECT_EQ(secondaryHA(glycine(kNotMeasured, kNotMeasured), 4.0F), 9995.0F);
-  EXPECT_EQ(secondaryHA(glycine(4.0F, 5.0F), 9999.0F), 4.5F);
-}
-
-TEST(MissingShifts, CountTheProtonsOfGlycineOnce) {
-  EXPECT_EQ(missingShifts(glycine(4.0F, kNotMeasured)), 5);
-  EXPECT_EQ(missingShifts(glycine(kNotMeasured, kNotMeasured)), 6);
-}
-
-TEST(MissingShifts, LeaveOutRowsThatMarkAMissingShift) {
-  Residue residue;
-  residue.type = 'A';
-  residue.shift(Atom::CA) = 9999.0F;
-  EXPECT_EQ(missingShifts(residue), 5);
-}
-
-TEST(Clipped, LeavesLimitsAndMissingShiftsAlone) {
-  EXPECT_EQ(clipped(3.25F, -1, 2), 2.0F);
-  EXPECT_EQ(clipped(-3.25F, -1, 2), -1.0F);
-  EXPECT_EQ(clipped(2.0F, -1, 2), 2.0F);
-  EXPECT_EQ(clipped(999.0F, -1, 2), 999.0F);
-  EXPECT_EQ(clipped(1.5F, 0, 0), 0.0F);
-}
-
 // --- Prediction -------------------------------------------------------------------------------
-
-TEST(HasEnoughShifts, ForgivesOnePoorResidue) {
-  EXPECT_TRUE(hasEnoughShifts({4, 3, 3}));
-  EXPECT_FALSE(hasEnoughShifts({4, 4, 0}));
-}
-
-TEST(NaturalOdds, DivideTheOddsBy19) {
-  EXPECT_EQ(naturalOdds(0.5F), 0.05F);
-  EXPECT_EQ(naturalOdds(1.0F), 1.0F);
-  EXPECT_EQ(naturalOdds(0.0F), 0.0F);
-}
 
 /// Shares 0.5 for cis and 0.25 for trans on either side; each shift 0 +- 1 in cis, 1 +- 1 in trans.
 Model simpleModel() {
@@ -212,31 +108,6 @@ TEST(Predict, MultipliesTheFactorsOfShifts) {
   // Odds 4 by neighbours, exp(-1) by CA, exp(-0.5) by CG.
   const double odds = 4 * std::exp(-1.5);
   EXPECT_NEAR(prediction.pCis, odds / (1 + odds), 1e-6);
-}
-
-TEST(Predict, BringsShiftsIntoTheirLimits) {
-  Triplet triplet = tripletWithout();
-  triplet.secondary[1][indexOf(Atom::CB)] = -3.0F;
-  const ShiftEvidence cb = predict(simpleModel(), triplet).evidence.shifts[shiftIndex(0, Atom::CB)];
-  EXPECT_EQ(cb.used, -2.0F);
-}
-
-TEST(Predict, TakesBackboneShiftsUpTo99AndCGBelow999) {
-  Triplet triplet = tripletWithout();
-  triplet.secondary[0] = {99.0F, 99.001F, 99.0F, 99.0F, 99.0F, 99.0F};
-  triplet.cg = 999.0F;
-  const auto shifts = predict(simpleModel(), triplet).evidence.shifts;
-  EXPECT_FALSE(shifts[0].isMissing);
-  EXPECT_TRUE(shifts[1].isMissing);
-  EXPECT_TRUE(shifts[18].isMissing);
-  triplet.cg = 998.0F;
-  EXPECT_FALSE(predict(simpleModel(), triplet).evidence.shifts[18].isMissing);
-}
-
-TEST(Predict, WithoutSharesIsNotANumber) {
-  Triplet triplet = tripletWithout();
-  triplet.types[0] = 'X';
-  EXPECT_TRUE(std::isnan(predict(simpleModel(), triplet).pCisNorm));
 }
 
 }  // namespace

@@ -52,66 +52,6 @@ TEST(ReferenceTables, ProgressLinesNameTheTablesInTheOrderOfReading) {
                                   tab + "sslimit.tab\n");
 }
 
-TEST(ReferenceTables, MissingTableEndsTheRunBehindItsProgressLine) {
-  const RunFiles files;
-  const std::string adj = files.file("tab/rcadj.tab");
-  std::filesystem::remove(adj);
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0),
-      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
-         "\nReading RC Adjustments from " + adj + "\n\tCan't open file " + adj + " for reading\n"));
-}
-
-TEST(ReferenceTables, MissingDatabaseEndsTheRunBehindTheProgressLines) {
-  const RunFiles files;
-  const std::string database = files.file("tab/Pro.seq.tab");
-  std::filesystem::remove(database);
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0), Eq(files.progress() + "\tCan't open file " + database + " for reading\n"));
-}
-
-TEST(ReferenceTables, MissingInputEndsTheRunBeforeAnyProgressLine) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["in"] = files.file("no.tab");
-  zorvela.setArgs(args);
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0), Eq("\tCan't open file " + files.file("no.tab") + " for reading\n"));
-}
-
-TEST(ReferenceTables, NoneIsTheNameOfAFile) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["adj"] = "None";
-  zorvela.setArgs(args);
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.init();
-      },
-      ExitedWithCode(0),
-      Eq("Reading Random Coil Shifts from " + files.file("tab/randcoil.tab") +
-         "\nReading RC Adjustments from None\n\tCan't open file None for reading\n"));
-}
-
 TEST(ReferenceTables, EmptyCorrectionTableMeansNoCorrection) {
   const RunFiles files;
   files.write("none.tab", "");
@@ -175,14 +115,6 @@ TEST_F(Databases, TextThatIsNoNumberIsZero) {
   readShifts(shiftHeader + "x 1 y 2 z\n");
   EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{0, 1.0F}}));
   EXPECT_EQ(zorvela.avgTrans, (std::map<int, float>{{0, 0.0F}}));
-}
-
-TEST_F(Databases, FileThatCannotBeOpenedEndsTheRun) {
-  const std::string path = dir.file("none.tab");
-  EXPECT_EXIT(zorvela.getProCSValue(path), ExitedWithCode(0),
-              Eq("\tCan't open file " + path + " for reading\n"));
-  EXPECT_EXIT(zorvela.getProSeqOccurence(path), ExitedWithCode(0),
-              Eq("\tCan't open file " + path + " for reading\n"));
 }
 
 TEST_F(Databases, EmptyFilesLeaveTheMapsEmpty) {

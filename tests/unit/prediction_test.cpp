@@ -118,33 +118,6 @@ TEST_F(Probability, MultipliesEveryIndexWithItsOwnStatistics) {
   EXPECT_EQ(predict().pCisNorm, 0x1.968688p-6F);
 }
 
-TEST_F(Probability, IsMadeOfTheEvidenceThatItComesWith) {
-  // CB of the proline (10): 0.5 from cis, 1.5 from trans; CG (18): 2 deviations from cis, 1 from trans.
-  setStatistics(10, 2.0F, 0.0F, 1.0F, 1.0F);
-  setShift(10, "1.5");
-  setStatistics(18, 24.0F, 27.0F, 0.5F, 2.0F);
-  setShares(0.3F, 0.5F, 0.7F, 0.25F);
-  zorvela.cgShifts[2] = 25.0F;
-  const zorvela::ProlineEvidence evidence = predict().evidence;
-  for (std::size_t k = 0; k <= 18; ++k) EXPECT_EQ(evidence.shifts[k].isMissing, k != 10 && k != 18) << k;
-  EXPECT_EQ(evidence.shifts[10].used, 1.5F);
-  EXPECT_EQ(evidence.shifts[10].lnCis, -0.125);
-  EXPECT_EQ(evidence.shifts[10].lnTrans, -1.125);
-  EXPECT_EQ(evidence.shifts[18].lnCis, -2.0);
-  EXPECT_EQ(evidence.shifts[18].lnTrans, -0.5);
-  EXPECT_EQ(evidence.cisShares, (std::array<float, 2>{0.3F, 0.5F}));
-  EXPECT_EQ(evidence.transShares, (std::array<float, 2>{0.7F, 0.25F}));
-  // 0.3 x 0.5 x exp(-2.125) against 0.7 x 0.25 x exp(-1.625): odds of 0.857 x exp(-0.5)
-  EXPECT_NEAR(predict().pCis, 0.3420548F, 1e-6F);
-}
-
-TEST_F(Probability, UsesShiftsWithinTheirLimits) {
-  zorvela.clipShifts = true;
-  addRow(zorvela.limitTable, {{"RESNAME", "P"}, {"CB_MIN", "-1"}, {"CB_MAX", "1"}});
-  setShift(10, "1.5");
-  EXPECT_EQ(predict().evidence.shifts[10].used, 1.0F);
-}
-
 TEST_F(Probability, MovesFromIndexToIndexWithTheAtoms) {
   // One shift at a time, at the cis mean of its own index and 2 deviations off the trans mean.
   for (int k = 0; k < 18; ++k) {
@@ -182,11 +155,6 @@ TEST_F(Probability, IsZeroOrOneWhereOneProductUnderflows) {
   for (int k = 0; k < 18; ++k) setStatistics(k, 6.25F, 0.0F, 1.0F, 1.0F);
   EXPECT_EQ(predict().pCis, 1.0F);
   EXPECT_EQ(predict().pCisNorm, 1.0F);
-}
-
-TEST_F(Probability, IsNoNumberWhereBothPriorsAreZero) {
-  setShares(0.0F, 1.0F, 1.0F, 0.0F);
-  EXPECT_TRUE(std::isnan(predict().pCis));
 }
 
 TEST_F(Probability, UnknownNeighbourMakesItsPriorZeroWithoutAMessage) {

@@ -57,10 +57,6 @@ TEST_F(ReferenceLookups, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames)
   EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.0F);
 }
 
-TEST_F(ReferenceLookups, ResidueNamesAreCaseSensitive) {
-  EXPECT_EQ(zorvela.getRC("a", "CA"), 9999.0F);
-}
-
 TEST_F(ReferenceLookups, FirstRowOfATypeWins) {
   addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "7"}});
   EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
@@ -70,10 +66,4 @@ TEST_F(ReferenceLookups, TextThatIsNoNumberIsZero) {
   addRow(zorvela.rcTable, {{"RESNAME", "X"}, {"CA", "none"}, {"CB", ""}});
   EXPECT_EQ(zorvela.getRC("X", "CA"), 0.0F);
   EXPECT_EQ(zorvela.getRC("X", "CB"), 0.0F);
-}
-
-TEST_F(ReferenceLookups, EmptyTablesKnowNothing) {
-  ZORVELA empty;
-  EXPECT_EQ(empty.getRC("A", "CA"), 9999.0F);
-  EXPECT_EQ(empty.getRCadj("A", "CA"), 0.0F);
 }

@@ -1,4 +1,4 @@
-// Run settings: constructors, option values, usage text, and the listing of a row.
+// Run settings: constructors, option values, and the listing of a row.
 #include "support.h"
 // The run object comes after the files and variables of its tests.
 #include "ZORVELA.h"
@@ -7,54 +7,12 @@ namespace {
 
 using support::outputOf;
 using support::ScopedEnv;
-using testing::Eq;
-using testing::ExitedWithCode;
 
 using Args = std::map<std::string, std::string>;
 
 const std::vector<std::string> kNames = {"zorvelaDir", "tabDir", "predDir", "in",    "sum",  "out",  "rand",
                                          "adj",        "prev",   "next",    "first", "last", "clip", "noclip",
                                          "nodetail",   "tpct",   "dbpct",   "check", "help"};
-
-// The usage text, line by line; continuation lines begin with 38 blanks.
-std::string usage() {
-  const std::string blanks(38, ' ');
-  return "ZORVELA: Proline Omega Angle Prediction from Chemical Shift.\n"
-         "Version 1.01 (build 2009.1102.12) by the Zorvela developers\n"
-         "\n"
-         "Directory Settings: \n"
-         " -zorvelaDir mDir    [.]          ZORVELA Main Directory: ZORVELA_DIR.\n"
-         " -tabDir     tDir    [tab]        Subdirectory of master tables.\n"
-         " -predDir    pDir    [pred]       Directory for prediction results.\n"
-         "\n"
-         "File Name Settings:\n"
-         " -in         inName  [None]           Input Shift Table.\n"
-         " -sum        sumName [pred.tab]       Prediction Summary Output.\n"
-         "\n"
-         "Random Coil and Secondary Shift Tables:\n"
-         " -rand       rName   [randcoil.tab]   Random Coil Shift Table.\n"
-         " -adj        aName   [rcadj.tab]      Adjustment Table.\n" +
-         blanks +
-         "(None for no adjustment).\n"
-         " -prev       pName   [rcprev.tab]     Previous Residue Adjustment.\n" +
-         blanks +
-         "(None for no adjustment).\n"
-         " -next       nName   [rcnext.tab]     Next Residue Adjustment.\n" +
-         blanks +
-         "(None for no adjustment).\n"
-         " -limits     lName   [sslimit.tab]    Secondary Shift Limits.\n" +
-         blanks +
-         "(Used only with -clip).\n"
-         "\n"
-         "Other Options:\n"
-         " -first      resID1  [First]          First RESID to use.\n"
-         " -last       resIDN  [Last]           Last RESID to use.\n"
-         " -clip                                Clip Extreme Shifts (Default).\n"
-         " -noclip                              No Clipping of Shifts.\n"
-         "\n"
-         "Examples:\n"
-         " zorvela -in ubiq.tab     Form predictions from the given shifts.\n";
-}
 
 }  // namespace
 
@@ -67,99 +25,42 @@ class Settings : public testing::Test {
 
 // --- Constructors -------------------------------------------------------------------------------
 
-TEST_F(Settings, MainDirectoryWithSlashes) {
-  zorvela.setArgs({});
-  EXPECT_EQ(zorvela.mainDir, "/opt/z");
-  EXPECT_EQ(zorvela.pathSep, "/");
-  EXPECT_EQ(zorvela.tabDir, "/opt/z/tab");
-  EXPECT_EQ(zorvela.rcName, "/opt/z/tab/randcoil.tab");
-}
-
-TEST(SettingsOfEnvironment, DirectoryNameWithoutSeparatorIsIgnored) {
-  const ScopedEnv dir("ZORVELA_DIR", "data");
-  ZORVELA zorvela;
-  EXPECT_EQ(zorvela.mainDir, ".");
-  EXPECT_EQ(zorvela.pathSep, "");
-  zorvela.setArgs({});
-  EXPECT_EQ(zorvela.tabDir, ".tab");
-  EXPECT_EQ(zorvela.rcName, ".tabrandcoil.tab");
-}
-
-TEST(SettingsOfEnvironment, EmptyDirectoryNameIsSetAndHasNoSeparator) {
-  const ScopedEnv dir("ZORVELA_DIR", "");
-  const ScopedEnv path("PATH", "/usr/bin:/bin");
-  const ZORVELA zorvela;
-  EXPECT_EQ(zorvela.mainDir, ".");
-  EXPECT_EQ(zorvela.pathSep, "");
-}
-
-TEST(SettingsOfEnvironment, DirectoryUnsetAndPathWithSlashesGivesTabBelowTheWorkingDirectory) {
-  const ScopedEnv dir("ZORVELA_DIR", nullptr);
-  const ScopedEnv path("PATH", "/usr/bin:/bin");
-  ZORVELA zorvela;
-  EXPECT_EQ(zorvela.mainDir, ".");
-  EXPECT_EQ(zorvela.pathSep, "/");
-  zorvela.setArgs({});
-  EXPECT_EQ(zorvela.tabDir, "./tab");
-}
-
-TEST(SettingsOfEnvironment, DirectoryWithBackslashesAndNoSlash) {
-  const ScopedEnv dir("ZORVELA_DIR", "C:\\z");
-  ZORVELA zorvela;
-  EXPECT_EQ(zorvela.mainDir, "C:\\z");
-  EXPECT_EQ(zorvela.pathSep, "\\");
-  zorvela.setArgs({});
-  EXPECT_EQ(zorvela.tabDir, "C:\\z\\tab");
-  EXPECT_EQ(zorvela.proCsName, "C:\\z\\tab\\Pro.cs.tab");
-}
-
-TEST(SettingsOfEnvironment, SlashWinsOverBackslash) {
-  const ScopedEnv dir("ZORVELA_DIR", "a\\b/c");
-  const ZORVELA zorvela;
-  EXPECT_EQ(zorvela.mainDir, "a\\b/c");
-  EXPECT_EQ(zorvela.pathSep, "/");
-}
-
-TEST(SettingsOfEnvironment, SeparatorComesFromPathWhereTheDirectoryIsUnset) {
-  const ScopedEnv dir("ZORVELA_DIR", nullptr);
-  const auto separatorFor = [](const char* path) {
-    const ScopedEnv variable("PATH", path);
-    const ZORVELA zorvela;
-    EXPECT_EQ(zorvela.mainDir, ".");
-    return zorvela.pathSep;
+TEST(SettingsOfEnvironment, GivesTheMainDirectoryAndTheSeparator) {
+  struct Case {
+    const char* directory;
+    const char* path;
+    std::string mainDir;
+    std::string pathSep;
+    std::string tabDir;
   };
-  EXPECT_EQ(separatorFor(nullptr), "\\");
-  EXPECT_EQ(separatorFor("/bin"), "/");
-  EXPECT_EQ(separatorFor("C:\\bin;/bin"), "/");
-  EXPECT_EQ(separatorFor("C:\\bin"), "\\");
-  EXPECT_EQ(separatorFor("bin"), "");
-  EXPECT_EQ(separatorFor(""), "");
+  // A name without a separator is ignored; where none is set, PATH shows the separator.
+  for (const Case& c : std::initializer_list<Case>{{"/opt/z", "/bin", "/opt/z", "/", "/opt/z/tab"},
+                                                   {"data", "/bin", ".", "", ".tab"},
+                                                   {"", "/bin", ".", "", ".tab"},
+                                                   {"C:\\z", "/bin", "C:\\z", "\\", "C:\\z\\tab"},
+                                                   {"a\\b/c", "/bin", "a\\b/c", "/", "a\\b/c/tab"},
+                                                   {nullptr, "/bin", ".", "/", "./tab"},
+                                                   {nullptr, nullptr, ".", "\\", ".\\tab"},
+                                                   {nullptr, "C:\\bin;/bin", ".", "/", "./tab"},
+                                                   {nullptr, "C:\\bin", ".", "\\", ".\\tab"},
+                                                   {nullptr, "bin", ".", "", ".tab"},
+                                                   {nullptr, "", ".", "", ".tab"}}) {
+    SCOPED_TRACE(c.tabDir);
+    const ScopedEnv directory("ZORVELA_DIR", c.directory);
+    const ScopedEnv path("PATH", c.path);
+    ZORVELA zorvela;
+    EXPECT_EQ(zorvela.mainDir, c.mainDir);
+    EXPECT_EQ(zorvela.pathSep, c.pathSep);
+    zorvela.setArgs({});
+    EXPECT_EQ(zorvela.tabDir, c.tabDir);
+    EXPECT_EQ(zorvela.rcName, c.tabDir + c.pathSep + "randcoil.tab");
+  }
 }
 
 TEST_F(Settings, ConstructorFillsOptionNamesAndAtoms) {
   EXPECT_EQ(zorvela.argNames, kNames);
   EXPECT_EQ(zorvela.atomNames,
             (std::map<int, std::string>{{1, "N"}, {2, "HA"}, {3, "C"}, {4, "CA"}, {5, "CB"}, {6, "HN"}}));
-}
-
-TEST_F(Settings, LimitsRefPdbCountAndRcAreNoAcceptedNames) {
-  for (const char* name : {"limits", "ref", "pdb", "count", "rc", "ZORVELADir"})
-    EXPECT_EQ(std::count(zorvela.argNames.begin(), zorvela.argNames.end(), name), 0) << name;
-}
-
-TEST_F(Settings, ConstructorLeavesNamesAndMapsEmpty) {
-  EXPECT_EQ(zorvela.predDir, "");
-  EXPECT_EQ(zorvela.tabDir, "");
-  EXPECT_EQ(zorvela.spareDir, "");
-  EXPECT_EQ(zorvela.inName, "");
-  EXPECT_EQ(zorvela.spareName, "");
-  EXPECT_EQ(zorvela.csTable.getEntryCount(), 0);
-  EXPECT_TRUE(zorvela.resNames.empty());
-  EXPECT_TRUE(zorvela.missingCount.empty());
-  EXPECT_TRUE(zorvela.proSeqCis.empty());
-  EXPECT_TRUE(zorvela.avgCis.empty());
-  EXPECT_TRUE(zorvela.cgShifts.empty());
-  EXPECT_EQ(sizeof zorvela.numBuffer, 32U);
 }
 
 TEST_F(Settings, ConstructorWithAnInputNameAppliesNoDefault) {
@@ -218,39 +119,19 @@ TEST_F(Settings, SumBaseIsTheNameBeforeItsLastDot) {
   EXPECT_EQ(baseOf(".tab"), "");
 }
 
-TEST_F(Settings, DbpctIs59WithoutTheOptionAnd15ForZeroOrNoNumber) {
-  const auto dbpctOf = [&](const Args& args) {
-    zorvela.setArgs(args);
-    return zorvela.dbpct;
-  };
-  EXPECT_EQ(dbpctOf({{"dbpct", "0"}}), 15.0F);
-  EXPECT_EQ(dbpctOf({}), 59.0F);
-  EXPECT_EQ(dbpctOf({{"dbpct", "x"}}), 15.0F);
-  EXPECT_EQ(dbpctOf({{"dbpct", "nan"}}), 15.0F);
-  EXPECT_EQ(dbpctOf({{"dbpct", "12.5%"}}), 12.5F);
-  EXPECT_EQ(dbpctOf({{"dbpct", "-3"}}), -3.0F);
-}
-
-TEST_F(Settings, TpctIs15ForZeroOrNoNumber) {
-  const auto tpctOf = [&](const std::string& value) {
-    zorvela.setArgs({{"tpct", value}});
-    return zorvela.tpct;
-  };
-  EXPECT_EQ(tpctOf("0"), 15.0F);
-  EXPECT_EQ(tpctOf("tpct"), 15.0F);
-  EXPECT_EQ(tpctOf("nan"), 15.0F);
-  EXPECT_EQ(tpctOf("20"), 20.0F);
-}
-
-TEST_F(Settings, CountIs10ForZeroOrNoNumber) {
-  const auto countOf = [&](const std::string& value) {
+TEST_F(Settings, NumbersThatAreZeroOrNoneTakeTheirOwnDefault) {
+  using Cases = std::vector<std::pair<std::string, float>>;
+  for (const auto& [value, expected] :
+       Cases{{"0", 15}, {"x", 15}, {"nan", 15}, {"12.5%", 12.5F}, {"-3", -3}}) {
+    zorvela.setArgs({{"dbpct", value}, {"tpct", value}});
+    EXPECT_EQ(zorvela.dbpct, expected) << value;
+    EXPECT_EQ(zorvela.tpct, expected) << value;
+  }
+  for (const auto& [value, expected] :
+       std::map<std::string, int>{{"0", 10}, {"x", 10}, {"25", 25}, {"-2", -2}}) {
     zorvela.setArgs({{"count", value}});
-    return zorvela.count;
-  };
-  EXPECT_EQ(countOf("0"), 10);
-  EXPECT_EQ(countOf("x"), 10);
-  EXPECT_EQ(countOf("25"), 25);
-  EXPECT_EQ(countOf("-2"), -2);
+    EXPECT_EQ(zorvela.count, expected) << value;
+  }
 }
 
 TEST_F(Settings, FirstZeroStaysZeroAfterSetArgs) {
@@ -311,40 +192,20 @@ TEST_F(Settings, OutWinsOverSumAndPdbOverRef) {
   EXPECT_EQ(zorvela.refName, "r");
 }
 
-TEST_F(Settings, InAndPredDir) {
-  zorvela.setArgs({{"in", "my shifts.tab"}, {"predDir", "/results"}});
+TEST_F(Settings, InPredDirAndFlags) {
+  zorvela.setArgs({{"in", "my shifts.tab"}, {"predDir", "/results"}, {"noclip", "true"}, {"check", "true"}});
   EXPECT_EQ(zorvela.inName, "my shifts.tab");
   EXPECT_EQ(zorvela.predDir, "/results");
-}
-
-TEST_F(Settings, FlagsCheckAndNoclip) {
-  zorvela.setArgs({{"noclip", "true"}, {"check", "true"}});
   EXPECT_FALSE(zorvela.clipShifts);
   EXPECT_TRUE(zorvela.checkShifts);
 }
 
-TEST_F(Settings, DetailIsAlwaysOff) {
-  zorvela.showDetail = true;
-  zorvela.setArgs({});
-  EXPECT_FALSE(zorvela.showDetail);
-}
-
 TEST_F(Settings, EmptyValueIsNotGiven) {
   zorvela.inName = "kept.tab";
-  zorvela.setArgs({{"help", ""},
-                   {"in", ""},
-                   {"tabDir", ""},
-                   {"predDir", ""},
-                   {"sum", ""},
-                   {"out", ""},
-                   {"adj", ""},
-                   {"first", ""},
-                   {"last", ""},
-                   {"tpct", ""},
-                   {"dbpct", ""},
-                   {"count", ""},
-                   {"noclip", ""},
-                   {"check", ""}});
+  std::map<std::string, std::string> args;
+  for (const std::string& name : zorvela.argNames) args[name] = "";
+  args["count"] = "";
+  zorvela.setArgs(args);
   EXPECT_EQ(zorvela.inName, "kept.tab");
   EXPECT_EQ(zorvela.tabDir, "/opt/z/tab");
   EXPECT_EQ(zorvela.predDir, "pred");
@@ -357,34 +218,6 @@ TEST_F(Settings, EmptyValueIsNotGiven) {
   EXPECT_EQ(zorvela.count, 10);
   EXPECT_TRUE(zorvela.clipShifts);
   EXPECT_FALSE(zorvela.checkShifts);
-}
-
-TEST_F(Settings, OptionValuesMayBeLongerThan100Characters) {
-  const std::string name(5000, 'x');
-  zorvela.setArgs({{"in", name}, {"sum", name + ".tab"}, {"tabDir", name}});
-  EXPECT_EQ(zorvela.inName, name);
-  EXPECT_EQ(zorvela.sumBase, name);
-  EXPECT_EQ(zorvela.rcName, name + "/randcoil.tab");
-}
-
-// --- Usage --------------------------------------------------------------------------------------
-
-TEST_F(Settings, PrintSyntaxWritesTheUsageToStandardErrorAndEndsWithStatus0) {
-  EXPECT_EXIT(zorvela.printSyntax(), ExitedWithCode(0), Eq(usage()));
-}
-
-TEST_F(Settings, PrintSyntaxWritesNothingToStandardOutput) {
-  // Both streams in one: nothing stands beside the usage text.
-  EXPECT_EXIT(
-      {
-        support::sendOutputToError();
-        zorvela.printSyntax();
-      },
-      ExitedWithCode(0), Eq(usage()));
-}
-
-TEST_F(Settings, HelpShowsTheUsageBeforeAnySettingIsMade) {
-  EXPECT_EXIT(zorvela.setArgs({{"help", "help"}, {"in", "a.tab"}}), ExitedWithCode(0), Eq(usage()));
 }
 
 // --- A row as text ------------------------------------------------------------------------------

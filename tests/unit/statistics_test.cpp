@@ -1,4 +1,5 @@
 // Numbers to text, means and deviations of shifts and angles.
+#include <array>
 #include <cfloat>
 #include <climits>
 #include <cmath>
@@ -26,61 +27,42 @@ class Statistics : public testing::Test {
     EXPECT_EQ(returned, buffer) << "ftoa gives back the caller's buffer";
     return buffer;
   }
-  std::string shiftText(float value) { return text(value, 'g', 6); }
 
   ZORVELA zorvela;
 };
 
 // --- ftoa and itoa ------------------------------------------------------------------------------
 
-TEST_F(Statistics, FtoaFallsBackToF) {
-  EXPECT_EQ(text(0.5F, 'x', 3), "0.500");
-  EXPECT_EQ(text(0.5F, 'd', 1), "0.5");
-  EXPECT_EQ(text(0.5F, '\0', 2), "0.50");
-}
-
-TEST_F(Statistics, FtoaWithSixSignificantDigits) {
-  EXPECT_EQ(shiftText(1234567.0F), "1.23457e+06");
-  EXPECT_EQ(shiftText(9999.0F), "9999");
-  EXPECT_EQ(shiftText(0.5F), "0.5");
-  EXPECT_EQ(shiftText(-0.0F), "-0");
-  EXPECT_EQ(shiftText(0.0001F), "0.0001");
-  EXPECT_EQ(shiftText(0.00001F), "1e-05");
-  EXPECT_EQ(shiftText(56.123456F), "56.1235");
-}
-
-TEST_F(Statistics, FtoaWithEveryConversion) {
-  EXPECT_EQ(text(1.5F, 'f', 2), "1.50");
-  EXPECT_EQ(text(1.5F, 'F', 2), "1.50");
-  EXPECT_EQ(text(1.5F, 'e', 2), "1.50e+00");
-  EXPECT_EQ(text(1.5F, 'E', 2), "1.50E+00");
-  EXPECT_EQ(text(1e-7F, 'g', 3), "1e-07");
-  EXPECT_EQ(text(1e-7F, 'G', 3), "1E-07");
-}
-
-TEST_F(Statistics, FtoaPrecisionOfNoneOneAndTwoDigits) {
-  EXPECT_EQ(text(1.5F, 'e', -1), "1.500000e+00") << "no precision: printf's six";
-  EXPECT_EQ(text(2.5F, 'f', 0), "2") << "ties to even";
-  EXPECT_EQ(text(1.5F, 'f', 12), "1.500000000000");
-}
-
-TEST_F(Statistics, FtoaPrecisionOf100AndMoreIs99) {
-  const std::string expected = "0.5" + std::string(98, '0');
-  EXPECT_EQ(text(0.5F, 'f', 99), expected);
-  EXPECT_EQ(text(0.5F, 'f', 100), expected);
-  EXPECT_EQ(text(0.5F, 'f', 1000000), expected);
-}
-
-TEST_F(Statistics, FtoaWidensTheFloatToADouble) {
-  // The float nearest to 0.1 is 0.100000001490116119...
-  EXPECT_EQ(text(0.1F, 'f', 12), "0.100000001490");
-}
-
-TEST_F(Statistics, FtoaOfTheLargestFloatAndOfNoNumber) {
+TEST_F(Statistics, FtoaWritesAsPrintfDoes) {
+  struct Case {
+    float value;
+    char conversion;
+    int precision;
+    std::string text;
+  };
+  const std::string longest = "0.5" + std::string(98, '0');
+  const std::vector<Case> cases = {{0.5F, 'x', 3, "0.500"},  // an unknown conversion is f
+                                   {0.5F, '\0', 2, "0.50"},
+                                   {1234567.0F, 'g', 6, "1.23457e+06"},
+                                   {9999.0F, 'g', 6, "9999"},
+                                   {-0.0F, 'g', 6, "-0"},
+                                   {0.0001F, 'g', 6, "0.0001"},
+                                   {0.00001F, 'g', 6, "1e-05"},
+                                   {56.123456F, 'g', 6, "56.1235"},
+                                   {1.5F, 'F', 2, "1.50"},
+                                   {1.5F, 'e', 2, "1.50e+00"},
+                                   {1.5F, 'E', 2, "1.50E+00"},
+                                   {1e-7F, 'G', 3, "1E-07"},
+                                   {1.5F, 'e', -1, "1.500000e+00"},  // printf's six
+                                   {2.5F, 'f', 0, "2"},              // ties to even
+                                   {0.1F, 'f', 12, "0.100000001490"},
+                                   {0.5F, 'f', 99, longest},
+                                   {0.5F, 'f', 1000000, longest},
+                                   {kNaN, 'g', 6, "nan"},
+                                   {-kNaN, 'g', 6, "-nan"},
+                                   {HUGE_VALF, 'g', 6, "inf"}};
+  for (const Case& c : cases) EXPECT_EQ(text(c.value, c.conversion, c.precision), c.text);
   EXPECT_EQ(text(-FLT_MAX, 'f', 99).size(), 1U + 39U + 1U + 99U);
-  EXPECT_EQ(shiftText(kNaN), "nan");
-  EXPECT_EQ(shiftText(-kNaN), "-nan");
-  EXPECT_EQ(shiftText(HUGE_VALF), "inf");
 }
 
 TEST_F(Statistics, ItoaIsDecimalWhateverTheBase) {
@@ -98,28 +80,21 @@ TEST_F(Statistics, WeightIsAlways9999) {
   EXPECT_EQ(zorvela.getWeight("", ""), 9999.0F);
 }
 
-TEST_F(Statistics, DiffWrapsAround) {
-  EXPECT_EQ(zorvela.getDiff(-179.0F, 179.0F), 2.0F);
-  EXPECT_EQ(zorvela.getDiff(100.0F, -100.0F), 160.0F);
-  EXPECT_EQ(zorvela.getDiff(170.0F, -170.0F), 20.0F);
-  EXPECT_EQ(zorvela.getDiff(-170.0F, 170.0F), 20.0F);
-}
-
-TEST_F(Statistics, DiffOfTheSameSignDoesNotWrap) {
-  EXPECT_EQ(zorvela.getDiff(10.0F, 200.0F), 190.0F);
-  EXPECT_EQ(zorvela.getDiff(0.0F, 200.0F), 200.0F) << "a zero has no sign";
-}
-
-TEST_F(Statistics, DiffUpTo180DoesNotWrap) {
-  EXPECT_EQ(zorvela.getDiff(90.0F, -90.0F), 180.0F);
-  EXPECT_EQ(zorvela.getDiff(-10.0F, 10.0F), 20.0F);
-}
-
-TEST_F(Statistics, DiffOf999IsKeptAndAbove999IsZero) {
-  EXPECT_EQ(zorvela.getDiff(0.0F, 999.0F), 999.0F);
-  EXPECT_EQ(zorvela.getDiff(0.0F, 1000.0F), 0.0F);
-  EXPECT_EQ(zorvela.getDiff(5.0F, 9999.0F), 0.0F);
-  EXPECT_EQ(zorvela.getDiff(-1.0F, 998.0F), 999.0F) << "opposite signs, but not below 999";
+TEST_F(Statistics, DiffWrapsAroundBeyond180ForOppositeSigns) {
+  using Case = std::array<float, 3>;
+  for (const auto& [first, second, difference] :
+       std::initializer_list<Case>{{-179, 179, 2},
+                                   {100, -100, 160},
+                                   {170, -170, 20},
+                                   {10, 200, 190},
+                                   {0, 200, 200},  // a zero has no sign
+                                   {90, -90, 180},
+                                   {-10, 10, 20},
+                                   {0, 999, 999},
+                                   {0, 1000, 0},
+                                   {5, 9999, 0},
+                                   {-1, 998, 999}})
+    EXPECT_EQ(zorvela.getDiff(first, second), difference) << first << " and " << second;
 }
 
 // --- Means and deviations -----------------------------------------------------------------------
@@ -158,11 +133,6 @@ TEST_F(Statistics, STDevOfOneValueDividesByZero) {
   EXPECT_TRUE(std::isnan(zorvela.getSTDev({0.0F})));
 }
 
-TEST_F(Statistics, STDevSquaresBeyondSinglePrecision) {
-  // (1e30)^2 is past the largest float; sqrt(2 * 1e60) is not.
-  EXPECT_NEAR(zorvela.getSTDev({1e30F, 1e30F}), std::sqrt(2.0) * 1e30, 1e24);
-}
-
 // --- Angles -------------------------------------------------------------------------------------
 
 TEST_F(Statistics, AVGAngleAcross180IsThere) {
@@ -176,15 +146,6 @@ TEST_F(Statistics, AVGAngleOfAbsentAnglesOnlyIsZero) {
 
 TEST_F(Statistics, AVGAngleOfNoValuesIs9999) {
   EXPECT_EQ(zorvela.getAVGAngle({}), 9999.0F);
-}
-
-TEST_F(Statistics, AVGAngleIsCircular) {
-  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({10.0F, 20.0F}), 15.0F);
-  // The mean direction of 170 and 200 degrees, in the range -180 to 180.
-  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({170.0F, 200.0F}), -175.0F);
-  EXPECT_FLOAT_EQ(zorvela.getAVGAngle({-90.0F}), -90.0F);
-  // atan2(sin 30 + sin 60 + sin 120, cos 30 + cos 60 + cos 120) = atan2(2.232051, 0.866025) = 68.79398
-  EXPECT_NEAR(zorvela.getAVGAngle({30.0F, 60.0F, 120.0F}), 68.79398, 1e-4);
 }
 
 TEST_F(Statistics, AVGAngleSkipsAnglesAbove999Only) {
@@ -204,15 +165,6 @@ TEST_F(Statistics, STDAngleOfNoValuesIsZero) {
 TEST_F(Statistics, STDAngleCountsAnAbsentAngleWithItsNumber) {
   // The mean is that of 0 alone; 9999 - 0 goes down by 360 once: sqrt(9639^2 / 1).
   EXPECT_EQ(zorvela.getSTDAngle({0.0F, 9999.0F}), 9639.0F);
-}
-
-TEST_F(Statistics, STDAngleIsTheSpreadAroundTheCircularMean) {
-  // 5 degrees on each side: sqrt(50 / 1).
-  EXPECT_NEAR(zorvela.getSTDAngle({10.0F, 20.0F}), std::sqrt(50.0), 1e-5);
-  // 10 degrees on each side of 180: sqrt(200 / 1).
-  EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -170.0F}), std::sqrt(200.0), 1e-4);
-  // 15 degrees on each side of -175, from above and below: sqrt(450 / 1).
-  EXPECT_NEAR(zorvela.getSTDAngle({170.0F, -160.0F}), std::sqrt(450.0), 1e-4);
 }
 
 // --- The fast way and printf's ------------------------------------------------------------------

@@ -66,13 +66,6 @@ TEST_F(Triplets, NeighbourOutsideTheSequenceIsClippedByTheLimitsOfAnEmptyName) {
   EXPECT_EQ(zorvela.getTriplet(5).at("CA_R3"), "0.5");
 }
 
-TEST_F(Triplets, ResidueNumbersBelowOneArePlainNumbers) {
-  const Record record = zorvela.getTriplet(0);
-  EXPECT_EQ(record.at("RESID_R1"), "-1");
-  EXPECT_EQ(record.at("RESID_R2"), "0");
-  EXPECT_EQ(record.at("RESNAME_R3"), "K");
-}
-
 TEST_F(Triplets, ShiftsAreClippedUnlessNoclip) {
   zorvela.limitTable = support::tableOf("VARS RESNAME CA_MIN CA_MAX\nFORMAT %s %f %f\nP -0.25 0.25\n");
   EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.3");
@@ -90,27 +83,6 @@ TEST_F(Triplets, AbsentShiftStays9999) {
 TEST_F(Triplets, ShiftsHaveSixSignificantDigits) {
   zorvela.resTable.setEntry(13, "SHIFT", "12.3456789");
   EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "12.3457");
-}
-
-TEST_F(Triplets, ChangedShiftIsSeenInTheNextRecord) {
-  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "0.3");
-  zorvela.resTable.setEntry(13, "SHIFT", "1.5");
-  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "1.5");
-}
-
-TEST_F(Triplets, DirectChangesOfTheRowsAreSeen) {
-  ASSERT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.3");
-  // An earlier row of the same residue and atom comes first, wherever the assembly laid the other.
-  zorvela.resTable.entries[0] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "7"}};
-  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "7");
-  zorvela.resTable.entries.erase(0);
-  zorvela.resTable.entries[1] = {{"RESID", "3"}, {"ATOMNAME", "CA"}, {"SHIFT", "8"}};
-  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "8");
-  zorvela.resTable.entries[1].clear();
-  for (auto& [number, row] : zorvela.resTable.entries) row["RESID"] += "x";
-  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0") << "no row of the residue is left";
-  zorvela.resTable.entries.clear();
-  EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0");
 }
 
 TEST_F(Triplets, NumbersThatAreNotPlainAreNoResidues) {
@@ -158,15 +130,4 @@ TEST_F(Triplets, CentreOnResidue2PassesTheRangeAndOnResidue1DoesNot) {
 TEST_F(Triplets, NextResidueBeyondTheSequenceFails) {
   EXPECT_TRUE(zorvela.testTriplet(zorvela.getTriplet(4)));
   EXPECT_FALSE(zorvela.testTriplet(zorvela.getTriplet(5)));
-}
-
-TEST_F(Triplets, RecordWithoutNumbersFails) {
-  EXPECT_FALSE(zorvela.testTriplet({}));
-}
-
-TEST_F(Triplets, RecordIsTakenAsACopy) {
-  const Record record = zorvela.getTriplet(3);
-  Record given = record;
-  zorvela.testTriplet(given);
-  EXPECT_EQ(given, record);
 }

@@ -98,13 +98,6 @@ class SavedFiles(Page):
                 self.page.drop({name: packed})
                 self.check_saved(name)
 
-    def test_several_files_of_which_one_is_bad(self):
-        paths = [self.folder.copy(path) for path in (NUCLEASE, FILES / "nef_entry.nef")]
-        paths.insert(1, self.folder.add("broken.str", b"data_x\nloop_\n_Atom_chem_shift.ID\nstop_\n"))
-        self.page.choose(*paths)
-        self.check_saved(*(path.name for path in paths))
-        self.assertEqual(len(self.errors()), 1)
-
     def test_shift_table(self):
         path = self.folder.copy(FILES / "star3_dimer.str")
         self.page.choose(path)
@@ -239,13 +232,6 @@ class BadFiles(Page):
         self.assertEqual(self.page.status(), f"{len(bad)} files could not be predicted.")
         self.check_saved(*bad)
 
-    def test_good_file_after_a_bad_one(self):
-        self.page.drop({"empty.csv": b""})
-        self.assertEqual(len(self.errors()), 1)
-        self.page.choose(NUCLEASE)
-        self.assertEqual(self.errors(), [])
-        self.assertIn("1 cis", self.page.status())
-
     def test_large_file_that_holds_no_shifts(self):
         path = self.folder.add("large.txt", b"no shifts in here\n" * (100_000_000 // 18))
         self.page.clear_status()
@@ -313,14 +299,6 @@ class KeyboardAlone(Page):
         self.page.wait(lambda: len(self.page.saved()) == 1)
         self.assertEqual(self.page.saved()[0].name, "nuclease.csv")
         self.assertEqual(self.page.status(), "Saved nuclease.csv.")
-
-    def test_pasting(self):
-        self.tab_to("e.id === 'paste'")
-        self.page.press(browser.Keys.ENTER)
-        self.page.press("resid,resname,atom,shift\n1,ALA,CA,52.1\n2,PRO,CB,32.0\n")
-        self.tab_to("e.id === 'predict'")
-        self.page.press(browser.Keys.ENTER)
-        self.assertIn("1 proline", self.page.wait_for_result())
 
     def test_what_is_focused_is_seen(self):
         self.page.choose(NUCLEASE)

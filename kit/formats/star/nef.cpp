@@ -38,13 +38,6 @@ bool bondsBackward(const std::string& linking) {
   return isInside(linking) || equalIgnoringCase(linking, "end");
 }
 
-/// Whether the words for two neighbours say that no bond is between them.
-bool isBreak(const std::string& before, const std::string& after) {
-  const bool isEnd = equalIgnoringCase(before, "end") || equalIgnoringCase(before, "single");
-  const bool isStart = equalIgnoringCase(after, "start") || equalIgnoringCase(after, "single");
-  return isEnd || isStart || (equalIgnoringCase(before, "break") && equalIgnoringCase(after, "break"));
-}
-
 /// A ligand, an ion or a marker of coordinate axes, listed among the residues.
 bool isNoResidue(const std::string& linking, const std::string& name) {
   if (isIonOrWater(name)) return true;
@@ -67,8 +60,7 @@ bool isJump(const std::string& before, const std::string& after) {
 struct ChainWords {
   std::string keyBefore;
   std::string linkingBefore;
-  std::vector<std::string> bonds;   ///< "2 to 8", bonded although the numbers jump
-  std::vector<std::string> breaks;  ///< "14/15", no bond although no number is missing
+  std::vector<std::string> bonds;  ///< "2 to 8", bonded although the numbers jump
 };
 
 std::size_t addChain(const std::string& code, ChainFinder& finder) {
@@ -86,8 +78,6 @@ void join(ChainWords& said, const std::string& linking, bool isComplete, FileRes
   residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
   if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
     said.bonds.push_back(said.keyBefore + " to " + residue.key);
-  if (isBreak(said.linkingBefore, linking) && nextNumber(said.keyBefore) == residue.key)
-    said.breaks.push_back(said.keyBefore + "/" + residue.key);
   said.keyBefore = residue.key;
   said.linkingBefore = linking;
 }
@@ -120,18 +110,11 @@ void noteWords(const WordsByChain& words, ShiftFile& file) {
   for (const FileShiftList& list : file.lists)
     for (const FileShift& row : list.shifts)
       if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
-  for (const auto& [chain, said] : words) {
-    if (!hasShifts[chain]) continue;
-    const std::string ofChain = " of chain " + file.chains[chain].name;
-    if (!said.bonds.empty())
-      file.notes.push_back("the numbers" + ofChain +
+  for (const auto& [chain, said] : words)
+    if (hasShifts[chain] && !said.bonds.empty())
+      file.notes.push_back("the numbers of chain " + file.chains[chain].name +
                            " jump between residues that the file calls bonded, so they are neighbours: " +
                            enumerated(said.bonds));
-    if (!said.breaks.empty())
-      file.notes.push_back("the file says that residues" + ofChain +
-                           " are not bonded, but none is missing between them, so they stay neighbours: " +
-                           enumerated(said.breaks));
-  }
 }
 
 std::size_t chainOf(const std::string& code, ChainFinder& finder) {
@@ -147,7 +130,6 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
       table.column("_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type");
   const StarColumn atom = table.column("_nef_chemical_shift.atom_name");
   const StarColumn value = table.column("_nef_chemical_shift.value");
-  const StarColumn element = table.column("_nef_chemical_shift.element");
   std::size_t unassigned = 0;
   std::string example;
   const std::size_t rows = table.rows();
@@ -163,7 +145,6 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
     shift.chain = chainOf(code, finder);
     shift.residueName = name.word(row);
     shift.atom = atom.word(row);
-    shift.element = element.word(row);
     shift.value = value.word(row);
     list.shifts.push_back(std::move(shift));
   }

@@ -32,15 +32,12 @@ bool isEmpty(const StarToken& value) {
   return value.isPlain && (value.value == "." || value.value == "?");
 }
 
-const char* flagText(bool isCis) {
-  return isCis ? "true" : "false";
-}
-
 /// Walks over the file and collects the edits of its sequence loops.
 class Annotator {
  public:
-  Annotator(std::string_view source, const std::string& file, bool keepFlags, const CisPeptideOf& flagOf)
-      : text(source), name(file), keep(keepFlags), cisPeptideOf(flagOf), tokens(source) {}
+  Annotator(std::string_view source, const std::string& file, const FlagRules& flagRules,
+            const CisPeptideOf& flagOf)
+      : text(source), name(file), rules(flagRules), cisPeptideOf(flagOf), tokens(source) {}
 
   NefAnnotation run() {
     for (token = tokens.next(); token.kind != Kind::end;) {
@@ -137,8 +134,9 @@ class Annotator {
   }
 
   void addFlag(const StarToken& lastValue, std::optional<bool> wanted) {
-    if (wanted) ++result.written;
-    write(lastValue.end, lastValue.end, std::string(" ") + (wanted ? flagText(*wanted) : "."));
+    const std::string flag = wanted ? flagText(*wanted) : ".";
+    if (flag != ".") ++result.written;
+    write(lastValue.end, lastValue.end, " " + flag);
   }
 
   void setFlag(const StarToken& value, const NefSequenceRow& row, bool wanted) {
@@ -149,12 +147,16 @@ class Annotator {
     }
     if (!isEmpty(value)) {
       result.differing.push_back({row, printable(value.value, 40), wanted});
-      if (keep) return;
+      if (!rules.replace) return;
+    } else if (flagText(wanted) == std::string(".")) {
+      return;
     }
     ++result.written;
     // A text field ends at the start of a line, where nothing else may begin a word.
     write(value.begin, value.end, flagText(wanted));
   }
+
+  const char* flagText(bool isCis) const { return isCis ? "true" : rules.trans ? "false" : "."; }
 
   /// A quote or a text field may touch what follows it, a bare word may not.
   void write(std::size_t begin, std::size_t end, std::string word) {
@@ -175,7 +177,7 @@ class Annotator {
 
   std::string_view text;
   const std::string& name;
-  bool keep;
+  const FlagRules& rules;
   const CisPeptideOf& cisPeptideOf;
   StarTokens tokens;
   StarToken token;
@@ -187,9 +189,9 @@ class Annotator {
 
 }  // namespace
 
-NefAnnotation annotateNef(std::string_view text, const std::string& name, bool keep,
+NefAnnotation annotateNef(std::string_view text, const std::string& name, const FlagRules& rules,
                           const CisPeptideOf& cisPeptideOf) {
-  return Annotator(text, name, keep, cisPeptideOf).run();
+  return Annotator(text, name, rules, cisPeptideOf).run();
 }
 
 }  // namespace zorvela

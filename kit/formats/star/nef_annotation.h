@@ -21,6 +21,13 @@ struct NefSequenceRow {
 /// flag as it stands.
 using CisPeptideOf = std::function<std::optional<bool>(const NefSequenceRow&)>;
 
+/// What is written. Some readers take any value but "." for cis, and "." means trans: without `trans` the
+/// flag of a trans bond is left empty.
+struct FlagRules {
+  bool replace = false;  ///< also flags that are there and say something else
+  bool trans = false;    ///< "false" for trans
+};
+
 /// A flag that stood there and says something else.
 struct FlagChange {
   NefSequenceRow row;
@@ -38,10 +45,10 @@ struct NefAnnotation {
 };
 
 /// Sets `_nef_sequence.cis_peptide`, which describes the peptide bond before a residue, in all sequence loops
-/// of a file; a loop without that column gets one, with "." where nothing is to be said. With `keep` a flag
-/// that is there already is left. FileError with the line for a loop whose values do not fill its rows, and
-/// for a file without a sequence loop. `name` is how messages name the file.
-NefAnnotation annotateNef(std::string_view text, const std::string& name, bool keep,
+/// of a file; a loop without that column gets one, with "." where nothing is to be said. A flag that is
+/// there already is left, or replaced if the rules say so. FileError with the line for a loop whose values do
+/// not fill its rows, and for a file without a sequence loop. `name` is how messages name the file.
+NefAnnotation annotateNef(std::string_view text, const std::string& name, const FlagRules& rules,
                           const CisPeptideOf& cisPeptideOf);
 
 }  // namespace zorvela

@@ -95,7 +95,6 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
   const StarColumn number = table.column("_Residue_author_seq_code");
   const StarColumn name = table.column("_Residue_label");
   const StarColumn atom = table.column("_Atom_name");
-  const StarColumn element = table.column("_Atom_type");
   const StarColumn value = table.column("_Chem_shift_value");
   const StarColumn ambiguity = table.column("_Chem_shift_ambiguity_code");
   const std::size_t rows = table.rows();
@@ -113,7 +112,6 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
     shift.number = authorNumber(number, row);
     shift.residueName = name.word(row);
     shift.atom = atom.word(row);
-    shift.element = element.word(row);
     shift.value = value.word(row);
     shift.ambiguity = ambiguity.word(row);
     list.shifts.push_back(std::move(shift));

@@ -429,7 +429,6 @@ void readShifts(const StarTable& table, const Entities& entities, Copies& copies
   const StarColumn number = column("Auth_seq_ID");
   const StarColumn name = column("Comp_ID", "Auth_comp_ID");
   const StarColumn atom = column("Atom_ID", "Auth_atom_ID");
-  const StarColumn element = column("Atom_type");
   const StarColumn value = column("Val", "Chem_shift_val");
   const StarColumn ambiguity = column("Ambiguity_code", "Chem_shift_ambiguity_code");
   const StarColumn occupancy = column("Occupancy");
@@ -444,7 +443,6 @@ void readShifts(const StarTable& table, const Entities& entities, Copies& copies
     placeInChain({assembly.word(row), entity.word(row), asym.word(row)}, entities, copies, shift, odd);
     shift.residueName = name.word(row);
     shift.atom = atom.word(row);
-    shift.element = element.word(row);
     shift.value = value.word(row);
     shift.ambiguity = ambiguity.word(row);
     if (const auto share = toDecimal(occupancy.word(row))) shift.occupancy = std::stod(*share);
@@ -476,7 +474,7 @@ void readLists(const StarFrame& frame, const Entities& entities, Copies& copies,
   rows.list.name = listName(frame, file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
-    reserveRows(rows.list, table.rows(), file, frame.file().name);
+    reserveRows(rows.list, table.rows(), file, frame.file.name);
     readShifts(table, entities, copies, odd, rows);
   }
   std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));

@@ -35,9 +35,9 @@ constexpr ForeignTag kForeignMmcif[] = {
 
 /// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
 std::string bracketedName(const std::string& text, std::size_t pos) {
-  constexpr std::size_t kLongestName = 6;
+  constexpr std::size_t kLongestResidueName = 6;
   if (text[pos] != '(') return {};
-  const std::string name = text.substr(pos + 1, kLongestName + 1);
+  const std::string name = text.substr(pos + 1, kLongestResidueName + 1);
   const std::size_t end = name.find(')');
   return end == std::string::npos ? std::string() : name.substr(0, end);
 }
@@ -45,8 +45,8 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
 /// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
 std::string categoryOf(const StarFrame& frame) {
   std::string category = frameValue(frame, "_Saveframe_category");
-  const StarFile& file = frame.file();
-  for (std::size_t p = frame.items().firstPair; p < frame.items().endPair; ++p)
+  const StarFile& file = frame.file;
+  for (std::size_t p = frame.items.firstPair; p < frame.items.endPair; ++p)
     if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
       category = file.textOf(file.pairs[p].value);
   return category;

@@ -279,8 +279,7 @@ std::string firstWord(std::string_view text) {
 template <class Fits>
 std::vector<StarTable> tablesWhere(const StarFrame& frame, Fits fits) {
   std::vector<StarTable> tables;
-  const StarFile& file = frame.file();
-  const StarFrameRange& items = frame.items();
+  const auto& [file, items] = frame;
   for (std::size_t i = items.firstPair; i < items.endPair; ++i)
     if (fits(file.textOf(file.pairs[i].tag))) {
       tables.emplace_back(frame);
@@ -296,28 +295,26 @@ std::vector<StarTable> tablesWhere(const StarFrame& frame, Fits fits) {
   return tables;
 }
 
-bool hasAny(const StarFile& file, std::size_t first, std::size_t end,
-            std::initializer_list<std::string_view> tagStarts) {
-  for (std::size_t f = first; f < end; ++f)
-    for (const std::string_view start : tagStarts)
-      if (!tablesOf(StarFrame(file, f), start).empty()) return true;
-  return false;
+using TagStarts = std::initializer_list<std::string_view>;
+const TagStarts kMoleculeTags = {"_Entity.", "_nef_sequence.", "_Mol_polymer_class", "_Mol_residue_sequence"};
+const TagStarts kShiftTags = {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."};
+
+bool startsAsOneOf(TagStarts starts, std::string_view tag) {
+  return std::any_of(starts.begin(), starts.end(),
+                     [tag](std::string_view start) { return startsIgnoringCase(tag, start); });
 }
 
 /// Whether a data block is an entry of its own, with molecules and shifts.
 bool isEntry(const StarEntry& block) {
-  const auto has = [&](std::initializer_list<std::string_view> tagStarts) {
-    return hasAny(*block.file, block.firstFrame, block.endFrame, tagStarts);
+  const std::vector<StarFrame> frames = framesOf(block);
+  const auto has = [&frames](TagStarts starts) {
+    return std::any_of(frames.begin(), frames.end(), [starts](const StarFrame& frame) {
+      return !tablesWhere(frame, [starts](std::string_view tag) {
+                return startsAsOneOf(starts, tag);
+              }).empty();
+    });
   };
-  return has({"_Entity.", "_nef_sequence.", "_Mol_polymer_class", "_Mol_residue_sequence"}) &&
-         has({"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."});
-}
-
-/// A line of a text in which shift lists are looked for.
-bool isTagOfShifts(std::string_view line) {
-  for (const std::string_view tag : {"_Atom_chem_shift.", "_Chem_shift_value", "_nef_chemical_shift."})
-    if (startsIgnoringCase(line, tag)) return true;
-  return false;
+  return has(kMoleculeTags) && has(kShiftTags);
 }
 
 /// After the "save_" that follows a loop; the place itself if there is none.
@@ -364,7 +361,7 @@ std::string starWithin(std::string_view text) {
         isHeader = true;
         header = start;
       }
-      if (!isHeader || !isTagOfShifts(line)) continue;
+      if (!isHeader || !startsAsOneOf(kShiftTags, line)) continue;
       if (found.empty()) found.reserve(text.size());
       blankUpTo(header);
       isInList = true;

@@ -72,19 +72,13 @@ struct StarEntry {
 };
 
 /// A view of a save frame or a stretch of a data block: valid as long as the file.
-class StarFrame {
- public:
-  StarFrame(const StarFile& starFile, std::size_t index)
-      : source(&starFile), range(&starFile.frames[index]) {}
+struct StarFrame {
+  const StarFile& file;
+  const StarFrameRange& items;
 
+  StarFrame(const StarFile& starFile, std::size_t index) : file(starFile), items(starFile.frames[index]) {}
   /// Empty for a block without a name.
-  std::string name() const { return std::string(source->textOf(range->name)); }
-  const StarFile& file() const { return *source; }
-  const StarFrameRange& items() const { return *range; }
-
- private:
-  const StarFile* source;
-  const StarFrameRange* range;
+  std::string name() const { return std::string(file.textOf(items.name)); }
 };
 
 /// Whether a text begins as STAR does.
@@ -130,7 +124,7 @@ class StarColumn {
 class StarTable {
  public:
   StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
-  explicit StarTable(const StarFrame& frame) : source(&frame.file()), pairsOf(&frame.items()) {}
+  explicit StarTable(const StarFrame& frame) : source(&frame.file), pairsOf(&frame.items) {}
 
   /// FileError for a loop in which values are missing and none can be placed with certainty.
   std::size_t rows() const;

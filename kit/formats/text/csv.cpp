@@ -1,7 +1,8 @@
 // Reads text with a line of column names: one row per shift, or one row per residue with a column per atom.
-// The text is gone through twice: a survey of what the columns hold, which decides how labels are read and
-// what is refused, and then the rows themselves.
+// The rows are read once; what they hold together then decides how their labels are meant and what is
+// refused.
 #include <algorithm>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -9,10 +10,9 @@
 #include "formats/format.h"
 #include "formats/text/csv_cells.h"
 #include "formats/text/csv_columns.h"
-#include "formats/text/csv_residue.h"
 #include "formats/text/csv_rows.h"
-#include "formats/text/csv_survey.h"
 #include "formats/text/csv_without_names.h"
+#include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -24,267 +24,426 @@ namespace {
 constexpr const char* kColumnsRemedy =
     "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
     "resid,resname,atom,shift";
+constexpr const char* kOwnColumnsRemedy = "give names and numbers of residues in columns of their own";
 // A title or a comment may stand above the column names, but no more than a page of it.
 constexpr std::size_t kMostLinesAbove = 50;
 
-class CsvReader {
- public:
-  CsvReader(std::string_view wholeText, const std::string& name) : text(wholeText), fileName(name) {
-    file.lists.emplace_back();
-  }
+// --- Column names -------------------------------------------------------------------------------
 
-  ShiftFile read() {
-    if (const auto foreign = foreignText(text))
-      throw FileError(fileName, foreign->line, "is no shift file but " + foreign->what,
-                      "give the file with the chemical shifts");
-    findTable();
-    findPlaces(text, layout);
-    survey = surveyOf(text, layout, columns, fileName);
-    refuseDoubtful(survey, columns, fileName);
-    leaveOutColumns();
-    file.lists[0].shifts.reserve(survey.shiftCount);
-    forEachRow(text, layout, [this](const CsvRow& row) { readRow(row); });
-    nameResidues();
-    addNotes();
-    return std::move(file);
+[[noreturn]] void throwNoHeader(std::string_view line, std::size_t number, const CsvColumns& found,
+                                const std::string& file) {
+  const std::size_t start = std::min(line.find_first_not_of("# \t"), line.size());
+  const std::string shownLine = printable(trimmed(start == line.size() ? line : line.substr(start)), 60);
+  const bool isPartly = found.shift != kNoColumn || found.atom != kNoColumn;
+  throw FileError(file, number,
+                  isPartly ? "the columns lack " + found.missing()
+                           : "is no shift file that is known; it begins with \"" + shownLine + "\"",
+                  kColumnsRemedy);
+}
+
+/// The table below the first line that names enough columns, or one whose columns are plain without names.
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::string_view first;
+  std::size_t firstLine = 0;
+  CsvColumns firstColumns;
+  for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
+    const auto header = nextFilledLine(text, pos, line);
+    if (!header) break;
+    const auto layout = layoutOf(*header, text, pos, line);
+    const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
+    if (columns.areEnough()) {
+      const std::string lines =
+          firstLine + 1 == line ? "line " + std::to_string(firstLine)
+                                : "lines " + std::to_string(firstLine) + " to " + std::to_string(line - 1);
+      if (above > 0) notes.push_back(lines + " above the column names not used");
+      return {*layout, columns};
+    }
+    if (above > 0) continue;
+    first = *header;
+    firstLine = line;
+    firstColumns = columns;
+  }
+  const auto plain = tableWithoutNames(text);
+  if (!plain) throwNoHeader(first, firstLine, firstColumns, file);
+  notes.push_back("no column names: by what the columns hold, they are " + enumerated(plain->layout.names));
+  return *plain;
+}
+
+// --- Rows ---------------------------------------------------------------------------------------
+
+/// Rows or values that will not do: how many, and the first of them.
+struct Tally {
+  std::size_t count = 0;
+  std::size_t line = 0;
+  std::string first;
+
+  void add(std::size_t atLine, const std::string& what) {
+    if (count++ > 0) return;
+    line = atLine;
+    first = what;
+  }
+  bool areMostOf(std::size_t all) const { return count * 2 > all; }
+};
+
+/// What a column holds.
+struct ColumnContents {
+  std::size_t filled = 0;
+  std::size_t numbers = 0;
+  std::size_t values = 0;      ///< of an atom column: cells that should be shifts
+  std::size_t impossible = 0;  ///< of these: no numbers, or far from any shift of the atom
+  std::string example;         ///< the first of these
+
+  bool isWrong() const { return impossible * 2 > values; }
+};
+
+/// What the label of a shift's residue leaves open until all rows are known.
+struct OpenLabel {
+  char code = 0;         ///< a letter right after the number
+  bool hasName = false;  ///< the name stands beside the number
+  bool hasDash = false;
+  bool isByCounter = false;        ///< the number may count the rows
+  std::size_t column = kNoColumn;  ///< of the atom, where there is one row per residue
+};
+
+/// The rows as they stand.
+struct CsvContents {
+  std::vector<FileShift> shifts;    ///< `number` without code and sign; see `labels`
+  std::vector<OpenLabel> labels;    ///< one for each shift
+  std::vector<std::string> chains;  ///< their names
+  std::vector<ColumnContents> columns;
+  std::size_t rows = 0;
+  std::size_t values = 0;         ///< of a table with one row per shift
+  std::size_t splitDecimals = 0;  ///< rows whose shift seems to be cut at its comma
+  Tally misfits;                  ///< rows with too few or too many cells
+  Tally unplaced;                 ///< rows without a residue
+  Tally twoLetters;               ///< rows with a letter on either side of the number
+  Tally impossible;               ///< of `values`: those that no shift of the atom has
+  LimitedNotes leftOut{"lines left out"};
+};
+
+class RowReader {
+ public:
+  RowReader(std::string_view wholeText, const CsvTable& csvTable, const std::string& name)
+      : text(wholeText), table(csvTable), columns(csvTable.columns), file(name) {}
+
+  CsvContents read() {
+    contents.columns.resize(table.layout.width());
+    forEachRow(text, table.layout, [this](const CsvRow& row) {
+      ++contents.rows;
+      if (row.fault.empty())
+        readRow(row);
+      else
+        leaveOut(row, row.fault, contents.misfits);
+    });
+    return std::move(contents);
   }
 
  private:
-  // --- Column names ---------------------------------------------------------------------------
-
-  /// The first line that names enough columns, or columns that are plain without.
-  void findTable() {
-    std::size_t pos = 0;
-    std::size_t line = 0;
-    std::size_t firstLine = 0;
-    std::string first;
-    CsvColumns firstColumns;
-    for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
-      const auto header = nextFilledLine(text, pos, line);
-      if (!header) break;
-      const auto found = layoutOf(*header, text, pos, line);
-      const CsvColumns named = found ? readColumns(found->names) : CsvColumns();
-      if (named.areEnough()) {
-        layout = *found;
-        columns = named;
-        if (above > 0) noteLinesAbove(firstLine, line - 1);
-        return;
-      }
-      if (above > 0) continue;
-      firstLine = line;
-      const std::size_t start = header->find_first_not_of("# \t");
-      first = printable(trimmed(header->substr(start == std::string::npos ? 0 : start)), 60);
-      firstColumns = named;
-    }
-    if (const auto plain = tableWithoutNames(text)) {
-      layout = plain->layout;
-      columns = plain->columns;
-      file.notes.push_back("no column names: by what the columns hold, they are " + plainOrder());
-      return;
-    }
-    throwNoHeader(first, firstLine, firstColumns);
+  void leaveOut(const CsvRow& row, const std::string& why, Tally& tally) {
+    tally.add(row.line, why);
+    contents.leftOut.add("line " + std::to_string(row.line) + " left out: " + why);
   }
-
-  /// "residue number, residue name, atom, shift" in the file's order.
-  std::string plainOrder() const {
-    std::vector<std::string> names(layout.width());
-    const auto set = [&names](std::size_t column, const char* name) {
-      if (column < names.size()) names[column] = name;
-    };
-    set(columns.counter, "residue number");
-    set(columns.name, "residue name");
-    for (const std::size_t column : columns.residues) set(column, "residue");
-    set(columns.assignment, "residue with atom");
-    set(columns.atom, "atom");
-    set(columns.shift, "shift");
-    return enumerated(names);
-  }
-
-  void noteLinesAbove(std::size_t first, std::size_t last) {
-    file.notes.push_back((first == last ? "line " + std::to_string(first)
-                                        : "lines " + std::to_string(first) + " to " + std::to_string(last)) +
-                         " above the column names not used");
-  }
-
-  [[noreturn]] void throwNoHeader(const std::string& line, std::size_t number,
-                                  const CsvColumns& found) const {
-    const bool isPartly = found.shift != kNoColumn || found.atom != kNoColumn;
-    throw FileError(fileName, number,
-                    isPartly ? "the columns lack " + found.missing()
-                             : "is no shift file that is known; it begins with \"" + line + "\"",
-                    kColumnsRemedy);
-  }
-
-  // --- Columns that are not used --------------------------------------------------------------
-
-  /// An atom column whose values are mostly none of its shifts (secondary shifts, other atoms) is not used.
-  void leaveOutColumns() {
-    const std::size_t before = columns.atoms.size();
-    const auto isWrong = [this](const auto& one) {
-      const ColumnContents& contents = survey.columns[one.first];
-      if (contents.impossible * 2 <= contents.values) return false;
-      wrongColumns.push_back("column " + titleOf(one.first) +
-                             " left out: " + std::to_string(contents.impossible) + " of its " +
-                             std::to_string(contents.values) + " values can be no " + one.second +
-                             " shifts, such as " + quotedCell(contents.example));
-      return true;
-    };
-    auto& atoms = columns.atoms;
-    atoms.erase(std::remove_if(atoms.begin(), atoms.end(), isWrong), atoms.end());
-    if (before > 0 && atoms.empty())
-      throw FileError(fileName, 0, "no column holds shifts of its atom: " + wrongColumns.front(),
-                      "check that the columns hold what their names say");
-  }
-
-  /// How messages name a column.
-  std::string titleOf(std::size_t column) const {
-    const std::string& name = layout.names[column];
-    return name.empty() ? std::to_string(column + 1) + " (without a name)" : printable(name, 40);
-  }
-
-  // --- Rows -----------------------------------------------------------------------------------
 
   void readRow(const CsvRow& row) {
-    if (!row.fault.empty()) {
-      addBadLine(row.line, row.fault);
-      return;
-    }
     const RowResidue residue = residueOf(row.cells, columns);
-    if (!isPlaced(residue, columns)) {
-      addBadLine(row.line, whyNotPlaced(residue, row.cells, columns));
+    if (const std::string why = whyNotPlaced(residue, row.cells, columns); !why.empty()) {
+      leaveOut(row, why, contents.unplaced);
       return;
     }
-    FileShift shift;
-    nameResidue(residue, shift);
-    shift.line = row.line;
-    shift.chain = chainOf(residue.chain, row.line);
-    isCounterUsed = isCounterUsed || residue.isByCounter;
-    if (columns.areLong())
-      addShift(std::move(shift), columns.atom != kNoColumn ? row.cells[columns.atom] : residue.atom,
-               row.cells[columns.shift]);
-    else
-      addAtomColumns(shift, row.cells);
-  }
-
-  void nameResidue(const RowResidue& residue, FileShift& shift) const {
     const ResidueLabel& label = residue.label;
-    const bool isMinus = label.hasDash && survey.dashes.meaning() == Dash::minus && label.number != "0";
-    const bool isCodeName = survey.codes.standForNames();
-    shift.key = (isMinus ? "-" : "") + label.number + (isCodeName ? "" : label.code);
-    shift.number = shift.key;
-    shift.residueName = residue.name.empty() && isCodeName ? label.code : residue.name;
+    if (!label.name.empty() && !label.code.empty())
+      contents.twoLetters.add(row.line, label.name + label.number + label.code);
+    for (std::size_t i = 0; i < row.cells.size(); ++i) countCell(row.cells[i], contents.columns[i]);
+    if (columns.areLong()) {
+      readLongRow(row, residue);
+      return;
+    }
+    add(row, residue, {}, {}, kNoColumn);  // the residue is there, with shifts or without
+    for (const auto& [column, atom] : columns.atoms)
+      if (!isNoValue(row.cells[column])) readAtomCell(row, residue, column, atom);
   }
 
-  void addShift(FileShift row, const std::string& atom, const std::string& value) {
-    row.atom = atom;
-    if (!isNoValue(value)) {
-      row.value = valueText(value);
-      decimalCommas = decimalCommas || row.value != withLatinLetters(value);
-    }
+  static void countCell(const std::string& cell, ColumnContents& column) {
+    if (isNoValue(cell)) return;
+    ++column.filled;
+    if (isNumber(cell)) ++column.numbers;
+  }
+
+  void readAtomCell(const CsvRow& row, const RowResidue& residue, std::size_t column,
+                    const std::string& atom) {
+    const std::string& value = row.cells[column];
+    add(row, residue, atom, value, column);
+    if (isMissingNumber(value)) return;
+    ColumnContents& held = contents.columns[column];
+    ++held.values;
+    if (!canBeShiftOf(atom, value) && held.impossible++ == 0) held.example = value;
+  }
+
+  void readLongRow(const CsvRow& row, const RowResidue& residue) {
+    const std::string& atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.label.atom;
+    const std::string value = isNoValue(row.cells[columns.shift]) ? "" : row.cells[columns.shift];
     // A row without atom and value still says that there is such a residue.
-    if (row.value.empty() && isNoValue(atom)) row.atom.clear();
-    addRow(std::move(row));
+    add(row, residue, value.empty() && isNoValue(atom) ? "" : atom, value, kNoColumn);
+    if (isSplitDecimal(row)) ++contents.splitDecimals;
+    if (value.empty() || isMissingNumber(value)) return;
+    ++contents.values;
+    if (!canBeShiftIn(residue.name, atom, value))
+      contents.impossible.add(row.line, quotedCell(value) + " for " + printable(atom, 20));
   }
 
-  void addAtomColumns(const FileShift& row, const std::vector<std::string>& cells) {
-    addRow(row);
-    for (const auto& [column, atom] : columns.atoms) {
-      const std::string& value = cells[column];
-      if (isNoValue(value)) continue;
-      if (isNumber(value) && !isMissingNumber(value) && !canBeShiftIn(row.residueName, atom, value))
-        impossible.add("line " + std::to_string(row.line) + ": " + printable(value, 20) +
-                       " can be no shift of " + atom + " of residue " + row.number +
-                       ", so perhaps of another column; left out");
-      else
-        addShift(row, atom, value);
-    }
+  /// "52,4" cut at its comma, with the second half in a column that nobody needs.
+  bool isSplitDecimal(const CsvRow& row) const {
+    const std::size_t next = columns.shift + 1;
+    if (table.layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
+      return false;
+    const auto isWhole = [](const std::string& cell) {
+      return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
+    };
+    return isWhole(row.cells[columns.shift]) && isWhole(row.cells[next]);
   }
 
-  void addRow(FileShift row) { file.lists[0].shifts.push_back(std::move(row)); }
+  void add(const CsvRow& row, const RowResidue& residue, const std::string& atom, const std::string& value,
+           std::size_t column) {
+    const Limit limit = {mostShiftRows(text.size()), "has", "shift rows", kOneProteinRemedy};
+    checkLimit(contents.shifts.size() + 1, limit, file, row.line);
+    const ResidueLabel& label = residue.label;
+    FileShift shift;
+    shift.chain = chainOf(residue.chain, row.line);
+    shift.number = label.number;
+    shift.residueName = residue.name;
+    shift.atom = atom;
+    shift.value = value;
+    shift.line = row.line;
+    contents.shifts.push_back(std::move(shift));
+    contents.labels.push_back({label.code.empty() ? '\0' : label.code.front(), !label.name.empty(),
+                               label.hasDash, residue.isByCounter, column});
+  }
 
   std::size_t chainOf(const std::string& name, std::size_t line) {
-    const auto [entry, isNew] = chainIndex.emplace(name, file.chains.size());
+    const auto [entry, isNew] = chainIndex.emplace(name, contents.chains.size());
     if (isNew) {
-      checkLimit(file.chains.size() + 1, limits::kNamedChains, fileName, line);
-      file.chains.emplace_back();
-      file.chains.back().name = printable(nameOf(name, file.notes), kLongestName + 3);
+      checkLimit(contents.chains.size() + 1, limits::kNamedChains, file, line);
+      contents.chains.push_back(name);
     }
     return entry->second;
   }
 
-  void addBadLine(std::size_t line, const std::string& what) {
-    badLines.add("line " + std::to_string(line) + " left out: " + what);
-  }
-
-  // --- Names ----------------------------------------------------------------------------------
-
-  /// One-letter names become three-letter ones. A lower-case c is a disulfide cysteine, but not in a file
-  /// that writes all its letters in lower case.
-  void nameResidues() {
-    auto& rows = file.lists[0].shifts;
-    bool isNamed = false;
-    bool hasUpperLetter = false;
-    for (const FileShift& row : rows) {
-      isNamed = isNamed || !row.residueName.empty();
-      const bool isLetter = row.residueName.size() == 1;
-      hasUpperLetter = hasUpperLetter || (isLetter && row.residueName[0] >= 'A' && row.residueName[0] <= 'Z');
-    }
-    if (!rows.empty() && !isNamed)
-      throw FileError(fileName, 0, "the rows have no residue names",
-                      "add a column resname with one- or three-letter names");
-    for (FileShift& row : rows)
-      if (row.residueName.size() == 1) row.residueName = nameOfLetter(row.residueName, hasUpperLetter);
-  }
-
-  static std::string nameOfLetter(const std::string& letter, bool isCaseKept) {
-    const bool isDisulfide = isCaseKept && letter.front() == kDisulfideCysteine;
-    const std::string name = threeLetterName(isDisulfide ? kDisulfideCysteine : upper(letter).front());
-    return name.empty() ? letter : name;
-  }
-
-  // --- Notes ----------------------------------------------------------------------------------
-
-  bool isUsed(std::size_t column) const {
-    return columns.areUsing(column) || (isCounterUsed && column == columns.counter);
-  }
-
-  /// Numbers that look like data and are not used.
-  void noteOtherColumns() {
-    std::vector<std::string> others;
-    for (std::size_t i = 0; i < survey.columns.size(); ++i) {
-      const ColumnContents& contents = survey.columns[i];
-      const bool isWrong = contents.impossible * 2 > contents.values;  // has a note of its own
-      if (contents.numbers > 0 && contents.numbers * 2 >= contents.filled && !isUsed(i) && !isWrong)
-        others.push_back(titleOf(i));
-    }
-    if (!others.empty()) file.notes.push_back("columns of numbers that are not used: " + enumerated(others));
-  }
-
-  void addNotes() {
-    badLines.appendTo(file.notes);
-    if (!columns.doubled.empty())
-      file.notes.push_back("more than one column for " + enumerated(columns.doubled) +
-                           ": none of them is used");
-    file.notes.insert(file.notes.end(), wrongColumns.begin(), wrongColumns.end());
-    noteOtherColumns();
-    if (layout.isByPlace) file.notes.push_back("rows with gaps read by where the column names stand");
-    if (decimalCommas) file.notes.push_back("decimal commas read as points");
-    impossible.appendTo(file.notes);
-  }
-
   std::string_view text;
-  std::string fileName;
-  CsvLayout layout;
-  CsvColumns columns;
-  CsvSurvey survey;
-  ShiftFile file;
+  const CsvTable& table;
+  const CsvColumns& columns;
+  const std::string& file;
   std::unordered_map<std::string, std::size_t> chainIndex;
-  std::vector<std::string> wrongColumns;
-  bool decimalCommas = false;
-  bool isCounterUsed = false;
-  LimitedNotes badLines{"lines left out"};
-  LimitedNotes impossible{"values left out"};
+  CsvContents contents;
 };
+
+// --- What the labels mean -----------------------------------------------------------------------
+
+/// Whether the residues of each chain ascend, with each dash as a minus sign or as none.
+bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
+  std::vector<std::set<int>> chains(contents.chains.size());
+  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
+    const auto digits = toInteger(contents.shifts[i].number);
+    if (!digits || !contents.labels[i].hasName) continue;
+    const int number = isMinus && contents.labels[i].hasDash ? -*digits : *digits;
+    std::set<int>& seen = chains[contents.shifts[i].chain];
+    if (seen.insert(number).second && number != *seen.rbegin()) return false;
+  }
+  return true;
+}
+
+/// Whether the dash of labels such as "G-2" is a minus sign: it is where the numbers ascend then, and do not
+/// otherwise. FileError where that leaves it open, unless every label has a dash (Gly-12): a separator then.
+bool areDashesMinus(const CsvContents& contents, const std::string& file) {
+  const auto& labels = contents.labels;
+  const auto hasDash = [](const OpenLabel& label) { return label.hasDash; };
+  const auto dashed = std::find_if(labels.begin(), labels.end(), hasDash);
+  if (dashed == labels.end()) return false;
+  const bool isMinus = doNumbersAscend(contents, true);
+  if (isMinus != doNumbersAscend(contents, false)) return isMinus;
+  if (std::all_of(labels.begin(), labels.end(), hasDash)) return false;
+  const FileShift& shift = contents.shifts[static_cast<std::size_t>(dashed - labels.begin())];
+  throw FileError(file, shift.line,
+                  "it is open whether " + quotedCell(shift.residueName + "-" + shift.number) +
+                      " has a minus sign or a dash",
+                  kOwnColumnsRemedy);
+}
+
+/// Whether the letters after residue numbers (82P) are names, and not insertion codes: every row has one, or
+/// a longer name in the same cell (82PRO), and no other name.
+bool areCodesNames(const CsvContents& contents) {
+  for (std::size_t i = 0; i < contents.labels.size(); ++i) {
+    const OpenLabel& label = contents.labels[i];
+    if ((label.code != 0) == label.hasName) return false;
+    const std::string& name = contents.shifts[i].residueName;
+    if (label.code != 0 && !name.empty() &&
+        polypeptideResidue(name).letter != polypeptideResidue(upper({&label.code, 1})).letter)
+      return false;
+  }
+  return true;
+}
+
+/// Whether the only column of residue numbers goes up by one in each row although a residue has several.
+bool areRowsCounted(const CsvContents& contents) {
+  constexpr std::size_t kFewestRows = 3;
+  const auto& shifts = contents.shifts;
+  if (shifts.size() < kFewestRows) return false;
+  bool haveSeveralAtoms = false;
+  for (std::size_t i = 0; i < shifts.size(); ++i) {
+    if (!contents.labels[i].isByCounter) return false;
+    if (i > 0 && nextNumber(shifts[i - 1].number) != shifts[i].number) return false;
+    haveSeveralAtoms = haveSeveralAtoms || !equalIgnoringCase(shifts[i].atom, shifts.front().atom);
+  }
+  return haveSeveralAtoms;
+}
+
+/// "3 of 5"
+std::string share(const Tally& tally, std::size_t all) {
+  return std::to_string(tally.count) + " of " + std::to_string(all);
+}
+
+/// FileError for a table in which it is open what stands where.
+void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, const std::string& file) {
+  const Tally& misfits = contents.misfits;
+  const Tally& unplaced = contents.unplaced;
+  const std::size_t whole = contents.rows - misfits.count;
+  if (misfits.areMostOf(contents.rows))
+    throw FileError(
+        file, misfits.line,
+        "most rows (" + share(misfits, contents.rows) + ") do not fit the columns, the first by " +
+            misfits.first,
+        "give every row a cell for each column, an empty one where there is no shift, and numbers "
+        "with a decimal point");
+  if (unplaced.areMostOf(whole))
+    throw FileError(file, unplaced.line,
+                    "most rows (" + share(unplaced, whole) + ") name no residue" +
+                        (columns.lackAtoms() ? " with its atom: " : ": ") + unplaced.first,
+                    "is this a table of shifts? It needs columns resid, resname, atom and shift");
+  if (contents.twoLetters.areMostOf(whole - unplaced.count))
+    throw FileError(
+        file, contents.twoLetters.line,
+        "it is open which letter of " + quotedCell(contents.twoLetters.first) + " names the residue",
+        kOwnColumnsRemedy);
+  if (columns.areLong() && areRowsCounted(contents))
+    throw FileError(file, 0, "the only column of numbers beside the shifts counts the rows",
+                    "add a column of residue numbers (resid)");
+  constexpr std::size_t kFewestSplit = 3;
+  if (contents.splitDecimals >= kFewestSplit && contents.splitDecimals == whole - unplaced.count)
+    throw FileError(file, 0, "the shifts seem to be cut at their decimal commas",
+                    "write decimal points, or semicolons between the columns");
+  if (contents.impossible.areMostOf(contents.values))
+    throw FileError(file, contents.impossible.line,
+                    "most values (" + share(contents.impossible, contents.values) +
+                        ") can be no shifts of their atoms: " + contents.impossible.first,
+                    "check that the columns hold what their names say");
+}
+
+// --- What is kept -------------------------------------------------------------------------------
+
+/// How messages name a column.
+std::string titleOf(std::size_t column, const CsvTable& table) {
+  const std::string& name = table.layout.names[column];
+  return name.empty() ? std::to_string(column + 1) + " (without a name)" : printable(name, 40);
+}
+
+/// An atom column whose values are mostly none of its shifts (secondary shifts, other atoms) is not used.
+/// Columns of numbers that nobody reads are named.
+void noteColumns(const CsvContents& contents, const CsvTable& table, const std::string& file,
+                 std::vector<std::string>& notes) {
+  const CsvColumns& columns = table.columns;
+  if (!columns.doubled.empty())
+    notes.push_back("more than one column for " + enumerated(columns.doubled) + ": none of them is used");
+  std::vector<std::string> wrong;
+  for (const auto& [column, atom] : columns.atoms)
+    if (const ColumnContents& held = contents.columns[column]; held.isWrong())
+      wrong.push_back("column " + titleOf(column, table) + " left out: " + std::to_string(held.impossible) +
+                      " of its " + std::to_string(held.values) + " values can be no " + atom +
+                      " shifts, such as " + quotedCell(held.example));
+  if (!wrong.empty() && wrong.size() == columns.atoms.size())
+    throw FileError(file, 0, "no column holds shifts of its atom: " + wrong.front(),
+                    "check that the columns hold what their names say");
+  notes.insert(notes.end(), wrong.begin(), wrong.end());
+  const bool isCounterUsed = std::any_of(contents.labels.begin(), contents.labels.end(),
+                                         [](const OpenLabel& label) { return label.isByCounter; });
+  std::vector<std::string> others;
+  for (std::size_t i = 0; i < contents.columns.size(); ++i) {
+    const ColumnContents& held = contents.columns[i];
+    const bool isUsed = columns.areUsing(i) || (isCounterUsed && i == columns.counter);
+    if (held.numbers > 0 && held.numbers * 2 >= held.filled && !isUsed) others.push_back(titleOf(i, table));
+  }
+  if (!others.empty()) notes.push_back("columns of numbers that are not used: " + enumerated(others));
+}
+
+/// Numbers with their signs and codes, and names that stood as codes.
+void settleLabels(CsvContents& contents, const std::string& file) {
+  const bool isMinus = areDashesMinus(contents, file);
+  const bool isName = areCodesNames(contents);
+  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
+    FileShift& shift = contents.shifts[i];
+    const OpenLabel& label = contents.labels[i];
+    if (isMinus && label.hasDash && shift.number != "0") shift.number.insert(0, 1, '-');
+    if (label.code != 0 && !isName) shift.number += label.code;
+    if (label.code != 0 && isName && shift.residueName.empty()) shift.residueName = label.code;
+    shift.key = shift.number;
+  }
+}
+
+/// Takes out the shifts of wrong columns, and values that no shift of their column's atom has.
+void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
+  LimitedNotes impossible("values left out");
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
+    FileShift& shift = contents.shifts[i];
+    const std::size_t column = contents.labels[i].column;
+    if (column != kNoColumn) {
+      if (contents.columns[column].isWrong()) continue;
+      if (isNumber(shift.value) && !isMissingNumber(shift.value) &&
+          !canBeShiftIn(shift.residueName, shift.atom, shift.value)) {
+        impossible.add("line " + std::to_string(shift.line) + ": " + printable(shift.value, 20) +
+                       " can be no shift of " + shift.atom + " of residue " + shift.number +
+                       ", so perhaps of another column; left out");
+        continue;
+      }
+    }
+    if (kept != i) contents.shifts[kept] = std::move(shift);
+    ++kept;
+  }
+  contents.shifts.resize(kept);
+  impossible.appendTo(notes);
+}
+
+/// Writes numbers with a decimal point.
+void writePoints(std::vector<FileShift>& shifts, std::vector<std::string>& notes) {
+  bool hasComma = false;
+  for (FileShift& shift : shifts) {
+    std::string value = valueText(shift.value);
+    hasComma = hasComma || value != withLatinLetters(shift.value);
+    shift.value = std::move(value);
+  }
+  if (hasComma) notes.push_back("decimal commas read as points");
+}
+
+/// One-letter names become three-letter ones. A lower-case c is a disulfide cysteine, but not in a file that
+/// writes all its letters in lower case.
+void nameResidues(std::vector<FileShift>& shifts, const std::string& file) {
+  const auto hasName = [](const FileShift& shift) { return !shift.residueName.empty(); };
+  if (!shifts.empty() && std::none_of(shifts.begin(), shifts.end(), hasName))
+    throw FileError(file, 0, "the rows have no residue names",
+                    "add a column resname with one- or three-letter names");
+  const auto isUpperLetter = [](const FileShift& shift) {
+    const std::string& name = shift.residueName;
+    return name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z';
+  };
+  const bool isCaseKept = std::any_of(shifts.begin(), shifts.end(), isUpperLetter);
+  for (FileShift& shift : shifts) {
+    if (shift.residueName.size() != 1) continue;
+    const char letter = shift.residueName[0];
+    const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
+    const std::string name = threeLetterName(isDisulfide ? letter : upper(shift.residueName).front());
+    if (!name.empty()) shift.residueName = name;
+  }
+}
 
 }  // namespace
 
@@ -293,7 +452,28 @@ bool isCsv(const Source& source) {
 }
 
 ShiftFile readCsv(const Source& source) {
-  return CsvReader(source.text, source.file).read();
+  if (const auto foreign = foreignText(source.text))
+    throw FileError(source.file, foreign->line, "is no shift file but " + foreign->what,
+                    "give the file with the chemical shifts");
+  ShiftFile file;
+  CsvTable table = findTable(source.text, source.file, file.notes);
+  findPlaces(source.text, table.layout);
+  CsvContents contents = RowReader(source.text, table, source.file).read();
+  refuseDoubtful(contents, table.columns, source.file);
+  contents.leftOut.appendTo(file.notes);
+  noteColumns(contents, table, source.file, file.notes);
+  if (table.layout.isByPlace) file.notes.push_back("rows with gaps read by where the column names stand");
+  settleLabels(contents, source.file);
+  writePoints(contents.shifts, file.notes);
+  dropImpossible(contents, file.notes);
+  nameResidues(contents.shifts, source.file);
+  for (const std::string& name : contents.chains) {
+    file.chains.emplace_back();
+    file.chains.back().name = nameOf(name, file.notes);
+  }
+  file.lists.emplace_back();
+  file.lists[0].shifts = std::move(contents.shifts);
+  return file;
 }
 
 }  // namespace zorvela

@@ -1,10 +1,11 @@
 #include "formats/text/csv_columns.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <map>
 #include <string_view>
 
+#include "formats/text/csv_cells.h"
+#include "formats/text/delimited_text.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 
@@ -12,64 +13,32 @@ namespace zorvela {
 
 namespace {
 
-using Aliases = std::initializer_list<const char*>;
-
 constexpr std::size_t kMostResidueColumns = 3;
 
-// In order of trust: where a file has several, the first wins.
-const Aliases kNumberNames = {
-    "resid",     "residueid",      "resnum",         "residuenumber",  "residuenum",   "resno",
-    "residueno", "resnr",          "residuenr",      "resseq",         "resi",         "compindexid",
-    "seqid",     "seqcode",        "residueseqcode", "seqnum",         "sequencecode", "seqno",
-    "seqnr",     "sequencenumber", "authseqid",      "residueindex",   "resindex",     "aano",
-    "aanum",     "aanumber",       "aminoacidno",    "aminoacidnumber"};
-const Aliases kNameNames = {"resname",     "residuename",   "restype",        "residuetype", "resn",
-                            "compid",      "residuelabel",  "residuelabel3",  "aatype",      "aminoacidtype",
-                            "3letter",     "1letter",       "oneletter",      "threeletter", "3lettercode",
-                            "1lettercode", "onelettercode", "threelettercode"};
-const Aliases kResidueNames = {"residue",   "res",  "residues", "group",   "aa",
-                               "aminoacid", "code", "seq",      "sequence"};
+/// Words of one meaning in column names; the second is the one that the lists below have.
+constexpr std::pair<std::string_view, std::string_view> kSynonyms[] = {
+    {"residues", "res"}, {"residue", "res"},   {"aminoacid", "aa"}, {"sequence", "seq"},
+    {"number", "num"},   {"chemical", "chem"}, {"shifts", "shift"},
+};
+
+// Names of columns, in order of trust: where a file has several, the first wins.
+constexpr std::string_view kNumberNames =
+    "resid resnum resno resnr resseq resi compindexid seqid seqcode resseqcode seqnum seqno seqnr authseqid "
+    "resindex aano aanum";
+constexpr std::string_view kNameNames =
+    "resname restype resn compid reslabel reslabel3 aatype 3letter 1letter oneletter threeletter 3lettercode "
+    "1lettercode onelettercode threelettercode";
+constexpr std::string_view kResidueNames = "res group aa code seq";
 // Numbers that may as well count the rows.
-const Aliases kCounterNames = {"number", "num", "nr", "position", "pos", "no", "index", "idx"};
-const Aliases kAssignmentNames = {"assignment", "assignments", "assign", "assigned", "resonance", "label"};
-const Aliases kWeakNameNames = {"type", "name"};
-const Aliases kAtomNames = {"atom", "atomname", "atomid", "atomtypename", "name"};
-const Aliases kShiftNames = {"shift",
-                             "chemicalshift",
-                             "chemshift",
-                             "shiftppm",
-                             "chemicalshiftppm",
-                             "chemshiftppm",
-                             "chemshiftval",
-                             "chemshiftvalue",
-                             "chemicalshiftvalue",
-                             "cs",
-                             "csppm",
-                             "val",
-                             "value",
-                             "valueppm",
-                             "ppm",
-                             "deltappm",
-                             "delta",
-                             "shifts",
-                             "chemicalshifts",
-                             "csvalue",
-                             "dppm",
-                             "d"};
-const Aliases kChainNames = {"chain",
-                             "chainid",
-                             "chaincode",
-                             "chainname",
-                             "segid",
-                             "segment",
-                             "asymid",
-                             "authasymid",
-                             "entityassemblyasymid",
-                             "entityassemblyid",
-                             "entity",
-                             "entityid",
-                             "molecule",
-                             "mol"};
+constexpr std::string_view kCounterNames = "num nr position pos no index idx";
+constexpr std::string_view kAssignmentNames = "assignment assignments assign assigned resonance label";
+constexpr std::string_view kWeakNameNames = "type name";
+constexpr std::string_view kAtomNames = "atom atomname atomid atomtypename name";
+constexpr std::string_view kShiftNames =
+    "shift chemshift chemshiftval chemshiftvalue cs val value ppm delta csvalue d";
+constexpr std::string_view kChainNames =
+    "chain chainid chaincode chainname segid segment asymid authasymid entityassemblyasymid entityassemblyid "
+    "entity entityid molecule mol";
 // Atoms of the table under another name.
 struct AtomAlias {
   std::string_view name;
@@ -80,23 +49,21 @@ constexpr AtomAlias kAtomAliases[] = {
     {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
 // What stands around the atom in a column name, and says no more than that it is a shift.
-constexpr std::string_view kBefore[] = {"chemicalshift", "shift", "delta", "cs", "d", "13", "15", "1"};
-constexpr std::string_view kAfter[] = {"ppm", "chemicalshifts", "chemicalshift", "shifts", "shift", "obs",
-                                       "exp"};
+constexpr std::string_view kBefore[] = {"chemshift", "shift", "delta", "cs", "d", "13", "15", "1"};
+constexpr std::string_view kAfter[] = {"chemshift", "shift", "obs", "exp"};
 
 /// What does not count in a column name.
 bool isFiller(char c) {
   return std::string_view(" \t_-.:/()[]{}*,").find(c) != std::string_view::npos;
 }
 
-/// "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same. A sign that is not known stays, so that
-/// a name with it is none that is known.
+/// "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same, a unit does not count. A sign that is
+/// not known stays, so that a name with it is none that is known.
 std::string simplified(const std::string& name) {
   const std::size_t dot = name.find_last_of('.');
-  const bool hasCategory = name.front() == '_' && dot != std::string::npos && dot + 1 < name.size();
-  const bool isTag = hasCategory || (dot != std::string::npos && dot > 1 && dot + 2 < name.size() &&
-                                     isLetter(name[dot - 1]) && isLetter(name[dot + 1]) &&
-                                     name.find('_') != std::string::npos);
+  const bool isTag = dot != std::string::npos && dot > 1 && dot + 2 < name.size() &&
+                     isLetter(name[dot - 1]) && isLetter(name[dot + 1]) &&
+                     name.find('_') != std::string::npos;
   std::string result;
   for (const char c : lower(withLatinLetters(isTag ? name.substr(dot + 1) : name))) {
     if (c == '#')
@@ -104,17 +71,13 @@ std::string simplified(const std::string& name) {
     else if (!isFiller(c))
       result.push_back(c);
   }
+  for (const auto& [word, usual] : kSynonyms)
+    if (const std::size_t at = result.find(word); at != std::string::npos)
+      result.replace(at, word.size(), usual);
+  constexpr std::size_t kUnitSize = 3;
+  if (result.size() > kUnitSize && result.compare(result.size() - kUnitSize, kUnitSize, "ppm") == 0)
+    result.resize(result.size() - kUnitSize);
   return result;
-}
-
-/// Every bracket is closed again, as in "CA (ppm)" and not in "((resid".
-bool hasPairedBrackets(std::string_view name) {
-  int open = 0;
-  for (const char c : name) {
-    if (c == '(') ++open;
-    if (c == ')' && --open < 0) return false;
-  }
-  return open == 0 && (name.empty() || name.front() != '(');
 }
 
 /// Takes columns away, so that none serves twice.
@@ -124,13 +87,13 @@ class ColumnTaker {
     for (const std::string& name : names) free.push_back(name.empty() ? name : simplified(name));
   }
 
-  std::size_t take(Aliases aliases) {
-    for (const char* alias : aliases)
-      for (std::size_t i = 0; i < free.size(); ++i)
-        if (free[i] == alias) {
-          free[i].clear();
-          return i;
-        }
+  std::size_t take(std::string_view names) {
+    const auto inOrder = splitCells(names, Separator::blank);
+    for (const std::string& name : inOrder.value())
+      if (const auto found = std::find(free.begin(), free.end(), name); found != free.end()) {
+        found->clear();
+        return static_cast<std::size_t>(found - free.begin());
+      }
     return kNoColumn;
   }
 
@@ -260,7 +223,74 @@ void findAssignment(ColumnTaker& taker, CsvColumns& columns) {
   columns.residues.clear();
 }
 
+// --- The residue of a row -----------------------------------------------------------------------
+
+const std::string& cellAt(const std::vector<std::string>& cells, std::size_t column) {
+  static const std::string kNone;
+  return column < cells.size() ? cells[column] : kNone;
+}
+
+/// The columns that may give the number of a residue, in order of trust.
+std::vector<std::size_t> numberSources(const CsvColumns& columns) {
+  std::vector<std::size_t> sources = {columns.number, columns.assignment};
+  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
+  sources.insert(sources.end(), {columns.name, columns.counter});
+  return sources;
+}
+
+void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
+  for (const std::size_t column : numberSources(columns)) {
+    auto label = readLabel(cellAt(cells, column), column == columns.assignment);
+    if (!label || label->number.empty()) continue;
+    residue.label = std::move(*label);
+    residue.isByCounter = column == columns.counter;
+    return;
+  }
+}
+
+void findName(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
+  std::vector<std::size_t> sources = {columns.name};
+  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
+  const std::size_t ownColumns = sources.size();
+  sources.insert(sources.end(), {columns.assignment, columns.number, columns.counter});
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    const std::string& cell = cellAt(cells, sources[i]);
+    if (cell.empty()) continue;
+    const auto label = readLabel(cell, sources[i] == columns.assignment);
+    const bool isOfRow = label && (label->number.empty() || label->number == residue.label.number);
+    if (isOfRow && !label->name.empty()) {
+      residue.name = label->name;
+      if (residue.chain.empty()) residue.chain = label->chain;
+      return;
+    }
+    // A name that is not known stays as it is, where the number is known without it.
+    if (i < ownColumns && (!label || label->number != residue.label.number)) {
+      residue.name = cell;
+      return;
+    }
+  }
+}
+
 }  // namespace
+
+RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns) {
+  RowResidue residue;
+  residue.chain = cellAt(cells, columns.chain);
+  findNumber(cells, columns, residue);
+  if (residue.chain.empty()) residue.chain = residue.label.chain;
+  findName(cells, columns, residue);
+  return residue;
+}
+
+std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells,
+                         const CsvColumns& columns) {
+  const bool hasNumber = !residue.label.number.empty();
+  if (hasNumber && (!columns.lackAtoms() || !residue.label.atom.empty())) return {};
+  const char* what = hasNumber ? " names no atom" : " is no residue number";
+  for (const std::size_t column : numberSources(columns))
+    if (!cellAt(cells, column).empty()) return quotedCell(cellAt(cells, column)) + what;
+  return quotedCell("") + what;
+}
 
 bool CsvColumns::areEnough() const {
   const bool hasShifts = areLong() || atoms.size() > 1;
@@ -294,7 +324,6 @@ std::string atomOfColumn(const std::string& name) {
 
 CsvColumns readColumns(const std::vector<std::string>& names) {
   CsvColumns columns;
-  if (!std::all_of(names.begin(), names.end(), hasPairedBrackets)) return columns;
   ColumnTaker taker(names);
   columns.shift = taker.take(kShiftNames);
   columns.chain = taker.take(kChainNames);

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "formats/text/residue_label.h"
+
 namespace zorvela {
 
 /// Index of a column that is not there.
@@ -36,12 +38,27 @@ struct CsvColumns {
   std::string missing() const;
 };
 
-/// Reads a line of column names. Case, blanks, dots, underscores and units in them do not count. Names with
-/// other signs than a table has in its head (a bracket that is not closed) make the line none.
+/// Reads a line of column names. Case, blanks, dots, underscores, brackets and units in them do not count.
 CsvColumns readColumns(const std::vector<std::string>& names);
 
 /// The table's name of an atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift",
 /// "Calpha", "CG(Pro)", "CA(i)"; empty for anything else.
 std::string atomOfColumn(const std::string& name);
+
+/// What the cells of a row say of its residue.
+struct RowResidue {
+  ResidueLabel label;  ///< of the cell that gives the number
+  std::string name;    ///< as the file writes it; empty where it gives none
+  std::string chain;   ///< by its column or by a label
+  bool isByCounter = false;
+};
+
+/// Reads the cells of a row; each column is asked in order of trust.
+RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns);
+
+/// Why it is open which residue the row is of or, where that stands in the same cell, which atom: the cell
+/// and what it lacks. Empty where both are known.
+std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells,
+                         const CsvColumns& columns);
 
 }  // namespace zorvela

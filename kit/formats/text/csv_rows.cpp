@@ -24,15 +24,6 @@ bool isNoRow(std::string_view line) {
   return core.empty() || core.front() == '#' || isRule(core);
 }
 
-/// Separators alone, as many as the columns need: what a spreadsheet writes for the rows below its table.
-bool isEmptyRow(std::string_view line, const CsvLayout& layout) {
-  const char separator = static_cast<char>(layout.separator);
-  if (layout.separator == Separator::blank || layout.separator == Separator::bar) return false;
-  const auto isNothing = [separator](char c) { return c == separator || isBlank(c); };
-  return std::all_of(line.begin(), line.end(), isNothing) &&
-         std::count(line.begin(), line.end(), separator) + 1 >= static_cast<std::ptrdiff_t>(layout.width());
-}
-
 std::string widthFault(std::size_t cells, std::size_t width, bool isAtLeast) {
   return (isAtLeast ? "more than " : "") + counted(cells, "cell", "cells") + " for " +
          counted(width, "column", "columns");
@@ -151,7 +142,7 @@ void forEachRow(std::string_view text, const CsvLayout& layout,
   std::size_t number = layout.line;
   for (std::size_t pos = layout.start; const auto line = nextLine(text, pos);) {
     ++number;
-    if (isNoRow(*line) || isEmptyRow(*line, layout)) continue;
+    if (isNoRow(*line)) continue;
     CsvRow row;
     row.line = number;
     cutRow(*line, layout, row);

@@ -1,8 +1,8 @@
 #include "formats/text/csv_without_names.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
-#include <utility>
 
 #include "formats/text/csv_cells.h"
 #include "formats/text/residue_label.h"
@@ -13,134 +13,136 @@ namespace zorvela {
 
 namespace {
 
-/// What all cells of a column can be.
-struct Kinds {
-  bool number = true;
-  bool name = true;
-  bool atom = true;
-  bool label = true;
-  bool assignment = true;
-  bool shift = true;
-  bool hasPoint = false;      ///< some number has decimals
-  bool hasTableAtom = false;  ///< some cell is an atom that the shift table holds
+enum Role : std::size_t { number, name, atom, label, assignment, shift, roleCount };
+
+/// What a column can be: every cell will do, and one is plainly so (an atom of the table, a decimal point).
+struct Fit {
+  bool all = true;
+  bool isPlain = false;
 };
+using Fits = std::array<Fit, roleCount>;
 
 bool isTableAtomName(const std::string& cell) {
-  for (const char letter : {'A', 'G', 'P'})
-    if (readAtom(letter, cell).isInTable()) return true;
-  return false;
+  return readAtom('A', cell).isInTable() || readAtom('G', cell).isInTable() ||
+         readAtom(kProlineCode, cell).isInTable();
 }
 
 /// A name such as HB2, CG1, NE or QD: a nucleus, then where it is.
 bool isAtomName(const std::string& cell) {
-  const std::string name = upper(withLatinLetters(cell));
-  return !name.empty() && name.size() <= 5 &&
-         std::string_view("HCNQM").find(name.front()) != std::string_view::npos &&
-         std::all_of(name.begin() + 1, name.end(), [](char c) {
-           return isDigit(c) || std::string_view("ABGDEZHNOXYC%*#'\"").find(c) != std::string_view::npos;
-         });
+  const std::string text = upper(withLatinLetters(cell));
+  return !text.empty() && text.size() <= 5 && contains("HCNQM", text.substr(0, 1)) &&
+         text.find_first_not_of("ABGDEZHNOXYC%*#'\"0123456789", 1) == std::string::npos;
 }
 
 bool isResidueName(const std::string& cell) {
-  return polypeptideResidue(cell).letter != kUnknownResidue && toInteger(cell) == std::nullopt;
+  return !toInteger(cell) && polypeptideResidue(cell).letter != kUnknownResidue;
 }
 
-void narrow(const std::string& cell, Kinds& kinds) {
-  const auto label = readLabel(cell);
-  const auto assignment = readLabel(cell, true);
-  kinds.number = kinds.number && toInteger(cell).has_value();
-  kinds.name = kinds.name && isResidueName(cell);
-  kinds.atom = kinds.atom && isAtomName(cell);
-  kinds.label = kinds.label && label && !label->number.empty() && !label->name.empty();
-  kinds.assignment =
-      kinds.assignment && assignment && !assignment->number.empty() && isAtomName(assignment->atom);
-  kinds.shift = kinds.shift && isNumber(cell);
-  kinds.hasPoint = kinds.hasPoint || cell.find_first_of(".,") != std::string::npos;
-  kinds.hasTableAtom = kinds.hasTableAtom || isTableAtomName(assignment ? assignment->atom : cell);
+bool isResidueLabel(const std::string& cell) {
+  const auto read = readLabel(cell);
+  return read && !read->number.empty() && !read->name.empty();
 }
 
-/// The one column of a kind, if there is but one.
-std::size_t onlyColumn(const std::vector<Kinds>& columns, bool (*is)(const Kinds&)) {
-  std::size_t found = kNoColumn;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (!is(columns[i])) continue;
-    if (found != kNoColumn) return kNoColumn;
-    found = i;
-  }
-  return found;
+std::string atomOfLabel(const std::string& cell) {
+  const auto read = readLabel(cell, true);
+  return read && !read->number.empty() ? read->atom : std::string();
 }
 
-bool isShift(const Kinds& kinds) {
-  return kinds.shift && kinds.hasPoint;
-}
+/// Whether a cell can have a role, and whether it plainly has.
+struct RoleTest {
+  bool (*fits)(const std::string& cell);
+  bool (*isPlain)(const std::string& cell);
+};
 
-/// Which of the two columns beside number and shift is the name, which the atom; both readings are no good.
-bool splitNameAndAtom(const std::vector<Kinds>& kinds, CsvColumns& columns) {
-  std::vector<std::size_t> rest;
-  for (std::size_t i = 0; i < kinds.size(); ++i)
-    if (i != columns.counter && i != columns.shift) rest.push_back(i);
-  const auto fits = [&](std::size_t name, std::size_t atom) {
-    return kinds[name].name && kinds[atom].atom && kinds[atom].hasTableAtom;
-  };
-  if (rest.size() != 2 || fits(rest[0], rest[1]) == fits(rest[1], rest[0])) return false;
-  columns.name = fits(rest[0], rest[1]) ? rest[0] : rest[1];
-  columns.atom = fits(rest[0], rest[1]) ? rest[1] : rest[0];
+bool always(const std::string&) {
   return true;
 }
 
-bool findRoles(const std::vector<Kinds>& kinds, CsvColumns& columns) {
-  columns.shift = onlyColumn(kinds, isShift);
-  if (columns.shift == kNoColumn) return false;
-  if (kinds.size() == 4) {
-    columns.counter = onlyColumn(kinds, [](const Kinds& one) { return one.number && !one.hasPoint; });
-    return columns.counter != kNoColumn && splitNameAndAtom(kinds, columns);
+// In the order of `Role`.
+constexpr std::array<RoleTest, roleCount> kTests = {{
+    {[](const std::string& cell) { return toInteger(cell).has_value(); }, always},
+    {isResidueName, always},
+    {isAtomName, isTableAtomName},
+    {isResidueLabel, always},
+    {[](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
+     [](const std::string& cell) { return isTableAtomName(atomOfLabel(cell)); }},
+    {isNumber, [](const std::string& cell) { return cell.find_first_of(".,") != std::string::npos; }},
+}};
+
+void narrow(const std::string& cell, Fits& fits) {
+  for (std::size_t role = 0; role < roleCount; ++role) {
+    fits[role].all = fits[role].all && kTests[role].fits(cell);
+    fits[role].isPlain = fits[role].isPlain || (fits[role].all && kTests[role].isPlain(cell));
   }
-  if (kinds.size() == 3) {
-    const std::size_t label = onlyColumn(kinds, [](const Kinds& one) { return one.label; });
-    columns.atom = onlyColumn(kinds, [](const Kinds& one) { return one.atom && one.hasTableAtom; });
-    columns.residues = {label};
-    return label != kNoColumn && columns.atom != kNoColumn && label != columns.atom;
-  }
-  columns.assignment = onlyColumn(kinds, [](const Kinds& one) { return one.assignment && one.hasTableAtom; });
-  return kinds.size() == 2 && columns.assignment != kNoColumn;
 }
 
-/// Whether there still is a column for each role; once there is none, no row brings it back.
-bool mayHaveRoles(const std::vector<Kinds>& kinds) {
-  const auto any = [&kinds](bool Kinds::*is) {
-    return std::any_of(kinds.begin(), kinds.end(), [is](const Kinds& one) { return one.*is; });
-  };
-  if (!any(&Kinds::shift)) return false;
-  if (kinds.size() == 4) return any(&Kinds::number) && any(&Kinds::name) && any(&Kinds::atom);
-  if (kinds.size() == 3) return any(&Kinds::label) && any(&Kinds::atom);
-  return any(&Kinds::assignment);
+/// What a plain table of so many columns holds, in whatever order.
+std::vector<Role> rolesOf(std::size_t width) {
+  if (width == 4) return {number, name, atom, shift};
+  if (width == 3) return {atom, label, shift};
+  return {assignment, shift};
+}
+
+/// The one order of roles that all columns allow; nothing where there are two or none.
+std::optional<std::vector<Role>> onlyOrder(const std::vector<Fits>& columns) {
+  std::vector<Role> roles = rolesOf(columns.size());
+  std::optional<std::vector<Role>> found;
+  do {
+    bool isFit = true;
+    for (std::size_t i = 0; i < roles.size(); ++i) {
+      const Fit& fit = columns[i][roles[i]];
+      isFit = isFit && fit.all && fit.isPlain;
+    }
+    if (isFit && found) return std::nullopt;
+    if (isFit) found = roles;
+  } while (std::next_permutation(roles.begin(), roles.end()));
+  return found;
+}
+
+/// The columns by their roles, with names for them.
+void setColumns(const std::vector<Role>& roles, CsvTable& table) {
+  constexpr std::array<const char*, roleCount> kNames = {"residue number", "residue name",      "atom",
+                                                         "residue",        "residue with atom", "shift"};
+  CsvColumns& columns = table.columns;
+  columns.residues.resize(1, kNoColumn);
+  const std::array<std::size_t*, roleCount> places = {&columns.counter,    &columns.name,
+                                                      &columns.atom,       &columns.residues.front(),
+                                                      &columns.assignment, &columns.shift};
+  for (std::size_t i = 0; i < roles.size(); ++i) {
+    *places[roles[i]] = i;
+    table.layout.names[i] = kNames[roles[i]];
+  }
 }
 
 }  // namespace
 
 std::optional<CsvTable> tableWithoutNames(std::string_view text) {
-  constexpr std::size_t kFewestRows = 2;
-  CsvTable table;
   std::size_t pos = 0;
   std::size_t line = 0;
   std::optional<std::string_view> first = nextFilledLine(text, pos, line);
   while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
-  if (!first) return std::nullopt;
-  const auto layout = layoutOf(*first, text, 0, 0);
+  const auto layout = first ? layoutOf(*first, text, 0, 0) : std::nullopt;
   if (!layout || layout->width() < 2 || layout->width() > 4) return std::nullopt;
+  CsvTable table;
   table.layout = *layout;
   table.layout.places.clear();
   table.layout.names.assign(layout->width(), "");
-  std::vector<Kinds> kinds(layout->width());
+  std::vector<Fits> fits(layout->width());
   std::size_t rows = 0;
-  bool isPlain = true;
+  bool isWhole = true;
   forEachRow(text, table.layout, [&](const CsvRow& row) {
     ++rows;
-    isPlain = isPlain && row.fault.empty();
-    for (std::size_t i = 0; isPlain && i < kinds.size(); ++i) narrow(row.cells[i], kinds[i]);
-    isPlain = isPlain && mayHaveRoles(kinds);
+    isWhole = isWhole && row.fault.empty();
+    for (std::size_t i = 0; isWhole && i < fits.size(); ++i) narrow(row.cells[i], fits[i]);
+    // Text of another kind fails within its first rows, and is not looked at further.
+    isWhole = isWhole && std::all_of(fits.begin(), fits.end(), [](const Fits& column) {
+                return std::any_of(column.begin(), column.end(), [](const Fit& fit) { return fit.all; });
+              });
   });
-  if (!isPlain || rows < kFewestRows || !findRoles(kinds, table.columns)) return std::nullopt;
+  constexpr std::size_t kFewestRows = 2;
+  const auto roles = isWhole && rows >= kFewestRows ? onlyOrder(fits) : std::nullopt;
+  if (!roles) return std::nullopt;
+  setColumns(*roles, table);
   return table;
 }
 

@@ -110,32 +110,4 @@ std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom) {
   return isLetter(text.front()) ? nameFirst(text, holdsAtom) : numberFirst(text);
 }
 
-void DashMeaning::Reading::add(const std::string& chain, int number, const std::string& name) {
-  Chain& known = chains[chain];
-  const bool isFirst = known.names.empty();
-  const auto [entry, isNew] = known.names.emplace(number, name);
-  if (!isNew) {
-    isUnique = isUnique && equalIgnoringCase(entry->second, name);
-    return;
-  }
-  ascends = ascends && (isFirst || number > known.last);
-  known.last = number;
-}
-
-void DashMeaning::add(const std::string& chain, const ResidueLabel& label) {
-  const auto number = toInteger(label.number);
-  if (!number || label.name.empty()) return;
-  asSeparator.add(chain, *number, label.name);
-  asMinus.add(chain, label.hasDash ? -*number : *number, label.name);
-  areAllDashed = areAllDashed && label.hasDash;
-  isAnyDashed = isAnyDashed || label.hasDash;
-}
-
-Dash DashMeaning::meaning() const {
-  if (!isAnyDashed) return Dash::separator;
-  if (asSeparator.fits() != asMinus.fits()) return asMinus.fits() ? Dash::minus : Dash::separator;
-  // A table that writes every residue as Gly-12 means a separator, in whatever order.
-  return areAllDashed && asSeparator.isUnique ? Dash::separator : Dash::unclear;
-}
-
 }  // namespace zorvela

@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace zorvela {
 
@@ -21,36 +20,5 @@ struct ResidueLabel {
 /// Reads the cell. Nothing where it is none of the forms above or has more in it, as "((resid" or "126.962".
 /// With `holdsAtom`, what follows the number is an atom name.
 std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom = false);
-
-/// What the "-" of labels such as "G-2" is in a table.
-enum class Dash { separator, minus, unclear };
-
-/// Finds out by all labels of a table: it is a sign where the numbers then ascend and no number has two
-/// names, and do not so otherwise.
-class DashMeaning {
- public:
-  void add(const std::string& chain, const ResidueLabel& label);
-  Dash meaning() const;
-
- private:
-  /// The numbers of a table, read in one of the two ways.
-  struct Reading {
-    struct Chain {
-      std::unordered_map<int, std::string> names;
-      int last = 0;
-    };
-    std::unordered_map<std::string, Chain> chains;
-    bool ascends = true;
-    bool isUnique = true;
-
-    void add(const std::string& chain, int number, const std::string& name);
-    bool fits() const { return ascends && isUnique; }
-  };
-
-  Reading asSeparator;
-  Reading asMinus;
-  bool areAllDashed = true;
-  bool isAnyDashed = false;
-};
 
 }  // namespace zorvela

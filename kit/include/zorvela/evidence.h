@@ -5,7 +5,6 @@
 // positive for cis; 1 nat multiplies the odds by 2.7.
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -60,8 +59,9 @@ struct NextShift {
 struct Evidence {
   NeighbourContribution before;
   NeighbourContribution after;
-  std::array<ShiftContribution, kShifts> shifts;  ///< by shift index
-  std::vector<NextShift> next;                    ///< the measurable ones, the most worth first
+  std::vector<ShiftContribution> shifts =
+      std::vector<ShiftContribution>(kShifts);  ///< one for each shift index
+  std::vector<NextShift> next;                  ///< the measurable ones, the most worth first
 
   /// That of a shift index, which must be one of the triplet; see `shiftPlace`.
   const ShiftContribution& shift(int index) const { return shifts[static_cast<std::size_t>(index)]; }

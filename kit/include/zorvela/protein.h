@@ -45,6 +45,24 @@ struct Protein {
   std::vector<std::string> asides;   ///< the same, of what is so in nearly every file: for programs only
 };
 
+/// A shift of an atom by any of its common names: "HN" or "H", "C" or "CO".
+struct NamedShift {
+  int number = 0;  ///< of its residue
+  std::string atom;
+  double ppm = 0;
+};
+
+/// Makes a protein of a sequence in one-letter codes and of shifts, without any file. Residues are numbered
+/// from `firstNumber`. Other atoms than those of a protein's table are passed over, as in a file. Error for a
+/// letter that no sequence has, a number outside the sequence, a name that no atom of a protein has, a shift
+/// that is not finite, and for two values of one atom.
+Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShift>& shifts,
+                        int firstNumber = 1);
+
+/// Puts the shifts of a protein on a longer sequence: for files that give none, or only what was assigned.
+/// Error where it fits nowhere, or equally well in several places and none of them is that of its numbers.
+Protein onSequence(Protein protein, const std::string& sequence);
+
 /// Writes the chain as the table that the program reads: its remarks, its sequence and a row for each shift,
 /// with residues from 1. Control characters in remarks become blanks. std::out_of_range for a shift of a
 /// residue that the sequence has not.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "zorvela/predict.h"
@@ -33,6 +34,14 @@ std::size_t countCalls(const RunReport& report, Call call);
 std::size_t countVerdicts(const RunReport& report, Verdict verdict);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
+
+/// What a cell of a table of results holds: nothing, a count, a number or a text.
+using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
+
+/// Returns the names of the columns of `writeCsv`, in their order.
+std::vector<std::string> csvColumns(bool withStructures);
+/// Returns the cells of a proline, one for each of these columns; with structures where it has a finding.
+std::vector<Value> csvRow(const ProteinResult& protein, const ProlineResult& proline);
 
 /// How a report looks where there is a choice; a report may ignore it.
 struct ReportStyle {

@@ -29,9 +29,10 @@ struct StructureResidue {
   std::string number;         ///< with insertion code: 52A
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
-  std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
-  std::vector<ModelBond> others;  ///< further conformations with another state than the main one
-  std::string whyNoBond;          ///< where `bonds` is empty: "first residue of the chain"
+  std::vector<ModelBond> bonds;            ///< one for each model with both residues: its main conformation
+  std::vector<ModelBond> others;           ///< further conformations with another state than the main one
+  std::vector<std::string> modelsWithout;  ///< the models without a bond that others have
+  std::string whyNoBond;                   ///< where `bonds` is empty: "first residue of the chain"
 };
 
 /// A protein chain of a structure.
@@ -39,6 +40,7 @@ struct StructureChain {
   std::string name;
   std::vector<StructureResidue> residues;  ///< those with coordinates, in the order of the file
   bool isTrace = false;                    ///< CA atoms alone
+  std::size_t molecule = 0;                ///< from 1, where several molecules share the name
 
   std::string letters() const;
 };

@@ -53,24 +53,55 @@ class Annotate(folder.InFolder):
     def test_decided_prolines_alone_are_set(self):
         result = self.annotate(nef({}))
         self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(self.output.decode(), nef({3: "true"}))
+        self.assertIn("cis: P103; undecided, left open: P111; trans: 1", result.stderr)
+        self.assertIn("1 flag written, 0 said so before", result.stderr)
+        self.annotate(nef({}), "--trans")
         self.assertEqual(self.output.decode(), nef({3: "true", 7: "false"}))
-        self.assertIn("2 prolines decided, 1 not; 2 flags written, 0 said so before", result.stderr)
 
     def test_a_second_run_changes_nothing(self):
         result = self.annotate(nef({3: "true", 7: "false"}))
         self.assertEqual(self.output.decode(), nef({3: "true", 7: "false"}))
         self.assertIn("0 flags written, 2 said so before", result.stderr)
 
-    def test_a_flag_that_differs_is_replaced_and_noted_or_kept(self):
-        result = self.annotate(nef({3: "false", 7: "'true'", 11: "true"}))
-        self.assertEqual(self.output.decode(), nef({3: "true", 7: "false", 11: "true"}))
-        self.assertIn("note: in.nef, chain A: cis_peptide of PRO 103 was false, the shifts say true; replaced", result.stderr)
-        self.assertIn("cis_peptide of PRO 107 was true, the shifts say false; replaced", result.stderr)
-        self.assertNotIn("111", result.stderr)
-        before = nef({3: "false", 7: "."})
-        result = self.annotate(before, "--keep")
-        self.assertEqual(self.output.decode(), nef({3: "false", 7: "false"}))
-        self.assertIn("was false, the shifts say true; left as it was", result.stderr)
+    def test_a_flag_that_differs_is_noted_and_kept_or_replaced(self):
+        flags = {3: "false", 7: "'true'", 11: "true"}
+        result = self.annotate(nef(flags))
+        self.assertEqual(self.output.decode(), nef(flags))
+        self.assertIn("note: in.nef, chain A: cis_peptide of PRO 103 was false, the shifts say cis; left as it was", result.stderr)
+        self.assertIn("cis_peptide of PRO 107 was true, the shifts say trans; left as it was", result.stderr)
+        self.assertNotIn("PRO 111", result.stderr)
+        for options, trans in (((), "."), (("--trans",), "false")):
+            result = self.annotate(nef(flags), "--replace", *options)
+            self.assertEqual(self.output.decode(), nef({3: "true", 7: trans, 11: "true"}))
+            self.assertIn("was false, the shifts say cis; replaced", result.stderr)
+
+    def other_chain(self, text, name="B", first=501):
+        """The text with a second chain of the same sequence, without shifts."""
+        rows = [line for line in text.split("\n") if "# residue" in line]
+        copies = [line.replace("  A  %-3d" % (i + 100), "  %s  %-3d" % (name, first - 1 + i)) for i, line in enumerate(rows, 1)]
+        return text.replace(rows[-1], "\n".join([rows[-1], *copies]))
+
+    def test_the_copies_of_a_homodimer_get_the_same_flags(self):
+        result = self.annotate(self.other_chain(nef({})))
+        self.assertEqual(self.output.decode(), self.other_chain(nef({3: "true"})))
+        self.assertIn("note: in.nef, chain B: flags by the sequence, from in.nef, chain A", result.stderr)
+
+    def test_shifts_of_another_file(self):
+        bare = nef({}).split("save_nef_chemical_shift_list_x")[0]
+        self.put("shifts.nef", nef().replace(" A ", " X "))
+        self.assertEqual(self.annotate(bare).returncode, 1)
+        result = self.annotate(bare, "--shifts", "shifts.nef")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(self.output.decode(), nef({3: "true"}).split("save_nef_chemical_shift_list_x")[0])
+        self.assertIn("note: in.nef, chain A: flags by the sequence, from shifts.nef, chain X", result.stderr)
+        self.put("tagged.tab", program.full_table("GSHM" + SEQUENCE, {(7, "CB"): 34.0, (7, "CG"): 24.0}))
+        result = self.annotate(bare, "--shifts", "tagged.tab")
+        self.assertEqual(self.output.decode(), nef({3: "true"}).split("save_nef_chemical_shift_list_x")[0])
+        self.put("other.tab", program.full_table("MKLVWFYTREDPQHHW"))
+        result = self.annotate(bare, "--shifts", "other.tab")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("in.nef: has no chain with the sequence of the shifts", result.stderr)
 
     def test_the_column_is_added(self):
         for line_end in ("\n", "\r\n"):
@@ -81,15 +112,15 @@ class Annotate(folder.InFolder):
                                     "residue_variant" + line_end + "      _nef_sequence.cis_peptide" + line_end)
             for number in range(1, len(SEQUENCE) + 1):
                 expected = expected.replace("  .  # residue %d" % number + line_end, "  . %s  # residue %d%s" % (
-                    {3: "true", 7: "false"}.get(number, "."), number, line_end))
+                    {3: "true"}.get(number, "."), number, line_end))
             self.assertEqual(self.output.decode(), expected)
 
     def test_gzip_in_gives_gzip_out(self):
         self.annotate(gzip.compress(nef({}).encode()), name="in.nef.gz", output="out.nef.gz")
-        self.assertEqual(gzip.decompress(self.output).decode(), nef({3: "true", 7: "false"}))
+        self.assertEqual(gzip.decompress(self.output).decode(), nef({3: "true"}))
 
     def test_the_result_gives_the_same_shifts(self):
-        self.annotate(nef())
+        self.annotate(nef(), "--trans")
         tables = [program.kit("import", name, "--output", "-", cwd=self.folder).stdout for name in ("in.nef", "out.nef")]
         rows = [re.sub(r"REMARK.*\n", "", table) for table in tables]
         self.assertIn("SHIFT", rows[0])
@@ -104,7 +135,7 @@ class Annotate(folder.InFolder):
 
     def test_standard_streams(self):
         result = program.kit("annotate", "--tables", program.MADE_TABLES, "-", "--output", "-", input=nef({}))
-        self.assertEqual(result.stdout, nef({3: "true", 7: "false"}))
+        self.assertEqual(result.stdout, nef({3: "true"}))
 
     def test_bad_input(self):
         cut = nef({}).replace("PRO  middle  .   .  # residue 3", "PRO  middle  .  # residue 3")

@@ -52,14 +52,6 @@ class Inputs(InFolder):
                 self.assertEqual((ended.returncode, ended.stderr), (1, REFUSED % "standard output"))
                 self.assertEqual(self.read("in.tab"), text)
 
-    def test_a_table_of_the_predictor(self):
-        shutil.copytree(program.MADE_TABLES, self.path("tab"))
-        os.symlink(self.path("tab/rcadj.tab"), self.path("link"))
-        table = self.read("tab/rcadj.tab")
-        for output in (self.path("tab/rcadj.tab"), self.path("link")):
-            self.check_refused(self.run_to(output, self.input, tables=self.path("tab")), output,
-                               {"tab/rcadj.tab": table})
-
     def test_every_other_command_asks_the_same(self):
         """None of the files needs to be what it should: outputs are checked before anything is read."""
         shutil.copytree(program.MADE_TABLES, self.path("tab"))
@@ -129,11 +121,6 @@ class TrainingInputs(InFolder):
         self.put("data/entries/randcoil.tab", program.full_table("APK"))
         self.check_refused(self.data.train("entries"), self.data.path("entries/randcoil.tab"))
 
-    def test_train_keeps_its_sources(self):
-        os.mkdir(self.data.path("tab"))
-        os.link(self.data.path("counts.csv"), self.data.path("tab/Pro.seq.tab"))
-        self.check_refused(self.data.train("tab"), self.data.path("tab/Pro.seq.tab"))
-
     def test_evaluate_keeps_labels_entries_tables_and_sources(self):
         shutil.copytree(program.MADE_TABLES, self.path("tab"))
         evaluate = ["evaluate", *self.data.proteins(), "--tables", self.path("tab")]
@@ -159,15 +146,6 @@ class TrainingInputs(InFolder):
                           % self.path("calibration.csv")))
         self.assertFalse(os.path.exists(new))
 
-    def test_train_writes_no_two_tables_into_one_file(self):
-        os.mkdir(self.data.path("tab"))
-        os.symlink("rcnext.tab", self.data.path("tab/rcprev.tab"))
-        ended = program.kit(*self.data.train("tab"))
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
-                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n"
-                          % self.data.path("tab/rcnext.tab")))
-        self.assertEqual(os.listdir(self.data.path("tab")), ["rcprev.tab"])
-
     def test_options_without_sense_are_refused(self):
         for option, value in (("--limit-percent", "nan"), ("--limit-percent", "1e-300"), ("--trim", "nan"),
                               ("--trim", "1e-9"), ("--trim", "inf"), ("--widen-proline", "nan"),
@@ -187,23 +165,6 @@ class TrainingInputs(InFolder):
                     self.assertNotEqual(ended.returncode, 0)
                     self.assertEqual(ended.stdout, "")
                     self.assertIn(option, ended.stderr)
-
-    def test_shifts_that_are_not_finite_are_left_out(self):
-        def trained():
-            ended = program.kit(*self.data.train("tab"))
-            self.assertEqual(ended.returncode, 0, ended.stderr)
-            return ended.stderr, {name: self.read("data/tab/" + name) for name in os.listdir(self.data.path("tab"))}
-
-        path = "data/entries/t0.tab"
-        text = self.read(path)
-        rows = [line for line in text.splitlines(True) if line.split()[2:3] == ["CB"]]
-        self.assertEqual(len(rows), 3)
-        self.put(path, "".join(line for line in text.splitlines(True) if line not in rows))
-        without = trained()
-        self.assertEqual(without[0], "")
-        bad = {row: row.rsplit(None, 1)[0] + " " + value + "\n" for row, value in zip(rows, ("nan", "inf", "-inf"))}
-        self.put(path, "".join(bad.get(line, line) for line in text.splitlines(True)))
-        self.assertEqual(trained(), without)
 
     def test_no_table_is_written_that_could_not_be_used(self):
         path = "data/entries/t0.tab"
@@ -240,47 +201,12 @@ class Links(InFolder):
         self.check_written(self.run_to(self.path("first")), "target")
         self.assertTrue(os.path.islink(self.path("first")) and os.path.islink(self.path("sub/second")))
 
-    def test_links_in_a_circle_are_an_error_in_words(self):
-        os.symlink("b", self.path("a"))
-        os.symlink("a", self.path("b"))
-        message = UNWRITABLE % (self.path("a"), "Too many levels of symbolic links")
-        for ended in (self.run_to(self.path("a")), program.kit("import", self.input, "--output", self.path("a"))):
-            self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", message))
-        self.assertTrue(os.path.islink(self.path("a")))
-
 
 class Names(InFolder):
     def test_no_name(self):
         ended = self.run_to("")
         self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                          (1, "", "zorvela-kit: the name of an output is empty; give a file, or - for standard output\n"))
-
-    def test_long_names(self):
-        self.check_written(self.run_to(self.path("x" * 255)), "x" * 255)
-        ended = self.run_to(self.path("x" * 256))
-        self.assertEqual((ended.returncode, ended.stderr),
-                         (1, UNWRITABLE % (self.path("x" * 256), "File name too long")))
-        self.assertEqual(sorted(map(len, os.listdir(self.folder))), [6, 255])
-
-    def test_a_folder_name_that_is_no_utf_8(self):
-        folder = os.path.join(os.fsencode(self.folder), b"caf\xe9")
-        shutil.copytree(os.fsencode(program.MADE_TABLES), os.path.join(folder, b"tab"))
-        shutil.copy(os.fsencode(self.input), os.path.join(folder, b"in.tab"))
-        arguments = [program.KIT, "run", "--tables", os.path.join(folder, b"tab"), os.path.join(folder, b"in.tab")]
-        for output in (b"new/", b"one.tab"):
-            ended = subprocess.run([program.KIT, "import", os.path.join(folder, b"in.tab"), "--output",
-                                    os.path.join(folder, output)], capture_output=True, check=False)
-            self.assertEqual(ended.returncode, 0, ended.stderr)
-            ended.stderr.decode("utf-8")
-        for fmt in ("table", "csv", "json"):
-            ended = subprocess.run([*arguments, "--format", fmt], capture_output=True, check=False)
-            self.assertEqual((ended.returncode, ended.stderr), (0, b""))
-            text = ended.stdout.decode("utf-8")
-            self.assertTrue("caf\ufffd" in text or "caf\\ufffd" in text, text)
-        ended = subprocess.run([*arguments, "--output", os.path.join(folder, b"none", b"out")], capture_output=True,
-                               check=False)
-        self.assertEqual((ended.returncode, ended.stderr.decode("utf-8")),
-                         (1, UNWRITABLE % (self.folder + "/caf\ufffd/none/out", "No such file or directory")))
 
 
 class FullDevice(unittest.TestCase):
@@ -309,14 +235,6 @@ class ReadErrors(InFolder):
         self.assertEqual((ended.returncode, ended.stderr),
                          (1, "zorvela-kit: /proc/self/mem: cannot be read: Input/output error; check the name and the "
                           "permissions\n"))
-
-    def test_of_a_table_ends_the_run(self):
-        shutil.copytree(program.MADE_TABLES, self.path("tab"))
-        os.remove(self.path("tab/rcadj.tab"))
-        os.symlink("/proc/self/mem", self.path("tab/rcadj.tab"))
-        ended = program.run(self.input, tables=self.path("tab"))
-        self.assertEqual((ended.returncode, ended.stdout), (1, ""))
-        self.assertIn("rcadj.tab: Input/output error", ended.stderr)
 
 
 if __name__ == "__main__":

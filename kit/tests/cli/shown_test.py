@@ -149,27 +149,6 @@ class Shown(folder.InFolder):
         for options in ([], ["--json"], ["--predictions", "-", "--output", "f"]):
             self.check_kit("evaluate", "--entries", "entries", "--labels", "labels.csv", "--tables", tables, *options)
 
-    def test_labels_of_the_wrong_kind(self):
-        labels = self.put(b"labels.csv", b"entry,resid,label_structure,cluster\nx,1,c" + BAD + b",y\n")
-        ended = self.kit("evaluate", "--entries", ".", "--labels", labels, "--tables", program.TABLES)
-        self.assertEqual(ended.returncode, 1)
-        self.assertIn(b"label_structure", ended.stderr)
-        self.check_harmless(ended.stderr)
-
-    def test_a_table_with_hostile_cells(self):
-        os.makedirs(os.path.join(self.folder, b"tab"))
-        for table in program.TABLES.glob("*.tab"):
-            text = table.read_bytes()
-            if table.name == "rcadj.tab":
-                lines = text.splitlines()
-                lines[-1] = lines[-1].split()[0] + b" " + b" ".join([b"1" + BAD] * 6)
-                text = b"\n".join(lines) + b"\n"
-            self.put(b"tab/" + table.name.encode(), text)
-        ended = self.kit("run", "--tables", "tab", self.put(b"a.tab", program.full_table("APK").encode()))
-        self.assertEqual(ended.returncode, 1)
-        self.assertIn(b"rcadj.tab:", ended.stderr)
-        self.check_harmless(ended.stdout, ended.stderr)
-
     def test_json_keeps_the_name(self):
         name = "Gr\u00fc\u00dfe\u202e\x1b.tab"
         self.put(name.encode(), program.full_table("APK").encode())

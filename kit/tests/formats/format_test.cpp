@@ -28,14 +28,6 @@ TEST(Formats, AreRecognisedByContent) {
   EXPECT_EQ(formatOf("FORMAT %d\nVARS RESID\n"), "CSV");  // FORMAT stands below VARS
 }
 
-TEST(Formats, ByteOrderMarkAndLoneCarriageReturnsDoNotCount) {
-  EXPECT_EQ(formatOf("\xEF\xBB\xBF"
-                     "data_x _Chem_shift_value 5\n"),
-            "NMR-STAR 2.1");
-  EXPECT_EQ(zorvela::sourcesOf("a\rb", "f").at(0).text, "a\nb");
-  EXPECT_EQ(zorvela::sourcesOf("a\r\nb", "f").at(0).text, "a\r\nb");
-}
-
 TEST(Formats, TheReaderNamesTheFormat) {
   EXPECT_EQ(zorvela::readSource(zorvela::sourcesOf("data_x _nef_a.b 1", "f").at(0)).format, "NEF");
   // A file that begins as STAR does but is none of the three.

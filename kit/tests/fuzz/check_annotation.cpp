@@ -59,12 +59,12 @@ void checkWords(std::string_view before, std::string_view after) {
 
 void checkAnnotation(const std::string& bytes) {
   try {
-    const NefAnnotation plain = annotateNef(bytes, "input", false, noFlag);
+    const NefAnnotation plain = annotateNef(bytes, "input", {true, true}, noFlag);
     check(plain.columnAdded || plain.text == bytes);
-    const NefAnnotation annotated = annotateNef(plain.text, "input", false, flagOf);
+    const NefAnnotation annotated = annotateNef(plain.text, "input", {true, true}, flagOf);
     check(!annotated.columnAdded);
     checkWords(plain.text, annotated.text);
-    const NefAnnotation again = annotateNef(annotated.text, "input", false, flagOf);
+    const NefAnnotation again = annotateNef(annotated.text, "input", {true, true}, flagOf);
     check(again.written == 0 && again.text == annotated.text);
   } catch (const Error& error) {
     checkMessage(error);

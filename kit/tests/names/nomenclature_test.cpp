@@ -25,18 +25,6 @@ TEST(Residues, TheTwentyInAnyCase) {
   EXPECT_EQ(residueType("gly").letter, 'G');
 }
 
-TEST(Residues, ModifiedOnesGoToTheirParent) {
-  const std::pair<const char*, char> parents[] = {
-      {"MSE", 'M'}, {"HYP", 'P'}, {"SEP", 'S'}, {"TPO", 'T'}, {"PTR", 'Y'}, {"DAL", 'A'}, {"DPR", 'P'},
-      {"CSO", 'C'}, {"PCA", 'E'}, {"MLY", 'K'}, {"SEC", 'C'}, {"TYS", 'Y'}, {"HIC", 'H'}};
-  for (const auto& [name, letter] : parents) {
-    EXPECT_EQ(residueType(name).letter, letter) << name;
-    EXPECT_TRUE(residueType(name).isModified) << name;
-  }
-  EXPECT_TRUE(residueType("HYP").isHydroxyproline);
-  EXPECT_FALSE(residueType("DPR").isHydroxyproline);
-}
-
 TEST(Residues, WithoutAParentTheyAreUnknown) {
   for (const char* name :
        {"ACE", "NH2", "ZN", "HEM", "ORN", "AIB", "CRO", "DA", "A", "UNK", "ASX", "", "???", "NLE", "S\x93-"})
@@ -53,12 +41,6 @@ TEST(Residues, NamesThatTellChargeOrThiol) {
   EXPECT_EQ(residueType("CYX").thiol, zorvela::Thiol::disulfide);
   EXPECT_EQ(residueType("CYM").thiol, zorvela::Thiol::notDisulfide);
   EXPECT_EQ(residueType("CYS").thiol, zorvela::Thiol::unknown);
-}
-
-TEST(Residues, NucleotidesAreKnown) {
-  for (const char* name : {"A", "DA", "U", "ADE", "PSU", "5MU"})
-    EXPECT_TRUE(zorvela::isNucleotide(name)) << name;
-  for (const char* name : {"ALA", "E", "ZN", ""}) EXPECT_FALSE(zorvela::isNucleotide(name)) << name;
 }
 
 TEST(ResidueNumbers, ReadsNumbersWithInsertionCodes) {
@@ -108,11 +90,6 @@ TEST(Atoms, ThatTheTableOrTheResidueLacks) {
     EXPECT_EQ(readAtom(letter, name).kind, Kind::other) << letter << name;
   for (const auto& [letter, name] : {std::pair('P', "H"), {'G', "CB"}, {'A', "HA2"}})
     EXPECT_EQ(readAtom(letter, name).kind, Kind::foreign) << letter << name;
-}
-
-TEST(Atoms, AreKnownByTheirNamesInTheTable) {
-  EXPECT_EQ(zorvela::atomNamed("HA3"), Atom::HA3);
-  EXPECT_EQ(zorvela::atomNamed("CD"), std::nullopt);
 }
 
 TEST(Nomenclature, IonsAndWaterAreNoResidues) {

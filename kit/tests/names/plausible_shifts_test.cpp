@@ -40,14 +40,6 @@ TEST(PlausibleShifts, ReferencingDoesNotMakeAShiftImplausible) {
   EXPECT_TRUE(isPlausible('I', Atom::C, 175.9 + 2.7));
 }
 
-TEST(PlausibleShifts, BoundsAreInside) {
-  const PlausibleRange range = plausibleRange('M', Atom::CA);
-  EXPECT_TRUE(isPlausible('M', Atom::CA, range.low));
-  EXPECT_TRUE(isPlausible('M', Atom::CA, range.high));
-  EXPECT_FALSE(isPlausible('M', Atom::CA, range.low - 0.01));
-  EXPECT_FALSE(isPlausible('M', Atom::CA, range.high + 0.01));
-}
-
 TEST(PlausibleShifts, UnknownTypesHaveTheWidestRange) {
   for (const Atom atom : {Atom::N, Atom::HN, Atom::HA, Atom::C, Atom::CA, Atom::CB}) {
     const PlausibleRange any = plausibleRange('?', atom);
@@ -59,13 +51,6 @@ TEST(PlausibleShifts, UnknownTypesHaveTheWidestRange) {
     }
   }
   EXPECT_FALSE(isPlausible('?', Atom::CA, 163.0));
-}
-
-TEST(PlausibleShifts, GlycineProtonsAreAlphaProtons) {
-  for (const Atom atom : {Atom::HA2, Atom::HA3}) {
-    EXPECT_EQ(plausibleRange('G', atom).low, plausibleRange('G', Atom::HA).low);
-    EXPECT_EQ(plausibleRange('G', atom).high, plausibleRange('G', Atom::HA).high);
-  }
 }
 
 }  // namespace

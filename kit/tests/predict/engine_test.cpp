@@ -93,15 +93,6 @@ TEST(Predictor, GivesEqualOddsWhereNothingSpeaksForEither) {
   expectOdds(predict(protein), 1);
 }
 
-TEST(Predictor, WeighsTheNeighbours) {
-  Protein forCis = complete("APA");
-  setShift(forCis, 2, "CB", "31");
-  expectOdds(predict(forCis), 2);
-  Protein forTrans = complete("KPK");
-  setShift(forTrans, 2, "CB", "31");
-  expectOdds(predict(forTrans), 0.5);
-}
-
 TEST(Predictor, WeighsTheShiftsOfTheProline) {
   Protein protein = complete("APK");
   setShift(protein, 2, "CB", "32");    // on the mean of cis, 2 ppm from that of trans
@@ -109,12 +100,6 @@ TEST(Predictor, WeighsTheShiftsOfTheProline) {
   expectOdds(predict(protein), std::exp(2.0));
   setShift(protein, 2, "CG", "24");  // on the mean of cis, 3 ppm from that of trans
   expectOdds(predict(protein), std::exp(2.0 + 4.5));
-}
-
-TEST(Predictor, BringsExtremeShiftsIntoTheLimits) {
-  Protein protein = complete("APK");
-  setShift(protein, 2, "CB", "50");  // +20 becomes +4: 2 ppm from cis, 4 ppm from trans
-  expectOdds(predict(protein), std::exp(-2.0 + 8.0));
 }
 
 TEST(Predictor, KeepsNothingOfTheProteinBefore) {
@@ -159,41 +144,8 @@ TEST(Predictor, NamesEveryProlineOnceWithTheReasonWhereItIsNotPredicted) {
   }
 }
 
-TEST(Predictor, OnePoorResidueIsEnoughTwoAreNot) {
-  Protein protein = bare("APK");
-  addResidue(protein, 2);
-  addResidue(protein, 3);
-  EXPECT_EQ(reasonsOf(predict(protein)), std::vector<std::string>{""});
-  Protein poor = bare("APK");
-  addResidue(poor, 2);
-  EXPECT_EQ(reasonsOf(predict(poor)), std::vector<std::string>{"too few shifts"});
-}
-
-TEST(Predictor, ALoneProlineIsTheFirstResidue) {
-  EXPECT_EQ(reasonsOf(predict(complete("P"))), std::vector<std::string>{"first residue"});
-}
-
 TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
   EXPECT_EQ(reasonsOf(predict(complete("ApK"))), std::vector<std::string>{"written as lower-case p"});
-}
-
-TEST(Predictor, AProbabilityThatIsNoNumberIsNoPrediction) {
-  // CG is so far from both classes that both likelihoods are 0.
-  Protein protein = complete("APK");
-  protein.shifts.push_back(made::shift(2, "CG", "500"));
-  const ProteinResult result = predict(protein);
-  EXPECT_EQ(reasonsOf(result), std::vector<std::string>{"neither class fits"});
-  EXPECT_FALSE(result.prolines[0].pCis.has_value());
-  EXPECT_FALSE(result.prolines[0].pCisNorm.has_value());
-}
-
-TEST(Predictor, AProteinWithoutShiftsHasItsProlinesAllTheSame) {
-  EXPECT_EQ(reasonsOf(predict(bare("APKPA"))),
-            (std::vector<std::string>{"too few shifts", "too few shifts"}));
-}
-
-TEST(Predictor, AProteinWithoutProlineIsNoError) {
-  EXPECT_TRUE(predict(complete("AKA")).prolines.empty());
 }
 
 // --- What stands beside a prediction ------------------------------------------------------------
@@ -311,14 +263,4 @@ TEST(ReferencingOffset, IsUncertainAboveItsBoundAndBelowThreeErrors) {
   EXPECT_FALSE(isUncertain(offset));
   offset = {"CA", 0.7F, 0.5F, 10, false, std::nullopt};
   EXPECT_FALSE(isUncertain(offset));
-}
-
-TEST(ReferencingOffset, CallsForACorrectionOnlyIfItIsANumber) {
-  zorvela::ReferencingOffset offset;
-  offset.offset = 1.5F;
-  EXPECT_FALSE(zorvela::callsForCorrection(offset));
-  offset.recommended = true;
-  EXPECT_TRUE(zorvela::callsForCorrection(offset));
-  offset.offset = std::numeric_limits<float>::infinity();
-  EXPECT_FALSE(zorvela::callsForCorrection(offset));
 }

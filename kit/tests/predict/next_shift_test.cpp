@@ -39,12 +39,6 @@ TEST(NextShift, AShiftThatTellsForCertainIsWorthTheWholeEntropy) {
   EXPECT_NEAR(zorvela::expectedGain(kOneIn20, at(40)), zorvela::entropy(kOneIn20), 1e-9);
 }
 
-TEST(NextShift, GainGrowsWithTheDistanceAndWithDoubt) {
-  EXPECT_LT(zorvela::expectedGain(kEven, at(1)), zorvela::expectedGain(kEven, at(2)));
-  EXPECT_LT(zorvela::expectedGain(kOneIn20, at(2)), zorvela::expectedGain(kEven, at(2)));
-  EXPECT_NEAR(zorvela::expectedGain(1, at(2)), zorvela::expectedGain(-1, at(2)), 1e-12);
-}
-
 // Two deviations apart at even odds: the capacity of a Gaussian channel with inputs of +1 and -1 and noise of
 // variance 1, 0.4859 bits in tables of communication theory.
 TEST(NextShift, GainIsThatOfTheBinaryGaussianChannel) {

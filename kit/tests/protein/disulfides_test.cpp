@@ -29,19 +29,6 @@ FileChain cysteines() {
   return chain;
 }
 
-TEST(Disulfides, AreKnownByTheBetaShiftWhereTheFileSaysNothing) {
-  const Protein protein = marked(cysteines(), {made::shift(1, "CB", "33.0"), made::shift(2, "CB", "41.2")});
-  EXPECT_EQ(protein.sequence, "CcP");  // 33 itself is reduced
-  EXPECT_EQ(protein.notes,
-            Texts{"cysteines taken as in a disulfide bond by CB above 33 ppm, written c: 12 (CB 41.2)"});
-}
-
-TEST(Disulfides, NeedAShiftOrAWord) {
-  const Protein protein = marked(cysteines(), {made::shift(1, "CA", "55"), made::shift(3, "CB", "41")});
-  EXPECT_EQ(protein.sequence, "CCP");
-  EXPECT_TRUE(protein.notes.empty());
-}
-
 TEST(Disulfides, BondsOfTheFileCountBeforeTheWordsForItsResiduesAndChain) {
   FileChain chain = cysteines();
   chain.thiol = Thiol::notDisulfide;
@@ -58,18 +45,6 @@ TEST(Disulfides, TheResidueCountsBeforeTheChain) {
   chain.thiol = Thiol::disulfide;
   chain.residues[1].name = "CYM";
   EXPECT_EQ(marked(chain, {}).sequence, "cCP");
-}
-
-TEST(Disulfides, AShiftAgainstTheFileIsNotedAndTheFileKept) {
-  FileChain chain = cysteines();
-  chain.thiol = Thiol::notDisulfide;
-  chain.disulfides = {"1"};
-  const Protein protein = marked(chain, {made::shift(1, "CB", "28.1"), made::shift(2, "CB", "40.5")});
-  EXPECT_EQ(protein.sequence, "cCP");
-  EXPECT_EQ(
-      protein.notes.back(),
-      "CB does not fit what the file says of the cysteine, the file's word is kept: 11 (CB 28.1), 12 (CB "
-      "40.5)");
 }
 
 }  // namespace

@@ -63,10 +63,4 @@ TEST(Numbering, NumbersThatAreKnownStay) {
   EXPECT_EQ(back, (Texts{"5", "6", "1", "2"}));
 }
 
-TEST(Numbering, AChainWithoutNumbersHasItsPlaces) {
-  Texts none = {"", ""};
-  zorvela::completeNumbers(none);
-  EXPECT_EQ(none, (Texts{"1", "2"}));
-}
-
 }  // namespace

@@ -29,34 +29,6 @@ TEST(Read, GivesProteinsToFullPrecisionWithTheirNumbers) {
   EXPECT_EQ(proteins[1].numbers, (std::vector<std::string>{"52", "52A"}));
 }
 
-TEST(Read, ChoosesChains) {
-  zorvela::ImportOptions options;
-  options.chains = {"b"};
-  const auto proteins = zorvela::readShiftBytes(kCsv, "x.csv", options);
-  ASSERT_EQ(proteins.size(), 1U);
-  EXPECT_EQ(proteins[0].chain, "B");
-}
-
-TEST(Read, LongGapsAndFarNumbersStaySmall) {
-  const auto proteins = zorvela::readShiftBytes(
-      "resid,resname,atom,shift\n-2000000000,ALA,CA,52\n1,PRO,CA,63\n2000000000,PRO,CA,63\n", "x.csv", {});
-  ASSERT_EQ(proteins.size(), 1U);
-  EXPECT_EQ(proteins[0].sequence, "A?P?P");
-  EXPECT_EQ(proteins[0].numbers,
-            (std::vector<std::string>{"-2000000000", "-1999999999", "1", "2", "2000000000"}));
-}
-
-TEST(Read, MayRunInSeveralThreads) {
-  std::vector<std::thread> threads;
-  std::vector<std::string> sequences(8);
-  for (std::string& sequence : sequences)
-    threads.emplace_back([&sequence] {
-      for (int i = 0; i < 50; ++i) sequence = zorvela::readShiftBytes(kCsv, "x.csv", {}).back().sequence;
-    });
-  for (std::thread& thread : threads) thread.join();
-  for (const std::string& sequence : sequences) EXPECT_EQ(sequence, "cP");
-}
-
 std::string gzipped(const std::string& text) {
   z_stream stream{};
   EXPECT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
@@ -70,15 +42,6 @@ std::string gzipped(const std::string& text) {
   packed.resize(stream.total_out);
   deflateEnd(&stream);
   return packed;
-}
-
-TEST(Read, UnpacksBytesInMemory) {
-  EXPECT_EQ(zorvela::readShiftBytes(gzipped(kCsv), "x.csv.gz", {}).size(), 2U);
-  const std::string half = std::string(kCsv).substr(0, 50);
-  const auto joined =
-      zorvela::readShiftBytes(gzipped(half) + gzipped(std::string(kCsv).substr(50)), "x.csv.gz", {});
-  ASSERT_EQ(joined.size(), 2U);
-  EXPECT_EQ(joined[1].sequence, "cP");
 }
 
 TEST(Read, TakesAStream) {
@@ -121,17 +84,6 @@ TEST(Read, FileErrorsNameTheLine) {
     EXPECT_EQ(error.file(), "f.tab");
     EXPECT_EQ(error.line(), 3U);
   }
-}
-
-TEST(Read, AChainOrListThatIsNotThereIsAChoiceError) {
-  using zorvela::ChoiceError;
-  EXPECT_EQ(messageOf<ChoiceError>(kCsv, {{"C"}, {}}), "f: has no chain \"C\"; it has: A, B");
-  EXPECT_EQ(messageOf<ChoiceError>(kCsv, {{}, {"x"}}), "f: has no shift list \"x\"; it has: none by name");
-  EXPECT_EQ(
-      messageOf<ChoiceError>("DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\n"
-                             "FORMAT %d %s %s %f\n2 P CA 63\n",
-                             {{"A"}, {}}),
-      "f: is a shift table, with one chain and one list; leave out the choice of a chain or list for it");
 }
 
 TEST(Read, EntriesInOneFileAreReadEachForItself) {

@@ -49,15 +49,6 @@ FileChain chainOf(const std::vector<zorvela::FileResidue>& residues) {
   return chain;
 }
 
-TEST(Sequence, OfAChainThatGivesIt) {
-  const Made of = made(chainOf({{"1", "17", "ALA"}, {"2", "18", "PRO"}, {"3", "19", "GLY"}}), {});
-  EXPECT_EQ(lettersOf(of), "APG");
-  EXPECT_EQ(numbersOf(of), (Texts{"17", "18", "19"}));
-  EXPECT_EQ(of.sequence.byKey.at("2"), 2);
-  EXPECT_EQ(of.sequence.byNumber.at("18"), 2);
-  EXPECT_TRUE(of.notes.empty());
-}
-
 TEST(Sequence, FromRowsInOrderOfNumberAndInsertionCode) {
   const Made of = made({}, {rowOf("53", "G"), rowOf("52A", "PRO"), rowOf("52", "ALA"), rowOf("52A", "PRO"),
                             rowOf("x", "TRP")});
@@ -73,13 +64,6 @@ TEST(Sequence, TwoNamesOfOneResidueAreNoted) {
   EXPECT_EQ(of.notes.size(), 2U);
 }
 
-TEST(Sequence, GapsBecomeQuestionMarks) {
-  const Made of = made({}, {rowOf("5", "ALA"), rowOf("8", "PRO"), rowOf("10", "GLY")});
-  EXPECT_EQ(lettersOf(of), "A??P?G");
-  EXPECT_EQ(numbersOf(of), (Texts{"5", "6", "7", "8", "9", "10"}));
-  EXPECT_EQ(of.notes.front(), "the sequence has gaps, written ?: 6 to 7, 9");
-}
-
 TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
   EXPECT_EQ(lettersOf(made({}, {rowOf("1", "ALA"), rowOf("1002", "PRO")})).size(), 1002U);
   const Made jump = made({}, {rowOf("1", "ALA"), rowOf("1003", "PRO")});
@@ -87,26 +71,10 @@ TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
   EXPECT_EQ(numbersOf(jump), (Texts{"1", "2", "1003"}));
 }
 
-TEST(Sequence, BondedNeighboursHaveNoGap) {
-  zorvela::FileResidue after{"20", "20", "PRO"};
-  after.bondedToPrevious = true;
-  EXPECT_EQ(lettersOf(made(chainOf({{"1", "1", "ALA"}, after}), {})), "AP");
-}
-
 TEST(Sequence, RowsNameWhatTheSequenceLeavesOpen) {
   const Made of = made(chainOf({{"1", "", "X"}, {"2", "", "UNK"}, {"3", "", "GLY"}}),
                        {rowOf("1", "PRO"), rowOf("3", "TRP")});
   EXPECT_EQ(lettersOf(of), "P?G");
-}
-
-TEST(Sequence, ResiduesOutsideTheTwentyAreNoted) {
-  const Made of =
-      made(chainOf({{"1", "1", "MSE"}, {"2", "2", "HYP"}, {"3", "3", "NLE"}, {"4", "4", "CYSS"}}), {});
-  EXPECT_EQ(lettersOf(of), "MP?C");
-  EXPECT_TRUE(of.sequence.at(2).type.isHydroxyproline);
-  EXPECT_EQ(of.sequence.at(4).type.thiol, zorvela::Thiol::disulfide);
-  EXPECT_EQ(of.notes, (Texts{"modified residue HYP is taken as P: 2", "modified residue MSE is taken as M: 1",
-                             "residue NLE has no counterpart among the 20, written ?: 3"}));
 }
 
 TEST(Sequence, ResidueNamesTellAPolypeptideFromANucleicAcid) {

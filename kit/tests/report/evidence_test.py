@@ -161,23 +161,5 @@ class Evidence(unittest.TestCase):
             self.assertEqual(names, expected)
 
 
-class Underflow(unittest.TestCase):
-    """Shifts so far from both classes that their factors are zero in single precision."""
-
-    def test_the_sum_still_says_which_way(self):
-        with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "far.tab")
-            # The made tables do not limit CG: mean of cis 24, of trans 27, deviation 1. 44 is 20 and 17 deviations off.
-            with open(path, "w", encoding="utf-8") as file:
-                file.write(program.full_table("APK", {(2, "CG"): 44.0}))
-            result = program.run("--format", "json", path)
-            (proline,) = json.loads(result.stdout)["proteins"][0]["prolines"]
-            self.assertEqual((proline["call"], proline["reason"]), ("none", "neither class fits"))
-            self.assertAlmostEqual(proline["evidence"]["shifts"]["CG"]["nats"], (17 ** 2 - 20 ** 2) / 2, delta=1e-4)
-            text = program.run("--explain", path).stdout
-            self.assertIn("check the assignment", " ".join(text.split()))
-            self.assertIn("nats, for trans", " ".join(text.split()))
-
-
 if __name__ == "__main__":
     unittest.main()

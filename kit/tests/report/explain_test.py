@@ -50,9 +50,6 @@ class Explain(folder.InFolder):
         self.assertEqual(result.returncode, 0)
         self.assertEqual(result.stderr, "zorvela-kit: warning: --residue 99: no file has a proline of this number\n")
 
-    def test_without_a_prediction_the_reason(self):
-        self.assertEqual(self.block(sequence="PAK", changes=())[0].strip(), "no prediction: first residue")
-
     def test_not_with_other_formats(self):
         for name in ("csv", "json", "html"):
             result = self.explain("--format", name)

@@ -127,14 +127,6 @@ TEST(ReportTable, ColoursTheCisRowsAlone) {
   EXPECT_EQ(text.find('\033', text.find("\033[0m") + 1), std::string::npos);
 }
 
-TEST(ReportTable, AlignsNamesBeyondAscii) {
-  zorvela::RunReport report = sample();
-  report.files[0].proteins[0].file = "\xC3\xA4.str";
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
-  EXPECT_EQ(text.substr(0, text.find('\n')),
-            "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call");
-}
-
 TEST(ReportTable, AnUndecidedProlineHasAQuestionMark) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].prolines[0].call = Call::undecided;

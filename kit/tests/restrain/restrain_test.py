@@ -157,6 +157,8 @@ class Programs(Case):
         self.put("x.csv", csv(rows("long one", SEQUENCE, plain(101), cis=[17])))
         for name in ("cns", "tbl", "aria", "rosetta", "nef", "xplor-python"):
             self.assertIn('add --chain-as "long one=A"', self.fails(name, "x.csv"))
+        self.put("x.csv", csv(rows("1", SEQUENCE, plain(101), cis=[17])))
+        self.assertIn('add --chain-as "1=A"', self.fails("rosetta", "x.csv"))  # 1161 is residue 1161
         lines = [line.split(",", 1)[1] for line in csv(rows("", SEQUENCE, plain(101), cis=[17])).splitlines()]
         self.put("x.csv", "\n".join(lines) + "\n")
         for name in ("aria", "rosetta", "nef"):

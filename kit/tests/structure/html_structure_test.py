@@ -45,7 +45,7 @@ class Case(made_pair.Case):
         """Structure, |omega| and verdict by the name of the proline."""
         table = re.search(r"<table class=\"prolines compared\">(.*?)</table>", text, re.DOTALL).group(1)
         rows = [re.findall(r"<td[^>]*>(.*?)</td>", row) for row in re.findall(r"<tr>(.*?)</tr>", table, re.DOTALL)]
-        return {re.sub(r"<.*>", "", row[0]).strip(): tuple(row[-3:]) for row in rows if row}
+        return {re.sub(r"<.*>", "", row[0]).strip(): (row[-4], row[-3], row[-1]) for row in rows if row}
 
 
 class Marks(Case):
@@ -112,7 +112,8 @@ class Words(Case):
     def test_mixed_models(self):
         self.put("model.cif", made.mmcif([("A", chain(cis=[17]))], [("A", chain())]))
         text = self.page("shifts.tab", "--structure", "model.cif")
-        self.assertEqual(self.rows(text)["P17"], ("mixed", "90°", "mixed models"))
+        self.assertEqual(self.rows(text)["P17"], ("mixed", "1 trans, 1 cis", "mixed models"))
+        self.assertIn("Models contradict each other: P17.", text)
         self.assertIn("<b>Mixed models.</b> The structure is cis in 1, trans in 1 of 2 models.",
                       html_test.card(text, "P17"))
 
@@ -132,6 +133,17 @@ class Words(Case):
                      "model.pdb, chain A: residues of the shifts without coordinates: 1-2"):
             self.assertIn("zorvela-kit: note: shifts.tab: %s\n" % note, self.stderr)
             self.assertIn("<li>%s</li>" % note, text)
+
+    def test_chain_and_number_in_the_structure(self):
+        self.put("model.pdb", made.pdb([("B", chain(first=1001))]))
+        self.assertIn("<td class=\"r x\">180°</td><td>B 1017</td>", self.page("shifts.tab", "--structure", "model.pdb"))
+
+    def test_each_structure_has_its_line(self):
+        self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.pdb", made.pdb([("A", chain())]))
+        card = html_test.card(self.page("shifts.tab", "--structure", "a.pdb", "b.pdb"), "P17")
+        self.assertIn("<li>a.pdb: cis in 1 of 1 model (|omega| 0 degrees)</li>", card)
+        self.assertIn("<li>b.pdb: trans in 1 of 1 model (|omega| 180 degrees)</li>", card)
 
     def test_many_chains(self):
         self.put("other.tab", shifts(cis=[17]))

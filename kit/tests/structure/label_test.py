@@ -65,6 +65,23 @@ class Label(folder.InFolder):
         self.assertEqual(self.label(rows, 17), ("trans", "0", "2"))
         self.assertEqual(self.label(rows, 26), ("trans", "0", "1"))  # 2abc is split
 
+    def test_a_split_vote_is_not_the_same_as_none(self):
+        self.structure("2abc.pdb", [("A", self.chain()), ("B", made.moved(self.chain([26]), 90))])
+        rows = self.labels()
+        self.assertEqual(self.label(rows, 26), ("", "0", "0"))
+        self.assertEqual(self.label(rows, 17, "b"), ("", "", ""))
+
+    def test_molecules_of_one_chain_and_structures_that_fit_nothing(self):
+        run_on = [made.Residue(r.name, r.number + 40, r.atoms) for r in made.moved(self.chain([9]), 90)]
+        stranger = made.moved(self.chain([16], OTHER), 180)
+        self.structure("1abc.pdb", [(" ", self.chain([9]) + run_on + stranger)])
+        self.structure("2abc.pdb", [("A", self.chain(sequence="GHHTRWCPNNYYDDPLLVVQQKKEEPSSTTRRFF"))])
+        rows = self.labels()
+        self.assertEqual([self.label(rows, r) for r in (9, 17)], [("cis", "1", "0"), ("trans", "0", "1")])
+        self.assertEqual(self.label(rows, 17, "b"), ("trans", "0", "1"))
+        self.assertIn("note: structures/2abc.pdb: fits no entry\n", self.stderr)
+        self.assertNotIn("1abc", self.stderr)
+
     def test_shift_labels(self):
         self.structure("1abc.pdb", [("A", self.chain())])
         rows = self.labels()
@@ -113,7 +130,7 @@ class Label(folder.InFolder):
         self.put("entries/bad.tab", "hello")
         rows = self.labels(status=1)
         self.assertEqual(self.label(rows, 9), ("cis", "1", "0"))
-        self.assertIn("bad.pdb: is neither a PDB nor an mmCIF file", self.stderr)
+        self.assertIn("bad.pdb: is neither an mmCIF file nor a PDB file with atoms", self.stderr)
         self.assertIn("bad.tab", self.stderr)
         self.assertIn("2 files were left out", self.stderr)
 

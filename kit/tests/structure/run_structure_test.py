@@ -58,6 +58,10 @@ class Verdicts(Case):
         result = self.compare("shifts.tab", "--structure", "model.pdb", "--fail-on-disagreement")
         self.assertEqual(result.returncode, 1)
         self.assertIn("1 proline disagrees with the structures", result.stderr)
+        self.put("other.pdb", made.pdb([("A", chain(sequence=OTHER))]))
+        result = self.compare("shifts.tab", "--structure", "other.pdb", "--fail-on-disagreement")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("no call could be compared with the structures", result.stderr)
         self.put("right.pdb", made.pdb([("A", chain(cis=[17]))]))
         self.assertEqual(self.compare("shifts.tab", "--structure", "right.pdb", "--fail-on-disagreement").returncode, 0)
 
@@ -72,7 +76,7 @@ class Verdicts(Case):
         models = [[("A", chain(cis=[17]))], [("A", chain())], [("A", chain(cis=[17], omegas={9: 140}))]]
         for text in (made.pdb(*models), made.mmcif(*models)):
             rows = self.rows(text)
-            self.assertEqual(rows["17"]["verdict"], "mixed models")
+            self.assertEqual((rows["17"]["verdict"], rows["17"]["omega"]), ("mixed models", ""))
             self.assertEqual([rows["17"][key] for key in ("models_cis", "models_trans", "models_twisted")], ["2", "1", "0"])
             # A twisted model says neither.
             self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
@@ -299,6 +303,16 @@ class Output(Case):
         self.assertEqual(lines[-2:], ["1 structure: 3 agree, 1 disagree (!)",
                                       "cis: |omega| up to 30 degrees; trans: from 150; twisted: between"])
 
+    def test_each_structure_has_its_line(self):
+        self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
+        self.put("b.pdb", made.pdb([("B", chain(cis=[17]))], [("B", chain())]))
+        lines = self.compare("shifts.tab", "--structure", "a.pdb", "b.pdb").stdout.splitlines()
+        at = next(i for i, line in enumerate(lines) if " P17 " in line)
+        self.assertIn("mixed      1 trans, 2 cis  -  ", lines[at])
+        self.assertEqual([line.split() for line in lines[at + 1:at + 3]],
+                         [["cis", "1", "cis", "0", "a.pdb", "A", "PRO17"],
+                          ["mixed", "1", "trans,", "1", "cis", "-", "b.pdb", "B", "PRO17"]])
+
     def test_json_follows_the_schema(self):
         self.put("model.pdb", made.pdb([("A", chain(cis=[9])), ("B", made.moved(chain(sequence=OTHER), 80))]))
         self.put("trace.pdb", made.pdb([("A", made.trace(chain()))]))
@@ -314,14 +328,13 @@ class Output(Case):
 
 class BadInput(Case):
     def test_no_structure(self):
-        self.assertIn("no protein", self.fails("HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n"))
-        self.assertIn("is neither a PDB nor an mmCIF file", self.fails("hello\n"))
+        for content in ("hello\n", "HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n", "Atoms of a molecule\n"):
+            self.assertIn("is neither an mmCIF file nor a PDB file with atoms", self.fails(content))
         self.assertIn("is empty", self.fails(""))
         self.assertIn("zip archive", self.fails(b"PK\x03\x04abc"))
         self.assertIn("has no atoms", self.fails("data_x\n_cell.length_a 1\n"))
         water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
         self.assertIn("no protein", self.fails(water))
-        self.assertIn("no protein", self.fails("REMARK nothing\nEND\n"))
         for name in ("nuclease.tab", "nuclease.str"):
             self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
                              "model.pdb: holds shifts and no structure; name shift files before --structure, or after --")

@@ -79,7 +79,7 @@ TEST(Alignment, WorkIsInProportionToTheStructure) {
   zorvela::ProteinStructure structure;
   structure.file = "large.cif";
   structure.chains.assign(4, chainOf(std::string(1000, 'A')));
-  const zorvela::StructureChain& chain = structure.chains.front();
+  const zorvela::ChainRest chain(structure.chains.front());
   zorvela::StructureAligner aligner(structure);
   EXPECT_THROW(aligner.align(std::string(30001, 'A'), chain), zorvela::FileError);
   // 100 million and 4,000 for each of 4,000 residues are 116 alignments of 1,000 with 1,000.

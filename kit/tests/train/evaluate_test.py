@@ -103,12 +103,6 @@ class Evaluate(folder.InFolder):
             self.assertAlmostEqual(float(row["p_cis"]), float(predicted[0]["P_CIS"]), delta=0.0005001)
             self.assertAlmostEqual(float(row["p_cis_norm"]), float(predicted[0]["P_CIS_NORM"]), delta=0.0005001)
 
-    def test_observed_difference_of_cb_and_cg(self):
-        rows = {row["entry"]: row for row in self.predictions()}
-        # c1: CB 30 + 0.8, CG 24.9.
-        self.assertAlmostEqual(5.9, float(rows["c1"]["cb_minus_cg"]), places=4)
-        self.assertEqual("", rows["c0"]["cb_minus_cg"])
-
     def test_published_data_beside_the_labels(self):
         os.makedirs(self.data.path("random_coil"))
         for name, place in (("counts.csv", "proline_neighbour_counts.csv"),
@@ -144,15 +138,6 @@ class Evaluate(folder.InFolder):
             x, y = next_x, next_y
         self.assertAlmostEqual(auc(labels, scores), area, places=4)
 
-    def test_table(self):
-        lines = self.with_tables().splitlines()
-        self.assertEqual("Tables: " + self.data.path("tab"), lines[0])
-        self.assertEqual("42 prolines labelled by structure; 0 without prediction, 0 in a window seen before, "
-                         "0 with shifts too far from both classes", lines[1])
-        self.assertEqual(["prolines", "n", "cis", "AUC", "sensitivity", "specificity", "MCC", "Brier", "score",
-                          "log", "loss"], lines[4].split())
-        self.assertEqual(["all", "prolines", "42", "12"], lines[5].split()[:4])
-
     # --- Bad input ---
 
     def fails(self, message, *options):
@@ -163,15 +148,6 @@ class Evaluate(folder.InFolder):
     def test_more_folds_than_clusters(self):
         self.fails(self.data.path("labels.csv") + ": has 21 clusters, fewer than folds; ask for fewer folds with "
                    "--cross-validate", "--cross-validate", "22", *self.data.sources())
-
-    def test_no_tables(self):
-        self.fails(self.data.path("none") + ": there is no such folder; name the folder of the seven reference "
-                   "tables with --tables or its parent with ZORVELA_DIR", "--tables", self.data.path("none"))
-
-    def test_tables_or_folds(self):
-        result = run(["evaluate", *self.data.proteins(), "--tables", "x", "--cross-validate", "3"])
-        self.assertNotEqual(0, result.returncode)
-        self.assertIn("excludes", result.stderr)
 
     def test_entries_whose_names_are_formulas(self):
         """Such a name is marked in the CSV that `label` and `evaluate` write, and read without the mark."""

@@ -17,40 +17,10 @@ namespace {
 using made::Protein;
 using zorvela::Omega;
 
-/// A model in which the CG of the proline alone says something: 24.5 ppm for cis, 27 for trans, both with 1
-/// ppm. Its limits are wide, so that nothing is clipped.
-zorvela::Model modelOfCG() {
-  zorvela::Model model = made::publishedModel();
-  model.shifts.fill({{0, 1}, {0, 1}});
-  model.shifts.back() = {{24.5F, 1}, {27, 1}};
-  for (const char type : {'A', 'G', 'P'}) {
-    model.type(type).lowest.fill(-50);
-    model.type(type).highest.fill(50);
-  }
-  return model;
-}
-
-zorvela::Predictions predicted(const zorvela::LabelledProlines& data) {
-  return zorvela::predictAll(zorvela::oneModel(modelOfCG(), data), data);
-}
-
 zorvela::CisPrediction prediction(float pCisNorm) {
   zorvela::CisPrediction made;
   made.pCisNorm = pCisNorm;
   return made;
-}
-
-TEST(PredictAll, ProbabilityFromOneShift) {
-  const auto predictions =
-      predicted(made::dataOf({{"GAPAG", Omega::cis, 0.0F, 24.5F}, {"AAPAG", Omega::trans, 0.0F, 25.75F}}));
-  ASSERT_EQ(2U, predictions.size());
-  ASSERT_TRUE(predictions[0] && predictions[1]);
-  // 0 from cis and 2.5 from trans: odds exp(2.5^2 / 2) = exp(3.125) = 22.7599.
-  EXPECT_NEAR(0.957912, predictions[0]->pCis, 1e-5);
-  EXPECT_NEAR(0.545024, predictions[0]->pCisNorm, 1e-5);  // 22.7599 / 19 = 1.197889
-  // Half-way between the means: even odds, and 1 to 19.
-  EXPECT_NEAR(0.5, predictions[1]->pCis, 1e-5);
-  EXPECT_NEAR(0.05, predictions[1]->pCisNorm, 1e-5);
 }
 
 TEST(CrossValidation, PredictsByModelsOfTheOtherClusters) {

@@ -66,19 +66,6 @@ class ShippedTables(unittest.TestCase):
         _, seconds = self.run_kit("evaluate", *PROTEINS, "--tables", os.path.join(SOURCE, "tab"))
         self.assertLess(seconds, 20)
 
-    def check_document(self, *options):
-        done = subprocess.run([sys.executable, "-B", os.path.join(SOURCE, "script", "accuracy-document"), *options, KIT],
-                              capture_output=True, text=True, check=False, env={**os.environ, "ZORVELA_DATA": str(DATA)})
-        self.assertEqual(("", "", 0), (done.stdout, done.stderr, done.returncode))
-
-    @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "takes too long with sanitizers")
-    def test_figures_of_the_document(self):
-        self.check_document("--quick")
-
-    @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "takes too long with sanitizers")
-    def test_choices_in_training_of_the_document(self):
-        self.check_document()
-
     def test_accession_numbers_of_the_document(self):
         sources = subprocess.run([sys.executable, os.path.join(SOURCE, "script", "tables-sources"), DATA], check=True,
                                  capture_output=True, text=True).stdout

@@ -15,7 +15,7 @@ std::optional<bool> cisOfThree(const zorvela::NefSequenceRow& row) {
 }
 
 std::string annotated(const std::string& text, bool keep = false) {
-  return zorvela::annotateNef(text, "a.nef", keep, cisOfThree).text;
+  return zorvela::annotateNef(text, "a.nef", {!keep, true}, cisOfThree).text;
 }
 
 const std::string kHead = "data_x\nloop_\n_nef_sequence.sequence_code\n_nef_sequence.residue_name\n";
@@ -30,10 +30,6 @@ TEST(Annotation, CommentsThatTouchAValueStayComments) {
             kHead + "_nef_sequence.cis_peptide\n3 PRO true # a comment\n");
   EXPECT_EQ(annotated(kHead + "3 'PRO'# a comment\n"),
             kHead + "_nef_sequence.cis_peptide\n3 'PRO' true # a comment\n");
-}
-
-TEST(Annotation, LoopAtTheEndOfTheText) {
-  EXPECT_EQ(annotated(kHead + "3 PRO"), kHead + "_nef_sequence.cis_peptide\n3 PRO true");
 }
 
 TEST(Annotation, OneLineAndOldLineEnds) {
@@ -70,19 +66,6 @@ TEST(Annotation, RefusesWhatItCannotPlace) {
   } catch (const zorvela::FileError& error) {
     EXPECT_EQ(error.line(), 2U);
   }
-}
-
-TEST(Tokens, HavePlaces) {
-  zorvela::StarTokens tokens("a 'b c' # d\n;e\n; _f");
-  const char* values[] = {"a", "b c", "e", "_f"};
-  const std::size_t begins[] = {0, 2, 12, 17};
-  for (std::size_t i = 0; i < 4; ++i) {
-    const zorvela::StarToken token = tokens.next();
-    EXPECT_EQ(token.value, values[i]);
-    EXPECT_EQ(token.begin, begins[i]);
-  }
-  EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
-  EXPECT_EQ(tokens.next().kind, zorvela::StarToken::Kind::end);
 }
 
 }  // namespace

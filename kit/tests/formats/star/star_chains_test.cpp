@@ -36,51 +36,6 @@ Lists listOf(std::vector<FileShift> rows) {
   return lists;
 }
 
-TEST(ChainFinder, FindsByNameAndAliasAndKeepsTheFirst) {
-  zorvela::ChainFinder finder("f");
-  EXPECT_EQ(finder.find("A"), kNoChain);
-  EXPECT_EQ(finder.add("A", chainOf("A", "AP")), 0U);
-  EXPECT_EQ(finder.add("B", chainOf("B", "GP")), 1U);
-  EXPECT_EQ(finder.add("A", chainOf("again", "G")), 2U);
-  finder.alias("two", 1);
-  finder.alias("A", 1);  // taken
-  EXPECT_EQ(finder.find("A"), 0U);
-  EXPECT_EQ(finder.find("two"), 1U);
-  EXPECT_EQ(finder.chains.size(), 3U);
-}
-
-TEST(ChainFinder, StopsAtMoreChainsThanAnyEntryHas) {
-  zorvela::ChainFinder finder("f");
-  for (std::size_t i = 0; i < zorvela::kMostListsOrChains; ++i) finder.add(std::to_string(i), {});
-  EXPECT_THROW(finder.add("one more", {}), zorvela::FileError);
-}
-
-TEST(ChainFinder, StopsAtMoreResiduesThanAnyEntryHas) {
-  zorvela::ChainFinder finder("f");
-  finder.countResidues(zorvela::limits::kResidues.most);
-  EXPECT_THROW(finder.countResidues(1), zorvela::FileError);
-}
-
-TEST(StarChains, RowsAndBondsEndWhereNoEntryHasMore) {
-  zorvela::ShiftFile file;
-  zorvela::FileShiftList list;
-  zorvela::reserveRows(list, zorvela::kMostShiftRows, file, "f");
-  EXPECT_THROW(zorvela::reserveRows(list, zorvela::kMostShiftRows + 1, file, "f"), zorvela::FileError);
-  zorvela::ChainFinder finder("f");
-  finder.add("A", {});
-  for (std::size_t i = 0; i < zorvela::limits::kBondEnds.most; ++i) finder.addBondEnd(0, "1");
-  EXPECT_THROW(finder.addBondEnd(0, "1"), zorvela::FileError);
-}
-
-TEST(StarChains, LongNamesAreCutWithOneNote) {
-  std::vector<std::string> notes;
-  EXPECT_EQ(zorvela::nameOf(std::string(200, 'a'), notes), std::string(200, 'a'));
-  EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(zorvela::nameOf(std::string(1000000, 'a'), notes), std::string(200, 'a') + "...");
-  zorvela::nameOf(std::string(201, 'b'), notes);
-  EXPECT_EQ(notes, std::vector<std::string>{"names of more than 200 characters are cut"});
-}
-
 TEST(StarChains, NumbersOfTheRowsFillThoseThatTheSequenceLacks) {
   std::vector<FileChain> chains = {chainOf("A", "GAP"), chainOf("B", "GP")};
   chains[0].residues[2].number = "23";
@@ -115,17 +70,6 @@ TEST(StarChains, SequencesFromOneLetterText) {
   EXPECT_EQ(residues[3].key, "4");
 }
 
-TEST(StarChains, RowsWithoutAChainGoToTheSequenceThatFitsThem) {
-  const std::vector<FileChain> chains = {chainOf("A", "AGP"), chainOf("B", "GPA")};
-  Lists lists = listOf({rowOf("1", "GLY"), rowOf("2", "PRO")});
-  const std::vector<FileShift>& rows = lists[0].shifts;
-  std::vector<std::string> notes;
-  zorvela::placeByNames(lists, chains, notes);
-  EXPECT_EQ(rows[0].chain, 1U);
-  EXPECT_EQ(rows[1].chain, 1U);
-  EXPECT_EQ(notes, std::vector<std::string>{"shifts that name no chain fit the sequence of chain B best"});
-}
-
 TEST(StarChains, RowsStayWithoutAChainWhereTwoFitAlikeOrNone) {
   std::vector<std::string> notes;
   Lists lists = listOf({rowOf("1", "GLY")});
@@ -134,17 +78,6 @@ TEST(StarChains, RowsStayWithoutAChainWhereTwoFitAlikeOrNone) {
   EXPECT_EQ(rows[0].chain, kNoChain);
   zorvela::placeByNames(lists, {chainOf("A", "AP"), chainOf("B", "PP")}, notes);
   EXPECT_EQ(rows[0].chain, kNoChain);
-  EXPECT_TRUE(notes.empty());
-}
-
-TEST(StarChains, RowsGoToTheOnlyPolypeptideWithoutANote) {
-  FileChain rna = chainOf("R", "ACG");
-  rna.polymer = Polymer::other;
-  Lists lists = listOf({rowOf("9", "TRP")});
-  const std::vector<FileShift>& rows = lists[0].shifts;
-  std::vector<std::string> notes;
-  zorvela::placeByNames(lists, {rna, chainOf("A", "AP")}, notes);
-  EXPECT_EQ(rows[0].chain, 1U);
   EXPECT_TRUE(notes.empty());
 }
 

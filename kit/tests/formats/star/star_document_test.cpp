@@ -94,14 +94,6 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
                                 "line 41: 4 values for the 3 columns of _Atom_chem_shift; left out"}));
 }
 
-TEST(StarDocument, AFullCountHidesNoBadRowsInAShortLoopEither) {
-  const auto file = parsed(
-      "loop_\n_Atom_chem_shift.Seq_ID\n_Atom_chem_shift.Atom_ID\n_Atom_chem_shift.Val\n_Atom_chem_shift.a\n"
-      "_Atom_chem_shift.b\n1 CA 52 1 1\n2 CA 1 1\n3 CA 45 1 1 1\n4 CB 33 1 1\n");
-  EXPECT_EQ(rowsOf(*file), (Texts{"1 CA 52", "4 CB 33"}));
-  EXPECT_EQ(file->notes, (Texts{"lines 8 to 9: 10 values for the 5 columns of _Atom_chem_shift; left out"}));
-}
-
 TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
   EXPECT_EQ(
       errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),
@@ -114,18 +106,6 @@ TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
   EXPECT_EQ(rowsOf(*unread), Texts{"1 CA 52"});
   EXPECT_EQ(unread->notes,
             Texts{"line 7: 2 values for the 3 columns of _nef_program_script; the loop is not used"});
-}
-
-TEST(StarDocument, AnOpenFrameEndsWhereTheNextBegins) {
-  const auto file = parsed("save_one\n_Entity.ID 1\nsave_two\n_Entity.ID 2\n");
-  ASSERT_EQ(file->frames.size(), 2U);
-  EXPECT_EQ(StarFrame(*file, 1).name(), "two");
-  EXPECT_EQ(zorvela::frameValue(StarFrame(*file, 0), "_Entity.ID"), "1");
-  EXPECT_EQ(
-      file->notes,
-      (Texts{
-          "line 1: the save frame one is not closed before save_two; it is taken to end there",
-          "line 3: the save frame two is not closed before the end of the file; it is taken to end there"}));
 }
 
 TEST(StarDocument, WhatLeavesAShiftOpenIsAnError) {
@@ -146,32 +126,6 @@ TEST(StarDocument, WhatNobodyReadsIsANote) {
   EXPECT_EQ(file->notes, (Texts{"line 1: a quote begins in column 4 and is not closed on its line",
                                 "line 2: _c has no value", "line 2: 1 value without a tag, not used",
                                 "line 5: 1 value without a tag, not used"}));
-}
-
-TEST(StarDocument, LongWordsAreCut) {
-  const auto file = parsed("_Entity.ID " + std::string(61, '7'));
-  const StarTable table(StarFrame(*file, 0));
-  EXPECT_EQ(table.column("_Entity.ID").word(0), std::string(60, '7') + "...");
-  EXPECT_EQ(table.column("_Entity.ID").text(0), std::string(61, '7'));
-}
-
-TEST(StarDocument, ListsWithinAnotherText) {
-  const std::string list = "save_shifts\n  loop_\n_Chem_shift_value\n5\nstop_\n\nsave_\n";
-  EXPECT_EQ(zorvela::starWithin("assign (resid 1)\n" + list + "assign 'x\n"), "                \n" + list);
-  EXPECT_EQ(zorvela::starWithin("loop_\nprose\n_Chem_shift_value 5\n"), "");
-  EXPECT_EQ(zorvela::starWithin("a,b\n1,2\n"), "");
-}
-
-TEST(StarDocument, EntriesAreDataBlocksWithMoleculesAndShifts) {
-  const std::string entry = "_Entity.ID 1 _Atom_chem_shift.Val 5 ";
-  const auto two = zorvela::entriesOf(parsed("data_a " + entry + "data_b _c 1 data_d " + entry));
-  ASSERT_EQ(two.size(), 2U);
-  EXPECT_EQ(two[0].name, "a");
-  EXPECT_EQ(two[1].name, "d");
-  const auto one = zorvela::entriesOf(parsed("data_a " + entry + "data_b _c 1"));
-  ASSERT_EQ(one.size(), 1U);
-  EXPECT_EQ(one[0].name, "");
-  EXPECT_EQ(zorvela::framesOf(one[0]).size(), 2U);
 }
 
 }  // namespace

@@ -31,12 +31,6 @@ TEST(CsvRows, OneCellForEachColumn) {
   EXPECT_EQ(rowsOf("a,b,c\n,,\n, ,\t,,\n,\n").at(0).line, 4U);  // too few cells, though empty ones
 }
 
-TEST(CsvRows, GapsBelowNames) {
-  const auto rows = rowsOf("Res   N      HA     CA\nS1  116.2   4.41   58.4\nP2          4.60   63.0\n");
-  ASSERT_EQ(rows.size(), 2U);
-  EXPECT_EQ(rows[1].cells, (Cells{"P2", "", "4.60", "63.0"}));
-}
-
 TEST(CsvRows, CellsThatStandAnywhereAreReadInTurn) {
   const auto rows = rowsOf("resid resname atom shift\n5 ALA CA 52.4\n6 PRO CA 63.0\n7 GLY\n");
   ASSERT_EQ(rows.size(), 3U);
@@ -49,12 +43,6 @@ TEST(CsvRows, MarkOrNameOfTheFirstColumn) {
   EXPECT_EQ(rowsOf("# a b\n1 2 3\n").at(0).cells, (Cells{"1", "2", "3"}));
   EXPECT_EQ(rowsOf("#,a\n1,2\n").at(0).cells, (Cells{"1", "2"}));
   EXPECT_EQ(rowsOf("#a,b\n1,2\n").at(0).cells, (Cells{"1", "2"}));
-}
-
-TEST(CsvRows, DrawnTables) {
-  const auto rows = rowsOf("| a | b |\n|---|:-:|\n| 1 | |\n");
-  ASSERT_EQ(rows.size(), 1U);
-  EXPECT_EQ(rows[0].cells, (Cells{"1", ""}));
 }
 
 }  // namespace

@@ -3,12 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
-#include <vector>
-
 namespace {
 
-using zorvela::Dash;
 using zorvela::readLabel;
 
 /// "number/code/name/atom", "none" for what is no label.
@@ -54,23 +50,6 @@ TEST(ResidueLabel, NothingElse) {
     EXPECT_EQ(parts(cell), "none") << cell;
   EXPECT_EQ(parts("S81N-H", true), "none");
   EXPECT_EQ(parts("A.81.SER.CA", true), "none");
-}
-
-Dash meaningOf(std::initializer_list<const char*> labels) {
-  zorvela::DashMeaning meaning;
-  for (const char* label : labels) meaning.add("A", readLabel(label).value());
-  return meaning.meaning();
-}
-
-TEST(DashMeaning, ByOrderAndNames) {
-  EXPECT_EQ(meaningOf({"G-2", "S-1", "H0", "M1", "P2", "L3"}), Dash::minus);
-  EXPECT_EQ(meaningOf({"G-2", "S-1"}), Dash::minus);
-  EXPECT_EQ(meaningOf({"Gly-2", "Ser-3", "His-4"}), Dash::separator);
-  EXPECT_EQ(meaningOf({"Gly-2", "Ser-3", "Gly-2", "Ser-3"}), Dash::separator);
-  EXPECT_EQ(meaningOf({"His-4", "Gly-2", "Ser-3"}), Dash::separator);
-  EXPECT_EQ(meaningOf({"G1", "S2", "H3"}), Dash::separator);
-  EXPECT_EQ(meaningOf({"G-1", "S2"}), Dash::unclear);
-  EXPECT_EQ(meaningOf({"M5", "G-2", "M1", "P2"}), Dash::unclear);
 }
 
 }  // namespace

@@ -1,0 +1,200 @@
+// Proteins by a sequence that the caller gives: with shifts by name, or with those of a file.
+#include <cmath>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "formats/limits.h"
+#include "names/nomenclature.h"
+#include "protein/disulfides.h"
+#include "protein/implausible_shifts.h"
+#include "protein/sequence.h"
+#include "protein/shifts.h"
+#include "util/number.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+#include "zorvela/protein.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr const char* kTheSequence = "the sequence";
+
+bool isSequenceLetter(char letter) {
+  return contains(kAminoAcids, {&letter, 1}) || contains(kOtherLetters, {&letter, 1}) ||
+         letter == kDisulfideCysteine || letter == kPassedProlineCode;
+}
+
+void checkSequence(const std::string& sequence) {
+  if (sequence.empty()) throw Error(kTheSequence, 0, "is empty", "give one-letter codes, as in \"MQIF\"");
+  checkLimit(sequence.size(), limits::kSequence, kTheSequence);
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    if (!isSequenceLetter(sequence[i]))
+      throw Error(kTheSequence, 0,
+                  "has \"" + shown(sequence.substr(i, 1)) + "\" at place " + std::to_string(i + 1),
+                  "use the one-letter codes in capitals, X for what is none of them");
+}
+
+// --- Shifts by name -----------------------------------------------------------------------------
+
+/// Whether a protein can have an atom of that name, such as HB2, CD1, NE or 1HG1: its element, how far it is
+/// from CA, and digits.
+bool isOfProtein(std::string_view atom) {
+  std::string name = upper(withLatinLetters(atom));
+  name.erase(0, name.find_first_not_of("0123456789"));
+  if (name.empty() || !contains("CHNOSQM", name.substr(0, 1))) return false;
+  const bool isOfSideChain = name.size() > 1 && contains("ABGDEZH", name.substr(1, 1));
+  if (!isOfSideChain) return name.find_first_not_of("0123456789%*#'", 1) == std::string::npos;
+  return name.find_first_not_of("0123456789%*#'XY", 2) == std::string::npos;
+}
+
+/// The shifts of a sequence as they come, by residue and place in the table.
+class Gathered {
+ public:
+  Gathered(const std::string& letters, int firstNumber) : sequence(letters), first(firstNumber) {}
+
+  void add(const NamedShift& named) {
+    const long position = static_cast<long>(named.number) - first + 1;
+    if (position < 1 || position > static_cast<long>(sequence.size()))
+      throw Error("residue " + std::to_string(named.number), 0, "is not in the sequence",
+                  "its residues are " + std::to_string(first) + " to " +
+                      std::to_string(first + static_cast<long>(sequence.size()) - 1));
+    const std::string name = printable(named.atom, 40) + " of residue " + std::to_string(named.number);
+    if (!std::isfinite(named.ppm))
+      throw Error(name, 0, "has a shift that is no number", "leave out what was not measured");
+    const AtomReading atom = readAtom(sequence[static_cast<std::size_t>(position) - 1], named.atom);
+    if (atom.kind == AtomReading::Kind::other && !isOfProtein(named.atom))
+      throw Error(name, 0, "is not an atom of a protein", "use names such as N, HN, HA, C, CA, CB and CG");
+    if (atom.isOlderName)
+      throw Error(name, 0, "is an older name", "call the alpha protons of glycine HA2 and HA3");
+    if (atom.kind == AtomReading::Kind::other)
+      ++others;
+    else if (atom.kind == AtomReading::Kind::foreign)
+      foreign.push_back(std::to_string(named.number) + " " + printable(named.atom, 40));
+    else
+      put(static_cast<int>(position), atom, named.ppm, name);
+  }
+
+  void moveTo(Protein& protein) {
+    for (const auto& [place, shift] : shifts) protein.shifts.push_back(shift);
+    if (!foreign.empty())
+      protein.notes.push_back("atoms that the residue type has not, left out: " + enumerated(foreign));
+    noteOtherAtoms(others, protein.asides);
+  }
+
+ private:
+  void put(int position, const AtomReading& atom, double ppm, const std::string& name) {
+    Shift shift{position, atom.atom, 3, ppm};
+    if (isMissingMark(shift)) return;
+    putOnce(shift, name);
+    if (atom.kind != AtomReading::Kind::pseudo) return;
+    shift.atom = Atom::HA3;
+    putOnce(shift, name);
+  }
+
+  void putOnce(const Shift& shift, const std::string& name) {
+    const auto [found, isNew] = shifts.emplace(std::pair(shift.position, tableRank(shift.atom)), shift);
+    if (!isNew && found->second.ppm != shift.ppm) throw Error(name, 0, "has two values", "keep one of them");
+  }
+
+  const std::string& sequence;
+  long first;
+  std::map<std::pair<int, std::size_t>, Shift> shifts;
+  std::vector<std::string> foreign;
+  std::size_t others = 0;
+};
+
+/// As in a file that says nothing of its cysteines.
+void markOxidised(Protein& protein) {
+  std::vector<std::string> oxidised;
+  for (const Shift& shift : protein.shifts) {
+    const std::size_t place = static_cast<std::size_t>(shift.position) - 1;
+    if (shift.atom != Atom::CB || protein.sequence[place] != 'C' || !looksOxidised(shift)) continue;
+    protein.sequence[place] = kDisulfideCysteine;
+    oxidised.push_back(protein.numbers[place]);
+  }
+  if (!oxidised.empty())
+    protein.notes.push_back("cysteines taken as in a disulfide bond by CB above " +
+                            fixedText(kOxidisedFrom, 0) + " ppm, written c: " + enumerated(oxidised));
+}
+
+// --- The shifts of a file -----------------------------------------------------------------------
+
+bool isSameType(char ofFile, char given) {
+  return ofFile == kUnknownResidue || upper({&ofFile, 1}) == upper({&given, 1});
+}
+
+bool fitsAt(std::size_t offset, const std::string& part, const std::string& whole) {
+  for (std::size_t i = 0; i < part.size(); ++i)
+    if (!isSameType(part[i], whole[offset + i])) return false;
+  return true;
+}
+
+/// Where the part begins in the whole: where its numbers say, else the only place that it fits.
+std::size_t placeIn(const std::string& whole, const Protein& part) {
+  const std::string file = part.file;
+  std::vector<std::size_t> places;
+  for (std::size_t offset = 0; offset + part.sequence.size() <= whole.size(); ++offset)
+    if (fitsAt(offset, part.sequence, whole)) places.push_back(offset);
+  for (const std::size_t offset : places)
+    if (part.numbers.front() == std::to_string(offset + 1)) return offset;
+  if (places.empty())
+    throw Error(file, 0, "has other residues than the sequence given: " + printable(part.sequence, 60),
+                "give the sequence of this chain");
+  if (places.size() > 1)
+    throw Error(file, 0, "fits the sequence given in " + std::to_string(places.size()) + " places",
+                "number its residues from the first of the sequence");
+  return places.front();
+}
+
+/// Numbers for the residues beyond those of the file; "" beside one with an insertion code.
+std::vector<std::string> extendedNumbers(const std::vector<std::string>& numbers, std::size_t before,
+                                         std::size_t size) {
+  std::vector<std::string> extended(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    const long steps = static_cast<long>(i) - static_cast<long>(before);
+    const long beyond = steps - static_cast<long>(numbers.size()) + 1;
+    if (steps < 0)
+      extended[i] = steppedNumber(numbers.front(), steps).value_or("");
+    else if (beyond > 0)
+      extended[i] = steppedNumber(numbers.back(), beyond).value_or("");
+    else
+      extended[i] = numbers[static_cast<std::size_t>(steps)];
+  }
+  return extended;
+}
+
+}  // namespace
+
+Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShift>& shifts, int firstNumber) {
+  checkSequence(sequence);
+  Protein protein;
+  protein.sequence = sequence;
+  for (std::size_t i = 0; i < sequence.size(); ++i)
+    protein.numbers.push_back(std::to_string(firstNumber + static_cast<long>(i)));
+  Gathered gathered(sequence, firstNumber);
+  for (const NamedShift& shift : shifts) gathered.add(shift);
+  gathered.moveTo(protein);
+  markOxidised(protein);
+  noteImplausible(protein);
+  return protein;
+}
+
+Protein onSequence(Protein protein, const std::string& sequence) {
+  checkSequence(sequence);
+  const std::size_t before = placeIn(sequence, protein);
+  const auto moved = static_cast<int>(before);
+  std::string letters = sequence;
+  for (std::size_t i = 0; i < protein.sequence.size(); ++i)
+    if (protein.sequence[i] == kDisulfideCysteine) letters[before + i] = kDisulfideCysteine;
+  protein.numbers = extendedNumbers(protein.numbers, before, sequence.size());
+  protein.sequence = letters;
+  for (Shift& shift : protein.shifts) shift.position += moved;
+  std::map<int, bool> flags;
+  for (const auto& [position, isCis] : protein.cisFlags) flags[position + moved] = isCis;
+  protein.cisFlags = flags;
+  return protein;
+}
+
+}  // namespace zorvela

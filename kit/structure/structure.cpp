@@ -1,0 +1,265 @@
+// Any structure file as protein chains with the bonds before their prolines.
+#include <map>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "formats/foreign_text.h"
+#include "formats/input_bytes.h"
+#include "names/nomenclature.h"
+#include "structure/coordinates.h"
+#include "structure/molecules.h"
+#include "structure/peptide_bond.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+#include "zorvela/structure.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
+
+/// Whether the first word outside comments begins a data block.
+bool isCif(std::string_view text) {
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    const std::string_view core = trimmed(*line);
+    if (core.empty() || core.front() == '#') continue;
+    return startsIgnoringCase(core, "data_");
+  }
+  return false;
+}
+
+/// Whether a text is of the kind that goes on the other side of a comparison.
+bool holdsShifts(std::string_view text) {
+  if (contains(text, "_atom_site.")) return false;
+  return contains(text, "_Atom_chem_shift.") || contains(text, "_Chem_shift_value") ||
+         contains(text, "_nef_chemical_shift.") || contains(text, "\nVARS ") ||
+         contains(text, "\nDATA SEQUENCE");
+}
+
+Coordinates readCoordinates(const std::string& text, const std::string& name, std::string& format) {
+  if (holdsShifts(text)) throw FileError(name, 0, "holds shifts and no structure", kFormatRemedy);
+  if (isCif(text)) {
+    format = "mmCIF";
+    return readMmcifCoordinates(text, name);
+  }
+  if (!isPdb(text))
+    throw FileError(name, 0, "is neither an mmCIF file nor a PDB file with atoms", kFormatRemedy);
+  format = "PDB";
+  return readPdbCoordinates(text, name);
+}
+
+// --- Chains ---------------------------------------------------------------------------------------
+
+/// A residue of one model, with what its name stands for.
+struct Placed {
+  const BackboneResidue* residue = nullptr;
+  char letter = kUnknownResidue;
+};
+
+/// A molecule of one model.
+struct PlacedChain {
+  std::string name;
+  std::string key;  ///< the same in all models
+  std::vector<Placed> residues;
+};
+
+/// Of a residue with an atom CA.
+float occupancy(const BackboneResidue& residue) {
+  return residue.find("CA")->occupancy;
+}
+
+/// Of two residue types at one place the more occupied one.
+std::vector<Placed> withoutAlternatives(const std::string& chain, const std::vector<Placed>& all,
+                                        std::vector<std::string>& notes) {
+  std::vector<Placed> residues;
+  for (const Placed& placed : all) {
+    const BackboneResidue& residue = *placed.residue;
+    const bool isAlternative =
+        !residues.empty() && equalIgnoringCase(residues.back().residue->number, residue.number);
+    if (!isAlternative) {
+      residues.push_back(placed);
+      continue;
+    }
+    const BackboneResidue& other = *residues.back().residue;
+    notes.push_back(printable("chain " + chain + ", residue " + residue.number + " is " + other.name +
+                              " or " + residue.name + "; the more occupied one is used"));
+    if (occupancy(residue) > occupancy(other)) residues.back() = placed;
+  }
+  return residues;
+}
+
+/// Free amino acids are HETATM without a bond to their neighbours; modified residues of a chain have one.
+std::vector<Placed> withoutLoose(const std::vector<Placed>& residues) {
+  std::vector<Placed> kept;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    const BackboneResidue& residue = *residues[i].residue;
+    const bool isBonded = (i > 0 && areBonded(*residues[i - 1].residue, residue)) ||
+                          (i + 1 < residues.size() && areBonded(residue, *residues[i + 1].residue));
+    if (!residue.isHetero || isBonded) kept.push_back(residues[i]);
+  }
+  return kept;
+}
+
+std::vector<PlacedChain> chainsOf(const BackboneModel& model, std::vector<std::string>& notes) {
+  std::vector<PlacedChain> chains;
+  for (const Molecule& molecule : moleculesOf(model)) {
+    std::vector<Placed> residues;
+    for (const BackboneResidue* residue : molecule.residues)
+      residues.push_back({residue, residueType(residue->name).letter});
+    chains.push_back(
+        {molecule.name, molecule.key, withoutLoose(withoutAlternatives(molecule.name, residues, notes))});
+  }
+  return chains;
+}
+
+std::string keyOf(const BackboneResidue& residue) {
+  return residue.number + ' ' + residue.name;
+}
+
+/// The places of residues in a chain of the result.
+struct Places {
+  std::size_t chain = 0;
+  std::unordered_map<std::string, std::size_t> byKey;
+};
+using PlacesByChain = std::unordered_map<std::string, Places>;
+
+void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByChain& byKey) {
+  Places places;
+  places.chain = structure.chains.size();
+  StructureChain chain;
+  chain.name = placed.name;
+  chain.isTrace = true;
+  for (std::size_t i = 0; i < placed.residues.size(); ++i) {
+    const BackboneResidue& own = *placed.residues[i].residue;
+    const BackboneResidue* before = i > 0 ? placed.residues[i - 1].residue : nullptr;
+    StructureResidue residue;
+    residue.letter = placed.residues[i].letter;
+    residue.name = own.name;
+    residue.number = own.number;
+    residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
+    if (residue.letter == kProlineCode)
+      residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
+    chain.isTrace = chain.isTrace && own.find("N") == nullptr && own.find("C") == nullptr;
+    places.byKey.emplace(keyOf(own), i);
+    chain.residues.push_back(std::move(residue));
+  }
+  byKey.emplace(placed.key, std::move(places));
+  structure.chains.push_back(std::move(chain));
+}
+
+/// The residues of a chain are those of the model that has most of them, the first one among equals; what
+/// only other models have is not used.
+PlacesByChain addFullest(const std::vector<std::vector<PlacedChain>>& models, ProteinStructure& structure) {
+  std::vector<const PlacedChain*> fullest;  // by chain, in the order of the file
+  std::unordered_map<std::string, std::size_t> known;
+  for (const std::vector<PlacedChain>& chains : models)
+    for (const PlacedChain& chain : chains) {
+      const auto [at, isNew] = known.emplace(chain.key, fullest.size());
+      if (isNew) fullest.push_back(&chain);
+      if (chain.residues.size() > fullest[at->second]->residues.size()) fullest[at->second] = &chain;
+    }
+  PlacesByChain places;
+  for (const PlacedChain* chain : fullest)
+    if (!chain->residues.empty()) addChain(*chain, structure, places);
+  return places;
+}
+
+/// Adds the bonds before the prolines of a chain in one model.
+void addBonds(const PlacedChain& chain, const std::string& model, const Places& places,
+              std::vector<StructureResidue>& residues) {
+  for (std::size_t i = 1; i < chain.residues.size(); ++i) {
+    if (chain.residues[i].letter != kProlineCode) continue;
+    const auto place = places.byKey.find(keyOf(*chain.residues[i].residue));
+    if (place == places.byKey.end()) continue;
+    std::vector<ModelBond> bonds = peptideBonds(*chain.residues[i - 1].residue, *chain.residues[i].residue);
+    if (bonds.empty()) continue;
+    StructureResidue& residue = residues[place->second];
+    for (ModelBond& bond : bonds) bond.model = model;
+    for (const ModelBond& bond : bonds)
+      if (bond.state != bonds.front().state) residue.others.push_back(bond);
+    residue.bonds.push_back(std::move(bonds.front()));
+    residue.whyNoBond.clear();
+  }
+}
+
+/// Numbers the chains that share a name, and says so.
+void numberMolecules(ProteinStructure& structure) {
+  std::map<std::string, std::vector<StructureChain*>> byName;
+  for (StructureChain& chain : structure.chains) byName[chain.name].push_back(&chain);
+  for (const auto& [name, chains] : byName) {
+    if (chains.size() < 2) continue;
+    std::vector<std::string> ranges;
+    for (StructureChain* chain : chains) {
+      chain->molecule = ranges.size() + 1;
+      ranges.push_back(chain->residues.front().number + "-" + chain->residues.back().number);
+    }
+    structure.notes.push_back("chain " + (name.empty() ? "without a name" : printable(name)) + " holds " +
+                              std::to_string(chains.size()) +
+                              " molecules, each is looked at: " + printable(enumerated(ranges)));
+  }
+}
+
+/// Names the models in which a proline has no bond that others have.
+void nameModelsWithout(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
+  for (StructureChain& chain : structure.chains)
+    for (StructureResidue& residue : chain.residues) {
+      if (residue.bonds.empty() || residue.bonds.size() >= models.size()) continue;
+      std::set<std::string> with;
+      for (const ModelBond& bond : residue.bonds) with.insert(bond.model);
+      for (const BackboneModel& model : models)
+        if (with.count(model.name) == 0) residue.modelsWithout.push_back(model.name);
+    }
+}
+
+/// The chains of all models put together; notes are those of the first.
+void addModels(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
+  std::vector<std::vector<PlacedChain>> chains;
+  for (const BackboneModel& model : models) {
+    std::vector<std::string> notes;
+    chains.push_back(chainsOf(model, notes));
+    if (structure.modelCount++ == 0) structure.notes = std::move(notes);
+  }
+  const PlacesByChain places = addFullest(chains, structure);
+  for (std::size_t i = 0; i < models.size(); ++i)
+    for (const PlacedChain& chain : chains[i])
+      if (const auto known = places.find(chain.key); known != places.end())
+        addBonds(chain, models[i].name, known->second, structure.chains[known->second.chain].residues);
+  nameModelsWithout(models, structure);
+  numberMolecules(structure);
+}
+
+[[noreturn]] void throwWithoutProtein(const std::string& name, const Coordinates& coordinates) {
+  if (!coordinates.notes.empty())
+    throw FileError(name, 0, "no residue of a protein can be used: " + coordinates.notes.front(),
+                    "give a file with coordinates");
+  throw FileError(name, 0, "has no protein: no residue with an atom CA", "give the structure of the protein");
+}
+
+}  // namespace
+
+std::string StructureChain::letters() const {
+  std::string text;
+  for (const StructureResidue& residue : residues) text += residue.letter;
+  return text;
+}
+
+ProteinStructure readStructureFile(const std::string& path) {
+  return readStructureBytes(unpacked(fileBytes(path), path), path);
+}
+
+ProteinStructure readStructureBytes(std::string bytes, const std::string& file) {
+  refuseForeign(bytes, file, Wanted::structure, kFormatRemedy);
+  if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
+  if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
+  ProteinStructure structure;
+  structure.file = file;
+  const Coordinates coordinates = readCoordinates(bytes, file, structure.format);
+  addModels(coordinates.models, structure);
+  if (structure.chains.empty()) throwWithoutProtein(file, coordinates);
+  structure.notes.insert(structure.notes.begin(), coordinates.notes.begin(), coordinates.notes.end());
+  return structure;
+}
+
+}  // namespace zorvela

@@ -1,0 +1,90 @@
+// Proteins by a sequence that the caller gives.
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "message_of.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+using zorvela::NamedShift;
+using zorvela::Protein;
+using zorvela::proteinOfShifts;
+
+/// "1 CA 55.1" of each shift.
+Texts shiftsOf(const Protein& protein) {
+  Texts texts;
+  for (const zorvela::Shift& shift : protein.shifts)
+    texts.push_back(std::to_string(shift.position) + " " + std::string(nameOf(shift.atom)) + " " +
+                    shiftText(shift));
+  return texts;
+}
+
+TEST(ProteinOfShifts, HasAtomsUnderAllTheirNamesInTheOrderOfATable) {
+  const Protein protein =
+      proteinOfShifts("MGP", {{13, "CG", 27.1}, {11, "CB", 32.5}, {11, "H", 8.2}, {12, "HA", 3.9}}, 11);
+  EXPECT_EQ(shiftsOf(protein),
+            (Texts{"1 HN 8.200", "1 CB 32.500", "2 HA2 3.900", "2 HA3 3.900", "3 CG 27.100"}));
+  EXPECT_EQ(protein.numbers, (Texts{"11", "12", "13"}));
+}
+
+TEST(ProteinOfShifts, PassesOverOtherAtomsAndWhatIsMissing) {
+  const Protein protein =
+      proteinOfShifts("MGP", {{1, "HB2", 2.0}, {2, "CB", 40.0}, {3, "CA", 9999.0}, {1, "CE", 17.0}});
+  EXPECT_TRUE(protein.shifts.empty());
+  EXPECT_EQ(protein.asides, Texts{"2 shifts of other atoms (side chain and the like) not needed"});
+  EXPECT_EQ(protein.notes, Texts{"atoms that the residue type has not, left out: 2 CB"});
+}
+
+TEST(ProteinOfShifts, HasOxidisedCysteinesByTheirCB) {
+  EXPECT_EQ(proteinOfShifts("CPC", {{1, "CB", 41.2}, {3, "CB", 28.0}}).sequence, "cPC");
+}
+
+TEST(ProteinOfShifts, SaysWhatIsWrong) {
+  const auto message = [](const std::string& sequence, const NamedShift& shift) {
+    return messageOf([&] { proteinOfShifts(sequence, {shift}); });
+  };
+  EXPECT_EQ(message("MQ", {3, "CA", 55}), "residue 3: is not in the sequence; its residues are 1 to 2");
+  EXPECT_EQ(message("MQ", {-2147483647, "CA", 55}).find("residue -2147483647: is not in the sequence"), 0U);
+  EXPECT_EQ(message("MQ", {1, "CX", 55}),
+            "CX of residue 1: is not an atom of a protein; use names such as N, HN, HA, C, CA, CB and CG");
+  EXPECT_EQ(message("MQ", {1, "CA", std::nan("")}),
+            "CA of residue 1: has a shift that is no number; leave out what was not measured");
+  EXPECT_EQ(
+      message("Mq", {1, "CA", 55}),
+      "the sequence: has \"q\" at place 2; use the one-letter codes in capitals, X for what is none of them");
+  EXPECT_EQ(message("", {1, "CA", 55}), "the sequence: is empty; give one-letter codes, as in \"MQIF\"");
+  EXPECT_EQ(messageOf([] {
+              proteinOfShifts("MQ", {{1, "H", 8.0}, {1, "HN", 8.1}});
+            }),
+            "HN of residue 1: has two values; keep one of them");
+}
+
+/// The protein of a CSV file with the residues that it has shifts of.
+Protein readRows(const std::string& rows) {
+  return zorvela::readShiftBytes("resid,resname,atom,shift\n" + rows, "f.csv", {}).front();
+}
+
+TEST(OnSequence, PutsShiftsWhereTheirNumbersSay) {
+  const Protein protein = onSequence(readRows("4,LYS,CA,56.1\n6,PRO,CA,63.2\n"), "MKAKVPGK");
+  EXPECT_EQ(protein.sequence, "MKAKVPGK");
+  EXPECT_EQ(shiftsOf(protein), (Texts{"4 CA 56.1", "6 CA 63.2"}));
+}
+
+TEST(OnSequence, FindsTheOnlyPlaceAndKeepsTheNumbers) {
+  const Protein protein = onSequence(readRows("104,LYS,CA,56.1\n105,VAL,CA,62.0\n"), "MKAKVPGK");
+  EXPECT_EQ(shiftsOf(protein), (Texts{"4 CA 56.1", "5 CA 62.0"}));
+  EXPECT_EQ(protein.numbers, (Texts{"101", "102", "103", "104", "105", "106", "107", "108"}));
+}
+
+TEST(OnSequence, RefusesAnotherProtein) {
+  EXPECT_EQ(messageOf([] { onSequence(readRows("4,TRP,CA,56.1\n"), "MKAKVPGK"); }),
+            "f.csv: has other residues than the sequence given: W; give the sequence of this chain");
+  EXPECT_EQ(messageOf([] { onSequence(readRows("50,LYS,CA,56.1\n"), "MKAKVPGK"); }),
+            "f.csv: fits the sequence given in 3 places; number its residues from the first of the sequence");
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+// The library as a Python module. Arguments are checked in zorvela/__init__.py; here texts and numbers go in,
+// results come out, and the interpreter's lock is free while anything is read or computed.
+#include "binding.h"
+
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "zorvela/compare.h"
+#include "zorvela/error.h"
+#include "zorvela/predict.h"
+#include "zorvela/read.h"
+#include "zorvela/run_file.h"
+#include "zorvela/version.h"
+
+namespace py = pybind11;
+
+namespace zorvela {
+
+namespace {
+
+using Structures = std::vector<std::shared_ptr<const ProteinStructure>>;
+using ShiftTuple = std::tuple<int, std::string, double>;
+
+/// Reference tables, read once, with a predictor for shifts as they stand and one for corrected ones. Any
+/// number of threads may share it.
+class Engine {
+ public:
+  explicit Engine(const std::string& tablesFolder)
+      : folder(tablesFolder),
+        tables(tablesFromFolder(tablesFolder)),
+        classes(statisticsOf(tables)),
+        asMeasured(tables, {true}),
+        corrected(tables) {}
+
+  Results predict(const std::vector<Protein>& proteins, const std::string& file, const Structures& structures,
+                  bool asReferenced) const {
+    RunReport report{folder, classes, {{file, {}, ""}}};
+    for (const auto& structure : structures) report.structures.push_back(*structure);
+    std::vector<ProteinResult>& results = report.files.front().proteins;
+    const Predictor& predictor = asReferenced ? asMeasured : corrected;
+    for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
+    if (!structures.empty()) compareWithStructures(proteins, report.structures, results);
+    noteChainsWithoutShifts(report);
+    return {std::move(report)};
+  }
+
+ private:
+  std::string folder;
+  Tables tables;
+  ClassStatistics classes;
+  Predictor asMeasured;
+  Predictor corrected;
+};
+
+/// What a user asks of a shift file.
+struct Request {
+  ImportOptions import;
+  std::optional<std::string> sequence;
+  Structures structures;
+  bool asReferenced = false;
+};
+
+Results predictProteins(const Engine& engine, std::vector<Protein> proteins, const std::string& file,
+                        const Request& request) {
+  if (request.sequence && proteins.size() > 1)
+    throw ChoiceError(file, 0, "has " + std::to_string(proteins.size()) + " chains or lists for one sequence",
+                      "choose one with chain and list");
+  if (request.sequence) proteins.front() = onSequence(std::move(proteins.front()), *request.sequence);
+  return engine.predict(proteins, file, request.structures, request.asReferenced);
+}
+
+Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
+  const py::gil_scoped_release free;
+  return predictProteins(engine, readShiftFile(path, request.import), path, request);
+}
+
+Results predictBytes(const Engine& engine, const py::bytes& content, const std::string& name,
+                     const Request& request) {
+  std::string bytes = content;
+  const py::gil_scoped_release free;
+  return predictProteins(engine, readShiftBytes(std::move(bytes), name, request.import), name, request);
+}
+
+Results predictShifts(const Engine& engine, const std::string& sequence, const std::vector<ShiftTuple>& named,
+                      int first, const std::string& name, const Request& request) {
+  const py::gil_scoped_release free;
+  std::vector<NamedShift> shifts;
+  shifts.reserve(named.size());
+  for (const auto& [number, atom, ppm] : named) shifts.push_back({number, atom, ppm});
+  std::vector<Protein> proteins = {proteinOfShifts(sequence, shifts, first)};
+  proteins.front().file = name;
+  return engine.predict(proteins, name, request.structures, request.asReferenced);
+}
+
+std::shared_ptr<const ProteinStructure> structureOfFile(const std::string& path) {
+  const py::gil_scoped_release free;
+  return std::make_shared<ProteinStructure>(readStructureFile(path));
+}
+
+std::shared_ptr<const ProteinStructure> structureOfBytes(const py::bytes& content, const std::string& name) {
+  std::string bytes = content;
+  const py::gil_scoped_release free;
+  return std::make_shared<ProteinStructure>(readStructureBytes(std::move(bytes), name));
+}
+
+/// The Python class of an error.
+const char* className(const Error& error) {
+  if (dynamic_cast<const FileError*>(&error) != nullptr) return "FileError";
+  if (dynamic_cast<const ChoiceError*>(&error) != nullptr) return "ChoiceError";
+  if (dynamic_cast<const TableError*>(&error) != nullptr) return "TableError";
+  return "Error";
+}
+
+void raiseInPython(std::exception_ptr thrown) {
+  try {
+    if (thrown) std::rethrow_exception(thrown);
+  } catch (const Error& error) {
+    const py::object type = py::module_::import("zorvela.errors").attr(className(error));
+    const py::object raised = type(pythonText(error.what()));
+    if (!error.file().empty()) raised.attr("file") = pythonText(error.file());
+    if (error.line() > 0) raised.attr("line") = error.line();
+    PyErr_SetObject(type.ptr(), raised.ptr());
+  }
+}
+
+}  // namespace
+
+PYBIND11_MODULE(_zorvela, module) {
+  py::register_exception_translator(raiseInPython);
+  py::options options;
+  options.disable_function_signatures();
+  addResults(module);
+
+  py::class_<Request>(module, "Request")
+      .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
+                       std::optional<std::string> sequence, Structures structures, bool asReferenced) {
+        return Request{
+            {std::move(chains), std::move(lists)}, std::move(sequence), std::move(structures), asReferenced};
+      }));
+  py::class_<Engine>(module, "Engine")
+      .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())
+      .def("predict_file", predictFile)
+      .def("predict_bytes", predictBytes)
+      .def("predict_shifts", predictShifts);
+  module.def("structure_of_file", structureOfFile);
+  module.def("structure_of_bytes", structureOfBytes);
+  module.def("csv_columns", csvColumns);
+  module.attr("version") = version();
+}
+
+}  // namespace zorvela

@@ -1,0 +1,26 @@
+// What the sources of the Python module share.
+#pragma once
+
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <string>
+
+#include "zorvela/report.h"
+
+namespace zorvela {
+
+/// The results of one input, as Python has them: a report of a single file.
+struct Results {
+  RunReport report;
+
+  const FileReport& file() const { return report.files.front(); }
+};
+
+/// A text of a file as a Python text; bytes that are no UTF-8 become U+FFFD, as in JSON.
+pybind11::str pythonText(const std::string& text);
+
+/// Adds the classes of the results.
+void addResults(pybind11::module_& module);
+
+}  // namespace zorvela

@@ -1,0 +1,245 @@
+"""Cis/trans prediction for prolines from chemical shifts.
+
+    import zorvela
+
+    results = zorvela.predict("bmr16585.str")     # NMR-STAR, NEF, CSV or a shift table
+    for proline in results.prolines:
+        print(proline.resid, proline.call, proline.p_cis_norm)
+
+Shifts are in ppm, angles in degrees, distances in angstrom. `p_cis_norm` is the probability that the peptide bond
+before a proline is cis, where 1 proline in 20 is; from 0.5 on the proline is called cis, up to 0.05 trans.
+
+What is wrong is an exception, `Error` or one of its classes; what was guessed is in `Results.notes`. Nothing is
+printed. All functions may run in several threads at once; the interpreter's lock is free while they compute.
+"""
+import collections
+import concurrent.futures
+import functools
+import gzip
+import os
+from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence, Tuple,
+                    Union, overload)
+
+from zorvela import _shifts, _zorvela
+from zorvela._frames import to_frame
+from zorvela._zorvela import (Bond, Evidence, Match, NeighbourContribution, NextShift, Proline, Protein,
+                              ReferencingOffset, Results, ShiftContribution, Site, Structure, StructureChain)
+from zorvela.errors import ChoiceError, Error, FileError, TableError
+
+if TYPE_CHECKING:
+    import pandas
+
+__version__ = _zorvela.version
+
+__all__ = [
+    "predict", "predict_shifts", "predict_many", "read_structure", "to_frame",
+    "Results", "Protein", "Proline", "ReferencingOffset", "Evidence", "ShiftContribution", "NeighbourContribution",
+    "NextShift", "Structure", "StructureChain", "Match", "Site", "Bond",
+    "Error", "FileError", "ChoiceError", "TableError",
+]
+
+Source = Union[str, bytes, "os.PathLike[str]", IO[str], IO[bytes]]
+"""A path, the bytes of a file, an open file, or its text (a str with a line end in it)."""
+
+Names = Union[str, Sequence[str], None]
+StructureSource = Union[Source, Structure, Sequence[Union[Source, Structure]], None]
+
+
+@functools.lru_cache(maxsize=None)
+def _engine() -> _zorvela.Engine:
+    """The predictor with the tables of the package, read once."""
+    return _zorvela.Engine(os.path.join(os.path.dirname(__file__), "tab"))
+
+
+# --- Arguments ------------------------------------------------------------------------------------
+
+def _names(names: Names, what: str) -> List[str]:
+    wanted = [] if names is None else [names] if isinstance(names, str) else names
+    if isinstance(wanted, bytes) or not isinstance(wanted, collections.abc.Iterable):
+        raise TypeError(f"{what} is a name or several, not {type(names).__name__}: write it as a text")
+    checked = []
+    for name in wanted:
+        if not isinstance(name, str):
+            raise TypeError(f"{what} {name!r} is not a text: write it as {str(name)!r}")
+        checked.append(name.encode(errors="replace").decode())
+    return checked
+
+
+def _path(source: Any) -> Optional[str]:
+    """The path that a source is, or None."""
+    if isinstance(source, os.PathLike) or (isinstance(source, str) and "\n" not in source):
+        path = os.fspath(source)
+        if "\0" in path:
+            raise Error(f"{path!r} is not a path: give the content of a file as bytes")
+        return path
+    return None
+
+
+def _content(source: Any) -> Tuple[bytes, str]:
+    """The bytes of a source that is no path, and what messages call it."""
+    name = "input"
+    if _shifts.is_entry(source):
+        name = f"entry {getattr(source, 'entry_id', '')}".strip()
+        source = str(source)
+    elif hasattr(source, "read"):
+        name = source.name if isinstance(getattr(source, "name", None), str) else name
+        source = source.read()
+    if isinstance(source, str):
+        return source.encode(errors="replace"), name
+    if isinstance(source, (bytes, bytearray, memoryview)):
+        return bytes(source), name
+    raise TypeError(f"a shift file is a path, bytes, an open file or text, not {type(source).__name__}")
+
+
+def _structures(structure: Any) -> List[Structure]:
+    if structure is None:
+        return []
+    several = structure if isinstance(structure, (list, tuple)) else [structure]
+    return [one if isinstance(one, Structure) else read_structure(one) for one in several]
+
+
+def _sequence(sequence: Any) -> str:
+    if not isinstance(sequence, str):
+        raise TypeError(f"the sequence is a text of one-letter codes, not {type(sequence).__name__}")
+    return "".join(sequence.encode(errors="replace").decode().split())
+
+
+def _request(sequence: Any, structure: Any, chain: Names, names_of_lists: Names,
+             as_referenced: bool) -> _zorvela.Request:
+    return _zorvela.Request(_names(chain, "chain"), _names(names_of_lists, "list"),
+                            None if sequence is None else _sequence(sequence), _structures(structure),
+                            bool(as_referenced))
+
+
+def _predict(source: Any, request: _zorvela.Request) -> Results:
+    path = _path(source)
+    if path is not None:
+        return _engine().predict_file(os.fsencode(path), request)
+    return _engine().predict_bytes(*_content(source), request)
+
+
+# --- Functions ------------------------------------------------------------------------------------
+
+def predict(source: Source, *, sequence: Optional[str] = None, structure: StructureSource = None, chain: Names = None,
+            list: Names = None, as_referenced: bool = False) -> Results:  # pylint: disable=redefined-builtin
+    """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
+
+    source       a path, the bytes of a file, an open file, its text, or a pynmrstar entry
+    sequence     one-letter codes, for a file that gives no sequence or a part of it
+    structure    PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
+    chain        only the chains of these names; all chains of proteins if left out
+    list         only the shift lists of these names, or "all"; the one with most shifts if left out
+    as_referenced  keep referencing offsets, which are else taken away where they are certain
+
+    Raises FileError for what is no shift file, ChoiceError for a chain or list that is not there, Error for a
+    sequence that does not fit.
+    """
+    return _predict(source, _request(sequence, structure, chain, list, as_referenced))
+
+
+def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float], pandas.DataFrame, Any]", *,
+                   first: int = 1, structure: StructureSource = None, as_referenced: bool = False,
+                   name: str = "shifts") -> Results:
+    """Predicts every proline of a sequence from shifts in memory.
+
+    sequence     one-letter codes; c is a cysteine in a disulfide bond, X an unknown residue
+    shifts       {(residue number, atom): ppm}; or a pandas frame with a row for each shift and the columns resid,
+                 atom and shift (or Comp_index_ID, Atom_ID and Val); or a pynmrstar entry with one molecule
+    first        number of the first residue of the sequence
+    name         what the results call it in place of a file
+
+    N, HN (or H), HA, HA2 and HA3 of glycine, C, CA, CB, and CG of proline are used; other atoms are passed over. The
+    numbers are those of single precision. Raises Error or TypeError for what is no shift of the sequence.
+    """
+    letters = _sequence(sequence)
+    number = _shifts.gathered({(first, "CA"): 0.0})[0][0]
+    called = _names(name, "name")[0]
+    return _engine().predict_shifts(letters, _shifts.gathered(shifts), number, called,
+                                    _request(None, structure, None, None, as_referenced))
+
+
+@overload
+def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
+                 errors: Literal["raise"] = "raise", structure: StructureSource = None, chain: Names = None,
+                 list: Names = None, as_referenced: bool = False) -> Iterator[Results]: ...
+
+
+@overload
+def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
+                 errors: Literal["return"], structure: StructureSource = None, chain: Names = None,
+                 list: Names = None, as_referenced: bool = False) -> Iterator[Union[Results, Error]]: ...
+
+
+def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
+                 errors: Literal["raise", "return"] = "raise", structure: StructureSource = None, chain: Names = None,
+                 list: Names = None,  # pylint: disable=redefined-builtin
+                 as_referenced: bool = False) -> Iterator[Union[Results, Error]]:
+    """Predicts many shift files in several threads. An iterator over their results, in the order of the sources.
+
+    jobs      how many at the same time; one for each core if left out
+    progress  show a bar, where tqdm is installed
+    errors    "raise" ends with the error of the first file that has one; "return" gives the error in the place of
+              its results and goes on
+    The others are those of `predict`.
+    """
+    if isinstance(sources, (str, bytes)) or not isinstance(sources, collections.abc.Iterable):
+        raise TypeError("sources are several files: give a list of them")
+    if errors not in ("raise", "return"):
+        raise Error(f"errors is {errors!r}: give \"raise\" or \"return\"")
+    workers = len(os.sched_getaffinity(0)) if jobs is None else jobs
+    if isinstance(workers, bool) or not isinstance(workers, int) or not 1 <= workers <= 256:
+        raise Error(f"jobs is {jobs!r}: give a whole number from 1 to 256")
+    request = _request(None, structure, chain, list, as_referenced)
+    return _many(_shown(sources, progress), workers, errors == "return", request)
+
+
+def _shown(sources: Iterable[Any], progress: bool) -> Iterable[Any]:
+    if not progress:
+        return sources
+    try:
+        import tqdm  # pylint: disable=import-outside-toplevel  # only for those who ask for a bar
+    except ImportError:
+        return sources
+    shown: Iterable[Any] = tqdm.tqdm(sources, unit=" files")
+    return shown
+
+
+def _many(sources: Iterable[Any], jobs: int, keep_errors: bool,
+          request: _zorvela.Request) -> Iterator[Union[Results, Error]]:
+    def result(source: Any) -> Union[Results, Error]:
+        try:
+            return _predict(source, request)
+        except Error as error:
+            if keep_errors:
+                return error
+            raise
+
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        waiting: Deque["concurrent.futures.Future[Union[Results, Error]]"] = collections.deque()
+        try:
+            for source in sources:
+                waiting.append(pool.submit(result, source))
+                if len(waiting) > 4 * jobs:
+                    yield waiting.popleft().result()
+            while waiting:
+                yield waiting.popleft().result()
+        finally:
+            for future in waiting:
+                future.cancel()
+
+
+def read_structure(source: Source) -> Structure:
+    """Reads a PDB or mmCIF file, plain or gzipped, to compare several shift files with it.
+
+    Raises FileError for what is no structure of a protein.
+    """
+    path = _path(source)
+    if path is not None:
+        return _zorvela.structure_of_file(os.fsencode(path))
+    content, name = _content(source)
+    if content[:2] == b"\x1f\x8b":
+        try:
+            content = gzip.decompress(content)
+        except (OSError, EOFError) as error:
+            raise FileError(f"{name}: cannot be unpacked: {error}; fetch it again") from None
+    return _zorvela.structure_of_bytes(content, name)

@@ -15,6 +15,7 @@ setup(
     package_dir={"": "python"},
     python_requires=">=3.9",
     extras_require={"frames": ["pandas"], "progress": ["tqdm"]},
-    cmake_args=["-DZORVELA_PYTHON=ON"],
+    cmake_args=["-DZORVELA_PYTHON_PACKAGE=ON"],
+    cmake_install_dir="python/zorvela",
     cmake_install_target="install/strip",
 )

@@ -239,7 +239,7 @@ void addAnnotate(CommandLine& line) {
   command.addFlag("--as-referenced", settings->predict.asReferenced,
                   "Keep referencing offsets, which are else taken away where they are certain");
   command
-      .add("--list", settings->import.lists, "NAME",
+      .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
            "Predict from the shift list of this name; default: the one with most shifts")
       .repeated();
   command.footer(

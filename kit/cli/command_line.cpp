@@ -18,6 +18,12 @@ ValueKind ValueKind::orZero() const {
   return kind;
 }
 
+ValueKind ValueKind::notEmpty() const {
+  ValueKind kind = *this;
+  kind.allowsEmpty = false;
+  return kind;
+}
+
 /// "" for any text.
 std::string ValueKind::range() const {
   if (!words.empty()) return "{" + CLI::detail::join(words, ",") + "}";
@@ -31,6 +37,7 @@ std::string ValueKind::range() const {
 /// What is wrong with a value, "" for a good one.
 std::string ValueKind::findingOn(const std::string& value) const {
   const std::string allowed = range();
+  if (!allowsEmpty && value.empty()) return "is empty; give a name";
   if (allowed.empty()) return "";
   if (!words.empty())
     return std::find(words.begin(), words.end(), value) != words.end() ? ""
@@ -41,11 +48,54 @@ std::string ValueKind::findingOn(const std::string& value) const {
   return "\"" + shown(value) + "\" is not " + allowed;
 }
 
+// --- Help ---------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::size_t kColumns = 80;
+
+/// Where the lines below a long one begin: at its second column, or below its first word.
+std::size_t indentOf(const std::string& line) {
+  const std::size_t word = std::min(line.find_first_not_of(' '), line.size());
+  const std::size_t gap = line.find("  ", word);
+  const std::size_t second = line.find_first_not_of(' ', gap);
+  const bool hasColumns = gap != std::string::npos && second < kColumns / 2;
+  return hasColumns ? second : word;
+}
+
+/// Where a long line is broken: after a blank, else after a comma, else nowhere.
+std::size_t breakIn(const std::string& line, std::size_t indent) {
+  for (const char after : {' ', ','}) {
+    const std::size_t at = line.rfind(after, kColumns - 1);
+    if (at != std::string::npos && at > indent) return at + 1;
+  }
+  return line.size();
+}
+
+/// A help text on lines of at most 80 columns, but for longer words.
+std::string inColumns(const std::string& text) {
+  std::string result;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t indent = indentOf(line);
+    while (line.size() > kColumns) {
+      const std::size_t end = breakIn(line, indent);
+      if (end == line.size()) break;
+      result += line.substr(0, line.find_last_not_of(' ', end - 1) + 1) + '\n';
+      line = std::string(indent, ' ') + line.substr(end);
+    }
+    result += line + '\n';
+  }
+  return result;
+}
+
+}  // namespace
+
 // --- Options ------------------------------------------------------------------------------------
 
 void Option::takes(const ValueKind& kind) const {
   option->type_name(kind.name);
-  if (!kind.range().empty())
+  if (!kind.range().empty() || !kind.allowsEmpty)
     option->check(
         CLI::Validator([kind](const std::string& value) { return kind.findingOn(value); }, kind.range()));
 }
@@ -107,8 +157,19 @@ void Command::footer(const std::string& text) {
   app->footer(text);
 }
 
+void Command::needsEither(Option one, Option other, const std::function<void()>& without) {
+  check = [one, other, without] {
+    if (!one.option->empty() || !other.option->empty()) return;
+    without();
+    throw CLI::RequiredError(one.option->get_name() + " or " + other.option->get_name());
+  };
+}
+
 void Command::runs(std::function<void()> action) {
-  app->callback(std::move(action));
+  app->callback([check = check, action = std::move(action)] {
+    check();
+    action();
+  });
 }
 
 // --- The command line ---------------------------------------------------------------------------
@@ -146,8 +207,13 @@ int CommandLine::run(int argc, char** argv, std::ostream& out, std::ostream& err
   try {
     app->parse(argc, argv);
     return 0;
+  } catch (const CLI::CallForVersion& version) {
+    return app->exit(version, out, err);
   } catch (const CLI::ParseError& error) {
-    return app->exit(error, out, err);
+    std::ostringstream text;
+    const int status = app->exit(error, text, err);
+    out << inColumns(text.str());
+    return status;
   }
 }
 

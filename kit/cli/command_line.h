@@ -31,6 +31,8 @@ class ValueKind {
 
   /// Also 0, where it turns a choice off.
   ValueKind orZero() const;
+  /// Not the empty text, which names nothing.
+  ValueKind notEmpty() const;
 
  private:
   friend class Option;
@@ -42,6 +44,7 @@ class ValueKind {
   double low = -std::numeric_limits<double>::infinity();
   double high = std::numeric_limits<double>::infinity();
   bool allowsZero = false;
+  bool allowsEmpty = true;
 };
 
 /// An option that was added to a sub-command.
@@ -85,6 +88,8 @@ class Command {
              const ValueKind& kind, const std::string& text);
   /// Adds an option without a value.
   Option addFlag(const std::string& names, bool& setting, const std::string& text);
+  /// Refuses a command line with neither of the two, after `without`, which may have a better reason.
+  void needsEither(Option one, Option other, const std::function<void()>& without);
   /// Sets the last paragraph of the help text.
   void footer(const std::string& text);
   /// Sets what the sub-command does once its options are read.
@@ -92,6 +97,7 @@ class Command {
 
  private:
   CLI::App* app;
+  std::function<void()> check = [] {};
 };
 
 /// zorvela-kit with its sub-commands.

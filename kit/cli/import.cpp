@@ -10,6 +10,7 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
@@ -33,6 +34,7 @@ constexpr std::size_t kAllNotes = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMostPathsNamed = 20;
 
 struct ImportArguments {
+  FileArguments named;
   std::vector<std::string> files;
   std::string output;
   std::string tables;
@@ -47,7 +49,7 @@ struct Imported {
   std::vector<Protein> proteins;
   std::vector<std::string> names;  ///< of their tables
   std::size_t notes = 0;
-  std::size_t failures = 0;
+  FailedFiles failures;
 };
 
 Imported readFiles(const ImportArguments& given, const TableNames& names) {
@@ -69,7 +71,7 @@ Imported readFiles(const ImportArguments& given, const TableNames& names) {
       imported.notes += sayFileNotes(file, notes, kAllNotes, "");
     } catch (const Error& error) {
       say(error.what());
-      ++imported.failures;
+      imported.failures.add(file, error.what());
     }
     progress.step();
   }
@@ -84,7 +86,7 @@ void writeTable(const std::string& path, const Protein& protein) {
 
 /// Whether all goes to one file or stream, and not to named files in a folder.
 bool isOneStream(const std::string& output, const Imported& imported) {
-  if (output.empty()) return imported.proteins.size() + imported.failures == 1;
+  if (output.empty()) return imported.proteins.size() + imported.failures.count() == 1;
   if (output == kStandardOutput) return true;
   std::error_code unknown;  // what is wrong with the path is said when it is written
   return output.back() != '/' && !fs::is_directory(output, unknown);
@@ -152,6 +154,7 @@ void writeTables(const ImportArguments& given, const Imported& imported, const T
 
 void importFiles(const ImportArguments& given) {
   InputFiles inputs(given.files);
+  inputs.add(std::vector<std::string>{given.named.list});
   if (given.rereference) inputs.addFolder(findTables(given.tables));
   const TableNames names(given.files);
   const Imported imported = readFiles(given, names);
@@ -159,8 +162,8 @@ void importFiles(const ImportArguments& given) {
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
         counted(imported.proteins.size(), "table", "tables"));
-  if (imported.failures == 0) return;
-  sayFailures(imported.failures, given.files.size(), "imported");
+  if (imported.failures.count() == 0) return;
+  imported.failures.say(given.files.size(), "imported");
   throw ReportedFailure();
 }
 
@@ -183,25 +186,24 @@ constexpr const char* kOutputHelp =
 void addImport(CommandLine& line) {
   const auto arguments = std::make_shared<ImportArguments>();
   Command command = line.addCommand("import", kDescription);
-  command.add("FILE", arguments->files, "", "Shift files; - is standard input").required();
+  addFiles(command, arguments->named, "Shift files, or folders of them; - is standard input");
   command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp);
-  command
-      .add("--chain", arguments->options.chains, "NAME",
-           "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
-           "polypeptide chain with shifts")
-      .repeated();
-  command
-      .add("--list", arguments->options.lists, "NAME",
-           "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
-           "Default: for each chain the list with most backbone shifts")
-      .repeated();
+  addChoices(command, arguments->options.chains,
+             "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
+             "polypeptide chain with shifts",
+             arguments->options.lists,
+             "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
+             "Default: for each chain the list with most backbone shifts");
   const Option rereference =
       command.addFlag("--rereference", arguments->rereference,
                       "Take away referencing offsets that are certain; a REMARK says how much");
   command
       .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
       .needs(rereference);
-  command.runs([arguments] { importFiles(*arguments); });
+  command.runs([arguments] {
+    arguments->files = namedFiles(arguments->named);
+    importFiles(*arguments);
+  });
 }
 
 }  // namespace zorvela

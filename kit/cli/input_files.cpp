@@ -13,6 +13,26 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string kStandardStream = "-";
+const fs::path kStandardOutput = "/dev/stdout";
+const fs::path kStandardError = "/dev/stderr";
+
+bool isStandardStream(const std::string& output) {
+  return output == kStandardStream || output == kStandardOutput;
+}
+
+/// The file that an output goes to, also one that is not there yet; "-" for a standard output that is not a
+/// file. Empty for devices and other pipes, which may take several outputs.
+fs::path placeOf(const std::string& output) {
+  if (output.empty()) return {};
+  const bool isStandard = isStandardStream(output);
+  const fs::path place = isStandard ? kStandardOutput : fs::path(output);
+  std::error_code unknown;  // what is wrong with a path is said when it is written
+  const fs::file_status status = fs::status(place, unknown);
+  if (fs::is_regular_file(status) && isStandard) return fs::canonical(place, unknown);
+  if (fs::is_regular_file(status) || (!isStandard && status.type() == fs::file_type::not_found))
+    return fs::weakly_canonical(fs::absolute(afterLinks(output)));
+  return isStandard ? fs::path(kStandardStream) : fs::path();
+}
 
 }  // namespace
 
@@ -39,9 +59,12 @@ void InputFiles::addFolder(const std::string& folder) {
 }
 
 void InputFiles::mustNotHold(const std::string& output) const {
-  const bool isStandardOutput = output == kStandardStream;
-  const fs::path place = isStandardOutput ? "/dev/stdout" : output;
+  const bool isStandardOutput = isStandardStream(output);
+  const fs::path place = isStandardOutput ? kStandardOutput : fs::path(output);
   std::error_code noFile;
+  if (!isStandardOutput && fs::is_regular_file(place, noFile) &&
+      fs::equivalent(place, kStandardError, noFile))
+    throw Error(output, 0, "takes the messages (standard error)", "choose another place with --output");
   const auto [first, last] = files.equal_range(fs::file_size(place, noFile));
   for (auto file = first; file != last; ++file)
     if (fs::equivalent(file->second, place, noFile))
@@ -52,12 +75,10 @@ void InputFiles::mustNotHold(const std::string& output) const {
 void mustDiffer(const std::vector<std::string>& outputs) {
   std::set<fs::path> places;
   for (const std::string& output : outputs) {
-    std::error_code unknown;  // what is wrong with a path is said when it is written
-    const fs::file_status status = fs::status(output, unknown);
-    const bool isFile = fs::is_regular_file(status) || status.type() == fs::file_type::not_found;
-    if (output.empty() || output == kStandardStream || !isFile) continue;
-    if (!places.insert(fs::weakly_canonical(fs::absolute(afterLinks(output)))).second)
-      throw Error(output, 0, "would hold two outputs", "give each its own file");
+    const fs::path place = placeOf(output);
+    if (!place.empty() && !places.insert(place).second)
+      throw Error(isStandardStream(output) ? "standard output" : output, 0, "would hold two outputs",
+                  "give each its own file");
   }
 }
 

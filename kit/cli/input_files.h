@@ -33,7 +33,7 @@ class InputFiles {
 };
 
 /// Throws an Error if two of the outputs are the same file, also one that is not there yet and to which a
-/// link leads. "-", empty paths and what is no plain file do not count.
+/// link leads, or standard output and a file that it goes to. Empty paths and devices do not count.
 void mustDiffer(const std::vector<std::string>& outputs);
 
 }  // namespace zorvela

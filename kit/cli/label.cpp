@@ -16,6 +16,7 @@
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/whole_file.h"
+#include "formats/text/delimited_text.h"
 #include "train/structure_labels.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -39,9 +40,10 @@ struct LabelSettings {
 template <class Fits>
 std::vector<std::string> filesIn(const std::string& folder, const std::string& what, Fits fits) {
   std::error_code error;
+  std::error_code unknown;  // a link to nothing; a pipe would be waited for
   std::vector<std::string> files;
   for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
-    if (fits(at->path().filename().string()) && !at->is_directory(error))
+    if (fits(at->path().filename().string()) && at->is_regular_file(unknown))
       files.push_back(at->path().string());
   if (error) throw Error(folder, 0, "cannot be read: " + error.message(), "name a folder with " + what);
   if (files.empty()) throw Error(folder, 0, "holds no " + what, "name a folder with " + what);
@@ -55,6 +57,13 @@ bool isTableName(const std::string& name) {
 
 bool isVisible(const std::string& name) {
   return name.front() != '.';
+}
+
+/// Labels name the entry; `evaluate` finds its file by that name.
+bool canStandInCsv(const std::string& name) {
+  const std::string cell = csvCell(name);
+  const auto cells = splitCells(cell, Separator::comma);
+  return cell.find('\n') == std::string::npos && cells && withoutFormulaMark(cells->front()) == name;
 }
 
 /// Counts and names the files that cannot be used.
@@ -82,6 +91,8 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
     failures.guard([&] {
+      if (!canStandInCsv(entryName(file)))
+        throw Error(file, 0, "has a name that cannot be read back from a table of labels", "rename it");
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });

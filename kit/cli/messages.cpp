@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <unordered_map>
 
 #include "cli/input.h"
@@ -40,6 +41,27 @@ std::string nameOf(const std::string& file, const std::vector<std::string>& chai
   return inputName(file) + ", chains " + enumerated(names);
 }
 
+/// Fewer are seen at a glance.
+constexpr std::size_t kFewFailures = 10;
+
+/// "is empty; give ..." of "a.str: is empty; give ..." or "a.str:12: is empty; give ...".
+std::string reasonIn(const std::string& message, const std::string& name) {
+  if (message.compare(0, name.size(), name) != 0) return message;
+  const std::size_t start = message.find(": ", name.size());
+  return start == std::string::npos ? message : message.substr(start + 2);
+}
+
+/// A reason without the words and numbers of the one file.
+std::string kindOf(const std::string& reason) {
+  std::string kind;
+  bool isQuoted = false;
+  for (const char c : reason) {
+    if (c == '"') isQuoted = !isQuoted;
+    if (!isQuoted && !isDigit(c)) kind += c;
+  }
+  return kind;
+}
+
 }  // namespace
 
 void say(const std::string& text) {
@@ -63,9 +85,24 @@ std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>&
   return notes.size();
 }
 
-void sayFailures(std::size_t failures, std::size_t files, const std::string& what) {
+void FailedFiles::add(const std::string& file, const std::string& message) {
+  failed.push_back({file, reasonIn(message, inputName(file))});
+}
+
+void FailedFiles::say(std::size_t files, const std::string& what) const {
   if (files > 1)
-    say(std::to_string(failures) + " of " + std::to_string(files) + " files could not be " + what);
+    zorvela::say(std::to_string(failed.size()) + " of " + std::to_string(files) + " files could not be " +
+                 what);
+  if (failed.size() <= kFewFailures) return;
+  std::map<std::string, std::vector<const Failure*>> groups;
+  for (const Failure& failure : failed) groups[kindOf(failure.reason)].push_back(&failure);
+  std::vector<std::vector<const Failure*>> inOrder;
+  for (const auto& [kind, group] : groups) inOrder.push_back(group);
+  std::stable_sort(inOrder.begin(), inOrder.end(),
+                   [](const auto& a, const auto& b) { return a.size() > b.size(); });
+  for (const std::vector<const Failure*>& group : inOrder)
+    zorvela::say(counted(group.size(), "file", "files") + ", such as " +
+                 printable(inputName(group.front()->file)) + ": " + printable(group.front()->reason));
 }
 
 }  // namespace zorvela

@@ -28,7 +28,20 @@ struct ChainNotes {
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
                          const std::string& whereToFind);
 
-/// "3 of 7 files could not be ..." where there were several.
-void sayFailures(std::size_t failures, std::size_t files, const std::string& what);
+/// The files that failed, and why.
+class FailedFiles {
+ public:
+  void add(const std::string& file, const std::string& message);
+  std::size_t count() const { return failed.size(); }
+  /// Says "3 of 7 files could not be ..." where there were several, and of many how many for each reason.
+  void say(std::size_t files, const std::string& what) const;
+
+ private:
+  struct Failure {
+    std::string file;
+    std::string reason;
+  };
+  std::vector<Failure> failed;
+};
 
 }  // namespace zorvela

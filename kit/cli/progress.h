@@ -12,8 +12,11 @@ namespace zorvela {
 /// understands control sequences, unless NO_COLOR is set.
 bool wantsColour(const std::string& output);
 
-/// How far the work is, on standard error ("Predicting 12/340"): shown only on a terminal, and only for work
-/// above a second.
+/// How long the rest will take if it goes on like this: ", 40 s left", ", 12 min left". Empty at the end.
+std::string timeLeft(double seconds, std::size_t done, std::size_t total);
+
+/// How far the work is, on standard error ("Predicting 12/340, 40 s left"): shown only on a terminal, and
+/// only for work above a second.
 class Progress {
  public:
   Progress(const std::string& what, std::size_t total);
@@ -31,6 +34,7 @@ class Progress {
   std::size_t done = 0;
   bool isShown;
   bool isDrawn = false;
+  Clock::time_point start = Clock::now();
   Clock::time_point nextDrawing;
   std::mutex mutex;
 };

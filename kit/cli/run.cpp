@@ -10,6 +10,7 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
@@ -33,6 +34,7 @@ constexpr std::size_t kNotesShown = 5;
 constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {
+  FileArguments named;
   std::vector<std::string> files;
   std::vector<std::string> structures;
   ImportOptions import;
@@ -148,6 +150,13 @@ void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
       say("warning: --residue " + number + ": no file has a proline of this number");
 }
 
+FailedFiles failuresOf(const RunReport& report) {
+  FailedFiles failures;
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) failures.add(file.file, file.error);
+  return failures;
+}
+
 void mustFitFormat(const RunSettings& settings) {
   if (settings.explain && settings.format != "table")
     throw Error("--explain goes with --format table; the other formats hold the evidence without it");
@@ -176,6 +185,7 @@ void run(const RunSettings& settings) {
   RunReport report;
   report.tables = findTables(settings.tables);
   InputFiles inputs(settings.files);
+  inputs.add(std::vector<std::string>{settings.named.list});
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
   inputs.mustNotHold(settings.output);
@@ -188,10 +198,14 @@ void run(const RunSettings& settings) {
   noteChainsWithoutShifts(report);
   sayAll(report);
   sayUnknownResidues(settings, report);
+  // What is wrong with a single file has been said.
+  const bool isSaid = settings.format == "table" && settings.output == "-" && report.files.size() == 1 &&
+                      countErrors(report) == 1;
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
-  writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });
+  if (!isSaid)
+    writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });
   if (const std::size_t errors = countErrors(report); errors > 0) {
-    sayFailures(errors, report.files.size(), "predicted");
+    failuresOf(report).say(report.files.size(), "predicted");
     throw ReportedFailure();
   }
   if (settings.failOnDisagreement) failOnDisagreement(report);
@@ -203,10 +217,9 @@ std::string footer() {
 Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else ./tab.
 Structure: cis where |omega| is at most )" +
          fixedText(kCisOmegaUpTo, 0) + " degrees, trans where it is at least " +
-         fixedText(kTransOmegaFrom, 0) + R"(, twisted between;
-without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
-Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not, or with
---fail-on-disagreement if a proline disagrees or none could be compared.)";
+         fixedText(kTransOmegaFrom, 0) +
+         R"(, twisted between; without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
+Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not, or with --fail-on-disagreement if a proline disagrees or none could be compared.)";
 }
 
 }  // namespace
@@ -214,10 +227,11 @@ Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was 
 void addRun(CommandLine& line) {
   const auto settings = std::make_shared<RunSettings>();
   Command command = line.addCommand("run", "Predict the prolines of any shift files");
-  command
-      .add("FILE", settings->files, "",
-           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
-      .required();
+  addFiles(command, settings->named,
+           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped, or folders of them; - is standard input",
+           [settings] {
+             for (const std::string& file : settings->structures) readStructureArgument(file);
+           });
   command.add(
       "--format", settings->format, {"FORMAT", formatNames()},
       "table to read, csv for spreadsheets, json for programs, html to look at and to print; default: " +
@@ -239,16 +253,16 @@ void addRun(CommandLine& line) {
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
   command.addFlag("--as-referenced", settings->predict.asReferenced,
                   "Keep referencing offsets, which are else taken away where they are certain");
-  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
-      .repeated();
-  command
-      .add("--list", settings->import.lists, "NAME",
-           "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts")
-      .repeated();
+  addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
+             settings->import.lists,
+             "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");
   command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
               "Files worked on at the same time; default: one for each core");
   command.footer(footer());
-  command.runs([settings] { run(*settings); });
+  command.runs([settings] {
+    settings->files = namedFiles(settings->named);
+    run(*settings);
+  });
 }
 
 }  // namespace zorvela

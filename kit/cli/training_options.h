@@ -12,7 +12,7 @@ namespace zorvela {
 /// Adds the options to a sub-command, and returns them. `choices` must outlive the command.
 std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices);
 
-/// A progress bar for long work of the training library.
+/// Shows how far long work of the training library is.
 OnStep progressBar(const std::string& what);
 
 }  // namespace zorvela

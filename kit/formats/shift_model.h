@@ -23,6 +23,7 @@ struct FileResidue {
   std::string name;    ///< as the file writes it (MET, MSE, DA); empty for an unknown residue
   Thiol thiol = Thiol::unknown;
   bool bondedToPrevious = false;  ///< the file says so, although the numbers may jump
+  ResidueReading type = {};       ///< left to `makeSequence`
 };
 
 /// What a file says of the peptide bond before a residue.

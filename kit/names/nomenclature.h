@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,13 +27,20 @@ inline constexpr char kDisulfideCysteine = 'c';
 /// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
 inline constexpr std::string_view kOtherLetters = "BJOUX?";
 
+/// Whether a sequence of the program can hold the letter.
+constexpr bool isSequenceLetter(char letter) {
+  return kAminoAcids.find(letter) != std::string_view::npos ||
+         kOtherLetters.find(letter) != std::string_view::npos || letter == kDisulfideCysteine ||
+         letter == kPassedProlineCode;
+}
+
 /// The letter of the residue type, whatever the state of its thiol.
 constexpr char withoutThiolState(char letter) {
   return letter == kDisulfideCysteine ? 'C' : letter;
 }
 
 /// What a file says of the sulfur of a cysteine.
-enum class Thiol { unknown, disulfide, notDisulfide };
+enum class Thiol : std::uint8_t { unknown, disulfide, notDisulfide };
 
 /// What a residue name stands for.
 struct ResidueReading {

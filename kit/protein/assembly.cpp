@@ -63,7 +63,7 @@ struct LeftOut {
 
 /// A file and what of it is wanted.
 struct Entry {
-  const ShiftFile& file;
+  ShiftFile& file;  ///< its residues go to the proteins
   std::string path;
   std::vector<std::vector<ShiftRows>> rows = {};  ///< by list, then chain
   Indices lists = {};                             ///< the wanted ones
@@ -211,8 +211,8 @@ Indices listsFor(std::size_t chain, const Entry& entry, Outcome& outcome) {
 
 void addCisFlags(const FileChain& chain, const ChainSequence& sequence, Protein& protein) {
   for (const FileCisFlag& flag : chain.cisFlags)
-    if (const auto found = sequence.byKey.find(flag.key); found != sequence.byKey.end())
-      protein.cisFlags.emplace(found->second, flag.isCis);
+    if (const int position = sequence.positionOfKey(flag.key); position > 0)
+      protein.cisFlags.emplace(position, flag.isCis);
   std::vector<std::string> cis;
   for (const auto& [position, isCis] : protein.cisFlags)
     if (isCis) cis.push_back(sequence.at(position).type.letter + sequence.at(position).number);
@@ -246,6 +246,7 @@ Protein proteinOf(const FileChain& chain, const ChainSequence& sequence, const s
   Protein protein;
   protein.file = path;
   protein.chain = chain.name;
+  protein.numbers.reserve(sequence.residues.size());
   for (const ChainResidue& residue : sequence.residues) {
     protein.sequence += residue.type.letter;
     protein.numbers.push_back(residue.number);
@@ -255,10 +256,10 @@ Protein proteinOf(const FileChain& chain, const ChainSequence& sequence, const s
 
 /// The proteins of a chain, one for each list.
 void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcome& outcome) {
-  const FileChain& chain = entry.file.chains[c];
+  FileChain& chain = entry.file.chains[c];
   checkLimit(chain.residues.size(), limits::kSequence, entry.path);
   std::vector<std::string> notes;
-  const ChainSequence sequence = makeSequence(chain, allRowsOf(c, entry), notes);
+  const ChainSequence sequence = makeSequence(std::move(chain.residues), allRowsOf(c, entry), notes);
   for (const std::size_t l : lists) {
     const ShiftRows& rows = entry.rows[l][c];
     Protein protein = proteinOf(chain, sequence, entry.path);
@@ -303,8 +304,7 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
                   "this " + file.format + " file holds: " + printable(text, kLongestNote));
 }
 
-std::vector<Protein> proteinsOf(const ShiftFile& file, const std::string& path,
-                                const ImportOptions& options) {
+std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
   checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
@@ -330,8 +330,7 @@ void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& 
   checkLimit(residues, limits::kResiduesMade, path);
 }
 
-std::vector<Protein> makeProteins(const ShiftFile& file, const std::string& path,
-                                  const ImportOptions& options) {
+std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
   if (!file.table) return proteinsOf(file, path, options);
   const bool isListChosen =
       std::any_of(options.lists.begin(), options.lists.end(),

@@ -13,8 +13,7 @@ namespace zorvela {
 /// The wanted proteins of a file, at least one; see `readShiftBytes`. `path` is how messages name the file.
 /// FileError for a file without shifts of a protein or with more than any has; ChoiceError for a chain or
 /// list that it has not.
-std::vector<Protein> makeProteins(const ShiftFile& file, const std::string& path,
-                                  const ImportOptions& options);
+std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options);
 
 /// FileError for more residues in the tables of one file than any real one makes.
 void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path);

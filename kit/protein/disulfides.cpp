@@ -22,8 +22,7 @@ std::unordered_map<int, Shift> betaShifts(const std::vector<Shift>& shifts) {
 std::set<int> bondedPositions(const FileChain& chain, const ChainSequence& sequence) {
   std::set<int> bonded;
   for (const std::string& key : chain.disulfides)
-    if (const auto found = sequence.byKey.find(key); found != sequence.byKey.end())
-      bonded.insert(found->second);
+    if (const int position = sequence.positionOfKey(key); position > 0) bonded.insert(position);
   return bonded;
 }
 

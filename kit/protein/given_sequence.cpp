@@ -21,11 +21,6 @@ namespace {
 
 constexpr const char* kTheSequence = "the sequence";
 
-bool isSequenceLetter(char letter) {
-  return contains(kAminoAcids, {&letter, 1}) || contains(kOtherLetters, {&letter, 1}) ||
-         letter == kDisulfideCysteine || letter == kPassedProlineCode;
-}
-
 void checkSequence(const std::string& sequence) {
   if (sequence.empty()) throw Error(kTheSequence, 0, "is empty", "give one-letter codes, as in \"MQIF\"");
   checkLimit(sequence.size(), limits::kSequence, kTheSequence);

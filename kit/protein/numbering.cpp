@@ -139,6 +139,7 @@ std::string shiftedNumbering(const std::string& remark, long offset) {
 }
 
 void completeNumbers(std::vector<std::string>& numbers) {
+  if (std::find(numbers.begin(), numbers.end(), "") == numbers.end()) return;
   std::unordered_set<std::string> taken(numbers.begin(), numbers.end());
   taken.erase("");
   std::size_t next = 0;  // the nearest residue after this one whose number is known

@@ -54,12 +54,6 @@ TableSequence statedSequence(const GDB& table, const std::string& file) {
   return sequence;
 }
 
-// The letters that the program's reader takes into a sequence.
-bool isSequenceLetter(char c) {
-  return contains(kAminoAcids, {&c, 1}) || c == kDisulfideCysteine || c == kPassedProlineCode ||
-         contains(kOtherLetters, {&c, 1});
-}
-
 /// Of a table without a sequence: its rows give the residues, "?" stands for those between.
 TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
   std::map<int, char> letters;

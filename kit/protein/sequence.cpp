@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <numeric>
+#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "formats/limits.h"
 #include "protein/numbering.h"
@@ -113,20 +116,27 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
 }
 
 /// Ions and water among the residues are none of the chain.
-std::vector<FileResidue> withGapsFilled(const std::vector<FileResidue>& residues, std::vector<Gap>& gaps) {
-  std::vector<FileResidue> whole;
-  whole.reserve(residues.size());
+std::vector<FileResidue> withGapsFilled(std::vector<FileResidue> residues, std::vector<Gap>& gaps) {
+  const auto isNone = [](const FileResidue& residue) { return isIonOrWater(residue.name); };
+  residues.erase(std::remove_if(residues.begin(), residues.end(), isNone), residues.end());
+  std::vector<FileResidue> allMissing;
   int filled = 0;
-  for (const FileResidue& residue : residues) {
-    if (isIonOrWater(residue.name)) continue;
-    if (!whole.empty()) {
-      auto missing = missingBetween(whole.back(), residue, filled);
-      if (!missing.empty())
-        gaps.push_back({static_cast<int>(whole.size()) + 1, static_cast<int>(missing.size())});
-      std::move(missing.begin(), missing.end(), std::back_inserter(whole));
-    }
-    whole.push_back(residue);
+  for (std::size_t i = 1; i < residues.size(); ++i) {
+    std::vector<FileResidue> missing = missingBetween(residues[i - 1], residues[i], filled);
+    if (missing.empty()) continue;
+    const auto before = static_cast<int>(i + allMissing.size());
+    gaps.push_back({before + 1, static_cast<int>(missing.size())});
+    std::move(missing.begin(), missing.end(), std::back_inserter(allMissing));
   }
+  if (gaps.empty()) return residues;
+  std::vector<FileResidue> whole;
+  auto residue = residues.begin();
+  auto missing = allMissing.begin();
+  for (const Gap& gap : gaps) {
+    while (static_cast<int>(whole.size()) + 1 < gap.first) whole.push_back(std::move(*residue++));
+    for (int i = 0; i < gap.count; ++i) whole.push_back(std::move(*missing++));
+  }
+  std::move(residue, residues.end(), std::back_inserter(whole));
   return whole;
 }
 
@@ -183,16 +193,36 @@ ResidueReading typeOf(const FileResidue& residue) {
   return type;
 }
 
-ChainSequence sequenceOf(const std::vector<FileResidue>& residues) {
+/// Positions in the order of the keys or numbers, those of equals in the order of the sequence.
+std::vector<int> positionsBy(std::string ChainResidue::*name, const ChainSequence& sequence) {
+  std::vector<int> positions(sequence.residues.size());
+  std::iota(positions.begin(), positions.end(), 1);
+  std::stable_sort(positions.begin(), positions.end(),
+                   [&](int a, int b) { return sequence.at(a).*name < sequence.at(b).*name; });
+  return positions;
+}
+
+int firstWith(const std::string& text, std::string ChainResidue::*name, const std::vector<int>& positions,
+              const ChainSequence& sequence) {
+  const auto found = std::lower_bound(
+      positions.begin(), positions.end(), text,
+      [&](int position, const std::string& key) { return sequence.at(position).*name < key; });
+  return found != positions.end() && sequence.at(*found).*name == text ? *found : 0;
+}
+
+ChainSequence sequenceOf(std::vector<FileResidue> residues) {
   std::vector<std::string> numbers;
+  numbers.reserve(residues.size());
   for (const FileResidue& residue : residues) numbers.push_back(numberOf(residue));
   completeNumbers(numbers);
   ChainSequence sequence;
   for (std::size_t i = 0; i < residues.size(); ++i) {
-    sequence.residues.push_back({residues[i].name, numbers[i], typeOf(residues[i])});
-    sequence.byKey.emplace(residues[i].key, sequence.size());
-    sequence.byNumber.emplace(numbers[i], sequence.size());
+    residues[i].number = std::move(numbers[i]);
+    residues[i].type = typeOf(residues[i]);
   }
+  sequence.residues = std::move(residues);
+  sequence.byKey = positionsBy(&ChainResidue::key, sequence);
+  sequence.byNumber = positionsBy(&ChainResidue::number, sequence);
   return sequence;
 }
 
@@ -246,13 +276,21 @@ Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
   return counts.aminoAcids >= counts.nucleotides ? Polymer::polypeptide : Polymer::other;
 }
 
-ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes) {
-  const bool isGiven = !chain.residues.empty();
+int ChainSequence::positionOfKey(const std::string& key) const {
+  return firstWith(key, &ChainResidue::key, byKey, *this);
+}
+
+int ChainSequence::positionOfNumber(const std::string& number) const {
+  return firstWith(number, &ChainResidue::number, byNumber, *this);
+}
+
+ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& rows,
+                           std::vector<std::string>& notes) {
+  const bool isGiven = !residues.empty();
   std::vector<Gap> gaps;
-  std::vector<FileResidue> residues =
-      withGapsFilled(isGiven ? chain.residues : residuesOfRows(rows, notes), gaps);
+  residues = withGapsFilled(isGiven ? std::move(residues) : residuesOfRows(rows, notes), gaps);
   takeNamesFromRows(residues, rows);
-  ChainSequence sequence = sequenceOf(residues);
+  ChainSequence sequence = sequenceOf(std::move(residues));
   noteGaps(gaps, sequence, notes);
   if (!isGiven)
     notes.push_back("the file gives no sequence: it is put together from the residues with shifts");

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "formats/shift_model.h"
@@ -17,26 +16,26 @@ using ShiftRows = std::vector<const FileShift*>;
 /// How a row points to its residue: its key, else its number.
 const std::string& keyOf(const FileShift& row);
 
-/// A residue of a chain, or a place in a gap.
-struct ChainResidue {
-  std::string name;     ///< as the file writes it; empty for a gap
-  std::string number;   ///< the file's own
-  ResidueReading type;  ///< with what the file says of the thiol of this residue
-};
+/// A residue with its type, or a place in a gap, which has no name. Each has a number.
+using ChainResidue = FileResidue;
 
 /// Residues have positions from 1, as in the table.
 struct ChainSequence {
   std::vector<ChainResidue> residues;
-  std::unordered_map<std::string, int> byKey;     ///< position by `FileResidue::key`
-  std::unordered_map<std::string, int> byNumber;  ///< position by number
+  std::vector<int> byKey;     ///< positions in the order of the keys
+  std::vector<int> byNumber;  ///< positions in the order of the numbers
 
   int size() const { return static_cast<int>(residues.size()); }
   const ChainResidue& at(int position) const { return residues[static_cast<std::size_t>(position) - 1]; }
+  /// Position of the first residue with a key, or with a number; 0 if there is none.
+  int positionOfKey(const std::string& key) const;
+  int positionOfNumber(const std::string& number) const;
 };
 
 /// The sequence that the file gives; where it gives none, that of the rows, sorted by residue number.
 /// Missing residues between two numbers become "?".
-ChainSequence makeSequence(const FileChain& chain, const ShiftRows& rows, std::vector<std::string>& notes);
+ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& rows,
+                           std::vector<std::string>& notes);
 
 /// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows);

@@ -36,9 +36,7 @@ int placeOf(const FileShift& row, const ChainSequence& sequence, long offset) {
     const long position = number ? *number + offset : 0;
     return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
   }
-  const auto& positions = row.key.empty() ? sequence.byNumber : sequence.byKey;
-  const auto found = positions.find(keyOf(row));
-  return found != positions.end() ? found->second : 0;
+  return row.key.empty() ? sequence.positionOfNumber(row.number) : sequence.positionOfKey(row.key);
 }
 
 /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,

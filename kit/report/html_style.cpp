@@ -47,7 +47,7 @@ th{font-weight:600}td.r,th.r,.prolines :is(th,td):is(:nth-child(4),:nth-child(5)
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}
 .chain{margin:18px 0}.chain>summary{font-size:1.1rem}
-@media (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)),
+@media screen and (max-width:700px){.x,.prolines :is(th,td):is(:nth-child(2),:nth-child(3),:nth-child(5),:nth-child(8),:nth-child(9)),
 .compared :is(th,td):nth-child(4){display:none}
 th,td{padding-right:8px}.card .say{min-height:0}}
 @media print{@page{size:A4;margin:14mm}
@@ -55,7 +55,8 @@ th,td{padding-right:8px}.card .say{min-height:0}}
 --start:#a3abb5;--link:#000}
 body{padding:0;max-width:none;font-size:10.5pt}
 .grid{gap:12px}
-.card,figure,tr{break-inside:avoid}h2,h3,summary{break-after:avoid}.wide{overflow:visible}}
+.card,figure,tr{break-inside:avoid}h2,h3,summary{break-after:avoid}.wide{overflow:visible}
+details::details-content{content-visibility:visible}summary{list-style:none}}
 )css";
 
 }  // namespace zorvela

@@ -40,7 +40,10 @@ void writeReport(const std::string& format, const RunReport& report, const Repor
       known.write(report, style, out);
       return;
     }
-  throw Error("there is no report format \"" + format + "\"");
+  std::string names;
+  for (const ReportFormat& known : reportFormats())
+    names += (names.empty() ? "" : ", ") + std::string(known.name);
+  throw Error("there is no report format \"" + format + "\": take one of " + names);
 }
 
 }  // namespace zorvela

@@ -284,6 +284,7 @@ void writeTable(const RunReport& report, const ReportStyle& style, std::ostream&
   writeSentences(report, out);
   if (countProteins(report) > 0) writeOffsets(report, origin, out);
   writeErrors(report, out);
+  if (countProteins(report) == 0) return;
   writeSummary(report, out);
   if (!report.structures.empty()) writeVerdicts(report, out);
 }

@@ -9,7 +9,6 @@
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
 #include "names/nomenclature.h"
-#include "zorvela/compare.h"
 #include "zorvela/error.h"
 
 namespace zorvela {

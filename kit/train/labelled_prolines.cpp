@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <system_error>
 #include <utility>
 
 #include "predict/chain.h"
@@ -87,7 +88,8 @@ Protein entryProtein(const std::string& path) {
 
 std::string entryPath(const LabelFile& labels, const ProlineLabel& label, const std::string& folder) {
   std::string path = folder + "/" + label.entry + ".tab";
-  if (!std::filesystem::exists(path))
+  std::error_code tooLong;
+  if (!std::filesystem::exists(path, tooLong))
     throw Error(labels.path, label.line, "there is no shift table " + path + " for entry " + label.entry,
                 "add the file or remove the lines of the entry");
   return path;

@@ -51,14 +51,15 @@ std::size_t StrictCsv::column(const std::string& name) const {
 int StrictCsv::integer(const Row& row, std::size_t column) const {
   const std::string& text = row.fields[column];
   const auto value = toInteger(text);
-  if (!value) fail(row, header[column] + " is \"" + text + "\", not a whole number", kCorrectLine);
+  if (!value)
+    fail(row, header[column] + " is \"" + printable(text, 60) + "\", not a whole number", kCorrectLine);
   return *value;
 }
 
 double StrictCsv::number(const Row& row, std::size_t column) const {
   const std::string& text = row.fields[column];
   const auto value = toDecimal(text);
-  if (!value) fail(row, header[column] + " is \"" + text + "\", not a number", kCorrectLine);
+  if (!value) fail(row, header[column] + " is \"" + printable(text, 60) + "\", not a number", kCorrectLine);
   return std::strtod(value->c_str(), nullptr);
 }
 

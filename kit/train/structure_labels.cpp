@@ -16,7 +16,6 @@
 #include "train/sequence_words.h"
 #include "util/number.h"
 #include "util/text.h"
-#include "zorvela/compare.h"
 
 namespace zorvela {
 

@@ -107,6 +107,15 @@ bool isObeyed(char32_t code) {
   return isC0OrC1 || isLineEnd || turnsDirection;
 }
 
+/// What nobody sees, so that two names look like one; and what is no character, as XML has it.
+bool isInvisible(char32_t code) {
+  const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
+  const bool isNoCharacter = (code & 0xFFFEU) == 0xFFFE;
+  const bool isTag = isIn(0xE0000, 0xE007F);
+  return code == 0xAD || code == 0x200B || isIn(0x2060, 0x2064) || code == 0xFEFF || isIn(0xFFF9, 0xFFFB) ||
+         isTag || isNoCharacter;
+}
+
 std::string shownWith(std::string_view text, char control, char lineFeed) {
   std::string result;
   result.reserve(text.size());
@@ -117,7 +126,7 @@ std::string shownWith(std::string_view text, char control, char lineFeed) {
       result += kReplacement;
     else if (character.code == '\n')
       result += lineFeed;
-    else if (isObeyed(character.code))
+    else if (isObeyed(character.code) || isInvisible(character.code))
       result += control;
     else
       result += text.substr(0, size);
@@ -243,7 +252,7 @@ std::string csvCell(std::string_view text) {
   std::string cell = shownLines(text);
   // Before the tab is made harmless: it is the mark of a formula too.
   if (isFormulaAfterMarks(text)) cell.insert(0, 1, kFormulaMark);
-  if (cell.find_first_of(",\"\n") == std::string::npos) return cell;
+  if (cell.find_first_of(",;\"\n") == std::string::npos) return cell;
   std::string quoted = "\"";
   for (const char c : cell) {
     if (c == '"') quoted += '"';

@@ -44,7 +44,8 @@ std::string_view trimmed(std::string_view text);
 
 /// Text from outside (names of files too), on one line and safe to show: every text goes through here
 /// before it reaches a terminal, a message or a file that we write. Control characters (C0, C1 and delete),
-/// which a terminal would obey, and those that turn the direction of writing become `inPlaceOfControl`;
+/// which a terminal would obey, those that turn the direction of writing and those that nobody sees become
+/// `inPlaceOfControl`;
 /// each byte that is no UTF-8 becomes U+FFFD.
 std::string shown(std::string_view text, char inPlaceOfControl = '?');
 
@@ -57,10 +58,10 @@ std::string printable(std::string_view text, std::size_t most = 200);
 /// The first bytes of a text, at most so many, without half a character at the cut.
 std::string_view firstBytes(std::string_view text, std::size_t most);
 
-/// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be.
-/// A spreadsheet would take what begins with =, +, -, @ or a tab for a formula and run it: such a text gets
-/// an apostrophe before it, unless it is a number ("-3", "-3A") or a lone mark ("-"). One that has such an
-/// apostrophe already gets another, so that the text can be had back.
+/// A cell of a CSV file (RFC 4180) that we write: shown with its line feeds, in quotes where it must be, also
+/// for a spreadsheet that splits at semicolons. A spreadsheet would take what begins with =, +, -, @ or a tab
+/// for a formula and run it: such a text gets an apostrophe before it, unless it is a number ("-3", "-3A") or
+/// a lone mark ("-"). One that has such an apostrophe already gets another, so that the text can be had back.
 std::string csvCell(std::string_view text);
 /// The text of a cell that `csvCell` wrote, its quotes taken off: without that apostrophe.
 std::string_view withoutFormulaMark(std::string_view cell);

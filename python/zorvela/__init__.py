@@ -13,12 +13,10 @@ What is wrong is an exception, `Error` or one of its classes; what was guessed i
 printed. All functions may run in several threads at once; the interpreter's lock is free while they compute.
 """
 import collections
-import concurrent.futures
 import functools
-import gzip
 import os
-from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence, Tuple,
-                    Union, overload)
+from typing import (IO, TYPE_CHECKING, Any, Deque, Iterable, Iterator, List, Literal, Mapping, Optional, Sequence,
+                    Tuple, Union, overload)
 
 from zorvela import _shifts, _zorvela
 from zorvela._frames import to_frame
@@ -27,6 +25,8 @@ from zorvela._zorvela import (Bond, Evidence, Match, NeighbourContribution, Next
 from zorvela.errors import ChoiceError, Error, FileError, TableError
 
 if TYPE_CHECKING:
+    import concurrent.futures
+
     import pandas
 
 __version__ = _zorvela.version
@@ -56,11 +56,11 @@ def _engine() -> _zorvela.Engine:
 def _names(names: Names, what: str) -> List[str]:
     wanted = [] if names is None else [names] if isinstance(names, str) else names
     if isinstance(wanted, bytes) or not isinstance(wanted, collections.abc.Iterable):
-        raise TypeError(f"{what} is a name or several, not {type(names).__name__}: write it as a text")
+        raise TypeError(f"{what} cannot be of type {type(names).__name__}: give a name or several")
     checked = []
     for name in wanted:
         if not isinstance(name, str):
-            raise TypeError(f"{what} {name!r} is not a text: write it as {str(name)!r}")
+            raise TypeError(f"{what} {name!r} is not a text: give {str(name)!r}")
         checked.append(name.encode(errors="replace").decode())
     return checked
 
@@ -88,7 +88,7 @@ def _content(source: Any) -> Tuple[bytes, str]:
         return source.encode(errors="replace"), name
     if isinstance(source, (bytes, bytearray, memoryview)):
         return bytes(source), name
-    raise TypeError(f"a shift file is a path, bytes, an open file or text, not {type(source).__name__}")
+    raise TypeError(f"a file cannot be of type {type(source).__name__}: give a path, bytes, an open file or text")
 
 
 def _structures(structure: Any) -> List[Structure]:
@@ -100,7 +100,7 @@ def _structures(structure: Any) -> List[Structure]:
 
 def _sequence(sequence: Any) -> str:
     if not isinstance(sequence, str):
-        raise TypeError(f"the sequence is a text of one-letter codes, not {type(sequence).__name__}")
+        raise TypeError(f"the sequence cannot be of type {type(sequence).__name__}: give a text of one-letter codes")
     return "".join(sequence.encode(errors="replace").decode().split())
 
 
@@ -124,11 +124,11 @@ def predict(source: Source, *, sequence: Optional[str] = None, structure: Struct
             list: Names = None, as_referenced: bool = False) -> Results:  # pylint: disable=redefined-builtin
     """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
 
-    source       a path, the bytes of a file, an open file, its text, or a pynmrstar entry
-    sequence     one-letter codes, for a file that gives no sequence or a part of it
-    structure    PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
-    chain        only the chains of these names; all chains of proteins if left out
-    list         only the shift lists of these names, or "all"; the one with most shifts if left out
+    source         a path, the bytes of a file, an open file, its text, or a pynmrstar entry
+    sequence       one-letter codes, for a file that gives no sequence or a part of it
+    structure      PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
+    chain          only the chains of these names; all chains of proteins if left out
+    list           only the shift lists of these names, or "all"; the one with most shifts if left out
     as_referenced  keep referencing offsets, which are else taken away where they are certain
 
     Raises FileError for what is no shift file, ChoiceError for a chain or list that is not there, Error for a
@@ -152,9 +152,8 @@ def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float]
     numbers are those of single precision. Raises Error or TypeError for what is no shift of the sequence.
     """
     letters = _sequence(sequence)
-    number = _shifts.gathered({(first, "CA"): 0.0})[0][0]
     called = _names(name, "name")[0]
-    return _engine().predict_shifts(letters, _shifts.gathered(shifts), number, called,
+    return _engine().predict_shifts(letters, _shifts.gathered(shifts), _shifts.whole_number(first), called,
                                     _request(None, structure, None, None, as_referenced))
 
 
@@ -183,7 +182,7 @@ def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progr
     The others are those of `predict`.
     """
     if isinstance(sources, (str, bytes)) or not isinstance(sources, collections.abc.Iterable):
-        raise TypeError("sources are several files: give a list of them")
+        raise TypeError(f"sources cannot be of type {type(sources).__name__}: give a list of files")
     if errors not in ("raise", "return"):
         raise Error(f"errors is {errors!r}: give \"raise\" or \"return\"")
     workers = len(os.sched_getaffinity(0)) if jobs is None else jobs
@@ -206,6 +205,8 @@ def _shown(sources: Iterable[Any], progress: bool) -> Iterable[Any]:
 
 def _many(sources: Iterable[Any], jobs: int, keep_errors: bool,
           request: _zorvela.Request) -> Iterator[Union[Results, Error]]:
+    import concurrent.futures  # pylint: disable=import-outside-toplevel  # half the time of importing this module
+
     def result(source: Any) -> Union[Results, Error]:
         try:
             return _predict(source, request)
@@ -238,6 +239,7 @@ def read_structure(source: Source) -> Structure:
         return _zorvela.structure_of_file(os.fsencode(path))
     content, name = _content(source)
     if content[:2] == b"\x1f\x8b":
+        import gzip  # pylint: disable=import-outside-toplevel  # few need it
         try:
             content = gzip.decompress(content)
         except (OSError, EOFError) as error:

@@ -1,5 +1,4 @@
 """Results as pandas frames and in notebooks."""
-import html
 from typing import TYPE_CHECKING, Iterable
 
 from zorvela import _zorvela
@@ -10,7 +9,8 @@ if TYPE_CHECKING:
 # Numbers that may be missing; all other columns but those of counts are text.
 _COUNTS = {"position", "cs_cnt_prev", "cs_cnt", "cs_cnt_next", "models_cis", "models_trans", "models_twisted"}
 _NUMBERS = {"cg_shift", "p_cis", "p_cis_norm", "offset_ca", "offset_cb", "offset_ha", "offset_c",
-            "corrected_ca", "corrected_cb", "corrected_ha", "corrected_c", "omega", "ca_distance"}
+            "corrected_ca", "corrected_cb", "corrected_ha", "corrected_c",
+            "p_cis_norm_as_referenced", "omega", "ca_distance"}
 _YES_OR_NO = {"cis_flag"}
 
 
@@ -39,6 +39,8 @@ def to_frame(results: "Iterable[_zorvela.Results]") -> "pandas.DataFrame":
 
 def notebook_html(results: "_zorvela.Results") -> str:
     """The report in a frame of its own, so that its styles and those of the notebook do not meet."""
+    import html  # pylint: disable=import-outside-toplevel  # only for notebooks
+
     page = html.escape(results.report("html"))
     return (f'<iframe srcdoc="{page}" sandbox title="{html.escape(repr(results))}" '
             'style="width: 100%; height: 40em; border: 0; resize: vertical"></iframe>')

@@ -13,7 +13,8 @@ VALUE_COLUMNS = ("shift", "val", "value", "ppm", "cs")
 _LARGEST_NUMBER = 10 ** 8
 
 
-def _number(value: Any) -> int:
+def whole_number(value: Any) -> int:
+    """A residue number, checked."""
     if isinstance(value, bool) or not isinstance(value, numbers.Integral):
         raise TypeError(f"the residue number {value!r} is not a whole number: give an int")
     if abs(int(value)) > _LARGEST_NUMBER:
@@ -36,7 +37,7 @@ def _ppm(value: Any, number: int, atom: str) -> float:
 def _checked(rows: Iterable[Tuple[Any, Any, Any]]) -> Shifts:
     shifts = []
     for number, atom, ppm in rows:
-        number = _number(number)
+        number = whole_number(number)
         atom = _atom(atom, number)
         shifts.append((number, atom, _ppm(ppm, number, atom)))
     if not shifts:
@@ -89,5 +90,5 @@ def gathered(shifts: Any) -> Shifts:
         return _checked(_of_frame(shifts))
     if hasattr(shifts, "items"):
         return _checked(_of_mapping(shifts))
-    raise TypeError(f"shifts are a mapping, a pandas frame or a pynmrstar entry, not {type(shifts).__name__}: "
-                    "write them as {(12, \"CA\"): 63.2}")
+    raise TypeError(f"shifts cannot be of type {type(shifts).__name__}: give {{(12, \"CA\"): 63.2}}, a pandas frame or "
+                    "an entry of pynmrstar")

@@ -11,34 +11,24 @@ class Examples(ProgramTest):
         with open(os.path.join(ROOT, name), "rb") as file:
             return file.read().decode("latin-1")
 
-    def compare(self, name, options, kind, status=0):
+    def compare(self, name, options, kind, status):
         result = self.run_program("-in", "examples/" + name + ".tab", "-sum", self.path("pred.tab"), *options,
                                   directory=ROOT)
         self.assertEqual(result.stderr, "")
         self.assertEqual(result.stdout, self.read_from_root(kind + ".out"))
         self.assertEqual(result.status, status)
+        self.assertEqual(self.files(), {"pred.tab"} if status == 0 else set())
         if status == 0:
             self.assertEqual(self.read("pred.tab"), self.read_from_root(kind + ".pred.tab"))
-        else:
-            self.assertEqual(self.files(), set())
+            os.remove(self.path("pred.tab"))
 
-    def test_ubiquitin(self):
-        self.compare("ubiquitin", [], "examples/ubiquitin")
-
-    def test_nuclease(self):
-        self.compare("nuclease", [], "examples/nuclease")
-
-    def test_ubiquitin_without_clipping(self):
-        self.compare("ubiquitin", ["-noclip"], expected.HERE + "/ubiquitin.noclip")
-
-    def test_nuclease_without_clipping(self):
-        self.compare("nuclease", ["-noclip"], expected.HERE + "/nuclease.noclip")
-
-    def test_ubiquitin_check_report(self):
-        self.compare("ubiquitin", ["-check"], expected.HERE + "/ubiquitin.check", 255)
-
-    def test_nuclease_check_report(self):
-        self.compare("nuclease", ["-check"], expected.HERE + "/nuclease.check", 255)
+    def test_examples(self):
+        for name in expected.EXAMPLES:
+            for options, kind, status in (([], "examples/" + name, 0),
+                                          (["-noclip"], expected.HERE + "/" + name + ".noclip", 0),
+                                          (["-check"], expected.HERE + "/" + name + ".check", 255)):
+                with self.subTest(name, options=options):
+                    self.compare(name, options, kind, status)
 
     def test_default_table_is_pred_tab_in_the_current_directory(self):
         result = self.run_program("-in", os.path.join(ROOT, "examples/ubiquitin.tab"),

@@ -5,8 +5,8 @@
 # bounds of memory and time). script/test chooses by them.
 find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
 # The system's Python before any other: Debian's packages are for that one.
-find_program(ZORVELA_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
-find_program(ZORVELA_PYTHON python3 REQUIRED)
+find_program(ZORVELA_TEST_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
+find_program(ZORVELA_TEST_PYTHON python3 REQUIRED)
 
 # Sanitizers keep freed memory for a while and shadow the rest.
 set(ZORVELA_MEMORY_LIMIT_MIB 512)
@@ -21,7 +21,7 @@ file(MAKE_DIRECTORY ${ZORVELA_TEST_REPORTS})
 function(zorvela_python_test name file)
   cmake_path(ABSOLUTE_PATH file OUTPUT_VARIABLE path)
   cmake_path(GET path PARENT_PATH folder)
-  add_test(NAME ${name} COMMAND ${ZORVELA_PYTHON} -B -m zorvela_tests ${path} WORKING_DIRECTORY ${folder})
+  add_test(NAME ${name} COMMAND ${ZORVELA_TEST_PYTHON} -B -m zorvela_tests ${path} WORKING_DIRECTORY ${folder})
   set(environment
     "PYTHONPATH=${ZORVELA_PYTHON_TESTS}"
     "ZORVELA_SOURCE=${PROJECT_SOURCE_DIR}"

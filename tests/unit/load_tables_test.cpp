@@ -10,8 +10,6 @@ using support::Output;
 using support::outputOf;
 using support::RunFiles;
 using support::TempDir;
-using testing::Eq;
-using testing::ExitedWithCode;
 
 }  // namespace
 
@@ -32,35 +30,6 @@ TEST(ReferenceTables, InitPrintsExactlyFiveProgressLinesAndLoadsEveryTable) {
   EXPECT_EQ(zorvela.limitTable.getEntryCount(), 7);
   EXPECT_EQ(zorvela.avgCis.size(), 19U);
   EXPECT_EQ(zorvela.proSeqCis.size(), 5U);
-}
-
-TEST(ReferenceTables, ProgressLinesNameTheTablesInTheOrderOfReading) {
-  const RunFiles files;
-  const std::string tab = files.path() + "/tab/";
-  EXPECT_EQ(files.progress(), "Reading Random Coil Shifts from " + tab +
-                                  "randcoil.tab\n"
-                                  "Reading RC Adjustments from " +
-                                  tab +
-                                  "rcadj.tab\n"
-                                  "Reading Previous Residue RC Adjustments from " +
-                                  tab +
-                                  "rcprev.tab\n"
-                                  "Reading Next Residue RC Adjustments from " +
-                                  tab +
-                                  "rcnext.tab\n"
-                                  "Reading Secondary Shift Limits from " +
-                                  tab + "sslimit.tab\n");
-}
-
-TEST(ReferenceTables, EmptyCorrectionTableMeansNoCorrection) {
-  const RunFiles files;
-  files.write("none.tab", "");
-  ZORVELA zorvela;
-  auto args = files.args();
-  args["next"] = files.file("none.tab");
-  zorvela.setArgs(args);
-  outputOf([&] { zorvela.init(); });
-  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), 0.0F);
 }
 
 // --- Databases ----------------------------------------------------------------------------------

@@ -15,8 +15,6 @@ using support::Output;
 using support::outputOf;
 using support::readFile;
 using support::RunFiles;
-using testing::Eq;
-using testing::ExitedWithCode;
 
 const std::string kListingHead = "\nZorvela Predictions:\n\n  #RES1 RES2 RES3 P_CIS  P_CIS_NORM\n\n";
 const std::string kOutputHead =

@@ -74,28 +74,33 @@ TEST_F(Settings, ConstructorWithAnInputNameAppliesNoDefault) {
 
 // --- Option values ------------------------------------------------------------------------------
 
-TEST_F(Settings, DefaultsWithoutOptions) {
-  zorvela.setArgs({});
-  EXPECT_EQ(zorvela.predDir, "pred");
-  EXPECT_EQ(zorvela.inName, "");
-  EXPECT_EQ(zorvela.refName, "");
-  EXPECT_EQ(zorvela.sumName, "pred.tab");
-  EXPECT_EQ(zorvela.sumBase, "pred");
-  EXPECT_EQ(zorvela.rcName, "/opt/z/tab/randcoil.tab");
-  EXPECT_EQ(zorvela.adjName, "/opt/z/tab/rcadj.tab");
-  EXPECT_EQ(zorvela.prevName, "/opt/z/tab/rcprev.tab");
-  EXPECT_EQ(zorvela.nextName, "/opt/z/tab/rcnext.tab");
-  EXPECT_EQ(zorvela.limitName, "/opt/z/tab/sslimit.tab");
-  EXPECT_EQ(zorvela.proCsName, "/opt/z/tab/Pro.cs.tab");
-  EXPECT_EQ(zorvela.proSeqName, "/opt/z/tab/Pro.seq.tab");
-  EXPECT_EQ(zorvela.dbpct, 59.0F);
-  EXPECT_EQ(zorvela.tpct, 15.0F);
-  EXPECT_EQ(zorvela.count, 10);
-  EXPECT_EQ(zorvela.firstResid, 1);
-  EXPECT_EQ(zorvela.lastResid, 9999);
-  EXPECT_TRUE(zorvela.clipShifts);
-  EXPECT_FALSE(zorvela.checkShifts);
-  EXPECT_FALSE(zorvela.showDetail);
+TEST_F(Settings, DefaultsAreUsedWhereAnOptionIsNotGivenOrEmpty) {
+  std::map<std::string, std::string> empty = {{"count", ""}};
+  for (const std::string& name : zorvela.argNames) empty[name] = "";
+  for (const auto& args : {std::map<std::string, std::string>(), empty}) {
+    zorvela.showDetail = true;
+    zorvela.setArgs(args);
+    EXPECT_EQ(zorvela.predDir, "pred");
+    EXPECT_EQ(zorvela.inName, "");
+    EXPECT_EQ(zorvela.refName, "");
+    EXPECT_EQ(zorvela.sumName, "pred.tab");
+    EXPECT_EQ(zorvela.sumBase, "pred");
+    EXPECT_EQ(zorvela.rcName, "/opt/z/tab/randcoil.tab");
+    EXPECT_EQ(zorvela.adjName, "/opt/z/tab/rcadj.tab");
+    EXPECT_EQ(zorvela.prevName, "/opt/z/tab/rcprev.tab");
+    EXPECT_EQ(zorvela.nextName, "/opt/z/tab/rcnext.tab");
+    EXPECT_EQ(zorvela.limitName, "/opt/z/tab/sslimit.tab");
+    EXPECT_EQ(zorvela.proCsName, "/opt/z/tab/Pro.cs.tab");
+    EXPECT_EQ(zorvela.proSeqName, "/opt/z/tab/Pro.seq.tab");
+    EXPECT_EQ(zorvela.dbpct, 59.0F);
+    EXPECT_EQ(zorvela.tpct, 15.0F);
+    EXPECT_EQ(zorvela.count, 10);
+    EXPECT_EQ(zorvela.firstResid, 1);
+    EXPECT_EQ(zorvela.lastResid, 9999);
+    EXPECT_TRUE(zorvela.clipShifts);
+    EXPECT_FALSE(zorvela.checkShifts);
+    EXPECT_FALSE(zorvela.showDetail);
+  }
 }
 
 TEST_F(Settings, TabDirIsTakenAsItIsAndTheSeparatorIsAdded) {
@@ -198,26 +203,6 @@ TEST_F(Settings, InPredDirAndFlags) {
   EXPECT_EQ(zorvela.predDir, "/results");
   EXPECT_FALSE(zorvela.clipShifts);
   EXPECT_TRUE(zorvela.checkShifts);
-}
-
-TEST_F(Settings, EmptyValueIsNotGiven) {
-  zorvela.inName = "kept.tab";
-  std::map<std::string, std::string> args;
-  for (const std::string& name : zorvela.argNames) args[name] = "";
-  args["count"] = "";
-  zorvela.setArgs(args);
-  EXPECT_EQ(zorvela.inName, "kept.tab");
-  EXPECT_EQ(zorvela.tabDir, "/opt/z/tab");
-  EXPECT_EQ(zorvela.predDir, "pred");
-  EXPECT_EQ(zorvela.sumName, "pred.tab");
-  EXPECT_EQ(zorvela.adjName, "/opt/z/tab/rcadj.tab");
-  EXPECT_EQ(zorvela.firstResid, 1);
-  EXPECT_EQ(zorvela.lastResid, 9999);
-  EXPECT_EQ(zorvela.tpct, 15.0F);
-  EXPECT_EQ(zorvela.dbpct, 59.0F);
-  EXPECT_EQ(zorvela.count, 10);
-  EXPECT_TRUE(zorvela.clipShifts);
-  EXPECT_FALSE(zorvela.checkShifts);
 }
 
 // --- A row as text ------------------------------------------------------------------------------

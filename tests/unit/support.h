@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -53,11 +52,6 @@ Output outputOf(Action action) {
   output.out = testing::internal::GetCapturedStdout();
   output.err = testing::internal::GetCapturedStderr();
   return output;
-}
-
-/// For a death test whose matcher shall see standard output as well, in the order of writing.
-inline void sendOutputToError() {
-  dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 /// The table that a file with this text holds.

@@ -1,5 +1,4 @@
 // Reading table files: kinds of lines, rows, formats, the sequence, and what is no table at all.
-#include <random>
 #include <stdexcept>
 #include <vector>
 
@@ -219,14 +218,6 @@ TEST(TableReader, FormatItemsPassThroughTheScratchBufferAsFarAsTheyFit) {
   EXPECT_STREQ(table.formatScratch, "%5.1e");
 }
 
-TEST(TableReader, FormatItemsMayBeLongerThanTheScratchBuffer) {
-  GDB table;
-  table.VARS_str_parser("A B");
-  const std::string wide = "%" + std::string(500, '0') + "4d" + std::string(500, ' ');
-  table.FORMAT_str_parser(wide + "%s");
-  EXPECT_EQ(table.columnFormats, (std::map<int, std::string>{{0, wide}, {1, "%s"}}));
-}
-
 TEST(TableReader, CheckFormatAcceptsTheItemsOfTheFormat) {
   for (const char* item : {"%s", "%d", "%f", "%4d", "%-4s", "%8.3f", "%4d ", "  %8.3f\t", "%-08.3f", "%5.f"})
     EXPECT_TRUE(GDB::checkFormat(item)) << item;
@@ -287,12 +278,4 @@ TEST(TableReader, CarriageReturnsBeforeLineEndsAreWhiteSpaceOfRowsAndNames) {
 TEST(TableReader, ZeroByteInACellIsPartOfTheCell) {
   const GDB table = tableOf("VARS A B\nFORMAT %s %s\n" + std::string("a\0b c\n", 6));
   EXPECT_EQ(table.entries.at(1).at("A"), std::string("a\0b", 3));
-}
-
-TEST(TableReader, BinaryNoiseIsSkipped) {
-  std::mt19937 random(1);
-  std::string noise;
-  for (int i = 0; i < 200000; ++i) noise += static_cast<char>(random() % 256);
-  const GDB table = tableOf(noise + "\n" + kShiftHeader + "1 M CA 54.4\n");
-  EXPECT_EQ(table.getEntryCount(), 1);
 }

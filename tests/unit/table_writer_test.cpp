@@ -102,15 +102,6 @@ TEST(TableWriter, RowsAscendByNumber) {
   EXPECT_EQ(savedText(table), "-1\n7\n40\n");
 }
 
-TEST(TableWriter, WritesToAStreamWhatItSaves) {
-  GDB table = shiftTable();
-  table.setData("SEQUENCE", "MKT");
-  table.addEntry("RESID", "2");
-  std::ostringstream stream;
-  table.writeTable(stream);
-  EXPECT_EQ(stream.str(), savedText(table));
-}
-
 TEST(TableWriter, WhatIsSavedReadsBack) {
   const TempDir dir;
   GDB table = shiftTable();
@@ -214,22 +205,7 @@ TEST(TableWriter, CellsPassThroughTheScratchBufferAsFarAsTheyFit) {
   EXPECT_EQ(table.formatScratch, std::string(GDB::kScratchSize - 1, 'x'));
 }
 
-TEST(TableWriter, WidthOf90000IsWrittenWhole) {
-  EXPECT_EQ(rowText("%90000d", "7"), std::string(89999, ' ') + "7\n");
-  EXPECT_EQ(rowText("%-90000s", "x"), "x" + std::string(89999, ' ') + "\n");
-}
-
 // --- Plain text ---------------------------------------------------------------------------------
-
-TEST(TableWriter, PlaintextWritesTheRowsAlone) {
-  GDB table = shiftTable();
-  table.addRemark("not written");
-  table.setData("SEQUENCE", "MKT");
-  addRow(table, {{"RESID", "2"}, {"RESNAME", "K"}, {"ATOMNAME", "CA"}, {"SHIFT", "56.5"}});
-  table.set_plaintext();
-  EXPECT_TRUE(table.plaintext);
-  EXPECT_EQ(savedText(table), "   2 K   CA    56.500\n");
-}
 
 TEST(TableWriter, PlaintextTableWithoutRowsIsAnEmptyFile) {
   const TempDir dir;

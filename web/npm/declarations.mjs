@@ -5,7 +5,7 @@ import { readFileSync, writeFileSync } from "node:fs";
 const [schemaPath, templatePath, outputPath] = process.argv.slice(2);
 const schema = JSON.parse(readFileSync(schemaPath, "utf8"));
 
-const typeName = (name) => name[0].toUpperCase() + name.slice(1);
+const typeName = (name) => name[0].toUpperCase() + name.slice(1).replace(/_./g, (part) => part[1].toUpperCase());
 const PLAIN = { string: "string", number: "number", integer: "number", boolean: "boolean", null: "null" };
 
 function comment(text, indent) {
@@ -28,6 +28,8 @@ function typeOf(node, indent) {
       const item = typeOf(node.items, indent);
       return item.includes("|") ? `(${item})[]` : `${item}[]`;
     }
+    if (type === "object" && node.properties === undefined)
+      return `Record<${typeOf(node.propertyNames, indent)}, ${typeOf(node.additionalProperties, indent)}>`;
     if (type === "object") return membersOf(node, indent);
     if (PLAIN[type] === undefined) throw new Error(`no type for ${JSON.stringify(node)}`);
     return PLAIN[type];
@@ -37,7 +39,7 @@ function typeOf(node, indent) {
 function membersOf(node, indent) {
   const inner = `${indent}  `;
   const required = new Set(node.required);
-  const members = Object.entries(node.properties ?? {}).map(([name, member]) =>
+  const members = Object.entries(node.properties).map(([name, member]) =>
     `${comment(member.description, inner)}${inner}${name}${required.has(name) ? "" : "?"}: ${typeOf(member, inner)};\n`);
   return `{\n${members.join("")}${indent}}`;
 }

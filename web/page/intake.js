@@ -2,13 +2,13 @@
 
 const EXAMPLE = "nuclease.str";
 
-/** Files of the same name get numbers, so that the report names each. */
-function withOwnNames(files) {
+/** Files of the same name get numbers, so that each has a name of its own. */
+export function withOwnNames(files, numbered = (name, count) => `${name} (${count})`) {
   const seen = new Map();
   return files.map((file) => {
     const count = (seen.get(file.name) ?? 0) + 1;
     seen.set(file.name, count);
-    return count === 1 ? file : { ...file, name: `${file.name} (${count})` };
+    return count === 1 ? file : { ...file, name: numbered(file.name, count) };
   });
 }
 

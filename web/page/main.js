@@ -1,6 +1,7 @@
 // The page: hands files to the worker, shows what comes back, saves what is asked for.
-import { listenForFiles } from "./intake.js";
-import { followWidth, showReport, showTrans } from "./report-frame.js";
+import { listenForFiles, withOwnNames } from "./intake.js";
+import { printReport, showReport, showTrans, tableText } from "./report-frame.js";
+import { zipped } from "./zip.js";
 
 const byId = (id) => document.getElementById(id);
 const worker = startWorker();
@@ -27,23 +28,26 @@ function visible(text) {
   return text.replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
 }
 
+const nameOf = (files) => (files.length === 1 ? files[0].name : counted(files.length, "file", "files"));
+
 function say(text) {
   byId("status").textContent = visible(text);
 }
 
 function sayFailure(text) {
-  byId("progress").hidden = true;
+  byId("working").hidden = true;
   say(text);
 }
 
 /** "a.str: 5 prolines in 1 chain, 1 cis, 4 trans." */
-function outcomeInWords({ calls, proteins, errors }) {
+function outcomeInWords({ calls, proteins, errors }, leftOut) {
   const count = calls.cis + calls.trans + calls.undecided + calls.none;
   const parts = [`${counted(count, "proline", "prolines")} in ${counted(proteins.length, "chain", "chains")}`,
                  `${calls.cis} cis`, `${calls.trans} trans`];
   if (calls.undecided > 0) parts.push(`${calls.undecided} undecided`);
   if (calls.none > 0) parts.push(`${calls.none} without a prediction`);
-  const found = `${nameOfResult()}: ${parts.join(", ")}.`;
+  const without = leftOut === 0 ? "" : ` ${counted(leftOut, "file", "files")} without what is chosen left out.`;
+  const found = `${nameOf(files)}: ${parts.join(", ")}.${without}`;
   if (errors.length === 0) return found;
   const failed = `${counted(errors.length, "file", "files")} could not be predicted.`;
   return proteins.length === 0 ? failed : `${found} ${failed}`;
@@ -74,39 +78,48 @@ function choices() {
   return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked };
 }
 
-function offerChoices({ chains, lists }) {
-  const named = (names) => names.map((name) => [`=${name}`, name]);
-  fillSelect(byId("chain"), [[OWN_CHOICE, "all"], ...named(chains)]);
-  fillSelect(byId("list"), [[OWN_CHOICE, "with most shifts"], ["=all", "all"], ...named(lists)]);
+/** Offers the chains and lists in the files, each with how many files have it where not all do. */
+function offerChoices(contents) {
+  const named = (key) => {
+    const counts = new Map();
+    for (const name of contents.flatMap((file) => [...new Set(file.map((protein) => protein[key]))]))
+      if (name !== "") counts.set(name, (counts.get(name) ?? 0) + 1);
+    return [...counts].map(([name, count]) =>
+      [`=${name}`, count === contents.length ? name : `${name} (in ${count} of ${contents.length} files)`]);
+  };
+  const chains = named("chain");
+  const lists = named("list");
+  fillSelect(byId("chain"), [[OWN_CHOICE, "all"], ...chains]);
+  fillSelect(byId("list"), [[OWN_CHOICE, "with most shifts"], ["=all", "all"], ...lists]);
   byId("chain-choice").hidden = chains.length < 2;
   byId("list-choice").hidden = lists.length < 2;
 }
 
 const wantsTrans = () => byId("prolines").value === "all";
 
-function predict(isNew) {
-  say(`Reading ${files.length === 1 ? files[0].name : `${files.length} files`} …`);
-  worker.postMessage({ type: "predict", id: ++newest, files, choices: choices(), isNew });
+/** Predicts new files, or those of before with other choices. */
+function predict(message) {
+  say(`Reading ${nameOf(files)} …`);
+  worker.postMessage({ ...message, id: ++newest, choices: choices() });
 }
 
 function take(given) {
   files = given;
-  offerChoices({ chains: [], lists: [] });
-  predict(true);
+  offerChoices([]);
+  predict({ type: "files", files });
 }
 
-function showProgress({ done, total, name }) {
+function showProgress({ done, total }) {
   if (total === 1) return;
-  const progress = byId("progress");
-  progress.hidden = false;
-  progress.max = total;
-  progress.value = done;
-  progress.textContent = `${done} of ${total}`;
-  progress.title = visible(name);
+  byId("working").hidden = false;
+  byId("progress").max = total;
+  byId("progress").value = done;
+  say(done < total ? `${done} of ${total} files predicted …` : "Writing the report …");
 }
 
-function nameOfResult() {
-  return files.length === 1 ? files[0].name : counted(files.length, "file", "files");
+function stop() {
+  worker.postMessage({ type: "stop", id: ++newest });
+  sayFailure("Stopped.");
 }
 
 function nameOfChain({ file, chain, list }, proteins) {
@@ -114,13 +127,13 @@ function nameOfChain({ file, chain, list }, proteins) {
   return [file, chain === null ? "" : `chain ${chain}`, several ? list : ""].filter((part) => part !== "").join(", ");
 }
 
-function showResult({ id, html, summary }) {
+function showResult({ id, html, summary, leftOut }) {
   const isFirst = shown === null;
   shown = { id, files, proteins: summary.proteins };
-  byId("progress").hidden = true;
+  byId("working").hidden = true;
   byId("result").hidden = false;
   document.body.classList.add("has-result");
-  byId("result-title").textContent = visible(nameOfResult());
+  byId("result-title").textContent = visible(nameOf(files));
   fillList(byId("errors"), summary.errors);
   byId("errors").hidden = summary.errors.length === 0;
   fillList(byId("notes").querySelector("ul"), summary.notes);
@@ -130,7 +143,7 @@ function showResult({ id, html, summary }) {
   byId("table-choice").hidden = summary.proteins.length < 2;
   document.querySelector("[data-save=tab]").hidden = summary.proteins.length === 0;
   showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
-  say(outcomeInWords(summary));
+  say(outcomeInWords(summary, leftOut));
   if (isFirst) byId("result").scrollIntoView({ block: "nearest" });
 }
 
@@ -142,17 +155,24 @@ function stem(name) {
   return name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "") || name;
 }
 
-function fileName(what, index) {
-  if (what !== "tab") return `${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`;
+function fileName({ what, index }) {
+  if (what !== "tab") return visible(`${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`);
   const { file, chain } = shown.proteins[index];
-  return `${stem(file)}${chain === null ? "" : `_${chain}`}.tab`;
+  return visible(`${stem(file)}${chain === null ? "" : `_${chain}`}.tab`);
 }
 
-function saveBytes({ what, index, bytes }) {
+/** What is saved as one file: the part itself, or an archive of several with a name of its own for each. */
+function blobOf(what, parts) {
+  if (what !== "zip") return new Blob([parts[0].bytes], { type: TYPES[what] });
+  const files = parts.map((part) => ({ name: fileName(part).replaceAll(/[/\\]/g, "_"), bytes: part.bytes }));
+  return zipped(withOwnNames(files, (name, count) => name.replace(/\.[^.]*$/, (end) => `_${count}${end}`)));
+}
+
+function saveParts({ what, parts }) {
   const link = document.createElement("a");
-  const url = URL.createObjectURL(new Blob([bytes], { type: TYPES[what] }));
+  const url = URL.createObjectURL(blobOf(what, parts));
   link.href = url;
-  link.download = visible(fileName(what, index));
+  link.download = fileName(what === "zip" ? { what } : parts[0]);
   link.click();
   setTimeout(() => URL.revokeObjectURL(url), 60000);
   say(`Saved ${link.download}.`);
@@ -163,6 +183,15 @@ for (const button of document.querySelectorAll("[data-save]"))
     worker.postMessage({ type: "save", id: shown.id, what: button.dataset.save, index: Number(byId("table").value) });
   });
 
+async function copyTable() {
+  try {
+    await navigator.clipboard.writeText(tableText(byId("report")));
+    say("Copied the table.");
+  } catch {
+    say("The browser does not let this page copy: save the CSV instead.");
+  }
+}
+
 // --- Events ---------------------------------------------------------------------------------------
 
 worker.onmessage = ({ data }) => {
@@ -172,7 +201,7 @@ worker.onmessage = ({ data }) => {
   }
   // What is shown can be saved while newer files are predicted.
   if (data.type === "saved") {
-    if (data.id === shown.id) saveBytes(data);
+    if (data.id === shown.id) saveParts(data);
     return;
   }
   if (data.id !== undefined && data.id !== newest) return;
@@ -183,12 +212,14 @@ worker.onmessage = ({ data }) => {
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
-for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict(false));
+for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
+byId("stop").addEventListener("click", stop);
+byId("copy").addEventListener("click", copyTable);
 byId("prolines").addEventListener("change", () => showTrans(byId("report"), wantsTrans()));
 byId("choices").addEventListener("submit", (event) => event.preventDefault());
 
 listenForFiles(take, sayFailure);
-followWidth(byId("report"));
+printReport(byId("report"), document.querySelector("link[rel=stylesheet]"));
 
 // Keeps the page's files, so that it opens without a network. Only pages of the web can have that.
 if ("serviceWorker" in navigator) {

@@ -1,4 +1,4 @@
-// Shows a report in a frame of its own: its styles stay its own, and it can run nothing.
+// Shows a report in a frame of its own: its styles stay its own, and it can run nothing. Prints it without the frame.
 
 /** Shows the HTML of a report, with all prolines or without those that are trans. */
 export function showReport(frame, html, withTrans) {
@@ -10,36 +10,64 @@ export function showReport(frame, html, withTrans) {
 export function showTrans(frame, withTrans) {
   for (const mark of frame.contentDocument.querySelectorAll(".card > h3 use[href='#t'], td use[href='#t']"))
     mark.closest(".card, tr").hidden = !withTrans;
-  fit(frame);
 }
 
-/** Gives the frame the height of what is in it. */
-function fit(frame) {
-  frame.style.height = "0"; // what is shorter now must be measured anew
-  frame.style.height = `${frame.contentDocument.documentElement.scrollHeight + 2}px`;
+/** The prolines on show as lines with tabs between the cells, first the chain where there are several. */
+export function tableText(frame) {
+  const tables = [...frame.contentDocument.querySelectorAll("table.prolines")];
+  const cells = (row) => [...row.cells].map((cell) => cell.textContent.trim());
+  const chainOf = (table) => [...(table.closest(".chain")?.querySelectorAll("summary") ?? [])].slice(0, 1);
+  const lines = tables.flatMap((table) => [...table.tBodies[0].rows].filter((row) => !row.hidden)
+    .map((row) => [...chainOf(table).map((title) => title.textContent), ...cells(row)]));
+  const titles = tables.slice(0, 1).map((table) => [...chainOf(table).map(() => "Chain"), ...cells(table.tHead.rows[0])]);
+  return [...titles, ...lines].map((line) => `${line.join("\t")}\n`).join("");
 }
 
 function prepare(frame, withTrans) {
   const inside = frame.contentDocument;
   showTrans(frame, withTrans);
-  inside.addEventListener("toggle", () => fit(frame), true); // a fold of the report opens or closes
+  // The frame is as high as its content, and never lower on the way: a page that shrinks loses the reader's place.
+  new ResizeObserver(() => {
+    frame.style.height = `${Math.ceil(inside.documentElement.getBoundingClientRect().height) + 2}px`;
+  }).observe(inside.documentElement);
   // Within a srcdoc a link to a place of the report would load this page into the frame.
   inside.addEventListener("click", (event) => {
     const place = event.target.closest?.("a[href^='#']")?.getAttribute("href").slice(1);
     const target = place && inside.getElementById(place);
     if (!target) return;
     event.preventDefault();
-    if (target.localName === "details") target.open = true;
-    requestAnimationFrame(() => target.scrollIntoView());
+    const fold = target.closest("details");
+    if (fold !== null) fold.open = true;
+    // Two frames on, the fold is open and the frame has its height.
+    requestAnimationFrame(() => requestAnimationFrame(() => target.scrollIntoView()));
   });
 }
 
-/** Keeps the height right when the width of the window changes. */
-export function followWidth(frame) {
-  let width = frame.clientWidth;
-  new ResizeObserver(() => {
-    if (frame.clientWidth === width || frame.contentDocument?.body === null) return;
-    width = frame.clientWidth;
-    fit(frame);
-  }).observe(frame);
+/**
+ * Prints the report alone, whole and with its folds open. Paper cuts a frame at its edges and never at a good place,
+ * so for that time the report is part of the page, and its style is that of the page.
+ */
+export function printReport(frame, pageStyle) {
+  const paper = document.createElement("div");
+  let title;
+  addEventListener("beforeprint", () => {
+    const inside = frame.contentDocument;
+    if (frame.getClientRects().length === 0 || paper.isConnected) return;
+    const alone = document.createElement("style");
+    alone.textContent = "body > :not(#paper) { display: none !important; }";
+    paper.id = "paper";
+    paper.replaceChildren(...[inside.querySelector("style"), alone, ...inside.body.childNodes]
+      .map((node) => document.importNode(node, true)));
+    for (const fold of paper.querySelectorAll("details")) fold.open = true;
+    pageStyle.media = "not print";
+    title = document.title;
+    document.title = inside.title;
+    document.body.append(paper);
+  });
+  addEventListener("afterprint", () => {
+    if (!paper.isConnected) return;
+    paper.remove();
+    pageStyle.media = "";
+    document.title = title;
+  });
 }

@@ -3,6 +3,7 @@ import base64
 import functools
 import http.server
 import pathlib
+import subprocess
 import tempfile
 import threading
 import unittest
@@ -72,6 +73,20 @@ def start(*arguments):
     return webdriver.Chrome(options=options, service=driver_service())
 
 
+def print_to(driver, path):
+    """Prints what the browser shows on A4 paper, into a PDF file."""
+    printed = driver.execute_cdp_cmd("Page.printToPDF", {"paperWidth": 8.27, "paperHeight": 11.69})
+    pathlib.Path(path).write_bytes(base64.b64decode(printed["data"]))
+
+
+def printed(driver):
+    """The text of each page that the browser prints."""
+    with tempfile.NamedTemporaryFile(suffix=".pdf") as file:
+        print_to(driver, file.name)
+        text = subprocess.run(["pdftotext", "-layout", file.name, "-"], capture_output=True, text=True, check=True).stdout
+    return text.split("\f")[:-1]
+
+
 class Page:
     """The page in a browser of its own, with a folder for what it saves."""
 
@@ -80,8 +95,7 @@ class Page:
         self.driver = start(f"--user-data-dir={self.folder.name}/profile", f"--window-size={width},{height}", *arguments)
         self.driver.execute_cdp_cmd("Browser.setDownloadBehavior",
                                     {"behavior": "allow", "downloadPath": self.folder.name})
-        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
-                                    {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
+        self._set_size(width, height)
         self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {
             "features": [{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}]})
         self.address = address
@@ -107,7 +121,8 @@ class Page:
         return self.element(name).get_property("textContent").strip()
 
     def texts(self, selector):
-        return [found.get_property("textContent") for found in self.driver.find_elements(By.CSS_SELECTOR, selector)]
+        return self.driver.execute_script(
+            "return [...document.querySelectorAll(arguments[0])].map((found) => found.textContent)", selector)
 
     def status(self):
         return self.text("status")
@@ -143,6 +158,45 @@ class Page:
             """, [[name, list(content)] for name, content in files.items()])
         return self.wait_for_result()
 
+    def click_in_report(self, selector, index=0):
+        """Moves the pointer to an element of the report and presses its button there."""
+        x, y = self.driver.execute_script("""
+            const [selector, index] = arguments;
+            const frame = document.getElementById("report");
+            const target = frame.contentDocument.querySelectorAll(selector)[index];
+            const place = () => [frame, target].map((element) => element.getBoundingClientRect());
+            const [, before] = place();
+            scrollBy(0, frame.getBoundingClientRect().top + before.top - innerHeight / 2);
+            const [outer, inner] = place();
+            return [outer.left + 1 + inner.left + Math.min(inner.width / 2, 20), outer.top + 1 + inner.top + inner.height / 2];
+            """, selector, index)
+        for kind in ("mouseMoved", "mousePressed", "mouseReleased"):
+            self.driver.execute_cdp_cmd("Input.dispatchMouseEvent", {
+                "type": kind, "x": x, "y": y, "button": "none" if kind == "mouseMoved" else "left", "clickCount": 1})
+        self.settle()
+
+    def settle(self):
+        """Waits until the browser has drawn what changed."""
+        self.driver.execute_async_script("""
+            const done = arguments[0];
+            let left = 10;
+            (function wait() { --left > 0 ? requestAnimationFrame(wait) : done(); })();""")
+
+    def _set_size(self, width, height):
+        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
+                                    {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
+
+    def resize(self, width, height):
+        self._set_size(width, height)
+        self.settle()
+
+    def scrolled(self):
+        return self.driver.execute_script("return scrollY")
+
+    def printed(self):
+        """The text of each page that the browser prints on A4 paper."""
+        return printed(self.driver)
+
     def press(self, *keys):
         webdriver.ActionChains(self.driver).send_keys(*keys).perform()
 
@@ -170,13 +224,3 @@ class Page:
 
     def console(self):
         return [entry["message"] for entry in self.driver.get_log("browser") if entry["level"] in ("SEVERE", "WARNING")]
-
-    def screenshot(self, path, whole=False):
-        if whole:
-            size = self.driver.execute_cdp_cmd("Page.getLayoutMetrics", {})["cssContentSize"]
-            clip = {"x": 0, "y": 0, "width": size["width"], "height": size["height"], "scale": 1}
-            picture = self.driver.execute_cdp_cmd("Page.captureScreenshot",
-                                                  {"captureBeyondViewport": True, "clip": clip})
-            pathlib.Path(path).write_bytes(base64.b64decode(picture["data"]))
-        else:
-            self.driver.save_screenshot(str(path))

@@ -4,6 +4,7 @@ import http.server
 import io
 import json
 import pathlib
+import re
 import shutil
 import tempfile
 import threading
@@ -192,6 +193,7 @@ class Report(Page):
         height = self.page.element("report").size["height"]
         browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
         self.page.wait(lambda: self.page.driver.execute_script(shown) == every - 8)  # four cards, four rows
+        self.page.settle()
         self.assertLess(self.page.element("report").size["height"], height)
 
     def test_pasted_text(self):
@@ -212,6 +214,168 @@ class Report(Page):
             dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));""")
         self.page.wait_for_result()
         self.assertEqual([error.split(":")[0] for error in self.errors()], ["a.csv", "a.csv (2)"])
+
+
+class ReadingPlace(Page):
+    """A click in the report, or a window that changes, leaves readers where they are or leads where they want to go."""
+
+    def setUp(self):
+        super().setUp()
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        self.page.drop({f"{n}.tab": table for n in range(1, 21)})
+        self.page.settle()
+
+    def top_of(self, selector, index):
+        """Where an element of the report is on the screen."""
+        return self.page.driver.execute_script("""
+            const frame = document.getElementById("report");
+            const target = frame.contentDocument.querySelectorAll(arguments[0])[arguments[1]];
+            return frame.getBoundingClientRect().top + 1 + target.getBoundingClientRect().top;""", selector, index)
+
+    def test_links_lead_to_open_folds(self):
+        for index in (3, 12):
+            self.page.click_in_report("td a", index)
+            self.assertLess(abs(self.top_of(".chain", index)), 5)
+            self.assertTrue(self.page.driver.execute_script(
+                f"return document.getElementById('report').contentDocument.querySelectorAll('.chain')[{index}].open"))
+
+    def test_folds_open_and_close_in_place(self):
+        for _ in range(2):
+            self.page.click_in_report(".chain > summary", 9)
+            self.assertAlmostEqual(self.top_of(".chain > summary", 9), 450, delta=30)
+
+    def test_narrower_window(self):
+        self.page.click_in_report("td a", 15)
+        before = self.page.scrolled()
+        self.assertGreater(before, 1000)
+        self.page.resize(700, 900)
+        self.addCleanup(self.page.resize, self.width, 900)
+        self.assertGreaterEqual(self.page.scrolled(), before - 50)
+
+
+class Printing(Page):
+    def setUp(self):
+        super().setUp()
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        self.page.drop({**{f"{n}.tab": table for n in range(1, 8)}, "nuclease.str": NUCLEASE.read_bytes()})
+
+    def check_whole(self, pages):
+        """All cards are printed, none is cut, and no title is the last of its page."""
+        headings = [re.findall(r"P[0-9]+ (?:cis|trans), P_CIS_NORM", page) for page in pages]
+        self.assertEqual(sum(map(len, headings)), 7 * 3 + 5)
+        for page, found in zip(pages, headings):
+            self.assertEqual(len(re.findall(r"\bSum\b", page)), len(found), page)
+            self.assertNotRegex(page.rstrip().splitlines()[-1], r"\.tab$|\.str|All prolines|What speaks|How to read|sum$")
+        text = "\n".join(pages)
+        self.assertTrue(text.lstrip().startswith("Prolines of 8 chains in 8 files"), text[:200])
+        for absent in ("Nothing leaves this computer", "Choose files", "works without a network"):
+            self.assertNotIn(absent, text)
+        self.assertIn("Measured on", text)  # a column that narrow screens leave out
+
+    def test_page_prints_the_report_alone_and_whole(self):
+        height = self.page.element("report").size["height"]
+        self.check_whole(self.page.printed())
+        self.assertEqual(self.page.element("report").size["height"], height)
+        self.assertEqual(self.page.driver.find_elements(browser.By.ID, "paper"), [])
+
+    def test_saved_report(self):
+        path = self.folder.add("report.html", self.page.save("html")[1])
+        self.page.driver.get(path.as_uri())
+        self.check_whole(self.page.printed())
+
+    def test_prolines_that_are_left_out_are_not_printed(self):
+        browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
+        self.assertEqual(re.findall(r"P[0-9]+ (?:cis|trans), P_CIS_NORM", "".join(self.page.printed())),
+                         ["P117 cis, P_CIS_NORM"])
+
+    def test_page_without_a_result(self):
+        self.page.open()
+        self.assertIn("Which prolines are cis?", self.page.printed()[0])
+
+
+class ManyFiles(Page):
+    def test_files_are_read_once(self):
+        path = self.folder.add("mine.str", NUCLEASE.read_bytes())
+        other = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.choose(path, other)
+        wanted = self.page.save("json")[1]
+        path.write_bytes(b"edited\n")
+        other.unlink()
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 2)
+        self.page.select("chain", "1 (in 1 of 2 files)")
+        self.page.select("chain", "all")
+        self.assertEqual(self.page.save("json")[1], wanted)
+        self.assertEqual(self.errors(), [])
+        self.assertIn(b"VARS", self.page.save("tab")[1])
+
+    def test_all_in_one_archive(self):
+        paths = [self.folder.copy(NUCLEASE), self.folder.copy(FILES / "star3_dimer.str")]
+        self.page.choose(*paths)
+        name, content = self.page.save("zip")
+        self.assertEqual(name, "zorvela.zip")
+        archive = zipfile.ZipFile(io.BytesIO(content))
+        self.assertIsNone(archive.testzip())
+        self.assertEqual(archive.namelist(), ["zorvela.html", "zorvela.csv", "zorvela.json", "nuclease_1.tab",
+                                              "star3_dimer_A.tab", "star3_dimer_B.tab"])
+        for format_name in ("html", "csv", "json"):
+            self.assertEqual(archive.read(f"zorvela.{format_name}"),
+                             self.folder.program(format_name, *(path.name for path in paths)))
+        wanted = program.kit("import", "--chain", "B", "-o", "-", paths[1].name, cwd=self.folder.path).stdout
+        self.assertEqual(archive.read("star3_dimer_B.tab").decode(), wanted)
+
+    def test_table_is_copied(self):
+        self.page.driver.execute_cdp_cmd("Browser.grantPermissions", {
+            "permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
+        self.page.choose(NUCLEASE, FILES / "star3_dimer.str")
+        self.page.clear_status()
+        self.page.element("copy").click()
+        self.assertEqual(self.page.wait_for_result(), "Copied the table.")
+        text = self.page.driver.execute_async_script("navigator.clipboard.readText().then(arguments[0])")
+        lines = [line.split("\t") for line in text.splitlines()]
+        self.assertEqual(lines[0][:3], ["Chain", "Proline", "Before"])
+        self.assertEqual([line[1] for line in lines[1:6]], ["P11", "P31", "P42", "P47", "P117"])
+        self.assertEqual((lines[5][0], lines[5][6:8]), ("nuclease.str, chain 1, shift list assigned_chem_shift_list_1",
+                                                      ["0.987", "cis"]))
+        self.assertEqual(len(lines), 8)
+
+    def test_progress_moves_and_can_be_stopped(self):
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_text()
+        said = self.page.driver.execute_async_script("""
+            const [table, done] = arguments;
+            const transfer = new DataTransfer();
+            for (let n = 0; n < 200; ++n) transfer.items.add(new File([table], `${n}.tab`));
+            const status = document.getElementById("status");
+            const said = [];
+            new MutationObserver(() => {
+              said.push(status.textContent);
+              if (said.length === 20) document.getElementById("stop").click();
+              if (status.textContent === "Stopped.") setTimeout(() => done(said), 300);
+            }).observe(status, { childList: true });
+            dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, cancelable: true }));""", table)
+        self.assertEqual(said[1:20], [f"{n} of 200 files predicted …" for n in range(1, 20)])
+        self.assertEqual(said[-1], "Stopped.")
+        self.assertFalse(self.page.element("working").is_displayed())
+
+    def test_chain_that_few_files_have(self):
+        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
+        dimer = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.drop({**{f"{n}.tab": table for n in range(1, 25)}, dimer.name: dimer.read_bytes()})
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
+        self.assertEqual(self.page.texts("#chain option"), ["all", "A (in 1 of 25 files)", "B (in 1 of 25 files)"])
+        status = self.page.select("chain", "B (in 1 of 25 files)")
+        self.assertIn("in 1 chain,", status)
+        self.assertTrue(status.endswith(" 24 files without what is chosen left out."), status)
+        self.check_saved(dimer.name, choices=("--chain", "B"))
+
+    def test_choices_that_fit_nothing_name_what_would(self):
+        free = self.folder.copy(FILES / "star3_dimer.str")
+        other = self.folder.copy(NUCLEASE)
+        self.page.choose(free, other)
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 2)
+        self.page.select("chain", "B (in 1 of 2 files)")
+        self.page.select("list", "assigned_chem_shift_list_1 (in 1 of 2 files)")
+        self.assertEqual(len(self.errors()), 2)
+        self.assertIn("it has", self.errors()[0])
 
 
 class BadFiles(Page):
@@ -325,11 +489,16 @@ class NarrowScreen(Page):
     width = 400
 
     def test_nothing_is_wider_than_the_screen(self):
-        for files in ([], [NUCLEASE], [FILES / "star3_dimer.str", FILES / "nef_entry.nef"]):
+        self.addCleanup(self.page.resize, self.width, 900)
+        for files in ([], [NUCLEASE], [NUCLEASE, FILES / "star3_dimer.str"]):
             if files:
                 self.page.choose(*files)
-            width = self.page.driver.execute_script("return document.documentElement.scrollWidth")
-            self.assertLessEqual(width, 400)
+            if len(files) > 1:
+                self.page.wait(lambda: self.page.element("list-choice").is_displayed())
+            for width in (400, 320):
+                self.page.resize(width, 900)
+                self.assertLessEqual(
+                    self.page.driver.execute_script("return document.documentElement.scrollWidth"), width)
 
 
 @browser.needs_browser

@@ -4,7 +4,7 @@ import { readFile } from "node:fs/promises";
 import { test } from "node:test";
 import { gzipSync } from "node:zlib";
 
-import { PredictionError, predict, report, versions } from "zorvela";
+import { PredictionError, load, predict, report, versions } from "zorvela";
 
 const content = await readFile("nuclease.str");
 const name = "nuclease.str";
@@ -22,7 +22,7 @@ test("reports are the program's, byte for byte", async () => {
 test("content can be text, an array of bytes, a buffer, gzipped", async () => {
   const wanted = await predict(content);
   const alone = new Uint8Array(content).buffer;
-  for (const input of [content.toString(), alone, new Uint8Array(alone), gzipSync(content)])
+  for (const input of [content.toString(), alone, new Uint8Array(alone), gzipSync(content), new Blob([content])])
     assert.deepEqual(await predict(input), wanted);
   await assert.rejects(predict(5), TypeError);
 });
@@ -40,6 +40,17 @@ test("options are checked", async () => {
   await assert.rejects(predict(content, { chain: "A" }), /there is no option "chain"/);
   await assert.rejects(predict(content, { chains: "A" }), /option "chains" cannot be "A"/);
   await assert.rejects(report(content, { format: "pdf" }), /there is no format "pdf"/);
+});
+
+test("the module can be given, and what is wrong with it is said", async () => {
+  const address = new URL("node_modules/zorvela/zorvela.wasm", import.meta.url);
+  await assert.rejects(load(new URL("none.wasm", address)), /none\.wasm/);
+  await assert.rejects(load(content), /^Error: the bytes: not zorvela\.wasm/);
+  await assert.rejects(load("http://127.0.0.1:9/zorvela.wasm"), /cannot be fetched .*give its address or bytes to load/);
+  for (const source of [address, address.href, await readFile(address), undefined]) {
+    await load(source);
+    assert.equal((await predict(content)).proteins.length, 1);
+  }
 });
 
 test("many calls at once do not disturb each other", async () => {

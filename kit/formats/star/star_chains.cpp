@@ -143,6 +143,7 @@ void ChainFinder::checkResidues(std::size_t total) const {
 
 std::vector<FileResidue> residuesOfLetters(const std::string& text) {
   std::vector<FileResidue> residues;
+  residues.reserve(std::min(text.size(), kLongestSequence));
   for (std::size_t pos = 0; pos < text.size() && residues.size() <= kLongestSequence; ++pos) {
     FileResidue residue;
     if (const std::string name = bracketedName(text, pos); !name.empty()) {

@@ -279,7 +279,8 @@ std::string firstWord(std::string_view text) {
 template <class Fits>
 std::vector<StarTable> tablesWhere(const StarFrame& frame, Fits fits) {
   std::vector<StarTable> tables;
-  const auto& [file, items] = frame;
+  const StarFile& file = frame.file;  // not by a structured binding, which Clang 14 lets no lambda use
+  const StarFrameRange& items = frame.items;
   for (std::size_t i = items.firstPair; i < items.endPair; ++i)
     if (fits(file.textOf(file.pairs[i].tag))) {
       tables.emplace_back(frame);

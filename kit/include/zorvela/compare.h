@@ -12,11 +12,6 @@
 
 namespace zorvela {
 
-/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
-/// and at least 25 residues, or half of the shorter one if that is less, are aligned.
-inline constexpr double kSameProteinFrom = 70;
-inline constexpr std::size_t kFewestAligned = 25;
-
 /// Puts what the structures say into the results of the proteins of one shift file: the finding of each
 /// proline, the matching chains and the notes. A chain of a structure belongs to the protein that it is most
 /// alike, if it is the same protein (see `kSameProteinFrom`). Where several are equally alike, as the copies

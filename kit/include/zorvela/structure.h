@@ -62,4 +62,9 @@ ProteinStructure readStructureFile(const std::string& path);
 /// The same for the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
 
+/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
+/// and at least 25 residues, or half of the shorter one if that is less, are aligned.
+inline constexpr double kSameProteinFrom = 70;
+inline constexpr std::size_t kFewestAligned = 25;
+
 }  // namespace zorvela

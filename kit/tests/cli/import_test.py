@@ -417,8 +417,14 @@ class OutputTest(ImportTest):
 
 
 class BadFileTest(ImportTest):
+    def test_no_files(self):
+        status, out, err = self.run_kit()
+        self.assertNotEqual(status, 0)
+        self.assertEqual(out, "")
+        self.assertIn("FILE or --files-from is required", err)
+
     def test_folder_and_empty_files(self):
-        self.check_error("%s: is a folder; name the files in it, such as %s/*" % (FILES, FILES), FILES)
+        self.check_error("%s: is a folder without shift files; name the files" % self.folder, self.folder)
         for data in (b"", gzip.compress(b""), b" \n\r\n\t\n"):
             self.check_error("standard input: is empty; give a file with chemical shifts", "-", data=data)
 

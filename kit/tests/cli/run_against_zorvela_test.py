@@ -1,5 +1,4 @@
-"""zorvela-kit run gives the same as zorvela, and both the same as a calculation in Python."""
-import math
+"""zorvela-kit run gives the same as zorvela."""
 import os
 import re
 import subprocess
@@ -8,9 +7,6 @@ import unittest
 
 from zorvela_tests import program
 
-ATOMS = ["N", "HA", "C", "CA", "CB", "HN"]
-
-# --- zorvela itself -----------------------------------------------------------------------------
 
 def zorvela(*arguments):
     return subprocess.run([program.ZORVELA, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
@@ -52,6 +48,12 @@ def compare(test, files):
     return predicted
 
 
+def sequence_of(file):
+    with open(file, encoding="ascii") as lines:
+        parts = [line[len("DATA SEQUENCE"):] for line in lines if line.startswith("DATA SEQUENCE")]
+    return "".join("".join(parts).split())
+
+
 class SameAsZorvela(unittest.TestCase):
     maxDiff = None
 
@@ -65,11 +67,3 @@ class SameAsZorvela(unittest.TestCase):
             self.assertEqual([p["position"] for p in protein["prolines"]],
                              [i + 1 for i, name in enumerate(sequence) if name == "P"])
             self.assertEqual(protein["length"], len(sequence))
-
-
-# --- The same in Python -------------------------------------------------------------------------
-
-def sequence_of(file):
-    with open(file, encoding="ascii") as lines:
-        parts = [line[len("DATA SEQUENCE"):] for line in lines if line.startswith("DATA SEQUENCE")]
-    return "".join("".join(parts).split())

@@ -2,7 +2,6 @@
 import contextlib
 import csv
 import gzip
-import io
 import json
 import math
 import os
@@ -12,7 +11,6 @@ import shutil
 import signal
 import subprocess
 import time
-import unittest
 
 import jsonschema
 
@@ -118,14 +116,6 @@ class ShiftFiles(InFolder):
         self.assertEqual([(r["chain"], r["resid"], r["position"], r["cs_cnt_prev"], r["cs_cnt"], r["call"])
                           for r in rows], [("A", "102", "2", "6", "4", "trans"), ("B", "2", "2", "6", "4", "trans")])
         self.assertAlmostEqual(float(rows[0]["p_cis"]), 1 / (1 + math.exp(2)), delta=1e-6)  # CB on the mean of trans
-
-    def test_notes_of_the_import_are_said_and_kept(self):
-        file = self.put("two.csv", self.TWO_CHAINS)
-        result = program.run("--format", "json", file)
-        notes = [p["notes"] for p in json.loads(result.stdout)["proteins"]]
-        text = "the file gives no sequence: it is put together from the residues with shifts"
-        self.assertEqual(notes, [[text], [text]])
-        self.assertEqual(result.stderr, "zorvela-kit: note: %s, chains A, B: %s\n" % (file, text))
 
     def test_other_atoms_are_said_in_json_alone(self):
         file = self.put("side_chain.csv", "resid,resname,atom,shift\n1,ALA,CA,52\n2,PRO,CA,63\n2,PRO,CD,50\n")

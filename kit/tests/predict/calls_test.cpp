@@ -17,10 +17,3 @@ TEST(Call, TurnsAtTheThresholds) {
   EXPECT_EQ(zorvela::callOf(0.0F), Call::trans);
   EXPECT_EQ(zorvela::callOf(std::numeric_limits<float>::quiet_NaN()), Call::none);
 }
-
-TEST(Call, HasAName) {
-  EXPECT_EQ(zorvela::toText(Call::cis), "cis");
-  EXPECT_EQ(zorvela::toText(Call::trans), "trans");
-  EXPECT_EQ(zorvela::toText(Call::undecided), "undecided");
-  EXPECT_EQ(zorvela::toText(Call::none), "none");
-}

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "made_shift.h"
@@ -14,7 +13,6 @@
 
 namespace {
 
-using zorvela::Atom;
 using zorvela::Call;
 using zorvela::Protein;
 using zorvela::ProteinResult;

@@ -45,14 +45,9 @@ TEST(Referencing, OffsetIsTheMedianDeviationFromTheCurve) {
   // Median distance 0.5, so deviation 0.7413; root of (1.2533 x 0.7413)^2 / 10 + 0.1^2.
   EXPECT_NEAR(offsets[0].error, 0.310350, 1e-5);
   EXPECT_EQ(offsets[0].residues, 10);
-}
-
-TEST(Referencing, CbHasTheOffsetOfCa) {
-  const std::vector<OffsetEstimate> offsets = estimateOffsets(tenResidues(), kHalf);
   EXPECT_EQ(offsets[1].atom, "CB");
   EXPECT_EQ(offsets[1].offset, offsets[0].offset);
   EXPECT_EQ(offsets[1].error, offsets[0].error);
-  EXPECT_EQ(offsets[1].residues, 10);
 }
 
 TEST(Referencing, WrongResiduesMoveNothing) {

@@ -15,7 +15,7 @@ using zorvela::Thiol;
 /// A protein of a chain with CB shifts by residue, marked.
 Protein marked(const FileChain& chain, const std::vector<zorvela::Shift>& shifts) {
   Texts notes;
-  const zorvela::ChainSequence sequence = zorvela::makeSequence(chain, {}, notes);
+  const zorvela::ChainSequence sequence = zorvela::makeSequence(chain.residues, {}, notes);
   Protein protein;
   for (const auto& residue : sequence.residues) protein.sequence += residue.type.letter;
   protein.shifts = shifts;

@@ -6,7 +6,6 @@
 #include <zlib.h>
 
 #include <cstdio>
-#include <thread>
 
 #include "zorvela/error.h"
 

@@ -27,7 +27,7 @@ Made made(const FileChain& chain, const std::vector<FileShift>& shifts) {
   zorvela::ShiftRows rows;
   for (const FileShift& shift : shifts) rows.push_back(&shift);
   Made result;
-  result.sequence = zorvela::makeSequence(chain, rows, result.notes);
+  result.sequence = zorvela::makeSequence(chain.residues, rows, result.notes);
   return result;
 }
 

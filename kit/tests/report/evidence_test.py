@@ -1,7 +1,5 @@
 """The evidence of each proline against a calculation of its own, in Python and in double precision."""
-import json
 import math
-import os
 import sys
 import tempfile
 import unittest

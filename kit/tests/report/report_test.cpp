@@ -179,9 +179,7 @@ TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   zorvela::RunReport report;
   report.files = {{"b", {}, "b: is empty"}};
   EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); }),
-            "\nNot predicted\n   b: is empty\n\n"
-            "0 prolines in 0 chains of 0 files: 0 cis (*), 0 trans, 0 undecided (?), 0 without a prediction\n"
-            "cis: P_CIS_NORM at least 0.5; trans: at most 0.05; undecided: between\n");
+            "\nNot predicted\n   b: is empty\n");
 }
 
 TEST(ReportCsv, HasARowForEachProlineAndEachError) {

@@ -38,29 +38,16 @@ ProlineResult proline(const std::vector<std::pair<int, double>>& contributions, 
 
 }  // namespace
 
-TEST(Words, CisByTwoShifts) {
-  EXPECT_EQ(zorvela::sentenceOf(proline({{10, 4.1}, {18, 3.0}})),
-            "cis: CB and CG of the proline decide; nothing speaks against it");
-}
-
-TEST(Words, CisAgainstANeighbour) {
-  EXPECT_EQ(zorvela::sentenceOf(proline({{18, 6.0}, {3, -1.2}})),
-            "cis: CG of the proline decides; CA of A4 speaks against it");
-}
-
-TEST(Words, TransThatNeedsNoDecision) {
-  EXPECT_EQ(zorvela::sentenceOf(proline({{18, -3.0}, {13, -0.2}})),
-            "trans: CG of the proline speaks for it; nothing speaks against it");
-}
-
-TEST(Words, TransOnTheWeightOfCG) {
-  EXPECT_EQ(zorvela::sentenceOf(proline({{18, -3.0}}, 1.0)),
-            "trans: CG of the proline decides; the A before speaks against it");
-}
-
-TEST(Words, TransByWhatIsCommon) {
-  EXPECT_EQ(zorvela::sentenceOf(proline({{10, -0.3}, {13, 0.1}})),
-            "trans: no shift speaks clearly for either, and 19 in 20 are trans");
+TEST(Words, NameWhatDecidesAndWhatSpeaksAgainst) {
+  const std::vector<std::pair<ProlineResult, std::string>> cases = {
+      {proline({{10, 4.1}, {18, 3.0}}), "cis: CB and CG of the proline decide; nothing speaks against it"},
+      {proline({{18, 6.0}, {3, -1.2}}), "cis: CG of the proline decides; CA of A4 speaks against it"},
+      {proline({{18, -3.0}, {13, -0.2}}),
+       "trans: CG of the proline speaks for it; nothing speaks against it"},
+      {proline({{18, -3.0}}, 1.0), "trans: CG of the proline decides; the A before speaks against it"},
+      {proline({{10, -0.3}, {13, 0.1}}),
+       "trans: no shift speaks clearly for either, and 19 in 20 are trans"}};
+  for (const auto& [result, sentence] : cases) EXPECT_EQ(zorvela::sentenceOf(result), sentence);
 }
 
 TEST(Words, UndecidedNamesBothSidesAndWhatToMeasure) {

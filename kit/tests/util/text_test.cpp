@@ -108,6 +108,7 @@ TEST(Text, BytesThatAreNoUtf8AreReplaced) {
 TEST(Text, CellsOfCsvAreQuotedWhereTheyMustBe) {
   EXPECT_EQ(zorvela::csvCell("plain"), "plain");
   EXPECT_EQ(zorvela::csvCell("a,b"), "\"a,b\"");
+  EXPECT_EQ(zorvela::csvCell("x;=HYPERLINK(1);y"), "\"x;=HYPERLINK(1);y\"");
   EXPECT_EQ(zorvela::csvCell("a\"b"), "\"a\"\"b\"");
   EXPECT_EQ(zorvela::csvCell("a\nb"), "\"a\nb\"");
   EXPECT_EQ(zorvela::csvCell("a\x1B"), "a?");
@@ -137,3 +138,10 @@ TEST(Text, ListsAreCutWithACount) {
 }
 
 }  // namespace
+
+TEST(Shown, HasNoCharactersThatNobodySees) {
+  for (const char* hidden : {"\u00AD", "\u200B", "\u2060", "\uFEFF", "\uFFF9", "\uFFFB", "\U000E0041",
+                             "\xEF\xBF\xBE", "\xEF\xBF\xBF"})
+    EXPECT_EQ(zorvela::shown(std::string("a") + hidden + "b"), "a?b");
+  for (const char* seen : {"\u00E9", "\u200D", "\uFFFD", "\U0001F600"}) EXPECT_EQ(zorvela::shown(seen), seen);
+}

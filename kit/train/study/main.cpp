@@ -9,9 +9,9 @@
 #include "train/evaluation.h"
 #include "train/evaluation_groups.h"
 #include "train/published_tables.h"
+#include "train/study/formatted.h"
 #include "train/study/next_shift_trial.h"
 #include "train/study/referencing_study.h"
-#include "train/study/study_report.h"
 
 namespace zorvela {
 
@@ -40,8 +40,14 @@ struct CrossValidation {
 
 // --- The trials -----------------------------------------------------------------------------------
 
-ReferencingStudy studyOf(const std::string& folder, const std::string& tables) {
-  return studyReferencing(dataOf(folder, modelOf(*tablesFromFolder(tables))));
+LabelledProlines dataOfTables(const std::string& folder, const std::string& tables) {
+  return dataOf(folder, modelOf(*tablesFromFolder(tables)));
+}
+
+void fitAllRelations(const LabelledProlines& data) {
+  std::vector<const EntryShifts*> chains;
+  for (const EntryShifts& entry : data.entries) chains.push_back(&entry);
+  writeRelations(std::cout, fitRelations(chains));
 }
 
 void tryNextShift(const std::string& folder) {
@@ -60,9 +66,17 @@ void tryNextShift(const std::string& folder) {
   writeTrial(std::cout, tryNextShifts(prolines, kTrialRounds, kBootstrapRounds), kTrialRounds);
 }
 
+Figures figuresOf(const Evaluation& evaluation, const std::string& key) {
+  for (const Group& group : groups())
+    if (group.key == key) return figuresOf(scored(evaluation, group));
+  return {};
+}
+
+/// What an offset of 13C costs, as a Markdown table.
 void tryOffsets(const std::string& folder) {
   const CrossValidation trained(folder);
-  writeOffsetHeader(std::cout);
+  std::cout << "| 13C offset | corrected | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
+               "|---|---|---|---|---|---|\n";
   for (const double ppm : {0.0, 1.0, 2.0, 3.0})
     for (const bool isCorrected : {false, true}) {
       LabelledProlines data = trained.data;
@@ -71,7 +85,11 @@ void tryOffsets(const std::string& folder) {
         if (isCorrected) rereference(entry);
       }
       const Evaluation result = evaluation(data, predictAll(trained.folded, data));
-      writeOffsetRow(std::cout, ppm, isCorrected, allFigures(result, 0));
+      const Figures all = figuresOf(result, "all");
+      const Figures withBoth = figuresOf(result, "with_cb_and_cg");
+      std::cout << formatted("| %g ppm | %s | %.3f | %.3f | %.3f | %.3f |\n", ppm, isCorrected ? "yes" : "no",
+                             all.auc.value(), withBoth.auc.value(), all.logLoss.value(),
+                             withBoth.logLoss.value());
     }
 }
 
@@ -82,9 +100,9 @@ int run(const std::vector<std::string>& words) {
   else if (command == "offsets" && words.size() == 2)
     tryOffsets(words[1]);
   else if (command == "referencing" && words.size() == 3)
-    writeReferencing(std::cout, studyOf(words[1], words[2]));
+    writeReferencing(std::cout, dataOfTables(words[1], words[2]));
   else if (command == "relations" && words.size() == 3)
-    writeRelations(std::cout, studyOf(words[1], words[2]).fitted);
+    fitAllRelations(dataOfTables(words[1], words[2]));
   else {
     std::cerr
         << "usage: zorvela-study next-shift DATA | offsets DATA | referencing DATA TAB | relations DATA TAB\n"

@@ -5,8 +5,11 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <ostream>
+#include <string>
 
 #include "predict/evidence.h"
+#include "train/study/formatted.h"
 #include "util/robust.h"
 #include "zorvela/calls.h"
 
@@ -186,6 +189,35 @@ NextShiftTrial tryNextShifts(const std::vector<TrialProline>& prolines, int roun
       all.push_back(std::move(start));
     }
   return {figuresOf(all, bootstrapRounds), figuresOf(undecided, bootstrapRounds)};
+}
+
+// --- As text --------------------------------------------------------------------------------------
+
+namespace {
+
+void writeTrialSet(std::ostream& out, const std::string& name, const TrialFigures& figures) {
+  out << '\n'
+      << name << ": " << figures.starts << " starts of " << figures.prolines << " prolines\n"
+      << "          log loss (bits)                               undecided\n"
+         "shifts    by gain  at random  saved [95 %]              by gain  at random\n";
+  for (std::size_t i = 0; i < figures.steps.size(); ++i) {
+    const TrialStep& step = figures.steps[i];
+    out << formatted("%6zu    %7.4f  %9.4f  %6.4f [%.4f %.4f]  %8.3f  %9.3f\n", i, step.byGain, step.atRandom,
+                     step.atRandom - step.byGain, step.saved.low, step.saved.high, step.undecidedByGain,
+                     step.undecidedAtRandom);
+  }
+  out << formatted("The first shift by gain: %.4f bits expected, %.4f bits less log loss.\n",
+                   figures.promised, figures.kept);
+}
+
+}  // namespace
+
+void writeTrial(std::ostream& out, const NextShiftTrial& trial, int rounds) {
+  out << "Each shift is hidden with a chance of one half, " << rounds
+      << " times for each proline; hidden ones are then\n"
+         "given back one at a time, by expected gain of information or at random.\n";
+  writeTrialSet(out, "All", trial.all);
+  writeTrialSet(out, "Undecided at the start", trial.undecided);
 }
 
 }  // namespace zorvela

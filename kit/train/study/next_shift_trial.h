@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <vector>
 
 #include "predict/next_shift.h"
@@ -58,5 +59,8 @@ struct NextShiftTrial {
 /// Hides each shift with a chance of one half, `rounds` times for each proline, and gives back up to four.
 /// The same prolines give the same figures on every machine.
 NextShiftTrial tryNextShifts(const std::vector<TrialProline>& prolines, int rounds, int bootstrapRounds);
+
+/// Writes what the shifts that are measured next are worth; hidden `rounds` times.
+void writeTrial(std::ostream& out, const NextShiftTrial& trial, int rounds);
 
 }  // namespace zorvela

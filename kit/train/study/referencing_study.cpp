@@ -3,11 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <map>
+#include <ostream>
 
 #include "ZORVELA.h"
 #include "train/metrics.h"
+#include "train/study/formatted.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 
@@ -123,6 +126,34 @@ std::vector<ShiftRelation> fitRelations(const std::vector<const EntryShifts*>& c
   return relations;
 }
 
+// --- Fitted relations as text ---------------------------------------------------------------------
+
+namespace {
+
+std::string measureText(Measure measure) {
+  switch (measure) {
+    case Measure::caMinusCb:
+      return "caMinusCb";
+    case Measure::alphaProton:
+      return "alphaProton";
+    case Measure::amideProtons:
+      break;
+  }
+  return "amideProtons";
+}
+
+}  // namespace
+
+void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relations) {
+  for (const ShiftRelation& relation : relations) {
+    out << "{\"" << relation.atom << "\", Measure::" << measureText(relation.measure) << ", "
+        << formatted("%g, %g", relation.first, relation.step) << ", {";
+    for (std::size_t i = 0; i < relation.points.size(); ++i)
+      out << (i > 0 ? ", " : "") << formatted("%.3f", relation.points[i]);
+    out << "}, " << formatted("%.3f, %.3f", relation.scatter, relation.betweenChains) << "},\n";
+  }
+}
+
 // --- Counting -------------------------------------------------------------------------------------
 
 namespace {
@@ -132,6 +163,21 @@ constexpr double kCarbonAdded = 1.5;
 constexpr double kProtonAdded = 0.5;
 // Seed of the halves; any number does, but always the same one.
 constexpr std::uint64_t kHalfSeed = 11;
+
+/// The straight line of the check report, the relations as `run` uses them, and relations that are fitted to
+/// the clusters of the other half.
+const std::array<const char*, 3> kMethods = {"zorvela -check", "zorvela-kit", "other half"};
+
+/// An offset that a method finds in a chain.
+struct FoundOffset {
+  double offset = 0;  ///< ppm; not a number where there is none
+  double error = 0;
+  bool isCalled = false;  ///< it calls for a correction
+};
+/// CA, CB, HA, C.
+using FoundOffsets = std::array<FoundOffset, 4>;
+/// By method.
+using Found = std::array<FoundOffsets, kMethods.size()>;
 
 /// The straight line of the check report, which is an operation on the program's table of secondary shifts.
 FoundOffsets byLine(const EntryShifts& chain) {
@@ -204,14 +250,12 @@ std::vector<const EntryShifts*> chosen(const LabelledProlines& data,
 /// What the methods find in all chains after offsets were added.
 class Trial {
  public:
-  using Found = std::array<FoundOffsets, kOffsetMethods>;
-
   explicit Trial(const LabelledProlines& labelled) : data(labelled), half(halves(labelled)) {
     for (std::size_t i = 0; i < forHalf.size(); ++i)
       forHalf[i] = fitRelations(chosen(data, [&](std::size_t entry) { return half[entry] != i; }));
   }
 
-  std::vector<Found> add(double carbon, double proton) {
+  std::vector<Found> add(double carbon, double proton) const {
     std::vector<Found> found;
     for (std::size_t i = 0; i < data.entries.size(); ++i) {
       EntryShifts chain = data.entries[i];
@@ -236,81 +280,82 @@ const Places kAlphaCarbon = {0, 1};
 const Places kAlphaProton = {2};
 const Places kCarbonyl = {3};
 
-CalledCount count(const std::string& name, const LabelledProlines& data,
-                  const std::vector<Trial::Found>& found, const Places& places,
-                  const std::function<bool(const EntryShifts&)>& isCounted) {
-  CalledCount result;
-  result.chains = name;
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    if (!isCounted(data.entries[i])) continue;
-    ++result.count;
-    for (std::size_t method = 0; method < kOffsetMethods; ++method)
-      if (std::any_of(places.begin(), places.end(),
-                      [&](std::size_t place) { return found[i][method][place].isCalled; }))
-        ++result.called[method];
-  }
-  return result;
+std::string share(std::size_t part, std::size_t whole) {
+  if (whole == 0) return "-";
+  return formatted("%zu (%.1f %%)", part, 100.0 * static_cast<double>(part) / static_cast<double>(whole));
 }
 
-EstimateSpread spreadOf(const std::string& atoms, const std::vector<Trial::Found>& found, std::size_t method,
-                        std::size_t place) {
-  EstimateSpread spread;
-  spread.atoms = atoms;
-  spread.method = method;
+/// A row of how often each method calls for a correction in the chains that count.
+std::string calledRow(const std::string& name, const LabelledProlines& data, const std::vector<Found>& found,
+                      const Places& places, const std::function<bool(const EntryShifts&)>& isCounted) {
+  std::size_t count = 0;
+  std::array<std::size_t, kMethods.size()> called{};
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    if (!isCounted(data.entries[i])) continue;
+    ++count;
+    for (std::size_t method = 0; method < called.size(); ++method)
+      if (std::any_of(places.begin(), places.end(),
+                      [&](std::size_t place) { return found[i][method][place].isCalled; }))
+        ++called[method];
+  }
+  return formatted("%-42s %7zu  %-15s  %-15s  %s\n", name.c_str(), count, share(called[0], count).c_str(),
+                   share(called[1], count).c_str(), share(called[2], count).c_str());
+}
+
+/// A row of what a method estimates for an atom.
+std::string spreadRow(const std::string& atoms, const std::vector<Found>& found, std::size_t method,
+                      std::size_t place) {
   std::vector<double> offsets;
   std::size_t beyond = 0;
-  for (const Trial::Found& chain : found) {
+  for (const Found& chain : found) {
     const FoundOffset& offset = chain[method][place];
     if (!std::isfinite(offset.offset) || !std::isfinite(offset.error)) continue;
     offsets.push_back(offset.offset);
     if (std::fabs(offset.offset) > 2 * offset.error) ++beyond;
   }
-  if (offsets.empty()) return spread;
-  spread.count = offsets.size();
-  spread.median = median(offsets);
-  spread.deviation = robustDeviation(offsets, spread.median);
-  spread.beyondTwoErrors = static_cast<double>(beyond) / static_cast<double>(offsets.size());
-  return spread;
+  const bool isEmpty = offsets.empty();
+  const double middle = isEmpty ? 0 : median(offsets);
+  return formatted("%-27s %-15s %7zu  %8.3f  %8.3f  %.1f %%\n", atoms.c_str(), kMethods[method],
+                   offsets.size(), rounded(middle), isEmpty ? 0 : robustDeviation(offsets, middle),
+                   isEmpty ? 0 : 100 * (static_cast<double>(beyond) / static_cast<double>(offsets.size())));
 }
 
 }  // namespace
 
-ReferencingStudy studyReferencing(const LabelledProlines& data) {
+void writeReferencing(std::ostream& out, const LabelledProlines& data) {
   const auto isLong = [](const EntryShifts& chain) { return chain.residues.size() >= kLongChain; };
   const auto any = [](const EntryShifts&) { return true; };
   const auto longWith = [&](bool (*holds)(const BackboneValues&), std::size_t least) {
     return [=](const EntryShifts& chain) { return isLong(chain) && residuesWith(chain, holds) >= least; };
   };
-  Trial trial(data);
-  ReferencingStudy study;
-  study.chains = data.entries.size();
-  study.longChains =
-      static_cast<std::size_t>(std::count_if(data.entries.begin(), data.entries.end(), isLong));
-  study.fitted = fitRelations(chosen(data, [](std::size_t) { return true; }));
-
-  const std::vector<Trial::Found> asTheyAre = trial.add(0, 0);
-  study.called.push_back(count("as they are", data, asTheyAre, kAnyAtom, any));
-  study.called.push_back(count("  CA and CB", data, asTheyAre, kAlphaCarbon, any));
-  study.called.push_back(count("  HA", data, asTheyAre, kAlphaProton, any));
-  study.called.push_back(count("  C'", data, asTheyAre, kCarbonyl, any));
-  const std::vector<Trial::Found> carbon = trial.add(kCarbonAdded, 0);
-  study.called.push_back(
-      count("1.5 ppm added to all 13C, chains with 13C", data, carbon, kCarbons, longWith(hasCarbon, 1)));
-  study.called.push_back(
-      count("  with CA and CB of 20 residues", data, carbon, kCarbons, longWith(hasCAandCB, 20)));
-  const std::vector<Trial::Found> proton = trial.add(0, kProtonAdded);
-  study.called.push_back(
-      count("0.5 ppm added to HA, chains with HA", data, proton, kAlphaProton, longWith(hasAlphaProton, 1)));
-  study.called.push_back(
-      count("  with CA and CB of 20 residues", data, proton, kAlphaProton, [&](const EntryShifts& chain) {
-        return longWith(hasAlphaProton, 1)(chain) && longWith(hasCAandCB, 20)(chain);
-      }));
-  for (std::size_t method = 0; method < kOffsetMethods; ++method) {
-    study.spreads.push_back(spreadOf("CA and CB", asTheyAre, method, 0));
-    study.spreads.push_back(spreadOf("HA", asTheyAre, method, 2));
-    study.spreads.push_back(spreadOf("C'", asTheyAre, method, 3));
-  }
-  return study;
+  const auto longWithProtonAndCarbons = [&](const EntryShifts& chain) {
+    return longWith(hasAlphaProton, 1)(chain) && longWith(hasCAandCB, 20)(chain);
+  };
+  const Trial trial(data);
+  const std::vector<Found> asTheyAre = trial.add(0, 0);
+  const std::vector<Found> carbon = trial.add(kCarbonAdded, 0);
+  const std::vector<Found> proton = trial.add(0, kProtonAdded);
+  out << data.entries.size() << " chains, " << std::count_if(data.entries.begin(), data.entries.end(), isLong)
+      << " of 40 residues or more\n"
+      << "other half: as zorvela-kit, by constants from the clusters of the other half\n\n"
+      << formatted("%-42s %7s  %-15s  %-15s  %s\n", "a correction is called for", "chains", kMethods[0],
+                   kMethods[1], kMethods[2])
+      << calledRow("as they are", data, asTheyAre, kAnyAtom, any)
+      << calledRow("  CA and CB", data, asTheyAre, kAlphaCarbon, any)
+      << calledRow("  HA", data, asTheyAre, kAlphaProton, any)
+      << calledRow("  C'", data, asTheyAre, kCarbonyl, any)
+      << calledRow("1.5 ppm added to all 13C, chains with 13C", data, carbon, kCarbons,
+                   longWith(hasCarbon, 1))
+      << calledRow("  with CA and CB of 20 residues", data, carbon, kCarbons, longWith(hasCAandCB, 20))
+      << calledRow("0.5 ppm added to HA, chains with HA", data, proton, kAlphaProton,
+                   longWith(hasAlphaProton, 1))
+      << calledRow("  with CA and CB of 20 residues", data, proton, kAlphaProton, longWithProtonAndCarbons)
+      << '\n'
+      << formatted("%-27s %-15s %7s  %8s  %8s  %s\n", "offsets as they are (ppm)", "by", "chains", "median",
+                   "spread", "beyond two errors");
+  for (std::size_t method = 0; method < kMethods.size(); ++method)
+    out << spreadRow("CA and CB", asTheyAre, method, 0) << spreadRow("HA", asTheyAre, method, 2)
+        << spreadRow("C'", asTheyAre, method, 3);
 }
 
 }  // namespace zorvela

@@ -1,9 +1,7 @@
 // Fits the relations by which referencing offsets are estimated, and counts how often they see an offset.
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <string>
+#include <iosfwd>
 #include <vector>
 
 #include "predict/referencing.h"
@@ -22,48 +20,11 @@ void rereference(EntryShifts& chain);
 /// Error where no chain has enough residues for one of them.
 std::vector<ShiftRelation> fitRelations(const std::vector<const EntryShifts*>& chains);
 
-/// The ways to estimate an offset that are compared.
-enum class OffsetMethod {
-  line,      ///< the straight line of the check report
-  known,     ///< `estimateOffsets` as `run` uses it
-  otherHalf  ///< the same, with relations fitted to the clusters of the other half
-};
-inline constexpr std::size_t kOffsetMethods = 3;
+/// Writes relations as kit/predict/referencing.cpp holds them.
+void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relations);
 
-/// Offsets that a method finds in a chain: CA, CB, HA, C.
-struct FoundOffset {
-  double offset = 0;  ///< ppm; not a number where there is none
-  double error = 0;
-  bool isCalled = false;  ///< it calls for a correction
-};
-using FoundOffsets = std::array<FoundOffset, 4>;
-
-/// How often a correction is called for among some chains.
-struct CalledCount {
-  std::string chains;                                ///< which chains, and what was added to them
-  std::size_t count = 0;                             ///< chains
-  std::array<std::size_t, kOffsetMethods> called{};  ///< by method
-};
-
-/// The estimates of an atom over the chains as they are.
-struct EstimateSpread {
-  std::string atoms;
-  std::size_t method = 0;
-  std::size_t count = 0;       ///< chains with an estimate
-  double median = 0;           ///< ppm
-  double deviation = 0;        ///< robust, ppm
-  double beyondTwoErrors = 0;  ///< share of chains whose offset is more than twice its error from 0
-};
-
-struct ReferencingStudy {
-  std::size_t chains = 0;
-  std::size_t longChains = 0;  ///< of 40 residues or more
-  std::vector<CalledCount> called;
-  std::vector<EstimateSpread> spreads;
-  std::vector<ShiftRelation> fitted;  ///< to all chains
-};
-
-/// Tries the methods on all entries, as they are and with offsets added.
-ReferencingStudy studyReferencing(const LabelledProlines& data);
+/// Tries three ways to estimate offsets on all entries, as they are and with offsets added, and writes how
+/// often each calls for a correction and what its estimates are.
+void writeReferencing(std::ostream& out, const LabelledProlines& data);
 
 }  // namespace zorvela

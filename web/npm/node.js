@@ -1,0 +1,9 @@
+// The package in Node, whose fetch() takes no address of a file.
+import { readFile } from "node:fs/promises";
+
+import { fetched, libraryOf } from "./library.js";
+
+const read = (address) => (String(address).startsWith("file:") ? readFile(new URL(address)) : fetched(address));
+
+export { PredictionError } from "./library.js";
+export const { load, predict, report, versions } = libraryOf(() => new URL("./zorvela.wasm", import.meta.url), read);

@@ -305,6 +305,24 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
                   "this " + file.format + " file holds: " + printable(text, kLongestNote));
 }
 
+/// Whether rows of a chain may be of the protein that the sequence given is of.
+bool mayBeOfProtein(std::size_t chain, const Entry& entry, const ShiftRows& rows) {
+  const auto isNamed = [](const FileShift* row) { return !row->residueName.empty(); };
+  if (rows.empty() || entry.file.chains[chain].polymer == Polymer::other) return false;
+  return std::none_of(rows.begin(), rows.end(), isNamed) || isPolypeptide(chain, entry);
+}
+
+/// Puts the wanted chains on the sequence that the user gives.
+void placeOnSequence(const Entry& entry, const ImportOptions& options) {
+  std::set<std::size_t> wanted;
+  for (const std::string& name : options.chains)
+    for (const std::size_t chain : indicesOf(name, entry.file.chains)) wanted.insert(chain);
+  for (std::size_t chain = 0; chain < entry.file.chains.size(); ++chain)
+    if ((options.chains.empty() || wanted.count(chain) > 0) &&
+        mayBeOfProtein(chain, entry, allRowsOf(chain, entry)))
+      placeOnSequence(entry.file, chain, *options.sequence, options.firstResidue, entry.path);
+}
+
 /// FileError where neither a sequence nor a row says what the residues are.
 void requireNames(const ShiftFile& file, const std::string& path) {
   bool hasRows = false;
@@ -321,17 +339,15 @@ void requireNames(const ShiftFile& file, const std::string& path) {
 
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
   checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
-  requireNames(file, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
+  if (options.sequence) placeOnSequence(entry, options);
+  requireNames(file, path);
   entry.lists = wantedLists(options.lists, file, path);
   entry.areListsChosen = !options.lists.empty();
   Outcome outcome;
   const Indices chains =
       options.chains.empty() ? polypeptidesWithShifts(entry, outcome) : namedChains(options.chains, entry);
-  if (options.sequence)
-    for (const std::size_t chain : chains)
-      placeOnSequence(file, chain, *options.sequence, options.firstResidue, path);
   for (const std::size_t chain : chains) addProteins(chain, listsFor(chain, entry, outcome), entry, outcome);
   if (outcome.proteins.empty()) throwNoShifts(entry, outcome);
   if (const std::size_t unplaced = countUnplaced(entry.lists, file); unplaced > 0)

@@ -128,7 +128,7 @@ class ChainRows {
 
  private:
   void add(const FileShift& row) {
-    if (const auto number = toInteger(numberOf(row))) rows.push_back({*number, &row});
+    if (const auto number = toInteger(numberOf(row))) rows.push_back({long{*number} + row.offset.value_or(0), &row});
   }
 
   std::vector<FileShift> named;  ///< rows for the residues of the file's own sequence
@@ -272,6 +272,7 @@ void placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& seq
     for (FileShift& row : list.shifts)
       if (row.chain == chain) row.key = row.number = rows.numberOf(row);
   rekey(rows.numbersOfKeys(), own);
+  own.polymer = Polymer::polypeptide;
   own.residues = std::move(given.chain.residues);
   const auto append = [](auto& to, const auto& more) { to.insert(to.end(), more.begin(), more.end()); };
   append(own.disulfides, given.chain.disulfides);

@@ -128,7 +128,8 @@ class ChainRows {
 
  private:
   void add(const FileShift& row) {
-    if (const auto number = toInteger(numberOf(row))) rows.push_back({long{*number} + row.offset.value_or(0), &row});
+    if (const auto number = toInteger(numberOf(row)))
+      rows.push_back({long{*number} + row.offset.value_or(0), &row});
   }
 
   std::vector<FileShift> named;  ///< rows for the residues of the file's own sequence

@@ -46,9 +46,9 @@ TEST(PlaceOnSequence, GivesNamesAndTheResiduesWithoutShifts) {
 }
 
 TEST(PlaceOnSequence, CountsFromTheNumberGiven) {
-  const Protein protein = read(kNameless + kShifts, on("AGVPGT", 3)).front();
-  EXPECT_EQ(protein.sequence, "AGVPGT");
-  EXPECT_EQ(protein.numbers, (Texts{"3", "4", "5", "6", "7", "8"}));
+  const Protein protein = read(kNameless + kShifts, on("KAGVPGT", 2)).front();
+  EXPECT_EQ(protein.sequence, "KAGVPGT");
+  EXPECT_EQ(protein.numbers, (Texts{"2", "3", "4", "5", "6", "7", "8"}));
 }
 
 TEST(PlaceOnSequence, TakesTheNumbersOfTheSequence) {
@@ -62,10 +62,10 @@ TEST(PlaceOnSequence, TakesTheNumbersOfTheSequence) {
 
 TEST(PlaceOnSequence, NamesTheNumberThatFits) {
   EXPECT_EQ(
-      message(kNameless + kShifts, on("AGVPGT")),
+      message(kNameless + kShifts, on("KAGVPGT")),
       "x.csv: does not fit the sequence of p.seq from number 1 on: 4 of 4 residues are in conflict, the "
       "first: "
-      "residue 2 (G) has CB 33.1; it fits with 3 as the number of the first residue: give --first-residue 3");
+      "residue 2 (A) has CB 33.1; it fits with 2 as the number of the first residue: give --first-residue 2");
   EXPECT_EQ(message(kNameless + kShifts, on("MKAGVPGT", 4))
                 .find("x.csv: does not fit the sequence of p.seq from "
                       "number 4 on: 4 of 4 residues are in conflict, the "
@@ -76,7 +76,7 @@ TEST(PlaceOnSequence, NamesTheNumberThatFits) {
 TEST(PlaceOnSequence, RefusesTheSequenceOfAnotherProtein) {
   EXPECT_EQ(
       message(kNameless + kShifts, on("PPPPPPPPPPP")),
-      "x.csv: does not fit the sequence of p.seq from number 1 on: 3 of 4 residues are in conflict, the "
+      "x.csv: does not fit the sequence of p.seq from number 1 on: 2 of 4 residues are in conflict, the "
       "first: "
       "residue 4 (P) has CA 45.2; give the sequence of this protein, and the number of its first residue");
 }

@@ -254,6 +254,24 @@ SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
   return sequence;
 }
 
+std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
+  if (one.chains.size() != other.chains.size()) return "another number of chains";
+  for (std::size_t c = 0; c < one.chains.size(); ++c) {
+    const std::vector<FileResidue>& residues = one.chains[c].residues;
+    const std::vector<FileResidue>& others = other.chains[c].residues;
+    const auto differ = [](const FileResidue& a, const FileResidue& b) {
+      return polypeptideResidue(a.name).letter != polypeptideResidue(b.name).letter;
+    };
+    const std::size_t common = std::min(residues.size(), others.size());
+    for (std::size_t i = 0; i < common; ++i)
+      if (differ(residues[i], others[i]))
+        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) + " and " +
+               printable(others[i].name, 20);
+    if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
+  }
+  return {};
+}
+
 bool looksLikeSequence(std::string_view head) {
   if (!head.empty() && head.front() == '>') return true;
   constexpr std::size_t kFewestLetters = 10;

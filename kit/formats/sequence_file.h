@@ -22,6 +22,9 @@ struct SequenceFile {
 /// gzipped. FileError for other bytes and for more residues than any protein has.
 SequenceFile sequenceFileOf(std::string bytes, const std::string& file);
 
+/// Returns the first residue in which two sequences differ, in words; empty where they are the same.
+std::string differenceOf(const SequenceFile& one, const SequenceFile& other);
+
 /// Whether the beginning of a text shows a sequence in letters or names: FASTA, names of which most are amino
 /// acids, or at least ten capital letters that all are.
 bool looksLikeSequence(std::string_view head);

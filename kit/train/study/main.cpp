@@ -54,7 +54,7 @@ Figures figuresOf(const Evaluation& evaluation, const std::string& key) {
 /// What an offset of 13C costs, as a Markdown table.
 void tryOffsets(const std::string& folder) {
   const CrossValidation trained(folder);
-  std::cout << "| 13C offset | --rereference | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
+  std::cout << "| 13C offset | corrected | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
                "|---|---|---|---|---|---|\n";
   for (const double ppm : {0.0, 1.0, 2.0, 3.0})
     for (const bool isCorrected : {false, true}) {

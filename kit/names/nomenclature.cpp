@@ -151,6 +151,12 @@ std::string threeLetterName(char code) {
   return index == std::string_view::npos ? std::string() : std::string(kNames.substr(3 * index, 3));
 }
 
+bool isLinker(std::string_view name) {
+  const std::string key = upper(name);
+  if (key == "PL" || key == "LP") return true;
+  return startsIgnoringCase(key, "LL") && (key.size() == 2 || (key.size() == 3 && isDigit(key[2])));
+}
+
 bool isOtherMolecule(std::string_view name) {
   if (isIonOrWater(name) || isNucleotide(name)) return true;
   const gemmi::ResidueInfo info = tabulated(upper(name));
@@ -172,6 +178,17 @@ std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
   if (!number) return std::nullopt;
   if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
   return ResidueNumber{*number, text.substr(end)};
+}
+
+std::optional<NeighbourCode> readNeighbourCode(std::string_view code) {
+  constexpr std::size_t kOffsetSize = 2;  // a sign and a digit
+  if (code.size() <= kOffsetSize) return std::nullopt;
+  const std::string_view number = code.substr(0, code.size() - kOffsetSize);
+  const std::string_view offset = code.substr(number.size());
+  const bool hasSign = offset.front() == '-' || offset.front() == '+';
+  const bool hasNumber = std::any_of(number.begin(), number.end(), isDigit) && number.back() != ' ';
+  if (!hasSign || !isDigit(offset.back()) || !hasNumber) return std::nullopt;
+  return NeighbourCode{std::string(number), toInteger(offset).value()};
 }
 
 std::optional<std::string> steppedNumber(const std::string& text, long steps) {

@@ -21,12 +21,6 @@ bool isUnassigned(const std::string& code) {
   return !code.empty() && code.front() == kUnassignedMark;
 }
 
-/// "12-1": seen from residue 12, its neighbour, whichever that is.
-bool isOffset(const std::string& code) {
-  const auto number = readResidueNumber(code);
-  return number && !number->code.empty() && (number->code.front() == '-' || number->code.front() == '+');
-}
-
 /// Whether a residue has a peptide bond towards its neighbour, by the words of the sequence table.
 bool isInside(const std::string& linking) {
   return equalIgnoringCase(linking, "middle") || equalIgnoringCase(linking, "cyclic");
@@ -137,8 +131,13 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
     const std::string code = nameOf(chain.text(row), file.notes);
-    shift.key = shift.number = number.word(row);
-    if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
+    shift.number = number.word(row);
+    if (const auto neighbour = readNeighbourCode(shift.number)) {
+      shift.number = neighbour->number;
+      shift.offset = neighbour->offset;
+    }
+    shift.key = shift.number;
+    if (isUnassigned(code) || isUnassigned(shift.key)) {
       if (unassigned++ == 0) example = isUnassigned(code) ? code + " " + shift.key : shift.key;
       continue;
     }

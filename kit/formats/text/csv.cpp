@@ -426,11 +426,7 @@ void writePoints(std::vector<FileShift>& shifts, std::vector<std::string>& notes
 
 /// One-letter names become three-letter ones. A lower-case c is a disulfide cysteine, but not in a file that
 /// writes all its letters in lower case.
-void nameResidues(std::vector<FileShift>& shifts, const std::string& file) {
-  const auto hasName = [](const FileShift& shift) { return !shift.residueName.empty(); };
-  if (!shifts.empty() && std::none_of(shifts.begin(), shifts.end(), hasName))
-    throw FileError(file, 0, "the rows have no residue names",
-                    "add a column resname with one- or three-letter names");
+void nameResidues(std::vector<FileShift>& shifts) {
   const auto isUpperLetter = [](const FileShift& shift) {
     const std::string& name = shift.residueName;
     return name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z';
@@ -466,7 +462,7 @@ ShiftFile readCsv(const Source& source) {
   settleLabels(contents, source.file);
   writePoints(contents.shifts, file.notes);
   dropImpossible(contents, file.notes);
-  nameResidues(contents.shifts, source.file);
+  nameResidues(contents.shifts);
   for (const std::string& name : contents.chains) {
     file.chains.emplace_back();
     file.chains.back().name = nameOf(name, file.notes);

@@ -146,6 +146,38 @@ class StarPartsTest(ImportTest):
         self.assertEqual(notes[0], "the file states a systematic offset of 0.3 ppm (TROSY offset, amide nitrogens); "
                                    "it is not applied")
 
+    NEF_ROWS = ("loop_ _nef_chemical_shift.chain_code _nef_chemical_shift.sequence_code "
+                "_nef_chemical_shift.residue_name _nef_chemical_shift.atom_name _nef_chemical_shift.value ")
+    NEF_SEQUENCE = ("loop_ _nef_sequence.chain_code _nef_sequence.sequence_code _nef_sequence.residue_name "
+                    "A 43 SER A 44 PRO A 45 GLY A 46 ALA stop_ ")
+
+    def test_shifts_kept_under_the_next_residue(self):
+        """44 is seen from 45 alone, 43 from 44 as well as by itself; 46+1 is outside the sequence."""
+        out, notes = self.imported("data_x " + self.NEF_SEQUENCE + self.NEF_ROWS +
+                                   "A 44-1 . CA 58.2 A 43 SER CA 58.4 A 45-1 . CA 63.1 A 45-1 . CB 34.2 "
+                                   "A 45-1 . CG 24.5 A 45 GLY HA% 3.9 A 46+0 . CB 19.1 A 46-1 . HA2 4.2 "
+                                   "A 46+1 . CA 50 A @46-1 . CA 51")
+        self.assertEqual(out, table(
+            ["Imported from standard input (NEF), chain A, shift list x", "Residue 1 here is residue 43 there"], "SPGA",
+            ["1 CA 58.400", "2 CA 63.100", "2 CB 34.200", "2 CG 24.500", "3 HA2 3.900", "3 HA3 3.900", "4 CB 19.100"]))
+        self.assertEqual(notes, [
+            "1 shift not assigned to a residue left out, such as those of @46",
+            "one shift for both alpha protons of glycine, written as HA2 and HA3: 45",
+            "4 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 44 CA, 44 CB, 44 CG, 46 CB",
+            "2 shifts kept under a neighbour (n-1) not used, as the residue has its own",
+            "1 shift left out, the sequence has no such residue: 46"])
+
+    def test_neighbours_without_a_sequence(self):
+        """The residue before has a place, and the name that its own rows give."""
+        out, notes = self.imported("data_x " + self.NEF_ROWS + "A 44 PRO HA 4.4 A 45-1 . CG 24.5 A 45 GLY CA 45 "
+                                   "A 43-1 . CA 55 A 47-1 PRO CB 33")
+        self.assertEqual(out, table(
+            ["Imported from standard input (NEF), chain A, shift list x", "Residue 1 here is residue 42 there"], "??PGP?",
+            ["1 CA 55.000", "3 HA 4.400", "3 CG 24.500", "4 CA 45.000", "5 CB 33.000"]))
+        self.assertEqual(notes, [
+            NO_SEQUENCE,
+            "3 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 42 CA, 44 CG, 46 CB"])
+
     def test_side_chains_alone(self):
         self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: the "
                          "chain without a name (the list without a name): 1 shift, none for the table (%s, 1 shift of other atoms (side chain "

@@ -34,15 +34,15 @@ class Engine {
       : folder(tablesFolder),
         tables(tablesFromFolder(tablesFolder)),
         classes(statisticsOf(tables)),
-        asMeasured(tables),
-        corrected(tables, {true}) {}
+        asMeasured(tables, {true}),
+        corrected(tables) {}
 
   Results predict(const std::vector<Protein>& proteins, const std::string& file, const Structures& structures,
-                  bool rereference) const {
+                  bool asReferenced) const {
     RunReport report{folder, classes, {{file, {}, ""}}};
     for (const auto& structure : structures) report.structures.push_back(*structure);
     std::vector<ProteinResult>& results = report.files.front().proteins;
-    const Predictor& predictor = rereference ? corrected : asMeasured;
+    const Predictor& predictor = asReferenced ? asMeasured : corrected;
     for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
     if (!structures.empty()) compareWithStructures(proteins, report.structures, results);
     noteChainsWithoutShifts(report);
@@ -62,7 +62,7 @@ struct Request {
   ImportOptions import;
   std::optional<std::string> sequence;
   Structures structures;
-  bool rereference = false;
+  bool asReferenced = false;
 };
 
 Results predictProteins(const Engine& engine, std::vector<Protein> proteins, const std::string& file,
@@ -71,7 +71,7 @@ Results predictProteins(const Engine& engine, std::vector<Protein> proteins, con
     throw ChoiceError(file, 0, "has " + std::to_string(proteins.size()) + " chains or lists for one sequence",
                       "choose one with chain and list");
   if (request.sequence) proteins.front() = onSequence(std::move(proteins.front()), *request.sequence);
-  return engine.predict(proteins, file, request.structures, request.rereference);
+  return engine.predict(proteins, file, request.structures, request.asReferenced);
 }
 
 Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
@@ -94,7 +94,7 @@ Results predictShifts(const Engine& engine, const std::string& sequence, const s
   for (const auto& [number, atom, ppm] : named) shifts.push_back({number, atom, ppm});
   std::vector<Protein> proteins = {proteinOfShifts(sequence, shifts, first)};
   proteins.front().file = name;
-  return engine.predict(proteins, name, request.structures, request.rereference);
+  return engine.predict(proteins, name, request.structures, request.asReferenced);
 }
 
 std::shared_ptr<const ProteinStructure> structureOfFile(const std::string& path) {
@@ -138,9 +138,9 @@ PYBIND11_MODULE(_zorvela, module) {
 
   py::class_<Request>(module, "Request")
       .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
-                       std::optional<std::string> sequence, Structures structures, bool rereference) {
+                       std::optional<std::string> sequence, Structures structures, bool asReferenced) {
         return Request{
-            {std::move(chains), std::move(lists)}, std::move(sequence), std::move(structures), rereference};
+            {std::move(chains), std::move(lists)}, std::move(sequence), std::move(structures), asReferenced};
       }));
   py::class_<Engine>(module, "Engine")
       .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())

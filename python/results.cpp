@@ -156,13 +156,17 @@ void addEvidence(const py::module_& module) {
                            "What one of the 19 shifts says. All but `nats` in ppm.")
       .add(
           "observed", [](Shift shift) { return toPython(shift.observed); },
-          "float | None: the shift, ppm; of HA of glycine the mean of HA2 and HA3; None if missing.")
+          "float | None: the shift of the file, ppm; of HA of glycine the mean of HA2 and HA3; None if "
+          "missing.")
+      .add(
+          "corrected", [](Shift shift) { return toPython(shift.corrected); },
+          "float | None: the shift that is used in its place, ppm, where it was corrected.")
       .add(
           "reference", [](Shift shift) { return toPython(shift.reference); },
           "float | None: random-coil shift with its corrections, ppm; None for CG.")
       .add(
           "used", [](Shift shift) { return toPython(shift.secondary); },
-          "float | None: observed less reference within its limits, ppm; of CG the shift itself.")
+          "float | None: the shift less its reference within its limits, ppm; of CG the shift itself.")
       .add(
           "clipped", [](Shift shift) { return toPython(shift.clipped); },
           "bool: it was beyond the limit of its residue type, which is used instead.")
@@ -389,8 +393,18 @@ void addProlines(const py::module_& module) {
           "p_cis_norm", [](Proline proline) { return toPython(proline.pCisNorm); },
           "float | None: probability of cis (0 to 1) where 1 proline in 20 is cis: the one to go by.")
       .add(
+          "p_cis_norm_as_referenced", [](Proline proline) { return toPython(proline.pCisNormAsReferenced); },
+          "float | None: where shifts were corrected, p_cis_norm from those of the file.")
+      .add(
           "call", [](Proline proline) { return pythonText(toText(proline.call)); },
           "str: cis (p_cis_norm at least 0.5), trans (at most 0.05), undecided, or none.")
+      .add(
+          "call_as_referenced",
+          [](Proline proline) {
+            return proline.callAsReferenced ? py::object(pythonText(toText(*proline.callAsReferenced)))
+                                            : py::object(py::none());
+          },
+          "str | None: where shifts were corrected, the call from those of the file.")
       .add(
           "reason", [](Proline proline) { return orNone(proline.reason); },
           "str | None: why there is no prediction.")
@@ -484,6 +498,9 @@ void addProteins(const py::module_& module) {
       .addParts(
           "referencing", [](Chain chain) -> auto& { return chain.offsets; },
           "list[ReferencingOffset], 4 of them: CA, CB, HA and C.")
+      .add(
+          "correction", [](Chain chain) { return orNone(chain.correction); },
+          "str | None: which shifts were corrected before predicting, and by how much.")
       .addParts(
           "prolines", [](Chain chain) -> auto& { return chain.prolines; },
           "list[Proline]: every proline of the sequence, in its order.")

@@ -36,7 +36,7 @@ const zorvela::Tables& embedded() {
 
 /// Files predicted one after the other, with the same choices.
 struct Run {
-  explicit Run(bool rereference) : predictor(embedded(), {rereference}) {}
+  explicit Run(bool asReferenced) : predictor(embedded(), {asReferenced}) {}
 
   zorvela::ImportOptions import;
   zorvela::Predictor predictor;
@@ -77,9 +77,9 @@ ZORVELA_EXPORT("text_delete") void text_delete(Text* text) {
 
 // --- Runs ---------------------------------------------------------------------------------------
 
-/// With shifts corrected by the referencing offsets that they show, or as they stand.
-ZORVELA_EXPORT("run_new") Run* run_new(bool rereference) {
-  return orNull([=] { return new Run(rereference); });
+/// With shifts as they are in the file, or corrected by the referencing offsets that they show.
+ZORVELA_EXPORT("run_new") Run* run_new(bool asReferenced) {
+  return orNull([=] { return new Run(asReferenced); });
 }
 
 ZORVELA_EXPORT("run_delete") void run_delete(Run* run) {
@@ -118,12 +118,14 @@ ZORVELA_EXPORT("run_report") Text* run_report(const Run* run, const Text* format
   });
 }
 
-/// The shift table of one of the chains in the bytes of a file, counted from 0; the bytes are used up.
+/// The shift table of one of the chains in the bytes of a file, counted from 0, with the shifts that are
+/// used; the bytes are used up.
 ZORVELA_EXPORT("run_shift_table")
 Text* run_shift_table(const Run* run, const Text* name, Text* bytes, std::size_t index) {
   return orNull([&] {
     std::ostringstream out;
-    zorvela::writeShiftTable(zorvela::readShiftBytes(std::move(*bytes), *name, run->import).at(index), out);
+    const auto proteins = zorvela::readShiftBytes(std::move(*bytes), *name, run->import);
+    zorvela::writeShiftTable(run->predictor.corrected(proteins.at(index)), out);
     return new Text(std::move(out).str());
   });
 }

@@ -39,6 +39,7 @@ struct AnnotateSettings {
   std::string output;
   std::string tables;
   ImportOptions import;
+  PredictorOptions predict;
   FlagRules rules;
 };
 
@@ -80,7 +81,7 @@ struct Source {
 class Calls {
  public:
   Calls(const AnnotateSettings& settings, const std::string& text) : name(inputName(settings.file)) {
-    const Predictor predictor(loadTables(findTables(settings.tables)));
+    const Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
     isOwn = settings.shifts.empty();
     if (isOwn) read(readShiftBytes(text, name, settings.import), predictor);
     for (const std::string& file : settings.shifts) read(readInput(file, settings.import), predictor);
@@ -111,7 +112,11 @@ class Calls {
   void read(std::vector<Protein> all, const Predictor& predictor) {
     for (Protein& protein : all) {
       results.push_back(predictor.predict(protein));
-      if (!isOwn) sayFileNotes(protein.file, {{protein.chain, protein.notes}}, kNotesShown, kAllNotes);
+      const std::string& correction = results.back().correction;
+      if (!isOwn)
+        sayFileNotes(protein.file, {{protein.chain, results.back().notes}}, kNotesShown, kAllNotes);
+      else if (!correction.empty())
+        say("note: " + messageName(name, protein.chain) + ": " + correction);
       proteins.push_back(std::move(protein));
     }
   }
@@ -231,6 +236,8 @@ void addAnnotate(CommandLine& line) {
   command.addFlag("--replace", settings->rules.replace,
                   "Replace flags that are there and say something else; default: leave them, with a note");
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  command.addFlag("--as-referenced", settings->predict.asReferenced,
+                  "Keep referencing offsets, which are else taken away where they are certain");
   command
       .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
            "Predict from the shift list of this name; default: the one with most shifts")

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -14,10 +15,12 @@
 #include "cli/input_files.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
+#include "cli/reference_tables.h"
 #include "cli/table_names.h"
 #include "cli/whole_file.h"
 #include "util/text.h"
 #include "zorvela/error.h"
+#include "zorvela/predict.h"
 #include "zorvela/read.h"
 
 namespace zorvela {
@@ -34,6 +37,8 @@ struct ImportArguments {
   FileArguments named;
   std::vector<std::string> files;
   std::string output;
+  std::string tables;
+  bool rereference = false;
   ImportOptions options;
 };
 
@@ -49,6 +54,8 @@ struct Imported {
 
 Imported readFiles(const ImportArguments& given, const TableNames& names) {
   Imported imported;
+  std::optional<Predictor> predictor;
+  if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
   Progress progress("import", given.files.size());
   for (std::size_t i = 0; i < given.files.size(); ++i) {
     const std::string& file = given.files[i];
@@ -57,6 +64,7 @@ Imported readFiles(const ImportArguments& given, const TableNames& names) {
       std::vector<Protein> proteins = readInput(file, given.options);
       for (std::string& name : names.of(i, proteins)) imported.names.push_back(std::move(name));
       for (Protein& protein : proteins) {
+        if (predictor) protein = predictor->corrected(protein);
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
@@ -147,6 +155,7 @@ void writeTables(const ImportArguments& given, const Imported& imported, const T
 void importFiles(const ImportArguments& given) {
   InputFiles inputs(given.files);
   inputs.add(std::vector<std::string>{given.named.list});
+  if (given.rereference) inputs.addFolder(findTables(given.tables));
   const TableNames names(given.files);
   const Imported imported = readFiles(given, names);
   if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
@@ -185,6 +194,12 @@ void addImport(CommandLine& line) {
              arguments->options.lists,
              "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
              "Default: for each chain the list with most backbone shifts");
+  const Option rereference =
+      command.addFlag("--rereference", arguments->rereference,
+                      "Take away referencing offsets that are certain; a REMARK says how much");
+  command
+      .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
+      .needs(rereference);
   command.runs([arguments] {
     arguments->files = namedFiles(arguments->named);
     importFiles(*arguments);

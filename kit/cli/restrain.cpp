@@ -60,7 +60,7 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
     std::vector<ChainNotes> notes;
     for (Protein& protein : readInput(file, settings.import)) {
       results.push_back(predictor.predict(protein));
-      notes.push_back({protein.chain, protein.notes});
+      notes.push_back({protein.chain, results.back().notes});
       proteins.push_back(std::move(protein));
     }
     sayFileNotes(file, notes, kNotesShown, kAllNotes);
@@ -130,8 +130,8 @@ void addRestrain(CommandLine& line) {
            "Call the chain, or the chain OLD, so; may be repeated")
       .repeated();
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--rereference", settings->predict.rereference,
-                  "Take away referencing offsets that call for a correction before predicting");
+  command.addFlag("--as-referenced", settings->predict.asReferenced,
+                  "Keep referencing offsets, which are else taken away where they are certain");
   command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
       .repeated();
   command

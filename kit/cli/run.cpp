@@ -106,7 +106,7 @@ std::string offsetWarning(const ReferencingOffset& offset) {
   const std::string error = fixedText(static_cast<double>(offset.error), 2);
   return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
          (offset.offset > 0 ? "high" : "low") + " (error " + error + " ppm, " + std::to_string(offset.size) +
-         " residues); check the referencing and correct it, or add --rereference";
+         " residues); without --as-referenced it is corrected";
 }
 
 std::string flagWarning(const ProlineResult& proline) {
@@ -251,8 +251,8 @@ void addRun(CommandLine& line) {
       .repeated()
       .needs(explain);
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--rereference", settings->predict.rereference,
-                  "Take away referencing offsets that call for a correction before predicting");
+  command.addFlag("--as-referenced", settings->predict.asReferenced,
+                  "Keep referencing offsets, which are else taken away where they are certain");
   addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
              settings->import.lists,
              "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");

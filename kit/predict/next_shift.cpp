@@ -103,7 +103,8 @@ std::vector<NextShift> nextShifts(double logOdds, bool isUndecided,
   for (const MissingShift& shift : missing) {
     NextShift promise;
     promise.index = shift.index;
-    promise.bits = expectedGain(logOdds, shift);
+    // Quadrature leaves a little below zero where nothing is to be learnt.
+    promise.bits = std::max(0.0, expectedGain(logOdds, shift));
     if (isUndecided) promise.decides = chanceToDecide(logOdds, shift);
     next.push_back(promise);
   }

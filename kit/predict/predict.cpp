@@ -1,6 +1,7 @@
 // From a protein to the results of its prolines.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "names/nomenclature.h"
 #include "predict/chain.h"
@@ -15,12 +16,24 @@ bool callsForCorrection(const ReferencingOffset& offset) {
   return offset.recommended && std::isfinite(offset.offset);
 }
 
+bool isUncertain(const ReferencingOffset& offset) {
+  if (!std::isfinite(offset.offset) || callsForCorrection(offset)) return false;
+  return std::fabs(static_cast<double>(offset.offset)) > correctionBound(offset.atom);
+}
+
+bool dependsOnCorrection(const ProlineResult& proline) {
+  return proline.callAsReferenced && *proline.callAsReferenced != proline.call;
+}
+
 bool differsFromFlag(const ProlineResult& proline) {
   if (!proline.cisFlag) return false;
   return proline.call == (*proline.cisFlag ? Call::trans : Call::cis);
 }
 
 namespace {
+
+/// Of a corrected shift in a table; those of the file may be rounded more.
+constexpr std::uint8_t kDecimals = 3;
 
 std::vector<ReferencingOffset> toResults(const std::vector<OffsetEstimate>& estimates) {
   std::vector<ReferencingOffset> offsets;
@@ -35,7 +48,8 @@ void addCorrections(ProteinResult& result, const Corrections& corrections) {
   for (ReferencingOffset& offset : result.offsets)
     if (corrections.count(offset.atom) > 0)
       offset.correctedBy = static_cast<float>(corrections.at(offset.atom));
-  result.notes.insert(result.notes.begin(), correctionNote(corrections));
+  result.correction = correctionText(corrections);
+  result.notes.insert(result.notes.begin(), result.correction);
 }
 
 /// How many of the six backbone shifts a residue has; nothing outside the sequence.
@@ -73,16 +87,36 @@ const std::string& whyNot(const Protein& protein, std::size_t place) {
   return reason::kTooFewShifts;
 }
 
+/// The residues of a chain with their secondary shifts.
+struct Chain {
+  std::vector<Residue> residues;
+  std::vector<BackboneValues> secondary;
+
+  Chain(const Model& model, const Protein& protein, const Corrections& corrections = {})
+      : residues(residuesOf(protein, corrections)), secondary(secondaryShifts(model, residues)) {}
+
+  Triplet tripletAt(std::size_t place) const { return zorvela::tripletAt(residues, secondary, place); }
+};
+
+/// Says where a shift that was used is not the one in the file.
+void addObserved(const Evidence& asReferenced, Evidence& evidence) {
+  for (std::size_t i = 0; i < kShifts; ++i) {
+    ShiftContribution& shift = evidence.shifts[i];
+    const std::optional<float> observed = asReferenced.shifts[i].observed;
+    if (shift.observed != observed) shift.corrected = std::exchange(shift.observed, observed);
+  }
+}
+
 /// Adds to what is known of a proline its probability, or why there is none.
-void addPrediction(const Model& model, const Protein& protein, const std::vector<Residue>& residues,
-                   const std::vector<BackboneValues>& secondary, std::size_t place, ProlineResult& proline) {
-  if (!isPredictable(residues, place)) {
+void addPrediction(const Model& model, const Protein& protein, const Chain& chain, std::size_t place,
+                   ProlineResult& proline) {
+  if (!isPredictable(chain.residues, place)) {
     proline.reason = whyNot(protein, place);
     return;
   }
-  const Triplet triplet = tripletAt(residues, secondary, place);
+  const Triplet triplet = chain.tripletAt(place);
   const CisPrediction prediction = predict(model, triplet);
-  proline.evidence = evidenceOf(model, residues, place, triplet, prediction);
+  proline.evidence = evidenceOf(model, chain.residues, place, triplet, prediction);
   proline.call = callOf(prediction.pCisNorm);
   if (proline.call == Call::none) {
     proline.reason = reason::kNeitherFits;
@@ -90,6 +124,27 @@ void addPrediction(const Model& model, const Protein& protein, const std::vector
   }
   proline.pCis = prediction.pCis;
   proline.pCisNorm = prediction.pCisNorm;
+}
+
+std::size_t placeOf(const ProlineResult& proline) {
+  return static_cast<std::size_t>(proline.position) - 1;
+}
+
+/// Predicts again from corrected shifts, and keeps what the shifts of the file gave.
+void correct(const Model& model, const Protein& protein, const Corrections& corrections,
+             ProteinResult& result) {
+  addCorrections(result, corrections);
+  const Chain chain(model, protein, corrections);
+  for (ProlineResult& proline : result.prolines) {
+    if (!proline.evidence) continue;
+    const Evidence asReferenced = *proline.evidence;
+    proline.callAsReferenced = proline.call;
+    proline.pCisNormAsReferenced = std::exchange(proline.pCisNorm, std::nullopt);
+    proline.pCis = std::nullopt;
+    proline.reason.clear();
+    addPrediction(model, protein, chain, placeOf(proline), proline);
+    addObserved(asReferenced, *proline.evidence);
+  }
 }
 
 /// A type without a reference shift lacks the atom.
@@ -120,24 +175,33 @@ ProteinResult Predictor::predict(const Protein& protein) const {
   result.notes = protein.notes;
   result.asides = protein.asides;
 
-  std::vector<Residue> residues = residuesOf(protein);
-  std::vector<BackboneValues> secondary = secondaryShifts(*model, residues);
-  const std::vector<OffsetEstimate> estimates = estimateOffsets(secondary);
+  const Chain chain(*model, protein);
+  const std::vector<Residue>& residues = chain.residues;
+  const std::vector<OffsetEstimate> estimates = estimateOffsets(chain.secondary);
   result.offsets = toResults(estimates);
   for (std::size_t place = 0; place < residues.size(); ++place) {
     result.assignments.push_back(assignmentOf(*model, residues, place));
     if (isProline(residues[place].type)) result.prolines.push_back(describe(protein, residues, place));
   }
 
-  const Corrections corrections = options.rereference ? correctionsOf(estimates) : Corrections();
-  if (!corrections.empty()) {
-    addCorrections(result, corrections);
-    residues = residuesOf(protein, corrections);
-    secondary = secondaryShifts(*model, residues);
-  }
   for (ProlineResult& proline : result.prolines)
-    addPrediction(*model, protein, residues, secondary, static_cast<std::size_t>(proline.position) - 1,
-                  proline);
+    addPrediction(*model, protein, chain, placeOf(proline), proline);
+  const Corrections corrections = options.asReferenced ? Corrections() : correctionsOf(estimates);
+  if (!corrections.empty()) correct(*model, protein, corrections, result);
+  return result;
+}
+
+Protein Predictor::corrected(const Protein& protein) const {
+  Protein result = protein;
+  if (options.asReferenced) return result;
+  const Corrections corrections = correctionsOf(estimateOffsets(Chain(*model, protein).secondary));
+  if (corrections.empty()) return result;
+  for (Shift& shift : result.shifts) {
+    const double ppm = zorvela::corrected(shift.ppm, shift.atom, corrections);
+    if (ppm != shift.ppm) shift = {shift.position, shift.atom, std::max(shift.decimals, kDecimals), ppm};
+  }
+  result.remarks.push_back(correctionRemark(corrections));
+  result.notes.push_back(correctionRemark(corrections));
   return result;
 }
 

@@ -8,6 +8,7 @@
 
 #include "util/number.h"
 #include "util/robust.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -234,18 +235,36 @@ double corrected(double shift, Atom atom, const Corrections& corrections) {
   return std::nearbyint((shift - correction->second) * kCorrectedScale) / kCorrectedScale;
 }
 
-std::string correctionNote(const Corrections& corrections) {
-  std::string text;
-  const auto add = [&](const char* atom, const char* names) {
-    const auto found = corrections.find(atom);
-    if (found == corrections.end()) return;
-    text += (text.empty() ? "" : ", ") + fixedText(std::fabs(found->second), 2) + " ppm " +
-            (found->second > 0 ? "taken away from " : "added to ") + names;
-  };
-  add("CA", "CA, CB and CG of proline");
-  add("C", "C'");
-  add("HA", "HA");
-  return "re-referenced before predicting: " + text;
+namespace {
+
+/// One phrase for each offset that is taken away.
+template <class Phrase>
+std::vector<std::string> phrasesOf(const Corrections& corrections, Phrase phrase) {
+  std::vector<std::string> phrases;
+  for (const char* atom : {"CA", "C", "HA"})
+    if (const auto found = corrections.find(atom); found != corrections.end())
+      phrases.push_back(phrase(found->first, fixedText(std::fabs(found->second), 2), found->second > 0));
+  return phrases;
+}
+
+}  // namespace
+
+std::string correctionText(const Corrections& corrections) {
+  const auto phrases =
+      phrasesOf(corrections, [](const std::string& atom, const std::string& size, bool isHigh) {
+        const std::string name = atom == "CA" ? "13C" : atom == "C" ? "C'" : atom;
+        return name + " is " + size + " ppm too " + (isHigh ? "high" : "low");
+      });
+  return enumerated(phrases) + "; corrected before predicting (--as-referenced keeps it)";
+}
+
+std::string correctionRemark(const Corrections& corrections) {
+  const auto phrases =
+      phrasesOf(corrections, [](const std::string& atom, const std::string& size, bool isHigh) {
+        const std::string names = atom == "CA" ? "CA, CB and CG of proline" : atom == "C" ? "C'" : atom;
+        return size + " ppm " + (isHigh ? "taken away from " : "added to ") + names;
+      });
+  return "Corrected: " + enumerated(phrases);
 }
 
 }  // namespace zorvela

@@ -72,9 +72,12 @@ Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates);
 /// A shift of an atom without the offset, to six decimals; HA2 and HA3 of glycine as HA.
 double corrected(double shift, Atom atom, const Corrections& corrections);
 
-/// "re-referenced before predicting: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to
-/// HA".
-std::string correctionNote(const Corrections& corrections);
+/// "13C is 2.03 ppm too high, HA is 0.31 ppm too low; corrected before predicting (--as-referenced keeps
+/// it)".
+std::string correctionText(const Corrections& corrections);
+
+/// "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA".
+std::string correctionRemark(const Corrections& corrections);
 
 /// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
 /// more than one step beyond the curve are left out: no right assignment is there.

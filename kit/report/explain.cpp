@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "report/measured_calls.h"
 #include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -17,17 +18,21 @@ const std::string kIndent = "     ";
 constexpr std::size_t kLineWidth = 80;
 constexpr std::size_t kNameWidth = 16;
 constexpr std::size_t kNumberWidth = 8;
+constexpr std::size_t kCorrectedWidth = 11;
 constexpr std::size_t kBarWidth = 11;  // to either side
 constexpr double kNatsPerMark = 0.5;
 constexpr std::size_t kMostRows = 8;
 /// Smaller contributions (nats) have no row.
 constexpr double kWorthARow = 0.1;
+/// A smaller chance would be printed as 0 %.
+constexpr double kWorthSaying = 0.005;
 
 struct Line {
   std::string name;
   std::string observed, cis, trans;
   double nats = 0;
   bool clipped = false;
+  std::string corrected = {};
 };
 
 std::string right(const std::string& text, std::size_t width) {
@@ -49,6 +54,7 @@ Line shiftLine(const ProlineResult& proline, int index) {
   if (shift.observed) line.observed = ppm(static_cast<double>(*shift.observed), index);
   line.cis = ppm(expectedShift(shift, shift.cis, index), index);
   line.trans = ppm(expectedShift(shift, shift.trans, index), index);
+  if (shift.corrected) line.corrected = ppm(static_cast<double>(*shift.corrected), index);
   line.nats = shift.nats;
   line.clipped = shift.clipped;
   return line;
@@ -93,11 +99,12 @@ std::string natsText(double nats) {
   return std::isnan(nats) ? "unknown" : signedText(nats);
 }
 
-std::string textOf(const Line& line) {
-  std::string text = kIndent + left(printable(line.name, kNameWidth), kNameWidth) +
-                     right(line.observed, kNumberWidth) + (line.clipped ? "*" : " ") +
-                     right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
-                     right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
+std::string textOf(const Line& line, bool withCorrected) {
+  std::string text =
+      kIndent + left(printable(line.name, kNameWidth), kNameWidth) + right(line.observed, kNumberWidth) +
+      (withCorrected ? right(line.corrected, kCorrectedWidth) : "") + (line.clipped ? "*" : " ") +
+      right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
+      right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
   text.erase(text.find_last_not_of(' ') + 1);
   return text + '\n';
 }
@@ -123,26 +130,36 @@ std::string wrapped(const std::string& text) {
 std::string missingText(const ProlineResult& proline) {
   std::vector<std::string> items;
   for (const NextShift& next : proline.evidence->next) {
-    std::string item = shiftName(proline, next.index) + " " + fixedText(std::max(next.bits, 0.0), 2);
-    if (next.decides) item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
+    if (next.bits < kWorthMeasuring) continue;
+    std::string item = shiftName(proline, next.index) + " " + fixedText(next.bits, 2);
+    if (next.decides && *next.decides >= kWorthSaying)
+      item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
     items.push_back(item);
   }
-  return items.empty() ? "Nothing is missing." : "Missing, with its worth in bits: " + enumerated(items, 18);
+  if (items.empty())
+    return proline.evidence->next.empty() ? "Nothing is missing."
+                                          : "Nothing that is missing is worth measuring.";
+  return "Missing, with its worth in bits: " + enumerated(items, 18);
 }
 
 }  // namespace
 
 std::string explained(const ProlineResult& proline) {
   std::string text = wrapped(shown(sentenceOf(proline)));
+  if (const std::string step = nextStep(proline); !step.empty()) text += wrapped(shown(step));
   if (!proline.evidence) return text;
+  if (const std::string figures = howOftenRight(proline); !figures.empty()) text += wrapped(figures);
   if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
   const std::vector<Line> lines = linesOf(proline);
-  text += kIndent + left("ppm, nats", kNameWidth) + right("observed", kNumberWidth) + " " +
-          right("cis", kNumberWidth) + right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " +
-          right("trans", kBarWidth) + "|cis\n";
-  text += textOf({"1 in 20 are cis", "", "", "", Evidence::prior()});
-  for (const Line& line : lines) text += textOf(line);
-  text += textOf({"sum", "", "", "", proline.evidence->logOdds()});
+  const bool withCorrected = std::any_of(proline.evidence->shifts.begin(), proline.evidence->shifts.end(),
+                                         [](const ShiftContribution& shift) { return shift.corrected; });
+  text += kIndent + left("ppm, nats", kNameWidth) + right("observed", kNumberWidth) +
+          (withCorrected ? right("corrected", kCorrectedWidth) : "") + " " + right("cis", kNumberWidth) +
+          right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " + right("trans", kBarWidth) +
+          "|cis\n";
+  text += textOf({"1 in 20 are cis", "", "", "", Evidence::prior()}, withCorrected);
+  for (const Line& line : lines) text += textOf(line, withCorrected);
+  text += textOf({"sum", "", "", "", proline.evidence->logOdds()}, withCorrected);
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
     text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
   return text + wrapped(shown(missingText(proline)));

@@ -44,6 +44,11 @@ Value rounded(const std::optional<double>& value, int decimals) {
   return std::strtod(fixedText(*value, decimals).c_str(), nullptr);
 }
 
+Value callAsReferenced(const ProlineResult& proline) {
+  if (!proline.callAsReferenced) return {};
+  return toText(*proline.callAsReferenced);
+}
+
 template <BondState state>
 Value modelsIn(const StructureFinding& finding) {
   return static_cast<int>(countBonds(finding, state));
@@ -94,7 +99,10 @@ const std::vector<Field<ProlineResult>>& prolineFields() {
       {"p_cis_norm", In::csvAndJson, [](Proline proline) { return orNothing(proline.pCisNorm); }},
       {"call", In::csvAndJson, [](Proline proline) -> Value { return toText(proline.call); }},
       {"reason", In::csvAndJson, [](Proline proline) { return orNothing(proline.reason); }},
-      {"cis_flag", In::json, [](Proline proline) { return orNothing(proline.cisFlag); }}};
+      {"cis_flag", In::json, [](Proline proline) { return orNothing(proline.cisFlag); }},
+      {"p_cis_norm_as_referenced", In::jsonIfKnown,
+       [](Proline proline) { return orNothing(proline.pCisNormAsReferenced); }},
+      {"call_as_referenced", In::jsonIfKnown, callAsReferenced}};
   return fields;
 }
 
@@ -122,6 +130,15 @@ const std::vector<Field<ProlineResult>>& evidenceColumns() {
   return fields;
 }
 
+const std::vector<Field<ProlineResult>>& asReferencedColumns() {
+  using Proline = const ProlineResult&;
+  static const std::vector<Field<ProlineResult>> fields = {
+      {"p_cis_norm_as_referenced", In::csv,
+       [](Proline proline) { return orNothing(proline.pCisNormAsReferenced); }},
+      {"call_as_referenced", In::csv, callAsReferenced}};
+  return fields;
+}
+
 const std::vector<Field<StructureFinding>>& structureFields() {
   using Finding = const StructureFinding&;
   static const std::vector<Field<StructureFinding>> fields = {
@@ -144,6 +161,7 @@ const std::vector<Field<ShiftContribution>>& shiftFields() {
   using Contribution = const ShiftContribution&;
   static const std::vector<Field<ShiftContribution>> fields = {
       {"observed", In::json, [](Contribution shift) { return orNothing(shift.observed); }},
+      {"corrected", In::jsonIfKnown, [](Contribution shift) { return orNothing(shift.corrected); }},
       {"reference", In::json, [](Contribution shift) { return orNothing(shift.reference); }},
       {"used", In::json, [](Contribution shift) { return orNothing(shift.secondary); }},
       {"clipped", In::json, [](Contribution shift) -> Value { return shift.clipped; }},
@@ -188,6 +206,7 @@ std::vector<std::string> csvColumns(bool withStructures) {
   addNames(offsetColumns());
   addNames(evidenceColumns());
   if (withStructures) addNames(structureFields());
+  addNames(asReferencedColumns());
   return names;
 }
 
@@ -202,6 +221,7 @@ std::vector<Value> csvRow(const ProteinResult& protein, const ProlineResult& pro
   addValues(offsetColumns(), protein);
   addValues(evidenceColumns(), proline);
   if (proline.structure) addValues(structureFields(), *proline.structure);
+  addValues(asReferencedColumns(), proline);
   return row;
 }
 

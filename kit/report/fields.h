@@ -23,7 +23,7 @@ Value orNothing(const std::optional<Number>& number) {
 }
 
 /// Where a field is written.
-enum class In { csvAndJson, csv, json };
+enum class In { csvAndJson, csv, json, jsonIfKnown };
 
 /// A named value of a chain, a proline or a referencing offset.
 template <class Item>
@@ -32,7 +32,7 @@ struct Field {
   In where;
   Value (*valueOf)(const Item& item);
 
-  bool isInCsv() const { return where != In::json; }
+  bool isInCsv() const { return where == In::csvAndJson || where == In::csv; }
   bool isInJson() const { return where != In::csv; }
 };
 
@@ -42,10 +42,12 @@ const std::vector<Field<ProteinResult>>& proteinFields();
 const std::vector<Field<ProlineResult>>& prolineFields();
 /// Of a chain as well, after them in CSV: the referencing offsets in a row.
 const std::vector<Field<ProteinResult>>& offsetColumns();
-/// Of a proline, the very last in CSV: its evidence in short, and the file's own flag.
+/// Of a proline, after them in CSV: its evidence in short, and the file's own flag.
 const std::vector<Field<ProlineResult>>& evidenceColumns();
-/// Of a proline, after all others, where there are structures; the sites are in JSON.
+/// Of a proline where there are structures; the sites are in JSON.
 const std::vector<Field<StructureFinding>>& structureFields();
+/// Of a proline, the very last in CSV: what the shifts say as they are in the file.
+const std::vector<Field<ProlineResult>>& asReferencedColumns();
 /// Of one shift in `evidence`, and of one in `next`, in JSON alone.
 const std::vector<Field<ShiftContribution>>& shiftFields();
 const std::vector<Field<NextShift>>& nextFields();

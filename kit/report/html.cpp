@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "report/html_style.h"
+#include "report/measured_calls.h"
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "report/walk.h"
@@ -22,6 +23,8 @@ namespace {
 constexpr std::size_t kNotesShown = 5;
 /// Probabilities that would be printed as 0.000 or 1.000.
 constexpr double kSmallest = 0.0005;
+/// A smaller chance would be printed as 0 %.
+constexpr double kSmallestChance = 0.005;
 
 // --- Small pieces -------------------------------------------------------------------------------
 
@@ -156,11 +159,20 @@ std::string figures(const ProteinResult& protein, const ClassStatistics& classes
   return text + "</div>\n";
 }
 
-std::string tripletText(const ProlineResult& proline) {
-  const auto count = [](const std::optional<int>& value) { return value ? std::to_string(*value) : "0"; };
+/// "4 of 4": those of N, HA, C, CA, CB, HN that the residue type has.
+std::string assignedText(const ProteinResult& protein, int position) {
+  const auto place = static_cast<std::size_t>(position) - 1;
+  if (place >= protein.assignments.size()) return "none";
+  const Assignment& assignment = protein.assignments[place];
+  return std::to_string(assignment.present) + " of " + std::to_string(assignment.possible);
+}
+
+std::string tripletText(const ProteinResult& protein, const ProlineResult& proline) {
   return residueName(proline.previous, proline.previousNumber) + " – P" + proline.number + " – " +
-         residueName(proline.next, proline.nextNumber) + ", shifts: " + count(proline.previousCount) + ", " +
-         count(proline.count) + ", " + count(proline.nextCount) + " of 6";
+         residueName(proline.next, proline.nextNumber) +
+         ", shifts: " + assignedText(protein, proline.position - 1) + ", " +
+         assignedText(protein, proline.position) + (proline.cgShift ? " and CG" : " without CG") + ", " +
+         assignedText(protein, proline.position + 1);
 }
 
 bool hasClipped(const Evidence& evidence) {
@@ -168,21 +180,36 @@ bool hasClipped(const Evidence& evidence) {
                      [](const ShiftContribution& shift) { return shift.clipped; });
 }
 
+bool hasCorrected(const Evidence& evidence) {
+  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
+                     [](const ShiftContribution& shift) { return shift.corrected.has_value(); });
+}
+
 std::string chanceText(const ProlineResult& proline) {
   if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
   const NextShift& best = proline.evidence->next.front();
+  if (best.bits < kWorthMeasuring || *best.decides < kSmallestChance) return "";
   return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
 }
 
-std::string card(const ProlineResult& proline) {
+/// " (as referenced 0.031, trans)": the call where it is another one.
+std::string asReferencedText(const ProlineResult& proline) {
+  return " (as referenced " + probability(proline.pCisNormAsReferenced) +
+         (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
+}
+
+std::string card(const ProteinResult& protein, const ProlineResult& proline) {
   if (!proline.evidence) return "";
   std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
                      escaped("P" + proline.number + " " +
                              (proline.call == Call::none ? "no prediction" : toText(proline.call)));
   if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
-  text += "</h3>\n" + paragraph(tripletText(proline), "faint");
+  if (proline.callAsReferenced) text += escaped(asReferencedText(proline));
+  text += "</h3>\n" + paragraph(tripletText(protein, proline), "faint");
   text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
+  for (const std::string& sentence : {nextStep(proline), howOftenRight(proline)})
+    if (!sentence.empty()) text += paragraph(asSentence(sentence));
   if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
   if (proline.structure) {
     text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
@@ -194,6 +221,7 @@ std::string card(const ProlineResult& proline) {
     if (!each.empty()) text += bulletList(each);
   }
   text += evidencePicture(proline);
+  if (hasCorrected(*proline.evidence)) text += paragraph("° Corrected for the referencing.", "faint");
   if (hasClipped(*proline.evidence))
     text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
   return text + "</article>\n";
@@ -203,8 +231,10 @@ std::string cards(const ProteinResult& protein) {
   std::string text;
   std::vector<std::string> without;
   for (const ProlineResult& proline : protein.prolines) {
-    text += card(proline);
-    if (!proline.evidence) without.push_back("P" + proline.number + " (" + proline.reason + ")");
+    text += card(protein, proline);
+    if (proline.evidence) continue;
+    const std::string step = nextStep(proline);
+    without.push_back("P" + proline.number + " (" + proline.reason + (step.empty() ? "" : ": " + step) + ")");
   }
   if (!text.empty())
     text = "<h2>What speaks for cis, what for trans</h2>\n<div class=\"grid\">\n" + text + "</div>\n";
@@ -242,15 +272,16 @@ Cells tableRow(const ProlineResult& proline) {
   const std::string before = residueName(proline.previous, proline.previousNumber);
   const std::string after = residueName(proline.next, proline.nextNumber);
   const std::string name = symbol(proline.call) + " " + escaped("P" + proline.number);
-  return {name,
-          escaped(before),
-          escaped(after),
-          cg,
-          escaped(probability(proline.pCis)),
-          escaped(probability(proline.pCisNorm)),
-          call,
-          strongest,
-          nextShiftOf(proline)};
+  return {
+      name,
+      escaped(before),
+      escaped(after),
+      cg,
+      escaped(probability(proline.pCis)),
+      escaped(probability(proline.pCisNorm) + (proline.callAsReferenced ? asReferencedText(proline) : "")),
+      call,
+      strongest,
+      nextShiftOf(proline)};
 }
 
 /// The style sheet knows the columns by their numbers.
@@ -290,7 +321,8 @@ std::string notes(const ProteinResult& protein) {
 }
 
 std::string chainBody(const ProteinResult& protein, const ClassStatistics& classes) {
-  return paragraph(answer(protein), "lead") +
+  return (protein.correction.empty() ? "" : paragraph(protein.correction + ".", "lead")) +
+         paragraph(answer(protein), "lead") +
          paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
                        counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
                    "faint") +
@@ -303,6 +335,16 @@ std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
   std::vector<const ProteinResult*> chains;
   forEachProtein(report, [&](const ProteinResult& protein) { chains.push_back(&protein); });
   return chains;
+}
+
+std::string correctedChains(const std::vector<const ProteinResult*>& chains) {
+  std::vector<std::string> names;
+  for (const ProteinResult* chain : chains)
+    if (!chain->correction.empty()) names.push_back(chainName(*chain));
+  if (names.empty()) return "";
+  return paragraph("The referencing of " + counted(names.size(), "chain", "chains") +
+                       " was corrected before predicting: " + enumerated(names) + ".",
+                   "lead");
 }
 
 std::string indexTable(const std::vector<const ProteinResult*>& chains) {
@@ -468,7 +510,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
   if (chains.size() == 1) {
     out << key(report) << chainBody(*chains.front(), report.classes);
   } else {
-    out << paragraph(countsOf(report), "lead") << key(report);
+    out << correctedChains(chains) << paragraph(countsOf(report), "lead") << key(report);
     if (!chains.empty()) out << indexTable(chains);
     for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
   }

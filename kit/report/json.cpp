@@ -34,8 +34,12 @@ struct JsonValue {
 template <class Item>
 Json toJson(const std::vector<Field<Item>>& fields, const Item& item) {
   Json object = Json::object();
-  for (const Field<Item>& field : fields)
-    if (field.isInJson()) object[field.name] = std::visit(JsonValue(), field.valueOf(item));
+  for (const Field<Item>& field : fields) {
+    if (!field.isInJson()) continue;
+    const Value value = field.valueOf(item);
+    const bool isKnown = !std::holds_alternative<std::monostate>(value);
+    if (isKnown || field.where != In::jsonIfKnown) object[field.name] = std::visit(JsonValue(), value);
+  }
   return object;
 }
 

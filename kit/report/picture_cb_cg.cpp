@@ -184,9 +184,10 @@ struct Points {
   std::vector<Point> both, rug;
 };
 
-std::optional<double> observed(const ProlineResult& proline, int index) {
+/// As the ellipses have it: without a referencing offset that was taken away.
+std::optional<double> shiftOf(const ProlineResult& proline, int index) {
   if (!proline.evidence) return std::nullopt;
-  const auto& shift = proline.evidence->shift(index).observed;
+  const auto& shift = proline.evidence->shift(index).compared();
   if (!shift) return std::nullopt;
   return static_cast<double>(*shift);
 }
@@ -198,8 +199,8 @@ bool isMarked(const ProlineResult& proline) {
 Points pointsOf(const ProteinResult& protein, const Scale& scale) {
   Points points;
   for (const ProlineResult& proline : protein.prolines) {
-    const auto cb = observed(proline, kIndexCB);
-    const auto cg = observed(proline, kIndexCG);
+    const auto cb = shiftOf(proline, kIndexCB);
+    const auto cg = shiftOf(proline, kIndexCG);
     if (!cb) continue;
     const std::string title =
         "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2);
@@ -309,8 +310,8 @@ std::string cbCgTitle(const ProteinResult& protein) {
   std::vector<std::string> cis;
   std::size_t count = 0;
   for (const ProlineResult& proline : protein.prolines) {
-    const auto cb = observed(proline, kIndexCB);
-    const auto cg = observed(proline, kIndexCG);
+    const auto cb = shiftOf(proline, kIndexCB);
+    const auto cg = shiftOf(proline, kIndexCG);
     if (!cb || !cg) continue;
     ++count;
     if (*cb - *cg > kRuleCisAbove) cis.push_back("P" + proline.number);

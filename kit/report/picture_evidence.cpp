@@ -89,22 +89,27 @@ std::string classOf(double nats) {
   return nats > 0 ? "c" : "t";
 }
 
-/// "CA 62.90 ppm (cis 63.0, trans 63.6)"
+/// "CA 62.90 ppm (cis 63.0, trans 63.6)"; with the observed one where it was corrected.
 std::string titleOf(const ShiftContribution& shift, int index) {
   const std::string atom = atomName(index);
   const auto expected = [&](const ClassShift& of) {
     return figureText(expectedShift(shift, of, index).value_or(0), decimalsOf(atom));
   };
-  return atom + " " + figureText(static_cast<double>(shift.observed.value_or(0)), decimalsOf(atom) + 1) +
-         " ppm (cis " + expected(shift.cis) + ", trans " + expected(shift.trans) + ")";
+  const auto figure = [&](const std::optional<float>& ppm) {
+    return figureText(static_cast<double>(ppm.value_or(0)), decimalsOf(atom) + 1);
+  };
+  return atom + " " + figure(shift.observed) +
+         (shift.corrected ? " ppm, corrected " + figure(shift.corrected) : "") + " ppm (cis " +
+         expected(shift.cis) + ", trans " + expected(shift.trans) + ")";
 }
 
 std::string measuredRow(const ShiftContribution& shift, int index, double top) {
   std::string row = "<g><title>" + escaped(titleOf(shift, index)) + "</title>";
   if (shift.observed)
-    row +=
-        svgText(kObservedX, top + kBaseline,
-                figureText(static_cast<double>(*shift.observed), decimalsOf(atomName(index))), "class=\"e\"");
+    row += svgText(kObservedX, top + kBaseline,
+                   figureText(static_cast<double>(*shift.compared()), decimalsOf(atomName(index))) +
+                       (shift.corrected ? "°" : ""),
+                   "class=\"e\"");
   return row + bar(shift.nats, top, classOf(shift.nats), shift.clipped ? "‡" : "") + "</g>\n";
 }
 

@@ -8,6 +8,7 @@
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -70,18 +71,33 @@ std::string describe(const ProteinResult& protein) {
 }  // namespace
 
 std::string referencingTitle(const ProteinResult& protein) {
-  std::string wrong;
-  bool anyKnown = false;
+  std::vector<std::string> corrected, certain, uncertain, unknown, right;
   for (const ReferencingOffset& offset : protein.offsets) {
-    anyKnown = anyKnown || std::isfinite(offset.offset);
-    if (!callsForCorrection(offset)) continue;
+    if (offset.atom == "CB") continue;  // on the axis of CA
+    const std::string name = offset.atom == "CA" ? "13C" : nameOf(offset.atom);
     const auto value = static_cast<double>(offset.offset);
-    wrong += (wrong.empty() ? "" : ", ") + nameOf(offset.atom) + " " +
-             figureText(std::fabs(value), offset.atom == "HA" ? 2 : 1) + " ppm too " +
-             (value > 0 ? "high" : "low");
+    const std::string size = name + " " + figureText(std::fabs(value), offset.atom == "HA" ? 2 : 1) +
+                             " ppm too " + (value > 0 ? "high" : "low");
+    if (!std::isfinite(value))
+      unknown.push_back(name);
+    else if (callsForCorrection(offset))
+      (offset.correctedBy ? corrected : certain).push_back(size);
+    else if (isUncertain(offset))
+      uncertain.push_back(size);
+    else
+      right.push_back(name);
   }
-  if (!wrong.empty()) return "Check the referencing: " + wrong;
-  return anyKnown ? "The referencing looks right" : "Too few residues to judge the referencing";
+  if (right.size() == protein.offsets.size() - 1) return "The referencing looks right";
+  std::string title;
+  const auto add = [&title](const std::string& what, const std::vector<std::string>& atoms) {
+    if (!atoms.empty()) title += (title.empty() ? "" : ". ") + what + ": " + enumerated(atoms);
+  };
+  add("Corrected", corrected);
+  add("Check the referencing", certain);
+  add("Perhaps, but not certain", uncertain);
+  add("Not known", unknown);
+  add("Looks right", right);
+  return title;
 }
 
 std::string referencingDefinitions() {

@@ -43,7 +43,27 @@ std::string markOf(const ProlineResult& proline) {
 }
 
 std::string callText(const ProlineResult& proline) {
-  return proline.reason.empty() ? toText(proline.call) : kAbsentCell + " (" + proline.reason + ")";
+  const std::string call =
+      proline.reason.empty() ? toText(proline.call) : kAbsentCell + " (" + proline.reason + ")";
+  if (!dependsOnCorrection(proline)) return call;
+  return call + " (as referenced " + toText(*proline.callAsReferenced) + ")";
+}
+
+bool isAnyCorrected(const RunReport& report) {
+  bool isAny = false;
+  forEachProtein(report, [&](const ProteinResult& protein) { isAny = isAny || !protein.correction.empty(); });
+  return isAny;
+}
+
+/// What was corrected, before everything else.
+void writeCorrections(const RunReport& report, std::ostream& out) {
+  forEachProtein(report, [&](const ProteinResult& protein) {
+    if (protein.correction.empty()) return;
+    const std::string chain = protein.chain.empty() ? "" : " chain " + protein.chain;
+    const bool isOnly = report.files.size() == 1 && report.files.front().proteins.size() == 1;
+    out << (isOnly ? "" : shown(protein.file + chain) + ": ") << protein.correction << '\n';
+  });
+  if (isAnyCorrected(report)) out << '\n';
 }
 
 /// Whether a chain comes with several shift lists, so that rows must name theirs.
@@ -161,16 +181,19 @@ void writeVerdicts(const RunReport& report, std::ostream& out) {
 
 void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style,
                    std::ostream& out) {
-  TextTable table(joined(originTitles(origin.withList),
-                         joined({"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"},
-                                structureTitles(report))));
+  const bool withBoth = isAnyCorrected(report);
+  TextTable::Cells titles = {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"};
+  if (withBoth) titles.insert(titles.end() - 1, "As referenced");
+  TextTable table(joined(originTitles(origin.withList), joined(titles, structureTitles(report))));
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     TextTable::Cells cells = joined(
         originOf(protein, origin),
         {neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
          neighbourText(proline.next, proline.nextNumber),
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
-         orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm), callText(proline)});
+         orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm)});
+    if (withBoth) cells.push_back(orAbsent(proline.pCisNormAsReferenced));
+    cells.push_back(callText(proline));
     cells.front() = markOf(proline);
     const TextTable::Cells blank(cells.size(), " ");
     const std::string below = isExplained(style, proline) ? explained(proline) + '\n' : "";
@@ -188,30 +211,36 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
 std::string offsetText(const ProteinResult& protein, const std::string& atom) {
   const ReferencingOffset* offset = offsetOf(protein, atom);
   if (offset == nullptr || !std::isfinite(offset->offset)) return kAbsentCell;
-  return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!" : "");
+  return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!"
+                                                              : isUncertain(*offset)      ? "?"
+                                                                                          : "");
 }
 
-std::string correctionLegend(bool anyCorrection, bool anyCorrected) {
-  if (anyCorrected) return "; ! taken away before predicting";
-  return anyCorrection ? "; ! a correction is recommended" : "";
+/// What the marks in a table of offsets mean, for those that occur.
+std::string legendOf(const RunReport& report) {
+  bool isAnyKept = false;
+  bool isAnyUncertain = false;
+  forEachProtein(report, [&](const ProteinResult& protein) {
+    for (const ReferencingOffset& offset : protein.offsets) {
+      isAnyKept = isAnyKept || (callsForCorrection(offset) && !offset.correctedBy);
+      isAnyUncertain = isAnyUncertain || isUncertain(offset);
+    }
+  });
+  return std::string(isAnyCorrected(report) ? "; ! taken away before predicting"
+                     : isAnyKept            ? "; ! a correction is recommended"
+                                            : "") +
+         (isAnyUncertain ? "; ? large, but not certain: kept" : "");
 }
 
 void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& out) {
   TextTable table(joined(originTitles(origin.withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
-  bool anyCorrection = false;
-  bool anyCorrected = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
     TextTable::Cells cells = joined(originOf(protein, origin),
                                     {std::to_string(protein.length), std::to_string(protein.shiftCount)});
-    for (const std::string& atom : kOffsetAtoms) {
-      cells.push_back(offsetText(protein, atom));
-      anyCorrection = anyCorrection || cells.back().back() == '!';
-      const ReferencingOffset* offset = offsetOf(protein, atom);
-      anyCorrected = anyCorrected || (offset != nullptr && offset->correctedBy);
-    }
+    for (const std::string& atom : kOffsetAtoms) cells.push_back(offsetText(protein, atom));
     table.add(std::move(cells), false);
   });
-  out << "\nReferencing offsets (ppm)" << correctionLegend(anyCorrection, anyCorrected) << '\n';
+  out << "\nReferencing offsets (ppm)" << legendOf(report) << '\n';
   table.write(false, out);
 }
 
@@ -248,6 +277,7 @@ void writeSummary(const RunReport& report, std::ostream& out) {
 }  // namespace
 
 void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out) {
+  writeCorrections(report, out);
   const Origin origin{hasSeveralLists(report), commonFolder(report)};
   if (!origin.folder.empty()) out << "Files in " << shown(origin.folder) << "\n\n";
   if (countProlines(report) > 0) writeProlines(report, origin, style, out);

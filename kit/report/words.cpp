@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "protein/proline_shifts.h"
 #include "util/number.h"
 
 namespace zorvela {
@@ -101,7 +102,7 @@ std::string bitsText(double bits) {
 
 std::string worthMeasuring(const ProlineResult& proline) {
   const std::vector<NextShift>& next = proline.evidence->next;
-  if (next.empty()) return "";
+  if (next.empty() || next.front().bits < kWorthMeasuring) return "";
   return "; " + shiftName(proline, next.front().index) + " would be worth " + bitsText(next.front().bits) +
          " bits";
 }
@@ -119,6 +120,17 @@ std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
   else
     text += names(forCis) + " " + verb(forCis, "speak") + " for cis, " + names(against) + " for trans";
   return text + worthMeasuring(proline);
+}
+
+/// CB - CG where it says the opposite of the call. A referencing offset does not move it.
+std::string contradiction(const ProlineResult& proline) {
+  const auto& cb = proline.evidence->shift(kIndexCB).observed;
+  const auto& cg = proline.evidence->shift(kIndexCG).observed;
+  if (!cb || !cg) return "";
+  const double difference = static_cast<double>(*cb) - static_cast<double>(*cg);
+  const bool isCis = proline.call == Call::cis;
+  if (isCis ? difference > kTransCbMinusCgUpTo : difference < kCisCbMinusCgFrom) return "";
+  return "; but CB - CG of " + fixedText(difference, 1) + " ppm says " + (isCis ? "trans" : "cis");
 }
 
 }  // namespace
@@ -163,11 +175,22 @@ std::string sentenceOf(const ProlineResult& proline) {
   const double side = proline.call == Call::cis ? 1 : -1;
   const Reasons named = whatCounts(onSide(reasons, side));
   if (named.empty())
-    return toText(proline.call) + (proline.call == Call::cis
-                                       ? ": by many small contributions together"
-                                       : ": no shift speaks clearly for either, and 19 in 20 are trans");
+    return toText(proline.call) +
+           (proline.call == Call::cis ? ": by many small contributions together"
+                                      : ": no shift speaks clearly for either, and 19 in 20 are trans") +
+           contradiction(proline);
   return toText(proline.call) + ": " + whatSpeaksFor(named, proline.evidence->logOdds(), proline.call) +
-         "; " + whatSpeaksAgainst(onSide(reasons, -side));
+         "; " + whatSpeaksAgainst(onSide(reasons, -side)) + contradiction(proline);
+}
+
+std::string nextStep(const ProlineResult& proline) {
+  if (proline.reason == reason::kTooFewShifts)
+    return "it takes three of N, HA, C, CA, CB, HN for two of " +
+           listed({proline.previous + proline.previousNumber, "P" + proline.number,
+                   proline.next + proline.nextNumber});
+  if (proline.call != Call::undecided) return "";
+  const std::string before = proline.previous + proline.previousNumber;
+  return "an NOE from HA of " + before + " to HA of P" + proline.number + " says cis, to HD trans";
 }
 
 std::string precisionNote(const ProlineResult& proline) {
@@ -194,6 +217,7 @@ std::string strongestOf(const ProlineResult& proline) {
 std::string nextShiftOf(const ProlineResult& proline) {
   if (!proline.evidence || proline.evidence->next.empty()) return "";
   const NextShift& best = proline.evidence->next.front();
+  if (best.bits < kWorthMeasuring) return "";
   return shiftKey(best.index) + ":" + bitsText(best.bits);
 }
 

@@ -26,13 +26,20 @@ std::optional<double> expectedShift(const ShiftContribution& shift, const ClassS
 /// is no prediction, the reason.
 std::string sentenceOf(const ProlineResult& proline);
 
+/// What would settle it: for an undecided proline the NOEs, for one with too few shifts how many there must
+/// be. Empty for others.
+std::string nextStep(const ProlineResult& proline);
+
+/// A shift that promises less (bits) is not worth an experiment.
+inline constexpr double kWorthMeasuring = 0.02;
+
 /// What single precision hides: a P_CIS_NORM of 0, 1 or no number whose evidence is finite. Empty elsewhere.
 std::string precisionNote(const ProlineResult& proline);
 
 /// The three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
 std::string strongestOf(const ProlineResult& proline);
 
-/// The shift most worth measuring with its bits: "CG:0.31". Empty where none is missing.
+/// The shift most worth measuring with its bits: "CG:0.31". Empty where none is worth it.
 std::string nextShiftOf(const ProlineResult& proline);
 
 /// "a", "a and b", "a, b and c".

@@ -58,8 +58,8 @@ class SameNumbers(unittest.TestCase):
         self.compare([program.SOURCE / "examples" / "nuclease.str", files / "star3_complex.str",
                       files / "star3_messy.str", files / "nef_entry.nef", files / "shifts.csv"], "--list", "all")
 
-    def test_rereferenced(self):
-        self.compare(some_entries()[:COUNT // 10], "--rereference", rereference=True)
+    def test_as_referenced(self):
+        self.compare(some_entries()[:COUNT // 10], "--as-referenced", as_referenced=True)
 
     def test_structures(self):
         table = program.SOURCE / "examples" / "ubiquitin.tab"

@@ -61,11 +61,20 @@ class Sources(folder.InFolder):
         self.assertEqual([(p.resid, p.prev, p.next) for p in results.prolines], [("5", "K", "V")])
         self.assertEqual(results.proteins[0].length, 8)
 
-    def test_rereference(self):
+    def test_referencing(self):
         shifted = {key: ppm + (2.5 if key[1] in ("CA", "CB", "CG") else 0) for key, ppm in mapping_of(TABLE)[1].items()}
-        results = zorvela.predict_shifts(mapping_of(TABLE)[0], shifted, rereference=True)
-        self.assertAlmostEqual(results.proteins[0].referencing[0].corrected_by, 2.5, delta=0.1)
-        self.assertEqual(calls(results), NUCLEASE)
+        protein = zorvela.predict_shifts(mapping_of(TABLE)[0], shifted).proteins[0]
+        self.assertAlmostEqual(protein.referencing[0].corrected_by, 2.5, delta=0.1)
+        self.assertRegex(protein.correction, "^13C is 2.[45]. ppm too high")
+        self.assertEqual(calls(protein), NUCLEASE)
+        gamma = protein.prolines[4].evidence.shifts["CG"]
+        self.assertAlmostEqual(gamma.observed - gamma.corrected, protein.referencing[0].corrected_by, places=4)
+        kept = zorvela.predict_shifts(mapping_of(TABLE)[0], shifted, as_referenced=True).proteins[0]
+        self.assertIsNone(kept.referencing[0].corrected_by)
+        self.assertIsNone(kept.correction)
+        self.assertEqual([p.p_cis_norm_as_referenced for p in protein.prolines], [p.p_cis_norm for p in kept.prolines])
+        self.assertEqual([p.call_as_referenced for p in protein.prolines], [p.call for p in kept.prolines])
+        self.assertNotEqual(calls(kept), NUCLEASE)
 
     def test_structure(self):
         for source in (STRUCTURE, str(STRUCTURE), STRUCTURE.read_bytes(), gzip.decompress(STRUCTURE.read_bytes()),

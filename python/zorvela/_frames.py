@@ -9,7 +9,8 @@ if TYPE_CHECKING:
 # Numbers that may be missing; all other columns but those of counts are text.
 _COUNTS = {"position", "cs_cnt_prev", "cs_cnt", "cs_cnt_next", "models_cis", "models_trans", "models_twisted"}
 _NUMBERS = {"cg_shift", "p_cis", "p_cis_norm", "offset_ca", "offset_cb", "offset_ha", "offset_c",
-            "corrected_ca", "corrected_cb", "corrected_ha", "corrected_c", "omega", "ca_distance"}
+            "corrected_ca", "corrected_cb", "corrected_ha", "corrected_c",
+            "p_cis_norm_as_referenced", "omega", "ca_distance"}
 _YES_OR_NO = {"cis_flag"}
 
 

@@ -12,6 +12,7 @@ SCHEMA = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
 OF_THE_PROTEIN = {"file", "chain", "list"}
 OF_REFERENCING = {"offset_ca", "offset_cb", "offset_ha", "offset_c", "to_correct", "corrected_ca", "corrected_cb",
                   "corrected_ha", "corrected_c"}
+OF_CORRECTED = {"p_cis_norm_as_referenced", "call_as_referenced"}  # in JSON where the referencing was corrected
 IN_SHORT = {"strongest", "next_shift"}  # in JSON whole: evidence and next_shifts
 
 
@@ -45,7 +46,7 @@ class Document(unittest.TestCase):
 
 class Schema(unittest.TestCase):
     def test_a_proline_has_the_columns_of_the_csv_file(self):
-        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING - IN_SHORT
+        columns = set(program.COLUMNS) - OF_THE_PROTEIN - OF_REFERENCING - IN_SHORT - OF_CORRECTED
         properties = set(SCHEMA["$defs"]["proline"]["required"])
         self.assertEqual(columns - properties, set())
         self.assertEqual(properties - columns, {"prev_resid", "next_resid", "evidence", "next_shifts"})

@@ -96,9 +96,9 @@ export class Zorvela {
     return JSON.parse(this.withText(name, (n) => this.withText(bytes, (b) => this.takeText("contents", n, b))));
   }
 
-  /** A run with choices {chains, lists, rereference}, as the options of zorvela-kit run have them. */
-  newRun({ chains = [], lists = [], rereference = false } = {}) {
-    return new Run(this, this.#pointer("run_new", rereference ? 1 : 0), chains, lists);
+  /** A run with choices {chains, lists, asReferenced}, as the options of zorvela-kit run have them. */
+  newRun({ chains = [], lists = [], asReferenced = false } = {}) {
+    return new Run(this, this.#pointer("run_new", asReferenced ? 1 : 0), chains, lists);
   }
 }
 

@@ -141,12 +141,14 @@ class SavedFiles(Page):
             lines.append(line)
         path = self.folder.add("shifted.tab", "\n".join(lines).encode() + b"\n")
         self.page.choose(path)
-        kept = self.page.save("csv")[1]
+        self.check_saved(path.name)
+        corrected = self.page.save("csv")[1]
+        self.assertIn(b"REMARK Corrected: ", self.page.save("tab")[1])
         self.page.clear_status()
-        self.page.element("rereference").click()
+        self.page.element("as-referenced").click()
         self.page.wait_for_result()
-        self.check_saved(path.name, choices=("--rereference",))
-        self.assertNotEqual(self.page.save("csv")[1], kept)
+        self.check_saved(path.name, choices=("--as-referenced",))
+        self.assertNotEqual(self.page.save("csv")[1], corrected)
 
     def test_chain_and_list(self):
         path = self.folder.copy(FILES / "star3_dimer.str")

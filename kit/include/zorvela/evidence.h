@@ -25,8 +25,8 @@ inline std::string atomName(int index) {
 /// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts, observed less reference; of
 /// CG they are the shift itself.
 struct ShiftContribution {
-  std::optional<float>
-      observed;  ///< ppm, without the offset if the chain was re-referenced; HA of glycine: mean of HA2, HA3
+  std::optional<float> observed;   ///< ppm as in the file; HA of glycine: mean of HA2, HA3
+  std::optional<float> corrected;  ///< without the referencing offset, where one was taken away
   std::optional<float>
       reference;  ///< random coil with its corrections (ppm); nothing for CG and where unknown
   std::optional<float> secondary;  ///< as the model uses it (ppm); nothing if missing
@@ -35,6 +35,9 @@ struct ShiftContribution {
   ClassShift cis;
   ClassShift trans;
   double nats = 0;  ///< 0 if missing
+
+  /// What the model compares with its classes, before the reference is taken off (ppm).
+  const std::optional<float>& compared() const { return corrected ? corrected : observed; }
 };
 
 /// The factor of a neighbour's residue type.

@@ -63,6 +63,9 @@ struct ReferencingOffset {
 /// Whether the offset of an atom is a number that calls for a correction.
 bool callsForCorrection(const ReferencingOffset& offset);
 
+/// Whether the offset is above its bound, but not three times its error.
+bool isUncertain(const ReferencingOffset& offset);
+
 /// One proline of the input, predicted or not.
 struct ProlineResult {
   int position = 0;      ///< in the sequence, from 1
@@ -78,6 +81,9 @@ struct ProlineResult {
   std::optional<float> pCis;      ///< probability of cis under equal odds
   std::optional<float> pCisNorm;  ///< probability of cis where 1 proline in 20 is cis
   Call call = Call::none;
+  /// Of a chain that was corrected: the same two of the shifts as they are in the file.
+  std::optional<float> pCisNormAsReferenced;
+  std::optional<Call> callAsReferenced;
   std::optional<bool> cisFlag;  ///< what the file itself says of the bond before it: true cis, false trans
   std::string reason;           ///< why there is no prediction; empty where there is one
   std::optional<Evidence> evidence;           ///< where there are enough shifts, also if neither class fits
@@ -96,6 +102,9 @@ inline const std::string kNeitherFits = "neither class fits";
 /// Whether the file says cis of a proline that is called trans, or the other way round.
 bool differsFromFlag(const ProlineResult& proline);
 
+/// Whether the call would be another one without the correction of the referencing.
+bool dependsOnCorrection(const ProlineResult& proline);
+
 /// How completely one residue is assigned.
 struct Assignment {
   int present = 0;   ///< of N, HA, C, CA, CB, HN
@@ -110,6 +119,7 @@ struct ProteinResult {
   int length = 0;                           ///< residues in the sequence
   int shiftCount = 0;                       ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
+  std::string correction;                   ///< what was corrected, in words; empty where nothing was
   std::vector<ProlineResult> prolines;      ///< by position
   std::vector<Assignment> assignments;      ///< one for each residue
   std::vector<std::string> numbers;         ///< the file's own residue number of each residue
@@ -120,8 +130,9 @@ struct ProteinResult {
 };
 
 struct PredictorOptions {
-  /// Offsets that call for a correction are taken away before predicting; CG of proline goes with CA and CB.
-  bool rereference = false;
+  /// Shifts are used as they are. Else offsets that call for a correction are taken away before predicting;
+  /// CG of proline goes with CA and CB.
+  bool asReferenced = false;
 };
 
 /// Predicts proteins. Any number of threads may share it.
@@ -132,6 +143,10 @@ class Predictor {
   /// Every proline of the protein, with the reason where it is not predicted. std::out_of_range for a shift
   /// of a residue that the sequence has not.
   ProteinResult predict(const Protein& protein) const;
+
+  /// The protein with the shifts that `predict` uses, to 0.001 ppm. A remark says by how much they were
+  /// corrected; without a correction it is the same protein.
+  Protein corrected(const Protein& protein) const;
 
  private:
   PredictorOptions options;

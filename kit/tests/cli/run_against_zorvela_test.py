@@ -39,7 +39,7 @@ def expected_row(proline):
 def compare(test, files):
     """Compares run with zorvela over shift tables; gives the number of predicted prolines."""
     predicted = 0
-    for file, protein in zip(files, program.proteins(*files), strict=True):
+    for file, protein in zip(files, program.proteins("--as-referenced", *files), strict=True):
         with test.subTest(file=str(file)):
             test.assertEqual(protein["file"], str(file))
             rows = {p["position"]: expected_row(p) for p in protein["prolines"] if p["call"] != "none"}

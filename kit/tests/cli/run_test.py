@@ -237,7 +237,7 @@ class Errors(InFolder):
 
     def test_referencing_that_calls_for_a_correction_is_a_warning(self):
         file = self.off(-3)
-        result = program.run("--format", "csv", file)
+        result = program.run("--as-referenced", "--format", "csv", file)
         self.assertEqual(result.returncode, 0)
         (row,) = program.csv_rows(result.stdout)
         self.assertEqual(row["to_correct"], "CA CB")
@@ -245,15 +245,15 @@ class Errors(InFolder):
         self.assertAlmostEqual(float(row["offset_ca"]), self.OFFSET, delta=1e-5)
         self.assertEqual(row["offset_cb"], row["offset_ca"])
         self.assertEqual(result.stderr.splitlines(), [
-            "zorvela-kit: warning: %s: %s shifts seem 2.91 ppm too low (error %.2f ppm, 32 residues); check the "
-            "referencing and correct it, or add --rereference" % (file, atom, self.ERROR) for atom in ("CA", "CB")])
-        self.assertRegex(program.run(file).stdout,
+            "zorvela-kit: warning: %s: %s shifts seem 2.91 ppm too low (error %.2f ppm, 32 residues); without "
+            "--as-referenced it is corrected" % (file, atom, self.ERROR) for atom in ("CA", "CB")])
+        self.assertRegex(program.run("--as-referenced", file).stdout,
                          r"; ! a correction is recommended\n.*\n   \S+tab +- +32 +[0-9]+ +-2\.910! +-2\.910! +-0")
 
-    def test_a_referencing_offset_can_be_taken_away(self):
+    def test_a_certain_referencing_offset_is_taken_away(self):
         file = self.off(-3)
-        result = program.run("--rereference", "--format", "json", file)
-        note = "re-referenced before predicting: 2.91 ppm added to CA, CB and CG of proline"
+        result = program.run("--format", "json", file)
+        note = "13C is 2.91 ppm too low; corrected before predicting (--as-referenced keeps it)"
         self.assertEqual(result.stderr, "zorvela-kit: note: %s: %s\n" % (file, note))
         (protein,) = json.loads(result.stdout)["proteins"]
         self.assertEqual(protein["notes"], [note])
@@ -267,16 +267,31 @@ class Errors(InFolder):
         # What is left is 0.090 ppm too low. Deviations of 1 ppm (CB 1.5): cis means CB +2, CG 24; trans CB 0, CG 27.
         plain = json.loads(program.run("--format", "json", self.off(-0.090)).stdout)["proteins"][0]
         self.assertAlmostEqual(protein["prolines"][0]["p_cis"], plain["prolines"][0]["p_cis"], delta=1e-4)
-        self.assertNotAlmostEqual(protein["prolines"][0]["p_cis"],
-                                  json.loads(program.run("--format", "json", file).stdout)["proteins"][0]
-                                  ["prolines"][0]["p_cis"], delta=0.05)
-        self.assertIn("; ! taken away before predicting\n", program.run("--rereference", file).stdout)
+        kept = json.loads(program.run("--as-referenced", "--format", "json", file).stdout)["proteins"][0]["prolines"][0]
+        self.assertNotAlmostEqual(protein["prolines"][0]["p_cis"], kept["p_cis"], delta=0.05)
+        self.assertEqual(protein["prolines"][0]["p_cis_norm_as_referenced"], kept["p_cis_norm"])
+        self.assertEqual(protein["prolines"][0]["call_as_referenced"], kept["call"])
+        cb = protein["prolines"][0]["evidence"]["shifts"]["CB"]
+        self.assertEqual(cb["observed"], kept["evidence"]["shifts"]["CB"]["observed"])
+        self.assertAlmostEqual(cb["corrected"], cb["observed"] - self.OFFSET, delta=1e-4)
+        table = program.run(file).stdout
+        self.assertEqual(table.splitlines()[0], note)
+        self.assertIn("; ! taken away before predicting\n", table)
+
+    def test_import_writes_corrected_shifts_with_a_remark(self):
+        file = self.off(-3)
+        table = program.kit("import", "--rereference", "--tables", program.MADE_TABLES, file).stdout
+        self.assertIn("REMARK Corrected: 2.91 ppm added to CA, CB and CG of proline\n", table)
+        again = json.loads(program.run("--format", "json", self.put("again.tab", table)).stdout)["proteins"][0]
+        first = json.loads(program.run("--format", "json", file).stdout)["proteins"][0]
+        self.assertEqual([o["corrected_by"] for o in again["referencing"]], [None] * 4)
+        self.assertAlmostEqual(again["prolines"][0]["p_cis"], first["prolines"][0]["p_cis"], delta=1e-3)
 
     def test_without_an_offset_the_option_changes_nothing(self):
         file = self.off(-0.5)  # certain, but too small to matter
         for form in ("csv", "json", "table"):
             plain = program.run("--format", form, file)
-            self.assertEqual(program.run("--rereference", "--format", form, file).stdout, plain.stdout)
+            self.assertEqual(program.run("--as-referenced", "--format", form, file).stdout, plain.stdout)
             self.assertEqual(plain.stderr, "")
 
     def test_a_wrong_residue_moves_no_offset_and_is_named(self):
@@ -379,19 +394,7 @@ class Waiting:
                 return
 
 
-class Interruption(InFolder):
-    def test_an_interrupted_run_leaves_no_output(self):
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            with self.subTest(signal=number):
-                out = self.path("out.csv")
-                run = Waiting("--format", "csv", "--output", out, self.cis())
-                run.until_reading()
-                run.process.send_signal(number)
-                stdout, stderr = run.process.communicate(timeout=60)
-                self.assertEqual(run.process.returncode, -number)
-                self.assertEqual((stdout, stderr), (b"", b""))
-                self.assertEqual(os.listdir(self.folder), ["cis.tab"])
-
+class StandardInput(InFolder):
     def test_standard_input_is_a_file_like_any_other(self):
         result = program.run("--format", "csv", "-", input=program.full_table("APK", CIS))
         self.assertEqual((result.returncode, result.stderr), (0, ""))

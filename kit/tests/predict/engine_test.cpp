@@ -206,3 +206,59 @@ Protein tooHigh() {
   protein.shifts.push_back(made::shift(42, "CG", "27"));
   return protein;
 }
+
+zorvela::Predictor predictor(bool asReferenced) {
+  zorvela::PredictorOptions options;
+  options.asReferenced = asReferenced;
+  return zorvela::Predictor(zorvela::tablesFromFolder(MADE_TABLES), options);
+}
+
+TEST(Predictor, CorrectsCarbonsOfOneAxisTogether) {
+  const ProteinResult kept = predictor(true).predict(tooHigh());
+  const ProteinResult corrected = predictor(false).predict(tooHigh());
+  ASSERT_EQ(corrected.offsets[0].atom, "CA");
+  ASSERT_TRUE(corrected.offsets[0].correctedBy.has_value());
+  EXPECT_NEAR(*corrected.offsets[0].correctedBy, 2.5, 0.05);
+  EXPECT_FALSE(kept.offsets[0].correctedBy.has_value());
+  const float taken = *corrected.offsets[0].correctedBy;
+  const zorvela::Evidence& before = *kept.prolines.at(0).evidence;
+  const zorvela::Evidence& after = *corrected.prolines.at(0).evidence;
+  for (const int index : {9, zorvela::kIndexCB, zorvela::kIndexCG}) {
+    EXPECT_EQ(after.shift(index).observed, before.shift(index).observed) << "as in the file " << index;
+    ASSERT_TRUE(after.shift(index).corrected.has_value()) << index;
+    EXPECT_NEAR(*after.shift(index).corrected, *before.shift(index).observed - taken, 1e-4) << index;
+  }
+  EXPECT_FALSE(after.shift(8).corrected.has_value()) << "C' has no offset";
+  EXPECT_EQ(corrected.prolines[0].cgShift, 27.0F) << "as in the file";
+}
+
+TEST(Predictor, KeepsWhatTheShiftsSayAsReferenced) {
+  const zorvela::ProlineResult kept = predictor(true).predict(tooHigh()).prolines.at(0);
+  const zorvela::ProlineResult corrected = predictor(false).predict(tooHigh()).prolines.at(0);
+  EXPECT_EQ(corrected.pCisNormAsReferenced, kept.pCisNorm);
+  EXPECT_EQ(corrected.callAsReferenced, kept.call);
+  EXPECT_NE(corrected.pCisNorm, kept.pCisNorm);
+  EXPECT_EQ(dependsOnCorrection(corrected), corrected.call != kept.call);
+  EXPECT_FALSE(kept.callAsReferenced.has_value());
+}
+
+TEST(Predictor, WritesTheShiftsThatItUses) {
+  const Protein corrected = predictor(false).corrected(tooHigh());
+  ASSERT_EQ(corrected.remarks.size(), 1U);
+  EXPECT_EQ(corrected.remarks[0].rfind("Corrected: 2.5", 0), 0U) << corrected.remarks[0];
+  EXPECT_TRUE(predictor(false).predict(corrected).correction.empty());
+  EXPECT_NEAR(*predictor(true).predict(corrected).prolines.at(0).pCisNorm,
+              *predictor(false).predict(tooHigh()).prolines.at(0).pCisNorm, 1e-3);
+  EXPECT_TRUE(predictor(true).corrected(tooHigh()).remarks.empty());
+}
+
+TEST(ReferencingOffset, IsUncertainAboveItsBoundAndBelowThreeErrors) {
+  zorvela::ReferencingOffset offset;
+  offset.atom = "CA";
+  offset.offset = -0.8F;
+  EXPECT_TRUE(isUncertain(offset));
+  offset.recommended = true;
+  EXPECT_FALSE(isUncertain(offset));
+  offset = {"CA", 0.7F, 0.5F, 10, false, std::nullopt};
+  EXPECT_FALSE(isUncertain(offset));
+}

@@ -75,6 +75,15 @@ zorvela::RunReport sample() {
   return report;
 }
 
+/// As where the 13C axis was corrected, and P117 called cis for it.
+void correct(zorvela::RunReport& report) {
+  zorvela::ProteinResult& protein = report.files[0].proteins[0];
+  protein.correction = "13C is 1.5 ppm too high";
+  protein.offsets[0].correctedBy = 1.5F;
+  protein.prolines[0].pCisNormAsReferenced = 0.25F;
+  protein.prolines[0].callAsReferenced = Call::undecided;
+}
+
 template <class Write>
 std::string written(Write write) {
   std::ostringstream out;
@@ -178,10 +187,58 @@ TEST(ReportCsv, HasARowForEachProlineAndEachError) {
       written([](std::ostream& out) { zorvela::writeCsv(sample(), {}, out); }),
       "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
       "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,corrected_ca,corrected_cb,corrected_ha,"
-      "corrected_c,strongest,next_shift,cis_flag\n"
-      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA,,,,,,,no\n"
-      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA,,,,,,,\n"
-      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,,,,,,,,\n");
+      "corrected_c,strongest,next_shift,cis_flag,p_cis_norm_as_referenced,call_as_referenced\n"
+      "a.str,A,1,117,17,K,N,6,4,5,24.31,0.999,0.98125,cis,,1.5,-0.25,0.5,,CA HA,,,,,,,no,,\n"
+      "a.str,A,1,140,40,c,,0,1,,,,,none,last residue,1.5,-0.25,0.5,,CA HA,,,,,,,,,\n"
+      "\"b,c.str\",,,,,,,,,,,,,error,\"b,c.str:3: no shifts; add some\",,,,,,,,,,,,,,\n");
+}
+
+TEST(ReportCsv, HoldsWhatWasTakenAway) {
+  zorvela::RunReport report = sample();
+  correct(report);
+  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
+  EXPECT_NE(text.find(",CA HA,1.5,,,,,,no,0.25,undecided\n"), std::string::npos) << text;
+}
+
+TEST(ReportTable, SaysFirstWhatWasCorrectedAndMarksCallsThatDependOnIt) {
+  zorvela::RunReport report = sample();
+  report.files.pop_back();
+  correct(report);
+  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
+  EXPECT_EQ(
+      text.substr(0, text.find("   a.str", 200)),
+      "13C is 1.5 ppm too high\n\n"
+      "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  As referenced  Call\n"
+      "*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       0.250          cis "
+      "(as referenced undecided)\n");
+}
+
+TEST(ReportJson, HoldsBothProbabilitiesOfACorrectedChain) {
+  zorvela::RunReport report = sample();
+  correct(report);
+  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, {}, out); });
+  const nlohmann::json prolines = nlohmann::json::parse(text)["proteins"][0]["prolines"];
+  EXPECT_EQ(prolines[0]["p_cis_norm_as_referenced"], 0.25);
+  EXPECT_EQ(prolines[0]["call_as_referenced"], "undecided");
+  EXPECT_FALSE(prolines[1].contains("call_as_referenced"));
+}
+
+TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
+  const auto titleOf = [](zorvela::RunReport report) {
+    return written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+  };
+  zorvela::RunReport report = sample();
+  std::vector<zorvela::ReferencingOffset>& offsets = report.files[0].proteins[0].offsets;
+  EXPECT_NE(titleOf(report).find(">Check the referencing: 13C 1.5 ppm too high, HA 0.50 ppm too high. Not "
+                                 "known: C′<"),
+            std::string::npos);
+  offsets[0].recommended = offsets[2].recommended = false;
+  offsets[2].offset = 0.1F;
+  EXPECT_NE(titleOf(report).find(">Perhaps, but not certain: 13C 1.5 ppm too high. Not known: C′. Looks "
+                                 "right: HA<"),
+            std::string::npos);
+  offsets[0].offset = offsets[3].offset = 0.0F;
+  EXPECT_NE(titleOf(report).find(">The referencing looks right<"), std::string::npos);
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {

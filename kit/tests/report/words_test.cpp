@@ -1,6 +1,8 @@
 // The sentence of a proline: who is named, and what is said.
 #include "report/words.h"
 
+#include "report/measured_calls.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -55,10 +57,48 @@ TEST(Words, UndecidedNamesBothSidesAndWhatToMeasure) {
             "undecided: CB of the proline speaks for cis, HA of K6 for trans; CG would be worth 0.31 bits");
 }
 
+TEST(Words, NoAdviceWhereTheBestShiftIsWorthLittle) {
+  ProlineResult result = proline({{10, 2.5}, {13, -0.8}});
+  result.evidence->next = {{18, 0.019, 0.0}};
+  EXPECT_EQ(zorvela::sentenceOf(result), "undecided: CB of the proline speaks for cis, HA of K6 for trans");
+  EXPECT_EQ(zorvela::nextShiftOf(result), "");
+  EXPECT_EQ(zorvela::nextStep(result), "an NOE from HA of A4 to HA of P5 says cis, to HD trans");
+}
+
+TEST(Words, CbMinusCgThatSaysTheOppositeIsNamed) {
+  ProlineResult result = proline({{18, -6.0}});
+  result.evidence->shifts[10].observed = 34.0F;
+  result.evidence->shifts[18].observed = 25.0F;
+  EXPECT_EQ(
+      zorvela::sentenceOf(result),
+      "trans: CG of the proline speaks for it; nothing speaks against it; but CB - CG of 9.0 ppm says cis");
+  result.evidence->shifts[18].observed = 27.0F;  // 7 ppm: neither
+  EXPECT_EQ(zorvela::sentenceOf(result), "trans: CG of the proline speaks for it; nothing speaks against it");
+}
+
+TEST(Words, HowOftenSuchACallIsRight) {
+  std::vector<std::pair<int, double>> shifts = {{10, 6.0}, {18, 6.0}};
+  for (const int index : {0, 1, 2, 3, 4, 5, 12, 13}) shifts.emplace_back(index, 0.0);
+  EXPECT_EQ(zorvela::howOftenRight(proline(shifts)),
+            "of 32 prolines with CB and CG and P_CIS_NORM above 0.8, 32 were cis");
+  shifts[0].second = shifts[1].second = 1;
+  shifts.pop_back();
+  EXPECT_EQ(
+      zorvela::howOftenRight(proline(shifts)),
+      "of 81 undecided prolines with fewer than ten shifts, 17 were cis; of 26 cis prolines with fewer than "
+      "ten shifts 1 is called cis");
+  ProlineResult none;
+  EXPECT_EQ(zorvela::howOftenRight(none), "");
+}
+
 TEST(Words, WithoutEvidenceTheReason) {
   ProlineResult result;
   result.reason = zorvela::reason::kTooFewShifts;
+  result.previous = "A";
+  result.number = "2";
+  result.next = "K";
   EXPECT_EQ(zorvela::sentenceOf(result), "no prediction: too few shifts");
+  EXPECT_EQ(zorvela::nextStep(result), "it takes three of N, HA, C, CA, CB, HN for two of A, P2 and K");
   EXPECT_EQ(zorvela::strongestOf(result), "");
   EXPECT_EQ(zorvela::nextShiftOf(result), "");
   EXPECT_EQ(zorvela::precisionNote(result), "");

@@ -12,7 +12,7 @@ namespace zorvela {
 /// Adds ppm to CA, CB and C of a chain and to CG of its prolines, and to HA, as wrong referencing does.
 void addOffsets(EntryShifts& chain, double carbon, double proton);
 
-/// Takes away what calls for a correction, as `run --rereference` does.
+/// Takes away what calls for a correction, as `run` does.
 void rereference(EntryShifts& chain);
 
 /// The relations of `knownRelations()` fitted anew to chains that are taken to have no offset: medians of the

@@ -24,7 +24,8 @@ SCHEMA = SOURCE / "kit" / "report" / "run.schema.json"
 
 COLUMNS = ("file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
            "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,"
-           "corrected_ca,corrected_cb,corrected_ha,corrected_c,strongest,next_shift,cis_flag").split(",")
+           "corrected_ca,corrected_cb,corrected_ha,corrected_c,strongest,next_shift,cis_flag,"
+           "p_cis_norm_as_referenced,call_as_referenced").split(",")
 
 
 @functools.lru_cache(maxsize=None)

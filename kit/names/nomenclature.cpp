@@ -155,6 +155,12 @@ std::string threeLetterName(char code) {
   return index == std::string_view::npos ? std::string() : std::string(kNames.substr(3 * index, 3));
 }
 
+bool isLinker(std::string_view name) {
+  const std::string key = upper(name);
+  if (key == "PL" || key == "LP") return true;
+  return startsIgnoringCase(key, "LL") && (key.size() == 2 || (key.size() == 3 && isDigit(key[2])));
+}
+
 bool isOtherMolecule(std::string_view name) {
   if (isIonOrWater(name) || isNucleotide(name)) return true;
   const gemmi::ResidueInfo info = tabulated(upper(name));

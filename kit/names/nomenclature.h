@@ -66,6 +66,10 @@ std::string threeLetterName(char code);
 /// Whether the name is that of a metal ion or of water (CA, ZN, HOH): no residue of a polymer.
 bool isIonOrWater(std::string_view name);
 
+/// Whether the name is that of a residue by which programs part the molecules of one chain, without atoms of
+/// a backbone: PL, LL5.
+bool isLinker(std::string_view name);
+
 /// Whether the name is that of a molecule which is no amino acid: an ion, water, a nucleotide, a common
 /// ligand.
 bool isOtherMolecule(std::string_view name);

@@ -38,7 +38,7 @@ constexpr Names kProgramNames[] = {{'R', "ARG+"},
                                    {'D', "ASP- ASH"},
                                    {'E', "GLU- GLH"},
                                    {'H', "HIS+ HIST HID HIE HIP HSD HSE HSP"},
-                                   {'P', "CPRO"}};
+                                   {'P', "CPRO CPR PRO_CIS"}};
 
 // Names written out, as spreadsheets have them.
 constexpr Names kWrittenOut[] = {
@@ -121,7 +121,11 @@ AtomReading readAlphaProton(char letter, std::string_view name) {
 
 ResidueReading residueType(std::string_view name) {
   const std::string key = upper(name);
-  if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
+  if (const auto own = ownNames().find(key); own != ownNames().end()) {
+    ResidueReading type = own->second;
+    type.isCis = name == "cPRO" || key == "CPR" || key == "PRO_CIS";
+    return type;
+  }
   // The library's "standard" residues are the 20; the parent of another is in lower case.
   const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();

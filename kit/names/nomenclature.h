@@ -48,9 +48,11 @@ struct ResidueReading {
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
   Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
+  bool isCis = false;            ///< a proline whose name says so (cPRO, CPR, pro_cis)
 };
 
-/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
+/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter except
+/// in cPRO: CPRO is no cis proline, but one at the end of a chain.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
 ResidueReading residueType(std::string_view name);
 

@@ -214,6 +214,8 @@ void addCisFlags(const FileChain& chain, const ChainSequence& sequence, Protein&
   for (const FileCisFlag& flag : chain.cisFlags)
     if (const int position = sequence.positionOfKey(flag.key); position > 0)
       protein.cisFlags.emplace(position, flag.isCis);
+  for (int position = 1; position <= sequence.size(); ++position)
+    if (sequence.at(position).type.isCis) protein.cisFlags.emplace(position, true);
   std::vector<std::string> cis;
   for (const auto& [position, isCis] : protein.cisFlags)
     if (isCis) cis.push_back(sequence.at(position).type.letter + sequence.at(position).number);

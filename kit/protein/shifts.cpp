@@ -215,7 +215,7 @@ void take(const FileShift& row, int position, const ChainResidue& residue, Colle
   }
   const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
   if (ambiguityText(row.ambiguity) != nullptr) addOnce(found.ambiguous[row.ambiguity], numbered);
-  if (isPseudo) found.pseudo.push_back(residue.number);
+  if (isPseudo && !row.offset) found.pseudo.push_back(residue.number);
   shift->position = position;
   offerAtoms(atom, {*shift, row.occupancy, isPseudo}, row, residue, found);
 }
@@ -280,7 +280,8 @@ void addOfNeighbours(const Chosen& ofNeighbours, const ChainSequence& sequence, 
   const Chosen own = found.chosen;
   for (const auto& [key, candidate] : ofNeighbours) {
     if (hasOwn(own, key)) {
-      ++found.ofNeighboursTwice;
+      const bool isCounted = candidate.isPseudo && candidate.shift.atom == Atom::HA3;
+      if (!isCounted) ++found.ofNeighboursTwice;
       continue;
     }
     found.chosen.emplace(key, candidate);

@@ -8,7 +8,6 @@
 
 #include "predict/tables.h"
 #include "train/evaluation.h"
-#include "train/evaluation_groups.h"
 #include "train/published_tables.h"
 #include "train/study/formatted.h"
 #include "train/study/referencing_study.h"

@@ -11,6 +11,7 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/file_arguments.h"
+#include "cli/given_sequences.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
@@ -35,6 +36,7 @@ constexpr std::size_t kMostPathsNamed = 20;
 
 struct ImportArguments {
   FileArguments named;
+  SequenceArguments sequence;
   std::vector<std::string> files;
   std::string output;
   std::string tables;
@@ -52,7 +54,7 @@ struct Imported {
   FailedFiles failures;
 };
 
-Imported readFiles(const ImportArguments& given, const TableNames& names) {
+Imported readFiles(const ImportArguments& given, const GivenSequences& sequences, const TableNames& names) {
   Imported imported;
   std::optional<Predictor> predictor;
   if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
@@ -61,7 +63,7 @@ Imported readFiles(const ImportArguments& given, const TableNames& names) {
     const std::string& file = given.files[i];
     try {
       std::vector<ChainNotes> notes;
-      std::vector<Protein> proteins = readInput(file, given.options);
+      std::vector<Protein> proteins = readInput(file, sequences.optionsFor(file, given.options));
       for (std::string& name : names.of(i, proteins)) imported.names.push_back(std::move(name));
       for (Protein& protein : proteins) {
         if (predictor) protein = predictor->corrected(protein);
@@ -152,12 +154,14 @@ void writeTables(const ImportArguments& given, const Imported& imported, const T
   sayPaths(given, paths, imported.proteins);
 }
 
-void importFiles(const ImportArguments& given) {
+void importFiles(ImportArguments& given) {
+  const GivenSequences sequences(given.sequence, given.files);
   InputFiles inputs(given.files);
+  inputs.add(sequences.files());
   inputs.add(std::vector<std::string>{given.named.list});
   if (given.rereference) inputs.addFolder(findTables(given.tables));
   const TableNames names(given.files);
-  const Imported imported = readFiles(given, names);
+  const Imported imported = readFiles(given, sequences, names);
   if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
@@ -200,6 +204,7 @@ void addImport(CommandLine& line) {
   command
       .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
       .needs(rereference);
+  addSequence(command, arguments->sequence);
   command.runs([arguments] {
     arguments->files = namedFiles(arguments->named);
     importFiles(*arguments);

@@ -11,6 +11,7 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/file_arguments.h"
+#include "cli/given_sequences.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
@@ -35,6 +36,7 @@ constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {
   FileArguments named;
+  SequenceArguments sequence;
   std::vector<std::string> files;
   std::vector<std::string> structures;
   ImportOptions import;
@@ -86,14 +88,15 @@ ProteinStructure readStructureArgument(const std::string& path) {
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
-void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& report) {
+void predictFiles(const RunSettings& settings, const GivenSequences& sequences, const Tables& tables,
+                  RunReport& report) {
   report.files.resize(settings.files.size());
   const Predictor predictor(tables, settings.predict);
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
   Progress progress("Predicting", report.files.size());
   inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
     const std::string& file = settings.files[item];
-    const auto read = [&] { return readInput(file, settings.import); };
+    const auto read = [&] { return readInput(file, sequences.optionsFor(file, settings.import)); };
     report.files[item] = reportOn(file, read, predictor, report.structures);
     progress.step();
   });
@@ -180,11 +183,13 @@ std::vector<std::string> formatNames() {
   return names;
 }
 
-void run(const RunSettings& settings) {
+void run(RunSettings& settings) {
   mustFitFormat(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
+  const GivenSequences sequences(settings.sequence, settings.files);
   InputFiles inputs(settings.files);
+  inputs.add(sequences.files());
   inputs.add(std::vector<std::string>{settings.named.list});
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
@@ -194,7 +199,7 @@ void run(const RunSettings& settings) {
   report.classes = statisticsOf(tables);
   for (const std::string& file : settings.structures)
     report.structures.push_back(readStructureArgument(file));
-  predictFiles(settings, tables, report);
+  predictFiles(settings, sequences, tables, report);
   noteChainsWithoutShifts(report);
   sayAll(report);
   sayUnknownResidues(settings, report);
@@ -256,6 +261,7 @@ void addRun(CommandLine& line) {
   addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
              settings->import.lists,
              "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");
+  addSequence(command, settings->sequence);
   command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
               "Files worked on at the same time; default: one for each core");
   command.footer(footer());

@@ -37,8 +37,8 @@ const matchOf = ({ file, chain, aligned, identical, mismatches, missing }: Match
 const structureOf = ({ file, format, models, chains, notes }: Structure): Value[] =>
   [file, format, models, ...notes, ...chains.flatMap(({ chain, residues, ca_only }): Value[] => [chain, residues, ca_only])];
 
-const proteinOf = ({ file, chain, list, length, shifts, referencing, prolines, notes, ...more }: Protein): Value[] =>
-  [file, chain, list, length, shifts, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...notes,
+const proteinOf = ({ file, chain, list, length, shifts, referencing, prolines, warnings, notes, ...more }: Protein): Value[] =>
+  [file, chain, list, length, shifts, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...warnings, ...notes,
    ...(more.matches ?? []).flatMap(matchOf), ...(more.structure_notes ?? [])];
 
 export function valuesOf({ format, version, program, tables, thresholds, proteins, errors, ...more }: Result): Value[] {

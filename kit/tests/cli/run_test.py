@@ -395,19 +395,7 @@ class Waiting:
                 return
 
 
-class Interruption(InFolder):
-    def test_an_interrupted_run_leaves_no_output(self):
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            with self.subTest(signal=number):
-                out = self.path("out.csv")
-                run = Waiting("--format", "csv", "--output", out, self.cis())
-                run.until_reading()
-                run.process.send_signal(number)
-                stdout, stderr = run.process.communicate(timeout=60)
-                self.assertEqual(run.process.returncode, -number)
-                self.assertEqual((stdout, stderr), (b"", b""))
-                self.assertEqual(os.listdir(self.folder), ["cis.tab"])
-
+class StandardInput(InFolder):
     def test_standard_input_is_a_file_like_any_other(self):
         result = program.run("--format", "csv", "-", input=program.full_table("APK", CIS))
         self.assertEqual((result.returncode, result.stderr), (0, ""))

@@ -164,25 +164,9 @@ class SavedFiles(Page):
         self.check_saved(path.name)
 
 
-def nef_of_two_cis_prolines():
-    """NEF whose prolines have the shifts of cis; the file calls the first of them trans and says nothing of the second."""
-    names = {"A": "ALA", "K": "LYS", "P": "PRO"}
-    values = {"A": {"CA": 52.5, "CB": 19.0}, "K": {"CA": 56.5, "CB": 33.0}, "P": {"CA": 62.8, "CB": 34.6, "CG": 24.3}}
-    sequence = list(enumerate("AKPAAKPA", 1))
-    shifts = [(resid, letter, atom, value) for resid, letter in sequence
-              for atom, value in {"C": 176.5, "HA": 4.4, **values[letter]}.items()]
-    return "\n".join([
-        "data_x", "save_nef_molecular_system", "loop_",
-        *(f"_nef_sequence.{tag}" for tag in ("chain_code", "sequence_code", "residue_name", "cis_peptide")),
-        *(f"A {resid} {names[letter]} {'false' if resid == 3 else '.'}" for resid, letter in sequence), "stop_", "save_",
-        "save_nef_chemical_shift_list_1", "loop_",
-        *(f"_nef_chemical_shift.{tag}" for tag in ("chain_code", "sequence_code", "residue_name", "atom_name", "value")),
-        *(f"A {resid} {names[letter]} {atom} {value}" for resid, letter, atom, value in shifts), "stop_", "save_", ""]).encode()
-
-
 class FlagsAndRestraints(Page):
     def test_warnings_are_those_of_the_program(self):
-        path = self.folder.add("flagged.nef", nef_of_two_cis_prolines())
+        path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
         self.page.choose(path)
         said = program.kit("run", "--tables", "tab", path.name, cwd=self.folder.path).stderr
         warnings = [line.split("warning: ")[1] for line in said.splitlines() if "warning: " in line]
@@ -194,13 +178,13 @@ class FlagsAndRestraints(Page):
         self.assertFalse(self.page.element("warnings").is_displayed())
 
     def test_nef_file_with_flags(self):
-        path = self.folder.add("flagged.nef", nef_of_two_cis_prolines())
+        path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
         self.page.choose(path, NUCLEASE)
         self.assertTrue(self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=nef]").is_displayed())
         name, saved = self.page.save("nef")
         said = program.kit("annotate", "--tables", "tab", "--output", "out.nef", path.name, cwd=self.folder.path).stderr
         self.assertEqual((name, saved), ("flagged_flags.nef", (self.folder.path / "out.nef").read_bytes()))
-        self.assertEqual(saved.decode(), nef_of_two_cis_prolines().decode().replace("A 7 PRO .", "A 7 PRO true"))
+        self.assertEqual(saved.decode(), web.nef_of_two_cis_prolines().decode().replace("A 7 PRO .", "A 7 PRO true"))
         note = "flagged.nef, chain A: cis_peptide of PRO 3 was false, the shifts say cis; left as it was"
         self.assertIn(note, said)
         self.assertEqual(self.page.status(), f"Saved flagged_flags.nef. {note}.")

@@ -25,6 +25,22 @@ def formats():
     return re.search(r"--format\b[^{]*\{([^}]*)\}", " ".join(text.split()))[1].split(",")
 
 
+def nef_of_two_cis_prolines():
+    """NEF whose prolines have the shifts of cis; the file calls the first of them trans and says nothing of the second."""
+    names = {"A": "ALA", "K": "LYS", "P": "PRO"}
+    values = {"A": {"CA": 52.5, "CB": 19.0}, "K": {"CA": 56.5, "CB": 33.0}, "P": {"CA": 62.8, "CB": 34.6, "CG": 24.3}}
+    sequence = list(enumerate("AKPAAKPA", 1))
+    shifts = [(resid, letter, atom, value) for resid, letter in sequence
+              for atom, value in {"C": 176.5, "HA": 4.4, **values[letter]}.items()]
+    return "\n".join([
+        "data_x", "save_nef_molecular_system", "loop_",
+        *(f"_nef_sequence.{tag}" for tag in ("chain_code", "sequence_code", "residue_name", "cis_peptide")),
+        *(f"A {resid} {names[letter]} {'false' if resid == 3 else '.'}" for resid, letter in sequence), "stop_", "save_",
+        "save_nef_chemical_shift_list_1", "loop_",
+        *(f"_nef_chemical_shift.{tag}" for tag in ("chain_code", "sequence_code", "residue_name", "atom_name", "value")),
+        *(f"A {resid} {names[letter]} {atom} {value}" for resid, letter, atom, value in shifts), "stop_", "save_", ""]).encode()
+
+
 def node(code, *arguments, **options):
     return subprocess.run(["node", "--input-type=module", "-e", code, *arguments], capture_output=True, text=True,
                           timeout=300, check=False, **options)

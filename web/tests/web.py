@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import subprocess
+import tempfile
 import unittest
 
 from zorvela_tests import program
@@ -39,6 +40,18 @@ def nef_of_two_cis_prolines():
         "save_nef_chemical_shift_list_1", "loop_",
         *(f"_nef_chemical_shift.{tag}" for tag in ("chain_code", "sequence_code", "residue_name", "atom_name", "value")),
         *(f"A {resid} {names[letter]} {atom} {value}" for resid, letter, atom, value in shifts), "stop_", "save_", ""]).encode()
+
+
+@functools.lru_cache
+def installed(*packages):
+    """A folder with npm packages, for all tests of a module; None where they cannot be fetched."""
+    folder = tempfile.TemporaryDirectory()
+    unittest.addModuleCleanup(folder.cleanup)
+    path = pathlib.Path(folder.name)
+    (path / "package.json").write_text('{"private": true, "type": "module"}')
+    fetched = subprocess.run(["npm", "install", "--no-audit", "--no-fund", *packages], cwd=path, capture_output=True,
+                             timeout=600, check=False)
+    return path if fetched.returncode == 0 else None
 
 
 def node(code, *arguments, **options):

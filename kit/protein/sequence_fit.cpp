@@ -17,6 +17,12 @@ std::uint32_t bitOf(char letter) {
   return index == std::string_view::npos ? 0 : std::uint32_t{1} << index;
 }
 
+/// Whether a residue type can have a shift. One that no type has is folded or wrong, and says nothing of it.
+bool isPossible(char letter, const AtomReading& atom, double ppm) {
+  if (!atom.isInTable()) return atom.kind != AtomReading::Kind::foreign;
+  return isPlausible(letter, atom.atom, ppm) || !isPlausible(kUnknownResidue, atom.atom, ppm);
+}
+
 }  // namespace
 
 bool isInConflict(const ResidueEvidence& residue, char letter) {
@@ -36,12 +42,8 @@ std::uint32_t Exclusion::of(const FileShift& row) {
   const auto shift = readShift(row.value);
   if (!shift || shift->ppm == 0 || isMissingMark(*shift)) return excluded;
   const std::vector<AtomReading>& atoms = readings(row.atom);
-  for (std::size_t i = 0; i < kAminoAcids.size(); ++i) {
-    const AtomReading& atom = atoms[i];
-    const bool isPossible = atom.isInTable() ? isPlausible(kAminoAcids[i], atom.atom, shift->ppm)
-                                             : atom.kind != AtomReading::Kind::foreign;
-    if (!isPossible) excluded |= std::uint32_t{1} << i;
-  }
+  for (std::size_t i = 0; i < kAminoAcids.size(); ++i)
+    if (!isPossible(kAminoAcids[i], atoms[i], shift->ppm)) excluded |= std::uint32_t{1} << i;
   return excluded;
 }
 

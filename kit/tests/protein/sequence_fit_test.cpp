@@ -35,6 +35,11 @@ TEST(Exclusion, ValuesThatATypeHasNot) {
   EXPECT_EQ(excludedBy("CB", "17.0"), "DEFGHIKLMNPQRSTVWY");  // A from 10.9, C from 12.9, W from 18.2
 }
 
+TEST(Exclusion, NothingByValuesThatNoTypeHas) {
+  EXPECT_EQ(excludedBy("N", "70.5"), "");
+  EXPECT_EQ(excludedBy("CA", "9.0"), "");
+}
+
 TEST(Exclusion, NothingByMissingValues) {
   for (const char* value : {"", "0", "999.000", "9999.00", "-"})
     EXPECT_EQ(excludedBy("HN", value), "") << value;

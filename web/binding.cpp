@@ -18,6 +18,7 @@
 #include "GDB.h"
 #include "embedded_tables.h"
 #include "formats/input_bytes.h"
+#include "formats/sequence_file.h"
 #include "restrain/nef_flags.h"
 #include "restrain/restraints.h"
 #include "util/text.h"
@@ -153,6 +154,22 @@ ZORVELA_EXPORT("run_choose_list") void run_choose_list(Run* run, const Text* nam
   run->import.lists.push_back(*name);
 }
 
+/// The sequence in the bytes of a file is that of the shift files after it; of none where there are no bytes.
+ZORVELA_EXPORT("run_sequence") void run_sequence(Run* run, const Text* name, Text* bytes) {
+  run->import.sequence = nullptr;
+  if (bytes->empty()) return;
+  try {
+    run->import.sequence = zorvela::readSequenceBytes(std::move(*bytes), *name);
+  } catch (const zorvela::Error& error) {
+    run->report.files.push_back({*name, {}, error.what(), true});
+  }
+}
+
+/// The number of the first residue of all sequences.
+ZORVELA_EXPORT("run_first_residue") void run_first_residue(Run* run, int number) {
+  run->import.firstResidue = number;
+}
+
 /// Takes the bytes of a structure, with which the files after it are compared.
 ZORVELA_EXPORT("run_add_structure") void run_add_structure(Run* run, const Text* name, const Text* bytes) {
   try {
@@ -263,8 +280,10 @@ ZORVELA_EXPORT("about") Text* about() {
   });
 }
 
-/// What the bytes of a file hold: 0 shifts, or nothing that is known; 1 a NEF file; 2 a structure.
+/// What the bytes of a file hold: 0 shifts, or nothing that is known; 1 a NEF file; 2 a structure; 3 a
+/// sequence in letters or names.
 ZORVELA_EXPORT("kind_of") int kind_of(const Text* bytes) {
+  if (zorvela::looksLikeSequence(*bytes)) return 3;
   if (zorvela::holdsStructure(*bytes)) return 2;
   return zorvela::contains(*bytes, "_nef_sequence.") ? 1 : 0;
 }

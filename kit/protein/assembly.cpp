@@ -327,7 +327,7 @@ void placeOnSequence(const Entry& entry, const ImportOptions& options) {
       placeOnSequence(entry.file, chain, *options.sequence, options.firstResidue, entry.path);
 }
 
-/// FileError where neither a sequence nor a row says what the residues are.
+/// SequenceError where neither a sequence nor a row says what the residues are.
 void requireNames(const ShiftFile& file, const std::string& path) {
   bool hasRows = false;
   for (const FileShiftList& list : file.lists)
@@ -337,8 +337,8 @@ void requireNames(const ShiftFile& file, const std::string& path) {
     }
   const auto hasSequence = [](const FileChain& chain) { return !chain.residues.empty(); };
   if (hasRows && std::none_of(file.chains.begin(), file.chains.end(), hasSequence))
-    throw FileError(path, 0, "the rows have no residue names",
-                    "add a column resname with one- or three-letter names");
+    throw SequenceError(path, 0, "the rows have no residue names",
+                        "give the sequence beside it (--sequence FILE), or a column resname with names");
 }
 
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {

@@ -194,17 +194,18 @@ void checkFit(const Trial& trial) {
       std::find_if(trial.evidence.begin(), trial.evidence.end(),
                    [&](const ResidueEvidence& one) { return isInConflict(one, letters.at(one.number)); });
   const std::string other = fitsElsewhere ? std::to_string(*fitting) : "";
-  throw FileError(trial.path, 0,
-                  "does not fit the sequence of " + trial.sequence.file + " from number " +
-                      std::to_string(letters.first) + " on: " + std::to_string(conflicts) + " of " +
-                      counted(size, "residue is", "residues are") +
-                      " in conflict, the first: " + conflictOf(*first, trial),
-                  fitsElsewhere ? "it fits with " + other +
-                                      " as the number of the first residue: give --first-residue " + other
-                                : "give the sequence of this protein, and the number of its first residue");
+  throw SequenceError(
+      trial.path, 0,
+      "does not fit the sequence of " + trial.sequence.file + " from number " +
+          std::to_string(letters.first) + " on: " + std::to_string(conflicts) + " of " +
+          counted(size, "residue is", "residues are") +
+          " in conflict, the first: " + conflictOf(*first, trial),
+      fitsElsewhere
+          ? "it fits with " + other + " as the number of the first residue: give --first-residue " + other
+          : "give the sequence of this protein, and the number of its first residue");
 }
 
-/// FileError for the first residue that rows call otherwise than the sequence does.
+/// SequenceError for the first residue that rows call otherwise than the sequence does.
 void checkNames(const Trial& trial) {
   for (const NumberedRow& one : trial.rows.all()) {
     const char letter = trial.given.letters.at(one.number);
@@ -214,7 +215,7 @@ void checkNames(const Trial& trial) {
     const std::string called = "residue " + std::to_string(one.number) + " is " +
                                printable(one.row->residueName, 20) + " but " + letter +
                                " in the sequence of " + trial.sequence.file;
-    throw FileError(trial.path, one.row->line, called, "correct the one that is wrong");
+    throw SequenceError(trial.path, one.row->line, called, "correct the one that is wrong");
   }
 }
 
@@ -242,7 +243,7 @@ NumberedChain chosenChain(const FileChain& chain, const ChainRows& rows, const S
     NumberedChain given = numberedChain(*candidate, firstResidue, sequence);
     try {
       check(given, rows, sequence, path);
-    } catch (const FileError&) {
+    } catch (const SequenceError&) {
       if (candidates.size() == 1) throw;
       continue;
     }
@@ -252,10 +253,10 @@ NumberedChain chosenChain(const FileChain& chain, const ChainRows& rows, const S
   if (fitting.size() == 1) return std::move(fitting.front());
   std::vector<std::string> names;
   for (const FileChain& one : sequence.chains) names.push_back(one.name);
-  throw FileError(path, 0,
-                  std::string(fitting.empty() ? "fits none" : "fits several") + " of the chains of " +
-                      sequence.file + ": " + printable(enumerated(names)),
-                  "give the sequence of this chain, and the number of its first residue");
+  throw SequenceError(path, 0,
+                      std::string(fitting.empty() ? "fits none" : "fits several") + " of the chains of " +
+                          sequence.file + ": " + printable(enumerated(names)),
+                      "give the sequence of this chain, and the number of its first residue");
 }
 
 }  // namespace

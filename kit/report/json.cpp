@@ -240,7 +240,9 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   json.close();
   json.open('[', "errors");
   forEachError(report, [&](const FileReport& file) {
-    json.add({{"file", file.file}, {"message", file.error}});
+    Json error = {{"file", file.file}, {"message", file.error}};
+    if (file.needsSequence) error["needs_sequence"] = true;
+    json.add(error);
   });
   json.close();
   if (withStructures) {

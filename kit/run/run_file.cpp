@@ -27,6 +27,8 @@ FileReport reportOn(const std::string& file, const std::function<std::vector<Pro
                     const Predictor& predictor, const std::vector<ProteinStructure>& structures) {
   try {
     return {file, resultsOf(read(), predictor, structures), ""};
+  } catch (const SequenceError& error) {
+    return {file, {}, error.what(), true};
   } catch (const Error& error) {
     return {file, {}, error.what()};
   } catch (const std::bad_alloc&) {

@@ -2,6 +2,7 @@
 import contextlib
 import io
 import os
+import pathlib
 import random
 import unittest
 

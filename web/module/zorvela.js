@@ -99,14 +99,16 @@ export class Zorvela {
     return JSON.parse(this.withText(name, (n) => this.withText(bytes, (b) => this.takeText("contents", n, b))));
   }
 
-  /** What the (unpacked) bytes of a file hold: "shifts", also for what is not known, "nef" or "structure". */
+  /** What the (unpacked) bytes of a file hold: "shifts", also for what is not known, "nef", "structure" or "sequence". */
   kindOf(bytes) {
-    return ["shifts", "nef", "structure"][this.withText(bytes, (b) => this.call("kind_of", b))];
+    return ["shifts", "nef", "structure", "sequence"][this.withText(bytes, (b) => this.call("kind_of", b))];
   }
 
-  /** A run with choices {chains, lists, asReferenced}, as the options of zorvela-kit run have them. */
-  newRun({ chains = [], lists = [], asReferenced = false } = {}) {
-    return new Run(this, this.#pointer("run_new", asReferenced ? 1 : 0), chains, lists);
+  /** A run with choices {chains, lists, asReferenced, firstResidue}, as the options of zorvela-kit run have them. */
+  newRun({ chains = [], lists = [], asReferenced = false, firstResidue } = {}) {
+    const run = this.#pointer("run_new", asReferenced ? 1 : 0);
+    if (firstResidue !== undefined) this.call("run_first_residue", run, firstResidue);
+    return new Run(this, run, chains, lists);
   }
 }
 
@@ -129,6 +131,11 @@ class Run {
   /** Predicts the prolines in the (unpacked) bytes of a file. What is wrong with it is in the report. */
   add(name, bytes) {
     this.#with(name, bytes, (n, b) => this.#zorvela.call("run_add", this.#run, n, b));
+  }
+
+  /** Takes the bytes of the sequence of the files after it; without bytes they have none. */
+  setSequence(name, bytes = new Uint8Array()) {
+    this.#with(name, bytes, (n, b) => this.#zorvela.call("run_sequence", this.#run, n, b));
   }
 
   /** Takes the bytes of a structure, with which the files after it are compared. */

@@ -32,12 +32,14 @@ export class PredictionError extends Error {
   name = "PredictionError";
 }
 
-const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text", structures: "files" };
+const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text", structures: "files", sequence: "files",
+                  firstResidue: "number" };
 
 const IS_RIGHT = {
   names: (v) => Array.isArray(v) && v.every((item) => typeof item === "string"),
   flag: (v) => typeof v === "boolean",
   text: (v) => typeof v === "string",
+  number: (v) => Number.isInteger(v) && Math.abs(v) < 2 ** 31,
   files: () => true, // looked at as files
 };
 
@@ -55,10 +57,10 @@ function checkOneOf(names, name, what) {
 }
 
 /** Files as [{name, content}]: one or several, of which some have names. */
-function namedInputs(inputs) {
+function namedInputs(inputs, called = "input") {
   const all = Array.isArray(inputs) ? inputs : [inputs];
   return all.map((input, index) => ({
-    name: input?.name ?? (all.length === 1 ? "input" : `input ${index + 1}`),
+    name: input?.name ?? (all.length === 1 ? called : `${called} ${index + 1}`),
     content: input?.content ?? input,
   }));
 }
@@ -112,19 +114,22 @@ export function libraryOf(findDefault, read) {
    * What `use(run, result, bytes)` gives for files in a run, with the bytes of the last one. Rejects where no file can
    * be predicted, or a structure cannot be read.
    */
-  async function withRun(inputs, { structures = [], name, ...choices }, use) {
+  async function withRun(inputs, { structures = [], sequence, name, ...choices }, use) {
     const files = namedInputs(inputs);
     if (files.length === 1 && name !== undefined) files[0].name = name;
     const models = namedInputs(structures);
+    const sequences = sequence === undefined ? [] : namedInputs(sequence, "sequence");
+    const beside = [...models, ...sequences].map((one) => one.name);
     const zorvela = await start();
     try {
       const run = zorvela.newRun(choices);
       for (const model of models) await addFile(run, model, "addStructure");
+      for (const one of sequences) await addFile(run, one, "setSequence");
       let bytes;
       for (const file of files) bytes = await addFile(run, file, "add");
       const result = JSON.parse(decoded(run.report("json")));
       const fatal = result.proteins.length === 0 ? result.errors[0]
-        : result.errors.find(({ file }) => models.some((model) => model.name === file));
+        : result.errors.find(({ file }) => beside.includes(file));
       if (fatal !== undefined) throw new PredictionError(fatal.message);
       return use(run, result, bytes);
     } catch (error) {

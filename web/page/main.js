@@ -71,7 +71,9 @@ const OWN_CHOICE = "";
 
 function choices() {
   const named = (id) => (byId(id).value === OWN_CHOICE ? [] : [byId(id).value.slice(1)]);
-  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked };
+  const first = byId("first-residue").value;
+  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked,
+           sequence: byId("sequence").value.trim(), firstResidue: first === "" ? undefined : Number(first) };
 }
 
 /** Offers the chains and lists in the files, each with how many files have it where not all do. */
@@ -101,13 +103,14 @@ function predict(message) {
 
 function take(files) {
   given = files.map(({ name }) => name);
+  byId("sequence").value = byId("first-residue").value = "";
   offerChoices([]);
   predict({ type: "files", files });
 }
 
-/** Structures alone say nothing: the shifts come before or after them. */
+/** Structures and sequences alone say nothing: the shifts come before or after them. */
 function waitForShifts({ names }) {
-  sayFailure(`${nameOf(names)}: ${names.length === 1 ? "a structure" : "structures"}. Drop the chemical shifts as well.`);
+  sayFailure(`${nameOf(names)}: no shifts yet. Drop the chemical shifts as well.`);
 }
 
 function showProgress({ done, total }) {
@@ -151,6 +154,7 @@ async function showResult({ id, html, summary, leftOut }) {
   fillList(byId("notes").querySelector("ul"), summary.notes);
   byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " on reading";
   byId("notes").hidden = summary.notes.length === 0;
+  if (summary.needsSequence) byId("sequence-choice").open = true;
   offerFiles(summary);
   const answer = await showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
   if (id !== newest) return;
@@ -234,6 +238,7 @@ worker.onmessage = ({ data }) => {
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
 for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
+byId("use-sequence").addEventListener("click", () => predict({ type: "predict" }));
 byId("stop").addEventListener("click", stop);
 byId("copy").addEventListener("click", copyTable);
 byId("table").addEventListener("change", () => offerFiles(shown));

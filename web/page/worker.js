@@ -15,6 +15,7 @@ let newest = 0;
 // {name, kind, bytes, or fault, contents} of the files to predict, contents once they are known; and of the structures.
 let shiftFiles = [];
 let structures = [];
+let sequences = [];
 let current = null; // {id, run, zorvela, files, proteins} of the last result
 
 const others = () => new Promise((resume) => setTimeout(resume)); // lets the page's messages in
@@ -32,11 +33,21 @@ async function readFile(zorvela, { name, blob }) {
   }
 }
 
+const stemOf = (name) => name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "");
+
+/** The sequence of a shift file: as text, of the same stem, or the only one of the only file. */
+function sequenceOf({ name }, { sequence }) {
+  if (sequence) return { name: "the sequence", bytes: new TextEncoder().encode(sequence) };
+  if (sequences.length === 1 && shiftFiles.length === 1) return sequences[0];
+  return sequences.find((one) => stemOf(one.name) === stemOf(name)) ?? { name: "" };
+}
+
 /** Adds a file to a run: its prolines, or why there are none. */
-function addFile(run, { name, kind, bytes, fault }) {
-  if (fault !== undefined) run.addFault(name, fault);
-  else if (kind === "structure") run.addStructure(name, bytes);
-  else run.add(name, bytes);
+function addFile(run, { name, kind, bytes, fault }, sequence) {
+  if (fault !== undefined) return run.addFault(name, fault);
+  if (kind === "structure") return run.addStructure(name, bytes);
+  run.setSequence(sequence.name, sequence.bytes);
+  return run.add(name, bytes);
 }
 
 /** All files in a run with a memory of its own. Null where a newer one has been asked for. */
@@ -45,7 +56,7 @@ async function runAll(id, files, choices) {
   const run = zorvela.newRun(choices);
   for (const [index, file] of files.entries()) {
     try {
-      addFile(run, file);
+      addFile(run, file, sequenceOf(file, choices));
     } catch (error) {
       if (!(error instanceof ModuleFailure)) throw error;
       // The module is beyond use. The others are predicted anew without this file.
@@ -100,6 +111,7 @@ function summaryOf(json, files) {
             ...structures.flatMap(({ file, notes }) => notes.map((note) => `${file}: ${note}`))],
     errors: errors.map(({ message }) => message),
     structures: structures.length,
+    needsSequence: errors.some((error) => error.needs_sequence),
   };
 }
 
@@ -115,16 +127,19 @@ async function predict({ id, choices }) {
   if (shiftFiles.some(({ contents }) => contents === undefined)) await findContents(id);
 }
 
-/** Structures alone belong to the shifts of before, and wait for some where there are none. */
+/** Structures and sequences alone belong to the shifts of before, and wait for some where there are none. */
 async function takeFiles({ id, files, choices }) {
   const zorvela = await start();
   const read = await Promise.all(files.map((file) => readFile(zorvela, file)));
   if (id !== newest) return;
-  const newShifts = read.filter(({ kind }) => kind !== "structure");
-  const newStructures = read.filter(({ kind }) => kind === "structure");
-  if (newStructures.length > 0 || shiftFiles.length > 0) structures = newStructures;
+  const ofKind = (wanted) => read.filter(({ kind }) => kind === wanted);
+  const newShifts = read.filter(({ kind }) => kind !== "structure" && kind !== "sequence");
+  const isOther = newShifts.length > 0 && shiftFiles.length > 0;
+  const beside = (before, now) => (now.length > 0 || isOther ? now : before);
+  structures = beside(structures, ofKind("structure"));
+  sequences = beside(sequences, ofKind("sequence"));
   if (newShifts.length > 0) shiftFiles = newShifts;
-  if (shiftFiles.length === 0) postMessage({ type: "waiting", id, names: structures.map(({ name }) => name) });
+  if (shiftFiles.length === 0) postMessage({ type: "waiting", id, names: read.map(({ name }) => name) });
   else await predict({ id, choices });
 }
 

@@ -260,7 +260,7 @@ class Structures(Page):
 
     def test_dropped_before_the_shifts(self):
         self.assertEqual(self.page.choose(self.model),
-                         "nuclease.pdb.gz: a structure. Drop the chemical shifts as well.")
+                         "nuclease.pdb.gz: no shifts yet. Drop the chemical shifts as well.")
         self.page.choose(self.shifts)
         self.check_compared()
 

@@ -31,6 +31,12 @@ class FileError : public Error {
   using Error::Error;
 };
 
+/// Shifts need the sequence of their protein, or do not fit the one that was given or its numbers.
+class SequenceError : public FileError {
+ public:
+  using FileError::FileError;
+};
+
 /// A file has no such chain or shift list.
 class ChoiceError : public Error {
  public:

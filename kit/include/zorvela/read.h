@@ -37,8 +37,8 @@ struct ImportOptions {
 /// is in the notes of the proteins, what concerns the whole file in those of the first. `file` is how
 /// messages name the file, and becomes `Protein::file`. May run in several threads at once.
 ///
-/// FileError for bytes in no known format, beyond 256 MiB or without shifts of a polypeptide, and for shifts or
-/// residue names that do not fit the sequence given; ChoiceError for a chain or list that the file has not, or
+/// FileError for bytes in no known format, beyond 256 MiB or without shifts of a polypeptide; SequenceError
+/// without residue names and sequence, and for shifts or names that do not fit the sequence given; ChoiceError for a chain or list that the file has not, or
 /// that has no shifts of a polypeptide.
 std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file, const ImportOptions& options);
 

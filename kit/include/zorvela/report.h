@@ -17,6 +17,7 @@ struct FileReport {
   std::string file;
   std::vector<ProteinResult> proteins;
   std::string error;
+  bool needsSequence = false;  ///< the error is that of a sequence that is missing or does not fit
 };
 
 /// The results of a run; `reportOn` gives those of a file.

@@ -358,8 +358,8 @@ class CsvTest(ImportTest):
         self.check_error('standard input:2: most rows (1 of 1) name no residue with its atom: "S81" names no atom; is '
                          "this a table of shifts? It needs columns resid, resname, atom and shift", "-",
                          data=b"Residue,Shift\nS81,52\n")
-        self.check_error("standard input: the rows have no residue names; add a column resname with one- or "
-                         "three-letter names", "-", data=b"resid,atom,shift\n1,CA,52\n")
+        self.check_error("standard input: the rows have no residue names; give the sequence beside it (--sequence "
+                         "FILE), or a column resname with names", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
     def test_lower_case_names_of_a_whole_file(self):
         """Where all letters are lower case, c is no sign of a disulfide bond."""

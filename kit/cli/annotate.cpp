@@ -89,8 +89,11 @@ class Calls {
   Flags flagsOf(const std::vector<NefChain>& chains) {
     Flags flags;
     bool isAnyFound = false;
+    std::size_t residues = 0;
+    for (const NefChain& chain : chains) residues += chain.residues.residues.size();
+    StructureAligner aligner(name, residues);
     for (const NefChain& chain : chains) {
-      const std::vector<Source> sources = sourcesOf(chain);
+      const std::vector<Source> sources = sourcesOf(chain, aligner);
       for (const Source& source : sources) addFlags(source, chain, flags);
       if (sources.empty()) continue;
       isAnyFound = true;
@@ -117,12 +120,12 @@ class Calls {
   }
 
   /// Those of the chain's own name, else those that are most alike.
-  std::vector<Source> sourcesOf(const NefChain& chain) const {
+  std::vector<Source> sourcesOf(const NefChain& chain, StructureAligner& aligner) const {
     std::vector<Source> best;
     bool isNamesake = false;
     for (std::size_t p = 0; p < proteins.size(); ++p) {
       const bool isOfName = chain.isNamed(results[p].chain);
-      ChainAlignment alignment = alignmentWith(proteins[p], chain, isOfName);
+      ChainAlignment alignment = alignmentWith(proteins[p], chain, isOfName, aligner);
       if (alignment.identical == 0 || (isNamesake && !isOfName)) continue;
       if (!best.empty() && isOfName == isNamesake) {
         if (alignment.identical < best.front().alignment.identical) continue;
@@ -137,9 +140,10 @@ class Calls {
   }
 
   /// By numbers for a chain of the same file, else by sequence; nothing aligned for another protein.
-  ChainAlignment alignmentWith(const Protein& protein, const NefChain& chain, bool isOfName) const {
+  ChainAlignment alignmentWith(const Protein& protein, const NefChain& chain, bool isOfName,
+                               StructureAligner& aligner) const {
     if (!isOwn || !isOfName) {
-      ChainAlignment alignment = align(protein.sequence, chain.residues);
+      ChainAlignment alignment = aligner.align(protein.sequence, ChainRest(chain.residues));
       const std::size_t shorter = std::min(protein.sequence.size(), chain.residues.residues.size());
       const bool isSame = alignment.identity() >= kSameSequenceFrom && 2 * alignment.aligned >= shorter;
       return isSame ? alignment : ChainAlignment();

@@ -74,6 +74,7 @@ struct Entry {
 /// What is made of it, and what there is to say.
 struct Outcome {
   std::vector<Protein> proteins = {};
+  std::size_t residues = 0;  ///< of them
   std::vector<LeftOut> leftOut = {};
   std::vector<std::string> listNotes = {};
 };
@@ -276,8 +277,8 @@ void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcom
     markDisulfides(chain, sequence, protein);
     addRemarks(chain, entry.file.format, protein);
     addCisFlags(chain, sequence, protein);
+    checkLimit(outcome.residues += protein.sequence.size(), limits::kResiduesMade, entry.path);
     outcome.proteins.push_back(std::move(protein));
-    checkResiduesMade(outcome.proteins, entry.path);
   }
 }
 
@@ -340,7 +341,6 @@ void requireNames(const ShiftFile& file, const std::string& path) {
 }
 
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
-  checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
   if (options.sequence) placeOnSequence(entry, options);
@@ -360,12 +360,6 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
 }
 
 }  // namespace
-
-void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path) {
-  std::size_t residues = 0;
-  for (const Protein& protein : proteins) residues += protein.sequence.size();
-  checkLimit(residues, limits::kResiduesMade, path);
-}
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
   if (!file.table) return proteinsOf(file, path, options);

@@ -441,8 +441,8 @@ std::string_view StarColumn::cell(std::size_t row) const {
 
 std::string StarColumn::word(std::size_t row) const {
   const std::string_view whole = cell(row);
-  if (whole.size() <= kLongestWord) return std::string(whole);
-  return std::string(whole.substr(0, kLongestWord)) + "...";
+  if (whole.size() <= kLongestNameKept) return std::string(whole);
+  return printable(whole, kLongestNameKept);
 }
 
 std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) {

@@ -26,24 +26,21 @@ namespace {
 using Structures = std::vector<std::shared_ptr<const ProteinStructure>>;
 using ShiftTuple = std::tuple<int, std::string, double>;
 
-/// Reference tables, read once, with a predictor for shifts as they stand and one for corrected ones. Any
-/// number of threads may share it.
+/// Reference tables, read once. Any number of threads may share it.
 class Engine {
  public:
   explicit Engine(const std::string& tablesFolder)
       : folder(tablesFolder),
         tables(tablesFromFolder(tablesFolder)),
         classes(statisticsOf(tables)),
-        asMeasured(tables, {true}),
-        corrected(tables) {}
+        predictor(tables) {}
 
   Results predict(const std::vector<Protein>& proteins, const std::string& file, const Structures& structures,
-                  bool asReferenced) const {
+                  const PredictorOptions& options) const {
     RunReport report{folder, classes, {{file, {}, ""}}};
     for (const auto& structure : structures) report.structures.push_back(*structure);
     std::vector<ProteinResult>& results = report.files.front().proteins;
-    const Predictor& predictor = asReferenced ? asMeasured : corrected;
-    for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
+    for (const Protein& protein : proteins) results.push_back(predictor.with(options).predict(protein));
     if (!structures.empty()) compareWithStructures(proteins, report.structures, results);
     noteChainsWithoutShifts(report);
     return {std::move(report)};
@@ -53,8 +50,7 @@ class Engine {
   std::string folder;
   Tables tables;
   ClassStatistics classes;
-  Predictor asMeasured;
-  Predictor corrected;
+  Predictor predictor;
 };
 
 /// What a user asks of a shift file.
@@ -62,7 +58,7 @@ struct Request {
   ImportOptions import;
   std::optional<std::string> sequence;
   Structures structures;
-  bool asReferenced = false;
+  PredictorOptions predict;
 };
 
 Results predictProteins(const Engine& engine, std::vector<Protein> proteins, const std::string& file,
@@ -71,7 +67,7 @@ Results predictProteins(const Engine& engine, std::vector<Protein> proteins, con
     throw ChoiceError(file, 0, "has " + std::to_string(proteins.size()) + " chains or lists for one sequence",
                       "choose one with chain and list");
   if (request.sequence) proteins.front() = onSequence(std::move(proteins.front()), *request.sequence);
-  return engine.predict(proteins, file, request.structures, request.asReferenced);
+  return engine.predict(proteins, file, request.structures, request.predict);
 }
 
 Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
@@ -94,7 +90,7 @@ Results predictShifts(const Engine& engine, const std::string& sequence, const s
   for (const auto& [number, atom, ppm] : named) shifts.push_back({number, atom, ppm});
   std::vector<Protein> proteins = {proteinOfShifts(sequence, shifts, first)};
   proteins.front().file = name;
-  return engine.predict(proteins, name, request.structures, request.asReferenced);
+  return engine.predict(proteins, name, request.structures, request.predict);
 }
 
 std::shared_ptr<const ProteinStructure> structureOfFile(const std::string& path) {
@@ -138,9 +134,12 @@ PYBIND11_MODULE(_zorvela, module) {
 
   py::class_<Request>(module, "Request")
       .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
-                       std::optional<std::string> sequence, Structures structures, bool asReferenced) {
-        return Request{
-            {std::move(chains), std::move(lists)}, std::move(sequence), std::move(structures), asReferenced};
+                       std::optional<std::string> sequence, Structures structures, bool asReferenced,
+                       std::optional<bool> deuterated) {
+        return Request{{std::move(chains), std::move(lists)},
+                       std::move(sequence),
+                       std::move(structures),
+                       {asReferenced, deuterated == true, deuterated == false}};
       }));
   py::class_<Engine>(module, "Engine")
       .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())

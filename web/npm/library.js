@@ -32,7 +32,7 @@ export class PredictionError extends Error {
   name = "PredictionError";
 }
 
-const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text" };
+const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", deuterated: "flag", name: "text" };
 
 function checkOptions(options) {
   for (const [name, value] of Object.entries(options)) {

@@ -138,6 +138,7 @@ void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByCh
     residue.letter = placed.residues[i].letter;
     residue.name = own.name;
     residue.number = own.number;
+    residue.label = own.label;
     residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
     if (residue.letter == kProlineCode)
       residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
@@ -238,6 +239,10 @@ void addModels(const std::vector<BackboneModel>& models, ProteinStructure& struc
 }
 
 }  // namespace
+
+bool holdsStructure(std::string_view text) {
+  return !holdsShifts(text) && (contains(text, "_atom_site.") || isPdb(text));
+}
 
 std::string StructureChain::letters() const {
   std::string text;

@@ -242,8 +242,8 @@ class Results:
     def _repr_html_(self) -> str: ...
 
 class Request:
-    def __init__(self, chains: List[str], lists: List[str], sequence: Optional[str],
-                 structures: Sequence[Structure], as_referenced: bool,
+    def __init__(self, chains: List[str], lists: List[str], sequence: Optional[Tuple[bytes, str]],
+                 first_residue: Optional[int], structures: Sequence[Structure], as_referenced: bool,
                  deuterated: Optional[bool]) -> None: ...
 
 class Engine:

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "zorvela/finding.h"
@@ -27,6 +28,7 @@ struct StructureResidue {
   char letter = '?';          ///< one-letter code, of the parent for a modified residue
   std::string name;           ///< as the file writes it: PRO, HYP
   std::string number;         ///< with insertion code: 52A
+  std::string label;          ///< label_asym_id and label_seq_id of mmCIF: "B 17"; empty without them
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
   std::vector<ModelBond> bonds;            ///< one for each model with both residues: its main conformation
@@ -61,6 +63,9 @@ ProteinStructure readStructureFile(const std::string& path);
 
 /// The same for the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
+
+/// Whether the text of an unpacked file has coordinates of atoms, and not shifts, whether it can be read or not.
+bool holdsStructure(std::string_view text);
 
 /// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
 /// and at least 25 residues, or half of the shorter one if that is less, are aligned.

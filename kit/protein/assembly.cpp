@@ -5,6 +5,7 @@
 #include <numeric>
 #include <set>
 
+#include "protein/deuteration.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/own_table.h"
@@ -277,6 +278,8 @@ void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcom
     markDisulfides(chain, sequence, protein);
     addRemarks(chain, entry.file.format, protein);
     addCisFlags(chain, sequence, protein);
+    if (const auto& shares = entry.file.lists[l].deuteration; shares.count(c) > 0)
+      setDeuteration(shares.at(c), protein);
     checkLimit(outcome.residues += protein.sequence.size(), limits::kResiduesMade, entry.path);
     outcome.proteins.push_back(std::move(protein));
   }

@@ -37,6 +37,8 @@ bool isNmrStar2(const Source& source);
 ShiftFile readNmrStar2(const Source& source);
 bool isNmrStar3(const Source& source);
 ShiftFile readNmrStar3(const Source& source);
+bool isWordList(const Source& source);
+ShiftFile readWordList(const Source& source);
 bool isCsv(const Source& source);
 ShiftFile readCsv(const Source& source);
 
@@ -47,6 +49,7 @@ inline constexpr Format kFormats[] = {
     {"NEF", isNef, readNef},
     {"NMR-STAR 2.1", isNmrStar2, readNmrStar2},
     {"NMR-STAR 3", isNmrStar3, readNmrStar3},
+    {"assignment list", isWordList, readWordList},
     {"CSV", isCsv, readCsv},
 };
 // clang-format on

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "cli/given_sequences.h"
 #include "cli/input.h"
+#include "cli/joined_inputs.h"
 #include "cli/messages.h"
 #include "formats/format.h"
 #include "formats/input_bytes.h"

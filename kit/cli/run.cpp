@@ -1,6 +1,5 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -11,10 +10,9 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/file_arguments.h"
-#include "cli/given_sequences.h"
-#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
+#include "cli/joined_inputs.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
@@ -36,7 +34,7 @@ constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {
   FileArguments named;
-  SequenceArguments sequence;
+  JoinArguments joining;
   std::vector<std::string> files;
   std::vector<std::string> structures;
   ImportOptions import;
@@ -88,7 +86,7 @@ ProteinStructure readStructureArgument(const std::string& path) {
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
-void predictFiles(const RunSettings& settings, const GivenSequences& sequences, const Tables& tables,
+void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const Tables& tables,
                   RunReport& report) {
   report.files.resize(settings.files.size());
   const Predictor predictor(tables, settings.predict);
@@ -96,27 +94,13 @@ void predictFiles(const RunSettings& settings, const GivenSequences& sequences, 
   Progress progress("Predicting", report.files.size());
   inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
     const std::string& file = settings.files[item];
-    const auto read = [&] { return readInput(file, sequences.optionsFor(file, settings.import)); };
+    const auto read = [&] { return joined.read(file, settings.import); };
     report.files[item] = reportOn(file, read, predictor, report.structures);
     progress.step();
   });
 }
 
 // --- Reporting ----------------------------------------------------------------------------------
-
-std::string offsetWarning(const ReferencingOffset& offset) {
-  const std::string size = fixedText(std::fabs(static_cast<double>(offset.offset)), 2);
-  const std::string error = fixedText(static_cast<double>(offset.error), 2);
-  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
-         (offset.offset > 0 ? "high" : "low") + " (error " + error + " ppm, " + std::to_string(offset.size) +
-         " residues); without --as-referenced it is corrected";
-}
-
-std::string flagWarning(const ProlineResult& proline) {
-  return "P" + proline.number + " is marked " + (*proline.cisFlag ? "cis" : "trans") +
-         " in the file but predicted " + toText(proline.call) + " (" +
-         fixedText(static_cast<double>(*proline.pCisNorm), 3) + ")";
-}
 
 std::vector<ChainNotes> chainNotes(const FileReport& file, std::vector<std::string> ProteinResult::*notes) {
   std::vector<ChainNotes> chains;
@@ -133,11 +117,7 @@ void sayAll(const RunReport& report) {
     sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown, kAllNotes);
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
-      for (const ReferencingOffset& offset : protein.offsets)
-        if (callsForCorrection(offset) && !offset.correctedBy)
-          say("warning: " + name + ": " + offsetWarning(offset));
-      for (const ProlineResult& proline : protein.prolines)
-        if (differsFromFlag(proline)) say("warning: " + name + ": " + flagWarning(proline));
+      for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);
     }
     if (!file.error.empty()) say(file.error);
   }
@@ -187,9 +167,9 @@ void run(RunSettings& settings) {
   mustFitFormat(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
-  const GivenSequences sequences(settings.sequence, settings.files);
+  const JoinedInputs joined(settings.joining, settings.files);
   InputFiles inputs(settings.files);
-  inputs.add(sequences.files());
+  inputs.add(joined.files());
   inputs.add(std::vector<std::string>{settings.named.list});
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
@@ -199,9 +179,10 @@ void run(RunSettings& settings) {
   report.classes = statisticsOf(tables);
   for (const std::string& file : settings.structures)
     report.structures.push_back(readStructureArgument(file));
-  predictFiles(settings, sequences, tables, report);
+  predictFiles(settings, joined, tables, report);
   noteChainsWithoutShifts(report);
   sayAll(report);
+  joined.sayLookAlikes();
   sayUnknownResidues(settings, report);
   // What is wrong with a single file has been said.
   const bool isSaid = settings.format == "table" && settings.output == "-" && report.files.size() == 1 &&
@@ -261,7 +242,7 @@ void addRun(CommandLine& line) {
   addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
              settings->import.lists,
              "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");
-  addSequence(command, settings->sequence);
+  addJoining(command, settings->joining);
   command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
               "Files worked on at the same time; default: one for each core");
   command.footer(footer());

@@ -260,13 +260,13 @@ NumberedChain chosenChain(const FileChain& chain, const ChainRows& rows, const S
 
 }  // namespace
 
-void placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& sequence,
+bool placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& sequence,
                      std::optional<int> firstResidue, const std::string& path) {
   FileChain& own = file.chains[chain];
   const auto isSame = [&](const FileChain& one) {
     return lettersOf(one.residues) == lettersOf(own.residues);
   };
-  if (std::any_of(sequence.chains.begin(), sequence.chains.end(), isSame)) return;
+  if (std::any_of(sequence.chains.begin(), sequence.chains.end(), isSame)) return false;
   const ChainRows rows(file, chain);
   NumberedChain given = chosenChain(own, rows, sequence, firstResidue, path);
   for (FileShiftList& list : file.lists)
@@ -281,6 +281,7 @@ void placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& seq
   if (given.isFirstOpen)
     file.notes.push_back("the sequence of " + sequence.file +
                          " has no numbers: its first residue is taken as 1");
+  return true;
 }
 
 }  // namespace zorvela

@@ -1,4 +1,5 @@
 """Shift lists without residue names, with the sequence beside them."""
+import functools
 import unittest
 
 from zorvela_tests import folder, program
@@ -77,6 +78,44 @@ class Sequence(folder.InFolder):
                                                    "one-letter text, residue names with numbers (.seq), NMR-STAR or NEF")):
             ended = self.run_kit(*arguments)
             self.assertEqual((ended.returncode, ended.stderr), (1, f"zorvela-kit: {message}\n"), arguments)
+
+    def test_two_lists_of_one_protein(self):
+        rows = [row for row in SHIFTS.splitlines(keepends=True)]
+        side = "".join(row for row in rows if ",C" in row and ",CA" not in row and ",C," not in row)
+        self.put("back.csv", "resid,atom,shift\n" + "".join(row for row in rows if row not in side) + "6,CB,32.5\n")
+        self.put("side.csv", "resid,atom,shift\n" + side)
+        files = ["back.csv", "side.csv", "--sequence", "p.fasta", "--first-residue", "1"]
+        ended = self.run_kit("--merge", *files)
+        whole = program.csv_rows(self.run_kit("p.csv", "p.fasta").stdout)
+        merged = program.csv_rows(ended.stdout)
+        self.assertEqual([row["cg_shift"] for row in merged], [row["cg_shift"] for row in whole])
+        self.assertEqual([row["file"] for row in merged], ["back.csv"])
+        self.assertIn("one protein of back.csv, side.csv", ended.stderr)
+        self.assertIn("the first is used: 6 CB 32.5 (side.csv 32.0)", ended.stderr)
+        self.assertNotIn("look like", ended.stderr)
+        table = program.kit("import", "--merge", *files, cwd=self.folder).stdout
+        self.assertIn("   6 P   CB    32.500\n", table)
+        self.assertEqual(table.count("   6 P   CG    27.100\n"), 1)
+
+    def test_lists_that_look_like_one_protein(self):
+        residues = [f"{number},ALA" for number in range(1, 11)] + ["11,PRO"]
+        self.put("a.csv", "resid,resname,atom,shift\n" + "".join(f"{one},CA,55.0\n" for one in residues))
+        self.put("b.csv", "resid,resname,atom,shift\n" + "".join(f"{one},C,175.0\n" for one in residues))
+        note = "note: a.csv and b.csv look like two lists of one protein; --merge makes one of them\n"
+        for command in (program.run, functools.partial(program.kit, "import")):
+            self.assertIn(note, command("a.csv", "b.csv", cwd=self.folder).stderr)
+            self.assertNotIn("look like", command("a.csv", "b.csv", "--merge", cwd=self.folder).stderr)
+            self.assertNotIn("look like", command("a.csv", "p.csv", "p.fasta", cwd=self.folder).stderr)
+
+    def test_merging_needs_one_protein_in_each_file(self):
+        self.put("two.csv", "chain,resid,resname,atom,shift\nA,1,ALA,CA,52.0\nB,1,ALA,CA,52.0\n")
+        self.put("b.csv", "resid,resname,atom,shift\n1,PRO,CA,63.0\n")
+        ended = self.run_kit("--merge", "b.csv", "two.csv")
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn("two.csv: has 2 chains or lists; choose one with --chain or --list to merge it", ended.stderr)
+        self.put("a.csv", "resid,resname,atom,shift\n1,ALA,CA,52.0\n")
+        self.assertIn("b.csv: residue 1 is P but A in a.csv; merge lists of one protein only",
+                      self.run_kit("--merge", "a.csv", "b.csv").stderr)
 
     def test_no_output_takes_the_place_of_the_sequence(self):
         ended = self.run_kit("p.csv", "--sequence", "p.fasta", "--output", "p.fasta")

@@ -118,6 +118,21 @@ TEST(PlaceOnSequence, RefusesTwoSequencesThatDiffer) {
       "residue 2 (V) is called LYS; give the sequence of this protein, and the number of its first residue");
 }
 
+TEST(PlaceOnSequence, TakesShiftTables) {
+  const auto table = [](const std::string& sequence) {
+    return (sequence.empty() ? "" : "DATA SEQUENCE " + sequence + "\n") +
+           "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n2 K CB 33.1\n6 P CG 27.1\n6 P CA "
+           "999.0\n";
+  };
+  EXPECT_EQ(read(table("MKAGVPGT"), on("MKAGVPGT")).front().shifts.size(),
+            3U);  // with its mark, as it stands
+  const Protein longer = read(table(""), on("MKAGVPGT")).front();
+  EXPECT_EQ(longer.sequence, "MKAGVPGT");
+  EXPECT_EQ(shiftsOf(longer), (Texts{"2 CB 33.1", "6 CG 27.1"}));
+  EXPECT_EQ(message(table("MKAGVPGT"), on("MRAGVPGT")).substr(0, 62),
+            "x.csv: does not fit the sequence of p.seq from number 1 on: 1 ");
+}
+
 TEST(PlaceOnSequence, GivesEachChainItsOwn) {
   const std::string rows =
       "chain,resid,atom,shift\nA,2,CB,33.1\nA,4,HA2,3.9\nA,6,CG,27.1\nB,1,CB,69.5\nB,2,HA3,4.1\nB,3,CA,63."

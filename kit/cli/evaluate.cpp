@@ -32,11 +32,13 @@ struct EvaluateSettings {
   bool json = false;
   std::string output = "-";
   std::string predictions;
+  std::string roc;
   std::string calibration;
 };
 
 void checkOutputs(const EvaluateSettings& settings) {
-  const std::vector<std::string> outputs = {settings.output, settings.predictions, settings.calibration};
+  const std::vector<std::string> outputs = {settings.output, settings.predictions, settings.roc,
+                                            settings.calibration};
   const PublishedData published = besideLabels(settings.published, settings.labels);
   InputFiles inputs(
       {settings.labels, published.neighbours, published.randomCoil, published.neighbourEffects});
@@ -62,6 +64,7 @@ void write(const EvaluateSettings& settings, const Evaluation& result, const Lab
     if (!path.empty()) writeWhole(path, write);
   };
   writeTo(settings.predictions, [&](std::ostream& out) { writePredictions(out, result, data); });
+  writeTo(settings.roc, [&](std::ostream& out) { writeRoc(out, result); });
   writeTo(settings.calibration, [&](std::ostream& out) { writeCalibration(out, result); });
   writeTo(settings.output, [&](std::ostream& out) {
     if (settings.json)
@@ -100,13 +103,14 @@ void addEvaluate(CommandLine& line) {
       command.add("--cross-validate", settings->folds, {"N", 2, 1000},
                   "Instead of given tables: train all tables anew without the clusters of each of N folds");
   folds.excludes(tables);
-  command.addFlag("--json", settings->json, "JSON instead of a table");
+  command.addFlag("--json", settings->json, "JSON instead of a table, with the calibration");
   command.add("--output", settings->output, "FILE", "File for the figures; default: standard output");
   command.add("--bootstrap", settings->rounds, {"N", 0, 100000}, "Rounds for the intervals").showsDefault();
   const auto addFile = [&](const char* name, std::string& path, const char* text) {
-    command.add(name, path, "FILE", text).group("Files for a closer look (CSV)");
+    command.add(name, path, "FILE", text).group("Files for plots and for a closer look (CSV)");
   };
   addFile("--predictions", settings->predictions, "Each proline with its label and probabilities");
+  addFile("--roc", settings->roc, "Points of the ROC curves");
   addFile("--calibration", settings->calibration, "Predicted probability against observed share of cis");
   std::vector<Option> forFolds = addTrainingOptions(command, settings->choices);
   const auto addSource = [&](const char* name, std::string& path, const char* text) {

@@ -58,6 +58,24 @@ Json groupJson(const GroupFigures& g) {
   return json;
 }
 
+std::vector<Scored> allScored(const Evaluation& evaluation) {
+  return scored(evaluation, groups().front());
+}
+
+Json calibrationJson(const Evaluation& evaluation) {
+  Json bins = Json::array();
+  for (const CalibrationBin& bin : calibration(allScored(evaluation), kCalibrationEdges))
+    bins.push_back({{"from", bin.from},
+                    {"below", bin.below},
+                    {"n", bin.count},
+                    {"cis", bin.cis},
+                    {"mean_probability", bin.meanProbability},
+                    {"observed_share", bin.share},
+                    {"low", bin.interval.low},
+                    {"high", bin.interval.high}});
+  return bins;
+}
+
 std::string number(double value) {
   char buffer[64];
   std::snprintf(buffer, sizeof buffer, "%.6g", value);
@@ -98,6 +116,7 @@ void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation,
                {"bootstrap_rounds", rounds},
                {"groups", Json::array()}};
   for (const GroupFigures& g : all) json["groups"].push_back(groupJson(g));
+  json["calibration"] = calibrationJson(evaluation);
   out << json.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
 }
 
@@ -113,9 +132,17 @@ void writePredictions(std::ostream& out, const Evaluation& evaluation, const Lab
   }
 }
 
+void writeRoc(std::ostream& out, const Evaluation& evaluation) {
+  out << "group,threshold,false_positive_rate,true_positive_rate\n";
+  for (const Group& group : groups())
+    for (const RocPoint& point : rocCurve(scored(evaluation, group)))
+      out << group.key << ',' << number(point.threshold) << ',' << number(point.falsePositiveRate) << ','
+          << number(point.truePositiveRate) << '\n';
+}
+
 void writeCalibration(std::ostream& out, const Evaluation& evaluation) {
   out << "from,below,n,cis,mean_probability,observed_share,low,high\n";
-  for (const CalibrationBin& bin : calibration(scored(evaluation, groups().front()), kCalibrationEdges))
+  for (const CalibrationBin& bin : calibration(allScored(evaluation), kCalibrationEdges))
     out << number(bin.from) << ',' << number(bin.below) << ',' << bin.count << ',' << bin.cis << ','
         << number(bin.meanProbability) << ',' << number(bin.share) << ',' << number(bin.interval.low) << ','
         << number(bin.interval.high) << '\n';

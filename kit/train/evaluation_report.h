@@ -13,11 +13,13 @@ namespace zorvela {
 /// A row for each group. `tables` says where the probabilities are from.
 void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
                           const std::vector<GroupFigures>& all, const std::string& tables);
-/// The same with all digits.
+/// The same with all digits, and with the calibration.
 void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation,
                          const std::vector<GroupFigures>& all, const std::string& tables, int rounds);
 /// CSV: each proline with its label and its probabilities.
 void writePredictions(std::ostream& out, const Evaluation& evaluation, const LabelledProlines& data);
+/// CSV: the points of the ROC curve of each group.
+void writeRoc(std::ostream& out, const Evaluation& evaluation);
 /// CSV: predicted probability against observed share of cis.
 void writeCalibration(std::ostream& out, const Evaluation& evaluation);
 

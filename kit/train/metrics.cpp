@@ -133,7 +133,25 @@ FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint6
   return intervals;
 }
 
-// --- Calibration ----------------------------------------------------------------------------------
+// --- Curves ---------------------------------------------------------------------------------------
+
+std::vector<RocPoint> rocCurve(const std::vector<Scored>& set) {
+  std::vector<std::size_t> order = byScore(set);
+  std::reverse(order.begin(), order.end());
+  double cis = 0;
+  for (const Scored& proline : set) cis += proline.isCis ? 1 : 0;
+  const double trans = static_cast<double>(set.size()) - cis;
+  if (!(cis > 0) || !(trans > 0)) return {};
+  std::vector<RocPoint> curve;
+  double tp = 0, fp = 0;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    (set[order[i]].isCis ? tp : fp) += 1;
+    const double score = set[order[i]].score;
+    if (i + 1 == order.size() || set[order[i + 1]].score < score)
+      curve.push_back({score, fp / trans, tp / cis});
+  }
+  return curve;
+}
 
 namespace {
 

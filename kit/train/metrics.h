@@ -72,6 +72,16 @@ class Draw {
   std::uint64_t state;
 };
 
+/// A point of the ROC curve: what is called cis from this score upwards.
+struct RocPoint {
+  double threshold = 0;
+  double falsePositiveRate = 0;  ///< share of trans called cis
+  double truePositiveRate = 0;   ///< share of cis called cis
+};
+
+/// From the strictest threshold to the loosest, one point for each distinct score.
+std::vector<RocPoint> rocCurve(const std::vector<Scored>& set);
+
 /// Predicted probability against observed share of cis.
 struct CalibrationBin {
   double from = 0;   ///< probabilities at or above this ...

@@ -40,16 +40,16 @@ class TwoOutputs(InFolder):
 
     def test_standard_output_twice(self):
         os.makedirs(self.path("out"))
-        both = ["--predictions", "-", "--calibration", "-", "--output", self.path("f")]
+        both = ["--roc", "-", "--calibration", "-", "--output", self.path("f")]
         with open(self.path("out/x"), "w", encoding="utf-8") as stdout:
             for ended in (program.kit(*self.command, *both), program.kit(*self.command, *both, stdout=stdout),
-                          program.kit(*self.command, "--predictions", "/dev/stdout"),
-                          program.kit(*self.command, "--predictions", self.path("out/x"), stdout=stdout)):
+                          program.kit(*self.command, "--roc", "/dev/stdout"),
+                          program.kit(*self.command, "--roc", self.path("out/x"), stdout=stdout)):
                 self.assertEqual(ended.returncode, 1)
                 self.assertIn("would hold two outputs; give each its own file", ended.stderr)
 
     def test_devices_take_any_number(self):
-        ended = program.kit(*self.command, "--predictions", "/dev/null", "--calibration", "/dev/null")
+        ended = program.kit(*self.command, "--roc", "/dev/null", "--calibration", "/dev/null")
         self.assertNotIn("two outputs", ended.stderr)
 
     def test_the_file_of_the_messages(self):
@@ -182,17 +182,17 @@ class TrainingInputs(InFolder):
     def test_evaluate_keeps_labels_entries_tables_and_sources(self):
         shutil.copytree(program.MADE_TABLES, self.path("tab"))
         evaluate = ["evaluate", *self.data.proteins(), "--tables", self.path("tab")]
-        for option in ("--predictions", "--calibration", "--output"):
+        for option in ("--predictions", "--roc", "--calibration", "--output"):
             for output in (self.data.path("labels.csv"), self.data.path("entries/c0.tab"), self.path("tab/rcadj.tab")):
                 with self.subTest(option=option, output=output):
                     self.check_refused([*evaluate, option, output], output)
         folds = ["evaluate", *self.data.proteins(), *self.data.sources(), "--cross-validate", "2"]
-        self.check_refused([*folds, "--predictions", self.data.path("coil.csv")], self.data.path("coil.csv"))
+        self.check_refused([*folds, "--roc", self.data.path("coil.csv")], self.data.path("coil.csv"))
 
     def test_evaluate_writes_no_two_results_into_one_file(self):
         evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
         new, alias = self.path("new.csv"), self.folder + "/./new.csv"
-        ended = program.kit(*evaluate, "--predictions", new, "--calibration", alias)
+        ended = program.kit(*evaluate, "--roc", new, "--calibration", alias)
         self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                          (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n" % alias))
         self.assertFalse(os.path.exists(new))

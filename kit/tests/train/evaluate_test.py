@@ -113,8 +113,8 @@ class Evaluate(folder.InFolder):
         self.assertEqual(self.evaluate("--cross-validate", "5", *self.data.sources()),
                          self.evaluate("--cross-validate", "5"))
 
-    def test_calibration(self):
-        self.with_tables("--calibration", self.data.path("cal.csv"))
+    def test_calibration_and_roc(self):
+        self.with_tables("--calibration", self.data.path("cal.csv"), "--roc", self.data.path("roc.csv"))
         rows = self.predictions()
         with open(self.data.path("cal.csv"), encoding="utf-8") as file:
             bins = list(csv.DictReader(file))
@@ -126,6 +126,17 @@ class Evaluate(folder.InFolder):
             if inside:
                 mean = sum(float(r["p_cis_norm"]) for r in inside) / len(inside)
                 self.assertAlmostEqual(mean, float(b["mean_probability"]), places=5)
+        with open(self.data.path("roc.csv"), encoding="utf-8") as file:
+            curve = [r for r in csv.DictReader(file) if r["group"] == "all"]
+        self.assertEqual(("1", "1"), (curve[-1]["false_positive_rate"], curve[-1]["true_positive_rate"]))
+        labels = [r["label_structure"] == "cis" for r in rows]
+        scores = [float(r["p_cis_norm"]) for r in rows]
+        area, x, y = 0.0, 0.0, 0.0
+        for point in curve:
+            next_x, next_y = float(point["false_positive_rate"]), float(point["true_positive_rate"])
+            area += (next_x - x) * (y + next_y) / 2
+            x, y = next_x, next_y
+        self.assertAlmostEqual(auc(labels, scores), area, places=4)
 
     # --- Bad input ---
 

@@ -1,4 +1,4 @@
-// AUC, MCC, Brier score, log loss; bootstrap, calibration.
+// AUC, MCC, Brier score, log loss; bootstrap, ROC curve, calibration.
 // Expected values are worked out by hand in the comments.
 #include "train/metrics.h"
 
@@ -75,7 +75,11 @@ TEST(Draw, IsTheSameOnEveryMachine) {
   EXPECT_EQ(9817491932198370423ULL % 1000, draw.below(1000));
 }
 
-// --- Calibration ----------------------------------------------------------------------------------
+// --- Curves ---------------------------------------------------------------------------------------
+
+TEST(RocCurve, OfOneClassIsEmpty) {
+  EXPECT_TRUE(zorvela::rocCurve({proline(true, 0.5)}).empty());
+}
 
 TEST(Calibration, PutsEdgesIntoTheUpperBinAndOneIntoTheLast) {
   const auto bins =

@@ -128,6 +128,7 @@ Protein mergedProtein(const std::vector<Protein>& parts) {
                               isCis);
   merged.isSequenceGiven =
       std::any_of(parts.begin(), parts.end(), [](const Protein& part) { return part.isSequenceGiven; });
+  for (const Protein& part : parts) merged.deuteration = std::max(merged.deuteration, part.deuteration);
   merged.notes.push_back("one protein of " + enumerated(files));
   takeShifts(parts, positions, merged);
   takeWords(parts, merged);

@@ -9,6 +9,7 @@
 
 #include "formats/shift_model.h"
 #include "names/nomenclature.h"
+#include "protein/deuteration.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/shifts.h"
@@ -150,6 +151,7 @@ TableShifts readRows(const GDB& table, const TableSequence& sequence) {
 /// Takes over the remarks; those that give numbers speak of residues from 1 afterwards.
 void takeRemarks(const GDB& table, int first, Protein& protein) {
   protein.remarks = table.remarks;
+  protein.deuteration = deuterationFromRemarks(protein.remarks);
   protein.numbers = numbersFromRemarks(protein.remarks, static_cast<int>(protein.sequence.size()), first);
   if (first == 1) return;
   bool isStated = false;
@@ -211,6 +213,8 @@ ShiftFile wordsOfTable(const GDB& table) {
     file.chains.front().residues.push_back({number, number, name});
   }
   file.lists.emplace_back();
+  if (const double share = deuterationFromRemarks(table.remarks); share > 0)
+    file.lists.front().deuteration[0] = share;
   for (const auto& [place, row] : table.entries) {
     const TableRow cells = cellsOf(row);
     FileShift shift;

@@ -104,9 +104,10 @@ export class Zorvela {
     return ["shifts", "nef", "structure", "sequence"][this.withText(bytes, (b) => this.call("kind_of", b))];
   }
 
-  /** A run with choices {chains, lists, asReferenced, firstResidue}, as the options of zorvela-kit run have them. */
-  newRun({ chains = [], lists = [], asReferenced = false, firstResidue } = {}) {
-    const run = this.#pointer("run_new", asReferenced ? 1 : 0);
+  /** A run with choices {chains, lists, asReferenced, deuterated, firstResidue}, as the options of zorvela-kit run have them. */
+  newRun({ chains = [], lists = [], asReferenced = false, deuterated, firstResidue } = {}) {
+    const flags = [asReferenced, deuterated === true, deuterated === false].map(Number);
+    const run = this.#pointer("run_new", ...flags);
     if (firstResidue !== undefined) this.call("run_first_residue", run, firstResidue);
     return new Run(this, run, chains, lists);
   }

@@ -32,8 +32,8 @@ export class PredictionError extends Error {
   name = "PredictionError";
 }
 
-const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text", structures: "files", sequence: "files",
-                  firstResidue: "number" };
+const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", deuterated: "flag", name: "text",
+                  structures: "files", sequence: "files", firstResidue: "number" };
 
 const IS_RIGHT = {
   names: (v) => Array.isArray(v) && v.every((item) => typeof item === "string"),

@@ -71,8 +71,9 @@ const OWN_CHOICE = "";
 
 function choices() {
   const named = (id) => (byId(id).value === OWN_CHOICE ? [] : [byId(id).value.slice(1)]);
+  const deuterated = { yes: true, no: false }[byId("deuteration").value];
   const first = byId("first-residue").value;
-  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked,
+  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked, deuterated,
            sequence: byId("sequence").value.trim(), firstResidue: first === "" ? undefined : Number(first) };
 }
 
@@ -237,7 +238,7 @@ worker.onmessage = ({ data }) => {
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
-for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
+for (const id of ["chain", "list", "as-referenced", "deuteration"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
 byId("use-sequence").addEventListener("click", () => predict({ type: "predict" }));
 byId("stop").addEventListener("click", stop);
 byId("copy").addEventListener("click", copyTable);

@@ -234,6 +234,7 @@ TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
             std::string::npos);
   offsets[0].recommended = offsets[2].recommended = false;
   offsets[2].offset = 0.1F;
+  offsets[2].error = 0.05F;
   EXPECT_NE(titleOf(report).find(">Perhaps, but not certain: 13C 1.5 ppm too high. Not known: C′. Looks "
                                  "right: HA<"),
             std::string::npos);

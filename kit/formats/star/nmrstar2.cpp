@@ -100,7 +100,7 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
   const StarColumn value = table.column("_Chem_shift_value");
   const StarColumn ambiguity = table.column("_Chem_shift_ambiguity_code");
   const std::size_t rows = table.rows();
-  reserveRows(list, rows, file, finder.file());
+  finder.reserveRows(list, rows);
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
     const std::string rowComponent = nameOf(ownComponent.text(row), file.notes);
@@ -161,7 +161,7 @@ void readList(const StarFrame& frame, const std::vector<LabelledMolecule>& molec
   if (list.shifts.empty()) return;
   list.aliases = {std::to_string(file.lists.size() + 1)};
   list.deuteration = deuterationByChain(frame, list.name, molecules, finder, file.notes);
-  file.lists.push_back(std::move(list));
+  addList(std::move(list), file, finder.file());
 }
 
 void readCrosslinks(const StarFrame& frame, ChainFinder& finder) {
@@ -192,7 +192,7 @@ bool isNmrStar2(const Source& source) {
 ShiftFile readNmrStar2(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
-  ChainFinder finder(source.file);
+  ChainFinder finder(source.file, *source.work);
   Molecules molecules;
   for (const StarFrame& frame : frames) readMolecule(frame, molecules, file, finder);
   for (const StarFrame& frame : frames) readSystem(frame, molecules, file, finder);
@@ -202,8 +202,7 @@ ShiftFile readNmrStar2(const Source& source) {
   const std::vector<LabelledMolecule> samples = readSamples(frames, finder);
   for (const StarFrame& frame : frames) readList(frame, samples, file, finder);
   for (const StarFrame& frame : frames) readCrosslinks(frame, finder);
-  file.chains = std::move(finder.chains);
-  placeByNames(file.lists, file.chains, file.notes);
+  settleChains(finder, file);
   numberByRows(file.chains, file.lists, file.notes);
   makeNamesDiffer(file.chains);
   file.contents = starContents(*source.star);

@@ -120,10 +120,10 @@ void addResidues(const StarTable& table, const std::string& ownEntity, const Sta
   }
 }
 
-void readSequences(const Frames& frames, Entities& entities, const std::string& file) {
+void readSequences(const Frames& frames, Entities& entities, const std::string& file, Notes& notes) {
   std::size_t count = 0;
   for (const StarFrame& frame : frames) {
-    const std::string own = frameValue(frame, "_Entity.ID");
+    const std::string own = nameOf(frameValue(frame, "_Entity.ID"), notes);
     const std::string index = "_Entity_comp_index.";
     for (const StarTable& table : tablesOf(frame, index))
       addResidues(table, own, table.column(index + "ID", index + "Num"), table.column(index + "Comp_ID"),
@@ -235,8 +235,8 @@ void readAssemblySequences(const StarFrame& frame, Copies& copies) {
 }
 
 /// Without an assembly each molecule is one copy of itself.
-Copies readCopies(const Frames& frames, Entities& entities, const std::string& file, Notes& notes) {
-  Copies copies{ChainFinder(file), {}, {}, {}, 0, false};
+Copies readCopies(const Frames& frames, Entities& entities, const Source& source, Notes& notes) {
+  Copies copies{ChainFinder(source.file, *source.work), {}, {}, {}, 0, false};
   for (const StarFrame& frame : frames) readAssembly(frame, entities, copies, notes);
   const bool hasAssembly = !copies.finder.chains.empty();
   if (!hasAssembly)
@@ -275,11 +275,12 @@ void readBondTable(const StarTable& table, const std::string& category, const st
   }
 }
 
-void readBonds(const Frames& frames, Copies& copies) {
+void readBonds(const Frames& frames, Copies& copies, Notes& notes) {
   for (const StarFrame& frame : frames) {
     for (const StarTable& table : tablesOf(frame, "_Bond.")) readBondTable(table, "_Bond.", "", copies);
+    const std::string own = nameOf(frameValue(frame, "_Entity.ID"), notes);
     for (const StarTable& table : tablesOf(frame, "_Entity_bond."))
-      readBondTable(table, "_Entity_bond.", frameValue(frame, "_Entity.ID"), copies);
+      readBondTable(table, "_Entity_bond.", own, copies);
   }
 }
 
@@ -534,7 +535,7 @@ void readLists(const StarFrame& frame, const Entities& entities,
   rows.list.name = listName(frame, file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
-    reserveRows(rows.list, table.rows(), file, frame.file.name);
+    copies.finder.reserveRows(rows.list, table.rows());
     readShifts(table, entities, copies, odd, rows);
   }
   std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));
@@ -542,7 +543,7 @@ void readLists(const StarFrame& frame, const Entities& entities,
   const auto shares = deuterationByChain(frame, rows.list.name, molecules, copies, file.notes);
   for (FileShiftList& list : listsById(std::move(rows))) {
     list.deuteration = shares;
-    file.lists.push_back(std::move(list));
+    addList(std::move(list), file, frame.file.name);
   }
   noteOffsets(frame, file.notes);
 }
@@ -559,15 +560,14 @@ ShiftFile readNmrStar3(const Source& source) {
   const Frames frames = framesOf(*source.star);
   ShiftFile file;
   Entities entities = readEntities(frames, source.file, file.notes);
-  readSequences(frames, entities, source.file);
-  Copies copies = readCopies(frames, entities, source.file, file.notes);
+  readSequences(frames, entities, source.file, file.notes);
+  Copies copies = readCopies(frames, entities, source, file.notes);
   const std::vector<LabelledMolecule> molecules = readSamples(frames, entities, source.file);
   OddRows odd;
   for (const StarFrame& frame : frames) readLists(frame, entities, molecules, copies, odd, file);
   settleUndescribed(copies, file.lists, file.notes);
-  readBonds(frames, copies);
-  file.chains = std::move(copies.finder.chains);
-  placeByNames(file.lists, file.chains, file.notes);
+  readBonds(frames, copies, file.notes);
+  settleChains(copies.finder, file);
   for (const auto& [assembly, rows] : odd.strayCopies)
     file.notes.push_back(rowsOfCopy(rows, assembly) + "the author's chain and number place " +
                          (rows == 1 ? "it" : "them"));

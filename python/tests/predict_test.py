@@ -60,6 +60,12 @@ class Sources(folder.InFolder):
         results = zorvela.predict(ROWS, sequence="MKA KPV GK")
         self.assertEqual([(p.resid, p.prev, p.next) for p in results.prolines], [("5", "K", "V")])
         self.assertEqual(results.proteins[0].length, 8)
+        numbered = zorvela.predict(ROWS, sequence=">protein\nAKKPVGK\n", first_residue=2)
+        self.assertEqual([(p.resid, p.p_cis) for p in numbered.prolines], [("5", results.prolines[0].p_cis)])
+        path = pathlib.Path(self.folder, "p.seq")
+        path.write_text("ALA 2\nLYS\nLYS\nPRO\nVAL\nGLY\n")
+        for sequence in (path, path.read_bytes(), path.open("rb")):
+            self.assertEqual(zorvela.predict(ROWS, sequence=sequence).prolines[0].position, 4)
 
     def test_referencing(self):
         shifted = {key: ppm + (2.5 if key[1] in ("CA", "CB", "CG") else 0) for key, ppm in mapping_of(TABLE)[1].items()}

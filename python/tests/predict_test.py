@@ -82,6 +82,14 @@ class Sources(folder.InFolder):
         self.assertEqual([p.call_as_referenced for p in protein.prolines], [p.call for p in kept.prolines])
         self.assertNotEqual([p.p_cis_norm for p in kept.prolines], [p.p_cis_norm for p in protein.prolines])
 
+    def test_deuterated(self):
+        kept, corrected = zorvela.predict(TABLE), zorvela.predict(TABLE, deuterated=True).proteins[0]
+        self.assertEqual(corrected.deuteration, 1)
+        self.assertEqual([p.p_cis_norm_as_referenced for p in corrected.prolines], [p.p_cis_norm for p in kept.prolines])
+        self.assertNotEqual([p.p_cis_norm for p in corrected.prolines], [p.p_cis_norm for p in kept.prolines])
+        for deuterated in (False, None):
+            self.assertIsNone(zorvela.predict(TABLE, deuterated=deuterated).proteins[0].deuteration)
+
     def test_structure(self):
         for source in (STRUCTURE, str(STRUCTURE), STRUCTURE.read_bytes(), gzip.decompress(STRUCTURE.read_bytes()),
                        zorvela.read_structure(STRUCTURE), [STRUCTURE]):

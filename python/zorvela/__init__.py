@@ -138,7 +138,8 @@ def _predict(source: Any, request: _zorvela.Request) -> Results:
 # --- Functions ------------------------------------------------------------------------------------
 
 def predict(source: Source, *, sequence: Optional[Source] = None, first_residue: Optional[int] = None,
-            structure: StructureSource = None, chain: Names = None, list: Names = None,  # pylint: disable=redefined-builtin
+            structure: StructureSource = None, chain: Names = None,
+            list: Names = None,  # pylint: disable=redefined-builtin
             as_referenced: bool = False, deuterated: Optional[bool] = None) -> Results:
     """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
 

@@ -7,6 +7,7 @@
 
 #include "protein/proline_shifts.h"
 #include "util/number.h"
+#include "zorvela/report.h"
 
 namespace zorvela {
 
@@ -133,6 +134,20 @@ std::string contradiction(const ProlineResult& proline) {
   return "; but CB - CG of " + fixedText(difference, 1) + " ppm says " + (isCis ? "trans" : "cis");
 }
 
+std::string offsetWarning(const ReferencingOffset& offset) {
+  const std::string size = fixedText(std::fabs(static_cast<double>(offset.offset)), 2);
+  const std::string error = fixedText(static_cast<double>(offset.error), 2);
+  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
+         (offset.offset > 0 ? "high" : "low") + " (error " + error + " ppm, " + std::to_string(offset.size) +
+         " residues); without --as-referenced it is corrected";
+}
+
+std::string flagWarning(const ProlineResult& proline) {
+  return "P" + proline.number + " is marked " + (*proline.cisFlag ? "cis" : "trans") +
+         " in the file but predicted " + toText(proline.call) + " (" +
+         fixedText(static_cast<double>(*proline.pCisNorm), 3) + ")";
+}
+
 }  // namespace
 
 std::string listed(const std::vector<std::string>& items) {
@@ -155,10 +170,33 @@ int decimalsOf(const std::string& atom) {
   return atom == "HA" || atom == "HN" ? 2 : 1;
 }
 
-std::optional<double> expectedShift(const ShiftContribution& shift, const ClassShift& of, int index) {
-  if (index == kIndexCG) return static_cast<double>(of.mean);
-  if (!shift.reference) return std::nullopt;
-  return static_cast<double>(*shift.reference) + static_cast<double>(of.mean);
+std::vector<int> shiftOrder() {
+  std::vector<int> order;
+  for (int index = 0; index < kIndexCG; ++index) {
+    order.push_back(index);
+    if (index == kIndexCB) order.push_back(kIndexCG);
+  }
+  return order;
+}
+
+ShiftTexts shiftTexts(const ShiftContribution& shift, int index) {
+  const int decimals = decimalsOf(atomName(index));
+  const auto ppm = [decimals](const std::optional<float>& value) {
+    return value ? fixedText(static_cast<double>(*value), decimals) : "";
+  };
+  // The means of CG are shifts, those of the others differences from the reference.
+  const auto expected = [&](const ClassShift& of) {
+    if (index == kIndexCG) return ppm(of.mean);
+    return shift.reference
+               ? fixedText(static_cast<double>(*shift.reference) + static_cast<double>(of.mean), decimals)
+               : "";
+  };
+  return {ppm(shift.observed), ppm(shift.corrected), expected(shift.cis), expected(shift.trans)};
+}
+
+bool hasCorrected(const Evidence& evidence) {
+  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
+                     [](const ShiftContribution& shift) { return shift.corrected; });
 }
 
 std::string shiftKey(int index) {
@@ -181,6 +219,11 @@ std::string sentenceOf(const ProlineResult& proline) {
            contradiction(proline);
   return toText(proline.call) + ": " + whatSpeaksFor(named, proline.evidence->logOdds(), proline.call) +
          "; " + whatSpeaksAgainst(onSide(reasons, -side)) + contradiction(proline);
+}
+
+std::string whatDecides(const ProlineResult& proline) {
+  const std::string sentence = sentenceOf(proline);
+  return sentence.substr(sentence.find(": ") + 2);
 }
 
 std::string nextStep(const ProlineResult& proline) {
@@ -219,6 +262,15 @@ std::string nextShiftOf(const ProlineResult& proline) {
   const NextShift& best = proline.evidence->next.front();
   if (best.bits < kWorthMeasuring) return "";
   return shiftKey(best.index) + ":" + bitsText(best.bits);
+}
+
+std::vector<std::string> warningsOf(const ProteinResult& protein) {
+  std::vector<std::string> warnings;
+  for (const ReferencingOffset& offset : protein.offsets)
+    if (callsForCorrection(offset) && !offset.correctedBy) warnings.push_back(offsetWarning(offset));
+  for (const ProlineResult& proline : protein.prolines)
+    if (differsFromFlag(proline)) warnings.push_back(flagWarning(proline));
+  return warnings;
 }
 
 }  // namespace zorvela

@@ -111,7 +111,7 @@ std::string sideBySide(const std::vector<NamedChain>& chains) {
     for (const NamedChain& chain : chains) prolines.push_back(&chain.protein->prolines[i]);
     rows.push_back({escaped("P" + prolines.front()->number)});
     for (const ProlineResult* proline : prolines)
-      rows.back().push_back(symbol(proline->call) + " " + headline(*proline));
+      rows.back().push_back(symbol(proline->call) + " " + escaped(headline(*proline)));
     rows.back().push_back(differenceOf(prolines));
   }
   return htmlTable("Side by side: " + chains.front().name, titles, Cells(titles.size(), "f"), rows);

@@ -26,7 +26,8 @@ std::string asSentence(const std::string& text) {
 // --- The table of contributions -----------------------------------------------------------------
 
 std::string natsCells(double nats, const std::string& cssClass, const std::string& mark = "") {
-  return "<td class=\"r\">" + natsText(nats) + mark + "</td><td>" + natsBar(nats, cssClass) + "</td></tr>\n";
+  return "<td class=\"r\">" + natsText(nats) + mark + "</td><td class=\"bar\">" + natsBar(nats, cssClass) +
+         "</td></tr>\n";
 }
 
 std::string natsCells(double nats) {
@@ -146,12 +147,13 @@ bool isWorthALook(const ProlineResult& proline) {
 }
 
 std::string nameAndCall(const ProlineResult& proline) {
-  return symbol(proline.call) + " " + escaped("P" + proline.number) + " <b>" + headline(proline) + "</b>";
+  return symbol(proline.call) + " " + escaped("P" + proline.number) + " <b>" + escaped(headline(proline)) +
+         "</b>";
 }
 
 std::string line(const ProteinResult& protein, const ProlineResult& proline) {
-  return "<details class=\"line\"><summary><span>" + nameAndCall(proline) + "</span>" +
-         natsBar(proline.evidence->logOdds(), letterOf(proline.call)) + "<span>" +
+  return "<details class=\"line\"><summary><span>" + nameAndCall(proline) + "</span><span class=\"bar\">" +
+         natsBar(proline.evidence->logOdds(), letterOf(proline.call)) + "</span><span>" +
          escaped(whatDecides(proline)) + "</span></summary>\n<div class=\"card\">" +
          cardBody(protein, proline) + "</div></details>\n";
 }

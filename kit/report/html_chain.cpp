@@ -1,6 +1,7 @@
 #include "report/html_chain.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "report/html_cards.h"
 #include "report/html_pieces.h"
@@ -105,10 +106,13 @@ std::string structures(const ProteinResult& protein) {
 }
 
 std::string notes(const ProteinResult& protein) {
-  if (protein.notes.empty()) return "";
-  const std::string list = bulletList(protein.notes);
-  const std::string title = counted(protein.notes.size(), "note", "notes") + " of the import";
-  if (protein.notes.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
+  std::vector<std::string> others;  // the correction is in the answer
+  std::copy_if(protein.notes.begin(), protein.notes.end(), std::back_inserter(others),
+               [&](const std::string& note) { return note != protein.correction; });
+  if (others.empty()) return "";
+  const std::string list = bulletList(others);
+  const std::string title = counted(others.size(), "note", "notes") + " of the import";
+  if (others.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
   return fold(title, list);
 }
 

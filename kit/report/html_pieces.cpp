@@ -81,14 +81,11 @@ std::string natsText(double nats) {
 
 std::string natsBar(double nats, const std::string& cssClass) {
   constexpr double kPercentOfNat = 100 / (kMostForTrans + kMostForCis);
-  std::string bar;
-  if (std::fabs(nats) >= kNothing) {  // false for what is not a number
-    const bool isLeft = nats < 0;
-    bar = "<i class=\"" + cssClass + "\" style=\"" + (isLeft ? "right:40" : "left:60") + "%;width:" +
-          coordinate(std::min(std::fabs(nats), isLeft ? kMostForTrans : kMostForCis) * kPercentOfNat) +
-          "%\"></i>";
-  }
-  return "<span class=\"bar\">" + bar + "</span>";
+  if (std::isnan(nats) || std::fabs(nats) < kNothing) return "";
+  const bool isLeft = nats < 0;
+  const double width = std::min(std::fabs(nats), isLeft ? kMostForTrans : kMostForCis) * kPercentOfNat;
+  return "<i class=\"" + cssClass + "\" style=\"" + (isLeft ? "right:40" : "left:60") +
+         "%;width:" + coordinate(width) + "%\"></i>";
 }
 
 }  // namespace zorvela

@@ -40,26 +40,24 @@ text{font-size:12px;fill:var(--text)}
 .rn{stroke:var(--faint);stroke-dasharray:2 2}
 .a0{fill:none;stroke:var(--line)}.a1,.a2,.a3,.a4{fill:var(--faint);fill-opacity:.25}
 .a2{fill-opacity:.45}.a3{fill-opacity:.7}.a4{fill-opacity:1}
-.bar{position:relative;display:block;min-width:56px;height:.75em;print-color-adjust:exact;
+.bar{position:relative;min-width:44px;print-color-adjust:exact;
 -webkit-print-color-adjust:exact;background:linear-gradient(var(--faint),var(--faint)) 60%/1px 100% no-repeat}
-.bar i{position:absolute;top:0;bottom:0;background:var(--undecided)}
+.bar i{position:absolute;top:.2em;bottom:.2em;background:var(--undecided)}
 i.c{background:var(--cis)}i.t{background:var(--trans)}i.p{background:var(--start)}
 table{border-collapse:collapse;overflow-wrap:normal;font-size:.9rem;font-variant-numeric:tabular-nums}
 .wide{overflow-x:auto}.f{overflow-wrap:anywhere;min-width:9em}
 th,td{text-align:left;padding:3px 12px 3px 0;border-bottom:1px solid var(--grid);vertical-align:top}
-td .bar{margin-top:.3em}
 th{font-weight:600}tbody th{font-weight:400}.r{text-align:right;white-space:nowrap}
 .nats{width:100%;font-size:12px;line-height:1.2}
 .nats :is(th,td){border:0;padding:1px 7px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
-.nats .bar{margin:.12em 0 0;min-width:44px}.nats thead th{color:var(--faint);font-weight:400;text-align:right}
+.nats thead th{color:var(--faint);font-weight:400;text-align:right}
 .nats thead th:first-child{text-align:left}.nats thead th:last-child{text-align:center}
 .nats tbody th{padding-left:8px}.nats .g :is(th,td){padding-top:5px}.nats .g th{padding-left:0;font-weight:600}
 .h{color:var(--faint)}
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}
 .chain{margin:18px 0}.chain>summary{font-size:1.1rem}.chain>div{scroll-margin-top:2.5em}
-.line{margin:0;padding:4px 0}.line summary{display:grid;grid-template-columns:15em 120px 1fr;gap:2px 16px;align-items:center;
-font-weight:400}
+.line{margin:0;padding:4px 0}.line summary{display:grid;grid-template-columns:15em 120px 1fr;gap:2px 16px;font-weight:400}
 .line summary span:first-child::before{content:"\25b8  "}.line[open] summary span:first-child::before{content:"\25be  "}
 .line .card{max-width:460px;margin:8px 0}
 mark{background:none;color:inherit;font-weight:700;border-bottom:3px solid var(--cis)}

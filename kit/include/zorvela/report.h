@@ -35,10 +35,6 @@ std::size_t countVerdicts(const RunReport& report, Verdict verdict);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
 
-/// What a person must know of a chain before its calls: offsets that call for a correction and were kept, and
-/// calls that differ from the file's own flags.
-std::vector<std::string> warningsOf(const ProteinResult& protein);
-
 /// What a cell of a table of results holds: nothing, a count, a number or a text.
 using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
 

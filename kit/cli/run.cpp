@@ -1,6 +1,5 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -101,20 +100,6 @@ void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& 
 
 // --- Reporting ----------------------------------------------------------------------------------
 
-std::string offsetWarning(const ReferencingOffset& offset) {
-  const std::string size = fixedText(std::fabs(static_cast<double>(offset.offset)), 2);
-  const std::string error = fixedText(static_cast<double>(offset.error), 2);
-  return (offset.atom == "C" ? "C'" : offset.atom) + " shifts seem " + size + " ppm too " +
-         (offset.offset > 0 ? "high" : "low") + " (error " + error + " ppm, " + std::to_string(offset.size) +
-         " residues); without --as-referenced it is corrected";
-}
-
-std::string flagWarning(const ProlineResult& proline) {
-  return "P" + proline.number + " is marked " + (*proline.cisFlag ? "cis" : "trans") +
-         " in the file but predicted " + toText(proline.call) + " (" +
-         fixedText(static_cast<double>(*proline.pCisNorm), 3) + ")";
-}
-
 std::vector<ChainNotes> chainNotes(const FileReport& file, std::vector<std::string> ProteinResult::*notes) {
   std::vector<ChainNotes> chains;
   for (const ProteinResult& protein : file.proteins) chains.push_back({protein.chain, protein.*notes});
@@ -130,11 +115,7 @@ void sayAll(const RunReport& report) {
     sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown, kAllNotes);
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
-      for (const ReferencingOffset& offset : protein.offsets)
-        if (callsForCorrection(offset) && !offset.correctedBy)
-          say("warning: " + name + ": " + offsetWarning(offset));
-      for (const ProlineResult& proline : protein.prolines)
-        if (differsFromFlag(proline)) say("warning: " + name + ": " + flagWarning(proline));
+      for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);
     }
     if (!file.error.empty()) say(file.error);
   }

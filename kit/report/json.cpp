@@ -212,6 +212,7 @@ void write(const ProteinResult& protein, bool withStructures, JsonWriter& json) 
   json.open('[', "prolines");
   for (const ProlineResult& proline : protein.prolines) json.add(toJson(proline));
   json.close();
+  json.add(warningsOf(protein), "warnings");
   json.open('[', "notes");
   for (const std::string& note : protein.notes) json.add(note);
   for (const std::string& aside : protein.asides) json.add(aside);

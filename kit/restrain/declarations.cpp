@@ -232,20 +232,21 @@ RestraintText declarations(const Dialect& dialect, const RestraintRequest& reque
 const std::vector<RestraintFormat>& restraintFormats() {
   using ModelUse = RestraintFormat::ModelUse;
   static const std::vector<RestraintFormat> kFormats = {
-      {"cyana", "CYANA sequence file (.seq) with cPRO", true, ModelUse::none, writeCyanaSequence},
-      {"cyana-aco", "CYANA angle restraints (.aco)", false, ModelUse::none, writeCyanaAngles},
-      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", false, ModelUse::none, writeCns},
-      {"topallhdg", "CNS, X-PLOR: patch CISP, topology with atom type CCIS", false, ModelUse::none,
+      {"cyana", "CYANA sequence file (.seq) with cPRO", "seq", true, ModelUse::none, writeCyanaSequence},
+      {"cyana-aco", "CYANA angle restraints (.aco)", "aco", false, ModelUse::none, writeCyanaAngles},
+      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", "inp", false, ModelUse::none, writeCns},
+      {"topallhdg", "CNS, X-PLOR: patch CISP, topology with atom type CCIS", "inp", false, ModelUse::none,
        writeTopallhdg},
-      {"xplor-python", "X-PLOR's Python interface: psfGen.cisPeptide", false, ModelUse::none,
+      {"xplor-python", "X-PLOR's Python interface: psfGen.cisPeptide", "py", false, ModelUse::none,
        writeXplorPython},
-      {"aria", "ARIA 2: cispropatch of the project", false, ModelUse::none, writeAria},
-      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", false, ModelUse::none, writeTbl},
-      {"nef", "NEF dihedral restraint list", true, ModelUse::none, writeNefRestraints},
-      {"rosetta", "Rosetta constraints", false, ModelUse::none, writeRosetta},
-      {"amber", "AMBER: &rst with --structure, else for makeANG_RST", false, ModelUse::optional, writeAmber},
-      {"pdb", "CISPEP records for --structure", false, ModelUse::needed, writeCispep},
-      {"mmcif", "struct_mon_prot_cis for --structure", false, ModelUse::needed, writeMonProtCis}};
+      {"aria", "ARIA 2: cispropatch of the project", "xml", false, ModelUse::none, writeAria},
+      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", "tbl", false, ModelUse::none, writeTbl},
+      {"nef", "NEF dihedral restraint list", "nef", true, ModelUse::none, writeNefRestraints},
+      {"rosetta", "Rosetta constraints", "cst", false, ModelUse::none, writeRosetta},
+      {"amber", "AMBER: &rst with --structure, else for makeANG_RST", "rst", false, ModelUse::optional,
+       writeAmber},
+      {"pdb", "CISPEP records for --structure", "pdb", false, ModelUse::needed, writeCispep},
+      {"mmcif", "struct_mon_prot_cis for --structure", "cif", false, ModelUse::needed, writeMonProtCis}};
   return kFormats;
 }
 

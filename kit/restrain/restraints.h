@@ -65,6 +65,7 @@ struct RestraintText {
 struct RestraintFormat {
   const char* name;    ///< for --for
   const char* writes;  ///< for the help
+  const char* ending;  ///< of its files
   bool takesFile;      ///< adds to a file that is there
   enum class ModelUse { none, optional, needed } model;
   RestraintText (*write)(const RestraintRequest& request);

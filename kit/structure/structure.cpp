@@ -239,6 +239,10 @@ void addModels(const std::vector<BackboneModel>& models, ProteinStructure& struc
 
 }  // namespace
 
+bool holdsStructure(std::string_view text) {
+  return !holdsShifts(text) && (contains(text, "_atom_site.") || isPdb(text));
+}
+
 std::string StructureChain::letters() const {
   std::string text;
   for (const StructureResidue& residue : residues) text += residue.letter;

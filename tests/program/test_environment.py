@@ -21,6 +21,7 @@ class MainDirectory(ProgramTest):
                 ("z\\y/x/tab/", {"ZORVELA_DIR": "z\\y/x"}, ()),
                 (".\\tab\\", {"PATH": UNSET}, ()),
                 ("./tab/", {"PATH": "a\\b:/c"}, ()),
+                (".\\tab\\", {"PATH": "C:\\bin"}, ()),
                 (".tab", {"PATH": "bin"}, ()),
                 ("x\\", {"PATH": UNSET}, ("-tabDir", "x")),
                 ("y", {"PATH": "bin"}, ("-tabDir", "y"))):

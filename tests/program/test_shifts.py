@@ -77,14 +77,6 @@ class Sequence(Shifts):
             with self.subTest(name):
                 self.expect_prediction(answer, name + "PGA", rows=rows)
 
-    def test_an_unknown_residue_beside_a_proline(self):
-        odds = table("resname cis_prev cis_next trans_prev trans_next", "%s %f %f %f %f",
-                     [["?", 0.05, 0, 0.15, 0], ["G", 0, 1, 0, 1]])
-        self.write("tab/Pro.seq.tab", odds)
-        rows = [row for row in coil_shifts("APGA") if row[0] != 1]
-        # P_CIS = 1/4, normalised 0.25 / (0.25 + 19 * 0.75) = 0.017241.
-        self.expect_prediction(("0.250", "0.017"), "?PGA", (0, 5, 5), rows=rows)
-
 
 class Columns(Shifts):
     def test_columns_in_another_order_and_more_of_them(self):

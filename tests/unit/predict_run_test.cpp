@@ -1,6 +1,7 @@
 // A whole run: what it prints and the table that it writes.
 //
-// Expected values are computed by expected.py, which rounds to single precision where the program must.
+// Expected values are those of tests/program/reference.py, which rounds to single precision where the program
+// must.
 #include <utility>
 
 #include "run_files.h"
@@ -79,13 +80,6 @@ TEST_F(PredictRun, ListsAndSavesEveryProlineWithEnoughShifts) {
                          " 7 S P E  2  4  6 9999.000    0.037    0.002 \n");
 }
 
-TEST_F(PredictRun, WithoutProlinesTheListingIsItsHeadingAndTheTableHasNoRows) {
-  args["first"] = "5";
-  args["last"] = "6";
-  EXPECT_EQ(listing(), kListingHead);
-  EXPECT_EQ(table(), kOutputHead);
-}
-
 TEST_F(PredictRun, ListingShowsTheStoredSixDigitsRoundedAgain) {
   // P is 0.01249999, which would round to 0.012. Its six digits 0.0125 are 0.01250000000000000069 in
   // double, which rounds to 0.013.
@@ -95,99 +89,6 @@ TEST_F(PredictRun, ListingShowsTheStoredSixDigitsRoundedAgain) {
               "A 0.01249999 1 0.98750001 1\nG 1 1 1 1\n");
   writeInput("AAPGA", rowsOf("AAPGA", 1, 5));
   EXPECT_EQ(listing().substr(kListingHead.size(), 23), "   A2   P3   G4   0.013");
-}
-
-TEST_F(PredictRun, ResidueNumbersOfOneToThreeDigitsTakeThreePlacesAndOfFourWidenTheLine) {
-  makeClassesEqual();
-  std::string sequence(1010, 'A');
-  for (const std::size_t resid : {5U, 50U, 500U, 1000U}) sequence[resid - 1] = 'P';
-  writeInput(sequence, rowsOf(sequence, 1, 1010));
-  EXPECT_EQ(listing(), kListingHead +
-                           "   A4   P5   A6   0.500  0.050 \n"
-                           "   A49  P50  A51  0.500  0.050 \n"
-                           "   A499 P500 A501 0.500  0.050 \n"
-                           "   A999 P1000 A1001 0.500  0.050 \n");
-  EXPECT_EQ(table(), kOutputHead +
-                         " 5 A P A  3  3  3 9999.000    0.500    0.050 \n"
-                         "50 A P A  3  3  3 9999.000    0.500    0.050 \n"
-                         "500 A P A  3  3  3 9999.000    0.500    0.050 \n"
-                         "1000 A P A  3  3  3 9999.000    0.500    0.050 \n");
-}
-
-TEST_F(PredictRun, RowsAscendWhateverTheOrderOfTheInput) {
-  makeClassesEqual();
-  const std::string sequence = "AAPAAPAA";
-  writeInput(sequence, rowsOf(sequence, 5, 8) + rowsOf(sequence, 1, 4));
-  EXPECT_EQ(listing(), kListingHead +
-                           "   A2   P3   A4   0.500  0.050 \n"
-                           "   A5   P6   A7   0.500  0.050 \n");
-}
-
-TEST_F(PredictRun, OnlyProlinesBetweenTheEndsGetARow) {
-  makeClassesEqual();
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"PAPAP", "   A2   P3   A4   0.500  0.050 \n"},
-      {"PPPP", "   P1   P2   P3   0.500  0.050 \n   P2   P3   P4   0.500  0.050 \n"},
-      {"AAAAA", ""},
-      {"AApAA", ""}};
-  for (const auto& [sequence, lines] : cases) {
-    writeInput(sequence, rowsOf(sequence, 1, static_cast<int>(sequence.size())));
-    EXPECT_EQ(listing(), kListingHead + lines) << sequence;
-  }
-}
-
-TEST_F(PredictRun, ResidueNumber1AndResiduesBeyondTheLengthGetNoRowWhateverTheNumbering) {
-  // Six residues from number 0: 1 is never predicted. The last, 5, has a next number within the length
-  // of 6 but no next residue, so that its shares are 0 and the probability is 0/0.
-  makeClassesEqual();
-  const std::string shifts =
-      "0 A CA 50\n1 P CA 50\n1 P CB 30\n1 P C 177\n2 A CA 50\n2 A CB 50\n2 A C 50\n"
-      "3 P CA 50\n3 P CB 30\n3 P C 177\n4 A CA 50\n4 A CB 50\n4 A C 50\n5 P CA 50\n5 P CB 30\n5 P C 177\n";
-  writeInput("APAPAP\nDATA FIRST_RESID 0", shifts);
-  const std::string nan = notANumber("%-6.3f");
-  EXPECT_EQ(listing(),
-            kListingHead + "   A2   P3   A4   0.500  0.050 \n   A4   P5    6   " + nan + " " + nan + "\n");
-  // Six residues from number 2: 5 is the last with a next number up to 6.
-  std::string moved = "2 A CA 50\n2 A CB 50\n2 A C 50\n";
-  for (const char* resid : {"3", "5", "7"})
-    for (const char* atom : {"CA", "CB", "C"}) moved += std::string(resid) + " P " + atom + " 50\n";
-  for (const char* resid : {"4", "6"})
-    for (const char* atom : {"CA", "CB", "C"}) moved += std::string(resid) + " A " + atom + " 50\n";
-  writeInput("APAPAP\nDATA FIRST_RESID 2", moved);
-  EXPECT_EQ(listing(), kListingHead +
-                           "   A2   P3   A4   0.500  0.050 \n"
-                           "   A4   P5   A6   0.500  0.050 \n");
-}
-
-TEST_F(PredictRun, SequenceWithoutShiftsAndEmptyInputHaveNoRows) {
-  writeInput("AAPGA", "");
-  EXPECT_EQ(listing(), kListingHead);
-  files.write("shifts.tab", "");
-  EXPECT_EQ(listing(), kListingHead);
-  EXPECT_EQ(table(), kOutputHead);
-}
-
-TEST_F(PredictRun, ProbabilityThatIsNoNumberIsWrittenAsItStandsAndTheRunGoesOn) {
-  files.write("tab/Pro.seq.tab",
-              "VARS resname cis_prev cis_next trans_prev trans_next\nFORMAT %s %f %f %f %f\n"
-              "A 0.05 0.06 0.08 0.07\nG 0.09 0.1 0.06 0.08\n");
-  // Serine and glutamic acid, around proline 7, have no shares: 0/0.
-  const std::string left = notANumber("%-6.3f");
-  const std::string right = notANumber("%8.3f");
-  EXPECT_EQ(listing(),
-            kListingHead + "   A3   P4   G5   0.225  0.015 \n   S6   P7   E8   " + left + " " + left + "\n");
-  EXPECT_EQ(table(), kOutputHead + " 4 A P G  6  5  5   26.500    0.225    0.015 \n" +
-                         " 7 S P E  2  4  6 9999.000 " + right + " " + right + " \n");
-}
-
-TEST_F(PredictRun, ResidueNumbersWrapAtTheLargest) {
-  // Number 2147483647 is followed by -2147483648, which lies within any length. No row is that of a residue
-  // from 1 to 4, so that shifts read as 0, as the means are.
-  makeClassesEqual();
-  writeInput("AAPA\nDATA FIRST_RESID 2147483645", "2147483646 A CA 50\n2147483647 P CA 50\n");
-  args["last"] = "2147483647";
-  EXPECT_EQ(listing(), kListingHead + "   A2147483646 P2147483647 A-2147483648 0.500  0.050 \n");
-  EXPECT_EQ(table(), kOutputHead + "2147483647 A P A  6  6  6    0.000    0.500    0.050 \n");
 }
 
 TEST_F(PredictRun, NotesTheResiduesThatItLookedAt) {

@@ -1,6 +1,7 @@
 // The probability of cis of one proline.
 //
-// Expected values are computed by expected.py, which rounds to single precision where the program must.
+// Expected values are those of tests/program/reference.py, which rounds to single precision where the program
+// must.
 #include <cmath>
 
 #include "support.h"

@@ -2,7 +2,7 @@
 //
 // Proline 4 has all it needs; proline 7 follows a poor residue, has no CG and is followed by a
 // carbonyl to clip; proline 10 and the residue before it are both poor. Random-coil shifts and most
-// others are exact in single precision. expected.py holds the same numbers and computes the predictions.
+// others are exact in single precision. tests/program/reference.py predicts the same.
 #pragma once
 
 #include <map>

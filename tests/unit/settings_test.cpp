@@ -25,38 +25,6 @@ class Settings : public testing::Test {
 
 // --- Constructors -------------------------------------------------------------------------------
 
-TEST(SettingsOfEnvironment, GivesTheMainDirectoryAndTheSeparator) {
-  struct Case {
-    const char* directory;
-    const char* path;
-    std::string mainDir;
-    std::string pathSep;
-    std::string tabDir;
-  };
-  // A name without a separator is ignored; where none is set, PATH shows the separator.
-  for (const Case& c : std::initializer_list<Case>{{"/opt/z", "/bin", "/opt/z", "/", "/opt/z/tab"},
-                                                   {"data", "/bin", ".", "", ".tab"},
-                                                   {"", "/bin", ".", "", ".tab"},
-                                                   {"C:\\z", "/bin", "C:\\z", "\\", "C:\\z\\tab"},
-                                                   {"a\\b/c", "/bin", "a\\b/c", "/", "a\\b/c/tab"},
-                                                   {nullptr, "/bin", ".", "/", "./tab"},
-                                                   {nullptr, nullptr, ".", "\\", ".\\tab"},
-                                                   {nullptr, "C:\\bin;/bin", ".", "/", "./tab"},
-                                                   {nullptr, "C:\\bin", ".", "\\", ".\\tab"},
-                                                   {nullptr, "bin", ".", "", ".tab"},
-                                                   {nullptr, "", ".", "", ".tab"}}) {
-    SCOPED_TRACE(c.tabDir);
-    const ScopedEnv directory("ZORVELA_DIR", c.directory);
-    const ScopedEnv path("PATH", c.path);
-    ZORVELA zorvela;
-    EXPECT_EQ(zorvela.mainDir, c.mainDir);
-    EXPECT_EQ(zorvela.pathSep, c.pathSep);
-    zorvela.setArgs({});
-    EXPECT_EQ(zorvela.tabDir, c.tabDir);
-    EXPECT_EQ(zorvela.rcName, c.tabDir + c.pathSep + "randcoil.tab");
-  }
-}
-
 TEST_F(Settings, ConstructorFillsOptionNamesAndAtoms) {
   EXPECT_EQ(zorvela.argNames, kNames);
   EXPECT_EQ(zorvela.atomNames,

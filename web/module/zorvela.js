@@ -86,7 +86,10 @@ export class Zorvela {
     return decoder.decode(this.takeBytes(name, ...values));
   }
 
-  /** {version, tables, formats}: of the library and its reference tables, and the names of its report formats. */
+  /**
+   * {version, tables, formats, restraints}: of the library and its reference tables, the names of its report formats,
+   * and for each structure calculation program {name, writes, ending, needsModel}.
+   */
   about() {
     return JSON.parse(this.takeText("about"));
   }
@@ -94,6 +97,11 @@ export class Zorvela {
   /** [{chain, list}]: what can be chosen in a file; empty where it cannot be read. */
   contents(name, bytes) {
     return JSON.parse(this.withText(name, (n) => this.withText(bytes, (b) => this.takeText("contents", n, b))));
+  }
+
+  /** What the (unpacked) bytes of a file hold: "shifts", also for what is not known, "nef" or "structure". */
+  kindOf(bytes) {
+    return ["shifts", "nef", "structure"][this.withText(bytes, (b) => this.call("kind_of", b))];
   }
 
   /** A run with choices {chains, lists, asReferenced}, as the options of zorvela-kit run have them. */
@@ -114,10 +122,18 @@ class Run {
     for (const list of lists) zorvela.withText(list, (text) => zorvela.call("run_choose_list", run, text));
   }
 
-  /** Predicts the prolines in the (unpacked) bytes of a file. What is wrong with it stands in the report. */
+  #with(name, bytes, use) {
+    return this.#zorvela.withText(name, (n) => this.#zorvela.withText(bytes, (b) => use(n, b)));
+  }
+
+  /** Predicts the prolines in the (unpacked) bytes of a file. What is wrong with it is in the report. */
   add(name, bytes) {
-    const zorvela = this.#zorvela;
-    zorvela.withText(name, (n) => zorvela.withText(bytes, (b) => zorvela.call("run_add", this.#run, n, b)));
+    this.#with(name, bytes, (n, b) => this.#zorvela.call("run_add", this.#run, n, b));
+  }
+
+  /** Takes the bytes of a structure, with which the files after it are compared. */
+  addStructure(name, bytes) {
+    this.#with(name, bytes, (n, b) => this.#zorvela.call("run_add_structure", this.#run, n, b));
   }
 
   /** Puts a file that could not be handed over into the report, with one of the reasons in `Fault`. */
@@ -130,11 +146,25 @@ class Run {
     return this.#zorvela.withText(format, (f) => this.#zorvela.takeBytes("run_report", this.#run, f));
   }
 
-  /** The bytes of the shift table of one chain of a file; `index` counts its chains from 0. */
-  shiftTable(name, bytes, index) {
-    const zorvela = this.#zorvela;
-    return zorvela.withText(name, (n) => zorvela.withText(bytes,
-      (b) => zorvela.takeBytes("run_shift_table", this.#run, n, b, index)));
+  /** The bytes of the shift table of a protein of the report, counted from 0. */
+  shiftTable(index) {
+    return this.#zorvela.takeBytes("run_shift_table", this.#run, index);
+  }
+
+  #outcome(bytes) {
+    return { bytes, ...JSON.parse(this.#zorvela.takeText("run_outcome", this.#run)) };
+  }
+
+  /** {bytes, notes, error}: a NEF file of the run with the calls as flags; `error` is empty, or why there are none. */
+  flaggedNef(name, bytes, { trans = false, replace = false } = {}) {
+    return this.#outcome(this.#with(name, bytes, (n, b) =>
+      this.#zorvela.takeBytes("run_flagged_nef", this.#run, n, b, trans ? 1 : 0, replace ? 1 : 0)));
+  }
+
+  /** The same of the cis prolines of all files, for a program of `about().restraints`; chains by names "OLD=NEW" or "NEW". */
+  restraints(program, chainAs = []) {
+    return this.#outcome(this.#with(program, chainAs.join("\n"),
+      (p, c) => this.#zorvela.takeBytes("run_restraints", this.#run, p, c)));
   }
 
   /** Frees the memory of the run. */

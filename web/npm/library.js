@@ -32,18 +32,35 @@ export class PredictionError extends Error {
   name = "PredictionError";
 }
 
-const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text" };
+const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text", structures: "files" };
 
-function checkOptions(options) {
+const IS_RIGHT = {
+  names: (v) => Array.isArray(v) && v.every((item) => typeof item === "string"),
+  flag: (v) => typeof v === "boolean",
+  text: (v) => typeof v === "string",
+  files: () => true, // looked at as files
+};
+
+function checkOptions(options, more = {}) {
+  const choices = { ...CHOICES, ...more };
   for (const [name, value] of Object.entries(options)) {
-    const isRight = {
-      names: (v) => Array.isArray(v) && v.every((item) => typeof item === "string"),
-      flag: (v) => typeof v === "boolean",
-      text: (v) => typeof v === "string",
-    }[CHOICES[name]];
-    if (isRight === undefined) throw new TypeError(`there is no option "${name}"; there are ${Object.keys(CHOICES).join(", ")}`);
+    const isRight = IS_RIGHT[choices[name]];
+    if (isRight === undefined) throw new TypeError(`there is no option "${name}"; there are ${Object.keys(choices).join(", ")}`);
     if (value !== undefined && !isRight(value)) throw new TypeError(`option "${name}" cannot be ${JSON.stringify(value)}`);
   }
+}
+
+function checkOneOf(names, name, what) {
+  if (!names.includes(name)) throw new TypeError(`there is no ${what} "${name}"; there are ${names.join(", ")}`);
+}
+
+/** Files as [{name, content}]: one or several, of which some have names. */
+function namedInputs(inputs) {
+  const all = Array.isArray(inputs) ? inputs : [inputs];
+  return all.map((input, index) => ({
+    name: input?.name ?? (all.length === 1 ? "input" : `input ${index + 1}`),
+    content: input?.content ?? input,
+  }));
 }
 
 async function bytesOf(input) {
@@ -51,19 +68,24 @@ async function bytesOf(input) {
   if (input instanceof ArrayBuffer) return new Uint8Array(input);
   if (typeof input?.arrayBuffer === "function") return new Uint8Array(await input.arrayBuffer());
   if (ArrayBuffer.isView(input)) return new Uint8Array(input.buffer, input.byteOffset, input.byteLength);
-  throw new TypeError("give the content of a shift file: a string, a File or Blob, an ArrayBuffer or an array of bytes");
+  throw new TypeError("give the content of a file: a string, a File or Blob, an ArrayBuffer or an array of bytes");
 }
 
-async function addFile(run, name, input) {
-  const bytes = await bytesOf(input);
+/** Gives the unpacked bytes of a file to a function of the run, and returns them. */
+async function addFile(run, { name, content }, add) {
+  let bytes = await bytesOf(content);
   try {
     if (bytes.length > LARGEST_INPUT) throw new InputError(Fault.tooLarge);
-    run.add(name, await unpacked(bytes));
+    bytes = await unpacked(bytes);
+    run[add](name, bytes);
   } catch (error) {
     if (!(error instanceof InputError)) throw error;
     run.addFault(name, error.fault);
   }
+  return bytes;
 }
+
+const decoded = (bytes) => new TextDecoder().decode(bytes);
 
 /**
  * The functions of the package, see index.d.ts. The module comes from `findDefault()`, an address or bytes, unless the
@@ -86,32 +108,75 @@ export function libraryOf(findDefault, read) {
     return Zorvela.start(await compiled);
   }
 
-  /** The bytes of the JSON, and of the report in another format where one is wanted. */
-  async function reportsOf(input, options, format) {
-    checkOptions(options);
-    const { name = "input", ...choices } = options;
+  /**
+   * What `use(run, result, bytes)` gives for files in a run, with the bytes of the last one. Rejects where no file can
+   * be predicted, or a structure cannot be read.
+   */
+  async function withRun(inputs, { structures = [], name, ...choices }, use) {
+    const files = namedInputs(inputs);
+    if (files.length === 1 && name !== undefined) files[0].name = name;
+    const models = namedInputs(structures);
     const zorvela = await start();
     try {
       const run = zorvela.newRun(choices);
-      await addFile(run, name, input);
-      const decoder = new TextDecoder();
-      const result = JSON.parse(decoder.decode(run.report("json")));
-      if (result.errors.length > 0) throw new PredictionError(result.errors[0].message);
-      return { result, text: format === undefined ? "" : decoder.decode(run.report(format)) };
+      for (const model of models) await addFile(run, model, "addStructure");
+      let bytes;
+      for (const file of files) bytes = await addFile(run, file, "add");
+      const result = JSON.parse(decoded(run.report("json")));
+      const fatal = result.proteins.length === 0 ? result.errors[0]
+        : result.errors.find(({ file }) => models.some((model) => model.name === file));
+      if (fatal !== undefined) throw new PredictionError(fatal.message);
+      return use(run, result, bytes);
     } catch (error) {
       if (!(error instanceof ModuleFailure)) throw error;
-      throw new PredictionError(`${name}: does not fit into memory; give a smaller file`, { cause: error });
+      const what = files.length === 1 ? `${files[0].name}: does` : "the files do";
+      throw new PredictionError(`${what} not fit into memory; give less`, { cause: error });
     }
   }
 
-  async function predict(input, options = {}) {
-    return (await reportsOf(input, options)).result;
+  async function predict(inputs, options = {}) {
+    checkOptions(options);
+    return withRun(inputs, options, (run, result) => result);
   }
 
-  async function report(input, { format = "html", ...options } = {}) {
-    const formats = (await start()).about().formats;
-    if (!formats.includes(format)) throw new TypeError(`there is no format "${format}"; there are ${formats.join(", ")}`);
-    return (await reportsOf(input, options, format)).text;
+  async function report(inputs, { format = "html", ...options } = {}) {
+    checkOptions(options, { format: "text" });
+    checkOneOf((await start()).about().formats, format, "format");
+    return withRun(inputs, options, (run) => decoded(run.report(format)));
+  }
+
+  async function shiftTables(inputs, options = {}) {
+    checkOptions(options);
+    return withRun(inputs, options, (run, { proteins }) => proteins.map(({ file, chain, list }, index) =>
+      ({ file, chain, list, table: decoded(run.shiftTable(index)) })));
+  }
+
+  async function contents(inputs) {
+    const zorvela = await start();
+    const found = [];
+    for (const { name, content } of namedInputs(inputs)) {
+      const bytes = await unpacked(await bytesOf(content)).catch(() => new Uint8Array()); // predict() says what is wrong
+      for (const { chain, list } of zorvela.contents(name, bytes))
+        found.push({ file: name, chain: chain || null, list: list || null });
+    }
+    return found;
+  }
+
+  const writtenText = ({ bytes, notes, error }) => {
+    if (error) throw new PredictionError(error);
+    return { text: decoded(bytes), notes };
+  };
+
+  async function flaggedNef(input, { trans, replace, ...options } = {}) {
+    checkOptions({ trans, replace, ...options }, { trans: "flag", replace: "flag" });
+    return withRun([input], options, (run, { proteins }, bytes) =>
+      writtenText(run.flaggedNef(proteins[0].file, bytes, { trans, replace })));
+  }
+
+  async function restraints(inputs, { program, chainAs, ...options } = {}) {
+    checkOptions({ program, chainAs, ...options }, { program: "text", chainAs: "names" });
+    checkOneOf((await start()).about().restraints.map(({ name }) => name), program, "program");
+    return withRun(inputs, options, (run) => writtenText(run.restraints(program, chainAs)));
   }
 
   async function versions() {
@@ -119,5 +184,5 @@ export function libraryOf(findDefault, read) {
     return { version, tables };
   }
 
-  return { load, predict, report, versions };
+  return { load, predict, report, shiftTables, contents, flaggedNef, restraints, versions };
 }

@@ -13,8 +13,9 @@ function startWorker() {
 }
 
 let newest = 0; // number of the last request to predict
-let files = [];
-let shown = null; // the last result: its request, files and summary
+let given = []; // names of the files that were dropped last
+let shown = null; // the last result: its request and summary
+let programs = []; // for which there are restraints
 
 // --- Words ----------------------------------------------------------------------------------------
 
@@ -28,7 +29,7 @@ function visible(text) {
   return text.replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
 }
 
-const nameOf = (files) => (files.length === 1 ? files[0].name : counted(files.length, "file", "files"));
+const nameOf = (names) => (names.length === 1 ? names[0] : counted(names.length, "file", "files"));
 
 function say(text) {
   byId("status").textContent = visible(text);
@@ -39,22 +40,17 @@ function sayFailure(text) {
   say(text);
 }
 
-/** "a.str: 5 prolines in 1 chain, 1 cis, 4 trans." */
-function outcomeInWords({ calls, proteins, errors }, leftOut) {
-  const count = calls.cis + calls.trans + calls.undecided + calls.none;
-  const parts = [`${counted(count, "proline", "prolines")} in ${counted(proteins.length, "chain", "chains")}`,
-                 `${calls.cis} cis`, `${calls.trans} trans`];
-  if (calls.undecided > 0) parts.push(`${calls.undecided} undecided`);
-  if (calls.none > 0) parts.push(`${calls.none} without a prediction`);
-  const without = leftOut === 0 ? "" : ` ${counted(leftOut, "file", "files")} without what is chosen left out.`;
-  const found = `${nameOf(files)}: ${parts.join(", ")}.${without}`;
-  if (errors.length === 0) return found;
-  const failed = `${counted(errors.length, "file", "files")} could not be predicted.`;
-  return proteins.length === 0 ? failed : `${found} ${failed}`;
+/** What a person must know first: the answer of the report, and what is not in it. */
+function outcomeInWords({ names, errors, proteins }, answer, leftOut) {
+  const parts = proteins.length === 0 ? [] : [`${nameOf(names)}: ${answer}`];
+  if (leftOut > 0) parts.push(`${counted(leftOut, "file", "files")} without what is chosen left out.`);
+  if (errors.length > 0) parts.push(`${counted(errors.length, "file", "files")} could not be predicted.`);
+  return parts.join(" ");
 }
 
-/** A list of texts; whatever is in them, it is shown as text. */
+/** A list of texts, hidden without any; whatever is in them, it is shown as text. */
 function fillList(list, texts) {
+  list.hidden = texts.length === 0;
   list.replaceChildren(...texts.map((text) => {
     const item = document.createElement("li");
     item.textContent = visible(text);
@@ -65,7 +61,7 @@ function fillList(list, texts) {
 function fillSelect(select, options) {
   const before = select.value;
   select.replaceChildren(...options.map(([value, text]) => new Option(visible(text), value)));
-  if (options.some(([value]) => value === before)) select.value = before;
+  if (options.some(([value]) => String(value) === before)) select.value = before;
 }
 
 // --- Predicting -----------------------------------------------------------------------------------
@@ -99,14 +95,19 @@ const wantsTrans = () => byId("prolines").value === "all";
 
 /** Predicts new files, or those of before with other choices. */
 function predict(message) {
-  say(`Reading ${nameOf(files)} …`);
+  say(`Reading ${nameOf(given)} …`);
   worker.postMessage({ ...message, id: ++newest, choices: choices() });
 }
 
-function take(given) {
-  files = given;
+function take(files) {
+  given = files.map(({ name }) => name);
   offerChoices([]);
   predict({ type: "files", files });
+}
+
+/** Structures alone say nothing: the shifts come before or after them. */
+function waitForShifts({ names }) {
+  sayFailure(`${nameOf(names)}: ${names.length === 1 ? "a structure" : "structures"}. Drop the chemical shifts as well.`);
 }
 
 function showProgress({ done, total }) {
@@ -127,23 +128,34 @@ function nameOfChain({ file, chain, list }, proteins) {
   return [file, chain === null ? "" : `chain ${chain}`, several ? list : ""].filter((part) => part !== "").join(", ");
 }
 
-function showResult({ id, html, summary, leftOut }) {
+/** Offers what can be saved of the protein that is chosen, and restraints for the programs that have what they need. */
+function offerFiles({ proteins, structures }) {
+  fillSelect(byId("table"), proteins.map((protein, index) => [index, nameOfChain(protein, proteins)]));
+  byId("table-choice").hidden = proteins.length < 2;
+  document.querySelector("[data-save=tab]").hidden = proteins.length === 0;
+  document.querySelector("[data-save=nef]").hidden = !proteins[byId("table").value]?.isNef;
+  fillSelect(byId("program"), programs.filter(({ needsModel }) => !needsModel || structures === 1)
+    .map(({ name, writes }) => [name, writes]));
+  byId("restraints").hidden = proteins.length === 0;
+}
+
+async function showResult({ id, html, summary, leftOut }) {
   const isFirst = shown === null;
-  shown = { id, files, proteins: summary.proteins };
+  shown = { id, ...summary };
   byId("working").hidden = true;
   byId("result").hidden = false;
   document.body.classList.add("has-result");
-  byId("result-title").textContent = visible(nameOf(files));
+  byId("result-title").textContent = visible(nameOf(summary.names));
   fillList(byId("errors"), summary.errors);
-  byId("errors").hidden = summary.errors.length === 0;
+  fillList(byId("warnings"), summary.warnings);
   fillList(byId("notes").querySelector("ul"), summary.notes);
   byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " on reading";
   byId("notes").hidden = summary.notes.length === 0;
-  fillSelect(byId("table"), summary.proteins.map((protein, index) => [index, nameOfChain(protein, summary.proteins)]));
-  byId("table-choice").hidden = summary.proteins.length < 2;
-  document.querySelector("[data-save=tab]").hidden = summary.proteins.length === 0;
-  showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
-  say(outcomeInWords(summary, leftOut));
+  offerFiles(summary);
+  const answer = await showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
+  if (id !== newest) return;
+  document.title = byId("report").contentDocument.title;
+  say(outcomeInWords(summary, answer, leftOut));
   if (isFirst) byId("result").scrollIntoView({ block: "nearest" });
 }
 
@@ -155,10 +167,14 @@ function stem(name) {
   return name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "") || name;
 }
 
-function fileName({ what, index }) {
-  if (what !== "tab") return visible(`${shown.files.length === 1 ? stem(shown.files[0].name) : "zorvela"}.${what}`);
-  const { file, chain } = shown.proteins[index];
-  return visible(`${stem(file)}${chain === null ? "" : `_${chain}`}.tab`);
+function fileName({ what, index, program }) {
+  if (what === "tab" || what === "nef") {
+    const { file, chain } = shown.proteins[index];
+    return visible(stem(file) + (what === "nef" ? "_flags.nef" : `${chain === null ? "" : `_${chain}`}.tab`));
+  }
+  const name = shown.names.length === 1 ? stem(shown.names[0]) : "zorvela";
+  if (what !== "restraints") return visible(`${name}.${what}`);
+  return visible(`${name}_${program}.${programs.find((one) => one.name === program).ending}`);
 }
 
 /** What is saved as one file: the part itself, or an archive of several with a name of its own for each. */
@@ -168,19 +184,22 @@ function blobOf(what, parts) {
   return zipped(withOwnNames(files, (name, count) => name.replace(/\.[^.]*$/, (end) => `_${count}${end}`)));
 }
 
+/** Saves a file; says what the user must know of it, or why there is none. */
 function saveParts({ what, parts }) {
+  if (what !== "zip" && parts[0].error) return sayFailure(parts[0].error);
   const link = document.createElement("a");
-  const url = URL.createObjectURL(blobOf(what, parts));
+  const url = URL.createObjectURL(blobOf(what, parts.filter(({ error }) => !error)));
   link.href = url;
   link.download = fileName(what === "zip" ? { what } : parts[0]);
   link.click();
   setTimeout(() => URL.revokeObjectURL(url), 60000);
-  say(`Saved ${link.download}.`);
+  return say([`Saved ${link.download}.`, ...parts.flatMap(({ notes = [] }) => notes.map((note) => `${note}.`))].join(" "));
 }
 
 for (const button of document.querySelectorAll("[data-save]"))
   button.addEventListener("click", () => {
-    worker.postMessage({ type: "save", id: shown.id, what: button.dataset.save, index: Number(byId("table").value) });
+    worker.postMessage({ type: "save", id: shown.id, what: button.dataset.save, index: Number(byId("table").value),
+                         program: byId("program").value, chainAs: byId("chain-as").value.match(/\S+/g) ?? [] });
   });
 
 async function copyTable() {
@@ -197,6 +216,7 @@ async function copyTable() {
 worker.onmessage = ({ data }) => {
   if (data.type === "ready") {
     byId("version").textContent = `${data.about.version}, reference tables ${data.about.tables}`;
+    programs = data.about.restraints;
     return;
   }
   // What is shown can be saved while newer files are predicted.
@@ -208,6 +228,7 @@ worker.onmessage = ({ data }) => {
   if (data.type === "progress") showProgress(data);
   else if (data.type === "result") showResult(data);
   else if (data.type === "contents") offerChoices(data.contents);
+  else if (data.type === "waiting") waitForShifts(data);
   else sayFailure(`This went wrong: ${data.message}. Load the page again.`);
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
@@ -215,6 +236,7 @@ worker.onerror = () => sayFailure("The calculation cannot be started in this bro
 for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
 byId("stop").addEventListener("click", stop);
 byId("copy").addEventListener("click", copyTable);
+byId("table").addEventListener("change", () => offerFiles(shown));
 byId("prolines").addEventListener("change", () => showTrans(byId("report"), wantsTrans()));
 byId("choices").addEventListener("submit", (event) => event.preventDefault());
 

@@ -1,9 +1,14 @@
 // Shows a report in a frame of its own: its styles stay its own, and it can run nothing. Prints it without the frame.
 
-/** Shows the HTML of a report, with all prolines or without those that are trans. */
+/**
+ * Shows the HTML of a report, with all prolines or without those that are trans. Gives its answer in words, which the
+ * page says in its own first line, and so not here.
+ */
 export function showReport(frame, html, withTrans) {
-  frame.onload = () => prepare(frame, withTrans);
-  frame.srcdoc = html;
+  return new Promise((resolve) => {
+    frame.onload = () => resolve(prepare(frame, withTrans));
+    frame.srcdoc = html;
+  });
 }
 
 /** Shows or leaves out the cards and rows of trans prolines in the report on show. The saved report has them all. */
@@ -41,6 +46,10 @@ function prepare(frame, withTrans) {
     // Two frames on, the fold is open and the frame has its height.
     requestAnimationFrame(() => requestAnimationFrame(() => target.scrollIntoView()));
   });
+  const saidAbove = inside.createElement("style");
+  saidAbove.textContent = "main > h1, main > .lead { display: none; }";
+  inside.head.append(saidAbove);
+  return [...inside.querySelectorAll("main > .lead")].map((text) => text.textContent).join(" ");
 }
 
 /**

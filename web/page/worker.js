@@ -1,50 +1,51 @@
 // Reads, predicts and writes reports, away from the page, so that the page never waits.
 //
 // The page sends {type: "files", id, files, choices} with files as [{name, blob}], {type: "predict", id, choices} for the
-// same files with other choices, and for what it wants to save {type: "save", id, what, index} with the id of the
-// result on show. A newer request, {type: "stop", id} too, ends the prediction before.
+// same files with other choices, and for what it wants to save {type: "save", id, what, index, program, chainAs} with the
+// id of the result on show. A newer request, {type: "stop", id} too, ends the prediction before.
 import { InputError, LARGEST_INPUT, unpacked } from "./gzip.js";
 import { Fault, ModuleFailure, Zorvela } from "./zorvela.js";
 
 const module = fetch(new URL("zorvela.wasm", import.meta.url))
   .then((response) => response.arrayBuffer())
   .then((bytes) => WebAssembly.compile(bytes));
+const start = async () => Zorvela.start(await module);
 
 let newest = 0;
-let given = []; // [{name, bytes or fault, contents}] of the files to predict; contents once they are known
+// {name, kind, bytes, or fault, contents} of the files to predict, contents once they are known; and of the structures.
+let shiftFiles = [];
+let structures = [];
 let current = null; // {id, run, zorvela, files, proteins} of the last result
 
 const others = () => new Promise((resume) => setTimeout(resume)); // lets the page's messages in
 
-/** Reads a file while it is there: what happens to it on the disk later on changes no result. */
-async function readFile({ name, blob }) {
-  if (blob.size > LARGEST_INPUT) return { name, fault: Fault.tooLarge };
+/** Reads and unpacks a file while it is there: what happens to it on the disk later on changes no result. */
+async function readFile(zorvela, { name, blob }) {
   try {
-    return { name, bytes: new Uint8Array(await blob.arrayBuffer()) };
+    if (blob.size > LARGEST_INPUT) throw new InputError(Fault.tooLarge);
+    const bytes = await unpacked(new Uint8Array(await blob.arrayBuffer()));
+    return { name, bytes, kind: zorvela.kindOf(bytes) };
   } catch (error) {
-    return { name, fault: error instanceof RangeError ? Fault.noMemory : Fault.unreadable };
+    if (error instanceof InputError) return { name, fault: error.fault };
+    const isMemory = error instanceof RangeError || error instanceof ModuleFailure;
+    return { name, fault: isMemory ? Fault.noMemory : Fault.unreadable };
   }
 }
 
 /** Adds a file to a run: its prolines, or why there are none. */
-async function addFile(run, { name, bytes, fault }) {
-  if (fault !== undefined) return run.addFault(name, fault);
-  let content;
-  try {
-    content = await unpacked(bytes);
-  } catch (error) {
-    return run.addFault(name, error instanceof InputError ? error.fault : Fault.noMemory);
-  }
-  return run.add(name, content);
+function addFile(run, { name, kind, bytes, fault }) {
+  if (fault !== undefined) run.addFault(name, fault);
+  else if (kind === "structure") run.addStructure(name, bytes);
+  else run.add(name, bytes);
 }
 
 /** All files in a run with a memory of its own. Null where a newer one has been asked for. */
 async function runAll(id, files, choices) {
-  const zorvela = await Zorvela.start(await module);
+  const zorvela = await start();
   const run = zorvela.newRun(choices);
   for (const [index, file] of files.entries()) {
     try {
-      await addFile(run, file);
+      addFile(run, file);
     } catch (error) {
       if (!(error instanceof ModuleFailure)) throw error;
       // The module is beyond use. The others are predicted anew without this file.
@@ -60,76 +61,95 @@ async function runAll(id, files, choices) {
 
 /** The chains and shift lists of each file; none of one that cannot be read: the run says what is wrong with it. */
 async function findContents(id) {
-  let zorvela = await Zorvela.start(await module);
-  for (const file of given) {
+  let zorvela = await start();
+  for (const file of shiftFiles) {
     file.contents = [];
     try {
-      if (file.bytes !== undefined) file.contents = zorvela.contents(file.name, await unpacked(file.bytes));
-    } catch (error) {
-      if (error instanceof ModuleFailure) zorvela = await Zorvela.start(await module);
+      if (file.bytes !== undefined) file.contents = zorvela.contents(file.name, file.bytes);
+    } catch {
+      zorvela = await start(); // memory ran out, which the run says
     }
     await others();
     if (id !== newest) return;
   }
-  postMessage({ type: "contents", id, contents: given.map(({ contents }) => contents) });
+  postMessage({ type: "contents", id, contents: shiftFiles.map(({ contents }) => contents) });
 }
 
 /** The files that have what is chosen; all of them where none has, as their errors say what there is. */
 function filesWith({ chains, lists }) {
   const fits = (chosen, name) => chosen.length === 0 || chosen.includes(name);
   const ofAnyList = lists[0] === "all";
-  const fitting = given.filter(({ contents }) => contents === undefined ||
+  const fitting = shiftFiles.filter(({ contents }) => contents === undefined ||
     contents.some(({ chain, list }) => fits(chains, chain) && (ofAnyList || fits(lists, list))));
-  return fitting.length === 0 || chains.length + lists.length === 0 ? given : fitting;
+  return fitting.length === 0 || chains.length + lists.length === 0 ? shiftFiles : fitting;
 }
 
 /** What the page shows around the report. */
-function summaryOf(json) {
-  const { proteins, errors } = JSON.parse(new TextDecoder().decode(json));
-  const calls = { cis: 0, trans: 0, undecided: 0, none: 0 };
-  for (const { prolines } of proteins) for (const { call } of prolines) ++calls[call];
+function summaryOf(json, files) {
+  const { proteins, errors, structures = [] } = JSON.parse(new TextDecoder().decode(json));
+  const kindOf = new Map(files.map(({ name, kind }) => [name, kind]));
+  const all = (list) => proteins.flatMap((protein) => {
+    const { file, chain } = protein;
+    return (protein[list] ?? []).map((text) => `${chain === null ? file : `${file}, chain ${chain}`}: ${text}`);
+  });
   return {
-    proteins: proteins.map(({ file, chain, list }) => ({ file, chain, list })),
-    notes: proteins.flatMap(({ file, chain, notes }) =>
-      notes.map((note) => `${chain === null ? file : `${file}, chain ${chain}`}: ${note}`)),
+    names: files.filter(({ kind }) => kind !== "structure").map(({ name }) => name),
+    proteins: proteins.map(({ file, chain, list }) => ({ file, chain, list, isNef: kindOf.get(file) === "nef" })),
+    warnings: all("warnings"),
+    notes: [...all("notes"), ...all("structure_notes"),
+            ...structures.flatMap(({ file, notes }) => notes.map((note) => `${file}: ${note}`))],
     errors: errors.map(({ message }) => message),
-    calls,
+    structures: structures.length,
   };
 }
 
 async function predict({ id, choices }) {
-  const files = filesWith(choices);
+  const fitting = filesWith(choices);
+  const files = [...structures, ...fitting];
   const result = await runAll(id, files, choices);
   if (result === null) return;
-  const summary = summaryOf(result.run.report("json"));
+  const summary = summaryOf(result.run.report("json"), files);
   current = { ...result, id, files, proteins: summary.proteins };
-  postMessage({ type: "result", id, html: result.run.report("html"), summary, leftOut: given.length - files.length });
-  if (given.some(({ contents }) => contents === undefined)) await findContents(id);
+  const leftOut = shiftFiles.length - fitting.length;
+  postMessage({ type: "result", id, html: result.run.report("html"), summary, leftOut });
+  if (shiftFiles.some(({ contents }) => contents === undefined)) await findContents(id);
 }
 
+/** Structures alone belong to the shifts of before, and wait for some where there are none. */
 async function takeFiles({ id, files, choices }) {
-  const read = await Promise.all(files.map(readFile));
+  const zorvela = await start();
+  const read = await Promise.all(files.map((file) => readFile(zorvela, file)));
   if (id !== newest) return;
-  given = read;
-  await predict({ id, choices });
+  const newShifts = read.filter(({ kind }) => kind !== "structure");
+  const newStructures = read.filter(({ kind }) => kind === "structure");
+  if (newStructures.length > 0 || shiftFiles.length > 0) structures = newStructures;
+  if (newShifts.length > 0) shiftFiles = newShifts;
+  if (shiftFiles.length === 0) postMessage({ type: "waiting", id, names: structures.map(({ name }) => name) });
+  else await predict({ id, choices });
 }
 
-/** The shift table of the protein at `index` of the result. */
-async function shiftTable(index) {
+/** {bytes, notes, error} of what is saved of the result; `index` is that of a protein. */
+function written({ what, index, program, chainAs }) {
   const { run, files, proteins } = current;
-  const { file: name } = proteins[index];
-  const before = proteins.slice(0, index).filter(({ file }) => file === name).length;
-  return run.shiftTable(name, await unpacked(files.find((file) => file.name === name).bytes), before);
+  if (what === "restraints") return run.restraints(program, chainAs);
+  if (what === "tab") return { bytes: run.shiftTable(index) };
+  if (what !== "nef") return { bytes: run.report(what) };
+  const { name, bytes } = files.find((file) => file.name === proteins[index].file);
+  return run.flaggedNef(name, bytes);
 }
 
-async function save({ id, what, index }) {
+/** All but restraints, which are for one program. */
+function everything() {
+  const { proteins } = current;
+  const nefs = new Map(proteins.flatMap(({ file, isNef }, index) => (isNef ? [[file, index]] : [])));
+  return [...["html", "csv", "json"].map((what) => ({ what })), ...proteins.map((_, index) => ({ what: "tab", index })),
+          ...[...nefs.values()].map((index) => ({ what: "nef", index }))];
+}
+
+function save({ id, what, ...chosen }) {
   if (id !== current.id) return; // a newer result is about to be shown
-  const parts = what !== "zip" ? [{ what, index }]
-    : [...["html", "csv", "json"].map((format) => ({ what: format })),
-       ...current.proteins.map((_, protein) => ({ what: "tab", index: protein }))];
-  for (const part of parts)
-    part.bytes = part.what === "tab" ? await shiftTable(part.index) : current.run.report(part.what);
-  postMessage({ type: "saved", id, what, parts });
+  const parts = what === "zip" ? everything() : [{ what, ...chosen }];
+  postMessage({ type: "saved", id, what, parts: parts.map((part) => ({ ...part, ...written(part) })) });
 }
 
 onmessage = async ({ data }) => {

@@ -87,6 +87,27 @@ def printed(driver):
     return text.split("\f")[:-1]
 
 
+def set_scheme(driver, dark):
+    driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {
+        "features": [{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}]})
+
+
+def set_size(driver, width, height):
+    driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
+                           {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
+
+
+def violations(driver, axe):
+    """What axe-core, given as its source, finds wrong with the document on show: a line for each rule and element."""
+    driver.execute_script(axe)
+    return driver.execute_async_script("""
+        const done = arguments[0];
+        axe.run(document, { iframes: false }).then(
+          ({ violations }) => done(violations.flatMap(({ id, nodes }) =>
+            nodes.map(({ target, failureSummary }) => `${id}: ${target}: ${failureSummary.split("\\n").slice(1)}`))),
+          (error) => done([String(error)]));""")
+
+
 class Page:
     """The page in a browser of its own, with a folder for what it saves."""
 
@@ -95,9 +116,8 @@ class Page:
         self.driver = start(f"--user-data-dir={self.folder.name}/profile", f"--window-size={width},{height}", *arguments)
         self.driver.execute_cdp_cmd("Browser.setDownloadBehavior",
                                     {"behavior": "allow", "downloadPath": self.folder.name})
-        self._set_size(width, height)
-        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {
-            "features": [{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}]})
+        set_size(self.driver, width, height)
+        set_scheme(self.driver, dark)
         self.address = address
         self.open()
 
@@ -182,12 +202,8 @@ class Page:
             let left = 10;
             (function wait() { --left > 0 ? requestAnimationFrame(wait) : done(); })();""")
 
-    def _set_size(self, width, height):
-        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
-                                    {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
-
     def resize(self, width, height):
-        self._set_size(width, height)
+        set_size(self.driver, width, height)
         self.settle()
 
     def scrolled(self):

@@ -17,6 +17,7 @@ from zorvela_tests import program
 
 FILES = program.SOURCE / "kit" / "tests" / "files"
 NUCLEASE = program.SOURCE / "examples" / "nuclease.str"
+MODEL = program.SOURCE / "examples" / "nuclease.pdb.gz"
 
 
 class Folder:
@@ -105,7 +106,7 @@ class SavedFiles(Page):
         chains = [protein["chain"] for protein in json.loads(self.folder.program("json", path.name))["proteins"]]
         self.assertGreater(len(chains), 1)
         for index, chain in enumerate(chains):
-            self.page.driver.execute_script(f"document.getElementById('table').value = {index}")
+            browser.Select(self.page.element("table")).select_by_index(index)
             name, saved = self.page.save("tab")
             wanted = program.kit("import", "--chain", chain, "-o", "-", path.name, cwd=self.folder.path)
             self.assertEqual(saved.decode(), wanted.stdout)
@@ -163,6 +164,119 @@ class SavedFiles(Page):
         self.check_saved(path.name)
 
 
+class FlagsAndRestraints(Page):
+    def test_warnings_are_those_of_the_program(self):
+        path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
+        self.page.choose(path)
+        said = program.kit("run", "--tables", "tab", path.name, cwd=self.folder.path).stderr
+        warnings = [line.split("warning: ")[1] for line in said.splitlines() if "warning: " in line]
+        self.assertEqual([warning.split(" (")[0] for warning in warnings],
+                         ["flagged.nef, chain A: P3 is marked trans in the file but predicted cis"])
+        self.assertEqual(self.page.texts("#warnings li"), warnings)
+        self.assertTrue(self.page.element("warnings").is_displayed())
+        self.page.choose(NUCLEASE)
+        self.assertFalse(self.page.element("warnings").is_displayed())
+
+    def test_nef_file_with_flags(self):
+        path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
+        self.page.choose(path, NUCLEASE)
+        self.assertTrue(self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=nef]").is_displayed())
+        name, saved = self.page.save("nef")
+        said = program.kit("annotate", "--tables", "tab", "--output", "out.nef", path.name, cwd=self.folder.path).stderr
+        self.assertEqual((name, saved), ("flagged_flags.nef", (self.folder.path / "out.nef").read_bytes()))
+        self.assertEqual(saved.decode(), web.nef_of_two_cis_prolines().decode().replace("A 7 PRO .", "A 7 PRO true"))
+        note = "flagged.nef, chain A: cis_peptide of PRO 3 was false, the shifts say cis; left as it was"
+        self.assertIn(note, said)
+        self.assertEqual(self.page.status(), f"Saved flagged_flags.nef. {note}.")
+        browser.Select(self.page.element("table")).select_by_index(1)
+        self.assertFalse(self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=nef]").is_displayed())
+        archive = zipfile.ZipFile(io.BytesIO(self.page.save("zip")[1]))
+        self.assertEqual(archive.read("flagged_flags.nef"), saved)
+
+    def programs(self):
+        return [option.get_attribute("value") for option in browser.Select(self.page.element("program")).options]
+
+    def check_restraints(self, programs, *choices):
+        self.page.element("chain-as").clear()
+        self.page.element("chain-as").send_keys("A")
+        for program_name in programs:
+            with self.subTest(program_name):
+                self.page.driver.execute_script("document.getElementById('program').value = arguments[0]", program_name)
+                name, saved = self.page.save("restraints")
+                wanted = program.kit("restrain", "--tables", "tab", "--chain-as", "A", "--for", program_name, *choices,
+                                     "--", "nuclease.str", cwd=self.folder.path)
+                self.assertEqual(saved.decode(), wanted.stdout)
+                self.assertIn("117", saved.decode())
+                self.assertTrue(name.startswith(f"nuclease_{program_name}."), name)
+                self.assertTrue(self.page.status().startswith(f"Saved {name}."), self.page.status())
+
+    def test_restraints(self):
+        help_text = "".join(program.kit("restrain", "--help").stdout.split())
+        every = re.search(r"--for[^{]*\{([^}]*)\}", help_text)[1].split(",")
+        self.page.choose(self.folder.copy(NUCLEASE))
+        self.assertEqual(self.programs(), every[:-2])
+        self.check_restraints(every[:-2])
+        self.page.choose(self.folder.copy(MODEL))
+        self.assertEqual(self.programs(), every)
+        self.check_restraints(["pdb", "mmcif"], "--structure", MODEL.name)
+
+    def test_restraints_that_cannot_be_written(self):
+        self.page.drop({name: NUCLEASE.read_bytes() for name in ("a.str", "b.str")})
+        self.page.clear_status()
+        self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=restraints]").click()
+        self.page.wait(lambda: self.page.status() != "")
+        said = self.folder.add("a.str", NUCLEASE.read_bytes()), self.folder.add("b.str", NUCLEASE.read_bytes())
+        wanted = program.kit("restrain", "--tables", "tab", "--for", "cyana", *said, cwd=self.folder.path)
+        self.assertEqual(wanted.returncode, 1)
+        self.assertEqual(f"zorvela-kit: {self.page.status()}", wanted.stderr.splitlines()[-1])
+        self.assertEqual(self.page.saved(), [])
+
+
+class Structures(Page):
+    def setUp(self):
+        super().setUp()
+        self.shifts = self.folder.copy(NUCLEASE)
+        self.model = self.folder.copy(MODEL)
+
+    def check_compared(self):
+        self.check_saved(self.shifts.name, choices=("--structure", self.model.name))
+        self.assertIn("agrees", self.page.report())
+
+    def test_dropped_with_the_shifts(self):
+        self.page.choose(self.shifts, self.model)
+        self.check_compared()
+        self.assertEqual(self.page.text("result-title"), self.shifts.name)
+        self.page.clear_status()
+        self.page.element("as-referenced").click()
+        self.page.wait_for_result()
+        self.check_saved(self.shifts.name, choices=("--as-referenced", "--structure", self.model.name))
+
+    def test_dropped_after_the_shifts(self):
+        self.page.choose(self.shifts)
+        self.page.choose(self.model)
+        self.check_compared()
+        self.page.choose(self.shifts)
+        self.check_saved(self.shifts.name)
+
+    def test_dropped_before_the_shifts(self):
+        self.assertEqual(self.page.choose(self.model),
+                         "nuclease.pdb.gz: a structure. Drop the chemical shifts as well.")
+        self.page.choose(self.shifts)
+        self.check_compared()
+
+    def test_mmcif(self):
+        self.page.choose(self.folder.copy(program.SOURCE / "examples" / "ubiquitin.tab"),
+                         self.folder.copy(FILES / "ubiquitin_ensemble.cif.gz"))
+        self.check_saved("ubiquitin.tab", choices=("--structure", "ubiquitin_ensemble.cif.gz"))
+
+    def test_that_cannot_be_read(self):
+        cut = self.folder.add("cut.pdb", b"ATOM      1  CA  PRO A   1      27.340  24\n")
+        self.page.choose(self.shifts, cut)
+        said = program.kit("run", "--tables", "tab", self.shifts.name, "--structure", cut.name, cwd=self.folder.path).stderr
+        self.assertEqual([f"zorvela-kit: {error}" for error in self.errors()], said.splitlines())
+        self.assertIn("is cis: P117", self.page.status())
+
+
 class Report(Page):
     def test_report_is_that_of_the_library(self):
         path = self.folder.copy(NUCLEASE)
@@ -180,7 +294,7 @@ class Report(Page):
 
     def test_notes_and_summary(self):
         self.page.choose(NUCLEASE)
-        self.assertEqual(self.page.status(), "nuclease.str: 5 prolines in 1 chain, 1 cis, 4 trans.")
+        self.assertEqual(self.page.status(), "nuclease.str: 1 of 5 prolines is cis: P117.")
         self.assertEqual(self.page.texts("#notes li"), [
             "nuclease.str, chain 1: residue UNK has no counterpart among the 20, written ?: 53, 56"])
 
@@ -201,11 +315,11 @@ class Report(Page):
         self.page.driver.execute_script("document.getElementById('pasted').value = arguments[0]",
                                         NUCLEASE.read_text())
         self.page.element("predict").click()
-        self.assertIn("pasted text: 5 prolines", self.page.wait_for_result())
+        self.assertIn("pasted text: 1 of 5 prolines", self.page.wait_for_result())
 
     def test_example(self):
         self.page.element("example").click()
-        self.assertIn("5 prolines", self.page.wait_for_result())
+        self.assertIn("of 5 prolines", self.page.wait_for_result())
 
     def test_files_of_one_name_are_told_apart(self):
         self.page.driver.execute_script("""
@@ -363,7 +477,7 @@ class ManyFiles(Page):
         self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
         self.assertEqual(self.page.texts("#chain option"), ["all", "A (in 1 of 25 files)", "B (in 1 of 25 files)"])
         status = self.page.select("chain", "B (in 1 of 25 files)")
-        self.assertIn("in 1 chain,", status)
+        self.assertTrue(status.startswith("star3_dimer.str: "), status)
         self.assertTrue(status.endswith(" 24 files without what is chosen left out."), status)
         self.check_saved(dimer.name, choices=("--chain", "B"))
 
@@ -407,7 +521,7 @@ class BadFiles(Page):
         self.assertEqual(self.page.wait_for_result(300), "1 file could not be predicted.")
         self.assertEqual(self.errors(), [json.loads(self.folder.program("json", path.name))["errors"][0]["message"]])
         self.page.choose(NUCLEASE)
-        self.assertIn("1 cis", self.page.status())
+        self.assertIn("is cis: P117", self.page.status())
 
     def test_hostile_names_and_contents_are_text(self):
         script = "<img src=x onerror=document.title=1><script>document.title=1</script>"
@@ -454,7 +568,7 @@ class KeyboardAlone(Page):
         self.tab_to("e.id === 'files'")
         self.tab_to("e.id === 'example'")
         self.page.press(browser.Keys.ENTER)
-        self.assertIn("5 prolines", self.page.wait_for_result())
+        self.assertIn("of 5 prolines", self.page.wait_for_result())
         self.tab_to("e.id === 'prolines'")
         self.page.press(browser.Keys.ARROW_DOWN)
         self.page.wait(lambda: self.page.element("prolines").get_property("value") == "interesting")
@@ -516,7 +630,7 @@ class Network(unittest.TestCase):
                 self.assertIn("nef_entry.nef:", page.status())
                 page.open()  # from what the service worker keeps
                 page.element("example").click()
-                self.assertIn("5 prolines", page.wait_for_result())
+                self.assertIn("of 5 prolines", page.wait_for_result())
                 self.assertEqual(page.console(), [])
                 self.assertEqual(page.driver.execute_script("return document.cookie"), "")
             finally:

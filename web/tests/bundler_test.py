@@ -1,11 +1,9 @@
 """The npm package with the tools of others: bundlers, a strict compiler of types, other versions of Node."""
-import functools
 import json
 import pathlib
 import re
 import shutil
 import subprocess
-import tempfile
 import unittest
 
 import browser
@@ -26,29 +24,18 @@ def run(*command, **options):
     return subprocess.run(command, capture_output=True, text=True, timeout=600, check=False, **options)
 
 
-@functools.lru_cache
-def installed():
+def folder_with_tools():
     """A folder with the package and the tools; None where they cannot be fetched."""
-    folder = tempfile.TemporaryDirectory()
-    unittest.addModuleCleanup(folder.cleanup)
-    path = pathlib.Path(folder.name)
-    (path / "package.json").write_text('{"private": true, "type": "module"}')
-    packed = run("npm", "pack", "--json", "--pack-destination", path, cwd=web.NPM)
-    package = path / json.loads(packed.stdout)[0]["filename"]
-    (path / "nodes").mkdir()  # apart, as each would be the Node that the tools run with
-    (path / "nodes" / "package.json").write_text('{"private": true}')
-    for where, packages in ((path, (package, *TOOLS)), (path / "nodes", NODES)):
-        if run("npm", "install", "--no-audit", "--no-fund", *packages, cwd=where).returncode != 0:
-            return None
-    return path
+    packed = run("npm", "pack", "--json", "--pack-destination", web.NPM.parent, cwd=web.NPM)
+    return web.installed(web.NPM.parent / json.loads(packed.stdout)[0]["filename"], *TOOLS)
 
 
 @web.needs_module
 class WithTools(unittest.TestCase):
     def setUp(self):
-        if installed() is None:
+        self.folder = folder_with_tools()
+        if self.folder is None:
             self.skipTest("the tools cannot be fetched")
-        self.folder = installed()
 
     def check(self, *command):
         result = run("npx", "--no-install", *command, cwd=self.folder)
@@ -112,9 +99,12 @@ class Bundlers(WithTools):
 
 class Node(WithTools):
     def node(self, version, name, code):
+        nodes = web.installed(*NODES)  # apart, as each would be the Node that the tools run with
+        if nodes is None:
+            self.skipTest("the versions of Node cannot be fetched")
         shutil.copy(program.SOURCE / "examples" / "nuclease.str", self.folder)
         (self.folder / name).write_text(code)
-        return run(self.folder / "nodes" / "node_modules" / f"node{version}" / "bin" / "node", name, cwd=self.folder)
+        return run(nodes / "node_modules" / f"node{version}" / "bin" / "node", name, cwd=self.folder)
 
     def test_modules(self):
         code = 'import { readFileSync } from "node:fs"; import { predict } from "zorvela";' \

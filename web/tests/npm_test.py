@@ -42,9 +42,21 @@ class InstalledPackage(unittest.TestCase):
             shutil.copy(pathlib.Path(__file__).with_name(name), self.folder)
         native = self.folder / "native.json"
         (self.folder / "tab").symlink_to(program.TABLES)
+        shutil.copy(program.SOURCE / "examples" / "nuclease.pdb.gz", self.folder)
+        (self.folder / "flagged.nef").write_bytes(web.nef_of_two_cis_prolines())
+
+        def kit(*arguments):
+            result = program.kit(*arguments, cwd=self.folder)
+            self.assertEqual(result.returncode, 0, result.stderr)
+
         for format_name in web.formats():
-            program.kit("run", "--tables", "tab", "--format", format_name, "--output", f"native.{format_name}",
-                        "nuclease.str", cwd=self.folder)
+            for name, structure in (("native", ()), ("compared", ("--structure", "nuclease.pdb.gz"))):
+                kit("run", "--tables", "tab", "--format", format_name, "--output", f"{name}.{format_name}", *structure, "--",
+                    "nuclease.str")
+        kit("import", "--rereference", "--tables", "tab", "--output", "native.tab", "nuclease.str")
+        kit("restrain", "--tables", "tab", "--for", "rosetta", "--chain-as", "A", "--output", "native.cst", "nuclease.str")
+        kit("annotate", "--tables", "tab", "--output", "flags.nef", "flagged.nef")
+        kit("annotate", "--tables", "tab", "--replace", "--output", "replaced.nef", "flagged.nef")
         self.assertTrue(native.exists())
         result = run("node", "--test", "--test-reporter=tap", cwd=self.folder)
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)

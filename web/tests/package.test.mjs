@@ -4,7 +4,9 @@ import { readFile } from "node:fs/promises";
 import { test } from "node:test";
 import { gzipSync } from "node:zlib";
 
-import { PredictionError, load, predict, report, versions } from "zorvela";
+import {
+  PredictionError, contents, flaggedNef, load, predict, report, restraints, shiftTables, versions,
+} from "zorvela";
 
 const content = await readFile("nuclease.str");
 const name = "nuclease.str";
@@ -34,6 +36,44 @@ test("a file that cannot be predicted is an error in the program's words", async
     return true;
   });
   await assert.rejects(predict(content, { chains: ["Z"] }), PredictionError);
+});
+
+test("files can be many, and have names", async () => {
+  const files = [new File([content], name), { name: "b.str", content }, new Blob([""]), content];
+  const { proteins, errors } = await predict(files);
+  assert.deepEqual(proteins.map(({ file }) => file), [name, "b.str", "input 4"]);
+  assert.deepEqual(errors, [{ file: "input 3", message: "input 3: is empty; give a file with chemical shifts" }]);
+  assert.match(await report(files, { format: "csv" }), /^input 4,/m);
+  await assert.rejects(predict([""]), PredictionError);
+  assert.equal((await predict(new File([content], "mine.str"))).proteins[0].file, "mine.str");
+});
+
+test("results beside a structure are the program's", async () => {
+  const structures = { name: "nuclease.pdb.gz", content: await readFile("nuclease.pdb.gz") };
+  for (const format of ["csv", "json", "table", "html"])
+    assert.equal(await report(content, { name, format, structures }), await readFile(`compared.${format}`, "utf8"));
+  await assert.rejects(predict(content, { name, structures: [content] }),
+                       { name: "PredictionError", message: /^input: holds shifts and no structure/ });
+});
+
+test("shift tables, flags and restraints are the program's", async () => {
+  const tables = await shiftTables(content, { name });
+  const list = "assigned_chem_shift_list_1";
+  assert.deepEqual(tables, [{ file: name, chain: "1", list, table: await readFile("native.tab", "utf8") }]);
+  assert.deepEqual(await contents(gzipSync(content)), [{ file: "input", chain: "1", list }]);
+  assert.deepEqual(await contents(""), []);
+  const { text, notes } = await restraints(content, { name, program: "rosetta", chainAs: ["1=A"] });
+  assert.equal(text, await readFile("native.cst", "utf8"));
+  assert.ok(Array.isArray(notes));
+  await assert.rejects(restraints(content, { program: "rosetta" }), /--chain-as/);
+  await assert.rejects(restraints(content, { program: "none" }), /there is no program "none"; there are cyana,/);
+  await assert.rejects(restraints(content, { program: "pdb" }), PredictionError);
+  const nef = { name: "flagged.nef", content: await readFile("flagged.nef") };
+  assert.equal((await flaggedNef(nef)).text, await readFile("flags.nef", "utf8"));
+  const replaced = await flaggedNef(nef, { replace: true });
+  assert.equal(replaced.text, await readFile("replaced.nef", "utf8"));
+  assert.match(replaced.notes[0], /PRO 3 was false, the shifts say cis; replaced/);
+  await assert.rejects(flaggedNef(content, { name }), PredictionError);
 });
 
 test("options are checked", async () => {

@@ -1,5 +1,7 @@
 // A strict program that reads every member of a result.
-import { load, predict, PredictionError, report, versions } from "zorvela";
+import {
+  contents, flaggedNef, load, predict, PredictionError, report, restraints, shiftTables, versions,
+} from "zorvela";
 import type { Evidence, Input, Match, Offset, Proline, Protein, Result, Shift, ShiftName, Site, Structure } from "zorvela";
 
 type Value = string | number | boolean | null | undefined;
@@ -37,8 +39,8 @@ const matchOf = ({ file, chain, aligned, identical, mismatches, missing }: Match
 const structureOf = ({ file, format, models, chains, notes }: Structure): Value[] =>
   [file, format, models, ...notes, ...chains.flatMap(({ chain, residues, ca_only }): Value[] => [chain, residues, ca_only])];
 
-const proteinOf = ({ file, chain, list, length, shifts, referencing, prolines, notes, ...more }: Protein): Value[] =>
-  [file, chain, list, length, shifts, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...notes,
+const proteinOf = ({ file, chain, list, length, shifts, referencing, prolines, warnings, notes, ...more }: Protein): Value[] =>
+  [file, chain, list, length, shifts, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...warnings, ...notes,
    ...(more.matches ?? []).flatMap(matchOf), ...(more.structure_notes ?? [])];
 
 export function valuesOf({ format, version, program, tables, thresholds, proteins, errors, ...more }: Result): Value[] {
@@ -54,7 +56,10 @@ export async function use(input: Input): Promise<string> {
     await load("https://example.org/zorvela.wasm");
     const { version, tables } = await versions();
     return [version, tables, ...valuesOf(await predict(input, { name: "a.str", chains: ["A"] })),
-            await report(input, { format: "csv", lists: ["all"] })].join();
+            await report([input, { name: "b", content: input }], { format: "csv", lists: ["all"], structures: input }),
+            ...(await contents(input)).map(({ file, chain, list }) => [file, chain, list]),
+            ...(await shiftTables([input])).map(({ table }) => table), (await flaggedNef(input, { trans: true })).text,
+            ...(await restraints(input, { program: "cyana", chainAs: ["1=A"] })).notes].join();
   } catch (error) {
     return error instanceof PredictionError ? error.message : "";
   }

@@ -35,6 +35,10 @@ std::size_t countVerdicts(const RunReport& report, Verdict verdict);
 /// How many files could not be read.
 std::size_t countErrors(const RunReport& report);
 
+/// Returns what the user should look at, a line each: offsets that call for a correction and were kept, and
+/// flags of the file that differ from the call.
+std::vector<std::string> warningsOf(const ProteinResult& protein);
+
 /// What a cell of a table of results holds: nothing, a count, a number or a text.
 using Value = std::variant<std::monostate, int, float, double, bool, std::string>;
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "zorvela/finding.h"
@@ -61,6 +62,9 @@ ProteinStructure readStructureFile(const std::string& path);
 
 /// The same for the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
+
+/// Whether the text of an unpacked file has coordinates of atoms, and not shifts, whether it can be read or not.
+bool holdsStructure(std::string_view text);
 
 /// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
 /// and at least 25 residues, or half of the shorter one if that is less, are aligned.

@@ -47,7 +47,7 @@ void expectInSchema(const char* object, Names names, const Names& withStructures
 
 TEST(Fields, AreThoseOfTheSchema) {
   Names chain = jsonNames(zorvela::proteinFields());
-  for (const char* list : {"referencing", "prolines", "notes"}) chain.emplace_back(list);
+  for (const char* list : {"referencing", "prolines", "warnings", "notes"}) chain.emplace_back(list);
   expectInSchema("protein", chain, {"matches", "structure_notes"});
   Names proline = jsonNames(zorvela::prolineFields());
   for (const char* object : {"evidence", "next_shifts"}) proline.emplace_back(object);

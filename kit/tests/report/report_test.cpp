@@ -270,7 +270,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
     "format": "zorvela-kit run",
     "version": 1,
     "program": "zorvela-kit )" + std::string(zorvela::version()) +
-                                                        R"(",
+                                                        R"json(",
     "tables": "tab",
     "thresholds": {"cis_from": 0.5, "trans_up_to": 0.05},
     "proteins": [{
@@ -289,9 +289,12 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
          "cs_cnt_prev": 0, "cs_cnt": 1, "cs_cnt_next": null, "cg_shift": null, "p_cis": null,
          "p_cis_norm": null, "call": "none", "reason": "last residue", "cis_flag": null,
          "evidence": null, "next_shifts": []}],
+      "warnings": ["CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
+                   "HA shifts seem 0.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
+                   "P117 is marked trans in the file but predicted cis (0.981)"],
       "notes": ["a \"note\"", "an aside"]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
-  })");
+  })json");
   const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), {}, out); });
   EXPECT_EQ(nlohmann::json::parse(text), expected);
   EXPECT_NE(text.find("\"cg_shift\": 24.31,"), std::string::npos);  // not 24.309999465942383

@@ -29,6 +29,17 @@ TEST(Bond, StateOfTheDistanceOfCaAtoms) {
   EXPECT_FALSE(zorvela::stateOfDistance(5.5).has_value());
 }
 
+TEST(Structure, IsToldFromShifts) {
+  const std::string atom =
+      "ATOM      1  CA  PRO A   1      27.340  24.430   2.614  1.00  9.67           C  \n";
+  EXPECT_TRUE(zorvela::holdsStructure(atom));
+  EXPECT_TRUE(zorvela::holdsStructure("REMARK 1\n" + atom.substr(0, 30)));
+  EXPECT_TRUE(zorvela::holdsStructure("data_x\nloop_\n_atom_site.id\n_atom_site.Cartn_x\n1 2\n"));
+  EXPECT_FALSE(zorvela::holdsStructure("data_x\nloop_\n_Atom_chem_shift.ID\n1\n" + atom));
+  EXPECT_FALSE(zorvela::holdsStructure("resid,resname,atom,shift\n1,PRO,CA,62\n"));
+  EXPECT_FALSE(zorvela::holdsStructure(""));
+}
+
 zorvela::StructureChain chainOf(const std::string& letters) {
   zorvela::StructureChain chain;
   chain.name = "A";

@@ -4,13 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "predict/chain.h"
 #include "predict/tables.h"
 #include "train/evaluation.h"
 #include "train/evaluation_groups.h"
 #include "train/published_tables.h"
 #include "train/study/formatted.h"
-#include "train/study/next_shift_trial.h"
 #include "train/study/referencing_study.h"
 
 namespace zorvela {
@@ -18,8 +16,6 @@ namespace zorvela {
 namespace {
 
 constexpr std::size_t kFolds = 10;
-constexpr int kTrialRounds = 20;
-constexpr int kBootstrapRounds = 2000;
 
 LabelledProlines dataOf(const std::string& folder, const Model& model) {
   return readLabelled(folder + "/prolines.csv", folder + "/entries", model);
@@ -48,22 +44,6 @@ void fitAllRelations(const LabelledProlines& data) {
   std::vector<const EntryShifts*> chains;
   for (const EntryShifts& entry : data.entries) chains.push_back(&entry);
   writeRelations(std::cout, fitRelations(chains));
-}
-
-void tryNextShift(const std::string& folder) {
-  const CrossValidation trained(folder);
-  const Predictions predictions = predictAll(trained.folded, trained.data);
-  std::vector<TrialProline> prolines;
-  for (const Evaluated& proline : evaluation(trained.data, predictions).prolines) {
-    const EntryShifts& entry = trained.data.entry(proline.label);
-    const Triplet triplet = tripletAt(entry.residues, entry.secondary, trained.data.place(proline.label));
-    prolines.push_back(
-        trialProline(trained.folded.of(proline.label), triplet.types, *predictions[proline.label]));
-    prolines.back().isCis = proline.isCis;
-    prolines.back().cluster = proline.cluster;
-  }
-  std::cout << "Tables: trained anew in each of " << kFolds << " folds of clusters\n";
-  writeTrial(std::cout, tryNextShifts(prolines, kTrialRounds, kBootstrapRounds), kTrialRounds);
 }
 
 Figures figuresOf(const Evaluation& evaluation, const std::string& key) {
@@ -95,9 +75,7 @@ void tryOffsets(const std::string& folder) {
 
 int run(const std::vector<std::string>& words) {
   const std::string command = words.empty() ? "" : words[0];
-  if (command == "next-shift" && words.size() == 2)
-    tryNextShift(words[1]);
-  else if (command == "offsets" && words.size() == 2)
+  if (command == "offsets" && words.size() == 2)
     tryOffsets(words[1]);
   else if (command == "referencing" && words.size() == 3)
     writeReferencing(std::cout, dataOfTables(words[1], words[2]));
@@ -105,7 +83,7 @@ int run(const std::vector<std::string>& words) {
     fitAllRelations(dataOfTables(words[1], words[2]));
   else {
     std::cerr
-        << "usage: zorvela-study next-shift DATA | offsets DATA | referencing DATA TAB | relations DATA TAB\n"
+        << "usage: zorvela-study offsets DATA | referencing DATA TAB | relations DATA TAB\n"
            "DATA: the folder with entries/, prolines.csv and the published data; TAB: the reference tables\n";
     return 2;
   }

@@ -39,15 +39,6 @@ std::vector<NamedChain> chainsOf(const RunReport& report) {
   return chains;
 }
 
-/// "2 chains: a.str, b.str"; empty for none.
-template <class Fits>
-std::string chainsThat(const std::vector<NamedChain>& chains, Fits fits) {
-  std::vector<std::string> names;
-  for (const NamedChain& chain : chains)
-    if (fits(*chain.protein)) names.push_back(chain.name);
-  return names.empty() ? "" : counted(names.size(), "chain", "chains") + ": " + enumerated(names);
-}
-
 /// What a person must know before the chains.
 std::string answer(const RunReport& report, const std::vector<NamedChain>& chains) {
   const auto count = [&](Call call) { return std::to_string(countCalls(report, call)); };
@@ -55,13 +46,22 @@ std::string answer(const RunReport& report, const std::vector<NamedChain>& chain
                      count(Call::trans) + " trans, " + count(Call::none) + " without a prediction.";
   const std::size_t errors = countErrors(report);
   if (errors > 0) text += " " + counted(errors, "file", "files") + " could not be predicted.";
-  const std::string corrected =
-      chainsThat(chains, [](const ProteinResult& protein) { return !protein.correction.empty(); });
-  if (!corrected.empty()) text += " The referencing was corrected before predicting in " + corrected + ".";
-  const std::string warned =
-      chainsThat(chains, [](const ProteinResult& protein) { return !warningsOf(protein).empty(); });
-  if (!warned.empty()) text += " There are warnings in " + warned + ".";
+  std::vector<std::string> corrected;
+  for (const NamedChain& chain : chains)
+    if (!chain.protein->correction.empty()) corrected.push_back(chain.name);
+  if (!corrected.empty())
+    text += " The referencing was corrected before predicting in " + enumerated(corrected) + ".";
   return text;
+}
+
+/// What else a person must know: warnings, and files that failed.
+std::string notices(const RunReport& report, const std::vector<NamedChain>& chains) {
+  std::vector<std::string> texts;
+  for (const NamedChain& chain : chains)
+    for (const std::string& warning : warningsOf(*chain.protein))
+      texts.push_back(chains.size() == 1 ? warning : chain.name + ": " + warning);
+  forEachError(report, [&](const FileReport& file) { texts.push_back(file.error); });
+  return texts.empty() ? "" : "<div class=\"notices\">" + bulletList(texts) + "</div>\n";
 }
 
 std::string indexTable(const std::vector<NamedChain>& chains) {
@@ -147,12 +147,6 @@ std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
          escaped(chain.name) + "</summary>\n<div id=\"" + chain.id + "\">" +
          paragraph(answer(protein), "lead") + chainReport(protein, chain.name, classes) +
          "</div></details>\n";
-}
-
-std::string errors(const RunReport& report) {
-  std::vector<std::string> messages;
-  forEachError(report, [&](const FileReport& file) { messages.push_back(file.error); });
-  return messages.empty() ? "" : "<h2>Not predicted</h2>\n" + bulletList(messages);
 }
 
 std::string key(const RunReport& report) {
@@ -284,7 +278,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
       << symbolDefinitions() << cbCgDefinitions(report.classes) << "<main>\n<h1>" << escaped(title)
       << "</h1>\n";
   out << paragraph(chains.size() == 1 ? answer(*chains.front().protein) : answer(report, chains), "lead")
-      << errors(report) << key(report) << kLinks;
+      << notices(report, chains) << key(report) << kLinks;
   if (chains.size() == 1) {
     out << chainReport(*chains.front().protein, chains.front().name, report.classes);
   } else {

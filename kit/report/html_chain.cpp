@@ -151,7 +151,6 @@ std::string answer(const ProteinResult& protein) {
     if (sentence.empty() && mixed.empty()) text += " No call could be compared with a structure.";
   }
   if (!protein.correction.empty()) text += " " + protein.correction + ".";
-  for (const std::string& warning : warningsOf(protein)) text += " " + warning + ".";
   return text;
 }
 

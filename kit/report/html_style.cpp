@@ -18,7 +18,7 @@ font:15px/1.45 system-ui,-apple-system,"Segoe UI",Roboto,"Helvetica Neue",Arial,
 h1{font-size:1.55rem;line-height:1.2;margin:0 0 6px}h2{font-size:1.2rem;margin:24px 0 8px}
 .grid h2{font-size:1.1rem;margin:0 0 4px}p{margin:0 0 8px}a{color:var(--link)}
 .lead{font-size:1.1rem}.faint{color:var(--faint);font-size:.9rem}
-.key{display:flex;flex-wrap:wrap;gap:4px 18px;margin:10px 0;padding:0;list-style:none}
+.notices{border-left:4px solid var(--cis);padding-left:4px}.key{display:flex;flex-wrap:wrap;gap:4px 18px;margin:10px 0;padding:0;list-style:none}
 svg.i{width:1em;height:1em;vertical-align:-.12em;overflow:visible}
 .grid{display:grid;grid-template-columns:repeat(auto-fill,minmax(min(100%,340px),1fr));gap:16px;align-items:start}
 figure{min-width:0;margin:0 0 16px}

@@ -257,12 +257,12 @@ TEST(ReportHtml, SaysOnceWhatWasCorrected) {
   EXPECT_NE(text.find("1 note of the import"), std::string::npos);
 }
 
-TEST(ReportHtml, WarnsInItsFirstLine) {
+TEST(ReportHtml, WarnsBeforeAllElse) {
   const std::string text = written([](std::ostream& out) { zorvela::writeHtml(sample(), {}, out); });
-  const std::string first = text.substr(0, text.find("</p>"));
-  for (const char* warning : {"CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues)",
-                              "P117 is marked trans in the file but predicted cis (0.981)"})
-    EXPECT_NE(first.find(warning), std::string::npos) << first;
+  const std::string start = text.substr(0, text.find("<figure"));
+  for (const char* warning : {"<li>CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues)",
+                              "<li>P117 is marked trans in the file but predicted cis (0.981)</li>"})
+    EXPECT_NE(start.find(warning), std::string::npos) << start;
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {

@@ -60,8 +60,8 @@ std::string shiftRow(const Evidence& evidence, int index, bool withCorrected) {
 /// The first row of a residue, or the last of the table, which have no shift.
 std::string headRow(const std::string& name, const std::string& what, bool withCorrected,
                     const std::string& scope = "rowgroup") {
-  return "<tr class=\"g\"><th scope=\"" + scope + "\">" + escaped(shortened(name, 8)) +
-         "</th><td colspan=\"" + (withCorrected ? "4" : "3") + "\">" + what + "</td>";
+  return "<tr class=\"g\"><th scope=\"" + scope + "\" colspan=\"" + (withCorrected ? "5" : "4") + "\">" +
+         escaped(shortened(name, 8)) + " <span>" + what + "</span></th>";
 }
 
 std::string contributions(const ProlineResult& proline) {

@@ -40,7 +40,7 @@ text{font-size:12px;fill:var(--text)}
 .rn{stroke:var(--faint);stroke-dasharray:2 2}
 .a0{fill:none;stroke:var(--line)}.a1,.a2,.a3,.a4{fill:var(--faint);fill-opacity:.25}
 .a2{fill-opacity:.45}.a3{fill-opacity:.7}.a4{fill-opacity:1}
-.bar{position:relative;min-width:44px;print-color-adjust:exact;
+.bar{position:relative;min-width:36px;print-color-adjust:exact;
 -webkit-print-color-adjust:exact;background:linear-gradient(var(--faint),var(--faint)) 60%/1px 100% no-repeat}
 .bar i{position:absolute;top:.2em;bottom:.2em;background:var(--undecided)}
 i.c{background:var(--cis)}i.t{background:var(--trans)}i.p{background:var(--start)}
@@ -49,10 +49,10 @@ table{border-collapse:collapse;overflow-wrap:normal;font-size:.9rem;font-variant
 th,td{text-align:left;padding:3px 12px 3px 0;border-bottom:1px solid var(--grid);vertical-align:top}
 th{font-weight:600}tbody th{font-weight:400}.r{text-align:right;white-space:nowrap}
 .nats{width:100%;font-size:12px;line-height:1.2}
-.nats :is(th,td){border:0;padding:1px 7px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
+.nats :is(th,td){border:0;padding:1px 5px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
 .nats thead th{color:var(--faint);font-weight:400;text-align:right}
 .nats thead th:first-child{text-align:left}.nats thead th:last-child{text-align:center}
-.nats tbody th{padding-left:8px}.nats .g :is(th,td){padding-top:5px}.nats .g th{padding-left:0;font-weight:600}
+.nats tbody th{padding-left:5px}.nats .g :is(th,td){padding-top:5px}.nats .g th{padding-left:0;font-weight:600}.nats .g span{font-weight:400}
 .h{color:var(--faint)}
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}

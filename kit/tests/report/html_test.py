@@ -159,9 +159,9 @@ class Cards(Made):
         text = card(self.page_of({(2, "CB"): 30.5, (2, "CG"): 24.5}), "P2")
         rows = table_after(text, "<table")
         self.assertEqual(rows[0], ["ppm", "obs.", "cis", "trans", "nats", "trans | cis"])
-        for row in (["A1", "type", "+0.7", ""], ["P2", "1 in 20 are cis", "−2.9", ""], ["K3", "type", "−0.7", ""],
+        for row in (["A1 type", "+0.7", ""], ["P2 1 in 20 are cis", "−2.9", ""], ["K3 type", "−0.7", ""],
                     ["CB", "30.5", "32.0", "30.0", "−1.0", ""], ["CG", "24.5", "24.0", "27.0", "+3.0", ""],
-                    ["Sum", "", "−0.9", ""]):
+                    ["Sum", "−0.9", ""]):
             self.assertIn(row, rows)
         # Zero is at 60 % of the width, 25 nats wide.
         bars = [(kind, side, float(at), float(width)) for kind, side, at, width in

@@ -30,12 +30,15 @@ struct NamedChain {
 };
 
 std::vector<NamedChain> chainsOf(const RunReport& report) {
-  const Origin origin(report);
+  Origin origin(report);
+  if (report.files.size() == 1) {
+    const std::string& file = report.files.front().file;
+    origin.folder = file.substr(0, file.size() - baseName(file).size());
+  }
   std::vector<NamedChain> chains;
   forEachProtein(report, [&](const ProteinResult& protein) {
     chains.push_back({&protein, chainName(protein, origin), "chain" + std::to_string(chains.size() + 1)});
   });
-  if (chains.size() == 1) chains.front().name = baseName(chains.front().name);
   return chains;
 }
 
@@ -121,7 +124,8 @@ std::string sideBySide(const std::vector<NamedChain>& chains) {
 std::string sequencesTwice(const std::vector<NamedChain>& chains) {
   std::map<std::string, std::vector<NamedChain>> bySequence;
   for (const NamedChain& chain : chains)
-    if (!chain.protein->prolines.empty()) bySequence[upper(chain.protein->sequence)].push_back(chain);
+    if (!chain.protein->prolines.empty() && !chain.protein->sequence.empty())
+      bySequence[upper(chain.protein->sequence)].push_back(chain);
   std::string text;
   for (const auto& [sequence, same] : bySequence)
     if (same.size() > 1) text += sideBySide(same);

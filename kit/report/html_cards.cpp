@@ -184,7 +184,8 @@ std::string prolineCards(const ProteinResult& protein, const std::string& figure
       lines += line(protein, proline);
   }
   return "<div class=\"grid\">\n" + cards + figures + "</div>\n" +
-         (lines.empty() ? "" : "<h2>Trans prolines</h2>\n" + lines) +
+         (lines.empty() ? ""
+                        : "<section class=\"trans\"><h2>Trans prolines</h2>\n" + lines + "</section>\n") +
          (without.empty() ? "" : "<h2>Without a prediction</h2>\n" + bulletList(without));
 }
 

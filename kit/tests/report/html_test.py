@@ -248,6 +248,13 @@ class ManyChains(Made):
         self.assertEqual(rows[1:], [["P2", "99.9\u00a0% cis", "> 99.9\u00a0% trans", "0.999, the calls differ"]])
         self.assertIn("<mark>0.999, the calls differ</mark>", text)
 
+    def test_many_of_one_sequence_have_a_row_each(self):
+        text = self.page_of(**{name: self.TRANS for name in "abcde"}, f=self.CIS)
+        rows = table_after(text, ">One sequence, several sets of shifts</h2>")
+        self.assertEqual([row[0] for row in rows], ["Proline", *(name + ".tab" for name in "abcdef"),
+                                                    "Difference of P_CIS_NORM"])
+        self.assertEqual([row[1] for row in rows[5:]], ["> 99.9\u00a0% trans", "99.9\u00a0% cis", "0.999, the calls differ"])
+
     def test_calls_that_agree_are_not_marked(self):
         text = self.page_of(a=self.TRANS, b=self.TRANS)
         self.assertEqual(table_after(text, ">One sequence")[1][-1], "0.000")

@@ -69,7 +69,7 @@ mark{background:none;color:inherit;font-weight:700;border-bottom:3px solid var(-
 --trans:#0072b2;--start:#a3abb5;--link:#000}
 body{padding:0;max-width:none;font-size:9.5pt}.nats{font-size:8.5pt}
 .grid{gap:12px;grid-template-columns:1fr 1fr}
-.card,figure,tr,.line{break-inside:avoid}h2,summary{break-after:avoid}.wide{overflow:visible}
+.card,figure,tr,.line{break-inside:avoid}h2,summary,.lead,.lead+p{break-after:avoid}.wide{overflow:visible}
 details:not(.line)::details-content{content-visibility:visible}summary{list-style:none}}
 )css";
 

@@ -53,7 +53,7 @@ std::string answer(const RunReport& report, const std::vector<NamedChain>& chain
   for (const NamedChain& chain : chains)
     if (!chain.protein->correction.empty()) corrected.push_back(chain.name);
   if (!corrected.empty())
-    text += " The referencing was corrected before predicting in " + enumerated(corrected) + ".";
+    text += " The shifts were corrected before predicting in " + enumerated(corrected) + ".";
   return text;
 }
 

@@ -196,6 +196,7 @@ ProteinResult Predictor::predict(const Protein& protein) const {
   result.chain = protein.chain;
   result.list = protein.list;
   result.length = static_cast<int>(protein.sequence.size());
+  result.sequence = protein.sequence;
   if (!protein.isSequenceGiven)
     result.unseen =
         static_cast<int>(std::count(protein.sequence.begin(), protein.sequence.end(), kUnknownResidue));

@@ -117,8 +117,9 @@ struct ProteinResult {
   std::string chain;
   std::string list;
   int length = 0;  ///< residues in the sequence
-  int unseen =
-      0;  ///< residues without a name, where the file gives no sequence: a proline there has no result
+  /// Residues without a name, where the file gives no sequence: a proline there has no result.
+  int unseen = 0;
+  std::string sequence;                     ///< one-letter codes
   int shiftCount = 0;                       ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
   std::string correction;                   ///< what was corrected, in words; empty where nothing was

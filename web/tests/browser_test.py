@@ -194,6 +194,8 @@ class FlagsAndRestraints(Page):
         self.assertEqual(archive.read("flagged_flags.nef"), saved)
 
     def programs(self):
+        if not self.page.element("restraints").get_property("open"):
+            self.page.driver.find_element(browser.By.CSS_SELECTOR, "#restraints summary").click()
         return [option.get_attribute("value") for option in browser.Select(self.page.element("program")).options]
 
     def check_restraints(self, programs, *choices):
@@ -222,6 +224,7 @@ class FlagsAndRestraints(Page):
 
     def test_restraints_that_cannot_be_written(self):
         self.page.drop({name: NUCLEASE.read_bytes() for name in ("a.str", "b.str")})
+        self.programs()
         self.page.clear_status()
         self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=restraints]").click()
         self.page.wait(lambda: self.page.status() != "")
@@ -528,11 +531,10 @@ class BadFiles(Page):
         name = "<img src=x onerror=document.title=1>\"'&.csv"
         content = f"resid,resname,atom,shift,chain\n1,ALA,CA,52,{script}\n2,PRO,CB,32,{script}\n3,<b>X,CA,50,{script}\n"
         self.folder.add(name, content.encode())
-        title = self.page.driver.title
         self.page.drop({name: content.encode()})
         self.check_saved(name)
         self.assertIn(name, self.page.text("result-title"))
-        self.assertEqual(self.page.driver.title, title)
+        self.assertIn(name, self.page.driver.title)
         inside = "document.getElementById('report').contentDocument"
         for document in ("document", inside):
             self.assertEqual(self.page.driver.execute_script(

@@ -60,30 +60,21 @@ class Engine {
 /// What a user asks of a shift file.
 struct Request {
   ImportOptions import;
-  std::optional<std::string> sequence;
   Structures structures;
   bool asReferenced = false;
 };
 
-Results predictProteins(const Engine& engine, std::vector<Protein> proteins, const std::string& file,
-                        const Request& request) {
-  if (request.sequence && proteins.size() > 1)
-    throw ChoiceError(file, 0, "has " + std::to_string(proteins.size()) + " chains or lists for one sequence",
-                      "choose one with chain and list");
-  if (request.sequence) proteins.front() = onSequence(std::move(proteins.front()), *request.sequence);
-  return engine.predict(proteins, file, request.structures, request.asReferenced);
-}
-
 Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
   const py::gil_scoped_release free;
-  return predictProteins(engine, readShiftFile(path, request.import), path, request);
+  return engine.predict(readShiftFile(path, request.import), path, request.structures, request.asReferenced);
 }
 
 Results predictBytes(const Engine& engine, const py::bytes& content, const std::string& name,
                      const Request& request) {
   std::string bytes = content;
   const py::gil_scoped_release free;
-  return predictProteins(engine, readShiftBytes(std::move(bytes), name, request.import), name, request);
+  return engine.predict(readShiftBytes(std::move(bytes), name, request.import), name, request.structures,
+                        request.asReferenced);
 }
 
 Results predictShifts(const Engine& engine, const std::string& sequence, const std::vector<ShiftTuple>& named,
@@ -138,9 +129,12 @@ PYBIND11_MODULE(_zorvela, module) {
 
   py::class_<Request>(module, "Request")
       .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
-                       std::optional<std::string> sequence, Structures structures, bool asReferenced) {
-        return Request{
-            {std::move(chains), std::move(lists)}, std::move(sequence), std::move(structures), asReferenced};
+                       const std::optional<std::pair<py::bytes, std::string>>& sequence,
+                       std::optional<int> firstResidue, Structures structures, bool asReferenced) {
+        GivenSequence given = sequence ? readSequenceBytes(sequence->first, sequence->second) : nullptr;
+        return Request{{std::move(chains), std::move(lists), std::move(given), firstResidue},
+                       std::move(structures),
+                       asReferenced};
       }));
   py::class_<Engine>(module, "Engine")
       .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())

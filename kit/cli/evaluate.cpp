@@ -12,7 +12,6 @@
 #include "cli/training_options.h"
 #include "cli/whole_file.h"
 #include "train/evaluation.h"
-#include "train/evaluation_groups.h"
 #include "train/evaluation_report.h"
 #include "train/labelled_prolines.h"
 #include "train/published_tables.h"

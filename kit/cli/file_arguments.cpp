@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "cli/input.h"
+#include "cli/joined_inputs.h"
 #include "cli/messages.h"
 #include "formats/format.h"
 #include "formats/input_bytes.h"
@@ -80,9 +81,10 @@ void addFolder(const std::string& folder, std::vector<std::string>& files) {
   std::vector<std::string> others;
   bool isEmpty = true;
   for (const std::string& file : filesIn(folder)) {
-    const bool isTaken = mayHoldShifts(file);
+    const bool isSequence = isSequenceFile(file);
+    const bool isTaken = isSequence || mayHoldShifts(file);
     (isTaken ? files : others).push_back(isTaken ? file : baseName(file));
-    isEmpty = isEmpty && !isTaken;
+    isEmpty = isEmpty && (isSequence || !isTaken);
   }
   if (isEmpty) throw FileError(folder, 0, "is a folder without shift files", "name the files");
   if (!others.empty())

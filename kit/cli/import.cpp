@@ -11,8 +11,8 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/file_arguments.h"
-#include "cli/input.h"
 #include "cli/input_files.h"
+#include "cli/joined_inputs.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
@@ -35,6 +35,7 @@ constexpr std::size_t kMostPathsNamed = 20;
 
 struct ImportArguments {
   FileArguments named;
+  JoinArguments joining;
   std::vector<std::string> files;
   std::string output;
   std::string tables;
@@ -52,7 +53,7 @@ struct Imported {
   FailedFiles failures;
 };
 
-Imported readFiles(const ImportArguments& given, const TableNames& names) {
+Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, const TableNames& names) {
   Imported imported;
   std::optional<Predictor> predictor;
   if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
@@ -61,7 +62,7 @@ Imported readFiles(const ImportArguments& given, const TableNames& names) {
     const std::string& file = given.files[i];
     try {
       std::vector<ChainNotes> notes;
-      std::vector<Protein> proteins = readInput(file, given.options);
+      std::vector<Protein> proteins = joined.read(file, given.options);
       for (std::string& name : names.of(i, proteins)) imported.names.push_back(std::move(name));
       for (Protein& protein : proteins) {
         if (predictor) protein = predictor->corrected(protein);
@@ -152,12 +153,15 @@ void writeTables(const ImportArguments& given, const Imported& imported, const T
   sayPaths(given, paths, imported.proteins);
 }
 
-void importFiles(const ImportArguments& given) {
+void importFiles(ImportArguments& given) {
+  const JoinedInputs joined(given.joining, given.files);
   InputFiles inputs(given.files);
+  inputs.add(joined.files());
   inputs.add(std::vector<std::string>{given.named.list});
   if (given.rereference) inputs.addFolder(findTables(given.tables));
   const TableNames names(given.files);
-  const Imported imported = readFiles(given, names);
+  const Imported imported = readFiles(given, joined, names);
+  joined.sayLookAlikes();
   if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
@@ -200,6 +204,7 @@ void addImport(CommandLine& line) {
   command
       .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
       .needs(rereference);
+  addJoining(command, arguments->joining);
   command.runs([arguments] {
     arguments->files = namedFiles(arguments->named);
     importFiles(*arguments);

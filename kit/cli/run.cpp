@@ -10,9 +10,9 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/file_arguments.h"
-#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
+#include "cli/joined_inputs.h"
 #include "cli/messages.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
@@ -34,6 +34,7 @@ constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {
   FileArguments named;
+  JoinArguments joining;
   std::vector<std::string> files;
   std::vector<std::string> structures;
   ImportOptions import;
@@ -85,14 +86,15 @@ ProteinStructure readStructureArgument(const std::string& path) {
 
 /// Each job takes the next file that nobody has; results go to the place of the file, so their order
 /// does not depend on the number of jobs.
-void predictFiles(const RunSettings& settings, const Tables& tables, RunReport& report) {
+void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const Tables& tables,
+                  RunReport& report) {
   report.files.resize(settings.files.size());
   const Predictor predictor(tables, settings.predict);
   const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
   Progress progress("Predicting", report.files.size());
   inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
     const std::string& file = settings.files[item];
-    const auto read = [&] { return readInput(file, settings.import); };
+    const auto read = [&] { return joined.read(file, settings.import); };
     report.files[item] = reportOn(file, read, predictor, report.structures);
     progress.step();
   });
@@ -161,11 +163,13 @@ std::vector<std::string> formatNames() {
   return names;
 }
 
-void run(const RunSettings& settings) {
+void run(RunSettings& settings) {
   mustFitFormat(settings);
   RunReport report;
   report.tables = findTables(settings.tables);
+  const JoinedInputs joined(settings.joining, settings.files);
   InputFiles inputs(settings.files);
+  inputs.add(joined.files());
   inputs.add(std::vector<std::string>{settings.named.list});
   inputs.add(settings.structures);
   inputs.addFolder(report.tables);
@@ -175,9 +179,10 @@ void run(const RunSettings& settings) {
   report.classes = statisticsOf(tables);
   for (const std::string& file : settings.structures)
     report.structures.push_back(readStructureArgument(file));
-  predictFiles(settings, tables, report);
+  predictFiles(settings, joined, tables, report);
   noteChainsWithoutShifts(report);
   sayAll(report);
+  joined.sayLookAlikes();
   sayUnknownResidues(settings, report);
   // What is wrong with a single file has been said.
   const bool isSaid = settings.format == "table" && settings.output == "-" && report.files.size() == 1 &&
@@ -237,6 +242,7 @@ void addRun(CommandLine& line) {
   addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
              settings->import.lists,
              "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");
+  addJoining(command, settings->joining);
   command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
               "Files worked on at the same time; default: one for each core");
   command.footer(footer());

@@ -43,8 +43,9 @@ std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
       sources.push_back({file, {}, std::move(bytes), {}, std::nullopt});
       return sources;
     }
-    notes.push_back("the file holds more than shifts; the shift list in it is read (line " +
-                    std::to_string(firstLineOf(lists)) + ")");
+    notes.push_back(
+        "the file holds more than shifts; the sequence and the shift list in it are read (from line " +
+        std::to_string(firstLineOf(lists)) + ")");
     bytes = std::move(lists);
   }
   const auto star = parseStar(std::move(bytes), file);

@@ -61,10 +61,16 @@ struct FileShift {
   std::size_t chain = kNoChain;  ///< index into `ShiftFile::chains`
   std::string key;     ///< see `FileResidue::key`; empty where the row has none, or `number` says all
   std::string number;  ///< see `FileResidue::number`; a file with one numbering may set both or this alone
-  std::string residueName;  ///< as the file writes it; one letter will do
-  std::string atom;         ///< as the file writes it
-  std::string value;        ///< ppm, as the file writes it; empty where it gives none
-  std::string ambiguity;    ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
+  /// Steps from the residue that key and number name to the one that has the shift: -1 for "45-1", and for
+  /// a column "CA-1". Assignment programs keep a shift there that is seen from a neighbour. Nothing for a
+  /// residue's own shift.
+  std::optional<int> offset;
+  /// As the file writes it, of the residue that has the shift; one letter will do. Empty where the file has
+  /// none: the sequence then says it.
+  std::string residueName;
+  std::string atom;       ///< as the file writes it
+  std::string value;      ///< ppm, as the file writes it; empty where it gives none
+  std::string ambiguity;  ///< BMRB ambiguity code, 1 to 9; empty where the file gives none
   double occupancy = 1;
   std::size_t line = 0;  ///< in the file, from 1; 0 where it is not known
 };

@@ -6,7 +6,6 @@
 
 #include "GDB.h"
 #include "formats/format.h"
-#include "formats/table_size.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -69,8 +68,8 @@ void checkColumns(const GDB& table, const std::string& file) {
   }
 }
 
-}  // namespace
-
+/// How much a table will take: its words, without those of remarks, and the letters of its sequence, some 100
+/// bytes each. The name of a column counts three times, for its format.
 std::size_t tableSize(std::string_view text) {
   std::size_t size = 0;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
@@ -81,6 +80,8 @@ std::size_t tableSize(std::string_view text) {
   }
   return size;
 }
+
+}  // namespace
 
 bool isShiftTable(const Source& source) {
   if (source.star) return false;

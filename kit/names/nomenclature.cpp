@@ -38,7 +38,7 @@ constexpr Names kProgramNames[] = {{'R', "ARG+"},
                                    {'D', "ASP- ASH"},
                                    {'E', "GLU- GLH"},
                                    {'H', "HIS+ HIST HID HIE HIP HSD HSE HSP"},
-                                   {'P', "CPRO"}};
+                                   {'P', "CPRO CPR PRO_CIS"}};
 
 // Names written out, as spreadsheets have them.
 constexpr Names kWrittenOut[] = {
@@ -121,7 +121,11 @@ AtomReading readAlphaProton(char letter, std::string_view name) {
 
 ResidueReading residueType(std::string_view name) {
   const std::string key = upper(name);
-  if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
+  if (const auto own = ownNames().find(key); own != ownNames().end()) {
+    ResidueReading type = own->second;
+    type.isCis = name == "cPRO" || key == "CPR" || key == "PRO_CIS";
+    return type;
+  }
   // The library's "standard" residues are the 20; the parent of another is in lower case.
   const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
@@ -151,6 +155,12 @@ std::string threeLetterName(char code) {
   return index == std::string_view::npos ? std::string() : std::string(kNames.substr(3 * index, 3));
 }
 
+bool isLinker(std::string_view name) {
+  const std::string key = upper(name);
+  if (key == "PL" || key == "LP") return true;
+  return startsIgnoringCase(key, "LL") && (key.size() == 2 || (key.size() == 3 && isDigit(key[2])));
+}
+
 bool isOtherMolecule(std::string_view name) {
   if (isIonOrWater(name) || isNucleotide(name)) return true;
   const gemmi::ResidueInfo info = tabulated(upper(name));
@@ -172,6 +182,17 @@ std::optional<ResidueNumber> readResidueNumber(const std::string& text) {
   if (!number) return std::nullopt;
   if (text.find_first_of(" \t", end) != std::string::npos) return std::nullopt;
   return ResidueNumber{*number, text.substr(end)};
+}
+
+std::optional<NeighbourCode> readNeighbourCode(std::string_view code) {
+  constexpr std::size_t kOffsetSize = 2;  // a sign and a digit
+  if (code.size() <= kOffsetSize) return std::nullopt;
+  const std::string_view number = code.substr(0, code.size() - kOffsetSize);
+  const std::string_view offset = code.substr(number.size());
+  const bool hasSign = offset.front() == '-' || offset.front() == '+';
+  const bool hasNumber = std::any_of(number.begin(), number.end(), isDigit) && number.back() != ' ';
+  if (!hasSign || !isDigit(offset.back()) || !hasNumber) return std::nullopt;
+  return NeighbourCode{std::string(number), toInteger(offset).value()};
 }
 
 std::optional<std::string> steppedNumber(const std::string& text, long steps) {

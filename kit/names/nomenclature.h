@@ -48,9 +48,11 @@ struct ResidueReading {
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
   Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
+  bool isCis = false;            ///< a proline whose name says so (cPRO, CPR, pro_cis)
 };
 
-/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter.
+/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter except
+/// in cPRO: CPRO is no cis proline, but one at the end of a chain.
 /// One-letter names are nucleotides here, as in NMR-STAR and NEF.
 ResidueReading residueType(std::string_view name);
 
@@ -63,6 +65,10 @@ std::string threeLetterName(char code);
 
 /// Whether the name is that of a metal ion or of water (CA, ZN, HOH): no residue of a polymer.
 bool isIonOrWater(std::string_view name);
+
+/// Whether the name is that of a residue by which programs part the molecules of one chain, without atoms of
+/// a backbone: PL, LL5.
+bool isLinker(std::string_view name);
 
 /// Whether the name is that of a molecule which is no amino acid: an ion, water, a nucleotide, a common
 /// ligand.
@@ -79,6 +85,15 @@ struct ResidueNumber {
 
 /// Reads "12", "-3", "52A", "007". Nothing for a text that begins with no number, or has a blank in it.
 std::optional<ResidueNumber> readResidueNumber(const std::string& text);
+
+/// A residue code such as "45-1": a number, and the steps from it to the residue that is meant.
+struct NeighbourCode {
+  std::string number;  ///< "45", "-3", "52A"
+  int offset = 0;      ///< -1 for "45-1", 0 for "45+0"
+};
+
+/// Reads "45-1", "45+1", "45+0", "A45-1"; nothing for a code without a sign and one digit at its end.
+std::optional<NeighbourCode> readNeighbourCode(std::string_view code);
 
 /// The number so many steps after (or, if negative, before) a plain one: "13" for "12" and 1. Nothing for a
 /// number with a code or out of range.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "predict/next_shift.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
@@ -60,8 +61,7 @@ ShiftContribution contribution(const Model& model, const TripletShift& shift, co
   return result;
 }
 
-}  // namespace
-
+/// A shift of a proline's triplet as if it were still to be measured: what the model expects of it.
 MissingShift missingShift(const Model& model, char type, std::size_t index) {
   // Nothing real is outside of these; from 999 on a shift is missing.
   constexpr float kFar = 998.0F;
@@ -79,6 +79,8 @@ MissingShift missingShift(const Model& model, char type, std::size_t index) {
   }
   return shift;
 }
+
+}  // namespace
 
 Evidence evidenceOf(const Model& model, const std::vector<Residue>& sequence, std::size_t place,
                     const Triplet& triplet, const CisPrediction& prediction) {

@@ -3,8 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <string_view>
+#include <set>
 #include <vector>
 
 #include "names/nomenclature.h"
@@ -86,27 +85,15 @@ void checkColumns(const Checked& checked) {
   if (checked.table.entries.empty()) checked.fail(0, "has no rows");
 }
 
-std::size_t lineAt(std::string_view text, std::size_t place) {
-  std::size_t number = 0;
-  for (std::size_t pos = 0; pos <= place && nextLine(text, pos);) ++number;
-  return number;
-}
-
-/// What the reader takes without a word is damage in a reference table.
+/// The reader takes these without a word.
 void checkLines(const Checked& checked) {
-  const std::vector<std::size_t>& rows = checked.lines.rows;
-  const std::string& text = checked.text;
-  if (const std::size_t place = text.find('\0'); place != std::string::npos)
-    checked.fail(lineAt(text, place), "has bytes that are no text");
   for (const std::size_t line : checked.lines.skipped)
-    if (line > rows.front())
+    if (line > checked.lines.rows.front())
       checked.fail(line,
                    "has not a value for each of the " +
                        counted(static_cast<std::size_t>(checked.table.columnCount), "column", "columns"));
-  // The reader forgets the rows above a second VARS or FORMAT line.
-  if (rows.size() != checked.table.entries.size()) checked.fail(0, "has a second table below its rows");
-  if (text.back() != '\n' && text.back() != '\r')
-    checked.fail(lineAt(text, text.size() - 1), "ends without a line end and may be cut short");
+  if (checked.text.back() != '\n' && checked.text.back() != '\r')
+    checked.fail(0, "ends without a line end and may be cut short");
 }
 
 void checkNumbers(const Checked& checked) {
@@ -118,26 +105,20 @@ void checkNumbers(const Checked& checked) {
     }
 }
 
-/// The program takes the digits that an index begins with, so that "7x" and "07" replace the row of 7.
-void checkIndices(const Checked& checked) {
-  for (const auto& [number, row] : checked.table.entries) {
-    const std::string index = GDB::cell(row, checked.layout.keyColumn);
-    const std::optional<int> value = toInteger(index);
-    if (!value || std::to_string(*value) != index)
-      checked.fail(checked.lineOf(number), "index is \"" + printable(index, 40) + "\", no shift index");
-  }
-}
-
 void checkRows(const Checked& checked) {
-  std::map<std::string, int> seen;
+  const std::vector<std::string>& keys = checked.layout.keys;
+  const bool isByIndex = checked.layout.keyColumn == "index";
+  std::set<std::string> seen;
   for (const auto& [number, row] : checked.table.entries) {
     const std::string key = GDB::cell(row, checked.layout.keyColumn);
-    if (!seen.emplace(key, number).second)
+    // The program takes the digits that an index begins with, so that "7x" and "07" replace the row of 7.
+    if (isByIndex && std::find(keys.begin(), keys.end(), key) == keys.end())
+      checked.fail(checked.lineOf(number), "index is \"" + printable(key, 40) + "\", no shift index");
+    if (!seen.insert(key).second)
       checked.fail(checked.lineOf(number),
                    checked.layout.keyColumn + " " + printable(key, 40) + " stands twice");
   }
-  const bool isByIndex = checked.layout.keyColumn == "index";
-  for (const std::string& key : checked.layout.keys)
+  for (const std::string& key : keys)
     if (seen.count(key) == 0)
       checked.fail(0, isByIndex ? "has no row with index " + key : "has no row for residue type " + key);
 }
@@ -180,7 +161,6 @@ void checkTable(const std::string& name, const ReadTable& read) {
   checkColumns(checked);
   checkLines(checked);
   checkNumbers(checked);
-  if (name == "Pro.cs.tab") checkIndices(checked);
   checkRows(checked);
   if (name == "sslimit.tab") checkLimits(checked);
   if (name == "Pro.cs.tab") checkDeviations(checked);

@@ -9,7 +9,6 @@
 #include <system_error>
 
 #include "formats/input_bytes.h"
-#include "formats/table_size.h"
 #include "predict/table_checks.h"
 #include "util/checksum.h"
 #include "util/text.h"
@@ -82,14 +81,8 @@ Model modelOf(const ReferenceTables& tables) {
 
 namespace {
 
-// Far above any reference table, which has 3 kB. A word takes some 200 bytes of memory, a residue of a
-// sequence as much, and each job has tables of its own.
+// Far above any reference table, which has 3 kB.
 constexpr std::size_t kMostBytes = std::size_t{256} << 10;
-constexpr std::size_t kMostWords = 3000;
-
-[[noreturn]] void throwTooLarge(const std::string& path) {
-  throw TableError(path, 0, "is too large for a reference table", "");
-}
 
 std::string textOf(const std::string& path) {
   try {
@@ -102,7 +95,7 @@ std::string textOf(const std::string& path) {
 /// The text of a table in the program's format as a table, checked as that of this name. `file` names it in
 /// errors.
 GDB parseTable(const std::string& name, const std::string& text, const std::string& file) {
-  if (text.size() > kMostBytes || tableSize(text) > kMostWords) throwTooLarge(file);
+  if (text.size() > kMostBytes) throw TableError(file, 0, "is too large for a reference table", "");
   std::istringstream in(text);
   in.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
   GDB table;

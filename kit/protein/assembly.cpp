@@ -8,6 +8,7 @@
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/own_table.h"
+#include "protein/place_on_sequence.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
 #include "util/text.h"
@@ -213,6 +214,8 @@ void addCisFlags(const FileChain& chain, const ChainSequence& sequence, Protein&
   for (const FileCisFlag& flag : chain.cisFlags)
     if (const int position = sequence.positionOfKey(flag.key); position > 0)
       protein.cisFlags.emplace(position, flag.isCis);
+  for (int position = 1; position <= sequence.size(); ++position)
+    if (sequence.at(position).type.isCis) protein.cisFlags.emplace(position, true);
   std::vector<std::string> cis;
   for (const auto& [position, isCis] : protein.cisFlags)
     if (isCis) cis.push_back(sequence.at(position).type.letter + sequence.at(position).number);
@@ -304,10 +307,44 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
                   "this " + file.format + " file holds: " + printable(text, kLongestNote));
 }
 
+/// Whether rows of a chain may be of the protein that the sequence given is of.
+bool mayBeOfProtein(std::size_t chain, const Entry& entry, const ShiftRows& rows) {
+  const auto isNamed = [](const FileShift* row) { return !row->residueName.empty(); };
+  if (rows.empty() || entry.file.chains[chain].polymer == Polymer::other) return false;
+  return std::none_of(rows.begin(), rows.end(), isNamed) || isPolypeptide(chain, entry);
+}
+
+/// Puts the wanted chains on the sequence that the user gives.
+void placeOnSequence(const Entry& entry, const ImportOptions& options) {
+  std::set<std::size_t> wanted;
+  for (const std::string& name : options.chains)
+    for (const std::size_t chain : indicesOf(name, entry.file.chains)) wanted.insert(chain);
+  for (std::size_t chain = 0; chain < entry.file.chains.size(); ++chain)
+    if ((options.chains.empty() || wanted.count(chain) > 0) &&
+        mayBeOfProtein(chain, entry, allRowsOf(chain, entry)))
+      placeOnSequence(entry.file, chain, *options.sequence, options.firstResidue, entry.path);
+}
+
+/// FileError where neither a sequence nor a row says what the residues are.
+void requireNames(const ShiftFile& file, const std::string& path) {
+  bool hasRows = false;
+  for (const FileShiftList& list : file.lists)
+    for (const FileShift& row : list.shifts) {
+      if (!row.residueName.empty()) return;
+      hasRows = true;
+    }
+  const auto hasSequence = [](const FileChain& chain) { return !chain.residues.empty(); };
+  if (hasRows && std::none_of(file.chains.begin(), file.chains.end(), hasSequence))
+    throw FileError(path, 0, "the rows have no residue names",
+                    "add a column resname with one- or three-letter names");
+}
+
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
   checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
+  if (options.sequence) placeOnSequence(entry, options);
+  requireNames(file, path);
   entry.lists = wantedLists(options.lists, file, path);
   entry.areListsChosen = !options.lists.empty();
   Outcome outcome;
@@ -338,6 +375,13 @@ std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const
   if (!options.chains.empty() || isListChosen)
     throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
                       "leave out the choice of a chain or list for it");
+  if (options.sequence) {
+    // Taken as it stands where it has the same sequence itself.
+    ShiftFile words = wordsOfTable(*file.table);
+    words.notes = file.notes;
+    if (placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
+      return proteinsOf(words, path, options);
+  }
   return {proteinOfTable(*file.table, path, file.notes)};
 }
 

@@ -1,4 +1,4 @@
-// Proteins by a sequence that the caller gives: with shifts by name, or with those of a file.
+// Proteins by a sequence and shifts that the caller gives by name.
 #include <cmath>
 #include <map>
 #include <optional>
@@ -114,52 +114,6 @@ void markOxidised(Protein& protein) {
                             fixedText(kOxidisedFrom, 0) + " ppm, written c: " + enumerated(oxidised));
 }
 
-// --- The shifts of a file -----------------------------------------------------------------------
-
-bool isSameType(char ofFile, char given) {
-  return ofFile == kUnknownResidue || upper({&ofFile, 1}) == upper({&given, 1});
-}
-
-bool fitsAt(std::size_t offset, const std::string& part, const std::string& whole) {
-  for (std::size_t i = 0; i < part.size(); ++i)
-    if (!isSameType(part[i], whole[offset + i])) return false;
-  return true;
-}
-
-/// Where the part begins in the whole: where its numbers say, else the only place that it fits.
-std::size_t placeIn(const std::string& whole, const Protein& part) {
-  const std::string file = part.file;
-  std::vector<std::size_t> places;
-  for (std::size_t offset = 0; offset + part.sequence.size() <= whole.size(); ++offset)
-    if (fitsAt(offset, part.sequence, whole)) places.push_back(offset);
-  for (const std::size_t offset : places)
-    if (part.numbers.front() == std::to_string(offset + 1)) return offset;
-  if (places.empty())
-    throw Error(file, 0, "has other residues than the sequence given: " + printable(part.sequence, 60),
-                "give the sequence of this chain");
-  if (places.size() > 1)
-    throw Error(file, 0, "fits the sequence given in " + std::to_string(places.size()) + " places",
-                "number its residues from the first of the sequence");
-  return places.front();
-}
-
-/// Numbers for the residues beyond those of the file; "" beside one with an insertion code.
-std::vector<std::string> extendedNumbers(const std::vector<std::string>& numbers, std::size_t before,
-                                         std::size_t size) {
-  std::vector<std::string> extended(size);
-  for (std::size_t i = 0; i < size; ++i) {
-    const long steps = static_cast<long>(i) - static_cast<long>(before);
-    const long beyond = steps - static_cast<long>(numbers.size()) + 1;
-    if (steps < 0)
-      extended[i] = steppedNumber(numbers.front(), steps).value_or("");
-    else if (beyond > 0)
-      extended[i] = steppedNumber(numbers.back(), beyond).value_or("");
-    else
-      extended[i] = numbers[static_cast<std::size_t>(steps)];
-  }
-  return extended;
-}
-
 }  // namespace
 
 Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShift>& shifts, int firstNumber) {
@@ -173,22 +127,6 @@ Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShif
   gathered.moveTo(protein);
   markOxidised(protein);
   noteImplausible(protein);
-  return protein;
-}
-
-Protein onSequence(Protein protein, const std::string& sequence) {
-  checkSequence(sequence);
-  const std::size_t before = placeIn(sequence, protein);
-  const auto moved = static_cast<int>(before);
-  std::string letters = sequence;
-  for (std::size_t i = 0; i < protein.sequence.size(); ++i)
-    if (protein.sequence[i] == kDisulfideCysteine) letters[before + i] = kDisulfideCysteine;
-  protein.numbers = extendedNumbers(protein.numbers, before, sequence.size());
-  protein.sequence = letters;
-  for (Shift& shift : protein.shifts) shift.position += moved;
-  std::map<int, bool> flags;
-  for (const auto& [position, isCis] : protein.cisFlags) flags[position + moved] = isCis;
-  protein.cisFlags = flags;
   return protein;
 }
 

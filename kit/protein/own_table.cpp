@@ -201,6 +201,29 @@ void noteOxidised(Protein& protein) {
 
 }  // namespace
 
+ShiftFile wordsOfTable(const GDB& table) {
+  ShiftFile file;
+  file.format = "shift table";
+  file.chains.emplace_back();
+  file.chains.front().polymer = Polymer::polypeptide;
+  for (const auto& [resid, name] : table.residNames) {
+    const std::string number = std::to_string(resid);
+    file.chains.front().residues.push_back({number, number, name});
+  }
+  file.lists.emplace_back();
+  for (const auto& [place, row] : table.entries) {
+    const TableRow cells = cellsOf(row);
+    FileShift shift;
+    shift.chain = 0;
+    shift.key = shift.number = cells.number;
+    shift.residueName = cells.residue;
+    shift.atom = cells.atom;
+    shift.value = cells.shift;
+    file.lists.front().shifts.push_back(std::move(shift));
+  }
+  return file;
+}
+
 Protein proteinOfTable(const GDB& table, const std::string& file, const std::vector<std::string>& notes) {
   const bool hasSequence = !table.residNames.empty();
   const TableSequence sequence = hasSequence ? statedSequence(table, file) : sequenceOfRows(table, file);

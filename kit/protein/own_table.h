@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "GDB.h"
+#include "formats/shift_model.h"
 #include "zorvela/protein.h"
 
 namespace zorvela {
@@ -14,5 +15,8 @@ namespace zorvela {
 /// import. `notes` of the file go in front of those of the protein. FileError for a table without backbone
 /// shifts, without residues or of more residues than a protein has.
 Protein proteinOfTable(const GDB& table, const std::string& file, const std::vector<std::string>& notes);
+
+/// The table in a file's words, for a sequence that the user gives.
+ShiftFile wordsOfTable(const GDB& table);
 
 }  // namespace zorvela

@@ -6,6 +6,7 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
+#include "formats/sequence_file.h"
 #include "protein/assembly.h"
 #include "protein/implausible_shifts.h"
 #include "util/text.h"
@@ -45,6 +46,10 @@ std::vector<Protein> readEntries(const std::vector<Source>& entries, const Impor
 }
 
 }  // namespace
+
+GivenSequence readSequenceBytes(std::string bytes, const std::string& file) {
+  return std::make_shared<SequenceFile>(sequenceFileOf(std::move(bytes), file));
+}
 
 std::vector<Protein> readShiftFile(const std::string& path, const ImportOptions& options) {
   return readShiftBytes(fileBytes(path), path, options);

@@ -34,9 +34,9 @@ bool standsBefore(const DerivedResidue& a, const DerivedResidue& b) {
   return a.order.code < b.order.code;
 }
 
-void noteOtherName(const FileResidue& residue, const FileShift& row, LimitedNotes& notes) {
+void noteOtherName(const FileResidue& residue, const std::string& otherName, LimitedNotes& notes) {
   const std::string& number = residue.number.empty() ? residue.key : residue.number;
-  notes.add("residue " + number + " is called both " + residue.name + " and " + row.residueName + ": " +
+  notes.add("residue " + number + " is called both " + residue.name + " and " + otherName + ": " +
             residue.name + " is used");
 }
 
@@ -60,26 +60,37 @@ void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string
     notes.push_back("two residues have one number, the first keeps it: " + enumerated(twice));
 }
 
+/// The residues that a row speaks of: its own and, where it has the shift of a neighbour, that one first.
+std::vector<FileResidue> residuesOf(const FileShift& row) {
+  const FileResidue named = {keyOf(row), row.number, row.offset ? std::string() : row.residueName};
+  if (!row.offset) return {named};
+  const auto neighbour = steppedNumber(named.key, *row.offset);
+  if (!neighbour) return {named};
+  return {{*neighbour, row.number == named.key ? *neighbour : std::string(), row.residueName}, named};
+}
+
 std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::string>& notes) {
   std::vector<DerivedResidue> derived;
   std::unordered_map<std::string, std::size_t> indexOf;
   std::unordered_map<std::string, std::string> otherNames;
   LimitedNotes differing("residues with two names");
-  for (const FileShift* row : rows) {
-    const std::string& key = keyOf(*row);
-    const auto order = readResidueNumber(key);
-    if (!order || isIonOrWater(row->residueName)) continue;  // noted where the shifts are placed
-    const auto [entry, isNew] = indexOf.emplace(key, derived.size());
+  const auto add = [&](const FileResidue& named) {
+    const auto order = readResidueNumber(named.key);
+    if (!order || isIonOrWater(named.name)) return;  // noted where the shifts are placed
+    const auto [entry, isNew] = indexOf.emplace(named.key, derived.size());
     if (isNew) {
-      derived.push_back({*order, {key, row->number, row->residueName}});
-      continue;
+      derived.push_back({*order, named});
+      return;
     }
     FileResidue& residue = derived[entry->second].residue;
-    if (residue.name.empty()) residue.name = row->residueName;
-    if (residue.number.empty()) residue.number = row->number;
-    const bool isOther = !row->residueName.empty() && !equalIgnoringCase(residue.name, row->residueName);
-    if (isOther && otherNames.emplace(key, row->residueName).second) noteOtherName(residue, *row, differing);
-  }
+    if (residue.name.empty()) residue.name = named.name;
+    if (residue.number.empty()) residue.number = named.number;
+    const bool isOther = !named.name.empty() && !equalIgnoringCase(residue.name, named.name);
+    if (isOther && otherNames.emplace(named.key, named.name).second)
+      noteOtherName(residue, named.name, differing);
+  };
+  for (const FileShift* row : rows)
+    for (const FileResidue& named : residuesOf(*row)) add(named);
   differing.appendTo(notes);
   numberByPlace(derived);
   std::stable_sort(derived.begin(), derived.end(), standsBefore);
@@ -174,6 +185,7 @@ void takeNamesFromRows(std::vector<FileResidue>& residues, const ShiftRows& rows
     if (isOpenName(residue.name)) open.emplace(residue.key, &residue);
   if (open.empty()) return;
   for (const FileShift* row : rows) {
+    if (row->offset) continue;
     const auto found = open.find(keyOf(*row));
     if (found != open.end() && isOpenName(found->second->name) && !row->residueName.empty())
       found->second->name = row->residueName;

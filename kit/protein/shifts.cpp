@@ -28,15 +28,24 @@ const char* ambiguityText(const std::string& code) {
 
 // --- Residues of rows ---------------------------------------------------------------------------
 
-/// Position of a row's residue, 0 if the sequence has none for it. `offset` is added to the row's number;
-/// with none the row's words for the residue count.
+/// The position, 0 for one outside the sequence.
+int within(const ChainSequence& sequence, long position) {
+  return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
+}
+
+/// Position of the residue that a row names, 0 if the sequence has none for it. `offset` is added to the
+/// row's number; with none the row's words for the residue count.
+int namedPlaceOf(const FileShift& row, const ChainSequence& sequence, long offset) {
+  if (offset == 0)
+    return row.key.empty() ? sequence.positionOfNumber(row.number) : sequence.positionOfKey(row.key);
+  const auto number = toInteger(keyOf(row));
+  return number ? within(sequence, *number + offset) : 0;
+}
+
+/// Position of the residue that has the shift: the one that the row names, or its neighbour.
 int placeOf(const FileShift& row, const ChainSequence& sequence, long offset) {
-  if (offset != 0) {
-    const auto number = toInteger(keyOf(row));
-    const long position = number ? *number + offset : 0;
-    return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
-  }
-  return row.key.empty() ? sequence.positionOfNumber(row.number) : sequence.positionOfKey(row.key);
+  const int named = namedPlaceOf(row, sequence, offset);
+  return row.offset && named != 0 ? within(sequence, long{named} + *row.offset) : named;
 }
 
 /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
@@ -62,7 +71,8 @@ long commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
   for (const FileShift* row : rows) {
     const auto number = toInteger(keyOf(*row));
     const char letter = polypeptideResidue(row->residueName).letter;
-    if (number && letter != kUnknownResidue && sample.size() < kSampleSize) sample.emplace(*number, letter);
+    if (number && !row->offset && letter != kUnknownResidue && sample.size() < kSampleSize)
+      sample.emplace(*number, letter);
   }
   if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
   const long first = sample.begin()->first;
@@ -102,9 +112,11 @@ AtomKey atomKey(int position, Atom atom) {
   return {position, tableRank(atom)};
 }
 
+using Chosen = std::map<AtomKey, Candidate>;
+
 /// The shifts of a chain that go into its table, and the reasons of those that do not.
 struct Collected {
-  std::map<AtomKey, Candidate> chosen;
+  Chosen chosen;
   std::map<std::string, std::size_t> outside;                   ///< rows by number
   std::map<std::pair<int, std::string>, std::size_t> misnamed;  ///< rows by residue and their name for it
   std::map<std::string, std::vector<std::string>> ambiguous;    ///< atoms by BMRB code
@@ -112,6 +124,8 @@ struct Collected {
   std::vector<std::string> older;
   std::vector<std::string> foreign;
   std::vector<std::string> hydroxylRing;
+  std::vector<std::string> ofNeighbours;  ///< atoms whose shift is kept under a neighbour alone
+  std::size_t ofNeighboursTwice = 0;      ///< such shifts of residues that have one of their own
   LimitedNotes badValues{"values that are no numbers"};
   LimitedNotes duplicates{"atoms that are given twice"};
   std::size_t withoutValue = 0;
@@ -201,16 +215,18 @@ void take(const FileShift& row, int position, const ChainResidue& residue, Colle
   }
   const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
   if (ambiguityText(row.ambiguity) != nullptr) addOnce(found.ambiguous[row.ambiguity], numbered);
-  if (isPseudo) found.pseudo.push_back(residue.number);
+  if (isPseudo && !row.offset) found.pseudo.push_back(residue.number);
   shift->position = position;
   offerAtoms(atom, {*shift, row.occupancy, isPseudo}, row, residue, found);
 }
 
 // --- All rows -----------------------------------------------------------------------------------
 
-Collected collect(const ShiftRows& rows, long offset, const ChainSequence& sequence) {
-  Collected found;
+/// The rows of residues' own shifts, or those that are kept under a neighbour.
+void collect(const ShiftRows& rows, bool areOwn, long offset, const ChainSequence& sequence,
+             Collected& found) {
   for (const FileShift* row : rows) {
+    if (row->offset.has_value() == areOwn) continue;
     if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
     const int position = placeOf(*row, sequence, offset);
     if (position == 0)
@@ -220,10 +236,9 @@ Collected collect(const ShiftRows& rows, long offset, const ChainSequence& seque
     else
       take(*row, position, sequence.at(position), found);
   }
-  return found;
 }
 
-void rename(const AtomKey& from, Atom atom, std::map<AtomKey, Candidate>& chosen) {
+void rename(const AtomKey& from, Atom atom, Chosen& chosen) {
   auto node = chosen.extract(from);
   if (node.empty()) return;
   node.mapped().shift.atom = atom;
@@ -233,7 +248,7 @@ void rename(const AtomKey& from, Atom atom, std::map<AtomKey, Candidate>& chosen
 
 // HA1 and HA2 are the older names of HA2 and HA3; beside an HA3, HA1 can only be the other one.
 void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
-  std::map<AtomKey, Candidate>& chosen = found.chosen;
+  Chosen& chosen = found.chosen;
   std::vector<AtomKey> older;
   for (const auto& [key, candidate] : chosen)
     if (key.second == kOlderHA1) older.push_back(key);
@@ -249,6 +264,41 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
       found.foreign.push_back(number + " HA1");
     }
   }
+}
+
+/// Whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
+bool hasOwn(const Chosen& own, const AtomKey& key) {
+  if (own.count(key) > 0) return true;
+  const AtomKey first = atomKey(key.first, Atom::HA2);
+  const AtomKey second = atomKey(key.first, Atom::HA3);
+  return (key == first && own.count(second) > 0) || (key == second && own.count(first) > 0);
+}
+
+/// A residue's own shift counts. Seen from a neighbour, where other peaks show it, it differs by 0.12 ppm in
+/// the median.
+void addOfNeighbours(const Chosen& ofNeighbours, const ChainSequence& sequence, Collected& found) {
+  const Chosen own = found.chosen;
+  for (const auto& [key, candidate] : ofNeighbours) {
+    if (hasOwn(own, key)) {
+      const bool isCounted = candidate.isPseudo && candidate.shift.atom == Atom::HA3;
+      if (!isCounted) ++found.ofNeighboursTwice;
+      continue;
+    }
+    found.chosen.emplace(key, candidate);
+    found.ofNeighbours.push_back(sequence.at(key.first).number + " " +
+                                 std::string(nameOf(candidate.shift.atom)));
+  }
+}
+
+Collected collectAll(const ShiftRows& rows, long offset, const ChainSequence& sequence) {
+  Collected found;
+  collect(rows, false, offset, sequence, found);
+  settleOlderGlycine(sequence, found);
+  const Chosen ofNeighbours = std::exchange(found.chosen, {});
+  collect(rows, true, offset, sequence, found);
+  settleOlderGlycine(sequence, found);
+  addOfNeighbours(ofNeighbours, sequence, found);
+  return found;
 }
 
 // --- Notes --------------------------------------------------------------------------------------
@@ -277,6 +327,18 @@ void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
   add("CB and CG of hydroxyproline are unlike those of proline, left out: ", found.hydroxylRing);
 }
 
+void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
+  const std::size_t used = found.ofNeighbours.size();
+  const std::size_t twice = found.ofNeighboursTwice;
+  if (used > 0)
+    notes.push_back(counted(used, "shift", "shifts") +
+                    " kept under a neighbour (n-1) used, as the residue has none of its own: " +
+                    enumerated(found.ofNeighbours));
+  if (twice > 0)
+    notes.push_back(counted(twice, "shift", "shifts") +
+                    " kept under a neighbour (n-1) not used, as the residue has its own");
+}
+
 void noteCounts(const Collected& found, std::vector<std::string>& notes) {
   std::vector<std::string> numbers;
   std::size_t outside = 0;
@@ -301,14 +363,14 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides) {
   const long offset = offsetOf(rows, sequence);
-  Collected found = collect(rows, offset, sequence);
-  settleOlderGlycine(sequence, found);
+  const Collected found = collectAll(rows, offset, sequence);
   if (offset != 0)
     notes.push_back(
         "the shift rows number the residues differently from the sequence; by the residue names, " +
         std::to_string(offset) + " was added");
   noteMisnamed(found, sequence, notes);
   noteAtoms(found, notes);
+  noteOfNeighbours(found, notes);
   found.badValues.appendTo(notes);
   found.duplicates.appendTo(notes);
   noteCounts(found, notes);

@@ -5,7 +5,6 @@
 #include <map>
 #include <optional>
 
-#include "formats/star/star_tokens.h"
 #include "names/nomenclature.h"
 #include "restrain/declarations.h"
 #include "util/number.h"
@@ -147,60 +146,20 @@ Declaration cispep(const CisBond& cis, std::size_t serial, bool isEnsemble) {
 
 // --- struct_mon_prot_cis --------------------------------------------------------------------------
 
-using Labels = std::map<std::pair<std::string, std::string>, std::pair<std::string, std::string>>;
-
-/// The archive's names of residues (label_asym_id, label_seq_id) by those of the author, with insertion code.
-Labels labelsOf(const std::string& text) {
-  using Kind = StarToken::Kind;
-  constexpr std::array<const char*, 5> kTags = {"auth_asym_id", "auth_seq_id", "pdbx_PDB_ins_code",
-                                                "label_asym_id", "label_seq_id"};
-  Labels labels;
-  StarTokens tokens(text);
-  StarToken token = tokens.next();
-  while (token.kind != Kind::end) {
-    std::map<std::string, std::size_t> columns;
-    std::size_t width = 0;
-    if (token.kind == Kind::loop)
-      for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next())
-        columns.emplace(lower(token.value), width++);
-    else
-      token = tokens.next();
-    std::array<std::size_t, kTags.size()> wanted{};
-    bool isWhole = true;
-    for (std::size_t i = 0; i < kTags.size(); ++i) {
-      const auto at = columns.find(lower(std::string("_atom_site.") + kTags[i]));
-      isWhole = isWhole && at != columns.end();
-      if (isWhole) wanted[i] = at->second;
-    }
-    if (!isWhole) continue;
-    std::vector<std::string_view> row;
-    for (; token.kind == Kind::value; token = tokens.next()) {
-      row.push_back(token.value);
-      if (row.size() < width) continue;
-      const auto cell = [&](std::size_t i) { return std::string(row[wanted[i]]); };
-      const std::string code = cell(2) == "?" || cell(2) == "." ? std::string() : cell(2);
-      labels.emplace(std::pair(cell(0), cell(1) + code), std::pair(cell(3), cell(4)));
-      row.clear();
-    }
-  }
-  return labels;
-}
-
 bool isPlainWord(const std::string& word) {
   return !word.empty() && !contains("_#$'\";[]", word.substr(0, 1)) &&
          word.find_first_of(" \t\r\n") == std::string::npos && shown(word) == word;
 }
 
-std::string cifResidue(const Labels& labels, const StructureChain& chain, const StructureResidue& residue) {
+std::string cifResidue(const StructureChain& chain, const StructureResidue& residue) {
   const auto number = readResidueNumber(residue.number);
-  const auto known = labels.find({chain.name, residue.number});
-  const auto [asym, seq] =
-      known == labels.end() ? std::pair<std::string, std::string>("?", "?") : known->second;
-  for (const std::string& word : {asym, seq, chain.name, residue.name})
+  const std::string label = residue.label.empty() ? "? ?" : residue.label;
+  const std::size_t blank = label.find(' ');
+  for (const std::string& word : {label.substr(0, blank), label.substr(blank + 1), chain.name, residue.name})
     if (!isPlainWord(word)) return {};
   if (!number) return {};
-  return asym + " " + seq + " " + residue.name + " " + chain.name + " " + std::to_string(number->number) +
-         " " + (number->code.empty() ? "?" : number->code);
+  return label + " " + residue.name + " " + chain.name + " " + std::to_string(number->number) + " " +
+         (number->code.empty() ? "?" : number->code);
 }
 
 // --- Atom numbers ---------------------------------------------------------------------------------
@@ -304,10 +263,7 @@ RestraintText writeCispep(const RestraintRequest& request) {
 RestraintText writeMonProtCis(const RestraintRequest& request) {
   Dialect dialect = {"mmcif", "# "};
   dialect.remarks = {"Cis prolines of the model, for its data block; they declare nothing to a calculation"};
-  Labels labels;
-  if (request.structure->format == "mmCIF")
-    labels = labelsOf(request.modelText->text);
-  else
+  if (request.structure->format == "PDB")
     dialect.remarks.emplace_back("the model is a PDB file, which has no label_asym_id and label_seq_id");
   dialect.head = "loop_\n";
   for (const char* tag : {"pdbx_id", "pdbx_PDB_model_num", "label_asym_id", "label_seq_id", "label_comp_id",
@@ -316,8 +272,8 @@ RestraintText writeMonProtCis(const RestraintRequest& request) {
                           "pdbx_auth_seq_id_2", "pdbx_PDB_ins_code_2", "label_alt_id", "pdbx_omega_angle"})
     dialect.head += std::string("_struct_mon_prot_cis.") + tag + "\n";
   return modelText(dialect, request, [&](const CisBond& cis, std::size_t serial) -> Declaration {
-    const std::string before = cifResidue(labels, cis.chain, cis.before);
-    const std::string proline = cifResidue(labels, cis.chain, cis.proline);
+    const std::string before = cifResidue(cis.chain, cis.before);
+    const std::string proline = cifResidue(cis.chain, cis.proline);
     if (before.empty() || proline.empty()) return {{}, "its chain, name or number is no plain word"};
     const std::string model = cis.bond.model.empty() ? "1" : cis.bond.model;
     const std::string conformation = cis.bond.conformation.empty() ? "." : cis.bond.conformation;

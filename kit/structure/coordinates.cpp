@@ -84,6 +84,7 @@ BackboneResidue& BackboneBuilder::residueOf(const BackboneAtom& atom) {
     checkLimit(++residues, residueLimit, file);
     residue.name = atom.residue;
     residue.number = atom.number;
+    residue.label = atom.label;
     residue.isHetero = atom.isHetero;
   }
   return residue;

@@ -36,6 +36,7 @@ struct BackboneAtom {
   std::string part;     ///< of the chain, where the file has a sign between two of them, as TER
   std::string residue;  ///< name: PRO, HYP
   std::string number;   ///< with insertion code: 52A
+  std::string label;    ///< the archive's own chain and number: "B 17"; empty where the file has none
   bool isHetero = false;
   PlacedAtom atom;
 };
@@ -44,6 +45,7 @@ struct BackboneAtom {
 struct BackboneResidue {
   std::string name;
   std::string number;
+  std::string label;
   bool isHetero = false;
   std::vector<PlacedAtom> atoms;
 

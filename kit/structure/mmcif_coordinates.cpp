@@ -141,6 +141,8 @@ std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault) {
   atom.part = row.text(kAsym);
   atom.residue = row.text(kResidue);
   atom.number = numberOf(row.text(kAuthSeq, kSeq), *code);
+  if (const std::string_view seq = row.text(kSeq); !seq.empty())
+    atom.label = std::string(row.text(kAsym)) + ' ' + std::string(seq);
   atom.isHetero = startsIgnoringCase(row.text(kGroup), "H");
   atom.atom.name = row.text(kAtom);
   atom.atom.alternate = *alternate;

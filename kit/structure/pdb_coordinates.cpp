@@ -63,13 +63,6 @@ ResidueAndChain residueAndChain(std::string_view line, bool hasWideChains) {
   return {three, field(line, kChainAt, 2)};
 }
 
-/// The residues by which programs part the molecules of one chain, without atoms of a backbone: PL, LL5.
-bool isLinker(std::string_view residue) {
-  const std::string name = upper(std::string(residue));
-  if (name == "PL" || name == "LP") return true;
-  return startsIgnoringCase(name, "LL") && (name.size() == 2 || (name.size() == 3 && isDigit(name[2])));
-}
-
 bool isNotANumberMark(std::string_view text) {
   const std::string word = lower(text);
   return contains(word, "nan") || contains(word, "inf") || contains(word, "*");

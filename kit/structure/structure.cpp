@@ -138,6 +138,7 @@ void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByCh
     residue.letter = placed.residues[i].letter;
     residue.name = own.name;
     residue.number = own.number;
+    residue.label = own.label;
     residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
     if (residue.letter == kProlineCode)
       residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "train/evaluation.h"
-#include "train/evaluation_groups.h"
 #include "train/labelled_prolines.h"
 
 namespace zorvela {

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <unordered_map>
 
-#include "train/sequence_words.h"
+#include "names/nomenclature.h"
 
 namespace zorvela {
 
@@ -38,11 +38,17 @@ bool areRelated(std::size_t shared, std::size_t wordsOfA, std::size_t wordsOfB) 
   return shared >= kSharedAtLeast && shared * kShareOfShorter >= std::min(wordsOfA, wordsOfB);
 }
 
+/// The sequence with C for c: the state of a thiol does not tell proteins apart.
+std::string plainLetters(std::string sequence) {
+  for (char& letter : sequence) letter = withoutThiolState(letter);
+  return sequence;
+}
+
 void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets,
                std::vector<std::size_t>& different) {
   std::unordered_map<std::string, std::size_t> first;
   for (std::size_t i = 0; i < sequences.size(); ++i) {
-    const auto known = first.emplace(withoutThiolState(sequences[i]), i);
+    const auto known = first.emplace(plainLetters(sequences[i]), i);
     if (known.second)
       different.push_back(i);
     else
@@ -51,6 +57,18 @@ void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets,
 }
 
 }  // namespace
+
+std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length) {
+  const std::string letters = plainLetters(sequence);
+  std::vector<std::string> words;
+  for (std::size_t i = 0; i + length <= letters.size(); ++i) {
+    std::string word = letters.substr(i, length);
+    if (word.find(kUnknownResidue) == std::string::npos) words.push_back(std::move(word));
+  }
+  std::sort(words.begin(), words.end());
+  words.erase(std::unique(words.begin(), words.end()), words.end());
+  return words;
+}
 
 std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequences) {
   UnionFind sets(sequences.size());

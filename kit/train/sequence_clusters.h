@@ -7,6 +7,10 @@
 
 namespace zorvela {
 
+/// The distinct words of `length` residues of a sequence, ascending, for finding alike sequences fast; c
+/// counts as C. Words with an unknown residue are left out.
+std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length);
+
 /// The number of each sequence's cluster, from 1 in the order of first appearance.
 ///
 /// Method: a sequence is the set of its words of five residues (c counts as C; words with an unknown residue

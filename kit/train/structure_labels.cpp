@@ -13,7 +13,6 @@
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
-#include "train/sequence_words.h"
 #include "util/number.h"
 #include "util/text.h"
 

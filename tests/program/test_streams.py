@@ -40,11 +40,6 @@ class Order(Streams):
         self.assertTrue(text.startswith(HEAD + WARNING * 2 + "\nChemical shift outlier checking...\n"
                                         "\nChemical shift referencing checking...\n  Estimated CA"), text)
 
-    def test_a_table_that_cannot_be_read_is_said_after_its_progress_line(self):
-        os.remove(self.path("tab/rcprev.tab"))
-        self.assertEqual(self.both("-in", "in.tab"), "".join(progress().splitlines(keepends=True)[:3])
-                         + "\tCan't open file ./tab/rcprev.tab for reading\n")
-
     def test_a_bad_format_is_said_after_its_progress_line(self):
         self.write("tab/sslimit.tab", "VARS RESNAME\nFORMAT %x\n")
         self.assertEqual(self.both("-in", "in.tab"), progress() + "\tBad format syntax '%x'\n")
@@ -126,14 +121,3 @@ class BrokenStreams(Streams):
         result = self.run_program("-in", "in.tab", stdout=writer)
         os.close(writer)
         self.assertEqual(result.status, -signal.SIGPIPE)
-
-    def test_a_pipe_that_is_read_no_more_and_the_signal_ignored(self):
-        reader, writer = os.pipe()
-        os.close(reader)
-        # Python itself ignores the signal; the child inherits that unless it is put back.
-        self.finish(stdout=writer, restore_signals=False)
-        os.close(writer)
-
-    def test_head(self):
-        done = self.shell("2>&1 | head -1")
-        self.assertEqual((done.stdout.decode(), done.stderr), (HEAD.split("\n")[0] + "\n", b""))

@@ -1,38 +1,7 @@
-// Reading the reference tables and the proline databases, and what is said when one is missing.
-#include "run_files.h"
+// Reading the proline databases.
 #include "support.h"
 // The run object comes after the files and variables of its tests.
 #include "ZORVELA.h"
-
-namespace {
-
-using support::Output;
-using support::outputOf;
-using support::RunFiles;
-using support::TempDir;
-
-}  // namespace
-
-// --- Loading ------------------------------------------------------------------------------------
-
-TEST(ReferenceTables, InitPrintsExactlyFiveProgressLinesAndLoadsEveryTable) {
-  const RunFiles files;
-  ZORVELA zorvela;
-  zorvela.setArgs(files.args());
-  const Output output = outputOf([&] { zorvela.init(); });
-  EXPECT_EQ(output.out, files.progress());
-  EXPECT_EQ(output.err, "");
-  EXPECT_EQ(zorvela.csTable.residNames.size(), 11U);
-  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
-  EXPECT_EQ(zorvela.getRCadj("P", "CA"), -0.25F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), -0.5F);
-  EXPECT_EQ(zorvela.getNextRCadj("P", "CA"), -2.0F);
-  EXPECT_EQ(zorvela.limitTable.getEntryCount(), 7);
-  EXPECT_EQ(zorvela.avgCis.size(), 19U);
-  EXPECT_EQ(zorvela.proSeqCis.size(), 5U);
-}
-
-// --- Databases ----------------------------------------------------------------------------------
 
 class Databases : public testing::Test {
  protected:
@@ -42,7 +11,7 @@ class Databases : public testing::Test {
   const std::string shiftHeader = "VARS index avg_cis avg_trans std_cis std_trans\nFORMAT %d %f %f %f %f\n";
   const std::string shareHeader =
       "VARS resname cis_prev cis_next trans_prev trans_next\nFORMAT %s %f %f %f %f\n";
-  TempDir dir;
+  support::TempDir dir;
   ZORVELA zorvela;
 };
 
@@ -84,11 +53,4 @@ TEST_F(Databases, TextThatIsNoNumberIsZero) {
   readShifts(shiftHeader + "x 1 y 2 z\n");
   EXPECT_EQ(zorvela.avgCis, (std::map<int, float>{{0, 1.0F}}));
   EXPECT_EQ(zorvela.avgTrans, (std::map<int, float>{{0, 0.0F}}));
-}
-
-TEST_F(Databases, EmptyFilesLeaveTheMapsEmpty) {
-  readShifts("");
-  readShares("");
-  EXPECT_TRUE(zorvela.avgCis.empty());
-  EXPECT_TRUE(zorvela.proSeqTrans.empty());
 }

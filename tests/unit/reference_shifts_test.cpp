@@ -23,13 +23,6 @@ class ReferenceLookups : public testing::Test {
   ZORVELA zorvela;
 };
 
-TEST_F(ReferenceLookups, EachLookupReadsItsOwnTable) {
-  EXPECT_EQ(zorvela.getRC("A", "CA"), 52.5F);
-  EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "CA"), 0.5F);
-  EXPECT_EQ(zorvela.getNextRCadj("A", "CA"), -1.5F);
-}
-
 TEST_F(ReferenceLookups, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
   EXPECT_EQ(zorvela.getRC("W", "CA"), 9999.0F);
   EXPECT_EQ(zorvela.getRCadj("W", "CA"), 0.0F);
@@ -44,13 +37,6 @@ TEST_F(ReferenceLookups, KnownResidueTypeWithoutTheAtomColumnIsZero) {
   EXPECT_EQ(zorvela.getNextRCadj("A", "N"), 0.0F);
 }
 
-TEST_F(ReferenceLookups, EmptyResidueNameFindsNoRow) {
-  EXPECT_EQ(zorvela.getRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getRC("", "CA"), 9999.0F);
-}
-
 TEST_F(ReferenceLookups, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {
   zorvela.prevTable = tableOf("VARS CA\nFORMAT %f\n0.75\n0.5\n");
   EXPECT_EQ(zorvela.getPrevRCadj("", "CA"), 0.75F);
@@ -60,10 +46,4 @@ TEST_F(ReferenceLookups, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames)
 TEST_F(ReferenceLookups, FirstRowOfATypeWins) {
   addRow(zorvela.adjTable, {{"RESNAME", "A"}, {"CA", "7"}});
   EXPECT_EQ(zorvela.getRCadj("A", "CA"), 0.25F);
-}
-
-TEST_F(ReferenceLookups, TextThatIsNoNumberIsZero) {
-  addRow(zorvela.rcTable, {{"RESNAME", "X"}, {"CA", "none"}, {"CB", ""}});
-  EXPECT_EQ(zorvela.getRC("X", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getRC("X", "CB"), 0.0F);
 }

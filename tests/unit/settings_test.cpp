@@ -113,15 +113,6 @@ TEST_F(Settings, FirstZeroStaysZeroAfterSetArgs) {
   EXPECT_EQ(zorvela.lastResid, 0);
 }
 
-TEST_F(Settings, FirstAndLastAreReadInBase10) {
-  zorvela.setArgs({{"first", "010"}, {"last", "2000000000"}});
-  EXPECT_EQ(zorvela.firstResid, 10);
-  EXPECT_EQ(zorvela.lastResid, 2000000000);
-  zorvela.setArgs({{"first", "first"}, {"last", "-7"}});
-  EXPECT_EQ(zorvela.firstResid, 0);
-  EXPECT_EQ(zorvela.lastResid, -7);
-}
-
 TEST_F(Settings, OptionZorvelaDirLeavesTheMainDirectory) {
   zorvela.setArgs({{"zorvelaDir", "/x"}});
   EXPECT_EQ(zorvela.mainDir, "/opt/z");
@@ -149,13 +140,6 @@ TEST_F(Settings, FileNamesReplaceTheirTablesVerbatim) {
   EXPECT_EQ(zorvela.proCsName, "/t/Pro.cs.tab");
 }
 
-TEST_F(Settings, RandClipAndNodetailChangeNothing) {
-  zorvela.setArgs({{"rand", "my.rc"}, {"clip", "clip"}, {"nodetail", "true"}});
-  EXPECT_EQ(zorvela.rcName, "/opt/z/tab/randcoil.tab");
-  EXPECT_TRUE(zorvela.clipShifts);
-  EXPECT_FALSE(zorvela.showDetail);
-}
-
 TEST_F(Settings, OutWinsOverSumAndPdbOverRef) {
   zorvela.setArgs({{"sum", "a.tab"}, {"out", "b.tab"}, {"ref", "r"}, {"pdb", "p"}});
   EXPECT_EQ(zorvela.sumName, "b.tab");
@@ -163,14 +147,6 @@ TEST_F(Settings, OutWinsOverSumAndPdbOverRef) {
   EXPECT_EQ(zorvela.refName, "p");
   zorvela.setArgs({{"ref", "r"}});
   EXPECT_EQ(zorvela.refName, "r");
-}
-
-TEST_F(Settings, InPredDirAndFlags) {
-  zorvela.setArgs({{"in", "my shifts.tab"}, {"predDir", "/results"}, {"noclip", "true"}, {"check", "true"}});
-  EXPECT_EQ(zorvela.inName, "my shifts.tab");
-  EXPECT_EQ(zorvela.predDir, "/results");
-  EXPECT_FALSE(zorvela.clipShifts);
-  EXPECT_TRUE(zorvela.checkShifts);
 }
 
 // --- A row as text ------------------------------------------------------------------------------

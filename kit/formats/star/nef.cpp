@@ -5,6 +5,7 @@
 #include "formats/format.h"
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
+#include "formats/unassigned.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 
@@ -19,12 +20,6 @@ constexpr char kUnassignedMark = '@';
 
 bool isUnassigned(const std::string& code) {
   return !code.empty() && code.front() == kUnassignedMark;
-}
-
-/// "12-1": seen from residue 12, its neighbour, whichever that is.
-bool isOffset(const std::string& code) {
-  const auto number = readResidueNumber(code);
-  return number && !number->code.empty() && (number->code.front() == '-' || number->code.front() == '+');
 }
 
 /// Whether a residue has a peptide bond towards its neighbour, by the words of the sequence table.
@@ -130,16 +125,20 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
       table.column("_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type");
   const StarColumn atom = table.column("_nef_chemical_shift.atom_name");
   const StarColumn value = table.column("_nef_chemical_shift.value");
-  std::size_t unassigned = 0;
-  std::string example;
+  Unassigned unassigned;
   const std::size_t rows = table.rows();
   reserveRows(list, rows, file, finder.file());
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
     const std::string code = nameOf(chain.text(row), file.notes);
-    shift.key = shift.number = number.word(row);
-    if (isUnassigned(code) || isUnassigned(shift.key) || isOffset(shift.key)) {
-      if (unassigned++ == 0) example = isUnassigned(code) ? code + " " + shift.key : shift.key;
+    shift.number = number.word(row);
+    if (const auto neighbour = readNeighbourCode(shift.number)) {
+      shift.number = neighbour->number;
+      shift.offset = neighbour->offset;
+    }
+    shift.key = shift.number;
+    if (isUnassigned(code) || isUnassigned(shift.key)) {
+      unassigned.add(isUnassigned(code) ? code + " " + shift.key : shift.key);
       continue;
     }
     shift.chain = chainOf(code, finder);
@@ -148,9 +147,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
     shift.value = value.word(row);
     list.shifts.push_back(std::move(shift));
   }
-  if (unassigned > 0)
-    file.notes.push_back(counted(unassigned, "shift", "shifts") +
-                         " not assigned to a residue left out, such as those of " + printable(example, 40));
+  unassigned.appendTo(file.notes);
 }
 
 void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {

@@ -318,16 +318,6 @@ bool isEntry(const StarEntry& block) {
   return has(kMoleculeTags) && has(kShiftTags);
 }
 
-/// After the "save_" that follows a loop; the place itself if there is none.
-std::size_t endOfFrame(std::string_view text, std::size_t from) {
-  for (std::size_t pos = from; const auto line = nextLine(text, pos);) {
-    const std::string_view core = trimmed(*line);
-    if (core.empty()) continue;
-    return equalIgnoringCase(core, "save_") ? pos : from;
-  }
-  return from;
-}
-
 bool isPartOfHeader(std::string_view line) {
   if (line.empty() || line.front() == '#' || line.front() == '_') return true;
   return startsIgnoringCase(line, "loop_") || startsIgnoringCase(line, "save_") ||
@@ -346,35 +336,45 @@ bool isStar(std::string_view text) {
 std::string starWithin(std::string_view text) {
   std::string found;
   std::size_t header = 0;  // where the lines of a header begin that lead up to here
-  std::size_t copied = 0;
   bool isHeader = false;
-  bool isInList = false;
-  const auto blankUpTo = [&](std::size_t end) {
-    for (; copied < end; ++copied) found.push_back(text[copied] == '\n' ? '\n' : ' ');
+  bool isInTable = false;
+  bool isInFrame = false;  // of a table that was found
+  bool opensFrame = false;
+  bool hasShifts = false;
+  const auto copy = [&](std::size_t start, std::size_t end) {
+    while (found.size() < start) found.push_back(text[found.size()] == '\n' ? '\n' : ' ');
+    found.append(text.substr(found.size(), end - found.size()));
   };
   for (std::size_t pos = 0; pos < text.size();) {
     const std::size_t start = pos;
     const std::string_view line = trimmed(*nextLine(text, pos));
-    if (!isInList) {
-      if (!isPartOfHeader(line)) {
-        isHeader = false;
-      } else if (!isHeader && !line.empty() && line.front() != '#' && line.front() != '_') {
-        isHeader = true;
-        header = start;
-      }
-      if (!isHeader || !startsAsOneOf(kShiftTags, line)) continue;
-      if (found.empty()) found.reserve(text.size());
-      blankUpTo(header);
-      isInList = true;
+    const bool isFrameEnd = equalIgnoringCase(line, "save_");
+    if (isFrameEnd && isInFrame) copy(isInTable ? header : start, pos);
+    if (isFrameEnd) {
+      isInTable = isInFrame = isHeader = opensFrame = false;
+      continue;
     }
-    if (!startsIgnoringCase(line, "stop_")) continue;
-    pos = endOfFrame(text, pos);
-    found.append(text.substr(copied, pos - copied));
-    copied = pos;
-    isInList = isHeader = false;
+    if (isInTable) {
+      if (!startsIgnoringCase(line, "stop_")) continue;
+      copy(header, pos);
+      isInTable = isHeader = opensFrame = false;
+      continue;
+    }
+    if (!isPartOfHeader(line)) {
+      isHeader = opensFrame = false;
+    } else if (!isHeader && !line.empty() && line.front() != '#' && line.front() != '_') {
+      isHeader = true;
+      header = start;
+    }
+    opensFrame = opensFrame || startsIgnoringCase(line, "save_");
+    const bool isOfShifts = startsAsOneOf(kShiftTags, line);
+    if (!isHeader || (!isOfShifts && !startsAsOneOf(kMoleculeTags, line))) continue;
+    hasShifts = hasShifts || isOfShifts;
+    isInFrame = isInFrame || opensFrame;
+    isInTable = true;
   }
-  if (isInList) found.append(text.substr(copied));
-  return found;
+  if (isInTable) copy(header, text.size());
+  return hasShifts ? found : std::string();
 }
 
 std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name) {

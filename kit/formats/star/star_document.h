@@ -84,8 +84,9 @@ struct StarFrame {
 /// Whether a text begins as STAR does.
 bool isStar(std::string_view text);
 
-/// The shift lists within a text of another kind (a restraint list with a list of shifts in it), every other
-/// byte but the line ends made blank; empty where there are none. Lines keep their numbers.
+/// The shift lists within a text of another kind (a restraint list with a list of shifts in it), and the
+/// sequences in frames of their own, every other byte but the line ends made blank. Empty where there is no
+/// shift list. Lines keep their numbers.
 std::string starWithin(std::string_view text);
 
 /// Parses STAR text of up to 256 MiB. FileError with the user's line for a text field or quote that is never

@@ -13,6 +13,7 @@
 #include "formats/text/csv_rows.h"
 #include "formats/text/csv_without_names.h"
 #include "formats/text/residue_label.h"
+#include "formats/unassigned.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -120,6 +121,7 @@ struct CsvContents {
   Tally unplaced;                 ///< rows without a residue
   Tally twoLetters;               ///< rows with a letter on either side of the number
   Tally impossible;               ///< of `values`: those that no shift of the atom has
+  Unassigned unassigned;
   LimitedNotes leftOut{"lines left out"};
 };
 
@@ -148,6 +150,10 @@ class RowReader {
 
   void readRow(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
+    if (!residue.unassigned.empty()) {
+      contents.unassigned.add(residue.unassigned);
+      return;
+    }
     if (const std::string why = whyNotPlaced(residue, row.cells, columns); !why.empty()) {
       leaveOut(row, why, contents.unplaced);
       return;
@@ -160,9 +166,9 @@ class RowReader {
       readLongRow(row, residue);
       return;
     }
-    add(row, residue, {}, {}, kNoColumn);  // the residue is there, with shifts or without
-    for (const auto& [column, atom] : columns.atoms)
-      if (!isNoValue(row.cells[column])) readAtomCell(row, residue, column, atom);
+    add(row, residue, {}, {});  // the residue is there, with shifts or without
+    for (const AtomColumn& column : columns.atoms)
+      if (!isNoValue(row.cells[column.column])) readAtomCell(row, residue, column);
   }
 
   static void countCell(const std::string& cell, ColumnContents& column) {
@@ -171,21 +177,22 @@ class RowReader {
     if (isNumber(cell)) ++column.numbers;
   }
 
-  void readAtomCell(const CsvRow& row, const RowResidue& residue, std::size_t column,
-                    const std::string& atom) {
-    const std::string& value = row.cells[column];
-    add(row, residue, atom, value, column);
+  void readAtomCell(const CsvRow& row, const RowResidue& residue, const AtomColumn& column) {
+    const std::string& value = row.cells[column.column];
+    add(row, residue, value, column);
     if (isMissingNumber(value)) return;
-    ColumnContents& held = contents.columns[column];
+    ColumnContents& held = contents.columns[column.column];
     ++held.values;
-    if (!canBeShiftOf(atom, value) && held.impossible++ == 0) held.example = value;
+    if (!canBeShiftOf(column.atom, value) && held.impossible++ == 0) held.example = value;
   }
 
   void readLongRow(const CsvRow& row, const RowResidue& residue) {
-    const std::string& atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.label.atom;
+    std::string atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.label.atom;
+    const std::optional<int> offset = takeOffset(atom);
     const std::string value = isNoValue(row.cells[columns.shift]) ? "" : row.cells[columns.shift];
     // A row without atom and value still says that there is such a residue.
-    add(row, residue, value.empty() && isNoValue(atom) ? "" : atom, value, kNoColumn);
+    if (value.empty() && isNoValue(atom)) atom.clear();
+    add(row, residue, value, {kNoColumn, atom, offset});
     if (isSplitDecimal(row)) ++contents.splitDecimals;
     if (value.empty() || isMissingNumber(value)) return;
     ++contents.values;
@@ -204,21 +211,22 @@ class RowReader {
     return isWhole(row.cells[columns.shift]) && isWhole(row.cells[next]);
   }
 
-  void add(const CsvRow& row, const RowResidue& residue, const std::string& atom, const std::string& value,
-           std::size_t column) {
+  void add(const CsvRow& row, const RowResidue& residue, const std::string& value, const AtomColumn& column) {
     const Limit limit = {mostShiftRows(text.size()), "has", "shift rows", kOneProteinRemedy};
     checkLimit(contents.shifts.size() + 1, limit, file, row.line);
     const ResidueLabel& label = residue.label;
     FileShift shift;
     shift.chain = chainOf(residue.chain, row.line);
     shift.number = label.number;
-    shift.residueName = residue.name;
-    shift.atom = atom;
+    shift.offset = label.offset ? label.offset : column.offset;
+    // The name beside a column "CA-1", and that in a label "G12-1", is of the residue with the number.
+    if (!column.offset && !(label.offset && residue.name == label.name)) shift.residueName = residue.name;
+    shift.atom = column.atom;
     shift.value = value;
     shift.line = row.line;
     contents.shifts.push_back(std::move(shift));
     contents.labels.push_back({label.code.empty() ? '\0' : label.code.front(), !label.name.empty(),
-                               label.hasDash, residue.isByCounter, column});
+                               label.hasDash, residue.isByCounter, column.column});
   }
 
   std::size_t chainOf(const std::string& name, std::size_t line) {
@@ -355,11 +363,11 @@ void noteColumns(const CsvContents& contents, const CsvTable& table, const std::
   if (!columns.doubled.empty())
     notes.push_back("more than one column for " + enumerated(columns.doubled) + ": none of them is used");
   std::vector<std::string> wrong;
-  for (const auto& [column, atom] : columns.atoms)
-    if (const ColumnContents& held = contents.columns[column]; held.isWrong())
-      wrong.push_back("column " + titleOf(column, table) + " left out: " + std::to_string(held.impossible) +
-                      " of its " + std::to_string(held.values) + " values can be no " + atom +
-                      " shifts, such as " + quotedCell(held.example));
+  for (const AtomColumn& one : columns.atoms)
+    if (const ColumnContents& held = contents.columns[one.column]; held.isWrong())
+      wrong.push_back("column " + titleOf(one.column, table) + " left out: " +
+                      std::to_string(held.impossible) + " of its " + std::to_string(held.values) +
+                      " values can be no " + one.atom + " shifts, such as " + quotedCell(held.example));
   if (!wrong.empty() && wrong.size() == columns.atoms.size())
     throw FileError(file, 0, "no column holds shifts of its atom: " + wrong.front(),
                     "check that the columns hold what their names say");
@@ -384,7 +392,8 @@ void settleLabels(CsvContents& contents, const std::string& file) {
     const OpenLabel& label = contents.labels[i];
     if (isMinus && label.hasDash && shift.number != "0") shift.number.insert(0, 1, '-');
     if (label.code != 0 && !isName) shift.number += label.code;
-    if (label.code != 0 && isName && shift.residueName.empty()) shift.residueName = label.code;
+    if (label.code != 0 && isName && !shift.offset && shift.residueName.empty())
+      shift.residueName = label.code;
     shift.key = shift.number;
   }
 }
@@ -426,11 +435,7 @@ void writePoints(std::vector<FileShift>& shifts, std::vector<std::string>& notes
 
 /// One-letter names become three-letter ones. A lower-case c is a disulfide cysteine, but not in a file that
 /// writes all its letters in lower case.
-void nameResidues(std::vector<FileShift>& shifts, const std::string& file) {
-  const auto hasName = [](const FileShift& shift) { return !shift.residueName.empty(); };
-  if (!shifts.empty() && std::none_of(shifts.begin(), shifts.end(), hasName))
-    throw FileError(file, 0, "the rows have no residue names",
-                    "add a column resname with one- or three-letter names");
+void nameResidues(std::vector<FileShift>& shifts) {
   const auto isUpperLetter = [](const FileShift& shift) {
     const std::string& name = shift.residueName;
     return name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z';
@@ -461,12 +466,13 @@ ShiftFile readCsv(const Source& source) {
   CsvContents contents = RowReader(source.text, table, source.file).read();
   refuseDoubtful(contents, table.columns, source.file);
   contents.leftOut.appendTo(file.notes);
+  contents.unassigned.appendTo(file.notes);
   noteColumns(contents, table, source.file, file.notes);
   if (table.layout.isByPlace) file.notes.push_back("rows with gaps read by where the column names stand");
   settleLabels(contents, source.file);
   writePoints(contents.shifts, file.notes);
   dropImpossible(contents, file.notes);
-  nameResidues(contents.shifts, source.file);
+  nameResidues(contents.shifts);
   for (const std::string& name : contents.chains) {
     file.chains.emplace_back();
     file.chains.back().name = nameOf(name, file.notes);

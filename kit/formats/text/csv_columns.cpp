@@ -31,7 +31,8 @@ constexpr std::string_view kNameNames =
 constexpr std::string_view kResidueNames = "res group aa code seq";
 // Numbers that may as well count the rows.
 constexpr std::string_view kCounterNames = "num nr position pos no index idx";
-constexpr std::string_view kAssignmentNames = "assignment assignments assign assigned resonance label";
+constexpr std::string_view kAssignmentNames =
+    "assignment assignments assign assigned resonance nmratom label";
 constexpr std::string_view kWeakNameNames = "type name";
 constexpr std::string_view kAtomNames = "atom atomname atomid atomtypename name";
 constexpr std::string_view kShiftNames =
@@ -45,8 +46,8 @@ struct AtomAlias {
   std::string_view atom;
 };
 constexpr AtomAlias kAtomAliases[] = {
-    {"h", "HN"},     {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"}, {"calpha", "CA"},
-    {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
+    {"h", "HN"},      {"n15", "N"},    {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"},
+    {"calpha", "CA"}, {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
 // What stands around the atom in a column name, and says no more than that it is a shift.
 constexpr std::string_view kBefore[] = {"chemshift", "shift", "delta", "cs", "d", "13", "15", "1"};
@@ -132,7 +133,7 @@ std::string atomOfSimplified(std::string_view name) {
   return {};
 }
 
-/// "CA" for "CA(i)", which says that the shift is the residue's own and not of the one before it: "CA(i-1)".
+/// "CA" for "CA(i)", which says that the shift is the residue's own.
 std::string withoutOwnIndex(const std::string& name) {
   for (const char* index : {"(i)", "[i]"})
     if (const std::size_t at = lower(name).find(index); at != std::string::npos)
@@ -141,7 +142,8 @@ std::string withoutOwnIndex(const std::string& name) {
 }
 
 /// A column name that is the atom's own: it wins over "CA shift" and the like.
-bool isOwnName(const std::string& name, const std::string& atom) {
+bool isOwnName(std::string name, const std::string& atom) {
+  takeOffset(name);
   const std::string plain = plainAtom(simplified(name));
   return !plain.empty() && plain == atom;
 }
@@ -153,22 +155,27 @@ bool isOpenProton(const std::string& name, const ColumnTaker& taker) {
 
 /// The columns of each atom: the one under its own name, or the only one.
 void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& taker, CsvColumns& columns) {
-  std::map<std::string, std::vector<std::size_t>> claims;
+  // Beside "HA-2", "HA-1" is the other proton.
+  const auto isSecond = [](const std::string& name) { return lower(name) == "ha-2"; };
+  const bool areProtons = std::any_of(names.begin(), names.end(), isSecond);
+  std::map<std::pair<std::string, std::optional<int>>, std::vector<std::size_t>> claims;
   for (std::size_t i = 0; i < names.size(); ++i)
     if (taker.isFree(i) && !isOpenProton(simplified(names[i]), taker))
-      if (const std::string atom = atomOfColumn(names[i]); !atom.empty()) claims[atom].push_back(i);
-  for (auto& claim : claims) {
-    const std::string& atom = claim.first;
-    std::vector<std::size_t>& claimed = claim.second;
+      if (const ColumnAtom read = atomOfColumn(areProtons && lower(names[i]) == "ha-1" ? "HA1" : names[i]);
+          !read.atom.empty())
+        claims[{read.atom, read.offset}].push_back(i);
+  for (auto& [named, claimed] : claims) {
+    const std::string atom = named.first;
     const auto isOwn = [&](std::size_t i) { return isOwnName(names[i], atom); };
     if (std::count_if(claimed.begin(), claimed.end(), isOwn) == 1)
       claimed = {*std::find_if(claimed.begin(), claimed.end(), isOwn)};
     if (claimed.size() == 1)
-      columns.atoms.emplace_back(claimed.front(), atom);
+      columns.atoms.push_back({claimed.front(), atom, named.second});
     else
       columns.doubled.push_back(atom);
   }
-  std::sort(columns.atoms.begin(), columns.atoms.end());
+  std::sort(columns.atoms.begin(), columns.atoms.end(),
+            [](const AtomColumn& a, const AtomColumn& b) { return a.column < b.column; });
 }
 
 /// "type" and "name" are of the residue where nothing better is.
@@ -240,12 +247,21 @@ std::vector<std::size_t> numberSources(const CsvColumns& columns) {
 
 void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
   for (const std::size_t column : numberSources(columns)) {
+    if (isUnassignedLabel(cellAt(cells, column))) {
+      residue.unassigned = cellAt(cells, column);
+      return;
+    }
     auto label = readLabel(cellAt(cells, column), column == columns.assignment);
     if (!label || label->number.empty()) continue;
     residue.label = std::move(*label);
     residue.isByCounter = column == columns.counter;
     return;
   }
+}
+
+/// A residue that is not known is one as well: "X", "?".
+bool isNoName(const std::string& cell) {
+  return isNoValue(cell) && cell != "?" && !equalIgnoringCase(cell, "X");
 }
 
 void findName(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
@@ -255,10 +271,10 @@ void findName(const std::vector<std::string>& cells, const CsvColumns& columns, 
   sources.insert(sources.end(), {columns.assignment, columns.number, columns.counter});
   for (std::size_t i = 0; i < sources.size(); ++i) {
     const std::string& cell = cellAt(cells, sources[i]);
-    if (cell.empty()) continue;
+    if (isNoName(cell)) continue;
     const auto label = readLabel(cell, sources[i] == columns.assignment);
     const bool isOfRow = label && (label->number.empty() || label->number == residue.label.number);
-    if (isOfRow && !label->name.empty()) {
+    if (isOfRow && !label->name.empty() && !isNoName(label->name)) {
       residue.name = label->name;
       if (residue.chain.empty()) residue.chain = label->chain;
       return;
@@ -278,6 +294,7 @@ RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& co
   residue.chain = cellAt(cells, columns.chain);
   findNumber(cells, columns, residue);
   if (residue.chain.empty()) residue.chain = residue.label.chain;
+  if (!residue.unassigned.empty()) return residue;
   findName(cells, columns, residue);
   return residue;
 }
@@ -303,7 +320,7 @@ bool CsvColumns::areUsing(std::size_t column) const {
   for (const std::size_t used : {number, name, assignment, atom, shift, chain})
     if (used == column) return true;
   if (std::find(residues.begin(), residues.end(), column) != residues.end()) return true;
-  return std::any_of(atoms.begin(), atoms.end(), [column](const auto& one) { return one.first == column; });
+  return std::any_of(atoms.begin(), atoms.end(), [column](const auto& one) { return one.column == column; });
 }
 
 std::string CsvColumns::missing() const {
@@ -316,10 +333,25 @@ std::string CsvColumns::missing() const {
   return enumerated(parts);
 }
 
-std::string atomOfColumn(const std::string& name) {
-  const std::string simple = simplified(withoutOwnIndex(name));
-  if (simple == "1ha") return "HA";
-  return simple.empty() ? std::string() : atomOfSimplified(simple);
+std::optional<int> takeOffset(std::string& name) {
+  name = withLatinLetters(name);
+  for (std::size_t at = 1; at + 1 < name.size(); ++at) {
+    const bool isStep = (name[at] == '-' || name[at] == '+') && (name[at + 1] == '0' || name[at + 1] == '1');
+    if (!isStep || (at + 2 < name.size() && (isDigit(name[at + 2]) || isLetter(name[at + 2])))) continue;
+    const int offset = name[at + 1] == '0' ? 0 : name[at] == '-' ? -1 : 1;
+    const bool hasIndex = contains("iI", name.substr(at - 1, 1));
+    name.erase(at - (hasIndex ? 1 : 0), hasIndex ? 3 : 2);
+    return offset;
+  }
+  return std::nullopt;
+}
+
+ColumnAtom atomOfColumn(const std::string& name) {
+  std::string own = withoutOwnIndex(name);
+  const std::optional<int> offset = takeOffset(own);
+  const std::string simple = simplified(own);
+  if (simple == "1ha") return {"HA", offset};
+  return {simple.empty() ? std::string() : atomOfSimplified(simple), offset};
 }
 
 CsvColumns readColumns(const std::vector<std::string>& names) {

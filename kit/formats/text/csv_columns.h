@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "formats/text/residue_label.h"
@@ -12,6 +12,22 @@ namespace zorvela {
 
 /// Index of a column that is not there.
 inline constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
+
+/// An atom in a column name or cell.
+struct ColumnAtom {
+  std::string atom;           ///< name in the table; empty where there is none
+  std::optional<int> offset;  ///< see `FileShift::offset`: -1 for "CA-1"
+};
+
+/// A column with the shifts of an atom.
+struct AtomColumn {
+  std::size_t column = kNoColumn;
+  std::string atom;
+  std::optional<int> offset;
+};
+
+/// Takes a step to a neighbour off a name: "CA" and -1 of "CA-1", "CA(i-1)", "CA i-1"; "HA1" stays.
+std::optional<int> takeOffset(std::string& name);
 
 /// The columns of a CSV file.
 struct CsvColumns {
@@ -23,7 +39,7 @@ struct CsvColumns {
   std::size_t atom = kNoColumn;
   std::size_t shift = kNoColumn;
   std::size_t chain = kNoColumn;
-  std::vector<std::pair<std::size_t, std::string>> atoms;  ///< one column per atom, where there is no `atom`
+  std::vector<AtomColumn> atoms;     ///< one column per atom, where there is no `atom`
   std::vector<std::string> doubled;  ///< atoms that more than one column claims; none of these is in `atoms`
 
   /// Whether a residue, an atom and a shift can be read from them.
@@ -41,9 +57,9 @@ struct CsvColumns {
 /// Reads a line of column names. Case, blanks, dots, underscores, brackets and units in them do not count.
 CsvColumns readColumns(const std::vector<std::string>& names);
 
-/// The table's name of an atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift",
-/// "Calpha", "CG(Pro)", "CA(i)"; empty for anything else.
-std::string atomOfColumn(const std::string& name);
+/// The atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha", "CG(Pro)",
+/// "CA(i)", "CA(i-1)".
+ColumnAtom atomOfColumn(const std::string& name);
 
 /// What the cells of a row say of its residue.
 struct RowResidue {
@@ -51,6 +67,7 @@ struct RowResidue {
   std::string name;    ///< as the file writes it; empty where it gives none
   std::string chain;   ///< by its column or by a label
   bool isByCounter = false;
+  std::string unassigned;  ///< the cell, where it names a spin system that is not assigned
 };
 
 /// Reads the cells of a row; each column is asked in order of trust.

@@ -1,5 +1,7 @@
 #include "formats/text/residue_label.h"
 
+#include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "names/nomenclature.h"
@@ -38,8 +40,8 @@ std::string plainNumber(std::string_view digits) {
   return number ? std::to_string(*number) : std::string();
 }
 
-// "12", "12.0" as a spreadsheet writes it, "12A", "82 PRO", "82-Pro".
-std::optional<ResidueLabel> numberFirst(std::string_view text) {
+// "12", "12.0" as a spreadsheet writes it, "12A", "82 PRO", "82-Pro"; "12GlyCa" with its atom.
+std::optional<ResidueLabel> numberFirst(std::string_view text, bool holdsAtom) {
   const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
   const std::size_t digits = leading(text.substr(sign), isDigit).size();
   ResidueLabel label;
@@ -54,6 +56,11 @@ std::optional<ResidueLabel> numberFirst(std::string_view text) {
     return label;
   }
   label.name = without(rest, " _.:-");
+  constexpr std::size_t kNameSize = 3;
+  if (holdsAtom && label.name.size() > kNameSize && isKnownName(label.name.substr(0, kNameSize))) {
+    label.atom = label.name.substr(kNameSize);
+    label.name.resize(kNameSize);
+  }
   return isResidueName(label.name) ? std::optional<ResidueLabel>(label) : std::nullopt;
 }
 
@@ -90,13 +97,50 @@ std::optional<ResidueLabel> nameFirst(std::string_view text, bool holdsAtom) {
   return label;
 }
 
-// "A:SER81". With "A:S81" it is open which letter names the residue.
+// "A:SER81". With "A:S81" it is open which letter names the residue. "1G7", as a digit is no residue.
 std::optional<ResidueLabel> chainFirst(std::string_view text, bool holdsAtom) {
-  const bool hasChain = text.size() > 2 && (isLetter(text[0]) || isDigit(text[0])) && text[1] == ':';
-  if (!hasChain || !isLetter(text[2])) return std::nullopt;
-  auto label = nameFirst(text.substr(2), holdsAtom);
-  if (!label || label->name.size() < 2 || label->number.empty()) return std::nullopt;
+  if (text.size() < 3) return std::nullopt;
+  const bool isDigitChain = isDigit(text[0]) && isLetter(text[1]) && isDigit(text[2]);
+  const bool hasChain = (isLetter(text[0]) || isDigit(text[0])) && text[1] == ':' && isLetter(text[2]);
+  if (!isDigitChain && !hasChain) return std::nullopt;
+  auto label = nameFirst(text.substr(isDigitChain ? 1 : 2), holdsAtom);
+  if (!label || label->number.empty() || (hasChain && label->name.size() < 2)) return std::nullopt;
   label->chain = text[0];
+  return label;
+}
+
+std::optional<ResidueLabel> ownLabel(std::string_view text, bool holdsAtom) {
+  if (auto label = chainFirst(text, holdsAtom)) return label;
+  return isLetter(text.front()) ? nameFirst(text, holdsAtom) : numberFirst(text, holdsAtom);
+}
+
+/// "G12-1". A second number, as in a range, is no step to a neighbour.
+std::optional<ResidueLabel> neighbourLabel(std::string_view text) {
+  const auto code = readNeighbourCode(text);
+  if (!code || code->offset < -1 || code->offset > 1) return std::nullopt;
+  auto label = ownLabel(code->number, false);
+  if (!label || label->number.empty()) return std::nullopt;
+  label->offset = code->offset;
+  return label;
+}
+
+/// "NA:A.81.SER.CA", the identifier of an atom in one assignment program: chain, number, name, atom.
+std::optional<ResidueLabel> atomIdentifier(std::string_view text) {
+  constexpr std::string_view kMark = "NA:";
+  if (text.substr(0, kMark.size()) != kMark) return std::nullopt;
+  std::array<std::string_view, 4> parts;
+  text.remove_prefix(kMark.size());
+  for (std::string_view& part : parts) {
+    part = text.substr(0, &part == &parts.back() ? text.npos : text.find('.'));
+    text.remove_prefix(std::min(part.size() + 1, text.size()));
+  }
+  const auto& [chain, number, name, atom] = parts;
+  auto label = neighbourLabel(number);
+  if (!label && !number.empty() && !isLetter(number.front())) label = numberFirst(number, false);
+  if (!label || atom.empty()) return std::nullopt;
+  label->chain = chain;
+  label->name = name;
+  label->atom = atom;
   return label;
 }
 
@@ -106,8 +150,20 @@ std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom) {
   const std::string latin = withLatinLetters(cell);
   const std::string_view text = trimmed(latin);
   if (text.empty()) return std::nullopt;
-  if (auto label = chainFirst(text, holdsAtom)) return label;
-  return isLetter(text.front()) ? nameFirst(text, holdsAtom) : numberFirst(text);
+  if (holdsAtom) {
+    if (auto label = atomIdentifier(text)) return label;
+  } else if (auto label = neighbourLabel(text)) {
+    return label;
+  }
+  return ownLabel(text, holdsAtom);
+}
+
+bool isUnassignedLabel(const std::string& cell) {
+  std::string_view text = trimmed(cell);
+  if (startsIgnoringCase(text, "NA:")) text.remove_prefix(std::min(text.find('.'), text.size() - 1) + 1);
+  if (text.empty()) return false;
+  const bool isNumberedX = text.size() > 1 && upper(text.substr(0, 1)) == "X" && isDigit(text[1]);
+  return isNumberedX || contains("?@{", text.substr(0, 1));
 }
 
 }  // namespace zorvela

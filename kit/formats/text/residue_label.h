@@ -1,5 +1,5 @@
-// Residues as people label them in tables: "12", "G12", "Gly-12", "82P", "82 PRO", "S81CA", "Alanine",
-// "A:SER81".
+// Residues as people and assignment programs label them in tables: "12", "G12", "Gly-12", "82P", "82 PRO",
+// "S81CA", "12GlyCa", "Alanine", "A:SER81", "1G7", "G12-1", "NA:A.81.SER.CA".
 #pragma once
 
 #include <optional>
@@ -9,16 +9,20 @@ namespace zorvela {
 
 /// What a cell says of a residue; empty is what it does not say.
 struct ResidueLabel {
-  std::string chain;  ///< one letter or digit
+  std::string chain;
   std::string number;
-  std::string code;      ///< one letter right after a number: insertion code, or the name ("82P")
-  std::string name;      ///< as the cell writes it
-  std::string atom;      ///< of an assignment ("CA" in "S81CA")
+  std::string code;           ///< one letter right after a number: insertion code, or the name ("82P")
+  std::string name;           ///< as the cell writes it
+  std::string atom;           ///< of an assignment ("CA" in "S81CA")
+  std::optional<int> offset;  ///< see `FileShift::offset`: -1 for "G12-1"
   bool hasDash = false;  ///< "-" between name and number, which may be a minus sign; it is not in `number`
 };
 
 /// Reads the cell. Nothing where it is none of the forms above or has more in it, as "((resid" or "126.962".
-/// With `holdsAtom`, what follows the number is an atom name.
+/// With `holdsAtom`, what follows the residue is an atom name.
 std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom = false);
+
+/// Whether the cell names a spin system that is not assigned to a residue: "?", "X205", "@12", "{5}[123]".
+bool isUnassignedLabel(const std::string& cell);
 
 }  // namespace zorvela

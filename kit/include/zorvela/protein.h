@@ -59,9 +59,15 @@ struct NamedShift {
 Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShift>& shifts,
                         int firstNumber = 1);
 
-/// Puts the shifts of a protein on a longer sequence: for files that give none, or only what was assigned.
-/// Error where it fits nowhere, or equally well in several places and none of them is that of its numbers.
-Protein onSequence(Protein protein, const std::string& sequence);
+/// Makes one protein of several shift lists, such as those of backbone and side chains. Residues are joined by
+/// their numbers. The first list that has an atom gives its shift; a note names shifts that differ by more than
+/// 0.3 ppm (13C, 15N) or 0.03 ppm (1H). The file is the first one. Error for no list at all and for
+/// a residue that two lists call differently.
+Protein mergedProtein(const std::vector<Protein>& parts);
+
+/// Whether two lists seem to be of one protein: they agree in at least ten residues and in the shifts of the
+/// atoms that both have, and each has atoms that the other lacks.
+bool lookLikeOne(const Protein& one, const Protein& other);
 
 /// Writes the chain as the table that the program reads: its remarks, its sequence and a row for each shift,
 /// with residues from 1. Control characters in remarks become blanks. std::out_of_range for a shift of a

@@ -28,6 +28,7 @@ struct StructureResidue {
   char letter = '?';          ///< one-letter code, of the parent for a modified residue
   std::string name;           ///< as the file writes it: PRO, HYP
   std::string number;         ///< with insertion code: 52A
+  std::string label;          ///< label_asym_id and label_seq_id of mmCIF: "B 17"; empty without them
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
   std::vector<ModelBond> bonds;            ///< one for each model with both residues: its main conformation

@@ -146,6 +146,56 @@ class StarPartsTest(ImportTest):
         self.assertEqual(notes[0], "the file states a systematic offset of 0.3 ppm (TROSY offset, amide nitrogens); "
                                    "it is not applied")
 
+    NEF_ROWS = ("loop_ _nef_chemical_shift.chain_code _nef_chemical_shift.sequence_code "
+                "_nef_chemical_shift.residue_name _nef_chemical_shift.atom_name _nef_chemical_shift.value ")
+    NEF_SEQUENCE = ("loop_ _nef_sequence.chain_code _nef_sequence.sequence_code _nef_sequence.residue_name "
+                    "A 43 SER A 44 PRO A 45 GLY A 46 ALA stop_ ")
+
+    def test_shifts_kept_under_the_next_residue(self):
+        """44 is seen from 45 alone, 43 from 44 as well as by itself; 46+1 is outside the sequence."""
+        out, notes = self.imported("data_x " + self.NEF_SEQUENCE + self.NEF_ROWS +
+                                   "A 44-1 . CA 58.2 A 43 SER CA 58.4 A 45-1 . CA 63.1 A 45-1 . CB 34.2 "
+                                   "A 45-1 . CG 24.5 A 45 GLY HA% 3.9 A 46+0 . CB 19.1 A 46-1 . HA2 4.2 "
+                                   "A 46+1 . CA 50 A @46-1 . CA 51")
+        self.assertEqual(out, table(
+            ["Imported from standard input (NEF), chain A, shift list x", "Residue 1 here is residue 43 there"], "SPGA",
+            ["1 CA 58.400", "2 CA 63.100", "2 CB 34.200", "2 CG 24.500", "3 HA2 3.900", "3 HA3 3.900", "4 CB 19.100"]))
+        self.assertEqual(notes, [
+            "1 shift not assigned to a residue left out, such as those of @46",
+            "one shift for both alpha protons of glycine, written as HA2 and HA3: 45",
+            "4 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 44 CA, 44 CB, 44 CG, 46 CB",
+            "2 shifts kept under a neighbour (n-1) not used, as the residue has its own",
+            "1 shift left out, the sequence has no such residue: 46"])
+
+    def test_sequence_beside_a_list_within_restraints(self):
+        """Residues without shifts stay, whatever stands between the frames."""
+        restraint = " assign (resid 2 and name HN) (resid 3 and name HA) 2.86 1.06 0.29\n"
+        rows = "%s PRO CA 63.1\n%s GLY CA 45\nstop_\nsave_\n"
+        nef = ("save_nef_molecular_system\n_nef_molecular_system.sf_category nef_molecular_system\n" +
+               self.NEF_SEQUENCE.replace(" ", "\n") + "loop_\n_nef_covalent_links.chain_code_1\nA\nstop_\nsave_\n")
+        star = ("save_e\n_Entity.Sf_category entity\n_Entity.ID 1\n_Entity.Polymer_type polypeptide(L)\n"
+                "_Entity.Polymer_seq_one_letter_code SPGA\nsave_\n")
+        for frame, shifts, number in (
+                (nef, "save_l\n" + self.NEF_ROWS.replace(" ", "\n") + rows % ("A 44", "A 45"), 43),
+                (star, "save_l\n" + self.ROWS.replace(" ", "\n") + rows % (2, 3), 1)):
+            out, notes = self.imported(restraint + frame + restraint + shifts + restraint)
+            self.assertIn("DATA SEQUENCE SPGA\n", out)
+            self.assertIn("REMARK Residue 1 here is residue %d there\n" % number, out)
+            self.assertIn("   2 P   CA    63.100\n", out)
+            self.assertEqual(notes, ["the file holds more than shifts; the sequence and the shift list in it are read "
+                                     "(from line 2)"])
+
+    def test_neighbours_without_a_sequence(self):
+        """The residue before has a place, and the name that its own rows give."""
+        out, notes = self.imported("data_x " + self.NEF_ROWS + "A 44 PRO HA 4.4 A 45-1 . CG 24.5 A 45 GLY CA 45 "
+                                   "A 43-1 . CA 55 A 47-1 PRO CB 33")
+        self.assertEqual(out, table(
+            ["Imported from standard input (NEF), chain A, shift list x", "Residue 1 here is residue 42 there"], "??PGP?",
+            ["1 CA 55.000", "3 HA 4.400", "3 CG 24.500", "4 CA 45.000", "5 CB 33.000"]))
+        self.assertEqual(notes, [
+            NO_SEQUENCE,
+            "3 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 42 CA, 44 CG, 46 CB"])
+
     def test_side_chains_alone(self):
         self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: the "
                          "chain without a name (the list without a name): 1 shift, none for the table (%s, 1 shift of other atoms (side chain "
@@ -203,6 +253,42 @@ class CsvTest(ImportTest):
         self.assertIn("\n   1 S   CA    58.000\n   1 S   CB    63.000\n   2 P   CA    63.000\n", out)
         self.assertIn("more than one column for C: none of them is used", err)
         self.assertIn("columns of numbers that are not used: CA shift, CO, C'", err)
+
+    def test_columns_of_the_residue_before(self):
+        """CA-1 is of residue i-1; HA-1 is no older name of an alpha proton."""
+        remark = "Residue 1 here is residue 81 there"
+        for minus in ("CA-1,CB-1,HA-1", "CA(i-1),CB (i-1),HA[i-1]"):
+            _, out, err = self.run_kit("-", data=("Res,N,CA,CB,HA,%s\nS81,116,58.4,63.9,4.5,,,\n"
+                                                  "G83,109,45.3,,4.0,63.1,34.2,4.6\n"
+                                                  "A84,121,52,19,4.3,45.5,,3.8\n" % minus).encode())
+            self.assertEqual(out, table(["Imported from standard input (CSV)", remark], "S?GA", [
+                "1 N 116.000", "1 HA 4.500", "1 CA 58.400", "1 CB 63.900", "2 HA 4.600", "2 CA 63.100", "2 CB 34.200",
+                "3 N 109.000", "3 HA2 4.000", "3 HA3 4.000", "3 CA 45.300", "4 N 121.000", "4 HA 4.300", "4 CA 52.000",
+                "4 CB 19.000"]), err)
+            self.assertIn("3 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 82 HA, "
+                          "82 CA, 82 CB\n", err)
+            self.assertIn("2 shifts kept under a neighbour (n-1) not used, as the residue has its own\n", err)
+
+    def test_groups_of_neighbours_and_of_no_residue(self):
+        """An unassigned group does not stretch the sequence."""
+        _, out, err = self.run_kit("-", data=b" Group  Atom  Nuc   Shift  SDev  Assignments\n\n"
+                                             b"  S81   CA  13C  58.400 0.000  2\n  G83-1  CG  13C  24.500 0.000  1\n"
+                                             b"  P82   CA  13C  63.000 0.000  2\n  G83    CA  13C  45.300 0.000  1\n"
+                                             b" X205   CA  13C  55.000 0.000  1\n    ?   HN   1H   8.000 0.000  1\n"
+                                             b"  G83  CB-1  13C  34.200 0.000  1\n")
+        self.assertEqual(out, table(
+            ["Imported from standard input (CSV)", "Residue 1 here is residue 81 there"], "SPG",
+            ["1 CA 58.400", "2 CA 63.000", "2 CB 34.200", "2 CG 24.500", "3 CA 45.300"]), err)
+        self.assertIn("2 shifts not assigned to a residue left out, such as those of X205\n", err)
+
+    def test_prolines_that_are_called_cis(self):
+        for name in ("cPRO", "pro_cis", "CPR"):
+            _, out, err = self.run_kit("-", data=("resid resname atom shift\n81 SER CA 58.4\n82 %s CA 63\n83 PRO CA 63\n"
+                                                  % name).encode())
+            self.assertIn("DATA SEQUENCE SPP\n", out)
+            self.assertIn("REMARK The file marks as cis peptide bond: P82\n", out, err)
+        # In capitals it is a proline at the end of a chain in some force fields.
+        self.assertNotIn("cis", self.run_kit("-", data=b"resid resname atom shift\n81 SER CA 58.4\n82 CPRO CA 63\n")[1])
 
     def test_residue_labels(self):
         # Beside names of their own, letters after some numbers are insertion codes.

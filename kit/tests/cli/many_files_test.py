@@ -1,7 +1,6 @@
 """Many files: lists of them, folders, choices without a name, and what is said when some fail."""
 import os
 import subprocess
-import unittest
 
 from zorvela_tests import folder, hostile, program
 
@@ -113,7 +112,3 @@ class ManyFiles(folder.InFolder):
             text = program.kit(command, "--help").stdout
             self.assertIn("Usage:", text)
             self.assertEqual([line for line in text.splitlines() if len(line) > 80], [])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,7 +1,6 @@
 """zorvela-kit with less memory than a file needs."""
 import os
 import resource
-import unittest
 
 from zorvela_tests import folder, program
 
@@ -19,7 +18,3 @@ class Memory(folder.InFolder):
                 self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                                  (1, "", "zorvela-kit: out of memory\n"))
                 self.assertFalse(os.path.exists(self.path("out")))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -286,7 +286,3 @@ class ReadErrors(InFolder):
         self.assertEqual((ended.returncode, ended.stderr),
                          (1, "zorvela-kit: /proc/self/mem: cannot be read: Input/output error; check the name and the "
                           "permissions\n"))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

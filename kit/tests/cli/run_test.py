@@ -1,6 +1,5 @@
 """zorvela-kit run as a whole program: streams, exit statuses, formats, order, interruption, terminals."""
 import contextlib
-import csv
 import gzip
 import json
 import math

@@ -192,7 +192,3 @@ class Locale(unittest.TestCase):
                                               env=program.environment(**locale)) for locale in ({}, comma))
                 self.assertIn("0.", plain.stdout)
                 self.assertEqual((changed.stdout, changed.returncode), (plain.stdout, 0))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -7,6 +7,21 @@
 
 namespace {
 
+TEST(Residue, CodesOfNeighbours) {
+  const auto read = [](const char* code) {
+    const auto neighbour = zorvela::readNeighbourCode(code);
+    return neighbour ? neighbour->number + " " + std::to_string(neighbour->offset) : "none";
+  };
+  EXPECT_EQ(read("45-1"), "45 -1");
+  EXPECT_EQ(read("45+0"), "45 0");
+  EXPECT_EQ(read("45+1"), "45 1");
+  EXPECT_EQ(read("-3-1"), "-3 -1");
+  EXPECT_EQ(read("52A-1"), "52A -1");
+  EXPECT_EQ(read("G12-1"), "G12 -1");
+  for (const char* code : {"45", "-1", "+1", "45-12", "45 -1", "G-1", "4-", "", "A"})
+    EXPECT_EQ(read(code), "none") << code;
+}
+
 using zorvela::Atom;
 using zorvela::readAtom;
 using zorvela::residueType;

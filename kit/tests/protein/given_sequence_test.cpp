@@ -63,28 +63,4 @@ TEST(ProteinOfShifts, SaysWhatIsWrong) {
             "HN of residue 1: has two values; keep one of them");
 }
 
-/// The protein of a CSV file with the residues that it has shifts of.
-Protein readRows(const std::string& rows) {
-  return zorvela::readShiftBytes("resid,resname,atom,shift\n" + rows, "f.csv", {}).front();
-}
-
-TEST(OnSequence, PutsShiftsWhereTheirNumbersSay) {
-  const Protein protein = onSequence(readRows("4,LYS,CA,56.1\n6,PRO,CA,63.2\n"), "MKAKVPGK");
-  EXPECT_EQ(protein.sequence, "MKAKVPGK");
-  EXPECT_EQ(shiftsOf(protein), (Texts{"4 CA 56.1", "6 CA 63.2"}));
-}
-
-TEST(OnSequence, FindsTheOnlyPlaceAndKeepsTheNumbers) {
-  const Protein protein = onSequence(readRows("104,LYS,CA,56.1\n105,VAL,CA,62.0\n"), "MKAKVPGK");
-  EXPECT_EQ(shiftsOf(protein), (Texts{"4 CA 56.1", "5 CA 62.0"}));
-  EXPECT_EQ(protein.numbers, (Texts{"101", "102", "103", "104", "105", "106", "107", "108"}));
-}
-
-TEST(OnSequence, RefusesAnotherProtein) {
-  EXPECT_EQ(messageOf([] { onSequence(readRows("4,TRP,CA,56.1\n"), "MKAKVPGK"); }),
-            "f.csv: has other residues than the sequence given: W; give the sequence of this chain");
-  EXPECT_EQ(messageOf([] { onSequence(readRows("50,LYS,CA,56.1\n"), "MKAKVPGK"); }),
-            "f.csv: fits the sequence given in 3 places; number its residues from the first of the sequence");
-}
-
 }  // namespace

@@ -157,7 +157,3 @@ class Evidence(unittest.TestCase):
                 if index == 18 or not (amide or (kind, atom) == ("G", "CB") or kind not in "ACDEFGHIKLMNPQRSTVWYcp"):
                     expected.add(name)
             self.assertEqual(names, expected)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,5 +1,4 @@
 """zorvela-kit run --explain: a block of text below each proline."""
-import unittest
 
 from zorvela_tests import folder, program
 
@@ -58,7 +57,3 @@ class Explain(folder.InFolder):
 
     def test_residue_needs_explain(self):
         self.assertNotEqual(program.run("--residue", "2", program.EXAMPLES[0]).returncode, 0)
-
-
-if __name__ == "__main__":
-    unittest.main()

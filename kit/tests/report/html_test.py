@@ -2,7 +2,6 @@
 
 With --update the stored reports of the examples are written anew.
 """
-import html
 import os
 import re
 import shutil

@@ -22,12 +22,13 @@ def cyana(text):
     return [(None, str(residues[i - 1][1]), str(number)) for i, (name, number) in enumerate(residues) if name == "cPRO"]
 
 
-def cyana_aco(text):
+def angles(text):
+    """Lines of CYANA and of makeANG_RST."""
     bonds = []
     for line in without_comments(text, "#"):
         number, residue, angle, lower, upper = line.split()
-        assert (residue, angle) == ("PRO", "OMEGA") and float(lower) < 0 < float(upper), line
-        bonds.append((None, None, str(int(number))))
+        assert (residue, angle, float(lower), float(upper)) == ("PRO", "OMEGA", -20, 20), line
+        bonds.append((None, None, number))
     return bonds
 
 
@@ -133,15 +134,6 @@ def amber_atoms(text):
     return restraints
 
 
-def amber_angles(text):
-    bonds = []
-    for line in without_comments(text, "#"):
-        number, residue, angle, lower, upper = line.split()
-        assert (residue, angle, float(lower), float(upper)) == ("PRO", "OMEGA", -20, 20)
-        bonds.append((None, None, number))
-    return bonds
-
-
 def bonds_of_atoms(atoms_reader):
     def read(text):
         bonds = []
@@ -170,7 +162,7 @@ def cispep(text):
     return rows
 
 
-READERS = {"cyana": cyana, "cyana-aco": cyana_aco, "cns": cns, "topallhdg": topallhdg, "xplor-python": xplor_python,
+READERS = {"cyana": cyana, "cyana-aco": angles, "cns": cns, "topallhdg": topallhdg, "xplor-python": xplor_python,
            "aria": aria, "tbl": bonds_of_atoms(tbl_atoms), "nef": bonds_of_atoms(nef_atoms),
-           "rosetta": bonds_of_atoms(rosetta_atoms), "amber": amber_angles}
+           "rosetta": bonds_of_atoms(rosetta_atoms), "amber": angles}
 COMMENTS = {"cns": "! ", "topallhdg": "! ", "tbl": "! ", "aria": "<!-- "}

@@ -4,7 +4,6 @@ A case is a file and the copies of the protein that it holds, for each model. Th
 from the coordinates of these copies, not read from the file: what the program says must be the same.
 """
 import math
-import unittest
 
 import made_pair
 import made_structure as made
@@ -234,7 +233,3 @@ class HardModels(made_pair.Case):
         content = text(models(TRANS, broken(TRANS, 17), TRANS, broken(TRANS, 17)))
         self.assertIn("the structure is trans in 2 of 4 models (mean |omega| 180 degrees); no bond in 2 of 4 models (2, 4).",
                       self.rows("model.pdb", content)[17]["structure_sentence"])
-
-
-if __name__ == "__main__":
-    unittest.main()

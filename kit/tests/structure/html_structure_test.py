@@ -1,7 +1,6 @@
 """zorvela-kit run --format html --structure: the report says where the structure agrees and where it does not."""
 import re
 import sys
-import unittest
 
 import made_pair
 import made_structure as made
@@ -159,7 +158,3 @@ class Words(Case):
         self.put(name, text)
         page = self.page("shifts.tab", "--structure", name)
         self.assertIn("&lt;b onclick=x&gt;&amp;.cif, chain &lt;i&gt; (40 of 40", page)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,7 +1,6 @@
 """zorvela-kit label: labels from structures that are built from chosen omegas."""
 import csv
 import os
-import unittest
 
 import made_structure as made
 from zorvela_tests import folder, program

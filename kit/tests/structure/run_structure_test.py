@@ -2,7 +2,6 @@
 import gzip
 import json
 import os
-import unittest
 
 import jsonschema
 
@@ -429,7 +428,3 @@ class Document(Case):
         proline = json.loads(program.SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]
         for name in proline["verdict"]["enum"]:
             self.assertIn("\n| `%s`" % name, document)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -52,7 +52,3 @@ class Constants(unittest.TestCase):
         for line in printed[:-1]:
             self.assertIn(code(line.rstrip(",")), source)
         self.assertIn(printed[-1], text_of("doc", "accuracy.md"))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,15 +1,17 @@
 // zorvela-study: trials behind the figures of doc/accuracy.md. For developers, not installed.
+#include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "predict/tables.h"
 #include "train/evaluation.h"
-#include "train/evaluation_groups.h"
 #include "train/published_tables.h"
 #include "train/study/formatted.h"
 #include "train/study/referencing_study.h"
+#include "train/study/sequence_study.h"
 
 namespace zorvela {
 
@@ -73,17 +75,27 @@ void tryOffsets(const std::string& folder) {
     }
 }
 
+void fitSequences(const std::string& folder) {
+  std::vector<std::string> tables;
+  for (const auto& entry : std::filesystem::directory_iterator(folder + "/entries"))
+    tables.push_back(entry.path().string());
+  std::sort(tables.begin(), tables.end());
+  writeSequenceFits(std::cout, tables);
+}
+
 int run(const std::vector<std::string>& words) {
   const std::string command = words.empty() ? "" : words[0];
   if (command == "offsets" && words.size() == 2)
     tryOffsets(words[1]);
+  else if (command == "sequence" && words.size() == 2)
+    fitSequences(words[1]);
   else if (command == "referencing" && words.size() == 3)
     writeReferencing(std::cout, dataOfTables(words[1], words[2]));
   else if (command == "relations" && words.size() == 3)
     fitAllRelations(dataOfTables(words[1], words[2]));
   else {
     std::cerr
-        << "usage: zorvela-study offsets DATA | referencing DATA TAB | relations DATA TAB\n"
+        << "usage: zorvela-study offsets DATA | sequence DATA | referencing DATA TAB | relations DATA TAB\n"
            "DATA: the folder with entries/, prolines.csv and the published data; TAB: the reference tables\n";
     return 2;
   }

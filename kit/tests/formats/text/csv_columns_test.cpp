@@ -46,16 +46,40 @@ TEST(CsvColumns, OneColumnPerAtom) {
   const auto columns = zorvela::readColumns({"resid", "aa", "N", "HN", "CA", "comment"});
   EXPECT_TRUE(columns.areEnough());
   ASSERT_EQ(columns.atoms.size(), 3U);
-  EXPECT_EQ(columns.atoms[0], (std::pair<std::size_t, std::string>{2, "N"}));
-  EXPECT_EQ(columns.atoms[2], (std::pair<std::size_t, std::string>{4, "CA"}));
+  EXPECT_EQ(columns.atoms[0].column, 2U);
+  EXPECT_EQ(columns.atoms[0].atom, "N");
+  EXPECT_EQ(columns.atoms[2].column, 4U);
+  EXPECT_EQ(columns.atoms[2].atom, "CA");
   // "delta" beside them is no column of shifts, and "name" is the residue's.
   const auto wide = zorvela::readColumns({"resid", "name", "N", "CA", "delta"});
   EXPECT_FALSE(wide.areLong());
   EXPECT_EQ(wide.name, 1U);
 }
 
+/// The atom of a column with the shifts of its own residue.
+std::string atomOfColumn(const char* name) {
+  const zorvela::ColumnAtom atom = zorvela::atomOfColumn(name);
+  return atom.offset && !atom.atom.empty() ? "another residue" : atom.atom;
+}
+
+TEST(CsvColumns, AtomsOfNeighbours) {
+  for (const char* name : {"CA-1", "CA(i-1)", "CA (i-1)", "CA[i-1]", "CAi-1", "CA(-1)", "CA_i-1",
+                           "CA-1 (ppm)", "C\u03b1(i\u22121)", "13CA(i-1)"}) {
+    EXPECT_EQ(zorvela::atomOfColumn(name).atom, "CA") << name;
+    EXPECT_EQ(zorvela::atomOfColumn(name).offset, -1) << name;
+  }
+  EXPECT_EQ(zorvela::atomOfColumn("HA-1").atom, "HA");
+  EXPECT_EQ(zorvela::atomOfColumn("HN-1").atom, "HN");
+  EXPECT_EQ(zorvela::atomOfColumn("N-1").atom, "N");
+  EXPECT_EQ(zorvela::atomOfColumn("CO+1").offset, 1);
+  EXPECT_EQ(zorvela::atomOfColumn("CB+0").offset, 0);
+  const auto protons = zorvela::readColumns({"resid", "aa", "HA-1", "HA-2", "CA-1"});
+  ASSERT_EQ(protons.atoms.size(), 3U);
+  EXPECT_EQ(protons.atoms[0].atom, "HA1");
+  EXPECT_FALSE(protons.atoms[0].offset);
+}
+
 TEST(CsvColumns, AtomsUnderOtherNames) {
-  using zorvela::atomOfColumn;
   for (const char* name : {"CA",       "ca",
                            "C\u03b1",  "CA (ppm)",
                            "CA [ppm]", "CA_ppm",
@@ -72,12 +96,11 @@ TEST(CsvColumns, AtomsUnderOtherNames) {
   for (const char* name : {"CG", "CG(Pro)", "Pro CG", "C\u03b3", "Cgamma"})
     EXPECT_EQ(atomOfColumn(name), "CG") << name;
   for (const char* name : {"H", "HN", "1HN", "H (ppm)"}) EXPECT_EQ(atomOfColumn(name), "HN") << name;
-  EXPECT_EQ(atomOfColumn("15N"), "N");
+  for (const char* name : {"15N", "N15", "N"}) EXPECT_EQ(atomOfColumn(name), "N") << name;
   EXPECT_EQ(atomOfColumn("HA2"), "HA2");
-  // Any carbon, a difference, a letter that was lost, a side chain, the residue before, or more than the
-  // atom.
+  // Any carbon, a difference, a letter that was lost, a side chain, or more than the atom.
   for (const char* name : {"13C", "\u0394CA", "\u2206CA", "C?", "C\ufffd", "CD", "CA error", "CA-CB", "NH",
-                           "CB(Cys)", "CA(i-1)", "CAi-1", "CA-1", "CA(-1)", "CA(i+1)", "(i)", ""})
+                           "CB(Cys)", "(i)", "-1", "13C-1", "1H-15N", ""})
     EXPECT_EQ(atomOfColumn(name), "") << name;
 }
 

@@ -1,0 +1,293 @@
+#include "formats/sequence_file.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "formats/format.h"
+#include "formats/input_bytes.h"
+#include "formats/star/star_document.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr const char* kRemedy =
+    "give FASTA, one-letter text, residue names with numbers (.seq), NMR-STAR or NEF";
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+[[noreturn]] void throwNoSequence(const std::string& file, std::size_t number, std::string_view line) {
+  throw FileError(file, number, "is not a sequence: \"" + printable(trimmed(line), 60) + "\"", kRemedy);
+}
+
+std::vector<std::string> wordsOf(std::string_view line) {
+  std::istringstream stream{std::string(line)};
+  std::vector<std::string> words;
+  for (std::string word; stream >> word;) words.push_back(std::move(word));
+  return words;
+}
+
+// --- Names with numbers -------------------------------------------------------------------------
+
+/// A residue of a .seq file. Its number is that of the one before and one more where the file has none.
+struct NamedResidue {
+  std::string name;
+  std::string chain;
+  long number = 1;
+
+  bool isSpinSystem() const { return name == "SS"; }
+  bool isResidue() const { return !isSpinSystem() && !isLinker(name); }
+};
+
+/// "cPRO", "ARG+", "pro_cis", "LL5".
+bool looksLikeName(const std::string& word) {
+  constexpr std::size_t kLongestName = 8;
+  return word.size() > 1 && word.size() <= kLongestName && isLetter(word[0]) &&
+         std::all_of(word.begin(), word.end(), [](char c) {
+           return isLetter(c) || isDigit(c) || contains("+-_", {&c, 1});
+         });
+}
+
+/// The rows of a .seq file as they come: names, each with a number or without.
+class NameList {
+ public:
+  /// False for a line of anything else.
+  bool add(std::string_view line) {
+    bool hasName = false;
+    bool hasNumber = false;
+    for (const std::string& word : wordsOf(line.substr(0, line.find_first_of("#!\"")))) {
+      const bool isNumbered = hasName && !hasNumber && setNumber(word);
+      hasNumber = hasNumber || isNumbered;
+      if (isNumbered || (hasNumber && toInteger(word))) continue;  // a spin system may follow the number
+      if (!looksLikeName(word)) return false;
+      addName(word);
+      hasName = true;
+      hasNumber = false;
+    }
+    return true;
+  }
+
+  /// Whether most are names of amino acids, so that this is no other text in words.
+  bool isSequence() const { return residues.size() > 1 && known * 2 > residues.size(); }
+  std::size_t size() const { return residues.size(); }
+
+  void moveTo(SequenceFile& sequence) const {
+    for (const NamedResidue& one : residues) {
+      if (one.isSpinSystem()) sequence.spinSystems.insert(static_cast<int>(one.number));
+      if (!one.isResidue()) continue;
+      std::vector<FileResidue>& chain = chainOf(one.chain, sequence).residues;
+      FileResidue residue;
+      residue.key = std::to_string(chain.size() + 1);
+      residue.name = one.name;
+      if (areNumbered) residue.number = std::to_string(one.number);
+      chain.push_back(std::move(residue));
+    }
+  }
+
+ private:
+  void addName(const std::string& name) {
+    const bool isFirst = residues.empty();
+    residues.push_back(
+        {name, isFirst ? "" : residues.back().chain, isFirst ? 1 : residues.back().number + 1});
+    if (residueType(name).letter != kUnknownResidue || !residues.back().isResidue()) ++known;
+  }
+
+  /// "171", or "A12" of chain A.
+  bool setNumber(const std::string& word) {
+    const std::size_t start = std::min(word.find_first_of("-0123456789"), word.size());
+    const auto number = toInteger(word.substr(start));
+    const bool isName = residueType(word).letter != kUnknownResidue || isLinker(word);
+    if (!number || isName ||
+        !std::all_of(word.begin(), word.begin() + static_cast<std::ptrdiff_t>(start), isLetter))
+      return false;
+    residues.back().chain = word.substr(0, start);
+    residues.back().number = *number;
+    areNumbered = true;
+    return true;
+  }
+
+  static FileChain& chainOf(const std::string& name, SequenceFile& sequence) {
+    std::vector<FileChain>& chains = sequence.chains;
+    const auto found = std::find_if(chains.begin(), chains.end(),
+                                    [&](const FileChain& chain) { return chain.name == name; });
+    if (found != chains.end()) return *found;
+    checkLimit(chains.size() + 1, limits::kChains, sequence.file);
+    chains.emplace_back();
+    chains.back().name = name;
+    return chains.back();
+  }
+
+  std::vector<NamedResidue> residues;
+  std::size_t known = 0;
+  bool areNumbered = false;
+};
+
+/// False for a text of another kind.
+bool readNames(std::string_view text, SequenceFile& sequence) {
+  NameList names;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    if (!names.add(*line)) return false;
+    checkLimit(names.size(), limits::kResidues, sequence.file);
+  }
+  if (!names.isSequence()) return false;
+  names.moveTo(sequence);
+  return true;
+}
+
+// --- Letters ------------------------------------------------------------------------------------
+
+/// One-letter residues; a lower-case c is the cysteine of a disulfide bond where others are capitals.
+class LetterReader {
+ public:
+  explicit LetterReader(std::string_view text)
+      : isCaseKept(std::any_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) {}
+
+  /// False for a line of anything else. Numbers may count the letters before or after them.
+  bool add(std::string_view line, std::vector<FileResidue>& residues) const {
+    for (const std::string& word : wordsOf(line)) {
+      const auto count = toInteger(word);
+      const auto size = static_cast<int>(residues.size());
+      if (count && (*count == size || *count == size + 1)) continue;
+      for (const char letter : word) {
+        if (letter == '*') continue;  // the end of a chain
+        if (!isLetter(letter) && letter != kUnknownResidue) return false;
+        FileResidue residue;
+        const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
+        residue.key = std::to_string(residues.size() + 1);
+        residue.name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
+        residues.push_back(std::move(residue));
+      }
+    }
+    return true;
+  }
+
+ private:
+  bool isCaseKept;
+};
+
+/// The text after a label of a FASTA header, such as "START:", up to the next bar or comma.
+std::string valueIn(std::string_view header, std::string_view label) {
+  const std::size_t at = upper(header).find(label);
+  if (at == std::string::npos) return "";
+  const std::string_view rest = trimmed(header.substr(at + label.size()));
+  return std::string(trimmed(rest.substr(0, rest.find_first_of("|,["))));
+}
+
+/// A chain by its FASTA header, which may say "CHAIN: A", "Chain A" or "Chains A, B".
+FileChain chainOfHeader(std::string_view header) {
+  FileChain chain;
+  for (const char* label : {"CHAIN:", "|CHAIN ", "|CHAINS "})
+    if (chain.name.empty()) chain.name = valueIn(header, label);
+  if (chain.name.empty()) chain.name = header.substr(0, header.find_first_of(" \t|"));
+  chain.name = printable(chain.name, kLongestNameKept);
+  return chain;
+}
+
+void numberFrom(int first, std::vector<FileResidue>& residues) {
+  for (std::size_t i = 0; i < residues.size(); ++i)
+    residues[i].number = std::to_string(first + static_cast<long>(i));
+}
+
+void readLetters(std::string_view text, SequenceFile& sequence) {
+  const LetterReader reader(text);
+  std::optional<int> first;
+  const auto endChain = [&] {
+    if (first && !sequence.chains.empty()) numberFrom(*first, sequence.chains.back().residues);
+  };
+  std::size_t number = 0;
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
+    ++number;
+    const std::string_view core = trimmed(*line);
+    if (!core.empty() && core.front() == '>') {
+      endChain();
+      first = toInteger(valueIn(core, "START:"));
+      sequence.chains.push_back(chainOfHeader(trimmed(core.substr(1))));
+      checkLimit(sequence.chains.size(), limits::kChains, sequence.file, number);
+      continue;
+    }
+    if (core.empty()) continue;
+    if (sequence.chains.empty()) sequence.chains.emplace_back();
+    if (!reader.add(core, sequence.chains.back().residues)) throwNoSequence(sequence.file, number, core);
+    checkLimit(sequence.chains.back().residues.size(), limits::kSequence, sequence.file, number);
+  }
+  endChain();
+}
+
+// --- All ----------------------------------------------------------------------------------------
+
+void readStar(std::string text, SequenceFile& sequence) {
+  for (const Source& source : sourcesOf(std::move(text), sequence.file))
+    for (FileChain& chain : readSource(source).chains) sequence.chains.push_back(std::move(chain));
+}
+
+/// Chains of other molecules and empty ones are none.
+void keepProteins(SequenceFile& sequence) {
+  std::vector<FileChain>& chains = sequence.chains;
+  const auto isNone = [](const FileChain& chain) {
+    return chain.residues.empty() || chain.polymer == Polymer::other;
+  };
+  chains.erase(std::remove_if(chains.begin(), chains.end(), isNone), chains.end());
+  if (chains.empty()) throw FileError(sequence.file, 0, "has no residue", kRemedy);
+  std::size_t residues = 0;
+  for (const FileChain& chain : chains) {
+    residues += chain.residues.size();
+    checkLimit(chain.residues.size(), limits::kSequence, sequence.file);
+  }
+  checkLimit(residues, limits::kResidues, sequence.file);
+}
+
+}  // namespace
+
+SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
+  SequenceFile sequence;
+  sequence.file = file;
+  std::string text = unpacked(std::move(bytes), file);
+  if (text.rfind(kByteOrderMark, 0) == 0) text.erase(0, kByteOrderMark.size());
+  if (isStar(text))
+    readStar(std::move(text), sequence);
+  else if (!readNames(text, sequence))
+    readLetters(text, sequence);
+  keepProteins(sequence);
+  return sequence;
+}
+
+std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
+  if (one.chains.size() != other.chains.size()) return "another number of chains";
+  for (std::size_t c = 0; c < one.chains.size(); ++c) {
+    const std::vector<FileResidue>& residues = one.chains[c].residues;
+    const std::vector<FileResidue>& others = other.chains[c].residues;
+    const auto differ = [](const FileResidue& a, const FileResidue& b) {
+      return polypeptideResidue(a.name).letter != polypeptideResidue(b.name).letter;
+    };
+    const std::size_t common = std::min(residues.size(), others.size());
+    for (std::size_t i = 0; i < common; ++i)
+      if (differ(residues[i], others[i]))
+        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) + " and " +
+               printable(others[i].name, 20);
+    if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
+  }
+  return {};
+}
+
+bool looksLikeSequence(std::string_view head) {
+  if (!head.empty() && head.front() == '>') return true;
+  constexpr std::size_t kFewestLetters = 10;
+  const auto isCapital = [](const FileResidue& one) {
+    return contains(kAminoAcids, one.name) || one.name == "X";
+  };
+  SequenceFile found;
+  try {
+    if (readNames(head, found)) return true;
+    readLetters(head, found);
+  } catch (const FileError&) {
+    return false;
+  }
+  if (found.chains.empty() || head != upper(head)) return false;
+  const std::vector<FileResidue>& letters = found.chains.front().residues;
+  return letters.size() >= kFewestLetters && std::all_of(letters.begin(), letters.end(), isCapital);
+}
+
+}  // namespace zorvela

@@ -1,0 +1,99 @@
+// Sequences from the files that lie beside shift lists.
+#include "formats/sequence_file.h"
+
+#include <gtest/gtest.h>
+
+#include "message_of.h"
+
+namespace {
+
+using zorvela::looksLikeSequence;
+using zorvela::SequenceFile;
+
+SequenceFile read(const std::string& text) {
+  return zorvela::sequenceFileOf(text, "x.seq");
+}
+
+/// "A: GLY11 SER12; B: PRO1" of all chains.
+std::string chains(const SequenceFile& sequence) {
+  std::string all;
+  for (const zorvela::FileChain& chain : sequence.chains) {
+    all += (all.empty() ? "" : "; ") + chain.name + ":";
+    for (const zorvela::FileResidue& residue : chain.residues) all += " " + residue.name + residue.number;
+  }
+  return all;
+}
+
+TEST(SequenceFile, HasNamesAndNumbers) {
+  EXPECT_EQ(chains(read("GLY    11\nSER    12\nCYSS   15\ncPRO   19\n")), ": GLY11 SER12 CYSS15 cPRO19");
+}
+
+TEST(SequenceFile, CountsOnWhereNumbersAreMissing) {
+  EXPECT_EQ(chains(read("GLY 11 SER ILE\nPRO\nCYSS 20 LEU\n")), ": GLY11 SER12 ILE13 PRO14 CYSS20 LEU21");
+  EXPECT_EQ(chains(read("ala 10\nala\nglu\n")), ": ala10 ala11 glu12");
+  EXPECT_EQ(chains(read("GLY\nSER 12\n")), ": GLY1 SER12");
+}
+
+TEST(SequenceFile, HasNoNumbersWhereNamesStandAlone) {
+  EXPECT_EQ(chains(read("MET GLN TYR\nLYS PRO\n")), ": MET GLN TYR LYS PRO");
+}
+
+TEST(SequenceFile, PassesOverCommentsAndWhatIsNoResidue) {
+  const SequenceFile sequence =
+      read("# of the domain\n\nGLY 1 7\nPRO 2 8 \"seen\"  # cis?\nSS 901\nSS 902\n");
+  EXPECT_EQ(chains(sequence), ": GLY1 PRO2");
+  EXPECT_EQ(sequence.spinSystems, (std::set<int>{901, 902}));
+  EXPECT_EQ(chains(read("GLY 1\nPL 2\nLL5 3\nLP 4\nPRO 5\n")), ": GLY1 PRO5");
+}
+
+TEST(SequenceFile, TakesChainsFromNumbers) {
+  EXPECT_EQ(chains(read("HIS A1\nPRO A2\nGLY B7\n")), "A: HIS1 PRO2; B: GLY7");
+}
+
+TEST(SequenceFile, IsFasta) {
+  EXPECT_EQ(chains(read(">protein\nMQ\nIP*\n")), "protein: M Q I P");
+  EXPECT_EQ(chains(read(">one\nMQ\n\n> two of them\nGP\n")), "one: M Q; two: G P");
+  EXPECT_EQ(chains(read(">2LYS_1|Chain A|Protein|Organism\nMQ\n>2LYS_2|Chains B, C|Other\nGP\n")),
+            "A: M Q; B: G P");
+  EXPECT_EQ(chains(read(">name NEFPLS | CHAIN: A | START: -2\nMQ\n")), "A: M-2 Q-1");
+}
+
+TEST(SequenceFile, IsOneLetterText) {
+  EXPECT_EQ(chains(read("MQIF VKX\n  PG\n")), ": M Q I F V K X P G");
+  EXPECT_EQ(chains(read("        1 mqif\n        5 vk\n")), ": M Q I F V K");
+  EXPECT_EQ(chains(read("MAcP")), ": M A CYSS P");
+}
+
+TEST(SequenceFile, IsStar) {
+  EXPECT_EQ(chains(read("data_x\nsave_s\nloop_\n_nef_sequence.index\n_nef_sequence.chain_code\n"
+                        "_nef_sequence.sequence_code\n_nef_sequence.residue_name\n"
+                        "1 A 17 MET\n2 A 18 PRO\nstop_\nsave_\n")),
+            "A: MET17 PRO18");
+}
+
+TEST(SequenceFile, SaysWhatIsWrong) {
+  const auto message = [](const std::string& text) { return messageOf([&] { read(text); }); };
+  const std::string remedy =
+      "; give FASTA, one-letter text, residue names with numbers (.seq), NMR-STAR or NEF";
+  EXPECT_EQ(message("1 17.2 N 5\n"), "x.seq:1: is not a sequence: \"1 17.2 N 5\"" + remedy);
+  EXPECT_EQ(message("1 MET\n2 GLN\n3 PRO\n"), "x.seq:2: is not a sequence: \"2 GLN\"" + remedy);
+  EXPECT_EQ(message(">a\nMQ\nI_F\n"), "x.seq:3: is not a sequence: \"I_F\"" + remedy);
+  EXPECT_EQ(message(""), "x.seq: has no residue" + remedy);
+  EXPECT_EQ(message(">a\n"), "x.seq: has no residue" + remedy);
+  EXPECT_NE(message(std::string(40001, 'A')).find("has a sequence of more than 40000 residues"),
+            std::string::npos);
+}
+
+TEST(LooksLikeSequence, OnlyWithCertainty) {
+  EXPECT_TRUE(looksLikeSequence(">anything\n"));
+  EXPECT_TRUE(looksLikeSequence("# of the domain\nGLY 11\nSER 12\nSS 901\n"));
+  EXPECT_TRUE(looksLikeSequence("MQIFVKTLTG KTITLEVEPS\n"));
+  EXPECT_FALSE(looksLikeSequence("mqifvktltg\n"));
+  EXPECT_FALSE(looksLikeSequence("THE CAT SAT ON THE MAT\n"));
+  EXPECT_FALSE(looksLikeSequence("1 GLY\n2 SER\n"));
+  EXPECT_FALSE(looksLikeSequence("   1   8.460 0.005 HN    171\n"));
+  EXPECT_FALSE(looksLikeSequence("resid,resname,atom,shift\n"));
+  EXPECT_FALSE(looksLikeSequence(""));
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+#include "train/study/sequence_study.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "protein/sequence_fit.h"
+#include "train/study/formatted.h"
+#include "zorvela/read.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr long kFarthest = 30;
+constexpr long kFarthestOfOther = 10;
+
+/// Atoms that a list may have alone.
+struct AtomSet {
+  const char* name;
+  std::vector<Atom> atoms;
+};
+
+const std::vector<AtomSet>& atomSets() {
+  static const std::vector<AtomSet> sets = {
+      {"N HN HA C CA CB", {Atom::N, Atom::HN, Atom::HA, Atom::HA2, Atom::HA3, Atom::C, Atom::CA, Atom::CB}},
+      {"N HN CA CB", {Atom::N, Atom::HN, Atom::CA, Atom::CB}},
+      {"N HN", {Atom::N, Atom::HN}}};
+  return sets;
+}
+
+/// The shifts of some atoms, without their residue names.
+std::vector<ResidueEvidence> evidenceOf(const Protein& protein, const std::vector<Atom>& atoms) {
+  std::map<long, std::uint32_t> byNumber;
+  Exclusion exclusion;
+  for (const Shift& shift : protein.shifts) {
+    if (std::find(atoms.begin(), atoms.end(), shift.atom) == atoms.end()) continue;
+    FileShift row;
+    row.atom = nameOf(shift.atom);
+    row.value = shiftText(shift);
+    byNumber[shift.position] |= exclusion.of(row);
+  }
+  std::vector<ResidueEvidence> evidence;
+  for (const auto& [number, excluded] : byNumber) evidence.push_back({number, excluded});
+  return evidence;
+}
+
+/// Fewest residues in conflict where the sequence begins with one of the numbers, but not with 1 if that is
+/// left out.
+std::size_t fewestConflicts(const std::string& letters, const std::vector<ResidueEvidence>& evidence,
+                            long farthest, bool isTrueLeftOut) {
+  std::size_t fewest = evidence.size();
+  for (long moved = -farthest; moved <= farthest; ++moved)
+    if (moved != 0 || !isTrueLeftOut)
+      fewest = std::min(fewest, countConflicts({1, letters}, 1 + moved, evidence, fewest));
+  return fewest;
+}
+
+double quantile(std::vector<double> values, double share) {
+  std::sort(values.begin(), values.end());
+  return values[static_cast<std::size_t>(share * static_cast<double>(values.size() - 1))];
+}
+
+void writeFits(std::ostream& out, const std::vector<Protein>& proteins, const AtomSet& set) {
+  int best = 0;
+  int ties = 0;
+  std::vector<double> ofTrue;
+  std::vector<double> ofWrong;
+  std::vector<double> ofOther;
+  for (std::size_t i = 0; i < proteins.size(); ++i) {
+    const auto evidence = evidenceOf(proteins[i], set.atoms);
+    if (evidence.empty()) continue;
+    const auto share = [&](std::size_t count) {
+      return static_cast<double>(count) / static_cast<double>(evidence.size());
+    };
+    const std::size_t here = countConflicts({1, proteins[i].sequence}, 1, evidence, evidence.size());
+    const std::size_t elsewhere = fewestConflicts(proteins[i].sequence, evidence, kFarthest, true);
+    best += here < elsewhere ? 1 : 0;
+    ties += here == elsewhere ? 1 : 0;
+    ofTrue.push_back(share(here));
+    ofWrong.push_back(share(elsewhere));
+    const std::string& other = proteins[(i + proteins.size() / 2) % proteins.size()].sequence;
+    ofOther.push_back(share(fewestConflicts(other, evidence, kFarthestOfOther, false)));
+  }
+  const auto above =
+      std::count_if(ofTrue.begin(), ofTrue.end(), [](double one) { return one > kMostInConflict; });
+  const auto below =
+      std::count_if(ofOther.begin(), ofOther.end(), [](double one) { return one <= kMostInConflict; });
+  const int size = static_cast<int>(ofTrue.size());
+  out << formatted("| %s | %d | %d | %d | %d | %.3f | %.3f | %.3f | %.3f | %.3f | %d | %d |\n", set.name,
+                   size, best, ties, size - best - ties, quantile(ofTrue, 0.99), quantile(ofWrong, 0.5),
+                   quantile(ofWrong, 0.01), quantile(ofOther, 0.5), quantile(ofOther, 0.05),
+                   static_cast<int>(above), static_cast<int>(below));
+}
+
+}  // namespace
+
+void writeSequenceFits(std::ostream& out, const std::vector<std::string>& tables) {
+  std::vector<Protein> proteins;
+  for (const std::string& table : tables) proteins.push_back(std::move(readShiftFile(table, {}).front()));
+  out << "| atoms | tables | own numbers best | tie | others better | own, 99 % | wrong number, median | 1 % "
+         "| other "
+         "sequence, median | 5 % | own above the bound | other below it "
+         "|\n|---|---|---|---|---|---|---|---|---|---|---|---|\n";
+  for (const AtomSet& set : atomSets()) writeFits(out, proteins, set);
+}
+
+}  // namespace zorvela

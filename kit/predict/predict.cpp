@@ -170,6 +170,7 @@ ProteinResult Predictor::predict(const Protein& protein) const {
   result.chain = protein.chain;
   result.list = protein.list;
   result.length = static_cast<int>(protein.sequence.size());
+  result.sequence = protein.sequence;
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.numbers = protein.numbers;
   result.notes = protein.notes;

@@ -29,10 +29,9 @@ constexpr double kWorthSaying = 0.005;
 
 struct Line {
   std::string name;
-  std::string observed, cis, trans;
   double nats = 0;
+  ShiftTexts texts = {};
   bool clipped = false;
-  std::string corrected = {};
 };
 
 std::string right(const std::string& text, std::size_t width) {
@@ -43,34 +42,14 @@ std::string left(const std::string& text, std::size_t width) {
   return text + std::string(width - std::min(width, text.size()), ' ');
 }
 
-std::string ppm(std::optional<double> shift, int index) {
-  return shift ? fixedText(*shift, decimalsOf(atomName(index))) : "";
-}
-
-Line shiftLine(const ProlineResult& proline, int index) {
-  const ShiftContribution& shift = proline.evidence->shift(index);
-  Line line;
-  line.name = shiftName(proline, index);
-  if (shift.observed) line.observed = ppm(static_cast<double>(*shift.observed), index);
-  line.cis = ppm(expectedShift(shift, shift.cis, index), index);
-  line.trans = ppm(expectedShift(shift, shift.trans, index), index);
-  if (shift.corrected) line.corrected = ppm(static_cast<double>(*shift.corrected), index);
-  line.nats = shift.nats;
-  line.clipped = shift.clipped;
-  return line;
-}
-
 /// The largest contributions, in the order of the triplet.
 std::vector<Line> linesOf(const ProlineResult& proline) {
   const Evidence& evidence = *proline.evidence;
-  std::vector<Line> lines = {{evidence.before.name + " before", "", "", "", evidence.before.nats}};
-  for (int index = 0; index <= kIndexCG; ++index) {
-    // CG stands beside CB.
-    if (index == kIndexCB + 1 && evidence.shift(kIndexCG).secondary)
-      lines.push_back(shiftLine(proline, kIndexCG));
-    if (index != kIndexCG && evidence.shift(index).secondary) lines.push_back(shiftLine(proline, index));
-  }
-  lines.push_back({evidence.after.name + " after", "", "", "", evidence.after.nats});
+  std::vector<Line> lines = {{evidence.before.name + " before", evidence.before.nats}};
+  for (const int index : shiftOrder())
+    if (const ShiftContribution& shift = evidence.shift(index); shift.secondary)
+      lines.push_back({shiftName(proline, index), shift.nats, shiftTexts(shift, index), shift.clipped});
+  lines.push_back({evidence.after.name + " after", evidence.after.nats});
 
   std::vector<double> sizes;
   for (const Line& line : lines) sizes.push_back(std::fabs(line.nats));
@@ -100,11 +79,12 @@ std::string natsText(double nats) {
 }
 
 std::string textOf(const Line& line, bool withCorrected) {
-  std::string text =
-      kIndent + left(printable(line.name, kNameWidth), kNameWidth) + right(line.observed, kNumberWidth) +
-      (withCorrected ? right(line.corrected, kCorrectedWidth) : "") + (line.clipped ? "*" : " ") +
-      right(line.cis, kNumberWidth) + right(line.trans, kNumberWidth) +
-      right(natsText(line.nats), kNumberWidth) + "  " + barOf(line.nats);
+  std::string text = kIndent + left(printable(line.name, kNameWidth), kNameWidth) +
+                     right(line.texts.observed, kNumberWidth) +
+                     (withCorrected ? right(line.texts.corrected, kCorrectedWidth) : "") +
+                     (line.clipped ? "*" : " ") + right(line.texts.cis, kNumberWidth) +
+                     right(line.texts.trans, kNumberWidth) + right(natsText(line.nats), kNumberWidth) + "  " +
+                     barOf(line.nats);
   text.erase(text.find_last_not_of(' ') + 1);
   return text + '\n';
 }
@@ -151,15 +131,14 @@ std::string explained(const ProlineResult& proline) {
   if (const std::string figures = howOftenRight(proline); !figures.empty()) text += wrapped(figures);
   if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
   const std::vector<Line> lines = linesOf(proline);
-  const bool withCorrected = std::any_of(proline.evidence->shifts.begin(), proline.evidence->shifts.end(),
-                                         [](const ShiftContribution& shift) { return shift.corrected; });
+  const bool withCorrected = hasCorrected(*proline.evidence);
   text += kIndent + left("ppm, nats", kNameWidth) + right("observed", kNumberWidth) +
           (withCorrected ? right("corrected", kCorrectedWidth) : "") + " " + right("cis", kNumberWidth) +
           right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " + right("trans", kBarWidth) +
           "|cis\n";
-  text += textOf({"1 in 20 are cis", "", "", "", Evidence::prior()}, withCorrected);
+  text += textOf({"1 in 20 are cis", Evidence::prior()}, withCorrected);
   for (const Line& line : lines) text += textOf(line, withCorrected);
-  text += textOf({"sum", "", "", "", proline.evidence->logOdds()}, withCorrected);
+  text += textOf({"sum", proline.evidence->logOdds()}, withCorrected);
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
     text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
   return text + wrapped(shown(missingText(proline)));

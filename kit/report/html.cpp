@@ -2,15 +2,17 @@
 // its cards and its table, then how to read it.
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <map>
 #include <ostream>
+#include <set>
 
+#include "report/html_chain.h"
+#include "report/html_pieces.h"
 #include "report/html_style.h"
-#include "report/measured_calls.h"
+#include "report/origin.h"
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "report/walk.h"
-#include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/report.h"
@@ -20,352 +22,117 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kNotesShown = 5;
-/// Probabilities that would be printed as 0.000 or 1.000.
-constexpr double kSmallest = 0.0005;
-/// A smaller chance would be printed as 0 %.
-constexpr double kSmallestChance = 0.005;
+/// A chain with its name and its place in the page.
+struct NamedChain {
+  const ProteinResult* protein;
+  std::string name;
+  std::string id;
+};
 
-// --- Small pieces -------------------------------------------------------------------------------
-
-std::string classed(const std::string& cssClass) {
-  return cssClass.empty() ? "" : " class=\"" + cssClass + "\"";
-}
-
-std::string paragraph(const std::string& text, const std::string& cssClass = "") {
-  return "<p" + classed(cssClass) + ">" + escaped(text) + "</p>\n";
-}
-
-std::string bulletList(const std::vector<std::string>& items) {
-  std::string list = "<ul>\n";
-  for (const std::string& item : items) list += "<li>" + escaped(item) + "</li>\n";
-  return list + "</ul>\n";
-}
-
-using Cells = std::vector<std::string>;
-
-/// A table of cells that are markup. `classes` are those of the columns; a title stands to the right (r)
-/// where its cells do.
-std::string htmlTable(const Cells& titles, const Cells& classes, const std::vector<Cells>& rows,
-                      const std::string& cssClass = "") {
-  std::string text = "<div class=\"wide\"><table" + classed(cssClass) + "><thead><tr>";
-  for (std::size_t i = 0; i < titles.size(); ++i)
-    text += "<th" + classed(classes[i][0] == 'r' ? classes[i] : "") + ">" + titles[i] + "</th>";
-  text += "</tr></thead>\n<tbody>\n";
-  for (const Cells& row : rows) {
-    text += "<tr>";
-    for (std::size_t i = 0; i < row.size(); ++i) text += "<td" + classed(classes[i]) + ">" + row[i] + "</td>";
-    text += "</tr>\n";
+std::vector<NamedChain> chainsOf(const RunReport& report) {
+  Origin origin(report);
+  if (report.files.size() == 1) {
+    const std::string& file = report.files.front().file;
+    origin.folder = file.substr(0, file.size() - baseName(file).size());
   }
-  return text + "</tbody></table></div>\n";
-}
-
-std::string fold(const std::string& title, const std::string& content) {
-  return "<details><summary>" + title + "</summary>\n" + content + "</details>\n";
-}
-
-std::string symbol(Call call) {
-  return R"(<svg class="i" viewBox="-7 -7 14 14" aria-hidden="true"><use href="#)" + letterOf(call) +
-         R"("/></svg>)";
-}
-
-std::string probability(const std::optional<float>& value) {
-  if (!value) return "–";
-  const auto p = static_cast<double>(*value);
-  if (p < kSmallest) return "< 0.001";
-  return p >= 1 - kSmallest ? "> 0.999" : fixedText(p, 3);
-}
-
-std::string asSentence(const std::string& text) {
-  return upper(text.substr(0, 1)) + text.substr(1) + ".";
-}
-
-std::string residueName(const std::string& name, const std::string& number) {
-  return name.empty() ? "–" : name + number;
-}
-
-std::size_t countOf(const ProteinResult& protein, Call call) {
-  return static_cast<std::size_t>(
-      std::count_if(protein.prolines.begin(), protein.prolines.end(),
-                    [call](const ProlineResult& proline) { return proline.call == call; }));
-}
-
-std::string chainName(const ProteinResult& protein) {
-  std::string name = protein.file;
-  if (!protein.chain.empty()) name += ", chain " + protein.chain;
-  if (!protein.list.empty()) name += ", shift list " + protein.list;
-  return name;
-}
-
-bool hasFindings(const ProteinResult& protein) {
-  return std::any_of(protein.prolines.begin(), protein.prolines.end(),
-                     [](const ProlineResult& proline) { return proline.structure.has_value(); });
-}
-
-/// "1 of 6 prolines is cis: P117. Undecided: P31."
-std::string answer(const ProteinResult& protein) {
-  const std::size_t count = protein.prolines.size();
-  if (count == 0) return "The sequence has no proline.";
-  const std::size_t cis = countOf(protein, Call::cis);
-  const std::size_t none = countOf(protein, Call::none);
-  std::string text;
-  if (none == count)
-    text = count == 1 ? "The one proline has no prediction." : "None of the prolines has a prediction.";
-  else if (cis > 0)
-    text = std::to_string(cis) + " of " + counted(count, "proline", "prolines") +
-           (cis == 1 ? " is" : " are") + " cis: " + namesOf(protein, Call::cis) + ".";
-  else
-    text = "None of " + counted(count, "proline", "prolines") + " is called cis.";
-  if (countOf(protein, Call::undecided) > 0) text += " Undecided: " + namesOf(protein, Call::undecided) + ".";
-  if (hasFindings(protein)) {
-    const std::string sentence = structureSentence(protein);
-    const std::string mixed = namesOf(protein, Verdict::mixed);
-    if (!sentence.empty()) text += " " + sentence;
-    if (!mixed.empty()) text += " Models contradict each other: " + mixed + ".";
-    if (sentence.empty() && mixed.empty()) text += " No call could be compared with a structure.";
-  }
-  return text;
-}
-
-// --- One chain ----------------------------------------------------------------------------------
-
-std::string figure(const std::string& title, const std::string& picture, const std::string& caption) {
-  return "<figure><h3>" + escaped(title) + "</h3>\n" + picture + "<figcaption>" + escaped(caption) +
-         "</figcaption></figure>\n";
-}
-
-std::string markCaption(const ProteinResult& protein) {
-  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
-}
-
-std::string chainFigure(const ProteinResult& protein) {
-  if (protein.assignments.empty()) return "";
-  return "<figure><div class=\"grid strips\">" + chainPicture(protein) +
-         "</div><figcaption>Lines of 60 residues. Band: share of N, HA, C, CA, CB, HN that is assigned, none "
-         "(hollow) to all (dark)." +
-         markCaption(protein) + "</figcaption></figure>\n";
-}
-
-std::string figures(const ProteinResult& protein, const ClassStatistics& classes) {
-  std::string text = chainFigure(protein) + "<div class=\"grid\">\n";
-  if (const std::string picture = cbCgPicture(protein, classes); !picture.empty())
-    text += figure(cbCgTitle(protein), picture,
-                   "Ellipses: one and two deviations of each class. Marks on the axis: no CG. Names that "
-                   "find no place are in the table." +
-                       markCaption(protein));
-  text += figure(referencingTitle(protein), referencingPicture(protein),
-                 "Offsets of all shifts of an atom, with their errors; beyond the dashed lines a correction "
-                 "is called for.");
-  return text + "</div>\n";
-}
-
-/// "4 of 4": those of N, HA, C, CA, CB, HN that the residue type has.
-std::string assignedText(const ProteinResult& protein, int position) {
-  const auto place = static_cast<std::size_t>(position) - 1;
-  if (place >= protein.assignments.size()) return "none";
-  const Assignment& assignment = protein.assignments[place];
-  return std::to_string(assignment.present) + " of " + std::to_string(assignment.possible);
-}
-
-std::string tripletText(const ProteinResult& protein, const ProlineResult& proline) {
-  return residueName(proline.previous, proline.previousNumber) + " – P" + proline.number + " – " +
-         residueName(proline.next, proline.nextNumber) +
-         ", shifts: " + assignedText(protein, proline.position - 1) + ", " +
-         assignedText(protein, proline.position) + (proline.cgShift ? " and CG" : " without CG") + ", " +
-         assignedText(protein, proline.position + 1);
-}
-
-bool hasClipped(const Evidence& evidence) {
-  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
-                     [](const ShiftContribution& shift) { return shift.clipped; });
-}
-
-bool hasCorrected(const Evidence& evidence) {
-  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
-                     [](const ShiftContribution& shift) { return shift.corrected.has_value(); });
-}
-
-std::string chanceText(const ProlineResult& proline) {
-  if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
-  const NextShift& best = proline.evidence->next.front();
-  if (best.bits < kWorthMeasuring || *best.decides < kSmallestChance) return "";
-  return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
-         fixedText(*best.decides * 100, 0) + "\u00a0%.";
-}
-
-/// " (as referenced 0.031, trans)": the call where it is another one.
-std::string asReferencedText(const ProlineResult& proline) {
-  return " (as referenced " + probability(proline.pCisNormAsReferenced) +
-         (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
-}
-
-std::string card(const ProteinResult& protein, const ProlineResult& proline) {
-  if (!proline.evidence) return "";
-  std::string text = "<article class=\"card\"><h3>" + symbol(proline.call) + " " +
-                     escaped("P" + proline.number + " " +
-                             (proline.call == Call::none ? "no prediction" : toText(proline.call)));
-  if (proline.pCisNorm) text += escaped(", P_CIS_NORM " + probability(proline.pCisNorm));
-  if (proline.callAsReferenced) text += escaped(asReferencedText(proline));
-  text += "</h3>\n" + paragraph(tripletText(protein, proline), "faint");
-  text += paragraph(asSentence(sentenceOf(proline)) + chanceText(proline), "say");
-  for (const std::string& sentence : {nextStep(proline), howOftenRight(proline)})
-    if (!sentence.empty()) text += paragraph(asSentence(sentence));
-  if (const std::string note = precisionNote(proline); !note.empty()) text += paragraph(asSentence(note));
-  if (proline.structure) {
-    text += "<p><b>" + asSentence(toText(proline.structure->verdict)) + "</b> " +
-            escaped(proline.structure->sentence) + "</p>\n";
-    std::vector<std::string> each;
-    for (const StructureFinding& one : inEachStructure(*proline.structure))
-      each.push_back(one.sites.front().file + ": " +
-                     (one.call == StructureCall::none ? "no bond" : seenText(one)));
-    if (!each.empty()) text += bulletList(each);
-  }
-  text += evidencePicture(proline);
-  if (hasCorrected(*proline.evidence)) text += paragraph("° Corrected for the referencing.", "faint");
-  if (hasClipped(*proline.evidence))
-    text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
-  return text + "</article>\n";
-}
-
-std::string cards(const ProteinResult& protein) {
-  std::string text;
-  std::vector<std::string> without;
-  for (const ProlineResult& proline : protein.prolines) {
-    text += card(protein, proline);
-    if (proline.evidence) continue;
-    const std::string step = nextStep(proline);
-    without.push_back("P" + proline.number + " (" + proline.reason + (step.empty() ? "" : ": " + step) + ")");
-  }
-  if (!text.empty())
-    text = "<h2>What speaks for cis, what for trans</h2>\n<div class=\"grid\">\n" + text + "</div>\n";
-  if (!without.empty())
-    text += paragraph("Without a prediction: " + enumerated(without, without.size()) + ".");
-  return text;
-}
-
-std::string geometry(const StructureFinding& finding) {
-  if (finding.call == StructureCall::mixed) return modelsText(finding);
-  if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
-  const auto step = meanCaToCa(finding);
-  return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
-}
-
-/// Chain and number in the structure.
-std::string placesText(const StructureFinding& finding) {
-  std::vector<std::string> places;
-  for (const BondSite& site : finding.sites)
-    places.push_back((site.chain.empty() ? "" : site.chain + " ") + site.number);
-  return places.empty() ? "–" : escaped(enumerated(places, 4));
-}
-
-Cells structureCells(const StructureFinding& finding) {
-  const std::string verdict = toText(finding.verdict);
-  return {finding.call == StructureCall::none ? "–" : toText(finding.call), geometry(finding),
-          placesText(finding), finding.verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict};
-}
-
-Cells tableRow(const ProlineResult& proline) {
-  const std::string cg = proline.cgShift ? fixedText(static_cast<double>(*proline.cgShift), 2) : "–";
-  const std::string call = proline.reason.empty() ? toText(proline.call) : proline.reason;
-  std::string strongest = strongestOf(proline);
-  std::replace(strongest.begin(), strongest.end(), ';', ' ');
-  const std::string before = residueName(proline.previous, proline.previousNumber);
-  const std::string after = residueName(proline.next, proline.nextNumber);
-  const std::string name = symbol(proline.call) + " " + escaped("P" + proline.number);
-  return {
-      name,
-      escaped(before),
-      escaped(after),
-      cg,
-      escaped(probability(proline.pCis)),
-      escaped(probability(proline.pCisNorm) + (proline.callAsReferenced ? asReferencedText(proline) : "")),
-      call,
-      strongest,
-      nextShiftOf(proline)};
-}
-
-/// The style sheet knows the columns by their numbers.
-std::string table(const ProteinResult& protein) {
-  if (protein.prolines.empty()) return "";
-  Cells titles = {"Proline",          "Before",           "After", "CG (ppm)", "P_CIS", "P_CIS_NORM", "Call",
-                  "Strongest (nats)", "Next shift (bits)"};
-  const bool withStructure = hasFindings(protein);
-  if (withStructure) titles.insert(titles.end(), {"Structure", "|omega|", "There", "Verdict"});
-  Cells classes(titles.size());
-  if (withStructure) classes[titles.size() - 3] = "r x";
-  std::vector<Cells> rows;
-  for (const ProlineResult& proline : protein.prolines) {
-    rows.push_back(tableRow(proline));
-    if (!proline.structure) continue;
-    for (std::string& cell : structureCells(*proline.structure)) rows.back().push_back(std::move(cell));
-  }
-  return "<h2>All prolines</h2>\n" +
-         htmlTable(titles, classes, rows, withStructure ? "prolines compared" : "prolines");
-}
-
-std::string structures(const ProteinResult& protein) {
-  if (protein.structureNotes.empty() && protein.matches.empty()) return "";
-  std::vector<std::string> chains;
-  for (const ChainMatch& match : protein.matches) chains.push_back(toText(match));
-  return "<h2>Against the structure</h2>\n" +
-         (chains.empty() ? "" : paragraph("Compared with " + enumerated(chains, chains.size()) + ".")) +
-         (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
-}
-
-std::string notes(const ProteinResult& protein) {
-  if (protein.notes.empty()) return "";
-  const std::string list = bulletList(protein.notes);
-  const std::string title = counted(protein.notes.size(), "note", "notes") + " of the import";
-  if (protein.notes.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
-  return fold(title, list);
-}
-
-std::string chainBody(const ProteinResult& protein, const ClassStatistics& classes) {
-  return (protein.correction.empty() ? "" : paragraph(protein.correction + ".", "lead")) +
-         paragraph(answer(protein), "lead") +
-         paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
-                       counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
-                   "faint") +
-         figures(protein, classes) + cards(protein) + table(protein) + structures(protein) + notes(protein);
-}
-
-// --- All chains ---------------------------------------------------------------------------------
-
-std::vector<const ProteinResult*> chainsOf(const RunReport& report) {
-  std::vector<const ProteinResult*> chains;
-  forEachProtein(report, [&](const ProteinResult& protein) { chains.push_back(&protein); });
+  std::vector<NamedChain> chains;
+  forEachProtein(report, [&](const ProteinResult& protein) {
+    chains.push_back({&protein, chainName(protein, origin), "chain" + std::to_string(chains.size() + 1)});
+  });
   return chains;
 }
 
-std::string correctedChains(const std::vector<const ProteinResult*>& chains) {
-  std::vector<std::string> names;
-  for (const ProteinResult* chain : chains)
-    if (!chain->correction.empty()) names.push_back(chainName(*chain));
-  if (names.empty()) return "";
-  return paragraph("The referencing of " + counted(names.size(), "chain", "chains") +
-                       " was corrected before predicting: " + enumerated(names) + ".",
-                   "lead");
+/// What a person must know before the chains.
+std::string answer(const RunReport& report, const std::vector<NamedChain>& chains) {
+  const auto count = [&](Call call) { return std::to_string(countCalls(report, call)); };
+  std::string text = "Prolines: " + count(Call::cis) + " cis, " + count(Call::undecided) + " undecided, " +
+                     count(Call::trans) + " trans, " + count(Call::none) + " without a prediction.";
+  const std::size_t errors = countErrors(report);
+  if (errors > 0) text += " " + counted(errors, "file", "files") + " could not be predicted.";
+  std::vector<std::string> corrected;
+  for (const NamedChain& chain : chains)
+    if (!chain.protein->correction.empty()) corrected.push_back(chain.name);
+  if (!corrected.empty())
+    text += " The referencing was corrected before predicting in " + enumerated(corrected) + ".";
+  return text;
 }
 
-std::string indexTable(const std::vector<const ProteinResult*>& chains) {
-  const bool withStructure = std::any_of(chains.begin(), chains.end(),
-                                         [](const ProteinResult* chain) { return hasFindings(*chain); });
-  Cells titles = {"Chain", "Residues", "Prolines", "Cis", "Undecided"};
-  if (withStructure) titles.emplace_back("Structure disagrees");
-  const auto names = [](const ProteinResult& protein, auto which) {
-    const std::string text = namesOf(protein, which);
-    return text.empty() ? "–" : escaped(text);
-  };
-  std::vector<Cells> rows;
-  for (const ProteinResult* chain : chains) {
-    rows.push_back(
-        {"<a href=\"#chain" + std::to_string(rows.size() + 1) + "\">" + escaped(chainName(*chain)) + "</a>",
-         std::to_string(chain->length), std::to_string(chain->prolines.size()), names(*chain, Call::cis),
-         names(*chain, Call::undecided)});
-    if (withStructure) rows.back().push_back(names(*chain, Verdict::disagree));
-  }
-  return "<h2>Index</h2>\n" + htmlTable(titles, {"f", "r x", "r", "", "", ""}, rows);
+/// What else a person must know: warnings, and files that failed.
+std::string notices(const RunReport& report, const std::vector<NamedChain>& chains) {
+  std::vector<std::string> texts;
+  for (const NamedChain& chain : chains)
+    for (const std::string& warning : warningsOf(*chain.protein))
+      texts.push_back(chains.size() == 1 ? warning : chain.name + ": " + warning);
+  forEachError(report, [&](const FileReport& file) { texts.push_back(file.error); });
+  return texts.empty() ? "" : "<div class=\"notices\">" + bulletList(texts) + "</div>\n";
 }
+
+std::string indexTable(const std::vector<NamedChain>& chains) {
+  const bool withStructure = std::any_of(chains.begin(), chains.end(),
+                                         [](const NamedChain& chain) { return hasFindings(*chain.protein); });
+  Cells titles = {"Chain", "Cis", "Undecided", "Trans", "None", "Offset"};
+  if (withStructure) titles.emplace_back("Structure disagrees");
+  std::vector<Cells> rows;
+  for (const NamedChain& chain : chains) {
+    const ProteinResult& protein = *chain.protein;
+    const auto number = [&](Call call) { return std::to_string(countOf(protein, call)); };
+    const auto names = [&](auto which) {
+      const std::string text = namesOf(protein, which);
+      return text.empty() ? "0" : escaped(text);
+    };
+    rows.push_back({"<a href=\"#" + chain.id + "\">" + escaped(chain.name) + "</a>", names(Call::cis),
+                    names(Call::undecided), number(Call::trans), number(Call::none),
+                    escaped(offsetsInWords(protein))});
+    if (withStructure) rows.back().push_back(names(Verdict::disagree));
+  }
+  return "<h2>Index</h2>\n" + htmlTable("Index", titles, {"f", "", "", "r", "r", "", ""}, rows);
+}
+
+// --- One sequence with several sets of shifts -----------------------------------------------------
+
+std::string differenceOf(const std::vector<const ProlineResult*>& prolines) {
+  std::set<Call> calls;
+  std::vector<float> values;
+  for (const ProlineResult* proline : prolines) {
+    if (proline->call != Call::none) calls.insert(proline->call);
+    if (proline->pCisNorm) values.push_back(*proline->pCisNorm);
+  }
+  if (values.size() < 2) return "–";
+  const auto [least, most] = std::minmax_element(values.begin(), values.end());
+  const std::string size = fixedText(static_cast<double>(*most - *least), 3);
+  return calls.size() > 1 ? "<mark>" + size + ", the calls differ</mark>" : size;
+}
+
+std::string sideBySide(const std::vector<NamedChain>& chains) {
+  Cells titles = {"Proline"};
+  for (const NamedChain& chain : chains)
+    titles.push_back("<a href=\"#" + chain.id + "\">" + escaped(chain.name) + "</a>");
+  titles.emplace_back("Difference of P_CIS_NORM");
+  std::vector<Cells> rows;
+  for (std::size_t i = 0; i < chains.front().protein->prolines.size(); ++i) {
+    std::vector<const ProlineResult*> prolines;
+    for (const NamedChain& chain : chains) prolines.push_back(&chain.protein->prolines[i]);
+    rows.push_back({escaped("P" + prolines.front()->number)});
+    for (const ProlineResult* proline : prolines)
+      rows.back().push_back(symbol(proline->call) + " " + escaped(headline(*proline)));
+    rows.back().push_back(differenceOf(prolines));
+  }
+  return htmlTable("Side by side: " + chains.front().name, titles, Cells(titles.size(), "f"), rows);
+}
+
+/// Chains of one sequence beside each other: as deposited and corrected, free and bound, copies of a dimer.
+std::string sequencesTwice(const std::vector<NamedChain>& chains) {
+  std::map<std::string, std::vector<NamedChain>> bySequence;
+  for (const NamedChain& chain : chains)
+    if (!chain.protein->prolines.empty() && !chain.protein->sequence.empty())
+      bySequence[upper(chain.protein->sequence)].push_back(chain);
+  std::string text;
+  for (const auto& [sequence, same] : bySequence)
+    if (same.size() > 1) text += sideBySide(same);
+  return text.empty() ? "" : "<h2>One sequence, several sets of shifts</h2>\n" + text;
+}
+
+// --- Around the chains ----------------------------------------------------------------------------
 
 std::string structureNotes(const RunReport& report) {
   std::vector<std::string> notes;
@@ -375,25 +142,15 @@ std::string structureNotes(const RunReport& report) {
   return notes.empty() ? "" : "<h2>Notes on the structures</h2>\n" + bulletList(notes);
 }
 
-/// Chains with something to look at stand open.
-std::string folded(const ProteinResult& protein, const ClassStatistics& classes, std::size_t number) {
+/// Chains with something to look at stand open. A link to a place within a closed fold opens it.
+std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
+  const ProteinResult& protein = *chain.protein;
   const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0 ||
                       !namesOf(protein, Verdict::disagree).empty();
-  return "<details class=\"chain\" id=\"chain" + std::to_string(number) + "\"" + (isOpen ? " open" : "") +
-         "><summary>" + escaped(chainName(protein)) + "</summary>\n" + chainBody(protein, classes) +
-         "</details>\n";
-}
-
-std::string countsOf(const RunReport& report) {
-  const auto count = [&](Call call) { return std::to_string(countCalls(report, call)); };
-  return "Prolines: " + count(Call::cis) + " cis, " + count(Call::undecided) + " undecided, " +
-         count(Call::trans) + " trans, " + count(Call::none) + " without a prediction.";
-}
-
-std::string errors(const RunReport& report) {
-  std::vector<std::string> messages;
-  forEachError(report, [&](const FileReport& file) { messages.push_back(file.error); });
-  return messages.empty() ? "" : "<h2>Not predicted</h2>\n" + bulletList(messages);
+  return std::string("<details class=\"chain\"") + (isOpen ? " open" : "") + "><summary>" +
+         escaped(chain.name) + "</summary>\n<div id=\"" + chain.id + "\">" +
+         paragraph(answer(protein), "lead") + chainReport(protein, chain.name, classes) +
+         "</div></details>\n";
 }
 
 std::string key(const RunReport& report) {
@@ -443,8 +200,9 @@ std::string accuracyTable(const RunReport& report) {
   for (const Accuracy& accuracy : kAccuracy)
     rows.push_back({accuracy.known, prolinesThatFit(report, accuracy), accuracy.sensitivity,
                     accuracy.specificity, std::string(accuracy.prolines) + " prolines"});
-  return htmlTable({"Known of the proline", "Prolines here", "Cis found", "Trans left alone", "Measured on"},
-                   {"", "r", "r", "r", "r x"}, rows);
+  return htmlTable("How often calls are right",
+                   {"Known of the proline", "Prolines here", "Cis found", "Trans left alone", "Measured on"},
+                   {"", "r", "r", "r", "r"}, rows);
 }
 
 std::string classTable(const ClassStatistics& classes) {
@@ -464,29 +222,45 @@ std::string classTable(const ClassStatistics& classes) {
   }
   return fold(
       "What cis and trans prolines have",
-      htmlTable({"Residue", "Atom", "Cis (ppm)", "Trans (ppm)"}, {"", "", "r", "r"}, rows) +
+      htmlTable("What cis and trans prolines have", {"Residue", "Atom", "Cis (ppm)", "Trans (ppm)"},
+                {"", "", "r", "r"}, rows) +
           "<p class=\"faint\">Secondary shifts (observed less random coil); of CG the shift itself.</p>");
 }
 
 std::string howToRead(const RunReport& report) {
-  return "<h2>How to read this</h2>\n"
+  return "<h2 id=\"read\">How to read this</h2>\n"
          "<p>P_CIS_NORM is the probability that the peptide bond before a proline is cis. Every proline "
          "starts at 1 in 20. The residue types beside it and each shift then multiply the odds; a bar is the "
          "natural logarithm of that factor (nats): +1 makes cis 2.7 times as likely, −1 trans. The bars add "
-         "up to the log-odds of P_CIS_NORM. The number beside an atom is the shift as observed.</p>\n"
-         "<p>A hollow box is a shift that is missing but could be measured, with the information about cis "
-         "or trans that it is expected to give: 1 bit would settle an even question, a box without a number "
-         "promises less than 0.005.</p>\n"
+         "up to the log-odds of P_CIS_NORM; bars end at −15 and at +10. Beside each shift, all in ppm, is "
+         "where "
+         "cis and trans prolines have it on average.</p>\n"
+         "<p>A shift that is missing but could be measured has the information about cis or trans that it is "
+         "expected to give: 1 bit would settle an even question.</p>\n"
          "<p>How often the call is right depends on what is known of the proline itself (cross-validated on "
          "proteins with known structures, for the tables that come with zorvela):</p>\n" +
-         accuracyTable(report) + classTable(report.classes) +
-         paragraph(
-             std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint,
-             "faint");
+         accuracyTable(report) + classTable(report.classes);
 }
 
-std::string pageTitle(const std::vector<const ProteinResult*>& chains, const RunReport& report) {
-  if (chains.size() == 1) return "Prolines of " + chainName(*chains.front());
+std::string whatNow(const RunReport& report) {
+  const std::string program =
+      std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint;
+  return "<h2>What now</h2>\n<ul class=\"now\">\n"
+         "<li id=\"formats\">Other formats: <code>zorvela-kit run --format csv</code> or <code>json</code> "
+         "for "
+         "tables and programs, <code>zorvela-kit restrain</code> for structure calculations.</li>\n"
+         "<li id=\"options\">Options: <code>--structure model.pdb</code> puts the calls beside a structure; "
+         "<code>zorvela-kit run --help</code> has all.</li>\n"
+         "<li id=\"cite\">How to cite: " +
+         escaped(program) + "; the same program and tables give the same numbers.</li>\n</ul>\n";
+}
+
+const char* const kLinks =
+    "<p class=\"faint\">What now: <a href=\"#read\">how to read this</a>, <a href=\"#formats\">other "
+    "formats</a>, <a href=\"#options\">options</a>, <a href=\"#cite\">how to cite</a></p>\n";
+
+std::string pageTitle(const std::vector<NamedChain>& chains, const RunReport& report) {
+  if (chains.size() == 1) return chains.front().name;
   return "Prolines of " + counted(chains.size(), "chain", "chains") + " in " +
          counted(report.files.size(), "file", "files");
 }
@@ -502,19 +276,20 @@ std::string head(const std::string& title) {
 }  // namespace
 
 void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
-  const std::vector<const ProteinResult*> chains = chainsOf(report);
+  const std::vector<NamedChain> chains = chainsOf(report);
   const std::string title = pageTitle(chains, report);
   out << head(title) << "<body>\n"
-      << symbolDefinitions() << evidenceDefinitions() << cbCgDefinitions(report.classes)
-      << referencingDefinitions() << "<main>\n<h1>" << escaped(title) << "</h1>\n";
+      << symbolDefinitions() << cbCgDefinitions(report.classes) << "<main>\n<h1>" << escaped(title)
+      << "</h1>\n";
+  out << paragraph(chains.size() == 1 ? answer(*chains.front().protein) : answer(report, chains), "lead")
+      << notices(report, chains) << key(report) << kLinks;
   if (chains.size() == 1) {
-    out << key(report) << chainBody(*chains.front(), report.classes);
+    out << chainReport(*chains.front().protein, chains.front().name, report.classes);
   } else {
-    out << correctedChains(chains) << paragraph(countsOf(report), "lead") << key(report);
-    if (!chains.empty()) out << indexTable(chains);
-    for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
+    if (!chains.empty()) out << indexTable(chains) << sequencesTwice(chains);
+    for (const NamedChain& chain : chains) out << folded(chain, report.classes);
   }
-  out << errors(report) << structureNotes(report) << howToRead(report) << "</main>\n</body>\n</html>\n";
+  out << structureNotes(report) << howToRead(report) << whatNow(report) << "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace zorvela

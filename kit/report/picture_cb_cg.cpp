@@ -1,9 +1,10 @@
-// CB against CG of the prolines: means and one and two deviations of both classes, the rule of the bench, and
-// the chain's prolines as labelled points.
+// CB against CG of the prolines: means and one and two deviations of both classes, the lines between which
+// CB - CG is unclear, and the chain's prolines as labelled points.
 #include <algorithm>
 #include <array>
 #include <cmath>
 
+#include "protein/proline_shifts.h"
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "util/number.h"
@@ -13,11 +14,11 @@ namespace zorvela {
 
 namespace {
 
-constexpr double kLeft = 40;
-constexpr double kRight = 392;
-constexpr double kTop = 12;
-constexpr double kBottom = 300;
-constexpr double kHeight = 340;
+constexpr double kLeft = 36;
+constexpr double kRight = 282;
+constexpr double kTop = 10;
+constexpr double kBottom = 240;
+constexpr double kHeight = 276;
 constexpr double kRugTop = kBottom - 12;
 constexpr double kRugMark = kRugTop - 6;  // of a verdict, above its dash
 constexpr double kDeviationsShown = 2.4;
@@ -25,8 +26,7 @@ constexpr double kTextHeight = 12;
 constexpr double kFromPoint = 2;  // between a label and its point
 constexpr std::size_t kLongestNumber = 6;
 constexpr double kDegrees = 57.29577951308232;  // in a radian
-constexpr double kRuleTextAt = 0.2;             // of the line
-constexpr double kRuleTextWidth = 105;
+constexpr double kLineTextAt = 0.06;            // of the line
 
 /// From whole number to whole number (ppm).
 struct Range {
@@ -119,36 +119,6 @@ std::string axes(const Scale& scale) {
          "\n";
 }
 
-/// The part of the line CB - CG = 7.1 ppm that lies in the picture, from the lower left to the upper right.
-struct RuleLine {
-  double x, y, width, height;
-
-  explicit RuleLine(const Scale& scale) {
-    const double from = std::max(scale.cb.from, scale.cg.from + kRuleCisAbove);
-    const double to = std::min(scale.cb.to, scale.cg.to + kRuleCisAbove);
-    x = scale.x(from);
-    y = scale.y(from - kRuleCisAbove);
-    width = scale.x(to) - x;
-    height = y - scale.y(to - kRuleCisAbove);
-  }
-  /// Where its text stands, along the line.
-  double textX() const { return x + kRuleTextAt * width; }
-  double textY() const { return y - kRuleTextAt * height; }
-  double angle() const { return std::atan2(height, width); }
-};
-
-std::string ruleLine(const Scale& scale) {
-  const RuleLine line(scale);
-  if (line.width <= 0) return "";
-  return svgLine(line.x, line.y, line.x + line.width, line.y - line.height, "d") +
-         svgText(0, -4, "CB − CG = " + figureText(kRuleCisAbove, 1) + " ppm",
-                 "class=\"m s\" transform=\"translate(" + coordinate(line.textX()) + " " +
-                     coordinate(line.textY()) + ") rotate(" + coordinate(-line.angle() * kDegrees) + ")\"") +
-         "\n";
-}
-
-// --- Points and labels --------------------------------------------------------------------------
-
 struct Box {
   double x, y, width, height;
 
@@ -161,18 +131,54 @@ struct Box {
   }
 };
 
-Box ruleTextBox(const Scale& scale) {
-  const RuleLine line(scale);
-  const double width = kRuleTextWidth * std::cos(line.angle()) + kTextHeight;
-  const double height = kRuleTextWidth * std::sin(line.angle()) + kTextHeight;
-  return {line.textX() - width / 2, line.textY() - height / 2 - 4, width, height};
+/// The part of the line of one CB - CG (ppm) that lies in the picture, from the lower left to the upper
+/// right.
+struct DifferenceLine {
+  double difference, x, y, width, height;
+
+  DifferenceLine(double ppm, const Scale& scale) : difference(ppm) {
+    const double from = std::max(scale.cb.from, scale.cg.from + ppm);
+    const double to = std::min(scale.cb.to, scale.cg.to + ppm);
+    x = scale.x(from);
+    y = scale.y(from - ppm);
+    width = scale.x(to) - x;
+    height = y - scale.y(to - ppm);
+  }
+  std::string text() const {
+    return (difference == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(difference, 1) + " ppm";
+  }
+  /// Where the text starts, along the line.
+  double textX() const { return x + kLineTextAt * width; }
+  double textY() const { return y - kLineTextAt * height; }
+  double angle() const { return std::atan2(height, width); }
+  Box textBox() const {
+    const double length = labelWidth(text()) * 0.8;  // its signs are counted in bytes
+    const double textHeight = length * std::sin(angle()) + kTextHeight;
+    return {textX(), textY() - textHeight, length * std::cos(angle()), textHeight};
+  }
+};
+
+/// What lies between the two is unclear.
+std::array<DifferenceLine, 2> differenceLines(const Scale& scale) {
+  return {DifferenceLine(kTransCbMinusCgUpTo, scale), DifferenceLine(kCisCbMinusCgFrom, scale)};
 }
+
+std::string drawn(const DifferenceLine& line) {
+  if (line.width <= 0) return "";
+  return svgLine(line.x, line.y, line.x + line.width, line.y - line.height, "d") +
+         svgText(0, -4, line.text(),
+                 "class=\"s\" transform=\"translate(" + coordinate(line.textX()) + " " +
+                     coordinate(line.textY()) + ") rotate(" + coordinate(-line.angle() * kDegrees) + ")\"") +
+         "\n";
+}
+
+// --- Points and labels --------------------------------------------------------------------------
 
 struct Point {
   const ProlineResult* proline = nullptr;
   double x = 0;
   double y = 0;
-  bool isOffScale = false;
+  std::string arrow;  ///< to where it lies, if that is off the axes
   std::string title;
   double half = 6;
 
@@ -196,34 +202,42 @@ bool isMarked(const ProlineResult& proline) {
   return verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
 }
 
+std::string arrowTo(double x, double y) {
+  if (x < kLeft) return "←";
+  if (x > kRight) return "→";
+  if (y < kTop) return "↑";
+  return y > kBottom ? "↓" : "";
+}
+
 Points pointsOf(const ProteinResult& protein, const Scale& scale) {
   Points points;
   for (const ProlineResult& proline : protein.prolines) {
     const auto cb = shiftOf(proline, kIndexCB);
     const auto cg = shiftOf(proline, kIndexCG);
     if (!cb) continue;
-    const std::string title =
-        "P" + proline.number + " " + toText(proline.call) + ": CB " + figureText(*cb, 2);
     const double x = scale.x(*cb);
-    bool isOffScale = x < kLeft || x > kRight;
+    const std::string title = "P" + proline.number + " (CB " + figureText(*cb, 2);
     if (!cg) {
       points.rug.push_back({&proline, std::clamp(x, kLeft + 2, kRight - 2),
-                            isMarked(proline) ? kRugMark : kRugTop, isOffScale,
-                            title + " ppm, CG missing" + verdictSuffix(proline)});
+                            isMarked(proline) ? kRugMark : kRugTop, arrowTo(x, kTop), title + " ppm)"});
       continue;
     }
     const double y = scale.y(*cg);
-    isOffScale = isOffScale || y < kTop || y > kBottom;
-    points.both.push_back({&proline, std::clamp(x, kLeft + 7, kRight - 7),
-                           std::clamp(y, kTop + 7, kBottom - 7), isOffScale,
-                           title + ", CG " + figureText(*cg, 2) + " ppm" + verdictSuffix(proline),
-                           isMarked(proline) ? kVerdictSize + 2 : 6});
+    points.both.push_back(
+        {&proline, std::clamp(x, kLeft + 7, kRight - 7), std::clamp(y, kTop + 7, kBottom - 7), arrowTo(x, y),
+         title + ", CG " + figureText(*cg, 2) + " ppm)", isMarked(proline) ? kVerdictSize + 2 : 6});
   }
   return points;
 }
 
+/// What is off the axes is an arrow, so that it cannot be taken for a point.
+std::string markOf(const Point& point) {
+  if (point.arrow.empty()) return svgSymbol(point.proline->call, point.x, point.y, point.title);
+  return svgText(point.x, point.y + 5, point.arrow, "class=\"m b " + letterOf(point.proline->call) + "\"");
+}
+
 std::string labelOf(const Point& point) {
-  return "P" + shortened(point.proline->number, kLongestNumber) + (point.isOffScale ? " off scale" : "");
+  return "P" + shortened(point.proline->number, kLongestNumber);
 }
 
 /// Places beside a point, the best first.
@@ -271,6 +285,7 @@ std::string labels(std::vector<Point> points, std::vector<Box> taken) {
 }
 
 std::string rugMark(const Point& point) {
+  if (!point.arrow.empty()) return markOf(point);
   return "<path class=\"r" + letterOf(point.proline->call) + "\" d=\"M" + coordinate(point.x) + " " +
          coordinate(kRugTop) + "V" + coordinate(kBottom) + "\"><title>" + escaped(point.title) +
          "</title></path>";
@@ -302,24 +317,40 @@ std::string cbCgDefinitions(const ClassStatistics& classes) {
   };
   return "<svg class=\"defs\" width=\"0\" height=\"0\" aria-hidden=\"true\"><defs><g id=\"k\">\n" +
          ellipses(frame.trans, frame.scale, "et") + ellipses(frame.cis, frame.scale, "ec") +
-         ruleLine(frame.scale) + axes(frame.scale) + name(cisLabel(frame), "cis") +
-         name(transLabel(frame), "trans") + "</g></defs></svg>\n";
+         drawn(differenceLines(frame.scale)[0]) + drawn(differenceLines(frame.scale)[1]) + axes(frame.scale) +
+         name(cisLabel(frame), "cis") + name(transLabel(frame), "trans") + "</g></defs></svg>\n";
 }
 
 std::string cbCgTitle(const ProteinResult& protein) {
-  std::vector<std::string> cis;
-  std::size_t count = 0;
+  std::vector<std::string> cis, unclear;
+  std::size_t trans = 0;
   for (const ProlineResult& proline : protein.prolines) {
     const auto cb = shiftOf(proline, kIndexCB);
     const auto cg = shiftOf(proline, kIndexCG);
     if (!cb || !cg) continue;
-    ++count;
-    if (*cb - *cg > kRuleCisAbove) cis.push_back("P" + proline.number);
+    if (*cb - *cg <= kTransCbMinusCgUpTo)
+      ++trans;
+    else
+      (*cb - *cg >= kCisCbMinusCgFrom ? cis : unclear).push_back("P" + proline.number);
   }
-  if (count == 0) return "No proline has both CB and CG";
-  if (!cis.empty()) return "By CB − CG, " + enumerated(cis) + (cis.size() == 1 ? " is cis" : " are cis");
-  return count == 1 ? "By CB − CG, the one proline that has both is trans"
-                    : "By CB − CG, all " + std::to_string(count) + " prolines that have both are trans";
+  std::vector<std::string> parts;
+  const auto add = [&parts](const std::vector<std::string>& names, const std::string& what) {
+    if (!names.empty()) parts.push_back(enumerated(names) + (names.size() == 1 ? " is " : " are ") + what);
+  };
+  add(cis, "cis");
+  add(unclear, "unclear");
+  if (trans > 0) parts.push_back(std::to_string(trans) + (trans == 1 ? " is trans" : " are trans"));
+  if (parts.empty()) return "No proline has both CB and CG";
+  return "By CB − CG: " + enumerated(parts);
+}
+
+std::string offAxesText(const ProteinResult& protein, const ClassStatistics& classes) {
+  const Points points = pointsOf(protein, Frame(classes).scale);
+  std::vector<std::string> names;
+  for (const std::vector<Point>* some : {&points.both, &points.rug})
+    for (const Point& point : *some)
+      if (!point.arrow.empty()) names.push_back(point.title);
+  return names.empty() ? "" : " Arrows, off the axes: " + enumerated(names) + ".";
 }
 
 std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& classes) {
@@ -330,14 +361,15 @@ std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& cla
   if (all.empty()) return "";
   std::string marks;
   for (const Point& point : points.both)
-    marks += svgSymbol(point.proline->call, point.x, point.y, point.title) +
-             svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
+    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
   for (const Point& point : points.rug)
     marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMark, true) + "\n";
+  std::vector<Box> taken = {cisLabel(frame), transLabel(frame)};
+  for (const DifferenceLine& line : differenceLines(frame.scale)) taken.push_back(line.textBox());
   const std::string structure = structureSentence(protein);
   const std::string description = cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
-  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks +
-         labels(all, {cisLabel(frame), transLabel(frame), ruleTextBox(frame.scale)}) + "\n" + kClosePicture;
+  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks + labels(all, taken) + "\n" +
+         kClosePicture;
 }
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// The chain as lines of 60 residues: names, symbols of the calls, a band of assignment, residue numbers.
+// The chain as lines of 50 residues: names, symbols of the calls, a band of assignment, residue numbers.
 #include <algorithm>
 
 #include "report/pictures.h"
@@ -9,10 +9,10 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kPerLine = 60;
+constexpr std::size_t kPerLine = 50;
 constexpr std::size_t kTickEvery = 10;
-constexpr double kLeft = 20;
-constexpr double kResidue = 6;  // units
+constexpr double kLeft = 16;
+constexpr double kResidue = 5.2;  // units
 constexpr double kNameY = 12;
 constexpr double kSymbolY = 32;
 constexpr double kBandY = 44;

@@ -10,7 +10,7 @@
 
 namespace zorvela {
 
-/// The chain: lines of 60 residues, prolines with their calls above a band of how completely each residue is
+/// The chain: lines of 50 residues, prolines with their calls above a band of how completely each residue is
 /// assigned.
 std::string chainPicture(const ProteinResult& protein);
 
@@ -18,19 +18,15 @@ std::string chainPicture(const ProteinResult& protein);
 std::string cbCgDefinitions(const ClassStatistics& classes);
 /// The chain's prolines by CB and CG; those without CG on the axis of CB. Empty where none has CB.
 std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& classes);
-/// What it says: "By CB − CG, P117 is cis".
+/// What it says: "By CB − CG: P117 is cis, P31 is unclear, 4 are trans".
 std::string cbCgTitle(const ProteinResult& protein);
+/// Names the prolines that are arrows at the edge: " Off the axes: P9 (CB 45.00 ppm)."; empty without one.
+std::string offAxesText(const ProteinResult& protein, const ClassStatistics& classes);
 
-/// What all bar charts have in common, once in each page.
-std::string evidenceDefinitions();
-/// The contributions of one proline as bars, left for trans, right for cis. Empty without evidence.
-std::string evidencePicture(const ProlineResult& proline);
-
-/// What all pictures of the referencing have in common, once in each page.
-std::string referencingDefinitions();
-/// The referencing offsets with their errors and bounds.
-std::string referencingPicture(const ProteinResult& protein);
-std::string referencingTitle(const ProteinResult& protein);
+/// The referencing offsets with their errors and bounds. `name` tells the chain from others of the page.
+std::string referencingTable(const ProteinResult& protein, const std::string& name);
+/// Those that call for a correction, or perhaps do: "13C +3.0 ppm, corrected"; "none" or "not known".
+std::string offsetsInWords(const ProteinResult& protein);
 
 /// The prolines of a call as text: "P31, P117 and P201".
 std::string namesOf(const ProteinResult& protein, Call call);

@@ -1,5 +1,5 @@
-// Small pieces of pictures and pages. All pictures are 400 units wide and are shown about as many pixels
-// wide, on a phone too, so that text has the same size everywhere.
+// Small pieces of pictures and pages. All pictures are as many units wide as the narrowest phone has pixels
+// for them, and are shown no narrower: text of 11 units has at least 11 pixels.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@
 
 namespace zorvela {
 
-inline constexpr double kPictureWidth = 400;
+inline constexpr double kPictureWidth = 288;
 
 /// Text that comes from elsewhere, safe between tags and in attributes in double quotes: markup is escaped,
 /// control characters (those that turn the direction of text as well) become "?", and what is not UTF-8

@@ -7,6 +7,7 @@
 
 #include "report/explain.h"
 #include "report/fields.h"
+#include "report/origin.h"
 #include "report/text_table.h"
 #include "report/walk.h"
 #include "util/number.h"
@@ -65,34 +66,6 @@ void writeCorrections(const RunReport& report, std::ostream& out) {
   });
   if (isAnyCorrected(report)) out << '\n';
 }
-
-/// Whether a chain comes with several shift lists, so that rows must name theirs.
-bool hasSeveralLists(const RunReport& report) {
-  for (const FileReport& file : report.files) {
-    std::set<std::string> chains;
-    for (const ProteinResult& protein : file.proteins)
-      if (!chains.insert(protein.chain).second) return true;
-  }
-  return false;
-}
-
-/// The folder of all files, with its slash; empty where they have none in common or there is but one file.
-std::string commonFolder(const RunReport& report) {
-  if (report.files.size() < 2) return {};
-  std::string folder = report.files.front().file;
-  for (const FileReport& file : report.files) {
-    const auto end = std::mismatch(folder.begin(), folder.end(), file.file.begin(), file.file.end()).first;
-    folder.erase(end, folder.end());
-  }
-  folder.erase(folder.find_last_of('/') + 1);
-  return folder;
-}
-
-/// What the rows of this report say of where they come from.
-struct Origin {
-  bool withList = false;
-  std::string folder;  ///< said once, and not in each row
-};
 
 /// Where a row comes from. The first cell is left for the mark.
 TextTable::Cells originTitles(bool withList) {
@@ -278,7 +251,7 @@ void writeSummary(const RunReport& report, std::ostream& out) {
 
 void writeTable(const RunReport& report, const ReportStyle& style, std::ostream& out) {
   writeCorrections(report, out);
-  const Origin origin{hasSeveralLists(report), commonFolder(report)};
+  const Origin origin(report);
   if (!origin.folder.empty()) out << "Files in " << shown(origin.folder) << "\n\n";
   if (countProlines(report) > 0) writeProlines(report, origin, style, out);
   writeSentences(report, out);

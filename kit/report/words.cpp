@@ -155,10 +155,33 @@ int decimalsOf(const std::string& atom) {
   return atom == "HA" || atom == "HN" ? 2 : 1;
 }
 
-std::optional<double> expectedShift(const ShiftContribution& shift, const ClassShift& of, int index) {
-  if (index == kIndexCG) return static_cast<double>(of.mean);
-  if (!shift.reference) return std::nullopt;
-  return static_cast<double>(*shift.reference) + static_cast<double>(of.mean);
+std::vector<int> shiftOrder() {
+  std::vector<int> order;
+  for (int index = 0; index < kIndexCG; ++index) {
+    order.push_back(index);
+    if (index == kIndexCB) order.push_back(kIndexCG);
+  }
+  return order;
+}
+
+ShiftTexts shiftTexts(const ShiftContribution& shift, int index) {
+  const int decimals = decimalsOf(atomName(index));
+  const auto ppm = [decimals](const std::optional<float>& value) {
+    return value ? fixedText(static_cast<double>(*value), decimals) : "";
+  };
+  // The means of CG are shifts, those of the others differences from the reference.
+  const auto expected = [&](const ClassShift& of) {
+    if (index == kIndexCG) return ppm(of.mean);
+    return shift.reference
+               ? fixedText(static_cast<double>(*shift.reference) + static_cast<double>(of.mean), decimals)
+               : "";
+  };
+  return {ppm(shift.observed), ppm(shift.corrected), expected(shift.cis), expected(shift.trans)};
+}
+
+bool hasCorrected(const Evidence& evidence) {
+  return std::any_of(evidence.shifts.begin(), evidence.shifts.end(),
+                     [](const ShiftContribution& shift) { return shift.corrected; });
 }
 
 std::string shiftKey(int index) {
@@ -181,6 +204,11 @@ std::string sentenceOf(const ProlineResult& proline) {
            contradiction(proline);
   return toText(proline.call) + ": " + whatSpeaksFor(named, proline.evidence->logOdds(), proline.call) +
          "; " + whatSpeaksAgainst(onSide(reasons, -side)) + contradiction(proline);
+}
+
+std::string whatDecides(const ProlineResult& proline) {
+  const std::string sentence = sentenceOf(proline);
+  return sentence.substr(sentence.find(": ") + 2);
 }
 
 std::string nextStep(const ProlineResult& proline) {

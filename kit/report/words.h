@@ -18,13 +18,27 @@ std::string shiftKey(int index);
 /// Decimals that mean something in a shift (ppm): two for protons, one for carbon and nitrogen.
 int decimalsOf(const std::string& atom);
 
-/// Where prolines of a class have a shift on average (ppm), with this reference. Nothing where that is
-/// unknown.
-std::optional<double> expectedShift(const ShiftContribution& shift, const ClassShift& of, int index);
+/// The shifts of the triplet in the order of reports: CG of the proline stands beside its CB.
+std::vector<int> shiftOrder();
+
+/// One shift as text (ppm); empty where it is missing or unknown.
+struct ShiftTexts {
+  std::string observed;   ///< as in the file
+  std::string corrected;  ///< without the referencing offset, where one was taken away
+  std::string cis;        ///< where cis prolines have it on average, with this reference
+  std::string trans;
+};
+ShiftTexts shiftTexts(const ShiftContribution& shift, int index);
+
+/// Whether a referencing offset was taken away from a shift of the triplet.
+bool hasCorrected(const Evidence& evidence);
 
 /// The call in one sentence: "cis: CB and CG of the proline decide; nothing speaks against it". Where there
 /// is no prediction, the reason.
 std::string sentenceOf(const ProlineResult& proline);
+
+/// The sentence after the call: "CB and CG of the proline decide; nothing speaks against it".
+std::string whatDecides(const ProlineResult& proline);
 
 /// What would settle it: for an undecided proline the NOEs, for one with too few shifts how many there must
 /// be. Empty for others.

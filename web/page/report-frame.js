@@ -11,10 +11,10 @@ export function showReport(frame, html, withTrans) {
   });
 }
 
-/** Shows or leaves out the cards and rows of trans prolines in the report on show. The saved report has them all. */
+/** Shows or leaves out the lines and rows of trans prolines in the report on show. The saved report has them all. */
 export function showTrans(frame, withTrans) {
-  for (const mark of frame.contentDocument.querySelectorAll(".card > h3 use[href='#t'], td use[href='#t']"))
-    mark.closest(".card, tr").hidden = !withTrans;
+  for (const mark of frame.contentDocument.querySelectorAll(".line use[href='#t'], .prolines use[href='#t']"))
+    mark.closest(".line, tr").hidden = !withTrans;
 }
 
 /** The prolines on show as lines with tabs between the cells, first the chain where there are several. */
@@ -47,7 +47,7 @@ function prepare(frame, withTrans) {
     requestAnimationFrame(() => requestAnimationFrame(() => target.scrollIntoView()));
   });
   const saidAbove = inside.createElement("style");
-  saidAbove.textContent = "main > h1, main > .lead { display: none; }";
+  saidAbove.textContent = "main > :is(h1, .lead, .notices) { display: none; }";
   inside.head.append(saidAbove);
   return [...inside.querySelectorAll("main > .lead")].map((text) => text.textContent).join(" ");
 }
@@ -67,7 +67,7 @@ export function printReport(frame, pageStyle) {
     paper.id = "paper";
     paper.replaceChildren(...[inside.querySelector("style"), alone, ...inside.body.childNodes]
       .map((node) => document.importNode(node, true)));
-    for (const fold of paper.querySelectorAll("details")) fold.open = true;
+    for (const fold of paper.querySelectorAll("details:not(.line)")) fold.open = true;
     pageStyle.media = "not print";
     title = document.title;
     document.title = inside.title;

@@ -21,14 +21,15 @@ except ImportError:
     webdriver = None
 
 
+def needs_driver(test):
+    """Skips a class of tests where there is no browser to drive."""
+    return unittest.skipIf(webdriver is None, "no Selenium for this Python: script/test installs it")(test)
+
+
 def needs_browser(test):
-    """Skips a class of tests where the page has not been built or there is no browser to drive."""
-    missing = []
-    if not (SITE / "zorvela.wasm").exists():
-        missing.append(f"no page in {SITE}: script/web build makes it")
-    if webdriver is None:
-        missing.append("no Selenium for this Python: script/test installs it")
-    return unittest.skipIf(missing, "; ".join(missing))(test)
+    """Skips a class of tests where there is none, or the page has not been built."""
+    built = (SITE / "zorvela.wasm").exists()
+    return unittest.skipUnless(built, f"no page in {SITE}: script/web build makes it")(needs_driver(test))
 
 
 class Server:

@@ -117,6 +117,7 @@ struct ProteinResult {
   std::string chain;
   std::string list;
   int length = 0;                           ///< residues in the sequence
+  std::string sequence;                     ///< one-letter codes
   int shiftCount = 0;                       ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
   std::string correction;                   ///< what was corrected, in words; empty where nothing was

@@ -33,12 +33,25 @@ def pictures(text):
 
 
 def card(text, name):
-    (found,) = re.findall(r"<article class=\"card\"><h3>(?:(?!</h3>).)* %s .*?</article>" % name, text, re.DOTALL)
+    """The card of a proline, or the line that opens."""
+    ((_, found),) = re.findall(
+        r"(?s)<(article|details) class=\"(?:card|line)\">((?:(?!<b>).)* %s <b>.*?)</\1>" % name, text)
     return found
 
 
-def texts(picture):
-    return [(float(t.get("x")), float(t.get("y")), t.text) for t in picture.iter("text")]
+def headline(text, name):
+    return html.unescape(re.search(r" %s <b>(.*?)</b>" % name, text).group(1)).replace("\u00a0", " ")
+
+
+def first_line(text):
+    return html.unescape(re.search(r"<p class=\"lead\">(.*?)</p>", text).group(1))
+
+
+def table_after(text, start):
+    """The cells of the first table after a place, without marks."""
+    rows = re.findall(r"<tr.*?</tr>", text[text.index(start):].split("</table>")[0], re.DOTALL)
+    return [[html.unescape(re.sub(r"<[^>]*>", "", cell)).strip() for cell in re.findall(r"<t[hd].*?</t[hd]>", row)]
+            for row in rows]
 
 
 class Page(unittest.TestCase):
@@ -48,8 +61,11 @@ class Page(unittest.TestCase):
         self.assertIn("Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"", text)
         for forbidden in (r"<script", r"<img", r"<link", r"<iframe", r"@import", r"url\(", r"\ssrc=", r"\son\w+=",
                           r"https?:", r"javascript:"):
-            markup = re.sub(r">[^<]*<", "><", text[text.index("<body"):])  # tags alone: text cannot load anything
+            # Tags without text and labels, which cannot load anything.
+            markup = re.sub(r">[^<]*<|(?<=aria-label=\")[^\"<>]*", "><", text[text.index("<body"):])
             self.assertIsNone(re.search(forbidden, markup, re.IGNORECASE), forbidden)
+        frames = re.findall(r"role=\"region\" aria-label=\"([^\"]*)\"", text)
+        self.assertEqual(len(frames), len(set(frames)))
         for target in re.findall(r"href=\"([^\"]*)\"", text):
             self.assertTrue(target.startswith("#"), target)
             self.assertIn("id=\"%s\"" % target[1:], text)
@@ -61,7 +77,7 @@ class Page(unittest.TestCase):
             self.assertTrue(picture.get("aria-label"))
         if shutil.which("tidy") is None:
             self.skipTest("tidy is missing")
-        checked = subprocess.run(["tidy", "-quiet", "-errors", "-utf8"], input=text, text=True, capture_output=True,
+        checked = subprocess.run(["tidy", "-quiet", "-errors", "-utf8", "--drop-empty-elements", "no"], input=text, text=True, capture_output=True,
                                  check=False)
         self.assertEqual(checked.stderr, "")
         self.assertEqual(checked.returncode, 0)
@@ -72,7 +88,7 @@ class Page(unittest.TestCase):
 
     def test_examples_byte_for_byte(self):
         for example, stored in STORED:
-            self.assertEqual(page(relative(example)), stored.read_text(encoding="utf-8"), "to mend: html_test.py --update")
+            self.assertEqual(page(relative(example)), stored.read_text(encoding="utf-8"), "to fix: html_test.py --update")
 
     def test_hostile_names(self):
         rows = program.full_table("APK", FAR).replace("\n", "\nREMARK %s\n" % HOSTILE.replace("\n", " "), 1)
@@ -85,7 +101,7 @@ class Page(unittest.TestCase):
                     [program.KIT, "run", "--tables", program.MADE_TABLES, "--format", "html", os.fsencode(path)],
                     capture_output=True, check=False, env=program.environment())
                 text = result.stdout.decode("utf-8")  # strict: the page is UTF-8 whatever the name is
-                self.assertIn("P2 cis", text)
+                self.assertEqual(headline(text, "P2"), "99.9 % cis")
                 self.assert_sound(text)
 
     def test_errors_are_escaped(self):
@@ -104,7 +120,7 @@ class Page(unittest.TestCase):
 
     def test_chains_with_something_to_look_at_stand_open(self):
         text = page(*program.EXAMPLES)
-        opened = re.findall(r"<details class=\"chain\" id=\"chain\d+\"( open)?><summary>([^<]*)", text)
+        opened = re.findall(r"<details class=\"chain\"( open)?><summary>([^<]*)", text)
         self.assertEqual([(bool(is_open), os.path.basename(name)) for is_open, name in opened],
                          [(True, "nuclease.tab"), (False, "ubiquitin.tab")])
 
@@ -116,59 +132,161 @@ class Page(unittest.TestCase):
             found = re.search(r"^%s +(\d+) +\d+ +\S+ \[[^]]*\] +(\S+) \[[^]]*\] +(\S+) " % re.escape(line), document,
                               re.MULTILINE)
             count, sensitivity, specificity = found.groups()
-            row = re.search(r"<td>%s</td>(.*?)</tr>" % known, text).group(1)
+            row = re.search(r"<th scope=\"row\">%s</th>(.*?)</tr>" % known, text).group(1)
             self.assertEqual(re.findall(r">([0-9.]+)(?: prolines)?<", row)[1:], [sensitivity, specificity, count])
 
 
-class Pictures(unittest.TestCase):
+class Made(unittest.TestCase):
+    def page_of(self, changes=(), sequence="APK", **files):
+        """The page about a made table, or several by their names."""
+        with tempfile.TemporaryDirectory() as folder:
+            paths = []
+            for name, table in (files or {"made": program.full_table(sequence, changes)}).items():
+                paths.append(os.path.join(folder, name + ".tab"))
+                with open(paths[-1], "w", encoding="utf-8") as file:
+                    file.write(table)
+            return page(*paths, tables=program.MADE_TABLES)
+
+
+class Cards(Made):
     """Made tables: CB tells cis (+2 ppm) from trans (0), CG 24 from 27, all deviations 1. Proline 2 of A P K."""
 
-    def setUp(self):
-        with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "made.tab")
-            with open(path, "w", encoding="utf-8") as file:
-                file.write(program.full_table("APK", {(2, "CB"): 30.5, (2, "CG"): 24.5}))
-            self.text = page(path, tables=program.MADE_TABLES)
-
-    def picture(self):
-        (found,) = pictures(card(self.text, "P2"))
-        return found
-
-    def test_bars(self):
-        # Zero stands at 262, a nat is 15.5 wide. Rows of 14 from 30 on, 5 more before each of the four groups.
-        # CB: half a ppm from trans, 1.5 from cis: (0.25 - 2.25) / 2 = -1 nat, 15.5 to the left. It is row 11, in the
-        # second group: 30 + 11 * 14 + 2 * 5 = 194, bars start one below.
-        # CG: 0.5 from cis, 2.5 from trans: (6.25 - 0.25) / 2 = +3 nats: 46.5 to the right. Row 12.
-        # Prior: -ln 19 = -2.944: 45.6 to the left.
-        shapes = [(p.get("class"), p.get("d")) for p in self.picture().iter("path")]
-        self.assertIn(("p", "M262 31v9h-45.6v-9z"), shapes)
-        self.assertIn(("t", "M262 195v9h-15.5v-9z"), shapes)
-        self.assertIn(("c", "M262 209v9h46.5v-9z"), shapes)
-        # Sum: -2.944 - 1 + 3 = -0.944, 14.6 to the left; undecided (0.28). Row 20, after all groups: 330.
-        self.assertIn(("u", "M262 331v9h-14.6v-9z"), shapes)
+    def test_contributions(self):
+        # CB: half a ppm from trans, 1.5 from cis: (0.25 - 2.25) / 2 = -1 nat. CG: 0.5 from cis, 2.5 from trans:
+        # (6.25 - 0.25) / 2 = +3 nats. Start: -ln 19 = -2.944. Sum: -2.944 - 1 + 3 = -0.944.
         # The A before is twice as common beside cis, the K after beside trans: ln 2 = 0.693 to either side.
-        self.assertIn(("c", "M262 50v9h10.7v-9z"), shapes)
-        self.assertIn(("t", "M262 312v9h-10.7v-9z"), shapes)
-        self.assertEqual(len([s for s in shapes if s[0] in ("c", "p", "t", "u")]), 6)
+        text = card(self.page_of({(2, "CB"): 30.5, (2, "CG"): 24.5}), "P2")
+        rows = table_after(text, "<table")
+        self.assertEqual(rows[0], ["ppm", "obs.", "cis", "trans", "nats", "trans | cis"])
+        for row in (["A1 type", "+0.7", ""], ["P2 1 in 20 are cis", "−2.9", ""], ["K3 type", "−0.7", ""],
+                    ["CB", "30.5", "32.0", "30.0", "−1.0", ""], ["CG", "24.5", "24.0", "27.0", "+3.0", ""],
+                    ["Sum", "−0.9", ""]):
+            self.assertIn(row, rows)
+        # Zero is at 60 % of the width, 25 nats wide.
+        bars = [(kind, side, float(at), float(width)) for kind, side, at, width in
+                re.findall(r"<i class=\"(.)\" style=\"(\w+):(\d+)%;width:([0-9.]+)%\">", text)]
+        self.assertEqual(bars, [("u", "right", 40, 3.8), ("c", "left", 60, 2.8), ("p", "right", 40, 11.8),
+                                ("t", "right", 40, 4), ("c", "left", 60, 12), ("t", "right", 40, 2.8),
+                                ("u", "right", 40, 3.8)][-len(bars):])
+        self.assertEqual(len(bars), 6)
 
-    def test_numbers_beside_the_bars(self):
-        labels = texts(self.picture())
-        self.assertIn((242.5, 203.0, "−1.0"), labels)  # four from the end of the bar
-        self.assertIn((312.5, 217.0, "+3.0"), labels)
-        self.assertIn((134.0, 203.0, "30.5"), labels)
-        self.assertIn((134.0, 217.0, "24.5"), labels)
+    def test_missing_shifts_say_what_they_promise(self):
+        text = card(self.page_of({(2, "CB"): 31.0}), "P2")  # between cis and trans, without CG
+        (row,) = [row for row in table_after(text, "<table") if row[0] == "CG"]
+        self.assertEqual(row[:4], ["CG", "–", "24.0", "27.0"])
+        self.assertRegex(row[4], r"^worth 0\.\d\d bits$")
 
+    def test_headlines(self):
+        # As above, log-odds of -0.944: 28.0 %. CG 24 adds 4.5 instead of 3: 63.5 %. CB 30 and CG 27 speak for trans
+        # with 2 and 4.5 nats: -2.944 - 6.5, 0.008 %.
+        for cb, cg, expected in ((30.5, 24.5, "28.0 % cis, undecided"), (30.5, 24.0, "63.5 % cis"),
+                                 (30.0, 27.0, "> 99.9 % trans")):
+            text = self.page_of({(2, "CB"): cb, (2, "CG"): cg})
+            self.assertEqual(headline(text, "P2"), expected)
+            self.assertIn("P_CIS_NORM", card(text, "P2"))
+
+    def test_trans_prolines_are_lines_that_open_after_the_cards(self):
+        sequence = "APKAPKAPK"
+        text = self.page_of({(2, "CG"): 27.0, (5, "CB"): 34.0, (5, "CG"): 24.0}, sequence)
+        kinds = re.findall(r"<(article|details) class=\"(?:card|line)\">(?:(?!<b>).)* (P\d) <b>", text, re.DOTALL)
+        self.assertEqual(kinds[0], ("article", "P5"))
+        self.assertIn(("details", "P2"), kinds)
+        line = re.search(r"<summary>.*?</summary>", card(text, "P2")).group()
+        self.assertIn("CG of the proline speaks for it", line)
+        self.assertIn("<i class=\"t\"", line)
+
+    def test_without_a_prediction(self):
+        text = self.page_of(sequence="PAK")
+        self.assertIn("<li>P1: first residue</li>", text)
+
+
+class ManyChains(Made):
+    CIS = program.full_table("APK", FAR)
+    TRANS = program.full_table("APK", {(2, "CB"): 30.0, (2, "CG"): 27.0})
+
+    def test_index(self):
+        text = self.page_of(a=self.CIS, b=self.TRANS, c=program.full_table("PAK"))
+        self.assertEqual(table_after(text, ">Index</h2>"),
+                         [["Chain", "Cis", "Undecided", "Trans", "None", "Offset"],
+                          ["a.tab", "P2", "0", "0", "0", "not known"], ["b.tab", "0", "0", "1", "0", "not known"],
+                          ["c.tab", "0", "0", "0", "1", "not known"]])
+
+    def test_index_names_offsets(self):
+        # CA and CB 3 ppm too high, HA, C as they are: the axis of 13C.
+        lines = []
+        for line in program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True):
+            cells = line.split()
+            if len(cells) == 4 and cells[2] in ("CA", "CB"):
+                line = "%4s %s %4s %8.3f\n" % (*cells[:3], float(cells[3]) + 3)
+            lines.append(line)
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "high.tab")
+            with open(path, "w", encoding="utf-8") as file:
+                file.writelines(lines)
+            text = page(path, program.EXAMPLES[0])
+        self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]],
+                         ["13C +3.0 ppm, corrected", "none"])
+        self.assertRegex(first_line(text), r"corrected before predicting in \S*high\.tab\.$")
+
+    def test_links_lead_into_folds(self):
+        text = self.page_of(a=self.CIS, b=self.TRANS)
+        for place in re.findall(r"<a href=\"#(chain\d)\"", text):
+            self.assertRegex(text, r"<details class=\"chain\"(?: open)?><summary>[^<]*</summary>\n<div id=\"%s\">" % place)
+
+    def test_files_that_failed_are_named_first(self):
+        text = page(program.EXAMPLES[0], program.EXAMPLES[1], "missing.tab")
+        self.assertIn("1 file could not be predicted.", first_line(text))
+        self.assertLess(text.index("<li>missing.tab: cannot be read"), text.index(">Index</h2>"))
+
+    def test_one_sequence_twice(self):
+        other = program.full_table("APA", FAR)
+        text = self.page_of(a=self.CIS, b=self.TRANS, c=other)
+        rows = table_after(text, ">One sequence, several sets of shifts</h2>")
+        self.assertEqual(rows[0], ["Proline", "a.tab", "b.tab", "Difference of P_CIS_NORM"])
+        # a: CB 34 is 2 above cis, CG 24 on cis: 6 + 4.5 - 2.944 nats, 0.9995; b: -2 - 4.5 - 2.944, 0.00008.
+        self.assertEqual(rows[1:], [["P2", "99.9\u00a0% cis", "> 99.9\u00a0% trans", "0.999, the calls differ"]])
+        self.assertIn("<mark>0.999, the calls differ</mark>", text)
+
+    def test_calls_that_agree_are_not_marked(self):
+        text = self.page_of(a=self.TRANS, b=self.TRANS)
+        self.assertEqual(table_after(text, ">One sequence")[1][-1], "0.000")
+        self.assertNotIn("<mark>", text)
+        self.assertNotIn("One sequence", self.page_of(a=self.CIS))
+        self.assertNotIn("One sequence", self.page_of(a=self.CIS, b=program.full_table("APA", FAR)))
+
+
+class Pictures(Made):
     def test_cb_against_cg(self):
         # Trans at (30, 27), cis at (32, 24), 2.4 deviations of 1 to either side, to whole ppm: CB 27 to 35, CG 21
-        # to 30. The axes run from (40, 300) to (392, 12).
-        picture = pictures(self.text)[1]
+        # to 30. The axes run from (36, 240) to (282, 10): 30.75 wide and 25.556 high for each ppm.
+        text = self.page_of({(2, "CB"): 30.5, (2, "CG"): 24.5})
+        picture = pictures(text)[1]
         (point,) = [u for u in picture.iter("use") if u.get("href") != "#k"]
         self.assertEqual(point.get("href"), "#u")
-        self.assertAlmostEqual(float(point.get("x")), 40 + (30.5 - 27) / 8 * 352, delta=0.05)
-        self.assertAlmostEqual(float(point.get("y")), 300 - (24.5 - 21) / 9 * 288, delta=0.05)
-        centres = re.findall(r"<ellipse class=\"e([ct])\" cx=\"(\S+)\" cy=\"(\S+)\" rx=\"(\S+)\" ry=\"(\S+)\"", self.text)
-        self.assertEqual(centres, [("t", "172", "108", "88", "64"), ("t", "172", "108", "44", "32"),
-                                   ("c", "260", "204", "88", "64"), ("c", "260", "204", "44", "32")])
+        self.assertAlmostEqual(float(point.get("x")), 36 + 3.5 * 30.75, delta=0.06)
+        self.assertAlmostEqual(float(point.get("y")), 240 - 3.5 * 230 / 9, delta=0.06)
+        centres = re.findall(r"<ellipse class=\"e([ct])\" cx=\"(\S+)\" cy=\"(\S+)\" rx=\"(\S+)\" ry=\"(\S+)\"", text)
+        self.assertEqual([kind for kind, *_ in centres], ["t", "t", "c", "c"])
+        for found, wanted in zip(centres, ((128.25, 86.67, 61.5, 51.11), (128.25, 86.67, 30.75, 25.56),
+                                           (189.75, 163.33, 61.5, 51.11), (189.75, 163.33, 30.75, 25.56))):
+            for value, expected in zip(map(float, found[1:]), wanted):
+                self.assertAlmostEqual(value, expected, delta=0.06)
+
+    def test_cb_minus_cg_is_unclear_between_the_two_lines(self):
+        for cb, said in ((30.5, "P2 is trans"), (31.0, "P2 is unclear"), (31.75, "P2 is unclear"), (32.0, "P2 is cis")):
+            text = self.page_of({(2, "CB"): cb, (2, "CG"): 24.0})
+            title = re.search(r"<h2>(By CB − CG: .*?)</h2>", text).group(1)
+            self.assertEqual(title, "By CB − CG: " + said.replace("P2 is trans", "1 is trans"))
+
+    def test_points_off_the_axes_are_arrows_with_a_name(self):
+        text = self.page_of({(2, "CB"): 40.0, (2, "CG"): 24.0})
+        picture = pictures(text)[1]
+        self.assertEqual([u.get("href") for u in picture.iter("use")], ["#k"])
+        self.assertIn("→", [label.text for label in picture.iter("text")])
+        self.assertIn("Arrows, off the axes: P2 (CB 40.00, CG 24.00 ppm).", text)
+        text = self.page_of({(2, "CB"): 20.0})
+        self.assertIn("Arrows, off the axes: P2 (CB 20.00 ppm).", text)
+        self.assertNotIn("Arrows", self.page_of({(2, "CB"): 30.0}))
 
     def test_no_labels_overlap(self):
         for example in [*program.EXAMPLES, *program.real_entries()[::60]]:
@@ -181,7 +299,7 @@ class Pictures(unittest.TestCase):
                     shift = {"e": 1.0, "m": 0.5}.get((label.get("class") or "-").split()[0], 0.0)
                     x, y = float(label.get("x")) - shift * width, float(label.get("y"))
                     self.assertGreaterEqual(x, -1)
-                    self.assertLessEqual(x + width, 402)
+                    self.assertLessEqual(x + width, 290)
                     boxes.append((x, y, width, label.text))
                 for i, (x, y, width, name) in enumerate(boxes):
                     for other_x, other_y, other_width, other in boxes[:i]:

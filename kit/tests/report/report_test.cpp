@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <regex>
 #include <sstream>
 
 #include <nlohmann/json.hpp>
@@ -224,21 +225,44 @@ TEST(ReportJson, HoldsBothProbabilitiesOfACorrectedChain) {
 }
 
 TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
-  const auto titleOf = [](zorvela::RunReport report) {
-    return written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+  const auto verdictOf = [](const zorvela::RunReport& report, const std::string& atom) {
+    const std::string text = written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+    std::smatch row;
+    const std::regex pattern("<th scope=\"row\">" + atom +
+                             "</th>(?:<td[^>]*>[^<]*</td>){2}<td>(.*)</td></tr>");
+    return std::regex_search(text, row, pattern) ? row.str(1) : "no row";
   };
   zorvela::RunReport report = sample();
   std::vector<zorvela::ReferencingOffset>& offsets = report.files[0].proteins[0].offsets;
-  EXPECT_NE(titleOf(report).find(">Check the referencing: 13C 1.5 ppm too high, HA 0.50 ppm too high. Not "
-                                 "known: C′<"),
-            std::string::npos);
-  offsets[0].recommended = offsets[2].recommended = false;
-  offsets[2].offset = 0.1F;
-  EXPECT_NE(titleOf(report).find(">Perhaps, but not certain: 13C 1.5 ppm too high. Not known: C′. Looks "
-                                 "right: HA<"),
-            std::string::npos);
-  offsets[0].offset = offsets[3].offset = 0.0F;
-  EXPECT_NE(titleOf(report).find(">The referencing looks right<"), std::string::npos);
+  EXPECT_EQ(verdictOf(report, "CA"), "<b>to be corrected</b>");
+  EXPECT_EQ(verdictOf(report, "CB"), "looks right");
+  EXPECT_EQ(verdictOf(report, "C′"), "not known: too few residues");
+  offsets[0].recommended = false;
+  EXPECT_EQ(verdictOf(report, "CA"), "perhaps wrong");
+  correct(report);
+  offsets[0].recommended = true;
+  EXPECT_EQ(verdictOf(report, "CA"), "corrected");
+}
+
+TEST(ReportHtml, SaysOnceWhatWasCorrected) {
+  zorvela::RunReport report = sample();
+  correct(report);
+  zorvela::ProteinResult& protein = report.files[0].proteins[0];
+  protein.notes.insert(protein.notes.begin(), protein.correction);
+  const std::string text = written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+  const std::size_t first = text.find("13C is 1.5 ppm too high");
+  EXPECT_NE(first, std::string::npos);
+  EXPECT_LT(first, text.find("</p>"));
+  EXPECT_EQ(text.find("13C is 1.5 ppm too high", first + 1), std::string::npos);
+  EXPECT_NE(text.find("1 note of the import"), std::string::npos);
+}
+
+TEST(ReportHtml, WarnsBeforeAllElse) {
+  const std::string text = written([](std::ostream& out) { zorvela::writeHtml(sample(), {}, out); });
+  const std::string start = text.substr(0, text.find("<figure"));
+  for (const char* warning : {"<li>CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues)",
+                              "<li>P117 is marked trans in the file but predicted cis (0.981)</li>"})
+    EXPECT_NE(start.find(warning), std::string::npos) << start;
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {

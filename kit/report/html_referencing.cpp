@@ -1,0 +1,68 @@
+// The referencing offsets as a table: each with its error, its bound and what follows from it.
+#include <cmath>
+
+#include "predict/referencing.h"
+#include "report/fields.h"
+#include "report/html_pieces.h"
+#include "report/pictures.h"
+#include "report/svg.h"
+#include "util/text.h"
+
+namespace zorvela {
+
+namespace {
+
+std::string nameOf(const std::string& atom) {
+  return atom == "C" ? "C′" : atom;
+}
+
+int decimalsOf(const ReferencingOffset& offset) {
+  return offset.atom == "HA" ? 2 : 1;
+}
+
+std::string figures(const ReferencingOffset& offset) {
+  std::string text = signedFigure(static_cast<double>(offset.offset), decimalsOf(offset));
+  if (std::isfinite(offset.error))
+    text += " ± " + figureText(static_cast<double>(offset.error), decimalsOf(offset));
+  return text;
+}
+
+std::string verdictOf(const ReferencingOffset& offset) {
+  if (!std::isfinite(offset.offset)) return "not known: too few residues";
+  if (callsForCorrection(offset)) return offset.correctedBy ? "corrected" : "<b>to be corrected</b>";
+  return isUncertain(offset) ? "perhaps wrong" : "looks right";
+}
+
+}  // namespace
+
+std::string offsetsInWords(const ProteinResult& protein) {
+  std::vector<std::string> found;
+  bool isKnown = false;
+  for (const ReferencingOffset& offset : protein.offsets) {
+    isKnown = isKnown || std::isfinite(offset.offset);
+    if (offset.atom == "CB" || (!callsForCorrection(offset) && !isUncertain(offset)))
+      continue;  // CA has its axis
+    const auto value = static_cast<double>(offset.offset);
+    found.push_back((offset.atom == "CA" ? "13C" : nameOf(offset.atom)) + " " +
+                    signedFigure(value, decimalsOf(offset)) + " ppm" +
+                    (offset.correctedBy    ? ", corrected"
+                     : isUncertain(offset) ? ", perhaps"
+                                           : ", not corrected"));
+  }
+  if (found.empty()) return isKnown ? "none" : "not known";
+  return enumerated(found);
+}
+
+std::string referencingTable(const ProteinResult& protein, const std::string& name) {
+  std::vector<Cells> rows;
+  for (const std::string& atom : kOffsetAtoms)
+    if (const ReferencingOffset* offset = offsetOf(protein, atom))
+      rows.push_back({nameOf(atom), std::isfinite(offset->offset) ? figures(*offset) : "–",
+                      "± " + figureText(correctionBound(atom), 2), verdictOf(*offset)});
+  return "<div><h2>Referencing</h2>\n" +
+         htmlTable("Referencing of " + name, {"Atom", "Offset (ppm)", "Bound", "Verdict"}, {"", "r", "r", ""},
+                   rows) +
+         "</div>\n";
+}
+
+}  // namespace zorvela

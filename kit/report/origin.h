@@ -1,0 +1,21 @@
+// Where the rows and chains of a report come from, said as shortly as the report allows.
+#pragma once
+
+#include <string>
+
+#include "zorvela/report.h"
+
+namespace zorvela {
+
+/// What the chains of a report need to say of where they come from.
+struct Origin {
+  bool withList = false;  ///< a chain comes with several shift lists
+  std::string folder;     ///< of all files, with its slash; empty without one in common or with one file
+
+  explicit Origin(const RunReport& report);
+};
+
+/// "b.str, chain A, shift list 2", without the folder that all files share.
+std::string chainName(const ProteinResult& protein, const Origin& origin);
+
+}  // namespace zorvela

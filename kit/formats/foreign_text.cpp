@@ -80,15 +80,52 @@ bool isAtomRecord(std::string_view line) {
          line[34] == '.' && line[42] == '.' && line[50] == '.';
 }
 
+/// Files that programs keep beside their shift lists, by the first words of a line.
+struct FirstWords {
+  std::string_view first;
+  std::string_view second;  ///< any where it is empty
+  const char* what;
+};
+
+constexpr FirstWords kFirstWords[] = {
+    {"&rst", "", "a restraint list"},
+    {"Assignment", "w1", "a peak list"},
+    {"label", "dataset", "a peak list"},
+    {"VARS", "INDEX", "a peak list"},
+    {"TYPEDEF", "SEQUENCE", "an OLIVIA table; export NMR-STAR or a table with column names"},
+    {"TYPEDEF", "ASS_TBL_H2O", "an OLIVIA table; export NMR-STAR or a table with column names"},
+    {"Spin", "system", "a PRONTO table; export NMR-STAR or a table with column names"},
+};
+
+/// "PR_2  8.900 123.220": a spin system of MARS; "Res_12 PR_7 (H)": what it assigns.
+bool isOfMars(const std::vector<std::string>& words) {
+  const auto isNumbered = [&](std::size_t i, std::string_view start) {
+    return words.size() > i && startsIgnoringCase(words[i], start) &&
+           toInteger(std::string_view(words[i]).substr(start.size()));
+  };
+  return words.size() > 1 && (isNumbered(0, "PR_") || (isNumbered(0, "Res_") && isNumbered(1, "PR_")));
+}
+
+/// The column names of a peak list: "Assign F1", "Pos F1", "Position F1".
+bool arePeakColumns(std::string_view line) {
+  return contains(line, "Assign F1") && (contains(line, "Pos F1") || contains(line, "Position F1"));
+}
+
 std::string kindOf(std::string_view line) {
   if (line.size() > kLongestLine) return {};
   if (isAtomRecord(line)) return "a list of atom coordinates";
   const std::string_view core = trimmed(line);
-  if (isAssignStatement(core) || startsIgnoringCase(core, "&rst")) return "a restraint list";
-  if (startsIgnoringCase(core, "# Number of dimensions")) return "a peak list";
+  if (isAssignStatement(core)) return "a restraint list";
+  if (startsIgnoringCase(core, "# Number of dimensions") || arePeakColumns(core)) return "a peak list";
   constexpr std::size_t kMostWords = 8;
   const auto words = splitCells(core, Separator::blank, kMostWords);
-  return words && isPlainRestraint(*words) ? "a restraint list" : "";
+  if (!words || words->empty()) return "";
+  for (const FirstWords& start : kFirstWords)
+    if (equalIgnoringCase(words->front(), start.first) &&
+        (start.second.empty() || (words->size() > 1 && equalIgnoringCase((*words)[1], start.second))))
+      return start.what;
+  if (isOfMars(*words)) return "a file of MARS, whose spin systems are not assigned to residues";
+  return isPlainRestraint(*words) ? "a restraint list" : "";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The input formats in one table, and the way from a file's bytes to what its reader hands over.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@ struct Source {
   std::string text;                ///< without byte order mark; empty for STAR
   std::vector<std::string> notes;  ///< on the file as a whole
   std::optional<StarEntry> star;   ///< the parsed entry of a STAR file (NMR-STAR, NEF)
+  std::shared_ptr<FileWork> work = std::make_shared<FileWork>();  ///< of all entries of the file
 };
 
 /// An input format.
@@ -35,6 +37,8 @@ bool isNmrStar2(const Source& source);
 ShiftFile readNmrStar2(const Source& source);
 bool isNmrStar3(const Source& source);
 ShiftFile readNmrStar3(const Source& source);
+bool isWordList(const Source& source);
+ShiftFile readWordList(const Source& source);
 bool isCsv(const Source& source);
 ShiftFile readCsv(const Source& source);
 
@@ -45,6 +49,7 @@ inline constexpr Format kFormats[] = {
     {"NEF", isNef, readNef},
     {"NMR-STAR 2.1", isNmrStar2, readNmrStar2},
     {"NMR-STAR 3", isNmrStar3, readNmrStar3},
+    {"assignment list", isWordList, readWordList},
     {"CSV", isCsv, readCsv},
 };
 // clang-format on

@@ -88,7 +88,7 @@ bool isShiftTable(const Source& source) {
   bool varsSeen = false;
   for (std::size_t pos = 0; const auto line = nextLine(source.text, pos);) {
     const std::string_view word = firstTableWord(*line);
-    varsSeen = varsSeen || word == "VARS";
+    varsSeen = varsSeen || (word == "VARS" && !contains(*line, "X_AXIS"));  // that is a peak list
     if (varsSeen && word == "FORMAT") return true;
   }
   return false;

@@ -53,7 +53,7 @@ std::string answer(const RunReport& report, const std::vector<NamedChain>& chain
   for (const NamedChain& chain : chains)
     if (!chain.protein->correction.empty()) corrected.push_back(chain.name);
   if (!corrected.empty())
-    text += " The referencing was corrected before predicting in " + enumerated(corrected) + ".";
+    text += " The shifts were corrected before predicting in " + enumerated(corrected) + ".";
   return text;
 }
 
@@ -103,21 +103,33 @@ std::string differenceOf(const std::vector<const ProlineResult*>& prolines) {
   return calls.size() > 1 ? "<mark>" + size + ", the calls differ</mark>" : size;
 }
 
+std::vector<Cells> transposed(const std::vector<Cells>& rows) {
+  std::vector<Cells> columns(rows.front().size());
+  for (const Cells& row : rows)
+    for (std::size_t i = 0; i < row.size(); ++i) columns[i].push_back(row[i]);
+  return columns;
+}
+
+/// A row for each chain; a row for each proline where the chains are so few that this is easier to read.
 std::string sideBySide(const std::vector<NamedChain>& chains) {
-  Cells titles = {"Proline"};
-  for (const NamedChain& chain : chains)
-    titles.push_back("<a href=\"#" + chain.id + "\">" + escaped(chain.name) + "</a>");
-  titles.emplace_back("Difference of P_CIS_NORM");
-  std::vector<Cells> rows;
-  for (std::size_t i = 0; i < chains.front().protein->prolines.size(); ++i) {
+  constexpr std::size_t kMostColumns = 4;
+  std::vector<Cells> rows = {{"Proline"}};
+  for (const ProlineResult& proline : chains.front().protein->prolines)
+    rows.front().push_back(escaped("P" + proline.number));
+  for (const NamedChain& chain : chains) {
+    rows.push_back({"<a href=\"#" + chain.id + "\">" + escaped(chain.name) + "</a>"});
+    for (const ProlineResult& proline : chain.protein->prolines)
+      rows.back().push_back(symbol(proline.call) + " " + escaped(headline(proline)));
+  }
+  rows.push_back({"Difference of P_CIS_NORM"});
+  for (std::size_t i = 0; i + 1 < rows.front().size(); ++i) {
     std::vector<const ProlineResult*> prolines;
     for (const NamedChain& chain : chains) prolines.push_back(&chain.protein->prolines[i]);
-    rows.push_back({escaped("P" + prolines.front()->number)});
-    for (const ProlineResult* proline : prolines)
-      rows.back().push_back(symbol(proline->call) + " " + escaped(headline(*proline)));
     rows.back().push_back(differenceOf(prolines));
   }
-  return htmlTable("Side by side: " + chains.front().name, titles, Cells(titles.size(), "f"), rows);
+  if (chains.size() <= kMostColumns) rows = transposed(rows);
+  return htmlTable("Side by side: " + chains.front().name, rows.front(), Cells(rows.front().size(), "f"),
+                   {rows.begin() + 1, rows.end()});
 }
 
 /// Chains of one sequence beside each other: as deposited and corrected, free and bound, copies of a dimer.

@@ -26,7 +26,7 @@ std::string asSentence(const std::string& text) {
 // --- The table of contributions -----------------------------------------------------------------
 
 std::string natsCells(double nats, const std::string& cssClass, const std::string& mark = "") {
-  return "<td class=\"r\">" + natsText(nats) + mark + "</td><td class=\"bar\">" + natsBar(nats, cssClass) +
+  return "<td>" + natsText(nats) + mark + "</td><td class=\"bar\">" + natsBar(nats, cssClass) +
          "</td></tr>\n";
 }
 
@@ -48,7 +48,7 @@ std::string shiftRow(const Evidence& evidence, int index, bool withCorrected) {
   if (!shift.secondary && !shift.measurable) return "";
   const ShiftTexts texts = shiftTexts(shift, index);
   std::string row = "<tr><th scope=\"row\">" + atomName(index) + "</th>";
-  const auto add = [&row](const std::string& text) { row += "<td class=\"r\">" + text + "</td>"; };
+  const auto add = [&row](const std::string& text) { row += "<td>" + text + "</td>"; };
   add(texts.observed.empty() ? "–" : texts.observed);
   if (withCorrected) add(texts.corrected);
   add(texts.cis);
@@ -184,7 +184,8 @@ std::string prolineCards(const ProteinResult& protein, const std::string& figure
       lines += line(protein, proline);
   }
   return "<div class=\"grid\">\n" + cards + figures + "</div>\n" +
-         (lines.empty() ? "" : "<h2>Trans prolines</h2>\n" + lines) +
+         (lines.empty() ? ""
+                        : "<section class=\"trans\"><h2>Trans prolines</h2>\n" + lines + "</section>\n") +
          (without.empty() ? "" : "<h2>Without a prediction</h2>\n" + bulletList(without));
 }
 

@@ -49,11 +49,11 @@ table{border-collapse:collapse;overflow-wrap:normal;font-size:.9rem;font-variant
 th,td{text-align:left;padding:3px 12px 3px 0;border-bottom:1px solid var(--grid);vertical-align:top}
 th{font-weight:600}tbody th{font-weight:400}.r{text-align:right;white-space:nowrap}
 .nats{width:100%;font-size:12px;line-height:1.2}
-.nats :is(th,td){border:0;padding:1px 5px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
+.nats td{text-align:right}.nats :is(th,td){border:0;padding:1px 5px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
 .nats thead th{color:var(--faint);font-weight:400;text-align:right}
 .nats thead th:first-child{text-align:left}.nats thead th:last-child{text-align:center}
 .nats tbody th{padding-left:5px}.nats .g :is(th,td){padding-top:5px}.nats .g th{padding-left:0;font-weight:600}.nats .g span{font-weight:400}.nats .g i{top:calc(.2em + 4px)}
-.h{color:var(--faint)}
+.nats .h{color:var(--faint);text-align:left}
 details{margin:10px 0;border-top:1px solid var(--line);padding-top:8px}
 summary{cursor:pointer;font-weight:600}
 .chain{margin:18px 0}.chain>summary{font-size:1.1rem}.chain>div{scroll-margin-top:2.5em}
@@ -69,7 +69,7 @@ mark{background:none;color:inherit;font-weight:700;border-bottom:3px solid var(-
 --trans:#0072b2;--start:#a3abb5;--link:#000}
 body{padding:0;max-width:none;font-size:9.5pt}.nats{font-size:8.5pt}
 .grid{gap:12px;grid-template-columns:1fr 1fr}
-.card,figure,tr,.line{break-inside:avoid}h2,summary{break-after:avoid}.wide{overflow:visible}
+.card,figure,tr,.line{break-inside:avoid}h2,summary,.lead,.lead+p{break-after:avoid}.wide{overflow:visible}
 details:not(.line)::details-content{content-visibility:visible}summary{list-style:none}}
 )css";
 

@@ -24,7 +24,7 @@ std::vector<int> shiftOrder();
 /// One shift as text (ppm); empty where it is missing or unknown.
 struct ShiftTexts {
   std::string observed;   ///< as in the file
-  std::string corrected;  ///< without the referencing offset, where one was taken away
+  std::string corrected;  ///< without the referencing offset and the isotope shift, if one was taken away
   std::string cis;        ///< where cis prolines have it on average, with this reference
   std::string trans;
 };

@@ -13,8 +13,8 @@ export function showReport(frame, html, withTrans) {
 
 /** Shows or leaves out the lines and rows of trans prolines in the report on show. The saved report has them all. */
 export function showTrans(frame, withTrans) {
-  for (const mark of frame.contentDocument.querySelectorAll(".line use[href='#t'], .prolines use[href='#t']"))
-    mark.closest(".line, tr").hidden = !withTrans;
+  for (const part of frame.contentDocument.querySelectorAll(".trans, .prolines tr:has(use[href='#t'])"))
+    part.hidden = !withTrans;
 }
 
 /** The prolines on show as lines with tabs between the cells, first the chain where there are several. */

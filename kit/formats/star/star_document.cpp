@@ -30,6 +30,10 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Chem_comp_assembly.",
                                             "_Atom_chem_shift.",
                                             "_Systematic_chem_shift_offset.",
+                                            "_Sample_component.",
+                                            "_Chem_shift_experiment.",
+                                            "_Isotopic_labeling",
+                                            "_Sample_label",
                                             "_nef_sequence.",
                                             "_nef_chemical_shift.",
                                             "_nef_covalent_links.",
@@ -265,15 +269,20 @@ class Parser {
   LimitedNotes notes{"places that are not valid STAR"};
 };
 
-/// The first word outside comments; empty if there is none.
-std::string firstWord(std::string_view text) {
-  constexpr std::size_t kMost = 80;
+/// The first line that is no comment; empty if there is none.
+std::string_view firstLine(std::string_view text) {
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     const std::string_view core = trimmed(*line);
-    if (core.empty() || core.front() == '#') continue;
-    return lower(core.substr(0, std::min(core.find_first_of(" \t"), kMost)));
+    if (!core.empty() && core.front() != '#') return core;
   }
   return {};
+}
+
+/// Tags as the column names of a table: with commas, or one after the other.
+bool areColumnNames(std::string_view line) {
+  const std::size_t end = std::min(line.find_first_of(" \t"), line.size());
+  const std::string_view rest = trimmed(line.substr(end));
+  return contains(line.substr(0, end), ",") || (line.front() == '_' && !rest.empty() && rest.front() == '_');
 }
 
 template <class Fits>
@@ -327,9 +336,9 @@ bool isPartOfHeader(std::string_view line) {
 }  // namespace
 
 bool isStar(std::string_view text) {
-  const std::string word = firstWord(text);
+  const std::string_view line = firstLine(text);
   for (const std::string_view start : {"data_", "save_", "loop_", "global_", "_"})
-    if (word.rfind(start, 0) == 0) return true;
+    if (startsIgnoringCase(line, start)) return !areColumnNames(line);
   return false;
 }
 
@@ -441,8 +450,8 @@ std::string_view StarColumn::cell(std::size_t row) const {
 
 std::string StarColumn::word(std::size_t row) const {
   const std::string_view whole = cell(row);
-  if (whole.size() <= kLongestWord) return std::string(whole);
-  return std::string(whole.substr(0, kLongestWord)) + "...";
+  if (whole.size() <= kLongestNameKept) return std::string(whole);
+  return printable(whole, kLongestNameKept);
 }
 
 std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) {

@@ -3,7 +3,6 @@
 // refused.
 #include <algorithm>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "formats/foreign_text.h"
@@ -12,8 +11,8 @@
 #include "formats/text/csv_columns.h"
 #include "formats/text/csv_rows.h"
 #include "formats/text/csv_without_names.h"
+#include "formats/text/found_rows.h"
 #include "formats/text/residue_label.h"
-#include "formats/unassigned.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -110,9 +109,10 @@ struct OpenLabel {
 
 /// The rows as they stand.
 struct CsvContents {
-  std::vector<FileShift> shifts;    ///< `number` without code and sign; see `labels`
-  std::vector<OpenLabel> labels;    ///< one for each shift
-  std::vector<std::string> chains;  ///< their names
+  explicit CsvContents(FoundRows none) : found(std::move(none)) {}
+
+  FoundRows found;                ///< each `number` without code and sign; see `labels`
+  std::vector<OpenLabel> labels;  ///< one for each shift
   std::vector<ColumnContents> columns;
   std::size_t rows = 0;
   std::size_t values = 0;         ///< of a table with one row per shift
@@ -121,14 +121,13 @@ struct CsvContents {
   Tally unplaced;                 ///< rows without a residue
   Tally twoLetters;               ///< rows with a letter on either side of the number
   Tally impossible;               ///< of `values`: those that no shift of the atom has
-  Unassigned unassigned;
   LimitedNotes leftOut{"lines left out"};
 };
 
 class RowReader {
  public:
   RowReader(std::string_view wholeText, const CsvTable& csvTable, const std::string& name)
-      : text(wholeText), table(csvTable), columns(csvTable.columns), file(name) {}
+      : text(wholeText), table(csvTable), columns(csvTable.columns), contents(FoundRows(wholeText, name)) {}
 
   CsvContents read() {
     contents.columns.resize(table.layout.width());
@@ -151,7 +150,7 @@ class RowReader {
   void readRow(const CsvRow& row) {
     const RowResidue residue = residueOf(row.cells, columns);
     if (!residue.unassigned.empty()) {
-      contents.unassigned.add(residue.unassigned);
+      contents.found.unassigned.add(residue.unassigned);
       return;
     }
     if (const std::string why = whyNotPlaced(residue, row.cells, columns); !why.empty()) {
@@ -212,11 +211,8 @@ class RowReader {
   }
 
   void add(const CsvRow& row, const RowResidue& residue, const std::string& value, const AtomColumn& column) {
-    const Limit limit = {mostShiftRows(text.size()), "has", "shift rows", kOneProteinRemedy};
-    checkLimit(contents.shifts.size() + 1, limit, file, row.line);
     const ResidueLabel& label = residue.label;
     FileShift shift;
-    shift.chain = chainOf(residue.chain, row.line);
     shift.number = label.number;
     shift.offset = label.offset ? label.offset : column.offset;
     // The name beside a column "CA-1", and that in a label "G12-1", is of the residue with the number.
@@ -224,25 +220,14 @@ class RowReader {
     shift.atom = column.atom;
     shift.value = value;
     shift.line = row.line;
-    contents.shifts.push_back(std::move(shift));
+    contents.found.add(residue.chain, std::move(shift));
     contents.labels.push_back({label.code.empty() ? '\0' : label.code.front(), !label.name.empty(),
                                label.hasDash, residue.isByCounter, column.column});
-  }
-
-  std::size_t chainOf(const std::string& name, std::size_t line) {
-    const auto [entry, isNew] = chainIndex.emplace(name, contents.chains.size());
-    if (isNew) {
-      checkLimit(contents.chains.size() + 1, limits::kNamedChains, file, line);
-      contents.chains.push_back(name);
-    }
-    return entry->second;
   }
 
   std::string_view text;
   const CsvTable& table;
   const CsvColumns& columns;
-  const std::string& file;
-  std::unordered_map<std::string, std::size_t> chainIndex;
   CsvContents contents;
 };
 
@@ -250,12 +235,12 @@ class RowReader {
 
 /// Whether the residues of each chain ascend, with each dash as a minus sign or as none.
 bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
-  std::vector<std::set<int>> chains(contents.chains.size());
-  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
-    const auto digits = toInteger(contents.shifts[i].number);
+  std::vector<std::set<int>> chains(contents.found.chains.size());
+  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
+    const auto digits = toInteger(contents.found.shifts[i].number);
     if (!digits || !contents.labels[i].hasName) continue;
     const int number = isMinus && contents.labels[i].hasDash ? -*digits : *digits;
-    std::set<int>& seen = chains[contents.shifts[i].chain];
+    std::set<int>& seen = chains[contents.found.shifts[i].chain];
     if (seen.insert(number).second && number != *seen.rbegin()) return false;
   }
   return true;
@@ -271,7 +256,7 @@ bool areDashesMinus(const CsvContents& contents, const std::string& file) {
   const bool isMinus = doNumbersAscend(contents, true);
   if (isMinus != doNumbersAscend(contents, false)) return isMinus;
   if (std::all_of(labels.begin(), labels.end(), hasDash)) return false;
-  const FileShift& shift = contents.shifts[static_cast<std::size_t>(dashed - labels.begin())];
+  const FileShift& shift = contents.found.shifts[static_cast<std::size_t>(dashed - labels.begin())];
   throw FileError(file, shift.line,
                   "it is open whether " + quotedCell(shift.residueName + "-" + shift.number) +
                       " has a minus sign or a dash",
@@ -284,7 +269,7 @@ bool areCodesNames(const CsvContents& contents) {
   for (std::size_t i = 0; i < contents.labels.size(); ++i) {
     const OpenLabel& label = contents.labels[i];
     if ((label.code != 0) == label.hasName) return false;
-    const std::string& name = contents.shifts[i].residueName;
+    const std::string& name = contents.found.shifts[i].residueName;
     if (label.code != 0 && !name.empty() &&
         polypeptideResidue(name).letter != polypeptideResidue(upper({&label.code, 1})).letter)
       return false;
@@ -295,7 +280,7 @@ bool areCodesNames(const CsvContents& contents) {
 /// Whether the only column of residue numbers goes up by one in each row although a residue has several.
 bool areRowsCounted(const CsvContents& contents) {
   constexpr std::size_t kFewestRows = 3;
-  const auto& shifts = contents.shifts;
+  const auto& shifts = contents.found.shifts;
   if (shifts.size() < kFewestRows) return false;
   bool haveSeveralAtoms = false;
   for (std::size_t i = 0; i < shifts.size(); ++i) {
@@ -387,8 +372,8 @@ void noteColumns(const CsvContents& contents, const CsvTable& table, const std::
 void settleLabels(CsvContents& contents, const std::string& file) {
   const bool isMinus = areDashesMinus(contents, file);
   const bool isName = areCodesNames(contents);
-  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
-    FileShift& shift = contents.shifts[i];
+  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
+    FileShift& shift = contents.found.shifts[i];
     const OpenLabel& label = contents.labels[i];
     if (isMinus && label.hasDash && shift.number != "0") shift.number.insert(0, 1, '-');
     if (label.code != 0 && !isName) shift.number += label.code;
@@ -402,8 +387,8 @@ void settleLabels(CsvContents& contents, const std::string& file) {
 void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
   LimitedNotes impossible("values left out");
   std::size_t kept = 0;
-  for (std::size_t i = 0; i < contents.shifts.size(); ++i) {
-    FileShift& shift = contents.shifts[i];
+  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
+    FileShift& shift = contents.found.shifts[i];
     const std::size_t column = contents.labels[i].column;
     if (column != kNoColumn) {
       if (contents.columns[column].isWrong()) continue;
@@ -415,10 +400,10 @@ void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
         continue;
       }
     }
-    if (kept != i) contents.shifts[kept] = std::move(shift);
+    if (kept != i) contents.found.shifts[kept] = std::move(shift);
     ++kept;
   }
-  contents.shifts.resize(kept);
+  contents.found.shifts.resize(kept);
   impossible.appendTo(notes);
 }
 
@@ -433,23 +418,6 @@ void writePoints(std::vector<FileShift>& shifts, std::vector<std::string>& notes
   if (hasComma) notes.push_back("decimal commas read as points");
 }
 
-/// One-letter names become three-letter ones. A lower-case c is a disulfide cysteine, but not in a file that
-/// writes all its letters in lower case.
-void nameResidues(std::vector<FileShift>& shifts) {
-  const auto isUpperLetter = [](const FileShift& shift) {
-    const std::string& name = shift.residueName;
-    return name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z';
-  };
-  const bool isCaseKept = std::any_of(shifts.begin(), shifts.end(), isUpperLetter);
-  for (FileShift& shift : shifts) {
-    if (shift.residueName.size() != 1) continue;
-    const char letter = shift.residueName[0];
-    const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
-    const std::string name = threeLetterName(isDisulfide ? letter : upper(shift.residueName).front());
-    if (!name.empty()) shift.residueName = name;
-  }
-}
-
 }  // namespace
 
 bool isCsv(const Source& source) {
@@ -460,26 +428,20 @@ ShiftFile readCsv(const Source& source) {
   if (const auto foreign = foreignText(source.text))
     throw FileError(source.file, foreign->line, "is no shift file but " + foreign->what,
                     "give the file with the chemical shifts");
-  ShiftFile file;
-  CsvTable table = findTable(source.text, source.file, file.notes);
-  findPlaces(source.text, table.layout);
-  CsvContents contents = RowReader(source.text, table, source.file).read();
+  const std::string text = withQuotedLinesJoined(source.text);
+  std::vector<std::string> notes;
+  CsvTable table = findTable(text, source.file, notes);
+  findPlaces(text, table.layout);
+  CsvContents contents = RowReader(text, table, source.file).read();
   refuseDoubtful(contents, table.columns, source.file);
-  contents.leftOut.appendTo(file.notes);
-  contents.unassigned.appendTo(file.notes);
-  noteColumns(contents, table, source.file, file.notes);
-  if (table.layout.isByPlace) file.notes.push_back("rows with gaps read by where the column names stand");
+  contents.leftOut.appendTo(notes);
+  contents.found.unassigned.appendTo(notes);
+  noteColumns(contents, table, source.file, notes);
+  if (table.layout.isByPlace) notes.push_back("rows with gaps read by where the column names stand");
   settleLabels(contents, source.file);
-  writePoints(contents.shifts, file.notes);
-  dropImpossible(contents, file.notes);
-  nameResidues(contents.shifts);
-  for (const std::string& name : contents.chains) {
-    file.chains.emplace_back();
-    file.chains.back().name = nameOf(name, file.notes);
-  }
-  file.lists.emplace_back();
-  file.lists[0].shifts = std::move(contents.shifts);
-  return file;
+  writePoints(contents.found.shifts, notes);
+  dropImpossible(contents, notes);
+  return std::move(contents.found).file(std::move(notes));
 }
 
 }  // namespace zorvela

@@ -55,7 +55,7 @@ constexpr std::string_view kAfter[] = {"chemshift", "shift", "obs", "exp"};
 
 /// What does not count in a column name.
 bool isFiller(char c) {
-  return std::string_view(" \t_-.:/()[]{}*,").find(c) != std::string_view::npos;
+  return std::string_view(" \t\v_-.:/()[]{}*,").find(c) != std::string_view::npos;
 }
 
 /// "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same, a unit does not count. A sign that is

@@ -76,7 +76,14 @@ std::optional<std::vector<std::string>> cellsByPlace(std::string_view line, cons
   return cells;
 }
 
+/// Without the tail in brackets in which a program says where a row of blank-separated cells is from.
+std::string_view withoutTail(std::string_view line) {
+  const std::size_t tail = line.rfind(" (");
+  return tail != std::string_view::npos && trimmed(line).back() == ')' ? line.substr(0, tail) : line;
+}
+
 void cutRow(std::string_view line, const CsvLayout& layout, CsvRow& row) {
+  if (layout.separator == Separator::blank) line = withoutTail(line);
   if (!layout.isByPlace) {
     // Outer tabs are cells; outer blanks are not.
     cutBySeparator(layout.separator == Separator::tab ? line : trimmed(line), layout, row);
@@ -87,6 +94,26 @@ void cutRow(std::string_view line, const CsvLayout& layout, CsvRow& row) {
     row.cells = std::move(*cells);
   else
     row.fault = "its cells do not stand below the column names";
+}
+
+/// The place after a quoted cell that begins at `start`; 0 where the quote has no end nearby.
+std::size_t endOfQuoted(std::string_view text, std::size_t start) {
+  constexpr std::size_t kLongestCell = 2000;
+  const std::size_t last = std::min(text.size(), start + kLongestCell);
+  for (std::size_t i = start + 1; i < last; ++i) {
+    if (text[i] != '"') continue;
+    const bool isTwice = i + 1 < text.size() && text[i + 1] == '"';
+    if (isTwice)
+      ++i;
+    else
+      return i + 1 == text.size() || contains(",;|\t\r\n ", text.substr(i + 1, 1)) ? i + 1 : 0;
+  }
+  return 0;
+}
+
+/// Lines that quoted cells of a row run over, beyond the first.
+std::size_t linesWithin(std::string_view row) {
+  return static_cast<std::size_t>(std::count(row.begin(), row.end(), '\v'));
 }
 
 /// The line with a blank for each "#" in front: the places stay.
@@ -127,11 +154,45 @@ bool isMarkAName(std::string_view header, std::string_view text, std::size_t pos
          countCells(*below, separator) == countCells(core, separator);
 }
 
+/// The cells of the first rows below a line, at most so many.
+std::vector<std::vector<std::string>> cellsBelow(std::string_view text, std::size_t pos, Separator separator,
+                                                 std::size_t most) {
+  std::vector<std::vector<std::string>> rows;
+  while (rows.size() < most) {
+    const auto line = nextLine(text, pos);
+    if (!line || line->size() > kLongestHeader) break;
+    if (isNoRow(*line)) continue;
+    const std::string_view row = separator == Separator::tab ? *line : trimmed(*line);
+    rows.push_back(splitCells(row, separator, kMostColumns).value_or(std::vector<std::string>()));
+  }
+  return rows;
+}
+
+/// Whether the rows begin with a count from 0 that the names lack.
+bool areCounted(const std::vector<std::vector<std::string>>& rows, std::size_t names) {
+  if (rows.size() < 2) return false;
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    if (rows[i].size() != names + 1 || rows[i].front() != std::to_string(i)) return false;
+  return true;
+}
+
 }  // namespace
+
+std::string withQuotedLinesJoined(std::string text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isStart = text[i] == '"' && (i == 0 || contains(",;|\t\r\n", {&text[i - 1], 1}));
+    const std::size_t end = isStart ? endOfQuoted(text, i) : 0;
+    for (; i + 1 < end; ++i) {
+      const bool isPair = text[i] == '\r' && text[i + 1] == '\n';
+      if (text[i] == '\r' || text[i] == '\n') text[i] = isPair ? ' ' : '\v';
+    }
+  }
+  return text;
+}
 
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line) {
   while (const auto next = nextLine(text, pos)) {
-    ++line;
+    line += 1 + linesWithin(*next);
     if (!trimmed(*next).empty()) return next;
   }
   return std::nullopt;
@@ -141,10 +202,10 @@ void forEachRow(std::string_view text, const CsvLayout& layout,
                 const std::function<void(const CsvRow&)>& use) {
   std::size_t number = layout.line;
   for (std::size_t pos = layout.start; const auto line = nextLine(text, pos);) {
-    ++number;
-    if (isNoRow(*line)) continue;
     CsvRow row;
-    row.line = number;
+    row.line = number + 1;
+    number += 1 + linesWithin(*line);
+    if (isNoRow(*line)) continue;
     cutRow(*line, layout, row);
     const auto isEmpty = [](const std::string& cell) { return cell.empty(); };
     if (row.fault.empty() && std::all_of(row.cells.begin(), row.cells.end(), isEmpty)) continue;
@@ -155,16 +216,20 @@ void forEachRow(std::string_view text, const CsvLayout& layout,
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line) {
   if (header.size() > kLongestHeader || isRule(trimmed(header))) return std::nullopt;
-  const std::string plain = isMarkAName(header, text, pos, line) ? std::string(header) : withoutMark(header);
+  const bool isMark = !isMarkAName(header, text, pos, line);
+  const std::string plain = isMark ? withoutMark(header) : std::string(header);
   CsvLayout layout;
   layout.separator = separatorOf(trimmed(plain));
   // A tab at the start is the empty name of a first column, one at the end is nothing.
   if (layout.separator == Separator::blank && plain.find('\t') != std::string::npos)
     layout.separator = Separator::tab;
   layout.names = namesOf(plain, layout.separator);
-  if (layout.names.empty()) return std::nullopt;
+  const auto below = cellsBelow(text, pos, layout.separator, 2);
+  const bool isComment = isMark && plain != header && !below.empty() && below[0].size() > layout.width();
+  if (layout.names.empty() || isComment) return std::nullopt;
   if (layout.separator == Separator::blank)
     layout.places = placedCells(plain).value_or(std::vector<PlacedCell>());
+  if (areCounted(below, layout.width())) layout.names.insert(layout.names.begin(), "");
   layout.start = pos;
   layout.line = line;
   return layout;

@@ -31,6 +31,10 @@ struct CsvRow {
   std::string fault;  ///< "9 cells, the header has 7"; empty for a row that is whole
 };
 
+/// The text with each cell in quotes on one line: line feeds in it become vertical tabs, which the functions
+/// below count as lines. A quote without an end is none.
+std::string withQuotedLinesJoined(std::string text);
+
 /// Calls `use` with each row in turn; empty lines, comments and the rules of drawn tables are none.
 void forEachRow(std::string_view text, const CsvLayout& layout,
                 const std::function<void(const CsvRow&)>& use);
@@ -40,7 +44,8 @@ std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_
 
 /// The layout by a line of column names; `pos` is where the line ends and `line` its number, from 1. Nothing
 /// for a line that cannot be one. A "#" in front is a mark, or the name of the first column where the row
-/// below has a cell for it.
+/// below has a cell for it; such a line is a comment where that row has more cells. Where the rows begin with
+/// a count from 0 that has no name, as in a printed data frame, the first name is empty.
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line);
 

@@ -277,7 +277,7 @@ class CsvTest(ImportTest):
                                              b" X205   CA  13C  55.000 0.000  1\n    ?   HN   1H   8.000 0.000  1\n"
                                              b"  G83  CB-1  13C  34.200 0.000  1\n")
         self.assertEqual(out, table(
-            ["Imported from standard input (CSV)", "Residue 1 here is residue 81 there"], "SPG",
+            ["Imported from standard input (Sparky)", "Residue 1 here is residue 81 there"], "SPG",
             ["1 CA 58.400", "2 CA 63.000", "2 CB 34.200", "2 CG 24.500", "3 CA 45.300"]), err)
         self.assertIn("2 shifts not assigned to a residue left out, such as those of X205\n", err)
 
@@ -537,7 +537,23 @@ class BadFileTest(ImportTest):
                             "1: is no shift file but a restraint list"),
                            (b" 20 ALA PHI -80.0 -40.0\n", "1: is no shift file but a restraint list"),
                            (b"REMARK 1\nATOM      1  N   MET A   1      27.340  24.430   2.614  1.00  9.67\n",
-                            "2: is no shift file but a list of atom coordinates")):
+                            "2: is no shift file but a list of atom coordinates"),
+                           (b"# Number of dimensions 2\n 1 8.2 120.1 1 U 0.0 0.0 e 0 1 2 0\n",
+                            "1: is no shift file but a peak list"),
+                           (b"Assignment  w1  w2\n\n G12N-HN  109.1  8.31\n", "1: is no shift file but a peak list"),
+                           (b"label dataset sw sf\nH1 N15\nhsqc.nv\n", "1: is no shift file but a peak list"),
+                           (b"VARS INDEX X_AXIS Y_AXIS\nFORMAT %5d %9.3f %9.3f\n\n1 300.1 400.2\n",
+                            "1: is no shift file but a peak list"),
+                           (b"#,Assign F1,Assign F2,Pos F1,Pos F2\n1,A.12.GLY.H,A.12.GLY.N,8.3,109.1\n",
+                            "1: is no shift file but a peak list"),
+                           (b"        H  N  CO-1  CA  CA-1\nPR_2  8.900 123.220 - 55.1 -\n",
+                            "2: is no shift file but a file of MARS, whose spin systems are not assigned to residues"),
+                           (b"Res_12 PR_7 (H)\nRes_13 PR_9 (M)\n",
+                            "1: is no shift file but a file of MARS, whose spin systems are not assigned to residues"),
+                           (b"TYPEDEF ASS_TBL_H2O\nSEPARATOR ,\n",
+                            "1: is no shift file but an OLIVIA table; export NMR-STAR or a table with column names"),
+                           (b"Spin system   HN   HA   Other:\n1: Val-1   3.76   HB: 1.945\n",
+                            "1: is no shift file but a PRONTO table; export NMR-STAR or a table with column names")):
             self.check_error("standard input:" + what + remedy, "-", data=data)
         self.check_error('standard input:1: is no shift file that is known; it begins with "Dear colleague,"; give '
                          "NMR-STAR, NEF, the program's shift table, or text with a header line such as "

@@ -2,6 +2,7 @@
 
 With --update the stored reports of the examples are written anew.
 """
+import html
 import os
 import re
 import shutil
@@ -246,6 +247,13 @@ class ManyChains(Made):
         # a: CB 34 is 2 above cis, CG 24 on cis: 6 + 4.5 - 2.944 nats, 0.9995; b: -2 - 4.5 - 2.944, 0.00008.
         self.assertEqual(rows[1:], [["P2", "99.9\u00a0% cis", "> 99.9\u00a0% trans", "0.999, the calls differ"]])
         self.assertIn("<mark>0.999, the calls differ</mark>", text)
+
+    def test_many_of_one_sequence_have_a_row_each(self):
+        text = self.page_of(**{name: self.TRANS for name in "abcde"}, f=self.CIS)
+        rows = table_after(text, ">One sequence, several sets of shifts</h2>")
+        self.assertEqual([row[0] for row in rows], ["Proline", *(name + ".tab" for name in "abcdef"),
+                                                    "Difference of P_CIS_NORM"])
+        self.assertEqual([row[1] for row in rows[5:]], ["> 99.9\u00a0% trans", "99.9\u00a0% cis", "0.999, the calls differ"])
 
     def test_calls_that_agree_are_not_marked(self):
         text = self.page_of(a=self.TRANS, b=self.TRANS)

@@ -1,0 +1,37 @@
+// The shift rows of a text file while they are read, and what becomes of them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "formats/shift_model.h"
+#include "formats/unassigned.h"
+
+namespace zorvela {
+
+/// Rows of chains that are found by their names.
+class FoundRows {
+ public:
+  /// `name` is how messages name the file with the text.
+  FoundRows(std::string_view text, const std::string& name);
+
+  /// Adds a row to a chain, "" where it names none. FileError for more rows or chains than the text can hold.
+  void add(const std::string& chain, FileShift shift);
+
+  /// The rows as a file with one list. One-letter residue names become three-letter ones.
+  ShiftFile file(std::vector<std::string> notes) &&;
+
+  std::vector<FileShift> shifts;
+  std::vector<std::string> chains;  ///< their names
+  Unassigned unassigned;
+
+ private:
+  const std::string& fileName;
+  Limit limit;
+  std::unordered_map<std::string, std::size_t> chainIndex;
+};
+
+}  // namespace zorvela

@@ -1,0 +1,351 @@
+// Reads the shift lists of assignment programs that have no column names: words in a fixed order, by line.
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "formats/format.h"
+#include "formats/text/csv_cells.h"
+#include "formats/text/csv_columns.h"
+#include "formats/text/delimited_text.h"
+#include "formats/text/found_rows.h"
+#include "formats/text/residue_label.h"
+#include "names/nomenclature.h"
+#include "util/text.h"
+#include "zorvela/error.h"
+
+namespace zorvela {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+/// Where a list is: the residue whose shifts follow, and the atoms that its titles name.
+struct Place {
+  FileShift residue;
+  std::string chain;
+  Words titles;
+};
+
+/// Takes a line to the rows; false for a line that the list cannot have.
+using TakeLine = bool (*)(const Words& words, Place& place, FoundRows& rows);
+
+struct ListKind {
+  const char* name;
+  TakeLine take;
+};
+
+bool isWhole(const std::string& word) {
+  return toInteger(word).has_value();
+}
+
+bool isDecimal(const std::string& word) {
+  return toDecimal(word).has_value();
+}
+
+/// As programs write shifts, which tells them from numbers of atoms and peaks.
+bool hasPoint(const std::string& word) {
+  return isDecimal(word) && contains(word, ".");
+}
+
+bool startsWithLetter(const std::string& word) {
+  return !word.empty() && isLetter(word.front());
+}
+
+bool isAminoAcid(const std::string& word) {
+  return word.size() > 2 && residueType(word).letter != kUnknownResidue;
+}
+
+/// "171", or "A12" of chain A.
+bool setResidue(const std::string& word, Place& place) {
+  const auto letters = std::find_if_not(word.begin(), word.end(), isLetter);
+  place.chain.assign(word.begin(), letters);
+  place.residue.number.assign(letters, word.end());
+  return isWhole(place.residue.number);
+}
+
+void add(const std::string& atom, const std::string& value, const Place& place, FoundRows& rows) {
+  FileShift shift = place.residue;
+  shift.atom = atom;
+  shift.value = value;
+  if (const auto offset = takeOffset(shift.atom)) {
+    shift.offset = offset;
+    shift.residueName.clear();
+  }
+  rows.add(place.chain, std::move(shift));
+}
+
+// "  17   0.850 0.005 QQG   171"; some programs add the residue name and its letter.
+bool takeXeasy(const Words& words, Place& place, FoundRows& rows) {
+  const bool fits = words.size() >= 5 && words.size() <= 7 && isWhole(words[0]) && hasPoint(words[1]) &&
+                    hasPoint(words[2]) && startsWithLetter(words[3]) && setResidue(words[4], place);
+  if (!fits) return false;
+  place.residue.residueName = words.size() > 5 ? words[5] : "";
+  add(words[3], words[1], place, rows);
+  return true;
+}
+
+// "  1.HB2  2.630 2", "B:1.HB2  2.630 2".
+bool takeNmrView(const Words& words, Place& place, FoundRows& rows) {
+  if (words.size() < 2 || words.size() > 3 || !hasPoint(words[1])) return false;
+  if (words.size() == 3 && !isWhole(words[2])) return false;
+  const std::size_t colon = words[0].rfind(':');
+  const std::size_t start = colon == std::string::npos ? 0 : colon + 1;
+  const std::size_t dot = words[0].find('.', start);
+  if (dot == std::string::npos) return false;
+  place.chain = words[0].substr(0, start == 0 ? 0 : colon);
+  place.residue.number = words[0].substr(start, dot - start);
+  const std::string atom = words[0].substr(dot + 1);
+  if (!isWhole(place.residue.number) || !startsWithLetter(atom)) return false;
+  add(atom, words[1], place, rows);
+  return true;
+}
+
+// "     R2     CB  13C   30.808  0.009      3", below "Group Atom Nuc Shift SDev Assignments" or without.
+bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
+  if (words.size() != 6) return false;
+  if (words[0] == "Group" && words[1] == "Atom") return true;
+  const std::string& nucleus = words[2];
+  const bool isNucleus = isDigit(nucleus.front()) && isLetter(nucleus.back()) && nucleus.size() <= 3;
+  if (!isNucleus || !isDecimal(words[3]) || !isDecimal(words[4]) || !isWhole(words[5])) return false;
+  const auto label = readLabel(words[0]);
+  // A group is free text: a capital letter or a name, and a number, are what an assigned one has.
+  const bool isSmall = label && label->name.size() == 1 && label->name == lower(label->name);
+  if (!label || label->number.empty() || isSmall || isUnassignedLabel(words[0])) {
+    rows.unassigned.add(words[0]);
+    return true;
+  }
+  place.chain = label->chain;
+  place.residue.number = label->number;
+  place.residue.offset = label->offset;
+  place.residue.residueName = label->offset ? "" : label->name;
+  add(words[1], words[3], place, rows);
+  return true;
+}
+
+// "1 1 GLY C C 172.621 1.000 0": serial, number, name, atom, element, shift, error, ambiguity.
+bool takeEightWords(const Words& words, Place& place, FoundRows& rows) {
+  const bool fits = words.size() == 8 && isWhole(words[0]) && isWhole(words[1]) && isAminoAcid(words[2]) &&
+                    startsWithLetter(words[3]) && words[4].size() == 1 && isDecimal(words[5]) &&
+                    isDecimal(words[6]);
+  if (!fits) return false;
+  place.residue.number = words[1];
+  place.residue.residueName = words[2];
+  add(words[3], words[5], place, rows);
+  return true;
+}
+
+// "do ( store1 = 53.13218 ) ( resid 78 and name CA )"
+bool takeCns(const Words& words, Place& place, FoundRows& rows) {
+  Words plain;
+  for (const std::string& word : words)
+    if (word != "(" && word != ")" && word != "=") plain.push_back(word);
+  const bool fits = plain.size() == 8 && equalIgnoringCase(plain[0], "do") &&
+                    startsIgnoringCase(plain[1], "store") && isDecimal(plain[2]) &&
+                    equalIgnoringCase(plain[3], "resid") && isWhole(plain[4]) &&
+                    equalIgnoringCase(plain[6], "name");
+  if (!fits) return false;
+  place.residue.number = plain[4];
+  add(plain[7], plain[2], place, rows);
+  return true;
+}
+
+// "12 GLY", then "HN 8.31" and so on, then ";".
+bool takeGarret(const Words& words, Place& place, FoundRows& rows) {
+  if (words.size() != 2) return false;
+  if (isWhole(words[0]) && isAminoAcid(words[1])) {
+    place.residue.number = words[0];
+    place.residue.residueName = words[1];
+    return true;
+  }
+  if (place.residue.number.empty() || !startsWithLetter(words[0]) || !isDecimal(words[1])) return false;
+  add(words[0], words[1], place, rows);
+  return true;
+}
+
+// "RES_ID 12", "RES_TYPE GLY", other keywords, then "CA 55.9920", "HA2|HA3 4.05".
+bool takePipp(const Words& words, Place& place, FoundRows& rows) {
+  const std::string& first = words.front();
+  if (contains(first, "_") || first == "HETEROGENEITY") {
+    if (words.size() > 1 && first == "RES_ID") place.residue.number = words[1];
+    if (words.size() > 1 && first == "RES_TYPE") place.residue.residueName = words[1];
+    return startsWithLetter(first);
+  }
+  if (place.residue.residueName.empty() || words.size() != 2 || !startsWithLetter(first) ||
+      !isDecimal(words[1]))
+    return false;
+  for (std::size_t start = 0; start < first.size();) {
+    const std::size_t end = std::min(first.find('|', start), first.size());
+    add(first.substr(start, end - start), words[1], place, rows);
+    start = end + 1;
+  }
+  return true;
+}
+
+// "11 T 4 174.109 106" with C', then pairs such as "8.114 HN 113.206 N"; "Q" at the end.
+bool takeAbacus(const Words& words, Place& place, FoundRows& rows) {
+  if (words.size() == 1) return words[0] == "Q";
+  if (words.size() == 5 && isWhole(words[0]) && words[1].size() == 1 && isWhole(words[2]) &&
+      isDecimal(words[3]) && isWhole(words[4])) {
+    place.residue.number = words[0];
+    place.residue.residueName = words[1];
+    add("C", words[3], place, rows);
+    return true;
+  }
+  if (place.residue.number.empty() || words.size() % 2 != 0) return false;
+  for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
+    if (!isDecimal(words[i]) || !startsWithLetter(words[i + 1])) return false;
+    add(words[i + 1], words[i], place, rows);
+  }
+  return true;
+}
+
+// Letter and number, then C, CA, CB, HA and N; 9999.00 where there is none.
+bool takeRosetta(const Words& words, Place& place, FoundRows& rows) {
+  constexpr const char* kAtoms[] = {"C", "CA", "CB", "HA", "N"};
+  const bool fits = words.size() == 7 && words[0].size() == 1 && startsWithLetter(words[0]) &&
+                    isWhole(words[1]) && std::all_of(words.begin() + 2, words.end(), isDecimal);
+  if (!fits) return false;
+  place.residue.residueName = words[0];
+  place.residue.number = words[1];
+  for (std::size_t i = 0; i < std::size(kAtoms); ++i)
+    if (isMissingNumber(words[i + 2]) || canBeShiftOf(kAtoms[i], words[i + 2]))
+      add(kAtoms[i], words[i + 2], place, rows);
+    else
+      return false;
+  return true;
+}
+
+// "! H N HA CA", then "12 Gly 8.31 109.2 3.81,3.57 45.1": a cell for each title, "-" for none, two protons in
+// one cell; further atoms as "value:Name".
+bool takeCcpNmr2(const Words& words, Place& place, FoundRows& rows) {
+  if (words[0] == "!") {
+    place.titles.assign(words.begin() + 1, words.end());
+    return true;
+  }
+  constexpr std::size_t kBefore = 2;
+  if (place.titles.empty() || words.size() < kBefore + place.titles.size()) return false;
+  if (!isWhole(words[0]) || !isAminoAcid(words[1])) return false;
+  place.residue.number = words[0];
+  place.residue.residueName = words[1];
+  for (std::size_t i = kBefore; i < words.size(); ++i) {
+    const std::string& cell = words[i];
+    const std::size_t colon = cell.find(':');
+    const std::size_t title = i - kBefore;
+    if ((title < place.titles.size()) != (colon == std::string::npos)) return false;
+    const std::string atom = colon == std::string::npos ? place.titles[title] : cell.substr(colon + 1);
+    const std::string value = cell.substr(0, colon);
+    const std::size_t comma = value.find(',');
+    if (value == "-") continue;
+    if (!isDecimal(value.substr(0, comma))) return false;
+    if (comma == std::string::npos) {
+      add(atom, value, place, rows);
+    } else {
+      add(atom + "2", value.substr(0, comma), place, rows);
+      add(atom + "3", value.substr(comma + 1), place, rows);
+    }
+  }
+  return true;
+}
+
+constexpr ListKind kKinds[] = {{"XEASY", takeXeasy},     {"NMRView", takeNmrView},
+                               {"Sparky", takeSparky},   {"list of eight words", takeEightWords},
+                               {"CNS", takeCns},         {"GARRET", takeGarret},
+                               {"PIPP", takePipp},       {"ABACUS", takeAbacus},
+                               {"Rosetta", takeRosetta}, {"CcpNmr 2", takeCcpNmr2}};
+
+/// The words of a line; none for a comment. A "#" that stands for itself ends a line, one in a name (HB#)
+/// not.
+Words wordsOf(std::string_view line, const ListKind& kind) {
+  std::size_t end = 0;
+  while (end < line.size() && (line[end] != '#' || (end > 0 && !isBlank(line[end - 1])))) ++end;
+  const std::string_view core = trimmed(line.substr(0, end));
+  const bool isComment = !core.empty() && contains(kind.take == takeCcpNmr2 ? ";" : ";!", core.substr(0, 1));
+  return isComment ? Words() : splitCells(core, Separator::blank).value_or(Words{std::string(core)});
+}
+
+/// How many lines a list has, and which of them it cannot have.
+struct Misfits {
+  std::size_t lines = 0;
+  std::size_t count = 0;
+  std::size_t firstLine = 0;
+  std::string first;
+};
+
+/// Reads up to so many lines of a list.
+Misfits readLines(std::string_view text, const ListKind& kind, std::size_t most, FoundRows& rows,
+                  LimitedNotes& leftOut) {
+  Misfits misfits;
+  Place place;
+  for (std::size_t pos = 0; misfits.lines < most;) {
+    const auto line = nextLine(text, pos);
+    if (!line) break;
+    ++place.residue.line;
+    const Words words = wordsOf(*line, kind);
+    if (words.empty()) continue;
+    ++misfits.lines;
+    const std::size_t before = rows.shifts.size();
+    if (kind.take(words, place, rows)) continue;
+    rows.shifts.resize(before);
+    leftOut.add("line " + std::to_string(place.residue.line) + " is no row of the list, left out: \"" +
+                printable(trimmed(*line), 40) + "\"");
+    if (misfits.count++ > 0) continue;
+    misfits.firstLine = place.residue.line;
+    misfits.first = printable(trimmed(*line), 60);
+  }
+  return misfits;
+}
+
+/// The list whose rows most of the first lines are; nullptr if there is none.
+const ListKind* kindOf(const Source& source) {
+  constexpr std::size_t kSample = 40;
+  for (const ListKind& kind : kKinds) {
+    FoundRows rows(source.text, source.file);
+    LimitedNotes unused("");
+    const Misfits misfits = readLines(source.text, kind, kSample, rows, unused);
+    if (misfits.count * 2 < misfits.lines && !(rows.shifts.empty() && rows.unassigned.count == 0))
+      return &kind;
+  }
+  return nullptr;
+}
+
+/// Spin systems without a residue have -1 in the place of its number. A chain that begins before residue 1
+/// has other such numbers.
+void leaveOutMinusOne(FoundRows& rows) {
+  const auto isNumber = [](const char* number) {
+    return [number](const FileShift& shift) { return shift.number == number; };
+  };
+  std::vector<FileShift>& shifts = rows.shifts;
+  if (std::any_of(shifts.begin(), shifts.end(), isNumber("0")) ||
+      std::any_of(shifts.begin(), shifts.end(), isNumber("-2")))
+    return;
+  const auto kept = std::remove_if(shifts.begin(), shifts.end(), isNumber("-1"));
+  for (auto gone = kept; gone != shifts.end(); ++gone) rows.unassigned.add("-1");
+  shifts.erase(kept, shifts.end());
+}
+
+}  // namespace
+
+bool isWordList(const Source& source) {
+  return !source.star && kindOf(source) != nullptr;
+}
+
+ShiftFile readWordList(const Source& source) {
+  const ListKind& kind = *kindOf(source);
+  FoundRows rows(source.text, source.file);
+  LimitedNotes leftOut("lines left out");
+  const Misfits misfits = readLines(source.text, kind, source.text.size(), rows, leftOut);
+  constexpr std::size_t kMostMisfits = 10;  // of a hundred
+  if (misfits.count * 100 > misfits.lines * kMostMisfits)
+    throw FileError(source.file, misfits.firstLine,
+                    std::string("is no row of the ") + kind.name + " list: \"" + misfits.first + "\"",
+                    "give the list alone, with all its columns");
+  if (kind.take == takeXeasy) leaveOutMinusOne(rows);
+  std::vector<std::string> notes;
+  leftOut.appendTo(notes);
+  rows.unassigned.appendTo(notes);
+  ShiftFile file = std::move(rows).file(std::move(notes));
+  file.format = kind.name;
+  return file;
+}
+
+}  // namespace zorvela

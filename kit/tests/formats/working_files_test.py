@@ -1,0 +1,192 @@
+"""Working files of assignment programs: the examples in every layout give the shifts of their tables."""
+import csv
+import io
+import pathlib
+import re
+import subprocess
+import tempfile
+import unittest
+
+import layouts
+from zorvela_tests.program import KIT
+
+EXAMPLES = pathlib.Path(__file__).resolve().parents[3] / "examples"
+PROTEINS = {name: layouts.of_table((EXAMPLES / (name + ".tab")).read_text()) for name in ("nuclease", "ubiquitin")}
+
+# With a sequence beside them: (text, sequence).
+NAMELESS = {
+    "prot": lambda p: (layouts.xeasy(p), layouts.seq(p)),
+    "prot and FASTA": lambda p: (layouts.xeasy(p), layouts.fasta(p)),
+    "prot of a chain": lambda p: (layouts.xeasy(p, chain="A"), layouts.seq_of_chain(p)),
+    "ppm.out": lambda p: (layouts.nmrview(p), layouts.seq_lower(p)),
+    "ppm.out of a chain": lambda p: (layouts.nmrview(p, chain="A:", tab=True), layouts.seq_lower(p)),
+    "CNS": lambda p: (layouts.cns(p), layouts.seq(p)),
+    "columns": lambda p: (layouts.without_names(p), layouts.seq(p)),
+}
+NAMED = {
+    "prot with names": lambda p: layouts.xeasy(p, names=True),
+    "Sparky": layouts.sparky,
+    "Sparky without header": lambda p: layouts.sparky(p, header=False),
+    "Sparky, prolines from the next residue": lambda p: layouts.sparky(p, neighbours=True),
+    "CcpNmr 3": layouts.ccpnmr3,
+    "CcpNmr 3, tabs": lambda p: layouts.ccpnmr3(p, delimiter="\t"),
+    "CcpNmr 3, NmrAtom alone": lambda p: layouts.ccpnmr3(p, hidden=True),
+    "CcpNmr 3, older": lambda p: layouts.ccpnmr3(p, older=True),
+    "NEF": layouts.nef,
+    "CcpNmr 2 measurements": layouts.ccpnmr2_measurements,
+    "CcpNmr 2 measurements, commas": lambda p: layouts.ccpnmr2_measurements(p, delimiter=","),
+    "CcpNmr 2 table": layouts.ccpnmr2_table,
+    "pynmrstar": layouts.star_csv,
+    "database dump": layouts.database_dump,
+    "data frame": layouts.frame_csv,
+    "printed data frame": layouts.frame_printed,
+    "NMR-STAR without entity": layouts.star_without_entity,
+    "eight words": layouts.eight_words,
+    "GARRET": layouts.garret,
+    "PIPP": layouts.pipp,
+    "ABACUS": layouts.abacus,
+    "one row per residue": layouts.one_row_per_residue,
+}
+
+
+class WorkingFiles(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def run_import(self, text, sequence=None):
+        """Exit status, table and messages."""
+        (self.folder / "list").write_text(text)
+        beside = []
+        if sequence is not None:
+            (self.folder / "sequence").write_text(sequence)
+            beside = ["--sequence", "sequence"]
+        done = subprocess.run([KIT, "import", "list", *beside, "-o", "-"], cwd=self.folder, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, timeout=300, check=False)
+        return done.returncode, done.stdout.decode(), done.stderr.decode()
+
+    def imported(self, text, sequence=None):
+        """The protein with the numbers of the file, and the messages."""
+        status, out, err = self.run_import(text, sequence)
+        self.assertEqual(status, 0, err)
+        numbers = re.findall(r"(?m)^REMARK Residue (\d+) here is residue (-?\d+) there$", out)
+        self.assertEqual(len(numbers), 1, out[:300])
+        return layouts.of_table(out).renumbered(int(numbers[0][1]) - int(numbers[0][0])), err
+
+    def check(self, protein, found):
+        """Value for value; residues without shifts may be open where no sequence was given."""
+        def rows(one):
+            return sorted((n, atom, float(value)) for n, atom, value in one.shifts)
+        self.assertEqual(rows(found), rows(protein))
+        self.assertTrue(all(found.letters[n] == protein.letters[n] for n, _, _ in found.shifts))
+
+    def test_lists_with_a_sequence_beside_them(self):
+        for name, protein in PROTEINS.items():
+            for layout, write in NAMELESS.items():
+                with self.subTest(protein=name, layout=layout):
+                    found, _ = self.imported(*write(protein))
+                    self.check(protein, found)
+                    first, last = min(protein.known()), max(protein.known())
+                    self.assertEqual({n: found.letters[n] for n in range(first, last + 1)},
+                                     {n: protein.letters[n] for n in range(first, last + 1)})
+
+    def test_lists_with_names(self):
+        for name, protein in PROTEINS.items():
+            for layout, write in NAMED.items():
+                with self.subTest(protein=name, layout=layout):
+                    text = write(protein)
+                    # Without a name of its own, a proline that only its neighbour shows needs the sequence.
+                    found, _ = self.imported(text, layouts.seq(protein) if "next" in layout or "CcpNmr 3" in layout else None)
+                    self.check(protein, found)
+
+    def test_lists_without_some_atoms(self):
+        for name, protein in PROTEINS.items():
+            with self.subTest(protein=name, layout="Rosetta"):
+                self.check(protein.only(lambda n, atom: atom in "C CA CB HA N".split()), self.imported(layouts.rosetta(protein))[0])
+            with self.subTest(protein=name, layout="AutoAssign"):
+                found, _ = self.imported(layouts.autoassign(protein), layouts.seq(protein))
+                self.check(layouts.seen_by_autoassign(protein), found)
+
+
+class Mutations(WorkingFiles):
+    """What goes wrong with such files gives the error or the note that says so."""
+    def setUp(self):
+        super().setUp()
+        self.protein = PROTEINS["nuclease"]
+
+    def fails(self, text, sequence, message):
+        status, out, err = self.run_import(text, sequence)
+        self.assertEqual((status, out), (1, ""), err)
+        self.assertIn(message, err)
+
+    def test_another_sequence(self):
+        for layout, write in NAMELESS.items():
+            with self.subTest(layout=layout):
+                self.fails(write(self.protein)[0], write(PROTEINS["ubiquitin"])[1], "does not fit the sequence of sequence")
+
+    def test_shifted_numbers(self):
+        """The message has the number that fits."""
+        for layout, write in NAMELESS.items():
+            with self.subTest(layout=layout):
+                self.fails(write(self.protein.renumbered(3))[0], write(self.protein)[1],
+                           "it fits with 4 as the number of the first residue: give --first-residue 4")
+
+    def test_no_sequence(self):
+        for layout, write in NAMELESS.items():
+            with self.subTest(layout=layout):
+                self.fails(write(self.protein)[0], None, "the rows have no residue names")
+
+    def test_a_column_gone(self):
+        """Nobody can say what the words are that are left."""
+        needed = {"prot": (0, 1, 2, 3, 4), "ppm.out": (0, 1), "CNS": (4, 8, 11), "Sparky": (0, 1, 3),
+                  "Sparky without header": (0, 1, 2, 3), "eight words": (1, 2, 3, 5)}
+        for layout, columns in needed.items():
+            text = NAMELESS[layout](self.protein)[0] if layout in NAMELESS else NAMED[layout](self.protein)
+            for column in columns:
+                lines = [line.split() for line in text.splitlines() if line.strip() and line[0] != "#"]
+                cut = "\n".join(" ".join(words[:column] + words[column + 1:]) for words in lines) + "\n"
+                with self.subTest(layout=layout, column=column):
+                    status, out, err = self.run_import(cut, layouts.seq(self.protein))
+                    self.assertEqual((status, out), (1, ""), err)
+                    self.assertRegex(err, "is no shift file that is known|the columns lack|name no residue with its atom")
+
+    def test_a_column_with_a_name_gone(self):
+        for layout, write in (("CcpNmr 3", layouts.ccpnmr3), ("pynmrstar", layouts.star_csv)):
+            rows = list(csv.reader(io.StringIO(write(self.protein))))
+            for gone in ("Value\n(ppm)", "SequenceCode", "AtomName", "_Atom_chem_shift.Val", "_Atom_chem_shift.Atom_ID"):
+                if gone in rows[0]:
+                    at = rows[0].index(gone)
+                    with self.subTest(layout=layout, gone=gone):
+                        self.fails(layouts.written([r[:at] + r[at + 1:] for r in rows]), None, "the columns lack ")
+
+    def test_a_row_that_is_no_row(self):
+        """It is named; the others are read."""
+        for layout in ("prot", "ppm.out", "CNS"):
+            text, sequence = NAMELESS[layout](self.protein)
+            with self.subTest(layout=layout):
+                found, err = self.imported(text + "end of list\n", sequence)
+                self.check(self.protein, found)
+                self.assertIn('line %d is no row of the list, left out: "end of list"' % (text.count("\n") + 1), err)
+                self.fails(text + "end of list\n" * 200, sequence, ":%d: is no row of the " % (text.count("\n") + 1))
+
+    def test_a_comment_is_no_header(self):
+        text, sequence = NAMELESS["prot"](self.protein)
+        found, _ = self.imported("# residue atom shift\n#resid,resname,atom,shift\n" + text, sequence)
+        self.check(self.protein, found)
+
+    def test_spin_systems_that_are_not_assigned(self):
+        """Numbers of spin systems in the place of residues fit no sequence; labels of spin systems say so."""
+        order = sorted({n for n, _, _ in self.protein.shifts}, key=lambda n: n * 37 % 149)
+        system = {n: i for i, n in enumerate(order, 1)}
+        shuffled = layouts.Protein("".join(self.protein.letters.values()),
+                                   [(system[n], atom, value) for n, atom, value in self.protein.shifts])
+        for layout, write in NAMELESS.items():
+            with self.subTest(layout=layout):
+                self.fails(write(shuffled)[0], write(self.protein)[1], "does not fit the sequence of sequence")
+        groups = re.sub(r"(?m)^( *)[A-Z](\d+) ", r"\1X\2 ", layouts.sparky(self.protein))
+        self.fails(groups, layouts.seq(self.protein), "not assigned to a residue")
+
+
+if __name__ == "__main__":
+    unittest.main()

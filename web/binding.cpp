@@ -210,6 +210,41 @@ ZORVELA_EXPORT("run_report") Text* run_report(Run* run, const Text* format) {
   });
 }
 
+/// JSON: what is shown around the report, in much less than all results.
+ZORVELA_EXPORT("run_summary") Text* run_summary(const Run* run) {
+  return orNull([&] {
+    using Lines = std::vector<std::string>;
+    nlohmann::ordered_json proteins = nlohmann::ordered_json::array();
+    Lines errors;
+    bool needsSequence = false;
+    Lines warnings;
+    Lines notes;
+    const auto add = [](const std::string& name, const Lines& from, Lines& to) {
+      for (const std::string& line : from) to.push_back(name + ": " + line);
+    };
+    for (const zorvela::FileReport& file : run->report.files) {
+      if (!file.error.empty()) errors.push_back(file.error);
+      needsSequence = needsSequence || file.needsSequence;
+      for (const zorvela::ProteinResult& protein : file.proteins) {
+        proteins.push_back({{"file", protein.file}, {"chain", protein.chain}, {"list", protein.list}});
+        const std::string name = protein.file + (protein.chain.empty() ? "" : ", chain " + protein.chain);
+        add(name, zorvela::warningsOf(protein), warnings);
+        add(name, protein.notes, notes);
+        add(name, protein.structureNotes, notes);
+      }
+    }
+    for (const zorvela::ProteinStructure& structure : run->report.structures)
+      add(structure.file, structure.notes, notes);
+    for (const std::string& line : run->report.chainsWithoutShifts) notes.push_back(line);
+    return new Text(dumped({{"proteins", proteins},
+                            {"errors", errors},
+                            {"needsSequence", needsSequence},
+                            {"warnings", warnings},
+                            {"notes", notes},
+                            {"structures", run->report.structures.size()}}));
+  });
+}
+
 /// The shift table of one of the proteins of the report, counted from 0, with the shifts that are used.
 ZORVELA_EXPORT("run_shift_table") Text* run_shift_table(const Run* run, std::size_t index) {
   return orNull([&] {

@@ -154,6 +154,11 @@ class Run {
     return this.#zorvela.withText(format, (f) => this.#zorvela.takeBytes("run_report", this.#run, f));
   }
 
+  /** {proteins: [{file, chain, list}], errors, warnings, notes, structures}: lines, and how many structures there are. */
+  summary() {
+    return JSON.parse(this.#zorvela.takeText("run_summary", this.#run));
+  }
+
   /** The bytes of the shift table of a protein of the report, counted from 0. */
   shiftTable(index) {
     return this.#zorvela.takeBytes("run_shift_table", this.#run, index);
@@ -169,7 +174,7 @@ class Run {
       this.#zorvela.takeBytes("run_flagged_nef", this.#run, n, b, trans ? 1 : 0, replace ? 1 : 0)));
   }
 
-  /** The same of the cis prolines of all files, for a program of `about().restraints`; chains by names "OLD=NEW" or "NEW". */
+  /** The same of the cis prolines of all files, for a program of `about().restraints`, with chains "OLD=NEW" or "NEW". */
   restraints(program, chainAs = []) {
     return this.#outcome(this.#with(program, chainAs.join("\n"),
       (p, c) => this.#zorvela.takeBytes("run_restraints", this.#run, p, c)));

@@ -43,17 +43,16 @@ const IS_RIGHT = {
   files: () => true, // looked at as files
 };
 
+function checkOneOf(names, name, what) {
+  if (!names.includes(name)) throw new TypeError(`there is no ${what} "${name}"; there are ${names.join(", ")}`);
+}
+
 function checkOptions(options, more = {}) {
   const choices = { ...CHOICES, ...more };
   for (const [name, value] of Object.entries(options)) {
-    const isRight = IS_RIGHT[choices[name]];
-    if (isRight === undefined) throw new TypeError(`there is no option "${name}"; there are ${Object.keys(choices).join(", ")}`);
-    if (value !== undefined && !isRight(value)) throw new TypeError(`option "${name}" cannot be ${JSON.stringify(value)}`);
+    checkOneOf(Object.keys(choices), name, "option");
+    if (value !== undefined && !IS_RIGHT[choices[name]](value)) throw new TypeError(`option "${name}" cannot be ${JSON.stringify(value)}`);
   }
-}
-
-function checkOneOf(names, name, what) {
-  if (!names.includes(name)) throw new TypeError(`there is no ${what} "${name}"; there are ${names.join(", ")}`);
 }
 
 /** Files as [{name, content}]: one or several, of which some have names. */

@@ -41,7 +41,7 @@ function sayFailure(text) {
 }
 
 /** What a person must know first: the answer of the report, and what is not in it. */
-function outcomeInWords({ names, errors, proteins }, answer, leftOut) {
+function outcomeInWords({ names, errors, proteins, leftOut }, answer) {
   const parts = proteins.length === 0 ? [] : [`${nameOf(names)}: ${answer}`];
   if (leftOut > 0) parts.push(`${counted(leftOut, "file", "files")} without what is chosen left out.`);
   if (errors.length > 0) parts.push(`${counted(errors.length, "file", "files")} could not be predicted.`);
@@ -129,7 +129,7 @@ function stop() {
 
 function nameOfChain({ file, chain, list }, proteins) {
   const several = proteins.filter((other) => other.file === file && other.chain === chain).length > 1;
-  return [file, chain === null ? "" : `chain ${chain}`, several ? list : ""].filter((part) => part !== "").join(", ");
+  return [file, chain && `chain ${chain}`, several && list].filter(Boolean).join(", ");
 }
 
 /** Offers what can be saved of the protein that is chosen, and restraints for the programs that have what they need. */
@@ -143,7 +143,7 @@ function offerFiles({ proteins, structures }) {
   byId("restraints").hidden = proteins.length === 0;
 }
 
-async function showResult({ id, html, summary, leftOut }) {
+async function showResult({ id, html, summary }) {
   const isFirst = shown === null;
   shown = { id, ...summary };
   byId("working").hidden = true;
@@ -159,8 +159,8 @@ async function showResult({ id, html, summary, leftOut }) {
   offerFiles(summary);
   const answer = await showReport(byId("report"), new TextDecoder().decode(html), wantsTrans());
   if (id !== newest) return;
-  document.title = byId("report").contentDocument.title;
-  say(outcomeInWords(summary, answer, leftOut));
+  document.title = visible(byId("report").contentDocument.title);
+  say(outcomeInWords(summary, answer));
   if (isFirst) byId("result").scrollIntoView({ block: "nearest" });
 }
 
@@ -175,7 +175,7 @@ function stem(name) {
 function fileName({ what, index, program }) {
   if (what === "tab" || what === "nef") {
     const { file, chain } = shown.proteins[index];
-    return visible(stem(file) + (what === "nef" ? "_flags.nef" : `${chain === null ? "" : `_${chain}`}.tab`));
+    return visible(stem(file) + (what === "nef" ? "_flags.nef" : `${chain && `_${chain}`}.tab`));
   }
   const name = shown.names.length === 1 ? stem(shown.names[0]) : "zorvela";
   if (what !== "restraints") return visible(`${name}.${what}`);

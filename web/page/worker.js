@@ -18,7 +18,14 @@ let structures = [];
 let sequences = [];
 let current = null; // {id, run, zorvela, files, proteins} of the last result
 
-const others = () => new Promise((resume) => setTimeout(resume)); // lets the page's messages in
+let resumed = 0; // when the page's messages were let in, in ms
+
+/** Lets the page's messages in, but not for each small file: a timer takes 4 ms. */
+async function others() {
+  if (performance.now() - resumed < 50) return;
+  await new Promise((resume) => setTimeout(resume));
+  resumed = performance.now();
+}
 
 /** Reads and unpacks a file while it is there: what happens to it on the disk later on changes no result. */
 async function readFile(zorvela, { name, blob }) {
@@ -95,35 +102,18 @@ function filesWith({ chains, lists }) {
   return fitting.length === 0 || chains.length + lists.length === 0 ? shiftFiles : fitting;
 }
 
-/** What the page shows around the report. */
-function summaryOf(json, files) {
-  const { proteins, errors, structures = [] } = JSON.parse(new TextDecoder().decode(json));
-  const kindOf = new Map(files.map(({ name, kind }) => [name, kind]));
-  const all = (list) => proteins.flatMap((protein) => {
-    const { file, chain } = protein;
-    return (protein[list] ?? []).map((text) => `${chain === null ? file : `${file}, chain ${chain}`}: ${text}`);
-  });
-  return {
-    names: files.filter(({ kind }) => kind !== "structure").map(({ name }) => name),
-    proteins: proteins.map(({ file, chain, list }) => ({ file, chain, list, isNef: kindOf.get(file) === "nef" })),
-    warnings: all("warnings"),
-    notes: [...all("notes"), ...all("structure_notes"),
-            ...structures.flatMap(({ file, notes }) => notes.map((note) => `${file}: ${note}`))],
-    errors: errors.map(({ message }) => message),
-    structures: structures.length,
-    needsSequence: errors.some((error) => error.needs_sequence),
-  };
-}
-
 async function predict({ id, choices }) {
   const fitting = filesWith(choices);
   const files = [...structures, ...fitting];
   const result = await runAll(id, files, choices);
   if (result === null) return;
-  const summary = summaryOf(result.run.report("json"), files);
+  const html = result.run.report("html");
+  const summary = result.run.summary();
+  const nefs = new Set(files.filter(({ kind }) => kind === "nef").map(({ name }) => name));
+  for (const protein of summary.proteins) protein.isNef = nefs.has(protein.file);
   current = { ...result, id, files, proteins: summary.proteins };
-  const leftOut = shiftFiles.length - fitting.length;
-  postMessage({ type: "result", id, html: result.run.report("html"), summary, leftOut });
+  const names = fitting.map(({ name }) => name);
+  postMessage({ type: "result", id, html, summary: { ...summary, names, leftOut: shiftFiles.length - names.length } });
   if (shiftFiles.some(({ contents }) => contents === undefined)) await findContents(id);
 }
 

@@ -10,8 +10,8 @@ function evidenceOf({ prior, prev, next, shifts, log_odds }: Evidence): Value[] 
   const cb: Shift = shifts.CB;
   const names: ShiftName[] = ["prev_CA", "next_HN"];
   const each = [cb, shifts.CG, ...names.map((name) => shifts[name])].flatMap((shift) =>
-    [shift.observed, shift.reference, shift.used, shift.clipped, shift.cis_mean, shift.cis_deviation, shift.trans_mean,
-     shift.trans_deviation, shift.nats]);
+    [shift.observed, shift.corrected, shift.reference, shift.used, shift.clipped, shift.cis_mean, shift.cis_deviation,
+     shift.trans_mean, shift.trans_deviation, shift.nats]);
   return [prior, log_odds, ...each, ...[prev, next].flatMap((neighbour) =>
     [neighbour.name, neighbour.cis_share, neighbour.trans_share, neighbour.nats])];
 }
@@ -27,7 +27,8 @@ function prolineOf(proline: Proline): Value[] {
   const isCis: boolean = call === "cis";
   return [resid, position, prev, next, prev_resid, next_resid, cs_cnt_prev, cs_cnt, cs_cnt_next, cg_shift, p_cis,
           p_cis_norm, isCis, reason, cis_flag, structure, verdict, models_cis, models_trans, models_twisted, omega,
-          ca_distance, proline.structure_sentence, ...(evidence === null ? [] : evidenceOf(evidence)),
+          ca_distance, proline.structure_sentence, proline.call_as_referenced, proline.p_cis_norm_as_referenced,
+          ...(evidence === null ? [] : evidenceOf(evidence)),
           ...(next_shifts ?? []).flatMap((best): Value[] => [best.shift, best.bits, best.decides]),
           ...(sites ?? []).flatMap(siteOf)];
 }

@@ -32,7 +32,8 @@ def main():
 
     broken = 0
     print("%-28s %9s %9s %6s  %8s %8s  %8s %8s" % ("", "packed", "unpacked", "status", "time", "bound", "memory", "bound"))
-    for title, attacks in (("formats", hostile.FORMATS), ("attacks", hostile.ATTACKS)):
+    for title, attacks in (("formats", hostile.FORMATS), ("attacks", hostile.ATTACKS),
+                           ("products", hostile.PRODUCTS)):
         print(title)
         for attack in attacks:
             if word not in attack.title:

@@ -26,24 +26,21 @@ namespace {
 using Structures = std::vector<std::shared_ptr<const ProteinStructure>>;
 using ShiftTuple = std::tuple<int, std::string, double>;
 
-/// Reference tables, read once, with a predictor for shifts as they stand and one for corrected ones. Any
-/// number of threads may share it.
+/// Reference tables, read once. Any number of threads may share it.
 class Engine {
  public:
   explicit Engine(const std::string& tablesFolder)
       : folder(tablesFolder),
         tables(tablesFromFolder(tablesFolder)),
         classes(statisticsOf(tables)),
-        asMeasured(tables, {true}),
-        corrected(tables) {}
+        predictor(tables) {}
 
   Results predict(const std::vector<Protein>& proteins, const std::string& file, const Structures& structures,
-                  bool asReferenced) const {
+                  const PredictorOptions& options) const {
     RunReport report{folder, classes, {{file, {}, ""}}};
     for (const auto& structure : structures) report.structures.push_back(*structure);
     std::vector<ProteinResult>& results = report.files.front().proteins;
-    const Predictor& predictor = asReferenced ? asMeasured : corrected;
-    for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
+    for (const Protein& protein : proteins) results.push_back(predictor.with(options).predict(protein));
     if (!structures.empty()) compareWithStructures(proteins, report.structures, results);
     noteChainsWithoutShifts(report);
     return {std::move(report)};
@@ -53,20 +50,19 @@ class Engine {
   std::string folder;
   Tables tables;
   ClassStatistics classes;
-  Predictor asMeasured;
-  Predictor corrected;
+  Predictor predictor;
 };
 
 /// What a user asks of a shift file.
 struct Request {
   ImportOptions import;
   Structures structures;
-  bool asReferenced = false;
+  PredictorOptions predict;
 };
 
 Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
   const py::gil_scoped_release free;
-  return engine.predict(readShiftFile(path, request.import), path, request.structures, request.asReferenced);
+  return engine.predict(readShiftFile(path, request.import), path, request.structures, request.predict);
 }
 
 Results predictBytes(const Engine& engine, const py::bytes& content, const std::string& name,
@@ -74,7 +70,7 @@ Results predictBytes(const Engine& engine, const py::bytes& content, const std::
   std::string bytes = content;
   const py::gil_scoped_release free;
   return engine.predict(readShiftBytes(std::move(bytes), name, request.import), name, request.structures,
-                        request.asReferenced);
+                        request.predict);
 }
 
 Results predictShifts(const Engine& engine, const std::string& sequence, const std::vector<ShiftTuple>& named,
@@ -85,7 +81,7 @@ Results predictShifts(const Engine& engine, const std::string& sequence, const s
   for (const auto& [number, atom, ppm] : named) shifts.push_back({number, atom, ppm});
   std::vector<Protein> proteins = {proteinOfShifts(sequence, shifts, first)};
   proteins.front().file = name;
-  return engine.predict(proteins, name, request.structures, request.asReferenced);
+  return engine.predict(proteins, name, request.structures, request.predict);
 }
 
 std::shared_ptr<const ProteinStructure> structureOfFile(const std::string& path) {
@@ -130,7 +126,8 @@ PYBIND11_MODULE(_zorvela, module) {
   py::class_<Request>(module, "Request")
       .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
                        const std::optional<std::pair<py::bytes, std::string>>& sequence,
-                       std::optional<int> firstResidue, Structures structures, bool asReferenced) {
+                       std::optional<int> firstResidue, Structures structures, bool asReferenced,
+                       std::optional<bool> deuterated) {
         GivenSequence given = sequence ? readSequenceBytes(sequence->first, sequence->second) : nullptr;
         return Request{{std::move(chains), std::move(lists), std::move(given), firstResidue},
                        std::move(structures),

@@ -501,6 +501,10 @@ void addProteins(const py::module_& module) {
       .add(
           "correction", [](Chain chain) { return orNone(chain.correction); },
           "str | None: which shifts were corrected before predicting, and by how much.")
+      .add(
+          "deuteration",
+          [](Chain chain) { return chain.deuteration > 0 ? toPython(chain.deuteration) : py::none(); },
+          "float | None: share of deuterons (0 to 1) whose isotope shifts were taken away.")
       .addParts(
           "prolines", [](Chain chain) -> auto& { return chain.prolines; },
           "list[Proline]: every proline of the sequence, in its order.")

@@ -42,7 +42,7 @@ const zorvela::Tables& embedded() {
 
 /// Files predicted one after the other, with the same choices.
 struct Run {
-  explicit Run(bool asReferenced) : predictor(embedded(), {asReferenced}) {}
+  explicit Run(const zorvela::PredictorOptions& options) : predictor(embedded(), options) {}
 
   zorvela::ImportOptions import;
   zorvela::Predictor predictor;
@@ -134,9 +134,10 @@ ZORVELA_EXPORT("text_delete") void text_delete(Text* text) {
 
 // --- Runs ---------------------------------------------------------------------------------------
 
-/// With shifts as they are in the file, or corrected by the referencing offsets that they show.
-ZORVELA_EXPORT("run_new") Run* run_new(bool asReferenced) {
-  return orNull([=] { return new Run(asReferenced); });
+/// With shifts as they are in the file, or corrected. The sample is deuterated, protonated, or what the file
+/// says.
+ZORVELA_EXPORT("run_new") Run* run_new(bool asReferenced, bool deuterated, bool protonated) {
+  return orNull([=] { return new Run({asReferenced, deuterated, protonated}); });
 }
 
 ZORVELA_EXPORT("run_delete") void run_delete(Run* run) {

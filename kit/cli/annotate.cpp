@@ -9,6 +9,7 @@
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/prediction_options.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
@@ -97,8 +98,7 @@ void addAnnotate(CommandLine& line) {
   command.addFlag("--replace", settings->rules.replace,
                   "Replace flags that are there and say something else; default: leave them, with a note");
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--as-referenced", settings->predict.asReferenced,
-                  "Keep referencing offsets, which are else taken away where they are certain");
+  addPredictionOptions(command, settings->predict);
   command
       .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
            "Predict from the shift list of this name; default: the one with most shifts")

@@ -63,20 +63,6 @@ bool mayHoldShifts(const std::string& path) {
   }
 }
 
-/// Pipes would be waited for, and hidden files are the system's own.
-std::vector<std::string> filesIn(const std::string& folder) {
-  std::error_code error;
-  std::vector<std::string> files;
-  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-    std::error_code unknown;
-    if (at->path().filename().string().front() != '.' && at->is_regular_file(unknown))
-      files.push_back(at->path().string());
-  }
-  if (error) throw FileError(folder, 0, "cannot be read: " + error.message(), "check the permissions");
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 void addFolder(const std::string& folder, std::vector<std::string>& files) {
   std::vector<std::string> others;
   bool isEmpty = true;
@@ -109,6 +95,19 @@ void addChoices(Command& command, std::vector<std::string>& chains, const std::s
                 std::vector<std::string>& lists, const std::string& listText) {
   command.add("--chain", chains, ValueKind("NAME").notEmpty(), chainText).repeated();
   command.add("--list", lists, ValueKind("NAME").notEmpty(), listText).repeated();
+}
+
+std::vector<std::string> filesIn(const std::string& folder) {
+  std::error_code error;
+  std::vector<std::string> files;
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    std::error_code unknown;
+    if (at->path().filename().string().front() != '.' && at->is_regular_file(unknown))
+      files.push_back(at->path().string());
+  }
+  if (error) throw FileError(folder, 0, "cannot be read: " + error.message(), "check the permissions");
+  std::sort(files.begin(), files.end());
+  return files;
 }
 
 std::vector<std::string> namedFiles(const FileArguments& given) {

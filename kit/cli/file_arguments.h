@@ -25,6 +25,10 @@ void addFiles(
 void addChoices(Command& command, std::vector<std::string>& chains, const std::string& chainText,
                 std::vector<std::string>& lists, const std::string& listText);
 
+/// Returns the files of a folder, in order of name. Pipes would be waited for, and hidden files are the
+/// system's own: neither counts. A FileError where it cannot be read.
+std::vector<std::string> filesIn(const std::string& folder);
+
 /// Returns the files in order, those of the list last. A folder gives its files with shifts in order of name;
 /// how many others it has is said. An Error for a list that cannot be read or names none.
 std::vector<std::string> namedFiles(const FileArguments& given);

@@ -14,6 +14,7 @@
 #include "cli/input_files.h"
 #include "cli/joined_inputs.h"
 #include "cli/messages.h"
+#include "cli/prediction_options.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
 #include "cli/table_names.h"
@@ -40,7 +41,10 @@ struct ImportArguments {
   std::string output;
   std::string tables;
   bool rereference = false;
+  PredictorOptions predict;
   ImportOptions options;
+
+  bool corrects() const { return rereference || predict.deuterated; }
 };
 
 // --- Reading ------------------------------------------------------------------------------------
@@ -56,7 +60,9 @@ struct Imported {
 Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, const TableNames& names) {
   Imported imported;
   std::optional<Predictor> predictor;
-  if (given.rereference) predictor.emplace(loadTables(findTables(given.tables)));
+  PredictorOptions options = given.predict;
+  options.asReferenced = !given.rereference;
+  if (given.corrects()) predictor.emplace(loadTables(findTables(given.tables)), options);
   Progress progress("import", given.files.size());
   for (std::size_t i = 0; i < given.files.size(); ++i) {
     const std::string& file = given.files[i];
@@ -158,7 +164,7 @@ void importFiles(ImportArguments& given) {
   InputFiles inputs(given.files);
   inputs.add(joined.files());
   inputs.add(std::vector<std::string>{given.named.list});
-  if (given.rereference) inputs.addFolder(findTables(given.tables));
+  if (given.corrects()) inputs.addFolder(findTables(given.tables));
   const TableNames names(given.files);
   const Imported imported = readFiles(given, joined, names);
   joined.sayLookAlikes();
@@ -198,12 +204,13 @@ void addImport(CommandLine& line) {
              arguments->options.lists,
              "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
              "Default: for each chain the list with most backbone shifts");
-  const Option rereference =
-      command.addFlag("--rereference", arguments->rereference,
-                      "Take away referencing offsets that are certain; a REMARK says how much");
-  command
-      .add("--tables", arguments->tables, "DIR", "Folder of the seven reference tables, which know offsets")
-      .needs(rereference);
+  command.addFlag(
+      "--rereference", arguments->rereference,
+      "Write the shifts that run uses: without certain referencing offsets and the isotope shifts of a "
+      "deuterated sample; a REMARK says how much");
+  addDeuterationOptions(command, arguments->predict);
+  command.add("--tables", arguments->tables, "DIR",
+              "Folder of the seven reference tables, which know offsets");
   addJoining(command, arguments->joining);
   command.runs([arguments] {
     arguments->files = namedFiles(arguments->named);

@@ -5,12 +5,12 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input_files.h"
 #include "cli/jobs.h"
 #include "cli/messages.h"
@@ -36,27 +36,17 @@ struct LabelSettings {
   int jobs = usualJobs();
 };
 
-/// The files of a folder whose name fits, sorted by name.
-template <class Fits>
-std::vector<std::string> filesIn(const std::string& folder, const std::string& what, Fits fits) {
-  std::error_code error;
-  std::error_code unknown;  // a link to nothing; a pipe would be waited for
-  std::vector<std::string> files;
-  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
-    if (fits(at->path().filename().string()) && at->is_regular_file(unknown))
-      files.push_back(at->path().string());
-  if (error) throw Error(folder, 0, "cannot be read: " + error.message(), "name a folder with " + what);
+std::vector<std::string> requireAny(std::vector<std::string> files, const std::string& folder,
+                                    const std::string& what) {
   if (files.empty()) throw Error(folder, 0, "holds no " + what, "name a folder with " + what);
-  std::sort(files.begin(), files.end());
   return files;
 }
 
-bool isTableName(const std::string& name) {
-  return fs::path(name).extension() == ".tab";
-}
-
-bool isVisible(const std::string& name) {
-  return name.front() != '.';
+std::vector<std::string> tablesIn(const std::string& folder) {
+  std::vector<std::string> files = filesIn(folder);
+  const auto isOther = [](const fs::path& file) { return file.extension() != ".tab"; };
+  files.erase(std::remove_if(files.begin(), files.end(), isOther), files.end());
+  return requireAny(std::move(files), folder, "shift tables (NAME.tab)");
 }
 
 /// Labels name the entry; `evaluate` finds its file by that name.
@@ -86,7 +76,7 @@ class Failures {
 };
 
 std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
-  const std::vector<std::string> files = filesIn(folder, "shift tables (NAME.tab)", isTableName);
+  const std::vector<std::string> files = tablesIn(folder);
   std::vector<Protein> proteins;
   Progress progress("Reading entries", files.size());
   for (const std::string& file : files) {
@@ -103,7 +93,8 @@ std::vector<Protein> readEntries(const std::string& folder, Failures& failures) 
 
 /// Each job takes the next file that nobody has and holds one structure at a time.
 void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
-  const std::vector<std::string> files = filesIn(settings.structures, "structures (PDB or mmCIF)", isVisible);
+  const std::vector<std::string> files =
+      requireAny(filesIn(settings.structures), settings.structures, "structures (PDB or mmCIF)");
   std::mutex counting;
   std::vector<std::string> strangers;
   Progress progress("Reading structures", files.size());

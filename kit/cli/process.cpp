@@ -15,6 +15,8 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -77,6 +79,22 @@ void prepareProcess() {
 std::string programFolder() {
   return programPath().parent_path().string();
 }
+
+#ifdef _WIN32
+bool isCapableTerminal(StandardStream stream) {
+  const int number = static_cast<int>(stream);
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(number));
+  DWORD mode = 0;
+  return _isatty(number) != 0 && GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+#else
+bool isCapableTerminal(StandardStream stream) {
+  const char* term = std::getenv("TERM");
+  return isatty(static_cast<int>(stream)) != 0 && term != nullptr && std::strcmp(term, "dumb") != 0 &&
+         *term != '\0';
+}
+#endif
 
 RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path) {
   // A path without room here is above the limit of the system, so no such file is made.

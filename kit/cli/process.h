@@ -1,4 +1,4 @@
-// What a process asks of its operating system: streams, signals, the place of its program.
+// What a process asks of its operating system: streams and terminals, signals, the place of its program.
 #pragma once
 
 #include <string>
@@ -12,6 +12,11 @@ void prepareProcess();
 
 /// Returns the folder that holds the running program; empty where the system does not say.
 std::string programFolder();
+
+enum class StandardStream { output = 1, error = 2 };
+
+/// Tells whether a stream is a terminal that understands control sequences.
+bool isCapableTerminal(StandardStream stream);
 
 /// While it lives, an interrupt (INT, TERM, HUP) removes this file before it ends the process. An interrupt
 /// that the process was started to ignore stays ignored. One at a time.

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "cli/terminal.h"
+#include "cli/process.h"
 #include "util/number.h"
 
 namespace zorvela {

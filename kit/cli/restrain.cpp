@@ -10,6 +10,7 @@
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
+#include "cli/prediction_options.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
@@ -130,8 +131,7 @@ void addRestrain(CommandLine& line) {
            "Call the chain, or the chain OLD, so; may be repeated")
       .repeated();
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--as-referenced", settings->predict.asReferenced,
-                  "Keep referencing offsets, which are else taken away where they are certain");
+  addPredictionOptions(command, settings->predict);
   command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
       .repeated();
   command

@@ -14,6 +14,7 @@
 #include "cli/jobs.h"
 #include "cli/joined_inputs.h"
 #include "cli/messages.h"
+#include "cli/prediction_options.h"
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
@@ -237,8 +238,7 @@ void addRun(CommandLine& line) {
       .repeated()
       .needs(explain);
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
-  command.addFlag("--as-referenced", settings->predict.asReferenced,
-                  "Keep referencing offsets, which are else taken away where they are certain");
+  addPredictionOptions(command, settings->predict);
   addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
              settings->import.lists,
              "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");

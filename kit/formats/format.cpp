@@ -35,12 +35,13 @@ std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
   refuseForeign(bytes, file, Wanted::shifts, kFormatRemedy);
   normalise(bytes);
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", "give a file with chemical shifts");
+  const auto work = std::make_shared<FileWork>();
   std::vector<Source> sources;
   std::vector<std::string> notes;
   if (!isStar(bytes)) {
     std::string lists = starWithin(bytes);
     if (lists.empty()) {
-      sources.push_back({file, {}, std::move(bytes), {}, std::nullopt});
+      sources.push_back({file, {}, std::move(bytes), {}, std::nullopt, work});
       return sources;
     }
     notes.push_back(
@@ -51,8 +52,8 @@ std::vector<Source> sourcesOf(std::string bytes, const std::string& file) {
   const auto star = parseStar(std::move(bytes), file);
   notes.insert(notes.end(), star->notes.begin(), star->notes.end());
   for (StarEntry& entry : entriesOf(star)) {
-    std::string name = entry.name;
-    sources.push_back({file, std::move(name), {}, {}, std::move(entry)});
+    std::string name = nameOf(entry.name, notes);
+    sources.push_back({file, std::move(name), {}, {}, std::move(entry), work});
   }
   sources.front().notes = std::move(notes);
   return sources;

@@ -1,6 +1,7 @@
 // The input formats in one table, and the way from a file's bytes to what its reader hands over.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@ struct Source {
   std::string text;                ///< without byte order mark; empty for STAR
   std::vector<std::string> notes;  ///< on the file as a whole
   std::optional<StarEntry> star;   ///< the parsed entry of a STAR file (NMR-STAR, NEF)
+  std::shared_ptr<FileWork> work = std::make_shared<FileWork>();  ///< of all entries of the file
 };
 
 /// An input format.

@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "zorvela/error.h"
 
 namespace zorvela {
 
@@ -47,6 +50,7 @@ inline constexpr Limit kMolecules =  {kMostListsOrChains, "describes", "molecule
 inline constexpr Limit kChains =     {kMostListsOrChains, "describes", "chains", kPartRemedy};
 inline constexpr Limit kNamedChains = {kMostListsOrChains, "has", "chains", "check the column of chain names"};
 inline constexpr Limit kResidues =   {kMostResidues, "describes", "residues", kPartRemedy};
+inline constexpr Limit kResiduesOfEntries = {10 * kMostResidues, "describes", "residues in all entries together", "split it into several files"};
 inline constexpr Limit kBondEnds =   {100000, "has", "ends of disulfide bonds in all copies", kPartRemedy};
 inline constexpr Limit kLists =      {kMostListsOrChains, "has", "shift lists", kOneProteinRemedy};
 inline constexpr Limit kShiftRows =  {kMostShiftRows, "has", "shift rows", kOneProteinRemedy};
@@ -62,12 +66,40 @@ constexpr Limit structureResidues(std::size_t bytes) {
   return {30000 + bytes / 50, "has", "residues, too many for its size",
           "give the models or chains that have shifts"};
 }
+
+/// Chains that fit a protein of the shifts, with their prolines and bonds, for a structure of so many
+/// residues and bonds: each can be of several proteins.
+constexpr Limit structureFits(std::size_t residues) {
+  return {30000 + 2 * residues, "gives", "results for all chains and lists of the shifts together",
+          "choose a chain and a list of the shifts"};
+}
+
+/// With a prediction, in all tables that are made from a file of so many bytes. What a report says of each
+/// takes some 10 kB; in the archive's files a proline has 5 kB of text.
+constexpr Limit prolinesMade(std::size_t bytes) {
+  return {1500 + bytes / 1000, "makes", "prolines that can be predicted, too many for its size",
+          "choose a chain and a list, or split the file"};
+}
 }  // namespace limits
 
-/// FileError for more than the limit; `file` is how messages name it, `line` where the first too many is.
+/// What the entries of a file ask for together: what one that fails has cost counts as well.
+struct FileWork {
+  std::size_t residues = 0;
+  std::size_t chainsTimesLists = 0;
+  std::size_t bondEnds = 0;
+};
+
+/// A file is beyond a limit: no part of it is used.
+class LimitError : public FileError {
+ public:
+  using FileError::FileError;
+};
+
+/// LimitError for more than the limit; `file` is how messages name it, `line` where the first too many is.
 void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
 
-/// A name of a chain, list or molecule: one above `kLongestNameKept` bytes is cut, with a note.
-std::string nameOf(std::string text, std::vector<std::string>& notes);
+/// A name of a chain, list, molecule, residue or model as readers keep it: one above `kLongestNameKept` bytes
+/// is cut, with a note.
+std::string nameOf(std::string_view text, std::vector<std::string>& notes);
 
 }  // namespace zorvela

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -80,6 +81,7 @@ struct FileShiftList {
   std::string name;  ///< by which a user chooses it; empty where the file has but one, without a name
   std::vector<std::string> aliases;  ///< other names that will do
   std::vector<FileShift> shifts;
+  std::map<std::size_t, double> deuteration = {};  ///< share of deuterons by chain, of those that have some
 };
 
 /// An entry in the words of its file. The program's own table has `table` and notes alone.

@@ -8,7 +8,8 @@ std::vector<Residue> residuesOf(const Protein& protein, const Corrections& corre
   for (const Shift& shift : protein.shifts) {
     Residue& residue = residues.at(static_cast<std::size_t>(shift.position) - 1);
     if (!residue.has(shift.atom))
-      residue.shift(shift.atom) = static_cast<float>(corrected(shift.ppm, shift.atom, corrections));
+      residue.shift(shift.atom) =
+          static_cast<float>(corrected(shift.ppm, residue.type, shift.atom, corrections));
   }
   return residues;
 }

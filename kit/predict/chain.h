@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "predict/referencing.h"
+#include "predict/corrections.h"
 #include "zorvela/core.h"
 #include "zorvela/protein.h"
 

@@ -5,9 +5,11 @@
 
 #include "names/nomenclature.h"
 #include "predict/chain.h"
+#include "predict/corrections.h"
 #include "predict/evidence.h"
 #include "predict/referencing.h"
 #include "predict/tables.h"
+#include "protein/deuteration.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
@@ -46,8 +48,9 @@ std::vector<ReferencingOffset> toResults(const std::vector<OffsetEstimate>& esti
 /// Says in the results what is taken away before predicting.
 void addCorrections(ProteinResult& result, const Corrections& corrections) {
   for (ReferencingOffset& offset : result.offsets)
-    if (corrections.count(offset.atom) > 0)
-      offset.correctedBy = static_cast<float>(corrections.at(offset.atom));
+    if (const auto found = corrections.offsets.find(offset.atom); found != corrections.offsets.end())
+      offset.correctedBy = static_cast<float>(found->second);
+  result.deuteration = corrections.deuteration;
   result.correction = correctionText(corrections);
   result.notes.insert(result.notes.begin(), result.correction);
 }
@@ -159,10 +162,33 @@ Assignment assignmentOf(const Model& model, const std::vector<Residue>& residues
   return assignment;
 }
 
+double deuterationOf(const Protein& protein, const PredictorOptions& options) {
+  if (options.deuterated) return protein.deuteration > 0 ? protein.deuteration : 1;
+  return options.protonated || options.asReferenced ? 0 : protein.deuteration;
+}
+
+/// What is taken away from a chain, with the offsets that it has besides the isotope shifts.
+struct Findings {
+  std::vector<OffsetEstimate> offsets;
+  Corrections corrections;
+
+  Findings(const Model& model, const Protein& protein, const PredictorOptions& options) {
+    corrections.deuteration = deuterationOf(protein, options);
+    offsets = estimateOffsets(Chain(model, protein, corrections).secondary);
+    if (!options.asReferenced) corrections.offsets = correctionsOf(offsets);
+  }
+};
+
 }  // namespace
 
 Predictor::Predictor(const Tables& tables, const PredictorOptions& chosen)
     : options(chosen), model(std::make_shared<Model>(modelOf(*tables))) {}
+
+Predictor Predictor::with(const PredictorOptions& other) const {
+  Predictor predictor = *this;
+  predictor.options = other;
+  return predictor;
+}
 
 ProteinResult Predictor::predict(const Protein& protein) const {
   ProteinResult result;
@@ -177,8 +203,11 @@ ProteinResult Predictor::predict(const Protein& protein) const {
 
   const Chain chain(*model, protein);
   const std::vector<Residue>& residues = chain.residues;
-  const std::vector<OffsetEstimate> estimates = estimateOffsets(chain.secondary);
-  result.offsets = toResults(estimates);
+  const Findings findings(*model, protein, options);
+  result.offsets = toResults(findings.offsets);
+  if (const std::string note = deuterationNote(findings.offsets);
+      !note.empty() && protein.deuteration == 0 && !options.deuterated && !options.protonated)
+    result.notes.push_back(note);
   for (std::size_t place = 0; place < residues.size(); ++place) {
     result.assignments.push_back(assignmentOf(*model, residues, place));
     if (isProline(residues[place].type)) result.prolines.push_back(describe(protein, residues, place));
@@ -186,20 +215,20 @@ ProteinResult Predictor::predict(const Protein& protein) const {
 
   for (ProlineResult& proline : result.prolines)
     addPrediction(*model, protein, chain, placeOf(proline), proline);
-  const Corrections corrections = options.asReferenced ? Corrections() : correctionsOf(estimates);
-  if (!corrections.empty()) correct(*model, protein, corrections, result);
+  if (!findings.corrections.empty()) correct(*model, protein, findings.corrections, result);
   return result;
 }
 
 Protein Predictor::corrected(const Protein& protein) const {
   Protein result = protein;
-  if (options.asReferenced) return result;
-  const Corrections corrections = correctionsOf(estimateOffsets(Chain(*model, protein).secondary));
+  const Corrections corrections = Findings(*model, protein, options).corrections;
   if (corrections.empty()) return result;
   for (Shift& shift : result.shifts) {
-    const double ppm = zorvela::corrected(shift.ppm, shift.atom, corrections);
+    const char type = result.sequence[static_cast<std::size_t>(shift.position) - 1];
+    const double ppm = zorvela::corrected(shift.ppm, type, shift.atom, corrections);
     if (ppm != shift.ppm) shift = {shift.position, shift.atom, std::max(shift.decimals, kDecimals), ppm};
   }
+  if (corrections.deuteration > 0) setDeuteration(0, result);
   result.remarks.push_back(correctionRemark(corrections));
   result.notes.push_back(correctionRemark(corrections));
   return result;

@@ -8,7 +8,6 @@
 
 #include "util/number.h"
 #include "util/robust.h"
-#include "util/text.h"
 
 namespace zorvela {
 
@@ -24,9 +23,8 @@ constexpr double kCarbonylBound = 1.0;
 constexpr double kAlphaProtonBound = 0.25;
 // An offset of more errors than this is certain.
 constexpr double kCertainErrors = 3.0;
-
-// Corrected shifts have six decimals, more than any file gives.
-constexpr double kCorrectedScale = 1e6;
+// A difference of more errors than this is worth a note.
+constexpr double kLikelyErrors = 2.0;
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
@@ -142,6 +140,13 @@ const std::vector<ShiftRelation>& knownRelations() {
        {3.395, 3.230, 2.743, 2.094, 0.182, -0.465, -1.108, -1.331, -1.476, -1.719},
        1.150,
        0.303},
+      {"CA",
+       Measure::amideProtons,
+       -1,
+       0.25,
+       {0.569, 0.849, 1.170, 1.101, 0.195, 0.077, -0.532, -0.908, -0.996},
+       1.848,
+       0.621},
       {"HA",
        Measure::caMinusCb,
        -6,
@@ -171,7 +176,14 @@ const std::vector<ShiftRelation>& knownRelations() {
        0.2,
        {1.053, 1.173, 1.347, 1.174, -0.053, -0.493, -0.970, -1.109, -1.227, -1.243},
        1.329,
-       0.407}};
+       0.407},
+      {"C",
+       Measure::amideProtons,
+       -1,
+       0.25,
+       {0.033, 0.213, 0.466, 0.474, -0.006, -0.018, -0.439, -0.808, -0.941},
+       1.564,
+       0.630}};
   return relations;
 }
 
@@ -218,8 +230,8 @@ bool callsForCorrection(const OffsetEstimate& estimate) {
   return size > correctionBound(estimate.atom) && size > kCertainErrors * estimate.error;
 }
 
-Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
-  Corrections corrections;
+Offsets correctionsOf(const std::vector<OffsetEstimate>& estimates) {
+  Offsets corrections;
   for (const OffsetEstimate& estimate : estimates) {
     if (!callsForCorrection(estimate)) continue;
     corrections[estimate.atom] = estimate.offset;
@@ -228,43 +240,15 @@ Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates) {
   return corrections;
 }
 
-double corrected(double shift, Atom atom, const Corrections& corrections) {
-  const bool isGlycineProton = atom == Atom::HA2 || atom == Atom::HA3;
-  const auto correction = corrections.find(std::string(nameOf(isGlycineProton ? Atom::HA : atom)));
-  if (correction == corrections.end()) return shift;
-  return std::nearbyint((shift - correction->second) * kCorrectedScale) / kCorrectedScale;
-}
-
-namespace {
-
-/// One phrase for each offset that is taken away.
-template <class Phrase>
-std::vector<std::string> phrasesOf(const Corrections& corrections, Phrase phrase) {
-  std::vector<std::string> phrases;
-  for (const char* atom : {"CA", "C", "HA"})
-    if (const auto found = corrections.find(atom); found != corrections.end())
-      phrases.push_back(phrase(found->first, fixedText(std::fabs(found->second), 2), found->second > 0));
-  return phrases;
-}
-
-}  // namespace
-
-std::string correctionText(const Corrections& corrections) {
-  const auto phrases =
-      phrasesOf(corrections, [](const std::string& atom, const std::string& size, bool isHigh) {
-        const std::string name = atom == "CA" ? "13C" : atom == "C" ? "C'" : atom;
-        return name + " is " + size + " ppm too " + (isHigh ? "high" : "low");
-      });
-  return enumerated(phrases) + "; corrected before predicting (--as-referenced keeps it)";
-}
-
-std::string correctionRemark(const Corrections& corrections) {
-  const auto phrases =
-      phrasesOf(corrections, [](const std::string& atom, const std::string& size, bool isHigh) {
-        const std::string names = atom == "CA" ? "CA, CB and CG of proline" : atom == "C" ? "C'" : atom;
-        return size + " ppm " + (isHigh ? "taken away from " : "added to ") + names;
-      });
-  return "Corrected: " + enumerated(phrases);
+std::string deuterationNote(const std::vector<OffsetEstimate>& estimates) {
+  const OffsetEstimate& alpha = estimates[0];
+  const OffsetEstimate& proton = estimates[2];
+  const OffsetEstimate& carbonyl = estimates[3];
+  const double difference = alpha.offset - carbonyl.offset;
+  const double error = std::hypot(alpha.error, carbonyl.error);
+  if (proton.residues > 0 || !(difference < -kLikelyErrors * error)) return "";
+  return "the protein may be deuterated: it has no HA, and CA and CB are " + fixedText(-difference, 2) +
+         " ppm lower than C' lets expect (error " + fixedText(error, 2) + "); if it is, add --deuterated";
 }
 
 }  // namespace zorvela

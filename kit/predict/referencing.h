@@ -6,11 +6,11 @@
 // take the place of CA - CB, with a larger error.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "predict/corrections.h"
 #include "zorvela/core.h"
 
 namespace zorvela {
@@ -63,21 +63,12 @@ double correctionBound(const std::string& atom);
 /// Whether an offset is above its bound and more than three times its error.
 bool callsForCorrection(const OffsetEstimate& estimate);
 
-/// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C.
-using Corrections = std::map<std::string, double>;
-
 /// The offsets that call for a correction. CG of proline goes with CA and CB.
-Corrections correctionsOf(const std::vector<OffsetEstimate>& estimates);
+Offsets correctionsOf(const std::vector<OffsetEstimate>& estimates);
 
-/// A shift of an atom without the offset, to six decimals; HA2 and HA3 of glycine as HA.
-double corrected(double shift, Atom atom, const Corrections& corrections);
-
-/// "13C is 2.03 ppm too high, HA is 0.31 ppm too low; corrected before predicting (--as-referenced keeps
-/// it)".
-std::string correctionText(const Corrections& corrections);
-
-/// "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA".
-std::string correctionRemark(const Corrections& corrections);
+/// What the offsets of a chain say if it looks deuterated: there is no HA, and CA and CB are lower than C' by
+/// more than two errors, which is true of 1 in 90 chains that are not deuterated. Else empty.
+std::string deuterationNote(const std::vector<OffsetEstimate>& estimates);
 
 /// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
 /// more than one step beyond the curve are left out: no right assignment is there.

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <set>
 
+#include "protein/deuteration.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/own_table.h"
@@ -74,6 +75,7 @@ struct Entry {
 /// What is made of it, and what there is to say.
 struct Outcome {
   std::vector<Protein> proteins = {};
+  std::size_t residues = 0;  ///< of them
   std::vector<LeftOut> leftOut = {};
   std::vector<std::string> listNotes = {};
 };
@@ -276,8 +278,10 @@ void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcom
     markDisulfides(chain, sequence, protein);
     addRemarks(chain, entry.file.format, protein);
     addCisFlags(chain, sequence, protein);
+    if (const auto& shares = entry.file.lists[l].deuteration; shares.count(c) > 0)
+      setDeuteration(shares.at(c), protein);
+    checkLimit(outcome.residues += protein.sequence.size(), limits::kResiduesMade, entry.path);
     outcome.proteins.push_back(std::move(protein));
-    checkResiduesMade(outcome.proteins, entry.path);
   }
 }
 
@@ -340,7 +344,6 @@ void requireNames(const ShiftFile& file, const std::string& path) {
 }
 
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
-  checkLimit(file.lists.size() * file.chains.size(), limits::kChainsTimesLists, path);
   Entry entry{file, path};
   entry.rows = groupRows(file);
   if (options.sequence) placeOnSequence(entry, options);
@@ -360,12 +363,6 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
 }
 
 }  // namespace
-
-void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path) {
-  std::size_t residues = 0;
-  for (const Protein& protein : proteins) residues += protein.sequence.size();
-  checkLimit(residues, limits::kResiduesMade, path);
-}
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
   if (!file.table) return proteinsOf(file, path, options);

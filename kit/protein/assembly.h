@@ -15,7 +15,4 @@ namespace zorvela {
 /// list that it has not.
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options);
 
-/// FileError for more residues in the tables of one file than any real one makes.
-void checkResiduesMade(const std::vector<Protein>& proteins, const std::string& path);
-
 }  // namespace zorvela

@@ -9,6 +9,7 @@
 
 #include "formats/shift_model.h"
 #include "names/nomenclature.h"
+#include "protein/deuteration.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
 #include "protein/shifts.h"
@@ -150,6 +151,7 @@ TableShifts readRows(const GDB& table, const TableSequence& sequence) {
 /// Takes over the remarks; those that give numbers speak of residues from 1 afterwards.
 void takeRemarks(const GDB& table, int first, Protein& protein) {
   protein.remarks = table.remarks;
+  protein.deuteration = deuterationFromRemarks(protein.remarks);
   protein.numbers = numbersFromRemarks(protein.remarks, static_cast<int>(protein.sequence.size()), first);
   if (first == 1) return;
   bool isStated = false;

@@ -7,6 +7,7 @@
 #include "formats/format.h"
 #include "formats/input_bytes.h"
 #include "formats/sequence_file.h"
+#include "names/nomenclature.h"
 #include "protein/assembly.h"
 #include "protein/implausible_shifts.h"
 #include "util/text.h"
@@ -25,20 +26,51 @@ std::vector<Protein> readEntry(const Source& source, const ImportOptions& option
   return proteins;
 }
 
-/// Entries without protein shifts are passed over as long as one has them.
-std::vector<Protein> readEntries(const std::vector<Source>& entries, const ImportOptions& options) {
+/// The prolines with shifts enough for a prediction: a report says much of each.
+std::size_t predictableProlines(const Protein& protein) {
+  std::vector<int> missing(protein.sequence.size(), kBackboneAtoms);
+  for (const Shift& shift : protein.shifts) --missing[static_cast<std::size_t>(shift.position) - 1];
+  std::size_t count = 0;
+  for (std::size_t i = 1; i + 1 < missing.size(); ++i)
+    if (protein.sequence[i] == kProlineCode && hasEnoughShifts({missing[i - 1], missing[i], missing[i + 1]}))
+      ++count;
+  return count;
+}
+
+/// What a file makes, against what a real one of its size does.
+struct Made {
+  std::size_t bytes;
+  std::size_t residues = 0;
+  std::size_t prolines = 0;
+
+  void count(const std::vector<Protein>& proteins, const std::string& file) {
+    for (const Protein& protein : proteins) {
+      residues += protein.sequence.size();
+      prolines += predictableProlines(protein);
+    }
+    checkLimit(residues, limits::kResiduesMade, file);
+    checkLimit(prolines, limits::prolinesMade(bytes), file);
+  }
+};
+
+/// Entries without protein shifts are passed over as long as one has them. `bytes` are those of the file.
+std::vector<Protein> readEntries(const std::vector<Source>& entries, const ImportOptions& options,
+                                 std::size_t bytes) {
+  Made made{bytes};
   std::vector<Protein> proteins;
   LimitedNotes passedOver("data blocks left out");
   std::exception_ptr firstError;
   for (const Source& entry : entries) {
     try {
       std::vector<Protein> found = readEntry(entry, options);
+      made.count(found, entry.file);
       std::move(found.begin(), found.end(), std::back_inserter(proteins));
+    } catch (const LimitError&) {
+      throw;
     } catch (const Error& error) {
       passedOver.add("a data block is left out: " + printable(error.what(), 300));
       if (!firstError) firstError = std::current_exception();
     }
-    checkResiduesMade(proteins, entry.file);
   }
   if (proteins.empty()) std::rethrow_exception(firstError);
   passedOver.appendTo(proteins.front().notes);
@@ -62,7 +94,9 @@ std::vector<Protein> readShiftStream(std::FILE* stream, const std::string& file,
 
 std::vector<Protein> readShiftBytes(std::string bytes, const std::string& file,
                                     const ImportOptions& options) {
-  return readEntries(sourcesOf(unpacked(std::move(bytes), file), file), options);
+  std::string text = unpacked(std::move(bytes), file);
+  const std::size_t size = text.size();
+  return readEntries(sourcesOf(std::move(text), file), options, size);
 }
 
 }  // namespace zorvela

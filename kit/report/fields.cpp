@@ -78,7 +78,11 @@ const std::vector<Field<ProteinResult>>& proteinFields() {
       {"chain", In::csvAndJson, [](Chain chain) { return orNothing(chain.chain); }},
       {"list", In::csvAndJson, [](Chain chain) { return orNothing(chain.list); }},
       {"length", In::json, [](Chain chain) -> Value { return chain.length; }},
-      {"shifts", In::json, [](Chain chain) -> Value { return chain.shiftCount; }}};
+      {"shifts", In::json, [](Chain chain) -> Value { return chain.shiftCount; }},
+      {"deuteration", In::jsonIfKnown, [](Chain chain) -> Value {
+         if (chain.deuteration == 0) return {};
+         return chain.deuteration;
+       }}};
   return fields;
 }
 

@@ -221,7 +221,8 @@ std::string card(const ProteinResult& protein, const ProlineResult& proline) {
     if (!each.empty()) text += bulletList(each);
   }
   text += evidencePicture(proline);
-  if (hasCorrected(*proline.evidence)) text += paragraph("° Corrected for the referencing.", "faint");
+  if (hasCorrected(*proline.evidence))
+    text += paragraph("° Corrected before predicting, see above.", "faint");
   if (hasClipped(*proline.evidence))
     text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
   return text + "</article>\n";
@@ -342,8 +343,8 @@ std::string correctedChains(const std::vector<const ProteinResult*>& chains) {
   for (const ProteinResult* chain : chains)
     if (!chain->correction.empty()) names.push_back(chainName(*chain));
   if (names.empty()) return "";
-  return paragraph("The referencing of " + counted(names.size(), "chain", "chains") +
-                       " was corrected before predicting: " + enumerated(names) + ".",
+  return paragraph("The shifts of " + counted(names.size(), "chain", "chains") +
+                       " were corrected before predicting: " + enumerated(names) + ".",
                    "lead");
 }
 

@@ -218,17 +218,19 @@ std::string offsetText(const ProteinResult& protein, const std::string& atom) {
 
 /// What the marks in a table of offsets mean, for those that occur.
 std::string legendOf(const RunReport& report) {
+  bool isAnyTaken = false;
   bool isAnyKept = false;
   bool isAnyUncertain = false;
   forEachProtein(report, [&](const ProteinResult& protein) {
     for (const ReferencingOffset& offset : protein.offsets) {
+      isAnyTaken = isAnyTaken || offset.correctedBy;
       isAnyKept = isAnyKept || (callsForCorrection(offset) && !offset.correctedBy);
       isAnyUncertain = isAnyUncertain || isUncertain(offset);
     }
   });
-  return std::string(isAnyCorrected(report) ? "; ! taken away before predicting"
-                     : isAnyKept            ? "; ! a correction is recommended"
-                                            : "") +
+  return std::string(isAnyTaken  ? "; ! taken away before predicting"
+                     : isAnyKept ? "; ! a correction is recommended"
+                                 : "") +
          (isAnyUncertain ? "; ? large, but not certain: kept" : "");
 }
 

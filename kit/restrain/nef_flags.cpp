@@ -58,9 +58,10 @@ struct Source {
 };
 
 /// By numbers for a chain of the same file, else by sequence; nothing aligned for another protein.
-ChainAlignment alignmentOf(const Protein& protein, const NefChain& chain, bool byNumber) {
+ChainAlignment alignmentOf(const Protein& protein, const NefChain& chain, bool byNumber,
+                           StructureAligner& aligner) {
   if (!byNumber) {
-    ChainAlignment alignment = align(protein.sequence, chain.residues);
+    ChainAlignment alignment = aligner.align(protein.sequence, ChainRest(chain.residues));
     const std::size_t shorter = std::min(protein.sequence.size(), chain.residues.residues.size());
     const bool isSame = alignment.identity() >= kSameSequenceFrom && 2 * alignment.aligned >= shorter;
     return isSame ? alignment : ChainAlignment();
@@ -78,13 +79,15 @@ ChainAlignment alignmentOf(const Protein& protein, const NefChain& chain, bool b
 }
 
 /// Those of the chain's own name, else those that are most alike.
-std::vector<Source> sourcesOf(const NefChain& chain, const PredictedProteins& predicted) {
+std::vector<Source> sourcesOf(const NefChain& chain, const PredictedProteins& predicted,
+                              StructureAligner& aligner) {
   std::vector<Source> best;
   bool isNamesake = false;
   for (std::size_t p = 0; p < predicted.proteins.size(); ++p) {
     const ProteinResult& result = predicted.results[p];
     const bool isOfName = chain.isNamed(result.chain);
-    ChainAlignment alignment = alignmentOf(predicted.proteins[p], chain, predicted.areOfFile && isOfName);
+    ChainAlignment alignment =
+        alignmentOf(predicted.proteins[p], chain, predicted.areOfFile && isOfName, aligner);
     if (alignment.identical == 0 || (isNamesake && !isOfName)) continue;
     if (!best.empty() && isOfName == isNamesake) {
       if (alignment.identical < best.front().alignment.identical) continue;
@@ -114,8 +117,11 @@ Flags flagsOf(const std::vector<NefChain>& chains, const std::string& name,
               const PredictedProteins& predicted, std::vector<std::string>& notes) {
   Flags flags;
   bool isAnyFound = false;
+  std::size_t residues = 0;
+  for (const NefChain& chain : chains) residues += chain.residues.residues.size();
+  StructureAligner aligner(name, residues);
   for (const NefChain& chain : chains) {
-    const std::vector<Source> sources = sourcesOf(chain, predicted);
+    const std::vector<Source> sources = sourcesOf(chain, predicted, aligner);
     for (const Source& source : sources) addFlags(source, chain, flags);
     if (sources.empty()) continue;
     isAnyFound = true;

@@ -2,11 +2,14 @@
 #include "zorvela/compare.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <set>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
+#include "formats/limits.h"
 #include "names/nomenclature.h"
 #include "protein/proline_shifts.h"
 #include "structure/chain_alignment.h"
@@ -26,11 +29,7 @@ constexpr double kRelativeBelowBest = 10;
 /// A chain of a structure that fits a protein.
 struct Fit {
   std::size_t protein = 0;
-  const ProteinStructure* structure = nullptr;
-  const StructureChain* chain = nullptr;
   ChainAlignment alignment;
-  bool isPart = false;                ///< the chain holds other molecules as well
-  std::vector<std::size_t> leftOver;  ///< residues of the chain that are of none, with its last fit
 };
 
 std::size_t knownResidues(const std::string& letters) {
@@ -49,72 +48,29 @@ bool isSameProtein(const ChainAlignment& alignment, const std::string& sequence,
 }
 
 /// The proteins that a chain is most alike.
-std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure,
-                        const ChainRest& rest, StructureAligner& aligner) {
+std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ChainRest& rest,
+                        StructureAligner& aligner) {
   std::vector<Fit> best;
   for (std::size_t p = 0; p < proteins.size(); ++p) {
     ChainAlignment alignment = aligner.align(proteins[p].sequence, rest);
     if (!isSameProtein(alignment, proteins[p].sequence, rest)) continue;
     if (!best.empty() && alignment.identical < best.front().alignment.identical) continue;
     if (!best.empty() && alignment.identical > best.front().alignment.identical) best.clear();
-    best.push_back({p, &structure, &rest.chain(), std::move(alignment), false, {}});
+    best.push_back({p, std::move(alignment)});
   }
   return best;
 }
 
 /// Among equally alike proteins with different names, of which each has a chain of its name in the structure,
 /// the one of the chain's own name.
-void keepNamesakes(const std::vector<Protein>& proteins, std::vector<Fit>& fits) {
+void keepNamesakes(const std::vector<Protein>& proteins, const std::string& name,
+                   const std::unordered_set<std::string>& names, std::vector<Fit>& fits) {
   if (fits.size() < 2) return;
-  const ProteinStructure& structure = *fits.front().structure;
-  const auto hasNamesake = [&](const Fit& fit) {
-    return std::any_of(structure.chains.begin(), structure.chains.end(), [&](const StructureChain& chain) {
-      return chain.name == proteins[fit.protein].chain;
-    });
-  };
+  const auto hasNamesake = [&](const Fit& fit) { return names.count(proteins[fit.protein].chain) > 0; };
   if (!std::all_of(fits.begin(), fits.end(), hasNamesake)) return;
-  const std::string& name = fits.front().chain->name;
   const auto isOther = [&](const Fit& fit) { return proteins[fit.protein].chain != name; };
   if (std::all_of(fits.begin(), fits.end(), isOther)) return;
   fits.erase(std::remove_if(fits.begin(), fits.end(), isOther), fits.end());
-}
-
-/// The fits of all molecules of a chain.
-std::vector<Fit> fitsOfMolecules(const std::vector<Protein>& proteins, const ProteinStructure& structure,
-                                 const StructureChain& chain, StructureAligner& aligner) {
-  std::vector<Fit> all;
-  ChainRest rest(chain);
-  std::size_t rounds = 0;
-  while (!rest.isEmpty()) {
-    std::vector<Fit> fits = fitsOf(proteins, structure, rest, aligner);
-    if (fits.empty()) break;
-    ++rounds;
-    keepNamesakes(proteins, fits);
-    for (Fit& fit : fits) {
-      rest.take(fit.alignment);
-      all.push_back(std::move(fit));
-    }
-  }
-  for (Fit& fit : all) fit.isPart = rounds > 1 || !rest.isEmpty();
-  if (!all.empty()) all.back().leftOver = rest.residues();
-  return all;
-}
-
-/// All fits of one structure file, without the relatives of the protein.
-std::vector<Fit> fitsOf(const std::vector<Protein>& proteins, const ProteinStructure& structure) {
-  std::vector<Fit> all;
-  StructureAligner aligner(structure);
-  for (const StructureChain& chain : structure.chains) {
-    for (Fit& fit : fitsOfMolecules(proteins, structure, chain, aligner)) all.push_back(std::move(fit));
-  }
-  std::map<std::size_t, double> best;
-  for (const Fit& fit : all) best[fit.protein] = std::max(best[fit.protein], fit.alignment.identity());
-  all.erase(std::remove_if(all.begin(), all.end(),
-                           [&](const Fit& fit) {
-                             return fit.alignment.identity() < best[fit.protein] - kRelativeBelowBest;
-                           }),
-            all.end());
-  return all;
 }
 
 // --- Chains --------------------------------------------------------------------------------------
@@ -138,49 +94,50 @@ std::string rangeText(const StructureChain& chain, std::size_t first, std::size_
 }
 
 /// The first and the last residue of the chain that fit.
-std::string residuesOf(const Fit& fit) {
+std::string residuesOf(const StructureChain& chain, const ChainAlignment& alignment) {
   std::size_t first = kNoResidue;
   std::size_t last = 0;
-  for (const std::size_t place : fit.alignment.inStructure) {
+  for (const std::size_t place : alignment.inStructure) {
     if (place == kNoResidue) continue;
     first = std::min(first, place);
     last = std::max(last, place);
   }
-  return rangeText(*fit.chain, first, last);
+  return rangeText(chain, first, last);
 }
 
 /// The pieces of the chain that are left over.
-std::vector<std::string> leftOverOf(const Fit& fit) {
-  const std::vector<std::size_t>& places = fit.leftOver;
+std::vector<std::string> piecesOf(const ChainRest& rest) {
+  const std::vector<std::size_t>& places = rest.residues();
   std::vector<std::string> pieces;
   for (std::size_t first = 0; first < places.size();) {
     std::size_t last = first;
-    while (last + 1 < places.size() && !fit.chain->residues[places[last + 1]].isAfterBreak) ++last;
-    pieces.push_back(rangeText(*fit.chain, places[first], places[last]));
+    while (last + 1 < places.size() && !rest.isStart(places[last + 1])) ++last;
+    pieces.push_back(rangeText(rest.chain(), places[first], places[last]));
     first = last + 1;
   }
   return pieces;
 }
 
-ChainMatch matchOf(const Protein& protein, const Fit& fit) {
+/// `isPart`: the chain holds other molecules as well.
+ChainMatch matchOf(const Protein& protein, const std::string& file, const StructureChain& chain,
+                   const ChainAlignment& alignment, bool isPart) {
   ChainMatch match;
-  match.file = fit.structure->file;
-  match.chain = fit.chain->name;
-  match.molecule = fit.chain->molecule;
-  if (fit.isPart || match.molecule > 0) match.residues = residuesOf(fit);
-  match.leftOver = leftOverOf(fit);
-  match.aligned = fit.alignment.aligned;
-  match.identical = fit.alignment.identical;
+  match.file = file;
+  match.chain = chain.name;
+  match.molecule = chain.molecule;
+  if (isPart || match.molecule > 0) match.residues = residuesOf(chain, alignment);
+  match.aligned = alignment.aligned;
+  match.identical = alignment.identical;
   std::vector<std::size_t> missing;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i) {
     const char ours = withoutThiolState(protein.sequence[i]);
     if (ours == kUnknownResidue) continue;
-    const std::size_t place = fit.alignment.inStructure[i];
+    const std::size_t place = alignment.inStructure[i];
     if (place == kNoResidue) {
       missing.push_back(i);
       continue;
     }
-    const StructureResidue& residue = fit.chain->residues[place];
+    const StructureResidue& residue = chain.residues[place];
     if (residue.letter != ours && residue.letter != kUnknownResidue)
       match.mismatches.push_back(printable(std::string(1, ours) + protein.numbers[i] + " is " + residue.name +
                                            " " + residue.number));
@@ -205,17 +162,16 @@ std::vector<std::string> notesOn(const ChainMatch& match) {
 
 // --- One proline ----------------------------------------------------------------------------------
 
-std::optional<BondSite> siteOf(const Fit& fit, int position) {
-  const std::size_t place = fit.alignment.inStructure[static_cast<std::size_t>(position) - 1];
-  if (place == kNoResidue) return std::nullopt;
-  const StructureResidue& residue = fit.chain->residues[place];
+BondSite siteOf(const ProteinStructure& structure, const StructureChain& chain,
+                const StructureResidue& residue) {
   BondSite site;
-  site.file = fit.structure->file;
-  site.chain = fit.chain->name;
+  site.file = structure.file;
+  site.chain = chain.name;
   site.number = residue.number;
   site.residue = residue.name;
-  site.models = fit.structure->modelCount;
+  site.models = structure.modelCount;
   site.modelsWithout = residue.modelsWithout;
+  site.namesWithout = residue.namesWithout;
   site.bonds = residue.bonds;
   site.others = residue.others;
   site.reason = residue.letter == kProlineCode
@@ -278,42 +234,124 @@ std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
   return seen + alternativesText(finding);
 }
 
-StructureFinding findingOf(const Protein& protein, const ProlineResult& proline,
-                           const std::vector<const Fit*>& fits) {
-  StructureFinding finding;
-  for (const Fit* fit : fits)
-    if (auto site = siteOf(*fit, proline.position)) finding.sites.push_back(std::move(*site));
-  finding.call = seenIn(finding);
-  finding.verdict = verdictOf(proline.call, finding.call);
-  finding.sentence = sentenceOn(protein, proline, finding);
-  return finding;
+void finish(const Protein& protein, ProteinResult& result) {
+  for (const ChainMatch& match : result.matches)
+    for (std::string& note : notesOn(match)) result.structureNotes.push_back(std::move(note));
+  if (result.matches.empty())
+    result.structureNotes.emplace_back("no chain of the structures is this protein");
+  for (ProlineResult& proline : result.prolines) {
+    StructureFinding& finding = *proline.structure;
+    finding.call = seenIn(finding);
+    finding.verdict = verdictOf(proline.call, finding.call);
+    finding.sentence = sentenceOn(protein, proline, finding);
+  }
 }
 
-void addFindings(const Protein& protein, const std::vector<const Fit*>& fits, ProteinResult& result) {
-  for (const Fit* fit : fits) {
-    result.matches.push_back(matchOf(protein, *fit));
-    for (std::string& note : notesOn(result.matches.back())) result.structureNotes.push_back(std::move(note));
-  }
-  if (fits.empty()) result.structureNotes.emplace_back("no chain of the structures is this protein");
-  for (ProlineResult& proline : result.prolines) proline.structure = findingOf(protein, proline, fits);
+// --- One structure ----------------------------------------------------------------------------------
+
+/// What a chain that fits is for the report: nothing else of it is kept.
+struct Found {
+  std::size_t protein = 0;
+  double identity = 0;  ///< percent
+  ChainMatch match;
+  std::vector<std::pair<std::size_t, BondSite>> sites;  ///< by the index of the proline
+};
+
+/// As `structureFits` counts.
+std::size_t sizeOf(const Found& found) {
+  std::size_t size = 1;
+  for (const auto& [proline, site] : found.sites) size += 1 + site.bonds.size() + site.others.size();
+  return size;
 }
+
+std::size_t sizeOf(const ProteinStructure& structure) {
+  std::size_t size = 0;
+  for (const StructureChain& chain : structure.chains)
+    for (const StructureResidue& residue : chain.residues)
+      size += 1 + residue.bonds.size() + residue.others.size();
+  return size;
+}
+
+/// Compares the chains of one structure with the proteins of a file.
+class Comparison {
+ public:
+  Comparison(const std::vector<Protein>& all, std::vector<ProteinResult>& toFill, const ProteinStructure& of)
+      : proteins(all),
+        results(toFill),
+        structure(of),
+        aligner(of),
+        mostFits(limits::structureFits(sizeOf(of))) {
+    for (const StructureChain& chain : structure.chains) names.insert(chain.name);
+  }
+
+  /// Adds to the results what fits a protein and is no relative of it.
+  void run() {
+    for (const StructureChain& chain : structure.chains) addMolecules(chain);
+    std::map<std::size_t, double> best;
+    for (const Found& one : found) best[one.protein] = std::max(best[one.protein], one.identity);
+    for (Found& one : found) {
+      if (one.identity < best[one.protein] - kRelativeBelowBest) continue;
+      ProteinResult& result = results[one.protein];
+      result.matches.push_back(std::move(one.match));
+      for (auto& [proline, site] : one.sites)
+        result.prolines[proline].structure->sites.push_back(std::move(site));
+    }
+  }
+
+ private:
+  /// All molecules of a chain that fit.
+  void addMolecules(const StructureChain& chain) {
+    std::vector<Fit> all;
+    ChainRest rest(chain);
+    std::size_t rounds = 0;
+    while (!rest.isEmpty()) {
+      std::vector<Fit> fits = fitsOf(proteins, rest, aligner);
+      if (fits.empty()) break;
+      ++rounds;
+      keepNamesakes(proteins, chain.name, names, fits);
+      for (Fit& fit : fits) {
+        rest.take(fit.alignment);
+        all.push_back(std::move(fit));
+      }
+    }
+    for (const Fit& fit : all) add(chain, fit, rounds > 1 || !rest.isEmpty());
+    if (!all.empty()) found.back().match.leftOver = piecesOf(rest);
+  }
+
+  void add(const StructureChain& chain, const Fit& fit, bool isPart) {
+    Found one{fit.protein,
+              fit.alignment.identity(),
+              matchOf(proteins[fit.protein], structure.file, chain, fit.alignment, isPart),
+              {}};
+    const std::vector<ProlineResult>& prolines = results[fit.protein].prolines;
+    for (std::size_t i = 0; i < prolines.size(); ++i)
+      if (const std::size_t place =
+              fit.alignment.inStructure[static_cast<std::size_t>(prolines[i].position) - 1];
+          place != kNoResidue)
+        one.sites.emplace_back(i, siteOf(structure, chain, chain.residues[place]));
+    checkLimit(size += sizeOf(one), mostFits, structure.file);
+    found.push_back(std::move(one));
+  }
+
+  const std::vector<Protein>& proteins;
+  std::vector<ProteinResult>& results;
+  const ProteinStructure& structure;
+  StructureAligner aligner;
+  std::unordered_set<std::string> names;  ///< of all chains
+  std::deque<Found> found;
+  Limit mostFits;
+  std::size_t size = 0;
+};
 
 }  // namespace
-
-// --- The comparison -------------------------------------------------------------------------------
 
 void compareWithStructures(const std::vector<Protein>& proteins,
                            const std::vector<ProteinStructure>& structures,
                            std::vector<ProteinResult>& results) {
-  std::vector<Fit> fits;
-  for (const ProteinStructure& structure : structures)
-    for (Fit& fit : fitsOf(proteins, structure)) fits.push_back(std::move(fit));
-  for (std::size_t p = 0; p < proteins.size(); ++p) {
-    std::vector<const Fit*> own;
-    for (const Fit& fit : fits)
-      if (fit.protein == p) own.push_back(&fit);
-    addFindings(proteins[p], own, results[p]);
-  }
+  for (ProteinResult& result : results)
+    for (ProlineResult& proline : result.prolines) proline.structure.emplace();
+  for (const ProteinStructure& structure : structures) Comparison(proteins, results, structure).run();
+  for (std::size_t p = 0; p < proteins.size(); ++p) finish(proteins[p], results[p]);
 }
 
 std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <numeric>
 #include <string_view>
+#include <utility>
 
 #include <gemmi/seqalign.hpp>  // for align_sequences
 
@@ -19,6 +20,9 @@ namespace {
 constexpr std::size_t kMostPairsAtOnce = 15000000;
 constexpr std::size_t kPairsOfAnyStructure = 100000000;
 constexpr std::size_t kPairsPerResidue = 4000;
+// What an alignment takes besides, as so many pairs: where both sides are short it is most of the work.
+constexpr std::size_t kPairsPerAlignment = 500;
+constexpr std::size_t kPairsPerPlace = 8;
 
 // So many residues of a piece that overlaps with the sequence by its end do not fit by chance.
 constexpr std::size_t kFewestOfAPiece = 6;
@@ -95,6 +99,12 @@ bool belongs(const ChainAlignment& ofPiece, std::size_t pieceLength, std::size_t
   return ofPiece.aligned >= kFewestOfAPiece && ofPiece.identity() >= kSameProteinFrom;
 }
 
+std::size_t residueCount(const ProteinStructure& structure) {
+  std::size_t count = 0;
+  for (const StructureChain& chain : structure.chains) count += chain.residues.size();
+  return count;
+}
+
 /// Leaves only the pairs of pieces that belong to the sequence, and counts them.
 void keepPiecesThatBelong(const std::string& sequence, const StructureChain& chain,
                           ChainAlignment& alignment) {
@@ -162,19 +172,22 @@ ChainAlignment align(const std::string& sequence, const ChainRest& rest) {
   return alignment;
 }
 
+StructureAligner::StructureAligner(std::string name, std::size_t residues)
+    : file(std::move(name)), pairsLeft(kPairsOfAnyStructure + kPairsPerResidue * residues) {}
+
 StructureAligner::StructureAligner(const ProteinStructure& structure)
-    : file(structure.file), pairsLeft(kPairsOfAnyStructure) {
-  for (const StructureChain& chain : structure.chains) pairsLeft += kPairsPerResidue * chain.residues.size();
-}
+    : StructureAligner(structure.file, residueCount(structure)) {}
 
 ChainAlignment StructureAligner::align(const std::string& sequence, const ChainRest& rest) {
   const std::size_t pairs = sequence.size() * rest.residues().size();
-  if (pairs > kMostPairsAtOnce || pairs > pairsLeft)
+  const std::size_t work =
+      pairs + kPairsPerAlignment + kPairsPerPlace * (sequence.size() + rest.chain().residues.size());
+  if (pairs > kMostPairsAtOnce || work > pairsLeft)
     throw FileError(
         file, 0,
         "has too many residues to align with the " + std::to_string(sequence.size()) + " of a protein",
         "give the chains that have shifts");
-  pairsLeft -= pairs;
+  pairsLeft -= work;
   return zorvela::align(sequence, rest);
 }
 

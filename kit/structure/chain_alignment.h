@@ -56,10 +56,12 @@ ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 /// Aligns the chains of one structure with sequences, as long as this is work in proportion to the structure.
 class StructureAligner {
  public:
+  /// `file` is how messages name it, with so many residues.
+  StructureAligner(std::string file, std::size_t residues);
   explicit StructureAligner(const ProteinStructure& structure);
   /// As `align`. FileError that names the structure where the product of both lengths is above 15 million, or
-  /// the sum of all products so far above 100 million and 4,000 for each residue of the structure: a capsid
-  /// of 1,300 chains and fifteen entries of its protein are below.
+  /// the work so far above 100 million pairs of residues and 4,000 for each residue of the structure: a
+  /// capsid of 1,300 chains and fifteen entries of its protein are below.
   ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
  private:

@@ -37,7 +37,7 @@ std::string statesText(const StructureFinding& finding) {
       bonds += count;
     }
   for (const BondSite& site : finding.sites)
-    if (!site.bonds.empty()) models += site.bonds.size() + site.modelsWithout.size();
+    if (!site.bonds.empty()) models += site.bonds.size() + site.modelsWithout;
   const std::string counts = enumerated(states) + " of " + counted(models, "model", "models");
   if (finding.call == StructureCall::mixed) return counts;
   if (const auto omega = meanOmega(finding))
@@ -48,9 +48,9 @@ std::string statesText(const StructureFinding& finding) {
 std::string withoutBondText(const StructureFinding& finding) {
   std::string text;
   for (const BondSite& site : finding.sites) {
-    if (site.modelsWithout.empty()) continue;
-    text += "; no bond in " + std::to_string(site.modelsWithout.size()) + " of " +
-            counted(site.models, "model", "models") + " (" + enumerated(site.modelsWithout) + ")";
+    if (site.modelsWithout == 0) continue;
+    text += "; no bond in " + std::to_string(site.modelsWithout) + " of " +
+            counted(site.models, "model", "models") + " (" + site.namesWithout + ")";
   }
   return text;
 }

@@ -127,7 +127,7 @@ std::string numberOf(std::string_view number, char code) {
 }
 
 /// The atom of a row; nothing where a letter is none, which `fault` then names.
-std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault) {
+std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault, std::vector<std::string>& notes) {
   const auto alternate = row.letter(kAlternate);
   const auto code = row.letter(kCode);
   if (!alternate || !code) {
@@ -136,10 +136,10 @@ std::optional<BackboneAtom> atomOf(const AtomRow& row, std::string& fault) {
   }
   BackboneAtom atom;
   const std::string_view model = row.text(kModel);
-  atom.model = model.empty() ? "1" : model;
-  atom.chain = row.text(kAuthAsym, kAsym);
-  atom.part = row.text(kAsym);
-  atom.residue = row.text(kResidue);
+  atom.model = model.empty() ? "1" : nameOf(model, notes);
+  atom.chain = nameOf(row.text(kAuthAsym, kAsym), notes);
+  atom.part = nameOf(row.text(kAsym), notes);
+  atom.residue = nameOf(row.text(kResidue), notes);
   atom.number = numberOf(row.text(kAuthSeq, kSeq), *code);
   if (const std::string_view seq = row.text(kSeq); !seq.empty())
     atom.label = std::string(row.text(kAsym)) + ' ' + std::string(seq);
@@ -169,7 +169,9 @@ class MmcifReader {
         advance();
     }
     if (!hasAtoms) throw FileError(file, 0, "has no atoms (_atom_site)", kRemedy);
-    return backbone.finished();
+    Coordinates coordinates = backbone.finished();
+    coordinates.notes.insert(coordinates.notes.end(), notes.begin(), notes.end());
+    return coordinates;
   }
 
  private:
@@ -218,7 +220,7 @@ class MmcifReader {
       const AtomRow row{values, places};
       if (isBackbone(row.text(kAtom))) {
         std::string fault;
-        const auto atom = atomOf(row, fault);
+        const auto atom = atomOf(row, fault, notes);
         if (!atom) {
           const std::size_t line = token.line;
           advance();
@@ -247,6 +249,7 @@ class MmcifReader {
   StarTokens tokens;
   StarToken token;
   BackboneBuilder backbone;
+  std::vector<std::string> notes;
   bool hasAtoms = false;
 };
 

@@ -1,6 +1,6 @@
 // Any structure file as protein chains with the bonds before their prolines.
+#include <algorithm>
 #include <map>
-#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -202,16 +202,26 @@ void numberMolecules(ProteinStructure& structure) {
   }
 }
 
-/// Names the models in which a proline has no bond that others have.
-void nameModelsWithout(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
-  for (StructureChain& chain : structure.chains)
-    for (StructureResidue& residue : chain.residues) {
-      if (residue.bonds.empty() || residue.bonds.size() >= models.size()) continue;
-      std::set<std::string> with;
-      for (const ModelBond& bond : residue.bonds) with.insert(bond.model);
-      for (const BackboneModel& model : models)
-        if (with.count(model.name) == 0) residue.modelsWithout.push_back(model.name);
-    }
+/// Names the models in which a proline has no bond that others have. Bonds are in the order of the models.
+void nameModelsWithout(const std::vector<BackboneModel>& models, StructureResidue& residue) {
+  constexpr std::size_t kMostNamed = 12;
+  std::vector<std::string> first;
+  std::size_t with = 0;
+  auto bond = residue.bonds.begin();
+  for (const BackboneModel& model : models) {
+    if (bond == residue.bonds.end() && first.size() == kMostNamed) break;
+    const auto next = std::find_if(bond, residue.bonds.end(),
+                                   [&](const ModelBond& other) { return other.model != model.name; });
+    if (next != bond)
+      ++with;
+    else if (first.size() < kMostNamed)
+      first.push_back(model.name);
+    bond = next;
+  }
+  residue.modelsWithout = models.size() - with;
+  residue.namesWithout = enumerated(first);
+  if (residue.modelsWithout > first.size())
+    residue.namesWithout += " and " + std::to_string(residue.modelsWithout - first.size()) + " more";
 }
 
 /// The chains of all models put together; notes are those of the first.
@@ -227,7 +237,9 @@ void addModels(const std::vector<BackboneModel>& models, ProteinStructure& struc
     for (const PlacedChain& chain : chains[i])
       if (const auto known = places.find(chain.key); known != places.end())
         addBonds(chain, models[i].name, known->second, structure.chains[known->second.chain].residues);
-  nameModelsWithout(models, structure);
+  for (StructureChain& chain : structure.chains)
+    for (StructureResidue& residue : chain.residues)
+      if (!residue.bonds.empty()) nameModelsWithout(models, residue);
   numberMolecules(structure);
 }
 

@@ -74,7 +74,7 @@ class Sources(folder.InFolder):
         self.assertIsNone(kept.correction)
         self.assertEqual([p.p_cis_norm_as_referenced for p in protein.prolines], [p.p_cis_norm for p in kept.prolines])
         self.assertEqual([p.call_as_referenced for p in protein.prolines], [p.call for p in kept.prolines])
-        self.assertNotEqual(calls(kept), NUCLEASE)
+        self.assertNotEqual([p.p_cis_norm for p in kept.prolines], [p.p_cis_norm for p in protein.prolines])
 
     def test_structure(self):
         for source in (STRUCTURE, str(STRUCTURE), STRUCTURE.read_bytes(), gzip.decompress(STRUCTURE.read_bytes()),

@@ -105,10 +105,10 @@ def _sequence(sequence: Any) -> str:
 
 
 def _request(sequence: Any, structure: Any, chain: Names, names_of_lists: Names,
-             as_referenced: bool) -> _zorvela.Request:
+             as_referenced: bool, deuterated: Optional[bool]) -> _zorvela.Request:
     return _zorvela.Request(_names(chain, "chain"), _names(names_of_lists, "list"),
                             None if sequence is None else _sequence(sequence), _structures(structure),
-                            bool(as_referenced))
+                            bool(as_referenced), None if deuterated is None else bool(deuterated))
 
 
 def _predict(source: Any, request: _zorvela.Request) -> Results:
@@ -121,7 +121,8 @@ def _predict(source: Any, request: _zorvela.Request) -> Results:
 # --- Functions ------------------------------------------------------------------------------------
 
 def predict(source: Source, *, sequence: Optional[str] = None, structure: StructureSource = None, chain: Names = None,
-            list: Names = None, as_referenced: bool = False) -> Results:  # pylint: disable=redefined-builtin
+            list: Names = None,  # pylint: disable=redefined-builtin
+            as_referenced: bool = False, deuterated: Optional[bool] = None) -> Results:
     """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
 
     source         a path, the bytes of a file, an open file, its text, or a pynmrstar entry
@@ -129,17 +130,19 @@ def predict(source: Source, *, sequence: Optional[str] = None, structure: Struct
     structure      PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
     chain          only the chains of these names; all chains of proteins if left out
     list           only the shift lists of these names, or "all"; the one with most shifts if left out
-    as_referenced  keep referencing offsets, which are else taken away where they are certain
+    as_referenced  use shifts as they are; else certain referencing offsets, and isotope shifts of samples that the
+                   file calls deuterated, are taken away
+    deuterated     whether the sample is deuterated; as the file says if left out
 
     Raises FileError for what is no shift file, ChoiceError for a chain or list that is not there, Error for a
     sequence that does not fit.
     """
-    return _predict(source, _request(sequence, structure, chain, list, as_referenced))
+    return _predict(source, _request(sequence, structure, chain, list, as_referenced, deuterated))
 
 
 def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float], pandas.DataFrame, Any]", *,
                    first: int = 1, structure: StructureSource = None, as_referenced: bool = False,
-                   name: str = "shifts") -> Results:
+                   deuterated: Optional[bool] = None, name: str = "shifts") -> Results:
     """Predicts every proline of a sequence from shifts in memory.
 
     sequence     one-letter codes; c is a cysteine in a disulfide bond, X an unknown residue
@@ -154,25 +157,28 @@ def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float]
     letters = _sequence(sequence)
     called = _names(name, "name")[0]
     return _engine().predict_shifts(letters, _shifts.gathered(shifts), _shifts.whole_number(first), called,
-                                    _request(None, structure, None, None, as_referenced))
+                                    _request(None, structure, None, None, as_referenced, deuterated))
 
 
 @overload
 def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
                  errors: Literal["raise"] = "raise", structure: StructureSource = None, chain: Names = None,
-                 list: Names = None, as_referenced: bool = False) -> Iterator[Results]: ...
+                 list: Names = None, as_referenced: bool = False,
+                 deuterated: Optional[bool] = None) -> Iterator[Results]: ...
 
 
 @overload
 def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
                  errors: Literal["return"], structure: StructureSource = None, chain: Names = None,
-                 list: Names = None, as_referenced: bool = False) -> Iterator[Union[Results, Error]]: ...
+                 list: Names = None, as_referenced: bool = False,
+                 deuterated: Optional[bool] = None) -> Iterator[Union[Results, Error]]: ...
 
 
 def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progress: bool = False,
                  errors: Literal["raise", "return"] = "raise", structure: StructureSource = None, chain: Names = None,
                  list: Names = None,  # pylint: disable=redefined-builtin
-                 as_referenced: bool = False) -> Iterator[Union[Results, Error]]:
+                 as_referenced: bool = False,
+                 deuterated: Optional[bool] = None) -> Iterator[Union[Results, Error]]:
     """Predicts many shift files in several threads. An iterator over their results, in the order of the sources.
 
     jobs      how many at the same time; one for each core if left out
@@ -188,7 +194,7 @@ def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progr
     workers = len(os.sched_getaffinity(0)) if jobs is None else jobs
     if isinstance(workers, bool) or not isinstance(workers, int) or not 1 <= workers <= 256:
         raise Error(f"jobs is {jobs!r}: give a whole number from 1 to 256")
-    request = _request(None, structure, chain, list, as_referenced)
+    request = _request(None, structure, chain, list, as_referenced, deuterated)
     return _many(_shown(sources, progress), workers, errors == "return", request)
 
 

@@ -104,9 +104,10 @@ export class Zorvela {
     return ["shifts", "nef", "structure"][this.withText(bytes, (b) => this.call("kind_of", b))];
   }
 
-  /** A run with choices {chains, lists, asReferenced}, as the options of zorvela-kit run have them. */
-  newRun({ chains = [], lists = [], asReferenced = false } = {}) {
-    return new Run(this, this.#pointer("run_new", asReferenced ? 1 : 0), chains, lists);
+  /** A run with choices {chains, lists, asReferenced, deuterated}, as the options of zorvela-kit run have them. */
+  newRun({ chains = [], lists = [], asReferenced = false, deuterated } = {}) {
+    const flags = [asReferenced, deuterated === true, deuterated === false].map(Number);
+    return new Run(this, this.#pointer("run_new", ...flags), chains, lists);
   }
 }
 

@@ -32,7 +32,7 @@ export class PredictionError extends Error {
   name = "PredictionError";
 }
 
-const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", name: "text", structures: "files" };
+const CHOICES = { chains: "names", lists: "names", asReferenced: "flag", deuterated: "flag", name: "text", structures: "files" };
 
 const IS_RIGHT = {
   names: (v) => Array.isArray(v) && v.every((item) => typeof item === "string"),

@@ -71,7 +71,8 @@ const OWN_CHOICE = "";
 
 function choices() {
   const named = (id) => (byId(id).value === OWN_CHOICE ? [] : [byId(id).value.slice(1)]);
-  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked };
+  const deuterated = { yes: true, no: false }[byId("deuteration").value];
+  return { chains: named("chain"), lists: named("list"), asReferenced: byId("as-referenced").checked, deuterated };
 }
 
 /** Offers the chains and lists in the files, each with how many files have it where not all do. */
@@ -233,7 +234,7 @@ worker.onmessage = ({ data }) => {
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
-for (const id of ["chain", "list", "as-referenced"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
+for (const id of ["chain", "list", "as-referenced", "deuteration"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
 byId("stop").addEventListener("click", stop);
 byId("copy").addEventListener("click", copyTable);
 byId("table").addEventListener("change", () => offerFiles(shown));

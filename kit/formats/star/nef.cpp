@@ -127,7 +127,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
   const StarColumn value = table.column("_nef_chemical_shift.value");
   Unassigned unassigned;
   const std::size_t rows = table.rows();
-  reserveRows(list, rows, file, finder.file());
+  finder.reserveRows(list, rows);
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
     const std::string code = nameOf(chain.text(row), file.notes);
@@ -158,7 +158,7 @@ void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
     list.aliases.push_back(list.name.substr(kFramePrefix.size()));
   for (const StarTable& table : tablesOf(frame, "_nef_chemical_shift."))
     readShifts(table, list, file, finder);
-  if (!list.shifts.empty()) file.lists.push_back(std::move(list));
+  if (!list.shifts.empty()) addList(std::move(list), file, finder.file());
 }
 
 void readLinks(const StarTable& table, ChainFinder& finder) {
@@ -186,7 +186,7 @@ bool isNef(const Source& source) {
 ShiftFile readNef(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
-  ChainFinder finder(source.file);
+  ChainFinder finder(source.file, *source.work);
   WordsByChain words;
   for (const StarFrame& frame : frames)
     for (const StarTable& table : tablesOf(frame, "_nef_sequence."))
@@ -194,8 +194,7 @@ ShiftFile readNef(const Source& source) {
   for (const StarFrame& frame : frames) readList(frame, file, finder);
   for (const StarFrame& frame : frames)
     for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder);
-  file.chains = std::move(finder.chains);
-  placeByNames(file.lists, file.chains, file.notes);
+  settleChains(finder, file);
   noteWords(words, file);
   file.contents = starContents(*source.star);
   return file;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "formats/limits.h"
 #include "formats/star/loop_lines.h"
 #include "formats/star/star_chains.h"
 #include "formats/star/star_tokens.h"
@@ -37,12 +38,17 @@ class Annotator {
  public:
   Annotator(std::string_view source, const std::string& file, const FlagRules& flagRules,
             const CisPeptideOf& flagOf)
-      : text(source), name(file), rules(flagRules), cisPeptideOf(flagOf), tokens(source) {}
+      : text(source),
+        name(file),
+        rules(flagRules),
+        cisPeptideOf(flagOf),
+        lineBreak(lineBreakOf(source)),
+        tokens(source) {}
 
   NefAnnotation run() {
     for (token = tokens.next(); token.kind != Kind::end;) {
       if (token.kind == Kind::frame && startsIgnoringCase(token.value, "data_"))
-        block = token.value.substr(5);
+        block = nameOf(token.value.substr(5), cut);
       if (token.kind == Kind::loop)
         readLoop();
       else
@@ -56,7 +62,7 @@ class Annotator {
 
  private:
   void readLoop() {
-    const std::size_t line = token.line;
+    const StarToken loop = token;
     std::vector<StarToken> tags;
     for (token = tokens.next(); token.kind == Kind::tag; token = tokens.next()) tags.push_back(token);
     const bool isSequence = !tags.empty() && startsIgnoringCase(tags.front().value, kCategory);
@@ -65,10 +71,11 @@ class Annotator {
       if (token.isOpen) throw FileError(name, token.line, "a quoted text has no end", "close it");
       if (isSequence) values.push_back(token);
     }
-    if (isSequence) annotate(line, tags, values);
+    if (isSequence) annotate(loop, tags, values);
   }
 
-  void annotate(std::size_t line, const std::vector<StarToken>& tags, const std::vector<StarToken>& values) {
+  void annotate(const StarToken& loop, const std::vector<StarToken>& tags,
+                const std::vector<StarToken>& values) {
     ++loops;
     LoopLines lines;
     for (const StarToken& value : values) lines.add(value.line);
@@ -79,7 +86,7 @@ class Annotator {
                           counted(tags.size(), "column", "columns"),
                       kMendLoop);
     if (values.size() % tags.size() != 0)
-      throw FileError(name, line,
+      throw FileError(name, loop.line,
                       "the sequence loop has " + counted(values.size(), "value", "values") + " for " +
                           counted(tags.size(), "column", "columns"),
                       kMendLoop);
@@ -89,9 +96,9 @@ class Annotator {
     // Early files call it residue_type.
     const std::size_t residue = columnOf(tags, {"residue_name", "residue_type"});
     if (number == kAbsent || residue == kAbsent)
-      throw FileError(name, line, "the sequence loop has no column sequence_code or residue_name",
+      throw FileError(name, loop.line, "the sequence loop has no column sequence_code or residue_name",
                       "give a NEF file with the sequence of its molecules");
-    if (flag == kAbsent) addColumn(tags.back(), tags[number]);
+    if (flag == kAbsent) addColumn(tags.size() > 1 ? tags[tags.size() - 2] : loop, tags.back(), tags[number]);
     for (std::size_t first = 0; first < values.size(); first += tags.size()) {
       const auto cell = [&](std::size_t column) { return textOf(values, first, column); };
       const NefSequenceRow row = {block, cell(chain), cell(number), cell(residue)};
@@ -110,23 +117,24 @@ class Annotator {
     return kAbsent;
   }
 
-  static std::string textOf(const std::vector<StarToken>& values, std::size_t first, std::size_t column) {
+  std::string textOf(const std::vector<StarToken>& values, std::size_t first, std::size_t column) {
     if (column == kAbsent || isEmpty(values[first + column])) return {};
-    return std::string(trimmed(values[first + column].value));
+    return nameOf(trimmed(values[first + column].value), cut);
   }
 
   /// A line of its own after the last tag, which may be of another category than `model`.
-  void addColumn(const StarToken& lastTag, const StarToken& model) {
+  void addColumn(const StarToken& before, const StarToken& lastTag, const StarToken& model) {
     result.columnAdded = true;
-    const std::size_t lineStart = text.find_last_of("\r\n", lastTag.begin) + 1;  // 0 on the first line
-    const std::string_view indent = text.substr(lineStart, lastTag.begin - lineStart);
-    const bool isAlone = trimmed(indent).empty();
+    const std::string_view gap = text.substr(before.end, lastTag.begin - before.end);
+    const std::size_t lineEnd = gap.find_last_of("\r\n");
+    const bool isAlone = lineEnd != std::string_view::npos;
     const std::size_t dot = model.value.find('.');
     const std::string tag = std::string(model.value.substr(0, dot + 1)) + kFlagTag;
-    edits.push_back({lastTag.end, lastTag.end, (isAlone ? lineBreak() + std::string(indent) : " ") + tag});
+    edits.push_back(
+        {lastTag.end, lastTag.end, (isAlone ? lineBreak + std::string(gap.substr(lineEnd + 1)) : " ") + tag});
   }
 
-  std::string lineBreak() const {
+  static std::string lineBreakOf(std::string_view text) {
     const std::size_t first = text.find_first_of("\r\n");
     if (first == std::string_view::npos) return "\n";
     const bool isPair = text[first] == '\r' && first + 1 < text.size() && text[first + 1] == '\n';
@@ -179,9 +187,11 @@ class Annotator {
   const std::string& name;
   const FlagRules& rules;
   const CisPeptideOf& cisPeptideOf;
+  const std::string lineBreak;
   StarTokens tokens;
   StarToken token;
   std::string block;
+  std::vector<std::string> cut;  ///< the readers of shifts say so
   std::size_t loops = 0;
   std::vector<Edit> edits;
   NefAnnotation result;

@@ -1,8 +1,10 @@
 // Reads NMR-STAR 2.1: molecules, their copies in the molecular system, crosslinks, shift sets.
 #include <map>
+#include <set>
 #include <utility>
 
 #include "formats/format.h"
+#include "formats/star/samples.h"
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
 #include "util/text.h"
@@ -98,7 +100,7 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
   const StarColumn value = table.column("_Chem_shift_value");
   const StarColumn ambiguity = table.column("_Chem_shift_ambiguity_code");
   const std::size_t rows = table.rows();
-  reserveRows(list, rows, file, finder.file());
+  finder.reserveRows(list, rows);
   for (std::size_t row = 0; row < rows; ++row) {
     FileShift shift;
     const std::string rowComponent = nameOf(ownComponent.text(row), file.notes);
@@ -118,7 +120,38 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
   }
 }
 
-void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
+std::vector<LabelledMolecule> readSamples(const std::vector<StarFrame>& frames, const ChainFinder& finder) {
+  std::vector<LabelledMolecule> molecules;
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesWith(frame, "_Isotopic_labeling"))
+      for (std::size_t row = 0; row < table.rows(); ++row) {
+        const std::string label = withoutDollar(table.column("_Mol_label").word(row));
+        if (finder.find(frameName(label)) == kNoChain) continue;  // water, buffer
+        const std::string words = table.column("_Isotopic_labeling").text(row);
+        molecules.push_back({label, {frame.name()}, printable(words), labellingOf(words)});
+        checkLimit(molecules.size(), limits::kMolecules, finder.file());
+      }
+  return molecules;
+}
+
+/// The share of deuterons of each chain in the samples that a list names.
+std::map<std::size_t, double> deuterationByChain(const StarFrame& list, const std::string& name,
+                                                 const std::vector<LabelledMolecule>& molecules,
+                                                 const ChainFinder& finder, std::vector<std::string>& notes) {
+  std::set<std::string> samples;
+  for (const StarTable& table : tablesWith(list, "_Sample_label"))
+    for (std::size_t row = 0; row < table.rows(); ++row)
+      samples.insert(withoutDollar(table.column("_Sample_label").word(row)));
+  const auto ofMolecule = deuterationOf(molecules, samples, name, notes);
+  std::map<std::size_t, double> shares;
+  for (std::size_t chain = 0; chain < finder.chains.size(); ++chain)
+    if (const auto share = ofMolecule.find(finder.chains[chain].aliases.front()); share != ofMolecule.end())
+      shares.emplace(chain, share->second);
+  return shares;
+}
+
+void readList(const StarFrame& frame, const std::vector<LabelledMolecule>& molecules, ShiftFile& file,
+              ChainFinder& finder) {
   FileShiftList list;
   list.name = listName(frame, file.notes);
   const std::string component = nameOf(frameValue(frame, "_Mol_system_component_name"), file.notes);
@@ -127,7 +160,8 @@ void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
     if (table.has("_Atom_name")) readShifts(table, component, list, file, finder);
   if (list.shifts.empty()) return;
   list.aliases = {std::to_string(file.lists.size() + 1)};
-  file.lists.push_back(std::move(list));
+  list.deuteration = deuterationByChain(frame, list.name, molecules, finder, file.notes);
+  addList(std::move(list), file, finder.file());
 }
 
 void readCrosslinks(const StarFrame& frame, ChainFinder& finder) {
@@ -158,17 +192,17 @@ bool isNmrStar2(const Source& source) {
 ShiftFile readNmrStar2(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
-  ChainFinder finder(source.file);
+  ChainFinder finder(source.file, *source.work);
   Molecules molecules;
   for (const StarFrame& frame : frames) readMolecule(frame, molecules, file, finder);
   for (const StarFrame& frame : frames) readSystem(frame, molecules, file, finder);
   // A molecule that the system does not list is still one copy of itself.
   for (const auto& [name, molecule] : molecules)
     if (finder.find(frameName(name)) == kNoChain) addCopy(molecule, name, name, finder);
-  for (const StarFrame& frame : frames) readList(frame, file, finder);
+  const std::vector<LabelledMolecule> samples = readSamples(frames, finder);
+  for (const StarFrame& frame : frames) readList(frame, samples, file, finder);
   for (const StarFrame& frame : frames) readCrosslinks(frame, finder);
-  file.chains = std::move(finder.chains);
-  placeByNames(file.lists, file.chains, file.notes);
+  settleChains(finder, file);
   numberByRows(file.chains, file.lists, file.notes);
   makeNamesDiffer(file.chains);
   file.contents = starContents(*source.star);

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "formats/format.h"
+#include "formats/star/samples.h"
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
 #include "util/text.h"
@@ -44,6 +46,16 @@ struct Entities {
   std::map<std::string, std::size_t> index;  ///< by number, and by "$" and frame name
 
   bool has(const std::string& name) const { return index.count(name) > 0; }
+  /// The number of the molecule that a sample names; empty where the file does not describe it.
+  std::string inSample(const std::string& id, const std::string& label, const std::string& commonName) const {
+    if (!id.empty() || !label.empty()) {
+      const auto known = index.find(id.empty() ? "$" + withoutDollar(label) : id);
+      return known == index.end() ? "" : list[known->second].id;
+    }
+    for (const Entity& entity : list)
+      if (!commonName.empty() && equalIgnoringCase(entity.chain.molecule, commonName)) return entity.id;
+    return "";
+  }
   /// A copy; one of that number without a sequence where the file has none.
   Entity get(const std::string& name, const std::string& numberOfUnknown) const {
     const auto known = index.find(name);
@@ -108,10 +120,10 @@ void addResidues(const StarTable& table, const std::string& ownEntity, const Sta
   }
 }
 
-void readSequences(const Frames& frames, Entities& entities, const std::string& file) {
+void readSequences(const Frames& frames, Entities& entities, const std::string& file, Notes& notes) {
   std::size_t count = 0;
   for (const StarFrame& frame : frames) {
-    const std::string own = frameValue(frame, "_Entity.ID");
+    const std::string own = nameOf(frameValue(frame, "_Entity.ID"), notes);
     const std::string index = "_Entity_comp_index.";
     for (const StarTable& table : tablesOf(frame, index))
       addResidues(table, own, table.column(index + "ID", index + "Num"), table.column(index + "Comp_ID"),
@@ -223,8 +235,8 @@ void readAssemblySequences(const StarFrame& frame, Copies& copies) {
 }
 
 /// Without an assembly each molecule is one copy of itself.
-Copies readCopies(const Frames& frames, Entities& entities, const std::string& file, Notes& notes) {
-  Copies copies{ChainFinder(file), {}, {}, {}, 0, false};
+Copies readCopies(const Frames& frames, Entities& entities, const Source& source, Notes& notes) {
+  Copies copies{ChainFinder(source.file, *source.work), {}, {}, {}, 0, false};
   for (const StarFrame& frame : frames) readAssembly(frame, entities, copies, notes);
   const bool hasAssembly = !copies.finder.chains.empty();
   if (!hasAssembly)
@@ -263,11 +275,12 @@ void readBondTable(const StarTable& table, const std::string& category, const st
   }
 }
 
-void readBonds(const Frames& frames, Copies& copies) {
+void readBonds(const Frames& frames, Copies& copies, Notes& notes) {
   for (const StarFrame& frame : frames) {
     for (const StarTable& table : tablesOf(frame, "_Bond.")) readBondTable(table, "_Bond.", "", copies);
+    const std::string own = nameOf(frameValue(frame, "_Entity.ID"), notes);
     for (const StarTable& table : tablesOf(frame, "_Entity_bond."))
-      readBondTable(table, "_Entity_bond.", frameValue(frame, "_Entity.ID"), copies);
+      readBondTable(table, "_Entity_bond.", own, copies);
   }
 }
 
@@ -386,6 +399,53 @@ void settleUndescribed(const Copies& copies, std::vector<FileShiftList>& lists, 
                       copies.chain(target[c]).name + ", the only one of that molecule");
 }
 
+// --- Samples --------------------------------------------------------------------------------------
+
+std::vector<LabelledMolecule> readSamples(const Frames& frames, const Entities& entities,
+                                          const std::string& file) {
+  const std::string category = "_Sample_component.";
+  std::vector<LabelledMolecule> molecules;
+  for (const StarFrame& frame : frames)
+    for (const StarTable& table : tablesWith(frame, category + "Isotopic_labeling"))
+      for (std::size_t row = 0; row < table.rows(); ++row) {
+        const auto cell = [&](const std::string& tag) { return table.column(category + tag).word(row); };
+        const std::string molecule =
+            entities.inSample(cell("Entity_ID"), cell("Entity_label"), cell("Mol_common_name"));
+        if (molecule.empty()) continue;  // water, buffer
+        const std::string words = table.column(category + "Isotopic_labeling").text(row);
+        std::string id = cell("Sample_ID");
+        if (id.empty()) id = frameValue(frame, "_Sample.ID");
+        molecules.push_back({molecule, {id, frame.name()}, printable(words), labellingOf(words)});
+        checkLimit(molecules.size(), limits::kMolecules, file);
+      }
+  return molecules;
+}
+
+/// The samples of the experiments that a list names.
+std::set<std::string> samplesOf(const StarFrame& list) {
+  const std::string category = "_Chem_shift_experiment.";
+  std::set<std::string> samples;
+  for (const StarTable& table : tablesOf(list, category)) {
+    const StarColumn id = table.column(category + "Sample_ID");
+    const StarColumn label = table.column(category + "Sample_label");
+    for (std::size_t row = 0; row < table.rows(); ++row)
+      for (const std::string& name : {id.word(row), withoutDollar(label.word(row))})
+        if (!name.empty()) samples.insert(name);
+  }
+  return samples;
+}
+
+/// The share of deuterons of each chain in the samples of a list.
+std::map<std::size_t, double> deuterationByChain(const StarFrame& list, const std::string& name,
+                                                 const std::vector<LabelledMolecule>& molecules,
+                                                 const Copies& copies, Notes& notes) {
+  std::map<std::size_t, double> shares;
+  for (const auto& [entity, share] : deuterationOf(molecules, samplesOf(list), name, notes))
+    if (const auto chains = copies.ofEntity.find(entity); chains != copies.ofEntity.end())
+      for (const std::size_t chain : chains->second) shares.emplace(chain, share);
+  return shares;
+}
+
 // --- Shifts ---------------------------------------------------------------------------------------
 
 /// A list of shifts, and the list that each row names.
@@ -465,7 +525,8 @@ void noteOffsets(const StarFrame& frame, Notes& fileNotes) {
   notes.appendTo(fileNotes);
 }
 
-void readLists(const StarFrame& frame, const Entities& entities, Copies& copies, OddRows& odd,
+void readLists(const StarFrame& frame, const Entities& entities,
+               const std::vector<LabelledMolecule>& molecules, Copies& copies, OddRows& odd,
                ShiftFile& file) {
   const auto tables = tablesOf(frame, "_Atom_chem_shift.");
   if (tables.empty()) return;
@@ -474,12 +535,16 @@ void readLists(const StarFrame& frame, const Entities& entities, Copies& copies,
   rows.list.name = listName(frame, file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
-    reserveRows(rows.list, table.rows(), file, frame.file.name);
+    copies.finder.reserveRows(rows.list, table.rows());
     readShifts(table, entities, copies, odd, rows);
   }
   std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));
   odd.notes.clear();
-  for (FileShiftList& list : listsById(std::move(rows))) file.lists.push_back(std::move(list));
+  const auto shares = deuterationByChain(frame, rows.list.name, molecules, copies, file.notes);
+  for (FileShiftList& list : listsById(std::move(rows))) {
+    list.deuteration = shares;
+    addList(std::move(list), file, frame.file.name);
+  }
   noteOffsets(frame, file.notes);
 }
 
@@ -495,14 +560,14 @@ ShiftFile readNmrStar3(const Source& source) {
   const Frames frames = framesOf(*source.star);
   ShiftFile file;
   Entities entities = readEntities(frames, source.file, file.notes);
-  readSequences(frames, entities, source.file);
-  Copies copies = readCopies(frames, entities, source.file, file.notes);
+  readSequences(frames, entities, source.file, file.notes);
+  Copies copies = readCopies(frames, entities, source, file.notes);
+  const std::vector<LabelledMolecule> molecules = readSamples(frames, entities, source.file);
   OddRows odd;
-  for (const StarFrame& frame : frames) readLists(frame, entities, copies, odd, file);
+  for (const StarFrame& frame : frames) readLists(frame, entities, molecules, copies, odd, file);
   settleUndescribed(copies, file.lists, file.notes);
-  readBonds(frames, copies);
-  file.chains = std::move(copies.finder.chains);
-  placeByNames(file.lists, file.chains, file.notes);
+  readBonds(frames, copies, file.notes);
+  settleChains(copies.finder, file);
   for (const auto& [assembly, rows] : odd.strayCopies)
     file.notes.push_back(rowsOfCopy(rows, assembly) + "the author's chain and number place " +
                          (rows == 1 ? "it" : "them"));

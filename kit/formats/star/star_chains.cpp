@@ -63,14 +63,20 @@ Letters lettersOf(const FileChain& chain) {
   return letters;
 }
 
+/// Place and letter of the residue that a row names.
+struct NamedResidue {
+  const std::string* key;
+  char letter;
+};
+
 /// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
 /// polypeptide or has no sequence.
-double fitOf(const std::vector<const FileShift*>& sample, const Letters& letters) {
+double fitOf(const std::vector<NamedResidue>& sample, const Letters& letters) {
   if (letters.empty() || sample.empty()) return -1;
   std::size_t fitting = 0;
-  for (const FileShift* row : sample) {
-    const auto found = letters.find(row->key);
-    if (found != letters.end() && found->second == polypeptideResidue(row->residueName).letter) ++fitting;
+  for (const NamedResidue& residue : sample) {
+    const auto found = letters.find(*residue.key);
+    if (found != letters.end() && found->second == residue.letter) ++fitting;
   }
   return static_cast<double>(fitting) / static_cast<double>(sample.size());
 }
@@ -78,9 +84,10 @@ double fitOf(const std::vector<const FileShift*>& sample, const Letters& letters
 std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letters>& chains) {
   constexpr double kLeastFit = 0.5;
   constexpr std::size_t kSampleSize = 500;
-  std::vector<const FileShift*> sample;
+  std::vector<NamedResidue> sample;
   for (std::size_t i = 0; i < rows.size() && sample.size() < kSampleSize; ++i)
-    if (rows[i].chain == kNoChain) sample.push_back(&rows[i]);
+    if (rows[i].chain == kNoChain)
+      sample.push_back({&rows[i].key, polypeptideResidue(rows[i].residueName).letter});
   std::size_t best = kNoChain;
   double bestShare = kLeastFit;
   bool isTie = false;
@@ -93,6 +100,29 @@ std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letter
     bestShare = share;
   }
   return isTie ? kNoChain : best;
+}
+
+void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
+                  std::vector<std::string>& notes) {
+  const auto isPlaced = [](const FileShift& row) { return row.chain != kNoChain; };
+  std::vector<std::size_t> candidates;
+  for (std::size_t c = 0; c < chains.size(); ++c)
+    if (chains[c].polymer != Polymer::other) candidates.push_back(c);
+  std::vector<Letters> letters;
+  for (FileShiftList& list : lists) {
+    std::vector<FileShift>& rows = list.shifts;
+    if (std::all_of(rows.begin(), rows.end(), isPlaced)) continue;
+    if (candidates.size() != 1 && letters.empty())
+      for (const FileChain& chain : chains) letters.push_back(lettersOf(chain));
+    const std::size_t chosen = candidates.size() == 1 ? candidates.front() : bestFit(rows, letters);
+    if (chosen == kNoChain) continue;
+    for (FileShift& row : rows)
+      if (row.chain == kNoChain) row.chain = chosen;
+    if (candidates.size() < 2) continue;
+    const std::string note =
+        "shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best";
+    if (notes.empty() || notes.back() != note) notes.push_back(note);
+  }
 }
 
 /// Numbers that rows give to the residues of a chain, by their keys.
@@ -135,6 +165,18 @@ std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
 
 void ChainFinder::countResidues(std::size_t more) {
   checkResidues(residueCount += more);
+  checkLimit(work->residues += more, limits::kResiduesOfEntries, fileName);
+}
+
+void ChainFinder::reserveRows(FileShiftList& list, std::size_t more) {
+  checkLimit(rowCount += more, limits::kShiftRows, fileName);
+  std::vector<FileShift>& rows = list.shifts;
+  // A list may come in many small tables.
+  if (rows.size() + more > rows.capacity()) rows.reserve(std::max(rows.size() + more, 2 * rows.capacity()));
+}
+
+void ChainFinder::countLists(std::size_t lists) {
+  checkLimit(work->chainsTimesLists += lists * chains.size(), limits::kChainsTimesLists, fileName);
 }
 
 void ChainFinder::checkResidues(std::size_t total) const {
@@ -238,16 +280,13 @@ std::string foreignStar(const StarEntry& entry) {
   return {};
 }
 
-void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name) {
+void addList(FileShiftList list, ShiftFile& file, const std::string& name) {
   checkLimit(file.lists.size() + 1, limits::kLists, name);
-  std::size_t rows = list.shifts.size() + more;
-  for (const FileShiftList& other : file.lists) rows += other.shifts.size();
-  checkLimit(rows, limits::kShiftRows, name);
-  list.shifts.reserve(list.shifts.size() + more);
+  file.lists.push_back(std::move(list));
 }
 
 void ChainFinder::addBondEnd(std::size_t chain, const std::string& key) {
-  checkLimit(++bondEnds, limits::kBondEnds, fileName);
+  checkLimit(++work->bondEnds, limits::kBondEnds, fileName);
   chains[chain].disulfides.push_back(key);
 }
 
@@ -261,27 +300,10 @@ void makeNamesDiffer(std::vector<FileChain>& chains) {
   }
 }
 
-void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
-                  std::vector<std::string>& notes) {
-  const auto isPlaced = [](const FileShift& row) { return row.chain != kNoChain; };
-  std::vector<std::size_t> candidates;
-  for (std::size_t c = 0; c < chains.size(); ++c)
-    if (chains[c].polymer != Polymer::other) candidates.push_back(c);
-  std::vector<Letters> letters;
-  for (FileShiftList& list : lists) {
-    std::vector<FileShift>& rows = list.shifts;
-    if (std::all_of(rows.begin(), rows.end(), isPlaced)) continue;
-    if (candidates.size() != 1 && letters.empty())
-      for (const FileChain& chain : chains) letters.push_back(lettersOf(chain));
-    const std::size_t chosen = candidates.size() == 1 ? candidates.front() : bestFit(rows, letters);
-    if (chosen == kNoChain) continue;
-    for (FileShift& row : rows)
-      if (row.chain == kNoChain) row.chain = chosen;
-    if (candidates.size() < 2) continue;
-    const std::string note =
-        "shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best";
-    if (notes.empty() || notes.back() != note) notes.push_back(note);
-  }
+void settleChains(ChainFinder& finder, ShiftFile& file) {
+  finder.countLists(file.lists.size());
+  file.chains = std::move(finder.chains);
+  placeByNames(file.lists, file.chains, file.notes);
 }
 
 void numberByRows(std::vector<FileChain>& chains, const std::vector<FileShiftList>& lists,

@@ -15,8 +15,8 @@ namespace zorvela {
 /// The chains of a file, found by the names that rows use for them.
 class ChainFinder {
  public:
-  /// `name` is how messages name the file.
-  explicit ChainFinder(std::string name) : fileName(std::move(name)) {}
+  /// `name` is how messages name the file; `fileWork` is that of all its entries.
+  ChainFinder(std::string name, FileWork& fileWork) : fileName(std::move(name)), work(&fileWork) {}
 
   /// Index of the chain that was added under this name, `kNoChain` if there is none.
   std::size_t find(const std::string& name) const;
@@ -27,8 +27,12 @@ class ChainFinder {
   const std::string& file() const { return fileName; }
   /// Counts residues that are added to chains one by one; FileError beyond what any real file has.
   void countResidues(std::size_t more);
+  /// Adds room for more rows to a list; FileError beyond what any real file has.
+  void reserveRows(FileShiftList& list, std::size_t more);
   /// FileError for more residues than any real file has.
   void checkResidues(std::size_t total) const;
+  /// Counts the lists, of which each is worked on for each chain; FileError beyond what any real file has.
+  void countLists(std::size_t lists);
   /// Another name for a chain.
   void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
   /// Adds an end of a disulfide bond to a chain; FileError beyond what any real file has.
@@ -39,8 +43,9 @@ class ChainFinder {
  private:
   std::string fileName;
   std::unordered_map<std::string, std::size_t> index;
+  FileWork* work;
   std::size_t residueCount = 0;
-  std::size_t bondEnds = 0;
+  std::size_t rowCount = 0;
 };
 
 /// Residues from one-letter text as entries write it: white space does not count, (MSE) is one residue,
@@ -78,14 +83,13 @@ std::string foreignStar(const StarEntry& entry);
 /// Makes the names of chains differ: a name that several have gets the place of the chain after it.
 void makeNamesDiffer(std::vector<FileChain>& chains);
 
-/// Adds room for the rows of one more table to a list that is not among those of the file yet; FileError
-/// where the file has more rows or lists than any real one. `name` is how messages name the file.
-void reserveRows(FileShiftList& list, std::size_t more, const ShiftFile& file, const std::string& name);
+/// Adds a list; FileError where the file has more than any real one. `name` is how messages name the file.
+void addList(FileShiftList list, ShiftFile& file, const std::string& name);
 
-/// Gives rows without a chain to the one polypeptide whose sequence fits their residue names best; all
-/// chains without a sequence count as fitting. Nothing happens where two chains fit alike.
-void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
-                  std::vector<std::string>& notes);
+/// Gives the file the chains that were found. Rows without a chain go to the one polypeptide whose sequence
+/// fits their residue names best; all chains without a sequence count as fitting, and rows that fit two
+/// chains alike stay without. FileError for more chains and lists than any real file has.
+void settleChains(ChainFinder& finder, ShiftFile& file);
 
 /// Residues to which the sequence gives no number of their own take that of their shift rows; where a whole
 /// chain has none, they take their place in the polymer. A number that rows give to two residues stays with

@@ -30,6 +30,10 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Chem_comp_assembly.",
                                             "_Atom_chem_shift.",
                                             "_Systematic_chem_shift_offset.",
+                                            "_Sample_component.",
+                                            "_Chem_shift_experiment.",
+                                            "_Isotopic_labeling",
+                                            "_Sample_label",
                                             "_nef_sequence.",
                                             "_nef_chemical_shift.",
                                             "_nef_covalent_links.",
@@ -446,8 +450,8 @@ std::string_view StarColumn::cell(std::size_t row) const {
 
 std::string StarColumn::word(std::size_t row) const {
   const std::string_view whole = cell(row);
-  if (whole.size() <= kLongestWord) return std::string(whole);
-  return std::string(whole.substr(0, kLongestWord)) + "...";
+  if (whole.size() <= kLongestNameKept) return std::string(whole);
+  return printable(whole, kLongestNameKept);
 }
 
 std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) {

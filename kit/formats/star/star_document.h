@@ -109,7 +109,7 @@ class StarColumn {
 
   /// The value without quotes and outer white space; empty for ".", "?" and an absent column.
   std::string text(std::size_t row) const { return std::string(cell(row)); }
-  /// The same for a number or a short name: one of more than 60 bytes is cut and ends in "...".
+  /// The same for a number or a short name: one of more than 200 bytes is cut like other names.
   std::string word(std::size_t row) const;
 
  private:

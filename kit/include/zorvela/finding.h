@@ -29,10 +29,11 @@ struct BondSite {
   std::string number;      ///< in the structure, with insertion code
   std::string residue;     ///< as the structure writes it: PRO, HYP, or the residue that stands there instead
   std::size_t models = 0;  ///< of the structure
-  std::vector<ModelBond> bonds;            ///< one for each model that has the bond
-  std::vector<ModelBond> others;           ///< alternate conformations with another state
-  std::vector<std::string> modelsWithout;  ///< models in which the bond is impossible or not there
-  std::string reason;                      ///< why there is no bond, where `bonds` is empty
+  std::vector<ModelBond> bonds;   ///< one for each model that has the bond
+  std::vector<ModelBond> others;  ///< alternate conformations with another state
+  std::size_t modelsWithout = 0;  ///< models in which the bond is impossible or not there
+  std::string namesWithout;       ///< of these: "2, 4, 6, 9"
+  std::string reason;             ///< why there is no bond, where `bonds` is empty
 };
 
 /// What the structures say of a bond: cis or trans where at least one model does and none says the other;

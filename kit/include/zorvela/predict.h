@@ -102,7 +102,7 @@ inline const std::string kNeitherFits = "neither class fits";
 /// Whether the file says cis of a proline that is called trans, or the other way round.
 bool differsFromFlag(const ProlineResult& proline);
 
-/// Whether the call would be another one without the correction of the referencing.
+/// Whether the call would be another one without the correction of the shifts.
 bool dependsOnCorrection(const ProlineResult& proline);
 
 /// How completely one residue is assigned.
@@ -120,6 +120,7 @@ struct ProteinResult {
   int shiftCount = 0;                       ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
   std::string correction;                   ///< what was corrected, in words; empty where nothing was
+  double deuteration = 0;                   ///< share of deuterons (0 to 1) that was corrected for
   std::vector<ProlineResult> prolines;      ///< by position
   std::vector<Assignment> assignments;      ///< one for each residue
   std::vector<std::string> numbers;         ///< the file's own residue number of each residue
@@ -130,15 +131,21 @@ struct ProteinResult {
 };
 
 struct PredictorOptions {
-  /// Shifts are used as they are. Else offsets that call for a correction are taken away before predicting;
-  /// CG of proline goes with CA and CB.
+  /// Shifts are used as they are. Else offsets that call for a correction are taken away before predicting,
+  /// and the isotope shifts of a sample that the file calls deuterated; CG of proline goes with CA and CB.
   bool asReferenced = false;
+  /// The sample is deuterated, or is not, whatever the file says.
+  bool deuterated = false;
+  bool protonated = false;
 };
 
 /// Predicts proteins. Any number of threads may share it.
 class Predictor {
  public:
   explicit Predictor(const Tables& tables, const PredictorOptions& options = {});
+
+  /// The same tables with other options.
+  Predictor with(const PredictorOptions& other) const;
 
   /// Every proline of the protein, with the reason where it is not predicted. std::out_of_range for a shift
   /// of a residue that the sequence has not.

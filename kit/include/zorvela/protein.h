@@ -39,6 +39,9 @@ struct Protein {
   /// What the file says of the peptide bond before a residue, by position from 1: true cis, false trans.
   /// Those of which it says nothing are absent.
   std::map<int, bool> cisFlags;
+  /// Share of the hydrogens on carbon that are deuterons in the sample of the shifts (0 to 1), as the file
+  /// says; 0 where it says nothing, and where the samples differ.
+  double deuteration = 0;
   std::vector<Shift> shifts;         ///< in order of residue, then N, HN, HA, HA2, HA3, C, CA, CB, CG
   std::vector<std::string> remarks;  ///< REMARK lines of the table: origin, numbers, cis flags
   std::vector<std::string> notes;    ///< one line each: what was renamed, left out, guessed

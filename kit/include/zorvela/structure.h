@@ -31,10 +31,11 @@ struct StructureResidue {
   std::string label;          ///< label_asym_id and label_seq_id of mmCIF: "B 17"; empty without them
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
   // The rest for prolines alone.
-  std::vector<ModelBond> bonds;            ///< one for each model with both residues: its main conformation
-  std::vector<ModelBond> others;           ///< further conformations with another state than the main one
-  std::vector<std::string> modelsWithout;  ///< the models without a bond that others have
-  std::string whyNoBond;                   ///< where `bonds` is empty: "first residue of the chain"
+  std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
+  std::vector<ModelBond> others;  ///< further conformations with another state than the main one
+  std::size_t modelsWithout = 0;  ///< how many models have no bond that others have
+  std::string namesWithout;       ///< the first of them: "2, 4, 6, 9"
+  std::string whyNoBond;          ///< where `bonds` is empty: "first residue of the chain"
 };
 
 /// A protein chain of a structure.

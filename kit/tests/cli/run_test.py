@@ -4,6 +4,7 @@ import gzip
 import json
 import math
 import os
+import pathlib
 import pty
 import select
 import shutil
@@ -286,6 +287,51 @@ class Errors(InFolder):
         first = json.loads(program.run("--format", "json", file).stdout)["proteins"][0]
         self.assertEqual([o["corrected_by"] for o in again["referencing"]], [None] * 4)
         self.assertAlmostEqual(again["prolines"][0]["p_cis"], first["prolines"][0]["p_cis"], delta=1e-3)
+
+    REMARK = "REMARK Deuterated: 100 % of the hydrogens on carbon\n"
+    NOTE = "carbon is deuterated (100 %), which lowers it; corrected before predicting (--as-referenced keeps it)"
+    # 1, 3 and 0 deuterons one, two and three bonds away from CA of A: 0.29 + 3 x 0.13 ppm; and so on.
+    LOWER = {("A", "CA"): 0.68, ("A", "CB"): 1.00, ("P", "CA"): 0.69, ("P", "CB"): 1.11, ("P", "CG"): 1.17}
+
+    def deuterated(self, name, remark):
+        """The shifts of off(0) as they are in a deuterated protein."""
+        rows = []
+        for line in pathlib.Path(self.off(0)).read_text(encoding="ascii").splitlines():
+            words = line.split()
+            lower = self.LOWER.get((words[1], words[2])) if len(words) == 4 else None
+            rows.append(line if lower is None else f"{words[0]:>4} {words[1]} {words[2]:>4} {float(words[3]) - lower:8.3f}")
+        return self.put(name, remark + "\n".join(rows) + "\n")
+
+    def test_deuterated_proteins(self):
+        stated = self.deuterated("stated.tab", self.REMARK)
+        silent = self.deuterated("silent.tab", "")
+
+        def results(*arguments):
+            protein = json.loads(program.run("--format", "json", *arguments).stdout)["proteins"][0]
+            return protein.get("deuteration"), protein["prolines"][0]["p_cis_norm"]
+
+        protonated = results(self.off(0))
+        self.assertEqual(program.run(stated).stdout.splitlines()[0], self.NOTE)
+        for arguments in ((stated,), (silent, "--deuterated"), (silent, "--deuterated", "--as-referenced")):
+            self.assertEqual(results(*arguments), (1, protonated[1]), arguments)
+        kept = results(silent, "--as-referenced")
+        self.assertGreater(kept[1], 2 * protonated[1])
+        self.assertEqual(results(stated, "--as-referenced"), kept)
+        self.assertEqual(results(stated, "--protonated"), results(silent))
+        both = program.run(stated, "--deuterated", "--protonated")
+        self.assertNotEqual(both.returncode, 0)
+        self.assertIn("--protonated", both.stderr)
+
+    def test_import_of_deuterated_proteins(self):
+        stated = self.deuterated("stated.tab", self.REMARK)
+        silent = self.deuterated("silent.tab", "")
+        self.assertIn(self.REMARK, program.kit("import", stated).stdout)
+        remark = "REMARK Corrected: isotope shifts of deuterium (100 %) taken away from CA, CB and CG of proline\n"
+        for arguments in (("--rereference", stated), ("--deuterated", silent)):
+            table = program.kit("import", "--tables", program.MADE_TABLES, *arguments).stdout
+            self.assertIn(remark, table)
+            self.assertNotIn(self.REMARK, table)
+            self.assertIn("\n  31 P   CB    30.000\n", table)
 
     def test_without_an_offset_the_option_changes_nothing(self):
         file = self.off(-0.5)  # certain, but too small to matter

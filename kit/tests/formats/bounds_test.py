@@ -75,7 +75,7 @@ class Bounds(unittest.TestCase):
                                      ["evaluate", "--entries", "e", "--labels", "l.csv", "--bootstrap", "0"])
             self.assertEqual(taken.status, status, taken.message[:300])
             self.assertIn(what, taken.message)
-            self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+            self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken.figures())
 
     def test_quoted_words_on_one_line(self):
         self.refused(hostile.quotes_of_star(2000000), "holds no backbone shifts of a protein")
@@ -119,7 +119,7 @@ class Bounds(unittest.TestCase):
                 files = {"x.str": shifts, "x.cif": hostile.bare_mmcif(residues, chains)}
                 taken = hostile.measured(files, ["run", "x.str", "--structure", "x.cif"])
                 self.assertIn("x.cif: has too many residues to align with the 10000 of a protein", taken.message)
-                self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+                self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken.figures())
 
     def test_atoms(self):
         """The least that an mmCIF file may say of an atom, in whatever order; words that nobody asks for."""
@@ -129,13 +129,34 @@ class Bounds(unittest.TestCase):
             for size in attack.sizes[:2]:
                 with self.subTest(attack.title, size=size):
                     taken = attack.taken(size)
-                    self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+                    self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken.figures())
         bare = hostile.prolines_of_mmcif(100000)
         taken = hostile.measured({"x.csv": hostile.csv_file(10), "x.cif": bare},
                                  ["run", "x.csv", "--structure", "x.cif"])
         self.assertIn("x.cif: has more than %d residues, too many for its size; give the models or chains that have "
                       "shifts" % (30000 + len(bare) // 50), taken.message)
-        self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken)
+        self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken.figures())
+
+    def test_products(self):
+        """One part of a file looked up in another one, at each size; the largest are refused or done."""
+        refused = {"chains x equal proteins": "gives more than 53760 results for all chains and lists of the shifts",
+                   "chains x equal names": "has too many residues to align with the 5 of a protein",
+                   "chains x prolines": "gives more than 96000 results for all chains and lists of the shifts",
+                   "chains of one long protein": "has too many residues to align with the 10000 of a protein",
+                   "pieces of a chain": "has too many residues to align with the 1 of a protein",
+                   "rows of no chain": "has more than 10000 chains times shift lists",
+                   "list numbers x frames": "has more than 1000 shift lists",
+                   "blocks of copies": "describes more than 1000000 residues in all entries together",
+                   "long name of an entity": "describes more than 100000 residues",
+                   "prolines with shifts": "makes more than 1647 prolines that can be predicted, too many for its size"}
+        for attack in hostile.PRODUCTS:
+            for size in attack.sizes:
+                with self.subTest(attack.title, size=size):
+                    taken = attack.taken(size)
+                    self.assertTrue(taken.is_bounded() or hostile.is_sanitized(), taken.figures())
+                    if size == attack.sizes[-1]:
+                        self.assertEqual(taken.status, attack.title in refused, taken.message[-300:])
+                        self.assertIn(refused.get(attack.title, ""), taken.message[-300:])
 
     def test_many_rows(self):
         """Just below the limit of rows: each kept, each with a reason."""

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <string>
+#include <utility>
 
 #include "made_shift.h"
 
@@ -250,6 +252,65 @@ TEST(Predictor, WritesTheShiftsThatItUses) {
   EXPECT_NEAR(*predictor(true).predict(corrected).prolines.at(0).pCisNorm,
               *predictor(false).predict(tooHigh()).prolines.at(0).pCisNorm, 1e-3);
   EXPECT_TRUE(predictor(true).corrected(tooHigh()).remarks.empty());
+}
+
+/// The protein of the first tests, and as it is measured when it is deuterated.
+Protein deuterated(double share) {
+  Protein protein = complete("APK");
+  setShift(protein, 2, "CB", "32");
+  setShift(protein, 2, "CG", "25.5");
+  const std::map<std::pair<int, std::string>, double> lower = {
+      {{1, "CA"}, 0.68}, {{1, "CB"}, 1.00}, {{2, "CA"}, 0.69}, {{2, "CB"}, 1.11},
+      {{2, "CG"}, 1.17}, {{3, "CA"}, 0.69}, {{3, "CB"}, 1.11}};
+  for (zorvela::Shift& shift : protein.shifts)
+    if (const auto found = lower.find({shift.position, std::string(nameOf(shift.atom))});
+        found != lower.end())
+      shift.ppm -= share * found->second;
+  return protein;
+}
+
+ProteinResult predictAs(const Protein& protein, const zorvela::PredictorOptions& options) {
+  return zorvela::Predictor(zorvela::tablesFromFolder(MADE_TABLES), options).predict(protein);
+}
+
+TEST(Predictor, TakesIsotopeShiftsAwayWhereTheFileSaysDeuterated) {
+  Protein protein = deuterated(0.8);
+  protein.deuteration = 0.8;
+  const ProteinResult result = predict(protein);
+  expectOdds(result, std::exp(2.0));
+  EXPECT_EQ(result.deuteration, 0.8);
+  EXPECT_EQ(result.correction,
+            "carbon is deuterated (80 %), which lowers it; corrected before predicting "
+            "(--as-referenced keeps it)");
+  const zorvela::ProlineResult& proline = result.prolines[0];
+  EXPECT_NEAR(*proline.evidence->shift(zorvela::kIndexCG).observed, 25.5 - 0.8 * 1.17, 1e-5);
+  EXPECT_NEAR(*proline.evidence->shift(zorvela::kIndexCG).corrected, 25.5, 1e-5);
+  EXPECT_EQ(proline.pCisNormAsReferenced, predictAs(protein, {true}).prolines[0].pCisNorm);
+  EXPECT_NE(proline.pCisNorm, proline.pCisNormAsReferenced);
+}
+
+TEST(Predictor, TakesTheWordOfTheUserForDeuteration) {
+  Protein protein = deuterated(1);
+  expectOdds(predictAs(protein, {false, true, false}), std::exp(2.0));
+  expectOdds(predictAs(protein, {true, true, false}), std::exp(2.0));
+  const auto asMeasured = predictAs(protein, {true}).prolines[0].pCisNorm;
+  EXPECT_EQ(predict(protein).prolines[0].pCisNorm, asMeasured);
+  protein.deuteration = 1;
+  EXPECT_EQ(predictAs(protein, {true}).prolines[0].pCisNorm, asMeasured);
+  EXPECT_EQ(predictAs(protein, {false, false, true}).prolines[0].pCisNorm, asMeasured);
+  EXPECT_TRUE(predictAs(protein, {false, false, true}).correction.empty());
+}
+
+TEST(Predictor, WritesProtonatedShifts) {
+  Protein protein = deuterated(0.8);
+  protein.deuteration = 0.8;
+  protein.remarks = {"Deuterated: 80 % of the hydrogens on carbon"};
+  const Protein corrected = predictor(false).corrected(protein);
+  EXPECT_EQ(corrected.deuteration, 0);
+  EXPECT_EQ(corrected.remarks,
+            std::vector<std::string>{"Corrected: isotope shifts of deuterium (80 %) taken away from "
+                                     "CA, CB and CG of proline"});
+  expectOdds(predict(corrected), std::exp(2.0));
 }
 
 TEST(ReferencingOffset, IsUncertainAboveItsBoundAndBelowThreeErrors) {

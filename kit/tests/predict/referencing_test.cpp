@@ -150,12 +150,20 @@ TEST(Referencing, CorrectionsAreThoseThatAreCalledFor) {
   EXPECT_EQ(correctionsOf({{"HA", 0.5, 0.05, 50}}), (std::map<std::string, double>{{"HA", 0.5}}));
 }
 
-TEST(Referencing, ShiftsAreCorrectedWithTheirAtom) {
-  const Corrections corrections = {{"CA", 2}, {"HA", -0.5}};
-  EXPECT_EQ(corrected(56.25, Atom::CA, corrections), 54.25);
-  EXPECT_EQ(corrected(4.0, Atom::HA3, corrections), 4.5);
-  EXPECT_EQ(corrected(120.1234567, Atom::N, corrections), 120.1234567);
-  EXPECT_EQ(corrected(56.1234567, Atom::CA, corrections), 54.123457);
+TEST(Referencing, ALowAlphaCarbonWithoutAlphaProtonsMayBeDeuterated) {
+  const OffsetEstimate noProtons{"HA", std::nan(""), std::nan(""), 0};
+  const auto note = [&](double ca, double caError, double c, const OffsetEstimate& ha) {
+    return deuterationNote({{"CA", ca, caError, 90}, {"CB", ca, caError, 90}, ha, {"C", c, 0.4, 90}});
+  };
+  EXPECT_EQ(note(-0.9, 0.3, 0.2, noProtons),
+            "the protein may be deuterated: it has no HA, and CA and CB are 1.10 ppm lower than C' lets "
+            "expect (error "
+            "0.50); if it is, add --deuterated");
+  EXPECT_EQ(note(1.1, 0.3, 2.2, noProtons), note(-0.9, 0.3, 0.2, noProtons))
+      << "whatever they have in common";
+  EXPECT_EQ(note(-0.7, 0.3, 0.2, noProtons), "") << "less than two errors";
+  EXPECT_EQ(note(-0.9, 0.3, 0.2, {"HA", 0, 0.1, 20}), "");
+  EXPECT_EQ(note(-0.9, 0.3, std::nan(""), noProtons), "");
 }
 
 TEST(Referencing, KnownRelationsAreWholeAndAscendFromStrandToHelix) {

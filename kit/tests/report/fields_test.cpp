@@ -26,9 +26,10 @@ Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
   return names;
 }
 
-/// Members that a proline or a shift of a corrected chain has.
+/// Members that only a corrected chain has, its prolines or its shifts.
 bool isOfCorrection(const std::string& name) {
-  return name == "corrected" || name == "p_cis_norm_as_referenced" || name == "call_as_referenced";
+  return name == "deuteration" || name == "corrected" || name == "p_cis_norm_as_referenced" ||
+         name == "call_as_referenced";
 }
 
 /// The members that the schema demands and describes, in its order; with structures there are more.

@@ -12,6 +12,7 @@
 #include "train/study/formatted.h"
 #include "train/study/referencing_study.h"
 #include "train/study/sequence_study.h"
+#include "zorvela/calls.h"
 
 namespace zorvela {
 
@@ -54,25 +55,77 @@ Figures figuresOf(const Evaluation& evaluation, const std::string& key) {
   return {};
 }
 
-/// What an offset of 13C costs, as a Markdown table.
+/// Shifts that are off, and what the file says of them.
+struct Disturbance {
+  const char* name;
+  double carbon = 0;  ///< ppm
+  double proton = 0;
+  double deuteration = 0;        ///< share of deuterons
+  double statedDeuteration = 0;  ///< by the file, or the user
+  bool hasNoAlphaProtons = false;
+};
+
+constexpr Disturbance kDisturbances[] = {{"as they are"},
+                                         {"13C 2 ppm too low", -2},
+                                         {"13C 1 ppm too high", 1},
+                                         {"13C 2 ppm too high", 2},
+                                         {"13C 3 ppm too high", 3},
+                                         {"HA 0.5 ppm too high", 0, 0.5},
+                                         {"13C 2, HA 0.5 ppm too high", 2, 0.5},
+                                         {"as they are, without HA", 0, 0, 0, 0, true},
+                                         {"deuterated", 0, 0, 1, 1, true},
+                                         {"deuterated, 13C 2 ppm too high", 2, 0, 1, 1, true},
+                                         {"deuterated, not stated", 0, 0, 1, 0, true},
+                                         {"the same, 13C 2 ppm too high", 2, 0, 1, 0, true},
+                                         {"not deuterated, --deuterated", 0, 0, 0, 1}};
+
+/// The data as they would be measured then.
+LabelledProlines disturbed(LabelledProlines data, const Disturbance& how) {
+  for (EntryShifts& entry : data.entries) {
+    addOffsets(entry, how.carbon, how.proton);
+    addIsotopeShifts(entry, how.deuteration);
+    if (how.hasNoAlphaProtons) removeAlphaProtons(entry);
+  }
+  return data;
+}
+
+/// Corrects the data as `run` does, and returns the number of chains with an offset.
+std::size_t correct(LabelledProlines& data, const Disturbance& how) {
+  std::size_t corrected = 0;
+  for (EntryShifts& entry : data.entries) {
+    addIsotopeShifts(entry, -how.statedDeuteration);
+    corrected += rereference(entry) ? 1 : 0;
+  }
+  return corrected;
+}
+
+std::size_t cisCalledTrans(const Evaluation& evaluation) {
+  return static_cast<std::size_t>(
+      std::count_if(evaluation.prolines.begin(), evaluation.prolines.end(), [](const Evaluated& proline) {
+        return proline.isCis && proline.pCisNorm <= static_cast<double>(kTransUpTo);
+      }));
+}
+
+/// What wrong referencing and deuteration cost, as a Markdown table.
 void tryOffsets(const std::string& folder) {
   const CrossValidation trained(folder);
-  std::cout << "| 13C offset | corrected | AUC | AUC, CB and CG | log loss | log loss, CB and CG |\n"
-               "|---|---|---|---|---|---|\n";
-  for (const double ppm : {0.0, 1.0, 2.0, 3.0})
+  std::cout << "| shifts | used | chains re-referenced | AUC | AUC, CB and CG | log loss | log loss, CB and "
+               "CG | cis "
+               "called trans |\n|---|---|---|---|---|---|---|---|\n";
+  for (const Disturbance& how : kDisturbances) {
+    LabelledProlines data = disturbed(trained.data, how);
     for (const bool isCorrected : {false, true}) {
-      LabelledProlines data = trained.data;
-      for (EntryShifts& entry : data.entries) {
-        addOffsets(entry, ppm, 0);
-        if (isCorrected) rereference(entry);
-      }
+      const std::size_t chains = isCorrected ? correct(data, how) : 0;
       const Evaluation result = evaluation(data, predictAll(trained.folded, data));
       const Figures all = figuresOf(result, "all");
       const Figures withBoth = figuresOf(result, "with_cb_and_cg");
-      std::cout << formatted("| %g ppm | %s | %.3f | %.3f | %.3f | %.3f |\n", ppm, isCorrected ? "yes" : "no",
+      std::cout << formatted("| %s | %s | %.1f %% | %.3f | %.3f | %.3f | %.3f | %zu |\n", how.name,
+                             isCorrected ? "corrected" : "as they are",
+                             100.0 * static_cast<double>(chains) / static_cast<double>(data.entries.size()),
                              all.auc.value(), withBoth.auc.value(), all.logLoss.value(),
-                             withBoth.logLoss.value());
+                             withBoth.logLoss.value(), cisCalledTrans(result));
     }
+  }
 }
 
 void fitSequences(const std::string& folder) {

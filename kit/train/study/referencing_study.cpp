@@ -9,6 +9,7 @@
 #include <ostream>
 
 #include "ZORVELA.h"
+#include "predict/isotopes.h"
 #include "train/metrics.h"
 #include "train/study/formatted.h"
 #include "util/robust.h"
@@ -39,12 +40,32 @@ void addOffsets(EntryShifts& chain, double carbon, double proton) {
   addTo(chain, Atom::HA, proton);
 }
 
-void rereference(EntryShifts& chain) {
-  for (const auto& [name, ppm] : correctionsOf(estimateOffsets(chain.secondary))) {
+void addIsotopeShifts(EntryShifts& chain, double share) {
+  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
+    Residue& residue = chain.residues[i];
+    for (const Atom atom : {Atom::CA, Atom::CB})
+      add(chain.secondary[i][indexOf(atom)], share * isotopeShift(residue.type, atom),
+          kMissingSecondaryShift);
+    for (const Atom atom : {Atom::CB, Atom::CG})
+      add(residue.shift(atom), share * isotopeShift(residue.type, atom), kMissingBound);
+  }
+}
+
+void removeAlphaProtons(EntryShifts& chain) {
+  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
+    chain.secondary[i][indexOf(Atom::HA)] = kMissingShift;
+    for (const Atom atom : {Atom::HA, Atom::HA2, Atom::HA3}) chain.residues[i].shift(atom) = kNotMeasured;
+  }
+}
+
+bool rereference(EntryShifts& chain) {
+  const Offsets offsets = correctionsOf(estimateOffsets(chain.secondary));
+  for (const auto& [name, ppm] : offsets) {
     const Atom atom = atomNamed(name).value();
     if (atom != Atom::CG) addTo(chain, atom, -ppm);
     if (atom == Atom::CG || atom == Atom::CB) addToObserved(chain, atom, -ppm);
   }
+  return !offsets.empty();
 }
 
 // --- Fitting --------------------------------------------------------------------------------------

@@ -12,8 +12,14 @@ namespace zorvela {
 /// Adds ppm to CA, CB and C of a chain and to CG of its prolines, and to HA, as wrong referencing does.
 void addOffsets(EntryShifts& chain, double carbon, double proton);
 
-/// Takes away what calls for a correction, as `run` does.
-void rereference(EntryShifts& chain);
+/// Adds the isotope shifts of CA and CB, and of CG of the prolines, of this share of deuterons.
+void addIsotopeShifts(EntryShifts& chain, double share);
+
+/// Leaves HA out, which a deuterated protein has not.
+void removeAlphaProtons(EntryShifts& chain);
+
+/// Takes away what calls for a correction, as `run` does. Returns whether anything did.
+bool rereference(EntryShifts& chain);
 
 /// The relations of `knownRelations()` fitted anew to chains that are taken to have no offset: medians of the
 /// atom's shift around each point, moved so that the median chain has no offset. Rounded to 0.001 ppm.

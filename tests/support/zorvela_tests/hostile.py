@@ -51,6 +51,10 @@ class Taken:
     def memory_bound(self):
         return memory_bound(self.unpacked)
 
+    def figures(self):
+        """For the message of a test: what the program says can be long."""
+        return dataclasses.replace(self, message=self.message[-300:])
+
     def is_bounded(self):
         return self.memory < self.memory_bound() and self.seconds < time_bound(self.unpacked)
 
@@ -410,6 +414,82 @@ def lost_value_of_mmcif(n):
     return "data_x\nloop_\n_a\n_b\n" + "a a\n" * n + "a\n" + prolines_of_mmcif(10)
 
 
+def star_of_chains(chains, residues, rows, name="%d"):
+    """Copies of one molecule, each with the rows of a list that names its copy."""
+    return (entity(letters(residues)) + "loop_\n_Entity_assembly.ID\n_Entity_assembly.Entity_ID\n" +
+            lines(chains, name + " 1\n") + "stop_\n" + ROWS + "".join(rows % i for i in range(1, chains + 1)))
+
+
+def ca_chains(chains, residues, name="A%d"):
+    """Chains of an mmCIF file with the sequence of `letters`, CA atoms alone."""
+    return BARE_ATOMS + "".join("CA %s %s %d %.1f 0 0\n" % (NAMES[i % 10], name % chain, i + 1, 3.8 * i)
+                                for chain in range(1, chains + 1) for i in range(residues))
+
+
+def loops_of_bonds(n):
+    """One frame with as many tags as loops: where is _Entity.ID among them?"""
+    return (entity("GP") + BARE_ROWS + "2 PRO CA 63\nstop_\nsave_b\n" + lines(n, "_a%d 1\n") + "_Entity.ID 1\n" +
+            "loop_\n_Entity_bond.Type\n1\nstop_\n" * n + "save_\n")
+
+
+def rows_of_no_chain(n):
+    """Each list fits each chain."""
+    return ("data_x\nloop_\n_Entity.ID\n_Entity.Polymer_type\n_Entity.Polymer_seq_one_letter_code\n" +
+            lines(n, "%d polypeptide(L) " + "GP" * 20 + "\n") + "stop_\n" +
+            lists(n, "".join("%d PRO CA 63\n" % (2 + 2 * (i % 20)) for i in range(300))))
+
+
+def list_numbers(n):
+    """A frame with a list in each row, and as many frames behind it."""
+    return (entity("GP") + BARE_ROWS.replace("_Atom_chem_shift.Val",
+                                            "_Atom_chem_shift.Val _Atom_chem_shift.Assigned_chem_shift_list_ID") +
+            lines(n, "2 PRO CA 63 %d\n") + "stop_\n" + lists(n, "2 PRO CA 63\n"))
+
+
+def sequence_loops_on_one_line(n):
+    """A NEF file whose sequence has a loop for each residue; the lines end far from it."""
+    return (NEF_HEAD + " ".join("loop_ _nef_sequence.chain_code _nef_sequence.sequence_code "
+                                "_nef_sequence.residue_name A %d PRO stop_" % i for i in range(1, n + 1)) +
+            "\nloop_ _nef_chemical_shift.chain_code _nef_chemical_shift.sequence_code "
+            "_nef_chemical_shift.residue_name _nef_chemical_shift.atom_name _nef_chemical_shift.value\n"
+            "A 2 PRO CB 32\nA 2 PRO CG 27\n")
+
+
+def blocks_of_copies(n):
+    """Entries of 1,000 copies each, whose shifts are of none of them."""
+    one = (entity("GP" * 50)[len("data_x\n"):] + copies(999) + BARE_ROWS + "2 PRO XX 63\nstop_\n")
+    return "".join("data_x%d\n%s" % (i, one) for i in range(n)) + "data_y\n" + entity("GP")[len("data_x\n"):] + (
+        BARE_ROWS + "2 PRO CA 63\n")
+
+
+def loops_of_one_row(n):
+    return (entity("P" * 10000) + lists(n // 100, "2 PRO CA 63\n") +
+            "".join(BARE_ROWS + "%d PRO CA 63\nstop_\n" % (1 + i % 10000) for i in range(n)))
+
+
+def long_entity_name(n):
+    """The residues do not say whose they are: they are of the frame's."""
+    return ("data_x\nsave_e\n_Entity.ID " + "e" * (4 * n) + "\nloop_\n_Entity_comp_index.ID\n"
+            "_Entity_comp_index.Comp_ID\n" + lines(n, "%d PRO\n") + "stop_\nsave_\n" + BARE_ROWS + "2 PRO CA 63\n")
+
+
+def models_without_bonds(n):
+    """One model has the bonds of its prolines, all others have one atom each."""
+    return (BARE_ATOMS + "_atom_site.pdbx_PDB_model_num\n" +
+            "".join("CA PRO A %d %.1f 0 0 1\n" % (i, 3.8 * i) for i in range(n)) +
+            "".join("CA PRO A 1 0 0 0 %d\n" % i for i in range(2, n // 2)))
+
+
+def prolines_with_shifts(n):
+    """Just so many shifts that each is predicted."""
+    return "resid,resname,CA,CB,HA\n" + lines(n, "%d,P,63,32,4\n")
+
+
+def pieces_of_mmcif(n):
+    """One chain that is interrupted after each residue."""
+    return BARE_ATOMS + "".join("CA PRO A %d %d 0 0\n" % (2 * i + 1, 100 * i) for i in range(n))
+
+
 # Sizes small, usual and beyond any that is known.
 FORMATS = [
     Attack("NMR-STAR 3", "a.str", star3_entry, (100, 1000, 10000), ("run", "--format", "json")),
@@ -490,4 +570,47 @@ ATTACKS = [
                  ("lost value", lost_value_of_mmcif, (10000, 1000000, 20000000)))),
     Attack("prolines", "a.str", lambda n: entity("GP" * n) + BARE_ROWS + "2 PRO CA 63\n", (50, 500, 5000),
            ("run", "--format", "json")),
+]
+
+# Where one part of a file is looked up in another one.
+PRODUCTS = [
+    Attack("chains x equal proteins", "a.cif", lambda n: ca_chains(2 * n, 5), (10, 100, 990),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
+    Attack("chains x equal names", "a.cif", lambda n: ca_chains(2 * n, 5, "%d"), (10, 100, 990),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
+    Attack("chains x prolines", "a.cif", lambda n: ca_chains(n, 100), (10, 100, 300),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 100, "%d 4 PRO CB 32\n")}),
+    Attack("long names of chains", "a.cif", lambda n: ca_chains(1, 5, "A%d" + "a" * (400 * n)), (10, 100, 990),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
+    Attack("long names of residues", "a.cif",
+           lambda n: ca_chains(1, 10).replace("CA PRO", "CA P" + "X" * (400 * n)), (10, 100, 990),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 10, "%d 4 PRO CA 58\n")}),
+    Attack("long names of models", "a.cif",
+           lambda n: (ca_chains(1, 10).replace("Cartn_z\n", "Cartn_z\n_atom_site.pdbx_PDB_model_num\n")
+                      .replace(" 0 0\n", " 0 0 " + "m" * (400 * n) + "\n")), (10, 100, 990),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": star_of_chains(n, 10, "%d 4 PRO CA 58\n")}),
+    Attack("chains of one long protein", "a.cif", lambda n: bare_mmcif(1, n), (100, 1000, 15000),
+           ("run", "x.str", "--structure", "FILE"),
+           lambda n: {"x.str": entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"}),
+    Attack("pieces of a chain", "a.cif", pieces_of_mmcif, (1000, 10000, 29000),
+           ("run", "x.str", "--structure", "FILE"),
+           lambda n: {"x.str": entity("P") + BARE_ROWS + "1 PRO CA 63\n"}),
+    Attack("models without bonds", "a.cif", models_without_bonds, (100, 1000, 15000),
+           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           lambda n: {"x.str": entity("P" * 100) + BARE_ROWS + "2 PRO CA 63\n"}),
+    Attack("loops of bonds", "a.str", loops_of_bonds, (1000, 10000, 90000)),
+    Attack("rows of no chain", "a.str", rows_of_no_chain, (10, 100, 990)),
+    Attack("list numbers x frames", "a.str", list_numbers, (1000, 10000, 90000)),
+    Attack("sequence loops, one line", "a.nef", sequence_loops_on_one_line, (300, 3000, 30000),
+           ("annotate", "FILE", "--output", "out.nef")),
+    Attack("blocks of copies", "a.str", blocks_of_copies, (10, 100, 900)),
+    Attack("loops of one row", "a.str", loops_of_one_row, (1000, 10000, 90000)),
+    Attack("long name of an entity", "a.str", long_entity_name, (1000, 30000, 320000)),
+    Attack("prolines with shifts", "a.csv", prolines_with_shifts, (100, 1000, 9900), ("run", "--format", "json")),
 ]

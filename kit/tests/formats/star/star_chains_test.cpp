@@ -71,14 +71,18 @@ TEST(StarChains, SequencesFromOneLetterText) {
 }
 
 TEST(StarChains, RowsStayWithoutAChainWhereTwoFitAlikeOrNone) {
-  std::vector<std::string> notes;
-  Lists lists = listOf({rowOf("1", "GLY")});
-  const std::vector<FileShift>& rows = lists[0].shifts;
-  zorvela::placeByNames(lists, {chainOf("A", "GP"), chainOf("B", "GP")}, notes);
-  EXPECT_EQ(rows[0].chain, kNoChain);
-  zorvela::placeByNames(lists, {chainOf("A", "AP"), chainOf("B", "PP")}, notes);
-  EXPECT_EQ(rows[0].chain, kNoChain);
-  EXPECT_TRUE(notes.empty());
+  for (const auto& [first, second] : {std::pair("GP", "GP"), std::pair("AP", "PP")}) {
+    zorvela::FileWork work;
+    zorvela::ChainFinder finder("x.str", work);
+    finder.add("A", chainOf("A", first));
+    finder.add("B", chainOf("B", second));
+    zorvela::ShiftFile file;
+    file.lists = listOf({rowOf("1", "GLY")});
+    zorvela::settleChains(finder, file);
+    EXPECT_EQ(file.lists[0].shifts[0].chain, kNoChain) << first;
+    EXPECT_EQ(file.chains.size(), 2U);
+    EXPECT_TRUE(file.notes.empty());
+  }
 }
 
 TEST(StarChains, NamesOfCopiesAreMadeToDiffer) {

@@ -30,16 +30,41 @@ TEST(AddOffsets, MovesCarbonsAndAlphaProtonsThatAreThere) {
   EXPECT_FALSE(chain.residues[1].has(Atom::CG));
 }
 
+TEST(AddIsotopeShifts, LowersCarbonsByTheirDeuterons) {
+  EntryShifts chain = chainOf(2);
+  chain.residues[0].type = chain.residues[1].type = 'P';
+  chain.secondary[0] = {1, 2, 3, 4, 5, 6};
+  chain.residues[0].shift(Atom::CG) = 27;
+  chain.residues[0].shift(Atom::CB) = 32;
+  addIsotopeShifts(chain, 0.5);
+  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, 2, 3, 3.655F, 4.445F, 6}));
+  EXPECT_EQ(chain.secondary[1][indexOf(Atom::CA)], kAbsent);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CG), 26.415F);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CB), 31.445F);
+  EXPECT_FALSE(chain.residues[1].has(Atom::CG));
+}
+
+TEST(RemoveAlphaProtons, LeavesTheOtherShifts) {
+  EntryShifts chain = chainOf(1);
+  chain.secondary[0] = {1, 2, 3, 4, 5, 6};
+  chain.residues[0].shift(Atom::HA) = chain.residues[0].shift(Atom::HA2) = 4;
+  removeAlphaProtons(chain);
+  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, kAbsent, 3, 4, 5, 6}));
+  EXPECT_FALSE(chain.residues[0].has(Atom::HA));
+  EXPECT_FALSE(chain.residues[0].has(Atom::HA2));
+}
+
 TEST(Rereference, TakesAwayWhatWasAdded) {
   EntryShifts chain = chainOf(40);
   for (BackboneValues& residue : chain.secondary)
     residue[indexOf(Atom::CA)] = residue[indexOf(Atom::CB)] = -0.09F;
   chain.residues[7].shift(Atom::CG) = 27;
   addOffsets(chain, 2, 0);
-  rereference(chain);
+  EXPECT_TRUE(rereference(chain));
   // CA of a residue with CA - CB of 0 stands at -0.09 ppm where there is no offset.
   for (const BackboneValues& residue : chain.secondary) EXPECT_NEAR(residue[indexOf(Atom::CB)], -0.09, 1e-5);
   EXPECT_NEAR(chain.residues[7].shift(Atom::CG), 27, 1e-5);
+  EXPECT_FALSE(rereference(chain));
 }
 
 /// Every point of every relation, with CA 0.7 and C' 0.3 times CA - CB, and HA of its own.

@@ -181,9 +181,11 @@ void importFiles(ImportArguments& given) {
 
 constexpr const char* kDescription =
     "Any chemical shift file to the program's shift table.\n\n"
-    "Reads NMR-STAR 3 and 2.1, NEF, CSV or TSV with column names (resid, resname, atom, shift) and shift "
-    "tables,\n"
-    "also gzipped; the content says which. Residues are numbered from 1; a REMARK keeps their own numbers.\n"
+    "Reads NMR-STAR 3 and 2.1, NEF, CSV or TSV with column names (resid, resname, atom, shift), shift "
+    "tables, "
+    "and the working files of assignment programs (XEASY/CYANA .prot with .seq, NMRView ppm.out, Sparky "
+    "resonance list, CcpNmr table ...), also gzipped; the content says which.\n"
+    "Residues are numbered from 1; a REMARK keeps their own numbers.\n"
     "Whatever was renamed, left out or guessed is named in one line each on standard error.";
 
 constexpr const char* kOutputHelp =

@@ -131,7 +131,7 @@ PYBIND11_MODULE(_zorvela, module) {
         GivenSequence given = sequence ? readSequenceBytes(sequence->first, sequence->second) : nullptr;
         return Request{{std::move(chains), std::move(lists), std::move(given), firstResidue},
                        std::move(structures),
-                       asReferenced};
+                       {asReferenced, deuterated.value_or(false), !deuterated.value_or(true)}};
       }));
   py::class_<Engine>(module, "Engine")
       .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())

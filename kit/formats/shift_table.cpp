@@ -104,7 +104,7 @@ ShiftFile readShiftTable(const Source& source) {
   file.table.emplace();
   TableLines lines;
   if (const auto fault = file.table->readTable(text, &lines))
-    throw FileError(source.file, fault->line, printable(GDB::simplifyWhiteSpace(fault->message.c_str())),
+    throw FileError(source.file, fault->line, printable(GDB::simplifyWhiteSpace(fault->message)),
                     kTableRemedy);
   checkColumns(*file.table, source.file);
   noteSkipped(source.text, lines.skipped, file.notes);

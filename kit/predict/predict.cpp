@@ -196,6 +196,9 @@ ProteinResult Predictor::predict(const Protein& protein) const {
   result.chain = protein.chain;
   result.list = protein.list;
   result.length = static_cast<int>(protein.sequence.size());
+  if (!protein.isSequenceGiven)
+    result.unseen =
+        static_cast<int>(std::count(protein.sequence.begin(), protein.sequence.end(), kUnknownResidue));
   result.shiftCount = static_cast<int>(protein.shifts.size());
   result.numbers = protein.numbers;
   result.notes = protein.notes;

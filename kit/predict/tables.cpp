@@ -102,7 +102,7 @@ GDB parseTable(const std::string& name, const std::string& text, const std::stri
   TableLines lines;
   try {
     if (const auto fault = table.readTable(in, &lines))
-      throw TableError(file, fault->line, GDB::simplifyWhiteSpace(fault->message.c_str()), "");
+      throw TableError(file, fault->line, GDB::simplifyWhiteSpace(fault->message), "");
   } catch (const std::out_of_range&) {
     throw TableError(file, 0, "a REMARK or DATA line has nothing after the keyword", "");
   }

@@ -263,12 +263,14 @@ Protein proteinOf(const FileChain& chain, const ChainSequence& sequence, const s
 void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcome& outcome) {
   FileChain& chain = entry.file.chains[c];
   checkLimit(chain.residues.size(), limits::kSequence, entry.path);
+  const bool isSequenceGiven = !chain.residues.empty();
   std::vector<std::string> notes;
   const ChainSequence sequence = makeSequence(std::move(chain.residues), allRowsOf(c, entry), notes);
   for (const std::size_t l : lists) {
     const ShiftRows& rows = entry.rows[l][c];
     Protein protein = proteinOf(chain, sequence, entry.path);
     protein.list = entry.file.lists[l].name;
+    protein.isSequenceGiven = isSequenceGiven;
     protein.notes = notes;
     protein.shifts = makeShifts(sequence, rows, protein.notes, protein.asides);
     if (protein.shifts.empty()) {

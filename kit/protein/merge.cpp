@@ -126,6 +126,8 @@ Protein mergedProtein(const std::vector<Protein>& parts) {
     for (const auto& [position, isCis] : part.cisFlags)
       merged.cisFlags.emplace(positions.at(placeOf(part.numbers[static_cast<std::size_t>(position) - 1])),
                               isCis);
+  merged.isSequenceGiven =
+      std::any_of(parts.begin(), parts.end(), [](const Protein& part) { return part.isSequenceGiven; });
   merged.notes.push_back("one protein of " + enumerated(files));
   takeShifts(parts, positions, merged);
   takeWords(parts, merged);

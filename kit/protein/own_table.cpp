@@ -237,6 +237,7 @@ Protein proteinOfTable(const GDB& table, const std::string& file, const std::vec
   Protein protein;
   protein.file = file;
   protein.sequence = sequence.letters;
+  protein.isSequenceGiven = hasSequence;
   protein.notes = notes;
   if (!hasSequence)
     protein.notes.push_back(

@@ -515,6 +515,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
     if (!chains.empty()) out << indexTable(chains);
     for (std::size_t i = 0; i < chains.size(); ++i) out << folded(*chains[i], report.classes, i + 1);
   }
+  if (const std::string unseen = unseenSentence(report); !unseen.empty()) out << paragraph(unseen);
   out << errors(report) << structureNotes(report) << howToRead(report) << "</main>\n</body>\n</html>\n";
 }
 

@@ -84,6 +84,8 @@ std::string referencingTitle(const ProteinResult& protein) {
       (offset.correctedBy ? corrected : certain).push_back(size);
     else if (isUncertain(offset))
       uncertain.push_back(size);
+    else if (2 * static_cast<double>(offset.error) > correctionBound(offset.atom))
+      unknown.push_back(name);  // an offset that matters would not be seen
     else
       right.push_back(name);
   }

@@ -9,6 +9,7 @@
 #include "report/fields.h"
 #include "report/text_table.h"
 #include "report/walk.h"
+#include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/report.h"
@@ -288,6 +289,7 @@ void writeTable(const RunReport& report, const ReportStyle& style, std::ostream&
   writeErrors(report, out);
   if (countProteins(report) == 0) return;
   writeSummary(report, out);
+  if (const std::string unseen = unseenSentence(report); !unseen.empty()) out << unseen << '\n';
   if (!report.structures.empty()) writeVerdicts(report, out);
 }
 

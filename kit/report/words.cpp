@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "protein/proline_shifts.h"
+#include "report/walk.h"
 #include "util/number.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -134,6 +136,15 @@ std::string contradiction(const ProlineResult& proline) {
 }
 
 }  // namespace
+
+std::string unseenSentence(const RunReport& report) {
+  std::size_t unseen = 0;
+  forEachProtein(report,
+                 [&](const ProteinResult& protein) { unseen += static_cast<std::size_t>(protein.unseen); });
+  if (unseen == 0) return {};
+  return "Prolines in gaps cannot be seen: " + counted(unseen, "residue has", "residues have") +
+         " no name, as the shifts come without a sequence. Give it with --sequence FILE.";
+}
 
 std::string listed(const std::vector<std::string>& items) {
   std::string text;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "zorvela/predict.h"
+#include "zorvela/report.h"
 
 namespace zorvela {
 
@@ -41,6 +42,10 @@ std::string strongestOf(const ProlineResult& proline);
 
 /// The shift most worth measuring with its bits: "CG:0.31". Empty where none is worth it.
 std::string nextShiftOf(const ProlineResult& proline);
+
+/// Says that prolines in the gaps of sequences cannot be seen, and what to do. Empty where every file gives
+/// its sequence, or has no gap.
+std::string unseenSentence(const RunReport& report);
 
 /// "a", "a and b", "a, b and c".
 std::string listed(const std::vector<std::string>& items);

@@ -50,7 +50,7 @@ class BadInput(folder.InFolder):
     def test_types(self):
         for source in (None, 3, 2.5, {"a": 1}, [TABLE], object()):
             self.says(TypeError, "a file cannot be of type", zorvela.predict, source)
-        self.says(TypeError, "the sequence cannot be of type", zorvela.predict, TABLE, sequence=5)
+        self.says(TypeError, "a file cannot be of type", zorvela.predict, TABLE, sequence=5)
         self.says(TypeError, "chain cannot be of type int", zorvela.predict, TABLE, chain=5)
         self.says(TypeError, "list 1 is not a text", zorvela.predict, TABLE, list=[1])
         self.says(TypeError, "sources cannot be of type", zorvela.predict_many, str(TABLE))
@@ -99,7 +99,11 @@ class BadInput(folder.InFolder):
         refused(TypeError, "is not a number", pandas.DataFrame({"resid": [1], "atom": ["CA"], "shift": ["a"]}))
 
     def test_a_sequence_that_does_not_fit(self):
-        self.says(zorvela.Error, "has other residues than the sequence", zorvela.predict, TABLE, sequence="MQIF")
+        self.says(zorvela.FileError, "does not fit the sequence of the text given", zorvela.predict, TABLE, sequence="MQIF")
+        self.says(zorvela.FileError, "is not a sequence", zorvela.predict, TABLE, sequence="M_Q")
+        self.says(zorvela.FileError, "none.seq: cannot be read: No such file", zorvela.predict, TABLE,
+                  sequence=pathlib.Path("none.seq"))
+        self.says(TypeError, "is not a whole number", zorvela.predict, TABLE, sequence="MQIF", first_residue="2")
 
     def test_damaged_files(self):
         chance = random.Random(5)

@@ -60,6 +60,12 @@ class Sources(folder.InFolder):
         results = zorvela.predict(ROWS, sequence="MKA KPV GK")
         self.assertEqual([(p.resid, p.prev, p.next) for p in results.prolines], [("5", "K", "V")])
         self.assertEqual(results.proteins[0].length, 8)
+        numbered = zorvela.predict(ROWS, sequence=">protein\nAKKPVGK\n", first_residue=2)
+        self.assertEqual([(p.resid, p.p_cis) for p in numbered.prolines], [("5", results.prolines[0].p_cis)])
+        path = pathlib.Path(self.folder, "p.seq")
+        path.write_text("ALA 2\nLYS\nLYS\nPRO\nVAL\nGLY\n")
+        for sequence in (path, path.read_bytes(), path.open("rb")):
+            self.assertEqual(zorvela.predict(ROWS, sequence=sequence).prolines[0].position, 4)
 
     def test_referencing(self):
         shifted = {key: ppm + (2.5 if key[1] in ("CA", "CB", "CG") else 0) for key, ppm in mapping_of(TABLE)[1].items()}
@@ -75,6 +81,14 @@ class Sources(folder.InFolder):
         self.assertEqual([p.p_cis_norm_as_referenced for p in protein.prolines], [p.p_cis_norm for p in kept.prolines])
         self.assertEqual([p.call_as_referenced for p in protein.prolines], [p.call for p in kept.prolines])
         self.assertNotEqual([p.p_cis_norm for p in kept.prolines], [p.p_cis_norm for p in protein.prolines])
+
+    def test_deuterated(self):
+        kept, corrected = zorvela.predict(TABLE), zorvela.predict(TABLE, deuterated=True).proteins[0]
+        self.assertEqual(corrected.deuteration, 1)
+        self.assertEqual([p.p_cis_norm_as_referenced for p in corrected.prolines], [p.p_cis_norm for p in kept.prolines])
+        self.assertNotEqual([p.p_cis_norm for p in corrected.prolines], [p.p_cis_norm for p in kept.prolines])
+        for deuterated in (False, None):
+            self.assertIsNone(zorvela.predict(TABLE, deuterated=deuterated).proteins[0].deuteration)
 
     def test_structure(self):
         for source in (STRUCTURE, str(STRUCTURE), STRUCTURE.read_bytes(), gzip.decompress(STRUCTURE.read_bytes()),

@@ -104,11 +104,28 @@ def _sequence(sequence: Any) -> str:
     return "".join(sequence.encode(errors="replace").decode().split())
 
 
-def _request(sequence: Any, structure: Any, chain: Names, names_of_lists: Names,
-             as_referenced: bool, deuterated: Optional[bool]) -> _zorvela.Request:
-    return _zorvela.Request(_names(chain, "chain"), _names(names_of_lists, "list"),
-                            None if sequence is None else _sequence(sequence), _structures(structure),
-                            bool(as_referenced), None if deuterated is None else bool(deuterated))
+def _sequence_file(sequence: Any) -> Optional[Tuple[bytes, str]]:
+    """The bytes of a sequence, and what messages call it. A str is its text, never a path."""
+    if sequence is None:
+        return None
+    if isinstance(sequence, str):
+        return sequence.encode(errors="replace"), "the text given"
+    if isinstance(sequence, os.PathLike):
+        name = os.fsencode(sequence).decode(errors="replace")
+        try:
+            with open(sequence, "rb") as file:
+                return file.read(), name
+        except OSError as error:
+            raise FileError(f"{name}: cannot be read: {error.strerror}; check the path") from None
+    return _content(sequence)
+
+
+def _request(structure: Any, chain: Names, names_of_lists: Names, as_referenced: bool, deuterated: Optional[bool],
+             sequence: Any = None, first_residue: Any = None) -> _zorvela.Request:
+    return _zorvela.Request(_names(chain, "chain"), _names(names_of_lists, "list"), _sequence_file(sequence),
+                            None if first_residue is None else _shifts.whole_number(first_residue),
+                            _structures(structure), bool(as_referenced),
+                            None if deuterated is None else bool(deuterated))
 
 
 def _predict(source: Any, request: _zorvela.Request) -> Results:
@@ -120,13 +137,16 @@ def _predict(source: Any, request: _zorvela.Request) -> Results:
 
 # --- Functions ------------------------------------------------------------------------------------
 
-def predict(source: Source, *, sequence: Optional[str] = None, structure: StructureSource = None, chain: Names = None,
+def predict(source: Source, *, sequence: Optional[Source] = None, first_residue: Optional[int] = None,
+            structure: StructureSource = None, chain: Names = None,
             list: Names = None,  # pylint: disable=redefined-builtin
             as_referenced: bool = False, deuterated: Optional[bool] = None) -> Results:
     """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
 
     source         a path, the bytes of a file, an open file, its text, or a pynmrstar entry
-    sequence       one-letter codes, for a file that gives no sequence or a part of it
+    sequence       for a file that gives no sequence or a part of it: one-letter codes or other text of a sequence file
+                   (FASTA, .seq), or such a file as a pathlib.Path, bytes or an open file
+    first_residue  number of the first residue of the sequence; if left out as there, 1 where it has no numbers
     structure      PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
     chain          only the chains of these names; all chains of proteins if left out
     list           only the shift lists of these names, or "all"; the one with most shifts if left out
@@ -134,10 +154,10 @@ def predict(source: Source, *, sequence: Optional[str] = None, structure: Struct
                    file calls deuterated, are taken away
     deuterated     whether the sample is deuterated; as the file says if left out
 
-    Raises FileError for what is no shift file, ChoiceError for a chain or list that is not there, Error for a
-    sequence that does not fit.
+    Raises FileError for what is no shift file and for a sequence that does not fit, ChoiceError for a chain or list
+    that is not there.
     """
-    return _predict(source, _request(sequence, structure, chain, list, as_referenced, deuterated))
+    return _predict(source, _request(structure, chain, list, as_referenced, deuterated, sequence, first_residue))
 
 
 def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float], pandas.DataFrame, Any]", *,
@@ -157,7 +177,7 @@ def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float]
     letters = _sequence(sequence)
     called = _names(name, "name")[0]
     return _engine().predict_shifts(letters, _shifts.gathered(shifts), _shifts.whole_number(first), called,
-                                    _request(None, structure, None, None, as_referenced, deuterated))
+                                    _request(structure, None, None, as_referenced, deuterated))
 
 
 @overload
@@ -194,7 +214,7 @@ def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progr
     workers = len(os.sched_getaffinity(0)) if jobs is None else jobs
     if isinstance(workers, bool) or not isinstance(workers, int) or not 1 <= workers <= 256:
         raise Error(f"jobs is {jobs!r}: give a whole number from 1 to 256")
-    request = _request(None, structure, chain, list, as_referenced, deuterated)
+    request = _request(structure, chain, list, as_referenced, deuterated)
     return _many(_shown(sources, progress), workers, errors == "return", request)
 
 

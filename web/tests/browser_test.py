@@ -150,6 +150,8 @@ class SavedFiles(Page):
         self.page.wait_for_result()
         self.check_saved(path.name, choices=("--as-referenced",))
         self.assertNotEqual(self.page.save("csv")[1], corrected)
+        self.page.select("deuteration", "deuterated")
+        self.check_saved(path.name, choices=("--as-referenced", "--deuterated"))
 
     def test_chain_and_list(self):
         path = self.folder.copy(FILES / "star3_dimer.str")

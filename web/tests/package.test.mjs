@@ -38,6 +38,18 @@ test("a file that cannot be predicted is an error in the program's words", async
   await assert.rejects(predict(content, { chains: ["Z"] }), PredictionError);
 });
 
+test("shifts are corrected, or used as they are", async () => {
+  const kept = (await predict(content, { asReferenced: true })).proteins[0];
+  const corrected = (await predict(content, { deuterated: true })).proteins[0];
+  assert.equal(corrected.deuteration, 1);
+  assert.deepEqual(corrected.prolines.map((proline) => proline.p_cis_norm_as_referenced),
+                   kept.prolines.map((proline) => proline.p_cis_norm));
+  assert.notDeepEqual(corrected.prolines.map((proline) => proline.p_cis_norm),
+                      kept.prolines.map((proline) => proline.p_cis_norm));
+  for (const options of [{ deuterated: false }, {}, { asReferenced: true }])
+    assert.equal((await predict(content, options)).proteins[0].deuteration, undefined);
+});
+
 test("files can be many, and have names", async () => {
   const files = [new File([content], name), { name: "b.str", content }, new Blob([""]), content];
   const { proteins, errors } = await predict(files);

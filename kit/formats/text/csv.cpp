@@ -65,10 +65,14 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
     firstLine = line;
     firstColumns = columns;
   }
-  const auto plain = tableWithoutNames(text);
-  if (!plain) throwNoHeader(first, firstLine, firstColumns, file);
-  notes.push_back("no column names: by what the columns hold, they are " + enumerated(plain->layout.names));
-  return *plain;
+  const PlainTable plain = tableWithoutNames(text);
+  if (plain.oddLine > 0)
+    throw FileError(file, plain.oddLine, "is not like the rows above it, and the table has no column names",
+                    "correct or remove this row, or add a line of column names");
+  if (!plain.table) throwNoHeader(first, firstLine, firstColumns, file);
+  notes.push_back("no column names: by what the columns hold, they are " +
+                  enumerated(plain.table->layout.names));
+  return *plain.table;
 }
 
 // --- Rows ---------------------------------------------------------------------------------------
@@ -428,7 +432,9 @@ ShiftFile readCsv(const Source& source) {
   if (const auto foreign = foreignText(source.text))
     throw FileError(source.file, foreign->line, "is no shift file but " + foreign->what,
                     "give the file with the chemical shifts");
-  const std::string text = withQuotedLinesJoined(source.text);
+  const bool hasQuotes = contains(source.text, "\"");
+  const std::string joined = hasQuotes ? withQuotedLinesJoined(source.text) : std::string();
+  const std::string& text = hasQuotes ? joined : source.text;
   std::vector<std::string> notes;
   CsvTable table = findTable(text, source.file, notes);
   findPlaces(text, table.layout);

@@ -27,11 +27,14 @@ bool isTableAtomName(const std::string& cell) {
          readAtom(kProlineCode, cell).isInTable();
 }
 
-/// A name such as HB2, CG1, NE or QD: a nucleus, then where it is.
+/// A name such as HB2, CG1, QQD or CD1/2: a nucleus, then where it is.
 bool isAtomName(const std::string& cell) {
   const std::string text = upper(withLatinLetters(cell));
-  return !text.empty() && text.size() <= 5 && contains("HCNQM", text.substr(0, 1)) &&
-         text.find_first_not_of("ABGDEZHNOXYC%*#'\"0123456789", 1) == std::string::npos;
+  constexpr std::size_t kLongest = 8;
+  return !text.empty() && text.size() <= kLongest && contains("HCNQMOS", text.substr(0, 1)) &&
+         std::all_of(text.begin(), text.end(), [](char c) {
+           return isLetter(c) || isDigit(c) || contains("%*#'\"/|+", {&c, 1});
+         });
 }
 
 bool isResidueName(const std::string& cell) {
@@ -116,13 +119,14 @@ void setColumns(const std::vector<Role>& roles, CsvTable& table) {
 
 }  // namespace
 
-std::optional<CsvTable> tableWithoutNames(std::string_view text) {
+PlainTable tableWithoutNames(std::string_view text) {
   std::size_t pos = 0;
   std::size_t line = 0;
   std::optional<std::string_view> first = nextFilledLine(text, pos, line);
   while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
   const auto layout = first ? layoutOf(*first, text, 0, 0) : std::nullopt;
-  if (!layout || layout->width() < 2 || layout->width() > 4) return std::nullopt;
+  if (!layout || layout->width() < 2 || layout->width() > 4) return {};
+  PlainTable result;
   CsvTable table;
   table.layout = *layout;
   table.layout.places.clear();
@@ -130,20 +134,23 @@ std::optional<CsvTable> tableWithoutNames(std::string_view text) {
   std::vector<Fits> fits(layout->width());
   std::size_t rows = 0;
   bool isWhole = true;
+  // Text of another kind fails within its first rows, and is not looked at further.
   forEachRow(text, table.layout, [&](const CsvRow& row) {
+    if (!isWhole) return;
     ++rows;
-    isWhole = isWhole && row.fault.empty();
-    for (std::size_t i = 0; isWhole && i < fits.size(); ++i) narrow(row.cells[i], fits[i]);
-    // Text of another kind fails within its first rows, and is not looked at further.
-    isWhole = isWhole && std::all_of(fits.begin(), fits.end(), [](const Fits& column) {
+    const std::vector<Fits> before = fits;
+    for (std::size_t i = 0; row.fault.empty() && i < fits.size(); ++i) narrow(row.cells[i], fits[i]);
+    isWhole = row.fault.empty() && std::all_of(fits.begin(), fits.end(), [](const Fits& column) {
                 return std::any_of(column.begin(), column.end(), [](const Fit& fit) { return fit.all; });
               });
+    if (!isWhole && onlyOrder(before)) result.oddLine = row.line;
   });
   constexpr std::size_t kFewestRows = 2;
   const auto roles = isWhole && rows >= kFewestRows ? onlyOrder(fits) : std::nullopt;
-  if (!roles) return std::nullopt;
+  if (!roles) return result;
   setColumns(*roles, table);
-  return table;
+  result.table = std::move(table);
+  return result;
 }
 
 }  // namespace zorvela

@@ -256,6 +256,8 @@ constexpr ListKind kKinds[] = {{"XEASY", takeXeasy},     {"NMRView", takeNmrView
 /// The words of a line; none for a comment. A "#" that stands for itself ends a line, one in a name (HB#)
 /// not.
 Words wordsOf(std::string_view line, const ListKind& kind) {
+  constexpr std::size_t kLongestLine = 2000;
+  if (line.size() > kLongestLine) return {std::string(firstBytes(line, kLongestLine))};
   std::size_t end = 0;
   while (end < line.size() && (line[end] != '#' || (end > 0 && !isBlank(line[end - 1])))) ++end;
   const std::string_view core = trimmed(line.substr(0, end));

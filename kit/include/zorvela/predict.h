@@ -119,7 +119,9 @@ struct ProteinResult {
   std::string file;
   std::string chain;
   std::string list;
-  int length = 0;                           ///< residues in the sequence
+  int length = 0;  ///< residues in the sequence
+  int unseen =
+      0;  ///< residues without a name, where the file gives no sequence: a proline there has no result
   int shiftCount = 0;                       ///< shifts of the kinds that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
   std::string correction;                   ///< what was corrected, in words; empty where nothing was

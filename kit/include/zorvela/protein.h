@@ -35,6 +35,7 @@ struct Protein {
   std::string chain;     ///< name or number in the file; empty where the file has none
   std::string list;      ///< name of the shift list; empty where the file has none
   std::string sequence;  ///< one-letter codes; c: disulfide cysteine, p: proline to pass over, ?: unknown
+  bool isSequenceGiven = true;       ///< false: put together from the residues with shifts, ? between them
   std::vector<std::string> numbers;  ///< one for each residue: the file's own, with insertion code ("52A")
   /// What the file says of the peptide bond before a residue, by position from 1: true cis, false trans.
   /// Those of which it says nothing are absent.
@@ -62,10 +63,10 @@ struct NamedShift {
 Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShift>& shifts,
                         int firstNumber = 1);
 
-/// Makes one protein of several shift lists, such as those of backbone and side chains. Residues are joined by
-/// their numbers. The first list that has an atom gives its shift; a note names shifts that differ by more than
-/// 0.3 ppm (13C, 15N) or 0.03 ppm (1H). The file is the first one. Error for no list at all and for
-/// a residue that two lists call differently.
+/// Makes one protein of several shift lists, such as those of backbone and side chains. Residues are joined
+/// by their numbers. The first list that has an atom gives its shift; a note names shifts that differ by more
+/// than 0.3 ppm (13C, 15N) or 0.03 ppm (1H). The file is the first one. Error for no list at all and for a
+/// residue that two lists call differently.
 Protein mergedProtein(const std::vector<Protein>& parts);
 
 /// Whether two lists seem to be of one protein: they agree in at least ten residues and in the shifts of the

@@ -1,4 +1,5 @@
-// Any shift file as proteins: NMR-STAR, NEF, CSV or TSV, the program's own shift table, plain or gzipped.
+// Any shift file as proteins: NMR-STAR, NEF, lists of assignment programs, CSV or TSV, the program's own shift
+// table, plain or gzipped.
 #pragma once
 
 #include <cstdio>

@@ -332,6 +332,18 @@ class CsvTest(ImportTest):
             self.assertEqual(self.run_kit("-", data=data)[1], table(
                 ["Imported from standard input (CSV)", numbering], "SP", expected))
 
+    def test_atoms_that_are_not_used(self):
+        """Whatever they are called, a table with names or without is read."""
+        others = "81 SER QQD 1.0\n81 SER HT 2.0\n82 PRO O 999.000\n82 PRO CD1/2 20.0\n82 PRO HB2|HB3 2.1\n"
+        for header in ("", "resid resname atom shift\n"):
+            _, out, err = self.run_kit("-", data=(header + "81 SER CA 58.4\n82 PRO CA 63.0\n" + others).encode())
+            self.assertIn("   1 S   CA    58.400\n   2 P   CA    63.000\n", out, err)
+
+    def test_the_row_that_is_unlike_the_others(self):
+        self.check_error("standard input:3: is not like the rows above it, and the table has no column names; correct "
+                         "or remove this row, or add a line of column names", "-",
+                         data=b"81 SER CA 58.4\n82 PRO CA 63.0\n83 GLY CA no\n84 ALA CA 52\n")
+
     def test_tables_without_names_that_are_not_plain(self):
         """Nobody says which atoms the numbers are of, or which number is the residue's."""
         for data in (b"S81 116.2 8.21 58.4\nP82 120.0 8.0 63.0\n", b"1 81 SER CA 58.4\n2 82 PRO CA 63.0\n",

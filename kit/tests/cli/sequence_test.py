@@ -79,6 +79,16 @@ class Sequence(folder.InFolder):
             ended = self.run_kit(*arguments)
             self.assertEqual((ended.returncode, ended.stderr), (1, f"zorvela-kit: {message}\n"), arguments)
 
+    def test_gaps_of_a_list_without_a_sequence(self):
+        self.put("g.csv", "resid,resname,atom,shift\n3,ALA,CA,52.0\n6,PRO,CA,63.0\n7,GLY,CA,45.0\n9,ALA,CA,52.0\n")
+        said = ("Prolines in gaps cannot be seen: 3 residues have no name, as the shifts come without a sequence. Give "
+                "it with --sequence FILE.\n")
+        self.assertTrue(program.run("g.csv", cwd=self.folder).stdout.endswith(said))
+        self.assertIn(said.strip(), program.run("g.csv", "--format", "html", cwd=self.folder).stdout)
+        self.put("g.fasta", ">g\nMKAPPPGPA\n")
+        for file, *more in (["g.csv", "g.fasta"], ["p.csv", "p.fasta"]):
+            self.assertNotIn("cannot be seen", program.run(file, *more, cwd=self.folder).stdout)
+
     def test_two_lists_of_one_protein(self):
         rows = [row for row in SHIFTS.splitlines(keepends=True)]
         side = "".join(row for row in rows if ",C" in row and ",CA" not in row and ",C," not in row)

@@ -15,7 +15,11 @@ class Protein:
         self.shifts = shifts
 
     def name(self, number):
-        return NAMES[self.letters[number]]
+        return NAMES.get(self.letters[number], "UNK")
+
+    def named(self):
+        """All residues by number, with the state of cysteines and a name for unknown ones."""
+        return [(n, {"C": "CYSH", "c": "CYSS"}.get(letter, self.name(n))) for n, letter in self.letters.items()]
 
     def known(self):
         return [n for n, letter in self.letters.items() if letter != "?"]
@@ -61,6 +65,10 @@ def seq(protein):
         number = "" if n - 1 in protein.known() and n % 10 else "%6d" % n
         lines.append(protein.name(n) + number)
     return "\n".join(lines + ["SS 901"]) + "\n"
+
+
+def whole_seq(protein):
+    return "".join("%s %d\n" % (name, n) for n, name in protein.named())
 
 
 def seq_of_chain(protein):
@@ -136,7 +144,7 @@ def ccpnmr3(protein, delimiter=",", hidden=False, older=False):
 
 
 def nef(protein, neighbours=True):
-    rows = "".join("  A %d %s .\n" % (n, protein.name(n)) for n in protein.known())
+    rows = "".join("  A %d %s .\n" % row for row in protein.named())
     text = ("data_x\nsave_nef_molecular_system\n_nef_molecular_system.sf_category nef_molecular_system\nloop_\n"
             "_nef_sequence.chain_code\n_nef_sequence.sequence_code\n_nef_sequence.residue_name\n_nef_sequence.linking\n" +
             rows + "stop_\nsave_\nsave_nef_chemical_shift_list_s\n"

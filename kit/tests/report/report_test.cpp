@@ -234,11 +234,15 @@ TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
             std::string::npos);
   offsets[0].recommended = offsets[2].recommended = false;
   offsets[2].offset = 0.1F;
+  offsets[2].error = 0.05F;
   EXPECT_NE(titleOf(report).find(">Perhaps, but not certain: 13C 1.5 ppm too high. Not known: C′. Looks "
                                  "right: HA<"),
             std::string::npos);
   offsets[0].offset = offsets[3].offset = 0.0F;
   EXPECT_NE(titleOf(report).find(">The referencing looks right<"), std::string::npos);
+  offsets[0].error = 0.38F;  // 0.75 ppm would be two errors away
+  EXPECT_NE(titleOf(report).find(">Not known: 13C. Looks right: HA, C′<"), std::string::npos)
+      << titleOf(report);
 }
 
 TEST(ReportJson, HoldsTheSameAsTheTable) {

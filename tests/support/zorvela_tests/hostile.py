@@ -174,6 +174,12 @@ def csv_file(residues):
     return "resid,resname,atom,shift\n" + backbone(residues, "%d,%s,%s,%.3f\n")
 
 
+def prot_file(residues):
+    rows = [row.split() for row in backbone(residues, "%d %s %s %.3f\n").splitlines()]
+    return "".join("%d %s 0.000 %s %s %s\n" % (i, shift, atom, number, name)
+                   for i, (number, name, atom, shift) in enumerate(rows))
+
+
 def shift_table(residues):
     return tables.full_table(letters(residues))
 
@@ -301,6 +307,14 @@ def columns_of_csv(n):
 
 def quotes_of_csv(n):
     return "resid,resname,atom,shift\n" + '1,ALA,"CA""",52\n' * n
+
+
+def line_feeds_of_csv(n):
+    return "resid,resname,atom,shift\n" + '1,ALA,"CA\n\n",52\n' * n
+
+
+def open_quotes_of_csv(n):
+    return "resid,resname,atom,shift\n" + ',"' + '""a,"' * n
 
 
 def far_residues_of_csv(n):
@@ -482,6 +496,7 @@ FORMATS = [
     Attack("NMR-STAR 2.1", "a.str", star2_entry, (100, 1000, 10000), ("run", "--format", "json")),
     Attack("NEF", "a.nef", nef_entry, (100, 1000, 10000), ("run", "--format", "json")),
     Attack("CSV", "a.csv", csv_file, (100, 1000, 10000), ("run", "--format", "json")),
+    Attack("assignment list", "a.prot", prot_file, (100, 1000, 10000), ("run", "--format", "json")),
     Attack("shift table", "a.tab", shift_table, (100, 1000, 10000), ("run", "--format", "json")),
     Attack("HTML report", "a.csv", csv_file, (100, 1000, 10000), ("run", "--format", "html")),
     Attack("explained", "a.csv", csv_file, (100, 1000, 10000), ("run", "--explain")),
@@ -519,6 +534,10 @@ ATTACKS = [
     Attack("chains, CSV", "a.csv", chains_of_csv, (100, 1000, 1000000), ("run",)),
     Attack("columns, CSV", "a.csv", columns_of_csv, (100, 10000, 1000000)),
     Attack("quotes, CSV", "a.csv", quotes_of_csv, (1000, 50000, 2000000)),
+    Attack("line feeds in quotes, CSV", "a.csv", line_feeds_of_csv, (1000, 50000, 2000000)),
+    Attack("open quotes, CSV", "a.csv", open_quotes_of_csv, (1000, 50000, 2000000)),
+    Attack("rows, assignment list", "a.out", lambda n: "1.C 1.\n" * n, (1000, 90000, 2000000)),
+    Attack("words, assignment list", "a.prot", lambda n: "1 1.0 " * n + "\n", (1000, 90000, 2000000)),
     Attack("far residues, CSV", "a.csv", far_residues_of_csv, (10, 100, 100000)),
     Attack("no shifts", "a.txt", plain_text, (1000, 50000, 2000000)),
     Attack("quoted words", "a.str", quotes_of_star, (10000, 1000000, 9000000)),

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 #include "cli/process.h"
@@ -10,18 +11,39 @@
 
 namespace zorvela {
 
+namespace {
+
+std::string installedTables() {
+  return programFolder() + "/../share/zorvela/tab";
+}
+
+/// Corrections in each other's place, say, look as good as the right ones.
+void mustBeOurs(const Tables& tables, const std::string& folder) {
+  std::error_code unknown;
+  if (!std::filesystem::equivalent(folder, installedTables(), unknown) || unknown) return;
+  if (const std::string found = statisticsOf(tables).fingerprint; found != kShippedTables)
+    throw TableError(folder, 0,
+                     "the installed tables (fingerprint " + found + ") are not those of this program (" +
+                         kShippedTables + ")",
+                     "install it again");
+}
+
+}  // namespace
+
 std::string findTables(const std::string& given) {
   if (!given.empty()) return given;
   const char* home = std::getenv("ZORVELA_DIR");
   if (home != nullptr && *home != '\0') return std::string(home) + "/tab";
-  const std::string installed = programFolder() + "/../share/zorvela/tab";
+  const std::string installed = installedTables();
   std::error_code error;
   return std::filesystem::is_directory(installed, error) ? installed : "./tab";
 }
 
 Tables loadTables(const std::string& folder) {
   try {
-    return tablesFromFolder(folder);
+    Tables tables = tablesFromFolder(folder);
+    mustBeOurs(tables, folder);
+    return tables;
   } catch (const TableError& e) {
     throw TableError(e.what() +
                      std::string("; name the folder of the seven reference tables with --tables or "

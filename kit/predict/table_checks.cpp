@@ -2,6 +2,7 @@
 #include "predict/table_checks.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <set>
 #include <vector>
@@ -18,6 +19,9 @@ namespace {
 
 /// Shares are written with six decimals.
 constexpr double kLargestGapInShares = 0.001;
+constexpr double kLargestShift = 300;
+/// A random-coil shift of N or C is above it.
+constexpr double kLargestCorrection = 100;
 
 /// The columns that the prediction reads, and the rows that must be there.
 struct Layout {
@@ -123,6 +127,30 @@ void checkRows(const Checked& checked) {
       checked.fail(0, isByIndex ? "has no row with index " + key : "has no row for residue type " + key);
 }
 
+/// Of alanine, whose shifts lie far apart: other orders are columns or tables in each other's place.
+void checkRandomCoil(const Checked& checked) {
+  for (const auto& [number, row] : checked.table.entries) {
+    if (GDB::cell(row, "RESNAME") != "A") continue;
+    const std::array<std::string, 6> fromHighToLow = {"C", "N", "CA", "CB", "HN", "HA"};
+    for (std::size_t i = 1; i < fromHighToLow.size(); ++i) {
+      const std::string& high = fromHighToLow[i - 1];
+      const std::string& low = fromHighToLow[i];
+      if (GDB::toFloat(GDB::cell(row, high)) < GDB::toFloat(GDB::cell(row, low)))
+        checked.fail(checked.lineOf(number), high + " of alanine is below " + low + ", as in no peptide");
+    }
+  }
+}
+
+/// Shifts and their differences (ppm) are far below the mark of an atom that a residue does not have.
+void checkSizes(const Checked& checked, double most) {
+  for (const auto& [number, row] : checked.table.entries)
+    for (const std::string& column : checked.layout.values)
+      if (const float value = GDB::toFloat(GDB::cell(row, column));
+          std::fabs(static_cast<double>(value)) > most && value != kMissingShift)
+        checked.fail(checked.lineOf(number),
+                     column + " is " + GDB::cell(row, column) + ", beyond " + fixedText(most, 0) + " ppm");
+}
+
 void checkLimits(const Checked& checked) {
   for (const auto& [number, row] : checked.table.entries)
     for (const std::string& atom : atomColumns({""}))
@@ -162,6 +190,9 @@ void checkTable(const std::string& name, const ReadTable& read) {
   checkLines(checked);
   checkNumbers(checked);
   checkRows(checked);
+  if (name != "Pro.seq.tab")
+    checkSizes(checked, name.rfind("rc", 0) == 0 ? kLargestCorrection : kLargestShift);
+  if (name == "randcoil.tab") checkRandomCoil(checked);
   if (name == "sslimit.tab") checkLimits(checked);
   if (name == "Pro.cs.tab") checkDeviations(checked);
   if (name == "Pro.seq.tab") checkShares(checked);

@@ -234,6 +234,7 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
                    {"version", kFormatVersion},
                    {"program", std::string("zorvela-kit ") + version()},
                    {"tables", report.tables},
+                   {"tables_fingerprint", report.classes.fingerprint},
                    {"thresholds", thresholds(withStructures)}});
   json.open('[', "proteins");
   forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });

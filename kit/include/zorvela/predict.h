@@ -48,6 +48,9 @@ struct ClassStatistics {
 };
 ClassStatistics statisticsOf(const Tables& tables);
 
+/// The fingerprint of the tables that come with the program.
+inline constexpr const char* kShippedTables = "efe6a7bd";
+
 // --- Results ------------------------------------------------------------------------------------
 
 /// The referencing offset of an atom in a chain, which a few wrong residues do not move.

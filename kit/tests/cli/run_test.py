@@ -181,12 +181,24 @@ class Errors(InFolder):
         file = self.cis()
         os.makedirs(self.path("bin"))
         shutil.copy(program.KIT, os.path.join(self.folder, "bin", "zorvela-kit"))
-        shutil.copytree(program.MADE_TABLES, os.path.join(self.folder, "share", "zorvela", "tab"))
-        result = subprocess.run([os.path.join(self.folder, "bin", "zorvela-kit"), "run", "--format", "json", file],
-                                cwd="/", env=program.environment(), capture_output=True, check=False, timeout=60)
-        self.assertEqual((result.returncode, result.stderr), (0, b""))
-        self.assertEqual(os.path.realpath(json.loads(result.stdout)["tables"]),
-                         os.path.realpath(os.path.join(self.folder, "share", "zorvela", "tab")))
+        installed = pathlib.Path(self.folder, "share", "zorvela", "tab")
+        shutil.copytree(os.path.join(program.SOURCE, "tab"), installed)
+
+        def run():
+            return subprocess.run([os.path.join(self.folder, "bin", "zorvela-kit"), "run", "--format", "json", file],
+                                  cwd="/", env=program.environment(), capture_output=True, check=False, timeout=60)
+
+        result = run()
+        self.assertEqual(result.returncode, 0)
+        report = json.loads(result.stdout)
+        self.assertEqual(os.path.realpath(report["tables"]), os.path.realpath(installed))
+        previous = (installed / "rcprev.tab").read_bytes()
+        (installed / "rcprev.tab").write_bytes((installed / "rcnext.tab").read_bytes())
+        (installed / "rcnext.tab").write_bytes(previous)
+        result = run()
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertIn(b") are not those of this program (%s); install it again" %
+                      report["tables_fingerprint"].encode(), result.stderr)
 
     def test_no_file_and_no_job_are_usage_errors(self):
         for arguments in ([], ["--jobs", "0", "a"], ["--jobs", "-1", "a"], ["--jobs", "two", "a"], ["--bogus", "a"]):

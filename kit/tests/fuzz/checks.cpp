@@ -17,6 +17,7 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
+#include "formats/star/nef_annotation.h"
 #include "formats/star/star_tokens.h"
 #include "fuzz/holds.h"
 #include "names/nomenclature.h"
@@ -162,16 +163,22 @@ constexpr std::size_t kMiB = std::size_t{1} << 20;
 // The sanitizers slow everything down.
 constexpr double kSlowness = 10;
 
-/// The time that `read` takes, in proportion to the text that it reads.
+/// The processor time that `read` takes.
 template <class Read>
-void checkTimeOf(const std::string& text, Read read) {
+double secondsOf(Read read) {
   const std::clock_t start = std::clock();
   try {
     read();
   } catch (const Error& error) {
     checkMessage(error);
   }
-  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+/// The time that `read` takes, in proportion to the text that it reads.
+template <class Read>
+void checkTimeOf(const std::string& text, Read read) {
+  const double seconds = secondsOf(read);
   check(seconds <= kSlowness * (1 + static_cast<double>(text.size()) / static_cast<double>(kMiB)));
 }
 
@@ -190,6 +197,13 @@ std::string grown(const std::string& text) {
     result += last + "\n";
   }
   return result;
+}
+
+/// A text with a piece of it so many times.
+std::string repeated(const std::string& text, std::size_t begin, std::size_t size, std::size_t times) {
+  std::string result = text.substr(0, begin);
+  for (std::size_t i = 0; i < times; ++i) result.append(text, begin, size);
+  return result.append(text, begin + size);
 }
 
 }  // namespace
@@ -256,6 +270,29 @@ void checkBounds(const std::string& bytes) {
   checkTimeOf(text, [&text] { readShiftBytes(text, "input", {}); });
   checkTimeOf(text, [&text] { readShiftBytes(text, "input", {{}, {"all"}}); });
   checkTimeOf(text, [&text] { readStructureBytes(text, "input"); });
+}
+
+void checkRepeats(const std::string& bytes) {
+  constexpr std::size_t kSize = kMiB / 8;
+  constexpr double kNoise = 0.2;  // seconds: of what is shorter nothing can be said
+  constexpr double kMostGrowth = 3;
+  if (bytes.size() < 3) return;
+  const std::string text = bytes.substr(2);
+  const auto share = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]) * text.size() / 256; };
+  const std::size_t begin = share(0);
+  const std::size_t size = std::min(text.size() - begin, share(1) + 1);
+  const std::size_t times = std::max<std::size_t>(1, kSize / size);
+  const std::string once = repeated(text, begin, size, times);
+  const std::string twice = repeated(text, begin, size, 2 * times);
+  const auto growsInProportion = [&](auto read) {
+    const double seconds = secondsOf([&] { read(twice); });
+    check(seconds < kNoise || seconds < kMostGrowth * secondsOf([&] { read(once); }) + kNoise);
+  };
+  growsInProportion([](const std::string& input) { readShiftBytes(input, "input", {{}, {"all"}}); });
+  growsInProportion([](const std::string& input) { readStructureBytes(input, "input"); });
+  growsInProportion([](const std::string& input) {
+    annotateNef(input, "input", {}, [](const NefSequenceRow&) { return std::nullopt; });
+  });
 }
 
 }  // namespace zorvela

@@ -21,6 +21,9 @@ void checkTables(const std::string& bytes);
 /// The reading of shifts and of structures: ten times 1 s and 1 s for each MiB of processor time. In the
 /// input a line "@@1000" repeats the one before it.
 void checkBounds(const std::string& bytes);
+/// The reading of a file with a piece of it many times, and twice as many: the time doubles. The first two
+/// bytes say where the piece begins and how long it is, as shares of the rest.
+void checkRepeats(const std::string& bytes);
 /// The reading of structures: bonds whose state is that of their geometry, and a chain that matches itself.
 void checkStructure(const std::string& bytes);
 /// The annotation of NEF files: nothing but flags changes, and a second one changes nothing.

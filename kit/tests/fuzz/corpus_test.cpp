@@ -64,7 +64,7 @@ TEST(Corpus, Annotation) {
 TEST(Corpus, FilesOfTheTests) {
   for (const Check check :
        {zorvela::checkStar, zorvela::checkNef, zorvela::checkCsv, zorvela::checkGzip, zorvela::checkTables,
-        zorvela::checkBounds, zorvela::checkStructure, zorvela::checkAnnotation})
+        zorvela::checkBounds, zorvela::checkRepeats, zorvela::checkStructure, zorvela::checkAnnotation})
     EXPECT_GT(checkAll(kFuzz / ".." / "files", check), 15U);
 }
 

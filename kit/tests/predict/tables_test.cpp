@@ -214,3 +214,35 @@ TEST(DamagedTable, IsCutInTheMiddleOfALine) {
     }
   }
 }
+
+// --- Tables in each other's place -----------------------------------------------------------------
+
+TEST(TableValues, RandomCoilShiftsAndCorrectionsAreToldApart) {
+  for (const char* name : {"rcadj.tab", "rcprev.tab", "rcnext.tab"}) {
+    Texts texts = madeTables();
+    std::swap(texts["randcoil.tab"], texts[name]);
+    try {
+      zorvela::tablesFromTexts(texts);
+      ADD_FAILURE() << name;
+    } catch (const zorvela::TableError& e) {
+      EXPECT_NE(std::string(e.what()).find(" is 120.000, beyond 100 ppm"), std::string::npos) << e.what();
+    }
+  }
+}
+
+TEST(TableValues, TwoColumnNamesInEachOthersPlace) {
+  EXPECT_EQ(afterChange("randcoil.tab", "N HA C CA CB HN", "N HA C CB CA HN"),
+            place("randcoil.tab", "A   120") + ": CA of alanine is below CB, as in no peptide");
+}
+
+TEST(TableValues, AValueBeyondAnyShift) {
+  EXPECT_EQ(afterChange("randcoil.tab", "120.000", "99999.0"),
+            place("randcoil.tab", "A   120") + ": N is 99999.0, beyond 300 ppm");
+  EXPECT_NE(afterChange("sslimit.tab", " 4.000", " 99999.0").find(" is 99999.0, beyond 300 ppm"),
+            std::string::npos);
+}
+
+TEST(TableValues, TheShippedTablesHaveTheirFingerprint) {
+  EXPECT_EQ(zorvela::statisticsOf(zorvela::tablesFromFolder(SHIPPED_TABLES)).fingerprint,
+            zorvela::kShippedTables);
+}

@@ -276,6 +276,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
     "program": "zorvela-kit )" + std::string(zorvela::version()) +
                                                         R"json(",
     "tables": "tab",
+    "tables_fingerprint": "",
     "thresholds": {"cis_from": 0.5, "trans_up_to": 0.05},
     "proteins": [{
       "file": "a.str", "chain": "A", "list": "1", "length": 40, "shifts": 200,

@@ -13,6 +13,7 @@
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "report/walk.h"
+#include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/report.h"

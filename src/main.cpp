@@ -11,7 +11,7 @@ namespace {
 using Args = std::map<std::string, std::string>;
 
 // Seconds a clock tick, in single precision.
-constexpr float kSecondsPerTick = 1e-6F;
+constexpr float kSecondsPerTick = 1.0F / static_cast<float>(CLOCKS_PER_SEC);
 
 // Each argument with a blank before it, so that every option starts with " -".
 std::string joinArguments(int argc, char** argv) {

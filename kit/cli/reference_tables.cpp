@@ -1,4 +1,4 @@
-// The folder of the tables: option, environment, installation.
+// The folder of the tables: option, environment, beside the program, installation.
 #include "cli/reference_tables.h"
 
 #include <cstdlib>
@@ -14,9 +14,13 @@ std::string findTables(const std::string& given) {
   if (!given.empty()) return given;
   const char* home = std::getenv("ZORVELA_DIR");
   if (home != nullptr && *home != '\0') return std::string(home) + "/tab";
-  const std::string installed = programFolder() + "/../share/zorvela/tab";
-  std::error_code error;
-  return std::filesystem::is_directory(installed, error) ? installed : "./tab";
+  const std::string program = programFolder();
+  for (const char* place : {"/tab", "/../share/zorvela/tab"}) {
+    const std::string beside = program + place;
+    std::error_code error;
+    if (!program.empty() && std::filesystem::is_directory(beside, error)) return beside;
+  }
+  return "./tab";
 }
 
 Tables loadTables(const std::string& folder) {

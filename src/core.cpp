@@ -1,7 +1,7 @@
 // From observed shifts to the probability of cis.
 #include "zorvela/core.h"
 
-#include <cmath>  // for std::exp, std::fabs, std::fma, std::lrint
+#include <cmath>  // for std::exp, std::fabs, std::fma, std::llrint
 
 namespace zorvela {
 
@@ -23,7 +23,7 @@ constexpr double kPowers[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e
 double nearestInteger(double product, double error) {
   const double below = std::floor(product);
   const double rest = product - below;
-  if (rest != 0.5 || error == 0) return static_cast<double>(std::lrint(product));
+  if (rest != 0.5 || error == 0) return static_cast<double>(std::llrint(product));
   return error > 0 ? below + 1 : below;
 }
 

@@ -179,6 +179,8 @@ CommandLine::CommandLine(const std::string& description, const std::string& prog
     : app(std::make_unique<CLI::App>(description, program)) {
   app->set_version_flag("--version", program + " " + version);
   app->require_subcommand(1);
+  // A path may begin with a slash on Windows too.
+  app->allow_windows_style_options(false);
   app->footer("Each sub-command has its own --help. Manual: " + program + "(1).");
   // As --version is: what it throws is written to standard output. No user needs to see it.
   app->add_flag_callback("--list-options", [this] { throw CLI::CallForVersion(optionList(), 0); })->group("");

@@ -11,6 +11,11 @@ class CommandLine;
 /// with status 1.
 class ReportedFailure : public std::exception {};
 
+/// Returns what to show to somebody who gave no arguments: three commands to begin with.
+const char* firstCommands();
+
+/// The prediction of an example, with words on how to read it.
+void addDemo(CommandLine& line);
 /// Any shift file to a shift table.
 void addImport(CommandLine& line);
 /// Import, predict, compare with structures and collect, for one file or thousands.

@@ -21,11 +21,17 @@ int fail(const char* message, const char* kind = "") {
   return 1;
 }
 
+int showFirstCommands() {
+  zorvela::writeWhole("-", [](std::ostream& out) { out << zorvela::firstCommands(); });
+  return 0;
+}
+
 /// Help and version go to standard output, what is wrong with the command line to standard error. The command
 /// line may come from anywhere, so its words are no more trusted than a file's.
 int runCommand(int argc, char** argv) {
   zorvela::CommandLine line("Chemical shift files in, cis/trans predictions for prolines out.",
                             zorvela::kProgramName, zorvela::version());
+  zorvela::addDemo(line);
   zorvela::addRun(line);
   zorvela::addImport(line);
   zorvela::addAnnotate(line);
@@ -46,6 +52,7 @@ int runCommand(int argc, char** argv) {
 int main(int argc, char** argv) {
   zorvela::prepareProcess();
   try {
+    if (argc < 2) return showFirstCommands();
     return runCommand(argc, argv);
   } catch (const zorvela::ReportedFailure&) {
     return 1;

@@ -1,4 +1,4 @@
-// The folder of the tables: option, environment, installation.
+// The folder of the tables: option, environment, beside the program, installation.
 #include "cli/reference_tables.h"
 
 #include <cstdlib>
@@ -13,8 +13,15 @@ namespace zorvela {
 
 namespace {
 
+/// The tables that lie with the program, in an unpacked folder or an installation. Empty where none do.
 std::string installedTables() {
-  return programFolder() + "/../share/zorvela/tab";
+  const std::string program = programFolder();
+  for (const char* place : {"/tab", "/../share/zorvela/tab"}) {
+    const std::string beside = program + place;
+    std::error_code error;
+    if (!program.empty() && std::filesystem::is_directory(beside, error)) return beside;
+  }
+  return {};
 }
 
 /// Corrections in each other's place, say, look as good as the right ones.
@@ -35,8 +42,7 @@ std::string findTables(const std::string& given) {
   const char* home = std::getenv("ZORVELA_DIR");
   if (home != nullptr && *home != '\0') return std::string(home) + "/tab";
   const std::string installed = installedTables();
-  std::error_code error;
-  return std::filesystem::is_directory(installed, error) ? installed : "./tab";
+  return installed.empty() ? "./tab" : installed;
 }
 
 Tables loadTables(const std::string& folder) {

@@ -8,7 +8,7 @@
 namespace zorvela {
 
 /// The folder of the reference tables: `given` if not empty; else tab/ in ZORVELA_DIR; else, where that
-/// is not set, share/zorvela/tab of the installation, or ./tab if the program is not installed.
+/// is not set, tab/ beside the program or share/zorvela/tab of its installation; else ./tab.
 std::string findTables(const std::string& given);
 
 /// The tables in that folder. TableError with the options that name another one.

@@ -201,7 +201,7 @@ void run(RunSettings& settings) {
 std::string footer() {
   return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
          numberText(kTransUpTo) + R"(, undecided between.
-Tables: --tables, else tab/ in ZORVELA_DIR, else share/zorvela/tab of the installation, else ./tab.
+Tables: --tables, else tab/ in ZORVELA_DIR, else tab/ beside the program or share/zorvela/tab of its installation, else ./tab.
 Structure: cis where |omega| is at most )" +
          fixedText(kCisOmegaUpTo, 0) + " degrees, trans where it is at least " +
          fixedText(kTransOmegaFrom, 0) +

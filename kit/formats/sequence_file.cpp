@@ -1,6 +1,7 @@
 #include "formats/sequence_file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <sstream>
 #include <utility>
 
@@ -36,7 +37,7 @@ std::vector<std::string> wordsOf(std::string_view line) {
 struct NamedResidue {
   std::string name;
   std::string chain;
-  long number = 1;
+  std::int64_t number = 1;
 
   bool isSpinSystem() const { return name == "SS"; }
   bool isResidue() const { return !isSpinSystem() && !isLinker(name); }
@@ -188,7 +189,7 @@ FileChain chainOfHeader(std::string_view header) {
 
 void numberFrom(int first, std::vector<FileResidue>& residues) {
   for (std::size_t i = 0; i < residues.size(); ++i)
-    residues[i].number = std::to_string(first + static_cast<long>(i));
+    residues[i].number = std::to_string(first + static_cast<std::int64_t>(i));
 }
 
 void readLetters(std::string_view text, SequenceFile& sequence) {

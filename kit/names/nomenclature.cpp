@@ -195,10 +195,10 @@ std::optional<NeighbourCode> readNeighbourCode(std::string_view code) {
   return NeighbourCode{std::string(number), toInteger(offset).value()};
 }
 
-std::optional<std::string> steppedNumber(const std::string& text, long steps) {
+std::optional<std::string> steppedNumber(const std::string& text, std::int64_t steps) {
   const std::optional<int> number = toInteger(text);
   if (!number) return std::nullopt;
-  const long result = *number + steps;
+  const std::int64_t result = *number + steps;
   if (result > std::numeric_limits<int>::max() || result < std::numeric_limits<int>::min())
     return std::nullopt;
   return std::to_string(result);

@@ -97,7 +97,7 @@ std::optional<NeighbourCode> readNeighbourCode(std::string_view code);
 
 /// The number so many steps after (or, if negative, before) a plain one: "13" for "12" and 1. Nothing for a
 /// number with a code or out of range.
-std::optional<std::string> steppedNumber(const std::string& text, long steps);
+std::optional<std::string> steppedNumber(const std::string& text, std::int64_t steps);
 
 /// The number after a plain one; see `steppedNumber`.
 std::optional<std::string> nextNumber(const std::string& text);

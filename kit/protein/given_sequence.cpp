@@ -1,5 +1,6 @@
 // Proteins by a sequence and shifts that the caller gives by name.
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <utility>
@@ -50,11 +51,11 @@ class Gathered {
   Gathered(const std::string& letters, int firstNumber) : sequence(letters), first(firstNumber) {}
 
   void add(const NamedShift& named) {
-    const long position = static_cast<long>(named.number) - first + 1;
-    if (position < 1 || position > static_cast<long>(sequence.size()))
+    const std::int64_t position = static_cast<std::int64_t>(named.number) - first + 1;
+    if (position < 1 || position > static_cast<std::int64_t>(sequence.size()))
       throw Error("residue " + std::to_string(named.number), 0, "is not in the sequence",
                   "its residues are " + std::to_string(first) + " to " +
-                      std::to_string(first + static_cast<long>(sequence.size()) - 1));
+                      std::to_string(first + static_cast<std::int64_t>(sequence.size()) - 1));
     const std::string name = printable(named.atom, 40) + " of residue " + std::to_string(named.number);
     if (!std::isfinite(named.ppm))
       throw Error(name, 0, "has a shift that is no number", "leave out what was not measured");
@@ -94,7 +95,7 @@ class Gathered {
   }
 
   const std::string& sequence;
-  long first;
+  std::int64_t first;
   std::map<std::pair<int, std::size_t>, Shift> shifts;
   std::vector<std::string> foreign;
   std::size_t others = 0;
@@ -121,7 +122,7 @@ Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShif
   Protein protein;
   protein.sequence = sequence;
   for (std::size_t i = 0; i < sequence.size(); ++i)
-    protein.numbers.push_back(std::to_string(firstNumber + static_cast<long>(i)));
+    protein.numbers.push_back(std::to_string(firstNumber + static_cast<std::int64_t>(i)));
   Gathered gathered(sequence, firstNumber);
   for (const NamedShift& shift : shifts) gathered.add(shift);
   gathered.moveTo(protein);

@@ -1,6 +1,7 @@
 // Several shift lists of one protein as one.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <utility>
@@ -54,7 +55,7 @@ void addResidues(const Protein& part, const Protein& first, Residues& residues) 
 
 /// Numbers between two parts are residues that neither knows.
 void fillGaps(const std::string& file, Residues& residues) {
-  const long size = long{residues.rbegin()->first.first} - residues.begin()->first.first + 1;
+  const std::int64_t size = std::int64_t{residues.rbegin()->first.first} - residues.begin()->first.first + 1;
   checkLimit(static_cast<std::size_t>(size), limits::kSequence, file);
   for (int number = residues.begin()->first.first; number < residues.rbegin()->first.first; ++number)
     residues.emplace(Place(number, ""), kUnknownResidue);

@@ -69,7 +69,7 @@ class Sentences {
 };
 
 /// A number that no residue has yet: so many steps from a known one; nothing if it is taken or there is none.
-std::optional<std::string> freeNumber(const std::string& known, long steps,
+std::optional<std::string> freeNumber(const std::string& known, std::int64_t steps,
                                       const std::unordered_set<std::string>& taken) {
   const auto number = steppedNumber(known, steps);
   return number && taken.count(*number) == 0 ? number : std::nullopt;
@@ -114,7 +114,7 @@ std::vector<std::string> numbersFromRemarks(const std::vector<std::string>& rema
   std::vector<std::string> numbers;
   std::optional<std::string> number = std::to_string(first);
   for (int i = 0; i < count; ++i) {
-    const int here = static_cast<int>(static_cast<long>(first) + i);
+    const int here = static_cast<int>(static_cast<std::int64_t>(first) + i);
     if (const auto found = stated.find(here); found != stated.end()) number = found->second;
     numbers.push_back(number.value_or(std::to_string(here)));
     number = nextNumber(numbers.back());
@@ -126,13 +126,13 @@ bool hasNumbering(const std::string& remark) {
   return Sentences(remark).next().has_value();
 }
 
-std::string shiftedNumbering(const std::string& remark, long offset) {
+std::string shiftedNumbering(const std::string& remark, std::int64_t offset) {
   std::string result;
   std::size_t copied = 0;
   Sentences sentences(remark);
   while (const auto sentence = sentences.next()) {
     result += remark.substr(copied, sentence->herePos - copied);
-    result += std::to_string(static_cast<long>(sentence->here) - offset);
+    result += std::to_string(static_cast<std::int64_t>(sentence->here) - offset);
     copied = sentence->herePos + sentence->hereSize;
   }
   return result + remark.substr(copied);
@@ -151,7 +151,8 @@ void completeNumbers(std::vector<std::string>& numbers) {
     std::optional<std::string> number;
     if (i > 0) number = freeNumber(numbers[i - 1], 1, taken);
     if (!number && next < numbers.size()) {
-      number = freeNumber(numbers[next], static_cast<long>(i) - static_cast<long>(next), taken);
+      number =
+          freeNumber(numbers[next], static_cast<std::int64_t>(i) - static_cast<std::int64_t>(next), taken);
       if (number && i > 0 && !standsAbove(*number, numbers[i - 1])) number.reset();
     }
     if (!number && i > 0) number = insertedNumber(numbers[i - 1], taken);

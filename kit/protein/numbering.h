@@ -1,6 +1,7 @@
 // Residue numbers: the file's own beside the table's, which count from 1.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,7 @@ std::vector<std::string> numbersFromRemarks(const std::vector<std::string>& rema
 bool hasNumbering(const std::string& remark);
 
 /// The remark with `offset` subtracted from the numbers "here".
-std::string shiftedNumbering(const std::string& remark, long offset);
+std::string shiftedNumbering(const std::string& remark, std::int64_t offset);
 
 /// Numbers for residues that have none (empty), counted on from the neighbour before or, where that number
 /// is taken, back from the next known one; between 10 and 11 stands 10A. Numbers that are known stay. 1, 2, 3

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <map>
 #include <set>
@@ -66,11 +67,11 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
   if (letters.empty()) throw FileError(file, 0, "the table has neither a sequence nor rows", kTableRemedy);
   TableSequence sequence;
   sequence.first = letters.begin()->first;
-  const long length = static_cast<long>(letters.rbegin()->first) - sequence.first + 1;
+  const std::int64_t length = static_cast<std::int64_t>(letters.rbegin()->first) - sequence.first + 1;
   checkLimit(static_cast<std::size_t>(length), limits::kSequence, file);
   sequence.letters.assign(static_cast<std::size_t>(length), kUnknownResidue);
   for (const auto& [resid, letter] : letters)
-    sequence.letters[static_cast<std::size_t>(static_cast<long>(resid) - sequence.first)] = letter;
+    sequence.letters[static_cast<std::size_t>(static_cast<std::int64_t>(resid) - sequence.first)] = letter;
   return sequence;
 }
 
@@ -128,8 +129,8 @@ void readShiftCells(const TableRow& row, int position, char letter, TableShifts&
 
 void readRow(const TableRow& row, const TableSequence& sequence, TableShifts& found) {
   const auto resid = toInteger(row.number);
-  const long position = resid ? static_cast<long>(*resid) - sequence.first + 1 : 0;
-  if (position < 1 || position > static_cast<long>(sequence.letters.size())) {
+  const std::int64_t position = resid ? static_cast<std::int64_t>(*resid) - sequence.first + 1 : 0;
+  if (position < 1 || position > static_cast<std::int64_t>(sequence.letters.size())) {
     found.outside.push_back(printable(row.number, 20));
     return;
   }
@@ -157,7 +158,7 @@ void takeRemarks(const GDB& table, int first, Protein& protein) {
   bool isStated = false;
   for (std::string& remark : protein.remarks) {
     if (!hasNumbering(remark)) continue;
-    remark = shiftedNumbering(remark, static_cast<long>(first) - 1);
+    remark = shiftedNumbering(remark, static_cast<std::int64_t>(first) - 1);
     isStated = true;
   }
   if (isStated) return;

@@ -1,6 +1,7 @@
 #include "protein/place_on_sequence.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <unordered_map>
 #include <utility>
@@ -16,9 +17,9 @@ namespace zorvela {
 namespace {
 
 // Programs number spin systems that are not assigned far beyond the sequence.
-constexpr long kStraysFrom = 50;
+constexpr std::int64_t kStraysFrom = 50;
 // Numbers of one protein; the letters of a sequence whose numbers jump further are not kept by number.
-constexpr long kWidestNumbers = 10 * static_cast<long>(kLongestSequence);
+constexpr std::int64_t kWidestNumbers = 10 * static_cast<std::int64_t>(kLongestSequence);
 
 char letterOf(const FileResidue& residue) {
   return withoutThiolState(polypeptideResidue(residue.name).letter);
@@ -50,8 +51,8 @@ NumberedLetters lettersByNumber(const std::vector<FileResidue>& residues, const 
   for (const FileResidue& residue : residues) {
     const auto number = readResidueNumber(residue.number);
     if (number && !number->code.empty()) continue;  // 52A shares the number of 52
-    const long place = number ? number->number - byNumber.first : -1;
-    if (place < static_cast<long>(byNumber.letters.size()) || place > kWidestNumbers)
+    const std::int64_t place = number ? number->number - byNumber.first : -1;
+    if (place < static_cast<std::int64_t>(byNumber.letters.size()) || place > kWidestNumbers)
       throwBadNumber(sequence, residue.number);
     byNumber.letters.resize(static_cast<std::size_t>(place), ' ');
     byNumber.letters += letterOf(residue);
@@ -74,11 +75,11 @@ NumberedChain numberedChain(FileChain chain, std::optional<int> firstResidue, co
   numbered.isFirstOpen = ownFirst.empty() && !firstResidue;
   const auto first = ownFirst.empty() ? 1 : toInteger(ownFirst);
   if (!first) throwBadNumber(sequence, ownFirst);
-  const long moved = firstResidue ? long{*firstResidue} - *first : 0;
+  const std::int64_t moved = firstResidue ? std::int64_t{*firstResidue} - *first : 0;
   std::unordered_map<std::string, std::string> keys;
   for (std::size_t i = 0; i < chain.residues.size(); ++i) {
     FileResidue& residue = chain.residues[i];
-    if (residue.number.empty()) residue.number = std::to_string(*first + static_cast<long>(i));
+    if (residue.number.empty()) residue.number = std::to_string(*first + static_cast<std::int64_t>(i));
     if (moved != 0) residue.number = steppedNumber(residue.number, moved).value_or("");
     keys.emplace(residue.key, residue.number);
     residue.key = residue.number;
@@ -94,7 +95,7 @@ NumberedChain numberedChain(FileChain chain, std::optional<int> firstResidue, co
 /// A row of the file, or a residue of the file's own sequence, by the number that it has in the sequence
 /// given.
 struct NumberedRow {
-  long number = 0;
+  std::int64_t number = 0;
   const FileShift* row = nullptr;
 };
 
@@ -129,7 +130,7 @@ class ChainRows {
  private:
   void add(const FileShift& row) {
     if (const auto number = toInteger(numberOf(row)))
-      rows.push_back({long{*number} + row.offset.value_or(0), &row});
+      rows.push_back({std::int64_t{*number} + row.offset.value_or(0), &row});
   }
 
   std::vector<FileShift> named;  ///< rows for the residues of the file's own sequence
@@ -138,8 +139,9 @@ class ChainRows {
 };
 
 /// Evidence of the residues among the rows, without spin systems that are not assigned.
-std::vector<ResidueEvidence> evidenceOf(const Rows& rows, const std::set<int>& spinSystems, long lastNumber) {
-  std::map<long, std::uint32_t> byNumber;
+std::vector<ResidueEvidence> evidenceOf(const Rows& rows, const std::set<int>& spinSystems,
+                                        std::int64_t lastNumber) {
+  std::map<std::int64_t, std::uint32_t> byNumber;
   Exclusion exclusion;
   for (const NumberedRow& one : rows)
     if (spinSystems.count(static_cast<int>(one.number)) == 0) byNumber[one.number] |= exclusion.of(*one.row);

@@ -1,6 +1,7 @@
 #include "protein/sequence.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <map>
 #include <numeric>
@@ -113,10 +114,10 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
   const auto first = readResidueNumber(before.key);
   const auto last = readResidueNumber(after.key);
   if (!first || !last || after.bondedToPrevious) return missing;
-  const long count = static_cast<long>(last->number) - first->number - 1;
+  const std::int64_t count = static_cast<std::int64_t>(last->number) - first->number - 1;
   if (count <= 0) return missing;
   const bool isFilled = count <= kLongestGap && filled + count <= kMostFilled;
-  for (long i = 1; i <= (isFilled ? count : 1); ++i) {
+  for (std::int64_t i = 1; i <= (isFilled ? count : 1); ++i) {
     FileResidue gap;
     gap.key = std::to_string(first->number + i);
     if (before.number == before.key) gap.number = gap.key;

@@ -47,30 +47,30 @@ std::uint32_t Exclusion::of(const FileShift& row) {
   return excluded;
 }
 
-std::size_t countConflicts(const NumberedLetters& sequence, long first,
+std::size_t countConflicts(const NumberedLetters& sequence, std::int64_t first,
                            const std::vector<ResidueEvidence>& residues, std::size_t most) {
-  const long moved = sequence.first - first;
+  const std::int64_t moved = sequence.first - first;
   std::size_t conflicts = 0;
   for (const ResidueEvidence& residue : residues)
     if (isInConflict(residue, sequence.at(residue.number + moved)) && ++conflicts > most) break;
   return conflicts;
 }
 
-std::optional<long> fittingFirst(const NumberedLetters& sequence,
-                                 const std::vector<ResidueEvidence>& residues) {
+std::optional<std::int64_t> fittingFirst(const NumberedLetters& sequence,
+                                         const std::vector<ResidueEvidence>& residues) {
   constexpr double kMostPairs = 1e8;
   if (residues.empty()) return std::nullopt;
   const auto byNumber = [](const ResidueEvidence& a, const ResidueEvidence& b) {
     return a.number < b.number;
   };
   const auto [lowest, highest] = std::minmax_element(residues.begin(), residues.end(), byNumber);
-  const long from = lowest->number - static_cast<long>(sequence.letters.size()) + 1;
+  const std::int64_t from = lowest->number - static_cast<std::int64_t>(sequence.letters.size()) + 1;
   if (static_cast<double>(highest->number - from) * static_cast<double>(residues.size()) > kMostPairs)
     return std::nullopt;
   auto fewest = static_cast<std::size_t>(kMostInConflict * static_cast<double>(residues.size()));
-  std::optional<long> fitting;
+  std::optional<std::int64_t> fitting;
   bool isFound = false;
-  for (long first = from; first <= highest->number; ++first) {
+  for (std::int64_t first = from; first <= highest->number; ++first) {
     const std::size_t conflicts = countConflicts(sequence, first, residues, fewest);
     if (conflicts > fewest) continue;
     const bool isTie = isFound && conflicts == fewest;

@@ -19,19 +19,19 @@ inline constexpr double kMostInConflict = 0.05;
 
 /// A sequence by number: its letters from the first number on, a blank for a number that is no residue.
 struct NumberedLetters {
-  long first = 1;
+  std::int64_t first = 1;
   std::string letters;
 
-  long last() const { return first + static_cast<long>(letters.size()) - 1; }
+  std::int64_t last() const { return first + static_cast<std::int64_t>(letters.size()) - 1; }
   /// A blank outside the sequence.
-  char at(long number) const {
+  char at(std::int64_t number) const {
     return number < first || number > last() ? ' ' : letters[static_cast<std::size_t>(number - first)];
   }
 };
 
 /// What the shifts of a residue say against residue types.
 struct ResidueEvidence {
-  long number = 0;
+  std::int64_t number = 0;
   std::uint32_t excluded = 0;  ///< a bit for each of `kAminoAcids`
 };
 
@@ -51,13 +51,13 @@ class Exclusion {
 };
 
 /// How many residues are in conflict where the sequence begins with this number; counting ends beyond `most`.
-std::size_t countConflicts(const NumberedLetters& sequence, long first,
+std::size_t countConflicts(const NumberedLetters& sequence, std::int64_t first,
                            const std::vector<ResidueEvidence>& residues, std::size_t most);
 
 /// The number of the first residue with which the residues fit: fewest conflicts, not above the bound, and no
 /// other number has as few. Nothing where there is none, and for more pairs of residues and numbers than a
 /// protein has.
-std::optional<long> fittingFirst(const NumberedLetters& sequence,
-                                 const std::vector<ResidueEvidence>& residues);
+std::optional<std::int64_t> fittingFirst(const NumberedLetters& sequence,
+                                         const std::vector<ResidueEvidence>& residues);
 
 }  // namespace zorvela

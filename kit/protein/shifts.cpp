@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <utility>
@@ -29,13 +30,13 @@ const char* ambiguityText(const std::string& code) {
 // --- Residues of rows ---------------------------------------------------------------------------
 
 /// The position, 0 for one outside the sequence.
-int within(const ChainSequence& sequence, long position) {
+int within(const ChainSequence& sequence, std::int64_t position) {
   return position >= 1 && position <= sequence.size() ? static_cast<int>(position) : 0;
 }
 
 /// Position of the residue that a row names, 0 if the sequence has none for it. `offset` is added to the
 /// row's number; with none the row's words for the residue count.
-int namedPlaceOf(const FileShift& row, const ChainSequence& sequence, long offset) {
+int namedPlaceOf(const FileShift& row, const ChainSequence& sequence, std::int64_t offset) {
   if (offset == 0)
     return row.key.empty() ? sequence.positionOfNumber(row.number) : sequence.positionOfKey(row.key);
   const auto number = toInteger(keyOf(row));
@@ -43,9 +44,9 @@ int namedPlaceOf(const FileShift& row, const ChainSequence& sequence, long offse
 }
 
 /// Position of the residue that has the shift: the one that the row names, or its neighbour.
-int placeOf(const FileShift& row, const ChainSequence& sequence, long offset) {
+int placeOf(const FileShift& row, const ChainSequence& sequence, std::int64_t offset) {
   const int named = namedPlaceOf(row, sequence, offset);
-  return row.offset && named != 0 ? within(sequence, long{named} + *row.offset) : named;
+  return row.offset && named != 0 ? within(sequence, std::int64_t{named} + *row.offset) : named;
 }
 
 /// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
@@ -63,7 +64,7 @@ bool isMisplaced(const FileShift& row, const ChainSequence& sequence) {
 }
 
 /// The one offset under which (nearly) all residue names agree with the sequence; 0 if there is none.
-long commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
+std::int64_t commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
   constexpr std::size_t kSampleSize = 200;
   constexpr std::size_t kSmallestSample = 5;
   constexpr int kLongestSearched = 10000;
@@ -75,8 +76,8 @@ long commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
       sample.emplace(*number, letter);
   }
   if (sample.size() < kSmallestSample || sequence.size() > kLongestSearched) return 0;
-  const long first = sample.begin()->first;
-  const long last = sample.rbegin()->first;
+  const std::int64_t first = sample.begin()->first;
+  const std::int64_t last = sample.rbegin()->first;
   if (last - first > kLongestSearched) return 0;  // no numbers of one protein
   std::vector<std::size_t> votes(static_cast<std::size_t>(sequence.size() + last - first), 0);
   for (const auto& [number, letter] : sample)
@@ -89,7 +90,7 @@ long commonOffset(const ShiftRows& rows, const ChainSequence& sequence) {
 }
 
 /// What is added to the numbers of rows to find their residues; 0 in most files.
-long offsetOf(const ShiftRows& rows, const ChainSequence& sequence) {
+std::int64_t offsetOf(const ShiftRows& rows, const ChainSequence& sequence) {
   const auto misplaced = std::count_if(rows.begin(), rows.end(),
                                        [&](const FileShift* row) { return isMisplaced(*row, sequence); });
   return static_cast<std::size_t>(misplaced) * 2 > rows.size() ? commonOffset(rows, sequence) : 0;
@@ -223,7 +224,7 @@ void take(const FileShift& row, int position, const ChainResidue& residue, Colle
 // --- All rows -----------------------------------------------------------------------------------
 
 /// The rows of residues' own shifts, or those that are kept under a neighbour.
-void collect(const ShiftRows& rows, bool areOwn, long offset, const ChainSequence& sequence,
+void collect(const ShiftRows& rows, bool areOwn, std::int64_t offset, const ChainSequence& sequence,
              Collected& found) {
   for (const FileShift* row : rows) {
     if (row->offset.has_value() == areOwn) continue;
@@ -290,7 +291,7 @@ void addOfNeighbours(const Chosen& ofNeighbours, const ChainSequence& sequence, 
   }
 }
 
-Collected collectAll(const ShiftRows& rows, long offset, const ChainSequence& sequence) {
+Collected collectAll(const ShiftRows& rows, std::int64_t offset, const ChainSequence& sequence) {
   Collected found;
   collect(rows, false, offset, sequence, found);
   settleOlderGlycine(sequence, found);
@@ -362,7 +363,7 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
 
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides) {
-  const long offset = offsetOf(rows, sequence);
+  const std::int64_t offset = offsetOf(rows, sequence);
   const Collected found = collectAll(rows, offset, sequence);
   if (offset != 0)
     notes.push_back(

@@ -3,7 +3,7 @@ import re
 import unittest
 
 from blocks import DOCUMENTS, blocks_of, masked
-from zorvela_tests.program import SOURCE
+from zorvela_tests.program import SOURCE, kit
 
 # The documents that show output, and how many blocks of it at least.
 SHOWING = {"README.md": 3, "file-format.md": 3, "kit.md": 2}
@@ -51,3 +51,13 @@ class Readme(unittest.TestCase):
         for p, norm in zip(equal, natural):
             odds = p / (1 - p) / 19
             self.assertAlmostEqual(odds / (1 + odds), norm, delta=0.0005)
+
+
+class Release(unittest.TestCase):
+    def test_the_version_is_that_of_the_program(self):
+        version = kit("--version").stdout.split()[-1]
+        self.assertRegex(version, r"^\d+\.\d+\.\d+$")
+        citation = (SOURCE / "CITATION.cff").read_text(encoding="utf-8")
+        self.assertIn(f"\nversion: {version}\n", citation)
+        changes = (SOURCE / "CHANGELOG.md").read_text(encoding="utf-8")
+        self.assertEqual(re.search(r"^## (\d\S*)", changes, re.MULTILINE).group(1), version)

@@ -1,4 +1,5 @@
 // Reads NEF: the sequence by chain, covalent links, chemical shift lists.
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -47,7 +48,7 @@ bool isJump(const std::string& before, const std::string& after) {
   const auto first = readResidueNumber(before);
   const auto second = readResidueNumber(after);
   if (!first || !second) return false;
-  const long steps = static_cast<long>(second->number) - first->number;
+  const std::int64_t steps = static_cast<std::int64_t>(second->number) - first->number;
   return steps != 0 && steps != 1;
 }
 

@@ -1,6 +1,7 @@
 #include "train/study/sequence_study.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -12,8 +13,8 @@ namespace zorvela {
 
 namespace {
 
-constexpr long kFarthest = 30;
-constexpr long kFarthestOfOther = 10;
+constexpr std::int64_t kFarthest = 30;
+constexpr std::int64_t kFarthestOfOther = 10;
 
 /// Atoms that a list may have alone.
 struct AtomSet {
@@ -31,7 +32,7 @@ const std::vector<AtomSet>& atomSets() {
 
 /// The shifts of some atoms, without their residue names.
 std::vector<ResidueEvidence> evidenceOf(const Protein& protein, const std::vector<Atom>& atoms) {
-  std::map<long, std::uint32_t> byNumber;
+  std::map<std::int64_t, std::uint32_t> byNumber;
   Exclusion exclusion;
   for (const Shift& shift : protein.shifts) {
     if (std::find(atoms.begin(), atoms.end(), shift.atom) == atoms.end()) continue;
@@ -48,9 +49,9 @@ std::vector<ResidueEvidence> evidenceOf(const Protein& protein, const std::vecto
 /// Fewest residues in conflict where the sequence begins with one of the numbers, but not with 1 if that is
 /// left out.
 std::size_t fewestConflicts(const std::string& letters, const std::vector<ResidueEvidence>& evidence,
-                            long farthest, bool isTrueLeftOut) {
+                            std::int64_t farthest, bool isTrueLeftOut) {
   std::size_t fewest = evidence.size();
-  for (long moved = -farthest; moved <= farthest; ++moved)
+  for (std::int64_t moved = -farthest; moved <= farthest; ++moved)
     if (moved != 0 || !isTrueLeftOut)
       fewest = std::min(fewest, countConflicts({1, letters}, 1 + moved, evidence, fewest));
   return fewest;

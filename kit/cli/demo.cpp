@@ -1,0 +1,77 @@
+// The sub-command `demo`: the prediction of an example that every copy of the program holds.
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/example.h"
+#include "cli/progress.h"
+#include "cli/reference_tables.h"
+#include "cli/whole_file.h"
+#include "zorvela/read.h"
+#include "zorvela/run_file.h"
+
+namespace zorvela {
+
+namespace {
+
+constexpr const char* kBefore =
+    "Staphylococcal nuclease, shifts of BMRB entry 16585. In the crystal structure\n"
+    "proline 117 is cis, and the four others are trans. What the shifts say:\n\n";
+
+constexpr const char* kAfter = R"(
+How to read it
+
+  P_CIS_NORM  the probability that the bond before the proline is cis: go by it.
+              P_CIS is the same if cis and trans were equally common.
+  Call        cis, trans or undecided, by P_CIS_NORM. Undecided: measure more.
+  Shifts      how many of N, HA, C, CA, CB, HN each of the three residues has.
+              With few of them the answer says little.
+  CG          shift of the proline's CG in ppm, with CB the best witness.
+              Measure it if it is missing.
+  Offsets     referencing errors. One that is certain is taken away, and said.
+
+Your own protein: zorvela-kit run your.str
+Why, and what to measure next: zorvela-kit run --explain your.str
+)";
+
+void demonstrate(const std::string& tablesGiven) {
+  RunReport report;
+  report.tables = findTables(tablesGiven);
+  const Tables tables = loadTables(report.tables);
+  report.classes = statisticsOf(tables);
+  const auto read = [] { return readShiftBytes(kExample, kExampleName, {}); };
+  report.files.push_back(reportOn(kExampleName, read, Predictor(tables)));
+  const ReportStyle style{wantsColour("-")};
+  writeWhole("-", [&](std::ostream& out) {
+    out << kBefore;
+    writeTable(report, style, out);
+    out << kAfter;
+  });
+}
+
+}  // namespace
+
+const char* firstCommands() {
+  return R"(Which prolines of a protein are cis? zorvela-kit answers from its chemical shifts.
+
+An example, and how to read the answer:
+  zorvela-kit demo
+Your own file, such as the NMR-STAR file of a BMRB entry, NEF, CSV or a shift table:
+  zorvela-kit run your.str
+The same as a page with pictures, which says why:
+  zorvela-kit run --format html --output report.html your.str
+
+All that it does: zorvela-kit --help
+)";
+}
+
+void addDemo(CommandLine& line) {
+  const auto tables = std::make_shared<std::string>();
+  Command command = line.addCommand("demo", "Predict an example, and say how to read the answer");
+  command.add("--tables", *tables, "DIR", "Folder of the seven reference tables");
+  command.runs([tables] { demonstrate(*tables); });
+}
+
+}  // namespace zorvela

@@ -229,6 +229,16 @@ class ManyChains(Made):
                          ["13C +3.0 ppm, corrected", "none"])
         self.assertRegex(first_line(text), r"corrected before predicting in \S*high\.tab\.$")
 
+    def test_index_without_carbon_knows_no_offset_of_carbon(self):
+        lines = program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True)
+        without = [line for line in lines if len(line.split()) != 4 or line.split()[2] not in ("C", "CA", "CB", "CG")]
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "protons.tab")
+            with open(path, "w", encoding="utf-8") as file:
+                file.writelines(without)
+            text = page(path, program.EXAMPLES[0])
+        self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]], ["13C not known", "none"])
+
     def test_links_lead_into_folds(self):
         text = self.page_of(a=self.CIS, b=self.TRANS)
         for place in re.findall(r"<a href=\"#(chain\d)\"", text):

@@ -176,6 +176,8 @@ class Cards(Made):
         (row,) = [row for row in table_after(text, "<table") if row[0] == "CG"]
         self.assertEqual(row[:4], ["CG", "–", "24.0", "27.0"])
         self.assertRegex(row[4], r"^worth 0\.\d\d bits$")
+        # So surely trans that CG would add less than 0.02 bits.
+        self.assertNotIn("bits", card(self.page_of({(2, "CB"): 29.5}), "P2"))
 
     def test_headlines(self):
         # As above, log-odds of -0.944: 28.0 %. CG 24 adds 4.5 instead of 3: 63.5 %. CB 30 and CG 27 speak for trans

@@ -268,7 +268,7 @@ ProteinStructure readStructureFile(const std::string& path) {
 
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file) {
   refuseForeign(bytes, file, Wanted::structure, kFormatRemedy);
-  if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
+  dropByteOrderMark(bytes);
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
   ProteinStructure structure;
   structure.file = file;

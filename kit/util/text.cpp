@@ -193,6 +193,10 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return lowerLetter(x) == lowerLetter(y); });
 }
 
+void dropByteOrderMark(std::string& text) {
+  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+}
+
 bool startsIgnoringCase(std::string_view text, std::string_view start) {
   return equalIgnoringCase(text.substr(0, start.size()), start);
 }

@@ -39,6 +39,9 @@ std::string withLatinLetters(std::string_view text);
 /// The name of a file without its folder; nothing after a "/" at the end.
 std::string baseName(const std::string& path);
 
+/// Takes away the mark that editors of Windows put before UTF-8.
+void dropByteOrderMark(std::string& text);
+
 /// Without white space (and control characters) at the ends.
 std::string_view trimmed(std::string_view text);
 

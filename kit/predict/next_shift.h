@@ -1,4 +1,4 @@
-// What is worth measuring next.
+// Finds the shifts that are worth measuring next.
 //
 // Before a shift is measured, the class densities of the tables say which values to expect: under each class
 // a normal density with the table's mean and deviation, mixed by the present probability of cis. For each
@@ -35,7 +35,7 @@ double expectedGain(double logOdds, const MissingShift& shift);
 double chanceToDecide(double logOdds, const MissingShift& shift);
 
 /// All of them, the largest gain first; ties in the order of the triplet. `isUndecided`: with the chance to
-/// decide. Nothing where the log-odds are no finite number.
+/// decide. Nothing if the log-odds are not a finite number.
 std::vector<NextShift> nextShifts(double logOdds, bool isUndecided, const std::vector<MissingShift>& missing);
 
 }  // namespace zorvela

@@ -15,7 +15,7 @@ namespace {
 // Residue numbers of these programs are texts of up to four characters.
 constexpr std::size_t kLongestNumber = 4;
 
-/// Whether a name can stand in a line as it is.
+/// Tells whether a name can be in a line unchanged.
 bool isChainName(const std::string& name) {
   return std::all_of(name.begin(), name.end(), [&name](const char& c) {
     return isDigit(c) || isLetter(c) || (&c != &name.front() && contains("_-+.", std::string_view(&c, 1)));

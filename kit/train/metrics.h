@@ -1,4 +1,4 @@
-// How good predictions are: figures for a set of prolines, with bootstrap intervals over clusters.
+// Accuracy of predictions: figures for a set of prolines, with bootstrap intervals over clusters.
 #pragma once
 
 #include <array>

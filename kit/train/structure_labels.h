@@ -63,7 +63,7 @@ class LabelVotes {
   void count(const std::vector<Ballot>& ballots);
 
   std::size_t proteinCount() const { return all.size(); }
-  /// Counts the prolines, and those with a label.
+  /// Count the prolines with a label, and all prolines.
   std::size_t labelled() const;
   std::size_t prolines() const;
 

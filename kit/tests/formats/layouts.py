@@ -111,6 +111,11 @@ def without_names(protein):
     return "resid\tatom\tshift\n" + "".join("%d\t%s\t%s\n" % row for row in protein.shifts)
 
 
+def shift_table(protein, sequence=""):
+    return sequence + "VARS RESID ATOMNAME SHIFT\nFORMAT %4d %4s %8.3f\n\n" + "".join(
+        "%4d %4s %s\n" % row for row in protein.shifts)
+
+
 # --- Lists with names -------------------------------------------------------------------------------
 
 def sparky(protein, header=True, neighbours=False):

@@ -22,6 +22,7 @@ NAMELESS = {
     "ppm.out of a chain": lambda p: (layouts.nmrview(p, chain="A:", tab=True), layouts.seq_lower(p)),
     "CNS": lambda p: (layouts.cns(p), layouts.seq(p)),
     "columns": lambda p: (layouts.without_names(p), layouts.seq(p)),
+    "shift table": lambda p: (layouts.shift_table(p), layouts.seq(p)),
 }
 NAMED = {
     "prot with names": lambda p: layouts.xeasy(p, names=True),
@@ -99,6 +100,15 @@ class WorkingFiles(unittest.TestCase):
                     # Without a name of its own, a proline that only its neighbour shows needs the sequence.
                     found, _ = self.imported(text, layouts.seq(protein) if "next" in layout or "CcpNmr 3" in layout else None)
                     self.check(protein, found)
+
+    def test_a_shift_table_with_a_sequence_of_its_own(self):
+        for name, protein in PROTEINS.items():
+            with self.subTest(protein=name):
+                sequence = "DATA SEQUENCE %s\n" % "".join(protein.letters.values())
+                status, out, err = self.run_import(layouts.shift_table(protein, sequence))
+                self.assertEqual(status, 0, err)
+                self.check(protein, layouts.of_table(out))
+                self.assertNotIn("differ", err)
 
     def test_lists_without_some_atoms(self):
         for name, protein in PROTEINS.items():

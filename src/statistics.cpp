@@ -18,7 +18,7 @@ constexpr double kDegreesPerRadian = 57.29577791868204;
 constexpr int kCellDigits = 6;
 // Digits behind the point, or significant ones, at the most.
 constexpr int kMostDigits = 99;
-// Room for any float with that many decimals.
+// Enough for any float with that many decimals.
 constexpr std::size_t kLongestNumber = 160;
 constexpr std::size_t kLongestInteger = 12;
 

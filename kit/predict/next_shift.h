@@ -1,6 +1,6 @@
 // Finds the shifts that are worth measuring next.
 //
-// Before a shift is measured, the class densities of the tables say which values to expect: under each class
+// Before a shift is measured, the class densities of the tables give the expected values: under each class
 // a normal density with the table's mean and deviation, mixed by the present probability of cis. For each
 // value the model's own update (difference of the two exponents, after the value is brought into its limits)
 // gives the log-odds afterwards. The expected gain is the entropy of the call now less its expectation over

@@ -145,7 +145,7 @@ RestraintText writeRosetta(const RestraintRequest& request) {
   });
 }
 
-/// Of a residue that is there twice nobody could say which of the declarations counts.
+/// Rejects a proline that occurs twice: it would be unclear which declaration counts.
 void checkNumbers(const RestraintRequest& request) {
   std::set<std::pair<std::string, std::string>> known;
   for (const RestrainedChain& chain : request.chains)

@@ -59,9 +59,9 @@ class StructureAligner {
   /// `file` is how messages name it, with so many residues.
   StructureAligner(std::string file, std::size_t residues);
   explicit StructureAligner(const ProteinStructure& structure);
-  /// As `align`. FileError that names the structure where the product of both lengths is above 15 million, or
-  /// the work so far above 100 million pairs of residues and 4,000 for each residue of the structure: a
-  /// capsid of 1,300 chains and fifteen entries of its protein are below.
+  /// Aligns as `align` does. Throws FileError that names the structure if the product of both lengths is
+  /// above 15 million, or the work so far above 100 million pairs of residues and 4,000 for each residue of
+  /// the structure: a capsid of 1,300 chains and fifteen entries of its protein are below.
   ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
  private:

@@ -25,6 +25,9 @@ PHRASES = [
     (r"\bnot used (is|are)\b", "X is not used"),
 ]
 
+# A doc comment begins with a verb, or with the name of a thing.
+DOC_COMMENT = re.compile(r"^ *(?:.*; +)?///<? ?(?:What|The same|Whether|How)\b.*", re.MULTILINE)
+
 CHECKED = [
     "CONTRIBUTING.md",
     "bench/README.md",
@@ -36,6 +39,15 @@ CHECKED = [
     "doc/architecture.md",
     "doc/architecture.svg",
     "kit/include/zorvela/*.h",
+    "src/**/*.h",
+    "src/*.cpp",
+    "kit/names/*",
+    "kit/predict/*",
+    "kit/restrain/*",
+    "kit/structure/*",
+    "kit/train/**/*.h",
+    "kit/train/**/*.cpp",
+    "kit/util/*",
 ]
 
 # What a document may contain: our words where they are explained, and names of members.
@@ -46,7 +58,7 @@ EXCEPTIONS = {
 
 def prose(name, text):
     """The text without code: the comments of a header, the labels of a picture, a page without its code."""
-    if name.endswith(".h"):
+    if name.endswith((".h", ".cpp")):
         text = "\n".join(re.findall(r"//[/<]*(.*)", text))
     elif name.endswith(".svg"):
         text = "\n".join(re.findall(r">([^<]+)</text>", text))
@@ -74,7 +86,9 @@ class Wording(unittest.TestCase):
             for file in files:
                 name = file.relative_to(source).as_posix()
                 with self.subTest(document=name):
-                    self.assertEqual(faults(name, file.read_text(encoding="utf-8")), [])
+                    text = file.read_text(encoding="utf-8")
+                    self.assertEqual(faults(name, text), [])
+                    self.assertEqual(DOC_COMMENT.findall(text), [])
 
     def test_each_phrase_is_found(self):
         for sentence in ("This is no shift file.", "The format stands in a table.", "A note says what was read.",
@@ -85,6 +99,10 @@ class Wording(unittest.TestCase):
             with self.subTest(sentence=sentence):
                 self.assertEqual(len(faults("page.md", sentence)), 1)
                 self.assertEqual(len(faults("file.h", f"int a;  ///< {sentence}\n")), 1)
+
+    def test_a_doc_comment_without_a_verb_is_found(self):
+        text = "/// What a file holds.\nint a;\nint b;  ///< The same for b\n/// Returns what a file holds.\n"
+        self.assertEqual(DOC_COMMENT.findall(text), ["/// What a file holds.", "int b;  ///< The same for b"])
 
     def test_code_is_not_read(self):
         self.assertEqual(faults("page.md", "There is no prediction. See `room`.\n\n```console\nis no shift file\n```\n"), [])

@@ -1,4 +1,4 @@
-"""The texts that users read are plain English: none has a phrase of this list.
+"""Finished documents and comments are plain English: none has a phrase of this list.
 
 To check another document, add its name to CHECKED.
 """
@@ -8,7 +8,7 @@ import unittest
 
 from zorvela_tests.program import SOURCE
 
-# A phrase to avoid, and a better one. White space stands for any; case does not matter.
+# A phrase to avoid, and a better one; case does not matter.
 PHRASES = [
     (r"(?<!there )\b(is|are|was|were) no (?!longer|more)", "is not a, has no"),
     (r"\bstands?\b(?! for)", "is"),

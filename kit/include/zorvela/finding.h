@@ -66,7 +66,7 @@ std::optional<double> meanOmega(const StructureFinding& finding);
 /// Returns the mean CA - CA distance (A) of the bonds without omega; nothing if there are none or if mixed.
 std::optional<double> meanCaToCa(const StructureFinding& finding);
 
-/// How a chain of a structure fits the protein of the shifts.
+/// Fit of a structure chain to the protein of the shifts.
 struct ChainMatch {
   std::string file;
   std::string chain;

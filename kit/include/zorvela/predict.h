@@ -108,7 +108,7 @@ bool differsFromFlag(const ProlineResult& proline);
 /// Tells whether the correction of the shifts changed the call.
 bool dependsOnCorrection(const ProlineResult& proline);
 
-/// How completely one residue is assigned.
+/// Completeness of the assignment of one residue.
 struct Assignment {
   int present = 0;   ///< of N, HA, C, CA, CB, HN
   int possible = 0;  ///< how many of these the residue type has; 0 for a type that is unknown

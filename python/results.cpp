@@ -509,6 +509,9 @@ void addProteins(const py::module_& module) {
           "prolines", [](Chain chain) -> auto& { return chain.prolines; },
           "list[Proline]: every proline of the sequence, in its order.")
       .add(
+          "warnings", [](Chain chain) { return toPython(warningsOf(chain)); },
+          "list[str]: offsets that were not corrected, and flags of the file that differ from the calls.")
+      .add(
           "notes", [](Chain chain) { return toPython(joined(chain.notes, chain.asides)); },
           "list[str]: what was renamed, left out or guessed in reading the shifts.")
       .addParts(

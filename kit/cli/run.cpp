@@ -18,6 +18,7 @@
 #include "cli/progress.h"
 #include "cli/reference_tables.h"
 #include "cli/whole_file.h"
+#include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -103,19 +104,32 @@ void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const
 
 // --- Reporting ----------------------------------------------------------------------------------
 
-std::vector<ChainNotes> chainNotes(const FileReport& file, std::vector<std::string> ProteinResult::*notes) {
+bool isTableOnStandardOutput(const RunSettings& settings) {
+  return settings.format == "table" && settings.output == "-";
+}
+
+/// The first lines of the table name the corrections; a terminal would show them twice.
+std::vector<ChainNotes> importNotes(const FileReport& file, bool withCorrection) {
   std::vector<ChainNotes> chains;
-  for (const ProteinResult& protein : file.proteins) chains.push_back({protein.chain, protein.*notes});
+  for (const ProteinResult& protein : file.proteins)
+    chains.push_back({protein.chain, withCorrection ? protein.notes : otherNotes(protein)});
   return chains;
 }
 
-void sayAll(const RunReport& report) {
+std::vector<ChainNotes> structureNotes(const FileReport& file) {
+  std::vector<ChainNotes> chains;
+  for (const ProteinResult& protein : file.proteins)
+    chains.push_back({protein.chain, protein.structureNotes});
+  return chains;
+}
+
+void sayAll(const RunSettings& settings, const RunReport& report) {
   for (const ProteinStructure& structure : report.structures)
     sayFileNotes(structure.file, {{"", structure.notes}}, kNotesShown, kAllNotes);
   for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
   for (const FileReport& file : report.files) {
-    sayFileNotes(file.file, chainNotes(file, &ProteinResult::notes), kNotesShown, kAllNotes);
-    sayFileNotes(file.file, chainNotes(file, &ProteinResult::structureNotes), kNotesShown, kAllNotes);
+    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)), kNotesShown, kAllNotes);
+    sayFileNotes(file.file, structureNotes(file), kNotesShown, kAllNotes);
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);
@@ -182,12 +196,12 @@ void run(RunSettings& settings) {
     report.structures.push_back(readStructureArgument(file));
   predictFiles(settings, joined, tables, report);
   noteChainsWithoutShifts(report);
-  sayAll(report);
+  sayAll(settings, report);
   joined.sayLookAlikes();
   sayUnknownResidues(settings, report);
   // What is wrong with a single file has been said.
-  const bool isSaid = settings.format == "table" && settings.output == "-" && report.files.size() == 1 &&
-                      countErrors(report) == 1;
+  const bool isSaid =
+      isTableOnStandardOutput(settings) && report.files.size() == 1 && countErrors(report) == 1;
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
   if (!isSaid)
     writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });

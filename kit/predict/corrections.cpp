@@ -46,7 +46,9 @@ std::string correctionText(const Corrections& corrections) {
       });
   if (corrections.deuteration > 0)
     phrases.push_back("carbon is deuterated (" + percent(corrections.deuteration) + "), which lowers it");
-  return enumerated(phrases) + "; corrected before predicting (--as-referenced keeps it)";
+  const bool canBeKept = !corrections.offsets.empty() || !corrections.isDeuterationGiven;
+  return enumerated(phrases) + "; corrected before predicting" +
+         (canBeKept ? " (--as-referenced keeps it)" : "");
 }
 
 std::string correctionRemark(const Corrections& corrections) {

@@ -13,7 +13,8 @@ using Offsets = std::map<std::string, double>;
 
 struct Corrections {
   Offsets offsets;
-  double deuteration = 0;  ///< share of the hydrogens on carbon that are deuterons, 0 to 1
+  double deuteration = 0;           ///< share of the hydrogens on carbon that are deuterons, 0 to 1
+  bool isDeuterationGiven = false;  ///< by the user, who then means it with --as-referenced, too
 
   bool empty() const { return offsets.empty() && deuteration == 0; }
 };

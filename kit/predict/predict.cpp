@@ -174,6 +174,7 @@ struct Findings {
 
   Findings(const Model& model, const Protein& protein, const PredictorOptions& options) {
     corrections.deuteration = deuterationOf(protein, options);
+    corrections.isDeuterationGiven = options.deuterated;
     offsets = estimateOffsets(Chain(model, protein, corrections).secondary);
     if (!options.asReferenced) corrections.offsets = correctionsOf(offsets);
   }

@@ -14,8 +14,6 @@ namespace zorvela {
 
 namespace {
 
-/// A gain (bits) that would be printed as 0.00.
-constexpr double kNoGain = 0.005;
 /// A chance that would be printed as 0 %.
 constexpr double kNoChance = 0.005;
 
@@ -39,8 +37,8 @@ std::string missingCells(const Evidence& evidence, int index) {
   double bits = 0;
   for (const NextShift& next : evidence.next)
     if (next.index == index) bits = next.bits;
-  return "<td colspan=\"2\" class=\"h\">" + (bits < kNoGain ? "" : "worth " + fixedText(bits, 2) + " bits") +
-         "</td></tr>\n";
+  return "<td colspan=\"2\" class=\"h\">" +
+         (bits < kWorthMeasuring ? "" : "worth " + fixedText(bits, 2) + " bits") + "</td></tr>\n";
 }
 
 std::string shiftRow(const Evidence& evidence, int index, bool withCorrected) {

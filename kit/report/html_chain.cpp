@@ -1,7 +1,6 @@
 #include "report/html_chain.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "report/html_cards.h"
 #include "report/html_pieces.h"
@@ -106,9 +105,7 @@ std::string structures(const ProteinResult& protein) {
 }
 
 std::string notes(const ProteinResult& protein) {
-  std::vector<std::string> others;  // the correction is in the answer
-  std::copy_if(protein.notes.begin(), protein.notes.end(), std::back_inserter(others),
-               [&](const std::string& note) { return note != protein.correction; });
+  const std::vector<std::string> others = otherNotes(protein);  // the correction is in the answer
   if (others.empty()) return "";
   const std::string list = bulletList(others);
   const std::string title = counted(others.size(), "note", "notes") + " of the import";

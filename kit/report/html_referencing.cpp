@@ -27,21 +27,26 @@ std::string figures(const ReferencingOffset& offset) {
   return text;
 }
 
+/// An error too large would hide an offset.
+bool isKnown(const ReferencingOffset& offset) {
+  return std::isfinite(offset.offset) &&
+         2 * static_cast<double>(offset.error) <= correctionBound(offset.atom);
+}
+
 std::string verdictOf(const ReferencingOffset& offset) {
   if (!std::isfinite(offset.offset)) return "not known: too few residues";
   if (callsForCorrection(offset)) return offset.correctedBy ? "corrected" : "<b>to be corrected</b>";
   if (isUncertain(offset)) return "perhaps wrong";
-  const bool wouldBeSeen = 2 * static_cast<double>(offset.error) <= correctionBound(offset.atom);
-  return wouldBeSeen ? "looks right" : "not known: the error is too large";
+  return isKnown(offset) ? "looks right" : "not known: the error is too large";
 }
 
 }  // namespace
 
 std::string offsetsInWords(const ProteinResult& protein) {
   std::vector<std::string> found;
-  bool isKnown = false;
+  bool isAnyKnown = false;
   for (const ReferencingOffset& offset : protein.offsets) {
-    isKnown = isKnown || std::isfinite(offset.offset);
+    isAnyKnown = isAnyKnown || isKnown(offset);
     if (offset.atom == "CB" || (!callsForCorrection(offset) && !isUncertain(offset)))
       continue;  // CA has its axis
     const auto value = static_cast<double>(offset.offset);
@@ -51,8 +56,10 @@ std::string offsetsInWords(const ProteinResult& protein) {
                      : isUncertain(offset) ? ", perhaps"
                                            : ", not corrected"));
   }
-  if (found.empty()) return isKnown ? "none" : "not known";
-  return enumerated(found);
+  if (!found.empty()) return enumerated(found);
+  if (!isAnyKnown) return "not known";
+  const ReferencingOffset* carbon = offsetOf(protein, "CA");
+  return carbon != nullptr && isKnown(*carbon) ? "none" : "13C not known";
 }
 
 std::string referencingTable(const ProteinResult& protein, const std::string& name) {

@@ -25,7 +25,8 @@ std::string offAxesText(const ProteinResult& protein, const ClassStatistics& cla
 
 /// The referencing offsets with their errors and bounds. `name` tells the chain from others of the page.
 std::string referencingTable(const ProteinResult& protein, const std::string& name);
-/// Those that call for a correction, or perhaps do: "13C +3.0 ppm, corrected"; "none" or "not known".
+/// Those that call for a correction, or perhaps do: "13C +3.0 ppm, corrected"; "none", "13C not known" or
+/// "not known".
 std::string offsetsInWords(const ProteinResult& protein);
 
 /// The prolines of a call as text: "P31, P117 and P201".

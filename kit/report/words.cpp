@@ -109,6 +109,19 @@ std::string worthMeasuring(const ProlineResult& proline) {
          " bits";
 }
 
+/// CB - CG where it is clear and says something else than the call. A referencing offset does not move it.
+std::string contradiction(const ProlineResult& proline) {
+  const auto& cb = proline.evidence->shift(kIndexCB).observed;
+  const auto& cg = proline.evidence->shift(kIndexCG).observed;
+  if (!cb || !cg) return "";
+  const double difference = static_cast<double>(*cb) - static_cast<double>(*cg);
+  if (difference > kTransCbMinusCgUpTo && difference < kCisCbMinusCgFrom) return "";
+  const Call said = difference >= kCisCbMinusCgFrom ? Call::cis : Call::trans;
+  if (said == proline.call) return "";
+  return (proline.call == Call::undecided ? "; CB - CG of " : "; but CB - CG of ") +
+         fixedText(difference, 1) + " ppm says " + toText(said);
+}
+
 std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
   const Reasons forCis = strongest(onSide(reasons, 1), kMostOnOneSide);
   const Reasons against = strongest(onSide(reasons, -1), kMostOnOneSide);
@@ -121,18 +134,7 @@ std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
     text += "only little speaks for cis, " + names(against) + " for trans";
   else
     text += names(forCis) + " " + verb(forCis, "speak") + " for cis, " + names(against) + " for trans";
-  return text + worthMeasuring(proline);
-}
-
-/// CB - CG where it says the opposite of the call. A referencing offset does not move it.
-std::string contradiction(const ProlineResult& proline) {
-  const auto& cb = proline.evidence->shift(kIndexCB).observed;
-  const auto& cg = proline.evidence->shift(kIndexCG).observed;
-  if (!cb || !cg) return "";
-  const double difference = static_cast<double>(*cb) - static_cast<double>(*cg);
-  const bool isCis = proline.call == Call::cis;
-  if (isCis ? difference > kTransCbMinusCgUpTo : difference < kCisCbMinusCgFrom) return "";
-  return "; but CB - CG of " + fixedText(difference, 1) + " ppm says " + (isCis ? "trans" : "cis");
+  return text + contradiction(proline) + worthMeasuring(proline);
 }
 
 }  // namespace
@@ -230,6 +232,12 @@ std::string nextStep(const ProlineResult& proline) {
   if (proline.call != Call::undecided) return "";
   const std::string before = proline.previous + proline.previousNumber;
   return "an NOE from HA of " + before + " to HA of P" + proline.number + " says cis, to HD trans";
+}
+
+std::vector<std::string> otherNotes(const ProteinResult& protein) {
+  std::vector<std::string> others = protein.notes;
+  others.erase(std::remove(others.begin(), others.end(), protein.correction), others.end());
+  return others;
 }
 
 std::string precisionNote(const ProlineResult& proline) {

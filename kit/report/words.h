@@ -48,6 +48,9 @@ std::string nextStep(const ProlineResult& proline);
 /// A shift that promises less (bits) is not worth an experiment.
 inline constexpr double kWorthMeasuring = 0.02;
 
+/// The notes of a chain without that on its correction, which reports have in a place of its own.
+std::vector<std::string> otherNotes(const ProteinResult& protein);
+
 /// What single precision hides: a P_CIS_NORM of 0, 1 or no number whose evidence is finite. Empty elsewhere.
 std::string precisionNote(const ProlineResult& proline);
 

@@ -287,9 +287,12 @@ class Errors(InFolder):
         cb = protein["prolines"][0]["evidence"]["shifts"]["CB"]
         self.assertEqual(cb["observed"], kept["evidence"]["shifts"]["CB"]["observed"])
         self.assertAlmostEqual(cb["corrected"], cb["observed"] - self.OFFSET, delta=1e-4)
-        table = program.run(file).stdout
-        self.assertEqual(table.splitlines()[0], note)
-        self.assertIn("; ! taken away before predicting\n", table)
+        table = program.run(file)
+        self.assertEqual(table.stdout.splitlines()[0], note)
+        self.assertIn("; ! taken away before predicting\n", table.stdout)
+        self.assertEqual(table.stderr, "")  # a terminal would show it twice
+        saved = program.run(file, "--output", self.path("saved.txt"))
+        self.assertEqual(saved.stderr, "zorvela-kit: note: %s: %s\n" % (file, note))
 
     def test_import_writes_corrected_shifts_with_a_remark(self):
         file = self.off(-3)

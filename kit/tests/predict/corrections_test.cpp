@@ -36,6 +36,9 @@ TEST(Corrections, AreSaidInOneLine) {
   EXPECT_EQ(correctionText({{}, 1}),
             "carbon is deuterated (100 %), which lowers it; corrected before predicting (--as-referenced "
             "keeps it)");
+  EXPECT_EQ(correctionText({{}, 1, true}),
+            "carbon is deuterated (100 %), which lowers it; corrected before predicting")
+      << "--as-referenced keeps no isotope shift that the user names";
   EXPECT_EQ(correctionRemark({{}, 0.85}),
             "Corrected: isotope shifts of deuterium (85 %) taken away from CA, CB and CG of proline");
 }

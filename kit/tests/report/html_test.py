@@ -176,6 +176,8 @@ class Cards(Made):
         (row,) = [row for row in table_after(text, "<table") if row[0] == "CG"]
         self.assertEqual(row[:4], ["CG", "–", "24.0", "27.0"])
         self.assertRegex(row[4], r"^worth 0\.\d\d bits$")
+        # So surely trans that CG would add less than 0.02 bits.
+        self.assertNotIn("bits", card(self.page_of({(2, "CB"): 29.5}), "P2"))
 
     def test_headlines(self):
         # As above, log-odds of -0.944: 28.0 %. CG 24 adds 4.5 instead of 3: 63.5 %. CB 30 and CG 27 speak for trans
@@ -228,6 +230,16 @@ class ManyChains(Made):
         self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]],
                          ["13C +3.0 ppm, corrected", "none"])
         self.assertRegex(first_line(text), r"corrected before predicting in \S*high\.tab\.$")
+
+    def test_index_without_carbon_knows_no_offset_of_carbon(self):
+        lines = program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True)
+        without = [line for line in lines if len(line.split()) != 4 or line.split()[2] not in ("C", "CA", "CB", "CG")]
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "protons.tab")
+            with open(path, "w", encoding="utf-8") as file:
+                file.writelines(without)
+            text = page(path, program.EXAMPLES[0])
+        self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]], ["13C not known", "none"])
 
     def test_links_lead_into_folds(self):
         text = self.page_of(a=self.CIS, b=self.TRANS)

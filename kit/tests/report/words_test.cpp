@@ -76,6 +76,15 @@ TEST(Words, CbMinusCgThatSaysTheOppositeIsNamed) {
   EXPECT_EQ(zorvela::sentenceOf(result), "trans: CG of the proline speaks for it; nothing speaks against it");
 }
 
+TEST(Words, CbMinusCgThatDecidesWhereTheCallDoesNotIsNamed) {
+  ProlineResult result = proline({{10, 2.5}});
+  result.evidence->shifts[10].observed = 36.5F;  // both 2.5 ppm too high
+  result.evidence->shifts[18].observed = 27.5F;
+  EXPECT_EQ(
+      zorvela::sentenceOf(result),
+      "undecided: CB of the proline speaks for cis, but not clearly enough; CB - CG of 9.0 ppm says cis");
+}
+
 TEST(Words, HowOftenSuchACallIsRight) {
   std::vector<std::pair<int, double>> shifts = {{10, 6.0}, {18, 6.0}};
   for (const int index : {0, 1, 2, 3, 4, 5, 12, 13}) shifts.emplace_back(index, 0.0);

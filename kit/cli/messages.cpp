@@ -41,8 +41,8 @@ std::string nameOf(const std::string& file, const std::vector<std::string>& chai
   return inputName(file) + ", chains " + enumerated(names);
 }
 
-/// Fewer are seen at a glance.
-constexpr std::size_t kFewFailures = 10;
+/// Of more files the failed ones are lost among the notes.
+constexpr std::size_t kFewFiles = 10;
 
 /// "is empty; give ..." of "a.str: is empty; give ..." or "a.str:12: is empty; give ...".
 std::string reasonIn(const std::string& message, const std::string& name) {
@@ -93,7 +93,7 @@ void FailedFiles::say(std::size_t files, const std::string& what) const {
   if (files > 1)
     zorvela::say(std::to_string(failed.size()) + " of " + std::to_string(files) + " files could not be " +
                  what);
-  if (failed.size() <= kFewFailures) return;
+  if (files <= kFewFiles) return;
   std::map<std::string, std::vector<const Failure*>> groups;
   for (const Failure& failure : failed) groups[kindOf(failure.reason)].push_back(&failure);
   std::vector<std::vector<const Failure*>> inOrder;
@@ -101,7 +101,7 @@ void FailedFiles::say(std::size_t files, const std::string& what) const {
   std::stable_sort(inOrder.begin(), inOrder.end(),
                    [](const auto& a, const auto& b) { return a.size() > b.size(); });
   for (const std::vector<const Failure*>& group : inOrder)
-    zorvela::say(counted(group.size(), "file", "files") + ", such as " +
+    zorvela::say((group.size() > 1 ? std::to_string(group.size()) + " files, such as " : "") +
                  printable(inputName(group.front()->file)) + ": " + printable(group.front()->reason));
 }
 

@@ -33,7 +33,8 @@ class FailedFiles {
  public:
   void add(const std::string& file, const std::string& message);
   std::size_t count() const { return failed.size(); }
-  /// Says "3 of 7 files could not be ..." where there were several, and of many how many for each reason.
+  /// Says "3 of 7 files could not be ..." where there were several, and for many files each reason
+  /// with how many it has.
   void say(std::size_t files, const std::string& what) const;
 
  private:

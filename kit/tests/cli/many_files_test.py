@@ -98,6 +98,17 @@ class ManyFiles(folder.InFolder):
                 "zorvela-kit: 8 files, such as e0.tab: is empty; give a file with chemical shifts"])
             self.assertTrue(last[2].startswith("zorvela-kit: 3 files, such as o0.tab: is no shift file that is known"))
 
+    def test_few_failures_of_many_files_are_named_at_the_end(self):
+        good = ["g%02d.tab" % i for i in range(10)]
+        self.tables(*good)
+        self.put("e1.tab", "")
+        self.put("e2.tab", "")
+        ended = program.run("e1.tab", "e2.tab", "none.tab", *good, cwd=self.folder)
+        self.assertEqual(ended.stderr.splitlines()[-3:], [
+            "zorvela-kit: 3 of 13 files could not be predicted",
+            "zorvela-kit: 2 files, such as e1.tab: is empty; give a file with chemical shifts",
+            "zorvela-kit: none.tab: cannot be read: No such file or directory; check the name and the permissions"])
+
     def test_label_passes_pipes_over(self):
         self.tables("entries/a.tab")
         self.put("models/a.pdb", hostile.pdb_file(40))

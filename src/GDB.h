@@ -1,4 +1,4 @@
-// The text table that every file of the program is held in: model, reader and writer.
+// The text table that holds every file of the program: model, reader and writer.
 //
 // A table has named columns (VARS), a printf-style item for each (FORMAT), rows of text cells
 // numbered from 1, DATA pairs, REMARK lines and the protein's sequence. The sources:
@@ -20,7 +20,7 @@
 /// Why a table cannot be read.
 struct TableFault {
   std::string message;   ///< what `loadGDB` prints, without the tab
-  std::size_t line = 0;  ///< in the file, from 1; 0 where no line is to blame
+  std::size_t line = 0;  ///< in the file, from 1; 0 if no line is at fault
 };
 
 /// Where in a file the lines of a table are, counted from 1.
@@ -44,24 +44,24 @@ class GDB {
 
   // --- Rows -----------------------------------------------------------------------------------
 
-  /// Number of rows.
+  /// Counts the rows.
   int getEntryCount() const;
-  /// A copy of the row with that number. An absent number gives an empty row and is added as one,
+  /// Copies the row with that number. An absent number gives an empty row and adds one to the table,
   /// so walk the rows through `entries`, never by counting.
   Row getEntry(int row);
-  /// A copy of the n-th row (from 1, in row order) whose cell `col` is exactly `value`; an empty row
-  /// if there is none. A cell that a row lacks counts as empty text. Walks the rows, so that it sees
-  /// every change of them.
+  /// Copies the n-th row (from 1, in row order) whose cell `col` is exactly `value`; an empty row
+  /// if there is none. A missing cell counts as empty text. Walks the rows, so it sees every change.
   Row getEntry(const std::string& col, const std::string& value, int n) const;
-  /// The same for two cells at once.
+  /// Copies the n-th row in which both cells match.
   Row getEntry(const std::string& col1, const std::string& value1, const std::string& col2,
                const std::string& value2, int n) const;
-  /// What the searching `getEntry` copies; nullptr if no row matches. Valid until the table changes.
+  /// Finds the row that the searching `getEntry` copies; nullptr if none matches. Valid until the table
+  /// changes.
   const Row* findEntry(const std::string& col, const std::string& value, int n) const;
-  /// The same for two cells at once.
+  /// Finds the n-th row in which both cells match.
   const Row* findEntry(const std::string& col1, const std::string& value1, const std::string& col2,
                        const std::string& value2, int n) const;
-  /// The text of a cell; empty text if the row lacks it.
+  /// Returns the text of a cell; empty text if the row lacks it.
   static const std::string& cell(const Row& row, const std::string& col);
 
   /// Sets a cell, making the row and the cell as needed; `col` need not be a column of the table.
@@ -71,7 +71,7 @@ class GDB {
 
   // --- Columns ----------------------------------------------------------------------------------
 
-  /// Whether the column (index from 0, or the first of that name) has a format with exactly one "d",
+  /// Tells whether the column (index from 0, or the first of that name) has a format with exactly one "d",
   /// "f" or "s". False for a column that does not exist or has no format.
   bool isVarInt(int i) const;
   bool isVarFloat(int i) const;
@@ -90,10 +90,10 @@ class GDB {
   /// Sets all formats from "%4d %1s ..." and empties the rows. As many "%" as columns, else the table
   /// has no formats; a bad item ends the process with status 0 after a message.
   void FORMAT_str_parser(const std::string& text);
-  /// What `FORMAT_str_parser` does, for a program that must outlive a bad item: gives the fault and
-  /// leaves the table as it was.
+  /// Does the work of `FORMAT_str_parser` for a program that must outlive a bad item: returns the fault and
+  /// leaves the table unchanged.
   std::optional<TableFault> setFormats(const std::string& text);
-  /// Whether a format item is one the format knows: one "%", first; digits, "-" and "."; one of s, d
+  /// Tells whether a format item is valid: one "%", first; digits, "-" and "."; one of s, d
   /// and f, last. Blanks around it do not count.
   static bool checkFormat(const std::string& item);
 
@@ -101,52 +101,52 @@ class GDB {
 
   /// Adds a DATA pair; an earlier pair of the same key stays.
   void setData(const std::string& key, const std::string& value);
-  /// The values of all pairs with this key, joined without a separator. A pair without a blank is its
-  /// own key and value.
+  /// Returns the values of all pairs with this key, joined without a separator. A pair without a blank is
+  /// its own key and value.
   std::string getData(const std::string& key) const;
   void addRemark(const std::string& text);
-  /// One-letter name of a residue; empty text, which is then stored, outside the sequence.
+  /// Returns the one-letter name of a residue. Outside the sequence it is empty text, which is then stored.
   std::string getResidName(int resid);
 
   // --- Files ----------------------------------------------------------------------------------
 
-  /// Reads a table file into this table. Lines that are no table line are skipped without a word; a
+  /// Reads a table file into this table. Lines that are not table lines are skipped silently; a
   /// directory or an empty file gives an empty table. A file that cannot be opened, or a bad FORMAT
   /// item, ends the process with status 0 after a message on standard error; a bare REMARK or DATA
   /// line throws std::out_of_range.
   void loadGDB(const std::string& fileName);
-  /// What `loadGDB` does, for a program that must outlive a bad file: gives the fault where the file
-  /// cannot be opened or has a bad FORMAT item, and leaves the table as it was but for `fileName`.
+  /// Does the work of `loadGDB` for a program that must outlive a bad file. If the file cannot be opened or
+  /// has a bad FORMAT item, returns the fault and leaves the table unchanged except for `fileName`.
   std::optional<TableFault> readFile(const std::string& fileName);
-  /// What `readFile` reads, from a stream. Adds to `lines` where its rows are, and what it skipped.
+  /// Reads a table from a stream. Adds the lines of its rows, and those that it skipped, to `lines`.
   std::optional<TableFault> readTable(std::istream& in, TableLines* lines = nullptr);
   /// Writes the table, replacing any file of that name. A file that cannot be opened, or written to its
   /// end: a message on standard error and nothing else.
   void saveGDB(const std::string& fileName);
-  /// What `saveGDB` writes, to a stream.
+  /// Writes the table to a stream, as `saveGDB` does to a file.
   void writeTable(std::ostream& out);
-  /// The layout "KIVRA_SHIFT" (chemical shifts) or "KIVRA_PRED" (predicted angles), without rows;
+  /// Sets the layout "KIVRA_SHIFT" (chemical shifts) or "KIVRA_PRED" (predicted angles), without rows;
   /// another name changes nothing.
   void presetClass(const std::string& name);
-  /// From now on `saveGDB` writes the rows alone.
+  /// Makes `saveGDB` write only the rows.
   void set_plaintext();
 
   // --- Text -------------------------------------------------------------------------------------
 
-  /// Whether the character is one of 0 to 9.
+  /// Tells whether the character is one of 0 to 9.
   static bool isDigit(const char& c) { return c >= '0' && c <= '9'; }
-  /// Whether the character is a blank, tab, line feed, vertical tab, form feed or carriage return.
+  /// Tells whether the character is a blank, tab, line feed, vertical tab, form feed or carriage return.
   static bool isSpace(const char& c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-  /// Without white space at the ends, and one blank for each run of it inside.
+  /// Removes white space at the ends, and makes one blank of each run of it inside.
   static std::string simplifyWhiteSpace(const std::string& text);
-  /// The non-empty pieces between occurrences of the separator; an empty separator occurs nowhere.
+  /// Returns the non-empty pieces between separators; an empty separator occurs nowhere.
   static std::vector<std::string> split(const std::string& separator, const std::string& text);
   static std::vector<std::string> split(const char& separator, const std::string& text);
-  /// The runs of other characters than white space; an empty text gives one empty piece.
+  /// Returns the words between white space; an empty text gives one empty piece.
   static std::vector<std::string> split_WhiteSpace(const std::string& text);
-  /// How often the character occurs.
+  /// Counts a character.
   static int contains(const std::string& text, const char& c);
-  /// At how many positions `part` begins, overlaps counted.
+  /// Counts the positions at which `part` begins, overlaps included.
   static int contains(const std::string& text, const std::string& part);
   /// Copies fields `first` to `last` (from 0, empty ones dropped) into `out`, joined by the separator,
   /// which also ends the result where the text has fewer fields than `last` + 1. Nothing where `first`
@@ -155,7 +155,7 @@ class GDB {
 
   // --- Numbers in cells ---------------------------------------------------------------------------
 
-  /// The number that a text starts with, 0 where it starts with none. An integer is read in base 10 and
+  /// Returns the number at the start of a text, 0 if there is none. An integer is read in base 10 and
   /// wraps beyond 32 bits; a real can be infinite or not a number.
   static int toInt(const std::string& text);
   static float toFloat(const std::string& text);

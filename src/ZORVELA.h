@@ -23,7 +23,7 @@
 #include "GDB.h"
 #include "zorvela/core.h"
 
-/// What the program says of one proline.
+/// The prediction for one proline.
 struct ProlinePrediction {
   int resid = 0;                           ///< residue number of the proline
   std::array<std::string, 3> names;        ///< one-letter names: previous residue, proline, next residue
@@ -31,13 +31,13 @@ struct ProlinePrediction {
   float cgShift = zorvela::kMissingShift;  ///< CG of the proline as observed (ppm), 9999 if absent
   float pCis = 0;                          ///< probability of cis under equal odds
   float pCisNorm = 0;                      ///< probability of cis where 1 proline in 20 is cis
-  zorvela::ProlineEvidence evidence;       ///< what the two are made of
+  zorvela::ProlineEvidence evidence;       ///< contributions to the two
 };
 
 /// A straight-line estimate of a referencing offset, as the check report prints it.
 struct FittedOffset {
   std::string atom;          ///< "CA", "CB", "HA" or "C"
-  float offset = 0;          ///< ppm; can be infinite or not a number where there are too few residues
+  float offset = 0;          ///< ppm; infinite or not a number if there are too few residues
   float error = 0;           ///< ppm, of the fit
   int size = 0;              ///< residues in the fit
   bool recommended = false;  ///< the offset calls for a correction
@@ -54,7 +54,7 @@ class ZORVELA {
   /// Takes the main directory and the path separator from ZORVELA_DIR (else PATH) and fills the lists
   /// of option names and backbone atoms.
   ZORVELA();
-  /// An object of which only the input name is set: no directory, no option names, no atoms.
+  /// Sets only the input name: no directory, no option names, no atoms.
   explicit ZORVELA(const std::string& inputName);
   ZORVELA(const ZORVELA&) = delete;
   ZORVELA& operator=(const ZORVELA&) = delete;
@@ -72,7 +72,7 @@ class ZORVELA {
 
   // --- The run ------------------------------------------------------------------------------------
 
-  /// The whole run: tables, secondary shifts, prediction, listing, output table.
+  /// Does the whole run: tables, secondary shifts, prediction, listing, output table.
   void runPredict();
   /// Reads the input table and all reference tables, with a line for each of the latter.
   void init();
@@ -82,11 +82,11 @@ class ZORVELA {
 
   // --- Reference shifts ---------------------------------------------------------------------------
 
-  /// Random-coil shift (ppm) of an atom in a residue type; 9999 if the table lacks the type, 0 if it
-  /// lacks the atom.
+  /// Returns the random-coil shift (ppm) of an atom in a residue type; 9999 if the table lacks the type, 0
+  /// if it lacks the atom.
   float getRC(const std::string& resName, const std::string& atomName);
-  /// Corrections (ppm) for the residue itself, by its preceding and by its following residue; 0 if the
-  /// table lacks the type or the atom.
+  /// Return the corrections (ppm) for the residue itself, by its preceding and by its following residue; 0 if
+  /// the table lacks the type or the atom.
   float getRCadj(const std::string& resName, const std::string& atomName);
   float getPrevRCadj(const std::string& resName, const std::string& atomName);
   float getNextRCadj(const std::string& resName, const std::string& atomName);
@@ -95,14 +95,14 @@ class ZORVELA {
 
   /// Prints outlier shifts and estimated referencing offsets to standard output.
   void checkCS();
-  /// The referencing offsets that the report prints: CA, CB, HA, C.
+  /// Returns the referencing offsets that the report prints: CA, CB, HA, C.
   std::vector<FittedOffset> referencingOffsets();
-  /// The secondary shift (ppm) brought into the limits of its residue type and atom; a shift of 999 or
+  /// Brings a secondary shift (ppm) into the limits of its residue type and atom; a shift of 999 or
   /// more stays. A type or atom without limits has the limits 0 and 0. With `showDetail` prints a line
   /// for each clipped shift.
   float clipSShift(int resid, float shift, const std::string& atomName);
-  /// Fits y = a x + b; `err` is the fitting error. False, and nothing changed, where the lengths
-  /// differ. The first pair counts in the means only. No guard against division by zero.
+  /// Fits y = a x + b; `err` is the fitting error. Returns false and changes nothing if the lengths
+  /// differ. The first pair counts in the means only. Division by zero is not prevented.
   bool LinearLeastSquareFitting(const std::vector<float>& x, const std::vector<float>& y, float& a, float& b,
                                 float& err);
 
@@ -115,10 +115,10 @@ class ZORVELA {
   /// Names, numbers and secondary shifts (as text, ppm) of residues r - 1, r and r + 1 under keys such
   /// as RESID_R1, RESNAME_R2, CB_R3; shifts clipped if `clipShifts`.
   std::map<std::string, std::string> getTriplet(int r);
-  /// Whether a triplet lies inside the sequence and at most one of its residues lacks more than three
+  /// Tells whether a triplet lies inside the sequence and at most one of its residues lacks more than three
   /// of its six shifts.
   bool testTriplet(std::map<std::string, std::string> record);
-  /// Predicts one residue; nothing where the triplet fails its test or the residue is no proline. Walks
+  /// Predicts one residue; nothing if the triplet fails its test or the residue is not a proline. Walks
   /// all secondary shifts.
   std::optional<ProlinePrediction> predictProline(int r);
 
@@ -131,9 +131,9 @@ class ZORVELA {
   char* itoa(int value, char* buffer, int base);
   /// A placeholder: always 9999.
   float getWeight(const std::string& name1, const std::string& name2);
-  /// Difference of two angles (degrees), 0 where it is above 999 because one of them is absent.
+  /// Returns the difference of two angles (degrees), 0 if it is above 999 because one of them is absent.
   float getDiff(float a, float b);
-  /// Mean; 0 for no values.
+  /// Returns the mean; 0 for no values.
   float getAverage(const std::vector<float>& v);
   /// Root of the second moment about zero with the sample denominator, for values that are differences
   /// already; no guard for fewer than two values.

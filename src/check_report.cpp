@@ -7,7 +7,7 @@
 
 namespace {
 
-// Outliers beyond this many times their limit are marked. Protons of HA scatter further: ring currents.
+// Outliers beyond this many times their limit are marked. HA scatters more because of ring currents.
 constexpr double kMarkedOutlier = 2.0;
 constexpr double kMarkedOutlierHA = 3.0;
 

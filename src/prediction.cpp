@@ -57,14 +57,13 @@ std::optional<ProlinePrediction> ZORVELA::predictProline(int r) {
 }
 
 std::optional<ProlinePrediction> ZORVELA::predictResidue(int r, const ResidueRows& secondaryShifts) {
-  // Whatever comes of it, residues looked at outside the sequence are noted: without a name, and without a
-  // missing shift.
+  // Residues outside the sequence get an entry in any case, without a name and without a missing shift.
   for (const int offset : {-1, 0, 1}) {
     const int resid = residueAt(r, offset);
     resNames.try_emplace(resid);
     missingCount.try_emplace(resid);
   }
-  // With details on, every clipped shift has its line, those around other residues as well.
+  // With details on, every clipped shift has its line, those around other residues too.
   if (resNames[r] != kProline && !showDetail) return std::nullopt;
   const std::map<std::string, std::string> tripletRecord = tripletOf(r, secondaryShifts);
   if (!testTriplet(tripletRecord) || resNames[r] != kProline) return std::nullopt;

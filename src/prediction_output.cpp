@@ -47,5 +47,5 @@ void ZORVELA::printListing(const GDB& table) {
                 residueAt(resid, -1), kProline.c_str(), resid, GDB::cell(row, "RESNAME_NEXT").c_str(),
                 residueAt(resid, 1), pCis, pCisNorm);
   }
-  std::fflush(stdout);  // the table may go to the same pipe, and stands behind the listing there
+  std::fflush(stdout);  // the table may go to the same pipe, after the listing
 }

@@ -1,4 +1,4 @@
-// What the reference tables say of a residue type.
+// Reference values of a residue type.
 #include "reference_shifts.h"
 
 #include "names.h"
@@ -17,7 +17,7 @@ const GDB::Row* typeRow(const GDB& table, const std::string& resName) {
   return row && !row->empty() ? row : nullptr;
 }
 
-// The value of an atom in the row of a residue type (ppm); `absent` where there is no such row.
+// The value of an atom in the row of a residue type (ppm); `absent` if there is no such row.
 float typeValue(const GDB::Row* row, const std::string& atomName, float absent) {
   return row ? GDB::toFloat(GDB::cell(*row, atomName)) : absent;
 }

@@ -1,4 +1,4 @@
-// What the reference tables say of a residue type, for all residues of a run.
+// Reference values of a residue type, for all residues of a run.
 #pragma once
 
 #include <string>         // for std::string

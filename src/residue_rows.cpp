@@ -1,4 +1,4 @@
-// Takes the rows of a shift table down by residue.
+// Indexes the rows of a shift table by residue.
 #include "residue_rows.h"
 
 #include <algorithm>  // for std::is_sorted, std::stable_sort, std::lower_bound, std::find_if

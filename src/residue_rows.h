@@ -6,9 +6,9 @@
 
 #include "GDB.h"
 
-/// Finds the rows of a residue without a walk through the table, which would make a run quadratic. Taken
-/// down in one walk; valid until rows or cells of the table change. A row belongs to a residue only if its
-/// RESID is the plain decimal number: 007 is no residue 7.
+/// Indexes the rows of a table by residue in one pass; a search for each residue would make a run quadratic.
+/// Valid until rows or cells of the table change. A row belongs to a residue only if its RESID is the plain
+/// decimal number: 007 is not residue 7.
 class ResidueRows {
  public:
   struct Entry {

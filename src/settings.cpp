@@ -83,7 +83,7 @@ int integerOption(const Args& args, const std::string& key, int fallback) {
   return value.empty() ? fallback : GDB::toInt(value);
 }
 
-// A percentage; 0 and text that is no number stand for `zeroMeans`.
+// A percentage; 0 and text that is not a number give `zeroMeans`.
 float percentOption(const Args& args, const std::string& key, float fallback, float zeroMeans) {
   std::string value;
   take(args, key, value);

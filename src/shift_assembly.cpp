@@ -70,7 +70,7 @@ void ZORVELA::checkSequence() {
 
 // Brings the residues to predict into the range with shifts.
 void ZORVELA::clampRange() {
-  // A table that ends early still reaches one residue further: its neighbour's shifts say something.
+  // A table that ends early still reaches one residue further: its neighbour's shifts are evidence.
   if (maxResid < seqLength) ++maxResid;
   firstResid = std::max(firstResid, minResid);
   lastResid = std::max(lastResid, minResid);
@@ -106,7 +106,7 @@ void ZORVELA::assembleResidues() {
   }
 }
 
-// A new row of secondary shifts: a copy of the input row where there is one.
+// A new row of secondary shifts: a copy of the input row, if there is one.
 GDB::Row& ZORVELA::addResRow(const GDB::Row* observed, int resid, const std::string& name,
                              const std::string& atom) {
   GDB::Rows& rows = resTable.entries;

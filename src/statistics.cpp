@@ -18,12 +18,12 @@ constexpr double kDegreesPerRadian = 57.29577791868204;
 constexpr int kCellDigits = 6;
 // Digits behind the point, or significant ones, at the most.
 constexpr int kMostDigits = 99;
-// Room for any float with that many decimals.
+// Enough for any float with that many decimals.
 constexpr std::size_t kLongestNumber = 160;
 constexpr std::size_t kLongestInteger = 12;
 
 // The text of printf's %.6g for a number that it writes without an exponent: 0.0001 to 999999. A float
-// times 10^9 still fits a double without rounding, so that rounding to six digits is exact as well.
+// times 10^9 still fits a double without rounding, so that rounding to six digits is exact too.
 // False, and nothing written, outside that range.
 bool writeSixDigits(float value, char* out) {
   constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};

@@ -103,7 +103,7 @@ bool GDB::isVarString(const std::string& name) const {
   return isVarString(columnOf(name));
 }
 
-// Says on standard error what is wrong with a column, if anything is.
+// Reports a wrong column on standard error.
 bool GDB::acceptsColumn(const std::string& name, const std::string& format) {
   if (!checkFormat(format)) {
     std::cerr << "\tBad format syntax '" << format << "'" << std::endl;

@@ -84,8 +84,8 @@ constexpr double kPowers[kMostDecimals + 1] = {1,    1e1,  1e2,  1e3,  1e4,  1e5
                                                1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// A decimal number without exponent, such as 12, -0.25 or 175.300, as almost every cell is: its digits as
-// an integer and how many of them stand behind the point.
+// A decimal number without exponent, such as 12, -0.25 or 175.300 (almost every cell): its digits as
+// an integer, and how many of them follow the point.
 struct PlainNumber {
   bool negative = false;
   long long digits = 0;

@@ -38,7 +38,8 @@ std::vector<std::string> splitAtLines(std::string_view text) {
 
 std::vector<std::string> namesInList(const FileArguments& given) {
   const std::string name = inputName(given.list);
-  const std::string text = given.list == "-" ? streamBytes(stdin, name) : fileBytes(given.list);
+  std::string text = given.list == "-" ? streamBytes(stdin, name) : fileBytes(given.list);
+  dropByteOrderMark(text);
   if (!given.endWithZero && contains(text, std::string_view("\0", 1)))
     throw Error(name, 0, "has names that end with a zero byte", "add --null");
   std::vector<std::string> names = given.endWithZero ? splitAtZeros(text) : splitAtLines(text);
@@ -84,7 +85,7 @@ void addFolder(const std::string& folder, std::vector<std::string>& files) {
 void addFiles(Command& command, FileArguments& given, const std::string& text,
               const std::function<void()>& without) {
   const Option files = command.add("FILE", given.files, "", text);
-  const Option list = command.add("--files-from", given.list, "LIST",
+  const Option list = command.add("--files-from", given.list, ValueKind("LIST").notEmpty(),
                                   "Also the files that LIST names, one on each line; - is standard input");
   command.needsEither(files, list, without);
   command.addFlag("--null", given.endWithZero, "The names in LIST end with a zero byte (find -print0)")

@@ -129,7 +129,7 @@ bool isSequenceFile(const std::string& path) {
   std::error_code unknown;
   if (!fs::is_regular_file(path, unknown)) return false;  // a pipe can be read once
   try {
-    return looksLikeSequence(fileBytes(path, kHead));
+    return looksLikeSequence(unpacked(fileBytes(path, kHead), path));
   } catch (const Error&) {
     return false;
   }

@@ -7,6 +7,7 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
@@ -132,12 +133,9 @@ void addRestrain(CommandLine& line) {
       .repeated();
   command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
   addPredictionOptions(command, settings->predict);
-  command.add("--chain", settings->import.chains, "NAME", "Only the chain of this name; may be repeated")
-      .repeated();
-  command
-      .add("--list", settings->import.lists, "NAME",
-           "Predict from the shift list of this name; default: the one with most shifts")
-      .repeated();
+  addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
+             settings->import.lists,
+             "Predict from the shift list of this name; default: the one with most shifts");
   command.footer(footer());
   command.runs([settings] { restrain(*settings); });
 }

@@ -106,6 +106,13 @@ bool isOfMars(const std::vector<std::string>& words) {
   return words.size() > 1 && (isNumbered(0, "PR_") || (isNumbered(0, "Res_") && isNumbered(1, "PR_")));
 }
 
+/// "#Seq MQIFVK...", above the rows of a list of targeted acquisition; a table may call a column "#Seq".
+bool isOfTargetedAcquisition(const std::vector<std::string>& words) {
+  constexpr std::size_t kFewestLetters = 10;
+  return words.size() == 2 && words[0] == "#Seq" && words[1].size() >= kFewestLetters &&
+         words[1].find_first_not_of(kAminoAcids) == std::string::npos;
+}
+
 /// The column names of a peak list: "Assign F1", "Pos F1", "Position F1".
 bool arePeakColumns(std::string_view line) {
   return contains(line, "Assign F1") && (contains(line, "Pos F1") || contains(line, "Position F1"));
@@ -125,6 +132,8 @@ std::string kindOf(std::string_view line) {
         (start.second.empty() || (words->size() > 1 && equalIgnoringCase((*words)[1], start.second))))
       return start.what;
   if (isOfMars(*words)) return "a file of MARS, whose spin systems are not assigned to residues";
+  if (isOfTargetedAcquisition(*words))
+    return "a list of targeted acquisition; export NMR-STAR or a table with column names";
   return isPlainRestraint(*words) ? "a restraint list" : "";
 }
 
@@ -135,6 +144,9 @@ void refuseForeign(std::string_view bytes, const std::string& file, Wanted wante
     const char* kind = wanted == Wanted::shifts ? "shift" : "structure";
     throw FileError(file, 0, std::string("is no ") + kind + " file but " + what, remedy);
   };
+  constexpr std::size_t kProlog = 1000;
+  if (bytes.substr(0, 1) == "<" && contains(bytes.substr(0, kProlog), "<chemical_shift_list"))
+    refuse("an XML shift list of ARIA; export NMR-STAR or a table with column names");
   for (const Signature& signature : kSignatures)
     if (bytes.substr(0, signature.start.size()) == signature.start &&
         !(signature.isStructure && wanted == Wanted::structure))

@@ -18,7 +18,7 @@ constexpr const char* kFormatRemedy =
 
 /// Drops a byte order mark and turns the lone CR of old files into LF.
 void normalise(std::string& text) {
-  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  dropByteOrderMark(text);
   if (text.find('\n') == std::string::npos) std::replace(text.begin(), text.end(), '\r', '\n');
 }
 

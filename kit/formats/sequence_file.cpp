@@ -18,8 +18,6 @@ namespace {
 constexpr const char* kRemedy =
     "give FASTA, one-letter text, residue names with numbers (.seq), NMR-STAR or NEF";
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 [[noreturn]] void throwNoSequence(const std::string& file, std::size_t number, std::string_view line) {
   throw FileError(file, number, "is not a sequence: \"" + printable(trimmed(line), 60) + "\"", kRemedy);
 }
@@ -246,7 +244,7 @@ SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
   SequenceFile sequence;
   sequence.file = file;
   std::string text = unpacked(std::move(bytes), file);
-  if (text.rfind(kByteOrderMark, 0) == 0) text.erase(0, kByteOrderMark.size());
+  dropByteOrderMark(text);
   if (isStar(text))
     readStar(std::move(text), sequence);
   else if (!readNames(text, sequence))

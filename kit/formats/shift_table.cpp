@@ -15,7 +15,8 @@ namespace {
 
 // Four words for each of 100,000 rows, and as many residues as a protein has.
 constexpr std::size_t kLargestTable = 400000 + kLongestSequence;
-constexpr std::array<const char*, 4> kColumns = {"RESID", "RESNAME", "ATOMNAME", "SHIFT"};
+// Names of residues may stand in a sequence alone.
+constexpr std::array<const char*, 3> kColumns = {"RESID", "ATOMNAME", "SHIFT"};
 
 std::string_view firstTableWord(std::string_view line) {
   std::size_t start = 0;

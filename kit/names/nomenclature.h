@@ -27,63 +27,63 @@ inline constexpr char kDisulfideCysteine = 'c';
 /// The other letters that a sequence of the program can hold: several types or another one, unknown, a gap.
 inline constexpr std::string_view kOtherLetters = "BJOUX?";
 
-/// Whether a sequence of the program can hold the letter.
+/// Tells whether a sequence of the program can hold the letter.
 constexpr bool isSequenceLetter(char letter) {
   return kAminoAcids.find(letter) != std::string_view::npos ||
          kOtherLetters.find(letter) != std::string_view::npos || letter == kDisulfideCysteine ||
          letter == kPassedProlineCode;
 }
 
-/// The letter of the residue type, whatever the state of its thiol.
+/// Returns the letter of the residue type, whatever the state of its thiol.
 constexpr char withoutThiolState(char letter) {
   return letter == kDisulfideCysteine ? 'C' : letter;
 }
 
-/// What a file says of the sulfur of a cysteine.
+/// State of the sulfur of a cysteine in a file.
 enum class Thiol : std::uint8_t { unknown, disulfide, notDisulfide };
 
-/// What a residue name stands for.
+/// The meaning of a residue name.
 struct ResidueReading {
   char letter = kUnknownResidue;  ///< one-letter code, that of the parent for a modified residue
   bool isModified = false;        ///< not one of the 20, or not in their usual form
   bool isHydroxyproline = false;
-  Thiol thiol = Thiol::unknown;  ///< where the name itself says it (CYSS, CYX)
-  bool isCis = false;            ///< a proline whose name says so (cPRO, CPR, pro_cis)
+  Thiol thiol = Thiol::unknown;  ///< if the name itself tells it (CYSS, CYX)
+  bool isCis = false;            ///< a proline named as cis (cPRO, CPR, pro_cis)
 };
 
-/// The type of a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS); case does not matter except
-/// in cPRO: CPRO is no cis proline, but one at the end of a chain.
-/// One-letter names are nucleotides here, as in NMR-STAR and NEF.
+/// Reads a name of several letters (MET, Met, methionine, MSE, HIS+, CYSS). Case does not matter except in
+/// cPRO: CPRO is not a cis proline, but one at the end of a chain. One-letter names are nucleotides here, as
+/// in NMR-STAR and NEF.
 ResidueReading residueType(std::string_view name);
 
-/// The same for a residue name of a polypeptide, where one letter is an amino acid.
+/// Reads a residue name of a polypeptide, in which one letter is an amino acid.
 ResidueReading polypeptideResidue(std::string_view name);
 
-/// A name that `residueType` knows for a one-letter amino acid code; empty for a letter that stands for
-/// no single type (X, B, Z). Lower-case c is the cysteine of a disulfide bond.
+/// Returns a name that `residueType` knows for a one-letter amino acid code; empty for a letter without a
+/// single type (X, B, Z). Lower-case c is the cysteine of a disulfide bond.
 std::string threeLetterName(char code);
 
-/// Whether the name is that of a metal ion or of water (CA, ZN, HOH): no residue of a polymer.
+/// Tells whether the name is that of a metal ion or of water (CA, ZN, HOH): not a residue of a polymer.
 bool isIonOrWater(std::string_view name);
 
-/// Whether the name is that of a residue by which programs part the molecules of one chain, without atoms of
-/// a backbone: PL, LL5.
+/// Tells whether the name is that of a linker (PL, LL5), a residue without backbone atoms with which programs
+/// separate the molecules of one chain.
 bool isLinker(std::string_view name);
 
-/// Whether the name is that of a molecule which is no amino acid: an ion, water, a nucleotide, a common
-/// ligand.
+/// Tells whether the name is that of another molecule than an amino acid: an ion, water, a nucleotide, a
+/// common ligand.
 bool isOtherMolecule(std::string_view name);
 
-/// Whether the name is that of a nucleotide (A, DA, ADE, PSU).
+/// Tells whether the name is that of a nucleotide (A, DA, ADE, PSU).
 bool isNucleotide(std::string_view name);
 
 /// A residue number as structures use it: a whole number and perhaps an insertion code, as in 52A.
 struct ResidueNumber {
   int number = 0;
-  std::string code;  ///< what stands after the number; empty in most
+  std::string code;  ///< the insertion code; empty in most
 };
 
-/// Reads "12", "-3", "52A", "007". Nothing for a text that begins with no number, or has a blank in it.
+/// Reads "12", "-3", "52A", "007". Nothing for a text that does not begin with a number, or that has a blank.
 std::optional<ResidueNumber> readResidueNumber(const std::string& text);
 
 /// A residue code such as "45-1": a number, and the steps from it to the residue that is meant.
@@ -95,26 +95,26 @@ struct NeighbourCode {
 /// Reads "45-1", "45+1", "45+0", "A45-1"; nothing for a code without a sign and one digit at its end.
 std::optional<NeighbourCode> readNeighbourCode(std::string_view code);
 
-/// The number so many steps after (or, if negative, before) a plain one: "13" for "12" and 1. Nothing for a
-/// number with a code or out of range.
+/// Returns the number so many steps after (or, if negative, before) a plain one: "13" for "12" and 1. Nothing
+/// for a number with a code or out of range.
 std::optional<std::string> steppedNumber(const std::string& text, std::int64_t steps);
 
-/// The number after a plain one; see `steppedNumber`.
+/// Returns the number after a plain one; see `steppedNumber`.
 std::optional<std::string> nextNumber(const std::string& text);
 
 // --- Atoms --------------------------------------------------------------------------------------
 
-/// What a file calls an atom, in the names of the table.
+/// An atom name of a file, in the names of the table.
 struct AtomReading {
   enum class Kind {
     table,    ///< the shift belongs to `atom`
     pseudo,   ///< one value for both alpha protons of glycine
     other,    ///< another atom than the table holds
-    foreign,  ///< a backbone name that this residue type has not
+    foreign,  ///< a backbone name that this residue type does not have
   };
   Kind kind = Kind::other;
   Atom atom = Atom::N;       ///< of those that the table holds; HA2 of both alpha protons
-  bool isOlderName = false;  ///< HA1 of glycine, which is HA2 unless its HA2 and HA3 are there as well
+  bool isOlderName = false;  ///< HA1 of glycine, which is HA2 unless its HA2 and HA3 are present too
 
   bool isInTable() const { return kind == Kind::table || kind == Kind::pseudo; }
 };

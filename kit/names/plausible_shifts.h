@@ -16,8 +16,8 @@ struct PlausibleRange {
 /// residue type that is not known the widest range of all types.
 PlausibleRange plausibleRange(char residue, Atom atom);
 
-/// Whether a shift (ppm) lies in the plausible range, bounds included. Others are likely to be assigned to
-/// the wrong atom or residue, folded, or in the wrong column.
+/// Tells whether a shift (ppm) lies in the plausible range, bounds included. Others are likely to be assigned
+/// to the wrong atom or residue, folded, or in the wrong column.
 bool isPlausible(char residue, Atom atom, double ppm);
 
 }  // namespace zorvela

@@ -13,7 +13,7 @@ namespace zorvela {
 /// Makes residues of a protein, with its shifts less what is to be taken away from them.
 std::vector<Residue> residuesOf(const Protein& protein, const Corrections& corrections = {});
 
-/// Whether a residue (from 0) is a proline inside the sequence with enough shifts around it.
+/// Tells whether a residue (from 0) is a proline inside the sequence with enough shifts around it.
 bool isPredictable(const std::vector<Residue>& residues, std::size_t place);
 
 /// The triplet around such a proline.

@@ -1,4 +1,4 @@
-// What is taken away from the shifts of a chain before predicting: referencing offsets and isotope shifts.
+// Corrections of the shifts of a chain before predicting: referencing offsets and isotope shifts.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 
 namespace zorvela {
 
-/// What to take away from the shifts of each atom (ppm): CA, CB, CG, HA, C.
+/// Values to subtract from the shifts of each atom (ppm): CA, CB, CG, HA, C.
 using Offsets = std::map<std::string, double>;
 
 struct Corrections {
@@ -19,16 +19,16 @@ struct Corrections {
   bool empty() const { return offsets.empty() && deuteration == 0; }
 };
 
-/// A shift of an atom in a residue of this type without offset and isotope shift, to six decimals; HA2 and
-/// HA3 of glycine as HA.
+/// Returns a shift of an atom in a residue of this type without offset and isotope shift, to six decimals;
+/// HA2 and HA3 of glycine as HA.
 double corrected(double shift, char type, Atom atom, const Corrections& corrections);
 
-/// "13C is 2.03 ppm too high, HA is 0.31 ppm too low, carbon is deuterated (85 %), which lowers it; corrected
-/// before predicting (--as-referenced keeps it)".
+/// Returns "13C is 2.03 ppm too high, HA is 0.31 ppm too low, carbon is deuterated (85 %), which lowers it;
+/// corrected before predicting (--as-referenced keeps it)".
 std::string correctionText(const Corrections& corrections);
 
-/// "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA, isotope shifts of
-/// deuterium (85 %) taken away from CA, CB and CG of proline".
+/// Returns "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA, isotope
+/// shifts of deuterium (85 %) taken away from CA, CB and CG of proline".
 std::string correctionRemark(const Corrections& corrections);
 
 }  // namespace zorvela

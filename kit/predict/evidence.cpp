@@ -37,7 +37,7 @@ struct TripletShift {
     return shift;
   }
 
-  /// Whether it exists and would be used. The amino group of the first residue is not seen.
+  /// Tells whether it exists and would be used. The amino group of the first residue is not seen.
   bool isMeasurable(const Model& model) const {
     if (atom == Atom::CG) return true;
     if (isAmide(atom) && (residue == 0 || isProline(sequence[residue].type))) return false;

@@ -1,4 +1,4 @@
-// From the factors of a probability to contributions.
+// Turns the factors of a probability into contributions.
 #pragma once
 
 #include <vector>
@@ -8,7 +8,7 @@
 
 namespace zorvela {
 
-/// What the prediction of residue `place` (from 0) of the sequence is made of.
+/// Returns the contributions to the prediction of residue `place` (from 0) of the sequence.
 Evidence evidenceOf(const Model& model, const std::vector<Residue>& sequence, std::size_t place,
                     const Triplet& triplet, const CisPrediction& prediction);
 

@@ -1,4 +1,4 @@
-// How much deuterons in place of hydrogens on carbon lower the shifts of a residue.
+// Isotope shifts: how much deuterons on carbon lower the shifts of a residue.
 #pragma once
 
 #include "zorvela/core.h"

@@ -53,7 +53,7 @@ double squaredDistance(double value, const ClassShift& from) {
   return z * z;
 }
 
-/// What a value adds to the log-odds.
+/// The contribution of a value to the log-odds.
 double update(double value, const MissingShift& shift) {
   const double used =
       std::clamp(value, static_cast<double>(shift.lowest), static_cast<double>(shift.highest));

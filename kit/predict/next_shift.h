@@ -1,6 +1,6 @@
-// What is worth measuring next.
+// Finds the shifts that are worth measuring next.
 //
-// Before a shift is measured, the class densities of the tables say which values to expect: under each class
+// Before a shift is measured, the class densities of the tables give the expected values: under each class
 // a normal density with the table's mean and deviation, mixed by the present probability of cis. For each
 // value the model's own update (difference of the two exponents, after the value is brought into its limits)
 // gives the log-odds afterwards. The expected gain is the entropy of the call now less its expectation over
@@ -35,7 +35,7 @@ double expectedGain(double logOdds, const MissingShift& shift);
 double chanceToDecide(double logOdds, const MissingShift& shift);
 
 /// All of them, the largest gain first; ties in the order of the triplet. `isUndecided`: with the chance to
-/// decide. Nothing where the log-odds are no finite number.
+/// decide. Nothing if the log-odds are not a finite number.
 std::vector<NextShift> nextShifts(double logOdds, bool isUndecided, const std::vector<MissingShift>& missing);
 
 }  // namespace zorvela

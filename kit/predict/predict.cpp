@@ -45,7 +45,7 @@ std::vector<ReferencingOffset> toResults(const std::vector<OffsetEstimate>& esti
   return offsets;
 }
 
-/// Says in the results what is taken away before predicting.
+/// Notes in the results what is subtracted before predicting.
 void addCorrections(ProteinResult& result, const Corrections& corrections) {
   for (ReferencingOffset& offset : result.offsets)
     if (const auto found = corrections.offsets.find(offset.atom); found != corrections.offsets.end())
@@ -55,7 +55,7 @@ void addCorrections(ProteinResult& result, const Corrections& corrections) {
   result.notes.insert(result.notes.begin(), result.correction);
 }
 
-/// How many of the six backbone shifts a residue has; nothing outside the sequence.
+/// Counts the backbone shifts (of six) of a residue; nothing outside the sequence.
 std::optional<int> shiftCount(const std::vector<Residue>& residues, std::size_t place) {
   if (place >= residues.size()) return std::nullopt;
   return static_cast<int>(kBackboneAtoms) - missingShifts(residues[place]);
@@ -101,7 +101,7 @@ struct Chain {
   Triplet tripletAt(std::size_t place) const { return zorvela::tripletAt(residues, secondary, place); }
 };
 
-/// Says where a shift that was used is not the one in the file.
+/// Marks the shifts that differ from those in the file.
 void addObserved(const Evidence& asReferenced, Evidence& evidence) {
   for (std::size_t i = 0; i < kShifts; ++i) {
     ShiftContribution& shift = evidence.shifts[i];
@@ -167,7 +167,7 @@ double deuterationOf(const Protein& protein, const PredictorOptions& options) {
   return options.protonated || options.asReferenced ? 0 : protein.deuteration;
 }
 
-/// What is taken away from a chain, with the offsets that it has besides the isotope shifts.
+/// Finds the corrections of a chain, with its offsets beyond the isotope shifts.
 struct Findings {
   std::vector<OffsetEstimate> offsets;
   Corrections corrections;

@@ -54,7 +54,7 @@ std::optional<double> valueOf(Measure measure, const std::vector<BackboneValues>
   return amideProtons(residues, i);
 }
 
-/// Whether a value of the measure occurs: at most one step beyond the ends of the curve.
+/// Tells whether a value of the measure occurs: at most one step beyond the ends of the curve.
 bool isKnown(const ShiftRelation& relation, double value) {
   const double place = (value - relation.first) / relation.step;
   return place >= -1 && place <= static_cast<double>(relation.points.size());
@@ -95,8 +95,7 @@ Centre centreOf(std::vector<double> values, const ShiftRelation& relation) {
   return centre;
 }
 
-/// The offset of an atom by the relation that knows it best. HA that is off itself says no more what is
-/// helix.
+/// The offset of an atom by the relation that gives it best. HA that is off itself no longer tells helix.
 OffsetEstimate bestEstimate(const std::string& atom, const std::vector<BackboneValues>& residues,
                             const std::vector<ShiftRelation>& relations, bool isProtonTrusted = true) {
   OffsetEstimate best{atom, kNone, kNone, 0};

@@ -1,9 +1,8 @@
-// How far the shifts of a chain lie off their references, by a fit that a few wrong residues cannot move.
+// Estimates the referencing offsets of a chain by a fit that a few wrong residues cannot move.
 //
-// CA - CB of a residue says helix or strand whatever the 13C referencing, and where it stands the secondary
-// shifts of CA, CB, C' and HA are known to within their scatter. What the chain's shifts have in common
-// beyond that is its offset: the median over its residues. Chains without CB (or without 13C) have HA (or HN)
-// take the place of CA - CB, with a larger error.
+// CA - CB of a residue tells helix from strand whatever the 13C referencing. It predicts the secondary shifts
+// of CA, CB, C' and HA to within their scatter. The median deviation over the residues of a chain is its
+// offset. In chains without CB (or without 13C), HA (or HN) replaces CA - CB, with a larger error.
 #pragma once
 
 #include <optional>
@@ -18,17 +17,17 @@ namespace zorvela {
 /// Standard error of a median over that of a mean, for Gaussian values: the root of pi / 2.
 inline constexpr double kMedianOverMean = 1.2533;
 
-/// What says helix or strand for a residue.
+/// The measure of helix or strand for a residue.
 enum class Measure {
   caMinusCb,     ///< CA - CB
   alphaProton,   ///< HA
   amideProtons,  ///< mean of HN of the residue and of the next one, or the one of them that is there
 };
 
-/// A secondary shift, or nothing where it is missing.
+/// A secondary shift, or nothing if it is missing.
 std::optional<double> shiftAt(const BackboneValues& residue, Atom atom);
 
-/// Where the secondary shift of an atom stands for each value of a measure, in chains without an offset.
+/// The secondary shift of an atom for each value of a measure, in chains without an offset.
 struct ShiftRelation {
   std::string atom;  ///< CA, HA or C
   Measure measure = Measure::caMinusCb;
@@ -46,32 +45,32 @@ const std::vector<ShiftRelation>& knownRelations();
 /// An offset of a chain: its shifts are this much too high.
 struct OffsetEstimate {
   std::string atom;   ///< CA, CB, HA or C
-  double offset = 0;  ///< ppm; not a number where there are too few residues
-  double error = 0;   ///< standard error (ppm); not a number where the offset is none
+  double offset = 0;  ///< ppm; not a number if there are too few residues
+  double error = 0;   ///< standard error (ppm); not a number if the offset is not
   int residues = 0;   ///< in the estimate, those beyond the scatter left out
 };
 
-/// Offsets of CA, CB, HA and C, in this order, from the secondary shifts of a chain in order of sequence.
-/// CA and CB share one offset, that of the 13C axis: CA - CB does not change with it. Fewer than ten residues
-/// give none.
+/// Returns offsets of CA, CB, HA and C, in this order, from the secondary shifts of a chain in sequence
+/// order. CA and CB share one offset, that of the 13C axis: CA - CB does not change with it. Fewer than ten
+/// residues give none.
 std::vector<OffsetEstimate> estimateOffsets(const std::vector<BackboneValues>& residues,
                                             const std::vector<ShiftRelation>& relations = knownRelations());
 
-/// The size (ppm) from which an offset of an atom matters: 0.75 for CA and CB, 1 for C, 0.25 for HA.
+/// Returns the size (ppm) from which an offset of an atom matters: 0.75 for CA and CB, 1 for C, 0.25 for HA.
 double correctionBound(const std::string& atom);
 
-/// Whether an offset is above its bound and more than three times its error.
+/// Tells whether an offset is above its bound and more than three times its error.
 bool callsForCorrection(const OffsetEstimate& estimate);
 
-/// The offsets that call for a correction. CG of proline goes with CA and CB.
+/// Returns the offsets that call for a correction. CG of proline follows CA and CB.
 Offsets correctionsOf(const std::vector<OffsetEstimate>& estimates);
 
-/// What the offsets of a chain say if it looks deuterated: there is no HA, and CA and CB are lower than C' by
-/// more than two errors, which is true of 1 in 90 chains that are not deuterated. Else empty.
+/// Returns a note on a chain that looks deuterated, else empty text: there is no HA, and CA and CB are lower
+/// than C' by more than two errors, which is true of 1 in 90 chains that are not deuterated.
 std::string deuterationNote(const std::vector<OffsetEstimate>& estimates);
 
-/// The deviations of a chain's residues from the curve of a relation, in order of sequence (ppm). Residues
-/// more than one step beyond the curve are left out: no right assignment is there.
+/// Returns the deviations of a chain's residues from the curve of a relation, in sequence order (ppm).
+/// Residues more than one step beyond the curve are left out: no correct assignment is there.
 std::vector<double> deviations(const std::vector<BackboneValues>& residues, const ShiftRelation& relation);
 
 /// Values of a measure and of an atom for the residues that have both.

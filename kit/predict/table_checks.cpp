@@ -1,4 +1,4 @@
-// What each reference table must hold, and the line at fault where it does not.
+// Checks that each reference table is complete, and finds the line at fault.
 #include "predict/table_checks.h"
 
 #include <algorithm>
@@ -38,7 +38,7 @@ std::vector<std::string> residueTypes() {
   return types;
 }
 
-/// All that can stand beside a proline: one without a share would have no prediction.
+/// All types that can be beside a proline: one without a share would have no prediction.
 std::vector<std::string> neighbourTypes() {
   std::vector<std::string> types = residueTypes();
   for (const char letter : kOtherLetters) types.emplace_back(1, letter);
@@ -89,7 +89,7 @@ void checkColumns(const Checked& checked) {
   if (checked.table.entries.empty()) checked.fail(0, "has no rows");
 }
 
-/// The reader takes these without a word.
+/// Rejects the faults that the reader silently accepts.
 void checkLines(const Checked& checked) {
   for (const std::size_t line : checked.lines.skipped)
     if (line > checked.lines.rows.front())
@@ -127,7 +127,7 @@ void checkRows(const Checked& checked) {
       checked.fail(0, isByIndex ? "has no row with index " + key : "has no row for residue type " + key);
 }
 
-/// Of alanine, whose shifts lie far apart: other orders are columns or tables in each other's place.
+/// Of alanine, whose shifts are far apart: another order means exchanged columns or tables.
 void checkRandomCoil(const Checked& checked) {
   for (const auto& [number, row] : checked.table.entries) {
     if (GDB::cell(row, "RESNAME") != "A") continue;

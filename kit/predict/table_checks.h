@@ -1,4 +1,4 @@
-// No prediction from a table that is damaged: cut short, with decimal commas, with nan.
+// Rejects a damaged table: cut short, with decimal commas, with nan.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ struct ReadTable {
   const GDB& table;
   const TableLines& lines;
   const std::string& text;
-  const std::string& file;  ///< how messages name it
+  const std::string& file;  ///< name in messages
 };
 
-/// TableError, with the file and the line where there is one, unless a reference table is whole: every
-/// column, one row for each residue type (the 20, c and p; in Pro.seq.tab B, J, O, U, X and ? as well) or
+/// Throws TableError, with the file and the line if known, unless a reference table is complete: every
+/// column, one row for each residue type (the 20, c and p; in Pro.seq.tab B, J, O, U, X and ? too) or
 /// shift index, every value a finite number, limits in order, deviations above zero, shares that add up to 1,
 /// a line end after the last line. `name` is that of the file as in `kTableNames`.
 void checkTable(const std::string& name, const ReadTable& read);

@@ -374,13 +374,12 @@ std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const
   if (!options.chains.empty() || isListChosen)
     throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
                       "leave out the choice of a chain or list for it");
-  if (options.sequence) {
-    // Taken as it stands where it has the same sequence itself.
-    ShiftFile words = wordsOfTable(*file.table);
-    words.notes = file.notes;
-    if (placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
-      return proteinsOf(words, path, options);
-  }
+  ShiftFile words = wordsOfTable(*file.table);
+  words.notes = file.notes;
+  // Taken as it stands where it has the same sequence itself.
+  if (options.sequence && placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
+    return proteinsOf(words, path, options);
+  requireNames(words, path);
   return {proteinOfTable(*file.table, path, file.notes)};
 }
 

@@ -135,7 +135,7 @@ void readRow(const TableRow& row, const TableSequence& sequence, TableShifts& fo
     return;
   }
   const char letter = sequence.letters[static_cast<std::size_t>(position) - 1];
-  if (row.residue != std::string(1, letter))
+  if (!row.residue.empty() && row.residue != std::string(1, letter))
     found.misnamed.insert(row.number + " (" + printable(row.residue, 10) + ", sequence " + letter + ")");
   readShiftCells(row, static_cast<int>(position), letter, found);
 }

@@ -15,7 +15,7 @@ namespace {
 // Residue numbers of these programs are texts of up to four characters.
 constexpr std::size_t kLongestNumber = 4;
 
-/// Whether a name can stand in a line as it is.
+/// Tells whether a name can be in a line unchanged.
 bool isChainName(const std::string& name) {
   return std::all_of(name.begin(), name.end(), [&name](const char& c) {
     return isDigit(c) || isLetter(c) || (&c != &name.front() && contains("_-+.", std::string_view(&c, 1)));
@@ -145,7 +145,7 @@ RestraintText writeRosetta(const RestraintRequest& request) {
   });
 }
 
-/// Of a residue that is there twice nobody could say which of the declarations counts.
+/// Rejects a proline that occurs twice: it would be unclear which declaration counts.
 void checkNumbers(const RestraintRequest& request) {
   std::set<std::pair<std::string, std::string>> known;
   for (const RestrainedChain& chain : request.chains)

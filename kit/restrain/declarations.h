@@ -12,7 +12,7 @@ namespace zorvela {
 /// The length of chain names for lines that name no chain and tell them apart all the same.
 inline constexpr std::size_t kAnyChain = static_cast<std::size_t>(-1);
 
-/// How a program writes comments, and what its lines can hold.
+/// Comment marks of a program, and limits of its lines.
 struct Dialect {
   std::string program;
   std::string comment;                    ///< what begins a comment
@@ -46,7 +46,7 @@ void checkChains(const Dialect& dialect, const RestraintRequest& request);
 RestraintText declarations(const Dialect& dialect, const RestraintRequest& request,
                            const std::function<Declaration(const RestrainedBond&)>& declare);
 
-/// Whether the bond is declared, be it as a comment.
+/// Tells whether the bond is declared, be it as a comment.
 bool isDeclared(const RestrainedBond& bond);
 
 // --- Those with a file of their own --------------------------------------------------------------

@@ -1,4 +1,4 @@
-// What is said of a model: its cis prolines in the words of the archive, and the atoms of omega by number.
+// Describes a model: its cis prolines as PDB and mmCIF records, and the atoms of omega by number.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -58,7 +58,7 @@ std::vector<CisBond> cisBondsOf(const ProteinStructure& structure, std::vector<s
   return cis;
 }
 
-/// What the shifts say, by chain and number in the model.
+/// The calls from shifts, by chain and number in the model.
 std::map<std::pair<std::string, std::string>, std::string> shiftTexts(const RestraintRequest& request) {
   std::map<std::pair<std::string, std::string>, std::string> texts;
   for (const RestrainedChain& chain : request.chains)
@@ -117,7 +117,7 @@ RestraintText modelText(const Dialect& dialect, const RestraintRequest& request,
 
 constexpr int kLargestOfThreeDigits = 999;
 
-/// A residue in the columns of the PDB format; nothing where it does not fit.
+/// Writes a residue in the columns of the PDB format; nothing if it does not fit.
 std::optional<std::string> pdbResidue(const StructureChain& chain, const StructureResidue& residue) {
   const auto number = readResidueNumber(residue.number);
   if (!number || number->number < -999 || number->number > 9999 || number->code.size() > 1 ||

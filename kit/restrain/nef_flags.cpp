@@ -22,7 +22,7 @@ std::string placeName(const std::string& file, const std::string& chain) {
   return chain.empty() ? file : file + ", chain " + printable(chain, kLongestName);
 }
 
-/// A chain of the NEF file. The entry's name stands in front where several entries are in one file.
+/// A chain of the NEF file. The name of the entry comes first if the file has several entries.
 struct NefChain {
   std::string block;
   std::string name;

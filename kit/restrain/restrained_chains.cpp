@@ -1,4 +1,4 @@
-// What restraints need of the results, and chains by other names.
+// Collects what restraints need from the results, and renames chains.
 #include <utility>
 
 #include "names/nomenclature.h"

@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kMostPairsAtOnce = 15000000;
 constexpr std::size_t kPairsOfAnyStructure = 100000000;
 constexpr std::size_t kPairsPerResidue = 4000;
-// What an alignment takes besides, as so many pairs: where both sides are short it is most of the work.
+// Fixed cost of an alignment, as so many pairs: it is most of the work if both sides are short.
 constexpr std::size_t kPairsPerAlignment = 500;
 constexpr std::size_t kPairsPerPlace = 8;
 
@@ -92,7 +92,7 @@ std::vector<std::size_t> pieceNumbers(const StructureChain& chain) {
   return numbers;
 }
 
-/// Whether so much of a piece fits that it is no chance.
+/// Tells whether so much of a piece fits that chance is excluded.
 bool belongs(const ChainAlignment& ofPiece, std::size_t pieceLength, std::size_t sequenceLength) {
   const std::size_t shorter = std::min(pieceLength, sequenceLength);
   if (ofPiece.aligned >= std::min(kFewestAligned, (shorter + 1) / 2)) return true;

@@ -27,8 +27,8 @@ struct ChainAlignment {
 /// proportion to the product of both lengths.
 ChainAlignment align(const std::string& sequence, const StructureChain& chain);
 
-/// What of a chain no alignment has used yet. A chain can hold several molecules whose numbers run on: each
-/// is one piece or several, between the places where the chain is interrupted.
+/// The part of a chain that no alignment has used yet. A chain can hold several molecules whose numbers run
+/// on: each is one piece or several, between the places where the chain is interrupted.
 class ChainRest {
  public:
   explicit ChainRest(const StructureChain& chain);
@@ -39,9 +39,9 @@ class ChainRest {
   /// The places of its residues in the chain, and their letters.
   const std::vector<std::size_t>& residues() const { return places; }
   std::string letters() const;
-  /// Whether a piece begins with the residue at this place of the chain.
+  /// Tells whether a piece begins with the residue at this place of the chain.
   bool isStart(std::size_t place) const { return place == 0 || whole->residues[place].isAfterBreak; }
-  /// Takes away the pieces of which an alignment has residues.
+  /// Removes the pieces of which an alignment has residues.
   void take(const ChainAlignment& alignment);
 
  private:
@@ -49,8 +49,8 @@ class ChainRest {
   std::vector<std::size_t> places;
 };
 
-/// The same for what is left of a chain; `inStructure` has places in the whole chain. A piece of which next
-/// to nothing fits is another molecule, and is not aligned.
+/// Aligns the rest of a chain; `inStructure` has places in the whole chain. A piece of which next to nothing
+/// fits is another molecule, and is not aligned.
 ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
 /// Aligns the chains of one structure with sequences, as long as this is work in proportion to the structure.
@@ -59,9 +59,9 @@ class StructureAligner {
   /// `file` is how messages name it, with so many residues.
   StructureAligner(std::string file, std::size_t residues);
   explicit StructureAligner(const ProteinStructure& structure);
-  /// As `align`. FileError that names the structure where the product of both lengths is above 15 million, or
-  /// the work so far above 100 million pairs of residues and 4,000 for each residue of the structure: a
-  /// capsid of 1,300 chains and fifteen entries of its protein are below.
+  /// Aligns as `align` does. Throws FileError that names the structure if the product of both lengths is
+  /// above 15 million, or the work so far above 100 million pairs of residues and 4,000 for each residue of
+  /// the structure: a capsid of 1,300 chains and fifteen entries of its protein are below.
   ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
  private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kSeparator = '\0';  // no text file has it
 
-/// The part that a key is of, a new one where there is none.
+/// Returns the part of a key, a new one if there is none.
 template <class Part>
 Part& partOf(std::vector<Part>& parts, const std::string& key,
              std::unordered_map<std::string, std::size_t>& places) {
@@ -30,7 +30,7 @@ bool isPlaced(const gemmi::Position& position) {
   return std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z);
 }
 
-/// Whether the residue has the atom in the same conformation.
+/// Tells whether the residue has the atom in the same conformation.
 bool has(const BackboneResidue& residue, const PlacedAtom& atom) {
   return std::any_of(residue.atoms.begin(), residue.atoms.end(), [&atom](const PlacedAtom& other) {
     return other.name == atom.name && other.alternate == atom.alternate;

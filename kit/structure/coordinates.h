@@ -16,7 +16,7 @@
 
 namespace zorvela {
 
-/// The letter of an atom that all conformations of its residue share, and the one that stands for any.
+/// Letter of an atom that all conformations of its residue share, and letter for any conformation.
 inline constexpr char kNoAlternate = ' ';
 inline constexpr char kAnyAlternate = '*';
 
@@ -67,27 +67,27 @@ struct BackboneModel {
   std::vector<BackboneChain> chains;
 };
 
-/// What was read, and what could not be used.
+/// The coordinates that were read, with notes on those that could not be used.
 struct Coordinates {
   std::vector<BackboneModel> models;
   std::vector<std::string> notes;
 };
 
-/// Whether omega needs the atom of this name.
+/// Tells whether omega needs the atom of this name.
 bool isBackbone(std::string_view atom);
 
 /// Puts atoms into the models, chains and residues that they are of, in whatever order they come. A residue
 /// that comes again after another one begins a copy of the chain.
 class BackboneBuilder {
  public:
-  /// `file` is how messages name a file of so many bytes.
+  /// `file` is the name in messages of a file of so many bytes.
   BackboneBuilder(std::string file, std::size_t bytes);
 
-  /// Adds an atom. One that is given twice in a conformation is used once; one without coordinates that are
-  /// numbers is not used, and `where` ("line 12") is where it stands. FileError for more models, or more
-  /// residues, than a file of this size has.
+  /// Adds an atom. One that is given twice in a conformation is used once. One whose coordinates are not
+  /// numbers is not used; `where` ("line 12") is its place in the file. Throws FileError for more models, or
+  /// more residues, than a file of this size has.
   void add(const BackboneAtom& atom, const std::string& where = {});
-  /// The models, and a note for each kind of atoms that were not used.
+  /// Returns the models, and a note for each kind of atoms that were not used.
   Coordinates finished();
 
  private:
@@ -110,7 +110,7 @@ class BackboneBuilder {
   std::string lastUnusable;
 };
 
-/// Whether a line of a text is an atom record of a PDB file.
+/// Tells whether a line of a text is an atom record of a PDB file.
 bool isPdb(std::string_view text);
 
 /// Reads PDB text. FileError with the line for an atom line that is cut or whose coordinates are not in

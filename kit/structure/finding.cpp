@@ -1,4 +1,4 @@
-// What a finding holds, in words and numbers. Apart from the comparison, so that a report of findings needs
+// A finding in words and numbers. Separate from the comparison, so that a report of findings needs
 // no alignment.
 #include <array>
 #include <cmath>

@@ -26,7 +26,7 @@ constexpr const char* kMend = "mend the file there, or fetch it again";
 
 struct WantedColumn {
   std::string_view name;
-  std::string_view other;  // the column that stands for it where it is absent
+  std::string_view other;  // the column to use if it is absent
   bool isRequired;         // one of the two must be there
 };
 

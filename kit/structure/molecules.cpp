@@ -31,7 +31,7 @@ std::optional<int> numberOf(const BackboneResidue& residue) {
   return number->number;
 }
 
-/// Whether the number of a residue is below that of the one before it.
+/// Tells whether the number of a residue is below that of the one before it.
 bool falls(const BackboneResidue& before, const BackboneResidue& after) {
   const auto first = numberOf(before);
   const auto second = numberOf(after);

@@ -15,9 +15,9 @@ struct Molecule {
   std::vector<const BackboneResidue*> residues;
 };
 
-/// The molecules of a model. A part of a chain goes on from the one before it if it is bonded to it, or if
-/// numbers between them are left out, as for residues that were not seen. A residue that stands behind the
-/// others, as MSE after TER, goes to its number if it is bonded there.
+/// Returns the molecules of a model. A part of a chain continues the one before it if it is bonded to it, or
+/// if numbers are missing between them, as for residues that were not seen. A residue after the others, such
+/// as MSE after TER, goes to its number if it is bonded there.
 std::vector<Molecule> moleculesOf(const BackboneModel& model);
 
 }  // namespace zorvela

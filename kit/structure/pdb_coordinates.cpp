@@ -113,7 +113,7 @@ class PdbReader {
     throw FileError(file, lineNumber, what, remedy);
   }
 
-  /// Whether no residue name can explain what column 21 has.
+  /// Tells whether no residue name can explain what column 21 has.
   static bool hasWideChain(std::string_view line) {
     const std::string_view four = field(line, kResidueAt, 4);
     return four.size() == 4 && isAminoAcid(four.substr(0, 3)) && !isAminoAcid(four) && !isTerminalName(four);
@@ -190,7 +190,7 @@ class PdbReader {
     backbone.add(atom, "line " + std::to_string(lineNumber));
   }
 
-  /// A plain decimal number, right or left in its columns; no number where the file says so ("nan").
+  /// Reads a plain decimal number, right or left in its columns; not a number if the file has "nan".
   double coordinate(std::string_view line, std::size_t i) const {
     const std::string_view number = field(line, kXAt + i * kCoordinateWidth, kCoordinateWidth);
     if (toDecimal(number)) return numberIn(number, NAN);

@@ -102,7 +102,7 @@ void addConformations(const BackboneResidue& residue, std::string& found) {
       found += atom.alternate;
 }
 
-/// The letters of the conformations of a bond; that of no letter where there is but one.
+/// Returns the letters of the conformations of a bond; the one without a letter if there is only one.
 std::string conformations(const BackboneResidue& before, const BackboneResidue& after) {
   std::string found;
   addConformations(before, found);

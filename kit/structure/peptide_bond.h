@@ -9,8 +9,8 @@
 
 namespace zorvela {
 
-/// Whether two residues are bonded: C and N, or without one of them the CA atoms, as near as in a peptide
-/// bond in any conformation.
+/// Tells whether two residues are bonded: C and N, or without one of them the CA atoms, as near as in a
+/// peptide bond in any conformation.
 bool areBonded(const BackboneResidue& before, const BackboneResidue& after);
 
 /// The bond between two residues in each conformation that has its atoms, the most occupied one first, among

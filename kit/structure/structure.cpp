@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
 
-/// Whether the first word outside comments begins a data block.
+/// Tells whether the first word outside comments begins a data block.
 bool isCif(std::string_view text) {
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     const std::string_view core = trimmed(*line);
@@ -30,7 +30,7 @@ bool isCif(std::string_view text) {
   return false;
 }
 
-/// Whether a text is of the kind that goes on the other side of a comparison.
+/// Tells whether a text belongs on the other side of a comparison.
 bool holdsShifts(std::string_view text) {
   if (contains(text, "_atom_site.")) return false;
   return contains(text, "_Atom_chem_shift.") || contains(text, "_Chem_shift_value") ||
@@ -52,7 +52,7 @@ Coordinates readCoordinates(const std::string& text, const std::string& name, st
 
 // --- Chains ---------------------------------------------------------------------------------------
 
-/// A residue of one model, with what its name stands for.
+/// A residue of one model, with the meaning of its name.
 struct Placed {
   const BackboneResidue* residue = nullptr;
   char letter = kUnknownResidue;
@@ -185,7 +185,7 @@ void addBonds(const PlacedChain& chain, const std::string& model, const Places& 
   }
 }
 
-/// Numbers the chains that share a name, and says so.
+/// Numbers the chains that share a name, with a note.
 void numberMolecules(ProteinStructure& structure) {
   std::map<std::string, std::vector<StructureChain*>> byName;
   for (StructureChain& chain : structure.chains) byName[chain.name].push_back(&chain);
@@ -268,7 +268,7 @@ ProteinStructure readStructureFile(const std::string& path) {
 
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file) {
   refuseForeign(bytes, file, Wanted::structure, kFormatRemedy);
-  if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
+  dropByteOrderMark(bytes);
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
   ProteinStructure structure;
   structure.file = file;

@@ -39,10 +39,10 @@ struct Evaluation {
   std::vector<std::size_t> notANumber;  ///< labels whose probability is none: shifts far from both classes
 };
 
-/// One for each label; nothing where the program does not predict, or where there is no label by structure.
+/// One for each label; nothing if the program does not predict, or if there is no label by structure.
 using Predictions = std::vector<std::optional<CisPrediction>>;
 
-/// What predicts each label: a model for each fold.
+/// The models that predict the labels, one for each fold.
 struct FoldModels {
   std::vector<Model> models;
   std::vector<std::size_t> foldOf;  ///< by label
@@ -63,14 +63,14 @@ FoldModels trainFolds(const Model& published, const LabelledProlines& data, std:
 /// on.
 Predictions predictAll(const FoldModels& folded, const LabelledProlines& data);
 
-/// What is scored: each window once, in the order of the labels, with the median of the probabilities of its
-/// measurements and the label that most of them have. All else (shifts, CB, CG, cluster) is that of the
-/// measurement in the middle. Error if there is none.
+/// Selects the scored prolines: each window once, in the order of the labels, with the median of the
+/// probabilities of its measurements and the label that most of them have. All else (shifts, CB, CG, cluster)
+/// is that of the measurement in the middle. Error if there is none.
 Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions);
 
 // --- Groups: by what was measured, and by how sure the label is -------------------------------------
 
-/// What is scored: the probability of the program, or the rule that CB - CG above a bound means cis.
+/// The scored prediction: the probability of the program, or the rule that CB - CG above a bound means cis.
 enum class Method { program, rule };
 
 /// Prolines that are scored together.

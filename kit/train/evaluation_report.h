@@ -10,10 +10,10 @@
 
 namespace zorvela {
 
-/// A row for each group. `tables` says where the probabilities are from.
+/// Writes a row for each group. `tables` names the source of the probabilities.
 void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
                           const std::vector<GroupFigures>& all, const std::string& tables);
-/// The same with all digits, and with the calibration.
+/// Writes the figures as JSON, with all digits and with the calibration.
 void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation,
                          const std::vector<GroupFigures>& all, const std::string& tables, int rounds);
 /// CSV: each proline with its label and its probabilities.

@@ -13,7 +13,7 @@ namespace zorvela {
 
 enum class Omega { cis, trans };
 
-/// What CB - CG of the proline itself says.
+/// The state of a proline by its own CB - CG.
 enum class ShiftLabel { none, cis, trans, unclear };
 
 /// One line of the labels file.
@@ -21,12 +21,12 @@ struct ProlineLabel {
   std::size_t line = 0;            ///< in the labels file
   std::string entry;               ///< name of the shift table without ".tab"
   int resid = 0;                   ///< position in the sequence, from 1
-  std::optional<Omega> structure;  ///< from structures; nothing where there is none
+  std::optional<Omega> structure;  ///< from structures; nothing if there is none
   ShiftLabel byShift = ShiftLabel::none;
   std::string cluster;  ///< proteins of one cluster share stretches of sequence
 };
 
-/// What a labels file holds.
+/// The content of a labels file.
 struct LabelFile {
   std::string path;
   std::vector<ProlineLabel> prolines;  ///< in the order of the file; at least one

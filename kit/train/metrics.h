@@ -1,4 +1,4 @@
-// How good predictions are: figures for a set of prolines, with bootstrap intervals over clusters.
+// Accuracy of predictions: figures for a set of prolines, with bootstrap intervals over clusters.
 #pragma once
 
 #include <array>
@@ -85,7 +85,7 @@ std::vector<RocPoint> rocCurve(const std::vector<Scored>& set);
 /// Predicted probability against observed share of cis.
 struct CalibrationBin {
   double from = 0;   ///< probabilities at or above this ...
-  double below = 0;  ///< ... and below this (the last bin holds 1 as well)
+  double below = 0;  ///< ... and below this (the last bin holds 1 too)
   std::size_t count = 0;
   std::size_t cis = 0;
   double meanProbability = 0;  ///< 0 for no prolines

@@ -11,10 +11,10 @@ namespace zorvela {
 struct PublishedData {
   std::string neighbours;        ///< counts of residue types before and after cis and trans prolines
   std::string randomCoil;        ///< random-coil shifts (ppm)
-  std::string neighbourEffects;  ///< what neighbours do to them (ppm)
+  std::string neighbourEffects;  ///< effects of neighbours on them (ppm)
 };
 
-/// The same with the names of our data folder where a path is empty: beside the labels.
+/// Fills empty paths with the file names of our data folder, beside the labels.
 PublishedData besideLabels(PublishedData published, const std::string& labels);
 
 /// All tables but limits and shifts. `pseudocount` is added to each count of neighbours, so that no

@@ -14,7 +14,7 @@ std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length
 /// The number of each sequence's cluster, from 1 in the order of first appearance.
 ///
 /// Method: a sequence is the set of its words of five residues (c counts as C; words with an unknown residue
-/// are left out). Two sequences belong together if they share at least 20 words that stand in no more than
+/// are left out). Two sequences belong together if they share at least 20 words that occur in no more than
 /// 200 different sequences (as 24 identical residues in a row have them), or at least 5 that are a tenth of
 /// the words of the shorter one. Clusters are all that is linked so, directly or through others. Words in
 /// more than 200 sequences are purification tags and the like. Sequences without such words are clusters of

@@ -1,4 +1,4 @@
-// Reads CSV files of data, and says where one is wrong.
+// Reads CSV files of data; errors name the line.
 #include "train/strict_csv.h"
 
 #include <algorithm>

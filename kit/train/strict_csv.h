@@ -7,7 +7,7 @@
 
 namespace zorvela {
 
-/// What to do about a line that is wrong.
+/// The remedy for a wrong line.
 inline constexpr const char* kCorrectLine = "correct or remove the line";
 
 class StrictCsv {

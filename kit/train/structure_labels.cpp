@@ -24,7 +24,7 @@ constexpr std::size_t kWordLength = 4;
 // By chance a chain of 300 residues shares one word with a protein of 100 in one case of six.
 constexpr std::size_t kSharedWords = 2;
 
-/// What the chains and models of a structure say of one proline, before it is one vote.
+/// States of one proline in the chains and models of a structure, before they become one vote.
 struct Tally {
   std::size_t cis = 0;
   std::size_t trans = 0;
@@ -46,7 +46,7 @@ bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double le
   return alignment.aligned >= needed && alignment.identity() >= leastIdentity;
 }
 
-/// The residue of a proline in the chain, if both neighbours are beside it there as well.
+/// Finds the residue of a proline in the chain, if both its neighbours are beside it.
 const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignment& alignment,
                                   std::size_t position) {
   const auto& place = alignment.inStructure;

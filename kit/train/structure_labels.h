@@ -13,20 +13,20 @@
 
 namespace zorvela {
 
-/// How well a chain of a structure fits a protein.
+/// Fit of a structure chain to a protein.
 struct StructureFit {
   std::string chain;    ///< structure and chain: "1stnA"
   double identity = 0;  ///< percent of the aligned residues
   std::size_t aligned = 0;
 };
 
-/// What the structures say of one proline: the identical ones, where there is one, else the homologous ones.
+/// Votes of the structures for one proline: of the identical ones if there are any, else of the homologous.
 struct ProlineVotes {
   int position = 0;     ///< in the sequence, from 1
   std::size_t cis = 0;  ///< structures with a cis bond
   std::size_t trans = 0;
-  bool isAnySplit = false;  ///< structures that have the bond say neither
-  StructureFit best;        ///< of these structures; without a name where there is none
+  bool isAnySplit = false;  ///< structures with the bond that are neither
+  StructureFit best;        ///< of these structures; without a name if there is none
 };
 
 /// The vote of one structure for one proline.
@@ -52,7 +52,7 @@ struct Ballots {
 /// proteins, so the work grows linearly with the number of structures. Memory: the proteins and their votes.
 class LabelVotes {
  public:
-  /// The identity (percent) that stands for the same sequence.
+  /// The identity (percent) of the same sequence.
   static constexpr double kSameSequence = 100;
 
   LabelVotes(std::vector<Protein> proteins, double identity);
@@ -63,7 +63,7 @@ class LabelVotes {
   void count(const std::vector<Ballot>& ballots);
 
   std::size_t proteinCount() const { return all.size(); }
-  /// How many prolines have a label, of how many.
+  /// Count the prolines with a label, and all prolines.
   std::size_t labelled() const;
   std::size_t prolines() const;
 

@@ -163,7 +163,7 @@ void setDeviations(IndexStatistics& s, Pooling pooling) {
   s.stdCis = s.stdTrans = std::sqrt(share * cis * cis + (1 - share) * trans * trans);
 }
 
-/// A shift that one class was never seen with says nothing: both means are then the same.
+/// A shift that one class never has is not evidence: both means are then equal.
 void setMeans(IndexStatistics& s) {
   if (s.cis.count == 0) s.cis.mean = s.trans.mean;
   if (s.trans.count == 0) s.trans.mean = s.cis.mean;

@@ -19,7 +19,7 @@ enum class Pooling {
   none      ///< each class its own
 };
 
-/// What can be chosen in training. The values here are those of the tables that the program ships with;
+/// Choices in training. The values here are those of the tables that the program ships with;
 /// doc/accuracy.md has the figures behind each.
 struct TrainingChoices {
   double limitPercent = 2.0;  ///< shifts are clipped below this percentile and above its mirror
@@ -38,7 +38,7 @@ struct IndexStatistics {
   double stdTrans = 1;
 };
 
-/// What training finds.
+/// The result of training.
 struct Training {
   Model model;  ///< with limits, means and deviations as the tables print them
   std::array<IndexStatistics, kShifts> shifts;

@@ -6,7 +6,7 @@ namespace zorvela {
 
 namespace {
 
-/// A message is read by people: words of a file in it may be as long as the file.
+/// People read a message; a quoted part of a file could be as long as the file.
 constexpr std::size_t kLongestWhat = 1500;
 constexpr std::size_t kLongestFile = 600;
 

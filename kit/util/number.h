@@ -5,14 +5,14 @@
 
 namespace zorvela {
 
-/// The fewest rounded digits that give back the same number, with an exponent where that is shorter: "0.1",
+/// Returns the fewest digits that read back as the same number, with an exponent if that is shorter: "0.1",
 /// "25", "1e-04".
 std::string numberText(float value);
 
-/// With so many decimals, as printf writes it.
+/// Returns the number with so many decimals, as printf writes it.
 std::string fixedText(double value, int decimals);
 
-/// The same with a sign but for zero: "+4.1", "-0.3", "0.0".
+/// Returns the number with a sign, except for zero: "+4.1", "-0.3", "0.0".
 std::string signedText(double value, int decimals = 1);
 
 }  // namespace zorvela

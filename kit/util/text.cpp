@@ -27,7 +27,7 @@ struct LatinForm {
   std::string_view to;
 };
 
-// What spreadsheets and word processors write for letters and signs of a chemical shift table.
+// Characters that spreadsheets and word processors use for the letters and signs of a shift table.
 constexpr LatinForm kLatinForms[] = {
     {"α", "a"},      {"β", "b"},      {"γ", "g"},      {"δ", "d"},     {"ε", "e"}, {"ζ", "z"}, {"η", "h"},
     {"Α", "A"},      {"Β", "B"},      {"Γ", "G"},      {"Ε", "E"},     {"Ζ", "Z"}, {"Η", "H"}, {"ɑ", "a"},
@@ -107,7 +107,7 @@ bool isObeyed(char32_t code) {
   return isC0OrC1 || isLineEnd || turnsDirection;
 }
 
-/// What nobody sees, so that two names look like one; and what is no character, as XML has it.
+/// Invisible characters, which make two names look alike; and code points that are not characters in XML.
 bool isInvisible(char32_t code) {
   const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
   const bool isNoCharacter = (code & 0xFFFEU) == 0xFFFE;
@@ -148,7 +148,7 @@ bool isFormula(std::string_view text) {
 
 constexpr char kFormulaMark = '\'';
 
-/// Whether a formula stands there, with or without marks before it.
+/// Tells whether a text is a formula, with or without marks before it.
 bool isFormulaAfterMarks(std::string_view text) {
   while (!text.empty() && text.front() == kFormulaMark) text.remove_prefix(1);
   return isFormula(text);
@@ -191,6 +191,10 @@ std::string lower(std::string_view text) {
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](char x, char y) { return lowerLetter(x) == lowerLetter(y); });
+}
+
+void dropByteOrderMark(std::string& text) {
+  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
 }
 
 bool startsIgnoringCase(std::string_view text, std::string_view start) {

@@ -27,13 +27,13 @@ inline constexpr std::array<Atom, kBackboneAtoms> kBackbone = {Atom::N,  Atom::H
 constexpr std::size_t indexOf(Atom atom) {
   return static_cast<std::size_t>(atom);
 }
-/// The atom's name in shift tables.
+/// Returns the atom's name in shift tables.
 constexpr std::string_view nameOf(Atom atom) {
   constexpr std::array<std::string_view, kAtomCount> names = {"N",  "HA",  "C",   "CA", "CB",
                                                               "HN", "HA2", "HA3", "CG"};
   return names[indexOf(atom)];
 }
-/// The atom of that name.
+/// Finds the atom of that name.
 std::optional<Atom> atomNamed(std::string_view name);
 
 /// A value for each backbone atom.
@@ -45,7 +45,7 @@ using BackboneValues = std::array<float, kBackboneAtoms>;
 inline constexpr char kProlineCode = 'P';
 inline constexpr char kPassedProlineCode = 'p';
 inline constexpr char kGlycineCode = 'G';
-/// What stands beyond the ends of a sequence.
+/// The type beyond the ends of a sequence.
 inline constexpr char kNoType = '\0';
 
 constexpr bool isProline(char type) {
@@ -68,12 +68,12 @@ struct ShiftPlace {
 inline constexpr std::size_t kBackboneShifts = 3 * kBackboneAtoms;
 inline constexpr std::size_t kShifts = kBackboneShifts + 1;
 
-/// The index of a shift; of CG that of the proline.
+/// Returns the index of a shift; for CG that of the proline.
 constexpr std::size_t shiftIndex(int residue, Atom atom) {
   if (atom == Atom::CG) return kBackboneShifts;
   return static_cast<std::size_t>(residue + 1) * kBackboneAtoms + indexOf(atom);
 }
-/// The place of a shift index.
+/// Returns the place of a shift index.
 constexpr ShiftPlace shiftPlace(std::size_t index) {
   if (index == kBackboneShifts) return {0, Atom::CG};
   return {static_cast<int>(index / kBackboneAtoms) - 1, static_cast<Atom>(index % kBackboneAtoms)};
@@ -81,7 +81,7 @@ constexpr ShiftPlace shiftPlace(std::size_t index) {
 
 // --- Missing shifts -----------------------------------------------------------------------------
 
-/// Stands for a shift that does not exist.
+/// Marks a shift that does not exist.
 inline constexpr float kMissingShift = 9999.0F;
 /// A shift at or above this bound is missing.
 inline constexpr float kMissingBound = 999.0F;
@@ -92,7 +92,7 @@ inline constexpr float kNotMeasured = std::numeric_limits<float>::quiet_NaN();
 
 // --- The model ----------------------------------------------------------------------------------
 
-/// What is known of one residue type. A type that no table has keeps these values.
+/// Reference values of one residue type. A type that no table has keeps these values.
 struct ReferenceValues {
   BackboneValues randomCoil = {kMissingShift, kMissingShift, kMissingShift,
                                kMissingShift, kMissingShift, kMissingShift};
@@ -107,7 +107,7 @@ struct ReferenceValues {
   float transAfter = 0;
 };
 
-/// What the shifts of one class have.
+/// Mean and deviation of a shift in one class (ppm).
 struct ClassShift {
   float mean = 0;
   float deviation = 0;
@@ -144,25 +144,25 @@ struct Residue {
 /// Rounds to six significant digits, as a number does that goes through a cell of a table.
 float sixDigits(float value);
 
-/// The reference shift of an atom; from 999 on it is unknown.
+/// Returns the reference shift of an atom; from 999 on it is unknown.
 float referenceShift(const ReferenceValues& previous, const ReferenceValues& own, const ReferenceValues& next,
                      Atom atom);
-/// The reference shifts of the residue at that place (from 0) of a sequence.
+/// Returns the reference shifts of the residue at that place (from 0) of a sequence.
 BackboneValues referenceShifts(const Model& model, const std::vector<Residue>& sequence, std::size_t place);
 
-/// HA of glycine: the mean of HA2 and HA3, or the one of them that is below 999; nothing if neither is.
+/// Returns HA of glycine: the mean of HA2 and HA3, or the one that is below 999; nothing if neither is.
 std::optional<float> glycineHA(float ha2, float ha3);
-/// What the observed shift of an atom differs from its reference; 9999 where it is missing or not used.
+/// Returns the observed shift minus its reference; 9999 if it is missing or not used.
 float secondaryShift(char type, Atom atom, std::optional<float> observed, float reference);
 
-/// The observed shift of a backbone atom, for glycine that of its two HA; nothing if there is none.
+/// Returns the observed shift of a backbone atom, for glycine that of its two HA; nothing if there is none.
 std::optional<float> observedShift(const Residue& residue, Atom atom);
-/// How many of the six backbone shifts are not there.
+/// Counts the missing ones of the six backbone shifts.
 int missingShifts(const Residue& residue);
 
-/// Secondary shifts, with six digits, of a residue; 9999 where missing.
+/// Returns the secondary shifts of a residue, with six digits; 9999 if missing.
 BackboneValues secondaryShifts(const Residue& residue, const BackboneValues& references);
-/// The same for a whole sequence.
+/// Returns the secondary shifts of a whole sequence.
 std::vector<BackboneValues> secondaryShifts(const Model& model, const std::vector<Residue>& sequence);
 
 /// Brings a secondary shift into its limits; a shift of 999 or more stays.
@@ -185,36 +185,36 @@ struct ShiftEvidence {
   double lnTrans = 0;  ///< the same for trans
 };
 
-/// All that a probability is made of.
+/// All contributions to a probability.
 struct ProlineEvidence {
   std::array<ShiftEvidence, kShifts> shifts;  ///< by shift index
   std::array<float, 2> cisShares{};    ///< of the residue types before and after, among those of cis prolines
   std::array<float, 2> transShares{};  ///< the same for trans
 };
 
-/// The probability of cis, and what it is made of.
+/// The probability of cis, and its contributions.
 struct CisPrediction {
   ProlineEvidence evidence;
   float pCis = 0;      ///< under equal odds
   float pCisNorm = 0;  ///< where 1 proline in 20 is cis
 };
 
-/// Whether shifts suffice: at most one residue of a triplet lacks more than three of its six.
+/// Tells whether there are enough shifts: at most one residue of a triplet lacks more than three of its six.
 bool hasEnoughShifts(const std::array<int, 3>& missing);
 
-/// Whether a secondary shift or the shift of a CG is missing in the prediction.
+/// Tells whether a secondary shift or the shift of a CG is missing in the prediction.
 constexpr bool isMissingSecondary(float shift) {
   return shift > kMissingSecondaryShift;
 }
 constexpr bool isMissingCG(float shift) {
   return shift >= kMissingBound;
 }
-/// A shift that is not missing against its statistics.
+/// Compares a shift that is not missing with its statistics.
 ShiftEvidence compared(float shift, const ShiftStatistics& statistics);
 
-/// The probability of cis under equal odds. Not a number where neither class fits.
+/// Returns the probability of cis under equal odds; not a number if neither class fits.
 float cisProbability(const ProlineEvidence& evidence);
-/// What a probability under equal odds is where 1 proline in 20 is cis.
+/// Converts a probability under equal odds to the one for 1 cis proline in 20.
 float naturalOdds(float pCis);
 
 /// Trans to cis among prolines, by which equal odds become natural ones.

@@ -117,7 +117,7 @@ export function libraryOf(findDefault, read) {
     const files = namedInputs(inputs);
     if (files.length === 1 && name !== undefined) files[0].name = name;
     const models = namedInputs(structures);
-    const sequences = sequence === undefined ? [] : namedInputs(sequence, "sequence");
+    const sequences = sequence === undefined ? [] : namedInputs(sequence, "option sequence");
     const beside = [...models, ...sequences].map((one) => one.name);
     const zorvela = await start();
     try {

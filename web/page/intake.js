@@ -67,7 +67,7 @@ export function listenForFiles(take, fail) {
   });
   document.getElementById("predict").addEventListener("click", () => takeText(pasted.value));
   addEventListener("paste", (event) => {
-    if (event.target === pasted) return;
+    if (event.target.matches("input, textarea")) return;
     if (event.clipboardData.files.length > 0) takeAll(fromFileList(event.clipboardData.files));
     else takeText(event.clipboardData.getData("text/plain"));
   });

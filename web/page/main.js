@@ -104,9 +104,13 @@ function predict(message) {
 
 function take(files) {
   given = files.map(({ name }) => name);
+  predict({ type: "files", files });
+}
+
+/** What was chosen of the files before has no meaning for other ones. */
+function forgetChoices() {
   byId("sequence").value = byId("first-residue").value = "";
   offerChoices([]);
-  predict({ type: "files", files });
 }
 
 /** Structures and sequences alone say nothing: the shifts come before or after them. */
@@ -232,6 +236,7 @@ worker.onmessage = ({ data }) => {
   if (data.id !== undefined && data.id !== newest) return;
   if (data.type === "progress") showProgress(data);
   else if (data.type === "result") showResult(data);
+  else if (data.type === "other files") forgetChoices();
   else if (data.type === "contents") offerChoices(data.contents);
   else if (data.type === "waiting") waitForShifts(data);
   else sayFailure(`This went wrong: ${data.message}. Load the page again.`);

@@ -44,7 +44,7 @@ const stemOf = (name) => name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "");
 
 /** The sequence of a shift file: as text, of the same stem, or the only one of the only file. */
 function sequenceOf({ name }, { sequence }) {
-  if (sequence) return { name: "the sequence", bytes: new TextEncoder().encode(sequence) };
+  if (sequence) return { name: "the text given", bytes: new TextEncoder().encode(sequence) };
   if (sequences.length === 1 && shiftFiles.length === 1) return sequences[0];
   return sequences.find((one) => stemOf(one.name) === stemOf(name)) ?? { name: "" };
 }
@@ -117,6 +117,8 @@ async function predict({ id, choices }) {
   if (shiftFiles.some(({ contents }) => contents === undefined)) await findContents(id);
 }
 
+const NONE_OF_THE_FILES = { chains: [], lists: [], sequence: "", firstResidue: undefined };
+
 /** Structures and sequences alone belong to the shifts of before, and wait for some where there are none. */
 async function takeFiles({ id, files, choices }) {
   const zorvela = await start();
@@ -129,8 +131,10 @@ async function takeFiles({ id, files, choices }) {
   structures = beside(structures, ofKind("structure"));
   sequences = beside(sequences, ofKind("sequence"));
   if (newShifts.length > 0) shiftFiles = newShifts;
+  const keepsChoices = read.every(({ kind }) => kind === "structure");
+  if (!keepsChoices) postMessage({ type: "other files", id });
   if (shiftFiles.length === 0) postMessage({ type: "waiting", id, names: read.map(({ name }) => name) });
-  else await predict({ id, choices });
+  else await predict({ id, choices: keepsChoices ? choices : { ...choices, ...NONE_OF_THE_FILES } });
 }
 
 /** {bytes, notes, error} of what is saved of the result; `index` is that of a protein. */

@@ -179,6 +179,25 @@ class Page:
             """, [[name, list(content)] for name, content in files.items()])
         return self.wait_for_result()
 
+    def drop_from_disk(self, *paths):
+        """Drops files onto the box with the pointer of the browser itself."""
+        self.clear_status()
+        box = self.element("drop").rect
+        for kind in ("dragEnter", "dragOver", "drop"):
+            self.driver.execute_cdp_cmd("Input.dispatchDragEvent", {
+                "type": kind, "x": box["x"] + 20, "y": box["y"] + 20 - self.scrolled(),
+                "data": {"items": [], "files": [str(path) for path in paths], "dragOperationsMask": 1}})
+        return self.wait_for_result()
+
+    def paste(self, text):
+        """Pastes text with the keyboard into what has the focus."""
+        self.driver.execute_cdp_cmd("Browser.grantPermissions", {
+            "permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
+        self.driver.execute_async_script("navigator.clipboard.writeText(arguments[0]).then(arguments[1])", text)
+        self.driver.execute_cdp_cmd("Input.dispatchKeyEvent", {
+            "type": "rawKeyDown", "key": "v", "code": "KeyV", "modifiers": 2, "windowsVirtualKeyCode": 86, "commands": ["paste"]})
+        self.driver.execute_cdp_cmd("Input.dispatchKeyEvent", {"type": "keyUp", "key": "v", "code": "KeyV", "modifiers": 2})
+
     def click_in_report(self, selector, index=0):
         """Moves the pointer to an element of the report and presses its button there."""
         x, y = self.driver.execute_script("""

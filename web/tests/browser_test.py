@@ -269,6 +269,18 @@ class Structures(Page):
         self.page.choose(self.shifts)
         self.check_compared()
 
+    def test_choices_stay(self):
+        dimer = self.folder.copy(FILES / "star3_dimer.str")
+        self.page.choose(dimer)
+        self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
+        self.page.select("chain", "B")
+        self.page.choose(self.model)
+        self.assertTrue(self.page.element("chain-choice").is_displayed())
+        self.check_saved(dimer.name, choices=("--chain", "B", "--structure", self.model.name))
+        self.page.choose(self.shifts)
+        self.assertFalse(self.page.element("chain-choice").is_displayed())
+        self.check_saved(self.shifts.name)
+
     def test_mmcif(self):
         self.page.choose(self.folder.copy(program.SOURCE / "examples" / "ubiquitin.tab"),
                          self.folder.copy(FILES / "ubiquitin_ensemble.cif.gz"))
@@ -280,6 +292,90 @@ class Structures(Page):
         said = program.kit("run", "--tables", "tab", self.shifts.name, "--structure", cut.name, cwd=self.folder.path).stderr
         self.assertEqual([f"zorvela-kit: {error}" for error in self.errors()], said.splitlines())
         self.assertIn("is cis: P117", self.page.status())
+
+
+class Sequences(Page):
+    """A resonance list has numbers of residues alone: their names are in the sequence beside it."""
+
+    def add_list(self, name, moved=0):
+        return self.folder.add(name, web.resonance_list(moved))
+
+    def field(self):
+        return self.page.element("sequence-choice")
+
+    def use(self):
+        self.page.clear_status()
+        self.page.element("use-sequence").click()
+        return self.page.wait_for_result()
+
+    def check_saved_with(self, *choices):
+        """The text of the field is a file called "the text given" to the program."""
+        self.folder.add("the text given", web.UBIQUITIN)
+        self.assertEqual(self.page.status(), "list.prot: None of 3 prolines is called cis.")
+        self.check_saved("list.prot", choices=("--sequence", "the text given", *choices))
+
+    def test_dropped_with_the_shifts(self):
+        paths = self.add_list("list.prot"), self.folder.add("list.seq", web.UBIQUITIN)
+        self.assertEqual(self.page.drop_from_disk(*paths), "list.prot: None of 3 prolines is called cis.")
+        self.check_saved("list.prot", "list.seq")
+        self.assertFalse(self.field().get_property("open"))
+
+    def test_dropped_after_the_shifts(self):
+        self.page.drop_from_disk(self.add_list("list.prot"))
+        self.assertEqual(self.page.status(), "1 file could not be predicted.")
+        self.page.drop_from_disk(self.folder.add("other.fasta", web.UBIQUITIN))
+        self.check_saved("list.prot", "other.fasta")
+
+    def test_lists_of_two_proteins_with_a_sequence_each(self):
+        names = [name for stem in "ab" for name in (f"{stem}.prot", f"{stem}.seq")]
+        paths = [self.add_list(name) if name.endswith("prot") else self.folder.add(name, web.UBIQUITIN) for name in names]
+        self.page.drop_from_disk(*paths)
+        self.assertEqual(self.errors(), [])
+        self.check_saved(*names)
+
+    def test_field_opens_where_a_sequence_is_needed(self):
+        self.page.choose(NUCLEASE)
+        self.assertFalse(self.field().get_property("open"))
+        path = self.add_list("list.prot")
+        self.page.drop_from_disk(path)
+        error = json.loads(self.folder.program("json", path.name))["errors"][0]
+        self.assertIs(error["needs_sequence"], True)
+        self.assertEqual(self.errors(), [error["message"]])
+        self.assertTrue(self.page.element("sequence").is_displayed())
+        self.page.element("sequence").click()
+        self.page.paste(web.UBIQUITIN.decode())
+        self.assertEqual(self.page.element("sequence").get_property("value"), web.UBIQUITIN.decode())
+        self.assertEqual(self.page.text("result-title"), "list.prot", "the pasted text was taken for a shift file")
+        self.use()
+        self.check_saved_with()
+
+    def test_first_residue(self):
+        self.page.choose(self.add_list("list.prot", moved=16))
+        self.page.element("sequence").send_keys(web.UBIQUITIN.decode())
+        self.use()
+        self.assertIn("17", self.errors()[0])
+        self.page.element("first-residue").send_keys("17")
+        self.use()
+        self.check_saved_with("--first-residue", "17")
+        self.assertEqual([p["resid"] for p in json.loads(self.page.save("json")[1])["proteins"][0]["prolines"]], ["35", "53", "54"])
+
+    def test_sequence_stays_when_a_structure_comes(self):
+        self.page.choose(self.add_list("list.prot"))
+        self.page.element("sequence").send_keys(web.UBIQUITIN.decode())
+        self.use()
+        model = self.folder.copy(program.SOURCE / "examples" / "ubiquitin.pdb.gz")
+        self.page.drop_from_disk(model)
+        self.check_saved_with("--structure", model.name)
+        self.page.choose(NUCLEASE)
+        self.assertEqual(self.page.element("sequence").get_property("value"), "")
+
+    def test_sequence_that_cannot_be_read(self):
+        path = self.folder.copy(NUCLEASE)
+        self.page.choose(path)
+        self.page.driver.find_element(browser.By.CSS_SELECTOR, "#sequence-choice summary").click()
+        self.page.element("sequence").send_keys("17")
+        self.use()
+        self.assertEqual([error.split(";")[0] for error in self.errors()], ['the text given:1: is not a sequence: "17"'])
 
 
 class Report(Page):

@@ -57,6 +57,10 @@ class InstalledPackage(unittest.TestCase):
         kit("restrain", "--tables", "tab", "--for", "rosetta", "--chain-as", "A", "--output", "native.cst", "nuclease.str")
         kit("annotate", "--tables", "tab", "--output", "flags.nef", "flagged.nef")
         kit("annotate", "--tables", "tab", "--replace", "--output", "replaced.nef", "flagged.nef")
+        (self.folder / "list.prot").write_bytes(web.resonance_list(moved=16))
+        (self.folder / "list.fasta").write_bytes(web.UBIQUITIN)
+        kit("run", "--tables", "tab", "--sequence", "list.fasta", "--first-residue", "17", "--format", "json",
+            "--output", "list.json", "list.prot")
         self.assertTrue(native.exists())
         result = run("node", "--test", "--test-reporter=tap", cwd=self.folder)
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)

@@ -60,6 +60,20 @@ test("files can be many, and have names", async () => {
   assert.equal((await predict(new File([content], "mine.str"))).proteins[0].file, "mine.str");
 });
 
+test("a list without residue names takes them from a sequence", async () => {
+  const list = { name: "list.prot", content: await readFile("list.prot") };
+  const sequence = { name: "list.fasta", content: await readFile("list.fasta") };
+  const wanted = JSON.parse(await readFile("list.json", "utf8"));
+  assert.deepEqual(await predict(list, { sequence, firstResidue: 17 }), wanted);
+  const { proteins: [{ prolines }] } = await predict(list, { sequence: await readFile("list.fasta", "utf8"), firstResidue: 17 });
+  assert.deepEqual(prolines.map(({ resid, p_cis_norm }) => [resid, p_cis_norm]),
+                   wanted.proteins[0].prolines.map(({ resid, p_cis_norm }) => [resid, p_cis_norm]));
+  await assert.rejects(predict(list, { sequence }), { name: "PredictionError", message: /17/ });
+  await assert.rejects(predict(list), PredictionError);
+  await assert.rejects(predict(content, { sequence: "17" }), { name: "PredictionError", message: /^option sequence:1: is not a sequence/ });
+  await assert.rejects(predict(list, { sequence, firstResidue: 1.5 }), /option "firstResidue" cannot be 1.5/);
+});
+
 test("results beside a structure are the program's", async () => {
   const structures = { name: "nuclease.pdb.gz", content: await readFile("nuclease.pdb.gz") };
   for (const format of ["csv", "json", "table", "html"])

@@ -35,19 +35,20 @@ function prolineOf(proline: Proline): Value[] {
 
 const offsetOf = ({ atom, offset, error, residues, correction_recommended, corrected_by }: Offset): Value[] =>
   [atom, offset, error, residues, correction_recommended, corrected_by];
-const matchOf = ({ file, chain, aligned, identical, mismatches, missing }: Match): Value[] =>
-  [file, chain, aligned, identical, ...mismatches, ...missing];
+const matchOf = ({ file, chain, aligned, identical, mismatches, missing, residues }: Match): Value[] =>
+  [file, chain, aligned, identical, ...mismatches, ...missing, residues];
 const structureOf = ({ file, format, models, chains, notes }: Structure): Value[] =>
   [file, format, models, ...notes, ...chains.flatMap(({ chain, residues, ca_only }): Value[] => [chain, residues, ca_only])];
 
 const proteinOf = ({ file, chain, list, length, shifts, referencing, prolines, warnings, notes, ...more }: Protein): Value[] =>
-  [file, chain, list, length, shifts, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...warnings, ...notes,
+  [file, chain, list, length, shifts, more.deuteration, ...referencing.flatMap(offsetOf), ...prolines.flatMap(prolineOf), ...warnings, ...notes,
    ...(more.matches ?? []).flatMap(matchOf), ...(more.structure_notes ?? [])];
 
-export function valuesOf({ format, version, program, tables, thresholds, proteins, errors, ...more }: Result): Value[] {
-  return [format, version, program, tables, thresholds.cis_from, thresholds.trans_up_to, thresholds.cis_omega_up_to,
+export function valuesOf({ format, version, program, tables, tables_fingerprint, thresholds, proteins, errors, ...more }: Result): Value[] {
+  return [format, version, program, tables, tables_fingerprint, thresholds.cis_from, thresholds.trans_up_to, thresholds.cis_omega_up_to,
           thresholds.trans_omega_from, ...proteins.flatMap(proteinOf),
-          ...errors.flatMap(({ file, message }) => [file, message]), ...(more.structures ?? []).flatMap(structureOf),
+          ...errors.flatMap(({ file, message, needs_sequence }) => [file, message, needs_sequence]),
+          ...(more.structures ?? []).flatMap(structureOf),
           ...(more.chains_without_shifts ?? [])];
 }
 
@@ -57,6 +58,7 @@ export async function use(input: Input): Promise<string> {
     await load("https://example.org/zorvela.wasm");
     const { version, tables } = await versions();
     return [version, tables, ...valuesOf(await predict(input, { name: "a.str", chains: ["A"] })),
+            ...valuesOf(await predict(input, { asReferenced: true, deuterated: false, sequence: input, firstResidue: 17 })),
             await report([input, { name: "b", content: input }], { format: "csv", lists: ["all"], structures: input }),
             ...(await contents(input)).map(({ file, chain, list }) => [file, chain, list]),
             ...(await shiftTables([input])).map(({ table }) => table), (await flaggedNef(input, { trans: true })).text,

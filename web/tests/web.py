@@ -42,6 +42,19 @@ def nef_of_two_cis_prolines():
         *(f"A {resid} {names[letter]} {atom} {value}" for resid, letter, atom, value in shifts), "stop_", "save_", ""]).encode()
 
 
+UBIQUITIN = b""">ubiquitin
+MQIFVKTLTGKTITLEVEPSDTIENVKAKIQDKEGIPPDQQRLIFAGKQLEDGRTLSDYNIQKESTLHLVLRLRGG
+"""
+
+
+def resonance_list(moved=0):
+    """The shifts of ubiquitin with numbers of residues and no names of them; the numbers may be moved."""
+    lines = (program.SOURCE / "examples" / "ubiquitin.tab").read_text().splitlines()
+    rows = [line.split() for line in lines if re.match(r" *\d+ [A-Z] ", line)]
+    return "".join(f"{number:5} {shift:>8} 0.000 {atom:5} {int(resid) + moved:4}\n"
+                   for number, (resid, _, atom, shift) in enumerate(rows, 1)).encode()
+
+
 @functools.lru_cache
 def installed(*packages):
     """A folder with npm packages, for all tests of a module; None where they cannot be fetched."""

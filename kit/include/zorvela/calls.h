@@ -1,4 +1,4 @@
-// What is said of a proline in plain words, and from which probability on.
+// The call for a proline, and the probabilities from which it is made.
 #pragma once
 
 #include <string>
@@ -15,13 +15,13 @@ inline constexpr float kTransUpTo = 0.05F;
 /// J. Biomol. NMR 24, 149).
 inline constexpr double kRuleCisAbove = 7.1;
 
-/// What is said of one proline in plain words.
+/// The call for one proline.
 enum class Call { cis, trans, undecided, none };
 
-/// "cis", "trans", "undecided" or "none".
+/// Returns "cis", "trans", "undecided" or "none".
 std::string toText(Call call);
 
-/// The call for a value of P_CIS_NORM; none if it is not a number.
+/// Returns the call for a value of P_CIS_NORM; none if it is not a number.
 Call callOf(float pCisNorm);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Shifts against structures: for each proline the call from the shifts beside the bond in the structures.
+// Compares the call of each proline with its bond in structures.
 #pragma once
 
 #include <cstddef>
@@ -12,17 +12,16 @@
 
 namespace zorvela {
 
-/// Puts what the structures say into the results of the proteins of one shift file: the finding of each
-/// proline, the matching chains and the notes. A chain of a structure belongs to the protein that it is most
-/// alike, if it is the same protein (see `kSameProteinFrom`). Where several are equally alike, as the copies
-/// of a homodimer, it belongs to all of them; or to the one of its own name, if the structure has a chain of
-/// the name of each. `proteins` and `results` go together one by one.
+/// Adds the findings of structures to the results of one shift file: the finding of each proline, the
+/// matching chains and the notes. A chain of a structure belongs to the most similar protein, if it is the
+/// same protein (see `kSameProteinFrom`). If several are equally similar, as in a homodimer, it belongs to
+/// all of them. If the structure has a chain named like each of them, it belongs to the one of its own name.
+/// `proteins` and `results` have the same order.
 void compareWithStructures(const std::vector<Protein>& proteins,
                            const std::vector<ProteinStructure>& structures,
                            std::vector<ProteinResult>& results);
 
-/// The structure chains that are in none of the matches, each as a line: "model.pdb, chain C (25 residues)
-/// has no shifts".
+/// Returns a line for each structure chain without a match: "model.pdb, chain C (25 residues) has no shifts".
 std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
                                              const std::vector<ProteinStructure>& structures);
 

@@ -1,4 +1,4 @@
-// What the library throws: errors that the user can mend, each in one line.
+// The exceptions of the library: errors that the user can fix, each in one line.
 #pragma once
 
 #include <cstddef>
@@ -7,17 +7,17 @@
 
 namespace zorvela {
 
-/// An error that the user can mend. `what()` is one line: file, line where there is one, what is wrong
-/// and what to do. The types below say what is at fault.
+/// An error that the user can fix. `what()` is one line: file, line if known, what is wrong and what to do.
+/// The types below tell what is at fault.
 class Error : public std::runtime_error {
  public:
   explicit Error(const std::string& what) : std::runtime_error(what) {}
-  /// "file: what; remedy" or, with a line above 0, "file:line: what; remedy". An empty remedy is left out.
+  /// Makes "file: what; remedy" or, with a line above 0, "file:line: what; remedy". Omits an empty remedy.
   Error(const std::string& file, std::size_t line, const std::string& what, const std::string& remedy);
 
-  /// The file at fault as the caller named it; empty where there is none.
+  /// Returns the file at fault as the caller named it; empty if there is none.
   const std::string& file() const { return m_file; }
-  /// The line at fault, from 1; 0 where it is not known.
+  /// Returns the line at fault, from 1; 0 if it is not known.
   std::size_t line() const { return m_line; }
 
  private:

@@ -1,6 +1,6 @@
-// What a probability is made of, and what would be worth measuring next.
+// The contributions to a probability, and the shifts that are worth measuring next.
 //
-// P_CIS_NORM is a product of factors, so its log-odds is a sum: what every proline starts with, the residue
+// P_CIS_NORM is a product of factors, so its log-odds is a sum: the prior of every proline, the residue
 // types before and after it, and one contribution for each shift. Contributions are in nats of log-odds,
 // positive for cis; 1 nat multiplies the odds by 2.7.
 #pragma once
@@ -17,18 +17,17 @@ namespace zorvela {
 inline constexpr int kIndexCB = static_cast<int>(shiftIndex(0, Atom::CB));
 inline constexpr int kIndexCG = static_cast<int>(shiftIndex(0, Atom::CG));
 
-/// The name of the atom of a shift index.
+/// Returns the name of the atom of a shift index.
 inline std::string atomName(int index) {
   return std::string(nameOf(shiftPlace(static_cast<std::size_t>(index)).atom));
 }
 
-/// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts, observed less reference; of
-/// CG they are the shift itself.
+/// One of the 19 shifts. Means, deviations and `secondary` are secondary shifts (observed minus reference);
+/// for CG they are the shift itself.
 struct ShiftContribution {
   std::optional<float> observed;   ///< ppm as in the file; HA of glycine: mean of HA2, HA3
-  std::optional<float> corrected;  ///< without the referencing offset, where one was taken away
-  std::optional<float>
-      reference;  ///< random coil with its corrections (ppm); nothing for CG and where unknown
+  std::optional<float> corrected;  ///< without the referencing offset, if one was subtracted
+  std::optional<float> reference;  ///< random coil with its corrections (ppm); nothing for CG or if unknown
   std::optional<float> secondary;  ///< as the model uses it (ppm); nothing if missing
   bool clipped = false;            ///< `secondary` was brought to the limit of its residue type
   bool measurable = false;         ///< missing, but it exists and would be used
@@ -36,7 +35,7 @@ struct ShiftContribution {
   ClassShift trans;
   double nats = 0;  ///< 0 if missing
 
-  /// What the model compares with its classes, before the reference is taken off (ppm).
+  /// Returns the shift that the model uses, before the reference is subtracted (ppm).
   const std::optional<float>& compared() const { return corrected ? corrected : observed; }
 };
 
@@ -48,27 +47,27 @@ struct NeighbourContribution {
   double nats = 0;   ///< infinite where one share is 0; not a number where both are
 };
 
-/// What measuring a missing shift promises.
+/// The expected value of measuring a missing shift.
 struct NextShift {
   int index = 0;
   double bits = 0;                ///< expected gain of information about cis or trans
-  std::optional<double> decides;  ///< of an undecided proline: the chance that this shift alone decides it
+  std::optional<double> decides;  ///< chance that this shift alone decides an undecided proline
 };
 
-/// All that is known of one proline.
+/// All contributions to the probability of one proline.
 struct Evidence {
   NeighbourContribution before;
   NeighbourContribution after;
   std::vector<ShiftContribution> shifts =
       std::vector<ShiftContribution>(kShifts);  ///< one for each shift index
-  std::vector<NextShift> next;                  ///< the measurable ones, the most worth first
+  std::vector<NextShift> next;                  ///< the measurable ones, the most useful first
 
-  /// That of a shift index, which must be one of the triplet; see `shiftPlace`.
+  /// Returns the contribution of a shift index of the triplet; see `shiftPlace`.
   const ShiftContribution& shift(int index) const { return shifts[static_cast<std::size_t>(index)]; }
-  /// What every proline starts with: 1 cis to 19 trans.
+  /// Returns the log-odds of every proline before any evidence: 1 cis to 19 trans.
   static double prior();
-  /// The sum of all: the log-odds of P_CIS_NORM in double precision, also where the product of the factors
-  /// is too small for single precision.
+  /// Returns the sum: the log-odds of P_CIS_NORM in double precision, even if the product of the factors is
+  /// too small for single precision.
   double logOdds() const;
 };
 

@@ -28,45 +28,45 @@ struct ReferenceTables;
 /// The seven reference tables, read and checked. Never changed, so any number of threads may share them.
 using Tables = std::shared_ptr<const ReferenceTables>;
 
-/// The names of the seven files.
+/// Names of the seven files.
 extern const std::array<const char*, 7> kTableNames;
 
-/// The tables in a folder. TableError, with file and line where there is one, for a table that cannot be
-/// read to its end, lacks a column, a residue type or a shift index, or has a value that is no finite
-/// number, a deviation that is not above zero, limits the wrong way round or shares that do not add up to 1.
+/// Reads the tables in a folder. Throws TableError, with file and line if known, for a table that cannot be
+/// read to its end, that lacks a column, a residue type or a shift index, or that has a value that is not a
+/// finite number, a deviation not above zero, limits in the wrong order or shares that do not add up to 1.
 Tables tablesFromFolder(const std::string& folder);
 
-/// The same from memory: name of the file (as in `kTableNames`) to its text.
+/// Reads the tables from memory: name of the file (as in `kTableNames`) to its text.
 Tables tablesFromTexts(const std::map<std::string, std::string>& texts);
 
-/// What the model expects of the shifts of cis and of trans prolines.
+/// Shifts that the model expects of cis and of trans prolines.
 struct ClassStatistics {
   std::array<ClassShift, kShifts> cis;  ///< by shift index (ppm); see `ShiftContribution`
   std::array<ClassShift, kShifts> trans;
   float prolineCB = 0;      ///< random-coil CB of proline, without neighbours (ppm)
-  std::string fingerprint;  ///< eight hexadecimal digits; the same for the same values in all seven tables
+  std::string fingerprint;  ///< eight hexadecimal digits; equal if all values in the seven tables are equal
 };
 ClassStatistics statisticsOf(const Tables& tables);
 
-/// The fingerprint of the tables that come with the program.
+/// Fingerprint of the tables that come with the program.
 inline constexpr const char* kShippedTables = "efe6a7bd";
 
 // --- Results ------------------------------------------------------------------------------------
 
-/// The referencing offset of an atom in a chain, which a few wrong residues do not move.
+/// The referencing offset of an atom in a chain; robust against a few wrong residues.
 struct ReferencingOffset {
   std::string atom;          ///< "CA", "CB", "HA" or "C"
   float offset = 0;          ///< ppm, observed minus expected; not a number from fewer than ten residues
-  float error = 0;           ///< its standard error, ppm
+  float error = 0;           ///< standard error, ppm
   int size = 0;              ///< residues in the estimate
   bool recommended = false;  ///< above its bound (CA, CB 0.75, C 1, HA 0.25 ppm) and three times its error
-  std::optional<float> correctedBy;  ///< ppm taken away before predicting; nothing where the shifts were kept
+  std::optional<float> correctedBy;  ///< ppm subtracted before predicting; nothing if the shifts were kept
 };
 
-/// Whether the offset of an atom is a number that calls for a correction.
+/// Tells whether the offset of an atom is a number that calls for a correction.
 bool callsForCorrection(const ReferencingOffset& offset);
 
-/// Whether the offset is above its bound, but not three times its error.
+/// Tells whether the offset is above its bound, but not above three times its error.
 bool isUncertain(const ReferencingOffset& offset);
 
 /// One proline of the input, predicted or not.
@@ -77,23 +77,23 @@ struct ProlineResult {
   std::string previousNumber;
   std::string next;  ///< one-letter name; empty after the last residue
   std::string nextNumber;
-  std::optional<int> previousCount;  ///< how many of the six backbone shifts there are
+  std::optional<int> previousCount;  ///< how many of the six backbone shifts are present
   std::optional<int> count;
   std::optional<int> nextCount;
   std::optional<float> cgShift;   ///< CG as observed (ppm)
   std::optional<float> pCis;      ///< probability of cis under equal odds
   std::optional<float> pCisNorm;  ///< probability of cis where 1 proline in 20 is cis
   Call call = Call::none;
-  /// Of a chain that was corrected: the same two of the shifts as they are in the file.
+  /// Both probabilities without the correction; only in a chain that was corrected.
   std::optional<float> pCisNormAsReferenced;
   std::optional<Call> callAsReferenced;
-  std::optional<bool> cisFlag;  ///< what the file itself says of the bond before it: true cis, false trans
-  std::string reason;           ///< why there is no prediction; empty where there is one
-  std::optional<Evidence> evidence;           ///< where there are enough shifts, also if neither class fits
-  std::optional<StructureFinding> structure;  ///< nothing where no structure was asked
+  std::optional<bool> cisFlag;       ///< flag of the file for the bond before it: true cis, false trans
+  std::string reason;                ///< why there is no prediction; empty if there is one
+  std::optional<Evidence> evidence;  ///< if there are enough shifts, even if neither class fits
+  std::optional<StructureFinding> structure;  ///< nothing if no structure was given
 };
 
-/// The reasons that `ProlineResult::reason` can hold.
+/// Values of `ProlineResult::reason`.
 namespace reason {
 inline const std::string kFirstResidue = "first residue";
 inline const std::string kLastResidue = "last residue";
@@ -102,13 +102,13 @@ inline const std::string kLowerCase = "written as lower-case p";
 inline const std::string kNeitherFits = "neither class fits";
 }  // namespace reason
 
-/// Whether the file says cis of a proline that is called trans, or the other way round.
+/// Tells whether the flag of the file and the call contradict each other (cis and trans).
 bool differsFromFlag(const ProlineResult& proline);
 
-/// Whether the call would be another one without the correction of the shifts.
+/// Tells whether the correction of the shifts changed the call.
 bool dependsOnCorrection(const ProlineResult& proline);
 
-/// How completely one residue is assigned.
+/// Completeness of the assignment of one residue.
 struct Assignment {
   int present = 0;   ///< of N, HA, C, CA, CB, HN
   int possible = 0;  ///< how many of these the residue type has; 0 for a type that is unknown
@@ -120,27 +120,27 @@ struct ProteinResult {
   std::string chain;
   std::string list;
   int length = 0;  ///< residues in the sequence
-  /// Residues without a name, where the file gives no sequence: a proline there has no result.
+  /// Residues without a name, if the file gives no sequence: a proline there has no result.
   int unseen = 0;
   std::string sequence;                     ///< one-letter codes
-  int shiftCount = 0;                       ///< shifts of the kinds that are used
+  int shiftCount = 0;                       ///< shifts of the atoms that are used
   std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
-  std::string correction;                   ///< what was corrected, in words; empty where nothing was
-  double deuteration = 0;                   ///< share of deuterons (0 to 1) that was corrected for
+  std::string correction;                   ///< what was corrected, in words; empty if nothing was
+  double deuteration = 0;                   ///< corrected share of deuterons, 0 to 1
   std::vector<ProlineResult> prolines;      ///< by position
   std::vector<Assignment> assignments;      ///< one for each residue
   std::vector<std::string> numbers;         ///< the file's own residue number of each residue
   std::vector<std::string> notes;           ///< what was renamed, dropped or guessed in reading the file
-  std::vector<std::string> asides;          ///< the same, of what is so in nearly every file
-  std::vector<ChainMatch> matches;          ///< chains of structures that it was compared with
-  std::vector<std::string> structureNotes;  ///< what of them does not fit
+  std::vector<std::string> asides;          ///< notes that apply to nearly every file
+  std::vector<ChainMatch> matches;          ///< chains of structures that were compared
+  std::vector<std::string> structureNotes;  ///< what does not fit in them
 };
 
 struct PredictorOptions {
-  /// Shifts are used as they are. Else offsets that call for a correction are taken away before predicting,
-  /// and the isotope shifts of a sample that the file calls deuterated; CG of proline goes with CA and CB.
+  /// Uses shifts as they are. Otherwise, offsets that call for a correction are subtracted before predicting,
+  /// as are the isotope shifts of a sample that the file calls deuterated. CG of proline follows CA and CB.
   bool asReferenced = false;
-  /// The sample is deuterated, or is not, whatever the file says.
+  /// Overrides the file: the sample is deuterated, or is not.
   bool deuterated = false;
   bool protonated = false;
 };
@@ -150,15 +150,15 @@ class Predictor {
  public:
   explicit Predictor(const Tables& tables, const PredictorOptions& options = {});
 
-  /// The same tables with other options.
+  /// Makes a predictor with the same tables and other options.
   Predictor with(const PredictorOptions& other) const;
 
-  /// Every proline of the protein, with the reason where it is not predicted. std::out_of_range for a shift
-  /// of a residue that the sequence has not.
+  /// Returns every proline of the protein, with the reason if it is not predicted. Throws std::out_of_range
+  /// for a shift of a residue outside the sequence.
   ProteinResult predict(const Protein& protein) const;
 
-  /// The protein with the shifts that `predict` uses, to 0.001 ppm. A remark says by how much they were
-  /// corrected; without a correction it is the same protein.
+  /// Returns the protein with the shifts that `predict` uses, to 0.001 ppm. A remark tells the size of the
+  /// correction; without one, the protein is unchanged.
   Protein corrected(const Protein& protein) const;
 
  private:

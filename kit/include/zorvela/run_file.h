@@ -1,4 +1,4 @@
-// From a shift file to its results: read, predict, compare with structures.
+// Runs a shift file: read, predict, compare with structures.
 #pragma once
 
 #include <functional>
@@ -12,12 +12,12 @@
 
 namespace zorvela {
 
-/// Predicts what `read` gives for a file, and compares it with the structures, if there are any. An Error of
-/// the file is its error in the results; it ends nothing else.
+/// Predicts the proteins that `read` returns, and compares them with the structures, if any. An Error of the
+/// file goes into its results; other files are not affected.
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
                     const Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
 
-/// Notes in the report which chains of its structures have no shifts, once all files are in it.
+/// Adds the structure chains without shifts to the report. Call it once all files are in the report.
 void noteChainsWithoutShifts(RunReport& report);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Structures: the peptide bond before each proline, in every model of a PDB or mmCIF file.
+// Reads the peptide bond before each proline in every model of a PDB or mmCIF file.
 #pragma once
 
 #include <cstddef>
@@ -16,33 +16,33 @@ inline constexpr double kCisOmegaUpTo = 30;
 /// |omega| from this (degrees) is trans. Between the two the bond is twisted.
 inline constexpr double kTransOmegaFrom = 150;
 
-/// The state for omega in degrees, a number.
+/// Returns the state for omega (degrees, a number).
 BondState stateOfOmega(double omega);
 
-/// The state for the distance of two neighbouring CA atoms (A): near 2.9 cis, near 3.8 trans. Nothing for
-/// a distance that no peptide bond has.
+/// Returns the state for the distance of two neighbouring CA atoms (A): near 2.9 cis, near 3.8 trans. Nothing
+/// for a distance that no peptide bond has.
 std::optional<BondState> stateOfDistance(double distance);
 
 /// A residue of a structure, seen through all models.
 struct StructureResidue {
   char letter = '?';          ///< one-letter code, of the parent for a modified residue
-  std::string name;           ///< as the file writes it: PRO, HYP
+  std::string name;           ///< as in the file: PRO, HYP
   std::string number;         ///< with insertion code: 52A
   std::string label;          ///< label_asym_id and label_seq_id of mmCIF: "B 17"; empty without them
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
-  // The rest for prolines alone.
-  std::vector<ModelBond> bonds;   ///< one for each model with both residues: its main conformation
+  // The rest is for prolines only.
+  std::vector<ModelBond> bonds;   ///< main conformation, one for each model with both residues
   std::vector<ModelBond> others;  ///< further conformations with another state than the main one
-  std::size_t modelsWithout = 0;  ///< how many models have no bond that others have
+  std::size_t modelsWithout = 0;  ///< models without a bond that others have
   std::string namesWithout;       ///< the first of them: "2, 4, 6, 9"
-  std::string whyNoBond;          ///< where `bonds` is empty: "first residue of the chain"
+  std::string whyNoBond;          ///< "first residue of the chain", if `bonds` is empty
 };
 
-/// A protein chain of a structure.
+/// A protein chain.
 struct StructureChain {
   std::string name;
   std::vector<StructureResidue> residues;  ///< those with coordinates, in the order of the file
-  bool isTrace = false;                    ///< CA atoms alone
+  bool isTrace = false;                    ///< CA atoms only
   std::size_t molecule = 0;                ///< from 1, where several molecules share the name
 
   std::string letters() const;
@@ -57,19 +57,19 @@ struct ProteinStructure {
   std::vector<std::string> notes;  ///< one line each: what was not used, and why
 };
 
-/// Reads a PDB or mmCIF file, plain or gzipped. FileError, with a line where there
-/// is one, for a file that cannot be read, is something else, is cut, or has no protein. An atom without
-/// coordinates that are numbers is not used, with a note. May run in several threads at once.
+/// Reads a PDB or mmCIF file, plain or gzipped. Throws FileError, with a line if known, for a file that
+/// cannot be read, is something else, is cut, or has no protein. A note names an atom whose coordinates are
+/// not numbers; it is not used. May run in several threads at once.
 ProteinStructure readStructureFile(const std::string& path);
 
-/// The same for the bytes of an unpacked file.
+/// Reads the bytes of an unpacked file.
 ProteinStructure readStructureBytes(std::string bytes, const std::string& file);
 
-/// Whether the text of an unpacked file has coordinates of atoms, and not shifts, whether it can be read or not.
+/// Tells whether the text of an unpacked file has coordinates and no shifts, even if it cannot be read.
 bool holdsStructure(std::string_view text);
 
-/// Whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are identical,
-/// and at least 25 residues, or half of the shorter one if that is less, are aligned.
+/// Tells whether a chain is the same protein as a sequence: at least 70 % of the aligned residues are
+/// identical, and at least 25 residues, or half of the shorter one if that is less, are aligned.
 inline constexpr double kSameProteinFrom = 70;
 inline constexpr std::size_t kFewestAligned = 25;
 

@@ -3,7 +3,7 @@
 
 namespace zorvela {
 
-/// "1.1.0": major, minor, patch.
+/// Returns the version: "1.1.0" is major, minor, patch.
 const char* version();
 
 }  // namespace zorvela

@@ -538,6 +538,8 @@ class BadFileTest(ImportTest):
                            (b"d\0a\0t\0a\0", "text in UTF-16; save it as UTF-8"),
                            (b"\0d\0a\0t\0a", "text in UTF-16; save it as UTF-8"),
                            (b"<html>", "an HTML or XML file, perhaps the error page of a web server"),
+                           (b'<?xml version="1.0"?>\n<!DOCTYPE chemical_shift_list SYSTEM "x.dtd">\n<chemical_shift_list>',
+                            "an XML shift list of ARIA; export NMR-STAR or a table with column names"),
                            (b'{"a": 1}', "a JSON file"), (b">seq\nMKT\n", "a FASTA sequence"),
                            (b"HEADER    HYDROLASE\n", "a PDB coordinate file")):
             fault = "is no shift file but " + what if what else "is no text file"
@@ -564,6 +566,9 @@ class BadFileTest(ImportTest):
                             "1: is no shift file but a file of MARS, whose spin systems are not assigned to residues"),
                            (b"TYPEDEF ASS_TBL_H2O\nSEPARATOR ,\n",
                             "1: is no shift file but an OLIVIA table; export NMR-STAR or a table with column names"),
+                           (b"#Seq MQIFVKTLTG\n#Res code merit HN N CO-1\nM1 a 1.0 8.1 120.0 170.1\n",
+                            "1: is no shift file but a list of targeted acquisition; export NMR-STAR or a table with "
+                            "column names"),
                            (b"Spin system   HN   HA   Other:\n1: Val-1   3.76   HB: 1.945\n",
                             "1: is no shift file but a PRONTO table; export NMR-STAR or a table with column names")):
             self.check_error("standard input:" + what + remedy, "-", data=data)

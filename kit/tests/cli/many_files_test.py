@@ -20,7 +20,7 @@ class ManyFiles(folder.InFolder):
 
     def test_a_list_of_files(self):
         self.tables("a.tab", "b c.tab", "d.tab")
-        self.put("list", "b c.tab\r\n\na.tab\n")
+        self.put("list", "\ufeffb c.tab\r\n\na.tab\n")
         for arguments, options in ((["--files-from", "list"], {}),
                                    (["--files-from", "-"], {"input": "b c.tab\na.tab"}),
                                    (["--files-from", "-", "--null"], {"input": "b c.tab\0a.tab\0"})):
@@ -42,6 +42,9 @@ class ManyFiles(folder.InFolder):
         self.assertIn("list: is an input file", ended.stderr)
         ended = program.run("-", "--files-from", "-", cwd=self.folder, input="a.tab\n")
         self.assertIn("standard input: is given twice", ended.stderr)
+        ended = program.run("--files-from", "", cwd=self.folder)
+        self.assertEqual(ended.stdout, "")
+        self.assertIn("--files-from: is empty; give a name", ended.stderr)
         ended = program.run(cwd=self.folder)
         self.assertIn("FILE or --files-from is required", ended.stderr)
         self.assertNotEqual(ended.returncode, 0)
@@ -62,14 +65,14 @@ class ManyFiles(folder.InFolder):
 
     def test_choices_without_a_name_are_one_error(self):
         self.tables("a.tab")
-        for command in ("run", "import"):
-            messages = set()
-            for option in ("--chain", "--list"):
-                ended = program.kit(command, "a.tab", option, "", cwd=self.folder)
+        messages = set()
+        for command in (["run"], ["import"], ["restrain", "--for", "cyana"], ["annotate", "--output", "out"]):
+            for option in ("--list",) if command[0] == "annotate" else ("--chain", "--list"):
+                ended = program.kit(*command, "a.tab", option, "", cwd=self.folder)
                 self.assertNotEqual(ended.returncode, 0)
                 messages.add(ended.stderr.replace(option, "OPTION"))
-            self.assertEqual(len(messages), 1)
-            self.assertIn("OPTION: is empty; give a name", messages.pop())
+        self.assertEqual(len(messages), 1, messages)
+        self.assertIn("OPTION: is empty; give a name", messages.pop())
 
     def test_a_file_that_fails_alone_has_one_line_and_no_summary(self):
         ended = program.run("none.tab", cwd=self.folder)
@@ -108,7 +111,9 @@ class ManyFiles(folder.InFolder):
         self.assertEqual(ended.returncode, 0, ended.stderr)
 
     def test_help_is_80_columns_wide(self):
-        for command in ("run", "import", "annotate", "restrain", "label", "train", "evaluate"):
+        top = program.kit("--help").stdout
+        self.assertEqual([line for line in top.splitlines() if len(line) > 80], [])
+        for command in ("demo", "run", "import", "annotate", "restrain", "label", "train", "evaluate"):
             text = program.kit(command, "--help").stdout
             self.assertIn("Usage:", text)
             self.assertEqual([line for line in text.splitlines() if len(line) > 80], [])

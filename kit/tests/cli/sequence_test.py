@@ -1,5 +1,6 @@
 """Shift lists without residue names, with the sequence beside them."""
 import functools
+import gzip
 import unittest
 
 from zorvela_tests import folder, program
@@ -34,6 +35,12 @@ class Sequence(folder.InFolder):
         table = program.kit("import", "p.csv", "--sequence", "p.fasta", cwd=self.folder).stdout
         self.assertIn("DATA SEQUENCE MKAGVPGT\n", table)
         self.assertIn("   6 P   CG    27.100\n", table)
+
+    def test_gzipped(self):
+        for name in ("p.csv", "p.fasta"):
+            self.put(name + ".gz", gzip.compress(self.read(name).encode()))
+        for arguments in (["p.csv.gz", "p.fasta.gz"], ["p.csv", "p.fasta.gz"], ["p.csv", "--sequence", "p.fasta.gz"]):
+            self.assertEqual([found for _, found in self.prolines(*arguments)], ["V6G"], arguments)
 
     def test_probabilities_are_those_of_the_shift_table(self):
         self.put("t.tab", program.kit("import", "p.csv", "p.fasta", cwd=self.folder).stdout)

@@ -12,13 +12,15 @@ from zorvela_tests import folder, hostile, program
 ESCAPE = "\x1b[31m"
 C1 = "\x9b31m"
 TURNED = "\u202e"
-BAD = (ESCAPE + C1 + TURNED + "\x07\x7f").encode() + b"\xff\xc3"
+# Zero width, soft hyphen, marks of annotation, tags; the last two are no characters, and no XML has them.
+UNSEEN = "\u200b\u00ad\ufeff\ufff9\ufffa\ufffb\U000e0041\ufffe\uffff"
+BAD = (ESCAPE + C1 + TURNED + "\x07\x7f" + UNSEEN).encode() + b"\xff\xc3"
 TURNING = "\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069"
 
 
 def is_harmless(character):
     return character == "\n" or (unicodedata.category(character) not in ("Cc", "Zl", "Zp")
-                                 and character not in TURNING)
+                                 and character not in TURNING + UNSEEN)
 
 
 class Shown(folder.InFolder):

@@ -111,6 +111,11 @@ def without_names(protein):
     return "resid\tatom\tshift\n" + "".join("%d\t%s\t%s\n" % row for row in protein.shifts)
 
 
+def shift_table(protein, sequence=""):
+    return sequence + "VARS RESID ATOMNAME SHIFT\nFORMAT %4d %4s %8.3f\n\n" + "".join(
+        "%4d %4s %s\n" % row for row in protein.shifts)
+
+
 # --- Lists with names -------------------------------------------------------------------------------
 
 def sparky(protein, header=True, neighbours=False):
@@ -284,3 +289,19 @@ def one_row_per_residue(protein):
 def rosetta(protein):
     return "".join("%s %d %s\n" % (protein.letters[n], n, " ".join(cells))
                    for n, cells in protein.wide("C CA CB HA N".split(), "9999.00"))
+
+
+# --- Peak lists -----------------------------------------------------------------------------------
+
+PEAK_LISTS = {
+    "XEASY": "# Number of dimensions 2\n#INAME 1 H\n#INAME 2 N\n   1   8.310 109.200 1 U 1.0E+05 0.0E+00 e 0 7 8 0\n",
+    "Sparky": "      Assignment         w1         w2\n\n        G12N-HN    109.200      8.310\n        A13N-HN    123.100      8.050\n",
+    "NMRView": "label dataset sw sf\nH N\nhsqc.nv\n{8000.0} {2000.0}\n{600.1} {60.8}\n"
+               " H.L H.P H.W N.L N.P N.W vol int stat\n0 {12.H} 8.310 0.02 {12.N} 109.200 0.2 1.0 1.0 0\n",
+    "CcpNmr 3": "#,Pid,Assign F1,Assign F2,Pos F1,Pos F2,Height\n1,PK:hsqc.1.1,A.12.GLY.H,A.12.GLY.N,8.310,109.200,1.0\n",
+    "CcpNmr 2": "Number\t#\tPosition F1\tPosition F2\tAssign F1\tAssign F2\tHeight\n1\t1\t8.310\t109.200\t12GlyH\t12GlyN\t1.0\n",
+    "processing": "VARS   INDEX X_AXIS Y_AXIS X_PPM Y_PPM ASS\nFORMAT %5d %9.3f %9.3f %8.3f %8.3f %s\n1 10.0 20.0 8.310 109.200 G12\n",
+    "NEF": "data_x\nsave_nef_nmr_spectrum_a\n_nef_nmr_spectrum.sf_category nef_nmr_spectrum\nloop_\n_nef_peak.index\n"
+           "_nef_peak.position_1\n_nef_peak.chain_code_1\n_nef_peak.sequence_code_1\n_nef_peak.residue_name_1\n"
+           "_nef_peak.atom_name_1\n1 8.310 A 12 GLY H\nstop_\nsave_\n",
+}

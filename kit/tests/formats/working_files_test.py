@@ -22,6 +22,7 @@ NAMELESS = {
     "ppm.out of a chain": lambda p: (layouts.nmrview(p, chain="A:", tab=True), layouts.seq_lower(p)),
     "CNS": lambda p: (layouts.cns(p), layouts.seq(p)),
     "columns": lambda p: (layouts.without_names(p), layouts.seq(p)),
+    "shift table": lambda p: (layouts.shift_table(p), layouts.seq(p)),
 }
 NAMED = {
     "prot with names": lambda p: layouts.xeasy(p, names=True),
@@ -48,8 +49,13 @@ NAMED = {
     "one row per residue": layouts.one_row_per_residue,
 }
 
+SOME_ATOMS = {"Rosetta": layouts.rosetta, "AutoAssign": layouts.autoassign}
+# All as (text, sequence), None where the text has names.
+EVERY = {**NAMELESS, **{layout: lambda p, write=write: (write(p), None) for layout, write in {**NAMED, **SOME_ATOMS}.items()}}
 
-class WorkingFiles(unittest.TestCase):
+
+class Imports(unittest.TestCase):
+    """Runs the import, and compares what it gives."""
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
@@ -70,9 +76,12 @@ class WorkingFiles(unittest.TestCase):
         """The protein with the numbers of the file, and the messages."""
         status, out, err = self.run_import(text, sequence)
         self.assertEqual(status, 0, err)
-        numbers = re.findall(r"(?m)^REMARK Residue (\d+) here is residue (-?\d+) there$", out)
-        self.assertEqual(len(numbers), 1, out[:300])
-        return layouts.of_table(out).renumbered(int(numbers[0][1]) - int(numbers[0][0])), err
+        return self.as_in_the_file(out), err
+
+    def as_in_the_file(self, table):
+        numbers = re.findall(r"(?m)^REMARK Residue (\d+) here is residue (-?\d+) there$", table)
+        self.assertEqual(len(numbers), 1, table[:300])
+        return layouts.of_table(table).renumbered(int(numbers[0][1]) - int(numbers[0][0]))
 
     def check(self, protein, found):
         """Value for value; residues without shifts may be open where no sequence was given."""
@@ -81,6 +90,8 @@ class WorkingFiles(unittest.TestCase):
         self.assertEqual(rows(found), rows(protein))
         self.assertTrue(all(found.letters[n] == protein.letters[n] for n, _, _ in found.shifts))
 
+
+class WorkingFiles(Imports):
     def test_lists_with_a_sequence_beside_them(self):
         for name, protein in PROTEINS.items():
             for layout, write in NAMELESS.items():
@@ -100,6 +111,15 @@ class WorkingFiles(unittest.TestCase):
                     found, _ = self.imported(text, layouts.seq(protein) if "next" in layout or "CcpNmr 3" in layout else None)
                     self.check(protein, found)
 
+    def test_a_shift_table_with_a_sequence_of_its_own(self):
+        for name, protein in PROTEINS.items():
+            with self.subTest(protein=name):
+                sequence = "DATA SEQUENCE %s\n" % "".join(protein.letters.values())
+                status, out, err = self.run_import(layouts.shift_table(protein, sequence))
+                self.assertEqual(status, 0, err)
+                self.check(protein, layouts.of_table(out))
+                self.assertNotIn("differ", err)
+
     def test_lists_without_some_atoms(self):
         for name, protein in PROTEINS.items():
             with self.subTest(protein=name, layout="Rosetta"):
@@ -109,7 +129,7 @@ class WorkingFiles(unittest.TestCase):
                 self.check(layouts.seen_by_autoassign(protein), found)
 
 
-class Mutations(WorkingFiles):
+class Mutations(Imports):
     """What goes wrong with such files gives the error or the note that says so."""
     def setUp(self):
         super().setUp()
@@ -121,15 +141,16 @@ class Mutations(WorkingFiles):
         self.assertIn(message, err)
 
     def test_another_sequence(self):
-        for layout, write in NAMELESS.items():
+        for layout, write in EVERY.items():
             with self.subTest(layout=layout):
-                self.fails(write(self.protein)[0], write(PROTEINS["ubiquitin"])[1], "does not fit the sequence of sequence")
+                sequence = write(PROTEINS["ubiquitin"])[1] or layouts.seq(PROTEINS["ubiquitin"])
+                self.fails(write(self.protein)[0], sequence, "does not fit the sequence of sequence")
 
     def test_shifted_numbers(self):
         """The message has the number that fits."""
-        for layout, write in NAMELESS.items():
+        for layout, write in EVERY.items():
             with self.subTest(layout=layout):
-                self.fails(write(self.protein.renumbered(3))[0], write(self.protein)[1],
+                self.fails(write(self.protein.renumbered(3))[0], write(self.protein)[1] or layouts.seq(self.protein),
                            "it fits with 4 as the number of the first residue: give --first-residue 4")
 
     def test_no_sequence(self):
@@ -151,14 +172,42 @@ class Mutations(WorkingFiles):
                     self.assertEqual((status, out), (1, ""), err)
                     self.assertRegex(err, "is no shift file that is known|the columns lack|name no residue with its atom")
 
+    def test_any_word_or_cell_gone(self):
+        """No other shifts come of it: an error, or those that are left."""
+        def rows(one):
+            return {(n, atom, float(value)) for n, atom, value in one.shifts}
+        # One column of a CcpNmr 2 table is two words apart in the titles and the rows; STAR has no columns.
+        for layout in sorted(set(EVERY) - {"CcpNmr 2 table", "NEF", "NMR-STAR without entity"}):
+            text = EVERY[layout](self.protein)[0]
+            sep = next((sep for sep in "\t," if text.count(sep) > len(self.protein.shifts)), None)
+            table = list(csv.reader(io.StringIO(text), delimiter=sep)) if sep else [l.split() for l in text.splitlines()]
+            for column in range(max(map(len, table[:30]))):
+                cut = [row[:column] + row[column + 1:] for row in table if row]
+                with self.subTest(layout=layout, column=column):
+                    status, out, err = self.run_import(
+                        layouts.written(cut, sep) if sep else "".join(" ".join(row) + "\n" for row in cut),
+                        layouts.seq(self.protein))
+                    self.assertIn(status, (0, 1))
+                    if status == 1:
+                        self.assertRegex(err, r"^zorvela-kit: list(:\d+)?: .+; .+\n$")
+                    else:
+                        self.assertLessEqual(rows(self.as_in_the_file(out)), rows(self.protein))
+
     def test_a_column_with_a_name_gone(self):
-        for layout, write in (("CcpNmr 3", layouts.ccpnmr3), ("pynmrstar", layouts.star_csv)):
-            rows = list(csv.reader(io.StringIO(write(self.protein))))
-            for gone in ("Value\n(ppm)", "SequenceCode", "AtomName", "_Atom_chem_shift.Val", "_Atom_chem_shift.Atom_ID"):
-                if gone in rows[0]:
-                    at = rows[0].index(gone)
-                    with self.subTest(layout=layout, gone=gone):
-                        self.fails(layouts.written([r[:at] + r[at + 1:] for r in rows]), None, "the columns lack ")
+        gone = {"CcpNmr 3": ("Value\n(ppm)", "SequenceCode", "AtomName"), "CcpNmr 3, NmrAtom alone": ("NmrAtom",),
+                "pynmrstar": ("_Atom_chem_shift.Val", "_Atom_chem_shift.Atom_ID"),
+                "database dump": ("Comp_index_ID", "Atom_ID", "Val"), "data frame": ("shift",)}
+        for layout, titles in gone.items():
+            rows = list(csv.reader(io.StringIO(NAMED[layout](self.protein))))
+            for title in titles:
+                at = rows[0].index(title)
+                with self.subTest(layout=layout, gone=title):
+                    self.fails(layouts.written([r[:at] + r[at + 1:] for r in rows]), None, "the columns lack ")
+
+    def test_a_peak_list(self):
+        for program, text in layouts.PEAK_LISTS.items():
+            with self.subTest(program=program):
+                self.fails(text, layouts.seq(self.protein), "nef_nmr_spectrum" if program == "NEF" else "is no shift file but a peak list")
 
     def test_a_row_that_is_no_row(self):
         """It is named; the others are read."""
@@ -181,9 +230,10 @@ class Mutations(WorkingFiles):
         system = {n: i for i, n in enumerate(order, 1)}
         shuffled = layouts.Protein("".join(self.protein.letters.values()),
                                    [(system[n], atom, value) for n, atom, value in self.protein.shifts])
-        for layout, write in NAMELESS.items():
+        for layout, write in EVERY.items():
             with self.subTest(layout=layout):
-                self.fails(write(shuffled)[0], write(self.protein)[1], "does not fit the sequence of sequence")
+                self.fails(write(shuffled)[0], write(self.protein)[1] or layouts.seq(self.protein),
+                           "does not fit the sequence of sequence")
         groups = re.sub(r"(?m)^( *)[A-Z](\d+) ", r"\1X\2 ", layouts.sparky(self.protein))
         self.fails(groups, layouts.seq(self.protein), "not assigned to a residue")
 

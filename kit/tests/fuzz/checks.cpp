@@ -17,6 +17,7 @@
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
+#include "formats/sequence_file.h"
 #include "formats/star/nef_annotation.h"
 #include "formats/star/star_tokens.h"
 #include "fuzz/holds.h"
@@ -84,6 +85,20 @@ void importWith(const std::string& bytes, const ImportOptions& options) {
 void importBothWays(const std::string& bytes) {
   importWith(bytes, {});
   importWith(bytes, {{}, {"all"}});
+}
+
+/// As a sequence of its own, and for a list without names: the bytes are residues or an error.
+void checkSequence(const std::string& bytes) {
+  looksLikeSequence(bytes);
+  try {
+    for (const FileChain& chain : sequenceFileOf(bytes, "input").chains) check(!chain.residues.empty());
+    ImportOptions options;
+    options.sequence = readSequenceBytes(bytes, "input");
+    for (const Protein& protein : readShiftBytes("resid,atom,shift\n2,CA,55.1\n3,CB,30.2\n", "list", options))
+      checkProtein(protein);
+  } catch (const Error& error) {
+    checkMessage(error);
+  }
 }
 
 // --- gzip -----------------------------------------------------------------------------------------
@@ -230,6 +245,7 @@ void checkCsv(const std::string& bytes) {
     checkMessage(error);
   }
   importBothWays(bytes);
+  checkSequence(bytes);
 }
 
 void checkGzip(const std::string& bytes) {

@@ -106,7 +106,7 @@ std::size_t cisCalledTrans(const Evaluation& evaluation) {
       }));
 }
 
-/// What wrong referencing and deuteration cost, as a Markdown table.
+/// Prints the cost of wrong referencing and deuteration as a Markdown table.
 void tryOffsets(const std::string& folder) {
   const CrossValidation trained(folder);
   std::cout << "| shifts | used | chains re-referenced | AUC | AUC, CB and CG | log loss | log loss, CB and "

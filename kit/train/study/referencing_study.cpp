@@ -191,7 +191,7 @@ const std::array<const char*, 3> kMethods = {"zorvela -check", "zorvela-kit", "o
 
 /// An offset that a method finds in a chain.
 struct FoundOffset {
-  double offset = 0;  ///< ppm; not a number where there is none
+  double offset = 0;  ///< ppm; not a number if there is none
   double error = 0;
   bool isCalled = false;  ///< it calls for a correction
 };
@@ -268,7 +268,7 @@ std::vector<const EntryShifts*> chosen(const LabelledProlines& data,
   return chains;
 }
 
-/// What the methods find in all chains after offsets were added.
+/// Offsets that the methods find in all chains after offsets were added.
 class Trial {
  public:
   explicit Trial(const LabelledProlines& labelled) : data(labelled), half(halves(labelled)) {

@@ -1,4 +1,4 @@
-// How well shifts without residue names tell the right sequence and numbers from wrong ones.
+// Measures how well shifts without residue names tell the right sequence and numbers from wrong ones.
 #pragma once
 
 #include <ostream>

@@ -1,0 +1,114 @@
+"""Finished documents and comments are plain English: none has a phrase of this list.
+
+To check another document, add its name to CHECKED.
+"""
+import pathlib
+import re
+import unittest
+
+from zorvela_tests.program import SOURCE
+
+# A phrase to avoid, and a better one; case does not matter.
+PHRASES = [
+    (r"(?<!there )\b(is|are|was|were) no (?!longer|more)", "is not a, has no"),
+    (r"\bstands?\b(?! for)", "is"),
+    (r"\bsay(s|ing)? (what|so|how|which|where|from)\b", "tells, names, shows"),
+    (r"\bbut for\b", "except"),
+    (r"\bmend(s|ed|ing)?\b", "fix"),
+    (r"\bas well\b(?! as)", "too"),
+    (r"\bin place of\b", "instead of"),
+    (r"\bwithout a word\b", "silently"),
+    (r"\b(takes?|taken|took) (\w+ ){0,4}down\b", "index, record"),
+    (r"\b(?<!white )rooms?\b", "module"),
+    (r"\bwords of (a|the) file\b|\bfile's (own )?words\b", "raw content"),
+    (r"\b(aside|stray)s?\b", "note"),
+    (r"\bnot used (is|are)\b", "X is not used"),
+]
+
+# A doc comment begins with a verb, or with the name of a thing.
+DOC_COMMENT = re.compile(r"^ *(?:.*; +)?///<? ?(?:What|The same|Whether|How)\b.*", re.MULTILINE)
+
+CHECKED = [
+    "CONTRIBUTING.md",
+    "bench/README.md",
+    "data/README.md",
+    "doc/file-format.md",
+    "doc/restrain.md",
+    "doc/tables.md",
+    "doc/zorvela.1",
+    "doc/architecture.md",
+    "doc/architecture.svg",
+    "kit/include/zorvela/*.h",
+    "src/**/*.h",
+    "src/*.cpp",
+    "kit/names/*",
+    "kit/predict/*",
+    "kit/restrain/*",
+    "kit/structure/*",
+    "kit/train/**/*.h",
+    "kit/train/**/*.cpp",
+    "kit/util/*",
+]
+
+# What a document may contain: our words where they are explained, and names of members.
+EXCEPTIONS = {
+    "doc/architecture.md": ["words of a file, raw content", "| aside |"],
+}
+
+
+def prose(name, text):
+    """The text without code: the comments of a header, the labels of a picture, a page without its code."""
+    if name.endswith((".h", ".cpp")):
+        text = "\n".join(re.findall(r"//[/<]*(.*)", text))
+    elif name.endswith(".svg"):
+        text = "\n".join(re.findall(r">([^<]+)</text>", text))
+    else:
+        text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
+    text = re.sub(r"`[^`\n]*`", "CODE", text)
+    for allowed in EXCEPTIONS.get(name, []):
+        text = text.replace(allowed, "")
+    return " ".join(text.split())
+
+
+def faults(name, text):
+    """The phrases to avoid in a text, each with the words around it and its replacement."""
+    text = prose(name, text)
+    return [f'{name}: "...{text[max(0, found.start() - 30):found.end() + 20]}..."; better: {better}'
+            for phrase, better in PHRASES for found in re.finditer(phrase, text, re.IGNORECASE)]
+
+
+class Wording(unittest.TestCase):
+    def test_documents_are_plain(self):
+        source = pathlib.Path(SOURCE)
+        for pattern in CHECKED:
+            files = sorted(source.glob(pattern))
+            self.assertTrue(files, pattern)
+            for file in files:
+                name = file.relative_to(source).as_posix()
+                with self.subTest(document=name):
+                    text = file.read_text(encoding="utf-8")
+                    self.assertEqual(faults(name, text), [])
+                    self.assertEqual(DOC_COMMENT.findall(text), [])
+
+    def test_each_phrase_is_found(self):
+        for sentence in ("This is no shift file.", "The format stands in a table.", "A note says what was read.",
+                         "All but for one.", "Errors that you can mend.", "The file is kept as well.",
+                         "HA in place of CB.", "A row is skipped without a word.", "It takes the rows down.",
+                         "Each room has tests.", "It reads the file's own words.", "An aside.",
+                         "Not used is its N."):
+            with self.subTest(sentence=sentence):
+                self.assertEqual(len(faults("page.md", sentence)), 1)
+                self.assertEqual(len(faults("file.h", f"int a;  ///< {sentence}\n")), 1)
+
+    def test_a_doc_comment_without_a_verb_is_found(self):
+        text = "/// What a file holds.\nint a;\nint b;  ///< The same for b\n/// Returns what a file holds.\n"
+        self.assertEqual(DOC_COMMENT.findall(text), ["/// What a file holds.", "int b;  ///< The same for b"])
+
+    def test_code_is_not_read(self):
+        self.assertEqual(faults("page.md", "There is no prediction. See `room`.\n\n```console\nis no shift file\n```\n"), [])
+        self.assertEqual(faults("page.svg", "<style>.room {}</style><text>kit/run</text>"), [])
+        self.assertEqual(faults("file.h", 'throw Error("is no number");\n'), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -311,7 +311,7 @@ class Sequences(Page):
     def check_saved_with(self, *choices):
         """The text of the field is a file called "the text given" to the program."""
         self.folder.add("the text given", web.UBIQUITIN)
-        self.assertEqual(self.page.status(), "list.prot: None of 3 prolines is called cis.")
+        self.assertIn("list.prot: None of 3 prolines is called cis.", self.page.status())
         self.check_saved("list.prot", choices=("--sequence", "the text given", *choices))
 
     def test_dropped_with_the_shifts(self):

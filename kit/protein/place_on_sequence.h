@@ -15,8 +15,8 @@ namespace zorvela {
 /// sequence itself. `firstResidue` is the number of the first residue; without it the sequence's own numbers
 /// count, or it begins with 1. `path` is how messages name the shift file.
 ///
-/// SequenceError where too many residues are in conflict, naming the number that fits if there is one; where the
-/// number is open; and for the first residue that the file calls otherwise.
+/// SequenceError where too many residues are in conflict, naming the number that fits if there is one; where
+/// the number is open; and for the first residue that the file calls otherwise.
 bool placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& sequence,
                      std::optional<int> firstResidue, const std::string& path);
 

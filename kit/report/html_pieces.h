@@ -40,8 +40,9 @@ std::string headline(const ProlineResult& proline);
 /// A number of nats with one decimal and its sign.
 std::string natsText(double nats);
 
-/// A bar from zero, to the left for trans and to the right for cis, for a place of class "bar". It ends at the
-/// edges, which hold 98 of 100 sums. Empty for what would be printed as 0.0, and for what is not a number.
+/// A bar from zero, to the left for trans and to the right for cis, for a place of class "bar". It ends at
+/// the edges, which hold 98 of 100 sums. Empty for what would be printed as 0.0, and for what is not a
+/// number.
 std::string natsBar(double nats, const std::string& cssClass);
 inline constexpr double kMostForTrans = 15;  // nats
 inline constexpr double kMostForCis = 10;

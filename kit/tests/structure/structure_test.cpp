@@ -93,8 +93,8 @@ TEST(Alignment, WorkIsInProportionToTheStructure) {
   const zorvela::ChainRest chain(structure.chains.front());
   zorvela::StructureAligner aligner(structure);
   EXPECT_THROW(aligner.align(std::string(30001, 'A'), chain), zorvela::FileError);
-  // 100 million and 4,000 for each of 4,000 residues are 114 alignments of 1,000 with 1,000, each with 500 and 8
-  // for each residue besides.
+  // 100 million and 4,000 for each of 4,000 residues are 114 alignments of 1,000 with 1,000, each with 500
+  // and 8 for each residue besides.
   for (int i = 0; i < 114; ++i) EXPECT_EQ(aligner.align(std::string(1000, 'A'), chain).identical, 1000U);
   EXPECT_EQ(messageOf([&] { aligner.align(std::string(1000, 'A'), chain); }),
             "large.cif: has too many residues to align with the 1000 of a protein; give the chains that have "

@@ -125,11 +125,12 @@ ImportOptions JoinedInputs::optionsFor(const std::string& file, ImportOptions op
 }
 
 bool isSequenceFile(const std::string& path) {
-  constexpr std::size_t kHead = 4096;
+  constexpr std::size_t kHead = std::size_t{1} << 16;
   std::error_code unknown;
   if (!fs::is_regular_file(path, unknown)) return false;  // a pipe can be read once
   try {
-    return looksLikeSequence(unpacked(fileBytes(path, kHead), path));
+    const std::string head = unpacked(fileBytes(path, kHead), path);
+    return looksLikeSequence(std::string_view(head).substr(0, kHead));  // 64 KiB unpack to many MB
   } catch (const Error&) {
     return false;
   }

@@ -17,7 +17,7 @@ namespace {
 std::string installedTables() {
   const std::string program = programFolder();
   for (const char* place : {"/tab", "/../share/zorvela/tab"}) {
-    const std::string beside = program + place;
+    std::string beside = program + place;
     std::error_code error;
     if (!program.empty() && std::filesystem::is_directory(beside, error)) return beside;
   }

@@ -21,7 +21,7 @@ constexpr double kLeastTrim = 1;
 std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices) {
   const std::map<std::string, Pooling> poolings = {
       {"natural", Pooling::natural}, {"equal", Pooling::equal}, {"none", Pooling::none}};
-  const std::vector<Option> options = {
+  std::vector<Option> options = {
       command
           .add("--limit-percent", choices.limitPercent, ValueKind("PERCENT", kLeastLimitPercent, 25).orZero(),
                "Clip secondary shifts below this percentile and above its mirror")

@@ -91,7 +91,7 @@ Evidence evidenceOf(const Model& model, const std::vector<Residue>& sequence, st
   std::vector<MissingShift> missing;
   for (std::size_t index = 0; index < kShifts; ++index) {
     const auto [residue, atom] = shiftPlace(index);
-    const auto position = static_cast<std::size_t>(residue + 1);
+    const auto position = static_cast<std::size_t>(std::ptrdiff_t{residue} + 1);
     const TripletShift at{sequence, place + position - 1, atom};
     ShiftContribution& shift = evidence.shifts[index];
     shift = contribution(model, at, factors.shifts[index], model.shifts[index]);

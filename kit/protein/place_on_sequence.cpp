@@ -166,7 +166,7 @@ struct Trial {
 
 /// "residue 45 (P) has HN 8.21", "residue 45 (P) is called ALA", "residue 145 is not in it".
 std::string conflictOf(const ResidueEvidence& residue, const Trial& trial) {
-  const std::string number = "residue " + std::to_string(residue.number);
+  std::string number = "residue " + std::to_string(residue.number);
   const char letter = trial.given.letters.at(residue.number);
   if (letter == ' ') return number + " is not in it";
   Exclusion exclusion;

@@ -30,8 +30,8 @@ std::map<std::string, std::string> ZORVELA::tripletOf(int r, const ResidueRows& 
 bool ZORVELA::testTriplet(std::map<std::string, std::string> record) {
   const int centre = GDB::toInt(record["RESID_R2"]);
   std::array<int, 3> missing{};
-  for (const int offset : {-1, 0, 1})
-    missing[static_cast<std::size_t>(offset + 1)] = missingCount[residueAt(centre, offset)];
+  for (std::size_t i = 0; i < missing.size(); ++i)
+    missing[i] = missingCount[residueAt(centre, static_cast<int>(i) - 1)];
   return zorvela::hasEnoughShifts(missing) && GDB::toInt(record["RESID_R1"]) > 0 &&
          GDB::toInt(record["RESID_R3"]) <= seqLength;
 }

@@ -45,7 +45,7 @@ std::string markOf(const ProlineResult& proline) {
 }
 
 std::string callText(const ProlineResult& proline) {
-  const std::string call =
+  std::string call =
       proline.reason.empty() ? toText(proline.call) : kAbsentCell + " (" + proline.reason + ")";
   if (!dependsOnCorrection(proline)) return call;
   return call + " (as referenced " + toText(*proline.callAsReferenced) + ")";

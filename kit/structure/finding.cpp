@@ -38,7 +38,7 @@ std::string statesText(const StructureFinding& finding) {
     }
   for (const BondSite& site : finding.sites)
     if (!site.bonds.empty()) models += site.bonds.size() + site.modelsWithout;
-  const std::string counts = enumerated(states) + " of " + counted(models, "model", "models");
+  std::string counts = enumerated(states) + " of " + counted(models, "model", "models");
   if (finding.call == StructureCall::mixed) return counts;
   if (const auto omega = meanOmega(finding))
     return counts + (bonds > 1 ? " (mean |omega| " : " (|omega| ") + fixedText(*omega, 0) + " degrees)";

@@ -77,7 +77,7 @@ std::string numberOf(std::string_view line) {
   const std::string digits(line.substr(kNumberAt, 4));
   std::string number = "?";
   if (digits.front() >= 'A')
-    number = std::to_string(std::strtol(digits.c_str(), nullptr, 36) - 10 * 36 * 36 * 36 + 10000);
+    number = std::to_string(std::strtol(digits.c_str(), nullptr, 36) - 10L * 36 * 36 * 36 + 10000);
   else if (!trimmed(digits).empty())
     number = std::to_string(std::strtol(digits.c_str(), nullptr, 10));
   if (line[kCodeAt] != ' ') number += line[kCodeAt];

@@ -72,7 +72,7 @@ std::string numberText(float value) {
 }
 
 std::string signedText(double value, int decimals) {
-  const std::string text = fixedText(std::fabs(value), decimals);
+  std::string text = fixedText(std::fabs(value), decimals);
   const bool isZero = text.find_first_not_of("0.") == std::string::npos;
   if (isZero) return text;
   return (value < 0 ? "-" : "+") + text;

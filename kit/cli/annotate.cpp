@@ -23,7 +23,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kNotesShown = 5;
 constexpr const char* kAllNotes = "zorvela-kit run --format json has them all";
 
 struct AnnotateSettings {

@@ -1,6 +1,9 @@
 #include "cli/input.h"
 
 #include <cstdio>
+#include <filesystem>
+
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -13,6 +16,12 @@ std::vector<Protein> readInput(const std::string& path, const ImportOptions& opt
 
 std::string inputName(const std::string& path) {
   return path == "-" ? "standard input" : path;
+}
+
+std::string inputStem(const std::string& path) {
+  std::filesystem::path stem = path;
+  if (equalIgnoringCase(stem.extension().string(), ".gz")) stem.replace_extension();
+  return stem.replace_extension().string();
 }
 
 }  // namespace zorvela

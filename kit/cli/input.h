@@ -14,4 +14,7 @@ std::vector<Protein> readInput(const std::string& path, const ImportOptions& opt
 /// How messages name an input: the path, or "standard input" for "-".
 std::string inputName(const std::string& path);
 
+/// Returns "data/p" for "data/p.prot" and "data/p.seq.gz": the path without ".gz" and the ending.
+std::string inputStem(const std::string& path);
+
 }  // namespace zorvela

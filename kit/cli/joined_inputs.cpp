@@ -23,13 +23,6 @@ constexpr const char* kOfAll = "";
 // Lists of one protein come in few files, and each is compared with each.
 constexpr std::size_t kFewInputs = 10;
 
-/// "data/p" of "data/p.prot" and "data/p.seq.gz".
-std::string stemOf(const std::string& path) {
-  fs::path stem = path;
-  if (equalIgnoringCase(stem.extension().string(), ".gz")) stem.replace_extension();
-  return stem.replace_extension().string();
-}
-
 }  // namespace
 
 void addJoining(Command& command, JoinArguments& given) {
@@ -72,8 +65,8 @@ JoinedInputs::JoinedInputs(const JoinArguments& given, std::vector<std::string>&
 }
 
 void JoinedInputs::add(const std::string& path, const std::vector<std::string>& shiftFiles) {
-  const std::string stem = shiftFiles.size() == 1 ? kOfAll : stemOf(path);
-  const auto isOfStem = [&](const std::string& file) { return stemOf(file) == stem; };
+  const std::string stem = shiftFiles.size() == 1 ? kOfAll : inputStem(path);
+  const auto isOfStem = [&](const std::string& file) { return inputStem(file) == stem; };
   if (stem != kOfAll && std::none_of(shiftFiles.begin(), shiftFiles.end(), isOfStem))
     throw Error(path, 0, "is a sequence, but no shift file is named as it is",
                 "name it as its shift file, or give it by --sequence");
@@ -117,7 +110,7 @@ void JoinedInputs::sayLookAlikes() const {
 
 ImportOptions JoinedInputs::optionsFor(const std::string& file, ImportOptions options) const {
   auto found = byStem.find(kOfAll);
-  if (found == byStem.end()) found = byStem.find(stemOf(file));
+  if (found == byStem.end()) found = byStem.find(inputStem(file));
   if (found == byStem.end()) return options;
   options.sequence = found->second;
   options.firstResidue = first;

@@ -69,8 +69,7 @@ void say(const std::string& text) {
 }
 
 std::string messageName(const std::string& file, const std::string& chain) {
-  const std::string name = inputName(file);
-  return chain.empty() ? name : name + ", chain " + printable(chain, kLongestNameShown);
+  return chainOfFile(inputName(file), chain);
 }
 
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,

@@ -16,6 +16,9 @@ void say(const std::string& text);
 /// How a message names a chain: "a.str", "a.str, chain A" or "standard input".
 std::string messageName(const std::string& file, const std::string& chain);
 
+/// How many notes of a file are shown where a report has them all.
+inline constexpr std::size_t kNotesShown = 5;
+
 /// The notes of a chain of a file.
 struct ChainNotes {
   std::string chain;  ///< its name; empty where it has none

@@ -31,7 +31,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kNotesShown = 5;
 constexpr const char* kAllNotes = "--format json has them all";
 
 struct RunSettings {

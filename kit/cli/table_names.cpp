@@ -7,13 +7,12 @@
 #include <unordered_set>
 #include <utility>
 
+#include "cli/input.h"
 #include "util/text.h"
 
 namespace zorvela {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A letter, digit, or mark that is harmless in a file name.
 bool isPlainInName(char c) {
@@ -33,9 +32,7 @@ std::string safeName(const std::string& text) {
 /// The file's name without folder, ".gz" and the ending.
 std::string stemOf(const std::string& path) {
   if (path == "-") return "stdin";
-  fs::path name = fs::path(path).filename();
-  if (equalIgnoringCase(name.extension().string(), ".gz")) name = name.stem();
-  return shown(name.has_stem() ? name.stem().string() : name.string(), '_');
+  return shown(std::filesystem::path(inputStem(path)).filename().string(), '_');
 }
 
 }  // namespace

@@ -18,10 +18,6 @@ namespace {
 constexpr double kSameSequenceFrom = 95;
 constexpr std::size_t kLongestName = 60;
 
-std::string placeName(const std::string& file, const std::string& chain) {
-  return chain.empty() ? file : file + ", chain " + printable(chain, kLongestName);
-}
-
 /// A chain of the NEF file. The name of the entry comes first if the file has several entries.
 struct NefChain {
   std::string block;
@@ -127,8 +123,8 @@ Flags flagsOf(const std::vector<NefChain>& chains, const std::string& name,
     isAnyFound = true;
     const ProteinResult& result = *sources.front().result;
     if (!predicted.areOfFile || !chain.isNamed(result.chain))
-      notes.push_back(placeName(name, chain.name) + ": flags by the sequence, from " +
-                      placeName(result.file, result.chain));
+      notes.push_back(chainOfFile(name, chain.name) + ": flags by the sequence, from " +
+                      chainOfFile(result.file, result.chain));
   }
   if (!isAnyFound)
     throw FileError(name, 0, "has no chain with the sequence of the shifts",

@@ -193,6 +193,11 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return lowerLetter(x) == lowerLetter(y); });
 }
 
+std::string chainOfFile(const std::string& file, const std::string& chain) {
+  constexpr std::size_t kLongestName = 60;
+  return chain.empty() ? file : file + ", chain " + printable(chain, kLongestName);
+}
+
 void dropByteOrderMark(std::string& text) {
   if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
 }

@@ -39,6 +39,9 @@ std::string withLatinLetters(std::string_view text);
 /// Returns the name of a file without its folder; empty if it ends in "/".
 std::string baseName(const std::string& path);
 
+/// Returns "a.str" or "a.str, chain A": how a message names a chain of a file. Long names are cut.
+std::string chainOfFile(const std::string& file, const std::string& chain);
+
 /// Takes away the mark that editors of Windows put before UTF-8.
 void dropByteOrderMark(std::string& text);
 

@@ -33,6 +33,8 @@ CHECKED = [
     "bench/README.md",
     "data/README.md",
     "doc/file-format.md",
+    "doc/install.md",
+    "doc/releasing.md",
     "doc/restrain.md",
     "doc/tables.md",
     "doc/zorvela.1",

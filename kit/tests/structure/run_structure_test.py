@@ -424,7 +424,7 @@ class RealStructures(Case):
 
 class Document(Case):
     def test_names_every_verdict(self):
-        document = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8")
+        document = (program.SOURCE / "doc" / "structures.md").read_text(encoding="utf-8")
         proline = json.loads(program.SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]
         for name in proline["verdict"]["enum"]:
             self.assertIn("\n| `%s`" % name, document)

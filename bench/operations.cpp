@@ -63,11 +63,11 @@ void searchByResidue(benchmark::State& state) {
 }
 BENCHMARK(searchByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
-void takeDownByResidue(benchmark::State& state) {
+void indexByResidue(benchmark::State& state) {
   const GDB table = madeProtein(static_cast<int>(state.range(0)));
   for (auto _ : state) benchmark::DoNotOptimize(ResidueRows(table));
 }
-BENCHMARK(takeDownByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(indexByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
 // --- Numbers ------------------------------------------------------------------------------------
 

@@ -65,14 +65,22 @@ EXCEPTIONS = {
 }
 
 
+# The comments of a source, the labels of a picture; a file of another kind is a page, whose code does not count.
+COMMENTS = {
+    (".h", ".cpp"): r"//[/<]*(.*)",
+    (".js", ".mjs", ".ts", ".in", ".css"): r"(?:^|\s)(?://|/?\*+(?!/))(.*)",
+    (".py", ".pyi"): r'(?:^|\s)#(.*)|"""([^"]+)"""',
+    (".cmake", ".txt", ""): r"(?:^|\s)#(.*)",
+    (".svg", ".html"): r">([^<]+)<(?!/style)",
+}
+
+
 def prose(name, text):
-    """The text without code: the comments of a header, the labels of a picture, a page without its code."""
-    if name.endswith((".h", ".cpp")):
-        text = "\n".join(re.findall(r"//[/<]*(.*)", text))
-    elif name.endswith(".svg"):
-        text = "\n".join(re.findall(r">([^<]+)</text>", text))
-    else:
-        text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
+    """Returns the text without code: the comments of a source, the labels of a picture, a page without its code."""
+    patterns = [pattern for suffixes, pattern in COMMENTS.items() if pathlib.PurePath(name).suffix in suffixes]
+    for pattern in patterns:
+        text = "\n".join(group for found in re.finditer(pattern, text, re.MULTILINE) for group in found.groups() if group)
+    text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
     text = re.sub(r"`[^`\n]*`", "CODE", text)
     for allowed in EXCEPTIONS.get(name, []):
         text = text.replace(allowed, "")

@@ -58,12 +58,9 @@ TEST_F(Triplets, NeighbourOutsideTheSequenceHasNoNameAndShiftsOfZero) {
   EXPECT_EQ(record.at("RESNAME_R3"), "");
   EXPECT_EQ(record.at("CA_R3"), "0");
   EXPECT_EQ(record.at("CA_R2"), "0.5");
-}
-
-TEST_F(Triplets, NeighbourOutsideTheSequenceIsClippedByTheLimitsOfAnEmptyName) {
   zorvela.clipShifts = true;
-  zorvela.limitTable = support::tableOf("VARS CA_MIN CA_MAX\nFORMAT %f %f\n0.5 1\n");
-  EXPECT_EQ(zorvela.getTriplet(5).at("CA_R3"), "0.5");
+  zorvela.limitTable = tableOf("VARS CA_MIN CA_MAX\nFORMAT %f %f\n0.5 1\n");
+  EXPECT_EQ(zorvela.getTriplet(5).at("CA_R3"), "0.5") << "by the limits of an empty name";
 }
 
 TEST_F(Triplets, ShiftsAreClippedUnlessNoclip) {
@@ -72,12 +69,6 @@ TEST_F(Triplets, ShiftsAreClippedUnlessNoclip) {
   zorvela.clipShifts = true;
   EXPECT_EQ(zorvela.getTriplet(3).at("CA_R2"), "0.25");
   EXPECT_EQ(zorvela.getTriplet(3).at("CB_R2"), "0") << "no limits are limits of 0";
-}
-
-TEST_F(Triplets, AbsentShiftStays9999) {
-  zorvela.clipShifts = true;
-  zorvela.resTable.setEntry(13, "SHIFT", "9999");
-  EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "9999");
 }
 
 TEST_F(Triplets, ShiftsHaveSixSignificantDigits) {

@@ -105,7 +105,7 @@ class CheckReport : public testing::Test {
     EXPECT_EQ(output.err, "");
     return output.out;
   }
-  // What stands between the two headings.
+  // The text between the two headings.
   std::string outliers() {
     const std::string text = report();
     EXPECT_EQ(text.substr(0, kOutlierHeading.size()), kOutlierHeading);
@@ -117,7 +117,7 @@ class CheckReport : public testing::Test {
     add("12", atom, shift);
     return outliers();
   }
-  // What stands after the second heading.
+  // The text after the second heading.
   std::string offsets() {
     const std::string text = report();
     return text.substr(text.find(kReferencingHeading) + kReferencingHeading.size());
@@ -145,7 +145,7 @@ TEST_F(CheckReport, OutliersAreMarkedFarBeyondTheirLimit) {
            // There are no limits of CG, which are 0.
            {"CG", "0.001", "   12 K  CG Secondary Shift:    0.001    Limit:    0.000 !\n"},
            {"CG", "0", ""},
-           // At its limit, or missing, a shift is no outlier.
+           // At its limit, or missing, a shift is not an outlier.
            {"CA", "3", ""},
            {"CA", "-3", ""},
            {"HA", "0.3", ""},

@@ -131,7 +131,7 @@ TEST_F(ShiftAssembly, UnknownTypeHasNoSecondaryShiftButMissesNothing) {
   EXPECT_EQ(shift(2, "CA"), "9999");
   EXPECT_EQ(shift(2, "CB"), "9999");
   EXPECT_EQ(zorvela.missingCount.at(2), 4);
-  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 9994.0F) << "kept as it is summed";
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 9994.0F) << "the sum";
 }
 
 TEST_F(ShiftAssembly, ReferenceOf999IsUnknownAndJustBelowItIsNot) {
@@ -154,7 +154,7 @@ TEST_F(ShiftAssembly, KnownTypeWithoutTheAtomColumnHasTheObservedShift) {
   EXPECT_EQ(shift(1, "CB"), "19");
 }
 
-TEST_F(ShiftAssembly, ResidWithLeadingZerosIsNoResidueButCountsInRangeAndNameCheck) {
+TEST_F(ShiftAssembly, ResidWithLeadingZerosHasNoShiftsButCountsInRangeAndNameCheck) {
   const Output output = assemble("AAAAAAAA", "007 K CA 53.5\n2 A CA 52.5\n");
   EXPECT_EQ(shift(7, "CA"), "9999");
   EXPECT_EQ(zorvela.missingCount.at(7), 6);
@@ -231,7 +231,7 @@ TEST_F(ShiftAssembly, ProlineCGIsTheObservedShift) {
   EXPECT_EQ(zorvela.cgShifts, (std::map<int, float>{{2, 24.5F}, {4, 9999.0F}}));
 }
 
-TEST_F(ShiftAssembly, LowerCasePIsNoProline) {
+TEST_F(ShiftAssembly, LowerCasePIsNotAProline) {
   zorvela.rcTable = tableOf("VARS RESNAME N\nFORMAT %s %f\np 136.5\n");
   assemble("Ap", "2 p N 136\n2 p CG 24.5\n");
   EXPECT_EQ(shift(2, "N"), "-0.5");

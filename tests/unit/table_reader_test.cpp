@@ -1,4 +1,4 @@
-// Reading table files: kinds of lines, rows, formats, the sequence, and what is no table at all.
+// Reading table files: kinds of lines, rows, formats, the sequence, and faults.
 #include <vector>
 
 #include "support.h"

@@ -105,7 +105,7 @@ TEST(TableText, RealsAreReadToSinglePrecision) {
 
 // --- Numbers ------------------------------------------------------------------------------------
 
-// Texts of digits, points and signs, and of whatever else a number may hold.
+// Texts of digits, points and signs, and of other characters that a number may have.
 TEST(TableText, ReadsNumbersAsStrtodAndStrtolDo) {
   const std::string usual = "0123456789.-";
   const std::string unusual = "0123456789..-+eExXnaif \t";

@@ -101,7 +101,7 @@ TEST(TableWriter, RowsAscendByNumber) {
   EXPECT_EQ(savedText(table), "-1\n7\n40\n");
 }
 
-TEST(TableWriter, WhatIsSavedReadsBack) {
+TEST(TableWriter, SavedTableReadsBack) {
   const TempDir dir;
   GDB table = shiftTable();
   table.addRemark("a remark");

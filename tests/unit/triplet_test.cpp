@@ -1,4 +1,4 @@
-// Three residues around a proline, and whether they have shifts enough.
+// Three residues around a proline, and whether they have enough shifts.
 #include <climits>
 
 #include "support.h"
@@ -76,7 +76,7 @@ TEST_F(Triplets, ShiftsHaveSixSignificantDigits) {
   EXPECT_EQ(zorvela.getTriplet(3).at("N_R2"), "12.3457");
 }
 
-TEST_F(Triplets, NumbersThatAreNotPlainAreNoResidues) {
+TEST_F(Triplets, NumbersThatAreNotPlainMatchNoResidue) {
   for (const char* resid : {"03", "+3", " 3", "3 ", "3.0", "-03", "-0", ""}) {
     for (auto& [number, row] : zorvela.resTable.entries)
       if (number >= 13 && number <= 18) row["RESID"] = resid;

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Memory and time of zorvela-kit for each format and for files that were made to be too much, at three sizes each,
-against what doc/kit.md promises: memory below 64 MiB plus 24 times the unpacked bytes, processor time
+against what doc/reliability.md promises: memory below 64 MiB plus 24 times the unpacked bytes, processor time
 below 1 s plus 1 s for each unpacked MiB.
 
     bench/bounds.py build/release/kit/zorvela-kit [WORD]

@@ -29,14 +29,23 @@ PHRASES = [
 DOC_COMMENT = re.compile(r"^ *(?:.*; +)?///<? ?(?:What|The same|Whether|How)\b.*", re.MULTILINE)
 
 CHECKED = [
+    "CHANGELOG.md",
     "CONTRIBUTING.md",
+    "README.md",
     "bench/*.*",
     "data/README.md",
+    "doc/accuracy.md",
     "doc/browser.md",
     "doc/file-format.md",
+    "doc/files.md",
+    "doc/library.md",
     "doc/python.md",
+    "doc/reliability.md",
     "doc/restrain.md",
+    "doc/run.md",
+    "doc/structures.md",
     "doc/tables.md",
+    "doc/training.md",
     "doc/zorvela.1",
     "doc/architecture.md",
     "doc/architecture.svg",

@@ -1,4 +1,4 @@
-"""Finished documents and comments are plain English: none has a phrase of this list.
+"""Documents, comments and the page are plain English: none has a phrase of this list.
 
 To check another document, add its name to CHECKED.
 """
@@ -32,12 +32,14 @@ CHECKED = [
     "CHANGELOG.md",
     "CONTRIBUTING.md",
     "README.md",
-    "bench/README.md",
+    "bench/*.*",
     "data/README.md",
     "doc/accuracy.md",
+    "doc/browser.md",
     "doc/file-format.md",
     "doc/files.md",
     "doc/library.md",
+    "doc/python.md",
     "doc/reliability.md",
     "doc/restrain.md",
     "doc/run.md",
@@ -57,6 +59,19 @@ CHECKED = [
     "kit/train/**/*.h",
     "kit/train/**/*.cpp",
     "kit/util/*",
+    "python/*.*",
+    "python/*/*.py*",
+    "script/*",
+    "tests/docs/[!w]*",
+    "tests/program/*.py",
+    "tests/support/*.*",
+    "tests/support/*/[!h]*.py",
+    "tests/unit/*",
+    "web/*.*",
+    "web/module/*",
+    "web/npm/*",
+    "web/page/*",
+    "web/tests/*.*",
 ]
 
 # What a document may contain: our words where they are explained, and names of members.
@@ -69,8 +84,7 @@ EXCEPTIONS = {
 COMMENTS = {
     (".h", ".cpp"): r"//[/<]*(.*)",
     (".js", ".mjs", ".ts", ".in", ".css"): r"(?:^|\s)(?://|/?\*+(?!/))(.*)",
-    (".py", ".pyi"): r'(?:^|\s)#(.*)|"""([^"]+)"""',
-    (".cmake", ".txt", ""): r"(?:^|\s)#(.*)",
+    (".py", ".pyi", ".cmake", ".txt", ""): r'(?:^|\s)#(.*)|"""([^"]+)"""',
     (".svg", ".html"): r">([^<]+)<(?!/style)",
 }
 
@@ -125,6 +139,10 @@ class Wording(unittest.TestCase):
         self.assertEqual(faults("page.md", "There is no prediction. See `room`.\n\n```console\nis no shift file\n```\n"), [])
         self.assertEqual(faults("page.svg", "<style>.room {}</style><text>kit/run</text>"), [])
         self.assertEqual(faults("file.h", 'throw Error("is no number");\n'), [])
+        for name, comment in (("a.py", 'fail("is no number")  # It stands here.\n'), ("script", "# It stands here.\n"),
+                              ("a.py", '"""It stands here."""\n'), ("a.js", '/** It stands here. */\n"is no number"\n'),
+                              ("a.html", '<p class="room">It stands here.</p>\n')):
+            self.assertEqual(len(faults(name, comment)), 1, comment)
 
 
 if __name__ == "__main__":

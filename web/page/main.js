@@ -33,14 +33,14 @@ const FIELDS = {
   "--structure": "a structure",
   "--for ": "",
 };
-const OPTIONS = new RegExp(Object.keys(FIELDS).join("|"), "g");
+const OPTIONS = new RegExp(`(^|[ (])(${Object.keys(FIELDS).join("|")})`, "g");
 
 /**
  * Returns a name or message as the page shows it: with its fields, and without control characters and signs that turn
  * the direction of writing, as in the library's reports (`shown` in kit/util/text.cpp).
  */
 function visible(text) {
-  return text.replace(OPTIONS, (option) => FIELDS[option])
+  return text.replace(OPTIONS, (_, before, option) => before + FIELDS[option])
     .replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
 }
 

@@ -32,7 +32,7 @@ class BadInput(folder.InFolder):
         predict = zorvela.predict
         error = self.says(zorvela.FileError, "cannot be read", predict, self.path("absent.str"))
         self.assertEqual((error.file, error.line), (self.path("absent.str"), None))
-        error = self.says(zorvela.FileError, "is no shift file", predict, b"nothing of the kind")
+        error = self.says(zorvela.FileError, "is not a known kind of shift file", predict, b"nothing of the kind")
         self.assertEqual((error.file, error.line), ("input", 1))
         self.says(zorvela.FileError, "", predict, self.folder)
         self.says(zorvela.FileError, "", predict, b"")

@@ -13,7 +13,7 @@ import tarfile
 import tempfile
 import unittest
 
-from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (tests say program.full_table)
+from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (for tests, as program.full_table)
 
 KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
 ZORVELA = os.environ.get("ZORVELA_PROGRAM", "zorvela")
@@ -47,7 +47,7 @@ def real_entries():
 
 
 def environment(**changes):
-    """A plain environment: no colour settings, no tables but those named."""
+    """A plain environment: no colour settings, and only the tables that are named."""
     env = {k: v for k, v in os.environ.items() if k not in ("NO_COLOR", "ZORVELA_DIR", "TERM")}
     env.update({k: str(v) for k, v in changes.items()})
     return env

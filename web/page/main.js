@@ -172,7 +172,7 @@ async function showResult({ id, html, summary }) {
   fillList(byId("errors"), summary.errors);
   fillList(byId("warnings"), summary.warnings);
   fillList(byId("notes").querySelector("ul"), summary.notes);
-  byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " on reading";
+  byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " about the files";
   byId("notes").hidden = summary.notes.length === 0;
   if (summary.needsSequence) byId("sequence-choice").open = true;
   offerFiles(summary);

@@ -32,7 +32,7 @@ class BadInput(folder.InFolder):
         predict = zorvela.predict
         error = self.fails(zorvela.FileError, "cannot be read", predict, self.path("absent.str"))
         self.assertEqual((error.file, error.line), (self.path("absent.str"), None))
-        error = self.fails(zorvela.FileError, "is no shift file", predict, b"nothing of the kind")
+        error = self.fails(zorvela.FileError, "is not a known kind of shift file", predict, b"nothing of the kind")
         self.assertEqual((error.file, error.line), ("input", 1))
         self.fails(zorvela.FileError, "", predict, self.folder)
         self.fails(zorvela.FileError, "", predict, b"")

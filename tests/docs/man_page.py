@@ -24,7 +24,7 @@ def item(names, value, default, text):
     name, _, values = value.partition(":")
     flags = " , ".join("Fl " + flag[1:] for flag in names.split(","))
     argument = " Ar " + name.lower().replace("|", " | ") if name else ""
-    sentences = re.split(r"(?<=\.) (?=[A-Z])", text[0].upper() + text[1:].rstrip("."))
+    sentences = re.split(r"(?<=\.) (?=[A-Z])", text)
     if values:
         sentences.append("Values: " + re.sub(",(?! )", ", ", values.strip("{}")))
     if default:

@@ -17,7 +17,7 @@ IN_SHORT = {"strongest", "next_shift"}  # in JSON whole: evidence and next_shift
 
 
 def sub_commands():
-    return re.findall(r"^  ([a-z]+) +\S", program.kit("--help").stdout.split("Subcommands:", 1)[1], re.MULTILINE)
+    return re.findall(r"^  ([a-z]+) +\S", program.kit("--help").stdout.split("Sub-commands:", 1)[1], re.MULTILINE)
 
 
 def help_of(command):

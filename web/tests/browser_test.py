@@ -214,8 +214,8 @@ class FlagsAndRestraints(Page):
                 self.assertTrue(self.page.status().startswith(f"Saved {name}."), self.page.status())
 
     def test_restraints(self):
-        help_text = "".join(program.kit("restrain", "--help").stdout.split())
-        every = re.search(r"--for[^{]*\{([^}]*)\}", help_text)[1].split(",")
+        help_text = " ".join(program.kit("restrain", "--help").stdout.split())
+        every = re.search(r"--for PROGRAM .*?\[values: ([^]]*)\]", help_text)[1].split(", ")
         self.page.choose(self.folder.copy(NUCLEASE))
         self.assertEqual(self.programs(), every[:-2])
         self.check_restraints(every[:-2])

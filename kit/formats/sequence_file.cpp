@@ -31,7 +31,7 @@ std::vector<std::string> wordsOf(std::string_view line) {
 
 // --- Names with numbers -------------------------------------------------------------------------
 
-/// A residue of a .seq file. Its number is that of the one before and one more where the file has none.
+/// A residue of a .seq file. Where the file has no number for it, it follows the residue before.
 struct NamedResidue {
   std::string name;
   std::string chain;
@@ -41,7 +41,7 @@ struct NamedResidue {
   bool isResidue() const { return !isSpinSystem() && !isLinker(name); }
 };
 
-/// "cPRO", "ARG+", "pro_cis", "LL5".
+/// Tells whether a word can be a name: "cPRO", "ARG+", "pro_cis", "LL5".
 bool looksLikeName(const std::string& word) {
   constexpr std::size_t kLongestName = 8;
   return word.size() > 1 && word.size() <= kLongestName && isLetter(word[0]) &&
@@ -50,7 +50,7 @@ bool looksLikeName(const std::string& word) {
          });
 }
 
-/// The rows of a .seq file as they come: names, each with a number or without.
+/// The rows of a .seq file in order: names, each with a number or without.
 class NameList {
  public:
   /// False for a line of anything else.
@@ -69,7 +69,7 @@ class NameList {
     return true;
   }
 
-  /// Whether most are names of amino acids, so that this is no other text in words.
+  /// True if most are names of amino acids, so that this is not any other text.
   bool isSequence() const { return residues.size() > 1 && known * 2 > residues.size(); }
   std::size_t size() const { return residues.size(); }
 
@@ -94,7 +94,7 @@ class NameList {
     if (residueType(name).letter != kUnknownResidue || !residues.back().isResidue()) ++known;
   }
 
-  /// "171", or "A12" of chain A.
+  /// Sets "171", or "A12" of chain A; false for any other word.
   bool setNumber(const std::string& word) {
     const std::size_t start = std::min(word.find_first_of("-0123456789"), word.size());
     const auto number = toInteger(word.substr(start));
@@ -138,7 +138,7 @@ bool readNames(std::string_view text, SequenceFile& sequence) {
 
 // --- Letters ------------------------------------------------------------------------------------
 
-/// One-letter residues; a lower-case c is the cysteine of a disulfide bond where others are capitals.
+/// Reads one-letter residues; a lower-case c is the cysteine of a disulfide bond where others are capitals.
 class LetterReader {
  public:
   explicit LetterReader(std::string_view text)
@@ -167,7 +167,7 @@ class LetterReader {
   bool isCaseKept;
 };
 
-/// The text after a label of a FASTA header, such as "START:", up to the next bar or comma.
+/// Returns the text after a label of a FASTA header, such as "START:", up to the next bar or comma.
 std::string valueIn(std::string_view header, std::string_view label) {
   const std::size_t at = upper(header).find(label);
   if (at == std::string::npos) return "";
@@ -175,7 +175,7 @@ std::string valueIn(std::string_view header, std::string_view label) {
   return std::string(trimmed(rest.substr(0, rest.find_first_of("|,["))));
 }
 
-/// A chain by its FASTA header, which may say "CHAIN: A", "Chain A" or "Chains A, B".
+/// Names a chain by its FASTA header, with "CHAIN: A", "Chain A" or "Chains A, B" or a name in front.
 FileChain chainOfHeader(std::string_view header) {
   FileChain chain;
   for (const char* label : {"CHAIN:", "|CHAIN ", "|CHAINS "})
@@ -222,13 +222,13 @@ void readStar(std::string text, SequenceFile& sequence) {
     for (FileChain& chain : readSource(source).chains) sequence.chains.push_back(std::move(chain));
 }
 
-/// Chains of other molecules and empty ones are none.
+/// Removes empty chains and those of other molecules.
 void keepProteins(SequenceFile& sequence) {
   std::vector<FileChain>& chains = sequence.chains;
-  const auto isNone = [](const FileChain& chain) {
+  const auto isOther = [](const FileChain& chain) {
     return chain.residues.empty() || chain.polymer == Polymer::other;
   };
-  chains.erase(std::remove_if(chains.begin(), chains.end(), isNone), chains.end());
+  chains.erase(std::remove_if(chains.begin(), chains.end(), isOther), chains.end());
   if (chains.empty()) throw FileError(sequence.file, 0, "has no residue", kRemedy);
   std::size_t residues = 0;
   for (const FileChain& chain : chains) {
@@ -254,7 +254,7 @@ SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
 }
 
 std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
-  if (one.chains.size() != other.chains.size()) return "another number of chains";
+  if (one.chains.size() != other.chains.size()) return "the numbers of chains differ";
   for (std::size_t c = 0; c < one.chains.size(); ++c) {
     const std::vector<FileResidue>& residues = one.chains[c].residues;
     const std::vector<FileResidue>& others = other.chains[c].residues;
@@ -264,8 +264,8 @@ std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
     const std::size_t common = std::min(residues.size(), others.size());
     for (std::size_t i = 0; i < common; ++i)
       if (differ(residues[i], others[i]))
-        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) + " and " +
-               printable(others[i].name, 20);
+        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) +
+               " in one and " + printable(others[i].name, 20) + " in the other";
     if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
   }
   return {};

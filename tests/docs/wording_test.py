@@ -41,6 +41,8 @@ CHECKED = [
     "kit/include/zorvela/*.h",
     "src/**/*.h",
     "src/*.cpp",
+    "kit/formats/*.*",
+    "kit/formats/*/*",
     "kit/names/*",
     "kit/predict/*",
     "kit/restrain/*",

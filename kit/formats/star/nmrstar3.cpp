@@ -74,7 +74,7 @@ Entity entityOf(const StarFrame& frame, const StarTable& table, std::size_t row,
   const auto name = [&](std::string_view tag) { return nameOf(cell(tag), notes); };
   Entity entity;
   entity.id = name("_Entity.ID");
-  entity.frame = listName(frame, notes);
+  entity.frame = nameOf(frame.name(), notes);
   entity.strands = name("_Entity.Polymer_strand_ID");
   entity.letters = residuesOfLetters(cell("_Entity.Polymer_seq_one_letter_code"));
   if (entity.letters.empty())
@@ -511,7 +511,7 @@ void readShifts(const StarTable& table, const Entities& entities, Copies& copies
   }
 }
 
-/// Corrections that the authors ask the reader to apply, such as that of TROSY spectra.
+/// Notes corrections that the authors ask the reader to apply, such as that of TROSY spectra.
 void noteOffsets(const StarFrame& frame, Notes& fileNotes) {
   const std::string category = "_Systematic_chem_shift_offset.";
   LimitedNotes notes("systematic offsets that are not applied");
@@ -532,7 +532,7 @@ void readLists(const StarFrame& frame, const Entities& entities,
   if (tables.empty()) return;
   const auto name = [&](std::string_view tag) { return nameOf(frameValue(frame, tag), file.notes); };
   NamedRows rows;
-  rows.list.name = listName(frame, file.notes);
+  rows.list.name = nameOf(frame.name(), file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
     copies.finder.reserveRows(rows.list, table.rows());

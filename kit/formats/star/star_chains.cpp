@@ -164,7 +164,7 @@ std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
 }
 
 void ChainFinder::countResidues(std::size_t more) {
-  checkResidues(residueCount += more);
+  checkLimit(residueCount += more, limits::kResidues, fileName);
   checkLimit(work->residues += more, limits::kResiduesOfEntries, fileName);
 }
 
@@ -177,10 +177,6 @@ void ChainFinder::reserveRows(FileShiftList& list, std::size_t more) {
 
 void ChainFinder::countLists(std::size_t lists) {
   checkLimit(work->chainsTimesLists += lists * chains.size(), limits::kChainsTimesLists, fileName);
-}
-
-void ChainFinder::checkResidues(std::size_t total) const {
-  checkLimit(total, limits::kResidues, fileName);
 }
 
 std::vector<FileResidue> residuesOfLetters(const std::string& text) {
@@ -242,10 +238,6 @@ void noteCautions(const std::string& molecule, const std::string& state, const s
     }
   if (equalIgnoringCase(paramagnetic, "yes"))
     notes.push_back(subject + "paramagnetic; the centre moves the shifts near it");
-}
-
-std::string listName(const StarFrame& frame, std::vector<std::string>& notes) {
-  return nameOf(frame.name(), notes);
 }
 
 std::vector<std::string> starContents(const StarEntry& entry) {

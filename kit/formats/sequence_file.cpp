@@ -78,11 +78,8 @@ class NameList {
       if (one.isSpinSystem()) sequence.spinSystems.insert(static_cast<int>(one.number));
       if (!one.isResidue()) continue;
       std::vector<FileResidue>& chain = chainOf(one.chain, sequence).residues;
-      FileResidue residue;
-      residue.key = std::to_string(chain.size() + 1);
-      residue.name = one.name;
-      if (areNumbered) residue.number = std::to_string(one.number);
-      chain.push_back(std::move(residue));
+      chain.push_back({std::to_string(chain.size() + 1),
+                       areNumbered ? std::to_string(one.number) : std::string(), one.name});
     }
   }
 
@@ -138,34 +135,23 @@ bool readNames(std::string_view text, SequenceFile& sequence) {
 
 // --- Letters ------------------------------------------------------------------------------------
 
-/// Reads one-letter residues; a lower-case c is the cysteine of a disulfide bond where others are capitals.
-class LetterReader {
- public:
-  explicit LetterReader(std::string_view text)
-      : isCaseKept(std::any_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) {}
-
-  /// False for a line of anything else. Numbers may count the letters before or after them.
-  bool add(std::string_view line, std::vector<FileResidue>& residues) const {
-    for (const std::string& word : wordsOf(line)) {
-      const auto count = toInteger(word);
-      const auto size = static_cast<int>(residues.size());
-      if (count && (*count == size || *count == size + 1)) continue;
-      for (const char letter : word) {
-        if (letter == '*') continue;  // the end of a chain
-        if (!isLetter(letter) && letter != kUnknownResidue) return false;
-        FileResidue residue;
-        const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
-        residue.key = std::to_string(residues.size() + 1);
-        residue.name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
-        residues.push_back(std::move(residue));
-      }
+/// Adds one-letter residues; false for a line of anything else. Numbers may count the letters before or after
+/// them. With `isCaseKept`, a lower-case c is the cysteine of a disulfide bond.
+bool addLetters(std::string_view line, bool isCaseKept, std::vector<FileResidue>& residues) {
+  for (const std::string& word : wordsOf(line)) {
+    const auto count = toInteger(word);
+    const auto size = static_cast<int>(residues.size());
+    if (count && (*count == size || *count == size + 1)) continue;
+    for (const char letter : word) {
+      if (letter == '*') continue;  // the end of a chain
+      if (!isLetter(letter) && letter != kUnknownResidue) return false;
+      const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
+      const std::string name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
+      residues.push_back({std::to_string(residues.size() + 1), {}, name});
     }
-    return true;
   }
-
- private:
-  bool isCaseKept;
-};
+  return true;
+}
 
 /// Returns the text after a label of a FASTA header, such as "START:", up to the next bar or comma.
 std::string valueIn(std::string_view header, std::string_view label) {
@@ -191,7 +177,7 @@ void numberFrom(int first, std::vector<FileResidue>& residues) {
 }
 
 void readLetters(std::string_view text, SequenceFile& sequence) {
-  const LetterReader reader(text);
+  const bool isCaseKept = text != lower(text);
   std::optional<int> first;
   const auto endChain = [&] {
     if (first && !sequence.chains.empty()) numberFrom(*first, sequence.chains.back().residues);
@@ -209,7 +195,8 @@ void readLetters(std::string_view text, SequenceFile& sequence) {
     }
     if (core.empty()) continue;
     if (sequence.chains.empty()) sequence.chains.emplace_back();
-    if (!reader.add(core, sequence.chains.back().residues)) throwNoSequence(sequence.file, number, core);
+    if (!addLetters(core, isCaseKept, sequence.chains.back().residues))
+      throwNoSequence(sequence.file, number, core);
     checkLimit(sequence.chains.back().residues.size(), limits::kSequence, sequence.file, number);
   }
   endChain();

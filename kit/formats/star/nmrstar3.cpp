@@ -296,9 +296,9 @@ struct RowChain {
 
 /// Rows whose chain is not the one that they name.
 struct OddRows {
+  Notes& notes;
   std::map<std::string, std::size_t> ofMissingCopies;  ///< number of rows, by the copy that the file lacks
   std::set<std::size_t> corrected;                     ///< chains of rows that name a copy of another entity
-  Notes notes;
 };
 
 std::size_t addUndescribed(const RowChain& row, const Entities& entities, Copies& copies) {
@@ -538,8 +538,6 @@ void readLists(const StarFrame& frame, const Entities& entities,
     copies.finder.reserveRows(rows.list, table.rows());
     readShifts(table, entities, copies, odd, rows);
   }
-  std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));
-  odd.notes.clear();
   const auto shares = deuterationByChain(frame, rows.list.name, molecules, copies, file.notes);
   for (FileShiftList& list : listsById(std::move(rows))) {
     list.deuteration = shares;
@@ -563,7 +561,7 @@ ShiftFile readNmrStar3(const Source& source) {
   readSequences(frames, entities, source.file, file.notes);
   Copies copies = readCopies(frames, entities, source, file.notes);
   const std::vector<LabelledMolecule> molecules = readSamples(frames, entities, source.file);
-  OddRows odd;
+  OddRows odd{file.notes, {}, {}};
   for (const StarFrame& frame : frames) readLists(frame, entities, molecules, copies, odd, file);
   settleUndescribed(copies, file.lists, file.notes);
   readBonds(frames, copies, file.notes);

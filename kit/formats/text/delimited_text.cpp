@@ -8,19 +8,15 @@ namespace zorvela {
 
 namespace {
 
-bool isEnd(char c, Separator separator) {
-  return separator == Separator::blank ? isBlank(c) : c == static_cast<char>(separator);
-}
-
 /// Moves `pos` after the blanks in front of a cell, up to a tab that is a separator.
 void skipBlanks(std::string_view line, Separator separator, std::size_t& pos) {
-  while (pos < line.size() && isBlank(line[pos]) &&
-         (separator == Separator::blank || !isEnd(line[pos], separator)))
-    ++pos;
+  pos = std::min(line.find_first_not_of(separator == Separator::tab ? " " : " \t", pos), line.size());
 }
 
 void skipToEnd(std::string_view line, Separator separator, std::size_t& pos) {
-  while (pos < line.size() && !isEnd(line[pos], separator)) ++pos;
+  const std::size_t end = separator == Separator::blank ? line.find_first_of(" \t", pos)
+                                                        : line.find(static_cast<char>(separator), pos);
+  pos = std::min(end, line.size());
 }
 
 /// Returns the cell whose opening quote is at `pos`. Nothing if the quote is not closed.

@@ -6,6 +6,7 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
@@ -82,30 +83,29 @@ void annotate(const AnnotateSettings& settings) {
 
 void addAnnotate(CommandLine& line) {
   const auto settings = std::make_shared<AnnotateSettings>();
-  Command command = line.addCommand("annotate", "Write the calls into a NEF file (cis_peptide)");
+  Command command = line.addCommand("annotate", "Write the calls into the column cis_peptide of a NEF file");
   command.add("FILE", settings->file, "", "NEF file, also gzipped; - is standard input").required();
   command
       .add("--output", settings->output, "FILE",
-           "The annotated file, gzipped if the input is; - is standard output")
+           "Write the annotated file here, gzipped if the input is; - is standard output")
       .required();
   command
       .add("--shifts", settings->shifts, "FILE",
-           "Predict from the shifts in this file, of any format; may be repeated. Default: those of the NEF "
-           "file")
-      .repeated();
-  command.addFlag("--trans", settings->rules.trans, "Write false for trans prolines; default: nothing");
+           "Predict from the shifts in this file, of any format; may be repeated")
+      .repeated()
+      .showsDefault("the NEF file");
+  command.addFlag("--trans", settings->rules.trans, "Also write false for trans prolines");
   command.addFlag("--replace", settings->rules.replace,
-                  "Replace flags that are there and say something else; default: leave them, with a note");
-  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+                  "Replace flags that contradict a call; without it they stay, with a note");
+  addTables(command, settings->tables);
   addPredictionOptions(command, settings->predict);
-  command
-      .add("--list", settings->import.lists, ValueKind("NAME").notEmpty(),
-           "Predict from the shift list of this name; default: the one with most shifts")
-      .repeated();
-  command.footer(
-      "true: a cis bond before the residue. Programs differ in how they read the flag: check the model with\n"
-      "run --structure. Flags of undecided prolines and of all other residues stay as they are, and so does\n"
-      "every other byte.");
+  addLists(command, settings->import.lists, "Use only this shift list (name or number); may be repeated");
+  command.ends(
+      "Flags: true is a cis bond before the residue; programs differ in how they read it, so check the model "
+      "with run --structure\n"
+      "Kept: flags of undecided prolines and of all other residues, and every other byte of the file",
+      {"zorvela-kit annotate --output annotated.nef examples/nuclease.nef",
+       "zorvela-kit annotate --trans --replace --output - examples/nuclease.nef"});
   command.runs([settings] { annotate(*settings); });
 }
 

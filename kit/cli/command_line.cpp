@@ -30,7 +30,7 @@ std::string ValueKind::range() const {
   if (!(low > -std::numeric_limits<double>::infinity())) return "";
   std::ostringstream text;
   text.precision(9);
-  text << (allowsZero ? "0, or " : "") << low << " to " << high;
+  text << (allowsZero ? "0 or " : "") << low << " to " << high;
   return text.str();
 }
 
@@ -53,6 +53,7 @@ std::string ValueKind::findingOn(const std::string& value) const {
 namespace {
 
 constexpr std::size_t kColumns = 80;
+constexpr std::size_t kTextColumn = 26;
 
 /// Where the lines below a long one begin: at its second column, or below its first word.
 std::size_t indentOf(const std::string& line) {
@@ -63,31 +64,85 @@ std::size_t indentOf(const std::string& line) {
   return hasColumns ? second : word;
 }
 
-/// Where a long line is broken: after a blank, else after a comma, else nowhere.
-std::size_t breakIn(const std::string& line, std::size_t indent) {
-  for (const char after : {' ', ','}) {
-    const std::size_t at = line.rfind(after, kColumns - 1);
-    if (at != std::string::npos && at > indent) return at + 1;
-  }
-  return line.size();
-}
-
-/// A help text on lines of at most 80 columns, but for longer words.
+/// Breaks lines of more than 80 columns at blanks.
 std::string inColumns(const std::string& text) {
   std::string result;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     const std::size_t indent = indentOf(line);
     while (line.size() > kColumns) {
-      const std::size_t end = breakIn(line, indent);
-      if (end == line.size()) break;
-      result += line.substr(0, line.find_last_not_of(' ', end - 1) + 1) + '\n';
-      line = std::string(indent, ' ') + line.substr(end);
+      const std::size_t blank = line.rfind(' ', kColumns);
+      if (blank == std::string::npos || blank < indent) break;
+      result += line.substr(0, blank) + '\n';
+      line = std::string(indent, ' ') + line.substr(blank + 1);
     }
     result += line + '\n';
   }
   return result;
 }
+
+/// Sub-commands and options are rows of two columns; a long name has a line of its own.
+std::string row(const std::string& name, const std::string& text) {
+  const std::string first = "  " + name;
+  const bool fits = first.size() + 2 <= kTextColumn;
+  return first + (fits ? "" : "\n") + std::string(kTextColumn - (fits ? first.size() : 0), ' ') + text + "\n";
+}
+
+/// Returns the name of the value and its range, of "N:1 to 256".
+std::pair<std::string, std::string> valueOf(const CLI::Option& option) {
+  const std::string type = option.get_type_name();
+  const std::size_t colon = std::min(type.find(':'), type.size());
+  return {type.substr(0, colon), type.substr(std::min(colon + 1, type.size()))};
+}
+
+std::string note(const std::string& text) {
+  return " [" + text + "]";
+}
+
+std::string optionRow(const CLI::Option& option) {
+  auto [value, range] = valueOf(option);
+  const bool takesMany =
+      option.get_allow_extra_args() && option.get_expected_max() == CLI::detail::expected_max_vector_size;
+  std::string name = CLI::detail::find_and_replace(option.get_name(true, true), ",", ", ");
+  if (!value.empty()) name += " " + value;
+  if (takesMany) name += "...";
+  std::string text = option.get_description();
+  if (option.nonpositional() && option.get_required()) text += note("required");
+  for (const CLI::Option* other : option.get_needs()) text += note("needs " + other->get_name());
+  for (const CLI::Option* other : option.get_excludes()) text += note("not with " + other->get_name());
+  range.erase(std::remove_if(range.begin(), range.end(), [](char c) { return c == '{' || c == '}'; }),
+              range.end());
+  if (!range.empty()) text += note("values: " + CLI::detail::find_and_replace(range, ",", ", "));
+  if (!option.get_default_str().empty()) text += note("default: " + option.get_default_str());
+  return row(name, text);
+}
+
+/// Help texts in one form for the program and all sub-commands.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode /*mode*/) const override {
+    std::string text = app->get_description() + "\n\n" + make_usage(app, std::move(name));
+    addGroup("Arguments", app->get_options([](const CLI::Option* one) { return one->get_positional(); }),
+             text);
+    for (const std::string& group : app->get_groups())
+      if (!group.empty())
+        addGroup(group, app->get_options([&group](const CLI::Option* one) {
+          return one->nonpositional() && one->get_group() == group;
+        }),
+                 text);
+    const auto commands = app->get_subcommands([](const CLI::App*) { return true; });
+    if (!commands.empty()) text += "\nSub-commands:\n";
+    for (const CLI::App* command : commands) text += row(command->get_name(), command->get_description());
+    return inColumns(text + "\n" + app->get_footer() + "\n");
+  }
+
+ private:
+  static void addGroup(const std::string& heading, const std::vector<const CLI::Option*>& options,
+                       std::string& text) {
+    if (!options.empty()) text += "\n" + heading + ":\n";
+    for (const CLI::Option* option : options) text += optionRow(*option);
+  }
+};
 
 }  // namespace
 
@@ -153,8 +208,9 @@ Option Command::addFlag(const std::string& names, bool& setting, const std::stri
   return Option(app->add_flag(names, setting, text));
 }
 
-void Command::footer(const std::string& text) {
-  app->footer(text);
+void Command::ends(const std::string& remarks, const std::vector<std::string>& examples) {
+  app->footer((remarks.empty() ? "" : remarks + "\n\n") + "Examples:\n  " +
+              CLI::detail::join(examples, "\n  "));
 }
 
 void Command::needsEither(Option one, Option other, const std::function<void()>& without) {
@@ -172,16 +228,22 @@ void Command::runs(std::function<void()> action) {
   });
 }
 
+void addOutput(Command& command, std::string& path) {
+  command.add("--output", path, "FILE", "Write to this file").showsDefault("standard output");
+}
+
 // --- The command line ---------------------------------------------------------------------------
 
 CommandLine::CommandLine(const std::string& description, const std::string& program,
                          const std::string& version)
     : app(std::make_unique<CLI::App>(description, program)) {
-  app->set_version_flag("--version", program + " " + version);
+  app->formatter(std::make_shared<HelpFormatter>());
+  app->set_help_flag("-h,--help", "Show this help");
+  app->set_version_flag("--version", program + " " + version, "Show the version");
   app->require_subcommand(1);
   // A path may begin with a slash on Windows too.
   app->allow_windows_style_options(false);
-  app->footer("Each sub-command has its own --help. Manual: " + program + "(1).");
+  app->footer("Help on a sub-command: " + program + " SUB-COMMAND --help\nManual: man " + program);
   // As --version is: what it throws is written to standard output. No user needs to see it.
   app->add_flag_callback("--list-options", [this] { throw CLI::CallForVersion(optionList(), 0); })->group("");
 }
@@ -209,13 +271,8 @@ int CommandLine::run(int argc, char** argv, std::ostream& out, std::ostream& err
   try {
     app->parse(argc, argv);
     return 0;
-  } catch (const CLI::CallForVersion& version) {
-    return app->exit(version, out, err);
   } catch (const CLI::ParseError& error) {
-    std::ostringstream text;
-    const int status = app->exit(error, text, err);
-    out << inColumns(text.str());
-    return status;
+    return app->exit(error, out, err);
   }
 }
 

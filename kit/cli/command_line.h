@@ -59,7 +59,7 @@ class Option {
   Option excludes(Option other) const;
   /// The heading in the help text.
   Option group(const std::string& heading) const;
-  /// The help text names the default: this value, or the one that the setting has now.
+  /// The help names the default: these words, or the value that the setting has now.
   Option showsDefault(const std::string& value = "") const;
 
  private:
@@ -90,8 +90,8 @@ class Command {
   Option addFlag(const std::string& names, bool& setting, const std::string& text);
   /// Refuses a command line with neither of the two, after `without`, which may have a better reason.
   void needsEither(Option one, Option other, const std::function<void()>& without);
-  /// Sets the last paragraph of the help text.
-  void footer(const std::string& text);
+  /// Sets the end of the help text: remarks, which may be empty, and command lines that work as written.
+  void ends(const std::string& remarks, const std::vector<std::string>& examples);
   /// Sets what the sub-command does once its options are read.
   void runs(std::function<void()> action);
 
@@ -99,6 +99,9 @@ class Command {
   CLI::App* app;
   std::function<void()> check = [] {};
 };
+
+/// Adds --output, which is standard output unless it is given.
+void addOutput(Command& command, std::string& path);
 
 /// zorvela-kit with its sub-commands.
 class CommandLine {

@@ -69,8 +69,9 @@ All that it does: zorvela-kit --help
 
 void addDemo(CommandLine& line) {
   const auto tables = std::make_shared<std::string>();
-  Command command = line.addCommand("demo", "Predict an example, and say how to read the answer");
-  command.add("--tables", *tables, "DIR", "Folder of the seven reference tables");
+  Command command = line.addCommand("demo", "Predict an example, and explain how to read the answer");
+  addTables(command, *tables);
+  command.ends("", {"zorvela-kit demo", "zorvela-kit demo --tables tab"});
   command.runs([tables] { demonstrate(*tables); });
 }
 

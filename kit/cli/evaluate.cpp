@@ -39,9 +39,8 @@ struct EvaluateSettings {
 void checkOutputs(const EvaluateSettings& settings) {
   const std::vector<std::string> outputs = {settings.output, settings.predictions, settings.roc,
                                             settings.calibration};
-  const PublishedData published = besideLabels(settings.published, settings.labels);
-  InputFiles inputs(
-      {settings.labels, published.neighbours, published.randomCoil, published.neighbourEffects});
+  InputFiles inputs({settings.labels, settings.published.neighbours, settings.published.randomCoil,
+                     settings.published.neighbourEffects});
   inputs.addFolder(settings.entries);
   if (settings.folds == 0) inputs.addFolder(findTables(settings.tables));
   for (const std::string& output : outputs) inputs.mustNotHold(output);
@@ -51,8 +50,7 @@ void checkOutputs(const EvaluateSettings& settings) {
 /// The model of given tables, or of what is published and the same in all folds.
 Model chosenModel(const EvaluateSettings& settings) {
   if (settings.folds == 0) return modelOf(*loadTables(findTables(settings.tables)));
-  return modelOf(
-      publishedTables(besideLabels(settings.published, settings.labels), settings.choices.pseudocount));
+  return modelOf(publishedTables(settings.published, settings.choices.pseudocount));
 }
 
 void write(const EvaluateSettings& settings, const Evaluation& result, const LabelledProlines& data) {
@@ -90,40 +88,36 @@ void evaluate(const EvaluateSettings& settings) {
 void addEvaluate(CommandLine& line) {
   const auto settings = std::make_shared<EvaluateSettings>();
   Command command = line.addCommand("evaluate", "Compare predictions with prolines known from structures");
-  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
-      .required();
-  command
-      .add("--labels", settings->labels, "FILE",
-           "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster, and label_shift "
-           "(cis, trans, unclear or empty) where CB - CG says so")
-      .required();
-  const Option tables = command.add("--tables", settings->tables, "DIR",
-                                    "Folder of the seven tables; default: those of zorvela");
+  addLabelledEntries(command, settings->entries, settings->labels);
+  const Option tables = addTables(command, settings->tables);
   const Option folds =
       command.add("--cross-validate", settings->folds, {"N", 2, 1000},
-                  "Instead of given tables: train all tables anew without the clusters of each of N folds");
+                  "Train all tables anew without the clusters of each of N folds, and evaluate those");
   folds.excludes(tables);
-  command.addFlag("--json", settings->json, "JSON instead of a table, with the calibration");
-  command.add("--output", settings->output, "FILE", "File for the figures; default: standard output");
-  command.add("--bootstrap", settings->rounds, {"N", 0, 100000}, "Rounds for the intervals").showsDefault();
+  command.addFlag("--json", settings->json, "Write JSON instead of a table, with the calibration");
+  addOutput(command, settings->output);
+  command
+      .add("--bootstrap", settings->rounds, {"N", 0, 100000},
+           "Compute the intervals from N bootstrap rounds; 0 computes none")
+      .showsDefault();
   const auto addFile = [&](const char* name, std::string& path, const char* text) {
-    command.add(name, path, "FILE", text).group("Files for plots and for a closer look (CSV)");
+    command.add(name, path, "FILE", text).group("CSV files for plots and a closer look");
   };
-  addFile("--predictions", settings->predictions, "Each proline with its label and probabilities");
-  addFile("--roc", settings->roc, "Points of the ROC curves");
-  addFile("--calibration", settings->calibration, "Predicted probability against observed share of cis");
+  addFile("--predictions", settings->predictions, "Write each proline with its label and probabilities");
+  addFile("--roc", settings->roc, "Write the points of the ROC curves");
+  addFile("--calibration", settings->calibration,
+          "Write the predicted probability and the observed share of cis");
   std::vector<Option> forFolds = addTrainingOptions(command, settings->choices);
-  const auto addSource = [&](const char* name, std::string& path, const char* text) {
-    forFolds.push_back(command.add(name, path, "FILE", text)
-                           .group("Published data for --cross-validate (default: beside the labels)"));
-  };
-  addSource("--neighbours", settings->published.neighbours, "CSV of counts (proline_neighbour_counts.csv)");
-  addSource("--random-coil", settings->published.randomCoil,
-            "CSV of random-coil shifts (random_coil/nielsen_mulder_2018.csv)");
-  addSource("--neighbour-effects", settings->published.neighbourEffects,
-            "CSV of neighbour effects (random_coil/nielsen_mulder_2018_neighbours.csv)");
+  const std::vector<Option> published = addPublishedData(command, settings->published);
+  forFolds.insert(forFolds.end(), published.begin(), published.end());
   for (const Option option : forFolds) option.needs(folds);
-  command.runs([settings] { evaluate(*settings); });
+  command.ends(kDataToTry,
+               {"zorvela-kit evaluate --entries entries --labels prolines.csv --bootstrap 0",
+                "zorvela-kit evaluate --entries entries --labels prolines.csv \\\n    --cross-validate 10"});
+  command.runs([settings] {
+    settings->published = besideLabels(settings->published, settings->labels);
+    evaluate(*settings);
+  });
 }
 
 }  // namespace zorvela

@@ -85,17 +85,28 @@ void addFolder(const std::string& folder, std::vector<std::string>& files) {
 void addFiles(Command& command, FileArguments& given, const std::string& text,
               const std::function<void()>& without) {
   const Option files = command.add("FILE", given.files, "", text);
-  const Option list = command.add("--files-from", given.list, ValueKind("LIST").notEmpty(),
-                                  "Also the files that LIST names, one on each line; - is standard input");
+  const Option list =
+      command.add("--files-from", given.list, ValueKind("FILE").notEmpty(),
+                  "Also read the files that FILE names, one on each line; - is standard input");
   command.needsEither(files, list, without);
-  command.addFlag("--null", given.endWithZero, "The names in LIST end with a zero byte (find -print0)")
+  command
+      .addFlag("--null", given.endWithZero,
+               "The names in that FILE end with a zero byte, as find -print0 writes them")
       .needs(list);
 }
 
-void addChoices(Command& command, std::vector<std::string>& chains, const std::string& chainText,
-                std::vector<std::string>& lists, const std::string& listText) {
-  command.add("--chain", chains, ValueKind("NAME").notEmpty(), chainText).repeated();
-  command.add("--list", lists, ValueKind("NAME").notEmpty(), listText).repeated();
+void addChains(Command& command, std::vector<std::string>& chains) {
+  command
+      .add("--chain", chains, ValueKind("NAME").notEmpty(),
+           "Use only this chain (name, molecule or number in the file); may be repeated")
+      .repeated()
+      .showsDefault("every polypeptide chain with shifts");
+}
+
+void addLists(Command& command, std::vector<std::string>& lists, const std::string& text) {
+  command.add("--list", lists, ValueKind("NAME").notEmpty(), text)
+      .repeated()
+      .showsDefault("for each chain the list with most backbone shifts");
 }
 
 std::vector<std::string> filesIn(const std::string& folder) {

@@ -21,9 +21,11 @@ void addFiles(
     Command& command, FileArguments& given, const std::string& text,
     const std::function<void()>& without = [] {});
 
-/// Adds --chain and --list, which take one name each time.
-void addChoices(Command& command, std::vector<std::string>& chains, const std::string& chainText,
-                std::vector<std::string>& lists, const std::string& listText);
+/// Adds --chain, which takes one name each time.
+void addChains(Command& command, std::vector<std::string>& chains);
+
+/// Adds --list, which takes one name each time.
+void addLists(Command& command, std::vector<std::string>& lists, const std::string& text);
 
 /// Returns the files of a folder, in order of name. Pipes would be waited for, and hidden files are the
 /// system's own: neither counts. A FileError where it cannot be read.

@@ -123,7 +123,7 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
 
 void sayShared(const TableNames& names) {
   for (const SharedName& one : names.shared())
-    say("note: " + messageName(one.file, "") + ": its table is named " + one.name + ".tab, as " +
+    say("note: " + messageName(one.file, "") + ": written as " + one.name + ", because " +
         messageName(one.first, "") + " has the same name");
 }
 
@@ -179,41 +179,38 @@ void importFiles(ImportArguments& given) {
 
 // --- Options ------------------------------------------------------------------------------------
 
-constexpr const char* kDescription =
-    "Any chemical shift file to the program's shift table.\n\n"
-    "Reads NMR-STAR 3 and 2.1, NEF, CSV or TSV with column names (resid, resname, atom, shift), shift "
-    "tables, "
-    "and the working files of assignment programs (XEASY/CYANA .prot with .seq, NMRView ppm.out, Sparky "
-    "resonance list, CcpNmr table ...), also gzipped; the content says which.\n"
-    "Residues are numbered from 1; a REMARK keeps their own numbers.\n"
-    "Whatever was renamed, left out or guessed is named in one line each on standard error.";
+constexpr const char* kRemarks =
+    "Formats: NMR-STAR 3 and 2.1, NEF, CSV or TSV with column names (resid, resname, atom, shift), shift "
+    "tables, and the working files of assignment programs (XEASY/CYANA .prot with .seq, NMRView ppm.out, "
+    "Sparky resonance list, CcpNmr table ...), also gzipped; recognised by content\n"
+    "Numbers: residues are numbered from 1; a REMARK keeps the numbers of the file\n"
+    "Notes: standard error has a line for all that was renamed, left out or guessed";
 
 constexpr const char* kOutputHelp =
-    "A folder (existing, or with / at the end): tables are named after file and chain, FILE_CHAIN.tab. Else "
-    "the file for the one table; - is standard output. Without it, one table goes to standard output and "
-    "several to files in the current folder.";
+    "A folder (existing, or with / at the end) for tables named after file and chain, FILE_CHAIN.tab; or the "
+    "file for the one table; - is standard output";
 
 }  // namespace
 
 void addImport(CommandLine& line) {
   const auto arguments = std::make_shared<ImportArguments>();
-  Command command = line.addCommand("import", kDescription);
+  Command command = line.addCommand("import", "Convert chemical shift files to shift tables");
   addFiles(command, arguments->named, "Shift files, or folders of them; - is standard input");
-  command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp);
-  addChoices(command, arguments->options.chains,
-             "Only this chain (name, molecule or number in the file; may be repeated). Default: every "
-             "polypeptide chain with shifts",
-             arguments->options.lists,
-             "Only this shift list (name or number; may be repeated), or all of them, one table each: all. "
-             "Default: for each chain the list with most backbone shifts");
+  command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp)
+      .showsDefault("standard output for one table, the current folder for several");
+  addChains(command, arguments->options.chains);
+  addLists(
+      command, arguments->options.lists,
+      "Use only this shift list (name or number), or all of them, one table each (all); may be repeated");
   command.addFlag(
       "--rereference", arguments->rereference,
-      "Write the shifts that run uses: without certain referencing offsets and the isotope shifts of a "
-      "deuterated sample; a REMARK says how much");
+      "Write the shifts that run uses: certain referencing offsets, and the isotope shifts of a deuterated "
+      "sample, are corrected; a REMARK tells how much");
   addDeuterationOptions(command, arguments->predict);
-  command.add("--tables", arguments->tables, "DIR",
-              "Folder of the seven reference tables, which know offsets");
+  addTables(command, arguments->tables);
   addJoining(command, arguments->joining);
+  command.ends(kRemarks, {"zorvela-kit import --output nuclease.tab examples/nuclease.str",
+                          "zorvela-kit import --rereference --output tables/ examples/nuclease.str"});
   command.runs([arguments] {
     arguments->files = namedFiles(arguments->named);
     importFiles(*arguments);

@@ -14,6 +14,11 @@ int usualJobs() {
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
 }
 
+void addJobs(Command& command, int& jobs) {
+  command.add("--jobs", jobs, {"N", 1, kMostJobs}, "Work on N files at the same time")
+      .showsDefault("one for each core");
+}
+
 void inThreads(std::size_t items, std::size_t jobs,
                const std::function<void(std::size_t item, std::size_t job)>& work) {
   std::atomic<std::size_t> next{0};

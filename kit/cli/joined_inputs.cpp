@@ -26,12 +26,14 @@ constexpr std::size_t kFewInputs = 10;
 }  // namespace
 
 void addJoining(Command& command, JoinArguments& given) {
-  command.add(
-      "--sequence", given.file, ValueKind("SEQ").notEmpty(),
-      "The sequence for shift files without one: FASTA, one-letter text, .seq, NMR-STAR or NEF. Without it, "
-      "a sequence among the files belongs to the shift file of the same stem, or to the only one");
-  command.add("--first-residue", given.firstNumber, ValueKind("N").notEmpty(),
-              "Number of the first residue of the sequence; default: as there, 1 where it has no numbers");
+  command
+      .add("--sequence", given.file, ValueKind("FILE").notEmpty(),
+           "Sequence for shift files without one: FASTA, one-letter text, .seq, NMR-STAR or NEF")
+      .showsDefault("a sequence among the files, for the shift file of the same stem or the only one");
+  command
+      .add("--first-residue", given.firstNumber, ValueKind("N").notEmpty(),
+           "Number of the first residue of the sequence")
+      .showsDefault("as in the sequence file, else 1");
   command.addFlag("--merge", given.merge,
                   "Make one protein of all shift files: the first that has an atom gives its shift");
 }

@@ -136,22 +136,27 @@ void label(const LabelSettings& settings) {
 
 void addLabel(CommandLine& line) {
   const auto settings = std::make_shared<LabelSettings>();
-  Command command = line.addCommand("label", "Make labels for training from structures");
-  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
+  Command command =
+      line.addCommand("label", "Label the prolines of shift tables cis or trans by structures, for training");
+  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, NAME.tab for each entry")
       .required();
-  command.add("--structures", settings->structures, "DIR", "Folder of structures, PDB or mmCIF, also gzipped")
+  command
+      .add("--structures", settings->structures, "DIR", "Folder of structures (PDB or mmCIF, also gzipped)")
       .required();
   command
       .add("--output", settings->output, "FILE",
-           "CSV of prolines as train and evaluate read it; - is standard output")
+           "CSV file of prolines for train and evaluate; - is standard output")
       .required();
-  command.add("--identity", settings->identity, {"PERCENT", 50, 100},
-              "Least identity over at least 25 residues; default: 100, the same sequence");
-  command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
-              "Files worked on at the same time; default: one for each core");
-  command.footer(
-      "Exit status: 0 if every file was used, 1 if one was not; the labels of the others are "
-      "written all the same.");
+  command
+      .add("--identity", settings->identity, {"N", 50, 100},
+           "Least sequence identity in percent, over at least 25 residues")
+      .showsDefault();
+  addJobs(command, settings->jobs);
+  command.ends(
+      "Exit status: 0 if every file was used, 1 if one was not; the labels of the others are written all the "
+      "same",
+      {"zorvela-kit label --entries tables --structures pdb --output labels.csv",
+       "zorvela-kit label --entries tables --structures pdb --output - --identity 90"});
   command.runs([settings] { label(*settings); });
 }
 

@@ -29,8 +29,8 @@ int showFirstCommands() {
 /// Help and version go to standard output, what is wrong with the command line to standard error. The command
 /// line may come from anywhere, so its words are no more trusted than a file's.
 int runCommand(int argc, char** argv) {
-  zorvela::CommandLine line("Chemical shift files in, cis/trans predictions for prolines out.",
-                            zorvela::kProgramName, zorvela::version());
+  zorvela::CommandLine line("Predict cis and trans prolines from chemical shifts", zorvela::kProgramName,
+                            zorvela::version());
   zorvela::addDemo(line);
   zorvela::addRun(line);
   zorvela::addImport(line);

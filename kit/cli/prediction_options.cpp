@@ -5,18 +5,18 @@ namespace zorvela {
 void addPredictionOptions(Command& command, PredictorOptions& options) {
   command.addFlag(
       "--as-referenced", options.asReferenced,
-      "Use shifts as they are in the file; default: certain referencing offsets, and isotope shifts of "
-      "samples that the file calls deuterated, are taken away");
+      "Use the shifts as the file has them; without it, certain referencing offsets are corrected, and the "
+      "isotope shifts of a sample that the file calls deuterated");
   addDeuterationOptions(command, options);
 }
 
 void addDeuterationOptions(Command& command, PredictorOptions& options) {
   const Option deuterated =
       command.addFlag("--deuterated", options.deuterated,
-                      "The sample is deuterated, whatever the file says: take isotope shifts away");
+                      "Correct isotope shifts even if the file does not call the sample deuterated");
   command
       .addFlag("--protonated", options.protonated,
-               "The sample is not deuterated, whatever the file says: take no isotope shifts away")
+               "Do not correct isotope shifts even if the file calls the sample deuterated")
       .excludes(deuterated);
 }
 

@@ -102,12 +102,13 @@ void restrain(const RestrainSettings& settings) {
   say(summaryOf(request.chains));
 }
 
-std::string footer() {
+std::string remarks() {
   std::string text = "Programs:\n";
   for (const RestraintFormat& format : restraintFormats())
     text += "  " + std::string(format.name) + std::string(14 - std::string(format.name).size(), ' ') +
             format.writes + "\n";
-  return text + "Undecided prolines are comments, trans ones are left out. Lines that are not sure say so.";
+  return text +
+         "Prolines: undecided ones are comments, trans ones are left out; a comment marks what is not sure";
 }
 
 }  // namespace
@@ -115,28 +116,27 @@ std::string footer() {
 void addRestrain(CommandLine& line) {
   const auto settings = std::make_shared<RestrainSettings>();
   Command command = line.addCommand("restrain", "Write the cis prolines for a structure calculation");
-  command
-      .add("FILE", settings->files, "",
-           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped; - is standard input")
+  command.add("FILE", settings->files, "", "Shift files in any format, also gzipped; - is standard input")
       .required();
   command
-      .add("--for", settings->program, {"PROGRAM", formatNames()}, "The program or file format to write for")
+      .add("--for", settings->program, {"PROGRAM", formatNames()},
+           "Write for this program, or in this format")
       .required();
   command.add("--into", settings->into, "FILE",
-              "With cyana or nef: a file to add to; all its other bytes are kept");
-  command.add("--structure", settings->structure, "MODEL",
-              "With amber, pdb or mmcif: the structure (PDB, mmCIF), also gzipped");
-  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
+              "With cyana or nef: add to this file, and keep all its other bytes");
+  command.add("--structure", settings->structure, "FILE",
+              "With amber, pdb or mmcif: the structure (PDB or mmCIF, also gzipped)");
+  addOutput(command, settings->output);
   command
       .add("--chain-as,--segid", settings->renamings, "[OLD=]NEW",
-           "Call the chain, or the chain OLD, so; may be repeated")
+           "Write NEW as the name of the chain, or of the chain OLD; may be repeated")
       .repeated();
-  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  addTables(command, settings->tables);
   addPredictionOptions(command, settings->predict);
-  addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
-             settings->import.lists,
-             "Predict from the shift list of this name; default: the one with most shifts");
-  command.footer(footer());
+  addChains(command, settings->import.chains);
+  addLists(command, settings->import.lists, "Use only this shift list (name or number); may be repeated");
+  command.ends(remarks(), {"zorvela-kit restrain --for cyana-aco examples/nuclease.str",
+                           "zorvela-kit restrain --for tbl --output omega.tbl examples/nuclease.str"});
   command.runs([settings] { restrain(*settings); });
 }
 

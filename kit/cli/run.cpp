@@ -211,15 +211,14 @@ void run(RunSettings& settings) {
   if (settings.failOnDisagreement) failOnDisagreement(report);
 }
 
-std::string footer() {
-  return "Call: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
-         numberText(kTransUpTo) + R"(, undecided between.
-Tables: --tables, else tab/ in ZORVELA_DIR, else tab/ beside the program or share/zorvela/tab of its installation, else ./tab.
-Structure: cis where |omega| is at most )" +
+std::string remarks() {
+  return "Calls: cis where P_CIS_NORM is at least " + numberText(kCisFrom) + ", trans where it is at most " +
+         numberText(kTransUpTo) + R"(, undecided between
+Structures: cis where |omega| is at most )" +
          fixedText(kCisOmegaUpTo, 0) + " degrees, trans where it is at least " +
          fixedText(kTransOmegaFrom, 0) +
-         R"(, twisted between; without the atoms of omega by the CA - CA distance, near 2.9 or 3.8 A.
-Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not, or with --fail-on-disagreement if a proline disagrees or none could be compared.)";
+         R"(, twisted between; without the atoms of omega, the CA-CA distance (near 2.9 or 3.8 A) decides
+Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was not; with --fail-on-disagreement also 1 if a proline disagrees or none could be compared)";
 }
 
 }  // namespace
@@ -228,37 +227,37 @@ void addRun(CommandLine& line) {
   const auto settings = std::make_shared<RunSettings>();
   Command command = line.addCommand("run", "Predict the prolines of any shift files");
   addFiles(command, settings->named,
-           "NMR-STAR, NEF, CSV/TSV or shift table, also gzipped, or folders of them; - is standard input",
-           [settings] {
+           "Shift files in any format, also gzipped, or folders of them; - is standard input", [settings] {
              for (const std::string& file : settings->structures) readStructureArgument(file);
            });
-  command.add(
-      "--format", settings->format, {"FORMAT", formatNames()},
-      "table to read, csv for spreadsheets, json for programs, html to look at and to print; default: " +
-          settings->format);
-  command.add("--output", settings->output, "FILE", "Write to this file instead of standard output");
-  const Option structure =
-      command.add("--structure", settings->structures, "MODEL",
-                  "Structures (PDB, mmCIF, also gzipped) to compare with, after the shift files");
+  command
+      .add("--format", settings->format, {"FORMAT", formatNames()},
+           "Write a table to read, csv for spreadsheets, json for programs, or html to look at and to print")
+      .showsDefault();
+  addOutput(command, settings->output);
+  const Option structure = command.add(
+      "--structure", settings->structures, "FILE",
+      "Compare with these structures (PDB or mmCIF, also gzipped); name them after the shift files");
   command
       .addFlag("--fail-on-disagreement", settings->failOnDisagreement,
-               "End with exit status 1 if the structure of a proline disagrees, or none could be compared")
+               "Exit with status 1 if a proline disagrees with its structure, or none could be compared")
       .needs(structure);
   const Option explain =
       command.addFlag("--explain", settings->explain,
-                      "Below each proline: what speaks for cis and for trans, and what to measure next");
-  command.add("--residue", settings->residues, "N", "Explain only prolines of this number; may be repeated")
+                      "Show below each proline what speaks for cis and for trans, and what to measure next");
+  command
+      .add("--residue", settings->residues, "N", "Explain only the prolines of this number; may be repeated")
       .repeated()
       .needs(explain);
-  command.add("--tables", settings->tables, "DIR", "Folder of the seven reference tables");
+  addTables(command, settings->tables);
   addPredictionOptions(command, settings->predict);
-  addChoices(command, settings->import.chains, "Only the chain of this name; may be repeated",
-             settings->import.lists,
-             "Only the shift list of this name, or all; may be repeated. Default: the list with most shifts");
+  addChains(command, settings->import.chains);
+  addLists(command, settings->import.lists,
+           "Use only this shift list (name or number), or all of them (all); may be repeated");
   addJoining(command, settings->joining);
-  command.add("--jobs", settings->jobs, {"N", 1, kMostJobs},
-              "Files worked on at the same time; default: one for each core");
-  command.footer(footer());
+  addJobs(command, settings->jobs);
+  command.ends(remarks(), {"zorvela-kit run examples/nuclease.str --structure examples/nuclease.pdb.gz",
+                           "zorvela-kit run --format html --output report.html examples/nuclease.str"});
   command.runs([settings] {
     settings->files = namedFiles(settings->named);
     run(*settings);

@@ -91,28 +91,19 @@ void addTrain(CommandLine& line) {
   const auto settings = std::make_shared<TrainSettings>();
   Command command =
       line.addCommand("train", "Make the seven reference tables from proteins with known prolines");
-  command.add("--entries", settings->entries, "DIR", "Folder of shift tables, one NAME.tab for each entry")
-      .required();
-  command
-      .add("--labels", settings->labels, "FILE",
-           "CSV of prolines: entry, resid, label_structure (cis, trans or empty), cluster")
-      .required();
-  command
-      .add("--neighbours", settings->published.neighbours, "FILE",
-           "CSV of counts: resname, cis_prev, cis_next, trans_prev, trans_next")
-      .required();
-  command
-      .add("--random-coil", settings->published.randomCoil, "FILE",
-           "CSV of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)")
-      .required();
-  command
-      .add("--neighbour-effects", settings->published.neighbourEffects, "FILE",
-           "CSV of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)")
-      .required();
+  addLabelledEntries(command, settings->entries, settings->labels);
   command.add("--output", settings->output, "DIR", "Folder for the tables; made if it is not there")
       .required();
+  addPublishedData(command, settings->published);
   addTrainingOptions(command, settings->choices);
-  command.runs([settings] { trainAndWrite(*settings); });
+  command.ends(
+      kDataToTry,
+      {"zorvela-kit train --entries entries --labels prolines.csv --output tables",
+       "zorvela-kit train --entries entries --labels prolines.csv \\\n    --output untrimmed --trim 0"});
+  command.runs([settings] {
+    settings->published = besideLabels(settings->published, settings->labels);
+    trainAndWrite(*settings);
+  });
 }
 
 }  // namespace zorvela

@@ -18,35 +18,65 @@ constexpr double kLeastTrim = 1;
 
 }  // namespace
 
+void addLabelledEntries(Command& command, std::string& entries, std::string& labels) {
+  command.add("--entries", entries, "DIR", "Folder of shift tables, NAME.tab for each entry").required();
+  command
+      .add(
+          "--labels", labels, "FILE",
+          "CSV file of prolines: entry, resid, label_structure (cis, trans or empty), cluster; evaluate also "
+          "uses label_shift (cis, trans, unclear or empty)")
+      .required();
+}
+
+std::vector<Option> addPublishedData(Command& command, PublishedData& published) {
+  std::vector<Option> options;
+  const auto add = [&](const char* name, std::string& path, const char* text, const std::string& usual) {
+    options.push_back(command.add(name, path, "FILE", text)
+                          .showsDefault(usual + " beside the labels")
+                          .group("Published data"));
+  };
+  add("--neighbours", published.neighbours,
+      "CSV file of counts: resname, cis_prev, cis_next, trans_prev, trans_next",
+      "proline_neighbour_counts.csv");
+  add("--random-coil", published.randomCoil,
+      "CSV file of random-coil shifts: res, N, HA, C, CA, CB, HN (ppm)",
+      "random_coil/nielsen_mulder_2018.csv");
+  add("--neighbour-effects", published.neighbourEffects,
+      "CSV file of neighbour effects: neighbour, atom, nbr_at_i-1, nbr_at_i+1 (ppm)",
+      "random_coil/nielsen_mulder_2018_neighbours.csv");
+  return options;
+}
+
 std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices) {
   const std::map<std::string, Pooling> poolings = {
       {"natural", Pooling::natural}, {"equal", Pooling::equal}, {"none", Pooling::none}};
   std::vector<Option> options = {
       command
-          .add("--limit-percent", choices.limitPercent, ValueKind("PERCENT", kLeastLimitPercent, 25).orZero(),
-               "Clip secondary shifts below this percentile and above its mirror")
+          .add("--limit-percent", choices.limitPercent, ValueKind("N", kLeastLimitPercent, 25).orZero(),
+               "Clip secondary shifts below percentile N and above 100-N")
           .showsDefault(),
       command
           .add("--trim", choices.trim, ValueKind("N", kLeastTrim, 100).orZero(),
-               "Leave out values further from the class median than this many robust deviations (0: none)")
+               "Leave out values further than N robust deviations from the class median; 0 leaves out none")
           .showsDefault(),
       command
           .add(
               "--pool",
               [poolings, &choices](const std::string& name) { choices.pooling = poolings.at(name); },
               {"MODE", {"natural", "equal", "none"}},
-              "Deviations: natural (one for both classes, variances 1 to 19), equal (1 to 1), none")
+              "Pool the deviations of both classes: natural (variances weighted 1 to 19), equal (1 to 1) or "
+              "none")
           .showsDefault("natural"),
       command
-          .add("--widen-proline", choices.widenProline, {"FACTOR", 0.1, 100},
-               "Factor on deviations of the proline's own shifts")
+          .add("--widen-proline", choices.widenProline, {"N", 0.1, 100},
+               "Multiply the deviations of the proline's own shifts by N")
           .showsDefault(),
       command
-          .add("--widen-neighbours", choices.widenNeighbours, {"FACTOR", 0.1, 100},
-               "Factor on deviations of the neighbours' shifts")
+          .add("--widen-neighbours", choices.widenNeighbours, {"N", 0.1, 100},
+               "Multiply the deviations of the neighbours' shifts by N")
           .showsDefault(),
       command
-          .add("--pseudocount", choices.pseudocount, {"N", 0, 1000000}, "Added to each count of neighbours")
+          .add("--pseudocount", choices.pseudocount, {"N", 0, 1000000}, "Add N to each count of neighbours")
           .showsDefault()};
   for (const Option option : options) option.group("Choices in training");
   return options;

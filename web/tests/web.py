@@ -1,4 +1,4 @@
-"""What `script/web build` makes, and whether it is there."""
+"""The result of `script/web build`, and whether it is there."""
 import functools
 import os
 import pathlib
@@ -23,7 +23,7 @@ def needs_module(test):
 def formats():
     """The report formats, as the program's help names them."""
     text = program.kit("run", "--help").stdout
-    return re.search(r"--format\b[^{]*\{([^}]*)\}", " ".join(text.split()))[1].split(",")
+    return re.search(r"--format FORMAT [^[]*\[values: ([^]]*)\]", " ".join(text.split()))[1].split(", ")
 
 
 def nef_of_two_cis_prolines():

@@ -460,8 +460,8 @@ class OutputTest(ImportTest):
         (self.folder / "X.csv").write_bytes((FILES / "shifts.csv").read_bytes())
         status, _, err = self.run_kit("a/x.csv", "b/x.csv", "X.csv", FILES / "wide.csv", "-o", "out/")
         self.assertEqual(status, 0)
-        self.assertIn("zorvela-kit: note: b/x.csv: its table is named x_2.tab, as a/x.csv has the same name\n"
-                      "zorvela-kit: note: X.csv: its table is named X_3.tab, as a/x.csv has the same name\n", err)
+        self.assertIn("zorvela-kit: note: b/x.csv: written as x_2, because a/x.csv has the same name\n"
+                      "zorvela-kit: note: X.csv: written as X_3, because a/x.csv has the same name\n", err)
         self.assertEqual(self.written(), ["X.csv", "a/x.csv", "b/x.csv", "out/X_3.tab", "out/wide.tab", "out/x.tab",
                                           "out/x_2.tab"])
 
@@ -472,7 +472,7 @@ class OutputTest(ImportTest):
             (self.folder / name).write_bytes((FILES / "shifts.csv").read_bytes())
         status, _, err = self.run_kit("a/x.csv", "b/x.csv", "x_2.csv", "-o", "out/")
         self.assertEqual(status, 0)
-        self.assertIn("note: b/x.csv: its table is named x_3.tab, as", err)
+        self.assertIn("note: b/x.csv: written as x_3, because", err)
         self.assertIn("from x_2.csv", (self.folder / "out" / "x_2.tab").read_text())
 
     def test_a_bad_file_changes_no_name_of_the_others(self):

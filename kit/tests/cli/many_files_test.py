@@ -120,11 +120,3 @@ class ManyFiles(folder.InFolder):
         except subprocess.TimeoutExpired:
             self.fail("it waits for a pipe")
         self.assertEqual(ended.returncode, 0, ended.stderr)
-
-    def test_help_is_80_columns_wide(self):
-        top = program.kit("--help").stdout
-        self.assertEqual([line for line in top.splitlines() if len(line) > 80], [])
-        for command in ("demo", "run", "import", "annotate", "restrain", "label", "train", "evaluate"):
-            text = program.kit(command, "--help").stdout
-            self.assertIn("Usage:", text)
-            self.assertEqual([line for line in text.splitlines() if len(line) > 80], [])

@@ -293,7 +293,7 @@ def cells_above_a_header(n):
 
 
 def long_chain_name(n):
-    """In the CSV and the table of `run` it stands in each row."""
+    """In the CSV and the table of `run` each row has it."""
     return entity(letters(2000), "n" * n) + BARE_ROWS + backbone(2000, "%d %s %s %.3f\n")
 
 
@@ -393,7 +393,7 @@ def models_in_turn_of_mmcif(n):
 
 
 def scattered_residues_of_mmcif(n):
-    """The atoms of a residue stand far from one another."""
+    """The atoms of a residue are far from one another."""
     return BARE_ATOMS + "".join("%s PRO A %d 0 0 0\n" % (atom, i * 7919 % n)
                                 for atom in ("N", "CA", "C") for i in range(n))
 

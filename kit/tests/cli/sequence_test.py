@@ -77,7 +77,7 @@ class Sequence(folder.InFolder):
     def test_sequences_that_will_not_do(self):
         self.put("p.seq", "MET\nLYS\nALA\nVAL\nVAL\nPRO\nGLY\nTHR\n")
         for arguments, message in (
-                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G and VAL; give one of the two"),
+                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G in one and VAL in the other; give one of the two"),
                 (["p.csv", "p.fasta", "--sequence", "p.seq"], "p.fasta: is a sequence beside that of --sequence; give "
                                                               "one of the two"),
                 (["p.fasta"], "p.fasta: is a sequence without shifts; give the file with the chemical shifts too"),

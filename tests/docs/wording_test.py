@@ -42,6 +42,8 @@ CHECKED = [
     "src/*.cpp",
     "kit/names/*",
     "kit/predict/*",
+    "kit/report/*.cpp",
+    "kit/report/*.h",
     "kit/restrain/*",
     "kit/structure/*",
     "kit/train/**/*.h",

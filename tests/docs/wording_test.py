@@ -44,6 +44,8 @@ CHECKED = [
     "kit/formats/*/*",
     "kit/names/*",
     "kit/predict/*",
+    "kit/report/*.cpp",
+    "kit/report/*.h",
     "kit/restrain/*",
     "kit/structure/*",
     "kit/tests/formats/*.*",

@@ -484,7 +484,7 @@ class Printing(Page):
         for page in pages:
             self.assertNotRegex(page.rstrip().splitlines()[-1], r"\.tab$|\.str|All prolines|Trans prolines|How to read|sum$")
         text = "\n".join(pages)
-        self.assertEqual(len(re.findall(r"% trans .*(?:speaks? |decides?;|19 in 20)", text)), 7 * 3 + 4)
+        self.assertEqual(len(re.findall(r"% trans .*(?:supports? |decides?;|19 in 20)", text)), 7 * 3 + 4)
         self.assertTrue(text.lstrip().startswith("Prolines of 8 chains in 8 files"), text[:200])
         for absent in ("Nothing leaves this computer", "Choose files", "works without a network"):
             self.assertNotIn(absent, text)

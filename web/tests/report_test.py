@@ -131,7 +131,7 @@ class Paper(Case):
         for page, of_page in zip(pages, found):
             self.assertEqual(len(re.findall(r"\bSum\b", page)), len(of_page), page)
             self.assertNotRegex(page.rstrip().splitlines()[-1], r"(\.tab|All prolines|Trans prolines|How to read this)$")
-        self.assertEqual(len(re.findall(r"% trans .*(?:speaks? |decides?;|19 in 20)", text)), lines)
+        self.assertEqual(len(re.findall(r"% trans .*(?:supports? |decides?;|19 in 20)", text)), lines)
         self.assertIn("How to cite", text)
         return text
 

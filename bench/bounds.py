@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Memory and time of zorvela-kit for each format and for files that were made to be too much, at three sizes each,
-against what doc/kit.md promises: memory below 64 MiB plus 24 times the unpacked bytes, processor time
+"""Memory and time of zorvela-kit for each format and for files that were made to be too large, at three sizes each,
+against what doc/reliability.md promises: memory below 64 MiB plus 24 times the unpacked bytes, processor time
 below 1 s plus 1 s for each unpacked MiB.
 
     bench/bounds.py build/release/kit/zorvela-kit [WORD]
 
-WORD keeps to the titles with it. The status is 1 where a bound is broken.
+WORD limits the files to titles that contain it. The status is 1 where a bound is broken.
 """
 import os
 import pathlib

@@ -1,4 +1,4 @@
-// Benchmarks of the operations that a run spends its time in, each beside the plain way of doing it.
+// Benchmarks of the operations that take the time of a run, some beside the standard way.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -63,11 +63,11 @@ void searchByResidue(benchmark::State& state) {
 }
 BENCHMARK(searchByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
-void takeDownByResidue(benchmark::State& state) {
+void indexByResidue(benchmark::State& state) {
   const GDB table = madeProtein(static_cast<int>(state.range(0)));
   for (auto _ : state) benchmark::DoNotOptimize(ResidueRows(table));
 }
-BENCHMARK(takeDownByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(indexByResidue)->RangeMultiplier(10)->Range(50, 50000)->Unit(benchmark::kMicrosecond);
 
 // --- Numbers ------------------------------------------------------------------------------------
 
@@ -130,7 +130,7 @@ BENCHMARK(secondaryShifts)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 
-// With the walk through all rows that one question takes.
+// Includes the walk through all rows that one prediction takes.
 void predictProline(benchmark::State& state) {
   const int residues = static_cast<int>(state.range(0));
   ZORVELA zorvela;

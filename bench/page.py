@@ -13,7 +13,7 @@ from zorvela_tests import program
 REPEATS = 9
 NUCLEASE = program.SOURCE / "examples" / "nuclease.str"
 
-# From the drop to the words of the outcome, as the browser's own clock has it: a text, so many times over in so many files.
+# Time by the browser's clock from the drop to the first line of the result; the text is repeated in a number of files.
 WAIT_FOR_DROP = """
 const [text, repeats, files, done] = arguments;
 const status = document.getElementById("status");

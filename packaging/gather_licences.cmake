@@ -1,5 +1,4 @@
-# Writes OUTPUT: the licences of what is linked into PROGRAMS besides their own sources, as Debian's PACKAGES of it say
-# them, and those in TEXTS.
+# Writes OUTPUT: the licences of the libraries that are linked into PROGRAMS, from Debian's PACKAGES and from TEXTS.
 list(TRANSFORM PACKAGES REPLACE "(.+)" "/usr/share/doc/\\1/copyright" OUTPUT_VARIABLE files)
 file(WRITE ${OUTPUT} "${PROGRAMS} has parts of these libraries.\n")
 foreach(file IN LISTS files TEXTS)

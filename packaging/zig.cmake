@@ -1,4 +1,4 @@
-# Toolchain: builds for another system with the C and C++ compiler of Zig, which brings the system's headers and
+# Toolchain: builds for another system with the C and C++ compiler of Zig, which contains the system's headers and
 # libraries. ZORVELA_TARGET names the system (aarch64-linux-musl), ZORVELA_ZIG the compiler's program.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZORVELA_TARGET ZORVELA_ZIG)
 string(REGEX MATCH "^[^-]+" CMAKE_SYSTEM_PROCESSOR ${ZORVELA_TARGET})

@@ -1,5 +1,5 @@
-// The library as a Python module. Arguments are checked in zorvela/__init__.py; here texts and numbers go in,
-// results come out, and the interpreter's lock is free while anything is read or computed.
+// The library as a Python module: texts and numbers in, results out. zorvela/__init__.py checks the
+// arguments. The interpreter's lock is released while a function reads or computes.
 #include "binding.h"
 
 #include <exception>
@@ -53,7 +53,7 @@ class Engine {
   Predictor predictor;
 };
 
-/// What a user asks of a shift file.
+/// Choices for a shift file.
 struct Request {
   ImportOptions import;
   Structures structures;
@@ -95,7 +95,7 @@ std::shared_ptr<const ProteinStructure> structureOfBytes(const py::bytes& conten
   return std::make_shared<ProteinStructure>(readStructureBytes(std::move(bytes), name));
 }
 
-/// The Python class of an error.
+/// Returns the name of the Python class of an error.
 const char* className(const Error& error) {
   if (dynamic_cast<const FileError*>(&error) != nullptr) return "FileError";
   if (dynamic_cast<const ChoiceError*>(&error) != nullptr) return "ChoiceError";

@@ -1,4 +1,4 @@
-// What the sources of the Python module share.
+// Declarations for the sources of the Python module.
 #pragma once
 
 #include <pybind11/pybind11.h>
@@ -10,14 +10,14 @@
 
 namespace zorvela {
 
-/// The results of one input, as Python has them: a report of a single file.
+/// Results of one input for Python: a report of a single file.
 struct Results {
   RunReport report;
 
   const FileReport& file() const { return report.files.front(); }
 };
 
-/// A text of a file as a Python text; bytes that are no UTF-8 become U+FFFD, as in JSON.
+/// Returns a text of a file as a Python str; bytes that are not UTF-8 become U+FFFD, as in JSON.
 pybind11::str pythonText(const std::string& text);
 
 /// Adds the classes of the results.

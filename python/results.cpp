@@ -34,7 +34,7 @@ py::object toPython(double number) {
   return py::float_(number);
 }
 
-/// Through the fewest digits that give back the same number, so that 0.1 in single precision is 0.1.
+/// Converts by the shortest decimal number, so that 0.1 in single precision is 0.1.
 py::object toPython(float number) {
   if (!std::isfinite(number)) return py::none();
   std::array<char, 64> digits{};
@@ -71,7 +71,7 @@ py::list toPython(const std::vector<std::string>& texts) {
   return list;
 }
 
-/// Angles and distances have the decimals of the reports.
+/// Rounds angles and distances as in the reports.
 py::object rounded(const std::optional<double>& number, int decimals) {
   if (!number) return py::none();
   std::array<char, 400> digits{};
@@ -79,7 +79,7 @@ py::object rounded(const std::optional<double>& number, int decimals) {
   return py::float_(std::strtod(digits.data(), nullptr));
 }
 
-/// Python objects of parts of a result, which live as long as any of them.
+/// Returns Python objects for parts of a result, which lives as long as any of them.
 template <class Item>
 py::list partsOf(const std::vector<Item>& items, const py::handle& owner) {
   py::list list;
@@ -93,7 +93,7 @@ py::object partOf(const Item* item, const py::handle& owner) {
   return py::cast(item, py::return_value_policy::reference_internal, owner);
 }
 
-/// A class whose members are read and never set.
+/// A Python class with members that cannot be set.
 template <class Item>
 class Class {
  public:
@@ -101,7 +101,7 @@ class Class {
     bound.attr("__module__") = "zorvela";
   }
 
-  /// A member with the value of valueOf(item).
+  /// Adds a member with the value of valueOf(item).
   template <class ValueOf>
   Class& add(const char* name, ValueOf valueOf, const char* text) {
     bound.def_property_readonly(
@@ -109,7 +109,7 @@ class Class {
     return *this;
   }
 
-  /// One with a list of parts of the item.
+  /// Adds a member with a list of parts of the item.
   template <class PartsOf>
   Class& addParts(const char* name, PartsOf parts, const char* text) {
     bound.def_property_readonly(
@@ -118,7 +118,7 @@ class Class {
     return *this;
   }
 
-  /// One with a part of the item, or None where that is not there: `part` gives a pointer.
+  /// Adds a member with a part of the item; None if the pointer from `part` is null.
   template <class Part>
   Class& addPart(const char* name, Part part, const char* text) {
     bound.def_property_readonly(
@@ -153,54 +153,56 @@ py::dict shiftsByName(const py::object& self) {
 void addEvidence(const py::module_& module) {
   using Shift = const ShiftContribution&;
   Class<ShiftContribution>(module, "ShiftContribution",
-                           "What one of the 19 shifts says. All but `nats` in ppm.")
+                           "The contribution of one of the 19 shifts. All values except `nats` are in ppm.")
       .add(
           "observed", [](Shift shift) { return toPython(shift.observed); },
           "float | None: the shift of the file, ppm; of HA of glycine the mean of HA2 and HA3; None if "
           "missing.")
       .add(
           "corrected", [](Shift shift) { return toPython(shift.corrected); },
-          "float | None: the shift that is used in its place, ppm, where it was corrected.")
+          "float | None: the shift after correction, ppm; None if it was not corrected.")
       .add(
           "reference", [](Shift shift) { return toPython(shift.reference); },
           "float | None: random-coil shift with its corrections, ppm; None for CG.")
       .add(
           "used", [](Shift shift) { return toPython(shift.secondary); },
-          "float | None: the shift less its reference within its limits, ppm; of CG the shift itself.")
+          "float | None: the secondary shift within its limits, ppm; for CG the shift itself.")
       .add(
           "clipped", [](Shift shift) { return toPython(shift.clipped); },
-          "bool: it was beyond the limit of its residue type, which is used instead.")
+          "bool: it was beyond the limit of its residue type, so the limit is used.")
       .add(
           "cis_mean", [](Shift shift) { return toPython(shift.cis.mean); },
           "float: mean of `used` around cis prolines, ppm.")
       .add(
           "cis_deviation", [](Shift shift) { return toPython(shift.cis.deviation); },
-          "float: its standard deviation, ppm, as the model uses it.")
+          "float: standard deviation of `used` in the model, ppm.")
       .add(
           "trans_mean", [](Shift shift) { return toPython(shift.trans.mean); },
           "float: mean of `used` around trans prolines, ppm.")
       .add(
           "trans_deviation", [](Shift shift) { return toPython(shift.trans.deviation); },
-          "float: its standard deviation, ppm, as the model uses it.")
+          "float: standard deviation of `used` in the model, ppm.")
       .add(
           "nats", [](Shift shift) { return shift.secondary ? toPython(shift.nats) : py::none(); },
-          "float | None: what it adds to the log-odds (nats), above 0 for cis; None if missing.");
+          "float | None: its share of the log-odds (nats), above 0 for cis; None if missing.");
 
   using Neighbour = const NeighbourContribution&;
-  Class<NeighbourContribution>(module, "NeighbourContribution", "What the residue type of a neighbour says.")
+  Class<NeighbourContribution>(module, "NeighbourContribution",
+                               "The contribution of the residue type of a neighbour.")
       .add(
           "name", [](Neighbour neighbour) { return pythonText(neighbour.name); }, "str: one-letter code.")
       .add(
           "cis_share", [](Neighbour neighbour) { return toPython(neighbour.cis); },
-          "float: its share among such neighbours of cis prolines, 0 to 1.")
+          "float: fraction of cis prolines with this neighbour, 0 to 1.")
       .add(
           "trans_share", [](Neighbour neighbour) { return toPython(neighbour.trans); },
-          "float: its share among those of trans prolines, 0 to 1.")
+          "float: fraction of trans prolines with this neighbour, 0 to 1.")
       .add(
           "nats", [](Neighbour neighbour) { return toPython(neighbour.nats); },
-          "float | None: what it adds to the log-odds (nats); None where a share is 0.");
+          "float | None: its share of the log-odds (nats); None if cis_share or trans_share is 0.");
 
-  Class<NextShift>(module, "NextShift", "A missing shift that could be measured, and what that is worth.")
+  Class<NextShift>(module, "NextShift",
+                   "A missing shift that could be measured, and the information that it would give.")
       .add(
           "shift", [](const NextShift& next) { return pythonText(shiftKey(next.index)); },
           "str: its name, as in `Evidence.shifts`.")
@@ -209,13 +211,14 @@ void addEvidence(const py::module_& module) {
           "float: expected gain of information about cis or trans, bits.")
       .add(
           "decides", [](const NextShift& next) { return toPython(next.decides); },
-          "float | None: of an undecided proline the chance (0 to 1) that this shift alone decides it.");
+          "float | None: for an undecided proline, the probability (0 to 1) that this shift alone decides "
+          "it.");
 
   Class<Evidence>(module, "Evidence",
-                  "What a probability is made of: the log-odds of p_cis_norm as a sum, in nats.")
+                  "The contributions to a probability: the log-odds of p_cis_norm as a sum, in nats.")
       .add(
           "prior", [](const Evidence&) { return toPython(Evidence::prior()); },
-          "float: what every proline starts with, the logarithm of 1 in 19 (nats).")
+          "float: log-odds of every proline before any evidence, the logarithm of 1/19 (nats).")
       .addPart(
           "prev", [](const Evidence& evidence) { return &evidence.before; },
           "NeighbourContribution: of the residue before.")
@@ -224,7 +227,7 @@ void addEvidence(const py::module_& module) {
           "NeighbourContribution: of the residue after.")
       .add(
           "log_odds", [](const Evidence& evidence) { return toPython(evidence.logOdds()); },
-          "float | None: the sum (nats), also where the factors are too small for p_cis.")
+          "float | None: the sum (nats), even if the factors are too small for p_cis.")
       .bound.def_property_readonly(
           "shifts", shiftsByName,
           "dict[str, ShiftContribution], 19 of them: N, HA, C, CA, CB, HN of the residue before with prev_ "
@@ -246,7 +249,7 @@ void addStructures(const py::module_& module) {
           "float | None: omega, degrees, -180 to 180; None without its four atoms.")
       .add(
           "ca_distance", [](const ModelBond& bond) { return rounded(bond.caToCa, 3); },
-          "float | None: CA - CA distance, angstrom, where omega is not known.")
+          "float | None: CA - CA distance, angstrom, if omega is not known.")
       .add(
           "state", [](const ModelBond& bond) { return pythonText(toText(bond.state)); },
           "str: cis (|omega| up to 30 degrees), trans (from 150) or twisted.");
@@ -288,10 +291,10 @@ void addStructures(const py::module_& module) {
           "int: of these, of the same type.")
       .add(
           "residues", [](const ChainMatch& match) { return orNone(match.residues); },
-          "str | None: its residues in the structure, as in \"1-40\", where the chain has more than these.")
+          "str | None: its residues in the structure, as in \"1-40\", if the chain has more than these.")
       .add(
           "mismatches", [](const ChainMatch& match) { return toPython(match.mismatches); },
-          "list[str]: other residue types, as in \"K14 is ALA 20\".")
+          "list[str]: residues of another type, as in \"K14 is ALA 20\".")
       .add(
           "missing", [](const ChainMatch& match) { return toPython(match.missing); },
           "list[str]: residues of the shifts without coordinates, as in \"1-5\".");
@@ -305,19 +308,19 @@ void addStructures(const py::module_& module) {
           "int: residues with coordinates.")
       .add(
           "ca_only", [](const StructureChain& chain) { return toPython(chain.isTrace); },
-          "bool: CA atoms alone, so there is no omega.");
+          "bool: it has only CA atoms, and so no omega.");
 
-  Class<ProteinStructure>(module, "Structure", "A structure that was read; see `read_structure`.")
+  Class<ProteinStructure>(module, "Structure", "A structure from `read_structure`.")
       .add(
           "file", [](const ProteinStructure& structure) { return pythonText(structure.file); },
-          "str: as it was named.")
+          "str: name that was given.")
       .add(
           "format", [](const ProteinStructure& structure) { return pythonText(structure.format); },
           "str: PDB or mmCIF.")
       .add(
           "models",
           [](const ProteinStructure& structure) { return toPython(static_cast<int>(structure.modelCount)); },
-          "int: how many models it has.")
+          "int: number of models.")
       .addParts(
           "chains", [](const ProteinStructure& structure) -> auto& { return structure.chains; },
           "list[StructureChain]: its protein chains.")
@@ -336,7 +339,7 @@ std::string shown(const ProlineResult& proline) {
   return text + ", p_cis_norm " + probability.data() + ">";
 }
 
-/// A member of what the structures say, None where no structure was given.
+/// Returns a member of the finding in structures, None if no structure was given.
 template <class ValueOf>
 auto ofFinding(ValueOf valueOf) {
   return [valueOf](const ProlineResult& proline) -> py::object {
@@ -354,8 +357,8 @@ void addProlines(const py::module_& module) {
   using Proline = const ProlineResult&;
   using Finding = const StructureFinding&;
   Class<ProlineResult>(module, "Proline",
-                       "One proline of the sequence, predicted or not. What the structures say of it is None "
-                       "where no structure was given.")
+                       "One proline of the sequence, predicted or not. Values from structures are None if no "
+                       "structure was given.")
       .add(
           "resid", [](Proline proline) { return pythonText(proline.number); },
           "str: residue number in the file, with insertion code.")
@@ -376,13 +379,13 @@ void addProlines(const py::module_& module) {
           "str | None: number of the residue after.")
       .add(
           "cs_cnt_prev", [](Proline proline) { return toPython(proline.previousCount); },
-          "int | None: how many of N, HA, C, CA, CB, HN the residue before has.")
+          "int | None: number of N, HA, C, CA, CB, HN shifts of the residue before.")
       .add(
           "cs_cnt", [](Proline proline) { return toPython(proline.count); },
-          "int | None: how many of these the proline has.")
+          "int | None: number of these shifts of the proline.")
       .add(
           "cs_cnt_next", [](Proline proline) { return toPython(proline.nextCount); },
-          "int | None: how many of these the residue after has.")
+          "int | None: number of these shifts of the residue after.")
       .add(
           "cg_shift", [](Proline proline) { return toPython(proline.cgShift); },
           "float | None: CG as observed, ppm.")
@@ -391,10 +394,10 @@ void addProlines(const py::module_& module) {
           "float | None: probability of cis (0 to 1) if cis and trans were equally common.")
       .add(
           "p_cis_norm", [](Proline proline) { return toPython(proline.pCisNorm); },
-          "float | None: probability of cis (0 to 1) where 1 proline in 20 is cis: the one to go by.")
+          "float | None: probability of cis (0 to 1) if 1 proline in 20 is cis; the call depends on it.")
       .add(
           "p_cis_norm_as_referenced", [](Proline proline) { return toPython(proline.pCisNormAsReferenced); },
-          "float | None: where shifts were corrected, p_cis_norm from those of the file.")
+          "float | None: p_cis_norm without corrections, if shifts were corrected.")
       .add(
           "call", [](Proline proline) { return pythonText(toText(proline.call)); },
           "str: cis (p_cis_norm at least 0.5), trans (at most 0.05), undecided, or none.")
@@ -404,16 +407,16 @@ void addProlines(const py::module_& module) {
             return proline.callAsReferenced ? py::object(pythonText(toText(*proline.callAsReferenced)))
                                             : py::object(py::none());
           },
-          "str | None: where shifts were corrected, the call from those of the file.")
+          "str | None: the call without corrections, if shifts were corrected.")
       .add(
           "reason", [](Proline proline) { return orNone(proline.reason); },
           "str | None: why there is no prediction.")
       .add(
           "cis_flag", [](Proline proline) { return toPython(proline.cisFlag); },
-          "bool | None: what the file itself says of the bond: True cis, False trans.")
+          "bool | None: the flag of the file for this bond: True cis, False trans.")
       .addPart(
           "evidence", [](Proline proline) { return proline.evidence ? &*proline.evidence : nullptr; },
-          "Evidence | None: what the probability is made of; None without enough shifts.")
+          "Evidence | None: the contributions to the probability; None without enough shifts.")
       .bound
       .def_property_readonly(
           "next_shifts",
@@ -421,7 +424,7 @@ void addProlines(const py::module_& module) {
             const auto& proline = self.cast<Proline>();
             return proline.evidence ? partsOf(proline.evidence->next, self) : py::list();
           },
-          "list[NextShift]: the shifts that are missing and could be measured, the most worth first.")
+          "list[NextShift]: missing shifts that could be measured, the most informative first.")
       .def_property_readonly(
           "sites",
           [](const py::object& self) {
@@ -432,26 +435,26 @@ void addProlines(const py::module_& module) {
       .def("__repr__", [](Proline proline) { return pythonText(shown(proline)); })
       .def_property_readonly(
           "structure", ofFinding([](Finding finding) { return pythonText(toText(finding.call)); }),
-          "str | None: what the structures say of the bond: cis, trans, twisted, mixed or none.")
+          "str | None: state of the bond in the structures: cis, trans, twisted, mixed or none.")
       .def_property_readonly(
           "verdict", ofFinding([](Finding finding) { return pythonText(toText(finding.verdict)); }),
           "str | None: agree, disagree, undecided by shifts, mixed models, no prediction or not in the "
           "structure.")
       .def_property_readonly("models_cis", ofFinding(modelsIn<BondState::cis>),
-                             "int | None: models that say cis, over all chains and structures.")
+                             "int | None: models with a cis bond, over all chains and structures.")
       .def_property_readonly("models_trans", ofFinding(modelsIn<BondState::trans>),
-                             "int | None: models that say trans.")
+                             "int | None: models with a trans bond.")
       .def_property_readonly("models_twisted", ofFinding(modelsIn<BondState::twisted>),
-                             "int | None: models between the two.")
+                             "int | None: models with a twisted bond.")
       .def_property_readonly("omega",
                              ofFinding([](Finding finding) { return rounded(meanOmega(finding), 2); }),
                              "float | None: mean of |omega| over chains and models, degrees.")
       .def_property_readonly("ca_distance",
                              ofFinding([](Finding finding) { return rounded(meanCaToCa(finding), 3); }),
-                             "float | None: mean CA - CA distance where omega is not known, angstrom.")
+                             "float | None: mean CA - CA distance if omega is not known, angstrom.")
       .def_property_readonly("structure_sentence",
                              ofFinding([](Finding finding) { return pythonText(finding.sentence); }),
-                             "str | None: what was seen, for a disagreement with what the shifts say.");
+                             "str | None: description of the bond, if structures and shifts disagree.");
 }
 
 std::vector<std::string> joined(std::vector<std::string> notes, const std::vector<std::string>& more) {
@@ -461,7 +464,7 @@ std::vector<std::string> joined(std::vector<std::string> notes, const std::vecto
 
 void addProteins(const py::module_& module) {
   Class<ReferencingOffset>(module, "ReferencingOffset",
-                           "The referencing offset that the shifts of an atom show.")
+                           "The referencing offset of one atom type, estimated from its shifts.")
       .add(
           "atom", [](const ReferencingOffset& offset) { return pythonText(offset.atom); },
           "str: CA, CB, HA or C.")
@@ -477,15 +480,15 @@ void addProteins(const py::module_& module) {
       .add(
           "correction_recommended",
           [](const ReferencingOffset& offset) { return toPython(callsForCorrection(offset)); },
-          "bool: it is large (CA, CB 0.75, C 1, HA 0.25 ppm), and above three times its error.")
+          "bool: it is large (CA, CB 0.75, C 1, HA 0.25 ppm) and more than three times its error.")
       .add(
           "corrected_by", [](const ReferencingOffset& offset) { return toPython(offset.correctedBy); },
-          "float | None: what was taken away before predicting, ppm; None where shifts were kept.");
+          "float | None: offset that was subtracted before the prediction, ppm; None if shifts were kept.");
 
   using Chain = const ProteinResult&;
   Class<ProteinResult>(module, "Protein", "One chain with one shift list, and all its prolines.")
       .add(
-          "file", [](Chain chain) { return pythonText(chain.file); }, "str: as it was named.")
+          "file", [](Chain chain) { return pythonText(chain.file); }, "str: name that was given.")
       .add(
           "chain", [](Chain chain) { return orNone(chain.chain); }, "str | None: name in the file.")
       .add(
@@ -494,7 +497,7 @@ void addProteins(const py::module_& module) {
           "length", [](Chain chain) { return toPython(chain.length); }, "int: residues in the sequence.")
       .add(
           "shifts", [](Chain chain) { return toPython(chain.shiftCount); },
-          "int: shifts of the kinds that are used.")
+          "int: shifts of the atoms that are used.")
       .addParts(
           "referencing", [](Chain chain) -> auto& { return chain.offsets; },
           "list[ReferencingOffset], 4 of them: CA, CB, HA and C.")
@@ -504,7 +507,7 @@ void addProteins(const py::module_& module) {
       .add(
           "deuteration",
           [](Chain chain) { return chain.deuteration > 0 ? toPython(chain.deuteration) : py::none(); },
-          "float | None: share of deuterons (0 to 1) whose isotope shifts were taken away.")
+          "float | None: share of deuterons (0 to 1) whose isotope shifts were corrected.")
       .addParts(
           "prolines", [](Chain chain) -> auto& { return chain.prolines; },
           "list[Proline]: every proline of the sequence, in its order.")
@@ -513,13 +516,13 @@ void addProteins(const py::module_& module) {
           "list[str]: offsets that were not corrected, and flags of the file that differ from the calls.")
       .add(
           "notes", [](Chain chain) { return toPython(joined(chain.notes, chain.asides)); },
-          "list[str]: what was renamed, left out or guessed in reading the shifts.")
+          "list[str]: what was renamed, left out or guessed while reading the shifts.")
       .addParts(
           "matches", [](Chain chain) -> auto& { return chain.matches; },
           "list[Match]: the chains of the structures that are this protein.")
       .add(
           "structure_notes", [](Chain chain) { return toPython(chain.structureNotes); },
-          "list[str]: other residues in the structures, and residues without coordinates.")
+          "list[str]: residues that differ in the structures, and residues without coordinates.")
       .shownAs([](Chain chain) {
         return "<Protein " + chain.file + (chain.chain.empty() ? "" : ", chain " + chain.chain) + ": " +
                std::to_string(chain.length) + " residues, " + std::to_string(chain.prolines.size()) +
@@ -537,7 +540,7 @@ py::list allProlines(const py::object& self) {
   return prolines;
 }
 
-/// Those of all chains, then of the structures; where there are several chains they are named.
+/// Returns the notes of all chains, with their names if there are several, then those of the structures.
 std::vector<std::string> allNotes(const Results& results) {
   std::vector<std::string> notes;
   for (const ProteinResult& protein : results.file().proteins) {
@@ -601,36 +604,37 @@ void addResults(py::module_& module) {
   addProlines(module);
   addProteins(module);
   Class<Results>(module, "Results",
-                 "What was found in one input: its chains with their prolines.\n\n"
-                 "In a notebook it shows itself as a report with pictures; print() writes the table.")
+                 "The results of one input: its chains with their prolines.\n\n"
+                 "A notebook shows them as a report with pictures; print() writes the table.")
       .add(
           "file", [](const Results& results) { return pythonText(results.file().file); },
-          "str: the input, as it was named.")
+          "str: name of the input.")
       .addParts(
           "proteins", [](const Results& results) -> auto& { return results.file().proteins; },
           "list[Protein]: one for each chain and shift list, in the order of the file.")
       .addParts(
           "structures", [](const Results& results) -> auto& { return results.report.structures; },
-          "list[Structure]: those that it was compared with.")
+          "list[Structure]: the structures that were compared.")
       .add(
           "chains_without_shifts",
           [](const Results& results) { return toPython(results.report.chainsWithoutShifts); },
-          "list[str]: chains of the structures that are none of the proteins.")
+          "list[str]: chains of the structures that match none of the proteins.")
       .add(
           "notes", [](const Results& results) { return toPython(allNotes(results)); },
-          "list[str]: what was renamed, left out or guessed in reading the shifts and the structures.")
+          "list[str]: what was renamed, left out or guessed while reading shifts and structures.")
       .shownAs([](const Results& results) { return shown(results); })
-      .bound.def_property_readonly("prolines", allProlines, "list[Proline]: those of all proteins.")
+      .bound.def_property_readonly("prolines", allProlines, "list[Proline]: the prolines of all proteins.")
       .def("report", report, py::arg("format") = "html",
-           "report(format='html') -> str\n\nThe report as text: a page of HTML with pictures that needs "
-           "nothing "
-           "else, or table, csv or json.")
+           "report(format='html') -> str\n\nReturns a report as text: one HTML page with all it needs, or "
+           "table, "
+           "csv or json.")
       .def(
           "to_frame",
           [](const py::object& self) {
             return py::module_::import("zorvela._frames").attr("to_frame")(py::make_tuple(self));
           },
-          "to_frame() -> pandas.DataFrame\n\nA row for each proline, with the columns of the CSV report "
+          "to_frame() -> pandas.DataFrame\n\nReturns a row for each proline, with the columns of the CSV "
+          "report "
           "(shifts in ppm, omega in degrees).")
       .def("_rows", rowsOf, "The cells of the frame.")
       .def("_repr_html_",

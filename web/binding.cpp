@@ -1,8 +1,8 @@
-// The library as functions for JavaScript: bytes and choices in, the text of reports out. Nothing is decided
-// here; module/zorvela.js is the other half.
+// The library as functions for JavaScript: bytes and choices in, the text of reports out. module/zorvela.js
+// is the other half.
 //
-// Texts cross as `Text` objects: the host asks for one of the length it needs and fills it, and deletes what
-// it gets back. A null pointer says that memory ran out.
+// Texts pass as `Text` objects. The host makes one of the length that it needs and fills it; it deletes those
+// that it gets. A null pointer means that memory ran out.
 #include <algorithm>
 #include <cstddef>
 #include <exception>
@@ -41,19 +41,19 @@ const zorvela::Tables& embedded() {
   return tables;
 }
 
-/// Files predicted one after the other, with the same choices.
+/// Several files, predicted with the same choices.
 struct Run {
   explicit Run(const zorvela::PredictorOptions& options) : predictor(embedded(), options) {}
 
   zorvela::ImportOptions import;
   zorvela::Predictor predictor;
   zorvela::RunReport report{zorvela::kEmbeddedTablesFolder, zorvela::statisticsOf(embedded()), {}};
-  std::vector<zorvela::Protein> proteins;      ///< those of the report, in its order
+  std::vector<zorvela::Protein> proteins;      ///< of the report, in the same order
   std::vector<zorvela::NamedText> structures;  ///< the files of the report's structures
-  nlohmann::ordered_json outcome;              ///< of what was written last
+  nlohmann::ordered_json outcome;              ///< notes or error of the last flags or restraints
 };
 
-/// The proteins of a run with their results, of all files or of one.
+/// Returns the proteins of a run with their results, of all files or of one.
 zorvela::PredictedProteins predictedIn(const Run& run, const std::string& file = {}) {
   zorvela::PredictedProteins predicted;
   auto protein = run.proteins.begin();
@@ -68,7 +68,7 @@ zorvela::PredictedProteins predictedIn(const Run& run, const std::string& file =
   return predicted;
 }
 
-/// A name or a message need not be UTF-8, JSON must be.
+/// Returns JSON in UTF-8, with replacements for other bytes in names and messages.
 std::string dumped(const nlohmann::ordered_json& json) {
   return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
@@ -86,7 +86,7 @@ const zorvela::RestraintFormat& restraintFormat(const std::string& name) {
   throw zorvela::Error("there are no restraints for \"" + name + "\"");
 }
 
-/// What `write` gives; empty where that is an error. The run holds its notes or the error.
+/// Returns the text from `write`, empty after an error. The outcome of the run has the notes or the error.
 template <class Write>
 Text* written(Run& run, Write write) {
   std::vector<std::string> notes;
@@ -101,7 +101,7 @@ Text* written(Run& run, Write write) {
   return new Text(std::move(text));
 }
 
-/// What an operation gives, or null where memory runs out: no exception may leave the module.
+/// Returns the result of an operation, or null if memory runs out: no exception may leave the module.
 template <class Operation>
 auto orNull(Operation operation) -> decltype(operation()) {
   try {
@@ -135,8 +135,8 @@ ZORVELA_EXPORT("text_delete") void text_delete(Text* text) {
 
 // --- Runs ---------------------------------------------------------------------------------------
 
-/// With shifts as they are in the file, or corrected. The sample is deuterated, protonated, or what the file
-/// says.
+/// Starts a run, with shifts as in the file or corrected. If the sample is neither deuterated nor protonated,
+/// the file decides.
 ZORVELA_EXPORT("run_new") Run* run_new(bool asReferenced, bool deuterated, bool protonated) {
   return orNull([=] { return new Run({asReferenced, deuterated, protonated}); });
 }
@@ -145,17 +145,17 @@ ZORVELA_EXPORT("run_delete") void run_delete(Run* run) {
   delete run;
 }
 
-/// Only the chain of this name, and of those named before.
+/// Adds a chain to those that are predicted; without one, all are.
 ZORVELA_EXPORT("run_choose_chain") void run_choose_chain(Run* run, const Text* name) {
   run->import.chains.push_back(*name);
 }
 
-/// Only the shift list of this name, and of those named before; "all" means all of them.
+/// Adds a shift list to those that are used; "all" means all of them.
 ZORVELA_EXPORT("run_choose_list") void run_choose_list(Run* run, const Text* name) {
   run->import.lists.push_back(*name);
 }
 
-/// The sequence in the bytes of a file is that of the shift files after it; of none where there are no bytes.
+/// Sets the sequence of the shift files after it from the bytes of a file; no bytes mean no sequence.
 ZORVELA_EXPORT("run_sequence") void run_sequence(Run* run, const Text* name, Text* bytes) {
   run->import.sequence = nullptr;
   if (bytes->empty()) return;
@@ -166,12 +166,12 @@ ZORVELA_EXPORT("run_sequence") void run_sequence(Run* run, const Text* name, Tex
   }
 }
 
-/// The number of the first residue of all sequences.
+/// Sets the number of the first residue of all sequences.
 ZORVELA_EXPORT("run_first_residue") void run_first_residue(Run* run, int number) {
   run->import.firstResidue = number;
 }
 
-/// Takes the bytes of a structure, with which the files after it are compared.
+/// Adds a structure, which is compared with the files after it.
 ZORVELA_EXPORT("run_add_structure") void run_add_structure(Run* run, const Text* name, const Text* bytes) {
   try {
     run->report.structures.push_back(zorvela::readStructureBytes(*bytes, *name));
@@ -181,7 +181,7 @@ ZORVELA_EXPORT("run_add_structure") void run_add_structure(Run* run, const Text*
   }
 }
 
-/// Predicts the bytes of a file; they are used up.
+/// Predicts the bytes of a file, and moves them away.
 ZORVELA_EXPORT("run_add") void run_add(Run* run, const Text* name, Text* bytes) {
   std::vector<zorvela::Protein> proteins;
   const auto read = [&] {
@@ -193,14 +193,13 @@ ZORVELA_EXPORT("run_add") void run_add(Run* run, const Text* name, Text* bytes) 
     std::move(proteins.begin(), proteins.end(), std::back_inserter(run->proteins));
 }
 
-/// Notes a file that the host could not hand over, with the reason: a member of `InputFault`.
+/// Adds an error for a file that the host could not read; `fault` is a member of `InputFault`.
 ZORVELA_EXPORT("run_add_fault") void run_add_fault(Run* run, const Text* name, int fault) {
   const zorvela::Error error = zorvela::inputError(static_cast<zorvela::InputFault>(fault), *name);
   run->report.files.push_back({*name, {}, error.what()});
 }
 
-/// The report of all files so far in a format, by its name as after --format. Null for a name that there
-/// is not.
+/// Returns the report of all files so far, in a format that `about` names. Null for another name.
 ZORVELA_EXPORT("run_report") Text* run_report(Run* run, const Text* format) {
   return orNull([&] {
     zorvela::noteChainsWithoutShifts(run->report);
@@ -210,7 +209,7 @@ ZORVELA_EXPORT("run_report") Text* run_report(Run* run, const Text* format) {
   });
 }
 
-/// JSON: what is shown around the report, in much less than all results.
+/// Returns JSON with all that the page shows around the report, much less than all results.
 ZORVELA_EXPORT("run_summary") Text* run_summary(const Run* run) {
   return orNull([&] {
     using Lines = std::vector<std::string>;
@@ -245,7 +244,7 @@ ZORVELA_EXPORT("run_summary") Text* run_summary(const Run* run) {
   });
 }
 
-/// The shift table of one of the proteins of the report, counted from 0, with the shifts that are used.
+/// Returns the shift table of a protein of the report, counted from 0, with the corrected shifts.
 ZORVELA_EXPORT("run_shift_table") Text* run_shift_table(const Run* run, std::size_t index) {
   return orNull([&] {
     std::ostringstream out;
@@ -254,7 +253,7 @@ ZORVELA_EXPORT("run_shift_table") Text* run_shift_table(const Run* run, std::siz
   });
 }
 
-/// The bytes of a NEF file of the run with the calls as flags; empty with an error in the outcome.
+/// Returns a NEF file of the run with the calls as flags; empty with an error in the outcome.
 ZORVELA_EXPORT("run_flagged_nef")
 Text* run_flagged_nef(Run* run, const Text* name, const Text* bytes, bool trans, bool replace) {
   return orNull([&] {
@@ -267,9 +266,9 @@ Text* run_flagged_nef(Run* run, const Text* name, const Text* bytes, bool trans,
   });
 }
 
-/// The cis prolines of all files for a structure calculation program, by its name as after --for. A structure
-/// is the model that some programs take. `chainsAs` renames chains, with a line "OLD=NEW" or "NEW" for each.
-/// Empty with an error in the outcome.
+/// Returns the cis prolines of all files in a restraint format that `about` names. A single structure is the
+/// model for formats that use one. `chainsAs` has a line "OLD=NEW" or "NEW" for each new chain name. Empty
+/// with an error in the outcome.
 ZORVELA_EXPORT("run_restraints")
 Text* run_restraints(Run* run, const Text* program, const Text* chainsAs) {
   return orNull([&] {
@@ -291,15 +290,15 @@ Text* run_restraints(Run* run, const Text* program, const Text* chainsAs) {
   });
 }
 
-/// JSON: the notes on the flags or restraints that were asked for last, and the error where there are none.
+/// Returns JSON: notes and error of the last flags or restraints.
 ZORVELA_EXPORT("run_outcome") Text* run_outcome(const Run* run) {
   return orNull([&] { return new Text(dumped(run->outcome)); });
 }
 
-// --- What there is ------------------------------------------------------------------------------
+// --- Without a run ------------------------------------------------------------------------------
 
-/// JSON: the version, that of the reference tables, the names of the report formats, and for which programs
-/// there are restraints.
+/// Returns JSON: the versions of the library and of the reference tables, the names of the report formats,
+/// and the restraint formats.
 ZORVELA_EXPORT("about") Text* about() {
   return orNull([] {
     using ModelUse = zorvela::RestraintFormat::ModelUse;
@@ -316,16 +315,15 @@ ZORVELA_EXPORT("about") Text* about() {
   });
 }
 
-/// What the bytes of a file hold: 0 shifts, or nothing that is known; 1 a NEF file; 2 a structure; 3 a
-/// sequence in letters or names.
+/// Returns the kind of a file: 1 NEF, 2 structure, 3 sequence in letters or names, 0 anything else.
 ZORVELA_EXPORT("kind_of") int kind_of(const Text* bytes) {
   if (zorvela::looksLikeSequence(*bytes)) return 3;
   if (zorvela::holdsStructure(*bytes)) return 2;
   return zorvela::contains(*bytes, "_nef_sequence.") ? 1 : 0;
 }
 
-/// JSON: the chains and shift lists in the bytes of a file; none where it cannot be read. The bytes are
-/// used up.
+/// Returns JSON: the chains and shift lists in the bytes of a file; none if it cannot be read. Moves the
+/// bytes away.
 ZORVELA_EXPORT("contents") Text* contents(const Text* name, Text* bytes) {
   return orNull([&] {
     nlohmann::ordered_json found = nlohmann::ordered_json::array();
@@ -333,7 +331,7 @@ ZORVELA_EXPORT("contents") Text* contents(const Text* name, Text* bytes) {
       for (const zorvela::Protein& protein : zorvela::readShiftBytes(std::move(*bytes), *name, {{}, {"all"}}))
         found.push_back({{"chain", protein.chain}, {"list", protein.list}});
     } catch (const zorvela::Error&) {
-      // The run says what is wrong with it.
+      // The run has the error.
     }
     return new Text(dumped(found));
   });

@@ -6,10 +6,10 @@
 
 namespace zorvela {
 
-/// What reports name as the folder of the tables: where they stand in the source tree.
+/// Folder of the tables in reports: their folder in the source tree.
 inline constexpr const char* kEmbeddedTablesFolder = "tab";
 
-/// Name of the file to its text, for all seven tables.
+/// Returns the texts of the seven tables by the names of their files.
 std::map<std::string, std::string> embeddedTables();
 
 }  // namespace zorvela

@@ -123,7 +123,7 @@ std::vector<std::string> tablePaths(const std::string& folder, const std::vector
 
 void sayShared(const TableNames& names) {
   for (const SharedName& one : names.shared())
-    say("note: " + messageName(one.file, "") + ": its table is named " + one.name + ".tab, because " +
+    say("note: " + messageName(one.file, "") + ": written as " + one.name + ", because " +
         messageName(one.first, "") + " has the same name");
 }
 

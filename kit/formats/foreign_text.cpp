@@ -1,42 +1,46 @@
 #include "formats/foreign_text.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "formats/text/delimited_text.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
-#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
 
+constexpr const char* kUnpack = "unpack it first";
+constexpr const char* kSaveAsUtf8 = "save it as UTF-8";
+constexpr const char* kExport = "export NMR-STAR or a table with column names";
+
+/// A kind of file, and what to do about it; without a remedy, the right file must be given.
+struct Foreign {
+  const char* what = nullptr;
+  const char* remedy = nullptr;
+};
+
 struct Signature {
   std::string_view start;
-  const char* what;
-  bool isStructure = false;
+  Foreign kind;
 };
 
 constexpr Signature kSignatures[] = {
-    {"PK\x03\x04", "a zip archive or spreadsheet (xlsx, ods); unpack it, or save the sheet as CSV"},
-    {"\xD0\xCF\x11\xE0", "a spreadsheet (xls); save the sheet as CSV"},
-    {"%PDF", "a PDF file"},
-    {"\xFF\xFE", "text in UTF-16; save it as UTF-8"},
-    {"\xFE\xFF", "text in UTF-16; save it as UTF-8"},
-    {"BZh", "packed with bzip2; unpack it first"},
-    {"\xFD"
-     "7zXZ",
-     "packed with xz; unpack it first"},
-    {"\x1F\x9D", "packed with compress; unpack it first"},
-    {"MMTF", "an MMTF file"},
-    {"{", "a JSON file"},
-    {"<", "an HTML or XML file, perhaps the error page of a web server"},
-    {"HEADER ", "a PDB coordinate file", true},
-    {"ATOM  ", "a PDB coordinate file", true},
-    {">", "a FASTA sequence"},
-    {"@<TRIPOS>", "a MOL2 file"},
+    {"PK\x03\x04", {"a zip archive or spreadsheet (xlsx, ods)", "unpack it, or save the sheet as CSV"}},
+    {"\xD0\xCF\x11\xE0", {"a spreadsheet (xls)", "save the sheet as CSV"}},
+    {"%PDF", {"a PDF file"}},
+    {"\xFF\xFE", {"text in UTF-16", kSaveAsUtf8}},
+    {"\xFE\xFF", {"text in UTF-16", kSaveAsUtf8}},
+    {"BZh", {"a file packed with bzip2", kUnpack}},
+    {"\xFD\x37zXZ", {"a file packed with xz", kUnpack}},
+    {"\x1F\x9D", {"a file packed with compress", kUnpack}},
+    {"MMTF", {"an MMTF file"}},
+    {"{", {"a JSON file"}},
+    {"<", {"an HTML or XML file (an error page of a web server?)"}},
+    {">", {"a FASTA sequence"}},
+    {"@<TRIPOS>", {"a MOL2 file"}},
 };
+constexpr std::string_view kStructureStarts[] = {"HEADER ", "ATOM  "};
 
 /// UTF-16 without a byte order mark: every other byte of ASCII is zero.
 bool isWide(std::string_view bytes) {
@@ -45,7 +49,7 @@ bool isWide(std::string_view bytes) {
   return isZero(0) != isZero(1) && isZero(0) == isZero(2) && isZero(1) == isZero(3);
 }
 
-// Titles and comments may stand above; a restraint list shows what it is well within these lines.
+// A restraint list shows its kind well within these lines, below any titles and comments.
 constexpr std::size_t kLinesLookedAt = 5000;
 constexpr std::size_t kLongestLine = 1000;
 
@@ -80,24 +84,27 @@ bool isAtomRecord(std::string_view line) {
          line[34] == '.' && line[42] == '.' && line[50] == '.';
 }
 
+constexpr Foreign kRestraints = {"a restraint list"};
+constexpr Foreign kPeaks = {"a peak list"};
+
 /// Files that programs keep beside their shift lists, by the first words of a line.
 struct FirstWords {
   std::string_view first;
-  std::string_view second;  ///< any where it is empty
-  const char* what;
+  std::string_view second;  ///< empty: any word
+  Foreign kind;
 };
 
 constexpr FirstWords kFirstWords[] = {
-    {"&rst", "", "a restraint list"},
-    {"Assignment", "w1", "a peak list"},
-    {"label", "dataset", "a peak list"},
-    {"VARS", "INDEX", "a peak list"},
-    {"TYPEDEF", "SEQUENCE", "an OLIVIA table; export NMR-STAR or a table with column names"},
-    {"TYPEDEF", "ASS_TBL_H2O", "an OLIVIA table; export NMR-STAR or a table with column names"},
-    {"Spin", "system", "a PRONTO table; export NMR-STAR or a table with column names"},
+    {"&rst", "", kRestraints},
+    {"Assignment", "w1", kPeaks},
+    {"label", "dataset", kPeaks},
+    {"VARS", "INDEX", kPeaks},
+    {"TYPEDEF", "SEQUENCE", {"an OLIVIA table", kExport}},
+    {"TYPEDEF", "ASS_TBL_H2O", {"an OLIVIA table", kExport}},
+    {"Spin", "system", {"a PRONTO table", kExport}},
 };
 
-/// "PR_2  8.900 123.220": a spin system of MARS; "Res_12 PR_7 (H)": what it assigns.
+/// "PR_2  8.900 123.220": a spin system of MARS; "Res_12 PR_7 (H)": its assignment.
 bool isOfMars(const std::vector<std::string>& words) {
   const auto isNumbered = [&](std::size_t i, std::string_view start) {
     return words.size() > i && startsIgnoringCase(words[i], start) &&
@@ -118,52 +125,60 @@ bool arePeakColumns(std::string_view line) {
   return contains(line, "Assign F1") && (contains(line, "Pos F1") || contains(line, "Position F1"));
 }
 
-std::string kindOf(std::string_view line) {
-  if (line.size() > kLongestLine) return {};
-  if (isAtomRecord(line)) return "a list of atom coordinates";
+std::optional<Foreign> kindOfLine(std::string_view line) {
+  if (line.size() > kLongestLine) return std::nullopt;
+  if (isAtomRecord(line)) return Foreign{"a list of atom coordinates"};
   const std::string_view core = trimmed(line);
-  if (isAssignStatement(core)) return "a restraint list";
-  if (startsIgnoringCase(core, "# Number of dimensions") || arePeakColumns(core)) return "a peak list";
+  if (isAssignStatement(core)) return kRestraints;
+  if (startsIgnoringCase(core, "# Number of dimensions") || arePeakColumns(core)) return kPeaks;
   constexpr std::size_t kMostWords = 8;
   const auto words = splitCells(core, Separator::blank, kMostWords);
-  if (!words || words->empty()) return "";
+  if (!words || words->empty()) return std::nullopt;
   for (const FirstWords& start : kFirstWords)
     if (equalIgnoringCase(words->front(), start.first) &&
         (start.second.empty() || (words->size() > 1 && equalIgnoringCase((*words)[1], start.second))))
-      return start.what;
-  if (isOfMars(*words)) return "a file of MARS, whose spin systems are not assigned to residues";
-  if (isOfTargetedAcquisition(*words))
-    return "a list of targeted acquisition; export NMR-STAR or a table with column names";
-  return isPlainRestraint(*words) ? "a restraint list" : "";
+      return start.kind;
+  if (isOfMars(*words)) return Foreign{"a MARS file (spin systems without residues)"};
+  if (isOfTargetedAcquisition(*words)) return Foreign{"a list of targeted acquisition", kExport};
+  if (isPlainRestraint(*words)) return kRestraints;
+  return std::nullopt;
+}
+
+std::optional<Foreign> kindOfBytes(std::string_view bytes, Wanted wanted) {
+  const auto startsWith = [bytes](std::string_view start) { return bytes.substr(0, start.size()) == start; };
+  constexpr std::size_t kProlog = 1000;
+  if (startsWith("<") && contains(bytes.substr(0, kProlog), "<chemical_shift_list"))
+    return Foreign{"an XML shift list of ARIA", kExport};
+  for (const Signature& signature : kSignatures)
+    if (startsWith(signature.start)) return signature.kind;
+  for (const std::string_view start : kStructureStarts)
+    if (wanted != Wanted::structure && startsWith(start)) return Foreign{"a PDB coordinate file"};
+  if (isWide(bytes)) return Foreign{"text in UTF-16", kSaveAsUtf8};
+  return std::nullopt;
 }
 
 }  // namespace
 
-void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy) {
-  const auto refuse = [&](const char* what) {
-    const char* kind = wanted == Wanted::shifts ? "shift" : "structure";
-    throw FileError(file, 0, std::string("is no ") + kind + " file but " + what, remedy);
-  };
-  constexpr std::size_t kProlog = 1000;
-  if (bytes.substr(0, 1) == "<" && contains(bytes.substr(0, kProlog), "<chemical_shift_list"))
-    refuse("an XML shift list of ARIA; export NMR-STAR or a table with column names");
-  for (const Signature& signature : kSignatures)
-    if (bytes.substr(0, signature.start.size()) == signature.start &&
-        !(signature.isStructure && wanted == Wanted::structure))
-      refuse(signature.what);
-  if (isWide(bytes)) refuse("text in UTF-16; save it as UTF-8");
-  if (contains(bytes, std::string_view("\0", 1))) throw FileError(file, 0, "is no text file", remedy);
+FileError foreignError(const std::string& file, std::size_t line, const std::string& what, const char* remedy,
+                       Wanted wanted) {
+  const char* kind = wanted == Wanted::shifts ? "shift" : "structure";
+  return {file, line, "is " + what + ", not a " + kind + " file", remedy};
 }
 
-std::optional<ForeignText> foreignText(std::string_view text) {
-  std::size_t number = 0;
-  for (std::size_t pos = 0; number < kLinesLookedAt;) {
+void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy) {
+  if (const auto kind = kindOfBytes(bytes, wanted))
+    throw foreignError(file, 0, kind->what, kind->remedy != nullptr ? kind->remedy : remedy, wanted);
+  if (contains(bytes, std::string_view("\0", 1))) throw FileError(file, 0, "is not a text file", remedy);
+}
+
+void refuseForeignText(std::string_view text, const std::string& file) {
+  std::size_t pos = 0;
+  for (std::size_t number = 1; number <= kLinesLookedAt; ++number) {
     const auto line = nextLine(text, pos);
-    if (!line) break;
-    ++number;
-    if (std::string kind = kindOf(*line); !kind.empty()) return ForeignText{kind, number};
+    if (!line) return;
+    if (const auto kind = kindOfLine(*line))
+      throw foreignError(file, number, kind->what, kind->remedy != nullptr ? kind->remedy : kGiveShifts);
   }
-  return std::nullopt;
 }
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Files that people give by mistake, by what they are.
+// Recognises files that people give by mistake.
 #pragma once
 
 #include <cstddef>
@@ -6,22 +6,24 @@
 #include <string>
 #include <string_view>
 
+#include "zorvela/error.h"
+
 namespace zorvela {
 
-/// What a file should hold.
+/// The content that a file should have.
 enum class Wanted { shifts, structure };
 
-/// FileError for bytes that begin as a file of another kind does (zip, PDF, JSON ...) or are no text in
-/// UTF-8. `remedy` says what to give, and `file` is how messages name it.
+inline constexpr const char* kGiveShifts = "give the file with the chemical shifts";
+
+/// Returns the error for a file of another kind: "is a PDF file, not a shift file". `remedy` says what to do.
+FileError foreignError(const std::string& file, std::size_t line, const std::string& what,
+                       const char* remedy = kGiveShifts, Wanted wanted = Wanted::shifts);
+
+/// Throws FileError for bytes that begin as a file of another kind does (zip, PDF, JSON ...) or are not text
+/// in UTF-8. `remedy` says what to give, and `file` is how messages name it.
 void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy);
 
-/// What a text is, and the line that gives it away.
-struct ForeignText {
-  std::string what;  ///< "a restraint list"
-  std::size_t line = 0;
-};
-
-/// A restraint list, coordinates or a peak list. Nothing for any other text, shifts among them.
-std::optional<ForeignText> foreignText(std::string_view text);
+/// Throws FileError with the line for a restraint list, coordinates or a peak list; not for any other text.
+void refuseForeignText(std::string_view text, const std::string& file);
 
 }  // namespace zorvela

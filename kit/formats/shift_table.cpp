@@ -15,7 +15,7 @@ namespace {
 
 // Four words for each of 100,000 rows, and as many residues as a protein has.
 constexpr std::size_t kLargestTable = 400000 + kLongestSequence;
-// Names of residues may stand in a sequence alone.
+// The sequence may have the names of the residues.
 constexpr std::array<const char*, 3> kColumns = {"RESID", "ATOMNAME", "SHIFT"};
 
 std::string_view firstTableWord(std::string_view line) {
@@ -33,7 +33,7 @@ std::size_t countWords(std::string_view line) {
   return count;
 }
 
-/// The text for the program's reader: a bare REMARK or DATA line gets the blank that it needs.
+/// Returns the text for the program's reader: a bare REMARK or DATA line gets the blank that it needs.
 std::string readableText(std::string_view text) {
   std::string result;
   result.reserve(text.size() + 1);
@@ -48,13 +48,13 @@ std::string readableText(std::string_view text) {
 /// Names the lines that the reader skipped.
 void noteSkipped(std::string_view text, const std::vector<std::size_t>& skipped,
                  std::vector<std::string>& notes) {
-  LimitedNotes limited("lines that are no table lines left out");
+  LimitedNotes limited("lines ignored that are not rows of the table");
   std::size_t number = 0;
   auto next = skipped.begin();
   for (std::size_t pos = 0; next != skipped.end();) {
     const auto line = nextLine(text, pos);
     if (++number != *next) continue;
-    limited.add("line " + std::to_string(number) + " is no row of the table, left out: \"" +
+    limited.add("line " + std::to_string(number) + " is not a row of the table, ignored: \"" +
                 printable(trimmed(line.value()), 40) + "\"");
     ++next;
   }
@@ -69,8 +69,8 @@ void checkColumns(const GDB& table, const std::string& file) {
   }
 }
 
-/// How much a table will take: its words, without those of remarks, and the letters of its sequence, some 100
-/// bytes each. The name of a column counts three times, for its format.
+/// Estimates the memory of a table: its words, without those of remarks, and the letters of its sequence,
+/// some 100 bytes each. The name of a column counts three times, for its format.
 std::size_t tableSize(std::string_view text) {
   std::size_t size = 0;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
@@ -89,7 +89,7 @@ bool isShiftTable(const Source& source) {
   bool varsSeen = false;
   for (std::size_t pos = 0; const auto line = nextLine(source.text, pos);) {
     const std::string_view word = firstTableWord(*line);
-    varsSeen = varsSeen || (word == "VARS" && !contains(*line, "X_AXIS"));  // that is a peak list
+    varsSeen = varsSeen || (word == "VARS" && !contains(*line, "X_AXIS"));  // X_AXIS: a peak list
     if (varsSeen && word == "FORMAT") return true;
   }
   return false;
@@ -98,9 +98,9 @@ bool isShiftTable(const Source& source) {
 ShiftFile readShiftTable(const Source& source) {
   if (tableSize(source.text) > kLargestTable)
     throw FileError(source.file, 0, "is too large for the shift table of a protein",
-                    "leave out the columns but RESID RESNAME ATOMNAME SHIFT, or split it");
+                    "keep only the columns RESID RESNAME ATOMNAME SHIFT, or split it");
   std::istringstream text(readableText(source.text));
-  text.exceptions(std::ios::badbit);  // else memory that ends is taken for the end of the text
+  text.exceptions(std::ios::badbit);  // otherwise the end of memory looks like the end of the text
   ShiftFile file;
   file.table.emplace();
   TableLines lines;

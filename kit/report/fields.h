@@ -1,4 +1,4 @@
-// The one list of fields: CSV columns, JSON members, run.schema.json and doc/kit.md follow it. A new field
+// The one list of fields: CSV columns, JSON members, run.schema.json and doc/run.md follow it. A new field
 // is a line in fields.cpp, an entry in the schema and one in the table of the document.
 #pragma once
 

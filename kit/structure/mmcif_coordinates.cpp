@@ -22,7 +22,6 @@ using Kind = StarToken::Kind;
 
 constexpr std::string_view kCategory = "_atom_site.";
 constexpr const char* kRemedy = "give the mmCIF file of the entry as the archive has it";
-constexpr const char* kMend = "mend the file there, or fetch it again";
 
 struct WantedColumn {
   std::string_view name;
@@ -176,7 +175,7 @@ class MmcifReader {
 
  private:
   [[noreturn]] void fail(const std::string& what) const {
-    throw FileError(file, token.line, "not valid CIF: " + what, kMend);
+    throw FileError(file, token.line, "not valid CIF: " + what, kStarRemedy);
   }
 
   void advance() {
@@ -224,7 +223,7 @@ class MmcifReader {
         if (!atom) {
           const std::size_t line = token.line;
           advance();
-          return FileError(file, line, "this atom cannot be read: " + fault, kMend);
+          return FileError(file, line, "this atom cannot be read: " + fault, kStarRemedy);
         }
         backbone.add(*atom);
       }
@@ -236,13 +235,13 @@ class MmcifReader {
   FileError badLoop(const LoopLines& lines, std::size_t columns, std::size_t line) const {
     const auto odd = firstOddLine(lines, columns);
     if (!odd)
-      return FileError(file, line, "the values of the table that begins here do not fill its rows", kMend);
+      return FileError(file, line, "the values of the table that begins here do not fill its rows", kStarRemedy);
     const bool isCut = token.kind == Kind::end && lines.list.back().number == odd->number;
     return FileError(file, odd->number,
                      "this row has " + counted(odd->values, "value", "values") + " for " +
                          counted(columns, "column", "columns") +
                          (isCut ? ", and the file ends in its table" : ""),
-                     kMend);
+                     kStarRemedy);
   }
 
   const std::string& file;

@@ -232,6 +232,11 @@ std::string baseName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);  // npos + 1 is 0
 }
 
+std::string_view leading(std::string_view text, bool (*belongs)(char)) {
+  const auto end = std::find_if_not(text.begin(), text.end(), belongs);
+  return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
 std::string_view trimmed(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || isControl(text.front()))) text.remove_prefix(1);
   while (!text.empty() && (text.back() == ' ' || isControl(text.back()))) text.remove_suffix(1);
@@ -318,6 +323,11 @@ std::string enumerated(const std::vector<std::string>& items, std::size_t most) 
   for (std::size_t i = 0; i < shown; ++i) result += (i > 0 ? ", " : "") + items[i];
   if (items.size() > shown) result += " and " + std::to_string(items.size() - shown) + " more";
   return result;
+}
+
+std::string lineRange(std::size_t first, std::size_t last) {
+  const std::string from = std::to_string(first);
+  return first == last ? "line " + from : "lines " + from + " to " + std::to_string(last);
 }
 
 std::string counted(std::size_t count, const std::string& one, const std::string& many) {

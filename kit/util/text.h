@@ -45,6 +45,9 @@ std::string chainOfFile(const std::string& file, const std::string& chain);
 /// Takes away the mark that editors of Windows put before UTF-8.
 void dropByteOrderMark(std::string& text);
 
+/// Returns the characters at the start of a text that belong together.
+std::string_view leading(std::string_view text, bool (*belongs)(char));
+
 /// Removes white space (and control characters) at the ends.
 std::string_view trimmed(std::string_view text);
 
@@ -84,6 +87,9 @@ std::optional<std::string> toDecimal(std::string_view text);
 
 /// "5, 14, 30 and 12 more".
 std::string enumerated(const std::vector<std::string>& items, std::size_t most = 12);
+
+/// "line 3", "lines 3 to 5".
+std::string lineRange(std::size_t first, std::size_t last);
 
 /// "1 shift", "2 shifts".
 std::string counted(std::size_t count, const std::string& one, const std::string& many);

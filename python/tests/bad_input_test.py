@@ -1,4 +1,4 @@
-"""What is wrong is an exception in one line that says what to do; nothing is printed, nothing crashes."""
+"""Every error is an exception in one line that tells what to do; nothing is printed, nothing crashes."""
 import contextlib
 import io
 import os
@@ -16,7 +16,7 @@ NAN = float("nan")
 
 
 class BadInput(folder.InFolder):
-    def says(self, kind, words, call, *arguments, **keywords):
+    def fails(self, kind, words, call, *arguments, **keywords):
         printed = io.StringIO()
         with self.assertRaises(kind) as raised, contextlib.redirect_stdout(printed), \
                 contextlib.redirect_stderr(printed):
@@ -30,16 +30,16 @@ class BadInput(folder.InFolder):
 
     def test_files(self):
         predict = zorvela.predict
-        error = self.says(zorvela.FileError, "cannot be read", predict, self.path("absent.str"))
+        error = self.fails(zorvela.FileError, "cannot be read", predict, self.path("absent.str"))
         self.assertEqual((error.file, error.line), (self.path("absent.str"), None))
-        error = self.says(zorvela.FileError, "is no shift file", predict, b"nothing of the kind")
+        error = self.fails(zorvela.FileError, "is not a known kind of shift file", predict, b"nothing of the kind")
         self.assertEqual((error.file, error.line), ("input", 1))
-        self.says(zorvela.FileError, "", predict, self.folder)
-        self.says(zorvela.FileError, "", predict, b"")
-        self.says(zorvela.Error, "is not a path", predict, "a\0b")
-        self.says(zorvela.ChoiceError, "has no chain \"Z\"", predict, TABLE.with_suffix(".str"), chain="Z")
-        self.says(zorvela.FileError, "", predict, TABLE, structure=TABLE)
-        self.says(zorvela.FileError, "cannot be unpacked", predict, TABLE, structure=b"\x1f\x8b\x08\0")
+        self.fails(zorvela.FileError, "", predict, self.folder)
+        self.fails(zorvela.FileError, "", predict, b"")
+        self.fails(zorvela.Error, "is not a path", predict, "a\0b")
+        self.fails(zorvela.ChoiceError, "has no chain \"Z\"", predict, TABLE.with_suffix(".str"), chain="Z")
+        self.fails(zorvela.FileError, "", predict, TABLE, structure=TABLE)
+        self.fails(zorvela.FileError, "cannot be unpacked", predict, TABLE, structure=b"\x1f\x8b\x08\0")
 
     def test_a_file_that_vanishes(self):
         path = self.put("a.tab", TABLE.read_bytes())
@@ -50,21 +50,21 @@ class BadInput(folder.InFolder):
 
     def test_types(self):
         for source in (None, 3, 2.5, {"a": 1}, [TABLE], object()):
-            self.says(TypeError, "a file cannot be of type", zorvela.predict, source)
-        self.says(TypeError, "a file cannot be of type", zorvela.predict, TABLE, sequence=5)
-        self.says(TypeError, "chain cannot be of type int", zorvela.predict, TABLE, chain=5)
-        self.says(TypeError, "list 1 is not a text", zorvela.predict, TABLE, list=[1])
-        self.says(TypeError, "sources cannot be of type", zorvela.predict_many, str(TABLE))
-        self.says(TypeError, "sources cannot be of type", zorvela.predict_many, 3)
+            self.fails(TypeError, "a file cannot be of type", zorvela.predict, source)
+        self.fails(TypeError, "a file cannot be of type", zorvela.predict, TABLE, sequence=5)
+        self.fails(TypeError, "chain cannot be of type int", zorvela.predict, TABLE, chain=5)
+        self.fails(TypeError, "list 1 is not a text", zorvela.predict, TABLE, list=[1])
+        self.fails(TypeError, "sources cannot be of type", zorvela.predict_many, str(TABLE))
+        self.fails(TypeError, "sources cannot be of type", zorvela.predict_many, 3)
         for jobs in (0, -1, 1000, "2", 1.5, True):
-            self.says(zorvela.Error, "jobs is", zorvela.predict_many, [TABLE], jobs=jobs)
-        self.says(zorvela.Error, "errors is", zorvela.predict_many, [TABLE], errors="ignore")
-        self.says(TypeError, "format must be", zorvela.predict(TABLE).report, 3)
-        self.says(zorvela.Error, "", zorvela.predict(TABLE).report, "pdf")
+            self.fails(zorvela.Error, "jobs is", zorvela.predict_many, [TABLE], jobs=jobs)
+        self.fails(zorvela.Error, "errors is", zorvela.predict_many, [TABLE], errors="ignore")
+        self.fails(TypeError, "format must be", zorvela.predict(TABLE).report, 3)
+        self.fails(zorvela.Error, "", zorvela.predict(TABLE).report, "pdf")
 
     def test_shifts(self):
         def refused(kind, words, shifts, sequence="MQIFP", **keywords):
-            self.says(kind, words, zorvela.predict_shifts, sequence, shifts, **keywords)
+            self.fails(kind, words, zorvela.predict_shifts, sequence, shifts, **keywords)
 
         refused(zorvela.Error, "CA of residue 1: has a shift that is not a number", {(1, "CA"): NAN})
         refused(zorvela.Error, "CA of residue 1: has a shift that is not a number", {(1, "CA"): float("inf")})
@@ -91,7 +91,7 @@ class BadInput(folder.InFolder):
 
     def test_frames(self):
         def refused(kind, words, frame):
-            self.says(kind, words, zorvela.predict_shifts, "MQIFP", frame)
+            self.fails(kind, words, zorvela.predict_shifts, "MQIFP", frame)
 
         refused(zorvela.Error, "there are no shifts", pandas.DataFrame({"resid": [], "atom": [], "shift": []}))
         refused(zorvela.Error, "no column with residue numbers", pandas.DataFrame())
@@ -100,11 +100,11 @@ class BadInput(folder.InFolder):
         refused(TypeError, "is not a number", pandas.DataFrame({"resid": [1], "atom": ["CA"], "shift": ["a"]}))
 
     def test_a_sequence_that_does_not_fit(self):
-        self.says(zorvela.FileError, "does not fit the sequence of the text given", zorvela.predict, TABLE, sequence="MQIF")
-        self.says(zorvela.FileError, "is not a sequence", zorvela.predict, TABLE, sequence="M_Q")
-        self.says(zorvela.FileError, "none.seq: cannot be read: No such file", zorvela.predict, TABLE,
+        self.fails(zorvela.FileError, "does not fit the sequence of the text given", zorvela.predict, TABLE, sequence="MQIF")
+        self.fails(zorvela.FileError, "is not a sequence", zorvela.predict, TABLE, sequence="M_Q")
+        self.fails(zorvela.FileError, "none.seq: cannot be read: No such file", zorvela.predict, TABLE,
                   sequence=pathlib.Path("none.seq"))
-        self.says(TypeError, "is not a whole number", zorvela.predict, TABLE, sequence="MQIF", first_residue="2")
+        self.fails(TypeError, "is not a whole number", zorvela.predict, TABLE, sequence="MQIF", first_residue="2")
 
     def test_damaged_files(self):
         chance = random.Random(5)

@@ -1,4 +1,4 @@
-"""The examples of doc/python.md print what stands there. ZORVELA_UPDATE=1 writes what they print."""
+"""The examples of doc/python.md print the output in it. ZORVELA_UPDATE=1 writes the current output."""
 import contextlib
 import doctest
 import os

@@ -1,4 +1,4 @@
-"""The notebook of examples/ runs, and its outputs are those that it has. ZORVELA_UPDATE=1 writes them."""
+"""The notebook of examples/ runs and gives the outputs in it. ZORVELA_UPDATE=1 writes the current outputs."""
 import copy
 import os
 import pathlib
@@ -13,7 +13,7 @@ NOTEBOOK = program.SOURCE / "examples" / "notebook.ipynb"
 
 
 def outputs(cell):
-    """What a cell printed and showed; of a picture only that there is one, as its bytes depend on fonts."""
+    """The outputs of a cell, but not the bytes of pictures, which depend on fonts."""
     shown = []
     for output in cell.get("outputs", []):
         if output["output_type"] == "stream":

@@ -1,4 +1,4 @@
-"""The numbers are those of the companion."""
+"""The numbers are the same as those of zorvela-kit."""
 import csv
 import io
 import json

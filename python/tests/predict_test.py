@@ -1,4 +1,4 @@
-"""What can be given to the functions, and what comes back."""
+"""The arguments of the functions, and their results."""
 import gzip
 import io
 import pathlib
@@ -44,7 +44,7 @@ class Sources(folder.InFolder):
             self.assertEqual(zorvela.predict(file).proteins[0].file, str(STAR))
         self.assertEqual(zorvela.predict(Entry(STAR.read_text())).file, "entry 16585")
 
-    def test_a_name_that_is_no_utf8(self):
+    def test_a_name_that_is_not_utf8(self):
         path = pathlib.Path(self.folder, "a\udcffb.tab")
         path.write_bytes(TABLE.read_bytes())
         self.assertTrue(zorvela.predict(path).file.endswith("a\ufffdb.tab"))
@@ -167,7 +167,7 @@ class Shown(unittest.TestCase):
         self.assertEqual(results.report("csv").splitlines()[0], ",".join(program.COLUMNS))
         self.assertTrue(results.report().startswith("<!DOCTYPE html>"))
 
-    def test_in_a_notebook_the_report_stands_alone(self):
+    def test_a_notebook_shows_the_report_in_a_frame(self):
         text = zorvela.predict("resid,resname,atom,shift\n1,PRO,CA,63\n")._repr_html_()
         self.assertRegex(text, r'^<iframe srcdoc="[^"<>]*" sandbox title="[^"<>]*" style="[^"<>]*"></iframe>$')
 

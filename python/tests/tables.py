@@ -20,7 +20,7 @@ def mapping_of(path):
 
 
 class Entry:
-    """What zorvela asks of an entry of pynmrstar: its loops of shifts, and its text."""
+    """The parts of a pynmrstar entry that zorvela uses: its loops of shifts, and its text."""
 
     entry_id = "16585"
 

@@ -1,4 +1,4 @@
-"""mypy --strict knows every member, each has a text, and help() reads well."""
+"""mypy --strict knows every member, each has a description, and help() shows it."""
 import os
 import pathlib
 import pydoc

@@ -1,4 +1,4 @@
-"""A wheel in an empty virtual environment, far from the sources; the module's speed."""
+"""The wheel in an empty virtual environment, and the speed of the module."""
 import json
 import os
 import subprocess
@@ -26,7 +26,7 @@ def plain_environment():
 
 
 def seconds(action, times=9):
-    """The fastest of some runs: the others waited for the machine."""
+    """The time of the fastest run, which other work on the machine delayed least."""
     def once():
         start = time.perf_counter()
         action()

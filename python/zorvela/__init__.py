@@ -7,10 +7,10 @@
         print(proline.resid, proline.call, proline.p_cis_norm)
 
 Shifts are in ppm, angles in degrees, distances in angstrom. `p_cis_norm` is the probability that the peptide bond
-before a proline is cis, where 1 proline in 20 is; from 0.5 on the proline is called cis, up to 0.05 trans.
+before a proline is cis, if 1 proline in 20 is. From 0.5 the proline is called cis, up to 0.05 trans.
 
-What is wrong is an exception, `Error` or one of its classes; what was guessed is in `Results.notes`. Nothing is
-printed. All functions may run in several threads at once; the interpreter's lock is free while they compute.
+Every error is an `Error` or one of its classes. `Results.notes` tells what was renamed, left out or guessed. Nothing is
+printed. All functions may run in several threads; they release the interpreter's lock while they compute.
 """
 import collections
 import functools
@@ -39,7 +39,7 @@ __all__ = [
 ]
 
 Source = Union[str, bytes, "os.PathLike[str]", IO[str], IO[bytes]]
-"""A path, the bytes of a file, an open file, or its text (a str with a line end in it)."""
+"""A path, the bytes of a file, an open file, or a text (a str with a line end in it)."""
 
 Names = Union[str, Sequence[str], None]
 StructureSource = Union[Source, Structure, Sequence[Union[Source, Structure]], None]
@@ -47,7 +47,7 @@ StructureSource = Union[Source, Structure, Sequence[Union[Source, Structure]], N
 
 @functools.lru_cache(maxsize=None)
 def _engine() -> _zorvela.Engine:
-    """The predictor with the tables of the package, read once."""
+    """Returns the predictor with the tables of the package, which are read once."""
     return _zorvela.Engine(os.path.join(os.path.dirname(__file__), "tab"))
 
 
@@ -66,7 +66,7 @@ def _names(names: Names, what: str) -> List[str]:
 
 
 def _path(source: Any) -> Optional[str]:
-    """The path that a source is, or None."""
+    """Returns the path if the source is one, or None."""
     if isinstance(source, os.PathLike) or (isinstance(source, str) and "\n" not in source):
         path = os.fspath(source)
         if "\0" in path:
@@ -76,7 +76,7 @@ def _path(source: Any) -> Optional[str]:
 
 
 def _content(source: Any) -> Tuple[bytes, str]:
-    """The bytes of a source that is no path, and what messages call it."""
+    """Returns the bytes of a source that is not a path, and its name in messages."""
     name = "input"
     if _shifts.is_entry(source):
         name = f"entry {getattr(source, 'entry_id', '')}".strip()
@@ -105,7 +105,7 @@ def _sequence(sequence: Any) -> str:
 
 
 def _sequence_file(sequence: Any) -> Optional[Tuple[bytes, str]]:
-    """The bytes of a sequence, and what messages call it. A str is its text, never a path."""
+    """Returns the bytes of a sequence, and its name in messages. A str is its text, never a path."""
     if sequence is None:
         return None
     if isinstance(sequence, str):
@@ -144,18 +144,18 @@ def predict(source: Source, *, sequence: Optional[Source] = None, first_residue:
     """Predicts every proline of a shift file: NMR-STAR, NEF, CSV, TSV or a shift table, plain or gzipped.
 
     source         a path, the bytes of a file, an open file, its text, or a pynmrstar entry
-    sequence       for a file that gives no sequence or a part of it: one-letter codes or other text of a sequence file
-                   (FASTA, .seq), or such a file as a pathlib.Path, bytes or an open file
-    first_residue  number of the first residue of the sequence; if left out as there, 1 where it has no numbers
-    structure      PDB or mmCIF file to compare with, or several; paths, bytes, open files, or from `read_structure`
-    chain          only the chains of these names; all chains of proteins if left out
-    list           only the shift lists of these names, or "all"; the one with most shifts if left out
-    as_referenced  use shifts as they are; else certain referencing offsets, and isotope shifts of samples that the
-                   file calls deuterated, are taken away
-    deuterated     whether the sample is deuterated; as the file says if left out
+    sequence       for a file without a sequence, or with a part of it: one-letter codes or other text of a sequence
+                   file (FASTA, .seq), or such a file as a pathlib.Path, bytes or an open file
+    first_residue  number of the first residue of the sequence; default: the number in the sequence file, or 1
+    structure      PDB or mmCIF files to compare with: paths, bytes, open files, or results of `read_structure`
+    chain          names of the chains to predict; default: all chains of proteins
+    list           names of the shift lists to use, or "all"; default: the list with most shifts
+    as_referenced  use the shifts without corrections; default: certain referencing offsets are corrected, and isotope
+                   shifts of samples that the file calls deuterated
+    deuterated     whether the sample is deuterated; default: as in the file
 
-    Raises FileError for what is no shift file and for a sequence that does not fit, ChoiceError for a chain or list
-    that is not there.
+    Raises FileError if the source is not a shift file or the sequence does not fit, and ChoiceError if the file does
+    not have the chain or list.
     """
     return _predict(source, _request(structure, chain, list, as_referenced, deuterated, sequence, first_residue))
 
@@ -169,10 +169,10 @@ def predict_shifts(sequence: str, shifts: "Union[Mapping[Tuple[int, str], float]
     shifts       {(residue number, atom): ppm}; or a pandas frame with a row for each shift and the columns resid,
                  atom and shift (or Comp_index_ID, Atom_ID and Val); or a pynmrstar entry with one molecule
     first        number of the first residue of the sequence
-    name         what the results call it in place of a file
+    name         name of the file in the results
 
-    N, HN (or H), HA, HA2 and HA3 of glycine, C, CA, CB, and CG of proline are used; other atoms are passed over. The
-    numbers are those of single precision. Raises Error or TypeError for what is no shift of the sequence.
+    Uses N, HN (or H), HA, HA2 and HA3 of glycine, C, CA, CB, and CG of proline; ignores other atoms. Computes in single
+    precision. Raises Error or TypeError for a shift that does not belong to the sequence.
     """
     letters = _sequence(sequence)
     called = _names(name, "name")[0]
@@ -199,13 +199,12 @@ def predict_many(sources: Iterable[Source], *, jobs: Optional[int] = None, progr
                  list: Names = None,  # pylint: disable=redefined-builtin
                  as_referenced: bool = False,
                  deuterated: Optional[bool] = None) -> Iterator[Union[Results, Error]]:
-    """Predicts many shift files in several threads. An iterator over their results, in the order of the sources.
+    """Predicts many shift files in several threads. Returns an iterator over the results, in the order of the sources.
 
-    jobs      how many at the same time; one for each core if left out
-    progress  show a bar, where tqdm is installed
-    errors    "raise" ends with the error of the first file that has one; "return" gives the error in the place of
-              its results and goes on
-    The others are those of `predict`.
+    jobs      number of threads; default: one for each core
+    progress  show a progress bar if tqdm is installed
+    errors    "raise" stops at the first file with an error; "return" gives the error instead of the results of a file
+    The other arguments are those of `predict`.
     """
     if isinstance(sources, (str, bytes)) or not isinstance(sources, collections.abc.Iterable):
         raise TypeError(f"sources cannot be of type {type(sources).__name__}: give a list of files")
@@ -222,7 +221,7 @@ def _shown(sources: Iterable[Any], progress: bool) -> Iterable[Any]:
     if not progress:
         return sources
     try:
-        import tqdm  # pylint: disable=import-outside-toplevel  # only for those who ask for a bar
+        import tqdm  # pylint: disable=import-outside-toplevel  # only needed for a bar
     except ImportError:
         return sources
     shown: Iterable[Any] = tqdm.tqdm(sources, unit=" files")
@@ -258,14 +257,14 @@ def _many(sources: Iterable[Any], jobs: int, keep_errors: bool,
 def read_structure(source: Source) -> Structure:
     """Reads a PDB or mmCIF file, plain or gzipped, to compare several shift files with it.
 
-    Raises FileError for what is no structure of a protein.
+    Raises FileError if it is not a structure of a protein.
     """
     path = _path(source)
     if path is not None:
         return _zorvela.structure_of_file(os.fsencode(path))
     content, name = _content(source)
     if content[:2] == b"\x1f\x8b":
-        import gzip  # pylint: disable=import-outside-toplevel  # few need it
+        import gzip  # pylint: disable=import-outside-toplevel  # rarely needed
         try:
             content = gzip.decompress(content)
         except (OSError, EOFError) as error:

@@ -1,4 +1,4 @@
-"""python3 -m zorvela: the companion zorvela-kit, with the reference tables of this package."""
+"""python3 -m zorvela: the program zorvela-kit, with the reference tables of this package."""
 import os
 import pathlib
 import sys

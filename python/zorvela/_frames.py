@@ -6,7 +6,7 @@ from zorvela import _zorvela
 if TYPE_CHECKING:
     import pandas
 
-# Numbers that may be missing; all other columns but those of counts are text.
+# Counts and numbers may be missing; all other columns are text.
 _COUNTS = {"position", "cs_cnt_prev", "cs_cnt", "cs_cnt_next", "models_cis", "models_trans", "models_twisted"}
 _NUMBERS = {"cg_shift", "p_cis", "p_cis_norm", "offset_ca", "offset_cb", "offset_ha", "offset_c",
             "corrected_ca", "corrected_cb", "corrected_ha", "corrected_c",
@@ -23,12 +23,12 @@ def _type_of(column: str) -> str:
 
 
 def to_frame(results: "Iterable[_zorvela.Results]") -> "pandas.DataFrame":
-    """The prolines of many results in one pandas frame, a row each, with the columns of the CSV report.
+    """Returns the prolines of many results in one pandas frame, a row each, with the columns of the CSV report.
 
-    Shifts and offsets are in ppm, omega in degrees, distances in angstrom. What is missing is NaN in numbers, NA in
-    counts, None in texts.
+    Shifts and offsets are in ppm, omega in degrees, distances in angstrom. A missing value is NaN for a number, NA for
+    a count, None for a text.
     """
-    import pandas  # pylint: disable=import-outside-toplevel  # only for those who ask for a frame
+    import pandas  # pylint: disable=import-outside-toplevel  # only needed for a frame
 
     rows = [row for one in results for row in one._rows()]
     columns = _zorvela.csv_columns(True)
@@ -38,8 +38,8 @@ def to_frame(results: "Iterable[_zorvela.Results]") -> "pandas.DataFrame":
 
 
 def notebook_html(results: "_zorvela.Results") -> str:
-    """The report in a frame of its own, so that its styles and those of the notebook do not meet."""
-    import html  # pylint: disable=import-outside-toplevel  # only for notebooks
+    """Returns the report in an HTML frame, which keeps its styles apart from those of the notebook."""
+    import html  # pylint: disable=import-outside-toplevel  # only needed in notebooks
 
     page = html.escape(results.report("html"))
     return (f'<iframe srcdoc="{page}" sandbox title="{html.escape(repr(results))}" '

@@ -6,7 +6,7 @@ from zorvela.errors import Error
 
 Shifts = List[Tuple[int, str, float]]
 
-# Names of columns, in small letters, as tables of shifts have them.
+# Names of columns in shift tables, in small letters.
 NUMBER_COLUMNS = ("resid", "residue", "number", "seq_id", "comp_index_id", "seq", "position")
 ATOM_COLUMNS = ("atom", "atomname", "atom_id", "atom_name")
 VALUE_COLUMNS = ("shift", "val", "value", "ppm", "cs")
@@ -14,7 +14,7 @@ _LARGEST_NUMBER = 10 ** 8
 
 
 def whole_number(value: Any) -> int:
-    """A residue number, checked."""
+    """Checks and returns a residue number."""
     if isinstance(value, bool) or not isinstance(value, numbers.Integral):
         raise TypeError(f"the residue number {value!r} is not a whole number: give an int")
     if abs(int(value)) > _LARGEST_NUMBER:
@@ -78,12 +78,12 @@ def _of_entry(entry: Any) -> Iterable[Tuple[Any, Any, Any]]:
 
 
 def is_entry(source: Any) -> bool:
-    """Whether it is an entry of pynmrstar, which is not needed to know that."""
+    """Tells whether it is an entry of pynmrstar, without importing pynmrstar."""
     return hasattr(source, "get_loops_by_category")
 
 
 def gathered(shifts: Any) -> Shifts:
-    """Residue number, atom and ppm of each shift, checked."""
+    """Checks and returns residue number, atom and ppm of each shift."""
     if is_entry(shifts):
         return _checked(_of_entry(shifts))
     if hasattr(shifts, "columns") and hasattr(shifts, "iloc"):

@@ -1,4 +1,4 @@
-"""Types of the compiled module; its classes have their texts, see help(zorvela)."""
+"""Types of the compiled module. help(zorvela) describes its classes."""
 from typing import TYPE_CHECKING, Any, Dict, List, Literal, Optional, Sequence, Tuple
 
 if TYPE_CHECKING:

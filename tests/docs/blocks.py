@@ -1,8 +1,8 @@
-"""Blocks of a document that hold what a program prints, and what should stand in them.
+"""Blocks of a document with the output of a program, and the output that they should have.
 
-In a document, a comment before a fenced block says what the block is:
+In a document, a comment before a fenced block tells its kind:
   <!-- file: NAME -->           a file for the commands that follow
-  <!-- run: COMMAND -->         a command of zorvela or zorvela-kit, and what it prints; it must end with status 0
+  <!-- run: COMMAND -->         a command of zorvela or zorvela-kit, and its output; it must end with status 0
   <!-- run 255: COMMAND -->     the same with another status
   <!-- content: NAME -->        a file that the last command wrote
 The commands run in a folder that holds tab/, examples/ and kit/ of the checkout. tests/docs/check_docs.py --update
@@ -61,7 +61,7 @@ class Workplace:
 
 
 def real_block(directory, block):
-    """What the text of a block should be."""
+    """Returns the text that a block should have."""
     kind, what = block["kind"], block["what"]
     if kind == "file":
         (directory / what).write_text(block["text"], encoding="utf-8")
@@ -76,14 +76,14 @@ def real_block(directory, block):
 
 
 def blocks_of(document):
-    """Pairs of a block as it stands in the document and the text that it should have."""
+    """Returns pairs of a block in the document and the text that it should have."""
     text = document.read_text(encoding="utf-8")
     with Workplace() as directory:
         return text, [(block, real_block(directory, block)) for block in BLOCK.finditer(text)]
 
 
 def update(document):
-    """Writes the real output into a document; a running time alone is no reason to."""
+    """Writes the real output into a document, unless only a running time differs."""
     text, blocks = blocks_of(document)
     for block, real in reversed(blocks):
         if masked(block["text"]) != masked(real):

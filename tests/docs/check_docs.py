@@ -2,7 +2,7 @@
 """Compares the documents, help texts, man pages and the schema with the programs.
 
   check_docs.py             the programs of build/release; all checks
-  check_docs.py --update    write the real output into the documents and the options into the man page; a running time alone is no reason to
+  check_docs.py --update    write the real output into the documents and the options into the man page
   check_docs.py --build build/sanitize
 """
 import argparse

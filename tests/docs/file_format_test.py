@@ -1,4 +1,4 @@
-"""What doc/file-format.md says of its example and of the tables; its rules are those that tests/program/ tries."""
+"""The example of doc/file-format.md and the special residues of the tables; tests/program/ tests the other rules."""
 import re
 import shutil
 import unittest
@@ -24,7 +24,7 @@ class FileFormat(unittest.TestCase):
 
     @classmethod
     def make_tables(cls):
-        """Tables in which every shift has a little to say, so that each one that is used shows."""
+        """Makes tables in which every shift changes the prediction a little."""
         tables = cls.directory / "tables"
         shutil.copytree(SOURCE / "tab", tables)
         lines = ["VARS index avg_cis avg_trans std_cis std_trans", "FORMAT %d %f %f %f %f"]

@@ -1,7 +1,7 @@
 """The options in the man page of zorvela-kit, as the program lists them.
 
 In doc/zorvela-kit.1 a comment `.\\" options: SUBCOMMAND` begins them and `.\\" end of options` ends them.
-tests/docs/check_docs.py --update writes what stands between.
+tests/docs/check_docs.py --update writes the lines between them.
 """
 import re
 import subprocess
@@ -14,13 +14,13 @@ REGION = re.compile(r'(?<=^\.\\" options: )(\w+)\n.*?(?=^\.\\" end of options$)'
 
 
 def listed_options():
-    """Rows of sub-command, names, name and range of the value, default, heading, text."""
+    """Returns rows of sub-command, names, name and range of the value, default, heading, text."""
     done = subprocess.run([KIT, "--list-options"], capture_output=True, text=True, check=True)
     return [line.split("\t") for line in done.stdout.splitlines()]
 
 
 def item(names, value, default, text):
-    """One option in mdoc, each sentence on lines of its own."""
+    """Returns an option in mdoc, each sentence on its own lines."""
     name, _, values = value.partition(":")
     flags = " , ".join("Fl " + flag[1:] for flag in names.split(","))
     argument = " Ar " + name.lower().replace("|", " | ") if name else ""
@@ -35,7 +35,7 @@ def item(names, value, default, text):
 
 
 def options_of(command):
-    """The options of a sub-command in mdoc, under their headings."""
+    """Returns the options of a sub-command in mdoc, under their headings."""
     rows = [row[1:] for row in listed_options() if row[0] == command]
     text = ""
     for heading in dict.fromkeys(row[3] for row in rows):
@@ -47,5 +47,5 @@ def options_of(command):
 
 
 def renewed():
-    """The man page as it should be."""
+    """Returns the man page with the current options."""
     return REGION.sub(lambda region: f"{region[1]}\n{options_of(region[1])}", MAN_PAGE.read_text(encoding="utf-8"))

@@ -1,4 +1,4 @@
-"""Finished documents and comments are plain English: none has a phrase of this list.
+"""Documents, comments and the page are plain English: none has a phrase of this list.
 
 To check another document, add its name to CHECKED.
 """
@@ -29,14 +29,13 @@ PHRASES = [
 DOC_COMMENT = re.compile(r"^ *(?:.*; +)?///<? ?(?:What|The same|Whether|How)\b.*", re.MULTILINE)
 
 CHECKED = [
+    "CHANGELOG.md",
     "CONTRIBUTING.md",
-    "bench/README.md",
+    "README.md",
+    "bench/*.*",
     "data/README.md",
-    "doc/file-format.md",
-    "doc/restrain.md",
-    "doc/tables.md",
+    "doc/*.md",
     "doc/zorvela.1",
-    "doc/architecture.md",
     "doc/architecture.svg",
     "kit/include/zorvela/*.h",
     "src/**/*.h",
@@ -48,6 +47,19 @@ CHECKED = [
     "kit/train/**/*.h",
     "kit/train/**/*.cpp",
     "kit/util/*",
+    "python/*.*",
+    "python/*/*.py*",
+    "script/*",
+    "tests/docs/[!w]*",
+    "tests/program/*.py",
+    "tests/support/*.*",
+    "tests/support/*/[!h]*.py",
+    "tests/unit/*",
+    "web/*.*",
+    "web/module/*",
+    "web/npm/*",
+    "web/page/*",
+    "web/tests/*.*",
 ]
 
 # What a document may contain: our words where they are explained, and names of members.
@@ -56,14 +68,21 @@ EXCEPTIONS = {
 }
 
 
+# The comments of a source, the labels of a picture; a file of another kind is a page, whose code does not count.
+COMMENTS = {
+    (".h", ".cpp"): r"//[/<]*(.*)",
+    (".js", ".mjs", ".ts", ".in", ".css"): r"(?:^|\s)(?://|/?\*+(?!/))(.*)",
+    (".py", ".pyi", ".cmake", ".txt", ""): r'(?:^|\s)#(.*)|"""([^"]+)"""',
+    (".svg", ".html"): r">([^<]+)<(?!/style)",
+}
+
+
 def prose(name, text):
-    """The text without code: the comments of a header, the labels of a picture, a page without its code."""
-    if name.endswith((".h", ".cpp")):
-        text = "\n".join(re.findall(r"//[/<]*(.*)", text))
-    elif name.endswith(".svg"):
-        text = "\n".join(re.findall(r">([^<]+)</text>", text))
-    else:
-        text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
+    """Returns the text without code: the comments of a source, the labels of a picture, a page without its code."""
+    patterns = [pattern for suffixes, pattern in COMMENTS.items() if pathlib.PurePath(name).suffix in suffixes]
+    for pattern in patterns:
+        text = "\n".join(group for found in re.finditer(pattern, text, re.MULTILINE) for group in found.groups() if group)
+    text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
     text = re.sub(r"`[^`\n]*`", "CODE", text)
     for allowed in EXCEPTIONS.get(name, []):
         text = text.replace(allowed, "")
@@ -108,6 +127,10 @@ class Wording(unittest.TestCase):
         self.assertEqual(faults("page.md", "There is no prediction. See `room`.\n\n```console\nis no shift file\n```\n"), [])
         self.assertEqual(faults("page.svg", "<style>.room {}</style><text>kit/run</text>"), [])
         self.assertEqual(faults("file.h", 'throw Error("is no number");\n'), [])
+        for name, comment in (("a.py", 'fail("is no number")  # It stands here.\n'), ("script", "# It stands here.\n"),
+                              ("a.py", '"""It stands here."""\n'), ("a.js", '/** It stands here. */\n"is no number"\n'),
+                              ("a.html", '<p class="room">It stands here.</p>\n')):
+            self.assertEqual(len(faults(name, comment)), 1, comment)
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""zorvela-kit(1) and doc/kit.md have the thresholds, columns and reasons of the program and of its schema."""
+"""zorvela-kit(1) and its pages have the thresholds, columns and reasons of the program and of its schema."""
 import json
 import re
 import unittest
@@ -6,9 +6,9 @@ import unittest
 from zorvela_tests import program
 
 MAN_PAGE = (program.SOURCE / "doc" / "zorvela-kit.1").read_text(encoding="utf-8")
-DOCUMENT = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8")
+DOCUMENT = "".join((program.SOURCE / "doc" / page).read_text(encoding="utf-8") for page in ("run.md", "structures.md"))
 SCHEMA = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
-# Columns of the CSV file that stand elsewhere in the JSON file: beside the proline or in its protein.
+# Columns of the CSV file that are elsewhere in the JSON file: beside the proline or in its protein.
 OF_THE_PROTEIN = {"file", "chain", "list"}
 OF_REFERENCING = {"offset_ca", "offset_cb", "offset_ha", "offset_c", "to_correct", "corrected_ca", "corrected_cb",
                   "corrected_ha", "corrected_c"}

@@ -1,4 +1,4 @@
-"""The man page zorvela(1) has the options that the program accepts, and they do what it says."""
+"""The man page zorvela(1) has the options that the program accepts, with and without effect."""
 import re
 import unittest
 

@@ -1,4 +1,4 @@
-"""What the tests of the whole program share: tables to run it on, a clean run of it, and the comparison."""
+"""Helpers of the tests of the whole program: tables, a run in a folder of its own, and the comparison."""
 
 import os
 import re
@@ -33,7 +33,7 @@ resource.setrlimit(resource.RLIMIT_CORE, (0, 0))  # a run that ends abnormally l
 
 
 def progress(directory="./tab/", names=TABLE_NAMES[:5]):
-    """The progress lines of a run whose tables stand there."""
+    """Returns the progress lines of a run with tables in that folder."""
     return "".join("Reading %s from %s%s\n" % (text, directory, name) for text, name in zip(PROGRESS_TEXTS, names))
 
 
@@ -95,7 +95,7 @@ def plain_tables():
 
 
 def statistics_table(changes):
-    """Pro.cs.tab with the plain values but for some indices: {index: (avg_cis, std_cis, avg_trans, std_trans)}."""
+    """Pro.cs.tab with the plain values except for some indices: {index: (avg_cis, std_cis, avg_trans, std_trans)}."""
     plain = {index: (0, 1, 0, 1) for index in range(18)}
     plain[18] = (24.5, 1, 27, 1)
     plain.update(changes)
@@ -104,14 +104,14 @@ def statistics_table(changes):
 
 
 def mask(text):
-    """The running time masked, once it is seen to be a number of seconds as a stream prints it: six digits at most."""
+    """Masks the running time if it is a number of seconds with at most six digits."""
     def masked(found):
         return reference.TIME_LINE if "%g" % float(found.group(1)) == found.group(1) else found.group()
     return re.sub(r"(?m)^ Running time: ([0-9][0-9.e-]*) seconds\n", masked, text)
 
 
 def mask_credit(text):
-    """The author credit behind the version text masked."""
+    """Masks the author credit after the version."""
     return re.sub(r"(?m)^(Version 1\.01 \(build 2009\.1102\.12\)).*$", r"\1<credit>", text)
 
 
@@ -171,7 +171,7 @@ class ProgramTest(unittest.TestCase):
         return {**kept, **{name: value for name, value in result.items() if value is not None}}
 
     def run_program(self, *arguments, environment=None, directory=None, **streams):
-        """One run, its streams caught unless `streams` says where they go."""
+        """One run. Its streams are caught unless `streams` gives other targets."""
         streams = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "stdin": subprocess.DEVNULL, **streams}
         done = subprocess.run([PROGRAM, *arguments], cwd=directory or self.directory, timeout=PATIENCE,
                               env=self.environment(environment), check=False, **streams)

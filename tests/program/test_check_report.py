@@ -32,7 +32,7 @@ class Outliers(CheckReport):
                 lines += self.line(number, name, atom, "15.000", limit, mark)
         self.expect_report("AK", rows, lines)
 
-    def test_a_shift_that_is_no_number_is_listed(self):
+    def test_a_shift_of_nan_is_listed(self):
         rows = [row[:3] + ("nan",) if row[:3:2] == (2, "C") else row for row in coil_shifts("AKA")]
         self.expect_report("AKA", rows, self.line(2, "K", "C", "nan", "nan"))
 

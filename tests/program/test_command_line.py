@@ -42,7 +42,7 @@ class Usage(CommandLine):
     def test_help_with_an_empty_value_is_not_given(self):
         self.expect_run(["-help", "", "-in", "in.tab"])
 
-    def test_the_credit_stands_behind_the_version(self):
+    def test_the_credit_follows_the_version(self):
         raw = self.run_program("-help", environment={"LC_ALL": "C"})
         self.assertIn("\nVersion 1.01 (build 2009.1102.12)<credit>\n", raw.stderr)
 
@@ -53,12 +53,12 @@ class UnknownNames(CommandLine):
                 # Names that the settings know but the command line does not.
                 *((["-" + name, "in.tab"], name) for name in ("ref", "pdb", "count", "rc", "limits", "ZORVELADir")),
                 *((["-" + name, "in.tab"], name) for name in ("IN", "In", "Help", "NOCLIP", "tabdir", "bogus")),
-                # A name is not taken for its beginning.
+                # The beginning of a name is not a name.
                 *((["-" + name], name) for name in ("i", "inn", "firs", "noclips", "h", "n" * 100000)),
                 (["--in", "in.tab"], "-in"), (["--help"], "-help"), (["---in", "in.tab"], "--in"),
                 (["-in=in.tab"], "in=in.tab"),
                 (["-in\tin.tab"], "in\tin.tab"), (["-in\nx"], "in\nx"),
-                # What stands before the first minus sign is a piece without a name.
+                # Text before the first minus sign is a piece without a name.
                 (["x", "-in", "in.tab"], ""), (["in.tab"], ""), ([""], ""), (["", "-in", "in.tab"], ""), (["   "], ""),
                 (["-", "in", "in.tab"], ""), (["- in"], ""),
                 # A blank and a minus sign begin the next name.
@@ -102,7 +102,7 @@ class Values(CommandLine):
     def test_a_very_long_value(self):
         self.expect_unreadable("x" * 5000, "-in", "x" * 5000)
 
-    def test_a_name_that_is_no_ascii(self):
+    def test_a_name_that_is_not_ascii(self):
         self.write("Prolin-\xe9.tab", self.read("in.tab"))
         self.expect_run(["-in", "Prolin-\xe9.tab"], name="Prolin-\xe9.tab".encode("utf-8").decode("latin-1"))
 
@@ -134,7 +134,7 @@ class Range(CommandLine):
                 # 0 and text are 0: from the first residue on, or up to it.
                 *((["-first", value], every) for value in ("0", "x", "first", "+0")), (["-first"], every),
                 *((["-last", value], ()) for value in ("0", "x", "0x9")),
-                # Numbers are decimal, and what stands behind them is ignored.
+                # Numbers are decimal, and text after them is ignored.
                 (["-first", "3x", "-last", "5.9"], (5,)), (["-first", "003"], (5, 8)), (["-last", "7e2"], (2, 5)),
                 (["-first", "+3"], (5, 8)),
                 (["-last", "2147483647"], every), (["-first", "2147483647"], ())):
@@ -153,7 +153,7 @@ class Range(CommandLine):
         self.write("part.tab", protein(SEQUENCE + "A", [row for row in rows if row[0] >= 5]))
         self.expect(["-in", "part.tab", "-last", "3"], finished("part.tab", LINES[5]), written={
             "pred.tab": TABLE_HEAD + " 5 A P G  0  5  5 9999.000    0.500    0.050 \n"})
-        # Shifts up to 5; -first 9 becomes 6, which is no proline. Proline 5 would have passed.
+        # Shifts up to 5; -first 9 becomes 6, which is not a proline. Proline 5 would have passed.
         self.write("part.tab", protein(SEQUENCE + "A", [row for row in rows if row[0] <= 5]))
         self.expect(["-in", "part.tab", "-first", "9"], finished("part.tab"), written={"pred.tab": TABLE_HEAD})
         self.expect(["-in", "part.tab"], finished("part.tab", LINES[2] + LINES[5]), written={
@@ -250,9 +250,6 @@ class TableOptions(CommandLine):
 
 
 class EarlyEnds(CommandLine):
-    def test_a_missing_input(self):
-        self.expect_unreadable("nowhere.tab", "-in", "nowhere.tab")
-
     def test_a_missing_table(self):
         for count, name in ((1, "randcoil"), (2, "rcadj"), (3, "rcprev"), (4, "rcnext"), (5, "sslimit"), (5, "Pro.cs"),
                             (5, "Pro.seq")):

@@ -1,4 +1,4 @@
-"""Where the tables are looked for: ZORVELA_DIR, and without it the separator that PATH shows."""
+"""The folder of the tables: from ZORVELA_DIR, or with the separator that PATH shows."""
 
 from support import ROOT, TABLE_HEAD, ProgramTest, coil_shifts, finished, protein
 

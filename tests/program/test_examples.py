@@ -1,4 +1,4 @@
-"""The two proteins that come with the program, run from the repository's root as the README says."""
+"""The two proteins that come with the program, run from the root of the repository as in the README."""
 
 import os
 
@@ -29,17 +29,6 @@ class Examples(ProgramTest):
                                           (["-check"], expected.HERE + "/" + name + ".check", 255)):
                 with self.subTest(name, options=options):
                     self.compare(name, options, kind, status)
-
-    def test_default_table_is_pred_tab_in_the_current_directory(self):
-        result = self.run_program("-in", os.path.join(ROOT, "examples/ubiquitin.tab"),
-                                  environment={"ZORVELA_DIR": ROOT})
-        self.assertEqual(result.status, 0)
-        self.assertEqual(self.files(), {"pred.tab"})
-        self.assertEqual(self.read("pred.tab"), self.read_from_root("examples/ubiquitin.pred.tab"))
-
-    def test_ubiquitin_lists_its_prolines(self):
-        lines = self.read_from_root("examples/ubiquitin.out").split("\n")
-        self.assertEqual([line.split()[1] for line in lines if line.startswith("   ")], ["P19", "P37", "P38"])
 
     def test_nuclease_proline_117_is_the_one_that_looks_cis(self):
         listed = {line.split()[1]: float(line.split()[3])

@@ -2,7 +2,7 @@
 """Prints how many tests of a build passed, failed and were skipped: count_tests.py BUILD
 
 CTest runs whole files of tests; each of them leaves a report with its counts in BUILD/test-reports. An entry that
-failed without saying how counts as one failure.
+failed without a report counts as one failure.
 """
 import os
 import sys

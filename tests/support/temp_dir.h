@@ -1,5 +1,4 @@
-// A directory of a test's own, and the content of files: shared by the tests of the program and of the
-// companion.
+// A temporary directory, and the content of files, for the tests of the program and of the companion.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -8,7 +8,6 @@
 namespace {
 
 using support::addRow;
-using support::notANumber;
 using support::Output;
 using support::outputOf;
 using support::tableOf;
@@ -59,43 +58,26 @@ TEST_F(StraightLine, VectorsOfDifferentLengthsAreNotFittedAndChangeNothing) {
   EXPECT_EQ(error, -9.0F);
 }
 
-TEST_F(StraightLine, TwoPairsDivideTheErrorByZero) {
+TEST_F(StraightLine, FewPairsOrEqualXDivideByZero) {
   ASSERT_TRUE(fit({1.0F, 2.0F}, {3.0F, 5.0F}));
   // (10 x 2 - 1.5 x 8) / (4 x 2 - 1.5 x 3) = 8 / 3.5; 4 - 1.5 x 16/7 = 4/7
   EXPECT_FLOAT_EQ(slope, 16.0F / 7.0F);
   EXPECT_NEAR(intercept, 4.0 / 7.0, 1e-6);
   EXPECT_TRUE(std::isinf(error)) << "a residual that is not 0, over 0";
-}
-
-TEST_F(StraightLine, TwoPairsWithoutResidualHaveNoNumberForAnError) {
   // (1 x 2 - 0 x 0) / (1 x 2 - 0 x 0) = 1; 0 - 1 x 0 = 0; residual 1 - 1 = 0; 0 / 0
   ASSERT_TRUE(fit({-1.0F, 1.0F}, {-1.0F, 1.0F}));
   EXPECT_EQ(slope, 1.0F);
   EXPECT_EQ(intercept, 0.0F);
   EXPECT_TRUE(std::isnan(error));
-}
-
-TEST_F(StraightLine, OnePairIsALineThroughZeroWithAnErrorOfMinusZero) {
   ASSERT_TRUE(fit({2.0F}, {3.0F}));
   EXPECT_EQ(slope, 1.5F);
   EXPECT_EQ(intercept, 0.0F);
-  EXPECT_EQ(error, 0.0F);
-  EXPECT_TRUE(std::signbit(error));
-}
-
-TEST_F(StraightLine, NoPairsGiveNoNumbers) {
+  EXPECT_TRUE(error == 0.0F && std::signbit(error));
   ASSERT_TRUE(fit({}, {}));
-  EXPECT_TRUE(std::isnan(slope));
-  EXPECT_TRUE(std::isnan(intercept));
-  EXPECT_TRUE(std::isnan(error));
-}
-
-TEST_F(StraightLine, EqualXDivideByZero) {
+  EXPECT_TRUE(std::isnan(slope) && std::isnan(intercept) && std::isnan(error));
   // The pairs after the first: xy 2 and 3, xx 1 and 1. (2.5 x 3 - 1 x 6) / (3 - 3)
   ASSERT_TRUE(fit({1.0F, 1.0F, 1.0F}, {1.0F, 2.0F, 3.0F}));
-  EXPECT_TRUE(std::isinf(slope));
-  EXPECT_TRUE(std::isinf(intercept));
-  EXPECT_TRUE(std::isnan(error));
+  EXPECT_TRUE(std::isinf(slope) && std::isinf(intercept) && std::isnan(error));
 }
 
 // --- Report -------------------------------------------------------------------------------------
@@ -123,7 +105,7 @@ class CheckReport : public testing::Test {
     EXPECT_EQ(output.err, "");
     return output.out;
   }
-  // What stands between the two headings.
+  // The text between the two headings.
   std::string outliers() {
     const std::string text = report();
     EXPECT_EQ(text.substr(0, kOutlierHeading.size()), kOutlierHeading);
@@ -135,7 +117,7 @@ class CheckReport : public testing::Test {
     add("12", atom, shift);
     return outliers();
   }
-  // What stands after the second heading.
+  // The text after the second heading.
   std::string offsets() {
     const std::string text = report();
     return text.substr(text.find(kReferencingHeading) + kReferencingHeading.size());
@@ -163,7 +145,7 @@ TEST_F(CheckReport, OutliersAreMarkedFarBeyondTheirLimit) {
            // There are no limits of CG, which are 0.
            {"CG", "0.001", "   12 K  CG Secondary Shift:    0.001    Limit:    0.000 !\n"},
            {"CG", "0", ""},
-           // At its limit, or missing, a shift is no outlier.
+           // At its limit, or missing, a shift is not an outlier.
            {"CA", "3", ""},
            {"CA", "-3", ""},
            {"HA", "0.3", ""},
@@ -224,17 +206,6 @@ TEST_F(CheckReport, OffsetsAtTheirBoundsNeedNoCorrection) {
                            offsetLine("CB", "  1.250", " 0.000", "  3", true) +
                            offsetLine("HA", " -0.312", " 0.000", "  3", true) +
                            offsetLine("C'", " -1.500", " 0.000", "  3", true));
-}
-
-TEST_F(CheckReport, OneResidueHasOffsetsOfZeroAndErrorsOfMinusZero) {
-  add("5", "CA", "-3");
-  add("5", "CB", "1");
-  add("5", "HA", "0.25");
-  add("5", "C", "9999");
-  EXPECT_EQ(offsets(), offsetLine("CA", "  0.000", "-0.000", "  1", false) +
-                           offsetLine("CB", "  0.000", "-0.000", "  1", false) +
-                           offsetLine("HA", "  0.000", "-0.000", "  1", false) +
-                           offsetLine("C'", notANumber("%7.3f"), notANumber("%6.3f"), "  0", false));
 }
 
 TEST_F(CheckReport, AtomWithoutARowCountsAsAShiftOfZero) {

@@ -1,4 +1,4 @@
-// What the fuzzer of the table reader starts from, and what it found worth keeping, once more.
+// The files that the fuzzer of the table reader starts from, and those that it found.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>

@@ -111,14 +111,11 @@ TEST_F(Probability, KeepsDenormalProductsInSinglePrecision) {
   EXPECT_EQ(predict().pCisNorm, 0x1.cf2292p-6F);
 }
 
-TEST_F(Probability, IsNoNumberWhereBothProductsUnderflow) {
+TEST_F(Probability, IsZeroOneOrNoNumberWhereProductsUnderflow) {
   // 18 factors exp(-0.5 x 6^2) make exp(-324): 0 in single precision, but not in double.
   for (int k = 0; k < 18; ++k) setShift(k, "6");
   EXPECT_TRUE(std::isnan(predict().pCis));
   EXPECT_TRUE(std::isnan(predict().pCisNorm));
-}
-
-TEST_F(Probability, IsZeroOrOneWhereOneProductUnderflows) {
   for (int k = 0; k < 18; ++k) {
     setStatistics(k, 0.0F, 6.25F, 1.0F, 1.0F);
     setShift(k, "6.5");

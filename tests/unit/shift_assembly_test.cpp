@@ -106,13 +106,6 @@ TEST_F(ShiftAssembly, TableOfSecondaryShiftsKeepsHeaderAndOtherColumns) {
   EXPECT_EQ(zorvela.csTable.getEntry(1).at("SHIFT"), "53");
 }
 
-TEST_F(ShiftAssembly, MissingShiftsAreCounted) {
-  assemble("KA", "2 A CA 52.5\n2 A HB 1.4\n");
-  EXPECT_EQ(zorvela.missingCount.at(1), 6);
-  EXPECT_EQ(zorvela.missingCount.at(2), 5);
-  EXPECT_EQ(shift(2, "N"), "9999");
-}
-
 TEST_F(ShiftAssembly, ObservedShiftIsReadToSinglePrecisionBeforeTheReferenceIsSubtracted) {
   // 176.123456 and 176.123 in single precision differ by 30 x 2^-16 = 0.000457764; in double by 0.000456.
   zorvela.rcTable = tableOf("VARS RESNAME C\nFORMAT %s %f\nA 176.123\n");
@@ -138,7 +131,7 @@ TEST_F(ShiftAssembly, UnknownTypeHasNoSecondaryShiftButMissesNothing) {
   EXPECT_EQ(shift(2, "CA"), "9999");
   EXPECT_EQ(shift(2, "CB"), "9999");
   EXPECT_EQ(zorvela.missingCount.at(2), 4);
-  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 9994.0F) << "kept as it is summed";
+  EXPECT_EQ(zorvela.rcShifts.at(2).at("CA"), 9994.0F) << "the sum";
 }
 
 TEST_F(ShiftAssembly, ReferenceOf999IsUnknownAndJustBelowItIsNot) {
@@ -161,7 +154,7 @@ TEST_F(ShiftAssembly, KnownTypeWithoutTheAtomColumnHasTheObservedShift) {
   EXPECT_EQ(shift(1, "CB"), "19");
 }
 
-TEST_F(ShiftAssembly, ResidWithLeadingZerosIsNoResidueButCountsInRangeAndNameCheck) {
+TEST_F(ShiftAssembly, ResidWithLeadingZerosHasNoShiftsButCountsInRangeAndNameCheck) {
   const Output output = assemble("AAAAAAAA", "007 K CA 53.5\n2 A CA 52.5\n");
   EXPECT_EQ(shift(7, "CA"), "9999");
   EXPECT_EQ(zorvela.missingCount.at(7), 6);
@@ -238,7 +231,7 @@ TEST_F(ShiftAssembly, ProlineCGIsTheObservedShift) {
   EXPECT_EQ(zorvela.cgShifts, (std::map<int, float>{{2, 24.5F}, {4, 9999.0F}}));
 }
 
-TEST_F(ShiftAssembly, LowerCasePIsNoProline) {
+TEST_F(ShiftAssembly, LowerCasePIsNotAProline) {
   zorvela.rcTable = tableOf("VARS RESNAME N\nFORMAT %s %f\np 136.5\n");
   assemble("Ap", "2 p N 136\n2 p CG 24.5\n");
   EXPECT_EQ(shift(2, "N"), "-0.5");
@@ -247,20 +240,20 @@ TEST_F(ShiftAssembly, LowerCasePIsNoProline) {
 
 // --- Range and names ----------------------------------------------------------------------------
 
-TEST_F(ShiftAssembly, DefaultRangeBecomesThatOfTheShiftsAndOneFurther) {
+TEST_F(ShiftAssembly, DefaultRangeIsThatOfTheShiftsAndOneFurtherWithinTheSequence) {
   assemble(std::string(76, 'A'), "5 A CA 52\n60 A CA 52\n");
   EXPECT_EQ(zorvela.minResid, 5);
   EXPECT_EQ(zorvela.maxResid, 61);
   EXPECT_EQ(zorvela.firstResid, 5);
   EXPECT_EQ(zorvela.lastResid, 61);
   EXPECT_EQ(zorvela.seqLength, 76);
-}
-
-TEST_F(ShiftAssembly, RangeDoesNotReachPastTheSequence) {
   assemble("AAAAA", "2 A CA 52\n5 A CA 52\n");
   EXPECT_EQ(zorvela.maxResid, 5);
   assemble("AAAAA", "2 A CA 52\n9 A CA 52\n");
-  EXPECT_EQ(zorvela.maxResid, 9) << "a stray row counts";
+  EXPECT_EQ(zorvela.maxResid, 9) << "a row beyond the sequence counts";
+  assemble("AA", "1500 A CA 52\n");
+  EXPECT_EQ(zorvela.minResid, 999) << "the smallest number starts at 999";
+  EXPECT_EQ(zorvela.maxResid, 1500);
 }
 
 TEST_F(ShiftAssembly, FirstAndLastAreBroughtIntoTheRange) {
@@ -276,12 +269,6 @@ TEST_F(ShiftAssembly, FirstAndLastAreBroughtIntoTheRange) {
   EXPECT_EQ(range(100, 20), std::make_pair(20, 61)) << "first goes down to 61, then the two are swapped";
   EXPECT_EQ(range(7, 7), std::make_pair(7, 7));
   EXPECT_EQ(range(-50, INT_MAX), std::make_pair(5, 61));
-}
-
-TEST_F(ShiftAssembly, SmallestResidueNumberStartsAt999) {
-  assemble("AA", "1500 A CA 52\n");
-  EXPECT_EQ(zorvela.minResid, 999);
-  EXPECT_EQ(zorvela.maxResid, 1500);
 }
 
 TEST_F(ShiftAssembly, InputWithoutRowsHasAnEmptyRange) {
@@ -345,15 +332,6 @@ TEST_F(ShiftAssembly, RowNumbersBehindASecondFormatNeedNotStartAtOne) {
   EXPECT_EQ(zorvela.csTable.getEntryCount(), 2) << "no row was added by counting";
   EXPECT_EQ(shift(1, "CA"), "0.5");
   EXPECT_EQ(shift(2, "CA"), "0.5");
-}
-
-TEST_F(ShiftAssembly, WithoutASequenceNoResidueIsNamed) {
-  const Output output = outputOf([&] { zorvela.getResInfo(); });
-  EXPECT_EQ(output.err, "");
-  EXPECT_TRUE(zorvela.resNames.empty());
-  EXPECT_TRUE(zorvela.rcShifts.empty());
-  EXPECT_TRUE(zorvela.missingCount.empty());
-  EXPECT_EQ(zorvela.seqLength, 0);
 }
 
 TEST_F(ShiftAssembly, TheNeighboursOfTheEndsAreNamedWithoutAName) {

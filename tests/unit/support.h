@@ -1,9 +1,8 @@
-// What the unit tests share: environment variables, captured output, small tables.
+// Helpers of the unit tests: environment variables, captured output, small tables.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <optional>
@@ -37,7 +36,7 @@ class ScopedEnv {
   std::optional<std::string> before;
 };
 
-/// What an action writes to standard output and to standard error.
+/// The text that an action writes to standard output and to standard error.
 struct Output {
   std::string out;
   std::string err;
@@ -54,7 +53,7 @@ Output outputOf(Action action) {
   return output;
 }
 
-/// The table that a file with this text holds.
+/// Returns the table of a file with this text.
 inline GDB tableOf(const std::string& text) {
   const TempDir dir;
   return GDB(dir.write("table.tab", text));
@@ -75,7 +74,7 @@ inline void addRow(GDB& table, const GDB::Row& row) {
   for (const auto& [col, value] : row) table.setEntry(number, col, value);
 }
 
-/// A small table of random-coil shifts; all values are exact in single precision.
+/// Returns a small table of random-coil shifts; all values are exact in single precision.
 inline GDB randomCoil() {
   return tableOf(
       "VARS RESNAME N HA C CA CB HN\nFORMAT %s %f %f %f %f %f %f\n"
@@ -83,14 +82,6 @@ inline GDB randomCoil() {
       "G 109 4 174 45 0 8.5\n"
       "K 120.5 4.5 176.5 56.5 33 8\n"
       "P 136.5 4.5 177 63.5 32 0\n");
-}
-
-/// How this machine prints 0/0, with the sign that its division gives.
-inline std::string notANumber(const char* format) {
-  volatile float zero = 0.0F;
-  char text[32];
-  std::snprintf(text, sizeof text, format, static_cast<double>(zero / zero));
-  return text;
 }
 
 }  // namespace support

@@ -94,32 +94,22 @@ TEST(TableModel, RowNumberFiveOfThreeRowsIsEmptyAndIsInserted) {
   EXPECT_EQ(table.getEntryCount(), 4) << "only the first time";
 }
 
-TEST(TableModel, AddEntryOnAnEmptyTableMakesRow1AndSetEntryFillsIt) {
-  GDB table;
-  table.addEntry("RESID", "2");
-  table.setEntry(1, "RESNAME", "K");
-  EXPECT_EQ(table.getEntryCount(), 1);
-  EXPECT_EQ(table.entries.at(1), (GDB::Row{{"RESID", "2"}, {"RESNAME", "K"}}));
-}
-
-TEST(TableModel, AddEntryGoesOnFromTheRowCount) {
+TEST(TableModel, AddEntryTakesTheNumberAfterTheRowCount) {
   GDB table;
   table.addEntry("RESID", "1");
   table.addEntry("RESID", "2");
-  EXPECT_EQ(table.entries.at(2), (GDB::Row{{"RESID", "2"}}));
-  // With rows 1, 2 and 9 the count is 3: the next row is row 4.
+  table.setEntry(2, "RESNAME", "K");
   table.setEntry(9, "RESID", "9");
   table.addEntry("RESID", "4");
-  EXPECT_EQ(table.entries.at(4), (GDB::Row{{"RESID", "4"}}));
-}
-
-TEST(TableModel, AddEntryCanMeetARowThatIsThere) {
-  // One row, number 2: the next number is 2 as well.
-  GDB table;
-  table.setEntry(2, "RESID", "2");
-  table.addEntry("SHIFT", "8.1");
-  EXPECT_EQ(table.getEntryCount(), 1);
-  EXPECT_EQ(table.entries.at(2), (GDB::Row{{"RESID", "2"}, {"SHIFT", "8.1"}}));
+  EXPECT_EQ(table.entries, (std::map<int, GDB::Row>{{1, {{"RESID", "1"}}},
+                                                    {2, {{"RESID", "2"}, {"RESNAME", "K"}}},
+                                                    {4, {{"RESID", "4"}}},
+                                                    {9, {{"RESID", "9"}}}}));
+  // One row, number 2: the next number is 2 again.
+  GDB other;
+  other.setEntry(2, "RESID", "2");
+  other.addEntry("SHIFT", "8.1");
+  EXPECT_EQ(other.entries, (std::map<int, GDB::Row>{{2, {{"RESID", "2"}, {"SHIFT", "8.1"}}}}));
 }
 
 TEST(TableModel, CellThatARowLacksReadsAsEmptyText) {
@@ -159,31 +149,18 @@ TEST(TableModel, ColumnTypeNeedsTheLetterExactlyOnce) {
 
 // --- Column editing -----------------------------------------------------------------------------
 
-TEST(TableModel, IsVarIntCountsFromZeroWhereSetVarCountsFromOne) {
-  GDB table;
-  table.setVAR(1, "RESID", "%4d");
-  EXPECT_TRUE(table.isVarInt(0));
-  EXPECT_FALSE(table.isVarInt(1));
-}
-
-TEST(TableModel, SetVarReplacesAColumnAndLeavesTheRows) {
+TEST(TableModel, SetVarCountsFromOneAndReplacesOrAddsAColumn) {
   GDB table = shiftColumns();
   table.addEntry("SHIFT", "8.1");
-  const Output output = outputOf([&] { table.setVAR(4, "PPM", "%9.4f"); });
+  const Output output = outputOf([&] {
+    table.setVAR(4, "PPM", "%9.4f");
+    table.setVAR(5, "NOTE", "%s");
+    table.addVAR("MORE", "%s ");
+  });
   EXPECT_EQ(output.err, "");
-  EXPECT_EQ(table.columnNames.at(3), "PPM");
-  EXPECT_EQ(table.columnFormats.at(3), "%9.4f");
-  EXPECT_EQ(table.columnCount, 4);
-  EXPECT_EQ(table.entries.at(1), (GDB::Row{{"SHIFT", "8.1"}}));
-}
-
-TEST(TableModel, SetVarOnePastTheLastAddsAColumn) {
-  GDB table = shiftColumns();
-  const Output output = outputOf([&] { table.setVAR(5, "NOTE", "%s"); });
-  EXPECT_EQ(output.err, "");
-  EXPECT_EQ(table.columnCount, 5);
-  EXPECT_EQ(table.columnNames.at(4), "NOTE");
-  EXPECT_EQ(table.columnFormats.at(4), "%s");
+  EXPECT_EQ(stateOf(table),
+            "6;0RESID;1RESNAME;2ATOMNAME;3PPM;4NOTE;5MORE;"
+            "0%4d ;1%1s ;2%4s  ;3%9.4f;4%s;5%s ;1 SHIFT=8.1;");
 }
 
 TEST(TableModel, SetVarThatIsRefusedSaysSoAndChangesNothing) {
@@ -209,17 +186,7 @@ TEST(TableModel, SetVarThatIsRefusedSaysSoAndChangesNothing) {
   }
 }
 
-TEST(TableModel, AddVarAppendsAColumnAndLeavesTheRows) {
-  GDB table = shiftColumns();
-  table.addEntry("SHIFT", "8.1");
-  table.addVAR("NOTE", "%s ");
-  EXPECT_EQ(table.columnCount, 5);
-  EXPECT_EQ(table.columnNames.at(4), "NOTE");
-  EXPECT_EQ(table.columnFormats.at(4), "%s ");
-  EXPECT_EQ(table.getEntryCount(), 1);
-}
-
-TEST(TableModel, AddVarChecksFormatAndNameAsSetVarDoes) {
+TEST(TableModel, AddVarChecksFormatAndName) {
   GDB table = shiftColumns();
   const std::string before = stateOf(table);
   const Output output = outputOf([&] {
@@ -232,33 +199,19 @@ TEST(TableModel, AddVarChecksFormatAndNameAsSetVarDoes) {
 
 // --- Data pairs, remarks, residues --------------------------------------------------------------
 
-TEST(TableModel, TwoSequencePairsJoin) {
+TEST(TableModel, GetDataTakesTheTextAfterTheFirstBlank) {
   GDB table;
   table.setData("SEQUENCE", "MKT");
   table.setData("SEQUENCE", "AYI");
-  EXPECT_EQ(table.getData("SEQUENCE"), "MKTAYI");
-  EXPECT_EQ(table.dataLines, (std::vector<std::string>{"SEQUENCE MKT", "SEQUENCE AYI"}));
-}
-
-TEST(TableModel, GetDataTakesTheTextAfterTheFirstBlankAsItStands) {
-  GDB table;
   table.setData("NOTE", "two  words ");
+  table.setData("EMPTY", "");
+  table.dataLines.push_back("BARE");
+  EXPECT_EQ(table.dataLines,
+            (std::vector<std::string>{"SEQUENCE MKT", "SEQUENCE AYI", "NOTE two  words ", "EMPTY ", "BARE"}));
+  EXPECT_EQ(table.getData("SEQUENCE"), "MKTAYI") << "two pairs are joined";
   EXPECT_EQ(table.getData("NOTE"), "two  words ");
-  EXPECT_EQ(table.getData("note"), "");
-  EXPECT_EQ(table.getData("NOT"), "");
-}
-
-TEST(TableModel, GetDataOfABarePairIsTheKeyItself) {
-  GDB table;
-  table.dataLines.push_back("K");
-  EXPECT_EQ(table.getData("K"), "K");
-}
-
-TEST(TableModel, GetDataOfAnEmptyValueIsEmpty) {
-  GDB table;
-  table.setData("K", "");
-  EXPECT_EQ(table.dataLines.at(0), "K ");
-  EXPECT_EQ(table.getData("K"), "");
+  for (const char* key : {"note", "NOT", "EMPTY"}) EXPECT_EQ(table.getData(key), "") << key;
+  EXPECT_EQ(table.getData("BARE"), "BARE");
 }
 
 TEST(TableModel, AddRemarkKeepsTheOrder) {

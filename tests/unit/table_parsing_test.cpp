@@ -1,4 +1,4 @@
-// What is wrong with a table file, told to the caller, who sees the table as it was.
+// The fault of a table file, for the caller, whose table does not change.
 #include <sstream>
 #include <stdexcept>
 #include <vector>
@@ -28,7 +28,7 @@ TEST(TableParsing, GivesItsCallerTheFaultWithItsLine) {
     EXPECT_EQ(fault->line, 3U);
   });
   EXPECT_EQ(output.out, "");
-  EXPECT_EQ(output.err, "") << "what is said of it is the caller's business";
+  EXPECT_EQ(output.err, "") << "messages are up to the caller";
 }
 
 TEST(TableParsing, OfAFileThatIsNotThereSaysSo) {

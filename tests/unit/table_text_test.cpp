@@ -81,24 +81,17 @@ TEST(TableText, SectionJoinsTheFieldsFromFirstToLast) {
 }
 
 TEST(TableText, IntegersAreReadInBase10FromTheLeadingPart) {
-  EXPECT_EQ(GDB::toInt("42"), 42);
-  EXPECT_EQ(GDB::toInt("  -7x"), -7);
-  EXPECT_EQ(GDB::toInt("007"), 7) << "no octal";
-  EXPECT_EQ(GDB::toInt("0x10"), 0) << "no hexadecimal";
-  EXPECT_EQ(GDB::toInt("3.9"), 3);
-}
-
-TEST(TableText, TextThatIsNoNumberReadsAsZero) {
-  EXPECT_EQ(GDB::toInt(""), 0);
-  EXPECT_EQ(GDB::toInt("abc"), 0);
-  EXPECT_EQ(GDB::toFloat(""), 0.0F);
-  EXPECT_EQ(GDB::toFloat("abc"), 0.0F);
-  EXPECT_EQ(GDB::toFloat("-"), 0.0F);
-}
-
-TEST(TableText, IntegersBeyond32BitsDoNotCrash) {
-  EXPECT_EQ(GDB::toInt("2147483647"), INT_MAX);
-  EXPECT_EQ(GDB::toInt("4294967297"), 1) << "2^32 + 1 keeps its low 32 bits";
+  for (const auto& [text, number] :
+       std::map<std::string, int>{{"42", 42},
+                                  {"  -7x", -7},
+                                  {"007", 7},   // not octal
+                                  {"0x10", 0},  // not hexadecimal
+                                  {"3.9", 3},
+                                  {"", 0},
+                                  {"abc", 0},
+                                  {"2147483647", INT_MAX},
+                                  {"4294967297", 1}})  // the low 32 bits of 2^32 + 1
+    EXPECT_EQ(GDB::toInt(text), number) << text;
   GDB::toInt(std::string(10000, '9'));
 }
 
@@ -107,11 +100,12 @@ TEST(TableText, RealsAreReadToSinglePrecision) {
   EXPECT_EQ(GDB::toFloat("0.1"), 13421773.0F / 134217728.0F);
   EXPECT_EQ(GDB::toFloat("56.5xyz"), 56.5F);
   EXPECT_EQ(GDB::toFloat("-1.25e2"), -125.0F);
+  for (const char* text : {"", "abc", "-"}) EXPECT_EQ(GDB::toFloat(text), 0.0F) << text;
 }
 
 // --- Numbers ------------------------------------------------------------------------------------
 
-// Texts of digits, points and signs, and of whatever else a number may hold.
+// Texts of digits, points and signs, and of other characters that a number may have.
 TEST(TableText, ReadsNumbersAsStrtodAndStrtolDo) {
   const std::string usual = "0123456789.-";
   const std::string unusual = "0123456789..-+eExXnaif \t";

@@ -1,4 +1,4 @@
-# Copies FILES into the folder SITE and makes the service worker that keeps them from its TEMPLATE. A change of any
+# Copies FILES into the folder SITE, and makes the service worker that keeps them from TEMPLATE. A change of any
 # file changes the name of the cache, so that browsers fetch the new version.
 file(REMOVE_RECURSE ${SITE})
 set(SITE_FILES "\"./\"")

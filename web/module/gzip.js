@@ -1,10 +1,10 @@
-// Unpacks gzipped bytes with what browsers and Node bring along.
+// Unpacks gzipped bytes with `DecompressionStream` of browsers and Node.
 import { Fault } from "./zorvela.js";
 
-/** The largest file in bytes, unpacked: as much as the library takes. */
+/** The largest unpacked file in bytes that the library accepts. */
 export const LARGEST_INPUT = 256 * 2 ** 20;
 
-/** A file that cannot be handed to the library; `fault` is a member of `Fault`. */
+/** A file that cannot be given to the library; `fault` is a member of `Fault`. */
 export class InputError extends Error {
   constructor(fault) {
     super(Object.keys(Fault).find((name) => Fault[name] === fault));
@@ -14,14 +14,14 @@ export class InputError extends Error {
 
 const isPartAt = (bytes, at) => bytes[at] === 0x1f && bytes[at + 1] === 0x8b;
 
-/** What Node says by the error codes of zlib: its writes succeed before the bytes are looked at. */
+/** Returns the fault by the error code of zlib. In Node a write succeeds before the bytes are checked. */
 function nodeFault(error) {
   const code = error.code ?? error.cause?.code;
   if (code === undefined) return undefined;
   return code === "Z_BUF_ERROR" ? Fault.cutGzip : Fault.damagedGzip;
 }
 
-/** The content of one gzip part that fills the bytes to their end. */
+/** Returns the content of one gzip part, which must end where the bytes end. */
 async function unpackPart(bytes, room) {
   const stream = new DecompressionStream("gzip");
   const chunks = [];
@@ -39,7 +39,7 @@ async function unpackPart(bytes, room) {
     }
   })();
   const writer = stream.writable.getWriter();
-  // What is damaged fails as it is written, what is cut fails at the end.
+  // Damaged bytes fail while they are written, a cut file fails at the end.
   let fault = Fault.damagedGzip;
   const writing = (async () => {
     await writer.write(bytes);
@@ -64,14 +64,14 @@ function joined(chunks, size) {
   return all;
 }
 
-/** The places after `from` where another gzip part may begin. */
+/** Finds the places after `from` where another gzip part may begin. */
 function* laterParts(bytes, from) {
   for (let at = bytes.indexOf(0x1f, from); at >= 0; at = bytes.indexOf(0x1f, at + 1))
     if (isPartAt(bytes, at) && bytes[at + 2] === 8) yield at;
 }
 
-// A file may hold several parts one after the other, and the streams take but one. A part ends where the rest
-// can be unpacked with its check sum right; the mark of a part turns up by chance once in 16 MB.
+// A file may have several parts, one after the other, and a stream reads only one. A part ends where the next mark of a
+// part begins, if its check sum is right; a mark occurs by chance once in 16 MB.
 const MOST_TRIALS = 10000;
 
 async function unpackParts(bytes) {
@@ -100,7 +100,7 @@ async function unpackParts(bytes) {
   return joined(chunks, size);
 }
 
-/** The bytes, unpacked where they are gzipped. Throws an InputError. */
+/** Returns the bytes, unpacked if they are gzipped. Throws an InputError. */
 export async function unpacked(bytes) {
   if (!isPartAt(bytes, 0)) return bytes;
   try {

@@ -1,15 +1,15 @@
-// The library for JavaScript: the module's functions with texts, bytes and errors as JavaScript has them. The
-// page's worker and the npm package stand on it; binding.cpp is the other half.
+// The library for JavaScript: the module's functions with strings, bytes and errors of JavaScript. The page's worker
+// and the npm package use it; binding.cpp is the other half.
 
-/** Why the bytes of a file could not be handed over. The library has the words; the order is that of `InputFault`. */
+/** Why the bytes of a file could not be read. The library has the messages, in the order of `InputFault`. */
 export const Fault = Object.freeze({ unreadable: 0, damagedGzip: 1, cutGzip: 2, tooLarge: 3, noMemory: 4 });
 
 const encoder = new TextEncoder();
 const decoder = new TextDecoder();
 
-/** What the module asks of its host: it has no files, no environment and no streams. */
+/** Returns the functions that the module imports: it has no files, no environment and no streams. */
 function hostFunctions(memoryOf) {
-  const kNotSupported = 58; // as WASI numbers its errors
+  const kNotSupported = 58; // number of this error in WASI
   const ok = () => 0;
   return {
     env: { emscripten_notify_memory_growth() {} },
@@ -32,10 +32,10 @@ function hostFunctions(memoryOf) {
   };
 }
 
-/** Memory ran out, or the module failed; it must not be used any more. */
+/** Memory ran out or the module failed; the module must not be used any more. */
 export class ModuleFailure extends Error {}
 
-/** The module with a memory of its own. */
+/** The module with its own memory. */
 export class Zorvela {
   #exports;
 
@@ -48,7 +48,7 @@ export class Zorvela {
     return zorvela;
   }
 
-  /** Calls a function of the module. A trap, as for a stack that overflows, is a ModuleFailure. */
+  /** Calls a function of the module. A trap, such as a stack overflow, is a ModuleFailure. */
   call(name, ...values) {
     try {
       return this.#exports[name](...values);
@@ -63,7 +63,7 @@ export class Zorvela {
     return pointer;
   }
 
-  /** Runs `use` with the bytes, or a string in UTF-8, as an object of the module. */
+  /** Calls `use` with the bytes, or with a string in UTF-8, as an object of the module. */
   withText(content, use) {
     const bytes = typeof content === "string" ? encoder.encode(content) : content;
     const text = this.#pointer("text_new", bytes.length);
@@ -73,7 +73,7 @@ export class Zorvela {
     return result;
   }
 
-  /** The bytes of a text that a function of the module returns. */
+  /** Returns the bytes of a text that a function of the module returns. */
   takeBytes(name, ...values) {
     const text = this.#pointer(name, ...values);
     const bytes = new Uint8Array(this.#exports.memory.buffer, this.call("text_data", text) >>> 0,
@@ -87,24 +87,24 @@ export class Zorvela {
   }
 
   /**
-   * {version, tables, formats, restraints}: of the library and its reference tables, the names of its report formats,
-   * and for each structure calculation program {name, writes, ending, needsModel}.
+   * Returns {version, tables, formats, restraints}: the versions of the library and its reference tables, the names of
+   * its report formats, and for each restraint format {name, writes, ending, needsModel}.
    */
   about() {
     return JSON.parse(this.takeText("about"));
   }
 
-  /** [{chain, list}]: what can be chosen in a file; empty where it cannot be read. */
+  /** Returns [{chain, list}], the chains and shift lists of a file; empty if it cannot be read. */
   contents(name, bytes) {
     return JSON.parse(this.withText(name, (n) => this.withText(bytes, (b) => this.takeText("contents", n, b))));
   }
 
-  /** What the (unpacked) bytes of a file hold: "shifts", also for what is not known, "nef", "structure" or "sequence". */
+  /** Returns the kind of unpacked bytes: "nef", "structure", "sequence", or for anything else "shifts". */
   kindOf(bytes) {
     return ["shifts", "nef", "structure", "sequence"][this.withText(bytes, (b) => this.call("kind_of", b))];
   }
 
-  /** A run with choices {chains, lists, asReferenced, deuterated, firstResidue}, as the options of zorvela-kit run have them. */
+  /** Starts a run with choices {chains, lists, asReferenced, deuterated, firstResidue}, the options of `zorvela-kit run`. */
   newRun({ chains = [], lists = [], asReferenced = false, deuterated, firstResidue } = {}) {
     const flags = [asReferenced, deuterated === true, deuterated === false].map(Number);
     const run = this.#pointer("run_new", ...flags);
@@ -129,37 +129,37 @@ class Run {
     return this.#zorvela.withText(name, (n) => this.#zorvela.withText(bytes, (b) => use(n, b)));
   }
 
-  /** Predicts the prolines in the (unpacked) bytes of a file. What is wrong with it is in the report. */
+  /** Predicts the prolines in the unpacked bytes of a file. The report has its errors. */
   add(name, bytes) {
     this.#with(name, bytes, (n, b) => this.#zorvela.call("run_add", this.#run, n, b));
   }
 
-  /** Takes the bytes of the sequence of the files after it; without bytes they have none. */
+  /** Sets the sequence of the files after it; without bytes they have none. */
   setSequence(name, bytes = new Uint8Array()) {
     this.#with(name, bytes, (n, b) => this.#zorvela.call("run_sequence", this.#run, n, b));
   }
 
-  /** Takes the bytes of a structure, with which the files after it are compared. */
+  /** Adds a structure to compare the files after it with. */
   addStructure(name, bytes) {
     this.#with(name, bytes, (n, b) => this.#zorvela.call("run_add_structure", this.#run, n, b));
   }
 
-  /** Puts a file that could not be handed over into the report, with one of the reasons in `Fault`. */
+  /** Adds a file that could not be read to the report, with a reason of `Fault`. */
   addFault(name, fault) {
     this.#zorvela.withText(name, (n) => this.#zorvela.call("run_add_fault", this.#run, n, fault));
   }
 
-  /** The bytes of a report in the format "table", "csv", "json" or "html". */
+  /** Returns the bytes of a report in the format "table", "csv", "json" or "html". */
   report(format) {
     return this.#zorvela.withText(format, (f) => this.#zorvela.takeBytes("run_report", this.#run, f));
   }
 
-  /** {proteins: [{file, chain, list}], errors, warnings, notes, structures}: lines, and how many structures there are. */
+  /** Returns {proteins: [{file, chain, list}], errors, warnings, notes, needsSequence, structures}; the last is a count. */
   summary() {
     return JSON.parse(this.#zorvela.takeText("run_summary", this.#run));
   }
 
-  /** The bytes of the shift table of a protein of the report, counted from 0. */
+  /** Returns the bytes of the shift table of a protein of the report, counted from 0. */
   shiftTable(index) {
     return this.#zorvela.takeBytes("run_shift_table", this.#run, index);
   }
@@ -168,13 +168,13 @@ class Run {
     return { bytes, ...JSON.parse(this.#zorvela.takeText("run_outcome", this.#run)) };
   }
 
-  /** {bytes, notes, error}: a NEF file of the run with the calls as flags; `error` is empty, or why there are none. */
+  /** Returns {bytes, notes, error}: a NEF file of the run with the calls as flags. `error` is empty, or tells why not. */
   flaggedNef(name, bytes, { trans = false, replace = false } = {}) {
     return this.#outcome(this.#with(name, bytes, (n, b) =>
       this.#zorvela.takeBytes("run_flagged_nef", this.#run, n, b, trans ? 1 : 0, replace ? 1 : 0)));
   }
 
-  /** The same of the cis prolines of all files, for a program of `about().restraints`, with chains "OLD=NEW" or "NEW". */
+  /** Returns {bytes, notes, error}: the cis prolines of all files, for a name of `about().restraints`. `chainAs` renames chains: "OLD=NEW" or "NEW". */
   restraints(program, chainAs = []) {
     return this.#outcome(this.#with(program, chainAs.join("\n"),
       (p, c) => this.#zorvela.takeBytes("run_restraints", this.#run, p, c)));

@@ -1,10 +1,10 @@
-// Cis or trans prolines from chemical shifts: what index.js and node.js have in common.
+// The functions of the package, for index.js and node.js.
 import { InputError, LARGEST_INPUT, unpacked } from "./gzip.js";
 import { Fault, ModuleFailure, Zorvela } from "./zorvela.js";
 
 const HINT = "copy zorvela.wasm of the package there, or give its address or bytes to load()";
 
-/** The bytes at an address; an error that says what is wrong with it. */
+/** Returns the bytes at an address. Rejects with an error that names the address and the remedy. */
 export async function fetched(address) {
   let response;
   try {
@@ -27,7 +27,7 @@ async function compile(source, read) {
   }
 }
 
-/** The shifts cannot be predicted; `message` says why, and what to do. */
+/** The shifts cannot be predicted; `message` tells why, and what to do. */
 export class PredictionError extends Error {
   name = "PredictionError";
 }
@@ -40,7 +40,7 @@ const IS_RIGHT = {
   flag: (v) => typeof v === "boolean",
   text: (v) => typeof v === "string",
   number: (v) => Number.isInteger(v) && Math.abs(v) < 2 ** 31,
-  files: () => true, // looked at as files
+  files: () => true, // checked when they are read
 };
 
 function checkOneOf(names, name, what) {
@@ -55,7 +55,7 @@ function checkOptions(options, more = {}) {
   }
 }
 
-/** Files as [{name, content}]: one or several, of which some have names. */
+/** Returns one or several inputs as [{name, content}], numbered if they have no names. */
 function namedInputs(inputs, called = "input") {
   const all = Array.isArray(inputs) ? inputs : [inputs];
   return all.map((input, index) => ({
@@ -72,7 +72,7 @@ async function bytesOf(input) {
   throw new TypeError("give the content of a file: a string, a File or Blob, an ArrayBuffer or an array of bytes");
 }
 
-/** Gives the unpacked bytes of a file to a function of the run, and returns them. */
+/** Unpacks a file, passes the bytes to a function of the run, and returns them. */
 async function addFile(run, { name, content }, add) {
   let bytes = await bytesOf(content);
   try {
@@ -89,8 +89,8 @@ async function addFile(run, { name, content }, add) {
 const decoded = (bytes) => new TextDecoder().decode(bytes);
 
 /**
- * The functions of the package, see index.d.ts. The module comes from `findDefault()`, an address or bytes, unless the
- * user gives another; `read(address)` gives the bytes at an address.
+ * Returns the functions of the package, see index.d.ts. `findDefault()` gives the address of the module unless the user
+ * gives another; `read(address)` gives the bytes at an address.
  */
 export function libraryOf(findDefault, read) {
   let compiled; // the module, once for all calls
@@ -110,8 +110,8 @@ export function libraryOf(findDefault, read) {
   }
 
   /**
-   * What `use(run, result, bytes)` gives for files in a run, with the bytes of the last one. Rejects where no file can
-   * be predicted, or a structure cannot be read.
+   * Predicts files in a run and returns the value of `use(run, result, bytes)`, with the bytes of the last file. Rejects
+   * if no file can be predicted, or a structure or sequence cannot be read.
    */
   async function withRun(inputs, { structures = [], sequence, name, ...choices }, use) {
     const files = namedInputs(inputs);
@@ -159,7 +159,7 @@ export function libraryOf(findDefault, read) {
     const zorvela = await start();
     const found = [];
     for (const { name, content } of namedInputs(inputs)) {
-      const bytes = await unpacked(await bytesOf(content)).catch(() => new Uint8Array()); // predict() says what is wrong
+      const bytes = await unpacked(await bytesOf(content)).catch(() => new Uint8Array()); // predict() has the error
       for (const { chain, list } of zorvela.contents(name, bytes))
         found.push({ file: name, chain: chain || null, list: list || null });
     }

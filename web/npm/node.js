@@ -1,4 +1,4 @@
-// The package in Node, whose fetch() takes no address of a file.
+// The package in Node, whose fetch() does not accept addresses of files.
 import { readFile } from "node:fs/promises";
 
 import { fetched, libraryOf } from "./library.js";

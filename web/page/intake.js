@@ -1,8 +1,8 @@
-// How files get into the page: dropped, chosen, pasted, or the example. All end up as [{name, blob}].
+// Takes files that are dropped, chosen or pasted, or the example, as [{name, blob}].
 
 const EXAMPLE = "nuclease.str";
 
-/** Files of the same name get numbers, so that each has a name of its own. */
+/** Numbers files of the same name, so that all names differ. */
 export function withOwnNames(files, numbered = (name, count) => `${name} (${count})`) {
   const seen = new Map();
   return files.map((file) => {
@@ -14,7 +14,7 @@ export function withOwnNames(files, numbered = (name, count) => `${name} (${coun
 
 const fromFileList = (list) => [...list].map((file) => ({ name: file.name, blob: file }));
 
-/** Calls `take(files)` with whatever the user gives, and `fail(text)` where that is nothing. */
+/** Calls `take(files)` when the user gives files or text, and `fail(text)` if there is nothing in it. */
 export function listenForFiles(take, fail) {
   const drop = document.getElementById("drop");
   const chooser = document.getElementById("files");
@@ -22,7 +22,7 @@ export function listenForFiles(take, fail) {
   const pasting = document.getElementById("pasting");
   const pasted = document.getElementById("pasted");
 
-  const takeAll = (files) => (files.length > 0 ? take(withOwnNames(files)) : fail("There was no file in that."));
+  const takeAll = (files) => (files.length > 0 ? take(withOwnNames(files)) : fail("No file was given: drop or choose a file with chemical shifts."));
   const takeText = (text) => {
     if (text.trim() === "") fail("The text is empty: paste the lines of a shift file.");
     else take([{ name: "pasted text", blob: new Blob([text]) }]);
@@ -56,7 +56,7 @@ export function listenForFiles(take, fail) {
       if (!response.ok) throw new Error(response.statusText);
       take([{ name: EXAMPLE, blob: await response.blob() }]);
     } catch {
-      fail("The example cannot be fetched: load the page again once there is a network.");
+      fail("The example cannot be loaded: reload the page when there is a network.");
     }
   });
 

@@ -1,4 +1,4 @@
-// The page: hands files to the worker, shows what comes back, saves what is asked for.
+// The page: passes files to the worker, shows the results, and saves files.
 import { listenForFiles, withOwnNames } from "./intake.js";
 import { printReport, showReport, showTrans, tableText } from "./report-frame.js";
 import { zipped } from "./zip.js";
@@ -6,7 +6,7 @@ import { zipped } from "./zip.js";
 const byId = (id) => document.getElementById(id);
 const worker = startWorker();
 
-/** By way of a blob, the worker is bound by the policy of this page; by its address it would not be. */
+/** A worker from a blob is bound by the policy of this page; a worker from its address is not. */
 function startWorker() {
   const code = `import ${JSON.stringify(new URL("worker.js", import.meta.url))};`;
   return new Worker(URL.createObjectURL(new Blob([code], { type: "text/javascript" })), { type: "module" });
@@ -15,18 +15,33 @@ function startWorker() {
 let newest = 0; // number of the last request to predict
 let given = []; // names of the files that were dropped last
 let shown = null; // the last result: its request and summary
-let programs = []; // for which there are restraints
+let programs = []; // that have restraints
 
-// --- Words ----------------------------------------------------------------------------------------
+// --- Messages -------------------------------------------------------------------------------------
 
 const counted = (count, one, many) => `${count} ${count === 1 ? one : many}`;
 
+// The library's messages name options of the program; the page has these fields instead.
+const FIELDS = {
+  "--sequence FILE": 'the field "Sequence of the protein"',
+  "--first-residue": '"Number of the first residue"',
+  "--as-referenced": '"Use the shifts without corrections"',
+  "--deuterated": '"Sample: deuterated"',
+  "--chain-as": '"Chain name in the restraints"',
+  "--chain": '"Chain"',
+  "--structure MODEL": "a structure",
+  "--structure": "a structure",
+  "--for ": "",
+};
+const OPTIONS = new RegExp(`(^|[ (])(${Object.keys(FIELDS).join("|")})`, "g");
+
 /**
- * Names and messages as they may be shown, with the same signs as in the library's reports (`shown` in
- * kit/util/text.cpp): no control character, and none that turns the direction of writing.
+ * Returns a name or message as the page shows it: with its fields, and without control characters and signs that turn
+ * the direction of writing, as in the library's reports (`shown` in kit/util/text.cpp).
  */
 function visible(text) {
-  return text.replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
+  return text.replace(OPTIONS, (_, before, option) => before + FIELDS[option])
+    .replace(/[\u0000-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/g, "?");
 }
 
 const nameOf = (names) => (names.length === 1 ? names[0] : counted(names.length, "file", "files"));
@@ -40,15 +55,15 @@ function sayFailure(text) {
   say(text);
 }
 
-/** What a person must know first: the answer of the report, and what is not in it. */
+/** Returns the first line: the answer of the report, and how many files it lacks. */
 function outcomeInWords({ names, errors, proteins, leftOut }, answer) {
   const parts = proteins.length === 0 ? [] : [`${nameOf(names)}: ${answer}`];
-  if (leftOut > 0) parts.push(`${counted(leftOut, "file", "files")} without what is chosen left out.`);
+  if (leftOut > 0) parts.push(`${counted(leftOut, "file does", "files do")} not have the chosen chain or shift list.`);
   if (errors.length > 0) parts.push(`${counted(errors.length, "file", "files")} could not be predicted.`);
   return parts.join(" ");
 }
 
-/** A list of texts, hidden without any; whatever is in them, it is shown as text. */
+/** Shows texts, never as HTML, in a list that is hidden if there are none. */
 function fillList(list, texts) {
   list.hidden = texts.length === 0;
   list.replaceChildren(...texts.map((text) => {
@@ -66,7 +81,7 @@ function fillSelect(select, options) {
 
 // --- Predicting -----------------------------------------------------------------------------------
 
-// An empty value stands for the library's own choice, which no name of a file can take the place of.
+// An empty value stands for the library's own choice. It differs from every name in a file.
 const OWN_CHOICE = "";
 
 function choices() {
@@ -77,7 +92,7 @@ function choices() {
            sequence: byId("sequence").value.trim(), firstResidue: first === "" ? undefined : Number(first) };
 }
 
-/** Offers the chains and lists in the files, each with how many files have it where not all do. */
+/** Offers the chains and lists in the files, each with the number of files that have it unless all do. */
 function offerChoices(contents) {
   const named = (key) => {
     const counts = new Map();
@@ -96,7 +111,7 @@ function offerChoices(contents) {
 
 const wantsTrans = () => byId("prolines").value === "all";
 
-/** Predicts new files, or those of before with other choices. */
+/** Predicts new files, or the same files with other choices. */
 function predict(message) {
   say(`Reading ${nameOf(given)} …`);
   worker.postMessage({ ...message, id: ++newest, choices: choices() });
@@ -107,15 +122,15 @@ function take(files) {
   predict({ type: "files", files });
 }
 
-/** What was chosen of the files before has no meaning for other ones. */
+/** Choices for other files do not apply to new ones. */
 function forgetChoices() {
   byId("sequence").value = byId("first-residue").value = "";
   offerChoices([]);
 }
 
-/** Structures and sequences alone say nothing: the shifts come before or after them. */
+/** Structures and sequences alone have no prolines to predict: the shifts may come before or after them. */
 function waitForShifts({ names }) {
-  sayFailure(`${nameOf(names)}: no shifts yet. Drop the chemical shifts as well.`);
+  sayFailure(`${nameOf(names)}: no shifts yet. Drop the chemical shifts too.`);
 }
 
 function showProgress({ done, total }) {
@@ -136,7 +151,7 @@ function nameOfChain({ file, chain, list }, proteins) {
   return [file, chain && `chain ${chain}`, several && list].filter(Boolean).join(", ");
 }
 
-/** Offers what can be saved of the protein that is chosen, and restraints for the programs that have what they need. */
+/** Offers the files of the chosen protein, and restraints for the programs whose model, if needed, is there. */
 function offerFiles({ proteins, structures }) {
   fillSelect(byId("table"), proteins.map((protein, index) => [index, nameOfChain(protein, proteins)]));
   byId("table-choice").hidden = proteins.length < 2;
@@ -186,14 +201,14 @@ function fileName({ what, index, program }) {
   return visible(`${name}_${program}.${programs.find((one) => one.name === program).ending}`);
 }
 
-/** What is saved as one file: the part itself, or an archive of several with a name of its own for each. */
+/** Returns the content of a saved file: one part, or an archive of all, each under its own name. */
 function blobOf(what, parts) {
   if (what !== "zip") return new Blob([parts[0].bytes], { type: TYPES[what] });
   const files = parts.map((part) => ({ name: fileName(part).replaceAll(/[/\\]/g, "_"), bytes: part.bytes }));
   return zipped(withOwnNames(files, (name, count) => name.replace(/\.[^.]*$/, (end) => `_${count}${end}`)));
 }
 
-/** Saves a file; says what the user must know of it, or why there is none. */
+/** Saves a file and shows its notes, or shows why it cannot be written. */
 function saveParts({ what, parts }) {
   if (what !== "zip" && parts[0].error) return sayFailure(parts[0].error);
   const link = document.createElement("a");
@@ -228,7 +243,7 @@ worker.onmessage = ({ data }) => {
     programs = data.about.restraints;
     return;
   }
-  // What is shown can be saved while newer files are predicted.
+  // The result on show can be saved while newer files are predicted.
   if (data.type === "saved") {
     if (data.id === shown.id) saveParts(data);
     return;
@@ -239,7 +254,7 @@ worker.onmessage = ({ data }) => {
   else if (data.type === "other files") forgetChoices();
   else if (data.type === "contents") offerChoices(data.contents);
   else if (data.type === "waiting") waitForShifts(data);
-  else sayFailure(`This went wrong: ${data.message}. Load the page again.`);
+  else sayFailure(`The calculation failed: ${data.message}. Reload the page.`);
 };
 worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
 
@@ -254,7 +269,7 @@ byId("choices").addEventListener("submit", (event) => event.preventDefault());
 listenForFiles(take, sayFailure);
 printReport(byId("report"), document.querySelector("link[rel=stylesheet]"));
 
-// Keeps the page's files, so that it opens without a network. Only pages of the web can have that.
+// The service worker keeps the page's files, so that it opens without a network. Browsers allow it only over https.
 if ("serviceWorker" in navigator) {
   navigator.serviceWorker.register("service-worker.js");
   navigator.serviceWorker.ready.then(() => {

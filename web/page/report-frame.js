@@ -1,8 +1,8 @@
-// Shows a report in a frame of its own: its styles stay its own, and it can run nothing. Prints it without the frame.
+// Shows a report in a frame, so that its styles apply only there and it cannot run scripts. Prints it without the frame.
 
 /**
- * Shows the HTML of a report, with all prolines or without those that are trans. Gives its answer in words, which the
- * page says in its own first line, and so not here.
+ * Shows the HTML of a report, with all prolines or without those that are trans. Returns the answer of the report,
+ * which the page shows in its own first line.
  */
 export function showReport(frame, html, withTrans) {
   return new Promise((resolve) => {
@@ -11,13 +11,13 @@ export function showReport(frame, html, withTrans) {
   });
 }
 
-/** Shows or leaves out the lines and rows of trans prolines in the report on show. The saved report has them all. */
+/** Shows or hides the lines and rows of trans prolines in the report on show. The saved report has them all. */
 export function showTrans(frame, withTrans) {
   for (const part of frame.contentDocument.querySelectorAll(".trans, .prolines tr:has(use[href='#t'])"))
     part.hidden = !withTrans;
 }
 
-/** The prolines on show as lines with tabs between the cells, first the chain where there are several. */
+/** Returns the prolines on show as lines with tabs between the cells. The first cell is the chain if there are several. */
 export function tableText(frame) {
   const tables = [...frame.contentDocument.querySelectorAll("table.prolines")];
   const cells = (row) => [...row.cells].map((cell) => cell.textContent.trim());
@@ -31,11 +31,11 @@ export function tableText(frame) {
 function prepare(frame, withTrans) {
   const inside = frame.contentDocument;
   showTrans(frame, withTrans);
-  // The frame is as high as its content, and never lower on the way: a page that shrinks loses the reader's place.
+  // The frame is as high as its content, and never lower in between: a page that shrinks loses the reader's place.
   new ResizeObserver(() => {
     frame.style.height = `${Math.ceil(inside.documentElement.getBoundingClientRect().height) + 2}px`;
   }).observe(inside.documentElement);
-  // Within a srcdoc a link to a place of the report would load this page into the frame.
+  // In a srcdoc, a link to a place in the report would load this page into the frame.
   inside.addEventListener("click", (event) => {
     const place = event.target.closest?.("a[href^='#']")?.getAttribute("href").slice(1);
     const target = place && inside.getElementById(place);
@@ -43,18 +43,19 @@ function prepare(frame, withTrans) {
     event.preventDefault();
     const fold = target.closest("details");
     if (fold !== null) fold.open = true;
-    // Two frames on, the fold is open and the frame has its height.
+    // After two animation frames the fold is open and the frame has its height.
     requestAnimationFrame(() => requestAnimationFrame(() => target.scrollIntoView()));
   });
-  const saidAbove = inside.createElement("style");
-  saidAbove.textContent = "main > :is(h1, .lead, .notices) { display: none; }";
-  inside.head.append(saidAbove);
+  // The page has the answer above the report, and buttons instead of commands of the program.
+  const onlyInFile = inside.createElement("style");
+  onlyInFile.textContent = "main > :is(h1, .lead, .notices), #formats, #options, p:has(> a[href='#options']) { display: none; }";
+  inside.head.append(onlyInFile);
   return [...inside.querySelectorAll("main > .lead")].map((text) => text.textContent).join(" ");
 }
 
 /**
- * Prints the report alone, whole and with its folds open. Paper cuts a frame at its edges and never at a good place,
- * so for that time the report is part of the page, and its style is that of the page.
+ * Prints the report alone and whole, with its folds open. Browsers cut a frame wherever the paper ends. While it prints,
+ * the report is therefore part of the page, with its own style.
  */
 export function printReport(frame, pageStyle) {
   const paper = document.createElement("div");

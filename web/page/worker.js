@@ -1,8 +1,8 @@
-// Reads, predicts and writes reports, away from the page, so that the page never waits.
+// Reads, predicts and writes reports in a thread of its own, so that the page never waits.
 //
-// The page sends {type: "files", id, files, choices} with files as [{name, blob}], {type: "predict", id, choices} for the
-// same files with other choices, and for what it wants to save {type: "save", id, what, index, program, chainAs} with the
-// id of the result on show. A newer request, {type: "stop", id} too, ends the prediction before.
+// The page sends {type: "files", id, files, choices} with files as [{name, blob}]; {type: "predict", id, choices} for the
+// same files with other choices; and {type: "save", id, what, index, program, chainAs} with the id of the result on show.
+// A newer request, or {type: "stop", id}, ends the prediction before it.
 import { InputError, LARGEST_INPUT, unpacked } from "./gzip.js";
 import { Fault, ModuleFailure, Zorvela } from "./zorvela.js";
 
@@ -12,22 +12,22 @@ const module = fetch(new URL("zorvela.wasm", import.meta.url))
 const start = async () => Zorvela.start(await module);
 
 let newest = 0;
-// {name, kind, bytes, or fault, contents} of the files to predict, contents once they are known; and of the structures.
+// Each file is {name, kind, bytes} or {name, fault}; shift files get `contents` once these are known.
 let shiftFiles = [];
 let structures = [];
 let sequences = [];
 let current = null; // {id, run, zorvela, files, proteins} of the last result
 
-let resumed = 0; // when the page's messages were let in, in ms
+let resumed = 0; // when the last messages of the page were handled, in ms
 
-/** Lets the page's messages in, but not for each small file: a timer takes 4 ms. */
+/** Lets the worker handle messages of the page, but not after each small file: a timer takes 4 ms. */
 async function others() {
   if (performance.now() - resumed < 50) return;
   await new Promise((resume) => setTimeout(resume));
   resumed = performance.now();
 }
 
-/** Reads and unpacks a file while it is there: what happens to it on the disk later on changes no result. */
+/** Reads and unpacks a file at once, so that later changes on the disk do not matter. */
 async function readFile(zorvela, { name, blob }) {
   try {
     if (blob.size > LARGEST_INPUT) throw new InputError(Fault.tooLarge);
@@ -42,14 +42,14 @@ async function readFile(zorvela, { name, blob }) {
 
 const stemOf = (name) => name.replace(/\.gz$/i, "").replace(/\.[^.]*$/, "");
 
-/** The sequence of a shift file: as text, of the same stem, or the only one of the only file. */
+/** Returns the sequence of a shift file: the text given, the file of the same stem, or the only one for the only file. */
 function sequenceOf({ name }, { sequence }) {
   if (sequence) return { name: "the text given", bytes: new TextEncoder().encode(sequence) };
   if (sequences.length === 1 && shiftFiles.length === 1) return sequences[0];
   return sequences.find((one) => stemOf(one.name) === stemOf(name)) ?? { name: "" };
 }
 
-/** Adds a file to a run: its prolines, or why there are none. */
+/** Adds a file to a run, or the reason why it cannot be read. */
 function addFile(run, { name, kind, bytes, fault }, sequence) {
   if (fault !== undefined) return run.addFault(name, fault);
   if (kind === "structure") return run.addStructure(name, bytes);
@@ -57,7 +57,7 @@ function addFile(run, { name, kind, bytes, fault }, sequence) {
   return run.add(name, bytes);
 }
 
-/** All files in a run with a memory of its own. Null where a newer one has been asked for. */
+/** Predicts all files in a run with its own memory. Returns null if a newer request has come. */
 async function runAll(id, files, choices) {
   const zorvela = await start();
   const run = zorvela.newRun(choices);
@@ -66,7 +66,7 @@ async function runAll(id, files, choices) {
       addFile(run, file, sequenceOf(file, choices));
     } catch (error) {
       if (!(error instanceof ModuleFailure)) throw error;
-      // The module is beyond use. The others are predicted anew without this file.
+      // The module cannot be used any more: predict the others again without this file.
       const without = { name: file.name, fault: Fault.noMemory };
       return runAll(id, files.map((other) => (other === file ? without : other)), choices);
     }
@@ -77,7 +77,7 @@ async function runAll(id, files, choices) {
   return { zorvela, run };
 }
 
-/** The chains and shift lists of each file; none of one that cannot be read: the run says what is wrong with it. */
+/** Finds the chains and shift lists of each file; a file that cannot be read has none, and the run has its error. */
 async function findContents(id) {
   let zorvela = await start();
   for (const file of shiftFiles) {
@@ -85,7 +85,7 @@ async function findContents(id) {
     try {
       if (file.bytes !== undefined) file.contents = zorvela.contents(file.name, file.bytes);
     } catch {
-      zorvela = await start(); // memory ran out, which the run says
+      zorvela = await start(); // memory ran out; the run has the error
     }
     await others();
     if (id !== newest) return;
@@ -93,7 +93,7 @@ async function findContents(id) {
   postMessage({ type: "contents", id, contents: shiftFiles.map(({ contents }) => contents) });
 }
 
-/** The files that have what is chosen; all of them where none has, as their errors say what there is. */
+/** Returns the files with the chosen chains and lists; if none has them, all files, whose errors name what they have. */
 function filesWith({ chains, lists }) {
   const fits = (chosen, name) => chosen.length === 0 || chosen.includes(name);
   const ofAnyList = lists[0] === "all";
@@ -119,7 +119,7 @@ async function predict({ id, choices }) {
 
 const NONE_OF_THE_FILES = { chains: [], lists: [], sequence: "", firstResidue: undefined };
 
-/** Structures and sequences alone belong to the shifts of before, and wait for some where there are none. */
+/** Takes files. Structures and sequences alone belong to the shifts before them, or wait for the first shifts. */
 async function takeFiles({ id, files, choices }) {
   const zorvela = await start();
   const read = await Promise.all(files.map((file) => readFile(zorvela, file)));
@@ -137,7 +137,7 @@ async function takeFiles({ id, files, choices }) {
   else await predict({ id, choices: keepsChoices ? choices : { ...choices, ...NONE_OF_THE_FILES } });
 }
 
-/** {bytes, notes, error} of what is saved of the result; `index` is that of a protein. */
+/** Returns {bytes, notes, error} of a file to save; `index` is that of a protein. */
 function written({ what, index, program, chainAs }) {
   const { run, files, proteins } = current;
   if (what === "restraints") return run.restraints(program, chainAs);
@@ -147,7 +147,7 @@ function written({ what, index, program, chainAs }) {
   return run.flaggedNef(name, bytes);
 }
 
-/** All but restraints, which are for one program. */
+/** Lists all files to save, except restraints, which are for one program. */
 function everything() {
   const { proteins } = current;
   const nefs = new Map(proteins.flatMap(({ file, isNef }, index) => (isNef ? [[file, index]] : [])));

@@ -1,4 +1,4 @@
-// Writes zip archives, of files as they are: what is saved is small.
+// Writes zip archives without compression: the saved files are small.
 
 const CRC = Uint32Array.from({ length: 256 }, (_, value) => {
   for (let bit = 0; bit < 8; ++bit) value = value & 1 ? (value >>> 1) ^ 0xedb88320 : value >>> 1;
@@ -7,7 +7,7 @@ const CRC = Uint32Array.from({ length: 256 }, (_, value) => {
 
 const checkSum = (bytes) => ~bytes.reduce((sum, byte) => CRC[(sum ^ byte) & 0xff] ^ (sum >>> 8), -1) >>> 0;
 
-/** Numbers as little-endian bytes, [value, size] each. */
+/** Returns numbers, [value, size] each, as little-endian bytes. */
 function numbers(...fields) {
   return Uint8Array.from(fields.flatMap(([value, size]) =>
     Array.from({ length: size }, (_, byte) => (value >>> (8 * byte)) & 0xff)));
@@ -16,7 +16,7 @@ function numbers(...fields) {
 const NAMES_IN_UTF8 = 0x800;
 const FIRST_DAY = 0x21; // 1980-01-01: the same files give the same archive
 
-/** The archive of files [{name, bytes}] as a Blob. */
+/** Returns the archive of files [{name, bytes}] as a Blob. */
 export function zipped(files) {
   const parts = [];
   const directory = [];

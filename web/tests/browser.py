@@ -1,4 +1,4 @@
-"""The page in headless Chromium: a server for its files, a browser with a log of all it asks for, and what a user does."""
+"""The page in headless Chromium: a server for its files, a browser with a log of its requests, and actions of a user."""
 import base64
 import functools
 import http.server
@@ -15,7 +15,7 @@ try:
     from selenium.webdriver.chrome.service import Service
     from selenium.webdriver.common import utils
     from selenium.webdriver.common.by import By
-    from selenium.webdriver.common.keys import Keys  # noqa: F401  (tests say browser.Keys)
+    from selenium.webdriver.common.keys import Keys  # noqa: F401  (for tests, as browser.Keys)
     from selenium.webdriver.support.ui import Select, WebDriverWait  # noqa: F401
 except ImportError:
     webdriver = None
@@ -50,7 +50,7 @@ class Server:
 
 
 def driver_service():
-    """Chromium's driver, asked at the loopback address: a bare machine does not know the name localhost."""
+    """Chromium's driver at the loopback address: a bare machine does not know the name localhost."""
     class Driver(Service):
         @property
         def service_url(self):
@@ -63,7 +63,7 @@ def driver_service():
 
 
 def start(*arguments):
-    """A headless Chromium that keeps to itself."""
+    """A headless Chromium without its own network traffic."""
     options = webdriver.ChromeOptions()
     options.binary_location = "/usr/bin/chromium"
     for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--hide-scrollbars",
@@ -99,7 +99,7 @@ def set_size(driver, width, height):
 
 
 def violations(driver, axe):
-    """What axe-core, given as its source, finds wrong with the document on show: a line for each rule and element."""
+    """Returns the findings of axe-core, given as its source, on the current document: a line for each rule and element."""
     driver.execute_script(axe)
     return driver.execute_async_script("""
         const done = arguments[0];
@@ -110,7 +110,7 @@ def violations(driver, axe):
 
 
 class Page:
-    """The page in a browser of its own, with a folder for what it saves."""
+    """The page in its own browser, with a folder for saved files."""
 
     def __init__(self, address, width=1200, height=900, dark=False, arguments=()):
         self.folder = tempfile.TemporaryDirectory()
@@ -130,7 +130,7 @@ class Page:
         self.driver.quit()
         self.folder.cleanup()
 
-    # What is on the page
+    # The content of the page
 
     def wait(self, condition, seconds=60):
         return WebDriverWait(self.driver, seconds, poll_frequency=0.05).until(lambda _: condition())
@@ -157,7 +157,7 @@ class Page:
         frame = "document.getElementById('report').contentDocument"
         return self.driver.execute_script(f"return {frame}.body ? {frame}.body.textContent : ''")
 
-    # What a user does
+    # Actions of a user
 
     def clear_status(self):
         self.driver.execute_script("document.getElementById('status').textContent = ''")
@@ -180,7 +180,7 @@ class Page:
         return self.wait_for_result()
 
     def drop_from_disk(self, *paths):
-        """Drops files onto the box with the pointer of the browser itself."""
+        """Drops files onto the box with the pointer of the browser."""
         self.clear_status()
         box = self.element("drop").rect
         for kind in ("dragEnter", "dragOver", "drop"):
@@ -190,7 +190,7 @@ class Page:
         return self.wait_for_result()
 
     def paste(self, text):
-        """Pastes text with the keyboard into what has the focus."""
+        """Pastes text with the keyboard into the element with the focus."""
         self.driver.execute_cdp_cmd("Browser.grantPermissions", {
             "permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
         self.driver.execute_async_script("navigator.clipboard.writeText(arguments[0]).then(arguments[1])", text)
@@ -256,7 +256,7 @@ class Page:
                  if path.is_file() and not path.name.startswith(".")]
         return [] if any(path.suffix == ".crdownload" for path in paths) else paths
 
-    # What the browser noticed
+    # Messages of the browser
 
     def console(self):
         return [entry["message"] for entry in self.driver.get_log("browser") if entry["level"] in ("SEVERE", "WARNING")]

@@ -1,4 +1,4 @@
-"""The npm package with the tools of others: bundlers, a strict compiler of types, other versions of Node."""
+"""The npm package with other tools: bundlers, a strict TypeScript compiler, other versions of Node."""
 import json
 import pathlib
 import re
@@ -91,15 +91,10 @@ class Bundlers(WithTools):
         self.check("vite", "build", "--outDir", "vite")
         self.assertEqual(self.shown(self.folder / "vite", None), CALLS)
 
-    def test_plain_module(self):
-        shutil.copytree(web.NPM, self.folder / "plain" / "zorvela")
-        self.assertEqual(self.shown(self.folder / "plain", '<script type="module">import { predict } from '
-                                                           f'"./zorvela/index.js";{USE}</script>'), CALLS)
-
 
 class Node(WithTools):
     def node(self, version, name, code):
-        nodes = web.installed(*NODES)  # apart, as each would be the Node that the tools run with
+        nodes = web.installed(*NODES)  # in another folder: the tools would run with one of these
         if nodes is None:
             self.skipTest("the versions of Node cannot be fetched")
         shutil.copy(program.SOURCE / "examples" / "nuclease.str", self.folder)

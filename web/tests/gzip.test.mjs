@@ -1,4 +1,4 @@
-// Unpacking, as `node --test` runs it in a folder where the package is installed.
+// Unpacking, for `node --test` in a folder with the installed package.
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { gzipSync } from "node:zlib";
@@ -14,12 +14,12 @@ test("several parts are one text", async () => {
   assert.deepEqual(await predict(Buffer.concat(parts)), await predict(table));
 });
 
-test("a file that ends too early says so", async () => {
+test("a file that ends too early is an error", async () => {
   for (const length of [2, 10, 40, packed.length - 1])
     assert.equal(await messageOf(packed.subarray(0, length)), "a.gz: the gzip file ends too early; fetch it again");
 });
 
-test("a damaged file says so", async () => {
+test("a damaged file is an error", async () => {
   for (const at of [3, 12, packed.length - 6]) {
     const damaged = Buffer.from(packed);
     damaged[at] ^= 0xff;
@@ -27,7 +27,7 @@ test("a damaged file says so", async () => {
   }
 });
 
-test("what unpacks to more than the library takes is not unpacked to its end", async () => {
+test("a file that unpacks to more than the library accepts is not unpacked to its end", async () => {
   const bomb = gzipSync(Buffer.alloc(257 * 2 ** 20));
   assert.equal(await messageOf(bomb),
                "a.gz: is larger than 256 MiB; give the part that is needed");

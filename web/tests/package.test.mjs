@@ -1,4 +1,4 @@
-// The installed package, as `node --test` runs it. native.* are what the program writes about the same file.
+// The installed package, for `node --test`. native.* are the reports of the program for the same file.
 import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import { test } from "node:test";
@@ -29,7 +29,7 @@ test("content can be text, an array of bytes, a buffer, gzipped", async () => {
   await assert.rejects(predict(5), TypeError);
 });
 
-test("a file that cannot be predicted is an error in the program's words", async () => {
+test("a file that cannot be predicted is an error with the program's message", async () => {
   await assert.rejects(predict("", { name: "a.csv" }), (error) => {
     assert.ok(error instanceof PredictionError);
     assert.equal(error.message, "a.csv: is empty; give a file with chemical shifts");
@@ -38,7 +38,7 @@ test("a file that cannot be predicted is an error in the program's words", async
   await assert.rejects(predict(content, { chains: ["Z"] }), PredictionError);
 });
 
-test("shifts are corrected, or used as they are", async () => {
+test("shifts are used with or without corrections", async () => {
   const kept = (await predict(content, { asReferenced: true })).proteins[0];
   const corrected = (await predict(content, { deuterated: true })).proteins[0];
   assert.equal(corrected.deuteration, 1);
@@ -108,7 +108,7 @@ test("options are checked", async () => {
   await assert.rejects(report(content, { format: "pdf" }), /there is no format "pdf"/);
 });
 
-test("the module can be given, and what is wrong with it is said", async () => {
+test("the module can be given, and its faults are errors", async () => {
   const address = new URL("node_modules/zorvela/zorvela.wasm", import.meta.url);
   await assert.rejects(load(new URL("none.wasm", address)), /none\.wasm/);
   await assert.rejects(load(content), /^Error: the bytes: not zorvela\.wasm/);

@@ -58,7 +58,7 @@ class Case(unittest.TestCase):
         return self.driver.execute_script("return " + script, *arguments)
 
     def samples(self):
-        """What a report can be about, each with its arguments."""
+        """Kinds of reports, each with its arguments."""
         ubiquitin = (EXAMPLES / "ubiquitin.tab").read_text(encoding="utf-8")
         offset = self.put("offset.tab", shifted(ubiquitin, 3))
         none = self.put("none.tab", program.full_table("AKAKAKA"))
@@ -131,7 +131,7 @@ class Screens(Case):
 
 @browser.needs_driver
 class Paper(Case):
-    """Cards for the prolines that matter, lines for the others, folds open, nothing cut."""
+    """Cards for cis prolines, lines for the others, folds open, nothing cut."""
 
     def check(self, cards, lines, *arguments):
         self.open(*arguments)

@@ -1,4 +1,4 @@
-"""What `script/web build` makes, and whether it is there."""
+"""The result of `script/web build`, and whether it is there."""
 import functools
 import os
 import pathlib

@@ -16,26 +16,22 @@ namespace {
 
 using Notes = std::vector<std::string>;
 
-/// Chains and residues that are not assigned yet have names with this mark.
-constexpr char kUnassignedMark = '@';
-
+/// Tells whether a chain or residue is not assigned yet: its name has a mark.
 bool isUnassigned(const std::string& code) {
-  return !code.empty() && code.front() == kUnassignedMark;
+  return !code.empty() && code.front() == '@';
 }
 
-/// Whether a residue has a peptide bond towards its neighbour, by the words of the sequence table.
-bool isInside(const std::string& linking) {
-  return equalIgnoringCase(linking, "middle") || equalIgnoringCase(linking, "cyclic");
-}
-bool bondsForward(const std::string& linking) {
-  return isInside(linking) || equalIgnoringCase(linking, "start");
-}
-bool bondsBackward(const std::string& linking) {
-  return isInside(linking) || equalIgnoringCase(linking, "end");
+/// Tells whether the sequence table has a peptide bond between two residues that follow one another.
+bool areLinked(const std::string& first, const std::string& second) {
+  const auto isInside = [](const std::string& linking) {
+    return equalIgnoringCase(linking, "middle") || equalIgnoringCase(linking, "cyclic");
+  };
+  return (isInside(first) || equalIgnoringCase(first, "start")) &&
+         (isInside(second) || equalIgnoringCase(second, "end"));
 }
 
-/// A ligand, an ion or a marker of coordinate axes, listed among the residues.
-bool isNoResidue(const std::string& linking, const std::string& name) {
+/// Tells whether a row is a ligand, an ion or a marker of coordinate axes, listed among the residues.
+bool isOtherThanResidue(const std::string& linking, const std::string& name) {
   if (isIonOrWater(name)) return true;
   for (const char* word : {"single", "nonlinear", "dummy"})
     if (equalIgnoringCase(linking, word))
@@ -43,7 +39,7 @@ bool isNoResidue(const std::string& linking, const std::string& name) {
   return false;
 }
 
-/// Whether residues are missing between two numbers; not where one has an insertion code.
+/// Tells whether residues are missing between two numbers; not where one has an insertion code.
 bool isJump(const std::string& before, const std::string& after) {
   const auto first = readResidueNumber(before);
   const auto second = readResidueNumber(after);
@@ -52,11 +48,11 @@ bool isJump(const std::string& before, const std::string& after) {
   return steps != 0 && steps != 1;
 }
 
-/// What the words for the residues of a chain say against their numbers.
-struct ChainWords {
-  std::string keyBefore;
-  std::string linkingBefore;
-  std::vector<std::string> bonds;  ///< "2 to 8", bonded although the numbers jump
+/// The bonds of a chain whose residue numbers jump.
+struct ChainBonds {
+  std::string keyBefore;                 ///< of the last residue so far
+  std::string linkingBefore;             ///< of the last residue so far
+  std::vector<std::string> acrossJumps;  ///< "2 to 8"
 };
 
 std::size_t addChain(const std::string& code, ChainFinder& finder) {
@@ -65,20 +61,19 @@ std::size_t addChain(const std::string& code, ChainFinder& finder) {
   return finder.add(code, std::move(chain));
 }
 
-/// By chain.
-using WordsByChain = std::map<std::size_t, ChainWords>;
+using BondsByChain = std::map<std::size_t, ChainBonds>;
 
-/// Whether the residue is bonded to the one before in its chain. Where a row could not be read, its residue
-/// may stand between the two.
-void join(ChainWords& said, const std::string& linking, bool isComplete, FileResidue& residue) {
-  residue.bondedToPrevious = isComplete && bondsForward(said.linkingBefore) && bondsBackward(linking);
-  if (residue.bondedToPrevious && isJump(said.keyBefore, residue.key))
-    said.bonds.push_back(said.keyBefore + " to " + residue.key);
-  said.keyBefore = residue.key;
-  said.linkingBefore = linking;
+/// Bonds a residue to the one before in its chain, if the file does. Where a row could not be read, its
+/// residue may lie between the two.
+void join(ChainBonds& bonds, const std::string& linking, bool isComplete, FileResidue& residue) {
+  residue.bondedToPrevious = isComplete && areLinked(bonds.linkingBefore, linking);
+  if (residue.bondedToPrevious && isJump(bonds.keyBefore, residue.key))
+    bonds.acrossJumps.push_back(bonds.keyBefore + " to " + residue.key);
+  bonds.keyBefore = residue.key;
+  bonds.linkingBefore = linking;
 }
 
-void readSequence(const StarTable& table, ChainFinder& finder, WordsByChain& words, Notes& notes) {
+void readSequence(const StarTable& table, ChainFinder& finder, BondsByChain& bonds, Notes& notes) {
   const StarColumn chainCode = table.column("_nef_sequence.chain_code");
   const StarColumn number = table.column("_nef_sequence.sequence_code");
   // Early files call it residue_type.
@@ -91,26 +86,26 @@ void readSequence(const StarTable& table, ChainFinder& finder, WordsByChain& wor
     const std::size_t chain = known != kNoChain ? known : addChain(code, finder);
     FileResidue residue{number.word(row), number.word(row), name.word(row)};
     const std::string own = linking.word(row);
-    if (isNoResidue(own, residue.name)) continue;
+    if (isOtherThanResidue(own, residue.name)) continue;
     finder.countResidues(1);
     if (const auto isCis = readFlag(cis.word(row)))
       finder.chains[chain].cisFlags.push_back({residue.key, *isCis});
-    join(words[chain], own, !table.lacksRows(), residue);
+    join(bonds[chain], own, !table.lacksRows(), residue);
     finder.chains[chain].residues.push_back(std::move(residue));
   }
 }
 
-/// Notes on the chains that have shifts.
-void noteWords(const WordsByChain& words, ShiftFile& file) {
+/// Notes the bonds across jumps in the chains that have shifts.
+void noteBonds(const BondsByChain& bonds, ShiftFile& file) {
   std::vector<bool> hasShifts(file.chains.size(), false);
   for (const FileShiftList& list : file.lists)
     for (const FileShift& row : list.shifts)
       if (row.chain < hasShifts.size()) hasShifts[row.chain] = true;
-  for (const auto& [chain, said] : words)
-    if (hasShifts[chain] && !said.bonds.empty())
+  for (const auto& [chain, own] : bonds)
+    if (hasShifts[chain] && !own.acrossJumps.empty())
       file.notes.push_back("the numbers of chain " + file.chains[chain].name +
-                           " jump between residues that the file calls bonded, so they are neighbours: " +
-                           enumerated(said.bonds));
+                           " jump between residues that the file calls bonded; read as neighbours: " +
+                           enumerated(own.acrossJumps));
 }
 
 std::size_t chainOf(const std::string& code, ChainFinder& finder) {
@@ -178,25 +173,22 @@ void readLinks(const StarTable& table, ChainFinder& finder) {
 }  // namespace
 
 bool isNef(const Source& source) {
-  if (!source.star) return false;
-  for (const StarFrame& frame : framesOf(*source.star))
-    if (!tablesOf(frame, "_nef_").empty()) return true;
-  return false;
+  return source.star && haveTable(framesOf(*source.star), "_nef_");
 }
 
 ShiftFile readNef(const Source& source) {
   const std::vector<StarFrame> frames = framesOf(*source.star);
   ShiftFile file;
   ChainFinder finder(source.file, *source.work);
-  WordsByChain words;
+  BondsByChain bonds;
   for (const StarFrame& frame : frames)
     for (const StarTable& table : tablesOf(frame, "_nef_sequence."))
-      readSequence(table, finder, words, file.notes);
+      readSequence(table, finder, bonds, file.notes);
   for (const StarFrame& frame : frames) readList(frame, file, finder);
   for (const StarFrame& frame : frames)
     for (const StarTable& table : tablesOf(frame, "_nef_covalent_links.")) readLinks(table, finder);
   settleChains(finder, file);
-  noteWords(words, file);
+  noteBonds(bonds, file);
   file.contents = starContents(*source.star);
   return file;
 }

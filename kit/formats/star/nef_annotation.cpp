@@ -1,4 +1,4 @@
-// Edits the sequence loops of a NEF file in place: words are replaced or added, nothing is written anew.
+// Edits the sequence loops of a NEF file in place: it replaces or adds single words.
 #include "formats/star/nef_annotation.h"
 
 #include <algorithm>
@@ -20,7 +20,6 @@ using Kind = StarToken::Kind;
 const std::string kCategory = "_nef_sequence.";
 const std::string kFlagTag = "cis_peptide";
 constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
-constexpr const char* kMendLoop = "mend the loop, with one value for each column in every row";
 
 /// Bytes `begin` to `end` of the text become `replacement`.
 struct Edit {
@@ -54,8 +53,7 @@ class Annotator {
       else
         token = tokens.next();
     }
-    if (loops == 0)
-      throw FileError(name, 0, "has no loop with the sequence (_nef_sequence)", "give a NEF file");
+    if (loops == 0) throw FileError(name, 0, "has no sequence loop (_nef_sequence)", "give a NEF file");
     applyEdits();
     return std::move(result);
   }
@@ -68,7 +66,7 @@ class Annotator {
     const bool isSequence = !tags.empty() && startsIgnoringCase(tags.front().value, kCategory);
     std::vector<StarToken> values;
     for (; token.kind == Kind::value; token = tokens.next()) {
-      if (token.isOpen) throw FileError(name, token.line, "a quoted text has no end", "close it");
+      if (token.isOpen) throw FileError(name, token.line, "a quoted text is not closed", "close it");
       if (isSequence) values.push_back(token);
     }
     if (isSequence) annotate(loop, tags, values);
@@ -84,12 +82,12 @@ class Annotator {
       throw FileError(name, odd->number,
                       "this row of the sequence has " + counted(odd->values, "value", "values") + " for " +
                           counted(tags.size(), "column", "columns"),
-                      kMendLoop);
+                      kLoopRemedy);
     if (values.size() % tags.size() != 0)
       throw FileError(name, loop.line,
                       "the sequence loop has " + counted(values.size(), "value", "values") + " for " +
                           counted(tags.size(), "column", "columns"),
-                      kMendLoop);
+                      kLoopRemedy);
     const std::size_t flag = columnOf(tags, {kFlagTag});
     const std::size_t chain = columnOf(tags, {"chain_code"});
     const std::size_t number = columnOf(tags, {"sequence_code"});
@@ -122,7 +120,8 @@ class Annotator {
     return nameOf(trimmed(values[first + column].value), cut);
   }
 
-  /// A line of its own after the last tag, which may be of another category than `model`.
+  /// Adds the tag after the last one, on a line of its own where the others have one. The last tag may be of
+  /// another category than `model`.
   void addColumn(const StarToken& before, const StarToken& lastTag, const StarToken& model) {
     result.columnAdded = true;
     const std::string_view gap = text.substr(before.end, lastTag.begin - before.end);
@@ -160,13 +159,12 @@ class Annotator {
       return;
     }
     ++result.written;
-    // A text field ends at the start of a line, where nothing else may begin a word.
     write(value.begin, value.end, flagText(wanted));
   }
 
   const char* flagText(bool isCis) const { return isCis ? "true" : rules.trans ? "false" : "."; }
 
-  /// A quote or a text field may touch what follows it, a bare word may not.
+  /// Writes a word with a blank after it where the next character would touch it, as behind a closing quote.
   void write(std::size_t begin, std::size_t end, std::string word) {
     if (end < text.size() && !isStarSpace(text[end])) word += ' ';
     edits.push_back({begin, end, std::move(word)});
@@ -191,7 +189,7 @@ class Annotator {
   StarTokens tokens;
   StarToken token;
   std::string block;
-  std::vector<std::string> cut;  ///< the readers of shifts say so
+  std::vector<std::string> cut;  ///< notes on long names, which the readers of shifts give
   std::size_t loops = 0;
   std::vector<Edit> edits;
   NefAnnotation result;

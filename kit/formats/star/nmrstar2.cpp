@@ -17,7 +17,7 @@ std::string frameName(const std::string& name) {
   return "$" + name;
 }
 
-/// The author's number of a residue; "@" stands for none.
+/// Returns the author's number of a residue; empty for "@".
 std::string authorNumber(const StarColumn& column, std::size_t row) {
   std::string number = column.word(row);
   return number == "@" ? std::string() : number;
@@ -49,7 +49,7 @@ void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file,
   if (molecule.kind.empty() && category == "ligand") molecule.kind = "non-polymer";
   molecule.polymer = polymerOfWords(molecule.kind);
   molecule.thiol = thiolOfWords(frameValue(frame, "_Mol_thiol_state"));
-  for (const StarTable& table : tablesWith(frame, "_Residue_seq_code")) addResidues(table, molecule, finder);
+  for (const StarTable& table : tablesOf(frame, "_Residue_seq_code")) addResidues(table, molecule, finder);
   if (molecule.residues.empty())
     molecule.residues = residuesOfLetters(frameValue(frame, "_Mol_residue_sequence"));
   std::size_t residues = molecule.residues.size();
@@ -70,7 +70,7 @@ void readSystem(const StarFrame& frame, const Molecules& molecules, ShiftFile& f
   const Thiol ofAll = thiolOfWords(frameValue(frame, "_System_thiol_state"));
   noteCautions(frameValue(frame, "_Mol_system_name"), frameValue(frame, "_System_physical_state"),
                frameValue(frame, "_System_paramagnetic"), file.notes);
-  for (const StarTable& table : tablesWith(frame, "_Mol_label")) {
+  for (const StarTable& table : tablesOf(frame, "_Mol_label")) {
     if (!table.has("_Mol_system_component_name")) continue;
     const StarColumn component = table.column("_Mol_system_component_name");
     const StarColumn label = table.column("_Mol_label");
@@ -84,7 +84,7 @@ void readSystem(const StarFrame& frame, const Molecules& molecules, ShiftFile& f
   }
 }
 
-/// The chain of a component name, which some entries replace by the molecule's label.
+/// Returns the chain of a component name, which some entries replace by the molecule's label.
 std::size_t chainOf(const std::string& component, const ChainFinder& finder) {
   const std::size_t byName = finder.find(component);
   return byName != kNoChain ? byName : finder.find(frameName(withoutDollar(component)));
@@ -123,7 +123,7 @@ void readShifts(const StarTable& table, const std::string& component, FileShiftL
 std::vector<LabelledMolecule> readSamples(const std::vector<StarFrame>& frames, const ChainFinder& finder) {
   std::vector<LabelledMolecule> molecules;
   for (const StarFrame& frame : frames)
-    for (const StarTable& table : tablesWith(frame, "_Isotopic_labeling"))
+    for (const StarTable& table : tablesOf(frame, "_Isotopic_labeling"))
       for (std::size_t row = 0; row < table.rows(); ++row) {
         const std::string label = withoutDollar(table.column("_Mol_label").word(row));
         if (finder.find(frameName(label)) == kNoChain) continue;  // water, buffer
@@ -134,12 +134,12 @@ std::vector<LabelledMolecule> readSamples(const std::vector<StarFrame>& frames, 
   return molecules;
 }
 
-/// The share of deuterons of each chain in the samples that a list names.
+/// Returns the share of deuterons of each chain in the samples that a list names.
 std::map<std::size_t, double> deuterationByChain(const StarFrame& list, const std::string& name,
                                                  const std::vector<LabelledMolecule>& molecules,
                                                  const ChainFinder& finder, std::vector<std::string>& notes) {
   std::set<std::string> samples;
-  for (const StarTable& table : tablesWith(list, "_Sample_label"))
+  for (const StarTable& table : tablesOf(list, "_Sample_label"))
     for (std::size_t row = 0; row < table.rows(); ++row)
       samples.insert(withoutDollar(table.column("_Sample_label").word(row)));
   const auto ofMolecule = deuterationOf(molecules, samples, name, notes);
@@ -155,8 +155,8 @@ void readList(const StarFrame& frame, const std::vector<LabelledMolecule>& molec
   FileShiftList list;
   list.name = listName(frame, file.notes);
   const std::string component = nameOf(frameValue(frame, "_Mol_system_component_name"), file.notes);
-  // The loop of the reference compounds has the tag as well, but no atom names.
-  for (const StarTable& table : tablesWith(frame, "_Chem_shift_value"))
+  // The loop of the reference compounds has the tag too, but no atom names.
+  for (const StarTable& table : tablesOf(frame, "_Chem_shift_value"))
     if (table.has("_Atom_name")) readShifts(table, component, list, file, finder);
   if (list.shifts.empty()) return;
   list.aliases = {std::to_string(file.lists.size() + 1)};
@@ -165,7 +165,7 @@ void readList(const StarFrame& frame, const std::vector<LabelledMolecule>& molec
 }
 
 void readCrosslinks(const StarFrame& frame, ChainFinder& finder) {
-  for (const StarTable& table : tablesWith(frame, "_Atom_one_residue_seq_code"))
+  for (const StarTable& table : tablesOf(frame, "_Atom_one_residue_seq_code"))
     for (std::size_t row = 0; row < table.rows(); ++row) {
       const auto cell = [&](const std::string& tag) { return table.column(tag).word(row); };
       if (!isDisulfideBond(cell("_Bond_type"), cell("_Atom_one_atom_name"), cell("_Atom_two_atom_name")))
@@ -183,10 +183,8 @@ void readCrosslinks(const StarFrame& frame, ChainFinder& finder) {
 
 bool isNmrStar2(const Source& source) {
   if (!source.star) return false;
-  for (const StarFrame& frame : framesOf(*source.star))
-    if (!tablesWith(frame, "_Saveframe_category").empty() || !tablesWith(frame, "_Chem_shift_value").empty())
-      return true;
-  return false;
+  const std::vector<StarFrame> frames = framesOf(*source.star);
+  return haveTable(frames, "_Saveframe_category") || haveTable(frames, "_Chem_shift_value");
 }
 
 ShiftFile readNmrStar2(const Source& source) {
@@ -196,7 +194,7 @@ ShiftFile readNmrStar2(const Source& source) {
   Molecules molecules;
   for (const StarFrame& frame : frames) readMolecule(frame, molecules, file, finder);
   for (const StarFrame& frame : frames) readSystem(frame, molecules, file, finder);
-  // A molecule that the system does not list is still one copy of itself.
+  // A molecule that the system does not list has one copy.
   for (const auto& [name, molecule] : molecules)
     if (finder.find(frameName(name)) == kNoChain) addCopy(molecule, name, name, finder);
   const std::vector<LabelledMolecule> samples = readSamples(frames, finder);

@@ -1,5 +1,5 @@
-// Reads NMR-STAR 3: entities and their copies in the assembly, bonds, assigned shift lists. Of a file
-// without shifts: its contents.
+// Reads NMR-STAR 3: entities and their copies in the assembly, bonds, assigned shift lists. For a file
+// without shifts, lists its contents.
 #include <algorithm>
 #include <map>
 #include <numeric>
@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "formats/foreign_text.h"
 #include "formats/format.h"
 #include "formats/star/samples.h"
 #include "formats/star/star_chains.h"
@@ -29,7 +30,7 @@ struct Entity {
   std::string id;
   std::string frame;  ///< name of its save frame
   std::string strands;
-  std::vector<FileResidue> letters;  ///< by the one-letter sequence, for want of a list of residues
+  std::vector<FileResidue> letters;  ///< of the one-letter sequence, used where no residues are listed
   FileChain chain;
   std::unordered_set<std::string> keys;  ///< of its residues
 };
@@ -46,7 +47,7 @@ struct Entities {
   std::map<std::string, std::size_t> index;  ///< by number, and by "$" and frame name
 
   bool has(const std::string& name) const { return index.count(name) > 0; }
-  /// The number of the molecule that a sample names; empty where the file does not describe it.
+  /// Returns the number of the molecule that a sample names; empty where the file does not describe it.
   std::string inSample(const std::string& id, const std::string& label, const std::string& commonName) const {
     if (!id.empty() || !label.empty()) {
       const auto known = index.find(id.empty() ? "$" + withoutDollar(label) : id);
@@ -56,7 +57,7 @@ struct Entities {
       if (!commonName.empty() && equalIgnoringCase(entity.chain.molecule, commonName)) return entity.id;
     return "";
   }
-  /// A copy; one of that number without a sequence where the file has none.
+  /// Returns a molecule; where the file has none of that name, one without a sequence.
   Entity get(const std::string& name, const std::string& numberOfUnknown) const {
     const auto known = index.find(name);
     return known != index.end() ? list[known->second] : withoutSequence(numberOfUnknown);
@@ -91,7 +92,7 @@ Entities readEntities(const Frames& frames, const std::string& file, Notes& note
   Entities entities;
   std::size_t letters = 0;
   for (const StarFrame& frame : frames)
-    for (const StarTable& table : tablesWith(frame, "_Entity.ID"))
+    for (const StarTable& table : tablesOf(frame, "_Entity.ID"))
       for (std::size_t row = 0; row < table.rows(); ++row) {
         Entity entity = entityOf(frame, table, row, notes);
         checkLimit(letters += entity.letters.size(), limits::kResidues, file);
@@ -101,7 +102,7 @@ Entities readEntities(const Frames& frames, const std::string& file, Notes& note
   return entities;
 }
 
-/// Adds the residues of a table to their entities; one of which only the sequence is given is new.
+/// Adds the residues of a table to their entities, and the entities that only this table names.
 void addResidues(const StarTable& table, const std::string& ownEntity, const StarColumn& key,
                  const StarColumn& name, const std::string& category, std::size_t& count, Entities& entities,
                  const std::string& file) {
@@ -113,7 +114,7 @@ void addResidues(const StarTable& table, const std::string& ownEntity, const Sta
     if (!entities.has(entityId)) entities.add(withoutSequence(entityId), file);
     Entity& entity = entities.list[entities.index.at(entityId)];
     const FileResidue residue{key.word(row), number.word(row), name.word(row)};
-    // A place with several residue types (a mixture) keeps the first.
+    // Only the first residue type counts at a position with several (a mixture).
     if (residue.key.empty() || !entity.keys.insert(residue.key).second) continue;
     checkLimit(++count, limits::kResidues, file);
     entity.chain.residues.push_back(residue);
@@ -142,8 +143,8 @@ struct Copies {
   ChainFinder finder;
   std::map<std::string, std::vector<std::size_t>> ofEntity;
   std::vector<std::string> entityOf;            ///< by chain
-  std::unordered_set<std::size_t> withoutAsym;  ///< chains to which only the rows give the author's name
-  std::size_t described = 0;                    ///< chains that the file describes, not the rows alone
+  std::unordered_set<std::size_t> withoutAsym;  ///< chains whose author's name only the shift rows give
+  std::size_t described = 0;                    ///< number of chains that the file describes; rows add others
   bool areListed = false;                       ///< the file lists the copies of its molecules
 
   const FileChain& chain(std::size_t index) const { return finder.chains[index]; }
@@ -179,7 +180,7 @@ void readAssembly(const StarFrame& frame, Entities& entities, Copies& copies, No
   const Thiol ofAll = thiolOfWords(frameValue(frame, "_Assembly.Thiol_state"));
   for (Entity& entity : entities.list)
     if (entity.chain.thiol == Thiol::unknown) entity.chain.thiol = ofAll;
-  for (const StarTable& table : tablesWith(frame, "_Entity_assembly.ID"))
+  for (const StarTable& table : tablesOf(frame, "_Entity_assembly.ID"))
     for (std::size_t row = 0; row < table.rows(); ++row) {
       const auto cell = [&](const std::string& tag) {
         return nameOf(table.column("_Entity_assembly." + tag).text(row), notes);
@@ -208,7 +209,7 @@ std::size_t copyOfSequence(const std::string& assembly, const std::string& asym,
   return chain;
 }
 
-/// Sequences by copy, as in files that the PDB makes from a deposition, and those made from NEF.
+/// Reads sequences by copy, as in files that the PDB makes from a deposition, and those made from NEF.
 void readAssemblySequences(const StarFrame& frame, Copies& copies) {
   const std::string category = "_Chem_comp_assembly.";
   std::map<std::size_t, std::vector<FileResidue>> residues;
@@ -234,7 +235,7 @@ void readAssemblySequences(const StarFrame& frame, Copies& copies) {
   for (auto& [chain, list] : residues) copies.finder.chains[chain].residues = std::move(list);
 }
 
-/// Without an assembly each molecule is one copy of itself.
+/// Reads the copies; without an assembly, each molecule is one copy.
 Copies readCopies(const Frames& frames, Entities& entities, const Source& source, Notes& notes) {
   Copies copies{ChainFinder(source.file, *source.work), {}, {}, {}, 0, false};
   for (const StarFrame& frame : frames) readAssembly(frame, entities, copies, notes);
@@ -286,76 +287,75 @@ void readBonds(const Frames& frames, Copies& copies, Notes& notes) {
 
 // --- The chain of a shift -------------------------------------------------------------------------
 
-/// How a row names its chain.
-struct ChainWords {
+/// The names that a row gives for its chain.
+struct RowChain {
   std::string assembly;
   std::string entity;
   std::string asym;
 };
 
-/// What was odd about the chains of rows.
+/// Rows whose chain is not the one that they name.
 struct OddRows {
-  std::map<std::string, std::size_t> strayCopies;  ///< rows by the number of a copy that is not there
-  std::map<std::size_t, std::string> corrected;    ///< chains in place of copies of another entity
+  std::map<std::string, std::size_t> ofMissingCopies;  ///< number of rows, by the copy that the file lacks
+  std::set<std::size_t> corrected;                     ///< chains of rows that name a copy of another entity
   Notes notes;
 };
 
-std::size_t addUndescribed(const ChainWords& words, const Entities& entities, Copies& copies) {
-  const std::string& id = words.assembly.empty() ? words.entity : words.assembly;
-  const std::size_t chain = copies.add(entities.get(words.entity, words.entity), id);
-  copies.describe(chain, words.asym);
+std::size_t addUndescribed(const RowChain& row, const Entities& entities, Copies& copies) {
+  const std::string& id = row.assembly.empty() ? row.entity : row.assembly;
+  const std::size_t chain = copies.add(entities.get(row.entity, row.entity), id);
+  copies.describe(chain, row.asym);
   return chain;
 }
 
-/// The chain, or the first copy of the entity where the row names another one than the chain's: some entries
-/// write copy 1 in all rows.
+/// Returns the chain, or the first copy of the row's entity where the chain is of another entity: some
+/// entries write copy 1 in all rows.
 std::size_t ofEntity(std::size_t chain, const std::string& entity, const Copies& copies, OddRows& odd) {
   if (entity.empty() || entity == copies.entityOf[chain]) return chain;
   const auto all = copies.ofEntity.find(entity);
   if (all == copies.ofEntity.end()) return chain;
   const std::size_t other = all->second.front();
-  if (odd.corrected.emplace(other, entity).second)
-    odd.notes.push_back("shift rows of entity " + entity +
-                        " name a copy of another one; they are taken as of chain " +
+  if (odd.corrected.insert(other).second)
+    odd.notes.push_back("shift rows of entity " + entity + " name a copy of another entity; read as chain " +
                         copies.chain(other).name);
   return other;
 }
 
-/// A row of a copy that the assembly has not: its place in that copy means nothing, the author's chain and
-/// number do. A row without such a number is of no known place.
+/// Places a row of a copy that the assembly lacks by the author's chain and number: its place in that copy
+/// means nothing. A row without an author's number has no known place.
 void placeByAuthor(std::size_t chain, const std::string& assembly, FileShift& shift, OddRows& odd) {
   shift.key.clear();
   shift.chain = shift.number.empty() ? kNowhere : chain;
-  if (!shift.number.empty()) ++odd.strayCopies[assembly];
+  if (!shift.number.empty()) ++odd.ofMissingCopies[assembly];
 }
 
 /// Gives a row its chain; one that the file describes nowhere else is added.
-void placeInChain(const ChainWords& words, const Entities& entities, Copies& copies, FileShift& shift,
+void placeInChain(const RowChain& row, const Entities& entities, Copies& copies, FileShift& shift,
                   OddRows& odd) {
-  const std::size_t author = words.asym.empty() ? kNoChain : copies.findAsym(words.asym);
-  if (words.assembly.empty()) {
-    const std::size_t copy = words.entity.empty() ? kNoChain : copies.findEntity(words.entity);
-    const bool isNamed = !words.entity.empty() || !words.asym.empty();
+  const std::size_t author = row.asym.empty() ? kNoChain : copies.findAsym(row.asym);
+  if (row.assembly.empty()) {
+    const std::size_t copy = row.entity.empty() ? kNoChain : copies.findEntity(row.entity);
+    const bool isNamed = !row.entity.empty() || !row.asym.empty();
     if (copy != kNoChain)
       shift.chain = copy;
     else if (author != kNoChain)
       shift.chain = author;
     else if (isNamed || copies.finder.chains.empty())
-      shift.chain = addUndescribed(words, entities, copies);
+      shift.chain = addUndescribed(row, entities, copies);
     return;
   }
-  std::size_t known = copies.findAssembly(words.assembly);
+  std::size_t known = copies.findAssembly(row.assembly);
   if (known >= copies.described && author < copies.described) known = kNoChain;  // only rows name it
-  if (known != kNoChain && !words.asym.empty() && copies.withoutAsym.erase(known) > 0)
-    copies.describe(known, words.asym);
+  if (known != kNoChain && !row.asym.empty() && copies.withoutAsym.erase(known) > 0)
+    copies.describe(known, row.asym);
   if (known != kNoChain)
-    shift.chain = ofEntity(known, words.entity, copies, odd);
+    shift.chain = ofEntity(known, row.entity, copies, odd);
   else if (author < copies.described)
-    placeByAuthor(author, words.assembly, shift, odd);
-  else if (copies.areListed && !entities.has(words.entity))
+    placeByAuthor(author, row.assembly, shift, odd);
+  else if (copies.areListed && !entities.has(row.entity))
     shift.chain = kNowhere;
   else
-    shift.chain = addUndescribed(words, entities, copies);
+    shift.chain = addUndescribed(row, entities, copies);
 }
 
 std::vector<std::size_t> rowsByChain(const std::vector<FileShiftList>& lists, std::size_t chains) {
@@ -371,8 +371,8 @@ std::string rowsOfCopy(std::size_t rows, const std::string& copy) {
          ", which the file does not describe; ";
 }
 
-/// Copies that only rows name, of molecules whose copies the file lists. Where no row names a listed copy,
-/// theirs is the only one; a full set of shifts is a copy of its own; a few rows are of no known place.
+/// Settles copies that only rows name, of molecules whose copies the file lists. Where no row names the one
+/// listed copy, the rows are its; a full set of shifts is a copy of its own; a few rows have no known place.
 void settleUndescribed(const Copies& copies, std::vector<FileShiftList>& lists, Notes& notes) {
   if (!copies.areListed) return;
   const std::vector<std::size_t> rows = rowsByChain(lists, copies.finder.chains.size());
@@ -395,8 +395,8 @@ void settleUndescribed(const Copies& copies, std::vector<FileShiftList>& lists, 
       if (row.chain < target.size()) row.chain = target[row.chain];
   for (std::size_t c = copies.described; c < target.size(); ++c)
     if (target[c] < copies.described)
-      notes.push_back(rowsOfCopy(rows[c], copies.chain(c).aliases.front()) + "taken as of chain " +
-                      copies.chain(target[c]).name + ", the only one of that molecule");
+      notes.push_back(rowsOfCopy(rows[c], copies.chain(c).aliases.front()) + "read as chain " +
+                      copies.chain(target[c]).name + ", the only copy of that molecule");
 }
 
 // --- Samples --------------------------------------------------------------------------------------
@@ -406,7 +406,7 @@ std::vector<LabelledMolecule> readSamples(const Frames& frames, const Entities& 
   const std::string category = "_Sample_component.";
   std::vector<LabelledMolecule> molecules;
   for (const StarFrame& frame : frames)
-    for (const StarTable& table : tablesWith(frame, category + "Isotopic_labeling"))
+    for (const StarTable& table : tablesOf(frame, category + "Isotopic_labeling"))
       for (std::size_t row = 0; row < table.rows(); ++row) {
         const auto cell = [&](const std::string& tag) { return table.column(category + tag).word(row); };
         const std::string molecule =
@@ -421,7 +421,7 @@ std::vector<LabelledMolecule> readSamples(const Frames& frames, const Entities& 
   return molecules;
 }
 
-/// The samples of the experiments that a list names.
+/// Returns the samples of the experiments that a list names.
 std::set<std::string> samplesOf(const StarFrame& list) {
   const std::string category = "_Chem_shift_experiment.";
   std::set<std::string> samples;
@@ -435,7 +435,7 @@ std::set<std::string> samplesOf(const StarFrame& list) {
   return samples;
 }
 
-/// The share of deuterons of each chain in the samples of a list.
+/// Returns the share of deuterons of each chain in the samples of a list.
 std::map<std::size_t, double> deuterationByChain(const StarFrame& list, const std::string& name,
                                                  const std::vector<LabelledMolecule>& molecules,
                                                  const Copies& copies, Notes& notes) {
@@ -454,8 +454,8 @@ struct NamedRows {
   std::vector<std::string> ids;
 };
 
-/// Lists that share a loop, told apart by the list that each row names. Nearly all loops are one list; none
-/// without rows gives one.
+/// Splits the rows of a loop by the list that each row names. Nearly all loops are one list; a loop without
+/// rows gives none.
 std::vector<FileShiftList> listsById(NamedRows rows) {
   FileShiftList& list = rows.list;
   const std::vector<std::string>& ids = rows.ids;
@@ -556,7 +556,7 @@ bool isNmrStar3(const Source& source) {
 
 ShiftFile readNmrStar3(const Source& source) {
   if (const std::string kind = foreignStar(*source.star); !kind.empty())
-    throw FileError(source.file, 0, "is no shift file but " + kind, "give the file with the chemical shifts");
+    throw foreignError(source.file, 0, kind);
   const Frames frames = framesOf(*source.star);
   ShiftFile file;
   Entities entities = readEntities(frames, source.file, file.notes);
@@ -568,9 +568,8 @@ ShiftFile readNmrStar3(const Source& source) {
   settleUndescribed(copies, file.lists, file.notes);
   readBonds(frames, copies, file.notes);
   settleChains(copies.finder, file);
-  for (const auto& [assembly, rows] : odd.strayCopies)
-    file.notes.push_back(rowsOfCopy(rows, assembly) + "the author's chain and number place " +
-                         (rows == 1 ? "it" : "them"));
+  for (const auto& [assembly, rows] : odd.ofMissingCopies)
+    file.notes.push_back(rowsOfCopy(rows, assembly) + "placed by the author's chain and number");
   numberByRows(file.chains, file.lists, file.notes);
   makeNamesDiffer(file.chains);
   if (file.chains.empty() && file.lists.empty()) file.format = "STAR";

@@ -11,69 +11,46 @@ namespace {
 
 constexpr std::size_t kLongestWords = 200;
 
-std::size_t endOfRun(std::string_view text, std::size_t pos, bool (*belongs)(char)) {
-  while (pos < text.size() && belongs(text[pos])) ++pos;
-  return pos;
-}
-
-bool isOfNumber(char c) {
-  return isDigit(c) || c == '.';
-}
-
 /// A part of a labelling, such as "U-80% 2H".
-class LabelledPart {
- public:
-  explicit LabelledPart(std::string_view part) : text(part) {
-    while (pos < text.size()) {
-      if (isDigit(text[pos]))
-        readNumber();
-      else if (isLetter(text[pos]))
-        readWord();
-      else
-        ++pos;
-    }
-  }
-
+struct LabelledPart {
   bool hasCarbon = false;
   bool hasDeuterium = false;
   bool hasMoreWords = false;
   double percent = 100;
-
- private:
-  /// A percentage, or an isotope.
-  void readNumber() {
-    const std::size_t end = endOfRun(text, pos, isOfNumber);
-    const std::string_view number = text.substr(pos, end - pos);
-    const std::size_t next = endOfRun(text, end, isBlank);
-    const char sign = next < text.size() ? text[next] : ' ';
-    const char element = end < text.size() ? text[end] : ' ';
-    pos = end + 1;
-    if (sign == '%') {
-      if (const auto value = toDecimal(number)) percent = std::stod(*value);
-      pos = next + 1;
-    } else if (number == "2" && element == 'H') {
-      hasDeuterium = true;
-    } else if (number == "13" && element == 'C') {
-      hasCarbon = true;
-    } else if (number != "15" || element != 'N') {
-      hasMoreWords = true;
-    }
-  }
-
-  /// "U" for uniform, "D" for deuterium, or the name of something.
-  void readWord() {
-    const std::size_t end = endOfRun(text, pos, isLetter);
-    const std::string_view word = text.substr(pos, end - pos);
-    if (word == "D")
-      hasDeuterium = true;
-    else if (word != "U")
-      hasMoreWords = true;
-    pos = end;
-  }
-
-  std::string_view text;
-  std::size_t pos = 0;
 };
+
+LabelledPart partOf(std::string_view text) {
+  LabelledPart part;
+  const auto take = [&text](bool (*belongs)(char)) {
+    const std::string_view taken = leading(text, belongs);
+    text.remove_prefix(taken.size());
+    return taken;
+  };
+  while (!text.empty()) {
+    if (!isDigit(text.front()) && !isLetter(text.front())) {
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::string_view number = take([](char c) { return isDigit(c) || c == '.'; });
+    const std::size_t blanks = leading(text, isBlank).size();
+    if (!number.empty() && text.substr(blanks, 1) == "%") {
+      if (const auto value = toDecimal(number)) part.percent = std::stod(*value);
+      text.remove_prefix(blanks + 1);
+      continue;
+    }
+    const std::string_view element = text.substr(0, 1);
+    const std::string word =
+        number.empty() ? std::string(take(isLetter)) : std::string(number) + std::string(element);
+    if (!number.empty()) text.remove_prefix(element.size());
+    if (word == "2H" || word == "D")
+      part.hasDeuterium = true;
+    else if (word == "13C")
+      part.hasCarbon = true;
+    else if (word != "15N" && word != "U")
+      part.hasMoreWords = true;
+  }
+  return part;
+}
 
 using Group = std::vector<const LabelledMolecule*>;
 
@@ -94,17 +71,17 @@ std::map<std::string, Group> groupsIn(const std::vector<LabelledMolecule>& molec
   return groups;
 }
 
-/// What to tell the user of the labelling of a molecule; empty where it is plain.
+/// Returns a note on the labelling of a molecule; empty where it is clear.
 std::string noteOn(const Group& group, const std::string& list) {
   const LabelledMolecule& first = *group.front();
   for (const LabelledMolecule* other : group)
     if (other->labelling.deuteration != first.labelling.deuteration)
       return "the samples of shift list " + list + " differ in deuterium, " + first.words + " and " +
-             other->words + "; say --deuterated if the shifts are those of the deuterated one";
+             other->words + "; use --deuterated if the shifts are of the deuterated one";
   if (!first.labelling.hasMoreWords) return "";
   return "the sample is labelled " + first.words + "; " +
-         (first.labelling.deuteration > 0 ? "protons that are left are taken for deuterons: CB of Val is "
-                                            "corrected by up to 0.8 ppm too much"
+         (first.labelling.deuteration > 0 ? "the remaining protons are treated as deuterons, so CB of Val is "
+                                            "overcorrected by up to 0.8 ppm"
                                           : "deuterons of single residues or groups are not corrected for");
 }
 
@@ -122,7 +99,7 @@ Labelling labellingOf(std::string_view words) {
   bool hasDeuterium = false;
   for (std::size_t begin = 0; begin <= text.size();) {
     const std::size_t end = std::min(text.find_first_of(";,/", begin), text.size());
-    const LabelledPart part(std::string_view(text).substr(begin, end - begin));
+    const LabelledPart part = partOf(std::string_view(text).substr(begin, end - begin));
     begin = end + 1;
     labelling.hasCarbon = labelling.hasCarbon || part.hasCarbon;
     labelling.hasMoreWords = labelling.hasMoreWords || part.hasMoreWords;

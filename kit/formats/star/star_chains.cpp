@@ -11,7 +11,7 @@ namespace zorvela {
 
 namespace {
 
-/// A tag, and what a file without shifts is that has it.
+/// A tag, and the kind of file without shifts that has it.
 struct ForeignTag {
   std::string_view start;
   const char* what;
@@ -26,14 +26,14 @@ constexpr ForeignTag kForeignNmrStar[] = {
     {"_Peak_general_char.", "a peak list (NMR-STAR)"},
 };
 
-// NMR-STAR has these tags as well, but in save frames with a category.
+// NMR-STAR has these tags too, but in save frames with a category.
 constexpr ForeignTag kForeignMmcif[] = {
     {"_atom_site.", "atom coordinates (mmCIF)"},
     {"_refln.", "structure factors (mmCIF)"},
     {"_chem_comp_atom.", "the description of a residue or ligand (mmCIF)"},
 };
 
-/// "(MSE)" at a place of a one-letter text: the name, empty if there is none.
+/// Returns the name in "(MSE)" at a position of a one-letter text; empty if there is none.
 std::string bracketedName(const std::string& text, std::size_t pos) {
   constexpr std::size_t kLongestResidueName = 6;
   if (text[pos] != '(') return {};
@@ -42,7 +42,7 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
   return end == std::string::npos ? std::string() : name.substr(0, end);
 }
 
-/// What a save frame says that it holds; empty where it says nothing, as in mmCIF.
+/// Returns the category of a save frame; empty where it has none, as in mmCIF.
 std::string categoryOf(const StarFrame& frame) {
   std::string category = frameValue(frame, "_Saveframe_category");
   const StarFile& file = frame.file;
@@ -63,13 +63,13 @@ Letters lettersOf(const FileChain& chain) {
   return letters;
 }
 
-/// Place and letter of the residue that a row names.
+/// Key and letter of the residue that a row names.
 struct NamedResidue {
   const std::string* key;
   char letter;
 };
 
-/// Share of rows whose residue name is the sequence's at that place; -1 for a chain that is no
+/// Returns the share of rows whose residue name is that of the sequence; -1 for a chain that is not a
 /// polypeptide or has no sequence.
 double fitOf(const std::vector<NamedResidue>& sample, const Letters& letters) {
   if (letters.empty() || sample.empty()) return -1;
@@ -120,7 +120,7 @@ void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain
       if (row.chain == kNoChain) row.chain = chosen;
     if (candidates.size() < 2) continue;
     const std::string note =
-        "shifts that name no chain fit the sequence of chain " + chains[chosen].name + " best";
+        "shifts without a chain read as chain " + chains[chosen].name + ", whose sequence fits them best";
     if (notes.empty() || notes.back() != note) notes.push_back(note);
   }
 }
@@ -143,7 +143,7 @@ void numberChain(FileChain& chain, const RowNumbers& ofRows, std::vector<std::st
   }
   if (!twice.empty())
     notes.push_back("the shift rows of chain " + chain.name +
-                    " give two residues one number: " + enumerated(twice) + "; the first keeps it");
+                    " give two residues the same number: " + enumerated(twice) + "; the first keeps it");
   if (!taken.empty()) return;
   for (FileResidue& residue : chain.residues) residue.number = residue.key;
 }
@@ -237,11 +237,11 @@ void noteCautions(const std::string& molecule, const std::string& state, const s
   const std::string subject = "the file calls " + (molecule.empty() ? "the molecule" : molecule) + " ";
   for (const char* unfolded : {"denatured", "unfolded", "disordered", "molten"})
     if (contains(words, unfolded)) {
-      notes.push_back(subject + words + ": predictions are made for folded proteins");
+      notes.push_back(subject + words + "; predictions are for folded proteins");
       break;
     }
   if (equalIgnoringCase(paramagnetic, "yes"))
-    notes.push_back(subject + "paramagnetic: shifts near the centre are moved by it");
+    notes.push_back(subject + "paramagnetic; the centre moves the shifts near it");
 }
 
 std::string listName(const StarFrame& frame, std::vector<std::string>& notes) {
@@ -265,18 +265,14 @@ std::vector<std::string> starContents(const StarEntry& entry) {
 
 std::string foreignStar(const StarEntry& entry) {
   const std::vector<StarFrame> frames = framesOf(entry);
-  const auto isIn = [&](std::string_view tagStart) {
-    return std::any_of(frames.begin(), frames.end(),
-                       [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
-  };
-  if (isIn("_Atom_chem_shift.")) return {};
+  if (haveTable(frames, "_Atom_chem_shift.")) return {};
   for (const ForeignTag& tag : kForeignNmrStar)
-    if (isIn(tag.start)) return tag.what;
+    if (haveTable(frames, tag.start)) return tag.what;
   const bool hasCategories = std::any_of(frames.begin(), frames.end(),
                                          [](const StarFrame& frame) { return !categoryOf(frame).empty(); });
   if (!hasCategories)
     for (const ForeignTag& tag : kForeignMmcif)
-      if (isIn(tag.start)) return tag.what;
+      if (haveTable(frames, tag.start)) return tag.what;
   return {};
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 using Kind = StarToken::Kind;
 
-constexpr const char* kSyntaxRemedy = "mend the file there, or fetch it again";
 constexpr std::size_t kLongestWord = 60;
 
 /// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1.
@@ -49,7 +48,7 @@ bool isNeeded(std::string_view tag) {
                      [&](std::string_view start) { return startsIgnoringCase(tag, start); });
 }
 
-/// What a tag belongs to: "_nef_sequence" of "_nef_sequence.index", in short for messages.
+/// Returns the category of a tag for messages: "_nef_sequence" of "_nef_sequence.index".
 std::string categoryOf(std::string_view tag) {
   return printable(tag.substr(0, tag.find('.')), kLongestWord);
 }
@@ -71,7 +70,7 @@ class Parser {
       else if (token.kind == Kind::tag)
         readPair();
       else if (token.kind == Kind::value)
-        readStray();
+        skipValues();
       else
         advance();
     }
@@ -82,7 +81,7 @@ class Parser {
 
  private:
   [[noreturn]] void fail(std::size_t atLine, const std::string& what) const {
-    throw FileError(file.name, atLine, "not valid STAR: " + what, kSyntaxRemedy);
+    throw FileError(file.name, atLine, "not valid STAR: " + what, kStarRemedy);
   }
 
   void advance() {
@@ -96,7 +95,9 @@ class Parser {
     return {small(static_cast<std::size_t>(part.data() - file.text.data())), small(part.size())};
   }
 
-  std::string lineText() const { return "line " + std::to_string(token.line); }
+  void note(std::size_t atLine, const std::string& what) {
+    notes.add("line " + std::to_string(atLine) + ": " + what);
+  }
 
   // --- Frames ---------------------------------------------------------------------------------
 
@@ -117,12 +118,11 @@ class Parser {
   }
 
   void noteOpenFrame(const std::string& before) {
-    notes.add("line " + std::to_string(frameLine) + ": the save frame " +
-              printable(file.textOf(frameName), kLongestWord) + " is not closed before " + before +
-              "; it is taken to end there");
+    note(frameLine, "save frame " + printable(file.textOf(frameName), kLongestWord) +
+                        " is not closed; read as if it ended before " + before);
   }
 
-  /// What was read since the last heading becomes a frame.
+  /// Makes a frame of all that was read since the last heading.
   void endFrame() {
     const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
     const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
@@ -140,8 +140,9 @@ class Parser {
     const std::size_t tagLine = token.line;
     advance();
     if (token.kind != Kind::value) {
-      if (isNeeded(tag)) fail(tagLine, printable(tag, kLongestWord) + " has no value");
-      notes.add("line " + std::to_string(tagLine) + ": " + printable(tag, kLongestWord) + " has no value");
+      const std::string what = printable(tag, kLongestWord) + " has no value";
+      if (isNeeded(tag)) fail(tagLine, what);
+      note(tagLine, what);
       return;
     }
     if (token.isOpen) noteOpenQuote(isNeeded(tag));
@@ -151,25 +152,21 @@ class Parser {
   }
 
   void noteOpenQuote(bool isOfUse) {
-    const std::string what =
-        "a quote begins in column " + std::to_string(columnOfToken()) + " and is not closed on its line";
+    const std::size_t lineStart = file.text.find_last_of('\n', token.begin) + 1;  // 0 in the first line
+    const std::string what = "a quote begins in column " + std::to_string(token.begin - lineStart + 1) +
+                             " and is not closed on its line";
     if (isOfUse) fail(token.line, what);
-    notes.add(lineText() + ": " + what);
+    note(token.line, what);
   }
 
-  std::size_t columnOfToken() const {
-    const std::size_t lineStart = file.text.find_last_of('\n', token.begin);
-    return lineStart == std::string::npos ? token.begin + 1 : token.begin - lineStart;
-  }
-
-  /// Values that no tag asks for. After a tag that is read they leave open which value is its own.
-  void readStray() {
+  /// Skips values without a tag. After a tag that is read, nothing shows which value is its own.
+  void skipValues() {
     const std::size_t firstLine = token.line;
     std::size_t count = 0;
     for (; token.kind == Kind::value; advance()) ++count;
-    const std::string what = zorvela::counted(count, "value", "values") + " without a tag";
+    const std::string what = counted(count, "value", "values") + " without a tag";
     if (isNeeded(lastTag)) fail(firstLine, what);
-    notes.add("line " + std::to_string(firstLine) + ": " + what + ", not used");
+    note(firstLine, what + "; ignored");
   }
 
   // --- Loops ----------------------------------------------------------------------------------
@@ -199,20 +196,19 @@ class Parser {
     if (loop.tagCount > 0)
       settleRows(loop, isOfUse);
     else if (!loop.isEmpty)
-      notes.add("line " + std::to_string(loopLine) + ": a loop without tags, not used");
+      note(loopLine, "a loop without tags; ignored");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
   }
 
-  /// Room for the values in the rest of the text, as many as there can be, but no more than usual entries
-  /// have.
+  /// Reserves memory for as many values as the rest of the text can hold, up to those of a usual entry.
   void reserveValues() {
     constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
     constexpr std::size_t kMost = 1 << 20;
     file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
   }
 
-  /// Leaves out rows with values missing or left over, where the lines show which they are.
+  /// Drops rows with values missing or left over, where the lines show which they are.
   void settleRows(StarLoop& loop, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
     const std::size_t lineCount = lines.list.size();
@@ -220,8 +216,8 @@ class Parser {
     if (layout.bad.empty()) return;
     const bool fills = lines.values % columns == 0;
     const bool isByLine = layout.wholeLines * 2 >= lineCount;
-    // Where rows run on from line to line, the lines say nothing: a full count is all that there is to go by.
-    // With few columns many lines hold whole rows by chance.
+    // Where rows run on from line to line, the lines do not show them: only the count of values can be
+    // checked. With few columns, many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
     const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
     if (fills && runsOn) return;
@@ -234,14 +230,12 @@ class Parser {
     }
   }
 
-  void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isLeftOut) {
-    const std::string from = std::to_string(bad.first.number);
-    const bool isOne = bad.first.number == bad.last.number;
-    notes.add((isOne ? "line " + from : "lines " + from + " to " + std::to_string(bad.last.number)) + ": " +
-              zorvela::counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
-              zorvela::counted(loop.tagCount, "column", "columns") + " of " +
+  void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isByLine) {
+    notes.add(lineRange(bad.first.number, bad.last.number) + ": " +
+              counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
+              counted(loop.tagCount, "column", "columns") + " of " +
               categoryOf(file.textOf(file.tags[loop.firstTag])) +
-              (isLeftOut ? "; left out" : "; the loop is not used"));
+              (isByLine ? "; ignored" : "; the loop is not used"));
   }
 
   void dropRows(const StarLoop& loop, const std::vector<BadLines>& bad) {
@@ -264,12 +258,12 @@ class Parser {
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
-  std::string_view lastTag;  ///< of the pair before; empty after a loop
-  LoopLines lines;           ///< of the loop that is read
+  std::string_view lastTag;  ///< the tag before, if it has one value; empty after a loop
+  LoopLines lines;           ///< those of the current loop
   LimitedNotes notes{"places that are not valid STAR"};
 };
 
-/// The first line that is no comment; empty if there is none.
+/// Returns the first line that is not a comment; empty if there is none.
 std::string_view firstLine(std::string_view text) {
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     const std::string_view core = trimmed(*line);
@@ -278,31 +272,11 @@ std::string_view firstLine(std::string_view text) {
   return {};
 }
 
-/// Tags as the column names of a table: with commas, or one after the other.
+/// Tells whether a line has tags as the column names of a table: with commas, or one after the other.
 bool areColumnNames(std::string_view line) {
   const std::size_t end = std::min(line.find_first_of(" \t"), line.size());
   const std::string_view rest = trimmed(line.substr(end));
   return contains(line.substr(0, end), ",") || (line.front() == '_' && !rest.empty() && rest.front() == '_');
-}
-
-template <class Fits>
-std::vector<StarTable> tablesWhere(const StarFrame& frame, Fits fits) {
-  std::vector<StarTable> tables;
-  const StarFile& file = frame.file;  // not by a structured binding, which Clang 14 lets no lambda use
-  const StarFrameRange& items = frame.items;
-  for (std::size_t i = items.firstPair; i < items.endPair; ++i)
-    if (fits(file.textOf(file.pairs[i].tag))) {
-      tables.emplace_back(frame);
-      break;
-    }
-  for (std::size_t l = items.firstLoop; l < items.endLoop; ++l) {
-    const StarLoop& loop = file.loops[l];
-    const auto first = file.tags.begin() + static_cast<std::ptrdiff_t>(loop.firstTag);
-    const bool isWanted = std::any_of(first, first + static_cast<std::ptrdiff_t>(loop.tagCount),
-                                      [&](StarSpan tag) { return fits(file.textOf(tag)); });
-    if (isWanted && !loop.isEmpty) tables.emplace_back(file, loop);
-  }
-  return tables;
 }
 
 using TagStarts = std::initializer_list<std::string_view>;
@@ -314,17 +288,14 @@ bool startsAsOneOf(TagStarts starts, std::string_view tag) {
                      [tag](std::string_view start) { return startsIgnoringCase(tag, start); });
 }
 
-/// Whether a data block is an entry of its own, with molecules and shifts.
+/// Tells whether a data block is an entry of its own, with molecules and shifts.
 bool isEntry(const StarEntry& block) {
   const std::vector<StarFrame> frames = framesOf(block);
-  const auto has = [&frames](TagStarts starts) {
-    return std::any_of(frames.begin(), frames.end(), [starts](const StarFrame& frame) {
-      return !tablesWhere(frame, [starts](std::string_view tag) {
-                return startsAsOneOf(starts, tag);
-              }).empty();
-    });
+  const auto hasOneOf = [&frames](TagStarts starts) {
+    return std::any_of(starts.begin(), starts.end(),
+                       [&](std::string_view start) { return haveTable(frames, start); });
   };
-  return has(kMoleculeTags) && has(kShiftTags);
+  return hasOneOf(kMoleculeTags) && hasOneOf(kShiftTags);
 }
 
 bool isPartOfHeader(std::string_view line) {
@@ -417,7 +388,7 @@ std::size_t StarTable::rows() const {
     throw FileError(source->name, loop->badLine,
                     "values are missing or left over in the loop of " +
                         categoryOf(source->textOf(source->tags[loop->firstTag])),
-                    "mend the loop, with one value for each column in every row");
+                    kLoopRemedy);
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
 }
 
@@ -454,18 +425,30 @@ std::string StarColumn::word(std::size_t row) const {
   return printable(whole, kLongestNameKept);
 }
 
-std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag) {
-  return tablesWhere(frame, [tag](std::string_view other) { return equalIgnoringCase(other, tag); });
+std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart) {
+  std::vector<StarTable> tables;
+  const StarFile& file = frame.file;
+  const auto isWanted = [&](StarSpan tag) { return startsIgnoringCase(file.textOf(tag), tagStart); };
+  const auto firstPair = file.pairs.begin() + frame.items.firstPair;
+  const auto endPair = file.pairs.begin() + frame.items.endPair;
+  if (std::any_of(firstPair, endPair, [&](const StarPair& pair) { return isWanted(pair.tag); }))
+    tables.emplace_back(frame);
+  for (std::size_t l = frame.items.firstLoop; l < frame.items.endLoop; ++l) {
+    const StarLoop& loop = file.loops[l];
+    const auto firstTag = file.tags.begin() + loop.firstTag;
+    if (!loop.isEmpty && std::any_of(firstTag, firstTag + loop.tagCount, isWanted))
+      tables.emplace_back(file, loop);
+  }
+  return tables;
 }
 
-std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart) {
-  return tablesWhere(frame,
-                     [tagStart](std::string_view other) { return startsIgnoringCase(other, tagStart); });
+bool haveTable(const std::vector<StarFrame>& frames, std::string_view tagStart) {
+  return std::any_of(frames.begin(), frames.end(),
+                     [&](const StarFrame& frame) { return !tablesOf(frame, tagStart).empty(); });
 }
 
 std::string frameValue(const StarFrame& frame, std::string_view tag) {
-  const StarTable pairs(frame);
-  return pairs.column(tag).text(0);
+  return StarTable(frame).column(tag).text(0);
 }
 
 std::vector<StarFrame> framesOf(const StarEntry& entry) {

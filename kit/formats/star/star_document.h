@@ -147,11 +147,11 @@ class StarTable {
   const StarFrameRange* pairsOf = nullptr;
 };
 
-/// All tables of a frame that have the tag.
-std::vector<StarTable> tablesWith(const StarFrame& frame, std::string_view tag);
-
-/// All tables of a frame with a tag that begins so.
+/// Returns all tables of a frame with a tag that begins so.
 std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStart);
+
+/// Tells whether a frame has such a table.
+bool haveTable(const std::vector<StarFrame>& frames, std::string_view tagStart);
 
 /// The value of a tag that stands outside loops; empty if there is none.
 std::string frameValue(const StarFrame& frame, std::string_view tag);

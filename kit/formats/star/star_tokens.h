@@ -7,7 +7,13 @@
 
 namespace zorvela {
 
-/// What separates words; other control characters are part of them.
+/// How to repair a file that is not valid STAR or CIF.
+inline constexpr const char* kStarRemedy = "fix the file there, or fetch it again";
+
+/// How to repair a loop with a value missing or left over.
+inline constexpr const char* kLoopRemedy = "fix the loop: every row needs one value for each column";
+
+/// Tells whether a character separates words; other control characters are part of them.
 inline bool isStarSpace(char c) {
   if (static_cast<unsigned char>(c) > ' ') return false;  // nearly all
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -32,12 +38,12 @@ struct StarToken {
   bool isOpen = false;   ///< a quoted string or text field without an end
 };
 
-/// Reads STAR text token by token. Blanks and comments are passed over. Linear in the text.
+/// Reads STAR text token by token, and skips blanks and comments. The time is linear in the text.
 class StarTokens {
  public:
   /// `text` must outlive this object and its tokens.
   explicit StarTokens(std::string_view text);
-  /// The next token; one of the kind `end` at the end, however often it is asked for.
+  /// Returns the next token; at the end of the text always one of the kind `end`.
   StarToken next();
 
  private:

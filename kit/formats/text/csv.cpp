@@ -1,6 +1,5 @@
 // Reads text with a line of column names: one row per shift, or one row per residue with a column per atom.
-// The rows are read once; what they hold together then decides how their labels are meant and what is
-// refused.
+// The rows are read once; all of them together then decide how their labels are read and which are refused.
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -25,23 +24,25 @@ constexpr const char* kColumnsRemedy =
     "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
     "resid,resname,atom,shift";
 constexpr const char* kOwnColumnsRemedy = "give names and numbers of residues in columns of their own";
-// A title or a comment may stand above the column names, but no more than a page of it.
+constexpr const char* kCheckColumns = "check that each column has the values that its name promises";
+// There may be a page of titles and comments above the column names.
 constexpr std::size_t kMostLinesAbove = 50;
 
 // --- Column names -------------------------------------------------------------------------------
 
 [[noreturn]] void throwNoHeader(std::string_view line, std::size_t number, const CsvColumns& found,
                                 const std::string& file) {
-  const std::size_t start = std::min(line.find_first_not_of("# \t"), line.size());
-  const std::string shownLine = printable(trimmed(start == line.size() ? line : line.substr(start)), 60);
+  const std::size_t start = line.find_first_not_of("# \t");
+  const std::string shownLine = printable(trimmed(start == line.npos ? line : line.substr(start)), 60);
   const bool isPartly = found.shift != kNoColumn || found.atom != kNoColumn;
   throw FileError(file, number,
                   isPartly ? "the columns lack " + found.missing()
-                           : "is no shift file that is known; it begins with \"" + shownLine + "\"",
+                           : "is not a known kind of shift file; it begins with \"" + shownLine + "\"",
                   kColumnsRemedy);
 }
 
-/// The table below the first line that names enough columns, or one whose columns are plain without names.
+/// Returns the table below the first line that names enough columns, or one whose columns are clear without
+/// names.
 CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
   std::size_t pos = 0;
   std::size_t line = 0;
@@ -54,10 +55,7 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
     const auto layout = layoutOf(*header, text, pos, line);
     const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
     if (columns.areEnough()) {
-      const std::string lines =
-          firstLine + 1 == line ? "line " + std::to_string(firstLine)
-                                : "lines " + std::to_string(firstLine) + " to " + std::to_string(line - 1);
-      if (above > 0) notes.push_back(lines + " above the column names not used");
+      if (above > 0) notes.push_back(lineRange(firstLine, line - 1) + " above the column names ignored");
       return {*layout, columns};
     }
     if (above > 0) continue;
@@ -70,14 +68,14 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
     throw FileError(file, plain.oddLine, "is not like the rows above it, and the table has no column names",
                     "correct or remove this row, or add a line of column names");
   if (!plain.table) throwNoHeader(first, firstLine, firstColumns, file);
-  notes.push_back("no column names: by what the columns hold, they are " +
+  notes.push_back("no column names; by their contents, the columns are " +
                   enumerated(plain.table->layout.names));
   return *plain.table;
 }
 
 // --- Rows ---------------------------------------------------------------------------------------
 
-/// Rows or values that will not do: how many, and the first of them.
+/// Rows or values with a fault: how many, and the first of them.
 struct Tally {
   std::size_t count = 0;
   std::size_t line = 0;
@@ -91,7 +89,7 @@ struct Tally {
   bool areMostOf(std::size_t all) const { return count * 2 > all; }
 };
 
-/// What a column holds.
+/// Counts of the cells of a column.
 struct ColumnContents {
   std::size_t filled = 0;
   std::size_t numbers = 0;
@@ -102,7 +100,7 @@ struct ColumnContents {
   bool isWrong() const { return impossible * 2 > values; }
 };
 
-/// What the label of a shift's residue leaves open until all rows are known.
+/// The parts of a residue label whose meaning is known only after all rows are read.
 struct OpenLabel {
   char code = 0;         ///< a letter right after the number
   bool hasName = false;  ///< the name stands beside the number
@@ -111,7 +109,7 @@ struct OpenLabel {
   std::size_t column = kNoColumn;  ///< of the atom, where there is one row per residue
 };
 
-/// The rows as they stand.
+/// The rows as they are in the file.
 struct CsvContents {
   explicit CsvContents(FoundRows none) : found(std::move(none)) {}
 
@@ -124,8 +122,8 @@ struct CsvContents {
   Tally misfits;                  ///< rows with too few or too many cells
   Tally unplaced;                 ///< rows without a residue
   Tally twoLetters;               ///< rows with a letter on either side of the number
-  Tally impossible;               ///< of `values`: those that no shift of the atom has
-  LimitedNotes leftOut{"lines left out"};
+  Tally impossible;               ///< of `values`: those out of range for their atom
+  LimitedNotes ignored{"lines ignored"};
 };
 
 class RowReader {
@@ -140,15 +138,15 @@ class RowReader {
       if (row.fault.empty())
         readRow(row);
       else
-        leaveOut(row, row.fault, contents.misfits);
+        ignore(row, row.fault, contents.misfits);
     });
     return std::move(contents);
   }
 
  private:
-  void leaveOut(const CsvRow& row, const std::string& why, Tally& tally) {
+  void ignore(const CsvRow& row, const std::string& why, Tally& tally) {
     tally.add(row.line, why);
-    contents.leftOut.add("line " + std::to_string(row.line) + " left out: " + why);
+    contents.ignored.add("line " + std::to_string(row.line) + " ignored: " + why);
   }
 
   void readRow(const CsvRow& row) {
@@ -158,7 +156,7 @@ class RowReader {
       return;
     }
     if (const std::string why = whyNotPlaced(residue, row.cells, columns); !why.empty()) {
-      leaveOut(row, why, contents.unplaced);
+      ignore(row, why, contents.unplaced);
       return;
     }
     const ResidueLabel& label = residue.label;
@@ -193,7 +191,7 @@ class RowReader {
     std::string atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.label.atom;
     const std::optional<int> offset = takeOffset(atom);
     const std::string value = isNoValue(row.cells[columns.shift]) ? "" : row.cells[columns.shift];
-    // A row without atom and value still says that there is such a residue.
+    // A row without atom and value still names a residue.
     if (value.empty() && isNoValue(atom)) atom.clear();
     add(row, residue, value, {kNoColumn, atom, offset});
     if (isSplitDecimal(row)) ++contents.splitDecimals;
@@ -203,7 +201,7 @@ class RowReader {
       contents.impossible.add(row.line, quotedCell(value) + " for " + printable(atom, 20));
   }
 
-  /// "52,4" cut at its comma, with the second half in a column that nobody needs.
+  /// Tells whether "52,4" may be cut at its comma, with the second half in a column that is not used.
   bool isSplitDecimal(const CsvRow& row) const {
     const std::size_t next = columns.shift + 1;
     if (table.layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
@@ -219,7 +217,7 @@ class RowReader {
     FileShift shift;
     shift.number = label.number;
     shift.offset = label.offset ? label.offset : column.offset;
-    // The name beside a column "CA-1", and that in a label "G12-1", is of the residue with the number.
+    // The name beside a column "CA-1", or in a label "G12-1", is that of the residue with the number.
     if (!column.offset && !(label.offset && residue.name == label.name)) shift.residueName = residue.name;
     shift.atom = column.atom;
     shift.value = value;
@@ -237,7 +235,7 @@ class RowReader {
 
 // --- What the labels mean -----------------------------------------------------------------------
 
-/// Whether the residues of each chain ascend, with each dash as a minus sign or as none.
+/// Tells whether the residues of each chain ascend, with each dash as a minus sign or not.
 bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
   std::vector<std::set<int>> chains(contents.found.chains.size());
   for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
@@ -250,8 +248,8 @@ bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
   return true;
 }
 
-/// Whether the dash of labels such as "G-2" is a minus sign: it is where the numbers ascend then, and do not
-/// otherwise. FileError where that leaves it open, unless every label has a dash (Gly-12): a separator then.
+/// Tells whether the dash of labels such as "G-2" is a minus sign: it is one if the numbers ascend only then.
+/// If every label has a dash (Gly-12), it is a separator. FileError where neither is certain.
 bool areDashesMinus(const CsvContents& contents, const std::string& file) {
   const auto& labels = contents.labels;
   const auto hasDash = [](const OpenLabel& label) { return label.hasDash; };
@@ -262,12 +260,12 @@ bool areDashesMinus(const CsvContents& contents, const std::string& file) {
   if (std::all_of(labels.begin(), labels.end(), hasDash)) return false;
   const FileShift& shift = contents.found.shifts[static_cast<std::size_t>(dashed - labels.begin())];
   throw FileError(file, shift.line,
-                  "it is open whether " + quotedCell(shift.residueName + "-" + shift.number) +
-                      " has a minus sign or a dash",
+                  "cannot tell whether \"-\" in " + quotedCell(shift.residueName + "-" + shift.number) +
+                      " is a minus sign or a dash",
                   kOwnColumnsRemedy);
 }
 
-/// Whether the letters after residue numbers (82P) are names, and not insertion codes: every row has one, or
+/// Tells whether the letters after residue numbers (82P) are names, not insertion codes: every row has one or
 /// a longer name in the same cell (82PRO), and no other name.
 bool areCodesNames(const CsvContents& contents) {
   for (std::size_t i = 0; i < contents.labels.size(); ++i) {
@@ -281,7 +279,8 @@ bool areCodesNames(const CsvContents& contents) {
   return true;
 }
 
-/// Whether the only column of residue numbers goes up by one in each row although a residue has several.
+/// Tells whether the only column of residue numbers counts the rows: it goes up by one in each, although the
+/// atoms differ.
 bool areRowsCounted(const CsvContents& contents) {
   constexpr std::size_t kFewestRows = 3;
   const auto& shifts = contents.found.shifts;
@@ -300,7 +299,7 @@ std::string share(const Tally& tally, std::size_t all) {
   return std::to_string(tally.count) + " of " + std::to_string(all);
 }
 
-/// FileError for a table in which it is open what stands where.
+/// Throws FileError for a table whose columns are not certain.
 void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, const std::string& file) {
   const Tally& misfits = contents.misfits;
   const Tally& unplaced = contents.unplaced;
@@ -308,8 +307,8 @@ void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, cons
   if (misfits.areMostOf(contents.rows))
     throw FileError(
         file, misfits.line,
-        "most rows (" + share(misfits, contents.rows) + ") do not fit the columns, the first by " +
-            misfits.first,
+        "most rows (" + share(misfits, contents.rows) +
+            ") do not fit the columns; the first: " + misfits.first,
         "give every row a cell for each column, an empty one where there is no shift, and numbers "
         "with a decimal point");
   if (unplaced.areMostOf(whole))
@@ -320,10 +319,10 @@ void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, cons
   if (contents.twoLetters.areMostOf(whole - unplaced.count))
     throw FileError(
         file, contents.twoLetters.line,
-        "it is open which letter of " + quotedCell(contents.twoLetters.first) + " names the residue",
+        "cannot tell which letter of " + quotedCell(contents.twoLetters.first) + " names the residue",
         kOwnColumnsRemedy);
   if (columns.areLong() && areRowsCounted(contents))
-    throw FileError(file, 0, "the only column of numbers beside the shifts counts the rows",
+    throw FileError(file, 0, "the only column of numbers besides the shifts counts the rows",
                     "add a column of residue numbers (resid)");
   constexpr std::size_t kFewestSplit = 3;
   if (contents.splitDecimals >= kFewestSplit && contents.splitDecimals == whole - unplaced.count)
@@ -332,20 +331,20 @@ void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, cons
   if (contents.impossible.areMostOf(contents.values))
     throw FileError(file, contents.impossible.line,
                     "most values (" + share(contents.impossible, contents.values) +
-                        ") can be no shifts of their atoms: " + contents.impossible.first,
-                    "check that the columns hold what their names say");
+                        ") are out of range for their atoms, such as " + contents.impossible.first,
+                    kCheckColumns);
 }
 
 // --- What is kept -------------------------------------------------------------------------------
 
-/// How messages name a column.
+/// Returns the name of a column for messages.
 std::string titleOf(std::size_t column, const CsvTable& table) {
   const std::string& name = table.layout.names[column];
   return name.empty() ? std::to_string(column + 1) + " (without a name)" : printable(name, 40);
 }
 
-/// An atom column whose values are mostly none of its shifts (secondary shifts, other atoms) is not used.
-/// Columns of numbers that nobody reads are named.
+/// Notes the columns that are not used: atom columns whose values are mostly out of range (secondary shifts,
+/// other atoms), and other columns of numbers.
 void noteColumns(const CsvContents& contents, const CsvTable& table, const std::string& file,
                  std::vector<std::string>& notes) {
   const CsvColumns& columns = table.columns;
@@ -354,12 +353,11 @@ void noteColumns(const CsvContents& contents, const CsvTable& table, const std::
   std::vector<std::string> wrong;
   for (const AtomColumn& one : columns.atoms)
     if (const ColumnContents& held = contents.columns[one.column]; held.isWrong())
-      wrong.push_back("column " + titleOf(one.column, table) + " left out: " +
+      wrong.push_back("column " + titleOf(one.column, table) + " ignored: " +
                       std::to_string(held.impossible) + " of its " + std::to_string(held.values) +
-                      " values can be no " + one.atom + " shifts, such as " + quotedCell(held.example));
+                      " values are out of range for " + one.atom + ", such as " + quotedCell(held.example));
   if (!wrong.empty() && wrong.size() == columns.atoms.size())
-    throw FileError(file, 0, "no column holds shifts of its atom: " + wrong.front(),
-                    "check that the columns hold what their names say");
+    throw FileError(file, 0, "no column holds shifts of its atom: " + wrong.front(), kCheckColumns);
   notes.insert(notes.end(), wrong.begin(), wrong.end());
   const bool isCounterUsed = std::any_of(contents.labels.begin(), contents.labels.end(),
                                          [](const OpenLabel& label) { return label.isByCounter; });
@@ -372,7 +370,7 @@ void noteColumns(const CsvContents& contents, const CsvTable& table, const std::
   if (!others.empty()) notes.push_back("columns of numbers that are not used: " + enumerated(others));
 }
 
-/// Numbers with their signs and codes, and names that stood as codes.
+/// Settles numbers with their signs and codes, and names that look like codes.
 void settleLabels(CsvContents& contents, const std::string& file) {
   const bool isMinus = areDashesMinus(contents, file);
   const bool isName = areCodesNames(contents);
@@ -387,9 +385,9 @@ void settleLabels(CsvContents& contents, const std::string& file) {
   }
 }
 
-/// Takes out the shifts of wrong columns, and values that no shift of their column's atom has.
+/// Removes the shifts of wrong columns, and values out of range for their atom.
 void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
-  LimitedNotes impossible("values left out");
+  LimitedNotes impossible("values ignored");
   std::size_t kept = 0;
   for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
     FileShift& shift = contents.found.shifts[i];
@@ -398,9 +396,9 @@ void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
       if (contents.columns[column].isWrong()) continue;
       if (isNumber(shift.value) && !isMissingNumber(shift.value) &&
           !canBeShiftIn(shift.residueName, shift.atom, shift.value)) {
-        impossible.add("line " + std::to_string(shift.line) + ": " + printable(shift.value, 20) +
-                       " can be no shift of " + shift.atom + " of residue " + shift.number +
-                       ", so perhaps of another column; left out");
+        impossible.add("line " + std::to_string(shift.line) + ": " + shift.atom + " " +
+                       printable(shift.value, 20) + " of residue " + shift.number +
+                       " is out of range, ignored; is it in the wrong column?");
         continue;
       }
     }
@@ -429,9 +427,7 @@ bool isCsv(const Source& source) {
 }
 
 ShiftFile readCsv(const Source& source) {
-  if (const auto foreign = foreignText(source.text))
-    throw FileError(source.file, foreign->line, "is no shift file but " + foreign->what,
-                    "give the file with the chemical shifts");
+  refuseForeignText(source.text, source.file);
   const bool hasQuotes = contains(source.text, "\"");
   const std::string joined = hasQuotes ? withQuotedLinesJoined(source.text) : std::string();
   const std::string& text = hasQuotes ? joined : source.text;
@@ -440,10 +436,10 @@ ShiftFile readCsv(const Source& source) {
   findPlaces(text, table.layout);
   CsvContents contents = RowReader(text, table, source.file).read();
   refuseDoubtful(contents, table.columns, source.file);
-  contents.leftOut.appendTo(notes);
+  contents.ignored.appendTo(notes);
   contents.found.unassigned.appendTo(notes);
   noteColumns(contents, table, source.file, notes);
-  if (table.layout.isByPlace) notes.push_back("rows with gaps read by where the column names stand");
+  if (table.layout.isByPlace) notes.push_back("rows with gaps read by the places of the column names");
   settleLabels(contents, source.file);
   writePoints(contents.found.shifts, notes);
   dropImpossible(contents, notes);

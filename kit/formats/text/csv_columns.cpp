@@ -29,7 +29,7 @@ constexpr std::string_view kNameNames =
     "resname restype resn compid reslabel reslabel3 aatype 3letter 1letter oneletter threeletter 3lettercode "
     "1lettercode onelettercode threelettercode";
 constexpr std::string_view kResidueNames = "res group aa code seq";
-// Numbers that may as well count the rows.
+// Numbers of residues, or of rows.
 constexpr std::string_view kCounterNames = "num nr position pos no index idx";
 constexpr std::string_view kAssignmentNames =
     "assignment assignments assign assigned resonance nmratom label";
@@ -49,17 +49,17 @@ constexpr AtomAlias kAtomAliases[] = {
     {"h", "HN"},      {"n15", "N"},    {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"},
     {"calpha", "CA"}, {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
-// What stands around the atom in a column name, and says no more than that it is a shift.
+// Parts of a column name around the atom that only mark it as a shift.
 constexpr std::string_view kBefore[] = {"chemshift", "shift", "delta", "cs", "d", "13", "15", "1"};
 constexpr std::string_view kAfter[] = {"chemshift", "shift", "obs", "exp"};
 
-/// What does not count in a column name.
+/// Tells whether a character is ignored in a column name.
 bool isFiller(char c) {
   return std::string_view(" \t\v_-.:/()[]{}*,").find(c) != std::string_view::npos;
 }
 
-/// "Atom_chem_shift.Comp_index_ID" and "comp index ID" are the same, a unit does not count. A sign that is
-/// not known stays, so that a name with it is none that is known.
+/// Makes "Atom_chem_shift.Comp_index_ID" and "comp index ID" the same, and removes a unit. Unknown signs
+/// remain, so that a name with one is not mistaken for a known name.
 std::string simplified(const std::string& name) {
   const std::size_t dot = name.find_last_of('.');
   const bool isTag = dot != std::string::npos && dot > 1 && dot + 2 < name.size() &&
@@ -81,7 +81,7 @@ std::string simplified(const std::string& name) {
   return result;
 }
 
-/// Takes columns away, so that none serves twice.
+/// Gives each column out once.
 class ColumnTaker {
  public:
   explicit ColumnTaker(const std::vector<std::string>& names) {
@@ -105,7 +105,7 @@ class ColumnTaker {
   std::vector<std::string> free;
 };
 
-/// The atom of a simplified name without anything around it; empty if it is none.
+/// Returns the atom of a simplified name with nothing around it; empty if there is none.
 std::string plainAtom(std::string_view name) {
   for (const AtomAlias& alias : kAtomAliases)
     if (alias.name == name) return std::string(alias.atom);
@@ -133,7 +133,7 @@ std::string atomOfSimplified(std::string_view name) {
   return {};
 }
 
-/// "CA" for "CA(i)", which says that the shift is the residue's own.
+/// Returns "CA" for "CA(i)": the shift is the residue's own.
 std::string withoutOwnIndex(const std::string& name) {
   for (const char* index : {"(i)", "[i]"})
     if (const std::size_t at = lower(name).find(index); at != std::string::npos)
@@ -141,19 +141,19 @@ std::string withoutOwnIndex(const std::string& name) {
   return name;
 }
 
-/// A column name that is the atom's own: it wins over "CA shift" and the like.
+/// Tells whether a column name is the atom's own, which wins over "CA shift" and the like.
 bool isOwnName(std::string name, const std::string& atom) {
   takeOffset(name);
   const std::string plain = plainAtom(simplified(name));
   return !plain.empty() && plain == atom;
 }
 
-/// "1H" may be any proton, "1HA" one of two: they need a column beside them that says which.
+/// Tells whether a name is open: "1H" may be any proton, "1HA" one of two, unless another column shows which.
 bool isOpenProton(const std::string& name, const ColumnTaker& taker) {
   return (name == "1h" && !taker.has("15n") && !taker.has("n")) || (name == "1ha" && taker.has("2ha"));
 }
 
-/// The columns of each atom: the one under its own name, or the only one.
+/// Adds the column of each atom: the one under its own name, or the only one.
 void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& taker, CsvColumns& columns) {
   // Beside "HA-2", "HA-1" is the other proton.
   const auto isSecond = [](const std::string& name) { return lower(name) == "ha-2"; };
@@ -178,7 +178,7 @@ void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& ta
             [](const AtomColumn& a, const AtomColumn& b) { return a.column < b.column; });
 }
 
-/// "type" and "name" are of the residue where nothing better is.
+/// Reads "type" and "name" as the residue's where no better column is found.
 void takeWeakName(ColumnTaker& taker, CsvColumns& columns) {
   if (columns.name != kNoColumn) return;
   const std::size_t weak = taker.take(kWeakNameNames);
@@ -188,7 +188,7 @@ void takeWeakName(ColumnTaker& taker, CsvColumns& columns) {
     columns.residues.push_back(weak);
 }
 
-/// A column called "name" may be the residue's, one called "atom" says that there is one row per shift.
+/// Tells whether there is one row per shift: a column "atom" is certain, "name" may be the residue's.
 bool isLongForCertain(const std::vector<std::string>& names, const CsvColumns& columns) {
   return columns.shift != kNoColumn && columns.atom != kNoColumn && simplified(names[columns.atom]) != "name";
 }
@@ -197,8 +197,8 @@ bool haveResidue(const CsvColumns& columns) {
   return columns.number != kNoColumn || columns.counter != kNoColumn || !columns.residues.empty();
 }
 
-/// One row per residue: "name" is the residue's then, and a column such as "delta" no shift of its own. Where
-/// no other column has the residues, "label" or "name" has them whole (S81).
+/// Settles a table with one row per residue: "name" is the residue's, and a column such as "delta" is not a
+/// shift. Where no other column has the residues, "label" or "name" has them whole (S81).
 void becomeWide(const std::vector<std::string>& names, ColumnTaker& taker, CsvColumns& columns) {
   const bool isName = columns.atom != kNoColumn && simplified(names[columns.atom]) == "name";
   const std::size_t name = isName ? columns.atom : kNoColumn;
@@ -215,7 +215,7 @@ void becomeWide(const std::vector<std::string>& names, ColumnTaker& taker, CsvCo
     columns.name = name;
 }
 
-/// Where residue and atom stand in one cell, and perhaps no column is named for it.
+/// Finds the column with residue and atom in one cell, which may have another name.
 void findAssignment(ColumnTaker& taker, CsvColumns& columns) {
   if (columns.shift == kNoColumn) return;
   const bool hasResidue =
@@ -237,7 +237,7 @@ const std::string& cellAt(const std::vector<std::string>& cells, std::size_t col
   return column < cells.size() ? cells[column] : kNone;
 }
 
-/// The columns that may give the number of a residue, in order of trust.
+/// Returns the columns that may give the number of a residue, in order of trust.
 std::vector<std::size_t> numberSources(const CsvColumns& columns) {
   std::vector<std::size_t> sources = {columns.number, columns.assignment};
   sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
@@ -259,7 +259,7 @@ void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns
   }
 }
 
-/// A residue that is not known is one as well: "X", "?".
+/// Tells whether a cell has no name; an unknown residue has one: "X", "?".
 bool isNoName(const std::string& cell) {
   return isNoValue(cell) && cell != "?" && !equalIgnoringCase(cell, "X");
 }
@@ -279,7 +279,7 @@ void findName(const std::vector<std::string>& cells, const CsvColumns& columns, 
       if (residue.chain.empty()) residue.chain = label->chain;
       return;
     }
-    // A name that is not known stays as it is, where the number is known without it.
+    // An unknown name is kept where another column gives the number.
     if (i < ownColumns && (!label || label->number != residue.label.number)) {
       residue.name = cell;
       return;
@@ -303,7 +303,7 @@ std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::strin
                          const CsvColumns& columns) {
   const bool hasNumber = !residue.label.number.empty();
   if (hasNumber && (!columns.lackAtoms() || !residue.label.atom.empty())) return {};
-  const char* what = hasNumber ? " names no atom" : " is no residue number";
+  const char* what = hasNumber ? " names no atom" : " is not a residue number";
   for (const std::size_t column : numberSources(columns))
     if (!cellAt(cells, column).empty()) return quotedCell(cellAt(cells, column)) + what;
   return quotedCell("") + what;
@@ -368,7 +368,7 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
     columns.residues.push_back(residue);
   }
   columns.counter = taker.take(kCounterNames);
-  // What a spreadsheet has to the left of all named columns.
+  // A spreadsheet may count its rows to the left of all named columns.
   if (columns.counter == kNoColumn && !names.empty() && names.front().empty()) columns.counter = 0;
   addAtomColumns(names, taker, columns);
   if (columns.atoms.size() > 1 && !isLongForCertain(names, columns)) {

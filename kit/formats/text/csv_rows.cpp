@@ -9,47 +9,46 @@ namespace zorvela {
 
 namespace {
 
-// No table of shifts has a longer head; the bounds keep the search for it short.
+// No table of shifts has a longer line of names; the bounds keep the search for it short.
 constexpr std::size_t kLongestHeader = 20000;
 constexpr std::size_t kMostColumns = 500;
 
-/// A line of nothing but dashes and the like, as below the head of a drawn table.
+/// Tells whether a line is a rule, as below the column names of a drawn table.
 bool isRule(std::string_view line) {
   return line.find_first_not_of("-=+|: \t") == std::string_view::npos &&
          line.find_first_of("-=") != std::string_view::npos && line.find("--") != std::string_view::npos;
 }
 
-bool isNoRow(std::string_view line) {
+bool isToSkip(std::string_view line) {
   const std::string_view core = trimmed(line);
   return core.empty() || core.front() == '#' || isRule(core);
 }
 
-std::string widthFault(std::size_t cells, std::size_t width, bool isAtLeast) {
-  return (isAtLeast ? "more than " : "") + counted(cells, "cell", "cells") + " for " +
-         counted(width, "column", "columns");
-}
-
-/// Whether what stands after the last column is nothing but empty cells.
-bool isEmptyRest(const std::string& rest) {
-  return rest.find_first_not_of(" \t,;|\"") == std::string::npos;
+/// Returns the cells of a line. Outer tabs are cells; outer blanks are not.
+std::optional<std::vector<std::string>> cellsOf(std::string_view line, Separator separator,
+                                                std::size_t most = kMostColumns) {
+  return splitCells(separator == Separator::tab ? line : trimmed(line), separator, most);
 }
 
 void cutBySeparator(std::string_view line, const CsvLayout& layout, CsvRow& row) {
-  auto cells = splitCells(line, layout.separator, layout.width());
+  const std::size_t width = layout.width();
+  auto cells = cellsOf(line, layout.separator, width);
   if (!cells) {
     row.fault = "a double quote is not closed";
     return;
   }
   row.cells = std::move(*cells);
-  if (row.cells.size() > layout.width() && isEmptyRest(row.cells.back())) row.cells.pop_back();
-  if (row.cells.size() > layout.width())
-    row.fault = widthFault(layout.width(), layout.width(), true);
-  else if (row.cells.size() < layout.width())
-    row.fault = widthFault(row.cells.size(), layout.width(), false);
+  const bool hasMore = row.cells.size() > width;
+  // Spreadsheets write empty cells after the last column.
+  if (hasMore && row.cells.back().find_first_not_of(" \t,;|\"") == std::string::npos) row.cells.pop_back();
+  if (row.cells.size() != width)
+    row.fault = (hasMore ? "more than " + counted(width, "cell", "cells")
+                         : counted(row.cells.size(), "cell", "cells")) +
+                " for " + counted(width, "column", "columns");
 }
 
-/// The one column above a cell: the only one that it reaches under, or of several the only one that begins or
-/// ends with it.
+/// Returns the column above a cell: the only one above any part of it, or of several the only one that begins
+/// or ends with it. The number of columns if there is none.
 std::size_t columnAbove(const PlacedCell& cell, const std::vector<PlacedCell>& names) {
   std::vector<std::size_t> above;
   std::vector<std::size_t> aligned;
@@ -62,7 +61,7 @@ std::size_t columnAbove(const PlacedCell& cell, const std::vector<PlacedCell>& n
   return aligned.size() == 1 ? aligned.front() : names.size();
 }
 
-/// The cells below their names; nothing if one stands below none, or two below one.
+/// Returns the cells below their names; nothing if one is below no name, or two are below one.
 std::optional<std::vector<std::string>> cellsByPlace(std::string_view line, const CsvLayout& layout) {
   const auto placed = placedCells(line, layout.width() + 1);
   if (!placed || placed->size() > layout.width() || line.find('\t') != std::string_view::npos)
@@ -76,7 +75,7 @@ std::optional<std::vector<std::string>> cellsByPlace(std::string_view line, cons
   return cells;
 }
 
-/// Without the tail in brackets in which a program says where a row of blank-separated cells is from.
+/// Returns a row of blank-separated cells without the tail in brackets, in which a program names its source.
 std::string_view withoutTail(std::string_view line) {
   const std::size_t tail = line.rfind(" (");
   return tail != std::string_view::npos && trimmed(line).back() == ')' ? line.substr(0, tail) : line;
@@ -84,19 +83,15 @@ std::string_view withoutTail(std::string_view line) {
 
 void cutRow(std::string_view line, const CsvLayout& layout, CsvRow& row) {
   if (layout.separator == Separator::blank) line = withoutTail(line);
-  if (!layout.isByPlace) {
-    // Outer tabs are cells; outer blanks are not.
-    cutBySeparator(layout.separator == Separator::tab ? line : trimmed(line), layout, row);
-    return;
-  }
-  auto cells = cellsByPlace(line, layout);
-  if (cells)
+  if (!layout.isByPlace)
+    cutBySeparator(line, layout, row);
+  else if (auto cells = cellsByPlace(line, layout))
     row.cells = std::move(*cells);
   else
-    row.fault = "its cells do not stand below the column names";
+    row.fault = "its cells are not below the column names";
 }
 
-/// The place after a quoted cell that begins at `start`; 0 where the quote has no end nearby.
+/// Returns the place after a quoted cell that begins at `start`; 0 where the quote has no end nearby.
 std::size_t endOfQuoted(std::string_view text, std::size_t start) {
   constexpr std::size_t kLongestCell = 2000;
   const std::size_t last = std::min(text.size(), start + kLongestCell);
@@ -111,12 +106,12 @@ std::size_t endOfQuoted(std::string_view text, std::size_t start) {
   return 0;
 }
 
-/// Lines that quoted cells of a row run over, beyond the first.
-std::size_t linesWithin(std::string_view row) {
-  return static_cast<std::size_t>(std::count(row.begin(), row.end(), '\v'));
+/// Returns the number of lines of a row, whose quoted cells may run over several.
+std::size_t linesOf(std::string_view row) {
+  return 1 + static_cast<std::size_t>(std::count(row.begin(), row.end(), '\v'));
 }
 
-/// The line with a blank for each "#" in front: the places stay.
+/// Returns the line with a blank for each "#" in front, so that the names keep their places.
 std::string withoutMark(std::string_view line) {
   std::string text(line);
   for (char& c : text) {
@@ -126,22 +121,15 @@ std::string withoutMark(std::string_view line) {
   return text;
 }
 
-std::size_t countCells(std::string_view line, Separator separator) {
-  const auto cells = splitCells(separator == Separator::tab ? line : trimmed(line), separator, kMostColumns);
-  return cells ? cells->size() : 0;
-}
-
-/// The names as they stand in the line.
 std::vector<std::string> namesOf(std::string_view line, Separator separator) {
-  const auto cells = splitCells(separator == Separator::tab ? line : trimmed(line), separator, kMostColumns);
-  std::vector<std::string> names = cells.value_or(std::vector<std::string>());
+  std::vector<std::string> names = cellsOf(line, separator).value_or(std::vector<std::string>());
   if (names.size() > kMostColumns) names.clear();
-  // Empty cells at the end are no columns.
+  // Empty cells at the end are not columns.
   while (!names.empty() && names.back().empty()) names.pop_back();
   return names;
 }
 
-/// Whether a "#" in front is the name of the first column.
+/// Tells whether a "#" in front is the name of the first column.
 bool isMarkAName(std::string_view header, std::string_view text, std::size_t pos, std::size_t line) {
   const std::string_view core = trimmed(header);
   if (core.size() < 2 || core.front() != '#') return false;
@@ -150,25 +138,25 @@ bool isMarkAName(std::string_view header, std::string_view text, std::size_t pos
     return trimmed(core.substr(1, core.find(static_cast<char>(separator)) - 1)).empty();
   if (!isBlank(core[1])) return false;
   const auto below = nextFilledLine(text, pos, line);
-  return below && below->size() <= kLongestHeader &&
-         countCells(*below, separator) == countCells(core, separator);
+  if (!below || below->size() > kLongestHeader) return false;
+  const auto names = cellsOf(core, separator);
+  const auto cells = cellsOf(*below, separator);
+  return names && cells && names->size() == cells->size();
 }
 
-/// The cells of the first rows below a line, at most so many.
+/// Returns the cells of the first rows below a line, at most so many rows.
 std::vector<std::vector<std::string>> cellsBelow(std::string_view text, std::size_t pos, Separator separator,
                                                  std::size_t most) {
   std::vector<std::vector<std::string>> rows;
   while (rows.size() < most) {
     const auto line = nextLine(text, pos);
     if (!line || line->size() > kLongestHeader) break;
-    if (isNoRow(*line)) continue;
-    const std::string_view row = separator == Separator::tab ? *line : trimmed(*line);
-    rows.push_back(splitCells(row, separator, kMostColumns).value_or(std::vector<std::string>()));
+    if (!isToSkip(*line)) rows.push_back(cellsOf(*line, separator).value_or(std::vector<std::string>()));
   }
   return rows;
 }
 
-/// Whether the rows begin with a count from 0 that the names lack.
+/// Tells whether the rows begin with a count from 0 that the names lack.
 bool areCounted(const std::vector<std::vector<std::string>>& rows, std::size_t names) {
   if (rows.size() < 2) return false;
   for (std::size_t i = 0; i < rows.size(); ++i)
@@ -192,7 +180,7 @@ std::string withQuotedLinesJoined(std::string text) {
 
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line) {
   while (const auto next = nextLine(text, pos)) {
-    line += 1 + linesWithin(*next);
+    line += linesOf(*next);
     if (!trimmed(*next).empty()) return next;
   }
   return std::nullopt;
@@ -204,8 +192,8 @@ void forEachRow(std::string_view text, const CsvLayout& layout,
   for (std::size_t pos = layout.start; const auto line = nextLine(text, pos);) {
     CsvRow row;
     row.line = number + 1;
-    number += 1 + linesWithin(*line);
-    if (isNoRow(*line)) continue;
+    number += linesOf(*line);
+    if (isToSkip(*line)) continue;
     cutRow(*line, layout, row);
     const auto isEmpty = [](const std::string& cell) { return cell.empty(); };
     if (row.fault.empty() && std::all_of(row.cells.begin(), row.cells.end(), isEmpty)) continue;
@@ -220,7 +208,7 @@ std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text
   const std::string plain = isMark ? withoutMark(header) : std::string(header);
   CsvLayout layout;
   layout.separator = separatorOf(trimmed(plain));
-  // A tab at the start is the empty name of a first column, one at the end is nothing.
+  // A tab at the start follows the empty name of a first column; a tab at the end means nothing.
   if (layout.separator == Separator::blank && plain.find('\t') != std::string::npos)
     layout.separator = Separator::tab;
   layout.names = namesOf(plain, layout.separator);
@@ -238,18 +226,18 @@ std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text
 void findPlaces(std::string_view text, CsvLayout& layout) {
   if (layout.separator != Separator::blank || layout.places.size() != layout.width()) return;
   std::size_t rows = 0;
-  std::size_t whole = 0;
-  std::size_t placed = 0;
-  forEachRow(text, layout, [&](const CsvRow& row) {
-    ++rows;
-    if (row.fault.empty()) ++whole;
-  });
-  if (whole == rows) return;
+  const auto countFaults = [&] {
+    std::size_t faults = 0;
+    rows = 0;
+    forEachRow(text, layout, [&](const CsvRow& row) {
+      ++rows;
+      if (!row.fault.empty()) ++faults;
+    });
+    return faults;
+  };
+  if (countFaults() == 0) return;
   layout.isByPlace = true;
-  forEachRow(text, layout, [&](const CsvRow& row) {
-    if (row.fault.empty()) ++placed;
-  });
-  layout.isByPlace = placed * 2 > rows;
+  layout.isByPlace = countFaults() * 2 < rows;
 }
 
 }  // namespace zorvela

@@ -1,8 +1,10 @@
 #include "formats/text/csv_without_names.h"
 
 #include <algorithm>
-#include <array>
+#include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "formats/text/csv_cells.h"
 #include "formats/text/residue_label.h"
@@ -12,15 +14,6 @@
 namespace zorvela {
 
 namespace {
-
-enum Role : std::size_t { number, name, atom, label, assignment, shift, roleCount };
-
-/// What a column can be: every cell will do, and one is plainly so (an atom of the table, a decimal point).
-struct Fit {
-  bool all = true;
-  bool isPlain = false;
-};
-using Fits = std::array<Fit, roleCount>;
 
 bool isTableAtomName(const std::string& cell) {
   return readAtom('A', cell).isInTable() || readAtom('G', cell).isInTable() ||
@@ -51,70 +44,80 @@ std::string atomOfLabel(const std::string& cell) {
   return read && !read->number.empty() ? read->atom : std::string();
 }
 
-/// Whether a cell can have a role, and whether it plainly has.
-struct RoleTest {
-  bool (*fits)(const std::string& cell);
-  bool (*isPlain)(const std::string& cell);
-};
-
 bool always(const std::string&) {
   return true;
 }
 
-// In the order of `Role`.
-constexpr std::array<RoleTest, roleCount> kTests = {{
-    {[](const std::string& cell) { return toInteger(cell).has_value(); }, always},
-    {isResidueName, always},
-    {isAtomName, isTableAtomName},
-    {isResidueLabel, always},
-    {[](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
-     [](const std::string& cell) { return isTableAtomName(atomOfLabel(cell)); }},
-    {isNumber, [](const std::string& cell) { return cell.find_first_of(".,") != std::string::npos; }},
-}};
+/// A kind of column. All its cells fit, and one of them at least must be certain.
+struct ColumnKind {
+  const char* title;
+  std::size_t CsvColumns::*place;  ///< nullptr: one of `CsvColumns::residues`
+  bool (*fits)(const std::string& cell);
+  bool (*isCertain)(const std::string& cell);
+};
 
-void narrow(const std::string& cell, Fits& fits) {
-  for (std::size_t role = 0; role < roleCount; ++role) {
-    fits[role].all = fits[role].all && kTests[role].fits(cell);
-    fits[role].isPlain = fits[role].isPlain || (fits[role].all && kTests[role].isPlain(cell));
-  }
-}
+constexpr ColumnKind kNumber = {"residue number", &CsvColumns::counter,
+                                [](const std::string& cell) { return toInteger(cell).has_value(); }, always};
+constexpr ColumnKind kName = {"residue name", &CsvColumns::name, isResidueName, always};
+constexpr ColumnKind kAtom = {"atom", &CsvColumns::atom, isAtomName, isTableAtomName};
+constexpr ColumnKind kResidue = {"residue", nullptr, isResidueLabel, always};
+constexpr ColumnKind kAssignment = {
+    "residue with atom", &CsvColumns::assignment,
+    [](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
+    [](const std::string& cell) { return isTableAtomName(atomOfLabel(cell)); }};
+constexpr ColumnKind kShift = {"shift", &CsvColumns::shift, isNumber, [](const std::string& cell) {
+                                 return cell.find_first_of(".,") != std::string::npos;
+                               }};
 
-/// What a plain table of so many columns holds, in whatever order.
-std::vector<Role> rolesOf(std::size_t width) {
-  if (width == 4) return {number, name, atom, shift};
-  if (width == 3) return {atom, label, shift};
-  return {assignment, shift};
-}
+/// The kinds of the columns from left to right, and which of these are certain.
+struct Order {
+  std::vector<const ColumnKind*> kinds;
+  std::vector<bool> isCertain;
 
-/// The one order of roles that all columns allow; nothing where there are two or none.
-std::optional<std::vector<Role>> onlyOrder(const std::vector<Fits>& columns) {
-  std::vector<Role> roles = rolesOf(columns.size());
-  std::optional<std::vector<Role>> found;
-  do {
-    bool isFit = true;
-    for (std::size_t i = 0; i < roles.size(); ++i) {
-      const Fit& fit = columns[i][roles[i]];
-      isFit = isFit && fit.all && fit.isPlain;
+  /// False where a cell does not fit.
+  bool add(const std::vector<std::string>& cells) {
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+      if (!kinds[i]->fits(cells[i])) return false;
+      isCertain[i] = isCertain[i] || kinds[i]->isCertain(cells[i]);
     }
-    if (isFit && found) return std::nullopt;
-    if (isFit) found = roles;
-  } while (std::next_permutation(roles.begin(), roles.end()));
-  return found;
+    return true;
+  }
+};
+
+/// Returns all orders of a table with so many columns.
+std::vector<Order> ordersOf(std::size_t width) {
+  std::vector<const ColumnKind*> kinds = {&kAssignment, &kShift};
+  if (width == 3) kinds = {&kResidue, &kAtom, &kShift};
+  if (width == 4) kinds = {&kNumber, &kName, &kAtom, &kShift};
+  std::sort(kinds.begin(), kinds.end(), std::less<>());
+  std::vector<Order> orders;
+  do orders.push_back({kinds, std::vector<bool>(kinds.size(), false)});
+  while (std::next_permutation(kinds.begin(), kinds.end(), std::less<>()));
+  return orders;
 }
 
-/// The columns by their roles, with names for them.
-void setColumns(const std::vector<Role>& roles, CsvTable& table) {
-  constexpr std::array<const char*, roleCount> kNames = {"residue number", "residue name",      "atom",
-                                                         "residue",        "residue with atom", "shift"};
-  CsvColumns& columns = table.columns;
-  columns.residues.resize(1, kNoColumn);
-  const std::array<std::size_t*, roleCount> places = {&columns.counter,    &columns.name,
-                                                      &columns.atom,       &columns.residues.front(),
-                                                      &columns.assignment, &columns.shift};
-  for (std::size_t i = 0; i < roles.size(); ++i) {
-    *places[roles[i]] = i;
-    table.layout.names[i] = kNames[roles[i]];
+/// Returns the one order of which all columns are certain; nullptr where there are two or none.
+const Order* onlyOrder(const std::vector<Order>& orders) {
+  const Order* only = nullptr;
+  for (const Order& order : orders) {
+    if (std::count(order.isCertain.begin(), order.isCertain.end(), false) > 0) continue;
+    if (only != nullptr) return nullptr;
+    only = &order;
   }
+  return only;
+}
+
+CsvTable tableOf(CsvLayout layout, const Order& order) {
+  CsvTable table{std::move(layout), {}};
+  for (std::size_t i = 0; i < order.kinds.size(); ++i) {
+    const ColumnKind& kind = *order.kinds[i];
+    table.layout.names[i] = kind.title;
+    if (kind.place != nullptr)
+      table.columns.*kind.place = i;
+    else
+      table.columns.residues = {i};
+  }
+  return table;
 }
 
 }  // namespace
@@ -124,32 +127,26 @@ PlainTable tableWithoutNames(std::string_view text) {
   std::size_t line = 0;
   std::optional<std::string_view> first = nextFilledLine(text, pos, line);
   while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
-  const auto layout = first ? layoutOf(*first, text, 0, 0) : std::nullopt;
+  auto layout = first ? layoutOf(*first, text, 0, 0) : std::nullopt;
   if (!layout || layout->width() < 2 || layout->width() > 4) return {};
+  layout->places.clear();
   PlainTable result;
-  CsvTable table;
-  table.layout = *layout;
-  table.layout.places.clear();
-  table.layout.names.assign(layout->width(), "");
-  std::vector<Fits> fits(layout->width());
+  std::vector<Order> orders = ordersOf(layout->width());
   std::size_t rows = 0;
-  bool isWhole = true;
-  // Text of another kind fails within its first rows, and is not looked at further.
-  forEachRow(text, table.layout, [&](const CsvRow& row) {
-    if (!isWhole) return;
+  // Text of another kind fails within its first rows, and the rest is skipped.
+  forEachRow(text, *layout, [&](const CsvRow& row) {
+    if (orders.empty()) return;
     ++rows;
-    const std::vector<Fits> before = fits;
-    for (std::size_t i = 0; row.fault.empty() && i < fits.size(); ++i) narrow(row.cells[i], fits[i]);
-    isWhole = row.fault.empty() && std::all_of(fits.begin(), fits.end(), [](const Fits& column) {
-                return std::any_of(column.begin(), column.end(), [](const Fit& fit) { return fit.all; });
-              });
-    if (!isWhole && onlyOrder(before)) result.oddLine = row.line;
+    const bool wasTable = onlyOrder(orders) != nullptr;
+    std::vector<Order> fitting;
+    for (Order& order : orders)
+      if (row.fault.empty() && order.add(row.cells)) fitting.push_back(std::move(order));
+    orders = std::move(fitting);
+    if (orders.empty() && wasTable) result.oddLine = row.line;
   });
   constexpr std::size_t kFewestRows = 2;
-  const auto roles = isWhole && rows >= kFewestRows ? onlyOrder(fits) : std::nullopt;
-  if (!roles) return result;
-  setColumns(*roles, table);
-  result.table = std::move(table);
+  const Order* order = onlyOrder(orders);
+  if (order != nullptr && rows >= kFewestRows) result.table = tableOf(std::move(*layout), *order);
   return result;
 }
 

@@ -9,7 +9,8 @@ namespace zorvela {
 
 namespace {
 
-/// A lower-case c is a disulfide cysteine, but not in a file that writes all its letters in lower case.
+/// Makes one-letter names three-letter ones. A lower-case c is a disulfide cysteine, except in a file that
+/// writes all its letters in lower case.
 void nameResidues(std::vector<FileShift>& shifts) {
   const auto isUpperLetter = [](const FileShift& shift) {
     const std::string& name = shift.residueName;

@@ -23,12 +23,6 @@ bool isResidueName(std::string_view name) {
   return name.size() == 1 ? isLetter(name.front()) : isKnownName(name);
 }
 
-std::string_view leading(std::string_view text, bool (*isPart)(char)) {
-  std::size_t end = 0;
-  while (end < text.size() && isPart(text[end])) ++end;
-  return text.substr(0, end);
-}
-
 std::string_view without(std::string_view text, std::string_view between) {
   const std::size_t start = text.find_first_not_of(between);
   return start == std::string_view::npos ? std::string_view() : text.substr(start);

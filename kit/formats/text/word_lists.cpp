@@ -19,14 +19,14 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// Where a list is: the residue whose shifts follow, and the atoms that its titles name.
+/// The position in a list: the residue of the next shifts, and the atoms of its titles.
 struct Place {
   FileShift residue;
   std::string chain;
   Words titles;
 };
 
-/// Takes a line to the rows; false for a line that the list cannot have.
+/// Adds the shifts of a line to the rows; false for a line that the list cannot have.
 using TakeLine = bool (*)(const Words& words, Place& place, FoundRows& rows);
 
 struct ListKind {
@@ -42,7 +42,7 @@ bool isDecimal(const std::string& word) {
   return toDecimal(word).has_value();
 }
 
-/// As programs write shifts, which tells them from numbers of atoms and peaks.
+/// Tells whether a word is a shift as programs write it, not the number of an atom or a peak.
 bool hasPoint(const std::string& word) {
   return isDecimal(word) && contains(word, ".");
 }
@@ -108,7 +108,7 @@ bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
   const bool isNucleus = isDigit(nucleus.front()) && isLetter(nucleus.back()) && nucleus.size() <= 3;
   if (!isNucleus || !isDecimal(words[3]) || !isDecimal(words[4]) || !isWhole(words[5])) return false;
   const auto label = readLabel(words[0]);
-  // A group is free text: a capital letter or a name, and a number, are what an assigned one has.
+  // A group is free text; an assigned one has a capital letter or a name, and a number.
   const bool isSmall = label && label->name.size() == 1 && label->name == lower(label->name);
   if (!label || label->number.empty() || isSmall || isUnassignedLabel(words[0])) {
     rows.unassigned.add(words[0]);
@@ -253,7 +253,7 @@ constexpr ListKind kKinds[] = {{"XEASY", takeXeasy},     {"NMRView", takeNmrView
                                {"PIPP", takePipp},       {"ABACUS", takeAbacus},
                                {"Rosetta", takeRosetta}, {"CcpNmr 2", takeCcpNmr2}};
 
-/// The words of a line; none for a comment. A "#" that stands for itself ends a line, one in a name (HB#)
+/// Returns the words of a line; none for a comment. A "#" after a blank ends a line, one in a name (HB#) does
 /// not.
 Words wordsOf(std::string_view line, const ListKind& kind) {
   constexpr std::size_t kLongestLine = 2000;
@@ -265,9 +265,9 @@ Words wordsOf(std::string_view line, const ListKind& kind) {
   return isComment ? Words() : splitCells(core, Separator::blank).value_or(Words{std::string(core)});
 }
 
-/// How many lines a list has, and which of them it cannot have.
+/// The lines of a list that cannot belong to it.
 struct Misfits {
-  std::size_t lines = 0;
+  std::size_t lines = 0;  ///< of the list
   std::size_t count = 0;
   std::size_t firstLine = 0;
   std::string first;
@@ -275,7 +275,7 @@ struct Misfits {
 
 /// Reads up to so many lines of a list.
 Misfits readLines(std::string_view text, const ListKind& kind, std::size_t most, FoundRows& rows,
-                  LimitedNotes& leftOut) {
+                  LimitedNotes& ignored) {
   Misfits misfits;
   Place place;
   for (std::size_t pos = 0; misfits.lines < most;) {
@@ -288,7 +288,7 @@ Misfits readLines(std::string_view text, const ListKind& kind, std::size_t most,
     const std::size_t before = rows.shifts.size();
     if (kind.take(words, place, rows)) continue;
     rows.shifts.resize(before);
-    leftOut.add("line " + std::to_string(place.residue.line) + " is no row of the list, left out: \"" +
+    ignored.add("line " + std::to_string(place.residue.line) + " is not a row of the list, ignored: \"" +
                 printable(trimmed(*line), 40) + "\"");
     if (misfits.count++ > 0) continue;
     misfits.firstLine = place.residue.line;
@@ -297,7 +297,7 @@ Misfits readLines(std::string_view text, const ListKind& kind, std::size_t most,
   return misfits;
 }
 
-/// The list whose rows most of the first lines are; nullptr if there is none.
+/// Returns the kind of list to which most of the first lines belong; nullptr if there is none.
 const ListKind* kindOf(const Source& source) {
   constexpr std::size_t kSample = 40;
   for (const ListKind& kind : kKinds) {
@@ -310,9 +310,9 @@ const ListKind* kindOf(const Source& source) {
   return nullptr;
 }
 
-/// Spin systems without a residue have -1 in the place of its number. A chain that begins before residue 1
-/// has other such numbers.
-void leaveOutMinusOne(FoundRows& rows) {
+/// Removes spin systems with -1 for the number of their residue. A chain that begins before residue 1 has
+/// other numbers below 1 too.
+void removeMinusOne(FoundRows& rows) {
   const auto isNumber = [](const char* number) {
     return [number](const FileShift& shift) { return shift.number == number; };
   };
@@ -334,16 +334,16 @@ bool isWordList(const Source& source) {
 ShiftFile readWordList(const Source& source) {
   const ListKind& kind = *kindOf(source);
   FoundRows rows(source.text, source.file);
-  LimitedNotes leftOut("lines left out");
-  const Misfits misfits = readLines(source.text, kind, source.text.size(), rows, leftOut);
+  LimitedNotes ignored("lines ignored");
+  const Misfits misfits = readLines(source.text, kind, source.text.size(), rows, ignored);
   constexpr std::size_t kMostMisfits = 10;  // of a hundred
   if (misfits.count * 100 > misfits.lines * kMostMisfits)
     throw FileError(source.file, misfits.firstLine,
-                    std::string("is no row of the ") + kind.name + " list: \"" + misfits.first + "\"",
+                    std::string("is not a row of the ") + kind.name + " list: \"" + misfits.first + "\"",
                     "give the list alone, with all its columns");
-  if (kind.take == takeXeasy) leaveOutMinusOne(rows);
+  if (kind.take == takeXeasy) removeMinusOne(rows);
   std::vector<std::string> notes;
-  leftOut.appendTo(notes);
+  ignored.appendTo(notes);
   rows.unassigned.appendTo(notes);
   ShiftFile file = std::move(rows).file(std::move(notes));
   file.format = kind.name;

@@ -162,7 +162,7 @@ class Annotate(folder.InFolder):
             result = self.annotate(text)
             self.assertEqual((result.returncode, self.output), (1, None))
             self.assertEqual(result.stderr, "zorvela-kit: in.nef:%d: this row of the sequence has %d values for 7 columns; "
-                             "mend the loop, with one value for each column in every row\n" % (line + 1, values))
+                             "fix the loop: every row needs one value for each column\n" % (line + 1, values))
 
     def test_input_is_not_replaced_and_a_full_disk_is_said(self):
         self.assertEqual(self.annotate(nef({}), output="in.nef").returncode, 1)

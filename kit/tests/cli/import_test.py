@@ -119,7 +119,7 @@ class StarPartsTest(ImportTest):
         out, notes = self.imported("data_x " + entity % (1, 1, "MKTAY") + entity % (2, 2, "GAPGS") + self.ROWS +
                                    "1 GLY CA 45 2 ALA CA 52 3 PRO CA 63")
         self.assertIn("DATA SEQUENCE GAPGS\n", out)
-        self.assertEqual(notes, ["shifts that name no chain fit the sequence of chain 2 best"])
+        self.assertEqual(notes, ["shifts without a chain read as chain 2, whose sequence fits them best"])
 
     def test_rows_that_all_name_the_first_copy(self):
         """The entity decides where it contradicts the copy."""
@@ -130,7 +130,7 @@ class StarPartsTest(ImportTest):
                                    "_Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
                                    "_Atom_chem_shift.Val 1 2 3 PRO CA 63 1 2 4 GLY CA 45")
         self.assertIn("DATA SEQUENCE GAPGS\n", out)
-        self.assertEqual(notes, ["shift rows of entity 2 name a copy of another one; they are taken as of chain 2"])
+        self.assertEqual(notes, ["shift rows of entity 2 name a copy of another entity; read as chain 2"])
 
     def test_bonds_within_an_entity(self):
         out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
@@ -161,7 +161,7 @@ class StarPartsTest(ImportTest):
             ["Imported from standard input (NEF), chain A, shift list x", "Residue 1 here is residue 43 there"], "SPGA",
             ["1 CA 58.400", "2 CA 63.100", "2 CB 34.200", "2 CG 24.500", "3 HA2 3.900", "3 HA3 3.900", "4 CB 19.100"]))
         self.assertEqual(notes, [
-            "1 shift not assigned to a residue left out, such as those of @46",
+            "1 shift not assigned to a residue ignored, that of @46",
             "one shift for both alpha protons of glycine, written as HA2 and HA3: 45",
             "4 shifts listed under a neighbour (n-1) used; the residue has none of its own: 44 CA, 44 CB, 44 CG, 46 CB",
             "2 shifts listed under a neighbour (n-1) not used; the residue has its own",
@@ -215,10 +215,10 @@ class CsvTest(ImportTest):
         """Gly-12 beside Ala-13 is residue 12."""
         out = self.run_kit("-", data=b"Res,CA,CB\nGly-12,45,\nPro-13,63,32\n")[1]
         self.assertIn("REMARK Residue 1 here is residue 12 there\n", out)
-        self.check_error('standard input:2: it is open whether "G-1" has a minus sign or a dash; give names and numbers '
+        self.check_error('standard input:2: cannot tell whether "-" in "G-1" is a minus sign or a dash; give names and numbers '
                          "of residues in columns of their own", "-", data=b"Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n")
         # Chain, number and name, or a mutation: not alanine with an insertion code. One such code is none of these.
-        self.check_error("standard input:2: it is open which letter of \"A81S\" names the residue; give names and "
+        self.check_error("standard input:2: cannot tell which letter of \"A81S\" names the residue; give names and "
                          "numbers of residues in columns of their own", "-",
                          data=b"Res,CA,CB\nA81S,58,63\nA82P,63,32\nA83G,45,\n")
         self.assertIn("Residue 2 here is residue 52A there",
@@ -228,7 +228,7 @@ class CsvTest(ImportTest):
         """Decimal commas without quotes, and cells left away."""
         remedy = ("; give every row a cell for each column, an empty one where there is no shift, and numbers with a "
                   "decimal point")
-        self.check_error("standard input:2: most rows (3 of 3) do not fit the columns, the first by more than 4 cells "
+        self.check_error("standard input:2: most rows (3 of 3) do not fit the columns; the first: more than 4 cells "
                          "for 4 columns" + remedy, "-",
                          data=b"Res,N,HN,CA\nS81,116,2,8,2,58,4\nP82,,,63,0\nG83,109,1,8,4,45,3\n")
         self.check_error("standard input: the shifts seem to be cut at their decimal commas; write decimal points, or "
@@ -238,11 +238,11 @@ class CsvTest(ImportTest):
                                                   b"G83,109.1,8.4,45.3,\n")
         self.assertEqual(status, 0)
         self.assertIn("DATA SEQUENCE S?G\n", out)
-        self.assertIn("note: standard input: line 3 left out: 3 cells for 5 columns\n", err)
+        self.assertIn("note: standard input: line 3 ignored: 3 cells for 5 columns\n", err)
 
     def test_columns_that_hold_something_else(self):
-        self.check_error('standard input:2: most values (2 of 2) can be no shifts of their atoms: "0.2" for CA; check '
-                         "that the columns hold what their names say", "-",
+        self.check_error('standard input:2: most values (2 of 2) are out of range for their atoms, such as "0.2" for CA; '
+                         "check that each column has the values that its name promises", "-",
                          data=b"resid,aa,atom,shift\n1,A,CA,0.2\n2,P,CA,-1.1\n")
         # A row that names its atom is in its place: such a value is kept, as in the other formats.
         _, out, err = self.run_kit("-", data=b"resid,aa,atom,shift\n1,A,N,40\n1,A,CA,52\n2,P,CA,63\n")
@@ -279,7 +279,7 @@ class CsvTest(ImportTest):
         self.assertEqual(out, table(
             ["Imported from standard input (Sparky)", "Residue 1 here is residue 81 there"], "SPG",
             ["1 CA 58.400", "2 CA 63.000", "2 CB 34.200", "2 CG 24.500", "3 CA 45.300"]), err)
-        self.assertIn("2 shifts not assigned to a residue left out, such as those of X205\n", err)
+        self.assertIn("2 shifts not assigned to a residue ignored, such as those of X205\n", err)
 
     def test_prolines_that_are_called_cis(self):
         for name in ("cPRO", "pro_cis", "CPR"):
@@ -350,13 +350,13 @@ class CsvTest(ImportTest):
                      b"81 CA 58.4\n82 CA 63.0\n", b"81 SER CA 58.4 0.1\n82 PRO CA 63.0 0.1\n"):
             status, out, err = self.run_kit("-", data=data)
             self.assertEqual((status, out), (1, ""))
-            self.assertIn("is no shift file that is known; it begins with", err)
-        self.check_error("standard input: the only column of numbers beside the shifts counts the rows; add a column of "
+            self.assertIn("is not a known kind of shift file; it begins with", err)
+        self.check_error("standard input: the only column of numbers besides the shifts counts the rows; add a column of "
                          "residue numbers (resid)", "-",
                          data=b",resname,atom,shift\n1,SER,CA,58\n2,SER,CB,63\n3,PRO,CA,63\n")
 
     def test_nothing_but_number_signs(self):
-        self.check_error('standard input:1: is no shift file that is known; it begins with "##"; give NMR-STAR, NEF, the '
+        self.check_error('standard input:1: is not a known kind of shift file; it begins with "##"; give NMR-STAR, NEF, the '
                          "program's shift table, or text with a header line such as resid,resname,atom,shift",
                          "-", data=b"##")
 
@@ -364,7 +364,7 @@ class CsvTest(ImportTest):
         self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
                          "table, or text with a header line such as resid,resname,atom,shift", "-",
                          data=b"resid,resname,shift\n1,A,52\n")
-        self.check_error('standard input:2: most rows (1 of 1) name no residue: "x" is no residue number; is this a '
+        self.check_error('standard input:2: most rows (1 of 1) name no residue: "x" is not a residue number; is this a '
                          "table of shifts? It needs columns resid, resname, atom and shift", "-",
                          data=b"resid,aa,atom,shift\nx,A,CA,52\n")
         self.check_error('standard input:2: most rows (1 of 1) name no residue with its atom: "S81" names no atom; is '
@@ -460,8 +460,8 @@ class OutputTest(ImportTest):
         (self.folder / "X.csv").write_bytes((FILES / "shifts.csv").read_bytes())
         status, _, err = self.run_kit("a/x.csv", "b/x.csv", "X.csv", FILES / "wide.csv", "-o", "out/")
         self.assertEqual(status, 0)
-        self.assertIn("zorvela-kit: note: b/x.csv: its table is named x_2.tab, as a/x.csv has the same name\n"
-                      "zorvela-kit: note: X.csv: its table is named X_3.tab, as a/x.csv has the same name\n", err)
+        self.assertIn("zorvela-kit: note: b/x.csv: written as x_2, because a/x.csv has the same name\n"
+                      "zorvela-kit: note: X.csv: written as X_3, because a/x.csv has the same name\n", err)
         self.assertEqual(self.written(), ["X.csv", "a/x.csv", "b/x.csv", "out/X_3.tab", "out/wide.tab", "out/x.tab",
                                           "out/x_2.tab"])
 
@@ -472,7 +472,7 @@ class OutputTest(ImportTest):
             (self.folder / name).write_bytes((FILES / "shifts.csv").read_bytes())
         status, _, err = self.run_kit("a/x.csv", "b/x.csv", "x_2.csv", "-o", "out/")
         self.assertEqual(status, 0)
-        self.assertIn("note: b/x.csv: its table is named x_3.tab, as", err)
+        self.assertIn("note: b/x.csv: written as x_3, because", err)
         self.assertIn("from x_2.csv", (self.folder / "out" / "x_2.tab").read_text())
 
     def test_a_bad_file_changes_no_name_of_the_others(self):
@@ -532,47 +532,42 @@ class BadFileTest(ImportTest):
         self.check_error("standard input: the gzip file is damaged; fetch it again", "-", data=b"\x1f\x8bnonsense" * 9)
 
     def test_foreign_files(self):
-        for data, what in ((b"\0\1\2", None), (b"%PDF-1.4", "a PDF file"),
+        for data, what in ((b"\0\1\2", ""), (b"%PDF-1.4", "a PDF file"),
                            (b"PK\3\4..", "a zip archive or spreadsheet (xlsx, ods); unpack it, or save the sheet as CSV"),
                            (b"\xff\xfea\0", "text in UTF-16; save it as UTF-8"),
                            (b"d\0a\0t\0a\0", "text in UTF-16; save it as UTF-8"),
                            (b"\0d\0a\0t\0a", "text in UTF-16; save it as UTF-8"),
-                           (b"<html>", "an HTML or XML file, perhaps the error page of a web server"),
+                           (b"<html>", "an HTML or XML file (an error page of a web server?)"),
                            (b'<?xml version="1.0"?>\n<!DOCTYPE chemical_shift_list SYSTEM "x.dtd">\n<chemical_shift_list>',
                             "an XML shift list of ARIA; export NMR-STAR or a table with column names"),
                            (b'{"a": 1}', "a JSON file"), (b">seq\nMKT\n", "a FASTA sequence"),
                            (b"HEADER    HYDROLASE\n", "a PDB coordinate file")):
-            fault = "is no shift file but " + what if what else "is no text file"
-            self.check_error("standard input: %s; %s" % (fault, REMEDY), "-", data=data)
-        remedy = "; give the file with the chemical shifts"
-        for data, what in ((b"! NOEs\n assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7\n",
-                            "2: is no shift file but a restraint list"),
-                           (b" 19 GLU HN 20 ALA HN 3.5\n 19 GLU HN 21 ALA HN 3.5 1.0\n",
-                            "1: is no shift file but a restraint list"),
-                           (b" 20 ALA PHI -80.0 -40.0\n", "1: is no shift file but a restraint list"),
-                           (b"REMARK 1\nATOM      1  N   MET A   1      27.340  24.430   2.614  1.00  9.67\n",
-                            "2: is no shift file but a list of atom coordinates"),
-                           (b"# Number of dimensions 2\n 1 8.2 120.1 1 U 0.0 0.0 e 0 1 2 0\n",
-                            "1: is no shift file but a peak list"),
-                           (b"Assignment  w1  w2\n\n G12N-HN  109.1  8.31\n", "1: is no shift file but a peak list"),
-                           (b"label dataset sw sf\nH1 N15\nhsqc.nv\n", "1: is no shift file but a peak list"),
-                           (b"VARS INDEX X_AXIS Y_AXIS\nFORMAT %5d %9.3f %9.3f\n\n1 300.1 400.2\n",
-                            "1: is no shift file but a peak list"),
-                           (b"#,Assign F1,Assign F2,Pos F1,Pos F2\n1,A.12.GLY.H,A.12.GLY.N,8.3,109.1\n",
-                            "1: is no shift file but a peak list"),
-                           (b"        H  N  CO-1  CA  CA-1\nPR_2  8.900 123.220 - 55.1 -\n",
-                            "2: is no shift file but a file of MARS, whose spin systems are not assigned to residues"),
-                           (b"Res_12 PR_7 (H)\nRes_13 PR_9 (M)\n",
-                            "1: is no shift file but a file of MARS, whose spin systems are not assigned to residues"),
-                           (b"TYPEDEF ASS_TBL_H2O\nSEPARATOR ,\n",
-                            "1: is no shift file but an OLIVIA table; export NMR-STAR or a table with column names"),
-                           (b"#Seq MQIFVKTLTG\n#Res code merit HN N CO-1\nM1 a 1.0 8.1 120.0 170.1\n",
-                            "1: is no shift file but a list of targeted acquisition; export NMR-STAR or a table with "
-                            "column names"),
-                           (b"Spin system   HN   HA   Other:\n1: Val-1   3.76   HB: 1.945\n",
-                            "1: is no shift file but a PRONTO table; export NMR-STAR or a table with column names")):
-            self.check_error("standard input:" + what + remedy, "-", data=data)
-        self.check_error('standard input:1: is no shift file that is known; it begins with "Dear colleague,"; give '
+            what, _, remedy = what.partition("; ")
+            fault = "is %s, not a shift file" % what if what else "is not a text file"
+            self.check_error("standard input: %s; %s" % (fault, remedy or REMEDY), "-", data=data)
+        give = "give the file with the chemical shifts"
+        export = "export NMR-STAR or a table with column names"
+        mars = "a MARS file (spin systems without residues)"
+        for data, line, what, remedy in (
+                (b"! NOEs\n assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7\n", 2,
+                 "a restraint list", give),
+                (b" 19 GLU HN 20 ALA HN 3.5\n 19 GLU HN 21 ALA HN 3.5 1.0\n", 1, "a restraint list", give),
+                (b" 20 ALA PHI -80.0 -40.0\n", 1, "a restraint list", give),
+                (b"REMARK 1\nATOM      1  N   MET A   1      27.340  24.430   2.614  1.00  9.67\n", 2,
+                 "a list of atom coordinates", give),
+                (b"# Number of dimensions 2\n 1 8.2 120.1 1 U 0.0 0.0 e 0 1 2 0\n", 1, "a peak list", give),
+                (b"Assignment  w1  w2\n\n G12N-HN  109.1  8.31\n", 1, "a peak list", give),
+                (b"label dataset sw sf\nH1 N15\nhsqc.nv\n", 1, "a peak list", give),
+                (b"VARS INDEX X_AXIS Y_AXIS\nFORMAT %5d %9.3f %9.3f\n\n1 300.1 400.2\n", 1, "a peak list", give),
+                (b"#,Assign F1,Assign F2,Pos F1,Pos F2\n1,A.12.GLY.H,A.12.GLY.N,8.3,109.1\n", 1, "a peak list", give),
+                (b"        H  N  CO-1  CA  CA-1\nPR_2  8.900 123.220 - 55.1 -\n", 2, mars, give),
+                (b"Res_12 PR_7 (H)\nRes_13 PR_9 (M)\n", 1, mars, give),
+                (b"TYPEDEF ASS_TBL_H2O\nSEPARATOR ,\n", 1, "an OLIVIA table", export),
+                (b"#Seq MQIFVKTLTG\n#Res code merit HN N CO-1\nM1 a 1.0 8.1 120.0 170.1\n", 1,
+                 "a list of targeted acquisition", export),
+                (b"Spin system   HN   HA   Other:\n1: Val-1   3.76   HB: 1.945\n", 1, "a PRONTO table", export)):
+            self.check_error("standard input:%d: is %s, not a shift file; %s" % (line, what, remedy), "-", data=data)
+        self.check_error('standard input:1: is not a known kind of shift file; it begins with "Dear colleague,"; give '
                          "NMR-STAR, NEF, the program's shift table, or text with a header line such as "
                          "resid,resname,atom,shift", "-", data=b"Dear colleague,\nplease find attached\n")
         entity = b"_entity.id 1\n"
@@ -584,7 +579,7 @@ class BadFileTest(ImportTest):
                             "a restraint list (NMR-STAR)"),
                            (b"loop_\n_chem_comp_atom.atom_id\nCA\n",
                             "the description of a residue or ligand (mmCIF)")):
-            self.check_error("standard input: is no shift file but " + what + remedy, "-", data=b"data_1abc\n" + data)
+            self.check_error("standard input: is %s, not a shift file; %s" % (what, give), "-", data=b"data_1abc\n" + data)
         self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: entity",
                          "-", data=b"data_1\nsave_e\n_Entity.Sf_category entity\n_Entity.ID 1\nloop_\n"
                          b"_Chem_comp_atom.Atom_ID\nCA\nstop_\nsave_\n")

@@ -96,7 +96,7 @@ class ManyFiles(folder.InFolder):
             self.assertEqual(last[:2], [
                 "zorvela-kit: 11 of 12 files could not be " + what,
                 "zorvela-kit: 8 files, such as e0.tab: is empty; give a file with chemical shifts"])
-            self.assertTrue(last[2].startswith("zorvela-kit: 3 files, such as o0.tab: is no shift file that is known"))
+            self.assertTrue(last[2].startswith("zorvela-kit: 3 files, such as o0.tab: is not a known kind of shift file"))
 
     def test_few_failures_of_many_files_are_named_at_the_end(self):
         good = ["g%02d.tab" % i for i in range(10)]

@@ -177,8 +177,8 @@ class Bounds(unittest.TestCase):
 
     def test_text_without_shifts(self):
         plain = "resid,resname,atom,shift\n"
-        for header, row, what in (("", "some words of text\n", "1: is no shift file that is known"),
-                                  ("", "1,2,", "1: is no shift file that is known"),
+        for header, row, what in (("", "some words of text\n", "1: is not a known kind of shift file"),
+                                  ("", "1,2,", "1: is not a known kind of shift file"),
                                   ("resid,resname,CA,CB,N\n", "foo,bar,n,n,n\n", "2: most rows (1428571 of 1428571) name"),
                                   (plain, "some words of text\n", "2: most rows (1052631 of 1052631) do not fit"),
                                   ("", "12 GLY CA 45.1\n", "300001: has more than 300000 shift rows")):

@@ -35,10 +35,10 @@ TEST(Formats, TheReaderNamesTheFormat) {
 }
 
 TEST(Formats, StandInTheDocument) {
-  const std::string document = support::readFile(KIT_DOCUMENT);
-  const std::size_t table = document.find("### What it reads");
+  const std::string document = support::readFile(DOCUMENTS "/files.md");
+  const std::size_t table = document.find("\n## Formats\n");
   ASSERT_NE(table, std::string::npos);
-  const std::string section = document.substr(table, document.find("\n### ", table + 1) - table);
+  const std::string section = document.substr(table, document.find("\n## ", table + 1) - table);
   for (const zorvela::Format& format : zorvela::kFormats)
     EXPECT_NE(section.find(std::string("\n| ") + format.name), std::string::npos) << format.name;
 }

@@ -170,7 +170,7 @@ class Mutations(Imports):
                 with self.subTest(layout=layout, column=column):
                     status, out, err = self.run_import(cut, layouts.seq(self.protein))
                     self.assertEqual((status, out), (1, ""), err)
-                    self.assertRegex(err, "is no shift file that is known|the columns lack|name no residue with its atom")
+                    self.assertRegex(err, "is not a known kind of shift file|the columns lack|name no residue with its atom")
 
     def test_any_word_or_cell_gone(self):
         """No other shifts come of it: an error, or those that are left."""
@@ -207,7 +207,7 @@ class Mutations(Imports):
     def test_a_peak_list(self):
         for program, text in layouts.PEAK_LISTS.items():
             with self.subTest(program=program):
-                self.fails(text, layouts.seq(self.protein), "nef_nmr_spectrum" if program == "NEF" else "is no shift file but a peak list")
+                self.fails(text, layouts.seq(self.protein), "nef_nmr_spectrum" if program == "NEF" else "is a peak list, not a shift file")
 
     def test_a_row_that_is_no_row(self):
         """It is named; the others are read."""
@@ -216,8 +216,8 @@ class Mutations(Imports):
             with self.subTest(layout=layout):
                 found, err = self.imported(text + "end of list\n", sequence)
                 self.check(self.protein, found)
-                self.assertIn('line %d is no row of the list, left out: "end of list"' % (text.count("\n") + 1), err)
-                self.fails(text + "end of list\n" * 200, sequence, ":%d: is no row of the " % (text.count("\n") + 1))
+                self.assertIn('line %d is not a row of the list, ignored: "end of list"' % (text.count("\n") + 1), err)
+                self.fails(text + "end of list\n" * 200, sequence, ":%d: is not a row of the " % (text.count("\n") + 1))
 
     def test_a_comment_is_no_header(self):
         text, sequence = NAMELESS["prot"](self.protein)

@@ -61,10 +61,10 @@ TEST(Fields, AreThoseOfTheSchema) {
 }
 
 TEST(Fields, AreThoseOfTheTableOfColumnsInTheDocument) {
-  const std::string document = readFile(KIT_DOCUMENT);
-  const std::size_t start = document.find("\n### CSV\n");
+  const std::string document = readFile(DOCUMENTS "/run.md");
+  const std::size_t start = document.find("\n## CSV\n");
   ASSERT_NE(start, std::string::npos);
-  const std::string section = document.substr(start, document.find("\n### ", start + 1) - start);
+  const std::string section = document.substr(start, document.find("\n## ", start + 1) - start);
   const std::regex line("\n\\| (`[^|]+) \\|");
   const std::regex name("`([a-z_]+)`");
   Names named;

@@ -131,6 +131,14 @@ class Chains(Case):
         self.assertIn("note: other.tab: no chain of the structures matches this protein\n", result.stderr)
         self.assertIn("not in the structure", result.stdout)
 
+    def test_of_many_chains_without_shifts_some_are_named(self):
+        """A virus shell has hundreds."""
+        self.put("model.cif", made.mmcif([(f"C{i}", made.moved(chain(sequence=OTHER), 80 * i)) for i in range(60)]))
+        result = self.compare("shifts.tab", "--structure", "model.cif")
+        self.assertIn("note: model.cif, chain C49 (28 residues) has no shifts\n", result.stderr)
+        self.assertIn("note: and 10 more chains without shifts\n", result.stderr)
+        self.assertNotIn("chain C50 ", result.stderr)
+
     def test_two_structures(self):
         self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
         self.put("b.cif", made.mmcif([("A", chain())]))
@@ -348,15 +356,15 @@ class BadInput(Case):
         cif = made.mmcif([("A", chain())])
         lines = cif.split("\n")
         self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
-                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; mend the "
+                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; fix the "
                          "file there, or fetch it again")
         words = lines[60].split()
         lines[60] += " 1"
-        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; mend the "
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; fix the "
                          "file there, or fetch it again")
         lines[60] = " ".join(words[:4] + ["AB"] + words[5:])
         self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this atom cannot be read: Not a single character: AB; "
-                         "mend the file there, or fetch it again")
+                         "fix the file there, or fetch it again")
         self.assertIn("not valid CIF: ", self.fails(cif + "'open\n"))
         models = made.pdb([("A", chain())], [("A", chain())]).split("\n")
         self.assertIn("ends within a model", self.fails("\n".join(models[:200]) + "\n"))
@@ -424,7 +432,7 @@ class RealStructures(Case):
 
 class Document(Case):
     def test_names_every_verdict(self):
-        document = (program.SOURCE / "doc" / "kit.md").read_text(encoding="utf-8")
+        document = (program.SOURCE / "doc" / "structures.md").read_text(encoding="utf-8")
         proline = json.loads(program.SCHEMA.read_text(encoding="utf-8"))["$defs"]["proline"]["properties"]
         for name in proline["verdict"]["enum"]:
             self.assertIn("\n| `%s`" % name, document)

@@ -1,7 +1,7 @@
 """Runs files of tests: python3 -m zorvela_tests FILE... [Class.method...]
 
-Ends with status 77, which CTest takes for "skipped", where every test was skipped. Where ZORVELA_TEST_REPORT names a
-file, the counts go there as an XML report like GoogleTest's.
+Ends with status 77, "skipped" for CTest, if every test was skipped. Writes the counts as an XML report like GoogleTest's
+into the file that ZORVELA_TEST_REPORT names.
 """
 import importlib.util
 import os

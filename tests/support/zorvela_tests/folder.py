@@ -1,4 +1,4 @@
-"""Tests with a folder of their own."""
+"""Tests with a temporary folder."""
 import os
 import tempfile
 import unittest

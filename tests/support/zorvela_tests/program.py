@@ -11,8 +11,9 @@ import struct
 import subprocess
 import tarfile
 import tempfile
+import unittest
 
-from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (tests say program.full_table)
+from zorvela_tests.tables import full_residue, full_table, shift_table  # noqa: F401  (for tests, as program.full_table)
 
 KIT = os.environ.get("ZORVELA_KIT", "zorvela-kit")
 ZORVELA = os.environ.get("ZORVELA_PROGRAM", "zorvela")
@@ -46,10 +47,22 @@ def real_entries():
 
 
 def environment(**changes):
-    """A plain environment: no colour settings, no tables but those named."""
+    """A plain environment: no colour settings, and only the tables that are named."""
     env = {k: v for k, v in os.environ.items() if k not in ("NO_COLOR", "ZORVELA_DIR", "TERM")}
     env.update({k: str(v) for k, v in changes.items()})
     return env
+
+
+def decimal_commas(folder):
+    """Changes of the environment for a locale with decimal commas, made in `folder`; skips the test without localedef."""
+    made = subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", pathlib.Path(folder, "de_DE.UTF-8")],
+                          capture_output=True, check=False)
+    comma = {"LOCPATH": folder, "LC_ALL": "de_DE.UTF-8", "LANG": "de_DE.UTF-8"}
+    number = subprocess.run(["bash", "-c", "printf %.1f 1,5"], capture_output=True, text=True, check=False,
+                            env=environment(**comma)).stdout
+    if number != "1,5":
+        raise unittest.SkipTest(f"no locale with a decimal comma can be made here: {made.stderr}")
+    return comma
 
 
 def kit(*arguments, **options):

@@ -45,7 +45,7 @@ TEST(StarDocument, TablesAreLoopsOrSingleTags) {
   ASSERT_EQ(file->frames.size(), 1U);
   const StarFrame frame(*file, 0);
   EXPECT_EQ(frame.name(), "x");
-  const auto tables = zorvela::tablesWith(frame, "_entity.B");
+  const auto tables = zorvela::tablesOf(frame, "_entity.B");
   ASSERT_EQ(tables.size(), 2U);
   EXPECT_EQ(tables[0].rows(), 1U);
   EXPECT_EQ(tables[0].column("_Entity.b").text(0), "1");
@@ -74,10 +74,10 @@ TEST(StarDocument, RowsMayShareALineOrBeWrapped) {
 TEST(StarDocument, ABadRowIsLeftOutWithItsLine) {
   const auto last = parsed(kLoop + "1 CA 52\n2 CA 63\n3 CA\nstop_");
   EXPECT_EQ(rowsOf(*last), (Texts{"1 CA 52", "2 CA 63"}));
-  EXPECT_EQ(last->notes, Texts{"line 4: 2 values for the 3 columns of _Atom_chem_shift; left out"});
+  EXPECT_EQ(last->notes, Texts{"line 4: 2 values for the 3 columns of _Atom_chem_shift; ignored"});
   const auto middle = parsed(kLoop + "1 CA 52\n2 63\n3 CA 45\n");
   EXPECT_EQ(rowsOf(*middle), (Texts{"1 CA 52", "3 CA 45"}));
-  EXPECT_EQ(middle->notes, Texts{"line 3: 2 values for the 3 columns of _Atom_chem_shift; left out"});
+  EXPECT_EQ(middle->notes, Texts{"line 3: 2 values for the 3 columns of _Atom_chem_shift; ignored"});
 }
 
 TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
@@ -90,15 +90,15 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
   }
   const auto file = parsed(text + "40 CA 52 1\n");
   EXPECT_EQ(rowsOf(*file), expected);
-  EXPECT_EQ(file->notes, (Texts{"line 2: 2 values for the 3 columns of _Atom_chem_shift; left out",
-                                "line 41: 4 values for the 3 columns of _Atom_chem_shift; left out"}));
+  EXPECT_EQ(file->notes, (Texts{"line 2: 2 values for the 3 columns of _Atom_chem_shift; ignored",
+                                "line 41: 4 values for the 3 columns of _Atom_chem_shift; ignored"}));
 }
 
 TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
   EXPECT_EQ(
       errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),
-      "file.str:2: values are missing or left over in the loop of _Atom_chem_shift; mend the loop, with one "
-      "value for each column in every row");
+      "file.str:2: values are missing or left over in the loop of _Atom_chem_shift; fix the loop: every "
+      "row needs one value for each column");
   const auto unread = parsed(
       "data_x\nloop_\n_nef_program_script.a\n_nef_program_script.b\n_c\n\nSCRIPT UNDEFINED\n"
       "stop_\n" +
@@ -109,7 +109,7 @@ TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
 }
 
 TEST(StarDocument, WhatLeavesAShiftOpenIsAnError) {
-  const std::string remedy = "; mend the file there, or fetch it again";
+  const std::string remedy = "; fix the file there, or fetch it again";
   EXPECT_EQ(errorOf("_Atom_chem_shift.Seq_ID _Atom_chem_shift.Val 1 52\n"),
             "file.str:1: not valid STAR: _Atom_chem_shift.Seq_ID has no value" + remedy);
   EXPECT_EQ(errorOf("_Atom_chem_shift.Val 1\n52 53\n"),
@@ -124,8 +124,8 @@ TEST(StarDocument, WhatNobodyReadsIsANote) {
   const auto file = parsed("_a 'b\n_c _d 1 2\n" + kLoop + "1 CA 52\nstop_ 3\n");
   EXPECT_EQ(rowsOf(*file), Texts{"1 CA 52"});
   EXPECT_EQ(file->notes, (Texts{"line 1: a quote begins in column 4 and is not closed on its line",
-                                "line 2: _c has no value", "line 2: 1 value without a tag, not used",
-                                "line 5: 1 value without a tag, not used"}));
+                                "line 2: _c has no value", "line 2: 1 value without a tag; ignored",
+                                "line 5: 1 value without a tag; ignored"}));
 }
 
 }  // namespace

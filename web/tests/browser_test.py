@@ -177,7 +177,7 @@ class FlagsAndRestraints(Page):
         said = program.kit("annotate", "--tables", "tab", "--output", "out.nef", path.name, cwd=self.folder.path).stderr
         self.assertEqual((name, saved), ("flagged_flags.nef", (self.folder.path / "out.nef").read_bytes()))
         self.assertEqual(saved.decode(), web.nef_of_two_cis_prolines().decode().replace("A 7 PRO .", "A 7 PRO true"))
-        note = "flagged.nef, chain A: cis_peptide of PRO 3 was false, the shifts say cis; left as it was"
+        note = "flagged.nef, chain A: cis_peptide of PRO 3 was false, the shifts predict cis; left as it was"
         self.assertIn(note, said)
         self.assertEqual(self.page.status(), f"Saved flagged_flags.nef. {note}.")
         browser.Select(self.page.element("table")).select_by_index(1)
@@ -394,7 +394,7 @@ class Report(Page):
         self.page.choose(NUCLEASE)
         self.assertEqual(self.page.status(), "nuclease.str: 1 of 5 prolines is cis: P117.")
         self.assertEqual(self.page.texts("#notes li"), [
-            "nuclease.str, chain 1: residue UNK has no counterpart among the 20, written ?: 53, 56"])
+            "nuclease.str, chain 1: UNK is not a standard residue; written as ?: 53, 56"])
 
     def test_trans_prolines_can_be_left_out(self):
         self.page.choose(NUCLEASE)

@@ -151,7 +151,7 @@ class Mutations(Imports):
         for layout, write in EVERY.items():
             with self.subTest(layout=layout):
                 self.fails(write(self.protein.renumbered(3))[0], write(self.protein)[1] or layouts.seq(self.protein),
-                           "it fits with 4 as the number of the first residue: give --first-residue 4")
+                           "it fits with 4 as the number of the first residue; give --first-residue 4")
 
     def test_no_sequence(self):
         for layout, write in NAMELESS.items():

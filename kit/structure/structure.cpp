@@ -39,7 +39,7 @@ bool holdsShifts(std::string_view text) {
 }
 
 Coordinates readCoordinates(const std::string& text, const std::string& name, std::string& format) {
-  if (holdsShifts(text)) throw FileError(name, 0, "holds shifts and no structure", kFormatRemedy);
+  if (holdsShifts(text)) throw FileError(name, 0, "has shifts, not a structure", kFormatRemedy);
   if (isCif(text)) {
     format = "mmCIF";
     return readMmcifCoordinates(text, name);

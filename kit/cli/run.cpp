@@ -78,7 +78,7 @@ ProteinStructure readStructureArgument(const std::string& path) {
     return readStructureFile(path);
   } catch (const FileError&) {
     if (!isShiftFile(path)) throw;
-    throw FileError(path, 0, "holds shifts and no structure",
+    throw FileError(path, 0, "has shifts, not a structure",
                     "name shift files before --structure, or after --");
   }
 }

@@ -79,7 +79,7 @@ test("results beside a structure are the program's", async () => {
   for (const format of ["csv", "json", "table", "html"])
     assert.equal(await report(content, { name, format, structures }), await readFile(`compared.${format}`, "utf8"));
   await assert.rejects(predict(content, { name, structures: [content] }),
-                       { name: "PredictionError", message: /^input: holds shifts and no structure/ });
+                       { name: "PredictionError", message: /^input: has shifts, not a structure/ });
 });
 
 test("shift tables, flags and restraints are the program's", async () => {

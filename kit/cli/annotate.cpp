@@ -76,7 +76,7 @@ void annotate(const AnnotateSettings& settings) {
   for (const std::string& note : notes) say("note: " + note);
   say(summaryOf(restrainedChains(predicted.proteins, predicted.results)));
   say(counted(annotation.written, "flag", "flags") + " written, " + std::to_string(annotation.confirmed) +
-      " said so before");
+      " correct before");
 }
 
 }  // namespace

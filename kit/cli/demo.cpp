@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kBefore =
     "Staphylococcal nuclease, shifts of BMRB entry 16585. In the crystal structure\n"
-    "proline 117 is cis, and the four others are trans. What the shifts say:\n\n";
+    "proline 117 is cis, and the four others are trans. By the shifts:\n\n";
 
 constexpr const char* kAfter = R"(
 How to read it
@@ -27,10 +27,10 @@ How to read it
               P_CIS is the same if cis and trans were equally common.
   Call        cis, trans or undecided, by P_CIS_NORM. Undecided: measure more.
   Shifts      how many of N, HA, C, CA, CB, HN each of the three residues has.
-              With few of them the answer says little.
-  CG          shift of the proline's CG in ppm, with CB the best witness.
+              With few of them the answer is uncertain.
+  CG          shift of the proline's CG in ppm, with CB the best evidence.
               Measure it if it is missing.
-  Offsets     referencing errors. One that is certain is taken away, and said.
+  Offsets     referencing errors. Certain ones are corrected, with a note.
 
 Your own protein: zorvela-kit run your.str
 Why, and what to measure next: zorvela-kit run --explain your.str
@@ -58,12 +58,12 @@ const char* firstCommands() {
 
 An example, and how to read the answer:
   zorvela-kit demo
-Your own file, such as the NMR-STAR file of a BMRB entry, NEF, CSV or a shift table:
+Your own file: NMR-STAR (such as a BMRB entry), NEF, CSV or a shift table:
   zorvela-kit run your.str
-The same as a page with pictures, which says why:
+The same as a web page, with figures and the evidence:
   zorvela-kit run --format html --output report.html your.str
 
-All that it does: zorvela-kit --help
+All commands: zorvela-kit --help
 )";
 }
 

@@ -76,8 +76,8 @@ void addFolder(const std::string& folder, std::vector<std::string>& files) {
   if (isEmpty) throw FileError(folder, 0, "is a folder without shift files", "name the files");
   if (!others.empty())
     say("note: " + folder + ": " +
-        counted(others.size(), "file holds no shifts and is", "files hold no shifts and are") +
-        " left out: " + printable(enumerated(others, 5), 400));
+        counted(others.size(), "file has no shifts and is", "files have no shifts and are") +
+        " ignored: " + printable(enumerated(others, 5), 400));
 }
 
 }  // namespace

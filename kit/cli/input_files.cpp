@@ -64,7 +64,7 @@ void InputFiles::mustNotHold(const std::string& output) const {
   std::error_code noFile;
   if (!isStandardOutput && fs::is_regular_file(place, noFile) &&
       fs::equivalent(place, kStandardError, noFile))
-    throw Error(output, 0, "takes the messages (standard error)", "choose another place with --output");
+    throw Error(output, 0, "receives the messages (standard error)", "choose another place with --output");
   const auto [first, last] = files.equal_range(fs::file_size(place, noFile));
   for (auto file = first; file != last; ++file)
     if (fs::equivalent(file->second, place, noFile))

@@ -44,7 +44,8 @@ JoinedInputs::JoinedInputs(const JoinArguments& given, std::vector<std::string>&
   const std::vector<std::string> sequences(others, inputs.end());
   inputs.erase(others, inputs.end());
   if (!given.file.empty() && !sequences.empty())
-    throw Error(sequences.front(), 0, "is a sequence beside that of --sequence", "give one of the two");
+    throw Error(sequences.front(), 0, "is a second sequence beside that of --sequence",
+                "give one of the two");
   if (inputs.empty() && !sequences.empty())
     throw Error(sequences.front(), 0, "is a sequence without shifts",
                 "give the file with the chemical shifts too");
@@ -63,15 +64,15 @@ JoinedInputs::JoinedInputs(const JoinArguments& given, std::vector<std::string>&
   first = toInteger(given.firstNumber);
   if (!first)
     throw Error("--first-residue: \"" + printable(given.firstNumber, 20) + "\" is not a whole number");
-  if (byStem.empty()) throw Error("--first-residue goes with a sequence: give one by --sequence");
+  if (byStem.empty()) throw Error("--first-residue needs a sequence; give one with --sequence");
 }
 
 void JoinedInputs::add(const std::string& path, const std::vector<std::string>& shiftFiles) {
   const std::string stem = shiftFiles.size() == 1 ? kOfAll : inputStem(path);
   const auto isOfStem = [&](const std::string& file) { return inputStem(file) == stem; };
   if (stem != kOfAll && std::none_of(shiftFiles.begin(), shiftFiles.end(), isOfStem))
-    throw Error(path, 0, "is a sequence, but no shift file is named as it is",
-                "name it as its shift file, or give it by --sequence");
+    throw Error(path, 0, "is a sequence, but no shift file has its name",
+                "name it like its shift file, or give it with --sequence");
   paths.push_back(path);
   GivenSequence sequence = readSequenceBytes(fileBytes(path), path);
   const auto [known, isNew] = byStem.emplace(stem, sequence);
@@ -107,7 +108,7 @@ void JoinedInputs::sayLookAlikes() const {
     for (auto other = std::next(one); other != kept.end(); ++other)
       if (lookLikeOne(one->second, other->second))
         say("note: " + inputName(one->first) + " and " + inputName(other->first) +
-            " look like two lists of one protein; --merge makes one of them");
+            " look like two shift lists of one protein; --merge combines them");
 }
 
 ImportOptions JoinedInputs::optionsFor(const std::string& file, ImportOptions options) const {

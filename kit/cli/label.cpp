@@ -108,9 +108,9 @@ void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& fail
     progress.step();
   });
   std::sort(strangers.begin(), strangers.end());
-  for (const std::string& file : strangers) say("note: " + file + ": fits no entry");
+  for (const std::string& file : strangers) say("note: " + file + ": matches no entry");
   if (failures.count() == files.size())
-    throw Error(settings.structures, 0, "none of its files is a structure that can be used",
+    throw Error(settings.structures, 0, "has no usable structure",
                 "name a folder with structures (PDB or mmCIF)");
 }
 
@@ -128,7 +128,7 @@ void label(const LabelSettings& settings) {
       counted(votes.proteinCount(), "protein", "proteins") + " labelled");
   const std::size_t leftOut = entries.count() + structures.count();
   if (leftOut == 0) return;
-  say(counted(leftOut, "file was", "files were") + " left out");
+  say(counted(leftOut, "file was", "files were") + " not used");
   throw ReportedFailure();
 }
 

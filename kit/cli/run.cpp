@@ -156,7 +156,7 @@ FailedFiles failuresOf(const RunReport& report) {
 
 void mustFitFormat(const RunSettings& settings) {
   if (settings.explain && settings.format != "table")
-    throw Error("--explain goes with --format table; the other formats hold the evidence without it");
+    throw Error("--explain needs --format table; the other formats always hold the evidence");
 }
 
 /// A pipeline must not pass because no call met a bond.

@@ -43,8 +43,8 @@ std::map<std::string, std::string> checkedTexts(ReferenceTables& tables) {
   try {
     tablesFromTexts(texts);
   } catch (const TableError& e) {
-    throw Error(std::string("the data give no usable table: ") + e.what() +
-                "; look for shifts far from any usual");
+    throw Error(std::string("the data make no usable table: ") + e.what() +
+                "; look for shifts far outside the usual range");
   }
   return texts;
 }

@@ -21,7 +21,7 @@ const std::string kStandardOutput = "standard output";
 
 [[noreturn]] void throwUnwritable(const std::string& name, const std::error_code& error) {
   const std::string cause = error ? ": " + error.message() : "";
-  throw Error(name, 0, "cannot be written" + cause, "choose another place with --output, or make room");
+  throw Error(name, 0, "cannot be written" + cause, "choose another place with --output, or free disk space");
 }
 
 /// Of the last call of the system.

@@ -10,7 +10,7 @@
 
 namespace zorvela {
 
-/// Makes residues of a protein, with its shifts less what is to be taken away from them.
+/// Makes residues of a protein, with its shifts less what is to be subtracted from them.
 std::vector<Residue> residuesOf(const Protein& protein, const Corrections& corrections = {});
 
 /// Tells whether a residue (from 0) is a proline inside the sequence with enough shifts around it.

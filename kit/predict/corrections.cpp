@@ -56,11 +56,11 @@ std::string correctionRemark(const Corrections& corrections) {
   auto phrases =
       phrasesOf(corrections.offsets, [&](const std::string& atom, const std::string& size, bool isHigh) {
         const std::string names = atom == "CA" ? carbons : atom == "C" ? "C'" : atom;
-        return size + " ppm " + (isHigh ? "taken away from " : "added to ") + names;
+        return size + " ppm " + (isHigh ? "subtracted from " : "added to ") + names;
       });
   if (corrections.deuteration > 0)
     phrases.push_back("isotope shifts of deuterium (" + percent(corrections.deuteration) +
-                      ") taken away from " + carbons);
+                      ") subtracted from " + carbons);
   return "Corrected: " + enumerated(phrases);
 }
 

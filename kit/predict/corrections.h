@@ -27,8 +27,8 @@ double corrected(double shift, char type, Atom atom, const Corrections& correcti
 /// corrected before predicting (--as-referenced keeps it)".
 std::string correctionText(const Corrections& corrections);
 
-/// Returns "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA, isotope
-/// shifts of deuterium (85 %) taken away from CA, CB and CG of proline".
+/// Returns "Corrected: 2.03 ppm subtracted from CA, CB and CG of proline, 0.31 ppm added to HA, isotope
+/// shifts of deuterium (85 %) subtracted from CA, CB and CG of proline".
 std::string correctionRemark(const Corrections& corrections);
 
 }  // namespace zorvela

@@ -247,7 +247,7 @@ std::string deuterationNote(const std::vector<OffsetEstimate>& estimates) {
   const double error = std::hypot(alpha.error, carbonyl.error);
   if (proton.residues > 0 || !(difference < -kLikelyErrors * error)) return "";
   return "the protein may be deuterated: it has no HA, and CA and CB are " + fixedText(-difference, 2) +
-         " ppm lower than C' lets expect (error " + fixedText(error, 2) + "); if it is, add --deuterated";
+         " ppm lower than C' suggests (error " + fixedText(error, 2) + "); if it is, add --deuterated";
 }
 
 }  // namespace zorvela

@@ -94,10 +94,10 @@ void checkLines(const Checked& checked) {
   for (const std::size_t line : checked.lines.skipped)
     if (line > checked.lines.rows.front())
       checked.fail(line,
-                   "has not a value for each of the " +
+                   "does not have a value for each of the " +
                        counted(static_cast<std::size_t>(checked.table.columnCount), "column", "columns"));
   if (checked.text.back() != '\n' && checked.text.back() != '\r')
-    checked.fail(0, "ends without a line end and may be cut short");
+    checked.fail(0, "does not end with a newline and may be truncated");
 }
 
 void checkNumbers(const Checked& checked) {
@@ -105,7 +105,7 @@ void checkNumbers(const Checked& checked) {
     for (const std::string& column : checked.layout.values) {
       const std::string cell = GDB::cell(row, column);
       if (!toDecimal(cell) || !std::isfinite(GDB::toFloat(cell)))
-        checked.fail(checked.lineOf(number), column + " is \"" + printable(cell, 40) + "\", no number");
+        checked.fail(checked.lineOf(number), column + " is \"" + printable(cell, 40) + "\", not a number");
     }
 }
 
@@ -117,10 +117,10 @@ void checkRows(const Checked& checked) {
     const std::string key = GDB::cell(row, checked.layout.keyColumn);
     // The program takes the digits that an index begins with, so that "7x" and "07" replace the row of 7.
     if (isByIndex && std::find(keys.begin(), keys.end(), key) == keys.end())
-      checked.fail(checked.lineOf(number), "index is \"" + printable(key, 40) + "\", no shift index");
+      checked.fail(checked.lineOf(number), "index is \"" + printable(key, 40) + "\", not a shift index");
     if (!seen.insert(key).second)
       checked.fail(checked.lineOf(number),
-                   checked.layout.keyColumn + " " + printable(key, 40) + " stands twice");
+                   checked.layout.keyColumn + " " + printable(key, 40) + " is given twice");
   }
   for (const std::string& key : keys)
     if (seen.count(key) == 0)
@@ -136,7 +136,7 @@ void checkRandomCoil(const Checked& checked) {
       const std::string& high = fromHighToLow[i - 1];
       const std::string& low = fromHighToLow[i];
       if (GDB::toFloat(GDB::cell(row, high)) < GDB::toFloat(GDB::cell(row, low)))
-        checked.fail(checked.lineOf(number), high + " of alanine is below " + low + ", as in no peptide");
+        checked.fail(checked.lineOf(number), high + " of alanine is below " + low + ", which no peptide has");
     }
   }
 }
@@ -172,13 +172,12 @@ void checkShares(const Checked& checked) {
     double sum = 0;
     for (const auto& [number, row] : checked.table.entries) {
       const double share = GDB::toDouble(GDB::cell(row, column));
-      if (share < 0 || share > 1)
-        checked.fail(checked.lineOf(number), column + " is no share between 0 and 1");
+      if (share < 0 || share > 1) checked.fail(checked.lineOf(number), column + " is not between 0 and 1");
       const std::string name = GDB::cell(row, checked.layout.keyColumn);
       if (name.size() == 1 && contains(kAminoAcids, name)) sum += share;
     }
     if (std::fabs(sum - 1) > kLargestGapInShares)
-      checked.fail(0, column + " of the 20 residue types adds up to " + fixedText(sum, 4) + ", not to 1");
+      checked.fail(0, column + " of the 20 residue types adds up to " + fixedText(sum, 4) + ", not 1");
   }
 }
 

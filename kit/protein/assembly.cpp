@@ -41,7 +41,7 @@ std::string namesOf(const std::vector<Named>& all) {
   std::vector<std::string> names;
   for (const Named& one : all)
     if (!one.name.empty()) names.push_back(one.name);
-  return names.empty() ? "none by name" : enumerated(names);
+  return names.empty() ? "only unnamed ones" : enumerated(names);
 }
 
 template <class Named>
@@ -164,12 +164,12 @@ void checkChosen(std::size_t chain, const Entry& entry) {
   const FileChain& chosen = entry.file.chains[chain];
   const std::string remedy = "choose another: " + printable(namesOf(entry.file.chains));
   if (!isPolypeptide(chain, entry))
-    throw ChoiceError(entry.path, 0, shownName(chosen) + " is no protein but " + kindOf(chosen), remedy);
+    throw ChoiceError(entry.path, 0, shownName(chosen) + " is not a protein (" + kindOf(chosen) + ")",
+                      remedy);
   if (rowCount(chain, entry) == 0)
     throw ChoiceError(
         entry.path, 0,
-        shownName(chosen) + " has no shifts" + (entry.areListsChosen ? " in the lists asked for" : ""),
-        remedy);
+        shownName(chosen) + " has no shifts" + (entry.areListsChosen ? " in the chosen lists" : ""), remedy);
 }
 
 Indices namedChains(const std::vector<std::string>& names, const Entry& entry) {
@@ -197,7 +197,7 @@ std::size_t fullestList(std::size_t chain, const Indices& lists, const Entry& en
   }
   outcome.listNotes.push_back(shownName(entry.file.chains[chain]) +
                               " has several shift lists, with backbone shifts: " + enumerated(shown) + "; " +
-                              entry.file.lists[fullest].name + " is used, another can be chosen");
+                              entry.file.lists[fullest].name + " is used; another can be chosen");
   return fullest;
 }
 
@@ -224,7 +224,7 @@ void addCisFlags(const FileChain& chain, const ChainSequence& sequence, Protein&
   if (cis.empty()) return;
   const std::string text = "he file marks as cis peptide bond: " + enumerated(cis, cis.size());
   protein.remarks.push_back(printable("T" + text, kLongestNote));
-  protein.notes.push_back("t" + text + "; this is kept as a remark and not used");
+  protein.notes.push_back("t" + text + "; kept as a remark, not used");
 }
 
 void addRemarks(const FileChain& chain, const std::string& format, Protein& protein) {
@@ -242,7 +242,8 @@ LeftOut leftOutOf(const FileChain& chain, std::size_t rows, const Protein& prote
   const std::string list = protein.list.empty() ? "the list without a name" : "list " + protein.list;
   std::vector<std::string> reasons = protein.notes;
   reasons.insert(reasons.end(), protein.asides.begin(), protein.asides.end());
-  return {shownName(chain) + " (" + list + "): " + counted(rows, "shift", "shifts") + ", none for the table",
+  return {shownName(chain) + " (" + list + "): " + counted(rows, "shift", "shifts") +
+              ", none that a prediction uses",
           " (" + enumerated(reasons, kMostReasons) + ")"};
 }
 
@@ -292,7 +293,7 @@ void addProteins(std::size_t c, const Indices& lists, const Entry& entry, Outcom
 /// Notes of the file go to its first protein, in front.
 void finishNotes(const ShiftFile& file, Outcome& outcome) {
   std::vector<std::string> notes = file.notes;
-  for (const LeftOut& one : outcome.leftOut) notes.push_back("left out: " + one.what);
+  for (const LeftOut& one : outcome.leftOut) notes.push_back("ignored: " + one.what);
   notes.insert(notes.end(), outcome.listNotes.begin(), outcome.listNotes.end());
   std::vector<std::string>& first = outcome.proteins.front().notes;
   first.insert(first.begin(), notes.begin(), notes.end());
@@ -306,7 +307,7 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
   for (const LeftOut& one : outcome.leftOut) held.push_back(one.what + one.reasons);
   held.insert(held.end(), file.contents.begin(), file.contents.end());
   if (const std::size_t count = countUnplaced(allOf(file.lists.size()), file); count > 0)
-    held.push_back(counted(count, "shift", "shifts") + " of no chain");
+    held.push_back(counted(count, "shift", "shifts") + " without a chain");
   if (held.empty() && !file.notes.empty()) held.push_back(enumerated(file.notes, kMostReasons));
   const std::string text = held.empty() ? "no shifts at all" : enumerated(held);
   throw FileError(entry.path, 0, "holds no backbone shifts of a protein",
@@ -342,7 +343,7 @@ void requireNames(const ShiftFile& file, const std::string& path) {
   const auto hasSequence = [](const FileChain& chain) { return !chain.residues.empty(); };
   if (hasRows && std::none_of(file.chains.begin(), file.chains.end(), hasSequence))
     throw SequenceError(path, 0, "the rows have no residue names",
-                        "give the sequence beside it (--sequence FILE), or a column resname with names");
+                        "give the sequence (--sequence FILE), or a column resname");
 }
 
 std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const ImportOptions& options) {
@@ -359,7 +360,7 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
   if (outcome.proteins.empty()) throwNoShifts(entry, outcome);
   if (const std::size_t unplaced = countUnplaced(entry.lists, file); unplaced > 0)
     outcome.leftOut.push_back(
-        {counted(unplaced, "shift", "shifts") + " without a chain that the file describes", ""});
+        {counted(unplaced, "shift", "shifts") + " whose chain the file does not describe", ""});
   finishNotes(file, outcome);
   return std::move(outcome.proteins);
 }
@@ -373,7 +374,7 @@ std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const
                   [](const std::string& wanted) { return !equalIgnoringCase(wanted, kAllLists); });
   if (!options.chains.empty() || isListChosen)
     throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
-                      "leave out the choice of a chain or list for it");
+                      "do not choose a chain or list for it");
   ShiftFile words = wordsOfTable(*file.table);
   words.notes = file.notes;
   // Taken as it stands where it has the same sequence itself.

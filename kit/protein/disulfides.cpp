@@ -37,13 +37,12 @@ void addNotes(const Decisions& decisions, std::vector<std::string>& notes) {
   const auto add = [&](const std::string& text, const std::vector<std::string>& residues) {
     if (!residues.empty()) notes.push_back(text + enumerated(residues));
   };
-  add("cysteines in a disulfide bond by the file, written c: ", decisions.byFile);
-  add("cysteines taken as in a disulfide bond by CB above " + fixedText(kOxidisedFrom, 0) +
-          " ppm, written c: ",
+  add("cysteines in a disulfide bond according to the file; written as c: ", decisions.byFile);
+  add("cysteines assumed to be in a disulfide bond (CB above " + fixedText(kOxidisedFrom, 0) +
+          " ppm); written as c: ",
       decisions.byShift);
-  add("CB does not fit what the file says of the cysteine, the file's word is kept: ",
-      decisions.contradicted);
-  add("disulfide bonds of residues that are no cysteines not used: ", decisions.bondedOthers);
+  add("CB contradicts the state of the cysteine in the file; the file is followed: ", decisions.contradicted);
+  add("disulfide bonds of residues that are not cysteines; ignored: ", decisions.bondedOthers);
 }
 
 }  // namespace

@@ -28,8 +28,8 @@ void checkSequence(const std::string& sequence) {
   for (std::size_t i = 0; i < sequence.size(); ++i)
     if (!isSequenceLetter(sequence[i]))
       throw Error(kTheSequence, 0,
-                  "has \"" + shown(sequence.substr(i, 1)) + "\" at place " + std::to_string(i + 1),
-                  "use the one-letter codes in capitals, X for what is none of them");
+                  "has \"" + shown(sequence.substr(i, 1)) + "\" at position " + std::to_string(i + 1),
+                  "use one-letter codes in capitals, and X for other residues");
 }
 
 // --- Shifts by name -----------------------------------------------------------------------------
@@ -58,7 +58,7 @@ class Gathered {
                       std::to_string(first + static_cast<std::int64_t>(sequence.size()) - 1));
     const std::string name = printable(named.atom, 40) + " of residue " + std::to_string(named.number);
     if (!std::isfinite(named.ppm))
-      throw Error(name, 0, "has a shift that is no number", "leave out what was not measured");
+      throw Error(name, 0, "has a shift that is not a number", "leave out what was not measured");
     const AtomReading atom = readAtom(sequence[static_cast<std::size_t>(position) - 1], named.atom);
     if (atom.kind == AtomReading::Kind::other && !isOfProtein(named.atom))
       throw Error(name, 0, "is not an atom of a protein", "use names such as N, HN, HA, C, CA, CB and CG");
@@ -75,7 +75,7 @@ class Gathered {
   void moveTo(Protein& protein) {
     for (const auto& [place, shift] : shifts) protein.shifts.push_back(shift);
     if (!foreign.empty())
-      protein.notes.push_back("atoms that the residue type has not, left out: " + enumerated(foreign));
+      protein.notes.push_back("atoms that this residue type does not have; ignored: " + enumerated(foreign));
     noteOtherAtoms(others, protein.asides);
   }
 
@@ -111,8 +111,8 @@ void markOxidised(Protein& protein) {
     oxidised.push_back(protein.numbers[place]);
   }
   if (!oxidised.empty())
-    protein.notes.push_back("cysteines taken as in a disulfide bond by CB above " +
-                            fixedText(kOxidisedFrom, 0) + " ppm, written c: " + enumerated(oxidised));
+    protein.notes.push_back("cysteines assumed to be in a disulfide bond (CB above " +
+                            fixedText(kOxidisedFrom, 0) + " ppm); written as c: " + enumerated(oxidised));
 }
 
 }  // namespace

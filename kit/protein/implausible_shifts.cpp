@@ -22,7 +22,7 @@ void noteImplausible(Protein& protein) {
                      fixedText(range.high, 1) + ")");
   }
   if (shifts.empty()) return;
-  protein.notes.push_back("outside the range of the residue type, so perhaps assigned wrongly; kept: " +
+  protein.notes.push_back("out of range for the residue type, so check the assignment; used all the same: " +
                           printable(enumerated(shifts), kLongestNote));
 }
 

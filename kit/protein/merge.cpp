@@ -87,7 +87,7 @@ void takeShifts(const std::vector<Protein>& parts, const std::map<Place, int>& p
     merged.shifts.push_back(shift);
   }
   if (!differing.empty())
-    merged.notes.push_back("shifts that differ by more than 0.3 ppm (1H: 0.03), the first is used: " +
+    merged.notes.push_back("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: " +
                            enumerated(differing));
 }
 
@@ -130,7 +130,7 @@ Protein mergedProtein(const std::vector<Protein>& parts) {
   merged.isSequenceGiven =
       std::any_of(parts.begin(), parts.end(), [](const Protein& part) { return part.isSequenceGiven; });
   for (const Protein& part : parts) merged.deuteration = std::max(merged.deuteration, part.deuteration);
-  merged.notes.push_back("one protein of " + enumerated(files));
+  merged.notes.push_back("merged into one protein: " + enumerated(files));
   takeShifts(parts, positions, merged);
   takeWords(parts, merged);
   return merged;

@@ -169,14 +169,14 @@ void noteRows(const TableShifts& found, std::vector<std::string>& notes) {
   const auto add = [&](const std::string& text, const std::vector<std::string>& labels) {
     if (!labels.empty()) notes.push_back(text + enumerated(labels));
   };
-  add(counted(found.outside.size(), "row", "rows") + " left out, the sequence has no such residue: ",
+  add(counted(found.outside.size(), "row", "rows") + " ignored; the sequence has no such residue: ",
       found.outside);
-  add("residue names differ from the sequence, which is used: ",
+  add("residue names differ from the sequence; the sequence is used: ",
       {found.misnamed.begin(), found.misnamed.end()});
-  add("values that are no shift left out: ", found.unusable);
+  add("values that are not numbers; ignored: ", found.unusable);
   // A missing mark counts as a shift where the program counts them; so it stays, and both agree.
-  add("values of 999 and above, for missing shifts, kept: ", found.marks);
-  add("given before, the first is used: ", found.repeated);
+  add("values of 999 and above (placeholders for missing shifts) kept: ", found.marks);
+  add("given twice; the first is used: ", found.repeated);
 }
 
 void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
@@ -198,8 +198,7 @@ void noteOxidised(Protein& protein) {
   if (!oxidised.empty())
     protein.notes.push_back(
         "cysteines with CB above " + fixedText(kOxidisedFrom, 0) +
-        " ppm stand as reduced (C) in the table, write c for those in a disulfide bond: " +
-        enumerated(oxidised));
+        " ppm are reduced (C) in the table; write c for those in a disulfide bond: " + enumerated(oxidised));
 }
 
 }  // namespace
@@ -243,12 +242,11 @@ Protein proteinOfTable(const GDB& table, const std::string& file, const std::vec
   protein.isSequenceGiven = hasSequence;
   protein.notes = notes;
   if (!hasSequence)
-    protein.notes.push_back(
-        "the table has no DATA SEQUENCE line: the sequence is put together from its rows");
+    protein.notes.push_back("the table has no DATA SEQUENCE line; the sequence was built from its rows");
   protein.shifts = std::move(found.shifts);
   takeRemarks(table, sequence.first, protein);
   if (sequence.first != 1)
-    protein.notes.push_back("residue " + std::to_string(sequence.first) + " of the table is residue 1 now");
+    protein.notes.push_back("residue " + std::to_string(sequence.first) + " of the table is now residue 1");
   noteRows(found, protein.notes);
   noteOtherAtoms(found.otherAtoms, protein.asides);
   noteOtherParts(table, protein.notes);

@@ -42,7 +42,7 @@ struct NumberedChain {
 
 [[noreturn]] void throwBadNumber(const SequenceFile& sequence, const std::string& number) {
   throw FileError(sequence.file, 0, "has residue number \"" + printable(number, 20) + "\"",
-                  "number its residues by whole numbers that ascend");
+                  "number its residues with ascending whole numbers");
 }
 
 NumberedLetters lettersByNumber(const std::vector<FileResidue>& residues, const SequenceFile& sequence) {
@@ -198,12 +198,12 @@ void checkFit(const Trial& trial) {
   const std::string other = fitsElsewhere ? std::to_string(*fitting) : "";
   throw SequenceError(
       trial.path, 0,
-      "does not fit the sequence of " + trial.sequence.file + " from number " +
-          std::to_string(letters.first) + " on: " + std::to_string(conflicts) + " of " +
+      "does not fit the sequence of " + trial.sequence.file + ", numbered from " +
+          std::to_string(letters.first) + ": " + std::to_string(conflicts) + " of " +
           counted(size, "residue is", "residues are") +
           " in conflict, the first: " + conflictOf(*first, trial),
       fitsElsewhere
-          ? "it fits with " + other + " as the number of the first residue: give --first-residue " + other
+          ? "it fits with " + other + " as the number of the first residue; give --first-residue " + other
           : "give the sequence of this protein, and the number of its first residue");
 }
 
@@ -283,7 +283,7 @@ bool placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& seq
   append(own.cisFlags, given.chain.cisFlags);
   if (given.isFirstOpen)
     file.notes.push_back("the sequence of " + sequence.file +
-                         " has no numbers: its first residue is taken as 1");
+                         " has no numbers; its first residue is assumed to be 1");
   return true;
 }
 

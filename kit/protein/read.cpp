@@ -58,7 +58,7 @@ std::vector<Protein> readEntries(const std::vector<Source>& entries, const Impor
                                  std::size_t bytes) {
   Made made{bytes};
   std::vector<Protein> proteins;
-  LimitedNotes passedOver("data blocks left out");
+  LimitedNotes passedOver("data blocks ignored");
   std::exception_ptr firstError;
   for (const Source& entry : entries) {
     try {
@@ -68,7 +68,7 @@ std::vector<Protein> readEntries(const std::vector<Source>& entries, const Impor
     } catch (const LimitError&) {
       throw;
     } catch (const Error& error) {
-      passedOver.add("a data block is left out: " + printable(error.what(), 300));
+      passedOver.add("a data block is ignored: " + printable(error.what(), 300));
       if (!firstError) firstError = std::current_exception();
     }
   }

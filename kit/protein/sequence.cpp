@@ -58,7 +58,7 @@ void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string
     residue.number.clear();
   }
   if (!twice.empty())
-    notes.push_back("two residues have one number, the first keeps it: " + enumerated(twice));
+    notes.push_back("two residues have the same number; the first keeps it: " + enumerated(twice));
 }
 
 /// The residues that a row speaks of: its own and, where it has the shift of a neighbour, that one first.
@@ -168,9 +168,9 @@ void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::
       first = i + 1;
     }
   }
-  if (!ranges.empty()) notes.push_back("the sequence has gaps, written ?: " + enumerated(ranges));
+  if (!ranges.empty()) notes.push_back("the sequence has gaps; written as ?: " + enumerated(ranges));
   if (!named.empty())
-    notes.push_back("residues that the sequence lacks are named by the shift rows: " + enumerated(named));
+    notes.push_back("residues missing in the sequence are named in the shift rows: " + enumerated(named));
 }
 
 /// Whether the sequence itself leaves open what the residue is.
@@ -247,13 +247,12 @@ void noteUnusualResidues(const ChainSequence& sequence, std::vector<std::string>
     if (residue.type.letter == kUnknownResidue)
       unknown[residue.name].push_back(residue.number);
     else if (residue.type.isModified)
-      modified[residue.name + " is taken as " + residue.type.letter].push_back(residue.number);
+      modified[residue.name + " is read as " + residue.type.letter].push_back(residue.number);
   }
   for (const auto& [text, numbers] : modified)
     notes.push_back("modified residue " + text + ": " + enumerated(numbers));
   for (const auto& [name, numbers] : unknown)
-    notes.push_back("residue " + name +
-                    " has no counterpart among the 20, written ?: " + enumerated(numbers));
+    notes.push_back(name + " is not a standard residue; written as ?: " + enumerated(numbers));
 }
 
 struct NameCounts {
@@ -305,8 +304,7 @@ ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& r
   takeNamesFromRows(residues, rows);
   ChainSequence sequence = sequenceOf(std::move(residues));
   noteGaps(gaps, sequence, notes);
-  if (!isGiven)
-    notes.push_back("the file gives no sequence: it is put together from the residues with shifts");
+  if (!isGiven) notes.push_back("the file has no sequence; it was built from the residues with shifts");
   noteUnusualResidues(sequence, notes);
   return sequence;
 }

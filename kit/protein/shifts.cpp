@@ -127,7 +127,7 @@ struct Collected {
   std::vector<std::string> hydroxylRing;
   std::vector<std::string> ofNeighbours;  ///< atoms whose shift is kept under a neighbour alone
   std::size_t ofNeighboursTwice = 0;      ///< such shifts of residues that have one of their own
-  LimitedNotes badValues{"values that are no numbers"};
+  LimitedNotes badValues{"values that are not numbers"};
   LimitedNotes duplicates{"atoms that are given twice"};
   std::size_t withoutValue = 0;
   std::size_t missingMarks = 0;
@@ -153,7 +153,7 @@ std::optional<Shift> usableShift(const FileShift& row, const std::string& number
   const auto shift = readShift(row.value);
   if (!shift) {
     found.badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
-                        "\" is no number; left out");
+                        "\" is not a number; ignored");
     return std::nullopt;
   }
   // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
@@ -305,12 +305,12 @@ Collected collectAll(const ShiftRows& rows, std::int64_t offset, const ChainSequ
 // --- Notes --------------------------------------------------------------------------------------
 
 void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::vector<std::string>& notes) {
-  LimitedNotes otherNames("residues that the rows call otherwise");
+  LimitedNotes otherNames("residues with another name in the rows");
   for (const auto& [called, count] : found.misnamed) {
     const ChainResidue& residue = sequence.at(called.first);
     otherNames.add("residue " + residue.number + " is " + called.second + " in " +
                    counted(count, "shift row", "shift rows") + " but " +
-                   (residue.name.empty() ? "unknown" : residue.name) + " in the sequence: left out");
+                   (residue.name.empty() ? "unknown" : residue.name) + " in the sequence; ignored");
   }
   otherNames.appendTo(notes);
 }
@@ -321,11 +321,11 @@ void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
   };
   for (const auto& [code, atoms] : found.ambiguous)
     notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
-                    ambiguityText(code) + " (code " + code + "), kept: " + enumerated(atoms));
+                    ambiguityText(code) + " (code " + code + "); used all the same: " + enumerated(atoms));
   add("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo);
   add("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older);
-  add("atoms that the residue type has not, left out: ", found.foreign);
-  add("CB and CG of hydroxyproline are unlike those of proline, left out: ", found.hydroxylRing);
+  add("atoms that this residue type does not have; ignored: ", found.foreign);
+  add("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing);
 }
 
 void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
@@ -333,11 +333,11 @@ void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
   const std::size_t twice = found.ofNeighboursTwice;
   if (used > 0)
     notes.push_back(counted(used, "shift", "shifts") +
-                    " kept under a neighbour (n-1) used, as the residue has none of its own: " +
+                    " listed under a neighbour (n-1) used; the residue has none of its own: " +
                     enumerated(found.ofNeighbours));
   if (twice > 0)
     notes.push_back(counted(twice, "shift", "shifts") +
-                    " kept under a neighbour (n-1) not used, as the residue has its own");
+                    " listed under a neighbour (n-1) not used; the residue has its own");
 }
 
 void noteCounts(const Collected& found, std::vector<std::string>& notes) {
@@ -349,12 +349,13 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
   }
   if (outside > 0)
     notes.push_back(counted(outside, "shift", "shifts") +
-                    " left out, the sequence has no such residue: " + enumerated(numbers));
+                    " ignored; the sequence has no such residue: " + enumerated(numbers));
   if (found.withoutValue > 0)
-    notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value left out");
+    notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value ignored");
   if (found.missingMarks > 0)
-    notes.push_back(counted(found.missingMarks, "mark of a missing shift", "marks of missing shifts") +
-                    " (0, or 999 and above) left out");
+    notes.push_back(
+        counted(found.missingMarks, "placeholder for a missing shift", "placeholders for missing shifts") +
+        " (0, or 999 and above) ignored");
   if (found.repeated > 0)
     notes.push_back(counted(found.repeated, "shift is", "shifts are") + " given twice with the same value");
 }
@@ -366,9 +367,8 @@ std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& ro
   const std::int64_t offset = offsetOf(rows, sequence);
   const Collected found = collectAll(rows, offset, sequence);
   if (offset != 0)
-    notes.push_back(
-        "the shift rows number the residues differently from the sequence; by the residue names, " +
-        std::to_string(offset) + " was added");
+    notes.push_back("the shift rows number the residues differently from the sequence; " +
+                    std::to_string(offset) + " was added to make the residue names fit");
   noteMisnamed(found, sequence, notes);
   noteAtoms(found, notes);
   noteOfNeighbours(found, notes);

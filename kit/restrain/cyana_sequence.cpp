@@ -87,7 +87,7 @@ std::vector<Row> rowsOf(const NamedText& file) {
     const auto given = toInteger(number);
     if (!isLetter(name.front()) || !more.empty() || number.size() > kLongestNumber ||
         (!number.empty() && !given))
-      throw FileError(file.name, lineNumber, "is no residue name and number",
+      throw FileError(file.name, lineNumber, "is not a residue name and number",
                       "give a sequence file of CYANA");
     if (rows.size() == kMostResidues)
       throw FileError(file.name, lineNumber, "has too many residues", "give a part");
@@ -134,7 +134,7 @@ RestraintText addTo(const NamedText& file, const RestraintRequest& request) {
       if (places.empty() && bond.call != Call::cis) continue;
       if (places.size() != 1)
         throw FileError(
-            file.name, 0, (places.empty() ? "has no " : "has twice ") + nameOf(bond),
+            file.name, 0, places.empty() ? "has no " + nameOf(bond) : "has " + nameOf(bond) + " twice",
             "give the sequence of the chain with the numbers of the shifts, or name the chain by --chain");
       if (!taken.emplace(places.front(), &bond).second)
         throw FileError(file.name, 0, "has one " + nameOf(bond) + " for several chains",

@@ -25,7 +25,7 @@ bool isChainName(const std::string& name) {
 std::string whyNoNumber(const Dialect& dialect, const std::string& text) {
   if (dialect.takesCodes) return {};
   const auto number = readResidueNumber(text);
-  if (!number) return "no number " + printable(text, 60);
+  if (!number) return printable(text, 60) + " is not a number";
   if (!number->code.empty()) return "no place for the insertion code of " + printable(text, 60);
   return text.size() > kLongestNumber ? "no place for the number " + printable(text, 60) : std::string();
 }
@@ -152,7 +152,7 @@ void checkNumbers(const RestraintRequest& request) {
     for (const RestrainedBond& bond : chain.bonds)
       if (!known.emplace(bond.chain, bond.number).second)
         throw Error("P" + printable(bond.number, 60) + " of chain \"" + printable(bond.chain, 60) +
-                    "\" is there twice; name one chain and one list, or rename a chain by --chain-as");
+                    "\" is given twice; name one chain and one list, or rename a chain by --chain-as");
 }
 
 }  // namespace
@@ -189,7 +189,7 @@ void checkChains(const Dialect& dialect, const RestraintRequest& request) {
   if (dialect.longestChain == 0) {
     if (names.size() > 1)
       throw Error("--for " + dialect.program +
-                  " tells no chains apart, and several have a cis or undecided " +
+                  " cannot tell chains apart, and several have a cis or undecided " +
                   "proline; name one by --chain");
     return;
   }
@@ -251,12 +251,12 @@ const std::vector<RestraintFormat>& restraintFormats() {
 }
 
 void mustFit(const RestraintFormat& format, const RestraintRequest& request) {
-  if (request.into && !format.takesFile) throw Error("--into goes with --for cyana and --for nef");
+  if (request.into && !format.takesFile) throw Error("--into needs --for cyana or --for nef");
   if (request.structure && format.model == RestraintFormat::ModelUse::none)
     throw Error(
-        "--structure goes with --for amber, pdb and mmcif; to check a model use zorvela-kit run --structure");
+        "--structure needs --for amber, pdb or mmcif; to check a model use zorvela-kit run --structure");
   if (!request.structure && format.model == RestraintFormat::ModelUse::needed)
-    throw Error(std::string("--for ") + format.name + " describes a model; add --structure MODEL");
+    throw Error(std::string("--for ") + format.name + " describes a model; add --structure FILE");
 }
 
 RestraintText writeRestraints(const RestraintFormat& format, const RestraintRequest& request) {

@@ -204,7 +204,7 @@ Declaration amberRestraint(const ProteinStructure& structure, const AtomNumbers&
                                      std::pair(site.number, "N"), std::pair(site.number, "CA")}) {
     const auto known = numbers.byName.find(atomKey(site.chain, number, atom));
     if (known == numbers.byName.end() || known->second == 0)
-      return {{}, std::string(atom) + " of residue " + number + " is not once in the model"};
+      return {{}, std::string(atom) + " of residue " + number + " is missing or repeated in the model"};
     atoms += std::to_string(known->second) + ", ";
   }
   return {
@@ -229,14 +229,14 @@ Declaration amberRestraints(const ProteinStructure& structure, const AtomNumbers
 RestraintText writeAmber(const RestraintRequest& request) {
   Dialect dialect = {"amber", "# "};
   if (!request.structure) {
-    dialect.remarks = {"for makeANG_RST; with --structure MODEL: &rst with the numbers of the atoms",
+    dialect.remarks = {"for makeANG_RST; with --structure FILE: &rst with the numbers of the atoms",
                        "not sure: that makeANG_RST knows OMEGA of PRO; if not, add it to its library"};
     return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
       return {bond.number + " PRO OMEGA -20.0 20.0\n", {}};
     });
   }
   if (request.structure->format != "PDB")
-    throw FileError(request.structure->file, 0, "is no PDB file",
+    throw FileError(request.structure->file, 0, "is not a PDB file",
                     "give the PDB file of the topology, whose atoms AMBER counts");
   dialect.longestChain = kAnyChain;
   dialect.takesCodes = true;
@@ -274,7 +274,7 @@ RestraintText writeMonProtCis(const RestraintRequest& request) {
   return modelText(dialect, request, [&](const CisBond& cis, std::size_t serial) -> Declaration {
     const std::string before = cifResidue(cis.chain, cis.before);
     const std::string proline = cifResidue(cis.chain, cis.proline);
-    if (before.empty() || proline.empty()) return {{}, "its chain, name or number is no plain word"};
+    if (before.empty() || proline.empty()) return {{}, "its chain, name or number is not a plain word"};
     const std::string model = cis.bond.model.empty() ? "1" : cis.bond.model;
     const std::string conformation = cis.bond.conformation.empty() ? "." : cis.bond.conformation;
     return {std::to_string(serial) + " " + model + " " + before + " " + proline + " " + conformation + " " +

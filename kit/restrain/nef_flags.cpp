@@ -135,7 +135,7 @@ Flags flagsOf(const std::vector<NefChain>& chains, const std::string& name,
 std::string noteOn(const FlagChange& flag, const std::string& name, bool isReplaced) {
   return name + ", chain " + printable(flag.row.chain, kLongestName) + ": cis_peptide of " +
          printable(flag.row.residue + " " + flag.row.number, kLongestName) + " was " + flag.before +
-         ", the shifts say " + (flag.isCis ? "cis" : "trans") +
+         ", the shifts predict " + (flag.isCis ? "cis" : "trans") +
          (isReplaced ? "; replaced" : "; left as it was");
 }
 

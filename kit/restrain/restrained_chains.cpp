@@ -73,7 +73,7 @@ void renameChains(const std::vector<std::string>& renamings, std::vector<Restrai
     const bool isForOne = sign == std::string::npos;
     if (isForOne && before.size() != 1)
       throw Error("--chain-as " + renaming + ": there are several chains (" + chainList(before) +
-                  "); say which one, as OLD=NEW");
+                  "); name one, as OLD=NEW");
     bool isKnown = false;
     for (std::size_t i = 0; i < before.size(); ++i) {
       if (!isForOne && before[i].name != renaming.substr(0, sign)) continue;

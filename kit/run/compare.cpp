@@ -151,12 +151,13 @@ std::vector<std::string> notesOn(const ChainMatch& match) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
   std::vector<std::string> notes;
   if (!match.mismatches.empty())
-    notes.push_back(name + ": other residues than in the shifts: " + enumerated(match.mismatches));
+    notes.push_back(name +
+                    ": residues that differ from those of the shift file: " + enumerated(match.mismatches));
   if (!match.missing.empty())
-    notes.push_back(name + ": residues of the shifts without coordinates: " + enumerated(match.missing));
+    notes.push_back(name + ": residues of the shift file without coordinates: " + enumerated(match.missing));
   if (!match.leftOver.empty())
     notes.push_back(structureChainName(match.file, match.chain) +
-                    ": residues that fit no shifts: " + enumerated(match.leftOver));
+                    ": residues that match no shift file: " + enumerated(match.leftOver));
   return notes;
 }
 
@@ -203,7 +204,7 @@ std::string placeText(const BondSite& site) {
 
 std::string disagreement(const Protein& protein, const ProlineResult& proline,
                          const StructureFinding& finding) {
-  return "The shifts say " + toText(proline.call) + " (P_CIS_NORM " +
+  return "The shifts predict " + toText(proline.call) + " (P_CIS_NORM " +
          fixedText(static_cast<double>(proline.pCisNorm.value_or(0)), 3) + carbonText(protein, proline) +
          "), the structure is " + seenText(finding) + ".";
 }
@@ -237,7 +238,7 @@ void finish(const Protein& protein, ProteinResult& result) {
   for (const ChainMatch& match : result.matches)
     for (std::string& note : notesOn(match)) result.structureNotes.push_back(std::move(note));
   if (result.matches.empty())
-    result.structureNotes.emplace_back("no chain of the structures is this protein");
+    result.structureNotes.emplace_back("no chain of the structures matches this protein");
   for (ProlineResult& proline : result.prolines) {
     StructureFinding& finding = *proline.structure;
     finding.call = seenIn(finding);

@@ -66,8 +66,8 @@ class BadInput(folder.InFolder):
         def refused(kind, words, shifts, sequence="MQIFP", **keywords):
             self.fails(kind, words, zorvela.predict_shifts, sequence, shifts, **keywords)
 
-        refused(zorvela.Error, "CA of residue 1: has a shift that is no number", {(1, "CA"): NAN})
-        refused(zorvela.Error, "CA of residue 1: has a shift that is no number", {(1, "CA"): float("inf")})
+        refused(zorvela.Error, "CA of residue 1: has a shift that is not a number", {(1, "CA"): NAN})
+        refused(zorvela.Error, "CA of residue 1: has a shift that is not a number", {(1, "CA"): float("inf")})
         refused(TypeError, "the shift '55.1' of CA of residue 1", {(1, "CA"): "55.1"})
         refused(TypeError, "the shift None of CA", {(1, "CA"): None})
         refused(zorvela.Error, "residue 6: is not in the sequence; its residues are 1 to 5", {(6, "CA"): 55.1})

@@ -98,7 +98,7 @@ test("shift tables, flags and restraints are the program's", async () => {
   assert.equal((await flaggedNef(nef)).text, await readFile("flags.nef", "utf8"));
   const replaced = await flaggedNef(nef, { replace: true });
   assert.equal(replaced.text, await readFile("replaced.nef", "utf8"));
-  assert.match(replaced.notes[0], /PRO 3 was false, the shifts say cis; replaced/);
+  assert.match(replaced.notes[0], /PRO 3 was false, the shifts predict cis; replaced/);
   await assert.rejects(flaggedNef(content, { name }), PredictionError);
 });
 

@@ -55,26 +55,26 @@ class Annotate(folder.InFolder):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(self.output.decode(), nef({3: "true"}))
         self.assertIn("cis: P103; undecided, left open: P111; trans: 1", result.stderr)
-        self.assertIn("1 flag written, 0 said so before", result.stderr)
+        self.assertIn("1 flag written, 0 correct before", result.stderr)
         self.annotate(nef({}), "--trans")
         self.assertEqual(self.output.decode(), nef({3: "true", 7: "false"}))
 
     def test_a_second_run_changes_nothing(self):
         result = self.annotate(nef({3: "true", 7: "false"}))
         self.assertEqual(self.output.decode(), nef({3: "true", 7: "false"}))
-        self.assertIn("0 flags written, 2 said so before", result.stderr)
+        self.assertIn("0 flags written, 2 correct before", result.stderr)
 
     def test_a_flag_that_differs_is_noted_and_kept_or_replaced(self):
         flags = {3: "false", 7: "'true'", 11: "true"}
         result = self.annotate(nef(flags))
         self.assertEqual(self.output.decode(), nef(flags))
-        self.assertIn("note: in.nef, chain A: cis_peptide of PRO 103 was false, the shifts say cis; left as it was", result.stderr)
-        self.assertIn("cis_peptide of PRO 107 was true, the shifts say trans; left as it was", result.stderr)
+        self.assertIn("note: in.nef, chain A: cis_peptide of PRO 103 was false, the shifts predict cis; left as it was", result.stderr)
+        self.assertIn("cis_peptide of PRO 107 was true, the shifts predict trans; left as it was", result.stderr)
         self.assertNotIn("PRO 111", result.stderr)
         for options, trans in (((), "."), (("--trans",), "false")):
             result = self.annotate(nef(flags), "--replace", *options)
             self.assertEqual(self.output.decode(), nef({3: "true", 7: trans, 11: "true"}))
-            self.assertIn("was false, the shifts say cis; replaced", result.stderr)
+            self.assertIn("was false, the shifts predict cis; replaced", result.stderr)
 
     def other_chain(self, text, name="B", first=501):
         """The text with a second chain of the same sequence, without shifts."""

@@ -11,7 +11,7 @@ from zorvela_tests.program import KIT
 
 FILES = pathlib.Path(__file__).resolve().parent.parent / "files"
 IMPORTED = pathlib.Path(__file__).resolve().parent / "imported"
-NO_SEQUENCE = "the file gives no sequence: it is put together from the residues with shifts"
+NO_SEQUENCE = "the file has no sequence; it was built from the residues with shifts"
 REMEDY = ("give NMR-STAR, NEF, text with a header line (resid,resname,atom,shift) or the program's shift table")
 
 
@@ -163,9 +163,9 @@ class StarPartsTest(ImportTest):
         self.assertEqual(notes, [
             "1 shift not assigned to a residue ignored, that of @46",
             "one shift for both alpha protons of glycine, written as HA2 and HA3: 45",
-            "4 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 44 CA, 44 CB, 44 CG, 46 CB",
-            "2 shifts kept under a neighbour (n-1) not used, as the residue has its own",
-            "1 shift left out, the sequence has no such residue: 46"])
+            "4 shifts listed under a neighbour (n-1) used; the residue has none of its own: 44 CA, 44 CB, 44 CG, 46 CB",
+            "2 shifts listed under a neighbour (n-1) not used; the residue has its own",
+            "1 shift ignored; the sequence has no such residue: 46"])
 
     def test_sequence_beside_a_list_within_restraints(self):
         """Residues without shifts stay, whatever stands between the frames."""
@@ -194,11 +194,11 @@ class StarPartsTest(ImportTest):
             ["1 CA 55.000", "3 HA 4.400", "3 CG 24.500", "4 CA 45.000", "5 CB 33.000"]))
         self.assertEqual(notes, [
             NO_SEQUENCE,
-            "3 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 42 CA, 44 CG, 46 CB"])
+            "3 shifts listed under a neighbour (n-1) used; the residue has none of its own: 42 CA, 44 CG, 46 CB"])
 
     def test_side_chains_alone(self):
         self.check_error("standard input: holds no backbone shifts of a protein; this NMR-STAR 3 file holds: the "
-                         "chain without a name (the list without a name): 1 shift, none for the table (%s, 1 shift of other atoms (side chain "
+                         "chain without a name (the list without a name): 1 shift, none that a prediction uses (%s, 1 shift of other atoms (side chain "
                          "and the like) not needed)" % NO_SEQUENCE, "-",
                          data=(self.ROWS + "1 LEU CD1 24.1").encode())
 
@@ -265,9 +265,9 @@ class CsvTest(ImportTest):
                 "1 N 116.000", "1 HA 4.500", "1 CA 58.400", "1 CB 63.900", "2 HA 4.600", "2 CA 63.100", "2 CB 34.200",
                 "3 N 109.000", "3 HA2 4.000", "3 HA3 4.000", "3 CA 45.300", "4 N 121.000", "4 HA 4.300", "4 CA 52.000",
                 "4 CB 19.000"]), err)
-            self.assertIn("3 shifts kept under a neighbour (n-1) used, as the residue has none of its own: 82 HA, "
+            self.assertIn("3 shifts listed under a neighbour (n-1) used; the residue has none of its own: 82 HA, "
                           "82 CA, 82 CB\n", err)
-            self.assertIn("2 shifts kept under a neighbour (n-1) not used, as the residue has its own\n", err)
+            self.assertIn("2 shifts listed under a neighbour (n-1) not used; the residue has its own\n", err)
 
     def test_groups_of_neighbours_and_of_no_residue(self):
         """An unassigned group does not stretch the sequence."""
@@ -370,8 +370,8 @@ class CsvTest(ImportTest):
         self.check_error('standard input:2: most rows (1 of 1) name no residue with its atom: "S81" names no atom; is '
                          "this a table of shifts? It needs columns resid, resname, atom and shift", "-",
                          data=b"Residue,Shift\nS81,52\n")
-        self.check_error("standard input: the rows have no residue names; give the sequence beside it (--sequence "
-                         "FILE), or a column resname with names", "-", data=b"resid,atom,shift\n1,CA,52\n")
+        self.check_error("standard input: the rows have no residue names; give the sequence (--sequence "
+                         "FILE), or a column resname", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
     def test_lower_case_names_of_a_whole_file(self):
         """Where all letters are lower case, c is no sign of a disulfide bond."""
@@ -445,7 +445,7 @@ class OutputTest(ImportTest):
         remedy = "name a folder (with / at the end), or choose one with --chain and --list"
         self.check_last_line("standard output: cannot hold 2 tables; " + remedy, dimer, "-o", "-")
         self.check_last_line("one.tab: cannot hold 2 tables; " + remedy, dimer, "-o", "one.tab")
-        choose = "; choose another place with --output, or make room"
+        choose = "; choose another place with --output, or free disk space"
         self.check_last_line("no/one.tab: cannot be written: No such file or directory" + choose,
                              FILES / "shifts.csv", "-o", "no/one.tab")
         if os.path.exists("/dev/full"):

@@ -56,7 +56,7 @@ class ManyFiles(folder.InFolder):
         os.mkfifo(self.path("f/pipe"))
         ended, files = self.run_csv("z.tab", "f")
         self.assertEqual((ended.returncode, files), (0, ["z.tab", "f/a.tab", "f/b.tab"]), ended.stderr)
-        self.assertEqual(ended.stderr, "zorvela-kit: note: f: 2 files hold no shifts and are left out: model.pdb, "
+        self.assertEqual(ended.stderr, "zorvela-kit: note: f: 2 files have no shifts and are ignored: model.pdb, "
                                        "notes.txt\n")
         self.put("none/notes.txt", "Dear colleague,\n")
         ended = program.run("none", cwd=self.folder)

@@ -11,7 +11,7 @@ sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "train"))
 import made_data  # noqa: E402
 
 REFUSED = "zorvela-kit: %s: is an input file; choose another place with --output\n"
-UNWRITABLE = "zorvela-kit: %s: cannot be written: %s; choose another place with --output, or make room\n"
+UNWRITABLE = "zorvela-kit: %s: cannot be written: %s; choose another place with --output, or free disk space\n"
 
 
 class InFolder(folder.InFolder):
@@ -56,7 +56,7 @@ class TwoOutputs(InFolder):
         with open(self.path("x"), "w", encoding="utf-8") as stderr:
             ended = self.run_to(self.path("x"), self.input, stderr=stderr)
         self.assertEqual(ended.returncode, 1)
-        self.assertIn("x: takes the messages (standard error); choose another place with --output", self.read("x"))
+        self.assertIn("x: receives the messages (standard error); choose another place with --output", self.read("x"))
 
 
 class Words(InFolder):
@@ -230,7 +230,7 @@ class TrainingInputs(InFolder):
             check = program.run(self.input, tables=self.data.path("tab"))
             self.assertEqual(check.returncode, 0, check.stderr)
         else:
-            self.assertRegex(ended.stderr, "^zorvela-kit: .*the data give no usable table: ")
+            self.assertRegex(ended.stderr, "^zorvela-kit: .*the data make no usable table: ")
             self.assertEqual(os.listdir(self.data.path("tab")), [])
 
 

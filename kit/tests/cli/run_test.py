@@ -341,7 +341,7 @@ class Errors(InFolder):
         stated = self.deuterated("stated.tab", self.REMARK)
         silent = self.deuterated("silent.tab", "")
         self.assertIn(self.REMARK, program.kit("import", stated).stdout)
-        remark = "REMARK Corrected: isotope shifts of deuterium (100 %) taken away from CA, CB and CG of proline\n"
+        remark = "REMARK Corrected: isotope shifts of deuterium (100 %) subtracted from CA, CB and CG of proline\n"
         for arguments in (("--rereference", stated), ("--deuterated", silent)):
             table = program.kit("import", "--tables", program.MADE_TABLES, *arguments).stdout
             self.assertIn(remark, table)
@@ -364,7 +364,7 @@ class Errors(InFolder):
         without = self.put("without.tab", text.replace("   1 A   CA    51.800\n   1 A   CB    19.370\n", ""))
         first, second = program.proteins(wrong, without)
         self.assertEqual(first["referencing"], second["referencing"])
-        self.assertIn("outside the range of the residue type, so perhaps assigned wrongly; kept: "
+        self.assertIn("out of range for the residue type, so check the assignment; used all the same: "
                       "CA of A1 at 73.500 ppm (44.8 to 61.0), CB of A1 at 76.000 ppm (10.9 to 30.0)", first["notes"])
 
 
@@ -411,7 +411,7 @@ class Output(InFolder):
                 if ignored:
                     self.assertEqual((result.returncode, result.stderr),
                                      (1, "zorvela-kit: standard output: cannot be written: Broken pipe; choose another "
-                                      "place with --output, or make room\n"))
+                                      "place with --output, or free disk space\n"))
                 else:
                     self.assertEqual((result.returncode, result.stderr), (-signal.SIGPIPE, ""))
 
@@ -426,7 +426,7 @@ class Output(InFolder):
         result = program.run(self.cis(), preexec_fn=lambda: os.close(1))
         self.assertEqual((result.returncode, result.stderr),
                          (1, "zorvela-kit: standard output: cannot be written: Bad file descriptor; choose another "
-                          "place with --output, or make room\n"))
+                          "place with --output, or free disk space\n"))
 
 
 class Waiting:

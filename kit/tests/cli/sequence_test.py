@@ -57,19 +57,19 @@ class Sequence(folder.InFolder):
                          [("p.csv", "V6G"), ("q.csv", "V16G"), ("r.tab", "A2K")])
         ended = self.run_kit("p.csv", "r.tab", "q.seq")
         self.assertEqual((ended.returncode, ended.stderr),
-                         (1, "zorvela-kit: q.seq: is a sequence, but no shift file is named as it is; name it as its "
-                             "shift file, or give it by --sequence\n"))
+                         (1, "zorvela-kit: q.seq: is a sequence, but no shift file has its name; name it like its "
+                             "shift file, or give it with --sequence\n"))
 
     def test_the_first_residue(self):
         self.put("p.csv", "resid,atom,shift\n" + moved(SHIFTS, 100))
         ended = self.run_kit("p.csv", "p.fasta")
         self.assertEqual(ended.returncode, 1)
-        self.assertIn("p.csv: does not fit the sequence of p.fasta from number 1 on: 6 of 6 residues are in conflict, "
-                      "the first: residue 102 is not in it; it fits with 101 as the number of the first residue: give "
+        self.assertIn("p.csv: does not fit the sequence of p.fasta, numbered from 1: 6 of 6 residues are in conflict, "
+                      "the first: residue 102 is not in it; it fits with 101 as the number of the first residue; give "
                       "--first-residue 101\n", ended.stderr)
         self.assertEqual(self.prolines("p.csv", "p.fasta", "--first-residue", "101"), [("p.csv", "V106G")])
         for arguments, message in ((["p.fasta", "--first-residue", "x"], '--first-residue: "x" is not a whole number'),
-                                   (["--first-residue", "5"], "--first-residue goes with a sequence: give one by "
+                                   (["--first-residue", "5"], "--first-residue needs a sequence; give one with "
                                                               "--sequence")):
             ended = self.run_kit("p.csv", *arguments)
             self.assertEqual((ended.returncode, ended.stderr), (1, f"zorvela-kit: {message}\n"))
@@ -77,8 +77,8 @@ class Sequence(folder.InFolder):
     def test_sequences_that_will_not_do(self):
         self.put("p.seq", "MET\nLYS\nALA\nVAL\nVAL\nPRO\nGLY\nTHR\n")
         for arguments, message in (
-                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G and VAL; give one of the two"),
-                (["p.csv", "p.fasta", "--sequence", "p.seq"], "p.fasta: is a sequence beside that of --sequence; give "
+                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G in one and VAL in the other; give one of the two"),
+                (["p.csv", "p.fasta", "--sequence", "p.seq"], "p.fasta: is a second sequence beside that of --sequence; give "
                                                               "one of the two"),
                 (["p.fasta"], "p.fasta: is a sequence without shifts; give the file with the chemical shifts too"),
                 (["p.csv", "--sequence", "p.csv"], 'p.csv:1: is not a sequence: "resid,atom,shift"; give FASTA, '
@@ -107,7 +107,7 @@ class Sequence(folder.InFolder):
         merged = program.csv_rows(ended.stdout)
         self.assertEqual([row["cg_shift"] for row in merged], [row["cg_shift"] for row in whole])
         self.assertEqual([row["file"] for row in merged], ["back.csv"])
-        self.assertIn("one protein of back.csv, side.csv", ended.stderr)
+        self.assertIn("merged into one protein: back.csv, side.csv", ended.stderr)
         self.assertIn("the first is used: 6 CB 32.5 (side.csv 32.0)", ended.stderr)
         self.assertNotIn("look like", ended.stderr)
         table = program.kit("import", "--merge", *files, cwd=self.folder).stdout
@@ -118,7 +118,7 @@ class Sequence(folder.InFolder):
         residues = [f"{number},ALA" for number in range(1, 11)] + ["11,PRO"]
         self.put("a.csv", "resid,resname,atom,shift\n" + "".join(f"{one},CA,55.0\n" for one in residues))
         self.put("b.csv", "resid,resname,atom,shift\n" + "".join(f"{one},C,175.0\n" for one in residues))
-        note = "note: a.csv and b.csv look like two lists of one protein; --merge makes one of them\n"
+        note = "note: a.csv and b.csv look like two shift lists of one protein; --merge combines them\n"
         for command in (program.run, functools.partial(program.kit, "import")):
             self.assertIn(note, command("a.csv", "b.csv", cwd=self.folder).stderr)
             self.assertNotIn("look like", command("a.csv", "b.csv", "--merge", cwd=self.folder).stderr)

@@ -96,7 +96,7 @@ TEST_F(WriteWhole, DoesNotReplaceAFolder) {
   EXPECT_EQ(messageOf([&] { zorvela::writeWhole(folder.string(), [](std::ostream&) {}); }),
             folder.string() +
                 ": cannot be written: Is a directory; choose another place with --output, "
-                "or make room");
+                "or free disk space");
 }
 
 TEST_F(WriteWhole, AnInterruptRemovesTheTemporaryFileAndKeepsTheOldOne) {

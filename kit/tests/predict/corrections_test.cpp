@@ -1,4 +1,4 @@
-// What is taken away from shifts, and how it is said.
+// What is subtracted from shifts, and how it is said.
 #include "predict/corrections.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ TEST(Corrections, AreSaidInOneLine) {
             "13C is 2.03 ppm too high, HA is 0.31 ppm too low; corrected before predicting (--as-referenced "
             "keeps it)");
   EXPECT_EQ(correctionRemark(both),
-            "Corrected: 2.03 ppm taken away from CA, CB and CG of proline, 0.31 ppm added to HA");
+            "Corrected: 2.03 ppm subtracted from CA, CB and CG of proline, 0.31 ppm added to HA");
   EXPECT_EQ(correctionText({{}, 1}),
             "carbon is deuterated (100 %), which lowers it; corrected before predicting (--as-referenced "
             "keeps it)");
@@ -40,7 +40,7 @@ TEST(Corrections, AreSaidInOneLine) {
             "carbon is deuterated (100 %), which lowers it; corrected before predicting")
       << "--as-referenced keeps no isotope shift that the user names";
   EXPECT_EQ(correctionRemark({{}, 0.85}),
-            "Corrected: isotope shifts of deuterium (85 %) taken away from CA, CB and CG of proline");
+            "Corrected: isotope shifts of deuterium (85 %) subtracted from CA, CB and CG of proline");
 }
 
 }  // namespace

@@ -308,7 +308,7 @@ TEST(Predictor, WritesProtonatedShifts) {
   const Protein corrected = predictor(false).corrected(protein);
   EXPECT_EQ(corrected.deuteration, 0);
   EXPECT_EQ(corrected.remarks,
-            std::vector<std::string>{"Corrected: isotope shifts of deuterium (80 %) taken away from "
+            std::vector<std::string>{"Corrected: isotope shifts of deuterium (80 %) subtracted from "
                                      "CA, CB and CG of proline"});
   expectOdds(predict(corrected), std::exp(2.0));
 }

@@ -156,9 +156,8 @@ TEST(Referencing, ALowAlphaCarbonWithoutAlphaProtonsMayBeDeuterated) {
     return deuterationNote({{"CA", ca, caError, 90}, {"CB", ca, caError, 90}, ha, {"C", c, 0.4, 90}});
   };
   EXPECT_EQ(note(-0.9, 0.3, 0.2, noProtons),
-            "the protein may be deuterated: it has no HA, and CA and CB are 1.10 ppm lower than C' lets "
-            "expect (error "
-            "0.50); if it is, add --deuterated");
+            "the protein may be deuterated: it has no HA, and CA and CB are 1.10 ppm lower than C' suggests "
+            "(error 0.50); if it is, add --deuterated");
   EXPECT_EQ(note(1.1, 0.3, 2.2, noProtons), note(-0.9, 0.3, 0.2, noProtons))
       << "whatever they have in common";
   EXPECT_EQ(note(-0.7, 0.3, 0.2, noProtons), "") << "less than two errors";

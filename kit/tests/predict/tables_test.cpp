@@ -164,15 +164,14 @@ TEST(DamagedTable, IsNamedWithItsLine) {
   const std::vector<Case> cases = {
       {"sslimit.tab", "CB_MAX", "CB_TOP", "", "has no column CB_MAX"},
       {"rcadj.tab", "FORMAT", "REMARK", "", "has no rows"},
-      {"Pro.cs.tab", "   18 ", "   19 ", "   18 ", "index is \"19\", no shift index"},
-      {"randcoil.tab", "\nW ", "\nV ", "W   ", "RESNAME V stands twice"},
-      {"randcoil.tab", "120.000", "120,000", "A   ", "N is \"120,000\", no number"},
+      {"Pro.cs.tab", "   18 ", "   19 ", "   18 ", "index is \"19\", not a shift index"},
+      {"randcoil.tab", "\nW ", "\nV ", "W   ", "RESNAME V is given twice"},
+      {"randcoil.tab", "120.000", "120,000", "A   ", "N is \"120,000\", not a number"},
       {"sslimit.tab", "A    -4.000    4.000", "A     4.000   -4.000", "A    ", "N_MIN is above N_MAX"},
-      {"Pro.seq.tab", "A   0.1", "A   0.2", "",
-       "cis_prev of the 20 residue types adds up to 1.1000, not to 1"},
-      {"Pro.seq.tab", "A   0.1", "A  -0.1", "A   0.1", "cis_prev is no share between 0 and 1"},
+      {"Pro.seq.tab", "A   0.1", "A   0.2", "", "cis_prev of the 20 residue types adds up to 1.1000, not 1"},
+      {"Pro.seq.tab", "A   0.1", "A  -0.1", "A   0.1", "cis_prev is not between 0 and 1"},
       {"rcnext.tab", "G     0.000", "G          ", "G     0.000",
-       "has not a value for each of the 7 columns"}};
+       "does not have a value for each of the 7 columns"}};
   for (const Case& c : cases)
     EXPECT_EQ(afterChange(c.table, c.before, c.after),
               (c.line.empty() ? c.table : place(c.table, c.line)) + ": " + c.fault);
@@ -181,7 +180,7 @@ TEST(DamagedTable, IsNamedWithItsLine) {
 TEST(DamagedTable, HasNumbersThatAreNone) {
   for (const std::string bad : {"nan", "inf", "-inf", "1e99", "0x10", "4.0.0"})
     EXPECT_EQ(afterChange("Pro.cs.tab", "24.000", bad),
-              place("Pro.cs.tab", "   18 ") + ": avg_cis is \"" + bad + "\", no number");
+              place("Pro.cs.tab", "   18 ") + ": avg_cis is \"" + bad + "\", not a number");
   // The inverse of 1e-40 is beyond single precision.
   for (const std::string bad : {"0.000", "-1.000", "1e-40", "1e-99"})
     EXPECT_EQ(afterChange("Pro.cs.tab", "27.000     1.000", "27.000     " + bad),
@@ -198,7 +197,7 @@ TEST(DamagedTable, HasARowThatReplacesAnother) {
   // strtol makes 7 of "7x" and "07", and 0 of a word.
   for (const std::string index : {"07", "7x", "word", "4294967303", "+7"})
     EXPECT_EQ(afterChange("Pro.cs.tab", "   18 ", index + " 1 1 1 1\n   18 "),
-              place("Pro.cs.tab", "   18 ") + ": index is \"" + index + "\", no shift index");
+              place("Pro.cs.tab", "   18 ") + ": index is \"" + index + "\", not a shift index");
 }
 
 TEST(DamagedTable, IsCutInTheMiddleOfALine) {
@@ -232,7 +231,7 @@ TEST(TableValues, RandomCoilShiftsAndCorrectionsAreToldApart) {
 
 TEST(TableValues, TwoColumnNamesInEachOthersPlace) {
   EXPECT_EQ(afterChange("randcoil.tab", "N HA C CA CB HN", "N HA C CB CA HN"),
-            place("randcoil.tab", "A   120") + ": CA of alanine is below CB, as in no peptide");
+            place("randcoil.tab", "A   120") + ": CA of alanine is below CB, which no peptide has");
 }
 
 TEST(TableValues, AValueBeyondAnyShift) {

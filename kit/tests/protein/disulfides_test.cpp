@@ -36,8 +36,8 @@ TEST(Disulfides, BondsOfTheFileCountBeforeTheWordsForItsResiduesAndChain) {
   chain.disulfides = {"1", "3", "99"};
   const Protein protein = marked(chain, {});
   EXPECT_EQ(protein.sequence, "cCP");
-  EXPECT_EQ(protein.notes, (Texts{"cysteines in a disulfide bond by the file, written c: 11",
-                                  "disulfide bonds of residues that are no cysteines not used: 13"}));
+  EXPECT_EQ(protein.notes, (Texts{"cysteines in a disulfide bond according to the file; written as c: 11",
+                                  "disulfide bonds of residues that are not cysteines; ignored: 13"}));
 }
 
 TEST(Disulfides, TheResidueCountsBeforeTheChain) {

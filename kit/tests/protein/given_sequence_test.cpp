@@ -36,7 +36,7 @@ TEST(ProteinOfShifts, PassesOverOtherAtomsAndWhatIsMissing) {
       proteinOfShifts("MGP", {{1, "HB2", 2.0}, {2, "CB", 40.0}, {3, "CA", 9999.0}, {1, "CE", 17.0}});
   EXPECT_TRUE(protein.shifts.empty());
   EXPECT_EQ(protein.asides, Texts{"2 shifts of other atoms (side chain and the like) not needed"});
-  EXPECT_EQ(protein.notes, Texts{"atoms that the residue type has not, left out: 2 CB"});
+  EXPECT_EQ(protein.notes, Texts{"atoms that this residue type does not have; ignored: 2 CB"});
 }
 
 TEST(ProteinOfShifts, HasOxidisedCysteinesByTheirCB) {
@@ -52,10 +52,10 @@ TEST(ProteinOfShifts, SaysWhatIsWrong) {
   EXPECT_EQ(message("MQ", {1, "CX", 55}),
             "CX of residue 1: is not an atom of a protein; use names such as N, HN, HA, C, CA, CB and CG");
   EXPECT_EQ(message("MQ", {1, "CA", std::nan("")}),
-            "CA of residue 1: has a shift that is no number; leave out what was not measured");
+            "CA of residue 1: has a shift that is not a number; leave out what was not measured");
   EXPECT_EQ(
       message("Mq", {1, "CA", 55}),
-      "the sequence: has \"q\" at place 2; use the one-letter codes in capitals, X for what is none of them");
+      "the sequence: has \"q\" at position 2; use one-letter codes in capitals, and X for other residues");
   EXPECT_EQ(message("", {1, "CA", 55}), "the sequence: is empty; give one-letter codes, as in \"MQIF\"");
   EXPECT_EQ(messageOf([] {
               proteinOfShifts("MQ", {{1, "H", 8.0}, {1, "HN", 8.1}});

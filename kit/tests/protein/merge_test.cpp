@@ -26,7 +26,7 @@ TEST(Merge, TakesEachAtomFromTheFirstThatHasIt) {
     shifts.push_back(std::to_string(shift.position) + " " + std::string(nameOf(shift.atom)) + " " +
                      shiftText(shift));
   EXPECT_EQ(shifts, (Texts{"1 CA 52.4", "2 CA 63.2", "2 CG 27.1", "3 N 108.0", "3 HA2 3.9"}));
-  EXPECT_EQ(merged.notes.front(), "one protein of a.csv, b.csv");
+  EXPECT_EQ(merged.notes.front(), "merged into one protein: a.csv, b.csv");
 }
 
 TEST(Merge, NamesShiftsThatDiffer) {
@@ -39,10 +39,10 @@ TEST(Merge, NamesShiftsThatDiffer) {
   EXPECT_EQ(differing("5,ALA,CA,52.4\n", "5,ALA,CA,52.7\n"), "");
   EXPECT_EQ(
       differing("5,ALA,CA,52.40\n", "5,ALA,CA,52.71\n"),
-      "shifts that differ by more than 0.3 ppm (1H: 0.03), the first is used: 5 CA 52.40 (b.csv 52.71)");
+      "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: 5 CA 52.40 (b.csv 52.71)");
   EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.43\n"), "");
   EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.44\n"),
-            "shifts that differ by more than 0.3 ppm (1H: 0.03), the first is used: 5 HA 4.40 (b.csv 4.44)");
+            "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: 5 HA 4.40 (b.csv 4.44)");
 }
 
 TEST(Merge, JoinsResiduesByNumber) {

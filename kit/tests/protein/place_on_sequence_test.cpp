@@ -42,7 +42,7 @@ TEST(PlaceOnSequence, GivesNamesAndTheResiduesWithoutShifts) {
   EXPECT_EQ(shiftsOf(proteins[0]), (Texts{"2 CB 33.1", "4 HA2 3.9", "4 CA 45.2", "6 CA 63.2", "6 CB 32.0",
                                           "6 CG 27.1", "8 CB 69.5"}));
   EXPECT_EQ(proteins[0].notes,
-            Texts{"the sequence of p.seq has no numbers: its first residue is taken as 1"});
+            Texts{"the sequence of p.seq has no numbers; its first residue is assumed to be 1"});
 }
 
 TEST(PlaceOnSequence, CountsFromTheNumberGiven) {
@@ -63,12 +63,12 @@ TEST(PlaceOnSequence, TakesTheNumbersOfTheSequence) {
 TEST(PlaceOnSequence, NamesTheNumberThatFits) {
   EXPECT_EQ(
       message(kNameless + kShifts, on("KAGVPGT")),
-      "x.csv: does not fit the sequence of p.seq from number 1 on: 4 of 4 residues are in conflict, the "
+      "x.csv: does not fit the sequence of p.seq, numbered from 1: 4 of 4 residues are in conflict, the "
       "first: "
-      "residue 2 (A) has CB 33.1; it fits with 2 as the number of the first residue: give --first-residue 2");
+      "residue 2 (A) has CB 33.1; it fits with 2 as the number of the first residue; give --first-residue 2");
   EXPECT_EQ(message(kNameless + kShifts, on("MKAGVPGT", 4))
-                .find("x.csv: does not fit the sequence of p.seq from "
-                      "number 4 on: 4 of 4 residues are in conflict, the "
+                .find("x.csv: does not fit the sequence of p.seq, numbered from 4: 4 of 4 residues are in "
+                      "conflict, the "
                       "first: residue 2 is not in it; it fits with 1"),
             0U);
 }
@@ -76,7 +76,7 @@ TEST(PlaceOnSequence, NamesTheNumberThatFits) {
 TEST(PlaceOnSequence, RefusesTheSequenceOfAnotherProtein) {
   EXPECT_EQ(
       message(kNameless + kShifts, on("PPPPPPPPPPP")),
-      "x.csv: does not fit the sequence of p.seq from number 1 on: 2 of 4 residues are in conflict, the "
+      "x.csv: does not fit the sequence of p.seq, numbered from 1: 2 of 4 residues are in conflict, the "
       "first: "
       "residue 4 (P) has CA 45.2; give the sequence of this protein, and the number of its first residue");
 }
@@ -89,9 +89,9 @@ TEST(PlaceOnSequence, RefusesAnOpenNumberWhereAnotherFitsBetter) {
   const std::string sequence = std::string(29, 'A') + "P" + std::string(30, 'A');
   EXPECT_EQ(
       message(rows, on(sequence)),
-      "x.csv: does not fit the sequence of p.seq from number 1 on: 2 of 59 residues are in conflict, the "
+      "x.csv: does not fit the sequence of p.seq, numbered from 1: 2 of 59 residues are in conflict, the "
       "first: "
-      "residue 30 (P) has HN 8.1; it fits with 2 as the number of the first residue: give --first-residue 2");
+      "residue 30 (P) has HN 8.1; it fits with 2 as the number of the first residue; give --first-residue 2");
   EXPECT_EQ(message(rows, on(sequence, 1)), "no error");
   EXPECT_EQ(message(rows, on(sequence, 2)), "no error");
 }
@@ -113,7 +113,7 @@ TEST(PlaceOnSequence, RefusesTwoSequencesThatDiffer) {
   EXPECT_EQ(read(nef, on("MKPGAL")).front().sequence, "MKPGAL");
   EXPECT_EQ(
       message(nef, on("MVP")),
-      "x.csv: does not fit the sequence of p.seq from number 1 on: 1 of 3 residues are in conflict, the "
+      "x.csv: does not fit the sequence of p.seq, numbered from 1: 1 of 3 residues are in conflict, the "
       "first: "
       "residue 2 (V) is called LYS; give the sequence of this protein, and the number of its first residue");
 }
@@ -130,7 +130,7 @@ TEST(PlaceOnSequence, TakesShiftTables) {
   EXPECT_EQ(longer.sequence, "MKAGVPGT");
   EXPECT_EQ(shiftsOf(longer), (Texts{"2 CB 33.1", "6 CG 27.1"}));
   EXPECT_EQ(message(table("MKAGVPGT"), on("MRAGVPGT")).substr(0, 62),
-            "x.csv: does not fit the sequence of p.seq from number 1 on: 1 ");
+            "x.csv: does not fit the sequence of p.seq, numbered from 1: 1 ");
 }
 
 TEST(PlaceOnSequence, GivesEachChainItsOwn) {
@@ -151,7 +151,7 @@ TEST(PlaceOnSequence, GivesEachChainItsOwn) {
 
 TEST(PlaceOnSequence, LeavesOutSpinSystemsThatAreNotAssigned) {
   const std::string rows = kNameless + kShifts + "901,HN,8.1\n902,HN,8.2\n";
-  const Texts leftOut = {"2 shifts left out, the sequence has no such residue: 901, 902"};
+  const Texts leftOut = {"2 shifts ignored; the sequence has no such residue: 901, 902"};
   const Protein protein =
       read(rows, on("MET 1\nLYS\nALA\nGLY\nVAL\nPRO\nGLY\nTHR\nSS 901\nSS 902\n")).front();
   EXPECT_EQ(protein.notes, leftOut);

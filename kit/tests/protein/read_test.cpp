@@ -98,7 +98,7 @@ TEST(Read, EntriesInOneFileAreReadEachForItself) {
   EXPECT_EQ(shiftText(proteins[0].shifts.at(0)), "63");
   EXPECT_EQ(proteins[1].chain, "two_1");
   EXPECT_EQ(shiftText(proteins[1].shifts.at(0)), "64");
-  EXPECT_EQ(proteins[0].notes.back().rfind("a data block is left out: f: holds no backbone shifts", 0), 0U);
+  EXPECT_EQ(proteins[0].notes.back().rfind("a data block is ignored: f: holds no backbone shifts", 0), 0U);
 }
 
 }  // namespace

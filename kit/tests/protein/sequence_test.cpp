@@ -54,7 +54,7 @@ TEST(Sequence, FromRowsInOrderOfNumberAndInsertionCode) {
                             rowOf("x", "TRP")});
   EXPECT_EQ(lettersOf(of), "APG");
   EXPECT_EQ(numbersOf(of), (Texts{"52", "52A", "53"}));
-  EXPECT_EQ(of.notes, Texts{"the file gives no sequence: it is put together from the residues with shifts"});
+  EXPECT_EQ(of.notes, Texts{"the file has no sequence; it was built from the residues with shifts"});
 }
 
 TEST(Sequence, TwoNamesOfOneResidueAreNoted) {

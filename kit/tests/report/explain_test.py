@@ -53,7 +53,7 @@ class Explain(folder.InFolder):
         for name in ("csv", "json", "html"):
             result = self.explain("--format", name)
             self.assertEqual((result.returncode, result.stdout), (1, ""))
-            self.assertIn("--explain goes with --format table", result.stderr)
+            self.assertIn("--explain needs --format table", result.stderr)
 
     def test_residue_needs_explain(self):
         self.assertNotEqual(program.run("--residue", "2", program.EXAMPLES[0]).returncode, 0)

@@ -164,7 +164,7 @@ class Programs(Case):
         for name in ("aria", "rosetta", "nef"):
             self.assertIn("add --chain-as NAME", self.fails(name, "x.csv"))
         self.assertEqual(READERS["cns"](self.text("cns", "x.csv")), [("", "116", "117")])
-        self.assertIn("is there twice", self.fails("cns", "x.csv", "x.csv"))
+        self.assertIn("is given twice", self.fails("cns", "x.csv", "x.csv"))
 
     def test_what_is_not_sure_is_said(self):
         for name in ("cyana-aco", "cns", "xplor-python", "aria", "rosetta", "amber"):
@@ -176,8 +176,8 @@ class Programs(Case):
         for name in READERS:
             self.assertIn(name, result.stderr)
         self.put("model.pdb", made.pdb([("A", made.backbone(SEQUENCE))]))
-        self.assertIn("--into goes with", self.fails("cns", "one.csv", "--into", "one.csv"))
-        self.assertIn("--structure goes with", self.fails("cns", "one.csv", "--structure", "model.pdb"))
+        self.assertIn("--into needs", self.fails("cns", "one.csv", "--into", "one.csv"))
+        self.assertIn("--structure needs", self.fails("cns", "one.csv", "--structure", "model.pdb"))
         for name in ("pdb", "mmcif"):
             self.assertIn("add --structure", self.fails(name, "one.csv"))
         self.assertIn("one.csv", self.fails("cns", "one.csv", "--output", "one.csv"))
@@ -213,7 +213,7 @@ class Atoms(Case):
         self.put("bare.pdb", made.pdb([("A", residues)]))
         self.assertIn("has no hydrogens", self.fails("amber", "one.csv", "--structure", "bare.pdb"))
         self.put("model.cif", made.mmcif([("A", residues)]))
-        self.assertIn("is no PDB file", self.fails("amber", "one.csv", "--structure", "model.cif"))
+        self.assertIn("is not a PDB file", self.fails("amber", "one.csv", "--structure", "model.cif"))
         self.put("short.pdb", made.pdb([("A", with_hydrogens(residues[20:]))]))
         self.assertEqual(amber_atoms(self.text("amber", "one.csv", "--structure", "short.pdb")), [])
         self.assertIn("G116-P117, cis", self.stderr)
@@ -302,7 +302,7 @@ class FilesThatAreThere(Case):
         self.put("in.seq", self.sequence_file({116: "TRP"}))
         self.assertIn("has no G116-P117", self.fails("cyana", "one.csv", "--into", "in.seq"))
         self.put("in.seq", self.sequence_file() + self.sequence_file())
-        self.assertIn("has twice A108-P109", self.fails("cyana", "one.csv", "--into", "in.seq"))
+        self.assertIn("has A108-P109 twice", self.fails("cyana", "one.csv", "--into", "in.seq"))
         self.put("in.seq", "ALA 1\n117 PRO 3\n")
         self.assertIn("in.seq:2:", self.fails("cyana", "one.csv", "--into", "in.seq"))
 

@@ -125,11 +125,11 @@ for label, first, second in (("A", "A", "A"), ("blank", " ", " ")):
          [[CIS, COPY]])
     case(label + ": a gap and TER", text(lines(CIS, first), "TER", lines(renumbered(COPY, 101), second)), [[CIS, COPY]])
     case(label + ": the stranger runs on", text(lines(CIS, first), lines(renumbered(STRANGE, 41), second)), [[CIS]],
-         "residues that fit no shifts: 41-80")
+         "residues that match no shift file: 41-80")
     case(label + ": after the stranger", text(lines(STRANGE, first), lines(renumbered(CIS, 41), second)), [[CIS]],
-         "residues that fit no shifts: 1-40")
+         "residues that match no shift file: 1-40")
     case(label + ": a peptide runs on", text(lines(CIS, first), lines(renumbered(OTHERS[:12], 101), second)), [[CIS]],
-         "residues that fit no shifts: 101-112")
+         "residues that match no shift file: 101-112")
     case(label + ": three copies", text(lines(CIS, first), lines(COPY, second), lines(SECOND, second)),
          [[CIS, COPY, SECOND]], "holds 3 molecules")
     for name in ("LL5", "PL", "LL"):
@@ -148,7 +148,7 @@ case("copies lack the first residues", text(lines(without(CIS, 1, 2), " "), line
      [[CIS, COPY]])
 case("copies lack a loop", text(lines(without(CIS, 12, 13), " "), lines(without(COPY, 12, 13), " ")), [[CIS, COPY]])
 case("the other protein has a loop missing", text(lines(CIS, " "), lines(renumbered(without(STRANGE, 12, 13), 201), " ")),
-     [[CIS]], "fit no shifts")
+     [[CIS]], "match no shift file")
 case("superposed copies", text(lines(CIS), lines(far(CIS, 0.2)), lines(far(CIS, 0.4))),
      [[CIS, CIS, CIS]], "holds 3 molecules")
 

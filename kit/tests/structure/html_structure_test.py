@@ -98,7 +98,7 @@ class Words(Case):
         self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "<b>disagree</b>"),
                                            "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
         self.assertRegex(html_test.card(text, "P17"),
-                         r"<b>Disagree.</b> The shifts say cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
+                         r"<b>Disagree.</b> The shifts predict cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
                          r"cis\), the structure is trans in 1 of 1 model \(\|omega\| 180 degrees\)\.")
         self.assertIn("<b>Agree.</b> The structure is trans in 1 of 1 model", html_test.card(text, "P9"))
         self.assertIn("Compared with model.pdb, chain A (40 of 40 aligned residues are the same).", text)
@@ -119,7 +119,7 @@ class Words(Case):
         text = self.page_with(chain(sequence=OTHER))
         self.assertIn("No call could be compared with a structure.", text)
         self.assertEqual({row[2] for row in self.rows(text).values()}, {"not in the structure"})
-        for note in ("no chain of the structures is this protein", "model.pdb, chain A (28 residues) has no shifts"):
+        for note in ("no chain of the structures matches this protein", "model.pdb, chain A (28 residues) has no shifts"):
             self.assertIn(note, self.stderr)
             self.assertIn("<li>%s</li>" % note, text)
 
@@ -127,8 +127,8 @@ class Words(Case):
         residues = chain(cis=[17])
         residues[4].name = "ARG"
         text = self.page_with(residues[2:])
-        for note in ("model.pdb, chain A: other residues than in the shifts: S5 is ARG 5",
-                     "model.pdb, chain A: residues of the shifts without coordinates: 1-2"):
+        for note in ("model.pdb, chain A: residues that differ from those of the shift file: S5 is ARG 5",
+                     "model.pdb, chain A: residues of the shift file without coordinates: 1-2"):
             self.assertIn("zorvela-kit: note: shifts.tab: %s\n" % note, self.stderr)
             self.assertIn("<li>%s</li>" % note, text)
 

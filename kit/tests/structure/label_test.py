@@ -78,7 +78,7 @@ class Label(folder.InFolder):
         rows = self.labels()
         self.assertEqual([self.label(rows, r) for r in (9, 17)], [("cis", "1", "0"), ("trans", "0", "1")])
         self.assertEqual(self.label(rows, 17, "b"), ("trans", "0", "1"))
-        self.assertIn("note: structures/2abc.pdb: fits no entry\n", self.stderr)
+        self.assertIn("note: structures/2abc.pdb: matches no entry\n", self.stderr)
         self.assertNotIn("1abc", self.stderr)
 
     def test_shift_labels(self):
@@ -131,7 +131,7 @@ class Label(folder.InFolder):
         self.assertEqual(self.label(rows, 9), ("cis", "1", "0"))
         self.assertIn("bad.pdb: is neither an mmCIF file nor a PDB file with atoms", self.stderr)
         self.assertIn("bad.tab", self.stderr)
-        self.assertIn("2 files were left out", self.stderr)
+        self.assertIn("2 files were not used", self.stderr)
 
     def test_nothing_is_half_written(self):
         result = self.run_label()

@@ -48,7 +48,7 @@ class Verdicts(Case):
         rows = self.rows(made.pdb([("A", chain())]))
         self.assertEqual([row["verdict"] for row in rows.values()], ["agree", "disagree", "agree", "agree"])
         self.assertEqual(rows["17"]["structure_sentence"],
-                         "The shifts say cis (P_CIS_NORM %.3f, CB - CG 10.0 ppm as in cis), the structure is trans in 1 "
+                         "The shifts predict cis (P_CIS_NORM %.3f, CB - CG 10.0 ppm as in cis), the structure is trans in 1 "
                          "of 1 model (|omega| 180 degrees)." % float(rows["17"]["p_cis_norm"]))
 
     def test_exit_status(self):
@@ -128,7 +128,7 @@ class Chains(Case):
         self.assertIn("note: model.pdb, chain C (28 residues) has no shifts", result.stderr)
         self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
         result = self.compare("other.tab", "--structure", "model.pdb", "--format", "csv")
-        self.assertIn("note: other.tab: no chain of the structures is this protein\n", result.stderr)
+        self.assertIn("note: other.tab: no chain of the structures matches this protein\n", result.stderr)
         self.assertIn("not in the structure", result.stdout)
 
     def test_of_many_chains_without_shifts_some_are_named(self):
@@ -165,8 +165,8 @@ class Chains(Case):
         residues[25].name = "ALA"  # P26
         residues = residues[2:11] + residues[15:35]  # without 1-2, 12-15 and 36-40
         rows = self.rows(made.pdb([("A", residues)]))
-        self.assertIn("other residues than in the shifts: S5 is ARG 5, P26 is ALA 26", self.stderr)
-        self.assertIn("residues of the shifts without coordinates: 1-2, 12-15, 36-40", self.stderr)
+        self.assertIn("residues that differ from those of the shift file: S5 is ARG 5, P26 is ALA 26", self.stderr)
+        self.assertIn("residues of the shift file without coordinates: 1-2, 12-15, 36-40", self.stderr)
         self.assertEqual([row["verdict"] for row in rows.values()],
                          ["agree", "agree", "not in the structure", "not in the structure"])
         self.assertIn("is ALA 26 in the structure", rows["26"]["structure_sentence"])
@@ -305,7 +305,7 @@ class Output(Case):
         self.assertEqual(lines[1].split()[-8:], ["trans", "trans", "1", "trans", "180", "B", "PRO1009", "agree"])
         self.assertTrue(lines[2].startswith("!  shifts.tab "), lines[2])
         self.assertEqual(lines[2].split()[-8:], ["cis", "trans", "1", "trans", "180", "B", "PRO1017", "disagree"])
-        self.assertTrue(lines[6].startswith("!  shifts.tab P17: The shifts say cis (P_CIS_NORM "), lines[6])
+        self.assertTrue(lines[6].startswith("!  shifts.tab P17: The shifts predict cis (P_CIS_NORM "), lines[6])
         self.assertEqual(lines[7:8], [""])
         self.assertEqual(lines[-2:], ["1 structure: 3 agree, 1 disagree (!)",
                                       "cis: |omega| up to 30 degrees; trans: at least 150 degrees; twisted: between"])

@@ -30,7 +30,7 @@ struct Decisions {
   std::vector<std::string> byFile;
   std::vector<std::string> byShift;
   std::vector<std::string> contradicted;
-  std::vector<std::string> bondedOthers;  ///< residues that are no cysteines
+  std::vector<std::string> bondedOthers;  ///< residues that are not cysteines
 };
 
 void addNotes(const Decisions& decisions, std::vector<std::string>& notes) {

@@ -34,8 +34,8 @@ void checkSequence(const std::string& sequence) {
 
 // --- Shifts by name -----------------------------------------------------------------------------
 
-/// Whether a protein can have an atom of that name, such as HB2, CD1, NE or 1HG1: its element, how far it is
-/// from CA, and digits.
+/// Tells whether a protein can have an atom of that name, such as HB2, CD1, NE or 1HG1: element, distance
+/// from CA, digits.
 bool isOfProtein(std::string_view atom) {
   std::string name = upper(withLatinLetters(atom));
   name.erase(0, name.find_first_not_of("0123456789"));
@@ -101,7 +101,7 @@ class Gathered {
   std::size_t others = 0;
 };
 
-/// As in a file that says nothing of its cysteines.
+/// Decides by CB, as for a file that does not state the form of its cysteines.
 void markOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
   for (const Shift& shift : protein.shifts) {

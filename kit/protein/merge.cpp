@@ -31,7 +31,7 @@ bool areAlike(char a, char b) {
   return a == kUnknownResidue || b == kUnknownResidue || withoutThiolState(a) == withoutThiolState(b);
 }
 
-/// Whether two values of an atom are further apart than those of one sample.
+/// Tells whether two values of an atom differ more than those of one sample.
 bool differ(const Shift& a, const Shift& b) {
   constexpr double kProton = 0.03;
   constexpr double kCarbonOrNitrogen = 0.3;

@@ -77,7 +77,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
 
 // --- Rows ---------------------------------------------------------------------------------------
 
-/// The shifts of a table, and what of its rows is not used or stands out.
+/// The shifts of a table, and the rows that are not used or are unusual.
 struct TableShifts {
   std::vector<Shift> shifts;
   std::set<std::pair<int, Atom>> taken;

@@ -18,8 +18,7 @@ std::string linePrefix(const FileShift& row) {
   return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
 }
 
-/// What an ambiguity code says; nullptr for those of assignments that are certain: 1, and 2 (one of two
-/// protons).
+/// Describes an ambiguity code; nullptr for certain assignments: 1, and 2 (one of two protons).
 const char* ambiguityText(const std::string& code) {
   if (code == "4") return "within the residue";
   if (code == "5") return "between residues";
@@ -49,8 +48,8 @@ int placeOf(const FileShift& row, const ChainSequence& sequence, std::int64_t of
   return row.offset && named != 0 ? within(sequence, std::int64_t{named} + *row.offset) : named;
 }
 
-/// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
-/// but not that of another molecule at the same number.
+/// Tells whether the row's residue name fits the sequence. An unknown name may be an unusual spelling, but
+/// not the name of another molecule.
 bool fits(const FileShift& row, const ChainResidue& residue) {
   if (row.residueName == residue.name) return true;  // nearly all rows
   const char letter = polypeptideResidue(row.residueName).letter;
@@ -89,7 +88,7 @@ std::int64_t commonOffset(const ShiftRows& rows, const ChainSequence& sequence) 
   return !isTie && *best * 10 >= sample.size() * 9 ? best - votes.begin() + 1 - last : 0;
 }
 
-/// What is added to the numbers of rows to find their residues; 0 in most files.
+/// Returns what to add to the numbers of rows to find their residues; 0 in most files.
 std::int64_t offsetOf(const ShiftRows& rows, const ChainSequence& sequence) {
   const auto misplaced = std::count_if(rows.begin(), rows.end(),
                                        [&](const FileShift* row) { return isMisplaced(*row, sequence); });
@@ -267,7 +266,7 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
   }
 }
 
-/// Whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
+/// Tells whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
 bool hasOwn(const Chosen& own, const AtomKey& key) {
   if (own.count(key) > 0) return true;
   const AtomKey first = atomKey(key.first, Atom::HA2);

@@ -118,7 +118,7 @@ std::vector<std::string> piecesOf(const ChainRest& rest) {
   return pieces;
 }
 
-/// `isPart`: the chain holds other molecules as well.
+/// `isPart`: the chain holds other molecules too.
 ChainMatch matchOf(const Protein& protein, const std::string& file, const StructureChain& chain,
                    const ChainAlignment& alignment, bool isPart) {
   ChainMatch match;
@@ -146,7 +146,7 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
   return match;
 }
 
-/// What of a chain does not fit.
+/// The residues of a chain that do not fit.
 std::vector<std::string> notesOn(const ChainMatch& match) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
   std::vector<std::string> notes;
@@ -198,7 +198,7 @@ std::string carbonText(const Protein& protein, const ProlineResult& proline) {
   return text + ", between cis and trans";
 }
 
-/// Where the residue of a site stands: "A 117".
+/// Returns the chain and number of a site: "A 117".
 std::string placeText(const BondSite& site) {
   return printable((site.chain.empty() ? "" : site.chain + " ") + site.number);
 }
@@ -250,7 +250,7 @@ void finish(const Protein& protein, ProteinResult& result) {
 
 // --- One structure ----------------------------------------------------------------------------------
 
-/// What a chain that fits is for the report: nothing else of it is kept.
+/// Keeps of a fitting chain only what the report shows.
 struct Found {
   std::size_t protein = 0;
   double identity = 0;  ///< percent
@@ -285,7 +285,7 @@ class Comparison {
     for (const StructureChain& chain : structure.chains) names.insert(chain.name);
   }
 
-  /// Adds to the results what fits a protein and is no relative of it.
+  /// Adds to the results the chains that fit a protein and are not relatives of it.
   void run() {
     for (const StructureChain& chain : structure.chains) addMolecules(chain);
     std::map<std::size_t, double> best;

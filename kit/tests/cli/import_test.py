@@ -255,7 +255,7 @@ class CsvTest(ImportTest):
         self.assertIn("columns of numbers that are not used: CA shift, CO, C'", err)
 
     def test_columns_of_the_residue_before(self):
-        """CA-1 is of residue i-1; HA-1 is no older name of an alpha proton."""
+        """CA-1 is of residue i-1; HA-1 is not an older name of an alpha proton."""
         remark = "Residue 1 here is residue 81 there"
         for minus in ("CA-1,CB-1,HA-1", "CA(i-1),CB (i-1),HA[i-1]"):
             _, out, err = self.run_kit("-", data=("Res,N,CA,CB,HA,%s\nS81,116,58.4,63.9,4.5,,,\n"

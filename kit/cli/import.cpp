@@ -75,7 +75,7 @@ Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, con
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
-      imported.notes += sayFileNotes(file, notes, kAllNotes, "");
+      imported.notes += sayFileNotes(file, notes, kAllNotes);
     } catch (const Error& error) {
       say(error.what());
       imported.failures.add(file, error.what());

@@ -26,9 +26,9 @@ struct ChainNotes {
 };
 
 /// Writes the notes of all chains of a file, a line each; a note that several chains share names them. Lines
-/// beyond `most` are counted; `whereToFind` tells where they are. Returns the number of different notes.
-std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
-                         const std::string& whereToFind);
+/// beyond `most` are counted. Returns the number of different notes.
+std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains,
+                         std::size_t most = kNotesShown);
 
 /// The files that failed, and why.
 class FailedFiles {

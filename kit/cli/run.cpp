@@ -31,8 +31,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr const char* kAllNotes = "--format json has them all";
-
 struct RunSettings {
   FileArguments named;
   JoinArguments joining;
@@ -122,11 +120,11 @@ std::vector<ChainNotes> structureNotes(const FileReport& file) {
 
 void sayAll(const RunSettings& settings, const RunReport& report) {
   for (const ProteinStructure& structure : report.structures)
-    sayFileNotes(structure.file, {{"", structure.notes}}, kNotesShown, kAllNotes);
+    sayFileNotes(structure.file, {{"", structure.notes}});
   for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
   for (const FileReport& file : report.files) {
-    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)), kNotesShown, kAllNotes);
-    sayFileNotes(file.file, structureNotes(file), kNotesShown, kAllNotes);
+    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)));
+    sayFileNotes(file.file, structureNotes(file));
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);

@@ -109,6 +109,10 @@ void writeWhole(const std::string& path, const Writer& write) {
   }
 }
 
+void writeWhole(const std::string& path, const std::string& text) {
+  writeWhole(path, [&text](std::ostream& out) { out << text; });
+}
+
 void flushStandardOutput() {
   std::cout.flush();
   if (!std::cout) throwUnwritable(kStandardOutput, lastError());

@@ -1,6 +1,10 @@
 // Finds the cysteines in a disulfide bond: by the file, else by their CB shift.
 #pragma once
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 #include "protein/sequence.h"
 #include "zorvela/protein.h"
 
@@ -12,6 +16,12 @@ inline constexpr double kOxidisedFrom = 33.0;
 
 /// Tells whether a CB shift is above that.
 bool looksOxidised(const Shift& beta);
+
+/// Returns the places (from 0) of the reduced cysteines (C) whose CB shift looks oxidised.
+std::vector<std::size_t> oxidisedByShift(const Protein& protein);
+
+/// Returns the note on cysteines that are in a disulfide bond by CB, without the residues.
+std::string bondedByShiftText();
 
 /// Writes c into the protein's sequence for each cysteine in a disulfide bond. The state of
 /// the bond or residue in the file counts first, then the state of all cysteines of the chain, then CB. Notes

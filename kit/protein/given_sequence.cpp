@@ -11,7 +11,6 @@
 #include "protein/implausible_shifts.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
-#include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/protein.h"
@@ -74,8 +73,7 @@ class Gathered {
 
   void moveTo(Protein& protein) {
     for (const auto& [place, shift] : shifts) protein.shifts.push_back(shift);
-    if (!foreign.empty())
-      protein.notes.push_back("atoms that this residue type does not have; ignored: " + enumerated(foreign));
+    addNote(kForeignAtoms, foreign, protein.notes);
     noteOtherAtoms(others, protein.asides);
   }
 
@@ -104,15 +102,11 @@ class Gathered {
 /// Decides by CB, as for a file that does not state the form of its cysteines.
 void markOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
-  for (const Shift& shift : protein.shifts) {
-    const std::size_t place = static_cast<std::size_t>(shift.position) - 1;
-    if (shift.atom != Atom::CB || protein.sequence[place] != 'C' || !looksOxidised(shift)) continue;
+  for (const std::size_t place : oxidisedByShift(protein)) {
     protein.sequence[place] = kDisulfideCysteine;
     oxidised.push_back(protein.numbers[place]);
   }
-  if (!oxidised.empty())
-    protein.notes.push_back("cysteines assumed to be in a disulfide bond (CB above " +
-                            fixedText(kOxidisedFrom, 0) + " ppm); written as c: " + enumerated(oxidised));
+  addNote(bondedByShiftText(), oxidised, protein.notes);
 }
 
 }  // namespace

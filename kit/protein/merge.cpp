@@ -86,9 +86,7 @@ void takeShifts(const std::vector<Protein>& parts, const std::map<Place, int>& p
                             " " + shiftText(*other) + ")");
     merged.shifts.push_back(shift);
   }
-  if (!differing.empty())
-    merged.notes.push_back("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: " +
-                           enumerated(differing));
+  addNote("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ", differing, merged.notes);
 }
 
 /// Remarks and notes of all parts, each note with its file.

@@ -57,8 +57,7 @@ void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string
     twice.push_back(residue.number);
     residue.number.clear();
   }
-  if (!twice.empty())
-    notes.push_back("two residues have the same number; the first keeps it: " + enumerated(twice));
+  addNote("two residues have the same number; the first keeps it: ", twice, notes);
 }
 
 /// Returns the residues that a row names: its own and, where it has the shift of a neighbour, that one first.
@@ -168,9 +167,8 @@ void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::
       first = i + 1;
     }
   }
-  if (!ranges.empty()) notes.push_back("the sequence has gaps; written as ?: " + enumerated(ranges));
-  if (!named.empty())
-    notes.push_back("residues missing in the sequence are named in the shift rows: " + enumerated(named));
+  addNote("the sequence has gaps; written as ?: ", ranges, notes);
+  addNote("residues missing in the sequence are named in the shift rows: ", named, notes);
 }
 
 /// Tells whether the sequence leaves the type of the residue open.

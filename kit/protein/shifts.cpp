@@ -315,25 +315,20 @@ void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::ve
 }
 
 void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
-  const auto add = [&](const char* text, const std::vector<std::string>& atoms) {
-    if (!atoms.empty()) notes.push_back(text + enumerated(atoms));
-  };
   for (const auto& [code, atoms] : found.ambiguous)
     notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                     ambiguityText(code) + " (code " + code + "); used all the same: " + enumerated(atoms));
-  add("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo);
-  add("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older);
-  add("atoms that this residue type does not have; ignored: ", found.foreign);
-  add("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing);
+  addNote("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo, notes);
+  addNote("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older, notes);
+  addNote(kForeignAtoms, found.foreign, notes);
+  addNote("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing, notes);
 }
 
 void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
-  const std::size_t used = found.ofNeighbours.size();
   const std::size_t twice = found.ofNeighboursTwice;
-  if (used > 0)
-    notes.push_back(counted(used, "shift", "shifts") +
-                    " listed under a neighbour (n-1) used; the residue has none of its own: " +
-                    enumerated(found.ofNeighbours));
+  addNote(counted(found.ofNeighbours.size(), "shift", "shifts") +
+              " listed under a neighbour (n-1) used; the residue has none of its own: ",
+          found.ofNeighbours, notes);
   if (twice > 0)
     notes.push_back(counted(twice, "shift", "shifts") +
                     " listed under a neighbour (n-1) not used; the residue has its own");
@@ -346,9 +341,8 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
     numbers.push_back(number.empty() ? "(no number)" : number);
     outside += rows;
   }
-  if (outside > 0)
-    notes.push_back(counted(outside, "shift", "shifts") +
-                    " ignored; the sequence has no such residue: " + enumerated(numbers));
+  addNote(counted(outside, "shift", "shifts") + " ignored; the sequence has no such residue: ", numbers,
+          notes);
   if (found.withoutValue > 0)
     notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value ignored");
   if (found.missingMarks > 0)

@@ -15,6 +15,9 @@ namespace zorvela {
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides);
 
+/// The note on atoms that a residue type does not have, without the atoms.
+inline constexpr const char* kForeignAtoms = "atoms that this residue type does not have; ignored: ";
+
 /// Reads a shift, without residue and atom; nothing if the text is not a number.
 std::optional<Shift> readShift(const std::string& text);
 

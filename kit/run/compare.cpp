@@ -150,14 +150,10 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
 std::vector<std::string> notesOn(const ChainMatch& match) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
   std::vector<std::string> notes;
-  if (!match.mismatches.empty())
-    notes.push_back(name +
-                    ": residues that differ from those of the shift file: " + enumerated(match.mismatches));
-  if (!match.missing.empty())
-    notes.push_back(name + ": residues of the shift file without coordinates: " + enumerated(match.missing));
-  if (!match.leftOver.empty())
-    notes.push_back(structureChainName(match.file, match.chain) +
-                    ": residues that match no shift file: " + enumerated(match.leftOver));
+  addNote(name + ": residues that differ from those of the shift file: ", match.mismatches, notes);
+  addNote(name + ": residues of the shift file without coordinates: ", match.missing, notes);
+  addNote(structureChainName(match.file, match.chain) + ": residues that match no shift file: ",
+          match.leftOver, notes);
   return notes;
 }
 

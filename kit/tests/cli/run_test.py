@@ -135,7 +135,7 @@ class ShiftFiles(InFolder):
         start = "zorvela-kit: note: %s, chain A: " % file
         self.assertEqual(result.stderr.splitlines(),
                          [start + note for note in notes[:5]] +
-                         ["zorvela-kit: note: %s: %d more notes; --format json has them all" % (file, len(notes) - 5)])
+                         ["zorvela-kit: note: %s: %d more notes; run --format json has them all" % (file, len(notes) - 5)])
 
 
 class Errors(InFolder):

@@ -30,7 +30,7 @@ Texts madeTables() {
   return texts;
 }
 
-/// What is said of the made tables after a change in one of them.
+/// Returns the message on the made tables after a change in one of them.
 std::string afterChange(const std::string& name, const std::string& before, const std::string& after) {
   Texts texts = madeTables();
   std::string& text = texts[name];

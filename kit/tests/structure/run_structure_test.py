@@ -288,7 +288,7 @@ class Chains(Case):
                 moved = " ".join(ca.split()[:9] + ["0"] * 3 + ca.split()[12:]) if make is made.mmcif else (
                     ca[:30] + "   0.000" * 3 + ca[54:])
                 self.assertEqual(self.rows("\n".join(lines[:at] + [moved, moved] + lines[at:])), plain)
-                self.assertIn("atoms that are given twice, the first one is used: residue PRO 17 of chain A\n",
+                self.assertIn("atoms given twice; the first is used: residue PRO 17 of chain A\n",
                               self.stderr)
 
     def test_windows_line_ends(self):
@@ -374,7 +374,7 @@ class BadInput(Case):
         at = next(i for i, line in enumerate(lines) if " CA  PRO A  17 " in line)
         lines[at] = lines[at][:30] + "     nan     nan     nan" + lines[at][54:]
         rows = self.rows("\n".join(lines))
-        self.assertIn("coordinates that are no numbers, atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
+        self.assertIn("coordinates that are not numbers; atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
                       self.stderr)
         self.assertEqual(rows["17"]["verdict"], "not in the structure")
         every = [line[:30] + "     nan     nan     nan" + line[54:] if line.startswith("ATOM") else line for line in lines]

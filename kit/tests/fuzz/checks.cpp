@@ -34,7 +34,7 @@ namespace zorvela {
 
 namespace {
 
-// Words stand one after the other within the text.
+// Words follow one another in the text.
 void checkWords(const std::string& original) {
   StarTokens tokens(original);
   std::size_t end = 0;

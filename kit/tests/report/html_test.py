@@ -1,4 +1,4 @@
-"""zorvela-kit run --format html: a page that stands alone, safe with hostile names, pictures in the right place.
+"""zorvela-kit run --format html: one file, safe with hostile names, pictures in the right place.
 
 With --update the stored reports of the examples are written anew.
 """

@@ -66,7 +66,7 @@ zorvela::RunReport sample() {
   protein.length = 40;
   protein.shiftCount = 200;
   protein.notes = {"a \"note\""};
-  protein.asides = {"an aside"};
+  protein.asides = {"a further note"};
   protein.prolines = {cisProline(), lastProline()};
   protein.offsets = {offset("CA", 1.5F, true), offset("CB", -0.25F, false), offset("HA", 0.5F, true),
                      offset("C", std::numeric_limits<float>::quiet_NaN(), false)};
@@ -298,7 +298,7 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
       "warnings": ["CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
                    "HA shifts seem 0.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
                    "P117 is marked trans in the file but predicted cis (0.981)"],
-      "notes": ["a \"note\"", "an aside"]}],
+      "notes": ["a \"note\"", "a further note"]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
   })json");
   const std::string text = written(zorvela::writeJson, sample());

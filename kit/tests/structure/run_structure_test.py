@@ -81,7 +81,7 @@ class Verdicts(Case):
             self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
 
     def test_models_with_other_residues(self):
-        # The chain is that of the model with most residues, wherever it stands.
+        # The chain is that of the model with most residues, wherever it is.
         few, all_residues = chain(cis=[17]), chain(cis=[17])
         few = few[:16] + few[17:]
         for models in ([[("A", few)], [("A", all_residues)]], [[("A", all_residues)], [("A", few)]]):

@@ -24,8 +24,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr const char* kAllNotes = "zorvela-kit run --format json has them all";
-
 struct AnnotateSettings {
   std::string file;
   std::vector<std::string> shifts;
@@ -47,7 +45,7 @@ PredictedProteins predict(const AnnotateSettings& settings, const std::string& t
       predicted.results.push_back(predictor.predict(protein));
       const ProteinResult& result = predicted.results.back();
       if (!predicted.areOfFile)
-        sayFileNotes(protein.file, {{protein.chain, result.notes}}, kNotesShown, kAllNotes);
+        sayFileNotes(protein.file, {{protein.chain, result.notes}});
       else if (!result.correction.empty())
         say("note: " + messageName(name, protein.chain) + ": " + result.correction);
       predicted.proteins.push_back(std::move(protein));
@@ -69,10 +67,7 @@ void annotate(const AnnotateSettings& settings) {
   const std::string text = unpacked(bytes, name);
   const PredictedProteins predicted = predict(settings, text, name);
   const auto [annotation, notes] = flaggedNef(text, name, predicted, settings.rules);
-  const std::string result = isGzipped(bytes) ? packed(annotation.text) : annotation.text;
-  writeWhole(settings.output, [&](std::ostream& out) {
-    out.write(result.data(), static_cast<std::streamsize>(result.size()));
-  });
+  writeWhole(settings.output, isGzipped(bytes) ? packed(annotation.text) : annotation.text);
   for (const std::string& note : notes) say("note: " + note);
   say(summaryOf(restrainedChains(predicted.proteins, predicted.results)));
   say(counted(annotation.written, "flag", "flags") + " written, " + std::to_string(annotation.confirmed) +

@@ -34,7 +34,7 @@ std::string ValueKind::range() const {
   return text.str();
 }
 
-/// What is wrong with a value, "" for a good one.
+/// Tells what is wrong with a value; "" for a good one.
 std::string ValueKind::findingOn(const std::string& value) const {
   const std::string allowed = range();
   if (!allowsEmpty && value.empty()) return "is empty; give a name";

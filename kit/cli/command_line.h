@@ -19,19 +19,19 @@ class Option;
 
 namespace zorvela {
 
-/// What an option or argument is given as: its name in a help text and the values that it may have.
+/// The value of an option or argument: its name in a help text and the values that it may have.
 class ValueKind {
  public:
   /// A name, a path: any text.
   ValueKind(const char* called) : name(called) {}  // NOLINT(google-explicit-constructor): "FILE" says it all
   /// One of these words.
   ValueKind(const char* called, std::vector<std::string> oneOf) : name(called), words(std::move(oneOf)) {}
-  /// A number of this range. "nan" is none, which a comparison with both ends would not see.
+  /// A number in this range; never "nan".
   ValueKind(const char* called, double from, double upTo) : name(called), low(from), high(upTo) {}
 
-  /// Also 0, where it turns a choice off.
+  /// Allows 0 too, where it turns a choice off.
   ValueKind orZero() const;
-  /// Not the empty text, which names nothing.
+  /// Refuses the empty text, which names nothing.
   ValueKind notEmpty() const;
 
  private:
@@ -51,11 +51,11 @@ class ValueKind {
 class Option {
  public:
   Option required() const;
-  /// It takes one value each time, and may be repeated.
+  /// Takes one value each time, and may be repeated.
   Option repeated() const;
-  /// It is refused without the other one.
+  /// Is refused without the other one.
   Option needs(Option other) const;
-  /// It is refused together with the other one.
+  /// Is refused together with the other one.
   Option excludes(Option other) const;
   /// The heading in the help text.
   Option group(const std::string& heading) const;
@@ -83,7 +83,7 @@ class Command {
 
   /// Adds an option by its names ("-o,--output"), or an argument (without a dash).
   Option add(const std::string& names, Setting setting, const ValueKind& kind, const std::string& text);
-  /// The same for a setting that is no text or number: the function is given the value.
+  /// Adds an option whose value a function receives, for a setting that is not a text or number.
   Option add(const std::string& names, const std::function<void(const std::string&)>& setting,
              const ValueKind& kind, const std::string& text);
   /// Adds an option without a value.

@@ -14,21 +14,21 @@ class ReportedFailure : public std::exception {};
 /// Returns what to show to somebody who gave no arguments: three commands to begin with.
 const char* firstCommands();
 
-/// The prediction of an example, with words on how to read it.
+/// Predicts an example, and explains how to read the answer.
 void addDemo(CommandLine& line);
-/// Any shift file to a shift table.
+/// Converts shift files to shift tables.
 void addImport(CommandLine& line);
-/// Import, predict, compare with structures and collect, for one file or thousands.
+/// Imports, predicts and compares with structures, for one file or thousands.
 void addRun(CommandLine& line);
-/// The calls written into a NEF file.
+/// Writes the calls into a NEF file.
 void addAnnotate(CommandLine& line);
-/// The cis prolines for structure calculation programs.
+/// Writes the cis prolines for structure calculation programs.
 void addRestrain(CommandLine& line);
-/// Labels for training from structures.
+/// Labels prolines by structures, for training.
 void addLabel(CommandLine& line);
-/// The seven reference tables from proteins with known prolines.
+/// Makes the seven reference tables from proteins with known prolines.
 void addTrain(CommandLine& line);
-/// How often the predictor is right.
+/// Counts how often the predictor is right.
 void addEvaluate(CommandLine& line);
 
 }  // namespace zorvela

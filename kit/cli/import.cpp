@@ -75,7 +75,7 @@ Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, con
         notes.push_back({protein.chain, std::move(protein.notes)});
         imported.proteins.push_back(std::move(protein));
       }
-      imported.notes += sayFileNotes(file, notes, kAllNotes, "");
+      imported.notes += sayFileNotes(file, notes, kAllNotes);
     } catch (const Error& error) {
       say(error.what());
       imported.failures.add(file, error.what());
@@ -91,7 +91,7 @@ void writeTable(const std::string& path, const Protein& protein) {
   writeWhole(path, [&protein](std::ostream& out) { writeShiftTable(protein, out); });
 }
 
-/// Whether all goes to one file or stream, and not to named files in a folder.
+/// Tells whether all goes to one file or stream, and not to named files in a folder.
 bool isOneStream(const std::string& output, const Imported& imported) {
   if (output.empty()) return imported.proteins.size() + imported.failures.count() == 1;
   if (output == kStandardOutput) return true;
@@ -109,7 +109,7 @@ void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins
   writeTable(path, proteins.front());
 }
 
-/// Where the tables go; none takes the place of a file that was read.
+/// Returns the paths of the tables; none may replace a file that was read.
 std::vector<std::string> tablePaths(const std::string& folder, const std::vector<std::string>& names,
                                     const InputFiles& inputs) {
   std::vector<std::string> paths;

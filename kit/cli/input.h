@@ -8,10 +8,11 @@
 
 namespace zorvela {
 
-/// The proteins of a file or, for "-", of standard input; see `readShiftFile`. `Protein::file` is the path.
+/// Returns the proteins of a file or, for "-", of standard input; see `readShiftFile`. `Protein::file` is the
+/// path.
 std::vector<Protein> readInput(const std::string& path, const ImportOptions& options);
 
-/// How messages name an input: the path, or "standard input" for "-".
+/// Returns the name of an input in messages: the path, or "standard input" for "-".
 std::string inputName(const std::string& path);
 
 /// Returns "data/p" for "data/p.prot" and "data/p.seq.gz": the path without ".gz" and the ending.

@@ -13,10 +13,10 @@
 
 namespace zorvela {
 
-/// What --sequence, --first-residue and --merge say.
+/// The values of --sequence, --first-residue and --merge.
 struct JoinArguments {
   std::string file;         ///< empty: sequences among the inputs
-  std::string firstNumber;  ///< empty: as the sequence says
+  std::string firstNumber;  ///< empty: as in the sequence
   bool merge = false;
 };
 
@@ -27,15 +27,15 @@ void addJoining(Command& command, JoinArguments& given);
 /// of the same stem among the inputs, or of the only one where there is one shift file or all are merged.
 class JoinedInputs {
  public:
-  /// Leaves of the inputs those that are read: takes out sequences and, with --merge, all shift files but the
-  /// first. An Error for a sequence that cannot be read or belongs to no shift file, for two that differ, and
-  /// for a number of the first residue without a sequence.
+  /// Leaves of the inputs those that are read: takes out sequences and, with --merge, all shift files except
+  /// the first. An Error for a sequence that cannot be read or belongs to no shift file, for two that differ,
+  /// and for a number of the first residue without a sequence.
   JoinedInputs(const JoinArguments& given, std::vector<std::string>& inputs);
-  /// The proteins of an input, with those of all merged ones as one; may run in several threads at once.
+  /// Returns the proteins of an input; merged inputs are one protein. May run in several threads at once.
   std::vector<Protein> read(const std::string& input, const ImportOptions& options) const;
-  /// The files that were taken out.
+  /// Returns the files that were taken out.
   const std::vector<std::string>& files() const { return paths; }
-  /// Says which of the files that were read look like one protein; of few files alone.
+  /// Names the files that look like one protein in a note, where there are few files.
   void sayLookAlikes() const;
 
  private:
@@ -52,7 +52,7 @@ class JoinedInputs {
   mutable std::map<std::string, Protein> kept;  ///< of few files, those of one protein, by file
 };
 
-/// Whether a file shows in its first bytes that it is a sequence.
+/// Tells by its first bytes whether a file is a sequence.
 bool isSequenceFile(const std::string& path);
 
 }  // namespace zorvela

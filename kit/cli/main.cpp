@@ -22,7 +22,7 @@ int fail(const char* message, const char* kind = "") {
 }
 
 int showFirstCommands() {
-  zorvela::writeWhole("-", [](std::ostream& out) { out << zorvela::firstCommands(); });
+  zorvela::writeWhole("-", std::string(zorvela::firstCommands()));
   return 0;
 }
 
@@ -43,7 +43,7 @@ int runCommand(int argc, char** argv) {
   std::ostringstream err;
   const int status = line.run(argc, argv, out, err);
   std::cerr << zorvela::shownLines(err.str()) << std::flush;
-  if (!out.str().empty()) zorvela::writeWhole("-", [&out](std::ostream& stream) { stream << out.str(); });
+  if (!out.str().empty()) zorvela::writeWhole("-", out.str());
   return status;
 }
 

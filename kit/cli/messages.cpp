@@ -72,15 +72,14 @@ std::string messageName(const std::string& file, const std::string& chain) {
   return chainOfFile(inputName(file), chain);
 }
 
-std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
-                         const std::string& whereToFind) {
+std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most) {
   const std::vector<SharedNote> notes = sharedNotes(chains);
   const std::size_t shown = std::min(most, notes.size());
   for (std::size_t i = 0; i < shown; ++i)
     say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
   if (notes.size() > shown)
-    say("note: " + inputName(file) + ": " + counted(notes.size() - shown, "more note", "more notes") + "; " +
-        whereToFind);
+    say("note: " + inputName(file) + ": " + counted(notes.size() - shown, "more note", "more notes") +
+        "; run --format json has them all");
   return notes.size();
 }
 

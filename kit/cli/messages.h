@@ -1,4 +1,4 @@
-// What the sub-commands say on standard error, in one voice.
+// Lines on standard error.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +10,13 @@ namespace zorvela {
 /// The name of the program.
 inline constexpr const char* kProgramName = "zorvela-kit";
 
-/// One line on standard error, "zorvela-kit: " and the text, with nothing in it that a terminal would obey.
+/// Writes one line on standard error: "zorvela-kit: " and the text, without control characters.
 void say(const std::string& text);
 
-/// How a message names a chain: "a.str", "a.str, chain A" or "standard input".
+/// Returns the name of a chain in messages: "a.str", "a.str, chain A" or "standard input".
 std::string messageName(const std::string& file, const std::string& chain);
 
-/// How many notes of a file are shown where a report has them all.
+/// The number of notes of a file that are shown where a report has them all.
 inline constexpr std::size_t kNotesShown = 5;
 
 /// The notes of a chain of a file.
@@ -25,19 +25,18 @@ struct ChainNotes {
   std::vector<std::string> notes;
 };
 
-/// The notes of all chains of a file, a line each: one that several chains share is one line that names them.
-/// Of more than `most` lines the others are counted; `whereToFind` says where they are. Returns the number of
-/// different notes.
-std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most,
-                         const std::string& whereToFind);
+/// Writes the notes of all chains of a file, a line each; a note that several chains share names them. Lines
+/// beyond `most` are counted. Returns the number of different notes.
+std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains,
+                         std::size_t most = kNotesShown);
 
 /// The files that failed, and why.
 class FailedFiles {
  public:
   void add(const std::string& file, const std::string& message);
   std::size_t count() const { return failed.size(); }
-  /// Says "3 of 7 files could not be ..." where there were several, and for many files each reason
-  /// with how many it has.
+  /// Writes "3 of 7 files could not be ..." where there were several; for many files also each reason, with
+  /// its number of files.
   void say(std::size_t files, const std::string& what) const;
 
  private:

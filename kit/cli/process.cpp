@@ -70,7 +70,7 @@ void prepareProcess() {
   for (int number = 0; number <= 1; ++number) _setmode(number, _O_BINARY);
 #else
   std::signal(SIGXFSZ, SIG_IGN);
-  // What takes the place of a closed stream cannot be read or written, so its use still fails.
+  // The file opened for a closed stream cannot be read or written, so its use still fails.
   for (int number = 0; number <= 2; ++number)
     if (fcntl(number, F_GETFD) < 0 && open("/dev/null", number == 0 ? O_WRONLY : O_RDONLY) < 0) return;
 #endif
@@ -97,7 +97,7 @@ bool isCapableTerminal(StandardStream stream) {
 #endif
 
 RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path) {
-  // A path without room here is above the limit of the system, so no such file is made.
+  // A longer path is above the limit of the system, so no such file is made.
   path.copy(unfinishedFile.data(), unfinishedFile.size() - 1);
   setInterrupts(removeUnfinished);
 }

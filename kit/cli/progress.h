@@ -1,4 +1,4 @@
-// What a terminal can show while work goes on.
+// Progress of long work, and colour.
 #pragma once
 
 #include <chrono>
@@ -8,22 +8,22 @@
 
 namespace zorvela {
 
-/// Whether a report that goes to that place ("-": standard output) is coloured: on a terminal that
-/// understands control sequences, unless NO_COLOR is set.
+/// Tells whether a report to that output ("-": standard output) is coloured: on a terminal that understands
+/// control sequences, unless NO_COLOR is set.
 bool wantsColour(const std::string& output);
 
-/// How long the rest will take if it goes on like this: ", 40 s left", ", 12 min left". Empty at the end.
+/// Estimates the time for the rest: ", 40 s left", ", 12 min left". Empty at the end.
 std::string timeLeft(double seconds, std::size_t done, std::size_t total);
 
-/// How far the work is, on standard error ("Predicting 12/340, 40 s left"): shown only on a terminal, and
-/// only for work above a second.
+/// Shows progress on standard error ("Predicting 12/340, 40 s left"): only on a terminal, and only for work
+/// of more than a second.
 class Progress {
  public:
   Progress(const std::string& what, std::size_t total);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
-  /// One more of `total` is done. May be called from several threads.
+  /// Counts one more of `total` as done. May be called from several threads.
   void step();
 
  private:

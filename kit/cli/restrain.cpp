@@ -26,9 +26,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kNotesShown = 5;
-constexpr const char* kAllNotes = "zorvela-kit run --format json has them all";
-
 struct RestrainSettings {
   std::vector<std::string> files;
   std::string program;
@@ -65,14 +62,14 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
       notes.push_back({protein.chain, results.back().notes});
       proteins.push_back(std::move(protein));
     }
-    sayFileNotes(file, notes, kNotesShown, kAllNotes);
+    sayFileNotes(file, notes);
   }
   if (structure) {
     compareWithStructures(proteins, {*structure}, results);
-    sayFileNotes(structure->file, {{"", structure->notes}}, kNotesShown, kAllNotes);
+    sayFileNotes(structure->file, {{"", structure->notes}});
   }
   for (const ProteinResult& result : results)
-    sayFileNotes(result.file, {{result.chain, result.structureNotes}}, kNotesShown, kAllNotes);
+    sayFileNotes(result.file, {{result.chain, result.structureNotes}});
   return restrainedChains(proteins, results);
 }
 
@@ -95,9 +92,7 @@ void restrain(const RestrainSettings& settings) {
   renameChains(settings.renamings, request.chains);
   RestraintText result = writeRestraints(format, request);
   if (isGzipped(there)) result.text = packed(std::move(result.text));
-  writeWhole(settings.output, [&](std::ostream& out) {
-    out.write(result.text.data(), static_cast<std::streamsize>(result.text.size()));
-  });
+  writeWhole(settings.output, result.text);
   for (const std::string& note : result.notes) say("note: " + note);
   say(summaryOf(request.chains));
 }

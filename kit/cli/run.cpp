@@ -31,8 +31,6 @@ namespace zorvela {
 
 namespace {
 
-constexpr const char* kAllNotes = "--format json has them all";
-
 struct RunSettings {
   FileArguments named;
   JoinArguments joining;
@@ -60,19 +58,18 @@ bool isShiftFile(const std::string& path) {
   }
 }
 
-/// Error where two paths lead to one file: its models would count twice.
+/// Throws an Error where two paths lead to one file: its models would count twice.
 void mustBeGivenOnce(const std::vector<std::string>& structures) {
   std::set<std::string> files;
   for (const std::string& path : structures) {
-    std::error_code unknown;  // of a file that is not there: said when it is read
+    std::error_code unknown;  // a file that is not there is reported when it is read
     const std::string file = std::filesystem::canonical(path, unknown).string();
     if (!unknown && !files.insert(file).second)
       throw Error(path, 0, "is given twice", "name each structure once");
   }
 }
 
-/// --structure takes all that is named after it, so that the FileError of a file with shifts says where its
-/// name belongs.
+/// --structure takes all names after it, so the error for a shift file tells where its name belongs.
 ProteinStructure readStructureArgument(const std::string& path) {
   try {
     return readStructureFile(path);
@@ -85,8 +82,7 @@ ProteinStructure readStructureArgument(const std::string& path) {
 
 // --- Predicting ---------------------------------------------------------------------------------
 
-/// Each job takes the next file that nobody has; results go to the place of the file, so their order
-/// does not depend on the number of jobs.
+/// Results keep the order of the files, whatever the number of jobs.
 void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const Tables& tables,
                   RunReport& report) {
   report.files.resize(settings.files.size());
@@ -124,11 +120,11 @@ std::vector<ChainNotes> structureNotes(const FileReport& file) {
 
 void sayAll(const RunSettings& settings, const RunReport& report) {
   for (const ProteinStructure& structure : report.structures)
-    sayFileNotes(structure.file, {{"", structure.notes}}, kNotesShown, kAllNotes);
+    sayFileNotes(structure.file, {{"", structure.notes}});
   for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
   for (const FileReport& file : report.files) {
-    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)), kNotesShown, kAllNotes);
-    sayFileNotes(file.file, structureNotes(file), kNotesShown, kAllNotes);
+    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)));
+    sayFileNotes(file.file, structureNotes(file));
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);
@@ -198,7 +194,7 @@ void run(RunSettings& settings) {
   sayAll(settings, report);
   joined.sayLookAlikes();
   sayUnknownResidues(settings, report);
-  // What is wrong with a single file has been said.
+  // The error of a single file has been reported already.
   const bool isSaid =
       isTableOnStandardOutput(settings) && report.files.size() == 1 && countErrors(report) == 1;
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};

@@ -20,7 +20,7 @@ bool isPlainInName(char c) {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-/// What `ls` would show a terminal may be obeyed as well.
+/// A terminal may obey control characters that `ls` shows.
 std::string safeName(const std::string& text) {
   constexpr std::size_t kLongest = 60;
   std::string name = shown(firstBytes(text, kLongest), '_');

@@ -55,8 +55,7 @@ void writeTables(ReferenceTables& tables, const std::string& folder) {
   std::filesystem::create_directories(folder, error);
   if (error)
     throw Error(folder, 0, "cannot be made: " + error.message(), "choose another folder with --output");
-  for (const auto& [name, text] : texts)
-    writeWhole(folder + "/" + name, [&text = text](std::ostream& out) { out << text; });
+  for (const auto& [name, text] : texts) writeWhole(folder + "/" + name, text);
 }
 
 /// Nothing that is read may be replaced: neither an entry of a table's name nor a published file.

@@ -24,18 +24,17 @@ const std::string kStandardOutput = "standard output";
   throw Error(name, 0, "cannot be written" + cause, "choose another place with --output, or free disk space");
 }
 
-/// Of the last call of the system.
+/// Returns the error of the last system call.
 std::error_code lastError() {
   return {errno, std::generic_category()};
 }
 
-/// Whether a path leads to what standard output leads to; it may hold something that stays.
+/// Tells whether a path leads to standard output, which may be a file with content that stays.
 bool isStandardOutput(const std::string& path) {
   std::error_code notThere;
   return path == "-" || fs::equivalent(path, "/dev/stdout", notThere);
 }
 
-/// `name` is that of the file in messages.
 void writeInto(std::ofstream& file, const std::string& name, const Writer& write) {
   if (file.is_open()) {
     errno = 0;
@@ -108,6 +107,10 @@ void writeWhole(const std::string& path, const Writer& write) {
   } catch (const fs::filesystem_error& e) {
     throwUnwritable(path, e.code());
   }
+}
+
+void writeWhole(const std::string& path, const std::string& text) {
+  writeWhole(path, [&text](std::ostream& out) { out << text; });
 }
 
 void flushStandardOutput() {

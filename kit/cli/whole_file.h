@@ -17,6 +17,9 @@ namespace zorvela {
 /// pipe and a device are written directly.
 void writeWhole(const std::string& path, const std::function<void(std::ostream&)>& write);
 
+/// Writes a text as a file, as above.
+void writeWhole(const std::string& path, const std::string& text);
+
 /// Sends what std::cout holds; an Error where it cannot be written.
 void flushStandardOutput();
 

@@ -23,7 +23,7 @@ constexpr std::size_t kLongestNote = 400;
 constexpr std::size_t kMostReasons = 4;
 constexpr const char* kAllLists = "all";
 
-/// A user's name for a chain or list: nothing if it names none of them.
+/// Returns the chains or lists that have a name, else those that have it as another name.
 template <class Named>
 std::vector<std::size_t> indicesOf(const std::string& wanted, const std::vector<Named>& all) {
   std::vector<std::size_t> byName;
@@ -57,13 +57,13 @@ std::string shownName(const FileChain& chain) {
 
 using Indices = std::vector<std::size_t>;
 
-/// Rows that give no table, and why: said where the file gives none at all.
+/// Rows that give no table; the reasons are shown where the file gives none at all.
 struct LeftOut {
   std::string what;
   std::string reasons;
 };
 
-/// A file and what of it is wanted.
+/// A file, and the lists of it that are wanted.
 struct Entry {
   ShiftFile& file;  ///< its residues go to the proteins
   std::string path;
@@ -72,7 +72,7 @@ struct Entry {
   bool areListsChosen = false;                    ///< by the user
 };
 
-/// What is made of it, and what there is to say.
+/// The proteins of an entry, and the notes on it.
 struct Outcome {
   std::vector<Protein> proteins = {};
   std::size_t residues = 0;  ///< of them
@@ -92,7 +92,7 @@ std::vector<std::vector<ShiftRows>> groupRows(const ShiftFile& file) {
   return rows;
 }
 
-/// How many rows of the lists name no chain that the file describes.
+/// Counts the rows of the lists whose chain the file does not describe.
 std::size_t countUnplaced(const Indices& lists, const ShiftFile& file) {
   std::size_t count = 0;
   for (const std::size_t l : lists)
@@ -108,14 +108,14 @@ ShiftRows allRowsOf(std::size_t chain, const Entry& entry) {
   return all;
 }
 
-/// How many rows of the wanted lists are of the chain.
+/// Counts the rows of a chain in the wanted lists.
 std::size_t rowCount(std::size_t chain, const Entry& entry) {
   std::size_t count = 0;
   for (const std::size_t list : entry.lists) count += entry.rows[list][chain].size();
   return count;
 }
 
-/// By the file's words, else by the names of its residues.
+/// Goes by the type that the file states, else by the names of the residues.
 bool isPolypeptide(std::size_t chain, const Entry& entry) {
   const FileChain& described = entry.file.chains[chain];
   if (described.polymer != Polymer::unknown) return described.polymer == Polymer::polypeptide;
@@ -314,7 +314,7 @@ void finishNotes(const ShiftFile& file, Outcome& outcome) {
                   "this " + file.format + " file holds: " + printable(text, kLongestNote));
 }
 
-/// Whether rows of a chain may be of the protein that the sequence given is of.
+/// Tells whether rows of a chain may belong to the protein of the given sequence.
 bool mayBeOfProtein(std::size_t chain, const Entry& entry, const ShiftRows& rows) {
   const auto isNamed = [](const FileShift* row) { return !row->residueName.empty(); };
   if (rows.empty() || entry.file.chains[chain].polymer == Polymer::other) return false;
@@ -332,7 +332,7 @@ void placeOnSequence(const Entry& entry, const ImportOptions& options) {
       placeOnSequence(entry.file, chain, *options.sequence, options.firstResidue, entry.path);
 }
 
-/// SequenceError where neither a sequence nor a row says what the residues are.
+/// Throws a SequenceError where neither a sequence nor a row names the residues.
 void requireNames(const ShiftFile& file, const std::string& path) {
   bool hasRows = false;
   for (const FileShiftList& list : file.lists)
@@ -377,7 +377,7 @@ std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const
                       "do not choose a chain or list for it");
   ShiftFile words = wordsOfTable(*file.table);
   words.notes = file.notes;
-  // Taken as it stands where it has the same sequence itself.
+  // A table with the same sequence is used unchanged.
   if (options.sequence && placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
     return proteinsOf(words, path, options);
   requireNames(words, path);

@@ -1,4 +1,4 @@
-// From a file's own words to proteins: chains and lists chosen, residues renumbered, names made uniform.
+// Makes proteins of raw file content: chooses chains and lists, renumbers residues, makes names uniform.
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@
 
 namespace zorvela {
 
-/// The wanted proteins of a file, at least one; see `readShiftBytes`. `path` is how messages name the file.
-/// FileError for a file without shifts of a protein or with more than any has; ChoiceError for a chain or
-/// list that it has not.
+/// Returns the wanted proteins of a file, at least one; see `readShiftBytes`. `path` names the file in
+/// messages. Throws a FileError for a file without shifts of a protein or with more than any has, and a
+/// ChoiceError for a chain or list that it does not have.
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options);
 
 }  // namespace zorvela

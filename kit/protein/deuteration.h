@@ -8,10 +8,10 @@
 
 namespace zorvela {
 
-/// Sets the share of deuterons (0 to 1) and the remark that says so; 0 removes it.
+/// Sets the share of deuterons (0 to 1) and the remark that states it; 0 removes the remark.
 void setDeuteration(double share, Protein& protein);
 
-/// The share by such a remark; 0 without one.
+/// Returns the share that such a remark states; 0 without one.
 double deuterationFromRemarks(const std::vector<std::string>& remarks);
 
 }  // namespace zorvela

@@ -30,25 +30,36 @@ struct Decisions {
   std::vector<std::string> byFile;
   std::vector<std::string> byShift;
   std::vector<std::string> contradicted;
-  std::vector<std::string> bondedOthers;  ///< residues that are no cysteines
+  std::vector<std::string> bondedOthers;  ///< residues that are not cysteines
 };
 
 void addNotes(const Decisions& decisions, std::vector<std::string>& notes) {
-  const auto add = [&](const std::string& text, const std::vector<std::string>& residues) {
-    if (!residues.empty()) notes.push_back(text + enumerated(residues));
-  };
-  add("cysteines in a disulfide bond according to the file; written as c: ", decisions.byFile);
-  add("cysteines assumed to be in a disulfide bond (CB above " + fixedText(kOxidisedFrom, 0) +
-          " ppm); written as c: ",
-      decisions.byShift);
-  add("CB contradicts the state of the cysteine in the file; the file is followed: ", decisions.contradicted);
-  add("disulfide bonds of residues that are not cysteines; ignored: ", decisions.bondedOthers);
+  addNote("cysteines in a disulfide bond according to the file; written as c: ", decisions.byFile, notes);
+  addNote(bondedByShiftText(), decisions.byShift, notes);
+  addNote("CB contradicts the state of the cysteine in the file; the file is followed: ",
+          decisions.contradicted, notes);
+  addNote("disulfide bonds of residues that are not cysteines; ignored: ", decisions.bondedOthers, notes);
 }
 
 }  // namespace
 
 bool looksOxidised(const Shift& beta) {
   return beta.ppm > kOxidisedFrom;
+}
+
+std::vector<std::size_t> oxidisedByShift(const Protein& protein) {
+  std::vector<std::size_t> places;
+  for (const Shift& shift : protein.shifts) {
+    const std::size_t place = static_cast<std::size_t>(shift.position) - 1;
+    if (shift.atom == Atom::CB && protein.sequence[place] == 'C' && looksOxidised(shift))
+      places.push_back(place);
+  }
+  return places;
+}
+
+std::string bondedByShiftText() {
+  return "cysteines assumed to be in a disulfide bond (CB above " + fixedText(kOxidisedFrom, 0) +
+         " ppm); written as c: ";
 }
 
 void markDisulfides(const FileChain& chain, const ChainSequence& sequence, Protein& protein) {

@@ -11,7 +11,6 @@
 #include "protein/implausible_shifts.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
-#include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/protein.h"
@@ -34,8 +33,8 @@ void checkSequence(const std::string& sequence) {
 
 // --- Shifts by name -----------------------------------------------------------------------------
 
-/// Whether a protein can have an atom of that name, such as HB2, CD1, NE or 1HG1: its element, how far it is
-/// from CA, and digits.
+/// Tells whether a protein can have an atom of that name, such as HB2, CD1, NE or 1HG1: element, distance
+/// from CA, digits.
 bool isOfProtein(std::string_view atom) {
   std::string name = upper(withLatinLetters(atom));
   name.erase(0, name.find_first_not_of("0123456789"));
@@ -74,8 +73,7 @@ class Gathered {
 
   void moveTo(Protein& protein) {
     for (const auto& [place, shift] : shifts) protein.shifts.push_back(shift);
-    if (!foreign.empty())
-      protein.notes.push_back("atoms that this residue type does not have; ignored: " + enumerated(foreign));
+    addNote(kForeignAtoms, foreign, protein.notes);
     noteOtherAtoms(others, protein.asides);
   }
 
@@ -101,18 +99,14 @@ class Gathered {
   std::size_t others = 0;
 };
 
-/// As in a file that says nothing of its cysteines.
+/// Decides by CB, as for a file that does not state the form of its cysteines.
 void markOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
-  for (const Shift& shift : protein.shifts) {
-    const std::size_t place = static_cast<std::size_t>(shift.position) - 1;
-    if (shift.atom != Atom::CB || protein.sequence[place] != 'C' || !looksOxidised(shift)) continue;
+  for (const std::size_t place : oxidisedByShift(protein)) {
     protein.sequence[place] = kDisulfideCysteine;
     oxidised.push_back(protein.numbers[place]);
   }
-  if (!oxidised.empty())
-    protein.notes.push_back("cysteines assumed to be in a disulfide bond (CB above " +
-                            fixedText(kOxidisedFrom, 0) + " ppm); written as c: " + enumerated(oxidised));
+  addNote(bondedByShiftText(), oxidised, protein.notes);
 }
 
 }  // namespace

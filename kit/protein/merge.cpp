@@ -31,7 +31,7 @@ bool areAlike(char a, char b) {
   return a == kUnknownResidue || b == kUnknownResidue || withoutThiolState(a) == withoutThiolState(b);
 }
 
-/// Whether two values of an atom are further apart than those of one sample.
+/// Tells whether two values of an atom differ more than those of one sample.
 bool differ(const Shift& a, const Shift& b) {
   constexpr double kProton = 0.03;
   constexpr double kCarbonOrNitrogen = 0.3;
@@ -86,9 +86,7 @@ void takeShifts(const std::vector<Protein>& parts, const std::map<Place, int>& p
                             " " + shiftText(*other) + ")");
     merged.shifts.push_back(shift);
   }
-  if (!differing.empty())
-    merged.notes.push_back("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: " +
-                           enumerated(differing));
+  addNote("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ", differing, merged.notes);
 }
 
 /// Remarks and notes of all parts, each note with its file.

@@ -16,7 +16,7 @@ namespace {
 
 /// "residue HERE is residue THERE there", as found in a remark.
 struct Sentence {
-  std::size_t herePos = 0;  ///< where the number "here" stands, and how long it is
+  std::size_t herePos = 0;  ///< where the number "here" begins, and its length
   std::size_t hereSize = 0;
   int here = 0;
   std::string there;
@@ -75,7 +75,7 @@ std::optional<std::string> freeNumber(const std::string& known, std::int64_t ste
   return number && taken.count(*number) == 0 ? number : std::nullopt;
 }
 
-/// Whether a number is greater than another, whatever their insertion codes.
+/// Compares numbers without their insertion codes.
 bool standsAbove(const std::string& number, const std::string& other) {
   const auto first = readResidueNumber(other);
   const auto second = readResidueNumber(number);

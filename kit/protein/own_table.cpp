@@ -77,7 +77,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
 
 // --- Rows ---------------------------------------------------------------------------------------
 
-/// The shifts of a table, and what of its rows is not used or stands out.
+/// The shifts of a table, and the rows that are not used or are unusual.
 struct TableShifts {
   std::vector<Shift> shifts;
   std::set<std::pair<int, Atom>> taken;
@@ -166,17 +166,14 @@ void takeRemarks(const GDB& table, int first, Protein& protein) {
 }
 
 void noteRows(const TableShifts& found, std::vector<std::string>& notes) {
-  const auto add = [&](const std::string& text, const std::vector<std::string>& labels) {
-    if (!labels.empty()) notes.push_back(text + enumerated(labels));
-  };
-  add(counted(found.outside.size(), "row", "rows") + " ignored; the sequence has no such residue: ",
-      found.outside);
-  add("residue names differ from the sequence; the sequence is used: ",
-      {found.misnamed.begin(), found.misnamed.end()});
-  add("values that are not numbers; ignored: ", found.unusable);
+  addNote(counted(found.outside.size(), "row", "rows") + " ignored; the sequence has no such residue: ",
+          found.outside, notes);
+  addNote("residue names differ from the sequence; the sequence is used: ",
+          {found.misnamed.begin(), found.misnamed.end()}, notes);
+  addNote("values that are not numbers; ignored: ", found.unusable, notes);
   // A missing mark counts as a shift where the program counts them; so it stays, and both agree.
-  add("values of 999 and above (placeholders for missing shifts) kept: ", found.marks);
-  add("given twice; the first is used: ", found.repeated);
+  addNote("values of 999 and above (placeholders for missing shifts) kept: ", found.marks, notes);
+  addNote("given twice; the first is used: ", found.repeated, notes);
 }
 
 void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
@@ -190,15 +187,10 @@ void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
 
 void noteOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
-  for (const Shift& shift : protein.shifts) {
-    const std::size_t i = static_cast<std::size_t>(shift.position) - 1;
-    if (shift.atom == Atom::CB && protein.sequence[i] == 'C' && looksOxidised(shift))
-      oxidised.push_back(protein.numbers[i]);
-  }
-  if (!oxidised.empty())
-    protein.notes.push_back(
-        "cysteines with CB above " + fixedText(kOxidisedFrom, 0) +
-        " ppm are reduced (C) in the table; write c for those in a disulfide bond: " + enumerated(oxidised));
+  for (const std::size_t place : oxidisedByShift(protein)) oxidised.push_back(protein.numbers[place]);
+  addNote("cysteines with CB above " + fixedText(kOxidisedFrom, 0) +
+              " ppm are reduced (C) in the table; write c for those in a disulfide bond: ",
+          oxidised, protein.notes);
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ std::vector<Protein> readEntry(const Source& source, const ImportOptions& option
   return proteins;
 }
 
-/// The prolines with shifts enough for a prediction: a report says much of each.
+/// Counts the prolines with enough shifts for a prediction: each fills much of a report.
 std::size_t predictableProlines(const Protein& protein) {
   std::vector<int> missing(protein.sequence.size(), kBackboneAtoms);
   for (const Shift& shift : protein.shifts) --missing[static_cast<std::size_t>(shift.position) - 1];
@@ -37,7 +37,7 @@ std::size_t predictableProlines(const Protein& protein) {
   return count;
 }
 
-/// What a file makes, against what a real one of its size does.
+/// Counts what a file makes, and compares it with a real file of its size.
 struct Made {
   std::size_t bytes;
   std::size_t residues = 0;
@@ -53,7 +53,7 @@ struct Made {
   }
 };
 
-/// Entries without protein shifts are passed over as long as one has them. `bytes` are those of the file.
+/// Ignores entries without protein shifts as long as one has them. `bytes` is the size of the file.
 std::vector<Protein> readEntries(const std::vector<Source>& entries, const ImportOptions& options,
                                  std::size_t bytes) {
   Made made{bytes};

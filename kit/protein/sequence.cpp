@@ -18,8 +18,8 @@ namespace zorvela {
 
 namespace {
 
-// A longer gap becomes a single "?": it parts its neighbours as well, and residue numbers that jump to
-// another range are no missing loop. The second limit bounds what a file with many gaps can ask for.
+// A longer gap becomes a single "?", which separates its neighbours too: residue numbers that jump to another
+// range are not a missing loop. The second limit bounds the memory for a file with many gaps.
 constexpr int kLongestGap = 1000;
 constexpr int kMostFilled = 5000;
 constexpr std::size_t kLongestNumber = 20;
@@ -57,11 +57,10 @@ void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string
     twice.push_back(residue.number);
     residue.number.clear();
   }
-  if (!twice.empty())
-    notes.push_back("two residues have the same number; the first keeps it: " + enumerated(twice));
+  addNote("two residues have the same number; the first keeps it: ", twice, notes);
 }
 
-/// The residues that a row speaks of: its own and, where it has the shift of a neighbour, that one first.
+/// Returns the residues that a row names: its own and, where it has the shift of a neighbour, that one first.
 std::vector<FileResidue> residuesOf(const FileShift& row) {
   const FileResidue named = {keyOf(row), row.number, row.offset ? std::string() : row.residueName};
   if (!row.offset) return {named};
@@ -127,7 +126,7 @@ std::vector<FileResidue> missingBetween(const FileResidue& before, const FileRes
   return missing;
 }
 
-/// Ions and water among the residues are none of the chain.
+/// Removes ions and water, which are not residues of the chain.
 std::vector<FileResidue> withGapsFilled(std::vector<FileResidue> residues, std::vector<Gap>& gaps) {
   const auto isNone = [](const FileResidue& residue) { return isIonOrWater(residue.name); };
   residues.erase(std::remove_if(residues.begin(), residues.end(), isNone), residues.end());
@@ -168,12 +167,11 @@ void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::
       first = i + 1;
     }
   }
-  if (!ranges.empty()) notes.push_back("the sequence has gaps; written as ?: " + enumerated(ranges));
-  if (!named.empty())
-    notes.push_back("residues missing in the sequence are named in the shift rows: " + enumerated(named));
+  addNote("the sequence has gaps; written as ?: ", ranges, notes);
+  addNote("residues missing in the sequence are named in the shift rows: ", named, notes);
 }
 
-/// Whether the sequence itself leaves open what the residue is.
+/// Tells whether the sequence leaves the type of the residue open.
 bool isOpenName(const std::string& name) {
   return name.empty() || equalIgnoringCase(name, "X") || equalIgnoringCase(name, "XXX") ||
          equalIgnoringCase(name, "UNK");

@@ -13,7 +13,7 @@ namespace zorvela {
 /// Rows of one chain.
 using ShiftRows = std::vector<const FileShift*>;
 
-/// How a row points to its residue: its key, else its number.
+/// Returns the key of the row's residue, else its number.
 const std::string& keyOf(const FileShift& row);
 
 /// A residue with its type, or a place in a gap, which has no name. Each has a number.
@@ -27,17 +27,17 @@ struct ChainSequence {
 
   int size() const { return static_cast<int>(residues.size()); }
   const ChainResidue& at(int position) const { return residues[static_cast<std::size_t>(position) - 1]; }
-  /// Position of the first residue with a key, or with a number; 0 if there is none.
+  /// Returns the position of the first residue with a key, or with a number; 0 if there is none.
   int positionOfKey(const std::string& key) const;
   int positionOfNumber(const std::string& number) const;
 };
 
-/// The sequence that the file gives; where it gives none, that of the rows, sorted by residue number.
-/// Missing residues between two numbers become "?".
+/// Returns the sequence of the file; without one, that of the rows, sorted by residue number. Missing
+/// residues between two numbers become "?".
 ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& rows,
                            std::vector<std::string>& notes);
 
-/// Polymer type of a chain by the names of its residues or, without a sequence, of its rows.
+/// Returns the polymer type of a chain by the names of its residues or, without a sequence, of its rows.
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows);
 
 }  // namespace zorvela

@@ -17,7 +17,8 @@ std::uint32_t bitOf(char letter) {
   return index == std::string_view::npos ? 0 : std::uint32_t{1} << index;
 }
 
-/// Whether a residue type can have a shift. One that no type has is folded or wrong, and says nothing of it.
+/// Tells whether a residue type can have a shift. A shift that no type has is folded or wrong, and excludes
+/// none.
 bool isPossible(char letter, const AtomReading& atom, double ppm) {
   if (!atom.isInTable()) return atom.kind != AtomReading::Kind::foreign;
   return isPlausible(letter, atom.atom, ppm) || !isPlausible(kUnknownResidue, atom.atom, ppm);

@@ -1,4 +1,4 @@
-// Whether shifts without residue names fit a sequence: which numbers can be which residues.
+// Tests whether shifts without residue names fit a sequence: which numbers can be which residues.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ namespace zorvela {
 /// median.
 inline constexpr double kMostInConflict = 0.05;
 
-/// A sequence by number: its letters from the first number on, a blank for a number that is no residue.
+/// A sequence by number: its letters from the first number on, a blank for a number without a residue.
 struct NumberedLetters {
   std::int64_t first = 1;
   std::string letters;
@@ -29,13 +29,13 @@ struct NumberedLetters {
   }
 };
 
-/// What the shifts of a residue say against residue types.
+/// The residue types that the shifts of a residue exclude.
 struct ResidueEvidence {
   std::int64_t number = 0;
   std::uint32_t excluded = 0;  ///< a bit for each of `kAminoAcids`
 };
 
-/// Whether the evidence speaks against a letter of a sequence; no letter at all is against it.
+/// Tells whether the evidence excludes a letter of a sequence; a blank is always excluded.
 bool isInConflict(const ResidueEvidence& residue, char letter);
 
 /// The residue types that a row excludes for its residue: all but the one that it names, those that have no
@@ -50,13 +50,12 @@ class Exclusion {
   std::unordered_map<std::string, std::vector<AtomReading>> known;
 };
 
-/// How many residues are in conflict where the sequence begins with this number; counting ends beyond `most`.
+/// Counts the residues in conflict if the sequence begins with this number; stops beyond `most`.
 std::size_t countConflicts(const NumberedLetters& sequence, std::int64_t first,
                            const std::vector<ResidueEvidence>& residues, std::size_t most);
 
-/// The number of the first residue with which the residues fit: fewest conflicts, not above the bound, and no
-/// other number has as few. Nothing where there is none, and for more pairs of residues and numbers than a
-/// protein has.
+/// Returns the number of the first residue with the fewest conflicts, if they are within the bound and no
+/// other number has as few. Returns nothing for more pairs of residues and numbers than a protein has.
 std::optional<std::int64_t> fittingFirst(const NumberedLetters& sequence,
                                          const std::vector<ResidueEvidence>& residues);
 

@@ -18,8 +18,7 @@ std::string linePrefix(const FileShift& row) {
   return row.line > 0 ? "line " + std::to_string(row.line) + ": " : "";
 }
 
-/// What an ambiguity code says; nullptr for those of assignments that are certain: 1, and 2 (one of two
-/// protons).
+/// Describes an ambiguity code; nullptr for certain assignments: 1, and 2 (one of two protons).
 const char* ambiguityText(const std::string& code) {
   if (code == "4") return "within the residue";
   if (code == "5") return "between residues";
@@ -49,8 +48,8 @@ int placeOf(const FileShift& row, const ChainSequence& sequence, std::int64_t of
   return row.offset && named != 0 ? within(sequence, std::int64_t{named} + *row.offset) : named;
 }
 
-/// Whether the row's residue name fits the sequence. One that is not known may be a spelling of its own,
-/// but not that of another molecule at the same number.
+/// Tells whether the row's residue name fits the sequence. An unknown name may be an unusual spelling, but
+/// not the name of another molecule.
 bool fits(const FileShift& row, const ChainResidue& residue) {
   if (row.residueName == residue.name) return true;  // nearly all rows
   const char letter = polypeptideResidue(row.residueName).letter;
@@ -89,7 +88,7 @@ std::int64_t commonOffset(const ShiftRows& rows, const ChainSequence& sequence) 
   return !isTie && *best * 10 >= sample.size() * 9 ? best - votes.begin() + 1 - last : 0;
 }
 
-/// What is added to the numbers of rows to find their residues; 0 in most files.
+/// Returns what to add to the numbers of rows to find their residues; 0 in most files.
 std::int64_t offsetOf(const ShiftRows& rows, const ChainSequence& sequence) {
   const auto misplaced = std::count_if(rows.begin(), rows.end(),
                                        [&](const FileShift* row) { return isMisplaced(*row, sequence); });
@@ -267,7 +266,7 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
   }
 }
 
-/// Whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
+/// Tells whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
 bool hasOwn(const Chosen& own, const AtomKey& key) {
   if (own.count(key) > 0) return true;
   const AtomKey first = atomKey(key.first, Atom::HA2);
@@ -316,25 +315,20 @@ void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::ve
 }
 
 void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
-  const auto add = [&](const char* text, const std::vector<std::string>& atoms) {
-    if (!atoms.empty()) notes.push_back(text + enumerated(atoms));
-  };
   for (const auto& [code, atoms] : found.ambiguous)
     notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                     ambiguityText(code) + " (code " + code + "); used all the same: " + enumerated(atoms));
-  add("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo);
-  add("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older);
-  add("atoms that this residue type does not have; ignored: ", found.foreign);
-  add("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing);
+  addNote("one shift for both alpha protons of glycine, written as HA2 and HA3: ", found.pseudo, notes);
+  addNote("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older, notes);
+  addNote(kForeignAtoms, found.foreign, notes);
+  addNote("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing, notes);
 }
 
 void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
-  const std::size_t used = found.ofNeighbours.size();
   const std::size_t twice = found.ofNeighboursTwice;
-  if (used > 0)
-    notes.push_back(counted(used, "shift", "shifts") +
-                    " listed under a neighbour (n-1) used; the residue has none of its own: " +
-                    enumerated(found.ofNeighbours));
+  addNote(counted(found.ofNeighbours.size(), "shift", "shifts") +
+              " listed under a neighbour (n-1) used; the residue has none of its own: ",
+          found.ofNeighbours, notes);
   if (twice > 0)
     notes.push_back(counted(twice, "shift", "shifts") +
                     " listed under a neighbour (n-1) not used; the residue has its own");
@@ -347,9 +341,8 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
     numbers.push_back(number.empty() ? "(no number)" : number);
     outside += rows;
   }
-  if (outside > 0)
-    notes.push_back(counted(outside, "shift", "shifts") +
-                    " ignored; the sequence has no such residue: " + enumerated(numbers));
+  addNote(counted(outside, "shift", "shifts") + " ignored; the sequence has no such residue: ", numbers,
+          notes);
   if (found.withoutValue > 0)
     notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value ignored");
   if (found.missingMarks > 0)

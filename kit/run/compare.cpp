@@ -118,7 +118,7 @@ std::vector<std::string> piecesOf(const ChainRest& rest) {
   return pieces;
 }
 
-/// `isPart`: the chain holds other molecules as well.
+/// `isPart`: the chain holds other molecules too.
 ChainMatch matchOf(const Protein& protein, const std::string& file, const StructureChain& chain,
                    const ChainAlignment& alignment, bool isPart) {
   ChainMatch match;
@@ -146,18 +146,14 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
   return match;
 }
 
-/// What of a chain does not fit.
+/// The residues of a chain that do not fit.
 std::vector<std::string> notesOn(const ChainMatch& match) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
   std::vector<std::string> notes;
-  if (!match.mismatches.empty())
-    notes.push_back(name +
-                    ": residues that differ from those of the shift file: " + enumerated(match.mismatches));
-  if (!match.missing.empty())
-    notes.push_back(name + ": residues of the shift file without coordinates: " + enumerated(match.missing));
-  if (!match.leftOver.empty())
-    notes.push_back(structureChainName(match.file, match.chain) +
-                    ": residues that match no shift file: " + enumerated(match.leftOver));
+  addNote(name + ": residues that differ from those of the shift file: ", match.mismatches, notes);
+  addNote(name + ": residues of the shift file without coordinates: ", match.missing, notes);
+  addNote(structureChainName(match.file, match.chain) + ": residues that match no shift file: ",
+          match.leftOver, notes);
   return notes;
 }
 
@@ -197,7 +193,7 @@ std::string carbonText(const Protein& protein, const ProlineResult& proline) {
          (call == Call::undecided ? ", between cis and trans" : " as in " + toText(call));
 }
 
-/// Where the residue of a site stands: "A 117".
+/// Returns the chain and number of a site: "A 117".
 std::string placeText(const BondSite& site) {
   return printable((site.chain.empty() ? "" : site.chain + " ") + site.number);
 }
@@ -249,7 +245,7 @@ void finish(const Protein& protein, ProteinResult& result) {
 
 // --- One structure ----------------------------------------------------------------------------------
 
-/// What a chain that fits is for the report: nothing else of it is kept.
+/// Keeps of a fitting chain only what the report shows.
 struct Found {
   std::size_t protein = 0;
   double identity = 0;  ///< percent
@@ -284,7 +280,7 @@ class Comparison {
     for (const StructureChain& chain : structure.chains) names.insert(chain.name);
   }
 
-  /// Adds to the results what fits a protein and is no relative of it.
+  /// Adds to the results the chains that fit a protein and are not relatives of it.
   void run() {
     for (const StructureChain& chain : structure.chains) addMolecules(chain);
     std::map<std::size_t, double> best;

@@ -334,6 +334,11 @@ std::string counted(std::size_t count, const std::string& one, const std::string
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
+void addNote(const std::string& text, const std::vector<std::string>& items,
+             std::vector<std::string>& notes) {
+  if (!items.empty()) notes.push_back(text + enumerated(items));
+}
+
 void LimitedNotes::add(const std::string& text) {
   if (++count <= kMostNotes) texts.push_back(text);
 }

@@ -94,6 +94,9 @@ std::string lineRange(std::size_t first, std::size_t last);
 /// "1 shift", "2 shifts".
 std::string counted(std::size_t count, const std::string& one, const std::string& many);
 
+/// Adds `text` and the items to the notes, unless there are no items.
+void addNote(const std::string& text, const std::vector<std::string>& items, std::vector<std::string>& notes);
+
 /// Notes of one kind: the first 50 word by word, then how many more there are.
 class LimitedNotes {
  public:

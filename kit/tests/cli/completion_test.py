@@ -11,7 +11,7 @@ from zorvela_tests import program
 COMPLETIONS = program.SOURCE / "packaging" / "completions"
 BASH = """. {file}; complete -p zorvela-kit >/dev/null
 COMP_WORDS=({words}); COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1)); _zorvela_kit; printf '%s\\n' "${{COMPREPLY[@]}}" """
-# In place of what zsh's completion gives to such a function.
+# Replaces what zsh gives to a completion function.
 ZSH = """compadd() {{ shift; print -l -- ${{(M)@:#$PREFIX*}} }}; _files() {{ }}
 answer() {{ local words=({words}) CURRENT PREFIX; CURRENT=$#words; PREFIX=$words[-1]; . {file} }}; answer"""
 FISH = """source {file}; complete -C {line}"""

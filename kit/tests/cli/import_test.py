@@ -168,7 +168,7 @@ class StarPartsTest(ImportTest):
             "1 shift ignored; the sequence has no such residue: 46"])
 
     def test_sequence_beside_a_list_within_restraints(self):
-        """Residues without shifts stay, whatever stands between the frames."""
+        """Residues without shifts stay, whatever is between the frames."""
         restraint = " assign (resid 2 and name HN) (resid 3 and name HA) 2.86 1.06 0.29\n"
         rows = "%s PRO CA 63.1\n%s GLY CA 45\nstop_\nsave_\n"
         nef = ("save_nef_molecular_system\n_nef_molecular_system.sf_category nef_molecular_system\n" +
@@ -255,7 +255,7 @@ class CsvTest(ImportTest):
         self.assertIn("columns of numbers that are not used: CA shift, CO, C'", err)
 
     def test_columns_of_the_residue_before(self):
-        """CA-1 is of residue i-1; HA-1 is no older name of an alpha proton."""
+        """CA-1 is of residue i-1; HA-1 is not an older name of an alpha proton."""
         remark = "Residue 1 here is residue 81 there"
         for minus in ("CA-1,CB-1,HA-1", "CA(i-1),CB (i-1),HA[i-1]"):
             _, out, err = self.run_kit("-", data=("Res,N,CA,CB,HA,%s\nS81,116,58.4,63.9,4.5,,,\n"
@@ -319,7 +319,7 @@ class CsvTest(ImportTest):
             cells = heading.replace(b"Name", b"SER").replace(b"Label", b"x9").replace(b"Res", b"SER").replace(b"No", b"81")
             out = self.run_kit("-", data=b"%s,CA,CB\n%s,58,63\n" % (heading, cells))[1]
             self.assertIn("residue 81 there\n\nDATA SEQUENCE S\n", out, heading)
-        # A column of names alone does not say which residue.
+        # A column of names alone does not name a residue.
         self.assertIn("begins with", self.run_kit("-", data=b"Resname,CA,CB\nSER,58,63\n")[2])
         self.assertEqual(1, self.run_kit("-", data=b"Name,CA,CB\nSER,58,63\nPRO,63,32\n")[0])
 
@@ -345,7 +345,7 @@ class CsvTest(ImportTest):
                          data=b"81 SER CA 58.4\n82 PRO CA 63.0\n83 GLY CA no\n84 ALA CA 52\n")
 
     def test_tables_without_names_that_are_not_plain(self):
-        """Nobody says which atoms the numbers are of, or which number is the residue's."""
+        """Nothing tells which atoms the numbers belong to, or which number is the residue's."""
         for data in (b"S81 116.2 8.21 58.4\nP82 120.0 8.0 63.0\n", b"1 81 SER CA 58.4\n2 82 PRO CA 63.0\n",
                      b"81 CA 58.4\n82 CA 63.0\n", b"81 SER CA 58.4 0.1\n82 PRO CA 63.0 0.1\n"):
             status, out, err = self.run_kit("-", data=data)
@@ -374,7 +374,7 @@ class CsvTest(ImportTest):
                          "FILE), or a column resname", "-", data=b"resid,atom,shift\n1,CA,52\n")
 
     def test_lower_case_names_of_a_whole_file(self):
-        """Where all letters are lower case, c is no sign of a disulfide bond."""
+        """Where all letters are lower case, c is not a sign of a disulfide bond."""
         _, out, _ = self.run_kit("-", data=b"resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n")
         self.assertIn("DATA SEQUENCE CP\n", out)
 

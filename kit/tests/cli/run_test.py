@@ -135,7 +135,7 @@ class ShiftFiles(InFolder):
         start = "zorvela-kit: note: %s, chain A: " % file
         self.assertEqual(result.stderr.splitlines(),
                          [start + note for note in notes[:5]] +
-                         ["zorvela-kit: note: %s: %d more notes; --format json has them all" % (file, len(notes) - 5)])
+                         ["zorvela-kit: note: %s: %d more notes; run --format json has them all" % (file, len(notes) - 5)])
 
 
 class Errors(InFolder):
@@ -236,14 +236,14 @@ class Errors(InFolder):
         self.assertEqual(protein["warnings"], ["P2 is marked cis in the file but predicted trans (0.000)"])
 
     def off(self, carbon):
-        """32 residues without secondary shifts, but for ppm added to CA and CB."""
+        """32 residues without secondary shifts, except ppm added to CA and CB."""
         sequence = "A" * 30 + "PA"
         shifts = [(resid, atom, shift + (carbon if atom in ("CA", "CB") else 0))
                   for resid in range(1, 33) for _, atom, shift in program.full_residue(sequence, resid)]
         cg = 27.0 + carbon
         return self.put("off%g.tab" % carbon, program.shift_table(sequence, [*shifts, (31, "CG", cg)]))
 
-    # Where CA - CB is 0, CA stands at -0.090 ppm in chains without an offset, within 0.620 ppm for a residue
+    # Where CA - CB is 0, CA is at -0.090 ppm in chains without an offset, within 0.620 ppm for a residue
     # and 0.090 ppm for a chain.
     OFFSET = -3 + 0.090
     ERROR = math.sqrt((1.2533 * 0.620) ** 2 / 32 + 0.090 ** 2)

@@ -12,7 +12,7 @@ from zorvela_tests import folder, hostile, program
 ESCAPE = "\x1b[31m"
 C1 = "\x9b31m"
 TURNED = "\u202e"
-# Zero width, soft hyphen, marks of annotation, tags; the last two are no characters, and no XML has them.
+# Zero width, soft hyphen, marks of annotation, tags; the last two are not characters and not allowed in XML.
 UNSEEN = "\u200b\u00ad\ufeff\ufff9\ufffa\ufffb\U000e0041\ufffe\uffff"
 BAD = (ESCAPE + C1 + TURNED + "\x07\x7f" + UNSEEN).encode() + b"\xff\xc3"
 TURNING = "\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069"

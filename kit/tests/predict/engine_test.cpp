@@ -148,7 +148,7 @@ TEST(Predictor, ALowerCaseProlineIsNamedButNotPredicted) {
   EXPECT_EQ(reasonsOf(predict(complete("ApK"))), std::vector<std::string>{"written as lower-case p"});
 }
 
-// --- What stands beside a prediction ------------------------------------------------------------
+// --- Beside a prediction ------------------------------------------------------------------------
 
 TEST(Predictor, GivesNumbersNamesAndCounts) {
   Protein protein = bare("AcPKA");

@@ -30,7 +30,7 @@ Texts madeTables() {
   return texts;
 }
 
-/// What is said of the made tables after a change in one of them.
+/// Returns the message on the made tables after a change in one of them.
 std::string afterChange(const std::string& name, const std::string& before, const std::string& after) {
   Texts texts = madeTables();
   std::string& text = texts[name];
@@ -46,7 +46,7 @@ std::string afterChange(const std::string& name, const std::string& before, cons
   return "no error";
 }
 
-/// The line on which a piece of a made table stands, with the name of the table: "randcoil.tab:12".
+/// Returns the line of a piece of a made table, with the name of the table: "randcoil.tab:12".
 std::string place(const std::string& name, const std::string& piece) {
   const std::string text = madeTables()[name];
   std::size_t line = 1;

@@ -125,7 +125,7 @@ TEST(PlaceOnSequence, TakesShiftTables) {
            "999.0\n";
   };
   EXPECT_EQ(read(table("MKAGVPGT"), on("MKAGVPGT")).front().shifts.size(),
-            3U);  // with its mark, as it stands
+            3U);  // with its mark
   const Protein longer = read(table(""), on("MKAGVPGT")).front();
   EXPECT_EQ(longer.sequence, "MKAGVPGT");
   EXPECT_EQ(shiftsOf(longer), (Texts{"2 CB 33.1", "6 CG 27.1"}));

@@ -106,7 +106,7 @@ class Programs(Case):
                 text = self.text(name, "one.csv")
                 self.assert_bonds(read(text), [("A", "116", "117")])
                 self.assertNotRegex(text.replace("PRO 109", "").replace("PRO 136", ""), r"\b(109|136)\b")
-                # Without the marks of comments after it, the undecided one is declared as well.
+                # Without the marks of comments after it, the undecided one is declared too.
                 head, rest = text.split("A125-P126, undecided 0.", 1)
                 lines = rest.split("\n")
                 mark = COMMENTS.get(name, "# ")

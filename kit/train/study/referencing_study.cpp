@@ -10,8 +10,8 @@
 
 #include "ZORVELA.h"
 #include "predict/isotopes.h"
+#include "train/formatted.h"
 #include "train/metrics.h"
-#include "train/study/formatted.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 
@@ -152,15 +152,8 @@ std::vector<ShiftRelation> fitRelations(const std::vector<const EntryShifts*>& c
 namespace {
 
 std::string measureText(Measure measure) {
-  switch (measure) {
-    case Measure::caMinusCb:
-      return "caMinusCb";
-    case Measure::alphaProton:
-      return "alphaProton";
-    case Measure::amideProtons:
-      break;
-  }
-  return "amideProtons";
+  if (measure == Measure::caMinusCb) return "caMinusCb";
+  return measure == Measure::alphaProton ? "alphaProton" : "amideProtons";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The input formats in one table, and the way from a file's bytes to what its reader hands over.
+// The input formats in one table, and the way from a file's bytes to its raw content.
 #pragma once
 
 #include <memory>
@@ -11,10 +11,10 @@
 
 namespace zorvela {
 
-/// What a reader gets: an entry of a STAR file, or the text of a file that is not STAR.
+/// The input of a reader: an entry of a STAR file, or the text of a file that is not STAR.
 struct Source {
   std::string file;                ///< how messages name the file
-  std::string entry;               ///< name of the entry; empty where the file holds but one
+  std::string entry;               ///< name of the entry; empty where the file has only one
   std::string text;                ///< without byte order mark; empty for STAR
   std::vector<std::string> notes;  ///< on the file as a whole
   std::optional<StarEntry> star;   ///< the parsed entry of a STAR file (NMR-STAR, NEF)
@@ -24,7 +24,7 @@ struct Source {
 /// An input format.
 struct Format {
   const char* name;                          ///< for remarks and messages: "NMR-STAR 3"
-  bool (*recognises)(const Source& source);  ///< by content; asked only where those above it said no
+  bool (*recognises)(const Source& source);  ///< by content; asked only if no format above it does
   ShiftFile (*read)(const Source& source);   ///< FileError for a source that cannot be read
 };
 
@@ -54,12 +54,12 @@ inline constexpr Format kFormats[] = {
 };
 // clang-format on
 
-/// The entries of a file, at least one: each of a STAR file that holds several, else the whole file.
-/// FileError for bytes that are no text, empty, of a format that is known but holds no shifts (zip, PDF ...),
-/// or begin as STAR and are not. `file` is how messages name it.
+/// Returns the entries of a file, at least one: each of a STAR file with several, otherwise the whole file.
+/// FileError for bytes that are not text, for an empty file, for a known format without shifts (zip, PDF
+/// ...), and for a file that begins as STAR and is not. `file` is how messages name it.
 std::vector<Source> sourcesOf(std::string bytes, const std::string& file);
 
-/// A source in its own words, by the reader of the first format that recognises it.
+/// Returns the raw content of a source, by the reader of the first format that recognises it.
 ShiftFile readSource(const Source& source);
 
 }  // namespace zorvela

@@ -1,5 +1,5 @@
 // Limits of what is read, far above any real file: they bound the time and memory that a broken or hostile
-// one can ask for. The longest known protein has 35,000 residues; the largest entries of the BMRB have some
+// file can use. The longest known protein has 35,000 residues; the largest entries of the BMRB have some
 // 30,000 shifts, 40 chains and 50 lists.
 #pragma once
 
@@ -14,22 +14,22 @@
 namespace zorvela {
 
 inline constexpr std::size_t kMostShiftRows = 300000;
-/// Of a format whose rows may be short: a row takes some 200 bytes of memory.
+/// For a format whose rows may be short: a row takes some 200 bytes of memory.
 inline constexpr std::size_t kShiftRowsOfAnyFile = 100000;
 inline constexpr std::size_t kBytesPerShiftRow = 20;
 
-/// So many shift rows as a text of this size can hold, whatever they look like: memory stays in proportion.
+/// Returns how many shift rows a text of this size may have, so that memory stays in proportion to it.
 constexpr std::size_t mostShiftRows(std::size_t bytes) {
   return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
 }
 inline constexpr std::size_t kLongestSequence = 40000;
-/// Of all chains that a file describes, and in all tables that are made from it, gaps included.
+/// For all chains that a file describes, and for all tables that are made from it, gaps included.
 inline constexpr std::size_t kMostResidues = 100000;
 inline constexpr std::size_t kMostListsOrChains = 1000;
 /// Names of chains, lists and molecules are cut after so many bytes.
 inline constexpr std::size_t kLongestNameKept = 200;
 
-/// The most of something that a file may have, and the words of the message beyond it.
+/// The most of something that a file may have, and the parts of the message beyond it.
 struct Limit {
   std::size_t most;
   const char* has;
@@ -60,29 +60,29 @@ inline constexpr Limit kSequence =   {kLongestSequence, "has a sequence of", "re
 inline constexpr Limit kResiduesMade = {kMostResidues, "makes", "residues in all tables together", "choose a chain and a list, or split the file"};
 // clang-format on
 
-/// For a file of so many bytes. A residue with one atom takes up to 1 kB of memory, of text at least some 15
-/// bytes; in the archive's columns it is 70 or more.
+/// Returns the limit for a file of so many bytes. A residue with one atom takes up to 1 kB of memory, and at
+/// least some 15 bytes of text; in the columns of the archive, 70 or more.
 constexpr Limit structureResidues(std::size_t bytes) {
   return {30000 + bytes / 50, "has", "residues, too many for its size",
           "give the models or chains that have shifts"};
 }
 
-/// Chains that fit a protein of the shifts, with their prolines and bonds, for a structure of so many
-/// residues and bonds: each can be of several proteins.
+/// Returns the limit of chains that fit a protein of the shifts, with their prolines and bonds, for a
+/// structure of so many residues and bonds: each can belong to several proteins.
 constexpr Limit structureFits(std::size_t residues) {
   return {30000 + 2 * residues, "gives", "results for all chains and lists of the shifts together",
           "choose a chain and a list of the shifts"};
 }
 
-/// With a prediction, in all tables that are made from a file of so many bytes. What a report says of each
-/// takes some 10 kB; in the archive's files a proline has 5 kB of text.
+/// Returns the limit of predicted prolines in all tables that are made from a file of so many bytes. In a
+/// report, each takes some 10 kB; in the files of the archive, a proline has 5 kB of text.
 constexpr Limit prolinesMade(std::size_t bytes) {
   return {1500 + bytes / 1000, "makes", "prolines that can be predicted, too many for its size",
           "choose a chain and a list, or split the file"};
 }
 }  // namespace limits
 
-/// What the entries of a file ask for together: what one that fails has cost counts as well.
+/// The work for all entries of a file, those that fail included.
 struct FileWork {
   std::size_t residues = 0;
   std::size_t chainsTimesLists = 0;
@@ -95,11 +95,11 @@ class LimitError : public FileError {
   using FileError::FileError;
 };
 
-/// LimitError for more than the limit; `file` is how messages name it, `line` where the first too many is.
+/// Throws LimitError for more than the limit; `file` is how messages name it, `line` is where it is exceeded.
 void checkLimit(std::size_t count, const Limit& limit, const std::string& file, std::size_t line = 0);
 
-/// A name of a chain, list, molecule, residue or model as readers keep it: one above `kLongestNameKept` bytes
-/// is cut, with a note.
+/// Returns a name of a chain, list, molecule, residue or model as readers keep it: a name above
+/// `kLongestNameKept` bytes is cut, with a note.
 std::string nameOf(std::string_view text, std::vector<std::string>& notes);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// In place of gzip.cpp where there is no zlib: browsers and Node unpack by themselves.
+// Replaces gzip.cpp where there is no zlib: browsers and Node unpack by themselves.
 #include "formats/input_bytes.h"
 #include "zorvela/error.h"
 

@@ -31,7 +31,7 @@ std::vector<std::string> wordsOf(std::string_view line) {
 
 // --- Names with numbers -------------------------------------------------------------------------
 
-/// A residue of a .seq file. Its number is that of the one before and one more where the file has none.
+/// A residue of a .seq file. Where the file has no number for it, it follows the residue before.
 struct NamedResidue {
   std::string name;
   std::string chain;
@@ -41,7 +41,7 @@ struct NamedResidue {
   bool isResidue() const { return !isSpinSystem() && !isLinker(name); }
 };
 
-/// "cPRO", "ARG+", "pro_cis", "LL5".
+/// Tells whether a word can be a name: "cPRO", "ARG+", "pro_cis", "LL5".
 bool looksLikeName(const std::string& word) {
   constexpr std::size_t kLongestName = 8;
   return word.size() > 1 && word.size() <= kLongestName && isLetter(word[0]) &&
@@ -50,7 +50,7 @@ bool looksLikeName(const std::string& word) {
          });
 }
 
-/// The rows of a .seq file as they come: names, each with a number or without.
+/// The rows of a .seq file in order: names, each with a number or without.
 class NameList {
  public:
   /// False for a line of anything else.
@@ -69,7 +69,7 @@ class NameList {
     return true;
   }
 
-  /// Whether most are names of amino acids, so that this is no other text in words.
+  /// True if most are names of amino acids, so that this is not any other text.
   bool isSequence() const { return residues.size() > 1 && known * 2 > residues.size(); }
   std::size_t size() const { return residues.size(); }
 
@@ -78,11 +78,8 @@ class NameList {
       if (one.isSpinSystem()) sequence.spinSystems.insert(static_cast<int>(one.number));
       if (!one.isResidue()) continue;
       std::vector<FileResidue>& chain = chainOf(one.chain, sequence).residues;
-      FileResidue residue;
-      residue.key = std::to_string(chain.size() + 1);
-      residue.name = one.name;
-      if (areNumbered) residue.number = std::to_string(one.number);
-      chain.push_back(std::move(residue));
+      chain.push_back({std::to_string(chain.size() + 1),
+                       areNumbered ? std::to_string(one.number) : std::string(), one.name});
     }
   }
 
@@ -94,7 +91,7 @@ class NameList {
     if (residueType(name).letter != kUnknownResidue || !residues.back().isResidue()) ++known;
   }
 
-  /// "171", or "A12" of chain A.
+  /// Sets "171", or "A12" of chain A; false for any other word.
   bool setNumber(const std::string& word) {
     const std::size_t start = std::min(word.find_first_of("-0123456789"), word.size());
     const auto number = toInteger(word.substr(start));
@@ -138,36 +135,25 @@ bool readNames(std::string_view text, SequenceFile& sequence) {
 
 // --- Letters ------------------------------------------------------------------------------------
 
-/// One-letter residues; a lower-case c is the cysteine of a disulfide bond where others are capitals.
-class LetterReader {
- public:
-  explicit LetterReader(std::string_view text)
-      : isCaseKept(std::any_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) {}
-
-  /// False for a line of anything else. Numbers may count the letters before or after them.
-  bool add(std::string_view line, std::vector<FileResidue>& residues) const {
-    for (const std::string& word : wordsOf(line)) {
-      const auto count = toInteger(word);
-      const auto size = static_cast<int>(residues.size());
-      if (count && (*count == size || *count == size + 1)) continue;
-      for (const char letter : word) {
-        if (letter == '*') continue;  // the end of a chain
-        if (!isLetter(letter) && letter != kUnknownResidue) return false;
-        FileResidue residue;
-        const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
-        residue.key = std::to_string(residues.size() + 1);
-        residue.name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
-        residues.push_back(std::move(residue));
-      }
+/// Adds one-letter residues; false for a line of anything else. Numbers may count the letters before or after
+/// them. With `isCaseKept`, a lower-case c is the cysteine of a disulfide bond.
+bool addLetters(std::string_view line, bool isCaseKept, std::vector<FileResidue>& residues) {
+  for (const std::string& word : wordsOf(line)) {
+    const auto count = toInteger(word);
+    const auto size = static_cast<int>(residues.size());
+    if (count && (*count == size || *count == size + 1)) continue;
+    for (const char letter : word) {
+      if (letter == '*') continue;  // the end of a chain
+      if (!isLetter(letter) && letter != kUnknownResidue) return false;
+      const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
+      const std::string name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
+      residues.push_back({std::to_string(residues.size() + 1), {}, name});
     }
-    return true;
   }
+  return true;
+}
 
- private:
-  bool isCaseKept;
-};
-
-/// The text after a label of a FASTA header, such as "START:", up to the next bar or comma.
+/// Returns the text after a label of a FASTA header, such as "START:", up to the next bar or comma.
 std::string valueIn(std::string_view header, std::string_view label) {
   const std::size_t at = upper(header).find(label);
   if (at == std::string::npos) return "";
@@ -175,7 +161,7 @@ std::string valueIn(std::string_view header, std::string_view label) {
   return std::string(trimmed(rest.substr(0, rest.find_first_of("|,["))));
 }
 
-/// A chain by its FASTA header, which may say "CHAIN: A", "Chain A" or "Chains A, B".
+/// Names a chain by its FASTA header, with "CHAIN: A", "Chain A" or "Chains A, B" or a name in front.
 FileChain chainOfHeader(std::string_view header) {
   FileChain chain;
   for (const char* label : {"CHAIN:", "|CHAIN ", "|CHAINS "})
@@ -191,7 +177,7 @@ void numberFrom(int first, std::vector<FileResidue>& residues) {
 }
 
 void readLetters(std::string_view text, SequenceFile& sequence) {
-  const LetterReader reader(text);
+  const bool isCaseKept = text != lower(text);
   std::optional<int> first;
   const auto endChain = [&] {
     if (first && !sequence.chains.empty()) numberFrom(*first, sequence.chains.back().residues);
@@ -209,7 +195,8 @@ void readLetters(std::string_view text, SequenceFile& sequence) {
     }
     if (core.empty()) continue;
     if (sequence.chains.empty()) sequence.chains.emplace_back();
-    if (!reader.add(core, sequence.chains.back().residues)) throwNoSequence(sequence.file, number, core);
+    if (!addLetters(core, isCaseKept, sequence.chains.back().residues))
+      throwNoSequence(sequence.file, number, core);
     checkLimit(sequence.chains.back().residues.size(), limits::kSequence, sequence.file, number);
   }
   endChain();
@@ -222,13 +209,13 @@ void readStar(std::string text, SequenceFile& sequence) {
     for (FileChain& chain : readSource(source).chains) sequence.chains.push_back(std::move(chain));
 }
 
-/// Chains of other molecules and empty ones are none.
+/// Removes empty chains and those of other molecules.
 void keepProteins(SequenceFile& sequence) {
   std::vector<FileChain>& chains = sequence.chains;
-  const auto isNone = [](const FileChain& chain) {
+  const auto isOther = [](const FileChain& chain) {
     return chain.residues.empty() || chain.polymer == Polymer::other;
   };
-  chains.erase(std::remove_if(chains.begin(), chains.end(), isNone), chains.end());
+  chains.erase(std::remove_if(chains.begin(), chains.end(), isOther), chains.end());
   if (chains.empty()) throw FileError(sequence.file, 0, "has no residue", kRemedy);
   std::size_t residues = 0;
   for (const FileChain& chain : chains) {
@@ -254,7 +241,7 @@ SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
 }
 
 std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
-  if (one.chains.size() != other.chains.size()) return "another number of chains";
+  if (one.chains.size() != other.chains.size()) return "the numbers of chains differ";
   for (std::size_t c = 0; c < one.chains.size(); ++c) {
     const std::vector<FileResidue>& residues = one.chains[c].residues;
     const std::vector<FileResidue>& others = other.chains[c].residues;
@@ -264,8 +251,8 @@ std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
     const std::size_t common = std::min(residues.size(), others.size());
     for (std::size_t i = 0; i < common; ++i)
       if (differ(residues[i], others[i]))
-        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) + " and " +
-               printable(others[i].name, 20);
+        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) +
+               " in one and " + printable(others[i].name, 20) + " in the other";
     if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
   }
   return {};

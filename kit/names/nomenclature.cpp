@@ -97,12 +97,12 @@ bool isAmong(std::initializer_list<std::string_view> names, std::string_view nam
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// Names that hold both alpha protons of glycine in one shift.
+/// Tells whether a name is for both alpha protons of glycine.
 bool isBothAlphaProtons(std::string_view name) {
   return isAmong({"HA", "HA%", "HA*", "HA#", "QA"}, name);
 }
 
-/// One of the two alpha protons, which of them is not known or written in an older way.
+/// Reads the name of one or both alpha protons of glycine, older names included.
 AtomReading readGlycineProton(std::string_view name) {
   if (isBothAlphaProtons(name)) return {Kind::pseudo, Atom::HA2};
   if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, Atom::HA2, true};

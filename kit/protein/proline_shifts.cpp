@@ -5,6 +5,11 @@
 
 namespace zorvela {
 
+Call callOfCbMinusCg(double ppm) {
+  if (ppm >= kCisCbMinusCgFrom) return Call::cis;
+  return ppm <= kTransCbMinusCgUpTo ? Call::trans : Call::undecided;
+}
+
 std::optional<double> cbMinusCg(const Protein& protein, int position) {
   std::optional<double> cb;
   std::optional<double> cg;

@@ -19,26 +19,13 @@ struct CellText {
   std::string operator()(const std::string& text) const { return csvCell(text); }
 };
 
-/// Writes the cells of one line, a comma before each but the first.
-class Line {
- public:
-  explicit Line(std::ostream& stream) : out(stream) {}
-  ~Line() { out << '\n'; }
-  Line(const Line&) = delete;
-  Line& operator=(const Line&) = delete;
+void writeLine(const std::vector<Value>& cells, std::ostream& out) {
+  for (std::size_t i = 0; i < cells.size(); ++i)
+    out << (i > 0 ? "," : "") << std::visit(CellText(), cells[i]);
+  out << '\n';
+}
 
-  void add(const Value& value) {
-    if (!isFirst) out << ',';
-    isFirst = false;
-    out << std::visit(CellText(), value);
-  }
-
- private:
-  std::ostream& out;
-  bool isFirst = true;
-};
-
-/// A file that failed has its name, "error" for a call and the message for a reason.
+/// A file that failed has its name, the call "error", and the message as the reason.
 Value errorCell(const FileReport& file, const std::string& column) {
   if (column == "file") return file.file;
   if (column == "call") return std::string("error");
@@ -50,17 +37,14 @@ Value errorCell(const FileReport& file, const std::string& column) {
 
 void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
   const std::vector<std::string> columns = csvColumns(!report.structures.empty());
-  {
-    Line header(out);
-    for (const std::string& column : columns) header.add(Value(column));
-  }
+  writeLine({columns.begin(), columns.end()}, out);
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
-    Line line(out);
-    for (const Value& value : csvRow(protein, proline)) line.add(value);
+    writeLine(csvRow(protein, proline), out);
   });
   forEachError(report, [&](const FileReport& file) {
-    Line line(out);
-    for (const std::string& column : columns) line.add(errorCell(file, column));
+    std::vector<Value> cells;
+    for (const std::string& column : columns) cells.push_back(errorCell(file, column));
+    writeLine(cells, out);
   });
 }
 

@@ -25,7 +25,7 @@ constexpr std::size_t kMostRows = 8;
 /// Smaller contributions (nats) have no row.
 constexpr double kWorthARow = 0.1;
 /// A smaller chance would be printed as 0 %.
-constexpr double kWorthSaying = 0.005;
+constexpr double kLeastChance = 0.005;
 
 struct Line {
   std::string name;
@@ -61,7 +61,7 @@ std::vector<Line> linesOf(const ProlineResult& proline) {
   return lines;
 }
 
-/// "     ####|" for trans, "         |##" for cis; ">" where a bar is too long for its place.
+/// "     ####|" for trans, "         |##" for cis; ">" at the end of a bar that is cut.
 std::string barOf(double nats) {
   const double marks = std::isfinite(nats) ? std::round(std::fabs(nats) / kNatsPerMark) : 2.0 * kBarWidth;
   std::string bar(static_cast<std::size_t>(std::min(marks, static_cast<double>(kBarWidth))), '#');
@@ -112,14 +112,13 @@ std::string missingText(const ProlineResult& proline) {
   for (const NextShift& next : proline.evidence->next) {
     if (next.bits < kWorthMeasuring) continue;
     std::string item = shiftName(proline, next.index) + " " + fixedText(next.bits, 2);
-    if (next.decides && *next.decides >= kWorthSaying)
-      item += " (decides with " + fixedText(*next.decides * 100, 0) + " %)";
+    if (next.decides && *next.decides >= kLeastChance)
+      item += " (chance of a clear call " + fixedText(*next.decides * 100, 0) + " %)";
     items.push_back(item);
   }
   if (items.empty())
-    return proline.evidence->next.empty() ? "Nothing is missing."
-                                          : "Nothing that is missing is worth measuring.";
-  return "Missing, with its worth in bits: " + enumerated(items, 18);
+    return proline.evidence->next.empty() ? "No shift is missing." : "No missing shift is worth measuring.";
+  return "Missing shifts, with their expected information in bits: " + enumerated(items, 18);
 }
 
 }  // namespace
@@ -136,11 +135,11 @@ std::string explained(const ProlineResult& proline) {
           (withCorrected ? right("corrected", kCorrectedWidth) : "") + " " + right("cis", kNumberWidth) +
           right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " + right("trans", kBarWidth) +
           "|cis\n";
-  text += textOf({"1 in 20 are cis", Evidence::prior()}, withCorrected);
+  text += textOf({"1 in 20 is cis", Evidence::prior()}, withCorrected);
   for (const Line& line : lines) text += textOf(line, withCorrected);
   text += textOf({"sum", proline.evidence->logOdds()}, withCorrected);
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
-    text += kIndent + "* beyond the limit of its residue type, used as the limit\n";
+    text += kIndent + "* beyond the limit of its residue type; the limit is used\n";
   return text + wrapped(shown(missingText(proline)));
 }
 

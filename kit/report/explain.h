@@ -7,9 +7,8 @@
 
 namespace zorvela {
 
-/// A block of lines of at most 80 columns, each with a line feed: the call in a sentence, the largest
-/// contributions with a bar of characters, what is missing and what it would be worth. Of a proline without
-/// evidence the sentence alone.
+/// Returns lines of at most 80 columns: the call in a sentence, the largest contributions with a bar of
+/// characters, and the missing shifts with their expected information. Without evidence, only the sentence.
 std::string explained(const ProlineResult& proline);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// The fields with their names, in their order.
+// The fields, in their order.
 #include "report/fields.h"
 
 #include <cmath>
@@ -13,14 +13,12 @@ namespace {
 
 Value offsetValue(const ProteinResult& protein, const char* atom) {
   const ReferencingOffset* offset = offsetOf(protein, atom);
-  if (offset == nullptr) return {};
-  return orNothing(offset->offset);
+  return offset == nullptr ? Value() : orNothing(offset->offset);
 }
 
 Value correctionValue(const ProteinResult& protein, const char* atom) {
   const ReferencingOffset* offset = offsetOf(protein, atom);
-  if (offset == nullptr) return {};
-  return orNothing(offset->correctedBy);
+  return offset == nullptr ? Value() : orNothing(offset->correctedBy);
 }
 
 Value atomsToCorrect(const ProteinResult& protein) {
@@ -32,21 +30,15 @@ Value atomsToCorrect(const ProteinResult& protein) {
   return orNothing(atoms);
 }
 
-/// A value of every site: "A;B".
+/// Joins a value of all sites: "A;B".
 Value joined(const StructureFinding& finding, std::string BondSite::*value) {
   std::string text;
   for (std::size_t i = 0; i < finding.sites.size(); ++i) text += (i > 0 ? ";" : "") + finding.sites[i].*value;
   return orNothing(text);
 }
 
-Value rounded(const std::optional<double>& value, int decimals) {
-  if (!value) return {};
-  return std::strtod(fixedText(*value, decimals).c_str(), nullptr);
-}
-
 Value callAsReferenced(const ProlineResult& proline) {
-  if (!proline.callAsReferenced) return {};
-  return toText(*proline.callAsReferenced);
+  return proline.callAsReferenced ? toText(*proline.callAsReferenced) : Value();
 }
 
 template <BondState state>
@@ -57,18 +49,19 @@ Value modelsIn(const StructureFinding& finding) {
 }  // namespace
 
 Value orNothing(const std::string& text) {
-  if (text.empty()) return {};
-  return text;
+  return text.empty() ? Value() : text;
 }
 
 Value orNothing(float number) {
-  if (!std::isfinite(number)) return {};
-  return number;
+  return std::isfinite(number) ? number : Value();
 }
 
 Value orNothing(double number) {
-  if (!std::isfinite(number)) return {};
-  return number;
+  return std::isfinite(number) ? number : Value();
+}
+
+Value rounded(const std::optional<double>& value, int decimals) {
+  return value ? std::strtod(fixedText(*value, decimals).c_str(), nullptr) : Value();
 }
 
 const std::vector<Field<ProteinResult>>& proteinFields() {
@@ -79,10 +72,8 @@ const std::vector<Field<ProteinResult>>& proteinFields() {
       {"list", In::csvAndJson, [](Chain chain) { return orNothing(chain.list); }},
       {"length", In::json, [](Chain chain) -> Value { return chain.length; }},
       {"shifts", In::json, [](Chain chain) -> Value { return chain.shiftCount; }},
-      {"deuteration", In::jsonIfKnown, [](Chain chain) -> Value {
-         if (chain.deuteration == 0) return {};
-         return chain.deuteration;
-       }}};
+      {"deuteration", In::jsonIfKnown,
+       [](Chain chain) { return chain.deuteration == 0 ? Value() : chain.deuteration; }}};
   return fields;
 }
 
@@ -183,7 +174,7 @@ const std::vector<Field<NextShift>>& nextFields() {
   static const std::vector<Field<NextShift>> fields = {
       {"shift", In::json, [](Next next) -> Value { return shiftKey(next.index); }},
       {"bits", In::json, [](Next next) { return orNothing(next.bits); }},
-      {"decides", In::json, [](Next next) { return next.decides ? orNothing(*next.decides) : Value(); }}};
+      {"decides", In::json, [](Next next) { return orNothing(next.decides); }}};
   return fields;
 }
 

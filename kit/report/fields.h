@@ -1,5 +1,5 @@
-// The one list of fields: CSV columns, JSON members, run.schema.json and doc/run.md follow it. A new field
-// is a line in fields.cpp, an entry in the schema and one in the table of the document.
+// All fields of the results: CSV columns and JSON members. A new field is a line in fields.cpp, an entry in
+// run.schema.json and one in the table of doc/run.md.
 #pragma once
 
 #include <array>
@@ -12,8 +12,8 @@
 
 namespace zorvela {
 
+/// Return nothing for an empty text, for a number that is not finite, and for a missing value.
 Value orNothing(const std::string& text);
-/// JSON has no infinity and no "not a number".
 Value orNothing(float number);
 Value orNothing(double number);
 template <class Number>
@@ -21,8 +21,10 @@ Value orNothing(const std::optional<Number>& number) {
   if (!number) return {};
   return *number;
 }
+/// Returns a number with so many decimals at most.
+Value rounded(const std::optional<double>& value, int decimals);
 
-/// Where a field is written.
+/// The formats that have a field.
 enum class In { csvAndJson, csv, json, jsonIfKnown };
 
 /// A named value of a chain, a proline or a referencing offset.
@@ -36,25 +38,25 @@ struct Field {
   bool isInJson() const { return where != In::csv; }
 };
 
-/// Of a chain; in CSV they come first.
+/// Fields of a chain; in CSV they come first.
 const std::vector<Field<ProteinResult>>& proteinFields();
-/// Of a proline; in CSV they come after those of the chain.
+/// Fields of a proline; in CSV they come after those of the chain.
 const std::vector<Field<ProlineResult>>& prolineFields();
-/// Of a chain as well, after them in CSV: the referencing offsets in a row.
+/// Referencing offsets of the chain, next in CSV.
 const std::vector<Field<ProteinResult>>& offsetColumns();
-/// Of a proline, after them in CSV: its evidence in short, and the file's own flag.
+/// Evidence of a proline in short and the flag of the file, next in CSV.
 const std::vector<Field<ProlineResult>>& evidenceColumns();
-/// Of a proline where there are structures; the sites are in JSON.
+/// Findings of the structures for a proline; JSON has the sites too.
 const std::vector<Field<StructureFinding>>& structureFields();
-/// Of a proline, the very last in CSV: what the shifts say as they are in the file.
+/// Results of a proline without the correction of the shifts, the last in CSV.
 const std::vector<Field<ProlineResult>>& asReferencedColumns();
-/// Of one shift in `evidence`, and of one in `next`, in JSON alone.
+/// Fields of a shift in `evidence` and in `next`, only in JSON.
 const std::vector<Field<ShiftContribution>>& shiftFields();
 const std::vector<Field<NextShift>>& nextFields();
-/// Of one referencing offset, in JSON alone.
+/// Fields of a referencing offset, only in JSON.
 const std::vector<Field<ReferencingOffset>>& offsetFields();
 
-/// The offset of an atom; nullptr where the chain has none.
+/// Returns the offset of an atom; nullptr if the chain has none.
 const ReferencingOffset* offsetOf(const ProteinResult& protein, const std::string& atom);
 
 /// The atoms with a referencing offset, in the order of the reports.

@@ -1,5 +1,5 @@
-// The report as one page of HTML: an index where there are several chains, then for each chain its pictures,
-// its cards and its table, then how to read it.
+// The report as one page of HTML: an index of several chains, then pictures, cards and table of each chain,
+// then how to read it.
 #include <algorithm>
 #include <array>
 #include <map>
@@ -43,7 +43,7 @@ std::vector<NamedChain> chainsOf(const RunReport& report) {
   return chains;
 }
 
-/// What a person must know before the chains.
+/// The calls of all chains, and the chains that were corrected.
 std::string answer(const RunReport& report, const std::vector<NamedChain>& chains) {
   const auto count = [&](Call call) { return std::to_string(countCalls(report, call)); };
   std::string text = "Prolines: " + count(Call::cis) + " cis, " + count(Call::undecided) + " undecided, " +
@@ -58,7 +58,7 @@ std::string answer(const RunReport& report, const std::vector<NamedChain>& chain
   return text;
 }
 
-/// What else a person must know: warnings, and files that failed.
+/// Warnings, and files that failed.
 std::string notices(const RunReport& report, const std::vector<NamedChain>& chains) {
   std::vector<std::string> texts;
   for (const NamedChain& chain : chains)
@@ -111,7 +111,7 @@ std::vector<Cells> transposed(const std::vector<Cells>& rows) {
   return columns;
 }
 
-/// A row for each chain; a row for each proline where the chains are so few that this is easier to read.
+/// Few chains have a column each, more chains a row each.
 std::string sideBySide(const std::vector<NamedChain>& chains) {
   constexpr std::size_t kMostColumns = 4;
   std::vector<Cells> rows = {{"Proline"}};
@@ -133,7 +133,7 @@ std::string sideBySide(const std::vector<NamedChain>& chains) {
                    {rows.begin() + 1, rows.end()});
 }
 
-/// Chains of one sequence beside each other: as deposited and corrected, free and bound, copies of a dimer.
+/// Compares chains of one sequence, such as a free and a bound protein, or the copies of a dimer.
 std::string sequencesTwice(const std::vector<NamedChain>& chains) {
   std::map<std::string, std::vector<NamedChain>> bySequence;
   for (const NamedChain& chain : chains)
@@ -155,7 +155,7 @@ std::string structureNotes(const RunReport& report) {
   return notes.empty() ? "" : "<h2>Notes on the structures</h2>\n" + bulletList(notes);
 }
 
-/// Chains with something to look at stand open. A link to a place within a closed fold opens it.
+/// Chains with a proline to look at are open. A link to a place within a closed fold opens it.
 std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
   const ProteinResult& protein = *chain.protein;
   const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0 ||
@@ -166,7 +166,11 @@ std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
          "</div></details>\n";
 }
 
+/// Explains the symbols of the calls; empty if nothing was predicted.
 std::string key(const RunReport& report) {
+  if (countCalls(report, Call::cis) + countCalls(report, Call::trans) + countCalls(report, Call::undecided) ==
+      0)
+    return "";
   const auto item = [](Call call, const std::string& text) {
     return "<li>" + symbol(call) + " " + escaped(text) + "</li>";
   };
@@ -175,9 +179,9 @@ std::string key(const RunReport& report) {
            "r=\"4.5\"/><use href=\"#" +
            mark + "\"/></svg> " + escaped(text) + "</li>";
   };
-  const std::string marks = !report.structures.empty() ? markItem("va", "the structure agrees") +
-                                                             markItem("vd", "the structure disagrees")
-                                                       : "";
+  const std::string marks = report.structures.empty() ? ""
+                                                      : markItem("va", "the structure agrees") +
+                                                            markItem("vd", "the structure disagrees");
   return "<ul class=\"key\">" + item(Call::cis, "cis: P_CIS_NORM at least " + numberText(kCisFrom)) +
          item(Call::trans, "trans: at most " + numberText(kTransUpTo)) +
          item(Call::undecided, "undecided: between") + item(Call::none, "no prediction") + marks + "</ul>\n";
@@ -185,18 +189,18 @@ std::string key(const RunReport& report) {
 
 // --- How to read this ---------------------------------------------------------------------------
 
-/// What cross-validation finds for the tables that come with the program; doc/accuracy.md has the commands.
+/// The figures of cross-validation for the shipped tables; doc/accuracy.md has the commands.
 struct Accuracy {
-  const char* known;
+  const char* measured;
   const char* sensitivity;
   const char* specificity;
   const char* prolines;
   bool (*fits)(bool hasCB, bool hasCG);
 };
 constexpr std::array<Accuracy, 3> kAccuracy = {
-    {{"CB and CG", "0.868", "0.988", "1257", [](bool cb, bool cg) { return cb && cg; }},
-     {"CB, not CG", "0.364", "0.991", "715", [](bool cb, bool cg) { return cb && !cg; }},
-     {"no CB", "0.032", "1.000", "386", [](bool cb, bool) { return !cb; }}}};
+    {{"CB and CG", "86.8", "98.8", "1257", [](bool cb, bool cg) { return cb && cg; }},
+     {"CB without CG", "36.4", "99.1", "715", [](bool cb, bool cg) { return cb && !cg; }},
+     {"no CB", "3.2", "100.0", "386", [](bool cb, bool) { return !cb; }}}};
 
 std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
   std::size_t count = 0;
@@ -210,11 +214,13 @@ std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
 
 std::string accuracyTable(const RunReport& report) {
   std::vector<Cells> rows;
+  const std::string percent = "\u00a0%";
   for (const Accuracy& accuracy : kAccuracy)
-    rows.push_back({accuracy.known, prolinesThatFit(report, accuracy), accuracy.sensitivity,
-                    accuracy.specificity, std::string(accuracy.prolines) + " prolines"});
-  return htmlTable("How often calls are right",
-                   {"Known of the proline", "Prolines here", "Cis found", "Trans left alone", "Measured on"},
+    rows.push_back({accuracy.measured, prolinesThatFit(report, accuracy), accuracy.sensitivity + percent,
+                    accuracy.specificity + percent, std::string(accuracy.prolines) + " prolines"});
+  return htmlTable("Accuracy of the calls",
+                   {"Shifts measured", "Prolines here", "Cis called cis (sensitivity)",
+                    "Trans called trans (specificity)", "Tested on"},
                    {"", "r", "r", "r", "r"}, rows);
 }
 
@@ -233,43 +239,42 @@ std::string classTable(const ClassStatistics& classes) {
     rows.push_back({residues[static_cast<std::size_t>(residue)], atomName(index), value(classes.cis[i]),
                     value(classes.trans[i])});
   }
+  const std::string title = "Mean shifts of cis and trans prolines";
   return fold(
-      "What cis and trans prolines have",
-      htmlTable("What cis and trans prolines have", {"Residue", "Atom", "Cis (ppm)", "Trans (ppm)"},
-                {"", "", "r", "r"}, rows) +
-          "<p class=\"faint\">Secondary shifts (observed less random coil); of CG the shift itself.</p>");
+      title,
+      htmlTable(title, {"Residue", "Atom", "Cis (ppm)", "Trans (ppm)"}, {"", "", "r", "r"}, rows) +
+          "<p class=\"faint\">Secondary shifts (observed − random coil); for CG, the observed shift.</p>");
 }
 
 std::string howToRead(const RunReport& report) {
   return "<h2 id=\"read\">How to read this</h2>\n"
-         "<p>P_CIS_NORM is the probability that the peptide bond before a proline is cis. Every proline "
-         "starts at 1 in 20. The residue types beside it and each shift then multiply the odds; a bar is the "
-         "natural logarithm of that factor (nats): +1 makes cis 2.7 times as likely, −1 trans. The bars add "
-         "up to the log-odds of P_CIS_NORM; bars end at −15 and at +10. Beside each shift, all in ppm, is "
-         "where "
-         "cis and trans prolines have it on average.</p>\n"
-         "<p>A shift that is missing but could be measured has the information about cis or trans that it is "
-         "expected to give: 1 bit would settle an even question.</p>\n"
-         "<p>How often the call is right depends on what is known of the proline itself (cross-validated on "
-         "proteins with known structures, for the tables that come with zorvela):</p>\n" +
+         "<p>P_CIS_NORM is the probability that the peptide bond before a proline is cis. It starts at 1 in "
+         "20. The types of the neighbouring residues and each shift then multiply the odds. A bar shows the "
+         "natural logarithm of this factor (nats): +1 makes cis 2.7 times as likely, −1 makes trans 2.7 "
+         "times as likely. The bars add up to the log-odds of P_CIS_NORM; they are cut at −15 and +10. The "
+         "columns cis and trans have the mean shifts of cis and trans prolines (ppm).</p>\n"
+         "<p>A missing shift that could be measured has its expected information in bits: 1 bit settles "
+         "a case in which cis and trans are equally likely.</p>\n"
+         "<p>The accuracy of a call depends on the shifts measured for the proline itself. "
+         "Cross-validation on proteins with known structures gives, for the tables that come with "
+         "zorvela:</p>\n" +
          accuracyTable(report) + classTable(report.classes);
 }
 
-std::string whatNow(const RunReport& report) {
+std::string more(const RunReport& report) {
   const std::string program =
       std::string("zorvela-kit ") + version() + ", reference tables " + report.classes.fingerprint;
-  return "<h2>What now</h2>\n<ul class=\"now\">\n"
+  return "<h2>More</h2>\n<ul class=\"now\">\n"
          "<li id=\"formats\">Other formats: <code>zorvela-kit run --format csv</code> or <code>json</code> "
-         "for "
-         "tables and programs, <code>zorvela-kit restrain</code> for structure calculations.</li>\n"
-         "<li id=\"options\">Options: <code>--structure model.pdb</code> puts the calls beside a structure; "
-         "<code>zorvela-kit run --help</code> has all.</li>\n"
+         "for tables and programs, <code>zorvela-kit restrain</code> for structure calculations.</li>\n"
+         "<li id=\"options\">Options: <code>--structure model.pdb</code> compares the calls with a "
+         "structure; <code>zorvela-kit run --help</code> lists all options.</li>\n"
          "<li id=\"cite\">How to cite: " +
          escaped(program) + "; the same program and tables give the same numbers.</li>\n</ul>\n";
 }
 
 const char* const kLinks =
-    "<p class=\"faint\">What now: <a href=\"#read\">how to read this</a>, <a href=\"#formats\">other "
+    "<p class=\"faint\">More: <a href=\"#read\">how to read this</a>, <a href=\"#formats\">other "
     "formats</a>, <a href=\"#options\">options</a>, <a href=\"#cite\">how to cite</a></p>\n";
 
 std::string pageTitle(const std::vector<NamedChain>& chains, const RunReport& report) {
@@ -303,7 +308,7 @@ void writeHtml(const RunReport& report, const ReportStyle&, std::ostream& out) {
     for (const NamedChain& chain : chains) out << folded(chain, report.classes);
   }
   if (const std::string unseen = unseenSentence(report); !unseen.empty()) out << paragraph(unseen);
-  out << structureNotes(report) << howToRead(report) << whatNow(report) << "</main>\n</body>\n</html>\n";
+  out << structureNotes(report) << howToRead(report) << more(report) << "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace zorvela

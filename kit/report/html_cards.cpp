@@ -32,7 +32,7 @@ std::string natsCells(double nats) {
   return natsCells(nats, nats > 0 ? "c" : "t");
 }
 
-/// What missing shifts promise.
+/// The expected information of a missing shift.
 std::string missingCells(const Evidence& evidence, int index) {
   double bits = 0;
   for (const NextShift& next : evidence.next)
@@ -55,7 +55,7 @@ std::string shiftRow(const Evidence& evidence, int index, bool withCorrected) {
   return row + natsCells(shift.nats, shift.nats > 0 ? "c" : "t", shift.clipped ? "‡" : "");
 }
 
-/// The first row of a residue, or the last of the table, which have no shift.
+/// A row without a shift: the first of a residue, or the last of the table.
 std::string headRow(const std::string& name, const std::string& what, bool withCorrected,
                     const std::string& scope = "rowgroup") {
   return "<tr class=\"g\"><th scope=\"" + scope + "\" colspan=\"" + (withCorrected ? "5" : "4") + "\">" +
@@ -80,7 +80,7 @@ std::string contributions(const ProlineResult& proline) {
   group(-1, headRow(proline.previous + proline.previousNumber, "type", withCorrected) +
                 natsCells(evidence.before.nats));
   group(0,
-        headRow("P" + proline.number, "1 in 20 are cis", withCorrected) + natsCells(Evidence::prior(), "p"));
+        headRow("P" + proline.number, "1 in 20 is cis", withCorrected) + natsCells(Evidence::prior(), "p"));
   group(1,
         headRow(proline.next + proline.nextNumber, "type", withCorrected) + natsCells(evidence.after.nats));
   return text + "<tbody>" + headRow("Sum", "", withCorrected, "row") +
@@ -89,7 +89,7 @@ std::string contributions(const ProlineResult& proline) {
 
 // --- Around it ----------------------------------------------------------------------------------
 
-/// "4 of 4": those of N, HA, C, CA, CB, HN that the residue type has.
+/// "3 of 4" of those of N, HA, C, CA, CB, HN that the residue type has.
 std::string assignedText(const ProteinResult& protein, int position) {
   const auto place = static_cast<std::size_t>(position) - 1;
   if (place >= protein.assignments.size()) return "none";
@@ -109,7 +109,7 @@ std::string chanceText(const ProlineResult& proline) {
   if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
   const NextShift& best = proline.evidence->next.front();
   if (best.bits < kWorthMeasuring || *best.decides < kNoChance) return "";
-  return " " + shiftName(proline, best.index) + " alone would decide it with a chance of " +
+  return " With " + shiftName(proline, best.index) + " alone, the chance of a clear call is " +
          fixedText(*best.decides * 100, 0) + "\u00a0%.";
 }
 
@@ -123,7 +123,7 @@ std::string structureText(const StructureFinding& finding) {
   return each.empty() ? text : text + bulletList(each);
 }
 
-/// All of a card below its headline.
+/// The card below its headline.
 std::string cardBody(const ProteinResult& protein, const ProlineResult& proline) {
   std::string text = paragraph("P_CIS_NORM " + probability(proline.pCisNorm) + asReferencedText(proline) +
                                    "; " + tripletText(protein, proline),
@@ -135,7 +135,7 @@ std::string cardBody(const ProteinResult& protein, const ProlineResult& proline)
   text += contributions(proline);
   const std::vector<ShiftContribution>& shifts = proline.evidence->shifts;
   if (std::any_of(shifts.begin(), shifts.end(), [](const ShiftContribution& shift) { return shift.clipped; }))
-    text += paragraph("‡ Beyond the limit of its residue type: the limit is used.", "faint");
+    text += paragraph("‡ Beyond the limit of its residue type; the limit is used.", "faint");
   return text;
 }
 

@@ -1,4 +1,4 @@
-// The prolines of a chain, each with what speaks for cis and what for trans.
+// The prolines of a chain, each with its evidence.
 #pragma once
 
 #include <string>
@@ -7,15 +7,15 @@
 
 namespace zorvela {
 
-/// First a card for each proline that someone should look at, with figures (markup) beside them, then a line
-/// for each trans one, which opens, then those without a prediction.
+/// Returns a card for each proline that someone should look at, with figures (markup) beside them, a line
+/// that opens for each other one, and a list of those without a prediction.
 std::string prolineCards(const ProteinResult& protein, const std::string& figures);
 
-/// " (as referenced 0.031, trans)", with the call where it is another one; empty in a chain whose shifts were
-/// kept.
+/// Returns " (as referenced 0.031, trans)", with the call if it differs; empty if the shifts were not
+/// corrected.
 std::string asReferencedText(const ProlineResult& proline);
 
-/// "K116"; a dash where there is no residue.
+/// Returns "K116", or a dash for no residue.
 std::string residueName(const std::string& name, const std::string& number);
 
 }  // namespace zorvela

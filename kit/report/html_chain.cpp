@@ -35,8 +35,8 @@ std::string cbCgFigure(const ProteinResult& protein, const ClassStatistics& clas
   if (picture.empty()) return "";
   return "<figure><h2>" + escaped(cbCgTitle(protein)) + "</h2>\n" + picture + "<figcaption>" +
          escaped(
-             "Ellipses: one and two deviations of each class. Between the lines CB − CG is unclear. Marks "
-             "on the axis: no CG." +
+             "Ellipses: one and two standard deviations of each class. Between the lines, CB − CG is "
+             "unclear. Marks on the axis: no CG." +
              offAxesText(protein, classes) + markCaption(protein)) +
          "</figcaption></figure>\n";
 }
@@ -83,7 +83,7 @@ std::string table(const ProteinResult& protein, const std::string& name) {
                   "Strongest (nats)", "Next shift (bits)"};
   Cells classes = {"", "", "", "r", "r", "r", "", "", ""};
   if (hasFindings(protein)) {
-    titles.insert(titles.end(), {"Structure", "|omega|", "There", "Verdict"});
+    titles.insert(titles.end(), {"Structure", "|omega|", "Residue", "Verdict"});
     classes.insert(classes.end(), {"", "r", "", ""});
   }
   std::vector<Cells> rows;
@@ -99,7 +99,7 @@ std::string structures(const ProteinResult& protein) {
   if (protein.structureNotes.empty() && protein.matches.empty()) return "";
   std::vector<std::string> chains;
   for (const ChainMatch& match : protein.matches) chains.push_back(toText(match));
-  return "<h2>Against the structure</h2>\n" +
+  return "<h2>Comparison with the structure</h2>\n" +
          (chains.empty() ? "" : paragraph("Compared with " + enumerated(chains, chains.size()) + ".")) +
          (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
 }
@@ -108,7 +108,7 @@ std::string notes(const ProteinResult& protein) {
   const std::vector<std::string> others = otherNotes(protein);  // the correction is in the answer
   if (others.empty()) return "";
   const std::string list = bulletList(others);
-  const std::string title = counted(others.size(), "note", "notes") + " of the import";
+  const std::string title = counted(others.size(), "note", "notes") + " on the input file";
   if (others.size() <= kNotesShown) return "<h2>" + title + "</h2>\n" + list;
   return fold(title, list);
 }
@@ -133,7 +133,7 @@ std::string answer(const ProteinResult& protein) {
   const std::size_t none = countOf(protein, Call::none);
   std::string text;
   if (none == count)
-    text = count == 1 ? "The one proline has no prediction." : "None of the prolines has a prediction.";
+    text = count == 1 ? "The only proline has no prediction." : "None of the prolines has a prediction.";
   else if (cis > 0)
     text = std::to_string(cis) + " of " + counted(count, "proline", "prolines") +
            (cis == 1 ? " is" : " are") + " cis: " + namesOf(protein, Call::cis) + ".";

@@ -1,4 +1,4 @@
-// The part of the page that one chain has.
+// The part of the page about one chain.
 #pragma once
 
 #include <cstddef>
@@ -8,16 +8,17 @@
 
 namespace zorvela {
 
+/// Counts the prolines with this call.
 std::size_t countOf(const ProteinResult& protein, Call call);
 
-/// Whether a structure was asked for the chain.
+/// Tells whether the chain was compared with structures.
 bool hasFindings(const ProteinResult& protein);
 
-/// What a person must know in a few sentences: "1 of 6 prolines is cis: P117. Undecided: P31. 13C is 3 ppm
-/// too high; corrected before predicting."
+/// Returns the result in a few sentences: "1 of 6 prolines is cis: P117. Undecided: P31. 13C is 3 ppm too
+/// high; corrected before predicting."
 std::string answer(const ProteinResult& protein);
 
-/// Pictures, cards, tables and notes. `name` tells the chain from the others of the page.
+/// Returns pictures, cards, tables and notes. `name` tells the chain from the others of the page.
 std::string chainReport(const ProteinResult& protein, const std::string& name,
                         const ClassStatistics& classes);
 

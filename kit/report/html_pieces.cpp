@@ -10,7 +10,7 @@ namespace zorvela {
 
 namespace {
 
-/// A probability below would be printed as 0.000, one as near to 1 as 1.000.
+/// A smaller probability would be printed as 0.000, and one as near to 1 as 1.000.
 constexpr double kSmallest = 0.0005;
 /// Contributions (nats) that would be printed as 0.0 have no bar.
 constexpr double kNothing = 0.05;

@@ -1,4 +1,4 @@
-// The referencing offsets as a table: each with its error, its bound and what follows from it.
+// The referencing offsets as a table, each with its error, its bound and a verdict.
 #include <cmath>
 
 #include "predict/referencing.h"
@@ -27,7 +27,7 @@ std::string figures(const ReferencingOffset& offset) {
   return text;
 }
 
-/// An error too large would hide an offset.
+/// A large error could hide an offset.
 bool isKnown(const ReferencingOffset& offset) {
   return std::isfinite(offset.offset) &&
          2 * static_cast<double>(offset.error) <= correctionBound(offset.atom);

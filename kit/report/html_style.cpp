@@ -1,6 +1,6 @@
-// Class names of marks are short, as they stand in each of thousands of bars: c cis, t trans, u undecided,
-// n none, p what every proline starts with, h missing, va and vd a structure that agrees or disagrees; e end,
-// m middle, s small, b bold.
+// Class names of marks are short, because a page has thousands of bars: c cis, t trans, u undecided, n none,
+// p the start of every proline, h missing, va and vd a structure that agrees or disagrees; e end, m middle,
+// s small, b bold.
 #include "report/html_style.h"
 
 namespace zorvela {
@@ -47,7 +47,7 @@ i.c{background:var(--cis)}i.t{background:var(--trans)}i.p{background:var(--start
 table{border-collapse:collapse;overflow-wrap:normal;font-size:.9rem;font-variant-numeric:tabular-nums}
 .wide{overflow-x:auto}.f{overflow-wrap:anywhere;min-width:9em}
 th,td{text-align:left;padding:3px 12px 3px 0;border-bottom:1px solid var(--grid);vertical-align:top}
-th{font-weight:600}tbody th{font-weight:400}.r{text-align:right;white-space:nowrap}
+th{font-weight:600}tbody th{font-weight:400}.r{text-align:right}td.r{white-space:nowrap}
 .nats{width:100%;font-size:12px;line-height:1.2}
 .nats td{text-align:right}.nats :is(th,td){border:0;padding:1px 5px 1px 0}.nats :is(th,td):last-child{padding:1px 0;width:40%}
 .nats thead th{color:var(--faint);font-weight:400;text-align:right}

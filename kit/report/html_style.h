@@ -1,4 +1,4 @@
-// The looks of a report.
+// The style of a report.
 #pragma once
 
 namespace zorvela {

@@ -31,6 +31,10 @@ struct JsonValue {
   Json operator()(const std::string& text) const { return text; }
 };
 
+Json toJson(const Value& value) {
+  return std::visit(JsonValue(), value);
+}
+
 template <class Item>
 Json toJson(const std::vector<Field<Item>>& fields, const Item& item) {
   Json object = Json::object();
@@ -38,7 +42,7 @@ Json toJson(const std::vector<Field<Item>>& fields, const Item& item) {
     if (!field.isInJson()) continue;
     const Value value = field.valueOf(item);
     const bool isKnown = !std::holds_alternative<std::monostate>(value);
-    if (isKnown || field.where != In::jsonIfKnown) object[field.name] = std::visit(JsonValue(), value);
+    if (isKnown || field.where != In::jsonIfKnown) object[field.name] = toJson(value);
   }
   return object;
 }
@@ -50,16 +54,16 @@ Json toJson(const std::vector<Field<Item>>& fields, const std::vector<Item>& ite
   return array;
 }
 
-Json numberOrNull(double number) {
-  return std::isfinite(number) ? Json(number) : Json(nullptr);
+template <class Item>
+Json orNull(const Item& value) {
+  return toJson(orNothing(value));
 }
 
 Json toJson(const NeighbourContribution& neighbour) {
-  const JsonValue value;
   return {{"name", neighbour.name},
-          {"cis_share", value(neighbour.cis)},
-          {"trans_share", value(neighbour.trans)},
-          {"nats", numberOrNull(neighbour.nats)}};
+          {"cis_share", toJson(neighbour.cis)},
+          {"trans_share", toJson(neighbour.trans)},
+          {"nats", orNull(neighbour.nats)}};
 }
 
 Json toJson(const Evidence& evidence) {
@@ -70,53 +74,46 @@ Json toJson(const Evidence& evidence) {
           {"prev", toJson(evidence.before)},
           {"next", toJson(evidence.after)},
           {"shifts", std::move(shifts)},
-          {"log_odds", numberOrNull(evidence.logOdds())}};
-}
-
-Json textOrNull(const std::string& text) {
-  return text.empty() ? Json(nullptr) : Json(text);
+          {"log_odds", orNull(evidence.logOdds())}};
 }
 
 Json toJson(const std::vector<ModelBond>& bonds) {
-  const auto rounded = [](const std::optional<double>& value, int decimals) {
-    return value ? Json(std::strtod(fixedText(*value, decimals).c_str(), nullptr)) : Json(nullptr);
-  };
   Json array = Json::array();
   for (const ModelBond& bond : bonds)
     array.push_back({{"model", bond.model},
-                     {"conformation", textOrNull(bond.conformation)},
-                     {"omega", rounded(bond.omega, 2)},
-                     {"ca_distance", rounded(bond.caToCa, 3)},
+                     {"conformation", orNull(bond.conformation)},
+                     {"omega", toJson(rounded(bond.omega, 2))},
+                     {"ca_distance", toJson(rounded(bond.caToCa, 3))},
                      {"state", toText(bond.state)}});
   return array;
 }
 
 Json toJson(const BondSite& site) {
   return {{"file", site.file},
-          {"chain", textOrNull(site.chain)},
+          {"chain", orNull(site.chain)},
           {"resid", site.number},
           {"residue", site.residue},
           {"models", site.models},
           {"bonds", toJson(site.bonds)},
           {"alternatives", toJson(site.others)},
-          {"reason", textOrNull(site.reason)}};
+          {"reason", orNull(site.reason)}};
 }
 
 Json toJson(const ChainMatch& match) {
   return {{"file", match.file},
-          {"chain", textOrNull(match.chain)},
+          {"chain", orNull(match.chain)},
           {"aligned", match.aligned},
           {"identical", match.identical},
           {"mismatches", match.mismatches},
           {"missing", match.missing},
-          {"residues", textOrNull(match.residues)}};
+          {"residues", orNull(match.residues)}};
 }
 
 Json toJson(const ProteinStructure& structure) {
   Json chains = Json::array();
   for (const StructureChain& chain : structure.chains)
     chains.push_back(
-        {{"chain", textOrNull(chain.name)}, {"residues", chain.residues.size()}, {"ca_only", chain.isTrace}});
+        {{"chain", orNull(chain.name)}, {"residues", chain.residues.size()}, {"ca_only", chain.isTrace}});
   return {{"file", structure.file},
           {"format", structure.format},
           {"models", structure.modelCount},
@@ -143,8 +140,7 @@ Json toJson(const ProlineResult& proline) {
 }
 
 Json thresholds(bool withStructures) {
-  const JsonValue number;
-  Json object = {{"cis_from", number(kCisFrom)}, {"trans_up_to", number(kTransUpTo)}};
+  Json object = {{"cis_from", toJson(kCisFrom)}, {"trans_up_to", toJson(kTransUpTo)}};
   if (withStructures) {
     object["cis_omega_up_to"] = kCisOmegaUpTo;
     object["trans_omega_from"] = kTransOmegaFrom;
@@ -154,7 +150,7 @@ Json thresholds(bool withStructures) {
 
 // --- The document -------------------------------------------------------------------------------
 
-/// Writes objects and arrays item by item: a whole report at once would take much memory.
+/// Writes objects and arrays item by item, because a whole report in memory would be large.
 class JsonWriter {
  public:
   explicit JsonWriter(std::ostream& stream) : out(stream) {}
@@ -173,11 +169,11 @@ class JsonWriter {
     out << bracket;
     isEmpty = false;
   }
-  /// A file name need not be UTF-8, JSON must be. In ASCII alone nothing in it moves a terminal, and nothing
-  /// is lost: other characters are escaped.
+  /// Writes ASCII, with other characters escaped: no text then controls a terminal. Bytes of a file name that
+  /// are not UTF-8 are replaced.
   void add(const Json& value, const std::string& name = "") {
     startItem(name);
-    // A line feed in a text is escaped: each one that stands there ends a line.
+    // A line feed in a text is escaped, so that each one here ends a line.
     const std::string text = value.dump(kIndent, ' ', true, Json::error_handler_t::replace);
     for (const char c : text)
       if (c == '\n')

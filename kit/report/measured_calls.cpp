@@ -9,7 +9,7 @@ namespace zorvela {
 
 namespace {
 
-/// What is known of a proline.
+/// The shifts by which prolines were counted.
 enum class Known { cbAndCg, cbAlone, noCb, fewShifts };
 
 constexpr int kFewestShifts = 10;
@@ -21,7 +21,7 @@ struct MeasuredCall {
   int cis;
 };
 
-/// As script/measured-calls prints it.
+/// Printed by script/measured-calls.
 constexpr std::array<MeasuredCall, 20> kMeasuredCalls = {{
     {Known::cbAndCg, 0.0F, 1128, 0}, {Known::cbAndCg, 0.01F, 50, 0},    {Known::cbAndCg, 0.05F, 19, 2},
     {Known::cbAndCg, 0.5F, 2, 1},    {Known::cbAndCg, 0.8F, 32, 32},    {Known::cbAlone, 0.0F, 421, 1},
@@ -54,7 +54,7 @@ std::string textOf(Known known) {
   return "with fewer than ten shifts";
 }
 
-/// The highest level that a probability reaches; a bound of a call belongs to the call.
+/// Finds the highest level that a probability reaches; a bound of a call belongs to the call.
 const MeasuredCall& measuredCall(Known known, Call call, float p) {
   const MeasuredCall* found = nullptr;
   for (const MeasuredCall& row : kMeasuredCalls) {
@@ -71,8 +71,12 @@ std::string rangeOf(const MeasuredCall& row, Call call) {
   return row.above > 0 ? " and P_CIS_NORM from 0.01 to 0.05" : " and P_CIS_NORM up to 0.01";
 }
 
-/// "1 of 10 cis prolines without CB is found", where less than half of them are.
-std::string foundText(Known known) {
+std::string shareText(int part, int whole) {
+  return std::to_string(part) + " of " + std::to_string(whole) + " ";
+}
+
+/// "; 1 of 10 cis prolines without CB was called cis", if less than half of them are.
+std::string sensitivityText(Known known) {
   int found = 0;
   int all = 0;
   for (const MeasuredCall& row : kMeasuredCalls) {
@@ -81,8 +85,8 @@ std::string foundText(Known known) {
     if (row.above >= kCisFrom) found += row.cis;
   }
   if (2 * found >= all) return "";
-  return "; of " + std::to_string(all) + " cis prolines " + textOf(known) + " " + std::to_string(found) +
-         (found == 1 ? " is" : " are") + " called cis";
+  return "; " + shareText(found, all) + "cis prolines " + textOf(known) + (found == 1 ? " was" : " were") +
+         " called cis";
 }
 
 }  // namespace
@@ -91,13 +95,13 @@ std::string howOftenRight(const ProlineResult& proline) {
   if (!proline.evidence || !proline.pCisNorm) return "";
   const Known known = knownOf(*proline.evidence);
   const MeasuredCall& row = measuredCall(known, proline.call, *proline.pCisNorm);
-  const std::string found = proline.call == Call::cis ? "" : foundText(known);
+  const std::string sensitivity = proline.call == Call::cis ? "" : sensitivityText(known);
   const std::string group = "prolines " + textOf(known) + rangeOf(row, proline.call);
-  if (row.prolines == 0) return "no labelled " + group + " were there to say how often this is right" + found;
+  if (row.prolines == 0) return "in cross-validation, there were no " + group + sensitivity;
   const bool isTrans = proline.call == Call::trans;
-  return "of " + std::to_string(row.prolines) + (proline.call == Call::undecided ? " undecided " : " ") +
-         group + ", " + std::to_string(isTrans ? row.prolines - row.cis : row.cis) + " were " +
-         (isTrans ? "trans" : "cis") + found;
+  return "in cross-validation, " + shareText(isTrans ? row.prolines - row.cis : row.cis, row.prolines) +
+         (proline.call == Call::undecided ? "undecided " : "") + group +
+         (isTrans ? " were trans" : " were cis") + sensitivity;
 }
 
 }  // namespace zorvela

@@ -1,5 +1,4 @@
-// How often calls are right, by what they rest on: counted in cross-validation with the tables that come with
-// the program.
+// Share of right calls by the shifts behind them, from cross-validation with the shipped tables.
 #pragma once
 
 #include <string>
@@ -8,8 +7,8 @@
 
 namespace zorvela {
 
-/// "of 32 prolines with CB and CG and P_CIS_NORM above 0.8, 32 were cis", and how many cis prolines are found
-/// where that is few. Empty without a prediction.
+/// Returns "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis", and how
+/// many cis prolines are called cis if these are less than half. Empty without a prediction.
 std::string howOftenRight(const ProlineResult& proline);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Where the rows and chains of a report come from, said as shortly as the report allows.
+// The origin of the rows and chains of a report, as short as the report allows.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zorvela {
 
-/// What the chains of a report need to say of where they come from.
+/// The parts of an origin that a report needs.
 struct Origin {
   bool withList = false;  ///< a chain comes with several shift lists
   std::string folder;     ///< of all files, with its slash; empty without one in common or with one file
@@ -15,7 +15,7 @@ struct Origin {
   explicit Origin(const RunReport& report);
 };
 
-/// "b.str, chain A, shift list 2", without the folder that all files share.
+/// Returns "b.str, chain A, shift list 2", without the folder that all files share.
 std::string chainName(const ProteinResult& protein, const Origin& origin);
 
 }  // namespace zorvela

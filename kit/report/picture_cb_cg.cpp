@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 
 #include "protein/proline_shifts.h"
 #include "report/pictures.h"
@@ -19,31 +20,30 @@ constexpr double kRight = 282;
 constexpr double kTop = 10;
 constexpr double kBottom = 240;
 constexpr double kHeight = 276;
-constexpr double kRugTop = kBottom - 12;
-constexpr double kRugMark = kRugTop - 6;  // of a verdict, above its dash
+constexpr double kDashTop = kBottom - 12;   // of a proline without CG
+constexpr double kDashMark = kDashTop - 6;  // of its verdict
 constexpr double kDeviationsShown = 2.4;
 constexpr double kTextHeight = 12;
 constexpr double kFromPoint = 2;  // between a label and its point
 constexpr std::size_t kLongestNumber = 6;
 constexpr double kDegrees = 57.29577951308232;  // in a radian
 constexpr double kLineTextAt = 0.06;            // of the line
+constexpr int kMostSteps = 9;                   // of an axis
 
 /// From whole number to whole number (ppm).
 struct Range {
   double from, to;
 };
 
-/// Mean and deviation of a class.
+/// Mean and deviation of a class (ppm).
 struct Spread {
   double mean, deviation;
 };
 
-/// Where a class lies.
 struct Centre {
   Spread cb, cg;
 };
 
-/// What a picture shows.
 struct Scale {
   Range cb, cg;
 
@@ -70,7 +70,7 @@ Scale scaleOf(const Centre& cis, const Centre& trans) {
   return {range(cis.cb, trans.cb), range(cis.cg, trans.cg)};
 }
 
-/// What all pictures with the same tables share.
+/// The part that all pictures with the same tables share.
 struct Frame {
   Centre cis, trans;
   Scale scale;
@@ -95,22 +95,17 @@ std::string ellipses(const Centre& centre, const Scale& scale, const std::string
   return shapes + "\n";
 }
 
-/// Steps of 1, 2, 5, ... ppm, few enough to be read.
-int stepOf(const Range& range) {
-  int step = 1;
-  for (const int wider : {2, 5, 10, 20, 50, 100, 200, 500, 1000})
-    if ((range.to - range.from) / step > 9) step = wider;
-  return step;
+/// Whole ppm, few enough steps to be read.
+double stepOf(const Range& range) {
+  return std::max(1.0, std::ceil((range.to - range.from) / kMostSteps));
 }
 
 std::string axes(const Scale& scale) {
   std::string text =
       svgLine(kLeft, kBottom, kRight, kBottom, "z") + svgLine(kLeft, kTop, kLeft, kBottom, "z");
-  const int cbStep = stepOf(scale.cb);
-  for (double cb = scale.cb.from; cb <= scale.cb.to; cb += cbStep)
+  for (double cb = scale.cb.from; cb <= scale.cb.to; cb += stepOf(scale.cb))
     text += svgText(scale.x(cb), kBottom + 15, figureText(cb, 0), "class=\"m s\"");
-  const int cgStep = stepOf(scale.cg);
-  for (double cg = scale.cg.from; cg <= scale.cg.to; cg += cgStep)
+  for (double cg = scale.cg.from; cg <= scale.cg.to; cg += stepOf(scale.cg))
     text += svgText(kLeft - 6, scale.y(cg) + 4, figureText(cg, 0), "class=\"e s\"");
   return text + svgText((kLeft + kRight) / 2, kBottom + 33, "CB (ppm)", "class=\"m\"") +
          svgText(
@@ -131,8 +126,7 @@ struct Box {
   }
 };
 
-/// The part of the line of one CB - CG (ppm) that lies in the picture, from the lower left to the upper
-/// right.
+/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right.
 struct DifferenceLine {
   double difference, x, y, width, height;
 
@@ -147,7 +141,6 @@ struct DifferenceLine {
   std::string text() const {
     return (difference == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(difference, 1) + " ppm";
   }
-  /// Where the text starts, along the line.
   double textX() const { return x + kLineTextAt * width; }
   double textY() const { return y - kLineTextAt * height; }
   double angle() const { return std::atan2(height, width); }
@@ -158,7 +151,7 @@ struct DifferenceLine {
   }
 };
 
-/// What lies between the two is unclear.
+/// Between these two lines, CB - CG is unclear.
 std::array<DifferenceLine, 2> differenceLines(const Scale& scale) {
   return {DifferenceLine(kTransCbMinusCgUpTo, scale), DifferenceLine(kCisCbMinusCgFrom, scale)};
 }
@@ -175,22 +168,17 @@ std::string drawn(const DifferenceLine& line) {
 // --- Points and labels --------------------------------------------------------------------------
 
 struct Point {
-  const ProlineResult* proline = nullptr;
-  double x = 0;
-  double y = 0;
-  std::string arrow;  ///< to where it lies, if that is off the axes
+  const ProlineResult* proline;
+  double x, y;
   std::string title;
+  std::string arrow = {};  ///< points to its place, if that is off the axes
   double half = 6;
+  bool hasCg = true;  ///< without, it is a dash on the axis of CB
 
   Box box() const { return {x - half, y - half, 2 * half, 2 * half}; }
 };
 
-/// Prolines with both shifts, and those with CB alone, which are marks on its axis.
-struct Points {
-  std::vector<Point> both, rug;
-};
-
-/// As the ellipses have it: without a referencing offset that was taken away.
+/// Returns a shift as the ellipses have it: without a referencing offset that was subtracted.
 std::optional<double> shiftOf(const ProlineResult& proline, int index) {
   if (!proline.evidence) return std::nullopt;
   const auto& shift = proline.evidence->shift(index).compared();
@@ -209,31 +197,43 @@ std::string arrowTo(double x, double y) {
   return y > kBottom ? "↓" : "";
 }
 
-Points pointsOf(const ProteinResult& protein, const Scale& scale) {
-  Points points;
-  for (const ProlineResult& proline : protein.prolines) {
-    const auto cb = shiftOf(proline, kIndexCB);
-    const auto cg = shiftOf(proline, kIndexCG);
-    if (!cb) continue;
-    const double x = scale.x(*cb);
-    const std::string title = "P" + proline.number + " (CB " + figureText(*cb, 2);
-    if (!cg) {
-      points.rug.push_back({&proline, std::clamp(x, kLeft + 2, kRight - 2),
-                            isMarked(proline) ? kRugMark : kRugTop, arrowTo(x, kTop), title + " ppm)"});
-      continue;
-    }
-    const double y = scale.y(*cg);
-    points.both.push_back(
-        {&proline, std::clamp(x, kLeft + 7, kRight - 7), std::clamp(y, kTop + 7, kBottom - 7), arrowTo(x, y),
-         title + ", CG " + figureText(*cg, 2) + " ppm)", isMarked(proline) ? kVerdictSize + 2 : 6});
-  }
+Point pointOf(const ProlineResult& proline, double cb, const std::optional<double>& cg, const Scale& scale) {
+  const double x = scale.x(cb);
+  const std::string title = "P" + proline.number + " (CB " + figureText(cb, 2);
+  if (!cg)
+    return {&proline,
+            std::clamp(x, kLeft + 2, kRight - 2),
+            isMarked(proline) ? kDashMark : kDashTop,
+            title + " ppm)",
+            arrowTo(x, kTop),
+            6,
+            false};
+  const double y = scale.y(*cg);
+  return {&proline,
+          std::clamp(x, kLeft + 7, kRight - 7),
+          std::clamp(y, kTop + 7, kBottom - 7),
+          title + ", CG " + figureText(*cg, 2) + " ppm)",
+          arrowTo(x, y),
+          isMarked(proline) ? kVerdictSize + 2 : 6};
+}
+
+/// The prolines with CB, those without CG last.
+std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
+  std::vector<Point> points;
+  for (const ProlineResult& proline : protein.prolines)
+    if (const auto cb = shiftOf(proline, kIndexCB))
+      points.push_back(pointOf(proline, *cb, shiftOf(proline, kIndexCG), scale));
+  std::stable_partition(points.begin(), points.end(), [](const Point& point) { return point.hasCg; });
   return points;
 }
 
-/// What is off the axes is an arrow, so that it cannot be taken for a point.
+/// A point off the axes is an arrow, so that nobody reads its shifts from the axes.
 std::string markOf(const Point& point) {
-  if (point.arrow.empty()) return svgSymbol(point.proline->call, point.x, point.y, point.title);
-  return svgText(point.x, point.y + 5, point.arrow, "class=\"m b " + letterOf(point.proline->call) + "\"");
+  const std::string letter = letterOf(point.proline->call);
+  if (!point.arrow.empty()) return svgText(point.x, point.y + 5, point.arrow, "class=\"m b " + letter + "\"");
+  if (point.hasCg) return svgSymbol(point.proline->call, point.x, point.y, point.title);
+  return "<path class=\"r" + letter + "\" d=\"M" + coordinate(point.x) + " " + coordinate(kDashTop) + "V" +
+         coordinate(kBottom) + "\"><title>" + escaped(point.title) + "</title></path>";
 }
 
 std::string labelOf(const Point& point) {
@@ -259,7 +259,7 @@ bool isFree(const Box& box, const std::vector<Box>& taken) {
          std::none_of(taken.begin(), taken.end(), [&](const Box& other) { return box.touches(other); });
 }
 
-/// Labels that touch nothing; those that find no place are left to the table. Prolines whose structure
+/// Labels that touch nothing. One without a place is left out: the table has it. Prolines whose structure
 /// disagrees come first, then cis ones.
 std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   for (const Point& point : points) taken.push_back(point.box());
@@ -284,14 +284,7 @@ std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   return text;
 }
 
-std::string rugMark(const Point& point) {
-  if (!point.arrow.empty()) return markOf(point);
-  return "<path class=\"r" + letterOf(point.proline->call) + "\" d=\"M" + coordinate(point.x) + " " +
-         coordinate(kRugTop) + "V" + coordinate(kBottom) + "\"><title>" + escaped(point.title) +
-         "</title></path>";
-}
-
-/// Where the name of a class stands: outside of its ellipses, on the side away from the other class.
+/// Place of the name of a class: outside its ellipses, on the side away from the other class.
 Box classLabel(const Centre& centre, const Scale& scale, bool isUpper, double width) {
   constexpr double kOutside = 1.5;  // deviations, up and to the side
   const double side = isUpper ? -kOutside : kOutside;
@@ -322,53 +315,45 @@ std::string cbCgDefinitions(const ClassStatistics& classes) {
 }
 
 std::string cbCgTitle(const ProteinResult& protein) {
-  std::vector<std::string> cis, unclear;
-  std::size_t trans = 0;
+  std::map<Call, std::vector<std::string>> names;
   for (const ProlineResult& proline : protein.prolines) {
     const auto cb = shiftOf(proline, kIndexCB);
     const auto cg = shiftOf(proline, kIndexCG);
-    if (!cb || !cg) continue;
-    if (*cb - *cg <= kTransCbMinusCgUpTo)
-      ++trans;
-    else
-      (*cb - *cg >= kCisCbMinusCgFrom ? cis : unclear).push_back("P" + proline.number);
+    if (cb && cg) names[callOfCbMinusCg(*cb - *cg)].push_back("P" + proline.number);
   }
+  if (names.empty()) return "No proline has both CB and CG";
   std::vector<std::string> parts;
-  const auto add = [&parts](const std::vector<std::string>& names, const std::string& what) {
-    if (!names.empty()) parts.push_back(enumerated(names) + (names.size() == 1 ? " is " : " are ") + what);
+  const auto add = [&](Call call, const std::string& what) {
+    const std::vector<std::string>& some = names[call];
+    if (some.empty()) return;
+    parts.push_back((call == Call::trans ? std::to_string(some.size()) : enumerated(some)) +
+                    (some.size() == 1 ? " is " : " are ") + what);
   };
-  add(cis, "cis");
-  add(unclear, "unclear");
-  if (trans > 0) parts.push_back(std::to_string(trans) + (trans == 1 ? " is trans" : " are trans"));
-  if (parts.empty()) return "No proline has both CB and CG";
+  add(Call::cis, "cis");
+  add(Call::undecided, "unclear");
+  add(Call::trans, "trans");
   return "By CB − CG: " + enumerated(parts);
 }
 
 std::string offAxesText(const ProteinResult& protein, const ClassStatistics& classes) {
-  const Points points = pointsOf(protein, Frame(classes).scale);
   std::vector<std::string> names;
-  for (const std::vector<Point>* some : {&points.both, &points.rug})
-    for (const Point& point : *some)
-      if (!point.arrow.empty()) names.push_back(point.title);
+  for (const Point& point : pointsOf(protein, Frame(classes).scale))
+    if (!point.arrow.empty()) names.push_back(point.title);
   return names.empty() ? "" : " Arrows, off the axes: " + enumerated(names) + ".";
 }
 
 std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& classes) {
   const Frame frame(classes);
-  const Points points = pointsOf(protein, frame.scale);
-  std::vector<Point> all = points.both;
-  all.insert(all.end(), points.rug.begin(), points.rug.end());
-  if (all.empty()) return "";
+  const std::vector<Point> points = pointsOf(protein, frame.scale);
+  if (points.empty()) return "";
   std::string marks;
-  for (const Point& point : points.both)
-    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y) + "\n";
-  for (const Point& point : points.rug)
-    marks += rugMark(point) + svgVerdict(verdictOf(*point.proline), point.x, kRugMark, true) + "\n";
+  for (const Point& point : points)
+    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y, !point.hasCg) + "\n";
   std::vector<Box> taken = {cisLabel(frame), transLabel(frame)};
   for (const DifferenceLine& line : differenceLines(frame.scale)) taken.push_back(line.textBox());
   const std::string structure = structureSentence(protein);
   const std::string description = cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
-  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks + labels(all, taken) + "\n" +
+  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks + labels(points, taken) + "\n" +
          kClosePicture;
 }
 

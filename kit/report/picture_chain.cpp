@@ -53,8 +53,8 @@ bool spread(std::vector<Name>& names) {
   return to >= -kBetweenNames;
 }
 
-/// Where there is no place for all, those without a prediction have no name, then trans ones: they stand in
-/// the table.
+/// If there is too little place, prolines without a prediction lose their names, then trans ones. The table
+/// has them.
 std::vector<Name> placed(std::vector<Name> names) {
   for (const Call dropped : {Call::none, Call::trans, Call::undecided}) {
     if (spread(names)) return names;

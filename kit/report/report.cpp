@@ -1,4 +1,4 @@
-// The ways out, of which a new one is a file of its own and a line here, and what a report holds, in numbers.
+// The formats, of which a new one is a file and a line here, and the counts of a report.
 #include "zorvela/report.h"
 #include "report/walk.h"
 #include "zorvela/error.h"
@@ -43,7 +43,7 @@ void writeReport(const std::string& format, const RunReport& report, const Repor
   std::string names;
   for (const ReportFormat& known : reportFormats())
     names += (names.empty() ? "" : ", ") + std::string(known.name);
-  throw Error("there is no report format \"" + format + "\": take one of " + names);
+  throw Error("unknown report format \"" + format + "\"; use one of " + names);
 }
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Text, numbers and shapes as they stand in a page.
+// Text, numbers and shapes of a page.
 #include "report/svg.h"
 
 #include "util/number.h"

@@ -1,5 +1,5 @@
-// Small pieces of pictures and pages. All pictures are as many units wide as the narrowest phone has pixels
-// for them, and are shown no narrower: text of 11 units has at least 11 pixels.
+// Small pieces of pictures and pages. Pictures are as many units wide as the narrowest phone has pixels for
+// them: text of 11 units has at least 11 pixels.
 #pragma once
 
 #include <optional>
@@ -12,48 +12,46 @@ namespace zorvela {
 
 inline constexpr double kPictureWidth = 288;
 
-/// Text that comes from elsewhere, safe between tags and in attributes in double quotes: markup is escaped,
-/// control characters (those that turn the direction of text as well) become "?", and what is not UTF-8
-/// becomes U+FFFD.
+/// Makes text from outside safe between tags and in attributes in double quotes: `shown`, with markup
+/// escaped.
 std::string escaped(const std::string& text);
 
-/// A label of at most so many characters, the last of them "…" where it was cut. Not escaped.
+/// Cuts a label to at most so many characters, with "…" as the last. Not escaped.
 std::string shortened(const std::string& text, std::size_t most);
 
-/// A coordinate, to a tenth of a unit.
+/// Returns a coordinate, to a tenth of a unit.
 std::string coordinate(double value);
 
-/// A number for people: a true minus sign, no "-0.0".
+/// Returns a number for people: with a true minus sign, without "-0.0".
 std::string figureText(double value, int decimals);
-/// The same with a plus sign for numbers above zero.
+/// Returns it with a plus sign if it is above zero.
 std::string signedFigure(double value, int decimals);
 
-/// How wide a label is drawn, at most (units).
+/// Returns the largest width of a label (units).
 double labelWidth(const std::string& label);
 
-/// The start of a picture. `description` takes its place where it cannot be seen.
+/// Returns the start of a picture. A screen reader reads `description`.
 std::string openPicture(double height, const std::string& description);
 inline const std::string kClosePicture = "</svg>\n";
 
-/// Text at a place; `attributes` such as class="e". The text is escaped.
+/// Draws text, which is escaped; `attributes` such as class="e".
 std::string svgText(double x, double y, const std::string& text, const std::string& attributes = "");
 
-/// A horizontal bar or box as a path.
+/// Draws a horizontal bar or box.
 std::string svgBox(double x, double y, double width, double height, const std::string& cssClass);
 
 std::string svgLine(double x1, double y1, double x2, double y2, const std::string& cssClass);
 
-/// Each call has one letter, for colours and symbols: c, t, u, n.
+/// Returns the letter of a call, for colours and symbols: c, t, u or n.
 std::string letterOf(Call call);
 
-/// The symbols of the calls; once in each page, before the first picture.
+/// Returns the symbols of the calls; once in each page, before the first picture.
 std::string symbolDefinitions();
-/// The symbol of a call, centred at a place; `title` shows while a pointer is over it.
+/// Draws the symbol of a call, centred at a place; `title` shows while a pointer is over it.
 std::string svgSymbol(Call call, double x, double y, const std::string& title = "");
 
-/// The mark around a symbol that says how a structure goes with the call: a ring where it agrees, a square
-/// where it disagrees. Other verdicts, and no structure, have none.
-/// A small one stands beside a mark that is narrow.
+/// Draws the mark around a symbol: a ring if the structure agrees, a square if it disagrees. Other verdicts
+/// have none. A small one goes with a narrow symbol.
 std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y, bool isSmall = false);
 /// Half the size of that mark, of either kind (units).
 inline constexpr double kVerdictSize = 9;

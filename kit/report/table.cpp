@@ -57,7 +57,7 @@ bool isAnyCorrected(const RunReport& report) {
   return isAny;
 }
 
-/// What was corrected, before everything else.
+/// The corrections come before everything else.
 void writeCorrections(const RunReport& report, std::ostream& out) {
   forEachProtein(report, [&](const ProteinResult& protein) {
     if (protein.correction.empty()) return;
@@ -68,7 +68,7 @@ void writeCorrections(const RunReport& report, std::ostream& out) {
   if (isAnyCorrected(report)) out << '\n';
 }
 
-/// Where a row comes from. The first cell is left for the mark.
+/// The origin of a row. The first cell is left for the mark.
 TextTable::Cells originTitles(bool withList) {
   if (withList) return {" ", "File", "Chain", "List"};
   return {" ", "File", "Chain"};
@@ -91,13 +91,13 @@ bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
          (asked.empty() || std::find(asked.begin(), asked.end(), proline.number) != asked.end());
 }
 
-// --- What structures say --------------------------------------------------------------------------
+// --- Structures -----------------------------------------------------------------------------------
 
 constexpr std::size_t kMostSites = 4;
 
 TextTable::Cells structureTitles(const RunReport& report) {
   if (report.structures.empty()) return {};
-  return {"Structure", "Models", "|omega|", "There", "Verdict"};
+  return {"Structure", "Models", "|omega|", "Residue", "Verdict"};
 }
 
 std::string geometryText(const StructureFinding& finding) {
@@ -125,7 +125,7 @@ TextTable::Cells structureCells(const RunReport& report, const ProlineResult& pr
   return structureCells(*proline.structure, report.structures.size() > 1, toText(proline.structure->verdict));
 }
 
-/// What was seen of the prolines that do not simply agree.
+/// The findings for all prolines except those that agree.
 void writeSentences(const RunReport& report, std::ostream& out) {
   bool isFirst = true;
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
@@ -147,8 +147,8 @@ void writeVerdicts(const RunReport& report, std::ostream& out) {
                        (verdict == Verdict::disagree ? " (!)" : ""));
   out << counted(report.structures.size(), "structure", "structures") << ": "
       << (counts.empty() ? "nothing to compare" : enumerated(counts)) << '\n'
-      << "cis: |omega| up to " << fixedText(kCisOmegaUpTo, 0) << " degrees; trans: from "
-      << fixedText(kTransOmegaFrom, 0) << "; twisted: between\n";
+      << "cis: |omega| up to " << fixedText(kCisOmegaUpTo, 0) << " degrees; trans: at least "
+      << fixedText(kTransOmegaFrom, 0) << " degrees; twisted: between\n";
 }
 
 // --- The parts of the table -----------------------------------------------------------------------
@@ -190,7 +190,7 @@ std::string offsetText(const ProteinResult& protein, const std::string& atom) {
                                                                                           : "");
 }
 
-/// What the marks in a table of offsets mean, for those that occur.
+/// Explains the marks that occur in the table of offsets.
 std::string legendOf(const RunReport& report) {
   bool isAnyTaken = false;
   bool isAnyKept = false;
@@ -202,10 +202,10 @@ std::string legendOf(const RunReport& report) {
       isAnyUncertain = isAnyUncertain || isUncertain(offset);
     }
   });
-  return std::string(isAnyTaken  ? "; ! taken away before predicting"
+  return std::string(isAnyTaken  ? "; ! subtracted before predicting"
                      : isAnyKept ? "; ! a correction is recommended"
                                  : "") +
-         (isAnyUncertain ? "; ? large, but not certain: kept" : "");
+         (isAnyUncertain ? "; ? large but uncertain, kept" : "");
 }
 
 void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& out) {

@@ -8,14 +8,14 @@
 
 namespace zorvela {
 
-/// Rows of text in columns as wide as their widest cell, two blanks between them. Cells are freed of control
-/// characters.
+/// Rows of text in columns as wide as their widest cell, two blanks between them. Cells are made safe to
+/// show.
 class TextTable {
  public:
   using Cells = std::vector<std::string>;
 
   explicit TextTable(const Cells& titles) { add(titles, false); }
-  /// One more row; those that stand out are bold where there is colour. `below`: whole lines that follow it.
+  /// Adds a row, bold with colour if it is marked. `below`: whole lines that follow it.
   void add(Cells cells, bool standsOut, std::string below = "");
   void write(bool colour, std::ostream& out) const;
 
@@ -32,7 +32,7 @@ class TextTable {
   std::vector<std::size_t> widths;
 };
 
-/// What stands in a cell without a value.
+/// The text of a cell without a value.
 inline const std::string kAbsentCell = "-";
 
 }  // namespace zorvela

@@ -22,7 +22,7 @@ void forEachProline(const RunReport& report, Visit visit) {
   });
 }
 
-/// What the structures say of a proline; nothing where no structure was asked.
+/// Returns the verdict of the structures; nothing if there was no structure.
 inline std::optional<Verdict> verdictOf(const ProlineResult& proline) {
   if (!proline.structure) return std::nullopt;
   return proline.structure->verdict;

@@ -1,4 +1,4 @@
-// What the user should look at: shifts that seem wrong, and flags that differ from the calls.
+// Warnings: shifts that seem wrong, and flags that differ from the calls.
 #include <cmath>
 
 #include "util/number.h"

@@ -1,4 +1,4 @@
-// Which contributions are worth a mention, and how.
+// Chooses the contributions to name, and the words for them.
 #include "report/words.h"
 
 #include <algorithm>
@@ -14,9 +14,9 @@ namespace zorvela {
 
 namespace {
 
-/// Less (nats) is not worth a mention: the odds change by less than two thirds.
+/// A smaller contribution (nats) is not named: it changes the odds by less than two thirds.
 constexpr double kWorthAMention = 0.5;
-/// What speaks for a call is named until this share of it is.
+/// Contributions that support a call are named until they make up this share of them all.
 constexpr double kShareNamed = 0.6;
 constexpr std::size_t kMostNamed = 3;
 constexpr std::size_t kMostOnOneSide = 2;
@@ -30,7 +30,7 @@ struct Reason {
 };
 using Reasons = std::vector<Reason>;
 
-/// All that is not missing, the strongest first.
+/// The contributions of what was measured, the strongest first.
 Reasons reasonsOf(const ProlineResult& proline) {
   const Evidence& evidence = *proline.evidence;
   Reasons reasons = {{"the " + evidence.before.name + " before", "prev", false, evidence.before.nats},
@@ -65,8 +65,8 @@ std::string names(const Reasons& reasons) {
   return listed(items) + (areOwn ? " of the proline" : "");
 }
 
-std::string verb(const Reasons& reasons, const std::string& plural) {
-  return reasons.size() == 1 ? plural + "s" : plural;
+std::string namesWith(const Reasons& reasons, const std::string& verb) {
+  return names(reasons) + " " + verb + (reasons.size() == 1 ? "s" : "");
 }
 
 /// The strongest that are worth a mention, at most so many.
@@ -77,7 +77,7 @@ Reasons strongest(const Reasons& reasons, std::size_t most) {
   return chosen;
 }
 
-/// The strongest, until most of what speaks for the call is named.
+/// The strongest, until most of what supports the call is named.
 Reasons whatCounts(const Reasons& supporting) {
   Reasons named;
   for (const Reason& reason : strongest(supporting, kMostNamed))
@@ -85,17 +85,17 @@ Reasons whatCounts(const Reasons& supporting) {
   return named;
 }
 
-std::string whatSpeaksFor(const Reasons& named, double logOdds, Call call) {
+/// Contributions without which the call would be another one decide; others support it.
+std::string supportText(const Reasons& named, double logOdds, Call call) {
   const double without = logOdds - (call == Call::cis ? total(named) : -total(named));
   const auto chance = static_cast<float>(1 / (1 + std::exp(-without)));
-  if (callOf(chance) != call) return names(named) + " " + verb(named, "decide");
-  return names(named) + " " + verb(named, "speak") + " for it";
+  return callOf(chance) != call ? namesWith(named, "decide") : namesWith(named, "support") + " it";
 }
 
-std::string whatSpeaksAgainst(const Reasons& opposing) {
+std::string oppositionText(const Reasons& opposing) {
   const Reasons named = strongest(opposing, kMostOnOneSide);
-  if (!named.empty()) return names(named) + " " + verb(named, "speak") + " against it";
-  return total(opposing) < kWorthAMention ? "nothing speaks against it" : "little speaks against it";
+  if (!named.empty()) return namesWith(named, "contradict") + " it";
+  return total(opposing) < kWorthAMention ? "nothing contradicts it" : "little contradicts it";
 }
 
 std::string bitsText(double bits) {
@@ -109,17 +109,16 @@ std::string worthMeasuring(const ProlineResult& proline) {
          " bits";
 }
 
-/// CB - CG where it is clear and says something else than the call. A referencing offset does not move it.
+/// CB - CG if it is clear and differs from the call. A referencing offset does not change it.
 std::string contradiction(const ProlineResult& proline) {
   const auto& cb = proline.evidence->shift(kIndexCB).observed;
   const auto& cg = proline.evidence->shift(kIndexCG).observed;
   if (!cb || !cg) return "";
   const double difference = static_cast<double>(*cb) - static_cast<double>(*cg);
-  if (difference > kTransCbMinusCgUpTo && difference < kCisCbMinusCgFrom) return "";
-  const Call said = difference >= kCisCbMinusCgFrom ? Call::cis : Call::trans;
-  if (said == proline.call) return "";
+  const Call call = callOfCbMinusCg(difference);
+  if (call == Call::undecided || call == proline.call) return "";
   return (proline.call == Call::undecided ? "; CB - CG of " : "; but CB - CG of ") +
-         fixedText(difference, 1) + " ppm says " + toText(said);
+         fixedText(difference, 1) + " ppm indicates " + toText(call);
 }
 
 std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
@@ -127,13 +126,13 @@ std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
   const Reasons against = strongest(onSide(reasons, -1), kMostOnOneSide);
   std::string text = "undecided: ";
   if (forCis.empty() && against.empty())
-    text += "nothing that is known says much";
+    text += "no contribution is large";
   else if (against.empty())
-    text += names(forCis) + " " + verb(forCis, "speak") + " for cis, but not clearly enough";
+    text += namesWith(forCis, "favour") + " cis, but not enough";
   else if (forCis.empty())
-    text += "only little speaks for cis, " + names(against) + " for trans";
+    text += "little favours cis, " + namesWith(against, "favour") + " trans";
   else
-    text += names(forCis) + " " + verb(forCis, "speak") + " for cis, " + names(against) + " for trans";
+    text += namesWith(forCis, "favour") + " cis, " + namesWith(against, "favour") + " trans";
   return text + contradiction(proline) + worthMeasuring(proline);
 }
 
@@ -144,8 +143,9 @@ std::string unseenSentence(const RunReport& report) {
   forEachProtein(report,
                  [&](const ProteinResult& protein) { unseen += static_cast<std::size_t>(protein.unseen); });
   if (unseen == 0) return {};
-  return "Prolines in gaps cannot be seen: " + counted(unseen, "residue has", "residues have") +
-         " no name, as the shifts come without a sequence. Give it with --sequence FILE.";
+  return "Prolines in gaps cannot be seen: the shifts come without a sequence, and " +
+         counted(unseen, "residue has", "residues have") +
+         " no name. Give the sequence with --sequence FILE.";
 }
 
 std::string listed(const std::vector<std::string>& items) {
@@ -212,11 +212,11 @@ std::string sentenceOf(const ProlineResult& proline) {
   const Reasons named = whatCounts(onSide(reasons, side));
   if (named.empty())
     return toText(proline.call) +
-           (proline.call == Call::cis ? ": by many small contributions together"
-                                      : ": no shift speaks clearly for either, and 19 in 20 are trans") +
+           (proline.call == Call::cis ? ": many small contributions add up"
+                                      : ": no shift clearly favours either, and 19 in 20 are trans") +
            contradiction(proline);
-  return toText(proline.call) + ": " + whatSpeaksFor(named, proline.evidence->logOdds(), proline.call) +
-         "; " + whatSpeaksAgainst(onSide(reasons, -side)) + contradiction(proline);
+  return toText(proline.call) + ": " + supportText(named, proline.evidence->logOdds(), proline.call) + "; " +
+         oppositionText(onSide(reasons, -side)) + contradiction(proline);
 }
 
 std::string whatDecides(const ProlineResult& proline) {
@@ -226,12 +226,12 @@ std::string whatDecides(const ProlineResult& proline) {
 
 std::string nextStep(const ProlineResult& proline) {
   if (proline.reason == reason::kTooFewShifts)
-    return "it takes three of N, HA, C, CA, CB, HN for two of " +
+    return "a prediction needs three of N, HA, C, CA, CB, HN for two of " +
            listed({proline.previous + proline.previousNumber, "P" + proline.number,
                    proline.next + proline.nextNumber});
   if (proline.call != Call::undecided) return "";
   const std::string before = proline.previous + proline.previousNumber;
-  return "an NOE from HA of " + before + " to HA of P" + proline.number + " says cis, to HD trans";
+  return "an NOE from HA of " + before + " to HA of P" + proline.number + " means cis, to HD means trans";
 }
 
 std::vector<std::string> otherNotes(const ProteinResult& protein) {
@@ -246,7 +246,7 @@ std::string precisionNote(const ProlineResult& proline) {
   if (!std::isfinite(logOdds)) return "";
   const std::string sum = "the contributions add up to " + signedText(logOdds) + " nats, " +
                           (logOdds > 0 ? "for cis" : "for trans");
-  if (!proline.pCisNorm) return "single precision has no number for factors so small; " + sum;
+  if (!proline.pCisNorm) return "the factors are too small for single precision; " + sum;
   if (*proline.pCisNorm <= 0 || *proline.pCisNorm >= 1)
     return "P_CIS_NORM is rounded to " + numberText(*proline.pCisNorm) + "; " + sum;
   return "";

@@ -1,4 +1,4 @@
-// A proline's evidence in words: the same sentence on the terminal and on paper.
+// The evidence of a proline in words, the same in every report.
 #pragma once
 
 #include <optional>
@@ -10,61 +10,62 @@
 
 namespace zorvela {
 
-/// "CB" for the proline's own, "CA of K116" for a neighbour's; residue numbers are the file's own.
+/// Returns "CB" for the proline's own shift, "CA of K116" for a neighbour's, with the file's residue numbers.
 std::string shiftName(const ProlineResult& proline, int index);
 
-/// Short, for a table: "CB", "prev_CA", "next_HN".
+/// Returns a short name, for a table: "CB", "prev_CA", "next_HN".
 std::string shiftKey(int index);
 
-/// Decimals that mean something in a shift (ppm): two for protons, one for carbon and nitrogen.
+/// Returns the significant decimals of a shift (ppm): two for protons, one for carbon and nitrogen.
 int decimalsOf(const std::string& atom);
 
-/// The shifts of the triplet in the order of reports: CG of the proline stands beside its CB.
+/// Returns the shifts of the triplet in the order of reports: CG of the proline comes after its CB.
 std::vector<int> shiftOrder();
 
-/// One shift as text (ppm); empty where it is missing or unknown.
+/// One shift as text (ppm); empty if it is missing or unknown.
 struct ShiftTexts {
   std::string observed;   ///< as in the file
-  std::string corrected;  ///< without the referencing offset and the isotope shift, if one was taken away
-  std::string cis;        ///< where cis prolines have it on average, with this reference
+  std::string corrected;  ///< without the referencing offset and isotope shift, if one was subtracted
+  std::string cis;        ///< mean of cis prolines, with this reference
   std::string trans;
 };
 ShiftTexts shiftTexts(const ShiftContribution& shift, int index);
 
-/// Whether a referencing offset was taken away from a shift of the triplet.
+/// Tells whether a referencing offset was subtracted from a shift of the triplet.
 bool hasCorrected(const Evidence& evidence);
 
-/// The call in one sentence: "cis: CB and CG of the proline decide; nothing speaks against it". Where there
-/// is no prediction, the reason.
+/// Returns the call in one sentence: "cis: CB and CG of the proline decide; nothing contradicts it". Without
+/// a prediction, the reason.
 std::string sentenceOf(const ProlineResult& proline);
 
-/// The sentence after the call: "CB and CG of the proline decide; nothing speaks against it".
+/// Returns the sentence after the call: "CB and CG of the proline decide; nothing contradicts it".
 std::string whatDecides(const ProlineResult& proline);
 
-/// What would settle it: for an undecided proline the NOEs, for one with too few shifts how many there must
-/// be. Empty for others.
+/// Returns the measurement that would settle the call: NOEs for an undecided proline, shifts for one that has
+/// too few. Empty for others.
 std::string nextStep(const ProlineResult& proline);
 
-/// A shift that promises less (bits) is not worth an experiment.
+/// A shift with less expected information (bits) is not worth an experiment.
 inline constexpr double kWorthMeasuring = 0.02;
 
-/// The notes of a chain without that on its correction, which reports have in a place of its own.
+/// Returns the notes of a chain without the one on its correction, which reports show elsewhere.
 std::vector<std::string> otherNotes(const ProteinResult& protein);
 
-/// What single precision hides: a P_CIS_NORM of 0, 1 or no number whose evidence is finite. Empty elsewhere.
+/// Returns the sum of the contributions if P_CIS_NORM is 0, 1 or not a number in single precision. Otherwise
+/// empty.
 std::string precisionNote(const ProlineResult& proline);
 
-/// The three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
+/// Returns the three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
 std::string strongestOf(const ProlineResult& proline);
 
-/// The shift most worth measuring with its bits: "CG:0.31". Empty where none is worth it.
+/// Returns the shift most worth measuring with its bits: "CG:0.31". Empty if none is worth it.
 std::string nextShiftOf(const ProlineResult& proline);
 
-/// Says that prolines in the gaps of sequences cannot be seen, and what to do. Empty where every file gives
-/// its sequence, or has no gap.
+/// Returns a warning that prolines in the gaps of sequences cannot be seen. Empty if every file gives its
+/// sequence, or has no gap.
 std::string unseenSentence(const RunReport& report);
 
-/// "a", "a and b", "a, b and c".
+/// Returns "a", "a and b" or "a, b and c".
 std::string listed(const std::vector<std::string>& items);
 
 }  // namespace zorvela

@@ -188,10 +188,9 @@ Verdict verdictOf(Call shifts, StructureCall structure) {
 std::string carbonText(const Protein& protein, const ProlineResult& proline) {
   const auto difference = cbMinusCg(protein, proline.position);
   if (!difference) return ", CB - CG not known";
-  std::string text = ", CB - CG " + fixedText(*difference, 1) + " ppm";
-  if (*difference >= kCisCbMinusCgFrom) return text + " as in cis";
-  if (*difference <= kTransCbMinusCgUpTo) return text + " as in trans";
-  return text + ", between cis and trans";
+  const Call call = callOfCbMinusCg(*difference);
+  return ", CB - CG " + fixedText(*difference, 1) + " ppm" +
+         (call == Call::undecided ? ", between cis and trans" : " as in " + toText(call));
 }
 
 /// Returns the chain and number of a site: "A 117".

@@ -110,7 +110,7 @@ Coordinates BackboneBuilder::finished() {
   if (!repeated.empty())
     coordinates.notes.push_back("atoms that are given twice, the first one is used: " + enumerated(repeated));
   if (!unusable.empty())
-    coordinates.notes.push_back("coordinates that are no numbers, atoms not used: " + enumerated(unusable));
+    coordinates.notes.push_back("coordinates that are not numbers; atoms ignored: " + enumerated(unusable));
   return coordinates;
 }
 

@@ -72,9 +72,9 @@ const char* labelOf(const ProlineVotes& votes) {
   return votes.trans > votes.cis ? "trans" : "";
 }
 
-const char* shiftLabel(double difference) {
-  if (difference >= kCisCbMinusCgFrom) return "cis";
-  return difference <= kTransCbMinusCgUpTo ? "trans" : "unclear";
+std::string shiftLabel(double difference) {
+  const Call call = callOfCbMinusCg(difference);
+  return call == Call::undecided ? "unclear" : toText(call);
 }
 
 }  // namespace

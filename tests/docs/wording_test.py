@@ -41,13 +41,20 @@ CHECKED = [
     "src/**/*.h",
     "src/*.cpp",
     "kit/cli/*",
+    "kit/formats/*.*",
+    "kit/formats/*/*",
     "kit/names/*",
     "kit/predict/*",
     "kit/protein/*",
+    "kit/report/*.cpp",
+    "kit/report/*.h",
     "kit/restrain/*",
     "kit/run/*",
     "kit/structure/*",
     "kit/tests/cli/*.*",
+    "kit/tests/formats/*.*",
+    "kit/tests/formats/*/*",
+    "kit/tests/names/*",
     "kit/tests/predict/*.*",
     "kit/tests/protein/*.*",
     "kit/tests/restrain/*.*",
@@ -62,7 +69,7 @@ CHECKED = [
     "tests/docs/[!w]*",
     "tests/program/*.py",
     "tests/support/*.*",
-    "tests/support/*/[!h]*.py",
+    "tests/support/*/*.py",
     "tests/unit/*",
     "web/*.*",
     "web/module/*",
@@ -77,9 +84,9 @@ EXCEPTIONS = {
 }
 
 
-# The comments of a source, the labels of a picture; a file of another kind is a page, whose code does not count.
+# The comments and messages of a source, the labels of a picture; a file of another kind is a page, whose code does not count.
 COMMENTS = {
-    (".h", ".cpp"): r"//[/<]*(.*)",
+    (".h", ".cpp"): r'//[/<]*(.*)|"((?:[^"\\\n]|\\.)*)"',
     (".js", ".mjs", ".ts", ".in", ".css"): r"(?:^|\s)(?://|/?\*+(?!/))(.*)",
     (".py", ".pyi", ".cmake", ".txt", ""): r'(?:^|\s)#(.*)|"""([^"]+)"""',
     (".svg", ".html"): r">([^<]+)<(?!/style)",
@@ -87,7 +94,7 @@ COMMENTS = {
 
 
 def prose(name, text):
-    """Returns the text without code: the comments of a source, the labels of a picture, a page without its code."""
+    """Returns a text without code: comments and messages of a source, labels of a picture, a page without its code."""
     patterns = [pattern for suffixes, pattern in COMMENTS.items() if pathlib.PurePath(name).suffix in suffixes]
     for pattern in patterns:
         text = "\n".join(group for found in re.finditer(pattern, text, re.MULTILINE) for group in found.groups() if group)
@@ -135,7 +142,8 @@ class Wording(unittest.TestCase):
     def test_code_is_not_read(self):
         self.assertEqual(faults("page.md", "There is no prediction. See `room`.\n\n```console\nis no shift file\n```\n"), [])
         self.assertEqual(faults("page.svg", "<style>.room {}</style><text>kit/run</text>"), [])
-        self.assertEqual(faults("file.h", 'throw Error("is no number");\n'), [])
+        self.assertEqual(faults("file.cpp", 'room.stand = "\\"";\n'), [])
+        self.assertEqual(len(faults("file.cpp", 'throw Error("is "\n      "no number");\n')), 1)
         for name, comment in (("a.py", 'fail("is no number")  # It stands here.\n'), ("script", "# It stands here.\n"),
                               ("a.py", '"""It stands here."""\n'), ("a.js", '/** It stands here. */\n"is no number"\n'),
                               ("a.html", '<p class="room">It stands here.</p>\n')):

@@ -122,10 +122,9 @@ class Lines(BadInput):
 
     def test_bare_lines_in_reference_tables(self):
         self.write("in.tab", self.text)
-        for _, count in self.each_table("REMARK \nREMARK\n"):
-            self.expect_abort("".join(progress().splitlines(True)[:count]), "-in", "in.tab")
-        for _, count in self.each_table("DATA \nDATA\n"):
-            self.expect_abort("".join(progress().splitlines(True)[:count]), "-in", "in.tab")
+        for text in ("REMARK \nREMARK\n", "DATA \nDATA\n"):
+            for _, count in self.each_table(text):
+                self.expect_abort("".join(progress().splitlines(True)[:count]), "-in", "in.tab")
 
 
 class Cells(BadInput):

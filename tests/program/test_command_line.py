@@ -3,7 +3,7 @@
 import os
 
 from reference import OPTION_NAMES, TIME_LINE, USAGE
-from support import (LISTING_HEAD, NAN, TABLE_HEAD, ProgramTest, coil_shifts, finished, progress, protein,
+from support import (LISTING_HEAD, NAN, TABLE_HEAD, TABLE_NAMES, ProgramTest, coil_shifts, finished, progress, protein,
                      statistics_table, table)
 
 SEQUENCE = "APGAPGAPG"
@@ -250,26 +250,17 @@ class TableOptions(CommandLine):
 
 
 class EarlyEnds(CommandLine):
-    def test_a_missing_table(self):
-        for count, name in ((1, "randcoil"), (2, "rcadj"), (3, "rcprev"), (4, "rcnext"), (5, "sslimit"), (5, "Pro.cs"),
-                            (5, "Pro.seq")):
+    def test_a_missing_file_or_a_bad_format(self):
+        bad = "VARS RESNAME CA\nFORMAT %s %8.3e  \nA 1.0\n"
+        for count, name in enumerate(("in.tab", *("./tab/" + table for table in TABLE_NAMES))):
+            lines = "".join(progress().splitlines(keepends=True)[:count])
+            kept = self.read(name)
+            os.remove(self.path(name))
             with self.subTest(name):
-                kept = self.read("tab/%s.tab" % name)
-                os.remove(self.path("tab/%s.tab" % name))
-                self.expect_unreadable("./tab/%s.tab" % name, "-in", "in.tab", count=count)
-                self.write("tab/%s.tab" % name, kept)
-
-    def test_a_bad_format_in_each_table(self):
-        text = "VARS RESNAME CA\nFORMAT %s %8.3e  \nA 1.0\n"
-        cases = [("in.tab", 0), ("tab/randcoil.tab", 1), ("tab/rcadj.tab", 2), ("tab/rcprev.tab", 3),
-                 ("tab/rcnext.tab", 4), ("tab/sslimit.tab", 5), ("tab/Pro.cs.tab", 5), ("tab/Pro.seq.tab", 5)]
-        for name, count in cases:
-            with self.subTest(name):
-                kept = self.read(name)
-                self.write(name, text)
-                self.expect(["-in", "in.tab"], "".join(progress().splitlines(keepends=True)[:count]),
-                            "\tBad format syntax '%8.3e  '\n")
-                self.write(name, kept)
+                self.expect(["-in", "in.tab"], lines, "\tCan't open file " + name + " for reading\n")
+                self.write(name, bad)
+                self.expect(["-in", "in.tab"], lines, "\tBad format syntax '%8.3e  '\n")
+            self.write(name, kept)
 
     def test_the_check_report_ends_the_run_with_status_255_and_no_time(self):
         self.write("in.tab", protein("APGA", coil_shifts("APGA")))

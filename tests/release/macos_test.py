@@ -2,9 +2,11 @@
 
 ZORVELA_FOLDER names the folder, ZORVELA_PROCESSOR the processor that it is for.
 """
+import hashlib
 import os
 import pathlib
 import re
+import struct
 import subprocess
 import unittest
 
@@ -25,11 +27,24 @@ class Programs(unittest.TestCase):
                 self.assertRegex(headers, rf"(?m)^ *MH_MAGIC_64 +{CPU} .* EXECUTE ")
                 self.assertIn(" PIE", headers)
                 self.assertIn("cmd LC_MAIN", headers)
-                # Apple's processors run signed code alone; a signature without a name will do.
-                self.assertIn("cmd LC_CODE_SIGNATURE" if CPU == "ARM64" else "", headers)
                 oldest = re.search(r"cmd LC_BUILD_VERSION.*?platform (\S+).*?minos (\S+)", headers, re.DOTALL)
                 self.assertEqual(oldest.groups(), ("macos", "11.0"))
                 self.assertTrue(os.access(FOLDER / name, os.X_OK))
+
+    @unittest.skipUnless(CPU == "ARM64", "for Apple's processors alone")
+    def test_signature(self):
+        """Apple's processors run a program only if the signature has the checksum of each of its pages."""
+        for name in ("zorvela", "zorvela-kit"):
+            content = (FOLDER / name).read_bytes()
+            headers = dump("--private-headers", FOLDER / name)
+            start = int(re.search(r"cmd LC_CODE_SIGNATURE.*?dataoff (\d+)", headers, re.DOTALL)[1])
+            directory = start + struct.unpack_from(">I", content, start + 16)[0]
+            self.assertEqual(content[directory:directory + 4], b"\xfa\xde\x0c\x02", name)
+            sums, pages = (struct.unpack_from(">I", content, directory + at)[0] for at in (16, 28))
+            size = 1 << content[directory + 39]
+            signed = content[directory + sums:directory + sums + 32 * pages]
+            made = [hashlib.sha256(content[at:min(at + size, start)]).digest() for at in range(0, start, size)]
+            self.assertEqual(signed, b"".join(made), name)
 
     def test_no_library_but_the_system_s(self):
         for name in ("zorvela", "zorvela-kit"):

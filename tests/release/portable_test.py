@@ -134,7 +134,7 @@ class AnyPlace(folder.InFolder):
         comma = program.environment(**program.decimal_commas(self.folder))
         self.assertEqual(self.csv("nuclease.tab", env=comma), self.expected)
 
-    @unittest.skipUnless(WINDOWS, "names of Windows alone")
+    @unittest.skipUnless(WINDOWS, "for Windows alone")
     def test_names_as_windows_has_them(self):
         self.place.joinpath("inner").mkdir()
         shutil.copy(self.path("nuclease.tab"), self.path("inner"))

@@ -27,7 +27,7 @@ std::string sectionOf(const std::string& text, int first, int last) {
 TEST(TableText, IsDigitHoldsForZeroToNineOnly) {
   for (const char c : std::string("0123456789")) EXPECT_TRUE(GDB::isDigit(c)) << c;
   for (const char c : std::string("/:aA -.\0", 8)) EXPECT_FALSE(GDB::isDigit(c)) << c;
-  EXPECT_FALSE(GDB::isDigit('\xB2')) << "a superscript two is no digit";
+  EXPECT_FALSE(GDB::isDigit('\xB2')) << "a superscript two is not a digit";
 }
 
 TEST(TableText, IsSpaceHoldsForCodes9To13And32Only) {

@@ -172,7 +172,7 @@ async function showResult({ id, html, summary }) {
   fillList(byId("errors"), summary.errors);
   fillList(byId("warnings"), summary.warnings);
   fillList(byId("notes").querySelector("ul"), summary.notes);
-  byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " on reading";
+  byId("notes").querySelector("summary").textContent = counted(summary.notes.length, "note", "notes") + " about the files";
   byId("notes").hidden = summary.notes.length === 0;
   if (summary.needsSequence) byId("sequence-choice").open = true;
   offerFiles(summary);
@@ -256,7 +256,7 @@ worker.onmessage = ({ data }) => {
   else if (data.type === "waiting") waitForShifts(data);
   else sayFailure(`The calculation failed: ${data.message}. Reload the page.`);
 };
-worker.onerror = () => sayFailure("The calculation cannot be started in this browser; a newer one can.");
+worker.onerror = () => sayFailure("This browser cannot run the calculation: use a newer one.");
 
 for (const id of ["chain", "list", "as-referenced", "deuteration"]) byId(id).addEventListener("change", () => predict({ type: "predict" }));
 byId("use-sequence").addEventListener("click", () => predict({ type: "predict" }));

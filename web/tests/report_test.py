@@ -16,17 +16,6 @@ PROLINES = 42
 CALLED_CIS = (5, 20, 41)  # of them
 
 
-def shifted(table, ppm):
-    """The table with CA and CB moved: its referencing is wrong."""
-    lines = []
-    for line in table.splitlines(keepends=True):
-        cells = line.split()
-        if len(cells) == 4 and cells[2] in ("CA", "CB"):
-            line = "%4s %s %4s %8.3f\n" % (*cells[:3], float(cells[3]) + ppm)
-        lines.append(line)
-    return "".join(lines)
-
-
 def many_prolines():
     changes = {}
     for n in range(1, PROLINES + 1):
@@ -60,7 +49,7 @@ class Case(unittest.TestCase):
     def samples(self):
         """Kinds of reports, each with its arguments."""
         ubiquitin = (EXAMPLES / "ubiquitin.tab").read_text(encoding="utf-8")
-        offset = self.put("offset.tab", shifted(ubiquitin, 3))
+        offset = self.put("offset.tab", web.shifted(ubiquitin, 3))
         none = self.put("none.tab", program.full_table("AKAKAKA"))
         return {"one": [EXAMPLES / "nuclease.str"], "chains": [DIMER], "none": [none], "offset": [offset],
                 "as referenced": ["--as-referenced", offset],
@@ -142,7 +131,7 @@ class Paper(Case):
         for page, of_page in zip(pages, found):
             self.assertEqual(len(re.findall(r"\bSum\b", page)), len(of_page), page)
             self.assertNotRegex(page.rstrip().splitlines()[-1], r"(\.tab|All prolines|Trans prolines|How to read this)$")
-        self.assertEqual(len(re.findall(r"% trans .*(?:speaks? |decides?;|19 in 20)", text)), lines)
+        self.assertEqual(len(re.findall(r"% trans .*(?:supports? |decides?;|19 in 20)", text)), lines)
         self.assertIn("How to cite", text)
         return text
 

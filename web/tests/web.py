@@ -26,6 +26,17 @@ def formats():
     return re.search(r"--format FORMAT [^[]*\[values: ([^]]*)\]", " ".join(text.split()))[1].split(", ")
 
 
+def shifted(table, ppm):
+    """A shift table with wrong referencing: CA and CB are moved."""
+    lines = []
+    for line in table.splitlines(keepends=True):
+        cells = line.split()
+        if len(cells) == 4 and cells[2] in ("CA", "CB"):
+            line = "%4s %s %4s %8.3f\n" % (*cells[:3], float(cells[3]) + ppm)
+        lines.append(line)
+    return "".join(lines)
+
+
 def nef_of_two_cis_prolines():
     """NEF whose prolines have the shifts of cis; the file calls the first of them trans and says nothing of the second."""
     names = {"A": "ALA", "K": "LYS", "P": "PRO"}

@@ -1,7 +1,7 @@
-// What the lines of a STAR loop say of its rows.
+// Finds the rows of a STAR loop by its lines.
 //
-// A row may stand on one line, share it with others or be wrapped over several. A stretch of lines that holds
-// any other number of values lacks some or has some left over.
+// A row may have one line, share it with others or be wrapped over several. Lines with any other number of
+// values lack some or have some left over.
 #pragma once
 
 #include <cstddef>
@@ -30,7 +30,7 @@ struct LoopLines {
   }
 };
 
-/// Lines whose values are no whole rows.
+/// Lines whose values do not make whole rows.
 struct BadLines {
   LoopLine first;
   LoopLine last;
@@ -38,13 +38,13 @@ struct BadLines {
   std::uint32_t endValue = 0;    ///< after those of the last
 };
 
-/// The lines of a loop, told apart.
+/// The lines of a loop with whole rows, and the others.
 struct LoopLayout {
   std::size_t wholeLines = 0;  ///< with the values of one or more rows
   std::vector<BadLines> bad;
 };
 
-/// Tells them apart; `columns` is above 0.
+/// Separates them; `columns` is above 0.
 LoopLayout loopLayout(const LoopLines& lines, std::size_t columns);
 
 /// A line of a loop that does not hold whole rows.
@@ -53,8 +53,8 @@ struct OddLine {
   std::size_t values = 0;  ///< that begin on it
 };
 
-/// The first line of a loop with a value missing or left over, if most of its lines hold whole rows. Nothing
-/// where the lines say nothing of the rows.
+/// Returns the first line of a loop with a value missing or left over, if most of its lines hold whole rows.
+/// Nothing where the lines do not show the rows.
 std::optional<OddLine> firstOddLine(const LoopLines& lines, std::size_t columns);
 
 }  // namespace zorvela

@@ -148,7 +148,7 @@ void readShifts(const StarTable& table, FileShiftList& list, ShiftFile& file, Ch
 
 void readList(const StarFrame& frame, ShiftFile& file, ChainFinder& finder) {
   FileShiftList list;
-  list.name = listName(frame, file.notes);
+  list.name = nameOf(frame.name(), file.notes);
   constexpr std::string_view kFramePrefix = "nef_chemical_shift_list_";
   if (startsIgnoringCase(list.name, kFramePrefix))
     list.aliases.push_back(list.name.substr(kFramePrefix.size()));

@@ -21,18 +21,11 @@ const std::string kCategory = "_nef_sequence.";
 const std::string kFlagTag = "cis_peptide";
 constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
-/// Bytes `begin` to `end` of the text become `replacement`.
-struct Edit {
-  std::size_t begin;
-  std::size_t end;
-  std::string replacement;
-};
-
 bool isEmpty(const StarToken& value) {
   return value.isPlain && (value.value == "." || value.value == "?");
 }
 
-/// Walks over the file and collects the edits of its sequence loops.
+/// Walks over the file and copies it, with the edits of its sequence loops.
 class Annotator {
  public:
   Annotator(std::string_view source, const std::string& file, const FlagRules& flagRules,
@@ -54,7 +47,7 @@ class Annotator {
         token = tokens.next();
     }
     if (loops == 0) throw FileError(name, 0, "has no sequence loop (_nef_sequence)", "give a NEF file");
-    applyEdits();
+    replace(text.size(), text.size(), "");
     return std::move(result);
   }
 
@@ -129,8 +122,8 @@ class Annotator {
     const bool isAlone = lineEnd != std::string_view::npos;
     const std::size_t dot = model.value.find('.');
     const std::string tag = std::string(model.value.substr(0, dot + 1)) + kFlagTag;
-    edits.push_back(
-        {lastTag.end, lastTag.end, (isAlone ? lineBreak + std::string(gap.substr(lineEnd + 1)) : " ") + tag});
+    replace(lastTag.end, lastTag.end,
+            (isAlone ? lineBreak + std::string(gap.substr(lineEnd + 1)) : " ") + tag);
   }
 
   static std::string lineBreakOf(std::string_view text) {
@@ -167,18 +160,14 @@ class Annotator {
   /// Writes a word with a blank after it where the next character would touch it, as behind a closing quote.
   void write(std::size_t begin, std::size_t end, std::string word) {
     if (end < text.size() && !isStarSpace(text[end])) word += ' ';
-    edits.push_back({begin, end, std::move(word)});
+    replace(begin, end, word);
   }
 
-  void applyEdits() {
-    result.text.reserve(text.size() + 8 * edits.size());
-    std::size_t done = 0;
-    for (const Edit& edit : edits) {
-      result.text += text.substr(done, edit.begin - done);
-      result.text += edit.replacement;
-      done = edit.end;
-    }
-    result.text += text.substr(done);
+  /// Copies the text up to `begin`, then the replacement of the bytes from there to `end`.
+  void replace(std::size_t begin, std::size_t end, const std::string& replacement) {
+    result.text += text.substr(copied, begin - copied);
+    result.text += replacement;
+    copied = end;
   }
 
   std::string_view text;
@@ -191,7 +180,7 @@ class Annotator {
   std::string block;
   std::vector<std::string> cut;  ///< notes on long names, which the readers of shifts give
   std::size_t loops = 0;
-  std::vector<Edit> edits;
+  std::size_t copied = 0;  ///< bytes of the text that are in the result
   NefAnnotation result;
 };
 

@@ -32,7 +32,7 @@ void addResidues(const StarTable& table, FileChain& molecule, const ChainFinder&
   for (std::size_t row = 0; row < table.rows(); ++row) {
     FileResidue residue{key.word(row), authorNumber(number, row), name.word(row)};
     if (residue.key.empty()) continue;
-    finder.checkResidues(molecule.residues.size() + 1);
+    checkLimit(molecule.residues.size() + 1, limits::kResidues, finder.file());
     molecule.residues.push_back(std::move(residue));
   }
 }
@@ -54,7 +54,7 @@ void readMolecule(const StarFrame& frame, Molecules& molecules, ShiftFile& file,
     molecule.residues = residuesOfLetters(frameValue(frame, "_Mol_residue_sequence"));
   std::size_t residues = molecule.residues.size();
   for (const auto& [name, other] : molecules) residues += other.residues.size();
-  finder.checkResidues(residues);
+  checkLimit(residues, limits::kResidues, finder.file());
   checkLimit(molecules.size() + 1, limits::kMolecules, finder.file());
   molecules.emplace(nameOf(frame.name(), file.notes), std::move(molecule));
 }
@@ -153,7 +153,7 @@ std::map<std::size_t, double> deuterationByChain(const StarFrame& list, const st
 void readList(const StarFrame& frame, const std::vector<LabelledMolecule>& molecules, ShiftFile& file,
               ChainFinder& finder) {
   FileShiftList list;
-  list.name = listName(frame, file.notes);
+  list.name = nameOf(frame.name(), file.notes);
   const std::string component = nameOf(frameValue(frame, "_Mol_system_component_name"), file.notes);
   // The loop of the reference compounds has the tag too, but no atom names.
   for (const StarTable& table : tablesOf(frame, "_Chem_shift_value"))

@@ -74,7 +74,7 @@ Entity entityOf(const StarFrame& frame, const StarTable& table, std::size_t row,
   const auto name = [&](std::string_view tag) { return nameOf(cell(tag), notes); };
   Entity entity;
   entity.id = name("_Entity.ID");
-  entity.frame = listName(frame, notes);
+  entity.frame = nameOf(frame.name(), notes);
   entity.strands = name("_Entity.Polymer_strand_ID");
   entity.letters = residuesOfLetters(cell("_Entity.Polymer_seq_one_letter_code"));
   if (entity.letters.empty())
@@ -296,9 +296,9 @@ struct RowChain {
 
 /// Rows whose chain is not the one that they name.
 struct OddRows {
+  Notes& notes;
   std::map<std::string, std::size_t> ofMissingCopies;  ///< number of rows, by the copy that the file lacks
   std::set<std::size_t> corrected;                     ///< chains of rows that name a copy of another entity
-  Notes notes;
 };
 
 std::size_t addUndescribed(const RowChain& row, const Entities& entities, Copies& copies) {
@@ -511,7 +511,7 @@ void readShifts(const StarTable& table, const Entities& entities, Copies& copies
   }
 }
 
-/// Corrections that the authors ask the reader to apply, such as that of TROSY spectra.
+/// Notes corrections that the authors ask the reader to apply, such as that of TROSY spectra.
 void noteOffsets(const StarFrame& frame, Notes& fileNotes) {
   const std::string category = "_Systematic_chem_shift_offset.";
   LimitedNotes notes("systematic offsets that are not applied");
@@ -532,14 +532,12 @@ void readLists(const StarFrame& frame, const Entities& entities,
   if (tables.empty()) return;
   const auto name = [&](std::string_view tag) { return nameOf(frameValue(frame, tag), file.notes); };
   NamedRows rows;
-  rows.list.name = listName(frame, file.notes);
+  rows.list.name = nameOf(frame.name(), file.notes);
   rows.list.aliases = {name("_Assigned_chem_shift_list.ID"), name("_Assigned_chem_shift_list.Name")};
   for (const StarTable& table : tables) {
     copies.finder.reserveRows(rows.list, table.rows());
     readShifts(table, entities, copies, odd, rows);
   }
-  std::move(odd.notes.begin(), odd.notes.end(), std::back_inserter(file.notes));
-  odd.notes.clear();
   const auto shares = deuterationByChain(frame, rows.list.name, molecules, copies, file.notes);
   for (FileShiftList& list : listsById(std::move(rows))) {
     list.deuteration = shares;
@@ -563,7 +561,7 @@ ShiftFile readNmrStar3(const Source& source) {
   readSequences(frames, entities, source.file, file.notes);
   Copies copies = readCopies(frames, entities, source, file.notes);
   const std::vector<LabelledMolecule> molecules = readSamples(frames, entities, source.file);
-  OddRows odd;
+  OddRows odd{file.notes, {}, {}};
   for (const StarFrame& frame : frames) readLists(frame, entities, molecules, copies, odd, file);
   settleUndescribed(copies, file.lists, file.notes);
   readBonds(frames, copies, file.notes);

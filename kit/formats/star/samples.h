@@ -9,7 +9,7 @@
 
 namespace zorvela {
 
-/// What the words for an isotopic labelling say, such as "[U-13C; U-15N; U-80% 2H]".
+/// An isotopic labelling, such as "[U-13C; U-15N; U-80% 2H]".
 struct Labelling {
   bool hasCarbon = false;     ///< 13C, without which there are no shifts of carbon
   double deuteration = 0;     ///< share of the hydrogens on carbon that are deuterons, 0 to 1
@@ -25,8 +25,9 @@ struct LabelledMolecule {
   Labelling labelling;
 };
 
-/// The share of deuterons of each molecule that has some in these samples, or in all samples where none is
-/// named. Where those that give carbon shifts differ, a molecule has none, with a note.
+/// Returns the share of deuterons of each molecule that has some in these samples, or in all samples where
+/// none is named. Where samples that give carbon shifts differ, the molecule gets no share, and there is a
+/// note.
 std::map<std::string, double> deuterationOf(const std::vector<LabelledMolecule>& molecules,
                                             const std::set<std::string>& samples, const std::string& list,
                                             std::vector<std::string>& notes);

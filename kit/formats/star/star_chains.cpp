@@ -81,6 +81,7 @@ double fitOf(const std::vector<NamedResidue>& sample, const Letters& letters) {
   return static_cast<double>(fitting) / static_cast<double>(sample.size());
 }
 
+/// Returns the chain that most rows without a chain fit; `kNoChain` if two fit equally well, or none.
 std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letters>& chains) {
   constexpr double kLeastFit = 0.5;
   constexpr std::size_t kSampleSize = 500;
@@ -88,18 +89,12 @@ std::size_t bestFit(const std::vector<FileShift>& rows, const std::vector<Letter
   for (std::size_t i = 0; i < rows.size() && sample.size() < kSampleSize; ++i)
     if (rows[i].chain == kNoChain)
       sample.push_back({&rows[i].key, polypeptideResidue(rows[i].residueName).letter});
-  std::size_t best = kNoChain;
-  double bestShare = kLeastFit;
-  bool isTie = false;
-  for (std::size_t c = 0; c < chains.size(); ++c) {
-    const double share = fitOf(sample, chains[c]);
-    if (share < bestShare) continue;
-    isTie = best != kNoChain && share == bestShare;
-    if (isTie) continue;
-    best = c;
-    bestShare = share;
-  }
-  return isTie ? kNoChain : best;
+  std::vector<double> shares;
+  for (const Letters& letters : chains) shares.push_back(fitOf(sample, letters));
+  const auto best = std::max_element(shares.begin(), shares.end());
+  const bool isOnly =
+      best != shares.end() && *best >= kLeastFit && std::count(best, shares.end(), *best) == 1;
+  return isOnly ? static_cast<std::size_t>(best - shares.begin()) : kNoChain;
 }
 
 void placeByNames(std::vector<FileShiftList>& lists, const std::vector<FileChain>& chains,
@@ -164,7 +159,7 @@ std::size_t ChainFinder::add(const std::string& name, FileChain chain) {
 }
 
 void ChainFinder::countResidues(std::size_t more) {
-  checkResidues(residueCount += more);
+  checkLimit(residueCount += more, limits::kResidues, fileName);
   checkLimit(work->residues += more, limits::kResiduesOfEntries, fileName);
 }
 
@@ -179,25 +174,16 @@ void ChainFinder::countLists(std::size_t lists) {
   checkLimit(work->chainsTimesLists += lists * chains.size(), limits::kChainsTimesLists, fileName);
 }
 
-void ChainFinder::checkResidues(std::size_t total) const {
-  checkLimit(total, limits::kResidues, fileName);
-}
-
 std::vector<FileResidue> residuesOfLetters(const std::string& text) {
   std::vector<FileResidue> residues;
   residues.reserve(std::min(text.size(), kLongestSequence));
   for (std::size_t pos = 0; pos < text.size() && residues.size() <= kLongestSequence; ++pos) {
-    FileResidue residue;
-    if (const std::string name = bracketedName(text, pos); !name.empty()) {
-      residue.name = name;
+    std::string name = bracketedName(text, pos);
+    if (!name.empty())
       pos += name.size() + 1;
-    } else if (isLetter(text[pos])) {
-      residue.name = upper(std::string_view(&text[pos], 1));
-    } else {
-      continue;
-    }
-    residue.key = std::to_string(residues.size() + 1);
-    residues.push_back(residue);
+    else if (isLetter(text[pos]))
+      name = upper(text.substr(pos, 1));
+    if (!name.empty()) residues.push_back({std::to_string(residues.size() + 1), {}, name});
   }
   return residues;
 }
@@ -242,10 +228,6 @@ void noteCautions(const std::string& molecule, const std::string& state, const s
     }
   if (equalIgnoringCase(paramagnetic, "yes"))
     notes.push_back(subject + "paramagnetic; the centre moves the shifts near it");
-}
-
-std::string listName(const StarFrame& frame, std::vector<std::string>& notes) {
-  return nameOf(frame.name(), notes);
 }
 
 std::vector<std::string> starContents(const StarEntry& entry) {

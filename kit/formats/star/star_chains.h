@@ -1,4 +1,4 @@
-// What NMR-STAR and NEF readers share: chains found by name, sequences from one-letter text.
+// Shared by the NMR-STAR and NEF readers: chains found by name, sequences from one-letter text.
 #pragma once
 
 #include <optional>
@@ -18,24 +18,22 @@ class ChainFinder {
   /// `name` is how messages name the file; `fileWork` is that of all its entries.
   ChainFinder(std::string name, FileWork& fileWork) : fileName(std::move(name)), work(&fileWork) {}
 
-  /// Index of the chain that was added under this name, `kNoChain` if there is none.
+  /// Returns the index of the chain that was added under this name, `kNoChain` if there is none.
   std::size_t find(const std::string& name) const;
-  /// Adds a chain under a name; an earlier one of that name stays what `find` gives. FileError when the
-  /// copies in a file are more than any real one has.
+  /// Adds a chain under a name; `find` still gives an earlier one of that name. FileError for more copies
+  /// than any real file has.
   std::size_t add(const std::string& name, FileChain chain);
-  /// How messages name the file.
+  /// Returns the name of the file for messages.
   const std::string& file() const { return fileName; }
-  /// Counts residues that are added to chains one by one; FileError beyond what any real file has.
+  /// Counts residues that are added to chains one by one; FileError for more than any real file has.
   void countResidues(std::size_t more);
-  /// Adds room for more rows to a list; FileError beyond what any real file has.
+  /// Reserves memory for more rows of a list; FileError for more than any real file has.
   void reserveRows(FileShiftList& list, std::size_t more);
-  /// FileError for more residues than any real file has.
-  void checkResidues(std::size_t total) const;
-  /// Counts the lists, of which each is worked on for each chain; FileError beyond what any real file has.
+  /// Counts the lists, each of which is read for each chain; FileError for more than any real file has.
   void countLists(std::size_t lists);
-  /// Another name for a chain.
+  /// Adds another name for a chain.
   void alias(const std::string& name, std::size_t chain) { index.emplace(name, chain); }
-  /// Adds an end of a disulfide bond to a chain; FileError beyond what any real file has.
+  /// Adds an end of a disulfide bond to a chain; FileError for more than any real file has.
   void addBondEnd(std::size_t chain, const std::string& key);
 
   std::vector<FileChain> chains;
@@ -48,52 +46,47 @@ class ChainFinder {
   std::size_t rowCount = 0;
 };
 
-/// Residues from one-letter text as entries write it: white space does not count, (MSE) is one residue,
-/// X stays open. Keys count from 1.
+/// Reads one-letter text as entries write it: white space is ignored, (MSE) is one residue, X is unknown.
+/// Keys count from 1.
 std::vector<FileResidue> residuesOfLetters(const std::string& text);
 
-/// Thiol state of all cysteines of a molecule from the words that BMRB has for it ("all disulfide bound").
+/// Reads the thiol state of all cysteines of a molecule in the terms of the BMRB ("all disulfide bound").
 Thiol thiolOfWords(const std::string& words);
 
-/// Whether an atom pair, or the words for the bond type, make a disulfide bond.
+/// Tells whether a bond type or a pair of atoms is a disulfide bond.
 bool isDisulfideBond(const std::string& type, const std::string& atom1, const std::string& atom2);
 
-/// Polymer type from the words that files have for it ("polypeptide(L)", "RNA"); `unknown` for words
-/// that leave it open.
+/// Reads a polymer type ("polypeptide(L)", "RNA"); `unknown` for any other text.
 Polymer polymerOfWords(const std::string& words);
 
-/// What a flag of a cis peptide bond says: true for cis, false for trans, nothing where it is empty.
+/// Reads the flag of a cis peptide bond: true for cis, false for trans, nothing where it is empty.
 std::optional<bool> readFlag(std::string_view word);
 
-/// Notes on what a molecule's own words say against a prediction: a paramagnetic centre, a state that is
-/// not folded. `state` and `paramagnetic` as the file has them, empty where it is silent.
+/// Notes a paramagnetic centre or a state that is not folded, which make a prediction doubtful. `state` and
+/// `paramagnetic` are as the file has them, or empty.
 void noteCautions(const std::string& molecule, const std::string& state, const std::string& paramagnetic,
                   std::vector<std::string>& notes);
 
-/// The name of the save frame or data block that a list stands in; empty for a block without a name.
-std::string listName(const StarFrame& frame, std::vector<std::string>& notes);
-
-/// What a document holds, for messages: save frames by category, with their number.
+/// Lists the contents of an entry for messages: save frames by category, with their number.
 std::vector<std::string> starContents(const StarEntry& entry);
 
-/// What a document without shift lists is instead, for messages: coordinates, a restraint list ...; empty for
-/// one with a shift list, and where it is not known.
+/// Names the kind of an entry without shift lists for messages: coordinates, a restraint list ...; empty for
+/// an entry with a shift list or of an unknown kind.
 std::string foreignStar(const StarEntry& entry);
 
-/// Makes the names of chains differ: a name that several have gets the place of the chain after it.
+/// Makes the names of chains differ: a name of several chains gets the position of each chain after it.
 void makeNamesDiffer(std::vector<FileChain>& chains);
 
-/// Adds a list; FileError where the file has more than any real one. `name` is how messages name the file.
+/// Adds a list; FileError for more lists than any real file has. `name` is how messages name the file.
 void addList(FileShiftList list, ShiftFile& file, const std::string& name);
 
-/// Gives the file the chains that were found. Rows without a chain go to the one polypeptide whose sequence
-/// fits their residue names best; all chains without a sequence count as fitting, and rows that fit two
-/// chains alike stay without. FileError for more chains and lists than any real file has.
+/// Gives the file the chains that were found. Rows without a chain get the only polypeptide, or the one whose
+/// sequence fits their residue names best; rows that fit two chains equally well get none. FileError for more
+/// chains and lists than any real file has.
 void settleChains(ChainFinder& finder, ShiftFile& file);
 
-/// Residues to which the sequence gives no number of their own take that of their shift rows; where a whole
-/// chain has none, they take their place in the polymer. A number that rows give to two residues stays with
-/// the first, with a note.
+/// Numbers residues without a number in the sequence by their shift rows, or, where a whole chain has none,
+/// by position in the polymer. A number that rows give to two residues stays with the first, with a note.
 void numberByRows(std::vector<FileChain>& chains, const std::vector<FileShiftList>& lists,
                   std::vector<std::string>& notes);
 

@@ -315,7 +315,7 @@ bool isStar(std::string_view text) {
 
 std::string starWithin(std::string_view text) {
   std::string found;
-  std::size_t header = 0;  // where the lines of a header begin that lead up to here
+  std::size_t header = 0;  // where the header lines above this line begin
   bool isHeader = false;
   bool isInTable = false;
   bool isInFrame = false;  // of a table that was found
@@ -329,17 +329,13 @@ std::string starWithin(std::string_view text) {
     const std::size_t start = pos;
     const std::string_view line = trimmed(*nextLine(text, pos));
     const bool isFrameEnd = equalIgnoringCase(line, "save_");
-    if (isFrameEnd && isInFrame) copy(isInTable ? header : start, pos);
-    if (isFrameEnd) {
-      isInTable = isInFrame = isHeader = opensFrame = false;
-      continue;
-    }
-    if (isInTable) {
-      if (!startsIgnoringCase(line, "stop_")) continue;
-      copy(header, pos);
+    if (isFrameEnd || startsIgnoringCase(line, "stop_")) {
+      if (isInTable || (isInFrame && isFrameEnd)) copy(isInTable ? header : start, pos);
       isInTable = isHeader = opensFrame = false;
+      isInFrame = isInFrame && !isFrameEnd;
       continue;
     }
+    if (isInTable) continue;
     if (!isPartOfHeader(line)) {
       isHeader = opensFrame = false;
     } else if (!isHeader && !line.empty() && line.front() != '#' && line.front() != '_') {

@@ -1,9 +1,9 @@
 // A parsed STAR file (NMR-STAR, NEF, CIF) as tables of text cells.
 //
-// The text is kept as it came; tags and values are places in it, so that a file costs a few bytes for each of
-// its words, and the values of loops that no reader asks for cost none. What is wrong in one place does not
-// spoil the rest: a row with too few or too many values is left out where the lines show which one it is, and
-// a save frame that is not closed ends where the next one begins. Each of these is a note.
+// The text is kept; tags and values are places in it, so that a file costs a few bytes for each of its words,
+// and the values of loops that no reader needs cost none. A fault in one place does not spoil the rest: a row
+// with too few or too many values is ignored where the lines show which one it is, and a save frame that is
+// not closed ends where the next one begins. Each of these is a note.
 #pragma once
 
 #include <cstddef>
@@ -32,10 +32,10 @@ struct StarLoop {
   std::uint32_t firstTag = 0;
   std::uint32_t tagCount = 0;
   std::uint32_t firstValue = 0;
-  std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader asks for
+  std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader needs
   std::uint32_t badLine = 0;  ///< where values are missing or left over and no line shows which; 0: nowhere
   bool isEmpty = true;        ///< there were no values at all
-  bool lacksRows = false;     ///< rows with values missing or left over were left out
+  bool lacksRows = false;     ///< rows with values missing or left over were ignored
 };
 
 /// A save frame, or a stretch of a data block outside them.
@@ -56,7 +56,7 @@ struct StarFile {
   std::vector<StarLoop> loops;
   std::vector<StarFrameRange> frames;
   std::vector<StarSpan> blocks;    ///< their names
-  std::vector<std::string> notes;  ///< what is wrong in it and was passed over, with the line
+  std::vector<std::string> notes;  ///< faults that were skipped, with their lines
 
   std::string_view textOf(StarSpan span) const {
     return std::string_view(text).substr(span.begin, span.size);
@@ -81,35 +81,35 @@ struct StarFrame {
   std::string name() const { return std::string(file.textOf(items.name)); }
 };
 
-/// Whether a text begins as STAR does.
+/// Tells whether a text begins as STAR does.
 bool isStar(std::string_view text);
 
-/// The shift lists within a text of another kind (a restraint list with a list of shifts in it), and the
-/// sequences in frames of their own, every other byte but the line ends made blank. Empty where there is no
-/// shift list. Lines keep their numbers.
+/// Returns the shift lists and sequences within a text of another kind, such as a restraint list with a shift
+/// list in it. Every other byte except the line ends is a blank, so that lines keep their numbers. Empty
+/// where there is no shift list.
 std::string starWithin(std::string_view text);
 
-/// Parses STAR text of up to 256 MiB. FileError with the user's line for a text field or quote that is never
-/// closed, for values without a tag where shifts or sequences stand, and beyond what any real file holds.
-/// `name` is how messages name the file.
+/// Parses STAR text of up to 256 MiB. FileError with the line for a text field or quote that is not closed,
+/// for values without a tag among shifts or sequences, and for more than any real file has. `name` is how
+/// messages name the file.
 std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name);
 
-/// The entries of a file: entries that stand one after the other number their molecules alike, so each is
-/// read alone. The whole file where it holds fewer than two data blocks with molecules and shifts.
+/// Returns the entries of a file, or the whole file where fewer than two data blocks have molecules and
+/// shifts. Each entry is read alone, because all number their molecules from 1.
 std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file);
 
 class StarTable;
 
-/// A column of a table under its tag, with one of another tag that stands for it where it has no value. A
-/// view: valid as long as the table.
+/// A column of a table under its tag, with a column of another tag that replaces missing values. A view:
+/// valid as long as the table.
 class StarColumn {
  public:
   StarColumn(const StarTable& starTable, std::size_t firstIndex, std::size_t otherIndex)
       : table(&starTable), first(firstIndex), other(otherIndex) {}
 
-  /// The value without quotes and outer white space; empty for ".", "?" and an absent column.
+  /// Returns the value without quotes and outer white space; empty for ".", "?" and an absent column.
   std::string text(std::size_t row) const { return std::string(cell(row)); }
-  /// The same for a number or a short name: one of more than 200 bytes is cut like other names.
+  /// Returns the value of a number or a short name: above 200 bytes it is cut like other names.
   std::string word(std::size_t row) const;
 
  private:
@@ -120,18 +120,18 @@ class StarColumn {
   std::size_t other;
 };
 
-/// A loop, or the tags with one value of a save frame, seen as a table. Tags are compared without regard
-/// to case. A view: valid as long as the file.
+/// A loop, or the tags with one value of a save frame, as a table. The case of tags does not matter. A view:
+/// valid as long as the file.
 class StarTable {
  public:
   StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
   explicit StarTable(const StarFrame& frame) : source(&frame.file), pairsOf(&frame.items) {}
 
-  /// FileError for a loop in which values are missing and none can be placed with certainty.
+  /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
-  /// Whether rows were left out because values are missing or left over in them.
+  /// Tells whether rows were ignored because values are missing or left over in them.
   bool lacksRows() const { return loop != nullptr && loop->lacksRows; }
-  /// The column of a tag, there or not; `otherTag` stands for it where it has no value.
+  /// Returns the column of a tag, there or not; `otherTag` replaces missing values.
   StarColumn column(std::string_view tag, std::string_view otherTag = {}) const;
   bool has(std::string_view tag) const { return indexOf(tag) != kAbsent; }
 
@@ -153,13 +153,13 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
 /// Tells whether a frame has such a table.
 bool haveTable(const std::vector<StarFrame>& frames, std::string_view tagStart);
 
-/// The value of a tag that stands outside loops; empty if there is none.
+/// Returns the value of a tag outside loops; empty if there is none.
 std::string frameValue(const StarFrame& frame, std::string_view tag);
 
-/// The frames of an entry, in order.
+/// Returns the frames of an entry, in order.
 std::vector<StarFrame> framesOf(const StarEntry& entry);
 
-/// A value that names a save frame, without the "$".
+/// Returns a value that names a save frame without its "$".
 std::string withoutDollar(std::string text);
 
 }  // namespace zorvela

@@ -7,10 +7,10 @@
 
 namespace zorvela {
 
-/// How to repair a file that is not valid STAR or CIF.
+/// The remedy for a file that is not valid STAR or CIF.
 inline constexpr const char* kStarRemedy = "fix the file there, or fetch it again";
 
-/// How to repair a loop with a value missing or left over.
+/// The remedy for a loop with a value missing or left over.
 inline constexpr const char* kLoopRemedy = "fix the loop: every row needs one value for each column";
 
 /// Tells whether a character separates words; other control characters are part of them.

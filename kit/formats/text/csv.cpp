@@ -103,7 +103,7 @@ struct ColumnContents {
 /// The parts of a residue label whose meaning is known only after all rows are read.
 struct OpenLabel {
   char code = 0;         ///< a letter right after the number
-  bool hasName = false;  ///< the name stands beside the number
+  bool hasName = false;  ///< the name is in the same cell
   bool hasDash = false;
   bool isByCounter = false;        ///< the number may count the rows
   std::size_t column = kNoColumn;  ///< of the atom, where there is one row per residue

@@ -1,4 +1,4 @@
-// Which column of a CSV file holds what, by the many names that spreadsheets and programs use.
+// Finds the columns of a CSV file by the many names that spreadsheets and programs use.
 #pragma once
 
 #include <cstddef>
@@ -26,14 +26,15 @@ struct AtomColumn {
   std::optional<int> offset;
 };
 
-/// Takes a step to a neighbour off a name: "CA" and -1 of "CA-1", "CA(i-1)", "CA i-1"; "HA1" stays.
+/// Removes a step to a neighbour from a name and returns it: -1 for "CA-1", "CA(i-1)", "CA i-1"; not for
+/// "HA1".
 std::optional<int> takeOffset(std::string& name);
 
 /// The columns of a CSV file.
 struct CsvColumns {
   std::size_t number = kNoColumn;      ///< residue number
   std::size_t name = kNoColumn;        ///< residue name
-  std::vector<std::size_t> residues;   ///< number, name or both in one ("G12"), decided by what they hold
+  std::vector<std::size_t> residues;   ///< number, name or both in one ("G12"), by the cells
   std::size_t counter = kNoColumn;     ///< a number that may be the residue's ("#", "Index", no name at all)
   std::size_t assignment = kNoColumn;  ///< residue and atom in one ("S81CA")
   std::size_t atom = kNoColumn;
@@ -42,39 +43,39 @@ struct CsvColumns {
   std::vector<AtomColumn> atoms;     ///< one column per atom, where there is no `atom`
   std::vector<std::string> doubled;  ///< atoms that more than one column claims; none of these is in `atoms`
 
-  /// Whether a residue, an atom and a shift can be read from them.
+  /// Tells whether a residue, an atom and a shift can be read from them.
   bool areEnough() const;
-  /// One row per shift, and not one per residue.
+  /// Tells whether there is one row per shift, not one per residue.
   bool areLong() const { return shift != kNoColumn && (atom != kNoColumn || assignment != kNoColumn); }
-  /// One row per shift, whose atom stands in the cell of the residue.
+  /// Tells whether there is one row per shift, with its atom in the cell of the residue.
   bool lackAtoms() const { return areLong() && atom == kNoColumn; }
-  /// Whether anything is read from the column.
+  /// Tells whether the column is read.
   bool areUsing(std::size_t column) const;
-  /// What is missing, for a message: "residue number, atom".
+  /// Names the missing columns for a message: "residue number, atom".
   std::string missing() const;
 };
 
-/// Reads a line of column names. Case, blanks, dots, underscores, brackets and units in them do not count.
+/// Reads a line of column names. Case, blanks, dots, underscores, brackets and units in them do not matter.
 CsvColumns readColumns(const std::vector<std::string>& names);
 
-/// The atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha", "CG(Pro)",
-/// "CA(i)", "CA(i-1)".
+/// Returns the atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha",
+/// "CG(Pro)", "CA(i)", "CA(i-1)".
 ColumnAtom atomOfColumn(const std::string& name);
 
-/// What the cells of a row say of its residue.
+/// The residue of a row.
 struct RowResidue {
   ResidueLabel label;  ///< of the cell that gives the number
   std::string name;    ///< as the file writes it; empty where it gives none
   std::string chain;   ///< by its column or by a label
   bool isByCounter = false;
-  std::string unassigned;  ///< the cell, where it names a spin system that is not assigned
+  std::string unassigned;  ///< the cell with a spin system that is not assigned; usually empty
 };
 
-/// Reads the cells of a row; each column is asked in order of trust.
+/// Reads the residue of a row, from its columns in order of trust.
 RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns);
 
-/// Why it is open which residue the row is of or, where that stands in the same cell, which atom: the cell
-/// and what it lacks. Empty where both are known.
+/// Explains why the residue of a row is not known, or its atom if that is in the same cell: the cell and what
+/// it lacks. Empty where both are known.
 std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells,
                          const CsvColumns& columns);
 

@@ -1,4 +1,4 @@
-// The rows of a table in text: which line holds the column names, and what stands in which column.
+// The rows of a table in text: the line of column names, and the cells of each column.
 #pragma once
 
 #include <cstddef>
@@ -12,44 +12,45 @@
 
 namespace zorvela {
 
-/// How the rows of a table are cut into cells.
+/// The way in which the rows of a table are cut into cells.
 struct CsvLayout {
   Separator separator = Separator::comma;
   std::vector<std::string> names;  ///< of the columns; as many empty ones where the table has no names
   std::vector<PlacedCell> places;  ///< of the names, where blanks separate the columns
-  bool isByPlace = false;          ///< the names stand above the cells, so that these may have gaps
+  bool isByPlace = false;          ///< the names are above the cells, so that rows may have gaps
   std::size_t start = 0;           ///< where the rows begin in the text
   std::size_t line = 0;            ///< lines above them
 
   std::size_t width() const { return names.size(); }
 };
 
-/// A line that is or should be a row. With a fault it has no cells that count.
+/// A line that is or should be a row. The cells of a row with a fault are not used.
 struct CsvRow {
   std::size_t line = 0;  ///< from 1
   std::vector<std::string> cells;
   std::string fault;  ///< "9 cells, the header has 7"; empty for a row that is whole
 };
 
-/// The text with each cell in quotes on one line: line feeds in it become vertical tabs, which the functions
-/// below count as lines. A quote without an end is none.
+/// Returns the text with each cell in quotes on one line: line feeds in it become vertical tabs, which the
+/// functions below count as lines. A quote without an end is an ordinary character.
 std::string withQuotedLinesJoined(std::string text);
 
-/// Calls `use` with each row in turn; empty lines, comments and the rules of drawn tables are none.
+/// Calls `use` with each row in turn; skips empty lines, comments and the rules of drawn tables.
 void forEachRow(std::string_view text, const CsvLayout& layout,
                 const std::function<void(const CsvRow&)>& use);
 
-/// The next line that is not blank, from a position on; both move along. Nothing at the end.
+/// Returns the next line that is not blank and moves the position and line after it. Nothing at the end.
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line);
 
-/// The layout by a line of column names; `pos` is where the line ends and `line` its number, from 1. Nothing
-/// for a line that cannot be one. A "#" in front is a mark, or the name of the first column where the row
-/// below has a cell for it; such a line is a comment where that row has more cells. Where the rows begin with
-/// a count from 0 that has no name, as in a printed data frame, the first name is empty.
+/// Returns the layout by a line of column names; `pos` is where the line ends and `line` its number, from 1.
+/// Nothing for a line that cannot have column names. A "#" in front is a mark, or the name of the first
+/// column where the row below has a cell for it; such a line is a comment where that row has more cells.
+/// Where the rows begin with a count from 0 that has no name, as in a printed data frame, the first name is
+/// empty.
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
                                   std::size_t line);
 
-/// Sets `isByPlace` where most rows stand below the names of their columns and some have gaps.
+/// Sets `isByPlace` where most cells are below the names of their columns and some rows have gaps.
 void findPlaces(std::string_view text, CsvLayout& layout);
 
 }  // namespace zorvela

@@ -1,4 +1,4 @@
-// Tables without a line of column names, where the columns are plain by what they hold.
+// Tables without a line of column names, whose columns are clear from their cells.
 #pragma once
 
 #include <optional>
@@ -22,10 +22,10 @@ struct PlainTable {
       0;  ///< the row that keeps the text from being a table, where those above it are rows of one
 };
 
-/// The columns of a text without column names: residue number, residue name, atom and shift; or residue
+/// Finds the columns of a text without column names: residue number, residue name, atom and shift; or residue
 /// ("G12"), atom and shift; or assignment ("G12CA") and shift; in any order, and no other column. Nothing
-/// where that is not so in every row, or can be read in two ways. A residue with several numbers after it is
-/// never plain: nobody says which atoms they are of.
+/// where a row has other cells, or where there are two ways to read them. Several numbers after a residue are
+/// never clear: nothing shows which atoms they belong to.
 PlainTable tableWithoutNames(std::string_view text);
 
 }  // namespace zorvela

@@ -8,22 +8,18 @@ namespace zorvela {
 
 namespace {
 
-bool isEnd(char c, Separator separator) {
-  return separator == Separator::blank ? isBlank(c) : c == static_cast<char>(separator);
-}
-
-/// `pos` after the blanks in front of a cell, none of which is a separator that counts by itself.
+/// Moves `pos` after the blanks in front of a cell, up to a tab that is a separator.
 void skipBlanks(std::string_view line, Separator separator, std::size_t& pos) {
-  while (pos < line.size() && isBlank(line[pos]) &&
-         (separator == Separator::blank || !isEnd(line[pos], separator)))
-    ++pos;
+  pos = std::min(line.find_first_not_of(separator == Separator::tab ? " " : " \t", pos), line.size());
 }
 
 void skipToEnd(std::string_view line, Separator separator, std::size_t& pos) {
-  while (pos < line.size() && !isEnd(line[pos], separator)) ++pos;
+  const std::size_t end = separator == Separator::blank ? line.find_first_of(" \t", pos)
+                                                        : line.find(static_cast<char>(separator), pos);
+  pos = std::min(end, line.size());
 }
 
-/// The cell whose opening quote stands at `pos`. Nothing if the quote is not closed.
+/// Returns the cell whose opening quote is at `pos`. Nothing if the quote is not closed.
 std::optional<std::string> quotedCell(std::string_view line, Separator separator, std::size_t& pos) {
   std::string cell;
   for (++pos; pos < line.size(); ++pos) {
@@ -54,7 +50,7 @@ std::string_view withoutOuterBars(std::string_view line) {
   return line;
 }
 
-/// A character of several bytes counts once.
+/// Counts the characters of UTF-8.
 std::size_t characters(std::string_view text) {
   std::size_t count = 0;
   for (const char c : text)

@@ -9,31 +9,31 @@
 
 namespace zorvela {
 
-/// What stands between the cells. A blank stands for any run of blanks and tabs; bars may stand at both ends
-/// of the line as well (Markdown).
+/// The character between the cells. A blank means any run of blanks and tabs; there may also be bars at both
+/// ends of the line (Markdown).
 enum class Separator : char { bar = '|', tab = '\t', semicolon = ';', comma = ',', blank = ' ' };
 
-/// The separator that a line of column names uses: of bar, tab, semicolon and comma the first that occurs,
+/// Returns the separator of a line of column names: of bar, tab, semicolon and comma the first that occurs,
 /// else blanks.
 Separator separatorOf(std::string_view line);
 
 /// No limit on the number of cells.
 inline constexpr std::size_t kAllCells = static_cast<std::size_t>(-1);
 
-/// The cells of a line without outer blanks. A cell may stand in double quotes, with "" for a quote in it.
-/// After the first `most` cells the rest of the line is one more, as it stands. Nothing where a quote is not
+/// Returns the cells of a line without outer blanks. A cell may be in double quotes, with "" for a quote in
+/// it. After the first `most` cells the rest of the line is one more, unchanged. Nothing where a quote is not
 /// closed on the line.
 std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
                                                    std::size_t most = kAllCells);
 
-/// A cell between blanks and where it stands, in characters from the start of the line.
+/// A cell between blanks and its place, in characters from the start of the line.
 struct PlacedCell {
   std::string text;
   std::size_t start = 0;
   std::size_t end = 0;  ///< after its last character
 };
 
-/// The cells of a line of blank-separated words, as `splitCells` has them, with their places.
+/// Returns the cells of a line of blank-separated words, as `splitCells` does, with their places.
 std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, std::size_t most = kAllCells);
 
 }  // namespace zorvela

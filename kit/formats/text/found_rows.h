@@ -1,4 +1,4 @@
-// The shift rows of a text file while they are read, and what becomes of them.
+// The shift rows of a text file while they are read.
 #pragma once
 
 #include <cstddef>
@@ -18,10 +18,10 @@ class FoundRows {
   /// `name` is how messages name the file with the text.
   FoundRows(std::string_view text, const std::string& name);
 
-  /// Adds a row to a chain, "" where it names none. FileError for more rows or chains than the text can hold.
+  /// Adds a row to a chain, "" where it names none. FileError for more rows or chains than the text can have.
   void add(const std::string& chain, FileShift shift);
 
-  /// The rows as a file with one list. One-letter residue names become three-letter ones.
+  /// Returns the rows as a file with one list. One-letter residue names become three-letter ones.
   ShiftFile file(std::vector<std::string> notes) &&;
 
   std::vector<FileShift> shifts;

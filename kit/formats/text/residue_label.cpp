@@ -11,14 +11,14 @@ namespace zorvela {
 
 namespace {
 
-// What may stand between the name and the number of a residue, beside a dash.
+// Characters between the name and the number of a residue, besides a dash.
 constexpr std::string_view kBetween = " _.:(";
 
 bool isKnownName(std::string_view name) {
   return residueType(name).letter != kUnknownResidue;
 }
 
-/// A one-letter name, or one of several letters that is known.
+/// Tells whether a name has one letter, or is a known one of several letters.
 bool isResidueName(std::string_view name) {
   return name.size() == 1 ? isLetter(name.front()) : isKnownName(name);
 }
@@ -28,7 +28,7 @@ std::string_view without(std::string_view text, std::string_view between) {
   return start == std::string_view::npos ? std::string_view() : text.substr(start);
 }
 
-/// A whole number in one form: "007" is 7.
+/// Returns a whole number in one form: "007" is 7.
 std::string plainNumber(std::string_view digits) {
   const auto number = toInteger(digits);
   return number ? std::to_string(*number) : std::string();
@@ -58,7 +58,7 @@ std::optional<ResidueLabel> numberFirst(std::string_view text, bool holdsAtom) {
   return isResidueName(label.name) ? std::optional<ResidueLabel>(label) : std::nullopt;
 }
 
-/// Takes what stands after the number: an insertion code, or the atom of an assignment.
+/// Reads the text after the number: an insertion code, or the atom of an assignment.
 bool takeRest(std::string_view rest, bool holdsAtom, ResidueLabel& label) {
   if (!rest.empty() && rest.front() == ')') rest.remove_prefix(1);
   if (holdsAtom) {
@@ -91,7 +91,7 @@ std::optional<ResidueLabel> nameFirst(std::string_view text, bool holdsAtom) {
   return label;
 }
 
-// "A:SER81". With "A:S81" it is open which letter names the residue. "1G7", as a digit is no residue.
+// "A:SER81", but not "A:S81", where either letter may be the residue. "1G7", as a digit is not a residue.
 std::optional<ResidueLabel> chainFirst(std::string_view text, bool holdsAtom) {
   if (text.size() < 3) return std::nullopt;
   const bool isDigitChain = isDigit(text[0]) && isLetter(text[1]) && isDigit(text[2]);
@@ -108,7 +108,7 @@ std::optional<ResidueLabel> ownLabel(std::string_view text, bool holdsAtom) {
   return isLetter(text.front()) ? nameFirst(text, holdsAtom) : numberFirst(text, holdsAtom);
 }
 
-/// "G12-1". A second number, as in a range, is no step to a neighbour.
+/// Reads "G12-1". A second number, as in a range, is not a step to a neighbour.
 std::optional<ResidueLabel> neighbourLabel(std::string_view text) {
   const auto code = readNeighbourCode(text);
   if (!code || code->offset < -1 || code->offset > 1) return std::nullopt;
@@ -118,7 +118,7 @@ std::optional<ResidueLabel> neighbourLabel(std::string_view text) {
   return label;
 }
 
-/// "NA:A.81.SER.CA", the identifier of an atom in one assignment program: chain, number, name, atom.
+/// Reads "NA:A.81.SER.CA", the identifier of an atom in one assignment program: chain, number, name, atom.
 std::optional<ResidueLabel> atomIdentifier(std::string_view text) {
   constexpr std::string_view kMark = "NA:";
   if (text.substr(0, kMark.size()) != kMark) return std::nullopt;

@@ -7,7 +7,7 @@
 
 namespace zorvela {
 
-/// What a cell says of a residue; empty is what it does not say.
+/// The parts of a residue label; those that the cell lacks are empty.
 struct ResidueLabel {
   std::string chain;
   std::string number;
@@ -18,11 +18,12 @@ struct ResidueLabel {
   bool hasDash = false;  ///< "-" between name and number, which may be a minus sign; it is not in `number`
 };
 
-/// Reads the cell. Nothing where it is none of the forms above or has more in it, as "((resid" or "126.962".
+/// Reads the cell. Nothing where it has none of the forms above or has more in it, as "((resid" or "126.962".
 /// With `holdsAtom`, what follows the residue is an atom name.
 std::optional<ResidueLabel> readLabel(const std::string& cell, bool holdsAtom = false);
 
-/// Whether the cell names a spin system that is not assigned to a residue: "?", "X205", "@12", "{5}[123]".
+/// Tells whether the cell names a spin system that is not assigned to a residue: "?", "X205", "@12",
+/// "{5}[123]".
 bool isUnassignedLabel(const std::string& cell);
 
 }  // namespace zorvela

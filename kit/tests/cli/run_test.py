@@ -289,7 +289,7 @@ class Errors(InFolder):
         self.assertAlmostEqual(cb["corrected"], cb["observed"] - self.OFFSET, delta=1e-4)
         table = program.run(file)
         self.assertEqual(table.stdout.splitlines()[0], note)
-        self.assertIn("; ! taken away before predicting\n", table.stdout)
+        self.assertIn("; ! subtracted before predicting\n", table.stdout)
         self.assertEqual(table.stderr, "")  # a terminal would show it twice
         saved = program.run(file, "--output", self.path("saved.txt"))
         self.assertEqual(saved.stderr, "zorvela-kit: note: %s: %s\n" % (file, note))

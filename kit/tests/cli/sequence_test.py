@@ -77,7 +77,7 @@ class Sequence(folder.InFolder):
     def test_sequences_that_will_not_do(self):
         self.put("p.seq", "MET\nLYS\nALA\nVAL\nVAL\nPRO\nGLY\nTHR\n")
         for arguments, message in (
-                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G and VAL; give one of the two"),
+                (["p.csv", "p.fasta", "p.seq"], "p.seq: differs from p.fasta: residue 4 is G in one and VAL in the other; give one of the two"),
                 (["p.csv", "p.fasta", "--sequence", "p.seq"], "p.fasta: is a second sequence beside that of --sequence; give "
                                                               "one of the two"),
                 (["p.fasta"], "p.fasta: is a sequence without shifts; give the file with the chemical shifts too"),
@@ -88,8 +88,8 @@ class Sequence(folder.InFolder):
 
     def test_gaps_of_a_list_without_a_sequence(self):
         self.put("g.csv", "resid,resname,atom,shift\n3,ALA,CA,52.0\n6,PRO,CA,63.0\n7,GLY,CA,45.0\n9,ALA,CA,52.0\n")
-        said = ("Prolines in gaps cannot be seen: 3 residues have no name, as the shifts come without a sequence. Give "
-                "it with --sequence FILE.\n")
+        said = ("Prolines in gaps cannot be seen: the shifts come without a sequence, and 3 residues have no name. Give "
+                "the sequence with --sequence FILE.\n")
         self.assertTrue(program.run("g.csv", cwd=self.folder).stdout.endswith(said))
         self.assertIn(said.strip(), program.run("g.csv", "--format", "html", cwd=self.folder).stdout)
         self.put("g.fasta", ">g\nMKAPPPGPA\n")

@@ -25,7 +25,7 @@ TEST(Formats, AreRecognisedByContent) {
   EXPECT_EQ(formatOf("data_x\n_nef_chemical_shift.value 5\n"), "NEF");
   EXPECT_EQ(formatOf("REMARK resid,atom\nVARS RESID\nFORMAT %d\n"), "shift table");
   EXPECT_EQ(formatOf("resid,resname,atom,shift\n"), "CSV");
-  EXPECT_EQ(formatOf("FORMAT %d\nVARS RESID\n"), "CSV");  // FORMAT stands below VARS
+  EXPECT_EQ(formatOf("FORMAT %d\nVARS RESID\n"), "CSV");  // not below VARS
 }
 
 TEST(Formats, TheReaderNamesTheFormat) {

@@ -41,7 +41,7 @@ TEST(Deuteration, IsThatOfTheMoleculeInTheSample) {
         << molecule;
   EXPECT_EQ(read(kEntity3 + sample3("1", "other 2 .", "[U-2H]") + kShifts3 + "save_\n").deuteration, 0);
   EXPECT_EQ(read(kEntity3 + sample3("1", ". 1 .", "[U-13C]") + kShifts3 + "save_\n").deuteration, 0)
-      << "deuterated water is no deuterated protein";
+      << "deuterated water is not a deuterated protein";
 }
 
 TEST(Deuteration, IsThatOfTheSamplesOfTheList) {

@@ -18,9 +18,9 @@ class Explain(folder.InFolder):
         # A mark is half a nat. Prior -2.94: 6 marks. A before: ln 2 = 0.69: 1. CB: 1.4: 3; the class means are 32 and
         # 30 ppm, random coil 30. K after: -0.69. Sum: -1.54: 3.
         lines = self.block()
-        self.assertEqual(lines[0].strip(), "undecided: CB and the A before speak for cis, the K after for trans; CG")
+        self.assertEqual(lines[0].strip(), "undecided: CB and the A before favour cis, the K after favours trans; CG")
         table = {line[5:21].strip(): line[21:] for line in lines}
-        self.assertEqual(table["1 in 20 are cis"], " " * 25 + "    -2.9  " + "     ######|")
+        self.assertEqual(table["1 in 20 is cis"], " " * 25 + "    -2.9  " + "     ######|")
         self.assertEqual(table["A before"].split(), ["+0.7", "|#"])
         self.assertEqual(table["CB"].split(), ["31.7", "32.0", "30.0", "+1.4", "|###"])
         self.assertEqual(table["K after"].split(), ["-0.7", "#|"])
@@ -28,8 +28,8 @@ class Explain(folder.InFolder):
 
     def test_what_is_missing_is_offered(self):
         text = " ".join(" ".join(self.block()).split())
-        self.assertIn("Missing, with its worth in bits: CG 0.", text)
-        self.assertIn("(decides with ", text)
+        self.assertIn("Missing shifts, with their expected information in bits: CG 0.", text)
+        self.assertIn("(chance of a clear call ", text)
         self.assertIn("CG would be worth 0.", text)
 
     def test_fits_80_columns(self):
@@ -41,7 +41,7 @@ class Explain(folder.InFolder):
 
     def test_one_residue(self):
         result = program.run("--explain", "--residue", "117", program.EXAMPLES[0], tables=program.TABLES)
-        self.assertEqual(result.stdout.count("1 in 20 are cis"), 1)
+        self.assertEqual(result.stdout.count("1 in 20 is cis"), 1)
         self.assertEqual(result.stderr, "")
 
     def test_residue_that_is_nowhere(self):

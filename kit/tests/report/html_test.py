@@ -110,16 +110,17 @@ class Page(unittest.TestCase):
 
     def test_no_proline_and_one(self):
         with tempfile.TemporaryDirectory() as folder:
-            for sequence, said in (("AAK", "The sequence has no proline."), ("PAK", "The one proline has no prediction."),
+            for sequence, said in (("AAK", "The sequence has no proline."), ("PAK", "The only proline has no prediction."),
                                    ("APK", "1 of 1 proline is cis: P2.")):
                 path = os.path.join(folder, sequence + ".tab")
                 with open(path, "w", encoding="utf-8") as file:
                     file.write(program.full_table(sequence, FAR if sequence == "APK" else ()))
                 text = page(path, tables=program.MADE_TABLES)
                 self.assertIn(said, text)
+                self.assertEqual("class=\"key\"" in text, sequence == "APK")
                 self.assert_sound(text)
 
-    def test_chains_with_something_to_look_at_stand_open(self):
+    def test_chains_with_a_proline_to_look_at_are_open(self):
         text = page(*program.EXAMPLES)
         opened = re.findall(r"<details class=\"chain\"( open)?><summary>([^<]*)", text)
         self.assertEqual([(bool(is_open), os.path.basename(name)) for is_open, name in opened],
@@ -128,13 +129,14 @@ class Page(unittest.TestCase):
     def test_accuracy_is_that_of_the_document(self):
         document = (program.SOURCE / "doc" / "accuracy.md").read_text(encoding="utf-8")
         text = page(program.EXAMPLES[0])
-        for known, line in (("CB and CG", "with CB and CG"), ("CB, not CG", "with CB, without CG"),
+        for known, line in (("CB and CG", "with CB and CG"), ("CB without CG", "with CB, without CG"),
                             ("no CB", "without CB")):
             found = re.search(r"^%s +(\d+) +\d+ +\S+ \[[^]]*\] +(\S+) \[[^]]*\] +(\S+) " % re.escape(line), document,
                               re.MULTILINE)
             count, sensitivity, specificity = found.groups()
             row = re.search(r"<th scope=\"row\">%s</th>(.*?)</tr>" % known, text).group(1)
-            self.assertEqual(re.findall(r">([0-9.]+)(?: prolines)?<", row)[1:], [sensitivity, specificity, count])
+            self.assertEqual(re.findall(r">([0-9.]+)(?:\u00a0%| prolines)<", row),
+                             ["%.1f" % (100 * float(share)) for share in (sensitivity, specificity)] + [count])
 
 
 class Made(unittest.TestCase):
@@ -159,7 +161,7 @@ class Cards(Made):
         text = card(self.page_of({(2, "CB"): 30.5, (2, "CG"): 24.5}), "P2")
         rows = table_after(text, "<table")
         self.assertEqual(rows[0], ["ppm", "obs.", "cis", "trans", "nats", "trans | cis"])
-        for row in (["A1 type", "+0.7", ""], ["P2 1 in 20 are cis", "−2.9", ""], ["K3 type", "−0.7", ""],
+        for row in (["A1 type", "+0.7", ""], ["P2 1 in 20 is cis", "−2.9", ""], ["K3 type", "−0.7", ""],
                     ["CB", "30.5", "32.0", "30.0", "−1.0", ""], ["CG", "24.5", "24.0", "27.0", "+3.0", ""],
                     ["Sum", "−0.9", ""]):
             self.assertIn(row, rows)
@@ -195,7 +197,7 @@ class Cards(Made):
         self.assertEqual(kinds[0], ("article", "P5"))
         self.assertIn(("details", "P2"), kinds)
         line = re.search(r"<summary>.*?</summary>", card(text, "P2")).group()
-        self.assertIn("CG of the proline speaks for it", line)
+        self.assertIn("CG of the proline supports it", line)
         self.assertIn("<i class=\"t\"", line)
 
     def test_without_a_prediction(self):

@@ -258,7 +258,7 @@ TEST(ReportHtml, SaysOnceWhatWasCorrected) {
   EXPECT_NE(first, std::string::npos);
   EXPECT_LT(first, text.find("</p>"));
   EXPECT_EQ(text.find("13C is 1.5 ppm too high", first + 1), std::string::npos);
-  EXPECT_NE(text.find("1 note of the import"), std::string::npos);
+  EXPECT_NE(text.find("1 note on the input file"), std::string::npos);
 }
 
 TEST(ReportHtml, WarnsBeforeAllElse) {

@@ -1,4 +1,4 @@
-// The sentence of a proline: who is named, and what is said.
+// The sentence of a proline: which contributions it names.
 #include "report/words.h"
 
 #include "report/measured_calls.h"
@@ -40,13 +40,11 @@ ProlineResult proline(const std::vector<std::pair<int, double>>& contributions, 
 
 TEST(Words, NameWhatDecidesAndWhatSpeaksAgainst) {
   const std::vector<std::pair<ProlineResult, std::string>> cases = {
-      {proline({{10, 4.1}, {18, 3.0}}), "cis: CB and CG of the proline decide; nothing speaks against it"},
-      {proline({{18, 6.0}, {3, -1.2}}), "cis: CG of the proline decides; CA of A4 speaks against it"},
-      {proline({{18, -3.0}, {13, -0.2}}),
-       "trans: CG of the proline speaks for it; nothing speaks against it"},
-      {proline({{18, -3.0}}, 1.0), "trans: CG of the proline decides; the A before speaks against it"},
-      {proline({{10, -0.3}, {13, 0.1}}),
-       "trans: no shift speaks clearly for either, and 19 in 20 are trans"}};
+      {proline({{10, 4.1}, {18, 3.0}}), "cis: CB and CG of the proline decide; nothing contradicts it"},
+      {proline({{18, 6.0}, {3, -1.2}}), "cis: CG of the proline decides; CA of A4 contradicts it"},
+      {proline({{18, -3.0}, {13, -0.2}}), "trans: CG of the proline supports it; nothing contradicts it"},
+      {proline({{18, -3.0}}, 1.0), "trans: CG of the proline decides; the A before contradicts it"},
+      {proline({{10, -0.3}, {13, 0.1}}), "trans: no shift clearly favours either, and 19 in 20 are trans"}};
   for (const auto& [result, sentence] : cases) EXPECT_EQ(zorvela::sentenceOf(result), sentence);
 }
 
@@ -54,48 +52,47 @@ TEST(Words, UndecidedNamesBothSidesAndWhatToMeasure) {
   ProlineResult result = proline({{10, 2.5}, {13, -0.8}});
   result.evidence->next = {{18, 0.314, 0.5}};
   EXPECT_EQ(zorvela::sentenceOf(result),
-            "undecided: CB of the proline speaks for cis, HA of K6 for trans; CG would be worth 0.31 bits");
+            "undecided: CB of the proline favours cis, HA of K6 favours trans; CG would be worth 0.31 bits");
 }
 
 TEST(Words, NoAdviceWhereTheBestShiftIsWorthLittle) {
   ProlineResult result = proline({{10, 2.5}, {13, -0.8}});
   result.evidence->next = {{18, 0.019, 0.0}};
-  EXPECT_EQ(zorvela::sentenceOf(result), "undecided: CB of the proline speaks for cis, HA of K6 for trans");
+  EXPECT_EQ(zorvela::sentenceOf(result), "undecided: CB of the proline favours cis, HA of K6 favours trans");
   EXPECT_EQ(zorvela::nextShiftOf(result), "");
-  EXPECT_EQ(zorvela::nextStep(result), "an NOE from HA of A4 to HA of P5 says cis, to HD trans");
+  EXPECT_EQ(zorvela::nextStep(result), "an NOE from HA of A4 to HA of P5 means cis, to HD means trans");
 }
 
-TEST(Words, CbMinusCgThatSaysTheOppositeIsNamed) {
+TEST(Words, CbMinusCgThatContradictsTheCallIsNamed) {
   ProlineResult result = proline({{18, -6.0}});
   result.evidence->shifts[10].observed = 34.0F;
   result.evidence->shifts[18].observed = 25.0F;
   EXPECT_EQ(
       zorvela::sentenceOf(result),
-      "trans: CG of the proline speaks for it; nothing speaks against it; but CB - CG of 9.0 ppm says cis");
+      "trans: CG of the proline supports it; nothing contradicts it; but CB - CG of 9.0 ppm indicates cis");
   result.evidence->shifts[18].observed = 27.0F;  // 7 ppm: neither
-  EXPECT_EQ(zorvela::sentenceOf(result), "trans: CG of the proline speaks for it; nothing speaks against it");
+  EXPECT_EQ(zorvela::sentenceOf(result), "trans: CG of the proline supports it; nothing contradicts it");
 }
 
 TEST(Words, CbMinusCgThatDecidesWhereTheCallDoesNotIsNamed) {
   ProlineResult result = proline({{10, 2.5}});
   result.evidence->shifts[10].observed = 36.5F;  // both 2.5 ppm too high
   result.evidence->shifts[18].observed = 27.5F;
-  EXPECT_EQ(
-      zorvela::sentenceOf(result),
-      "undecided: CB of the proline speaks for cis, but not clearly enough; CB - CG of 9.0 ppm says cis");
+  EXPECT_EQ(zorvela::sentenceOf(result),
+            "undecided: CB of the proline favours cis, but not enough; CB - CG of 9.0 ppm indicates cis");
 }
 
 TEST(Words, HowOftenSuchACallIsRight) {
   std::vector<std::pair<int, double>> shifts = {{10, 6.0}, {18, 6.0}};
   for (const int index : {0, 1, 2, 3, 4, 5, 12, 13}) shifts.emplace_back(index, 0.0);
   EXPECT_EQ(zorvela::howOftenRight(proline(shifts)),
-            "of 32 prolines with CB and CG and P_CIS_NORM above 0.8, 32 were cis");
+            "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis");
   shifts[0].second = shifts[1].second = 1;
   shifts.pop_back();
   EXPECT_EQ(
       zorvela::howOftenRight(proline(shifts)),
-      "of 81 undecided prolines with fewer than ten shifts, 17 were cis; of 26 cis prolines with fewer than "
-      "ten shifts 1 is called cis");
+      "in cross-validation, 17 of 81 undecided prolines with fewer than ten shifts were cis; 1 of 26 cis "
+      "prolines with fewer than ten shifts was called cis");
   ProlineResult none;
   EXPECT_EQ(zorvela::howOftenRight(none), "");
 }
@@ -107,7 +104,8 @@ TEST(Words, WithoutEvidenceTheReason) {
   result.number = "2";
   result.next = "K";
   EXPECT_EQ(zorvela::sentenceOf(result), "no prediction: too few shifts");
-  EXPECT_EQ(zorvela::nextStep(result), "it takes three of N, HA, C, CA, CB, HN for two of A, P2 and K");
+  EXPECT_EQ(zorvela::nextStep(result),
+            "a prediction needs three of N, HA, C, CA, CB, HN for two of A, P2 and K");
   EXPECT_EQ(zorvela::strongestOf(result), "");
   EXPECT_EQ(zorvela::nextShiftOf(result), "");
   EXPECT_EQ(zorvela::precisionNote(result), "");
@@ -121,7 +119,7 @@ TEST(Words, WhereSinglePrecisionEndsTheSumStays) {
   result.pCisNorm.reset();
   result.call = Call::none;
   EXPECT_EQ(zorvela::precisionNote(result),
-            "single precision has no number for factors so small; the contributions add up to -202.9 nats, "
+            "the factors are too small for single precision; the contributions add up to -202.9 nats, "
             "for trans");
   result.evidence->before.nats = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(zorvela::precisionNote(result), "");

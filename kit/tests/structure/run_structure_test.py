@@ -301,14 +301,14 @@ class Output(Case):
         self.put("model.pdb", made.pdb([("B", chain(first=1001))]))
         result = self.compare("shifts.tab", "--structure", "model.pdb")
         lines = result.stdout.splitlines()
-        self.assertEqual(lines[0].split()[-6:], ["Call", "Structure", "Models", "|omega|", "There", "Verdict"])
+        self.assertEqual(lines[0].split()[-6:], ["Call", "Structure", "Models", "|omega|", "Residue", "Verdict"])
         self.assertEqual(lines[1].split()[-8:], ["trans", "trans", "1", "trans", "180", "B", "PRO1009", "agree"])
         self.assertTrue(lines[2].startswith("!  shifts.tab "), lines[2])
         self.assertEqual(lines[2].split()[-8:], ["cis", "trans", "1", "trans", "180", "B", "PRO1017", "disagree"])
         self.assertTrue(lines[6].startswith("!  shifts.tab P17: The shifts predict cis (P_CIS_NORM "), lines[6])
         self.assertEqual(lines[7:8], [""])
         self.assertEqual(lines[-2:], ["1 structure: 3 agree, 1 disagree (!)",
-                                      "cis: |omega| up to 30 degrees; trans: from 150; twisted: between"])
+                                      "cis: |omega| up to 30 degrees; trans: at least 150 degrees; twisted: between"])
 
     def test_each_structure_has_its_line(self):
         self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
@@ -374,7 +374,7 @@ class BadInput(Case):
         at = next(i for i, line in enumerate(lines) if " CA  PRO A  17 " in line)
         lines[at] = lines[at][:30] + "     nan     nan     nan" + lines[at][54:]
         rows = self.rows("\n".join(lines))
-        self.assertIn("coordinates that are no numbers, atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
+        self.assertIn("coordinates that are not numbers; atoms ignored: residue PRO 17 of chain A, line %d" % (at + 1),
                       self.stderr)
         self.assertEqual(rows["17"]["verdict"], "not in the structure")
         every = [line[:30] + "     nan     nan     nan" + line[54:] if line.startswith("ATOM") else line for line in lines]

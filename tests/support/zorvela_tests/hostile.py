@@ -293,7 +293,7 @@ def cells_above_a_header(n):
 
 
 def long_chain_name(n):
-    """In the CSV and the table of `run` it stands in each row."""
+    """In the CSV and the table of `run` each row has it."""
     return entity(letters(2000), "n" * n) + BARE_ROWS + backbone(2000, "%d %s %s %.3f\n")
 
 
@@ -393,7 +393,7 @@ def models_in_turn_of_mmcif(n):
 
 
 def scattered_residues_of_mmcif(n):
-    """The atoms of a residue stand far from one another."""
+    """The atoms of a residue are far from one another."""
     return BARE_ATOMS + "".join("%s PRO A %d 0 0 0\n" % (atom, i * 7919 % n)
                                 for atom in ("N", "CA", "C") for i in range(n))
 
@@ -414,10 +414,10 @@ def lost_value_of_mmcif(n):
     return "data_x\nloop_\n_a\n_b\n" + "a a\n" * n + "a\n" + prolines_of_mmcif(10)
 
 
-def star_of_chains(chains, residues, rows, name="%d"):
+def star_of_chains(chains, residues, rows):
     """Copies of one molecule, each with the rows of a list that names its copy."""
     return (entity(letters(residues)) + "loop_\n_Entity_assembly.ID\n_Entity_assembly.Entity_ID\n" +
-            lines(chains, name + " 1\n") + "stop_\n" + ROWS + "".join(rows % i for i in range(1, chains + 1)))
+            lines(chains, "%d 1\n") + "stop_\n" + ROWS + "".join(rows % i for i in range(1, chains + 1)))
 
 
 def ca_chains(chains, residues, name="A%d"):
@@ -490,24 +490,25 @@ def pieces_of_mmcif(n):
     return BARE_ATOMS + "".join("CA PRO A %d %d 0 0\n" % (2 * i + 1, 100 * i) for i in range(n))
 
 
-# Sizes small, usual and beyond any that is known.
+RUN = ("run", "--format", "json")
+BESIDE_CSV = ("run", "x.csv", "--structure", "FILE")
+BESIDE_STAR = ("run", "x.str", "--structure", "FILE")
+USUAL = (100, 1000, 10000)  # residues: few, as usual, more than any known protein has
+
 FORMATS = [
-    Attack("NMR-STAR 3", "a.str", star3_entry, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("NMR-STAR 2.1", "a.str", star2_entry, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("NEF", "a.nef", nef_entry, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("CSV", "a.csv", csv_file, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("assignment list", "a.prot", prot_file, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("shift table", "a.tab", shift_table, (100, 1000, 10000), ("run", "--format", "json")),
-    Attack("HTML report", "a.csv", csv_file, (100, 1000, 10000), ("run", "--format", "html")),
-    Attack("explained", "a.csv", csv_file, (100, 1000, 10000), ("run", "--explain")),
-    Attack("annotated", "a.nef", nef_entry, (100, 1000, 10000), ("annotate", "FILE", "--output", "out.nef")),
-    Attack("PDB, models", "a.pdb", lambda n: pdb_file(100, n), (1, 10, 100),
-           ("run", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
-    Attack("PDB, residues", "a.pdb", pdb_file, (100, 1000, 3500), ("run", "x.csv", "--structure", "FILE"),
+    *(Attack(title, name, make, USUAL, RUN) for title, name, make in (
+        ("NMR-STAR 3", "a.str", star3_entry), ("NMR-STAR 2.1", "a.str", star2_entry), ("NEF", "a.nef", nef_entry),
+        ("CSV", "a.csv", csv_file), ("assignment list", "a.prot", prot_file), ("shift table", "a.tab", shift_table))),
+    Attack("HTML report", "a.csv", csv_file, USUAL, ("run", "--format", "html")),
+    Attack("explained", "a.csv", csv_file, USUAL, ("run", "--explain")),
+    Attack("annotated", "a.nef", nef_entry, USUAL, ("annotate", "FILE", "--output", "out.nef")),
+    Attack("PDB, models", "a.pdb", lambda n: pdb_file(100, n), (1, 10, 100), BESIDE_CSV,
+           lambda n: {"x.csv": csv_file(100)}),
+    Attack("PDB, residues", "a.pdb", pdb_file, (100, 1000, 3500), BESIDE_CSV,
            lambda n: {"x.csv": csv_file(n)}),
-    Attack("mmCIF, chains", "a.cif", lambda n: mmcif_file(100, n), (1, 10, 100),
-           ("run", "x.csv", "--structure", "FILE"), lambda n: {"x.csv": csv_file(100)}),
-    Attack("mmCIF, residues", "a.cif", mmcif_file, (100, 1000, 3500), ("run", "x.csv", "--structure", "FILE"),
+    Attack("mmCIF, chains", "a.cif", lambda n: mmcif_file(100, n), (1, 10, 100), BESIDE_CSV,
+           lambda n: {"x.csv": csv_file(100)}),
+    Attack("mmCIF, residues", "a.cif", mmcif_file, (100, 1000, 3500), BESIDE_CSV,
            lambda n: {"x.csv": csv_file(n)}),
 ]
 
@@ -552,13 +553,12 @@ ATTACKS = [
     Attack("offsets of chains", "a.str", offsets_of_many_chains, (10, 100, 400)),
     Attack("entries in a file", "a.str", many_entries, (10, 900, 20000)),
     Attack("chains x chains, PDB", "a.pdb", lambda n: pdb_file(20, 1, "".join(chr(65 + i) for i in range(26)) * n),
-           (1, 10, 33), ("run", "x.csv", "--structure", "FILE"),
+           (1, 10, 33), BESIDE_CSV,
            lambda n: {"x.csv": "chain,resid,resname,atom,shift\n" + "".join(
                "c%d,%d,%s,CA,55\n" % (c, i + 1, NAMES[i % 10]) for c in range(30 * n) for i in range(20))}),
-    Attack("chains that are aligned", "a.cif", lambda n: bare_mmcif(1400, n), (1, 10, 100),
-           ("run", "x.str", "--structure", "FILE"),
+    Attack("chains that are aligned", "a.cif", lambda n: bare_mmcif(1400, n), (1, 10, 100), BESIDE_STAR,
            lambda n: {"x.str": entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"}),
-    *(Attack(title + ", mmCIF", "a.cif", make, sizes, ("run", "x.csv", "--structure", "FILE"),
+    *(Attack(title + ", mmCIF", "a.cif", make, sizes, BESIDE_CSV,
              lambda n: {"x.csv": csv_file(100)}) for title, make, sizes in (
                  ("prolines", prolines_of_mmcif, (1000, 29000, 1000000)),
                  ("chains", chains_of_mmcif, (1000, 29000, 1000000)),
@@ -568,41 +568,38 @@ ATTACKS = [
                  ("atoms without place", atoms_without_place_of_mmcif, (1000, 50000, 1000000)),
                  ("words", words_of_mmcif, (10000, 1000000, 50000000)),
                  ("lost value", lost_value_of_mmcif, (10000, 1000000, 20000000)))),
-    Attack("prolines", "a.str", lambda n: entity("GP" * n) + BARE_ROWS + "2 PRO CA 63\n", (50, 500, 5000),
-           ("run", "--format", "json")),
+    Attack("prolines", "a.str", lambda n: entity("GP" * n) + BARE_ROWS + "2 PRO CA 63\n", (50, 500, 5000), RUN),
 ]
 
 # Where one part of a file is looked up in another one.
 PRODUCTS = [
     Attack("chains x equal proteins", "a.cif", lambda n: ca_chains(2 * n, 5), (10, 100, 990),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
     Attack("chains x equal names", "a.cif", lambda n: ca_chains(2 * n, 5, "%d"), (10, 100, 990),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
     Attack("chains x prolines", "a.cif", lambda n: ca_chains(n, 100), (10, 100, 300),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 100, "%d 4 PRO CB 32\n")}),
     Attack("long names of chains", "a.cif", lambda n: ca_chains(1, 5, "A%d" + "a" * (400 * n)), (10, 100, 990),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 5, "%d 3 SER CA 58\n")}),
     Attack("long names of residues", "a.cif",
            lambda n: ca_chains(1, 10).replace("CA PRO", "CA P" + "X" * (400 * n)), (10, 100, 990),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 10, "%d 4 PRO CA 58\n")}),
     Attack("long names of models", "a.cif",
            lambda n: (ca_chains(1, 10).replace("Cartn_z\n", "Cartn_z\n_atom_site.pdbx_PDB_model_num\n")
                       .replace(" 0 0\n", " 0 0 " + "m" * (400 * n) + "\n")), (10, 100, 990),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": star_of_chains(n, 10, "%d 4 PRO CA 58\n")}),
-    Attack("chains of one long protein", "a.cif", lambda n: bare_mmcif(1, n), (100, 1000, 15000),
-           ("run", "x.str", "--structure", "FILE"),
+    Attack("chains of one long protein", "a.cif", lambda n: bare_mmcif(1, n), (100, 1000, 15000), BESIDE_STAR,
            lambda n: {"x.str": entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"}),
-    Attack("pieces of a chain", "a.cif", pieces_of_mmcif, (1000, 10000, 29000),
-           ("run", "x.str", "--structure", "FILE"),
+    Attack("pieces of a chain", "a.cif", pieces_of_mmcif, (1000, 10000, 29000), BESIDE_STAR,
            lambda n: {"x.str": entity("P") + BARE_ROWS + "1 PRO CA 63\n"}),
     Attack("models without bonds", "a.cif", models_without_bonds, (100, 1000, 15000),
-           ("run", "x.str", "--structure", "FILE", "--format", "json"),
+           (*BESIDE_STAR, "--format", "json"),
            lambda n: {"x.str": entity("P" * 100) + BARE_ROWS + "2 PRO CA 63\n"}),
     Attack("loops of bonds", "a.str", loops_of_bonds, (1000, 10000, 90000)),
     Attack("rows of no chain", "a.str", rows_of_no_chain, (10, 100, 990)),
@@ -612,5 +609,5 @@ PRODUCTS = [
     Attack("blocks of copies", "a.str", blocks_of_copies, (10, 100, 900)),
     Attack("loops of one row", "a.str", loops_of_one_row, (1000, 10000, 90000)),
     Attack("long name of an entity", "a.str", long_entity_name, (1000, 30000, 320000)),
-    Attack("prolines with shifts", "a.csv", prolines_with_shifts, (100, 1000, 9900), ("run", "--format", "json")),
+    Attack("prolines with shifts", "a.csv", prolines_with_shifts, (100, 1000, 9900), RUN),
 ]

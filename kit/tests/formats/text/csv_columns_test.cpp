@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Whether a column gives the number or the name of the residue, or either.
+/// Tells whether a column gives the number or the name of the residue, or either.
 bool saysResidue(const zorvela::CsvColumns& columns, std::size_t column) {
   return columns.number == column || columns.counter == column || columns.name == column ||
          std::find(columns.residues.begin(), columns.residues.end(), column) != columns.residues.end();
@@ -50,7 +50,7 @@ TEST(CsvColumns, OneColumnPerAtom) {
   EXPECT_EQ(columns.atoms[0].atom, "N");
   EXPECT_EQ(columns.atoms[2].column, 4U);
   EXPECT_EQ(columns.atoms[2].atom, "CA");
-  // "delta" beside them is no column of shifts, and "name" is the residue's.
+  // "delta" beside them is not a column of shifts, and "name" is the residue's.
   const auto wide = zorvela::readColumns({"resid", "name", "N", "CA", "delta"});
   EXPECT_FALSE(wide.areLong());
   EXPECT_EQ(wide.name, 1U);
@@ -111,13 +111,6 @@ TEST(CsvColumns, ACounterMayBeTheNumber) {
     EXPECT_EQ(columns.counter, 0U) << name;
   }
   EXPECT_EQ(zorvela::readColumns({"res #", "aa", "N", "CA"}).number, 0U);
-}
-
-TEST(CsvColumns, TellWhatIsMissing) {
-  EXPECT_EQ(zorvela::readColumns({"resid", "resname", "shift"}).missing(), "atom name (atom)");
-  EXPECT_EQ(zorvela::readColumns({"resid"}).missing(),
-            "residue name (resname), atom name (atom), chemical shift (shift)");
-  EXPECT_FALSE(zorvela::readColumns({"a", "b"}).areEnough());
 }
 
 }  // namespace

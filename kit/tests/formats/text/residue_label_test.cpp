@@ -7,7 +7,7 @@ namespace {
 
 using zorvela::readLabel;
 
-/// "number/code/name/atom", "none" for what is no label.
+/// Returns "number/code/name/atom", or "none" for text that is not a label.
 std::string parts(const std::string& cell, bool holdsAtom = false) {
   const auto label = readLabel(cell, holdsAtom);
   if (!label) return "none";
@@ -40,7 +40,7 @@ TEST(ResidueLabel, Chain) {
   EXPECT_EQ(parts("b:Pro-82"), "82//Pro/ dash of b");
   EXPECT_EQ(parts("1:SER81"), "81//SER/ of 1");
   EXPECT_EQ(parts("A:SER81:CA", true), "81//SER/CA of A");
-  // Without a name of several letters it is no chain for certain.
+  // Without a name of several letters the chain is not certain.
   EXPECT_EQ(parts("A:81"), "81//A/");
   EXPECT_EQ(parts("SER:81"), "81//SER/");
 }

@@ -1,4 +1,4 @@
-// CB and CG of a proline, by which the bond before it can be told.
+// CB - CG of a proline, which depends on the bond before it.
 #pragma once
 
 #include <optional>

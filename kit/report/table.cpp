@@ -35,13 +35,10 @@ std::string neighbourText(const std::string& name, const std::string& number) {
   return name.empty() ? kAbsentCell : name + number;
 }
 
-std::string markOf(Call call) {
-  if (call == Call::cis) return "*";
-  return call == Call::undecided ? "?" : "";
-}
-
 std::string markOf(const ProlineResult& proline) {
-  return verdictOf(proline) == Verdict::disagree ? "!" : markOf(proline.call);
+  if (verdictOf(proline) == Verdict::disagree) return "!";
+  if (proline.call == Call::cis) return "*";
+  return proline.call == Call::undecided ? "?" : "";
 }
 
 std::string callText(const ProlineResult& proline) {

@@ -15,7 +15,7 @@ class TextTable {
   using Cells = std::vector<std::string>;
 
   explicit TextTable(const Cells& titles) { add(titles, false); }
-  /// Adds a row, bold with colour if it is marked. `below`: whole lines that follow it.
+  /// Adds a row, in bold colour if `standsOut`. `below`: whole lines that follow it.
   void add(Cells cells, bool standsOut, std::string below = "");
   void write(bool colour, std::ostream& out) const;
 

@@ -108,9 +108,9 @@ Coordinates BackboneBuilder::finished() {
   Coordinates coordinates;
   coordinates.models = std::move(models);
   if (!repeated.empty())
-    coordinates.notes.push_back("atoms that are given twice, the first one is used: " + enumerated(repeated));
+    coordinates.notes.push_back("atoms given twice; the first is used: " + enumerated(repeated));
   if (!unusable.empty())
-    coordinates.notes.push_back("coordinates that are not numbers; atoms ignored: " + enumerated(unusable));
+    coordinates.notes.push_back("coordinates that are not numbers; atoms not used: " + enumerated(unusable));
   return coordinates;
 }
 

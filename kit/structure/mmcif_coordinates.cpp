@@ -235,7 +235,8 @@ class MmcifReader {
   FileError badLoop(const LoopLines& lines, std::size_t columns, std::size_t line) const {
     const auto odd = firstOddLine(lines, columns);
     if (!odd)
-      return FileError(file, line, "the values of the table that begins here do not fill its rows", kStarRemedy);
+      return FileError(file, line, "the values of the table that begins here do not fill its rows",
+                       kStarRemedy);
     const bool isCut = token.kind == Kind::end && lines.list.back().number == odd->number;
     return FileError(file, odd->number,
                      "this row has " + counted(odd->values, "value", "values") + " for " +

@@ -14,8 +14,6 @@ namespace zorvela {
 
 namespace {
 
-using Residues = std::vector<const BackboneResidue*>;
-
 /// More residues of one number are not looked at: no real chain has so many copies.
 constexpr std::size_t kMostCopies = 64;
 

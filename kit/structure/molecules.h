@@ -8,11 +8,14 @@
 
 namespace zorvela {
 
+/// Residues of a model.
+using Residues = std::vector<const BackboneResidue*>;
+
 /// The amino acids of one molecule, in the order of the chain.
 struct Molecule {
   std::string name;  ///< of the chain
   std::string key;   ///< the same in all models
-  std::vector<const BackboneResidue*> residues;
+  Residues residues;
 };
 
 /// Returns the molecules of a model. A part of a chain continues the one before it if it is bonded to it, or

@@ -100,10 +100,10 @@ class PdbReader {
     if (isModelOpen) unclosed.push_back(model);
     Coordinates coordinates = backbone.finished();
     if (!unclosed.empty())
-      coordinates.notes.push_back("models without ENDMDL, they end where the next one begins: " +
+      coordinates.notes.push_back("models without ENDMDL; each ends where the next one begins: " +
                                   enumerated(unclosed));
     if (!renumbered.empty())
-      coordinates.notes.push_back("models with the number of another one, called instead: " +
+      coordinates.notes.push_back("models with the number of another one, renumbered: " +
                                   enumerated(renumbered));
     return coordinates;
   }

@@ -117,15 +117,8 @@ std::string lengthText(const std::string& what, double length) {
 }  // namespace
 
 std::string toText(BondState state) {
-  switch (state) {
-    case BondState::cis:
-      return "cis";
-    case BondState::trans:
-      return "trans";
-    case BondState::twisted:
-      break;
-  }
-  return "twisted";
+  static const std::array<const char*, 3> kNames = {"cis", "trans", "twisted"};
+  return kNames.at(static_cast<std::size_t>(state));
 }
 
 BondState stateOfOmega(double omega) {

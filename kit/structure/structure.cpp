@@ -52,66 +52,46 @@ Coordinates readCoordinates(const std::string& text, const std::string& name, st
 
 // --- Chains ---------------------------------------------------------------------------------------
 
-/// A residue of one model, with the meaning of its name.
-struct Placed {
-  const BackboneResidue* residue = nullptr;
-  char letter = kUnknownResidue;
-};
-
-/// A molecule of one model.
-struct PlacedChain {
-  std::string name;
-  std::string key;  ///< the same in all models
-  std::vector<Placed> residues;
-};
-
 /// Of a residue with an atom CA.
 float occupancy(const BackboneResidue& residue) {
   return residue.find("CA")->occupancy;
 }
 
 /// Of two residue types at one place the more occupied one.
-std::vector<Placed> withoutAlternatives(const std::string& chain, const std::vector<Placed>& all,
-                                        std::vector<std::string>& notes) {
-  std::vector<Placed> residues;
-  for (const Placed& placed : all) {
-    const BackboneResidue& residue = *placed.residue;
-    const bool isAlternative =
-        !residues.empty() && equalIgnoringCase(residues.back().residue->number, residue.number);
-    if (!isAlternative) {
-      residues.push_back(placed);
+Residues withoutAlternatives(const Molecule& molecule, std::vector<std::string>& notes) {
+  Residues residues;
+  for (const BackboneResidue* residue : molecule.residues) {
+    if (residues.empty() || !equalIgnoringCase(residues.back()->number, residue->number)) {
+      residues.push_back(residue);
       continue;
     }
-    const BackboneResidue& other = *residues.back().residue;
-    notes.push_back(printable("chain " + chain + ", residue " + residue.number + " is " + other.name +
-                              " or " + residue.name + "; the more occupied one is used"));
-    if (occupancy(residue) > occupancy(other)) residues.back() = placed;
+    const BackboneResidue& other = *residues.back();
+    notes.push_back(printable("chain " + molecule.name + ", residue " + residue->number + " is " +
+                              other.name + " or " + residue->name + "; the more occupied one is used"));
+    if (occupancy(*residue) > occupancy(other)) residues.back() = residue;
   }
   return residues;
 }
 
 /// Free amino acids are HETATM without a bond to their neighbours; modified residues of a chain have one.
-std::vector<Placed> withoutLoose(const std::vector<Placed>& residues) {
-  std::vector<Placed> kept;
+Residues withoutLoose(const Residues& residues) {
+  Residues kept;
   for (std::size_t i = 0; i < residues.size(); ++i) {
-    const BackboneResidue& residue = *residues[i].residue;
-    const bool isBonded = (i > 0 && areBonded(*residues[i - 1].residue, residue)) ||
-                          (i + 1 < residues.size() && areBonded(residue, *residues[i + 1].residue));
-    if (!residue.isHetero || isBonded) kept.push_back(residues[i]);
+    const bool isBonded = (i > 0 && areBonded(*residues[i - 1], *residues[i])) ||
+                          (i + 1 < residues.size() && areBonded(*residues[i], *residues[i + 1]));
+    if (!residues[i]->isHetero || isBonded) kept.push_back(residues[i]);
   }
   return kept;
 }
 
-std::vector<PlacedChain> chainsOf(const BackboneModel& model, std::vector<std::string>& notes) {
-  std::vector<PlacedChain> chains;
-  for (const Molecule& molecule : moleculesOf(model)) {
-    std::vector<Placed> residues;
-    for (const BackboneResidue* residue : molecule.residues)
-      residues.push_back({residue, residueType(residue->name).letter});
-    chains.push_back(
-        {molecule.name, molecule.key, withoutLoose(withoutAlternatives(molecule.name, residues, notes))});
-  }
+std::vector<Molecule> chainsOf(const BackboneModel& model, std::vector<std::string>& notes) {
+  std::vector<Molecule> chains = moleculesOf(model);
+  for (Molecule& chain : chains) chain.residues = withoutLoose(withoutAlternatives(chain, notes));
   return chains;
+}
+
+char letterOf(const BackboneResidue& residue) {
+  return residueType(residue.name).letter;
 }
 
 std::string keyOf(const BackboneResidue& residue) {
@@ -125,17 +105,17 @@ struct Places {
 };
 using PlacesByChain = std::unordered_map<std::string, Places>;
 
-void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByChain& byKey) {
+void addChain(const Molecule& placed, ProteinStructure& structure, PlacesByChain& byKey) {
   Places places;
   places.chain = structure.chains.size();
   StructureChain chain;
   chain.name = placed.name;
   chain.isTrace = true;
   for (std::size_t i = 0; i < placed.residues.size(); ++i) {
-    const BackboneResidue& own = *placed.residues[i].residue;
-    const BackboneResidue* before = i > 0 ? placed.residues[i - 1].residue : nullptr;
+    const BackboneResidue& own = *placed.residues[i];
+    const BackboneResidue* before = i > 0 ? placed.residues[i - 1] : nullptr;
     StructureResidue residue;
-    residue.letter = placed.residues[i].letter;
+    residue.letter = letterOf(own);
     residue.name = own.name;
     residue.number = own.number;
     residue.label = own.label;
@@ -152,29 +132,30 @@ void addChain(const PlacedChain& placed, ProteinStructure& structure, PlacesByCh
 
 /// The residues of a chain are those of the model that has most of them, the first one among equals; what
 /// only other models have is not used.
-PlacesByChain addFullest(const std::vector<std::vector<PlacedChain>>& models, ProteinStructure& structure) {
-  std::vector<const PlacedChain*> fullest;  // by chain, in the order of the file
+PlacesByChain addFullest(const std::vector<std::vector<Molecule>>& models, ProteinStructure& structure) {
+  std::vector<const Molecule*> fullest;  // by chain, in the order of the file
   std::unordered_map<std::string, std::size_t> known;
-  for (const std::vector<PlacedChain>& chains : models)
-    for (const PlacedChain& chain : chains) {
+  for (const std::vector<Molecule>& chains : models)
+    for (const Molecule& chain : chains) {
       const auto [at, isNew] = known.emplace(chain.key, fullest.size());
       if (isNew) fullest.push_back(&chain);
       if (chain.residues.size() > fullest[at->second]->residues.size()) fullest[at->second] = &chain;
     }
   PlacesByChain places;
-  for (const PlacedChain* chain : fullest)
+  for (const Molecule* chain : fullest)
     if (!chain->residues.empty()) addChain(*chain, structure, places);
   return places;
 }
 
 /// Adds the bonds before the prolines of a chain in one model.
-void addBonds(const PlacedChain& chain, const std::string& model, const Places& places,
+void addBonds(const Molecule& chain, const std::string& model, const Places& places,
               std::vector<StructureResidue>& residues) {
   for (std::size_t i = 1; i < chain.residues.size(); ++i) {
-    if (chain.residues[i].letter != kProlineCode) continue;
-    const auto place = places.byKey.find(keyOf(*chain.residues[i].residue));
+    const BackboneResidue& own = *chain.residues[i];
+    if (letterOf(own) != kProlineCode) continue;
+    const auto place = places.byKey.find(keyOf(own));
     if (place == places.byKey.end()) continue;
-    std::vector<ModelBond> bonds = peptideBonds(*chain.residues[i - 1].residue, *chain.residues[i].residue);
+    std::vector<ModelBond> bonds = peptideBonds(*chain.residues[i - 1], own);
     if (bonds.empty()) continue;
     StructureResidue& residue = residues[place->second];
     for (ModelBond& bond : bonds) bond.model = model;
@@ -198,7 +179,7 @@ void numberMolecules(ProteinStructure& structure) {
     }
     structure.notes.push_back("chain " + (name.empty() ? "without a name" : printable(name)) + " holds " +
                               std::to_string(chains.size()) +
-                              " molecules, each is looked at: " + printable(enumerated(ranges)));
+                              " molecules, each is compared: " + printable(enumerated(ranges)));
   }
 }
 
@@ -226,7 +207,7 @@ void nameModelsWithout(const std::vector<BackboneModel>& models, StructureResidu
 
 /// The chains of all models put together; notes are those of the first.
 void addModels(const std::vector<BackboneModel>& models, ProteinStructure& structure) {
-  std::vector<std::vector<PlacedChain>> chains;
+  std::vector<std::vector<Molecule>> chains;
   for (const BackboneModel& model : models) {
     std::vector<std::string> notes;
     chains.push_back(chainsOf(model, notes));
@@ -234,7 +215,7 @@ void addModels(const std::vector<BackboneModel>& models, ProteinStructure& struc
   }
   const PlacesByChain places = addFullest(chains, structure);
   for (std::size_t i = 0; i < models.size(); ++i)
-    for (const PlacedChain& chain : chains[i])
+    for (const Molecule& chain : chains[i])
       if (const auto known = places.find(chain.key); known != places.end())
         addBonds(chain, models[i].name, known->second, structure.chains[known->second.chain].residues);
   for (StructureChain& chain : structure.chains)

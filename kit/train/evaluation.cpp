@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <numeric>
 #include <set>
 #include <string>
 #include <utility>
@@ -26,19 +27,18 @@ constexpr std::uint64_t kFoldSeed = 20;
 constexpr std::uint64_t kBootstrapSeed = 7;
 
 /// Number of each label's cluster, from 0 in order of first appearance.
-std::vector<std::size_t> clusterNumbers(const LabelledProlines& data, std::size_t& count) {
+std::vector<std::size_t> clusterNumbers(const LabelledProlines& data) {
   std::map<std::string, std::size_t> numbers;
   std::vector<std::size_t> ofLabel;
   for (const ProlineLabel& label : data.labels.prolines)
     ofLabel.push_back(numbers.emplace(label.cluster, numbers.size()).first->second);
-  count = numbers.size();
   return ofLabel;
 }
 
 /// The fold of each cluster: they are dealt out in random order.
 std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
   std::vector<std::size_t> order(clusters);
-  for (std::size_t i = 0; i < clusters; ++i) order[i] = i;
+  std::iota(order.begin(), order.end(), std::size_t{0});
   Draw draw(kFoldSeed);
   for (std::size_t i = clusters; i > 1; --i) std::swap(order[i - 1], order[draw.below(i)]);
   std::vector<std::size_t> fold(clusters);
@@ -70,8 +70,8 @@ FoldModels oneModel(const Model& model, const LabelledProlines& data) {
 
 FoldModels trainFolds(const Model& published, const LabelledProlines& data, std::size_t folds,
                       const TrainingChoices& choices, const OnStep& onStep) {
-  std::size_t clusters = 0;
-  const std::vector<std::size_t> clusterOf = clusterNumbers(data, clusters);
+  const std::vector<std::size_t> clusterOf = clusterNumbers(data);
+  const std::size_t clusters = *std::max_element(clusterOf.begin(), clusterOf.end()) + 1;
   if (clusters < folds)
     throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
                 "ask for fewer folds with --cross-validate");
@@ -105,21 +105,6 @@ int shiftCount(const std::vector<Residue>& residues, std::size_t place) {
   return static_cast<int>(kBackboneShifts) - missing + (isMissingCG(cgOf(residues[place])) ? 0 : 1);
 }
 
-Evaluated evaluated(const LabelledProlines& data, std::size_t label, std::size_t cluster) {
-  const ProlineLabel& known = data.labels.prolines[label];
-  const std::vector<Residue>& residues = data.entry(label).residues;
-  const Residue& residue = residues[data.place(label)];
-  Evaluated proline;
-  proline.label = label;
-  proline.shiftCount = shiftCount(residues, data.place(label));
-  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
-  proline.hasCG = !isMissingCG(cgOf(residue));
-  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
-  proline.byShift = known.byShift;
-  proline.cluster = cluster;
-  return proline;
-}
-
 /// The measurements of one window, in the order of the labels.
 using Measurements = std::vector<std::size_t>;
 
@@ -149,7 +134,16 @@ std::size_t middleOf(const Predictions& predictions, Measurements window) {
 Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions, const Measurements& window,
                     const std::vector<std::size_t>& cluster) {
   const std::size_t middle = middleOf(predictions, window);
-  Evaluated proline = evaluated(data, middle, cluster[middle]);
+  const std::vector<Residue>& residues = data.entry(middle).residues;
+  const Residue& residue = residues[data.place(middle)];
+  Evaluated proline;
+  proline.label = middle;
+  proline.shiftCount = shiftCount(residues, data.place(middle));
+  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
+  proline.hasCG = !isMissingCG(cgOf(residue));
+  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
+  proline.byShift = data.labels.prolines[middle].byShift;
+  proline.cluster = cluster[middle];
   proline.isCis = labelOf(data, window) == Omega::cis;
   proline.pCis = medianOf(predictions, window, &CisPrediction::pCis);
   proline.pCisNorm = medianOf(predictions, window, &CisPrediction::pCisNorm);
@@ -159,8 +153,7 @@ Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions
 }  // namespace
 
 Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions) {
-  std::size_t clusters = 0;
-  const std::vector<std::size_t> cluster = clusterNumbers(data, clusters);
+  const std::vector<std::size_t> cluster = clusterNumbers(data);
   Evaluation result;
   std::map<std::string, std::size_t> known;  // window to its place in the next
   std::vector<Measurements> windows;

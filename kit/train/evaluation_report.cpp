@@ -1,11 +1,11 @@
 #include "train/evaluation_report.h"
 
-#include <cstdio>
 #include <optional>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
+#include "train/formatted.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/calls.h"
@@ -27,15 +27,10 @@ std::string figureText(const std::optional<double>& value, const std::optional<I
 
 void writeLine(std::ostream& out, const std::string& name, const std::string& count, const std::string& cis,
                const std::vector<std::string>& figures) {
-  char buffer[256];
-  std::snprintf(buffer, sizeof buffer, "%-27s %5s %4s", name.c_str(), count.c_str(), cis.c_str());
-  out << buffer;
-  for (std::size_t i = 0; i < figures.size(); ++i) {
-    const bool isLast = i + 1 == figures.size();
-    std::snprintf(buffer, sizeof buffer, isLast ? "  %s" : "  %-19s", figures[i].c_str());
-    out << buffer;
-  }
-  out << '\n';
+  std::string line = formatted("%-27s %5s %4s", name.c_str(), count.c_str(), cis.c_str());
+  for (const std::string& figure : figures) line += formatted("  %-19s", figure.c_str());
+  line.erase(line.find_last_not_of(' ') + 1);
+  out << line << '\n';
 }
 
 Json figureJson(const std::optional<double>& value, const std::optional<Interval>& interval) {
@@ -77,9 +72,7 @@ Json calibrationJson(const Evaluation& evaluation) {
 }
 
 std::string number(double value) {
-  char buffer[64];
-  std::snprintf(buffer, sizeof buffer, "%.6g", value);
-  return buffer;
+  return formatted("%.6g", value);
 }
 
 }  // namespace

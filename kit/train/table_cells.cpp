@@ -1,8 +1,7 @@
 // Numbers are printed with fixed formats, so that the same values give the same bytes on every machine.
 #include "train/table_cells.h"
 
-#include <cstdio>
-
+#include "train/formatted.h"
 #include "util/number.h"
 #include "zorvela/core.h"
 
@@ -49,9 +48,7 @@ float thousandths(double value) {
 }
 
 std::string shortest(double value) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%g", value);
-  return text;
+  return formatted("%g", value);
 }
 
 std::string repeated(const std::string& text, std::size_t times) {

@@ -77,10 +77,9 @@ void setLimits(Model& model, const TypeValues& values, double percent) {
     for (const std::string& name : rowNames()) {
       const char type = name.front();
       const auto found = values.find(limitsKey(type));
-      const Values own = found == values.end() ? Values() : found->second[k];
       Limits limits;
-      if (own.size() >= kFewestForLimits)
-        limits = limitsOf(own, percent);
+      if (found != values.end() && found->second[k].size() >= kFewestForLimits)
+        limits = limitsOf(found->second[k], percent);
       else if (hasAtom(model, type, k))
         limits = ofAll;
       model.type(type).lowest[k] = limits.lowest;
@@ -98,37 +97,22 @@ std::size_t countOf(const TypeValues& values) {
 
 // --- Shifts around prolines -----------------------------------------------------------------------
 
-using ClassValues = std::array<Values, kShifts>;
-
-/// The shifts of one proline by index, as the program sees them (clipped); none where missing.
-using ShiftVector = std::array<Values, kShifts>;
-
-ShiftVector shiftsOf(const EntryShifts& entry, std::size_t place, const Model& model) {
-  ShiftVector shifts;
-  const ProlineEvidence evidence = predict(model, tripletAt(entry.residues, entry.secondary, place)).evidence;
-  for (std::size_t i = 0; i < kShifts; ++i)
-    if (!evidence.shifts[i].isMissing) shifts[i].push_back(evidence.shifts[i].used);
-  return shifts;
-}
-
-/// Prolines of one class. A window that was measured in several entries counts once, with the median of
-/// what was measured.
-struct ClassShifts {
-  std::map<std::string, ShiftVector> windows;
-
-  ClassValues values() const {
-    ClassValues all;
-    for (const auto& [window, shifts] : windows)
-      for (std::size_t i = 0; i < kShifts; ++i)
-        if (!shifts[i].empty()) all[i].push_back(median(shifts[i]));
-    return all;
-  }
-};
+/// Shifts by index, as the program sees them (clipped); none if missing.
+using ShiftValues = std::array<Values, kShifts>;
+/// The prolines of one class by their windows. A window that was measured in several entries has several
+/// values of a shift.
+using Windows = std::map<std::string, ShiftValues>;
 
 struct BothClasses {
-  ClassShifts cis;
-  ClassShifts trans;
+  Windows cis;
+  Windows trans;
 };
+
+void addShifts(const EntryShifts& entry, std::size_t place, const Model& model, ShiftValues& values) {
+  const ProlineEvidence evidence = predict(model, tripletAt(entry.residues, entry.secondary, place)).evidence;
+  for (std::size_t i = 0; i < kShifts; ++i)
+    if (!evidence.shifts[i].isMissing) values[i].push_back(evidence.shifts[i].used);
+}
 
 BothClasses collect(const Model& model, const LabelledProlines& data, const std::vector<bool>& useLabel) {
   BothClasses classes;
@@ -136,13 +120,19 @@ BothClasses collect(const Model& model, const LabelledProlines& data, const std:
     const ProlineLabel& label = data.labels.prolines[i];
     if (!useLabel[i] || !label.structure) continue;
     if (!isPredictable(data.entry(i).residues, data.place(i))) continue;
-    const ShiftVector shifts = shiftsOf(data.entry(i), data.place(i), model);
-    auto& windows = (label.structure == Omega::cis ? classes.cis : classes.trans).windows;
-    ShiftVector& known = windows[data.windows[i]];
-    for (std::size_t k = 0; k < kShifts; ++k)
-      known[k].insert(known[k].end(), shifts[k].begin(), shifts[k].end());
+    Windows& windows = label.structure == Omega::cis ? classes.cis : classes.trans;
+    addShifts(data.entry(i), data.place(i), model, windows[data.windows[i]]);
   }
   return classes;
+}
+
+/// Each window counts once, with the median of its values.
+ShiftValues mediansOf(const Windows& windows) {
+  ShiftValues medians;
+  for (const auto& [window, values] : windows)
+    for (std::size_t i = 0; i < kShifts; ++i)
+      if (!values[i].empty()) medians[i].push_back(median(values[i]));
+  return medians;
 }
 
 // Share of cis among prolines, by which deviations are pooled.
@@ -192,8 +182,8 @@ IndexStatistics statisticsOf(std::size_t index, const Values& cis, const Values&
   return s;
 }
 
-void requireClass(const LabelledProlines& data, const ClassShifts& shifts, const std::string& name) {
-  if (shifts.windows.empty())
+void requireClass(const LabelledProlines& data, const Windows& windows, const std::string& name) {
+  if (windows.empty())
     throw Error(data.labels.path, 0, "no " + name + " proline with enough shifts is labelled by structure",
                 "add entries with " + name + " prolines");
 }
@@ -211,10 +201,10 @@ Training train(const Model& published, const LabelledProlines& data, const std::
   const BothClasses classes = collect(training.model, data, useLabel);
   requireClass(data, classes.cis, "cis");
   requireClass(data, classes.trans, "trans");
-  training.cisProlines = classes.cis.windows.size();
-  training.transProlines = classes.trans.windows.size();
-  const ClassValues cis = classes.cis.values();
-  const ClassValues trans = classes.trans.values();
+  training.cisProlines = classes.cis.size();
+  training.transProlines = classes.trans.size();
+  const ShiftValues cis = mediansOf(classes.cis);
+  const ShiftValues trans = mediansOf(classes.trans);
   for (std::size_t i = 0; i < kShifts; ++i) {
     const IndexStatistics s = training.shifts[i] = statisticsOf(i, cis[i], trans[i], choices);
     training.model.shifts[i] = {{thousandths(s.cis.mean), thousandths(s.stdCis)},

@@ -5,6 +5,7 @@ import subprocess
 import sys
 import time
 import unittest
+import zipfile
 
 import zorvela
 from tables import mapping_of
@@ -50,6 +51,14 @@ class Wheel(folder.InFolder):
         done = subprocess.run([python, "-m", "zorvela", "run", "absent.tab"], check=False, **run)
         self.assertEqual(done.returncode, 1)
         self.assertIn("absent.tab: cannot be read", done.stderr)
+
+    def test_licences_of_what_is_compiled_in(self):
+        with zipfile.ZipFile(program.SOURCE / WHEEL) as wheel:
+            licences = wheel.read("zorvela/third-party-licences.txt").decode()
+        for library, sentence in (("gemmi-dev", "Mozilla Public License"), ("libcli11-dev", "Redistribution and use"),
+                                  ("nlohmann-json3-dev", "Permission is hereby granted"),
+                                  ("pybind11-dev", "Redistribution and use")):
+            self.assertIn(sentence, licences.split(f"======== {library}\n")[1].split("\n======== ")[0], library)
 
 
 @unittest.skipIf(os.environ.get("ZORVELA_SANITIZE"), "the sanitizer takes its time")

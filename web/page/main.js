@@ -23,17 +23,16 @@ const counted = (count, one, many) => `${count} ${count === 1 ? one : many}`;
 
 // The library's messages name options of the program; the page has these fields instead.
 const FIELDS = {
-  "--sequence FILE": 'the field "Sequence of the protein"',
+  "--sequence": 'the field "Sequence of the protein"',
   "--first-residue": '"Number of the first residue"',
   "--as-referenced": '"Use the shifts without corrections"',
   "--deuterated": '"Sample: deuterated"',
   "--chain-as": '"Chain name in the restraints"',
   "--chain": '"Chain"',
-  "--structure MODEL": "a structure",
   "--structure": "a structure",
   "--for ": "",
 };
-const OPTIONS = new RegExp(`(^|[ (])(${Object.keys(FIELDS).join("|")})`, "g");
+const OPTIONS = new RegExp(`(^|[ (])(${Object.keys(FIELDS).join("|")})(?: FILE| NAME)?`, "g");
 
 /**
  * Returns a name or message as the page shows it: with its fields, and without control characters and signs that turn

@@ -1,4 +1,5 @@
 """The result of `script/web build`, and whether it is there."""
+import atexit
 import functools
 import os
 import pathlib
@@ -68,9 +69,9 @@ def resonance_list(moved=0):
 
 @functools.lru_cache
 def installed(*packages):
-    """A folder with npm packages, for all tests of a module; None where they cannot be fetched."""
+    """A folder with npm packages, for all tests of this process; None where they cannot be fetched."""
     folder = tempfile.TemporaryDirectory()
-    unittest.addModuleCleanup(folder.cleanup)
+    atexit.register(folder.cleanup)
     path = pathlib.Path(folder.name)
     (path / "package.json").write_text('{"private": true, "type": "module"}')
     fetched = subprocess.run(["npm", "install", "--no-audit", "--no-fund", *packages], cwd=path, capture_output=True,

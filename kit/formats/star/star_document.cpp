@@ -425,13 +425,13 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
   std::vector<StarTable> tables;
   const StarFile& file = frame.file;
   const auto isWanted = [&](StarSpan tag) { return startsIgnoringCase(file.textOf(tag), tagStart); };
-  const auto firstPair = file.pairs.begin() + frame.items.firstPair;
-  const auto endPair = file.pairs.begin() + frame.items.endPair;
+  const StarPair* firstPair = file.pairs.data() + frame.items.firstPair;
+  const StarPair* endPair = file.pairs.data() + frame.items.endPair;
   if (std::any_of(firstPair, endPair, [&](const StarPair& pair) { return isWanted(pair.tag); }))
     tables.emplace_back(frame);
   for (std::size_t l = frame.items.firstLoop; l < frame.items.endLoop; ++l) {
     const StarLoop& loop = file.loops[l];
-    const auto firstTag = file.tags.begin() + loop.firstTag;
+    const StarSpan* firstTag = file.tags.data() + loop.firstTag;
     if (!loop.isEmpty && std::any_of(firstTag, firstTag + loop.tagCount, isWanted))
       tables.emplace_back(file, loop);
   }

@@ -44,23 +44,19 @@ std::string atomOfLabel(const std::string& cell) {
   return read && !read->number.empty() ? read->atom : std::string();
 }
 
-bool always(const std::string&) {
-  return true;
-}
-
-/// A kind of column. All its cells fit, and one of them at least must be certain.
+/// A kind of column. All its cells fit; where `isCertain` is given, it must be true for one of them at least.
 struct ColumnKind {
   const char* title;
   std::size_t CsvColumns::*place;  ///< nullptr: one of `CsvColumns::residues`
   bool (*fits)(const std::string& cell);
-  bool (*isCertain)(const std::string& cell);
+  bool (*isCertain)(const std::string& cell) = nullptr;
 };
 
 constexpr ColumnKind kNumber = {"residue number", &CsvColumns::counter,
-                                [](const std::string& cell) { return toInteger(cell).has_value(); }, always};
-constexpr ColumnKind kName = {"residue name", &CsvColumns::name, isResidueName, always};
+                                [](const std::string& cell) { return toInteger(cell).has_value(); }};
+constexpr ColumnKind kName = {"residue name", &CsvColumns::name, isResidueName};
 constexpr ColumnKind kAtom = {"atom", &CsvColumns::atom, isAtomName, isTableAtomName};
-constexpr ColumnKind kResidue = {"residue", nullptr, isResidueLabel, always};
+constexpr ColumnKind kResidue = {"residue", nullptr, isResidueLabel};
 constexpr ColumnKind kAssignment = {
     "residue with atom", &CsvColumns::assignment,
     [](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
@@ -78,7 +74,7 @@ struct Order {
   bool add(const std::vector<std::string>& cells) {
     for (std::size_t i = 0; i < kinds.size(); ++i) {
       if (!kinds[i]->fits(cells[i])) return false;
-      isCertain[i] = isCertain[i] || kinds[i]->isCertain(cells[i]);
+      isCertain[i] = isCertain[i] || kinds[i]->isCertain == nullptr || kinds[i]->isCertain(cells[i]);
     }
     return true;
   }

@@ -31,12 +31,12 @@ bool isFlag(std::string_view text) {
   return text == "true" || text == "false";
 }
 
-// What stands between two words stays; a blank comes in where a word touched what follows it.
+// The text between two words is kept; a blank is added where a word touched what follows it.
 bool isSameGap(std::string_view before, std::string_view after) {
   return before == after || (!after.empty() && after.front() == ' ' && before == after.substr(1));
 }
 
-// Without a new column both texts are the same but for single words.
+// Without a new column both texts are the same except for single words.
 void checkWords(std::string_view before, std::string_view after) {
   StarTokens a(before);
   StarTokens b(after);

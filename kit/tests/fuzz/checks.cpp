@@ -34,7 +34,7 @@ namespace zorvela {
 
 namespace {
 
-// Words stand one after the other within the text.
+// Words follow one another in the text.
 void checkWords(const std::string& original) {
   StarTokens tokens(original);
   std::size_t end = 0;
@@ -119,7 +119,7 @@ std::string gzipped(const std::string& text) {
   return packed;
 }
 
-/// What is wrong with a packed file is an error; what is unpacked all the same is the text and no other.
+/// An error in a packed file is an error; what is unpacked all the same is the text and no other.
 void checkDamaged(const std::string& packed, const std::string& text) {
   try {
     check(unpacked(packed, "input") == text);

@@ -22,7 +22,7 @@ void checkTables(const std::string& bytes);
 /// input a line "@@1000" repeats the one before it.
 void checkBounds(const std::string& bytes);
 /// The reading of a file with a piece of it many times, and twice as many: the time doubles. The first two
-/// bytes say where the piece begins and how long it is, as shares of the rest.
+/// bytes give the start of the piece and its length, as shares of the rest.
 void checkRepeats(const std::string& bytes);
 /// The reading of structures: bonds whose state is that of their geometry, and a chain that matches itself.
 void checkStructure(const std::string& bytes);

@@ -13,7 +13,7 @@ namespace {
 
 using Check = void (*)(const std::string&);
 
-/// How many files there were.
+/// Returns the number of files.
 std::size_t checkAll(const std::filesystem::path& folder, Check check) {
   std::size_t count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {

@@ -109,7 +109,7 @@ class Evidence(unittest.TestCase):
             self.assertAlmostEqual(evidence["log_odds"], math.fsum(terms), delta=1e-9)
             norm = float(run.predictions[proline["position"]][1])
             if not 0 < norm < 1:
-                # The product is too small for single precision, or 1 is the nearest number: the sum says which way.
+                # The product is too small for single precision, or 1 is the nearest number: the sum tells which way.
                 self.assertGreater(abs(evidence["log_odds"]), 15)
                 self.assertTrue(math.isnan(norm) or (norm == 1) == (evidence["log_odds"] > 0))
                 continue

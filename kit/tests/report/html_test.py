@@ -1,4 +1,4 @@
-"""zorvela-kit run --format html: a page that stands alone, safe with hostile names, pictures in the right place.
+"""zorvela-kit run --format html: one file, safe with hostile names, pictures in the right place.
 
 With --update the stored reports of the examples are written anew.
 """
@@ -8,11 +8,10 @@ import re
 import shutil
 import subprocess
 import sys
-import tempfile
 import unittest
 import xml.etree.ElementTree
 
-from zorvela_tests import program
+from zorvela_tests import folder, program
 
 STORED = [(table, table.with_suffix(".html")) for table in program.EXAMPLES]
 HOSTILE = "<img src=x onerror=alert(1)> \"'&amp;\x1b[31m\x07</style></title><script>alert(2)</script>\u202egpj"
@@ -55,9 +54,7 @@ def table_after(text, start):
             for row in rows]
 
 
-class Page(unittest.TestCase):
-    maxDiff = None
-
+class Page(folder.InFolder):
     def assert_sound(self, text):
         self.assertIn("Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"", text)
         for forbidden in (r"<script", r"<img", r"<link", r"<iframe", r"@import", r"url\(", r"\ssrc=", r"\son\w+=",
@@ -93,32 +90,25 @@ class Page(unittest.TestCase):
 
     def test_hostile_names(self):
         rows = program.full_table("APK", FAR).replace("\n", "\nREMARK %s\n" % HOSTILE.replace("\n", " "), 1)
-        with tempfile.TemporaryDirectory() as folder:
-            for name in (HOSTILE.replace("/", "|"), "x" * 240, "\udcff\udcfe.tab"):
-                path = os.path.join(folder, name)
-                with open(path, "w", encoding="utf-8") as file:
-                    file.write(rows)
-                result = subprocess.run(
-                    [program.KIT, "run", "--tables", program.MADE_TABLES, "--format", "html", os.fsencode(path)],
-                    capture_output=True, check=False, env=program.environment())
-                text = result.stdout.decode("utf-8")  # strict: the page is UTF-8 whatever the name is
-                self.assertEqual(headline(text, "P2"), "99.9 % cis")
-                self.assert_sound(text)
+        for name in (HOSTILE.replace("/", "|"), "x" * 240, "\udcff\udcfe.tab"):
+            result = subprocess.run(
+                [program.KIT, "run", "--tables", program.MADE_TABLES, "--format", "html",
+                 os.fsencode(self.put(name, rows))], capture_output=True, check=False, env=program.environment())
+            text = result.stdout.decode("utf-8")  # strict: the page is UTF-8 whatever the name is
+            self.assertEqual(headline(text, "P2"), "99.9 % cis")
+            self.assert_sound(text)
 
     def test_errors_are_escaped(self):
         self.assertIn("&lt;img src=x onerror=y&gt;", page(program.EXAMPLES[0], "<img src=x onerror=y>"))
 
     def test_no_proline_and_one(self):
-        with tempfile.TemporaryDirectory() as folder:
-            for sequence, said in (("AAK", "The sequence has no proline."), ("PAK", "The only proline has no prediction."),
-                                   ("APK", "1 of 1 proline is cis: P2.")):
-                path = os.path.join(folder, sequence + ".tab")
-                with open(path, "w", encoding="utf-8") as file:
-                    file.write(program.full_table(sequence, FAR if sequence == "APK" else ()))
-                text = page(path, tables=program.MADE_TABLES)
-                self.assertIn(said, text)
-                self.assertEqual("class=\"key\"" in text, sequence == "APK")
-                self.assert_sound(text)
+        for sequence, answer in (("AAK", "The sequence has no proline."), ("PAK", "The only proline has no prediction."),
+                                 ("APK", "1 of 1 proline is cis: P2.")):
+            table = program.full_table(sequence, FAR if sequence == "APK" else ())
+            text = page(self.put(sequence + ".tab", table), tables=program.MADE_TABLES)
+            self.assertIn(answer, text)
+            self.assertEqual("class=\"key\"" in text, sequence == "APK")
+            self.assert_sound(text)
 
     def test_chains_with_a_proline_to_look_at_are_open(self):
         text = page(*program.EXAMPLES)
@@ -139,16 +129,11 @@ class Page(unittest.TestCase):
                              ["%.1f" % (100 * float(share)) for share in (sensitivity, specificity)] + [count])
 
 
-class Made(unittest.TestCase):
+class Made(folder.InFolder):
     def page_of(self, changes=(), sequence="APK", **files):
         """The page about a made table, or several by their names."""
-        with tempfile.TemporaryDirectory() as folder:
-            paths = []
-            for name, table in (files or {"made": program.full_table(sequence, changes)}).items():
-                paths.append(os.path.join(folder, name + ".tab"))
-                with open(paths[-1], "w", encoding="utf-8") as file:
-                    file.write(table)
-            return page(*paths, tables=program.MADE_TABLES)
+        files = files or {"made": program.full_table(sequence, changes)}
+        return page(*(self.put(name + ".tab", table) for name, table in files.items()), tables=program.MADE_TABLES)
 
 
 class Cards(Made):
@@ -216,32 +201,24 @@ class ManyChains(Made):
                           ["a.tab", "P2", "0", "0", "0", "not known"], ["b.tab", "0", "0", "1", "0", "not known"],
                           ["c.tab", "0", "0", "0", "1", "not known"]])
 
+    def index_with(self, changed):
+        """The page and the offsets in its index for ubiquitin with changed lines of shifts, and for nuclease."""
+        lines = program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True)
+        table = "".join(changed(*line.split()) if len(line.split()) == 4 else line for line in lines)
+        text = page(self.put("changed.tab", table), program.EXAMPLES[0])
+        return text, [row[-1] for row in table_after(text, ">Index</h2>")[1:]]
+
     def test_index_names_offsets(self):
         # CA and CB 3 ppm too high, HA, C as they are: the axis of 13C.
-        lines = []
-        for line in program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True):
-            cells = line.split()
-            if len(cells) == 4 and cells[2] in ("CA", "CB"):
-                line = "%4s %s %4s %8.3f\n" % (*cells[:3], float(cells[3]) + 3)
-            lines.append(line)
-        with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "high.tab")
-            with open(path, "w", encoding="utf-8") as file:
-                file.writelines(lines)
-            text = page(path, program.EXAMPLES[0])
-        self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]],
-                         ["13C +3.0 ppm, corrected", "none"])
-        self.assertRegex(first_line(text), r"corrected before predicting in \S*high\.tab\.$")
+        text, offsets = self.index_with(lambda resid, residue, atom, shift: "%4s %s %4s %8.3f\n" % (
+            resid, residue, atom, float(shift) + (3 if atom in ("CA", "CB") else 0)))
+        self.assertEqual(offsets, ["13C +3.0 ppm, corrected", "none"])
+        self.assertRegex(first_line(text), r"corrected before predicting in \S*changed\.tab\.$")
 
     def test_index_without_carbon_knows_no_offset_of_carbon(self):
-        lines = program.EXAMPLES[1].read_text(encoding="utf-8").splitlines(keepends=True)
-        without = [line for line in lines if len(line.split()) != 4 or line.split()[2] not in ("C", "CA", "CB", "CG")]
-        with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "protons.tab")
-            with open(path, "w", encoding="utf-8") as file:
-                file.writelines(without)
-            text = page(path, program.EXAMPLES[0])
-        self.assertEqual([row[-1] for row in table_after(text, ">Index</h2>")[1:]], ["13C not known", "none"])
+        _, offsets = self.index_with(lambda resid, residue, atom, shift: "" if atom.startswith("C") else
+                                     "%4s %s %4s %s\n" % (resid, residue, atom, shift))
+        self.assertEqual(offsets, ["13C not known", "none"])
 
     def test_links_lead_into_folds(self):
         text = self.page_of(a=self.CIS, b=self.TRANS)

@@ -66,7 +66,7 @@ zorvela::RunReport sample() {
   protein.length = 40;
   protein.shiftCount = 200;
   protein.notes = {"a \"note\""};
-  protein.asides = {"an aside"};
+  protein.asides = {"a further note"};
   protein.prolines = {cisProline(), lastProline()};
   protein.offsets = {offset("CA", 1.5F, true), offset("CB", -0.25F, false), offset("HA", 0.5F, true),
                      offset("C", std::numeric_limits<float>::quiet_NaN(), false)};
@@ -86,24 +86,26 @@ void correct(zorvela::RunReport& report) {
 }
 
 template <class Write>
-std::string written(Write write) {
+std::string written(Write write, const zorvela::RunReport& report, const zorvela::ReportStyle& style = {}) {
   std::ostringstream out;
-  write(out);
+  write(report, style, out);
   return out.str();
 }
 
 }  // namespace
 
 TEST(ReportFormats, AreFoundByName) {
-  for (const zorvela::ReportFormat& format : zorvela::reportFormats())
-    EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeReport(format.name, sample(), {}, out); }),
-              written([&](std::ostream& out) { format.write(sample(), {}, out); }));
-  EXPECT_THROW(written([](std::ostream& out) { zorvela::writeReport("xml", sample(), {}, out); }),
-               zorvela::Error);
+  for (const zorvela::ReportFormat& format : zorvela::reportFormats()) {
+    std::ostringstream out;
+    zorvela::writeReport(format.name, sample(), {}, out);
+    EXPECT_EQ(out.str(), written(format.write, sample()));
+  }
+  std::ostringstream out;
+  EXPECT_THROW(zorvela::writeReport("xml", sample(), {}, out), zorvela::Error);
 }
 
 TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
-  EXPECT_EQ(written([](std::ostream& out) { zorvela::writeTable(sample(), {false}, out); }),
+  EXPECT_EQ(written(zorvela::writeTable, sample()),
             "   File   Chain  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
             "*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       cis\n"
             "   a.str  A      c139    P140     -      0 1 -   -       -      -           - (last residue)\n"
@@ -120,7 +122,7 @@ TEST(ReportTable, ShowsProlinesOffsetsErrorsAndASummary) {
 }
 
 TEST(ReportTable, ColoursTheCisRowsAlone) {
-  const std::string text = written([](std::ostream& out) { zorvela::writeTable(sample(), {true}, out); });
+  const std::string text = written(zorvela::writeTable, sample(), {true});
   EXPECT_NE(
       text.find("\n\033[1;35m*  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       "
                 "cis\033[0m\n   a.str"),
@@ -131,7 +133,7 @@ TEST(ReportTable, ColoursTheCisRowsAlone) {
 TEST(ReportTable, AnUndecidedProlineHasAQuestionMark) {
   zorvela::RunReport report = sample();
   report.files[0].proteins[0].prolines[0].call = Call::undecided;
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {true}, out); });
+  const std::string text = written(zorvela::writeTable, report, {true});
   EXPECT_NE(
       text.find("\n?  a.str  A      K116    P117     N118   6 4 5   24.310  0.999  0.981       undecided\n"),
       std::string::npos);
@@ -143,7 +145,7 @@ TEST(ReportTable, NamesTheListWhereAChainHasSeveral) {
   second.list = "2";
   second.prolines.resize(1);
   report.files[0].proteins.push_back(second);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
+  const std::string text = written(zorvela::writeTable, report);
   EXPECT_EQ(
       text.substr(0, text.find("\n\n")),
       "   File   Chain  List  Before  Proline  After  Shifts  CG      P_CIS  P_CIS_NORM  Call\n"
@@ -160,7 +162,7 @@ TEST(ReportTable, TheFolderOfAllFilesIsSaidOnce) {
     for (zorvela::ProteinResult& protein : report.files[i].proteins) protein.file = file;
   };
   const auto start = [&report] {
-    const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
+    const std::string text = written(zorvela::writeTable, report);
     return text.substr(0, text.find("  Chain"));
   };
   moved(0, "lab/data/a.str");
@@ -179,13 +181,12 @@ TEST(ReportTable, TheFolderOfAllFilesIsSaidOnce) {
 TEST(ReportTable, WithoutAProteinThereIsNoEmptyTable) {
   zorvela::RunReport report;
   report.files = {{"b", {}, "b: is empty"}};
-  EXPECT_EQ(written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); }),
-            "\nNot predicted\n   b: is empty\n");
+  EXPECT_EQ(written(zorvela::writeTable, report), "\nNot predicted\n   b: is empty\n");
 }
 
 TEST(ReportCsv, HasARowForEachProlineAndEachError) {
   EXPECT_EQ(
-      written([](std::ostream& out) { zorvela::writeCsv(sample(), {}, out); }),
+      written(zorvela::writeCsv, sample()),
       "file,chain,list,resid,position,prev,next,cs_cnt_prev,cs_cnt,cs_cnt_next,cg_shift,p_cis,p_cis_norm,"
       "call,reason,offset_ca,offset_cb,offset_ha,offset_c,to_correct,corrected_ca,corrected_cb,corrected_ha,"
       "corrected_c,strongest,next_shift,cis_flag,p_cis_norm_as_referenced,call_as_referenced\n"
@@ -197,7 +198,7 @@ TEST(ReportCsv, HasARowForEachProlineAndEachError) {
 TEST(ReportCsv, HoldsWhatWasTakenAway) {
   zorvela::RunReport report = sample();
   correct(report);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeCsv(report, {}, out); });
+  const std::string text = written(zorvela::writeCsv, report);
   EXPECT_NE(text.find(",CA HA,1.5,,,,,,no,0.25,undecided\n"), std::string::npos) << text;
 }
 
@@ -205,7 +206,7 @@ TEST(ReportTable, SaysFirstWhatWasCorrectedAndMarksCallsThatDependOnIt) {
   zorvela::RunReport report = sample();
   report.files.pop_back();
   correct(report);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeTable(report, {false}, out); });
+  const std::string text = written(zorvela::writeTable, report);
   EXPECT_EQ(
       text.substr(0, text.find("   a.str", 200)),
       "13C is 1.5 ppm too high\n\n"
@@ -217,7 +218,7 @@ TEST(ReportTable, SaysFirstWhatWasCorrectedAndMarksCallsThatDependOnIt) {
 TEST(ReportJson, HoldsBothProbabilitiesOfACorrectedChain) {
   zorvela::RunReport report = sample();
   correct(report);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeJson(report, {}, out); });
+  const std::string text = written(zorvela::writeJson, report);
   const nlohmann::json prolines = nlohmann::json::parse(text)["proteins"][0]["prolines"];
   EXPECT_EQ(prolines[0]["p_cis_norm_as_referenced"], 0.25);
   EXPECT_EQ(prolines[0]["call_as_referenced"], "undecided");
@@ -226,7 +227,7 @@ TEST(ReportJson, HoldsBothProbabilitiesOfACorrectedChain) {
 
 TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
   const auto verdictOf = [](const zorvela::RunReport& report, const std::string& atom) {
-    const std::string text = written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+    const std::string text = written(zorvela::writeHtml, report);
     std::smatch row;
     const std::regex pattern("<th scope=\"row\">" + atom +
                              "</th>(?:<td[^>]*>[^<]*</td>){2}<td>(.*)</td></tr>");
@@ -253,7 +254,7 @@ TEST(ReportHtml, SaysOnceWhatWasCorrected) {
   correct(report);
   zorvela::ProteinResult& protein = report.files[0].proteins[0];
   protein.notes.insert(protein.notes.begin(), protein.correction);
-  const std::string text = written([&](std::ostream& out) { zorvela::writeHtml(report, {}, out); });
+  const std::string text = written(zorvela::writeHtml, report);
   const std::size_t first = text.find("13C is 1.5 ppm too high");
   EXPECT_NE(first, std::string::npos);
   EXPECT_LT(first, text.find("</p>"));
@@ -262,7 +263,7 @@ TEST(ReportHtml, SaysOnceWhatWasCorrected) {
 }
 
 TEST(ReportHtml, WarnsBeforeAllElse) {
-  const std::string text = written([](std::ostream& out) { zorvela::writeHtml(sample(), {}, out); });
+  const std::string text = written(zorvela::writeHtml, sample());
   const std::string start = text.substr(0, text.find("<figure"));
   for (const char* warning : {"<li>CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues)",
                               "<li>P117 is marked trans in the file but predicted cis (0.981)</li>"})
@@ -297,10 +298,10 @@ TEST(ReportJson, HoldsTheSameAsTheTable) {
       "warnings": ["CA shifts seem 1.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
                    "HA shifts seem 0.50 ppm too high (error 0.25 ppm, 20 residues) and are not corrected",
                    "P117 is marked trans in the file but predicted cis (0.981)"],
-      "notes": ["a \"note\"", "an aside"]}],
+      "notes": ["a \"note\"", "a further note"]}],
     "errors": [{"file": "b,c.str", "message": "b,c.str:3: no shifts; add some"}]
   })json");
-  const std::string text = written([](std::ostream& out) { zorvela::writeJson(sample(), {}, out); });
+  const std::string text = written(zorvela::writeJson, sample());
   EXPECT_EQ(nlohmann::json::parse(text), expected);
   EXPECT_NE(text.find("\"cg_shift\": 24.31,"), std::string::npos);  // not 24.309999465942383
   EXPECT_EQ(text.back(), '\n');

@@ -1,4 +1,4 @@
-// Text and numbers as they stand in a page.
+// Text and numbers as a page has them.
 #include "report/svg.h"
 
 #include <gtest/gtest.h>

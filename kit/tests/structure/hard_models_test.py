@@ -23,7 +23,7 @@ def atom(residue, name):
 
 
 def omega(before, after):
-    """From the normals of the two planes; None for atoms that are no peptide bond."""
+    """From the normals of the two planes; None for atoms without a peptide bond."""
     a, b, c, d = atom(before, "CA"), atom(before, "C"), atom(after, "N"), atom(after, "CA")
     if None in (a, b, c, d) or made.distance(b, c) > 2.01:
         return None

@@ -1,4 +1,4 @@
-"""zorvela-kit run --format html --structure: the report says where the structure agrees and where it does not."""
+"""zorvela-kit run --format html --structure: the report shows where the structure agrees and where not."""
 import re
 import sys
 
@@ -51,7 +51,7 @@ class Marks(Case):
     def test_chain(self):
         text = self.page_with(chain())
         picture = html_test.pictures(text)[0]
-        # Residues are 5.2 wide from 16 on, symbols stand at 32.
+        # Residues are 5.2 wide from 16 on, symbols are at 32.
         self.assertEqual(marks(picture)[0], [("agrees", 60.2, 32.0), ("disagrees", 101.8, 32.0),
                                              ("agrees", 148.6, 32.0), ("agrees", 200.6, 32.0)])
         self.assertEqual(picture.get("aria-label"),

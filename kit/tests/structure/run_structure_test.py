@@ -81,7 +81,7 @@ class Verdicts(Case):
             self.assertEqual((rows["9"]["verdict"], rows["9"]["models_twisted"]), ("agree", "1"))
 
     def test_models_with_other_residues(self):
-        # The chain is that of the model with most residues, wherever it stands.
+        # The chain is that of the model with most residues, wherever it is.
         few, all_residues = chain(cis=[17]), chain(cis=[17])
         few = few[:16] + few[17:]
         for models in ([[("A", few)], [("A", all_residues)]], [[("A", all_residues)], [("A", few)]]):
@@ -288,7 +288,7 @@ class Chains(Case):
                 moved = " ".join(ca.split()[:9] + ["0"] * 3 + ca.split()[12:]) if make is made.mmcif else (
                     ca[:30] + "   0.000" * 3 + ca[54:])
                 self.assertEqual(self.rows("\n".join(lines[:at] + [moved, moved] + lines[at:])), plain)
-                self.assertIn("atoms that are given twice, the first one is used: residue PRO 17 of chain A\n",
+                self.assertIn("atoms given twice; the first is used: residue PRO 17 of chain A\n",
                               self.stderr)
 
     def test_windows_line_ends(self):
@@ -374,7 +374,7 @@ class BadInput(Case):
         at = next(i for i, line in enumerate(lines) if " CA  PRO A  17 " in line)
         lines[at] = lines[at][:30] + "     nan     nan     nan" + lines[at][54:]
         rows = self.rows("\n".join(lines))
-        self.assertIn("coordinates that are not numbers; atoms ignored: residue PRO 17 of chain A, line %d" % (at + 1),
+        self.assertIn("coordinates that are not numbers; atoms not used: residue PRO 17 of chain A, line %d" % (at + 1),
                       self.stderr)
         self.assertEqual(rows["17"]["verdict"], "not in the structure")
         every = [line[:30] + "     nan     nan     nan" + line[54:] if line.startswith("ATOM") else line for line in lines]

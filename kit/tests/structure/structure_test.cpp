@@ -52,7 +52,7 @@ zorvela::StructureChain chainOf(const std::string& letters) {
   return chain;
 }
 
-// Residues of the chain as they stand under the sequence, "-" where there is none.
+// Residues of the chain as they are below the sequence, "-" where there is none.
 std::string aligned(const std::string& sequence, const zorvela::StructureChain& chain) {
   std::string text;
   const auto alignment = zorvela::align(sequence, chain);
@@ -62,7 +62,7 @@ std::string aligned(const std::string& sequence, const zorvela::StructureChain& 
 }
 
 TEST(Alignment, GapsGoWhereTheChainIsInterrupted) {
-  // Without the break the second G could as well be the one after the gap.
+  // Without the break the second G could be the one after the gap.
   zorvela::StructureChain chain = chainOf("MKLGVWTRE");
   chain.residues[4].isAfterBreak = true;
   EXPECT_EQ(aligned("MKLGAASGVWTRE", chain), "MKLG----VWTRE");

@@ -8,8 +8,8 @@
 
 #include "predict/tables.h"
 #include "train/evaluation.h"
+#include "train/formatted.h"
 #include "train/published_tables.h"
-#include "train/study/formatted.h"
 #include "train/study/referencing_study.h"
 #include "train/study/sequence_study.h"
 #include "zorvela/calls.h"

@@ -10,8 +10,8 @@
 
 #include "ZORVELA.h"
 #include "predict/isotopes.h"
+#include "train/formatted.h"
 #include "train/metrics.h"
-#include "train/study/formatted.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 

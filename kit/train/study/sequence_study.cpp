@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "protein/sequence_fit.h"
-#include "train/study/formatted.h"
+#include "train/formatted.h"
 #include "zorvela/read.h"
 
 namespace zorvela {

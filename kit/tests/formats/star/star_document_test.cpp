@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "zorvela/error.h"
+#include "message_of.h"
 
 namespace {
 
@@ -31,13 +31,7 @@ Texts rowsOf(const zorvela::StarFile& file) {
 const std::string kLoop = "loop_ _Atom_chem_shift.Seq_ID _Atom_chem_shift.Atom_ID _Atom_chem_shift.Val\n";
 
 std::string errorOf(const std::string& text) {
-  try {
-    const auto file = parsed(text);
-    rowsOf(*file);
-  } catch (const zorvela::Error& error) {
-    return error.what();
-  }
-  return "no error";
+  return messageOf([&] { rowsOf(*parsed(text)); });
 }
 
 TEST(StarDocument, TablesAreLoopsOrSingleTags) {

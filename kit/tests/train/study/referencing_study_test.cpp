@@ -61,7 +61,7 @@ TEST(Rereference, TakesAwayWhatWasAdded) {
   chain.residues[7].shift(Atom::CG) = 27;
   addOffsets(chain, 2, 0);
   EXPECT_TRUE(rereference(chain));
-  // CA of a residue with CA - CB of 0 stands at -0.09 ppm where there is no offset.
+  // CA of a residue with CA - CB of 0 is at -0.09 ppm where there is no offset.
   for (const BackboneValues& residue : chain.secondary) EXPECT_NEAR(residue[indexOf(Atom::CB)], -0.09, 1e-5);
   EXPECT_NEAR(chain.residues[7].shift(Atom::CG), 27, 1e-5);
   EXPECT_FALSE(rereference(chain));

@@ -1,4 +1,4 @@
-// Numbers in columns.
+// Text and numbers in columns.
 #pragma once
 
 #include <array>
@@ -7,10 +7,10 @@
 
 namespace zorvela {
 
-/// Writes values as printf does, at most 159 characters.
+/// Returns values as printf writes them, at most 255 characters.
 template <class... Values>
 std::string formatted(const char* format, Values... values) {
-  std::array<char, 160> text{};
+  std::array<char, 256> text{};
   std::snprintf(text.data(), text.size(), format, values...);
   return text.data();
 }

@@ -119,7 +119,7 @@ std::string gzipped(const std::string& text) {
   return packed;
 }
 
-/// An error in a packed file is an error; what is unpacked all the same is the text and no other.
+/// A fault of a packed file is an error; what is unpacked all the same is the text and no other.
 void checkDamaged(const std::string& packed, const std::string& text) {
   try {
     check(unpacked(packed, "input") == text);

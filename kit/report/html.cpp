@@ -168,8 +168,7 @@ std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
 
 /// Explains the symbols of the calls; empty if nothing was predicted.
 std::string key(const RunReport& report) {
-  if (countCalls(report, Call::cis) + countCalls(report, Call::trans) + countCalls(report, Call::undecided) ==
-      0)
+  if (countIf(report, [](const ProlineResult& proline) { return proline.call != Call::none; }) == 0)
     return "";
   const auto item = [](Call call, const std::string& text) {
     return "<li>" + symbol(call) + " " + escaped(text) + "</li>";
@@ -203,13 +202,10 @@ constexpr std::array<Accuracy, 3> kAccuracy = {
      {"no CB", "3.2", "100.0", "386", [](bool cb, bool) { return !cb; }}}};
 
 std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
-  std::size_t count = 0;
-  forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
-    if (!proline.evidence) return;
+  return std::to_string(countIf(report, [&](const ProlineResult& proline) {
     const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
-    if (accuracy.fits(has(kIndexCB), has(kIndexCG))) ++count;
-  });
-  return std::to_string(count);
+    return proline.evidence && accuracy.fits(has(kIndexCB), has(kIndexCG));
+  }));
 }
 
 std::string accuracyTable(const RunReport& report) {

@@ -41,17 +41,9 @@ Known knownOf(const Evidence& evidence) {
 }
 
 std::string textOf(Known known) {
-  switch (known) {
-    case Known::cbAndCg:
-      return "with CB and CG";
-    case Known::cbAlone:
-      return "with CB, without CG";
-    case Known::noCb:
-      return "without CB";
-    case Known::fewShifts:
-      break;
-  }
-  return "with fewer than ten shifts";
+  static const std::array<const char*, 4> kTexts = {"with CB and CG", "with CB, without CG", "without CB",
+                                                    "with fewer than ten shifts"};
+  return kTexts.at(static_cast<std::size_t>(known));
 }
 
 /// Finds the highest level that a probability reaches; a bound of a call belongs to the call.

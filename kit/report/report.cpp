@@ -6,19 +6,11 @@
 namespace zorvela {
 
 std::size_t countCalls(const RunReport& report, Call call) {
-  std::size_t count = 0;
-  forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
-    if (proline.call == call) ++count;
-  });
-  return count;
+  return countIf(report, [call](const ProlineResult& proline) { return proline.call == call; });
 }
 
 std::size_t countVerdicts(const RunReport& report, Verdict verdict) {
-  std::size_t count = 0;
-  forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
-    if (verdictOf(proline) == verdict) ++count;
-  });
-  return count;
+  return countIf(report, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
 }
 
 std::size_t countErrors(const RunReport& report) {

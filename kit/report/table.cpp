@@ -230,9 +230,7 @@ std::size_t countProteins(const RunReport& report) {
 }
 
 std::size_t countProlines(const RunReport& report) {
-  std::size_t count = 0;
-  forEachProtein(report, [&](const ProteinResult& protein) { count += protein.prolines.size(); });
-  return count;
+  return countIf(report, [](const ProlineResult&) { return true; });
 }
 
 void writeSummary(const RunReport& report, std::ostream& out) {

@@ -22,6 +22,16 @@ void forEachProline(const RunReport& report, Visit visit) {
   });
 }
 
+/// Counts the prolines for which holds(proline).
+template <class Holds>
+std::size_t countIf(const RunReport& report, Holds holds) {
+  std::size_t count = 0;
+  forEachProline(report, [&](const ProteinResult&, const ProlineResult& proline) {
+    if (holds(proline)) ++count;
+  });
+  return count;
+}
+
 /// Returns the verdict of the structures; nothing if there was no structure.
 inline std::optional<Verdict> verdictOf(const ProlineResult& proline) {
   if (!proline.structure) return std::nullopt;

@@ -105,7 +105,8 @@ bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
   if (words.size() != 6) return false;
   if (words[0] == "Group" && words[1] == "Atom") return true;
   const std::string& nucleus = words[2];
-  const bool isNucleus = isDigit(nucleus.front()) && isLetter(nucleus.back()) && nucleus.size() <= 3;
+  const bool isNucleus =
+      nucleus.size() > 1 && nucleus.size() <= 3 && isDigit(nucleus.front()) && isLetter(nucleus.back());
   if (!isNucleus || !isDecimal(words[3]) || !isDecimal(words[4]) || !isWhole(words[5])) return false;
   const auto label = readLabel(words[0]);
   // A group is free text; an assigned one has a capital letter or a name, and a number.

@@ -152,15 +152,8 @@ std::vector<ShiftRelation> fitRelations(const std::vector<const EntryShifts*>& c
 namespace {
 
 std::string measureText(Measure measure) {
-  switch (measure) {
-    case Measure::caMinusCb:
-      return "caMinusCb";
-    case Measure::alphaProton:
-      return "alphaProton";
-    case Measure::amideProtons:
-      break;
-  }
-  return "amideProtons";
+  if (measure == Measure::caMinusCb) return "caMinusCb";
+  return measure == Measure::alphaProton ? "alphaProton" : "amideProtons";
 }
 
 }  // namespace

@@ -488,7 +488,7 @@ class Printing(Page):
         self.assertTrue(text.lstrip().startswith("Prolines of 8 chains in 8 files"), text[:200])
         for absent in ("Nothing leaves this computer", "Choose files", "works without a network"):
             self.assertNotIn(absent, text)
-        self.assertIn("Measured on", text)  # a column that narrow screens leave out
+        self.assertIn("Tested on", text)  # a column that narrow screens leave out
 
     def test_page_prints_the_report_alone_and_whole(self):
         height = self.page.element("report").size["height"]

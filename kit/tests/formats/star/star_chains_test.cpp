@@ -50,8 +50,9 @@ TEST(StarChains, NumbersOfTheRowsFillThoseThatTheSequenceLacks) {
   EXPECT_EQ(chains[0].residues[1].number, "");    // two residues cannot be 21
   EXPECT_EQ(chains[0].residues[2].number, "23");  // the sequence's own
   EXPECT_EQ(chains[1].residues[1].number, "2");   // none at all: the place
-  EXPECT_EQ(notes, std::vector<std::string>{
-                       "the shift rows of chain A give two residues the same number: 21; the first keeps it"});
+  EXPECT_EQ(notes,
+            std::vector<std::string>{
+                "the shift rows of chain A give two residues the same number: 21; the first keeps it"});
 }
 
 TEST(StarChains, FlagsOfCisBonds) {

@@ -35,7 +35,7 @@ CHECKED = [
     "bench/*.*",
     "data/README.md",
     "doc/*.md",
-    "doc/zorvela.1",
+    "doc/*.1",
     "doc/architecture.svg",
     "kit/**/*.cpp",
     "kit/**/*.h",

@@ -174,7 +174,10 @@ class Run {
       this.#zorvela.takeBytes("run_flagged_nef", this.#run, n, b, trans ? 1 : 0, replace ? 1 : 0)));
   }
 
-  /** Returns {bytes, notes, error}: the cis prolines of all files, for a name of `about().restraints`. `chainAs` renames chains: "OLD=NEW" or "NEW". */
+  /**
+   * Returns {bytes, notes, error}: the cis prolines of all files, for a name of `about().restraints`. `chainAs` renames
+   * chains: "OLD=NEW" or "NEW".
+   */
   restraints(program, chainAs = []) {
     return this.#outcome(this.#with(program, chainAs.join("\n"),
       (p, c) => this.#zorvela.takeBytes("run_restraints", this.#run, p, c)));

@@ -22,7 +22,10 @@ export function listenForFiles(take, fail) {
   const pasting = document.getElementById("pasting");
   const pasted = document.getElementById("pasted");
 
-  const takeAll = (files) => (files.length > 0 ? take(withOwnNames(files)) : fail("No file was given: drop or choose a file with chemical shifts."));
+  const takeAll = (files) => {
+    if (files.length > 0) take(withOwnNames(files));
+    else fail("No file was given: drop or choose a file with chemical shifts.");
+  };
   const takeText = (text) => {
     if (text.trim() === "") fail("The text is empty: paste the lines of a shift file.");
     else take([{ name: "pasted text", blob: new Blob([text]) }]);

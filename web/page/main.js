@@ -30,6 +30,7 @@ const FIELDS = {
   "--chain-as": '"Chain name in the restraints"',
   "--chain": '"Chain"',
   "--structure": "a structure",
+  "--into": "zorvela-kit restrain --into",
   "--for ": "",
 };
 const OPTIONS = new RegExp(`(^|[ (])(${Object.keys(FIELDS).join("|")})(?: FILE| NAME)?`, "g");

@@ -224,7 +224,8 @@ class FlagsAndRestraints(Page):
         wanted = program.kit("restrain", "--tables", "tab", "--for", "cyana", *said, cwd=self.folder.path)
         self.assertEqual(wanted.returncode, 1)
         message = wanted.stderr.splitlines()[-1].removeprefix("zorvela-kit: ")
-        for option, field in (("--for ", ""), ("--chain-as", '"Chain name in the restraints"'), ("--chain", '"Chain"')):
+        for option, field in (("--for ", ""), ("--chain-as", '"Chain name in the restraints"'), ("--chain", '"Chain"'),
+                              ("--into FILE", "zorvela-kit restrain --into")):
             message = message.replace(option, field)
         self.assertEqual(self.page.status(), message)
         self.assertEqual(self.page.saved(), [])

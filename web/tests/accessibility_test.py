@@ -47,6 +47,8 @@ class Accessibility(unittest.TestCase):
             self.check(page.driver)
         page.element("paste").click()
         self.check(page.driver)
+        if not self.axe:
+            self.skipTest("axe-core cannot be fetched; only the widths were checked")
 
 
 if __name__ == "__main__":

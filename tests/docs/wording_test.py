@@ -39,6 +39,7 @@ CHECKED = [
     "doc/architecture.svg",
     "kit/**/*.cpp",
     "kit/**/*.h",
+    "kit/report/run.schema.json",
     "kit/tests/**/*.py",
     "src/**/*.h",
     "src/*.cpp",

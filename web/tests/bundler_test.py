@@ -91,6 +91,11 @@ class Bundlers(WithTools):
         self.check("vite", "build", "--outDir", "vite")
         self.assertEqual(self.shown(self.folder / "vite", None), CALLS)
 
+    def test_plain_module(self):
+        shutil.copytree(web.NPM, self.folder / "plain" / "zorvela")
+        self.assertEqual(self.shown(self.folder / "plain", '<script type="module">import { predict } from '
+                                                           f'"./zorvela/index.js";{USE}</script>'), CALLS)
+
 
 class Node(WithTools):
     def node(self, version, name, code):

@@ -158,6 +158,20 @@ class Mutations(Imports):
             with self.subTest(layout=layout):
                 self.fails(write(self.protein)[0], None, "the rows have no residue names")
 
+    def test_a_column_gone(self):
+        """What the remaining words mean is not certain."""
+        needed = {"prot": (0, 1, 2, 3, 4), "ppm.out": (0, 1), "CNS": (4, 8, 11), "Sparky": (0, 1, 3),
+                  "Sparky without header": (0, 1, 2, 3), "eight words": (1, 2, 3, 5)}
+        for layout, columns in needed.items():
+            text = NAMELESS[layout](self.protein)[0] if layout in NAMELESS else NAMED[layout](self.protein)
+            for column in columns:
+                lines = [line.split() for line in text.splitlines() if line.strip() and line[0] != "#"]
+                cut = "\n".join(" ".join(words[:column] + words[column + 1:]) for words in lines) + "\n"
+                with self.subTest(layout=layout, column=column):
+                    status, out, err = self.run_import(cut, layouts.seq(self.protein))
+                    self.assertEqual((status, out), (1, ""), err)
+                    self.assertRegex(err, "is not a known kind of shift file|the columns lack|name no residue with its atom")
+
     def test_any_word_or_cell_gone(self):
         """No other shifts come of it: an error, or those that are left."""
         def rows(one):

@@ -118,10 +118,19 @@ std::vector<ChainNotes> structureNotes(const FileReport& file) {
   return chains;
 }
 
+/// A virus shell has hundreds of them.
+void sayChainsWithoutShifts(const RunReport& report) {
+  LimitedNotes chains("chains without shifts");
+  for (const std::string& line : report.chainsWithoutShifts) chains.add(line);
+  std::vector<std::string> notes;
+  chains.appendTo(notes);
+  for (const std::string& note : notes) say("note: " + note);
+}
+
 void sayAll(const RunSettings& settings, const RunReport& report) {
   for (const ProteinStructure& structure : report.structures)
     sayFileNotes(structure.file, {{"", structure.notes}});
-  for (const std::string& line : report.chainsWithoutShifts) say("note: " + line);
+  sayChainsWithoutShifts(report);
   for (const FileReport& file : report.files) {
     sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)));
     sayFileNotes(file.file, structureNotes(file));

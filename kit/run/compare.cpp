@@ -354,16 +354,14 @@ std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matc
                                              const std::vector<ProteinStructure>& structures) {
   std::set<std::tuple<std::string, std::string, std::size_t>> matched;
   for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain, match.molecule);
-  LimitedNotes notes("chains without shifts");
+  std::vector<std::string> lines;
   for (const ProteinStructure& structure : structures)
     for (const StructureChain& chain : structure.chains)
       if (matched.count({structure.file, chain.name, chain.molecule}) == 0)
-        notes.add(
+        lines.push_back(
             structureChainName(structure.file, chain.name,
                                chain.molecule == 0 ? "" : rangeText(chain, 0, chain.residues.size() - 1)) +
             " (" + counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
-  std::vector<std::string> lines;
-  notes.appendTo(lines);
   return lines;
 }
 

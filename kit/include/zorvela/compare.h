@@ -22,7 +22,6 @@ void compareWithStructures(const std::vector<Protein>& proteins,
                            std::vector<ProteinResult>& results);
 
 /// Returns a line for each structure chain without a match: "model.pdb, chain C (25 residues) has no shifts".
-/// After the first 50 chains, one line counts the others.
 std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
                                              const std::vector<ProteinStructure>& structures);
 

@@ -132,9 +132,10 @@ class Chains(Case):
         self.assertIn("not in the structure", result.stdout)
 
     def test_of_many_chains_without_shifts_some_are_named(self):
-        """A virus shell has hundreds."""
+        """A virus shell has hundreds; JSON has all of them."""
         self.put("model.cif", made.mmcif([(f"C{i}", made.moved(chain(sequence=OTHER), 80 * i)) for i in range(60)]))
-        result = self.compare("shifts.tab", "--structure", "model.cif")
+        result = self.compare("shifts.tab", "--structure", "model.cif", "--format", "json")
+        self.assertEqual(len(json.loads(result.stdout)["chains_without_shifts"]), 60)
         self.assertIn("note: model.cif, chain C49 (28 residues) has no shifts\n", result.stderr)
         self.assertIn("note: and 10 more chains without shifts\n", result.stderr)
         self.assertNotIn("chain C50 ", result.stderr)

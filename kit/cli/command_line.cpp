@@ -234,13 +234,26 @@ void addOutput(Command& command, std::string& path) {
 
 // --- The command line ---------------------------------------------------------------------------
 
+namespace {
+
+/// Returns one line: what is wrong with the arguments, and where the help is.
+std::string argumentError(const CLI::App* app, const CLI::Error& error) {
+  const std::string& program = app->get_name();
+  const auto commands = app->get_subcommands();
+  const std::string help = commands.empty() ? program : program + " " + commands.front()->get_name();
+  return program + ": " + shown(error.what()) + "; see " + help + " --help\n";
+}
+
+}  // namespace
+
 CommandLine::CommandLine(const std::string& description, const std::string& program,
                          const std::string& version)
     : app(std::make_unique<CLI::App>(description, program)) {
   app->formatter(std::make_shared<HelpFormatter>());
   app->set_help_flag("-h,--help", "Show this help");
   app->set_version_flag("--version", program + " " + version, "Show the version");
-  app->require_subcommand(1);
+  app->failure_message(argumentError);
+  app->require_subcommand(0, 1);  // a name that is not one is named in the error
   // A path may begin with a slash on Windows too.
   app->allow_windows_style_options(false);
   app->footer("Help on a sub-command: " + program + " SUB-COMMAND --help\nManual: man " + program);
@@ -270,6 +283,7 @@ std::string CommandLine::optionList() const {
 int CommandLine::run(int argc, char** argv, std::ostream& out, std::ostream& err) {
   try {
     app->parse(argc, argv);
+    if (app->get_subcommands().empty()) throw CLI::RequiredError("A sub-command");
     return 0;
   } catch (const CLI::ParseError& error) {
     return app->exit(error, out, err);

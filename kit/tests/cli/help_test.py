@@ -68,6 +68,17 @@ class Help(unittest.TestCase):
         self.assertRegex(dict(rows(help_of("annotate")))["--output FILE"], r" \[required\]$")
         self.assertRegex(dict(rows(help_of("train")))["--trim N"], r" \[values: 0 or 1 to 100\] \[default: 4\]$")
 
+    def test_wrong_arguments_are_one_line(self):
+        for arguments, wrong, command in ((["frobnicate"], "frobnicate", "zorvela-kit"), (["--"], "required", "zorvela-kit"),
+                                          (["run"], "FILE or --files-from is required", "zorvela-kit run"),
+                                          (["run", "--format", "x\x1b[31m", "a"], "--format: x?[31m not in", "zorvela-kit run"),
+                                          (["run", "--jobs", "0", "a"], '--jobs: "0" is not 1 to 256', "zorvela-kit run")):
+            with self.subTest(arguments=arguments):
+                done = program.kit(*arguments)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertEqual(done.stdout, "")
+                self.assertRegex(done.stderr, f"^zorvela-kit: .*{re.escape(wrong)}.*; see {command} --help\n$")
+
 
 class Examples(unittest.TestCase):
     def setUp(self):

@@ -96,7 +96,7 @@ class BadInput(folder.InFolder):
         refused(zorvela.Error, "there are no shifts", pandas.DataFrame({"resid": [], "atom": [], "shift": []}))
         refused(zorvela.Error, "no column with residue numbers", pandas.DataFrame())
         refused(zorvela.Error, "no column with shifts", pandas.DataFrame({"resid": [1], "atom": ["CA"]}))
-        refused(zorvela.Error, "no number", pandas.DataFrame({"resid": [1], "atom": ["CA"], "shift": [NAN]}))
+        refused(zorvela.Error, "not a number", pandas.DataFrame({"resid": [1], "atom": ["CA"], "shift": [NAN]}))
         refused(TypeError, "is not a number", pandas.DataFrame({"resid": [1], "atom": ["CA"], "shift": ["a"]}))
 
     def test_a_sequence_that_does_not_fit(self):

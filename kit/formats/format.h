@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "formats/shift_model.h"
@@ -53,6 +54,9 @@ inline constexpr Format kFormats[] = {
     {"CSV", isCsv, readCsv},
 };
 // clang-format on
+
+/// Tells whether a shift table has a column of this name.
+bool hasColumn(const GDB& table, std::string_view name);
 
 /// Returns the entries of a file, at least one: each of a STAR file with several, otherwise the whole file.
 /// FileError for bytes that are not text, for an empty file, for a known format without shifts (zip, PDF

@@ -62,11 +62,9 @@ void noteSkipped(std::string_view text, const std::vector<std::size_t>& skipped,
 }
 
 void checkColumns(const GDB& table, const std::string& file) {
-  for (const char* column : kColumns) {
-    const auto isColumn = [column](const auto& entry) { return entry.second == column; };
-    if (std::none_of(table.columnNames.begin(), table.columnNames.end(), isColumn))
+  for (const char* column : kColumns)
+    if (!hasColumn(table, column))
       throw FileError(file, 0, "the table has no column " + std::string(column), kTableRemedy);
-  }
 }
 
 /// Estimates the memory of a table: its words, without those of remarks, and the letters of its sequence,
@@ -93,6 +91,11 @@ bool isShiftTable(const Source& source) {
     if (varsSeen && word == "FORMAT") return true;
   }
   return false;
+}
+
+bool hasColumn(const GDB& table, std::string_view name) {
+  return std::any_of(table.columnNames.begin(), table.columnNames.end(),
+                     [name](const auto& column) { return column.second == name; });
 }
 
 ShiftFile readShiftTable(const Source& source) {

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <set>
 
+#include "formats/format.h"
 #include "protein/deuteration.h"
 #include "protein/disulfides.h"
 #include "protein/numbering.h"
@@ -375,12 +376,14 @@ std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const
   if (!options.chains.empty() || isListChosen)
     throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
                       "do not choose a chain or list for it");
-  ShiftFile words = wordsOfTable(*file.table);
-  words.notes = file.notes;
-  // A table with the same sequence is used unchanged.
-  if (options.sequence && placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
-    return proteinsOf(words, path, options);
-  requireNames(words, path);
+  if (options.sequence || !hasColumn(*file.table, "RESNAME")) {
+    ShiftFile words = wordsOfTable(*file.table);
+    words.notes = file.notes;
+    // A table with the same sequence is used unchanged.
+    if (options.sequence && placeOnSequence(words, 0, *options.sequence, options.firstResidue, path))
+      return proteinsOf(words, path, options);
+    requireNames(words, path);
+  }
   return {proteinOfTable(*file.table, path, file.notes)};
 }
 

@@ -107,10 +107,8 @@ void BackboneBuilder::add(const BackboneAtom& atom, const std::string& where) {
 Coordinates BackboneBuilder::finished() {
   Coordinates coordinates;
   coordinates.models = std::move(models);
-  if (!repeated.empty())
-    coordinates.notes.push_back("atoms given twice; the first is used: " + enumerated(repeated));
-  if (!unusable.empty())
-    coordinates.notes.push_back("coordinates that are not numbers; atoms not used: " + enumerated(unusable));
+  addNote("atoms given twice; the first is used: ", repeated, coordinates.notes);
+  addNote("coordinates that are not numbers; atoms not used: ", unusable, coordinates.notes);
   return coordinates;
 }
 

@@ -99,12 +99,8 @@ class PdbReader {
     if (isModelOpen && isAnyClosed) fail("the file ends within a model", kFetchAgain);
     if (isModelOpen) unclosed.push_back(model);
     Coordinates coordinates = backbone.finished();
-    if (!unclosed.empty())
-      coordinates.notes.push_back("models without ENDMDL; each ends where the next one begins: " +
-                                  enumerated(unclosed));
-    if (!renumbered.empty())
-      coordinates.notes.push_back("models with the number of another one, renumbered: " +
-                                  enumerated(renumbered));
+    addNote("models without ENDMDL; each ends where the next one begins: ", unclosed, coordinates.notes);
+    addNote("models with the number of another one, renumbered: ", renumbered, coordinates.notes);
     return coordinates;
   }
 

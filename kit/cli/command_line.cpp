@@ -236,7 +236,7 @@ void addOutput(Command& command, std::string& path) {
 
 namespace {
 
-/// Returns one line: what is wrong with the arguments, and where the help is.
+/// Returns one line: what is wrong with the arguments, and where the help is. An argument is shown safely.
 std::string argumentError(const CLI::App* app, const CLI::Error& error) {
   const std::string& program = app->get_name();
   const auto commands = app->get_subcommands();

@@ -10,7 +10,6 @@
 #include "cli/messages.h"
 #include "cli/process.h"
 #include "cli/whole_file.h"
-#include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/version.h"
 
@@ -26,8 +25,7 @@ int showFirstCommands() {
   return 0;
 }
 
-/// Help and version go to standard output, what is wrong with the command line to standard error. The command
-/// line may come from anywhere, so its words are no more trusted than a file's.
+/// Help and version go to standard output, errors of the arguments to standard error.
 int runCommand(int argc, char** argv) {
   zorvela::CommandLine line("Predict cis and trans prolines from chemical shifts", zorvela::kProgramName,
                             zorvela::version());
@@ -40,9 +38,7 @@ int runCommand(int argc, char** argv) {
   zorvela::addTrain(line);
   zorvela::addEvaluate(line);
   std::ostringstream out;
-  std::ostringstream err;
-  const int status = line.run(argc, argv, out, err);
-  std::cerr << zorvela::shownLines(err.str()) << std::flush;
+  const int status = line.run(argc, argv, out, std::cerr);
   if (!out.str().empty()) zorvela::writeWhole("-", out.str());
   return status;
 }

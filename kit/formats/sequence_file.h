@@ -12,10 +12,9 @@ namespace zorvela {
 
 /// The raw content of a sequence file.
 struct SequenceFile {
-  std::string file;  ///< how messages name it
-  std::vector<FileChain>
-      chains;                 ///< at least one, with residues, which have no number where the file has none
-  std::set<int> spinSystems;  ///< numbers of a .seq file that are not residues ("SS 901")
+  std::string file;               ///< how messages name it
+  std::vector<FileChain> chains;  ///< at least one, with residues; their numbers may be missing
+  std::set<int> spinSystems;      ///< numbers of a .seq file that are not residues ("SS 901")
 };
 
 /// Reads FASTA, one-letter text, three-letter names with or without numbers, NMR-STAR or NEF, plain or

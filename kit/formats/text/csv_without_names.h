@@ -18,8 +18,7 @@ struct CsvTable {
 /// A text without column names.
 struct PlainTable {
   std::optional<CsvTable> table;
-  std::size_t oddLine =
-      0;  ///< the row that keeps the text from being a table, where those above it are rows of one
+  std::size_t oddLine = 0;  ///< the first row that does not fit the table of the rows above it
 };
 
 /// Finds the columns of a text without column names: residue number, residue name, atom and shift; or residue

@@ -58,9 +58,9 @@ struct NextShift {
 struct Evidence {
   NeighbourContribution before;
   NeighbourContribution after;
-  std::vector<ShiftContribution> shifts =
-      std::vector<ShiftContribution>(kShifts);  ///< one for each shift index
-  std::vector<NextShift> next;                  ///< the measurable ones, the most useful first
+  /// One for each shift index.
+  std::vector<ShiftContribution> shifts = std::vector<ShiftContribution>(kShifts);
+  std::vector<NextShift> next;  ///< the measurable ones, the most useful first
 
   /// Returns the contribution of a shift index of the triplet; see `shiftPlace`.
   const ShiftContribution& shift(int index) const { return shifts[static_cast<std::size_t>(index)]; }

@@ -50,9 +50,8 @@ std::vector<Value> csvRow(const ProteinResult& protein, const ProlineResult& pro
 
 /// Choices in the look of a report; a report may ignore them.
 struct ReportStyle {
-  bool colour = false;  ///< with the control sequences of a terminal
-  bool explain =
-      false;  ///< with the evidence below each proline in `residues`, or below each if that is empty
+  bool colour = false;   ///< with the control sequences of a terminal
+  bool explain = false;  ///< with the evidence below each proline, or only below those in `residues`
   std::vector<std::string> residues = {};  ///< residue numbers as the files have them
 };
 

@@ -19,13 +19,13 @@ constexpr std::string_view kNoValues[] = {"",     "-",   "--",   "---",  ".",   
                                           "n.o.", "*",   "#n/a", "x",    "unassigned", "missing"};
 
 struct Bounds {
-  std::string_view atom;
+  Atom atom;
   double low;
   double high;
 };
 constexpr Bounds kBounds[] = {
-    {"N", 80, 155},  {"HN", 2, 16},   {"HA", -2, 10}, {"HA1", -2, 10}, {"HA2", -2, 10},
-    {"HA3", -2, 10}, {"C", 155, 195}, {"CA", 30, 85}, {"CB", 5, 90},   {"CG", 10, 80},
+    {Atom::N, 80, 155},  {Atom::HN, 2, 16},  {Atom::HA, -2, 10}, {Atom::HA2, -2, 10}, {Atom::HA3, -2, 10},
+    {Atom::C, 155, 195}, {Atom::CA, 30, 85}, {Atom::CB, 5, 90},  {Atom::CG, 10, 80},
 };
 
 }  // namespace
@@ -43,29 +43,21 @@ std::string valueText(const std::string& cell) {
   return text;
 }
 
-bool isNumber(const std::string& cell) {
-  return toDecimal(valueText(cell)).has_value();
-}
-
-bool canBeShiftOf(const std::string& atom, const std::string& value) {
-  const auto number = toDecimal(valueText(value));
-  if (!number) return false;
-  const double ppm = std::strtod(number->c_str(), nullptr);
-  for (const Bounds& bounds : kBounds)
-    if (bounds.atom == atom) return ppm >= bounds.low && ppm <= bounds.high;
-  return true;
-}
-
-bool canBeShiftIn(const std::string& residue, const std::string& atom, const std::string& value) {
-  if (!isNumber(value)) return false;
-  const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
-  return !reading.isInTable() || canBeShiftOf(std::string(nameOf(reading.atom)), value);
-}
-
-bool isMissingNumber(const std::string& cell) {
+std::optional<double> numberIn(const std::string& cell) {
   const auto number = toDecimal(valueText(cell));
-  const double ppm = number ? std::strtod(number->c_str(), nullptr) : 1;
+  if (!number) return std::nullopt;
+  return std::strtod(number->c_str(), nullptr);
+}
+
+bool isMissing(double ppm) {
   return ppm == 0 || std::abs(ppm) >= kMissingBound;
+}
+
+bool canBeShift(const std::string& residue, const std::string& atom, double ppm) {
+  const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
+  for (const Bounds& bounds : kBounds)
+    if (reading.isInTable() && bounds.atom == reading.atom) return ppm >= bounds.low && ppm <= bounds.high;
+  return true;
 }
 
 std::string quotedCell(const std::string& cell) {

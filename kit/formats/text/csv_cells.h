@@ -1,6 +1,7 @@
 // Reads single cells of a CSV file.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace zorvela {
@@ -12,18 +13,16 @@ bool isNoValue(const std::string& cell);
 /// with both point and comma is returned as it is.
 std::string valueText(const std::string& cell);
 
-/// Tells whether the cell is a number, by `valueText`.
-bool isNumber(const std::string& cell);
+/// Reads the number in a cell, by `valueText`; nothing where there is another text.
+std::optional<double> numberIn(const std::string& cell);
 
-/// Tells whether a table atom (N, HN, CA ...) can have this shift (ppm) in a diamagnetic protein. The bounds
-/// are wide: they separate the columns of a table, not right assignments from wrong ones.
-bool canBeShiftOf(const std::string& atom, const std::string& value);
+/// Tells whether programs write this number (ppm) for a missing shift: 0, or 999 and above.
+bool isMissing(double ppm);
 
-/// Tells whether an atom and residue, as the file names them, can have this shift; other atoms can have any.
-bool canBeShiftIn(const std::string& residue, const std::string& atom, const std::string& value);
-
-/// Tells whether the cell is a number that programs write for a missing shift: 0, or 999 and above.
-bool isMissingNumber(const std::string& cell);
+/// Tells whether an atom of a residue, as the file names them, can have this shift (ppm) in a diamagnetic
+/// protein; atoms that the table lacks can have any. The bounds are wide: they separate the columns of a
+/// table, not right assignments from wrong ones.
+bool canBeShift(const std::string& residue, const std::string& atom, double ppm);
 
 /// Returns the cell in quotes for a message; a long one is cut.
 std::string quotedCell(const std::string& cell);

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "formats/format.h"
+#include "formats/found_rows.h"
 #include "formats/text/csv_cells.h"
 #include "formats/text/csv_columns.h"
 #include "formats/text/delimited_text.h"
-#include "formats/text/found_rows.h"
 #include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
@@ -209,7 +209,8 @@ bool takeRosetta(const Words& words, Place& place, FoundRows& rows) {
   place.residue.residueName = words[0];
   place.residue.number = words[1];
   for (std::size_t i = 0; i < std::size(kAtoms); ++i)
-    if (isMissingNumber(words[i + 2]) || canBeShiftOf(kAtoms[i], words[i + 2]))
+    if (const auto ppm = numberIn(words[i + 2]);
+        ppm && (isMissing(*ppm) || canBeShift(words[0], kAtoms[i], *ppm)))
       add(kAtoms[i], words[i + 2], place, rows);
     else
       return false;

@@ -1,4 +1,4 @@
-// The shift rows of a text file while they are read.
+// The shift rows of a file while they are read.
 #pragma once
 
 #include <cstddef>
@@ -8,9 +8,20 @@
 #include <vector>
 
 #include "formats/shift_model.h"
-#include "formats/unassigned.h"
 
 namespace zorvela {
+
+/// Counts shifts of spin systems that are not assigned to a residue, for one note.
+struct Unassigned {
+  std::size_t count = 0;
+  std::string example;  ///< the file's name for the first of them
+
+  void add(const std::string& name) {
+    if (count++ == 0) example = name;
+  }
+  /// Adds the note, if there are any.
+  void appendTo(std::vector<std::string>& notes) const;
+};
 
 /// Rows of chains that are found by their names.
 class FoundRows {

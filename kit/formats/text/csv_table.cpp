@@ -1,19 +1,27 @@
-#include "formats/text/csv_without_names.h"
+#include "formats/text/csv_table.h"
 
 #include <algorithm>
 #include <functional>
-#include <string>
+#include <optional>
 #include <utility>
-#include <vector>
 
 #include "formats/text/csv_cells.h"
 #include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
+
+constexpr const char* kColumnsRemedy =
+    "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
+    "resid,resname,atom,shift";
+// There may be a page of titles and comments above the column names.
+constexpr std::size_t kMostLinesAbove = 50;
+
+// --- Without column names -----------------------------------------------------------------------
 
 bool isTableAtomName(const std::string& cell) {
   return readAtom('A', cell).isInTable() || readAtom('G', cell).isInTable() ||
@@ -61,9 +69,9 @@ constexpr ColumnKind kAssignment = {
     "residue with atom", &CsvColumns::assignment,
     [](const std::string& cell) { return isAtomName(atomOfLabel(cell)); },
     [](const std::string& cell) { return isTableAtomName(atomOfLabel(cell)); }};
-constexpr ColumnKind kShift = {"shift", &CsvColumns::shift, isNumber, [](const std::string& cell) {
-                                 return cell.find_first_of(".,") != std::string::npos;
-                               }};
+constexpr ColumnKind kShift = {
+    "shift", &CsvColumns::shift, [](const std::string& cell) { return numberIn(cell).has_value(); },
+    [](const std::string& cell) { return cell.find_first_of(".,") != std::string::npos; }};
 
 /// The kinds of the columns from left to right, and which of these are certain.
 struct Order {
@@ -103,10 +111,34 @@ const Order* onlyOrder(const std::vector<Order>& orders) {
   return only;
 }
 
-CsvTable tableOf(CsvLayout layout, const Order& order) {
-  CsvTable table{std::move(layout), {}};
-  for (std::size_t i = 0; i < order.kinds.size(); ++i) {
-    const ColumnKind& kind = *order.kinds[i];
+/// Returns the table in a text without column names; nothing where a row has other cells, or where there are
+/// two ways to read them. FileError for a row unlike those of the table above it.
+std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
+  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
+  auto layout = first ? layoutOf(*first, text, 0) : std::nullopt;
+  if (!layout || layout->names.size() < 2 || layout->names.size() > 4) return std::nullopt;
+  std::vector<Order> orders = ordersOf(layout->names.size());
+  std::size_t rows = 0;
+  // Text of another kind fails within its first rows, and the rest is skipped.
+  forEachRow(*layout, [&](const CsvRow& row) {
+    if (orders.empty()) return;
+    ++rows;
+    const bool wasTable = onlyOrder(orders) != nullptr;
+    const auto isUnlike = [&](Order& order) { return !row.fault.empty() || !order.add(row.cells); };
+    orders.erase(std::remove_if(orders.begin(), orders.end(), isUnlike), orders.end());
+    if (orders.empty() && wasTable)
+      throw FileError(file, row.line, "is not like the rows above it, and the table has no column names",
+                      "correct or remove this row, or add a line of column names");
+  });
+  constexpr std::size_t kFewestRows = 2;
+  const Order* order = onlyOrder(orders);
+  if (order == nullptr || rows < kFewestRows) return std::nullopt;
+  CsvTable table{std::move(*layout), {}};
+  for (std::size_t i = 0; i < order->kinds.size(); ++i) {
+    const ColumnKind& kind = *order->kinds[i];
     table.layout.names[i] = kind.title;
     if (kind.place != nullptr)
       table.columns.*kind.place = i;
@@ -118,32 +150,37 @@ CsvTable tableOf(CsvLayout layout, const Order& order) {
 
 }  // namespace
 
-PlainTable tableWithoutNames(std::string_view text) {
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
   std::size_t pos = 0;
   std::size_t line = 0;
-  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
-  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
-  auto layout = first ? layoutOf(*first, text, 0, 0) : std::nullopt;
-  if (!layout || layout->width() < 2 || layout->width() > 4) return {};
-  layout->places.clear();
-  PlainTable result;
-  std::vector<Order> orders = ordersOf(layout->width());
-  std::size_t rows = 0;
-  // Text of another kind fails within its first rows, and the rest is skipped.
-  forEachRow(text, *layout, [&](const CsvRow& row) {
-    if (orders.empty()) return;
-    ++rows;
-    const bool wasTable = onlyOrder(orders) != nullptr;
-    std::vector<Order> fitting;
-    for (Order& order : orders)
-      if (row.fault.empty() && order.add(row.cells)) fitting.push_back(std::move(order));
-    orders = std::move(fitting);
-    if (orders.empty() && wasTable) result.oddLine = row.line;
-  });
-  constexpr std::size_t kFewestRows = 2;
-  const Order* order = onlyOrder(orders);
-  if (order != nullptr && rows >= kFewestRows) result.table = tableOf(std::move(*layout), *order);
-  return result;
+  std::string_view first;
+  std::size_t firstLine = 0;
+  CsvColumns firstColumns;
+  for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
+    const auto header = nextFilledLine(text, pos, line);
+    if (!header) break;
+    const auto layout = layoutOf(*header, text.substr(std::min(pos, text.size())), line);
+    const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
+    if (columns.areEnough()) {
+      if (above > 0) notes.push_back(lineRange(firstLine, line - 1) + " above the column names ignored");
+      return {*layout, columns};
+    }
+    if (above > 0) continue;
+    first = *header;
+    firstLine = line;
+    firstColumns = columns;
+  }
+  if (auto table = tableWithoutNames(text, file)) {
+    notes.push_back("no column names; by their contents, the columns are " + enumerated(table->layout.names));
+    return *std::move(table);
+  }
+  const std::size_t start = first.find_first_not_of("# \t");
+  const std::string begin = printable(trimmed(start == first.npos ? first : first.substr(start)), 60);
+  const bool isPartly = firstColumns.shift != kNoColumn || firstColumns.atom != kNoColumn;
+  throw FileError(file, firstLine,
+                  isPartly ? "the columns lack " + firstColumns.missing()
+                           : "is not a known kind of shift file; it begins with \"" + begin + "\"",
+                  kColumnsRemedy);
 }
 
 }  // namespace zorvela

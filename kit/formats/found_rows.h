@@ -1,4 +1,4 @@
-// The shift rows of a file while they are read.
+// The shift rows of a file while they are read, and those that are not used.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,25 @@ struct Unassigned {
   }
   /// Adds the note, if there are any.
   void appendTo(std::vector<std::string>& notes) const;
+};
+
+/// Counts rows or values with a fault, and keeps the first of them.
+struct Tally {
+  std::size_t count = 0;
+  std::size_t all = 0;
+  std::size_t line = 0;
+  std::string first;
+
+  /// Adds a row or value, with an empty text where it has no fault.
+  void add(std::size_t atLine, const std::string& fault) {
+    ++all;
+    if (fault.empty() || count++ > 0) return;
+    line = atLine;
+    first = fault;
+  }
+  bool areMost() const { return count * 2 > all; }
+  /// "3 of 5"
+  std::string share() const { return std::to_string(count) + " of " + std::to_string(all); }
 };
 
 /// Rows of chains that are found by their names.

@@ -9,9 +9,8 @@
 #include "formats/foreign_text.h"
 #include "formats/format.h"
 #include "formats/found_rows.h"
-#include "formats/text/csv_cells.h"
+#include "formats/text/cells.h"
 #include "formats/text/csv_table.h"
-#include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -147,25 +146,6 @@ std::vector<RowShift> shiftsIn(const CsvRow& row, const RowResidue& residue, con
 
 // --- The table as a whole -----------------------------------------------------------------------
 
-/// Counts rows or values with a fault, and keeps the first of them.
-struct Tally {
-  std::size_t count = 0;
-  std::size_t all = 0;
-  std::size_t line = 0;
-  std::string first;
-
-  /// Adds a row or value, with an empty text where it has no fault.
-  void add(std::size_t atLine, const std::string& fault) {
-    ++all;
-    if (fault.empty() || count++ > 0) return;
-    line = atLine;
-    first = fault;
-  }
-  bool areMost() const { return count * 2 > all; }
-  /// "3 of 5"
-  std::string share() const { return std::to_string(count) + " of " + std::to_string(all); }
-};
-
 /// Counts of the cells of a column.
 struct ColumnContents {
   Tally texts;       ///< among the filled cells, those that are not numbers
@@ -212,8 +192,8 @@ void surveyShifts(const CsvRow& row, const RowResidue& residue, const CsvTable& 
     const auto ppm = numberIn(shift.value);
     if (shift.value.empty() || (ppm && isMissing(*ppm))) continue;
     const bool isPossible = ppm && canBeShift(shift.residueName, shift.column.atom, *ppm);
-    const std::string fault = quotedCell(shift.value) + " for " + printable(shift.column.atom, 20);
-    survey.columns[shift.column.column].impossible.add(row.line, isPossible ? "" : fault);
+    survey.columns[shift.column.column].impossible.add(
+        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(shift.column.atom, 20));
   }
 }
 
@@ -229,7 +209,7 @@ void surveyRow(const CsvRow& row, const CsvTable& table, Survey& survey) {
   const bool hasTwo = !label.name.empty() && !label.code.empty();
   survey.twoLetters.add(row.line, hasTwo ? quotedCell(label.name + label.number + label.code) : "");
   survey.dashed.add(row.line, label.hasDash ? quotedCell(residue.name + "-" + label.number) : "");
-  survey.splitDecimals.add(row.line, isSplitDecimal(row, table) ? "a half" : "");
+  survey.splitDecimals.add(row.line, isSplitDecimal(row, table) ? "cut" : "");
   survey.isCounterUsed = survey.isCounterUsed || residue.isByCounter;
   survey.areCodesNames = survey.areCodesNames && isCodeAName(residue);
   for (std::size_t i = 0; i < row.cells.size(); ++i)

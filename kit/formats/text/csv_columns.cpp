@@ -4,7 +4,6 @@
 #include <map>
 #include <string_view>
 
-#include "formats/text/csv_cells.h"
 #include "formats/text/delimited_text.h"
 #include "names/nomenclature.h"
 #include "util/text.h"

@@ -5,8 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "formats/text/csv_cells.h"
-#include "formats/text/residue_label.h"
+#include "formats/text/cells.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"

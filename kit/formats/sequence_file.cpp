@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <sstream>
 #include <utility>
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
 #include "formats/star/star_document.h"
+#include "formats/text/delimited_text.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -17,13 +17,6 @@ namespace {
 
 constexpr const char* kRemedy =
     "give FASTA, one-letter text, residue names with numbers (.seq), NMR-STAR or NEF";
-
-std::vector<std::string> wordsOf(std::string_view line) {
-  std::istringstream stream{std::string(line)};
-  std::vector<std::string> words;
-  for (std::string word; stream >> word;) words.push_back(std::move(word));
-  return words;
-}
 
 // --- Names with numbers -------------------------------------------------------------------------
 
@@ -226,25 +219,22 @@ std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
   for (std::size_t c = 0; c < one.chains.size(); ++c) {
     const std::vector<FileResidue>& residues = one.chains[c].residues;
     const std::vector<FileResidue>& others = other.chains[c].residues;
-    const auto differ = [](const FileResidue& a, const FileResidue& b) {
-      return polypeptideResidue(a.name).letter != polypeptideResidue(b.name).letter;
+    const auto isSame = [](const FileResidue& a, const FileResidue& b) {
+      return polypeptideResidue(a.name).letter == polypeptideResidue(b.name).letter;
     };
-    const std::size_t common = std::min(residues.size(), others.size());
-    for (std::size_t i = 0; i < common; ++i)
-      if (differ(residues[i], others[i]))
-        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) +
-               " in one and " + printable(others[i].name, 20) + " in the other";
-    if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
+    const auto [first, second] =
+        std::mismatch(residues.begin(), residues.end(), others.begin(), others.end(), isSame);
+    const std::string position = std::to_string(first - residues.begin() + 1);
+    if (first != residues.end() && second != others.end())
+      return "residue " + position + " is " + printable(first->name, 20) + " in one and " +
+             printable(second->name, 20) + " in the other";
+    if (residues.size() != others.size()) return "only one has residue " + position;
   }
   return {};
 }
 
 bool looksLikeSequence(std::string_view head) {
   if (!head.empty() && head.front() == '>') return true;
-  constexpr std::size_t kFewestLetters = 10;
-  const auto isCapital = [](const FileResidue& one) {
-    return contains(kAminoAcids, one.name) || one.name == "X";
-  };
   SequenceFile found;
   try {
     if (readNames(head, found)) return true;
@@ -252,9 +242,12 @@ bool looksLikeSequence(std::string_view head) {
   } catch (const FileError&) {
     return false;
   }
-  if (found.chains.empty() || head != upper(head)) return false;
-  const std::vector<FileResidue>& letters = found.chains.front().residues;
-  return letters.size() >= kFewestLetters && std::all_of(letters.begin(), letters.end(), isCapital);
+  constexpr std::size_t kFewestLetters = 10;
+  const auto isCapital = [](const FileResidue& one) {
+    return contains(kAminoAcids, one.name) || one.name == "X";
+  };
+  return !found.chains.empty() && found.chains[0].residues.size() >= kFewestLetters && head == upper(head) &&
+         std::all_of(found.chains[0].residues.begin(), found.chains[0].residues.end(), isCapital);
 }
 
 }  // namespace zorvela

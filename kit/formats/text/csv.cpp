@@ -10,7 +10,7 @@
 #include "formats/format.h"
 #include "formats/found_rows.h"
 #include "formats/text/cells.h"
-#include "formats/text/csv_table.h"
+#include "formats/text/csv_columns.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"

@@ -1,16 +1,26 @@
 #include "formats/text/csv_columns.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <string_view>
+#include <utility>
 
-#include "formats/text/delimited_text.h"
+#include "formats/text/cells.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
+
+constexpr const char* kColumnsRemedy =
+    "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
+    "resid,resname,atom,shift";
+// There may be a page of titles and comments above the column names.
+constexpr std::size_t kMostLinesAbove = 50;
+
+// --- Columns by their names ----------------------------------------------------------------------
 
 constexpr std::size_t kMostResidueColumns = 3;
 
@@ -86,8 +96,7 @@ std::string simplified(const std::string& name) {
 
 /// Returns the first column with one of these names, and clears its name: each column is given out once.
 std::size_t take(std::string_view names, std::vector<std::string>& open) {
-  const auto inOrder = splitCells(names, Separator::blank);
-  for (const std::string& name : inOrder.value())
+  for (const std::string& name : wordsOf(names))
     if (const auto found = std::find(open.begin(), open.end(), name); found != open.end()) {
       found->clear();
       return static_cast<std::size_t>(found - open.begin());
@@ -187,6 +196,133 @@ void becomeLong(std::vector<std::string>& open, CsvColumns& columns) {
   columns.residues.clear();
 }
 
+// --- Columns by their cells ----------------------------------------------------------------------
+
+/// How a cell fits a kind of column. All cells of a column fit, and at least one is certain.
+enum class Fit { none, possible, certain };
+
+Fit certainIf(bool fits) {
+  return fits ? Fit::certain : Fit::none;
+}
+
+/// A name such as HB2, CG1, QQD or CD1/2: a nucleus, then where it is. Those of the table are certain.
+Fit fitOfAtom(const std::string& cell) {
+  const std::string text = upper(withLatinLetters(cell));
+  constexpr std::size_t kLongest = 8;
+  const bool isAtom = !text.empty() && text.size() <= kLongest && contains("HCNQMOS", text.substr(0, 1)) &&
+                      std::all_of(text.begin(), text.end(), [](char c) {
+                        return isLetter(c) || isDigit(c) || contains("%*#'\"/|+", {&c, 1});
+                      });
+  if (!isAtom) return Fit::none;
+  for (const char type : {'A', 'G', kProlineCode})
+    if (readAtom(type, cell).isInTable()) return Fit::certain;
+  return Fit::possible;
+}
+
+struct ColumnKind {
+  const char* title;
+  std::size_t CsvColumns::*place;  ///< nullptr: one of `CsvColumns::residues`
+  Fit (*fit)(const std::string& cell);
+};
+
+constexpr ColumnKind kNumber = {"residue number", &CsvColumns::counter, [](const std::string& cell) {
+                                  return certainIf(toInteger(cell).has_value());
+                                }};
+constexpr ColumnKind kName = {
+    "residue name", &CsvColumns::name, [](const std::string& cell) {
+      return certainIf(!toInteger(cell) && polypeptideResidue(cell).letter != kUnknownResidue);
+    }};
+constexpr ColumnKind kAtom = {"atom", &CsvColumns::atom, fitOfAtom};
+constexpr ColumnKind kResidue = {"residue", nullptr, [](const std::string& cell) {
+                                   const auto label = readLabel(cell);
+                                   return certainIf(label && !label->number.empty() && !label->name.empty());
+                                 }};
+constexpr ColumnKind kAssignment = {
+    "residue with atom", &CsvColumns::assignment, [](const std::string& cell) {
+      const auto label = readLabel(cell, true);
+      return label && !label->number.empty() ? fitOfAtom(label->atom) : Fit::none;
+    }};
+constexpr ColumnKind kShift = {"shift", &CsvColumns::shift, [](const std::string& cell) {
+                                 if (!numberIn(cell)) return Fit::none;
+                                 return cell.find_first_of(".,") == cell.npos ? Fit::possible : Fit::certain;
+                               }};
+
+/// The kinds of the columns from left to right, and which of these are certain.
+struct Order {
+  std::vector<const ColumnKind*> kinds;
+  std::vector<bool> isCertain;
+
+  /// False where a cell does not fit.
+  bool add(const std::vector<std::string>& cells) {
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+      const Fit fit = kinds[i]->fit(cells[i]);
+      if (fit == Fit::none) return false;
+      isCertain[i] = isCertain[i] || fit == Fit::certain;
+    }
+    return true;
+  }
+};
+
+/// Returns all orders of a table with so many columns.
+std::vector<Order> ordersOf(std::size_t width) {
+  std::vector<const ColumnKind*> kinds = {&kAssignment, &kShift};
+  if (width == 3) kinds = {&kResidue, &kAtom, &kShift};
+  if (width == 4) kinds = {&kNumber, &kName, &kAtom, &kShift};
+  std::sort(kinds.begin(), kinds.end(), std::less<>());
+  std::vector<Order> orders;
+  do orders.push_back({kinds, std::vector<bool>(kinds.size(), false)});
+  while (std::next_permutation(kinds.begin(), kinds.end(), std::less<>()));
+  return orders;
+}
+
+/// Returns the one order of which all columns are certain; nullptr where there are two or none.
+const Order* onlyOrder(const std::vector<Order>& orders) {
+  const Order* only = nullptr;
+  for (const Order& order : orders) {
+    if (std::count(order.isCertain.begin(), order.isCertain.end(), false) > 0) continue;
+    if (only != nullptr) return nullptr;
+    only = &order;
+  }
+  return only;
+}
+
+/// Returns the table in a text without column names; nothing where a row has other cells, or where there are
+/// two ways to read them. FileError for a row unlike those of the table above it.
+std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
+  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
+  auto layout = first ? layoutOf(*first, text, 0) : std::nullopt;
+  if (!layout || layout->names.size() < 2 || layout->names.size() > 4) return std::nullopt;
+  std::vector<Order> orders = ordersOf(layout->names.size());
+  std::size_t rows = 0;
+  // Text of another kind fails within its first rows, and the rest is skipped.
+  forEachRow(*layout, [&](const CsvRow& row) {
+    if (orders.empty()) return;
+    ++rows;
+    const bool wasTable = onlyOrder(orders) != nullptr;
+    const auto isUnlike = [&](Order& order) { return !row.fault.empty() || !order.add(row.cells); };
+    orders.erase(std::remove_if(orders.begin(), orders.end(), isUnlike), orders.end());
+    if (orders.empty() && wasTable)
+      throw FileError(file, row.line, "is not like the rows above it, and the table has no column names",
+                      "correct or remove this row, or add a line of column names");
+  });
+  constexpr std::size_t kFewestRows = 2;
+  const Order* order = onlyOrder(orders);
+  if (order == nullptr || rows < kFewestRows) return std::nullopt;
+  CsvTable table{std::move(*layout), {}};
+  for (std::size_t i = 0; i < order->kinds.size(); ++i) {
+    const ColumnKind& kind = *order->kinds[i];
+    table.layout.names[i] = kind.title;
+    if (kind.place != nullptr)
+      table.columns.*kind.place = i;
+    else
+      table.columns.residues = {i};
+  }
+  return table;
+}
+
 }  // namespace
 
 bool CsvColumns::haveResidue() const {
@@ -260,6 +396,39 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
   else if (weak != kNoColumn)
     columns.residues.push_back(weak);
   return columns;
+}
+
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::string_view first;
+  std::size_t firstLine = 0;
+  CsvColumns firstColumns;
+  for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
+    const auto header = nextFilledLine(text, pos, line);
+    if (!header) break;
+    const auto layout = layoutOf(*header, text.substr(std::min(pos, text.size())), line);
+    const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
+    if (columns.areEnough()) {
+      if (above > 0) notes.push_back(lineRange(firstLine, line - 1) + " above the column names ignored");
+      return {*layout, columns};
+    }
+    if (above > 0) continue;
+    first = *header;
+    firstLine = line;
+    firstColumns = columns;
+  }
+  if (auto table = tableWithoutNames(text, file)) {
+    notes.push_back("no column names; by their contents, the columns are " + enumerated(table->layout.names));
+    return *std::move(table);
+  }
+  const std::size_t start = first.find_first_not_of("# \t");
+  const std::string begin = printable(trimmed(start == first.npos ? first : first.substr(start)), 60);
+  const bool isPartly = firstColumns.shift != kNoColumn || firstColumns.atom != kNoColumn;
+  throw FileError(file, firstLine,
+                  isPartly ? "the columns lack " + firstColumns.missing()
+                           : "is not a known kind of shift file; it begins with \"" + begin + "\"",
+                  kColumnsRemedy);
 }
 
 }  // namespace zorvela

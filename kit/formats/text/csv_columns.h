@@ -1,10 +1,14 @@
-// Finds the columns of a CSV file by the many names that spreadsheets and programs use.
+// Finds a table of shifts within a text, and its columns: by the many names that spreadsheets and programs
+// use, or without names by their cells.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "formats/text/csv_rows.h"
 
 namespace zorvela {
 
@@ -55,5 +59,18 @@ CsvColumns readColumns(const std::vector<std::string>& names);
 /// Returns the atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha",
 /// "CG(Pro)", "CA(i)", "CA(i-1)"; its `column` is not set.
 AtomColumn atomOfColumn(const std::string& name);
+
+/// A table whose columns are known.
+struct CsvTable {
+  CsvLayout layout;
+  CsvColumns columns;
+};
+
+/// Finds the table below the first line that names enough columns; titles and comments may be above it.
+/// Without such a line, the columns must be clear from their cells: residue number, residue name, atom and
+/// shift; or residue ("G12"), atom and shift; or assignment ("G12CA") and shift; in any order, and no other
+/// column. Several numbers after a residue are never clear: nothing shows which atoms they belong to.
+/// FileError where there is no table. Notes say what was passed over or concluded.
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes);
 
 }  // namespace zorvela

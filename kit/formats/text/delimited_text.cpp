@@ -93,4 +93,8 @@ std::optional<std::vector<std::string>> splitCells(std::string_view line, Separa
   return cells;
 }
 
+std::vector<std::string> wordsOf(std::string_view line, std::size_t most) {
+  return splitCells(line, Separator::blank, most).value_or(std::vector<std::string>{std::string(line)});
+}
+
 }  // namespace zorvela

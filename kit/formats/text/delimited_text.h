@@ -37,4 +37,7 @@ std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, Separa
 std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
                                                    std::size_t most = kAllCells);
 
+/// Returns the words between blanks, as `splitCells` does; the whole line is one where a quote is not closed.
+std::vector<std::string> wordsOf(std::string_view line, std::size_t most = kAllCells);
+
 }  // namespace zorvela

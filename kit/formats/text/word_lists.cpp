@@ -245,16 +245,14 @@ constexpr ListKind kKinds[] = {{"XEASY", takeXeasy},     {"NMRView", takeNmrView
 
 /// Returns the words of a line; none for a comment. A "#" after a blank ends a line, one in a name (HB#) does
 /// not.
-Words wordsOf(std::string_view line, const ListKind& kind) {
+Words wordsIn(std::string_view line, const ListKind& kind) {
   constexpr std::size_t kLongestLine = 2000;
   if (line.size() > kLongestLine) return {std::string(firstBytes(line, kLongestLine))};
   std::size_t end = 0;
   while (end < line.size() && (line[end] != '#' || (end > 0 && !isBlank(line[end - 1])))) ++end;
   const std::string_view core = trimmed(line.substr(0, end));
   const char* marks = kind.take == takeCcpNmr2 ? ";" : ";!";
-  return core.empty() || contains(marks, core.substr(0, 1))
-             ? Words()
-             : splitCells(core, Separator::blank).value_or(Words{std::string(core)});
+  return core.empty() || contains(marks, core.substr(0, 1)) ? Words() : wordsOf(core);
 }
 
 /// Reads up to so many lines of a list, and counts those that cannot belong to it.
@@ -266,7 +264,7 @@ Tally readLines(std::string_view text, const ListKind& kind, std::size_t most, F
     const auto line = nextLine(text, pos);
     if (!line) break;
     const std::size_t number = ++place.residue.line;
-    const Words words = wordsOf(*line, kind);
+    const Words words = wordsIn(*line, kind);
     if (words.empty()) continue;
     const std::size_t before = rows.shifts.size();
     const bool fits = kind.take(words, place, rows);

@@ -59,7 +59,12 @@ std::uint32_t small(std::size_t number) {
 
 class Parser {
  public:
-  explicit Parser(StarFile& starFile) : file(starFile), tokens(starFile.text) {}
+  explicit Parser(StarFile& starFile) : file(starFile), tokens(starFile.text) {
+    // For as many values as the text can hold, up to those of a usual entry.
+    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
+    constexpr std::size_t kMost = 1 << 20;
+    file.values.reserve(std::min(kMost, file.text.size() / kBytesPerValue));
+  }
 
   void run() {
     for (advance(); token.kind != Kind::end;) {
@@ -124,13 +129,21 @@ class Parser {
 
   /// Makes a frame of all that was read since the last heading.
   void endFrame() {
-    const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
-    const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
-    if (pairs == file.pairs.size() && loops == file.loops.size()) return;
+    const std::size_t first = file.frames.empty() ? 0 : file.frames.back().endLoop;
+    if (pairTags.empty() && first == file.loops.size()) return;
     checkLimit(file.frames.size() + 1, limits::kFrames, file.name);
+    StarLoop pairs;
+    pairs.firstTag = small(file.tags.size());
+    pairs.firstValue = small(file.values.size());
+    pairs.tagCount = pairs.valueCount = small(pairTags.size());
+    pairs.isEmpty = pairTags.empty();
+    file.tags.insert(file.tags.end(), pairTags.begin(), pairTags.end());
+    file.values.insert(file.values.end(), pairValues.begin(), pairValues.end());
+    file.loops.insert(file.loops.begin() + static_cast<std::ptrdiff_t>(first), pairs);
+    pairTags.clear();
+    pairValues.clear();
     const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
-    file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
-                           small(file.loops.size())});
+    file.frames.push_back({frameName, small(block), small(first), small(file.loops.size())});
   }
 
   // --- Tags with one value --------------------------------------------------------------------
@@ -146,7 +159,8 @@ class Parser {
       return;
     }
     if (token.isOpen) noteOpenQuote(isNeeded(tag));
-    file.pairs.push_back({spanOf(tag), spanOf(token.value)});
+    pairTags.push_back(spanOf(tag));
+    pairValues.push_back(spanOf(token.value));
     lastTag = tag;
     advance();
   }
@@ -184,7 +198,6 @@ class Parser {
       file.tags.push_back(spanOf(token.value));
     }
     loop.tagCount = small(file.tags.size() - loop.firstTag);
-    if (isOfUse && file.values.capacity() == 0) reserveValues();
     for (; token.kind == Kind::value; advance()) {
       if (token.isOpen) noteOpenQuote(isOfUse);
       lines.add(token.line);
@@ -199,13 +212,6 @@ class Parser {
       note(loopLine, "a loop without tags; ignored");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
-  }
-
-  /// Reserves memory for as many values as the rest of the text can hold, up to those of a usual entry.
-  void reserveValues() {
-    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
-    constexpr std::size_t kMost = 1 << 20;
-    file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
   }
 
   /// Drops rows with values missing or left over, where the lines show which they are.
@@ -258,6 +264,8 @@ class Parser {
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
+  std::vector<StarSpan> pairTags;    ///< those with one value in the current frame
+  std::vector<StarSpan> pairValues;
   std::string_view lastTag;  ///< the tag before, if it has one value; empty after a loop
   LoopLines lines;           ///< those of the current loop
   LimitedNotes notes{"places that are not valid STAR"};
@@ -379,7 +387,6 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
 }
 
 std::size_t StarTable::rows() const {
-  if (loop == nullptr) return 1;
   if (loop->badLine > 0)
     throw FileError(source->name, loop->badLine,
                     "values are missing or left over in the loop of " +
@@ -393,19 +400,14 @@ StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) co
 }
 
 std::size_t StarTable::indexOf(std::string_view tag) const {
-  const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
-  for (std::size_t i = 0; i < count; ++i) {
-    const StarSpan own =
-        loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
-    if (equalIgnoringCase(source->textOf(own), tag)) return i;
-  }
+  for (std::size_t i = 0; i < loop->tagCount; ++i)
+    if (equalIgnoringCase(source->textOf(source->tags[loop->firstTag + i]), tag)) return i;
   return kAbsent;
 }
 
 std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   if (column == kAbsent) return {};
-  const StarSpan span = loop != nullptr ? source->values[loop->firstValue + row * loop->tagCount + column]
-                                        : source->pairs[pairsOf->firstPair + column].value;
+  const StarSpan span = source->values[loop->firstValue + row * loop->tagCount + column];
   const std::string_view core = trimmed(source->textOf(span));
   return core == "." || core == "?" ? std::string_view() : core;
 }
@@ -425,10 +427,6 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
   std::vector<StarTable> tables;
   const StarFile& file = frame.file;
   const auto isWanted = [&](StarSpan tag) { return startsIgnoringCase(file.textOf(tag), tagStart); };
-  const StarPair* firstPair = file.pairs.data() + frame.items.firstPair;
-  const StarPair* endPair = file.pairs.data() + frame.items.endPair;
-  if (std::any_of(firstPair, endPair, [&](const StarPair& pair) { return isWanted(pair.tag); }))
-    tables.emplace_back(frame);
   for (std::size_t l = frame.items.firstLoop; l < frame.items.endLoop; ++l) {
     const StarLoop& loop = file.loops[l];
     const StarSpan* firstTag = file.tags.data() + loop.firstTag;

@@ -21,13 +21,8 @@ struct StarSpan {
   std::uint32_t size = 0;
 };
 
-/// A tag with one value.
-struct StarPair {
-  StarSpan tag;
-  StarSpan value;
-};
-
-/// A loop: its tags, and its values row by row. Index ranges are of `StarFile::tags` and `values`.
+/// A loop: its tags, and its values row by row. The tags with one value of a frame are a loop of one row.
+/// Index ranges are of `StarFile::tags` and `values`.
 struct StarLoop {
   std::uint32_t firstTag = 0;
   std::uint32_t tagCount = 0;
@@ -42,8 +37,8 @@ struct StarLoop {
 struct StarFrameRange {
   StarSpan name;
   std::uint32_t block = 0;  ///< which data block of the file
-  std::uint32_t firstPair = 0, endPair = 0;
-  std::uint32_t firstLoop = 0, endLoop = 0;
+  std::uint32_t firstLoop = 0;  ///< the tags with one value; loops follow
+  std::uint32_t endLoop = 0;
 };
 
 /// A file as it was parsed.
@@ -52,7 +47,6 @@ struct StarFile {
   std::string text;
   std::vector<StarSpan> tags;
   std::vector<StarSpan> values;
-  std::vector<StarPair> pairs;
   std::vector<StarLoop> loops;
   std::vector<StarFrameRange> frames;
   std::vector<StarSpan> blocks;    ///< their names
@@ -125,12 +119,14 @@ class StarColumn {
 class StarTable {
  public:
   StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
-  explicit StarTable(const StarFrame& frame) : source(&frame.file), pairsOf(&frame.items) {}
+  /// The tags with one value.
+  explicit StarTable(const StarFrame& frame)
+      : StarTable(frame.file, frame.file.loops[frame.items.firstLoop]) {}
 
   /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
   /// Tells whether rows were ignored because values are missing or left over in them.
-  bool lacksRows() const { return loop != nullptr && loop->lacksRows; }
+  bool lacksRows() const { return loop->lacksRows; }
   /// Returns the column of a tag, there or not; `otherTag` replaces missing values.
   StarColumn column(std::string_view tag, std::string_view otherTag = {}) const;
   bool has(std::string_view tag) const { return indexOf(tag) != kAbsent; }
@@ -143,8 +139,7 @@ class StarTable {
   std::string_view cell(std::size_t row, std::size_t column) const;
 
   const StarFile* source;
-  const StarLoop* loop = nullptr;
-  const StarFrameRange* pairsOf = nullptr;
+  const StarLoop* loop;
 };
 
 /// Returns all tables of a frame with a tag that begins so.

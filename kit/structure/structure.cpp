@@ -38,11 +38,11 @@ bool holdsShifts(std::string_view text) {
          contains(text, "\nDATA SEQUENCE");
 }
 
-Coordinates readCoordinates(const std::string& text, const std::string& name, std::string& format) {
+Coordinates readCoordinates(std::string text, const std::string& name, std::string& format) {
   if (holdsShifts(text)) throw FileError(name, 0, "has shifts, not a structure", kFormatRemedy);
   if (isCif(text)) {
     format = "mmCIF";
-    return readMmcifCoordinates(text, name);
+    return readMmcifCoordinates(std::move(text), name);
   }
   if (!isPdb(text))
     throw FileError(name, 0, "is neither an mmCIF file nor a PDB file with atoms", kFormatRemedy);
@@ -253,7 +253,7 @@ ProteinStructure readStructureBytes(std::string bytes, const std::string& file) 
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
   ProteinStructure structure;
   structure.file = file;
-  const Coordinates coordinates = readCoordinates(bytes, file, structure.format);
+  const Coordinates coordinates = readCoordinates(std::move(bytes), file, structure.format);
   addModels(coordinates.models, structure);
   if (structure.chains.empty()) throwWithoutProtein(file, coordinates);
   structure.notes.insert(structure.notes.begin(), coordinates.notes.begin(), coordinates.notes.end());

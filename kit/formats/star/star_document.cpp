@@ -18,7 +18,7 @@ using Kind = StarToken::Kind;
 
 constexpr std::size_t kLongestWord = 60;
 
-/// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1.
+/// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1, mmCIF.
 constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Entity_assembly.",
                                             "_Entity_comp_index.",
@@ -41,7 +41,8 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Mol_system_component_name",
                                             "_Mol_label",
                                             "_Chem_shift_value",
-                                            "_Atom_one_residue_seq_code"};
+                                            "_Atom_one_residue_seq_code",
+                                            "_atom_site."};
 
 bool isNeeded(std::string_view tag) {
   return std::any_of(std::begin(kNeededTags), std::end(kNeededTags),
@@ -59,7 +60,8 @@ std::uint32_t small(std::size_t number) {
 
 class Parser {
  public:
-  explicit Parser(StarFile& starFile) : file(starFile), tokens(starFile.text) {
+  Parser(StarFile& starFile, StarRules starRules)
+      : file(starFile), isStrict(starRules == StarRules::cif), tokens(starFile.text) {
     // For as many values as the text can hold, up to those of a usual entry.
     constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
     constexpr std::size_t kMost = 1 << 20;
@@ -86,12 +88,12 @@ class Parser {
 
  private:
   [[noreturn]] void fail(std::size_t atLine, const std::string& what) const {
-    throw FileError(file.name, atLine, "not valid STAR: " + what, kStarRemedy);
+    throw FileError(file.name, atLine, (isStrict ? "not valid CIF: " : "not valid STAR: ") + what,
+                    kStarRemedy);
   }
 
   void advance() {
     token = tokens.next();
-    if (token.kind != Kind::end) checkLimit(++wordCount, limits::kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -101,6 +103,7 @@ class Parser {
   }
 
   void note(std::size_t atLine, const std::string& what) {
+    if (isStrict) fail(atLine, what);
     notes.add("line " + std::to_string(atLine) + ": " + what);
   }
 
@@ -226,7 +229,7 @@ class Parser {
     // checked. With few columns, many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
     const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
-    if (fills && runsOn) return;
+    if (fills && (isStrict || runsOn)) return;
     for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
     loop.lacksRows = true;
     if (isByLine) {
@@ -237,10 +240,11 @@ class Parser {
   }
 
   void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isByLine) {
-    notes.add(lineRange(bad.first.number, bad.last.number) + ": " +
-              counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
-              counted(loop.tagCount, "column", "columns") + " of " +
-              categoryOf(file.textOf(file.tags[loop.firstTag])) +
+    const std::string what = counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
+                             counted(loop.tagCount, "column", "columns") + " of " +
+                             categoryOf(file.textOf(file.tags[loop.firstTag]));
+    if (isStrict) fail(bad.first.number, what);
+    notes.add(lineRange(bad.first.number, bad.last.number) + ": " + what +
               (isByLine ? "; ignored" : "; the loop is not used"));
   }
 
@@ -257,14 +261,14 @@ class Parser {
   }
 
   StarFile& file;
+  bool isStrict;
   StarTokens tokens;
   StarToken token;
-  std::size_t wordCount = 0;
   StarSpan blockName;
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
-  std::vector<StarSpan> pairTags;    ///< those with one value in the current frame
+  std::vector<StarSpan> pairTags;  ///< those with one value in the current frame
   std::vector<StarSpan> pairValues;
   std::string_view lastTag;  ///< the tag before, if it has one value; empty after a loop
   LoopLines lines;           ///< those of the current loop
@@ -361,11 +365,11 @@ std::string starWithin(std::string_view text) {
   return hasShifts ? found : std::string();
 }
 
-std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name) {
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name, StarRules rules) {
   auto file = std::make_shared<StarFile>();
   file->name = name;
   file->text = std::move(text);
-  Parser(*file).run();
+  Parser(*file, rules).run();
   return file;
 }
 
@@ -403,6 +407,12 @@ std::size_t StarTable::indexOf(std::string_view tag) const {
   for (std::size_t i = 0; i < loop->tagCount; ++i)
     if (equalIgnoringCase(source->textOf(source->tags[loop->firstTag + i]), tag)) return i;
   return kAbsent;
+}
+
+std::size_t StarTable::lineOf(std::size_t row) const {
+  const std::string_view before =
+      source->textOf({0, source->values[loop->firstValue + row * loop->tagCount].begin});
+  return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
 }
 
 std::string_view StarTable::cell(std::size_t row, std::size_t column) const {

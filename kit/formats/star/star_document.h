@@ -36,7 +36,7 @@ struct StarLoop {
 /// A save frame, or a stretch of a data block outside them.
 struct StarFrameRange {
   StarSpan name;
-  std::uint32_t block = 0;  ///< which data block of the file
+  std::uint32_t block = 0;      ///< which data block of the file
   std::uint32_t firstLoop = 0;  ///< the tags with one value; loops follow
   std::uint32_t endLoop = 0;
 };
@@ -83,10 +83,15 @@ bool isStar(std::string_view text);
 /// where there is no shift list.
 std::string starWithin(std::string_view text);
 
+/// How much of a file must be right: faults of STAR outside shifts and sequences are notes, those of CIF
+/// errors, because coordinates may be missing.
+enum class StarRules { star, cif };
+
 /// Parses STAR text of up to 256 MiB. FileError with the line for a text field or quote that is not closed,
 /// for values without a tag among shifts or sequences, and for more than any real file has. `name` is how
 /// messages name the file.
-std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name);
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name,
+                                          StarRules rules = StarRules::star);
 
 /// Returns the entries of a file, or the whole file where fewer than two data blocks have molecules and
 /// shifts. Each entry is read alone, because all number their molecules from 1.
@@ -125,6 +130,8 @@ class StarTable {
 
   /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
+  /// Returns the line, from 1, on which a row begins.
+  std::size_t lineOf(std::size_t row) const;
   /// Tells whether rows were ignored because values are missing or left over in them.
   bool lacksRows() const { return loop->lacksRows; }
   /// Returns the column of a tag, there or not; `otherTag` replaces missing values.

@@ -357,12 +357,12 @@ class BadInput(Case):
         cif = made.mmcif([("A", chain())])
         lines = cif.split("\n")
         self.assertEqual(self.fails("\n".join(lines[:60]) + "\n" + " ".join(lines[60].split()[:5])),
-                         "model.pdb:61: this row has 5 values for 17 columns, and the file ends in its table; fix the "
-                         "file there, or fetch it again")
+                         "model.pdb:61: not valid CIF: 5 values for the 17 columns of _atom_site; fix the file there, or "
+                         "fetch it again")
         words = lines[60].split()
         lines[60] += " 1"
-        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this row has 18 values for 17 columns; fix the "
-                         "file there, or fetch it again")
+        self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: not valid CIF: 18 values for the 17 columns of "
+                         "_atom_site; fix the file there, or fetch it again")
         lines[60] = " ".join(words[:4] + ["AB"] + words[5:])
         self.assertEqual(self.fails("\n".join(lines)), "model.pdb:61: this atom cannot be read: Not a single character: AB; "
                          "fix the file there, or fetch it again")

@@ -240,7 +240,8 @@ class Parser {
   }
 
   void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isByLine) {
-    const std::string what = counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
+    const std::size_t end = isStrict ? bad.endOfFirst : bad.endValue;  // an error names one line
+    const std::string what = counted(end - bad.first.firstValue, "value", "values") + " for the " +
                              counted(loop.tagCount, "column", "columns") + " of " +
                              categoryOf(file.textOf(file.tags[loop.firstTag]));
     if (isStrict) fail(bad.first.number, what);

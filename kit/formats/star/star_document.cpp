@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "formats/limits.h"
-#include "formats/star/loop_lines.h"
 #include "formats/star/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -56,6 +55,78 @@ std::string categoryOf(std::string_view tag) {
 
 std::uint32_t small(std::size_t number) {
   return static_cast<std::uint32_t>(number);
+}
+
+// --- The rows of a loop -------------------------------------------------------------------------
+
+/// A line of a loop, with the first of the values that begin on it. Small, as a file has millions.
+struct LoopLine {
+  std::uint32_t firstValue = 0;  ///< from 0
+  std::uint32_t number = 0;      ///< from 1
+};
+
+/// The lines of a loop that have values.
+struct LoopLines {
+  std::vector<LoopLine> list;
+  std::uint32_t values = 0;
+
+  /// Adds a value that begins on a line.
+  void add(std::size_t line) {
+    if (list.empty() || list.back().number != line) list.push_back({values, small(line)});
+    ++values;
+  }
+};
+
+/// The lines of a loop with whole rows, and the others.
+struct LoopLayout {
+  std::size_t wholeLines = 0;  ///< with the values of one or more rows
+  std::vector<BadLines> bad;
+};
+
+/// A row may have one line, share it with others or be wrapped over several. Lines with any other number of
+/// values lack some or have some left over.
+LoopLayout layoutOf(const LoopLines& loop, std::size_t columns) {
+  const std::vector<LoopLine>& lines = loop.list;
+  LoopLayout layout;
+  std::size_t pending = 0;  // values of a row that is wrapped
+  std::size_t firstPending = 0;
+  const auto endOf = [&](std::size_t line) {
+    return line + 1 < lines.size() ? lines[line + 1].firstValue : loop.values;
+  };
+  const auto addBad = [&](std::size_t end) {
+    const LoopLine& first = lines[firstPending];
+    layout.bad.push_back({first.number, lines[end - 1].number, first.firstValue, endOf(end - 1)});
+    pending = 0;
+  };
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::size_t count = endOf(i) - lines[i].firstValue;
+    if (count % columns == 0) {
+      ++layout.wholeLines;
+      if (pending > 0) addBad(i);
+      continue;
+    }
+    if (pending == 0) firstPending = i;
+    pending += count;
+    if (pending == columns) pending = 0;
+  }
+  if (pending > 0) addBad(lines.size());
+  return layout;
+}
+
+/// "3 values for the 2 columns of _nef_sequence"
+std::string countsOf(const BadLines& bad, const StarLoop& loop, const StarFile& file) {
+  return counted(bad.endValue - bad.firstValue, "value", "values") + " for the " +
+         counted(loop.tagCount, "column", "columns") + " of " +
+         categoryOf(file.textOf(file.tags[loop.firstTag]));
+}
+
+[[noreturn]] void throwBad(const StarLoop& loop, const StarFile& file) {
+  const BadLines& bad = loop.bad;
+  const bool isOneLine = bad.firstLine == bad.lastLine;
+  throw FileError(
+      file.name, bad.firstLine,
+      (isOneLine ? "" : lineRange(bad.firstLine, bad.lastLine) + ": ") + countsOf(bad, loop, file),
+      kLoopRemedy);
 }
 
 class Parser {
@@ -221,7 +292,7 @@ class Parser {
   void settleRows(StarLoop& loop, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
     const std::size_t lineCount = lines.list.size();
-    const LoopLayout layout = loopLayout(lines, columns);
+    const LoopLayout layout = layoutOf(lines, columns);
     if (layout.bad.empty()) return;
     const bool fills = lines.values % columns == 0;
     const bool isByLine = layout.wholeLines * 2 >= lineCount;
@@ -230,32 +301,22 @@ class Parser {
     constexpr std::size_t kManyColumns = 5;
     const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
     if (fills && (isStrict || runsOn)) return;
-    for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
-    loop.lacksRows = true;
-    if (isByLine) {
-      if (isOfUse) dropRows(loop, layout.bad);
-    } else {
-      loop.badLine = layout.bad.front().first.number;
-    }
-  }
-
-  void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isByLine) {
-    const std::size_t end = isStrict ? bad.endOfFirst : bad.endValue;  // an error names one line
-    const std::string what = counted(end - bad.first.firstValue, "value", "values") + " for the " +
-                             counted(loop.tagCount, "column", "columns") + " of " +
-                             categoryOf(file.textOf(file.tags[loop.firstTag]));
-    if (isStrict) fail(bad.first.number, what);
-    notes.add(lineRange(bad.first.number, bad.last.number) + ": " + what +
-              (isByLine ? "; ignored" : "; the loop is not used"));
+    loop.bad = layout.bad.front();
+    loop.lacksRows = isByLine;
+    if (isStrict) throwBad(loop, file);
+    for (const BadLines& bad : layout.bad)
+      notes.add(lineRange(bad.firstLine, bad.lastLine) + ": " + countsOf(bad, loop, file) +
+                (isByLine ? "; ignored" : "; the loop is not used"));
+    if (isByLine && isOfUse) dropRows(loop, layout.bad);
   }
 
   void dropRows(const StarLoop& loop, const std::vector<BadLines>& bad) {
     const auto at = [&](std::size_t value) {
       return file.values.begin() + static_cast<std::ptrdiff_t>(loop.firstValue + value);
     };
-    auto end = at(bad.front().first.firstValue);
+    auto end = at(bad.front().firstValue);
     for (std::size_t i = 0; i < bad.size(); ++i) {
-      const auto next = i + 1 < bad.size() ? at(bad[i + 1].first.firstValue) : file.values.end();
+      const auto next = i + 1 < bad.size() ? at(bad[i + 1].firstValue) : file.values.end();
       end = std::copy(at(bad[i].endValue), next, end);
     }
     file.values.erase(end, file.values.end());
@@ -392,12 +453,12 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
 }
 
 std::size_t StarTable::rows() const {
-  if (loop->badLine > 0)
-    throw FileError(source->name, loop->badLine,
-                    "values are missing or left over in the loop of " +
-                        categoryOf(source->textOf(source->tags[loop->firstTag])),
-                    kLoopRemedy);
+  if (!loop->lacksRows) requireWhole();
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
+}
+
+void StarTable::requireWhole() const {
+  if (loop->bad.firstLine > 0) throwBad(*loop, *source);
 }
 
 StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) const {
@@ -411,15 +472,13 @@ std::size_t StarTable::indexOf(std::string_view tag) const {
 }
 
 std::size_t StarTable::lineOf(std::size_t row) const {
-  const std::string_view before =
-      source->textOf({0, source->values[loop->firstValue + row * loop->tagCount].begin});
+  const std::string_view before = source->textOf({0, span(row, 0).begin});
   return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
 }
 
 std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   if (column == kAbsent) return {};
-  const StarSpan span = source->values[loop->firstValue + row * loop->tagCount + column];
-  const std::string_view core = trimmed(source->textOf(span));
+  const std::string_view core = trimmed(source->textOf(span(row, column)));
   return core == "." || core == "?" ? std::string_view() : core;
 }
 

@@ -21,6 +21,14 @@ struct StarSpan {
   std::uint32_t size = 0;
 };
 
+/// Lines of a loop whose values do not fill whole rows.
+struct BadLines {
+  std::uint32_t firstLine = 0;  ///< from 1; 0: none
+  std::uint32_t lastLine = 0;
+  std::uint32_t firstValue = 0;  ///< from 0
+  std::uint32_t endValue = 0;
+};
+
 /// A loop: its tags, and its values row by row. The tags with one value of a frame are a loop of one row.
 /// Index ranges are of `StarFile::tags` and `values`.
 struct StarLoop {
@@ -28,9 +36,9 @@ struct StarLoop {
   std::uint32_t tagCount = 0;
   std::uint32_t firstValue = 0;
   std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader needs
-  std::uint32_t badLine = 0;  ///< where values are missing or left over and no line shows which; 0: nowhere
-  bool isEmpty = true;        ///< there were no values at all
-  bool lacksRows = false;     ///< rows with values missing or left over were ignored
+  bool isEmpty = true;           ///< there were no values at all
+  bool lacksRows = false;        ///< the rows of bad lines were ignored
+  BadLines bad;                  ///< the first of them
 };
 
 /// A save frame, or a stretch of a data block outside them.
@@ -130,6 +138,8 @@ class StarTable {
 
   /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
+  /// Throws FileError if values are missing or left over in a row.
+  void requireWhole() const;
   /// Returns the line, from 1, on which a row begins.
   std::size_t lineOf(std::size_t row) const;
   /// Tells whether rows were ignored because values are missing or left over in them.
@@ -138,11 +148,17 @@ class StarTable {
   StarColumn column(std::string_view tag, std::string_view otherTag = {}) const;
   bool has(std::string_view tag) const { return indexOf(tag) != kAbsent; }
 
+  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+  /// Returns the place of a tag among the columns; `kAbsent` if there is none.
+  std::size_t indexOf(std::string_view tag) const;
+  /// Returns the place of a value in the text, without its quotes.
+  StarSpan span(std::size_t row, std::size_t column) const {
+    return source->values[loop->firstValue + row * loop->tagCount + column];
+  }
+
  private:
   friend class StarColumn;
-  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
-  std::size_t indexOf(std::string_view tag) const;
   std::string_view cell(std::size_t row, std::size_t column) const;
 
   const StarFile* source;

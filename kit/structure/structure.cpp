@@ -6,6 +6,7 @@
 
 #include "formats/foreign_text.h"
 #include "formats/input_bytes.h"
+#include "formats/star/star_document.h"
 #include "names/nomenclature.h"
 #include "structure/coordinates.h"
 #include "structure/molecules.h"
@@ -20,16 +21,6 @@ namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
 
-/// Tells whether the first word outside comments begins a data block.
-bool isCif(std::string_view text) {
-  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    const std::string_view core = trimmed(*line);
-    if (core.empty() || core.front() == '#') continue;
-    return startsIgnoringCase(core, "data_");
-  }
-  return false;
-}
-
 /// Tells whether a text belongs on the other side of a comparison.
 bool holdsShifts(std::string_view text) {
   if (contains(text, "_atom_site.")) return false;
@@ -40,7 +31,7 @@ bool holdsShifts(std::string_view text) {
 
 Coordinates readCoordinates(std::string text, const std::string& name, std::string& format) {
   if (holdsShifts(text)) throw FileError(name, 0, "has shifts, not a structure", kFormatRemedy);
-  if (isCif(text)) {
+  if (isStar(text)) {
     format = "mmCIF";
     return readMmcifCoordinates(std::move(text), name);
   }

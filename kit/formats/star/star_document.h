@@ -91,8 +91,8 @@ bool isStar(std::string_view text);
 /// where there is no shift list.
 std::string starWithin(std::string_view text);
 
-/// How much of a file must be right: faults of STAR outside shifts and sequences are notes, those of CIF
-/// errors, because coordinates may be missing.
+/// With `star`, faults outside shifts and sequences are notes. With `cif`, all faults are errors, because
+/// coordinates may be missing.
 enum class StarRules { star, cif };
 
 /// Parses STAR text of up to 256 MiB. FileError with the line for a text field or quote that is not closed,

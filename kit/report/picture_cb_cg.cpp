@@ -5,7 +5,7 @@
 #include <cmath>
 #include <map>
 
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "report/pictures.h"
 #include "report/svg.h"
 #include "util/number.h"

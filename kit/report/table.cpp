@@ -179,12 +179,11 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
   table.write(style.colour, out);
 }
 
-std::string offsetText(const ProteinResult& protein, const std::string& atom) {
-  const ReferencingOffset* offset = offsetOf(protein, atom);
-  if (offset == nullptr || !std::isfinite(offset->offset)) return kAbsentCell;
-  return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!"
-                                                              : isUncertain(*offset)      ? "?"
-                                                                                          : "");
+std::string offsetText(const ReferencingOffset& offset) {
+  if (!std::isfinite(offset.offset)) return kAbsentCell;
+  return fixedText(static_cast<double>(offset.offset), 3) + (callsForCorrection(offset) ? "!"
+                                                             : isUncertain(offset)      ? "?"
+                                                                                        : "");
 }
 
 /// Explains the marks that occur in the table of offsets.
@@ -210,7 +209,7 @@ void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& o
   forEachProtein(report, [&](const ProteinResult& protein) {
     TextTable::Cells cells = joined(originOf(protein, origin),
                                     {std::to_string(protein.length), std::to_string(protein.shiftCount)});
-    for (const std::string& atom : kOffsetAtoms) cells.push_back(offsetText(protein, atom));
+    for (const ReferencingOffset& offset : protein.offsets) cells.push_back(offsetText(offset));
     table.add(std::move(cells), false);
   });
   out << "\nReferencing offsets (ppm)" << legendOf(report) << '\n';

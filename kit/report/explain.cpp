@@ -1,11 +1,8 @@
 // A block of text below each proline. Columns: name, observed, class means (ppm), nats, bar.
-#include "report/explain.h"
-
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "report/measured_calls.h"
 #include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"

@@ -2,10 +2,8 @@
 #include <cmath>
 
 #include "predict/referencing.h"
-#include "report/fields.h"
+#include "report/html_parts.h"
 #include "report/html_pieces.h"
-#include "report/pictures.h"
-#include "report/svg.h"
 #include "util/text.h"
 
 namespace zorvela {

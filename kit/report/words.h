@@ -55,6 +55,14 @@ std::vector<std::string> otherNotes(const ProteinResult& protein);
 /// empty.
 std::string precisionNote(const ProlineResult& proline);
 
+/// Returns "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis", and how
+/// many cis prolines are called cis if these are less than half. Empty without a prediction.
+std::string howOftenRight(const ProlineResult& proline);
+
+/// Returns lines of at most 80 columns: the call in a sentence, the largest contributions with a bar of
+/// characters, and the missing shifts with their expected information. Without evidence, only the sentence.
+std::string explained(const ProlineResult& proline);
+
 /// Returns the three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
 std::string strongestOf(const ProlineResult& proline);
 

@@ -22,18 +22,22 @@ struct ModelBond {
   BondState state = BondState::trans;
 };
 
-/// A proline in one chain of one structure.
-struct BondSite {
-  std::string file;
-  std::string chain;
-  std::string number;             ///< in the structure, with insertion code
-  std::string residue;            ///< name in the structure: PRO, HYP, or another residue at this place
-  std::size_t models = 0;         ///< of the structure
-  std::vector<ModelBond> bonds;   ///< one for each model that has the bond
+/// The bonds before a proline of a chain in the models of its structure.
+struct ProlineBonds {
+  std::vector<ModelBond> bonds;   ///< main conformation, one for each model with both residues
   std::vector<ModelBond> others;  ///< alternate conformations with another state
   std::size_t modelsWithout = 0;  ///< models in which the bond is impossible or missing
-  std::string namesWithout;       ///< of these: "2, 4, 6, 9"
-  std::string reason;             ///< why there is no bond, if `bonds` is empty
+  std::string namesWithout;       ///< the first of these: "2, 4, 6, 9"
+  std::string reason;             ///< why there is no bond, if `bonds` is empty: "first residue of the chain"
+};
+
+/// A proline in one chain of one structure.
+struct BondSite : ProlineBonds {
+  std::string file;
+  std::string chain;
+  std::string number;      ///< in the structure, with insertion code
+  std::string residue;     ///< name in the structure: PRO, HYP, or another residue at this place
+  std::size_t models = 0;  ///< of the structure
 };
 
 /// The state of a bond over all structures. Cis or trans: at least one model has this state and none the

@@ -12,9 +12,6 @@ namespace zorvela {
 
 namespace {
 
-/// A chance that would be printed as 0 %.
-constexpr double kNoChance = 0.005;
-
 std::string asSentence(const std::string& text) {
   return upper(text.substr(0, 1)) + text.substr(1) + ".";
 }
@@ -113,11 +110,10 @@ std::string tripletText(const ProteinResult& protein, const ProlineResult& proli
 }
 
 std::string chanceText(const ProlineResult& proline) {
-  if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
-  const NextShift& best = proline.evidence->next.front();
-  if (best.bits < kWorthMeasuring || *best.decides < kNoChance) return "";
-  return " With " + shiftName(proline, best.index) + " alone, the chance of a clear call is " +
-         fixedText(*best.decides * 100, 0) + "\u00a0%.";
+  const NextShift* best = worthMeasuring(proline);
+  if (best == nullptr || best->decides.value_or(0) < kLeastChance) return "";
+  return " With " + shiftName(proline, best->index) + " alone, the chance of a clear call is " +
+         fixedText(*best->decides * 100, 0) + "\u00a0%.";
 }
 
 std::string structureText(const StructureFinding& finding) {
@@ -125,8 +121,7 @@ std::string structureText(const StructureFinding& finding) {
       "<p><b>" + asSentence(toText(finding.verdict)) + "</b> " + escaped(finding.sentence) + "</p>\n";
   std::vector<std::string> each;
   for (const StructureFinding& one : inEachStructure(finding))
-    each.push_back(one.sites.front().file + ": " +
-                   (one.call == StructureCall::none ? "no bond" : seenText(one)));
+    each.push_back(one.sites.front().file + ": " + (one.call == BondState::none ? "no bond" : seenText(one)));
   return each.empty() ? text : text + bulletList(each);
 }
 
@@ -157,16 +152,17 @@ std::string nameAndCall(const ProlineResult& proline) {
 }
 
 std::string line(const ProteinResult& protein, const ProlineResult& proline) {
+  const std::string sentence = sentenceOf(proline);
   return "<details class=\"line\"><summary><span>" + nameAndCall(proline) + "</span><span class=\"bar\">" +
          natsBar(proline.evidence->logOdds(), letterOf(proline.call)) + "</span><span>" +
-         escaped(whatDecides(proline)) + "</span></summary>\n<div class=\"card\">" +
+         escaped(sentence.substr(sentence.find(": ") + 2)) + "</span></summary>\n<div class=\"card\">" +
          cardBody(protein, proline) + "</div></details>\n";
 }
 
 // --- The table of all prolines ------------------------------------------------------------------
 
 std::string geometry(const StructureFinding& finding) {
-  if (finding.call == StructureCall::mixed) return modelsText(finding);
+  if (finding.call == BondState::mixed) return modelsText(finding);
   if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
   const auto step = meanCaToCa(finding);
   return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
@@ -194,8 +190,8 @@ Cells tableRow(const ProlineResult& proline) {
                nextShiftOf(proline)};
   if (const auto& finding = proline.structure) {
     const std::string verdict = toText(finding->verdict);
-    row.insert(row.end(), {finding->call == StructureCall::none ? "–" : toText(finding->call),
-                           geometry(*finding), placesText(*finding),
+    row.insert(row.end(), {finding->call == BondState::none ? "–" : toText(finding->call), geometry(*finding),
+                           placesText(*finding),
                            finding->verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict});
   }
   return row;

@@ -4,6 +4,7 @@
 #include "predict/referencing.h"
 #include "report/html_parts.h"
 #include "report/html_pieces.h"
+#include "report/words.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -14,14 +15,10 @@ std::string nameOf(const std::string& atom) {
   return atom == "C" ? "C′" : atom;
 }
 
-int decimalsOf(const ReferencingOffset& offset) {
-  return offset.atom == "HA" ? 2 : 1;
-}
-
 std::string figures(const ReferencingOffset& offset) {
-  std::string text = signedFigure(static_cast<double>(offset.offset), decimalsOf(offset));
+  std::string text = signedFigure(static_cast<double>(offset.offset), decimalsOf(offset.atom));
   if (std::isfinite(offset.error))
-    text += " ± " + figureText(static_cast<double>(offset.error), decimalsOf(offset));
+    text += " ± " + figureText(static_cast<double>(offset.error), decimalsOf(offset.atom));
   return text;
 }
 
@@ -51,7 +48,7 @@ std::string offsetsInWords(const ProteinResult& protein) {
     if (!callsForCorrection(offset) && !isUncertain(offset)) continue;
     const auto value = static_cast<double>(offset.offset);
     found.push_back((offset.atom == "CA" ? "13C" : nameOf(offset.atom)) + " " +
-                    signedFigure(value, decimalsOf(offset)) + " ppm" +
+                    signedFigure(value, decimalsOf(offset.atom)) + " ppm" +
                     (offset.correctedBy    ? ", corrected"
                      : isUncertain(offset) ? ", perhaps"
                                            : ", not corrected"));

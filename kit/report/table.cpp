@@ -145,8 +145,8 @@ std::string sitesText(const StructureFinding& finding, bool withFile) {
 }
 
 Cells structureCells(const StructureFinding& finding, bool withFile, const std::string& verdict) {
-  return {finding.call == StructureCall::none ? kAbsentCell : toText(finding.call),
-          orAbsent(modelsText(finding)), geometryText(finding), sitesText(finding, withFile), verdict};
+  return {finding.call == BondState::none ? kAbsentCell : toText(finding.call), orAbsent(modelsText(finding)),
+          geometryText(finding), sitesText(finding, withFile), verdict};
 }
 
 /// The findings for all prolines except those that agree.

@@ -38,15 +38,17 @@ bool hasCorrected(const Evidence& evidence);
 /// a prediction, the reason.
 std::string sentenceOf(const ProlineResult& proline);
 
-/// Returns the sentence after the call: "CB and CG of the proline decide; nothing contradicts it".
-std::string whatDecides(const ProlineResult& proline);
-
 /// Returns the measurement that would settle the call: NOEs for an undecided proline, shifts for one that has
 /// too few. Empty for others.
 std::string nextStep(const ProlineResult& proline);
 
 /// A shift with less expected information (bits) is not worth an experiment.
 inline constexpr double kWorthMeasuring = 0.02;
+
+/// A smaller chance of a clear call would be printed as 0 %.
+inline constexpr double kLeastChance = 0.005;
+/// Returns the shift most worth measuring; nullptr if none is worth it.
+const NextShift* worthMeasuring(const ProlineResult& proline);
 
 /// Returns the notes of a chain without the one on its correction, which reports show elsewhere.
 std::vector<std::string> otherNotes(const ProteinResult& protein);
@@ -72,8 +74,5 @@ std::string nextShiftOf(const ProlineResult& proline);
 /// Returns a warning that prolines in the gaps of sequences cannot be seen. Empty if every file gives its
 /// sequence, or has no gap.
 std::string unseenSentence(const RunReport& report);
-
-/// Returns "a", "a and b" or "a, b and c".
-std::string listed(const std::vector<std::string>& items);
 
 }  // namespace zorvela

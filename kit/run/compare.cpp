@@ -157,11 +157,11 @@ BondSite siteOf(const ProteinStructure& structure, const StructureChain& chain,
   return site;
 }
 
-Verdict verdictOf(Call shifts, StructureCall structure) {
+Verdict verdictOf(Call shifts, BondState structure) {
   if (shifts == Call::none) return Verdict::noPrediction;
-  if (structure == StructureCall::none) return Verdict::notInStructure;
+  if (structure == BondState::none) return Verdict::notInStructure;
   if (shifts == Call::undecided) return Verdict::undecided;
-  if (structure == StructureCall::mixed) return Verdict::mixed;
+  if (structure == BondState::mixed) return Verdict::mixed;
   return toText(shifts) == toText(structure) ? Verdict::agree : Verdict::disagree;
 }
 
@@ -203,7 +203,7 @@ std::string alternativesText(const StructureFinding& finding) {
 
 std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
                        const StructureFinding& finding) {
-  if (finding.call == StructureCall::none) return whyNotThere(finding);
+  if (finding.call == BondState::none) return whyNotThere(finding);
   const std::string seen = finding.verdict == Verdict::disagree
                                ? disagreement(protein, proline, finding)
                                : "The structure is " + seenText(finding) + ".";

@@ -8,9 +8,11 @@
 
 namespace zorvela {
 
-/// The state of a peptide bond in coordinates.
-enum class BondState { cis, trans, twisted };
-/// Returns "cis", "trans" or "twisted".
+/// The state of a peptide bond in coordinates. In several models: cis or trans if at least one has this state
+/// and none the other, twisted if all are in between, mixed if models, chains or structures contradict each
+/// other, none without a bond.
+enum class BondState { cis, trans, twisted, mixed, none };
+/// Returns "cis", "trans", "twisted", "mixed" or "none".
 std::string toText(BondState state);
 
 /// The bond X-Pro in one model, or in an alternate conformation of it.
@@ -40,12 +42,6 @@ struct BondSite : ProlineBonds {
   std::size_t models = 0;  ///< of the structure
 };
 
-/// The state of a bond over all structures. Cis or trans: at least one model has this state and none the
-/// other. Twisted: all models are in between. Mixed: models, chains or structures contradict each other.
-enum class StructureCall { cis, trans, twisted, mixed, none };
-/// Returns "cis", "trans", "twisted", "mixed" or "none".
-std::string toText(StructureCall call);
-
 /// Agreement of the call from the shifts with the bond in the structures.
 enum class Verdict { agree, disagree, undecided, mixed, noPrediction, notInStructure };
 /// Returns "agree", "disagree", "undecided by shifts", "mixed models", "no prediction" or "not in the
@@ -55,13 +51,13 @@ std::string toText(Verdict verdict);
 /// The finding of the structures for one proline; `compareWithStructures` makes it.
 struct StructureFinding {
   std::vector<BondSite> sites;  ///< one for each matching chain that has the residue
-  StructureCall call = StructureCall::none;
+  BondState call = BondState::none;
   Verdict verdict = Verdict::notInStructure;
   std::string sentence;  ///< what was seen, with the shifts' answer if they disagree; or why there is nothing
 };
 
 /// Returns the state of the bonds of all sites together.
-StructureCall seenIn(const StructureFinding& finding);
+BondState seenIn(const StructureFinding& finding);
 /// Counts the bonds of all sites in that state.
 std::size_t countBonds(const StructureFinding& finding, BondState state);
 /// Returns the mean of |omega| (degrees) of the bonds that have it. Nothing if none has it, or for mixed

@@ -112,7 +112,7 @@ void addChain(const Molecule& placed, ProteinStructure& structure, PlacesByChain
     residue.label = own.label;
     residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
     if (residue.letter == kProlineCode)
-      residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
+      residue.reason = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
     chain.isTrace = chain.isTrace && own.find("N") == nullptr && own.find("C") == nullptr;
     places.byKey.emplace(keyOf(own), i);
     chain.residues.push_back(std::move(residue));
@@ -153,7 +153,7 @@ void addBonds(const Molecule& chain, const std::string& model, const Places& pla
     for (const ModelBond& bond : bonds)
       if (bond.state != bonds.front().state) residue.others.push_back(bond);
     residue.bonds.push_back(std::move(bonds.front()));
-    residue.whyNoBond.clear();
+    residue.reason.clear();
   }
 }
 

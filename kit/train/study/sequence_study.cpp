@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "protein/sequence_fit.h"
-#include "train/formatted.h"
+#include "train/table_cells.h"
 #include "zorvela/read.h"
 
 namespace zorvela {

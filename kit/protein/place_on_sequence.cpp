@@ -18,10 +18,6 @@ namespace zorvela {
 
 namespace {
 
-// Above this share of residues in conflict a sequence is that of another protein, or numbered otherwise: at
-// the true numbers 99 % of 1,707 entries have up to 1.5 %, the sequence of another protein has 42 % in the
-// median.
-constexpr double kMostInConflict = 0.05;
 // Programs number spin systems that are not assigned far beyond the sequence.
 constexpr std::int64_t kStraysFrom = 50;
 // Numbers of one protein; the letters of a sequence whose numbers jump further are not kept by number.
@@ -91,8 +87,6 @@ NumberedChain numberedChain(FileChain chain, std::optional<int> firstResidue, co
 
 // --- The residue types that shifts exclude ------------------------------------------------------
 
-/// A bit for each of `kAminoAcids`.
-using Types = std::uint32_t;
 constexpr Types kAllTypes = (Types{1} << kAminoAcids.size()) - 1;
 
 /// No bit for a letter that is open.
@@ -101,26 +95,11 @@ Types bitOf(char letter) {
   return index == std::string_view::npos ? 0 : Types{1} << index;
 }
 
-/// A blank, which is a number without a residue, is in conflict with any evidence.
-bool isInConflict(Types excluded, char letter) {
-  return letter == ' ' || (excluded & bitOf(letter)) != 0;
-}
-
 /// Tells whether a residue type can have a shift. A shift that no type has is folded or wrong, and excludes
 /// none.
 bool isPossible(char letter, const AtomReading& atom, double ppm) {
   if (!atom.isInTable()) return atom.kind != AtomReading::Kind::foreign;
   return isPlausible(letter, atom.atom, ppm) || !isPlausible(kUnknownResidue, atom.atom, ppm);
-}
-
-/// The types that have no such atom (HN of proline, CB of glycine) or whose shifts of the atom lie elsewhere.
-Types excludedByShift(const FileShift& row) {
-  Types excluded = 0;
-  const auto shift = readShift(row.value);
-  if (shift && shift->ppm != 0 && !isMissingMark(*shift))
-    for (const char letter : kAminoAcids)
-      if (!isPossible(letter, readAtom(letter, row.atom), shift->ppm)) excluded |= bitOf(letter);
-  return excluded;
 }
 
 /// All types except the one that the row names.
@@ -297,6 +276,19 @@ std::string lettersOf(const FileChain& chain) {
 }
 
 }  // namespace
+
+bool isInConflict(Types excluded, char letter) {
+  return letter == ' ' || (excluded & bitOf(letter)) != 0;
+}
+
+Types excludedByShift(const FileShift& row) {
+  Types excluded = 0;
+  const auto shift = readShift(row.value);
+  if (shift && shift->ppm != 0 && !isMissingMark(*shift))
+    for (const char letter : kAminoAcids)
+      if (!isPossible(letter, readAtom(letter, row.atom), shift->ppm)) excluded |= bitOf(letter);
+  return excluded;
+}
 
 bool placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& sequence,
                      std::optional<int> firstResidue, const std::string& path) {

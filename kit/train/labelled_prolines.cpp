@@ -20,7 +20,7 @@ namespace {
 // --- Labels -------------------------------------------------------------------------------------
 
 /// The label in a field; one column also has "unclear".
-Call labelIn(const CsvRow& row, const std::string& column, bool mayBeUnclear) {
+Call labelIn(const DataRow& row, const std::string& column, bool mayBeUnclear) {
   const std::string& text = row.text(column);
   if (text.empty()) return Call::none;
   for (const Call label : {Call::cis, Call::trans})
@@ -36,7 +36,7 @@ LabelledProlines readLabels(const std::string& path) {
   std::map<std::string, std::size_t> entries;
   std::map<std::string, std::size_t> clusters;
   std::set<std::pair<std::size_t, int>> seen;
-  for (const CsvRow& row : readCsv(path, {"entry", "resid", "label_structure", "cluster"})) {
+  for (const DataRow& row : readCsv(path, {"entry", "resid", "label_structure", "cluster"})) {
     LabelledProline proline;
     proline.line = row.line;
     proline.resid = row.integer("resid");

@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "names/nomenclature.h"
 #include "protein/place_on_sequence.h"
 #include "train/table_cells.h"
 #include "zorvela/read.h"
@@ -51,7 +52,8 @@ std::size_t conflicts(const std::string& letters, const std::map<std::int64_t, T
   for (const auto& [position, excluded] : evidence) {
     const std::int64_t place = position - 1 - moved;
     const bool isInside = place >= 0 && place < size;
-    if (isInConflict(excluded, isInside ? letters[static_cast<std::size_t>(place)] : ' ')) ++count;
+    const char letter = isInside ? withoutThiolState(letters[static_cast<std::size_t>(place)]) : ' ';
+    if (isInConflict(excluded, letter)) ++count;
   }
   return count;
 }

@@ -199,19 +199,17 @@ constexpr std::array<Accuracy, 3> kAccuracy = {
      {"CB without CG", "36.4", "99.1", "715", [](bool cb, bool cg) { return cb && !cg; }},
      {"no CB", "3.2", "100.0", "386", [](bool cb, bool) { return !cb; }}}};
 
-std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
-  return std::to_string(countIf(report, [&](const ProlineResult& proline) {
-    const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
-    return proline.evidence && accuracy.fits(has(kIndexCB), has(kIndexCG));
-  }));
-}
-
 std::string accuracyTable(const RunReport& report) {
   std::vector<Cells> rows;
   const std::string percent = "\u00a0%";
-  for (const Accuracy& accuracy : kAccuracy)
-    rows.push_back({accuracy.measured, prolinesThatFit(report, accuracy), accuracy.sensitivity + percent,
+  for (const Accuracy& accuracy : kAccuracy) {
+    const std::size_t count = countIf(report, [&](const ProlineResult& proline) {
+      const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
+      return proline.evidence && accuracy.fits(has(kIndexCB), has(kIndexCG));
+    });
+    rows.push_back({accuracy.measured, std::to_string(count), accuracy.sensitivity + percent,
                     accuracy.specificity + percent, std::string(accuracy.prolines) + " prolines"});
+  }
   return htmlTable("Accuracy of the calls",
                    {"Shifts measured", "Prolines here", "Cis called cis (sensitivity)",
                     "Trans called trans (specificity)", "Tested on"},

@@ -54,7 +54,6 @@ Model chosenModel(const EvaluateSettings& settings) {
 }
 
 void write(const EvaluateSettings& settings, const Evaluation& result, const LabelledProlines& data) {
-  const std::vector<GroupFigures> figures = allFigures(result, settings.rounds);
   const std::string origin = settings.folds == 0 ? findTables(settings.tables)
                                                  : "trained anew in each of " +
                                                        std::to_string(settings.folds) + " folds of clusters";
@@ -66,9 +65,9 @@ void write(const EvaluateSettings& settings, const Evaluation& result, const Lab
   writeTo(settings.calibration, [&](std::ostream& out) { writeCalibration(out, result); });
   writeTo(settings.output, [&](std::ostream& out) {
     if (settings.json)
-      writeEvaluationJson(out, result, figures, origin, settings.rounds);
+      writeEvaluationJson(out, result, origin, settings.rounds);
     else
-      writeEvaluationTable(out, result, figures, origin);
+      writeEvaluationTable(out, result, origin, settings.rounds);
   });
 }
 

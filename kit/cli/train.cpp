@@ -75,8 +75,7 @@ void trainAndWrite(const TrainSettings& settings) {
   const Model published = modelOf(tables);
   const LabelledProlines data =
       readLabelled(settings.labels, settings.entries, published, progressBar("Reading shift tables"));
-  const Training training = train(published, data, std::vector<bool>(data.entries.size(), true),
-                                  std::vector<bool>(data.windows.size(), true), settings.choices);
+  const Training training = train(published, data, settings.choices);
   tables.limits = limitsTable(training, settings.choices);
   tables.shifts = shiftTable(training, settings.choices);
   writeTables(tables, settings.output);

@@ -48,8 +48,6 @@ std::vector<Option> addPublishedData(Command& command, PublishedData& published)
 }
 
 std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choices) {
-  const std::map<std::string, Pooling> poolings = {
-      {"natural", Pooling::natural}, {"equal", Pooling::equal}, {"none", Pooling::none}};
   std::vector<Option> options = {
       command
           .add("--limit-percent", choices.limitPercent, ValueKind("N", kLeastLimitPercent, 25).orZero(),
@@ -60,13 +58,10 @@ std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choice
                "Leave out values further than N robust deviations from the class median; 0 leaves out none")
           .showsDefault(),
       command
-          .add(
-              "--pool",
-              [poolings, &choices](const std::string& name) { choices.pooling = poolings.at(name); },
-              {"MODE", {"natural", "equal", "none"}},
-              "Pool the deviations of both classes: natural (variances weighted 1 to 19), equal (1 to 1) or "
-              "none")
-          .showsDefault("natural"),
+          .add("--pool", choices.pooling, {"MODE", {"natural", "equal", "none"}},
+               "Pool the deviations of both classes: natural (variances weighted 1 to 19), equal (1 to 1) or "
+               "none")
+          .showsDefault(),
       command
           .add("--widen-proline", choices.widenProline, {"N", 0.1, 100},
                "Multiply the deviations of the proline's own shifts by N")

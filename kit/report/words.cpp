@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"

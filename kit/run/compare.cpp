@@ -11,7 +11,7 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
 #include "util/text.h"

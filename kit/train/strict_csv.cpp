@@ -12,59 +12,50 @@
 
 namespace zorvela {
 
-StrictCsv::StrictCsv(const std::string& file) : path(file) {
+int DataRow::integer(const std::string& column) const {
+  const auto value = toInteger(text(column));
+  if (!value) fail(column + " is \"" + printable(text(column), 60) + "\", not a whole number");
+  return *value;
+}
+
+double DataRow::number(const std::string& column) const {
+  const auto value = toDecimal(text(column));
+  if (!value) fail(column + " is \"" + printable(text(column), 60) + "\", not a number");
+  return std::strtod(value->c_str(), nullptr);
+}
+
+void DataRow::fail(const std::string& what, const std::string& remedy) const {
+  throw Error(path, line, what, remedy);
+}
+
+std::vector<DataRow> readCsv(const std::string& path, const std::vector<std::string>& columns) {
   const std::string text = fileBytes(path);
+  std::vector<std::string> header;
+  std::vector<DataRow> rows;
   std::size_t pos = 0;
   std::size_t number = 0;
   while (const auto line = nextLine(text, pos)) {
     ++number;
     if (line->empty()) continue;
+    DataRow row{path, number, {}};
     auto cells = splitCells(*line, Separator::comma);
-    Row row{number, {}};
-    if (!cells) fail(row, "a quote is not closed", "close it on the same line");
-    for (const std::string& cell : *cells) row.fields.emplace_back(withoutFormulaMark(cell));
+    if (!cells) row.fail("a quote is not closed", "close it on the same line");
+    for (std::string& cell : *cells) cell = std::string(withoutFormulaMark(cell));
     if (header.empty()) {
-      header = row.fields;
-    } else if (row.fields.size() != header.size()) {
-      fail(row,
-           counted(row.fields.size(), "field", "fields") + " where the header has " +
-               std::to_string(header.size()),
-           kCorrectLine);
-    } else {
-      rows.push_back(std::move(row));
+      header = std::move(*cells);
+      continue;
     }
+    if (cells->size() != header.size())
+      row.fail(counted(cells->size(), "field", "fields") + " where the header has " +
+               std::to_string(header.size()));
+    for (std::size_t i = 0; i < header.size(); ++i) row.fields.emplace(header[i], std::move((*cells)[i]));
+    rows.push_back(std::move(row));
   }
   if (header.empty()) throw Error(path, 0, "is empty", "give a CSV file with a header line");
-}
-
-std::size_t StrictCsv::findColumn(const std::string& name) const {
-  return static_cast<std::size_t>(std::find(header.begin(), header.end(), name) - header.begin());
-}
-
-std::size_t StrictCsv::column(const std::string& name) const {
-  const std::size_t index = findColumn(name);
-  if (index == header.size())
-    throw Error(path, 1, "the header has no column " + name, "add the column or give another file");
-  return index;
-}
-
-int StrictCsv::integer(const Row& row, std::size_t column) const {
-  const std::string& text = row.fields[column];
-  const auto value = toInteger(text);
-  if (!value)
-    fail(row, header[column] + " is \"" + printable(text, 60) + "\", not a whole number", kCorrectLine);
-  return *value;
-}
-
-double StrictCsv::number(const Row& row, std::size_t column) const {
-  const std::string& text = row.fields[column];
-  const auto value = toDecimal(text);
-  if (!value) fail(row, header[column] + " is \"" + printable(text, 60) + "\", not a number", kCorrectLine);
-  return std::strtod(value->c_str(), nullptr);
-}
-
-void StrictCsv::fail(const Row& row, const std::string& what, const std::string& remedy) const {
-  throw Error(path, row.line, what, remedy);
+  for (const std::string& column : columns)
+    if (std::find(header.begin(), header.end(), column) == header.end())
+      throw Error(path, 1, "the header has no column " + column, "add the column or give another file");
+  return rows;
 }
 
 }  // namespace zorvela

@@ -2,42 +2,31 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace zorvela {
 
-/// The remedy for a wrong line.
-inline constexpr const char* kCorrectLine = "correct or remove the line";
-
-class StrictCsv {
- public:
-  struct Row {
-    std::size_t line = 0;  ///< in the file, from 1
-    std::vector<std::string> fields;
-  };
-
-  /// Reads the file. Empty lines are skipped; a field may be quoted, blanks around it do not count, nor does
-  /// the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error where the
-  /// file cannot be read or has no header, where a quote is not closed on its line, or a line has another
-  /// number of fields than the header.
-  explicit StrictCsv(const std::string& path);
-
-  /// Index of a column; Error where the header lacks it.
-  std::size_t column(const std::string& name) const;
-  /// Index of a column; the number of columns where the header lacks it.
-  std::size_t findColumn(const std::string& name) const;
-
-  /// A whole number in a field; Error where it is not one or does not fit.
-  int integer(const Row& row, std::size_t column) const;
-  /// A finite decimal number in a field; Error where it is not one.
-  double number(const Row& row, std::size_t column) const;
-  /// An Error that names the file, the line of the row and the cause.
-  [[noreturn]] void fail(const Row& row, const std::string& what, const std::string& remedy) const;
-
+/// A line of the file. The functions throw an Error that names the file, the line and the cause.
+struct DataRow {
   std::string path;
-  std::vector<std::string> header;
-  std::vector<Row> rows;
+  std::size_t line = 0;                       ///< in the file, from 1
+  std::map<std::string, std::string> fields;  ///< by column
+
+  const std::string& text(const std::string& column) const { return fields.at(column); }
+  /// A whole number that fits an int.
+  int integer(const std::string& column) const;
+  /// A finite decimal number.
+  double number(const std::string& column) const;
+  [[noreturn]] void fail(const std::string& what,
+                         const std::string& remedy = "correct or remove the line") const;
 };
+
+/// Reads the lines of a file. Empty lines are skipped; a field may be quoted, blanks around it do not count,
+/// nor does the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error
+/// where the file cannot be read, or its header lacks one of the columns, where a quote is not closed on its
+/// line, or a line has another number of fields than the header.
+std::vector<DataRow> readCsv(const std::string& path, const std::vector<std::string>& columns);
 
 }  // namespace zorvela

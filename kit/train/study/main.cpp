@@ -8,10 +8,10 @@
 
 #include "predict/tables.h"
 #include "train/evaluation.h"
-#include "train/formatted.h"
 #include "train/published_tables.h"
 #include "train/study/referencing_study.h"
 #include "train/study/sequence_study.h"
+#include "train/table_cells.h"
 #include "zorvela/calls.h"
 
 namespace zorvela {
@@ -122,8 +122,8 @@ void tryOffsets(const std::string& folder) {
       std::cout << formatted("| %s | %s | %.1f %% | %.3f | %.3f | %.3f | %.3f | %zu |\n", how.name,
                              isCorrected ? "corrected" : "as they are",
                              100.0 * static_cast<double>(chains) / static_cast<double>(data.entries.size()),
-                             all.auc.value(), withBoth.auc.value(), all.logLoss.value(),
-                             withBoth.logLoss.value(), cisCalledTrans(result));
+                             all[kAuc].value(), withBoth[kAuc].value(), all[kLogLoss].value(),
+                             withBoth[kLogLoss].value(), cisCalledTrans(result));
     }
   }
 }

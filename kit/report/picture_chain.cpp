@@ -131,6 +131,10 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
 
 }  // namespace
 
+std::string markCaption(const ProteinResult& protein) {
+  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
+}
+
 std::string chainFigure(const ProteinResult& protein) {
   const std::size_t length = protein.assignments.size();
   if (length == 0) return "";

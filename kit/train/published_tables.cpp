@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 #include "train/table_cells.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -54,15 +54,15 @@ void requireTypes(const std::string& path, const TypeValues& values) {
       throw Error(path, 0, std::string("has no line for residue type ") + type, "add the line");
 }
 
-[[noreturn]] void failTwice(const CsvRow& row, const std::string& what) {
+[[noreturn]] void failTwice(const DataRow& row, const std::string& what) {
   row.fail(what + " has a line before this one", "remove one of the lines");
 }
 
 /// Reads a file with one line for each type, whose name is in the first of the columns.
 TypeValues readByType(const std::string& path, const std::vector<std::string>& columns,
-                      const std::function<double(const CsvRow& row, const std::string& column)>& read) {
+                      const std::function<double(const DataRow& row, const std::string& column)>& read) {
   TypeValues values;
-  for (const CsvRow& row : readCsv(path, columns)) {
+  for (const DataRow& row : readDataRows(path, columns)) {
     const auto [found, isNew] = values.try_emplace(row.text(columns.front()));
     if (!isNew) failTwice(row, found->first);
     for (std::size_t i = 1; i < columns.size(); ++i) found->second.push_back(read(row, columns[i]));
@@ -92,7 +92,7 @@ GDB tableOfShifts(const TypeValues& values, const std::vector<std::string>& rema
 constexpr std::array<double, kBackboneAtoms> kOxidisedLessReduced = {-0.2, 0.16, 0.0, -2.8, 13.1, 0.11};
 
 /// A published value; missing where the file has none (empty or 0).
-double publishedShift(const CsvRow& row, const std::string& column) {
+double publishedShift(const DataRow& row, const std::string& column) {
   const double value = row.text(column).empty() ? 0 : row.number(column);
   return value == 0 ? static_cast<double>(kMissingShift) : value;
 }
@@ -125,7 +125,7 @@ GDB noAdjustments() {
 GDB neighbourTable(const std::string& path, const std::string& column, const std::string& where) {
   TypeValues effects;
   std::set<std::pair<std::string, std::string>> seen;
-  for (const CsvRow& row : readCsv(path, {"neighbour", "atom", column})) {
+  for (const DataRow& row : readDataRows(path, {"neighbour", "atom", column})) {
     const std::string& type = row.text("neighbour");
     const std::string& atom = row.text("atom");
     const std::optional<Atom> shifted = atomNamed(atom);
@@ -145,7 +145,7 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
 
 // --- Neighbours of prolines -----------------------------------------------------------------------
 
-double publishedCount(const CsvRow& row, const std::string& column) {
+double publishedCount(const DataRow& row, const std::string& column) {
   const std::string& name = row.text("resname");
   if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
     row.fail("resname is \"" + name + "\", not one of the 20 residue types");

@@ -9,7 +9,7 @@
 namespace zorvela {
 
 /// A line of the file. The functions throw an Error that names the file, the line and the cause.
-struct CsvRow {
+struct DataRow {
   std::string path;
   std::size_t line = 0;                       ///< in the file, from 1
   std::map<std::string, std::string> fields;  ///< by column
@@ -27,6 +27,6 @@ struct CsvRow {
 /// nor does the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error
 /// where the file cannot be read, or its header lacks one of the columns, where a quote is not closed on its
 /// line, or a line has another number of fields than the header.
-std::vector<CsvRow> readCsv(const std::string& path, const std::vector<std::string>& columns);
+std::vector<DataRow> readDataRows(const std::string& path, const std::vector<std::string>& columns);
 
 }  // namespace zorvela

@@ -1,5 +1,5 @@
 // Reads CSV files of data; errors name the line.
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,32 +12,32 @@
 
 namespace zorvela {
 
-int CsvRow::integer(const std::string& column) const {
+int DataRow::integer(const std::string& column) const {
   const auto value = toInteger(text(column));
   if (!value) fail(column + " is \"" + printable(text(column), 60) + "\", not a whole number");
   return *value;
 }
 
-double CsvRow::number(const std::string& column) const {
+double DataRow::number(const std::string& column) const {
   const auto value = toDecimal(text(column));
   if (!value) fail(column + " is \"" + printable(text(column), 60) + "\", not a number");
   return std::strtod(value->c_str(), nullptr);
 }
 
-void CsvRow::fail(const std::string& what, const std::string& remedy) const {
+void DataRow::fail(const std::string& what, const std::string& remedy) const {
   throw Error(path, line, what, remedy);
 }
 
-std::vector<CsvRow> readCsv(const std::string& path, const std::vector<std::string>& columns) {
+std::vector<DataRow> readDataRows(const std::string& path, const std::vector<std::string>& columns) {
   const std::string text = fileBytes(path);
   std::vector<std::string> header;
-  std::vector<CsvRow> rows;
+  std::vector<DataRow> rows;
   std::size_t pos = 0;
   std::size_t number = 0;
   while (const auto line = nextLine(text, pos)) {
     ++number;
     if (line->empty()) continue;
-    CsvRow row{path, number, {}};
+    DataRow row{path, number, {}};
     auto cells = splitCells(*line, Separator::comma);
     if (!cells) row.fail("a quote is not closed", "close it on the same line");
     for (std::string& cell : *cells) cell = std::string(withoutFormulaMark(cell));

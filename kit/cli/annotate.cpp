@@ -67,7 +67,7 @@ void annotate(const AnnotateSettings& settings) {
   const auto [annotation, notes] = flaggedNef(text, name, predicted, settings.rules);
   writeWhole(settings.output, isGzipped(bytes) ? packed(annotation.text) : annotation.text);
   for (const std::string& note : notes) say("note: " + note);
-  say(summaryOf(restrainedChains(predicted.proteins, predicted.results)));
+  say(summaryOf(predicted.results));
   say(counted(annotation.written, "flag", "flags") + " written, " + std::to_string(annotation.confirmed) +
       " correct before");
 }

@@ -49,8 +49,8 @@ const RestraintFormat& formatOf(const std::string& name) {
                        [&name](const RestraintFormat& format) { return format.name == name; });
 }
 
-std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
-                                           const std::optional<ProteinStructure>& structure) {
+std::vector<ProteinResult> predictChains(const RestrainSettings& settings,
+                                         const std::optional<ProteinStructure>& structure) {
   Predictor predictor(loadTables(findTables(settings.tables)), settings.predict);
   std::vector<Protein> proteins;
   std::vector<ProteinResult> results;
@@ -69,7 +69,7 @@ std::vector<RestrainedChain> predictChains(const RestrainSettings& settings,
   }
   for (const ProteinResult& result : results)
     sayFileNotes(result.file, {{result.chain, result.structureNotes}});
-  return restrainedChains(proteins, results);
+  return results;
 }
 
 void restrain(const RestrainSettings& settings) {

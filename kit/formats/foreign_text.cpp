@@ -14,33 +14,45 @@ constexpr const char* kUnpack = "unpack it first";
 constexpr const char* kSaveAsUtf8 = "save it as UTF-8";
 constexpr const char* kExport = "export NMR-STAR or a table with column names";
 
-/// A kind of file, and what to do about it; without a remedy, the right file must be given.
+/// A kind of file by its beginning, or that of a line; without a remedy, the right file must be given.
 struct Foreign {
-  const char* what = nullptr;
+  std::string_view start;
+  std::string_view what;
   const char* remedy = nullptr;
 };
 
-struct Signature {
-  std::string_view start;
-  Foreign kind;
+constexpr std::string_view kCoordinates = "a PDB coordinate file";
+constexpr Foreign kFileStarts[] = {
+    {"PK\x03\x04", "a zip archive or spreadsheet (xlsx, ods)", "unpack it, or save the sheet as CSV"},
+    {"\xD0\xCF\x11\xE0", "a spreadsheet (xls)", "save the sheet as CSV"},
+    {"%PDF", "a PDF file"},
+    {"\xFF\xFE", "text in UTF-16", kSaveAsUtf8},
+    {"\xFE\xFF", "text in UTF-16", kSaveAsUtf8},
+    {"BZh", "a file packed with bzip2", kUnpack},
+    {"\xFD\x37zXZ", "a file packed with xz", kUnpack},
+    {"\x1F\x9D", "a file packed with compress", kUnpack},
+    {"MMTF", "an MMTF file"},
+    {"{", "a JSON file"},
+    {"<", "an HTML or XML file (an error page of a web server?)"},
+    {">", "a FASTA sequence"},
+    {"@<TRIPOS>", "a MOL2 file"},
+    {"HEADER ", kCoordinates},
+    {"ATOM  ", kCoordinates},
 };
 
-constexpr Signature kSignatures[] = {
-    {"PK\x03\x04", {"a zip archive or spreadsheet (xlsx, ods)", "unpack it, or save the sheet as CSV"}},
-    {"\xD0\xCF\x11\xE0", {"a spreadsheet (xls)", "save the sheet as CSV"}},
-    {"%PDF", {"a PDF file"}},
-    {"\xFF\xFE", {"text in UTF-16", kSaveAsUtf8}},
-    {"\xFE\xFF", {"text in UTF-16", kSaveAsUtf8}},
-    {"BZh", {"a file packed with bzip2", kUnpack}},
-    {"\xFD\x37zXZ", {"a file packed with xz", kUnpack}},
-    {"\x1F\x9D", {"a file packed with compress", kUnpack}},
-    {"MMTF", {"an MMTF file"}},
-    {"{", {"a JSON file"}},
-    {"<", {"an HTML or XML file (an error page of a web server?)"}},
-    {">", {"a FASTA sequence"}},
-    {"@<TRIPOS>", {"a MOL2 file"}},
+// Files that programs keep beside their shift lists, by the first words of a line.
+constexpr Foreign kRestraints = {"&rst", "a restraint list"};
+constexpr Foreign kPeaks = {"Assignment w1", "a peak list"};
+constexpr Foreign kLineStarts[] = {
+    kRestraints,
+    kPeaks,
+    {"# Number of dimensions", kPeaks.what},
+    {"label dataset", kPeaks.what},
+    {"VARS INDEX", kPeaks.what},
+    {"TYPEDEF SEQUENCE", "an OLIVIA table", kExport},
+    {"TYPEDEF ASS_TBL_H2O", "an OLIVIA table", kExport},
+    {"Spin system", "a PRONTO table", kExport},
 };
-constexpr std::string_view kStructureStarts[] = {"HEADER ", "ATOM  "};
 
 /// UTF-16 without a byte order mark: every other byte of ASCII is zero.
 bool isWide(std::string_view bytes) {
@@ -84,26 +96,6 @@ bool isAtomRecord(std::string_view line) {
          line[34] == '.' && line[42] == '.' && line[50] == '.';
 }
 
-constexpr Foreign kRestraints = {"a restraint list"};
-constexpr Foreign kPeaks = {"a peak list"};
-
-/// Files that programs keep beside their shift lists, by the first words of a line.
-struct FirstWords {
-  std::string_view first;
-  std::string_view second;  ///< empty: any word
-  Foreign kind;
-};
-
-constexpr FirstWords kFirstWords[] = {
-    {"&rst", "", kRestraints},
-    {"Assignment", "w1", kPeaks},
-    {"label", "dataset", kPeaks},
-    {"VARS", "INDEX", kPeaks},
-    {"TYPEDEF", "SEQUENCE", {"an OLIVIA table", kExport}},
-    {"TYPEDEF", "ASS_TBL_H2O", {"an OLIVIA table", kExport}},
-    {"Spin", "system", {"a PRONTO table", kExport}},
-};
-
 /// "PR_2  8.900 123.220": a spin system of MARS; "Res_12 PR_7 (H)": its assignment.
 bool isOfMars(const std::vector<std::string>& words) {
   const auto isNumbered = [&](std::size_t i, std::string_view start) {
@@ -127,20 +119,19 @@ bool arePeakColumns(std::string_view line) {
 
 std::optional<Foreign> kindOfLine(std::string_view line) {
   if (line.size() > kLongestLine) return std::nullopt;
-  if (isAtomRecord(line)) return Foreign{"a list of atom coordinates"};
+  if (isAtomRecord(line)) return Foreign{{}, "a list of atom coordinates"};
   const std::string_view core = trimmed(line);
   if (isAssignStatement(core)) return kRestraints;
-  if (startsIgnoringCase(core, "# Number of dimensions") || arePeakColumns(core)) return kPeaks;
+  if (arePeakColumns(core)) return kPeaks;
   constexpr std::size_t kMostWords = 8;
-  const auto words = splitCells(core, Separator::blank, kMostWords);
-  if (!words || words->empty()) return std::nullopt;
-  for (const FirstWords& start : kFirstWords)
-    if (equalIgnoringCase(words->front(), start.first) &&
-        (start.second.empty() || (words->size() > 1 && equalIgnoringCase((*words)[1], start.second))))
-      return start.kind;
-  if (isOfMars(*words)) return Foreign{"a MARS file (spin systems without residues)"};
-  if (isOfTargetedAcquisition(*words)) return Foreign{"a list of targeted acquisition", kExport};
-  if (isPlainRestraint(*words)) return kRestraints;
+  const auto words = wordsOf(core, kMostWords);
+  std::string plain;
+  for (const std::string& word : words) plain += word + " ";
+  for (const Foreign& kind : kLineStarts)
+    if (startsIgnoringCase(plain, std::string(kind.start) + " ")) return kind;
+  if (isOfMars(words)) return Foreign{{}, "a MARS file (spin systems without residues)"};
+  if (isOfTargetedAcquisition(words)) return Foreign{{}, "a list of targeted acquisition", kExport};
+  if (isPlainRestraint(words)) return kRestraints;
   return std::nullopt;
 }
 
@@ -148,21 +139,19 @@ std::optional<Foreign> kindOfBytes(std::string_view bytes, Wanted wanted) {
   const auto startsWith = [bytes](std::string_view start) { return bytes.substr(0, start.size()) == start; };
   constexpr std::size_t kProlog = 1000;
   if (startsWith("<") && contains(bytes.substr(0, kProlog), "<chemical_shift_list"))
-    return Foreign{"an XML shift list of ARIA", kExport};
-  for (const Signature& signature : kSignatures)
-    if (startsWith(signature.start)) return signature.kind;
-  for (const std::string_view start : kStructureStarts)
-    if (wanted != Wanted::structure && startsWith(start)) return Foreign{"a PDB coordinate file"};
-  if (isWide(bytes)) return Foreign{"text in UTF-16", kSaveAsUtf8};
+    return Foreign{{}, "an XML shift list of ARIA", kExport};
+  for (const Foreign& kind : kFileStarts)
+    if (startsWith(kind.start) && (wanted != Wanted::structure || kind.what != kCoordinates)) return kind;
+  if (isWide(bytes)) return Foreign{{}, "text in UTF-16", kSaveAsUtf8};
   return std::nullopt;
 }
 
 }  // namespace
 
-FileError foreignError(const std::string& file, std::size_t line, const std::string& what, const char* remedy,
+FileError foreignError(const std::string& file, std::size_t line, std::string_view what, const char* remedy,
                        Wanted wanted) {
   const char* kind = wanted == Wanted::shifts ? "shift" : "structure";
-  return {file, line, "is " + what + ", not a " + kind + " file", remedy};
+  return {file, line, "is " + std::string(what) + ", not a " + kind + " file", remedy};
 }
 
 void refuseForeign(std::string_view bytes, const std::string& file, Wanted wanted, const char* remedy) {

@@ -16,7 +16,7 @@ enum class Wanted { shifts, structure };
 inline constexpr const char* kGiveShifts = "give the file with the chemical shifts";
 
 /// Returns the error for a file of another kind: "is a PDF file, not a shift file". `remedy` is what to do.
-FileError foreignError(const std::string& file, std::size_t line, const std::string& what,
+FileError foreignError(const std::string& file, std::size_t line, std::string_view what,
                        const char* remedy = kGiveShifts, Wanted wanted = Wanted::shifts);
 
 /// Throws FileError for bytes that begin as a file of another kind does (zip, PDF, JSON ...) or are not text

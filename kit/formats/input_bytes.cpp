@@ -43,7 +43,7 @@ std::string streamBytes(std::FILE* stream, const std::string& file) {
   return readAll(stream, kLargestInput, file);
 }
 
-bool isGzipped(const std::string& bytes) {
+bool isGzipped(std::string_view bytes) {
   return bytes.size() >= 2 && bytes[0] == '\x1f' && bytes[1] == '\x8b';
 }
 

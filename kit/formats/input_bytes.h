@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "zorvela/error.h"
 
@@ -26,7 +27,7 @@ std::string fileBytes(const std::string& path, std::size_t most = kLargestInput)
 std::string streamBytes(std::FILE* stream, const std::string& file);
 
 /// Tells whether bytes begin with the gzip mark.
-bool isGzipped(const std::string& bytes);
+bool isGzipped(std::string_view bytes);
 
 /// Packs bytes, up to a little above `kLargestInput`, as a gzip file; the same file for the same bytes.
 std::string packed(std::string bytes);

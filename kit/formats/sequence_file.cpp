@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <sstream>
 #include <utility>
 
 #include "formats/format.h"
 #include "formats/input_bytes.h"
 #include "formats/star/star_document.h"
+#include "formats/text/delimited_text.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -18,28 +18,29 @@ namespace {
 constexpr const char* kRemedy =
     "give FASTA, one-letter text, residue names with numbers (.seq), NMR-STAR or NEF";
 
-[[noreturn]] void throwNoSequence(const std::string& file, std::size_t number, std::string_view line) {
-  throw FileError(file, number, "is not a sequence: \"" + printable(trimmed(line), 60) + "\"", kRemedy);
-}
-
-std::vector<std::string> wordsOf(std::string_view line) {
-  std::istringstream stream{std::string(line)};
-  std::vector<std::string> words;
-  for (std::string word; stream >> word;) words.push_back(std::move(word));
-  return words;
-}
-
 // --- Names with numbers -------------------------------------------------------------------------
 
-/// A residue of a .seq file. Where the file has no number for it, it follows the residue before.
+/// A residue of a .seq file.
 struct NamedResidue {
   std::string name;
   std::string chain;
-  std::int64_t number = 1;
-
-  bool isSpinSystem() const { return name == "SS"; }
-  bool isResidue() const { return !isSpinSystem() && !isLinker(name); }
+  std::int64_t number = 0;
 };
+
+/// The rows of a .seq file in order. A residue without a number follows the residue before it.
+struct NameList {
+  std::vector<NamedResidue> residues;
+  bool areNumbered = false;
+};
+
+bool isSpinSystem(const std::string& name) {
+  return name == "SS";
+}
+
+/// Tells whether a word is a name for certain, not the number "A12".
+bool isKnownName(const std::string& word) {
+  return residueType(word).letter != kUnknownResidue || isLinker(word);
+}
 
 /// Tells whether a word can be a name: "cPRO", "ARG+", "pro_cis", "LL5".
 bool looksLikeName(const std::string& word) {
@@ -50,104 +51,86 @@ bool looksLikeName(const std::string& word) {
          });
 }
 
-/// The rows of a .seq file in order: names, each with a number or without.
-class NameList {
- public:
-  /// False for a line of anything else.
-  bool add(std::string_view line) {
-    bool hasName = false;
-    bool hasNumber = false;
-    for (const std::string& word : wordsOf(line.substr(0, line.find_first_of("#!\"")))) {
-      const bool isNumbered = hasName && !hasNumber && setNumber(word);
-      hasNumber = hasNumber || isNumbered;
-      if (isNumbered || (hasNumber && toInteger(word))) continue;  // a spin system may follow the number
-      if (!looksLikeName(word)) return false;
-      addName(word);
-      hasName = true;
-      hasNumber = false;
-    }
-    return true;
+/// Gives the last residue the number "171", or "A12" of chain A; false for any other word.
+bool setNumber(const std::string& word, NameList& names) {
+  const std::string chain(leading(word, isLetter));
+  const auto number = toInteger(std::string_view(word).substr(chain.size()));
+  if (!number || isKnownName(word)) return false;
+  names.residues.back().chain = chain;
+  names.residues.back().number = *number;
+  names.areNumbered = true;
+  return true;
+}
+
+/// Adds the residues of a line; false for a line of anything else.
+bool addNames(std::string_view line, NameList& names) {
+  bool hasName = false;
+  bool hasNumber = false;
+  for (const std::string& word : wordsOf(line.substr(0, line.find_first_of("#!\"")))) {
+    const bool isNumbered = hasName && !hasNumber && setNumber(word, names);
+    hasNumber = hasNumber || isNumbered;
+    if (isNumbered || (hasNumber && toInteger(word))) continue;  // a spin system may follow the number
+    if (!looksLikeName(word)) return false;
+    const NamedResidue before = names.residues.empty() ? NamedResidue{} : names.residues.back();
+    names.residues.push_back({word, before.chain, before.number + 1});
+    hasName = true;
+    hasNumber = false;
   }
+  return true;
+}
 
-  /// True if most are names of amino acids, so that this is not any other text.
-  bool isSequence() const { return residues.size() > 1 && known * 2 > residues.size(); }
-  std::size_t size() const { return residues.size(); }
+FileChain& chainNamed(const std::string& name, SequenceFile& sequence) {
+  std::vector<FileChain>& chains = sequence.chains;
+  const auto found =
+      std::find_if(chains.begin(), chains.end(), [&](const FileChain& chain) { return chain.name == name; });
+  if (found != chains.end()) return *found;
+  checkLimit(chains.size() + 1, limits::kChains, sequence.file);
+  chains.emplace_back();
+  chains.back().name = name;
+  return chains.back();
+}
 
-  void moveTo(SequenceFile& sequence) const {
-    for (const NamedResidue& one : residues) {
-      if (one.isSpinSystem()) sequence.spinSystems.insert(static_cast<int>(one.number));
-      if (!one.isResidue()) continue;
-      std::vector<FileResidue>& chain = chainOf(one.chain, sequence).residues;
-      chain.push_back({std::to_string(chain.size() + 1),
-                       areNumbered ? std::to_string(one.number) : std::string(), one.name});
-    }
-  }
-
- private:
-  void addName(const std::string& name) {
-    const bool isFirst = residues.empty();
-    residues.push_back(
-        {name, isFirst ? "" : residues.back().chain, isFirst ? 1 : residues.back().number + 1});
-    if (residueType(name).letter != kUnknownResidue || !residues.back().isResidue()) ++known;
-  }
-
-  /// Sets "171", or "A12" of chain A; false for any other word.
-  bool setNumber(const std::string& word) {
-    const std::size_t start = std::min(word.find_first_of("-0123456789"), word.size());
-    const auto number = toInteger(word.substr(start));
-    const bool isName = residueType(word).letter != kUnknownResidue || isLinker(word);
-    if (!number || isName ||
-        !std::all_of(word.begin(), word.begin() + static_cast<std::ptrdiff_t>(start), isLetter))
-      return false;
-    residues.back().chain = word.substr(0, start);
-    residues.back().number = *number;
-    areNumbered = true;
-    return true;
-  }
-
-  static FileChain& chainOf(const std::string& name, SequenceFile& sequence) {
-    std::vector<FileChain>& chains = sequence.chains;
-    const auto found = std::find_if(chains.begin(), chains.end(),
-                                    [&](const FileChain& chain) { return chain.name == name; });
-    if (found != chains.end()) return *found;
-    checkLimit(chains.size() + 1, limits::kChains, sequence.file);
-    chains.emplace_back();
-    chains.back().name = name;
-    return chains.back();
-  }
-
-  std::vector<NamedResidue> residues;
-  std::size_t known = 0;
-  bool areNumbered = false;
-};
-
-/// False for a text of another kind.
+/// False for a text of another kind: most names must be those of amino acids.
 bool readNames(std::string_view text, SequenceFile& sequence) {
   NameList names;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    if (!names.add(*line)) return false;
-    checkLimit(names.size(), limits::kResidues, sequence.file);
+    if (!addNames(*line, names)) return false;
+    checkLimit(names.residues.size(), limits::kResidues, sequence.file);
   }
-  if (!names.isSequence()) return false;
-  names.moveTo(sequence);
+  const auto isKnown = [](const NamedResidue& one) {
+    return isKnownName(one.name) || isSpinSystem(one.name);
+  };
+  const auto known = std::count_if(names.residues.begin(), names.residues.end(), isKnown);
+  const std::size_t count = names.residues.size();
+  if (count < 2 || static_cast<std::size_t>(known) * 2 <= count) return false;
+  for (const NamedResidue& one : names.residues) {
+    if (isSpinSystem(one.name)) sequence.spinSystems.insert(static_cast<int>(one.number));
+    if (isSpinSystem(one.name) || isLinker(one.name)) continue;
+    std::vector<FileResidue>& chain = chainNamed(one.chain, sequence).residues;
+    chain.push_back({std::to_string(chain.size() + 1),
+                     names.areNumbered ? std::to_string(one.number) : std::string(), one.name});
+  }
   return true;
 }
 
 // --- Letters ------------------------------------------------------------------------------------
 
-/// Adds one-letter residues; false for a line of anything else. Numbers may count the letters before or after
-/// them. With `isCaseKept`, a lower-case c is the cysteine of a disulfide bond.
-bool addLetters(std::string_view line, bool isCaseKept, std::vector<FileResidue>& residues) {
+/// Adds one-letter residues, numbered from `first` where it is given; false for a line of anything else.
+/// Numbers may count the letters before or after them. With `isCaseKept`, a lower-case c is the cysteine of a
+/// disulfide bond.
+bool addLetters(std::string_view line, bool isCaseKept, std::optional<int> first,
+                std::vector<FileResidue>& residues) {
   for (const std::string& word : wordsOf(line)) {
     const auto count = toInteger(word);
-    const auto size = static_cast<int>(residues.size());
+    const auto size = static_cast<std::int64_t>(residues.size());
     if (count && (*count == size || *count == size + 1)) continue;
     for (const char letter : word) {
       if (letter == '*') continue;  // the end of a chain
       if (!isLetter(letter) && letter != kUnknownResidue) return false;
       const bool isDisulfide = isCaseKept && letter == kDisulfideCysteine;
-      const std::string name = isDisulfide ? threeLetterName(letter) : upper({&letter, 1});
-      residues.push_back({std::to_string(residues.size() + 1), {}, name});
+      const auto index = static_cast<std::int64_t>(residues.size());
+      residues.push_back({std::to_string(index + 1), first ? std::to_string(*first + index) : std::string(),
+                          isDisulfide ? threeLetterName(letter) : upper({&letter, 1})});
     }
   }
   return true;
@@ -171,35 +154,26 @@ FileChain chainOfHeader(std::string_view header) {
   return chain;
 }
 
-void numberFrom(int first, std::vector<FileResidue>& residues) {
-  for (std::size_t i = 0; i < residues.size(); ++i)
-    residues[i].number = std::to_string(first + static_cast<std::int64_t>(i));
-}
-
 void readLetters(std::string_view text, SequenceFile& sequence) {
   const bool isCaseKept = text != lower(text);
+  std::vector<FileChain>& chains = sequence.chains;
   std::optional<int> first;
-  const auto endChain = [&] {
-    if (first && !sequence.chains.empty()) numberFrom(*first, sequence.chains.back().residues);
-  };
   std::size_t number = 0;
   for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
     ++number;
     const std::string_view core = trimmed(*line);
-    if (!core.empty() && core.front() == '>') {
-      endChain();
+    if (core.empty()) continue;
+    if (core.front() == '>') {
       first = toInteger(valueIn(core, "START:"));
-      sequence.chains.push_back(chainOfHeader(trimmed(core.substr(1))));
-      checkLimit(sequence.chains.size(), limits::kChains, sequence.file, number);
+      chains.push_back(chainOfHeader(trimmed(core.substr(1))));
+      checkLimit(chains.size(), limits::kChains, sequence.file, number);
       continue;
     }
-    if (core.empty()) continue;
-    if (sequence.chains.empty()) sequence.chains.emplace_back();
-    if (!addLetters(core, isCaseKept, sequence.chains.back().residues))
-      throwNoSequence(sequence.file, number, core);
-    checkLimit(sequence.chains.back().residues.size(), limits::kSequence, sequence.file, number);
+    if (chains.empty()) chains.emplace_back();
+    if (!addLetters(core, isCaseKept, first, chains.back().residues))
+      throw FileError(sequence.file, number, "is not a sequence: \"" + printable(core, 60) + "\"", kRemedy);
+    checkLimit(chains.back().residues.size(), limits::kSequence, sequence.file, number);
   }
-  endChain();
 }
 
 // --- All ----------------------------------------------------------------------------------------
@@ -245,25 +219,22 @@ std::string differenceOf(const SequenceFile& one, const SequenceFile& other) {
   for (std::size_t c = 0; c < one.chains.size(); ++c) {
     const std::vector<FileResidue>& residues = one.chains[c].residues;
     const std::vector<FileResidue>& others = other.chains[c].residues;
-    const auto differ = [](const FileResidue& a, const FileResidue& b) {
-      return polypeptideResidue(a.name).letter != polypeptideResidue(b.name).letter;
+    const auto isSame = [](const FileResidue& a, const FileResidue& b) {
+      return polypeptideResidue(a.name).letter == polypeptideResidue(b.name).letter;
     };
-    const std::size_t common = std::min(residues.size(), others.size());
-    for (std::size_t i = 0; i < common; ++i)
-      if (differ(residues[i], others[i]))
-        return "residue " + std::to_string(i + 1) + " is " + printable(residues[i].name, 20) +
-               " in one and " + printable(others[i].name, 20) + " in the other";
-    if (residues.size() != others.size()) return "only one has residue " + std::to_string(common + 1);
+    const auto [first, second] =
+        std::mismatch(residues.begin(), residues.end(), others.begin(), others.end(), isSame);
+    const std::string position = std::to_string(first - residues.begin() + 1);
+    if (first != residues.end() && second != others.end())
+      return "residue " + position + " is " + printable(first->name, 20) + " in one and " +
+             printable(second->name, 20) + " in the other";
+    if (residues.size() != others.size()) return "only one has residue " + position;
   }
   return {};
 }
 
 bool looksLikeSequence(std::string_view head) {
   if (!head.empty() && head.front() == '>') return true;
-  constexpr std::size_t kFewestLetters = 10;
-  const auto isCapital = [](const FileResidue& one) {
-    return contains(kAminoAcids, one.name) || one.name == "X";
-  };
   SequenceFile found;
   try {
     if (readNames(head, found)) return true;
@@ -271,9 +242,12 @@ bool looksLikeSequence(std::string_view head) {
   } catch (const FileError&) {
     return false;
   }
-  if (found.chains.empty() || head != upper(head)) return false;
-  const std::vector<FileResidue>& letters = found.chains.front().residues;
-  return letters.size() >= kFewestLetters && std::all_of(letters.begin(), letters.end(), isCapital);
+  constexpr std::size_t kFewestLetters = 10;
+  const auto isCapital = [](const FileResidue& one) {
+    return contains(kAminoAcids, one.name) || one.name == "X";
+  };
+  return !found.chains.empty() && found.chains[0].residues.size() >= kFewestLetters && head == upper(head) &&
+         std::all_of(found.chains[0].residues.begin(), found.chains[0].residues.end(), isCapital);
 }
 
 }  // namespace zorvela

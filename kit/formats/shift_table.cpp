@@ -1,6 +1,5 @@
 // Reads the program's own shift table, through the program's own reader.
 #include <algorithm>
-#include <array>
 #include <sstream>
 #include <string_view>
 
@@ -15,15 +14,10 @@ namespace {
 
 // Four words for each of 100,000 rows, and as many residues as a protein has.
 constexpr std::size_t kLargestTable = 400000 + kLongestSequence;
-// The sequence may have the names of the residues.
-constexpr std::array<const char*, 3> kColumns = {"RESID", "ATOMNAME", "SHIFT"};
 
 std::string_view firstTableWord(std::string_view line) {
-  std::size_t start = 0;
-  while (start < line.size() && GDB::isSpace(line[start])) ++start;
-  std::size_t end = start;
-  while (end < line.size() && !GDB::isSpace(line[end])) ++end;
-  return line.substr(start, end - start);
+  line.remove_prefix(leading(line, [](char c) { return GDB::isSpace(c); }).size());
+  return leading(line, [](char c) { return !GDB::isSpace(c); });
 }
 
 std::size_t countWords(std::string_view line) {
@@ -50,21 +44,11 @@ void noteSkipped(std::string_view text, const std::vector<std::size_t>& skipped,
                  std::vector<std::string>& notes) {
   LimitedNotes limited("lines ignored that are not rows of the table");
   std::size_t number = 0;
-  auto next = skipped.begin();
-  for (std::size_t pos = 0; next != skipped.end();) {
-    const auto line = nextLine(text, pos);
-    if (++number != *next) continue;
-    limited.add("line " + std::to_string(number) + " is not a row of the table, ignored: \"" +
-                printable(trimmed(line.value()), 40) + "\"");
-    ++next;
-  }
+  for (std::size_t pos = 0; const auto line = nextLine(text, pos);)
+    if (std::binary_search(skipped.begin(), skipped.end(), ++number))
+      limited.add("line " + std::to_string(number) + " is not a row of the table, ignored: \"" +
+                  printable(trimmed(*line), 40) + "\"");
   limited.appendTo(notes);
-}
-
-void checkColumns(const GDB& table, const std::string& file) {
-  for (const char* column : kColumns)
-    if (!hasColumn(table, column))
-      throw FileError(file, 0, "the table has no column " + std::string(column), kTableRemedy);
 }
 
 /// Estimates the memory of a table: its words, without those of remarks, and the letters of its sequence,
@@ -110,7 +94,10 @@ ShiftFile readShiftTable(const Source& source) {
   if (const auto fault = file.table->readTable(text, &lines))
     throw FileError(source.file, fault->line, printable(GDB::simplifyWhiteSpace(fault->message)),
                     kTableRemedy);
-  checkColumns(*file.table, source.file);
+  // The sequence may have the names of the residues.
+  for (const char* column : {"RESID", "ATOMNAME", "SHIFT"})
+    if (!hasColumn(*file.table, column))
+      throw FileError(source.file, 0, "the table has no column " + std::string(column), kTableRemedy);
   noteSkipped(source.text, lines.skipped, file.notes);
   return file;
 }

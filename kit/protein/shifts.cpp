@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "ZORVELA.h"
+#include "names/plausible_shifts.h"
+#include "util/number.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -104,13 +106,8 @@ struct Candidate {
   bool isPseudo = false;
 };
 
-/// Position of a residue and place of an atom in the table. HA1 of glycine, until it is settled, is last.
-using AtomKey = std::pair<int, std::size_t>;
+/// The place of HA1 of glycine among the atoms of its residue, until it is settled: the last.
 constexpr std::size_t kOlderHA1 = kAtomCount;
-
-AtomKey atomKey(int position, Atom atom) {
-  return {position, tableRank(atom)};
-}
 
 using Chosen = std::map<AtomKey, Candidate>;
 
@@ -390,10 +387,6 @@ bool isMissingMark(const Shift& shift) {
   return std::abs(shift.ppm) >= kMissingBound;
 }
 
-bool isBefore(const Shift& a, const Shift& b) {
-  return atomKey(a.position, a.atom) < atomKey(b.position, b.atom);
-}
-
 void noteOtherAtoms(std::size_t count, std::vector<std::string>& asides) {
   if (count > 0)
     asides.push_back(counted(count, "shift", "shifts") +
@@ -405,6 +398,21 @@ std::size_t countTableShifts(const ShiftRows& rows) {
     const char letter = polypeptideResidue(row->residueName).letter;
     return !row->value.empty() && readAtom(letter, row->atom).isInTable();
   }));
+}
+
+void noteImplausible(Protein& protein) {
+  std::vector<std::string> shifts;
+  for (const Shift& shift : protein.shifts) {
+    const auto index = static_cast<std::size_t>(shift.position) - 1;
+    const char residue = protein.sequence[index];
+    if (isPlausible(residue, shift.atom, shift.ppm)) continue;
+    const PlausibleRange range = plausibleRange(residue, shift.atom);
+    shifts.push_back(std::string(nameOf(shift.atom)) + " of " + residue +
+                     printable(protein.numbers[index], 20) + " at " + shiftText(shift) + " ppm (" +
+                     fixedText(range.low, 1) + " to " + fixedText(range.high, 1) + ")");
+  }
+  addNote("out of range for the residue type, so check the assignment; used all the same: ", shifts,
+          protein.notes);
 }
 
 }  // namespace zorvela

@@ -6,12 +6,8 @@
 #include <ostream>
 #include <set>
 
-#include "report/html_chain.h"
+#include "report/html_parts.h"
 #include "report/html_pieces.h"
-#include "report/html_style.h"
-#include "report/origin.h"
-#include "report/pictures.h"
-#include "report/svg.h"
 #include "report/walk.h"
 #include "report/words.h"
 #include "util/number.h"
@@ -69,16 +65,18 @@ std::string notices(const RunReport& report, const std::vector<NamedChain>& chai
 }
 
 std::string indexTable(const std::vector<NamedChain>& chains) {
-  const bool withStructure = std::any_of(chains.begin(), chains.end(),
-                                         [](const NamedChain& chain) { return hasFindings(*chain.protein); });
+  const bool withStructure = std::any_of(chains.begin(), chains.end(), [](const NamedChain& chain) {
+    const auto& prolines = chain.protein->prolines;
+    return !prolines.empty() && prolines.front().structure;
+  });
   Cells titles = {"Chain", "Cis", "Undecided", "Trans", "None", "Offset"};
   if (withStructure) titles.emplace_back("Structure disagrees");
   std::vector<Cells> rows;
   for (const NamedChain& chain : chains) {
     const ProteinResult& protein = *chain.protein;
-    const auto number = [&](Call call) { return std::to_string(countOf(protein, call)); };
+    const auto number = [&](Call call) { return std::to_string(namesOf(protein, call).size()); };
     const auto names = [&](auto which) {
-      const std::string text = namesOf(protein, which);
+      const std::string text = enumerated(namesOf(protein, which));
       return text.empty() ? "0" : escaped(text);
     };
     rows.push_back({"<a href=\"#" + chain.id + "\">" + escaped(chain.name) + "</a>", names(Call::cis),
@@ -158,7 +156,7 @@ std::string structureNotes(const RunReport& report) {
 /// Chains with a proline to look at are open. A link to a place within a closed fold opens it.
 std::string folded(const NamedChain& chain, const ClassStatistics& classes) {
   const ProteinResult& protein = *chain.protein;
-  const bool isOpen = countOf(protein, Call::cis) + countOf(protein, Call::undecided) > 0 ||
+  const bool isOpen = !namesOf(protein, Call::cis).empty() || !namesOf(protein, Call::undecided).empty() ||
                       !namesOf(protein, Verdict::disagree).empty();
   return std::string("<details class=\"chain\"") + (isOpen ? " open" : "") + "><summary>" +
          escaped(chain.name) + "</summary>\n<div id=\"" + chain.id + "\">" +

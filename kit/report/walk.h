@@ -1,7 +1,9 @@
-// Walks through a report, in its order.
+// Walks through a report, in its order, and names what it has.
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "zorvela/report.h"
 
@@ -44,5 +46,23 @@ void forEachError(const RunReport& report, Visit visit) {
   for (const FileReport& file : report.files)
     if (!file.error.empty()) visit(file);
 }
+
+/// Return the prolines with a call, or with a verdict of the structures: P31, P117, P201.
+std::vector<std::string> namesOf(const ProteinResult& protein, Call call);
+std::vector<std::string> namesOf(const ProteinResult& protein, Verdict verdict);
+
+/// Returns "The structure disagrees: P117. It agrees: P11, P31."; empty if it does neither.
+std::string structureSentence(const ProteinResult& protein);
+
+/// The parts of an origin that a report needs.
+struct Origin {
+  bool withList = false;  ///< a chain comes with several shift lists
+  std::string folder;     ///< of all files, with its slash; empty without one in common or with one file
+
+  explicit Origin(const RunReport& report);
+};
+
+/// Returns "b.str, chain A, shift list 2", without the folder that all files share.
+std::string chainName(const ProteinResult& protein, const Origin& origin);
 
 }  // namespace zorvela

@@ -32,7 +32,7 @@ std::string whyNoNumber(const Dialect& dialect, const std::string& text) {
 
 Declaration declarationOf(const Dialect& dialect, const RestrainedBond& bond,
                           const std::function<Declaration(const RestrainedBond&)>& declare) {
-  for (const std::string& number : {bond.numberBefore, bond.number})
+  for (const std::string& number : {bond.proline.previousNumber, bond.proline.number})
     if (const std::string why = whyNoNumber(dialect, number); !why.empty()) return {{}, why};
   return declare(bond);
 }
@@ -57,8 +57,8 @@ RestraintText writeCyanaAngles(const RestraintRequest& request) {
                            {"of little use beside cPRO in the sequence (--for cyana): omega is fixed there",
                             "not sure: that omega is counted to the proline; it follows from cPRO"}};
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    const std::string indent(4 - std::min<std::size_t>(4, bond.number.size()), ' ');
-    return {indent + bond.number + " PRO   OMEGA   -20.0    20.0\n", {}};
+    const std::string indent(4 - std::min<std::size_t>(4, bond.proline.number.size()), ' ');
+    return {indent + bond.proline.number + " PRO   OMEGA   -20.0    20.0\n", {}};
   });
 }
 
@@ -70,8 +70,8 @@ RestraintText writeCns(const RestraintRequest& request) {
       {"for a topology that names atoms with - and +; with atom type CCIS: --for topallhdg",
        "not sure: the form with - and +, by analogy to the patch PEPP"}};
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"patch CIPP reference=-=(" + segid(bond) + "resid " + bond.numberBefore + ") reference=+=(" +
-                segid(bond) + "resid " + bond.number + ") end\n",
+    return {"patch CIPP reference=-=(" + segid(bond) + "resid " + bond.proline.previousNumber +
+                ") reference=+=(" + segid(bond) + "resid " + bond.proline.number + ") end\n",
             {}};
   });
 }
@@ -82,7 +82,8 @@ RestraintText writeTopallhdg(const RestraintRequest& request) {
                            4,
                            {"for a topology with atom type CCIS; the residue is the one before the proline"}};
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"patch CISP reference=NIL=(" + segid(bond) + "resid " + bond.numberBefore + ") end\n", {}};
+    return {"patch CISP reference=NIL=(" + segid(bond) + "resid " + bond.proline.previousNumber + ") end\n",
+            {}};
   });
 }
 
@@ -94,7 +95,7 @@ RestraintText writeXplorPython(const RestraintRequest& request) {
                       "not sure, where the chain has no name: that \"\" is its segment"}};
   dialect.head = "import psfGen\n";
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"psfGen.cisPeptide(" + bond.numberBefore + ", \"" + bond.chain + "\")\n", {}};
+    return {"psfGen.cisPeptide(" + bond.proline.previousNumber + ", \"" + bond.chain + "\")\n", {}};
   });
 }
 
@@ -108,7 +109,7 @@ RestraintText writeAria(const RestraintRequest& request) {
   dialect.commentEnd = " -->";
   dialect.needsChain = true;
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"<cispropatch residue=\"" + bond.number + "\" segid=\"" + bond.chain + "\"/>\n", {}};
+    return {"<cispropatch residue=\"" + bond.proline.number + "\" segid=\"" + bond.chain + "\"/>\n", {}};
   });
 }
 
@@ -122,8 +123,9 @@ RestraintText writeTbl(const RestraintRequest& request) {
     const auto atom = [&](const std::string& number, const char* name) {
       return "(" + segid(bond) + "resid " + number + " and name " + name + ")";
     };
-    return {"assign " + atom(bond.numberBefore, "CA") + " " + atom(bond.numberBefore, "C") + "\n       " +
-                atom(bond.number, "N") + " " + atom(bond.number, "CA") + " 5.0 0.0 20.0 2\n",
+    return {"assign " + atom(bond.proline.previousNumber, "CA") + " " +
+                atom(bond.proline.previousNumber, "C") + "\n       " + atom(bond.proline.number, "N") + " " +
+                atom(bond.proline.number, "CA") + " 5.0 0.0 20.0 2\n",
             {}};
   });
 }
@@ -137,8 +139,8 @@ RestraintText writeRosetta(const RestraintRequest& request) {
   dialect.needsChain = true;
   dialect.joinsChain = true;
   return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    const std::string before = bond.numberBefore + bond.chain;
-    const std::string proline = bond.number + bond.chain;
+    const std::string before = bond.proline.previousNumber + bond.chain;
+    const std::string proline = bond.proline.number + bond.chain;
     return {"Dihedral CA " + before + " C " + before + " N " + proline + " CA " + proline +
                 " CIRCULARHARMONIC 0.0 0.17\n",
             {}};
@@ -148,17 +150,16 @@ RestraintText writeRosetta(const RestraintRequest& request) {
 /// Rejects a proline that occurs twice: it would be unclear which declaration counts.
 void checkNumbers(const RestraintRequest& request) {
   std::set<std::pair<std::string, std::string>> known;
-  for (const RestrainedChain& chain : request.chains)
-    for (const RestrainedBond& bond : chain.bonds)
-      if (!known.emplace(bond.chain, bond.number).second)
-        throw Error("P" + printable(bond.number, 60) + " of chain \"" + printable(bond.chain, 60) +
-                    "\" is given twice; name one chain and one list, or rename a chain by --chain-as");
+  for (const RestrainedBond& bond : bondsOf(request.chains))
+    if (!known.emplace(bond.chain, bond.proline.number).second)
+      throw Error("P" + printable(bond.proline.number, 60) + " of chain \"" + printable(bond.chain, 60) +
+                  "\" is given twice; name one chain and one list, or rename a chain by --chain-as");
 }
 
 }  // namespace
 
 bool isDeclared(const RestrainedBond& bond) {
-  return bond.call == Call::cis || bond.call == Call::undecided;
+  return bond.proline.call == Call::cis || bond.proline.call == Call::undecided;
 }
 
 std::string commentLine(const Dialect& dialect, const std::string& text) {
@@ -168,24 +169,18 @@ std::string commentLine(const Dialect& dialect, const std::string& text) {
 std::string commentsAtHead(const Dialect& dialect, const RestraintRequest& request) {
   std::string text = commentLine(dialect, "Cis prolines by chemical shifts, with P_CIS_NORM");
   for (const std::string& remark : dialect.remarks) text += commentLine(dialect, remark);
-  std::size_t prolines = 0;
-  std::size_t cis = 0;
-  for (const RestrainedChain& chain : request.chains) {
-    prolines += chain.bonds.size();
-    cis += static_cast<std::size_t>(
-        std::count_if(chain.bonds.begin(), chain.bonds.end(),
-                      [](const RestrainedBond& bond) { return bond.call == Call::cis; }));
-  }
-  if (cis == 0)
-    text += commentLine(dialect, prolines == 0 ? "The chains have no proline" : "No proline is called cis");
+  const std::vector<RestrainedBond> bonds = bondsOf(request.chains);
+  const auto isCis = [](const RestrainedBond& bond) { return bond.proline.call == Call::cis; };
+  if (std::none_of(bonds.begin(), bonds.end(), isCis))
+    text += commentLine(dialect, bonds.empty() ? "The chains have no proline" : "No proline is called cis");
   return text;
 }
 
 void checkChains(const Dialect& dialect, const RestraintRequest& request) {
   if (dialect.longestChain == kAnyChain) return;
   std::set<std::string> names;
-  for (const RestrainedChain& chain : request.chains)
-    if (std::any_of(chain.bonds.begin(), chain.bonds.end(), isDeclared)) names.insert(chain.name);
+  for (const RestrainedBond& bond : bondsOf(request.chains))
+    if (isDeclared(bond)) names.insert(bond.chain);
   if (dialect.longestChain == 0) {
     if (names.size() > 1)
       throw Error("--for " + dialect.program +
@@ -213,17 +208,16 @@ RestraintText declarations(const Dialect& dialect, const RestraintRequest& reque
   RestraintText result;
   std::string lines;
   bool isEmpty = true;
-  for (const RestrainedChain& chain : request.chains)
-    for (const RestrainedBond& bond : chain.bonds) {
-      if (!isDeclared(bond)) continue;
-      const Declaration declaration = declarationOf(dialect, bond, declare);
-      lines += commentLine(dialect, callText(bond));
-      lines += bond.call == Call::cis ? declaration.text : commentedOut(dialect, declaration.text);
-      if (bond.call == Call::cis && !declaration.text.empty()) isEmpty = false;
-      if (declaration.omission.empty()) continue;
-      lines += commentLine(dialect, "left out: " + declaration.omission);
-      result.notes.push_back(callText(bond) + " is left out: " + declaration.omission);
-    }
+  for (const RestrainedBond& bond : bondsOf(request.chains)) {
+    if (!isDeclared(bond)) continue;
+    const Declaration declaration = declarationOf(dialect, bond, declare);
+    lines += commentLine(dialect, callText(bond));
+    lines += bond.proline.call == Call::cis ? declaration.text : commentedOut(dialect, declaration.text);
+    if (bond.proline.call == Call::cis && !declaration.text.empty()) isEmpty = false;
+    if (declaration.omission.empty()) continue;
+    lines += commentLine(dialect, "left out: " + declaration.omission);
+    result.notes.push_back(callText(bond) + " is left out: " + declaration.omission);
+  }
   result.text = commentsAtHead(dialect, request);
   result.text += isEmpty ? lines : dialect.head + lines + dialect.tail;
   return result;

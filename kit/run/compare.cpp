@@ -11,7 +11,7 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -75,47 +75,34 @@ void keepNamesakes(const std::vector<Protein>& proteins, const std::string& name
 
 // --- Chains --------------------------------------------------------------------------------------
 
-/// "1-5, 9" for the residues of a protein at these places (from 0).
-std::vector<std::string> ranges(const Protein& protein, const std::vector<std::size_t>& places) {
-  std::vector<std::string> result;
-  for (std::size_t first = 0; first < places.size();) {
-    std::size_t last = first;
-    while (last + 1 < places.size() && places[last + 1] == places[last] + 1) ++last;
-    const std::string& from = protein.numbers[places[first]];
-    result.push_back(first == last ? from : from + "-" + protein.numbers[places[last]]);
-    first = last + 1;
+/// First and last of the places that follow on each other.
+using Ranges = std::vector<std::pair<std::size_t, std::size_t>>;
+
+/// Splits places before those that start anew.
+template <class Starts>
+Ranges rangesOf(const std::vector<std::size_t>& places, Starts startsAnew) {
+  Ranges ranges;
+  for (const std::size_t place : places) {
+    if (ranges.empty() || startsAnew(ranges.back().second, place)) ranges.emplace_back(place, place);
+    ranges.back().second = place;
   }
-  return result;
+  return ranges;
+}
+
+/// "1-5"
+std::string rangeText(const std::string& first, const std::string& last) {
+  return first == last ? first : first + "-" + last;
 }
 
 std::string rangeText(const StructureChain& chain, std::size_t first, std::size_t last) {
-  const std::string& from = chain.residues[first].number;
-  return printable(first == last ? from : from + "-" + chain.residues[last].number);
+  return printable(rangeText(chain.residues[first].number, chain.residues[last].number));
 }
 
 /// The first and the last residue of the chain that fit.
-std::string residuesOf(const StructureChain& chain, const ChainAlignment& alignment) {
-  std::size_t first = kNoResidue;
-  std::size_t last = 0;
-  for (const std::size_t place : alignment.inStructure) {
-    if (place == kNoResidue) continue;
-    first = std::min(first, place);
-    last = std::max(last, place);
-  }
-  return rangeText(chain, first, last);
-}
-
-/// The pieces of the chain that are left over.
-std::vector<std::string> piecesOf(const ChainRest& rest) {
-  const std::vector<std::size_t>& places = rest.residues();
-  std::vector<std::string> pieces;
-  for (std::size_t first = 0; first < places.size();) {
-    std::size_t last = first;
-    while (last + 1 < places.size() && !rest.isStart(places[last + 1])) ++last;
-    pieces.push_back(rangeText(rest.chain(), places[first], places[last]));
-    first = last + 1;
-  }
-  return pieces;
+std::string residuesOf(const StructureChain& chain, std::vector<std::size_t> places) {
+  places.erase(std::remove(places.begin(), places.end(), kNoResidue), places.end());
+  const auto [first, last] = std::minmax_element(places.begin(), places.end());
+  return rangeText(chain, *first, *last);
 }
 
 /// `isPart`: the chain holds other molecules too.
@@ -125,7 +112,7 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
   match.file = file;
   match.chain = chain.name;
   match.molecule = chain.molecule;
-  if (isPart || match.molecule > 0) match.residues = residuesOf(chain, alignment);
+  if (isPart || match.molecule > 0) match.residues = residuesOf(chain, alignment.inStructure);
   match.aligned = alignment.aligned;
   match.identical = alignment.identical;
   std::vector<std::size_t> missing;
@@ -142,7 +129,9 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
       match.mismatches.push_back(printable(std::string(1, ours) + protein.numbers[i] + " is " + residue.name +
                                            " " + residue.number));
   }
-  match.missing = ranges(protein, missing);
+  for (const auto& [first, last] :
+       rangesOf(missing, [](auto before, auto place) { return place > before + 1; }))
+    match.missing.push_back(rangeText(protein.numbers[first], protein.numbers[last]));
   return match;
 }
 
@@ -161,27 +150,18 @@ std::vector<std::string> notesOn(const ChainMatch& match) {
 
 BondSite siteOf(const ProteinStructure& structure, const StructureChain& chain,
                 const StructureResidue& residue) {
-  BondSite site;
-  site.file = structure.file;
-  site.chain = chain.name;
-  site.number = residue.number;
-  site.residue = residue.name;
-  site.models = structure.modelCount;
-  site.modelsWithout = residue.modelsWithout;
-  site.namesWithout = residue.namesWithout;
-  site.bonds = residue.bonds;
-  site.others = residue.others;
-  site.reason = residue.letter == kProlineCode
-                    ? residue.whyNoBond
-                    : printable("is " + residue.name + " " + residue.number + " in the structure");
+  const ProlineBonds& bonds = residue;
+  BondSite site{bonds, structure.file, chain.name, residue.number, residue.name, structure.modelCount};
+  if (residue.letter != kProlineCode)
+    site.reason = printable("is " + residue.name + " " + residue.number + " in the structure");
   return site;
 }
 
-Verdict verdictOf(Call shifts, StructureCall structure) {
+Verdict verdictOf(Call shifts, BondState structure) {
   if (shifts == Call::none) return Verdict::noPrediction;
-  if (structure == StructureCall::none) return Verdict::notInStructure;
+  if (structure == BondState::none) return Verdict::notInStructure;
   if (shifts == Call::undecided) return Verdict::undecided;
-  if (structure == StructureCall::mixed) return Verdict::mixed;
+  if (structure == BondState::mixed) return Verdict::mixed;
   return toText(shifts) == toText(structure) ? Verdict::agree : Verdict::disagree;
 }
 
@@ -223,7 +203,7 @@ std::string alternativesText(const StructureFinding& finding) {
 
 std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
                        const StructureFinding& finding) {
-  if (finding.call == StructureCall::none) return whyNotThere(finding);
+  if (finding.call == BondState::none) return whyNotThere(finding);
   const std::string seen = finding.verdict == Verdict::disagree
                                ? disagreement(protein, proline, finding)
                                : "The structure is " + seenText(finding) + ".";
@@ -311,7 +291,10 @@ class Comparison {
       }
     }
     for (const Fit& fit : all) add(chain, fit, rounds > 1 || !rest.isEmpty());
-    if (!all.empty()) found.back().match.leftOver = piecesOf(rest);
+    if (all.empty()) return;
+    const auto isStart = [&rest](auto, auto place) { return rest.isStart(place); };
+    for (const auto& [first, last] : rangesOf(rest.residues(), isStart))
+      found.back().match.leftOver.push_back(rangeText(chain, first, last));
   }
 
   void add(const StructureChain& chain, const Fit& fit, bool isPart) {

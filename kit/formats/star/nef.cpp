@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "formats/format.h"
+#include "formats/found_rows.h"
 #include "formats/star/star_chains.h"
 #include "formats/star/star_document.h"
-#include "formats/unassigned.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 

@@ -1,17 +1,16 @@
 // Reads text with a line of column names: one row per shift, or one row per residue with a column per atom.
-// The rows are read once; all of them together then decide how their labels are read and which are refused.
+// All rows together decide how their labels are read and which columns are refused; then the shifts are read.
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <set>
 #include <utility>
 
 #include "formats/foreign_text.h"
 #include "formats/format.h"
-#include "formats/text/csv_cells.h"
+#include "formats/found_rows.h"
+#include "formats/text/cells.h"
 #include "formats/text/csv_columns.h"
-#include "formats/text/csv_rows.h"
-#include "formats/text/csv_without_names.h"
-#include "formats/text/found_rows.h"
-#include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -20,322 +19,282 @@ namespace zorvela {
 
 namespace {
 
-constexpr const char* kColumnsRemedy =
-    "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
-    "resid,resname,atom,shift";
 constexpr const char* kOwnColumnsRemedy = "give names and numbers of residues in columns of their own";
 constexpr const char* kCheckColumns = "check that each column has the values that its name promises";
-// There may be a page of titles and comments above the column names.
-constexpr std::size_t kMostLinesAbove = 50;
 
-// --- Column names -------------------------------------------------------------------------------
+// --- The residue of a row -----------------------------------------------------------------------
 
-[[noreturn]] void throwNoHeader(std::string_view line, std::size_t number, const CsvColumns& found,
-                                const std::string& file) {
-  const std::size_t start = line.find_first_not_of("# \t");
-  const std::string shownLine = printable(trimmed(start == line.npos ? line : line.substr(start)), 60);
-  const bool isPartly = found.shift != kNoColumn || found.atom != kNoColumn;
-  throw FileError(file, number,
-                  isPartly ? "the columns lack " + found.missing()
-                           : "is not a known kind of shift file; it begins with \"" + shownLine + "\"",
-                  kColumnsRemedy);
-}
+/// The residue of a row.
+struct RowResidue {
+  ResidueLabel label;  ///< of the cell that gives the number
+  std::string name;    ///< as the file writes it; empty where it gives none
+  std::string chain;   ///< by its column or by a label
+  bool isByCounter = false;
+  std::string unassigned;  ///< the cell with a spin system that is not assigned; usually empty
+  std::string fault;       ///< why it is not known, or its atom if that is in the same cell; usually empty
 
-/// Returns the table below the first line that names enough columns, or one whose columns are clear without
-/// names.
-CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
-  std::size_t pos = 0;
-  std::size_t line = 0;
-  std::string_view first;
-  std::size_t firstLine = 0;
-  CsvColumns firstColumns;
-  for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
-    const auto header = nextFilledLine(text, pos, line);
-    if (!header) break;
-    const auto layout = layoutOf(*header, text, pos, line);
-    const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
-    if (columns.areEnough()) {
-      if (above > 0) notes.push_back(lineRange(firstLine, line - 1) + " above the column names ignored");
-      return {*layout, columns};
-    }
-    if (above > 0) continue;
-    first = *header;
-    firstLine = line;
-    firstColumns = columns;
-  }
-  const PlainTable plain = tableWithoutNames(text);
-  if (plain.oddLine > 0)
-    throw FileError(file, plain.oddLine, "is not like the rows above it, and the table has no column names",
-                    "correct or remove this row, or add a line of column names");
-  if (!plain.table) throwNoHeader(first, firstLine, firstColumns, file);
-  notes.push_back("no column names; by their contents, the columns are " +
-                  enumerated(plain.table->layout.names));
-  return *plain.table;
-}
-
-// --- Rows ---------------------------------------------------------------------------------------
-
-/// Rows or values with a fault: how many, and the first of them.
-struct Tally {
-  std::size_t count = 0;
-  std::size_t line = 0;
-  std::string first;
-
-  void add(std::size_t atLine, const std::string& what) {
-    if (count++ > 0) return;
-    line = atLine;
-    first = what;
-  }
-  bool areMostOf(std::size_t all) const { return count * 2 > all; }
+  bool isKnown() const { return unassigned.empty() && fault.empty(); }
 };
+
+const std::string& cellAt(const std::vector<std::string>& cells, std::size_t column) {
+  static const std::string kNone;
+  return column < cells.size() ? cells[column] : kNone;
+}
+
+/// Reads the number of a residue from the columns that may give it, in order of trust.
+void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
+  std::vector<std::size_t> sources = {columns.number, columns.assignment};
+  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
+  sources.insert(sources.end(), {columns.name, columns.counter});
+  std::string filled;
+  for (const std::size_t column : sources) {
+    const std::string& cell = cellAt(cells, column);
+    if (filled.empty()) filled = cell;
+    if (isUnassignedLabel(cell)) {
+      residue.unassigned = cell;
+      return;
+    }
+    auto label = readLabel(cell, column == columns.assignment);
+    if (!label || label->number.empty()) continue;
+    residue.label = std::move(*label);
+    residue.isByCounter = column == columns.counter;
+    if (columns.lackAtoms() && residue.label.atom.empty())
+      residue.fault = quotedCell(filled) + " names no atom";
+    return;
+  }
+  residue.fault = quotedCell(filled) + " is not a residue number";
+}
+
+/// Tells whether a cell has no name; an unknown residue has one: "X", "?".
+bool isNoName(const std::string& cell) {
+  return isNoValue(cell) && cell != "?" && !equalIgnoringCase(cell, "X");
+}
+
+void findName(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
+  std::vector<std::size_t> sources = {columns.name};
+  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
+  const std::size_t ownColumns = sources.size();
+  sources.insert(sources.end(), {columns.assignment, columns.number, columns.counter});
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    const std::string& cell = cellAt(cells, sources[i]);
+    if (isNoName(cell)) continue;
+    const auto label = readLabel(cell, sources[i] == columns.assignment);
+    const bool isOfRow = label && (label->number.empty() || label->number == residue.label.number);
+    if (isOfRow && !label->name.empty() && !isNoName(label->name)) {
+      residue.name = label->name;
+      if (residue.chain.empty()) residue.chain = label->chain;
+      return;
+    }
+    // An unknown name is kept where another column gives the number.
+    if (i < ownColumns && (!label || label->number != residue.label.number)) {
+      residue.name = cell;
+      return;
+    }
+  }
+}
+
+RowResidue residueOf(const CsvRow& row, const CsvColumns& columns) {
+  RowResidue residue;
+  residue.fault = row.fault;
+  if (!row.fault.empty()) return residue;
+  findNumber(row.cells, columns, residue);
+  const std::string& chain = cellAt(row.cells, columns.chain);
+  residue.chain = chain.empty() ? residue.label.chain : chain;
+  findName(row.cells, columns, residue);
+  return residue;
+}
+
+/// Calls `use` with each row that has a residue.
+void forEachResidue(const CsvTable& table, const std::function<void(const CsvRow&, RowResidue&)>& use) {
+  forEachRow(table.layout, [&](const CsvRow& row) {
+    RowResidue residue = residueOf(row, table.columns);
+    if (residue.isKnown()) use(row, residue);
+  });
+}
+
+// --- The shifts of a row ------------------------------------------------------------------------
+
+/// A shift in a row: of its residue, or of the neighbour that the column or the label means.
+struct RowShift {
+  AtomColumn column;
+  std::string residueName;
+  std::string value;
+};
+
+/// Returns the shifts of a row; one without atom and value only names the residue.
+std::vector<RowShift> shiftsIn(const CsvRow& row, const RowResidue& residue, const CsvColumns& columns) {
+  // The name beside a column "CA-1", or in a label "G12-1", is that of the residue with the number.
+  const bool isNeighboursName = residue.label.offset && residue.name == residue.label.name;
+  const std::string name = isNeighboursName ? "" : residue.name;
+  const auto valueIn = [&](std::size_t column) {
+    return isNoValue(row.cells[column]) ? std::string() : row.cells[column];
+  };
+  if (columns.areLong()) {
+    AtomColumn column = {columns.shift, cellAt(row.cells, columns.atom), {}};
+    if (columns.atom == kNoColumn) column.atom = residue.label.atom;
+    column.offset = takeOffset(column.atom);
+    const std::string value = valueIn(columns.shift);
+    if (value.empty() && isNoValue(column.atom)) column.atom.clear();
+    return {{column, column.offset ? "" : name, value}};
+  }
+  std::vector<RowShift> shifts = {{{}, name, {}}};
+  for (const AtomColumn& column : columns.atoms)
+    if (const std::string value = valueIn(column.column); !value.empty())
+      shifts.push_back({column, column.offset ? "" : name, value});
+  return shifts;
+}
+
+// --- The table as a whole -----------------------------------------------------------------------
 
 /// Counts of the cells of a column.
 struct ColumnContents {
-  std::size_t filled = 0;
-  std::size_t numbers = 0;
-  std::size_t values = 0;      ///< of an atom column: cells that should be shifts
-  std::size_t impossible = 0;  ///< of these: no numbers, or far from any shift of the atom
-  std::string example;         ///< the first of these
-
-  bool isWrong() const { return impossible * 2 > values; }
+  Tally texts;       ///< among the filled cells, those that are not numbers
+  Tally impossible;  ///< among the shifts, those out of range for their atom or not numbers
 };
 
-/// The parts of a residue label whose meaning is known only after all rows are read.
-struct OpenLabel {
-  char code = 0;         ///< a letter right after the number
-  bool hasName = false;  ///< the name is in the same cell
-  bool hasDash = false;
-  bool isByCounter = false;        ///< the number may count the rows
-  std::size_t column = kNoColumn;  ///< of the atom, where there is one row per residue
-};
-
-/// The rows as they are in the file.
-struct CsvContents {
-  explicit CsvContents(FoundRows none) : found(std::move(none)) {}
-
-  FoundRows found;                ///< each `number` without code and sign; see `labels`
-  std::vector<OpenLabel> labels;  ///< one for each shift
+/// Counts and faults of all rows.
+struct Survey {
   std::vector<ColumnContents> columns;
-  std::size_t rows = 0;
-  std::size_t values = 0;         ///< of a table with one row per shift
-  std::size_t splitDecimals = 0;  ///< rows whose shift seems to be cut at its comma
-  Tally misfits;                  ///< rows with too few or too many cells
-  Tally unplaced;                 ///< rows without a residue
-  Tally twoLetters;               ///< rows with a letter on either side of the number
-  Tally impossible;               ///< of `values`: those out of range for their atom
+  Tally misfits;               ///< rows with too few or too many cells
+  Tally unplaced;              ///< rows without a residue
+  Tally twoLetters;            ///< rows with a letter on either side of the number
+  Tally splitDecimals;         ///< rows whose shift seems to be cut at its comma
+  Tally dashed;                ///< rows with a dash between name and number
+  bool isCounterUsed = false;  ///< a number may count the rows
+  bool areCodesNames = true;   ///< letters after residue numbers (82P) are names, not insertion codes
+  Unassigned unassigned;
   LimitedNotes ignored{"lines ignored"};
 };
 
-class RowReader {
- public:
-  RowReader(std::string_view wholeText, const CsvTable& csvTable, const std::string& name)
-      : text(wholeText), table(csvTable), columns(csvTable.columns), contents(FoundRows(wholeText, name)) {}
+/// Tells whether the letter after the number is a name, or the row has a longer name in the same cell
+/// (82PRO), and no other name.
+bool isCodeAName(const RowResidue& residue) {
+  const ResidueLabel& label = residue.label;
+  if (label.code.empty() == label.name.empty()) return false;
+  return label.code.empty() || residue.name.empty() ||
+         polypeptideResidue(residue.name).letter == polypeptideResidue(upper(label.code)).letter;
+}
 
-  CsvContents read() {
-    contents.columns.resize(table.layout.width());
-    forEachRow(text, table.layout, [this](const CsvRow& row) {
-      ++contents.rows;
-      if (row.fault.empty())
-        readRow(row);
-      else
-        ignore(row, row.fault, contents.misfits);
-    });
-    return std::move(contents);
+/// Tells whether "52,4" may be cut at its comma, with the second half in a column that is not used.
+bool isSplitDecimal(const CsvRow& row, const CsvTable& table) {
+  const std::size_t next = table.columns.shift + 1;
+  if (!table.columns.areLong() || table.layout.separator != Separator::comma || next >= row.cells.size() ||
+      table.columns.areUsing(next))
+    return false;
+  const auto isWhole = [](const std::string& cell) {
+    return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
+  };
+  return isWhole(row.cells[table.columns.shift]) && isWhole(row.cells[next]);
+}
+
+void surveyShifts(const CsvRow& row, const RowResidue& residue, const CsvTable& table, Survey& survey) {
+  for (const RowShift& shift : shiftsIn(row, residue, table.columns)) {
+    const auto ppm = numberIn(shift.value);
+    if (shift.value.empty() || (ppm && isMissing(*ppm))) continue;
+    const bool isPossible = ppm && canBeShift(shift.residueName, shift.column.atom, *ppm);
+    survey.columns[shift.column.column].impossible.add(
+        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(shift.column.atom, 20));
   }
+}
 
- private:
-  void ignore(const CsvRow& row, const std::string& why, Tally& tally) {
-    tally.add(row.line, why);
-    contents.ignored.add("line " + std::to_string(row.line) + " ignored: " + why);
-  }
-
-  void readRow(const CsvRow& row) {
-    const RowResidue residue = residueOf(row.cells, columns);
-    if (!residue.unassigned.empty()) {
-      contents.found.unassigned.add(residue.unassigned);
-      return;
-    }
-    if (const std::string why = whyNotPlaced(residue, row.cells, columns); !why.empty()) {
-      ignore(row, why, contents.unplaced);
-      return;
-    }
-    const ResidueLabel& label = residue.label;
-    if (!label.name.empty() && !label.code.empty())
-      contents.twoLetters.add(row.line, label.name + label.number + label.code);
-    for (std::size_t i = 0; i < row.cells.size(); ++i) countCell(row.cells[i], contents.columns[i]);
-    if (columns.areLong()) {
-      readLongRow(row, residue);
-      return;
-    }
-    add(row, residue, {}, {});  // the residue is there, with shifts or without
-    for (const AtomColumn& column : columns.atoms)
-      if (!isNoValue(row.cells[column.column])) readAtomCell(row, residue, column);
-  }
-
-  static void countCell(const std::string& cell, ColumnContents& column) {
-    if (isNoValue(cell)) return;
-    ++column.filled;
-    if (isNumber(cell)) ++column.numbers;
-  }
-
-  void readAtomCell(const CsvRow& row, const RowResidue& residue, const AtomColumn& column) {
-    const std::string& value = row.cells[column.column];
-    add(row, residue, value, column);
-    if (isMissingNumber(value)) return;
-    ColumnContents& held = contents.columns[column.column];
-    ++held.values;
-    if (!canBeShiftOf(column.atom, value) && held.impossible++ == 0) held.example = value;
-  }
-
-  void readLongRow(const CsvRow& row, const RowResidue& residue) {
-    std::string atom = columns.atom != kNoColumn ? row.cells[columns.atom] : residue.label.atom;
-    const std::optional<int> offset = takeOffset(atom);
-    const std::string value = isNoValue(row.cells[columns.shift]) ? "" : row.cells[columns.shift];
-    // A row without atom and value still names a residue.
-    if (value.empty() && isNoValue(atom)) atom.clear();
-    add(row, residue, value, {kNoColumn, atom, offset});
-    if (isSplitDecimal(row)) ++contents.splitDecimals;
-    if (value.empty() || isMissingNumber(value)) return;
-    ++contents.values;
-    if (!canBeShiftIn(residue.name, atom, value))
-      contents.impossible.add(row.line, quotedCell(value) + " for " + printable(atom, 20));
-  }
-
-  /// Tells whether "52,4" may be cut at its comma, with the second half in a column that is not used.
-  bool isSplitDecimal(const CsvRow& row) const {
-    const std::size_t next = columns.shift + 1;
-    if (table.layout.separator != Separator::comma || next >= row.cells.size() || columns.areUsing(next))
-      return false;
-    const auto isWhole = [](const std::string& cell) {
-      return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
-    };
-    return isWhole(row.cells[columns.shift]) && isWhole(row.cells[next]);
-  }
-
-  void add(const CsvRow& row, const RowResidue& residue, const std::string& value, const AtomColumn& column) {
-    const ResidueLabel& label = residue.label;
-    FileShift shift;
-    shift.number = label.number;
-    shift.offset = label.offset ? label.offset : column.offset;
-    // The name beside a column "CA-1", or in a label "G12-1", is that of the residue with the number.
-    if (!column.offset && !(label.offset && residue.name == label.name)) shift.residueName = residue.name;
-    shift.atom = column.atom;
-    shift.value = value;
-    shift.line = row.line;
-    contents.found.add(residue.chain, std::move(shift));
-    contents.labels.push_back({label.code.empty() ? '\0' : label.code.front(), !label.name.empty(),
-                               label.hasDash, residue.isByCounter, column.column});
-  }
-
-  std::string_view text;
-  const CsvTable& table;
-  const CsvColumns& columns;
-  CsvContents contents;
-};
-
-// --- What the labels mean -----------------------------------------------------------------------
+void surveyRow(const CsvRow& row, const CsvTable& table, Survey& survey) {
+  const RowResidue residue = residueOf(row, table.columns);
+  survey.misfits.add(row.line, row.fault);
+  if (row.fault.empty()) survey.unplaced.add(row.line, residue.fault);
+  if (!residue.fault.empty())
+    survey.ignored.add("line " + std::to_string(row.line) + " ignored: " + residue.fault);
+  if (!residue.unassigned.empty()) survey.unassigned.add(residue.unassigned);
+  if (!residue.isKnown()) return;
+  const ResidueLabel& label = residue.label;
+  const bool hasTwo = !label.name.empty() && !label.code.empty();
+  survey.twoLetters.add(row.line, hasTwo ? quotedCell(label.name + label.number + label.code) : "");
+  survey.dashed.add(row.line, label.hasDash ? quotedCell(residue.name + "-" + label.number) : "");
+  survey.splitDecimals.add(row.line, isSplitDecimal(row, table) ? "cut" : "");
+  survey.isCounterUsed = survey.isCounterUsed || residue.isByCounter;
+  survey.areCodesNames = survey.areCodesNames && isCodeAName(residue);
+  for (std::size_t i = 0; i < row.cells.size(); ++i)
+    if (const std::string& cell = row.cells[i]; !isNoValue(cell))
+      survey.columns[i].texts.add(row.line, numberIn(cell) ? "" : cell);
+  surveyShifts(row, residue, table, survey);
+}
 
 /// Tells whether the residues of each chain ascend, with each dash as a minus sign or not.
-bool doNumbersAscend(const CsvContents& contents, bool isMinus) {
-  std::vector<std::set<int>> chains(contents.found.chains.size());
-  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
-    const auto digits = toInteger(contents.found.shifts[i].number);
-    if (!digits || !contents.labels[i].hasName) continue;
-    const int number = isMinus && contents.labels[i].hasDash ? -*digits : *digits;
-    std::set<int>& seen = chains[contents.found.shifts[i].chain];
-    if (seen.insert(number).second && number != *seen.rbegin()) return false;
-  }
-  return true;
+bool doNumbersAscend(const CsvTable& table, bool isMinus) {
+  std::map<std::string, std::set<int>> chains;
+  bool doAscend = true;
+  forEachResidue(table, [&](const CsvRow&, const RowResidue& residue) {
+    const auto digits = toInteger(residue.label.number);
+    if (!digits || residue.label.name.empty()) return;
+    const int number = isMinus && residue.label.hasDash ? -*digits : *digits;
+    std::set<int>& seen = chains[residue.chain];
+    if (seen.insert(number).second && number != *seen.rbegin()) doAscend = false;
+  });
+  return doAscend;
 }
 
 /// Tells whether the dash of labels such as "G-2" is a minus sign: it is one if the numbers ascend only then.
 /// If every label has a dash (Gly-12), it is a separator. FileError where neither is certain.
-bool areDashesMinus(const CsvContents& contents, const std::string& file) {
-  const auto& labels = contents.labels;
-  const auto hasDash = [](const OpenLabel& label) { return label.hasDash; };
-  const auto dashed = std::find_if(labels.begin(), labels.end(), hasDash);
-  if (dashed == labels.end()) return false;
-  const bool isMinus = doNumbersAscend(contents, true);
-  if (isMinus != doNumbersAscend(contents, false)) return isMinus;
-  if (std::all_of(labels.begin(), labels.end(), hasDash)) return false;
-  const FileShift& shift = contents.found.shifts[static_cast<std::size_t>(dashed - labels.begin())];
-  throw FileError(file, shift.line,
-                  "cannot tell whether \"-\" in " + quotedCell(shift.residueName + "-" + shift.number) +
-                      " is a minus sign or a dash",
+bool areDashesMinus(const CsvTable& table, const Tally& dashed, const std::string& file) {
+  if (dashed.count == 0) return false;
+  const bool isMinus = doNumbersAscend(table, true);
+  if (isMinus != doNumbersAscend(table, false)) return isMinus;
+  if (dashed.count == dashed.all) return false;
+  throw FileError(file, dashed.line,
+                  "cannot tell whether \"-\" in " + dashed.first + " is a minus sign or a dash",
                   kOwnColumnsRemedy);
-}
-
-/// Tells whether the letters after residue numbers (82P) are names, not insertion codes: every row has one or
-/// a longer name in the same cell (82PRO), and no other name.
-bool areCodesNames(const CsvContents& contents) {
-  for (std::size_t i = 0; i < contents.labels.size(); ++i) {
-    const OpenLabel& label = contents.labels[i];
-    if ((label.code != 0) == label.hasName) return false;
-    const std::string& name = contents.found.shifts[i].residueName;
-    if (label.code != 0 && !name.empty() &&
-        polypeptideResidue(name).letter != polypeptideResidue(upper({&label.code, 1})).letter)
-      return false;
-  }
-  return true;
 }
 
 /// Tells whether the only column of residue numbers counts the rows: it goes up by one in each, although the
 /// atoms differ.
-bool areRowsCounted(const CsvContents& contents) {
+bool areRowsCounted(const CsvTable& table) {
   constexpr std::size_t kFewestRows = 3;
-  const auto& shifts = contents.found.shifts;
-  if (shifts.size() < kFewestRows) return false;
-  bool haveSeveralAtoms = false;
-  for (std::size_t i = 0; i < shifts.size(); ++i) {
-    if (!contents.labels[i].isByCounter) return false;
-    if (i > 0 && nextNumber(shifts[i - 1].number) != shifts[i].number) return false;
-    haveSeveralAtoms = haveSeveralAtoms || !equalIgnoringCase(shifts[i].atom, shifts.front().atom);
-  }
-  return haveSeveralAtoms;
+  std::size_t rows = 0;
+  std::size_t inTurn = 0;
+  std::optional<std::string> next;
+  std::set<std::string> atoms;
+  forEachResidue(table, [&](const CsvRow& row, const RowResidue& residue) {
+    const std::string& number = residue.label.number;
+    if (residue.isByCounter && (rows == 0 || next == number)) ++inTurn;
+    ++rows;
+    next = nextNumber(number);
+    if (atoms.size() < 2) atoms.insert(upper(shiftsIn(row, residue, table.columns).front().column.atom));
+  });
+  return rows >= kFewestRows && inTurn == rows && atoms.size() > 1;
 }
 
-/// "3 of 5"
-std::string share(const Tally& tally, std::size_t all) {
-  return std::to_string(tally.count) + " of " + std::to_string(all);
+std::string outOfRange(const Tally& impossible) {
+  return "most values (" + impossible.share() + ") are out of range for their atoms, such as " +
+         impossible.first;
 }
 
 /// Throws FileError for a table whose columns are not certain.
-void refuseDoubtful(const CsvContents& contents, const CsvColumns& columns, const std::string& file) {
-  const Tally& misfits = contents.misfits;
-  const Tally& unplaced = contents.unplaced;
-  const std::size_t whole = contents.rows - misfits.count;
-  if (misfits.areMostOf(contents.rows))
-    throw FileError(
-        file, misfits.line,
-        "most rows (" + share(misfits, contents.rows) +
-            ") do not fit the columns; the first: " + misfits.first,
-        "give every row a cell for each column, an empty one where there is no shift, and numbers "
-        "with a decimal point");
-  if (unplaced.areMostOf(whole))
-    throw FileError(file, unplaced.line,
-                    "most rows (" + share(unplaced, whole) + ") name no residue" +
-                        (columns.lackAtoms() ? " with its atom: " : ": ") + unplaced.first,
-                    "is this a table of shifts? It needs columns resid, resname, atom and shift");
-  if (contents.twoLetters.areMostOf(whole - unplaced.count))
-    throw FileError(
-        file, contents.twoLetters.line,
-        "cannot tell which letter of " + quotedCell(contents.twoLetters.first) + " names the residue",
-        kOwnColumnsRemedy);
-  if (columns.areLong() && areRowsCounted(contents))
+void refuseDoubtful(const Survey& survey, const CsvTable& table, const std::string& file) {
+  const auto refuse = [&](const Tally& tally, const std::string& what, const char* remedy) {
+    if (tally.areMost()) throw FileError(file, tally.line, what, remedy);
+  };
+  const CsvColumns& columns = table.columns;
+  const Tally& misfits = survey.misfits;
+  const Tally& unplaced = survey.unplaced;
+  refuse(misfits, "most rows (" + misfits.share() + ") do not fit the columns; the first: " + misfits.first,
+         "give every row a cell for each column, an empty one where there is no shift, and numbers with a "
+         "decimal point");
+  refuse(unplaced,
+         "most rows (" + unplaced.share() + ") name no residue" +
+             (columns.lackAtoms() ? " with its atom: " : ": ") + unplaced.first,
+         "is this a table of shifts? It needs columns resid, resname, atom and shift");
+  refuse(survey.twoLetters, "cannot tell which letter of " + survey.twoLetters.first + " names the residue",
+         kOwnColumnsRemedy);
+  if (!columns.areLong()) return;
+  if (survey.isCounterUsed && areRowsCounted(table))
     throw FileError(file, 0, "the only column of numbers besides the shifts counts the rows",
                     "add a column of residue numbers (resid)");
   constexpr std::size_t kFewestSplit = 3;
-  if (contents.splitDecimals >= kFewestSplit && contents.splitDecimals == whole - unplaced.count)
+  if (const Tally& split = survey.splitDecimals; split.count >= kFewestSplit && split.count == split.all)
     throw FileError(file, 0, "the shifts seem to be cut at their decimal commas",
                     "write decimal points, or semicolons between the columns");
-  if (contents.impossible.areMostOf(contents.values))
-    throw FileError(file, contents.impossible.line,
-                    "most values (" + share(contents.impossible, contents.values) +
-                        ") are out of range for their atoms, such as " + contents.impossible.first,
-                    kCheckColumns);
+  const Tally& impossible = survey.columns[columns.shift].impossible;
+  refuse(impossible, outOfRange(impossible), kCheckColumns);
 }
-
-// --- What is kept -------------------------------------------------------------------------------
 
 /// Returns the name of a column for messages.
 std::string titleOf(std::size_t column, const CsvTable& table) {
@@ -343,81 +302,75 @@ std::string titleOf(std::size_t column, const CsvTable& table) {
   return name.empty() ? std::to_string(column + 1) + " (without a name)" : printable(name, 40);
 }
 
-/// Notes the columns that are not used: atom columns whose values are mostly out of range (secondary shifts,
-/// other atoms), and other columns of numbers.
-void noteColumns(const CsvContents& contents, const CsvTable& table, const std::string& file,
-                 std::vector<std::string>& notes) {
-  const CsvColumns& columns = table.columns;
+/// Removes atom columns whose values are mostly out of range (secondary shifts, other atoms), and notes all
+/// columns of numbers that are not used.
+void removeColumns(const Survey& survey, CsvTable& table, const std::string& file,
+                   std::vector<std::string>& notes) {
+  CsvColumns& columns = table.columns;
   if (!columns.doubled.empty())
     notes.push_back("more than one column for " + enumerated(columns.doubled) + ": none of them is used");
+  std::vector<std::string> others;
+  for (std::size_t i = 0; i < survey.columns.size(); ++i) {
+    const Tally& texts = survey.columns[i].texts;
+    const bool isUsed = columns.areUsing(i) || (survey.isCounterUsed && i == columns.counter);
+    if (texts.count < texts.all && !texts.areMost() && !isUsed) others.push_back(titleOf(i, table));
+  }
   std::vector<std::string> wrong;
-  for (const AtomColumn& one : columns.atoms)
-    if (const ColumnContents& held = contents.columns[one.column]; held.isWrong())
-      wrong.push_back("column " + titleOf(one.column, table) + " ignored: " +
-                      std::to_string(held.impossible) + " of its " + std::to_string(held.values) +
-                      " values are out of range for " + one.atom + ", such as " + quotedCell(held.example));
-  if (!wrong.empty() && wrong.size() == columns.atoms.size())
+  const auto isWrong = [&](const AtomColumn& one) {
+    const Tally& impossible = survey.columns[one.column].impossible;
+    if (!impossible.areMost()) return false;
+    wrong.push_back("column " + titleOf(one.column, table) + " ignored: " + outOfRange(impossible));
+    return true;
+  };
+  columns.atoms.erase(std::remove_if(columns.atoms.begin(), columns.atoms.end(), isWrong),
+                      columns.atoms.end());
+  if (!wrong.empty() && columns.atoms.empty())
     throw FileError(file, 0, "no column holds shifts of its atom: " + wrong.front(), kCheckColumns);
   notes.insert(notes.end(), wrong.begin(), wrong.end());
-  const bool isCounterUsed = std::any_of(contents.labels.begin(), contents.labels.end(),
-                                         [](const OpenLabel& label) { return label.isByCounter; });
-  std::vector<std::string> others;
-  for (std::size_t i = 0; i < contents.columns.size(); ++i) {
-    const ColumnContents& held = contents.columns[i];
-    const bool isUsed = columns.areUsing(i) || (isCounterUsed && i == columns.counter);
-    if (held.numbers > 0 && held.numbers * 2 >= held.filled && !isUsed) others.push_back(titleOf(i, table));
-  }
-  if (!others.empty()) notes.push_back("columns of numbers that are not used: " + enumerated(others));
+  addNote("columns of numbers that are not used: ", others, notes);
 }
 
-/// Settles numbers with their signs and codes, and names that look like codes.
-void settleLabels(CsvContents& contents, const std::string& file) {
-  const bool isMinus = areDashesMinus(contents, file);
-  const bool isName = areCodesNames(contents);
-  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
-    FileShift& shift = contents.found.shifts[i];
-    const OpenLabel& label = contents.labels[i];
-    if (isMinus && label.hasDash && shift.number != "0") shift.number.insert(0, 1, '-');
-    if (label.code != 0 && !isName) shift.number += label.code;
-    if (label.code != 0 && isName && !shift.offset && shift.residueName.empty())
-      shift.residueName = label.code;
-    shift.key = shift.number;
-  }
+// --- The shifts ---------------------------------------------------------------------------------
+
+/// Settles the number of a residue with its sign and code, and a name that looks like a code.
+void settle(bool areDashesMinus, bool areCodesNames, RowResidue& residue) {
+  ResidueLabel& label = residue.label;
+  if (areDashesMinus && label.hasDash && label.number != "0") label.number.insert(0, 1, '-');
+  if (!areCodesNames)
+    label.number += label.code;
+  else if (!label.code.empty() && residue.name.empty())
+    residue.name = label.name = label.code;
 }
 
-/// Removes the shifts of wrong columns, and values out of range for their atom.
-void dropImpossible(CsvContents& contents, std::vector<std::string>& notes) {
+/// Reads the shifts of rows whose labels are clear. A value out of range for its atom is left out where only
+/// its place names the atom.
+void readShifts(const CsvTable& table, bool areDashesMinus, bool areCodesNames, FoundRows& found,
+                std::vector<std::string>& notes) {
+  bool hasComma = false;
   LimitedNotes impossible("values ignored");
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < contents.found.shifts.size(); ++i) {
-    FileShift& shift = contents.found.shifts[i];
-    const std::size_t column = contents.labels[i].column;
-    if (column != kNoColumn) {
-      if (contents.columns[column].isWrong()) continue;
-      if (isNumber(shift.value) && !isMissingNumber(shift.value) &&
-          !canBeShiftIn(shift.residueName, shift.atom, shift.value)) {
+  forEachResidue(table, [&](const CsvRow& row, RowResidue& residue) {
+    settle(areDashesMinus, areCodesNames, residue);
+    for (RowShift& one : shiftsIn(row, residue, table.columns)) {
+      FileShift shift;
+      shift.number = residue.label.number;
+      shift.offset = residue.label.offset ? residue.label.offset : one.column.offset;
+      shift.residueName = std::move(one.residueName);
+      shift.atom = std::move(one.column.atom);
+      shift.value = valueText(one.value);
+      shift.line = row.line;
+      hasComma = hasComma || shift.value != withLatinLetters(one.value);
+      const auto ppm = numberIn(shift.value);
+      if (!table.columns.areLong() && ppm && !isMissing(*ppm) &&
+          !canBeShift(shift.residueName, shift.atom, *ppm))
         impossible.add("line " + std::to_string(shift.line) + ": " + shift.atom + " " +
                        printable(shift.value, 20) + " of residue " + shift.number +
                        " is out of range, ignored; is it in the wrong column?");
-        continue;
-      }
+      else
+        found.add(residue.chain, std::move(shift));
     }
-    if (kept != i) contents.found.shifts[kept] = std::move(shift);
-    ++kept;
-  }
-  contents.found.shifts.resize(kept);
-  impossible.appendTo(notes);
-}
-
-/// Writes numbers with a decimal point.
-void writePoints(std::vector<FileShift>& shifts, std::vector<std::string>& notes) {
-  bool hasComma = false;
-  for (FileShift& shift : shifts) {
-    std::string value = valueText(shift.value);
-    hasComma = hasComma || value != withLatinLetters(shift.value);
-    shift.value = std::move(value);
-  }
+  });
   if (hasComma) notes.push_back("decimal commas read as points");
+  impossible.appendTo(notes);
 }
 
 }  // namespace
@@ -433,17 +386,18 @@ ShiftFile readCsv(const Source& source) {
   const std::string& text = hasQuotes ? joined : source.text;
   std::vector<std::string> notes;
   CsvTable table = findTable(text, source.file, notes);
-  findPlaces(text, table.layout);
-  CsvContents contents = RowReader(text, table, source.file).read();
-  refuseDoubtful(contents, table.columns, source.file);
-  contents.ignored.appendTo(notes);
-  contents.found.unassigned.appendTo(notes);
-  noteColumns(contents, table, source.file, notes);
+  findPlaces(table.layout);
+  Survey survey;
+  survey.columns.resize(table.layout.names.size());
+  forEachRow(table.layout, [&](const CsvRow& row) { surveyRow(row, table, survey); });
+  refuseDoubtful(survey, table, source.file);
+  survey.ignored.appendTo(notes);
+  survey.unassigned.appendTo(notes);
+  removeColumns(survey, table, source.file, notes);
   if (table.layout.isByPlace) notes.push_back("rows with gaps read by the places of the column names");
-  settleLabels(contents, source.file);
-  writePoints(contents.found.shifts, notes);
-  dropImpossible(contents, notes);
-  return std::move(contents.found).file(std::move(notes));
+  FoundRows found(text, source.file);
+  readShifts(table, areDashesMinus(table, survey.dashed, source.file), survey.areCodesNames, found, notes);
+  return std::move(found).file(std::move(notes));
 }
 
 }  // namespace zorvela

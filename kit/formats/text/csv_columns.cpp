@@ -1,17 +1,26 @@
 #include "formats/text/csv_columns.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <string_view>
+#include <utility>
 
-#include "formats/text/csv_cells.h"
-#include "formats/text/delimited_text.h"
+#include "formats/text/cells.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
+#include "zorvela/error.h"
 
 namespace zorvela {
 
 namespace {
+
+constexpr const char* kColumnsRemedy =
+    "give NMR-STAR, NEF, the program's shift table, or text with a header line such as "
+    "resid,resname,atom,shift";
+// There may be a page of titles and comments above the column names.
+constexpr std::size_t kMostLinesAbove = 50;
+
+// --- Columns by their names ----------------------------------------------------------------------
 
 constexpr std::size_t kMostResidueColumns = 3;
 
@@ -22,24 +31,28 @@ constexpr std::pair<std::string_view, std::string_view> kSynonyms[] = {
 };
 
 // Names of columns, in order of trust: where a file has several, the first wins.
-constexpr std::string_view kNumberNames =
-    "resid resnum resno resnr resseq resi compindexid seqid seqcode resseqcode seqnum seqno seqnr authseqid "
-    "resindex aano aanum";
-constexpr std::string_view kNameNames =
-    "resname restype resn compid reslabel reslabel3 aatype 3letter 1letter oneletter threeletter 3lettercode "
-    "1lettercode onelettercode threelettercode";
+struct Heading {
+  std::size_t CsvColumns::*column;
+  std::string_view names;
+};
+constexpr Heading kHeadings[] = {
+    {&CsvColumns::shift, "shift chemshift chemshiftval chemshiftvalue cs val value ppm delta csvalue d"},
+    {&CsvColumns::chain,
+     "chain chainid chaincode chainname segid segment asymid authasymid entityassemblyasymid "
+     "entityassemblyid entity entityid molecule mol"},
+    {&CsvColumns::number,
+     "resid resnum resno resnr resseq resi compindexid seqid seqcode resseqcode seqnum seqno seqnr authseqid "
+     "resindex aano aanum"},
+    {&CsvColumns::name,
+     "resname restype resn compid reslabel reslabel3 aatype 3letter 1letter oneletter threeletter "
+     "3lettercode 1lettercode onelettercode threelettercode"},
+    {&CsvColumns::atom, "atom atomname atomid atomtypename name"},
+    {&CsvColumns::counter, "num nr position pos no index idx"},
+};
 constexpr std::string_view kResidueNames = "res group aa code seq";
-// Numbers of residues, or of rows.
-constexpr std::string_view kCounterNames = "num nr position pos no index idx";
 constexpr std::string_view kAssignmentNames =
     "assignment assignments assign assigned resonance nmratom label";
 constexpr std::string_view kWeakNameNames = "type name";
-constexpr std::string_view kAtomNames = "atom atomname atomid atomtypename name";
-constexpr std::string_view kShiftNames =
-    "shift chemshift chemshiftval chemshiftvalue cs val value ppm delta csvalue d";
-constexpr std::string_view kChainNames =
-    "chain chainid chaincode chainname segid segment asymid authasymid entityassemblyasymid entityassemblyid "
-    "entity entityid molecule mol";
 // Atoms of the table under another name.
 struct AtomAlias {
   std::string_view name;
@@ -81,29 +94,15 @@ std::string simplified(const std::string& name) {
   return result;
 }
 
-/// Gives each column out once.
-class ColumnTaker {
- public:
-  explicit ColumnTaker(const std::vector<std::string>& names) {
-    for (const std::string& name : names) free.push_back(name.empty() ? name : simplified(name));
-  }
-
-  std::size_t take(std::string_view names) {
-    const auto inOrder = splitCells(names, Separator::blank);
-    for (const std::string& name : inOrder.value())
-      if (const auto found = std::find(free.begin(), free.end(), name); found != free.end()) {
-        found->clear();
-        return static_cast<std::size_t>(found - free.begin());
-      }
-    return kNoColumn;
-  }
-
-  bool isFree(std::size_t i) const { return !free[i].empty(); }
-  bool has(std::string_view name) const { return std::find(free.begin(), free.end(), name) != free.end(); }
-
- private:
-  std::vector<std::string> free;
-};
+/// Returns the first column with one of these names, and clears its name: each column is given out once.
+std::size_t take(std::string_view names, std::vector<std::string>& open) {
+  for (const std::string& name : wordsOf(names))
+    if (const auto found = std::find(open.begin(), open.end(), name); found != open.end()) {
+      found->clear();
+      return static_cast<std::size_t>(found - open.begin());
+    }
+  return kNoColumn;
+}
 
 /// Returns the atom of a simplified name with nothing around it; empty if there is none.
 std::string plainAtom(std::string_view name) {
@@ -113,32 +112,17 @@ std::string plainAtom(std::string_view name) {
   return atomNamed(atom) ? atom : std::string();
 }
 
-std::string atomWithoutEnding(std::string_view name) {
-  if (std::string atom = plainAtom(name); !atom.empty()) return atom;
-  for (const std::string_view start : kBefore) {
-    // "13C" alone may be any carbon.
-    if (name.substr(0, start.size()) != start || name == "13c") continue;
-    if (std::string atom = atomWithoutEnding(name.substr(start.size())); !atom.empty()) return atom;
-  }
-  return {};
-}
-
+/// Returns the atom of a simplified name with marks around it.
 std::string atomOfSimplified(std::string_view name) {
-  if (std::string atom = atomWithoutEnding(name); !atom.empty()) return atom;
-  for (const std::string_view end : kAfter) {
-    if (name.size() <= end.size() || name.substr(name.size() - end.size()) != end) continue;
-    if (std::string atom = atomOfSimplified(name.substr(0, name.size() - end.size())); !atom.empty())
-      return atom;
-  }
-  return {};
-}
-
-/// Returns "CA" for "CA(i)": the shift is the residue's own.
-std::string withoutOwnIndex(const std::string& name) {
-  for (const char* index : {"(i)", "[i]"})
-    if (const std::size_t at = lower(name).find(index); at != std::string::npos)
-      return std::string(name).erase(at, std::string_view(index).size());
-  return name;
+  for (const std::string_view end : kAfter)
+    if (name.size() > end.size() && name.substr(name.size() - end.size()) == end)
+      return atomOfSimplified(name.substr(0, name.size() - end.size()));
+  std::string atom = plainAtom(name);
+  for (const std::string_view start : kBefore)
+    // "13C" alone may be any carbon.
+    if (atom.empty() && name.substr(0, start.size()) == start && name != "13c")
+      atom = atomOfSimplified(name.substr(start.size()));
+  return atom;
 }
 
 /// Tells whether a column name is the atom's own, which wins over "CA shift" and the like.
@@ -148,22 +132,23 @@ bool isOwnName(std::string name, const std::string& atom) {
   return !plain.empty() && plain == atom;
 }
 
-/// Tells whether a name is open: "1H" may be any proton, "1HA" one of two, unless another column shows which.
-bool isOpenProton(const std::string& name, const ColumnTaker& taker) {
-  return (name == "1h" && !taker.has("15n") && !taker.has("n")) || (name == "1ha" && taker.has("2ha"));
-}
-
 /// Adds the column of each atom: the one under its own name, or the only one.
-void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& taker, CsvColumns& columns) {
+void addAtomColumns(const std::vector<std::string>& names, const std::vector<std::string>& open,
+                    CsvColumns& columns) {
+  const auto has = [&](const char* name) { return std::find(open.begin(), open.end(), name) != open.end(); };
+  // "1H" may be any proton, "1HA" one of two, unless another column shows which.
+  const auto isUnclear = [&](const std::string& name) {
+    return (name == "1h" && !has("15n") && !has("n")) || (name == "1ha" && has("2ha"));
+  };
   // Beside "HA-2", "HA-1" is the other proton.
   const auto isSecond = [](const std::string& name) { return lower(name) == "ha-2"; };
   const bool areProtons = std::any_of(names.begin(), names.end(), isSecond);
   std::map<std::pair<std::string, std::optional<int>>, std::vector<std::size_t>> claims;
-  for (std::size_t i = 0; i < names.size(); ++i)
-    if (taker.isFree(i) && !isOpenProton(simplified(names[i]), taker))
-      if (const ColumnAtom read = atomOfColumn(areProtons && lower(names[i]) == "ha-1" ? "HA1" : names[i]);
-          !read.atom.empty())
-        claims[{read.atom, read.offset}].push_back(i);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (open[i].empty() || isUnclear(open[i])) continue;
+    const AtomColumn read = atomOfColumn(areProtons && lower(names[i]) == "ha-1" ? "HA1" : names[i]);
+    if (!read.atom.empty()) claims[{read.atom, read.offset}].push_back(i);
+  }
   for (auto& [named, claimed] : claims) {
     const std::string atom = named.first;
     const auto isOwn = [&](std::size_t i) { return isOwnName(names[i], atom); };
@@ -178,45 +163,26 @@ void addAtomColumns(const std::vector<std::string>& names, const ColumnTaker& ta
             [](const AtomColumn& a, const AtomColumn& b) { return a.column < b.column; });
 }
 
-/// Reads "type" and "name" as the residue's where no better column is found.
-void takeWeakName(ColumnTaker& taker, CsvColumns& columns) {
-  if (columns.name != kNoColumn) return;
-  const std::size_t weak = taker.take(kWeakNameNames);
-  if (columns.residues.empty())
-    columns.name = weak;
-  else if (weak != kNoColumn)
-    columns.residues.push_back(weak);
-}
-
-/// Tells whether there is one row per shift: a column "atom" is certain, "name" may be the residue's.
-bool isLongForCertain(const std::vector<std::string>& names, const CsvColumns& columns) {
-  return columns.shift != kNoColumn && columns.atom != kNoColumn && simplified(names[columns.atom]) != "name";
-}
-
-bool haveResidue(const CsvColumns& columns) {
-  return columns.number != kNoColumn || columns.counter != kNoColumn || !columns.residues.empty();
-}
-
 /// Settles a table with one row per residue: "name" is the residue's, and a column such as "delta" is not a
 /// shift. Where no other column has the residues, "label" or "name" has them whole (S81).
-void becomeWide(const std::vector<std::string>& names, ColumnTaker& taker, CsvColumns& columns) {
-  const bool isName = columns.atom != kNoColumn && simplified(names[columns.atom]) == "name";
-  const std::size_t name = isName ? columns.atom : kNoColumn;
+void becomeWide(std::size_t nameColumn, std::vector<std::string>& open, CsvColumns& columns) {
   columns.shift = kNoColumn;
   columns.atom = kNoColumn;
   std::size_t label = kNoColumn;
-  if (!haveResidue(columns)) {
-    label = taker.take(kAssignmentNames);
-    if (label == kNoColumn && columns.name == kNoColumn) label = name;
+  if (!columns.haveResidue()) {
+    label = take(kAssignmentNames, open);
+    if (label == kNoColumn && columns.name == kNoColumn) label = nameColumn;
   }
   if (label != kNoColumn)
     columns.residues.push_back(label);
   else if (columns.name == kNoColumn)
-    columns.name = name;
+    columns.name = nameColumn;
 }
 
-/// Finds the column with residue and atom in one cell, which may have another name.
-void findAssignment(ColumnTaker& taker, CsvColumns& columns) {
+/// Settles a table with one row per shift: residue and atom may be in one cell, under another name.
+void becomeLong(std::vector<std::string>& open, CsvColumns& columns) {
+  columns.atoms.clear();
+  columns.doubled.clear();
   if (columns.shift == kNoColumn) return;
   const bool hasResidue =
       columns.number != kNoColumn || columns.counter != kNoColumn || columns.name != kNoColumn;
@@ -224,96 +190,143 @@ void findAssignment(ColumnTaker& taker, CsvColumns& columns) {
     if (!hasResidue && columns.residues.empty()) std::swap(columns.assignment, columns.atom);
     return;
   }
-  columns.assignment = taker.take(kAssignmentNames);
+  columns.assignment = take(kAssignmentNames, open);
   if (columns.assignment != kNoColumn || hasResidue || columns.residues.size() != 1) return;
   columns.assignment = columns.residues.front();
   columns.residues.clear();
 }
 
-// --- The residue of a row -----------------------------------------------------------------------
+// --- Columns by their cells ----------------------------------------------------------------------
 
-const std::string& cellAt(const std::vector<std::string>& cells, std::size_t column) {
-  static const std::string kNone;
-  return column < cells.size() ? cells[column] : kNone;
+/// How a cell fits a kind of column. All cells of a column fit, and at least one is certain.
+enum class Fit { none, possible, certain };
+
+Fit certainIf(bool fits) {
+  return fits ? Fit::certain : Fit::none;
 }
 
-/// Returns the columns that may give the number of a residue, in order of trust.
-std::vector<std::size_t> numberSources(const CsvColumns& columns) {
-  std::vector<std::size_t> sources = {columns.number, columns.assignment};
-  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
-  sources.insert(sources.end(), {columns.name, columns.counter});
-  return sources;
+/// A name such as HB2, CG1, QQD or CD1/2: a nucleus, then where it is. Those of the table are certain.
+Fit fitOfAtom(const std::string& cell) {
+  const std::string text = upper(withLatinLetters(cell));
+  constexpr std::size_t kLongest = 8;
+  const bool isAtom = !text.empty() && text.size() <= kLongest && contains("HCNQMOS", text.substr(0, 1)) &&
+                      std::all_of(text.begin(), text.end(), [](char c) {
+                        return isLetter(c) || isDigit(c) || contains("%*#'\"/|+", {&c, 1});
+                      });
+  if (!isAtom) return Fit::none;
+  for (const char type : {'A', 'G', kProlineCode})
+    if (readAtom(type, cell).isInTable()) return Fit::certain;
+  return Fit::possible;
 }
 
-void findNumber(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
-  for (const std::size_t column : numberSources(columns)) {
-    if (isUnassignedLabel(cellAt(cells, column))) {
-      residue.unassigned = cellAt(cells, column);
-      return;
+struct ColumnKind {
+  const char* title;
+  std::size_t CsvColumns::*place;  ///< nullptr: one of `CsvColumns::residues`
+  Fit (*fit)(const std::string& cell);
+};
+
+constexpr ColumnKind kNumber = {"residue number", &CsvColumns::counter, [](const std::string& cell) {
+                                  return certainIf(toInteger(cell).has_value());
+                                }};
+constexpr ColumnKind kName = {
+    "residue name", &CsvColumns::name, [](const std::string& cell) {
+      return certainIf(!toInteger(cell) && polypeptideResidue(cell).letter != kUnknownResidue);
+    }};
+constexpr ColumnKind kAtom = {"atom", &CsvColumns::atom, fitOfAtom};
+constexpr ColumnKind kResidue = {"residue", nullptr, [](const std::string& cell) {
+                                   const auto label = readLabel(cell);
+                                   return certainIf(label && !label->number.empty() && !label->name.empty());
+                                 }};
+constexpr ColumnKind kAssignment = {
+    "residue with atom", &CsvColumns::assignment, [](const std::string& cell) {
+      const auto label = readLabel(cell, true);
+      return label && !label->number.empty() ? fitOfAtom(label->atom) : Fit::none;
+    }};
+constexpr ColumnKind kShift = {"shift", &CsvColumns::shift, [](const std::string& cell) {
+                                 if (!numberIn(cell)) return Fit::none;
+                                 return cell.find_first_of(".,") == cell.npos ? Fit::possible : Fit::certain;
+                               }};
+
+/// The kinds of the columns from left to right, and which of these are certain.
+struct Order {
+  std::vector<const ColumnKind*> kinds;
+  std::vector<bool> isCertain;
+
+  /// False where a cell does not fit.
+  bool add(const std::vector<std::string>& cells) {
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+      const Fit fit = kinds[i]->fit(cells[i]);
+      if (fit == Fit::none) return false;
+      isCertain[i] = isCertain[i] || fit == Fit::certain;
     }
-    auto label = readLabel(cellAt(cells, column), column == columns.assignment);
-    if (!label || label->number.empty()) continue;
-    residue.label = std::move(*label);
-    residue.isByCounter = column == columns.counter;
-    return;
+    return true;
   }
+};
+
+/// Returns all orders of a table with so many columns.
+std::vector<Order> ordersOf(std::size_t width) {
+  std::vector<const ColumnKind*> kinds = {&kAssignment, &kShift};
+  if (width == 3) kinds = {&kResidue, &kAtom, &kShift};
+  if (width == 4) kinds = {&kNumber, &kName, &kAtom, &kShift};
+  std::sort(kinds.begin(), kinds.end(), std::less<>());
+  std::vector<Order> orders;
+  do orders.push_back({kinds, std::vector<bool>(kinds.size(), false)});
+  while (std::next_permutation(kinds.begin(), kinds.end(), std::less<>()));
+  return orders;
 }
 
-/// Tells whether a cell has no name; an unknown residue has one: "X", "?".
-bool isNoName(const std::string& cell) {
-  return isNoValue(cell) && cell != "?" && !equalIgnoringCase(cell, "X");
-}
-
-void findName(const std::vector<std::string>& cells, const CsvColumns& columns, RowResidue& residue) {
-  std::vector<std::size_t> sources = {columns.name};
-  sources.insert(sources.end(), columns.residues.begin(), columns.residues.end());
-  const std::size_t ownColumns = sources.size();
-  sources.insert(sources.end(), {columns.assignment, columns.number, columns.counter});
-  for (std::size_t i = 0; i < sources.size(); ++i) {
-    const std::string& cell = cellAt(cells, sources[i]);
-    if (isNoName(cell)) continue;
-    const auto label = readLabel(cell, sources[i] == columns.assignment);
-    const bool isOfRow = label && (label->number.empty() || label->number == residue.label.number);
-    if (isOfRow && !label->name.empty() && !isNoName(label->name)) {
-      residue.name = label->name;
-      if (residue.chain.empty()) residue.chain = label->chain;
-      return;
-    }
-    // An unknown name is kept where another column gives the number.
-    if (i < ownColumns && (!label || label->number != residue.label.number)) {
-      residue.name = cell;
-      return;
-    }
+/// Returns the one order of which all columns are certain; nullptr where there are two or none.
+const Order* onlyOrder(const std::vector<Order>& orders) {
+  const Order* only = nullptr;
+  for (const Order& order : orders) {
+    if (std::count(order.isCertain.begin(), order.isCertain.end(), false) > 0) continue;
+    if (only != nullptr) return nullptr;
+    only = &order;
   }
+  return only;
+}
+
+/// Returns the table in a text without column names; nothing where a row has other cells, or where there are
+/// two ways to read them. FileError for a row unlike those of the table above it.
+std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
+  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
+  auto layout = first ? layoutOf(*first, text, 0) : std::nullopt;
+  if (!layout || layout->names.size() < 2 || layout->names.size() > 4) return std::nullopt;
+  std::vector<Order> orders = ordersOf(layout->names.size());
+  std::size_t rows = 0;
+  // Text of another kind fails within its first rows, and the rest is skipped.
+  forEachRow(*layout, [&](const CsvRow& row) {
+    if (orders.empty()) return;
+    ++rows;
+    const bool wasTable = onlyOrder(orders) != nullptr;
+    const auto isUnlike = [&](Order& order) { return !row.fault.empty() || !order.add(row.cells); };
+    orders.erase(std::remove_if(orders.begin(), orders.end(), isUnlike), orders.end());
+    if (orders.empty() && wasTable)
+      throw FileError(file, row.line, "is not like the rows above it, and the table has no column names",
+                      "correct or remove this row, or add a line of column names");
+  });
+  constexpr std::size_t kFewestRows = 2;
+  const Order* order = onlyOrder(orders);
+  if (order == nullptr || rows < kFewestRows) return std::nullopt;
+  CsvTable table{std::move(*layout), {}};
+  for (std::size_t i = 0; i < order->kinds.size(); ++i) {
+    const ColumnKind& kind = *order->kinds[i];
+    table.layout.names[i] = kind.title;
+    if (kind.place != nullptr)
+      table.columns.*kind.place = i;
+    else
+      table.columns.residues = {i};
+  }
+  return table;
 }
 
 }  // namespace
 
-RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns) {
-  RowResidue residue;
-  residue.chain = cellAt(cells, columns.chain);
-  findNumber(cells, columns, residue);
-  if (residue.chain.empty()) residue.chain = residue.label.chain;
-  if (!residue.unassigned.empty()) return residue;
-  findName(cells, columns, residue);
-  return residue;
-}
-
-std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells,
-                         const CsvColumns& columns) {
-  const bool hasNumber = !residue.label.number.empty();
-  if (hasNumber && (!columns.lackAtoms() || !residue.label.atom.empty())) return {};
-  const char* what = hasNumber ? " names no atom" : " is not a residue number";
-  for (const std::size_t column : numberSources(columns))
-    if (!cellAt(cells, column).empty()) return quotedCell(cellAt(cells, column)) + what;
-  return quotedCell("") + what;
-}
-
-bool CsvColumns::areEnough() const {
-  const bool hasShifts = areLong() || atoms.size() > 1;
-  const bool hasResidue =
-      number != kNoColumn || counter != kNoColumn || assignment != kNoColumn || !residues.empty();
-  return hasShifts && hasResidue;
+bool CsvColumns::haveResidue() const {
+  return number != kNoColumn || counter != kNoColumn || assignment != kNoColumn || !residues.empty();
 }
 
 bool CsvColumns::areUsing(std::size_t column) const {
@@ -326,7 +339,7 @@ bool CsvColumns::areUsing(std::size_t column) const {
 std::string CsvColumns::missing() const {
   std::vector<std::string> parts;
   const bool hasLabel = !residues.empty() || assignment != kNoColumn;
-  if (number == kNoColumn && counter == kNoColumn && !hasLabel) parts.push_back("residue number (resid)");
+  if (!haveResidue()) parts.push_back("residue number (resid)");
   if (name == kNoColumn && !hasLabel) parts.push_back("residue name (resname)");
   if (atom == kNoColumn && assignment == kNoColumn) parts.push_back("atom name (atom)");
   if (shift == kNoColumn) parts.push_back("chemical shift (shift)");
@@ -346,40 +359,76 @@ std::optional<int> takeOffset(std::string& name) {
   return std::nullopt;
 }
 
-ColumnAtom atomOfColumn(const std::string& name) {
-  std::string own = withoutOwnIndex(name);
+AtomColumn atomOfColumn(const std::string& name) {
+  // "CA(i)" is the residue's own.
+  std::string own = name;
+  for (const char* index : {"(i)", "[i]"})
+    if (const std::size_t at = lower(own).find(index); at != std::string::npos) own.erase(at, 3);
   const std::optional<int> offset = takeOffset(own);
   const std::string simple = simplified(own);
-  if (simple == "1ha") return {"HA", offset};
-  return {simple.empty() ? std::string() : atomOfSimplified(simple), offset};
+  return {kNoColumn, simple == "1ha" ? "HA" : atomOfSimplified(simple), offset};
 }
 
 CsvColumns readColumns(const std::vector<std::string>& names) {
   CsvColumns columns;
-  ColumnTaker taker(names);
-  columns.shift = taker.take(kShiftNames);
-  columns.chain = taker.take(kChainNames);
-  columns.number = taker.take(kNumberNames);
-  columns.name = taker.take(kNameNames);
-  columns.atom = taker.take(kAtomNames);
+  std::vector<std::string> open;
+  for (const std::string& name : names) open.push_back(simplified(name));
+  for (const Heading& heading : kHeadings) columns.*heading.column = take(heading.names, open);
   while (columns.residues.size() < kMostResidueColumns) {
-    const std::size_t residue = taker.take(kResidueNames);
+    const std::size_t residue = take(kResidueNames, open);
     if (residue == kNoColumn) break;
     columns.residues.push_back(residue);
   }
-  columns.counter = taker.take(kCounterNames);
   // A spreadsheet may count its rows to the left of all named columns.
   if (columns.counter == kNoColumn && !names.empty() && names.front().empty()) columns.counter = 0;
-  addAtomColumns(names, taker, columns);
-  if (columns.atoms.size() > 1 && !isLongForCertain(names, columns)) {
-    becomeWide(names, taker, columns);
-  } else {
-    columns.atoms.clear();
-    columns.doubled.clear();
-    findAssignment(taker, columns);
-  }
-  takeWeakName(taker, columns);
+  addAtomColumns(names, open, columns);
+  const bool isName = columns.atom != kNoColumn && simplified(names[columns.atom]) == "name";
+  // A column "atom" is certain, "name" may be the residue's.
+  const bool isLongForCertain = columns.shift != kNoColumn && columns.atom != kNoColumn && !isName;
+  if (columns.atoms.size() > 1 && !isLongForCertain)
+    becomeWide(isName ? columns.atom : kNoColumn, open, columns);
+  else
+    becomeLong(open, columns);
+  // "type" and "name" are the residue's where no better column is found.
+  const std::size_t weak = columns.name == kNoColumn ? take(kWeakNameNames, open) : kNoColumn;
+  if (weak != kNoColumn && columns.residues.empty())
+    columns.name = weak;
+  else if (weak != kNoColumn)
+    columns.residues.push_back(weak);
   return columns;
+}
+
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
+  std::size_t pos = 0;
+  std::size_t line = 0;
+  std::string_view first;
+  std::size_t firstLine = 0;
+  CsvColumns firstColumns;
+  for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
+    const auto header = nextFilledLine(text, pos, line);
+    if (!header) break;
+    const auto layout = layoutOf(*header, text.substr(std::min(pos, text.size())), line);
+    const CsvColumns columns = layout ? readColumns(layout->names) : CsvColumns();
+    if (columns.areEnough()) {
+      if (above > 0) notes.push_back(lineRange(firstLine, line - 1) + " above the column names ignored");
+      return {*layout, columns};
+    }
+    if (above > 0) continue;
+    first = *header;
+    firstLine = line;
+    firstColumns = columns;
+  }
+  if (auto table = tableWithoutNames(text, file)) {
+    notes.push_back("no column names; by their contents, the columns are " + enumerated(table->layout.names));
+    return *std::move(table);
+  }
+  const std::size_t start = first.find_first_not_of("# \t");
+  const std::string begin = printable(trimmed(start == first.npos ? first : first.substr(start)), 60);
+  const bool isPartly = firstColumns.shift != kNoColumn || firstColumns.atom != kNoColumn;
+  throw FileError(file, firstLine,
+                  isPartly ? "the columns lack " + firstColumns.missing()
+                           : "is not a known kind of shift file; it begins with \"" + begin + "\"",
+                  kColumnsRemedy);
 }
 
 }  // namespace zorvela

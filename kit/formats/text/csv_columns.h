@@ -1,29 +1,25 @@
-// Finds the columns of a CSV file by the many names that spreadsheets and programs use.
+// Finds a table of shifts within a text, and its columns: by the many names that spreadsheets and programs
+// use, or without names by their cells.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "formats/text/residue_label.h"
+#include "formats/text/csv_rows.h"
 
 namespace zorvela {
 
 /// Index of a column that is not there.
 inline constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 
-/// An atom in a column name or cell.
-struct ColumnAtom {
-  std::string atom;           ///< name in the table; empty where there is none
-  std::optional<int> offset;  ///< see `FileShift::offset`: -1 for "CA-1"
-};
-
 /// A column with the shifts of an atom.
 struct AtomColumn {
   std::size_t column = kNoColumn;
-  std::string atom;
-  std::optional<int> offset;
+  std::string atom;           ///< name in the table; empty where there is none
+  std::optional<int> offset;  ///< see `FileShift::offset`: -1 for "CA-1"
 };
 
 /// Removes a step to a neighbour from a name and returns it: -1 for "CA-1", "CA(i-1)", "CA i-1"; not for
@@ -43,8 +39,10 @@ struct CsvColumns {
   std::vector<AtomColumn> atoms;     ///< one column per atom, where there is no `atom`
   std::vector<std::string> doubled;  ///< atoms that more than one column claims; none of these is in `atoms`
 
+  /// Tells whether the number of a residue can be read from them.
+  bool haveResidue() const;
   /// Tells whether a residue, an atom and a shift can be read from them.
-  bool areEnough() const;
+  bool areEnough() const { return haveResidue() && (areLong() || atoms.size() > 1); }
   /// Tells whether there is one row per shift, not one per residue.
   bool areLong() const { return shift != kNoColumn && (atom != kNoColumn || assignment != kNoColumn); }
   /// Tells whether there is one row per shift, with its atom in the cell of the residue.
@@ -59,24 +57,20 @@ struct CsvColumns {
 CsvColumns readColumns(const std::vector<std::string>& names);
 
 /// Returns the atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha",
-/// "CG(Pro)", "CA(i)", "CA(i-1)".
-ColumnAtom atomOfColumn(const std::string& name);
+/// "CG(Pro)", "CA(i)", "CA(i-1)"; its `column` is not set.
+AtomColumn atomOfColumn(const std::string& name);
 
-/// The residue of a row.
-struct RowResidue {
-  ResidueLabel label;  ///< of the cell that gives the number
-  std::string name;    ///< as the file writes it; empty where it gives none
-  std::string chain;   ///< by its column or by a label
-  bool isByCounter = false;
-  std::string unassigned;  ///< the cell with a spin system that is not assigned; usually empty
+/// A table whose columns are known.
+struct CsvTable {
+  CsvLayout layout;
+  CsvColumns columns;
 };
 
-/// Reads the residue of a row, from its columns in order of trust.
-RowResidue residueOf(const std::vector<std::string>& cells, const CsvColumns& columns);
-
-/// Explains why the residue of a row is not known, or its atom if that is in the same cell: the cell and what
-/// it lacks. Empty where both are known.
-std::string whyNotPlaced(const RowResidue& residue, const std::vector<std::string>& cells,
-                         const CsvColumns& columns);
+/// Finds the table below the first line that names enough columns; titles and comments may be above it.
+/// Without such a line, the columns must be clear from their cells: residue number, residue name, atom and
+/// shift; or residue ("G12"), atom and shift; or assignment ("G12CA") and shift; in any order, and no other
+/// column. Several numbers after a residue are never clear: nothing shows which atoms they belong to.
+/// FileError where there is no table. Notes say what was passed over or concluded.
+CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes);
 
 }  // namespace zorvela

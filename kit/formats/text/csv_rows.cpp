@@ -30,23 +30,6 @@ std::optional<std::vector<std::string>> cellsOf(std::string_view line, Separator
   return splitCells(separator == Separator::tab ? line : trimmed(line), separator, most);
 }
 
-void cutBySeparator(std::string_view line, const CsvLayout& layout, CsvRow& row) {
-  const std::size_t width = layout.width();
-  auto cells = cellsOf(line, layout.separator, width);
-  if (!cells) {
-    row.fault = "a double quote is not closed";
-    return;
-  }
-  row.cells = std::move(*cells);
-  const bool hasMore = row.cells.size() > width;
-  // Spreadsheets write empty cells after the last column.
-  if (hasMore && row.cells.back().find_first_not_of(" \t,;|\"") == std::string::npos) row.cells.pop_back();
-  if (row.cells.size() != width)
-    row.fault = (hasMore ? "more than " + counted(width, "cell", "cells")
-                         : counted(row.cells.size(), "cell", "cells")) +
-                " for " + counted(width, "column", "columns");
-}
-
 /// Returns the column above a cell: the only one above any part of it, or of several the only one that begins
 /// or ends with it. The number of columns if there is none.
 std::size_t columnAbove(const PlacedCell& cell, const std::vector<PlacedCell>& names) {
@@ -63,10 +46,9 @@ std::size_t columnAbove(const PlacedCell& cell, const std::vector<PlacedCell>& n
 
 /// Returns the cells below their names; nothing if one is below no name, or two are below one.
 std::optional<std::vector<std::string>> cellsByPlace(std::string_view line, const CsvLayout& layout) {
-  const auto placed = placedCells(line, layout.width() + 1);
-  if (!placed || placed->size() > layout.width() || line.find('\t') != std::string_view::npos)
-    return std::nullopt;
-  std::vector<std::string> cells(layout.width());
+  std::vector<std::string> cells(layout.names.size());
+  const auto placed = placedCells(line, layout.separator, cells.size());
+  if (!placed || placed->size() > cells.size() || contains(line, "\t")) return std::nullopt;
   for (const PlacedCell& cell : *placed) {
     const std::size_t column = columnAbove(cell, layout.places);
     if (column >= cells.size() || !cells[column].empty()) return std::nullopt;
@@ -83,12 +65,21 @@ std::string_view withoutTail(std::string_view line) {
 
 void cutRow(std::string_view line, const CsvLayout& layout, CsvRow& row) {
   if (layout.separator == Separator::blank) line = withoutTail(line);
-  if (!layout.isByPlace)
-    cutBySeparator(line, layout, row);
-  else if (auto cells = cellsByPlace(line, layout))
-    row.cells = std::move(*cells);
-  else
-    row.fault = "its cells are not below the column names";
+  const std::size_t width = layout.names.size();
+  auto cells = layout.isByPlace ? cellsByPlace(line, layout) : cellsOf(line, layout.separator, width);
+  if (!cells) {
+    row.fault =
+        layout.isByPlace ? "its cells are not below the column names" : "a double quote is not closed";
+    return;
+  }
+  row.cells = std::move(*cells);
+  const bool hasMore = row.cells.size() > width;
+  // Spreadsheets write empty cells after the last column.
+  if (hasMore && row.cells.back().find_first_not_of(" \t,;|\"") == std::string::npos) row.cells.pop_back();
+  if (row.cells.size() != width)
+    row.fault = (hasMore ? "more than " + counted(width, "cell", "cells")
+                         : counted(row.cells.size(), "cell", "cells")) +
+                " for " + counted(width, "column", "columns");
 }
 
 /// Returns the place after a quoted cell that begins at `start`; 0 where the quote has no end nearby.
@@ -97,11 +88,9 @@ std::size_t endOfQuoted(std::string_view text, std::size_t start) {
   const std::size_t last = std::min(text.size(), start + kLongestCell);
   for (std::size_t i = start + 1; i < last; ++i) {
     if (text[i] != '"') continue;
-    const bool isTwice = i + 1 < text.size() && text[i + 1] == '"';
-    if (isTwice)
-      ++i;
-    else
-      return i + 1 == text.size() || contains(",;|\t\r\n ", text.substr(i + 1, 1)) ? i + 1 : 0;
+    const std::string_view next = text.substr(i + 1, 1);
+    if (next != "\"") return contains(",;|\t\r\n ", next) ? i + 1 : 0;
+    ++i;
   }
   return 0;
 }
@@ -121,39 +110,27 @@ std::string withoutMark(std::string_view line) {
   return text;
 }
 
-std::vector<std::string> namesOf(std::string_view line, Separator separator) {
-  std::vector<std::string> names = cellsOf(line, separator).value_or(std::vector<std::string>());
-  if (names.size() > kMostColumns) names.clear();
-  // Empty cells at the end are not columns.
-  while (!names.empty() && names.back().empty()) names.pop_back();
-  return names;
+/// Returns the cells of the first two rows, or of those that there are.
+std::vector<std::vector<std::string>> firstCells(std::string_view rows, Separator separator) {
+  std::vector<std::vector<std::string>> found;
+  for (std::size_t pos = 0; found.size() < 2;) {
+    const auto line = nextLine(rows, pos);
+    if (!line || line->size() > kLongestHeader) break;
+    if (!isToSkip(*line)) found.push_back(cellsOf(*line, separator).value_or(std::vector<std::string>()));
+  }
+  return found;
 }
 
 /// Tells whether a "#" in front is the name of the first column.
-bool isMarkAName(std::string_view header, std::string_view text, std::size_t pos, std::size_t line) {
+bool isMarkAName(std::string_view header, std::string_view rows) {
   const std::string_view core = trimmed(header);
   if (core.size() < 2 || core.front() != '#') return false;
   const Separator separator = separatorOf(core);
   if (separator != Separator::blank)
     return trimmed(core.substr(1, core.find(static_cast<char>(separator)) - 1)).empty();
-  if (!isBlank(core[1])) return false;
-  const auto below = nextFilledLine(text, pos, line);
-  if (!below || below->size() > kLongestHeader) return false;
   const auto names = cellsOf(core, separator);
-  const auto cells = cellsOf(*below, separator);
-  return names && cells && names->size() == cells->size();
-}
-
-/// Returns the cells of the first rows below a line, at most so many rows.
-std::vector<std::vector<std::string>> cellsBelow(std::string_view text, std::size_t pos, Separator separator,
-                                                 std::size_t most) {
-  std::vector<std::vector<std::string>> rows;
-  while (rows.size() < most) {
-    const auto line = nextLine(text, pos);
-    if (!line || line->size() > kLongestHeader) break;
-    if (!isToSkip(*line)) rows.push_back(cellsOf(*line, separator).value_or(std::vector<std::string>()));
-  }
-  return rows;
+  const auto below = firstCells(rows, separator);
+  return isBlank(core[1]) && names && !below.empty() && names->size() == below.front().size();
 }
 
 /// Tells whether the rows begin with a count from 0 that the names lack.
@@ -186,10 +163,9 @@ std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_
   return std::nullopt;
 }
 
-void forEachRow(std::string_view text, const CsvLayout& layout,
-                const std::function<void(const CsvRow&)>& use) {
+void forEachRow(const CsvLayout& layout, const std::function<void(const CsvRow&)>& use) {
   std::size_t number = layout.line;
-  for (std::size_t pos = layout.start; const auto line = nextLine(text, pos);) {
+  for (std::size_t pos = 0; const auto line = nextLine(layout.rows, pos);) {
     CsvRow row;
     row.line = number + 1;
     number += linesOf(*line);
@@ -201,35 +177,36 @@ void forEachRow(std::string_view text, const CsvLayout& layout,
   }
 }
 
-std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
-                                  std::size_t line) {
+std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view rows, std::size_t line) {
   if (header.size() > kLongestHeader || isRule(trimmed(header))) return std::nullopt;
-  const bool isMark = !isMarkAName(header, text, pos, line);
+  const bool isMark = !isMarkAName(header, rows);
   const std::string plain = isMark ? withoutMark(header) : std::string(header);
   CsvLayout layout;
+  layout.rows = rows;
+  layout.line = line;
   layout.separator = separatorOf(trimmed(plain));
   // A tab at the start follows the empty name of a first column; a tab at the end means nothing.
-  if (layout.separator == Separator::blank && plain.find('\t') != std::string::npos)
-    layout.separator = Separator::tab;
-  layout.names = namesOf(plain, layout.separator);
-  const auto below = cellsBelow(text, pos, layout.separator, 2);
-  const bool isComment = isMark && plain != header && !below.empty() && below[0].size() > layout.width();
+  if (layout.separator == Separator::blank && contains(plain, "\t")) layout.separator = Separator::tab;
+  layout.names = cellsOf(plain, layout.separator).value_or(std::vector<std::string>());
+  if (layout.names.size() > kMostColumns) return std::nullopt;
+  // Empty cells at the end are not columns.
+  while (!layout.names.empty() && layout.names.back().empty()) layout.names.pop_back();
+  const auto below = firstCells(rows, layout.separator);
+  const bool isComment = isMark && plain != header && !below.empty() && below[0].size() > layout.names.size();
   if (layout.names.empty() || isComment) return std::nullopt;
   if (layout.separator == Separator::blank)
-    layout.places = placedCells(plain).value_or(std::vector<PlacedCell>());
-  if (areCounted(below, layout.width())) layout.names.insert(layout.names.begin(), "");
-  layout.start = pos;
-  layout.line = line;
+    layout.places = placedCells(plain, layout.separator).value_or(std::vector<PlacedCell>());
+  if (areCounted(below, layout.names.size())) layout.names.insert(layout.names.begin(), "");
   return layout;
 }
 
-void findPlaces(std::string_view text, CsvLayout& layout) {
-  if (layout.separator != Separator::blank || layout.places.size() != layout.width()) return;
+void findPlaces(CsvLayout& layout) {
+  if (layout.separator != Separator::blank || layout.places.size() != layout.names.size()) return;
   std::size_t rows = 0;
+  std::size_t faults = 0;
   const auto countFaults = [&] {
-    std::size_t faults = 0;
-    rows = 0;
-    forEachRow(text, layout, [&](const CsvRow& row) {
+    rows = faults = 0;
+    forEachRow(layout, [&](const CsvRow& row) {
       ++rows;
       if (!row.fault.empty()) ++faults;
     });

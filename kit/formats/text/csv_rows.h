@@ -18,10 +18,8 @@ struct CsvLayout {
   std::vector<std::string> names;  ///< of the columns; as many empty ones where the table has no names
   std::vector<PlacedCell> places;  ///< of the names, where blanks separate the columns
   bool isByPlace = false;          ///< the names are above the cells, so that rows may have gaps
-  std::size_t start = 0;           ///< where the rows begin in the text
-  std::size_t line = 0;            ///< lines above them
-
-  std::size_t width() const { return names.size(); }
+  std::string_view rows;           ///< the text below the names
+  std::size_t line = 0;            ///< lines above it
 };
 
 /// A line that is or should be a row. The cells of a row with a fault are not used.
@@ -36,21 +34,18 @@ struct CsvRow {
 std::string withQuotedLinesJoined(std::string text);
 
 /// Calls `use` with each row in turn; skips empty lines, comments and the rules of drawn tables.
-void forEachRow(std::string_view text, const CsvLayout& layout,
-                const std::function<void(const CsvRow&)>& use);
+void forEachRow(const CsvLayout& layout, const std::function<void(const CsvRow&)>& use);
 
 /// Returns the next line that is not blank and moves the position and line after it. Nothing at the end.
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line);
 
-/// Returns the layout by a line of column names; `pos` is where the line ends and `line` its number, from 1.
-/// Nothing for a line that cannot have column names. A "#" in front is a mark, or the name of the first
-/// column where the row below has a cell for it; such a line is a comment where that row has more cells.
-/// Where the rows begin with a count from 0 that has no name, as in a printed data frame, the first name is
-/// empty.
-std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view text, std::size_t pos,
-                                  std::size_t line);
+/// Returns the layout by a line of column names, with the text below it and its number, from 1. Nothing for
+/// a line that cannot have column names. A "#" in front is a mark, or the name of the first column where the
+/// row below has a cell for it; such a line is a comment where that row has more cells. Where the rows begin
+/// with a count from 0 that has no name, as in a printed data frame, the first name is empty.
+std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view rows, std::size_t line);
 
 /// Sets `isByPlace` where most cells are below the names of their columns and some rows have gaps.
-void findPlaces(std::string_view text, CsvLayout& layout);
+void findPlaces(CsvLayout& layout);
 
 }  // namespace zorvela

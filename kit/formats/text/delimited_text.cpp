@@ -8,18 +8,12 @@ namespace zorvela {
 
 namespace {
 
-/// Moves `pos` after the blanks in front of a cell, up to a tab that is a separator.
-void skipBlanks(std::string_view line, Separator separator, std::size_t& pos) {
-  pos = std::min(line.find_first_not_of(separator == Separator::tab ? " " : " \t", pos), line.size());
-}
-
 void skipToEnd(std::string_view line, Separator separator, std::size_t& pos) {
   const std::size_t end = separator == Separator::blank ? line.find_first_of(" \t", pos)
                                                         : line.find(static_cast<char>(separator), pos);
   pos = std::min(end, line.size());
 }
 
-/// Returns the cell whose opening quote is at `pos`. Nothing if the quote is not closed.
 std::optional<std::string> quotedCell(std::string_view line, Separator separator, std::size_t& pos) {
   std::string cell;
   for (++pos; pos < line.size(); ++pos) {
@@ -35,8 +29,8 @@ std::optional<std::string> quotedCell(std::string_view line, Separator separator
   return std::nullopt;
 }
 
+/// Returns the cell that begins at `pos`, which moves after it. Nothing if a quote is not closed.
 std::optional<std::string> nextCell(std::string_view line, Separator separator, std::size_t& pos) {
-  skipBlanks(line, separator, pos);
   if (pos < line.size() && line[pos] == '"') return quotedCell(line, separator, pos);
   const std::size_t start = pos;
   skipToEnd(line, separator, pos);
@@ -66,46 +60,41 @@ Separator separatorOf(std::string_view line) {
   return Separator::blank;
 }
 
-std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
+std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, Separator separator,
                                                    std::size_t most) {
   if (separator == Separator::bar) line = withoutOuterBars(line);
-  const bool isBlankSeparated = separator == Separator::blank;
-  std::vector<std::string> cells;
-  constexpr std::size_t kUsualCells = 8;
-  cells.reserve(std::min(most, kUsualCells));
-  std::size_t pos = 0;
-  if (isBlankSeparated) skipBlanks(line, separator, pos);
-  while (!isBlankSeparated || pos < line.size()) {
-    if (cells.size() == most) {
-      cells.emplace_back(line.substr(pos));
-      break;
-    }
-    std::optional<std::string> cell = nextCell(line, separator, pos);
-    if (!cell) return std::nullopt;
-    cells.push_back(std::move(*cell));
-    if (pos >= line.size()) break;
-    ++pos;  // the separator
-    if (isBlankSeparated) skipBlanks(line, separator, pos);
+  const char* blanks = separator == Separator::tab ? " " : " \t";
+  std::vector<PlacedCell> cells;
+  std::size_t column = 0;
+  for (std::size_t pos = 0, before = 0;; ++pos) {
+    pos = std::min(line.find_first_not_of(blanks, pos), line.size());
+    if (separator == Separator::blank && pos == line.size()) break;
+    const std::size_t start = pos;
+    const bool isRest = cells.size() == most;
+    auto text = isRest ? std::string(line.substr(start)) : nextCell(line, separator, pos);
+    if (!text) return std::nullopt;
+    column += characters(line.substr(before, start - before));
+    const std::size_t end = column + characters(line.substr(start, pos - start));
+    cells.push_back({std::move(*text), column, end});
+    if (isRest || pos == line.size()) break;
+    column = end;
+    before = pos;
   }
   return cells;
 }
 
-std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, std::size_t most) {
-  std::vector<PlacedCell> cells;
-  std::size_t column = 0;
-  for (std::size_t pos = 0; cells.size() < most;) {
-    const std::size_t before = pos;
-    skipBlanks(line, Separator::blank, pos);
-    if (pos >= line.size()) break;
-    column += characters(line.substr(before, pos - before));
-    const std::size_t start = pos;
-    std::optional<std::string> cell = nextCell(line, Separator::blank, pos);
-    if (!cell) return std::nullopt;
-    const std::size_t end = column + characters(line.substr(start, pos - start));
-    cells.push_back({std::move(*cell), column, end});
-    column = end;
-  }
+std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
+                                                   std::size_t most) {
+  auto placed = placedCells(line, separator, most);
+  if (!placed) return std::nullopt;
+  std::vector<std::string> cells;
+  cells.reserve(placed->size());
+  for (PlacedCell& cell : *placed) cells.push_back(std::move(cell.text));
   return cells;
+}
+
+std::vector<std::string> wordsOf(std::string_view line, std::size_t most) {
+  return splitCells(line, Separator::blank, most).value_or(std::vector<std::string>{std::string(line)});
 }
 
 }  // namespace zorvela

@@ -20,20 +20,24 @@ Separator separatorOf(std::string_view line);
 /// No limit on the number of cells.
 inline constexpr std::size_t kAllCells = static_cast<std::size_t>(-1);
 
-/// Returns the cells of a line without outer blanks. A cell may be in double quotes, with "" for a quote in
-/// it. After the first `most` cells the rest of the line is one more, unchanged. Nothing where a quote is not
-/// closed on the line.
-std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
-                                                   std::size_t most = kAllCells);
-
-/// A cell between blanks and its place, in characters from the start of the line.
+/// A cell and its place, in characters from the start of the line.
 struct PlacedCell {
   std::string text;
   std::size_t start = 0;
   std::size_t end = 0;  ///< after its last character
 };
 
-/// Returns the cells of a line of blank-separated words, as `splitCells` does, with their places.
-std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, std::size_t most = kAllCells);
+/// Returns the cells of a line without outer blanks. A cell may be in double quotes, with "" for a quote in
+/// it. After the first `most` cells the rest of the line is one more. Nothing where a quote is not closed on
+/// the line.
+std::optional<std::vector<PlacedCell>> placedCells(std::string_view line, Separator separator,
+                                                   std::size_t most = kAllCells);
+
+/// Returns the texts of these cells.
+std::optional<std::vector<std::string>> splitCells(std::string_view line, Separator separator,
+                                                   std::size_t most = kAllCells);
+
+/// Returns the words between blanks, as `splitCells` does; the whole line is one where a quote is not closed.
+std::vector<std::string> wordsOf(std::string_view line, std::size_t most = kAllCells);
 
 }  // namespace zorvela

@@ -4,11 +4,10 @@
 #include <utility>
 
 #include "formats/format.h"
-#include "formats/text/csv_cells.h"
+#include "formats/found_rows.h"
+#include "formats/text/cells.h"
 #include "formats/text/csv_columns.h"
 #include "formats/text/delimited_text.h"
-#include "formats/text/found_rows.h"
-#include "formats/text/residue_label.h"
 #include "names/nomenclature.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -51,8 +50,12 @@ bool startsWithLetter(const std::string& word) {
   return !word.empty() && isLetter(word.front());
 }
 
-bool isAminoAcid(const std::string& word) {
-  return word.size() > 2 && residueType(word).letter != kUnknownResidue;
+/// "12" and "GLY".
+bool setResidue(const std::string& number, const std::string& name, Place& place) {
+  if (!isWhole(number) || name.size() < 3 || residueType(name).letter == kUnknownResidue) return false;
+  place.residue.number = number;
+  place.residue.residueName = name;
+  return true;
 }
 
 /// "171", or "A12" of chain A.
@@ -125,14 +128,11 @@ bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
 
 // "1 1 GLY C C 172.621 1.000 0": serial, number, name, atom, element, shift, error, ambiguity.
 bool takeEightWords(const Words& words, Place& place, FoundRows& rows) {
-  const bool fits = words.size() == 8 && isWhole(words[0]) && isWhole(words[1]) && isAminoAcid(words[2]) &&
-                    startsWithLetter(words[3]) && words[4].size() == 1 && isDecimal(words[5]) &&
-                    isDecimal(words[6]);
-  if (!fits) return false;
-  place.residue.number = words[1];
-  place.residue.residueName = words[2];
-  add(words[3], words[5], place, rows);
-  return true;
+  const bool fits = words.size() == 8 && isWhole(words[0]) && startsWithLetter(words[3]) &&
+                    words[4].size() == 1 && isDecimal(words[5]) && isDecimal(words[6]) &&
+                    setResidue(words[1], words[2], place);
+  if (fits) add(words[3], words[5], place, rows);
+  return fits;
 }
 
 // "do ( store1 = 53.13218 ) ( resid 78 and name CA )"
@@ -153,14 +153,10 @@ bool takeCns(const Words& words, Place& place, FoundRows& rows) {
 // "12 GLY", then "HN 8.31" and so on, then ";".
 bool takeGarret(const Words& words, Place& place, FoundRows& rows) {
   if (words.size() != 2) return false;
-  if (isWhole(words[0]) && isAminoAcid(words[1])) {
-    place.residue.number = words[0];
-    place.residue.residueName = words[1];
-    return true;
-  }
-  if (place.residue.number.empty() || !startsWithLetter(words[0]) || !isDecimal(words[1])) return false;
-  add(words[0], words[1], place, rows);
-  return true;
+  if (setResidue(words[0], words[1], place)) return true;
+  const bool fits = !place.residue.number.empty() && startsWithLetter(words[0]) && isDecimal(words[1]);
+  if (fits) add(words[0], words[1], place, rows);
+  return fits;
 }
 
 // "RES_ID 12", "RES_TYPE GLY", other keywords, then "CA 55.9920", "HA2|HA3 4.05".
@@ -174,11 +170,8 @@ bool takePipp(const Words& words, Place& place, FoundRows& rows) {
   if (place.residue.residueName.empty() || words.size() != 2 || !startsWithLetter(first) ||
       !isDecimal(words[1]))
     return false;
-  for (std::size_t start = 0; start < first.size();) {
-    const std::size_t end = std::min(first.find('|', start), first.size());
-    add(first.substr(start, end - start), words[1], place, rows);
-    start = end + 1;
-  }
+  const auto atoms = splitCells(first, Separator::bar);
+  for (const std::string& atom : atoms.value_or(Words())) add(atom, words[1], place, rows);
   return true;
 }
 
@@ -209,7 +202,8 @@ bool takeRosetta(const Words& words, Place& place, FoundRows& rows) {
   place.residue.residueName = words[0];
   place.residue.number = words[1];
   for (std::size_t i = 0; i < std::size(kAtoms); ++i)
-    if (isMissingNumber(words[i + 2]) || canBeShiftOf(kAtoms[i], words[i + 2]))
+    if (const auto ppm = numberIn(words[i + 2]);
+        ppm && (isMissing(*ppm) || canBeShift(words[0], kAtoms[i], *ppm)))
       add(kAtoms[i], words[i + 2], place, rows);
     else
       return false;
@@ -225,9 +219,7 @@ bool takeCcpNmr2(const Words& words, Place& place, FoundRows& rows) {
   }
   constexpr std::size_t kBefore = 2;
   if (place.titles.empty() || words.size() < kBefore + place.titles.size()) return false;
-  if (!isWhole(words[0]) || !isAminoAcid(words[1])) return false;
-  place.residue.number = words[0];
-  place.residue.residueName = words[1];
+  if (!setResidue(words[0], words[1], place)) return false;
   for (std::size_t i = kBefore; i < words.size(); ++i) {
     const std::string& cell = words[i];
     const std::size_t colon = cell.find(':');
@@ -235,15 +227,12 @@ bool takeCcpNmr2(const Words& words, Place& place, FoundRows& rows) {
     if ((title < place.titles.size()) != (colon == std::string::npos)) return false;
     const std::string atom = colon == std::string::npos ? place.titles[title] : cell.substr(colon + 1);
     const std::string value = cell.substr(0, colon);
-    const std::size_t comma = value.find(',');
     if (value == "-") continue;
+    const std::size_t comma = value.find(',');
     if (!isDecimal(value.substr(0, comma))) return false;
-    if (comma == std::string::npos) {
-      add(atom, value, place, rows);
-    } else {
-      add(atom + "2", value.substr(0, comma), place, rows);
-      add(atom + "3", value.substr(comma + 1), place, rows);
-    }
+    const bool areTwo = comma != std::string::npos;
+    add(atom + (areTwo ? "2" : ""), value.substr(0, comma), place, rows);
+    if (areTwo) add(atom + "3", value.substr(comma + 1), place, rows);
   }
   return true;
 }
@@ -256,44 +245,34 @@ constexpr ListKind kKinds[] = {{"XEASY", takeXeasy},     {"NMRView", takeNmrView
 
 /// Returns the words of a line; none for a comment. A "#" after a blank ends a line, one in a name (HB#) does
 /// not.
-Words wordsOf(std::string_view line, const ListKind& kind) {
+Words wordsIn(std::string_view line, const ListKind& kind) {
   constexpr std::size_t kLongestLine = 2000;
   if (line.size() > kLongestLine) return {std::string(firstBytes(line, kLongestLine))};
   std::size_t end = 0;
   while (end < line.size() && (line[end] != '#' || (end > 0 && !isBlank(line[end - 1])))) ++end;
   const std::string_view core = trimmed(line.substr(0, end));
-  const bool isComment = !core.empty() && contains(kind.take == takeCcpNmr2 ? ";" : ";!", core.substr(0, 1));
-  return isComment ? Words() : splitCells(core, Separator::blank).value_or(Words{std::string(core)});
+  const char* marks = kind.take == takeCcpNmr2 ? ";" : ";!";
+  return core.empty() || contains(marks, core.substr(0, 1)) ? Words() : wordsOf(core);
 }
 
-/// The lines of a list that cannot belong to it.
-struct Misfits {
-  std::size_t lines = 0;  ///< of the list
-  std::size_t count = 0;
-  std::size_t firstLine = 0;
-  std::string first;
-};
-
-/// Reads up to so many lines of a list.
-Misfits readLines(std::string_view text, const ListKind& kind, std::size_t most, FoundRows& rows,
-                  LimitedNotes& ignored) {
-  Misfits misfits;
+/// Reads up to so many lines of a list, and counts those that cannot belong to it.
+Tally readLines(std::string_view text, const ListKind& kind, std::size_t most, FoundRows& rows,
+                LimitedNotes& ignored) {
+  Tally misfits;
   Place place;
-  for (std::size_t pos = 0; misfits.lines < most;) {
+  for (std::size_t pos = 0; misfits.all < most;) {
     const auto line = nextLine(text, pos);
     if (!line) break;
-    ++place.residue.line;
-    const Words words = wordsOf(*line, kind);
+    const std::size_t number = ++place.residue.line;
+    const Words words = wordsIn(*line, kind);
     if (words.empty()) continue;
-    ++misfits.lines;
     const std::size_t before = rows.shifts.size();
-    if (kind.take(words, place, rows)) continue;
+    const bool fits = kind.take(words, place, rows);
+    misfits.add(number, fits ? "" : printable(trimmed(*line), 60));
+    if (fits) continue;
     rows.shifts.resize(before);
-    ignored.add("line " + std::to_string(place.residue.line) + " is not a row of the list, ignored: \"" +
+    ignored.add("line " + std::to_string(number) + " is not a row of the list, ignored: \"" +
                 printable(trimmed(*line), 40) + "\"");
-    if (misfits.count++ > 0) continue;
-    misfits.firstLine = place.residue.line;
-    misfits.first = printable(trimmed(*line), 60);
   }
   return misfits;
 }
@@ -304,9 +283,8 @@ const ListKind* kindOf(const Source& source) {
   for (const ListKind& kind : kKinds) {
     FoundRows rows(source.text, source.file);
     LimitedNotes unused("");
-    const Misfits misfits = readLines(source.text, kind, kSample, rows, unused);
-    if (misfits.count * 2 < misfits.lines && !(rows.shifts.empty() && rows.unassigned.count == 0))
-      return &kind;
+    const Tally misfits = readLines(source.text, kind, kSample, rows, unused);
+    if (misfits.count * 2 < misfits.all && !(rows.shifts.empty() && rows.unassigned.count == 0)) return &kind;
   }
   return nullptr;
 }
@@ -336,10 +314,10 @@ ShiftFile readWordList(const Source& source) {
   const ListKind& kind = *kindOf(source);
   FoundRows rows(source.text, source.file);
   LimitedNotes ignored("lines ignored");
-  const Misfits misfits = readLines(source.text, kind, source.text.size(), rows, ignored);
+  const Tally misfits = readLines(source.text, kind, source.text.size(), rows, ignored);
   constexpr std::size_t kMostMisfits = 10;  // of a hundred
-  if (misfits.count * 100 > misfits.lines * kMostMisfits)
-    throw FileError(source.file, misfits.firstLine,
+  if (misfits.count * 100 > misfits.all * kMostMisfits)
+    throw FileError(source.file, misfits.line,
                     std::string("is not a row of the ") + kind.name + " list: \"" + misfits.first + "\"",
                     "give the list alone, with all its columns");
   if (kind.take == takeXeasy) removeMinusOne(rows);

@@ -1,5 +1,5 @@
 // The deuteration of a sample, from a shift file and from a table's remark.
-#include "protein/deuteration.h"
+#include "protein/remarks.h"
 
 #include <gtest/gtest.h>
 

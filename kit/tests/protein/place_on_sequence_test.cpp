@@ -1,7 +1,10 @@
 // Shift lists on the sequence that lies beside them.
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "message_of.h"
+#include "names/nomenclature.h"
 #include "zorvela/read.h"
 
 namespace {
@@ -156,6 +159,84 @@ TEST(PlaceOnSequence, LeavesOutSpinSystemsThatAreNotAssigned) {
       read(rows, on("MET 1\nLYS\nALA\nGLY\nVAL\nPRO\nGLY\nTHR\nSS 901\nSS 902\n")).front();
   EXPECT_EQ(protein.notes, leftOut);
   EXPECT_EQ(read(rows, on("MKAGVPGT", 1)).front().notes, leftOut);
+}
+
+// --- What shifts exclude --------------------------------------------------------------------------
+
+/// The amino acids that a row excludes for its residue.
+std::string excludedBy(const std::string& atom, const std::string& value, const std::string& name = "") {
+  std::string letters;
+  for (const char letter : zorvela::kAminoAcids)
+    if (message(kNamed + "1," + name + "," + atom + "," + value + "\n", on(std::string(1, letter), 1))
+            .find("x.csv: does not fit") == 0)
+      letters += letter;
+  return letters;
+}
+
+TEST(Exclusion, AtomsThatATypeHasNot) {
+  EXPECT_EQ(excludedBy("HN", "8.2"), "P");
+  EXPECT_EQ(excludedBy("H", "8.2"), "P");
+  EXPECT_EQ(excludedBy("HA2", "4.1"), "ACDEFHIKLMNPQRSTVWY");
+  EXPECT_EQ(excludedBy("HB2", "2.1"), "");
+}
+
+TEST(Exclusion, ValuesThatATypeHasNot) {
+  EXPECT_EQ(excludedBy("CB", "70.0"), "ACDEFGHIKLMNPQRVWY");  // S 56.2 to 72.9, T 57.9 to 79.3
+  EXPECT_EQ(excludedBy("CB", "17.0"), "DEFGHIKLMNPQRSTVWY");  // A from 10.9, C from 12.9, W from 18.2
+}
+
+TEST(Exclusion, NothingByValuesThatNoTypeHas) {
+  EXPECT_EQ(excludedBy("N", "70.5"), "");
+  EXPECT_EQ(excludedBy("CA", "9.0"), "");
+}
+
+TEST(Exclusion, NothingByMissingValues) {
+  for (const char* value : {"", "0", "999.000", "9999.00", "-"})
+    EXPECT_EQ(excludedBy("HN", value), "") << value;
+}
+
+TEST(Exclusion, OtherTypesThanTheNamedOne) {
+  EXPECT_EQ(excludedBy("HB2", "2.1", "PRO"), "ACDEFGHIKLMNQRSTVWY");
+  EXPECT_EQ(excludedBy("HB2", "2.1", "CYSS"), "ADEFGHIKLMNPQRSTVWY");
+  EXPECT_EQ(excludedBy("HB2", "2.1", "XXX"), "");
+}
+
+/// What is said against HN of each residue on a sequence: no proline can be there.
+std::string saidOfAmides(const std::vector<int>& numbers, const zorvela::ImportOptions& options) {
+  std::string rows = kNameless;
+  for (const int number : numbers) rows += std::to_string(number) + ",HN,8.2\n";
+  return message(rows, options);
+}
+
+bool has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(SequenceFit, CountsResiduesInConflict) {
+  EXPECT_EQ(saidOfAmides({1, 3, 5}, on("MPAPG", 1)), "no error");
+  EXPECT_TRUE(has(saidOfAmides({1, 3, 5}, on("MPAPG", 2)),
+                  "3 of 3 residues are in conflict, the first: residue 1 is not in it"));  // 3 and 5 are P
+  EXPECT_TRUE(has(saidOfAmides({2, 4, 5}, on("MET 1\nALA 3\nXXX 4\nCYSS 5\n")),
+                  "1 of 3 residues are in conflict, the first: residue 2 is not in it"));
+}
+
+TEST(SequenceFit, FindsTheOnlyNumberThatFits) {
+  for (const int first : {1, 7})
+    EXPECT_TRUE(has(saidOfAmides({11, 13, 15}, on("MPAPG", first)), "it fits with 11 as")) << first;
+  EXPECT_TRUE(has(saidOfAmides({-3, -1, 1}, on("MPAPG", 1)), "it fits with -3 as"));
+  EXPECT_FALSE(has(saidOfAmides({11}, on("MPAPG", 1)), "it fits"));      // 11, 9 and 7
+  EXPECT_FALSE(has(saidOfAmides({11, 13}, on("PPPPP", 1)), "it fits"));  // none
+}
+
+TEST(SequenceFit, TriesNoMoreNumbersThanAProteinHas) {
+  const auto said = [](std::size_t size) {  // from 1 - size on
+    std::vector<int> numbers(size);
+    std::iota(numbers.begin(), numbers.end(), 1);
+    return saidOfAmides(numbers,
+                        on(std::string(size, 'P') + std::string(size, 'A') + std::string(size, 'P'), 1));
+  };
+  EXPECT_TRUE(has(said(1000), "it fits with -999 as"));
+  EXPECT_FALSE(has(said(6000), "it fits"));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <ostream>
 #include <utility>
 
-#include "protein/sequence_fit.h"
+#include "protein/place_on_sequence.h"
 #include "train/study/studies.h"
 #include "train/table_cells.h"
 #include "zorvela/read.h"
@@ -19,30 +19,38 @@ namespace {
 constexpr std::int64_t kFarthest = 30;
 constexpr std::int64_t kFarthestOfOther = 10;
 
-/// The shifts of some atoms, without their residue names.
-std::vector<ResidueEvidence> evidenceOf(const Protein& protein, const std::vector<Atom>& atoms) {
-  std::map<std::int64_t, std::uint32_t> byNumber;
-  Exclusion exclusion;
+/// The types that the shifts of some atoms exclude, without their residue names, by position.
+std::map<std::int64_t, Types> evidenceOf(const Protein& protein, const std::vector<Atom>& atoms) {
+  std::map<std::int64_t, Types> evidence;
   for (const Shift& shift : protein.shifts) {
     if (std::find(atoms.begin(), atoms.end(), shift.atom) == atoms.end()) continue;
     FileShift row;
     row.atom = nameOf(shift.atom);
     row.value = shiftText(shift);
-    byNumber[shift.position] |= exclusion.of(row);
+    evidence[shift.position] |= excludedByShift(row);
   }
-  std::vector<ResidueEvidence> evidence;
-  for (const auto& [number, excluded] : byNumber) evidence.push_back({number, excluded});
   return evidence;
 }
 
-/// Fewest residues in conflict where the sequence begins with one of the numbers, but not with 1 if that is
-/// left out.
-std::size_t fewestConflicts(const std::string& letters, const std::vector<ResidueEvidence>& evidence,
+/// Residues in conflict where the sequence is moved by so many places.
+std::size_t conflicts(const std::string& letters, const std::map<std::int64_t, Types>& evidence,
+                      std::int64_t moved) {
+  const auto size = static_cast<std::int64_t>(letters.size());
+  std::size_t count = 0;
+  for (const auto& [position, excluded] : evidence) {
+    const std::int64_t place = position - 1 - moved;
+    const bool isInside = place >= 0 && place < size;
+    if (isInConflict(excluded, isInside ? letters[static_cast<std::size_t>(place)] : ' ')) ++count;
+  }
+  return count;
+}
+
+/// Fewest residues in conflict where the sequence is moved up to so far, but not by 0 if that is left out.
+std::size_t fewestConflicts(const std::string& letters, const std::map<std::int64_t, Types>& evidence,
                             std::int64_t farthest, bool isTrueLeftOut) {
   std::size_t fewest = evidence.size();
   for (std::int64_t moved = -farthest; moved <= farthest; ++moved)
-    if (moved != 0 || !isTrueLeftOut)
-      fewest = std::min(fewest, countConflicts({1, letters}, 1 + moved, evidence, fewest));
+    if (moved != 0 || !isTrueLeftOut) fewest = std::min(fewest, conflicts(letters, evidence, moved));
   return fewest;
 }
 
@@ -65,7 +73,7 @@ void writeFits(std::ostream& out, const std::vector<Protein>& proteins, const ch
     const auto share = [&](std::size_t count) {
       return static_cast<double>(count) / static_cast<double>(evidence.size());
     };
-    const std::size_t here = countConflicts({1, proteins[i].sequence}, 1, evidence, evidence.size());
+    const std::size_t here = conflicts(proteins[i].sequence, evidence, 0);
     const std::size_t elsewhere = fewestConflicts(proteins[i].sequence, evidence, kFarthest, true);
     best += here < elsewhere ? 1 : 0;
     ties += here == elsewhere ? 1 : 0;

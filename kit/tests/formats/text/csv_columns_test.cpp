@@ -58,7 +58,7 @@ TEST(CsvColumns, OneColumnPerAtom) {
 
 /// The atom of a column with the shifts of its own residue.
 std::string atomOfColumn(const char* name) {
-  const zorvela::ColumnAtom atom = zorvela::atomOfColumn(name);
+  const zorvela::AtomColumn atom = zorvela::atomOfColumn(name);
   return atom.offset && !atom.atom.empty() ? "another residue" : atom.atom;
 }
 

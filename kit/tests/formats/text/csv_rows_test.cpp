@@ -11,10 +11,10 @@ std::vector<zorvela::CsvRow> rowsOf(const std::string& text) {
   std::size_t pos = 0;
   std::size_t line = 0;
   const auto header = zorvela::nextFilledLine(text, pos, line);
-  auto layout = zorvela::layoutOf(header.value(), text, pos, line);
-  zorvela::findPlaces(text, layout.value());
+  auto layout = zorvela::layoutOf(header.value(), std::string_view(text).substr(pos), line);
+  zorvela::findPlaces(layout.value());
   std::vector<zorvela::CsvRow> rows;
-  zorvela::forEachRow(text, *layout, [&](const zorvela::CsvRow& row) { rows.push_back(row); });
+  zorvela::forEachRow(*layout, [&](const zorvela::CsvRow& row) { rows.push_back(row); });
   return rows;
 }
 

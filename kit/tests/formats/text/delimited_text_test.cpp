@@ -44,7 +44,7 @@ TEST(DelimitedText, CutsNoMoreThanAskedFor) {
 }
 
 TEST(DelimitedText, PlacesAreInCharacters) {
-  const auto cells = zorvela::placedCells(" Cα  8.1");
+  const auto cells = zorvela::placedCells(" Cα  8.1", Separator::blank);
   ASSERT_TRUE(cells);
   ASSERT_EQ(cells->size(), 2U);
   EXPECT_EQ(cells->at(0).text, "Cα");
@@ -52,7 +52,7 @@ TEST(DelimitedText, PlacesAreInCharacters) {
   EXPECT_EQ(cells->at(0).end, 3U);
   EXPECT_EQ(cells->at(1).start, 5U);
   EXPECT_EQ(cells->at(1).end, 8U);
-  EXPECT_EQ(zorvela::placedCells("a \"b"), std::nullopt);
+  EXPECT_EQ(zorvela::placedCells("a \"b", Separator::blank), std::nullopt);
 }
 
 }  // namespace

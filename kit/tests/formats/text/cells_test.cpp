@@ -1,5 +1,5 @@
-// Residues as tables label them.
-#include "formats/text/residue_label.h"
+// Residues as tables label them, and values.
+#include "formats/text/cells.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,10 @@
-#include "formats/text/found_rows.h"
+#include "formats/found_rows.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "names/nomenclature.h"
+#include "util/text.h"
 
 namespace zorvela {
 
@@ -27,6 +28,12 @@ void nameResidues(std::vector<FileShift>& shifts) {
 }
 
 }  // namespace
+
+void Unassigned::appendTo(std::vector<std::string>& notes) const {
+  if (count == 0) return;
+  notes.push_back(counted(count, "shift", "shifts") + " not assigned to a residue ignored" +
+                  (count == 1 ? ", that of " : ", such as those of ") + printable(example, 40));
+}
 
 FoundRows::FoundRows(std::string_view text, const std::string& name)
     : fileName(name), limit{mostShiftRows(text.size()), "has", "shift rows", kOneProteinRemedy} {}

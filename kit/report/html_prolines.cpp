@@ -1,10 +1,8 @@
-#include "report/html_cards.h"
-
+// The prolines of a chain, each with its evidence.
 #include <algorithm>
 
+#include "report/html_parts.h"
 #include "report/html_pieces.h"
-#include "report/measured_calls.h"
-#include "report/svg.h"
 #include "report/walk.h"
 #include "report/words.h"
 #include "util/number.h"
@@ -14,11 +12,19 @@ namespace zorvela {
 
 namespace {
 
-/// A chance that would be printed as 0 %.
-constexpr double kNoChance = 0.005;
-
 std::string asSentence(const std::string& text) {
   return upper(text.substr(0, 1)) + text.substr(1) + ".";
+}
+
+std::string residueName(const std::string& name, const std::string& number) {
+  return name.empty() ? "–" : name + number;
+}
+
+/// " (as referenced 0.031, trans)", with the call if it differs.
+std::string asReferencedText(const ProlineResult& proline) {
+  if (!proline.callAsReferenced) return "";
+  return " (as referenced " + probability(proline.pCisNormAsReferenced) +
+         (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
 }
 
 // --- The table of contributions -----------------------------------------------------------------
@@ -91,9 +97,7 @@ std::string contributions(const ProlineResult& proline) {
 
 /// "3 of 4" of those of N, HA, C, CA, CB, HN that the residue type has.
 std::string assignedText(const ProteinResult& protein, int position) {
-  const auto place = static_cast<std::size_t>(position) - 1;
-  if (place >= protein.assignments.size()) return "none";
-  const Assignment& assignment = protein.assignments[place];
+  const Assignment& assignment = protein.assignments[static_cast<std::size_t>(position) - 1];
   return std::to_string(assignment.present) + " of " + std::to_string(assignment.possible);
 }
 
@@ -106,11 +110,10 @@ std::string tripletText(const ProteinResult& protein, const ProlineResult& proli
 }
 
 std::string chanceText(const ProlineResult& proline) {
-  if (proline.evidence->next.empty() || !proline.evidence->next.front().decides) return "";
-  const NextShift& best = proline.evidence->next.front();
-  if (best.bits < kWorthMeasuring || *best.decides < kNoChance) return "";
-  return " With " + shiftName(proline, best.index) + " alone, the chance of a clear call is " +
-         fixedText(*best.decides * 100, 0) + "\u00a0%.";
+  const NextShift* best = worthMeasuring(proline);
+  if (best == nullptr || best->decides.value_or(0) < kLeastChance) return "";
+  return " With " + shiftName(proline, best->index) + " alone, the chance of a clear call is " +
+         fixedText(*best->decides * 100, 0) + "\u00a0%.";
 }
 
 std::string structureText(const StructureFinding& finding) {
@@ -118,8 +121,7 @@ std::string structureText(const StructureFinding& finding) {
       "<p><b>" + asSentence(toText(finding.verdict)) + "</b> " + escaped(finding.sentence) + "</p>\n";
   std::vector<std::string> each;
   for (const StructureFinding& one : inEachStructure(finding))
-    each.push_back(one.sites.front().file + ": " +
-                   (one.call == StructureCall::none ? "no bond" : seenText(one)));
+    each.push_back(one.sites.front().file + ": " + (one.call == BondState::none ? "no bond" : seenText(one)));
   return each.empty() ? text : text + bulletList(each);
 }
 
@@ -150,23 +152,52 @@ std::string nameAndCall(const ProlineResult& proline) {
 }
 
 std::string line(const ProteinResult& protein, const ProlineResult& proline) {
+  const std::string sentence = sentenceOf(proline);
   return "<details class=\"line\"><summary><span>" + nameAndCall(proline) + "</span><span class=\"bar\">" +
          natsBar(proline.evidence->logOdds(), letterOf(proline.call)) + "</span><span>" +
-         escaped(whatDecides(proline)) + "</span></summary>\n<div class=\"card\">" +
+         escaped(sentence.substr(sentence.find(": ") + 2)) + "</span></summary>\n<div class=\"card\">" +
          cardBody(protein, proline) + "</div></details>\n";
 }
 
+// --- The table of all prolines ------------------------------------------------------------------
+
+std::string geometry(const StructureFinding& finding) {
+  if (finding.call == BondState::mixed) return modelsText(finding);
+  if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0) + "°";
+  const auto step = meanCaToCa(finding);
+  return step ? "CA–CA " + fixedText(*step, 1) + " Å" : "–";
+}
+
+/// Chain and number in the structure.
+std::string placesText(const StructureFinding& finding) {
+  std::vector<std::string> places;
+  for (const BondSite& site : finding.sites)
+    places.push_back((site.chain.empty() ? "" : site.chain + " ") + site.number);
+  return places.empty() ? "–" : escaped(enumerated(places, 4));
+}
+
+Cells tableRow(const ProlineResult& proline) {
+  std::string strongest = strongestOf(proline);
+  std::replace(strongest.begin(), strongest.end(), ';', ' ');
+  Cells row = {symbol(proline.call) + " " + escaped("P" + proline.number),
+               escaped(residueName(proline.previous, proline.previousNumber)),
+               escaped(residueName(proline.next, proline.nextNumber)),
+               proline.cgShift ? fixedText(static_cast<double>(*proline.cgShift), 2) : "–",
+               escaped(probability(proline.pCis)),
+               escaped(probability(proline.pCisNorm) + asReferencedText(proline)),
+               proline.reason.empty() ? toText(proline.call) : proline.reason,
+               strongest,
+               nextShiftOf(proline)};
+  if (const auto& finding = proline.structure) {
+    const std::string verdict = toText(finding->verdict);
+    row.insert(row.end(), {finding->call == BondState::none ? "–" : toText(finding->call), geometry(*finding),
+                           placesText(*finding),
+                           finding->verdict == Verdict::disagree ? "<b>" + verdict + "</b>" : verdict});
+  }
+  return row;
+}
+
 }  // namespace
-
-std::string asReferencedText(const ProlineResult& proline) {
-  if (!proline.callAsReferenced) return "";
-  return " (as referenced " + probability(proline.pCisNormAsReferenced) +
-         (dependsOnCorrection(proline) ? ", " + toText(*proline.callAsReferenced) : "") + ")";
-}
-
-std::string residueName(const std::string& name, const std::string& number) {
-  return name.empty() ? "–" : name + number;
-}
 
 std::string prolineCards(const ProteinResult& protein, const std::string& figures) {
   std::string cards, lines;
@@ -185,6 +216,20 @@ std::string prolineCards(const ProteinResult& protein, const std::string& figure
          (lines.empty() ? ""
                         : "<section class=\"trans\"><h2>Trans prolines</h2>\n" + lines + "</section>\n") +
          (without.empty() ? "" : "<h2>Without a prediction</h2>\n" + bulletList(without));
+}
+
+std::string prolineTable(const ProteinResult& protein, const std::string& name) {
+  if (protein.prolines.empty()) return "";
+  Cells titles = {"Proline",          "Before",           "After", "CG (ppm)", "P_CIS", "P_CIS_NORM", "Call",
+                  "Strongest (nats)", "Next shift (bits)"};
+  Cells classes = {"", "", "", "r", "r", "r", "", "", ""};
+  if (protein.prolines.front().structure) {
+    titles.insert(titles.end(), {"Structure", "|omega|", "Residue", "Verdict"});
+    classes.insert(classes.end(), {"", "r", "", ""});
+  }
+  std::vector<Cells> rows;
+  for (const ProlineResult& proline : protein.prolines) rows.push_back(tableRow(proline));
+  return "<h2>All prolines</h2>\n" + htmlTable("All prolines of " + name, titles, classes, rows, "prolines");
 }
 
 }  // namespace zorvela

@@ -1,5 +1,5 @@
 // Text and numbers as a page has them.
-#include "report/svg.h"
+#include "report/html_pieces.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
-#include "formats/text/residue_label.h"
+#include "formats/text/cells.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 #include "names/nomenclature.h"
@@ -11,8 +12,11 @@ namespace zorvela {
 
 namespace {
 
-// Characters between the name and the number of a residue, besides a dash.
+// --- Labels --------------------------------------------------------------------------------------
+
+// Characters between the name and the number of a residue, besides a dash; and after the number.
 constexpr std::string_view kBetween = " _.:(";
+constexpr std::string_view kAfterNumber = " _.:-";
 
 bool isKnownName(std::string_view name) {
   return residueType(name).letter != kUnknownResidue;
@@ -26,6 +30,10 @@ bool isResidueName(std::string_view name) {
 std::string_view without(std::string_view text, std::string_view between) {
   const std::size_t start = text.find_first_not_of(between);
   return start == std::string_view::npos ? std::string_view() : text.substr(start);
+}
+
+bool isCodeOrNone(std::string_view afterNumber) {
+  return afterNumber.empty() || (afterNumber.size() == 1 && isLetter(afterNumber.front()));
 }
 
 /// Returns a whole number in one form: "007" is 7.
@@ -42,32 +50,18 @@ std::optional<ResidueLabel> numberFirst(std::string_view text, bool holdsAtom) {
   label.number = plainNumber(text.substr(0, sign + digits));
   if (digits == 0 || label.number.empty()) return std::nullopt;
   const std::string_view rest = text.substr(sign + digits);
-  if (rest.empty()) return label;
-  const bool isWhole = rest.front() == '.' && rest.find_first_not_of('0', 1) == std::string_view::npos;
-  if (isWhole) return label;
-  if (rest.size() == 1 && isLetter(rest.front())) {
+  if (isCodeOrNone(rest)) {
     label.code = rest;
     return label;
   }
-  label.name = without(rest, " _.:-");
+  if (rest.front() == '.' && rest.find_first_not_of('0', 1) == rest.npos) return label;
+  label.name = without(rest, kAfterNumber);
   constexpr std::size_t kNameSize = 3;
   if (holdsAtom && label.name.size() > kNameSize && isKnownName(label.name.substr(0, kNameSize))) {
     label.atom = label.name.substr(kNameSize);
     label.name.resize(kNameSize);
   }
   return isResidueName(label.name) ? std::optional<ResidueLabel>(label) : std::nullopt;
-}
-
-/// Reads the text after the number: an insertion code, or the atom of an assignment.
-bool takeRest(std::string_view rest, bool holdsAtom, ResidueLabel& label) {
-  if (!rest.empty() && rest.front() == ')') rest.remove_prefix(1);
-  if (holdsAtom) {
-    label.atom = without(rest, " _.:-");
-    return label.atom.find_first_of(" _.:-(),;") == std::string::npos;
-  }
-  const bool isCode = rest.size() == 1 && isLetter(rest.front());
-  if (isCode) label.code = rest;
-  return isCode || rest.empty();
 }
 
 // "Gly", "G12", "Gly-12", "Gly(12)", "G-2".
@@ -87,8 +81,12 @@ std::optional<ResidueLabel> nameFirst(std::string_view text, bool holdsAtom) {
   label.number = plainNumber(digits);
   if (label.number.empty()) return std::nullopt;
   if (hasSign && !label.hasDash && label.number != "0") label.number.insert(0, 1, '-');
-  if (!takeRest(rest.substr(digits.size()), holdsAtom, label)) return std::nullopt;
-  return label;
+  rest.remove_prefix(digits.size());
+  if (!rest.empty() && rest.front() == ')') rest.remove_prefix(1);
+  if (!holdsAtom) label.code = rest;
+  if (holdsAtom) label.atom = without(rest, kAfterNumber);
+  const bool fits = holdsAtom ? label.atom.find_first_of(" _.:-(),;") == label.atom.npos : isCodeOrNone(rest);
+  return fits ? std::optional<ResidueLabel>(label) : std::nullopt;
 }
 
 // "A:SER81", but not "A:S81", where either letter may be the residue. "1G7", as a digit is not a residue.
@@ -122,21 +120,39 @@ std::optional<ResidueLabel> neighbourLabel(std::string_view text) {
 std::optional<ResidueLabel> atomIdentifier(std::string_view text) {
   constexpr std::string_view kMark = "NA:";
   if (text.substr(0, kMark.size()) != kMark) return std::nullopt;
-  std::array<std::string_view, 4> parts;
   text.remove_prefix(kMark.size());
-  for (std::string_view& part : parts) {
-    part = text.substr(0, &part == &parts.back() ? text.npos : text.find('.'));
+  const auto next = [&] {
+    const std::string_view part = text.substr(0, text.find('.'));
     text.remove_prefix(std::min(part.size() + 1, text.size()));
-  }
-  const auto& [chain, number, name, atom] = parts;
+    return part;
+  };
+  const std::string_view chain = next();
+  const std::string_view number = next();
+  const std::string_view name = next();
   auto label = neighbourLabel(number);
   if (!label && !number.empty() && !isLetter(number.front())) label = numberFirst(number, false);
-  if (!label || atom.empty()) return std::nullopt;
+  if (!label || text.empty()) return std::nullopt;
   label->chain = chain;
   label->name = name;
-  label->atom = atom;
+  label->atom = text;
   return label;
 }
+
+// --- Values --------------------------------------------------------------------------------------
+
+constexpr std::string_view kNoValues[] = {"",     "-",   "--",   "---",  ".",          "?",      "na",
+                                          "n/a",  "nan", "none", "null", "nd",         "n.d.",   "n.a.",
+                                          "n.o.", "*",   "#n/a", "x",    "unassigned", "missing"};
+
+struct Bounds {
+  Atom atom;
+  double low;
+  double high;
+};
+constexpr Bounds kBounds[] = {
+    {Atom::N, 80, 155},  {Atom::HN, 2, 16},  {Atom::HA, -2, 10}, {Atom::HA2, -2, 10}, {Atom::HA3, -2, 10},
+    {Atom::C, 155, 195}, {Atom::CA, 30, 85}, {Atom::CB, 5, 90},  {Atom::CG, 10, 80},
+};
 
 }  // namespace
 
@@ -158,6 +174,41 @@ bool isUnassignedLabel(const std::string& cell) {
   if (text.empty()) return false;
   const bool isNumberedX = text.size() > 1 && upper(text.substr(0, 1)) == "X" && isDigit(text[1]);
   return isNumberedX || contains("?@{", text.substr(0, 1));
+}
+
+bool isNoValue(const std::string& cell) {
+  if (!cell.empty() && isDigit(cell.front())) return false;
+  const std::string text = lower(withLatinLetters(cell));
+  return std::find(std::begin(kNoValues), std::end(kNoValues), text) != std::end(kNoValues);
+}
+
+std::string valueText(const std::string& cell) {
+  std::string text = withLatinLetters(cell);
+  const std::size_t comma = text.find(',');
+  if (comma != std::string::npos && text.find('.') == std::string::npos) text[comma] = '.';
+  return text;
+}
+
+std::optional<double> numberIn(const std::string& cell) {
+  const auto number = toDecimal(valueText(cell));
+  if (!number) return std::nullopt;
+  return std::strtod(number->c_str(), nullptr);
+}
+
+bool isMissing(double ppm) {
+  return ppm == 0 || std::abs(ppm) >= kMissingBound;
+}
+
+bool canBeShift(const std::string& residue, const std::string& atom, double ppm) {
+  const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
+  for (const Bounds& bounds : kBounds)
+    if (reading.isInTable() && bounds.atom == reading.atom) return ppm >= bounds.low && ppm <= bounds.high;
+  return true;
+}
+
+std::string quotedCell(const std::string& cell) {
+  constexpr std::size_t kLongest = 40;
+  return "\"" + printable(cell, kLongest) + "\"";
 }
 
 }  // namespace zorvela

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <utility>
 
+#include "names/nomenclature.h"
 #include "protein/place_on_sequence.h"
 #include "train/study/studies.h"
 #include "train/table_cells.h"
@@ -40,7 +41,8 @@ std::size_t conflicts(const std::string& letters, const std::map<std::int64_t, T
   for (const auto& [position, excluded] : evidence) {
     const std::int64_t place = position - 1 - moved;
     const bool isInside = place >= 0 && place < size;
-    if (isInConflict(excluded, isInside ? letters[static_cast<std::size_t>(place)] : ' ')) ++count;
+    const char letter = isInside ? withoutThiolState(letters[static_cast<std::size_t>(place)]) : ' ';
+    if (isInConflict(excluded, letter)) ++count;
   }
   return count;
 }

@@ -184,7 +184,7 @@ TEST(Exclusion, OtherTypesThanTheNamedOne) {
   EXPECT_EQ(excludedBy("HB2", "2.1", "XXX"), "");
 }
 
-/// What is said against HN of each residue on a sequence: no proline can be there.
+/// Returns the message on HN of each residue: no proline can be there.
 std::string saidOfAmides(const std::vector<int>& numbers, const zorvela::ImportOptions& options) {
   std::string rows = kNameless;
   for (const int number : numbers) rows += std::to_string(number) + ",HN,8.2\n";

@@ -87,8 +87,7 @@ std::string bandOf(const ProteinResult& protein, std::size_t first, std::size_t 
 std::string numbersOf(const ProteinResult& protein, std::size_t first, std::size_t last) {
   std::string text;
   for (std::size_t i = first; i < last; ++i) {
-    const bool isTick = i == first || (i + 1) % kTickEvery == 0;
-    if (!isTick || (i != first && i - first < 4)) continue;
+    if (i != first && (i + 1) % kTickEvery != 0) continue;
     text += svgText(middleOf(i - first), kNumberY, shortened(protein.numbers[i], kLongestNumber), "m s");
   }
   return text + "\n";
@@ -131,6 +130,10 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
 }
 
 }  // namespace
+
+std::string markCaption(const ProteinResult& protein) {
+  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
+}
 
 std::string chainFigure(const ProteinResult& protein) {
   const std::size_t length = protein.assignments.size();

@@ -54,11 +54,7 @@ constexpr std::string_view kAssignmentNames =
     "assignment assignments assign assigned resonance nmratom label";
 constexpr std::string_view kWeakNameNames = "type name";
 // Atoms of the table under another name.
-struct AtomAlias {
-  std::string_view name;
-  std::string_view atom;
-};
-constexpr AtomAlias kAtomAliases[] = {
+constexpr std::pair<std::string_view, std::string_view> kAtomAliases[] = {
     {"h", "HN"},      {"n15", "N"},    {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"},
     {"calpha", "CA"}, {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
@@ -106,8 +102,8 @@ std::size_t take(std::string_view names, std::vector<std::string>& open) {
 
 /// Returns the atom of a simplified name with nothing around it; empty if there is none.
 std::string plainAtom(std::string_view name) {
-  for (const AtomAlias& alias : kAtomAliases)
-    if (alias.name == name) return std::string(alias.atom);
+  for (const auto& [alias, atom] : kAtomAliases)
+    if (alias == name) return std::string(atom);
   const std::string atom = upper(name);
   return atomNamed(atom) ? atom : std::string();
 }
@@ -168,15 +164,10 @@ void addAtomColumns(const std::vector<std::string>& names, const std::vector<std
 void becomeWide(std::size_t nameColumn, std::vector<std::string>& open, CsvColumns& columns) {
   columns.shift = kNoColumn;
   columns.atom = kNoColumn;
-  std::size_t label = kNoColumn;
-  if (!columns.haveResidue()) {
-    label = take(kAssignmentNames, open);
-    if (label == kNoColumn && columns.name == kNoColumn) label = nameColumn;
-  }
-  if (label != kNoColumn)
-    columns.residues.push_back(label);
-  else if (columns.name == kNoColumn)
-    columns.name = nameColumn;
+  std::size_t label = columns.haveResidue() ? kNoColumn : take(kAssignmentNames, open);
+  if (label == kNoColumn && columns.name == kNoColumn)
+    (columns.haveResidue() ? columns.name : label) = nameColumn;
+  if (label != kNoColumn) columns.residues.push_back(label);
 }
 
 /// Settles a table with one row per shift: residue and atom may be in one cell, under another name.

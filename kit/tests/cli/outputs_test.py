@@ -256,9 +256,11 @@ class Links(InFolder):
 
 class Names(InFolder):
     def test_no_name(self):
-        ended = self.run_to("")
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
-                         (1, "", "zorvela-kit: the name of an output is empty; give a file, or - for standard output\n"))
+        for option in ("--output", "--tables", "--structure", "--sequence", "--files-from", "--chain", "--list"):
+            ended = program.kit("run", self.input, option, "")
+            self.assertNotEqual(ended.returncode, 0)
+            self.assertEqual((ended.stdout, ended.stderr),
+                             ("", f"zorvela-kit: {option}: is empty; give a name; see zorvela-kit run --help\n"))
 
 
 class FullDevice(unittest.TestCase):

@@ -215,16 +215,6 @@ TEST(ReportTable, SaysFirstWhatWasCorrectedAndMarksCallsThatDependOnIt) {
       "(as referenced undecided)\n");
 }
 
-TEST(ReportJson, HoldsBothProbabilitiesOfACorrectedChain) {
-  zorvela::RunReport report = sample();
-  correct(report);
-  const std::string text = written(zorvela::writeJson, report);
-  const nlohmann::json prolines = nlohmann::json::parse(text)["proteins"][0]["prolines"];
-  EXPECT_EQ(prolines[0]["p_cis_norm_as_referenced"], 0.25);
-  EXPECT_EQ(prolines[0]["call_as_referenced"], "undecided");
-  EXPECT_FALSE(prolines[1].contains("call_as_referenced"));
-}
-
 TEST(ReportHtml, TellsAnOffsetThatNobodyKnowsFromOneThatIsRight) {
   const auto verdictOf = [](const zorvela::RunReport& report, const std::string& atom) {
     const std::string text = written(zorvela::writeHtml, report);

@@ -41,9 +41,6 @@ class Case(made_pair.Case):
 
 
 class Verdicts(Case):
-    def test_agreement(self):
-        self.assertEqual(self.verdicts(made.pdb([("A", chain(cis=[17]))])), dict.fromkeys("9 17 26 36".split(), "agree"))
-
     def test_a_model_built_trans_disagrees(self):
         rows = self.rows(made.pdb([("A", chain())]))
         self.assertEqual([row["verdict"] for row in rows.values()], ["agree", "disagree", "agree", "agree"])
@@ -109,10 +106,6 @@ class Verdicts(Case):
 
 
 class Chains(Case):
-    def test_numbers_of_both_sides(self):
-        rows = self.rows(made.pdb([("B", chain(cis=[17], first=1001))]))
-        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["structure_resid"]), ("B", "1017"))
-
     def test_homodimer(self):
         both = made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(cis=[17]), 80))])
         rows = self.rows(both)
@@ -139,14 +132,6 @@ class Chains(Case):
         self.assertIn("note: model.cif, chain C49 (28 residues) has no shifts\n", result.stderr)
         self.assertIn("note: and 10 more chains without shifts\n", result.stderr)
         self.assertNotIn("chain C50 ", result.stderr)
-
-    def test_two_structures(self):
-        self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
-        self.put("b.cif", made.mmcif([("A", chain())]))
-        result = self.compare("shifts.tab", "--structure", "a.pdb", "b.cif", "--format", "json")
-        proline = json.loads(result.stdout)["proteins"][0]["prolines"][1]
-        self.assertEqual(proline["verdict"], "mixed models")
-        self.assertEqual([site["file"] for site in proline["sites"]], ["a.pdb", "b.cif"])
 
     def test_a_structure_counts_once(self):
         """Models and verdicts are counted, so one that is given twice would weigh twice."""

@@ -1,5 +1,5 @@
 // Offsets added and taken away, and relations fitted, on made chains.
-#include "train/study/referencing_study.h"
+#include "train/study/studies.h"
 
 #include <gtest/gtest.h>
 

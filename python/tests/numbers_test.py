@@ -94,7 +94,3 @@ class SameNumbers(unittest.TestCase):
                 self.assertEqual(
                     [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in ours.prolines],
                     [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in theirs.prolines])
-
-
-if __name__ == "__main__":
-    unittest.main()

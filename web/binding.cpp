@@ -281,7 +281,7 @@ Text* run_restraints(Run* run, const Text* program, const Text* chainsAs) {
       }
       zorvela::mustFit(format, request);
       const zorvela::PredictedProteins predicted = predictedIn(*run);
-      request.chains = zorvela::restrainedChains(predicted.proteins, predicted.results);
+      request.chains = predicted.results;
       zorvela::renameChains(linesOf(*chainsAs), request.chains);
       zorvela::RestraintText restraints = zorvela::writeRestraints(format, request);
       notes = std::move(restraints.notes);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -10,12 +11,12 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
-#include "cli/jobs.h"
 #include "cli/messages.h"
-#include "cli/progress.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
+#include "cli/work.h"
 #include "formats/text/delimited_text.h"
 #include "train/structure_labels.h"
 #include "util/text.h"
@@ -36,17 +37,8 @@ struct LabelSettings {
   int jobs = usualJobs();
 };
 
-std::vector<std::string> requireAny(std::vector<std::string> files, const std::string& folder,
-                                    const std::string& what) {
+void requireAny(const std::vector<std::string>& files, const std::string& folder, const std::string& what) {
   if (files.empty()) throw Error(folder, 0, "holds no " + what, "name a folder with " + what);
-  return files;
-}
-
-std::vector<std::string> tablesIn(const std::string& folder) {
-  std::vector<std::string> files = filesIn(folder);
-  const auto isOther = [](const fs::path& file) { return file.extension() != ".tab"; };
-  files.erase(std::remove_if(files.begin(), files.end(), isOther), files.end());
-  return requireAny(std::move(files), folder, "shift tables (NAME.tab)");
 }
 
 /// Labels name the entry; `evaluate` finds its file by that name.
@@ -56,88 +48,86 @@ bool canStandInCsv(const std::string& name) {
   return cell.find('\n') == std::string::npos && cells && withoutFormulaMark(cells->front()) == name;
 }
 
-/// Counts and names the files that cannot be used.
-class Failures {
- public:
-  /// Does the work on one file; what is wrong with the file stays with it.
-  template <class Work>
-  void guard(Work work) {
-    try {
-      work();
-    } catch (const Error& error) {
-      say(error.what());
-      ++failed;
-    }
+/// Does the work on one file. Returns 1, after the message, where the file cannot be used.
+std::size_t failuresOf(const std::function<void()>& work) {
+  try {
+    work();
+    return 0;
+  } catch (const Error& error) {
+    say(error.what());
+    return 1;
   }
-  std::size_t count() const { return failed; }
+}
 
- private:
-  std::atomic<std::size_t> failed{0};
-};
-
-std::vector<Protein> readEntries(const std::string& folder, Failures& failures) {
-  const std::vector<std::string> files = tablesIn(folder);
-  std::vector<Protein> proteins;
-  Progress progress("Reading entries", files.size());
+/// Reads the shift tables of a folder into `proteins`. Returns how many could not be used.
+std::size_t readEntries(const std::string& folder, std::vector<Protein>& proteins) {
+  std::vector<std::string> files = filesIn(folder);
+  const auto isOther = [](const fs::path& file) { return file.extension() != ".tab"; };
+  files.erase(std::remove_if(files.begin(), files.end(), isOther), files.end());
+  requireAny(files, folder, "shift tables (NAME.tab)");
+  std::size_t failed = 0;
+  Progress progress("Reading entries");
   for (const std::string& file : files) {
-    failures.guard([&] {
+    failed += failuresOf([&] {
       if (!canStandInCsv(entryName(file)))
         throw Error(file, 0, "has a name that cannot be read back from a table of labels", "rename it");
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
-    progress.step();
+    progress.step(files.size());
   }
-  return proteins;
+  return failed;
 }
 
-/// Each job takes the next file that nobody has and holds one structure at a time.
-void countVotes(const LabelSettings& settings, LabelVotes& votes, Failures& failures) {
-  const std::vector<std::string> files =
-      requireAny(filesIn(settings.structures), settings.structures, "structures (PDB or mmCIF)");
+/// Counts the votes of the structures of a folder: each job takes the next file that nobody has and holds one
+/// structure at a time. Returns how many could not be used.
+std::size_t countVotes(const LabelSettings& settings, LabelVotes& votes) {
+  const std::vector<std::string> files = filesIn(settings.structures);
+  requireAny(files, settings.structures, "structures (PDB or mmCIF)");
+  std::atomic<std::size_t> failed{0};
   std::mutex counting;
   std::vector<std::string> strangers;
-  Progress progress("Reading structures", files.size());
-  inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
-    failures.guard([&] {
-      const Ballots ballots = votes.ballots(readStructureFile(files[item]));
+  Progress progress("Reading structures");
+  inThreads(files.size(), settings.jobs, [&](std::size_t item) {
+    failed += failuresOf([&] {
+      const auto bonds = votes.bondsOf(readStructureFile(files[item]));
       const std::lock_guard<std::mutex> lock(counting);
-      votes.count(ballots.list);
-      if (!ballots.fits) strangers.push_back(files[item]);
+      if (bonds)
+        votes.count(*bonds);
+      else
+        strangers.push_back(files[item]);
     });
-    progress.step();
+    progress.step(files.size());
   });
   std::sort(strangers.begin(), strangers.end());
   for (const std::string& file : strangers) say("note: " + file + ": matches no entry");
-  if (failures.count() == files.size())
+  if (failed == files.size())
     throw Error(settings.structures, 0, "has no usable structure",
                 "name a folder with structures (PDB or mmCIF)");
+  return failed;
 }
 
 void label(const LabelSettings& settings) {
   InputFiles inputs;
-  inputs.addFolder(settings.entries);
-  inputs.addFolder(settings.structures);
-  inputs.mustNotHold(settings.output);
-  Failures entries;
-  Failures structures;
-  LabelVotes votes(readEntries(settings.entries, entries), settings.identity);
-  countVotes(settings, votes, structures);
+  inputs.add({settings.entries, settings.structures});
+  inputs.mustNotHold({settings.output});
+  std::vector<Protein> proteins;
+  std::size_t failed = readEntries(settings.entries, proteins);
+  LabelVotes votes(std::move(proteins), settings.identity);
+  failed += countVotes(settings, votes);
   writeWhole(settings.output, [&](std::ostream& out) { votes.write(out); });
-  say(std::to_string(votes.labelled()) + " of " + counted(votes.prolines(), "proline", "prolines") + " in " +
-      counted(votes.proteinCount(), "protein", "proteins") + " labelled");
-  const std::size_t leftOut = entries.count() + structures.count();
-  if (leftOut == 0) return;
-  say(counted(leftOut, "file was", "files were") + " not used");
+  say(votes.summary());
+  if (failed == 0) return;
+  say(counted(failed, "file was", "files were") + " not used");
   throw ReportedFailure();
 }
 
 }  // namespace
 
-void addLabel(CommandLine& line) {
+void addLabel(Command& program) {
   const auto settings = std::make_shared<LabelSettings>();
-  Command command =
-      line.addCommand("label", "Label the prolines of shift tables cis or trans by structures, for training");
+  Command command = program.addCommand(
+      "label", "Label the prolines of shift tables cis or trans by structures, for training");
   command.add("--entries", settings->entries, "DIR", "Folder of shift tables, NAME.tab for each entry")
       .required();
   command

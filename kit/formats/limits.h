@@ -35,7 +35,6 @@ inline constexpr const char* kShiftPartRemedy = "give the part with the sequence
 
 // clang-format off
 namespace limits {
-inline constexpr Limit kWords =      {20000000, "has", "words", kShiftPartRemedy};
 inline constexpr Limit kFrames =     {100000, "has", "save frames", kShiftPartRemedy};
 inline constexpr Limit kEntries =    {kMostListsOrChains, "holds", "entries", "split it into several files"};
 inline constexpr Limit kMolecules =  {kMostListsOrChains, "describes", "molecules", kPartRemedy};

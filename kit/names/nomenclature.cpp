@@ -18,69 +18,60 @@ namespace {
 
 using Kind = AtomReading::Kind;
 
-/// A residue that is not one of the 20, by the letter of its parent.
-ResidueReading modified(char letter) {
-  ResidueReading type;
-  type.letter = letter;
-  type.isModified = true;
-  return type;
-}
-
-/// Names of one letter.
+/// Names of one type that the library's table leaves out, or reads in another way.
 struct Names {
-  char letter;
-  std::string_view names;  ///< between blanks
+  std::string_view names;  ///< between bars
+  ResidueReading type;
 };
 
-// Names that NMR programs give to the usual residues (charge or tautomer in the name).
-constexpr Names kProgramNames[] = {{'R', "ARG+"},
-                                   {'K', "LYS+ LYN"},
-                                   {'D', "ASP- ASH"},
-                                   {'E', "GLU- GLH"},
-                                   {'H', "HIS+ HIST HID HIE HIP HSD HSE HSP"},
-                                   {'P', "CPRO CPR PRO_CIS"}};
+constexpr Names kOwnNames[] = {
+    // With the charge or tautomer, as NMR programs have them, or written out, as spreadsheets do.
+    {"ALANINE", {'A'}},
+    {"ARG+|ARGININE", {'R'}},
+    {"ASPARAGINE", {'N'}},
+    {"ASP-|ASH|ASPARTATE|ASPARTIC ACID", {'D'}},
+    {"CYSTEINE", {'C'}},
+    {"CYSS|CYX", {'C', false, false, Thiol::disulfide}},
+    {"CYSH|CYM|CYS-", {'C', false, false, Thiol::notDisulfide}},
+    {"GLUTAMINE", {'Q'}},
+    {"GLU-|GLH|GLUTAMATE|GLUTAMIC ACID", {'E'}},
+    {"GLYCINE", {'G'}},
+    {"HIS+|HIST|HID|HIE|HIP|HSD|HSE|HSP|HISTIDINE", {'H'}},
+    {"ISOLEUCINE", {'I'}},
+    {"LEUCINE", {'L'}},
+    {"LYS+|LYN|LYSINE", {'K'}},
+    {"METHIONINE", {'M'}},
+    {"PHENYLALANINE", {'F'}},
+    {"CPRO|PROLINE", {'P'}},
+    {"CPR|PRO_CIS", {'P', false, false, Thiol::unknown, true}},
+    {"SERINE", {'S'}},
+    {"THREONINE", {'T'}},
+    {"TRYPTOPHAN", {'W'}},
+    {"TYROSINE", {'Y'}},
+    {"VALINE", {'V'}},
+    // Modified residues by their parent. The ring of hydroxyproline has other shifts than that of proline.
+    {"AYA", {'A', true}},
+    {"SEC", {'C', true}},
+    {"BHD", {'D', true}},
+    {"DDE", {'H', true}},
+    {"LYZ|PYL", {'K', true}},
+    {"2MR|DA2|NMM", {'R', true}},
+    {"BTR|HTR", {'W', true}},
+    {"HYP|HY3", {'P', true, true}},
+    // The library files these under a parent whose shifts are nothing like theirs: other side chains at CB,
+    // no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
+    {"ABA|AIB|ALC|BMT|CR2|CR8|CRF|CRO|CRQ|CSH|DAB|DHA|FGA|GHP|GYS|IAS|MDO|NLE|NRQ|ORN", {}}};
 
-// Names written out, as spreadsheets have them.
-constexpr Names kWrittenOut[] = {
-    {'A', "ALANINE"},   {'R', "ARGININE"},      {'N', "ASPARAGINE"}, {'D', "ASPARTATE"}, {'C', "CYSTEINE"},
-    {'Q', "GLUTAMINE"}, {'E', "GLUTAMATE"},     {'G', "GLYCINE"},    {'H', "HISTIDINE"}, {'I', "ISOLEUCINE"},
-    {'L', "LEUCINE"},   {'K', "LYSINE"},        {'M', "METHIONINE"}, {'P', "PROLINE"},   {'S', "SERINE"},
-    {'T', "THREONINE"}, {'F', "PHENYLALANINE"}, {'W', "TRYPTOPHAN"}, {'Y', "TYROSINE"},  {'V', "VALINE"}};
-
-// Modified residues by their parent, for which the library has none or another letter.
-constexpr Names kModified[] = {{'A', "AYA"},     {'C', "SEC"},         {'D', "BHD"},    {'H', "DDE"},
-                               {'K', "LYZ PYL"}, {'R', "2MR DA2 NMM"}, {'W', "BTR HTR"}};
-
-// Residues that the library files under a parent whose shifts are nothing like theirs: other side chains at
-// CB, no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
-constexpr std::string_view kUnlikeTheirParent =
-    "ABA AIB ALC BMT CR2 CR8 CRF CRO CRQ CSH DAB DHA FGA GHP GYS IAS MDO NLE NRQ ORN";
-
-std::unordered_map<std::string, ResidueReading> makeOwnNames() {
-  std::unordered_map<std::string, ResidueReading> names;
-  const auto add = [&names](std::string_view list, const ResidueReading& type) {
-    std::istringstream words{std::string(list)};
-    for (std::string name; words >> name;) names.emplace(name, type);
-  };
-  for (const Names& one : kProgramNames) add(one.names, {one.letter});
-  for (const Names& one : kWrittenOut) add(one.names, {one.letter});
-  for (const Names& one : kModified) add(one.names, modified(one.letter));
-  add(kUnlikeTheirParent, {});
-  add("CYSS CYX", {'C', false, false, Thiol::disulfide});
-  add("CYSH CYM CYS-", {'C', false, false, Thiol::notDisulfide});
-  names.emplace("ASPARTIC ACID", ResidueReading{'D'});
-  names.emplace("GLUTAMIC ACID", ResidueReading{'E'});
-  // The ring of hydroxyproline has other shifts than that of proline.
-  ResidueReading hydroxyproline = modified(kProlineCode);
-  hydroxyproline.isHydroxyproline = true;
-  add("HYP HY3", hydroxyproline);
-  return names;
-}
-
-/// Names that the library's table leaves out, or that are read in another way than it does.
 const std::unordered_map<std::string, ResidueReading>& ownNames() {
-  static const std::unordered_map<std::string, ResidueReading> names = makeOwnNames();
-  return names;
+  static const auto all = [] {
+    std::unordered_map<std::string, ResidueReading> types;
+    for (const Names& one : kOwnNames) {
+      std::istringstream names{std::string(one.names)};
+      for (std::string name; std::getline(names, name, '|');) types.emplace(name, one.type);
+    }
+    return types;
+  }();
+  return all;
 }
 
 // The library's table; it takes names of ASCII letters and digits only.
@@ -89,51 +80,34 @@ gemmi::ResidueInfo tabulated(const std::string& name) {
   return gemmi::find_tabulated_residue(isPlain ? name : std::string());
 }
 
-AtomReading inTable(Atom atom) {
-  return {Kind::table, atom};
-}
-
 bool isAmong(std::initializer_list<std::string_view> names, std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// Tells whether a name is for both alpha protons of glycine.
-bool isBothAlphaProtons(std::string_view name) {
-  return isAmong({"HA", "HA%", "HA*", "HA#", "QA"}, name);
-}
-
-/// Reads the name of one or both alpha protons of glycine, older names included.
-AtomReading readGlycineProton(std::string_view name) {
-  if (isBothAlphaProtons(name)) return {Kind::pseudo, Atom::HA2};
-  if (isAmong({"HA1", "1HA"}, name)) return {Kind::table, Atom::HA2, true};
-  if (isAmong({"HA2", "2HA", "HAX", "HA'", "HAA"}, name)) return inTable(Atom::HA2);
-  if (isAmong({"HA3", "HAY", "HA''", "HAB", "HA\""}, name)) return inTable(Atom::HA3);
+/// Reads the name of an alpha proton, older names included.
+AtomReading readAlphaProton(bool isGlycine, std::string_view name) {
+  const bool isSecond = isAmong({"HA2", "2HA", "HAX"}, name);
+  const bool isThird = isAmong({"HA3", "HAY"}, name);
+  const bool isOlder = isAmong({"HA1", "1HA"}, name);
+  if (isAmong({"HA", "HA%", "HA*", "HA#", "QA"}, name))
+    return isGlycine ? AtomReading{Kind::pseudo, Atom::HA2} : AtomReading{Kind::table, Atom::HA};
+  if (!isGlycine) return {isSecond || isThird || isOlder ? Kind::foreign : Kind::other};
+  if (isSecond || isOlder || isAmong({"HA'", "HAA"}, name)) return {Kind::table, Atom::HA2, isOlder};
+  if (isThird || isAmong({"HA''", "HAB", "HA\""}, name)) return {Kind::table, Atom::HA3};
   return {};
-}
-
-AtomReading readAlphaProton(char letter, std::string_view name) {
-  if (letter == 'G') return readGlycineProton(name);
-  if (isBothAlphaProtons(name)) return inTable(Atom::HA);
-  return {isAmong({"HA1", "HA2", "HA3", "1HA", "2HA", "HAX", "HAY"}, name) ? Kind::foreign : Kind::other};
 }
 
 }  // namespace
 
 ResidueReading residueType(std::string_view name) {
   const std::string key = upper(name);
-  if (const auto own = ownNames().find(key); own != ownNames().end()) {
-    ResidueReading type = own->second;
-    type.isCis = name == "cPRO" || key == "CPR" || key == "PRO_CIS";
-    return type;
-  }
+  if (name == "cPRO") return ownNames().at("CPR");
+  if (const auto own = ownNames().find(key); own != ownNames().end()) return own->second;
   // The library's "standard" residues are the 20; the parent of another is in lower case.
   const gemmi::ResidueInfo info = tabulated(key);
   const char letter = upper(std::string_view(&info.one_letter_code, 1)).front();
   if (!info.is_amino_acid() || kAminoAcids.find(letter) == std::string_view::npos) return {};
-  if (!info.is_standard()) return modified(letter);
-  ResidueReading type;
-  type.letter = letter;
-  return type;
+  return {letter, !info.is_standard()};
 }
 
 ResidueReading polypeptideResidue(std::string_view name) {
@@ -209,15 +183,16 @@ std::optional<std::string> nextNumber(const std::string& text) {
 }
 
 AtomReading readAtom(char letter, std::string_view atom) {
-  const AtomReading foreign{Kind::foreign};
+  const bool isGlycine = letter == 'G';
+  const bool hasRing = letter == kProlineCode;
   const std::string name = upper(withLatinLetters(atom));
-  if (name == "N") return inTable(Atom::N);
-  if (name == "H" || name == "HN") return letter == kProlineCode ? foreign : inTable(Atom::HN);
-  if (name == "C" || name == "CO" || name == "C'") return inTable(Atom::C);
-  if (name == "CA") return inTable(Atom::CA);
-  if (name == "CB") return letter == 'G' ? foreign : inTable(Atom::CB);
-  if (name == "CG") return letter == kProlineCode ? inTable(Atom::CG) : AtomReading{};
-  return readAlphaProton(letter, name);
+  if (name == "N") return {Kind::table, Atom::N};
+  if (name == "H" || name == "HN") return {hasRing ? Kind::foreign : Kind::table, Atom::HN};
+  if (name == "C" || name == "CO" || name == "C'") return {Kind::table, Atom::C};
+  if (name == "CA") return {Kind::table, Atom::CA};
+  if (name == "CB") return {isGlycine ? Kind::foreign : Kind::table, Atom::CB};
+  if (name == "CG") return {hasRing ? Kind::table : Kind::other, Atom::CG};
+  return readAlphaProton(isGlycine, name);
 }
 
 }  // namespace zorvela

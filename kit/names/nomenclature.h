@@ -83,6 +83,11 @@ struct ResidueNumber {
   std::string code;  ///< the insertion code; empty in most
 };
 
+/// Orders 52, 52A, 52B, 53.
+inline bool operator<(const ResidueNumber& a, const ResidueNumber& b) {
+  return a.number != b.number ? a.number < b.number : a.code < b.code;
+}
+
 /// Reads "12", "-3", "52A", "007". Nothing for a text that does not begin with a number, or that has a blank.
 std::optional<ResidueNumber> readResidueNumber(const std::string& text);
 

@@ -9,7 +9,7 @@
 #include "predict/evidence.h"
 #include "predict/referencing.h"
 #include "predict/tables.h"
-#include "protein/deuteration.h"
+#include "protein/remarks.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {

@@ -10,7 +10,6 @@
 
 #include "formats/input_bytes.h"
 #include "predict/table_checks.h"
-#include "util/checksum.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -7,10 +7,9 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/disulfides.h"
-#include "protein/implausible_shifts.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
+#include "protein/states_by_shift.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/protein.h"
@@ -20,6 +19,7 @@ namespace zorvela {
 namespace {
 
 constexpr const char* kTheSequence = "the sequence";
+constexpr std::uint8_t kDecimals = 3;
 
 void checkSequence(const std::string& sequence) {
   if (sequence.empty()) throw Error(kTheSequence, 0, "is empty", "give one-letter codes, as in \"MQIF\"");
@@ -44,69 +44,49 @@ bool isOfProtein(std::string_view atom) {
   return name.find_first_not_of("0123456789%*#'XY", 2) == std::string::npos;
 }
 
-/// The shifts of a sequence as they come, by residue and place in the table.
-class Gathered {
- public:
-  Gathered(const std::string& letters, int firstNumber) : sequence(letters), first(firstNumber) {}
+/// Reads the name of an atom that residue `letter` has the shift of. `name` is how messages name the shift.
+AtomReading readGiven(char letter, const NamedShift& named, const std::string& name) {
+  if (!std::isfinite(named.ppm))
+    throw Error(name, 0, "has a shift that is not a number", "leave out what was not measured");
+  const AtomReading atom = readAtom(letter, named.atom);
+  if (atom.kind == AtomReading::Kind::other && !isOfProtein(named.atom))
+    throw Error(name, 0, "is not an atom of a protein", "use names such as N, HN, HA, C, CA, CB and CG");
+  if (atom.isOlderName)
+    throw Error(name, 0, "is an older name", "call the alpha protons of glycine HA2 and HA3");
+  return atom;
+}
 
-  void add(const NamedShift& named) {
-    const std::int64_t position = static_cast<std::int64_t>(named.number) - first + 1;
-    if (position < 1 || position > static_cast<std::int64_t>(sequence.size()))
-      throw Error("residue " + std::to_string(named.number), 0, "is not in the sequence",
-                  "its residues are " + std::to_string(first) + " to " +
-                      std::to_string(first + static_cast<std::int64_t>(sequence.size()) - 1));
-    const std::string name = printable(named.atom, 40) + " of residue " + std::to_string(named.number);
-    if (!std::isfinite(named.ppm))
-      throw Error(name, 0, "has a shift that is not a number", "leave out what was not measured");
-    const AtomReading atom = readAtom(sequence[static_cast<std::size_t>(position) - 1], named.atom);
-    if (atom.kind == AtomReading::Kind::other && !isOfProtein(named.atom))
-      throw Error(name, 0, "is not an atom of a protein", "use names such as N, HN, HA, C, CA, CB and CG");
-    if (atom.isOlderName)
-      throw Error(name, 0, "is an older name", "call the alpha protons of glycine HA2 and HA3");
-    if (atom.kind == AtomReading::Kind::other)
-      ++others;
-    else if (atom.kind == AtomReading::Kind::foreign)
-      foreign.push_back(std::to_string(named.number) + " " + printable(named.atom, 40));
-    else
-      put(static_cast<int>(position), atom, named.ppm, name);
-  }
-
-  void moveTo(Protein& protein) {
-    for (const auto& [place, shift] : shifts) protein.shifts.push_back(shift);
-    addNote(kForeignAtoms, foreign, protein.notes);
-    noteOtherAtoms(others, protein.asides);
-  }
-
- private:
-  void put(int position, const AtomReading& atom, double ppm, const std::string& name) {
-    Shift shift{position, atom.atom, 3, ppm};
-    if (isMissingMark(shift)) return;
-    putOnce(shift, name);
-    if (atom.kind != AtomReading::Kind::pseudo) return;
-    shift.atom = Atom::HA3;
-    putOnce(shift, name);
-  }
-
-  void putOnce(const Shift& shift, const std::string& name) {
-    const auto [found, isNew] = shifts.emplace(std::pair(shift.position, tableRank(shift.atom)), shift);
-    if (!isNew && found->second.ppm != shift.ppm) throw Error(name, 0, "has two values", "keep one of them");
-  }
-
-  const std::string& sequence;
-  std::int64_t first;
-  std::map<std::pair<int, std::size_t>, Shift> shifts;
+/// Takes the shifts into a protein that has its sequence.
+void takeShifts(const std::vector<NamedShift>& given, std::int64_t first, Protein& protein) {
+  const auto size = static_cast<std::int64_t>(protein.sequence.size());
+  std::map<AtomKey, Shift> shifts;
   std::vector<std::string> foreign;
   std::size_t others = 0;
-};
-
-/// Decides by CB, as for a file that does not state the form of its cysteines.
-void markOxidised(Protein& protein) {
-  std::vector<std::string> oxidised;
-  for (const std::size_t place : oxidisedByShift(protein)) {
-    protein.sequence[place] = kDisulfideCysteine;
-    oxidised.push_back(protein.numbers[place]);
+  for (const NamedShift& named : given) {
+    const std::string number = std::to_string(named.number);
+    const std::int64_t place = named.number - first;
+    if (place < 0 || place >= size)
+      throw Error("residue " + number, 0, "is not in the sequence",
+                  "its residues are " + std::to_string(first) + " to " + std::to_string(first + size - 1));
+    const std::string name = printable(named.atom, 40);
+    const std::string ofResidue = name + " of residue " + number;
+    const AtomReading atom = readGiven(protein.sequence[static_cast<std::size_t>(place)], named, ofResidue);
+    Shift shift{static_cast<int>(place) + 1, atom.atom, kDecimals, named.ppm};
+    if (atom.kind == AtomReading::Kind::other) ++others;
+    if (atom.kind == AtomReading::Kind::foreign) foreign.push_back(number + " " + name);
+    if (!atom.isInTable() || isMissingMark(shift)) continue;
+    const auto put = [&] {
+      const auto [found, isNew] = shifts.emplace(atomKey(shift.position, shift.atom), shift);
+      if (!isNew && found->second.ppm != shift.ppm)
+        throw Error(ofResidue, 0, "has two values", "keep one of them");
+    };
+    put();
+    shift.atom = Atom::HA3;
+    if (atom.kind == AtomReading::Kind::pseudo) put();
   }
-  addNote(bondedByShiftText(), oxidised, protein.notes);
+  for (const auto& [atom, shift] : shifts) protein.shifts.push_back(shift);
+  addNote(kForeignAtoms, foreign, protein.notes);
+  noteOtherAtoms(others, protein.asides);
 }
 
 }  // namespace
@@ -115,12 +95,14 @@ Protein proteinOfShifts(const std::string& sequence, const std::vector<NamedShif
   checkSequence(sequence);
   Protein protein;
   protein.sequence = sequence;
-  for (std::size_t i = 0; i < sequence.size(); ++i)
-    protein.numbers.push_back(std::to_string(firstNumber + static_cast<std::int64_t>(i)));
-  Gathered gathered(sequence, firstNumber);
-  for (const NamedShift& shift : shifts) gathered.add(shift);
-  gathered.moveTo(protein);
-  markOxidised(protein);
+  ChainSequence residues;
+  for (std::size_t i = 0; i < sequence.size(); ++i) {
+    const std::string number = std::to_string(firstNumber + static_cast<std::int64_t>(i));
+    protein.numbers.push_back(number);
+    residues.residues.push_back({number, number, "", Thiol::unknown, false, {sequence[i]}});
+  }
+  takeShifts(shifts, firstNumber, protein);
+  markDisulfides({}, residues, protein);
   noteImplausible(protein);
   return protein;
 }

@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <map>
 #include <set>
 #include <utility>
 
 #include "formats/shift_model.h"
 #include "names/nomenclature.h"
-#include "protein/deuteration.h"
-#include "protein/disulfides.h"
-#include "protein/numbering.h"
+#include "protein/remarks.h"
 #include "protein/shifts.h"
+#include "protein/states_by_shift.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -22,20 +20,11 @@ namespace zorvela {
 
 namespace {
 
-/// The cells of a row, as the table writes them.
-struct TableRow {
-  const std::string& number;
-  const std::string& residue;
-  const std::string& atom;
-  const std::string& shift;
-};
-
-TableRow cellsOf(const GDB::Row& row) {
-  return {GDB::cell(row, "RESID"), GDB::cell(row, "RESNAME"), GDB::cell(row, "ATOMNAME"),
-          GDB::cell(row, "SHIFT")};
-}
-
-constexpr std::size_t kColumnsKept = 4;  // RESID, RESNAME, ATOMNAME, SHIFT
+constexpr const char* kNumberColumn = "RESID";
+constexpr const char* kResidueColumn = "RESNAME";
+constexpr const char* kAtomColumn = "ATOMNAME";
+constexpr const char* kShiftColumn = "SHIFT";
+constexpr std::size_t kColumnsKept = 4;
 
 // --- Sequence -----------------------------------------------------------------------------------
 
@@ -45,33 +34,23 @@ struct TableSequence {
   std::string letters;
 };
 
-TableSequence statedSequence(const GDB& table, const std::string& file) {
-  TableSequence sequence;
-  sequence.first = table.firstSeqResid;
-  checkLimit(table.residNames.size(), limits::kSequence, file);
-  if (sequence.first > std::numeric_limits<int>::max() - static_cast<int>(table.residNames.size()))
-    throw FileError(file, 0, "FIRST_RESID " + std::to_string(sequence.first) + " is too large",
-                    "give the number of the first residue");
-  for (const auto& [resid, name] : table.residNames) sequence.letters += name;
-  return sequence;
-}
-
-/// Of a table without a sequence: its rows give the residues, "?" stands for those between.
-TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
+/// The rows give the residues of a table without a sequence, "?" stands for those between.
+TableSequence sequenceOf(const GDB& table, const std::string& file) {
   std::map<int, char> letters;
-  for (const auto& [number, row] : table.entries) {
-    const std::string& name = cellsOf(row).residue;
-    if (const auto resid = toInteger(cellsOf(row).number))
-      letters.emplace(*resid, name.size() == 1 && isSequenceLetter(name[0]) ? name[0] : kUnknownResidue);
-  }
+  for (const auto& [resid, name] : table.residNames) letters.emplace(resid, name.front());
+  if (letters.empty())
+    for (const auto& [number, row] : table.entries) {
+      const std::string& name = GDB::cell(row, kResidueColumn);
+      if (const auto resid = toInteger(GDB::cell(row, kNumberColumn)))
+        letters.emplace(*resid, name.size() == 1 && isSequenceLetter(name[0]) ? name[0] : kUnknownResidue);
+    }
   if (letters.empty()) throw FileError(file, 0, "the table has neither a sequence nor rows", kTableRemedy);
-  TableSequence sequence;
-  sequence.first = letters.begin()->first;
-  const std::int64_t length = static_cast<std::int64_t>(letters.rbegin()->first) - sequence.first + 1;
-  checkLimit(static_cast<std::size_t>(length), limits::kSequence, file);
-  sequence.letters.assign(static_cast<std::size_t>(length), kUnknownResidue);
+  const std::int64_t first = letters.begin()->first;
+  const auto length = static_cast<std::size_t>(letters.rbegin()->first - first + 1);
+  checkLimit(length, limits::kSequence, file);
+  TableSequence sequence{letters.begin()->first, std::string(length, kUnknownResidue)};
   for (const auto& [resid, letter] : letters)
-    sequence.letters[static_cast<std::size_t>(static_cast<std::int64_t>(resid) - sequence.first)] = letter;
+    sequence.letters[static_cast<std::size_t>(resid - first)] = letter;
   return sequence;
 }
 
@@ -79,8 +58,7 @@ TableSequence sequenceOfRows(const GDB& table, const std::string& file) {
 
 /// The shifts of a table, and the rows that are not used or are unusual.
 struct TableShifts {
-  std::vector<Shift> shifts;
-  std::set<std::pair<int, Atom>> taken;
+  std::map<AtomKey, Shift> shifts;
   std::set<std::string> misnamed;
   std::vector<std::string> outside;
   std::vector<std::string> unusable;
@@ -98,53 +76,40 @@ AtomReading readTableAtom(char letter, const std::string& name) {
   return {AtomReading::Kind::table, *atom};
 }
 
-/// Takes a shift, unless its atom has one. HA1 of glycine is not settled here.
-void addShift(const Shift& shift, const std::string& label, TableShifts& found) {
-  if (found.taken.emplace(shift.position, shift.atom).second)
-    found.shifts.push_back(shift);
-  else
-    found.repeated.push_back(label);
-}
-
-void readShiftCells(const TableRow& row, int position, char letter, TableShifts& found) {
-  const std::string name = printable(row.atom, 20);
-  const std::string label = printable(row.number, 20) + " " + name;
-  auto shift = readShift(row.shift);
+void readRow(const GDB::Row& row, const TableSequence& sequence, TableShifts& found) {
+  const std::string number = printable(GDB::cell(row, kNumberColumn), 20);
+  const std::string residue = printable(GDB::cell(row, kResidueColumn), 10);
+  const std::string name = printable(GDB::cell(row, kAtomColumn), 20);
+  const std::string& value = GDB::cell(row, kShiftColumn);
+  const auto resid = toInteger(number);
+  const std::int64_t place = resid ? std::int64_t{*resid} - sequence.first : -1;
+  if (place < 0 || place >= static_cast<std::int64_t>(sequence.letters.size())) {
+    found.outside.push_back(number);
+    return;
+  }
+  const char letter = sequence.letters[static_cast<std::size_t>(place)];
+  if (!residue.empty() && residue != std::string(1, letter))
+    found.misnamed.insert(number + " (" + residue + ", sequence " + letter + ")");
+  const std::string label = number + " " + name;
   const AtomReading atom = readTableAtom(letter, name);
+  auto shift = readShift(value);
   if (shift && isMissingMark(*shift)) found.marks.push_back(label);
+  const auto take = [&](Atom of) {
+    shift->position = static_cast<int>(place) + 1;
+    shift->atom = of;
+    if (!found.shifts.emplace(atomKey(shift->position, shift->atom), *shift).second)
+      found.repeated.push_back(label);
+  };
   if (!atom.isInTable()) {
     ++found.otherAtoms;
   } else if (!shift) {
-    found.unusable.push_back(label + " (" + printable(row.shift, 20) + ")");
-  } else if (atom.isOlderName) {
+    found.unusable.push_back(label + " (" + printable(value, 20) + ")");
+  } else if (atom.isOlderName) {  // not settled here
     found.repeated.push_back(label);
   } else {
-    shift->position = position;
-    shift->atom = atom.atom;
-    addShift(*shift, label, found);
-    shift->atom = Atom::HA3;
-    if (atom.kind == AtomReading::Kind::pseudo) addShift(*shift, label, found);
+    take(atom.atom);
+    if (atom.kind == AtomReading::Kind::pseudo) take(Atom::HA3);
   }
-}
-
-void readRow(const TableRow& row, const TableSequence& sequence, TableShifts& found) {
-  const auto resid = toInteger(row.number);
-  const std::int64_t position = resid ? static_cast<std::int64_t>(*resid) - sequence.first + 1 : 0;
-  if (position < 1 || position > static_cast<std::int64_t>(sequence.letters.size())) {
-    found.outside.push_back(printable(row.number, 20));
-    return;
-  }
-  const char letter = sequence.letters[static_cast<std::size_t>(position) - 1];
-  if (!row.residue.empty() && row.residue != std::string(1, letter))
-    found.misnamed.insert(row.number + " (" + printable(row.residue, 10) + ", sequence " + letter + ")");
-  readShiftCells(row, static_cast<int>(position), letter, found);
-}
-
-TableShifts readRows(const GDB& table, const TableSequence& sequence) {
-  TableShifts found;
-  for (const auto& [number, row] : table.entries) readRow(cellsOf(row), sequence, found);
-  std::stable_sort(found.shifts.begin(), found.shifts.end(), isBefore);
-  return found;
 }
 
 // --- Remarks and notes --------------------------------------------------------------------------
@@ -155,14 +120,10 @@ void takeRemarks(const GDB& table, int first, Protein& protein) {
   protein.deuteration = deuterationFromRemarks(protein.remarks);
   protein.numbers = numbersFromRemarks(protein.remarks, static_cast<int>(protein.sequence.size()), first);
   if (first == 1) return;
-  bool isStated = false;
-  for (std::string& remark : protein.remarks) {
-    if (!hasNumbering(remark)) continue;
-    remark = shiftedNumbering(remark, static_cast<std::int64_t>(first) - 1);
-    isStated = true;
-  }
-  if (isStated) return;
-  for (const std::string& remark : numberingRemarks(protein.numbers)) protein.remarks.push_back(remark);
+  if (std::none_of(protein.remarks.begin(), protein.remarks.end(), hasNumbering))
+    addNumbering(protein);
+  else
+    for (std::string& remark : protein.remarks) remark = shiftedNumbering(remark, std::int64_t{first} - 1);
 }
 
 void noteRows(const TableShifts& found, std::vector<std::string>& notes) {
@@ -187,7 +148,11 @@ void noteOtherParts(const GDB& table, std::vector<std::string>& notes) {
 
 void noteOxidised(Protein& protein) {
   std::vector<std::string> oxidised;
-  for (const std::size_t place : oxidisedByShift(protein)) oxidised.push_back(protein.numbers[place]);
+  for (const Shift& shift : protein.shifts) {
+    const std::size_t place = static_cast<std::size_t>(shift.position) - 1;
+    if (shift.atom == Atom::CB && protein.sequence[place] == 'C' && shift.ppm > kOxidisedFrom)
+      oxidised.push_back(protein.numbers[place]);
+  }
   addNote("cysteines with CB above " + fixedText(kOxidisedFrom, 0) +
               " ppm are reduced (C) in the table; write c for those in a disulfide bond: ",
           oxidised, protein.notes);
@@ -208,22 +173,20 @@ ShiftFile wordsOfTable(const GDB& table) {
   if (const double share = deuterationFromRemarks(table.remarks); share > 0)
     file.lists.front().deuteration[0] = share;
   for (const auto& [place, row] : table.entries) {
-    const TableRow cells = cellsOf(row);
-    FileShift shift;
+    FileShift& shift = file.lists.front().shifts.emplace_back();
     shift.chain = 0;
-    shift.key = shift.number = cells.number;
-    shift.residueName = cells.residue;
-    shift.atom = cells.atom;
-    shift.value = cells.shift;
-    file.lists.front().shifts.push_back(std::move(shift));
+    shift.key = shift.number = GDB::cell(row, kNumberColumn);
+    shift.residueName = GDB::cell(row, kResidueColumn);
+    shift.atom = GDB::cell(row, kAtomColumn);
+    shift.value = GDB::cell(row, kShiftColumn);
   }
   return file;
 }
 
 Protein proteinOfTable(const GDB& table, const std::string& file, const std::vector<std::string>& notes) {
-  const bool hasSequence = !table.residNames.empty();
-  const TableSequence sequence = hasSequence ? statedSequence(table, file) : sequenceOfRows(table, file);
-  TableShifts found = readRows(table, sequence);
+  const TableSequence sequence = sequenceOf(table, file);
+  TableShifts found;
+  for (const auto& [number, row] : table.entries) readRow(row, sequence, found);
   if (found.shifts.empty())
     throw FileError(file, 0, "holds no backbone shifts of a protein",
                     "this table holds: " + counted(table.entries.size(), "row", "rows") + ", " +
@@ -231,11 +194,11 @@ Protein proteinOfTable(const GDB& table, const std::string& file, const std::vec
   Protein protein;
   protein.file = file;
   protein.sequence = sequence.letters;
-  protein.isSequenceGiven = hasSequence;
+  protein.isSequenceGiven = !table.residNames.empty();
   protein.notes = notes;
-  if (!hasSequence)
+  if (!protein.isSequenceGiven)
     protein.notes.push_back("the table has no DATA SEQUENCE line; the sequence was built from its rows");
-  protein.shifts = std::move(found.shifts);
+  for (const auto& [atom, shift] : found.shifts) protein.shifts.push_back(shift);
   takeRemarks(table, sequence.first, protein);
   if (sequence.first != 1)
     protein.notes.push_back("residue " + std::to_string(sequence.first) + " of the table is now residue 1");

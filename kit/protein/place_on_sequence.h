@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,5 +20,21 @@ namespace zorvela {
 /// the number is open; and for the first residue that the file calls otherwise.
 bool placeOnSequence(ShiftFile& file, std::size_t chain, const SequenceFile& sequence,
                      std::optional<int> firstResidue, const std::string& path);
+
+/// Above this share of residues in conflict a sequence is that of another protein, or numbered otherwise: at
+/// the true numbers 99 % of 1,707 entries have up to 1.5 %, the sequence of another protein has 42 % in the
+/// median.
+inline constexpr double kMostInConflict = 0.05;
+
+/// Residue types, a bit for each of `kAminoAcids`.
+using Types = std::uint32_t;
+
+/// Returns the types that have no such atom (HN of proline, CB of glycine) or whose shifts of the atom lie
+/// elsewhere.
+Types excludedByShift(const FileShift& row);
+
+/// Tells whether the excluded types hold the letter of a sequence. A blank, which is a number without a
+/// residue, is always in conflict.
+bool isInConflict(Types excluded, char letter);
 
 }  // namespace zorvela

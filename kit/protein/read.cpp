@@ -9,7 +9,7 @@
 #include "formats/sequence_file.h"
 #include "names/nomenclature.h"
 #include "protein/assembly.h"
-#include "protein/implausible_shifts.h"
+#include "protein/shifts.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <map>
-#include <numeric>
+#include <optional>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "formats/limits.h"
-#include "protein/numbering.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -24,42 +23,6 @@ constexpr int kLongestGap = 1000;
 constexpr int kMostFilled = 5000;
 constexpr std::size_t kLongestNumber = 20;
 
-/// A residue that only its rows name, with its number in parts for sorting.
-struct DerivedResidue {
-  ResidueNumber order;
-  FileResidue residue;
-};
-
-bool standsBefore(const DerivedResidue& a, const DerivedResidue& b) {
-  if (a.order.number != b.order.number) return a.order.number < b.order.number;
-  return a.order.code < b.order.code;
-}
-
-void noteOtherName(const FileResidue& residue, const std::string& otherName, LimitedNotes& notes) {
-  const std::string& number = residue.number.empty() ? residue.key : residue.number;
-  notes.add("residue " + number + " is called both " + residue.name + " and " + otherName + ": " +
-            residue.name + " is used");
-}
-
-/// The numbers that people use are the rows' own; where no row has one, the places count.
-void numberByPlace(std::vector<DerivedResidue>& derived) {
-  const auto hasNumber = [](const DerivedResidue& one) { return !one.residue.number.empty(); };
-  if (std::any_of(derived.begin(), derived.end(), hasNumber)) return;
-  for (DerivedResidue& one : derived) one.residue.number = one.residue.key;
-}
-
-/// A number that several residues have stays with the first of them.
-void keepNumbersOnce(std::vector<FileResidue>& residues, std::vector<std::string>& notes) {
-  std::unordered_set<std::string> taken;
-  std::vector<std::string> twice;
-  for (FileResidue& residue : residues) {
-    if (residue.number.empty() || taken.insert(residue.number).second) continue;
-    twice.push_back(residue.number);
-    residue.number.clear();
-  }
-  addNote("two residues have the same number; the first keeps it: ", twice, notes);
-}
-
 /// Returns the residues that a row names: its own and, where it has the shift of a neighbour, that one first.
 std::vector<FileResidue> residuesOf(const FileShift& row) {
   const FileResidue named = {keyOf(row), row.number, row.offset ? std::string() : row.residueName};
@@ -69,103 +32,87 @@ std::vector<FileResidue> residuesOf(const FileShift& row) {
   return {{*neighbour, row.number == named.key ? *neighbour : std::string(), row.residueName}, named};
 }
 
+/// A number that several residues have stays with the first of them.
 std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::string>& notes) {
-  std::vector<DerivedResidue> derived;
-  std::unordered_map<std::string, std::size_t> indexOf;
-  std::unordered_map<std::string, std::string> otherNames;
+  std::map<std::pair<ResidueNumber, std::string>, FileResidue> derived;
+  std::set<std::string> withTwoNames;
   LimitedNotes differing("residues with two names");
-  const auto add = [&](const FileResidue& named) {
-    const auto order = readResidueNumber(named.key);
-    if (!order || isIonOrWater(named.name)) return;  // noted where the shifts are placed
-    const auto [entry, isNew] = indexOf.emplace(named.key, derived.size());
-    if (isNew) {
-      derived.push_back({*order, named});
-      return;
-    }
-    FileResidue& residue = derived[entry->second].residue;
-    if (residue.name.empty()) residue.name = named.name;
-    if (residue.number.empty()) residue.number = named.number;
-    const bool isOther = !named.name.empty() && !equalIgnoringCase(residue.name, named.name);
-    if (isOther && otherNames.emplace(named.key, named.name).second)
-      noteOtherName(residue, named.name, differing);
-  };
+  bool haveNumbers = false;
   for (const FileShift* row : rows)
-    for (const FileResidue& named : residuesOf(*row)) add(named);
+    for (const FileResidue& named : residuesOf(*row)) {
+      const auto order = readResidueNumber(named.key);
+      if (!order || isIonOrWater(named.name)) continue;  // noted where the shifts are placed
+      FileResidue& residue = derived.emplace(std::pair(*order, named.key), named).first->second;
+      if (residue.name.empty()) residue.name = named.name;
+      if (residue.number.empty()) residue.number = named.number;
+      haveNumbers = haveNumbers || !residue.number.empty();
+      const bool isOther = !named.name.empty() && !equalIgnoringCase(residue.name, named.name);
+      if (isOther && withTwoNames.insert(named.key).second)
+        differing.add("residue " + (residue.number.empty() ? residue.key : residue.number) +
+                      " is called both " + residue.name + " and " + named.name + ": " + residue.name +
+                      " is used");
+    }
   differing.appendTo(notes);
-  numberByPlace(derived);
-  std::stable_sort(derived.begin(), derived.end(), standsBefore);
   std::vector<FileResidue> residues;
-  residues.reserve(derived.size());
-  for (DerivedResidue& one : derived) residues.push_back(std::move(one.residue));
-  keepNumbersOnce(residues, notes);
+  std::set<std::string> taken;
+  std::vector<std::string> twice;
+  for (auto& [order, residue] : derived) {
+    // The numbers that people use are the rows' own; where no row has one, the places count.
+    if (!haveNumbers) residue.number = residue.key;
+    if (!residue.number.empty() && !taken.insert(residue.number).second)
+      twice.push_back(std::exchange(residue.number, {}));
+    residues.push_back(std::move(residue));
+  }
+  addNote("two residues have the same number; the first keeps it: ", twice, notes);
   return residues;
 }
 
-/// Residues that are missing in the sequence: the first, counted from 1, and how many.
-struct Gap {
-  int first = 0;
-  int count = 0;
-};
-
-/// Missing residues between two neighbours of the sequence, none if the numbers follow.
-std::vector<FileResidue> missingBetween(const FileResidue& before, const FileResidue& after, int& filled) {
-  std::vector<FileResidue> missing;
-  const auto first = readResidueNumber(before.key);
-  const auto last = readResidueNumber(after.key);
-  if (!first || !last || after.bondedToPrevious) return missing;
-  const std::int64_t count = static_cast<std::int64_t>(last->number) - first->number - 1;
-  if (count <= 0) return missing;
-  const bool isFilled = count <= kLongestGap && filled + count <= kMostFilled;
-  for (std::int64_t i = 1; i <= (isFilled ? count : 1); ++i) {
-    FileResidue gap;
-    gap.key = std::to_string(first->number + i);
-    if (before.number == before.key) gap.number = gap.key;
-    missing.push_back(gap);
+/// Adds the residues that are missing before the next one to the sequence, none if the numbers follow, and
+/// their positions to the gaps.
+void addMissing(const FileResidue& next, std::vector<FileResidue>& residues, std::vector<int>& gaps) {
+  const auto first = readResidueNumber(residues.back().key);
+  const auto last = readResidueNumber(next.key);
+  if (!first || !last || next.bondedToPrevious) return;
+  const bool isNumbered = residues.back().number == residues.back().key;
+  const std::int64_t count = std::int64_t{last->number} - first->number - 1;
+  if (count <= 0) return;
+  const bool isLong = count > kLongestGap || static_cast<std::int64_t>(gaps.size()) + count > kMostFilled;
+  for (std::int64_t i = 1; i <= (isLong ? 1 : count); ++i) {
+    const std::string key = std::to_string(first->number + i);
+    residues.push_back({key, isNumbered ? key : "", ""});
+    gaps.push_back(static_cast<int>(residues.size()));
   }
-  if (isFilled) filled += static_cast<int>(count);
-  return missing;
 }
 
-/// Removes ions and water, which are not residues of the chain.
-std::vector<FileResidue> withGapsFilled(std::vector<FileResidue> residues, std::vector<Gap>& gaps) {
-  const auto isNone = [](const FileResidue& residue) { return isIonOrWater(residue.name); };
-  residues.erase(std::remove_if(residues.begin(), residues.end(), isNone), residues.end());
-  std::vector<FileResidue> allMissing;
-  int filled = 0;
-  for (std::size_t i = 1; i < residues.size(); ++i) {
-    std::vector<FileResidue> missing = missingBetween(residues[i - 1], residues[i], filled);
-    if (missing.empty()) continue;
-    const auto before = static_cast<int>(i + allMissing.size());
-    gaps.push_back({before + 1, static_cast<int>(missing.size())});
-    std::move(missing.begin(), missing.end(), std::back_inserter(allMissing));
-  }
-  if (gaps.empty()) return residues;
+/// Leaves out ions and water, which are not residues of the chain.
+std::vector<FileResidue> withGapsFilled(std::vector<FileResidue> residues, std::vector<int>& gaps) {
   std::vector<FileResidue> whole;
-  auto residue = residues.begin();
-  auto missing = allMissing.begin();
-  for (const Gap& gap : gaps) {
-    while (static_cast<int>(whole.size()) + 1 < gap.first) whole.push_back(std::move(*residue++));
-    for (int i = 0; i < gap.count; ++i) whole.push_back(std::move(*missing++));
+  whole.reserve(residues.size());
+  for (FileResidue& residue : residues) {
+    if (isIonOrWater(residue.name)) continue;
+    if (!whole.empty()) addMissing(residue, whole, gaps);
+    whole.push_back(std::move(residue));
   }
-  std::move(residue, residues.end(), std::back_inserter(whole));
   return whole;
 }
 
 /// Names the gaps by the numbers that people use, and the residues in them that only shift rows name.
-void noteGaps(const std::vector<Gap>& gaps, const ChainSequence& sequence, std::vector<std::string>& notes) {
+void noteGaps(const std::vector<int>& gaps, const ChainSequence& sequence, std::vector<std::string>& notes) {
   std::vector<std::string> ranges;
   std::vector<std::string> named;
-  for (const Gap& gap : gaps) {
-    const int end = gap.first + gap.count;
-    int first = gap.first;  // of the stretch without names that ends here
-    for (int i = gap.first; i <= end; ++i) {
-      const ChainResidue& residue = sequence.at(i);
-      if (i < end && residue.name.empty()) continue;
-      if (i - first == 1) ranges.push_back(sequence.at(first).number);
-      if (i - first > 1) ranges.push_back(sequence.at(first).number + " to " + sequence.at(i - 1).number);
-      if (i < end) named.push_back(residue.number + " (" + residue.name + ")");
-      first = i + 1;
+  int before = 0;     // the last position in a gap without a name
+  std::string first;  // number of the first of such positions in a row
+  for (const int position : gaps) {
+    const ChainResidue& residue = sequence.at(position);
+    if (!residue.name.empty()) {
+      named.push_back(residue.number + " (" + residue.name + ")");
+      continue;
     }
+    if (position == before + 1)
+      ranges.back() = first + " to " + residue.number;
+    else
+      ranges.push_back(first = residue.number);
+    before = position;
   }
   addNote("the sequence has gaps; written as ?: ", ranges, notes);
   addNote("residues missing in the sequence are named in the shift rows: ", named, notes);
@@ -177,63 +124,88 @@ bool isOpenName(const std::string& name) {
          equalIgnoringCase(name, "UNK");
 }
 
-/// Names that rows give to residues which the sequence leaves open, as X in one-letter text.
-void takeNamesFromRows(std::vector<FileResidue>& residues, const ShiftRows& rows) {
-  std::unordered_map<std::string, FileResidue*> open;
-  for (FileResidue& residue : residues)
-    if (isOpenName(residue.name)) open.emplace(residue.key, &residue);
-  if (open.empty()) return;
-  for (const FileShift* row : rows) {
-    if (row->offset) continue;
-    const auto found = open.find(keyOf(*row));
-    if (found != open.end() && isOpenName(found->second->name) && !row->residueName.empty())
-      found->second->name = row->residueName;
+// --- Numbers --------------------------------------------------------------------------------------
+
+/// A number that no residue has yet: so many steps from a known one; nothing if it is taken or there is none.
+std::optional<std::string> freeNumber(const std::string& known, std::int64_t steps,
+                                      const std::unordered_set<std::string>& taken) {
+  const auto number = steppedNumber(known, steps);
+  return number && taken.count(*number) == 0 ? number : std::nullopt;
+}
+
+/// Compares numbers without their insertion codes.
+bool standsAbove(const std::string& number, const std::string& other) {
+  const auto first = readResidueNumber(other);
+  const auto second = readResidueNumber(number);
+  return first && second && second->number > first->number;
+}
+
+/// The number before with the first free insertion code, as inserted residues have it: 10A, 10B.
+std::optional<std::string> insertedNumber(const std::string& before,
+                                          const std::unordered_set<std::string>& taken) {
+  const auto number = readResidueNumber(before);
+  if (!number) return std::nullopt;
+  for (char code = 'A'; code <= 'Z'; ++code) {
+    std::string candidate = std::to_string(number->number) + code;
+    if (taken.count(candidate) == 0) return candidate;
+  }
+  return std::nullopt;
+}
+
+/// Numbers the residues that have no number, counting on from the neighbour before or, where that number is
+/// taken, back from the next known one; 10A comes between 10 and 11. Known numbers stay. A chain without any
+/// is numbered 1, 2, 3 ...
+void completeNumbers(std::vector<FileResidue>& residues) {
+  std::unordered_set<std::string> taken;
+  for (const FileResidue& residue : residues) taken.insert(residue.number);
+  if (taken.count("") == 0) return;
+  std::size_t next = 0;  // the nearest residue after this one whose number is known
+  std::size_t place = 0;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    if (!residues[i].number.empty()) continue;
+    next = std::max(next, i);
+    while (next < residues.size() && residues[next].number.empty()) ++next;
+    std::optional<std::string> number;
+    if (i > 0) number = freeNumber(residues[i - 1].number, 1, taken);
+    if (!number && next < residues.size()) {
+      const auto steps = static_cast<std::int64_t>(next - i);
+      number = freeNumber(residues[next].number, -steps, taken);
+      if (number && i > 0 && !standsAbove(*number, residues[i - 1].number)) number.reset();
+    }
+    if (!number && i > 0) number = insertedNumber(residues[i - 1].number, taken);
+    while (!number)
+      if (std::string free = std::to_string(++place); taken.count(free) == 0) number = std::move(free);
+    taken.insert(*number);
+    residues[i].number = std::move(*number);
   }
 }
 
-/// One word in the remark that keeps it.
-std::string numberOf(const FileResidue& residue) {
-  std::string number = printable(residue.number, kLongestNumber);
-  std::replace(number.begin(), number.end(), ' ', '_');
-  return number;
-}
+// --- The whole ------------------------------------------------------------------------------------
 
-ResidueReading typeOf(const FileResidue& residue) {
-  ResidueReading type = polypeptideResidue(residue.name);
-  if (residue.thiol != Thiol::unknown) type.thiol = residue.thiol;
-  return type;
-}
-
-/// Positions in the order of the keys or numbers, those of equals in the order of the sequence.
-std::vector<int> positionsBy(std::string ChainResidue::*name, const ChainSequence& sequence) {
-  std::vector<int> positions(sequence.residues.size());
-  std::iota(positions.begin(), positions.end(), 1);
-  std::stable_sort(positions.begin(), positions.end(),
-                   [&](int a, int b) { return sequence.at(a).*name < sequence.at(b).*name; });
-  return positions;
-}
-
-int firstWith(const std::string& text, std::string ChainResidue::*name, const std::vector<int>& positions,
-              const ChainSequence& sequence) {
-  const auto found = std::lower_bound(
-      positions.begin(), positions.end(), text,
-      [&](int position, const std::string& key) { return sequence.at(position).*name < key; });
-  return found != positions.end() && sequence.at(*found).*name == text ? *found : 0;
-}
-
-ChainSequence sequenceOf(std::vector<FileResidue> residues) {
-  std::vector<std::string> numbers;
-  numbers.reserve(residues.size());
-  for (const FileResidue& residue : residues) numbers.push_back(numberOf(residue));
-  completeNumbers(numbers);
+/// Rows name the residues that the sequence leaves open, as X in one-letter text.
+ChainSequence sequenceOf(std::vector<FileResidue> residues, const ShiftRows& rows) {
+  for (FileResidue& residue : residues) {
+    // One word in the remark that keeps it.
+    residue.number = printable(residue.number, kLongestNumber);
+    std::replace(residue.number.begin(), residue.number.end(), ' ', '_');
+  }
+  completeNumbers(residues);
   ChainSequence sequence;
   for (std::size_t i = 0; i < residues.size(); ++i) {
-    residues[i].number = std::move(numbers[i]);
-    residues[i].type = typeOf(residues[i]);
+    sequence.byKey.emplace(residues[i].key, static_cast<int>(i) + 1);
+    sequence.byNumber.emplace(residues[i].number, static_cast<int>(i) + 1);
+  }
+  for (const FileShift* row : rows) {
+    const int position = row->offset || row->residueName.empty() ? 0 : sequence.positionOfKey(keyOf(*row));
+    if (position == 0) continue;
+    std::string& name = residues[static_cast<std::size_t>(position) - 1].name;
+    if (isOpenName(name)) name = row->residueName;
+  }
+  for (FileResidue& residue : residues) {
+    residue.type = polypeptideResidue(residue.name);
+    if (residue.thiol != Thiol::unknown) residue.type.thiol = residue.thiol;
   }
   sequence.residues = std::move(residues);
-  sequence.byKey = positionsBy(&ChainResidue::key, sequence);
-  sequence.byNumber = positionsBy(&ChainResidue::number, sequence);
   return sequence;
 }
 
@@ -253,23 +225,10 @@ void noteUnusualResidues(const ChainSequence& sequence, std::vector<std::string>
     notes.push_back(name + " is not a standard residue; written as ?: " + enumerated(numbers));
 }
 
-struct NameCounts {
-  int aminoAcids = 0;
-  int nucleotides = 0;
-  int lettersOfBoth = 0;
-
-  void add(const std::string& name) {
-    const bool isLetter = name.size() == 1;
-    const bool isAminoAcid =
-        isLetter ? !threeLetterName(name[0]).empty() : residueType(name).letter != kUnknownResidue;
-    if (isLetter && isAminoAcid && isNucleotide(name))
-      ++lettersOfBoth;
-    else if (isAminoAcid)
-      ++aminoAcids;
-    else if (isNucleotide(name))
-      ++nucleotides;
-  }
-};
+int positionIn(const std::unordered_map<std::string, int>& positions, const std::string& text) {
+  const auto found = positions.find(text);
+  return found == positions.end() ? 0 : found->second;
+}
 
 }  // namespace
 
@@ -278,29 +237,35 @@ const std::string& keyOf(const FileShift& row) {
 }
 
 Polymer polymerByNames(const FileChain& chain, const ShiftRows& rows) {
-  NameCounts counts;
-  for (const FileResidue& residue : chain.residues) counts.add(residue.name);
+  int aminoAcids = 0;
+  int nucleotides = 0;
+  const auto count = [&](const std::string& name) {
+    const bool isAminoAcid = polypeptideResidue(name).letter != kUnknownResidue;
+    const bool mayBeEither = name.size() == 1 && isAminoAcid && isNucleotide(name);
+    if (isAminoAcid && !mayBeEither) ++aminoAcids;
+    if (!isAminoAcid && isNucleotide(name)) ++nucleotides;
+  };
+  for (const FileResidue& residue : chain.residues) count(residue.name);
   if (chain.residues.empty())
-    for (const FileShift* row : rows) counts.add(row->residueName);
-  if (counts.aminoAcids == 0) return Polymer::other;  // A, C, G alone are a nucleic acid
-  return counts.aminoAcids >= counts.nucleotides ? Polymer::polypeptide : Polymer::other;
+    for (const FileShift* row : rows) count(row->residueName);
+  // A, C, G alone are a nucleic acid.
+  return aminoAcids > 0 && aminoAcids >= nucleotides ? Polymer::polypeptide : Polymer::other;
 }
 
 int ChainSequence::positionOfKey(const std::string& key) const {
-  return firstWith(key, &ChainResidue::key, byKey, *this);
+  return positionIn(byKey, key);
 }
 
 int ChainSequence::positionOfNumber(const std::string& number) const {
-  return firstWith(number, &ChainResidue::number, byNumber, *this);
+  return positionIn(byNumber, number);
 }
 
 ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& rows,
                            std::vector<std::string>& notes) {
   const bool isGiven = !residues.empty();
-  std::vector<Gap> gaps;
+  std::vector<int> gaps;
   residues = withGapsFilled(isGiven ? std::move(residues) : residuesOfRows(rows, notes), gaps);
-  takeNamesFromRows(residues, rows);
-  ChainSequence sequence = sequenceOf(std::move(residues));
+  const ChainSequence sequence = sequenceOf(std::move(residues), rows);
   noteGaps(gaps, sequence, notes);
   if (!isGiven) notes.push_back("the file has no sequence; it was built from the residues with shifts");
   noteUnusualResidues(sequence, notes);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "formats/shift_model.h"
@@ -22,12 +23,12 @@ using ChainResidue = FileResidue;
 /// Residues have positions from 1, as in the table.
 struct ChainSequence {
   std::vector<ChainResidue> residues;
-  std::vector<int> byKey;     ///< positions in the order of the keys
-  std::vector<int> byNumber;  ///< positions in the order of the numbers
+  std::unordered_map<std::string, int> byKey;     ///< position of the first residue with a key
+  std::unordered_map<std::string, int> byNumber;  ///< position of the first residue with a number
 
   int size() const { return static_cast<int>(residues.size()); }
   const ChainResidue& at(int position) const { return residues[static_cast<std::size_t>(position) - 1]; }
-  /// Returns the position of the first residue with a key, or with a number; 0 if there is none.
+  /// Returns the position of the residue with a key, or with a number; 0 if there is none.
   int positionOfKey(const std::string& key) const;
   int positionOfNumber(const std::string& number) const;
 };

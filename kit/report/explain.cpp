@@ -1,11 +1,8 @@
 // A block of text below each proline. Columns: name, observed, class means (ppm), nats, bar.
-#include "report/explain.h"
-
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "report/measured_calls.h"
 #include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -24,8 +21,6 @@ constexpr double kNatsPerMark = 0.5;
 constexpr std::size_t kMostRows = 8;
 /// Smaller contributions (nats) have no row.
 constexpr double kWorthARow = 0.1;
-/// A smaller chance would be printed as 0 %.
-constexpr double kLeastChance = 0.005;
 
 struct Line {
   std::string name;
@@ -74,23 +69,20 @@ std::string barOf(double nats) {
   return std::string(kBarWidth, ' ') + "|" + bar;
 }
 
-std::string natsText(double nats) {
-  return std::isnan(nats) ? "unknown" : signedText(nats);
-}
-
-std::string textOf(const Line& line, bool withCorrected) {
-  std::string text = kIndent + left(printable(line.name, kNameWidth), kNameWidth) +
-                     right(line.texts.observed, kNumberWidth) +
-                     (withCorrected ? right(line.texts.corrected, kCorrectedWidth) : "") +
-                     (line.clipped ? "*" : " ") + right(line.texts.cis, kNumberWidth) +
-                     right(line.texts.trans, kNumberWidth) + right(natsText(line.nats), kNumberWidth) + "  " +
-                     barOf(line.nats);
+std::string rowOf(const std::string& name, const ShiftTexts& texts, bool isClipped, const std::string& nats,
+                  const std::string& bar, bool withCorrected) {
+  std::string text = kIndent + left(printable(name, kNameWidth), kNameWidth) +
+                     right(texts.observed, kNumberWidth) +
+                     (withCorrected ? right(texts.corrected, kCorrectedWidth) : "") +
+                     (isClipped ? "*" : " ") + right(texts.cis, kNumberWidth) +
+                     right(texts.trans, kNumberWidth) + right(nats, kNumberWidth) + "  " + bar;
   text.erase(text.find_last_not_of(' ') + 1);
   return text + '\n';
 }
 
 /// Broken between words; a word that is too long is cut.
-std::string wrapped(const std::string& text) {
+std::string wrapped(const std::string& unsafe) {
+  const std::string text = shown(unsafe);
   std::string lines;
   std::string line = kIndent;
   std::size_t from = 0;
@@ -124,23 +116,23 @@ std::string missingText(const ProlineResult& proline) {
 }  // namespace
 
 std::string explained(const ProlineResult& proline) {
-  std::string text = wrapped(shown(sentenceOf(proline)));
-  if (const std::string step = nextStep(proline); !step.empty()) text += wrapped(shown(step));
+  std::string text;
+  for (const std::string& sentence :
+       {sentenceOf(proline), nextStep(proline), howOftenRight(proline), precisionNote(proline)})
+    if (!sentence.empty()) text += wrapped(sentence);
   if (!proline.evidence) return text;
-  if (const std::string figures = howOftenRight(proline); !figures.empty()) text += wrapped(figures);
-  if (const std::string note = precisionNote(proline); !note.empty()) text += wrapped(note);
-  const std::vector<Line> lines = linesOf(proline);
+  std::vector<Line> lines = linesOf(proline);
+  lines.insert(lines.begin(), {"1 in 20 is cis", Evidence::prior()});
+  lines.push_back({"sum", proline.evidence->logOdds()});
   const bool withCorrected = hasCorrected(*proline.evidence);
-  text += kIndent + left("ppm, nats", kNameWidth) + right("observed", kNumberWidth) +
-          (withCorrected ? right("corrected", kCorrectedWidth) : "") + " " + right("cis", kNumberWidth) +
-          right("trans", kNumberWidth) + right("nats", kNumberWidth) + "  " + right("trans", kBarWidth) +
-          "|cis\n";
-  text += textOf({"1 in 20 is cis", Evidence::prior()}, withCorrected);
-  for (const Line& line : lines) text += textOf(line, withCorrected);
-  text += textOf({"sum", proline.evidence->logOdds()}, withCorrected);
+  text += rowOf("ppm, nats", {"observed", "corrected", "cis", "trans"}, false, "nats",
+                right("trans", kBarWidth) + "|cis", withCorrected);
+  for (const Line& line : lines)
+    text += rowOf(line.name, line.texts, line.clipped,
+                  std::isnan(line.nats) ? "unknown" : signedText(line.nats), barOf(line.nats), withCorrected);
   if (std::any_of(lines.begin(), lines.end(), [](const Line& line) { return line.clipped; }))
     text += kIndent + "* beyond the limit of its residue type; the limit is used\n";
-  return text + wrapped(shown(missingText(proline)));
+  return text + wrapped(missingText(proline));
 }
 
 }  // namespace zorvela

@@ -2,10 +2,9 @@
 #include <cmath>
 
 #include "predict/referencing.h"
-#include "report/fields.h"
+#include "report/html_parts.h"
 #include "report/html_pieces.h"
-#include "report/pictures.h"
-#include "report/svg.h"
+#include "report/words.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -16,14 +15,10 @@ std::string nameOf(const std::string& atom) {
   return atom == "C" ? "C′" : atom;
 }
 
-int decimalsOf(const ReferencingOffset& offset) {
-  return offset.atom == "HA" ? 2 : 1;
-}
-
 std::string figures(const ReferencingOffset& offset) {
-  std::string text = signedFigure(static_cast<double>(offset.offset), decimalsOf(offset));
+  std::string text = signedFigure(static_cast<double>(offset.offset), decimalsOf(offset.atom));
   if (std::isfinite(offset.error))
-    text += " ± " + figureText(static_cast<double>(offset.error), decimalsOf(offset));
+    text += " ± " + figureText(static_cast<double>(offset.error), decimalsOf(offset.atom));
   return text;
 }
 
@@ -45,29 +40,29 @@ std::string verdictOf(const ReferencingOffset& offset) {
 std::string offsetsInWords(const ProteinResult& protein) {
   std::vector<std::string> found;
   bool isAnyKnown = false;
+  bool isCarbonKnown = false;
   for (const ReferencingOffset& offset : protein.offsets) {
+    if (offset.atom == "CB") continue;  // CA has its axis
     isAnyKnown = isAnyKnown || isKnown(offset);
-    if (offset.atom == "CB" || (!callsForCorrection(offset) && !isUncertain(offset)))
-      continue;  // CA has its axis
+    isCarbonKnown = isCarbonKnown || (offset.atom == "CA" && isKnown(offset));
+    if (!callsForCorrection(offset) && !isUncertain(offset)) continue;
     const auto value = static_cast<double>(offset.offset);
     found.push_back((offset.atom == "CA" ? "13C" : nameOf(offset.atom)) + " " +
-                    signedFigure(value, decimalsOf(offset)) + " ppm" +
+                    signedFigure(value, decimalsOf(offset.atom)) + " ppm" +
                     (offset.correctedBy    ? ", corrected"
                      : isUncertain(offset) ? ", perhaps"
                                            : ", not corrected"));
   }
   if (!found.empty()) return enumerated(found);
   if (!isAnyKnown) return "not known";
-  const ReferencingOffset* carbon = offsetOf(protein, "CA");
-  return carbon != nullptr && isKnown(*carbon) ? "none" : "13C not known";
+  return isCarbonKnown ? "none" : "13C not known";
 }
 
 std::string referencingTable(const ProteinResult& protein, const std::string& name) {
   std::vector<Cells> rows;
-  for (const std::string& atom : kOffsetAtoms)
-    if (const ReferencingOffset* offset = offsetOf(protein, atom))
-      rows.push_back({nameOf(atom), std::isfinite(offset->offset) ? figures(*offset) : "–",
-                      "± " + figureText(correctionBound(atom), 2), verdictOf(*offset)});
+  for (const ReferencingOffset& offset : protein.offsets)
+    rows.push_back({nameOf(offset.atom), std::isfinite(offset.offset) ? figures(offset) : "–",
+                    "± " + figureText(correctionBound(offset.atom), 2), verdictOf(offset)});
   return "<div><h2>Referencing</h2>\n" +
          htmlTable("Referencing of " + name, {"Atom", "Offset (ppm)", "Bound", "Verdict"}, {"", "r", "r", ""},
                    rows) +

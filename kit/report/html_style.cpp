@@ -1,7 +1,7 @@
 // Class names of marks are short, because a page has thousands of bars: c cis, t trans, u undecided, n none,
 // p the start of every proline, h missing, va and vd a structure that agrees or disagrees; e end, m middle,
 // s small, b bold.
-#include "report/html_style.h"
+#include "report/html_parts.h"
 
 namespace zorvela {
 

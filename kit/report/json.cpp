@@ -31,45 +31,31 @@ struct JsonValue {
   Json operator()(const std::string& text) const { return text; }
 };
 
-Json toJson(const Value& value) {
+Json asJson(const Value& value) {
   return std::visit(JsonValue(), value);
 }
 
+/// The fields of an item.
 template <class Item>
-Json toJson(const std::vector<Field<Item>>& fields, const Item& item) {
+Json toJson(const Item& item) {
   Json object = Json::object();
-  for (const Field<Item>& field : fields) {
+  for (const Field<Item>& field : fieldsOf(item)) {
     if (!field.isInJson()) continue;
     const Value value = field.valueOf(item);
     const bool isKnown = !std::holds_alternative<std::monostate>(value);
-    if (isKnown || field.where != In::jsonIfKnown) object[field.name] = toJson(value);
+    if (isKnown || field.where != In::jsonIfKnown) object[field.name] = asJson(value);
   }
   return object;
 }
 
 template <class Item>
-Json toJson(const std::vector<Field<Item>>& fields, const std::vector<Item>& items) {
-  Json array = Json::array();
-  for (const Item& item : items) array.push_back(toJson(fields, item));
-  return array;
-}
-
-template <class Item>
 Json orNull(const Item& value) {
-  return toJson(orNothing(value));
-}
-
-Json toJson(const NeighbourContribution& neighbour) {
-  return {{"name", neighbour.name},
-          {"cis_share", toJson(neighbour.cis)},
-          {"trans_share", toJson(neighbour.trans)},
-          {"nats", orNull(neighbour.nats)}};
+  return asJson(orNothing(value));
 }
 
 Json toJson(const Evidence& evidence) {
   Json shifts = Json::object();
-  for (int index = 0; index <= kIndexCG; ++index)
-    shifts[shiftKey(index)] = toJson(shiftFields(), evidence.shift(index));
+  for (int index = 0; index <= kIndexCG; ++index) shifts[shiftKey(index)] = toJson(evidence.shift(index));
   return {{"prior", Evidence::prior()},
           {"prev", toJson(evidence.before)},
           {"next", toJson(evidence.after)},
@@ -77,14 +63,14 @@ Json toJson(const Evidence& evidence) {
           {"log_odds", orNull(evidence.logOdds())}};
 }
 
-Json toJson(const std::vector<ModelBond>& bonds) {
+Json toJson(const BondSite& site);
+Json toJson(const ChainMatch& match);
+Json toJson(const ProteinStructure& structure);
+
+template <class Item>
+Json arrayOf(const std::vector<Item>& items) {
   Json array = Json::array();
-  for (const ModelBond& bond : bonds)
-    array.push_back({{"model", bond.model},
-                     {"conformation", orNull(bond.conformation)},
-                     {"omega", toJson(rounded(bond.omega, 2))},
-                     {"ca_distance", toJson(rounded(bond.caToCa, 3))},
-                     {"state", toText(bond.state)}});
+  for (const Item& item : items) array.push_back(toJson(item));
   return array;
 }
 
@@ -94,8 +80,8 @@ Json toJson(const BondSite& site) {
           {"resid", site.number},
           {"residue", site.residue},
           {"models", site.models},
-          {"bonds", toJson(site.bonds)},
-          {"alternatives", toJson(site.others)},
+          {"bonds", arrayOf(site.bonds)},
+          {"alternatives", arrayOf(site.others)},
           {"reason", orNull(site.reason)}};
 }
 
@@ -121,26 +107,19 @@ Json toJson(const ProteinStructure& structure) {
           {"notes", structure.notes}};
 }
 
-template <class Item>
-Json arrayOf(const std::vector<Item>& items) {
-  Json array = Json::array();
-  for (const Item& item : items) array.push_back(toJson(item));
-  return array;
-}
-
 Json toJson(const ProlineResult& proline) {
-  Json object = toJson(prolineFields(), proline);
+  Json object = toJson<ProlineResult>(proline);
   object["evidence"] = proline.evidence ? toJson(*proline.evidence) : Json(nullptr);
-  object["next_shifts"] = proline.evidence ? toJson(nextFields(), proline.evidence->next) : Json::array();
+  object["next_shifts"] = proline.evidence ? arrayOf(proline.evidence->next) : Json::array();
   if (proline.structure) {
-    object.update(toJson(structureFields(), *proline.structure));
+    object.update(toJson(*proline.structure));
     object["sites"] = arrayOf(proline.structure->sites);
   }
   return object;
 }
 
 Json thresholds(bool withStructures) {
-  Json object = {{"cis_from", toJson(kCisFrom)}, {"trans_up_to", toJson(kTransUpTo)}};
+  Json object = {{"cis_from", asJson(kCisFrom)}, {"trans_up_to", asJson(kTransUpTo)}};
   if (withStructures) {
     object["cis_omega_up_to"] = kCisOmegaUpTo;
     object["trans_omega_from"] = kTransOmegaFrom;
@@ -203,16 +182,15 @@ class JsonWriter {
 
 void write(const ProteinResult& protein, bool withStructures, JsonWriter& json) {
   json.open('{');
-  json.addMembers(toJson(proteinFields(), protein));
-  json.add(toJson(offsetFields(), protein.offsets), "referencing");
+  json.addMembers(toJson(protein));
+  json.add(arrayOf(protein.offsets), "referencing");
   json.open('[', "prolines");
   for (const ProlineResult& proline : protein.prolines) json.add(toJson(proline));
   json.close();
   json.add(warningsOf(protein), "warnings");
-  json.open('[', "notes");
-  for (const std::string& note : protein.notes) json.add(note);
-  for (const std::string& aside : protein.asides) json.add(aside);
-  json.close();
+  std::vector<std::string> notes = protein.notes;
+  notes.insert(notes.end(), protein.asides.begin(), protein.asides.end());
+  json.add(notes, "notes");
   if (withStructures) {
     json.add(arrayOf(protein.matches), "matches");
     json.add(protein.structureNotes, "structure_notes");
@@ -235,13 +213,12 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   json.open('[', "proteins");
   forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });
   json.close();
-  json.open('[', "errors");
+  Json errors = Json::array();
   forEachError(report, [&](const FileReport& file) {
-    Json error = {{"file", file.file}, {"message", file.error}};
-    if (file.needsSequence) error["needs_sequence"] = true;
-    json.add(error);
+    errors.push_back({{"file", file.file}, {"message", file.error}});
+    if (file.needsSequence) errors.back()["needs_sequence"] = true;
   });
-  json.close();
+  json.add(errors, "errors");
   if (withStructures) {
     json.add(arrayOf(report.structures), "structures");
     json.add(report.chainsWithoutShifts, "chains_without_shifts");

@@ -4,10 +4,12 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <optional>
 
-#include "protein/proline_shifts.h"
-#include "report/pictures.h"
-#include "report/svg.h"
+#include "protein/states_by_shift.h"
+#include "report/html_parts.h"
+#include "report/html_pieces.h"
+#include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"
 
@@ -30,88 +32,71 @@ constexpr double kDegrees = 57.29577951308232;  // in a radian
 constexpr double kLineTextAt = 0.06;            // of the line
 constexpr int kMostSteps = 9;                   // of an axis
 
-/// From whole number to whole number (ppm).
-struct Range {
-  double from, to;
-};
-
 /// Mean and deviation of a class (ppm).
 struct Spread {
   double mean, deviation;
+
+  double at(double deviations) const { return mean + deviations * deviation; }
 };
 
-struct Centre {
-  Spread cb, cg;
-};
+/// The shifts of one atom, from whole number to whole number (ppm), between two edges of the picture.
+struct Axis {
+  Spread cis, trans;
+  double start, end;
+  double from, to;
 
-struct Scale {
-  Range cb, cg;
+  Axis(const ClassStatistics& classes, int index, float reference, double startEdge, double endEdge)
+      : cis(spreadOf(classes.cis, index, reference)),
+        trans(spreadOf(classes.trans, index, reference)),
+        start(startEdge),
+        end(endEdge),
+        from(std::floor(std::min(cis.at(-kDeviationsShown), trans.at(-kDeviationsShown)))),
+        to(std::ceil(std::max(cis.at(kDeviationsShown), trans.at(kDeviationsShown)))) {}
 
-  double x(double shift) const { return kLeft + (shift - cb.from) / (cb.to - cb.from) * (kRight - kLeft); }
-  double y(double shift) const { return kBottom - (shift - cg.from) / (cg.to - cg.from) * (kBottom - kTop); }
-};
+  double at(double shift) const { return start + (shift - from) / (to - from) * (end - start); }
+  /// Whole ppm, few enough steps to be read.
+  double step() const { return std::max(1.0, std::ceil((to - from) / kMostSteps)); }
 
-Centre centreOf(const std::array<ClassShift, 19>& shifts, float prolineCB) {
-  const auto spread = [&](int index, float reference) {
+ private:
+  static Spread spreadOf(const std::array<ClassShift, kShifts>& shifts, int index, float reference) {
     const ClassShift& shift = shifts[static_cast<std::size_t>(index)];
-    return Spread{static_cast<double>(reference) + static_cast<double>(shift.mean),
-                  static_cast<double>(shift.deviation)};
-  };
-  return {spread(kIndexCB, prolineCB), spread(kIndexCG, 0)};
-}
-
-Scale scaleOf(const Centre& cis, const Centre& trans) {
-  const auto range = [](const Spread& a, const Spread& b) {
-    return Range{std::floor(std::min(a.mean - kDeviationsShown * a.deviation,
-                                     b.mean - kDeviationsShown * b.deviation)),
-                 std::ceil(std::max(a.mean + kDeviationsShown * a.deviation,
-                                    b.mean + kDeviationsShown * b.deviation))};
-  };
-  return {range(cis.cb, trans.cb), range(cis.cg, trans.cg)};
-}
+    return {static_cast<double>(reference) + static_cast<double>(shift.mean),
+            static_cast<double>(shift.deviation)};
+  }
+};
 
 /// The part that all pictures with the same tables share.
 struct Frame {
-  Centre cis, trans;
-  Scale scale;
+  Axis cb, cg;
 
   explicit Frame(const ClassStatistics& classes)
-      : cis(centreOf(classes.cis, classes.prolineCB)),
-        trans(centreOf(classes.trans, classes.prolineCB)),
-        scale(scaleOf(cis, trans)) {}
+      : cb(classes, kIndexCB, classes.prolineCB, kLeft, kRight), cg(classes, kIndexCG, 0, kBottom, kTop) {}
 };
 
 // --- Behind every chain -------------------------------------------------------------------------
 
-std::string ellipses(const Centre& centre, const Scale& scale, const std::string& cssClass) {
-  const double x = scale.x(centre.cb.mean);
-  const double y = scale.y(centre.cg.mean);
+std::string ellipses(const Frame& frame, Spread Axis::*of, const std::string& cssClass) {
+  const Spread& cb = frame.cb.*of;
+  const Spread& cg = frame.cg.*of;
+  const double x = frame.cb.at(cb.mean);
+  const double y = frame.cg.at(cg.mean);
   std::string shapes;
   for (const int deviations : {2, 1})
     shapes += "<ellipse class=\"" + cssClass + "\" cx=\"" + coordinate(x) + "\" cy=\"" + coordinate(y) +
-              "\" rx=\"" + coordinate(scale.x(centre.cb.mean + deviations * centre.cb.deviation) - x) +
-              "\" ry=\"" + coordinate(scale.y(centre.cg.mean - deviations * centre.cg.deviation) - y) +
-              "\"/>";
+              "\" rx=\"" + coordinate(frame.cb.at(cb.at(deviations)) - x) + "\" ry=\"" +
+              coordinate(frame.cg.at(cg.at(-deviations)) - y) + "\"/>";
   return shapes + "\n";
 }
 
-/// Whole ppm, few enough steps to be read.
-double stepOf(const Range& range) {
-  return std::max(1.0, std::ceil((range.to - range.from) / kMostSteps));
-}
-
-std::string axes(const Scale& scale) {
+std::string axes(const Frame& frame) {
   std::string text =
       svgLine(kLeft, kBottom, kRight, kBottom, "z") + svgLine(kLeft, kTop, kLeft, kBottom, "z");
-  for (double cb = scale.cb.from; cb <= scale.cb.to; cb += stepOf(scale.cb))
-    text += svgText(scale.x(cb), kBottom + 15, figureText(cb, 0), "class=\"m s\"");
-  for (double cg = scale.cg.from; cg <= scale.cg.to; cg += stepOf(scale.cg))
-    text += svgText(kLeft - 6, scale.y(cg) + 4, figureText(cg, 0), "class=\"e s\"");
-  return text + svgText((kLeft + kRight) / 2, kBottom + 33, "CB (ppm)", "class=\"m\"") +
-         svgText(
-             0, 0, "CG (ppm)",
-             "class=\"m\" transform=\"translate(12 " + coordinate((kTop + kBottom) / 2) + ") rotate(-90)\"") +
-         "\n";
+  for (double cb = frame.cb.from; cb <= frame.cb.to; cb += frame.cb.step())
+    text += svgText(frame.cb.at(cb), kBottom + 15, figureText(cb, 0), "m s");
+  for (double cg = frame.cg.from; cg <= frame.cg.to; cg += frame.cg.step())
+    text += svgText(kLeft - 6, frame.cg.at(cg) + 4, figureText(cg, 0), "e s");
+  return text + svgText((kLeft + kRight) / 2, kBottom + 33, "CB (ppm)", "m") +
+         svgText(0, 0, "CG (ppm)", "m", turned(12, (kTop + kBottom) / 2, -90)) + "\n";
 }
 
 struct Box {
@@ -126,56 +111,52 @@ struct Box {
   }
 };
 
-/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right.
+/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right, with its text.
 struct DifferenceLine {
-  double difference, x, y, width, height;
+  double x, y, width, height, angle;
+  std::string text;
+  double textX, textY;
 
-  DifferenceLine(double ppm, const Scale& scale) : difference(ppm) {
-    const double from = std::max(scale.cb.from, scale.cg.from + ppm);
-    const double to = std::min(scale.cb.to, scale.cg.to + ppm);
-    x = scale.x(from);
-    y = scale.y(from - ppm);
-    width = scale.x(to) - x;
-    height = y - scale.y(to - ppm);
+  DifferenceLine(double ppm, const Frame& frame) {
+    const double from = std::max(frame.cb.from, frame.cg.from + ppm);
+    const double to = std::min(frame.cb.to, frame.cg.to + ppm);
+    x = frame.cb.at(from);
+    y = frame.cg.at(from - ppm);
+    width = frame.cb.at(to) - x;
+    height = y - frame.cg.at(to - ppm);
+    angle = std::atan2(height, width);
+    text = (ppm == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(ppm, 1) + " ppm";
+    textX = x + kLineTextAt * width;
+    textY = y - kLineTextAt * height;
   }
-  std::string text() const {
-    return (difference == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(difference, 1) + " ppm";
-  }
-  double textX() const { return x + kLineTextAt * width; }
-  double textY() const { return y - kLineTextAt * height; }
-  double angle() const { return std::atan2(height, width); }
   Box textBox() const {
-    const double length = labelWidth(text()) * 0.8;  // its signs are counted in bytes
-    const double textHeight = length * std::sin(angle()) + kTextHeight;
-    return {textX(), textY() - textHeight, length * std::cos(angle()), textHeight};
+    const double length = labelWidth(text) * 0.8;  // its signs are counted in bytes
+    const double textHeight = length * std::sin(angle) + kTextHeight;
+    return {textX, textY - textHeight, length * std::cos(angle), textHeight};
   }
 };
 
 /// Between these two lines, CB - CG is unclear.
-std::array<DifferenceLine, 2> differenceLines(const Scale& scale) {
-  return {DifferenceLine(kTransCbMinusCgUpTo, scale), DifferenceLine(kCisCbMinusCgFrom, scale)};
+std::array<DifferenceLine, 2> differenceLines(const Frame& frame) {
+  return {DifferenceLine(kTransCbMinusCgUpTo, frame), DifferenceLine(kCisCbMinusCgFrom, frame)};
 }
 
 std::string drawn(const DifferenceLine& line) {
   if (line.width <= 0) return "";
   return svgLine(line.x, line.y, line.x + line.width, line.y - line.height, "d") +
-         svgText(0, -4, line.text(),
-                 "class=\"s\" transform=\"translate(" + coordinate(line.textX()) + " " +
-                     coordinate(line.textY()) + ") rotate(" + coordinate(-line.angle() * kDegrees) + ")\"") +
-         "\n";
+         svgText(0, -4, line.text, "s", turned(line.textX, line.textY, -line.angle * kDegrees)) + "\n";
 }
 
 // --- Points and labels --------------------------------------------------------------------------
 
 struct Point {
   const ProlineResult* proline;
-  double x, y;
-  std::string title;
-  std::string arrow = {};  ///< points to its place, if that is off the axes
-  double half = 6;
   bool hasCg = true;  ///< without, it is a dash on the axis of CB
-
-  Box box() const { return {x - half, y - half, 2 * half, 2 * half}; }
+  double x = 0;
+  double y = 0;
+  double half = 6;
+  std::string title = {};
+  std::string arrow = {};  ///< points to its place, if that is off the axes
 };
 
 /// Returns a shift as the ellipses have it: without a referencing offset that was subtracted.
@@ -186,10 +167,6 @@ std::optional<double> shiftOf(const ProlineResult& proline, int index) {
   return static_cast<double>(*shift);
 }
 
-bool isMarked(const ProlineResult& proline) {
-  return verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
-}
-
 std::string arrowTo(double x, double y) {
   if (x < kLeft) return "←";
   if (x > kRight) return "→";
@@ -197,32 +174,33 @@ std::string arrowTo(double x, double y) {
   return y > kBottom ? "↓" : "";
 }
 
-Point pointOf(const ProlineResult& proline, double cb, const std::optional<double>& cg, const Scale& scale) {
-  const double x = scale.x(cb);
-  const std::string title = "P" + proline.number + " (CB " + figureText(cb, 2);
-  if (!cg)
-    return {&proline,
-            std::clamp(x, kLeft + 2, kRight - 2),
-            isMarked(proline) ? kDashMark : kDashTop,
-            title + " ppm)",
-            arrowTo(x, kTop),
-            6,
-            false};
-  const double y = scale.y(*cg);
-  return {&proline,
-          std::clamp(x, kLeft + 7, kRight - 7),
-          std::clamp(y, kTop + 7, kBottom - 7),
-          title + ", CG " + figureText(*cg, 2) + " ppm)",
-          arrowTo(x, y),
-          isMarked(proline) ? kVerdictSize + 2 : 6};
+Point pointOf(const ProlineResult& proline, double cb, const std::optional<double>& cg, const Frame& frame) {
+  const bool isMarked = is(proline, Verdict::agree) || is(proline, Verdict::disagree);
+  const double x = frame.cb.at(cb);
+  Point point{&proline, cg.has_value()};
+  point.title = "P" + proline.number + " (CB " + figureText(cb, 2);
+  if (cg) {
+    const double y = frame.cg.at(*cg);
+    point.x = std::clamp(x, kLeft + 7, kRight - 7);
+    point.y = std::clamp(y, kTop + 7, kBottom - 7);
+    if (isMarked) point.half = kVerdictSize + 2;
+    point.title += ", CG " + figureText(*cg, 2);
+    point.arrow = arrowTo(x, y);
+  } else {
+    point.x = std::clamp(x, kLeft + 2, kRight - 2);
+    point.y = isMarked ? kDashMark : kDashTop;
+    point.arrow = arrowTo(x, kTop);
+  }
+  point.title += " ppm)";
+  return point;
 }
 
 /// The prolines with CB, those without CG last.
-std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
+std::vector<Point> pointsOf(const ProteinResult& protein, const Frame& frame) {
   std::vector<Point> points;
   for (const ProlineResult& proline : protein.prolines)
     if (const auto cb = shiftOf(proline, kIndexCB))
-      points.push_back(pointOf(proline, *cb, shiftOf(proline, kIndexCG), scale));
+      points.push_back(pointOf(proline, *cb, shiftOf(proline, kIndexCG), frame));
   std::stable_partition(points.begin(), points.end(), [](const Point& point) { return point.hasCg; });
   return points;
 }
@@ -230,18 +208,14 @@ std::vector<Point> pointsOf(const ProteinResult& protein, const Scale& scale) {
 /// A point off the axes is an arrow, so that nobody reads its shifts from the axes.
 std::string markOf(const Point& point) {
   const std::string letter = letterOf(point.proline->call);
-  if (!point.arrow.empty()) return svgText(point.x, point.y + 5, point.arrow, "class=\"m b " + letter + "\"");
+  if (!point.arrow.empty()) return svgText(point.x, point.y + 5, point.arrow, "m b " + letter);
   if (point.hasCg) return svgSymbol(point.proline->call, point.x, point.y, point.title);
   return "<path class=\"r" + letter + "\" d=\"M" + coordinate(point.x) + " " + coordinate(kDashTop) + "V" +
          coordinate(kBottom) + "\"><title>" + escaped(point.title) + "</title></path>";
 }
 
-std::string labelOf(const Point& point) {
-  return "P" + shortened(point.proline->number, kLongestNumber);
-}
-
 /// Places beside a point, the best first.
-std::array<Box, 8> placesBeside(const Point& point, double width) {
+std::vector<Box> placesBeside(const Point& point, double width) {
   const double distance = point.half + kFromPoint;
   const double right = point.x + distance;
   const double left = point.x - distance - width;
@@ -254,67 +228,54 @@ std::array<Box, 8> placesBeside(const Point& point, double width) {
           at(right, above + 4), at(right, below - 4), at(left, above + 4), at(left, below - 4)};
 }
 
-bool isFree(const Box& box, const std::vector<Box>& taken) {
-  return box.isInside() &&
-         std::none_of(taken.begin(), taken.end(), [&](const Box& other) { return box.touches(other); });
+std::string drawn(const std::string& label, const Box& place, const std::string& cssClass = "m") {
+  return svgText(place.x + place.width / 2, place.y + kTextHeight - 2, label, cssClass);
 }
 
 /// Labels that touch nothing. One without a place is left out: the table has it. Prolines whose structure
 /// disagrees come first, then cis ones.
 std::string labels(std::vector<Point> points, std::vector<Box> taken) {
-  for (const Point& point : points) taken.push_back(point.box());
+  for (const Point& point : points)
+    taken.push_back({point.x - point.half, point.y - point.half, 2 * point.half, 2 * point.half});
   const auto rank = [](const Point& point) {
-    if (verdictOf(*point.proline) == Verdict::disagree) return -1;
+    if (is(*point.proline, Verdict::disagree)) return -1;
     return static_cast<int>(point.proline->call != Call::cis) +
            static_cast<int>(point.proline->call == Call::trans);
   };
   std::stable_sort(points.begin(), points.end(),
                    [&](const Point& a, const Point& b) { return rank(a) < rank(b); });
+  const auto isFree = [&taken](const Box& box) {
+    return box.isInside() &&
+           std::none_of(taken.begin(), taken.end(), [&](const Box& other) { return box.touches(other); });
+  };
   std::string text;
   for (const Point& point : points) {
-    const std::string label = labelOf(point);
-    for (const Box& place : placesBeside(point, labelWidth(label))) {
-      if (!isFree(place, taken)) continue;
-      const std::string style = point.proline->call == Call::cis ? "class=\"m b\"" : "class=\"m\"";
-      text += svgText(place.x + place.width / 2, place.y + kTextHeight - 2, label, style);
-      taken.push_back(place);
-      break;
-    }
+    const std::string label = "P" + shortened(point.proline->number, kLongestNumber);
+    const std::vector<Box> places = placesBeside(point, labelWidth(label));
+    const auto place = std::find_if(places.begin(), places.end(), isFree);
+    if (place == places.end()) continue;
+    text += drawn(label, *place, point.proline->call == Call::cis ? "m b" : "m");
+    taken.push_back(*place);
   }
   return text;
 }
 
 /// Place of the name of a class: outside its ellipses, on the side away from the other class.
-Box classLabel(const Centre& centre, const Scale& scale, bool isUpper, double width) {
+Box classLabel(const Frame& frame, Spread Axis::*of, bool isUpper, double width) {
   constexpr double kOutside = 1.5;  // deviations, up and to the side
   const double side = isUpper ? -kOutside : kOutside;
-  const double x = scale.x(centre.cb.mean + side * centre.cb.deviation) - (isUpper ? width : 0);
-  const double y = scale.y(centre.cg.mean - side * centre.cg.deviation) - (isUpper ? kTextHeight : 0);
+  const double x = frame.cb.at((frame.cb.*of).at(side)) - (isUpper ? width : 0);
+  const double y = frame.cg.at((frame.cg.*of).at(-side)) - (isUpper ? kTextHeight : 0);
   return {std::clamp(x, kLeft + 4, kRight - width), y, width, kTextHeight};
 }
 
-Box cisLabel(const Frame& frame) {
-  return classLabel(frame.cis, frame.scale, frame.cis.cg.mean > frame.trans.cg.mean, 22);
+/// Places of the names of cis and trans.
+std::array<Box, 2> classLabels(const Frame& frame) {
+  const bool isCisUpper = frame.cg.cis.mean > frame.cg.trans.mean;
+  return {classLabel(frame, &Axis::cis, isCisUpper, 22), classLabel(frame, &Axis::trans, !isCisUpper, 32)};
 }
 
-Box transLabel(const Frame& frame) {
-  return classLabel(frame.trans, frame.scale, frame.cis.cg.mean <= frame.trans.cg.mean, 32);
-}
-
-}  // namespace
-
-std::string cbCgDefinitions(const ClassStatistics& classes) {
-  const Frame frame(classes);
-  const auto name = [](const Box& box, const std::string& text) {
-    return svgText(box.x + box.width / 2, box.y + kTextHeight - 2, text, "class=\"m\"");
-  };
-  return "<svg class=\"defs\" width=\"0\" height=\"0\" aria-hidden=\"true\"><defs><g id=\"k\">\n" +
-         ellipses(frame.trans, frame.scale, "et") + ellipses(frame.cis, frame.scale, "ec") +
-         drawn(differenceLines(frame.scale)[0]) + drawn(differenceLines(frame.scale)[1]) + axes(frame.scale) +
-         name(cisLabel(frame), "cis") + name(transLabel(frame), "trans") + "</g></defs></svg>\n";
-}
-
-std::string cbCgTitle(const ProteinResult& protein) {
+std::string titleOf(const ProteinResult& protein) {
   std::map<Call, std::vector<std::string>> names;
   for (const ProlineResult& proline : protein.prolines) {
     const auto cb = shiftOf(proline, kIndexCB);
@@ -323,38 +284,49 @@ std::string cbCgTitle(const ProteinResult& protein) {
   }
   if (names.empty()) return "No proline has both CB and CG";
   std::vector<std::string> parts;
-  const auto add = [&](Call call, const std::string& what) {
-    const std::vector<std::string>& some = names[call];
-    if (some.empty()) return;
-    parts.push_back((call == Call::trans ? std::to_string(some.size()) : enumerated(some)) +
-                    (some.size() == 1 ? " is " : " are ") + what);
-  };
-  add(Call::cis, "cis");
-  add(Call::undecided, "unclear");
-  add(Call::trans, "trans");
+  for (const auto& [call, what] :
+       {std::pair(Call::cis, "cis"), {Call::undecided, "unclear"}, {Call::trans, "trans"}})
+    if (const std::vector<std::string>& some = names[call]; !some.empty())
+      parts.push_back((call == Call::trans ? std::to_string(some.size()) : enumerated(some)) +
+                      (some.size() == 1 ? " is " : " are ") + what);
   return "By CB − CG: " + enumerated(parts);
 }
 
-std::string offAxesText(const ProteinResult& protein, const ClassStatistics& classes) {
-  std::vector<std::string> names;
-  for (const Point& point : pointsOf(protein, Frame(classes).scale))
-    if (!point.arrow.empty()) names.push_back(point.title);
-  return names.empty() ? "" : " Arrows, off the axes: " + enumerated(names) + ".";
+}  // namespace
+
+std::string cbCgDefinitions(const ClassStatistics& classes) {
+  const Frame frame(classes);
+  const auto [cis, trans] = classLabels(frame);
+  const auto [first, second] = differenceLines(frame);
+  return "<svg class=\"defs\" width=\"0\" height=\"0\" aria-hidden=\"true\"><defs><g id=\"k\">\n" +
+         ellipses(frame, &Axis::trans, "et") + ellipses(frame, &Axis::cis, "ec") + drawn(first) +
+         drawn(second) + axes(frame) + drawn("cis", cis) + drawn("trans", trans) + "</g></defs></svg>\n";
 }
 
-std::string cbCgPicture(const ProteinResult& protein, const ClassStatistics& classes) {
+std::string cbCgFigure(const ProteinResult& protein, const ClassStatistics& classes) {
   const Frame frame(classes);
-  const std::vector<Point> points = pointsOf(protein, frame.scale);
+  const std::vector<Point> points = pointsOf(protein, frame);
   if (points.empty()) return "";
   std::string marks;
-  for (const Point& point : points)
-    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y, !point.hasCg) + "\n";
-  std::vector<Box> taken = {cisLabel(frame), transLabel(frame)};
-  for (const DifferenceLine& line : differenceLines(frame.scale)) taken.push_back(line.textBox());
+  std::vector<std::string> offAxes;
+  for (const Point& point : points) {
+    marks += markOf(point) + svgVerdict(*point.proline, point.x, point.y, !point.hasCg) + "\n";
+    if (!point.arrow.empty()) offAxes.push_back(point.title);
+  }
+  std::vector<Box> taken;
+  for (const Box& label : classLabels(frame)) taken.push_back(label);
+  for (const DifferenceLine& line : differenceLines(frame)) taken.push_back(line.textBox());
+  const std::string title = titleOf(protein);
   const std::string structure = structureSentence(protein);
-  const std::string description = cbCgTitle(protein) + (structure.empty() ? "" : ". " + structure);
-  return openPicture(kHeight, description) + "<use href=\"#k\"/>\n" + marks + labels(points, taken) + "\n" +
-         kClosePicture;
+  return "<figure><h2>" + escaped(title) + "</h2>\n" +
+         openPicture(kHeight, title + (structure.empty() ? "" : ". " + structure)) + "<use href=\"#k\"/>\n" +
+         marks + labels(points, taken) + "\n" + kClosePicture + "<figcaption>" +
+         escaped(
+             "Ellipses: one and two standard deviations of each class. Between the lines, CB − CG is "
+             "unclear. Marks on the axis: no CG." +
+             (offAxes.empty() ? "" : " Arrows, off the axes: " + enumerated(offAxes) + ".") +
+             markCaption(protein)) +
+         "</figcaption></figure>\n";
 }
 
 }  // namespace zorvela

@@ -1,8 +1,9 @@
 // The chain as lines of 50 residues: names, symbols of the calls, a band of assignment, residue numbers.
 #include <algorithm>
 
-#include "report/pictures.h"
-#include "report/svg.h"
+#include "report/html_parts.h"
+#include "report/html_pieces.h"
+#include "report/walk.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -86,10 +87,8 @@ std::string bandOf(const ProteinResult& protein, std::size_t first, std::size_t 
 std::string numbersOf(const ProteinResult& protein, std::size_t first, std::size_t last) {
   std::string text;
   for (std::size_t i = first; i < last; ++i) {
-    const bool isTick = i == first || (i + 1) % kTickEvery == 0;
-    if (!isTick || (i != first && i - first < 4)) continue;
-    text += svgText(middleOf(i - first), kNumberY, shortened(protein.numbers[i], kLongestNumber),
-                    "class=\"m s\"");
+    if (i != first && (i + 1) % kTickEvery != 0) continue;
+    text += svgText(middleOf(i - first), kNumberY, shortened(protein.numbers[i], kLongestNumber), "m s");
   }
   return text + "\n";
 }
@@ -101,17 +100,21 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index < first || index >= last) continue;
     const double x = middleOf(index - first);
-    const std::string mark = svgVerdict(verdictOf(proline), x, kSymbolY);
+    const std::string mark = svgVerdict(proline, x, kSymbolY);
     names.push_back({proline.call, "P" + shortened(proline.number, kLongestNumber), !mark.empty(), x, x});
     symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
   std::string labels;
   for (const Name& name : placed(names)) {
-    const std::string style = name.call == Call::cis ? "class=\"m b\"" : "class=\"m\"";
-    labels += svgText(name.x, kNameY, name.text, style) +
+    labels += svgText(name.x, kNameY, name.text, name.call == Call::cis ? "m b" : "m") +
               svgLine(name.x, kNameY + 3, name.anchor, kSymbolY - (name.isMarked ? kVerdictSize : 7), "l");
   }
   return labels + symbols + "\n";
+}
+
+std::string verdictSuffix(const ProlineResult& proline) {
+  if (is(proline, Verdict::agree)) return ", structure agrees";
+  return is(proline, Verdict::disagree) ? ", structure disagrees" : "";
 }
 
 std::string describe(const ProteinResult& protein, std::size_t first, std::size_t last) {
@@ -126,47 +129,25 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
   return text + (calls.empty() ? " no proline" : calls);
 }
 
-template <class Fits>
-std::string namesIf(const ProteinResult& protein, Fits fits) {
-  std::vector<std::string> names;
-  for (const ProlineResult& proline : protein.prolines)
-    if (fits(proline)) names.push_back("P" + proline.number);
-  return enumerated(names);
-}
-
 }  // namespace
 
-std::string chainPicture(const ProteinResult& protein) {
+std::string markCaption(const ProteinResult& protein) {
+  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
+}
+
+std::string chainFigure(const ProteinResult& protein) {
   const std::size_t length = protein.assignments.size();
+  if (length == 0) return "";
   std::string pictures;
   for (std::size_t first = 0; first < length; first += kPerLine) {
     const std::size_t last = std::min(first + kPerLine, length);
     pictures += openPicture(kHeight, describe(protein, first, last)) + bandOf(protein, first, last) +
                 numbersOf(protein, first, last) + prolinesOf(protein, first, last) + kClosePicture;
   }
-  return pictures;
-}
-
-std::string namesOf(const ProteinResult& protein, Call call) {
-  return namesIf(protein, [call](const ProlineResult& proline) { return proline.call == call; });
-}
-
-std::string namesOf(const ProteinResult& protein, Verdict verdict) {
-  return namesIf(protein, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
-}
-
-std::string structureSentence(const ProteinResult& protein) {
-  const std::string disagreeing = namesOf(protein, Verdict::disagree);
-  const std::string agreeing = namesOf(protein, Verdict::agree);
-  if (disagreeing.empty()) return agreeing.empty() ? "" : "The structure agrees: " + agreeing + ".";
-  return "The structure disagrees: " + disagreeing + "." +
-         (agreeing.empty() ? "" : " It agrees: " + agreeing + ".");
-}
-
-std::string verdictSuffix(const ProlineResult& proline) {
-  const std::optional<Verdict> verdict = verdictOf(proline);
-  if (verdict == Verdict::agree) return ", structure agrees";
-  return verdict == Verdict::disagree ? ", structure disagrees" : "";
+  return "<figure><div class=\"grid strips\">" + pictures +
+         "</div><figcaption>Lines of 50 residues. Band: share of N, HA, C, CA, CB, HN that is assigned, none "
+         "(hollow) to all (dark)." +
+         markCaption(protein) + "</figcaption></figure>\n";
 }
 
 }  // namespace zorvela

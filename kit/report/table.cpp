@@ -2,13 +2,9 @@
 #include <algorithm>
 #include <cmath>
 #include <ostream>
-#include <set>
 #include <utility>
+#include <vector>
 
-#include "report/explain.h"
-#include "report/fields.h"
-#include "report/origin.h"
-#include "report/text_table.h"
 #include "report/walk.h"
 #include "report/words.h"
 #include "util/number.h"
@@ -18,6 +14,44 @@
 namespace zorvela {
 
 namespace {
+
+using Cells = std::vector<std::string>;
+
+struct Row {
+  Cells cells;
+  bool standsOut = false;
+  std::string below = {};  ///< whole lines that follow it
+};
+
+/// Characters on the screen: a character of several bytes counts once.
+std::size_t screenWidth(const std::string& text) {
+  return static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+}
+
+/// Writes columns as wide as their widest cell, two blanks between them.
+void write(std::vector<Row> rows, bool colour, std::ostream& out) {
+  std::vector<std::size_t> widths;
+  for (Row& row : rows) {
+    widths.resize(std::max(widths.size(), row.cells.size()));
+    for (std::size_t i = 0; i < row.cells.size(); ++i) {
+      row.cells[i] = shown(row.cells[i]);
+      widths[i] = std::max(widths[i], screenWidth(row.cells[i]));
+    }
+  }
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.cells.size(); ++i)
+      line += (i > 0 ? "  " : "") + row.cells[i] + std::string(widths[i] - screenWidth(row.cells[i]), ' ');
+    line.erase(line.find_last_not_of(' ') + 1);
+    if (colour && row.standsOut) line = "\033[1;35m" + line + "\033[0m";  // bold magenta
+    out << line << '\n' << row.below;
+  }
+}
+
+// --- Cells ----------------------------------------------------------------------------------------
+
+const std::string kAbsentCell = "-";
 
 std::string orAbsent(const std::string& text) {
   return text.empty() ? kAbsentCell : text;
@@ -36,7 +70,7 @@ std::string neighbourText(const std::string& name, const std::string& number) {
 }
 
 std::string markOf(const ProlineResult& proline) {
-  if (verdictOf(proline) == Verdict::disagree) return "!";
+  if (is(proline, Verdict::disagree)) return "!";
   if (proline.call == Call::cis) return "*";
   return proline.call == Call::undecided ? "?" : "";
 }
@@ -54,30 +88,33 @@ bool isAnyCorrected(const RunReport& report) {
   return isAny;
 }
 
+std::string nameOf(const ProteinResult& protein) {
+  return protein.file + (protein.chain.empty() ? "" : " chain " + protein.chain);
+}
+
 /// The corrections come before everything else.
 void writeCorrections(const RunReport& report, std::ostream& out) {
+  const bool isOnly = report.files.size() == 1 && report.files.front().proteins.size() == 1;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    if (protein.correction.empty()) return;
-    const std::string chain = protein.chain.empty() ? "" : " chain " + protein.chain;
-    const bool isOnly = report.files.size() == 1 && report.files.front().proteins.size() == 1;
-    out << (isOnly ? "" : shown(protein.file + chain) + ": ") << protein.correction << '\n';
+    if (!protein.correction.empty())
+      out << (isOnly ? "" : shown(nameOf(protein)) + ": ") << protein.correction << '\n';
   });
   if (isAnyCorrected(report)) out << '\n';
 }
 
 /// The origin of a row. The first cell is left for the mark.
-TextTable::Cells originTitles(bool withList) {
+Cells originTitles(bool withList) {
   if (withList) return {" ", "File", "Chain", "List"};
   return {" ", "File", "Chain"};
 }
 
-TextTable::Cells originOf(const ProteinResult& protein, const Origin& origin) {
+Cells originOf(const ProteinResult& protein, const Origin& origin) {
   const std::string file = protein.file.substr(origin.folder.size());
   if (origin.withList) return {" ", file, orAbsent(protein.chain), orAbsent(protein.list)};
   return {" ", file, orAbsent(protein.chain)};
 }
 
-TextTable::Cells joined(TextTable::Cells first, const TextTable::Cells& second) {
+Cells joined(Cells first, const Cells& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
 }
@@ -91,11 +128,6 @@ bool isExplained(const ReportStyle& style, const ProlineResult& proline) {
 // --- Structures -----------------------------------------------------------------------------------
 
 constexpr std::size_t kMostSites = 4;
-
-TextTable::Cells structureTitles(const RunReport& report) {
-  if (report.structures.empty()) return {};
-  return {"Structure", "Models", "|omega|", "Residue", "Verdict"};
-}
 
 std::string geometryText(const StructureFinding& finding) {
   if (const auto omega = meanOmega(finding)) return fixedText(*omega, 0);
@@ -112,14 +144,9 @@ std::string sitesText(const StructureFinding& finding, bool withFile) {
   return orAbsent(enumerated(texts, kMostSites));
 }
 
-TextTable::Cells structureCells(const StructureFinding& finding, bool withFile, const std::string& verdict) {
-  return {finding.call == StructureCall::none ? kAbsentCell : toText(finding.call),
-          orAbsent(modelsText(finding)), geometryText(finding), sitesText(finding, withFile), verdict};
-}
-
-TextTable::Cells structureCells(const RunReport& report, const ProlineResult& proline) {
-  if (!proline.structure) return {};
-  return structureCells(*proline.structure, report.structures.size() > 1, toText(proline.structure->verdict));
+Cells structureCells(const StructureFinding& finding, bool withFile, const std::string& verdict) {
+  return {finding.call == BondState::none ? kAbsentCell : toText(finding.call), orAbsent(modelsText(finding)),
+          geometryText(finding), sitesText(finding, withFile), verdict};
 }
 
 /// The findings for all prolines except those that agree.
@@ -129,9 +156,8 @@ void writeSentences(const RunReport& report, std::ostream& out) {
     if (!proline.structure || proline.structure->verdict == Verdict::agree) return;
     if (isFirst) out << '\n';
     isFirst = false;
-    const std::string chain = protein.chain.empty() ? "" : " chain " + protein.chain;
     out << (proline.structure->verdict == Verdict::disagree ? "!  " : "   ")
-        << shown(protein.file + chain + " P" + proline.number + ": " + proline.structure->sentence) << '\n';
+        << shown(nameOf(protein) + " P" + proline.number + ": " + proline.structure->sentence) << '\n';
   });
 }
 
@@ -153,11 +179,14 @@ void writeVerdicts(const RunReport& report, std::ostream& out) {
 void writeProlines(const RunReport& report, const Origin& origin, const ReportStyle& style,
                    std::ostream& out) {
   const bool withBoth = isAnyCorrected(report);
-  TextTable::Cells titles = {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"};
+  Cells titles = joined(originTitles(origin.withList),
+                        {"Before", "Proline", "After", "Shifts", "CG", "P_CIS", "P_CIS_NORM", "Call"});
   if (withBoth) titles.insert(titles.end() - 1, "As referenced");
-  TextTable table(joined(originTitles(origin.withList), joined(titles, structureTitles(report))));
+  if (!report.structures.empty())
+    titles = joined(titles, {"Structure", "Models", "|omega|", "Residue", "Verdict"});
+  std::vector<Row> rows = {{titles}};
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
-    TextTable::Cells cells = joined(
+    Cells cells = joined(
         originOf(protein, origin),
         {neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
          neighbourText(proline.next, proline.nextNumber),
@@ -166,25 +195,23 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
     if (withBoth) cells.push_back(orAbsent(proline.pCisNormAsReferenced));
     cells.push_back(callText(proline));
     cells.front() = markOf(proline);
-    const TextTable::Cells blank(cells.size(), " ");
-    const std::string below = isExplained(style, proline) ? explained(proline) + '\n' : "";
-    const std::vector<StructureFinding> each =
-        proline.structure ? inEachStructure(*proline.structure) : std::vector<StructureFinding>();
-    table.add(joined(std::move(cells), structureCells(report, proline)),
-              proline.call == Call::cis || verdictOf(proline) == Verdict::disagree,
-              each.empty() ? below : "");
-    for (std::size_t i = 0; i < each.size(); ++i)
-      table.add(joined(blank, structureCells(each[i], true, " ")), false, i + 1 == each.size() ? below : "");
+    rows.push_back({cells, proline.call == Call::cis || is(proline, Verdict::disagree)});
+    if (const auto& finding = proline.structure) {
+      rows.back().cells =
+          joined(cells, structureCells(*finding, report.structures.size() > 1, toText(finding->verdict)));
+      for (const StructureFinding& one : inEachStructure(*finding))
+        rows.push_back({joined(Cells(cells.size(), " "), structureCells(one, true, " "))});
+    }
+    if (isExplained(style, proline)) rows.back().below = explained(proline) + '\n';
   });
-  table.write(style.colour, out);
+  write(std::move(rows), style.colour, out);
 }
 
-std::string offsetText(const ProteinResult& protein, const std::string& atom) {
-  const ReferencingOffset* offset = offsetOf(protein, atom);
-  if (offset == nullptr || !std::isfinite(offset->offset)) return kAbsentCell;
-  return fixedText(static_cast<double>(offset->offset), 3) + (callsForCorrection(*offset) ? "!"
-                                                              : isUncertain(*offset)      ? "?"
-                                                                                          : "");
+std::string offsetText(const ReferencingOffset& offset) {
+  if (!std::isfinite(offset.offset)) return kAbsentCell;
+  return fixedText(static_cast<double>(offset.offset), 3) + (callsForCorrection(offset) ? "!"
+                                                             : isUncertain(offset)      ? "?"
+                                                                                        : "");
 }
 
 /// Explains the marks that occur in the table of offsets.
@@ -206,15 +233,15 @@ std::string legendOf(const RunReport& report) {
 }
 
 void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& out) {
-  TextTable table(joined(originTitles(origin.withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"}));
+  std::vector<Row> rows = {
+      {joined(originTitles(origin.withList), {"Residues", "Shifts", "CA", "CB", "HA", "C'"})}};
   forEachProtein(report, [&](const ProteinResult& protein) {
-    TextTable::Cells cells = joined(originOf(protein, origin),
-                                    {std::to_string(protein.length), std::to_string(protein.shiftCount)});
-    for (const std::string& atom : kOffsetAtoms) cells.push_back(offsetText(protein, atom));
-    table.add(std::move(cells), false);
+    rows.push_back({joined(originOf(protein, origin),
+                           {std::to_string(protein.length), std::to_string(protein.shiftCount)})});
+    for (const ReferencingOffset& offset : protein.offsets) rows.back().cells.push_back(offsetText(offset));
   });
   out << "\nReferencing offsets (ppm)" << legendOf(report) << '\n';
-  table.write(false, out);
+  write(std::move(rows), false, out);
 }
 
 void writeErrors(const RunReport& report, std::ostream& out) {

@@ -1,7 +1,8 @@
-// Walks through a report, in its order.
+// Walks through a report, in its order, and names what it has.
 #pragma once
 
-#include <optional>
+#include <string>
+#include <vector>
 
 #include "zorvela/report.h"
 
@@ -32,17 +33,39 @@ std::size_t countIf(const RunReport& report, Holds holds) {
   return count;
 }
 
-/// Returns the verdict of the structures; nothing if there was no structure.
-inline std::optional<Verdict> verdictOf(const ProlineResult& proline) {
-  if (!proline.structure) return std::nullopt;
-  return proline.structure->verdict;
-}
-
 /// Calls visit(file) for the files that failed.
 template <class Visit>
 void forEachError(const RunReport& report, Visit visit) {
   for (const FileReport& file : report.files)
     if (!file.error.empty()) visit(file);
 }
+
+/// Tell whether a proline has this call, or this verdict of the structures.
+inline bool is(const ProlineResult& proline, Call call) {
+  return proline.call == call;
+}
+inline bool is(const ProlineResult& proline, Verdict verdict) {
+  return proline.structure && proline.structure->verdict == verdict;
+}
+
+/// Returns the prolines with a call or a verdict: P31, P117, P201.
+template <class What>
+std::vector<std::string> namesOf(const ProteinResult& protein, What what) {
+  std::vector<std::string> names;
+  for (const ProlineResult& proline : protein.prolines)
+    if (is(proline, what)) names.push_back("P" + proline.number);
+  return names;
+}
+
+/// Returns "The structure disagrees: P117. It agrees: P11, P31."; empty if it does neither.
+std::string structureSentence(const ProteinResult& protein);
+
+/// The parts of an origin that a report needs.
+struct Origin {
+  bool withList = false;  ///< a chain comes with several shift lists
+  std::string folder;     ///< of all files, with its slash; empty without one in common or with one file
+
+  explicit Origin(const RunReport& report);
+};
 
 }  // namespace zorvela

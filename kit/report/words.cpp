@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -58,15 +58,19 @@ double total(const Reasons& reasons) {
   return sum;
 }
 
-std::string names(const Reasons& reasons) {
-  std::vector<std::string> items;
-  for (const Reason& reason : reasons) items.push_back(reason.name);
-  const bool areOwn = std::all_of(reasons.begin(), reasons.end(), [](const Reason& r) { return r.isOwn; });
-  return listed(items) + (areOwn ? " of the proline" : "");
+/// "a", "a and b" or "a, b and c".
+std::string listed(const std::vector<std::string>& items) {
+  std::string text;
+  for (std::size_t i = 0; i < items.size(); ++i)
+    text += (i == 0 ? "" : i + 1 == items.size() ? " and " : ", ") + items[i];
+  return text;
 }
 
 std::string namesWith(const Reasons& reasons, const std::string& verb) {
-  return names(reasons) + " " + verb + (reasons.size() == 1 ? "s" : "");
+  std::vector<std::string> names;
+  for (const Reason& reason : reasons) names.push_back(reason.name);
+  const bool areOwn = std::all_of(reasons.begin(), reasons.end(), [](const Reason& r) { return r.isOwn; });
+  return listed(names) + (areOwn ? " of the proline " : " ") + verb + (reasons.size() == 1 ? "s" : "");
 }
 
 /// The strongest that are worth a mention, at most so many.
@@ -98,17 +102,6 @@ std::string oppositionText(const Reasons& opposing) {
   return total(opposing) < kWorthAMention ? "nothing contradicts it" : "little contradicts it";
 }
 
-std::string bitsText(double bits) {
-  return fixedText(std::max(bits, 0.0), 2);
-}
-
-std::string worthMeasuring(const ProlineResult& proline) {
-  const std::vector<NextShift>& next = proline.evidence->next;
-  if (next.empty() || next.front().bits < kWorthMeasuring) return "";
-  return "; " + shiftName(proline, next.front().index) + " would be worth " + bitsText(next.front().bits) +
-         " bits";
-}
-
 /// CB - CG if it is clear and differs from the call. A referencing offset does not change it.
 std::string contradiction(const ProlineResult& proline) {
   const auto& cb = proline.evidence->shift(kIndexCB).observed;
@@ -133,7 +126,10 @@ std::string undecided(const ProlineResult& proline, const Reasons& reasons) {
     text += "little favours cis, " + namesWith(against, "favour") + " trans";
   else
     text += namesWith(forCis, "favour") + " cis, " + namesWith(against, "favour") + " trans";
-  return text + contradiction(proline) + worthMeasuring(proline);
+  text += contradiction(proline);
+  if (const NextShift* best = worthMeasuring(proline))
+    text += "; " + shiftName(proline, best->index) + " would be worth " + fixedText(best->bits, 2) + " bits";
+  return text;
 }
 
 }  // namespace
@@ -146,15 +142,6 @@ std::string unseenSentence(const RunReport& report) {
   return "Prolines in gaps cannot be seen: the shifts come without a sequence, and " +
          counted(unseen, "residue has", "residues have") +
          " no name. Give the sequence with --sequence FILE.";
-}
-
-std::string listed(const std::vector<std::string>& items) {
-  std::string text;
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    if (i > 0) text += i + 1 == items.size() ? " and " : ", ";
-    text += items[i];
-  }
-  return text;
 }
 
 std::string shiftName(const ProlineResult& proline, int index) {
@@ -219,11 +206,6 @@ std::string sentenceOf(const ProlineResult& proline) {
          oppositionText(onSide(reasons, -side)) + contradiction(proline);
 }
 
-std::string whatDecides(const ProlineResult& proline) {
-  const std::string sentence = sentenceOf(proline);
-  return sentence.substr(sentence.find(": ") + 2);
-}
-
 std::string nextStep(const ProlineResult& proline) {
   if (proline.reason == reason::kTooFewShifts)
     return "a prediction needs three of N, HA, C, CA, CB, HN for two of " +
@@ -232,6 +214,12 @@ std::string nextStep(const ProlineResult& proline) {
   if (proline.call != Call::undecided) return "";
   const std::string before = proline.previous + proline.previousNumber;
   return "an NOE from HA of " + before + " to HA of P" + proline.number + " means cis, to HD means trans";
+}
+
+const NextShift* worthMeasuring(const ProlineResult& proline) {
+  if (!proline.evidence || proline.evidence->next.empty()) return nullptr;
+  const NextShift& best = proline.evidence->next.front();
+  return best.bits < kWorthMeasuring ? nullptr : &best;
 }
 
 std::vector<std::string> otherNotes(const ProteinResult& protein) {
@@ -262,10 +250,8 @@ std::string strongestOf(const ProlineResult& proline) {
 }
 
 std::string nextShiftOf(const ProlineResult& proline) {
-  if (!proline.evidence || proline.evidence->next.empty()) return "";
-  const NextShift& best = proline.evidence->next.front();
-  if (best.bits < kWorthMeasuring) return "";
-  return shiftKey(best.index) + ":" + bitsText(best.bits);
+  const NextShift* best = worthMeasuring(proline);
+  return best == nullptr ? "" : shiftKey(best->index) + ":" + fixedText(best->bits, 2);
 }
 
 }  // namespace zorvela

@@ -38,9 +38,6 @@ bool hasCorrected(const Evidence& evidence);
 /// a prediction, the reason.
 std::string sentenceOf(const ProlineResult& proline);
 
-/// Returns the sentence after the call: "CB and CG of the proline decide; nothing contradicts it".
-std::string whatDecides(const ProlineResult& proline);
-
 /// Returns the measurement that would settle the call: NOEs for an undecided proline, shifts for one that has
 /// too few. Empty for others.
 std::string nextStep(const ProlineResult& proline);
@@ -48,12 +45,25 @@ std::string nextStep(const ProlineResult& proline);
 /// A shift with less expected information (bits) is not worth an experiment.
 inline constexpr double kWorthMeasuring = 0.02;
 
+/// A smaller chance of a clear call would be printed as 0 %.
+inline constexpr double kLeastChance = 0.005;
+/// Returns the shift most worth measuring; nullptr if none is worth it.
+const NextShift* worthMeasuring(const ProlineResult& proline);
+
 /// Returns the notes of a chain without the one on its correction, which reports show elsewhere.
 std::vector<std::string> otherNotes(const ProteinResult& protein);
 
 /// Returns the sum of the contributions if P_CIS_NORM is 0, 1 or not a number in single precision. Otherwise
 /// empty.
 std::string precisionNote(const ProlineResult& proline);
+
+/// Returns "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis", and how
+/// many cis prolines are called cis if these are less than half. Empty without a prediction.
+std::string howOftenRight(const ProlineResult& proline);
+
+/// Returns lines of at most 80 columns: the call in a sentence, the largest contributions with a bar of
+/// characters, and the missing shifts with their expected information. Without evidence, only the sentence.
+std::string explained(const ProlineResult& proline);
 
 /// Returns the three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.
 std::string strongestOf(const ProlineResult& proline);
@@ -64,8 +74,5 @@ std::string nextShiftOf(const ProlineResult& proline);
 /// Returns a warning that prolines in the gaps of sequences cannot be seen. Empty if every file gives its
 /// sequence, or has no gap.
 std::string unseenSentence(const RunReport& report);
-
-/// Returns "a", "a and b" or "a, b and c".
-std::string listed(const std::vector<std::string>& items);
 
 }  // namespace zorvela

@@ -2,6 +2,7 @@
 #include <map>
 #include <sstream>
 
+#include "formats/limits.h"
 #include "names/nomenclature.h"
 #include "restrain/declarations.h"
 #include "util/text.h"
@@ -11,8 +12,6 @@ namespace zorvela {
 
 namespace {
 
-// A hundred times the largest proteins.
-constexpr std::size_t kMostResidues = 100000;
 constexpr std::size_t kLongestNumber = 6;
 constexpr const char* kTrans = "PRO";
 constexpr const char* kCis = "cPRO";
@@ -31,9 +30,9 @@ RestraintText writeNew(const RestraintRequest& request) {
     throw Error(
         "--for cyana makes a sequence file of one chain, as linkers part molecules there; name one by "
         "--chain, or add to your own file with --into FILE");
-  const RestrainedChain& chain = request.chains.front();
-  std::map<std::string, const RestrainedBond*> bonds;
-  for (const RestrainedBond& bond : chain.bonds) bonds.emplace(bond.number, &bond);
+  const ProteinResult& chain = request.chains.front();
+  std::map<std::string, RestrainedBond> bonds;
+  for (const RestrainedBond& bond : bondsOf(request.chains)) bonds.emplace(bond.proline.number, bond);
   RestraintText result;
   result.text = commentsAtHead(kDialect, request);
   for (std::size_t i = 0; i < chain.sequence.size(); ++i) {
@@ -47,11 +46,11 @@ RestraintText writeNew(const RestraintRequest& request) {
       result.notes.push_back("residue " + number + " is unknown and not in the sequence file: add it");
       continue;
     }
-    if (const auto bond = bonds.find(number); bond != bonds.end() && bond->second->call != Call::trans) {
-      result.text += commentLine(kDialect, callText(*bond->second));
-      if (bond->second->call == Call::cis) name = kCis;
-      if (bond->second->call == Call::undecided)
-        result.text += commentLine(kDialect, std::string(kCis) + " " + number);
+    if (const auto bond = bonds.find(number); bond != bonds.end()) {
+      const Call call = bond->second.proline.call;
+      if (call != Call::trans) result.text += commentLine(kDialect, callText(bond->second));
+      if (call == Call::cis) name = kCis;
+      if (call == Call::undecided) result.text += commentLine(kDialect, std::string(kCis) + " " + number);
     }
     result.text += name + " " + number + "\n";
   }
@@ -89,8 +88,7 @@ std::vector<Row> rowsOf(const NamedText& file) {
         (!number.empty() && !given))
       throw FileError(file.name, lineNumber, "is not a residue name and number",
                       "give a sequence file of CYANA");
-    if (rows.size() == kMostResidues)
-      throw FileError(file.name, lineNumber, "has too many residues", "give a part");
+    checkLimit(rows.size() + 1, limits::kResidues, file.name, lineNumber);
     const int next = rows.empty() ? 1 : rows.back().number + 1;
     rows.push_back({name, given.value_or(next), begin + line->find(name)});
   }
@@ -112,10 +110,10 @@ Prolines prolinesOf(const std::vector<Row>& rows) {
 std::vector<std::size_t> placesOf(const std::vector<Row>& rows, const Prolines& prolines,
                                   const RestrainedBond& bond) {
   std::vector<std::size_t> places;
-  const auto known = prolines.find(bond.number);
+  const auto known = prolines.find(bond.proline.number);
   if (known == prolines.end()) return places;
   for (const std::size_t i : known->second) {
-    if (i == 0 || std::to_string(rows[i - 1].number) != bond.numberBefore) continue;
+    if (i == 0 || std::to_string(rows[i - 1].number) != bond.proline.previousNumber) continue;
     const std::string& before = rows[i - 1].name;
     if (isResidueBefore(isProline(before) ? kTrans : before, bond)) places.push_back(i);
   }
@@ -125,30 +123,28 @@ std::vector<std::size_t> placesOf(const std::vector<Row>& rows, const Prolines& 
 RestraintText addTo(const NamedText& file, const RestraintRequest& request) {
   const std::vector<Row> rows = rowsOf(file);
   const Prolines prolines = prolinesOf(rows);
-  std::map<std::size_t, const RestrainedBond*> taken;
+  std::map<std::size_t, RestrainedBond> taken;
   RestraintText result;
-  for (const RestrainedChain& chain : request.chains)
-    for (const RestrainedBond& bond : chain.bonds) {
-      if (bond.call == Call::none) continue;
-      const std::vector<std::size_t> places = placesOf(rows, prolines, bond);
-      if (places.empty() && bond.call != Call::cis) continue;
-      if (places.size() != 1)
-        throw FileError(
-            file.name, 0, places.empty() ? "has no " + nameOf(bond) : "has " + nameOf(bond) + " twice",
-            "give the sequence of the chain with the numbers of the shifts, or name the chain by --chain");
-      if (!taken.emplace(places.front(), &bond).second)
-        throw FileError(file.name, 0, "has one " + nameOf(bond) + " for several chains",
-                        "name one by --chain");
-    }
+  for (const RestrainedBond& bond : bondsOf(request.chains)) {
+    if (bond.proline.call == Call::none) continue;
+    const std::vector<std::size_t> places = placesOf(rows, prolines, bond);
+    if (places.empty() && bond.proline.call != Call::cis) continue;
+    if (places.size() != 1)
+      throw FileError(
+          file.name, 0, places.empty() ? "has no " + nameOf(bond) : "has " + nameOf(bond) + " twice",
+          "give the sequence of the chain with the numbers of the shifts, or name the chain by --chain");
+    if (!taken.emplace(places.front(), bond).second)
+      throw FileError(file.name, 0, "has one " + nameOf(bond) + " for several chains", "name one by --chain");
+  }
   std::size_t done = 0;
   for (const auto& [place, bond] : taken) {
     const Row& row = rows[place];
-    if (row.name == kCis && bond->call != Call::cis)
-      result.notes.push_back(callText(*bond) + ": " + file.name + " has cPRO; it stays");
-    if (row.name == kCis || bond->call != Call::cis) continue;
+    if (row.name == kCis && bond.proline.call != Call::cis)
+      result.notes.push_back(callText(bond) + ": " + file.name + " has cPRO; it stays");
+    if (row.name == kCis || bond.proline.call != Call::cis) continue;
     result.text += file.text.substr(done, row.begin - done) + kCis;
     done = row.begin + row.name.size();
-    result.notes.push_back(callText(*bond) + ": PRO " + std::to_string(row.number) + " is now cPRO");
+    result.notes.push_back(callText(bond) + ": PRO " + std::to_string(row.number) + " is now cPRO");
   }
   result.text += file.text.substr(done);
   return result;

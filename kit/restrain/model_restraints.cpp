@@ -61,31 +61,28 @@ std::vector<CisBond> cisBondsOf(const ProteinStructure& structure, std::vector<s
 /// The calls from shifts, by chain and number in the model.
 std::map<std::pair<std::string, std::string>, std::string> shiftTexts(const RestraintRequest& request) {
   std::map<std::pair<std::string, std::string>, std::string> texts;
-  for (const RestrainedChain& chain : request.chains)
-    for (const RestrainedBond& bond : chain.bonds)
-      for (const BondSite& site : bond.sites)
-        texts.emplace(std::pair(site.chain, site.number), callText(bond) + " by the shifts");
+  for (const RestrainedBond& bond : bondsOf(request.chains))
+    for (const BondSite& site : bond.sites())
+      texts.emplace(std::pair(site.chain, site.number), callText(bond) + " by the shifts");
   return texts;
 }
 
 /// The cis prolines of the shifts that the model has otherwise.
 void noteContradictions(const RestraintRequest& request, std::vector<std::string>& notes) {
-  for (const RestrainedChain& chain : request.chains)
-    for (const RestrainedBond& bond : chain.bonds) {
-      if (bond.call != Call::cis) continue;
-      if (bond.sites.empty()) notes.push_back(callText(bond) + ": is not in the model");
-      for (const BondSite& site : bond.sites) {
-        const auto count = static_cast<std::size_t>(
-            std::count_if(site.bonds.begin(), site.bonds.end(),
-                          [](const ModelBond& seen) { return seen.state != BondState::cis; }));
-        if (count > 0)
-          notes.push_back(callText(bond) + ": not cis in " + counted(count, "model", "models") + " of " +
-                          std::to_string(site.bonds.size()) + " (chain " + printable(site.chain, 60) + ", " +
-                          printable(site.residue + " " + site.number, 60) + ")");
-        if (site.bonds.empty())
-          notes.push_back(callText(bond) + ": no such bond in the model: " + site.reason);
-      }
+  for (const RestrainedBond& bond : bondsOf(request.chains)) {
+    if (bond.proline.call != Call::cis) continue;
+    if (bond.sites().empty()) notes.push_back(callText(bond) + ": is not in the model");
+    for (const BondSite& site : bond.sites()) {
+      const auto count = static_cast<std::size_t>(
+          std::count_if(site.bonds.begin(), site.bonds.end(),
+                        [](const ModelBond& seen) { return seen.state != BondState::cis; }));
+      if (count > 0)
+        notes.push_back(callText(bond) + ": not cis in " + counted(count, "model", "models") + " of " +
+                        std::to_string(site.bonds.size()) + " (chain " + printable(site.chain, 60) + ", " +
+                        printable(site.residue + " " + site.number, 60) + ")");
+      if (site.bonds.empty()) notes.push_back(callText(bond) + ": no such bond in the model: " + site.reason);
     }
+  }
 }
 
 RestraintText modelText(const Dialect& dialect, const RestraintRequest& request,
@@ -215,8 +212,8 @@ Declaration amberRestraint(const ProteinStructure& structure, const AtomNumbers&
 Declaration amberRestraints(const ProteinStructure& structure, const AtomNumbers& numbers,
                             const RestrainedBond& bond) {
   Declaration all;
-  if (bond.sites.empty()) all.omission = "is not in the model";
-  for (const BondSite& site : bond.sites) {
+  if (bond.sites().empty()) all.omission = "is not in the model";
+  for (const BondSite& site : bond.sites()) {
     const Declaration one = amberRestraint(structure, numbers, site);
     all.text += one.text;
     if (!one.omission.empty()) all.omission = one.omission;
@@ -232,7 +229,7 @@ RestraintText writeAmber(const RestraintRequest& request) {
     dialect.remarks = {"for makeANG_RST; with --structure FILE: &rst with the numbers of the atoms",
                        "not sure: that makeANG_RST knows OMEGA of PRO; if not, add it to its library"};
     return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-      return {bond.number + " PRO OMEGA -20.0 20.0\n", {}};
+      return {bond.proline.number + " PRO OMEGA -20.0 20.0\n", {}};
     });
   }
   if (request.structure->format != "PDB")

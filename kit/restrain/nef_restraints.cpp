@@ -81,9 +81,9 @@ std::string rowText(int index, const RestrainedBond& bond, const std::string& be
     return " " + bond.chain + " " + number + " " + residue + " " + name;
   };
   const std::string id = std::to_string(index);
-  return "      " + id + " " + id + " ." + atom(bond.numberBefore, before, "CA") +
-         atom(bond.numberBefore, before, "C") + atom(bond.number, proline, "N") +
-         atom(bond.number, proline, "CA") + " 1 0 . . -20 20 . OMEGA\n";
+  return "      " + id + " " + id + " ." + atom(bond.proline.previousNumber, before, "CA") +
+         atom(bond.proline.previousNumber, before, "C") + atom(bond.proline.number, proline, "N") +
+         atom(bond.proline.number, proline, "CA") + " 1 0 . . -20 20 . OMEGA\n";
 }
 
 bool isWord(const std::string& name) {
@@ -105,7 +105,7 @@ std::string withLineEndsOf(const std::string& file, const std::string& text) {
 RestraintText writeNefRestraints(const RestraintRequest& request) {
   const NefFile nef = request.into ? readNef(*request.into) : NefFile();
   Dialect dialect = {"nef", "# ", 60};
-  dialect.needsChain = true;
+  dialect.chainName = ChainName::needed;
   dialect.takesCodes = true;
   dialect.head = headOf(nef.frames);
   dialect.tail = "   stop_\nsave_\n";
@@ -116,16 +116,16 @@ RestraintText writeNefRestraints(const RestraintRequest& request) {
   int index = 0;
   RestraintText result = declarations(dialect, request, [&](const RestrainedBond& bond) -> Declaration {
     const std::string before =
-        request.into ? residueIn(bond, bond.numberBefore) : threeLetterName(bond.letterBefore);
-    const std::string proline = request.into ? residueIn(bond, bond.number) : "PRO";
+        request.into ? residueIn(bond, bond.proline.previousNumber) : threeLetterName(bond.letterBefore());
+    const std::string proline = request.into ? residueIn(bond, bond.proline.number) : "PRO";
     if (request.into && (residueType(proline).letter != kProlineCode || !isResidueBefore(before, bond))) {
       const std::string what =
           "has no " + nameOf(bond) + " in chain \"" + printable(bond.chain, 60) + "\" of its sequence";
-      if (bond.call == Call::undecided) return {{}, "the file " + what};
+      if (bond.proline.call == Call::undecided) return {{}, "the file " + what};
       throw FileError(request.into->name, 0, what, "name its chain by --chain-as");
     }
     if (!isWord(before) || !isWord(proline)) return {{}, "a residue without a name"};
-    return {rowText(bond.call == Call::cis ? ++index : index + 1, bond, before, proline), {}};
+    return {rowText(bond.proline.call == Call::cis ? ++index : index + 1, bond, before, proline), {}};
   });
   if (!request.into) {
     result.text = metaData() + result.text;

@@ -1,10 +1,10 @@
 // Writes cis prolines for structure calculation programs.
 //
-// `restrainedChains` takes the prolines from the results. Each program is a row of `restraintFormats`, with a
-// function that writes its text. Conventions differ by one residue, so each declaration has a comment with
-// both residues.
+// Each program is a row of `restraintFormats`. Conventions differ by one residue, so each declaration has a
+// comment with both residues.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,32 +15,25 @@
 
 namespace zorvela {
 
-/// A proline and the residue before it, numbered as in the shift file.
+/// A proline and the residue before it, numbered as in the shift file. A view of a result.
 struct RestrainedBond {
-  std::string chain;
-  char letterBefore = '?';   ///< one-letter name, without the state of its thiol
-  std::string numberBefore;  ///< empty before the first residue
-  std::string number;        ///< of the proline
-  Call call = Call::none;
-  float pCisNorm = 0;           ///< 0 without a prediction
-  std::string reason;           ///< why there is no prediction
-  std::vector<BondSite> sites;  ///< in the model, if one was given
+  const std::string& chain;
+  const ProlineResult& proline;
+
+  /// Returns the one-letter name, without the state of its thiol; "?" before the first residue.
+  char letterBefore() const;
+  /// Returns the places in the model; none if none was given.
+  const std::vector<BondSite>& sites() const;
 };
 
+/// Returns the prolines of all chains.
+std::vector<RestrainedBond> bondsOf(const std::vector<ProteinResult>& chains);
 /// Returns "S81-P82".
 std::string nameOf(const RestrainedBond& bond);
 /// Tells whether a residue of that name may be the one before the proline: same type, or one of them unknown.
 bool isResidueBefore(const std::string& name, const RestrainedBond& bond);
 /// Returns "S81-P82, cis 0.987".
 std::string callText(const RestrainedBond& bond);
-
-/// A chain of the shift files with all its prolines.
-struct RestrainedChain {
-  std::string name;
-  std::string sequence;  ///< one-letter names
-  std::vector<std::string> numbers;
-  std::vector<RestrainedBond> bonds;
-};
 
 /// An existing file, unpacked.
 struct NamedText {
@@ -49,7 +42,7 @@ struct NamedText {
 };
 
 struct RestraintRequest {
-  std::vector<RestrainedChain> chains;
+  std::vector<ProteinResult> chains;
   std::optional<NamedText> into;              ///< a file to add to
   std::optional<NamedText> modelText;         ///< the structure as a file
   std::optional<ProteinStructure> structure;  ///< the same as chains
@@ -68,7 +61,7 @@ struct RestraintFormat {
   const char* ending;  ///< of its files
   bool takesFile;      ///< adds to an existing file
   enum class ModelUse { none, optional, needed } model;
-  RestraintText (*write)(const RestraintRequest& request);
+  std::function<RestraintText(const RestraintRequest&)> write;
 };
 
 /// Throws Error if a file or a model is missing or not wanted.
@@ -77,12 +70,8 @@ void mustFit(const RestraintFormat& format, const RestraintRequest& request);
 /// All programs and formats.
 const std::vector<RestraintFormat>& restraintFormats();
 
-/// Returns the chains of proteins and their results; both have the same order.
-std::vector<RestrainedChain> restrainedChains(const std::vector<Protein>& proteins,
-                                              const std::vector<ProteinResult>& results);
-
 /// Renames chains by texts OLD=NEW, or NEW for the only chain. Throws Error for a missing chain.
-void renameChains(const std::vector<std::string>& renamings, std::vector<RestrainedChain>& chains);
+void renameChains(const std::vector<std::string>& renamings, std::vector<ProteinResult>& chains);
 
 /// Writes the text for a program; the request must fit it. Throws Error if the text cannot name a chain or a
 /// residue, if two prolines have one chain and number, or if a proline is not in the file to add to. A
@@ -90,6 +79,6 @@ void renameChains(const std::vector<std::string>& renamings, std::vector<Restrai
 RestraintText writeRestraints(const RestraintFormat& format, const RestraintRequest& request);
 
 /// Returns "cis: P82; undecided, as comments: P91; trans: 7; without a prediction: 1".
-std::string summaryOf(const std::vector<RestrainedChain>& chains);
+std::string summaryOf(const std::vector<ProteinResult>& chains);
 
 }  // namespace zorvela

@@ -11,10 +11,11 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
 #include "util/text.h"
+#include "zorvela/run_file.h"
 
 namespace zorvela {
 
@@ -75,47 +76,34 @@ void keepNamesakes(const std::vector<Protein>& proteins, const std::string& name
 
 // --- Chains --------------------------------------------------------------------------------------
 
-/// "1-5, 9" for the residues of a protein at these places (from 0).
-std::vector<std::string> ranges(const Protein& protein, const std::vector<std::size_t>& places) {
-  std::vector<std::string> result;
-  for (std::size_t first = 0; first < places.size();) {
-    std::size_t last = first;
-    while (last + 1 < places.size() && places[last + 1] == places[last] + 1) ++last;
-    const std::string& from = protein.numbers[places[first]];
-    result.push_back(first == last ? from : from + "-" + protein.numbers[places[last]]);
-    first = last + 1;
+/// First and last of the places that follow on each other.
+using Ranges = std::vector<std::pair<std::size_t, std::size_t>>;
+
+/// Splits places before those that start anew.
+template <class Starts>
+Ranges rangesOf(const std::vector<std::size_t>& places, Starts startsAnew) {
+  Ranges ranges;
+  for (const std::size_t place : places) {
+    if (ranges.empty() || startsAnew(ranges.back().second, place)) ranges.emplace_back(place, place);
+    ranges.back().second = place;
   }
-  return result;
+  return ranges;
+}
+
+/// "1-5"
+std::string rangeText(const std::string& first, const std::string& last) {
+  return first == last ? first : first + "-" + last;
 }
 
 std::string rangeText(const StructureChain& chain, std::size_t first, std::size_t last) {
-  const std::string& from = chain.residues[first].number;
-  return printable(first == last ? from : from + "-" + chain.residues[last].number);
+  return printable(rangeText(chain.residues[first].number, chain.residues[last].number));
 }
 
 /// The first and the last residue of the chain that fit.
-std::string residuesOf(const StructureChain& chain, const ChainAlignment& alignment) {
-  std::size_t first = kNoResidue;
-  std::size_t last = 0;
-  for (const std::size_t place : alignment.inStructure) {
-    if (place == kNoResidue) continue;
-    first = std::min(first, place);
-    last = std::max(last, place);
-  }
-  return rangeText(chain, first, last);
-}
-
-/// The pieces of the chain that are left over.
-std::vector<std::string> piecesOf(const ChainRest& rest) {
-  const std::vector<std::size_t>& places = rest.residues();
-  std::vector<std::string> pieces;
-  for (std::size_t first = 0; first < places.size();) {
-    std::size_t last = first;
-    while (last + 1 < places.size() && !rest.isStart(places[last + 1])) ++last;
-    pieces.push_back(rangeText(rest.chain(), places[first], places[last]));
-    first = last + 1;
-  }
-  return pieces;
+std::string residuesOf(const StructureChain& chain, std::vector<std::size_t> places) {
+  places.erase(std::remove(places.begin(), places.end(), kNoResidue), places.end());
+  const auto [first, last] = std::minmax_element(places.begin(), places.end());
+  return rangeText(chain, *first, *last);
 }
 
 /// `isPart`: the chain holds other molecules too.
@@ -125,7 +113,7 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
   match.file = file;
   match.chain = chain.name;
   match.molecule = chain.molecule;
-  if (isPart || match.molecule > 0) match.residues = residuesOf(chain, alignment);
+  if (isPart || match.molecule > 0) match.residues = residuesOf(chain, alignment.inStructure);
   match.aligned = alignment.aligned;
   match.identical = alignment.identical;
   std::vector<std::size_t> missing;
@@ -142,46 +130,37 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
       match.mismatches.push_back(printable(std::string(1, ours) + protein.numbers[i] + " is " + residue.name +
                                            " " + residue.number));
   }
-  match.missing = ranges(protein, missing);
+  for (const auto& [first, last] :
+       rangesOf(missing, [](auto before, auto place) { return place > before + 1; }))
+    match.missing.push_back(rangeText(protein.numbers[first], protein.numbers[last]));
   return match;
 }
 
-/// The residues of a chain that do not fit.
-std::vector<std::string> notesOn(const ChainMatch& match) {
+/// Notes the residues of a chain that do not fit.
+void addNotes(const ChainMatch& match, std::vector<std::string>& notes) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
-  std::vector<std::string> notes;
   addNote(name + ": residues that differ from those of the shift file: ", match.mismatches, notes);
   addNote(name + ": residues of the shift file without coordinates: ", match.missing, notes);
   addNote(structureChainName(match.file, match.chain) + ": residues that match no shift file: ",
           match.leftOver, notes);
-  return notes;
 }
 
 // --- One proline ----------------------------------------------------------------------------------
 
 BondSite siteOf(const ProteinStructure& structure, const StructureChain& chain,
                 const StructureResidue& residue) {
-  BondSite site;
-  site.file = structure.file;
-  site.chain = chain.name;
-  site.number = residue.number;
-  site.residue = residue.name;
-  site.models = structure.modelCount;
-  site.modelsWithout = residue.modelsWithout;
-  site.namesWithout = residue.namesWithout;
-  site.bonds = residue.bonds;
-  site.others = residue.others;
-  site.reason = residue.letter == kProlineCode
-                    ? residue.whyNoBond
-                    : printable("is " + residue.name + " " + residue.number + " in the structure");
+  const ProlineBonds& bonds = residue;
+  BondSite site{bonds, structure.file, chain.name, residue.number, residue.name, structure.modelCount};
+  if (residue.letter != kProlineCode)
+    site.reason = printable("is " + residue.name + " " + residue.number + " in the structure");
   return site;
 }
 
-Verdict verdictOf(Call shifts, StructureCall structure) {
+Verdict verdictOf(Call shifts, BondState structure) {
   if (shifts == Call::none) return Verdict::noPrediction;
-  if (structure == StructureCall::none) return Verdict::notInStructure;
+  if (structure == BondState::none) return Verdict::notInStructure;
   if (shifts == Call::undecided) return Verdict::undecided;
-  if (structure == StructureCall::mixed) return Verdict::mixed;
+  if (structure == BondState::mixed) return Verdict::mixed;
   return toText(shifts) == toText(structure) ? Verdict::agree : Verdict::disagree;
 }
 
@@ -223,7 +202,7 @@ std::string alternativesText(const StructureFinding& finding) {
 
 std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
                        const StructureFinding& finding) {
-  if (finding.call == StructureCall::none) return whyNotThere(finding);
+  if (finding.call == BondState::none) return whyNotThere(finding);
   const std::string seen = finding.verdict == Verdict::disagree
                                ? disagreement(protein, proline, finding)
                                : "The structure is " + seenText(finding) + ".";
@@ -231,8 +210,7 @@ std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
 }
 
 void finish(const Protein& protein, ProteinResult& result) {
-  for (const ChainMatch& match : result.matches)
-    for (std::string& note : notesOn(match)) result.structureNotes.push_back(std::move(note));
+  for (const ChainMatch& match : result.matches) addNotes(match, result.structureNotes);
   if (result.matches.empty())
     result.structureNotes.emplace_back("no chain of the structures matches this protein");
   for (ProlineResult& proline : result.prolines) {
@@ -254,17 +232,14 @@ struct Found {
 };
 
 /// As `structureFits` counts.
-std::size_t sizeOf(const Found& found) {
-  std::size_t size = 1;
-  for (const auto& [proline, site] : found.sites) size += 1 + site.bonds.size() + site.others.size();
-  return size;
+std::size_t sizeOf(const ProlineBonds& proline) {
+  return 1 + proline.bonds.size() + proline.others.size();
 }
 
 std::size_t sizeOf(const ProteinStructure& structure) {
   std::size_t size = 0;
   for (const StructureChain& chain : structure.chains)
-    for (const StructureResidue& residue : chain.residues)
-      size += 1 + residue.bonds.size() + residue.others.size();
+    for (const StructureResidue& residue : chain.residues) size += sizeOf(residue);
   return size;
 }
 
@@ -311,7 +286,10 @@ class Comparison {
       }
     }
     for (const Fit& fit : all) add(chain, fit, rounds > 1 || !rest.isEmpty());
-    if (!all.empty()) found.back().match.leftOver = piecesOf(rest);
+    if (all.empty()) return;
+    const auto isStart = [&rest](auto, auto place) { return rest.isStart(place); };
+    for (const auto& [first, last] : rangesOf(rest.residues(), isStart))
+      found.back().match.leftOver.push_back(rangeText(chain, first, last));
   }
 
   void add(const StructureChain& chain, const Fit& fit, bool isPart) {
@@ -319,13 +297,16 @@ class Comparison {
               fit.alignment.identity(),
               matchOf(proteins[fit.protein], structure.file, chain, fit.alignment, isPart),
               {}};
+    ++size;
     const std::vector<ProlineResult>& prolines = results[fit.protein].prolines;
-    for (std::size_t i = 0; i < prolines.size(); ++i)
-      if (const std::size_t place =
-              fit.alignment.inStructure[static_cast<std::size_t>(prolines[i].position) - 1];
-          place != kNoResidue)
-        one.sites.emplace_back(i, siteOf(structure, chain, chain.residues[place]));
-    checkLimit(size += sizeOf(one), mostFits, structure.file);
+    for (std::size_t i = 0; i < prolines.size(); ++i) {
+      const auto position = static_cast<std::size_t>(prolines[i].position);
+      const std::size_t place = fit.alignment.inStructure[position - 1];
+      if (place == kNoResidue) continue;
+      one.sites.emplace_back(i, siteOf(structure, chain, chain.residues[place]));
+      size += sizeOf(one.sites.back().second);
+    }
+    checkLimit(size, mostFits, structure.file);
     found.push_back(std::move(one));
   }
 
@@ -350,19 +331,20 @@ void compareWithStructures(const std::vector<Protein>& proteins,
   for (std::size_t p = 0; p < proteins.size(); ++p) finish(proteins[p], results[p]);
 }
 
-std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
-                                             const std::vector<ProteinStructure>& structures) {
+void noteChainsWithoutShifts(RunReport& report) {
   std::set<std::tuple<std::string, std::string, std::size_t>> matched;
-  for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain, match.molecule);
-  std::vector<std::string> lines;
-  for (const ProteinStructure& structure : structures)
+  for (const FileReport& file : report.files)
+    for (const ProteinResult& protein : file.proteins)
+      for (const ChainMatch& match : protein.matches)
+        matched.emplace(match.file, match.chain, match.molecule);
+  report.chainsWithoutShifts.clear();
+  for (const ProteinStructure& structure : report.structures)
     for (const StructureChain& chain : structure.chains)
       if (matched.count({structure.file, chain.name, chain.molecule}) == 0)
-        lines.push_back(
+        report.chainsWithoutShifts.push_back(
             structureChainName(structure.file, chain.name,
                                chain.molecule == 0 ? "" : rangeText(chain, 0, chain.residues.size() - 1)) +
             " (" + counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
-  return lines;
 }
 
 }  // namespace zorvela

@@ -149,10 +149,6 @@ void ChainRest::take(const ChainAlignment& alignment) {
                places.end());
 }
 
-ChainAlignment align(const std::string& sequence, const StructureChain& chain) {
-  return align(sequence, ChainRest(chain));
-}
-
 ChainAlignment align(const std::string& sequence, const ChainRest& rest) {
   static const gemmi::AlignmentScoring kScoring = scoring();
   ChainAlignment alignment;

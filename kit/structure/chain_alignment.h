@@ -22,11 +22,6 @@ struct ChainAlignment {
   double identity() const;
 };
 
-/// The global alignment of a sequence (one-letter codes; c is a cysteine, ? fits everything) with the
-/// residues that a chain has. A gap costs least where the chain itself is interrupted. Time and memory are in
-/// proportion to the product of both lengths.
-ChainAlignment align(const std::string& sequence, const StructureChain& chain);
-
 /// The part of a chain that no alignment has used yet. A chain can hold several molecules whose numbers run
 /// on: each is one piece or several, between the places where the chain is interrupted.
 class ChainRest {
@@ -49,8 +44,10 @@ class ChainRest {
   std::vector<std::size_t> places;
 };
 
-/// Aligns the rest of a chain; `inStructure` has places in the whole chain. A piece of which next to nothing
-/// fits is another molecule, and is not aligned.
+/// Returns the global alignment of a sequence (one-letter codes; c is a cysteine, ? fits everything) with the
+/// residues that the rest of a chain has; `inStructure` has places in the whole chain. A gap costs least
+/// where the chain itself is interrupted. A piece of which next to nothing fits is another molecule, and is
+/// not aligned. Time and memory are in proportion to the product of both lengths.
 ChainAlignment align(const std::string& sequence, const ChainRest& rest);
 
 /// Aligns the chains of one structure with sequences, as long as this is work in proportion to the structure.

@@ -118,6 +118,6 @@ bool isPdb(std::string_view text);
 Coordinates readPdbCoordinates(std::string_view text, const std::string& name);
 
 /// Reads mmCIF text. FileError with the line for text that breaks the rules of CIF.
-Coordinates readMmcifCoordinates(std::string_view text, const std::string& name);
+Coordinates readMmcifCoordinates(std::string text, const std::string& name);
 
 }  // namespace zorvela

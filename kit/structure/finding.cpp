@@ -13,7 +13,7 @@ namespace {
 
 std::optional<double> meanSize(const StructureFinding& finding,
                                const std::optional<double> ModelBond::*value) {
-  if (finding.call == StructureCall::mixed) return std::nullopt;
+  if (finding.call == BondState::mixed) return std::nullopt;
   double sum = 0;
   std::size_t count = 0;
   for (const BondSite& site : finding.sites)
@@ -39,7 +39,7 @@ std::string statesText(const StructureFinding& finding) {
   for (const BondSite& site : finding.sites)
     if (!site.bonds.empty()) models += site.bonds.size() + site.modelsWithout;
   std::string counts = enumerated(states) + " of " + counted(models, "model", "models");
-  if (finding.call == StructureCall::mixed) return counts;
+  if (finding.call == BondState::mixed) return counts;
   if (const auto omega = meanOmega(finding))
     return counts + (bonds > 1 ? " (mean |omega| " : " (|omega| ") + fixedText(*omega, 0) + " degrees)";
   return counts + " (CA - CA " + fixedText(meanCaToCa(finding).value_or(0), 1) + " A)";
@@ -57,18 +57,18 @@ std::string withoutBondText(const StructureFinding& finding) {
 
 }  // namespace
 
-StructureCall seenIn(const StructureFinding& finding) {
+BondState seenIn(const StructureFinding& finding) {
   const bool isCis = countBonds(finding, BondState::cis) > 0;
   const bool isTrans = countBonds(finding, BondState::trans) > 0;
-  if (isCis && isTrans) return StructureCall::mixed;
-  if (isCis) return StructureCall::cis;
-  if (isTrans) return StructureCall::trans;
-  return countBonds(finding, BondState::twisted) > 0 ? StructureCall::twisted : StructureCall::none;
+  if (isCis && isTrans) return BondState::mixed;
+  if (isCis) return BondState::cis;
+  if (isTrans) return BondState::trans;
+  return countBonds(finding, BondState::twisted) > 0 ? BondState::twisted : BondState::none;
 }
 
-std::string toText(StructureCall call) {
+std::string toText(BondState state) {
   static const std::array<const char*, 5> kNames = {"cis", "trans", "twisted", "mixed", "none"};
-  return kNames.at(static_cast<std::size_t>(call));
+  return kNames.at(static_cast<std::size_t>(state));
 }
 
 std::string toText(Verdict verdict) {

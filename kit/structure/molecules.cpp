@@ -2,6 +2,8 @@
 #include "structure/molecules.h"
 
 #include <algorithm>
+#include <deque>
+#include <list>
 #include <map>
 #include <optional>
 #include <set>
@@ -59,44 +61,45 @@ bool goesOn(const BackboneResidue& last, const BackboneResidue& next) {
 class Group {
  public:
   void add(const Residues& run, const BackboneChain& chain, std::size_t number) {
-    if (!molecules.empty() && goesOn(*molecules.back().residues.back(), *run.front())) {
+    if (!all.empty() && goesOn(*all.back().last, *run.front())) {
       append(run);
       return;
     }
     Residues others;
     for (const BackboneResidue* residue : run)
-      if (molecules.empty() || !putBetween(*residue)) others.push_back(residue);
+      if (!putBetween(*residue)) others.push_back(residue);
     if (others.empty()) return;
-    molecules.push_back({chain.name, chain.key + std::to_string(number), {}});
-    inserted.emplace_back();
-    numbers.emplace_back();
+    all.push_back({chain.key + std::to_string(number), {}, {}, nullptr});
     append(others);
   }
 
-  std::vector<Molecule> finished() {
-    for (std::size_t m = 0; m < molecules.size(); ++m) insertAll(molecules[m].residues, inserted[m]);
-    return std::move(molecules);
+  void moveTo(std::vector<Molecule>& molecules, const std::string& name) const {
+    for (const Growing& one : all)
+      molecules.push_back({name, one.key, {one.residues.begin(), one.residues.end()}});
   }
 
  private:
-  /// A residue of a molecule; an inserted one comes behind so many of the others.
+  /// A molecule to which residues are added.
+  struct Growing {
+    std::string key;
+    std::list<const BackboneResidue*> residues;
+    std::set<std::string> numbers;
+    const BackboneResidue* last;  ///< of those that were not put between others
+  };
   struct Place {
     std::size_t molecule;
-    std::size_t behind;
-    const BackboneResidue* residue;
+    std::list<const BackboneResidue*>::iterator residue;
   };
-  using Insertion = std::pair<std::size_t, const BackboneResidue*>;
 
   void append(const Residues& run) {
-    const std::size_t m = molecules.size() - 1;
-    for (const BackboneResidue* residue : run) {
-      molecules[m].residues.push_back(residue);
-      know(*residue, {m, molecules[m].residues.size(), residue});
-    }
+    for (const BackboneResidue* residue : run) put(*residue, all.size() - 1, all.back().residues.end());
+    all.back().last = run.back();
   }
 
-  void know(const BackboneResidue& residue, const Place& place) {
-    numbers[place.molecule].insert(residue.number);
+  void put(const BackboneResidue& residue, std::size_t molecule,
+           std::list<const BackboneResidue*>::iterator before) {
+    const Place place = {molecule, all[molecule].residues.insert(before, &residue)};
+    all[molecule].numbers.insert(residue.number);
     if (const auto number = numberOf(residue)) byNumber[*number].push_back(place);
   }
 
@@ -112,32 +115,15 @@ class Group {
     return false;
   }
 
-  bool putBeside(const BackboneResidue& residue, Place place) {
-    if (numbers[place.molecule].count(residue.number) > 0) return false;
-    if (areBonded(residue, *place.residue))
-      place.behind -= std::min<std::size_t>(place.behind, 1);
-    else if (!areBonded(*place.residue, residue))
-      return false;
-    inserted[place.molecule].emplace_back(place.behind, &residue);
-    know(residue, {place.molecule, place.behind, &residue});
+  bool putBeside(const BackboneResidue& residue, const Place& place) {
+    if (all[place.molecule].numbers.count(residue.number) > 0) return false;
+    const bool isBefore = areBonded(residue, **place.residue);
+    if (!isBefore && !areBonded(**place.residue, residue)) return false;
+    put(residue, place.molecule, isBefore ? place.residue : std::next(place.residue));
     return true;
   }
 
-  static void insertAll(Residues& residues, std::vector<Insertion>& insertions) {
-    std::stable_sort(insertions.begin(), insertions.end(),
-                     [](const Insertion& a, const Insertion& b) { return a.first < b.first; });
-    Residues all;
-    auto next = insertions.begin();
-    for (std::size_t i = 0; i <= residues.size(); ++i) {
-      for (; next != insertions.end() && next->first == i; ++next) all.push_back(next->second);
-      if (i < residues.size()) all.push_back(residues[i]);
-    }
-    residues = std::move(all);
-  }
-
-  std::vector<Molecule> molecules;
-  std::vector<std::vector<Insertion>> inserted;
-  std::vector<std::set<std::string>> numbers;
+  std::deque<Growing> all;  // which stay where they are
   std::map<int, std::vector<Place>> byNumber;
 };
 
@@ -145,16 +131,15 @@ class Group {
 
 std::vector<Molecule> moleculesOf(const BackboneModel& model) {
   std::map<std::pair<std::string, std::string>, std::size_t> places;
-  std::vector<Group> groups;  // in the order of the file
+  std::deque<std::pair<std::string, Group>> groups;  // in the order of the file
   for (const BackboneChain& chain : model.chains) {
     const auto at = places.emplace(std::make_pair(chain.name, chain.segment), groups.size());
-    if (at.second) groups.emplace_back();
+    if (at.second) groups.emplace_back(chain.name, Group());
     std::size_t number = 0;
-    for (const Residues& run : runsOf(chain)) groups[at.first->second].add(run, chain, number++);
+    for (const Residues& run : runsOf(chain)) groups[at.first->second].second.add(run, chain, number++);
   }
   std::vector<Molecule> all;
-  for (Group& group : groups)
-    for (Molecule& molecule : group.finished()) all.push_back(std::move(molecule));
+  for (const auto& [name, group] : groups) group.moveTo(all, name);
   return all;
 }
 

@@ -116,11 +116,6 @@ std::string lengthText(const std::string& what, double length) {
 
 }  // namespace
 
-std::string toText(BondState state) {
-  static const std::array<const char*, 3> kNames = {"cis", "trans", "twisted"};
-  return kNames.at(static_cast<std::size_t>(state));
-}
-
 BondState stateOfOmega(double omega) {
   const double size = std::fabs(omega);
   if (size <= kCisOmegaUpTo) return BondState::cis;

@@ -6,6 +6,7 @@
 
 #include "formats/foreign_text.h"
 #include "formats/input_bytes.h"
+#include "formats/star/star_document.h"
 #include "names/nomenclature.h"
 #include "structure/coordinates.h"
 #include "structure/molecules.h"
@@ -20,16 +21,6 @@ namespace {
 
 constexpr const char* kFormatRemedy = "give a structure in PDB or mmCIF format, plain or gzipped";
 
-/// Tells whether the first word outside comments begins a data block.
-bool isCif(std::string_view text) {
-  for (std::size_t pos = 0; const auto line = nextLine(text, pos);) {
-    const std::string_view core = trimmed(*line);
-    if (core.empty() || core.front() == '#') continue;
-    return startsIgnoringCase(core, "data_");
-  }
-  return false;
-}
-
 /// Tells whether a text belongs on the other side of a comparison.
 bool holdsShifts(std::string_view text) {
   if (contains(text, "_atom_site.")) return false;
@@ -38,11 +29,11 @@ bool holdsShifts(std::string_view text) {
          contains(text, "\nDATA SEQUENCE");
 }
 
-Coordinates readCoordinates(const std::string& text, const std::string& name, std::string& format) {
+Coordinates readCoordinates(std::string text, const std::string& name, std::string& format) {
   if (holdsShifts(text)) throw FileError(name, 0, "has shifts, not a structure", kFormatRemedy);
-  if (isCif(text)) {
+  if (isStar(text)) {
     format = "mmCIF";
-    return readMmcifCoordinates(text, name);
+    return readMmcifCoordinates(std::move(text), name);
   }
   if (!isPdb(text))
     throw FileError(name, 0, "is neither an mmCIF file nor a PDB file with atoms", kFormatRemedy);
@@ -121,7 +112,7 @@ void addChain(const Molecule& placed, ProteinStructure& structure, PlacesByChain
     residue.label = own.label;
     residue.isAfterBreak = before != nullptr && !areBonded(*before, own);
     if (residue.letter == kProlineCode)
-      residue.whyNoBond = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
+      residue.reason = before != nullptr ? whyNotBonded(*before, own) : "first residue of the chain";
     chain.isTrace = chain.isTrace && own.find("N") == nullptr && own.find("C") == nullptr;
     places.byKey.emplace(keyOf(own), i);
     chain.residues.push_back(std::move(residue));
@@ -162,7 +153,7 @@ void addBonds(const Molecule& chain, const std::string& model, const Places& pla
     for (const ModelBond& bond : bonds)
       if (bond.state != bonds.front().state) residue.others.push_back(bond);
     residue.bonds.push_back(std::move(bonds.front()));
-    residue.whyNoBond.clear();
+    residue.reason.clear();
   }
 }
 
@@ -253,7 +244,7 @@ ProteinStructure readStructureBytes(std::string bytes, const std::string& file) 
   if (trimmed(bytes).empty()) throw FileError(file, 0, "is empty", kFormatRemedy);
   ProteinStructure structure;
   structure.file = file;
-  const Coordinates coordinates = readCoordinates(bytes, file, structure.format);
+  const Coordinates coordinates = readCoordinates(std::move(bytes), file, structure.format);
   addModels(coordinates.models, structure);
   if (structure.chains.empty()) throwWithoutProtein(file, coordinates);
   structure.notes.insert(structure.notes.begin(), coordinates.notes.begin(), coordinates.notes.end());

@@ -23,17 +23,6 @@ namespace {
 
 // Seed of the folds; any number does, but always the same one.
 constexpr std::uint64_t kFoldSeed = 20;
-// Seed of the bootstrap.
-constexpr std::uint64_t kBootstrapSeed = 7;
-
-/// Number of each label's cluster, from 0 in order of first appearance.
-std::vector<std::size_t> clusterNumbers(const LabelledProlines& data) {
-  std::map<std::string, std::size_t> numbers;
-  std::vector<std::size_t> ofLabel;
-  for (const ProlineLabel& label : data.labels.prolines)
-    ofLabel.push_back(numbers.emplace(label.cluster, numbers.size()).first->second);
-  return ofLabel;
-}
 
 /// The fold of each cluster: they are dealt out in random order.
 std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
@@ -46,53 +35,52 @@ std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
   return fold;
 }
 
-/// Trains on all entries, clusters and windows that are not in the fold.
-Model trainedWithout(std::size_t fold, const std::vector<std::size_t>& foldOf, const Model& published,
-                     const LabelledProlines& data, const TrainingChoices& choices) {
-  std::vector<bool> useEntry(data.entries.size(), true);
+/// The data without the clusters of a fold, and without labels of their windows in other clusters.
+LabelledProlines without(std::size_t fold, const std::vector<std::size_t>& foldOf, LabelledProlines data) {
   std::set<std::string> windows;
-  for (std::size_t i = 0; i < foldOf.size(); ++i) {
-    if (foldOf[i] != fold) continue;
-    useEntry[data.entryOf[i]] = false;
-    windows.insert(data.windows[i]);
+  for (const LabelledProline& proline : data.prolines)
+    if (foldOf[data.entryOf(proline).cluster] == fold) windows.insert(proline.window);
+  for (LabelledProline& proline : data.prolines)
+    if (windows.count(proline.window) > 0) proline.structure = Call::none;
+  for (EntryShifts& entry : data.entries) {
+    if (foldOf[entry.cluster] != fold) continue;
+    entry.residues.clear();
+    entry.secondary.clear();
   }
-  std::vector<bool> useLabel(foldOf.size());
-  for (std::size_t i = 0; i < foldOf.size(); ++i)
-    useLabel[i] = useEntry[data.entryOf[i]] && windows.count(data.windows[i]) == 0;
-  return train(published, data, useEntry, useLabel, choices).model;
+  return data;
 }
 
 }  // namespace
 
 FoldModels oneModel(const Model& model, const LabelledProlines& data) {
-  return {{model}, std::vector<std::size_t>(data.windows.size(), 0)};
+  return {{model}, std::vector<std::size_t>(data.clusters.size(), 0)};
 }
 
 FoldModels trainFolds(const Model& published, const LabelledProlines& data, std::size_t folds,
                       const TrainingChoices& choices, const OnStep& onStep) {
-  const std::vector<std::size_t> clusterOf = clusterNumbers(data);
-  const std::size_t clusters = *std::max_element(clusterOf.begin(), clusterOf.end()) + 1;
+  const std::size_t clusters = data.clusters.size();
   if (clusters < folds)
-    throw Error(data.labels.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
+    throw Error(data.path, 0, "has " + std::to_string(clusters) + " clusters, fewer than folds",
                 "ask for fewer folds with --cross-validate");
-  const std::vector<std::size_t> foldOfCluster = dealtOut(clusters, folds);
   FoldModels folded;
-  for (const std::size_t cluster : clusterOf) folded.foldOf.push_back(foldOfCluster[cluster]);
+  folded.foldOf = dealtOut(clusters, folds);
   for (std::size_t fold = 0; fold < folds; ++fold) {
-    folded.models.push_back(trainedWithout(fold, folded.foldOf, published, data, choices));
-    if (onStep) onStep(fold + 1, folds);
+    folded.models.push_back(train(published, without(fold, folded.foldOf, data), choices).model);
+    if (onStep) onStep(folds);
   }
   return folded;
 }
 
 Predictions predictAll(const FoldModels& folded, const LabelledProlines& data) {
-  Predictions out(data.windows.size());
-  for (std::size_t i = 0; i < out.size(); ++i) {
-    const EntryShifts& entry = data.entry(i);
-    if (data.labels.prolines[i].structure && isPredictable(entry.residues, data.place(i)))
-      out[i] = predict(folded.of(i), tripletAt(entry.residues, entry.secondary, data.place(i)));
+  Predictions predictions;
+  for (const LabelledProline& proline : data.prolines) {
+    const EntryShifts& entry = data.entryOf(proline);
+    predictions.emplace_back();
+    if (proline.structure != Call::none && isPredictable(entry.residues, proline.place()))
+      predictions.back() = predict(folded.models[folded.foldOf[entry.cluster]],
+                                   tripletAt(entry.residues, entry.secondary, proline.place()));
   }
-  return out;
+  return predictions;
 }
 
 // --- Choosing what is scored ------------------------------------------------------------------------
@@ -108,13 +96,11 @@ int shiftCount(const std::vector<Residue>& residues, std::size_t place) {
 /// The measurements of one window, in the order of the labels.
 using Measurements = std::vector<std::size_t>;
 
-/// The label that most measurements have; that of the first where they are split.
-Omega labelOf(const LabelledProlines& data, const Measurements& window) {
-  const auto isCis = [&](std::size_t i) { return *data.labels.prolines[i].structure == Omega::cis; };
-  const auto cis = static_cast<std::size_t>(std::count_if(window.begin(), window.end(), isCis));
-  const std::size_t trans = window.size() - cis;
-  if (cis == trans) return *data.labels.prolines[window.front()].structure;
-  return cis > trans ? Omega::cis : Omega::trans;
+/// Tells whether most measurements are labelled cis; where they are split, whether the first one is.
+bool isCis(const LabelledProlines& data, const Measurements& window) {
+  const auto isLabelledCis = [&](std::size_t i) { return data.prolines[i].structure == Call::cis; };
+  const auto cis = static_cast<std::size_t>(std::count_if(window.begin(), window.end(), isLabelledCis));
+  return 2 * cis == window.size() ? isLabelledCis(window.front()) : 2 * cis > window.size();
 }
 
 double medianOf(const Predictions& predictions, const Measurements& window, float CisPrediction::*value) {
@@ -131,52 +117,49 @@ std::size_t middleOf(const Predictions& predictions, Measurements window) {
   return window[(window.size() - 1) / 2];
 }
 
-Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions, const Measurements& window,
-                    const std::vector<std::size_t>& cluster) {
+Evaluated evaluated(const LabelledProlines& data, const Predictions& predictions,
+                    const Measurements& window) {
   const std::size_t middle = middleOf(predictions, window);
-  const std::vector<Residue>& residues = data.entry(middle).residues;
-  const Residue& residue = residues[data.place(middle)];
+  const LabelledProline& label = data.prolines[middle];
+  const EntryShifts& entry = data.entryOf(label);
+  const Residue& residue = entry.residues[label.place()];
   Evaluated proline;
   proline.label = middle;
-  proline.shiftCount = shiftCount(residues, data.place(middle));
-  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
-  proline.hasCG = !isMissingCG(cgOf(residue));
-  if (proline.ruleApplies()) proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
-  proline.byShift = data.labels.prolines[middle].byShift;
-  proline.cluster = cluster[middle];
-  proline.isCis = labelOf(data, window) == Omega::cis;
+  proline.isCis = isCis(data, window);
+  proline.isContradicted = label.byShift == (proline.isCis ? Call::trans : Call::cis);
   proline.pCis = medianOf(predictions, window, &CisPrediction::pCis);
   proline.pCisNorm = medianOf(predictions, window, &CisPrediction::pCisNorm);
+  proline.shiftCount = shiftCount(entry.residues, label.place());
+  proline.hasCB = residue.shift(Atom::CB) < kMissingBound;
+  if (proline.hasCB && !isMissingCG(cgOf(residue)))
+    proline.cbMinusCg = static_cast<double>(residue.shift(Atom::CB)) - cgOf(residue);
+  proline.cluster = entry.cluster;
   return proline;
 }
 
 }  // namespace
 
 Evaluation evaluation(const LabelledProlines& data, const Predictions& predictions) {
-  const std::vector<std::size_t> cluster = clusterNumbers(data);
   Evaluation result;
   std::map<std::string, std::size_t> known;  // window to its place in the next
   std::vector<Measurements> windows;
   for (std::size_t i = 0; i < predictions.size(); ++i) {
-    if (!data.labels.prolines[i].structure) continue;
+    if (data.prolines[i].structure == Call::none) continue;
     ++result.labelled;
     if (!predictions[i]) {
       ++result.notPredicted;
     } else if (std::isnan(predictions[i]->pCisNorm)) {
-      result.notANumber.push_back(i);
+      ++result.notANumber;
     } else {
-      const auto place = known.emplace(data.windows[i], windows.size());
-      if (place.second)
-        windows.emplace_back();
-      else
-        ++result.repeated;
-      windows[place.first->second].push_back(i);
+      const auto [place, isNew] = known.emplace(data.prolines[i].window, windows.size());
+      if (isNew) windows.emplace_back();
+      if (!isNew) ++result.repeated;
+      windows[place->second].push_back(i);
     }
   }
-  for (const Measurements& window : windows)
-    result.prolines.push_back(evaluated(data, predictions, window, cluster));
+  for (const Measurements& window : windows) result.prolines.push_back(evaluated(data, predictions, window));
   if (result.prolines.empty())
-    throw Error(data.labels.path, 0, "no proline with a label by structure has enough shifts",
+    throw Error(data.path, 0, "no proline with a label by structure has enough shifts",
                 "add entries with more shifts");
   return result;
 }
@@ -184,50 +167,37 @@ Evaluation evaluation(const LabelledProlines& data, const Predictions& predictio
 // --- Groups -----------------------------------------------------------------------------------------
 
 std::vector<Group> groups() {
-  const auto all = [](const Evaluated&) { return true; };
-  const auto withBoth = [](const Evaluated& p) { return p.ruleApplies(); };
-  const auto without = [](const Evaluated& p) { return !p.ruleApplies(); };
-  const auto fair = [](const Evaluated& p) { return !p.isContradicted(); };
-  const auto fairWithBoth = [](const Evaluated& p) { return p.ruleApplies() && !p.isContradicted(); };
-  const auto onlyCB = [](const Evaluated& p) { return p.hasCB && !p.hasCG; };
-  const auto noCB = [](const Evaluated& p) { return !p.hasCB; };
-  const auto few = [](const Evaluated& p) { return p.shiftCount <= 9; };
-  const auto some = [](const Evaluated& p) { return p.shiftCount >= 10 && p.shiftCount <= 13; };
-  const auto many = [](const Evaluated& p) { return p.shiftCount >= 14; };
-  return {{"all", "all prolines", Method::program, all},
-          {"with_cb_and_cg", "with CB and CG", Method::program, withBoth},
-          {"with_cb_and_cg_rule", "  CB - CG above 7.1 ppm", Method::rule, withBoth},
-          {"without_cb_minus_cg", "without CB - CG", Method::program, without},
-          {"not_contradicted", "label not contradicted", Method::program, fair},
-          {"not_contradicted_with_cb_and_cg", "  of these, with CB and CG", Method::program, fairWithBoth},
-          {"not_contradicted_with_cb_and_cg_rule", "  CB - CG above 7.1 ppm", Method::rule, fairWithBoth},
-          {"cb_without_cg", "with CB, without CG", Method::program, onlyCB},
-          {"without_cb", "without CB", Method::program, noCB},
-          {"up_to_9_shifts", "up to 9 shifts", Method::program, few},
-          {"from_10_to_13_shifts", "10 to 13 shifts", Method::program, some},
-          {"from_14_shifts", "14 shifts or more", Method::program, many}};
+  const auto withBoth = [](const Evaluated& p) { return p.cbMinusCg.has_value(); };
+  const auto fairWithBoth = [](const Evaluated& p) { return p.cbMinusCg && !p.isContradicted; };
+  return {
+      {"all", "all prolines", false, [](const Evaluated&) { return true; }},
+      {"with_cb_and_cg", "with CB and CG", false, withBoth},
+      {"with_cb_and_cg_rule", "  CB - CG above 7.1 ppm", true, withBoth},
+      {"without_cb_minus_cg", "without CB - CG", false, [](const Evaluated& p) { return !p.cbMinusCg; }},
+      {"not_contradicted", "label not contradicted", false,
+       [](const Evaluated& p) { return !p.isContradicted; }},
+      {"not_contradicted_with_cb_and_cg", "  of these, with CB and CG", false, fairWithBoth},
+      {"not_contradicted_with_cb_and_cg_rule", "  CB - CG above 7.1 ppm", true, fairWithBoth},
+      {"cb_without_cg", "with CB, without CG", false,
+       [](const Evaluated& p) { return p.hasCB && !p.cbMinusCg; }},
+      {"without_cb", "without CB", false, [](const Evaluated& p) { return !p.hasCB; }},
+      {"up_to_9_shifts", "up to 9 shifts", false, [](const Evaluated& p) { return p.shiftCount <= 9; }},
+      {"from_10_to_13_shifts", "10 to 13 shifts", false,
+       [](const Evaluated& p) { return p.shiftCount >= 10 && p.shiftCount <= 13; }},
+      {"from_14_shifts", "14 shifts or more", false, [](const Evaluated& p) { return p.shiftCount >= 14; }}};
 }
 
 std::vector<Scored> scored(const Evaluation& evaluation, const Group& group) {
   std::vector<Scored> set;
   for (const Evaluated& p : evaluation.prolines) {
     if (!group.holds(p)) continue;
-    if (group.method == Method::rule)
-      set.push_back({p.isCis, p.cbMinusCg, p.cbMinusCg > kRuleCisAbove, -1, p.cluster});
+    if (group.byRule)
+      set.push_back({p.isCis, *p.cbMinusCg, *p.cbMinusCg > kRuleCisAbove, -1, p.cluster});
     else
       set.push_back(
           {p.isCis, p.pCisNorm, callOf(static_cast<float>(p.pCisNorm)) == Call::cis, p.pCisNorm, p.cluster});
   }
   return set;
-}
-
-std::vector<GroupFigures> allFigures(const Evaluation& evaluation, int rounds) {
-  std::vector<GroupFigures> all;
-  for (const Group& group : groups()) {
-    const std::vector<Scored> set = scored(evaluation, group);
-    all.push_back({group, figuresOf(set), bootstrap(set, rounds, kBootstrapSeed)});
-  }
-  return all;
 }
 
 }  // namespace zorvela

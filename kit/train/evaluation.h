@@ -17,26 +17,22 @@ namespace zorvela {
 struct Evaluated {
   std::size_t label = 0;  ///< index of the label of its measurement in the middle
   bool isCis = false;
+  bool isContradicted = false;  ///< by its own CB - CG
   double pCis = 0;
   double pCisNorm = 0;
   int shiftCount = 0;  ///< of the triplet, with CG
   bool hasCB = false;
-  bool hasCG = false;
-  double cbMinusCg = 0;  ///< ppm, where the proline has both
-  ShiftLabel byShift = ShiftLabel::none;
+  std::optional<double> cbMinusCg;  ///< ppm, where the proline has both
   std::size_t cluster = 0;
-
-  bool ruleApplies() const { return hasCB && hasCG; }
-  bool isContradicted() const { return byShift == (isCis ? ShiftLabel::trans : ShiftLabel::cis); }
 };
 
 /// All that was predicted, one proline for each distinct window.
 struct Evaluation {
   std::vector<Evaluated> prolines;
-  std::size_t labelled = 0;             ///< prolines with a label by structure
-  std::size_t notPredicted = 0;         ///< of these, too few shifts or at an end of the chain
-  std::size_t repeated = 0;             ///< of these, further measurements of a window
-  std::vector<std::size_t> notANumber;  ///< labels whose probability is none: shifts far from both classes
+  std::size_t labelled = 0;      ///< prolines with a label by structure
+  std::size_t notPredicted = 0;  ///< of these, too few shifts or at an end of the chain
+  std::size_t repeated = 0;      ///< of these, further measurements of a window
+  std::size_t notANumber = 0;    ///< of these, without a probability: shifts far from both classes
 };
 
 /// One for each label; nothing if the program does not predict, or if there is no label by structure.
@@ -45,9 +41,7 @@ using Predictions = std::vector<std::optional<CisPrediction>>;
 /// The models that predict the labels, one for each fold.
 struct FoldModels {
   std::vector<Model> models;
-  std::vector<std::size_t> foldOf;  ///< by label
-
-  const Model& of(std::size_t label) const { return models[foldOf[label]]; }
+  std::vector<std::size_t> foldOf;  ///< by cluster
 };
 
 /// Makes the same model predict all labels.
@@ -70,14 +64,11 @@ Evaluation evaluation(const LabelledProlines& data, const Predictions& predictio
 
 // --- Groups: by what was measured, and by how sure the label is -------------------------------------
 
-/// The scored prediction: the probability of the program, or the rule that CB - CG above a bound means cis.
-enum class Method { program, rule };
-
 /// Prolines that are scored together.
 struct Group {
-  std::string key;   ///< in JSON
-  std::string name;  ///< in the table
-  Method method = Method::program;
+  std::string key;      ///< in JSON
+  std::string name;     ///< in the table
+  bool byRule = false;  ///< scores the rule that CB - CG above a bound means cis, not the probability
   std::function<bool(const Evaluated&)> holds;
 };
 
@@ -86,15 +77,5 @@ std::vector<Group> groups();
 
 /// The prolines of a group with what is scored of them.
 std::vector<Scored> scored(const Evaluation& evaluation, const Group& group);
-
-struct GroupFigures {
-  Group group;
-  Figures figures;
-  FigureIntervals intervals;
-};
-
-/// The figures of all groups, with intervals from so many rounds of bootstrap over clusters (0: none). The
-/// same evaluation gives the same figures.
-std::vector<GroupFigures> allFigures(const Evaluation& evaluation, int rounds);
 
 }  // namespace zorvela

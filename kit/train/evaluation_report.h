@@ -3,19 +3,18 @@
 
 #include <iosfwd>
 #include <string>
-#include <vector>
 
 #include "train/evaluation.h"
-#include "train/labelled_prolines.h"
 
 namespace zorvela {
 
-/// Writes a row for each group. `tables` names the source of the probabilities.
-void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation,
-                          const std::vector<GroupFigures>& all, const std::string& tables);
-/// Writes the figures as JSON, with all digits and with the calibration.
-void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation,
-                         const std::vector<GroupFigures>& all, const std::string& tables, int rounds);
+/// Writes a row for each group, with intervals from so many rounds of bootstrap over clusters (0: none).
+/// `tables` names the source of the probabilities.
+void writeEvaluationTable(std::ostream& out, const Evaluation& evaluation, const std::string& tables,
+                          int rounds);
+/// Writes the same as JSON, with all digits and with the calibration.
+void writeEvaluationJson(std::ostream& out, const Evaluation& evaluation, const std::string& tables,
+                         int rounds);
 /// CSV: each proline with its label and its probabilities.
 void writePredictions(std::ostream& out, const Evaluation& evaluation, const LabelledProlines& data);
 /// CSV: the points of the ROC curve of each group.

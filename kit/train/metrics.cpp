@@ -73,17 +73,15 @@ Figures weightedFigures(const std::vector<Scored>& set, const std::vector<std::s
   Figures figures;
   const double cis = tp + fn;
   const double trans = fp + tn;
-  figures.count = static_cast<std::size_t>(cis + trans);
-  figures.cis = static_cast<std::size_t>(cis);
-  if (cis > 0) figures.sensitivity = tp / cis;
-  if (trans > 0) figures.specificity = tn / trans;
+  if (cis > 0) figures[kSensitivity] = tp / cis;
+  if (trans > 0) figures[kSpecificity] = tn / trans;
   if (cis > 0 && trans > 0) {
-    figures.auc = areaUnderCurve(set, order, weight, cis, trans);
-    figures.mcc = matthews(tp, fp, tn, fn);
+    figures[kAuc] = areaUnderCurve(set, order, weight, cis, trans);
+    figures[kMcc] = matthews(tp, fp, tn, fn);
   }
   if (hasProbabilities && cis + trans > 0) {
-    figures.brier = brier / (cis + trans);
-    figures.logLoss = logLoss / (cis + trans);
+    figures[kBrier] = brier / (cis + trans);
+    figures[kLogLoss] = logLoss / (cis + trans);
   }
   return figures;
 }
@@ -114,7 +112,7 @@ FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint6
 
   const std::vector<std::size_t> order = byScore(set);
   Draw draw(seed);
-  std::array<std::vector<double>, kFigures.size()> values;
+  std::array<std::vector<double>, kFigureCount> values;
   for (int round = 0; round < rounds; ++round) {
     std::vector<double> drawn(clusters);
     for (std::size_t i = 0; i < clusters; ++i) drawn[draw.below(clusters)] += 1;
@@ -122,13 +120,13 @@ FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint6
     for (const Scored& proline : set) weight.push_back(drawn[place[proline.cluster]]);
     const Figures figures = weightedFigures(set, order, weight);
     for (std::size_t i = 0; i < values.size(); ++i)
-      if (const auto value = figures.*kFigures[i].value) values[i].push_back(*value);
+      if (figures[i]) values[i].push_back(*figures[i]);
   }
   FigureIntervals intervals;
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (values[i].empty()) continue;
     std::sort(values[i].begin(), values[i].end());
-    intervals.*kFigures[i].interval = {percentile(values[i], 2.5), percentile(values[i], 97.5)};
+    intervals[i] = Interval{percentile(values[i], 2.5), percentile(values[i], 97.5)};
   }
   return intervals;
 }

@@ -18,17 +18,30 @@ struct Scored {
   std::size_t cluster = 0;  ///< from 0, without gaps
 };
 
-/// Figures for a set. Nothing where they cannot be had: no cis, no trans, no probabilities.
-struct Figures {
-  std::size_t count = 0;
-  std::size_t cis = 0;
-  std::optional<double> auc;          ///< area under the ROC curve; ties count half
-  std::optional<double> sensitivity;  ///< share of cis that are called cis
-  std::optional<double> specificity;  ///< share of trans that are called trans
-  std::optional<double> mcc;          ///< Matthews correlation coefficient; 0 where all calls are the same
-  std::optional<double> brier;        ///< mean squared difference of probability and label
-  std::optional<double> logLoss;      ///< natural logarithm; probabilities kept within 0.001 to 0.999
+/// The figures of a set, in the order of the reports.
+enum Figure : std::size_t {
+  kAuc,          ///< area under the ROC curve; ties count half
+  kSensitivity,  ///< share of cis that are called cis
+  kSpecificity,  ///< share of trans that are called trans
+  kMcc,          ///< Matthews correlation coefficient; 0 where all calls are the same
+  kBrier,        ///< mean squared difference of probability and label
+  kLogLoss,      ///< natural logarithm; probabilities kept within 0.001 to 0.999
+  kFigureCount
 };
+
+struct FigureName {
+  const char* key;    ///< in JSON
+  const char* title;  ///< in the table
+};
+inline constexpr std::array<FigureName, kFigureCount> kFigureNames = {{{"auc", "AUC"},
+                                                                       {"sensitivity", "sensitivity"},
+                                                                       {"specificity", "specificity"},
+                                                                       {"mcc", "MCC"},
+                                                                       {"brier", "Brier score"},
+                                                                       {"log_loss", "log loss"}}};
+
+/// Values by `Figure`. Nothing where they cannot be had: no cis, no trans, no probabilities.
+using Figures = std::array<std::optional<double>, kFigureCount>;
 
 Figures figuresOf(const std::vector<Scored>& set);
 
@@ -37,26 +50,7 @@ struct Interval {
   double low = 0;
   double high = 0;
 };
-
-struct FigureIntervals {
-  std::optional<Interval> auc, sensitivity, specificity, mcc, brier, logLoss;
-};
-
-/// A figure with its names and its interval.
-struct NamedFigure {
-  const char* key;    ///< in JSON
-  const char* title;  ///< in the table
-  std::optional<double> Figures::*value;
-  std::optional<Interval> FigureIntervals::*interval;
-};
-/// All figures, in the order of the reports.
-inline constexpr std::array<NamedFigure, 6> kFigures = {
-    {{"auc", "AUC", &Figures::auc, &FigureIntervals::auc},
-     {"sensitivity", "sensitivity", &Figures::sensitivity, &FigureIntervals::sensitivity},
-     {"specificity", "specificity", &Figures::specificity, &FigureIntervals::specificity},
-     {"mcc", "MCC", &Figures::mcc, &FigureIntervals::mcc},
-     {"brier", "Brier score", &Figures::brier, &FigureIntervals::brier},
-     {"log_loss", "log loss", &Figures::logLoss, &FigureIntervals::logLoss}}};
+using FigureIntervals = std::array<std::optional<Interval>, kFigureCount>;
 
 /// Draws as many clusters as there are, with replacement, `rounds` times. The same seed gives the same
 /// intervals on every machine.

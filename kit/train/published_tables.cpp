@@ -3,13 +3,14 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
 #include <utility>
 #include <vector>
 
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 #include "train/table_cells.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -17,8 +18,6 @@
 namespace zorvela {
 
 namespace {
-
-using AtomValues = std::array<double, kBackboneAtoms>;
 
 // --- Origin ---------------------------------------------------------------------------------------
 
@@ -43,98 +42,102 @@ std::string citation(const std::string& path) {
   return "file " + name;
 }
 
-// --- Random-coil shifts ---------------------------------------------------------------------------
+// --- Values by residue type -----------------------------------------------------------------------
 
-// Oxidised less reduced cysteine: N, HA, C, CA, CB, HN in ppm, after Wishart et al. (1995).
-constexpr AtomValues kOxidisedLessReduced = {-0.2, 0.16, 0.0, -2.8, 13.1, 0.11};
+/// The values of each residue type, one for each column of a table.
+using Values = std::vector<double>;
+using TypeValues = std::map<std::string, Values>;
 
-/// A published value; missing where the file has none (empty or 0).
-double publishedShift(const StrictCsv& csv, const StrictCsv::Row& row, std::size_t column) {
-  if (row.fields[column].empty()) return kMissingShift;
-  const double value = csv.number(row, column);
-  return value == 0.0 ? static_cast<double>(kMissingShift) : value;
-}
-
-template <class Value>
-void requireTypes(const std::string& path, const std::map<std::string, Value>& values) {
+void requireTypes(const std::string& path, const TypeValues& values) {
   for (const char type : kAminoAcids)
     if (values.count(std::string(1, type)) == 0)
       throw Error(path, 0, std::string("has no line for residue type ") + type, "add the line");
 }
 
-[[noreturn]] void failTwice(const StrictCsv& csv, const StrictCsv::Row& row, const std::string& what) {
-  csv.fail(row, what + " has a line before this one", "remove one of the lines");
+[[noreturn]] void failTwice(const DataRow& row, const std::string& what) {
+  row.fail(what + " has a line before this one", "remove one of the lines");
 }
 
-std::map<std::string, AtomValues> readRandomCoil(const std::string& path) {
-  const StrictCsv csv(path);
-  const std::size_t type = csv.column("res");
-  std::map<std::string, AtomValues> shifts;
-  for (const StrictCsv::Row& row : csv.rows) {
-    const auto [found, isNew] = shifts.try_emplace(row.fields[type]);
-    if (!isNew) failTwice(csv, row, row.fields[type]);
-    for (std::size_t k = 0; k < kBackboneAtoms; ++k)
-      found->second[k] = publishedShift(csv, row, csv.column(backboneNames()[k]));
+/// Reads a file with one line for each type, whose name is in the first of the columns.
+TypeValues readByType(const std::string& path, const std::vector<std::string>& columns,
+                      const std::function<double(const DataRow& row, const std::string& column)>& read) {
+  TypeValues values;
+  for (const DataRow& row : readDataRows(path, columns)) {
+    const auto [found, isNew] = values.try_emplace(row.text(columns.front()));
+    if (!isNew) failTwice(row, found->first);
+    for (std::size_t i = 1; i < columns.size(); ++i) found->second.push_back(read(row, columns[i]));
   }
-  requireTypes(path, shifts);
-  const AtomValues& reduced = shifts["C"];
-  AtomValues& oxidised = shifts[kDisulfide];
-  for (std::size_t k = 0; k < kBackboneAtoms; ++k) oxidised[k] = reduced[k] + kOxidisedLessReduced[k];
-  shifts[kKnownCis] = shifts["P"];
-  return shifts;
+  requireTypes(path, values);
+  return values;
 }
 
-GDB tableOf(const std::map<std::string, AtomValues>& values, const std::vector<std::string>& remarks) {
-  GDB table = startTable(remarks, "RESNAME N HA C CA CB HN", "%s" + repeated(" %9.3f", kBackboneAtoms) + " ");
-  for (const std::string& name : rowNames()) {
-    std::vector<std::string> cells = {name};
-    for (const double value : values.at(name)) cells.push_back(fixed(value, 3));
-    addRow(table, cells);
+std::vector<std::vector<std::string>> rowsOf(const TypeValues& values, const std::vector<std::string>& types,
+                                             int decimals) {
+  std::vector<std::vector<std::string>> rows;
+  for (const std::string& type : types) {
+    rows.push_back({type});
+    for (const double value : values.at(type)) rows.back().push_back(fixed(value, decimals));
   }
-  return table;
+  return rows;
+}
+
+GDB tableOfShifts(const TypeValues& values, const std::vector<std::string>& remarks) {
+  return tableOf(remarks, "RESNAME N HA C CA CB HN", "%s %9.3f %9.3f %9.3f %9.3f %9.3f %9.3f ",
+                 rowsOf(values, rowNames(), 3));
+}
+
+// --- Random-coil shifts ---------------------------------------------------------------------------
+
+// Oxidised less reduced cysteine: N, HA, C, CA, CB, HN in ppm, after Wishart et al. (1995).
+constexpr std::array<double, kBackboneAtoms> kOxidisedLessReduced = {-0.2, 0.16, 0.0, -2.8, 13.1, 0.11};
+
+/// A published value; missing where the file has none (empty or 0).
+double publishedShift(const DataRow& row, const std::string& column) {
+  const double value = row.text(column).empty() ? 0 : row.number(column);
+  return value == 0 ? static_cast<double>(kMissingShift) : value;
 }
 
 GDB randomCoilTable(const std::string& path) {
-  return tableOf(
-      readRandomCoil(path),
-      {"Random-coil shifts. RESNAME: one-letter code of the residue; one column for each atom, ppm.",
-       "HN is the amide proton. 9999.000: the residue type has no such atom.",
-       "Source: " + citation(path) + ".",
-       "c (disulfide-bonded cysteine): row C plus oxidised less reduced cysteine after",
-       "Wishart et al. (1995) J. Biomol. NMR 5, 67-81, doi:10.1007/BF00227471.", "p: as P."});
+  TypeValues shifts = readByType(path, {"res", "N", "HA", "C", "CA", "CB", "HN"}, publishedShift);
+  shifts[kDisulfide] = shifts["C"];
+  for (std::size_t k = 0; k < kBackboneAtoms; ++k) shifts[kDisulfide][k] += kOxidisedLessReduced[k];
+  shifts[kKnownCis] = shifts["P"];
+  return tableOfShifts(
+      shifts, {"Random-coil shifts. RESNAME: one-letter code of the residue; one column for each atom, ppm.",
+               "HN is the amide proton. 9999.000: the residue type has no such atom.",
+               "Source: " + citation(path) + ".",
+               "c (disulfide-bonded cysteine): row C plus oxidised less reduced cysteine after",
+               "Wishart et al. (1995) J. Biomol. NMR 5, 67-81, doi:10.1007/BF00227471.", "p: as P."});
 }
 
 GDB noAdjustments() {
-  std::map<std::string, AtomValues> zeros;
-  for (const std::string& name : rowNames()) zeros[name] = {};
-  return tableOf(zeros,
-                 {"Corrections to the random-coil shifts of the residue itself. RESNAME: one-letter code",
-                  "of the residue; one column for each atom, ppm, added to randcoil.tab.",
-                  "All zero: the random-coil set is used as published."});
+  TypeValues zeros;
+  for (const std::string& name : rowNames()) zeros[name] = Values(kBackboneAtoms, 0);
+  return tableOfShifts(
+      zeros, {"Corrections to the random-coil shifts of the residue itself. RESNAME: one-letter code",
+              "of the residue; one column for each atom, ppm, added to randcoil.tab.",
+              "All zero: the random-coil set is used as published."});
 }
 
 // --- Neighbour effects ----------------------------------------------------------------------------
 
 /// `where`: "preceding" or "following", seen from the residue that is shifted.
 GDB neighbourTable(const std::string& path, const std::string& column, const std::string& where) {
-  const StrictCsv csv(path);
-  const std::size_t type = csv.column("neighbour");
-  const std::size_t atom = csv.column("atom");
-  const std::size_t value = csv.column(column);
-  std::map<std::string, AtomValues> effects;
+  TypeValues effects;
   std::set<std::pair<std::string, std::string>> seen;
-  for (const StrictCsv::Row& row : csv.rows) {
-    const std::optional<Atom> shifted = atomNamed(row.fields[atom]);
+  for (const DataRow& row : readDataRows(path, {"neighbour", "atom", column})) {
+    const std::string& type = row.text("neighbour");
+    const std::string& atom = row.text("atom");
+    const std::optional<Atom> shifted = atomNamed(atom);
     if (!shifted || indexOf(*shifted) >= kBackboneAtoms)
-      csv.fail(row, "atom is \"" + row.fields[atom] + "\", not one of N, HA, C, CA, CB, HN", kCorrectLine);
-    if (!seen.emplace(row.fields[type], row.fields[atom]).second)
-      failTwice(csv, row, row.fields[atom] + " beside " + row.fields[type]);
-    effects[row.fields[type]][indexOf(*shifted)] = csv.number(row, value);
+      row.fail("atom is \"" + atom + "\", not one of N, HA, C, CA, CB, HN");
+    if (!seen.emplace(type, atom).second) failTwice(row, atom + " beside " + type);
+    effects.try_emplace(type, kBackboneAtoms).first->second[indexOf(*shifted)] = row.number(column);
   }
   requireTypes(path, effects);
   effects[kDisulfide] = effects["C"];
   effects[kKnownCis] = effects["P"];
-  return tableOf(
+  return tableOfShifts(
       effects, {"Effect of the " + where + " residue on random-coil shifts. RESNAME: one-letter code of the",
                 where + " residue; one column for each atom of the residue beside it, ppm,",
                 "added to randcoil.tab.", "Source: " + citation(path) + ".", "c: as C. p: as P."});
@@ -142,87 +145,54 @@ GDB neighbourTable(const std::string& path, const std::string& column, const std
 
 // --- Neighbours of prolines -----------------------------------------------------------------------
 
-const std::array<std::string, 4> kShareColumns = {"cis_prev", "cis_next", "trans_prev", "trans_next"};
+double publishedCount(const DataRow& row, const std::string& column) {
+  const std::string& name = row.text("resname");
+  if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
+    row.fail("resname is \"" + name + "\", not one of the 20 residue types");
+  const int count = row.integer(column);
+  if (count < 0) row.fail(column + " is negative", "give the count");
+  return count;
+}
 
-using Counts = std::array<double, 4>;
-
-std::map<std::string, Counts> readCounts(const StrictCsv& csv) {
-  std::map<std::string, Counts> counts;
-  const std::size_t type = csv.column("resname");
-  for (const StrictCsv::Row& row : csv.rows) {
-    const std::string& name = row.fields[type];
-    if (name.size() != 1 || kAminoAcids.find(name) == std::string::npos)
-      csv.fail(row, "resname is \"" + name + "\", not one of the 20 residue types", kCorrectLine);
-    const auto [found, isNew] = counts.try_emplace(name);
-    if (!isNew) failTwice(csv, row, name);
-    for (std::size_t i = 0; i < kShareColumns.size(); ++i) {
-      const int count = csv.integer(row, csv.column(kShareColumns[i]));
-      if (count < 0) csv.fail(row, kShareColumns[i] + " is negative", "give the count");
-      found->second[i] = count;
-    }
+GDB sequenceTable(const std::string& path, int pseudocount) {
+  const std::vector<std::string> columns = {"resname", "cis_prev", "cis_next", "trans_prev", "trans_next"};
+  TypeValues shares = readByType(path, columns, publishedCount);
+  std::vector<std::string> observed;
+  for (std::size_t i = 0; i + 1 < columns.size(); ++i) {
+    double counts = 0;
+    for (const auto& [name, ofType] : shares) counts += ofType[i];
+    observed.push_back(fixed(counts, 0));
+    const double total = counts + pseudocount * static_cast<double>(shares.size());
+    if (!(total > 0)) throw Error(path, 0, columns[i + 1] + " holds no counts", "give the counts");
+    for (auto& [name, ofType] : shares) ofType[i] = (ofType[i] + pseudocount) / total;
   }
-  requireTypes(csv.path, counts);
-  return counts;
-}
-
-Counts sumOf(const std::map<std::string, Counts>& counts) {
-  Counts sum{};
-  for (const auto& [name, ofType] : counts)
-    for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += ofType[i];
-  return sum;
-}
-
-GDB startSequenceTable(const std::string& path, const Counts& observed, int pseudocount) {
-  return startTable(
+  shares[kDisulfide] = shares["C"];
+  shares[kKnownCis] = shares["P"];
+  std::vector<std::string> types = rowNames();
+  for (const char letter : kOtherLetters) {
+    types.emplace_back(1, letter);
+    shares[types.back()] = Values(observed.size(), 1.0 / static_cast<double>(kAminoAcids.size()));
+  }
+  return tableOf(
       {"Share of each residue type before and after prolines, by class; each column adds up to 1 over the",
        "20 residue types. resname: one-letter code of the neighbour; cis_prev, cis_next: before and after",
        "a cis proline; trans_prev, trans_next: before and after a trans proline.",
        "Source: " + citation(path) + ";",
-       fixed(observed[0], 0) + " and " + fixed(observed[1], 0) + " neighbours of cis, " +
-           fixed(observed[2], 0) + " and " + fixed(observed[3], 0) + " of trans prolines; " +
-           std::to_string(pseudocount) + " added to each count.",
+       observed[0] + " and " + observed[1] + " neighbours of cis, " + observed[2] + " and " + observed[3] +
+           " of trans prolines; " + std::to_string(pseudocount) + " added to each count.",
        std::string("c: as C. p: as P. ") +
            "B, J, O, U, X and ? (other residue, unknown, gap): even shares, which favour neither."},
-      "resname cis_prev cis_next trans_prev trans_next",
-      "%s" + repeated(" %9.6f", kShareColumns.size()) + " ");
-}
-
-void addShares(GDB& table, const std::string& name, const Counts& shares) {
-  std::vector<std::string> cells = {name};
-  for (const double share : shares) cells.push_back(fixed(share, 6));
-  addRow(table, cells);
-}
-
-GDB sequenceTable(const std::string& path, int pseudocount) {
-  const StrictCsv csv(path);
-  std::map<std::string, Counts> counts = readCounts(csv);
-  GDB table = startSequenceTable(path, sumOf(counts), pseudocount);
-  for (auto& [name, ofType] : counts)
-    for (double& count : ofType) count += pseudocount;
-  const Counts total = sumOf(counts);
-  for (std::size_t i = 0; i < total.size(); ++i)
-    if (!(total[i] > 0)) throw Error(path, 0, kShareColumns[i] + " holds no counts", "give the counts");
-  for (auto& [name, ofType] : counts)
-    for (std::size_t i = 0; i < total.size(); ++i) ofType[i] /= total[i];
-
-  counts[kDisulfide] = counts["C"];
-  counts[kKnownCis] = counts["P"];
-  for (const std::string& name : rowNames()) addShares(table, name, counts[name]);
-  const double even = 1.0 / static_cast<double>(kAminoAcids.size());
-  for (const char name : kOtherLetters) addShares(table, std::string(1, name), {even, even, even, even});
-  return table;
+      "resname cis_prev cis_next trans_prev trans_next", "%s %9.6f %9.6f %9.6f %9.6f ",
+      rowsOf(shares, types, 6));
 }
 
 }  // namespace
 
 PublishedData besideLabels(PublishedData published, const std::string& labels) {
   const std::filesystem::path folder = std::filesystem::path(labels).parent_path();
-  const auto fill = [&](std::string& path, const char* name) {
-    if (path.empty()) path = (folder / name).string();
-  };
-  fill(published.neighbours, "proline_neighbour_counts.csv");
-  fill(published.randomCoil, "random_coil/nielsen_mulder_2018.csv");
-  fill(published.neighbourEffects, "random_coil/nielsen_mulder_2018_neighbours.csv");
+  for (const auto path :
+       {&PublishedData::neighbours, &PublishedData::randomCoil, &PublishedData::neighbourEffects})
+    if ((published.*path).empty()) published.*path = (folder / kUsualNames.*path).string();
   return published;
 }
 

@@ -14,7 +14,12 @@ struct PublishedData {
   std::string neighbourEffects;  ///< effects of neighbours on them (ppm)
 };
 
-/// Fills empty paths with the file names of our data folder, beside the labels.
+/// The file names of our data folder, in which they are beside the labels.
+inline const PublishedData kUsualNames = {"proline_neighbour_counts.csv",
+                                          "random_coil/nielsen_mulder_2018.csv",
+                                          "random_coil/nielsen_mulder_2018_neighbours.csv"};
+
+/// Fills empty paths with these names.
 PublishedData besideLabels(PublishedData published, const std::string& labels);
 
 /// All tables but limits and shifts. `pseudocount` is added to each count of neighbours, so that no

@@ -3,14 +3,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
-#include <optional>
 #include <ostream>
 #include <tuple>
-#include <utility>
 
 #include "names/nomenclature.h"
-#include "protein/proline_shifts.h"
+#include "protein/states_by_shift.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
 #include "util/number.h"
@@ -23,14 +20,6 @@ namespace {
 constexpr std::size_t kWordLength = 4;
 // By chance a chain of 300 residues shares one word with a protein of 100 in one case of six.
 constexpr std::size_t kSharedWords = 2;
-
-/// States of one proline in the chains and models of a structure, before they become one vote.
-struct Tally {
-  std::size_t cis = 0;
-  std::size_t trans = 0;
-  std::size_t bonds = 0;
-  StructureFit best;
-};
 
 /// By identity, then by length.
 bool fitsBetter(const StructureFit& one, const StructureFit& than) {
@@ -48,9 +37,9 @@ bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double le
 
 /// Finds the residue of a proline in the chain, if both its neighbours are beside it.
 const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignment& alignment,
-                                  std::size_t position) {
+                                  int position) {
   const auto& place = alignment.inStructure;
-  const std::size_t i = position - 1;
+  const auto i = static_cast<std::size_t>(position) - 1;
   if (i == 0 || i + 1 >= place.size()) return nullptr;
   const std::size_t j = place[i];
   if (j == kNoResidue || place[i - 1] == kNoResidue || place[i - 1] + 1 != j) return nullptr;
@@ -58,23 +47,14 @@ const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignm
   return residue.letter == kProlineCode ? &residue : nullptr;
 }
 
-void add(const StructureResidue& residue, const StructureFit& fit, Tally& tally) {
+void add(const StructureResidue& residue, const StructureFit& fit, BondVotes& bonds) {
   for (const ModelBond& bond : residue.bonds) {
-    if (bond.state == BondState::cis) ++tally.cis;
-    if (bond.state == BondState::trans) ++tally.trans;
-    ++tally.bonds;
+    if (bond.state == BondState::cis)
+      ++bonds.cis;
+    else
+      ++(bond.state == BondState::trans ? bonds.trans : bonds.neither);
   }
-  if (fitsBetter(fit, tally.best)) tally.best = fit;
-}
-
-const char* labelOf(const ProlineVotes& votes) {
-  if (votes.cis > votes.trans) return "cis";
-  return votes.trans > votes.cis ? "trans" : "";
-}
-
-std::string shiftLabel(double difference) {
-  const Call call = callOfCbMinusCg(difference);
-  return call == Call::undecided ? "unclear" : toText(call);
+  if (fitsBetter(fit, bonds.best)) bonds.best = fit;
 }
 
 }  // namespace
@@ -89,15 +69,12 @@ std::string entryName(const std::string& path) {
 }
 
 LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
-    : all(std::move(proteins)), votes(all.size()), leastIdentity(identity) {
+    : all(std::move(proteins)), leastIdentity(identity) {
   for (std::size_t p = 0; p < all.size(); ++p) {
     const std::string& sequence = all[p].sequence;
     for (std::size_t i = 0; i < sequence.size(); ++i)
-      if (sequence[i] == kProlineCode) {
-        votes[p].emplace_back();
-        votes[p].back().position = static_cast<int>(i) + 1;
-      }
-    if (votes[p].empty()) continue;
+      if (sequence[i] == kProlineCode) votes[{p, static_cast<int>(i) + 1}] = {};
+    if (!contains(sequence, std::string(1, kProlineCode))) continue;
     for (const std::string& word : wordsOf(sequence, kWordLength)) proteinsWith[word].push_back(p);
   }
 }
@@ -116,9 +93,8 @@ std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) con
   return result;
 }
 
-Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
-  std::map<std::pair<std::size_t, std::size_t>, Tally> tallies;
-  Ballots result;
+std::optional<ProlineVotes> LabelVotes::bondsOf(const ProteinStructure& structure) const {
+  std::optional<ProlineVotes> bonds;
   StructureAligner aligner(structure);
   for (const StructureChain& chain : structure.chains)
     for (const std::size_t protein : candidates(chain)) {
@@ -126,55 +102,43 @@ Ballots LabelVotes::ballots(const ProteinStructure& structure) const {
       for (ChainRest rest(chain); !rest.isEmpty();) {
         const ChainAlignment alignment = aligner.align(sequence, rest);
         if (!fits(alignment, sequence.size(), leastIdentity)) break;
-        result.fits = true;
+        if (!bonds) bonds.emplace();
         const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
                                   alignment.aligned};
-        for (std::size_t i = 0; i < votes[protein].size(); ++i)
-          if (const StructureResidue* residue =
-                  prolineIn(chain, alignment, static_cast<std::size_t>(votes[protein][i].position)))
-            add(*residue, fit, tallies[{protein, i}]);
+        for (auto one = votes.lower_bound({protein, 0}); one != votes.end() && one->first.first == protein;
+             ++one)
+          if (const StructureResidue* residue = prolineIn(chain, alignment, one->first.second))
+            add(*residue, fit, (*bonds)[one->first]);
         rest.take(alignment);
       }
     }
-  for (const auto& [proline, tally] : tallies) {
-    if (tally.bonds == 0) continue;
-    Ballot ballot = {proline.first, proline.second, std::nullopt, tally.best};
-    if (tally.cis != tally.trans) ballot.isCis = tally.cis > tally.trans;
-    result.list.push_back(std::move(ballot));
-  }
-  return result;
+  return bonds;
 }
 
-void LabelVotes::count(const std::vector<Ballot>& ballots) {
-  for (const Ballot& ballot : ballots) {
-    ProlineVotes& proline = votes[ballot.protein][ballot.proline];
-    if (!ballot.isCis) {
-      proline.isAnySplit = true;
+void LabelVotes::count(const ProlineVotes& bonds) {
+  for (const auto& [place, structure] : bonds) {
+    BondVotes& proline = votes.at(place);
+    if (structure.cis == structure.trans) {
+      if (structure.cis + structure.neither > 0) ++proline.neither;
       continue;
     }
+    const StructureFit& fit = structure.best;
     const StructureFit& best = proline.best;
-    if (isIdentical(best) && !isIdentical(ballot.fit)) continue;
-    if (isIdentical(ballot.fit) && !isIdentical(best)) proline.cis = proline.trans = 0;
-    ++(*ballot.isCis ? proline.cis : proline.trans);
+    if (isIdentical(best) && !isIdentical(fit)) continue;
+    if (isIdentical(fit) && !isIdentical(best)) proline.cis = proline.trans = 0;
+    ++(structure.cis > structure.trans ? proline.cis : proline.trans);
     // Of equals the first by name.
-    if (!fitsBetter(best, ballot.fit) &&
-        (fitsBetter(ballot.fit, best) || best.chain.empty() || ballot.fit.chain < best.chain))
-      proline.best = ballot.fit;
+    if (!fitsBetter(best, fit) && (fitsBetter(fit, best) || best.chain.empty() || fit.chain < best.chain))
+      proline.best = fit;
   }
 }
 
-std::size_t LabelVotes::prolines() const {
-  std::size_t count = 0;
-  for (const auto& ofProtein : votes) count += ofProtein.size();
-  return count;
-}
-
-std::size_t LabelVotes::labelled() const {
-  const auto isLabelled = [](const ProlineVotes& proline) { return proline.cis != proline.trans; };
-  std::size_t count = 0;
-  for (const auto& ofProtein : votes)
-    count += static_cast<std::size_t>(std::count_if(ofProtein.begin(), ofProtein.end(), isLabelled));
-  return count;
+std::string LabelVotes::summary() const {
+  const auto labelled = std::count_if(votes.begin(), votes.end(), [](const auto& proline) {
+    return proline.second.cis != proline.second.trans;
+  });
+  return std::to_string(labelled) + " of " + counted(votes.size(), "proline", "prolines") + " in " +
+         counted(all.size(), "protein", "proteins") + " labelled";
 }
 
 void LabelVotes::write(std::ostream& out) const {
@@ -183,24 +147,27 @@ void LabelVotes::write(std::ostream& out) const {
   const std::vector<std::size_t> clusters = sequenceClusters(sequences);
   out << "entry,resid,resid_file,prev,next,label_structure,votes_cis,votes_trans,tier,structure,label_shift,"
          "cb_minus_cg,cluster\n";
-  for (std::size_t p = 0; p < all.size(); ++p)
-    for (const ProlineVotes& proline : votes[p]) {
-      const Protein& protein = all[p];
-      const auto i = static_cast<std::size_t>(proline.position) - 1;
-      out << csvCell(entryName(protein.file)) << ',' << proline.position << ',' << csvCell(protein.numbers[i])
-          << ',' << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ','
-          << protein.sequence.substr(i + 1, 1) << ',' << labelOf(proline) << ',';
-      if (proline.best.chain.empty())
-        out << (proline.isAnySplit ? "0,0,,," : ",,,,");
-      else
-        out << proline.cis << ',' << proline.trans << ',' << (isIdentical(proline.best) ? "ident" : "homol")
-            << ',' << csvCell(proline.best.chain) << ',';
-      if (const auto difference = cbMinusCg(protein, proline.position))
-        out << shiftLabel(*difference) << ',' << fixedText(*difference, 2);
-      else
-        out << ',';
-      out << ',' << clusters[p] << '\n';
+  for (const auto& [place, proline] : votes) {
+    const auto& [p, position] = place;
+    const Protein& protein = all[p];
+    const auto i = static_cast<std::size_t>(position) - 1;
+    const char* label = proline.cis > proline.trans ? "cis" : "trans";
+    out << csvCell(entryName(protein.file)) << ',' << position << ',' << csvCell(protein.numbers[i]) << ','
+        << (i > 0 ? protein.sequence.substr(i - 1, 1) : "") << ',' << protein.sequence.substr(i + 1, 1) << ','
+        << (proline.cis == proline.trans ? "" : label) << ',';
+    if (proline.best.chain.empty())
+      out << (proline.neither > 0 ? "0,0,,," : ",,,,");
+    else
+      out << proline.cis << ',' << proline.trans << ',' << (isIdentical(proline.best) ? "ident" : "homol")
+          << ',' << csvCell(proline.best.chain) << ',';
+    if (const auto difference = cbMinusCg(protein, position)) {
+      const Call call = callOfCbMinusCg(*difference);
+      out << (call == Call::undecided ? "unclear" : toText(call)) << ',' << fixedText(*difference, 2);
+    } else {
+      out << ',';
     }
+    out << ',' << clusters[p] << '\n';
+  }
 }
 
 }  // namespace zorvela

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "zorvela/protein.h"
@@ -20,28 +22,17 @@ struct StructureFit {
   std::size_t aligned = 0;
 };
 
-/// Votes of the structures for one proline: of the identical ones if there are any, else of the homologous.
-struct ProlineVotes {
-  int position = 0;     ///< in the sequence, from 1
-  std::size_t cis = 0;  ///< structures with a cis bond
+/// Counts of the bond before a proline that is cis and trans: in the chains and models of a structure, or in
+/// structures.
+struct BondVotes {
+  std::size_t cis = 0;
   std::size_t trans = 0;
-  bool isAnySplit = false;  ///< structures with the bond that are neither
-  StructureFit best;        ///< of these structures; without a name if there is none
+  std::size_t neither = 0;  ///< bonds that are twisted, structures that are divided
+  StructureFit best;        ///< of the structures that count; without a name if there is none
 };
 
-/// The vote of one structure for one proline.
-struct Ballot {
-  std::size_t protein = 0;
-  std::size_t proline = 0;    ///< index into its prolines
-  std::optional<bool> isCis;  ///< nothing where its chains and models are split
-  StructureFit fit;
-};
-
-/// The votes of one structure.
-struct Ballots {
-  bool fits = false;  ///< one of the proteins at least, whether it has a bond or not
-  std::vector<Ballot> list;
-};
+/// The prolines of all proteins, by protein and position in its sequence (from 1).
+using ProlineVotes = std::map<std::pair<std::size_t, int>, BondVotes>;
 
 /// Collects the votes of structures for the prolines of proteins.
 ///
@@ -57,15 +48,15 @@ class LabelVotes {
 
   LabelVotes(std::vector<Protein> proteins, double identity);
 
-  /// The votes of one structure, without counting them. May run in several threads at once.
-  Ballots ballots(const ProteinStructure& structure) const;
-  /// Counts votes. The order in which structures come does not matter.
-  void count(const std::vector<Ballot>& ballots);
+  /// The bonds of one structure, for `count`; nothing where it fits none of the proteins. May run in several
+  /// threads at once.
+  std::optional<ProlineVotes> bondsOf(const ProteinStructure& structure) const;
+  /// Counts the vote of one structure for each of its prolines: of identical structures if there are any,
+  /// else of homologous ones. The order in which structures come does not matter.
+  void count(const ProlineVotes& bonds);
 
-  std::size_t proteinCount() const { return all.size(); }
-  /// Count the prolines with a label, and all prolines.
-  std::size_t labelled() const;
-  std::size_t prolines() const;
+  /// Returns "4 of 5 prolines in 2 proteins labelled".
+  std::string summary() const;
 
   /// The labels in the columns that `train` and `evaluate` read, a line for each proline.
   void write(std::ostream& out) const;
@@ -74,7 +65,7 @@ class LabelVotes {
   std::vector<std::size_t> candidates(const StructureChain& chain) const;
 
   std::vector<Protein> all;
-  std::vector<std::vector<ProlineVotes>> votes;  ///< for each protein
+  ProlineVotes votes;
   std::unordered_map<std::string, std::vector<std::size_t>> proteinsWith;
   double leastIdentity;
 };

@@ -3,7 +3,7 @@
 
 #include <array>
 #include <cstddef>
-#include <vector>
+#include <string>
 
 #include "GDB.h"
 #include "train/labelled_prolines.h"
@@ -12,19 +12,14 @@
 
 namespace zorvela {
 
-/// Which deviation a shift gets for cis and for trans.
-enum class Pooling {
-  natural,  ///< one for both: the variances of the classes weighted 1 to 19, as in nature
-  equal,    ///< one for both: the variances weighted equally
-  none      ///< each class its own
-};
-
 /// Choices in training. The values here are those of the tables that the program ships with;
 /// doc/accuracy.md has the figures behind each.
 struct TrainingChoices {
   double limitPercent = 2.0;  ///< shifts are clipped below this percentile and above its mirror
   double trim = 4.0;  ///< values further from the median than this many robust deviations are left out
-  Pooling pooling = Pooling::natural;
+  /// Deviations of cis and trans: "natural", one for both with the variances weighted 1 to 19 as in nature;
+  /// "equal", one with the variances weighted equally; "none", each class its own.
+  std::string pooling = "natural";
   double widenProline = 1.5;     ///< factor on the deviations of the proline's own shifts
   double widenNeighbours = 2.0;  ///< factor on the deviations of the neighbours' shifts
   int pseudocount = 1;           ///< added to each count of neighbours
@@ -48,10 +43,9 @@ struct Training {
   std::size_t transProlines = 0;
 };
 
-/// Adds limits, means and deviations to published values, from the entries and labels that are marked as
-/// used. Error if no cis, or no trans, proline with enough shifts is among them.
-Training train(const Model& published, const LabelledProlines& data, const std::vector<bool>& useEntry,
-               const std::vector<bool>& useLabel, const TrainingChoices& choices);
+/// Adds limits, means and deviations to published values. Error if no cis, or no trans, proline has enough
+/// shifts.
+Training train(const Model& published, const LabelledProlines& data, const TrainingChoices& choices);
 
 /// Writes the limits as sslimit.tab, and the shifts as Pro.cs.tab.
 GDB limitsTable(const Training& training, const TrainingChoices& choices);

@@ -1,73 +1,42 @@
 #include "util/number.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-
-#include "util/text.h"
+#include <cstring>
 
 namespace zorvela {
 
-std::string fixedText(double value, int decimals) {
-  char digits[400];  // the largest number has 309 before the point
-  std::snprintf(digits, sizeof digits, "%.*f", decimals, value);
-  std::string text = digits;
-  // The locale of a program that uses the library may have a comma there, or a sign of several bytes.
-  const std::size_t point = text.find_first_not_of("-0123456789");
-  if (decimals > 0 && std::isfinite(value))
-    text.replace(point, text.size() - point - static_cast<std::size_t>(decimals), ".");
-  return text;
-}
-
 namespace {
 
-/// A number's shortest digits d.ddd x 10^exponent.
-struct Decimal {
-  std::string digits;
-  int exponent = 0;
-};
-
-Decimal shortestDecimal(float value) {
-  constexpr int kMostDecimals = 8;  // nine digits tell all floats apart
-  char text[40];
-  for (int decimals = 0; decimals <= kMostDecimals; ++decimals) {
-    std::snprintf(text, sizeof text, "%.*e", decimals, static_cast<double>(value));
-    if (std::strtof(text, nullptr) == value) break;
-  }
-  Decimal decimal;
-  const char* c = text;
-  for (; *c != 'e'; ++c)
-    if (isDigit(*c)) decimal.digits += *c;
-  decimal.exponent = std::atoi(c + 1);
-  return decimal;
-}
-
-std::string withExponent(const Decimal& decimal) {
-  std::string text = decimal.digits.substr(0, 1);
-  if (decimal.digits.size() > 1) text += "." + decimal.digits.substr(1);
-  const int size = std::abs(decimal.exponent);
-  return text + (decimal.exponent < 0 ? "e-" : "e+") + (size < 10 ? "0" : "") + std::to_string(size);
-}
-
-std::string withoutExponent(const Decimal& decimal, float value) {
-  const int decimals = static_cast<int>(decimal.digits.size()) - 1 - decimal.exponent;
-  if (decimals <= 0) return fixedText(static_cast<double>(value), 0);
-  if (decimal.exponent < 0)
-    return "0." + std::string(static_cast<std::size_t>(-decimal.exponent - 1), '0') + decimal.digits;
-  std::string text = decimal.digits;
-  return text.insert(static_cast<std::size_t>(decimal.exponent) + 1, ".");
+/// The locale of a program that uses the library may have a comma as the point, or a sign of several bytes.
+std::string withPoint(std::string number) {
+  const std::size_t point = number.find_first_not_of("+-0123456789e");
+  if (point != std::string::npos)
+    number.replace(point, number.find_first_of("0123456789", point) - point, ".");
+  return number;
 }
 
 }  // namespace
 
+std::string fixedText(double value, int decimals) {
+  char digits[400];  // the largest number has 309 before the point
+  std::snprintf(digits, sizeof digits, "%.*f", decimals, value);
+  return std::isfinite(value) ? withPoint(digits) : digits;
+}
+
 std::string numberText(float value) {
   if (std::isnan(value)) return std::signbit(value) ? "-nan" : "nan";
-  if (std::signbit(value)) return "-" + numberText(-value);
-  if (std::isinf(value)) return "inf";
-  if (value == 0) return "0";
-  const Decimal decimal = shortestDecimal(value);
-  const std::string plain = withoutExponent(decimal, value);
-  const std::string scientific = withExponent(decimal);
+  if (std::isinf(value)) return fixedText(value, 0);
+  constexpr int kMostDecimals = 8;  // nine digits tell all floats apart
+  char digits[40];
+  int decimals = -1;
+  do std::snprintf(digits, sizeof digits, "%.*e", ++decimals, static_cast<double>(value));
+  while (decimals < kMostDecimals && std::strtof(digits, nullptr) != value);
+  const std::string scientific = withPoint(digits);
+  const int exponent = std::atoi(std::strchr(digits, 'e') + 1);
+  const std::string plain = fixedText(value, std::max(decimals - exponent, 0));
   return scientific.size() < plain.size() ? scientific : plain;
 }
 

@@ -1,9 +1,11 @@
 #include "util/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
+
+#include "util/number.h"
 
 namespace zorvela {
 
@@ -22,13 +24,8 @@ bool isControl(char c) {
   return code < ' ' || code == 0x7F;
 }
 
-struct LatinForm {
-  std::string_view from;
-  std::string_view to;
-};
-
 // Characters that spreadsheets and word processors use for the letters and signs of a shift table.
-constexpr LatinForm kLatinForms[] = {
+constexpr std::pair<std::string_view, std::string_view> kLatinForms[] = {
     {"α", "a"},      {"β", "b"},      {"γ", "g"},      {"δ", "d"},     {"ε", "e"}, {"ζ", "z"}, {"η", "h"},
     {"Α", "A"},      {"Β", "B"},      {"Γ", "G"},      {"Ε", "E"},     {"Ζ", "Z"}, {"Η", "H"}, {"ɑ", "a"},
     {"ß", "b"},      {"ᵅ", "a"},      {"ᵝ", "b"},      {"ᵞ", "g"},     {"ᵦ", "b"}, {"ᵧ", "g"}, {"⁰", "0"},
@@ -38,33 +35,12 @@ constexpr LatinForm kLatinForms[] = {
     {"\u00A0", " "}, {"\u2009", " "}, {"\u202F", " "}, {"\uFEFF", ""},
 };
 
-const LatinForm* latinFormAt(std::string_view text) {
-  for (const LatinForm& form : kLatinForms)
-    if (text.substr(0, form.from.size()) == form.from) return &form;
-  return nullptr;
-}
-
-// Digits with at most one point among them, after an optional minus sign.
+/// Digits with at most one point among them, after an optional minus sign.
 bool isPlainDecimal(std::string_view text) {
   if (!text.empty() && text.front() == '-') text.remove_prefix(1);
-  bool digitSeen = false;
-  bool pointSeen = false;
-  for (const char c : text) {
-    if (c == '.' && !pointSeen)
-      pointSeen = true;
-    else if (isDigit(c))
-      digitSeen = true;
-    else
-      return false;
-  }
-  return digitSeen;
-}
-
-// Only what a decimal number with an exponent is made of: no hexadecimal digits, no "nan", no "inf".
-bool isScientific(std::string_view text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-    return isDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
-  });
+  const auto digits = std::count_if(text.begin(), text.end(), isDigit);
+  const auto points = std::count(text.begin(), text.end(), '.');
+  return digits > 0 && points <= 1 && static_cast<std::size_t>(digits + points) == text.size();
 }
 
 // --- UTF-8 ----------------------------------------------------------------------------------------
@@ -162,17 +138,8 @@ constexpr double kLargestShift = 1e9;
 // Up to 15 digits before the point a number keeps its digits in a table, so that the table reads back the
 // same. Marks for a missing shift are that large at times.
 constexpr double kLargestPlainNumber = 1e15;
+constexpr int kDecimalsOfRounded = 6;
 constexpr std::size_t kMostNotes = 50;
-
-std::optional<std::string> rounded(const std::string& text) {
-  char* end = nullptr;
-  const double value = std::strtod(text.c_str(), &end);
-  if (end != text.c_str() + text.size() || !std::isfinite(value) || std::fabs(value) > kLargestShift)
-    return std::nullopt;
-  char buffer[40];
-  std::snprintf(buffer, sizeof buffer, "%.6f", value);
-  return buffer;
-}
 
 }  // namespace
 
@@ -211,19 +178,16 @@ bool contains(std::string_view text, std::string_view part) {
 }
 
 std::string withLatinLetters(std::string_view text) {
-  const auto isAsciiByte = [](char c) { return (static_cast<unsigned char>(c) & 0x80U) == 0; };
-  if (std::all_of(text.begin(), text.end(), isAsciiByte)) return std::string(text);
   std::string result;
   result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const bool isAscii = (static_cast<unsigned char>(text[i]) & 0x80U) == 0;
-    const LatinForm* form = isAscii ? nullptr : latinFormAt(text.substr(i, 4));
-    if (form == nullptr) {
-      result.push_back(text[i++]);
-    } else {
-      result += form->to;
-      i += form->from.size();
-    }
+  while (!text.empty()) {
+    const auto isHere = [&](const auto& form) { return text.substr(0, form.first.size()) == form.first; };
+    const bool isAscii = (static_cast<unsigned char>(text.front()) & 0x80U) == 0;
+    const auto form = isAscii ? std::end(kLatinForms)
+                              : std::find_if(std::begin(kLatinForms), std::end(kLatinForms), isHere);
+    const bool isOther = form == std::end(kLatinForms);
+    result += isOther ? text.substr(0, 1) : form->second;
+    text.remove_prefix(isOther ? 1 : form->first.size());
   }
   return result;
 }
@@ -292,29 +256,25 @@ std::optional<std::string_view> nextLine(std::string_view text, std::size_t& pos
 }
 
 std::optional<int> toInteger(std::string_view text) {
-  bool isNegative = false;
-  if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
-    isNegative = text.front() == '-';
-    text.remove_prefix(1);
-  }
-  constexpr int kLargest = 2147483647;
-  if (text.empty()) return std::nullopt;
+  const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+  const char* const end = text.data() + text.size();
   int value = 0;
-  for (const char c : text) {
-    if (!isDigit(c) || value > (kLargest - (c - '0')) / 10) return std::nullopt;
-    value = value * 10 + (c - '0');
-  }
-  return isNegative ? -value : value;
+  const auto [read, fault] = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, value);
+  return fault == std::errc() && read == end ? std::optional(value) : std::nullopt;
 }
 
 std::optional<std::string> toDecimal(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  if (text.size() <= kLongestNumber && isPlainDecimal(text)) {
-    if (std::fabs(std::strtod(std::string(text).c_str(), nullptr)) > kLargestPlainNumber) return std::nullopt;
-    return std::string(text);
-  }
-  if (isScientific(text)) return rounded(std::string(text));
-  return std::nullopt;
+  // Only the characters of decimal numbers: no hexadecimal digits, no "nan", no "inf".
+  if (text.empty() || text.find_first_not_of("0123456789.-+eE") != std::string_view::npos)
+    return std::nullopt;
+  std::string number(text);
+  char* end = nullptr;
+  const double value = std::strtod(number.c_str(), &end);
+  const bool isKept = text.size() <= kLongestNumber && isPlainDecimal(text);
+  if (!(std::fabs(value) <= (isKept ? kLargestPlainNumber : kLargestShift))) return std::nullopt;
+  if (isKept) return number;
+  return *end == '\0' ? std::optional(fixedText(value, kDecimalsOfRounded)) : std::nullopt;
 }
 
 std::string enumerated(const std::vector<std::string>& items, std::size_t most) {
@@ -332,6 +292,16 @@ std::string lineRange(std::size_t first, std::size_t last) {
 
 std::string counted(std::size_t count, const std::string& one, const std::string& many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::uint32_t crc32(std::uint32_t sum, std::string_view bytes) {
+  constexpr std::uint32_t kPolynomial = 0xEDB88320U;
+  sum = ~sum;
+  for (const char c : bytes) {
+    sum ^= static_cast<unsigned char>(c);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum >> 1U) ^ ((sum & 1U) != 0 ? kPolynomial : 0U);
+  }
+  return ~sum;
 }
 
 void addNote(const std::string& text, const std::vector<std::string>& items,

@@ -46,9 +46,10 @@ std::string bracketedName(const std::string& text, std::size_t pos) {
 std::string categoryOf(const StarFrame& frame) {
   std::string category = frameValue(frame, "_Saveframe_category");
   const StarFile& file = frame.file;
-  for (std::size_t p = frame.items.firstPair; p < frame.items.endPair; ++p)
-    if (contains(lower(file.textOf(file.pairs[p].tag)), ".sf_category"))
-      category = file.textOf(file.pairs[p].value);
+  const StarLoop& pairs = file.loops[frame.items.firstLoop];
+  for (std::size_t i = 0; i < pairs.tagCount; ++i)
+    if (contains(lower(file.textOf(file.tags[pairs.firstTag + i])), ".sf_category"))
+      category = file.textOf(file.values[pairs.firstValue + i]);
   return category;
 }
 

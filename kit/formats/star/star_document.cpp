@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "formats/limits.h"
-#include "formats/star/loop_lines.h"
 #include "formats/star/star_tokens.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -18,7 +17,7 @@ using Kind = StarToken::Kind;
 
 constexpr std::size_t kLongestWord = 60;
 
-/// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1.
+/// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1, mmCIF.
 constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Entity_assembly.",
                                             "_Entity_comp_index.",
@@ -41,7 +40,8 @@ constexpr std::string_view kNeededTags[] = {"_Entity.",
                                             "_Mol_system_component_name",
                                             "_Mol_label",
                                             "_Chem_shift_value",
-                                            "_Atom_one_residue_seq_code"};
+                                            "_Atom_one_residue_seq_code",
+                                            "_atom_site."};
 
 bool isNeeded(std::string_view tag) {
   return std::any_of(std::begin(kNeededTags), std::end(kNeededTags),
@@ -57,9 +57,87 @@ std::uint32_t small(std::size_t number) {
   return static_cast<std::uint32_t>(number);
 }
 
+// --- The rows of a loop -------------------------------------------------------------------------
+
+/// A line of a loop, with the first of the values that begin on it. Small, as a file has millions.
+struct LoopLine {
+  std::uint32_t firstValue = 0;  ///< from 0
+  std::uint32_t number = 0;      ///< from 1
+};
+
+/// The lines of a loop that have values.
+struct LoopLines {
+  std::vector<LoopLine> list;
+  std::uint32_t values = 0;
+
+  /// Adds a value that begins on a line.
+  void add(std::size_t line) {
+    if (list.empty() || list.back().number != line) list.push_back({values, small(line)});
+    ++values;
+  }
+};
+
+/// The lines of a loop with whole rows, and the others.
+struct LoopLayout {
+  std::size_t wholeLines = 0;  ///< with the values of one or more rows
+  std::vector<BadLines> bad;
+};
+
+/// A row may have one line, share it with others or be wrapped over several. Lines with any other number of
+/// values lack some or have some left over.
+LoopLayout layoutOf(const LoopLines& loop, std::size_t columns) {
+  const std::vector<LoopLine>& lines = loop.list;
+  LoopLayout layout;
+  std::size_t pending = 0;  // values of a row that is wrapped
+  std::size_t firstPending = 0;
+  const auto endOf = [&](std::size_t line) {
+    return line + 1 < lines.size() ? lines[line + 1].firstValue : loop.values;
+  };
+  const auto addBad = [&](std::size_t end) {
+    const LoopLine& first = lines[firstPending];
+    layout.bad.push_back({first.number, lines[end - 1].number, first.firstValue, endOf(end - 1)});
+    pending = 0;
+  };
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::size_t count = endOf(i) - lines[i].firstValue;
+    if (count % columns == 0) {
+      ++layout.wholeLines;
+      if (pending > 0) addBad(i);
+      continue;
+    }
+    if (pending == 0) firstPending = i;
+    pending += count;
+    if (pending == columns) pending = 0;
+  }
+  if (pending > 0) addBad(lines.size());
+  return layout;
+}
+
+/// "3 values for the 2 columns of _nef_sequence"
+std::string countsOf(const BadLines& bad, const StarLoop& loop, const StarFile& file) {
+  return counted(bad.endValue - bad.firstValue, "value", "values") + " for the " +
+         counted(loop.tagCount, "column", "columns") + " of " +
+         categoryOf(file.textOf(file.tags[loop.firstTag]));
+}
+
+[[noreturn]] void throwBad(const StarLoop& loop, const StarFile& file) {
+  const BadLines& bad = loop.bad;
+  const bool isOneLine = bad.firstLine == bad.lastLine;
+  throw FileError(
+      file.name, bad.firstLine,
+      (isOneLine ? "" : lineRange(bad.firstLine, bad.lastLine) + ": ") + countsOf(bad, loop, file),
+      kLoopRemedy);
+}
+
 class Parser {
  public:
-  explicit Parser(StarFile& starFile) : file(starFile), tokens(starFile.text) {}
+  Parser(StarFile& starFile, StarRules starRules)
+      : file(starFile), isStrict(starRules == StarRules::cif), tokens(starFile.text) {
+    // For as many values as the text can hold, up to those of a usual entry.
+    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
+    constexpr std::size_t kMost = 1 << 20;
+    file.values.reserve(std::min(kMost, file.text.size() / kBytesPerValue));
+  }
 
   void run() {
     for (advance(); token.kind != Kind::end;) {
@@ -81,12 +159,12 @@ class Parser {
 
  private:
   [[noreturn]] void fail(std::size_t atLine, const std::string& what) const {
-    throw FileError(file.name, atLine, "not valid STAR: " + what, kStarRemedy);
+    throw FileError(file.name, atLine, (isStrict ? "not valid CIF: " : "not valid STAR: ") + what,
+                    kStarRemedy);
   }
 
   void advance() {
     token = tokens.next();
-    if (token.kind != Kind::end) checkLimit(++wordCount, limits::kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -96,6 +174,7 @@ class Parser {
   }
 
   void note(std::size_t atLine, const std::string& what) {
+    if (isStrict) fail(atLine, what);
     notes.add("line " + std::to_string(atLine) + ": " + what);
   }
 
@@ -124,13 +203,21 @@ class Parser {
 
   /// Makes a frame of all that was read since the last heading.
   void endFrame() {
-    const std::size_t pairs = file.frames.empty() ? 0 : file.frames.back().endPair;
-    const std::size_t loops = file.frames.empty() ? 0 : file.frames.back().endLoop;
-    if (pairs == file.pairs.size() && loops == file.loops.size()) return;
+    const std::size_t first = file.frames.empty() ? 0 : file.frames.back().endLoop;
+    if (pairTags.empty() && first == file.loops.size()) return;
     checkLimit(file.frames.size() + 1, limits::kFrames, file.name);
+    StarLoop pairs;
+    pairs.firstTag = small(file.tags.size());
+    pairs.firstValue = small(file.values.size());
+    pairs.tagCount = pairs.valueCount = small(pairTags.size());
+    pairs.isEmpty = pairTags.empty();
+    file.tags.insert(file.tags.end(), pairTags.begin(), pairTags.end());
+    file.values.insert(file.values.end(), pairValues.begin(), pairValues.end());
+    file.loops.insert(file.loops.begin() + static_cast<std::ptrdiff_t>(first), pairs);
+    pairTags.clear();
+    pairValues.clear();
     const std::size_t block = file.blocks.empty() ? 0 : file.blocks.size() - 1;
-    file.frames.push_back({frameName, small(block), small(pairs), small(file.pairs.size()), small(loops),
-                           small(file.loops.size())});
+    file.frames.push_back({frameName, small(block), small(first), small(file.loops.size())});
   }
 
   // --- Tags with one value --------------------------------------------------------------------
@@ -146,7 +233,8 @@ class Parser {
       return;
     }
     if (token.isOpen) noteOpenQuote(isNeeded(tag));
-    file.pairs.push_back({spanOf(tag), spanOf(token.value)});
+    pairTags.push_back(spanOf(tag));
+    pairValues.push_back(spanOf(token.value));
     lastTag = tag;
     advance();
   }
@@ -184,7 +272,6 @@ class Parser {
       file.tags.push_back(spanOf(token.value));
     }
     loop.tagCount = small(file.tags.size() - loop.firstTag);
-    if (isOfUse && file.values.capacity() == 0) reserveValues();
     for (; token.kind == Kind::value; advance()) {
       if (token.isOpen) noteOpenQuote(isOfUse);
       lines.add(token.line);
@@ -201,18 +288,11 @@ class Parser {
     file.loops.push_back(loop);
   }
 
-  /// Reserves memory for as many values as the rest of the text can hold, up to those of a usual entry.
-  void reserveValues() {
-    constexpr std::size_t kBytesPerValue = 2;  // a letter and a blank
-    constexpr std::size_t kMost = 1 << 20;
-    file.values.reserve(std::min(kMost, (file.text.size() - token.begin) / kBytesPerValue));
-  }
-
   /// Drops rows with values missing or left over, where the lines show which they are.
   void settleRows(StarLoop& loop, bool isOfUse) {
     const std::size_t columns = loop.tagCount;
     const std::size_t lineCount = lines.list.size();
-    const LoopLayout layout = loopLayout(lines, columns);
+    const LoopLayout layout = layoutOf(lines, columns);
     if (layout.bad.empty()) return;
     const bool fills = lines.values % columns == 0;
     const bool isByLine = layout.wholeLines * 2 >= lineCount;
@@ -220,44 +300,38 @@ class Parser {
     // checked. With few columns, many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
     const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
-    if (fills && runsOn) return;
-    for (const BadLines& bad : layout.bad) noteBadLines(bad, loop, isByLine);
-    loop.lacksRows = true;
-    if (isByLine) {
-      if (isOfUse) dropRows(loop, layout.bad);
-    } else {
-      loop.badLine = layout.bad.front().first.number;
-    }
-  }
-
-  void noteBadLines(const BadLines& bad, const StarLoop& loop, bool isByLine) {
-    notes.add(lineRange(bad.first.number, bad.last.number) + ": " +
-              counted(bad.endValue - bad.first.firstValue, "value", "values") + " for the " +
-              counted(loop.tagCount, "column", "columns") + " of " +
-              categoryOf(file.textOf(file.tags[loop.firstTag])) +
-              (isByLine ? "; ignored" : "; the loop is not used"));
+    if (fills && (isStrict || runsOn)) return;
+    loop.bad = layout.bad.front();
+    loop.lacksRows = isByLine;
+    if (isStrict) throwBad(loop, file);
+    for (const BadLines& bad : layout.bad)
+      notes.add(lineRange(bad.firstLine, bad.lastLine) + ": " + countsOf(bad, loop, file) +
+                (isByLine ? "; ignored" : "; the loop is not used"));
+    if (isByLine && isOfUse) dropRows(loop, layout.bad);
   }
 
   void dropRows(const StarLoop& loop, const std::vector<BadLines>& bad) {
     const auto at = [&](std::size_t value) {
       return file.values.begin() + static_cast<std::ptrdiff_t>(loop.firstValue + value);
     };
-    auto end = at(bad.front().first.firstValue);
+    auto end = at(bad.front().firstValue);
     for (std::size_t i = 0; i < bad.size(); ++i) {
-      const auto next = i + 1 < bad.size() ? at(bad[i + 1].first.firstValue) : file.values.end();
+      const auto next = i + 1 < bad.size() ? at(bad[i + 1].firstValue) : file.values.end();
       end = std::copy(at(bad[i].endValue), next, end);
     }
     file.values.erase(end, file.values.end());
   }
 
   StarFile& file;
+  bool isStrict;
   StarTokens tokens;
   StarToken token;
-  std::size_t wordCount = 0;
   StarSpan blockName;
   StarSpan frameName;
   std::size_t frameLine = 0;
   bool isFrameOpen = false;
+  std::vector<StarSpan> pairTags;  ///< those with one value in the current frame
+  std::vector<StarSpan> pairValues;
   std::string_view lastTag;  ///< the tag before, if it has one value; empty after a loop
   LoopLines lines;           ///< those of the current loop
   LimitedNotes notes{"places that are not valid STAR"};
@@ -353,11 +427,11 @@ std::string starWithin(std::string_view text) {
   return hasShifts ? found : std::string();
 }
 
-std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name) {
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name, StarRules rules) {
   auto file = std::make_shared<StarFile>();
   file->name = name;
   file->text = std::move(text);
-  Parser(*file).run();
+  Parser(*file, rules).run();
   return file;
 }
 
@@ -379,13 +453,12 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
 }
 
 std::size_t StarTable::rows() const {
-  if (loop == nullptr) return 1;
-  if (loop->badLine > 0)
-    throw FileError(source->name, loop->badLine,
-                    "values are missing or left over in the loop of " +
-                        categoryOf(source->textOf(source->tags[loop->firstTag])),
-                    kLoopRemedy);
+  if (!loop->lacksRows) requireWhole();
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
+}
+
+void StarTable::requireWhole() const {
+  if (loop->bad.firstLine > 0) throwBad(*loop, *source);
 }
 
 StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) const {
@@ -393,20 +466,19 @@ StarColumn StarTable::column(std::string_view tag, std::string_view otherTag) co
 }
 
 std::size_t StarTable::indexOf(std::string_view tag) const {
-  const std::size_t count = loop != nullptr ? loop->tagCount : pairsOf->endPair - pairsOf->firstPair;
-  for (std::size_t i = 0; i < count; ++i) {
-    const StarSpan own =
-        loop != nullptr ? source->tags[loop->firstTag + i] : source->pairs[pairsOf->firstPair + i].tag;
-    if (equalIgnoringCase(source->textOf(own), tag)) return i;
-  }
+  for (std::size_t i = 0; i < loop->tagCount; ++i)
+    if (equalIgnoringCase(source->textOf(source->tags[loop->firstTag + i]), tag)) return i;
   return kAbsent;
+}
+
+std::size_t StarTable::lineOf(std::size_t row) const {
+  const std::string_view before = source->textOf({0, span(row, 0).begin});
+  return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
 }
 
 std::string_view StarTable::cell(std::size_t row, std::size_t column) const {
   if (column == kAbsent) return {};
-  const StarSpan span = loop != nullptr ? source->values[loop->firstValue + row * loop->tagCount + column]
-                                        : source->pairs[pairsOf->firstPair + column].value;
-  const std::string_view core = trimmed(source->textOf(span));
+  const std::string_view core = trimmed(source->textOf(span(row, column)));
   return core == "." || core == "?" ? std::string_view() : core;
 }
 
@@ -425,10 +497,6 @@ std::vector<StarTable> tablesOf(const StarFrame& frame, std::string_view tagStar
   std::vector<StarTable> tables;
   const StarFile& file = frame.file;
   const auto isWanted = [&](StarSpan tag) { return startsIgnoringCase(file.textOf(tag), tagStart); };
-  const StarPair* firstPair = file.pairs.data() + frame.items.firstPair;
-  const StarPair* endPair = file.pairs.data() + frame.items.endPair;
-  if (std::any_of(firstPair, endPair, [&](const StarPair& pair) { return isWanted(pair.tag); }))
-    tables.emplace_back(frame);
   for (std::size_t l = frame.items.firstLoop; l < frame.items.endLoop; ++l) {
     const StarLoop& loop = file.loops[l];
     const StarSpan* firstTag = file.tags.data() + loop.firstTag;

@@ -21,29 +21,32 @@ struct StarSpan {
   std::uint32_t size = 0;
 };
 
-/// A tag with one value.
-struct StarPair {
-  StarSpan tag;
-  StarSpan value;
+/// Lines of a loop whose values do not fill whole rows.
+struct BadLines {
+  std::uint32_t firstLine = 0;  ///< from 1; 0: none
+  std::uint32_t lastLine = 0;
+  std::uint32_t firstValue = 0;  ///< from 0
+  std::uint32_t endValue = 0;
 };
 
-/// A loop: its tags, and its values row by row. Index ranges are of `StarFile::tags` and `values`.
+/// A loop: its tags, and its values row by row. The tags with one value of a frame are a loop of one row.
+/// Index ranges are of `StarFile::tags` and `values`.
 struct StarLoop {
   std::uint32_t firstTag = 0;
   std::uint32_t tagCount = 0;
   std::uint32_t firstValue = 0;
   std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader needs
-  std::uint32_t badLine = 0;  ///< where values are missing or left over and no line shows which; 0: nowhere
-  bool isEmpty = true;        ///< there were no values at all
-  bool lacksRows = false;     ///< rows with values missing or left over were ignored
+  bool isEmpty = true;           ///< there were no values at all
+  bool lacksRows = false;        ///< the rows of bad lines were ignored
+  BadLines bad;                  ///< the first of them
 };
 
 /// A save frame, or a stretch of a data block outside them.
 struct StarFrameRange {
   StarSpan name;
-  std::uint32_t block = 0;  ///< which data block of the file
-  std::uint32_t firstPair = 0, endPair = 0;
-  std::uint32_t firstLoop = 0, endLoop = 0;
+  std::uint32_t block = 0;      ///< which data block of the file
+  std::uint32_t firstLoop = 0;  ///< the tags with one value; loops follow
+  std::uint32_t endLoop = 0;
 };
 
 /// A file as it was parsed.
@@ -52,7 +55,6 @@ struct StarFile {
   std::string text;
   std::vector<StarSpan> tags;
   std::vector<StarSpan> values;
-  std::vector<StarPair> pairs;
   std::vector<StarLoop> loops;
   std::vector<StarFrameRange> frames;
   std::vector<StarSpan> blocks;    ///< their names
@@ -89,10 +91,15 @@ bool isStar(std::string_view text);
 /// where there is no shift list.
 std::string starWithin(std::string_view text);
 
+/// With `star`, faults outside shifts and sequences are notes. With `cif`, all faults are errors, because
+/// coordinates may be missing.
+enum class StarRules { star, cif };
+
 /// Parses STAR text of up to 256 MiB. FileError with the line for a text field or quote that is not closed,
 /// for values without a tag among shifts or sequences, and for more than any real file has. `name` is how
 /// messages name the file.
-std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name);
+std::shared_ptr<const StarFile> parseStar(std::string text, const std::string& name,
+                                          StarRules rules = StarRules::star);
 
 /// Returns the entries of a file, or the whole file where fewer than two data blocks have molecules and
 /// shifts. Each entry is read alone, because all number their molecules from 1.
@@ -125,26 +132,37 @@ class StarColumn {
 class StarTable {
  public:
   StarTable(const StarFile& starFile, const StarLoop& starLoop) : source(&starFile), loop(&starLoop) {}
-  explicit StarTable(const StarFrame& frame) : source(&frame.file), pairsOf(&frame.items) {}
+  /// The tags with one value.
+  explicit StarTable(const StarFrame& frame)
+      : StarTable(frame.file, frame.file.loops[frame.items.firstLoop]) {}
 
   /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
+  /// Throws FileError if values are missing or left over in a row.
+  void requireWhole() const;
+  /// Returns the line, from 1, on which a row begins.
+  std::size_t lineOf(std::size_t row) const;
   /// Tells whether rows were ignored because values are missing or left over in them.
-  bool lacksRows() const { return loop != nullptr && loop->lacksRows; }
+  bool lacksRows() const { return loop->lacksRows; }
   /// Returns the column of a tag, there or not; `otherTag` replaces missing values.
   StarColumn column(std::string_view tag, std::string_view otherTag = {}) const;
   bool has(std::string_view tag) const { return indexOf(tag) != kAbsent; }
 
+  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+  /// Returns the place of a tag among the columns; `kAbsent` if there is none.
+  std::size_t indexOf(std::string_view tag) const;
+  /// Returns the place of a value in the text, without its quotes.
+  StarSpan span(std::size_t row, std::size_t column) const {
+    return source->values[loop->firstValue + row * loop->tagCount + column];
+  }
+
  private:
   friend class StarColumn;
-  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
-  std::size_t indexOf(std::string_view tag) const;
   std::string_view cell(std::size_t row, std::size_t column) const;
 
   const StarFile* source;
-  const StarLoop* loop = nullptr;
-  const StarFrameRange* pairsOf = nullptr;
+  const StarLoop* loop;
 };
 
 /// Returns all tables of a frame with a tag that begins so.

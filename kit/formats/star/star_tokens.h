@@ -11,7 +11,7 @@ namespace zorvela {
 inline constexpr const char* kStarRemedy = "fix the file there, or fetch it again";
 
 /// The remedy for a loop with a value missing or left over.
-inline constexpr const char* kLoopRemedy = "fix the loop: every row needs one value for each column";
+inline constexpr const char* kLoopRemedy = "give each row one value for each column, or fetch the file again";
 
 /// Tells whether a character separates words; other control characters are part of them.
 inline bool isStarSpace(char c) {

@@ -8,9 +8,11 @@
 
 namespace zorvela {
 
-/// The state of a peptide bond in coordinates.
-enum class BondState { cis, trans, twisted };
-/// Returns "cis", "trans" or "twisted".
+/// The state of a peptide bond in coordinates. In several models: cis or trans if at least one has this state
+/// and none the other, twisted if all are in between, mixed if models, chains or structures contradict each
+/// other, none without a bond.
+enum class BondState { cis, trans, twisted, mixed, none };
+/// Returns "cis", "trans", "twisted", "mixed" or "none".
 std::string toText(BondState state);
 
 /// The bond X-Pro in one model, or in an alternate conformation of it.
@@ -22,25 +24,23 @@ struct ModelBond {
   BondState state = BondState::trans;
 };
 
-/// A proline in one chain of one structure.
-struct BondSite {
-  std::string file;
-  std::string chain;
-  std::string number;             ///< in the structure, with insertion code
-  std::string residue;            ///< name in the structure: PRO, HYP, or another residue at this place
-  std::size_t models = 0;         ///< of the structure
-  std::vector<ModelBond> bonds;   ///< one for each model that has the bond
+/// The bonds before a proline of a chain in the models of its structure.
+struct ProlineBonds {
+  std::vector<ModelBond> bonds;   ///< main conformation, one for each model with both residues
   std::vector<ModelBond> others;  ///< alternate conformations with another state
   std::size_t modelsWithout = 0;  ///< models in which the bond is impossible or missing
-  std::string namesWithout;       ///< of these: "2, 4, 6, 9"
-  std::string reason;             ///< why there is no bond, if `bonds` is empty
+  std::string namesWithout;       ///< the first of these: "2, 4, 6, 9"
+  std::string reason;             ///< why there is no bond, if `bonds` is empty: "first residue of the chain"
 };
 
-/// The state of a bond over all structures. Cis or trans: at least one model has this state and none the
-/// other. Twisted: all models are in between. Mixed: models, chains or structures contradict each other.
-enum class StructureCall { cis, trans, twisted, mixed, none };
-/// Returns "cis", "trans", "twisted", "mixed" or "none".
-std::string toText(StructureCall call);
+/// A proline in one chain of one structure.
+struct BondSite : ProlineBonds {
+  std::string file;
+  std::string chain;
+  std::string number;      ///< in the structure, with insertion code
+  std::string residue;     ///< name in the structure: PRO, HYP, or another residue at this place
+  std::size_t models = 0;  ///< of the structure
+};
 
 /// Agreement of the call from the shifts with the bond in the structures.
 enum class Verdict { agree, disagree, undecided, mixed, noPrediction, notInStructure };
@@ -51,13 +51,13 @@ std::string toText(Verdict verdict);
 /// The finding of the structures for one proline; `compareWithStructures` makes it.
 struct StructureFinding {
   std::vector<BondSite> sites;  ///< one for each matching chain that has the residue
-  StructureCall call = StructureCall::none;
+  BondState call = BondState::none;
   Verdict verdict = Verdict::notInStructure;
   std::string sentence;  ///< what was seen, with the shifts' answer if they disagree; or why there is nothing
 };
 
 /// Returns the state of the bonds of all sites together.
-StructureCall seenIn(const StructureFinding& finding);
+BondState seenIn(const StructureFinding& finding);
 /// Counts the bonds of all sites in that state.
 std::size_t countBonds(const StructureFinding& finding, BondState state);
 /// Returns the mean of |omega| (degrees) of the bonds that have it. Nothing if none has it, or for mixed

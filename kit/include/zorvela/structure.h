@@ -23,19 +23,13 @@ BondState stateOfOmega(double omega);
 /// for a distance that no peptide bond has.
 std::optional<BondState> stateOfDistance(double distance);
 
-/// A residue of a structure, seen through all models.
-struct StructureResidue {
+/// A residue of a structure, seen through all models; only prolines have bonds.
+struct StructureResidue : ProlineBonds {
   char letter = '?';          ///< one-letter code, of the parent for a modified residue
   std::string name;           ///< as in the file: PRO, HYP
   std::string number;         ///< with insertion code: 52A
   std::string label;          ///< label_asym_id and label_seq_id of mmCIF: "B 17"; empty without them
   bool isAfterBreak = false;  ///< not bonded to the residue before it, in the model with most residues
-  // The rest is for prolines only.
-  std::vector<ModelBond> bonds;   ///< main conformation, one for each model with both residues
-  std::vector<ModelBond> others;  ///< further conformations with another state than the main one
-  std::size_t modelsWithout = 0;  ///< models without a bond that others have
-  std::string namesWithout;       ///< the first of them: "2, 4, 6, 9"
-  std::string whyNoBond;          ///< "first residue of the chain", if `bonds` is empty
 };
 
 /// A protein chain.

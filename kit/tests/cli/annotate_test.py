@@ -161,8 +161,8 @@ class Annotate(folder.InFolder):
             text = "\n".join(changes.get(i, line) for i, line in enumerate(lines))
             result = self.annotate(text)
             self.assertEqual((result.returncode, self.output), (1, None))
-            self.assertEqual(result.stderr, "zorvela-kit: in.nef:%d: this row of the sequence has %d values for 7 columns; "
-                             "fix the loop: every row needs one value for each column\n" % (line + 1, values))
+            self.assertEqual(result.stderr, "zorvela-kit: in.nef:%d: %d values for the 7 columns of _nef_sequence; give each "
+                             "row one value for each column, or fetch the file again\n" % (line + 1, values))
 
     def test_input_is_not_replaced_and_a_full_disk_is_said(self):
         self.assertEqual(self.annotate(nef({}), output="in.nef").returncode, 1)

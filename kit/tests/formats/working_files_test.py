@@ -216,7 +216,3 @@ class Mutations(Imports):
                            "does not fit the sequence of sequence")
         groups = re.sub(r"(?m)^( *)[A-Z](\d+) ", r"\1X\2 ", layouts.sparky(self.protein))
         self.fails(groups, layouts.seq(self.protein), "not assigned to a residue")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -31,10 +31,10 @@ void checkChain(const StructureChain& chain, std::size_t models) {
   check(!chain.residues.empty());
   for (const StructureResidue& residue : chain.residues) {
     if (residue.letter != 'P') {
-      check(residue.bonds.empty() && residue.whyNoBond.empty());
+      check(residue.bonds.empty() && residue.reason.empty());
       continue;
     }
-    check(residue.bonds.empty() != residue.whyNoBond.empty());
+    check(residue.bonds.empty() != residue.reason.empty());
     check(residue.bonds.size() <= models * chain.residues.size());
     for (const ModelBond& bond : residue.bonds) checkBond(bond);
     for (const ModelBond& bond : residue.others) checkBond(bond);
@@ -44,7 +44,7 @@ void checkChain(const StructureChain& chain, std::size_t models) {
 // Every residue of a chain is itself.
 void checkAlignment(const StructureChain& chain) {
   if (chain.residues.size() > kLongestForAlignment) return;
-  const ChainAlignment alignment = align(chain.letters(), chain);
+  const ChainAlignment alignment = align(chain.letters(), ChainRest(chain));
   check(alignment.identical == alignment.aligned);
 }
 

@@ -47,11 +47,13 @@ void checkWords(const std::string& original) {
 void checkProtein(const Protein& protein) {
   check(!protein.sequence.empty() && !protein.shifts.empty());
   check(protein.numbers.size() == protein.sequence.size());
-  for (std::size_t i = 0; i < protein.shifts.size(); ++i) {
-    const Shift& shift = protein.shifts[i];
+  AtomKey before;
+  for (const Shift& shift : protein.shifts) {
     check(shift.position >= 1 && static_cast<std::size_t>(shift.position) <= protein.sequence.size());
     check(std::isfinite(shift.ppm));
-    check(i == 0 || isBefore(protein.shifts[i - 1], shift));
+    const AtomKey atom = atomKey(shift.position, shift.atom);
+    check(before < atom);
+    before = atom;
   }
   for (const std::string& note : protein.notes) check(note.find('\n') == std::string::npos);
 }

@@ -71,6 +71,18 @@ TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
   EXPECT_EQ(numbersOf(jump), (Texts{"1", "2", "1003"}));
 }
 
+TEST(Sequence, MissingNumbersAreCountedOn) {
+  const auto completed = [](const Texts& numbers) {
+    FileChain chain;
+    for (const std::string& number : numbers) chain.residues.push_back({"x", number, "ALA"});
+    return numbersOf(made(chain, {}));
+  };
+  EXPECT_EQ(completed({"", "", "10", "11", "", "20", ""}), (Texts{"8", "9", "10", "11", "12", "20", "21"}));
+  EXPECT_EQ(completed({"10", "", "", "11"}), (Texts{"10", "10A", "10B", "11"}));  // no whole number between
+  EXPECT_EQ(completed({"", "", "61A", "", "62"}), (Texts{"1", "2", "61A", "61B", "62"}));
+  EXPECT_EQ(completed({"5", "", "1", "2"}), (Texts{"5", "6", "1", "2"}));
+}
+
 TEST(Sequence, RowsNameWhatTheSequenceLeavesOpen) {
   const Made of = made(chainOf({{"1", "", "X"}, {"2", "", "UNK"}, {"3", "", "GLY"}}),
                        {rowOf("1", "PRO"), rowOf("3", "TRP")});

@@ -19,9 +19,9 @@ using support::readFile;
 using Names = std::vector<std::string>;
 
 template <class Item>
-Names jsonNames(const std::vector<zorvela::Field<Item>>& fields) {
+Names jsonNames(const Item& item) {
   Names names;
-  for (const auto& field : fields)
+  for (const auto& field : fieldsOf(item))
     if (field.isInJson()) names.emplace_back(field.name);
   return names;
 }
@@ -47,17 +47,17 @@ void expectInSchema(const char* object, Names names, const Names& withStructures
 }  // namespace
 
 TEST(Fields, AreThoseOfTheSchema) {
-  Names chain = jsonNames(zorvela::proteinFields());
+  Names chain = jsonNames(zorvela::ProteinResult());
   for (const char* list : {"referencing", "prolines", "warnings", "notes"}) chain.emplace_back(list);
   expectInSchema("protein", chain, {"matches", "structure_notes"});
-  Names proline = jsonNames(zorvela::prolineFields());
+  Names proline = jsonNames(zorvela::ProlineResult());
   for (const char* object : {"evidence", "next_shifts"}) proline.emplace_back(object);
-  Names structure = jsonNames(zorvela::structureFields());
+  Names structure = jsonNames(zorvela::StructureFinding());
   structure.emplace_back("sites");
   expectInSchema("proline", proline, structure);
-  expectInSchema("shift", jsonNames(zorvela::shiftFields()));
-  expectInSchema("next_shift", jsonNames(zorvela::nextFields()));
-  expectInSchema("offset", jsonNames(zorvela::offsetFields()));
+  expectInSchema("shift", jsonNames(zorvela::ShiftContribution()));
+  expectInSchema("next_shift", jsonNames(zorvela::NextShift()));
+  expectInSchema("offset", jsonNames(zorvela::ReferencingOffset()));
 }
 
 TEST(Fields, AreThoseOfTheTableOfColumnsInTheDocument) {

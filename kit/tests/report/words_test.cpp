@@ -1,8 +1,6 @@
 // The sentence of a proline: which contributions it names.
 #include "report/words.h"
 
-#include "report/measured_calls.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -55,7 +55,7 @@ zorvela::StructureChain chainOf(const std::string& letters) {
 // Residues of the chain as they are below the sequence, "-" where there is none.
 std::string aligned(const std::string& sequence, const zorvela::StructureChain& chain) {
   std::string text;
-  const auto alignment = zorvela::align(sequence, chain);
+  const auto alignment = zorvela::align(sequence, zorvela::ChainRest(chain));
   for (const std::size_t place : alignment.inStructure)
     text += place == zorvela::kNoResidue ? '-' : chain.residues[place].letter;
   return text;
@@ -75,15 +75,16 @@ TEST(Alignment, TagsMutationsAndUnknownResidues) {
   EXPECT_EQ(aligned("MKLGVWTRE", chainOf("GSHMKLGVWTREHHHHHH")), "MKLGVWTRE");
   EXPECT_EQ(aligned("MKLGVWTRE", chainOf("MKLAVWTRE")), "MKLAVWTRE");
   EXPECT_EQ(aligned("MKc?VWTRE", chainOf("MKCGVWTRE")), "MKCGVWTRE");
-  const auto alignment = zorvela::align("MKc?VWTRE", chainOf("MKCGVWTRA"));
+  const auto chain = chainOf("MKCGVWTRA");
+  const auto alignment = zorvela::align("MKc?VWTRE", zorvela::ChainRest(chain));
   EXPECT_EQ(alignment.aligned, 8U);
   EXPECT_EQ(alignment.identical, 7U);
   EXPECT_EQ(alignment.identity(), 87.5);
 }
 
 TEST(Alignment, NothingToAlign) {
-  EXPECT_EQ(zorvela::align("", chainOf("MKL")).aligned, 0U);
-  EXPECT_EQ(zorvela::align("MKL", zorvela::StructureChain()).identity(), 0);
+  EXPECT_EQ(zorvela::align("", zorvela::ChainRest(chainOf("MKL"))).aligned, 0U);
+  EXPECT_EQ(zorvela::align("MKL", zorvela::ChainRest(zorvela::StructureChain())).identity(), 0);
 }
 
 TEST(Alignment, WorkIsInProportionToTheStructure) {

@@ -1,9 +1,9 @@
 // Proteins made in memory for tests of training and evaluation: five residues, the proline in the middle.
 #pragma once
 
+#include <algorithm>
 #include <string>
 
-#include "GDB.h"
 #include "train/labelled_prolines.h"
 #include "zorvela/core.h"
 
@@ -14,7 +14,7 @@ constexpr float kAbsent = 9999.0F;
 
 struct Protein {
   std::string sequence;      ///< such as "GAPAG"; the window of the proline
-  zorvela::Omega omega;      ///< its label by structure
+  zorvela::Call label;       ///< by structure
   float secondary = 0;       ///< of all atoms of the three residues around the proline (ppm)
   float cg = kAbsent;        ///< CG of the proline (ppm)
   float cb = kAbsent;        ///< observed CB of the proline (ppm)
@@ -22,9 +22,8 @@ struct Protein {
 };
 
 /// N and HN of the proline are missing, and all shifts of the first and the last residue.
-inline zorvela::EntryShifts entryOf(const Protein& protein, const std::string& name) {
+inline zorvela::EntryShifts entryOf(const Protein& protein) {
   zorvela::EntryShifts entry;
-  entry.name = name;
   for (std::size_t i = 0; i < protein.sequence.size(); ++i) {
     zorvela::Residue residue;
     residue.type = protein.sequence[i];
@@ -48,18 +47,21 @@ inline zorvela::EntryShifts entryOf(const Protein& protein, const std::string& n
 
 inline zorvela::LabelledProlines dataOf(const std::vector<Protein>& proteins) {
   zorvela::LabelledProlines data;
-  data.labels.path = "labels.csv";
+  data.path = "labels.csv";
   for (const Protein& protein : proteins) {
-    const std::string name = "e" + std::to_string(data.entries.size() + 1);
-    zorvela::ProlineLabel label;
-    label.entry = name;
+    zorvela::LabelledProline label;
+    label.entry = data.entries.size();
     label.resid = kProlinePosition;
-    label.structure = protein.omega;
-    label.cluster = protein.cluster.empty() ? name : protein.cluster;
-    data.labels.prolines.push_back(label);
-    data.entryOf.push_back(data.entries.size());
-    data.windows.push_back(protein.sequence);
-    data.entries.push_back(entryOf(protein, name));
+    label.structure = protein.label;
+    label.window = protein.sequence;
+    data.prolines.push_back(label);
+    zorvela::EntryShifts entry = entryOf(protein);
+    entry.name = "e" + std::to_string(data.entries.size() + 1);
+    const std::string cluster = protein.cluster.empty() ? entry.name : protein.cluster;
+    const auto known = std::find(data.clusters.begin(), data.clusters.end(), cluster);
+    entry.cluster = static_cast<std::size_t>(known - data.clusters.begin());
+    if (known == data.clusters.end()) data.clusters.push_back(cluster);
+    data.entries.push_back(entry);
   }
   return data;
 }
@@ -76,21 +78,6 @@ inline zorvela::Model publishedModel() {
     values.cisBefore = values.cisAfter = values.transBefore = values.transAfter = 0.05F;
   }
   return model;
-}
-
-/// A cell of the row in which a column has this text; empty where there is none.
-inline std::string cellOf(const GDB& table, const std::string& column, const std::string& text,
-                          const std::string& wanted) {
-  for (const auto& [number, row] : table.entries) {
-    std::string found;
-    bool isRow = false;
-    for (const auto& [name, cell] : row) {
-      if (name == column && cell == text) isRow = true;
-      if (name == wanted) found = cell;
-    }
-    if (isRow) return found;
-  }
-  return "";
 }
 
 }  // namespace made

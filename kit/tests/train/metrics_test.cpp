@@ -21,36 +21,36 @@ const std::vector<Scored> kSix = {proline(true, 0.9),  proline(true, 0.4),  prol
                                   proline(false, 0.1), proline(false, 0.6), proline(false, 0.0)};
 
 TEST(Figures, MatthewsIsZeroWhereAllCallsAreTheSame) {
-  EXPECT_DOUBLE_EQ(0, *zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)}).mcc);
+  EXPECT_DOUBLE_EQ(0, *zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)})[zorvela::kMcc]);
 }
 
 TEST(Figures, LogLossKeepsAwayFromCertainty) {
-  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(true, 0.0)}).logLoss, 1e-12);
-  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(false, 1.0)}).logLoss, 1e-12);
+  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(true, 0.0)})[zorvela::kLogLoss], 1e-12);
+  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(false, 1.0)})[zorvela::kLogLoss], 1e-12);
 }
 
 TEST(Figures, WithOneClassHaveNoAreaNorCorrelation) {
   const zorvela::Figures figures = zorvela::figuresOf({proline(false, 0.1), proline(false, 0.7)});
-  EXPECT_FALSE(figures.auc);
-  EXPECT_FALSE(figures.mcc);
-  EXPECT_FALSE(figures.sensitivity);
-  EXPECT_DOUBLE_EQ(0.5, *figures.specificity);
+  EXPECT_FALSE(figures[zorvela::kAuc]);
+  EXPECT_FALSE(figures[zorvela::kMcc]);
+  EXPECT_FALSE(figures[zorvela::kSensitivity]);
+  EXPECT_DOUBLE_EQ(0.5, *figures[zorvela::kSpecificity]);
 }
 
 TEST(Figures, WithoutProbabilitiesHaveNoLoss) {
   const zorvela::Figures figures = zorvela::figuresOf({{true, 9.0, true, -1, 0}, {false, 4.0, false, -1, 0}});
-  EXPECT_DOUBLE_EQ(1, *figures.auc);
-  EXPECT_DOUBLE_EQ(1, *figures.mcc);
-  EXPECT_FALSE(figures.brier);
-  EXPECT_FALSE(figures.logLoss);
+  EXPECT_DOUBLE_EQ(1, *figures[zorvela::kAuc]);
+  EXPECT_DOUBLE_EQ(1, *figures[zorvela::kMcc]);
+  EXPECT_FALSE(figures[zorvela::kBrier]);
+  EXPECT_FALSE(figures[zorvela::kLogLoss]);
 }
 
 // --- Bootstrap ------------------------------------------------------------------------------------
 
 TEST(Bootstrap, OfOneClusterIsThePoint) {
   const zorvela::FigureIntervals intervals = zorvela::bootstrap(kSix, 20, 1);
-  EXPECT_DOUBLE_EQ(6.5 / 8, intervals.auc->low);
-  EXPECT_DOUBLE_EQ(6.5 / 8, intervals.auc->high);
+  EXPECT_DOUBLE_EQ(6.5 / 8, intervals[zorvela::kAuc]->low);
+  EXPECT_DOUBLE_EQ(6.5 / 8, intervals[zorvela::kAuc]->high);
 }
 
 TEST(Bootstrap, DrawsClustersAsAWhole) {
@@ -59,10 +59,10 @@ TEST(Bootstrap, DrawsClustersAsAWhole) {
   const std::vector<Scored> set = {proline(false, 0.9, 3), proline(false, 0.9, 3), proline(false, 0.1, 8),
                                    proline(false, 0.1, 8)};
   const zorvela::FigureIntervals intervals = zorvela::bootstrap(set, 500, 1);
-  EXPECT_DOUBLE_EQ(0, intervals.specificity->low);
-  EXPECT_DOUBLE_EQ(1, intervals.specificity->high);
+  EXPECT_DOUBLE_EQ(0, intervals[zorvela::kSpecificity]->low);
+  EXPECT_DOUBLE_EQ(1, intervals[zorvela::kSpecificity]->high);
   for (std::uint64_t seed = 0; seed < 20; ++seed) {
-    const double once = zorvela::bootstrap(set, 1, seed).specificity->low;
+    const double once = zorvela::bootstrap(set, 1, seed)[zorvela::kSpecificity]->low;
     EXPECT_TRUE(once == 0 || once == 0.5 || once == 1) << once;
   }
 }

@@ -4,76 +4,63 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <cmath>
 #include <vector>
 
 #include "made_proteins.h"
-#include "zorvela/error.h"
 
 namespace {
 
 using made::Protein;
-using zorvela::Omega;
+using zorvela::Call;
 
 // Two cis prolines with secondary shifts of 1 and 3 ppm, one trans proline with -2 ppm.
-const std::vector<Protein> kThree = {{"GAPAG", Omega::cis, 1.0F, 24.0F},
-                                     {"AAPAG", Omega::cis, 3.0F, 25.0F},
-                                     {"GAPAA", Omega::trans, -2.0F, 27.0F}};
+const std::vector<Protein> kThree = {{"GAPAG", Call::cis, 1.0F, 24.0F},
+                                     {"AAPAG", Call::cis, 3.0F, 25.0F},
+                                     {"GAPAA", Call::trans, -2.0F, 27.0F}};
 
 /// Every value counts, none is clipped, each class has its own deviation, nothing is widened.
 zorvela::TrainingChoices plain() {
   zorvela::TrainingChoices choices;
   choices.limitPercent = 0;
   choices.trim = 0;
-  choices.pooling = zorvela::Pooling::none;
+  choices.pooling = "none";
   choices.widenProline = choices.widenNeighbours = 1;
   return choices;
 }
 
-zorvela::Training trained(const std::vector<Protein>& proteins, const zorvela::TrainingChoices& choices,
-                          const std::vector<bool>& used = {}) {
-  const std::vector<bool> marks = used.empty() ? std::vector<bool>(proteins.size(), true) : used;
-  return zorvela::train(made::publishedModel(), made::dataOf(proteins), marks, marks, choices);
-}
-
-std::string statistic(const zorvela::Training& training, int index, const std::string& column) {
-  return made::cellOf(zorvela::shiftTable(training, plain()), "index", std::to_string(index), column);
+zorvela::Training trained(const std::vector<Protein>& proteins, const zorvela::TrainingChoices& choices) {
+  return zorvela::train(made::publishedModel(), made::dataOf(proteins), choices);
 }
 
 TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
-  // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2: 4.147.
-  const std::vector<Protein> proteins = {{"GAPAG", Omega::cis, 1.0F},
-                                         {"AAPAG", Omega::cis, 3.0F},
-                                         {"GAPAA", Omega::trans, -2.0F},
-                                         {"AAPAA", Omega::trans, 4.0F}};
+  // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2.
+  const std::vector<Protein> proteins = {{"GAPAG", Call::cis, 1.0F},
+                                         {"AAPAG", Call::cis, 3.0F},
+                                         {"GAPAA", Call::trans, -2.0F},
+                                         {"AAPAA", Call::trans, 4.0F}};
   zorvela::TrainingChoices choices = plain();
-  choices.pooling = zorvela::Pooling::natural;
+  choices.pooling = "natural";
   choices.widenProline = 1.5;
   choices.widenNeighbours = 2;
   const zorvela::Training training = trained(proteins, choices);
-  EXPECT_EQ("6.221", statistic(training, 9, "std_cis"));  // CA of the proline: 4.14729 * 1.5
-  EXPECT_EQ("6.221", statistic(training, 9, "std_trans"));
-  EXPECT_EQ("8.295", statistic(training, 3, "std_cis"));   // CA before it: 4.14729 * 2
-  EXPECT_EQ("1.414", statistic(training, 3, "sd_cis"));    // sqrt(2), as measured
-  EXPECT_EQ("4.243", statistic(training, 3, "sd_trans"));  // sqrt(18)
-  choices.pooling = zorvela::Pooling::equal;
-  EXPECT_EQ("4.743", statistic(trained(proteins, choices), 9, "std_cis"));  // sqrt((2 + 18) / 2) * 1.5
+  const zorvela::IndexStatistics& own = training.shifts[9];  // CA of the proline
+  const zorvela::IndexStatistics& before = training.shifts[3];
+  for (const double deviation : {own.stdCis, own.stdTrans})
+    EXPECT_NEAR(std::sqrt(17.2) * 1.5, deviation, 1e-12);
+  EXPECT_NEAR(std::sqrt(17.2) * 2, before.stdCis, 1e-12);
+  EXPECT_NEAR(std::sqrt(2), before.cis.deviation, 1e-12);  // as measured
+  EXPECT_NEAR(std::sqrt(18), before.trans.deviation, 1e-12);
+  choices.pooling = "equal";
+  EXPECT_NEAR(std::sqrt(10) * 1.5, trained(proteins, choices).shifts[9].stdCis, 1e-12);  // (2 + 18) / 2
 }
 
 TEST(Training, AWindowMeasuredTwiceCountsOnceWithItsMedian) {
   std::vector<Protein> proteins = kThree;
-  proteins.push_back({"GAPAG", Omega::cis, 7.0F, 24.0F});  // the window of the first: median of 1 and 7 is 4
-  const zorvela::Training training = trained(proteins, plain());
-  EXPECT_EQ("2", statistic(training, 9, "n_cis"));
-  EXPECT_EQ("3.500", statistic(training, 9, "avg_cis"));  // (4 + 3) / 2
-}
-
-TEST(Training, LeavesOutWhatIsNotMarked) {
-  const zorvela::Training training = trained(kThree, plain(), {true, false, true});
-  EXPECT_EQ("1", statistic(training, 9, "n_cis"));
-  EXPECT_EQ("1.000", statistic(training, 9, "avg_cis"));
-  EXPECT_EQ("1.000", made::cellOf(zorvela::limitsTable(training, plain()), "RESNAME", "A",
-                                  "CA_MAX"));  // without the 3 of the second
+  proteins.push_back({"GAPAG", Call::cis, 7.0F, 24.0F});  // the window of the first: median of 1 and 7 is 4
+  const zorvela::Sample cis = trained(proteins, plain()).shifts[9].cis;
+  EXPECT_EQ(2U, cis.count);
+  EXPECT_EQ(3.5, cis.mean);  // (4 + 3) / 2
 }
 
 TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
@@ -81,8 +68,8 @@ TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
   zorvela::TrainingChoices choices = plain();
   choices.limitPercent = 50;
   const zorvela::Training training = trained(kThree, choices);
-  EXPECT_EQ("1.000", statistic(training, 9, "avg_cis"));
-  EXPECT_EQ("1.000", statistic(training, 9, "avg_trans"));
+  EXPECT_EQ(1, training.shifts[9].cis.mean);
+  EXPECT_EQ(1, training.shifts[9].trans.mean);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "util/text.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 namespace {
 
@@ -13,10 +14,8 @@ TEST(Text, NumbersAreReadWholeOrNotAtAll) {
   EXPECT_EQ(toInteger("-3"), -3);
   EXPECT_EQ(toInteger("+007"), 7);
   EXPECT_EQ(toInteger("2147483647"), 2147483647);
-  EXPECT_EQ(toInteger("2147483648"), std::nullopt);
-  EXPECT_EQ(toInteger("12A"), std::nullopt);
-  EXPECT_EQ(toInteger("-"), std::nullopt);
-  EXPECT_EQ(toInteger(""), std::nullopt);
+  for (const char* text : {"2147483648", "12A", "-", "+-3", "+", ""})
+    EXPECT_EQ(toInteger(text), std::nullopt);
 }
 
 TEST(Text, ShiftsStayAsTheFileWritesThem) {
@@ -138,6 +137,14 @@ TEST(Text, ListsAreCutWithACount) {
 }
 
 }  // namespace
+
+TEST(Checksum, IsTheOneOfGzip) {
+  EXPECT_EQ(zorvela::crc32(0, "123456789"), 0xCBF43926U);
+  EXPECT_EQ(zorvela::crc32(zorvela::crc32(0, "1234"), "56789"), 0xCBF43926U);
+  const std::string text = "every table, \xff and \x80 too";
+  EXPECT_EQ(zorvela::crc32(0, text),
+            ::crc32(0, reinterpret_cast<const Bytef*>(text.data()), static_cast<uInt>(text.size())));
+}
 
 TEST(Shown, HasNoCharactersThatNobodySees) {
   for (const char* hidden : {"\u00AD", "\u200B", "\u2060", "\uFEFF", "\uFFF9", "\uFFFB", "\U000E0041",

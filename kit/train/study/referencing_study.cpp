@@ -1,17 +1,16 @@
 // Medians around points, then counts over all chains.
-#include "train/study/referencing_study.h"
+#include "train/study/studies.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <ostream>
 
 #include "ZORVELA.h"
 #include "predict/isotopes.h"
-#include "train/formatted.h"
 #include "train/metrics.h"
+#include "train/table_cells.h"
 #include "util/robust.h"
 #include "zorvela/error.h"
 
@@ -98,44 +97,28 @@ std::vector<double> mediansAround(const ShiftRelation& relation,
   return medians;
 }
 
-/// Median and deviation of a relation in the chains with enough residues.
-struct ChainFits {
-  std::vector<double> offsets;
-  std::vector<double> deviations;
-  std::vector<std::size_t> counts;
-};
-
-ChainFits chainFits(const ShiftRelation& relation, const std::vector<const EntryShifts*>& chains) {
-  ChainFits fits;
+ShiftRelation fitted(ShiftRelation relation, const std::vector<const EntryShifts*>& chains) {
+  relation.points = mediansAround(relation, chains);
+  std::vector<double> offsets;  // of the chains with enough residues
+  std::vector<double> scatters;
+  std::vector<double> shares;  // of the variance within a chain that its median has
   for (const EntryShifts* chain : chains) {
     const std::vector<double> values = deviations(chain->secondary, relation);
     if (values.size() < kResiduesOfChain) continue;
-    fits.offsets.push_back(median(values));
-    fits.deviations.push_back(robustDeviation(values, fits.offsets.back()));
-    fits.counts.push_back(values.size());
+    offsets.push_back(median(values));
+    scatters.push_back(robustDeviation(values, offsets.back()));
+    shares.push_back(kMedianOverMean * kMedianOverMean / static_cast<double>(values.size()));
   }
-  if (fits.offsets.empty())
+  if (offsets.empty())
     throw Error("no chain has the shifts of " + std::to_string(kResiduesOfChain) +
                 " residues that the fit of " + relation.atom + " needs");
-  return fits;
-}
-
-/// The variance of the chains' medians that the scatter within the chains does not explain.
-double varianceBetween(const ChainFits& fits, double scatter) {
-  std::vector<double> explained;
-  for (const std::size_t count : fits.counts)
-    explained.push_back(scatter * scatter * kMedianOverMean * kMedianOverMean / static_cast<double>(count));
-  const double spread = robustDeviation(fits.offsets, median(fits.offsets));
-  return std::max(spread * spread - median(explained), 0.0);
-}
-
-ShiftRelation fitted(ShiftRelation relation, const std::vector<const EntryShifts*>& chains) {
-  relation.points = mediansAround(relation, chains);
-  const ChainFits fits = chainFits(relation, chains);
-  const double bias = median(fits.offsets);
+  const double bias = median(offsets);
   for (double& point : relation.points) point = rounded(point + bias);
-  relation.scatter = rounded(median(fits.deviations));
-  relation.betweenChains = rounded(std::sqrt(varianceBetween(fits, relation.scatter)));
+  relation.scatter = rounded(median(scatters));
+  // What the scatter within the chains does not explain.
+  const double spread = robustDeviation(offsets, bias);
+  const double between = spread * spread - relation.scatter * relation.scatter * median(shares);
+  relation.betweenChains = rounded(std::sqrt(std::max(between, 0.0)));
   return relation;
 }
 
@@ -147,20 +130,11 @@ std::vector<ShiftRelation> fitRelations(const std::vector<const EntryShifts*>& c
   return relations;
 }
 
-// --- Fitted relations as text ---------------------------------------------------------------------
-
-namespace {
-
-std::string measureText(Measure measure) {
-  if (measure == Measure::caMinusCb) return "caMinusCb";
-  return measure == Measure::alphaProton ? "alphaProton" : "amideProtons";
-}
-
-}  // namespace
-
 void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relations) {
   for (const ShiftRelation& relation : relations) {
-    out << "{\"" << relation.atom << "\", Measure::" << measureText(relation.measure) << ", "
+    const char* other = relation.measure == Measure::alphaProton ? "alphaProton" : "amideProtons";
+    out << "{\"" << relation.atom
+        << "\", Measure::" << (relation.measure == Measure::caMinusCb ? "caMinusCb" : other) << ", "
         << formatted("%g, %g", relation.first, relation.step) << ", {";
     for (std::size_t i = 0; i < relation.points.size(); ++i)
       out << (i > 0 ? ", " : "") << formatted("%.3f", relation.points[i]);
@@ -189,7 +163,7 @@ struct FoundOffset {
   bool isCalled = false;  ///< it calls for a correction
 };
 /// CA, CB, HA, C.
-using FoundOffsets = std::array<FoundOffset, 4>;
+using FoundOffsets = std::vector<FoundOffset>;
 /// By method.
 using Found = std::array<FoundOffsets, kMethods.size()>;
 
@@ -208,100 +182,56 @@ FoundOffsets byLine(const EntryShifts& chain) {
     }
   }
   run.seqLength = static_cast<int>(chain.residues.size());
-  const auto offsets = run.referencingOffsets();
   FoundOffsets found;
-  for (std::size_t i = 0; i < found.size(); ++i)
-    found[i] = {offsets[i].offset, offsets[i].error,
-                offsets[i].recommended && std::isfinite(offsets[i].offset)};
+  for (const FittedOffset& one : run.referencingOffsets())
+    found.push_back({one.offset, one.error, one.recommended && std::isfinite(one.offset)});
   return found;
 }
 
 FoundOffsets byRelations(const EntryShifts& chain, const std::vector<ShiftRelation>& relations) {
   FoundOffsets found;
-  const std::vector<OffsetEstimate> offsets = estimateOffsets(chain.secondary, relations);
-  for (std::size_t i = 0; i < found.size(); ++i)
-    found[i] = {offsets[i].offset, offsets[i].error, callsForCorrection(offsets[i])};
+  for (const OffsetEstimate& one : estimateOffsets(chain.secondary, relations))
+    found.push_back({one.offset, one.error, callsForCorrection(one)});
   return found;
 }
 
-std::size_t residuesWith(const EntryShifts& chain, const std::function<bool(const BackboneValues&)>& holds) {
-  return static_cast<std::size_t>(std::count_if(chain.secondary.begin(), chain.secondary.end(), holds));
-}
-
-bool hasCarbon(const BackboneValues& residue) {
-  return shiftAt(residue, Atom::CA) || shiftAt(residue, Atom::CB) || shiftAt(residue, Atom::C);
-}
-
-bool hasAlphaProton(const BackboneValues& residue) {
-  return shiftAt(residue, Atom::HA).has_value();
-}
-
-bool hasCAandCB(const BackboneValues& residue) {
-  return shiftAt(residue, Atom::CA) && shiftAt(residue, Atom::CB);
-}
-
-/// Each cluster's half, 0 or 1.
-std::vector<std::size_t> halves(const LabelledProlines& data) {
-  std::map<std::string, std::size_t> halfOfCluster;
-  std::vector<std::size_t> ofEntry(data.entries.size());
-  Draw draw(kHalfSeed);
-  for (std::size_t i = 0; i < data.labels.prolines.size(); ++i) {
-    const auto [half, isNew] = halfOfCluster.emplace(data.labels.prolines[i].cluster, 0);
-    if (isNew) half->second = draw.below(2);
-    ofEntry[data.entryOf[i]] = half->second;
-  }
-  return ofEntry;
-}
-
-std::vector<const EntryShifts*> chosen(const LabelledProlines& data,
-                                       const std::function<bool(std::size_t)>& isIn) {
-  std::vector<const EntryShifts*> chains;
-  for (std::size_t i = 0; i < data.entries.size(); ++i)
-    if (isIn(i)) chains.push_back(&data.entries[i]);
-  return chains;
-}
-
-/// Offsets that the methods find in all chains after offsets were added.
-class Trial {
- public:
-  explicit Trial(const LabelledProlines& labelled) : data(labelled), half(halves(labelled)) {
-    for (std::size_t i = 0; i < forHalf.size(); ++i)
-      forHalf[i] = fitRelations(chosen(data, [&](std::size_t entry) { return half[entry] != i; }));
-  }
-
-  std::vector<Found> add(double carbon, double proton) const {
-    std::vector<Found> found;
-    for (std::size_t i = 0; i < data.entries.size(); ++i) {
-      EntryShifts chain = data.entries[i];
-      addOffsets(chain, carbon, proton);
-      found.push_back(
-          {byLine(chain), byRelations(chain, knownRelations()), byRelations(chain, forHalf[half[i]])});
-    }
-    return found;
-  }
-
- private:
-  const LabelledProlines& data;
+/// For each cluster, the relations that are fitted to the clusters of the other half.
+std::vector<std::vector<ShiftRelation>> relationsOfOtherHalf(const LabelledProlines& data) {
   std::vector<std::size_t> half;
-  std::array<std::vector<ShiftRelation>, 2> forHalf;
-};
+  Draw draw(kHalfSeed);
+  for (std::size_t i = 0; i < data.clusters.size(); ++i) half.push_back(draw.below(2));
+  std::array<std::vector<const EntryShifts*>, 2> others;
+  for (const EntryShifts& entry : data.entries) others[1 - half[entry.cluster]].push_back(&entry);
+  const std::array<std::vector<ShiftRelation>, 2> relations = {fitRelations(others[0]),
+                                                               fitRelations(others[1])};
+  std::vector<std::vector<ShiftRelation>> ofCluster;
+  for (const std::size_t one : half) ofCluster.push_back(relations[one]);
+  return ofCluster;
+}
 
-// Places in FoundOffsets.
-using Places = std::vector<std::size_t>;
-const Places kAnyAtom = {0, 1, 2, 3};
-const Places kCarbons = {0, 1, 3};
-const Places kAlphaCarbon = {0, 1};
-const Places kAlphaProton = {2};
-const Places kCarbonyl = {3};
+/// Finds the offsets of all chains by each method, after offsets were added.
+std::vector<Found> findOffsets(const LabelledProlines& data,
+                               const std::vector<std::vector<ShiftRelation>>& relations, double carbon,
+                               double proton) {
+  std::vector<Found> found;
+  for (EntryShifts chain : data.entries) {
+    addOffsets(chain, carbon, proton);
+    found.push_back(
+        {byLine(chain), byRelations(chain, knownRelations()), byRelations(chain, relations[chain.cluster])});
+  }
+  return found;
+}
 
 std::string share(std::size_t part, std::size_t whole) {
   if (whole == 0) return "-";
   return formatted("%zu (%.1f %%)", part, 100.0 * static_cast<double>(part) / static_cast<double>(whole));
 }
 
-/// A row of how often each method calls for a correction in the chains that count.
+/// A row of how often each method calls for a correction of these atoms (places in FoundOffsets) in the
+/// chains that count.
 std::string calledRow(const std::string& name, const LabelledProlines& data, const std::vector<Found>& found,
-                      const Places& places, const std::function<bool(const EntryShifts&)>& isCounted) {
+                      const std::vector<std::size_t>& places,
+                      const std::function<bool(const EntryShifts&)>& isCounted) {
   std::size_t count = 0;
   std::array<std::size_t, kMethods.size()> called{};
   for (std::size_t i = 0; i < found.size(); ++i) {
@@ -327,44 +257,49 @@ std::string spreadRow(const std::string& atoms, const std::vector<Found>& found,
     offsets.push_back(offset.offset);
     if (std::fabs(offset.offset) > 2 * offset.error) ++beyond;
   }
-  const bool isEmpty = offsets.empty();
-  const double middle = isEmpty ? 0 : median(offsets);
+  if (offsets.empty()) return "";
+  const double middle = median(offsets);
   return formatted("%-27s %-15s %7zu  %8.3f  %8.3f  %.1f %%\n", atoms.c_str(), kMethods[method],
-                   offsets.size(), rounded(middle), isEmpty ? 0 : robustDeviation(offsets, middle),
-                   isEmpty ? 0 : 100 * (static_cast<double>(beyond) / static_cast<double>(offsets.size())));
+                   offsets.size(), rounded(middle), robustDeviation(offsets, middle),
+                   100 * (static_cast<double>(beyond) / static_cast<double>(offsets.size())));
 }
 
 }  // namespace
 
 void writeReferencing(std::ostream& out, const LabelledProlines& data) {
-  const auto isLong = [](const EntryShifts& chain) { return chain.residues.size() >= kLongChain; };
   const auto any = [](const EntryShifts&) { return true; };
-  const auto longWith = [&](bool (*holds)(const BackboneValues&), std::size_t least) {
-    return [=](const EntryShifts& chain) { return isLong(chain) && residuesWith(chain, holds) >= least; };
+  const auto isLong = [](const EntryShifts& chain) { return chain.residues.size() >= kLongChain; };
+  const auto longWith = [&](std::size_t residues, bool (*holds)(const BackboneValues&)) {
+    return [=](const EntryShifts& chain) {
+      const auto count = std::count_if(chain.secondary.begin(), chain.secondary.end(), holds);
+      return isLong(chain) && static_cast<std::size_t>(count) >= residues;
+    };
   };
-  const auto longWithProtonAndCarbons = [&](const EntryShifts& chain) {
-    return longWith(hasAlphaProton, 1)(chain) && longWith(hasCAandCB, 20)(chain);
-  };
-  const Trial trial(data);
-  const std::vector<Found> asTheyAre = trial.add(0, 0);
-  const std::vector<Found> carbon = trial.add(kCarbonAdded, 0);
-  const std::vector<Found> proton = trial.add(0, kProtonAdded);
+  const auto withCarbon = longWith(1, [](const BackboneValues& residue) {
+    return shiftAt(residue, Atom::CA) || shiftAt(residue, Atom::CB) || shiftAt(residue, Atom::C);
+  });
+  const auto withProton =
+      longWith(1, [](const BackboneValues& residue) { return shiftAt(residue, Atom::HA).has_value(); });
+  const auto withCarbons = longWith(20, [](const BackboneValues& residue) {
+    return shiftAt(residue, Atom::CA) && shiftAt(residue, Atom::CB);
+  });
+  const auto withBoth = [&](const EntryShifts& chain) { return withProton(chain) && withCarbons(chain); };
+  const auto relations = relationsOfOtherHalf(data);
+  const std::vector<Found> asTheyAre = findOffsets(data, relations, 0, 0);
+  const std::vector<Found> carbon = findOffsets(data, relations, kCarbonAdded, 0);
+  const std::vector<Found> proton = findOffsets(data, relations, 0, kProtonAdded);
   out << data.entries.size() << " chains, " << std::count_if(data.entries.begin(), data.entries.end(), isLong)
       << " of 40 residues or more\n"
       << "other half: as zorvela-kit, by constants from the clusters of the other half\n\n"
       << formatted("%-42s %7s  %-15s  %-15s  %s\n", "a correction is called for", "chains", kMethods[0],
                    kMethods[1], kMethods[2])
-      << calledRow("as they are", data, asTheyAre, kAnyAtom, any)
-      << calledRow("  CA and CB", data, asTheyAre, kAlphaCarbon, any)
-      << calledRow("  HA", data, asTheyAre, kAlphaProton, any)
-      << calledRow("  C'", data, asTheyAre, kCarbonyl, any)
-      << calledRow("1.5 ppm added to all 13C, chains with 13C", data, carbon, kCarbons,
-                   longWith(hasCarbon, 1))
-      << calledRow("  with CA and CB of 20 residues", data, carbon, kCarbons, longWith(hasCAandCB, 20))
-      << calledRow("0.5 ppm added to HA, chains with HA", data, proton, kAlphaProton,
-                   longWith(hasAlphaProton, 1))
-      << calledRow("  with CA and CB of 20 residues", data, proton, kAlphaProton, longWithProtonAndCarbons)
-      << '\n'
+      << calledRow("as they are", data, asTheyAre, {0, 1, 2, 3}, any)
+      << calledRow("  CA and CB", data, asTheyAre, {0, 1}, any)
+      << calledRow("  HA", data, asTheyAre, {2}, any) << calledRow("  C'", data, asTheyAre, {3}, any)
+      << calledRow("1.5 ppm added to all 13C, chains with 13C", data, carbon, {0, 1, 3}, withCarbon)
+      << calledRow("  with CA and CB of 20 residues", data, carbon, {0, 1, 3}, withCarbons)
+      << calledRow("0.5 ppm added to HA, chains with HA", data, proton, {2}, withProton)
+      << calledRow("  with CA and CB of 20 residues", data, proton, {2}, withBoth) << '\n'
       << formatted("%-27s %-15s %7s  %8s  %8s  %s\n", "offsets as they are (ppm)", "by", "chains", "median",
                    "spread", "beyond two errors");
   for (std::size_t method = 0; method < kMethods.size(); ++method)

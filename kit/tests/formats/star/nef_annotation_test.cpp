@@ -61,7 +61,7 @@ TEST(Annotation, RefusesWhatItCannotPlace) {
        {kHead + "3 PRO 4\nstop_\n", kHead + "3 'PRO\nstop_\n", std::string("data_x\n"), kHead + "3\n;PRO\n",
         std::string("data_x\nloop_\n_nef_sequence.index\n1\n")})
     EXPECT_THROW(annotated(text), zorvela::FileError) << text;
-  EXPECT_EQ(messageOf([] { annotated(kHead + "3 PRO 4\nstop_\n"); }).substr(0, 8), "a.nef:2:");
+  EXPECT_EQ(messageOf([] { annotated(kHead + "3 PRO 4\nstop_\n"); }).substr(0, 8), "a.nef:5:");
 }
 
 }  // namespace

@@ -91,8 +91,8 @@ TEST(StarDocument, AFullCountOfValuesHidesNoBadRows) {
 TEST(StarDocument, WhereNoLineShowsTheBadRowTheLoopIsNotRead) {
   EXPECT_EQ(
       errorOf(kLoop + "1 CA 52 2 CA 63 3 CA\nstop_"),
-      "file.str:2: values are missing or left over in the loop of _Atom_chem_shift; fix the loop: every "
-      "row needs one value for each column");
+      "file.str:2: 8 values for the 3 columns of _Atom_chem_shift; give each row one value for each column, "
+      "or fetch the file again");
   const auto unread = parsed(
       "data_x\nloop_\n_nef_program_script.a\n_nef_program_script.b\n_c\n\nSCRIPT UNDEFINED\n"
       "stop_\n" +

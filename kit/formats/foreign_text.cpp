@@ -105,17 +105,13 @@ bool isOfTargetedAcquisition(const std::vector<std::string>& words) {
          words[1].find_first_not_of(kAminoAcids) == std::string::npos;
 }
 
-/// The column names of a peak list: "Assign F1", "Pos F1", "Position F1".
-bool arePeakColumns(std::string_view line) {
-  return contains(line, "Assign F1") && (contains(line, "Pos F1") || contains(line, "Position F1"));
-}
-
 std::optional<Foreign> kindOfLine(std::string_view line) {
   if (line.size() > kLongestLine) return std::nullopt;
   if (isAtomRecord(line)) return Foreign{{}, "a list of atom coordinates"};
   const std::string_view core = trimmed(line);
   if (isAssignStatement(core)) return kRestraints;
-  if (arePeakColumns(core)) return kPeaks;
+  const bool hasPosition = contains(core, "Pos F1") || contains(core, "Position F1");
+  if (hasPosition && contains(core, "Assign F1")) return kPeaks;
   constexpr std::size_t kMostWords = 8;
   const auto words = wordsOf(core, kMostWords);
   std::string plain;

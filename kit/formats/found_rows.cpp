@@ -54,12 +54,8 @@ ShiftFile FoundRows::file(std::vector<std::string> notes) && {
   nameResidues(shifts);
   ShiftFile file;
   file.notes = std::move(notes);
-  for (const std::string& name : chains) {
-    file.chains.emplace_back();
-    file.chains.back().name = nameOf(name, file.notes);
-  }
-  file.lists.emplace_back();
-  file.lists[0].shifts = std::move(shifts);
+  for (const std::string& name : chains) file.chains.emplace_back().name = nameOf(name, file.notes);
+  file.lists.emplace_back().shifts = std::move(shifts);
   return file;
 }
 

@@ -83,8 +83,7 @@ FileChain& chainNamed(const std::string& name, SequenceFile& sequence) {
       std::find_if(chains.begin(), chains.end(), [&](const FileChain& chain) { return chain.name == name; });
   if (found != chains.end()) return *found;
   checkLimit(chains.size() + 1, limits::kChains, sequence.file);
-  chains.emplace_back();
-  chains.back().name = name;
+  chains.emplace_back().name = name;
   return chains.back();
 }
 

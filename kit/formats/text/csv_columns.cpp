@@ -62,10 +62,8 @@ constexpr std::pair<std::string_view, std::string_view> kAtomAliases[] = {
 constexpr std::string_view kBefore[] = {"chemshift", "shift", "delta", "cs", "d", "13", "15", "1"};
 constexpr std::string_view kAfter[] = {"chemshift", "shift", "obs", "exp"};
 
-/// Tells whether a character is ignored in a column name.
-bool isFiller(char c) {
-  return std::string_view(" \t\v_-.:/()[]{}*,").find(c) != std::string_view::npos;
-}
+// Characters that are ignored in a column name.
+constexpr std::string_view kFillers = " \t\v_-.:/()[]{}*,";
 
 /// Makes "Atom_chem_shift.Comp_index_ID" and "comp index ID" the same, and removes a unit. Unknown signs
 /// remain, so that a name with one is not mistaken for a known name.
@@ -78,7 +76,7 @@ std::string simplified(const std::string& name) {
   for (const char c : lower(withLatinLetters(isTag ? name.substr(dot + 1) : name))) {
     if (c == '#')
       result += "no";
-    else if (!isFiller(c))
+    else if (!contains(kFillers, {&c, 1}))
       result.push_back(c);
   }
   for (const auto& [word, usual] : kSynonyms)
@@ -124,8 +122,7 @@ std::string atomOfSimplified(std::string_view name) {
 /// Tells whether a column name is the atom's own, which wins over "CA shift" and the like.
 bool isOwnName(std::string name, const std::string& atom) {
   takeOffset(name);
-  const std::string plain = plainAtom(simplified(name));
-  return !plain.empty() && plain == atom;
+  return plainAtom(simplified(name)) == atom;
 }
 
 /// Adds the column of each atom: the one under its own name, or the only one.
@@ -268,13 +265,11 @@ std::vector<Order> ordersOf(std::size_t width) {
 
 /// Returns the one order of which all columns are certain; nullptr where there are two or none.
 const Order* onlyOrder(const std::vector<Order>& orders) {
-  const Order* only = nullptr;
-  for (const Order& order : orders) {
-    if (std::count(order.isCertain.begin(), order.isCertain.end(), false) > 0) continue;
-    if (only != nullptr) return nullptr;
-    only = &order;
-  }
-  return only;
+  const auto isClear = [](const Order& order) {
+    return std::find(order.isCertain.begin(), order.isCertain.end(), false) == order.isCertain.end();
+  };
+  const auto only = std::find_if(orders.begin(), orders.end(), isClear);
+  return std::count_if(orders.begin(), orders.end(), isClear) == 1 ? &*only : nullptr;
 }
 
 /// Returns the table in a text without column names; nothing where a row has other cells, or where there are
@@ -366,11 +361,9 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
   std::vector<std::string> open;
   for (const std::string& name : names) open.push_back(simplified(name));
   for (const Heading& heading : kHeadings) columns.*heading.column = take(heading.names, open);
-  while (columns.residues.size() < kMostResidueColumns) {
-    const std::size_t residue = take(kResidueNames, open);
-    if (residue == kNoColumn) break;
-    columns.residues.push_back(residue);
-  }
+  for (std::size_t i = 0; i < kMostResidueColumns; ++i)
+    if (const std::size_t residue = take(kResidueNames, open); residue != kNoColumn)
+      columns.residues.push_back(residue);
   // A spreadsheet may count its rows to the left of all named columns.
   if (columns.counter == kNoColumn && !names.empty() && names.front().empty()) columns.counter = 0;
   addAtomColumns(names, open, columns);

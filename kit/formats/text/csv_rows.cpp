@@ -134,14 +134,6 @@ bool isMarkAName(std::string_view header, std::string_view rows) {
   return isBlank(core[1]) && names && !below.empty() && names->size() == below.front().size();
 }
 
-/// Tells whether the rows begin with a count from 0 that the names lack.
-bool areCounted(const std::vector<std::vector<std::string>>& rows, std::size_t names) {
-  if (rows.size() < 2) return false;
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    if (rows[i].size() != names + 1 || rows[i].front() != std::to_string(i)) return false;
-  return true;
-}
-
 }  // namespace
 
 std::string withQuotedLinesJoined(std::string text) {
@@ -197,7 +189,10 @@ std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view rows
   if (layout.names.empty() || isComment) return std::nullopt;
   if (layout.separator == Separator::blank)
     layout.places = placedCells(plain, layout.separator).value_or(std::vector<PlacedCell>());
-  if (areCounted(below, layout.names.size())) layout.names.insert(layout.names.begin(), "");
+  const auto isCounted = [&, width = layout.names.size() + 1](std::size_t i) {
+    return below[i].size() == width && below[i].front() == std::to_string(i);
+  };
+  if (below.size() == 2 && isCounted(0) && isCounted(1)) layout.names.insert(layout.names.begin(), "");
   return layout;
 }
 

@@ -225,6 +225,14 @@ class CsvTest(ImportTest):
                 # A letter after some numbers is an insertion code, beside names of their own or within labels.
                 ("Res,CA,CB\nS52,58,63\nP52A,63,32\nG53,45,\n", 52, "SPG", "Residue 2 here is residue 52A there"),
                 ("resid,aa,CA,CB\n81,S,58,63\n82,P,63,32\n82A,L,55,42\n", 81, "SPL", "Residue 3 here is residue 82A there"),
+                # G-2 is residue -2 where the numbers ascend then.
+                ("Res,CA,CB\nG-2,45.1,\nS-1,58.3,63.8\nH0,55.9,30.2\nM1,55.4,33.0\nP2,63.1,32.0\nL3,55.0,42.1\n", -2,
+                 "GSHMPL", "\n   1 G   CA    45.100\n   2 S   CA    58.300\n", "\n   6 L   CA    55.000\n"),
+                # Letters after all numbers name the residues.
+                ("Sequence,CA,CB\n81S,58.4,63.9\n82P,63.0,34.2\n", 81, "SP",
+                 "\n   1 S   CA    58.400\n   1 S   CB    63.900\n   2 P   CA    63.000\n   2 P   CB    34.200\n"),
+                ("num  aa  name  ppm\n 1    A   CA   52.5\n 2    P   CA   63.1\n", 1, "AP",
+                 "\n   1 A   CA    52.500\n   2 P   CA    63.100\n"),
                 # Cells left away.
                 ("Res,N,HN,CA,CB\nS81,116.2,8.2,58.4,63.9\nP82,63.0,34.2\nG83,109.1,8.4,45.3,\n", 81, "S?G",
                  "note: standard input: line 3 ignored: 3 cells for 5 columns\n"),
@@ -337,7 +345,8 @@ class CsvTest(ImportTest):
 
     def test_assignments(self):
         expected = ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CG 24.600"]
-        for data in (b"S81 CA 58.4\nS81 CB 63.9\nP82 CA 63.0\nP82 CG 24.6\n",
+        for data in ("Assignment,Shift\nS81CA,58.4\nS81CB,63.9\nP82CA,63.0\nP82Cγ,24.6\n".encode(),
+                     b"S81 CA 58.4\nS81 CB 63.9\nP82 CA 63.0\nP82 CG 24.6\n",
                      b"S81CA\t58.4\nS81CB\t63.9\nP82CA\t63.0\nP82CG\t24.6\n",
                      b"CA,58.4,SER,81\nCB,63.9,SER,81\nCA,63.0,PRO,82\nCG,24.6,PRO,82\n"):
             self.assertEqual(self.run_kit("-", data=data)[1], table(

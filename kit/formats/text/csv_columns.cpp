@@ -186,7 +186,7 @@ void becomeLong(std::vector<std::string>& open, CsvColumns& columns) {
 
 // --- Columns by their cells ----------------------------------------------------------------------
 
-/// How a cell fits a kind of column. All cells of a column fit, and at least one is certain.
+/// The fit of a cell to a kind of column. All cells of a column fit, and at least one is certain.
 enum class Fit { none, possible, certain };
 
 Fit certainIf(bool fits) {

@@ -70,7 +70,7 @@ struct CsvTable {
 /// Without such a line, the columns must be clear from their cells: residue number, residue name, atom and
 /// shift; or residue ("G12"), atom and shift; or assignment ("G12CA") and shift; in any order, and no other
 /// column. Several numbers after a residue are never clear: nothing shows which atoms they belong to.
-/// FileError where there is no table. Notes say what was passed over or concluded.
+/// FileError where there is no table. Notes name the lines above it, or the columns found.
 CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes);
 
 }  // namespace zorvela

@@ -1,5 +1,5 @@
 // Which cysteines become c: by bond, by residue, by the words for the chain, by CB.
-#include "protein/states_by_shift.h"
+#include "protein/disulfides.h"
 
 #include <gtest/gtest.h>
 

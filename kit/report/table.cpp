@@ -243,7 +243,8 @@ void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& o
 void writeErrors(const RunReport& report, std::ostream& out) {
   if (countErrors(report) == 0) return;
   out << "\nNot predicted\n";
-  forEachError(report, [&](const FileReport& file) { out << "   " << shown(file.error) << '\n'; });
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) out << "   " << shown(file.error) << '\n';
 }
 
 std::size_t countProteins(const RunReport& report) {

@@ -1,5 +1,5 @@
 // Medians around points, then counts over all chains.
-#include "train/study/referencing_study.h"
+#include "train/study/studies.h"
 
 #include <algorithm>
 #include <cmath>
@@ -209,7 +209,7 @@ std::vector<std::vector<ShiftRelation>> relationsOfOtherHalf(const LabelledProli
   return ofCluster;
 }
 
-/// What the methods find in all chains after offsets were added.
+/// Finds the offsets of all chains by each method, after offsets were added.
 std::vector<Found> findOffsets(const LabelledProlines& data,
                                const std::vector<std::vector<ShiftRelation>>& relations, double carbon,
                                double proton) {

@@ -48,21 +48,15 @@ bool isGzipped(std::string_view bytes) {
 }
 
 FileError inputError(InputFault fault, const std::string& file) {
-  const char* const kFetchAgain = "fetch it again";
-  switch (fault) {
-    case InputFault::damagedGzip:
-      return {file, 0, "the gzip file is damaged", kFetchAgain};
-    case InputFault::cutGzip:
-      return {file, 0, "the gzip file ends too early", kFetchAgain};
-    case InputFault::tooLarge:
-      return {file, 0, "is larger than " + std::to_string(kLargestInput >> 20) + " MiB",
-              "give the part that is needed"};
-    case InputFault::noMemory:
-      return {file, 0, "does not fit into memory", "give a smaller file"};
-    case InputFault::unreadable:
-      break;
-  }
-  return {file, 0, "cannot be read", "check the name and the permissions"};
+  const std::pair<std::string, const char*> kTexts[] = {
+      {"cannot be read", "check the name and the permissions"},
+      {"the gzip file is damaged", "fetch it again"},
+      {"the gzip file ends too early", "fetch it again"},
+      {"is larger than " + std::to_string(kLargestInput >> 20) + " MiB", "give the part that is needed"},
+      {"does not fit into memory", "give a smaller file"},
+  };
+  const auto& [what, remedy] = kTexts[static_cast<std::size_t>(fault)];
+  return {file, 0, what, remedy};
 }
 
 }  // namespace zorvela

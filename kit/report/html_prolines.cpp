@@ -142,8 +142,8 @@ std::string cardBody(const ProteinResult& protein, const ProlineResult& proline)
 }
 
 bool isWorthALook(const ProlineResult& proline) {
-  return proline.call != Call::trans || verdictOf(proline) == Verdict::disagree ||
-         verdictOf(proline) == Verdict::mixed || differsFromFlag(proline) || dependsOnCorrection(proline);
+  return proline.call != Call::trans || is(proline, Verdict::disagree) || is(proline, Verdict::mixed) ||
+         differsFromFlag(proline) || dependsOnCorrection(proline);
 }
 
 std::string nameAndCall(const ProlineResult& proline) {

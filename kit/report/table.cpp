@@ -70,7 +70,7 @@ std::string neighbourText(const std::string& name, const std::string& number) {
 }
 
 std::string markOf(const ProlineResult& proline) {
-  if (verdictOf(proline) == Verdict::disagree) return "!";
+  if (is(proline, Verdict::disagree)) return "!";
   if (proline.call == Call::cis) return "*";
   return proline.call == Call::undecided ? "?" : "";
 }
@@ -195,7 +195,7 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
     if (withBoth) cells.push_back(orAbsent(proline.pCisNormAsReferenced));
     cells.push_back(callText(proline));
     cells.front() = markOf(proline);
-    rows.push_back({cells, proline.call == Call::cis || verdictOf(proline) == Verdict::disagree});
+    rows.push_back({cells, proline.call == Call::cis || is(proline, Verdict::disagree)});
     if (const auto& finding = proline.structure) {
       rows.back().cells =
           joined(cells, structureCells(*finding, report.structures.size() > 1, toText(finding->verdict)));

@@ -4,7 +4,6 @@ import io
 import os
 import pathlib
 import random
-import unittest
 
 import pandas
 import zorvela
@@ -129,7 +128,3 @@ class BadInput(folder.InFolder):
     def test_parts_cannot_be_made(self):
         with self.assertRaises(TypeError):
             zorvela.Proline()
-
-
-if __name__ == "__main__":
-    unittest.main()

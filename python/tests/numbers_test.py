@@ -9,7 +9,6 @@ import unittest
 
 import pandas
 import zorvela
-from tables import mapping_of
 from zorvela_tests import program
 
 COUNT = 30 if os.environ.get("ZORVELA_SANITIZE") else 300

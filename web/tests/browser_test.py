@@ -779,7 +779,3 @@ def requests_in(log, address):
             if initiator + "/" == address or parameters["url"].startswith(address):
                 asked.add(parameters["url"])
     return asked
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -59,7 +59,3 @@ class SameAsTheProgram(unittest.TestCase):
         self.assertGreaterEqual(len(entries), COUNT)
         step = len(entries) / COUNT
         self.compare("json", [entries[int(index * step)] for index in range(COUNT)])
-
-
-if __name__ == "__main__":
-    unittest.main()

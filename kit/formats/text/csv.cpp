@@ -381,9 +381,7 @@ bool isCsv(const Source& source) {
 
 ShiftFile readCsv(const Source& source) {
   refuseForeignText(source.text, source.file);
-  const bool hasQuotes = contains(source.text, "\"");
-  const std::string joined = hasQuotes ? withQuotedLinesJoined(source.text) : std::string();
-  const std::string& text = hasQuotes ? joined : source.text;
+  const std::string text = withQuotedLinesJoined(source.text);
   std::vector<std::string> notes;
   CsvTable table = findTable(text, source.file, notes);
   findPlaces(table.layout);

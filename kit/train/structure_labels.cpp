@@ -30,11 +30,6 @@ bool isIdentical(const StructureFit& fit) {
   return fit.identity >= LabelVotes::kSameSequence;
 }
 
-bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
-  const std::size_t needed = std::min(kFewestAligned, sequenceLength);
-  return alignment.aligned >= needed && alignment.identity() >= leastIdentity;
-}
-
 /// Finds the residue of a proline in the chain, if both its neighbours are beside it.
 const StructureResidue* prolineIn(const StructureChain& chain, const ChainAlignment& alignment,
                                   int position) {
@@ -101,7 +96,8 @@ std::optional<ProlineVotes> LabelVotes::bondsOf(const ProteinStructure& structur
       const std::string& sequence = all[protein].sequence;
       for (ChainRest rest(chain); !rest.isEmpty();) {
         const ChainAlignment alignment = aligner.align(sequence, rest);
-        if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        if (alignment.aligned < std::min(kFewestAligned, sequence.size())) break;
+        if (alignment.identity() < leastIdentity) break;
         if (!bonds) bonds.emplace();
         const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
                                   alignment.aligned};

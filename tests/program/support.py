@@ -211,7 +211,7 @@ class ProgramTest(unittest.TestCase):
     def expect_reference(self, *arguments, environment=None):
         """Compares a run with the one worked out by `reference`; returns the latter."""
         clean = self.environment(environment)
-        expected = reference.predict([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.directory)
+        expected = reference.Run([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.directory)
         written = {} if expected.table_text is None else {os.path.normpath(expected.table_name): expected.table_text}
         self.expect(arguments, expected.stdout, expected.stderr, expected.status, written, environment)
         return expected

@@ -82,7 +82,7 @@ class Files(BadInput):
                 self.expect_reference_or_abort("-in", "in.tab")
 
     def expect_reference_or_abort(self, *arguments):
-        if reference.predict(arguments, self.environment(), self.directory).status is None:
+        if reference.Run(arguments, self.environment(), self.directory).status is None:
             self.assertEqual(self.run_program(*arguments).status, -signal.SIGABRT)
         else:
             self.expect_reference(*arguments)

@@ -83,7 +83,7 @@ std::string chainReport(const ProteinResult& protein, const std::string& name,
 /// A chain with its name and its place in the page.
 struct NamedChain {
   const ProteinResult* protein;
-  std::string name;
+  std::string name;  ///< "b.str, chain A, shift list 2", without the folder that all files share
   std::string id;
 };
 
@@ -95,7 +95,10 @@ std::vector<NamedChain> chainsOf(const RunReport& report) {
   }
   std::vector<NamedChain> chains;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    chains.push_back({&protein, chainName(protein, origin), "chain" + std::to_string(chains.size() + 1)});
+    std::string name = protein.file.substr(origin.folder.size());
+    if (!protein.chain.empty()) name += ", chain " + protein.chain;
+    if (origin.withList && !protein.list.empty()) name += ", shift list " + protein.list;
+    chains.push_back({&protein, name, "chain" + std::to_string(chains.size() + 1)});
   });
   return chains;
 }
@@ -121,7 +124,8 @@ std::string notices(const RunReport& report, const std::vector<NamedChain>& chai
   for (const NamedChain& chain : chains)
     for (const std::string& warning : warningsOf(*chain.protein))
       texts.push_back(chains.size() == 1 ? warning : chain.name + ": " + warning);
-  forEachError(report, [&](const FileReport& file) { texts.push_back(file.error); });
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) texts.push_back(file.error);
   return texts.empty() ? "" : "<div class=\"notices\">" + bulletList(texts) + "</div>\n";
 }
 
@@ -150,16 +154,18 @@ std::string indexTable(const std::vector<NamedChain>& chains) {
 
 // --- One sequence with several sets of shifts -----------------------------------------------------
 
-std::string differenceOf(const std::vector<const ProlineResult*>& prolines) {
+/// Compares the predictions of one proline.
+std::string differenceOf(const std::vector<NamedChain>& chains, std::size_t index) {
   std::set<Call> calls;
-  std::vector<float> values;
-  for (const ProlineResult* proline : prolines) {
-    if (proline->call != Call::none) calls.insert(proline->call);
-    if (proline->pCisNorm) values.push_back(*proline->pCisNorm);
+  std::multiset<float> values;
+  for (const NamedChain& chain : chains) {
+    const ProlineResult& proline = chain.protein->prolines[index];
+    if (!proline.pCisNorm) continue;
+    calls.insert(proline.call);
+    values.insert(*proline.pCisNorm);
   }
   if (values.size() < 2) return "–";
-  const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  const std::string size = fixedText(static_cast<double>(*most - *least), 3);
+  const std::string size = fixedText(static_cast<double>(*values.rbegin() - *values.begin()), 3);
   return calls.size() > 1 ? "<mark>" + size + ", the calls differ</mark>" : size;
 }
 
@@ -182,11 +188,7 @@ std::string sideBySide(const std::vector<NamedChain>& chains) {
       rows.back().push_back(symbol(proline.call) + " " + escaped(headline(proline)));
   }
   rows.push_back({"Difference of P_CIS_NORM"});
-  for (std::size_t i = 0; i + 1 < rows.front().size(); ++i) {
-    std::vector<const ProlineResult*> prolines;
-    for (const NamedChain& chain : chains) prolines.push_back(&chain.protein->prolines[i]);
-    rows.back().push_back(differenceOf(prolines));
-  }
+  for (std::size_t i = 0; i + 1 < rows.front().size(); ++i) rows.back().push_back(differenceOf(chains, i));
   if (chains.size() <= kMostColumns) rows = transposed(rows);
   return htmlTable("Side by side: " + chains.front().name, rows.front(), Cells(rows.front().size(), "f"),
                    {rows.begin() + 1, rows.end()});

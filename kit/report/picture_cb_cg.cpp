@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "report/html_parts.h"
 #include "report/html_pieces.h"
 #include "report/walk.h"
@@ -175,7 +175,7 @@ std::string arrowTo(double x, double y) {
 }
 
 Point pointOf(const ProlineResult& proline, double cb, const std::optional<double>& cg, const Frame& frame) {
-  const bool isMarked = verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
+  const bool isMarked = is(proline, Verdict::agree) || is(proline, Verdict::disagree);
   const double x = frame.cb.at(cb);
   Point point{&proline, cg.has_value()};
   point.title = "P" + proline.number + " (CB " + figureText(cb, 2);
@@ -238,7 +238,7 @@ std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   for (const Point& point : points)
     taken.push_back({point.x - point.half, point.y - point.half, 2 * point.half, 2 * point.half});
   const auto rank = [](const Point& point) {
-    if (verdictOf(*point.proline) == Verdict::disagree) return -1;
+    if (is(*point.proline, Verdict::disagree)) return -1;
     return static_cast<int>(point.proline->call != Call::cis) +
            static_cast<int>(point.proline->call == Call::trans);
   };
@@ -310,7 +310,7 @@ std::string cbCgFigure(const ProteinResult& protein, const ClassStatistics& clas
   std::string marks;
   std::vector<std::string> offAxes;
   for (const Point& point : points) {
-    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y, !point.hasCg) + "\n";
+    marks += markOf(point) + svgVerdict(*point.proline, point.x, point.y, !point.hasCg) + "\n";
     if (!point.arrow.empty()) offAxes.push_back(point.title);
   }
   std::vector<Box> taken;

@@ -100,7 +100,7 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index < first || index >= last) continue;
     const double x = middleOf(index - first);
-    const std::string mark = svgVerdict(verdictOf(proline), x, kSymbolY);
+    const std::string mark = svgVerdict(proline, x, kSymbolY);
     names.push_back({proline.call, "P" + shortened(proline.number, kLongestNumber), !mark.empty(), x, x});
     symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
@@ -113,8 +113,8 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
 }
 
 std::string verdictSuffix(const ProlineResult& proline) {
-  if (verdictOf(proline) == Verdict::agree) return ", structure agrees";
-  return verdictOf(proline) == Verdict::disagree ? ", structure disagrees" : "";
+  if (is(proline, Verdict::agree)) return ", structure agrees";
+  return is(proline, Verdict::disagree) ? ", structure disagrees" : "";
 }
 
 std::string describe(const ProteinResult& protein, std::size_t first, std::size_t last) {

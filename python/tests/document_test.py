@@ -49,7 +49,3 @@ class Document(unittest.TestCase):
             return
         self.assertGreater(tried, 20)
         self.assertEqual(failed, 0, "see above; script/python update writes what is printed")
-
-
-if __name__ == "__main__":
-    unittest.main()

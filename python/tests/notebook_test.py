@@ -47,7 +47,3 @@ class Notebook(folder.InFolder):
         self.assertIn("image/png", kinds)
         self.assertIn("text/html", kinds)
         self.assertNotIn("stderr", kinds)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -84,7 +84,3 @@ class SameNumbers(unittest.TestCase):
                 else:
                     self.assertEqual(float(text) if isinstance(cell, float) else text.removeprefix("'"),
                                      cell if isinstance(cell, float) else str(cell), column)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -175,7 +175,3 @@ class Shown(unittest.TestCase):
     def test_members_cannot_be_set(self):
         with self.assertRaises(AttributeError):
             zorvela.predict(TABLE).prolines[0].call = "cis"
-
-
-if __name__ == "__main__":
-    unittest.main()

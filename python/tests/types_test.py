@@ -73,7 +73,3 @@ class Types(folder.InFolder):
         for words in ("predict(source", "Raises FileError", "probability of cis (0 to 1)", "class Proline"):
             self.assertIn(words, text)
         self.assertNotIn("zorvela._zorvela.", text)
-
-
-if __name__ == "__main__":
-    unittest.main()

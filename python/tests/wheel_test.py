@@ -88,7 +88,3 @@ class Speed(unittest.TestCase):
             stderr=subprocess.DEVNULL, check=False), 4)
         print(f"{len(entries)} tables: {ours:.2f} s here, {theirs:.2f} s by the companion")
         self.assertLess(ours, 1.3 * theirs)
-
-
-if __name__ == "__main__":
-    unittest.main()

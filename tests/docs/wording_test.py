@@ -128,7 +128,3 @@ class Wording(unittest.TestCase):
                               ("a.py", '"""It stands here."""\n'), ("a.js", '/** It stands here. */\n"is no number"\n'),
                               ("a.html", '<p class="room">It stands here.</p>\n')):
             self.assertEqual(len(faults(name, comment)), 1, comment)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -49,7 +49,3 @@ class Accessibility(unittest.TestCase):
         self.check(page.driver)
         if not self.axe:
             self.skipTest("axe-core cannot be fetched; only the widths were checked")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -134,7 +134,3 @@ class Types(WithTools):
         members = set(re.findall(r"^ +(\w+)\??:", types[types.index("export interface Result"):], re.MULTILINE))
         self.assertGreater(len(members), 60)
         self.assertEqual([name for name in members if not re.search(rf"\b{name}\b", code.read_text())], [])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -71,7 +71,3 @@ class InstalledPackage(unittest.TestCase):
         result = run("node", "prolines.mjs", "nuclease.str", cwd=self.folder)
         self.assertEqual((result.stdout, result.stderr), (printed, ""))
         self.assertTrue((self.folder / "report.html").read_text().startswith("<!DOCTYPE html>"))
-
-
-if __name__ == "__main__":
-    unittest.main()

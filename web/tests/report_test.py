@@ -149,7 +149,3 @@ class Paper(Case):
     def test_folds_are_open(self):
         text = self.check(2, 18 * 3 + 1, *self.samples()["twenty"])
         self.assertEqual(text.count("76 residues,"), 19)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -6,48 +6,45 @@ MiB, and an error in one line that names the file where it is beyond what a real
 import unittest
 
 from zorvela_tests import hostile, program
-from zorvela_tests.hostile import BARE_ROWS, ROWS, copies, entity, lists
+from zorvela_tests.hostile import ALL_LISTS, BARE_ROWS, ROWS, attack, copies, entity, lists
 
-ALL_LISTS = ("run", "--list", "all")
 TOO_MANY_RESIDUES = "describes more than 100000 residues"
 TOO_MANY_MADE = "makes more than 100000 residues in all tables together"
 TOO_LARGE = "is too large for the shift table of a protein"
 NO_SHIFTS = "holds no backbone shifts of a protein"
-
-def refused():
-    """Texts, the message, and the ending of the name; made one at a time, as they are large."""
-    yield hostile.lists_times_copies_times_residues(1000), TOO_MANY_RESIDUES, "str"
-    yield hostile.lists_times_copies(1000), "has more than 10000 chains times shift lists", "str"
-    yield hostile.bonds_times_copies(1000), "has more than 100000 ends of disulfide bonds in all copies", "str"
-    yield hostile.many_entities(5000000), "describes more than 1000 molecules", "str"
-    yield entity("P" * 5000000) + BARE_ROWS + "2 PRO CA 63\n", "has a sequence of more than 40000 residues", "str"
-    yield hostile.star3_residues(200000), TOO_MANY_RESIDUES, "str"
-    yield hostile.star2_residues(200000), TOO_MANY_RESIDUES, "str"
-    yield hostile.nef_residues(200000), TOO_MANY_RESIDUES, "nef"
-    yield hostile.long_sequence_of_a_table(5000000), TOO_LARGE, "tab"
-    yield hostile.columns_of_a_table(2000000), TOO_LARGE, "tab"
-    yield hostile.rows_of_a_table(2000000), TOO_LARGE, "tab"
-    yield hostile.quotes_of_star(2000000), NO_SHIFTS, "str"
-    yield hostile.gaps_of_many_chains(900), TOO_MANY_MADE, "str"
-    yield hostile.words_of_frames(5000000), NO_SHIFTS, "str"
-    yield hostile.frame_words_as_shifts(5000000), "has more than 300000 shift rows", "str"
-    yield hostile.many_frames(200000), "has more than 100000 save frames", "str"
-    yield hostile.many_entries(2000), "holds more than 1000 entries", "str"
+REFUSED = (  # attacks at a size, and the message
+    ("lists x copies x residues", 1000, TOO_MANY_RESIDUES),
+    ("lists x copies", 1000, "has more than 10000 chains times shift lists"),
+    ("bond rows x copies", 1000, "has more than 100000 ends of disulfide bonds in all copies"),
+    ("molecules", 5000000, "describes more than 1000 molecules"),
+    ("letters, NMR-STAR 3", 5000000, "has a sequence of more than 40000 residues"),
+    ("residues, NMR-STAR 3", 200000, TOO_MANY_RESIDUES),
+    ("residues, NMR-STAR 2.1", 200000, TOO_MANY_RESIDUES),
+    ("residues, NEF", 200000, TOO_MANY_RESIDUES),
+    ("letters, shift table", 5000000, TOO_LARGE),
+    ("columns, shift table", 2000000, TOO_LARGE),
+    ("rows, shift table", 2000000, TOO_LARGE),
+    ("quoted words", 2000000, NO_SHIFTS),
+    ("gaps x chains", 900, TOO_MANY_MADE),
+    ("$words", 5000000, NO_SHIFTS),
+    ("$words for shifts", 5000000, "has more than 300000 shift rows"),
+    ("save frames", 200000, "has more than 100000 save frames"),
+    ("entries in a file", 2000, "holds more than 1000 entries"))
 
 
 def done():
     """Texts as large as a file may be, the command, and the status (None: either)."""
-    yield entity("GP" * 50) + copies(100) + lists(100, "2 PRO CA 63\n"), ("import", "--list", "all"), 1  # no chain is certain
+    yield entity("GP" * 50) + copies(100) + lists(100), ("import", "--list", "all"), 1  # no chain is certain
     yield entity("GP" * 12) + copies(400) + ROWS + hostile.lines(400, "%d 2 PRO CA 63\n"), ("run",), 0
     yield entity("GP" * 50) + lists(100, "".join("%d PRO CA 63\n" % i for i in range(2, 100, 2))), ALL_LISTS, 0
     for report in (("--format", "json"), ("--format", "html"), ("--format", "csv"), ("--explain",)):
-        yield hostile.all_lists(70), (*ALL_LISTS, *report), 0
-    yield entity("GP" * 20000) + BARE_ROWS + "2 PRO CA 63\n", ("run", "--format", "json"), 0
+        yield attack("all lists").make(70), (*ALL_LISTS, *report), 0
+    yield entity("GP" * 20000) + hostile.ONE_SHIFT, ("run", "--format", "json"), 0
     # Just below the limit of rows: each kept, each with a reason.
     yield "data_x " + BARE_ROWS + "".join("%d PRO CA 63\n" % (i % 39000) for i in range(290000)), ("import",), 0
     yield entity("GP" * 19000) + BARE_ROWS + "".join("%d ALA CA 63\n" % (i % 38000) for i in range(290000)), ("import",), 1
-    yield hostile.offsets_of_many_chains(400), ("import",), None
-    yield hostile.cells_of_a_table(1000), ("import",), None
+    yield attack("offsets of chains").make(400), ("import",), None
+    yield attack("cells, shift table").make(1000), ("import",), None
 
 
 class Bounds(unittest.TestCase):
@@ -69,10 +66,10 @@ class Bounds(unittest.TestCase):
         self.assertEqual(taken.message.count("\n"), 1, taken.figures())
 
     def test_too_much_for_any_file(self):
-        for i, (text, what, ending) in enumerate(refused()):
-            with self.subTest(what, number=i):
-                self.check_refused(text, what, "import", name="hostile." + ending)
-        self.check_refused(entity("GP" * 1000) + lists(900, "2 PRO CA 63\n"), TOO_MANY_MADE, *ALL_LISTS, name="hostile.str")
+        for title, size, what in REFUSED:
+            with self.subTest(title):
+                self.check_refused(attack(title).make(size), what, "import", name=attack(title).name)
+        self.check_refused(entity("GP" * 1000) + lists(900), TOO_MANY_MADE, *ALL_LISTS, name="a.str")
 
     def test_much_within_the_limits(self):
         for i, (text, command, status) in enumerate(done()):
@@ -81,7 +78,7 @@ class Bounds(unittest.TestCase):
                 self.assertIn(taken.status, (0, 1) if status is None else (status,), taken.figures())
 
     def test_a_long_name_times_copies(self):
-        taken = self.run_bounded(hostile.long_name_times_copies(1000), "import")
+        taken = self.run_bounded(attack("long name x copies").make(1000), "import")
         self.assertEqual(taken.status, 0, taken.figures())
         self.assertIn("names of more than 200 characters are cut", taken.message)
 
@@ -89,8 +86,8 @@ class Bounds(unittest.TestCase):
         """They are shift tables with the limits of any other; a search for each residue over all rows took a minute."""
         labels = "entry,resid,label_structure,cluster\n" + "".join(
             "a,%d,%s,1\n" % (3 + 4 * i, ("cis", "trans")[i % 2]) for i in range(2500))
-        for table, status, what in ((hostile.long_sequence_of_a_table(2000000), 1, "a.tab: " + TOO_LARGE),
-                                    (hostile.rows_of_a_table(2000000), 1, "a.tab: " + TOO_LARGE),
+        for table, status, what in ((attack("letters, shift table").make(2000000), 1, "a.tab: " + TOO_LARGE),
+                                    (attack("rows, shift table").make(2000000), 1, "a.tab: " + TOO_LARGE),
                                     (program.full_table("AKPA" * 2500), 0, "")):
             taken = self.check(hostile.measured(
                 {"e/a.tab": table, "l.csv": labels},
@@ -100,7 +97,7 @@ class Bounds(unittest.TestCase):
 
     def test_alignments(self):
         """Every chain of a structure against every chain of the shifts."""
-        shifts = entity("GP" * 5000) + BARE_ROWS + "2 PRO CA 63\n"
+        shifts = entity("GP" * 5000) + hostile.ONE_SHIFT
         for residues, chains in ((10000, 2), (1000, 20)):
             with self.subTest(residues=residues):
                 taken = self.check(hostile.measured({"x.str": shifts, "x.cif": hostile.bare_mmcif(residues, chains)},
@@ -109,10 +106,10 @@ class Bounds(unittest.TestCase):
 
     def test_atoms(self):
         """The least that an mmCIF file may have of an atom, in whatever order; words that no reader needs."""
-        for attack in hostile.ATTACKS:
-            for size in attack.sizes[:2] if attack.title.endswith(", mmCIF") else ():
-                with self.subTest(attack.title, size=size):
-                    self.check(attack.taken(size))
+        for one in hostile.ATTACKS:
+            for size in one.sizes[:2] if one.title.endswith(", mmCIF") else ():
+                with self.subTest(one.title, size=size):
+                    self.check(one.taken(size))
         bare = hostile.prolines_of_mmcif(100000)
         taken = self.check(hostile.measured({"x.csv": hostile.csv_file(10), "x.cif": bare},
                                             ["run", "x.csv", "--structure", "x.cif"]))
@@ -131,13 +128,13 @@ class Bounds(unittest.TestCase):
                    "blocks of copies": "describes more than 1000000 residues in all entries together",
                    "long name of an entity": TOO_MANY_RESIDUES,
                    "prolines with shifts": "makes more than 1647 prolines that can be predicted, too many for its size"}
-        for attack in hostile.PRODUCTS:
-            for size in attack.sizes:
-                with self.subTest(attack.title, size=size):
-                    taken = self.check(attack.taken(size))
-                    if size == attack.sizes[-1]:
-                        self.assertEqual(taken.status, attack.title in refused, taken.figures())
-                        self.assertIn(refused.get(attack.title, ""), taken.message[-300:])
+        for one in hostile.PRODUCTS:
+            for size in one.sizes:
+                with self.subTest(one.title, size=size):
+                    taken = self.check(one.taken(size))
+                    if size == one.sizes[-1]:
+                        self.assertEqual(taken.status, one.title in refused, taken.figures())
+                        self.assertIn(refused.get(one.title, ""), taken.message[-300:])
 
     def test_text_without_shifts(self):
         plain = "resid,resname,atom,shift\n"

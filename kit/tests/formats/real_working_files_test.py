@@ -55,7 +55,3 @@ class RealWorkingFiles(unittest.TestCase):
 
     def test_nef_with_prolines_under_the_next_residue(self):
         self.compare(lambda protein: {".nef": layouts.nef(protein)}, [])
-
-
-if __name__ == "__main__":
-    unittest.main()

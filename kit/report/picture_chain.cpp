@@ -112,11 +112,6 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
   return labels + symbols + "\n";
 }
 
-std::string verdictSuffix(const ProlineResult& proline) {
-  if (is(proline, Verdict::agree)) return ", structure agrees";
-  return is(proline, Verdict::disagree) ? ", structure disagrees" : "";
-}
-
 std::string describe(const ProteinResult& protein, std::size_t first, std::size_t last) {
   std::string text = "Residues " + protein.numbers[first] + " to " + protein.numbers[last - 1] + ":";
   std::string calls;
@@ -124,7 +119,9 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index >= first && index < last)
       calls += (calls.empty() ? " " : ", ") + ("P" + proline.number) + " " + toText(proline.call) +
-               verdictSuffix(proline);
+               (is(proline, Verdict::agree)      ? ", structure agrees"
+                : is(proline, Verdict::disagree) ? ", structure disagrees"
+                                                 : "");
   }
   return text + (calls.empty() ? " no proline" : calls);
 }

@@ -105,10 +105,9 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
   std::string labels;
-  for (const Name& name : placed(names)) {
+  for (const Name& name : placed(names))
     labels += svgText(name.x, kNameY, name.text, name.call == Call::cis ? "m b" : "m") +
               svgLine(name.x, kNameY + 3, name.anchor, kSymbolY - (name.isMarked ? kVerdictSize : 7), "l");
-  }
   return labels + symbols + "\n";
 }
 

@@ -14,7 +14,18 @@ FileError unreadable(const std::string& file) {
   return {file, 0, "cannot be read: " + cause, "check the name and the permissions"};
 }
 
-std::string readAll(std::FILE* stream, std::size_t most, const std::string& file) {
+}  // namespace
+
+std::string fileBytes(const std::string& path, std::size_t most) {
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown))
+    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) throw unreadable(path);
+  return streamBytes(file.get(), path, most);
+}
+
+std::string streamBytes(std::FILE* stream, const std::string& file, std::size_t most) {
   constexpr std::size_t kChunk = std::size_t{1} << 16;
   std::string bytes;
   char chunk[kChunk];
@@ -26,21 +37,6 @@ std::string readAll(std::FILE* stream, std::size_t most, const std::string& file
   if (std::ferror(stream) != 0) throw unreadable(file);
   if (bytes.size() > kLargestInput) throw inputError(InputFault::tooLarge, file);
   return bytes;
-}
-
-}  // namespace
-
-std::string fileBytes(const std::string& path, std::size_t most) {
-  std::error_code unknown;
-  if (std::filesystem::is_directory(path, unknown))
-    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (!file) throw unreadable(path);
-  return readAll(file.get(), most, path);
-}
-
-std::string streamBytes(std::FILE* stream, const std::string& file) {
-  return readAll(stream, kLargestInput, file);
 }
 
 bool isGzipped(std::string_view bytes) {

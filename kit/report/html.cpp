@@ -124,7 +124,8 @@ std::string notices(const RunReport& report, const std::vector<NamedChain>& chai
   for (const NamedChain& chain : chains)
     for (const std::string& warning : warningsOf(*chain.protein))
       texts.push_back(chains.size() == 1 ? warning : chain.name + ": " + warning);
-  forEachError(report, [&](const FileReport& file) { texts.push_back(file.error); });
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) texts.push_back(file.error);
   return texts.empty() ? "" : "<div class=\"notices\">" + bulletList(texts) + "</div>\n";
 }
 

@@ -214,10 +214,11 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });
   json.close();
   Json errors = Json::array();
-  forEachError(report, [&](const FileReport& file) {
+  for (const FileReport& file : report.files) {
+    if (file.error.empty()) continue;
     errors.push_back({{"file", file.file}, {"message", file.error}});
     if (file.needsSequence) errors.back()["needs_sequence"] = true;
-  });
+  }
   json.add(errors, "errors");
   if (withStructures) {
     json.add(arrayOf(report.structures), "structures");

@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "names/nomenclature.h"
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
 #include "util/number.h"

@@ -42,6 +42,15 @@ def finished(name, lines="", directory="./tab/"):
     return progress(directory) + "Analyzing " + name + ":\n" + LISTING_HEAD + lines + reference.TIME_LINE
 
 
+def answer(number=2, before="A", after="G", pair=("0.500", "0.050"), counts=(6, 5, 5), cg="9999.000"):
+    """The line of a proline in the listing, and its row in the table.
+
+    Glycine has no CB, proline no HN. Where the evidence is even P_CIS is 1/2 and P_CIS_NORM 1 / (1 + 19).
+    """
+    return ("   %s%-3d P%-3d %s%-3d %-6s %-6s\n" % (before, number - 1, number, after, number + 1, *pair),
+            "%2d %s P %s %2d %2d %2d %8s %8s %8s \n" % (number, before, after, *counts, cg, *pair))
+
+
 def table(columns, formats, rows, head=""):
     """A table file's text."""
     return head + "VARS   " + columns + "\nFORMAT " + formats + "\n\n" + "".join(
@@ -57,18 +66,17 @@ def protein(sequence, shifts, first=None, head=""):
     return table(INPUT_COLUMNS, INPUT_FORMATS, shifts, pairs + "\n")
 
 
-def coil_shifts(sequence, changes=None, leave_out=(), first=1):
+def coil_shifts(sequence, changes=None, first=1):
     """A shift for each atom of each residue: its random-coil value plus what `changes` says for (number, atom).
 
-    Proline has no HN, glycine has no CB and has HA2 and HA3 for HA. `leave_out` names atoms that have no row.
+    Proline has no HN, glycine has no CB and has HA2 and HA3 for HA.
     """
     rows = []
     for number, name in enumerate(sequence, first):
         atoms = {"P": ["N", "HA", "C", "CA", "CB"], "G": ["N", "HA2", "HA3", "C", "CA", "HN"]}.get(name, COIL)
         for atom in atoms:
-            if (number, atom) not in leave_out:
-                coil = COIL["HA" if atom in ("HA2", "HA3") else atom]
-                rows.append((number, name, atom, "%.3f" % (coil + (changes or {}).get((number, atom), 0.0))))
+            coil = COIL["HA" if atom in ("HA2", "HA3") else atom]
+            rows.append((number, name, atom, "%.3f" % (coil + (changes or {}).get((number, atom), 0.0))))
     return rows
 
 
@@ -208,10 +216,16 @@ class ProgramTest(unittest.TestCase):
             self.assertEqual(self.read(name), text)
         return result
 
+    def expect_answers(self, *answers, arguments=("-in", "in.tab"), name="in.tab", stderr="", out="pred.tab",
+                       directory="./tab/"):
+        """Compares a run on this file that gives these answers."""
+        self.expect(arguments, finished(name, "".join(line for line, _ in answers), directory), stderr,
+                    written={out: TABLE_HEAD + "".join(row for _, row in answers)})
+
     def expect_reference(self, *arguments, environment=None):
         """Compares a run with the one worked out by `reference`; returns the latter."""
         clean = self.environment(environment)
-        expected = reference.predict([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.directory)
+        expected = reference.Run([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.directory)
         written = {} if expected.table_text is None else {os.path.normpath(expected.table_name): expected.table_text}
         self.expect(arguments, expected.stdout, expected.stderr, expected.status, written, environment)
         return expected

@@ -282,8 +282,9 @@ const Order* onlyOrder(const std::vector<Order>& orders) {
 std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
   std::size_t pos = 0;
   std::size_t line = 0;
-  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
-  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
+  std::optional<std::string_view> first;
+  do first = nextFilledLine(text, pos, line);
+  while (first && trimmed(*first).front() == '#');
   auto layout = first ? layoutOf(*first, text, 0) : std::nullopt;
   if (!layout || layout->names.size() < 2 || layout->names.size() > 4) return std::nullopt;
   std::vector<Order> orders = ordersOf(layout->names.size());

@@ -35,7 +35,7 @@ struct ListKind {
 
 /// Tells whether words are of these kinds, a letter for each: i whole number; d number; p number with a
 /// point, as programs write a shift, not the number of an atom or a peak; a text that begins with a letter; l
-/// one letter, or "?"; - anything.
+/// one letter, or "?"; n nucleus, such as 13C; - anything.
 bool areOf(std::string_view kinds, const Words& words) {
   const auto isOf = [](char kind, const std::string& word) {
     const bool isNamed = !word.empty() && isLetter(word.front());
@@ -43,6 +43,8 @@ bool areOf(std::string_view kinds, const Words& words) {
     if (kind == 'd') return toDecimal(word).has_value();
     if (kind == 'p') return toDecimal(word) && contains(word, ".");
     if (kind == 'l') return word == "?" || (word.size() == 1 && isNamed);
+    if (kind == 'n')
+      return word.size() > 1 && word.size() <= 3 && isDigit(word.front()) && isLetter(word.back());
     return kind == '-' || isNamed;
   };
   return std::equal(kinds.begin(), kinds.end(), words.begin(), words.end(), isOf);
@@ -58,9 +60,8 @@ bool setResidue(const std::string& number, const std::string& name, Place& place
 
 /// "171", or "A12" of chain A.
 bool setResidue(const std::string& word, Place& place) {
-  const auto letters = std::find_if_not(word.begin(), word.end(), isLetter);
-  place.chain.assign(word.begin(), letters);
-  place.residue.number.assign(letters, word.end());
+  place.chain = leading(word, isLetter);
+  place.residue.number = word.substr(place.chain.size());
   return toInteger(place.residue.number).has_value();
 }
 
@@ -103,11 +104,7 @@ bool takeNmrView(const Words& words, Place& place, FoundRows& rows) {
 // "     R2     CB  13C   30.808  0.009      3", below "Group Atom Nuc Shift SDev Assignments" or without.
 bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
   if (words.size() == 6 && words[0] == "Group" && words[1] == "Atom") return true;
-  if (!areOf("---ddi", words)) return false;
-  const std::string& nucleus = words[2];
-  const bool isNucleus =
-      nucleus.size() > 1 && nucleus.size() <= 3 && isDigit(nucleus.front()) && isLetter(nucleus.back());
-  if (!isNucleus) return false;
+  if (!areOf("--nddi", words)) return false;
   const auto label = readLabel(words[0]);
   // A group is free text; an assigned one has a capital letter or a name, and a number.
   const bool isSmall = label && label->name.size() == 1 && label->name == lower(label->name);
@@ -256,11 +253,11 @@ Tally readLines(std::string_view text, const ListKind& kind, std::size_t most, F
     if (words.empty()) continue;
     const std::size_t before = rows.shifts.size();
     const bool fits = kind.take(words, place, rows);
-    misfits.add(number, fits ? "" : printable(trimmed(*line), 60));
+    const std::string fault = fits ? "" : "\"" + printable(trimmed(*line), 60) + "\"";
+    misfits.add(number, fault);
     if (fits) continue;
     rows.shifts.resize(before);
-    ignored.add("line " + std::to_string(number) + " is not a row of the list, ignored: \"" +
-                printable(trimmed(*line), 40) + "\"");
+    ignored.add("line " + std::to_string(number) + " is not a row of the list, ignored: " + fault);
   }
   return misfits;
 }
@@ -306,7 +303,7 @@ ShiftFile readWordList(const Source& source) {
   constexpr std::size_t kMostMisfits = 10;  // of a hundred
   if (misfits.count * 100 > misfits.all * kMostMisfits)
     throw FileError(source.file, misfits.line,
-                    std::string("is not a row of the ") + kind.name + " list: \"" + misfits.first + "\"",
+                    std::string("is not a row of the ") + kind.name + " list: " + misfits.first,
                     "give the list alone, with all its columns");
   if (kind.take == takeXeasy) removeMinusOne(rows);
   std::vector<std::string> notes;

@@ -11,12 +11,9 @@ from zorvela_tests.tables import full_residue
 
 sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "structure"))
 import made_structure as made  # noqa: E402
+from made_pair import CIS, SEQUENCE, TRANS  # noqa: E402
 
-#           1234567890123456789012345678901234567890
-SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"
 OTHER = "GGSTKKLMNQKPGTVWYAAEDFHIKKLNQ"
-CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
-TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 OPEN = {"CB": 31.78}              # odds of 4.75, a quarter of the 19 for trans
 WITHOUT_CHAINS = ("cyana", "cyana-aco", "amber")
 

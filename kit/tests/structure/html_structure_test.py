@@ -26,11 +26,8 @@ def marks(picture):
 
 
 class Case(made_pair.Case):
-    def kit(self, *arguments, tables=program.MADE_TABLES):
-        return program.kit("run", "--tables", tables, *arguments, cwd=self.folder)
-
-    def page(self, *arguments, tables=program.MADE_TABLES):
-        result = self.kit("--format", "html", *arguments, tables=tables)
+    def page(self, *arguments):
+        result = program.run("--format", "html", *arguments, cwd=self.folder)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.stderr = result.stderr
         html_test.Page.assert_sound(self, result.stdout)

@@ -26,6 +26,13 @@ namespace {
 using Structures = std::vector<std::shared_ptr<const ProteinStructure>>;
 using ShiftTuple = std::tuple<int, std::string, double>;
 
+/// Choices for a shift file.
+struct Request {
+  ImportOptions import;
+  Structures structures;
+  PredictorOptions predict;
+};
+
 /// Reference tables, read once. Any number of threads may share it.
 class Engine {
  public:
@@ -35,13 +42,14 @@ class Engine {
         classes(statisticsOf(tables)),
         predictor(tables) {}
 
-  Results predict(const std::vector<Protein>& proteins, const std::string& file, const Structures& structures,
-                  const PredictorOptions& options) const {
+  Results predict(const std::vector<Protein>& proteins, const std::string& file,
+                  const Request& request) const {
     RunReport report{folder, classes, {{file, {}, ""}}};
-    for (const auto& structure : structures) report.structures.push_back(*structure);
+    for (const auto& structure : request.structures) report.structures.push_back(*structure);
     std::vector<ProteinResult>& results = report.files.front().proteins;
-    for (const Protein& protein : proteins) results.push_back(predictor.with(options).predict(protein));
-    if (!structures.empty()) compareWithStructures(proteins, report.structures, results);
+    const Predictor chosen = predictor.with(request.predict);
+    for (const Protein& protein : proteins) results.push_back(chosen.predict(protein));
+    if (!report.structures.empty()) compareWithStructures(proteins, report.structures, results);
     noteChainsWithoutShifts(report);
     return {std::move(report)};
   }
@@ -53,45 +61,30 @@ class Engine {
   Predictor predictor;
 };
 
-/// Choices for a shift file.
-struct Request {
-  ImportOptions import;
-  Structures structures;
-  PredictorOptions predict;
-};
-
 Results predictFile(const Engine& engine, const std::string& path, const Request& request) {
-  const py::gil_scoped_release free;
-  return engine.predict(readShiftFile(path, request.import), path, request.structures, request.predict);
+  return engine.predict(readShiftFile(path, request.import), path, request);
 }
 
-Results predictBytes(const Engine& engine, const py::bytes& content, const std::string& name,
+Results predictBytes(const Engine& engine, std::string bytes, const std::string& name,
                      const Request& request) {
-  std::string bytes = content;
-  const py::gil_scoped_release free;
-  return engine.predict(readShiftBytes(std::move(bytes), name, request.import), name, request.structures,
-                        request.predict);
+  return engine.predict(readShiftBytes(std::move(bytes), name, request.import), name, request);
 }
 
 Results predictShifts(const Engine& engine, const std::string& sequence, const std::vector<ShiftTuple>& named,
                       int first, const std::string& name, const Request& request) {
-  const py::gil_scoped_release free;
   std::vector<NamedShift> shifts;
   shifts.reserve(named.size());
   for (const auto& [number, atom, ppm] : named) shifts.push_back({number, atom, ppm});
   std::vector<Protein> proteins = {proteinOfShifts(sequence, shifts, first)};
   proteins.front().file = name;
-  return engine.predict(proteins, name, request.structures, request.predict);
+  return engine.predict(proteins, name, request);
 }
 
 std::shared_ptr<const ProteinStructure> structureOfFile(const std::string& path) {
-  const py::gil_scoped_release free;
   return std::make_shared<ProteinStructure>(readStructureFile(path));
 }
 
-std::shared_ptr<const ProteinStructure> structureOfBytes(const py::bytes& content, const std::string& name) {
-  std::string bytes = content;
-  const py::gil_scoped_release free;
+std::shared_ptr<const ProteinStructure> structureOfBytes(std::string bytes, const std::string& name) {
   return std::make_shared<ProteinStructure>(readStructureBytes(std::move(bytes), name));
 }
 
@@ -123,6 +116,7 @@ PYBIND11_MODULE(_zorvela, module) {
   options.disable_function_signatures();
   addResults(module);
 
+  const py::call_guard<py::gil_scoped_release> unlocked;
   py::class_<Request>(module, "Request")
       .def(py::init([](std::vector<std::string> chains, std::vector<std::string> lists,
                        const std::optional<std::pair<py::bytes, std::string>>& sequence,
@@ -134,12 +128,12 @@ PYBIND11_MODULE(_zorvela, module) {
                        {asReferenced, deuterated.value_or(false), !deuterated.value_or(true)}};
       }));
   py::class_<Engine>(module, "Engine")
-      .def(py::init<const std::string&>(), py::call_guard<py::gil_scoped_release>())
-      .def("predict_file", predictFile)
-      .def("predict_bytes", predictBytes)
-      .def("predict_shifts", predictShifts);
-  module.def("structure_of_file", structureOfFile);
-  module.def("structure_of_bytes", structureOfBytes);
+      .def(py::init<const std::string&>(), unlocked)
+      .def("predict_file", predictFile, unlocked)
+      .def("predict_bytes", predictBytes, unlocked)
+      .def("predict_shifts", predictShifts, unlocked);
+  module.def("structure_of_file", structureOfFile, unlocked);
+  module.def("structure_of_bytes", structureOfBytes, unlocked);
   module.def("csv_columns", csvColumns);
   module.attr("version") = version();
 }

@@ -6,12 +6,11 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
-#include "cli/prediction_options.h"
 #include "cli/reference_tables.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
 #include "restrain/nef_flags.h"
@@ -57,13 +56,12 @@ PredictedProteins predict(const AnnotateSettings& settings, const std::string& t
 }
 
 void annotate(const AnnotateSettings& settings) {
-  std::vector<std::string> files = settings.shifts;
-  files.push_back(settings.file);
-  InputFiles inputs(files);
-  inputs.addFolder(findTables(settings.tables));
-  inputs.mustNotHold(settings.output);
+  InputFiles inputs;
+  inputs.add({settings.file, findTables(settings.tables)});
+  inputs.add(settings.shifts);
+  inputs.mustNotHold({settings.output});
   const std::string name = inputName(settings.file);
-  const std::string bytes = settings.file == "-" ? streamBytes(stdin, name) : fileBytes(settings.file);
+  const std::string bytes = inputBytes(settings.file);
   const std::string text = unpacked(bytes, name);
   const PredictedProteins predicted = predict(settings, text, name);
   const auto [annotation, notes] = flaggedNef(text, name, predicted, settings.rules);
@@ -76,9 +74,10 @@ void annotate(const AnnotateSettings& settings) {
 
 }  // namespace
 
-void addAnnotate(CommandLine& line) {
+void addAnnotate(Command& program) {
   const auto settings = std::make_shared<AnnotateSettings>();
-  Command command = line.addCommand("annotate", "Write the calls into the column cis_peptide of a NEF file");
+  Command command =
+      program.addCommand("annotate", "Write the calls into the column cis_peptide of a NEF file");
   command.add("FILE", settings->file, "", "NEF file, also gzipped; - is standard input").required();
   command
       .add("--output", settings->output, "FILE",

@@ -1,12 +1,17 @@
 #include "cli/command_line.h"
 
 #include <algorithm>
+#include <iostream>
+#include <memory>
 #include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
+#include "cli/messages.h"
+#include "cli/whole_file.h"
 #include "util/text.h"
+#include "zorvela/version.h"
 
 namespace zorvela {
 
@@ -15,12 +20,6 @@ namespace zorvela {
 ValueKind ValueKind::orZero() const {
   ValueKind kind = *this;
   kind.allowsZero = true;
-  return kind;
-}
-
-ValueKind ValueKind::notEmpty() const {
-  ValueKind kind = *this;
-  kind.allowsEmpty = false;
   return kind;
 }
 
@@ -36,12 +35,10 @@ std::string ValueKind::range() const {
 
 /// Tells what is wrong with a value; "" for a good one.
 std::string ValueKind::findingOn(const std::string& value) const {
+  if (value.empty()) return "is empty; give a name";
   const std::string allowed = range();
-  if (!allowsEmpty && value.empty()) return "is empty; give a name";
-  if (allowed.empty()) return "";
-  if (!words.empty())
-    return std::find(words.begin(), words.end(), value) != words.end() ? ""
-                                                                       : shown(value) + " not in " + allowed;
+  if (allowed.empty() || std::find(words.begin(), words.end(), value) != words.end()) return "";
+  if (!words.empty()) return shown(value) + " not in " + allowed;
   double number = 0;
   const bool isNumber = CLI::detail::lexical_cast(value, number);
   if (isNumber && ((allowsZero && number == 0) || (number >= low && number <= high))) return "";
@@ -150,9 +147,8 @@ class HelpFormatter : public CLI::Formatter {
 
 void Option::takes(const ValueKind& kind) const {
   option->type_name(kind.name);
-  if (!kind.range().empty() || !kind.allowsEmpty)
-    option->check(
-        CLI::Validator([kind](const std::string& value) { return kind.findingOn(value); }, kind.range()));
+  option->check(
+      CLI::Validator([kind](const std::string& value) { return kind.findingOn(value); }, kind.range()));
 }
 
 Option Option::required() const {
@@ -190,16 +186,13 @@ Option Option::showsDefault(const std::string& value) const {
 
 // --- Sub-commands -------------------------------------------------------------------------------
 
+Command Command::addCommand(const std::string& name, const std::string& description) {
+  return Command(app->add_subcommand(name, description));
+}
+
 Option Command::add(const std::string& names, Setting setting, const ValueKind& kind,
                     const std::string& text) {
   Option option(std::visit([&](auto value) { return app->add_option(names, value.get(), text); }, setting));
-  option.takes(kind);
-  return option;
-}
-
-Option Command::add(const std::string& names, const std::function<void(const std::string&)>& setting,
-                    const ValueKind& kind, const std::string& text) {
-  Option option(app->add_option_function<std::string>(names, setting, text));
   option.takes(kind);
   return option;
 }
@@ -213,23 +206,12 @@ void Command::ends(const std::string& remarks, const std::vector<std::string>& e
               CLI::detail::join(examples, "\n  "));
 }
 
-void Command::needsEither(Option one, Option other, const std::function<void()>& without) {
-  check = [one, other, without] {
-    if (!one.option->empty() || !other.option->empty()) return;
-    without();
-    throw CLI::RequiredError(one.option->get_name() + " or " + other.option->get_name());
-  };
-}
-
 void Command::runs(std::function<void()> action) {
-  app->callback([check = check, action = std::move(action)] {
-    check();
-    action();
-  });
+  app->callback(std::move(action));
 }
 
-void addOutput(Command& command, std::string& path) {
-  command.add("--output", path, "FILE", "Write to this file").showsDefault("standard output");
+void failRequired(const std::string& what) {
+  throw CLI::RequiredError(what);
 }
 
 // --- The command line ---------------------------------------------------------------------------
@@ -244,32 +226,11 @@ std::string argumentError(const CLI::App* app, const CLI::Error& error) {
   return program + ": " + shown(error.what()) + "; see " + help + " --help\n";
 }
 
-}  // namespace
-
-CommandLine::CommandLine(const std::string& description, const std::string& program,
-                         const std::string& version)
-    : app(std::make_unique<CLI::App>(description, program)) {
-  app->formatter(std::make_shared<HelpFormatter>());
-  app->set_help_flag("-h,--help", "Show this help");
-  app->set_version_flag("--version", program + " " + version, "Show the version");
-  app->failure_message(argumentError);
-  app->require_subcommand(0, 1);  // a name that is not one is named in the error
-  // A path may begin with a slash on Windows too.
-  app->allow_windows_style_options(false);
-  app->footer("Help on a sub-command: " + program + " SUB-COMMAND --help\nManual: man " + program);
-  // As --version is: what it throws is written to standard output. No user needs to see it.
-  app->add_flag_callback("--list-options", [this] { throw CLI::CallForVersion(optionList(), 0); })->group("");
-}
-
-CommandLine::~CommandLine() = default;
-
-Command CommandLine::addCommand(const std::string& name, const std::string& description) {
-  return Command(app->add_subcommand(name, description));
-}
-
-std::string CommandLine::optionList() const {
+/// Returns the options of all sub-commands, one a line, for the man page and the documents: sub-command,
+/// names, name of the value, default, heading, text, apart by tabs.
+std::string optionList(const CLI::App& program) {
   std::string lines;
-  for (const CLI::App* command : app->get_subcommands({}))
+  for (const CLI::App* command : program.get_subcommands({}))
     for (const CLI::Option* option : command->get_options()) {
       if (!option->nonpositional() || option == command->get_help_ptr()) continue;
       const std::vector<std::string> cells = {command->get_name(),     option->get_name(false, true),
@@ -280,13 +241,33 @@ std::string CommandLine::optionList() const {
   return lines;
 }
 
-int CommandLine::run(int argc, char** argv, std::ostream& out, std::ostream& err) {
+}  // namespace
+
+int runCommandLine(int argc, char** argv, const std::vector<void (*)(Command&)>& commands) {
+  const std::string name = kProgramName;
+  CLI::App app("Predict cis and trans prolines from chemical shifts", name);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.set_help_flag("-h,--help", "Show this help");
+  app.set_version_flag("--version", name + " " + version(), "Show the version");
+  app.failure_message(argumentError);
+  app.require_subcommand(0, 1);  // a name that is not one is named in the error
+  // A path may begin with a slash on Windows too.
+  app.allow_windows_style_options(false);
+  app.footer("Help on a sub-command: " + name + " SUB-COMMAND --help\nManual: man " + name);
+  // As --version is: what it throws is written to standard output. No user needs to see it.
+  app.add_flag_callback("--list-options", [&app] { throw CLI::CallForVersion(optionList(app), 0); })
+      ->group("");
+  Command program(&app);
+  for (const auto add : commands) add(program);
   try {
-    app->parse(argc, argv);
-    if (app->get_subcommands().empty()) throw CLI::RequiredError("A sub-command");
+    app.parse(argc, argv);
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A sub-command");
     return 0;
   } catch (const CLI::ParseError& error) {
-    return app->exit(error, out, err);
+    std::ostringstream out;
+    const int status = app.exit(error, out, std::cerr);
+    if (!out.str().empty()) writeWhole("-", out.str());
+    return status;
   }
 }
 

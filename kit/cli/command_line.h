@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
-#include <memory>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <variant>
@@ -19,7 +17,8 @@ class Option;
 
 namespace zorvela {
 
-/// The value of an option or argument: its name in a help text and the values that it may have.
+/// The value of an option or argument: its name in a help text and the values that it may have. It is never
+/// empty, for an empty text names nothing.
 class ValueKind {
  public:
   /// A name, a path: any text.
@@ -31,8 +30,6 @@ class ValueKind {
 
   /// Allows 0 too, where it turns a choice off.
   ValueKind orZero() const;
-  /// Refuses the empty text, which names nothing.
-  ValueKind notEmpty() const;
 
  private:
   friend class Option;
@@ -44,7 +41,6 @@ class ValueKind {
   double low = -std::numeric_limits<double>::infinity();
   double high = std::numeric_limits<double>::infinity();
   bool allowsZero = false;
-  bool allowsEmpty = true;
 };
 
 /// An option that was added to a sub-command.
@@ -70,7 +66,7 @@ class Option {
   CLI::Option* option;
 };
 
-/// A sub-command. The settings that options write to live until the command has run.
+/// The program or a sub-command. The settings that options write to live until the command has run.
 class Command {
  public:
   /// Where the value of an option goes.
@@ -81,15 +77,11 @@ class Command {
 
   explicit Command(CLI::App* added) : app(added) {}
 
+  Command addCommand(const std::string& name, const std::string& description);
   /// Adds an option by its names ("-o,--output"), or an argument (without a dash).
   Option add(const std::string& names, Setting setting, const ValueKind& kind, const std::string& text);
-  /// Adds an option whose value a function receives, for a setting that is not a text or number.
-  Option add(const std::string& names, const std::function<void(const std::string&)>& setting,
-             const ValueKind& kind, const std::string& text);
   /// Adds an option without a value.
   Option addFlag(const std::string& names, bool& setting, const std::string& text);
-  /// Refuses a command line with neither of the two, after `without`, which may have a better reason.
-  void needsEither(Option one, Option other, const std::function<void()>& without);
   /// Sets the end of the help text: remarks, which may be empty, and command lines that work as written.
   void ends(const std::string& remarks, const std::vector<std::string>& examples);
   /// Sets what the sub-command does once its options are read.
@@ -97,31 +89,14 @@ class Command {
 
  private:
   CLI::App* app;
-  std::function<void()> check = [] {};
 };
 
-/// Adds --output, which is standard output unless it is given.
-void addOutput(Command& command, std::string& path);
+/// Ends what a sub-command does, because of a missing argument.
+[[noreturn]] void failRequired(const std::string& what);
 
-/// zorvela-kit with its sub-commands.
-class CommandLine {
- public:
-  CommandLine(const std::string& description, const std::string& program, const std::string& version);
-  ~CommandLine();
-  CommandLine(const CommandLine&) = delete;
-  CommandLine& operator=(const CommandLine&) = delete;
-
-  Command addCommand(const std::string& name, const std::string& description);
-  /// Runs the sub-command that the arguments name, and returns the exit status. Help and version are written
-  /// to `out`, what is wrong with the arguments to `err`.
-  int run(int argc, char** argv, std::ostream& out, std::ostream& err);
-
- private:
-  /// The options of all sub-commands, one a line, for the man page and the documents: sub-command, names,
-  /// name of the value, default, heading, text, apart by tabs.
-  std::string optionList() const;
-
-  std::unique_ptr<CLI::App> app;
-};
+/// Runs the sub-command that the arguments name, of those that the functions add, and returns the exit
+/// status. Help and version are written to standard output, what is wrong with the arguments to standard
+/// error.
+int runCommandLine(int argc, char** argv, const std::vector<void (*)(Command&)>& commands);
 
 }  // namespace zorvela

@@ -5,30 +5,34 @@
 
 namespace zorvela {
 
-class CommandLine;
+class Command;
 
 /// Thrown at the end of a command whose errors are reported already: `main` adds no message and ends
 /// with status 1.
 class ReportedFailure : public std::exception {};
 
+/// The example of `demo`; the build makes its source from a file of examples/.
+extern const char* const kExampleName;
+extern const char* const kExample;
+
 /// Returns what to show to somebody who gave no arguments: three commands to begin with.
 const char* firstCommands();
 
 /// Predicts an example, and explains how to read the answer.
-void addDemo(CommandLine& line);
+void addDemo(Command& program);
 /// Converts shift files to shift tables.
-void addImport(CommandLine& line);
+void addImport(Command& program);
 /// Imports, predicts and compares with structures, for one file or thousands.
-void addRun(CommandLine& line);
+void addRun(Command& program);
 /// Writes the calls into a NEF file.
-void addAnnotate(CommandLine& line);
+void addAnnotate(Command& program);
 /// Writes the cis prolines for structure calculation programs.
-void addRestrain(CommandLine& line);
+void addRestrain(Command& program);
 /// Labels prolines by structures, for training.
-void addLabel(CommandLine& line);
+void addLabel(Command& program);
 /// Makes the seven reference tables from proteins with known prolines.
-void addTrain(CommandLine& line);
+void addTrain(Command& program);
 /// Counts how often the predictor is right.
-void addEvaluate(CommandLine& line);
+void addEvaluate(Command& program);
 
 }  // namespace zorvela

@@ -5,9 +5,9 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/example.h"
-#include "cli/progress.h"
+#include "cli/process.h"
 #include "cli/reference_tables.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
 #include "zorvela/read.h"
 #include "zorvela/run_file.h"
@@ -67,9 +67,9 @@ All commands: zorvela-kit --help
 )";
 }
 
-void addDemo(CommandLine& line) {
+void addDemo(Command& program) {
   const auto tables = std::make_shared<std::string>();
-  Command command = line.addCommand("demo", "Predict an example, and explain how to read the answer");
+  Command command = program.addCommand("demo", "Predict an example, and explain how to read the answer");
   addTables(command, *tables);
   command.ends("", {"zorvela-kit demo", "zorvela-kit demo --tables tab"});
   command.runs([tables] { demonstrate(*tables); });

@@ -10,15 +10,15 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/joined_inputs.h"
 #include "cli/messages.h"
-#include "cli/prediction_options.h"
-#include "cli/progress.h"
 #include "cli/reference_tables.h"
+#include "cli/shared_options.h"
 #include "cli/table_names.h"
 #include "cli/whole_file.h"
+#include "cli/work.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/predict.h"
@@ -30,14 +30,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kStandardOutput = "-";
 constexpr std::size_t kAllNotes = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMostPathsNamed = 20;
 
 struct ImportArguments {
   FileArguments named;
   JoinArguments joining;
-  std::vector<std::string> files;
   std::string output;
   std::string tables;
   bool rereference = false;
@@ -54,7 +52,7 @@ struct Imported {
   std::vector<Protein> proteins;
   std::vector<std::string> names;  ///< of their tables
   std::size_t notes = 0;
-  FailedFiles failures;
+  std::vector<Failure> failures;
 };
 
 Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, const TableNames& names) {
@@ -63,9 +61,10 @@ Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, con
   PredictorOptions options = given.predict;
   options.asReferenced = !given.rereference;
   if (given.corrects()) predictor.emplace(loadTables(findTables(given.tables)), options);
-  Progress progress("import", given.files.size());
-  for (std::size_t i = 0; i < given.files.size(); ++i) {
-    const std::string& file = given.files[i];
+  Progress progress("import");
+  const std::vector<std::string>& files = joined.inputs();
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const std::string& file = files[i];
     try {
       std::vector<ChainNotes> notes;
       std::vector<Protein> proteins = joined.read(file, given.options);
@@ -78,9 +77,9 @@ Imported readFiles(const ImportArguments& given, const JoinedInputs& joined, con
       imported.notes += sayFileNotes(file, notes, kAllNotes);
     } catch (const Error& error) {
       say(error.what());
-      imported.failures.add(file, error.what());
+      imported.failures.push_back({file, error.what()});
     }
-    progress.step();
+    progress.step(files.size());
   }
   return imported;
 }
@@ -93,45 +92,20 @@ void writeTable(const std::string& path, const Protein& protein) {
 
 /// Tells whether all goes to one file or stream, and not to named files in a folder.
 bool isOneStream(const std::string& output, const Imported& imported) {
-  if (output.empty()) return imported.proteins.size() + imported.failures.count() == 1;
-  if (output == kStandardOutput) return true;
+  if (output.empty()) return imported.proteins.size() + imported.failures.size() == 1;
+  if (output == "-") return true;
   std::error_code unknown;  // what is wrong with the path is said when it is written
   return output.back() != '/' && !fs::is_directory(output, unknown);
 }
 
 void writeOne(const ImportArguments& given, const std::vector<Protein>& proteins, const InputFiles& inputs) {
-  const std::string path = given.output.empty() ? kStandardOutput : given.output;
+  const std::string path = given.output.empty() ? "-" : given.output;
   if (proteins.size() > 1)
-    throw Error(path == kStandardOutput ? "standard output" : path, 0,
+    throw Error(path == "-" ? "standard output" : path, 0,
                 "cannot hold " + std::to_string(proteins.size()) + " tables",
                 "name a folder (with / at the end), or choose one with --chain and --list");
-  inputs.mustNotHold(path);
+  inputs.mustNotHold({path});
   writeTable(path, proteins.front());
-}
-
-/// Returns the paths of the tables; none may replace a file that was read.
-std::vector<std::string> tablePaths(const std::string& folder, const std::vector<std::string>& names,
-                                    const InputFiles& inputs) {
-  std::vector<std::string> paths;
-  for (const std::string& name : names) {
-    paths.push_back((fs::path(folder) / (name + ".tab")).string());
-    inputs.mustNotHold(paths.back());
-  }
-  mustDiffer(paths);
-  return paths;
-}
-
-void sayShared(const TableNames& names) {
-  for (const SharedName& one : names.shared())
-    say("note: " + messageName(one.file, "") + ": written as " + one.name + ", because " +
-        messageName(one.first, "") + " has the same name");
-}
-
-void makeFolder(const std::string& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error)
-    throw Error(folder, 0, "cannot be made: " + error.message(), "choose another place with --output");
 }
 
 void sayPaths(const ImportArguments& given, const std::vector<std::string>& paths,
@@ -152,28 +126,30 @@ void writeTables(const ImportArguments& given, const Imported& imported, const T
     writeOne(given, imported.proteins, inputs);
     return;
   }
-  sayShared(names);
-  const std::vector<std::string> paths = tablePaths(given.output, imported.names, inputs);
+  for (const std::string& note : names.notes()) say("note: " + note);
+  std::vector<std::string> paths;
+  for (const std::string& name : imported.names)
+    paths.push_back((fs::path(given.output) / (name + ".tab")).string());
+  inputs.mustNotHold(paths);
   if (!given.output.empty()) makeFolder(given.output);
   for (std::size_t i = 0; i < paths.size(); ++i) writeTable(paths[i], imported.proteins[i]);
   sayPaths(given, paths, imported.proteins);
 }
 
-void importFiles(ImportArguments& given) {
-  const JoinedInputs joined(given.joining, given.files);
-  InputFiles inputs(given.files);
+void importFiles(const ImportArguments& given) {
+  const JoinedInputs joined(given.named, given.joining);
+  InputFiles inputs;
   inputs.add(joined.files());
-  inputs.add(std::vector<std::string>{given.named.list});
-  if (given.corrects()) inputs.addFolder(findTables(given.tables));
-  const TableNames names(given.files);
+  if (given.corrects()) inputs.add({findTables(given.tables)});
+  const TableNames names(joined.inputs());
   const Imported imported = readFiles(given, joined, names);
   joined.sayLookAlikes();
   if (!imported.proteins.empty()) writeTables(given, imported, names, inputs);
   if (imported.notes > 0)
     say(counted(imported.notes, "note", "notes") + " on " +
         counted(imported.proteins.size(), "table", "tables"));
-  if (imported.failures.count() == 0) return;
-  imported.failures.say(given.files.size(), "imported");
+  if (imported.failures.empty()) return;
+  sayFailures(imported.failures, joined.inputs().size(), "imported");
   throw ReportedFailure();
 }
 
@@ -192,9 +168,9 @@ constexpr const char* kOutputHelp =
 
 }  // namespace
 
-void addImport(CommandLine& line) {
+void addImport(Command& program) {
   const auto arguments = std::make_shared<ImportArguments>();
-  Command command = line.addCommand("import", "Convert chemical shift files to shift tables");
+  Command command = program.addCommand("import", "Convert chemical shift files to shift tables");
   addFiles(command, arguments->named, "Shift files, or folders of them; - is standard input");
   command.add("-o,--output", arguments->output, "DIR|FILE", kOutputHelp)
       .showsDefault("standard output for one table, the current folder for several");
@@ -211,10 +187,7 @@ void addImport(CommandLine& line) {
   addJoining(command, arguments->joining);
   command.ends(kRemarks, {"zorvela-kit import --output nuclease.tab examples/nuclease.str",
                           "zorvela-kit import --rereference --output tables/ examples/nuclease.str"});
-  command.runs([arguments] {
-    arguments->files = namedFiles(arguments->named);
-    importFiles(*arguments);
-  });
+  command.runs([arguments] { importFiles(*arguments); });
 }
 
 }  // namespace zorvela

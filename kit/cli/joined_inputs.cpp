@@ -1,9 +1,7 @@
 #include "cli/joined_inputs.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 #include <utility>
 
 #include "cli/input.h"
@@ -17,8 +15,6 @@ namespace zorvela {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* kOfAll = "";
 // Lists of one protein come in few files, and each is compared with each.
 constexpr std::size_t kFewInputs = 10;
@@ -27,53 +23,49 @@ constexpr std::size_t kFewInputs = 10;
 
 void addJoining(Command& command, JoinArguments& given) {
   command
-      .add("--sequence", given.file, ValueKind("FILE").notEmpty(),
+      .add("--sequence", given.file, "FILE",
            "Sequence for shift files without one: FASTA, one-letter text, .seq, NMR-STAR or NEF")
       .showsDefault("a sequence among the files, for the shift file of the same stem or the only one");
-  command
-      .add("--first-residue", given.firstNumber, ValueKind("N").notEmpty(),
-           "Number of the first residue of the sequence")
+  command.add("--first-residue", given.firstNumber, "N", "Number of the first residue of the sequence")
       .showsDefault("as in the sequence file, else 1");
   command.addFlag("--merge", given.merge,
                   "Make one protein of all shift files: the first that has an atom gives its shift");
 }
 
-JoinedInputs::JoinedInputs(const JoinArguments& given, std::vector<std::string>& inputs) {
-  const auto others = std::stable_partition(inputs.begin(), inputs.end(),
+JoinedInputs::JoinedInputs(const FileArguments& named, const JoinArguments& joining)
+    : shiftFiles(namedFiles(named)), all(shiftFiles) {
+  for (const std::string& path : {named.list, joining.file})
+    if (!path.empty()) all.push_back(path);
+  const auto others = std::stable_partition(shiftFiles.begin(), shiftFiles.end(),
                                             [](const std::string& path) { return !isSequenceFile(path); });
-  const std::vector<std::string> sequences(others, inputs.end());
-  inputs.erase(others, inputs.end());
-  if (!given.file.empty() && !sequences.empty())
+  const std::vector<std::string> sequences(others, shiftFiles.end());
+  shiftFiles.erase(others, shiftFiles.end());
+  if (!joining.file.empty() && !sequences.empty())
     throw Error(sequences.front(), 0, "is a second sequence beside that of --sequence",
                 "give one of the two");
-  if (inputs.empty() && !sequences.empty())
+  if (shiftFiles.empty())
     throw Error(sequences.front(), 0, "is a sequence without shifts",
                 "give the file with the chemical shifts too");
-  if (!given.file.empty()) {
-    paths.push_back(given.file);
-    byStem[kOfAll] = readSequenceBytes(fileBytes(given.file), given.file);
+  if (!joining.file.empty()) byStem[kOfAll] = readSequenceBytes(fileBytes(joining.file), joining.file);
+  if (joining.merge) {
+    merged = shiftFiles;
+    shiftFiles.resize(1);
   }
-  if (given.merge) {
-    merged = inputs;
-    paths.insert(paths.end(), inputs.begin() + (inputs.empty() ? 0 : 1), inputs.end());
-    inputs.resize(std::min<std::size_t>(inputs.size(), 1));
-  }
-  areFew = inputs.size() > 1 && inputs.size() <= kFewInputs;
-  for (const std::string& path : sequences) add(path, inputs);
-  if (given.firstNumber.empty()) return;
-  first = toInteger(given.firstNumber);
+  areFew = shiftFiles.size() > 1 && shiftFiles.size() <= kFewInputs;
+  for (const std::string& path : sequences) addSequence(path);
+  if (joining.firstNumber.empty()) return;
+  first = toInteger(joining.firstNumber);
   if (!first)
-    throw Error("--first-residue: \"" + printable(given.firstNumber, 20) + "\" is not a whole number");
+    throw Error("--first-residue: \"" + printable(joining.firstNumber, 20) + "\" is not a whole number");
   if (byStem.empty()) throw Error("--first-residue needs a sequence; give one with --sequence");
 }
 
-void JoinedInputs::add(const std::string& path, const std::vector<std::string>& shiftFiles) {
+void JoinedInputs::addSequence(const std::string& path) {
   const std::string stem = shiftFiles.size() == 1 ? kOfAll : inputStem(path);
   const auto isOfStem = [&](const std::string& file) { return inputStem(file) == stem; };
   if (stem != kOfAll && std::none_of(shiftFiles.begin(), shiftFiles.end(), isOfStem))
     throw Error(path, 0, "is a sequence, but no shift file has its name",
                 "name it like its shift file, or give it with --sequence");
-  paths.push_back(path);
   GivenSequence sequence = readSequenceBytes(fileBytes(path), path);
   const auto [known, isNew] = byStem.emplace(stem, sequence);
   if (isNew) return;
@@ -118,18 +110,6 @@ ImportOptions JoinedInputs::optionsFor(const std::string& file, ImportOptions op
   options.sequence = found->second;
   options.firstResidue = first;
   return options;
-}
-
-bool isSequenceFile(const std::string& path) {
-  constexpr std::size_t kHead = std::size_t{1} << 16;
-  std::error_code unknown;
-  if (!fs::is_regular_file(path, unknown)) return false;  // a pipe can be read once
-  try {
-    const std::string head = unpacked(fileBytes(path, kHead), path);
-    return looksLikeSequence(std::string_view(head).substr(0, kHead));  // 64 KiB unpack to many MB
-  } catch (const Error&) {
-    return false;
-  }
 }
 
 }  // namespace zorvela

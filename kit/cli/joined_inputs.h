@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/command_line.h"
+#include "cli/input.h"
 #include "zorvela/read.h"
 
 namespace zorvela {
@@ -23,36 +23,35 @@ struct JoinArguments {
 /// Adds --sequence, --first-residue and --merge.
 void addJoining(Command& command, JoinArguments& given);
 
-/// The shift files among the inputs, each with what belongs to it: the sequence of --sequence, or of the file
-/// of the same stem among the inputs, or of the only one where there is one shift file or all are merged.
+/// The shift files that were named, each with what belongs to it: the sequence of --sequence, or of the file
+/// of the same stem among them, or of the only one where there is one shift file or all are merged.
 class JoinedInputs {
  public:
-  /// Leaves of the inputs those that are read: takes out sequences and, with --merge, all shift files except
-  /// the first. An Error for a sequence that cannot be read or belongs to no shift file, for two that differ,
-  /// and for a number of the first residue without a sequence.
-  JoinedInputs(const JoinArguments& given, std::vector<std::string>& inputs);
+  /// An Error for a sequence that cannot be read or belongs to no shift file, for two that differ, and for a
+  /// number of the first residue without a sequence.
+  JoinedInputs(const FileArguments& named, const JoinArguments& joining);
+  /// Returns the inputs: the shift files, with --merge the first of them.
+  const std::vector<std::string>& inputs() const { return shiftFiles; }
   /// Returns the proteins of an input; merged inputs are one protein. May run in several threads at once.
   std::vector<Protein> read(const std::string& input, const ImportOptions& options) const;
-  /// Returns the files that were taken out.
-  const std::vector<std::string>& files() const { return paths; }
+  /// Returns all files that are read, also sequences and the list of names.
+  const std::vector<std::string>& files() const { return all; }
   /// Names the files that look like one protein in a note, where there are few files.
   void sayLookAlikes() const;
 
  private:
-  void add(const std::string& path, const std::vector<std::string>& shiftFiles);
+  void addSequence(const std::string& path);
   ImportOptions optionsFor(const std::string& file, ImportOptions options) const;
   void keep(const Protein& protein) const;
 
+  std::vector<std::string> shiftFiles;
+  std::vector<std::string> all;
   std::map<std::string, GivenSequence> byStem;  ///< by "" where it is that of all shift files
   std::optional<int> first;
   std::vector<std::string> merged;  ///< all shift files where they are one protein
-  std::vector<std::string> paths;
   bool areFew = false;
   mutable std::mutex lock;
   mutable std::map<std::string, Protein> kept;  ///< of few files, those of one protein, by file
 };
-
-/// Tells by its first bytes whether a file is a sequence.
-bool isSequenceFile(const std::string& path);
 
 }  // namespace zorvela

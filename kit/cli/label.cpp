@@ -11,12 +11,12 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
-#include "cli/jobs.h"
 #include "cli/messages.h"
-#include "cli/progress.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
+#include "cli/work.h"
 #include "formats/text/delimited_text.h"
 #include "train/structure_labels.h"
 #include "util/text.h"
@@ -66,7 +66,7 @@ std::size_t readEntries(const std::string& folder, std::vector<Protein>& protein
   files.erase(std::remove_if(files.begin(), files.end(), isOther), files.end());
   requireAny(files, folder, "shift tables (NAME.tab)");
   std::size_t failed = 0;
-  Progress progress("Reading entries", files.size());
+  Progress progress("Reading entries");
   for (const std::string& file : files) {
     failed += failuresOf([&] {
       if (!canStandInCsv(entryName(file)))
@@ -74,7 +74,7 @@ std::size_t readEntries(const std::string& folder, std::vector<Protein>& protein
       // A shift table is one chain.
       for (Protein& protein : readShiftFile(file, {})) proteins.push_back(std::move(protein));
     });
-    progress.step();
+    progress.step(files.size());
   }
   return failed;
 }
@@ -87,8 +87,8 @@ std::size_t countVotes(const LabelSettings& settings, LabelVotes& votes) {
   std::atomic<std::size_t> failed{0};
   std::mutex counting;
   std::vector<std::string> strangers;
-  Progress progress("Reading structures", files.size());
-  inThreads(files.size(), static_cast<std::size_t>(settings.jobs), [&](std::size_t item, std::size_t) {
+  Progress progress("Reading structures");
+  inThreads(files.size(), settings.jobs, [&](std::size_t item) {
     failed += failuresOf([&] {
       const auto bonds = votes.bondsOf(readStructureFile(files[item]));
       const std::lock_guard<std::mutex> lock(counting);
@@ -97,7 +97,7 @@ std::size_t countVotes(const LabelSettings& settings, LabelVotes& votes) {
       else
         strangers.push_back(files[item]);
     });
-    progress.step();
+    progress.step(files.size());
   });
   std::sort(strangers.begin(), strangers.end());
   for (const std::string& file : strangers) say("note: " + file + ": matches no entry");
@@ -109,9 +109,8 @@ std::size_t countVotes(const LabelSettings& settings, LabelVotes& votes) {
 
 void label(const LabelSettings& settings) {
   InputFiles inputs;
-  inputs.addFolder(settings.entries);
-  inputs.addFolder(settings.structures);
-  inputs.mustNotHold(settings.output);
+  inputs.add({settings.entries, settings.structures});
+  inputs.mustNotHold({settings.output});
   std::vector<Protein> proteins;
   std::size_t failed = readEntries(settings.entries, proteins);
   LabelVotes votes(std::move(proteins), settings.identity);
@@ -125,10 +124,10 @@ void label(const LabelSettings& settings) {
 
 }  // namespace
 
-void addLabel(CommandLine& line) {
+void addLabel(Command& program) {
   const auto settings = std::make_shared<LabelSettings>();
-  Command command =
-      line.addCommand("label", "Label the prolines of shift tables cis or trans by structures, for training");
+  Command command = program.addCommand(
+      "label", "Label the prolines of shift tables cis or trans by structures, for training");
   command.add("--entries", settings->entries, "DIR", "Folder of shift tables, NAME.tab for each entry")
       .required();
   command

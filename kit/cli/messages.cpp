@@ -12,26 +12,8 @@
 namespace zorvela {
 
 namespace {
+
 constexpr std::size_t kLongestNameShown = 60;
-
-/// A note and the chains that have it.
-struct SharedNote {
-  std::string text;
-  std::vector<std::string> chains;
-};
-
-std::vector<SharedNote> sharedNotes(const std::vector<ChainNotes>& chains) {
-  std::vector<SharedNote> notes;
-  std::unordered_map<std::string, std::size_t> known;
-  for (const ChainNotes& one : chains)
-    for (const std::string& text : one.notes) {
-      const auto [entry, isNew] = known.emplace(text, notes.size());
-      if (isNew) notes.push_back({text, {}});
-      std::vector<std::string>& names = notes[entry->second].chains;
-      if (names.empty() || names.back() != one.chain) names.push_back(one.chain);
-    }
-  return notes;
-}
 
 /// "a.str, chain A", "a.str, chains A, B".
 std::string nameOf(const std::string& file, const std::vector<std::string>& chains) {
@@ -45,10 +27,11 @@ std::string nameOf(const std::string& file, const std::vector<std::string>& chai
 constexpr std::size_t kFewFiles = 10;
 
 /// "is empty; give ..." of "a.str: is empty; give ..." or "a.str:12: is empty; give ...".
-std::string reasonIn(const std::string& message, const std::string& name) {
-  if (message.compare(0, name.size(), name) != 0) return message;
-  const std::size_t start = message.find(": ", name.size());
-  return start == std::string::npos ? message : message.substr(start + 2);
+std::string reasonOf(const Failure& failure) {
+  const std::string name = inputName(failure.file);
+  if (failure.message.compare(0, name.size(), name) != 0) return failure.message;
+  const std::size_t start = failure.message.find(": ", name.size());
+  return start == std::string::npos ? failure.message : failure.message.substr(start + 2);
 }
 
 /// A reason without the words and numbers of the one file.
@@ -73,34 +56,35 @@ std::string messageName(const std::string& file, const std::string& chain) {
 }
 
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most) {
-  const std::vector<SharedNote> notes = sharedNotes(chains);
+  std::vector<std::string> notes;
+  std::unordered_map<std::string, std::vector<std::string>> chainsOf;
+  for (const ChainNotes& one : chains)
+    for (const std::string& note : one.notes) {
+      std::vector<std::string>& names = chainsOf[note];
+      if (names.empty()) notes.push_back(note);
+      if (names.empty() || names.back() != one.chain) names.push_back(one.chain);
+    }
   const std::size_t shown = std::min(most, notes.size());
-  for (std::size_t i = 0; i < shown; ++i)
-    say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
+  for (std::size_t i = 0; i < shown; ++i) say("note: " + nameOf(file, chainsOf[notes[i]]) + ": " + notes[i]);
   if (notes.size() > shown)
     say("note: " + inputName(file) + ": " + counted(notes.size() - shown, "more note", "more notes") +
         "; run --format json has them all");
   return notes.size();
 }
 
-void FailedFiles::add(const std::string& file, const std::string& message) {
-  failed.push_back({file, reasonIn(message, inputName(file))});
-}
-
-void FailedFiles::say(std::size_t files, const std::string& what) const {
+void sayFailures(const std::vector<Failure>& failures, std::size_t files, const std::string& what) {
   if (files > 1)
-    zorvela::say(std::to_string(failed.size()) + " of " + std::to_string(files) + " files could not be " +
-                 what);
+    say(std::to_string(failures.size()) + " of " + std::to_string(files) + " files could not be " + what);
   if (files <= kFewFiles) return;
-  std::map<std::string, std::vector<const Failure*>> groups;
-  for (const Failure& failure : failed) groups[kindOf(failure.reason)].push_back(&failure);
-  std::vector<std::vector<const Failure*>> inOrder;
-  for (const auto& [kind, group] : groups) inOrder.push_back(group);
-  std::stable_sort(inOrder.begin(), inOrder.end(),
+  std::map<std::string, std::vector<Failure>> byKind;
+  for (const Failure& failure : failures) byKind[kindOf(reasonOf(failure))].push_back(failure);
+  std::vector<std::vector<Failure>> groups;
+  for (const auto& [kind, group] : byKind) groups.push_back(group);
+  std::stable_sort(groups.begin(), groups.end(),
                    [](const auto& a, const auto& b) { return a.size() > b.size(); });
-  for (const std::vector<const Failure*>& group : inOrder)
-    zorvela::say((group.size() > 1 ? std::to_string(group.size()) + " files, such as " : "") +
-                 printable(inputName(group.front()->file)) + ": " + printable(group.front()->reason));
+  for (const std::vector<Failure>& group : groups)
+    say((group.size() > 1 ? std::to_string(group.size()) + " files, such as " : "") +
+        printable(inputName(group.front().file)) + ": " + printable(reasonOf(group.front())));
 }
 
 }  // namespace zorvela

@@ -30,21 +30,14 @@ struct ChainNotes {
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains,
                          std::size_t most = kNotesShown);
 
-/// The files that failed, and why.
-class FailedFiles {
- public:
-  void add(const std::string& file, const std::string& message);
-  std::size_t count() const { return failed.size(); }
-  /// Writes "3 of 7 files could not be ..." where there were several; for many files also each reason, with
-  /// its number of files.
-  void say(std::size_t files, const std::string& what) const;
-
- private:
-  struct Failure {
-    std::string file;
-    std::string reason;
-  };
-  std::vector<Failure> failed;
+/// A file that could not be used, and the message that says why.
+struct Failure {
+  std::string file;
+  std::string message;
 };
+
+/// Writes "3 of 7 files could not be ..." where there were several; for many files also each reason, with its
+/// number of files.
+void sayFailures(const std::vector<Failure>& failures, std::size_t files, const std::string& what);
 
 }  // namespace zorvela

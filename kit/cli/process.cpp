@@ -96,6 +96,12 @@ bool isCapableTerminal(StandardStream stream) {
 }
 #endif
 
+bool wantsColour(const std::string& output) {
+  const char* refused = std::getenv("NO_COLOR");
+  return output == "-" && isCapableTerminal(StandardStream::output) &&
+         (refused == nullptr || *refused == '\0');
+}
+
 RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path) {
   // A longer path is above the limit of the system, so no such file is made.
   path.copy(unfinishedFile.data(), unfinishedFile.size() - 1);

@@ -18,6 +18,10 @@ enum class StandardStream { output = 1, error = 2 };
 /// Tells whether a stream is a terminal that understands control sequences.
 bool isCapableTerminal(StandardStream stream);
 
+/// Tells whether a report to that output ("-": standard output) is coloured: on such a terminal, unless
+/// NO_COLOR is set.
+bool wantsColour(const std::string& output);
+
 /// While it lives, an interrupt (INT, TERM, HUP) removes this file before it ends the process. An interrupt
 /// that the process was started to ignore stays ignored. One at a time.
 class RemovedOnInterrupt {

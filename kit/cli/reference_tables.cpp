@@ -37,11 +37,6 @@ void mustBeOurs(const Tables& tables, const std::string& folder) {
 
 }  // namespace
 
-Option addTables(Command& command, std::string& folder) {
-  return command.add("--tables", folder, "DIR", "Folder of the seven reference tables")
-      .showsDefault("tab in ZORVELA_DIR, else the installed ones, else ./tab");
-}
-
 std::string findTables(const std::string& given) {
   if (!given.empty()) return given;
   const char* home = std::getenv("ZORVELA_DIR");

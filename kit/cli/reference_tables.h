@@ -3,13 +3,9 @@
 
 #include <string>
 
-#include "cli/command_line.h"
 #include "zorvela/predict.h"
 
 namespace zorvela {
-
-/// Adds --tables.
-Option addTables(Command& command, std::string& folder);
 
 /// The folder of the reference tables: `given` if not empty; else tab/ in ZORVELA_DIR; else, where that
 /// is not set, tab/ beside the program or share/zorvela/tab of its installation; else ./tab.

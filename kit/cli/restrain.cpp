@@ -7,12 +7,11 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
 #include "cli/input.h"
 #include "cli/input_files.h"
 #include "cli/messages.h"
-#include "cli/prediction_options.h"
 #include "cli/reference_tables.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
 #include "formats/input_bytes.h"
 #include "restrain/restraints.h"
@@ -37,12 +36,6 @@ struct RestrainSettings {
   ImportOptions import;
   PredictorOptions predict;
 };
-
-std::vector<std::string> formatNames() {
-  std::vector<std::string> names;
-  for (const RestraintFormat& format : restraintFormats()) names.emplace_back(format.name);
-  return names;
-}
 
 const RestraintFormat& formatOf(const std::string& name) {
   const auto& formats = restraintFormats();
@@ -74,10 +67,10 @@ std::vector<ProteinResult> predictChains(const RestrainSettings& settings,
 }
 
 void restrain(const RestrainSettings& settings) {
-  InputFiles inputs(settings.files);
-  inputs.add(std::vector<std::string>{settings.into, settings.structure});
-  inputs.addFolder(findTables(settings.tables));
-  inputs.mustNotHold(settings.output);
+  InputFiles inputs;
+  inputs.add(settings.files);
+  inputs.add({settings.into, settings.structure, findTables(settings.tables)});
+  inputs.mustNotHold({settings.output});
   RestraintRequest request;
   if (!settings.structure.empty()) {
     const std::string text = unpacked(fileBytes(settings.structure), settings.structure);
@@ -108,13 +101,13 @@ std::string remarks() {
 
 }  // namespace
 
-void addRestrain(CommandLine& line) {
+void addRestrain(Command& program) {
   const auto settings = std::make_shared<RestrainSettings>();
-  Command command = line.addCommand("restrain", "Write the cis prolines for a structure calculation");
+  Command command = program.addCommand("restrain", "Write the cis prolines for a structure calculation");
   command.add("FILE", settings->files, "", "Shift files in any format, also gzipped; - is standard input")
       .required();
   command
-      .add("--for", settings->program, {"PROGRAM", formatNames()},
+      .add("--for", settings->program, {"PROGRAM", namesOf(restraintFormats())},
            "Write for this program, or in this format")
       .required();
   command.add("--into", settings->into, "FILE",

@@ -9,15 +9,15 @@
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/file_arguments.h"
+#include "cli/input.h"
 #include "cli/input_files.h"
-#include "cli/jobs.h"
 #include "cli/joined_inputs.h"
 #include "cli/messages.h"
-#include "cli/prediction_options.h"
-#include "cli/progress.h"
+#include "cli/process.h"
 #include "cli/reference_tables.h"
+#include "cli/shared_options.h"
 #include "cli/whole_file.h"
+#include "cli/work.h"
 #include "report/words.h"
 #include "util/number.h"
 #include "util/text.h"
@@ -34,7 +34,6 @@ namespace {
 struct RunSettings {
   FileArguments named;
   JoinArguments joining;
-  std::vector<std::string> files;
   std::vector<std::string> structures;
   ImportOptions import;
   PredictorOptions predict;
@@ -58,26 +57,25 @@ bool isShiftFile(const std::string& path) {
   }
 }
 
-/// Throws an Error where two paths lead to one file: its models would count twice.
-void mustBeGivenOnce(const std::vector<std::string>& structures) {
-  std::set<std::string> files;
-  for (const std::string& path : structures) {
-    std::error_code unknown;  // a file that is not there is reported when it is read
-    const std::string file = std::filesystem::canonical(path, unknown).string();
-    if (!unknown && !files.insert(file).second)
+/// Reads structures. An Error where two paths lead to one file, whose models would count twice. --structure
+/// takes all names after it, so the error for a shift file tells where its name belongs.
+std::vector<ProteinStructure> readStructures(const std::vector<std::string>& paths) {
+  std::vector<ProteinStructure> structures;
+  std::set<std::filesystem::path> files;
+  for (const std::string& path : paths) {
+    try {
+      structures.push_back(readStructureFile(path));
+    } catch (const FileError&) {
+      if (!isShiftFile(path)) throw;
+      throw FileError(path, 0, "has shifts, not a structure",
+                      "name shift files before --structure, or after --");
+    }
+    std::error_code isPipe;
+    const std::filesystem::path file = std::filesystem::canonical(path, isPipe);
+    if (!isPipe && !files.insert(file).second)
       throw Error(path, 0, "is given twice", "name each structure once");
   }
-}
-
-/// --structure takes all names after it, so the error for a shift file tells where its name belongs.
-ProteinStructure readStructureArgument(const std::string& path) {
-  try {
-    return readStructureFile(path);
-  } catch (const FileError&) {
-    if (!isShiftFile(path)) throw;
-    throw FileError(path, 0, "has shifts, not a structure",
-                    "name shift files before --structure, or after --");
-  }
+  return structures;
 }
 
 // --- Predicting ---------------------------------------------------------------------------------
@@ -85,15 +83,14 @@ ProteinStructure readStructureArgument(const std::string& path) {
 /// Results keep the order of the files, whatever the number of jobs.
 void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const Tables& tables,
                   RunReport& report) {
-  report.files.resize(settings.files.size());
+  report.files.resize(joined.inputs().size());
   const Predictor predictor(tables, settings.predict);
-  const std::size_t jobs = std::min(static_cast<std::size_t>(settings.jobs), report.files.size());
-  Progress progress("Predicting", report.files.size());
-  inThreads(report.files.size(), jobs, [&](std::size_t item, std::size_t) {
-    const std::string& file = settings.files[item];
+  Progress progress("Predicting");
+  inThreads(report.files.size(), settings.jobs, [&](std::size_t item) {
+    const std::string& file = joined.inputs()[item];
     const auto read = [&] { return joined.read(file, settings.import); };
     report.files[item] = reportOn(file, read, predictor, report.structures);
-    progress.step();
+    progress.step(report.files.size());
   });
 }
 
@@ -103,37 +100,25 @@ bool isTableOnStandardOutput(const RunSettings& settings) {
   return settings.format == "table" && settings.output == "-";
 }
 
-/// The first lines of the table name the corrections; a terminal would show them twice.
-std::vector<ChainNotes> importNotes(const FileReport& file, bool withCorrection) {
-  std::vector<ChainNotes> chains;
-  for (const ProteinResult& protein : file.proteins)
-    chains.push_back({protein.chain, withCorrection ? protein.notes : otherNotes(protein)});
-  return chains;
-}
-
-std::vector<ChainNotes> structureNotes(const FileReport& file) {
-  std::vector<ChainNotes> chains;
-  for (const ProteinResult& protein : file.proteins)
-    chains.push_back({protein.chain, protein.structureNotes});
-  return chains;
-}
-
-/// A virus shell has hundreds of them.
-void sayChainsWithoutShifts(const RunReport& report) {
-  LimitedNotes chains("chains without shifts");
-  for (const std::string& line : report.chainsWithoutShifts) chains.add(line);
-  std::vector<std::string> notes;
-  chains.appendTo(notes);
-  for (const std::string& note : notes) say("note: " + note);
-}
-
 void sayAll(const RunSettings& settings, const RunReport& report) {
+  // The first lines of the table name the corrections; a terminal would show them twice.
+  const bool areCorrectionsShown = isTableOnStandardOutput(settings);
   for (const ProteinStructure& structure : report.structures)
     sayFileNotes(structure.file, {{"", structure.notes}});
-  sayChainsWithoutShifts(report);
+  LimitedNotes unmatched("chains without shifts");  // a virus shell has hundreds
+  for (const std::string& line : report.chainsWithoutShifts) unmatched.add(line);
+  std::vector<std::string> notes;
+  unmatched.appendTo(notes);
+  for (const std::string& note : notes) say("note: " + note);
   for (const FileReport& file : report.files) {
-    sayFileNotes(file.file, importNotes(file, !isTableOnStandardOutput(settings)));
-    sayFileNotes(file.file, structureNotes(file));
+    std::vector<ChainNotes> imported;
+    std::vector<ChainNotes> compared;
+    for (const ProteinResult& protein : file.proteins) {
+      imported.push_back({protein.chain, areCorrectionsShown ? otherNotes(protein) : protein.notes});
+      compared.push_back({protein.chain, protein.structureNotes});
+    }
+    sayFileNotes(file.file, imported);
+    sayFileNotes(file.file, compared);
     for (const ProteinResult& protein : file.proteins) {
       const std::string name = messageName(protein.file, protein.chain);
       for (const std::string& warning : warningsOf(protein)) say("warning: " + name + ": " + warning);
@@ -152,52 +137,31 @@ void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
       say("warning: --residue " + number + ": no file has a proline of this number");
 }
 
-FailedFiles failuresOf(const RunReport& report) {
-  FailedFiles failures;
-  for (const FileReport& file : report.files)
-    if (!file.error.empty()) failures.add(file.file, file.error);
-  return failures;
-}
-
-void mustFitFormat(const RunSettings& settings) {
-  if (settings.explain && settings.format != "table")
-    throw Error("--explain needs --format table; the other formats always hold the evidence");
-}
-
 /// A pipeline must not pass because no call met a bond.
 void failOnDisagreement(const RunReport& report) {
   const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
-  if (disagreements > 0) {
-    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
-    throw ReportedFailure();
-  }
-  if (countVerdicts(report, Verdict::agree) + countVerdicts(report, Verdict::mixed) > 0) return;
-  say("no call could be compared with the structures");
+  const std::size_t others = countVerdicts(report, Verdict::agree) + countVerdicts(report, Verdict::mixed);
+  if (disagreements == 0 && others > 0) return;
+  say(disagreements == 0
+          ? "no call could be compared with the structures"
+          : counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
   throw ReportedFailure();
 }
 
-std::vector<std::string> formatNames() {
-  std::vector<std::string> names;
-  for (const ReportFormat& format : reportFormats()) names.emplace_back(format.name);
-  return names;
-}
-
-void run(RunSettings& settings) {
-  mustFitFormat(settings);
+void run(const RunSettings& settings) {
+  if (settings.explain && settings.format != "table")
+    throw Error("--explain needs --format table; the other formats always hold the evidence");
   RunReport report;
   report.tables = findTables(settings.tables);
-  const JoinedInputs joined(settings.joining, settings.files);
-  InputFiles inputs(settings.files);
+  const JoinedInputs joined(settings.named, settings.joining);
+  InputFiles inputs;
   inputs.add(joined.files());
-  inputs.add(std::vector<std::string>{settings.named.list});
   inputs.add(settings.structures);
-  inputs.addFolder(report.tables);
-  inputs.mustNotHold(settings.output);
-  mustBeGivenOnce(settings.structures);
+  inputs.add({report.tables});
+  inputs.mustNotHold({settings.output});
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
-  for (const std::string& file : settings.structures)
-    report.structures.push_back(readStructureArgument(file));
+  report.structures = readStructures(settings.structures);
   predictFiles(settings, joined, tables, report);
   noteChainsWithoutShifts(report);
   sayAll(settings, report);
@@ -209,8 +173,11 @@ void run(RunSettings& settings) {
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
   if (!isSaid)
     writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });
-  if (const std::size_t errors = countErrors(report); errors > 0) {
-    failuresOf(report).say(report.files.size(), "predicted");
+  if (countErrors(report) > 0) {
+    std::vector<Failure> failures;
+    for (const FileReport& file : report.files)
+      if (!file.error.empty()) failures.push_back({file.file, file.error});
+    sayFailures(failures, report.files.size(), "predicted");
     throw ReportedFailure();
   }
   if (settings.failOnDisagreement) failOnDisagreement(report);
@@ -228,15 +195,13 @@ Exit status: 0 if every file was predicted, whatever the verdicts; 1 if one was 
 
 }  // namespace
 
-void addRun(CommandLine& line) {
+void addRun(Command& program) {
   const auto settings = std::make_shared<RunSettings>();
-  Command command = line.addCommand("run", "Predict the prolines of any shift files");
+  Command command = program.addCommand("run", "Predict the prolines of any shift files");
   addFiles(command, settings->named,
-           "Shift files in any format, also gzipped, or folders of them; - is standard input", [settings] {
-             for (const std::string& file : settings->structures) readStructureArgument(file);
-           });
+           "Shift files in any format, also gzipped, or folders of them; - is standard input");
   command
-      .add("--format", settings->format, {"FORMAT", formatNames()},
+      .add("--format", settings->format, {"FORMAT", namesOf(reportFormats())},
            "Write a table to read, csv for spreadsheets, json for programs, or html to look at and to print")
       .showsDefault();
   addOutput(command, settings->output);
@@ -264,7 +229,7 @@ void addRun(CommandLine& line) {
   command.ends(remarks(), {"zorvela-kit run examples/nuclease.str --structure examples/nuclease.pdb.gz",
                            "zorvela-kit run --format html --output report.html examples/nuclease.str"});
   command.runs([settings] {
-    settings->files = namedFiles(settings->named);
+    if (settings->named.files.empty() && settings->named.list.empty()) readStructures(settings->structures);
     run(*settings);
   });
 }

@@ -54,7 +54,8 @@ TableNames::TableNames(const std::vector<std::string>& files) {
     int& number = tries.emplace(key, 1).first->second;
     do other = names[i] + "_" + std::to_string(++number);
     while (!wanted.insert(lower(other)).second);
-    renamed.push_back({files[i], other, files[first->second]});
+    renamed.push_back(inputName(files[i]) + ": written as " + other + ", because " +
+                      inputName(files[first->second]) + " has the same name");
     names[i] = other;
   }
   keys.assign(wanted.begin(), wanted.end());

@@ -17,8 +17,6 @@ namespace fs = std::filesystem;
 
 using Writer = std::function<void(std::ostream&)>;
 
-const std::string kStandardOutput = "standard output";
-
 [[noreturn]] void throwUnwritable(const std::string& name, const std::error_code& error) {
   const std::string cause = error ? ": " + error.message() : "";
   throw Error(name, 0, "cannot be written" + cause, "choose another place with --output, or free disk space");
@@ -27,12 +25,6 @@ const std::string kStandardOutput = "standard output";
 /// Returns the error of the last system call.
 std::error_code lastError() {
   return {errno, std::generic_category()};
-}
-
-/// Tells whether a path leads to standard output, which may be a file with content that stays.
-bool isStandardOutput(const std::string& path) {
-  std::error_code notThere;
-  return path == "-" || fs::equivalent(path, "/dev/stdout", notThere);
 }
 
 void writeInto(std::ofstream& file, const std::string& name, const Writer& write) {
@@ -87,6 +79,11 @@ void writeFile(const std::string& path, const Writer& write) {
 
 }  // namespace
 
+bool isStandardOutput(const std::string& path) {
+  std::error_code notThere;
+  return path == "-" || path == "/dev/stdout" || fs::equivalent(path, "/dev/stdout", notThere);
+}
+
 fs::path afterLinks(const fs::path& path) {
   if (fs::exists(path)) return fs::canonical(path);
   fs::path place = path;
@@ -95,7 +92,6 @@ fs::path afterLinks(const fs::path& path) {
 }
 
 void writeWhole(const std::string& path, const Writer& write) {
-  if (path.empty()) throw Error("the name of an output is empty; give a file, or - for standard output");
   if (isStandardOutput(path)) {
     errno = 0;
     write(std::cout);
@@ -113,9 +109,16 @@ void writeWhole(const std::string& path, const std::string& text) {
   writeWhole(path, [&text](std::ostream& out) { out << text; });
 }
 
+void makeFolder(const std::string& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error)
+    throw Error(folder, 0, "cannot be made: " + error.message(), "choose another place with --output");
+}
+
 void flushStandardOutput() {
   std::cout.flush();
-  if (!std::cout) throwUnwritable(kStandardOutput, lastError());
+  if (!std::cout) throwUnwritable("standard output", lastError());
 }
 
 }  // namespace zorvela

@@ -20,8 +20,14 @@ void writeWhole(const std::string& path, const std::function<void(std::ostream&)
 /// Writes a text as a file, as above.
 void writeWhole(const std::string& path, const std::string& text);
 
+/// Tells whether a path leads to standard output, which may be a file with content that stays.
+bool isStandardOutput(const std::string& path);
+
 /// Sends what std::cout holds; an Error where it cannot be written.
 void flushStandardOutput();
+
+/// Makes a folder, and those that it is in; an Error where it cannot be made.
+void makeFolder(const std::string& folder);
 
 /// Follows the links of a path, also to a target that is not there. std::filesystem::filesystem_error for
 /// links in a circle.

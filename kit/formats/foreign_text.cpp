@@ -67,26 +67,19 @@ constexpr std::size_t kLongestLine = 1000;
 
 // "assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7"
 bool isAssignStatement(std::string_view line) {
-  if (!startsIgnoringCase(line, "assi")) return false;
-  const std::size_t end = line.find_first_of(" \t(");
-  if (end == std::string_view::npos) return false;
-  const std::string_view rest = trimmed(line.substr(end));
-  return !rest.empty() && rest.front() == '(';
-}
-
-bool isResidueName(const std::string& word) {
-  return word.size() > 2 && residueType(word).letter != kUnknownResidue;
+  const std::string_view rest = trimmed(line.substr(leading(line, isLetter).size()));
+  return startsIgnoringCase(line, "assi") && startsIgnoringCase(rest, "(");
 }
 
 // "19 GLU HN 20 ALA HN 3.5": distances; "20 ALA PHI -80 -40": angles.
 bool isPlainRestraint(const std::vector<std::string>& words) {
   const auto isResidueAt = [&](std::size_t i) {
-    return words.size() > i + 1 && toInteger(words[i]) && isResidueName(words[i + 1]);
+    return words.size() > i + 1 && toInteger(words[i]) && words[i + 1].size() > 2 &&
+           residueType(words[i + 1]).letter != kUnknownResidue;
   };
   if (!isResidueAt(0)) return false;
   if (words.size() >= 7 && isResidueAt(3)) return true;
-  const std::string angle = words.size() >= 5 ? upper(words[2]) : std::string();
-  return (angle == "PHI" || angle == "PSI" || angle == "OMEGA" || angle == "CHI1" || angle == "CHI2") &&
+  return words.size() >= 5 && contains(" PHI PSI OMEGA CHI1 CHI2 ", " " + upper(words[2]) + " ") &&
          toDecimal(words[3]) && toDecimal(words[4]);
 }
 

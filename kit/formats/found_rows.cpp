@@ -36,7 +36,7 @@ void Unassigned::appendTo(std::vector<std::string>& notes) const {
 }
 
 FoundRows::FoundRows(std::string_view text, const std::string& name)
-    : fileName(name), limit{mostShiftRows(text.size()), "has", "shift rows", kOneProteinRemedy} {}
+    : fileName(name), limit(limits::shiftRows(text.size())) {}
 
 void FoundRows::add(const std::string& chain, FileShift shift) {
   checkLimit(shifts.size() + 1, limit, fileName, shift.line);

@@ -14,7 +14,18 @@ FileError unreadable(const std::string& file) {
   return {file, 0, "cannot be read: " + cause, "check the name and the permissions"};
 }
 
-std::string readAll(std::FILE* stream, std::size_t most, const std::string& file) {
+}  // namespace
+
+std::string fileBytes(const std::string& path, std::size_t most) {
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown))
+    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) throw unreadable(path);
+  return streamBytes(file.get(), path, most);
+}
+
+std::string streamBytes(std::FILE* stream, const std::string& file, std::size_t most) {
   constexpr std::size_t kChunk = std::size_t{1} << 16;
   std::string bytes;
   char chunk[kChunk];
@@ -28,41 +39,20 @@ std::string readAll(std::FILE* stream, std::size_t most, const std::string& file
   return bytes;
 }
 
-}  // namespace
-
-std::string fileBytes(const std::string& path, std::size_t most) {
-  std::error_code unknown;
-  if (std::filesystem::is_directory(path, unknown))
-    throw FileError(path, 0, "is a folder", "name the files in it, such as " + path + "/*");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (!file) throw unreadable(path);
-  return readAll(file.get(), most, path);
-}
-
-std::string streamBytes(std::FILE* stream, const std::string& file) {
-  return readAll(stream, kLargestInput, file);
-}
-
 bool isGzipped(std::string_view bytes) {
   return bytes.size() >= 2 && bytes[0] == '\x1f' && bytes[1] == '\x8b';
 }
 
 FileError inputError(InputFault fault, const std::string& file) {
-  const char* const kFetchAgain = "fetch it again";
-  switch (fault) {
-    case InputFault::damagedGzip:
-      return {file, 0, "the gzip file is damaged", kFetchAgain};
-    case InputFault::cutGzip:
-      return {file, 0, "the gzip file ends too early", kFetchAgain};
-    case InputFault::tooLarge:
-      return {file, 0, "is larger than " + std::to_string(kLargestInput >> 20) + " MiB",
-              "give the part that is needed"};
-    case InputFault::noMemory:
-      return {file, 0, "does not fit into memory", "give a smaller file"};
-    case InputFault::unreadable:
-      break;
-  }
-  return {file, 0, "cannot be read", "check the name and the permissions"};
+  const std::pair<std::string, const char*> kTexts[] = {
+      {"cannot be read", "check the name and the permissions"},
+      {"the gzip file is damaged", "fetch it again"},
+      {"the gzip file ends too early", "fetch it again"},
+      {"is larger than " + std::to_string(kLargestInput >> 20) + " MiB", "give the part that is needed"},
+      {"does not fit into memory", "give a smaller file"},
+  };
+  const auto& [what, remedy] = kTexts[static_cast<std::size_t>(fault)];
+  return {file, 0, what, remedy};
 }
 
 }  // namespace zorvela

@@ -23,8 +23,8 @@ FileError inputError(InputFault fault, const std::string& file);
 /// for a file that cannot be read and for one above `kLargestInput`.
 std::string fileBytes(const std::string& path, std::size_t most = kLargestInput);
 
-/// Returns the rest of a stream. `file` is how messages name it. FileError as above.
-std::string streamBytes(std::FILE* stream, const std::string& file);
+/// Returns the rest of a stream in the same way. `file` is how messages name it.
+std::string streamBytes(std::FILE* stream, const std::string& file, std::size_t most = kLargestInput);
 
 /// Tells whether bytes begin with the gzip mark.
 bool isGzipped(std::string_view bytes);

@@ -14,14 +14,6 @@
 namespace zorvela {
 
 inline constexpr std::size_t kMostShiftRows = 300000;
-/// For a format whose rows may be short: a row takes some 200 bytes of memory.
-inline constexpr std::size_t kShiftRowsOfAnyFile = 100000;
-inline constexpr std::size_t kBytesPerShiftRow = 20;
-
-/// Returns how many shift rows a text of this size may have, so that memory stays in proportion to it.
-constexpr std::size_t mostShiftRows(std::size_t bytes) {
-  return std::min(kMostShiftRows, kShiftRowsOfAnyFile + bytes / kBytesPerShiftRow);
-}
 inline constexpr std::size_t kLongestSequence = 40000;
 /// For all chains that a file describes, and for all tables that are made from it, gaps included.
 inline constexpr std::size_t kMostResidues = 100000;
@@ -58,6 +50,12 @@ inline constexpr Limit kChainsTimesLists = {10000, "has", "chains times shift li
 inline constexpr Limit kSequence =   {kLongestSequence, "has a sequence of", "residues", "no protein is that long: check the file"};
 inline constexpr Limit kResiduesMade = {kMostResidues, "makes", "residues in all tables together", "choose a chain and a list, or split the file"};
 // clang-format on
+
+/// Returns the limit for a text of so many bytes, whose rows may be short: each takes some 200 bytes of
+/// memory.
+constexpr Limit shiftRows(std::size_t bytes) {
+  return {std::min(kMostShiftRows, 100000 + bytes / 20), "has", "shift rows", kOneProteinRemedy};
+}
 
 /// Returns the limit for a file of so many bytes. A residue with one atom takes up to 1 kB of memory, and at
 /// least some 15 bytes of text; in the columns of the archive, 70 or more.

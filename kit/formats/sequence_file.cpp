@@ -33,9 +33,7 @@ struct NameList {
   bool areNumbered = false;
 };
 
-bool isSpinSystem(const std::string& name) {
-  return name == "SS";
-}
+constexpr const char* kSpinSystem = "SS";
 
 /// Tells whether a word is a name for certain, not the number "A12".
 bool isKnownName(const std::string& word) {
@@ -98,14 +96,14 @@ bool readNames(std::string_view text, SequenceFile& sequence) {
     checkLimit(names.residues.size(), limits::kResidues, sequence.file);
   }
   const auto isKnown = [](const NamedResidue& one) {
-    return isKnownName(one.name) || isSpinSystem(one.name);
+    return isKnownName(one.name) || one.name == kSpinSystem;
   };
   const auto known = std::count_if(names.residues.begin(), names.residues.end(), isKnown);
   const std::size_t count = names.residues.size();
   if (count < 2 || static_cast<std::size_t>(known) * 2 <= count) return false;
   for (const NamedResidue& one : names.residues) {
-    if (isSpinSystem(one.name)) sequence.spinSystems.insert(static_cast<int>(one.number));
-    if (isSpinSystem(one.name) || isLinker(one.name)) continue;
+    if (one.name == kSpinSystem) sequence.spinSystems.insert(static_cast<int>(one.number));
+    if (one.name == kSpinSystem || isLinker(one.name)) continue;
     std::vector<FileResidue>& chain = chainNamed(one.chain, sequence).residues;
     chain.push_back({std::to_string(chain.size() + 1),
                      names.areNumbered ? std::to_string(one.number) : std::string(), one.name});
@@ -178,11 +176,6 @@ void readLetters(std::string_view text, SequenceFile& sequence) {
 
 // --- All ----------------------------------------------------------------------------------------
 
-void readStar(std::string text, SequenceFile& sequence) {
-  for (const Source& source : sourcesOf(std::move(text), sequence.file))
-    for (FileChain& chain : readSource(source).chains) sequence.chains.push_back(std::move(chain));
-}
-
 /// Removes empty chains and those of other molecules.
 void keepProteins(SequenceFile& sequence) {
   std::vector<FileChain>& chains = sequence.chains;
@@ -206,10 +199,12 @@ SequenceFile sequenceFileOf(std::string bytes, const std::string& file) {
   sequence.file = file;
   std::string text = unpacked(std::move(bytes), file);
   dropByteOrderMark(text);
-  if (isStar(text))
-    readStar(std::move(text), sequence);
-  else if (!readNames(text, sequence))
+  if (isStar(text)) {
+    for (const Source& source : sourcesOf(std::move(text), file))
+      for (FileChain& chain : readSource(source).chains) sequence.chains.push_back(std::move(chain));
+  } else if (!readNames(text, sequence)) {
     readLetters(text, sequence);
+  }
   keepProteins(sequence);
   return sequence;
 }

@@ -5,12 +5,12 @@
 #include <set>
 
 #include "formats/format.h"
+#include "protein/disulfides.h"
 #include "protein/own_table.h"
 #include "protein/place_on_sequence.h"
 #include "protein/remarks.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
-#include "protein/states_by_shift.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 

@@ -140,26 +140,6 @@ bool isOfHydroxylRing(const ResidueReading& type, const std::string& atom) {
   return type.isHydroxyproline && (equalIgnoringCase(atom, "CB") || equalIgnoringCase(atom, "CG"));
 }
 
-/// The shift of a row; nothing, with the reason, where it has none.
-std::optional<Shift> usableShift(const FileShift& row, const std::string& numbered, Collected& found) {
-  if (row.value.empty()) {
-    ++found.withoutValue;
-    return std::nullopt;
-  }
-  const auto shift = readShift(row.value);
-  if (!shift) {
-    found.badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
-                        "\" is not a number; ignored");
-    return std::nullopt;
-  }
-  // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
-  if (shift->ppm == 0 || isMissingMark(*shift)) {
-    ++found.missingMarks;
-    return std::nullopt;
-  }
-  return shift;
-}
-
 /// Of two shifts for one atom the one that names it alone counts, then the one with the higher occupancy,
 /// then the first.
 void offer(const AtomKey& key, Candidate candidate, const FileShift& row, const ChainResidue& residue,
@@ -180,60 +160,39 @@ void offer(const AtomKey& key, Candidate candidate, const FileShift& row, const 
                        " and " + shiftText(candidate.shift) + " ppm: " + text + " is used");
 }
 
-void offerAtoms(const AtomReading& atom, Candidate candidate, const FileShift& row,
-                const ChainResidue& residue, Collected& found) {
-  Shift& shift = candidate.shift;
-  shift.atom = atom.atom;
-  AtomKey key = atomKey(shift.position, shift.atom);
-  if (atom.isOlderName) key.second = kOlderHA1;
-  offer(key, candidate, row, residue, found);
-  if (!candidate.isPseudo) return;
-  shift.atom = Atom::HA3;
-  offer(atomKey(shift.position, shift.atom), candidate, row, residue, found);
-}
-
 /// A row whose residue is known.
 void take(const FileShift& row, int position, const ChainResidue& residue, Collected& found) {
   const AtomReading atom = readAtom(residue.type.letter, row.atom);
+  const std::string numbered = residue.number + " " + row.atom;
+  const auto shift = readShift(row.value);
   if (atom.kind == AtomReading::Kind::other) {
     ++found.otherAtoms;
-    return;
-  }
-  const std::string numbered = residue.number + " " + row.atom;
-  auto shift = usableShift(row, numbered, found);
-  if (!shift) return;
-  if (atom.kind == AtomReading::Kind::foreign) {
+  } else if (row.value.empty()) {
+    ++found.withoutValue;
+  } else if (!shift) {
+    found.badValues.add(linePrefix(row) + numbered + ": \"" + printable(row.value, 30) +
+                        "\" is not a number; ignored");
+  } else if (shift->ppm == 0 || isMissingMark(*shift)) {
+    // Nothing in a backbone resonates at exactly 0 ppm, where the reference does: a spreadsheet's empty cell.
+    ++found.missingMarks;
+  } else if (atom.kind == AtomReading::Kind::foreign) {
     found.foreign.push_back(numbered);
-    return;
-  }
-  if (isOfHydroxylRing(residue.type, row.atom)) {
+  } else if (isOfHydroxylRing(residue.type, row.atom)) {
     found.hydroxylRing.push_back(numbered);
-    return;
+  } else {
+    const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
+    if (ambiguityText(row.ambiguity) != nullptr) addOnce(found.ambiguous[row.ambiguity], numbered);
+    if (isPseudo && !row.offset) found.pseudo.push_back(residue.number);
+    Candidate candidate{*shift, row.occupancy, isPseudo};
+    candidate.shift.position = position;
+    candidate.shift.atom = atom.atom;
+    offer({position, atom.isOlderName ? kOlderHA1 : tableRank(atom.atom)}, candidate, row, residue, found);
+    candidate.shift.atom = Atom::HA3;
+    if (isPseudo) offer(atomKey(position, Atom::HA3), candidate, row, residue, found);
   }
-  const bool isPseudo = atom.kind == AtomReading::Kind::pseudo;
-  if (ambiguityText(row.ambiguity) != nullptr) addOnce(found.ambiguous[row.ambiguity], numbered);
-  if (isPseudo && !row.offset) found.pseudo.push_back(residue.number);
-  shift->position = position;
-  offerAtoms(atom, {*shift, row.occupancy, isPseudo}, row, residue, found);
 }
 
 // --- All rows -----------------------------------------------------------------------------------
-
-/// The rows of residues' own shifts, or those that are kept under a neighbour.
-void collect(const ShiftRows& rows, bool areOwn, std::int64_t offset, const ChainSequence& sequence,
-             Collected& found) {
-  for (const FileShift* row : rows) {
-    if (row->offset.has_value() == areOwn) continue;
-    if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
-    const int position = placeOf(*row, sequence, offset);
-    if (position == 0)
-      ++found.outside[row->number.empty() ? row->key : row->number];
-    else if (!fits(*row, sequence.at(position)))
-      ++found.misnamed[{position, row->residueName}];
-    else
-      take(*row, position, sequence.at(position), found);
-  }
-}
 
 void rename(const AtomKey& from, Atom atom, Chosen& chosen) {
   auto node = chosen.extract(from);
@@ -263,12 +222,29 @@ void settleOlderGlycine(const ChainSequence& sequence, Collected& found) {
   }
 }
 
+/// The rows of residues' own shifts, or those that are kept under a neighbour.
+void collect(const ShiftRows& rows, bool areOwn, std::int64_t offset, const ChainSequence& sequence,
+             Collected& found) {
+  for (const FileShift* row : rows) {
+    if (row->offset.has_value() == areOwn) continue;
+    if (row->atom.empty() && row->value.empty()) continue;  // only names a residue
+    const int position = placeOf(*row, sequence, offset);
+    if (position == 0)
+      ++found.outside[row->number.empty() ? row->key : row->number];
+    else if (!fits(*row, sequence.at(position)))
+      ++found.misnamed[{position, row->residueName}];
+    else
+      take(*row, position, sequence.at(position), found);
+  }
+  settleOlderGlycine(sequence, found);
+}
+
 /// Tells whether a residue has a shift for an atom. One alpha proton of glycine may be the mean of both.
 bool hasOwn(const Chosen& own, const AtomKey& key) {
-  if (own.count(key) > 0) return true;
   const AtomKey first = atomKey(key.first, Atom::HA2);
   const AtomKey second = atomKey(key.first, Atom::HA3);
-  return (key == first && own.count(second) > 0) || (key == second && own.count(first) > 0);
+  const bool isOfGlycine = key == first || key == second;
+  return own.count(key) > 0 || (isOfGlycine && own.count(first) + own.count(second) > 0);
 }
 
 /// A residue's own shift counts. Seen from a neighbour, where other peaks show it, it differs by 0.12 ppm in
@@ -287,17 +263,6 @@ void addOfNeighbours(const Chosen& ofNeighbours, const ChainSequence& sequence, 
   }
 }
 
-Collected collectAll(const ShiftRows& rows, std::int64_t offset, const ChainSequence& sequence) {
-  Collected found;
-  collect(rows, false, offset, sequence, found);
-  settleOlderGlycine(sequence, found);
-  const Chosen ofNeighbours = std::exchange(found.chosen, {});
-  collect(rows, true, offset, sequence, found);
-  settleOlderGlycine(sequence, found);
-  addOfNeighbours(ofNeighbours, sequence, found);
-  return found;
-}
-
 // --- Notes --------------------------------------------------------------------------------------
 
 void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::vector<std::string>& notes) {
@@ -311,7 +276,14 @@ void noteMisnamed(const Collected& found, const ChainSequence& sequence, std::ve
   otherNames.appendTo(notes);
 }
 
-void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
+/// "1 row without a value ignored", "2 rows without a value ignored"; nothing for none.
+void noteCount(std::size_t count, const std::string& one, const std::string& many, const std::string& text,
+               std::vector<std::string>& notes) {
+  if (count > 0) notes.push_back(counted(count, one, many) + text);
+}
+
+void addNotes(const Collected& found, const ChainSequence& sequence, std::vector<std::string>& notes) {
+  noteMisnamed(found, sequence, notes);
   for (const auto& [code, atoms] : found.ambiguous)
     notes.push_back(counted(atoms.size(), "assignment is", "assignments are") + " ambiguous " +
                     ambiguityText(code) + " (code " + code + "); used all the same: " + enumerated(atoms));
@@ -319,19 +291,13 @@ void noteAtoms(const Collected& found, std::vector<std::string>& notes) {
   addNote("HA1 and HA2 of glycine read as HA2 and HA3: ", found.older, notes);
   addNote(kForeignAtoms, found.foreign, notes);
   addNote("CB and CG of hydroxyproline are unlike those of proline; ignored: ", found.hydroxylRing, notes);
-}
-
-void noteOfNeighbours(const Collected& found, std::vector<std::string>& notes) {
-  const std::size_t twice = found.ofNeighboursTwice;
   addNote(counted(found.ofNeighbours.size(), "shift", "shifts") +
               " listed under a neighbour (n-1) used; the residue has none of its own: ",
           found.ofNeighbours, notes);
-  if (twice > 0)
-    notes.push_back(counted(twice, "shift", "shifts") +
-                    " listed under a neighbour (n-1) not used; the residue has its own");
-}
-
-void noteCounts(const Collected& found, std::vector<std::string>& notes) {
+  noteCount(found.ofNeighboursTwice, "shift", "shifts",
+            " listed under a neighbour (n-1) not used; the residue has its own", notes);
+  found.badValues.appendTo(notes);
+  found.duplicates.appendTo(notes);
   std::vector<std::string> numbers;
   std::size_t outside = 0;
   for (const auto& [number, rows] : found.outside) {
@@ -340,14 +306,10 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
   }
   addNote(counted(outside, "shift", "shifts") + " ignored; the sequence has no such residue: ", numbers,
           notes);
-  if (found.withoutValue > 0)
-    notes.push_back(counted(found.withoutValue, "row", "rows") + " without a value ignored");
-  if (found.missingMarks > 0)
-    notes.push_back(
-        counted(found.missingMarks, "placeholder for a missing shift", "placeholders for missing shifts") +
-        " (0, or 999 and above) ignored");
-  if (found.repeated > 0)
-    notes.push_back(counted(found.repeated, "shift is", "shifts are") + " given twice with the same value");
+  noteCount(found.withoutValue, "row", "rows", " without a value ignored", notes);
+  noteCount(found.missingMarks, "placeholder for a missing shift", "placeholders for missing shifts",
+            " (0, or 999 and above) ignored", notes);
+  noteCount(found.repeated, "shift is", "shifts are", " given twice with the same value", notes);
 }
 
 }  // namespace
@@ -355,16 +317,15 @@ void noteCounts(const Collected& found, std::vector<std::string>& notes) {
 std::vector<Shift> makeShifts(const ChainSequence& sequence, const ShiftRows& rows,
                               std::vector<std::string>& notes, std::vector<std::string>& asides) {
   const std::int64_t offset = offsetOf(rows, sequence);
-  const Collected found = collectAll(rows, offset, sequence);
+  Collected found;
+  collect(rows, false, offset, sequence, found);
+  const Chosen ofNeighbours = std::exchange(found.chosen, {});
+  collect(rows, true, offset, sequence, found);
+  addOfNeighbours(ofNeighbours, sequence, found);
   if (offset != 0)
     notes.push_back("the shift rows number the residues differently from the sequence; " +
                     std::to_string(offset) + " was added to make the residue names fit");
-  noteMisnamed(found, sequence, notes);
-  noteAtoms(found, notes);
-  noteOfNeighbours(found, notes);
-  found.badValues.appendTo(notes);
-  found.duplicates.appendTo(notes);
-  noteCounts(found, notes);
+  addNotes(found, sequence, notes);
   noteOtherAtoms(found.otherAtoms, asides);
   std::vector<Shift> shifts;
   shifts.reserve(found.chosen.size());
@@ -388,9 +349,7 @@ bool isMissingMark(const Shift& shift) {
 }
 
 void noteOtherAtoms(std::size_t count, std::vector<std::string>& asides) {
-  if (count > 0)
-    asides.push_back(counted(count, "shift", "shifts") +
-                     " of other atoms (side chain and the like) not needed");
+  noteCount(count, "shift", "shifts", " of other atoms (side chain and the like) not needed", asides);
 }
 
 std::size_t countTableShifts(const ShiftRows& rows) {

@@ -38,6 +38,11 @@ Value callAsReferenced(const ProlineResult& proline) {
   return proline.callAsReferenced ? toText(*proline.callAsReferenced) : Value();
 }
 
+/// A number with so many decimals at most.
+Value rounded(const std::optional<double>& value, int decimals) {
+  return value ? std::strtod(fixedText(*value, decimals).c_str(), nullptr) : Value();
+}
+
 }  // namespace
 
 Value orNothing(Value value) {
@@ -47,10 +52,6 @@ Value orNothing(Value value) {
   if (const auto* number = std::get_if<double>(&value); number != nullptr && !std::isfinite(*number))
     return {};
   return value;
-}
-
-Value rounded(const std::optional<double>& value, int decimals) {
-  return value ? std::strtod(fixedText(*value, decimals).c_str(), nullptr) : Value();
 }
 
 const std::vector<Field<ProteinResult>>& fieldsOf(const ProteinResult&) {

@@ -19,10 +19,71 @@ namespace zorvela {
 
 namespace {
 
+// --- One chain ------------------------------------------------------------------------------------
+
+constexpr std::size_t kNotesShown = 5;
+
+std::string structures(const ProteinResult& protein) {
+  if (protein.structureNotes.empty() && protein.matches.empty()) return "";
+  std::vector<std::string> chains;
+  for (const ChainMatch& match : protein.matches) chains.push_back(toText(match));
+  return "<h2>Comparison with the structure</h2>\n" +
+         (chains.empty() ? "" : paragraph("Compared with " + enumerated(chains, chains.size()) + ".")) +
+         (protein.structureNotes.empty() ? "" : bulletList(protein.structureNotes));
+}
+
+std::string notes(const ProteinResult& protein) {
+  const std::vector<std::string> others = otherNotes(protein);  // the correction is in the answer
+  if (others.empty()) return "";
+  const std::string title = counted(others.size(), "note", "notes") + " on the input file";
+  if (others.size() > kNotesShown) return fold(title, bulletList(others));
+  return "<h2>" + title + "</h2>\n" + bulletList(others);
+}
+
+/// The result in a few sentences: "1 of 6 prolines is cis: P117. Undecided: P31. 13C is 3 ppm too high;
+/// corrected before predicting."
+std::string answer(const ProteinResult& protein) {
+  const std::size_t count = protein.prolines.size();
+  if (count == 0) return "The sequence has no proline.";
+  const std::vector<std::string> cis = namesOf(protein, Call::cis);
+  const std::vector<std::string> undecided = namesOf(protein, Call::undecided);
+  std::string text;
+  if (namesOf(protein, Call::none).size() == count)
+    text = count == 1 ? "The only proline has no prediction." : "None of the prolines has a prediction.";
+  else if (cis.empty())
+    text = "None of " + counted(count, "proline", "prolines") + " is called cis.";
+  else
+    text = std::to_string(cis.size()) + " of " + counted(count, "proline", "prolines") +
+           (cis.size() == 1 ? " is" : " are") + " cis: " + enumerated(cis) + ".";
+  if (!undecided.empty()) text += " Undecided: " + enumerated(undecided) + ".";
+  if (protein.prolines.front().structure) {
+    const std::string sentence = structureSentence(protein);
+    const std::vector<std::string> mixed = namesOf(protein, Verdict::mixed);
+    if (!sentence.empty()) text += " " + sentence;
+    if (!mixed.empty()) text += " Models contradict each other: " + enumerated(mixed) + ".";
+    if (sentence.empty() && mixed.empty()) text += " No call could be compared with a structure.";
+  }
+  if (!protein.correction.empty()) text += " " + protein.correction + ".";
+  return text;
+}
+
+/// Pictures, cards, tables and notes. `name` tells the chain from the others of the page.
+std::string chainReport(const ProteinResult& protein, const std::string& name,
+                        const ClassStatistics& classes) {
+  return paragraph(counted(static_cast<std::size_t>(protein.length), "residue", "residues") + ", " +
+                       counted(static_cast<std::size_t>(protein.shiftCount), "shift", "shifts") + " in use",
+                   "faint") +
+         chainFigure(protein) +
+         prolineCards(protein, cbCgFigure(protein, classes) + referencingTable(protein, name)) +
+         prolineTable(protein, name) + structures(protein) + notes(protein);
+}
+
+// --- All chains -----------------------------------------------------------------------------------
+
 /// A chain with its name and its place in the page.
 struct NamedChain {
   const ProteinResult* protein;
-  std::string name;
+  std::string name;  ///< "b.str, chain A, shift list 2", without the folder that all files share
   std::string id;
 };
 
@@ -34,7 +95,10 @@ std::vector<NamedChain> chainsOf(const RunReport& report) {
   }
   std::vector<NamedChain> chains;
   forEachProtein(report, [&](const ProteinResult& protein) {
-    chains.push_back({&protein, chainName(protein, origin), "chain" + std::to_string(chains.size() + 1)});
+    std::string name = protein.file.substr(origin.folder.size());
+    if (!protein.chain.empty()) name += ", chain " + protein.chain;
+    if (origin.withList && !protein.list.empty()) name += ", shift list " + protein.list;
+    chains.push_back({&protein, name, "chain" + std::to_string(chains.size() + 1)});
   });
   return chains;
 }
@@ -60,7 +124,8 @@ std::string notices(const RunReport& report, const std::vector<NamedChain>& chai
   for (const NamedChain& chain : chains)
     for (const std::string& warning : warningsOf(*chain.protein))
       texts.push_back(chains.size() == 1 ? warning : chain.name + ": " + warning);
-  forEachError(report, [&](const FileReport& file) { texts.push_back(file.error); });
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) texts.push_back(file.error);
   return texts.empty() ? "" : "<div class=\"notices\">" + bulletList(texts) + "</div>\n";
 }
 
@@ -89,16 +154,18 @@ std::string indexTable(const std::vector<NamedChain>& chains) {
 
 // --- One sequence with several sets of shifts -----------------------------------------------------
 
-std::string differenceOf(const std::vector<const ProlineResult*>& prolines) {
+/// Compares the predictions of one proline.
+std::string differenceOf(const std::vector<NamedChain>& chains, std::size_t index) {
   std::set<Call> calls;
-  std::vector<float> values;
-  for (const ProlineResult* proline : prolines) {
-    if (proline->call != Call::none) calls.insert(proline->call);
-    if (proline->pCisNorm) values.push_back(*proline->pCisNorm);
+  std::multiset<float> values;
+  for (const NamedChain& chain : chains) {
+    const ProlineResult& proline = chain.protein->prolines[index];
+    if (!proline.pCisNorm) continue;
+    calls.insert(proline.call);
+    values.insert(*proline.pCisNorm);
   }
   if (values.size() < 2) return "–";
-  const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  const std::string size = fixedText(static_cast<double>(*most - *least), 3);
+  const std::string size = fixedText(static_cast<double>(*values.rbegin() - *values.begin()), 3);
   return calls.size() > 1 ? "<mark>" + size + ", the calls differ</mark>" : size;
 }
 
@@ -121,11 +188,7 @@ std::string sideBySide(const std::vector<NamedChain>& chains) {
       rows.back().push_back(symbol(proline.call) + " " + escaped(headline(proline)));
   }
   rows.push_back({"Difference of P_CIS_NORM"});
-  for (std::size_t i = 0; i + 1 < rows.front().size(); ++i) {
-    std::vector<const ProlineResult*> prolines;
-    for (const NamedChain& chain : chains) prolines.push_back(&chain.protein->prolines[i]);
-    rows.back().push_back(differenceOf(prolines));
-  }
+  for (std::size_t i = 0; i + 1 < rows.front().size(); ++i) rows.back().push_back(differenceOf(chains, i));
   if (chains.size() <= kMostColumns) rows = transposed(rows);
   return htmlTable("Side by side: " + chains.front().name, rows.front(), Cells(rows.front().size(), "f"),
                    {rows.begin() + 1, rows.end()});
@@ -199,19 +262,17 @@ constexpr std::array<Accuracy, 3> kAccuracy = {
      {"CB without CG", "36.4", "99.1", "715", [](bool cb, bool cg) { return cb && !cg; }},
      {"no CB", "3.2", "100.0", "386", [](bool cb, bool) { return !cb; }}}};
 
-std::string prolinesThatFit(const RunReport& report, const Accuracy& accuracy) {
-  return std::to_string(countIf(report, [&](const ProlineResult& proline) {
-    const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
-    return proline.evidence && accuracy.fits(has(kIndexCB), has(kIndexCG));
-  }));
-}
-
 std::string accuracyTable(const RunReport& report) {
   std::vector<Cells> rows;
   const std::string percent = "\u00a0%";
-  for (const Accuracy& accuracy : kAccuracy)
-    rows.push_back({accuracy.measured, prolinesThatFit(report, accuracy), accuracy.sensitivity + percent,
+  for (const Accuracy& accuracy : kAccuracy) {
+    const std::size_t count = countIf(report, [&](const ProlineResult& proline) {
+      const auto has = [&](int index) { return proline.evidence->shift(index).secondary.has_value(); };
+      return proline.evidence && accuracy.fits(has(kIndexCB), has(kIndexCG));
+    });
+    rows.push_back({accuracy.measured, std::to_string(count), accuracy.sensitivity + percent,
                     accuracy.specificity + percent, std::string(accuracy.prolines) + " prolines"});
+  }
   return htmlTable("Accuracy of the calls",
                    {"Shifts measured", "Prolines here", "Cis called cis (sensitivity)",
                     "Trans called trans (specificity)", "Tested on"},

@@ -11,13 +11,6 @@ namespace zorvela {
 /// which colour-blind people tell apart.
 extern const char* const kHtmlStyle;
 
-/// Returns the result in a few sentences: "1 of 6 prolines is cis: P117. Undecided: P31. 13C is 3 ppm too
-/// high; corrected before predicting."
-std::string answer(const ProteinResult& protein);
-/// Returns pictures, cards, tables and notes. `name` tells the chain from the others of the page.
-std::string chainReport(const ProteinResult& protein, const std::string& name,
-                        const ClassStatistics& classes);
-
 /// Returns a caption that explains the marks of verdicts; empty without one.
 std::string markCaption(const ProteinResult& protein);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"
 
@@ -193,10 +194,11 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title) {
   return title.empty() ? use + "/>" : use + "><title>" + escaped(title) + "</title></use>";
 }
 
-std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y, bool isSmall) {
-  if (verdict != Verdict::agree && verdict != Verdict::disagree) return "";
-  return std::string("<use href=\"#") + (isSmall ? "w" : "v") + (verdict == Verdict::agree ? "a" : "d") +
-         "\" x=\"" + coordinate(x) + "\" y=\"" + coordinate(y) + "\"/>";
+std::string svgVerdict(const ProlineResult& proline, double x, double y, bool isSmall) {
+  const bool agrees = is(proline, Verdict::agree);
+  if (!agrees && !is(proline, Verdict::disagree)) return "";
+  return std::string("<use href=\"#") + (isSmall ? "w" : "v") + (agrees ? "a" : "d") + "\" x=\"" +
+         coordinate(x) + "\" y=\"" + coordinate(y) + "\"/>";
 }
 
 }  // namespace zorvela

@@ -94,7 +94,7 @@ std::string svgSymbol(Call call, double x, double y, const std::string& title = 
 
 /// Draws the mark around a symbol: a ring if the structure agrees, a square if it disagrees. Other verdicts
 /// have none. A small one goes with a narrow symbol.
-std::string svgVerdict(const std::optional<Verdict>& verdict, double x, double y, bool isSmall = false);
+std::string svgVerdict(const ProlineResult& proline, double x, double y, bool isSmall = false);
 /// Half the size of that mark, of either kind (units).
 inline constexpr double kVerdictSize = 9;
 

@@ -188,10 +188,9 @@ void write(const ProteinResult& protein, bool withStructures, JsonWriter& json) 
   for (const ProlineResult& proline : protein.prolines) json.add(toJson(proline));
   json.close();
   json.add(warningsOf(protein), "warnings");
-  json.open('[', "notes");
-  for (const std::string& note : protein.notes) json.add(note);
-  for (const std::string& aside : protein.asides) json.add(aside);
-  json.close();
+  std::vector<std::string> notes = protein.notes;
+  notes.insert(notes.end(), protein.asides.begin(), protein.asides.end());
+  json.add(notes, "notes");
   if (withStructures) {
     json.add(arrayOf(protein.matches), "matches");
     json.add(protein.structureNotes, "structure_notes");
@@ -214,13 +213,13 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   json.open('[', "proteins");
   forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });
   json.close();
-  json.open('[', "errors");
-  forEachError(report, [&](const FileReport& file) {
-    Json error = {{"file", file.file}, {"message", file.error}};
-    if (file.needsSequence) error["needs_sequence"] = true;
-    json.add(error);
-  });
-  json.close();
+  Json errors = Json::array();
+  for (const FileReport& file : report.files) {
+    if (file.error.empty()) continue;
+    errors.push_back({{"file", file.file}, {"message", file.error}});
+    if (file.needsSequence) errors.back()["needs_sequence"] = true;
+  }
+  json.add(errors, "errors");
   if (withStructures) {
     json.add(arrayOf(report.structures), "structures");
     json.add(report.chainsWithoutShifts, "chains_without_shifts");

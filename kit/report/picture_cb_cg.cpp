@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "report/html_parts.h"
 #include "report/html_pieces.h"
 #include "report/walk.h"
@@ -111,28 +111,28 @@ struct Box {
   }
 };
 
-/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right.
+/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right, with its text.
 struct DifferenceLine {
-  double difference, x, y, width, height;
+  double x, y, width, height, angle;
+  std::string text;
+  double textX, textY;
 
-  DifferenceLine(double ppm, const Frame& frame) : difference(ppm) {
+  DifferenceLine(double ppm, const Frame& frame) {
     const double from = std::max(frame.cb.from, frame.cg.from + ppm);
     const double to = std::min(frame.cb.to, frame.cg.to + ppm);
     x = frame.cb.at(from);
     y = frame.cg.at(from - ppm);
     width = frame.cb.at(to) - x;
     height = y - frame.cg.at(to - ppm);
+    angle = std::atan2(height, width);
+    text = (ppm == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(ppm, 1) + " ppm";
+    textX = x + kLineTextAt * width;
+    textY = y - kLineTextAt * height;
   }
-  std::string text() const {
-    return (difference == kTransCbMinusCgUpTo ? "CB − CG = " : "") + figureText(difference, 1) + " ppm";
-  }
-  double textX() const { return x + kLineTextAt * width; }
-  double textY() const { return y - kLineTextAt * height; }
-  double angle() const { return std::atan2(height, width); }
   Box textBox() const {
-    const double length = labelWidth(text()) * 0.8;  // its signs are counted in bytes
-    const double textHeight = length * std::sin(angle()) + kTextHeight;
-    return {textX(), textY() - textHeight, length * std::cos(angle()), textHeight};
+    const double length = labelWidth(text) * 0.8;  // its signs are counted in bytes
+    const double textHeight = length * std::sin(angle) + kTextHeight;
+    return {textX, textY - textHeight, length * std::cos(angle), textHeight};
   }
 };
 
@@ -144,8 +144,7 @@ std::array<DifferenceLine, 2> differenceLines(const Frame& frame) {
 std::string drawn(const DifferenceLine& line) {
   if (line.width <= 0) return "";
   return svgLine(line.x, line.y, line.x + line.width, line.y - line.height, "d") +
-         svgText(0, -4, line.text(), "s", turned(line.textX(), line.textY(), -line.angle() * kDegrees)) +
-         "\n";
+         svgText(0, -4, line.text, "s", turned(line.textX, line.textY, -line.angle * kDegrees)) + "\n";
 }
 
 // --- Points and labels --------------------------------------------------------------------------
@@ -176,7 +175,7 @@ std::string arrowTo(double x, double y) {
 }
 
 Point pointOf(const ProlineResult& proline, double cb, const std::optional<double>& cg, const Frame& frame) {
-  const bool isMarked = verdictOf(proline) == Verdict::agree || verdictOf(proline) == Verdict::disagree;
+  const bool isMarked = is(proline, Verdict::agree) || is(proline, Verdict::disagree);
   const double x = frame.cb.at(cb);
   Point point{&proline, cg.has_value()};
   point.title = "P" + proline.number + " (CB " + figureText(cb, 2);
@@ -239,7 +238,7 @@ std::string labels(std::vector<Point> points, std::vector<Box> taken) {
   for (const Point& point : points)
     taken.push_back({point.x - point.half, point.y - point.half, 2 * point.half, 2 * point.half});
   const auto rank = [](const Point& point) {
-    if (verdictOf(*point.proline) == Verdict::disagree) return -1;
+    if (is(*point.proline, Verdict::disagree)) return -1;
     return static_cast<int>(point.proline->call != Call::cis) +
            static_cast<int>(point.proline->call == Call::trans);
   };
@@ -311,7 +310,7 @@ std::string cbCgFigure(const ProteinResult& protein, const ClassStatistics& clas
   std::string marks;
   std::vector<std::string> offAxes;
   for (const Point& point : points) {
-    marks += markOf(point) + svgVerdict(verdictOf(*point.proline), point.x, point.y, !point.hasCg) + "\n";
+    marks += markOf(point) + svgVerdict(*point.proline, point.x, point.y, !point.hasCg) + "\n";
     if (!point.arrow.empty()) offAxes.push_back(point.title);
   }
   std::vector<Box> taken;

@@ -87,8 +87,7 @@ std::string bandOf(const ProteinResult& protein, std::size_t first, std::size_t 
 std::string numbersOf(const ProteinResult& protein, std::size_t first, std::size_t last) {
   std::string text;
   for (std::size_t i = first; i < last; ++i) {
-    const bool isTick = i == first || (i + 1) % kTickEvery == 0;
-    if (!isTick || (i != first && i - first < 4)) continue;
+    if (i != first && (i + 1) % kTickEvery != 0) continue;
     text += svgText(middleOf(i - first), kNumberY, shortened(protein.numbers[i], kLongestNumber), "m s");
   }
   return text + "\n";
@@ -101,7 +100,7 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index < first || index >= last) continue;
     const double x = middleOf(index - first);
-    const std::string mark = svgVerdict(verdictOf(proline), x, kSymbolY);
+    const std::string mark = svgVerdict(proline, x, kSymbolY);
     names.push_back({proline.call, "P" + shortened(proline.number, kLongestNumber), !mark.empty(), x, x});
     symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
@@ -114,8 +113,8 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
 }
 
 std::string verdictSuffix(const ProlineResult& proline) {
-  if (verdictOf(proline) == Verdict::agree) return ", structure agrees";
-  return verdictOf(proline) == Verdict::disagree ? ", structure disagrees" : "";
+  if (is(proline, Verdict::agree)) return ", structure agrees";
+  return is(proline, Verdict::disagree) ? ", structure disagrees" : "";
 }
 
 std::string describe(const ProteinResult& protein, std::size_t first, std::size_t last) {
@@ -131,6 +130,10 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
 }
 
 }  // namespace
+
+std::string markCaption(const ProteinResult& protein) {
+  return structureSentence(protein).empty() ? "" : " Ring: the structure agrees; square: it disagrees.";
+}
 
 std::string chainFigure(const ProteinResult& protein) {
   const std::size_t length = protein.assignments.size();

@@ -14,14 +14,6 @@ namespace zorvela {
 
 namespace {
 
-template <class Fits>
-std::vector<std::string> namesIf(const ProteinResult& protein, Fits fits) {
-  std::vector<std::string> names;
-  for (const ProlineResult& proline : protein.prolines)
-    if (fits(proline)) names.push_back("P" + proline.number);
-  return names;
-}
-
 bool hasSeveralLists(const RunReport& report) {
   for (const FileReport& file : report.files) {
     std::set<std::string> chains;
@@ -78,25 +70,16 @@ void writeReport(const std::string& format, const RunReport& report, const Repor
 }
 
 std::size_t countCalls(const RunReport& report, Call call) {
-  return countIf(report, [call](const ProlineResult& proline) { return proline.call == call; });
+  return countIf(report, [call](const ProlineResult& proline) { return is(proline, call); });
 }
 
 std::size_t countVerdicts(const RunReport& report, Verdict verdict) {
-  return countIf(report, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
+  return countIf(report, [verdict](const ProlineResult& proline) { return is(proline, verdict); });
 }
 
 std::size_t countErrors(const RunReport& report) {
-  std::size_t count = 0;
-  forEachError(report, [&](const FileReport&) { ++count; });
-  return count;
-}
-
-std::vector<std::string> namesOf(const ProteinResult& protein, Call call) {
-  return namesIf(protein, [call](const ProlineResult& proline) { return proline.call == call; });
-}
-
-std::vector<std::string> namesOf(const ProteinResult& protein, Verdict verdict) {
-  return namesIf(protein, [verdict](const ProlineResult& proline) { return verdictOf(proline) == verdict; });
+  return static_cast<std::size_t>(std::count_if(report.files.begin(), report.files.end(),
+                                                [](const FileReport& file) { return !file.error.empty(); }));
 }
 
 std::string structureSentence(const ProteinResult& protein) {
@@ -117,12 +100,5 @@ std::vector<std::string> warningsOf(const ProteinResult& protein) {
 }
 
 Origin::Origin(const RunReport& report) : withList(hasSeveralLists(report)), folder(commonFolder(report)) {}
-
-std::string chainName(const ProteinResult& protein, const Origin& origin) {
-  std::string name = protein.file.substr(origin.folder.size());
-  if (!protein.chain.empty()) name += ", chain " + protein.chain;
-  if (origin.withList && !protein.list.empty()) name += ", shift list " + protein.list;
-  return name;
-}
 
 }  // namespace zorvela

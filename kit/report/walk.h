@@ -1,7 +1,6 @@
 // Walks through a report, in its order, and names what it has.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,22 +33,22 @@ std::size_t countIf(const RunReport& report, Holds holds) {
   return count;
 }
 
-/// Returns the verdict of the structures; nothing if there was no structure.
-inline std::optional<Verdict> verdictOf(const ProlineResult& proline) {
-  if (!proline.structure) return std::nullopt;
-  return proline.structure->verdict;
+/// Tell whether a proline has this call, or this verdict of the structures.
+inline bool is(const ProlineResult& proline, Call call) {
+  return proline.call == call;
+}
+inline bool is(const ProlineResult& proline, Verdict verdict) {
+  return proline.structure && proline.structure->verdict == verdict;
 }
 
-/// Calls visit(file) for the files that failed.
-template <class Visit>
-void forEachError(const RunReport& report, Visit visit) {
-  for (const FileReport& file : report.files)
-    if (!file.error.empty()) visit(file);
+/// Returns the prolines with a call or a verdict: P31, P117, P201.
+template <class What>
+std::vector<std::string> namesOf(const ProteinResult& protein, What what) {
+  std::vector<std::string> names;
+  for (const ProlineResult& proline : protein.prolines)
+    if (is(proline, what)) names.push_back("P" + proline.number);
+  return names;
 }
-
-/// Return the prolines with a call, or with a verdict of the structures: P31, P117, P201.
-std::vector<std::string> namesOf(const ProteinResult& protein, Call call);
-std::vector<std::string> namesOf(const ProteinResult& protein, Verdict verdict);
 
 /// Returns "The structure disagrees: P117. It agrees: P11, P31."; empty if it does neither.
 std::string structureSentence(const ProteinResult& protein);
@@ -61,8 +60,5 @@ struct Origin {
 
   explicit Origin(const RunReport& report);
 };
-
-/// Returns "b.str, chain A, shift list 2", without the folder that all files share.
-std::string chainName(const ProteinResult& protein, const Origin& origin);
 
 }  // namespace zorvela

@@ -44,107 +44,30 @@ std::string commentedOut(const Dialect& dialect, const std::string& lines) {
   return text;
 }
 
-// --- The single programs --------------------------------------------------------------------------
-
-std::string segid(const RestrainedBond& bond) {
-  return bond.chain.empty() ? std::string() : "segid \"" + bond.chain + "\" and ";
+/// Fills the form of a declaration.
+std::string filled(std::string form, const RestrainedBond& bond) {
+  const std::string& number = bond.proline.number;
+  const std::pair<std::string, std::string> values[] = {
+      {"{before}", bond.proline.previousNumber},
+      {"{proline}", number},
+      {"{blanks}", std::string(kLongestNumber - std::min(kLongestNumber, number.size()), ' ')},
+      {"{segid}", bond.chain.empty() ? std::string() : "segid \"" + bond.chain + "\" and "},
+      {"{chain}", bond.chain}};
+  for (const auto& [name, value] : values)
+    for (std::size_t at = form.find(name); at != std::string::npos; at = form.find(name, at + value.size()))
+      form.replace(at, name.size(), value);
+  return form;
 }
 
-RestraintText writeCyanaAngles(const RestraintRequest& request) {
-  const Dialect dialect = {"cyana-aco",
-                           "# ",
-                           0,
-                           {"of little use beside cPRO in the sequence (--for cyana): omega is fixed there",
-                            "not sure: that omega is counted to the proline; it follows from cPRO"}};
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    const std::string indent(4 - std::min<std::size_t>(4, bond.proline.number.size()), ' ');
-    return {indent + bond.proline.number + " PRO   OMEGA   -20.0    20.0\n", {}};
-  });
-}
-
-RestraintText writeCns(const RestraintRequest& request) {
-  const Dialect dialect = {
-      "cns",
-      "! ",
-      4,
-      {"for a topology that names atoms with - and +; with atom type CCIS: --for topallhdg",
-       "not sure: the form with - and +, by analogy to the patch PEPP"}};
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"patch CIPP reference=-=(" + segid(bond) + "resid " + bond.proline.previousNumber +
-                ") reference=+=(" + segid(bond) + "resid " + bond.proline.number + ") end\n",
-            {}};
-  });
-}
-
-RestraintText writeTopallhdg(const RestraintRequest& request) {
-  const Dialect dialect = {"topallhdg",
-                           "! ",
-                           4,
-                           {"for a topology with atom type CCIS; the residue is the one before the proline"}};
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"patch CISP reference=NIL=(" + segid(bond) + "resid " + bond.proline.previousNumber + ") end\n",
-            {}};
-  });
-}
-
-RestraintText writeXplorPython(const RestraintRequest& request) {
-  Dialect dialect = {"xplor-python",
-                     "# ",
-                     4,
-                     {"after the sequence is read; the residue is the one before the proline",
-                      "not sure, where the chain has no name: that \"\" is its segment"}};
-  dialect.head = "import psfGen\n";
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"psfGen.cisPeptide(" + bond.proline.previousNumber + ", \"" + bond.chain + "\")\n", {}};
-  });
-}
-
-RestraintText writeAria(const RestraintRequest& request) {
-  Dialect dialect = {"aria",
-                     "<!-- ",
-                     4,
-                     {"for the element data of the project",
-                      "not sure: that the residue is the proline and not the one before it",
-                      "not sure: whether segid must have four characters, with blanks at its end"}};
-  dialect.commentEnd = " -->";
-  dialect.needsChain = true;
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    return {"<cispropatch residue=\"" + bond.proline.number + "\" segid=\"" + bond.chain + "\"/>\n", {}};
-  });
-}
-
-RestraintText writeTbl(const RestraintRequest& request) {
-  const Dialect dialect = {
-      "tbl",
-      "! ",
-      4,
-      {"beside the patch (--for cns, --for topallhdg): without it the trans improper works against this"}};
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    const auto atom = [&](const std::string& number, const char* name) {
-      return "(" + segid(bond) + "resid " + number + " and name " + name + ")";
-    };
-    return {"assign " + atom(bond.proline.previousNumber, "CA") + " " +
-                atom(bond.proline.previousNumber, "C") + "\n       " + atom(bond.proline.number, "N") + " " +
-                atom(bond.proline.number, "CA") + " 5.0 0.0 20.0 2\n",
-            {}};
-  });
-}
-
-RestraintText writeRosetta(const RestraintRequest& request) {
-  Dialect dialect = {"rosetta",
-                     "# ",
-                     1,
-                     {"numbers and chain are the model's own; the width, 0.17 rad or 10 degrees, is ours",
-                      "not sure: fragments may keep the bond trans unless they are picked with cis ones"}};
-  dialect.needsChain = true;
-  dialect.joinsChain = true;
-  return declarations(dialect, request, [](const RestrainedBond& bond) -> Declaration {
-    const std::string before = bond.proline.previousNumber + bond.chain;
-    const std::string proline = bond.proline.number + bond.chain;
-    return {"Dihedral CA " + before + " C " + before + " N " + proline + " CA " + proline +
-                " CIRCULARHARMONIC 0.0 0.17\n",
-            {}};
-  });
+/// The writer of a program whose declarations have one form. In it, {before} and {proline} are residue
+/// numbers, {blanks} fills that of the proline to four characters, {segid} selects the chain, {chain} is its
+/// name.
+auto lines(const Dialect& dialect, const std::string& form) {
+  return [dialect, form](const RestraintRequest& request) {
+    return declarations(dialect, request, [&form](const RestrainedBond& bond) {
+      return Declaration{filled(form, bond), {}};
+    });
+  };
 }
 
 /// Rejects a proline that occurs twice: it would be unclear which declaration counts.
@@ -189,13 +112,13 @@ void checkChains(const Dialect& dialect, const RestraintRequest& request) {
     return;
   }
   for (const std::string& name : names) {
-    if (name.empty() && dialect.needsChain)
+    if (name.empty() && dialect.chainName != ChainName::optional)
       throw Error("--for " + dialect.program + " needs the name of the chain; add --chain-as NAME");
     if (name.size() > dialect.longestChain || !isChainName(name))
       throw Error("--for " + dialect.program + " has no place for a chain called \"" + printable(name, 60) +
                   "\" (" + counted(dialect.longestChain, "letter or digit", "letters or digits") +
                   " at most); add --chain-as \"" + printable(name, 60) + "=A\"");
-    if (dialect.joinsChain && !isLetter(name.front()))
+    if (dialect.chainName == ChainName::joined && !isLetter(name.front()))
       throw Error("--for " + dialect.program + " writes chain " + name +
                   " behind the residue number, where it reads as a digit of it; add --chain-as \"" + name +
                   "=A\"");
@@ -227,16 +150,69 @@ const std::vector<RestraintFormat>& restraintFormats() {
   using ModelUse = RestraintFormat::ModelUse;
   static const std::vector<RestraintFormat> kFormats = {
       {"cyana", "CYANA sequence file (.seq) with cPRO", "seq", true, ModelUse::none, writeCyanaSequence},
-      {"cyana-aco", "CYANA angle restraints (.aco)", "aco", false, ModelUse::none, writeCyanaAngles},
-      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", "inp", false, ModelUse::none, writeCns},
+      {"cyana-aco", "CYANA angle restraints (.aco)", "aco", false, ModelUse::none,
+       lines({"cyana-aco",
+              "# ",
+              0,
+              {"of little use beside cPRO in the sequence (--for cyana): omega is fixed there",
+               "not sure: that omega is counted to the proline; it follows from cPRO"}},
+             "{blanks}{proline} PRO   OMEGA   -20.0    20.0\n")},
+      {"cns", "CNS, X-PLOR: patch CIPP, topology with - and + atoms", "inp", false, ModelUse::none,
+       lines({"cns",
+              "! ",
+              4,
+              {"for a topology that names atoms with - and +; with atom type CCIS: --for topallhdg",
+               "not sure: the form with - and +, by analogy to the patch PEPP"}},
+             "patch CIPP reference=-=({segid}resid {before}) reference=+=({segid}resid {proline}) end\n")},
       {"topallhdg", "CNS, X-PLOR: patch CISP, topology with atom type CCIS", "inp", false, ModelUse::none,
-       writeTopallhdg},
+       lines({"topallhdg",
+              "! ",
+              4,
+              {"for a topology with atom type CCIS; the residue is the one before the proline"}},
+             "patch CISP reference=NIL=({segid}resid {before}) end\n")},
       {"xplor-python", "X-PLOR's Python interface: psfGen.cisPeptide", "py", false, ModelUse::none,
-       writeXplorPython},
-      {"aria", "ARIA 2: cispropatch of the project", "xml", false, ModelUse::none, writeAria},
-      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", "tbl", false, ModelUse::none, writeTbl},
+       lines({"xplor-python",
+              "# ",
+              4,
+              {"after the sequence is read; the residue is the one before the proline",
+               "not sure, where the chain has no name: that \"\" is its segment"},
+              "",
+              "import psfGen\n"},
+             "psfGen.cisPeptide({before}, \"{chain}\")\n")},
+      {"aria", "ARIA 2: cispropatch of the project", "xml", false, ModelUse::none,
+       lines({"aria",
+              "<!-- ",
+              4,
+              {"for the element data of the project",
+               "not sure: that the residue is the proline and not the one before it",
+               "not sure: whether segid must have four characters, with blanks at its end"},
+              " -->",
+              "",
+              "",
+              ChainName::needed},
+             "<cispropatch residue=\"{proline}\" segid=\"{chain}\"/>\n")},
+      {"tbl", "CNS, X-PLOR: omega restraints (.tbl)", "tbl", false, ModelUse::none,
+       lines({"tbl",
+              "! ",
+              4,
+              {"beside the patch (--for cns, --for topallhdg): without it the trans improper works against "
+               "this"}},
+             "assign ({segid}resid {before} and name CA) ({segid}resid {before} and name C)\n"
+             "       ({segid}resid {proline} and name N) ({segid}resid {proline} and name CA) 5.0 0.0 20.0 "
+             "2\n")},
       {"nef", "NEF dihedral restraint list", "nef", true, ModelUse::none, writeNefRestraints},
-      {"rosetta", "Rosetta constraints", "cst", false, ModelUse::none, writeRosetta},
+      {"rosetta", "Rosetta constraints", "cst", false, ModelUse::none,
+       lines({"rosetta",
+              "# ",
+              1,
+              {"numbers and chain are the model's own; the width, 0.17 rad or 10 degrees, is ours",
+               "not sure: fragments may keep the bond trans unless they are picked with cis ones"},
+              "",
+              "",
+              "",
+              ChainName::joined},
+             "Dihedral CA {before}{chain} C {before}{chain} N {proline}{chain} CA {proline}{chain} "
+             "CIRCULARHARMONIC 0.0 0.17\n")},
       {"amber", "AMBER: &rst with --structure, else for makeANG_RST", "rst", false, ModelUse::optional,
        writeAmber},
       {"pdb", "CISPEP records for --structure", "pdb", false, ModelUse::needed, writeCispep},

@@ -12,18 +12,20 @@ namespace zorvela {
 /// The length of chain names for lines that name no chain and tell them apart all the same.
 inline constexpr std::size_t kAnyChain = static_cast<std::size_t>(-1);
 
+/// Whether lines need the name of a chain. `joined`: behind the residue number (81A), so it must be a letter.
+enum class ChainName { optional, needed, joined };
+
 /// Comment marks of a program, and limits of its lines.
 struct Dialect {
   std::string program;
   std::string comment;                    ///< what begins a comment
   std::size_t longestChain = 0;           ///< characters of a chain name; 0: lines without a chain
   std::vector<std::string> remarks = {};  ///< what the user must know, what is not sure
-  bool needsChain = false;
-  bool joinsChain = false;      ///< the chain follows the number: 81A, so it must be a letter
-  bool takesCodes = false;      ///< insertion codes and numbers of any size
-  std::string commentEnd = {};  ///< what ends a comment, beside the line end
-  std::string head = {};        ///< before and after the declarations, if there is one
+  std::string commentEnd = {};            ///< what ends a comment, beside the line end
+  std::string head = {};                  ///< before and after the declarations, if there is one
   std::string tail = {};
+  ChainName chainName = ChainName::optional;
+  bool takesCodes = false;  ///< insertion codes and numbers of any size
 };
 
 /// The lines that declare a bond, and why there are none or not all.

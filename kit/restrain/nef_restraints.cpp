@@ -105,7 +105,7 @@ std::string withLineEndsOf(const std::string& file, const std::string& text) {
 RestraintText writeNefRestraints(const RestraintRequest& request) {
   const NefFile nef = request.into ? readNef(*request.into) : NefFile();
   Dialect dialect = {"nef", "# ", 60};
-  dialect.needsChain = true;
+  dialect.chainName = ChainName::needed;
   dialect.takesCodes = true;
   dialect.head = headOf(nef.frames);
   dialect.tail = "   stop_\nsave_\n";

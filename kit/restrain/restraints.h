@@ -1,9 +1,10 @@
 // Writes cis prolines for structure calculation programs.
 //
-// Each program is a row of `restraintFormats`, with a function that writes its text. Conventions differ by
-// one residue, so each declaration has a comment with both residues.
+// Each program is a row of `restraintFormats`. Conventions differ by one residue, so each declaration has a
+// comment with both residues.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -60,7 +61,7 @@ struct RestraintFormat {
   const char* ending;  ///< of its files
   bool takesFile;      ///< adds to an existing file
   enum class ModelUse { none, optional, needed } model;
-  RestraintText (*write)(const RestraintRequest& request);
+  std::function<RestraintText(const RestraintRequest&)> write;
 };
 
 /// Throws Error if a file or a model is missing or not wanted.

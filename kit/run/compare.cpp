@@ -11,10 +11,11 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
 #include "util/text.h"
+#include "zorvela/run_file.h"
 
 namespace zorvela {
 
@@ -135,15 +136,13 @@ ChainMatch matchOf(const Protein& protein, const std::string& file, const Struct
   return match;
 }
 
-/// The residues of a chain that do not fit.
-std::vector<std::string> notesOn(const ChainMatch& match) {
+/// Notes the residues of a chain that do not fit.
+void addNotes(const ChainMatch& match, std::vector<std::string>& notes) {
   const std::string name = structureChainName(match.file, match.chain, match.residues);
-  std::vector<std::string> notes;
   addNote(name + ": residues that differ from those of the shift file: ", match.mismatches, notes);
   addNote(name + ": residues of the shift file without coordinates: ", match.missing, notes);
   addNote(structureChainName(match.file, match.chain) + ": residues that match no shift file: ",
           match.leftOver, notes);
-  return notes;
 }
 
 // --- One proline ----------------------------------------------------------------------------------
@@ -211,8 +210,7 @@ std::string sentenceOn(const Protein& protein, const ProlineResult& proline,
 }
 
 void finish(const Protein& protein, ProteinResult& result) {
-  for (const ChainMatch& match : result.matches)
-    for (std::string& note : notesOn(match)) result.structureNotes.push_back(std::move(note));
+  for (const ChainMatch& match : result.matches) addNotes(match, result.structureNotes);
   if (result.matches.empty())
     result.structureNotes.emplace_back("no chain of the structures matches this protein");
   for (ProlineResult& proline : result.prolines) {
@@ -234,17 +232,14 @@ struct Found {
 };
 
 /// As `structureFits` counts.
-std::size_t sizeOf(const Found& found) {
-  std::size_t size = 1;
-  for (const auto& [proline, site] : found.sites) size += 1 + site.bonds.size() + site.others.size();
-  return size;
+std::size_t sizeOf(const ProlineBonds& proline) {
+  return 1 + proline.bonds.size() + proline.others.size();
 }
 
 std::size_t sizeOf(const ProteinStructure& structure) {
   std::size_t size = 0;
   for (const StructureChain& chain : structure.chains)
-    for (const StructureResidue& residue : chain.residues)
-      size += 1 + residue.bonds.size() + residue.others.size();
+    for (const StructureResidue& residue : chain.residues) size += sizeOf(residue);
   return size;
 }
 
@@ -302,13 +297,16 @@ class Comparison {
               fit.alignment.identity(),
               matchOf(proteins[fit.protein], structure.file, chain, fit.alignment, isPart),
               {}};
+    ++size;
     const std::vector<ProlineResult>& prolines = results[fit.protein].prolines;
-    for (std::size_t i = 0; i < prolines.size(); ++i)
-      if (const std::size_t place =
-              fit.alignment.inStructure[static_cast<std::size_t>(prolines[i].position) - 1];
-          place != kNoResidue)
-        one.sites.emplace_back(i, siteOf(structure, chain, chain.residues[place]));
-    checkLimit(size += sizeOf(one), mostFits, structure.file);
+    for (std::size_t i = 0; i < prolines.size(); ++i) {
+      const auto position = static_cast<std::size_t>(prolines[i].position);
+      const std::size_t place = fit.alignment.inStructure[position - 1];
+      if (place == kNoResidue) continue;
+      one.sites.emplace_back(i, siteOf(structure, chain, chain.residues[place]));
+      size += sizeOf(one.sites.back().second);
+    }
+    checkLimit(size, mostFits, structure.file);
     found.push_back(std::move(one));
   }
 
@@ -333,19 +331,20 @@ void compareWithStructures(const std::vector<Protein>& proteins,
   for (std::size_t p = 0; p < proteins.size(); ++p) finish(proteins[p], results[p]);
 }
 
-std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
-                                             const std::vector<ProteinStructure>& structures) {
+void noteChainsWithoutShifts(RunReport& report) {
   std::set<std::tuple<std::string, std::string, std::size_t>> matched;
-  for (const ChainMatch& match : matches) matched.emplace(match.file, match.chain, match.molecule);
-  std::vector<std::string> lines;
-  for (const ProteinStructure& structure : structures)
+  for (const FileReport& file : report.files)
+    for (const ProteinResult& protein : file.proteins)
+      for (const ChainMatch& match : protein.matches)
+        matched.emplace(match.file, match.chain, match.molecule);
+  report.chainsWithoutShifts.clear();
+  for (const ProteinStructure& structure : report.structures)
     for (const StructureChain& chain : structure.chains)
       if (matched.count({structure.file, chain.name, chain.molecule}) == 0)
-        lines.push_back(
+        report.chainsWithoutShifts.push_back(
             structureChainName(structure.file, chain.name,
                                chain.molecule == 0 ? "" : rangeText(chain, 0, chain.residues.size() - 1)) +
             " (" + counted(chain.residues.size(), "residue", "residues") + ") has no shifts");
-  return lines;
 }
 
 }  // namespace zorvela

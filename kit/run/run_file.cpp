@@ -3,7 +3,6 @@
 
 #include <exception>
 #include <new>
-#include <utility>
 
 #include "zorvela/compare.h"
 #include "zorvela/error.h"
@@ -36,14 +35,6 @@ FileReport reportOn(const std::string& file, const std::function<std::vector<Pro
   } catch (const std::exception& error) {
     return {file, {}, Error(file, 0, std::string("cannot be predicted: ") + error.what(), "").what()};
   }
-}
-
-void noteChainsWithoutShifts(RunReport& report) {
-  std::vector<ChainMatch> matches;
-  for (const FileReport& file : report.files)
-    for (const ProteinResult& protein : file.proteins)
-      matches.insert(matches.end(), protein.matches.begin(), protein.matches.end());
-  report.chainsWithoutShifts = chainsWithoutShifts(matches, report.structures);
 }
 
 }  // namespace zorvela

@@ -66,7 +66,7 @@ FoldModels trainFolds(const Model& published, const LabelledProlines& data, std:
   folded.foldOf = dealtOut(clusters, folds);
   for (std::size_t fold = 0; fold < folds; ++fold) {
     folded.models.push_back(train(published, without(fold, folded.foldOf, data), choices).model);
-    if (onStep) onStep(fold + 1, folds);
+    if (onStep) onStep(folds);
   }
   return folded;
 }

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "predict/chain.h"
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/read.h"
@@ -36,7 +36,7 @@ LabelledProlines readLabels(const std::string& path) {
   std::map<std::string, std::size_t> entries;
   std::map<std::string, std::size_t> clusters;
   std::set<std::pair<std::size_t, int>> seen;
-  for (const DataRow& row : readCsv(path, {"entry", "resid", "label_structure", "cluster"})) {
+  for (const DataRow& row : readDataRows(path, {"entry", "resid", "label_structure", "cluster"})) {
     LabelledProline proline;
     proline.line = row.line;
     proline.resid = row.integer("resid");
@@ -79,7 +79,7 @@ void readShifts(const std::string& path, const Model& model, EntryShifts& entry)
   entry.secondary = secondaryShifts(model, entry.residues);
 }
 
-/// What is wrong with the place of a label; empty for a proline.
+/// Tells why a label has no proline; empty where it has one.
 std::string findingOn(const LabelledProline& label, const std::vector<Residue>& residues) {
   if (label.resid < 1 || label.place() >= residues.size())
     return " is outside the sequence of " + std::to_string(residues.size()) + " residues";
@@ -111,7 +111,7 @@ LabelledProlines readLabelled(const std::string& labels, const std::string& fold
         throw Error(labels, label.line, "there is no shift table " + path + " for entry " + entry.name,
                     "add the file or remove the lines of the entry");
       readShifts(path, model, entry);
-      if (onStep) onStep(label.entry + 1, data.entries.size());
+      if (onStep) onStep(data.entries.size());
     }
     if (const std::string finding = findingOn(label, entry.residues); !finding.empty())
       throw Error(labels, label.line,

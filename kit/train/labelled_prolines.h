@@ -42,8 +42,8 @@ struct LabelledProlines {
   const EntryShifts& entryOf(const LabelledProline& proline) const { return entries[proline.entry]; }
 };
 
-/// Called after each step of long work with how many are done, of how many.
-using OnStep = std::function<void(std::size_t done, std::size_t total)>;
+/// Called after each step of long work with the number of steps.
+using OnStep = std::function<void(std::size_t total)>;
 
 /// Reads labels and, from `folder`, the shift table of each entry; `model` has the random-coil shifts. A step
 /// is an entry. The labels are CSV with the columns entry, resid, label_structure (cis, trans or empty) and

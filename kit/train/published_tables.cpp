@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 #include "train/table_cells.h"
 #include "util/text.h"
 #include "zorvela/error.h"
@@ -62,7 +62,7 @@ void requireTypes(const std::string& path, const TypeValues& values) {
 TypeValues readByType(const std::string& path, const std::vector<std::string>& columns,
                       const std::function<double(const DataRow& row, const std::string& column)>& read) {
   TypeValues values;
-  for (const DataRow& row : readCsv(path, columns)) {
+  for (const DataRow& row : readDataRows(path, columns)) {
     const auto [found, isNew] = values.try_emplace(row.text(columns.front()));
     if (!isNew) failTwice(row, found->first);
     for (std::size_t i = 1; i < columns.size(); ++i) found->second.push_back(read(row, columns[i]));
@@ -125,7 +125,7 @@ GDB noAdjustments() {
 GDB neighbourTable(const std::string& path, const std::string& column, const std::string& where) {
   TypeValues effects;
   std::set<std::pair<std::string, std::string>> seen;
-  for (const DataRow& row : readCsv(path, {"neighbour", "atom", column})) {
+  for (const DataRow& row : readDataRows(path, {"neighbour", "atom", column})) {
     const std::string& type = row.text("neighbour");
     const std::string& atom = row.text("atom");
     const std::optional<Atom> shifted = atomNamed(atom);

@@ -22,7 +22,7 @@ struct StructureFit {
   std::size_t aligned = 0;
 };
 
-/// How often the bond before a proline is cis and trans: in the chains and models of a structure, or in
+/// Counts of the bond before a proline that is cis and trans: in the chains and models of a structure, or in
 /// structures.
 struct BondVotes {
   std::size_t cis = 0;

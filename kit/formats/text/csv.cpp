@@ -177,24 +177,10 @@ bool isCodeAName(const RowResidue& residue) {
 
 /// Tells whether "52,4" may be cut at its comma, with the second half in a column that is not used.
 bool isSplitDecimal(const CsvRow& row, const CsvTable& table) {
-  const std::size_t next = table.columns.shift + 1;
-  if (!table.columns.areLong() || table.layout.separator != Separator::comma || next >= row.cells.size() ||
-      table.columns.areUsing(next))
-    return false;
-  const auto isWhole = [](const std::string& cell) {
-    return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
-  };
-  return isWhole(row.cells[table.columns.shift]) && isWhole(row.cells[next]);
-}
-
-void surveyShifts(const CsvRow& row, const RowResidue& residue, const CsvTable& table, Survey& survey) {
-  for (const RowShift& shift : shiftsIn(row, residue, table.columns)) {
-    const auto ppm = numberIn(shift.value);
-    if (shift.value.empty() || (ppm && isMissing(*ppm))) continue;
-    const bool isPossible = ppm && canBeShift(shift.residueName, shift.column.atom, *ppm);
-    survey.columns[shift.column.column].impossible.add(
-        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(shift.column.atom, 20));
-  }
+  const std::size_t half = table.columns.shift;
+  return table.columns.areLong() && table.layout.separator == Separator::comma &&
+         half + 1 < row.cells.size() && !table.columns.areUsing(half + 1) && toInteger(row.cells[half]) &&
+         toInteger(row.cells[half + 1]);
 }
 
 void surveyRow(const CsvRow& row, const CsvTable& table, Survey& survey) {
@@ -215,7 +201,13 @@ void surveyRow(const CsvRow& row, const CsvTable& table, Survey& survey) {
   for (std::size_t i = 0; i < row.cells.size(); ++i)
     if (const std::string& cell = row.cells[i]; !isNoValue(cell))
       survey.columns[i].texts.add(row.line, numberIn(cell) ? "" : cell);
-  surveyShifts(row, residue, table, survey);
+  for (const RowShift& shift : shiftsIn(row, residue, table.columns)) {
+    const auto ppm = numberIn(shift.value);
+    if (shift.value.empty() || (ppm && isMissing(*ppm))) continue;
+    const bool isPossible = ppm && canBeShift(shift.residueName, shift.column.atom, *ppm);
+    survey.columns[shift.column.column].impossible.add(
+        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(shift.column.atom, 20));
+  }
 }
 
 /// Tells whether the residues of each chain ascend, with each dash as a minus sign or not.
@@ -381,9 +373,7 @@ bool isCsv(const Source& source) {
 
 ShiftFile readCsv(const Source& source) {
   refuseForeignText(source.text, source.file);
-  const bool hasQuotes = contains(source.text, "\"");
-  const std::string joined = hasQuotes ? withQuotedLinesJoined(source.text) : std::string();
-  const std::string& text = hasQuotes ? joined : source.text;
+  const std::string text = withQuotedLinesJoined(source.text);
   std::vector<std::string> notes;
   CsvTable table = findTable(text, source.file, notes);
   findPlaces(table.layout);

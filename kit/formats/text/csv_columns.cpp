@@ -54,11 +54,7 @@ constexpr std::string_view kAssignmentNames =
     "assignment assignments assign assigned resonance nmratom label";
 constexpr std::string_view kWeakNameNames = "type name";
 // Atoms of the table under another name.
-struct AtomAlias {
-  std::string_view name;
-  std::string_view atom;
-};
-constexpr AtomAlias kAtomAliases[] = {
+constexpr std::pair<std::string_view, std::string_view> kAtomAliases[] = {
     {"h", "HN"},      {"n15", "N"},    {"ha1", "HA1"},   {"co", "C"},      {"c'", "C"},     {"cprime", "C"},
     {"calpha", "CA"}, {"cbeta", "CB"}, {"cgamma", "CG"}, {"halpha", "HA"}, {"cgpro", "CG"}, {"procg", "CG"},
 };
@@ -106,8 +102,8 @@ std::size_t take(std::string_view names, std::vector<std::string>& open) {
 
 /// Returns the atom of a simplified name with nothing around it; empty if there is none.
 std::string plainAtom(std::string_view name) {
-  for (const AtomAlias& alias : kAtomAliases)
-    if (alias.name == name) return std::string(alias.atom);
+  for (const auto& [alias, atom] : kAtomAliases)
+    if (alias == name) return std::string(atom);
   const std::string atom = upper(name);
   return atomNamed(atom) ? atom : std::string();
 }
@@ -168,15 +164,10 @@ void addAtomColumns(const std::vector<std::string>& names, const std::vector<std
 void becomeWide(std::size_t nameColumn, std::vector<std::string>& open, CsvColumns& columns) {
   columns.shift = kNoColumn;
   columns.atom = kNoColumn;
-  std::size_t label = kNoColumn;
-  if (!columns.haveResidue()) {
-    label = take(kAssignmentNames, open);
-    if (label == kNoColumn && columns.name == kNoColumn) label = nameColumn;
-  }
-  if (label != kNoColumn)
-    columns.residues.push_back(label);
-  else if (columns.name == kNoColumn)
-    columns.name = nameColumn;
+  std::size_t label = columns.haveResidue() ? kNoColumn : take(kAssignmentNames, open);
+  if (label == kNoColumn && columns.name == kNoColumn)
+    (columns.haveResidue() ? columns.name : label) = nameColumn;
+  if (label != kNoColumn) columns.residues.push_back(label);
 }
 
 /// Settles a table with one row per shift: residue and atom may be in one cell, under another name.
@@ -291,8 +282,9 @@ const Order* onlyOrder(const std::vector<Order>& orders) {
 std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
   std::size_t pos = 0;
   std::size_t line = 0;
-  std::optional<std::string_view> first = nextFilledLine(text, pos, line);
-  while (first && trimmed(*first).front() == '#') first = nextFilledLine(text, pos, line);
+  std::optional<std::string_view> first;
+  do first = nextFilledLine(text, pos, line);
+  while (first && trimmed(*first).front() == '#');
   auto layout = first ? layoutOf(*first, text, 0) : std::nullopt;
   if (!layout || layout->names.size() < 2 || layout->names.size() > 4) return std::nullopt;
   std::vector<Order> orders = ordersOf(layout->names.size());
@@ -401,9 +393,8 @@ CsvColumns readColumns(const std::vector<std::string>& names) {
 CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes) {
   std::size_t pos = 0;
   std::size_t line = 0;
-  std::string_view first;
   std::size_t firstLine = 0;
-  CsvColumns firstColumns;
+  std::string fault;
   for (std::size_t above = 0; above < kMostLinesAbove; ++above) {
     const auto header = nextFilledLine(text, pos, line);
     if (!header) break;
@@ -414,21 +405,17 @@ CsvTable findTable(std::string_view text, const std::string& file, std::vector<s
       return {*layout, columns};
     }
     if (above > 0) continue;
-    first = *header;
     firstLine = line;
-    firstColumns = columns;
+    const std::size_t start = header->find_first_not_of("# \t");
+    const std::string begin = printable(trimmed(start == header->npos ? *header : header->substr(start)), 60);
+    const bool isPartly = columns.shift != kNoColumn || columns.atom != kNoColumn;
+    fault = isPartly ? "the columns lack " + columns.missing()
+                     : "is not a known kind of shift file; it begins with \"" + begin + "\"";
   }
-  if (auto table = tableWithoutNames(text, file)) {
-    notes.push_back("no column names; by their contents, the columns are " + enumerated(table->layout.names));
-    return *std::move(table);
-  }
-  const std::size_t start = first.find_first_not_of("# \t");
-  const std::string begin = printable(trimmed(start == first.npos ? first : first.substr(start)), 60);
-  const bool isPartly = firstColumns.shift != kNoColumn || firstColumns.atom != kNoColumn;
-  throw FileError(file, firstLine,
-                  isPartly ? "the columns lack " + firstColumns.missing()
-                           : "is not a known kind of shift file; it begins with \"" + begin + "\"",
-                  kColumnsRemedy);
+  auto table = tableWithoutNames(text, file);
+  if (!table) throw FileError(file, firstLine, fault, kColumnsRemedy);
+  notes.push_back("no column names; by their contents, the columns are " + enumerated(table->layout.names));
+  return *std::move(table);
 }
 
 }  // namespace zorvela

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "formats/found_rows.h"
 #include "util/text.h"
 
 namespace zorvela {
@@ -202,19 +203,15 @@ std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view rows
 
 void findPlaces(CsvLayout& layout) {
   if (layout.separator != Separator::blank || layout.places.size() != layout.names.size()) return;
-  std::size_t rows = 0;
-  std::size_t faults = 0;
-  const auto countFaults = [&] {
-    rows = faults = 0;
-    forEachRow(layout, [&](const CsvRow& row) {
-      ++rows;
-      if (!row.fault.empty()) ++faults;
-    });
-    return faults;
+  const auto misfits = [&](bool isByPlace) {
+    layout.isByPlace = isByPlace;
+    Tally tally;
+    forEachRow(layout, [&](const CsvRow& row) { tally.add(row.line, row.fault); });
+    return tally;
   };
-  if (countFaults() == 0) return;
-  layout.isByPlace = true;
-  layout.isByPlace = countFaults() * 2 < rows;
+  if (misfits(false).count == 0) return;
+  const Tally byPlace = misfits(true);
+  layout.isByPlace = byPlace.count * 2 < byPlace.all;
 }
 
 }  // namespace zorvela

@@ -8,33 +8,22 @@ namespace zorvela {
 
 namespace {
 
-void skipToEnd(std::string_view line, Separator separator, std::size_t& pos) {
+/// Returns the cell that begins at `pos`, which moves after it. Nothing if a quote is not closed.
+std::optional<std::string> nextCell(std::string_view line, Separator separator, std::size_t& pos) {
+  const std::size_t start = pos;
+  const bool isQuoted = line.substr(pos, 1) == "\"";
+  std::string quoted;
+  if (isQuoted) {
+    for (++pos; pos < line.size() && (line[pos] != '"' || line.substr(pos + 1, 1) == "\""); ++pos) {
+      if (line[pos] == '"') ++pos;
+      quoted.push_back(line[pos]);
+    }
+    if (pos == line.size()) return std::nullopt;
+  }
   const std::size_t end = separator == Separator::blank ? line.find_first_of(" \t", pos)
                                                         : line.find(static_cast<char>(separator), pos);
   pos = std::min(end, line.size());
-}
-
-std::optional<std::string> quotedCell(std::string_view line, Separator separator, std::size_t& pos) {
-  std::string cell;
-  for (++pos; pos < line.size(); ++pos) {
-    if (line[pos] != '"') {
-      cell.push_back(line[pos]);
-    } else if (pos + 1 < line.size() && line[pos + 1] == '"') {
-      cell.push_back(line[++pos]);
-    } else {
-      skipToEnd(line, separator, pos);
-      return std::string(trimmed(cell));
-    }
-  }
-  return std::nullopt;
-}
-
-/// Returns the cell that begins at `pos`, which moves after it. Nothing if a quote is not closed.
-std::optional<std::string> nextCell(std::string_view line, Separator separator, std::size_t& pos) {
-  if (pos < line.size() && line[pos] == '"') return quotedCell(line, separator, pos);
-  const std::size_t start = pos;
-  skipToEnd(line, separator, pos);
-  return std::string(trimmed(line.substr(start, pos - start)));
+  return std::string(trimmed(isQuoted ? quoted : line.substr(start, pos - start)));
 }
 
 std::string_view withoutOuterBars(std::string_view line) {

@@ -33,26 +33,26 @@ struct ListKind {
   TakeLine take;
 };
 
-bool isWhole(const std::string& word) {
-  return toInteger(word).has_value();
-}
-
-bool isDecimal(const std::string& word) {
-  return toDecimal(word).has_value();
-}
-
-/// Tells whether a word is a shift as programs write it, not the number of an atom or a peak.
-bool hasPoint(const std::string& word) {
-  return isDecimal(word) && contains(word, ".");
-}
-
-bool startsWithLetter(const std::string& word) {
-  return !word.empty() && isLetter(word.front());
+/// Tells whether words are of these kinds, a letter for each: i whole number; d number; p number with a
+/// point, as programs write a shift, not the number of an atom or a peak; a text that begins with a letter; l
+/// one letter, or "?"; n nucleus, such as 13C; - anything.
+bool areOf(std::string_view kinds, const Words& words) {
+  const auto isOf = [](char kind, const std::string& word) {
+    const bool isNamed = !word.empty() && isLetter(word.front());
+    if (kind == 'i') return toInteger(word).has_value();
+    if (kind == 'd') return toDecimal(word).has_value();
+    if (kind == 'p') return toDecimal(word) && contains(word, ".");
+    if (kind == 'l') return word == "?" || (word.size() == 1 && isNamed);
+    if (kind == 'n')
+      return word.size() > 1 && word.size() <= 3 && isDigit(word.front()) && isLetter(word.back());
+    return kind == '-' || isNamed;
+  };
+  return std::equal(kinds.begin(), kinds.end(), words.begin(), words.end(), isOf);
 }
 
 /// "12" and "GLY".
 bool setResidue(const std::string& number, const std::string& name, Place& place) {
-  if (!isWhole(number) || name.size() < 3 || residueType(name).letter == kUnknownResidue) return false;
+  if (!toInteger(number) || name.size() < 3 || residueType(name).letter == kUnknownResidue) return false;
   place.residue.number = number;
   place.residue.residueName = name;
   return true;
@@ -60,10 +60,9 @@ bool setResidue(const std::string& number, const std::string& name, Place& place
 
 /// "171", or "A12" of chain A.
 bool setResidue(const std::string& word, Place& place) {
-  const auto letters = std::find_if_not(word.begin(), word.end(), isLetter);
-  place.chain.assign(word.begin(), letters);
-  place.residue.number.assign(letters, word.end());
-  return isWhole(place.residue.number);
+  place.chain = leading(word, isLetter);
+  place.residue.number = word.substr(place.chain.size());
+  return toInteger(place.residue.number).has_value();
 }
 
 void add(const std::string& atom, const std::string& value, const Place& place, FoundRows& rows) {
@@ -79,8 +78,8 @@ void add(const std::string& atom, const std::string& value, const Place& place, 
 
 // "  17   0.850 0.005 QQG   171"; some programs add the residue name and its letter.
 bool takeXeasy(const Words& words, Place& place, FoundRows& rows) {
-  const bool fits = words.size() >= 5 && words.size() <= 7 && isWhole(words[0]) && hasPoint(words[1]) &&
-                    hasPoint(words[2]) && startsWithLetter(words[3]) && setResidue(words[4], place);
+  const bool fits = (areOf("ippa-", words) || areOf("ippa--", words) || areOf("ippa---", words)) &&
+                    setResidue(words[4], place);
   if (!fits) return false;
   place.residue.residueName = words.size() > 5 ? words[5] : "";
   add(words[3], words[1], place, rows);
@@ -89,8 +88,7 @@ bool takeXeasy(const Words& words, Place& place, FoundRows& rows) {
 
 // "  1.HB2  2.630 2", "B:1.HB2  2.630 2".
 bool takeNmrView(const Words& words, Place& place, FoundRows& rows) {
-  if (words.size() < 2 || words.size() > 3 || !hasPoint(words[1])) return false;
-  if (words.size() == 3 && !isWhole(words[2])) return false;
+  if (!areOf("-p", words) && !areOf("-pi", words)) return false;
   const std::size_t colon = words[0].rfind(':');
   const std::size_t start = colon == std::string::npos ? 0 : colon + 1;
   const std::size_t dot = words[0].find('.', start);
@@ -98,19 +96,15 @@ bool takeNmrView(const Words& words, Place& place, FoundRows& rows) {
   place.chain = words[0].substr(0, start == 0 ? 0 : colon);
   place.residue.number = words[0].substr(start, dot - start);
   const std::string atom = words[0].substr(dot + 1);
-  if (!isWhole(place.residue.number) || !startsWithLetter(atom)) return false;
+  if (!areOf("ia", {place.residue.number, atom})) return false;
   add(atom, words[1], place, rows);
   return true;
 }
 
 // "     R2     CB  13C   30.808  0.009      3", below "Group Atom Nuc Shift SDev Assignments" or without.
 bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
-  if (words.size() != 6) return false;
-  if (words[0] == "Group" && words[1] == "Atom") return true;
-  const std::string& nucleus = words[2];
-  const bool isNucleus =
-      nucleus.size() > 1 && nucleus.size() <= 3 && isDigit(nucleus.front()) && isLetter(nucleus.back());
-  if (!isNucleus || !isDecimal(words[3]) || !isDecimal(words[4]) || !isWhole(words[5])) return false;
+  if (words.size() == 6 && words[0] == "Group" && words[1] == "Atom") return true;
+  if (!areOf("--nddi", words)) return false;
   const auto label = readLabel(words[0]);
   // A group is free text; an assigned one has a capital letter or a name, and a number.
   const bool isSmall = label && label->name.size() == 1 && label->name == lower(label->name);
@@ -128,11 +122,9 @@ bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
 
 // "1 1 GLY C C 172.621 1.000 0": serial, number, name, atom, element, shift, error, ambiguity.
 bool takeEightWords(const Words& words, Place& place, FoundRows& rows) {
-  const bool fits = words.size() == 8 && isWhole(words[0]) && startsWithLetter(words[3]) &&
-                    words[4].size() == 1 && isDecimal(words[5]) && isDecimal(words[6]) &&
-                    setResidue(words[1], words[2], place);
-  if (fits) add(words[3], words[5], place, rows);
-  return fits;
+  if (!areOf("ii-aldd-", words) || !setResidue(words[1], words[2], place)) return false;
+  add(words[3], words[5], place, rows);
+  return true;
 }
 
 // "do ( store1 = 53.13218 ) ( resid 78 and name CA )"
@@ -140,9 +132,8 @@ bool takeCns(const Words& words, Place& place, FoundRows& rows) {
   Words plain;
   for (const std::string& word : words)
     if (word != "(" && word != ")" && word != "=") plain.push_back(word);
-  const bool fits = plain.size() == 8 && equalIgnoringCase(plain[0], "do") &&
-                    startsIgnoringCase(plain[1], "store") && isDecimal(plain[2]) &&
-                    equalIgnoringCase(plain[3], "resid") && isWhole(plain[4]) &&
+  const bool fits = areOf("aadaiaa-", plain) && equalIgnoringCase(plain[0], "do") &&
+                    startsIgnoringCase(plain[1], "store") && equalIgnoringCase(plain[3], "resid") &&
                     equalIgnoringCase(plain[6], "name");
   if (!fits) return false;
   place.residue.number = plain[4];
@@ -152,11 +143,10 @@ bool takeCns(const Words& words, Place& place, FoundRows& rows) {
 
 // "12 GLY", then "HN 8.31" and so on, then ";".
 bool takeGarret(const Words& words, Place& place, FoundRows& rows) {
-  if (words.size() != 2) return false;
-  if (setResidue(words[0], words[1], place)) return true;
-  const bool fits = !place.residue.number.empty() && startsWithLetter(words[0]) && isDecimal(words[1]);
-  if (fits) add(words[0], words[1], place, rows);
-  return fits;
+  if (words.size() == 2 && setResidue(words[0], words[1], place)) return true;
+  if (place.residue.number.empty() || !areOf("ad", words)) return false;
+  add(words[0], words[1], place, rows);
+  return true;
 }
 
 // "RES_ID 12", "RES_TYPE GLY", other keywords, then "CA 55.9920", "HA2|HA3 4.05".
@@ -165,11 +155,9 @@ bool takePipp(const Words& words, Place& place, FoundRows& rows) {
   if (contains(first, "_") || first == "HETEROGENEITY") {
     if (words.size() > 1 && first == "RES_ID") place.residue.number = words[1];
     if (words.size() > 1 && first == "RES_TYPE") place.residue.residueName = words[1];
-    return startsWithLetter(first);
+    return isLetter(first.front());
   }
-  if (place.residue.residueName.empty() || words.size() != 2 || !startsWithLetter(first) ||
-      !isDecimal(words[1]))
-    return false;
+  if (place.residue.residueName.empty() || !areOf("ad", words)) return false;
   const auto atoms = splitCells(first, Separator::bar);
   for (const std::string& atom : atoms.value_or(Words())) add(atom, words[1], place, rows);
   return true;
@@ -178,8 +166,7 @@ bool takePipp(const Words& words, Place& place, FoundRows& rows) {
 // "11 T 4 174.109 106" with C', then pairs such as "8.114 HN 113.206 N"; "Q" at the end.
 bool takeAbacus(const Words& words, Place& place, FoundRows& rows) {
   if (words.size() == 1) return words[0] == "Q";
-  if (words.size() == 5 && isWhole(words[0]) && words[1].size() == 1 && isWhole(words[2]) &&
-      isDecimal(words[3]) && isWhole(words[4])) {
+  if (areOf("ilidi", words)) {
     place.residue.number = words[0];
     place.residue.residueName = words[1];
     add("C", words[3], place, rows);
@@ -187,7 +174,7 @@ bool takeAbacus(const Words& words, Place& place, FoundRows& rows) {
   }
   if (place.residue.number.empty() || words.size() % 2 != 0) return false;
   for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
-    if (!isDecimal(words[i]) || !startsWithLetter(words[i + 1])) return false;
+    if (!areOf("da", {words[i], words[i + 1]})) return false;
     add(words[i + 1], words[i], place, rows);
   }
   return true;
@@ -196,9 +183,7 @@ bool takeAbacus(const Words& words, Place& place, FoundRows& rows) {
 // Letter and number, then C, CA, CB, HA and N; 9999.00 where there is none.
 bool takeRosetta(const Words& words, Place& place, FoundRows& rows) {
   constexpr const char* kAtoms[] = {"C", "CA", "CB", "HA", "N"};
-  const bool fits = words.size() == 7 && words[0].size() == 1 && startsWithLetter(words[0]) &&
-                    isWhole(words[1]) && std::all_of(words.begin() + 2, words.end(), isDecimal);
-  if (!fits) return false;
+  if (!areOf("liddddd", words)) return false;
   place.residue.residueName = words[0];
   place.residue.number = words[1];
   for (std::size_t i = 0; i < std::size(kAtoms); ++i)
@@ -229,7 +214,7 @@ bool takeCcpNmr2(const Words& words, Place& place, FoundRows& rows) {
     const std::string value = cell.substr(0, colon);
     if (value == "-") continue;
     const std::size_t comma = value.find(',');
-    if (!isDecimal(value.substr(0, comma))) return false;
+    if (!toDecimal(value.substr(0, comma))) return false;
     const bool areTwo = comma != std::string::npos;
     add(atom + (areTwo ? "2" : ""), value.substr(0, comma), place, rows);
     if (areTwo) add(atom + "3", value.substr(comma + 1), place, rows);
@@ -268,11 +253,11 @@ Tally readLines(std::string_view text, const ListKind& kind, std::size_t most, F
     if (words.empty()) continue;
     const std::size_t before = rows.shifts.size();
     const bool fits = kind.take(words, place, rows);
-    misfits.add(number, fits ? "" : printable(trimmed(*line), 60));
+    const std::string fault = fits ? "" : "\"" + printable(trimmed(*line), 60) + "\"";
+    misfits.add(number, fault);
     if (fits) continue;
     rows.shifts.resize(before);
-    ignored.add("line " + std::to_string(number) + " is not a row of the list, ignored: \"" +
-                printable(trimmed(*line), 40) + "\"");
+    ignored.add("line " + std::to_string(number) + " is not a row of the list, ignored: " + fault);
   }
   return misfits;
 }
@@ -292,14 +277,14 @@ const ListKind* kindOf(const Source& source) {
 /// Removes spin systems with -1 for the number of their residue. A chain that begins before residue 1 has
 /// other numbers below 1 too.
 void removeMinusOne(FoundRows& rows) {
-  const auto isNumber = [](const char* number) {
-    return [number](const FileShift& shift) { return shift.number == number; };
-  };
   std::vector<FileShift>& shifts = rows.shifts;
-  if (std::any_of(shifts.begin(), shifts.end(), isNumber("0")) ||
-      std::any_of(shifts.begin(), shifts.end(), isNumber("-2")))
-    return;
-  const auto kept = std::remove_if(shifts.begin(), shifts.end(), isNumber("-1"));
+  const auto isAmong = [&](const char* number) {
+    return std::any_of(shifts.begin(), shifts.end(),
+                       [&](const FileShift& one) { return one.number == number; });
+  };
+  if (isAmong("0") || isAmong("-2")) return;
+  const auto kept = std::remove_if(shifts.begin(), shifts.end(),
+                                   [](const FileShift& shift) { return shift.number == "-1"; });
   for (auto gone = kept; gone != shifts.end(); ++gone) rows.unassigned.add("-1");
   shifts.erase(kept, shifts.end());
 }
@@ -318,7 +303,7 @@ ShiftFile readWordList(const Source& source) {
   constexpr std::size_t kMostMisfits = 10;  // of a hundred
   if (misfits.count * 100 > misfits.all * kMostMisfits)
     throw FileError(source.file, misfits.line,
-                    std::string("is not a row of the ") + kind.name + " list: \"" + misfits.first + "\"",
+                    std::string("is not a row of the ") + kind.name + " list: " + misfits.first,
                     "give the list alone, with all its columns");
   if (kind.take == takeXeasy) removeMinusOne(rows);
   std::vector<std::string> notes;

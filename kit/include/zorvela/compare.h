@@ -1,8 +1,6 @@
 // Compares the call of each proline with its bond in structures.
 #pragma once
 
-#include <cstddef>
-#include <string>
 #include <vector>
 
 #include "zorvela/finding.h"
@@ -20,9 +18,5 @@ namespace zorvela {
 void compareWithStructures(const std::vector<Protein>& proteins,
                            const std::vector<ProteinStructure>& structures,
                            std::vector<ProteinResult>& results);
-
-/// Returns a line for each structure chain without a match: "model.pdb, chain C (25 residues) has no shifts".
-std::vector<std::string> chainsWithoutShifts(const std::vector<ChainMatch>& matches,
-                                             const std::vector<ProteinStructure>& structures);
 
 }  // namespace zorvela

@@ -132,13 +132,6 @@ class StarPartsTest(ImportTest):
         self.assertIn("DATA SEQUENCE GAPGS\n", out)
         self.assertEqual(notes, ["shift rows of entity 2 name a copy of another entity; read as chain 2"])
 
-    def test_bonds_within_an_entity(self):
-        out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
-                               "_Entity.Polymer_seq_one_letter_code CPC loop_ _Entity_bond.Type "
-                               "_Entity_bond.Comp_index_ID_1 _Entity_bond.Comp_index_ID_2 disulfide 1 3 stop_ save_ " +
-                               self.ROWS + "2 PRO CA 63")
-        self.assertIn("DATA SEQUENCE cPc\n", out)
-
     def test_stated_offset(self):
         _, notes = self.imported("data_x save_l " + self.ROWS + "1 ALA CA 52 stop_ loop_ "
                                  "_Systematic_chem_shift_offset.Type _Systematic_chem_shift_offset.Atom_type "
@@ -204,55 +197,99 @@ class StarPartsTest(ImportTest):
 
 
 class CsvTest(ImportTest):
-    def test_greek_letters(self):
-        for data in ("resid,resname,atom,shift\n1,ALA,Cα,52\n2,PRO,Cγ,27\n2,PRO,Hα,4.4\n".encode(),
-                     "loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
-                     "_Atom_chem_shift.Val 1 ALA Cα 52 2 PRO Cγ 27 2 PRO Hα 4.4".encode()):
-            out = self.run_kit("-", data=data)[1]
-            self.assertIn("\n   1 A   CA    52.000\n   2 P   HA     4.400\n   2 P   CG    27.000\n", out)
+    def check_read(self, data, first, sequence, *said):
+        """The number of the first residue, the sequence, and parts of the table and the notes."""
+        status, out, err = self.run_kit("-", data=data.encode())
+        with self.subTest(data):
+            self.assertEqual(status, 0, err)
+            self.assertIn("REMARK Residue 1 here is residue %s there\n" % first, out)
+            self.assertIn("\nDATA SEQUENCE %s\n" % sequence, out)
+            for text in said:
+                self.assertIn(text, out + err)
 
-    def test_minus_signs(self):
-        """Gly-12 beside Ala-13 is residue 12."""
-        out = self.run_kit("-", data=b"Res,CA,CB\nGly-12,45,\nPro-13,63,32\n")[1]
-        self.assertIn("REMARK Residue 1 here is residue 12 there\n", out)
-        self.check_error('standard input:2: cannot tell whether "-" in "G-1" is a minus sign or a dash; give names and numbers '
-                         "of residues in columns of their own", "-", data=b"Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n")
-        # Chain, number and name, or a mutation: not alanine with an insertion code. One such code is none of these.
-        self.check_error("standard input:2: cannot tell which letter of \"A81S\" names the residue; give names and "
-                         "numbers of residues in columns of their own", "-",
-                         data=b"Res,CA,CB\nA81S,58,63\nA82P,63,32\nA83G,45,\n")
-        self.assertIn("Residue 2 here is residue 52A there",
-                      self.run_kit("-", data=b"Res,CA,CB\nS52,58,63\nP52A,63,32\nG53,45,\n")[1])
+    def test_what_is_read(self):
+        greek = "\n   1 A   CA    52.000\n   2 P   HA     4.400\n   2 P   CG    27.000\n"
+        for data, first, sequence, *said in (
+                ("resid,resname,atom,shift\n1,ALA,Cα,52\n2,PRO,Cγ,27\n2,PRO,Hα,4.4\n", 1, "AP", greek),
+                ("loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+                 "_Atom_chem_shift.Val 1 ALA Cα 52 2 PRO Cγ 27 2 PRO Hα 4.4", 1, "AP", greek),
+                # Gly-12 beside Pro-13 is residue 12.
+                ("Res,CA,CB\nGly-12,45,\nPro-13,63,32\n", 12, "GP"),
+                # A letter after some numbers is an insertion code, beside names of their own or within labels.
+                ("Res,CA,CB\nS52,58,63\nP52A,63,32\nG53,45,\n", 52, "SPG", "Residue 2 here is residue 52A there"),
+                ("resid,aa,CA,CB\n81,S,58,63\n82,P,63,32\n82A,L,55,42\n", 81, "SPL", "Residue 3 here is residue 82A there"),
+                # Cells left away.
+                ("Res,N,HN,CA,CB\nS81,116.2,8.2,58.4,63.9\nP82,63.0,34.2\nG83,109.1,8.4,45.3,\n", 81, "S?G",
+                 "note: standard input: line 3 ignored: 3 cells for 5 columns\n"),
+                # A row that names its atom is in its place: such a value is kept, as in the other formats.
+                ("resid,aa,atom,shift\n1,A,N,40\n1,A,CA,52\n2,P,CA,63\n", 1, "AP", "   1 A    N    40.000\n",
+                 "N of A1 at 40 ppm"),
+                ("Res,CA,CA shift,CB,CO,C'\nS1,58,1,63,174,175\nP2,63,2,32,176,177\n", 1, "SP",
+                 "\n   1 S   CA    58.000\n   1 S   CB    63.000\n   2 P   CA    63.000\n",
+                 "more than one column for C: none of them is used",
+                 "columns of numbers that are not used: CA shift, CO, C'"),
+                # Where all letters are lower case, c is not a sign of a disulfide bond.
+                ("resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n", 1, "CP"),
+                # Beside a number, "Name" is the name of the residue, and "Label" is left alone.
+                ("Name,No,CA,CB\nSER,81,58,63\n", 81, "S"),
+                ("Label,Res,No,CA,CB\nx9,SER,81,58,63\n", 81, "S")):
+            self.check_read(data, first, sequence, *said)
+        # Where no column is called after the residue, "Label", "Name" or "Assignment" is its label.
+        for heading in ("Label", "Name", "Assignment"):
+            self.check_read(heading + ",CA,CB\nS81,58,63\nP82,63,32\n", 81, "SP")
+        for label in ("Pro(82)", "proline 82", "82-Pro"):
+            self.check_read("Residue,CA,CB\n%s,63,32\n" % label, 82, "P")
+        for name in ("cPRO", "pro_cis", "CPR"):
+            self.check_read("resid resname atom shift\n81 SER CA 58.4\n82 %s CA 63\n83 PRO CA 63\n" % name, 81, "SPP",
+                            "REMARK The file marks as cis peptide bond: P82\n")
+        # In capitals it is a proline at the end of a chain in some force fields.
+        self.assertNotIn("cis", self.run_kit("-", data=b"resid resname atom shift\n81 SER CA 58.4\n82 CPRO CA 63\n")[1])
+        # Whatever other atoms are called, a table with names or without is read.
+        others = "81 SER QQD 1.0\n81 SER HT 2.0\n82 PRO O 999.000\n82 PRO CD1/2 20.0\n82 PRO HB2|HB3 2.1\n"
+        for header in ("", "resid resname atom shift\n"):
+            self.check_read(header + "81 SER CA 58.4\n82 PRO CA 63.0\n" + others, 81, "SP",
+                            "   1 S   CA    58.400\n   2 P   CA    63.000\n")
 
-    def test_rows_that_do_not_fit_the_columns(self):
-        """Decimal commas without quotes, and cells left away."""
-        remedy = ("; give every row a cell for each column, an empty one where there is no shift, and numbers with a "
-                  "decimal point")
-        self.check_error("standard input:2: most rows (3 of 3) do not fit the columns; the first: more than 4 cells "
-                         "for 4 columns" + remedy, "-",
-                         data=b"Res,N,HN,CA\nS81,116,2,8,2,58,4\nP82,,,63,0\nG83,109,1,8,4,45,3\n")
-        self.check_error("standard input: the shifts seem to be cut at their decimal commas; write decimal points, or "
-                         "semicolons between the columns", "-",
-                         data=b"resid,resname,atom,shift,error\n1,ALA,CA,52,4\n2,PRO,CA,63,1\n3,GLY,CA,45,3\n")
-        status, out, err = self.run_kit("-", data=b"Res,N,HN,CA,CB\nS81,116.2,8.2,58.4,63.9\nP82,63.0,34.2\n"
-                                                  b"G83,109.1,8.4,45.3,\n")
-        self.assertEqual(status, 0)
-        self.assertIn("DATA SEQUENCE S?G\n", out)
-        self.assertIn("note: standard input: line 3 ignored: 3 cells for 5 columns\n", err)
-
-    def test_columns_that_hold_something_else(self):
-        self.check_error('standard input:2: most values (2 of 2) are out of range for their atoms, such as "0.2" for CA; '
-                         "check that each column has the values that its name promises", "-",
-                         data=b"resid,aa,atom,shift\n1,A,CA,0.2\n2,P,CA,-1.1\n")
-        # A row that names its atom is in its place: such a value is kept, as in the other formats.
-        _, out, err = self.run_kit("-", data=b"resid,aa,atom,shift\n1,A,N,40\n1,A,CA,52\n2,P,CA,63\n")
-        self.assertIn("   1 A    N    40.000\n", out)
-        self.assertIn("N of A1 at 40 ppm", err)
-        status, out, err = self.run_kit("-", data=b"Res,CA,CA shift,CB,CO,C'\nS1,58,1,63,174,175\nP2,63,2,32,176,177\n")
-        self.assertEqual(status, 0)
-        self.assertIn("\n   1 S   CA    58.000\n   1 S   CB    63.000\n   2 P   CA    63.000\n", out)
-        self.assertIn("more than one column for C: none of them is used", err)
-        self.assertIn("columns of numbers that are not used: CA shift, CO, C'", err)
+    def test_what_is_refused(self):
+        own = "; give names and numbers of residues in columns of their own"
+        form = "NMR-STAR, NEF, the program's shift table, or text with a header line such as resid,resname,atom,shift"
+        cells = ("; give every row a cell for each column, an empty one where there is no shift, and numbers with a "
+                 "decimal point")
+        needs = "; is this a table of shifts? It needs columns resid, resname, atom and shift"
+        for data, message in (
+                ("Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n",
+                 ':2: cannot tell whether "-" in "G-1" is a minus sign or a dash' + own),
+                # Chain, number and name, or a mutation: not alanine with an insertion code.
+                ("Res,CA,CB\nA81S,58,63\nA82P,63,32\nA83G,45,\n", ':2: cannot tell which letter of "A81S" names the residue' + own),
+                # Decimal commas without quotes.
+                ("Res,N,HN,CA\nS81,116,2,8,2,58,4\nP82,,,63,0\nG83,109,1,8,4,45,3\n",
+                 ":2: most rows (3 of 3) do not fit the columns; the first: more than 4 cells for 4 columns" + cells),
+                ("resid,resname,atom,shift,error\n1,ALA,CA,52,4\n2,PRO,CA,63,1\n3,GLY,CA,45,3\n",
+                 ": the shifts seem to be cut at their decimal commas; write decimal points, or semicolons between the columns"),
+                ("resid,aa,atom,shift\n1,A,CA,0.2\n2,P,CA,-1.1\n",
+                 ':2: most values (2 of 2) are out of range for their atoms, such as "0.2" for CA; check that each column has '
+                 "the values that its name promises"),
+                ("81 SER CA 58.4\n82 PRO CA 63.0\n83 GLY CA no\n84 ALA CA 52\n",
+                 ":3: is not like the rows above it, and the table has no column names; correct or remove this row, or add a "
+                 "line of column names"),
+                (",resname,atom,shift\n1,SER,CA,58\n2,SER,CB,63\n3,PRO,CA,63\n",
+                 ": the only column of numbers besides the shifts counts the rows; add a column of residue numbers (resid)"),
+                ("##", ':1: is not a known kind of shift file; it begins with "##"; give ' + form),
+                ("resid,resname,shift\n1,A,52\n", ":1: the columns lack atom name (atom); give " + form),
+                ("resid,aa,atom,shift\nx,A,CA,52\n",
+                 ':2: most rows (1 of 1) name no residue: "x" is not a residue number' + needs),
+                ("Residue,Shift\nS81,52\n",
+                 ':2: most rows (1 of 1) name no residue with its atom: "S81" names no atom' + needs),
+                ("resid,atom,shift\n1,CA,52\n", ": the rows have no residue names; give the sequence (--sequence FILE), or a "
+                                                "column resname")):
+            self.check_error("standard input" + message, "-", data=data.encode())
+        # Nothing tells which atoms the numbers belong to, which number is the residue's, or the number of a residue.
+        for data in (b"S81 116.2 8.21 58.4\nP82 120.0 8.0 63.0\n", b"1 81 SER CA 58.4\n2 82 PRO CA 63.0\n",
+                     b"81 CA 58.4\n82 CA 63.0\n", b"81 SER CA 58.4 0.1\n82 PRO CA 63.0 0.1\n", b"Resname,CA,CB\nSER,58,63\n"):
+            status, out, err = self.run_kit("-", data=data)
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn("is not a known kind of shift file; it begins with", err)
+        self.assertEqual(1, self.run_kit("-", data=b"Name,CA,CB\nSER,58,63\nPRO,63,32\n")[0])
 
     def test_columns_of_the_residue_before(self):
         """CA-1 is of residue i-1; HA-1 is not an older name of an alpha proton."""
@@ -281,24 +318,6 @@ class CsvTest(ImportTest):
             ["1 CA 58.400", "2 CA 63.000", "2 CB 34.200", "2 CG 24.500", "3 CA 45.300"]), err)
         self.assertIn("2 shifts not assigned to a residue ignored, such as those of X205\n", err)
 
-    def test_prolines_that_are_called_cis(self):
-        for name in ("cPRO", "pro_cis", "CPR"):
-            _, out, err = self.run_kit("-", data=("resid resname atom shift\n81 SER CA 58.4\n82 %s CA 63\n83 PRO CA 63\n"
-                                                  % name).encode())
-            self.assertIn("DATA SEQUENCE SPP\n", out)
-            self.assertIn("REMARK The file marks as cis peptide bond: P82\n", out, err)
-        # In capitals it is a proline at the end of a chain in some force fields.
-        self.assertNotIn("cis", self.run_kit("-", data=b"resid resname atom shift\n81 SER CA 58.4\n82 CPRO CA 63\n")[1])
-
-    def test_residue_labels(self):
-        # Beside names of their own, letters after some numbers are insertion codes.
-        out = self.run_kit("-", data=b"resid,aa,CA,CB\n81,S,58,63\n82,P,63,32\n82A,L,55,42\n")[1]
-        self.assertIn("DATA SEQUENCE SPL\n", out)
-        self.assertIn("REMARK Residue 3 here is residue 82A there\n", out)
-        for label in (b"P82", b"PRO82", b"Pro-82", b"Pro 82", b"proline 82", b"Pro(82)", b"82PRO", b"82 P", b"82-Pro"):
-            out = self.run_kit("-", data=b"Residue,CA,CB\n%s,63,32\n" % label)[1]
-            self.assertIn("residue 82 there\n\nDATA SEQUENCE P\n", out, label)
-
     def test_chains_in_labels(self):
         for data in (b"residue,atom,shift\nA:SER81,CA,58.4\nA:PRO82,CA,63.0\nB:SER81,CA,58.5\nB:PRO82,CA,63.1\n",
                      b"assignment,shift\nA:SER81:CA,58.4\nA:PRO82:CA,63.0\nB:SER81:CA,58.5\nB:PRO82:CA,63.1\n",
@@ -309,74 +328,13 @@ class CsvTest(ImportTest):
                 self.assertIn("residue 81 there\n\nDATA SEQUENCE SP\n", out, err)
                 self.assertIn("\n   1 S   CA    %s\n" % shift, out)
 
-    def test_labels_of_whole_residues(self):
-        """Where no column is called after the residue, "Label", "Name" or "Assignment" is its label."""
-        for heading in (b"Label", b"Name", b"Assignment"):
-            out = self.run_kit("-", data=b"%s,CA,CB\nS81,58,63\nP82,63,32\n" % heading)[1]
-            self.assertIn("residue 81 there\n\nDATA SEQUENCE SP\n", out, heading)
-        # Beside a number it is none: a name is the residue's, a label is left alone.
-        for heading in (b"Name,No", b"Label,Res,No"):
-            cells = heading.replace(b"Name", b"SER").replace(b"Label", b"x9").replace(b"Res", b"SER").replace(b"No", b"81")
-            out = self.run_kit("-", data=b"%s,CA,CB\n%s,58,63\n" % (heading, cells))[1]
-            self.assertIn("residue 81 there\n\nDATA SEQUENCE S\n", out, heading)
-        # A column of names alone does not name a residue.
-        self.assertIn("begins with", self.run_kit("-", data=b"Resname,CA,CB\nSER,58,63\n")[2])
-        self.assertEqual(1, self.run_kit("-", data=b"Name,CA,CB\nSER,58,63\nPRO,63,32\n")[0])
-
     def test_assignments(self):
         expected = ["1 CA 58.400", "1 CB 63.900", "2 CA 63.000", "2 CG 24.600"]
-        numbering = "Residue 1 here is residue 81 there"
         for data in (b"S81 CA 58.4\nS81 CB 63.9\nP82 CA 63.0\nP82 CG 24.6\n",
                      b"S81CA\t58.4\nS81CB\t63.9\nP82CA\t63.0\nP82CG\t24.6\n",
                      b"CA,58.4,SER,81\nCB,63.9,SER,81\nCA,63.0,PRO,82\nCG,24.6,PRO,82\n"):
             self.assertEqual(self.run_kit("-", data=data)[1], table(
-                ["Imported from standard input (CSV)", numbering], "SP", expected))
-
-    def test_atoms_that_are_not_used(self):
-        """Whatever they are called, a table with names or without is read."""
-        others = "81 SER QQD 1.0\n81 SER HT 2.0\n82 PRO O 999.000\n82 PRO CD1/2 20.0\n82 PRO HB2|HB3 2.1\n"
-        for header in ("", "resid resname atom shift\n"):
-            _, out, err = self.run_kit("-", data=(header + "81 SER CA 58.4\n82 PRO CA 63.0\n" + others).encode())
-            self.assertIn("   1 S   CA    58.400\n   2 P   CA    63.000\n", out, err)
-
-    def test_the_row_that_is_unlike_the_others(self):
-        self.check_error("standard input:3: is not like the rows above it, and the table has no column names; correct "
-                         "or remove this row, or add a line of column names", "-",
-                         data=b"81 SER CA 58.4\n82 PRO CA 63.0\n83 GLY CA no\n84 ALA CA 52\n")
-
-    def test_tables_without_names_that_are_not_plain(self):
-        """Nothing tells which atoms the numbers belong to, or which number is the residue's."""
-        for data in (b"S81 116.2 8.21 58.4\nP82 120.0 8.0 63.0\n", b"1 81 SER CA 58.4\n2 82 PRO CA 63.0\n",
-                     b"81 CA 58.4\n82 CA 63.0\n", b"81 SER CA 58.4 0.1\n82 PRO CA 63.0 0.1\n"):
-            status, out, err = self.run_kit("-", data=data)
-            self.assertEqual((status, out), (1, ""))
-            self.assertIn("is not a known kind of shift file; it begins with", err)
-        self.check_error("standard input: the only column of numbers besides the shifts counts the rows; add a column of "
-                         "residue numbers (resid)", "-",
-                         data=b",resname,atom,shift\n1,SER,CA,58\n2,SER,CB,63\n3,PRO,CA,63\n")
-
-    def test_nothing_but_number_signs(self):
-        self.check_error('standard input:1: is not a known kind of shift file; it begins with "##"; give NMR-STAR, NEF, the '
-                         "program's shift table, or text with a header line such as resid,resname,atom,shift",
-                         "-", data=b"##")
-
-    def test_missing_columns_and_names(self):
-        self.check_error("standard input:1: the columns lack atom name (atom); give NMR-STAR, NEF, the program's shift "
-                         "table, or text with a header line such as resid,resname,atom,shift", "-",
-                         data=b"resid,resname,shift\n1,A,52\n")
-        self.check_error('standard input:2: most rows (1 of 1) name no residue: "x" is not a residue number; is this a '
-                         "table of shifts? It needs columns resid, resname, atom and shift", "-",
-                         data=b"resid,aa,atom,shift\nx,A,CA,52\n")
-        self.check_error('standard input:2: most rows (1 of 1) name no residue with its atom: "S81" names no atom; is '
-                         "this a table of shifts? It needs columns resid, resname, atom and shift", "-",
-                         data=b"Residue,Shift\nS81,52\n")
-        self.check_error("standard input: the rows have no residue names; give the sequence (--sequence "
-                         "FILE), or a column resname", "-", data=b"resid,atom,shift\n1,CA,52\n")
-
-    def test_lower_case_names_of_a_whole_file(self):
-        """Where all letters are lower case, c is not a sign of a disulfide bond."""
-        _, out, _ = self.run_kit("-", data=b"resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n")
-        self.assertIn("DATA SEQUENCE CP\n", out)
+                ["Imported from standard input (CSV)", "Residue 1 here is residue 81 there"], "SP", expected))
 
 
 class TableTest(ImportTest):
@@ -397,18 +355,6 @@ class TableTest(ImportTest):
         self.check_error("standard input: has a sequence of more than 40000 residues; no protein is that long: check the file",
                          "-", data=b"DATA FIRST_RESID 2147483647\nDATA SEQUENCE AP\n"
                                    b"VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
-
-    def test_round_trip(self):
-        """The import of an imported table is the same table: remarks, numbers, c and ?."""
-        files = [f for f in FILES.iterdir() if f.name not in ("star3_rna.str", "shifts.tsv") and ".cif" not in f.name]
-        status, _, err = self.run_kit(*files, "--output", "once/")
-        self.assertEqual(status, 0, err)
-        once = sorted((self.folder / "once").iterdir())
-        self.assertEqual(len(once), len(files) + 8)  # four files have two chains, one has five
-        status, _, err = self.run_kit(*once, "--output", "twice/")
-        self.assertEqual(status, 0, err)
-        for file in once:
-            self.assertEqual(file.read_bytes(), (self.folder / "twice" / file.name).read_bytes())
 
 
 class OutputTest(ImportTest):

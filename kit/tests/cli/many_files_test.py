@@ -40,11 +40,6 @@ class ManyFiles(folder.InFolder):
         self.put("list", "a.tab\n")
         ended = program.run("--files-from", "list", "--output", "list", cwd=self.folder)
         self.assertIn("list: is an input file", ended.stderr)
-        ended = program.run("-", "--files-from", "-", cwd=self.folder, input="a.tab\n")
-        self.assertIn("standard input: is given twice", ended.stderr)
-        ended = program.run("--files-from", "", cwd=self.folder)
-        self.assertEqual(ended.stdout, "")
-        self.assertIn("--files-from: is empty; give a name", ended.stderr)
         ended = program.run(cwd=self.folder)
         self.assertIn("FILE or --files-from is required", ended.stderr)
         self.assertNotEqual(ended.returncode, 0)
@@ -62,17 +57,6 @@ class ManyFiles(folder.InFolder):
         ended = program.run("none", cwd=self.folder)
         self.assertEqual((ended.returncode, ended.stderr),
                          (1, "zorvela-kit: none: is a folder without shift files; name the files\n"))
-
-    def test_choices_without_a_name_are_one_error(self):
-        self.tables("a.tab")
-        messages = set()
-        for command in (["run"], ["import"], ["restrain", "--for", "cyana"], ["annotate", "--output", "out"]):
-            for option in ("--list",) if command[0] == "annotate" else ("--chain", "--list"):
-                ended = program.kit(*command, "a.tab", option, "", cwd=self.folder)
-                self.assertNotEqual(ended.returncode, 0)
-                messages.add(ended.stderr.replace(option, "OPTION").split("; see ")[0])
-        self.assertEqual(len(messages), 1, messages)
-        self.assertIn("OPTION: is empty; give a name", messages.pop())
 
     def test_a_file_that_fails_alone_has_one_line_and_no_summary(self):
         ended = program.run("none.tab", cwd=self.folder)

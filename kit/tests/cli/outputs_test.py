@@ -2,13 +2,9 @@
 import os
 import resource
 import shutil
-import sys
 import unittest
 
 from zorvela_tests import folder, hostile, program
-
-sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "train"))
-import made_data  # noqa: E402
 
 REFUSED = "zorvela-kit: %s: is an input file; choose another place with --output\n"
 UNWRITABLE = "zorvela-kit: %s: cannot be written: %s; choose another place with --output, or free disk space\n"
@@ -21,6 +17,10 @@ class InFolder(folder.InFolder):
         self.csv = program.run("--format", "csv", self.input).stdout
         self.assertEqual(len(self.csv.splitlines()), 2)
 
+    def put(self, name, content):
+        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
+        return super().put(name, content)
+
     def run_to(self, output, *arguments, **options):
         return program.run("--format", "csv", "--output", output, *(arguments or [self.input]), **options)
 
@@ -32,24 +32,23 @@ class InFolder(folder.InFolder):
 class TwoOutputs(InFolder):
     """Each would cut or mix the other."""
 
-    def setUp(self):
-        super().setUp()
+    def test_in_one_place(self):
         self.put("labels.csv", "entry,resid,label_structure,cluster\nin,2,cis,1\n")
-        self.command = ["evaluate", "--entries", self.folder, "--labels", self.path("labels.csv"), "--tables",
-                        program.MADE_TABLES]
-
-    def test_standard_output_twice(self):
-        os.makedirs(self.path("out"))
+        command = ["evaluate", "--entries", self.folder, "--labels", self.path("labels.csv"), "--tables",
+                   program.MADE_TABLES]
         both = ["--roc", "-", "--calibration", "-", "--output", self.path("f")]
+        new, alias = self.path("new.csv"), self.folder + "/./new.csv"
+        os.mkdir(self.path("out"))
         with open(self.path("out/x"), "w", encoding="utf-8") as stdout:
-            for ended in (program.kit(*self.command, *both), program.kit(*self.command, *both, stdout=stdout),
-                          program.kit(*self.command, "--roc", "/dev/stdout"),
-                          program.kit(*self.command, "--roc", self.path("out/x"), stdout=stdout)):
-                self.assertEqual(ended.returncode, 1)
-                self.assertIn("would hold two outputs; give each its own file", ended.stderr)
-
-    def test_devices_take_any_number(self):
-        ended = program.kit(*self.command, "--roc", "/dev/null", "--calibration", "/dev/null")
+            for ended, name in ((program.kit(*command, *both), "standard output"),
+                                (program.kit(*command, *both, stdout=stdout), "standard output"),
+                                (program.kit(*command, "--roc", "/dev/stdout"), "standard output"),
+                                (program.kit(*command, "--roc", self.path("out/x"), stdout=stdout), "standard output"),
+                                (program.kit(*command, "--roc", new, "--calibration", alias), alias)):
+                self.assertEqual((ended.returncode, ended.stderr),
+                                 (1, "zorvela-kit: %s: would hold two outputs; give each its own file\n" % name))
+        self.assertFalse(os.path.exists(new))
+        ended = program.kit(*command, "--roc", "/dev/null", "--calibration", "/dev/null")  # devices take any number
         self.assertNotIn("two outputs", ended.stderr)
 
     def test_the_file_of_the_messages(self):
@@ -72,8 +71,8 @@ class Words(InFolder):
 
     def test_labels_have_names_that_are_read_back(self):
         for name in ("good", "=f", "two\nlines", "esc\x1b", " blank", "a,b;c"):
-            self.put_in("entries", name + ".tab", program.full_table("APK"))
-        self.put_in("models", "m.pdb", hostile.pdb_file(40))
+            self.put("entries/" + name + ".tab", program.full_table("APK"))
+        self.put("models/m.pdb", hostile.pdb_file(40))
         ended = program.kit("label", "--entries", self.path("entries"), "--structures", self.path("models"),
                             "--output", self.path("labels.csv"))
         self.assertEqual(ended.returncode, 1)
@@ -86,52 +85,47 @@ class Words(InFolder):
         self.assertIn("3 prolines labelled by structure", ended.stdout)
         self.assertEqual({row["entry"] for row in program.csv_rows(text)}, {"good", "'=f", "a,b;c"})
 
-    def put_in(self, place, name, content):
-        os.makedirs(self.path(place), exist_ok=True)
-        return self.put(os.path.join(place, name), content)
-
 
 class Inputs(InFolder):
-    def check_refused(self, ended, output, kept):
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", REFUSED % output))
-        for name, text in kept.items():
-            self.assertEqual(self.read(name), text)
-
-    def test_standard_input(self):
+    def test_standard_streams(self):
+        """Standard output as cat does: else the results would end up after the shifts."""
         text = self.read("in.tab")
         for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
-            with self.subTest(command=command[0]), open(self.input, encoding="utf-8") as stdin:
-                ended = program.kit(*command, "--output", self.input, "-", stdin=stdin)
-                self.check_refused(ended, self.input, {"in.tab": text})
-
-    def test_standard_output(self):
-        """As cat does: else the results would end up after the shifts."""
-        text = self.read("in.tab")
-        for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
-            with self.subTest(command=command[0]), open(self.input, "a", encoding="utf-8") as stdout:
-                ended = program.kit(*command, self.input, stdout=stdout)
-                self.assertEqual((ended.returncode, ended.stderr), (1, REFUSED % "standard output"))
+            with self.subTest(command=command[0]), open(self.input, "a+", encoding="utf-8") as file:
+                into = program.kit(*command, self.input, stdout=file)
+                file.seek(0)
+                out_of = program.kit(*command, "--output", self.input, "-", stdin=file)
+                self.assertEqual((into.returncode, into.stderr), (1, REFUSED % "standard output"))
+                self.assertEqual((out_of.returncode, out_of.stderr), (1, REFUSED % self.input))
                 self.assertEqual(self.read("in.tab"), text)
 
     def test_every_other_command_asks_the_same(self):
         """None of the files needs to be what it should: outputs are checked before anything is read."""
         shutil.copytree(program.MADE_TABLES, self.path("tab"))
-        os.mkdir(self.path("entries"))
-        os.mkdir(self.path("models"))
-        entry, model = self.put("entries/a.tab", "entry\n"), self.put("models/a.pdb", "model\n")
-        table = self.path("tab/rcadj.tab")
+        entry, model, table = self.put("entries/a.tab", "entry\n"), self.put("models/a.pdb", "model\n"), self.path("tab/rcadj.tab")
+        labels, coil = self.put("labels.csv", "labels\n"), self.put("coil.csv", "coil\n")
+        of_train = self.put("entries/randcoil.tab", "an entry of a table's name\n")
+        data = ["--entries", self.path("entries"), "--labels", labels]
+        tables = ["--tables", self.path("tab")]
         label = ["label", "--entries", self.path("entries"), "--structures", self.path("models")]
-        run = ["run", entry, "--structure", model, "--tables", self.path("tab")]
-        annotate = ["annotate", entry, "--tables", self.path("tab")]
-        for command, outputs in ((label, (entry, model)), (run, (entry, model, table)), (annotate, (entry, table))):
+        cases = [([*label, "--output"], (entry, model)), (["annotate", entry, *tables, "--output"], (entry, table)),
+                 (["run", entry, "--structure", model, *tables, "--output"], (entry, model, table)),
+                 (["evaluate", *data, "--random-coil", coil, "--cross-validate", "2", "--roc"], (coil,))]
+        cases += [(["evaluate", *data, *tables, option], (labels, entry, table))
+                  for option in ("--predictions", "--roc", "--calibration", "--output")]
+        for command, outputs in cases:
             for output in outputs:
                 with self.subTest(command=command, output=output):
-                    kept = os.path.relpath(output, self.folder)
-                    self.check_refused(program.kit(*command, "--output", output), output, {kept: self.read(kept)})
+                    kept = self.read(os.path.relpath(output, self.folder))
+                    ended = program.kit(*command, output)
+                    self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", REFUSED % output))
+                    self.assertEqual(self.read(os.path.relpath(output, self.folder)), kept)
+        ended = program.kit("train", *data, "--output", self.path("entries"))
+        self.assertEqual((ended.returncode, ended.stderr), (1, REFUSED % of_train))
 
     def test_standard_input_twice_is_refused(self):
-        for command in (["run", "--tables", program.MADE_TABLES], ["import"]):
-            ended = program.kit(*command, "-", self.input, "-", input="")
+        for command in (["run", "--tables", program.MADE_TABLES, "-"], ["import", "-"], ["import", "--files-from", "-"]):
+            ended = program.kit(*command, self.input, "-", input="a.tab\n")
             self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
                              (1, "", "zorvela-kit: standard input: is given twice as -; give - once, and other files "
                               "by name\n"))
@@ -152,86 +146,32 @@ class Inputs(InFolder):
                 shutil.rmtree(self.path("out"))
 
 
-class TrainingInputs(InFolder):
-    def setUp(self):
-        super().setUp()
-        os.mkdir(self.path("data"))
-        self.data = made_data.Data(self.path("data"))
-        for i in range(4):
-            self.data.add(f"c{i}", made_data.sequence(i), "cis", 1.0 + i, 24.0 + i)
-            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", -1.0 - i, 27.0 + i)
-        self.data.write_labels()
-
-    def check_refused(self, arguments, output):
-        before = self.snapshot()
-        ended = program.kit(*arguments)
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (1, "", REFUSED % output))
-        self.assertEqual(self.snapshot(), before)
-
-    def snapshot(self):
-        texts = {}
-        for folder, _, names in os.walk(self.folder):
-            for name in names:
-                with open(os.path.join(folder, name), encoding="utf-8") as file:
-                    texts[os.path.join(folder, name)] = file.read()
-        return texts
-
-    def test_train_keeps_an_entry_of_a_table_s_name(self):
-        self.put("data/entries/randcoil.tab", program.full_table("APK"))
-        self.check_refused(self.data.train("entries"), self.data.path("entries/randcoil.tab"))
-
-    def test_evaluate_keeps_labels_entries_tables_and_sources(self):
-        shutil.copytree(program.MADE_TABLES, self.path("tab"))
-        evaluate = ["evaluate", *self.data.proteins(), "--tables", self.path("tab")]
-        for option in ("--predictions", "--roc", "--calibration", "--output"):
-            for output in (self.data.path("labels.csv"), self.data.path("entries/c0.tab"), self.path("tab/rcadj.tab")):
-                with self.subTest(option=option, output=output):
-                    self.check_refused([*evaluate, option, output], output)
-        folds = ["evaluate", *self.data.proteins(), *self.data.sources(), "--cross-validate", "2"]
-        self.check_refused([*folds, "--roc", self.data.path("coil.csv")], self.data.path("coil.csv"))
-
-    def test_evaluate_writes_no_two_results_into_one_file(self):
-        evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
-        new, alias = self.path("new.csv"), self.folder + "/./new.csv"
-        ended = program.kit(*evaluate, "--roc", new, "--calibration", alias)
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
-                         (1, "", "zorvela-kit: %s: would hold two outputs; give each its own file\n" % alias))
-        self.assertFalse(os.path.exists(new))
-
+class Values(unittest.TestCase):
     def test_options_without_sense_are_refused(self):
-        for option, value in (("--limit-percent", "nan"), ("--limit-percent", "1e-300"), ("--trim", "nan"),
-                              ("--trim", "1e-9"), ("--trim", "inf"), ("--widen-proline", "nan"),
-                              ("--widen-neighbours", "1e-30"), ("--trim", "-1"), ("--pseudocount", "nan")):
-            with self.subTest(option=option, value=value):
-                ended = program.kit(*self.data.train("tab", option + "=" + value))
-                self.assertNotEqual(ended.returncode, 0)
-                self.assertIn(option, ended.stderr)
-                self.assertFalse(os.path.exists(self.data.path("tab")))
-        evaluate = ["evaluate", *self.data.proteins(), "--tables", program.MADE_TABLES]
-        label = ["label", "--entries", self.data.path("entries"), "--structures", self.folder, "--output", "-"]
-        for command, option, values in ((evaluate, "--bootstrap", ("nan", "-1")),
+        train = ["train", "--entries", "none", "--labels", "none", "--output", "none"]
+        evaluate = ["evaluate", "--entries", "none", "--labels", "none"]
+        label = ["label", "--entries", "none", "--structures", "none", "--output", "-"]
+        for command, option, values in ((train, "--limit-percent", ("nan", "1e-300")),
+                                        (train, "--trim", ("nan", "1e-9", "inf", "-1")),
+                                        (train, "--widen-proline", ("nan",)), (train, "--widen-neighbours", ("1e-30",)),
+                                        (train, "--pseudocount", ("nan",)), (evaluate, "--bootstrap", ("nan", "-1")),
                                         (label, "--identity", ("nan", "inf", "49"))):
             for value in values:
                 with self.subTest(option=option, value=value):
                     ended = program.kit(*command, option + "=" + value)
                     self.assertNotEqual(ended.returncode, 0)
                     self.assertEqual(ended.stdout, "")
-                    self.assertIn(option, ended.stderr)
+                    self.assertRegex(ended.stderr, option + ": .* is not ")
 
-    def test_no_table_is_written_that_could_not_be_used(self):
-        path = "data/entries/t0.tab"
-        text = self.read(path)
-        row = next(line for line in text.splitlines(True) if line.split()[2:3] == ["CB"])
-        huge = row.rsplit(None, 1)[0] + " 1e38\n"
-        self.put(path, text.replace(row, huge))
-        os.mkdir(self.data.path("tab"))
-        ended = program.kit(*self.data.train("tab", "--limit-percent", "0", "--trim", "0"))
-        if ended.returncode == 0:
-            check = program.run(self.input, tables=self.data.path("tab"))
-            self.assertEqual(check.returncode, 0, check.stderr)
-        else:
-            self.assertRegex(ended.stderr, "^zorvela-kit: .*the data make no usable table: ")
-            self.assertEqual(os.listdir(self.data.path("tab")), [])
+    def test_empty_values_are_refused(self):
+        for command, options in (("run", ("--output", "--tables", "--structure", "--sequence", "--files-from", "--chain")),
+                                 ("import", ("--list", "--chain")), ("restrain", ("--chain", "--into")),
+                                 ("annotate", ("--list",))):
+            for option in options:
+                ended = program.kit(command, "in.tab", option, "")
+                self.assertNotEqual(ended.returncode, 0)
+                self.assertEqual((ended.stdout, ended.stderr), (
+                    "", f"zorvela-kit: {option}: is empty; give a name; see zorvela-kit {command} --help\n"))
 
 
 class Links(InFolder):
@@ -252,13 +192,6 @@ class Links(InFolder):
         os.symlink("../target", self.path("sub/second"))
         self.check_written(self.run_to(self.path("first")), "target")
         self.assertTrue(os.path.islink(self.path("first")) and os.path.islink(self.path("sub/second")))
-
-
-class Names(InFolder):
-    def test_no_name(self):
-        ended = self.run_to("")
-        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
-                         (1, "", "zorvela-kit: the name of an output is empty; give a file, or - for standard output\n"))
 
 
 class FullDevice(unittest.TestCase):

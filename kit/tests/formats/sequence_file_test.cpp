@@ -24,51 +24,36 @@ std::string chains(const SequenceFile& sequence) {
   return all;
 }
 
-TEST(SequenceFile, HasNamesAndNumbers) {
-  EXPECT_EQ(chains(read("GLY    11\nSER    12\nCYSS   15\ncPRO   19\n")), ": GLY11 SER12 CYSS15 cPRO19");
+TEST(SequenceFile, HasChains) {
+  const char* const cases[][2] = {
+      {"GLY    11\nSER    12\nCYSS   15\ncPRO   19\n", ": GLY11 SER12 CYSS15 cPRO19"},
+      // It counts on where numbers are missing; names alone have none.
+      {"GLY 11 SER ILE\nPRO\nCYSS 20 LEU\n", ": GLY11 SER12 ILE13 PRO14 CYSS20 LEU21"},
+      {"ala 10\nala\nglu\n", ": ala10 ala11 glu12"},
+      {"GLY\nSER 12\n", ": GLY1 SER12"},
+      {"MET GLN TYR\nLYS PRO\n", ": MET GLN TYR LYS PRO"},
+      {"GLY 1\nPL 2\nLL5 3\nLP 4\nPRO 5\n", ": GLY1 PRO5"},
+      {"HIS A1\nPRO A2\nGLY B7\n", "A: HIS1 PRO2; B: GLY7"},
+      // FASTA
+      {">protein\nMQ\nIP*\n", "protein: M Q I P"},
+      {">one\nMQ\n\n> two of them\nGP\n", "one: M Q; two: G P"},
+      {">2LYS_1|Chain A|Protein|Organism\nMQ\n>2LYS_2|Chains B, C|Other\nGP\n", "A: M Q; B: G P"},
+      {">name NEFPLS | CHAIN: A | START: -2\nMQ\n", "A: M-2 Q-1"},
+      // One-letter text
+      {"MQIF VKX\n  PG\n", ": M Q I F V K X P G"},
+      {"        1 mqif\n        5 vk\n", ": M Q I F V K"},
+      {"MAcP", ": M A CYSS P"},
+      {"data_x\nsave_s\nloop_\n_nef_sequence.index\n_nef_sequence.chain_code\n_nef_sequence.sequence_code\n"
+       "_nef_sequence.residue_name\n1 A 17 MET\n2 A 18 PRO\nstop_\nsave_\n",
+       "A: MET17 PRO18"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(chains(read(text)), expected) << text;
 }
 
-TEST(SequenceFile, CountsOnWhereNumbersAreMissing) {
-  EXPECT_EQ(chains(read("GLY 11 SER ILE\nPRO\nCYSS 20 LEU\n")), ": GLY11 SER12 ILE13 PRO14 CYSS20 LEU21");
-  EXPECT_EQ(chains(read("ala 10\nala\nglu\n")), ": ala10 ala11 glu12");
-  EXPECT_EQ(chains(read("GLY\nSER 12\n")), ": GLY1 SER12");
-}
-
-TEST(SequenceFile, HasNoNumbersWhereNamesStandAlone) {
-  EXPECT_EQ(chains(read("MET GLN TYR\nLYS PRO\n")), ": MET GLN TYR LYS PRO");
-}
-
-TEST(SequenceFile, PassesOverCommentsAndWhatIsNoResidue) {
+TEST(SequenceFile, PassesOverCommentsAndSpinSystems) {
   const SequenceFile sequence =
       read("# of the domain\n\nGLY 1 7\nPRO 2 8 \"seen\"  # cis?\nSS 901\nSS 902\n");
   EXPECT_EQ(chains(sequence), ": GLY1 PRO2");
   EXPECT_EQ(sequence.spinSystems, (std::set<int>{901, 902}));
-  EXPECT_EQ(chains(read("GLY 1\nPL 2\nLL5 3\nLP 4\nPRO 5\n")), ": GLY1 PRO5");
-}
-
-TEST(SequenceFile, TakesChainsFromNumbers) {
-  EXPECT_EQ(chains(read("HIS A1\nPRO A2\nGLY B7\n")), "A: HIS1 PRO2; B: GLY7");
-}
-
-TEST(SequenceFile, IsFasta) {
-  EXPECT_EQ(chains(read(">protein\nMQ\nIP*\n")), "protein: M Q I P");
-  EXPECT_EQ(chains(read(">one\nMQ\n\n> two of them\nGP\n")), "one: M Q; two: G P");
-  EXPECT_EQ(chains(read(">2LYS_1|Chain A|Protein|Organism\nMQ\n>2LYS_2|Chains B, C|Other\nGP\n")),
-            "A: M Q; B: G P");
-  EXPECT_EQ(chains(read(">name NEFPLS | CHAIN: A | START: -2\nMQ\n")), "A: M-2 Q-1");
-}
-
-TEST(SequenceFile, IsOneLetterText) {
-  EXPECT_EQ(chains(read("MQIF VKX\n  PG\n")), ": M Q I F V K X P G");
-  EXPECT_EQ(chains(read("        1 mqif\n        5 vk\n")), ": M Q I F V K");
-  EXPECT_EQ(chains(read("MAcP")), ": M A CYSS P");
-}
-
-TEST(SequenceFile, IsStar) {
-  EXPECT_EQ(chains(read("data_x\nsave_s\nloop_\n_nef_sequence.index\n_nef_sequence.chain_code\n"
-                        "_nef_sequence.sequence_code\n_nef_sequence.residue_name\n"
-                        "1 A 17 MET\n2 A 18 PRO\nstop_\nsave_\n")),
-            "A: MET17 PRO18");
 }
 
 TEST(SequenceFile, SaysWhatIsWrong) {
@@ -85,15 +70,12 @@ TEST(SequenceFile, SaysWhatIsWrong) {
 }
 
 TEST(LooksLikeSequence, OnlyWithCertainty) {
-  EXPECT_TRUE(looksLikeSequence(">anything\n"));
-  EXPECT_TRUE(looksLikeSequence("# of the domain\nGLY 11\nSER 12\nSS 901\n"));
-  EXPECT_TRUE(looksLikeSequence("MQIFVKTLTG KTITLEVEPS\n"));
-  EXPECT_FALSE(looksLikeSequence("mqifvktltg\n"));
-  EXPECT_FALSE(looksLikeSequence("THE CAT SAT ON THE MAT\n"));
-  EXPECT_FALSE(looksLikeSequence("1 GLY\n2 SER\n"));
-  EXPECT_FALSE(looksLikeSequence("   1   8.460 0.005 HN    171\n"));
-  EXPECT_FALSE(looksLikeSequence("resid,resname,atom,shift\n"));
-  EXPECT_FALSE(looksLikeSequence(""));
+  for (const char* text :
+       {">anything\n", "# of the domain\nGLY 11\nSER 12\nSS 901\n", "MQIFVKTLTG KTITLEVEPS\n"})
+    EXPECT_TRUE(looksLikeSequence(text)) << text;
+  for (const char* text : {"mqifvktltg\n", "THE CAT SAT ON THE MAT\n", "1 GLY\n2 SER\n",
+                           "   1   8.460 0.005 HN    171\n", "resid,resname,atom,shift\n", ""})
+    EXPECT_FALSE(looksLikeSequence(text)) << text;
 }
 
 }  // namespace

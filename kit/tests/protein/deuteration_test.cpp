@@ -27,33 +27,32 @@ std::string sample3(const std::string& id, const std::string& molecule, const st
 }
 
 std::string experiments3(const std::string& columns, const std::string& values) {
-  return kShifts3 + "loop_\n_Chem_shift_experiment." + columns + "\n" + values + "\nstop_\nsave_\n";
+  return "loop_\n_Chem_shift_experiment." + columns + "\n" + values + "\nstop_\n";
 }
 
 Protein read(const std::string& text) {
   return readShiftBytes(text, "x.str", {}).at(0);
 }
 
+Protein proteinOf(const std::string& samples, const std::string& experiments = "") {
+  return read(kEntity3 + samples + kShifts3 + experiments + "save_\n");
+}
+
 TEST(Deuteration, IsThatOfTheMoleculeInTheSample) {
   for (const char* molecule : {". 1 .", ". . $protein", "thing . ."})
-    EXPECT_DOUBLE_EQ(
-        read(kEntity3 + sample3("1", molecule, "[U-13C; U-80% 2H]") + kShifts3 + "save_\n").deuteration, 0.8)
-        << molecule;
-  EXPECT_EQ(read(kEntity3 + sample3("1", "other 2 .", "[U-2H]") + kShifts3 + "save_\n").deuteration, 0);
-  EXPECT_EQ(read(kEntity3 + sample3("1", ". 1 .", "[U-13C]") + kShifts3 + "save_\n").deuteration, 0)
-      << "deuterated water is not a deuterated protein";
+    EXPECT_DOUBLE_EQ(proteinOf(sample3("1", molecule, "[U-13C; U-80% 2H]")).deuteration, 0.8) << molecule;
+  EXPECT_EQ(proteinOf(sample3("1", "other 2 .", "[U-2H]")).deuteration, 0);
+  EXPECT_EQ(proteinOf(sample3("1", ". 1 .", "[U-13C]")).deuteration, 0) << "water alone is deuterated";
 }
 
 TEST(Deuteration, IsThatOfTheSamplesOfTheList) {
-  const std::string start =
-      kEntity3 + sample3("1", ". 1 .", "[U-13C]") + sample3("2", ". 1 .", "[U-13C; U-2H]");
-  EXPECT_EQ(read(start + experiments3("Sample_ID", "1")).deuteration, 0);
-  EXPECT_EQ(read(start + experiments3("Sample_ID", "2")).deuteration, 1);
-  EXPECT_EQ(read(start + experiments3("Sample_label", "$sample_2")).deuteration, 1);
-  const Protein both = read(start + experiments3("Sample_ID", "1\n2"));
+  const std::string two = sample3("1", ". 1 .", "[U-13C]") + sample3("2", ". 1 .", "[U-13C; U-2H]");
+  EXPECT_EQ(proteinOf(two, experiments3("Sample_ID", "1")).deuteration, 0);
+  EXPECT_EQ(proteinOf(two, experiments3("Sample_ID", "2")).deuteration, 1);
+  EXPECT_EQ(proteinOf(two, experiments3("Sample_label", "$sample_2")).deuteration, 1);
+  const Protein both = proteinOf(two, experiments3("Sample_ID", "1\n2"));
   EXPECT_EQ(both.deuteration, 0);
-  ASSERT_FALSE(both.notes.empty());
-  EXPECT_NE(both.notes[0].find("differ in deuterium"), std::string::npos) << both.notes[0];
+  EXPECT_NE(both.notes.at(0).find("differ in deuterium"), std::string::npos) << both.notes[0];
 }
 
 TEST(Deuteration, IsReadFromTheOlderFormat) {
@@ -75,7 +74,7 @@ TEST(Deuteration, IsReadFromTheOlderFormat) {
 }
 
 TEST(Deuteration, StaysInTheTable) {
-  const Protein protein = read(kEntity3 + sample3("1", ". 1 .", "[U-13C; U-85% 2H]") + kShifts3 + "save_\n");
+  const Protein protein = proteinOf(sample3("1", ". 1 .", "[U-13C; U-85% 2H]"));
   std::ostringstream table;
   writeShiftTable(protein, table);
   EXPECT_NE(table.str().find("REMARK Deuterated: 85 % of the hydrogens on carbon\n"), std::string::npos)

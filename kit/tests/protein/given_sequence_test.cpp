@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "made_shift.h"
 #include "message_of.h"
 #include "zorvela/predict.h"
 #include "zorvela/read.h"
@@ -14,20 +15,11 @@ using zorvela::NamedShift;
 using zorvela::Protein;
 using zorvela::proteinOfShifts;
 
-/// "1 CA 55.1" of each shift.
-Texts shiftsOf(const Protein& protein) {
-  Texts texts;
-  for (const zorvela::Shift& shift : protein.shifts)
-    texts.push_back(std::to_string(shift.position) + " " + std::string(nameOf(shift.atom)) + " " +
-                    shiftText(shift));
-  return texts;
-}
-
 TEST(ProteinOfShifts, HasAtomsUnderAllTheirNamesInTheOrderOfATable) {
   const Protein protein =
       proteinOfShifts("MGP", {{13, "CG", 27.1}, {11, "CB", 32.5}, {11, "H", 8.2}, {12, "HA", 3.9}}, 11);
-  EXPECT_EQ(shiftsOf(protein),
-            (Texts{"1 HN 8.200", "1 CB 32.500", "2 HA2 3.900", "2 HA3 3.900", "3 CG 27.100"}));
+  EXPECT_EQ(made::shiftsOf(protein),
+            (Texts{"11 HN 8.200", "11 CB 32.500", "12 HA2 3.900", "12 HA3 3.900", "13 CG 27.100"}));
   EXPECT_EQ(protein.numbers, (Texts{"11", "12", "13"}));
 }
 
@@ -40,7 +32,11 @@ TEST(ProteinOfShifts, PassesOverOtherAtomsAndWhatIsMissing) {
 }
 
 TEST(ProteinOfShifts, HasOxidisedCysteinesByTheirCB) {
-  EXPECT_EQ(proteinOfShifts("CPC", {{1, "CB", 41.2}, {3, "CB", 28.0}}).sequence, "cPC");
+  const Protein protein = proteinOfShifts("CPC", {{1, "CB", 41.2}, {3, "CB", 28.0}});
+  EXPECT_EQ(protein.sequence, "cPC");
+  EXPECT_EQ(protein.notes,
+            Texts{"cysteines assumed to be in a disulfide bond (CB above 33 ppm); written as c: "
+                  "1 (CB 41.200)"});
 }
 
 TEST(ProteinOfShifts, SaysWhatIsWrong) {

@@ -1,6 +1,7 @@
 // One protein of several shift lists.
 #include <gtest/gtest.h>
 
+#include "made_shift.h"
 #include "message_of.h"
 #include "zorvela/read.h"
 
@@ -21,28 +22,21 @@ TEST(Merge, TakesEachAtomFromTheFirstThatHasIt) {
   EXPECT_EQ(merged.file, "a.csv");
   EXPECT_EQ(merged.sequence, "APG");
   EXPECT_EQ(merged.numbers, (Texts{"5", "6", "7"}));
-  Texts shifts;
-  for (const zorvela::Shift& shift : merged.shifts)
-    shifts.push_back(std::to_string(shift.position) + " " + std::string(nameOf(shift.atom)) + " " +
-                     shiftText(shift));
-  EXPECT_EQ(shifts, (Texts{"1 CA 52.4", "2 CA 63.2", "2 CG 27.1", "3 N 108.0", "3 HA2 3.9"}));
+  EXPECT_EQ(made::shiftsOf(merged), (Texts{"5 CA 52.4", "6 CA 63.2", "6 CG 27.1", "7 N 108.0", "7 HA2 3.9"}));
   EXPECT_EQ(merged.notes.front(), "merged into one protein: a.csv, b.csv");
 }
 
 TEST(Merge, NamesShiftsThatDiffer) {
-  const auto differing = [](const std::string& one, const std::string& other) {
-    const Protein merged = mergedProtein({protein("a.csv", one), protein("b.csv", other)});
-    for (const std::string& note : merged.notes)
+  const std::string start = "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ";
+  const auto differing = [&](const std::string& one, const std::string& other) {
+    for (const std::string& note : mergedProtein({protein("a.csv", one), protein("b.csv", other)}).notes)
       if (note.find("differ") != std::string::npos) return note;
     return std::string();
   };
   EXPECT_EQ(differing("5,ALA,CA,52.4\n", "5,ALA,CA,52.7\n"), "");
-  EXPECT_EQ(
-      differing("5,ALA,CA,52.40\n", "5,ALA,CA,52.71\n"),
-      "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: 5 CA 52.40 (b.csv 52.71)");
+  EXPECT_EQ(differing("5,ALA,CA,52.40\n", "5,ALA,CA,52.71\n"), start + "5 CA 52.40 (b.csv 52.71)");
   EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.43\n"), "");
-  EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.44\n"),
-            "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: 5 HA 4.40 (b.csv 4.44)");
+  EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.44\n"), start + "5 HA 4.40 (b.csv 4.44)");
 }
 
 TEST(Merge, JoinsResiduesByNumber) {

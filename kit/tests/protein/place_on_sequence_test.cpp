@@ -3,6 +3,7 @@
 
 #include <numeric>
 
+#include "made_shift.h"
 #include "message_of.h"
 #include "names/nomenclature.h"
 #include "zorvela/read.h"
@@ -24,15 +25,18 @@ std::string message(const std::string& text, const zorvela::ImportOptions& optio
   return messageOf([&] { read(text, options); });
 }
 
-/// "4 CA 56.1" of each shift, by the numbers of the file.
-Texts shiftsOf(const Protein& protein) {
-  Texts texts;
-  for (const zorvela::Shift& shift : protein.shifts)
-    texts.push_back(protein.numbers[static_cast<std::size_t>(shift.position) - 1] + " " +
-                    std::string(nameOf(shift.atom)) + " " + shiftText(shift));
-  return texts;
+/// The message on a sequence from `first` on: "4 of 4 residues are in conflict, the first: residue 2 ...".
+std::string misfit(int first, const std::string& conflicts, const std::string& residue,
+                   const std::string& remedy) {
+  return "x.csv: does not fit the sequence of p.seq, numbered from " + std::to_string(first) + ": " +
+         conflicts + " residues are in conflict, the first: residue " + residue + "; " + remedy;
 }
 
+std::string fitsWith(const std::string& number) {
+  return "it fits with " + number + " as the number of the first residue; give --first-residue " + number;
+}
+
+const std::string kGiveOther = "give the sequence of this protein, and the number of its first residue";
 const std::string kNameless = "resid,atom,shift\n";
 const std::string kNamed = "resid,resname,atom,shift\n";
 // Residues 2, 4, 6 and 8 of MKAGVPGT, each of which fits its own place alone.
@@ -42,8 +46,8 @@ TEST(PlaceOnSequence, GivesNamesAndTheResiduesWithoutShifts) {
   const auto proteins = read(kNameless + kShifts, on("MKAGVPGT\n"));
   ASSERT_EQ(proteins.size(), 1U);
   EXPECT_EQ(proteins[0].sequence, "MKAGVPGT");
-  EXPECT_EQ(shiftsOf(proteins[0]), (Texts{"2 CB 33.1", "4 HA2 3.9", "4 CA 45.2", "6 CA 63.2", "6 CB 32.0",
-                                          "6 CG 27.1", "8 CB 69.5"}));
+  EXPECT_EQ(made::shiftsOf(proteins[0]), (Texts{"2 CB 33.1", "4 HA2 3.9", "4 CA 45.2", "6 CA 63.2",
+                                                "6 CB 32.0", "6 CG 27.1", "8 CB 69.5"}));
   EXPECT_EQ(proteins[0].notes,
             Texts{"the sequence of p.seq has no numbers; its first residue is assumed to be 1"});
 }
@@ -58,30 +62,18 @@ TEST(PlaceOnSequence, TakesTheNumbersOfTheSequence) {
   const std::string sequence = "MET -5\nLYS 2\nALA\nGLY\nVAL\nPRO 6\nGLY\nTHR\n";
   const Protein protein = read(kNameless + kShifts, on(sequence)).front();
   EXPECT_EQ(protein.sequence, "M??????KAGVPGT");
-  EXPECT_EQ(shiftsOf(protein).at(0), "2 CB 33.1");
+  EXPECT_EQ(made::shiftsOf(protein).at(0), "2 CB 33.1");
   EXPECT_EQ(read(kNameless + kShifts, on("LYS 12\nALA\nGLY\nVAL\nPRO 16\nGLY\nTHR\n", 2)).front().sequence,
             "KAGVPGT");
 }
 
 TEST(PlaceOnSequence, NamesTheNumberThatFits) {
-  EXPECT_EQ(
-      message(kNameless + kShifts, on("KAGVPGT")),
-      "x.csv: does not fit the sequence of p.seq, numbered from 1: 4 of 4 residues are in conflict, the "
-      "first: "
-      "residue 2 (A) has CB 33.1; it fits with 2 as the number of the first residue; give --first-residue 2");
-  EXPECT_EQ(message(kNameless + kShifts, on("MKAGVPGT", 4))
-                .find("x.csv: does not fit the sequence of p.seq, numbered from 4: 4 of 4 residues are in "
-                      "conflict, the "
-                      "first: residue 2 is not in it; it fits with 1"),
-            0U);
-}
-
-TEST(PlaceOnSequence, RefusesTheSequenceOfAnotherProtein) {
-  EXPECT_EQ(
-      message(kNameless + kShifts, on("PPPPPPPPPPP")),
-      "x.csv: does not fit the sequence of p.seq, numbered from 1: 2 of 4 residues are in conflict, the "
-      "first: "
-      "residue 4 (P) has CA 45.2; give the sequence of this protein, and the number of its first residue");
+  EXPECT_EQ(message(kNameless + kShifts, on("KAGVPGT")),
+            misfit(1, "4 of 4", "2 (A) has CB 33.1", fitsWith("2")));
+  EXPECT_EQ(message(kNameless + kShifts, on("MKAGVPGT", 4)),
+            misfit(4, "4 of 4", "2 is not in it", fitsWith("1")));
+  EXPECT_EQ(message(kNameless + kShifts, on("PPPPPPPPPPP")),
+            misfit(1, "2 of 4", "4 (P) has CA 45.2", kGiveOther));
 }
 
 TEST(PlaceOnSequence, RefusesAnOpenNumberWhereAnotherFitsBetter) {
@@ -90,11 +82,7 @@ TEST(PlaceOnSequence, RefusesAnOpenNumberWhereAnotherFitsBetter) {
   for (int i = 2; i <= 61; ++i)
     if (i != 31) rows += std::to_string(i) + ",HN,8.1\n";
   const std::string sequence = std::string(29, 'A') + "P" + std::string(30, 'A');
-  EXPECT_EQ(
-      message(rows, on(sequence)),
-      "x.csv: does not fit the sequence of p.seq, numbered from 1: 2 of 59 residues are in conflict, the "
-      "first: "
-      "residue 30 (P) has HN 8.1; it fits with 2 as the number of the first residue; give --first-residue 2");
+  EXPECT_EQ(message(rows, on(sequence)), misfit(1, "2 of 59", "30 (P) has HN 8.1", fitsWith("2")));
   EXPECT_EQ(message(rows, on(sequence, 1)), "no error");
   EXPECT_EQ(message(rows, on(sequence, 2)), "no error");
 }
@@ -114,11 +102,7 @@ TEST(PlaceOnSequence, RefusesTwoSequencesThatDiffer) {
       "_nef_chemical_shift.atom_name\n_nef_chemical_shift.value\nA 3 PRO CA 63.1\nstop_\nsave_\n";
   EXPECT_EQ(read(nef, on("MKP")).front().sequence, "MKP");
   EXPECT_EQ(read(nef, on("MKPGAL")).front().sequence, "MKPGAL");
-  EXPECT_EQ(
-      message(nef, on("MVP")),
-      "x.csv: does not fit the sequence of p.seq, numbered from 1: 1 of 3 residues are in conflict, the "
-      "first: "
-      "residue 2 (V) is called LYS; give the sequence of this protein, and the number of its first residue");
+  EXPECT_EQ(message(nef, on("MVP")), misfit(1, "1 of 3", "2 (V) is called LYS", kGiveOther));
 }
 
 TEST(PlaceOnSequence, TakesShiftTables) {
@@ -131,9 +115,8 @@ TEST(PlaceOnSequence, TakesShiftTables) {
             3U);  // with its mark
   const Protein longer = read(table(""), on("MKAGVPGT")).front();
   EXPECT_EQ(longer.sequence, "MKAGVPGT");
-  EXPECT_EQ(shiftsOf(longer), (Texts{"2 CB 33.1", "6 CG 27.1"}));
-  EXPECT_EQ(message(table("MKAGVPGT"), on("MRAGVPGT")).substr(0, 62),
-            "x.csv: does not fit the sequence of p.seq, numbered from 1: 1 ");
+  EXPECT_EQ(made::shiftsOf(longer), (Texts{"2 CB 33.1", "6 CG 27.1"}));
+  EXPECT_EQ(message(table("MKAGVPGT"), on("MRAGVPGT")), misfit(1, "1 of 8", "2 (R) is called K", kGiveOther));
 }
 
 TEST(PlaceOnSequence, GivesEachChainItsOwn) {
@@ -201,42 +184,39 @@ TEST(Exclusion, OtherTypesThanTheNamedOne) {
   EXPECT_EQ(excludedBy("HB2", "2.1", "XXX"), "");
 }
 
-/// What is said against HN of each residue on a sequence: no proline can be there.
+/// Returns the message on HN of each residue: no proline can be there.
 std::string saidOfAmides(const std::vector<int>& numbers, const zorvela::ImportOptions& options) {
   std::string rows = kNameless;
   for (const int number : numbers) rows += std::to_string(number) + ",HN,8.2\n";
   return message(rows, options);
 }
 
-bool has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-TEST(SequenceFit, CountsResiduesInConflict) {
+TEST(SequenceFit, CountsResiduesInConflictAndFindsTheOnlyNumberThatFits) {
   EXPECT_EQ(saidOfAmides({1, 3, 5}, on("MPAPG", 1)), "no error");
-  EXPECT_TRUE(has(saidOfAmides({1, 3, 5}, on("MPAPG", 2)),
-                  "3 of 3 residues are in conflict, the first: residue 1 is not in it"));  // 3 and 5 are P
-  EXPECT_TRUE(has(saidOfAmides({2, 4, 5}, on("MET 1\nALA 3\nXXX 4\nCYSS 5\n")),
-                  "1 of 3 residues are in conflict, the first: residue 2 is not in it"));
-}
-
-TEST(SequenceFit, FindsTheOnlyNumberThatFits) {
-  for (const int first : {1, 7})
-    EXPECT_TRUE(has(saidOfAmides({11, 13, 15}, on("MPAPG", first)), "it fits with 11 as")) << first;
-  EXPECT_TRUE(has(saidOfAmides({-3, -1, 1}, on("MPAPG", 1)), "it fits with -3 as"));
-  EXPECT_FALSE(has(saidOfAmides({11}, on("MPAPG", 1)), "it fits"));      // 11, 9 and 7
-  EXPECT_FALSE(has(saidOfAmides({11, 13}, on("PPPPP", 1)), "it fits"));  // none
+  EXPECT_EQ(saidOfAmides({1, 3, 5}, on("MPAPG", 2)),  // 3 and 5 are P
+            misfit(2, "3 of 3", "1 is not in it", fitsWith("1")));
+  EXPECT_EQ(saidOfAmides({2, 4, 5}, on("MET 1\nALA 3\nXXX 4\nCYSS 5\n")),  // 1, 3 and 4 from 2 on
+            misfit(1, "1 of 3", "2 is not in it", fitsWith("2")));
+  EXPECT_EQ(saidOfAmides({11, 13, 15}, on("MPAPG", 1)),
+            misfit(1, "3 of 3", "11 is not in it", fitsWith("11")));
+  EXPECT_EQ(saidOfAmides({11, 13, 15}, on("MPAPG", 7)),
+            misfit(7, "2 of 3", "13 is not in it", fitsWith("11")));
+  EXPECT_EQ(saidOfAmides({-3, -1, 1}, on("MPAPG", 1)),
+            misfit(1, "2 of 3", "-3 is not in it", fitsWith("-3")));
+  EXPECT_EQ(saidOfAmides({11, 12}, on("MGAGP", 1)),  // 11, 10 and 9
+            misfit(1, "2 of 2", "11 is not in it", kGiveOther));
+  EXPECT_EQ(saidOfAmides({11, 13}, on("PPPPP", 1)), misfit(1, "2 of 2", "11 is not in it", kGiveOther));
 }
 
 TEST(SequenceFit, TriesNoMoreNumbersThanAProteinHas) {
-  const auto said = [](std::size_t size) {  // from 1 - size on
-    std::vector<int> numbers(size);
+  for (const auto& [size, remedy] : {std::pair(1000, fitsWith("-999")), std::pair(6000, kGiveOther)}) {
+    std::vector<int> numbers(static_cast<std::size_t>(size));
     std::iota(numbers.begin(), numbers.end(), 1);
-    return saidOfAmides(numbers,
-                        on(std::string(size, 'P') + std::string(size, 'A') + std::string(size, 'P'), 1));
-  };
-  EXPECT_TRUE(has(said(1000), "it fits with -999 as"));
-  EXPECT_FALSE(has(said(6000), "it fits"));
+    const std::string prolines(numbers.size(), 'P');
+    const std::string count = std::to_string(size);
+    EXPECT_EQ(saidOfAmides(numbers, on(prolines + std::string(numbers.size(), 'A') + prolines, 1)),
+              misfit(1, count + " of " + count, "1 (P) has HN 8.2", remedy));
+  }
 }
 
 }  // namespace

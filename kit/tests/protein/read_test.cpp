@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <zlib.h>
-
 #include <cstdio>
 
+#include "formats/input_bytes.h"
+#include "made_shift.h"
 #include "zorvela/error.h"
 
 namespace {
@@ -20,27 +20,9 @@ TEST(Read, GivesProteinsToFullPrecisionWithTheirNumbers) {
   EXPECT_EQ(proteins[0].file, "x.csv");
   EXPECT_EQ(proteins[0].chain, "A");
   EXPECT_EQ(proteins[0].sequence, "G");
-  ASSERT_EQ(proteins[0].shifts.size(), 2U);
-  EXPECT_EQ(proteins[0].shifts[0].atom, zorvela::Atom::HA2);
-  EXPECT_EQ(shiftText(proteins[0].shifts.at(0)), "3.954321");
-  EXPECT_EQ(proteins[0].shifts[1].atom, zorvela::Atom::HA3);
+  EXPECT_EQ(made::shiftsOf(proteins[0]), (std::vector<std::string>{"5 HA2 3.954321", "5 HA3 3.954321"}));
   EXPECT_EQ(proteins[1].sequence, "cP");
   EXPECT_EQ(proteins[1].numbers, (std::vector<std::string>{"52", "52A"}));
-}
-
-std::string gzipped(const std::string& text) {
-  z_stream stream{};
-  EXPECT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
-  std::string packed(text.size() + 100, '\0');
-  std::string original = text;
-  stream.next_in = reinterpret_cast<Bytef*>(original.data());
-  stream.avail_in = static_cast<uInt>(original.size());
-  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-  stream.avail_out = static_cast<uInt>(packed.size());
-  EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
-  packed.resize(stream.total_out);
-  deflateEnd(&stream);
-  return packed;
 }
 
 TEST(Read, TakesAStream) {
@@ -67,7 +49,7 @@ std::string messageOf(const std::string& bytes, const zorvela::ImportOptions& op
 TEST(Read, BytesThatCannotBeReadAreAFileError) {
   using zorvela::FileError;
   EXPECT_EQ(messageOf<FileError>(""), "f: is empty; give a file with chemical shifts");
-  EXPECT_EQ(messageOf<FileError>(gzipped(kCsv).substr(0, 30)),
+  EXPECT_EQ(messageOf<FileError>(zorvela::packed(kCsv).substr(0, 30)),
             "f: the gzip file ends too early; fetch it again");
   for (const char* bytes : {"PK\x03\x04", "{\"a\": 1}", "data_x\nloop_\n_a _b\n1\n", "data_x _a 1\n",
                             "resid,resname,shift\n1,A,5\n", "VARS RESID\nFORMAT %d\n1\n",

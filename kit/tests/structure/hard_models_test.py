@@ -183,6 +183,7 @@ def models(*parts, heads=None, tail="ENDMDL"):
 
 
 case("models", text(models(CIS, TRANS, CIS)), [[CIS], [TRANS], [CIS]])
+case("models, line ends of Windows", text(models(CIS, TRANS, CIS)).replace("\n", "\r\n"), [[CIS], [TRANS], [CIS]])
 case("no ENDMDL", text(models(CIS, TRANS, CIS, tail="")), [[CIS], [TRANS], [CIS]], "without ENDMDL")
 case("one ENDMDL missing", text(models(CIS, tail=""), models(TRANS, CIS, heads=["MODEL 2", "MODEL 3"])),
      [[CIS], [TRANS], [CIS]], "without ENDMDL")

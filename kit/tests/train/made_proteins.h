@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <string>
 
-#include "GDB.h"
 #include "train/labelled_prolines.h"
 #include "zorvela/core.h"
 
@@ -79,21 +78,6 @@ inline zorvela::Model publishedModel() {
     values.cisBefore = values.cisAfter = values.transBefore = values.transAfter = 0.05F;
   }
   return model;
-}
-
-/// A cell of the row in which a column has this text; empty where there is none.
-inline std::string cellOf(const GDB& table, const std::string& column, const std::string& text,
-                          const std::string& wanted) {
-  for (const auto& [number, row] : table.entries) {
-    std::string found;
-    bool isRow = false;
-    for (const auto& [name, cell] : row) {
-      if (name == column && cell == text) isRow = true;
-      if (name == wanted) found = cell;
-    }
-    if (isRow) return found;
-  }
-  return "";
 }
 
 }  // namespace made

@@ -4,11 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <cmath>
 #include <vector>
 
 #include "made_proteins.h"
-#include "zorvela/error.h"
 
 namespace {
 
@@ -34,12 +33,8 @@ zorvela::Training trained(const std::vector<Protein>& proteins, const zorvela::T
   return zorvela::train(made::publishedModel(), made::dataOf(proteins), choices);
 }
 
-std::string statistic(const zorvela::Training& training, int index, const std::string& column) {
-  return made::cellOf(zorvela::shiftTable(training, plain()), "index", std::to_string(index), column);
-}
-
 TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
-  // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2: 4.147.
+  // Cis 1, 3: variance 2. Trans -2, 4: variance 18. 0.05 * 2 + 0.95 * 18 = 17.2.
   const std::vector<Protein> proteins = {{"GAPAG", Call::cis, 1.0F},
                                          {"AAPAG", Call::cis, 3.0F},
                                          {"GAPAA", Call::trans, -2.0F},
@@ -49,21 +44,23 @@ TEST(Training, PoolsVariancesAsInNatureAndWidensThem) {
   choices.widenProline = 1.5;
   choices.widenNeighbours = 2;
   const zorvela::Training training = trained(proteins, choices);
-  EXPECT_EQ("6.221", statistic(training, 9, "std_cis"));  // CA of the proline: 4.14729 * 1.5
-  EXPECT_EQ("6.221", statistic(training, 9, "std_trans"));
-  EXPECT_EQ("8.295", statistic(training, 3, "std_cis"));   // CA before it: 4.14729 * 2
-  EXPECT_EQ("1.414", statistic(training, 3, "sd_cis"));    // sqrt(2), as measured
-  EXPECT_EQ("4.243", statistic(training, 3, "sd_trans"));  // sqrt(18)
+  const zorvela::IndexStatistics& own = training.shifts[9];  // CA of the proline
+  const zorvela::IndexStatistics& before = training.shifts[3];
+  for (const double deviation : {own.stdCis, own.stdTrans})
+    EXPECT_NEAR(std::sqrt(17.2) * 1.5, deviation, 1e-12);
+  EXPECT_NEAR(std::sqrt(17.2) * 2, before.stdCis, 1e-12);
+  EXPECT_NEAR(std::sqrt(2), before.cis.deviation, 1e-12);  // as measured
+  EXPECT_NEAR(std::sqrt(18), before.trans.deviation, 1e-12);
   choices.pooling = "equal";
-  EXPECT_EQ("4.743", statistic(trained(proteins, choices), 9, "std_cis"));  // sqrt((2 + 18) / 2) * 1.5
+  EXPECT_NEAR(std::sqrt(10) * 1.5, trained(proteins, choices).shifts[9].stdCis, 1e-12);  // (2 + 18) / 2
 }
 
 TEST(Training, AWindowMeasuredTwiceCountsOnceWithItsMedian) {
   std::vector<Protein> proteins = kThree;
   proteins.push_back({"GAPAG", Call::cis, 7.0F, 24.0F});  // the window of the first: median of 1 and 7 is 4
-  const zorvela::Training training = trained(proteins, plain());
-  EXPECT_EQ("2", statistic(training, 9, "n_cis"));
-  EXPECT_EQ("3.500", statistic(training, 9, "avg_cis"));  // (4 + 3) / 2
+  const zorvela::Sample cis = trained(proteins, plain()).shifts[9].cis;
+  EXPECT_EQ(2U, cis.count);
+  EXPECT_EQ(3.5, cis.mean);  // (4 + 3) / 2
 }
 
 TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
@@ -71,8 +68,8 @@ TEST(Training, ClipsShiftsToTheLimitsBeforeTheMeans) {
   zorvela::TrainingChoices choices = plain();
   choices.limitPercent = 50;
   const zorvela::Training training = trained(kThree, choices);
-  EXPECT_EQ("1.000", statistic(training, 9, "avg_cis"));
-  EXPECT_EQ("1.000", statistic(training, 9, "avg_trans"));
+  EXPECT_EQ(1, training.shifts[9].cis.mean);
+  EXPECT_EQ(1, training.shifts[9].trans.mean);
 }
 
 }  // namespace

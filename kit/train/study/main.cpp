@@ -1,7 +1,6 @@
 // zorvela-study: trials behind the figures of doc/accuracy.md. For developers, not installed.
 #include <algorithm>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -9,8 +8,7 @@
 #include "predict/tables.h"
 #include "train/evaluation.h"
 #include "train/published_tables.h"
-#include "train/study/referencing_study.h"
-#include "train/study/sequence_study.h"
+#include "train/study/studies.h"
 #include "train/table_cells.h"
 #include "zorvela/calls.h"
 
@@ -24,30 +22,7 @@ LabelledProlines dataOf(const std::string& folder, const Model& model) {
   return readLabelled(folder + "/prolines.csv", folder + "/entries", model);
 }
 
-/// The data, and tables that are trained anew for each fold.
-struct CrossValidation {
-  explicit CrossValidation(const std::string& folder)
-      : published(modelOf(
-            publishedTables(besideLabels({}, folder + "/prolines.csv"), TrainingChoices().pseudocount))),
-        data(dataOf(folder, published)),
-        folded(trainFolds(published, data, kFolds, {})) {}
-
-  Model published;
-  LabelledProlines data;
-  FoldModels folded;
-};
-
 // --- The trials -----------------------------------------------------------------------------------
-
-LabelledProlines dataOfTables(const std::string& folder, const std::string& tables) {
-  return dataOf(folder, modelOf(*tablesFromFolder(tables)));
-}
-
-void fitAllRelations(const LabelledProlines& data) {
-  std::vector<const EntryShifts*> chains;
-  for (const EntryShifts& entry : data.entries) chains.push_back(&entry);
-  writeRelations(std::cout, fitRelations(chains));
-}
 
 Figures figuresOf(const Evaluation& evaluation, const std::string& key) {
   for (const Group& group : groups())
@@ -108,15 +83,18 @@ std::size_t cisCalledTrans(const Evaluation& evaluation) {
 
 /// Prints the cost of wrong referencing and deuteration as a Markdown table.
 void tryOffsets(const std::string& folder) {
-  const CrossValidation trained(folder);
+  const Model published =
+      modelOf(publishedTables(besideLabels({}, folder + "/prolines.csv"), TrainingChoices().pseudocount));
+  const LabelledProlines measured = dataOf(folder, published);
+  const FoldModels folded = trainFolds(published, measured, kFolds, {});
   std::cout << "| shifts | used | chains re-referenced | AUC | AUC, CB and CG | log loss | log loss, CB and "
                "CG | cis "
                "called trans |\n|---|---|---|---|---|---|---|---|\n";
   for (const Disturbance& how : kDisturbances) {
-    LabelledProlines data = disturbed(trained.data, how);
+    LabelledProlines data = disturbed(measured, how);
     for (const bool isCorrected : {false, true}) {
       const std::size_t chains = isCorrected ? correct(data, how) : 0;
-      const Evaluation result = evaluation(data, predictAll(trained.folded, data));
+      const Evaluation result = evaluation(data, predictAll(folded, data));
       const Figures all = figuresOf(result, "all");
       const Figures withBoth = figuresOf(result, "with_cb_and_cg");
       std::cout << formatted("| %s | %s | %.1f %% | %.3f | %.3f | %.3f | %.3f | %zu |\n", how.name,
@@ -128,24 +106,24 @@ void tryOffsets(const std::string& folder) {
   }
 }
 
-void fitSequences(const std::string& folder) {
-  std::vector<std::string> tables;
-  for (const auto& entry : std::filesystem::directory_iterator(folder + "/entries"))
-    tables.push_back(entry.path().string());
-  std::sort(tables.begin(), tables.end());
-  writeSequenceFits(std::cout, tables);
+/// Prints the relations that are fitted to all chains.
+void fitAllRelations(const LabelledProlines& data) {
+  std::vector<const EntryShifts*> chains;
+  for (const EntryShifts& entry : data.entries) chains.push_back(&entry);
+  writeRelations(std::cout, fitRelations(chains));
 }
 
 int run(const std::vector<std::string>& words) {
+  const auto data = [&words] { return dataOf(words[1], modelOf(*tablesFromFolder(words[2]))); };
   const std::string command = words.empty() ? "" : words[0];
   if (command == "offsets" && words.size() == 2)
     tryOffsets(words[1]);
   else if (command == "sequence" && words.size() == 2)
-    fitSequences(words[1]);
+    writeSequenceFits(std::cout, words[1] + "/entries");
   else if (command == "referencing" && words.size() == 3)
-    writeReferencing(std::cout, dataOfTables(words[1], words[2]));
+    writeReferencing(std::cout, data());
   else if (command == "relations" && words.size() == 3)
-    fitAllRelations(dataOfTables(words[1], words[2]));
+    fitAllRelations(data());
   else {
     std::cerr
         << "usage: zorvela-study offsets DATA | sequence DATA | referencing DATA TAB | relations DATA TAB\n"

@@ -1,5 +1,5 @@
 // Medians around points, then counts over all chains.
-#include "train/study/referencing_study.h"
+#include "train/study/studies.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,32 +22,28 @@ void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-void addTo(EntryShifts& chain, Atom atom, double ppm) {
-  for (BackboneValues& residue : chain.secondary) add(residue[indexOf(atom)], ppm, kMissingSecondaryShift);
-}
-
-/// Observed shifts, which only CB - CG and CG itself are made of.
-void addToObserved(EntryShifts& chain, Atom atom, double ppm) {
-  for (Residue& residue : chain.residues) add(residue.shift(atom), ppm, kMissingBound);
+/// Adds ppm, by residue type, to the shifts of an atom: to the secondary ones, and to the observed ones of CB
+/// and CG, of which alone CB - CG and CG itself are made.
+void addTo(EntryShifts& chain, Atom atom, const std::function<double(char type)>& ppm) {
+  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
+    Residue& residue = chain.residues[i];
+    const double added = ppm(residue.type);
+    if (atom != Atom::CG) add(chain.secondary[i][indexOf(atom)], added, kMissingSecondaryShift);
+    if (atom == Atom::CB || atom == Atom::CG) add(residue.shift(atom), added, kMissingBound);
+  }
 }
 
 }  // namespace
 
 void addOffsets(EntryShifts& chain, double carbon, double proton) {
-  for (const Atom atom : {Atom::C, Atom::CA, Atom::CB}) addTo(chain, atom, carbon);
-  for (const Atom atom : {Atom::CB, Atom::CG}) addToObserved(chain, atom, carbon);
-  addTo(chain, Atom::HA, proton);
+  for (const Atom atom : {Atom::C, Atom::CA, Atom::CB, Atom::CG})
+    addTo(chain, atom, [=](char) { return carbon; });
+  addTo(chain, Atom::HA, [=](char) { return proton; });
 }
 
 void addIsotopeShifts(EntryShifts& chain, double share) {
-  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
-    Residue& residue = chain.residues[i];
-    for (const Atom atom : {Atom::CA, Atom::CB})
-      add(chain.secondary[i][indexOf(atom)], share * isotopeShift(residue.type, atom),
-          kMissingSecondaryShift);
-    for (const Atom atom : {Atom::CB, Atom::CG})
-      add(residue.shift(atom), share * isotopeShift(residue.type, atom), kMissingBound);
-  }
+  for (const Atom atom : {Atom::CA, Atom::CB, Atom::CG})
+    addTo(chain, atom, [=](char type) { return share * isotopeShift(type, atom); });
 }
 
 void removeAlphaProtons(EntryShifts& chain) {
@@ -59,11 +55,8 @@ void removeAlphaProtons(EntryShifts& chain) {
 
 bool rereference(EntryShifts& chain) {
   const Offsets offsets = correctionsOf(estimateOffsets(chain.secondary));
-  for (const auto& [name, ppm] : offsets) {
-    const Atom atom = atomNamed(name).value();
-    if (atom != Atom::CG) addTo(chain, atom, -ppm);
-    if (atom == Atom::CG || atom == Atom::CB) addToObserved(chain, atom, -ppm);
-  }
+  for (const auto& offset : offsets)
+    addTo(chain, atomNamed(offset.first).value(), [&offset](char) { return -offset.second; });
   return !offsets.empty();
 }
 
@@ -209,7 +202,7 @@ std::vector<std::vector<ShiftRelation>> relationsOfOtherHalf(const LabelledProli
   return ofCluster;
 }
 
-/// What the methods find in all chains after offsets were added.
+/// Finds the offsets of all chains by each method, after offsets were added.
 std::vector<Found> findOffsets(const LabelledProlines& data,
                                const std::vector<std::vector<ShiftRelation>>& relations, double carbon,
                                double proton) {

@@ -1,12 +1,15 @@
-#include "train/study/sequence_study.h"
-
+// Conflicts of shifts with residue types.
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <map>
+#include <ostream>
 #include <utility>
 
 #include "names/nomenclature.h"
 #include "protein/place_on_sequence.h"
+#include "train/study/studies.h"
 #include "train/table_cells.h"
 #include "zorvela/read.h"
 
@@ -16,20 +19,6 @@ namespace {
 
 constexpr std::int64_t kFarthest = 30;
 constexpr std::int64_t kFarthestOfOther = 10;
-
-/// Atoms that a list may have alone.
-struct AtomSet {
-  const char* name;
-  std::vector<Atom> atoms;
-};
-
-const std::vector<AtomSet>& atomSets() {
-  static const std::vector<AtomSet> sets = {
-      {"N HN HA C CA CB", {Atom::N, Atom::HN, Atom::HA, Atom::HA2, Atom::HA3, Atom::C, Atom::CA, Atom::CB}},
-      {"N HN CA CB", {Atom::N, Atom::HN, Atom::CA, Atom::CB}},
-      {"N HN", {Atom::N, Atom::HN}}};
-  return sets;
-}
 
 /// The types that the shifts of some atoms exclude, without their residue names, by position.
 std::map<std::int64_t, Types> evidenceOf(const Protein& protein, const std::vector<Atom>& atoms) {
@@ -72,14 +61,16 @@ double quantile(std::vector<double> values, double share) {
   return values[static_cast<std::size_t>(share * static_cast<double>(values.size() - 1))];
 }
 
-void writeFits(std::ostream& out, const std::vector<Protein>& proteins, const AtomSet& set) {
+/// Writes the row of a list that has these atoms alone.
+void writeFits(std::ostream& out, const std::vector<Protein>& proteins, const char* name,
+               const std::vector<Atom>& atoms) {
   int best = 0;
   int ties = 0;
   std::vector<double> ofTrue;
   std::vector<double> ofWrong;
   std::vector<double> ofOther;
   for (std::size_t i = 0; i < proteins.size(); ++i) {
-    const auto evidence = evidenceOf(proteins[i], set.atoms);
+    const auto evidence = evidenceOf(proteins[i], atoms);
     if (evidence.empty()) continue;
     const auto share = [&](std::size_t count) {
       return static_cast<double>(count) / static_cast<double>(evidence.size());
@@ -93,27 +84,33 @@ void writeFits(std::ostream& out, const std::vector<Protein>& proteins, const At
     const std::string& other = proteins[(i + proteins.size() / 2) % proteins.size()].sequence;
     ofOther.push_back(share(fewestConflicts(other, evidence, kFarthestOfOther, false)));
   }
-  const auto above =
-      std::count_if(ofTrue.begin(), ofTrue.end(), [](double one) { return one > kMostInConflict; });
-  const auto below =
-      std::count_if(ofOther.begin(), ofOther.end(), [](double one) { return one <= kMostInConflict; });
+  const auto isAbove = [](double one) { return one > kMostInConflict; };
+  const auto above = std::count_if(ofTrue.begin(), ofTrue.end(), isAbove);
+  const auto below = std::count_if(ofOther.begin(), ofOther.end(), std::not_fn(isAbove));
   const int size = static_cast<int>(ofTrue.size());
-  out << formatted("| %s | %d | %d | %d | %d | %.3f | %.3f | %.3f | %.3f | %.3f | %d | %d |\n", set.name,
-                   size, best, ties, size - best - ties, quantile(ofTrue, 0.99), quantile(ofWrong, 0.5),
+  out << formatted("| %s | %d | %d | %d | %d | %.3f | %.3f | %.3f | %.3f | %.3f | %d | %d |\n", name, size,
+                   best, ties, size - best - ties, quantile(ofTrue, 0.99), quantile(ofWrong, 0.5),
                    quantile(ofWrong, 0.01), quantile(ofOther, 0.5), quantile(ofOther, 0.05),
                    static_cast<int>(above), static_cast<int>(below));
 }
 
 }  // namespace
 
-void writeSequenceFits(std::ostream& out, const std::vector<std::string>& tables) {
+void writeSequenceFits(std::ostream& out, const std::string& folder) {
+  std::vector<std::string> tables;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    tables.push_back(entry.path().string());
+  std::sort(tables.begin(), tables.end());
   std::vector<Protein> proteins;
   for (const std::string& table : tables) proteins.push_back(std::move(readShiftFile(table, {}).front()));
   out << "| atoms | tables | own numbers best | tie | others better | own, 99 % | wrong number, median | 1 % "
          "| other "
          "sequence, median | 5 % | own above the bound | other below it "
          "|\n|---|---|---|---|---|---|---|---|---|---|---|---|\n";
-  for (const AtomSet& set : atomSets()) writeFits(out, proteins, set);
+  writeFits(out, proteins, "N HN HA C CA CB",
+            {Atom::N, Atom::HN, Atom::HA, Atom::HA2, Atom::HA3, Atom::C, Atom::CA, Atom::CB});
+  writeFits(out, proteins, "N HN CA CB", {Atom::N, Atom::HN, Atom::CA, Atom::CB});
+  writeFits(out, proteins, "N HN", {Atom::N, Atom::HN});
 }
 
 }  // namespace zorvela

@@ -33,7 +33,7 @@ TEST(DelimitedText, CellsMayBeQuoted) {
   EXPECT_EQ(splitCells("\"a,b", Separator::comma), std::nullopt);
 }
 
-TEST(DelimitedText, BarsMayStandAtBothEnds) {
+TEST(DelimitedText, BarsMayBeAtBothEnds) {
   EXPECT_EQ(splitCells("| a | |b|", Separator::bar), (Cells{"a", "", "b"}));
   EXPECT_EQ(splitCells("a | b", Separator::bar), (Cells{"a", "b"}));
 }
@@ -44,15 +44,18 @@ TEST(DelimitedText, CutsNoMoreThanAskedFor) {
 }
 
 TEST(DelimitedText, PlacesAreInCharacters) {
-  const auto cells = zorvela::placedCells(" Cα  8.1", Separator::blank);
-  ASSERT_TRUE(cells);
-  ASSERT_EQ(cells->size(), 2U);
-  EXPECT_EQ(cells->at(0).text, "Cα");
-  EXPECT_EQ(cells->at(0).start, 1U);
-  EXPECT_EQ(cells->at(0).end, 3U);
-  EXPECT_EQ(cells->at(1).start, 5U);
-  EXPECT_EQ(cells->at(1).end, 8U);
-  EXPECT_EQ(zorvela::placedCells("a \"b", Separator::blank), std::nullopt);
+  const auto cells = zorvela::placedCells(" Cα  8.1", Separator::blank).value();
+  ASSERT_EQ(cells.size(), 2U);
+  EXPECT_EQ(cells[0].text, "Cα");
+  EXPECT_EQ(cells[0].start, 1U);
+  EXPECT_EQ(cells[0].end, 3U);
+  EXPECT_EQ(cells[1].start, 5U);
+  EXPECT_EQ(cells[1].end, 8U);
+}
+
+TEST(DelimitedText, ALineWithAnOpenQuoteIsOneWord) {
+  EXPECT_EQ(zorvela::wordsOf("a \"b c\"  d"), (Cells{"a", "b c", "d"}));
+  EXPECT_EQ(zorvela::wordsOf("a \"b"), (Cells{"a \"b"}));
 }
 
 }  // namespace

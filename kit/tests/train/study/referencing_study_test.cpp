@@ -1,5 +1,5 @@
 // Offsets added and taken away, and relations fitted, on made chains.
-#include "train/study/referencing_study.h"
+#include "train/study/studies.h"
 
 #include <gtest/gtest.h>
 
@@ -17,41 +17,43 @@ EntryShifts chainOf(std::size_t residues) {
   return chain;
 }
 
-TEST(AddOffsets, MovesCarbonsAndAlphaProtonsThatAreThere) {
+/// A proline with all shifts before one with none.
+EntryShifts twoProlines() {
   EntryShifts chain = chainOf(2);
+  for (Residue& residue : chain.residues) residue.type = kProlineCode;
   chain.secondary[0] = {1, 2, 3, 4, 5, 6};
   chain.residues[0].shift(Atom::CG) = 27;
   chain.residues[0].shift(Atom::CB) = 32;
+  chain.residues[0].shift(Atom::HA) = chain.residues[0].shift(Atom::HA2) = 4;
+  return chain;
+}
+
+/// Checks the shifts of the first residue, and that the second still has none.
+void expectShifts(const EntryShifts& chain, const BackboneValues& secondary, float cb, float cg) {
+  EXPECT_EQ(chain.secondary[0], secondary);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CB), cb);
+  EXPECT_EQ(chain.residues[0].shift(Atom::CG), cg);
+  EXPECT_EQ(chain.secondary[1], chainOf(1).secondary[0]);
+  for (const Atom atom : {Atom::CB, Atom::CG}) EXPECT_FALSE(chain.residues[1].has(atom));
+}
+
+TEST(AddOffsets, MovesCarbonsAndAlphaProtonsThatAreThere) {
+  EntryShifts chain = twoProlines();
   addOffsets(chain, 1.5, 0.25);
-  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, 2.25F, 4.5F, 5.5F, 6.5F, 6}));
-  EXPECT_EQ(chain.secondary[1][indexOf(Atom::CA)], kAbsent);
-  EXPECT_EQ(chain.residues[0].shift(Atom::CG), 28.5F);
-  EXPECT_EQ(chain.residues[0].shift(Atom::CB), 33.5F);
-  EXPECT_FALSE(chain.residues[1].has(Atom::CG));
+  expectShifts(chain, {1, 2.25F, 4.5F, 5.5F, 6.5F, 6}, 33.5F, 28.5F);
 }
 
 TEST(AddIsotopeShifts, LowersCarbonsByTheirDeuterons) {
-  EntryShifts chain = chainOf(2);
-  chain.residues[0].type = chain.residues[1].type = 'P';
-  chain.secondary[0] = {1, 2, 3, 4, 5, 6};
-  chain.residues[0].shift(Atom::CG) = 27;
-  chain.residues[0].shift(Atom::CB) = 32;
+  EntryShifts chain = twoProlines();
   addIsotopeShifts(chain, 0.5);
-  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, 2, 3, 3.655F, 4.445F, 6}));
-  EXPECT_EQ(chain.secondary[1][indexOf(Atom::CA)], kAbsent);
-  EXPECT_EQ(chain.residues[0].shift(Atom::CG), 26.415F);
-  EXPECT_EQ(chain.residues[0].shift(Atom::CB), 31.445F);
-  EXPECT_FALSE(chain.residues[1].has(Atom::CG));
+  expectShifts(chain, {1, 2, 3, 3.655F, 4.445F, 6}, 31.445F, 26.415F);
 }
 
 TEST(RemoveAlphaProtons, LeavesTheOtherShifts) {
-  EntryShifts chain = chainOf(1);
-  chain.secondary[0] = {1, 2, 3, 4, 5, 6};
-  chain.residues[0].shift(Atom::HA) = chain.residues[0].shift(Atom::HA2) = 4;
+  EntryShifts chain = twoProlines();
   removeAlphaProtons(chain);
-  EXPECT_EQ(chain.secondary[0], (BackboneValues{1, kAbsent, 3, 4, 5, 6}));
-  EXPECT_FALSE(chain.residues[0].has(Atom::HA));
-  EXPECT_FALSE(chain.residues[0].has(Atom::HA2));
+  expectShifts(chain, {1, kAbsent, 3, 4, 5, 6}, 32, 27);
+  for (const Atom atom : {Atom::HA, Atom::HA2}) EXPECT_FALSE(chain.residues[0].has(atom));
 }
 
 TEST(Rereference, TakesAwayWhatWasAdded) {

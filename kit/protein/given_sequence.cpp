@@ -7,9 +7,9 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
+#include "protein/disulfides.h"
 #include "protein/sequence.h"
 #include "protein/shifts.h"
-#include "protein/states_by_shift.h"
 #include "util/text.h"
 #include "zorvela/error.h"
 #include "zorvela/protein.h"

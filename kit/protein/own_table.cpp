@@ -9,9 +9,9 @@
 
 #include "formats/shift_model.h"
 #include "names/nomenclature.h"
+#include "protein/disulfides.h"
 #include "protein/remarks.h"
 #include "protein/shifts.h"
-#include "protein/states_by_shift.h"
 #include "util/number.h"
 #include "util/text.h"
 #include "zorvela/error.h"

@@ -1,6 +1,7 @@
 // A protein as the program's own shift table.
 #include "zorvela/protein.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <ostream>
@@ -22,6 +23,14 @@ void writeSequence(std::string_view sequence, std::ostream& out) {
 }
 
 }  // namespace
+
+const Shift* shiftOf(const Protein& protein, int position, Atom atom) {
+  const auto isBefore = [](const Shift& shift, int place) { return shift.position < place; };
+  auto shift = std::lower_bound(protein.shifts.begin(), protein.shifts.end(), position, isBefore);
+  for (; shift != protein.shifts.end() && shift->position == position; ++shift)
+    if (shift->atom == atom) return &*shift;
+  return nullptr;
+}
 
 std::string shiftText(const Shift& shift) {
   return fixedText(shift.ppm, shift.decimals);

@@ -99,11 +99,11 @@ void writeCsv(const RunReport& report, const ReportStyle&, std::ostream& out) {
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     writeLine(csvRow(protein, proline), out);
   });
-  forEachError(report, [&](const FileReport& file) {
+  for (const FileReport& file : report.files) {
     std::vector<Value> cells;
     for (const std::string& column : columns) cells.push_back(errorCell(file, column));
-    writeLine(cells, out);
-  });
+    if (!file.error.empty()) writeLine(cells, out);
+  }
 }
 
 }  // namespace zorvela

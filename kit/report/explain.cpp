@@ -1,6 +1,8 @@
 // A block of text below each proline. Columns: name, observed, class means (ppm), nats, bar.
 #include <algorithm>
 #include <cmath>
+#include <iomanip>
+#include <sstream>
 #include <vector>
 
 #include "report/words.h"
@@ -13,10 +15,10 @@ namespace {
 
 const std::string kIndent = "     ";
 constexpr std::size_t kLineWidth = 80;
-constexpr std::size_t kNameWidth = 16;
-constexpr std::size_t kNumberWidth = 8;
-constexpr std::size_t kCorrectedWidth = 11;
-constexpr std::size_t kBarWidth = 11;  // to either side
+constexpr int kNameWidth = 16;
+constexpr int kNumberWidth = 8;
+constexpr int kCorrectedWidth = 11;
+constexpr int kBarWidth = 11;  // to either side
 constexpr double kNatsPerMark = 0.5;
 constexpr std::size_t kMostRows = 8;
 /// Smaller contributions (nats) have no row.
@@ -28,14 +30,6 @@ struct Line {
   ShiftTexts texts = {};
   bool clipped = false;
 };
-
-std::string right(const std::string& text, std::size_t width) {
-  return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-std::string left(const std::string& text, std::size_t width) {
-  return text + std::string(width - std::min(width, text.size()), ' ');
-}
 
 /// The largest contributions, in the order of the triplet.
 std::vector<Line> linesOf(const ProlineResult& proline) {
@@ -59,11 +53,11 @@ std::vector<Line> linesOf(const ProlineResult& proline) {
 /// "     ####|" for trans, "         |##" for cis; ">" at the end of a bar that is cut.
 std::string barOf(double nats) {
   const double marks = std::isfinite(nats) ? std::round(std::fabs(nats) / kNatsPerMark) : 2.0 * kBarWidth;
-  std::string bar(static_cast<std::size_t>(std::min(marks, static_cast<double>(kBarWidth))), '#');
-  const bool isCut = marks > static_cast<double>(kBarWidth);
+  std::string bar(static_cast<std::size_t>(std::min<double>(marks, kBarWidth)), '#');
+  const bool isCut = marks > kBarWidth;
   if (nats < 0) {
     if (isCut) bar.front() = '<';
-    return right(bar, kBarWidth) + "|";
+    return std::string(kBarWidth - bar.size(), ' ') + bar + "|";
   }
   if (isCut) bar.back() = '>';
   return std::string(kBarWidth, ' ') + "|" + bar;
@@ -71,11 +65,13 @@ std::string barOf(double nats) {
 
 std::string rowOf(const std::string& name, const ShiftTexts& texts, bool isClipped, const std::string& nats,
                   const std::string& bar, bool withCorrected) {
-  std::string text = kIndent + left(printable(name, kNameWidth), kNameWidth) +
-                     right(texts.observed, kNumberWidth) +
-                     (withCorrected ? right(texts.corrected, kCorrectedWidth) : "") +
-                     (isClipped ? "*" : " ") + right(texts.cis, kNumberWidth) +
-                     right(texts.trans, kNumberWidth) + right(nats, kNumberWidth) + "  " + bar;
+  std::ostringstream row;
+  row << kIndent << std::left << std::setw(kNameWidth) << printable(name, kNameWidth) << std::right
+      << std::setw(kNumberWidth) << texts.observed;
+  if (withCorrected) row << std::setw(kCorrectedWidth) << texts.corrected;
+  row << (isClipped ? '*' : ' ') << std::setw(kNumberWidth) << texts.cis << std::setw(kNumberWidth)
+      << texts.trans << std::setw(kNumberWidth) << nats << "  " << bar;
+  std::string text = row.str();
   text.erase(text.find_last_not_of(' ') + 1);
   return text + '\n';
 }
@@ -125,8 +121,8 @@ std::string explained(const ProlineResult& proline) {
   lines.insert(lines.begin(), {"1 in 20 is cis", Evidence::prior()});
   lines.push_back({"sum", proline.evidence->logOdds()});
   const bool withCorrected = hasCorrected(*proline.evidence);
-  text += rowOf("ppm, nats", {"observed", "corrected", "cis", "trans"}, false, "nats",
-                right("trans", kBarWidth) + "|cis", withCorrected);
+  text += rowOf("ppm, nats", {"observed", "corrected", "cis", "trans"}, false, "nats", "      trans|cis",
+                withCorrected);
   for (const Line& line : lines)
     text += rowOf(line.name, line.texts, line.clipped,
                   std::isnan(line.nats) ? "unknown" : signedText(line.nats), barOf(line.nats), withCorrected);

@@ -18,8 +18,6 @@ template <class Item>
 Value orNothing(const std::optional<Item>& item) {
   return item ? orNothing(Value(*item)) : Value();
 }
-/// Returns a number with so many decimals at most.
-Value rounded(const std::optional<double>& value, int decimals);
 
 /// The formats that have a field.
 enum class In { csvAndJson, csv, json, jsonIfKnown };

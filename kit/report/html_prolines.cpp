@@ -16,8 +16,8 @@ std::string asSentence(const std::string& text) {
   return upper(text.substr(0, 1)) + text.substr(1) + ".";
 }
 
-std::string residueName(const std::string& name, const std::string& number) {
-  return name.empty() ? "–" : name + number;
+std::string orDash(const std::string& text) {
+  return text.empty() ? "–" : text;
 }
 
 /// " (as referenced 0.031, trans)", with the call if it differs.
@@ -53,7 +53,7 @@ std::string shiftRow(const Evidence& evidence, int index, bool withCorrected) {
   const ShiftTexts texts = shiftTexts(shift, index);
   std::string row = "<tr><th scope=\"row\">" + atomName(index) + "</th>";
   const auto add = [&row](const std::string& text) { row += "<td>" + text + "</td>"; };
-  add(texts.observed.empty() ? "–" : texts.observed);
+  add(orDash(texts.observed));
   if (withCorrected) add(texts.corrected);
   add(texts.cis);
   add(texts.trans);
@@ -76,19 +76,17 @@ std::string contributions(const ProlineResult& proline) {
   text +=
       "<th scope=\"col\">cis</th><th scope=\"col\">trans</th><th scope=\"col\">nats</th>"
       "<th scope=\"col\">trans | cis</th></tr></thead>\n";
-  const auto group = [&](int residue, const std::string& head) {
-    text += "<tbody>" + head;
+  const auto group = [&](int residue, const std::string& name, const std::string& what,
+                         const std::string& cells) {
+    text += "<tbody>" + headRow(name, what, withCorrected) + cells;
     for (const int index : shiftOrder())
       if (shiftPlace(static_cast<std::size_t>(index)).residue == residue)
         text += shiftRow(evidence, index, withCorrected);
     text += "</tbody>\n";
   };
-  group(-1, headRow(proline.previous + proline.previousNumber, "type", withCorrected) +
-                natsCells(evidence.before.nats));
-  group(0,
-        headRow("P" + proline.number, "1 in 20 is cis", withCorrected) + natsCells(Evidence::prior(), "p"));
-  group(1,
-        headRow(proline.next + proline.nextNumber, "type", withCorrected) + natsCells(evidence.after.nats));
+  group(-1, proline.previous + proline.previousNumber, "type", natsCells(evidence.before.nats));
+  group(0, "P" + proline.number, "1 in 20 is cis", natsCells(Evidence::prior(), "p"));
+  group(1, proline.next + proline.nextNumber, "type", natsCells(evidence.after.nats));
   return text + "<tbody>" + headRow("Sum", "", withCorrected, "row") +
          natsCells(evidence.logOdds(), letterOf(proline.call)) + "</tbody></table>\n";
 }
@@ -102,9 +100,8 @@ std::string assignedText(const ProteinResult& protein, int position) {
 }
 
 std::string tripletText(const ProteinResult& protein, const ProlineResult& proline) {
-  return residueName(proline.previous, proline.previousNumber) + " – P" + proline.number + " – " +
-         residueName(proline.next, proline.nextNumber) +
-         ", shifts: " + assignedText(protein, proline.position - 1) + ", " +
+  return proline.previous + proline.previousNumber + " – P" + proline.number + " – " + proline.next +
+         proline.nextNumber + ", shifts: " + assignedText(protein, proline.position - 1) + ", " +
          assignedText(protein, proline.position) + (proline.cgShift ? " and CG" : " without CG") + ", " +
          assignedText(protein, proline.position + 1);
 }
@@ -173,15 +170,15 @@ std::string placesText(const StructureFinding& finding) {
   std::vector<std::string> places;
   for (const BondSite& site : finding.sites)
     places.push_back((site.chain.empty() ? "" : site.chain + " ") + site.number);
-  return places.empty() ? "–" : escaped(enumerated(places, 4));
+  return orDash(escaped(enumerated(places, 4)));
 }
 
 Cells tableRow(const ProlineResult& proline) {
   std::string strongest = strongestOf(proline);
   std::replace(strongest.begin(), strongest.end(), ';', ' ');
   Cells row = {symbol(proline.call) + " " + escaped("P" + proline.number),
-               escaped(residueName(proline.previous, proline.previousNumber)),
-               escaped(residueName(proline.next, proline.nextNumber)),
+               escaped(orDash(proline.previous + proline.previousNumber)),
+               escaped(orDash(proline.next + proline.nextNumber)),
                proline.cgShift ? fixedText(static_cast<double>(*proline.cgShift), 2) : "–",
                escaped(probability(proline.pCis)),
                escaped(probability(proline.pCisNorm) + asReferencedText(proline)),

@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "report/html_parts.h"
 #include "report/html_pieces.h"
 #include "report/walk.h"

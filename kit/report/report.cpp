@@ -78,9 +78,8 @@ std::size_t countVerdicts(const RunReport& report, Verdict verdict) {
 }
 
 std::size_t countErrors(const RunReport& report) {
-  std::size_t count = 0;
-  forEachError(report, [&](const FileReport&) { ++count; });
-  return count;
+  return static_cast<std::size_t>(std::count_if(report.files.begin(), report.files.end(),
+                                                [](const FileReport& file) { return !file.error.empty(); }));
 }
 
 std::string structureSentence(const ProteinResult& protein) {

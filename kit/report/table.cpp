@@ -65,10 +65,6 @@ std::string orAbsent(const std::optional<int>& value) {
   return value ? std::to_string(*value) : kAbsentCell;
 }
 
-std::string neighbourText(const std::string& name, const std::string& number) {
-  return name.empty() ? kAbsentCell : name + number;
-}
-
 std::string markOf(const ProlineResult& proline) {
   if (is(proline, Verdict::disagree)) return "!";
   if (proline.call == Call::cis) return "*";
@@ -188,8 +184,8 @@ void writeProlines(const RunReport& report, const Origin& origin, const ReportSt
   forEachProline(report, [&](const ProteinResult& protein, const ProlineResult& proline) {
     Cells cells = joined(
         originOf(protein, origin),
-        {neighbourText(proline.previous, proline.previousNumber), "P" + proline.number,
-         neighbourText(proline.next, proline.nextNumber),
+        {orAbsent(proline.previous + proline.previousNumber), "P" + proline.number,
+         orAbsent(proline.next + proline.nextNumber),
          orAbsent(proline.previousCount) + " " + orAbsent(proline.count) + " " + orAbsent(proline.nextCount),
          orAbsent(proline.cgShift), orAbsent(proline.pCis), orAbsent(proline.pCisNorm)});
     if (withBoth) cells.push_back(orAbsent(proline.pCisNormAsReferenced));
@@ -247,7 +243,8 @@ void writeOffsets(const RunReport& report, const Origin& origin, std::ostream& o
 void writeErrors(const RunReport& report, std::ostream& out) {
   if (countErrors(report) == 0) return;
   out << "\nNot predicted\n";
-  forEachError(report, [&](const FileReport& file) { out << "   " << shown(file.error) << '\n'; });
+  for (const FileReport& file : report.files)
+    if (!file.error.empty()) out << "   " << shown(file.error) << '\n';
 }
 
 std::size_t countProteins(const RunReport& report) {

@@ -33,13 +33,6 @@ std::size_t countIf(const RunReport& report, Holds holds) {
   return count;
 }
 
-/// Calls visit(file) for the files that failed.
-template <class Visit>
-void forEachError(const RunReport& report, Visit visit) {
-  for (const FileReport& file : report.files)
-    if (!file.error.empty()) visit(file);
-}
-
 /// Tell whether a proline has this call, or this verdict of the structures.
 inline bool is(const ProlineResult& proline, Call call) {
   return proline.call == call;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "report/walk.h"
 #include "util/number.h"
 #include "util/text.h"

@@ -11,7 +11,7 @@
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "structure/chain_alignment.h"
 #include "util/number.h"
 #include "util/text.h"

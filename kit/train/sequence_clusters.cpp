@@ -44,18 +44,6 @@ std::string plainLetters(std::string sequence) {
   return sequence;
 }
 
-void joinEqual(const std::vector<std::string>& sequences, UnionFind& sets,
-               std::vector<std::size_t>& different) {
-  std::unordered_map<std::string, std::size_t> first;
-  for (std::size_t i = 0; i < sequences.size(); ++i) {
-    const auto known = first.emplace(plainLetters(sequences[i]), i);
-    if (known.second)
-      different.push_back(i);
-    else
-      sets.join(known.first->second, i);
-  }
-}
-
 }  // namespace
 
 std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length) {
@@ -73,7 +61,12 @@ std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length
 std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequences) {
   UnionFind sets(sequences.size());
   std::vector<std::size_t> different;
-  joinEqual(sequences, sets, different);
+  std::unordered_map<std::string, std::size_t> first;
+  for (std::size_t i = 0; i < sequences.size(); ++i) {
+    const auto [known, isNew] = first.emplace(plainLetters(sequences[i]), i);
+    if (isNew) different.push_back(i);
+    sets.join(known->second, i);
+  }
 
   std::unordered_map<std::string, std::vector<std::size_t>> sequencesOf;
   std::vector<std::vector<std::string>> words;

@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "names/nomenclature.h"
-#include "protein/states_by_shift.h"
+#include "predict/cb_minus_cg.h"
 #include "structure/chain_alignment.h"
 #include "train/sequence_clusters.h"
 #include "util/number.h"
@@ -28,11 +28,6 @@ bool fitsBetter(const StructureFit& one, const StructureFit& than) {
 
 bool isIdentical(const StructureFit& fit) {
   return fit.identity >= LabelVotes::kSameSequence;
-}
-
-bool fits(const ChainAlignment& alignment, std::size_t sequenceLength, double leastIdentity) {
-  const std::size_t needed = std::min(kFewestAligned, sequenceLength);
-  return alignment.aligned >= needed && alignment.identity() >= leastIdentity;
 }
 
 /// Finds the residue of a proline in the chain, if both its neighbours are beside it.
@@ -101,7 +96,8 @@ std::optional<ProlineVotes> LabelVotes::bondsOf(const ProteinStructure& structur
       const std::string& sequence = all[protein].sequence;
       for (ChainRest rest(chain); !rest.isEmpty();) {
         const ChainAlignment alignment = aligner.align(sequence, rest);
-        if (!fits(alignment, sequence.size(), leastIdentity)) break;
+        if (alignment.aligned < std::min(kFewestAligned, sequence.size())) break;
+        if (alignment.identity() < leastIdentity) break;
         if (!bonds) bonds.emplace();
         const StructureFit fit = {entryName(structure.file) + chain.name, alignment.identity(),
                                   alignment.aligned};

@@ -1,17 +1,11 @@
 """Shift tables as Python objects: independent of the package's own readers."""
-import re
+from zorvela_tests.tables import shifts_of
 
 
 def table_of(path):
     """The sequence of a shift table, and its rows as (residue number, atom, ppm)."""
-    sequence, rows = "", []
-    for line in path.read_text(encoding="utf-8").splitlines():
-        if line.startswith("DATA SEQUENCE"):
-            sequence += "".join(line.split()[2:])
-        elif re.match(r"\s*\d+\s+\S\s+\S+\s+-?\d", line):
-            number, _, atom, ppm = line.split()
-            rows.append((int(number), atom, float(ppm)))
-    return sequence, rows
+    sequence, rows = shifts_of(path.read_text(encoding="utf-8"))
+    return sequence, [(number, atom, float(ppm)) for number, atom, ppm in rows]
 
 
 def mapping_of(path):

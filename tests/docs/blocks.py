@@ -8,7 +8,6 @@ In a document, a comment before a fenced block tells its kind:
 The commands run in a folder that holds tab/, examples/ and kit/ of the checkout. tests/docs/check_docs.py --update
 writes the real output into the documents.
 """
-import os
 import pathlib
 import re
 import shlex
@@ -16,16 +15,13 @@ import shutil
 import subprocess
 import tempfile
 
-from zorvela_tests.program import KIT, SOURCE, ZORVELA
+from zorvela_tests.program import KIT, SOURCE, ZORVELA, environment
 
 DOCUMENTS = [SOURCE / "README.md", SOURCE / "CONTRIBUTING.md", *sorted((SOURCE / "doc").glob("*.md"))]
 PROGRAMS = {"zorvela": ZORVELA, "zorvela-kit": KIT}
 
-BLOCK = re.compile(
-    r"<!-- (?P<kind>file|run|content)(?: (?P<status>\d+))?: (?P<what>.+?) -->\n```(?P<language>\w*)\n"
-    r"(?P<text>.*?)^```$",
-    re.MULTILINE | re.DOTALL,
-)
+BLOCK = re.compile(r"<!-- (?P<kind>file|run|content)(?: (?P<status>\d+))?: (?P<what>.+?) -->\n```\w*\n"
+                   r"(?P<text>.*?)^```$", re.MULTILINE | re.DOTALL)
 RUNNING_TIME = re.compile(r"^ Running time: \S+ seconds$", re.MULTILINE)
 
 
@@ -35,16 +31,8 @@ def masked(text):
 
 def run(directory, *arguments, program=ZORVELA):
     """Runs the program in a directory, with no main directory set."""
-    environment = {name: value for name, value in os.environ.items() if name != "ZORVELA_DIR"}
-    return subprocess.run(
-        [str(program), *arguments],
-        cwd=directory,
-        env=environment,
-        stdin=subprocess.DEVNULL,
-        capture_output=True,
-        timeout=120,
-        check=False,
-    )
+    return subprocess.run([str(program), *arguments], cwd=directory, env=environment(), stdin=subprocess.DEVNULL,
+                          capture_output=True, timeout=120, check=False)
 
 
 class Workplace:

@@ -16,20 +16,16 @@ class FileFormat(unittest.TestCase):
         text = cls.document.read_text(encoding="utf-8")
         example = next(b["text"] for b in BLOCK.finditer(text) if b["what"] == "peptide.tab")
         cls.rows = [line.split() for line in example.splitlines() if re.match(r" *\d", line)]
-        cls.workplace = Workplace()
-        cls.directory = cls.workplace.__enter__()
-        cls.addClassCleanup(cls.workplace.__exit__)
-        cls.make_tables()
-        cls.plain = cls.predict_rows(cls.rows)
-
-    @classmethod
-    def make_tables(cls):
-        """Makes tables in which every shift changes the prediction a little."""
+        workplace = Workplace()
+        cls.directory = workplace.__enter__()
+        cls.addClassCleanup(workplace.__exit__)
+        # Tables in which every shift changes the prediction a little.
         tables = cls.directory / "tables"
         shutil.copytree(SOURCE / "tab", tables)
         lines = ["VARS index avg_cis avg_trans std_cis std_trans", "FORMAT %d %f %f %f %f"]
         lines += [f"{index} 2 -2 10 10" for index in range(18)] + ["18 23 27 10 10"]
         (tables / "Pro.cs.tab").write_text("\n".join(lines) + "\n", encoding="utf-8")
+        cls.plain = cls.predict_rows(cls.rows)
 
     @classmethod
     def predict(cls, text):

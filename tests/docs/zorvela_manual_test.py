@@ -15,9 +15,9 @@ class ManPage(unittest.TestCase):
         names = re.search(r"argNames = \{([^}]*)\}", source).group(1)
         cls.accepted = re.findall(r'"(\w+)"', names)
         cls.page = MAN_PAGE.read_text(encoding="utf-8")
-        cls.workplace = Workplace()
-        cls.directory = cls.workplace.__enter__()
-        cls.addClassCleanup(cls.workplace.__exit__)
+        workplace = Workplace()
+        cls.directory = workplace.__enter__()
+        cls.addClassCleanup(workplace.__exit__)
 
     def section(self, heading):
         after = self.page.split(heading + "\n", 1)[1]

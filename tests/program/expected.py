@@ -10,7 +10,7 @@ import sys
 sys.dont_write_bytecode = True
 
 import reference
-from support import ROOT
+from reference import ROOT
 
 EXAMPLES = ("ubiquitin", "nuclease")
 HERE = "tests/program/expected"

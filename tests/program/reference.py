@@ -11,6 +11,7 @@ import platform
 import re
 import struct
 
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 MISSING = 9999.0
 ATOMS = ("N", "HA", "C", "CA", "CB", "HN")
 OPTION_NAMES = ("zorvelaDir", "tabDir", "predDir", "in", "sum", "out", "rand", "adj", "prev", "next", "first", "last",
@@ -53,9 +54,7 @@ Examples:
 """
 
 
-# ---------------------------------------------------------------------------------------------------------------------
-# Numbers
-# ---------------------------------------------------------------------------------------------------------------------
+# --- Numbers ----------------------------------------------------------------------------------------
 
 def default_nan():
     """The not-a-number that an invalid operation gives: negative on x86, positive elsewhere."""
@@ -96,7 +95,7 @@ _REAL = re.compile(r"[\t\n\v\f\r ]*([+-]?)(?:"
                    r"(0[xX](?:[0-9a-fA-F]+\.?[0-9a-fA-F]*|\.[0-9a-fA-F]+)(?:[pP][+-]?[0-9]+)?)"
                    r"|([iI][nN][fF])|([nN][aA][nN])"
                    r"|((?:[0-9]+\.?[0-9]*|\.[0-9]+)(?:[eE][+-]?[0-9]+)?))")
-_INTEGER = re.compile(r"[\t\n\v\f\r ]*([+-]?[0-9]+)")
+_INTEGER = re.compile(r"[\t\n\v\f\r ]*([+-]?)0*([0-9]+)")
 
 
 def real(text):
@@ -122,12 +121,8 @@ def integer(text):
     found = _INTEGER.match(text)
     if not found:
         return 0
-    digits = found.group(1)
-    sign = "-" if digits[0] == "-" else ""
-    digits = digits.lstrip("+-").lstrip("0") or "0"
-    magnitude = int(digits) if len(digits) < 25 else 10 ** 25
-    value = max(-2 ** 63, min(2 ** 63 - 1, -magnitude if sign else magnitude))
-    return wrap32(value)
+    value = int(found.group(1) + found.group(2)[:25])  # more digits are beyond 64 bits whatever they are
+    return wrap32(max(-2 ** 63, min(2 ** 63 - 1, value)))
 
 
 def wrap32(value):
@@ -148,9 +143,7 @@ def as_text(value):
     return print_real(0, 6, "g", value)
 
 
-# ---------------------------------------------------------------------------------------------------------------------
-# Texts and tables
-# ---------------------------------------------------------------------------------------------------------------------
+# --- Texts and tables -------------------------------------------------------------------------------
 
 def simplify(text):
     return " ".join(words(text))
@@ -165,24 +158,15 @@ def pieces(separator, text):
 
 
 def format_is_valid(item):
-    item = simplify(item)
-    if item.count("%") != 1 or item[0] != "%" or item[-1] not in "sdf":
-        return False
-    if re.search("[^%sdf.0-9-]", item) or re.search("[sdf]", item[:-1]):
-        return False
-    return True
+    return re.fullmatch("%[.0-9-]*[sdf]", simplify(item)) is not None
 
 
 class Ended(Exception):
-    """The run ends before its last step, with this exit status."""
+    """The run ends before its last step, with this exit status; None for an abnormal end."""
 
     def __init__(self, status):
         super().__init__(status)
         self.status = status
-
-
-class Aborted(Exception):
-    """The run ends abnormally: a bare REMARK or DATA line."""
 
 
 class Table:
@@ -254,25 +238,28 @@ def read_table(path, run):
 
 def cut(line, position):
     if position > len(line):
-        raise Aborted()
+        raise Ended(None)  # a bare REMARK or DATA line
     return line[position:]
+
+
+def cells_of(row, *columns):
+    """The numbers of these cells in single precision; 0 where the row lacks one."""
+    return {column: single(real(row.get(column, ""))) for column in columns}
 
 
 def check_formats(text, column_count, run):
     text = " " + text
     if text.count("%") != column_count or column_count == 0:
         return
-    parts = pieces("%", text)
-    for column in range(column_count):
-        item = "%" + (parts[column + 1] if column + 1 < len(parts) else "")
+    parts = pieces("%", text)[1:]
+    for part in parts + [""] * (column_count - len(parts)):
+        item = "%" + part
         if not format_is_valid(item):
             run.error("\tBad format syntax '" + item + "'\n")
             raise Ended(0)
 
 
-# ---------------------------------------------------------------------------------------------------------------------
-# The run
-# ---------------------------------------------------------------------------------------------------------------------
+# --- The run ----------------------------------------------------------------------------------------
 
 class Run:
     """One run of the program: what it prints, in order, its exit status and the table that it writes."""
@@ -282,7 +269,7 @@ class Run:
         self.environment = environment
         self.directory = directory
         self.wide_fit = wide_fit  # whether the straight-line fit holds its intermediate results in double precision
-        self.events = []          # ("out" or "err", text) in the order of the steps
+        self.stdout = self.stderr = ""
         self.status = None        # None: ended abnormally
         self.table_name = None    # where the prediction table goes, once it is to be saved
         self.table_text = None
@@ -292,26 +279,12 @@ class Run:
             self.status = 0
         except Ended as end:
             self.status = end.status
-        except Aborted:
-            self.status = None
-
-    @property
-    def stdout(self):
-        return "".join(text for stream, text in self.events if stream == "out")
-
-    @property
-    def stderr(self):
-        return "".join(text for stream, text in self.events if stream == "err")
-
-    @property
-    def both(self):
-        return "".join(text for _, text in self.events)
 
     def write(self, text):
-        self.events.append(("out", text))
+        self.stdout += text
 
     def error(self, text):
-        self.events.append(("err", text))
+        self.stderr += text
 
     def path(self, name):
         return os.path.join(self.directory, name.encode("latin-1").decode("utf-8", "surrogateescape")) if name else ""
@@ -338,16 +311,9 @@ class Run:
 
     def main_directory(self):
         directory = self.environment.get("ZORVELA_DIR")
-        if directory is None:
-            path = self.environment.get("PATH")
-            if path is None:
-                return ".", "\\"
-            return ".", "/" if "/" in path else "\\" if "\\" in path else ""
-        if "/" in directory:
-            return directory, "/"
-        if "\\" in directory:
-            return directory, "\\"
-        return ".", ""
+        shown_by = self.environment.get("PATH", "\\") if directory is None else directory
+        separator = "/" if "/" in shown_by else "\\" if "\\" in shown_by else ""
+        return (directory if directory is not None and separator else "."), separator
 
     def options(self):
         options = {}
@@ -369,15 +335,10 @@ class Run:
         tables = given("tabDir", main_directory + separator + "tab")
         self.in_name = given("in", "")
         self.sum_name = given("out", given("sum", "pred.tab"))
-        self.names = {
-            "randcoil": tables + separator + "randcoil.tab",
-            "rcadj": given("adj", tables + separator + "rcadj.tab"),
-            "rcprev": given("prev", tables + separator + "rcprev.tab"),
-            "rcnext": given("next", tables + separator + "rcnext.tab"),
-            "sslimit": tables + separator + "sslimit.tab",
-            "Pro.cs": tables + separator + "Pro.cs.tab",
-            "Pro.seq": tables + separator + "Pro.seq.tab",
-        }
+        self.names = {name: tables + separator + name + ".tab"
+                      for name in ("randcoil", "rcadj", "rcprev", "rcnext", "sslimit", "Pro.cs", "Pro.seq")}
+        for option in ("adj", "prev", "next"):
+            self.names["rc" + option] = given(option, self.names["rc" + option])
         self.first = integer(given("first", "1"))
         self.last = integer(given("last", "9999"))
         self.clip = not given("noclip", "")
@@ -393,16 +354,10 @@ class Run:
                            ("sslimit", "Secondary Shift Limits")):
             self.write("Reading " + text + " from " + self.names[name] + "\n")
             self.tables[name] = read_table(self.names[name], self)
-        self.statistics = {}
-        for row in read_table(self.names["Pro.cs"], self).rows:
-            self.statistics[integer(row.get("index", ""))] = {
-                column: single(real(row.get(column, "")))
-                for column in ("avg_cis", "std_cis", "avg_trans", "std_trans")}
-        self.factors = {}
-        for row in read_table(self.names["Pro.seq"], self).rows:
-            self.factors[row.get("resname", "")] = {
-                column: single(real(row.get(column, "")))
-                for column in ("cis_prev", "cis_next", "trans_prev", "trans_next")}
+        self.statistics = {integer(row.get("index", "")): cells_of(row, "avg_cis", "std_cis", "avg_trans", "std_trans")
+                           for row in read_table(self.names["Pro.cs"], self).rows}
+        self.factors = {row.get("resname", ""): cells_of(row, "cis_prev", "cis_next", "trans_prev", "trans_next")
+                        for row in read_table(self.names["Pro.seq"], self).rows}
 
     def table_value(self, table, residue, column, absent):
         row = self.tables[table].first(RESNAME=residue)
@@ -431,12 +386,7 @@ class Run:
                            % (number, header, name))
         if highest < self.length:
             highest += 1
-        self.first = max(self.first, lowest)
-        self.last = max(self.last, lowest)
-        self.first = min(self.first, highest)
-        self.last = min(self.last, highest)
-        if self.first > self.last:
-            self.first, self.last = self.last, self.first
+        self.first, self.last = sorted(min(max(end, lowest), highest) for end in (self.first, self.last))
         self.lowest, self.highest = lowest, highest
 
     def observed(self, number, atom):
@@ -484,12 +434,9 @@ class Run:
 
     def clipped(self, number, atom, shift):
         row = self.tables["sslimit"].first(RESNAME=self.sequence.get(number, "")) or {}
-        lowest = single(real(row.get(atom + "_MIN", "")))
-        highest = single(real(row.get(atom + "_MAX", "")))
-        if shift < lowest and shift < 999:
-            return lowest
-        if shift > highest and shift < 999:
-            return highest
+        lowest, highest = cells_of(row, atom + "_MIN", atom + "_MAX").values()
+        if shift < 999:
+            return lowest if shift < lowest else highest if shift > highest else shift
         return shift
 
     # -- check report
@@ -629,8 +576,3 @@ class Run:
         if not self.sum_name or not os.path.isdir(folder or ".") or os.path.isdir(target):
             self.error("\tCan't save file " + self.sum_name + "\n")
             self.table_text = None
-
-
-def predict(arguments, environment, directory):
-    """The run that these arguments and this environment give in this directory."""
-    return Run(arguments, environment, directory)

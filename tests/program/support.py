@@ -3,17 +3,15 @@
 import os
 import re
 import resource
-import shutil
 import subprocess
 import tempfile
 import threading
 import time
-import unittest
 
 import reference
+from zorvela_tests import folder
 
 PROGRAM = os.environ.get("ZORVELA_PROGRAM", "")
-ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 MEMORY_LIMIT_MIB = int(os.environ.get("ZORVELA_MEMORY_LIMIT_MIB", "512"))
 PATIENCE = 100  # seconds after which a run counts as hung
 
@@ -42,6 +40,15 @@ def finished(name, lines="", directory="./tab/"):
     return progress(directory) + "Analyzing " + name + ":\n" + LISTING_HEAD + lines + reference.TIME_LINE
 
 
+def answer(number=2, before="A", after="G", pair=("0.500", "0.050"), counts=(6, 5, 5), cg="9999.000"):
+    """The line of a proline in the listing, and its row in the table.
+
+    Glycine has no CB, proline no HN. Where the evidence is even P_CIS is 1/2 and P_CIS_NORM 1 / (1 + 19).
+    """
+    return ("   %s%-3d P%-3d %s%-3d %-6s %-6s\n" % (before, number - 1, number, after, number + 1, *pair),
+            "%2d %s P %s %2d %2d %2d %8s %8s %8s \n" % (number, before, after, *counts, cg, *pair))
+
+
 def table(columns, formats, rows, head=""):
     """A table file's text."""
     return head + "VARS   " + columns + "\nFORMAT " + formats + "\n\n" + "".join(
@@ -57,18 +64,17 @@ def protein(sequence, shifts, first=None, head=""):
     return table(INPUT_COLUMNS, INPUT_FORMATS, shifts, pairs + "\n")
 
 
-def coil_shifts(sequence, changes=None, leave_out=(), first=1):
+def coil_shifts(sequence, changes=None, first=1):
     """A shift for each atom of each residue: its random-coil value plus what `changes` says for (number, atom).
 
-    Proline has no HN, glycine has no CB and has HA2 and HA3 for HA. `leave_out` names atoms that have no row.
+    Proline has no HN, glycine has no CB and has HA2 and HA3 for HA.
     """
     rows = []
     for number, name in enumerate(sequence, first):
         atoms = {"P": ["N", "HA", "C", "CA", "CB"], "G": ["N", "HA2", "HA3", "C", "CA", "HN"]}.get(name, COIL)
         for atom in atoms:
-            if (number, atom) not in leave_out:
-                coil = COIL["HA" if atom in ("HA2", "HA3") else atom]
-                rows.append((number, name, atom, "%.3f" % (coil + (changes or {}).get((number, atom), 0.0))))
+            coil = COIL["HA" if atom in ("HA2", "HA3") else atom]
+            rows.append((number, name, atom, "%.3f" % (coil + (changes or {}).get((number, atom), 0.0))))
     return rows
 
 
@@ -124,44 +130,33 @@ class Result:
         self.peak_mib = peak_mib
 
 
-class ProgramTest(unittest.TestCase):
-    """Runs the program in a directory of its own, with nothing of the caller's environment."""
-
-    maxDiff = None
+class ProgramTest(folder.InFolder):
+    """Runs the program in a folder of its own, with nothing of the caller's environment."""
 
     @classmethod
     def setUpClass(cls):
         if not os.access(PROGRAM, os.X_OK):
             raise RuntimeError("ZORVELA_PROGRAM must name the program to test")
 
-    def setUp(self):
-        self.directory = tempfile.mkdtemp(prefix="zorvela-test-")
-        self.addCleanup(shutil.rmtree, self.directory)
-
     # -- files
 
-    def path(self, name):
-        return os.path.join(self.directory, name)
-
     def write(self, name, text):
-        """A file in the test's directory; a text stands for its latin-1 bytes."""
+        """A file in the test's folder; a text stands for its latin-1 bytes."""
         os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
-        with open(self.path(name), "wb") as file:
-            file.write(text if isinstance(text, bytes) else text.encode("latin-1"))
-        return name
+        self.put(name, text if isinstance(text, bytes) else text.encode("latin-1"))
 
     def read(self, name):
         with open(self.path(name), "rb") as file:
             return file.read().decode("latin-1")
 
-    def write_tables(self, changes=None, folder="tab/"):
-        """The plain tables in that folder, with some of them replaced."""
+    def write_tables(self, changes=None, place="tab/"):
+        """The plain tables in that place, with some of them replaced."""
         for name, text in {**plain_tables(), **(changes or {})}.items():
-            self.write(folder + name, text)
+            self.write(place + name, text)
 
     def files(self):
-        return {os.path.relpath(os.path.join(folder, name), self.directory)
-                for folder, _, names in os.walk(self.directory) for name in names}
+        return {os.path.relpath(os.path.join(place, name), self.folder)
+                for place, _, names in os.walk(self.folder) for name in names}
 
     # -- runs
 
@@ -173,7 +168,7 @@ class ProgramTest(unittest.TestCase):
     def run_program(self, *arguments, environment=None, directory=None, **streams):
         """One run. Its streams are caught unless `streams` gives other targets."""
         streams = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "stdin": subprocess.DEVNULL, **streams}
-        done = subprocess.run([PROGRAM, *arguments], cwd=directory or self.directory, timeout=PATIENCE,
+        done = subprocess.run([PROGRAM, *arguments], cwd=directory or self.folder, timeout=PATIENCE,
                               env=self.environment(environment), check=False, **streams)
         return Result((done.stdout or b"").decode("latin-1"), (done.stderr or b"").decode("latin-1"), done.returncode)
 
@@ -181,7 +176,7 @@ class ProgramTest(unittest.TestCase):
         """One run with its processor time and its peak memory."""
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             start = time.monotonic()
-            process = subprocess.Popen([PROGRAM, *arguments], cwd=self.directory, env=self.environment(),
+            process = subprocess.Popen([PROGRAM, *arguments], cwd=self.folder, env=self.environment(),
                                        stdin=subprocess.DEVNULL, stdout=out, stderr=err)
             timer = threading.Timer(PATIENCE, process.kill)
             timer.start()
@@ -208,10 +203,16 @@ class ProgramTest(unittest.TestCase):
             self.assertEqual(self.read(name), text)
         return result
 
+    def expect_answers(self, *answers, arguments=("-in", "in.tab"), name="in.tab", stderr="", out="pred.tab",
+                       directory="./tab/"):
+        """Compares a run on this file that gives these answers."""
+        self.expect(arguments, finished(name, "".join(line for line, _ in answers), directory), stderr,
+                    written={out: TABLE_HEAD + "".join(row for _, row in answers)})
+
     def expect_reference(self, *arguments, environment=None):
         """Compares a run with the one worked out by `reference`; returns the latter."""
         clean = self.environment(environment)
-        expected = reference.predict([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.directory)
+        expected = reference.Run([os.fsencode(text).decode("latin-1") for text in arguments], clean, self.folder)
         written = {} if expected.table_text is None else {os.path.normpath(expected.table_name): expected.table_text}
         self.expect(arguments, expected.stdout, expected.stderr, expected.status, written, environment)
         return expected

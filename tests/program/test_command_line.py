@@ -2,17 +2,11 @@
 
 import os
 
-from reference import OPTION_NAMES, TIME_LINE, USAGE
-from support import (LISTING_HEAD, NAN, TABLE_HEAD, TABLE_NAMES, ProgramTest, coil_shifts, finished, progress, protein,
+from reference import OPTION_NAMES, USAGE
+from support import (NAN, TABLE_HEAD, TABLE_NAMES, ProgramTest, answer, coil_shifts, finished, progress, protein,
                      statistics_table, table)
 
 SEQUENCE = "APGAPGAPG"
-# Prolines 2, 5 and 8 with every shift at its coil value and no CG: the evidence is even, so P_CIS is 1/2 and
-# P_CIS_NORM 1 / (1 + 19). Glycine has no CB, proline no HN.
-LINES = {2: "   A1   P2   G3   0.500  0.050 \n", 5: "   A4   P5   G6   0.500  0.050 \n",
-         8: "   A7   P8   G9   0.500  0.050 \n"}
-ROWS = {2: " 2 A P G  6  5  5 9999.000    0.500    0.050 \n", 5: " 5 A P G  6  5  5 9999.000    0.500    0.050 \n",
-        8: " 8 A P G  6  5  5 9999.000    0.500    0.050 \n"}
 
 
 class CommandLine(ProgramTest):
@@ -23,9 +17,8 @@ class CommandLine(ProgramTest):
         self.write_tables()
         self.write("in.tab", protein(SEQUENCE + "A", coil_shifts(SEQUENCE + "A")))
 
-    def expect_run(self, arguments, numbers=(2, 5, 8), out="pred.tab", name="in.tab", directory="./tab/"):
-        self.expect(arguments, finished(name, "".join(LINES[number] for number in numbers), directory),
-                    written={out: TABLE_HEAD + "".join(ROWS[number] for number in numbers)})
+    def expect_run(self, arguments, numbers=(2, 5, 8), **changes):
+        self.expect_answers(*map(answer, numbers), arguments=arguments, **changes)
 
     def expect_unreadable(self, name, *arguments, count=0):
         """The run ends at a file that is not there, after `count` progress lines."""
@@ -151,13 +144,11 @@ class Range(CommandLine):
         # Shifts from 5 on; -last 3 becomes 5, so that proline 5 is the one residue that is left.
         rows = coil_shifts(SEQUENCE + "A")
         self.write("part.tab", protein(SEQUENCE + "A", [row for row in rows if row[0] >= 5]))
-        self.expect(["-in", "part.tab", "-last", "3"], finished("part.tab", LINES[5]), written={
-            "pred.tab": TABLE_HEAD + " 5 A P G  0  5  5 9999.000    0.500    0.050 \n"})
+        self.expect_answers(answer(5, counts=(0, 5, 5)), arguments=["-in", "part.tab", "-last", "3"], name="part.tab")
         # Shifts up to 5; -first 9 becomes 6, which is not a proline. Proline 5 would have passed.
         self.write("part.tab", protein(SEQUENCE + "A", [row for row in rows if row[0] <= 5]))
-        self.expect(["-in", "part.tab", "-first", "9"], finished("part.tab"), written={"pred.tab": TABLE_HEAD})
-        self.expect(["-in", "part.tab"], finished("part.tab", LINES[2] + LINES[5]), written={
-            "pred.tab": TABLE_HEAD + ROWS[2] + " 5 A P G  6  5  0 9999.000    0.500    0.050 \n"})
+        self.expect_answers(arguments=["-in", "part.tab", "-first", "9"], name="part.tab")
+        self.expect_answers(answer(2), answer(5, counts=(6, 5, 0)), arguments=["-in", "part.tab"], name="part.tab")
 
 
 class Clipping(CommandLine):
@@ -171,13 +162,12 @@ class Clipping(CommandLine):
         self.write("in.tab", protein("APGA", coil_shifts("APGA", {(2, "CA"): 20.0})))
 
     def test_noclip_alone_leaves_shifts_as_they_are(self):
-        for options, pair in (([], ("0.500", "0.050")), (["-clip"], ("0.500", "0.050")),
-                              (["-clip", "no"], ("0.500", "0.050")), (["-nodetail"], ("0.500", "0.050")),
-                              (["-noclip"], ("0.018", "0.001")), (["-noclip", "-clip"], ("0.018", "0.001")),
-                              *((["-noclip", value], ("0.018", "0.001")) for value in ("0", "no", "false", ""))):
-            with self.subTest(options=options):
-                self.expect(["-in", "in.tab", *options], finished("in.tab", "   A1   P2   G3   %s  %s \n" % pair),
-                            written={"pred.tab": TABLE_HEAD + " 2 A P G  6  5  5 9999.000    %s    %s \n" % pair})
+        for pair, *every in ((("0.500", "0.050"), [], ["-clip"], ["-clip", "no"], ["-nodetail"]),
+                             (("0.018", "0.001"), ["-noclip"], ["-noclip", "-clip"],
+                              *(["-noclip", value] for value in ("0", "no", "false", "")))):
+            for options in every:
+                with self.subTest(options=options):
+                    self.expect_answers(answer(pair=pair), arguments=["-in", "in.tab", *options])
 
 
 class OptionsWithoutEffect(CommandLine):
@@ -195,19 +185,14 @@ class OptionsWithoutEffect(CommandLine):
         arguments = [text for name in OPTION_NAMES if values.get(name, "") is not None
                      for text in ("-" + name, values.get(name, "x"))]
         self.assertEqual(len(arguments), 2 * 17)
-        self.expect(arguments, "Reading Random Coil Shifts from ./tab/randcoil.tab\n"
-                    "Reading RC Adjustments from tab/rcadj.tab\n"
-                    "Reading Previous Residue RC Adjustments from tab/rcprev.tab\n"
-                    "Reading Next Residue RC Adjustments from tab/rcnext.tab\n"
-                    "Reading Secondary Shift Limits from ./tab/sslimit.tab\n"
-                    "Analyzing in.tab:\n" + LISTING_HEAD + LINES[2] + LINES[5] + LINES[8]
-                    + TIME_LINE,
-                    written={"pred.tab": TABLE_HEAD + ROWS[2] + ROWS[5] + ROWS[8]})
+        lines, rows = ("".join(texts) for texts in zip(*map(answer, (2, 5, 8))))
+        self.expect(arguments, finished("in.tab", lines).replace("./tab/rc", "tab/rc"),
+                    written={"pred.tab": TABLE_HEAD + rows})
 
 
 class TableOptions(CommandLine):
     def test_tabDir(self):
-        self.write_tables(folder="other/")
+        self.write_tables(place="other/")
         self.write_tables({"randcoil.tab": "not read\n"})
         self.expect_run(["-in", "in.tab", "-tabDir", "other"], directory="other/")
 
@@ -233,19 +218,16 @@ class TableOptions(CommandLine):
         for option, name in (("adj", "P"), ("prev", "A"), ("next", "G")):
             with self.subTest(option):
                 self.write("mine.tab", table("RESNAME CA", "%s %8.3f", [[name, -1]]))
-                stdout = finished("in.tab", "   A1   P2   G3   0.622  0.080 \n")
-                self.assertIn("./tab/rc" + option + ".tab\n", stdout)
+                line, row = answer(pair=("0.622", "0.080"))
                 self.expect(["-in", "in.tab", "-" + option, "mine.tab"],
-                            stdout.replace("./tab/rc" + option + ".tab", "mine.tab"),
-                            written={"pred.tab": TABLE_HEAD + " 2 A P G  6  5  5 9999.000    0.622    0.080 \n"})
+                            finished("in.tab", line).replace("./tab/rc" + option + ".tab\n", "mine.tab\n"),
+                            written={"pred.tab": TABLE_HEAD + row})
 
     def test_None_is_a_file_name_like_any_other(self):
-        for option, label, count in (("adj", "RC Adjustments", 1), ("prev", "Previous Residue RC Adjustments", 2),
-                                     ("next", "Next Residue RC Adjustments", 3)):
+        for option in ("adj", "prev", "next"):
             with self.subTest(option):
-                lines = progress().splitlines(keepends=True)[:count]
-                self.expect(["-in", "in.tab", "-" + option, "None"],
-                            "".join(lines) + "Reading " + label + " from None\n",
+                before = progress().split("./tab/rc" + option + ".tab")[0]
+                self.expect(["-in", "in.tab", "-" + option, "None"], before + "None\n",
                             "\tCan't open file None for reading\n")
 
 

@@ -1,6 +1,7 @@
 """The folder of the tables: from ZORVELA_DIR, or with the separator that PATH shows."""
 
-from support import ROOT, TABLE_HEAD, ProgramTest, coil_shifts, finished, protein
+from reference import ROOT
+from support import TABLE_HEAD, ProgramTest, coil_shifts, finished, protein
 
 UNSET = None
 
@@ -26,7 +27,7 @@ class MainDirectory(ProgramTest):
                 ("x\\", {"PATH": UNSET}, ("-tabDir", "x")),
                 ("y", {"PATH": "bin"}, ("-tabDir", "y"))):
             with self.subTest(start=start, environment=environment):
-                self.write_tables(folder=start)
+                self.write_tables(place=start)
                 result = self.run_program("-in", "in.tab", *options, environment=environment)
                 self.assertEqual((result.stdout, result.stderr, result.status),
                                  (finished("in.tab", directory=start), "", 0))

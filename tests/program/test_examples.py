@@ -3,7 +3,8 @@
 import os
 
 import expected
-from support import ROOT, ProgramTest
+from reference import ROOT
+from support import ProgramTest
 
 
 class Examples(ProgramTest):

@@ -20,45 +20,33 @@ class Maker:
         """A number in some notation."""
         value = self.draw.gauss(mean, spread)
         kind = self.draw.random()
-        if kind < 0.7:
-            return "%.3f" % value
-        if kind < 0.8:
-            return "%.17g" % value
-        if kind < 0.85:
-            return "%.1e" % value
-        if kind < 0.9:
-            return "%d" % value
-        if kind < 0.93:
-            return "%+.9f" % value
+        for share, notation in ((0.7, "%.3f"), (0.8, "%.17g"), (0.85, "%.1e"), (0.9, "%d"), (0.93, "%+.9f")):
+            if kind < share:
+                return notation % value
         return self.draw.choice(["%.20f" % value, ("%.4f" % value).lstrip("0"), float(round(value, 2)).hex(), "9999",
                                  "999", "%.2fx" % value, "0", "-0.0", "%.30e" % value])
 
-    def residue_table(self, columns, mean, spread, names=RESIDUES + "c?p"):
-        """Rows for most of the names, now and then one twice."""
-        rows = [[name] + [self.number(mean(column), spread(column)) for column in columns]
-                for name in names if self.draw.random() > 0.04]
-        rows += [[self.draw.choice(names)] + [self.number(mean(column), spread(column)) for column in columns]]
+    def residue_table(self, key, columns, mean, spread):
+        """Rows for most of the residue names, one of them twice."""
+        names = [name for name in RESIDUES + "c?p" if self.draw.random() > 0.04]
+        rows = [[name] + [self.number(mean(column), spread) for column in columns]
+                for name in [*names, self.draw.choice(RESIDUES + "c?p")]]
         self.draw.shuffle(rows)
-        return rows
+        return table(key + " " + " ".join(columns), "%s" + " %f" * len(columns), rows)
 
     def tables(self):
         atoms = [atom for atom in ATOMS if self.draw.random() > 0.02]
-        result = {}
-        result["randcoil.tab"] = table("RESNAME " + " ".join(atoms), "%s" + " %f" * len(atoms), self.residue_table(
-            atoms, COIL.get, lambda atom: 0.3))
+        result = {"randcoil.tab": self.residue_table("RESNAME", atoms, COIL.get, 0.3)}
         for name in ("rcadj.tab", "rcprev.tab", "rcnext.tab"):
-            result[name] = table("RESNAME " + " ".join(atoms), "%s" + " %f" * len(atoms), self.residue_table(
-                atoms, lambda atom: 0.0, lambda atom: 0.3))
-        ends = [atom + end for atom in atoms for end in ("_MIN", "_MAX")]
-        result["sslimit.tab"] = table("RESNAME " + " ".join(ends), "%s" + " %f" * len(ends), self.residue_table(
-            ends, lambda end: -3.0 if end.endswith("MIN") else 3.0, lambda end: 0.5))
+            result[name] = self.residue_table("RESNAME", atoms, lambda atom: 0.0, 0.3)
+        result["sslimit.tab"] = self.residue_table("RESNAME", [atom + end for atom in atoms for end in ("_MIN", "_MAX")],
+                                                   lambda end: -3.0 if end.endswith("MIN") else 3.0, 0.5)
         rows = [[index] + [self.number(mean + (25 if index == 18 else 0), spread) for mean, spread in
                            ((0, 1), (0, 1), (2.5, 0.3), (2.5, 0.3))] for index in range(19)]
         self.draw.shuffle(rows)
         result["Pro.cs.tab"] = table("index avg_cis avg_trans std_cis std_trans", "%d %f %f %f %f", rows)
-        columns = ["cis_prev", "cis_next", "trans_prev", "trans_next"]
-        result["Pro.seq.tab"] = table("resname " + " ".join(columns), "%s %f %f %f %f", self.residue_table(
-            columns, lambda column: 0.05, lambda column: 0.01))
+        result["Pro.seq.tab"] = self.residue_table("resname", ["cis_prev", "cis_next", "trans_prev", "trans_next"],
+                                                   lambda column: 0.05, 0.01)
         return result
 
     def protein(self):

@@ -4,7 +4,8 @@ import csv
 import os
 
 import reference
-from support import ROOT, ProgramTest, mask
+from reference import ROOT
+from support import ProgramTest, mask
 from zorvela_tests.program import data_folder
 
 WITH_CIS = 50
@@ -34,7 +35,7 @@ class RealEntries(ProgramTest):
     def compare_one(self, path, options):
         arguments = ["-in", path, "-out", self.path("pred.tab"), *options]
         environment = self.environment()
-        expected = reference.predict(arguments, environment, ROOT)
+        expected = reference.Run(arguments, environment, ROOT)
         result = self.run_program(*arguments, directory=ROOT)
         self.assertEqual((result.stderr, result.status), (expected.stderr, expected.status))
         if expected.status == 0:

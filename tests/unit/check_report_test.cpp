@@ -100,22 +100,26 @@ class CheckReport : public testing::Test {
   void add(const std::string& resid, const std::string& atom, const std::string& shift) {
     addRow(zorvela.resTable, {{"RESID", resid}, {"RESNAME", "K"}, {"ATOMNAME", atom}, {"SHIFT", shift}});
   }
+  void addResidue(const std::string& resid, const std::string& ca, const std::string& cb,
+                  const std::string& ha, const std::string& c) {
+    add(resid, "CA", ca);
+    add(resid, "CB", cb);
+    add(resid, "HA", ha);
+    add(resid, "C", c);
+  }
   std::string report() {
     const Output output = outputOf([&] { zorvela.checkCS(); });
     EXPECT_EQ(output.err, "");
     return output.out;
   }
   // The text between the two headings.
-  std::string outliers() {
+  std::string outliersOf(const std::string& atom, const std::string& shift) {
+    zorvela.resTable = GDB();
+    add("12", atom, shift);
     const std::string text = report();
     EXPECT_EQ(text.substr(0, kOutlierHeading.size()), kOutlierHeading);
     const std::size_t end = text.find(kReferencingHeading);
     return text.substr(kOutlierHeading.size(), end - kOutlierHeading.size());
-  }
-  std::string outliersOf(const std::string& atom, const std::string& shift) {
-    zorvela.resTable = GDB();
-    add("12", atom, shift);
-    return outliers();
   }
   // The text after the second heading.
   std::string offsets() {
@@ -166,16 +170,10 @@ TEST_F(CheckReport, MarkIsDecidedInDoublePrecision) {
 TEST_F(CheckReport, OffsetsOfFourResiduesFittedInTheOrderOfTheirNumbersAsText) {
   // CA, CB, HA and C of residues 9 to 12, "9" last; the fit leaves out the pair of residue 10. The
   // offsets are those of tests/program/reference.py.
-  const std::vector<std::vector<std::string>> residues = {{"9", "1.0", "2.5", "0.3", "9999"},
-                                                          {"10", "0.5", "4.0", "0.4", "-1.2"},
-                                                          {"11", "1.5", "3.4", "0.2", "-0.3"},
-                                                          {"12", "0.2", "4.5", "9999", "-1.0"}};
-  for (const auto& residue : residues) {
-    add(residue[0], "CA", residue[1]);
-    add(residue[0], "CB", residue[2]);
-    add(residue[0], "HA", residue[3]);
-    add(residue[0], "C", residue[4]);
-  }
+  addResidue("9", "1.0", "2.5", "0.3", "9999");
+  addResidue("10", "0.5", "4.0", "0.4", "-1.2");
+  addResidue("11", "1.5", "3.4", "0.2", "-0.3");
+  addResidue("12", "0.2", "4.5", "9999", "-1.0");
   EXPECT_EQ(offsets(), offsetLine("CA", "  5.894", " 1.124", "  4", true) +
                            offsetLine("CB", "  5.894", " 1.124", "  4", true) +
                            offsetLine("HA", "  0.032", " 0.062", "  3", false) +
@@ -185,23 +183,17 @@ TEST_F(CheckReport, OffsetsOfFourResiduesFittedInTheOrderOfTheirNumbersAsText) {
 TEST_F(CheckReport, OffsetsAtTheirBoundsNeedNoCorrection) {
   // d = -2, -1 and -3; CA, HA and C are constant. The mean of d without the first is that of all: the
   // slope is 0 and the offset is the constant. CB = 1 - d: slope -1, offset 1.
-  const auto addResidues = [&](const std::string& ca, const std::vector<std::string>& cb,
-                               const std::string& ha, const std::string& c) {
-    zorvela.resTable = GDB();
-    for (std::size_t i = 0; i < 3; ++i) {
-      const std::string resid = std::to_string(i + 1);
-      add(resid, "CA", ca);
-      add(resid, "CB", cb[i]);
-      add(resid, "HA", ha);
-      add(resid, "C", c);
-    }
-  };
-  addResidues("1", {"3", "2", "4"}, "0.25", "-1");
+  addResidue("1", "1", "3", "0.25", "-1");
+  addResidue("2", "1", "2", "0.25", "-1");
+  addResidue("3", "1", "4", "0.25", "-1");
   EXPECT_EQ(offsets(), offsetLine("CA", "  1.000", " 0.000", "  3", false) +
                            offsetLine("CB", "  1.000", " 0.000", "  3", false) +
                            offsetLine("HA", "  0.250", " 0.000", "  3", false) +
                            offsetLine("C'", " -1.000", " 0.000", "  3", false));
-  addResidues("1.25", {"3.25", "2.25", "4.25"}, "-0.3125", "-1.5");
+  zorvela.resTable = GDB();
+  addResidue("1", "1.25", "3.25", "-0.3125", "-1.5");
+  addResidue("2", "1.25", "2.25", "-0.3125", "-1.5");
+  addResidue("3", "1.25", "4.25", "-0.3125", "-1.5");
   EXPECT_EQ(offsets(), offsetLine("CA", "  1.250", " 0.000", "  3", true) +
                            offsetLine("CB", "  1.250", " 0.000", "  3", true) +
                            offsetLine("HA", " -0.312", " 0.000", "  3", true) +
@@ -227,12 +219,9 @@ TEST_F(CheckReport, LaterRowOfAnAtomReplacesTheEarlierOne) {
 }
 
 TEST_F(CheckReport, OffsetsOfTheReportAreThoseGivenAsNumbers) {
-  for (const std::string resid : {"1", "2", "3"}) {
-    add(resid, "CA", "1.5");
-    add(resid, "CB", resid == "1" ? "3.5" : resid == "2" ? "2.5" : "4.5");
-    add(resid, "HA", "9999");
-    add(resid, "C", "0.5");
-  }
+  addResidue("1", "1.5", "3.5", "9999", "0.5");
+  addResidue("2", "1.5", "2.5", "9999", "0.5");
+  addResidue("3", "1.5", "4.5", "9999", "0.5");
   const std::vector<FittedOffset> fits = zorvela.referencingOffsets();
   ASSERT_EQ(fits.size(), 4U);
   EXPECT_EQ(fits[0].atom, "CA");

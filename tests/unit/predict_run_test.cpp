@@ -44,18 +44,13 @@ class PredictRun : public testing::Test {
   }
   // The lines before the listing.
   std::string progress() const {
-    std::string lines;
-    for (const auto& [what, name] :
-         std::vector<std::pair<std::string, std::string>>{{"Random Coil Shifts", "randcoil"},
-                                                          {"RC Adjustments", "rcadj"},
-                                                          {"Previous Residue RC Adjustments", "rcprev"},
-                                                          {"Next Residue RC Adjustments", "rcnext"},
-                                                          {"Secondary Shift Limits", "sslimit"}})
-      lines += "Reading " + what + " from " + files.file("tab/" + name + ".tab") + "\n";
-    return lines + "Analyzing " + files.file("shifts.tab") + ":\n";
+    const std::string tab = files.file("tab/");
+    return "Reading Random Coil Shifts from " + tab + "randcoil.tab\nReading RC Adjustments from " + tab +
+           "rcadj.tab\nReading Previous Residue RC Adjustments from " + tab +
+           "rcprev.tab\nReading Next Residue RC Adjustments from " + tab +
+           "rcnext.tab\nReading Secondary Shift Limits from " + tab + "sslimit.tab\nAnalyzing " +
+           files.file("shifts.tab") + ":\n";
   }
-  std::string table() const { return readFile(files.file("pred.tab")); }
-
   void writeShares(const std::string& rows) {
     files.write("tab/Pro.seq.tab",
                 "VARS resname cis_prev cis_next trans_prev trans_next\nFORMAT %s %f %f %f %f\n" + rows);
@@ -158,8 +153,8 @@ TEST_F(PredictRun, DetailShowsAClippedShiftForEachTripletThatHoldsIt) {
 TEST_F(PredictRun, SecondRunOfOneObjectGivesTheSameResults) {
   ZORVELA zorvela = runObject();
   run(zorvela);
-  const std::string firstTable = table();
+  const std::string firstTable = readFile(files.file("pred.tab"));
   // The sequence was joined twice, so residue 6 and on exist; proline 3 stays the same.
   EXPECT_NE(outputOf([&] { zorvela.runPredict(); }).out.find(kLine), std::string::npos);
-  EXPECT_EQ(table().substr(0, firstTable.size()), firstTable);
+  EXPECT_EQ(readFile(files.file("pred.tab")).substr(0, firstTable.size()), firstTable);
 }

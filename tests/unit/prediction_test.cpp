@@ -63,14 +63,12 @@ TEST_F(Probability, WithoutShiftsItIsThatOfTheSequence) {
 }
 
 TEST_F(Probability, IsNormalisedByOddsOf1To19) {
-  EXPECT_EQ(predict().pCis, 0.5F);
-  EXPECT_EQ(predict().pCisNorm, 0.05F);
+  const auto both = [&] { return std::make_pair(predict().pCis, predict().pCisNorm); };
+  EXPECT_EQ(both(), std::make_pair(0.5F, 0.05F));
   setShares(1.0F, 1.0F, 0.0F, 1.0F);
-  EXPECT_EQ(predict().pCis, 1.0F);
-  EXPECT_EQ(predict().pCisNorm, 1.0F);
+  EXPECT_EQ(both(), std::make_pair(1.0F, 1.0F));
   setShares(1.0F, 0.0F, 1.0F, 1.0F);
-  EXPECT_EQ(predict().pCis, 0.0F);
-  EXPECT_EQ(predict().pCisNorm, 0.0F);
+  EXPECT_EQ(both(), std::make_pair(0.0F, 0.0F));
 }
 
 TEST_F(Probability, UsesBackboneShiftsUpTo99AndCGBelow999) {
@@ -92,8 +90,7 @@ TEST_F(Probability, MultipliesEveryIndexWithItsOwnStatistics) {
     const double i = k;
     setStatistics(k, static_cast<float>(0.1 * i), static_cast<float>(0.07 * i + 0.3),
                   static_cast<float>(1.1 + 0.05 * i), static_cast<float>(1.3 + 0.03 * i));
-    if (k < 18)
-      setShift(k, std::to_string(k + 1 < 10 ? 0 : (k + 1) / 10) + "." + std::to_string((k + 1) % 10));
+    if (k < 18) setShift(k, std::to_string((k + 1) / 10) + "." + std::to_string((k + 1) % 10));
   }
   setShares(0.3F, 1.0F, 0.7F, 1.0F);
   zorvela.cgShifts[2] = 2.5F;
@@ -154,16 +151,14 @@ TEST_F(Probability, MissingStatisticsReadAsZeroAndAreAdded) {
   EXPECT_EQ(zorvela.stdCis, (std::map<int, float>{{0, 0.0F}}));
 }
 
-TEST_F(Probability, IsGivenForProlinesOnly) {
+TEST_F(Probability, IsGivenForProlinesWithEnoughShiftsOnly) {
+  zorvela.missingCount = {{1, 4}, {2, 4}};
+  EXPECT_FALSE(zorvela.predictProline(2).has_value());
+  zorvela.missingCount.clear();
   for (const char* name : {"K", "p", "", "PP"}) {
     zorvela.resNames[2] = name;
     EXPECT_FALSE(zorvela.predictProline(2).has_value()) << name;
   }
-}
-
-TEST_F(Probability, IsNotGivenWhereTheTripletFails) {
-  zorvela.missingCount = {{1, 4}, {2, 4}};
-  EXPECT_FALSE(zorvela.predictProline(2).has_value());
 }
 
 TEST_F(Probability, ComesWithNamesCountsAndCG) {

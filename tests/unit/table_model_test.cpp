@@ -49,15 +49,12 @@ TEST(TableModel, StartsEmpty) {
   EXPECT_EQ(table.fileName, "");
   EXPECT_EQ(table.formatText, "");
   EXPECT_EQ(table.varsText, "");
-  EXPECT_EQ(table.columnCount, 0);
   EXPECT_EQ(table.firstSeqResid, 1);
   EXPECT_TRUE(table.keyValues.empty());
   EXPECT_TRUE(table.residNames.empty());
   EXPECT_TRUE(table.remarks.empty());
   EXPECT_TRUE(table.dataLines.empty());
-  EXPECT_TRUE(table.columnNames.empty());
-  EXPECT_TRUE(table.columnFormats.empty());
-  EXPECT_TRUE(table.entries.empty());
+  EXPECT_EQ(stateOf(table), "0;");
   EXPECT_EQ(table.getEntryCount(), 0);
   EXPECT_GE(sizeof table.formatScratch, 100U);
 }
@@ -216,9 +213,7 @@ TEST(TableModel, GetDataTakesTheTextAfterTheFirstBlank) {
 
 TEST(TableModel, AddRemarkKeepsTheOrder) {
   GDB table;
-  table.addRemark("first");
-  table.addRemark("");
-  table.addRemark("third");
+  for (const char* remark : {"first", "", "third"}) table.addRemark(remark);
   EXPECT_EQ(table.remarks, (std::vector<std::string>{"first", "", "third"}));
 }
 

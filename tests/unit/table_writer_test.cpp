@@ -21,6 +21,7 @@ GDB shiftTable() {
 std::string savedText(GDB& table) {
   const TempDir dir;
   table.saveGDB(dir.file("out.tab"));
+  EXPECT_TRUE(std::filesystem::exists(dir.file("out.tab")));
   return readFile(dir.file("out.tab"));
 }
 
@@ -133,11 +134,7 @@ TEST(TableWriter, BlanksOfASequenceAreSimplifiedAndCounted) {
   // Fifty letters, one blank and five letters are 56 characters.
   EXPECT_EQ(sequenceText(std::string(50, 'A') + "  GGGGG"),
             "DATA SEQUENCE " + std::string(50, 'A') + " GGGG\nDATA SEQUENCE G\n");
-}
-
-TEST(TableWriter, EmptySequenceWritesNoLine) {
-  EXPECT_EQ(sequenceText(""), "");
-  EXPECT_EQ(sequenceText("   "), "");
+  for (const char* empty : {"", "   "}) EXPECT_EQ(sequenceText(empty), "");
 }
 
 TEST(TableWriter, ThreeSequenceLinesOfAFileStayThreeGroups) {
@@ -192,18 +189,15 @@ TEST(TableWriter, CellsPassThroughTheScratchBufferAsFarAsTheyFit) {
 // --- Plain text ---------------------------------------------------------------------------------
 
 TEST(TableWriter, PlaintextTableWithoutRowsIsAnEmptyFile) {
-  const TempDir dir;
   GDB table = shiftTable();
   table.setData("SEQUENCE", "MKT");
   table.set_plaintext();
-  table.saveGDB(dir.file("out.tab"));
-  EXPECT_TRUE(std::filesystem::exists(dir.file("out.tab")));
-  EXPECT_EQ(readFile(dir.file("out.tab")), "");
+  EXPECT_EQ(savedText(table), "");
 }
 
 // --- Standard layouts ---------------------------------------------------------------------------
 
-TEST(TableWriter, ShiftPreset) {
+TEST(TableWriter, Presets) {
   GDB table;
   table.addEntry("OLD", "1");
   table.presetClass("KIVRA_SHIFT");
@@ -211,10 +205,6 @@ TEST(TableWriter, ShiftPreset) {
   EXPECT_EQ(table.getEntryCount(), 0);
   EXPECT_EQ(savedText(table), "\n\n" + kShiftHeader);
   EXPECT_EQ(table.columnFormats.at(0), "%4d ") << "with the blank after it";
-}
-
-TEST(TableWriter, PredictionPreset) {
-  GDB table;
   table.presetClass("KIVRA_PRED");
   EXPECT_EQ(table.className, "KIVRA_PRED");
   EXPECT_EQ(savedText(table),

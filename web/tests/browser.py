@@ -135,15 +135,20 @@ class Page:
     def wait(self, condition, seconds=60):
         return WebDriverWait(self.driver, seconds, poll_frequency=0.05).until(lambda _: condition())
 
+    def ask(self, script, *arguments):
+        return self.driver.execute_script(script, *arguments)
+
+    def find(self, selector):
+        return self.driver.find_element(By.CSS_SELECTOR, selector)
+
     def element(self, name):
-        return self.driver.find_element(By.ID, name)
+        return self.find("#" + name)
 
     def text(self, name):
         return self.element(name).get_property("textContent").strip()
 
     def texts(self, selector):
-        return self.driver.execute_script(
-            "return [...document.querySelectorAll(arguments[0])].map((found) => found.textContent)", selector)
+        return self.ask("return [...document.querySelectorAll(arguments[0])].map((found) => found.textContent)", selector)
 
     def status(self):
         return self.text("status")
@@ -155,28 +160,33 @@ class Page:
     def report(self):
         """The text of the report in its frame."""
         frame = "document.getElementById('report').contentDocument"
-        return self.driver.execute_script(f"return {frame}.body ? {frame}.body.textContent : ''")
+        return self.ask(f"return {frame}.body ? {frame}.body.textContent : ''")
 
     # Actions of a user
 
     def clear_status(self):
-        self.driver.execute_script("document.getElementById('status').textContent = ''")
+        self.ask("document.getElementById('status').textContent = ''")
 
     def choose(self, *paths):
         self.clear_status()
         self.element("files").send_keys("\n".join(str(path) for path in paths))
         return self.wait_for_result()
 
-    def drop(self, files):
-        """Drops files, {name: bytes}, onto the box as a mouse would."""
+    def click(self, name):
         self.clear_status()
-        self.driver.execute_script("""
+        self.element(name).click()
+        return self.wait_for_result()
+
+    def drop(self, files):
+        """Drops files, {name: bytes} or pairs of these, onto the box as a mouse would."""
+        self.clear_status()
+        self.ask("""
             const transfer = new DataTransfer();
             for (const [name, bytes] of arguments[0]) transfer.items.add(new File([new Uint8Array(bytes)], name));
             for (const type of ["dragenter", "dragover", "drop"])
               document.getElementById("drop").dispatchEvent(
                 new DragEvent(type, {dataTransfer: transfer, bubbles: true, cancelable: true}));
-            """, [[name, list(content)] for name, content in files.items()])
+            """, [[name, list(content)] for name, content in (files.items() if isinstance(files, dict) else files)])
         return self.wait_for_result()
 
     def drop_from_disk(self, *paths):
@@ -200,7 +210,7 @@ class Page:
 
     def click_in_report(self, selector, index=0):
         """Moves the pointer to an element of the report and presses its button there."""
-        x, y = self.driver.execute_script("""
+        x, y = self.ask("""
             const [selector, index] = arguments;
             const frame = document.getElementById("report");
             const target = frame.contentDocument.querySelectorAll(selector)[index];
@@ -227,11 +237,7 @@ class Page:
         self.settle()
 
     def scrolled(self):
-        return self.driver.execute_script("return scrollY")
-
-    def printed(self):
-        """The text of each page that the browser prints on A4 paper."""
-        return printed(self.driver)
+        return self.ask("return scrollY")
 
     def press(self, *keys):
         webdriver.ActionChains(self.driver).send_keys(*keys).perform()
@@ -244,7 +250,7 @@ class Page:
     def save(self, what):
         """The name and the bytes of the file that a button saves."""
         before = set(self.saved())
-        self.driver.find_element(By.CSS_SELECTOR, f"[data-save={what}]").click()
+        self.find(f"[data-save={what}]").click()
         path = self.wait(lambda: next((path for path in set(self.saved()) - before if path.stat().st_size > 0), None))
         content = path.read_bytes()
         path.unlink()

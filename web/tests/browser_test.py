@@ -17,7 +17,13 @@ from zorvela_tests import program
 
 FILES = program.SOURCE / "kit" / "tests" / "files"
 NUCLEASE = program.SOURCE / "examples" / "nuclease.str"
+DIMER = FILES / "star3_dimer.str"
 MODEL = program.SOURCE / "examples" / "nuclease.pdb.gz"
+UBIQUITIN = program.SOURCE / "examples" / "ubiquitin.tab"
+
+
+def ubiquitins(count):
+    return {f"{n}.tab": UBIQUITIN.read_bytes() for n in range(1, count + 1)}
 
 
 class Folder:
@@ -37,10 +43,11 @@ class Folder:
 
     def program(self, format_name, *names, choices=()):
         """The bytes that the program writes about files of the folder."""
-        output = self.path / "output"
-        program.kit("run", "--tables", "tab", "--format", format_name, "--output", output, *choices, "--", *names,
-                    cwd=self.path)
-        return output.read_bytes()
+        self.kit("run", "--format", format_name, "--output", "output", *choices, "--", *names)
+        return (self.path / "output").read_bytes()
+
+    def kit(self, command, *arguments):
+        return program.kit(command, *(() if command == "import" else ("--tables", "tab")), *arguments, cwd=self.path)
 
     def remove(self):
         self._folder.cleanup()
@@ -84,7 +91,7 @@ class SavedFiles(Page):
 
     def test_formats(self):
         for source in (NUCLEASE, FILES / "star2_entry.str", FILES / "nef_entry.nef", FILES / "shifts.csv",
-                       FILES / "excel.csv", program.SOURCE / "examples" / "ubiquitin.tab"):
+                       FILES / "excel.csv", UBIQUITIN):
             with self.subTest(file=source.name):
                 path = self.folder.copy(source)
                 self.page.choose(path)
@@ -101,14 +108,14 @@ class SavedFiles(Page):
                 self.assertEqual(self.page.save("csv")[0], name.replace(".str.gz", ".csv"))
 
     def test_shift_table(self):
-        path = self.folder.copy(FILES / "star3_dimer.str")
+        path = self.folder.copy(DIMER)
         self.page.choose(path)
         chains = [protein["chain"] for protein in json.loads(self.folder.program("json", path.name))["proteins"]]
         self.assertGreater(len(chains), 1)
         for index, chain in enumerate(chains):
             browser.Select(self.page.element("table")).select_by_index(index)
             name, saved = self.page.save("tab")
-            wanted = program.kit("import", "--chain", chain, "-o", "-", path.name, cwd=self.folder.path)
+            wanted = self.folder.kit("import", "--chain", chain, "-o", "-", path.name)
             self.assertEqual(saved.decode(), wanted.stdout)
             self.assertEqual(name, f"star3_dimer_{chain}.tab")
 
@@ -116,7 +123,7 @@ class SavedFiles(Page):
         path = self.folder.copy(NUCLEASE)
         self.page.choose(path)
         self.page.clear_status()
-        self.page.driver.execute_script("""
+        self.page.ask("""
             const transfer = new DataTransfer();
             transfer.items.add(new File(["no shifts\\n"], "other.txt"));
             dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));
@@ -129,22 +136,19 @@ class SavedFiles(Page):
         self.assertEqual(self.page.text("result-title"), "other.txt")
 
     def test_referencing(self):
-        ubiquitin = (program.SOURCE / "examples" / "ubiquitin.tab").read_text()
-        path = self.folder.add("shifted.tab", web.shifted(ubiquitin, 3).encode())
+        path = self.folder.add("shifted.tab", web.shifted(UBIQUITIN.read_text(), 3).encode())
         self.page.choose(path)
         self.check_saved(path.name)
         corrected = self.page.save("csv")[1]
         self.assertIn(b"REMARK Corrected: ", self.page.save("tab")[1])
-        self.page.clear_status()
-        self.page.element("as-referenced").click()
-        self.page.wait_for_result()
+        self.page.click("as-referenced")
         self.check_saved(path.name, choices=("--as-referenced",))
         self.assertNotEqual(self.page.save("csv")[1], corrected)
         self.page.select("deuteration", "deuterated")
         self.check_saved(path.name, choices=("--as-referenced", "--deuterated"))
 
     def test_chain_and_list(self):
-        path = self.folder.copy(FILES / "star3_dimer.str")
+        path = self.folder.copy(DIMER)
         self.page.choose(path)
         self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
         chains = self.page.texts("#chain option")
@@ -160,7 +164,7 @@ class FlagsAndRestraints(Page):
     def test_warnings_are_those_of_the_program(self):
         path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
         self.page.choose(path)
-        said = program.kit("run", "--tables", "tab", path.name, cwd=self.folder.path).stderr
+        said = self.folder.kit("run", path.name).stderr
         warnings = [line.split("warning: ")[1] for line in said.splitlines() if "warning: " in line]
         self.assertEqual([warning.split(" (")[0] for warning in warnings],
                          ["flagged.nef, chain A: P3 is marked trans in the file but predicted cis"])
@@ -172,22 +176,22 @@ class FlagsAndRestraints(Page):
     def test_nef_file_with_flags(self):
         path = self.folder.add("flagged.nef", web.nef_of_two_cis_prolines())
         self.page.choose(path, NUCLEASE)
-        self.assertTrue(self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=nef]").is_displayed())
+        self.assertTrue(self.page.find("[data-save=nef]").is_displayed())
         name, saved = self.page.save("nef")
-        said = program.kit("annotate", "--tables", "tab", "--output", "out.nef", path.name, cwd=self.folder.path).stderr
+        said = self.folder.kit("annotate", "--output", "out.nef", path.name).stderr
         self.assertEqual((name, saved), ("flagged_flags.nef", (self.folder.path / "out.nef").read_bytes()))
         self.assertEqual(saved.decode(), web.nef_of_two_cis_prolines().decode().replace("A 7 PRO .", "A 7 PRO true"))
         note = "flagged.nef, chain A: cis_peptide of PRO 3 was false, the shifts predict cis; left as it was"
         self.assertIn(note, said)
         self.assertEqual(self.page.status(), f"Saved flagged_flags.nef. {note}.")
         browser.Select(self.page.element("table")).select_by_index(1)
-        self.assertFalse(self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=nef]").is_displayed())
+        self.assertFalse(self.page.find("[data-save=nef]").is_displayed())
         archive = zipfile.ZipFile(io.BytesIO(self.page.save("zip")[1]))
         self.assertEqual(archive.read("flagged_flags.nef"), saved)
 
     def programs(self):
         if not self.page.element("restraints").get_property("open"):
-            self.page.driver.find_element(browser.By.CSS_SELECTOR, "#restraints summary").click()
+            self.page.find("#restraints summary").click()
         return [option.get_attribute("value") for option in browser.Select(self.page.element("program")).options]
 
     def check_restraints(self, programs, *choices):
@@ -195,10 +199,9 @@ class FlagsAndRestraints(Page):
         self.page.element("chain-as").send_keys("A")
         for program_name in programs:
             with self.subTest(program_name):
-                self.page.driver.execute_script("document.getElementById('program').value = arguments[0]", program_name)
+                self.page.ask("document.getElementById('program').value = arguments[0]", program_name)
                 name, saved = self.page.save("restraints")
-                wanted = program.kit("restrain", "--tables", "tab", "--chain-as", "A", "--for", program_name, *choices,
-                                     "--", "nuclease.str", cwd=self.folder.path)
+                wanted = self.folder.kit("restrain", "--chain-as", "A", "--for", program_name, *choices, "--", "nuclease.str")
                 self.assertEqual(saved.decode(), wanted.stdout)
                 self.assertIn("117", saved.decode())
                 self.assertTrue(name.startswith(f"nuclease_{program_name}."), name)
@@ -218,10 +221,10 @@ class FlagsAndRestraints(Page):
         self.page.drop({name: NUCLEASE.read_bytes() for name in ("a.str", "b.str")})
         self.programs()
         self.page.clear_status()
-        self.page.driver.find_element(browser.By.CSS_SELECTOR, "[data-save=restraints]").click()
+        self.page.find("[data-save=restraints]").click()
         self.page.wait(lambda: self.page.status() != "")
         said = self.folder.add("a.str", NUCLEASE.read_bytes()), self.folder.add("b.str", NUCLEASE.read_bytes())
-        wanted = program.kit("restrain", "--tables", "tab", "--for", "cyana", *said, cwd=self.folder.path)
+        wanted = self.folder.kit("restrain", "--for", "cyana", *said)
         self.assertEqual(wanted.returncode, 1)
         message = wanted.stderr.splitlines()[-1].removeprefix("zorvela-kit: ")
         for option, field in (("--for ", ""), ("--chain-as", '"Chain name in the restraints"'), ("--chain", '"Chain"'),
@@ -245,9 +248,7 @@ class Structures(Page):
         self.page.choose(self.shifts, self.model)
         self.check_compared()
         self.assertEqual(self.page.text("result-title"), self.shifts.name)
-        self.page.clear_status()
-        self.page.element("as-referenced").click()
-        self.page.wait_for_result()
+        self.page.click("as-referenced")
         self.check_saved(self.shifts.name, choices=("--as-referenced", "--structure", self.model.name))
 
     def test_dropped_after_the_shifts(self):
@@ -264,7 +265,7 @@ class Structures(Page):
         self.check_compared()
 
     def test_choices_stay(self):
-        dimer = self.folder.copy(FILES / "star3_dimer.str")
+        dimer = self.folder.copy(DIMER)
         self.page.choose(dimer)
         self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
         self.page.select("chain", "B")
@@ -276,14 +277,13 @@ class Structures(Page):
         self.check_saved(self.shifts.name)
 
     def test_mmcif(self):
-        self.page.choose(self.folder.copy(program.SOURCE / "examples" / "ubiquitin.tab"),
-                         self.folder.copy(FILES / "ubiquitin_ensemble.cif.gz"))
+        self.page.choose(self.folder.copy(UBIQUITIN), self.folder.copy(FILES / "ubiquitin_ensemble.cif.gz"))
         self.check_saved("ubiquitin.tab", choices=("--structure", "ubiquitin_ensemble.cif.gz"))
 
     def test_that_cannot_be_read(self):
         cut = self.folder.add("cut.pdb", b"ATOM      1  CA  PRO A   1      27.340  24\n")
         self.page.choose(self.shifts, cut)
-        said = program.kit("run", "--tables", "tab", self.shifts.name, "--structure", cut.name, cwd=self.folder.path).stderr
+        said = self.folder.kit("run", self.shifts.name, "--structure", cut.name).stderr
         self.assertEqual([f"zorvela-kit: {error}" for error in self.errors()], said.splitlines())
         self.assertIn("is cis: P117", self.page.status())
 
@@ -296,11 +296,6 @@ class Sequences(Page):
 
     def field(self):
         return self.page.element("sequence-choice")
-
-    def use(self):
-        self.page.clear_status()
-        self.page.element("use-sequence").click()
-        return self.page.wait_for_result()
 
     def check_saved_with(self, *choices):
         """The text of the field is a file called "the text given" to the program."""
@@ -344,23 +339,23 @@ class Sequences(Page):
         self.page.paste(web.UBIQUITIN.decode())
         self.assertEqual(self.page.element("sequence").get_property("value"), web.UBIQUITIN.decode())
         self.assertEqual(self.page.text("result-title"), "list.prot", "the pasted text was taken for a shift file")
-        self.use()
+        self.page.click("use-sequence")
         self.check_saved_with()
 
     def test_first_residue(self):
         self.page.choose(self.add_list("list.prot", moved=16))
         self.page.element("sequence").send_keys(web.UBIQUITIN.decode())
-        self.use()
+        self.page.click("use-sequence")
         self.assertIn("17", self.errors()[0])
         self.page.element("first-residue").send_keys("17")
-        self.use()
+        self.page.click("use-sequence")
         self.check_saved_with("--first-residue", "17")
         self.assertEqual([p["resid"] for p in json.loads(self.page.save("json")[1])["proteins"][0]["prolines"]], ["35", "53", "54"])
 
     def test_sequence_stays_when_a_structure_comes(self):
         self.page.choose(self.add_list("list.prot"))
         self.page.element("sequence").send_keys(web.UBIQUITIN.decode())
-        self.use()
+        self.page.click("use-sequence")
         model = self.folder.copy(program.SOURCE / "examples" / "ubiquitin.pdb.gz")
         self.page.drop_from_disk(model)
         self.check_saved_with("--structure", model.name)
@@ -370,9 +365,9 @@ class Sequences(Page):
     def test_sequence_that_cannot_be_read(self):
         path = self.folder.copy(NUCLEASE)
         self.page.choose(path)
-        self.page.driver.find_element(browser.By.CSS_SELECTOR, "#sequence-choice summary").click()
+        self.page.find("#sequence-choice summary").click()
         self.page.element("sequence").send_keys("17")
-        self.use()
+        self.page.click("use-sequence")
         self.assertEqual([error.split(";")[0] for error in self.errors()], ['the text given:1: is not a sequence: "17"'])
 
 
@@ -385,10 +380,9 @@ class Report(Page):
 
     def test_report_is_shown_whole(self):
         self.page.choose(NUCLEASE)
-        self.page.wait(lambda: self.page.driver.execute_script(
-            "const frame = document.getElementById('report');"
-            "return frame.clientHeight > 100 &&"
-            " frame.clientHeight >= frame.contentDocument.documentElement.scrollHeight"))
+        self.page.wait(lambda: self.page.ask("""
+            const frame = document.getElementById("report");
+            return frame.clientHeight > 100 && frame.clientHeight >= frame.contentDocument.documentElement.scrollHeight;"""))
         self.assertIn("P117", self.page.report())
 
     def test_notes_and_summary(self):
@@ -401,18 +395,18 @@ class Report(Page):
         self.page.choose(NUCLEASE)
         shown = "const d = document.getElementById('report').contentDocument;" \
                 "return [...d.querySelectorAll('.line, .prolines tbody tr')].filter((e) => e.getClientRects().length).length"
-        self.page.wait(lambda: self.page.driver.execute_script(shown) == 9)
-        every = self.page.driver.execute_script(shown)
+        self.page.wait(lambda: self.page.ask(shown) == 9)
+        every = self.page.ask(shown)
         height = self.page.element("report").size["height"]
         browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
-        self.page.wait(lambda: self.page.driver.execute_script(shown) == every - 8)  # four lines, four rows
+        self.page.wait(lambda: self.page.ask(shown) == every - 8)  # four lines, four rows
         self.page.settle()
         self.assertLess(self.page.element("report").size["height"], height)
 
     def test_two_files_of_one_protein_are_side_by_side(self):
         changed = NUCLEASE.read_bytes().replace(b"117 PRO CG  C  23.700", b"117 PRO CG  C  27.400")
         self.page.drop({"free.str": NUCLEASE.read_bytes(), "bound.str": changed})
-        rows = self.page.driver.execute_script("""
+        rows = self.page.ask("""
             const tables = [...document.getElementById("report").contentDocument.querySelectorAll("table")];
             const beside = tables.find((table) => /Side by side/.test(table.parentElement.getAttribute("aria-label")));
             return [...beside.tBodies[0].rows].map((row) => [...row.cells].map((cell) => cell.textContent));""")
@@ -422,17 +416,11 @@ class Report(Page):
 
     def test_pasted_text(self):
         self.page.element("paste").click()
-        self.page.driver.execute_script("document.getElementById('pasted').value = arguments[0]",
-                                        NUCLEASE.read_text())
-        self.page.element("predict").click()
-        self.assertIn("pasted text: 1 of 5 prolines", self.page.wait_for_result())
+        self.page.ask("document.getElementById('pasted').value = arguments[0]", NUCLEASE.read_text())
+        self.assertIn("pasted text: 1 of 5 prolines", self.page.click("predict"))
 
     def test_files_of_one_name_are_told_apart(self):
-        self.page.driver.execute_script("""
-            const transfer = new DataTransfer();
-            for (const text of ["", "x"]) transfer.items.add(new File([text], "a.csv"));
-            dispatchEvent(new DragEvent("drop", {dataTransfer: transfer, cancelable: true}));""")
-        self.page.wait_for_result()
+        self.page.drop([("a.csv", b""), ("a.csv", b"x")])
         self.assertEqual([error.split(":")[0] for error in self.errors()], ["a.csv", "a.csv (2)"])
 
 
@@ -441,13 +429,12 @@ class ReadingPlace(Page):
 
     def setUp(self):
         super().setUp()
-        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
-        self.page.drop({f"{n}.tab": table for n in range(1, 21)})
+        self.page.drop(ubiquitins(20))
         self.page.settle()
 
     def top_of(self, selector, index):
         """Where an element of the report is on the screen."""
-        return self.page.driver.execute_script("""
+        return self.page.ask("""
             const frame = document.getElementById("report");
             const target = frame.contentDocument.querySelectorAll(arguments[0])[arguments[1]];
             return frame.getBoundingClientRect().top + 1 + target.getBoundingClientRect().top;""", selector, index)
@@ -456,7 +443,7 @@ class ReadingPlace(Page):
         for index in (3, 12):
             self.page.click_in_report("tbody a", index)
             self.assertAlmostEqual(self.top_of(".chain", index), 0, delta=20)
-            self.assertTrue(self.page.driver.execute_script(
+            self.assertTrue(self.page.ask(
                 f"return document.getElementById('report').contentDocument.querySelectorAll('.chain')[{index}].open"))
 
     def test_folds_open_and_close_in_place(self):
@@ -476,8 +463,7 @@ class ReadingPlace(Page):
 class Printing(Page):
     def setUp(self):
         super().setUp()
-        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
-        self.page.drop({**{f"{n}.tab": table for n in range(1, 8)}, "nuclease.str": NUCLEASE.read_bytes()})
+        self.page.drop({**ubiquitins(7), "nuclease.str": NUCLEASE.read_bytes()})
 
     def check_whole(self, pages):
         """The card and the lines of trans prolines are printed, and no title is the last of its page."""
@@ -493,25 +479,25 @@ class Printing(Page):
 
     def test_page_prints_the_report_alone_and_whole(self):
         height = self.page.element("report").size["height"]
-        self.check_whole(self.page.printed())
+        self.check_whole(browser.printed(self.page.driver))
         self.assertEqual(self.page.element("report").size["height"], height)
         self.assertEqual(self.page.driver.find_elements(browser.By.ID, "paper"), [])
 
     def test_prolines_that_are_left_out_are_not_printed(self):
         browser.Select(self.page.element("prolines")).select_by_visible_text("cis and undecided")
-        text = "".join(self.page.printed())
+        text = "".join(browser.printed(self.page.driver))
         self.assertIn("P117 98.7", text)
         self.assertNotIn("Trans prolines", text)
 
     def test_page_without_a_result(self):
         self.page.open()
-        self.assertIn("Which prolines are cis?", self.page.printed()[0])
+        self.assertIn("Which prolines are cis?", browser.printed(self.page.driver)[0])
 
 
 class ManyFiles(Page):
     def test_files_are_read_once(self):
         path = self.folder.add("mine.str", NUCLEASE.read_bytes())
-        other = self.folder.copy(FILES / "star3_dimer.str")
+        other = self.folder.copy(DIMER)
         self.page.choose(path, other)
         wanted = self.page.save("json")[1]
         path.write_bytes(b"edited\n")
@@ -524,7 +510,7 @@ class ManyFiles(Page):
         self.assertIn(b"VARS", self.page.save("tab")[1])
 
     def test_all_in_one_archive(self):
-        paths = [self.folder.copy(NUCLEASE), self.folder.copy(FILES / "star3_dimer.str")]
+        paths = [self.folder.copy(NUCLEASE), self.folder.copy(DIMER)]
         self.page.choose(*paths)
         name, content = self.page.save("zip")
         self.assertEqual(name, "zorvela.zip")
@@ -535,16 +521,14 @@ class ManyFiles(Page):
         for format_name in ("html", "csv", "json"):
             self.assertEqual(archive.read(f"zorvela.{format_name}"),
                              self.folder.program(format_name, *(path.name for path in paths)))
-        wanted = program.kit("import", "--chain", "B", "-o", "-", paths[1].name, cwd=self.folder.path).stdout
+        wanted = self.folder.kit("import", "--chain", "B", "-o", "-", paths[1].name).stdout
         self.assertEqual(archive.read("star3_dimer_B.tab").decode(), wanted)
 
     def test_table_is_copied(self):
         self.page.driver.execute_cdp_cmd("Browser.grantPermissions", {
             "permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
-        self.page.choose(NUCLEASE, FILES / "star3_dimer.str")
-        self.page.clear_status()
-        self.page.element("copy").click()
-        self.assertEqual(self.page.wait_for_result(), "Copied the table.")
+        self.page.choose(NUCLEASE, DIMER)
+        self.assertEqual(self.page.click("copy"), "Copied the table.")
         text = self.page.driver.execute_async_script("navigator.clipboard.readText().then(arguments[0])")
         lines = [line.split("\t") for line in text.splitlines()]
         self.assertEqual(lines[0][:3], ["Chain", "Proline", "Before"])
@@ -553,7 +537,6 @@ class ManyFiles(Page):
         self.assertEqual(len(lines), 8)
 
     def test_progress_moves_and_can_be_stopped(self):
-        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_text()
         said = self.page.driver.execute_async_script("""
             const [table, done] = arguments;
             const transfer = new DataTransfer();
@@ -565,15 +548,14 @@ class ManyFiles(Page):
               if (said.length === 20) document.getElementById("stop").click();
               if (status.textContent === "Stopped.") setTimeout(() => done(said), 300);
             }).observe(status, { childList: true });
-            dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, cancelable: true }));""", table)
+            dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, cancelable: true }));""", UBIQUITIN.read_text())
         self.assertEqual(said[1:20], [f"{n} of 200 files predicted …" for n in range(1, 20)])
         self.assertEqual(said[-1], "Stopped.")
         self.assertFalse(self.page.element("working").is_displayed())
 
     def test_chain_that_few_files_have(self):
-        table = (program.SOURCE / "examples" / "ubiquitin.tab").read_bytes()
-        dimer = self.folder.copy(FILES / "star3_dimer.str")
-        self.page.drop({**{f"{n}.tab": table for n in range(1, 25)}, dimer.name: dimer.read_bytes()})
+        dimer = self.folder.copy(DIMER)
+        self.page.drop({**ubiquitins(24), dimer.name: dimer.read_bytes()})
         self.page.wait(lambda: len(self.page.texts("#chain option")) > 1)
         self.assertEqual(self.page.texts("#chain option"), ["all", "A (in 1 of 25 files)", "B (in 1 of 25 files)"])
         status = self.page.select("chain", "B (in 1 of 25 files)")
@@ -582,9 +564,7 @@ class ManyFiles(Page):
         self.check_saved(dimer.name, choices=("--chain", "B"))
 
     def test_choices_that_fit_no_file_are_errors_with_the_names_that_do(self):
-        free = self.folder.copy(FILES / "star3_dimer.str")
-        other = self.folder.copy(NUCLEASE)
-        self.page.choose(free, other)
+        self.page.choose(DIMER, NUCLEASE)
         self.page.wait(lambda: len(self.page.texts("#chain option")) > 2)
         self.page.select("chain", "B (in 1 of 2 files)")
         self.page.select("list", "assigned_chem_shift_list_1 (in 1 of 2 files)")
@@ -634,9 +614,8 @@ class BadFiles(Page):
         self.assertIn(name, self.page.driver.title)
         inside = "document.getElementById('report').contentDocument"
         for document in ("document", inside):
-            self.assertEqual(self.page.driver.execute_script(
-                f"return {document}.querySelectorAll('img, [onerror]').length"), 0)
-        self.assertEqual(self.page.driver.execute_script(f"return {inside}.querySelectorAll('script').length"), 0)
+            self.assertEqual(self.page.ask(f"return {document}.querySelectorAll('img, [onerror]').length"), 0)
+        self.assertEqual(self.page.ask(f"return {inside}.querySelectorAll('script').length"), 0)
 
     def test_signs_that_turn_the_direction_of_writing_are_replaced(self):
         replaced = [*range(1, 0x20), *range(0x7f, 0xa0), 0x61c, 0x200e, 0x200f, *range(0x2028, 0x202f), *range(0x2066, 0x206a)]
@@ -645,7 +624,7 @@ class BadFiles(Page):
         shown = "a" + "?" * len(replaced) + "z.csv"
         inside = "document.getElementById('report').contentDocument"
         self.page.wait(lambda: shown in self.page.report())
-        reported = self.page.driver.execute_script(
+        reported = self.page.ask(
             f"return [...{inside}.querySelectorAll('li')].map((e) => e.textContent).filter((text) => text.startsWith('b'))")
         self.assertEqual(self.errors(), reported)
         for text in self.page.texts("#errors li, #notes li"):
@@ -658,7 +637,7 @@ class KeyboardAlone(Page):
     def tab_to(self, condition):
         for _ in range(30):
             self.page.press(browser.Keys.TAB)
-            if self.page.driver.execute_script(f"const e = document.activeElement; return {condition};"):
+            if self.page.ask(f"const e = document.activeElement; return {condition};"):
                 return
         self.fail(f"the Tab key does not lead to {condition}")
 
@@ -678,10 +657,10 @@ class KeyboardAlone(Page):
 
     def test_the_focus_is_visible(self):
         self.page.choose(NUCLEASE)
-        self.page.driver.execute_script("document.activeElement.blur()")
+        self.page.ask("document.activeElement.blur()")
         for _ in range(10):
             self.page.press(browser.Keys.TAB)
-            visible = self.page.driver.execute_script("""
+            visible = self.page.ask("""
                 const e = document.activeElement;
                 const shown = e.id === "files" ? e.nextElementSibling : e;
                 return e.tagName === "IFRAME" || e === document.body || getComputedStyle(shown).outlineStyle !== "none";""")
@@ -705,7 +684,7 @@ class Network(unittest.TestCase):
                 page.element("example").click()
                 self.assertIn("of 5 prolines", page.wait_for_result())
                 self.assertEqual(page.console(), [])
-                self.assertEqual(page.driver.execute_script("return document.cookie"), "")
+                self.assertEqual(page.ask("return document.cookie"), "")
             finally:
                 page.close()
             asked = requests_in(log, server.address)

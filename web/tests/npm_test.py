@@ -1,6 +1,6 @@
 """The npm package: packed, installed into an empty folder, and used there as in its README."""
-import pathlib
 import json
+import pathlib
 import re
 import shutil
 import subprocess

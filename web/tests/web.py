@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 import unittest
 
-from zorvela_tests import program
+from zorvela_tests import program, tables
 
 WEB = pathlib.Path(os.environ.get("ZORVELA_WEB", program.SOURCE / "build" / "web"))
 SITE = WEB / "site"
@@ -61,10 +61,9 @@ MQIFVKTLTGKTITLEVEPSDTIENVKAKIQDKEGIPPDQQRLIFAGKQLEDGRTLSDYNIQKESTLHLVLRLRGG
 
 def resonance_list(moved=0):
     """The shifts of ubiquitin with numbers of residues and no names of them; the numbers may be moved."""
-    lines = (program.SOURCE / "examples" / "ubiquitin.tab").read_text().splitlines()
-    rows = [line.split() for line in lines if re.match(r" *\d+ [A-Z] ", line)]
-    return "".join(f"{number:5} {shift:>8} 0.000 {atom:5} {int(resid) + moved:4}\n"
-                   for number, (resid, _, atom, shift) in enumerate(rows, 1)).encode()
+    _, rows = tables.shifts_of((program.SOURCE / "examples" / "ubiquitin.tab").read_text())
+    return "".join(f"{number:5} {shift:>8} 0.000 {atom:5} {resid + moved:4}\n"
+                   for number, (resid, atom, shift) in enumerate(rows, 1)).encode()
 
 
 @functools.lru_cache

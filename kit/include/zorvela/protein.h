@@ -47,6 +47,9 @@ struct Protein {
   std::vector<std::string> asides;   ///< notes that apply to nearly every file: for programs only
 };
 
+/// Returns the shift of an atom; nullptr where the residue has none. `position` counts from 1.
+const Shift* shiftOf(const Protein& protein, int position, Atom atom);
+
 /// A shift of an atom by any of its common names: "HN" or "H", "C" or "CO".
 struct NamedShift {
   int number = 0;  ///< of its residue

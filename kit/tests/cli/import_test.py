@@ -132,13 +132,6 @@ class StarPartsTest(ImportTest):
         self.assertIn("DATA SEQUENCE GAPGS\n", out)
         self.assertEqual(notes, ["shift rows of entity 2 name a copy of another entity; read as chain 2"])
 
-    def test_bonds_within_an_entity(self):
-        out, _ = self.imported("data_x save_e _Entity.ID 1 _Entity.Polymer_type polypeptide(L) "
-                               "_Entity.Polymer_seq_one_letter_code CPC loop_ _Entity_bond.Type "
-                               "_Entity_bond.Comp_index_ID_1 _Entity_bond.Comp_index_ID_2 disulfide 1 3 stop_ save_ " +
-                               self.ROWS + "2 PRO CA 63")
-        self.assertIn("DATA SEQUENCE cPc\n", out)
-
     def test_stated_offset(self):
         _, notes = self.imported("data_x save_l " + self.ROWS + "1 ALA CA 52 stop_ loop_ "
                                  "_Systematic_chem_shift_offset.Type _Systematic_chem_shift_offset.Atom_type "

@@ -1,7 +1,8 @@
 """Writes a protein's shifts in the layouts of assignment programs, by the rules of each."""
 import csv
 import io
-import re
+
+from zorvela_tests import tables
 
 NAMES = dict(zip("ACDEFGHIKLMNPQRSTVWY", "ALA CYS ASP GLU PHE GLY HIS ILE LYS LEU MET ASN PRO GLN ARG SER THR VAL TRP "
                                          "TYR".split()))
@@ -35,21 +36,25 @@ class Protein:
         return [(n + 1, "-1", atom, value) if self.letters[n] == "P" and n + 1 in self.letters else
                 (n, "", atom, value) for n, atom, value in self.shifts]
 
+    def with_rows(self, rows, by=0):
+        """The same sequence, perhaps with other numbers, and these rows."""
+        return Protein("".join(self.letters.values()), rows, min(self.letters) + by)
+
     def only(self, keep):
         """With the rows alone for which keep(number, atom) is true."""
-        rows = [row for row in self.shifts if keep(row[0], row[1])]
-        return Protein("".join(self.letters.values()), rows, min(self.letters))
+        return self.with_rows([row for row in self.shifts if keep(row[0], row[1])])
 
     def renumbered(self, by):
-        return Protein("".join(self.letters.values()), [(n + by, atom, value) for n, atom, value in self.shifts],
-                       min(self.letters) + by)
+        return self.with_rows([(n + by, atom, value) for n, atom, value in self.shifts], by)
+
+    def of_residue(self, number):
+        """Its values by atom."""
+        return {atom: value for n, atom, value in self.shifts if n == number}
 
 
 def of_table(text):
     """The protein of a shift table."""
-    letters = "".join(re.findall(r"(?m)^DATA SEQUENCE (.*)$", text)).replace(" ", "")
-    rows = re.findall(r"(?m)^ *(\d+) [A-Za-z?] +(\w+) +(-?[\d.]+)\s*$", text)
-    return Protein(letters, [(int(number), atom, value) for number, atom, value in rows])
+    return Protein(*tables.shifts_of(text))
 
 
 def nucleus(atom):
@@ -148,7 +153,7 @@ def ccpnmr3(protein, delimiter=",", hidden=False, older=False):
     return written(rows + [[9999, "55.1", "None"] + unassigned + ["", "two\nlines"]], delimiter)
 
 
-def nef(protein, neighbours=True):
+def nef(protein):
     rows = "".join("  A %d %s .\n" % row for row in protein.named())
     text = ("data_x\nsave_nef_molecular_system\n_nef_molecular_system.sf_category nef_molecular_system\nloop_\n"
             "_nef_sequence.chain_code\n_nef_sequence.sequence_code\n_nef_sequence.residue_name\n_nef_sequence.linking\n" +
@@ -156,8 +161,7 @@ def nef(protein, neighbours=True):
             "_nef_chemical_shift_list.sf_category nef_chemical_shift_list\nloop_\n" +
             "".join("_nef_chemical_shift.%s\n" % tag
                     for tag in "chain_code sequence_code residue_name atom_name value".split()))
-    shifts = protein.seen_from_next() if neighbours else [(n, "", a, v) for n, a, v in protein.shifts]
-    for n, step, atom, value in shifts:
+    for n, step, atom, value in protein.seen_from_next():
         text += "  A %d%s %s %s %s\n" % (n, step, "." if step else protein.name(n), {"HN": "H"}.get(atom, atom), value)
     return text + "  @- @1-1 . CA 59.29\n  '#2 ' @1 . H 8.5\nstop_\nsave_\n"
 
@@ -172,19 +176,17 @@ def ccpnmr2_measurements(protein, delimiter="\t"):
 
 def ccpnmr2_table(protein):
     atoms = "N HN C CA CB HA".split()
-    others = {}
-    for n, atom, value in protein.shifts:
-        if atom == "CG":
-            others.setdefault(n, []).append(value + ":Cg")
-    pairs = {n: [v for m, atom, v in protein.shifts if m == n and atom in ("HA2", "HA3")] for n in protein.known()}
     text = "! %s\n" % " ".join(atom.capitalize() for atom in atoms)
     for n, cells in protein.wide(atoms + ["HA2", "CG"], "-"):
         cells = cells[:len(atoms)]
-        if len(pairs[n]) == 2:
-            cells[atoms.index("HA")] = ",".join(pairs[n])
-        elif pairs[n]:
-            others.setdefault(n, []).append(pairs[n][0] + ":Ha2")
-        text += " ".join([str(n), protein.name(n).capitalize()] + cells + others.get(n, [])) + "\n"
+        values = protein.of_residue(n)
+        pair = [values[atom] for atom in ("HA2", "HA3") if atom in values]
+        others = [values["CG"] + ":Cg"] if "CG" in values else []
+        if len(pair) == 2:
+            cells[atoms.index("HA")] = ",".join(pair)
+        elif pair:
+            others.append(pair[0] + ":Ha2")
+        text += " ".join([str(n), protein.name(n).capitalize()] + cells + others) + "\n"
     return text
 
 
@@ -254,24 +256,23 @@ def seen_by_autoassign(protein):
 def garret(protein):
     text = ""
     for n in protein.known():
-        rows = ["%s %s\n" % (atom, value) for m, atom, value in protein.shifts if m == n]
-        text += "%d %s\n%s;\n" % (n, protein.name(n), "".join(rows)) if rows else ""
+        rows = "".join("%s %s\n" % row for row in protein.of_residue(n).items())
+        text += "%d %s\n%s;\n" % (n, protein.name(n), rows) if rows else ""
     return text
 
 
 def pipp(protein):
     text = "SHIFT_FL_FRMT RES_SIAD\nFIRST_RES_IN_SEQ %d\n\n" % min(protein.letters)
     for n in protein.known():
-        rows = ["    %s  %s\n" % (atom, value) for m, atom, value in protein.shifts if m == n]
         text += "RES_ID %d\nRES_TYPE %s\nSPIN_SYSTEM_ID %d\nHETEROGENEITY 100\n%s    HG2|HG3 2.05\nEND_RES_DEF\n\n" % (
-            n, protein.name(n), n, "".join(rows))
+            n, protein.name(n), n, "".join("    %s  %s\n" % row for row in protein.of_residue(n).items()))
     return text
 
 
 def abacus(protein):
     text = ""
     for n in protein.known():
-        rows = {atom: value for m, atom, value in protein.shifts if m == n}
+        rows = protein.of_residue(n)
         if rows:
             text += "%d %s 4 %s 106\n" % (n, protein.letters[n], rows.pop("C", "0.000"))
             text += "".join("%s %s 2.100 HG2\n" % (value, atom) for atom, value in rows.items())
@@ -280,8 +281,7 @@ def abacus(protein):
 
 def one_row_per_residue(protein):
     atoms = "HA HA2 HA3 CA CB CO N HN CG".split()
-    renamed = Protein("".join(protein.letters.values()), [(n, {"C": "CO"}.get(a, a), v) for n, a, v in protein.shifts],
-                      min(protein.letters))
+    renamed = protein.with_rows([(n, {"C": "CO"}.get(a, a), v) for n, a, v in protein.shifts])
     return "#NUM AA %s\n" % " ".join(atoms) + "".join(
         "%d %s %s\n" % (n, protein.letters[n], " ".join(cells)) for n, cells in renamed.wide(atoms, "0.0000"))
 

@@ -58,7 +58,7 @@ void checkWords(std::string_view before, std::string_view after) {
 }  // namespace
 
 void checkAnnotation(const std::string& bytes) {
-  try {
+  checkMessageOf([&] {
     const NefAnnotation plain = annotateNef(bytes, "input", {true, true}, noFlag);
     check(plain.columnAdded || plain.text == bytes);
     const NefAnnotation annotated = annotateNef(plain.text, "input", {true, true}, flagOf);
@@ -66,9 +66,7 @@ void checkAnnotation(const std::string& bytes) {
     checkWords(plain.text, annotated.text);
     const NefAnnotation again = annotateNef(annotated.text, "input", {true, true}, flagOf);
     check(again.written == 0 && again.text == annotated.text);
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  });
 }
 
 }  // namespace zorvela

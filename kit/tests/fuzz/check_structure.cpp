@@ -70,7 +70,7 @@ void compareWithItself(const ProteinStructure& structure) {
 }  // namespace
 
 void checkStructure(const std::string& bytes) {
-  try {
+  checkMessageOf([&] {
     const ProteinStructure structure = readStructureBytes(bytes, "input");
     check(!structure.chains.empty() && structure.modelCount > 0);
     for (const std::string& note : structure.notes) check(note.find('\n') == std::string::npos);
@@ -79,9 +79,7 @@ void checkStructure(const std::string& bytes) {
       checkAlignment(chain);
     }
     compareWithItself(structure);
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  });
 }
 
 }  // namespace zorvela

@@ -74,14 +74,12 @@ void checkRoundTrip(const Protein& protein) {
 }
 
 void importWith(const std::string& bytes, const ImportOptions& options) {
-  try {
+  checkMessageOf([&] {
     for (const Protein& protein : readShiftBytes(bytes, "input", options)) {
       checkProtein(protein);
       checkRoundTrip(protein);
     }
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  });
 }
 
 void importBothWays(const std::string& bytes) {
@@ -92,15 +90,13 @@ void importBothWays(const std::string& bytes) {
 /// As a sequence of its own, and for a list without names: the bytes are residues or an error.
 void checkSequence(const std::string& bytes) {
   looksLikeSequence(bytes);
-  try {
+  checkMessageOf([&] {
     for (const FileChain& chain : sequenceFileOf(bytes, "input").chains) check(!chain.residues.empty());
     ImportOptions options;
     options.sequence = readSequenceBytes(bytes, "input");
     for (const Protein& protein : readShiftBytes("resid,atom,shift\n2,CA,55.1\n3,CB,30.2\n", "list", options))
       checkProtein(protein);
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  });
 }
 
 // --- gzip -----------------------------------------------------------------------------------------
@@ -123,24 +119,18 @@ std::string gzipped(const std::string& text) {
 
 /// A fault of a packed file is an error; what is unpacked all the same is the text and no other.
 void checkDamaged(const std::string& packed, const std::string& text) {
-  try {
-    check(unpacked(packed, "input") == text);
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  checkMessageOf([&] { check(unpacked(packed, "input") == text); });
 }
 
 // --- Tables ---------------------------------------------------------------------------------------
 
-std::string fileText(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 const std::map<std::string, std::string>& shippedTables() {
   static const auto tables = [] {
     std::map<std::string, std::string> texts;
-    for (const char* name : kTableNames) texts[name] = fileText(std::filesystem::path(SHIPPED_TABLES) / name);
+    for (const char* name : kTableNames) {
+      std::ifstream in(std::filesystem::path(SHIPPED_TABLES) / name, std::ios::binary);
+      texts[name] = {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
     return texts;
   }();
   return tables;
@@ -184,19 +174,8 @@ constexpr double kSlowness = 10;
 template <class Read>
 double secondsOf(Read read) {
   const std::clock_t start = std::clock();
-  try {
-    read();
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  checkMessageOf(read);
   return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-/// The time that `read` takes, in proportion to the text that it reads.
-template <class Read>
-void checkTimeOf(const std::string& text, Read read) {
-  const double seconds = secondsOf(read);
-  check(seconds <= kSlowness * (1 + static_cast<double>(text.size()) / static_cast<double>(kMiB)));
 }
 
 /// A small input made large, as hostile files are: the line before each line "@@N" is repeated N times, with
@@ -238,24 +217,16 @@ void checkNef(const std::string& bytes) {
 }
 
 void checkCsv(const std::string& bytes) {
-  try {
-    Source source;
-    source.file = "input";
-    source.text = bytes;
-    readCsv(source);
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  Source source;
+  source.file = "input";
+  source.text = bytes;
+  checkMessageOf([&] { readCsv(source); });
   importBothWays(bytes);
   checkSequence(bytes);
 }
 
 void checkGzip(const std::string& bytes) {
-  try {
-    unpacked("\x1f\x8b" + bytes, "input");
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  checkMessageOf([&] { unpacked("\x1f\x8b" + bytes, "input"); });
   const std::string packed = gzipped(bytes);
   check(unpacked(packed, "input") == bytes);
   check(unpacked(packed + packed, "input") == bytes + bytes);
@@ -275,19 +246,16 @@ void checkTables(const std::string& bytes) {
   static const Protein protein = everyNeighbour();
   auto texts = shippedTables();
   texts[tableOf(bytes)] = bytes;
-  try {
-    Predictor predictor(tablesFromTexts(texts));
-    checkPrediction(predictor.predict(protein));
-  } catch (const Error& error) {
-    checkMessage(error);
-  }
+  checkMessageOf([&] { checkPrediction(Predictor(tablesFromTexts(texts)).predict(protein)); });
 }
 
 void checkBounds(const std::string& bytes) {
   const std::string text = grown(bytes);
-  checkTimeOf(text, [&text] { readShiftBytes(text, "input", {}); });
-  checkTimeOf(text, [&text] { readShiftBytes(text, "input", {{}, {"all"}}); });
-  checkTimeOf(text, [&text] { readStructureBytes(text, "input"); });
+  const double mostSeconds = kSlowness * (1 + static_cast<double>(text.size()) / static_cast<double>(kMiB));
+  const auto checkTimeOf = [&](auto read) { check(secondsOf(read) <= mostSeconds); };
+  checkTimeOf([&] { readShiftBytes(text, "input", {}); });
+  checkTimeOf([&] { readShiftBytes(text, "input", {{}, {"all"}}); });
+  checkTimeOf([&] { readStructureBytes(text, "input"); });
 }
 
 void checkRepeats(const std::string& bytes) {

@@ -13,11 +13,16 @@ inline void check(bool holds) {
   if (!holds) std::abort();
 }
 
-/// An error for the user is one line of a size that can be read.
-inline void checkMessage(const Error& error) {
-  constexpr std::size_t kLongest = 2000;
-  const std::string_view what = error.what();
-  check(!what.empty() && what.size() < kLongest && what.find('\n') == std::string_view::npos);
+/// Does something that may end with an error for the user: one line of a size that can be read.
+template <class Action>
+void checkMessageOf(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    constexpr std::size_t kLongest = 2000;
+    const std::string_view what = error.what();
+    check(!what.empty() && what.size() < kLongest && what.find('\n') == std::string_view::npos);
+  }
 }
 
 }  // namespace zorvela

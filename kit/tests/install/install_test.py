@@ -3,10 +3,10 @@ import json
 import os
 import pathlib
 import subprocess
-import tempfile
-import unittest
 
-SOURCE = pathlib.Path(os.environ["ZORVELA_SOURCE"])
+from zorvela_tests import folder, program
+
+SOURCE = program.SOURCE
 BUILD = pathlib.Path(os.environ["ZORVELA_BUILD"])
 CMAKE = os.environ["ZORVELA_CMAKE"]
 EXAMPLE = SOURCE / "examples" / "nuclease.str"
@@ -20,24 +20,22 @@ def install(component, prefix):
     run(CMAKE, "--install", BUILD, "--prefix", prefix, "--component", component)
 
 
-def files(folder):
-    return {str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file()}
+def files(place):
+    return {str(path.relative_to(place)) for path in place.rglob("*") if path.is_file()}
 
 
-class Install(unittest.TestCase):
+class Install(folder.InFolder):
     def setUp(self):
-        self.temporary = tempfile.TemporaryDirectory(prefix="zorvela-install-")
-        self.addCleanup(self.temporary.cleanup)
-        self.prefix = pathlib.Path(self.temporary.name) / "prefix"
+        super().setUp()
+        self.prefix = pathlib.Path(self.path("prefix"))
 
     def test_the_program_alone(self):
         install("program", self.prefix)
         self.assertEqual({name for name in files(self.prefix) if name.startswith("bin/")},
                          {"bin/zorvela", "bin/zorvela-kit"})
         self.assertEqual([name for name in files(self.prefix) if name.endswith((".h", ".a", ".cmake"))], [])
-        environment = {key: value for key, value in os.environ.items() if key != "ZORVELA_DIR"}
         result = subprocess.run([self.prefix / "bin" / "zorvela-kit", "run", "--format", "csv", EXAMPLE], cwd="/",
-                                env=environment, check=True, capture_output=True, text=True, timeout=60)
+                                env=program.environment(), check=True, capture_output=True, text=True, timeout=60)
         self.assertEqual(result.stdout.count(",cis,"), 1)
 
     def test_a_program_outside_the_tree(self):
@@ -47,7 +45,7 @@ class Install(unittest.TestCase):
         for foreign in ("CLI", "nlohmann", "gemmi", "GDB.h", "ZORVELA.h"):
             self.assertNotIn("#include <" + foreign, text)
             self.assertNotIn('#include "' + foreign, text)
-        build = pathlib.Path(self.temporary.name) / "build"
+        build = pathlib.Path(self.path("build"))
         run(CMAKE, "-G", "Ninja", "-S", SOURCE / "kit" / "tests" / "install", "-B", build,
             "-DCMAKE_PREFIX_PATH=%s" % self.prefix, "-DCMAKE_CXX_COMPILER=" + os.environ["ZORVELA_CXX"],
             "-DCMAKE_CXX_FLAGS=" + os.environ["ZORVELA_CXX_FLAGS"])

@@ -5,71 +5,63 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace zorvela {
 namespace {
 
-/// A residue as its carbons with the hydrogens on them, and the bonds between carbons.
-struct Skeleton {
-  std::map<std::string, int> hydrogens;
-  std::vector<std::pair<std::string, std::string>> bonds;
+/// A carbon with its hydrogens, and the carbon before it.
+struct Carbon {
+  std::string name;
+  int hydrogens = 0;
+  std::string before;
 };
+using Skeleton = std::vector<Carbon>;
 
-const std::map<char, Skeleton>& skeletons() {
-  static const std::map<char, Skeleton> all = {
-      {'G', {{{"CA", 2}}, {}}},
-      {'A', {{{"CA", 1}, {"CB", 3}}, {{"CA", "CB"}}}},
-      {'C', {{{"CA", 1}, {"CB", 2}}, {{"CA", "CB"}}}},
-      {'S', {{{"CA", 1}, {"CB", 2}}, {{"CA", "CB"}}}},
-      {'D', {{{"CA", 1}, {"CB", 2}, {"CG", 0}}, {{"CA", "CB"}, {"CB", "CG"}}}},
-      {'N', {{{"CA", 1}, {"CB", 2}, {"CG", 0}}, {{"CA", "CB"}, {"CB", "CG"}}}},
-      {'E', {{{"CA", 1}, {"CB", 2}, {"CG", 2}, {"CD", 0}}, {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD"}}}},
-      {'Q', {{{"CA", 1}, {"CB", 2}, {"CG", 2}, {"CD", 0}}, {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD"}}}},
-      {'M', {{{"CA", 1}, {"CB", 2}, {"CG", 2}}, {{"CA", "CB"}, {"CB", "CG"}}}},  // CE is beyond sulphur
-      {'R', {{{"CA", 1}, {"CB", 2}, {"CG", 2}, {"CD", 2}}, {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD"}}}},
-      {'P', {{{"CA", 1}, {"CB", 2}, {"CG", 2}, {"CD", 2}}, {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD"}}}},
-      {'K',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 2}, {"CD", 2}, {"CE", 2}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD"}, {"CD", "CE"}}}},
-      {'T', {{{"CA", 1}, {"CB", 1}, {"CG2", 3}}, {{"CA", "CB"}, {"CB", "CG2"}}}},
-      {'V', {{{"CA", 1}, {"CB", 1}, {"CG1", 3}, {"CG2", 3}}, {{"CA", "CB"}, {"CB", "CG1"}, {"CB", "CG2"}}}},
-      {'I',
-       {{{"CA", 1}, {"CB", 1}, {"CG1", 2}, {"CG2", 3}, {"CD1", 3}},
-        {{"CA", "CB"}, {"CB", "CG1"}, {"CB", "CG2"}, {"CG1", "CD1"}}}},
-      {'L',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 1}, {"CD1", 3}, {"CD2", 3}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD1"}, {"CG", "CD2"}}}},
-      {'F',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 0}, {"CD1", 1}, {"CD2", 1}, {"CE1", 1}, {"CE2", 1}, {"CZ", 1}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD1"}, {"CG", "CD2"}, {"CD1", "CE1"}, {"CD2", "CE2"}}}},
-      {'Y',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 0}, {"CD1", 1}, {"CD2", 1}, {"CE1", 1}, {"CE2", 1}, {"CZ", 0}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD1"}, {"CG", "CD2"}, {"CD1", "CE1"}, {"CD2", "CE2"}}}},
-      {'H',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 0}, {"CD2", 1}, {"CE1", 1}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD2"}}}},
-      {'W',
-       {{{"CA", 1}, {"CB", 2}, {"CG", 0}, {"CD1", 1}, {"CD2", 0}, {"CE2", 0}, {"CE3", 1}},
-        {{"CA", "CB"}, {"CB", "CG"}, {"CG", "CD1"}, {"CG", "CD2"}, {"CD2", "CE2"}, {"CD2", "CE3"}}}}};
-  return all;
+// As far as three bonds from CA, CB and, in proline, CG; the CE of M is beyond sulphur.
+const std::map<char, std::string> kSkeletons = {
+    {'G', "CA 2 -"},
+    {'A', "CA 1 -  CB 3 CA"},
+    {'C', "CA 1 -  CB 2 CA"},
+    {'S', "CA 1 -  CB 2 CA"},
+    {'D', "CA 1 -  CB 2 CA  CG 0 CB"},
+    {'N', "CA 1 -  CB 2 CA  CG 0 CB"},
+    {'E', "CA 1 -  CB 2 CA  CG 2 CB  CD 0 CG"},
+    {'Q', "CA 1 -  CB 2 CA  CG 2 CB  CD 0 CG"},
+    {'M', "CA 1 -  CB 2 CA  CG 2 CB"},
+    {'R', "CA 1 -  CB 2 CA  CG 2 CB  CD 2 CG"},
+    {'P', "CA 1 -  CB 2 CA  CG 2 CB  CD 2 CG"},
+    {'K', "CA 1 -  CB 2 CA  CG 2 CB  CD 2 CG  CE 2 CD"},
+    {'T', "CA 1 -  CB 1 CA  CG2 3 CB"},
+    {'V', "CA 1 -  CB 1 CA  CG1 3 CB  CG2 3 CB"},
+    {'I', "CA 1 -  CB 1 CA  CG1 2 CB  CG2 3 CB  CD1 3 CG1"},
+    {'L', "CA 1 -  CB 2 CA  CG 1 CB  CD1 3 CG  CD2 3 CG"},
+    {'F', "CA 1 -  CB 2 CA  CG 0 CB  CD1 1 CG  CD2 1 CG  CE1 1 CD1  CE2 1 CD2"},
+    {'Y', "CA 1 -  CB 2 CA  CG 0 CB  CD1 1 CG  CD2 1 CG  CE1 1 CD1  CE2 1 CD2"},
+    {'H', "CA 1 -  CB 2 CA  CG 0 CB  CD2 1 CG"},
+    {'W', "CA 1 -  CB 2 CA  CG 0 CB  CD1 1 CG  CD2 0 CG  CE2 0 CD2  CE3 1 CD2"}};
+
+Skeleton skeletonOf(char type) {
+  std::istringstream text(kSkeletons.at(type));
+  Skeleton skeleton;
+  for (Carbon carbon; text >> carbon.name >> carbon.hydrogens >> carbon.before;) skeleton.push_back(carbon);
+  return skeleton;
 }
 
 /// The sum over the deuterons one, two and three bonds away, by walking from carbon to carbon.
 double walked(const Skeleton& skeleton, const std::string& carbon) {
-  const std::vector<double> ppm = {-0.29, -0.13, -0.07};
-  std::set<std::string> seen = {carbon};
-  std::set<std::string> front = seen;
+  std::set<std::string> seen;
+  std::set<std::string> front = {carbon};
   double sum = 0;
-  for (const double each : ppm) {
+  for (const double ppm : {-0.29, -0.13, -0.07}) {
+    seen.insert(front.begin(), front.end());
     std::set<std::string> next;
-    for (const std::string& atom : front) {
-      sum += each * skeleton.hydrogens.at(atom);
-      for (const auto& [one, other] : skeleton.bonds) {
-        if (one == atom && seen.insert(other).second) next.insert(other);
-        if (other == atom && seen.insert(one).second) next.insert(one);
-      }
+    for (const Carbon& atom : skeleton) {
+      if (front.count(atom.name)) sum += ppm * atom.hydrogens;
+      if (front.count(atom.name) && !seen.count(atom.before)) next.insert(atom.before);
+      if (front.count(atom.before) && !seen.count(atom.name)) next.insert(atom.name);
     }
     front = next;
   }
@@ -77,13 +69,14 @@ double walked(const Skeleton& skeleton, const std::string& carbon) {
 }
 
 TEST(IsotopeShift, CountsTheDeuteronsOfEveryResidueType) {
-  ASSERT_EQ(skeletons().size(), 20U);
-  for (const auto& [type, skeleton] : skeletons()) {
+  ASSERT_EQ(kSkeletons.size(), 20U);
+  for (const auto& [type, text] : kSkeletons) {
+    const Skeleton skeleton = skeletonOf(type);
     EXPECT_NEAR(isotopeShift(type, Atom::CA), walked(skeleton, "CA"), 1e-9) << type;
     if (type == 'G') continue;
     EXPECT_NEAR(isotopeShift(type, Atom::CB), walked(skeleton, "CB"), 1e-9) << type;
   }
-  EXPECT_NEAR(isotopeShift('P', Atom::CG), walked(skeletons().at('P'), "CG"), 1e-9);
+  EXPECT_NEAR(isotopeShift('P', Atom::CG), walked(skeletonOf('P'), "CG"), 1e-9);
 }
 
 TEST(IsotopeShift, IsThePublishedOneOfProline) {

@@ -32,7 +32,11 @@ TEST(ProteinOfShifts, PassesOverOtherAtomsAndWhatIsMissing) {
 }
 
 TEST(ProteinOfShifts, HasOxidisedCysteinesByTheirCB) {
-  EXPECT_EQ(proteinOfShifts("CPC", {{1, "CB", 41.2}, {3, "CB", 28.0}}).sequence, "cPC");
+  const Protein protein = proteinOfShifts("CPC", {{1, "CB", 41.2}, {3, "CB", 28.0}});
+  EXPECT_EQ(protein.sequence, "cPC");
+  EXPECT_EQ(protein.notes,
+            Texts{"cysteines assumed to be in a disulfide bond (CB above 33 ppm); written as c: "
+                  "1 (CB 41.200)"});
 }
 
 TEST(ProteinOfShifts, SaysWhatIsWrong) {

@@ -1,103 +1,95 @@
-// The sequence of a chain: given or put together from rows, gaps, numbers, residues outside the 20.
-#include "protein/sequence.h"
-
+// The sequence of a chain: given or put together from rows, gaps, numbers, types, cysteines.
 #include <gtest/gtest.h>
+
+#include "message_of.h"
+#include "zorvela/read.h"
 
 namespace {
 
 using Texts = std::vector<std::string>;
-using zorvela::ChainSequence;
-using zorvela::FileChain;
-using zorvela::FileShift;
-using zorvela::Polymer;
+using zorvela::Protein;
 
-struct Made {
-  ChainSequence sequence;
-  Texts notes;
-};
+const std::string kRows =
+    "loop_ _Atom_chem_shift.Comp_index_ID _Atom_chem_shift.Comp_ID _Atom_chem_shift.Atom_ID "
+    "_Atom_chem_shift.Val ";
 
-FileShift rowOf(const std::string& key, const std::string& residue) {
-  FileShift row;
-  row.key = key;
-  row.residueName = residue;
-  return row;
+/// An entity with these tags and residues, each "number name", and the rows.
+std::string entry(const std::string& tags, const Texts& residues, const std::string& rows) {
+  std::string text =
+      "data_x save_e _Entity.ID 1 " + tags +
+      " loop_ _Entity_comp_index.ID _Entity_comp_index.Auth_seq_ID _Entity_comp_index.Comp_ID ";
+  for (std::size_t i = 0; i < residues.size(); ++i) text += std::to_string(i + 1) + " " + residues[i] + " ";
+  return text + "stop_ save_ " + kRows + rows;
 }
 
-Made made(const FileChain& chain, const std::vector<FileShift>& shifts) {
-  zorvela::ShiftRows rows;
-  for (const FileShift& shift : shifts) rows.push_back(&shift);
-  Made result;
-  result.sequence = zorvela::makeSequence(chain.residues, rows, result.notes);
-  return result;
-}
-
-std::string lettersOf(const Made& of) {
-  std::string letters;
-  for (const auto& residue : of.sequence.residues) letters += residue.type.letter;
-  return letters;
-}
-
-Texts numbersOf(const Made& of) {
-  Texts numbers;
-  for (const auto& residue : of.sequence.residues) numbers.push_back(residue.number);
-  return numbers;
-}
-
-FileChain chainOf(const std::vector<zorvela::FileResidue>& residues) {
-  FileChain chain;
-  chain.residues = residues;
-  return chain;
+Protein read(const std::string& text) {
+  return zorvela::readShiftBytes(text, "x.str", {}).front();
 }
 
 TEST(Sequence, FromRowsInOrderOfNumberAndInsertionCode) {
-  const Made of = made({}, {rowOf("53", "G"), rowOf("52A", "PRO"), rowOf("52", "ALA"), rowOf("52A", "PRO"),
-                            rowOf("x", "TRP")});
-  EXPECT_EQ(lettersOf(of), "APG");
-  EXPECT_EQ(numbersOf(of), (Texts{"52", "52A", "53"}));
-  EXPECT_EQ(of.notes, Texts{"the file has no sequence; it was built from the residues with shifts"});
-}
-
-TEST(Sequence, TwoNamesOfOneResidueAreNoted) {
-  const Made of = made({}, {rowOf("1", "ALA"), rowOf("1", "GLY"), rowOf("1", "GLY")});
-  EXPECT_EQ(lettersOf(of), "A");
-  EXPECT_EQ(of.notes.front(), "residue 1 is called both ALA and GLY: ALA is used");
-  EXPECT_EQ(of.notes.size(), 2U);
+  const Protein protein = read(
+      kRows + "53 G CA 45 52A PRO CA 63 52 ALA CA 52 52A PRO CB 32 x TRP CA 57 52 GLY N 110 52 GLY C 174");
+  EXPECT_EQ(protein.sequence, "APG");
+  EXPECT_EQ(protein.numbers, (Texts{"52", "52A", "53"}));
+  EXPECT_EQ(protein.notes, (Texts{"residue 52 is called both ALA and GLY: ALA is used",
+                                  "the file has no sequence; it was built from the residues with shifts",
+                                  "residue 52 is GLY in 2 shift rows but ALA in the sequence; ignored",
+                                  "1 shift ignored; the sequence has no such residue: x"}));
 }
 
 TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
-  EXPECT_EQ(lettersOf(made({}, {rowOf("1", "ALA"), rowOf("1002", "PRO")})).size(), 1002U);
-  const Made jump = made({}, {rowOf("1", "ALA"), rowOf("1003", "PRO")});
-  EXPECT_EQ(lettersOf(jump), "A?P");
-  EXPECT_EQ(numbersOf(jump), (Texts{"1", "2", "1003"}));
+  EXPECT_EQ(read(kRows + "1 ALA CA 52 1002 PRO CA 63").sequence.size(), 1002U);
+  const Protein jump = read(kRows + "1 ALA CA 52 1003 PRO CA 63");
+  EXPECT_EQ(jump.sequence, "A?P");
+  EXPECT_EQ(jump.numbers, (Texts{"1", "2", "1003"}));
 }
 
 TEST(Sequence, MissingNumbersAreCountedOn) {
   const auto completed = [](const Texts& numbers) {
-    FileChain chain;
-    for (const std::string& number : numbers) chain.residues.push_back({"x", number, "ALA"});
-    return numbersOf(made(chain, {}));
+    Texts residues;
+    for (const std::string& number : numbers) residues.push_back(number + " ALA");
+    return read(entry("_Entity.Polymer_type polypeptide(L)", residues, "1 ALA CA 52")).numbers;
   };
-  EXPECT_EQ(completed({"", "", "10", "11", "", "20", ""}), (Texts{"8", "9", "10", "11", "12", "20", "21"}));
-  EXPECT_EQ(completed({"10", "", "", "11"}), (Texts{"10", "10A", "10B", "11"}));  // no whole number between
-  EXPECT_EQ(completed({"", "", "61A", "", "62"}), (Texts{"1", "2", "61A", "61B", "62"}));
-  EXPECT_EQ(completed({"5", "", "1", "2"}), (Texts{"5", "6", "1", "2"}));
+  EXPECT_EQ(completed({".", ".", "10", "11", ".", "20", "."}),
+            (Texts{"8", "9", "10", "11", "12", "20", "21"}));
+  EXPECT_EQ(completed({"10", ".", ".", "11"}), (Texts{"10", "10A", "10B", "11"}));  // no whole number between
+  EXPECT_EQ(completed({".", ".", "61A", ".", "62"}), (Texts{"1", "2", "61A", "61B", "62"}));
+  EXPECT_EQ(completed({"5", ".", "1", "2"}), (Texts{"5", "6", "1", "2"}));
 }
 
 TEST(Sequence, RowsNameWhatTheSequenceLeavesOpen) {
-  const Made of = made(chainOf({{"1", "", "X"}, {"2", "", "UNK"}, {"3", "", "GLY"}}),
-                       {rowOf("1", "PRO"), rowOf("3", "TRP")});
-  EXPECT_EQ(lettersOf(of), "P?G");
+  EXPECT_EQ(
+      read(entry("_Entity.Polymer_type polypeptide(L)", {"1 X", "2 UNK", "3 GLY"}, "1 PRO CA 63 3 TRP CA 57"))
+          .sequence,
+      "P?G");
 }
 
 TEST(Sequence, ResidueNamesTellAPolypeptideFromANucleicAcid) {
-  EXPECT_EQ(zorvela::polymerByNames(chainOf({{"1", "", "ALA"}, {"2", "", "ZN"}}), {}), Polymer::polypeptide);
-  EXPECT_EQ(zorvela::polymerByNames(chainOf({{"1", "", "DA"}, {"2", "", "DC"}}), {}), Polymer::other);
-  EXPECT_EQ(zorvela::polymerByNames(chainOf({{"1", "", "A"}, {"2", "", "C"}, {"3", "", "G"}}), {}),
-            Polymer::other);  // could be either
-  EXPECT_EQ(zorvela::polymerByNames(chainOf({{"1", "", "A"}, {"2", "", "W"}}), {}), Polymer::polypeptide);
-  const FileShift row = rowOf("1", "PRO");
-  EXPECT_EQ(zorvela::polymerByNames({}, {&row}), Polymer::polypeptide);
-  EXPECT_EQ(zorvela::polymerByNames({}, {}), Polymer::other);
+  const auto isProtein = [](const Texts& residues) {
+    return messageOf([&] { read(entry("", residues, "1 . CA 52")); }) == "no error";
+  };
+  EXPECT_TRUE(isProtein({"1 ALA", "2 ZN"}));
+  EXPECT_FALSE(isProtein({"1 DA", "2 DC"}));
+  EXPECT_FALSE(isProtein({"1 A", "2 C", "3 G"}));  // could be either
+  EXPECT_TRUE(isProtein({"1 A", "2 W"}));
+  EXPECT_EQ(read(kRows + "1 PRO CA 63").sequence, "P");
+}
+
+TEST(Disulfides, BondsOfTheFileCountBeforeTheWordsForItsResiduesAndChain) {
+  const Protein protein = read(
+      entry("_Entity.Polymer_type polypeptide(L) _Entity.Thiol_state 'all free' loop_ _Entity_bond.Type "
+            "_Entity_bond.Comp_index_ID_1 _Entity_bond.Comp_index_ID_2 disulfide 1 3 disulfide 99 1 stop_",
+            {"11 CYM", "12 CYS", "13 PRO"}, "3 PRO CA 63"));
+  EXPECT_EQ(protein.sequence, "cCP");
+  EXPECT_EQ(protein.notes, (Texts{"cysteines in a disulfide bond according to the file; written as c: 11",
+                                  "disulfide bonds of residues that are not cysteines; ignored: 13"}));
+}
+
+TEST(Disulfides, TheResidueCountsBeforeTheChain) {
+  EXPECT_EQ(read(entry("_Entity.Polymer_type polypeptide(L) _Entity.Thiol_state 'all disulfide bound'",
+                       {"11 CYS", "12 CYM", "13 PRO"}, "3 PRO CA 63"))
+                .sequence,
+            "cCP");
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ def files():
 
 def run_of(path):
     with tempfile.TemporaryDirectory() as folder:
-        return reference.predict(["-in", str(path)], {"ZORVELA_DIR": str(program.SOURCE)}, folder)
+        return reference.Run(["-in", str(path)], {"ZORVELA_DIR": str(program.SOURCE)}, folder)
 
 
 def entropy(log_odds):

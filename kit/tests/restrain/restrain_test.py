@@ -11,12 +11,9 @@ from zorvela_tests.tables import full_residue
 
 sys.path.insert(0, str(program.SOURCE / "kit" / "tests" / "structure"))
 import made_structure as made  # noqa: E402
+from made_pair import CIS, SEQUENCE, TRANS  # noqa: E402
 
-#           1234567890123456789012345678901234567890
-SEQUENCE = "MLEGSKLAPKWDNHIGPKQFYVTEAPKLSTDHGVAPKMRL"
 OTHER = "GGSTKKLMNQKPGTVWYAAEDFHIKKLNQ"
-CIS = {"CB": 34.0, "CG": 24.0}    # far on the cis side of the made tables
-TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 OPEN = {"CB": 31.78}              # odds of 4.75, a quarter of the 19 for trans
 WITHOUT_CHAINS = ("cyana", "cyana-aco", "amber")
 
@@ -176,11 +173,10 @@ class Programs(Case):
         for name in READERS:
             self.assertIn(name, result.stderr)
         self.put("model.pdb", made.pdb([("A", made.backbone(SEQUENCE))]))
-        self.assertIn("--into needs", self.fails("cns", "one.csv", "--into", "one.csv"))
-        self.assertIn("--structure needs", self.fails("cns", "one.csv", "--structure", "model.pdb"))
-        for name in ("pdb", "mmcif"):
-            self.assertIn("add --structure", self.fails(name, "one.csv"))
-        self.assertIn("one.csv", self.fails("cns", "one.csv", "--output", "one.csv"))
+        for message, name, *options in (("--into needs", "cns", "--into", "one.csv"), ("add --structure", "pdb"),
+                                        ("--structure needs", "cns", "--structure", "model.pdb"),
+                                        ("add --structure", "mmcif"), ("one.csv", "cns", "--output", "one.csv")):
+            self.assertIn(message, self.fails(name, "one.csv", *options))
 
 
 class Atoms(Case):
@@ -210,10 +206,10 @@ class Atoms(Case):
 
     def test_amber_needs_the_atoms_once_and_whole(self):
         residues = made.backbone(SEQUENCE, {16: 0.0})
-        self.put("bare.pdb", made.pdb([("A", residues)]))
-        self.assertIn("has no hydrogens", self.fails("amber", "one.csv", "--structure", "bare.pdb"))
-        self.put("model.cif", made.mmcif([("A", residues)]))
-        self.assertIn("is not a PDB file", self.fails("amber", "one.csv", "--structure", "model.cif"))
+        for text, message in ((made.pdb([("A", residues)]), "has no hydrogens"),
+                              (made.mmcif([("A", residues)]), "is not a PDB file")):
+            self.put("model", text)
+            self.assertIn(message, self.fails("amber", "one.csv", "--structure", "model"))
         self.put("short.pdb", made.pdb([("A", with_hydrogens(residues[20:]))]))
         self.assertEqual(amber_atoms(self.text("amber", "one.csv", "--structure", "short.pdb")), [])
         self.assertIn("G116-P117, cis", self.stderr)
@@ -297,14 +293,11 @@ class FilesThatAreThere(Case):
         self.assertNotIn("P117, cis", self.stderr)
 
     def test_a_sequence_file_of_something_else(self):
-        self.put("in.seq", self.sequence_file(first=1))
-        self.assertIn("has no G116-P117", self.fails("cyana", "one.csv", "--into", "in.seq"))
-        self.put("in.seq", self.sequence_file({116: "TRP"}))
-        self.assertIn("has no G116-P117", self.fails("cyana", "one.csv", "--into", "in.seq"))
-        self.put("in.seq", self.sequence_file() + self.sequence_file())
-        self.assertIn("has A108-P109 twice", self.fails("cyana", "one.csv", "--into", "in.seq"))
-        self.put("in.seq", "ALA 1\n117 PRO 3\n")
-        self.assertIn("in.seq:2:", self.fails("cyana", "one.csv", "--into", "in.seq"))
+        for text, message in ((self.sequence_file(first=1), "has no G116-P117"),
+                              (self.sequence_file({116: "TRP"}), "has no G116-P117"),
+                              (self.sequence_file() * 2, "has A108-P109 twice"), ("ALA 1\n117 PRO 3\n", "in.seq:2:")):
+            self.put("in.seq", text)
+            self.assertIn(message, self.fails("cyana", "one.csv", "--into", "in.seq"))
 
     def test_a_new_sequence_file(self):
         residues = cyana_sequence(self.text("cyana", "one.csv"))

@@ -8,7 +8,6 @@ import math
 import made_pair
 import made_structure as made
 from made_pair import OTHER, chain
-from zorvela_tests import program
 
 SEQUENCE = made_pair.SEQUENCE
 PROLINES = [i + 1 for i, letter in enumerate(SEQUENCE) if letter == "P"]
@@ -183,6 +182,7 @@ def models(*parts, heads=None, tail="ENDMDL"):
 
 
 case("models", text(models(CIS, TRANS, CIS)), [[CIS], [TRANS], [CIS]])
+case("models, line ends of Windows", text(models(CIS, TRANS, CIS)).replace("\n", "\r\n"), [[CIS], [TRANS], [CIS]])
 case("no ENDMDL", text(models(CIS, TRANS, CIS, tail="")), [[CIS], [TRANS], [CIS]], "without ENDMDL")
 case("one ENDMDL missing", text(models(CIS, tail=""), models(TRANS, CIS, heads=["MODEL 2", "MODEL 3"])),
      [[CIS], [TRANS], [CIS]], "without ENDMDL")
@@ -205,31 +205,23 @@ for name, parts in (("mmCIF", [("A", CIS)]), ("mmCIF, two chains", [("A", CIS), 
 
 
 class HardModels(made_pair.Case):
-    def rows(self, name, content):
-        self.put(name, content)
-        result = program.run("shifts.tab", "--structure", name, "--format", "csv", cwd=self.folder)
-        self.assertEqual(result.returncode, 0, result.stderr)
-        self.stderr = result.stderr
-        return {int(row["resid"]): row for row in program.csv_rows(result.stdout)}
-
     def test_every_case(self):
         self.assertGreaterEqual(len(CASES), 60)
         for name, content, copies, notes in CASES:
             with self.subTest(name):
-                rows = self.rows("model.pdb", content)
-                found = {position: tuple(int(row["models_" + state]) for state in ("cis", "trans", "twisted"))
-                         for position, row in rows.items()}
+                found = {int(position): tuple(int(row["models_" + state]) for state in ("cis", "trans", "twisted"))
+                         for position, row in self.rows(content).items()}
                 self.assertEqual(found, states(copies), self.stderr)
                 for note in notes:
                     self.assertIn(note, self.stderr)
 
     def test_copies_are_named_apart(self):
         self.put("model.pdb", text(lines(CIS, " "), lines(renumbered(COPY, 41), " ")))
-        result = program.run("shifts.tab", "--structure", "model.pdb", "--format", "html", cwd=self.folder)
+        result = self.run_kit("shifts.tab", "--structure", "model.pdb", "--format", "html")
         for part in ("residues 1-40", "residues 41-80"):
             self.assertIn("chain without a name, " + part, result.stdout)
 
     def test_models_without_the_bond_are_counted_and_named(self):
         content = text(models(TRANS, broken(TRANS, 17), TRANS, broken(TRANS, 17)))
         self.assertIn("the structure is trans in 2 of 4 models (mean |omega| 180 degrees); no bond in 2 of 4 models (2, 4).",
-                      self.rows("model.pdb", content)[17]["structure_sentence"])
+                      self.rows(content)["17"]["structure_sentence"])

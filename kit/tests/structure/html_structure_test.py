@@ -26,11 +26,8 @@ def marks(picture):
 
 
 class Case(made_pair.Case):
-    def kit(self, *arguments, tables=program.MADE_TABLES):
-        return program.kit("run", "--tables", tables, *arguments, cwd=self.folder)
-
-    def page(self, *arguments, tables=program.MADE_TABLES):
-        result = self.kit("--format", "html", *arguments, tables=tables)
+    def page(self, *arguments):
+        result = self.run_kit("--format", "html", *arguments)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.stderr = result.stderr
         html_test.Page.assert_sound(self, result.stdout)
@@ -40,7 +37,7 @@ class Case(made_pair.Case):
         self.put("model.pdb", made.pdb([("A", residues)]))
         return self.page("shifts.tab", "--structure", "model.pdb")
 
-    def rows(self, text):
+    def table_rows(self, text):
         """Structure, |omega| and verdict by the name of the proline."""
         table = re.search(r"<table class=\"prolines\">.*?<tbody>(.*?)</table>", text, re.DOTALL).group(1)
         rows = [re.findall(r"<t[hd][^>]*>(.*?)</t[hd]>", row) for row in re.findall(r"<tr>(.*?)</tr>", table, re.DOTALL)]
@@ -81,7 +78,7 @@ class Marks(Case):
         residues = chain(cis=[17])
         text = self.page_with(residues[:25] + residues[26:])
         self.assertEqual([mark[0] for mark in marks(html_test.pictures(text)[0])[0]], ["agrees"] * 3)
-        self.assertEqual(self.rows(text)["P26"], ("–", "–", "not in the structure"))
+        self.assertEqual(self.table_rows(text)["P26"], ("–", "–", "not in the structure"))
         self.assertIn("<b>Not in the structure.</b> No coordinates.", html_test.card(text, "P26"))
 
     def test_none_without_structures(self):
@@ -95,7 +92,7 @@ class Words(Case):
     def test_disagreement(self):
         text = self.page_with(chain())
         self.assertIn("1 of 4 prolines is cis: P17. The structure disagrees: P17. It agrees: P9, P26, P36.", text)
-        self.assertEqual(self.rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "<b>disagree</b>"),
+        self.assertEqual(self.table_rows(text), {"P9": ("trans", "180°", "agree"), "P17": ("trans", "180°", "<b>disagree</b>"),
                                            "P26": ("trans", "180°", "agree"), "P36": ("trans", "180°", "agree")})
         self.assertRegex(html_test.card(text, "P17"),
                          r"<b>Disagree.</b> The shifts predict cis \(P_CIS_NORM \S+, CB - CG 10.0 ppm as in "
@@ -105,12 +102,12 @@ class Words(Case):
 
     def test_ca_trace(self):
         text = self.page_with(made.trace(chain(cis=[17])))
-        self.assertEqual(self.rows(text)["P17"], ("cis", "CA–CA 2.9 Å", "agree"))
+        self.assertEqual(self.table_rows(text)["P17"], ("cis", "CA–CA 2.9 Å", "agree"))
 
     def test_mixed_models(self):
         self.put("model.cif", made.mmcif([("A", chain(cis=[17]))], [("A", chain())]))
         text = self.page("shifts.tab", "--structure", "model.cif")
-        self.assertEqual(self.rows(text)["P17"], ("mixed", "1 trans, 1 cis", "mixed models"))
+        self.assertEqual(self.table_rows(text)["P17"], ("mixed", "1 trans, 1 cis", "mixed models"))
         self.assertIn("Models contradict each other: P17.", text)
         self.assertIn("<b>Mixed models.</b> The structure is cis in 1, trans in 1 of 2 models.",
                       html_test.card(text, "P17"))
@@ -118,7 +115,7 @@ class Words(Case):
     def test_another_protein(self):
         text = self.page_with(chain(sequence=OTHER))
         self.assertIn("No call could be compared with a structure.", text)
-        self.assertEqual({row[2] for row in self.rows(text).values()}, {"not in the structure"})
+        self.assertEqual({row[2] for row in self.table_rows(text).values()}, {"not in the structure"})
         for note in ("no chain of the structures matches this protein", "model.pdb, chain A (28 residues) has no shifts"):
             self.assertIn(note, self.stderr)
             self.assertIn("<li>%s</li>" % note, text)

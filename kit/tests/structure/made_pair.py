@@ -30,3 +30,14 @@ class Case(folder.InFolder):
     def setUp(self):
         super().setUp()
         self.put("shifts.tab", shifts(cis=[17]))
+
+    def run_kit(self, *arguments):
+        return program.run(*arguments, cwd=self.folder)
+
+    def rows(self, content, name="model.pdb"):
+        """The rows of the CSV by residue number; what is said beside them is `stderr`."""
+        self.put(name, content)
+        result = self.run_kit("shifts.tab", "--structure", name, "--format", "csv")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.stderr = result.stderr
+        return {row["resid"]: row for row in program.csv_rows(result.stdout)}

@@ -62,7 +62,7 @@ def backbone(sequence, omegas=None, first=1):
 
 def moved(residues, by):
     """The same further along x."""
-    return [Residue(r.name, r.number, [(n, (p[0] + by, p[1], p[2]), a, o) for n, p, a, o in r.atoms], r.code, r.het)
+    return [Residue(r.name, r.number, [(n, (x + by, y, z), a, o) for n, (x, y, z), a, o in r.atoms], r.code, r.het)
             for r in residues]
 
 
@@ -99,9 +99,8 @@ def mmcif(*models):
     """mmCIF text of the same."""
     lines = ["data_MADE", "loop_"]
     lines += ["_atom_site." + tag for tag in (
-        "group_PDB", "id", "type_symbol", "label_atom_id", "label_alt_id", "label_comp_id", "label_asym_id",
-        "label_seq_id", "pdbx_PDB_ins_code", "Cartn_x", "Cartn_y", "Cartn_z", "occupancy", "B_iso_or_equiv",
-        "auth_seq_id", "auth_asym_id", "pdbx_PDB_model_num")]
+        "group_PDB id type_symbol label_atom_id label_alt_id label_comp_id label_asym_id label_seq_id pdbx_PDB_ins_code "
+        "Cartn_x Cartn_y Cartn_z occupancy B_iso_or_equiv auth_seq_id auth_asym_id pdbx_PDB_model_num").split()]
     serial = 0
     for number, model in enumerate(models, 1):
         for chain, residues in model:

@@ -15,24 +15,13 @@ ENSEMBLE = program.SOURCE / "kit" / "tests" / "files" / "ubiquitin_ensemble.cif.
 
 
 class Case(made_pair.Case):
-    def compare(self, *arguments):
-        return program.run(*arguments, cwd=self.folder)
-
-    def rows(self, text, name="model.pdb", shift_file="shifts.tab"):
-        """The rows of the CSV by residue number."""
-        self.put(name, text)
-        result = self.compare(shift_file, "--structure", name, "--format", "csv")
-        self.assertEqual(result.returncode, 0, result.stderr)
-        self.stderr = result.stderr
-        return {row["resid"]: row for row in program.csv_rows(result.stdout)}
-
     def verdicts(self, *arguments, **options):
         return {resid: row["verdict"] for resid, row in self.rows(*arguments, **options).items()}
 
     def fails(self, content, name="model.pdb"):
         """The one line that a structure file is refused with."""
         self.put(name, content)
-        result = self.compare("shifts.tab", "--structure", name)
+        result = self.run_kit("shifts.tab", "--structure", name)
         self.assertEqual(result.returncode, 1)
         self.assertEqual(result.stdout, "")
         lines = result.stderr.splitlines()
@@ -49,17 +38,13 @@ class Verdicts(Case):
                          "of 1 model (|omega| 180 degrees)." % float(rows["17"]["p_cis_norm"]))
 
     def test_exit_status(self):
-        self.put("model.pdb", made.pdb([("A", chain())]))
-        self.assertEqual(self.compare("shifts.tab", "--structure", "model.pdb").returncode, 0)
-        result = self.compare("shifts.tab", "--structure", "model.pdb", "--fail-on-disagreement")
-        self.assertEqual(result.returncode, 1)
-        self.assertIn("1 proline disagrees with the structures", result.stderr)
-        self.put("other.pdb", made.pdb([("A", chain(sequence=OTHER))]))
-        result = self.compare("shifts.tab", "--structure", "other.pdb", "--fail-on-disagreement")
-        self.assertEqual(result.returncode, 1)
-        self.assertIn("no call could be compared with the structures", result.stderr)
-        self.put("right.pdb", made.pdb([("A", chain(cis=[17]))]))
-        self.assertEqual(self.compare("shifts.tab", "--structure", "right.pdb", "--fail-on-disagreement").returncode, 0)
+        for residues, status, message in ((chain(cis=[17]), 0, ""), (chain(), 1, "1 proline disagrees with the structures"),
+                                          (chain(sequence=OTHER), 1, "no call could be compared with the structures")):
+            self.put("model.pdb", made.pdb([("A", residues)]))
+            self.assertEqual(self.run_kit("shifts.tab", "--structure", "model.pdb").returncode, 0)
+            result = self.run_kit("shifts.tab", "--structure", "model.pdb", "--fail-on-disagreement")
+            self.assertEqual(result.returncode, status)
+            self.assertIn(message, result.stderr)
 
     def test_bounds_of_omega(self):
         rows = self.rows(made.pdb([("A", chain(omegas={9: 29, 17: -31, 26: -149, 36: 151}))]))
@@ -100,34 +85,31 @@ class Verdicts(Case):
         # CG between the means says nothing; CB gives odds of 4.75 for cis, a quarter of the 19 for trans.
         self.put("shifts.tab", shifts().replace("  26 P   CB   30.000", "  26 P   CB   31.780")
                  .replace("  26 P   CG   27.000", "  26 P   CG   25.500"))
-        rows = self.rows(made.pdb([("A", chain())]))
-        self.assertAlmostEqual(float(rows["26"]["p_cis_norm"]), 0.2, delta=0.01)
-        self.assertEqual(rows["26"]["verdict"], "undecided by shifts")
+        row = self.rows(made.pdb([("A", chain())]))["26"]
+        self.assertAlmostEqual(float(row["p_cis_norm"]), 0.2, delta=0.01)
+        self.assertEqual(row["verdict"], "undecided by shifts")
 
 
 class Chains(Case):
     def test_homodimer(self):
-        both = made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(cis=[17]), 80))])
-        rows = self.rows(both)
-        self.assertEqual((rows["17"]["structure_chain"], rows["17"]["models_cis"]), ("A;B", "2"))
-        self.assertEqual(rows["17"]["verdict"], "agree")
-        rows = self.rows(made.pdb([("A", chain(cis=[17])), ("B", made.moved(chain(), 80))]))
-        self.assertEqual(rows["17"]["verdict"], "mixed models")
+        for second, models, verdict in ((chain(cis=[17]), "2", "agree"), (chain(), "1", "mixed models")):
+            row = self.rows(made.pdb([("A", chain(cis=[17])), ("B", made.moved(second, 80))]))["17"]
+            self.assertEqual((row["structure_chain"], row["models_cis"], row["verdict"]), ("A;B", models, verdict))
 
     def test_chains_without_shifts_and_the_reverse(self):
         self.put("other.tab", shifts(sequence="GGSTKKLMNAPKQRSTVWYAAEDFHIKKLNQ"))
         self.put("model.pdb", made.pdb([("A", chain(cis=[17])), ("C", made.moved(chain(sequence=OTHER), 80))]))
-        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        result = self.run_kit("shifts.tab", "--structure", "model.pdb")
         self.assertIn("note: model.pdb, chain C (28 residues) has no shifts", result.stderr)
         self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
-        result = self.compare("other.tab", "--structure", "model.pdb", "--format", "csv")
+        result = self.run_kit("other.tab", "--structure", "model.pdb", "--format", "csv")
         self.assertIn("note: other.tab: no chain of the structures matches this protein\n", result.stderr)
         self.assertIn("not in the structure", result.stdout)
 
     def test_of_many_chains_without_shifts_some_are_named(self):
         """A virus shell has hundreds; JSON has all of them."""
         self.put("model.cif", made.mmcif([(f"C{i}", made.moved(chain(sequence=OTHER), 80 * i)) for i in range(60)]))
-        result = self.compare("shifts.tab", "--structure", "model.cif", "--format", "json")
+        result = self.run_kit("shifts.tab", "--structure", "model.cif", "--format", "json")
         self.assertEqual(len(json.loads(result.stdout)["chains_without_shifts"]), 60)
         self.assertIn("note: model.cif, chain C49 (28 residues) has no shifts\n", result.stderr)
         self.assertIn("note: and 10 more chains without shifts\n", result.stderr)
@@ -139,10 +121,10 @@ class Chains(Case):
         self.put("b.pdb", made.pdb([("A", chain())]))
         os.symlink("a.pdb", os.path.join(self.folder, "link.pdb"))
         for second in ("a.pdb", "./a.pdb", path, "link.pdb"):
-            result = self.compare("shifts.tab", "--structure", "a.pdb", "b.pdb", second)
+            result = self.run_kit("shifts.tab", "--structure", "a.pdb", "b.pdb", second)
             self.assertEqual((result.returncode, result.stdout, result.stderr),
                              (1, "", "zorvela-kit: %s: is given twice; name each structure once\n" % second))
-        result = self.compare("shifts.tab", "--structure", "none.pdb", "none.pdb", "b.pdb")
+        result = self.run_kit("shifts.tab", "--structure", "none.pdb", "none.pdb", "b.pdb")
         self.assertIn("none.pdb: cannot be read: No such file or directory", result.stderr)
 
     def test_mutations_and_missing_residues_are_noted(self):
@@ -168,9 +150,9 @@ class Chains(Case):
     def test_insertion_codes(self):
         residues = chain(cis=[17])
         residues[16].number, residues[16].code = 16, "A"
-        for text in (made.pdb([("A", residues)]), made.mmcif([("A", residues)])):
-            rows = self.rows(text)
-            self.assertEqual((rows["17"]["structure_resid"], rows["17"]["verdict"]), ("16A", "agree"))
+        for write in (made.pdb, made.mmcif):
+            row = self.rows(write([("A", residues)]))["17"]
+            self.assertEqual((row["structure_resid"], row["verdict"]), ("16A", "agree"))
 
     def test_modified_residues_are_their_parents(self):
         residues = chain(cis=[17])[:36]
@@ -186,12 +168,12 @@ class Chains(Case):
         self.put("model.pdb", made.pdb([("A", chain(cis=[17]))]))
         self.put("shifts.csv", "resid,resname,atom,shift\n16,LYS,CA,55.2\n17,PRO,CA,63.1\n18,GLN,CA,56.0\n")
         for name in ("shifts.tab", "shifts.csv"):
-            result = self.compare("--structure", "model.pdb", name, "shifts.tab")
+            result = self.run_kit("--structure", "model.pdb", name, "shifts.tab")
             self.assertEqual(result.returncode, 1)
             self.assertIn("zorvela-kit: %s: has shifts, not a structure; name shift files before --structure, or "
                           "after --\n" % name, result.stderr)
         for arguments in (("shifts.tab", "--structure", "model.pdb"), ("--structure", "model.pdb", "--", "shifts.tab")):
-            self.assertEqual(self.compare(*arguments).returncode, 0, arguments)
+            self.assertEqual(self.run_kit(*arguments).returncode, 0, arguments)
 
     def test_a_free_proline_is_no_residue_of_the_chain(self):
         loose = made.moved(chain()[8:9], 200)
@@ -214,9 +196,8 @@ class Chains(Case):
                 self.assertEqual([rows[r]["structure"] for r in ("26", "36")], ["trans", "trans"])
 
     def test_ca_trace(self):
-        for text in (made.pdb([("A", made.trace(chain(cis=[17], omegas={26: 80})))]),
-                     made.mmcif([("A", made.trace(chain(cis=[17], omegas={26: 80})))])):
-            rows = self.rows(text)
+        for write in (made.pdb, made.mmcif):
+            rows = self.rows(write([("A", made.trace(chain(cis=[17], omegas={26: 80})))]))
             self.assertEqual([row["structure"] for row in rows.values()], ["trans", "cis", "twisted", "trans"])
             self.assertEqual([row["omega"] for row in rows.values()], [""] * 4)
             self.assertAlmostEqual(float(rows["17"]["ca_distance"]), 2.91, delta=0.02)
@@ -266,15 +247,11 @@ class Chains(Case):
                 self.assertIn("atoms given twice; the first is used: residue PRO 17 of chain A\n",
                               self.stderr)
 
-    def test_windows_line_ends(self):
-        text = made.pdb([("A", chain(cis=[17]))]).replace("\n", "\r\n")
-        self.assertEqual(set(self.verdicts(text).values()), {"agree"})
-
 
 class Output(Case):
     def test_table(self):
         self.put("model.pdb", made.pdb([("B", chain(first=1001))]))
-        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        result = self.run_kit("shifts.tab", "--structure", "model.pdb")
         lines = result.stdout.splitlines()
         self.assertEqual(lines[0].split()[-6:], ["Call", "Structure", "Models", "|omega|", "Residue", "Verdict"])
         self.assertEqual(lines[1].split()[-8:], ["trans", "trans", "1", "trans", "180", "B", "PRO1009", "agree"])
@@ -288,7 +265,7 @@ class Output(Case):
     def test_each_structure_has_its_line(self):
         self.put("a.pdb", made.pdb([("A", chain(cis=[17]))]))
         self.put("b.pdb", made.pdb([("B", chain(cis=[17]))], [("B", chain())]))
-        lines = self.compare("shifts.tab", "--structure", "a.pdb", "b.pdb").stdout.splitlines()
+        lines = self.run_kit("shifts.tab", "--structure", "a.pdb", "b.pdb").stdout.splitlines()
         at = next(i for i, line in enumerate(lines) if " P17 " in line)
         self.assertIn("mixed      1 trans, 2 cis  -  ", lines[at])
         self.assertEqual([line.split() for line in lines[at + 1:at + 3]],
@@ -298,7 +275,7 @@ class Output(Case):
     def test_json_follows_the_schema(self):
         self.put("model.pdb", made.pdb([("A", chain(cis=[9])), ("B", made.moved(chain(sequence=OTHER), 80))]))
         self.put("trace.pdb", made.pdb([("A", made.trace(chain()))]))
-        result = self.compare("shifts.tab", "none.tab", "--structure", "model.pdb", "trace.pdb", "--format", "json")
+        result = self.run_kit("shifts.tab", "none.tab", "--structure", "model.pdb", "trace.pdb", "--format", "json")
         self.assertEqual(result.returncode, 1)
         document = json.loads(result.stdout)
         schema = json.loads(program.SCHEMA.read_text(encoding="utf-8"))
@@ -310,13 +287,13 @@ class Output(Case):
 
 class BadInput(Case):
     def test_no_structure(self):
-        for content in ("hello\n", "HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n", "Atoms of a molecule\n"):
-            self.assertIn("is neither an mmCIF file nor a PDB file with atoms", self.fails(content))
-        self.assertIn("is empty", self.fails(""))
-        self.assertIn("zip archive", self.fails(b"PK\x03\x04abc"))
-        self.assertIn("has no atoms", self.fails("data_x\n_cell.length_a 1\n"))
-        water = "HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n"
-        self.assertIn("no protein", self.fails(water))
+        neither = "is neither an mmCIF file nor a PDB file with atoms"
+        for content, message in (
+                ("hello\n", neither), ("HEADER    HYDROLASE\nMODEL        1\nENDMDL\nEND\n", neither),
+                ("Atoms of a molecule\n", neither), ("", "is empty"), (b"PK\x03\x04abc", "zip archive"),
+                ("data_x\n_cell.length_a 1\n", "has no atoms"),
+                ("HETATM    1  O   HOH A   1       0.000   0.000   0.000  1.00  0.00           O\nEND\n", "no protein")):
+            self.assertIn(message, self.fails(content))
         for name in ("nuclease.tab", "nuclease.str"):
             self.assertEqual(self.fails((program.SOURCE / "examples" / name).read_bytes()),
                              "model.pdb: has shifts, not a structure; name shift files before --structure, or after --")
@@ -373,7 +350,7 @@ class BadInput(Case):
     def test_too_large(self):
         path = self.put("model.pdb", "")
         os.truncate(path, 300 * 2**20)
-        result = self.compare("shifts.tab", "--structure", "model.pdb")
+        result = self.run_kit("shifts.tab", "--structure", "model.pdb")
         self.assertEqual(result.returncode, 1)
         self.assertIn("is larger than 256 MiB", result.stderr)
         self.assertNotIn("shifts only", result.stderr)
@@ -381,7 +358,7 @@ class BadInput(Case):
     def test_a_bad_structure_leaves_no_output(self):
         self.put("good.pdb", made.pdb([("A", chain())]))
         self.put("bad.pdb", "hello\n")
-        result = self.compare("--output", "out.tab", "shifts.tab", "--structure", "good.pdb", "bad.pdb")
+        result = self.run_kit("--output", "out.tab", "shifts.tab", "--structure", "good.pdb", "bad.pdb")
         self.assertEqual((result.returncode, os.path.exists(self.path("out.tab"))), (1, False))
 
 

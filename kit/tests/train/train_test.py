@@ -29,13 +29,14 @@ class Train(folder.InFolder):
     def setUp(self):
         super().setUp()
         self.data = made_data.Data(self.folder)
-
-    def add_classes(self):
-        for i, (shift, cg) in enumerate(zip(CIS, CIS_CG)):
-            self.data.add(f"c{i}", made_data.sequence(i), "cis", shift, cg)
-        for i, (shift, cg) in enumerate(zip(TRANS, TRANS_CG)):
-            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", shift, cg)
+        self.add("cis", CIS, CIS_CG)
+        self.add("trans", TRANS, TRANS_CG)
         self.data.write_labels()
+
+    def add(self, label, shifts, cgs=()):
+        for i, shift in enumerate(shifts):
+            self.data.add(label[0] + str(i), made_data.sequence(i + 50 * (label == "trans")), label, shift,
+                          cgs[i] if cgs else None)
 
     def train(self, *options, output="tab"):
         result = run(self.data.train(output, *options))
@@ -44,18 +45,23 @@ class Train(folder.InFolder):
         self.assertEqual(0, result.returncode)
         return self.data.path(output)
 
-    def shifts(self, *options):
-        folder = self.train(*options)
-        return rows_of(os.path.join(folder, "Pro.cs.tab"))
+    def rows(self, name, *options):
+        """The rows of a table by their first cell."""
+        rows = rows_of(os.path.join(self.train(*options), name))
+        return {next(iter(row.values())): row for row in rows}
 
     # --- What is found ---
 
     def test_finds_means_and_deviations(self):
-        self.add_classes()
-        rows = self.shifts(*PLAIN)
-        self.assertEqual([str(i) for i in range(19)], [row["index"] for row in rows])
-        for row in rows:
-            index = int(row["index"])
+        # Neither a label without structure nor a proline with too few shifts counts.
+        self.data.add("unlabelled", made_data.sequence(80), "", 9.0, 20.0)
+        self.data.add("poor", made_data.sequence(81), "cis", 9.0, 20.0)
+        rows = [(4, "CA", 95.0), (5, "CA", 95.0)] + [(6, a, 9.0) for a in made_data.ATOMS]
+        self.data.put("entries/poor.tab", shift_table(made_data.sequence(81), rows))
+        self.data.write_labels()
+        rows = self.rows("Pro.cs.tab", *PLAIN)
+        self.assertEqual([str(i) for i in range(19)], list(rows))
+        for index, row in enumerate(rows.values()):
             cis, trans = (CIS_CG, TRANS_CG) if index == 18 else (CIS, TRANS)
             if index in (6, 11):
                 expected = ["0.000", "0.000", "1.000", "1.000", "0", "0"]
@@ -65,41 +71,18 @@ class Train(folder.InFolder):
             columns = ["avg_cis", "avg_trans", "std_cis", "std_trans", "n_cis", "n_trans"]
             self.assertEqual(expected, [row[c] for c in columns], f"index {index}")
 
-    def test_labels_without_structure_do_not_count(self):
-        self.add_classes()
-        self.data.labels.append("t0,5,,,x\n")
-        self.data.labels = [line for line in self.data.labels if not line.startswith("t0,5,trans")]
-        self.data.write_labels()
-        rows = self.shifts(*PLAIN)
-        self.assertEqual([three(statistics.mean(TRANS[1:])), "5"], [rows[0]["avg_trans"], rows[0]["n_trans"]])
-
     def test_a_shift_that_one_class_lacks_says_nothing(self):
-        for i, shift in enumerate(CIS):
-            self.data.add(f"c{i}", made_data.sequence(i), "cis", shift)  # no CG
-        for i, (shift, cg) in enumerate(zip(TRANS, TRANS_CG)):
-            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", shift, cg)
-        self.data.write_labels()
-        row = self.shifts(*PLAIN)[18]
+        self.add("cis", CIS)  # without CG, instead of those with it
+        row = self.rows("Pro.cs.tab", *PLAIN)["18"]
         mean, deviation = three(statistics.mean(TRANS_CG)), three(statistics.stdev(TRANS_CG))
         self.assertEqual([mean, mean, deviation, deviation, "0", "6"],
                          [row["avg_cis"], row["avg_trans"], row["std_cis"], row["std_trans"], row["n_cis"],
                           row["n_trans"]])
 
-    def test_a_proline_with_too_few_shifts_does_not_count(self):
-        self.add_classes()
-        letters = made_data.sequence(80)
-        rows = [(4, "CA", 95.0), (5, "CA", 95.0)] + [(6, a, 9.0) for a in made_data.ATOMS]
-        self.data.put("entries/poor.tab", shift_table(letters, rows))
-        self.data.labels.append("poor,5,cis,,poor\n")
-        self.data.write_labels()
-        self.assertEqual("4", self.shifts(*PLAIN)[9]["n_cis"])
-
     # --- The other tables ---
 
     def test_limits_are_percentiles(self):
-        self.add_classes()
-        folder = self.train("--limit-percent", "10")
-        rows = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}
+        rows = self.rows("sslimit.tab", "--limit-percent", "10")
         self.assertEqual(list(made_data.TYPES) + ["c", "p"], list(rows))
         # Each protein gives N two values, both in alanine: 20 in all, fewer than a type needs, so all
         # types have the limits of all: percentile 10 lies at place 1.9 of the sorted values, 90 at 17.1.
@@ -112,21 +95,18 @@ class Train(folder.InFolder):
         self.assertEqual(rows["P"]["CB_MAX"], rows["p"]["CB_MAX"])
 
     def test_limits_of_a_type_with_enough_shifts_are_its_own(self):
-        letters = "GDEAPAGGGG"
-        shifts = [i / 10 for i in range(30)]
-        for i, shift in enumerate(shifts):  # alanine: 60 values an atom, proline 30
-            self.data.add(f"e{i}", letters, "cis" if i % 2 else "trans", shift, own=0.05 + shift)
+        self.data.labels.clear()
+        for i in range(30):  # alanine: 60 values an atom, proline 30
+            shift = i / 10
+            self.data.add(f"e{i}", "GDEAPAGGGG", "cis" if i % 2 else "trans", shift, own=0.05 + shift)
         self.data.write_labels()
-        folder = self.train("--limit-percent", "0")
-        rows = {row["RESNAME"]: row for row in rows_of(os.path.join(folder, "sslimit.tab"))}
+        rows = self.rows("sslimit.tab", "--limit-percent", "0")
         self.assertEqual(["0.000", "2.900"], [rows["A"]["CB_MIN"], rows["A"]["CB_MAX"]])
         self.assertEqual(["0.000", "2.950"], [rows["P"]["CB_MIN"], rows["P"]["CB_MAX"]])
 
     def test_shares_add_up_to_one(self):
-        self.add_classes()
-        rows = rows_of(os.path.join(self.train(), "Pro.seq.tab"))
-        by_name = {row["resname"]: row for row in rows}
-        self.assertEqual(list(made_data.TYPES) + ["c", "p"] + list("BJOUX?"), [r["resname"] for r in rows])
+        by_name = self.rows("Pro.seq.tab")
+        self.assertEqual(list(made_data.TYPES) + ["c", "p"] + list("BJOUX?"), list(by_name))
         # Counts of cis_prev are 0 to 19, one added to each: 210 in all.
         for i, name in enumerate(made_data.TYPES):
             self.assertEqual("%.6f" % ((i + 1) / 210), by_name[name]["cis_prev"])
@@ -144,16 +124,12 @@ class Train(folder.InFolder):
         for i, name in enumerate(made_data.TYPES):
             cb = "" if name == "G" else "30.5"
             lines.append(f"{name},{100 + i}.25,4.125,175,55,{cb},{0 if name == 'P' else 8}")
-        self.add_classes()
         self.data.put("coil.csv", "\n".join(lines) + "\n")
         effects = ["neighbour,atom,nbr_at_i-1,nbr_at_i+1"]
         effects += [f"{t},{a},{i + 0.5},{-i - 0.25}" for i, t in enumerate(made_data.TYPES)
                     for a in made_data.ATOMS]
         self.data.put("effects.csv", "\n".join(effects) + "\n")
-        folder = self.train()
-        coil, previous, after, adjustments = (
-            {r["RESNAME"]: r for r in rows_of(os.path.join(folder, name))}
-            for name in ("randcoil.tab", "rcprev.tab", "rcnext.tab", "rcadj.tab"))
+        coil, previous, after, adjustments = map(self.rows, ("randcoil.tab", "rcprev.tab", "rcnext.tab", "rcadj.tab"))
         names = list(made_data.TYPES) + ["c", "p"]
         for rows in (coil, previous, after, adjustments):
             self.assertEqual(names, list(rows))
@@ -177,21 +153,17 @@ class Train(folder.InFolder):
         self.assertFalse(os.path.exists(self.data.path("tab")))
 
     def test_no_cis_at_all(self):
-        for i, shift in enumerate(TRANS):
-            self.data.add(f"t{i}", made_data.sequence(i), "trans", shift)
+        self.data.labels = self.data.labels[len(CIS):]
         self.data.write_labels()
         self.fails(self.data.path("labels.csv") + ": no cis proline with enough shifts is labelled by structure; "
                    "add entries with cis prolines")
 
     def test_entry_without_a_file(self):
-        self.add_classes()
         os.remove(self.data.path("entries/t1.tab"))
         self.fails(self.data.path("labels.csv") + ":7: there is no shift table " +
                    self.data.path("entries") + "/t1.tab for entry t1; add the file or remove the lines of the entry")
 
     def test_malformed_labels(self):
-        self.add_classes()
-        good = self.data.labels[3]
         remedy = "; correct or remove the line"
         for line, cause in (
                 ("c3,5,cis,,c3,more\n", "6 fields where the header has 5" + remedy),
@@ -212,10 +184,8 @@ class Train(folder.InFolder):
             self.data.labels[3] = line
             self.data.write_labels()
             self.fails(self.data.path("labels.csv") + ":5: " + cause)
-        self.data.labels[3] = good
 
     def test_labels_that_are_not_there(self):
-        self.add_classes()
         for text, cause in (("", ": is empty; give a CSV file with a header line"),
                             (made_data.LABELS, ": has no prolines; give a file with a line for each proline"),
                             ("entry,resid,label_structure\nc1,5,cis\n",
@@ -227,13 +197,11 @@ class Train(folder.InFolder):
                    "and the permissions")
 
     def test_entry_that_is_no_table(self):
-        self.add_classes()
         self.data.put("entries/t1.tab", "VARS A B\nFORMAT %x %s\n")
         self.fails(self.data.path("entries") + "/t1.tab:2: Bad format syntax '%x '; write VARS RESID RESNAME ATOMNAME "
                    "SHIFT and FORMAT %4d %1s %4s  %8.3f above the rows")
 
     def test_bad_published_data(self):
-        self.add_classes()
         atoms = ",".join(made_data.ATOMS)
         good = {name: open(self.data.path(name), encoding="utf-8").read()
                 for name in ("coil.csv", "effects.csv", "counts.csv")}
@@ -263,24 +231,22 @@ class Train(folder.InFolder):
             self.data.put(name, good[name])
 
     def test_no_counts(self):
-        self.add_classes()
         self.data.put("counts.csv", "resname,cis_prev,cis_next,trans_prev,trans_next\n" +
                       "".join(f"{t},1,0,1,1\n" for t in made_data.TYPES))
         self.fails(self.data.path("counts.csv") + ": cis_next holds no counts; give the counts", "--pseudocount",
                    "0")
 
     def test_a_class_without_spread_still_has_a_deviation(self):
-        for i in range(3):
-            self.data.add(f"c{i}", made_data.sequence(i), "cis", 1.0, 25.0)
-            self.data.add(f"t{i}", made_data.sequence(50 + i), "trans", 0.001 * i, 27.0)
+        self.data.labels.clear()
+        self.add("cis", [1.0] * 3, [25.0] * 3)
+        self.add("trans", [0.0, 0.001, 0.002], [27.0] * 3)
         self.data.write_labels()
-        rows = self.shifts(*PLAIN)
+        rows = self.rows("Pro.cs.tab", *PLAIN)
         # Cis takes the deviation of trans where it has none; the table holds 0.001 at least.
-        self.assertEqual(["0.001", "0.001"], [rows[0]["std_cis"], rows[0]["std_trans"]])
-        self.assertEqual(["1.000", "1.000"], [rows[18]["std_cis"], rows[18]["std_trans"]])  # neither has one
+        self.assertEqual(["0.001", "0.001"], [rows["0"]["std_cis"], rows["0"]["std_trans"]])
+        self.assertEqual(["1.000", "1.000"], [rows["18"]["std_cis"], rows["18"]["std_trans"]])  # neither has one
 
     def test_folder_that_cannot_be_made(self):
-        self.add_classes()
         result = run(self.data.train("labels.csv"))
         self.assertEqual(1, result.returncode)
         self.assertTrue(result.stderr.startswith("zorvela-kit: " + self.data.path("labels.csv") + ": cannot be made"),

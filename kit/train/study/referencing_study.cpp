@@ -22,32 +22,28 @@ void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-void addTo(EntryShifts& chain, Atom atom, double ppm) {
-  for (BackboneValues& residue : chain.secondary) add(residue[indexOf(atom)], ppm, kMissingSecondaryShift);
-}
-
-/// Observed shifts, which only CB - CG and CG itself are made of.
-void addToObserved(EntryShifts& chain, Atom atom, double ppm) {
-  for (Residue& residue : chain.residues) add(residue.shift(atom), ppm, kMissingBound);
+/// Adds ppm, by residue type, to the shifts of an atom: to the secondary ones, and to the observed ones of CB
+/// and CG, of which alone CB - CG and CG itself are made.
+void addTo(EntryShifts& chain, Atom atom, const std::function<double(char type)>& ppm) {
+  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
+    Residue& residue = chain.residues[i];
+    const double added = ppm(residue.type);
+    if (atom != Atom::CG) add(chain.secondary[i][indexOf(atom)], added, kMissingSecondaryShift);
+    if (atom == Atom::CB || atom == Atom::CG) add(residue.shift(atom), added, kMissingBound);
+  }
 }
 
 }  // namespace
 
 void addOffsets(EntryShifts& chain, double carbon, double proton) {
-  for (const Atom atom : {Atom::C, Atom::CA, Atom::CB}) addTo(chain, atom, carbon);
-  for (const Atom atom : {Atom::CB, Atom::CG}) addToObserved(chain, atom, carbon);
-  addTo(chain, Atom::HA, proton);
+  for (const Atom atom : {Atom::C, Atom::CA, Atom::CB, Atom::CG})
+    addTo(chain, atom, [=](char) { return carbon; });
+  addTo(chain, Atom::HA, [=](char) { return proton; });
 }
 
 void addIsotopeShifts(EntryShifts& chain, double share) {
-  for (std::size_t i = 0; i < chain.residues.size(); ++i) {
-    Residue& residue = chain.residues[i];
-    for (const Atom atom : {Atom::CA, Atom::CB})
-      add(chain.secondary[i][indexOf(atom)], share * isotopeShift(residue.type, atom),
-          kMissingSecondaryShift);
-    for (const Atom atom : {Atom::CB, Atom::CG})
-      add(residue.shift(atom), share * isotopeShift(residue.type, atom), kMissingBound);
-  }
+  for (const Atom atom : {Atom::CA, Atom::CB, Atom::CG})
+    addTo(chain, atom, [=](char type) { return share * isotopeShift(type, atom); });
 }
 
 void removeAlphaProtons(EntryShifts& chain) {
@@ -59,11 +55,8 @@ void removeAlphaProtons(EntryShifts& chain) {
 
 bool rereference(EntryShifts& chain) {
   const Offsets offsets = correctionsOf(estimateOffsets(chain.secondary));
-  for (const auto& [name, ppm] : offsets) {
-    const Atom atom = atomNamed(name).value();
-    if (atom != Atom::CG) addTo(chain, atom, -ppm);
-    if (atom == Atom::CG || atom == Atom::CB) addToObserved(chain, atom, -ppm);
-  }
+  for (const auto& offset : offsets)
+    addTo(chain, atomNamed(offset.first).value(), [&offset](char) { return -offset.second; });
   return !offsets.empty();
 }
 
@@ -198,7 +191,7 @@ FoundOffsets byRelations(const EntryShifts& chain, const std::vector<ShiftRelati
 /// For each cluster, the relations that are fitted to the clusters of the other half.
 std::vector<std::vector<ShiftRelation>> relationsOfOtherHalf(const LabelledProlines& data) {
   std::vector<std::size_t> half;
-  Draw draw(kHalfSeed);
+  Draw draw{kHalfSeed};
   for (std::size_t i = 0; i < data.clusters.size(); ++i) half.push_back(draw.below(2));
   std::array<std::vector<const EntryShifts*>, 2> others;
   for (const EntryShifts& entry : data.entries) others[1 - half[entry.cluster]].push_back(&entry);

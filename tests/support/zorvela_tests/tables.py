@@ -1,4 +1,5 @@
-"""Shift tables made for tests, and the rows of tables that a program wrote."""
+"""Shift tables made for tests, and what tables hold, read apart from the programs."""
+import re
 
 
 def shift_table(sequence, rows, remark="made for a test"):
@@ -25,6 +26,13 @@ def full_table(sequence, changes=()):
         shifts.update({(r, a): s for r, a, s in full_residue(sequence, resid)})
     shifts.update(changes)
     return shift_table(sequence, sorted((r, a, s) for (r, a), s in shifts.items()))
+
+
+def shifts_of(text):
+    """The sequence of a shift table, and its rows as (residue number, atom, ppm as text)."""
+    sequence = "".join(re.findall(r"(?m)^DATA SEQUENCE (.*)$", text)).replace(" ", "")
+    rows = re.findall(r"(?m)^ *(\d+) [A-Za-z?] +(\w+) +(-?[\d.]+)\s*$", text)
+    return sequence, [(int(number), atom, ppm) for number, atom, ppm in rows]
 
 
 def rows_of(path):

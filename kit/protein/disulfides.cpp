@@ -1,6 +1,5 @@
-#include "protein/states_by_shift.h"
+#include "protein/disulfides.h"
 
-#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
@@ -9,19 +8,6 @@
 #include "util/text.h"
 
 namespace zorvela {
-
-namespace {
-
-/// The shift of an atom; nullptr where the residue has none.
-const Shift* shiftOf(const Protein& protein, int position, Atom atom) {
-  const auto isBefore = [](const Shift& shift, int place) { return shift.position < place; };
-  auto shift = std::lower_bound(protein.shifts.begin(), protein.shifts.end(), position, isBefore);
-  for (; shift != protein.shifts.end() && shift->position == position; ++shift)
-    if (shift->atom == atom) return &*shift;
-  return nullptr;
-}
-
-}  // namespace
 
 void markDisulfides(const FileChain& chain, const ChainSequence& sequence, Protein& protein) {
   std::set<int> bonded;
@@ -59,17 +45,6 @@ void markDisulfides(const FileChain& chain, const ChainSequence& sequence, Prote
   addNote("CB contradicts the state of the cysteine in the file; the file is followed: ", contradicted,
           notes);
   addNote("disulfide bonds of residues that are not cysteines; ignored: ", bondedOthers, notes);
-}
-
-Call callOfCbMinusCg(double ppm) {
-  if (ppm >= kCisCbMinusCgFrom) return Call::cis;
-  return ppm <= kTransCbMinusCgUpTo ? Call::trans : Call::undecided;
-}
-
-std::optional<double> cbMinusCg(const Protein& protein, int position) {
-  const Shift* cb = shiftOf(protein, position, Atom::CB);
-  const Shift* cg = shiftOf(protein, position, Atom::CG);
-  return cb != nullptr && cg != nullptr ? std::optional(cb->ppm - cg->ppm) : std::nullopt;
 }
 
 }  // namespace zorvela

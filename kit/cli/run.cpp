@@ -96,13 +96,8 @@ void predictFiles(const RunSettings& settings, const JoinedInputs& joined, const
 
 // --- Reporting ----------------------------------------------------------------------------------
 
-bool isTableOnStandardOutput(const RunSettings& settings) {
-  return settings.format == "table" && settings.output == "-";
-}
-
-void sayAll(const RunSettings& settings, const RunReport& report) {
-  // The first lines of the table name the corrections; a terminal would show them twice.
-  const bool areCorrectionsShown = isTableOnStandardOutput(settings);
+/// The first lines of the table name the corrections; a terminal would show them twice.
+void sayAll(const RunReport& report, bool areCorrectionsShown) {
   for (const ProteinStructure& structure : report.structures)
     sayFileNotes(structure.file, {{"", structure.notes}});
   LimitedNotes unmatched("chains without shifts");  // a virus shell has hundreds
@@ -164,12 +159,12 @@ void run(const RunSettings& settings) {
   report.structures = readStructures(settings.structures);
   predictFiles(settings, joined, tables, report);
   noteChainsWithoutShifts(report);
-  sayAll(settings, report);
+  const bool isTableShown = settings.format == "table" && settings.output == "-";
+  sayAll(report, isTableShown);
   joined.sayLookAlikes();
   sayUnknownResidues(settings, report);
   // The error of a single file has been reported already.
-  const bool isSaid =
-      isTableOnStandardOutput(settings) && report.files.size() == 1 && countErrors(report) == 1;
+  const bool isSaid = isTableShown && report.files.size() == 1 && countErrors(report) == 1;
   const ReportStyle style{wantsColour(settings.output), settings.explain, settings.residues};
   if (!isSaid)
     writeWhole(settings.output, [&](std::ostream& out) { writeReport(settings.format, report, style, out); });

@@ -160,41 +160,30 @@ struct EvaluateSettings {
   std::string calibration;
 };
 
-/// The model of given tables, or of what is published and the same in all folds.
-Model chosenModel(const EvaluateSettings& settings) {
-  if (settings.folds == 0) return modelOf(*loadTables(findTables(settings.tables)));
-  return modelOf(publishedTables(settings.data.published, settings.data.choices.pseudocount));
-}
-
-void write(const EvaluateSettings& settings, const Evaluation& result, const LabelledProlines& data) {
-  const std::string origin = settings.folds == 0 ? findTables(settings.tables)
-                                                 : "trained anew in each of " +
-                                                       std::to_string(settings.folds) + " folds of clusters";
+void evaluate(const EvaluateSettings& settings) {
+  const DataSettings& given = settings.data;
+  const bool isTrained = settings.folds > 0;
+  const std::string tables = isTrained ? "" : findTables(settings.tables);
+  InputFiles inputs = inputsOf(given);
+  inputs.add({tables});
+  inputs.mustNotHold({settings.output, settings.predictions, settings.roc, settings.calibration});
+  const Model model =
+      modelOf(isTrained ? publishedTables(given.published, given.choices.pseudocount) : *loadTables(tables));
+  const LabelledProlines data = read(given, model);
+  const FoldModels models =
+      isTrained ? trainFolds(model, data, settings.folds, given.choices, progressBar("Cross-validating"))
+                : oneModel(model, data);
+  const Evaluation result = evaluation(data, predictAll(models, data));
+  const std::string origin =
+      isTrained ? "trained anew in each of " + std::to_string(settings.folds) + " folds of clusters" : tables;
   const auto writeTo = [](const std::string& path, const std::function<void(std::ostream&)>& write) {
     if (!path.empty()) writeWhole(path, write);
   };
   writeTo(settings.predictions, [&](std::ostream& out) { writePredictions(out, result, data); });
   writeTo(settings.roc, [&](std::ostream& out) { writeRoc(out, result); });
   writeTo(settings.calibration, [&](std::ostream& out) { writeCalibration(out, result); });
-  writeTo(settings.output, [&](std::ostream& out) {
-    if (settings.json)
-      writeEvaluationJson(out, result, origin, settings.rounds);
-    else
-      writeEvaluationTable(out, result, origin, settings.rounds);
-  });
-}
-
-void evaluate(const EvaluateSettings& settings) {
-  InputFiles inputs = inputsOf(settings.data);
-  if (settings.folds == 0) inputs.add({findTables(settings.tables)});
-  inputs.mustNotHold({settings.output, settings.predictions, settings.roc, settings.calibration});
-  const Model model = chosenModel(settings);
-  const LabelledProlines data = read(settings.data, model);
-  const FoldModels models =
-      settings.folds == 0
-          ? oneModel(model, data)
-          : trainFolds(model, data, settings.folds, settings.data.choices, progressBar("Cross-validating"));
-  write(settings, evaluation(data, predictAll(models, data)), data);
+  const auto report = settings.json ? writeEvaluationJson : writeEvaluationTable;
+  writeTo(settings.output, [&](std::ostream& out) { report(out, result, origin, settings.rounds); });
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ namespace {
 
 // --- Values -------------------------------------------------------------------------------------
 
-/// Through the shortest text, so that 0.1 in single precision is 0.1, as in JSON.
+/// Converts through the shortest text, so that 0.1 in single precision is 0.1, as in JSON.
 py::object toPython(const Value& value, const py::handle& = {}) {
   return std::visit(
       [](const auto& held) -> py::object {
@@ -242,12 +242,6 @@ void addStructures(const py::module_& module) {
 
 // --- Prolines and proteins ----------------------------------------------------------------------
 
-std::string shown(const ProlineResult& proline) {
-  std::string text = "<Proline P" + proline.number + ": " + toText(proline.call);
-  if (!proline.pCisNorm) return text + ", " + proline.reason + ">";
-  return text + ", p_cis_norm " + fixedText(static_cast<double>(*proline.pCisNorm), 3) + ">";
-}
-
 void addProlines(const py::module_& module) {
   const auto structure = &ProlineResult::structure;
   Class<ProlineResult>(module, "Proline",
@@ -297,7 +291,12 @@ void addProlines(const py::module_& module) {
       .addOf(structure, "ca_distance", "float | None: mean CA - CA distance if omega is not known, angstrom.")
       .addOf(structure, "structure_sentence",
              "str | None: description of the bond, if structures and shifts disagree.")
-      .shownAs([](const ProlineResult& proline) { return shown(proline); });
+      .shownAs([](const ProlineResult& proline) {
+        return "<Proline P" + proline.number + ": " + toText(proline.call) + ", " +
+               (proline.pCisNorm ? "p_cis_norm " + fixedText(static_cast<double>(*proline.pCisNorm), 3)
+                                 : proline.reason) +
+               ">";
+      });
 }
 
 std::vector<std::string> joined(std::vector<std::string> notes, const std::vector<std::string>& more) {
@@ -397,12 +396,6 @@ py::str report(const Results& results, const py::object& format) {
   return pythonText(text);
 }
 
-std::string shown(const Results& results) {
-  const auto count = [&](Call call) { return std::to_string(countCalls(results.report, call)); };
-  return "<Results " + results.file().file + ": " + count(Call::cis) + " cis, " + count(Call::trans) +
-         " trans, " + count(Call::undecided) + " undecided, " + count(Call::none) + " without a prediction>";
-}
-
 }  // namespace
 
 void addResults(py::module_& module) {
@@ -428,7 +421,12 @@ void addResults(py::module_& module) {
           "list[str]: chains of the structures that match none of the proteins.")
       .add("notes", allNotes,
            "list[str]: what was renamed, left out or guessed while reading shifts and structures.")
-      .shownAs([](const Results& results) { return shown(results); })
+      .shownAs([](const Results& results) {
+        const auto count = [&](Call call) { return std::to_string(countCalls(results.report, call)); };
+        return "<Results " + results.file().file + ": " + count(Call::cis) + " cis, " + count(Call::trans) +
+               " trans, " + count(Call::undecided) + " undecided, " + count(Call::none) +
+               " without a prediction>";
+      })
       .bound.def_property_readonly("prolines", allProlines, "list[Proline]: the prolines of all proteins.")
       .def("report", report, py::arg("format") = "html",
            "report(format='html') -> str\n\nReturns a report as text: one HTML page with all it needs, or "

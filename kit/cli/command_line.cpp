@@ -17,12 +17,6 @@ namespace zorvela {
 
 // --- Values -------------------------------------------------------------------------------------
 
-ValueKind ValueKind::orZero() const {
-  ValueKind kind = *this;
-  kind.allowsZero = true;
-  return kind;
-}
-
 /// "" for any text.
 std::string ValueKind::range() const {
   if (!words.empty()) return "{" + CLI::detail::join(words, ",") + "}";

@@ -25,11 +25,9 @@ class ValueKind {
   ValueKind(const char* called) : name(called) {}  // NOLINT(google-explicit-constructor): "FILE" says it all
   /// One of these words.
   ValueKind(const char* called, std::vector<std::string> oneOf) : name(called), words(std::move(oneOf)) {}
-  /// A number in this range; never "nan".
-  ValueKind(const char* called, double from, double upTo) : name(called), low(from), high(upTo) {}
-
-  /// Allows 0 too, where it turns a choice off.
-  ValueKind orZero() const;
+  /// A number in this range, or 0, where that turns a choice off; never "nan".
+  ValueKind(const char* called, double from, double upTo, bool orZero = false)
+      : name(called), low(from), high(upTo), allowsZero(orZero) {}
 
  private:
   friend class Option;

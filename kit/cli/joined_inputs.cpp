@@ -76,7 +76,10 @@ void JoinedInputs::addSequence(const std::string& path) {
 std::vector<Protein> JoinedInputs::read(const std::string& input, const ImportOptions& options) const {
   if (merged.empty()) {
     std::vector<Protein> proteins = readInput(input, optionsFor(input, options));
-    if (areFew && proteins.size() == 1) keep(proteins.front());
+    if (areFew && proteins.size() == 1) {
+      const std::lock_guard<std::mutex> guard(lock);
+      kept[input] = proteins.front();
+    }
     return proteins;
   }
   std::vector<Protein> parts;
@@ -88,11 +91,6 @@ std::vector<Protein> JoinedInputs::read(const std::string& input, const ImportOp
     parts.push_back(std::move(proteins.front()));
   }
   return {mergedProtein(parts)};
-}
-
-void JoinedInputs::keep(const Protein& protein) const {
-  const std::lock_guard<std::mutex> guard(lock);
-  kept[protein.file] = protein;
 }
 
 void JoinedInputs::sayLookAlikes() const {

@@ -42,7 +42,6 @@ class JoinedInputs {
  private:
   void addSequence(const std::string& path);
   ImportOptions optionsFor(const std::string& file, ImportOptions options) const;
-  void keep(const Protein& protein) const;
 
   std::vector<std::string> shiftFiles;
   std::vector<std::string> all;

@@ -44,6 +44,7 @@ constexpr const char* kDataToTry =
 // Closer to the ends of the range, or to the median, hardly a shift is left to take a deviation of.
 constexpr double kLeastLimitPercent = 0.001;
 constexpr double kLeastTrim = 1;
+constexpr bool kOrZero = true;
 
 void addLabelledEntries(Command& command, DataSettings& data) {
   command.add("--entries", data.entries, "DIR", "Folder of shift tables, NAME.tab for each entry").required();
@@ -79,9 +80,9 @@ std::vector<Option> addTrainingOptions(Command& command, TrainingChoices& choice
   const auto add = [&](const char* name, Command::Setting setting, const ValueKind& kind, const char* text) {
     options.push_back(command.add(name, setting, kind, text).showsDefault().group("Choices in training"));
   };
-  add("--limit-percent", choices.limitPercent, ValueKind("N", kLeastLimitPercent, 25).orZero(),
+  add("--limit-percent", choices.limitPercent, {"N", kLeastLimitPercent, 25, kOrZero},
       "Clip secondary shifts below percentile N and above 100-N");
-  add("--trim", choices.trim, ValueKind("N", kLeastTrim, 100).orZero(),
+  add("--trim", choices.trim, {"N", kLeastTrim, 100, kOrZero},
       "Leave out values further than N robust deviations from the class median; 0 leaves out none");
   add("--pool", choices.pooling, {"MODE", {"natural", "equal", "none"}},
       "Pool the deviations of both classes: natural (variances weighted 1 to 19), equal (1 to 1) or none");

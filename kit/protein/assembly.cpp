@@ -68,7 +68,7 @@ std::string shownName(const FileChain& chain) {
 /// Rows that give no table; the reasons are shown where the file gives none at all.
 struct LeftOut {
   std::string what;
-  std::string reasons = "";
+  std::string reasons = {};
 };
 
 /// A file, the chains and lists of it that are wanted, and the proteins made of them.

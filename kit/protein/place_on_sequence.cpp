@@ -184,7 +184,7 @@ std::optional<std::int64_t> fittingFirst(const NumberedChain& given, const Evide
 
 /// "residue 45 (P) has HN 8.21", "residue 45 (P) is called ALA", "residue 145 is not in it".
 std::string conflictOf(std::int64_t residue, const NumberedChain& given, const ChainRows& rows) {
-  const std::string number = "residue " + std::to_string(residue);
+  std::string number = "residue " + std::to_string(residue);
   const char letter = given.at(residue);
   if (letter == ' ') return number + " is not in it";
   const std::string there = number + " (" + letter + ") ";

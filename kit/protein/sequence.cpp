@@ -265,7 +265,7 @@ ChainSequence makeSequence(std::vector<FileResidue> residues, const ShiftRows& r
   const bool isGiven = !residues.empty();
   std::vector<int> gaps;
   residues = withGapsFilled(isGiven ? std::move(residues) : residuesOfRows(rows, notes), gaps);
-  const ChainSequence sequence = sequenceOf(std::move(residues), rows);
+  ChainSequence sequence = sequenceOf(std::move(residues), rows);
   noteGaps(gaps, sequence, notes);
   if (!isGiven) notes.push_back("the file has no sequence; it was built from the residues with shifts");
   noteUnusualResidues(sequence, notes);

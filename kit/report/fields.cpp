@@ -34,10 +34,6 @@ Value modelsIn(const StructureFinding& finding) {
   return static_cast<int>(countBonds(finding, state));
 }
 
-Value callAsReferenced(const ProlineResult& proline) {
-  return proline.callAsReferenced ? toText(*proline.callAsReferenced) : Value();
-}
-
 /// A number with so many decimals at most.
 Value rounded(const std::optional<double>& value, int decimals) {
   return value ? std::strtod(fixedText(*value, decimals).c_str(), nullptr) : Value();
@@ -86,7 +82,9 @@ const std::vector<Field<ProlineResult>>& fieldsOf(const ProlineResult&) {
       {"reason", In::csvAndJson, valueOf<&Proline::reason>},
       {"cis_flag", In::json, valueOf<&Proline::cisFlag>},
       {"p_cis_norm_as_referenced", In::jsonIfKnown, valueOf<&Proline::pCisNormAsReferenced>},
-      {"call_as_referenced", In::jsonIfKnown, callAsReferenced}};
+      {"call_as_referenced", In::jsonIfKnown, [](const Proline& proline) {
+         return proline.callAsReferenced ? toText(*proline.callAsReferenced) : Value();
+       }}};
   return fields;
 }
 

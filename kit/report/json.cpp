@@ -118,15 +118,6 @@ Json toJson(const ProlineResult& proline) {
   return object;
 }
 
-Json thresholds(bool withStructures) {
-  Json object = {{"cis_from", asJson(kCisFrom)}, {"trans_up_to", asJson(kTransUpTo)}};
-  if (withStructures) {
-    object["cis_omega_up_to"] = kCisOmegaUpTo;
-    object["trans_omega_from"] = kTransOmegaFrom;
-  }
-  return object;
-}
-
 // --- The document -------------------------------------------------------------------------------
 
 /// Writes objects and arrays item by item, because a whole report in memory would be large.
@@ -202,6 +193,11 @@ void write(const ProteinResult& protein, bool withStructures, JsonWriter& json) 
 
 void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
   const bool withStructures = !report.structures.empty();
+  Json thresholds = {{"cis_from", asJson(kCisFrom)}, {"trans_up_to", asJson(kTransUpTo)}};
+  if (withStructures) {
+    thresholds["cis_omega_up_to"] = kCisOmegaUpTo;
+    thresholds["trans_omega_from"] = kTransOmegaFrom;
+  }
   JsonWriter json(out);
   json.open('{');
   json.addMembers({{"format", "zorvela-kit run"},
@@ -209,7 +205,7 @@ void writeJson(const RunReport& report, const ReportStyle&, std::ostream& out) {
                    {"program", std::string("zorvela-kit ") + version()},
                    {"tables", report.tables},
                    {"tables_fingerprint", report.classes.fingerprint},
-                   {"thresholds", thresholds(withStructures)}});
+                   {"thresholds", std::move(thresholds)}});
   json.open('[', "proteins");
   forEachProtein(report, [&](const ProteinResult& protein) { write(protein, withStructures, json); });
   json.close();

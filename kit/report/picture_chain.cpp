@@ -105,16 +105,10 @@ std::string prolinesOf(const ProteinResult& protein, std::size_t first, std::siz
     symbols += svgSymbol(proline.call, x, kSymbolY) + mark;
   }
   std::string labels;
-  for (const Name& name : placed(names)) {
+  for (const Name& name : placed(names))
     labels += svgText(name.x, kNameY, name.text, name.call == Call::cis ? "m b" : "m") +
               svgLine(name.x, kNameY + 3, name.anchor, kSymbolY - (name.isMarked ? kVerdictSize : 7), "l");
-  }
   return labels + symbols + "\n";
-}
-
-std::string verdictSuffix(const ProlineResult& proline) {
-  if (is(proline, Verdict::agree)) return ", structure agrees";
-  return is(proline, Verdict::disagree) ? ", structure disagrees" : "";
 }
 
 std::string describe(const ProteinResult& protein, std::size_t first, std::size_t last) {
@@ -124,7 +118,9 @@ std::string describe(const ProteinResult& protein, std::size_t first, std::size_
     const auto index = static_cast<std::size_t>(proline.position) - 1;
     if (index >= first && index < last)
       calls += (calls.empty() ? " " : ", ") + ("P" + proline.number) + " " + toText(proline.call) +
-               verdictSuffix(proline);
+               (is(proline, Verdict::agree)      ? ", structure agrees"
+                : is(proline, Verdict::disagree) ? ", structure disagrees"
+                                                 : "");
   }
   return text + (calls.empty() ? " no proline" : calls);
 }

@@ -9,23 +9,14 @@
 
 namespace zorvela {
 
-namespace {
-
-std::vector<ProteinResult> resultsOf(const std::vector<Protein>& proteins, const Predictor& predictor,
-                                     const std::vector<ProteinStructure>& structures) {
-  std::vector<ProteinResult> results;
-  results.reserve(proteins.size());
-  for (const Protein& protein : proteins) results.push_back(predictor.predict(protein));
-  if (!structures.empty()) compareWithStructures(proteins, structures, results);
-  return results;
-}
-
-}  // namespace
-
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
                     const Predictor& predictor, const std::vector<ProteinStructure>& structures) {
+  FileReport report{file, {}, ""};
   try {
-    return {file, resultsOf(read(), predictor, structures), ""};
+    const std::vector<Protein> proteins = read();
+    for (const Protein& protein : proteins) report.proteins.push_back(predictor.predict(protein));
+    if (!structures.empty()) compareWithStructures(proteins, structures, report.proteins);
+    return report;
   } catch (const SequenceError& error) {
     return {file, {}, error.what(), true};
   } catch (const Error& error) {

@@ -28,7 +28,7 @@ constexpr std::uint64_t kFoldSeed = 20;
 std::vector<std::size_t> dealtOut(std::size_t clusters, std::size_t folds) {
   std::vector<std::size_t> order(clusters);
   std::iota(order.begin(), order.end(), std::size_t{0});
-  Draw draw(kFoldSeed);
+  Draw draw{kFoldSeed};
   for (std::size_t i = clusters; i > 1; --i) std::swap(order[i - 1], order[draw.below(i)]);
   std::vector<std::size_t> fold(clusters);
   for (std::size_t i = 0; i < clusters; ++i) fold[order[i]] = i % folds;

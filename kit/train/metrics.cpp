@@ -111,7 +111,7 @@ FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint6
   for (auto& [cluster, number] : place) number = clusters++;
 
   const std::vector<std::size_t> order = byScore(set);
-  Draw draw(seed);
+  Draw draw{seed};
   std::array<std::vector<double>, kFigureCount> values;
   for (int round = 0; round < rounds; ++round) {
     std::vector<double> drawn(clusters);

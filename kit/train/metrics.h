@@ -57,13 +57,9 @@ using FigureIntervals = std::array<std::optional<Interval>, kFigureCount>;
 FigureIntervals bootstrap(const std::vector<Scored>& set, int rounds, std::uint64_t seed);
 
 /// A number from 0 to `bound` - 1, the same on every machine (std::uniform_int_distribution is not).
-class Draw {
- public:
-  explicit Draw(std::uint64_t seed) : state(seed) {}
+struct Draw {
+  std::uint64_t state;  ///< at first the seed
   std::size_t below(std::size_t bound);
-
- private:
-  std::uint64_t state;
 };
 
 /// A point of the ROC curve: what is called cis from this score upwards.

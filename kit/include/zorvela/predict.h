@@ -124,7 +124,7 @@ struct ProteinResult {
   int unseen = 0;
   std::string sequence;                     ///< one-letter codes
   int shiftCount = 0;                       ///< shifts of the atoms that are used
-  std::vector<ReferencingOffset> offsets;   ///< CA, CB, HA, C
+  std::vector<ReferencingOffset> offsets;   ///< always four: CA, CB, HA, C
   std::string correction;                   ///< what was corrected, in words; empty if nothing was
   double deuteration = 0;                   ///< corrected share of deuterons, 0 to 1
   std::vector<ProlineResult> prolines;      ///< by position

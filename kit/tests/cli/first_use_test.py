@@ -44,30 +44,17 @@ class Demo(folder.InFolder):
 class Tables(folder.InFolder):
     """A copy of the program finds the tables that lie with it, from any folder and by no variable."""
 
-    def setUp(self):
-        super().setUp()
-        self.place = pathlib.Path(self.folder)
-
-    def demo_of(self, program_file, tables):
-        program_file.parent.mkdir(parents=True)
-        tables.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(program.KIT, program_file)
-        shutil.copytree(program.TABLES, tables)
-        result = subprocess.run([program_file, "demo"], cwd="/", env=program.environment(), capture_output=True, text=True,
-                                timeout=60, check=False)
-        self.assertEqual(result.returncode, 0, result.stderr)
-
-    def test_beside_the_program(self):
-        one = self.place / "one folder"
-        self.demo_of(one / "zorvela-kit", one / "tab")
-
-    def test_of_an_installation(self):
-        self.demo_of(self.place / "usr" / "bin" / "zorvela-kit", self.place / "usr" / "share" / "zorvela" / "tab")
-
-    def test_by_a_link(self):
-        one = self.place / "one"
-        self.demo_of(one / "zorvela-kit", one / "tab")
-        link = self.place / "link"
-        link.symlink_to(one / "zorvela-kit")
-        result = subprocess.run([link, "demo"], cwd="/", env=program.environment(), capture_output=True, check=False)
-        self.assertEqual(result.returncode, 0, result.stderr)
+    def test_beside_the_program_in_an_installation_and_by_a_link(self):
+        place = pathlib.Path(self.folder)
+        for program_file, tables in ((place / "one folder" / "zorvela-kit", place / "one folder" / "tab"),
+                                     (place / "usr/bin/zorvela-kit", place / "usr/share/zorvela/tab")):
+            program_file.parent.mkdir(parents=True)
+            tables.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(program.KIT, program_file)
+            shutil.copytree(program.TABLES, tables)
+            link = place / ("link to " + tables.parent.name)
+            link.symlink_to(program_file)
+            for path in (program_file, link):
+                result = subprocess.run([path, "demo"], cwd="/", env=program.environment(), capture_output=True, text=True,
+                                        timeout=60, check=False)
+                self.assertEqual(result.returncode, 0, result.stderr)

@@ -71,6 +71,9 @@ class Help(unittest.TestCase):
     def test_wrong_arguments_are_one_line(self):
         for arguments, wrong, command in ((["frobnicate"], "frobnicate", "zorvela-kit"), (["--"], "required", "zorvela-kit"),
                                           (["run"], "FILE or --files-from is required", "zorvela-kit run"),
+                                          *((["evaluate", "--entries", "a", "--labels", "b", option, value],
+                                             option + " requires --cross-validate", "zorvela-kit evaluate")
+                                            for option, value in (("--trim", "3"), ("--pool", "equal"), ("--neighbours", "x"))),
                                           (["run", "--format", "x\x1b[31m", "a"], "--format: x?[31m not in", "zorvela-kit run"),
                                           (["run", "--jobs", "0", "a"], '--jobs: "0" is not 1 to 256', "zorvela-kit run")):
             with self.subTest(arguments=arguments):

@@ -38,6 +38,14 @@ class Shown(folder.InFolder):
         for text in texts:
             self.assertEqual([c for c in text.decode("utf-8") if not is_harmless(c)], [], text)
 
+    def check_kit(self, *arguments):
+        """What a sub-command shows, which must be something."""
+        ended = self.kit(*arguments)
+        self.assertIn(ended.returncode, (0, 1))
+        self.assertNotEqual(ended.stdout + ended.stderr, b"")
+        self.check_harmless(ended.stdout, ended.stderr)
+        return ended
+
     def hostile_files(self):
         rows = b"".join(b"B%s,%d,%s,%s,%s\n" % (BAD, resid, name, atom.encode(), str(shift).encode())
                         for resid, name in enumerate((b"ALA", b"PRO", b"LYS"), 1)
@@ -62,9 +70,7 @@ class Shown(folder.InFolder):
         files = self.hostile_files()
         for fmt in (b"table", b"csv", b"json", b"html"):
             for file in [[f] for f in files] + [files]:
-                ended = self.kit("run", "--tables", program.TABLES, "--format", fmt, *file)
-                self.assertIn(ended.returncode, (0, 1))
-                self.check_harmless(ended.stdout, ended.stderr)
+                self.check_kit("run", "--tables", program.TABLES, "--format", fmt, *file)
 
     def test_names_of_tables(self):
         """What a chain is called becomes part of a file's name, which `ls` shows."""
@@ -80,11 +86,8 @@ class Shown(folder.InFolder):
 
     def test_import(self):
         for file in self.hostile_files():
-            ended = self.kit("import", file)
-            self.assertIn(ended.returncode, (0, 1))
-            self.check_harmless(ended.stdout, ended.stderr)
-            ended = self.kit("import", "--list", "all", "--output", b"out" + BAD + b"/", file)
-            self.check_harmless(ended.stdout, ended.stderr)
+            self.check_kit("import", file)
+            self.check_kit("import", "--list", "all", "--output", b"out" + BAD + b"/", file)
         tables = os.listdir(os.path.join(self.folder, b"out" + BAD))
         self.assertEqual(len(tables), 5)  # two of the seven files have no table
         for name in tables:
@@ -105,14 +108,6 @@ class Shown(folder.InFolder):
                 self.assertNotEqual(ended.returncode, 0)
                 self.assertNotEqual(ended.stderr, b"")
                 self.check_harmless(ended.stdout, ended.stderr)
-
-    def check_kit(self, *arguments):
-        """What a sub-command shows, which must be something."""
-        ended = self.kit(*arguments)
-        self.assertIn(ended.returncode, (0, 1))
-        self.assertNotEqual(ended.stdout + ended.stderr, b"")
-        self.check_harmless(ended.stdout, ended.stderr)
-        return ended
 
     def hostile_name(self, folder, suffix):
         os.makedirs(os.path.join(self.folder, folder), exist_ok=True)

@@ -138,16 +138,11 @@ class Evaluate(folder.InFolder):
             x, y = next_x, next_y
         self.assertAlmostEqual(auc(labels, scores), area, places=4)
 
-    # --- Bad input ---
-
-    def fails(self, message, *options):
-        result = run(["evaluate", *self.data.proteins(), *options])
-        self.assertEqual(("zorvela-kit: " + message + "\n", "", 1),
-                         (result.stderr, result.stdout, result.returncode))
-
     def test_more_folds_than_clusters(self):
-        self.fails(self.data.path("labels.csv") + ": has 21 clusters, fewer than folds; ask for fewer folds with "
-                   "--cross-validate", "--cross-validate", "22", *self.data.sources())
+        result = run(["evaluate", *self.data.proteins(), "--cross-validate", "22", *self.data.sources()])
+        self.assertEqual((result.stderr, result.stdout, result.returncode), (
+            "zorvela-kit: " + self.data.path("labels.csv") + ": has 21 clusters, fewer than folds; ask for fewer folds "
+            "with --cross-validate\n", "", 1))
 
     def test_entries_whose_names_are_formulas(self):
         """Such a name is marked in the CSV that `label` and `evaluate` write, and read without the mark."""
@@ -160,9 +155,3 @@ class Evaluate(folder.InFolder):
         with open(self.data.path("p.csv"), encoding="utf-8", newline="") as file:
             entries = [row["entry"] for row in csv.DictReader(file)]
         self.assertEqual(["'" + name for name in names], [entry for entry in entries if entry[0] == "'"])
-
-    def test_choices_in_training_need_folds(self):
-        for option in (["--trim", "3"], ["--pool", "equal"], ["--neighbours", "x"]):
-            result = run(["evaluate", *self.data.proteins(), "--tables", self.data.path("tab"), *option])
-            self.assertNotEqual(0, result.returncode)
-            self.assertIn(option[0] + " requires --cross-validate", result.stderr)

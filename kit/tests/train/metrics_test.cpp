@@ -20,29 +20,20 @@ Scored proline(bool isCis, double probability, std::size_t cluster = 0) {
 const std::vector<Scored> kSix = {proline(true, 0.9),  proline(true, 0.4),  proline(false, 0.4),
                                   proline(false, 0.1), proline(false, 0.6), proline(false, 0.0)};
 
-TEST(Figures, MatthewsIsZeroWhereAllCallsAreTheSame) {
-  EXPECT_DOUBLE_EQ(0, *zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)})[zorvela::kMcc]);
-}
-
-TEST(Figures, LogLossKeepsAwayFromCertainty) {
-  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(true, 0.0)})[zorvela::kLogLoss], 1e-12);
-  EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({proline(false, 1.0)})[zorvela::kLogLoss], 1e-12);
-}
-
-TEST(Figures, WithOneClassHaveNoAreaNorCorrelation) {
-  const zorvela::Figures figures = zorvela::figuresOf({proline(false, 0.1), proline(false, 0.7)});
-  EXPECT_FALSE(figures[zorvela::kAuc]);
-  EXPECT_FALSE(figures[zorvela::kMcc]);
-  EXPECT_FALSE(figures[zorvela::kSensitivity]);
-  EXPECT_DOUBLE_EQ(0.5, *figures[zorvela::kSpecificity]);
-}
-
-TEST(Figures, WithoutProbabilitiesHaveNoLoss) {
-  const zorvela::Figures figures = zorvela::figuresOf({{true, 9.0, true, -1, 0}, {false, 4.0, false, -1, 0}});
-  EXPECT_DOUBLE_EQ(1, *figures[zorvela::kAuc]);
-  EXPECT_DOUBLE_EQ(1, *figures[zorvela::kMcc]);
-  EXPECT_FALSE(figures[zorvela::kBrier]);
-  EXPECT_FALSE(figures[zorvela::kLogLoss]);
+TEST(Figures, AtTheirBounds) {
+  // All calls are the same.
+  EXPECT_EQ(0, zorvela::figuresOf({proline(true, 0.2), proline(false, 0.1)})[zorvela::kMcc]);
+  // Probabilities are kept away from certainty.
+  for (const Scored& wrong : {proline(true, 0.0), proline(false, 1.0)})
+    EXPECT_NEAR(-std::log(0.001), *zorvela::figuresOf({wrong})[zorvela::kLogLoss], 1e-12);
+  const zorvela::Figures ofTrans = zorvela::figuresOf({proline(false, 0.1), proline(false, 0.7)});
+  for (const zorvela::Figure figure : {zorvela::kAuc, zorvela::kMcc, zorvela::kSensitivity})
+    EXPECT_FALSE(ofTrans[figure]);
+  EXPECT_EQ(0.5, ofTrans[zorvela::kSpecificity]);
+  const zorvela::Figures ofScores =
+      zorvela::figuresOf({{true, 9.0, true, -1, 0}, {false, 4.0, false, -1, 0}});
+  for (const zorvela::Figure figure : {zorvela::kAuc, zorvela::kMcc}) EXPECT_EQ(1, ofScores[figure]);
+  for (const zorvela::Figure figure : {zorvela::kBrier, zorvela::kLogLoss}) EXPECT_FALSE(ofScores[figure]);
 }
 
 // --- Bootstrap ------------------------------------------------------------------------------------
@@ -69,7 +60,7 @@ TEST(Bootstrap, DrawsClustersAsAWhole) {
 
 TEST(Draw, IsTheSameOnEveryMachine) {
   // The published first outputs of SplitMix64 with seed 1234567.
-  zorvela::Draw draw(1234567);
+  zorvela::Draw draw{1234567};
   EXPECT_EQ(6457827717110365317ULL % 1000, draw.below(1000));
   EXPECT_EQ(3203168211198807973ULL % 1000, draw.below(1000));
   EXPECT_EQ(9817491932198370423ULL % 1000, draw.below(1000));

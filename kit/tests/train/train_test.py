@@ -72,7 +72,7 @@ class Train(folder.InFolder):
             self.assertEqual(expected, [row[c] for c in columns], f"index {index}")
 
     def test_a_shift_that_one_class_lacks_says_nothing(self):
-        self.add("cis", CIS)  # without CG, in place of those with it
+        self.add("cis", CIS)  # without CG, instead of those with it
         row = self.rows("Pro.cs.tab", *PLAIN)["18"]
         mean, deviation = three(statistics.mean(TRANS_CG)), three(statistics.stdev(TRANS_CG))
         self.assertEqual([mean, mean, deviation, deviation, "0", "6"],

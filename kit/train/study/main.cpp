@@ -74,13 +74,6 @@ std::size_t correct(LabelledProlines& data, const Disturbance& how) {
   return corrected;
 }
 
-std::size_t cisCalledTrans(const Evaluation& evaluation) {
-  return static_cast<std::size_t>(
-      std::count_if(evaluation.prolines.begin(), evaluation.prolines.end(), [](const Evaluated& proline) {
-        return proline.isCis && proline.pCisNorm <= static_cast<double>(kTransUpTo);
-      }));
-}
-
 /// Prints the cost of wrong referencing and deuteration as a Markdown table.
 void tryOffsets(const std::string& folder) {
   const Model published =
@@ -95,13 +88,17 @@ void tryOffsets(const std::string& folder) {
     for (const bool isCorrected : {false, true}) {
       const std::size_t chains = isCorrected ? correct(data, how) : 0;
       const Evaluation result = evaluation(data, predictAll(folded, data));
+      const auto cisCalledTrans =
+          std::count_if(result.prolines.begin(), result.prolines.end(), [](const Evaluated& proline) {
+            return proline.isCis && proline.pCisNorm <= static_cast<double>(kTransUpTo);
+          });
       const Figures all = figuresOf(result, "all");
       const Figures withBoth = figuresOf(result, "with_cb_and_cg");
       std::cout << formatted("| %s | %s | %.1f %% | %.3f | %.3f | %.3f | %.3f | %zu |\n", how.name,
                              isCorrected ? "corrected" : "as they are",
                              100.0 * static_cast<double>(chains) / static_cast<double>(data.entries.size()),
                              all[kAuc].value(), withBoth[kAuc].value(), all[kLogLoss].value(),
-                             withBoth[kLogLoss].value(), cisCalledTrans(result));
+                             withBoth[kLogLoss].value(), static_cast<std::size_t>(cisCalledTrans));
     }
   }
 }

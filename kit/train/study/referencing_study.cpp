@@ -191,7 +191,7 @@ FoundOffsets byRelations(const EntryShifts& chain, const std::vector<ShiftRelati
 /// For each cluster, the relations that are fitted to the clusters of the other half.
 std::vector<std::vector<ShiftRelation>> relationsOfOtherHalf(const LabelledProlines& data) {
   std::vector<std::size_t> half;
-  Draw draw(kHalfSeed);
+  Draw draw{kHalfSeed};
   for (std::size_t i = 0; i < data.clusters.size(); ++i) half.push_back(draw.below(2));
   std::array<std::vector<const EntryShifts*>, 2> others;
   for (const EntryShifts& entry : data.entries) others[1 - half[entry.cluster]].push_back(&entry);

@@ -122,9 +122,11 @@ def mask_credit(text):
 
 
 class Result:
+    """The end of a run; the streams as bytes."""
+
     def __init__(self, stdout, stderr, status, seconds=0.0, peak_mib=0.0):
-        self.stdout = mask(stdout)
-        self.stderr = mask_credit(stderr)
+        self.stdout = mask(stdout.decode("latin-1"))
+        self.stderr = mask_credit(stderr.decode("latin-1"))
         self.status = status
         self.seconds = seconds
         self.peak_mib = peak_mib
@@ -170,7 +172,7 @@ class ProgramTest(folder.InFolder):
         streams = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "stdin": subprocess.DEVNULL, **streams}
         done = subprocess.run([PROGRAM, *arguments], cwd=directory or self.folder, timeout=PATIENCE,
                               env=self.environment(environment), check=False, **streams)
-        return Result((done.stdout or b"").decode("latin-1"), (done.stderr or b"").decode("latin-1"), done.returncode)
+        return Result(done.stdout or b"", done.stderr or b"", done.returncode)
 
     def measure(self, *arguments):
         """One run with its processor time and its peak memory."""
@@ -185,8 +187,7 @@ class ProgramTest(folder.InFolder):
             process.returncode = os.waitstatus_to_exitcode(status)
             out.seek(0)
             err.seek(0)
-            return Result(out.read().decode("latin-1"), err.read().decode("latin-1"), process.returncode,
-                          time.monotonic() - start, usage.ru_maxrss / 1024)
+            return Result(out.read(), err.read(), process.returncode, time.monotonic() - start, usage.ru_maxrss / 1024)
 
     # -- comparisons
 

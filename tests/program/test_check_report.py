@@ -16,9 +16,9 @@ class CheckReport(ProgramTest):
         super().setUp()
         self.write_tables()
 
-    def expect_report(self, sequence, rows, outliers="", fitted=(NONE,) * 4, first=None):
+    def expect_report(self, sequence, rows, outliers="", fitted=(NONE,) * 4, first=None, options=()):
         self.write("in.tab", protein(sequence, rows, first))
-        self.expect(["-in", "in.tab", "-check"], progress() + "Analyzing in.tab:\n"
+        self.expect(["-in", "in.tab", "-check", *options], progress() + "Analyzing in.tab:\n"
                     "\nChemical shift outlier checking...\n" + outliers
                     + "\nChemical shift referencing checking...\n" + fits(*fitted), status=255)
 
@@ -53,6 +53,12 @@ class Referencing(CheckReport):
 
     def test_no_sequence_at_all(self):
         self.expect_report("", [])
+
+    def test_no_difference_below_0(self):
+        """The report ends the run with status 255 and no time, whatever the value of the option."""
+        for value in ([], ["no"], ["0"], [""]):
+            with self.subTest(value=value):
+                self.expect_report("APGA", coil_shifts("APGA"), options=value)
 
     def test_glycine_without_HA2_and_HA3_counts_as_missing(self):
         rows = [row for row in coil_shifts("AGA", {(2, "CA"): -1.0}) if row[2] not in ("HA2", "HA3")]

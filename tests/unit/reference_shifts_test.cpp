@@ -19,22 +19,18 @@ class ReferenceLookups : public testing::Test {
     addRow(zorvela.prevTable, {{"RESNAME", "A"}, {"CA", "0.5"}});
     addRow(zorvela.nextTable, {{"RESNAME", "A"}, {"CA", "-1.5"}});
   }
+  std::vector<float> all(const std::string& type, const std::string& atom) {
+    return {zorvela.getRC(type, atom), zorvela.getRCadj(type, atom), zorvela.getPrevRCadj(type, atom),
+            zorvela.getNextRCadj(type, atom)};
+  }
 
   ZORVELA zorvela;
 };
 
 TEST_F(ReferenceLookups, UnknownResidueTypeHasNoRandomCoilShiftAndNoCorrections) {
-  EXPECT_EQ(zorvela.getRC("W", "CA"), 9999.0F);
-  EXPECT_EQ(zorvela.getRCadj("W", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("W", "CA"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("W", "CA"), 0.0F);
-}
-
-TEST_F(ReferenceLookups, KnownResidueTypeWithoutTheAtomColumnIsZero) {
-  EXPECT_EQ(zorvela.getRC("A", "CG"), 0.0F);
-  EXPECT_EQ(zorvela.getRCadj("A", "N"), 0.0F);
-  EXPECT_EQ(zorvela.getPrevRCadj("A", "N"), 0.0F);
-  EXPECT_EQ(zorvela.getNextRCadj("A", "N"), 0.0F);
+  EXPECT_EQ(all("A", "CA"), (std::vector<float>{52.5F, 0.25F, 0.5F, -1.5F}));
+  EXPECT_EQ(all("W", "CA"), (std::vector<float>{9999, 0, 0, 0}));
+  EXPECT_EQ(all("A", "CG"), (std::vector<float>{0, 0, 0, 0})) << "no column of a known type";
 }
 
 TEST_F(ReferenceLookups, EmptyResidueNameMatchesTheFirstRowOfATableWithoutNames) {

@@ -32,10 +32,9 @@ TEST(TableParsing, GivesItsCallerTheFaultWithItsLine) {
 }
 
 TEST(TableParsing, OfAFileThatIsNotThereSaysSo) {
-  const support::TempDir dir;
-  const auto fault = GDB().readFile(dir.file("none.tab"));
+  const auto fault = GDB().readFile("none/none.tab");
   ASSERT_TRUE(fault.has_value());
-  EXPECT_EQ(fault->message, "Can't open file " + dir.file("none.tab") + " for reading");
+  EXPECT_EQ(fault->message, "Can't open file none/none.tab for reading");
 }
 
 TEST(TableParsing, LeavesTheTableAsItWasWhereItFails) {

@@ -17,11 +17,9 @@ CALLED_CIS = (5, 20, 41)  # of them
 
 
 def many_prolines():
-    changes = {}
-    for n in range(1, PROLINES + 1):
-        for atom, ppm in (CIS if n in CALLED_CIS else TRANS).items():
-            changes[3 * n - 1, atom] = ppm
-    return program.full_table("APK" * PROLINES, changes)
+    return program.full_table("APK" * PROLINES, {
+        (3 * n - 1, atom): ppm for n in range(1, PROLINES + 1)
+        for atom, ppm in (CIS if n in CALLED_CIS else TRANS).items()})
 
 
 class Case(unittest.TestCase):

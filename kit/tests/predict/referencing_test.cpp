@@ -73,11 +73,9 @@ TEST(Referencing, BetweenPointsAStraightLineBesideThemALevelOneBeyondNothing) {
   const std::vector<BackboneValues> residues = {residue(-2.1, 0), residue(-1.5, 0), residue(0.5, 0),
                                                 residue(2, 0),    residue(5, 0),    residue(6.1, 0)};
   const std::vector<double> found = deviations(residues, bent);
-  ASSERT_EQ(found.size(), 4U);
-  EXPECT_NEAR(found[0], -0.75 - 1, 1e-6);
-  EXPECT_NEAR(found[1], 0.25 - 2, 1e-6);
-  EXPECT_NEAR(found[2], 1 - 5, 1e-6);
-  EXPECT_NEAR(found[3], 2.5 - 5.5, 1e-6);
+  const std::vector<double> expected = {-0.75 - 1, 0.25 - 2, 1 - 5, 2.5 - 5.5};
+  ASSERT_EQ(found.size(), expected.size());
+  for (std::size_t i = 0; i < found.size(); ++i) EXPECT_NEAR(found[i], expected[i], 1e-6);
 }
 
 TEST(Referencing, FewerThanTenResiduesGiveNoOffset) {
@@ -94,15 +92,12 @@ TEST(Referencing, FewerThanTenResiduesGiveNoOffset) {
 TEST(Referencing, TheRelationWithTheSmallestErrorCounts) {
   const std::vector<ShiftRelation> relations = {{"HA", Measure::amideProtons, -1, 1, {0, 0, 0}, 0.3, 0.1},
                                                 {"HA", Measure::caMinusCb, -2, 2, {0.2, 0, -0.2}, 0.2, 0.05}};
-  std::vector<BackboneValues> residues(12, kEmpty);
-  for (BackboneValues& shifts : residues) {
-    shifts = residue(1, 0);
-    shifts[kHN] = 0.5F;
-    shifts[kHA] = 0.4F;
-  }
-  EXPECT_NEAR(estimateOffsets(residues, relations)[2].offset, 0.5, 1e-6);
-  for (BackboneValues& shifts : residues) shifts[kCB] = kAbsent;
-  EXPECT_NEAR(estimateOffsets(residues, relations)[2].offset, 0.4, 1e-6);
+  BackboneValues shifts = residue(1, 0);
+  shifts[kHN] = 0.5F;
+  shifts[kHA] = 0.4F;
+  EXPECT_NEAR(estimateOffsets(std::vector<BackboneValues>(12, shifts), relations)[2].offset, 0.5, 1e-6);
+  shifts[kCB] = kAbsent;
+  EXPECT_NEAR(estimateOffsets(std::vector<BackboneValues>(12, shifts), relations)[2].offset, 0.4, 1e-6);
 }
 
 TEST(Referencing, AmideProtonsAreThoseOfTheResidueAndTheNext) {
@@ -119,15 +114,14 @@ TEST(Referencing, AmideProtonsAreThoseOfTheResidueAndTheNext) {
 TEST(Referencing, HaThatIsOffSaysNothingOfCa) {
   const std::vector<ShiftRelation> relations = {{"HA", Measure::amideProtons, -1, 1, {0, 0, 0}, 0.2, 0.02},
                                                 {"CA", Measure::alphaProton, -1, 1, {4, 0, -4}, 1, 0.2}};
-  std::vector<BackboneValues> residues(40, kEmpty);
-  for (BackboneValues& shifts : residues) {
-    shifts[kCA] = 1;
-    shifts[kHA] = 0.2F;
-    shifts[kHN] = 0;
-  }
-  EXPECT_NEAR(estimateOffsets(residues, relations)[0].offset, 1.8, 1e-6);
-  for (BackboneValues& shifts : residues) shifts[kHA] = 0.6F;
-  const std::vector<OffsetEstimate> offsets = estimateOffsets(residues, relations);
+  BackboneValues shifts = kEmpty;
+  shifts[kCA] = 1;
+  shifts[kHA] = 0.2F;
+  shifts[kHN] = 0;
+  EXPECT_NEAR(estimateOffsets(std::vector<BackboneValues>(40, shifts), relations)[0].offset, 1.8, 1e-6);
+  shifts[kHA] = 0.6F;
+  const std::vector<OffsetEstimate> offsets =
+      estimateOffsets(std::vector<BackboneValues>(40, shifts), relations);
   EXPECT_TRUE(callsForCorrection(offsets[2]));
   EXPECT_TRUE(std::isnan(offsets[0].offset));
 }

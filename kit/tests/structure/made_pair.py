@@ -11,11 +11,9 @@ TRANS = {"CB": 30.0, "CG": 27.0}  # on the means of trans
 
 def shifts(cis=(), sequence=SEQUENCE):
     """A shift table whose prolines are all called: cis at these positions, else trans."""
-    changes = {}
-    for position, letter in enumerate(sequence, 1):
-        if letter == "P":
-            changes.update({(position, atom): value for atom, value in (CIS if position in cis else TRANS).items()})
-    return program.full_table(sequence, changes)
+    return program.full_table(sequence, {
+        (position, atom): value for position, letter in enumerate(sequence, 1) if letter == "P"
+        for atom, value in (CIS if position in cis else TRANS).items()})
 
 
 def chain(cis=(), omegas=None, sequence=SEQUENCE, first=1):

@@ -12,13 +12,9 @@ namespace {
 using zorvela::BondState;
 
 TEST(Bond, StateOfOmega) {
-  EXPECT_EQ(zorvela::stateOfOmega(0), BondState::cis);
-  EXPECT_EQ(zorvela::stateOfOmega(30), BondState::cis);
-  EXPECT_EQ(zorvela::stateOfOmega(-30), BondState::cis);
-  EXPECT_EQ(zorvela::stateOfOmega(30.01), BondState::twisted);
-  EXPECT_EQ(zorvela::stateOfOmega(-149.99), BondState::twisted);
-  EXPECT_EQ(zorvela::stateOfOmega(150), BondState::trans);
-  EXPECT_EQ(zorvela::stateOfOmega(-180), BondState::trans);
+  for (const double omega : {0.0, 30.0, -30.0}) EXPECT_EQ(zorvela::stateOfOmega(omega), BondState::cis);
+  for (const double omega : {30.01, -149.99}) EXPECT_EQ(zorvela::stateOfOmega(omega), BondState::twisted);
+  for (const double omega : {150.0, -180.0}) EXPECT_EQ(zorvela::stateOfOmega(omega), BondState::trans);
 }
 
 TEST(Bond, StateOfTheDistanceOfCaAtoms) {

@@ -21,9 +21,7 @@ def full_residue(sequence, resid):
 
 def full_table(sequence, changes=()):
     """A shift table with all shifts; changes: {(residue number, atom): shift}."""
-    shifts = {}
-    for resid in range(1, len(sequence) + 1):
-        shifts.update({(r, a): s for r, a, s in full_residue(sequence, resid)})
+    shifts = {(r, a): s for resid in range(1, len(sequence) + 1) for r, a, s in full_residue(sequence, resid)}
     shifts.update(changes)
     return shift_table(sequence, sorted((r, a, s) for (r, a), s in shifts.items()))
 

@@ -3,23 +3,21 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using Kind = zorvela::StarToken::Kind;
 
-struct Word {
-  Kind kind;
-  std::string value;
-  bool operator==(const Word& other) const { return kind == other.kind && value == other.value; }
-};
+using Word = std::pair<Kind, std::string>;
 
 std::vector<Word> wordsOf(const std::string& text) {
   zorvela::StarTokens tokens(text);
   std::vector<Word> words;
   for (auto token = tokens.next(); token.kind != Kind::end; token = tokens.next())
-    words.push_back({token.kind, std::string(token.value)});
+    words.emplace_back(token.kind, token.value);
   return words;
 }
 

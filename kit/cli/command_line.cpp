@@ -29,8 +29,8 @@ std::string ValueKind::range() const {
 
 /// Tells what is wrong with a value; "" for a good one.
 std::string ValueKind::findingOn(const std::string& value) const {
-  if (value.empty()) return "is empty; give a name";
   const std::string allowed = range();
+  if (value.empty() && allowed.empty()) return "is empty; give a name";
   if (allowed.empty() || std::find(words.begin(), words.end(), value) != words.end()) return "";
   if (!words.empty()) return shown(value) + " not in " + allowed;
   double number = 0;

@@ -3,7 +3,7 @@
 #include <set>
 #include <system_error>
 
-#include "cli/whole_file.h"
+#include "cli/whole_file.h"  // for afterLinks
 #include "zorvela/error.h"
 
 namespace zorvela {
@@ -15,11 +15,16 @@ namespace fs = std::filesystem;
 const fs::path kStandardOutput = "/dev/stdout";
 const fs::path kStandardError = "/dev/stderr";
 
+/// Tells whether the output is standard output by its name. Its messages may go to the same file: > log 2>&1.
+bool isStandardName(const std::string& output) {
+  return output == "-" || output == kStandardOutput;
+}
+
 /// The file that an output goes to, also one that is not there yet; "-" for a standard output that is not a
 /// file. Empty for devices and other pipes, which may take several outputs.
 fs::path placeOf(const std::string& output) {
   std::error_code unknown;  // what is wrong with a path is said when it is written
-  if (isStandardOutput(output))
+  if (isStandardName(output))
     return fs::is_regular_file(kStandardOutput, unknown) ? fs::canonical(kStandardOutput, unknown) : "-";
   const fs::file_status status = fs::status(output, unknown);
   if (!fs::is_regular_file(status) && status.type() != fs::file_type::not_found) return {};
@@ -51,7 +56,7 @@ void InputFiles::mustNotHold(const std::vector<std::string>& outputs) const {
   std::set<fs::path> places;
   for (const std::string& output : outputs) {
     if (output.empty()) continue;
-    const bool isStandard = isStandardOutput(output);
+    const bool isStandard = isStandardName(output);
     const std::string name = isStandard ? "standard output" : output;
     const fs::path file = isStandard ? kStandardOutput : fs::path(output);
     std::error_code noFile;

@@ -37,7 +37,7 @@ def zorvela(*arguments, place=FOLDER, **options):
 def numbers_and_rest(text):
     """The numbers of a JSON text that are not whole, in its order, and its value without them."""
     numbers = []
-    rest = json.loads(text, parse_float=lambda digits: numbers.append(float(digits)))
+    rest = json.loads(text, parse_float=lambda digits: numbers.append(float(digits)) or 0.0)
     return numbers, rest
 
 

@@ -2,6 +2,7 @@
 import os
 import resource
 import shutil
+import subprocess
 import unittest
 
 from zorvela_tests import folder, hostile, program
@@ -52,10 +53,12 @@ class TwoOutputs(InFolder):
         self.assertNotIn("two outputs", ended.stderr)
 
     def test_the_file_of_the_messages(self):
-        with open(self.path("x"), "w", encoding="utf-8") as stderr:
-            ended = self.run_to(self.path("x"), self.input, stderr=stderr)
-        self.assertEqual(ended.returncode, 1)
-        self.assertIn("x: receives the messages (standard error); choose another place with --output", self.read("x"))
+        for stdout in (subprocess.DEVNULL, None):  # None: standard output is the same file
+            with open(self.path("x"), "w", encoding="utf-8") as stderr:
+                ended = self.run_to(self.path("x"), self.input, stdout=stdout or stderr, stderr=stderr)
+            self.assertEqual(ended.returncode, 1)
+            self.assertIn("x: receives the messages (standard error); choose another place with --output",
+                          self.read("x"))
 
 
 class Words(InFolder):

@@ -38,7 +38,13 @@ std::string afterChange(const std::string& name, const std::string& before, cons
   const std::size_t at = text.find(before);
   EXPECT_NE(at, std::string::npos) << before;
   text.replace(at, before.size(), after);
-  return messageOf([&] { zorvela::tablesFromTexts(texts); });
+  try {
+    zorvela::tablesFromTexts(texts);
+  } catch (const zorvela::TableError& e) {
+    EXPECT_EQ(e.file(), name);
+    return e.what();
+  }
+  return "no error";
 }
 
 /// Returns the line of a piece of a made table, with the name of the table: "randcoil.tab:12".

@@ -84,29 +84,25 @@ class Annotator {
     const StarColumn code = table.column(kCategory + "sequence_code");
     const std::size_t flag = table.indexOf(kCategory + kFlagTag);
     if (flag == StarTable::kAbsent) addColumn(tagOf(loop, loop.tagCount - 1), file.textOf(tagOf(loop, 0)));
+    StarTokens tokens(file.text, tagOf(loop, 0).begin);
+    const auto nextOf = [&tokens](std::size_t count) {
+      StarToken token;
+      for (std::size_t i = 0; i < count; ++i) token = tokens.next();
+      return token;
+    };
+    nextOf(loop.tagCount);
     for (std::size_t i = 0; i < table.rows(); ++i) {
       const auto cell = [&](const StarColumn& column) { return nameOf(column.text(i), cut); };
       const NefSequenceRow row = {block, cell(chain), cell(code), cell(residue)};
       const std::optional<bool> wanted = cisPeptideOf(row);
-      if (flag == StarTable::kAbsent)
-        addFlag(placeOf(table.span(i, loop.tagCount - 1)), wanted);
-      else if (wanted)
-        setFlag(placeOf(table.span(i, flag)), table.column(kCategory + kFlagTag).text(i), row, *wanted);
+      if (flag == StarTable::kAbsent) {
+        addFlag(nextOf(loop.tagCount), wanted);
+        continue;
+      }
+      const StarToken value = nextOf(flag + 1);
+      if (wanted) setFlag(value, row, *wanted);
+      nextOf(loop.tagCount - flag - 1);
     }
-  }
-
-  /// A value with its quotes.
-  struct Place {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-  };
-
-  Place placeOf(StarSpan value) const {
-    const std::size_t end = value.begin + value.size;
-    const char before = value.begin > 0 ? file.text[value.begin - 1] : ' ';
-    if (isStarSpace(before)) return {value.begin, end};
-    return {value.begin - 1U,
-            end + (before == ';' ? 2 : 1)};  // the end of a text field has a line of its own
   }
 
   /// Adds the tag after the last one, on a line of its own where that has one. The last tag may be of another
@@ -121,22 +117,23 @@ class Annotator {
     edited.put(end, end, (isAlone ? lineBreakOf(file.text) + indent : " ") + tag);
   }
 
-  void addFlag(const Place& lastValue, std::optional<bool> wanted) {
+  void addFlag(const StarToken& lastValue, std::optional<bool> wanted) {
     const std::string flag = wanted ? flagText(*wanted) : ".";
     if (flag != ".") ++result.written;
     edited.put(lastValue.end, lastValue.end, " " + flag);
   }
 
-  void setFlag(const Place& place, const std::string& value, const NefSequenceRow& row, bool wanted) {
-    if (readFlag(value) == wanted) {
+  void setFlag(const StarToken& value, const NefSequenceRow& row, bool wanted) {
+    const bool isEmpty = value.isPlain && (value.value == "." || value.value == "?");
+    if (!isEmpty && readFlag(value.value) == wanted) {
       ++result.confirmed;
       return;
     }
-    if (!value.empty()) result.differing.push_back({row, printable(value, 40), wanted});
-    const bool isKept = value.empty() ? flagText(wanted) == std::string(".") : !rules.replace;
+    if (!isEmpty) result.differing.push_back({row, printable(value.value, 40), wanted});
+    const bool isKept = isEmpty ? flagText(wanted) == std::string(".") : !rules.replace;
     if (isKept) return;
     ++result.written;
-    edited.put(place.begin, place.end, flagText(wanted));
+    edited.put(value.begin, value.end, flagText(wanted));
   }
 
   const char* flagText(bool isCis) const { return isCis ? "true" : rules.trans ? "false" : "."; }

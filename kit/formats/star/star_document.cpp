@@ -16,6 +16,7 @@ namespace {
 using Kind = StarToken::Kind;
 
 constexpr std::size_t kLongestWord = 60;
+constexpr Limit kWords = {20000000, "has", "words", kShiftPartRemedy};
 
 /// Beginnings of the tags that the readers ask for: NMR-STAR 3, NEF, NMR-STAR 2.1, mmCIF.
 constexpr std::string_view kNeededTags[] = {"_Entity.",
@@ -165,6 +166,8 @@ class Parser {
 
   void advance() {
     token = tokens.next();
+    // Structures of large complexes have more words than any entry of shifts.
+    if (!isStrict) checkLimit(++words, kWords, file.name);
     if (token.isOpen && file.text[token.begin] == ';')
       fail(token.line, "a text field begins here and has no end");
   }
@@ -173,9 +176,10 @@ class Parser {
     return {small(static_cast<std::size_t>(part.data() - file.text.data())), small(part.size())};
   }
 
-  void note(std::size_t atLine, const std::string& what) {
+  /// Notes a fault, and what is done with it; an error in CIF.
+  void note(std::size_t atLine, const std::string& what, const std::string& remedy = {}) {
     if (isStrict) fail(atLine, what);
-    notes.add("line " + std::to_string(atLine) + ": " + what);
+    notes.add("line " + std::to_string(atLine) + ": " + what + remedy);
   }
 
   // --- Frames ---------------------------------------------------------------------------------
@@ -197,8 +201,8 @@ class Parser {
   }
 
   void noteOpenFrame(const std::string& before) {
-    note(frameLine, "save frame " + printable(file.textOf(frameName), kLongestWord) +
-                        " is not closed; read as if it ended before " + before);
+    note(frameLine, "save frame " + printable(file.textOf(frameName), kLongestWord) + " is not closed",
+         "; read as if it ended before " + before);
   }
 
   /// Makes a frame of all that was read since the last heading.
@@ -254,7 +258,7 @@ class Parser {
     for (; token.kind == Kind::value; advance()) ++count;
     const std::string what = counted(count, "value", "values") + " without a tag";
     if (isNeeded(lastTag)) fail(firstLine, what);
-    note(firstLine, what + "; ignored");
+    note(firstLine, what, "; ignored");
   }
 
   // --- Loops ----------------------------------------------------------------------------------
@@ -282,8 +286,8 @@ class Parser {
     loop.isEmpty = lines.values == 0;
     if (loop.tagCount > 0)
       settleRows(loop, isOfUse);
-    else if (!loop.isEmpty)
-      note(loopLine, "a loop without tags; ignored");
+    else if (isStrict || !loop.isEmpty)
+      note(loopLine, "a loop without tags", "; ignored");
     loop.valueCount = small(file.values.size() - loop.firstValue);
     file.loops.push_back(loop);
   }
@@ -300,9 +304,11 @@ class Parser {
     // checked. With few columns, many lines hold whole rows by chance.
     constexpr std::size_t kManyColumns = 5;
     const bool runsOn = columns < kManyColumns ? layout.wholeLines * 10 < lineCount * 9 : !isByLine;
-    if (fills && (isStrict || runsOn)) return;
-    loop.bad = layout.bad.front();
+    const bool isCountedOnly = fills && (isStrict || runsOn);
+    if (!isCountedOnly || isByLine) loop.bad = layout.bad.front();
+    if (isCountedOnly) return;
     loop.lacksRows = isByLine;
+    loop.isUnusable = !isByLine;
     if (isStrict) throwBad(loop, file);
     for (const BadLines& bad : layout.bad)
       notes.add(lineRange(bad.firstLine, bad.lastLine) + ": " + countsOf(bad, loop, file) +
@@ -326,6 +332,7 @@ class Parser {
   bool isStrict;
   StarTokens tokens;
   StarToken token;
+  std::size_t words = 0;
   StarSpan blockName;
   StarSpan frameName;
   std::size_t frameLine = 0;
@@ -453,7 +460,7 @@ std::vector<StarEntry> entriesOf(const std::shared_ptr<const StarFile>& file) {
 }
 
 std::size_t StarTable::rows() const {
-  if (!loop->lacksRows) requireWhole();
+  if (loop->isUnusable) throwBad(*loop, *source);
   return loop->tagCount > 0 ? loop->valueCount / loop->tagCount : 0;
 }
 

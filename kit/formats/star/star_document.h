@@ -38,6 +38,7 @@ struct StarLoop {
   std::uint32_t valueCount = 0;  ///< 0 for a loop that no reader needs
   bool isEmpty = true;           ///< there were no values at all
   bool lacksRows = false;        ///< the rows of bad lines were ignored
+  bool isUnusable = false;       ///< values are missing, and no line shows where
   BadLines bad;                  ///< the first of them
 };
 
@@ -138,7 +139,7 @@ class StarTable {
 
   /// Returns the number of rows. FileError for a loop in which values are missing and no line shows where.
   std::size_t rows() const;
-  /// Throws FileError if values are missing or left over in a row.
+  /// Throws FileError if values are missing, or if most lines hold whole rows but not all.
   void requireWhole() const;
   /// Returns the line, from 1, on which a row begins.
   std::size_t lineOf(std::size_t row) const;

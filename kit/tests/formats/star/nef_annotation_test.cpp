@@ -25,6 +25,17 @@ TEST(Annotation, FieldsOverSeveralLines) {
             kHead + "_nef_sequence.cis_peptide\n3\n;PRO\n; true\n4 PRO false\nstop_\n");
 }
 
+TEST(Annotation, AWordThatTouchesTheEndOfATextFieldIsAWord) {
+  EXPECT_EQ(annotated(kHead + "\n;3\n;PRO\n      4 PRO\n"),
+            kHead + "_nef_sequence.cis_peptide\n\n;3\n;PRO true\n      4 PRO false\n");
+  EXPECT_EQ(annotated(kHead + "\n;3\n;PRO"), kHead + "_nef_sequence.cis_peptide\n\n;3\n;PRO true");
+}
+
+TEST(Annotation, AQuotedPointIsNotAnEmptyValue) {
+  const std::string head = kHead + "_nef_sequence.cis_peptide\n";
+  EXPECT_EQ(annotated(head + "3 PRO '.'\n4 PRO .\n", true), head + "3 PRO '.'\n4 PRO false\n");
+}
+
 TEST(Annotation, CommentsThatTouchAValueStayComments) {
   EXPECT_EQ(annotated(kHead + "_nef_sequence.cis_peptide\n3 PRO 'no'# a comment\n"),
             kHead + "_nef_sequence.cis_peptide\n3 PRO true # a comment\n");
@@ -62,6 +73,11 @@ TEST(Annotation, RefusesWhatItCannotPlace) {
         std::string("data_x\nloop_\n_nef_sequence.index\n1\n")})
     EXPECT_THROW(annotated(text), zorvela::FileError) << text;
   EXPECT_EQ(messageOf([] { annotated(kHead + "3 PRO 4\nstop_\n"); }).substr(0, 8), "a.nef:5:");
+  // Two rows in three are whole, so that the count of all values proves nothing.
+  EXPECT_EQ(
+      messageOf([] { annotated(kHead + "3 PRO\n4\n5 ALA\n6 ALA 7\n8 ALA\n9 ALA\n"); }),
+      "a.nef:6: 1 value for the 2 columns of _nef_sequence; give each row one value for each column, or "
+      "fetch the file again");
 }
 
 }  // namespace

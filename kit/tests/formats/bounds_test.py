@@ -27,6 +27,7 @@ REFUSED = (  # attacks at a size, and the message
     ("quoted words", 2000000, NO_SHIFTS),
     ("gaps x chains", 900, TOO_MANY_MADE),
     ("$words", 5000000, NO_SHIFTS),
+    ("$words", 21000000, "has more than 20000000 words"),
     ("$words for shifts", 5000000, "has more than 300000 shift rows"),
     ("save frames", 200000, "has more than 100000 save frames"),
     ("entries in a file", 2000, "holds more than 1000 entries"))

@@ -137,8 +137,8 @@ std::vector<RowShift> shiftsIn(const CsvRow& row, const RowResidue& residue, con
     if (value.empty() && isNoValue(column.atom)) column.atom.clear();
     return {{column, column.offset ? "" : name, value}};
   }
-  std::vector<RowShift> shifts;
-  shifts.push_back({{}, name, {}});
+  std::vector<RowShift> shifts(1);
+  shifts.front().residueName = name;
   for (const AtomColumn& column : columns.atoms)
     if (const std::string value = valueIn(column.column); !value.empty())
       shifts.push_back({column, column.offset ? "" : name, value});

@@ -23,12 +23,13 @@ struct JoinArguments {
 /// Adds --sequence, --first-residue and --merge.
 void addJoining(Command& command, JoinArguments& given);
 
-/// The shift files that were named, each with what belongs to it: the sequence of --sequence, or of the file
-/// of the same stem among them, or of the only one where there is one shift file or all are merged.
+/// The shift files that were named, each with its sequence if one is given. The sequence of --sequence
+/// belongs to all of them. A sequence among the files belongs to the shift file of the same stem. Its stem
+/// does not matter where there is one shift file, or where all are merged.
 class JoinedInputs {
  public:
-  /// An Error for a sequence that cannot be read or belongs to no shift file, for two that differ, and for a
-  /// number of the first residue without a sequence.
+  /// Reads the sequences. Error for one that cannot be read or belongs to no shift file, and for two that
+  /// differ. Error also for a number of the first residue without a sequence.
   JoinedInputs(const FileArguments& named, const JoinArguments& joining);
   /// Returns the inputs: the shift files, with --merge the first of them.
   const std::vector<std::string>& inputs() const { return shiftFiles; }

@@ -79,8 +79,8 @@ std::size_t readEntries(const std::string& folder, std::vector<Protein>& protein
   return failed;
 }
 
-/// Counts the votes of the structures of a folder: each job takes the next file that nobody has and holds one
-/// structure at a time. Returns how many could not be used.
+/// Counts the votes of the structures of a folder. Each job takes the next file that is not taken, and holds
+/// one structure at a time. Returns how many could not be used.
 std::size_t countVotes(const LabelSettings& settings, LabelVotes& votes) {
   const std::vector<std::string> files = filesIn(settings.structures);
   requireAny(files, settings.structures, "structures (PDB or mmCIF)");

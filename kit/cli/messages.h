@@ -36,8 +36,8 @@ struct Failure {
   std::string message;
 };
 
-/// Writes "3 of 7 files could not be ..." where there were several; for many files also each reason, with its
-/// number of files.
+/// Writes "3 of 7 files could not be ..." where there were several. For many files, also writes each reason
+/// with its number of files.
 void sayFailures(const std::vector<Failure>& failures, std::size_t files, const std::string& what);
 
 }  // namespace zorvela

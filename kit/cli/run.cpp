@@ -1,5 +1,4 @@
 // The sub-command `run`: import, predict and collect, for one file or thousands.
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <set>

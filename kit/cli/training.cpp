@@ -1,5 +1,5 @@
-// The sub-commands `train` and `evaluate`: the seven reference tables from proteins with known prolines, and
-// how often predictions are right for such prolines.
+// The sub-commands `train` and `evaluate`. The first makes the seven reference tables from proteins with
+// known prolines. The second measures how often predictions are right for such prolines.
 #include <functional>
 #include <iostream>
 #include <map>
@@ -41,7 +41,7 @@ struct DataSettings {
 constexpr const char* kDataToTry =
     "Data to try: the folder of data/zorvela-data.tar.xz in the sources has all files that the examples name";
 
-// Closer to the ends of the range, or to the median, hardly a shift is left to take a deviation of.
+// Closer to the ends of the range, or to the median, too few shifts are left for a deviation.
 constexpr double kLeastLimitPercent = 0.001;
 constexpr double kLeastTrim = 1;
 constexpr bool kOrZero = true;

@@ -14,7 +14,7 @@ constexpr const char* kUnpack = "unpack it first";
 constexpr const char* kSaveAsUtf8 = "save it as UTF-8";
 constexpr const char* kExport = "export NMR-STAR or a table with column names";
 
-/// A kind of file by its beginning, or that of a line; without a remedy, the right file must be given.
+/// A kind of file by its beginning, or that of a line. Without a remedy, the right file must be given.
 struct Foreign {
   std::string_view start;
   std::string_view what;

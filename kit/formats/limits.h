@@ -51,7 +51,7 @@ inline constexpr Limit kSequence =   {kLongestSequence, "has a sequence of", "re
 inline constexpr Limit kResiduesMade = {kMostResidues, "makes", "residues in all tables together", "choose a chain and a list, or split the file"};
 // clang-format on
 
-/// Returns the limit for a text of so many bytes, whose rows may be short: each takes some 200 bytes of
+/// Returns the limit for a text of so many bytes. Its rows may be short, and each takes some 200 bytes of
 /// memory.
 constexpr Limit shiftRows(std::size_t bytes) {
   return {std::min(kMostShiftRows, 100000 + bytes / 20), "has", "shift rows", kOneProteinRemedy};

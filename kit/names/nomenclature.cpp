@@ -58,8 +58,9 @@ constexpr Names kOwnNames[] = {
     {"2MR|DA2|NMM", {'R', true}},
     {"BTR|HTR", {'W', true}},
     {"HYP|HY3", {'P', true, true}},
-    // The library files these under a parent whose shifts are nothing like theirs: other side chains at CB,
-    // no alpha proton, a peptide bond through the side chain, or three residues fused to a chromophore.
+    // The library files these under a parent whose shifts are nothing like theirs. They have other side
+    // chains at CB, no alpha proton, or a peptide bond through the side chain. Some are three residues fused
+    // to a chromophore.
     {"ABA|AIB|ALC|BMT|CR2|CR8|CRF|CRO|CRQ|CSH|DAB|DHA|FGA|GHP|GYS|IAS|MDO|NLE|NRQ|ORN", {}}};
 
 const std::unordered_map<std::string, ResidueReading>& ownNames() {

@@ -8,8 +8,8 @@
 
 namespace zorvela {
 
-/// CB - CG of a proline (ppm) from which it is cis, and up to which it is trans (Schubert et al.,
-/// J Biomol NMR 24:149, 2002).
+/// CB - CG of a proline (ppm) from which it is cis, and up to which it is trans. Source: Schubert et al.,
+/// J Biomol NMR 24:149, 2002.
 inline constexpr double kCisCbMinusCgFrom = 8.0;
 inline constexpr double kTransCbMinusCgUpTo = 6.5;
 

@@ -1,6 +1,6 @@
 // All fields of the results: CSV columns, JSON members and members of the Python classes. A new field is a
-// line in fields.cpp, an entry in run.schema.json, one in the table of doc/run.md and one in
-// python/results.cpp.
+// line in fields.cpp and an entry in run.schema.json. It also is an entry in the table of doc/run.md and one
+// in python/results.cpp.
 #pragma once
 
 #include <optional>

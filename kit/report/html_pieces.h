@@ -59,8 +59,8 @@ inline constexpr double kMostForCis = 10;
 
 // --- Pictures -----------------------------------------------------------------------------------
 
-/// Pictures are as many units wide as the narrowest phone has pixels for them: text of 11 units has at least
-/// 11 pixels.
+/// Pictures are as many units wide as the narrowest phone has pixels for them. Text of 11 units therefore has
+/// at least 11 pixels.
 inline constexpr double kPictureWidth = 288;
 
 /// Returns a coordinate, to a tenth of a unit.

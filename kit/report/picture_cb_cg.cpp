@@ -111,7 +111,8 @@ struct Box {
   }
 };
 
-/// The line of one CB - CG (ppm) within the picture, from the lower left to the upper right, with its text.
+/// The line of one CB - CG (ppm) within the picture, with its text. It goes from the lower left to the upper
+/// right.
 struct DifferenceLine {
   double x, y, width, height, angle;
   std::string text;

@@ -1,4 +1,4 @@
-// The formats, of which a new one is a file and a line here, and what they share: counts, names and warnings.
+// The formats, and what they share: counts, names and warnings. A new format is a file and a line here.
 #include "zorvela/report.h"
 
 #include <algorithm>

@@ -57,12 +57,13 @@ std::vector<std::string> otherNotes(const ProteinResult& protein);
 /// empty.
 std::string precisionNote(const ProlineResult& proline);
 
-/// Returns "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis", and how
-/// many cis prolines are called cis if these are less than half. Empty without a prediction.
+/// Returns "in cross-validation, 32 of 32 prolines with CB and CG and P_CIS_NORM above 0.8 were cis". Adds
+/// how many cis prolines are called cis if these are less than half. Empty without a prediction.
 std::string howOftenRight(const ProlineResult& proline);
 
-/// Returns lines of at most 80 columns: the call in a sentence, the largest contributions with a bar of
-/// characters, and the missing shifts with their expected information. Without evidence, only the sentence.
+/// Returns lines of at most 80 columns. They have the call in a sentence, and the largest contributions with
+/// a bar of characters. The missing shifts follow, with their expected information. Without evidence, there
+/// is only the sentence.
 std::string explained(const ProlineResult& proline);
 
 /// Returns the three strongest contributions: "CB:+4.1;CG:+3.0;next:-0.4". Empty without evidence.

@@ -60,8 +60,8 @@ std::string filled(std::string form, const RestrainedBond& bond) {
 }
 
 /// The writer of a program whose declarations have one form. In it, {before} and {proline} are residue
-/// numbers, {blanks} fills that of the proline to four characters, {segid} selects the chain, {chain} is its
-/// name.
+/// numbers, and {blanks} fills that of the proline to four characters. {segid} selects the chain, {chain} is
+/// its name.
 auto lines(const Dialect& dialect, const std::string& form) {
   return [dialect, form](const RestraintRequest& request) {
     return declarations(dialect, request, [&form](const RestrainedBond& bond) {

@@ -12,7 +12,7 @@ namespace zorvela {
 /// The length of chain names for lines that name no chain and tell them apart all the same.
 inline constexpr std::size_t kAnyChain = static_cast<std::size_t>(-1);
 
-/// Whether lines need the name of a chain. `joined`: behind the residue number (81A), so it must be a letter.
+/// Need of lines for the name of a chain. `joined`: behind the residue number (81A), so it must be a letter.
 enum class ChainName { optional, needed, joined };
 
 /// Comment marks of a program, and limits of its lines.

@@ -23,10 +23,11 @@ struct DataRow {
                          const std::string& remedy = "correct or remove the line") const;
 };
 
-/// Reads the lines of a file. Empty lines are skipped; a field may be quoted, blanks around it do not count,
-/// nor does the apostrophe of `csvCell` before a name that a spreadsheet would take for a formula. Error
-/// where the file cannot be read, or its header lacks one of the columns, where a quote is not closed on its
-/// line, or a line has another number of fields than the header.
+/// Reads the lines of a file, without the empty ones. A field may be quoted; blanks around it do not count.
+/// `csvCell` puts an apostrophe before a name that a spreadsheet would take for a formula. The apostrophe
+/// does not count either. Error where the file cannot be read, is empty, or its header lacks one of the
+/// columns. Error also where a quote is not closed on its line. Error for a line with another number of
+/// fields than the header.
 std::vector<DataRow> readDataRows(const std::string& path, const std::vector<std::string>& columns);
 
 }  // namespace zorvela

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <ostream>
 
 #include <nlohmann/json.hpp>

@@ -47,9 +47,9 @@ using OnStep = std::function<void(std::size_t total)>;
 
 /// Reads labels and, from `folder`, the shift table of each entry; `model` has the random-coil shifts. A step
 /// is an entry. The labels are CSV with the columns entry, resid, label_structure (cis, trans or empty) and
-/// cluster; label_shift (cis, trans, unclear or empty) is read where it is there. Entries and clusters are in
-/// the order in which the labels name them. Error for a malformed line, another label, a repeated proline, an
-/// entry without a file and a residue that is not a proline.
+/// cluster. The column label_shift (cis, trans, unclear or empty) is read where it is there. Entries and
+/// clusters are in the order in which the labels name them. Error for a malformed line, another label and a
+/// repeated proline. Error also for an entry without a file and a residue that is not a proline.
 LabelledProlines readLabelled(const std::string& labels, const std::string& folder, const Model& model,
                               const OnStep& onStep = {});
 

@@ -22,7 +22,7 @@ struct StructureFit {
   std::size_t aligned = 0;
 };
 
-/// Counts of the bond before a proline that is cis and trans: in the chains and models of a structure, or in
+/// Counts of cis and trans for the bond before a proline. They count the chains and models of a structure, or
 /// structures.
 struct BondVotes {
   std::size_t cis = 0;
@@ -51,8 +51,8 @@ class LabelVotes {
   /// The bonds of one structure, for `count`; nothing where it fits none of the proteins. May run in several
   /// threads at once.
   std::optional<ProlineVotes> bondsOf(const ProteinStructure& structure) const;
-  /// Counts the vote of one structure for each of its prolines: of identical structures if there are any,
-  /// else of homologous ones. The order in which structures come does not matter.
+  /// Counts the vote of one structure for each of its prolines. Homologous structures count only where there
+  /// are no identical ones. The order in which structures come does not matter.
   void count(const ProlineVotes& bonds);
 
   /// Returns "4 of 5 prolines in 2 proteins labelled".

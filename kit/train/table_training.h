@@ -17,8 +17,8 @@ namespace zorvela {
 struct TrainingChoices {
   double limitPercent = 2.0;  ///< shifts are clipped below this percentile and above its mirror
   double trim = 4.0;  ///< values further from the median than this many robust deviations are left out
-  /// Deviations of cis and trans: "natural", one for both with the variances weighted 1 to 19 as in nature;
-  /// "equal", one with the variances weighted equally; "none", each class its own.
+  /// Deviations of cis and trans. "natural": one for both, with the variances weighted 1 to 19 as in nature.
+  /// "equal": one for both, with the variances weighted equally. "none": each class has its own.
   std::string pooling = "natural";
   double widenProline = 1.5;     ///< factor on the deviations of the proline's own shifts
   double widenNeighbours = 2.0;  ///< factor on the deviations of the neighbours' shifts

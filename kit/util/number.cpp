@@ -10,7 +10,8 @@ namespace zorvela {
 
 namespace {
 
-/// The locale of a program that uses the library may have a comma as the point, or a sign of several bytes.
+/// Returns the number with a point. The locale of a program that uses the library may have a comma instead,
+/// or a sign of several bytes.
 std::string withPoint(std::string number) {
   const std::size_t point = number.find_first_not_of("+-0123456789e");
   if (point != std::string::npos)

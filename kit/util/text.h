@@ -95,8 +95,8 @@ std::string lineRange(std::size_t first, std::size_t last);
 /// "1 shift", "2 shifts".
 std::string counted(std::size_t count, const std::string& one, const std::string& many);
 
-/// Returns the CRC-32, as gzip has it, of the bytes that went before, whose sum is given (0 for none), and
-/// these.
+/// Returns the CRC-32, as gzip has it, of the bytes that went before and these. `sum` is that of the bytes
+/// before, 0 for none.
 std::uint32_t crc32(std::uint32_t sum, std::string_view bytes);
 
 /// Adds `text` and the items to the notes, unless there are no items.

@@ -30,8 +30,8 @@ class EditedText {
  public:
   explicit EditedText(std::string_view source) : text(source) {}
 
-  /// Writes a word over these bytes, with a blank after it where the next character would touch it, as
-  /// behind a closing quote.
+  /// Writes a word over these bytes. Adds a blank where the next character would touch it, as behind a
+  /// closing quote.
   void put(std::size_t begin, std::size_t end, const std::string& word) {
     result += text.substr(copied, begin - copied);
     result += word;

@@ -1,6 +1,6 @@
-// Reads single cells of a table: values, and residues as people and assignment programs label them: "12",
-// "G12", "Gly-12", "82P", "82 PRO", "S81CA", "12GlyCa", "Alanine", "A:SER81", "1G7", "G12-1",
-// "NA:A.81.SER.CA".
+// Reads single cells of a table: values, and residues as people and assignment programs label them. Such
+// labels are "12", "G12", "Gly-12", "82P", "82 PRO", "S81CA", "12GlyCa", "Alanine", "A:SER81", "1G7",
+// "G12-1", "NA:A.81.SER.CA".
 #pragma once
 
 #include <optional>
@@ -40,9 +40,9 @@ std::optional<double> numberIn(const std::string& cell);
 /// Tells whether programs write this number (ppm) for a missing shift: 0, or 999 and above.
 bool isMissing(double ppm);
 
-/// Tells whether an atom of a residue, as the file names them, can have this shift (ppm) in a diamagnetic
-/// protein; atoms that the table lacks can have any. The bounds are wide: they separate the columns of a
-/// table, not right assignments from wrong ones.
+/// Tells whether an atom of a residue can have this shift (ppm) in a diamagnetic protein. Both are named as
+/// in the file. Atoms that the table lacks can have any shift. The bounds are wide: they separate the columns
+/// of a table, not right assignments from wrong ones.
 bool canBeShift(const std::string& residue, const std::string& atom, double ppm);
 
 /// Returns the cell in quotes for a message; a long one is cut.

@@ -272,7 +272,7 @@ const Order* onlyOrder(const std::vector<Order>& orders) {
   return std::count_if(orders.begin(), orders.end(), isClear) == 1 ? &*only : nullptr;
 }
 
-/// Returns the table in a text without column names; nothing where a row has other cells, or where there are
+/// Returns the table in a text without column names. Nothing where a row has other cells, or where there are
 /// two ways to read them. FileError for a row unlike those of the table above it.
 std::optional<CsvTable> tableWithoutNames(std::string_view text, const std::string& file) {
   std::size_t pos = 0;

@@ -1,5 +1,5 @@
-// Finds a table of shifts within a text, and its columns: by the many names that spreadsheets and programs
-// use, or without names by their cells.
+// Finds a table of shifts within a text, and its columns. It knows columns by the many names that
+// spreadsheets and programs use, or without names by their cells.
 #pragma once
 
 #include <cstddef>
@@ -56,8 +56,8 @@ struct CsvColumns {
 /// Reads a line of column names. Case, blanks, dots, underscores, brackets and units in them do not matter.
 CsvColumns readColumns(const std::vector<std::string>& names);
 
-/// Returns the atom in a column name such as "CA", "Cα (ppm)", "13CA", "dCA", "CA shift", "Calpha",
-/// "CG(Pro)", "CA(i)", "CA(i-1)"; its `column` is not set.
+/// Returns the atom in a column name; its `column` is not set. Such names are "CA", "Cα (ppm)", "13CA",
+/// "dCA", "CA shift", "Calpha", "CG(Pro)", "CA(i)", "CA(i-1)".
 AtomColumn atomOfColumn(const std::string& name);
 
 /// A table whose columns are known.
@@ -67,10 +67,11 @@ struct CsvTable {
 };
 
 /// Finds the table below the first line that names enough columns; titles and comments may be above it.
-/// Without such a line, the columns must be clear from their cells: residue number, residue name, atom and
-/// shift; or residue ("G12"), atom and shift; or assignment ("G12CA") and shift; in any order, and no other
-/// column. Several numbers after a residue are never clear: nothing shows which atoms they belong to.
-/// FileError where there is no table. Notes name the lines above it, or the columns found.
+/// Without such a line, the columns must be clear from their cells. Their order does not matter, but other
+/// columns are not allowed. They are residue number, residue name, atom and shift; or residue ("G12"), atom
+/// and shift; or assignment ("G12CA") and shift. Several numbers after a residue are never clear: nothing
+/// shows which atoms they belong to. FileError where there is no table. Notes name the lines above it, or the
+/// columns found.
 CsvTable findTable(std::string_view text, const std::string& file, std::vector<std::string>& notes);
 
 }  // namespace zorvela

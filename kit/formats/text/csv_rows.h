@@ -40,9 +40,9 @@ void forEachRow(const CsvLayout& layout, const std::function<void(const CsvRow&)
 std::optional<std::string_view> nextFilledLine(std::string_view text, std::size_t& pos, std::size_t& line);
 
 /// Returns the layout by a line of column names, with the text below it and its number, from 1. Nothing for
-/// a line that cannot have column names. A "#" in front is a mark, or the name of the first column where the
-/// row below has a cell for it; such a line is a comment where that row has more cells. Where the rows begin
-/// with a count from 0 that has no name, as in a printed data frame, the first name is empty.
+/// a line that cannot have column names. A "#" in front is the name of the first column where the row below
+/// has a cell for it. Otherwise it is a mark, and the line is a comment where that row has more cells. Rows
+/// may begin with a count from 0 that has no name, as in a printed data frame. The first name is empty then.
 std::optional<CsvLayout> layoutOf(std::string_view header, std::string_view rows, std::size_t line);
 
 /// Sets `isByPlace` where most cells are below the names of their columns and some rows have gaps.

@@ -33,9 +33,14 @@ struct ListKind {
   TakeLine take;
 };
 
-/// Tells whether words are of these kinds, a letter for each: i whole number; d number; p number with a
-/// point, as programs write a shift, not the number of an atom or a peak; a text that begins with a letter; l
-/// one letter, or "?"; n nucleus, such as 13C; - anything.
+/// Tells whether words are of these kinds, a character for each:
+/// "i": a whole number.
+/// "d": a number.
+/// "p": a number with a point, as programs write a shift, not the number of an atom or a peak.
+/// "a": a text that begins with a letter.
+/// "l": one letter, or "?".
+/// "n": a nucleus, such as 13C.
+/// "-": anything.
 bool areOf(std::string_view kinds, const Words& words) {
   const auto isOf = [](char kind, const std::string& word) {
     const bool isNamed = !word.empty() && isLetter(word.front());

@@ -8,9 +8,9 @@
 
 namespace zorvela {
 
-/// The state of a peptide bond in coordinates. In several models: cis or trans if at least one has this state
-/// and none the other, twisted if all are in between, mixed if models, chains or structures contradict each
-/// other, none without a bond.
+/// The state of a peptide bond in coordinates, or of its copies in several models, chains or structures. Cis
+/// or trans: at least one copy has this state and none the other. Twisted: all copies are in between. Mixed:
+/// some copies are cis and others trans. None: there is no bond.
 enum class BondState { cis, trans, twisted, mixed, none };
 /// Returns "cis", "trans", "twisted", "mixed" or "none".
 std::string toText(BondState state);

@@ -17,8 +17,8 @@ namespace zorvela {
 FileReport reportOn(const std::string& file, const std::function<std::vector<Protein>()>& read,
                     const Predictor& predictor, const std::vector<ProteinStructure>& structures = {});
 
-/// Adds a line to the report for each structure chain without a match: "model.pdb, chain C (25 residues) has
-/// no shifts". Call it once all files are in the report.
+/// Adds a line to the report for each structure chain without a match. Example: "model.pdb, chain C (25
+/// residues) has no shifts". Call it once all files are in the report.
 void noteChainsWithoutShifts(RunReport& report);
 
 }  // namespace zorvela

@@ -22,8 +22,8 @@ void add(float& shift, double ppm, float missingAbove) {
   if (shift <= missingAbove) shift = static_cast<float>(shift + ppm);
 }
 
-/// Adds ppm, by residue type, to the shifts of an atom: to the secondary ones, and to the observed ones of CB
-/// and CG, of which alone CB - CG and CG itself are made.
+/// Adds ppm, by residue type, to the secondary shifts of an atom other than CG. Adds it to the observed
+/// shifts of CB and CG. CB - CG and CG itself are made of these alone.
 void addTo(EntryShifts& chain, Atom atom, const std::function<double(char type)>& ppm) {
   for (std::size_t i = 0; i < chain.residues.size(); ++i) {
     Residue& residue = chain.residues[i];
@@ -145,8 +145,8 @@ constexpr double kProtonAdded = 0.5;
 // Seed of the halves; any number does, but always the same one.
 constexpr std::uint64_t kHalfSeed = 11;
 
-/// The straight line of the check report, the relations as `run` uses them, and relations that are fitted to
-/// the clusters of the other half.
+/// The straight line of the check report, the relations as `run` uses them, and relations of another fit.
+/// This fit is to the clusters of the other half.
 const std::array<const char*, 3> kMethods = {"zorvela -check", "zorvela-kit", "other half"};
 
 /// An offset that a method finds in a chain.
@@ -220,8 +220,8 @@ std::string share(std::size_t part, std::size_t whole) {
   return formatted("%zu (%.1f %%)", part, 100.0 * static_cast<double>(part) / static_cast<double>(whole));
 }
 
-/// A row of how often each method calls for a correction of these atoms (places in FoundOffsets) in the
-/// chains that count.
+/// A row of how often each method calls for a correction of these atoms in the chains that count. `places`
+/// are those of the atoms in FoundOffsets.
 std::string calledRow(const std::string& name, const LabelledProlines& data, const std::vector<Found>& found,
                       const std::vector<std::size_t>& places,
                       const std::function<bool(const EntryShifts&)>& isCounted) {
@@ -239,7 +239,7 @@ std::string calledRow(const std::string& name, const LabelledProlines& data, con
                    share(called[1], count).c_str(), share(called[2], count).c_str());
 }
 
-/// A row of what a method estimates for an atom.
+/// A row of what a method estimates for an atom. Empty if no chain has a finite offset with a finite error.
 std::string spreadRow(const std::string& atoms, const std::vector<Found>& found, std::size_t method,
                       std::size_t place) {
   std::vector<double> offsets;

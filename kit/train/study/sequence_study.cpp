@@ -47,7 +47,8 @@ std::size_t conflicts(const std::string& letters, const std::map<std::int64_t, T
   return count;
 }
 
-/// Fewest residues in conflict where the sequence is moved up to so far, but not by 0 if that is left out.
+/// Fewest residues in conflict where the sequence is moved by up to `farthest` places. `isTrueLeftOut` leaves
+/// out the move by 0.
 std::size_t fewestConflicts(const std::string& letters, const std::map<std::int64_t, Types>& evidence,
                             std::int64_t farthest, bool isTrueLeftOut) {
   std::size_t fewest = evidence.size();

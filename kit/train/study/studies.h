@@ -35,9 +35,10 @@ void writeRelations(std::ostream& out, const std::vector<ShiftRelation>& relatio
 void writeReferencing(std::ostream& out, const LabelledProlines& data);
 
 /// Measures how well shifts without residue names tell the right sequence and numbers from wrong ones.
-/// Writes, for all atoms of the tables in a folder and for fewer, how many of them have fewest conflicts at
-/// their own numbers, and what share of residues is in conflict there, at the best wrong number and with the
-/// sequence of a table half the list away.
+/// Reads the tables in a folder; writes a row for all their atoms and rows for fewer. A row counts the tables
+/// that have fewest conflicts at their own numbers. It has the share of residues in conflict at these
+/// numbers, at the best wrong number, and with another sequence. This is the sequence of a table half the
+/// list away.
 void writeSequenceFits(std::ostream& out, const std::string& folder);
 
 }  // namespace zorvela

@@ -361,7 +361,7 @@ class TableTest(ImportTest):
                          data=b"VARS RESID RESNAME SHIFT\nFORMAT %4d %s %f\n1 A 5\n")
         self.check_error("standard input: holds no backbone shifts of a protein; this table holds: 0 rows, 2 residues",
                          "-", data=b"DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
-        self.check_error("standard input: has a sequence of more than 40000 residues; no protein is that long: check the file",
+        self.check_error("standard input: FIRST_RESID 2147483647 is too large; give the number of the first residue",
                          "-", data=b"DATA FIRST_RESID 2147483647\nDATA SEQUENCE AP\n"
                                    b"VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
 

@@ -1,5 +1,6 @@
 #include "formats/foreign_text.h"
 
+#include <optional>
 #include <vector>
 
 #include "formats/text/delimited_text.h"

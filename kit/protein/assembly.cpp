@@ -288,9 +288,11 @@ void requireNames(const ShiftFile& file, const std::string& path) {
                         "give the sequence (--sequence FILE), or a column resname");
 }
 
-/// Returns the names of lists without "all".
-std::vector<std::string> withoutAll(std::vector<std::string> names) {
-  const auto isAll = [](const std::string& name) { return equalIgnoringCase(name, "all"); };
+/// Returns the names of lists without "all", unless a list is called that.
+std::vector<std::string> withoutAll(std::vector<std::string> names, const std::vector<FileShiftList>& lists) {
+  const auto isAll = [&](const std::string& name) {
+    return equalIgnoringCase(name, "all") && indicesOf(name, lists).empty();
+  };
   names.erase(std::remove_if(names.begin(), names.end(), isAll), names.end());
   return names;
 }
@@ -299,14 +301,16 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
   Entry entry{file, options, path};
   entry.rows = groupedRows(file);
   entry.chains = chosen(options.chains, "chain", file.chains, path);
-  entry.lists = chosen(withoutAll(options.lists), "shift list", file.lists, path);
+  entry.lists = chosen(withoutAll(options.lists, file.lists), "shift list", file.lists, path);
   if (options.sequence)
     for (const std::size_t chain : entry.chains)
       if (mayBeOfProtein(chain, entry))
         placeOnSequence(file, chain, *options.sequence, options.firstResidue, path);
   requireNames(file, path);
+  Indices usable;
   for (const std::size_t chain : entry.chains)
-    if (isUsable(chain, entry)) addProteins(chain, entry);
+    if (isUsable(chain, entry)) usable.insert(chain);
+  for (const std::size_t chain : usable) addProteins(chain, entry);
   if (const std::size_t unplaced = countUnplaced(entry); unplaced > 0)
     entry.leftOut.push_back(
         {counted(unplaced, "shift", "shifts") + " whose chain the file does not describe"});
@@ -319,7 +323,7 @@ std::vector<Protein> proteinsOf(ShiftFile& file, const std::string& path, const 
 
 std::vector<Protein> makeProteins(ShiftFile file, const std::string& path, const ImportOptions& options) {
   if (!file.table) return proteinsOf(file, path, options);
-  if (!options.chains.empty() || !withoutAll(options.lists).empty())
+  if (!options.chains.empty() || !withoutAll(options.lists, file.lists).empty())
     throw ChoiceError(path, 0, "is a shift table, with one chain and one list",
                       "do not choose a chain or list for it");
   if (options.sequence || !hasColumn(*file.table, "RESNAME")) {

@@ -2,8 +2,6 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
-#include <optional>
-#include <utility>
 
 #include "formats/limits.h"
 #include "names/nomenclature.h"

@@ -80,15 +80,19 @@ Shift& firstOf(const Shift& shift, const Protein& part, ShiftsByAtom& shifts) {
 void takeShifts(const std::vector<Protein>& parts, const std::map<ResidueNumber, int>& positions,
                 Protein& merged) {
   ShiftsByAtom shifts;
-  std::vector<std::string> differing;
+  std::multimap<ShiftsByAtom::key_type, std::string> differing;
   for (const Protein& part : parts)
     for (const Shift& shift : part.shifts) {
       const Shift& first = firstOf(shift, part, shifts);
+      const ResidueNumber residue = residueAt(shift.position, part);
       if (differ(first, shift))
-        differing.push_back(textOf(residueAt(shift.position, part)) + " " + std::string(nameOf(shift.atom)) +
-                            " " + shiftText(first) + " (" + part.file + " " + shiftText(shift) + ")");
+        differing.emplace(std::pair(residue, tableRank(shift.atom)),
+                          textOf(residue) + " " + std::string(nameOf(shift.atom)) + " " + shiftText(first) +
+                              " (" + part.file + " " + shiftText(shift) + ")");
     }
-  addNote("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ", differing, merged.notes);
+  std::vector<std::string> texts;
+  for (const auto& [atom, text] : differing) texts.push_back(text);
+  addNote("shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ", texts, merged.notes);
   for (auto& [atom, shift] : shifts) {
     shift.position = positions.at(atom.first);
     merged.shifts.push_back(shift);

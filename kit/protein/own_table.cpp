@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <set>
-#include <utility>
 
 #include "formats/shift_model.h"
 #include "names/nomenclature.h"
@@ -36,6 +36,9 @@ struct TableSequence {
 
 /// The rows give the residues of a table without a sequence, "?" stands for those between.
 TableSequence sequenceOf(const GDB& table, const std::string& file) {
+  if (table.firstSeqResid > std::numeric_limits<int>::max() - static_cast<int>(table.residNames.size()))
+    throw FileError(file, 0, "FIRST_RESID " + std::to_string(table.firstSeqResid) + " is too large",
+                    "give the number of the first residue");
   std::map<int, char> letters;
   for (const auto& [resid, name] : table.residNames) letters.emplace(resid, name.front());
   if (letters.empty())

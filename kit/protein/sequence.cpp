@@ -34,7 +34,8 @@ std::vector<FileResidue> residuesOf(const FileShift& row) {
 
 /// A number that several residues have stays with the first of them.
 std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::string>& notes) {
-  std::map<std::pair<ResidueNumber, std::string>, FileResidue> derived;
+  std::map<std::string, std::size_t> places;  // those of one number, as 7 and 007, stay in this order
+  std::map<std::pair<ResidueNumber, std::size_t>, FileResidue> derived;
   std::set<std::string> withTwoNames;
   LimitedNotes differing("residues with two names");
   bool haveNumbers = false;
@@ -42,7 +43,8 @@ std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::
     for (const FileResidue& named : residuesOf(*row)) {
       const auto order = readResidueNumber(named.key);
       if (!order || isIonOrWater(named.name)) continue;  // noted where the shifts are placed
-      FileResidue& residue = derived.emplace(std::pair(*order, named.key), named).first->second;
+      const std::size_t place = places.emplace(named.key, places.size()).first->second;
+      FileResidue& residue = derived.emplace(std::pair(*order, place), named).first->second;
       if (residue.name.empty()) residue.name = named.name;
       if (residue.number.empty()) residue.number = named.number;
       haveNumbers = haveNumbers || !residue.number.empty();
@@ -69,14 +71,16 @@ std::vector<FileResidue> residuesOfRows(const ShiftRows& rows, std::vector<std::
 
 /// Adds the residues that are missing before the next one to the sequence, none if the numbers follow, and
 /// their positions to the gaps.
-void addMissing(const FileResidue& next, std::vector<FileResidue>& residues, std::vector<int>& gaps) {
+void addMissing(const FileResidue& next, std::vector<FileResidue>& residues, std::vector<int>& gaps,
+                std::int64_t& filled) {
   const auto first = readResidueNumber(residues.back().key);
   const auto last = readResidueNumber(next.key);
   if (!first || !last || next.bondedToPrevious) return;
   const bool isNumbered = residues.back().number == residues.back().key;
   const std::int64_t count = std::int64_t{last->number} - first->number - 1;
   if (count <= 0) return;
-  const bool isLong = count > kLongestGap || static_cast<std::int64_t>(gaps.size()) + count > kMostFilled;
+  const bool isLong = count > kLongestGap || filled + count > kMostFilled;
+  if (!isLong) filled += count;
   for (std::int64_t i = 1; i <= (isLong ? 1 : count); ++i) {
     const std::string key = std::to_string(first->number + i);
     residues.push_back({key, isNumbered ? key : "", ""});
@@ -88,9 +92,10 @@ void addMissing(const FileResidue& next, std::vector<FileResidue>& residues, std
 std::vector<FileResidue> withGapsFilled(std::vector<FileResidue> residues, std::vector<int>& gaps) {
   std::vector<FileResidue> whole;
   whole.reserve(residues.size());
+  std::int64_t filled = 0;
   for (FileResidue& residue : residues) {
     if (isIonOrWater(residue.name)) continue;
-    if (!whole.empty()) addMissing(residue, whole, gaps);
+    if (!whole.empty()) addMissing(residue, whole, gaps, filled);
     whole.push_back(std::move(residue));
   }
   return whole;

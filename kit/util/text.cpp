@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 #include "util/number.h"
 
@@ -260,7 +261,9 @@ std::optional<int> toInteger(std::string_view text) {
   const char* const end = text.data() + text.size();
   int value = 0;
   const auto [read, fault] = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, value);
-  return fault == std::errc() && read == end ? std::optional(value) : std::nullopt;
+  const bool isWhole = fault == std::errc() && read == end;
+  // Not the least of all, so that a number can be negated and has one before it.
+  return isWhole && value > std::numeric_limits<int>::min() ? std::optional(value) : std::nullopt;
 }
 
 std::optional<std::string> toDecimal(std::string_view text) {

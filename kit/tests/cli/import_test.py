@@ -102,6 +102,8 @@ class StarPartsTest(ImportTest):
         self.assertEqual(self.run_kit("-", "--list", "1", data=loop)[1], table(
             ["Imported from standard input (NMR-STAR 3), shift list 1", "Residue 1 here is residue 2 there"], "KP",
             ["1 CA 56.100", "2 CA 63.100"]))
+        called_all = loop.replace(b" 1\n", b" all\n")
+        self.assertIn(", shift list all\n", self.run_kit("-", "--list", "all", data=called_all)[1])
 
     def test_bare_loop(self):
         out, notes = self.imported(self.ROWS + "1 ALA CA 52 2 PRO CA 63")
@@ -236,6 +238,10 @@ class CsvTest(ImportTest):
                  "\n   1 S   CA    58.000\n   1 S   CB    63.000\n   2 P   CA    63.000\n",
                  "more than one column for C: none of them is used",
                  "columns of numbers that are not used: CA shift, CO, C'"),
+                # First the chains that are not proteins, then those without a shift that is used.
+                ("chain,resid,resname,atom,shift\nA,1,ALA,HB,1.2\nB,1,DA,H8,8.2\nC,1,ALA,CA,52.2\n", 1, "A",
+                 "ignored: 1 shift of chain B (no amino acids)\n"
+                 "zorvela-kit: note: standard input, chain C: ignored: chain A "),
                 # Where all letters are lower case, c is not a sign of a disulfide bond.
                 ("resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n", 1, "CP"),
                 # Beside a number, "Name" is the name of the residue, and "Label" is left alone.
@@ -361,7 +367,7 @@ class TableTest(ImportTest):
                          data=b"VARS RESID RESNAME SHIFT\nFORMAT %4d %s %f\n1 A 5\n")
         self.check_error("standard input: holds no backbone shifts of a protein; this table holds: 0 rows, 2 residues",
                          "-", data=b"DATA SEQUENCE AP\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
-        self.check_error("standard input: has a sequence of more than 40000 residues; no protein is that long: check the file",
+        self.check_error("standard input: FIRST_RESID 2147483647 is too large; give the number of the first residue",
                          "-", data=b"DATA FIRST_RESID 2147483647\nDATA SEQUENCE AP\n"
                                    b"VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n")
 

@@ -28,8 +28,11 @@ TEST(Merge, TakesEachAtomFromTheFirstThatHasIt) {
 
 TEST(Merge, NamesShiftsThatDiffer) {
   const std::string start = "shifts that differ by more than 0.3 ppm (1H: 0.03); the first is used: ";
-  const auto differing = [&](const std::string& one, const std::string& other) {
-    for (const std::string& note : mergedProtein({protein("a.csv", one), protein("b.csv", other)}).notes)
+  const auto differing = [&](const std::string& one, const std::string& other,
+                             const std::string& third = "6,PRO,N,137.0\n") {
+    const std::vector<Protein> parts = {protein("a.csv", one), protein("b.csv", other),
+                                        protein("c.csv", third)};
+    for (const std::string& note : mergedProtein(parts).notes)
       if (note.find("differ") != std::string::npos) return note;
     return std::string();
   };
@@ -37,6 +40,8 @@ TEST(Merge, NamesShiftsThatDiffer) {
   EXPECT_EQ(differing("5,ALA,CA,52.40\n", "5,ALA,CA,52.71\n"), start + "5 CA 52.40 (b.csv 52.71)");
   EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.43\n"), "");
   EXPECT_EQ(differing("5,ALA,HA,4.40\n", "5,ALA,HA,4.44\n"), start + "5 HA 4.40 (b.csv 4.44)");
+  EXPECT_EQ(differing("5,ALA,CA,52.4\n6,PRO,CA,63.2\n", "6,PRO,CA,64.0\n", "5,ALA,CA,53.0\n"),
+            start + "5 CA 52.4 (c.csv 53.0), 6 CA 63.2 (b.csv 64.0)");
 }
 
 TEST(Merge, JoinsResiduesByNumber) {

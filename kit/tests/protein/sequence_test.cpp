@@ -35,6 +35,7 @@ TEST(Sequence, FromRowsInOrderOfNumberAndInsertionCode) {
                                   "the file has no sequence; it was built from the residues with shifts",
                                   "residue 52 is GLY in 2 shift rows but ALA in the sequence; ignored",
                                   "1 shift ignored; the sequence has no such residue: x"}));
+  EXPECT_EQ(read(kRows + "7 PRO CA 63 007 ALA CA 52 6 GLY CA 45").sequence, "GPA");  // as in the file
 }
 
 TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
@@ -42,6 +43,10 @@ TEST(Sequence, AVeryLongGapIsOneQuestionMark) {
   const Protein jump = read(kRows + "1 ALA CA 52 1003 PRO CA 63");
   EXPECT_EQ(jump.sequence, "A?P");
   EXPECT_EQ(jump.numbers, (Texts{"1", "2", "1003"}));
+  EXPECT_EQ(read(kRows + "1 ALA CA 52 2000 ALA CA 52 3001 ALA CA 52 4002 ALA CA 52 5003 ALA CA 52 "
+                         "6004 ALA CA 52 7005 ALA CA 52")
+                .sequence.size(),
+            5008U);  // the "?" of the first gap does not count among 5000
 }
 
 TEST(Sequence, MissingNumbersAreCountedOn) {

@@ -14,7 +14,7 @@ TEST(Text, NumbersAreReadWholeOrNotAtAll) {
   EXPECT_EQ(toInteger("-3"), -3);
   EXPECT_EQ(toInteger("+007"), 7);
   EXPECT_EQ(toInteger("2147483647"), 2147483647);
-  for (const char* text : {"2147483648", "12A", "-", "+-3", "+", ""})
+  for (const char* text : {"2147483648", "-2147483648", "12A", "-", "+-3", "+", ""})
     EXPECT_EQ(toInteger(text), std::nullopt);
 }
 

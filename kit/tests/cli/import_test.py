@@ -238,7 +238,7 @@ class CsvTest(ImportTest):
                  "columns of numbers that are not used: CA shift, CO, C'"),
                 # A wide column is judged by its atom alone, whether the residues have it or not.
                 ("Res,CA,CB,CG,HA2\nS1,58,63,175,45\nP2,63,32,,\n", 1, "SP", "column CG ignored", "column HA2 ignored"),
-                # A charge is no second half of a shift.
+                # A charge is not the second half of a shift.
                 ("resid,aa,atom,shift,charge\n1,A,CA,52,-1\n2,P,CA,63,-1\n3,G,CA,45,-1\n", 1, "APG"),
                 # Shifts without a residue are rows too: doubtful labels are few, and not all shifts may be cut.
                 ("Res,atom,shift\nG12A,CA,45\nP13A,CA,63\nG14,CA,45\n?,CA,55\n?,CA,55\n", "12A", "GPG"),

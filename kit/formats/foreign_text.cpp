@@ -1,5 +1,6 @@
 #include "formats/foreign_text.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -47,7 +48,6 @@ constexpr Foreign kPeaks = {"Assignment w1", "a peak list"};
 constexpr Foreign kLineStarts[] = {
     kRestraints,
     kPeaks,
-    {"# Number of dimensions", kPeaks.what},
     {"label dataset", kPeaks.what},
     {"VARS INDEX", kPeaks.what},
     {"TYPEDEF SEQUENCE", "an OLIVIA table", kExport},
@@ -68,7 +68,7 @@ constexpr std::size_t kLongestLine = 1000;
 
 // "assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7"
 bool isAssignStatement(std::string_view line) {
-  const std::string_view rest = trimmed(line.substr(leading(line, isLetter).size()));
+  const std::string_view rest = trimmed(line.substr(std::min(line.find_first_of(" \t("), line.size())));
   return startsIgnoringCase(line, "assi") && startsIgnoringCase(rest, "(");
 }
 
@@ -117,6 +117,7 @@ std::optional<Foreign> kindOfLine(std::string_view line) {
   const auto words = wordsOf(core, kMostWords);
   std::string plain;
   for (const std::string& word : words) plain += word + " ";
+  if (startsIgnoringCase(plain, "# Number of dimensions")) return kPeaks;
   for (const Foreign& kind : kLineStarts)
     if (startsIgnoringCase(plain, std::string(kind.start) + " ")) return kind;
   if (isOfMars(words)) return Foreign{{}, "a MARS file (spin systems without residues)"};

@@ -52,8 +52,9 @@ bool looksLikeName(const std::string& word) {
 /// Gives the last residue the number "171", or "A12" of chain A; false for any other word.
 bool setNumber(const std::string& word, NameList& names) {
   const std::string chain(leading(word, isLetter));
-  const auto number = toInteger(std::string_view(word).substr(chain.size()));
-  if (!number || isKnownName(word)) return false;
+  const std::string_view digits = std::string_view(word).substr(chain.size());
+  const auto number = toInteger(digits);
+  if (!number || digits.front() == '+' || isKnownName(word)) return false;
   names.residues.back().chain = chain;
   names.residues.back().number = *number;
   names.areNumbered = true;
@@ -117,6 +118,7 @@ bool readNames(std::string_view text, SequenceFile& sequence) {
 /// disulfide bond.
 bool addLetters(std::string_view line, bool isCaseKept, std::optional<int> first,
                 std::vector<FileResidue>& residues) {
+  if (contains(line, "\"")) return false;
   for (const std::string& word : wordsOf(line)) {
     const auto count = toInteger(word);
     const auto size = static_cast<std::int64_t>(residues.size());

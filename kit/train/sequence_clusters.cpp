@@ -1,4 +1,4 @@
-// Single-linkage clusters by shared words of sequence.
+// Single-linkage clusters by shared fragments of sequence.
 #include "train/sequence_clusters.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kWordLength = 5;
-constexpr std::size_t kMostSequencesOfWord = 200;
+constexpr std::size_t kFragmentLength = 5;
+constexpr std::size_t kMostSequencesOfFragment = 200;
 constexpr std::size_t kSharedAlways = 20;
 constexpr std::size_t kSharedAtLeast = 5;
 constexpr std::size_t kShareOfShorter = 10;  // one in so many
@@ -33,9 +33,9 @@ class UnionFind {
   std::vector<std::size_t> parents;
 };
 
-bool areRelated(std::size_t shared, std::size_t wordsOfA, std::size_t wordsOfB) {
+bool areRelated(std::size_t shared, std::size_t fragmentsOfA, std::size_t fragmentsOfB) {
   if (shared >= kSharedAlways) return true;
-  return shared >= kSharedAtLeast && shared * kShareOfShorter >= std::min(wordsOfA, wordsOfB);
+  return shared >= kSharedAtLeast && shared * kShareOfShorter >= std::min(fragmentsOfA, fragmentsOfB);
 }
 
 /// The sequence with C for c: the state of a thiol does not tell proteins apart.
@@ -46,16 +46,16 @@ std::string plainLetters(std::string sequence) {
 
 }  // namespace
 
-std::vector<std::string> wordsOf(const std::string& sequence, std::size_t length) {
+std::vector<std::string> fragmentsOf(const std::string& sequence, std::size_t length) {
   const std::string letters = plainLetters(sequence);
-  std::vector<std::string> words;
+  std::vector<std::string> fragments;
   for (std::size_t i = 0; i + length <= letters.size(); ++i) {
-    std::string word = letters.substr(i, length);
-    if (word.find(kUnknownResidue) == std::string::npos) words.push_back(std::move(word));
+    std::string fragment = letters.substr(i, length);
+    if (fragment.find(kUnknownResidue) == std::string::npos) fragments.push_back(std::move(fragment));
   }
-  std::sort(words.begin(), words.end());
-  words.erase(std::unique(words.begin(), words.end()), words.end());
-  return words;
+  std::sort(fragments.begin(), fragments.end());
+  fragments.erase(std::unique(fragments.begin(), fragments.end()), fragments.end());
+  return fragments;
 }
 
 std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequences) {
@@ -69,24 +69,26 @@ std::vector<std::size_t> sequenceClusters(const std::vector<std::string>& sequen
   }
 
   std::unordered_map<std::string, std::vector<std::size_t>> sequencesOf;
-  std::vector<std::vector<std::string>> words;
+  std::vector<std::vector<std::string>> fragments;
   for (const std::size_t i : different) {
-    words.push_back(wordsOf(sequences[i], kWordLength));
-    for (const std::string& word : words.back()) sequencesOf[word].push_back(words.size() - 1);
+    fragments.push_back(fragmentsOf(sequences[i], kFragmentLength));
+    for (const std::string& fragment : fragments.back())
+      sequencesOf[fragment].push_back(fragments.size() - 1);
   }
   std::vector<std::size_t> shared(different.size(), 0);
   for (std::size_t a = 0; a < different.size(); ++a) {
     std::vector<std::size_t> touched;
-    for (const std::string& word : words[a]) {
-      const std::vector<std::size_t>& others = sequencesOf[word];
-      if (others.size() > kMostSequencesOfWord) continue;
+    for (const std::string& fragment : fragments[a]) {
+      const std::vector<std::size_t>& others = sequencesOf[fragment];
+      if (others.size() > kMostSequencesOfFragment) continue;
       for (const std::size_t b : others) {
         if (b >= a) break;
         if (shared[b]++ == 0) touched.push_back(b);
       }
     }
     for (const std::size_t b : touched) {
-      if (areRelated(shared[b], words[a].size(), words[b].size())) sets.join(different[b], different[a]);
+      if (areRelated(shared[b], fragments[a].size(), fragments[b].size()))
+        sets.join(different[b], different[a]);
       shared[b] = 0;
     }
   }

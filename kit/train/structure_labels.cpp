@@ -17,9 +17,9 @@ namespace zorvela {
 
 namespace {
 
-constexpr std::size_t kWordLength = 4;
-// By chance a chain of 300 residues shares one word with a protein of 100 in one case of six.
-constexpr std::size_t kSharedWords = 2;
+constexpr std::size_t kFragmentLength = 4;
+// By chance a chain of 300 residues shares one fragment with a protein of 100 in one case of six.
+constexpr std::size_t kSharedFragments = 2;
 
 /// By identity, then by length.
 bool fitsBetter(const StructureFit& one, const StructureFit& than) {
@@ -70,20 +70,21 @@ LabelVotes::LabelVotes(std::vector<Protein> proteins, double identity)
     for (std::size_t i = 0; i < sequence.size(); ++i)
       if (sequence[i] == kProlineCode) votes[{p, static_cast<int>(i) + 1}] = {};
     if (!contains(sequence, std::string(1, kProlineCode))) continue;
-    for (const std::string& word : wordsOf(sequence, kWordLength)) proteinsWith[word].push_back(p);
+    for (const std::string& fragment : fragmentsOf(sequence, kFragmentLength))
+      proteinsWith[fragment].push_back(p);
   }
 }
 
 std::vector<std::size_t> LabelVotes::candidates(const StructureChain& chain) const {
   std::unordered_map<std::size_t, std::size_t> shared;
-  for (const std::string& word : wordsOf(chain.letters(), kWordLength)) {
-    const auto known = proteinsWith.find(word);
+  for (const std::string& fragment : fragmentsOf(chain.letters(), kFragmentLength)) {
+    const auto known = proteinsWith.find(fragment);
     if (known == proteinsWith.end()) continue;
     for (const std::size_t protein : known->second) ++shared[protein];
   }
   std::vector<std::size_t> result;
   for (const auto& [protein, count] : shared)
-    if (count >= kSharedWords) result.push_back(protein);
+    if (count >= kSharedFragments) result.push_back(protein);
   std::sort(result.begin(), result.end());
   return result;
 }

@@ -145,13 +145,13 @@ constexpr std::string_view kNoValues[] = {"",     "-",   "--",   "---",  ".",   
                                           "n.o.", "*",   "#n/a", "x",    "unassigned", "missing"};
 
 struct Bounds {
-  Atom atom;
+  std::string_view atom;
   double low;
   double high;
 };
 constexpr Bounds kBounds[] = {
-    {Atom::N, 80, 155},  {Atom::HN, 2, 16},  {Atom::HA, -2, 10}, {Atom::HA2, -2, 10}, {Atom::HA3, -2, 10},
-    {Atom::C, 155, 195}, {Atom::CA, 30, 85}, {Atom::CB, 5, 90},  {Atom::CG, 10, 80},
+    {"N", 80, 155},  {"HN", 2, 16},   {"HA", -2, 10}, {"HA1", -2, 10}, {"HA2", -2, 10},
+    {"HA3", -2, 10}, {"C", 155, 195}, {"CA", 30, 85}, {"CB", 5, 90},   {"CG", 10, 80},
 };
 
 }  // namespace
@@ -199,11 +199,15 @@ bool isMissing(double ppm) {
   return ppm == 0 || std::abs(ppm) >= kMissingBound;
 }
 
+bool canBeShiftOf(std::string_view atom, double ppm) {
+  for (const Bounds& bounds : kBounds)
+    if (bounds.atom == atom) return ppm >= bounds.low && ppm <= bounds.high;
+  return true;
+}
+
 bool canBeShift(const std::string& residue, const std::string& atom, double ppm) {
   const AtomReading reading = readAtom(polypeptideResidue(residue).letter, atom);
-  for (const Bounds& bounds : kBounds)
-    if (reading.isInTable() && bounds.atom == reading.atom) return ppm >= bounds.low && ppm <= bounds.high;
-  return true;
+  return !reading.isInTable() || canBeShiftOf(nameOf(reading.atom), ppm);
 }
 
 std::string quotedCell(const std::string& cell) {

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace zorvela {
 
@@ -40,9 +41,12 @@ std::optional<double> numberIn(const std::string& cell);
 /// Tells whether programs write this number (ppm) for a missing shift: 0, or 999 and above.
 bool isMissing(double ppm);
 
-/// Tells whether an atom of a residue can have this shift (ppm) in a diamagnetic protein. Both are named as
-/// in the file. Atoms that the table lacks can have any shift. The bounds are wide: they separate the columns
-/// of a table, not right assignments from wrong ones.
+/// Tells whether an atom, as the table names it, can have this shift (ppm) in a diamagnetic protein. Other
+/// atoms can have any. The bounds are wide: they separate columns, not right assignments from wrong ones.
+bool canBeShiftOf(std::string_view atom, double ppm);
+
+/// Does the same for an atom of a residue, as the file names them. Atoms that the table lacks can have any
+/// shift.
 bool canBeShift(const std::string& residue, const std::string& atom, double ppm);
 
 /// Returns the cell in quotes for a message; a long one is cut.

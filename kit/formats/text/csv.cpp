@@ -155,11 +155,13 @@ struct ColumnContents {
 
 /// Counts and faults of all rows.
 struct Survey {
+  std::size_t shifts = 0;        ///< with those that only name a residue
+  std::set<std::string> chains;  ///< their names
   std::vector<ColumnContents> columns;
   Tally misfits;               ///< rows with too few or too many cells
   Tally unplaced;              ///< rows without a residue
-  Tally twoLetters;            ///< rows with a letter on either side of the number
-  Tally splitDecimals;         ///< rows whose shift seems to be cut at its comma
+  Tally twoLetters;            ///< rows with a letter on either side of the number; all: with unassigned
+  Tally splitDecimals;         ///< rows whose shift seems to be cut at its comma; all: with unassigned
   Tally dashed;                ///< rows with a dash between name and number
   bool isCounterUsed = false;  ///< a number may count the rows
   bool areCodesNames = true;   ///< letters after residue numbers (82P) are names, not insertion codes
@@ -179,35 +181,47 @@ bool isCodeAName(const RowResidue& residue) {
 /// Tells whether "52,4" may be cut at its comma, with the second half in a column that is not used.
 bool isSplitDecimal(const CsvRow& row, const CsvTable& table) {
   const std::size_t half = table.columns.shift;
+  const auto isWhole = [](const std::string& cell) {
+    return !cell.empty() && std::all_of(cell.begin(), cell.end(), isDigit);
+  };
   return table.columns.areLong() && table.layout.separator == Separator::comma &&
-         half + 1 < row.cells.size() && !table.columns.areUsing(half + 1) && toInteger(row.cells[half]) &&
-         toInteger(row.cells[half + 1]);
+         half + 1 < row.cells.size() && !table.columns.areUsing(half + 1) && isWhole(row.cells[half]) &&
+         isWhole(row.cells[half + 1]);
 }
 
-void surveyRow(const CsvRow& row, const CsvTable& table, Survey& survey) {
+/// LimitError for more shifts or chains than the text can have, before more work is done.
+void surveyRow(const CsvRow& row, const CsvTable& table, const Source& source, Survey& survey) {
   const RowResidue residue = residueOf(row, table.columns);
   survey.misfits.add(row.line, row.fault);
   if (row.fault.empty()) survey.unplaced.add(row.line, residue.fault);
   if (!residue.fault.empty())
     survey.ignored.add("line " + std::to_string(row.line) + " ignored: " + residue.fault);
   if (!residue.unassigned.empty()) survey.unassigned.add(residue.unassigned);
-  if (!residue.isKnown()) return;
+  if (!residue.fault.empty()) return;
   const ResidueLabel& label = residue.label;
   const bool hasTwo = !label.name.empty() && !label.code.empty();
   survey.twoLetters.add(row.line, hasTwo ? quotedCell(label.name + label.number + label.code) : "");
+  survey.splitDecimals.add(row.line, residue.isKnown() && isSplitDecimal(row, table) ? "cut" : "");
+  if (!residue.unassigned.empty()) return;
   survey.dashed.add(row.line, label.hasDash ? quotedCell(residue.name + "-" + label.number) : "");
-  survey.splitDecimals.add(row.line, isSplitDecimal(row, table) ? "cut" : "");
   survey.isCounterUsed = survey.isCounterUsed || residue.isByCounter;
   survey.areCodesNames = survey.areCodesNames && isCodeAName(residue);
   for (std::size_t i = 0; i < row.cells.size(); ++i)
     if (const std::string& cell = row.cells[i]; !isNoValue(cell))
       survey.columns[i].texts.add(row.line, numberIn(cell) ? "" : cell);
-  for (const RowShift& shift : shiftsIn(row, residue, table.columns)) {
+  const std::vector<RowShift> shifts = shiftsIn(row, residue, table.columns);
+  survey.shifts += shifts.size();
+  checkLimit(survey.shifts, limits::shiftRows(source.text.size()), source.file, row.line);
+  survey.chains.insert(residue.chain);
+  checkLimit(survey.chains.size(), limits::kNamedChains, source.file, row.line);
+  for (const RowShift& shift : shifts) {
     const auto ppm = numberIn(shift.value);
     if (shift.value.empty() || (ppm && isMissing(*ppm))) continue;
-    const bool isPossible = ppm && canBeShift(shift.residueName, shift.column.atom, *ppm);
+    const std::string& atom = shift.column.atom;
+    const bool isPossible = ppm && (table.columns.areLong() ? canBeShift(shift.residueName, atom, *ppm)
+                                                            : canBeShiftOf(atom, *ppm));
     survey.columns[shift.column.column].impossible.add(
-        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(shift.column.atom, 20));
+        row.line, isPossible ? "" : quotedCell(shift.value) + " for " + printable(atom, 20));
   }
 }
 
@@ -380,7 +394,7 @@ ShiftFile readCsv(const Source& source) {
   findPlaces(table.layout);
   Survey survey;
   survey.columns.resize(table.layout.names.size());
-  forEachRow(table.layout, [&](const CsvRow& row) { surveyRow(row, table, survey); });
+  forEachRow(table.layout, [&](const CsvRow& row) { surveyRow(row, table, source, survey); });
   refuseDoubtful(survey, table, source.file);
   survey.ignored.appendTo(notes);
   survey.unassigned.appendTo(notes);

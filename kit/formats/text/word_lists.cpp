@@ -38,7 +38,8 @@ struct ListKind {
 /// "d": a number.
 /// "p": a number with a point, as programs write a shift, not the number of an atom or a peak.
 /// "a": a text that begins with a letter.
-/// "l": one letter, or "?".
+/// "l": one letter.
+/// "c": one character.
 /// "n": a nucleus, such as 13C.
 /// "-": anything.
 bool areOf(std::string_view kinds, const Words& words) {
@@ -47,7 +48,8 @@ bool areOf(std::string_view kinds, const Words& words) {
     if (kind == 'i') return toInteger(word).has_value();
     if (kind == 'd') return toDecimal(word).has_value();
     if (kind == 'p') return toDecimal(word) && contains(word, ".");
-    if (kind == 'l') return word == "?" || (word.size() == 1 && isNamed);
+    if (kind == 'l') return word.size() == 1 && isNamed;
+    if (kind == 'c') return word.size() == 1;
     if (kind == 'n')
       return word.size() > 1 && word.size() <= 3 && isDigit(word.front()) && isLetter(word.back());
     return kind == '-' || isNamed;
@@ -127,7 +129,7 @@ bool takeSparky(const Words& words, Place& place, FoundRows& rows) {
 
 // "1 1 GLY C C 172.621 1.000 0": serial, number, name, atom, element, shift, error, ambiguity.
 bool takeEightWords(const Words& words, Place& place, FoundRows& rows) {
-  if (!areOf("ii-aldd-", words) || !setResidue(words[1], words[2], place)) return false;
+  if (!areOf("ii-acdd-", words) || !setResidue(words[1], words[2], place)) return false;
   add(words[3], words[5], place, rows);
   return true;
 }
@@ -171,7 +173,7 @@ bool takePipp(const Words& words, Place& place, FoundRows& rows) {
 // "11 T 4 174.109 106" with C', then pairs such as "8.114 HN 113.206 N"; "Q" at the end.
 bool takeAbacus(const Words& words, Place& place, FoundRows& rows) {
   if (words.size() == 1) return words[0] == "Q";
-  if (areOf("ilidi", words)) {
+  if (areOf("icidi", words)) {
     place.residue.number = words[0];
     place.residue.residueName = words[1];
     add("C", words[3], place, rows);
@@ -192,8 +194,7 @@ bool takeRosetta(const Words& words, Place& place, FoundRows& rows) {
   place.residue.residueName = words[0];
   place.residue.number = words[1];
   for (std::size_t i = 0; i < std::size(kAtoms); ++i)
-    if (const auto ppm = numberIn(words[i + 2]);
-        ppm && (isMissing(*ppm) || canBeShift(words[0], kAtoms[i], *ppm)))
+    if (const auto ppm = numberIn(words[i + 2]); ppm && (isMissing(*ppm) || canBeShiftOf(kAtoms[i], *ppm)))
       add(kAtoms[i], words[i + 2], place, rows);
     else
       return false;

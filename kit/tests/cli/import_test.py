@@ -242,6 +242,16 @@ class CsvTest(ImportTest):
                 ("chain,resid,resname,atom,shift\nA,1,ALA,HB,1.2\nB,1,DA,H8,8.2\nC,1,ALA,CA,52.2\n", 1, "A",
                  "ignored: 1 shift of chain B (no amino acids)\n"
                  "zorvela-kit: note: standard input, chain C: ignored: chain A "),
+                # A wide column is judged by its atom alone, whether the residues have it or not.
+                ("Res,CA,CB,CG,HA2\nS1,58,63,175,45\nP2,63,32,,\n", 1, "SP", "column CG ignored", "column HA2 ignored"),
+                # A charge is not the second half of a shift.
+                ("resid,aa,atom,shift,charge\n1,A,CA,52,-1\n2,P,CA,63,-1\n3,G,CA,45,-1\n", 1, "APG"),
+                # Shifts without a residue are rows too: doubtful labels are few, and not all shifts may be cut.
+                ("Res,atom,shift\nG12A,CA,45\nP13A,CA,63\nG14,CA,45\n?,CA,55\n?,CA,55\n", "12A", "GPG"),
+                ("resid,aa,atom,shift,error\n1,A,CA,52,4\n2,P,CA,63,1\n3,G,CA,45,3\n?,,CA,55.1,4\n", 1, "APG"),
+                # The element of a list of eight words, and the residue of an ABACUS list, may be a mark.
+                ("1 1 ALA CA . 52.1 0.1 0\n2 2 PRO CA . 63.1 0.1 0\n", 1, "AP"),
+                ("1 - 4 174.1 106\n52.1 CA\n2 P 4 177.1 106\n63.1 CA\n", 1, "?P"),
                 # Where all letters are lower case, c is not a sign of a disulfide bond.
                 ("resid,aa,atom,shift\n1,c,CA,58\n2,p,CA,63\n", 1, "CP"),
                 # Beside a number, "Name" is the name of the residue, and "Label" is left alone.
@@ -269,6 +279,7 @@ class CsvTest(ImportTest):
         form = "NMR-STAR, NEF, the program's shift table, or text with a header line such as resid,resname,atom,shift"
         cells = ("; give every row a cell for each column, an empty one where there is no shift, and numbers with a "
                  "decimal point")
+        alone = "; give the list alone, with all its columns"
         needs = "; is this a table of shifts? It needs columns resid, resname, atom and shift"
         for data, message in (
                 ("Res,CA,CB\nG-1,45,\nS2,58,63\nP3,63,32\n",
@@ -280,6 +291,15 @@ class CsvTest(ImportTest):
                  ":2: most rows (3 of 3) do not fit the columns; the first: more than 4 cells for 4 columns" + cells),
                 ("resid,resname,atom,shift,error\n1,ALA,CA,52,4\n2,PRO,CA,63,1\n3,GLY,CA,45,3\n",
                  ": the shifts seem to be cut at their decimal commas; write decimal points, or semicolons between the columns"),
+                ("resid,aa,atom,shift,x\n1,A,CA,52,4000000000001\n2,P,CA,63,4000000000001\n3,G,CA,45,4000000000001\n",
+                 ": the shifts seem to be cut at their decimal commas; write decimal points, or semicolons between the columns"),
+                ("A 1 177.1 52.1 19.1 4.3 120.1\nP 2 177.1 63.1 32.1 4.4 9999.0\n? 3 175.1 55.1 30.1 4.3 120.1\n",
+                 ':3: is not a row of the Rosetta list: "? 3 175.1 55.1 30.1 4.3 120.1"' + alone),
+                ("A 1 177.1 52.1 19.1 4.3 120.1\nP 2 177.1 63.1 32.1 4.4 9999.0\nG 3 175.1 45.1 150.0 4.0 109.1\n",
+                 ':3: is not a row of the Rosetta list: "G 3 175.1 45.1 150.0 4.0 109.1"' + alone),
+                # The limit is told while the rows are read, whatever else is wrong with them.
+                ("chain,resid,aa,atom,shift\n" + "".join("c%d,1,A,CA,1\n" % i for i in range(1001)),
+                 ":1002: has more than 1000 chains; check the column of chain names"),
                 ("resid,aa,atom,shift\n1,A,CA,0.2\n2,P,CA,-1.1\n",
                  ':2: most values (2 of 2) are out of range for their atoms, such as "0.2" for CA; check that each column has '
                  "the values that its name promises"),
@@ -512,11 +532,13 @@ class BadFileTest(ImportTest):
         for data, line, what, remedy in (
                 (b"! NOEs\n assign (resid 19 and name HN) (resid 20 and name HN) 1.8 0.0 1.7\n", 2,
                  "a restraint list", give),
+                (b"assign{1}(resid 19 and name HN) (resid 20 and name HN) 1.8\n", 1, "a restraint list", give),
                 (b" 19 GLU HN 20 ALA HN 3.5\n 19 GLU HN 21 ALA HN 3.5 1.0\n", 1, "a restraint list", give),
                 (b" 20 ALA PHI -80.0 -40.0\n", 1, "a restraint list", give),
                 (b"REMARK 1\nATOM      1  N   MET A   1      27.340  24.430   2.614  1.00  9.67\n", 2,
                  "a list of atom coordinates", give),
                 (b"# Number of dimensions 2\n 1 8.2 120.1 1 U 0.0 0.0 e 0 1 2 0\n", 1, "a peak list", give),
+                (b"# Number of dimensions: 2\n 1 8.2 120.1 1 U 0.0 0.0 e 0 1 2 0\n", 1, "a peak list", give),
                 (b"Assignment  w1  w2\n\n G12N-HN  109.1  8.31\n", 1, "a peak list", give),
                 (b"label dataset sw sf\nH1 N15\nhsqc.nv\n", 1, "a peak list", give),
                 (b"VARS INDEX X_AXIS Y_AXIS\nFORMAT %5d %9.3f %9.3f\n\n1 300.1 400.2\n", 1, "a peak list", give),

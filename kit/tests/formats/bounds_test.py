@@ -143,6 +143,7 @@ class Bounds(unittest.TestCase):
                                   ("", "1,2,", "1: is not a known kind of shift file"),
                                   ("resid,resname,CA,CB,N\n", "foo,bar,n,n,n\n", "2: most rows (1428571 of 1428571) name"),
                                   (plain, "some words of text\n", "2: most rows (1052631 of 1052631) do not fit"),
+                                  (plain, "1,ALA,CA,1\n", "300002: has more than 300000 shift rows"),
                                   ("", "12 GLY CA 45.1\n", "300001: has more than 300000 shift rows")):
             with self.subTest(header + row):
                 taken = self.run_bounded(header + row * (20000000 // len(row)), "import", name="long.csv")

@@ -63,6 +63,9 @@ TEST(SequenceFile, SaysWhatIsWrong) {
   EXPECT_EQ(message("1 17.2 N 5\n"), "x.seq:1: is not a sequence: \"1 17.2 N 5\"" + remedy);
   EXPECT_EQ(message("1 MET\n2 GLN\n3 PRO\n"), "x.seq:2: is not a sequence: \"2 GLN\"" + remedy);
   EXPECT_EQ(message(">a\nMQ\nI_F\n"), "x.seq:3: is not a sequence: \"I_F\"" + remedy);
+  EXPECT_EQ(message("MET +5\nGLN +6\n"), "x.seq:1: is not a sequence: \"MET +5\"" + remedy);
+  EXPECT_EQ(message("MET A+5\nGLN A+6\n"), "x.seq:1: is not a sequence: \"MET A+5\"" + remedy);
+  EXPECT_EQ(message("\"MQIF\"\n"), "x.seq:1: is not a sequence: \"\"MQIF\"\"" + remedy);
   EXPECT_EQ(message(""), "x.seq: has no residue" + remedy);
   EXPECT_EQ(message(">a\n"), "x.seq: has no residue" + remedy);
   EXPECT_NE(message(std::string(40001, 'A')).find("has a sequence of more than 40000 residues"),

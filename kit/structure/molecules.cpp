@@ -2,6 +2,7 @@
 #include "structure/molecules.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <list>
 #include <map>
@@ -106,7 +107,8 @@ class Group {
   bool putBetween(const BackboneResidue& residue) {
     const auto number = numberOf(residue);
     if (!number) return false;
-    for (const int neighbour : {*number - 1, *number, *number + 1}) {
+    const std::int64_t own = *number;
+    for (const std::int64_t neighbour : {own - 1, own, own + 1}) {
       const auto places = byNumber.find(neighbour);
       if (places == byNumber.end()) continue;
       for (std::size_t i = 0; i < std::min(kMostCopies, places->second.size()); ++i)
@@ -124,7 +126,7 @@ class Group {
   }
 
   std::deque<Growing> all;  // which stay where they are
-  std::map<int, std::vector<Place>> byNumber;
+  std::map<std::int64_t, std::vector<Place>> byNumber;
 };
 
 }  // namespace

@@ -109,9 +109,10 @@ class Annotator {
   /// category than `model`.
   void addColumn(StarSpan lastTag, std::string_view model) {
     result.columnAdded = true;
-    const std::size_t lineStart = file.text.find_last_of("\r\n", lastTag.begin) + 1;  // 0 in the first line
-    const std::string indent = file.text.substr(lineStart, lastTag.begin - lineStart);
-    const bool isAlone = trimmed(indent).empty();
+    std::size_t start = lastTag.begin;
+    while (start > 0 && (file.text[start - 1] == ' ' || file.text[start - 1] == '\t')) --start;
+    const std::string indent = file.text.substr(start, lastTag.begin - start);
+    const bool isAlone = start == 0 || file.text[start - 1] == '\n' || file.text[start - 1] == '\r';
     const std::string tag = std::string(model.substr(0, model.find('.') + 1)) + kFlagTag;
     const std::size_t end = lastTag.begin + lastTag.size;
     edited.put(end, end, (isAlone ? lineBreakOf(file.text) + indent : " ") + tag);

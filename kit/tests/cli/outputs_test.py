@@ -44,7 +44,7 @@ class TwoOutputs(InFolder):
             for ended, name in ((program.kit(*command, *both), "standard output"),
                                 (program.kit(*command, *both, stdout=stdout), "standard output"),
                                 (program.kit(*command, "--roc", "/dev/stdout"), "standard output"),
-                                (program.kit(*command, "--roc", self.path("out/x"), stdout=stdout), "standard output"),
+                                (program.kit(*command, "--roc", self.path("out/x"), stdout=stdout), self.path("out/x")),
                                 (program.kit(*command, "--roc", new, "--calibration", alias), alias)):
                 self.assertEqual((ended.returncode, ended.stderr),
                                  (1, "zorvela-kit: %s: would hold two outputs; give each its own file\n" % name))

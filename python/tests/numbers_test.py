@@ -9,6 +9,7 @@ import unittest
 
 import pandas
 import zorvela
+from tables import mapping_of
 from zorvela_tests import program
 
 COUNT = 30 if os.environ.get("ZORVELA_SANITIZE") else 300
@@ -84,3 +85,12 @@ class SameNumbers(unittest.TestCase):
                 else:
                     self.assertEqual(float(text) if isinstance(cell, float) else text.removeprefix("'"),
                                      cell if isinstance(cell, float) else str(cell), column)
+
+    def test_shifts_without_a_file(self):
+        for path in some_entries():
+            sequence, shifts = mapping_of(path)
+            ours, theirs = zorvela.predict_shifts(sequence, shifts), zorvela.predict(path)
+            with self.subTest(path.name):
+                self.assertEqual(
+                    [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in ours.prolines],
+                    [(p.position, p.call, p.p_cis, p.p_cis_norm, p.cs_cnt, p.cg_shift) for p in theirs.prolines])

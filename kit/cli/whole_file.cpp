@@ -77,12 +77,13 @@ void writeFile(const std::string& path, const Writer& write) {
   }
 }
 
-}  // namespace
-
+/// Tells whether a path leads to standard output, which may be a file with content that stays.
 bool isStandardOutput(const std::string& path) {
   std::error_code notThere;
   return path == "-" || path == "/dev/stdout" || fs::equivalent(path, "/dev/stdout", notThere);
 }
+
+}  // namespace
 
 fs::path afterLinks(const fs::path& path) {
   if (fs::exists(path)) return fs::canonical(path);

@@ -20,9 +20,6 @@ void writeWhole(const std::string& path, const std::function<void(std::ostream&)
 /// Writes a text as a file, as above.
 void writeWhole(const std::string& path, const std::string& text);
 
-/// Tells whether a path leads to standard output, which may be a file with content that stays.
-bool isStandardOutput(const std::string& path);
-
 /// Sends what std::cout holds; an Error where it cannot be written.
 void flushStandardOutput();
 

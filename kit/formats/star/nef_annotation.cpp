@@ -50,7 +50,11 @@ class EditedText {
 class Annotator {
  public:
   Annotator(const StarFile& starFile, const FlagRules& flagRules, const CisPeptideOf& flagOf)
-      : file(starFile), rules(flagRules), cisPeptideOf(flagOf), edited(starFile.text) {}
+      : file(starFile),
+        rules(flagRules),
+        cisPeptideOf(flagOf),
+        tokens(starFile.text),
+        edited(starFile.text) {}
 
   NefAnnotation run() {
     bool isAny = false;
@@ -84,13 +88,7 @@ class Annotator {
     const StarColumn code = table.column(kCategory + "sequence_code");
     const std::size_t flag = table.indexOf(kCategory + kFlagTag);
     if (flag == StarTable::kAbsent) addColumn(tagOf(loop, loop.tagCount - 1), file.textOf(tagOf(loop, 0)));
-    StarTokens tokens(file.text, tagOf(loop, 0).begin);
-    const auto nextOf = [&tokens](std::size_t count) {
-      StarToken token;
-      for (std::size_t i = 0; i < count; ++i) token = tokens.next();
-      return token;
-    };
-    nextOf(loop.tagCount);
+    while (tokens.next().begin < tagOf(loop, loop.tagCount - 1).begin) continue;
     for (std::size_t i = 0; i < table.rows(); ++i) {
       const auto cell = [&](const StarColumn& column) { return nameOf(column.text(i), cut); };
       const NefSequenceRow row = {block, cell(chain), cell(code), cell(residue)};
@@ -103,6 +101,13 @@ class Annotator {
       if (wanted) setFlag(value, row, *wanted);
       nextOf(loop.tagCount - flag - 1);
     }
+  }
+
+  /// The last of the next tokens: a value with its quotes.
+  StarToken nextOf(std::size_t count) {
+    StarToken token;
+    for (std::size_t i = 0; i < count; ++i) token = tokens.next();
+    return token;
   }
 
   /// Adds the tag after the last one, on a line of its own where that has one. The last tag may be of another
@@ -142,6 +147,7 @@ class Annotator {
   const StarFile& file;
   const FlagRules& rules;
   const CisPeptideOf& cisPeptideOf;
+  StarTokens tokens;  ///< walks over the file once, as its loops are in order
   EditedText edited;
   std::vector<std::string> cut;  ///< notes on long names, which the readers of shifts give
   NefAnnotation result;

@@ -152,14 +152,14 @@ class StarTable {
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
   /// Returns the place of a tag among the columns; `kAbsent` if there is none.
   std::size_t indexOf(std::string_view tag) const;
-  /// Returns the place of a value in the text, without its quotes.
-  StarSpan span(std::size_t row, std::size_t column) const {
-    return source->values[loop->firstValue + row * loop->tagCount + column];
-  }
 
  private:
   friend class StarColumn;
 
+  /// Returns the place of a value in the text, without its quotes.
+  StarSpan span(std::size_t row, std::size_t column) const {
+    return source->values[loop->firstValue + row * loop->tagCount + column];
+  }
   std::string_view cell(std::size_t row, std::size_t column) const;
 
   const StarFile* source;

@@ -33,9 +33,9 @@ StarToken::Kind kindOf(std::string_view word) {
 
 }  // namespace
 
-StarTokens::StarTokens(std::string_view text, std::size_t from)
-    : source(text), newline(text.find('\n') == std::string_view::npos ? '\r' : '\n'), pos(from) {
-  if (pos == 0 && source.substr(0, 3) == "\xEF\xBB\xBF") pos = 3;
+StarTokens::StarTokens(std::string_view text)
+    : source(text), newline(text.find('\n') == std::string_view::npos ? '\r' : '\n') {
+  if (source.substr(0, 3) == "\xEF\xBB\xBF") pos = 3;
 }
 
 StarToken StarTokens::next() {

@@ -41,8 +41,8 @@ struct StarToken {
 /// Reads STAR text token by token, and skips blanks and comments. The time is linear in the text.
 class StarTokens {
  public:
-  /// Begins at the byte `from`, where a token begins. `text` must outlive this object and its tokens.
-  explicit StarTokens(std::string_view text, std::size_t from = 0);
+  /// `text` must outlive this object and its tokens.
+  explicit StarTokens(std::string_view text);
   /// Returns the next token; at the end of the text always one of the kind `end`.
   StarToken next();
 
